@@ -1,0 +1,21 @@
+# The libraries that Debian packages without a CMake configuration, as imported targets. Their headers are system
+# headers, so that our warnings stay about our own code.
+find_package(PkgConfig REQUIRED)
+find_package(Threads REQUIRED)
+find_package(CURL REQUIRED)
+
+find_path(FOX_INCLUDE_DIR fx.h PATH_SUFFIXES fox-1.6 REQUIRED)
+find_library(FOX_LIBRARY FOX-1.6 REQUIRED)
+find_program(RESWRAP_EXECUTABLE NAMES reswrap-1.6 reswrap REQUIRED)
+add_library(Fox::Fox UNKNOWN IMPORTED)
+set_target_properties(Fox::Fox PROPERTIES
+  IMPORTED_LOCATION ${FOX_LIBRARY}
+  INTERFACE_INCLUDE_DIRECTORIES ${FOX_INCLUDE_DIR}
+  INTERFACE_LINK_LIBRARIES Threads::Threads)
+
+find_package(XercesC 3.2 REQUIRED)
+add_library(Xerces::Xerces ALIAS XercesC::XercesC)
+
+find_package(ICU REQUIRED COMPONENTS i18n uc)
+add_library(Icu::Icu INTERFACE IMPORTED)
+target_link_libraries(Icu::Icu INTERFACE ICU::i18n ICU::uc)

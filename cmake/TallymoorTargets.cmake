@@ -1,0 +1,30 @@
+# How this project builds its parts: one library a folder of src/, one test program a folder of tests/.
+
+add_library(tallymoor_options INTERFACE)
+target_include_directories(tallymoor_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
+target_compile_options(tallymoor_options INTERFACE
+  -Wall -Wextra -Werror -Wno-deprecated-enum-enum-conversion)
+if(TALLYMOOR_SANITIZERS)
+  target_compile_options(tallymoor_options INTERFACE
+    -fsanitize=${TALLYMOOR_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(tallymoor_options INTERFACE -fsanitize=${TALLYMOOR_SANITIZERS})
+endif()
+
+# tallymoor_library(FOLDER [USES folder...] [LINK target...]): the library tallymoor_FOLDER from src/FOLDER/*.cpp.
+# It links only the folders it may include; CMake puts the link line in order.
+function(tallymoor_library folder)
+  cmake_parse_arguments(ARG "" "" "USES;LINK" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/${folder}/*.cpp)
+  list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+  if(sources)
+    add_library(tallymoor_${folder} STATIC ${sources})
+    set(scope PUBLIC)
+  else()
+    add_library(tallymoor_${folder} INTERFACE)
+    set(scope INTERFACE)
+  endif()
+  target_link_libraries(tallymoor_${folder} ${scope} tallymoor_options ${ARG_LINK})
+  foreach(used IN LISTS ARG_USES)
+    target_link_libraries(tallymoor_${folder} ${scope} tallymoor_${used})
+  endforeach()
+endfunction()

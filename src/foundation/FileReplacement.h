@@ -1,0 +1,30 @@
+#pragma once
+#include "foundation/String.h"
+#include <functional>
+#include <iosfwd>
+
+namespace Tallymoor {
+
+/// Writes a file so that a crash or failure at any moment leaves the old one or the new one, whole: the content goes
+/// to a temporary beside it, is flushed to disk, checked, and renamed over the old file. Throws Exception with the
+/// path and the system's reason; the old file then stands and the temporary is removed.
+/// check, if given, is called with the path of the finished temporary and throws to refuse it.
+void replaceFile(const String& path, const std::function<void(std::ostream&)>& write,
+                 const std::function<void(const String& temporaryPath)>& check = {});
+
+/// Copies a file by replaceFile. A missing source does nothing and gives false.
+bool copyFileReplacing(const String& from, const String& to);
+
+/// Removes temporaries that an interrupted replaceFile left in a folder.
+void removeLeftoverTemporaries(const String& folder);
+
+enum class FilePresence { Missing, RegularFile, Unusable };
+/// Missing means "does not exist" alone; a dangling link, a folder or missing permission is Unusable.
+FilePresence filePresence(const String& path);
+/// False when there was none; throws Exception when it can't be removed.
+bool removeFile(const String& path);
+
+/// A stock code as part of a file name: characters that a file name can't hold become %XX, plain codes stay.
+String fileNameFor(const String& code);
+
+} // namespace Tallymoor

@@ -1,0 +1,50 @@
+#pragma once
+#include "foundation/String.h"
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace FX {
+class FXRegistry;
+}
+
+namespace Tallymoor {
+
+/// Everything that the user can change and that lasts: the toolkit's file registry, with section and key names made
+/// safe for its file form ("=", leading "#" and "[", "]" and control characters are kept as %XX) and real numbers
+/// independent of the locale. GUI thread only, under the big mutex. An empty section or key throws Exception.
+class Settings {
+public:
+  static Settings& Instance();
+  /// Uses this registry from now on, not owned (the application's); null goes back to a store in memory that no file backs.
+  static void attach(FX::FXRegistry* registry);
+
+  String readString(const String& section, const String& key, const String& fallback = String()) const;
+  std::int32_t readInt(const String& section, const String& key, std::int32_t fallback = 0) const;
+  std::uint32_t readUnsigned(const String& section, const String& key, std::uint32_t fallback = 0) const;
+  double readReal(const String& section, const String& key, double fallback = 0.0) const;
+  bool readBool(const String& section, const String& key, bool fallback = false) const;
+  bool hasEntry(const String& section, const String& key) const;
+
+  void writeString(const String& section, const String& key, const String& value);
+  void writeInt(const String& section, const String& key, std::int32_t value);
+  void writeUnsigned(const String& section, const String& key, std::uint32_t value);
+  void writeReal(const String& section, const String& key, double value);
+  void writeBool(const String& section, const String& key, bool value);
+
+  void deleteEntry(const String& section, const String& key);
+  void deleteSection(const String& section);
+  std::vector<String> keys(const String& section) const;
+  /// Sections whose name begins with the prefix.
+  std::vector<String> sections(const String& prefix) const;
+
+  /// Commits the store to its file.
+  void commit();
+
+private:
+  Settings();
+  FX::FXRegistry& registry() const;
+};
+
+} // namespace Tallymoor

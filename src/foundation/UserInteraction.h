@@ -1,0 +1,69 @@
+#pragma once
+#include "foundation/Date.h"
+#include "foundation/Exception.h"
+#include "foundation/LengthyFunctions.h"
+#include "foundation/String.h"
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace Tallymoor {
+
+/// What the folders below the windows may ask of the user and tell him. The main window implements it. Questions and
+/// messages are for the GUI thread; the status texts may be set from any thread.
+class UserInteraction {
+public:
+  virtual ~UserInteraction();
+
+  virtual void information(const String& text) = 0;
+  /// True when the answer is Yes.
+  virtual bool question(const String& text) = 0;
+  virtual void warning(const String& text) = 0;
+  virtual void error(const String& text) = 0;
+  /// One error box: the context, a blank, the exception's description.
+  virtual void reportException(const String& context, const Exception& exception) = 0;
+
+  /// The passing text of the status line, and the text that it goes back to. Any thread.
+  virtual void setStatusText(const String& text) = 0;
+  virtual void setNormalStatusText(const String& text) = 0;
+  virtual void beginWait() = 0;
+  virtual void endWait() = 0;
+
+  /// A warning that is shown once a run for its key. Level 0 is information, 1 warning, 2 error.
+  virtual void warnOnce(const String& text, const String& caption, const String& key, int level) = 0;
+
+  /// Index of the chosen entry; nothing when the user cancelled.
+  virtual std::optional<std::size_t> chooseFromList(const String& title, const String& heading,
+                                                    const std::vector<String>& entries) = 0;
+  virtual std::optional<Date> askDate(const String& title, const String& heading, const Date& initial) = 0;
+  virtual std::optional<std::int32_t> askWholeNumber(const String& title, const String& heading,
+                                                     std::int32_t minimum, std::int32_t maximum,
+                                                     std::int32_t initial) = 0;
+
+  /// Runs the work under a modal progress dialog; false when the user cancelled it.
+  virtual bool runLengthy(const String& caption, const String& heading, unsigned steps,
+                          HasLengthyFunctions& work, int argument) = 0;
+
+  /// The windows' side. Throws Exception "MainWindow::Instance - no MainWindow yet!" when there is none.
+  static UserInteraction& Instance();
+  static bool exists();
+  /// Not owned; null takes it away.
+  static void setInstance(UserInteraction* interaction);
+};
+
+/// The wait cursor for a scope. It ends before any question; end() may be called early, once.
+class WaitCursor {
+public:
+  /// Does nothing while a background pass runs or when there is no window.
+  explicit WaitCursor(bool wanted = true);
+  ~WaitCursor();
+  void end();
+  WaitCursor(const WaitCursor&) = delete;
+  WaitCursor& operator=(const WaitCursor&) = delete;
+
+private:
+  bool m_shown;
+};
+
+} // namespace Tallymoor
