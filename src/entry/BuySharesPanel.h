@@ -1,0 +1,64 @@
+#pragma once
+#include "foundation/Date.h"
+#include "widgets/GUIPanel.h"
+
+namespace Tallymoor {
+
+class FormRows;
+class FormTextField;
+class NumberField;
+
+/// The form for one purchase of shares.
+class BuySharesPanel : public GUIPanel {
+  FXDECLARE(BuySharesPanel)
+public:
+  enum { ID_CHOOSE_DATE = GUIPanel::ID_LAST, ID_SEARCH_CODE, ID_CODE, ID_LAST };
+
+  explicit BuySharesPanel(FXComposite* parent);
+
+  /// Every field to its initial value: today, the default brokerage, and for a code the price that is known
+  /// of it.
+  void reset(const String& initialCode = String());
+  /// The fields of a recorded purchase; its code can't be changed.
+  void showPurchase(const String& code, const Date& date, double number, double price, double brokerage,
+                    const String& comments);
+
+  bool validate() override;
+
+  /// Without blanks around it.
+  String code() const;
+  String name() const;
+  double number() const;
+  double price() const;
+  double brokerage() const;
+  /// Throws Exception when the text is no date of the local form.
+  Date date() const;
+  String comments() const;
+
+  long onChooseDate(FXObject*, FXSelector, void*);
+  long onSearchCode(FXObject*, FXSelector, void*);
+  /// A code that is typed has not been searched for: the name goes.
+  long onCodeTyped(FXObject*, FXSelector, void*);
+
+protected:
+  BuySharesPanel() {}
+
+private:
+  void buildStockRows(FormRows& rows);
+  void buildAmountRows(FormRows& rows);
+  void buildDateRow(FormRows& rows);
+  bool checkNumbers() const;
+  bool checkBrokerage() const;
+  bool checkCode() const;
+
+  FormTextField* m_code = nullptr;
+  FXButton* m_search = nullptr;
+  FormTextField* m_name = nullptr;
+  NumberField* m_number = nullptr;
+  NumberField* m_price = nullptr;
+  NumberField* m_brokerage = nullptr;
+  FormTextField* m_date = nullptr;
+  FXText* m_comments = nullptr;
+};
+
+} // namespace Tallymoor

@@ -1,0 +1,26 @@
+#pragma once
+#include "widgets/Dialog.h"
+
+namespace Tallymoor {
+
+class BuySharesPanel;
+class XMLElement;
+
+/// Changes a recorded purchase; the caller edits the record from panel() when execute() gives 1.
+class EditHeldSharesDialog : public Dialog {
+  FXDECLARE(EditHeldSharesDialog)
+public:
+  /// The event is a BuyEvent of the held share that has the code; only read, and only here.
+  EditHeldSharesDialog(FXWindow* owner, const String& code, const XMLElement& buyEvent);
+
+  bool validate() override;
+  BuySharesPanel* panel() const { return m_panel; }
+
+protected:
+  EditHeldSharesDialog() {}
+
+private:
+  BuySharesPanel* m_panel = nullptr;
+};
+
+} // namespace Tallymoor

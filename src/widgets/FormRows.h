@@ -1,0 +1,43 @@
+#pragma once
+#include "foundation/String.h"
+#include <fx.h>
+#include <vector>
+
+namespace Tallymoor {
+
+class FormTextField;
+class NumberField;
+
+/// Rows of a form, one below the other: a label, and behind it what the row holds. After align() all labels
+/// have the width of the longest, so that the fields line up. The widgets belong to the parent; this may die
+/// after building.
+class FormRows {
+public:
+  explicit FormRows(FXComposite* parent);
+
+  /// An empty row behind its label, for the caller's own widgets.
+  FXHorizontalFrame* addRow(const String& label);
+  FormTextField* addText(const String& label, FXObject* target = nullptr, FXSelector selector = 0);
+  FormTextField* addReadOnly(const String& label);
+  NumberField* addNumber(const String& label, int decimals, FXObject* target = nullptr,
+                         FXSelector selector = 0);
+  /// A field with a small button beside it; the tip is "\ttip\thelp" as the toolkit has it, the caption what
+  /// it shows.
+  FormTextField* addTextWithButton(const String& label, const String& caption, const String& tip,
+                                   FXObject* target, FXSelector buttonSelector);
+  /// A group box with a text of several lines, at least 400 wide.
+  FXText* addNotes(const String& title);
+
+  /// The label of the row that was added last.
+  FXLabel* lastLabel() const;
+  void align();
+
+  /// Columns of every field.
+  static constexpr FXint columns = 20;
+
+private:
+  FXComposite* m_parent;
+  std::vector<FXLabel*> m_labels;
+};
+
+} // namespace Tallymoor

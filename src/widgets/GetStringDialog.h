@@ -1,0 +1,36 @@
+#pragma once
+#include "widgets/Dialog.h"
+#include <functional>
+
+namespace Tallymoor {
+
+/// Asks for a text.
+class GetStringDialog : public Dialog {
+  FXDECLARE(GetStringDialog)
+public:
+  /// Takes what was typed and returns what to keep.
+  using Filter = std::function<String(const String&)>;
+
+  /// With a filter, OK replaces the typed text by its result; a text that the filter leaves empty is
+  /// refused with "You must enter a value.".
+  GetStringDialog(FXWindow* owner, const String& title, const String& heading,
+                  const String& initialText = String(), Filter filter = Filter());
+
+  const String& text() const { return m_text; }
+  bool validate() override;
+  long onOK(FXObject*, FXSelector, void*);
+
+protected:
+  GetStringDialog() {}
+
+private:
+  FXTextField* m_field = nullptr;
+  Filter m_filter;
+  String m_text;
+};
+
+/// The filter for names that go into documents and file names as they are: without the five characters that
+/// XML escapes, path separators and control characters, and without blanks at the ends.
+String cleanName(const String& text);
+
+} // namespace Tallymoor

@@ -1,0 +1,117 @@
+#pragma once
+#include "support/windows/TestWindow.h"
+#include <deque>
+#include <functional>
+#include <fx.h>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Tallymoor {
+
+/// Fixture of every test that drives real windows: a toolkit application on the display of Xvfb and a minimal
+/// main window, made anew for each test. Modal windows are answered by steps that are queued before they
+/// open:
+///
+///     whenModal("Buy Shares", [&](FXWindow& dialog) { type(field(dialog, "Stock code"), "ABC.AX");
+///     press(dialog, "OK"); }); answer("You must select the number of shares purchased.", "OK");
+///     whenModal("Buy Shares", [&](FXWindow& dialog) { press(dialog, "Cancel"); });
+///     EXPECT_EQ(0u, dialog.execute());
+///
+/// Each step waits for the modal window on top to be the one it names. A modal window that no step names
+/// fails the test and is cancelled, so that nothing hangs; steps that were never reached fail it at the end.
+/// A loop that still doesn't end aborts the program.
+class WindowTest : public ::testing::Test {
+public:
+  using Step = std::function<void(FXWindow& window)>;
+
+protected:
+  WindowTest();
+  ~WindowTest() override;
+  void SetUp() override;
+  void TearDown() override;
+  /// Override to make another main window; it is created and shown by SetUp.
+  virtual std::unique_ptr<MainWindow> makeWindow(FXApp* app);
+
+  FXApp& app() { return *m_app; }
+  MainWindow& mainWindow() { return *m_window; }
+  /// The main window as the fixture makes it.
+  TestWindow& window() { return dynamic_cast<TestWindow&>(*m_window); }
+  /// Deletes the main window before the test's end.
+  void deleteWindow() { m_window.reset(); }
+
+  /// Queues a step for the modal window that has this title, or shows this text, or holds it as part of a
+  /// label.
+  void whenModal(const std::string& titleOrText, Step step);
+  /// Queues: a message box that shows exactly this text is answered by its button ("OK", "Yes", "No").
+  void answer(const std::string& text, const std::string& button);
+  /// Runs the toolkit's loop until the condition holds; fails when it doesn't within the watchdog's time.
+  void runUntil(const std::function<bool()>& condition);
+  /// Lets all waiting events, wake-ups and paints be handled.
+  void letEventsPass();
+  /// Texts of the message boxes that were answered, in order.
+  const std::vector<std::string>& boxes() const { return m_boxes; }
+
+  // Finding widgets. Those that must exist fail the test by throwing std::runtime_error when they don't.
+  /// A button, check button, radio button or menu entry by what it shows (without "&"), or by its tip.
+  static FXLabel* findButton(FXWindow& in, const std::string& label);
+  static FXLabel& button(FXWindow& in, const std::string& label);
+  /// The text field in the row behind the label.
+  static FXTextField& field(FXWindow& in, const std::string& label);
+  /// The first widget of a class, in tab order; null when there is none.
+  template <typename Widget>
+  static Widget* find(FXWindow& in) {
+    if (auto* found = dynamic_cast<Widget*>(&in))
+      return found;
+    for (FXWindow* child = in.getFirst(); child; child = child->getNext())
+      if (auto* found = find<Widget>(*child))
+        return found;
+    return nullptr;
+  }
+  template <typename Widget>
+  static std::vector<Widget*> findAll(FXWindow& in) {
+    std::vector<Widget*> all;
+    if (auto* found = dynamic_cast<Widget*>(&in))
+      all.push_back(found);
+    for (FXWindow* child = in.getFirst(); child; child = child->getNext())
+      for (Widget* found : findAll<Widget>(*child))
+        all.push_back(found);
+    return all;
+  }
+  /// What a window's labels show, buttons included, in tab order.
+  static std::vector<std::string> labels(FXWindow& in);
+  static bool shows(FXWindow& in, const std::string& text);
+  static std::string title(FXWindow& window);
+
+  // Acting as the user does.
+  /// Presses a real button by its keyboard road; a disabled one fails the test.
+  void press(FXWindow& in, const std::string& label);
+  void press(FXWindow& button);
+  /// Replaces a field's text by typing, key by key.
+  void type(FXTextField& field, const std::string& text);
+  /// A key to the window that holds the focus, as the window manager would deliver it; names as "Escape" or
+  /// "Return" are the toolkit's KEY_ codes.
+  void key(FXWindow& shell, FXuint code, FXuint state = 0);
+
+private:
+  class Driver;
+  struct Awaited {
+    std::string text;
+    bool exact;
+    Step step;
+  };
+  void tick();
+  bool matches(FXWindow& window, const Awaited& awaited) const;
+  void refuse(FXWindow& window);
+
+  std::unique_ptr<FXApp> m_app;
+  std::unique_ptr<Driver> m_driver;
+  std::unique_ptr<MainWindow> m_window;
+  std::deque<Awaited> m_awaited;
+  std::vector<std::string> m_boxes;
+  FXWindow* m_strange = nullptr; ///< the modal window that no step names, and for how long
+  unsigned m_strangeTicks = 0;
+};
+
+} // namespace Tallymoor
