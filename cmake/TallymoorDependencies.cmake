@@ -19,3 +19,12 @@ add_library(Xerces::Xerces ALIAS XercesC::XercesC)
 find_package(ICU REQUIRED COMPONENTS i18n uc)
 add_library(Icu::Icu INTERFACE IMPORTED)
 target_link_libraries(Icu::Icu INTERFACE ICU::i18n ICU::uc)
+
+# Only the sample data service and the servers inside tests use it.
+find_path(HTTPLIB_INCLUDE_DIR httplib.h REQUIRED)
+find_library(HTTPLIB_LIBRARY cpp-httplib REQUIRED)
+add_library(Httplib::Httplib UNKNOWN IMPORTED)
+set_target_properties(Httplib::Httplib PROPERTIES
+  IMPORTED_LOCATION ${HTTPLIB_LIBRARY}
+  INTERFACE_INCLUDE_DIRECTORIES ${HTTPLIB_INCLUDE_DIR}
+  INTERFACE_LINK_LIBRARIES Threads::Threads)

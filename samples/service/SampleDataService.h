@@ -1,0 +1,33 @@
+#pragma once
+#include "PriceFolder.h"
+#include "SampleMarket.h"
+#include <memory>
+#include <optional>
+
+namespace SampleService {
+
+struct ServiceOptions {
+  std::filesystem::path prices; ///< folder of CODE.csv files, which win over the made-up market
+  int port = 8317;              ///< 0 takes a free one
+  std::optional<Day> today;     ///< nothing: the machine's date
+};
+
+/// The sample data source: an HTTP server on loopback with a quote, a price-history and a search page.
+class SampleDataService {
+public:
+  explicit SampleDataService(const ServiceOptions& options);
+  ~SampleDataService();
+
+  /// Takes the port; false when it is in use. port() then tells which.
+  bool bind();
+  int port() const;
+  /// Serves until stop() is called from another thread.
+  void serve();
+  void stop();
+
+private:
+  class Implementation;
+  std::unique_ptr<Implementation> m_implementation;
+};
+
+} // namespace SampleService

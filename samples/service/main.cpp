@@ -1,0 +1,56 @@
+#include "SampleDataService.h"
+#include <charconv>
+#include <cstdio>
+#include <cstring>
+
+using namespace SampleService;
+
+namespace {
+
+int usage() {
+  std::fputs("usage: sample_data_service [--port N] [--prices FOLDER] [--today YYYY-MM-DD]\n"
+             "Serves made-up share prices, and the CODE.csv files of a folder, on this machine's loopback address.\n",
+             stderr);
+  return 2;
+}
+
+bool readDate(const char* text, ServiceOptions& options) {
+  int y = 0;
+  unsigned m = 0, d = 0;
+  if (std::sscanf(text, "%4d-%2u-%2u", &y, &m, &d) != 3)
+    return false;
+  const std::chrono::year_month_day ymd{std::chrono::year(y), std::chrono::month(m), std::chrono::day(d)};
+  if (ymd.ok())
+    options.today = std::chrono::sys_days(ymd);
+  return ymd.ok();
+}
+
+bool readPort(const char* text, int& port) {
+  const auto [end, error] = std::from_chars(text, text + std::strlen(text), port);
+  return error == std::errc() && *end == '\0' && port >= 0 && port <= 65535;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+  ServiceOptions options;
+  for (int i = 1; i < argc; i += 2) {
+    const std::string name = argv[i];
+    if (i + 1 == argc)
+      return usage();
+    if (name == "--prices")
+      options.prices = argv[i + 1];
+    else if (!(name == "--port" && readPort(argv[i + 1], options.port)) &&
+             !(name == "--today" && readDate(argv[i + 1], options)))
+      return usage();
+  }
+  SampleDataService service(options);
+  if (!service.bind()) {
+    std::fprintf(stderr, "sample_data_service: port %d is in use\n", options.port);
+    return 1;
+  }
+  std::printf("http://127.0.0.1:%d/\n", service.port());
+  std::fflush(stdout);
+  service.serve();
+  return 0;
+}

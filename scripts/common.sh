@@ -1,0 +1,37 @@
+# Shared by ./run, ./test and ./bench: what the machine needs, and how the project is built. To be sourced with the
+# root of the project as the current folder.
+
+# Debian packages that building, running and testing need.
+packages=(
+  g++ cmake ninja-build pkg-config
+  libfox-1.6-dev libxerces-c-dev libcurl4-openssl-dev libicu-dev libxslt1-dev libcpp-httplib-dev
+  libgtest-dev libgmock-dev libbenchmark-dev
+  xvfb xauth xdotool openbox imagemagick fonts-dejavu-core xdg-utils dbus procps
+)
+
+say() { printf '%s\n' "$*" >&2; }
+
+# Installs the packages that are missing, as root or with sudo. Quick when all are there.
+install_packages() {
+  local missing=() package
+  for package in "${packages[@]}"; do
+    dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q '^install ok installed$' || missing+=("$package")
+  done
+  [ ${#missing[@]} -gt 0 ] || return 0
+  local as_root=()
+  if [ "$(id -u)" -ne 0 ]; then
+    command -v sudo >/dev/null || { say "These packages are missing and there is no sudo: ${missing[*]}"; exit 1; }
+    as_root=(sudo)
+  fi
+  say "Installing from Debian: ${missing[*]}"
+  "${as_root[@]}" apt-get update -qq
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+# build PRESET target...: configures build/PRESET once and builds the targets.
+build() {
+  local preset=$1
+  shift
+  [ -f "build/$preset/build.ninja" ] || cmake --preset "$preset" >&2
+  cmake --build "build/$preset" --target "$@" >&2
+}

@@ -1,0 +1,40 @@
+#include "shell/UpdateHandover.h"
+#include "foundation/Constants.h"
+#include "foundation/Platform.h"
+#include <filesystem>
+#include <fstream>
+
+namespace Tallymoor {
+
+namespace {
+
+const char* const UPDATE_FOLDER = "./updates/";
+const char* const OVERRIDE_MARKER = "override.start.tallymoor";
+
+} // namespace
+
+bool updatesPending() {
+  std::error_code error;
+  for (const auto& entry : std::filesystem::directory_iterator(UPDATE_FOLDER, error)) {
+    std::error_code unreadable;
+    if (!entry.is_directory(unreadable))
+      return true;
+  }
+  return false;
+}
+
+UpdateHandover handOverToUpdateInstaller(Platform& platform) {
+  if (!updatesPending())
+    return UpdateHandover::StartProgram;
+  std::error_code error;
+  if (std::filesystem::exists(OVERRIDE_MARKER, error)) {
+    std::filesystem::remove(OVERRIDE_MARKER, error);
+    return UpdateHandover::StartProgram;
+  }
+  return platform.openDocument(UPDATE_INSTALLER_EXE) ? UpdateHandover::InstallerRuns
+                                                     : UpdateHandover::InstallerMissing;
+}
+
+void leaveOverrideMarker() { std::ofstream(OVERRIDE_MARKER, std::ios::out | std::ios::trunc); }
+
+} // namespace Tallymoor
