@@ -1,11 +1,13 @@
 #pragma once
+#include <atomic>
 #include <mutex>
+#include <thread>
 
 namespace Tallymoor {
 
-/// The one lock of the program: whoever touches records, the price cache, settings or a widget holds it. Recursive,
-/// since a modal loop inside a handler enters handlers again, and it knows its depth, so that it can be given up
-/// whole. Order of locks: this one first, then a Thread's own.
+/// The one lock of the program: whoever touches records, the price cache, settings or a widget holds it.
+/// Recursive, since a modal loop inside a handler enters handlers again, and it knows its depth, so that it
+/// can be given up whole. Order of locks: this one first, then a Thread's own.
 class BigMutex {
 public:
   void lock();
@@ -18,13 +20,16 @@ private:
   unsigned releaseAll();
   void acquire(unsigned depth);
 
-  mutable std::recursive_mutex m_mutex;
+  std::recursive_mutex m_mutex;
+  unsigned m_depth = 0; ///< guarded by m_mutex
+  std::atomic<std::thread::id> m_owner{};
 };
 
 /// The big mutex of this process (MainWindow::mutex is the same one).
 BigMutex& bigMutex();
 
-/// Holds the big mutex for a scope: the head of every message handler and of each stretch of a background pass.
+/// Holds the big mutex for a scope: the head of every message handler and of each stretch of a background
+/// pass.
 class BigMutexLock {
 public:
   BigMutexLock() { bigMutex().lock(); }
@@ -33,8 +38,9 @@ public:
   BigMutexLock& operator=(const BigMutexLock&) = delete;
 };
 
-/// Gives the big mutex up for a scope, whatever the depth, and takes it again at the end: around the joining of a
-/// thread, and around dialogs that let the price updater go on. Does nothing when this thread doesn't hold it.
+/// Gives the big mutex up for a scope, whatever the depth, and takes it again at the end: around the joining
+/// of a thread, and around dialogs that let the price updater go on. Does nothing when this thread doesn't
+/// hold it.
 class BigMutexRelease {
 public:
   BigMutexRelease();

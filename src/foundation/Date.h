@@ -7,8 +7,8 @@ namespace Tallymoor {
 
 /// Text forms of a date. Files depend on the meaning of 0; value 4 has no form and is refused.
 enum DateDisplay {
-  DATE_DISPLAY_DMY = 0,      ///< "3/3/2006", every date inside the documents
-  DATE_DISPLAY_DMY2 = 1,     ///< the same text as value 0
+  DATE_DISPLAY_DMY = 0,  ///< "3/3/2006", every date inside the documents
+  DATE_DISPLAY_DMY2 = 1, ///< the same text as value 0
   DATE_DISPLAY_MDY = 2,
   DATE_DISPLAY_YMD = 3,
   DATE_DISPLAY_MIDDATE1 = 5, ///< "3-Mar-06", prices read from web pages

@@ -3,8 +3,8 @@
 
 namespace Tallymoor {
 
-/// Base of every failure of the program. Thrown by value, caught by reference; the message names the thrower at its
-/// head, as in "SharePortfolioUser::sellShares - cant find held shares to sell".
+/// Base of every failure of the program. Thrown by value, caught by reference; the message names the thrower
+/// at its head, as in "SharePortfolioUser::sellShares - cant find held shares to sell".
 class Exception {
 public:
   explicit Exception(const String& message) : m_message(message) {}
@@ -12,7 +12,8 @@ public:
   Exception& operator=(const Exception&) = default;
   virtual ~Exception() = default;
 
-  /// Fills the text that message boxes show: the type name, " : ", the message. The same form for every class.
+  /// Fills the text that message boxes show: the type name, " : ", the message. The same form for every
+  /// class.
   virtual void description(String& text) const;
   virtual void typeName(String& text) const;
 

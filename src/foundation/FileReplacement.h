@@ -5,9 +5,9 @@
 
 namespace Tallymoor {
 
-/// Writes a file so that a crash or failure at any moment leaves the old one or the new one, whole: the content goes
-/// to a temporary beside it, is flushed to disk, checked, and renamed over the old file. Throws Exception with the
-/// path and the system's reason; the old file then stands and the temporary is removed.
+/// Writes a file so that a crash or failure at any moment leaves the old one or the new one, whole: the
+/// content goes to a temporary beside it, is flushed to disk, checked, and renamed over the old file. Throws
+/// Exception with the path and the system's reason; the old file then stands and the temporary is removed.
 /// check, if given, is called with the path of the finished temporary and throws to refuse it.
 void replaceFile(const String& path, const std::function<void(std::ostream&)>& write,
                  const std::function<void(const String& temporaryPath)>& check = {});

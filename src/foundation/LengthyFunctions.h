@@ -3,7 +3,8 @@
 
 namespace Tallymoor {
 
-/// How lengthy work tells of its progress; a progress dialog implements it. GUI thread only. Each call lets events pass.
+/// How lengthy work tells of its progress; a progress dialog implements it. GUI thread only. Each call lets
+/// events pass.
 class Progress {
 public:
   virtual ~Progress();

@@ -6,13 +6,14 @@
 
 namespace Tallymoor {
 
-/// The one door to what the operating system supplies beyond the toolkit. Stateless for its callers; all operations
-/// are safe on any thread. Separators in paths are "/".
+/// The one door to what the operating system supplies beyond the toolkit. Stateless for its callers; all
+/// operations are safe on any thread. Separators in paths are "/".
 class Platform {
 public:
   virtual ~Platform();
 
-  /// The product's folder for this user, made at the first call, without a trailing separator. Throws Exception.
+  /// The product's folder for this user, made at the first call, without a trailing separator. Throws
+  /// Exception.
   virtual String userHomeDirectory(const String& product) = 0;
   /// The date in the user's short form.
   virtual String shortDateFormat(const Date& date) = 0;
@@ -20,10 +21,12 @@ public:
   virtual bool parseShortDate(const String& text, Date& date) = 0;
   /// Two decimals in the user's currency form.
   virtual String currencyFormat(double amount) = 0;
-  /// Reads an amount as a person types it in the user's locale: currency signs and separators are ignored, a point is
-  /// decimal, and where the locale's decimal sign is a comma, a single comma with no point is decimal too.
+  /// Reads an amount as a person types it in the user's locale: currency signs and separators are ignored, a
+  /// point is decimal, and where the locale's decimal sign is a comma, a single comma with no point is
+  /// decimal too.
   virtual double parseAmount(const String& text) = 0;
-  /// Opens a path, web address or mail link with the desktop, or starts a program; true when that could be started.
+  /// Opens a path, web address or mail link with the desktop, or starts a program; true when that could be
+  /// started.
   virtual bool openDocument(const String& target) = 0;
   /// Milliseconds on a monotonic clock, wrapping at 32 bits.
   virtual std::uint32_t tickCount() = 0;
@@ -47,8 +50,8 @@ String configDirectory(Platform& platform, const String& product);
 String cacheDirectory(Platform& platform, const String& product);
 String reportDirectory(Platform& platform, const String& product);
 
-/// Copies the default documents that are missing from the user's Config and Report folders; a document that is there
-/// is never touched. Throws Exception when one can't be written.
+/// Copies the default documents that are missing from the user's Config and Report folders; a document that
+/// is there is never touched. Throws Exception when one can't be written.
 void installMissingDefaults(Platform& platform, const String& product);
 
 } // namespace Tallymoor

@@ -6,8 +6,8 @@
 
 namespace Tallymoor {
 
-// Copies of the settings of section "Operation" that background threads read without any lock. Written on the GUI
-// thread under the big mutex by readSettings.
+// Copies of the settings of section "Operation" that background threads read without any lock. Written on the
+// GUI thread under the big mutex by readSettings.
 extern std::atomic<std::uint32_t> currentPriceUpdateMins;     ///< minutes between passes over current prices
 extern std::atomic<std::uint32_t> historicalPriceUpdateHours; ///< hours between refreshes of recent closes
 extern std::atomic<double> splitRatioDetect;                  ///< day multiple that flags a share split
@@ -15,8 +15,8 @@ extern std::atomic<double> reverseSplitRatioDetect;           ///< day multiple 
 extern std::atomic<double> indexTrendShort;                   ///< days of the short moving average
 extern std::atomic<double> indexTrendLong;                    ///< days of the long moving average
 extern std::atomic<bool> hideLastFYTransactions;              ///< hide events from before the financial year
-extern std::atomic<bool> autoMinMaxPrices;                    ///< warn by the automatic limits; false at every start
-extern String trayFormat;                                     ///< read and written under the big mutex
+extern std::atomic<bool> autoMinMaxPrices; ///< warn by the automatic limits; false at every start
+extern String trayFormat;                  ///< read and written under the big mutex
 
 /// True while a background pass holds the big mutex: no dialog may open and no wait cursor start.
 extern std::atomic<bool> inBackgroundPass;
@@ -24,7 +24,8 @@ extern std::atomic<bool> inBackgroundPass;
 /// Reads the variables above from the settings store.
 void readSettings();
 
-/// One stretch of a background pass: takes the big mutex, then sets inBackgroundPass; clears it before the mutex goes.
+/// One stretch of a background pass: takes the big mutex, then sets inBackgroundPass; clears it before the
+/// mutex goes.
 class BackgroundPassScope {
 public:
   BackgroundPassScope();

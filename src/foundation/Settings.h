@@ -11,13 +11,15 @@ class FXRegistry;
 
 namespace Tallymoor {
 
-/// Everything that the user can change and that lasts: the toolkit's file registry, with section and key names made
-/// safe for its file form ("=", leading "#" and "[", "]" and control characters are kept as %XX) and real numbers
-/// independent of the locale. GUI thread only, under the big mutex. An empty section or key throws Exception.
+/// Everything that the user can change and that lasts: the toolkit's file registry, with section and key
+/// names made safe for its file form ("=", leading "#" and "[", "]" and control characters are kept as %XX)
+/// and real numbers independent of the locale. GUI thread only, under the big mutex. An empty section or key
+/// throws Exception.
 class Settings {
 public:
   static Settings& Instance();
-  /// Uses this registry from now on, not owned (the application's); null goes back to a store in memory that no file backs.
+  /// Uses this registry from now on, not owned (the application's); null goes back to a store in memory that
+  /// no file backs.
   static void attach(FX::FXRegistry* registry);
 
   String readString(const String& section, const String& key, const String& fallback = String()) const;

@@ -5,8 +5,8 @@
 
 namespace Tallymoor {
 
-/// The one text type: UTF-16 code units, ordered by plain numeric comparison of the units. All money, prices and
-/// quantities become text and come back through the conversions here, never through the process's locale.
+/// The one text type: UTF-16 code units, ordered by plain numeric comparison of the units. All money, prices
+/// and quantities become text and come back through the conversions here, never through the process's locale.
 /// A plain value; not to be shared between threads without a copy.
 class String : public std::basic_string<char16_t> {
 public:
@@ -18,8 +18,8 @@ public:
   String(Base&& text) noexcept : Base(std::move(text)) {}
   /// Copies up to the terminating 0; a null pointer gives an empty text.
   String(const char16_t* text);
-  /// Decodes UTF-8; bytes that are no valid UTF-8 make the whole text be read as Latin-1. Null gives an empty text.
-  /// Throws Exception when the XML library's transcoder fails otherwise.
+  /// Decodes UTF-8; bytes that are no valid UTF-8 make the whole text be read as Latin-1. Null gives an empty
+  /// text. Throws Exception when the XML library's transcoder fails otherwise.
   String(const char* utf8);
 
   /// As the constructor from const char*, for bytes of known length, which may hold NUL.
@@ -29,15 +29,17 @@ public:
   /// One byte a unit; units above 0xFF become "?".
   std::string toLatin1() const;
 
-  /// Commas are dropped, leading blanks and trailing junk ignored; unreadable gives 0, out of range saturates.
+  /// Commas are dropped, leading blanks and trailing junk ignored; unreadable gives 0, out of range
+  /// saturates.
   std::int32_t toLong() const;
   std::int64_t toLong64() const;
   static String fromLong(std::int64_t value);
 
   /// Decimal syntax only, a point as decimal sign; commas are dropped; unreadable gives 0.0.
   double toDouble() const;
-  /// Fixed notation without separators, rounded correctly from the binary value, exact ties away from zero. The sign
-  /// is the value's, so -0.004 at two places is "-0.00", but -0.0 is "0.00". A value that is not finite reads as 0.
+  /// Fixed notation without separators, rounded correctly from the binary value, exact ties away from zero.
+  /// The sign is the value's, so -0.004 at two places is "-0.00", but -0.0 is "0.00". A value that is not
+  /// finite reads as 0.
   static String fromDouble(double value, int decimals);
 
   /// "12.50%": two decimals.
@@ -62,6 +64,12 @@ public:
 String operator+(const String& left, const String& right);
 String operator+(const String& left, const char16_t* right);
 String operator+(const String& left, char16_t right);
+inline String operator+(const char16_t* left, const String& right) {
+  return String(left) + right;
+}
 bool operator==(const String& left, const String& right);
+inline bool operator==(const String& left, const char16_t* right) {
+  return left.compare(right) == 0;
+}
 
 } // namespace Tallymoor

@@ -6,10 +6,10 @@
 
 namespace Tallymoor {
 
-/// The one shape of a background thread: wait for a first delay, make a pass, wait a period or until woken, and so on
-/// until told to stop. stop, wake and the timed wait share one lock and a predicate, so no wake-up is lost. Start,
-/// stop and wakeUp may be called from any thread; join must be called, with the big mutex released, before the derived
-/// object dies.
+/// The one shape of a background thread: wait for a first delay, make a pass, wait a period or until woken,
+/// and so on until told to stop. stop, wake and the timed wait share one lock and a predicate, so no wake-up
+/// is lost. Start, stop and wakeUp may be called from any thread; join must be called, with the big mutex
+/// released, before the derived object dies.
 class Thread {
 public:
   /// Milliseconds; a period of 0 means one pass only.
@@ -24,7 +24,8 @@ public:
   void stop();
   /// Makes a pass happen now; a finished thread is started anew.
   void wakeUp();
-  /// Waits for the end of a thread that was told to stop, or that makes one pass. Never call it on the thread itself.
+  /// Waits for the end of a thread that was told to stop, or that makes one pass. Never call it on the thread
+  /// itself.
   void join();
   bool isRunning() const;
 
@@ -39,13 +40,19 @@ protected:
 
 private:
   void run();
+  void startLocked();
+  void waitStartDelay(std::unique_lock<std::mutex>& lock);
+  void passes(std::unique_lock<std::mutex>& lock);
+  void waitPeriod(std::unique_lock<std::mutex>& lock);
 
+  std::mutex m_joinMutex; ///< held while somebody joins, so that a second joiner waits too
   mutable std::mutex m_stateMutex;
   std::condition_variable m_wake;
   std::uint32_t m_period;
   std::uint32_t m_startDelay;
   const bool m_deleteWhenDone;
   bool m_finished = true;
+  bool m_started = false; ///< has been started at least once; a wake starts no thread that was never started
   bool m_stopRequested = false;
   bool m_restart = false;
   bool m_woken = false;

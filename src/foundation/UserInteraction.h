@@ -10,8 +10,8 @@
 
 namespace Tallymoor {
 
-/// What the folders below the windows may ask of the user and tell him. The main window implements it. Questions and
-/// messages are for the GUI thread; the status texts may be set from any thread.
+/// What the folders below the windows may ask of the user and tell him. The main window implements it.
+/// Questions and messages are for the GUI thread; the status texts may be set from any thread.
 class UserInteraction {
 public:
   virtual ~UserInteraction();

@@ -1,0 +1,23 @@
+#include "foundation/Amounts.h"
+#include <algorithm>
+#include <cmath>
+
+namespace Tallymoor {
+
+bool showsAsZero(double value, int decimals) {
+  return String::fromDouble(std::fabs(value), decimals) == String::fromDouble(0.0, decimals);
+}
+
+bool showsTheSame(double a, double b, int decimals) {
+  if (showsAsZero(a, decimals) && showsAsZero(b, decimals))
+    return true;
+  return String::fromDouble(a, decimals) == String::fromDouble(b, decimals);
+}
+
+std::int64_t tenThousandths(double value) {
+  String text = String::fromDouble(value, 4);
+  std::erase(text, u'.');
+  return text.toLong64();
+}
+
+} // namespace Tallymoor

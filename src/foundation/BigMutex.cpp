@@ -1,0 +1,46 @@
+#include "foundation/BigMutex.h"
+
+namespace Tallymoor {
+
+void BigMutex::lock() {
+  m_mutex.lock();
+  m_owner.store(std::this_thread::get_id());
+  ++m_depth;
+}
+
+void BigMutex::unlock() {
+  if (--m_depth == 0)
+    m_owner.store(std::thread::id());
+  m_mutex.unlock();
+}
+
+bool BigMutex::heldByThisThread() const {
+  return m_owner.load() == std::this_thread::get_id();
+}
+
+unsigned BigMutex::releaseAll() {
+  if (!heldByThisThread())
+    return 0;
+  const unsigned depth = m_depth;
+  for (unsigned level = 0; level < depth; ++level)
+    unlock();
+  return depth;
+}
+
+void BigMutex::acquire(unsigned depth) {
+  for (unsigned level = 0; level < depth; ++level)
+    lock();
+}
+
+BigMutex& bigMutex() {
+  static BigMutex mutex;
+  return mutex;
+}
+
+BigMutexRelease::BigMutexRelease() : m_depth(bigMutex().releaseAll()) {}
+
+BigMutexRelease::~BigMutexRelease() {
+  bigMutex().acquire(m_depth);
+}
+
+} // namespace Tallymoor

@@ -1,0 +1,283 @@
+#include "foundation/FileReplacement.h"
+#include "foundation/Exception.h"
+#include "foundation/FileOperations.h"
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <dirent.h>
+#include <fcntl.h>
+#include <memory>
+#include <ostream>
+#include <random>
+#include <streambuf>
+#include <string_view>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+namespace Tallymoor {
+
+namespace {
+
+// Short whatever the file is called, since a name may already have all the length that the file system
+// allows.
+constexpr std::string_view TEMPORARY_PREFIX = ".tallymoor-";
+constexpr std::string_view TEMPORARY_SUFFIX = ".tmp";
+constexpr std::size_t BUFFER_SIZE = 64 * 1024;
+
+[[noreturn]] void fail(const char* what, const std::string& path, int reason) {
+  throw Exception(String(u"replaceFile - ") + String(what) + u" " + String(path.c_str()) + u": " +
+                  String(std::strerror(reason)));
+}
+
+/// An open file that is closed with its scope.
+class OpenFile {
+public:
+  explicit OpenFile(int descriptor) : m_descriptor(descriptor) {}
+  ~OpenFile() { close(); }
+  OpenFile(const OpenFile&) = delete;
+  OpenFile& operator=(const OpenFile&) = delete;
+
+  int get() const { return m_descriptor; }
+  /// 0, or the error of closing, where some file systems tell late of a failed write.
+  int close() {
+    if (m_descriptor < 0)
+      return 0;
+    const int result = ::close(m_descriptor);
+    m_descriptor = -1;
+    return result == 0 || errno == EINTR ? 0 : errno;
+  }
+
+private:
+  int m_descriptor;
+};
+
+/// Feeds a stream's bytes to a file and remembers the first error.
+class FileBuffer : public std::streambuf {
+public:
+  explicit FileBuffer(int file) : m_file(file), m_buffer(BUFFER_SIZE) {
+    setp(m_buffer.data(), m_buffer.data() + m_buffer.size());
+  }
+  int error() const { return m_error; }
+
+protected:
+  int_type overflow(int_type c) override {
+    if (!flushBuffer())
+      return traits_type::eof();
+    if (!traits_type::eq_int_type(c, traits_type::eof()))
+      sputc(traits_type::to_char_type(c));
+    return traits_type::not_eof(c);
+  }
+  int sync() override { return flushBuffer() ? 0 : -1; }
+
+private:
+  bool flushBuffer() {
+    const char* next = pbase();
+    while (m_error == 0 && next < pptr()) {
+      const ssize_t written =
+          FileOperations::current().write(m_file, next, static_cast<size_t>(pptr() - next));
+      if (written > 0)
+        next += written;
+      else if (written == 0)
+        m_error = ENOSPC;
+      else if (errno != EINTR)
+        m_error = errno;
+    }
+    setp(m_buffer.data(), m_buffer.data() + m_buffer.size());
+    return m_error == 0;
+  }
+
+  int m_file;
+  int m_error = 0;
+  std::vector<char> m_buffer;
+};
+
+std::string folderOf(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  if (slash == std::string::npos)
+    return ".";
+  return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+/// Where the content belongs: behind a link, so that a file that the user keeps elsewhere stays there.
+std::string resolved(const std::string& path) {
+  struct stat info {};
+  if (::lstat(path.c_str(), &info) != 0 || !S_ISLNK(info.st_mode))
+    return path;
+  const std::unique_ptr<char, void (*)(void*)> target(::realpath(path.c_str(), nullptr), std::free);
+  return target ? std::string(target.get()) : path;
+}
+
+std::string randomLetters() {
+  static constexpr std::string_view LETTERS = "abcdefghijklmnopqrstuvwxyz0123456789";
+  std::random_device device;
+  std::uniform_int_distribution<std::size_t> choice(0, LETTERS.size() - 1);
+  std::string text;
+  for (int i = 0; i < 12; ++i)
+    text.push_back(LETTERS[choice(device)]);
+  return text;
+}
+
+/// A temporary beside a file, removed with its scope unless it has been published.
+class Temporary {
+public:
+  explicit Temporary(const std::string& target) : m_target(target), m_file(create()) {}
+  ~Temporary() {
+    if (!m_published)
+      ::unlink(m_path.c_str());
+  }
+  Temporary(const Temporary&) = delete;
+  Temporary& operator=(const Temporary&) = delete;
+
+  const std::string& path() const { return m_path; }
+
+  void fill(const std::function<void(std::ostream&)>& write) {
+    FileBuffer buffer(m_file.get());
+    std::ostream stream(&buffer);
+    write(stream);
+    stream.flush();
+    if (!stream)
+      fail("cannot write", m_target, buffer.error() ? buffer.error() : EIO);
+  }
+
+  void flushToDisk() {
+    int result = 0;
+    do
+      result = FileOperations::current().sync(m_file.get());
+    while (result != 0 && errno == EINTR);
+    if (result != 0)
+      fail("cannot flush", m_target, errno);
+    if (const int error = m_file.close())
+      fail("cannot close", m_target, error);
+  }
+
+  void publish() {
+    if (FileOperations::current().rename(m_path.c_str(), m_target.c_str()) != 0)
+      fail("cannot replace", m_target, errno);
+    m_published = true;
+  }
+
+private:
+  /// A new file with the access rights of the old one, or those of any new file.
+  int create() {
+    for (;;) {
+      m_path = folderOf(m_target) + "/" + std::string(TEMPORARY_PREFIX) + randomLetters() +
+               std::string(TEMPORARY_SUFFIX);
+      const int file = ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+      if (file >= 0) {
+        keepMode(file);
+        return file;
+      }
+      if (errno != EEXIST && errno != EINTR)
+        fail("cannot create", m_target, errno);
+    }
+  }
+
+  void keepMode(int file) const {
+    struct stat info {};
+    // A file system without access rights refuses this, and then there is nothing to keep.
+    if (::stat(m_target.c_str(), &info) == 0 && ::fchmod(file, info.st_mode & 07777) != 0)
+      errno = 0;
+  }
+
+  std::string m_target;
+  std::string m_path;
+  OpenFile m_file;
+  bool m_published = false;
+};
+
+/// Makes the renaming itself last. The new file is in place by now and whole, so a file system that can't
+/// flush a folder is no failure.
+void flushFolder(const std::string& folder) {
+  const OpenFile directory(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (directory.get() >= 0)
+    FileOperations::current().sync(directory.get());
+}
+
+bool isTemporaryName(std::string_view name) {
+  return name.starts_with(TEMPORARY_PREFIX) && name.ends_with(TEMPORARY_SUFFIX);
+}
+
+} // namespace
+
+void replaceFile(const String& path, const std::function<void(std::ostream&)>& write,
+                 const std::function<void(const String& temporaryPath)>& check) {
+  const std::string target = resolved(path.toUTF8());
+  Temporary temporary(target);
+  temporary.fill(write);
+  temporary.flushToDisk();
+  if (check)
+    check(String(temporary.path().c_str()));
+  temporary.publish();
+  flushFolder(folderOf(target));
+}
+
+bool copyFileReplacing(const String& from, const String& to) {
+  const std::string source = from.toUTF8();
+  const OpenFile file(::open(source.c_str(), O_RDONLY | O_CLOEXEC));
+  if (file.get() < 0 && errno == ENOENT)
+    return false;
+  if (file.get() < 0)
+    fail("cannot read", source, errno);
+  replaceFile(to, [&](std::ostream& out) {
+    std::vector<char> buffer(BUFFER_SIZE);
+    for (;;) {
+      const ssize_t count = ::read(file.get(), buffer.data(), buffer.size());
+      if (count == 0)
+        return;
+      if (count > 0)
+        out.write(buffer.data(), count);
+      else if (errno != EINTR)
+        fail("cannot read", source, errno);
+    }
+  });
+  return true;
+}
+
+void removeLeftoverTemporaries(const String& folder) {
+  const std::string path = folder.toUTF8();
+  const std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(path.c_str()), ::closedir);
+  if (!directory)
+    return;
+  while (const dirent* entry = ::readdir(directory.get()))
+    if (isTemporaryName(entry->d_name))
+      ::unlink((path + "/" + entry->d_name).c_str());
+}
+
+FilePresence filePresence(const String& path) {
+  const std::string name = path.toUTF8();
+  struct stat info {};
+  if (::lstat(name.c_str(), &info) != 0)
+    return errno == ENOENT ? FilePresence::Missing : FilePresence::Unusable;
+  const bool readable =
+      ::stat(name.c_str(), &info) == 0 && S_ISREG(info.st_mode) && ::access(name.c_str(), R_OK) == 0;
+  return readable ? FilePresence::RegularFile : FilePresence::Unusable;
+}
+
+bool removeFile(const String& path) {
+  const std::string name = path.toUTF8();
+  if (::unlink(name.c_str()) == 0)
+    return true;
+  if (errno == ENOENT)
+    return false;
+  throw Exception(String(u"removeFile - cannot remove ") + path + u": " + String(std::strerror(errno)));
+}
+
+String fileNameFor(const String& code) {
+  static constexpr std::u16string_view HEX = u"0123456789ABCDEF";
+  String name;
+  for (const char16_t unit : code) {
+    // "%" too, or two codes could meet in one name.
+    if (unit < 0x20 || unit == 0x7F || unit == u'/' || unit == u'%') {
+      name.push_back(u'%');
+      name.push_back(HEX[unit >> 4]);
+      name.push_back(HEX[unit & 15]);
+    } else {
+      name.push_back(unit);
+    }
+  }
+  return name;
+}
+
+} // namespace Tallymoor

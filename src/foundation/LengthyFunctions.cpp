@@ -1,0 +1,9 @@
+#include "foundation/LengthyFunctions.h"
+
+namespace Tallymoor {
+
+Progress::~Progress() = default;
+
+HasLengthyFunctions::~HasLengthyFunctions() = default;
+
+} // namespace Tallymoor

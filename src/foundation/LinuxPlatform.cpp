@@ -1,0 +1,248 @@
+#include "foundation/LinuxPlatform.h"
+#include "foundation/Constants.h"
+#include "foundation/Exception.h"
+#include "foundation/FileVersion.h"
+#include "foundation/MoneyFormat.h"
+#include "foundation/ProgramStart.h"
+#include "foundation/ShortDatePicture.h"
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <ctime>
+#include <dirent.h>
+#include <fcntl.h>
+#include <pwd.h>
+#include <string_view>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Tallymoor {
+
+namespace {
+
+constexpr const char* FALLBACK_LOCALE = "en_US";
+constexpr std::string_view DELETED_MARK = " (deleted)";
+
+std::string environment(const char* name) {
+  const char* value = std::getenv(name);
+  return value ? value : "";
+}
+
+/// The name of a locale without encoding and modifier, as ICU takes it.
+std::string plainLocale(const std::string& name) {
+  const std::string plain = name.substr(0, name.find_first_of(".@"));
+  return plain.empty() || plain == "C" || plain == "POSIX" ? FALLBACK_LOCALE : plain;
+}
+
+/// The user's locale for a category such as LC_TIME, by the order that POSIX gives.
+std::string localeFor(const std::string& wanted, const char* category) {
+  if (!wanted.empty())
+    return plainLocale(wanted);
+  for (const char* variable : {"LC_ALL", category, "LANG"})
+    if (const std::string name = environment(variable); !name.empty())
+      return plainLocale(name);
+  return FALLBACK_LOCALE;
+}
+
+std::string homeFolder() {
+  const std::string home = environment("HOME");
+  if (!home.empty())
+    return home;
+  passwd entry{};
+  passwd* found = nullptr;
+  std::array<char, 4096> buffer{};
+  ::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found);
+  return found && found->pw_dir ? found->pw_dir : "";
+}
+
+/// Empty when the environment names no folder. A relative XDG_DATA_HOME has to be ignored.
+std::string userDataHome() {
+  const std::string data = environment("XDG_DATA_HOME");
+  if (!data.empty() && data[0] == '/')
+    return data;
+  const std::string home = homeFolder();
+  return home.empty() ? "" : home + "/.local/share";
+}
+
+std::string readLink(const std::string& path) {
+  std::array<char, PATH_MAX> target{};
+  const ssize_t length = ::readlink(path.c_str(), target.data(), target.size());
+  return length < 0 ? "" : std::string(target.data(), static_cast<std::size_t>(length));
+}
+
+std::string folderOfThisProgram() {
+  const std::string image = readLink("/proc/self/exe");
+  return image.substr(0, image.rfind('/'));
+}
+
+std::string baseName(const std::string& path) {
+  return path.substr(path.rfind('/') + 1);
+}
+
+bool exists(const std::string& path) {
+  struct stat info {};
+  return ::stat(path.c_str(), &info) == 0;
+}
+
+/// Another process or thread may make the folder first, which is as good.
+bool makeFolder(const std::string& path) {
+  return ::mkdir(path.c_str(), 0700) == 0 || errno == EEXIST;
+}
+
+bool makeFolders(const std::string& path) {
+  if (exists(path))
+    return true;
+  const std::size_t slash = path.rfind('/');
+  if (slash != std::string::npos && slash > 0 && !makeFolders(path.substr(0, slash)))
+    return false;
+  return makeFolder(path);
+}
+
+/// A file's bytes, mapped for a scope.
+class MappedFile {
+public:
+  explicit MappedFile(const std::string& path) {
+    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    struct stat info {};
+    if (file >= 0 && ::fstat(file, &info) == 0 && S_ISREG(info.st_mode)) {
+      m_readable = true;
+      m_size = static_cast<std::size_t>(info.st_size);
+      if (m_size > 0)
+        m_bytes = ::mmap(nullptr, m_size, PROT_READ, MAP_PRIVATE, file, 0);
+    }
+    if (file >= 0)
+      ::close(file);
+    if (m_bytes == MAP_FAILED) {
+      m_bytes = nullptr;
+      m_readable = false;
+    }
+  }
+  ~MappedFile() {
+    if (m_bytes)
+      ::munmap(m_bytes, m_size);
+  }
+  MappedFile(const MappedFile&) = delete;
+  MappedFile& operator=(const MappedFile&) = delete;
+
+  bool readable() const { return m_readable; }
+  std::string_view bytes() const {
+    return m_bytes ? std::string_view(static_cast<const char*>(m_bytes), m_size) : std::string_view();
+  }
+
+private:
+  bool m_readable = false;
+  std::size_t m_size = 0;
+  void* m_bytes = nullptr;
+};
+
+/// True for an entry of /proc whose image has this lower-case base name. A process that can't be read has
+/// none.
+bool isImageNamed(const char* process, const String& lowerName) {
+  std::string image = baseName(readLink(std::string("/proc/") + process + "/exe"));
+  if (image.ends_with(DELETED_MARK))
+    image.resize(image.size() - DELETED_MARK.size());
+  return String(image.c_str()).toLower() == lowerName;
+}
+
+bool isProcessNumber(const char* name) {
+  return std::string_view(name).find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+} // namespace
+
+LinuxPlatform::LinuxPlatform(const LinuxPlatformOptions& options)
+    : m_dataHome(options.dataHome.empty() ? userDataHome() : options.dataHome),
+      m_programFolder(options.programFolder.empty() ? folderOfThisProgram() : options.programFolder),
+      m_opener(options.opener.empty() ? "xdg-open" : options.opener),
+      m_picture(std::make_unique<ShortDatePicture>(
+          options.datePicture.empty() ? ShortDatePicture::ofLocale(localeFor(options.locale, "LC_TIME"))
+                                      : ShortDatePicture(String(options.datePicture.c_str())))),
+      m_money(std::make_unique<MoneyFormat>(localeFor(options.locale, "LC_MONETARY"))) {}
+
+LinuxPlatform::~LinuxPlatform() = default;
+
+String LinuxPlatform::userHomeDirectory(const String& product) {
+  if (m_dataHome.empty() || !makeFolders(m_dataHome))
+    throw Exception(u"Win32Platform::userHomeDirectory - SHGetFolderPath failed!");
+  const std::string companyFolder = m_dataHome + "/" + VENDOR_NAME.toUTF8();
+  if (!exists(companyFolder) && !makeFolder(companyFolder))
+    throw Exception(u"Win32Platform::userHomeDirectory - CreateDirectory(companyFolder) failed!");
+  const std::string productFolder = companyFolder + "/" + product.toUTF8();
+  if (!exists(productFolder))
+    for (const char* folder : {"", "/Config", "/Cache", "/Data", "/Report"})
+      if (!makeFolder(productFolder + folder))
+        throw Exception(u"Win32Platform::userHomeDirectory - CreateDirectory(productFolder) failed!");
+  return String(productFolder.c_str());
+}
+
+String LinuxPlatform::shortDateFormat(const Date& date) {
+  if (date.year() < 1 || date.year() > 9999)
+    throw Exception(String(u"Win32Platform::shortDateFormat - invalid date: ") +
+                    date.toString(DATE_DISPLAY_DMY));
+  return m_picture->format(date);
+}
+
+bool LinuxPlatform::parseShortDate(const String& text, Date& date) {
+  return m_picture->parse(text, date);
+}
+
+String LinuxPlatform::currencyFormat(double amount) {
+  return m_money->format(amount);
+}
+
+double LinuxPlatform::parseAmount(const String& text) {
+  return m_money->read(text);
+}
+
+bool LinuxPlatform::openDocument(const String& target) {
+  const std::string name = target.toUTF8();
+  if (name.empty() || name[0] == '-')
+    return false;
+  if (String(baseName(name).c_str()) == UPDATE_INSTALLER_EXE) {
+    const std::string program = name.find('/') == std::string::npos ? "./" + name : name;
+    return isTrustedProgram(program) && startProgram(program, {});
+  }
+  return startProgram(m_opener, {name});
+}
+
+std::uint32_t LinuxPlatform::tickCount() {
+  timespec now{};
+  ::clock_gettime(CLOCK_MONOTONIC, &now);
+  return static_cast<std::uint32_t>(static_cast<std::uint64_t>(now.tv_sec) * 1000u +
+                                    static_cast<std::uint64_t>(now.tv_nsec) / 1000000u);
+}
+
+void LinuxPlatform::getFileVersion(const String& path, unsigned& major, unsigned& minor, unsigned& patch,
+                                   unsigned& build) {
+  const std::string name = path.toUTF8();
+  const MappedFile file(name);
+  if (!file.readable())
+    throw Exception(String(u"Win32Platform::getFileVersion - GetFileVersionInfo failed for ") + path);
+  std::optional<FileVersion> version = versionInImage(file.bytes());
+  if (!version)
+    version = versionInName(baseName(name));
+  if (!version)
+    throw Exception(String(u"Win32Platform::getFileVersion - VerQueryValue failed for ") + path);
+  major = (*version)[0];
+  minor = (*version)[1];
+  patch = (*version)[2];
+  build = (*version)[3];
+}
+
+unsigned LinuxPlatform::countProcesses(const String& imageName) {
+  const String wanted = imageName.toLower();
+  const std::unique_ptr<DIR, int (*)(DIR*)> processes(::opendir("/proc"), ::closedir);
+  unsigned count = 0;
+  while (const dirent* entry = processes ? ::readdir(processes.get()) : nullptr)
+    if (isProcessNumber(entry->d_name) && isImageNamed(entry->d_name, wanted))
+      ++count;
+  return count;
+}
+
+String LinuxPlatform::installedDefaultsDirectory() {
+  return String((m_programFolder + "/defaults").c_str());
+}
+
+} // namespace Tallymoor

@@ -1,0 +1,118 @@
+#include "foundation/MoneyFormat.h"
+#include "foundation/Amounts.h"
+#include <algorithm>
+#include <unicode/dcfmtsym.h>
+#include <unicode/numberformatter.h>
+#include <unicode/ucurr.h>
+
+namespace Tallymoor {
+
+namespace {
+
+constexpr char16_t MINUS_SIGN = 0x2212;
+
+/// A locale with a region, which says what the currency is, and with Latin digits.
+icu::Locale moneyLocale(const std::string& name) {
+  icu::Locale locale(name.c_str());
+  UErrorCode status = U_ZERO_ERROR;
+  if (*locale.getCountry() == '\0')
+    locale.addLikelySubtags(status);
+  status = U_ZERO_ERROR;
+  locale.setKeywordValue("numbers", "latn", status);
+  return locale;
+}
+
+String currencyOf(const icu::Locale& locale) {
+  UErrorCode status = U_ZERO_ERROR;
+  char16_t code[4] = {};
+  ucurr_forLocale(locale.getName(), code, 4, &status);
+  return U_SUCCESS(status) ? String(code) : String(u"XXX");
+}
+
+String fromIcu(const icu::UnicodeString& text) {
+  return String::Base(text.getBuffer(), static_cast<std::size_t>(text.length()));
+}
+
+bool isDirectionMark(char16_t unit) {
+  return unit == 0x200E || unit == 0x200F || unit == 0x061C;
+}
+
+void removeAll(String& text, const String& part) {
+  if (part.empty())
+    return;
+  for (std::size_t at = text.find(part); at != String::npos; at = text.find(part, at))
+    text.erase(at, part.size());
+}
+
+/// Other minus signs become the plain one.
+String withPlainMinus(String text) {
+  std::replace(text.begin(), text.end(), MINUS_SIGN, u'-');
+  return text;
+}
+
+} // namespace
+
+struct MoneyFormat::Parts {
+  icu::number::LocalizedNumberFormatter formatter;
+  String decimalSign;
+  String currencySign;
+  int decimals = 2;
+};
+
+MoneyFormat::MoneyFormat(const std::string& name) {
+  const icu::Locale locale = moneyLocale(name);
+  const String currency = currencyOf(locale);
+  auto parts = std::make_unique<Parts>();
+  UErrorCode status = U_ZERO_ERROR;
+  parts->decimals = ucurr_getDefaultFractionDigits(currency.c_str(), &status);
+  status = U_ZERO_ERROR;
+  icu::DecimalFormatSymbols symbols(locale, status);
+  symbols.setCurrency(currency.c_str(), status);
+  parts->decimalSign = fromIcu(symbols.getConstSymbol(icu::DecimalFormatSymbols::kMonetarySeparatorSymbol));
+  parts->currencySign = fromIcu(symbols.getConstSymbol(icu::DecimalFormatSymbols::kCurrencySymbol));
+  parts->formatter = icu::number::NumberFormatter::withLocale(locale)
+                         .unit(icu::CurrencyUnit(currency.c_str(), status))
+                         .roundingMode(UNUM_ROUND_HALFUP);
+  m_parts = std::move(parts);
+}
+
+MoneyFormat::~MoneyFormat() = default;
+
+String MoneyFormat::format(double amount) const {
+  const double shown = showsAsZero(amount, std::min(m_parts->decimals, 2)) ? 0.0 : amount;
+  const std::string digits = String::fromDouble(shown, 2).toUTF8();
+  UErrorCode status = U_ZERO_ERROR;
+  const icu::number::FormattedNumber number = m_parts->formatter.formatDecimal(digits, status);
+  String text = fromIcu(number.toString(status));
+  if (U_FAILURE(status))
+    return String();
+  std::erase_if(text, isDirectionMark);
+  return text;
+}
+
+double MoneyFormat::readAsWritten(const String& text) const {
+  String number = text;
+  removeAll(number, m_parts->currencySign);
+  String plain;
+  for (const char16_t unit : number) {
+    if (String(String::Base(1, unit)) == m_parts->decimalSign)
+      plain.push_back(u'.');
+    else if (unit == u'-' || (unit >= u'0' && unit <= u'9'))
+      plain.push_back(unit);
+  }
+  return plain.toDouble();
+}
+
+double MoneyFormat::read(const String& text) const {
+  String amount = withPlainMinus(text);
+  // A text of our own may group with points; that it is one shows in its reading back the same.
+  const double asWritten = readAsWritten(amount);
+  if (withPlainMinus(format(asWritten)) == amount)
+    return asWritten;
+  const bool singleComma = std::count(amount.begin(), amount.end(), u',') == 1;
+  if (m_parts->decimalSign == String(u",") && singleComma && !amount.contains(u"."))
+    std::replace(amount.begin(), amount.end(), u',', u'.');
+  return amount.toDoubleFiltered();
+}
+
+} // namespace Tallymoor

@@ -1,0 +1,72 @@
+#include "foundation/Platform.h"
+#include "foundation/Exception.h"
+#include "foundation/FileReplacement.h"
+#include "foundation/LinuxPlatform.h"
+#include <cerrno>
+#include <cstring>
+#include <dirent.h>
+#include <memory>
+#include <mutex>
+
+namespace Tallymoor {
+
+namespace {
+
+std::mutex instanceMutex;
+
+std::unique_ptr<Platform>& instanceSlot() {
+  static std::unique_ptr<Platform> slot;
+  return slot;
+}
+
+void copyMissing(const std::string& from, const String& to) {
+  const std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(from.c_str()), ::closedir);
+  if (!directory)
+    return; // an installation without defaults of this kind
+  while (const dirent* entry = ::readdir(directory.get())) {
+    const String source((from + "/" + entry->d_name).c_str());
+    const String target = to + String(entry->d_name);
+    if (filePresence(source) == FilePresence::RegularFile && filePresence(target) == FilePresence::Missing)
+      copyFileReplacing(source, target);
+  }
+}
+
+} // namespace
+
+Platform::~Platform() = default;
+
+Platform& Platform::Instance() {
+  const std::lock_guard lock(instanceMutex);
+  if (!instanceSlot())
+    instanceSlot() = std::make_unique<LinuxPlatform>();
+  return *instanceSlot();
+}
+
+void Platform::setInstance(std::unique_ptr<Platform> platform) {
+  const std::lock_guard lock(instanceMutex);
+  instanceSlot() = std::move(platform);
+}
+
+String dataDirectory(Platform& platform, const String& product) {
+  return platform.userHomeDirectory(product) + u"/Data/";
+}
+
+String configDirectory(Platform& platform, const String& product) {
+  return platform.userHomeDirectory(product) + u"/Config/";
+}
+
+String cacheDirectory(Platform& platform, const String& product) {
+  return platform.userHomeDirectory(product) + u"/Cache/";
+}
+
+String reportDirectory(Platform& platform, const String& product) {
+  return platform.userHomeDirectory(product) + u"/Report/";
+}
+
+void installMissingDefaults(Platform& platform, const String& product) {
+  const std::string defaults = platform.installedDefaultsDirectory().toUTF8();
+  copyMissing(defaults + "/Config", configDirectory(platform, product));
+  copyMissing(defaults + "/Report", reportDirectory(platform, product));
+}
+
+} // namespace Tallymoor

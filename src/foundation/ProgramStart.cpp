@@ -1,0 +1,82 @@
+#include "foundation/ProgramStart.h"
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+extern char** environ;
+
+namespace Tallymoor {
+
+namespace {
+
+/// What a new process gets: no blocked signals, none ignored that it does not expect, and no files of ours.
+class SpawnSettings {
+public:
+  SpawnSettings() {
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
+    posix_spawnattr_init(&attributes);
+    sigset_t signals;
+    sigemptyset(&signals);
+    posix_spawnattr_setsigmask(&attributes, &signals);
+    sigaddset(&signals, SIGPIPE);
+    posix_spawnattr_setsigdefault(&attributes, &signals);
+    posix_spawnattr_setflags(&attributes,
+                             POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+  }
+  ~SpawnSettings() {
+    posix_spawn_file_actions_destroy(&actions);
+    posix_spawnattr_destroy(&attributes);
+  }
+  SpawnSettings(const SpawnSettings&) = delete;
+  SpawnSettings& operator=(const SpawnSettings&) = delete;
+
+  posix_spawn_file_actions_t actions;
+  posix_spawnattr_t attributes;
+};
+
+/// Collects the end of a child whenever it comes, so that it never stays as a zombie.
+void reapLater(pid_t child) {
+  std::thread([child] {
+    int status = 0;
+    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+  }).detach();
+}
+
+bool onlyOwnersWrite(const struct stat& info) {
+  const bool known = info.st_uid == ::geteuid() || info.st_uid == 0;
+  return known && (info.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+}
+
+} // namespace
+
+bool startProgram(const std::string& program, const std::vector<std::string>& arguments) {
+  std::vector<char*> argv{const_cast<char*>(program.c_str())};
+  for (const std::string& argument : arguments)
+    argv.push_back(const_cast<char*>(argument.c_str()));
+  argv.push_back(nullptr);
+  const SpawnSettings settings;
+  pid_t child = 0;
+  if (::posix_spawnp(&child, program.c_str(), &settings.actions, &settings.attributes, argv.data(),
+                     environ) != 0)
+    return false;
+  reapLater(child);
+  return true;
+}
+
+bool isTrustedProgram(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+  struct stat file {
+  }, parent{};
+  return ::stat(path.c_str(), &file) == 0 && S_ISREG(file.st_mode) && ::stat(folder.c_str(), &parent) == 0 &&
+         onlyOwnersWrite(file) && onlyOwnersWrite(parent);
+}
+
+} // namespace Tallymoor

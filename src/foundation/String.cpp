@@ -1,0 +1,330 @@
+#include "foundation/String.h"
+#include "foundation/Exception.h"
+#include "foundation/TextTranscoders.h"
+#include <algorithm>
+#include <bit>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <memory>
+#include <unicode/uchar.h>
+#include <vector>
+#include <xercesc/util/TransService.hpp>
+#include <xercesc/util/UTFDataFormatException.hpp>
+#include <xercesc/util/XML88591Transcoder.hpp>
+#include <xercesc/util/XMLException.hpp>
+
+namespace Tallymoor {
+
+namespace {
+
+constexpr char16_t REPLACEMENT_CHARACTER = 0xFFFD;
+/// More places than any double needs for its rounding to be seen, and few enough for a buffer on the stack.
+constexpr int MOST_DECIMALS = 100;
+
+bool isAscii(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+bool isAscii(const String& text) {
+  return std::all_of(text.begin(), text.end(), [](char16_t unit) { return unit < 0x80; });
+}
+
+bool isHighSurrogate(char16_t unit) {
+  return unit >= 0xD800 && unit <= 0xDBFF;
+}
+
+bool isLowSurrogate(char16_t unit) {
+  return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+
+/// White space of any script, the no-break spaces of web pages included.
+bool isBlank(char16_t unit) {
+  if (unit < 0x80)
+    return unit == u' ' || (unit >= 9 && unit <= 13);
+  return unit == 0x85 || unit == 0xA0 || unit == 0x1680 || (unit >= 0x2000 && unit <= 0x200A) ||
+         unit == 0x2028 || unit == 0x2029 || unit == 0x202F || unit == 0x205F || unit == 0x3000;
+}
+
+bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+/// Decodes with a transcoder. Returns false when it stopped before the last byte.
+bool decode(xercesc::XMLTranscoder& transcoder, std::string_view bytes, String& text) {
+  text.assign(bytes.size(), u'\0');
+  std::vector<unsigned char> sizes(bytes.size());
+  XMLSize_t eaten = 0;
+  const XMLSize_t units =
+      transcoder.transcodeFrom(reinterpret_cast<const XMLByte*>(bytes.data()), bytes.size(), text.data(),
+                               text.size(), eaten, sizes.data());
+  text.resize(units);
+  return eaten == bytes.size();
+}
+
+/// False when the bytes are no UTF-8 as a whole.
+bool decodeUTF8(std::string_view bytes, String& text) {
+  try {
+    return decode(utf8Decoder(), bytes, text);
+  } catch (const xercesc::UTFDataFormatException&) {
+    return false;
+  }
+}
+
+void decodeLatin1(std::string_view bytes, String& text) {
+  xercesc::XML88591Transcoder transcoder(u"latin1", TRANSCODER_BLOCK_SIZE,
+                                         xercesc::XMLPlatformUtils::fgMemoryManager);
+  decode(transcoder, bytes, text);
+}
+
+/// Text in which every surrogate has its partner: the transcoder would join or pass lone ones as they are.
+String withoutLoneSurrogates(const String& text) {
+  String result = text;
+  for (std::size_t i = 0; i < result.size(); ++i) {
+    if (isHighSurrogate(result[i]) && i + 1 < result.size() && isLowSurrogate(result[i + 1]))
+      ++i;
+    else if (isHighSurrogate(result[i]) || isLowSurrogate(result[i]))
+      result[i] = REPLACEMENT_CHARACTER;
+  }
+  return result;
+}
+
+/// The part of a text that a number can stand in: no commas, no leading blanks, up to the first unit beyond
+/// ASCII.
+std::string numberText(const String& text) {
+  std::string result;
+  result.reserve(text.size());
+  bool leading = true;
+  for (const char16_t unit : text) {
+    if (unit == u',' || (leading && isBlank(unit)))
+      continue;
+    if (unit >= 0x80)
+      break;
+    leading = false;
+    result.push_back(static_cast<char>(unit));
+  }
+  return result;
+}
+
+/// True for an exact tie: a value whose lowest binary digit is worth half a unit of 2^-decimals lies, in
+/// decimal notation too, exactly between two neighbours at so many places, and no other value does.
+bool isTie(double magnitude, int decimals) {
+  const std::uint64_t bits = std::bit_cast<std::uint64_t>(magnitude);
+  const int biased = static_cast<int>(bits >> 52);
+  const std::uint64_t fraction = bits & ((std::uint64_t{1} << 52) - 1);
+  const std::uint64_t significand = biased == 0 ? fraction : fraction | (std::uint64_t{1} << 52);
+  const int exponent = std::max(biased, 1) - 1075;
+  return significand != 0 && exponent + std::countr_zero(significand) == -(decimals + 1);
+}
+
+/// Adds one to the last place of a text of digits and perhaps a point.
+void incrementLastPlace(std::string& digits) {
+  for (auto place = digits.rbegin(); place != digits.rend(); ++place) {
+    if (*place == '.')
+      continue;
+    if (*place != '9') {
+      ++*place;
+      return;
+    }
+    *place = '0';
+  }
+  digits.insert(digits.begin(), '1');
+}
+
+/// A tie rounded away from zero: its text with one more place is exact and ends in 5.
+String roundedTie(bool negative, const char* first, const char* last) {
+  std::string digits(first, last - 1);
+  if (digits.back() == '.')
+    digits.pop_back();
+  incrementLastPlace(digits);
+  return (negative ? String(u"-") : String()) + String(String::Base(digits.begin(), digits.end()));
+}
+
+std::int64_t readInteger(const char* first, const char* last) {
+  std::int64_t value = 0;
+  if (std::from_chars(first, last, value).ec == std::errc::result_out_of_range)
+    return *first == '-' ? std::numeric_limits<std::int64_t>::min()
+                         : std::numeric_limits<std::int64_t>::max();
+  return value;
+}
+
+template <typename Mapping>
+String mapUnits(const String& text, Mapping mapping) {
+  String result = text;
+  for (char16_t& unit : result) {
+    const UChar32 mapped = mapping(static_cast<UChar32>(unit));
+    if (mapped >= 0 && mapped <= 0xFFFF)
+      unit = static_cast<char16_t>(mapped);
+  }
+  return result;
+}
+
+} // namespace
+
+String::String(const char16_t* text) {
+  if (text)
+    assign(text);
+}
+
+String::String(const char* utf8) {
+  if (utf8)
+    *this = fromUTF8(utf8);
+}
+
+String String::fromUTF8(std::string_view utf8) {
+  if (isAscii(utf8))
+    return Base(utf8.begin(), utf8.end());
+  String text;
+  try {
+    if (!decodeUTF8(utf8, text))
+      decodeLatin1(utf8, text);
+  } catch (const xercesc::XMLException& e) {
+    throw Exception(String(u"String::String from utf8 - ") + e.getMessage());
+  }
+  return text;
+}
+
+std::string String::toUTF8() const {
+  if (isAscii(*this))
+    return std::string(begin(), end());
+  const String source = withoutLoneSurrogates(*this);
+  std::string result(4 * source.size() + 1, '\0');
+  try {
+    XMLSize_t eaten = 0;
+    result.resize(utf8Encoder().transcodeTo(source.data(), source.size(),
+                                            reinterpret_cast<XMLByte*>(result.data()), result.size(), eaten,
+                                            xercesc::XMLTranscoder::UnRep_RepChar));
+  } catch (const xercesc::UTFDataFormatException& e) {
+    throw Exception(String(u"String::toUTF8(), UTFDataFormatException - ") + e.getMessage());
+  } catch (const xercesc::XMLException& e) {
+    throw Exception(String(u"String::toUTF8() - ") + e.getMessage());
+  }
+  return result;
+}
+
+std::string String::toLatin1() const {
+  std::string result(size(), '\0');
+  std::transform(begin(), end(), result.begin(),
+                 [](char16_t unit) { return unit > 0xFF ? '?' : static_cast<char>(unit); });
+  return result;
+}
+
+std::int64_t String::toLong64() const {
+  const std::string text = numberText(*this);
+  const char* first = text.data();
+  const char* last = first + text.size();
+  if (first != last && *first == '+') {
+    ++first;
+    if (first != last && *first == '-')
+      return 0;
+  }
+  return readInteger(first, last);
+}
+
+std::int32_t String::toLong() const {
+  using Limits = std::numeric_limits<std::int32_t>;
+  return static_cast<std::int32_t>(std::clamp<std::int64_t>(toLong64(), Limits::min(), Limits::max()));
+}
+
+String String::fromLong(std::int64_t value) {
+  char buffer[24];
+  const auto end = std::to_chars(buffer, buffer + sizeof buffer, value).ptr;
+  return Base(buffer, end);
+}
+
+double String::toDouble() const {
+  const std::string text = numberText(*this);
+  const char* first = text.data();
+  const char* last = first + text.size();
+  const bool negative = first != last && *first == '-';
+  if (first != last && (*first == '-' || *first == '+'))
+    ++first;
+  // Nothing but digits and a point may begin a number: the library's reader would take "inf" and "nan" too.
+  if (first == last || !(isDigit(*first) || *first == '.'))
+    return 0.0;
+  double value = 0.0;
+  if (std::from_chars(first, last, value, std::chars_format::general).ec != std::errc())
+    return 0.0;
+  return negative ? -value : value;
+}
+
+String String::fromDouble(double value, int decimals) {
+  const int places = std::clamp(decimals, 0, MOST_DECIMALS);
+  const double magnitude = std::isfinite(value) ? std::fabs(value) : 0.0;
+  const bool negative = magnitude != 0.0 && std::signbit(value);
+  char buffer[std::numeric_limits<double>::max_exponent10 + MOST_DECIMALS + 8];
+  const bool tie = isTie(magnitude, places);
+  const char* end = std::to_chars(buffer + 1, buffer + sizeof buffer, magnitude, std::chars_format::fixed,
+                                  tie ? places + 1 : places)
+                        .ptr;
+  if (tie)
+    return roundedTie(negative, buffer + 1, end);
+  buffer[0] = '-';
+  const char* begin = negative ? buffer : buffer + 1;
+  return Base(begin, end);
+}
+
+String String::toPercent(double value) {
+  return appendPercent(fromDouble(value, 2));
+}
+
+String String::appendPercent(const String& text) {
+  return text + u'%';
+}
+
+double String::fromPercent() const {
+  if (!empty() && back() == u'%')
+    return String(substr(0, size() - 1)).toDouble();
+  return toDouble();
+}
+
+double String::toDoubleFiltered() const {
+  String filtered;
+  for (const char16_t unit : *this)
+    if ((unit >= u'0' && unit <= u'9') || unit == u'-' || unit == u'.' || unit == u'+')
+      filtered.push_back(unit);
+  return filtered.toDouble();
+}
+
+void String::removeCommas(String& text) {
+  std::erase(text, u',');
+}
+
+String String::toLower() const {
+  return mapUnits(*this, u_tolower);
+}
+
+String String::toUpper() const {
+  return mapUnits(*this, u_toupper);
+}
+
+String String::trimmed() const {
+  const auto first = std::find_if_not(begin(), end(), isBlank);
+  const auto last = std::find_if_not(rbegin(), std::make_reverse_iterator(first), isBlank).base();
+  return Base(first, last);
+}
+
+String operator+(const String& left, const String& right) {
+  String result = left;
+  result.append(right);
+  return result;
+}
+
+String operator+(const String& left, const char16_t* right) {
+  String result = left;
+  if (right)
+    result.append(right);
+  return result;
+}
+
+String operator+(const String& left, char16_t right) {
+  String result = left;
+  result.push_back(right);
+  return result;
+}
+
+bool operator==(const String& left, const String& right) {
+  return static_cast<const String::Base&>(left) == static_cast<const String::Base&>(right);
+}
+
+} // namespace Tallymoor
