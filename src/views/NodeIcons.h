@@ -1,0 +1,16 @@
+#pragma once
+
+namespace FX {
+class FXIcon;
+}
+
+namespace Tallymoor {
+
+/// Icons of the tree's nodes. They belong to the application's window, must be created on the display and
+/// outlive the tree; null means that the node has none.
+struct NodeIcons {
+  FX::FXIcon* portfolio = nullptr;
+  FX::FXIcon* sharesHeld = nullptr;
+};
+
+} // namespace Tallymoor

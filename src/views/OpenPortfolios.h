@@ -1,0 +1,13 @@
+#pragma once
+#include "engine/SharePortfolioUser.h"
+#include "foundation/String.h"
+#include <map>
+#include <memory>
+
+namespace Tallymoor {
+
+/// All open portfolios by name. The application's window owns the map; the root node adds to it, renames and
+/// deletes.
+using OpenPortfolios = std::map<String, std::unique_ptr<SharePortfolioUser>>;
+
+} // namespace Tallymoor

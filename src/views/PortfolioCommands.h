@@ -1,0 +1,21 @@
+#pragma once
+#include "foundation/Date.h"
+#include "foundation/String.h"
+
+namespace Tallymoor {
+
+/// What the views below a portfolio's node ask of it. GUI thread only.
+class PortfolioCommands {
+public:
+  virtual ~PortfolioCommands();
+
+  /// Asks for a purchase, with the code filled in unless it is empty, and records it.
+  virtual void buyShares(const String& code) = 0;
+  /// The portfolio's records have just changed: its tables stop reading them at once, and everything that
+  /// shows them is made anew when the running handler has returned.
+  virtual void transactionMade() = 0;
+  /// The user has typed the price of a share on a day: it counts in every portfolio that held the share.
+  virtual void priceTyped(const String& code, const Date& date, double price) = 0;
+};
+
+} // namespace Tallymoor

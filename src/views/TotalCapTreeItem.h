@@ -1,0 +1,94 @@
+#pragma once
+#include "views/NodeIcons.h"
+#include "views/OpenPortfolios.h"
+#include "widgets/InvestmentTreeItem.h"
+#include "widgets/Table.h"
+#include <map>
+#include <memory>
+#include <vector>
+
+namespace Tallymoor {
+
+class PriceWatch;
+class Progress;
+class SharePortfolioTreeItem;
+class SummaryFrame;
+class XMLElement;
+
+/// The root of the tree of portfolios: "Total Investment Capital". It makes the node of each open portfolio,
+/// shows their capital and gains together, and is where portfolios are made, renamed and deleted.
+///
+/// GUI thread only, under the big mutex. What deletes nodes waits until no handler is running (see
+/// HandlerScope).
+class TotalCapTreeItem : public InvestmentTreeItem, public Table::Watcher {
+  FXDECLARE_ABSTRACT(TotalCapTreeItem)
+public:
+  enum { ID_NEW_SHARE_PORTFOLIO = 1, ID_LAST };
+
+  /// The portfolios and the root element of the records ("SharePortfolios") outlive the node. With a
+  /// progress, each portfolio is a step of it.
+  TotalCapTreeItem(InvestmentTree* tree, OpenPortfolios& portfolios, XMLElement& records,
+                   const NodeIcons& icons, Progress* progress);
+  ~TotalCapTreeItem() override;
+
+  void update() override;
+  FXint onRightClick(FXint x, FXint y) override;
+  /// Deletes the portfolio of that node for good: the node, its records, and the file of its capital record.
+  void removeChild(TreeViewItem* child) override;
+  void tableChanged(bool rebuilt) override;
+
+  /// Asks for a name and makes an empty portfolio, whose node is shown.
+  void newSharePortfolio();
+  /// Gives the portfolio another name, which is cleaned first. The name it has, an empty one or an unknown
+  /// old name does nothing; one that is taken is refused with a message.
+  void renamePortfolio(const String& oldName, const String& newName);
+  /// Makes all nodes anew from the open portfolios: after some came from elsewhere (an import, the wizard).
+  /// The page that was shown stays in sight; with the name of a portfolio, that one is shown instead.
+  void reloadPortfolios(const String& showPortfolio = String());
+
+  /// True once after portfolios were added, removed or renamed or a transaction was made.
+  bool takePortfoliosChanged();
+  void setPortfoliosChanged() { m_portfoliosChanged = true; }
+
+  /// Null when there is none of that name.
+  SharePortfolioTreeItem* portfolioNode(const String& name) const;
+  /// All of them, by name.
+  std::vector<SharePortfolioTreeItem*> portfolioNodes() const;
+  const NodeIcons& icons() const { return m_icons; }
+
+  /// Asks for the portfolio's deletion by name, to be carried out when the running handlers have returned.
+  void deletePortfolioLater(const String& name);
+  /// A typed price counts in every portfolio's record of that day; all views follow.
+  void priceTyped(const String& code, const Date& date, double price);
+
+  long onNewSharePortfolio(FXObject*, FXSelector, void*);
+
+private:
+  struct Labels {
+    FXLabel* capital;
+    FXLabel* percent;
+  };
+  struct Totals;
+
+  void loadPortfolios(Progress* progress);
+  void buildSummary();
+  void buildPortfolioRows();
+  Totals totals() const;
+  bool hasRowsFor(const Totals& totals) const;
+  void showFigures(const Totals& totals);
+  void deletePortfolio(const String& name);
+  void pricesCame();
+
+  OpenPortfolios* m_portfolios = nullptr;
+  XMLElement* m_records = nullptr;
+  NodeIcons m_icons;
+  SummaryFrame* m_summaryFrame = nullptr;
+  std::map<String, Labels> m_summaryLabels;
+  FXLabel* m_totalLabel = nullptr;
+  FXLabel* m_gainTodayLabel = nullptr;
+  FXLabel* m_gainWeekLabel = nullptr;
+  bool m_portfoliosChanged = false;
+  std::unique_ptr<PriceWatch> m_priceWatch;
+};
+
+} // namespace Tallymoor
