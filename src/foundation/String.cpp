@@ -305,9 +305,17 @@ String String::trimmed() const {
 }
 
 String operator+(const String& left, const String& right) {
-  String result = left;
-  result.append(right);
-  return result;
+  return left + static_cast<const String::Base&>(right);
+}
+
+String operator+(const String& left, const String::Base& right) {
+  String result;
+  result.reserve(left.size() + right.size());
+  return result.append(left).append(right);
+}
+
+String operator+(const String::Base& left, const String& right) {
+  return String(left) + static_cast<const String::Base&>(right);
 }
 
 String operator+(const String& left, const char16_t* right) {
@@ -317,6 +325,14 @@ String operator+(const String& left, const char16_t* right) {
   return result;
 }
 
+String operator+(const char16_t* left, const String& right) {
+  return String(left) + right;
+}
+
+String operator+(const String& left, const char* right) {
+  return left + String(right);
+}
+
 String operator+(const String& left, char16_t right) {
   String result = left;
   result.push_back(right);
@@ -324,7 +340,15 @@ String operator+(const String& left, char16_t right) {
 }
 
 bool operator==(const String& left, const String& right) {
-  return static_cast<const String::Base&>(left) == static_cast<const String::Base&>(right);
+  return std::u16string_view(left) == std::u16string_view(right);
+}
+
+bool operator==(const String& left, const String::Base& right) {
+  return std::u16string_view(left) == std::u16string_view(right);
+}
+
+bool operator==(const String& left, const char16_t* right) {
+  return std::u16string_view(left) == (right ? std::u16string_view(right) : std::u16string_view());
 }
 
 } // namespace Tallymoor

@@ -68,8 +68,15 @@ inline String operator+(const char16_t* left, const String& right) {
   return String(left) + right;
 }
 bool operator==(const String& left, const String& right);
-inline bool operator==(const String& left, const char16_t* right) {
-  return left.compare(right) == 0;
-}
+
+String operator+(const char16_t* left, const String& right);
+/// The right side is read as the constructor from const char* reads it.
+String operator+(const String& left, const char* right);
+
+// What substr and the other inherited operations give is a plain base text: these keep it from being ambiguous.
+String operator+(const String& left, const String::Base& right);
+String operator+(const String::Base& left, const String& right);
+bool operator==(const String& left, const String::Base& right);
+bool operator==(const String& left, const char16_t* right);
 
 } // namespace Tallymoor
