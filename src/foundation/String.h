@@ -52,6 +52,8 @@ public:
 
   static void removeCommas(String& text);
 
+  String substr(size_type position, size_type count = npos) const { return Base::substr(position, count); }
+
   /// Independent of the locale: the simple case mapping of each unit.
   String toLower() const;
   String toUpper() const;
@@ -64,16 +66,13 @@ public:
 String operator+(const String& left, const String& right);
 String operator+(const String& left, const char16_t* right);
 String operator+(const String& left, char16_t right);
-inline String operator+(const char16_t* left, const String& right) {
-  return String(left) + right;
-}
 bool operator==(const String& left, const String& right);
 
 String operator+(const char16_t* left, const String& right);
 /// The right side is read as the constructor from const char* reads it.
 String operator+(const String& left, const char* right);
 
-// What substr and the other inherited operations give is a plain base text: these keep it from being ambiguous.
+// Some inherited operations give a plain base text: these keep it from being ambiguous.
 String operator+(const String& left, const String::Base& right);
 String operator+(const String::Base& left, const String& right);
 bool operator==(const String& left, const String::Base& right);
