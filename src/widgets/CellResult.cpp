@@ -1,0 +1,69 @@
+#include "widgets/CellResult.h"
+#include "foundation/Exception.h"
+#include "foundation/Platform.h"
+#include <cmath>
+
+namespace Tallymoor {
+
+namespace {
+
+/// 1.2300 reads as 1.23, 1.2345 stays.
+String priceText(double price) {
+  String text = String::fromDouble(price, 4);
+  if (text.ends_with(u"00"))
+    return String::fromDouble(price, 2);
+  return text;
+}
+
+/// Cut, not rounded: 12.9 reads as 12%.
+String wholePercentText(double value) {
+  return String::appendPercent(String::fromDouble(std::trunc(value), 0));
+}
+
+bool holdsDouble(CellResultType type) {
+  return type == CELL_MONEY || type == CELL_PRICE || type == CELL_PERCENT || type == CELL_WHOLE_PERCENT ||
+         type == CELL_NUMBER;
+}
+
+} // namespace
+
+CellResult::CellResult(const String& text) : m_text(text), m_type(CELL_TEXT) {}
+
+CellResult::CellResult(double value, CellResultType type) : m_value(value), m_type(type) {
+  if (!holdsDouble(type))
+    throw Exception(u"CellResult(double d, CellResultType t) - bad type");
+}
+
+CellResult::CellResult(std::int32_t number) : m_number(number), m_type(CELL_WHOLE_NUMBER) {}
+
+CellResult::CellResult(const Date& date) : m_date(date), m_type(CELL_DATE) {}
+
+double CellResult::amount() const {
+  if (m_type == CELL_WHOLE_NUMBER)
+    return m_number;
+  return holdsDouble(m_type) ? m_value : 0.0;
+}
+
+String CellResult::shown() const {
+  switch (m_type) {
+  case CELL_TEXT:
+    return m_text;
+  case CELL_MONEY:
+    return Platform::Instance().currencyFormat(m_value);
+  case CELL_PRICE:
+    return priceText(m_value);
+  case CELL_PERCENT:
+    return String::toPercent(m_value);
+  case CELL_WHOLE_PERCENT:
+    return wholePercentText(m_value);
+  case CELL_WHOLE_NUMBER:
+    return String::fromLong(m_number);
+  case CELL_DATE:
+    return m_date.toString(DATE_DISPLAY_LOCAL);
+  case CELL_NUMBER:
+    return String::fromDouble(m_value, 2);
+  }
+  throw Exception(u"Column::operator() - bad type");
+}
+
+} // namespace Tallymoor

@@ -1,0 +1,47 @@
+#include "widgets/Column.h"
+#include "foundation/Exception.h"
+#include "widgets/Row.h"
+#include "widgets/Table.h"
+
+namespace Tallymoor {
+
+Column::Column(const String& title, Function function, CompareType compareType, bool defaultVisible,
+               FXuint justify, bool editable)
+    : m_title(title), m_function(function), m_justify(justify), m_defaultVisible(defaultVisible),
+      m_compareType(compareType), m_editable(editable) {}
+
+Column& Column::setToolTip(const String& text) {
+  m_toolTip = text;
+  return *this;
+}
+
+String Column::operator()(Row& row) {
+  // One cell that fails must not cost the others theirs.
+  try {
+    return result(row).shown();
+  } catch (...) {
+    return u"error";
+  }
+}
+
+const CellResult& Column::result(Row& row) {
+  const auto known = m_cache.find(&row);
+  Cached& cached = known == m_cache.end() ? compute(row) : known->second;
+  if (cached.failure)
+    std::rethrow_exception(cached.failure);
+  return *cached.result;
+}
+
+Column::Cached& Column::compute(Row& row) {
+  if (m_table && m_table->hasChangedRecords())
+    throw Exception(u"Column::compute - the records of the row have changed");
+  Cached computed;
+  try {
+    computed.result.emplace(m_function(row));
+  } catch (...) {
+    computed.failure = std::current_exception();
+  }
+  return m_cache.insert_or_assign(&row, std::move(computed)).first->second;
+}
+
+} // namespace Tallymoor

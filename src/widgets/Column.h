@@ -1,0 +1,72 @@
+#pragma once
+#include "foundation/String.h"
+#include "widgets/CellResult.h"
+#include "widgets/RowCompare.h"
+#include <exception>
+#include <fx.h>
+#include <optional>
+#include <unordered_map>
+
+namespace Tallymoor {
+
+class Row;
+class Table;
+
+/// One declared column of a Table: its header, the function that computes its cells, and the results that
+/// were computed since each row's last refresh.
+class Column {
+public:
+  /// Computes the cell of a row. It is also the column's identity within its table. What it throws costs only
+  /// that cell, which then reads "error".
+  using Function = CellResult (*)(Row& row);
+
+  /// The title is also the key under which the user's choice of the column is kept. justify is
+  /// FXTableItem::RIGHT, FXTableItem::LEFT or 0 for centred.
+  Column(const String& title, Function function, CompareType compareType = COMPARE_TEXT,
+         bool defaultVisible = true, FXuint justify = FXTableItem::RIGHT, bool editable = false);
+  Column(const Column&) = delete;
+  Column& operator=(const Column&) = delete;
+
+  const String& title() const { return m_title; }
+  const String& toolTip() const { return m_toolTip; }
+  /// Help text of the header; empty for none. Gives the column back, so that it can follow the declaration.
+  Column& setToolTip(const String& text);
+  Function function() const { return m_function; }
+  Table* table() const { return m_table; }
+  /// Position among the visible columns; -1 while hidden.
+  FXint index() const { return m_index; }
+  FXuint justify() const { return m_justify; }
+  bool defaultVisible() const { return m_defaultVisible; }
+  CompareType compareType() const { return m_compareType; }
+  bool editable() const { return m_editable; }
+
+  /// The cell's text; "error" when the cell function or the text form throws.
+  String operator()(Row& row);
+  /// The cell's result, from the cache when it is there. Throws what the cell function threw, also for a
+  /// failure that is remembered. The reference holds until the row's next refresh.
+  const CellResult& result(Row& row);
+
+private:
+  friend class Table;
+
+  struct Cached {
+    std::optional<CellResult> result;
+    std::exception_ptr failure;
+  };
+
+  Cached& compute(Row& row);
+  void forget(const Row& row) { m_cache.erase(&row); }
+
+  String m_title;
+  String m_toolTip;
+  Function m_function;
+  Table* m_table = nullptr;
+  FXint m_index = -1;
+  FXuint m_justify;
+  bool m_defaultVisible;
+  CompareType m_compareType;
+  bool m_editable;
+  std::unordered_map<const Row*, Cached> m_cache;
+};
+
+} // namespace Tallymoor

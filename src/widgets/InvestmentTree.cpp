@@ -1,0 +1,49 @@
+#include "widgets/InvestmentTree.h"
+#include "widgets/InvestmentTreeItem.h"
+
+namespace Tallymoor {
+
+FXIMPLEMENT_ABSTRACT(InvestmentTree, TreeView, nullptr, 0)
+
+namespace {
+
+constexpr FXint SPACING = 4;
+
+} // namespace
+
+InvestmentTree::InvestmentTree(FXComposite* parent, FXColor backColour, FXColor textColour)
+    : TreeView(parent), m_backColour(backColour), m_textColour(textColour) {
+  setBackColor(backColour);
+}
+
+InvestmentTree::~InvestmentTree() {
+  // Nodes speak to their tree when they lose their page, so they go while it is still whole.
+  clearItems(FALSE);
+}
+
+FXVerticalFrame* InvestmentTree::createPage() {
+  return new FXVerticalFrame(m_switcher, LAYOUT_FILL_X | LAYOUT_FILL_Y, 0, 0, 0, 0, 0, 0, 0, 0, SPACING,
+                             SPACING);
+}
+
+void InvestmentTree::showFirst() {
+  for (TreeViewItem* root = firstRoot(); root; root = root->nextSibling())
+    root->update();
+  if (TreeViewItem* first = firstRoot())
+    first->onLeftClick(0, 0);
+}
+
+void InvestmentTree::showPageOf(InvestmentTreeItem* item) {
+  m_shownItem = item;
+  m_switcher->setCurrent(m_switcher->indexOfChild(item->page()), FALSE);
+}
+
+void InvestmentTree::pageGone(const InvestmentTreeItem* item) {
+  if (m_shownItem == item)
+    m_shownItem = nullptr;
+  // The switcher knows its page by position, which the pages behind the lost one have changed.
+  if (m_shownItem)
+    showPageOf(m_shownItem);
+}
+
+} // namespace Tallymoor

@@ -1,0 +1,44 @@
+#pragma once
+#include "widgets/TreeView.h"
+
+namespace Tallymoor {
+
+class InvestmentTreeItem;
+
+/// A tree whose nodes own the pages of a switcher: selecting a node shows its page.
+class InvestmentTree : public TreeView {
+  FXDECLARE_ABSTRACT(InvestmentTree)
+public:
+  InvestmentTree(FXComposite* parent, FXColor backColour, FXColor textColour);
+  /// Deletes the nodes, and with them their pages; the switcher, if it is still there, is left without them.
+  ~InvestmentTree() override;
+
+  /// Where pages go; not owned. Set before the first node is made; must outlive the nodes.
+  void setSwitcher(FXSwitcher* switcher) { m_switcher = switcher; }
+  FXSwitcher* switcher() const { return m_switcher; }
+  /// Background of the tree and of page headings, and the text colour of headings.
+  FXColor backColour() const { return m_backColour; }
+  FXColor textColour() const { return m_textColour; }
+
+  /// An empty page in the switcher, owned by the node that asked for it.
+  FXVerticalFrame* createPage();
+
+  /// update on each root node, then shows the first one.
+  void showFirst();
+
+  /// The node whose page is shown; null when none is.
+  InvestmentTreeItem* shownItem() const { return m_shownItem; }
+  /// Shows the node's page.
+  void showPageOf(InvestmentTreeItem* item);
+  /// Called by a node that has just lost its page: the page that was shown stays in sight, whatever its place
+  /// is now.
+  void pageGone(const InvestmentTreeItem* item);
+
+private:
+  FXSwitcher* m_switcher = nullptr;
+  InvestmentTreeItem* m_shownItem = nullptr;
+  FXColor m_backColour;
+  FXColor m_textColour;
+};
+
+} // namespace Tallymoor

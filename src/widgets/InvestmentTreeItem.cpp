@@ -1,0 +1,88 @@
+#include "widgets/InvestmentTreeItem.h"
+#include "foundation/Exception.h"
+#include "foundation/UserInteraction.h"
+#include "widgets/InvestmentTree.h"
+#include "widgets/MainWindow.h"
+#include "widgets/MeasuredFont.h"
+#include "widgets/ToolkitText.h"
+
+namespace Tallymoor {
+
+FXIMPLEMENT_ABSTRACT(InvestmentTreeItem, TreeViewItem, nullptr, 0)
+
+namespace {
+
+constexpr FXint SPACING = 4;
+
+} // namespace
+
+InvestmentTreeItem::InvestmentTreeItem(InvestmentTree* tree, TreeViewItem* parentItem, const String& label,
+                                       FXIcon* openIcon, FXIcon* closedIcon)
+    : TreeViewItem(tree, parentItem, label, openIcon, closedIcon), m_page(tree->createPage()) {
+  buildView([this] {
+    buildHeading();
+    createPage();
+  });
+}
+
+InvestmentTreeItem::~InvestmentTreeItem() {
+  delete m_page;
+  m_page = nullptr;
+  investmentTree()->pageGone(this);
+}
+
+void InvestmentTreeItem::buildHeading() {
+  const InvestmentTree& tree = *investmentTree();
+  FXFont* font = measuredFont(MainWindow::Instance().boldFont());
+  auto* frame = new FXVerticalFrame(m_page, LAYOUT_FILL_X | LAYOUT_FIX_HEIGHT, 0, 0, 0, 0, 0, 0, 0, 0,
+                                    SPACING, SPACING);
+  frame->setBackColor(tree.backColour());
+  auto* heading =
+      new FXLabel(frame, labelText(label()), nullptr, LABEL_NORMAL | LAYOUT_CENTER_X | LAYOUT_CENTER_Y);
+  heading->setFont(font);
+  heading->setTextColor(tree.textColour());
+  heading->setBackColor(tree.backColour());
+  frame->setHeight(2 * font->getTextHeight(toFox(label())));
+}
+
+void InvestmentTreeItem::createPage() {
+  if (m_page->getApp()->getDisplay())
+    m_page->create();
+}
+
+void InvestmentTreeItem::buildFailed() {
+  delete m_page;
+  m_page = nullptr;
+  setSound(false);
+  investmentTree()->pageGone(this);
+}
+
+FXint InvestmentTreeItem::onLeftClick(FXint, FXint) {
+  if (!checkSound())
+    return 0;
+  investmentTree()->showPageOf(this);
+  update();
+  return 1;
+}
+
+void InvestmentTreeItem::removeChild(TreeViewItem*) {
+  throw Exception(u"InvestmentTreeItem::removeChild");
+}
+
+void InvestmentTreeItem::activate() {
+  tree()->selectQuietly(this);
+  onLeftClick(0, 0);
+}
+
+InvestmentTree* InvestmentTreeItem::investmentTree() const {
+  return static_cast<InvestmentTree*>(tree());
+}
+
+bool InvestmentTreeItem::checkSound() const {
+  if (isSound())
+    return true;
+  UserInteraction::Instance().error(u"This portfolio has suffered an error. Please restart Tallymoor.");
+  return false;
+}
+
+} // namespace Tallymoor

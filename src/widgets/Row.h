@@ -1,0 +1,46 @@
+#pragma once
+#include "foundation/String.h"
+#include <fx.h>
+
+namespace Tallymoor {
+
+class Table;
+
+/// One row of a Table: the key in its header, by which it is found, and the payload that its cells are
+/// computed from.
+class Row {
+public:
+  /// The payload stays the maker's.
+  explicit Row(const String& key, void* data = nullptr) : m_key(key), m_data(data) {}
+  Row(const Row&) = delete;
+  Row& operator=(const Row&) = delete;
+
+  const String& key() const { return m_key; }
+  void* data() const { return m_data; }
+  /// The payload as what the subclass put there.
+  template <class Payload>
+  Payload& payload() const {
+    return *static_cast<Payload*>(m_data);
+  }
+  /// Position in the toolkit's table; -1 until the row has been placed there.
+  FXint index() const { return m_index; }
+  /// The table that the row was added to; null before.
+  Table* table() const { return m_table; }
+
+  /// Tints every cell of the row. All three do nothing while the row has no place in the toolkit's table.
+  void setColour(FXColor colour);
+  /// Takes every tint away, also that of editable cells.
+  void clearColour();
+  /// Goes back to the tint that each cell has by itself.
+  void resetColour();
+
+private:
+  friend class Table;
+
+  String m_key;
+  void* m_data;
+  FXint m_index = -1;
+  Table* m_table = nullptr;
+};
+
+} // namespace Tallymoor
