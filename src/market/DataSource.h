@@ -1,0 +1,47 @@
+#pragma once
+#include "foundation/Date.h"
+#include "foundation/String.h"
+#include "market/CachedShare.h"
+#include "market/CodeSearchResult.h"
+#include "market/HTMLParser.h"
+#include "market/HistoryRange.h"
+#include "xml/LocatorDocuments.h"
+#include <map>
+#include <memory>
+#include <vector>
+
+namespace Tallymoor {
+
+class HTTPClient;
+class LocatorSet;
+class URLVariablesProvider;
+
+/// Fetches and reads the pages of the active data source. Holds the client and copies of the locators, so
+/// that it can be made under the big mutex and used without it, while the gateway goes offline or takes new
+/// locators.
+///
+/// All operations throw HTTPException when the network fails, HTMLException when the page is not what its
+/// locator says, and Exception for a cell that can't be read.
+class DataSource {
+public:
+  using Rows = std::map<Date, ShareValue>;
+
+  DataSource(std::shared_ptr<HTTPClient> client, const LocatorSet& locators);
+
+  double currentPrice(const String& code) const;
+  /// The days of the range as the source has them; dividend and split rows, and days that can't be right, are
+  /// left out.
+  Rows history(const String& code, const HistoryRange& range) const;
+  /// Adds what all search pages found, page by page, so that a failure leaves what came before.
+  void search(const String& text, bool isShare, bool usOnly, std::vector<CodeSearchResult>& results) const;
+
+private:
+  HTMLPage fetch(const XMLElement& locator, const URLVariablesProvider& variables) const;
+
+  std::shared_ptr<HTTPClient> m_client;
+  XMLCurrentPrice m_currentPrice;
+  XMLCodeSearch m_codeSearch;
+  XMLHistoricalPrices m_historicalPrices;
+};
+
+} // namespace Tallymoor

@@ -1,0 +1,221 @@
+#include "market/SharePriceCache.h"
+#include "foundation/Amounts.h"
+#include "foundation/Constants.h"
+#include "foundation/FileReplacement.h"
+#include "xml/PriceCache.h"
+#include <algorithm>
+#include <filesystem>
+#include <memory>
+#include <utility>
+
+namespace Tallymoor {
+
+namespace {
+
+constexpr int PRICE_DECIMALS = 4;
+const String EXTENSION = u".xml";
+
+/// A row without a price in it, alone in its file, is how delisted codes were marked before there was an
+/// attribute.
+bool isOldDelistedMark(const SharePriceCache::Rows& rows) {
+  return rows.size() == 1 && showsAsZero(rows.begin()->second.close);
+}
+
+struct CacheFile {
+  String code;
+  CachedShare share;
+};
+
+/// Throws XMLException or Exception.
+CacheFile readCacheFile(const String& path) {
+  XMLShareValues document;
+  document.decode(path);
+  CacheFile file;
+  file.code = textValue(document, u"Code");
+  file.share.isBad = document.isBad();
+  const std::size_t numRows = document.numSubElements(u"Values");
+  for (std::size_t i = 0; i < numRows; ++i) {
+    const auto& row = static_cast<const XMLShareValue&>(document.subElement(u"Values", i));
+    file.share.values.emplace_hint(file.share.values.end(), row.date(),
+                                   ShareValue{row.close(), row.high(), row.low(), row.volume()});
+  }
+  if (isOldDelistedMark(file.share.values)) {
+    file.share.values.clear();
+    file.share.isBad = true;
+    file.share.modified = true;
+  }
+  return file;
+}
+
+void addRow(XMLShareValues& document, const Date& day, const ShareValue& value) {
+  XMLElement& row = document.addSubElement(XMLShareValue::create(), u"Values");
+  row.subElement(u"Date").setValue(day.toString(DATE_DISPLAY_DMY));
+  row.subElement(u"Close").setValue(String::fromDouble(value.close, PRICE_DECIMALS));
+  row.subElement(u"High").setValue(String::fromDouble(value.high, PRICE_DECIMALS));
+  row.subElement(u"Low").setValue(String::fromDouble(value.low, PRICE_DECIMALS));
+  row.subElement(u"Volume").setValue(String::fromLong(value.volume));
+}
+
+/// Runs the work for each item; when all have had their turn, the first failure is thrown on as Exception.
+template <class Items, class Work>
+void forEachDespiteFailures(Items&& items, Work work) {
+  std::optional<Exception> first;
+  for (auto& item : items) {
+    try {
+      work(item);
+    } catch (const Exception& exception) {
+      if (!first)
+        first.emplace(exception.message());
+    }
+  }
+  if (first)
+    throw Exception(*first);
+}
+
+/// Full paths of the folder's "*.xml", sorted; none when there is no such folder.
+std::vector<String> xmlFilesIn(const String& directory) {
+  std::vector<String> paths;
+  std::error_code none;
+  for (const auto& item : std::filesystem::directory_iterator(directory.toUTF8(), none)) {
+    const String path = String::fromUTF8(item.path().string());
+    if (path.ends_with(EXTENSION) && !item.is_directory(none))
+      paths.push_back(path);
+  }
+  std::sort(paths.begin(), paths.end());
+  return paths;
+}
+
+} // namespace
+
+SharePriceCache::SharePriceCache(const String& directory) : m_directory(directory) {
+  removeLeftoverTemporaries(directory);
+}
+
+String SharePriceCache::pathOf(const String& code) const {
+  return m_directory + PRICE_CACHE_NAME + u'.' + fileNameFor(code) + EXTENSION;
+}
+
+CachedShare& SharePriceCache::share(const String& code) {
+  Entry& found = entry(code);
+  if (found.failure) {
+    const XMLException failure = *std::exchange(found.failure, std::nullopt);
+    throw failure;
+  }
+  return found.share;
+}
+
+CachedShare& SharePriceCache::shareOrEmpty(const String& code) {
+  return entry(code).share;
+}
+
+SharePriceCache::Entry& SharePriceCache::entry(const String& code) {
+  const auto [place, isNew] = m_entries.try_emplace(code);
+  if (isNew)
+    load(code, place->second);
+  return place->second;
+}
+
+void SharePriceCache::load(const String& code, Entry& entry) const {
+  const String path = pathOf(code);
+  try {
+    if (filePresence(path) != FilePresence::Missing)
+      entry.share = readCacheFile(path).share;
+  } catch (const Exception& exception) {
+    entry.share.unreadable = true;
+    entry.failure.emplace(exception);
+  }
+}
+
+void SharePriceCache::merge(const String& code, const Rows& fetched, const Date& lastDay) {
+  CachedShare& known = shareOrEmpty(code);
+  known.modified = true;
+  if (fetched.empty())
+    return;
+  for (const auto& [day, value] : fetched)
+    known.values.insert_or_assign(day, value);
+  double lastClose = fetched.begin()->second.close;
+  for (Date day = fetched.begin()->first; day <= lastDay; day.addDays(1))
+    lastClose = known.values.try_emplace(day, ShareValue{.close = lastClose}).first->second.close;
+}
+
+void SharePriceCache::noteCurrentPrice(const String& code, const Date& day, double price) {
+  CachedShare& known = shareOrEmpty(code);
+  if (known.isBad)
+    return;
+  const auto [row, isNew] = known.values.try_emplace(day);
+  if (isNew)
+    known.modified = true;
+  if (row->second.volume != 0)
+    return;
+  row->second.close = price;
+  known.modified = true;
+}
+
+void SharePriceCache::setTypedPrice(const String& code, const Date& day, double close) {
+  CachedShare& known = shareOrEmpty(code);
+  known.modified = true;
+  ShareValue& row = known.values[day];
+  row.close = close;
+  row.volume = 0;
+}
+
+void SharePriceCache::setBad(const String& code, bool bad) {
+  CachedShare& known = shareOrEmpty(code);
+  if (known.isBad == bad)
+    return;
+  known.isBad = bad;
+  known.modified = true;
+}
+
+std::vector<String> SharePriceCache::badCodes() {
+  loadAllFiles();
+  std::vector<String> codes;
+  for (const auto& [code, entry] : m_entries)
+    if (entry.share.isBad)
+      codes.push_back(code);
+  std::sort(codes.begin(), codes.end());
+  return codes;
+}
+
+void SharePriceCache::loadAllFiles() {
+  const String prefix = m_directory + PRICE_CACHE_NAME + u'.';
+  for (const String& path : xmlFilesIn(m_directory)) {
+    if (!path.startsWith(prefix))
+      continue;
+    try {
+      CacheFile file = readCacheFile(path);
+      // A file under another code's name is not what a later run would read for its own.
+      if (pathOf(file.code) == path && !m_entries.contains(file.code))
+        m_entries[file.code].share = std::move(file.share);
+    } catch (const Exception&) {
+      // Whoever asks for this code's price hears of it.
+    }
+  }
+}
+
+void SharePriceCache::save() {
+  forEachDespiteFailures(m_entries, [this](auto& item) {
+    CachedShare& share = item.second.share;
+    if (share.modified && !share.unreadable)
+      write(item.first, share);
+  });
+}
+
+void SharePriceCache::write(const String& code, CachedShare& share) const {
+  XMLShareValues document;
+  document.subElement(u"Code").setValue(code);
+  if (share.isBad)
+    document.setAttribute(u"IsBad", u"true");
+  for (const auto& [day, value] : share.values)
+    addRow(document, day, value);
+  replaceFile(pathOf(code),
+              [&document](std::ostream& stream) { document.encodeWithDoctype(stream, SHARE_CACHE_DTD); });
+  share.modified = false;
+}
+
+void SharePriceCache::clear() {
+  m_entries.clear();
+  forEachDespiteFailures(xmlFilesIn(m_directory), [](const String& path) { removeFile(path); });
+}
+
+} // namespace Tallymoor

@@ -1,0 +1,69 @@
+#pragma once
+#include "foundation/Date.h"
+#include "foundation/Exception.h"
+#include "foundation/String.h"
+#include "market/CachedShare.h"
+#include <map>
+#include <optional>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace Tallymoor {
+
+/// Past prices by code and day, in memory and in one small XML file a code. A code's file is read when the
+/// code is first asked for. Guarded by the big mutex, which its callers hold.
+///
+/// A file that can't be read is left alone: the first one to ask for a price hears the failure, from then on
+/// the code begins empty, and nothing is written over the file.
+class SharePriceCache {
+public:
+  using Rows = std::map<Date, ShareValue>;
+
+  /// The folder with a trailing separator.
+  explicit SharePriceCache(const String& directory);
+
+  /// The code's prices, loaded if need be. Throws XMLException or Exception, once, when its file can't be
+  /// read.
+  CachedShare& share(const String& code);
+  /// The same for those who don't ask for a price: a file that can't be read gives an empty entry, and the
+  /// failure waits for the next caller of share.
+  CachedShare& shareOrEmpty(const String& code);
+
+  /// Stores fetched rows over what is there, then gives each day without a row, from the first fetched one to
+  /// the last day wanted, the close before it.
+  void merge(const String& code, const Rows& fetched, const Date& lastDay);
+  /// Notes a current price for the day, unless the code is bad or the day's row came from the data source.
+  void noteCurrentPrice(const String& code, const Date& day, double price);
+  void setTypedPrice(const String& code, const Date& day, double close);
+  void setBad(const String& code, bool bad);
+  /// Sorted; looks into the files of codes that are not loaded too. Files that can't be read are passed over.
+  std::vector<String> badCodes();
+
+  /// Writes what has changed. A failure does not stop the rest; afterwards the first one is thrown as
+  /// Exception.
+  void save();
+  /// Forgets everything and deletes all "*.xml" of the folder. Throws as save does.
+  void clear();
+
+  String pathOf(const String& code) const;
+
+private:
+  struct CodeHash {
+    std::size_t operator()(const String& code) const { return std::hash<std::u16string_view>{}(code); }
+  };
+  struct Entry {
+    CachedShare share;
+    std::optional<XMLException> failure; ///< of the load, until someone has heard it
+  };
+
+  Entry& entry(const String& code);
+  void load(const String& code, Entry& entry) const;
+  void loadAllFiles();
+  void write(const String& code, CachedShare& share) const;
+
+  String m_directory;
+  std::unordered_map<String, Entry, CodeHash> m_entries;
+};
+
+} // namespace Tallymoor

@@ -1,0 +1,403 @@
+#include "market/TallymoorInternet.h"
+#include "foundation/BigMutex.h"
+#include "foundation/Constants.h"
+#include "foundation/Exception.h"
+#include "foundation/Platform.h"
+#include "foundation/RunTimeSettings.h"
+#include "foundation/UserInteraction.h"
+#include "market/DataSource.h"
+#include "market/HTTPClient.h"
+#include "market/LocatorSet.h"
+#include <atomic>
+#include <utility>
+
+namespace Tallymoor {
+
+namespace {
+
+std::atomic<TallymoorInternet*> currentGateway = nullptr; ///< changed under the big mutex alone
+std::atomic<bool> inShutdownMode = false;
+
+/// Guarded by the big mutex.
+TallymoorInternet::Options& nextOptions() {
+  static TallymoorInternet::Options options;
+  return options;
+}
+
+std::unique_ptr<const LocatorSet> readLocators() {
+  return std::make_unique<const LocatorSet>(configDirectory(Platform::Instance(), APP_NAME));
+}
+
+/// A background pass holds the big mutex for us: a dialog would keep it for as long as the user is away.
+bool mayAsk() {
+  return !inBackgroundPass && UserInteraction::exists();
+}
+
+bool ask(const String& question) {
+  return UserInteraction::Instance().question(question);
+}
+
+void showStatus(const String& text) {
+  if (mayAsk())
+    UserInteraction::Instance().setStatusText(text);
+}
+
+String local(const Date& date) {
+  return date.toString(DATE_DISPLAY_LOCAL);
+}
+
+String codeAndRange(const String& code, const HistoryRange& range) {
+  return code + u" between " + local(range.start) + u" and " + local(range.end);
+}
+
+} // namespace
+
+TallymoorInternet& TallymoorInternet::Instance() {
+  if (TallymoorInternet* gateway = currentGateway)
+    return *gateway;
+  const BigMutexLock lock;
+  if (inShutdownMode)
+    throw Exception(u"in shutdown mode");
+  if (!currentGateway)
+    currentGateway = new TallymoorInternet(nextOptions());
+  return *currentGateway;
+}
+
+bool TallymoorInternet::exists() {
+  return currentGateway != nullptr;
+}
+
+bool TallymoorInternet::shutdown() {
+  const BigMutexLock lock;
+  // Before the mutex is given up: nobody may find the gateway, or build a new one, while its thread ends.
+  inShutdownMode = true;
+  const std::unique_ptr<TallymoorInternet> gateway(currentGateway.exchange(nullptr));
+  if (!gateway)
+    return true;
+  gateway->endUpdates();
+  try {
+    gateway->save();
+  } catch (const Exception&) {
+    return false;
+  }
+  return true;
+}
+
+void TallymoorInternet::shutdownForNextTest() {
+  const BigMutexLock lock;
+  shutdown();
+  nextOptions() = Options();
+  inShutdownMode = false;
+}
+
+void TallymoorInternet::setOptions(Options options) {
+  const BigMutexLock lock;
+  nextOptions() = std::move(options);
+}
+
+void TallymoorInternet::reset() {
+  std::unique_ptr<const LocatorSet> fresh = readLocators();
+  const BigMutexLock lock;
+  Instance().m_locators.swap(fresh);
+}
+
+TallymoorInternet::TallymoorInternet(const Options& options)
+    : m_makeClient(options.makeClient ? options.makeClient : ClientFactory(createHTTPClient)),
+      m_cache(cacheDirectory(Platform::Instance(), APP_NAME)), m_updater(*this, options.updaterStartDelay) {
+  try {
+    goOnline();
+  } catch (const Exception&) {
+    // A machine without a connection starts offline.
+  }
+  m_locators = readLocators();
+  m_updater.addObserver(this, PriceUpdater::Rank::Cache);
+  // Last of all: from here on the thread may use any member.
+  if (options.startUpdater)
+    resumeUpdates();
+}
+
+TallymoorInternet::~TallymoorInternet() {
+  endUpdates();
+}
+
+// --- Prices
+// -------------------------------------------------------------------------------------------------------
+
+DataSource TallymoorInternet::dataSource(const String& operation) const {
+  const BigMutexLock lock;
+  if (!m_client)
+    throw HTTPException(u"TallymoorInternet::" + operation + u" - internet offline.");
+  return DataSource(m_client, *m_locators);
+}
+
+double TallymoorInternet::currentPrice(const String& code, bool useUpdater, bool silent) {
+  for (;;) {
+    if (const std::optional<double> known = beginCurrentPrice(code, useUpdater))
+      return *known;
+    const DataSource source = dataSource(u"currentPrice");
+    try {
+      return source.currentPrice(code);
+    } catch (const HTTPException&) {
+      if (silent || !wantsRetry(u"There was a problem accessing the internet to get the current price for\n" +
+                                code + u". \nDo you want to retry?"))
+        throw;
+    }
+  }
+}
+
+std::optional<double> TallymoorInternet::beginCurrentPrice(const String& code, bool useUpdater) {
+  const BigMutexLock lock;
+  m_cache.share(code);
+  if (!useUpdater || !m_updater.hasCode(code))
+    return std::nullopt;
+  // Exactly 0.0 is the mark of a code whose price has not been fetched yet.
+  const double price = m_updater.getCurrentPrice(code);
+  return price == 0.0 ? std::nullopt : std::optional(price);
+}
+
+double TallymoorInternet::historicalPrice(const String& code, const Date& date, bool upTo) {
+  return closeOf(code, date, upTo, CacheUse::Answer);
+}
+
+double TallymoorInternet::refreshHistoricalPrice(const String& code, const Date& date, bool upTo) {
+  return closeOf(code, date, upTo, CacheUse::Skip);
+}
+
+double TallymoorInternet::closeOf(const String& code, const Date& date, bool upTo, CacheUse use) {
+  const BigMutexLock lock;
+  for (;;) {
+    const CachedShare& known = m_cache.share(code);
+    const ShareValue* row = use == CacheUse::Answer ? known.find(date) : nullptr;
+    if (row)
+      return row->close;
+    if (known.isBad)
+      throw Exception(u"TallymoorInternet::historicalPrice - code does not exist(cached): " + code);
+    if (fetchHistory(code, date, upTo))
+      return getCachedPrice(code, date, 0);
+  }
+}
+
+bool TallymoorInternet::fetchHistory(const String& code, const Date& date, bool upTo) {
+  const DataSource source = dataSource(u"historicalPrice");
+  const HistoryRange range = HistoryRange::around(date, upTo, m_locators->historicalPrices().maxEntries());
+  showStatus(u"updating historical price for " + code + u" for days " + (upTo ? u"up to " : u"from ") +
+             local(date));
+  WaitCursor wait;
+  try {
+    m_cache.merge(code, source.history(code, range), range.end);
+    return true;
+  } catch (const HTTPException&) {
+    wait.end();
+    if (!wantsRetry(u"There was a problem accessing the internet for code\n" + codeAndRange(code, range) +
+                    u". \nDo you want to retry?"))
+      throw;
+  } catch (const HTMLException&) {
+    wait.end();
+    if (!wantsToReadAgain(code, range))
+      throw;
+  }
+  return false;
+}
+
+double TallymoorInternet::getCachedPrice(const String& code, const Date& date, int column) {
+  const BigMutexLock lock;
+  const ShareValue* row = m_cache.share(code).find(date);
+  if (!row)
+    throw Exception(u"TallymoorInternet::getCachedPrice - dont have cached price for code " + code + u" at " +
+                    local(date));
+  switch (column) {
+  case 1:
+    return row->high;
+  case 2:
+    return row->low;
+  default:
+    return row->close;
+  }
+}
+
+bool TallymoorInternet::hasCachedPrice(const String& code, const Date& date) {
+  return cachedClose(code, date).has_value();
+}
+
+std::optional<double> TallymoorInternet::cachedClose(const String& code, const Date& date) {
+  const BigMutexLock lock;
+  const ShareValue* row = m_cache.shareOrEmpty(code).find(date);
+  return row ? std::optional(row->close) : std::nullopt;
+}
+
+bool TallymoorInternet::hasCachedHistory(const String& code) {
+  const BigMutexLock lock;
+  return !m_cache.shareOrEmpty(code).values.empty();
+}
+
+std::vector<CodeSearchResult> TallymoorInternet::stockSearch(const String& text, bool isShare, bool usOnly) {
+  const BigMutexLock lock;
+  for (;;) {
+    const DataSource source = dataSource(u"stockSearch");
+    showStatus(u"searching for stock codes matching " + text);
+    WaitCursor wait;
+    std::vector<CodeSearchResult> results;
+    try {
+      source.search(text, isShare, usOnly, results);
+      return results;
+    } catch (const HTTPException&) {
+      wait.end();
+      if (!wantsRetry(u"There was a problem accessing the internet to search for\n" + text +
+                      u". \nDo you want to retry?"))
+        throw;
+    } catch (const Exception&) {
+      return results;
+    }
+  }
+}
+
+void TallymoorInternet::setCachedPrice(const String& code, const Date& date, double close) {
+  const BigMutexLock lock;
+  m_cache.setTypedPrice(code, date, close);
+  if (!Date::hasFixedDate() && date == Date())
+    m_updater.setCurrentPrice(code, close);
+}
+
+void TallymoorInternet::currentPriceUpdated(const String& code, double price) {
+  const BigMutexLock lock;
+  m_cache.noteCurrentPrice(code, Date(), price);
+}
+
+// --- Questions after a failure
+// ------------------------------------------------------------------------------------
+
+/// False also when nothing may be asked. Who wants no other try is offered to go offline.
+bool TallymoorInternet::wantsRetry(const String& question) {
+  if (!mayAsk())
+    return false;
+  if (ask(question))
+    return true;
+  if (ask(u"If you are having problems with Internet access\n"
+          u"you should place Tallymoor into offline mode to speed operation.\n"
+          u"Put Tallymoor into offline mode now?"))
+    goOffline();
+  return false;
+}
+
+/// False also when nothing may be asked. Who wants no other try is offered to treat the code as delisted.
+bool TallymoorInternet::wantsToReadAgain(const String& code, const HistoryRange& range) {
+  if (!mayAsk())
+    return false;
+  if (ask(u"There was a problem parsing the HTML data for code\n" + codeAndRange(code, range) +
+          u".\nYou may need an update to support new internet data,\nDo you want to retry?"))
+    return true;
+  if (ask(u"Tallymoor cannot find any internet data for the code\n" + code +
+          u". It may be delisted. \nDo you want to treat this share as delisted to avoid price queries?"))
+    markBadCode(code);
+  return false;
+}
+
+// --- Delisted codes
+// -----------------------------------------------------------------------------------------------
+
+bool TallymoorInternet::isBadCode(const String& code) {
+  const BigMutexLock lock;
+  return m_cache.shareOrEmpty(code).isBad;
+}
+
+void TallymoorInternet::markBadCode(const String& code) {
+  const BigMutexLock lock;
+  m_cache.setBad(code, true);
+}
+
+void TallymoorInternet::clearBadCode(const String& code) {
+  const BigMutexLock lock;
+  m_cache.setBad(code, false);
+}
+
+std::vector<String> TallymoorInternet::badCodes() {
+  const BigMutexLock lock;
+  return m_cache.badCodes();
+}
+
+// --- Online, offline, and the updater
+// -----------------------------------------------------------------------------
+
+bool TallymoorInternet::isOnline() const {
+  const BigMutexLock lock;
+  return m_client != nullptr;
+}
+
+void TallymoorInternet::goOnline() {
+  std::shared_ptr<HTTPClient> client = m_makeClient();
+  client->goOnline();
+  const BigMutexLock lock;
+  m_client = std::move(client);
+}
+
+void TallymoorInternet::goOffline() {
+  const BigMutexLock lock;
+  endUpdates();
+  m_client.reset();
+}
+
+bool TallymoorInternet::reconnect() {
+  const BigMutexLock lock;
+  goOffline();
+  try {
+    goOnline();
+    if (!dataSourceAnswers())
+      goOffline();
+    // Also after a fruitless search: its passes then tell in the status line that there is no connection.
+    m_updater.start();
+  } catch (const Exception&) {
+    goOffline();
+  }
+  return isOnline();
+}
+
+bool TallymoorInternet::dataSourceAnswers() {
+  const BackgroundPassScope askNothing;
+  return !stockSearch(u"test", true, false).empty();
+}
+
+void TallymoorInternet::pauseUpdates() {
+  const BigMutexLock lock;
+  if (!m_updater.isRunning())
+    return;
+  endUpdates();
+  if (!m_client)
+    return;
+  try {
+    m_client->goOnline();
+  } catch (const Exception&) {
+    m_client.reset();
+  }
+}
+
+void TallymoorInternet::resumeUpdates() {
+  const BigMutexLock lock;
+  if (m_client)
+    m_updater.start();
+}
+
+/// Ends what the updater fetches, if anything, and waits for the thread. The client is of no use afterwards
+/// until it goes online anew.
+void TallymoorInternet::endUpdates() {
+  const BigMutexLock lock;
+  // Told to stop first, so that the fetch that fails now ends the pass without a word.
+  m_updater.stop();
+  if (m_client)
+    m_client->abort();
+  m_updater.stopAndJoin();
+}
+
+// --- The cache as a whole
+// -----------------------------------------------------------------------------------------
+
+void TallymoorInternet::save() {
+  const BigMutexLock lock;
+  m_cache.save();
+}
+
+void TallymoorInternet::clear() {
+  const BigMutexLock lock;
+  m_cache.clear();
+}
+
+} // namespace Tallymoor

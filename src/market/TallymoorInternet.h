@@ -1,0 +1,145 @@
+#pragma once
+#include "foundation/Date.h"
+#include "foundation/String.h"
+#include "market/CodeSearchResult.h"
+#include "market/PriceUpdater.h"
+#include "market/SharePriceCache.h"
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace Tallymoor {
+
+class DataSource;
+class HTTPClient;
+class LocatorSet;
+struct HistoryRange;
+
+/// The one door to market data. It answers from the cache of past prices where it can, fetches by the locator
+/// documents where it must, asks the user when a fetch fails, keeps the online or offline state, and owns the
+/// price updater.
+///
+/// Unless told otherwise an operation belongs to the GUI thread or to a stretch of a background pass, under
+/// the big mutex. While inBackgroundPass is set nothing is asked or shown: failures go straight to the
+/// caller.
+///
+/// Failures: HTTPException when the network failed or the gateway is offline, HTMLException when a page is
+/// not what its locator says, XMLException once for a code whose cache file can't be read.
+class TallymoorInternet : public PriceUpdater::PricesObserver {
+public:
+  using ClientFactory = std::function<std::unique_ptr<HTTPClient>()>;
+
+  /// How the gateway is built; the defaults are the program's own.
+  struct Options {
+    std::uint32_t updaterStartDelay =
+        PriceUpdater::DEFAULT_START_DELAY; ///< milliseconds before the first pass
+    bool startUpdater = true;              ///< false: no pass runs until start, wakeUp or runPass is called
+    ClientFactory makeClient;              ///< createHTTPClient when empty
+  };
+
+  /// The singleton, built at the first call. Throws Exception "in shutdown mode" after the shut-down,
+  /// XMLException for a locator document that can't be read, HTMLException when one names no locator to use.
+  /// Any thread.
+  static TallymoorInternet& Instance();
+  /// False before the first call of Instance and after the shut-down. Any thread.
+  static bool exists();
+  /// Ends the gateway for good: stops and joins the updater with the big mutex given up, saves, destroys.
+  /// Safe to call again. False when the prices of some code could not be written; call save first to hear
+  /// why.
+  static bool shutdown();
+  /// Takes new locator documents into the living gateway: codes, prices, observers and the offline state
+  /// stay. When the new ones are no good, throws as Instance does, and the old ones stay in use. Any thread.
+  static void reset();
+  /// How the next gateway is built; for tests, which call it before the first Instance.
+  static void setOptions(Options options);
+  /// For tests: as shutdown, but the next Instance builds a new gateway, by default options.
+  static void shutdownForNextTest();
+
+  ~TallymoorInternet() override;
+  TallymoorInternet(const TallymoorInternet&) = delete;
+  TallymoorInternet& operator=(const TallymoorInternet&) = delete;
+
+  /// The price of now: the updater's if wanted and there, else fetched. Silent fetches ask nothing; those are
+  /// for threads that don't hold the big mutex, which is taken only to begin.
+  double currentPrice(const String& code, bool useUpdater, bool silent);
+  /// The close of a day, from the cache if it is there. Else fetches a range that reaches from the date on,
+  /// or up to it, and fills its gaps, so that weekends have the close of the day before. Throws Exception
+  /// "TallymoorInternet::getCachedPrice - dont have cached price for code ..." when the source has no such
+  /// day, and "TallymoorInternet::historicalPrice - code does not exist(cached): ..." for a delisted code.
+  double historicalPrice(const String& code, const Date& date, bool upTo);
+  /// The same, fetched even when the cache has the day: what is cached of recent days may only be a current
+  /// price.
+  double refreshHistoricalPrice(const String& code, const Date& date, bool upTo);
+  /// Column 1 is the high, 2 the low, any other the close. Throws Exception as historicalPrice does; never
+  /// fetches.
+  double getCachedPrice(const String& code, const Date& date, int column);
+  bool hasCachedPrice(const String& code, const Date& date);
+  /// The cached close in a single look-up, if there is one.
+  std::optional<double> cachedClose(const String& code, const Date& date);
+  /// True when any price of the code is cached.
+  bool hasCachedHistory(const String& code);
+  /// Codes by a part of a name. An unreadable page counts as one without matches.
+  std::vector<CodeSearchResult> stockSearch(const String& text, bool isShare, bool usOnly);
+  /// A price typed by the user; today's also becomes the current price unless a view date is set.
+  void setCachedPrice(const String& code, const Date& date, double close);
+
+  bool isBadCode(const String& code);
+  void markBadCode(const String& code);
+  void clearBadCode(const String& code);
+  /// All codes marked as delisted, sorted, those in cache files among them.
+  std::vector<String> badCodes();
+
+  /// Any thread.
+  bool isOnline() const;
+  /// Goes offline, then online with a new client, and tries a search; true when that found something. Shows
+  /// and asks nothing. The updater runs afterwards unless a view date is set or the connection itself failed.
+  bool reconnect();
+  /// Aborts what is being fetched and waits for the updater's end with the big mutex given up.
+  void goOffline();
+
+  /// Stops the updater for as long as a view date is set: call it before Date::setFixedDate. The big mutex is
+  /// given up while the thread ends.
+  void pauseUpdates();
+  /// The way back to today, after Date::clearFixedDate: starts the updater when online.
+  void resumeUpdates();
+
+  /// Writes the cached prices that have changed. A code that fails does not stop the others; then throws
+  /// Exception.
+  void save();
+  /// Forgets all cached prices and deletes every XML file in the cache folder.
+  void clear();
+
+  PriceUpdater& priceUpdater() { return m_updater; }
+
+  /// A fetched current price goes into the day's row, unless the data source has already closed that day.
+  void currentPriceUpdated(const String& code, double price) override;
+
+private:
+  enum class CacheUse { Answer, Skip };
+
+  explicit TallymoorInternet(const Options& options);
+
+  void goOnline();
+  void endUpdates();
+  bool dataSourceAnswers();
+  /// What a fetch needs, for use with or without the big mutex. Throws HTTPException, with the operation's
+  /// name, when offline.
+  DataSource dataSource(const String& operation) const;
+  std::optional<double> beginCurrentPrice(const String& code, bool useUpdater);
+  double closeOf(const String& code, const Date& date, bool upTo, CacheUse use);
+  /// False when the user wants another try.
+  bool fetchHistory(const String& code, const Date& date, bool upTo);
+  bool wantsRetry(const String& question);
+  bool wantsToReadAgain(const String& code, const HistoryRange& range);
+
+  // All guarded by the big mutex, but for what never changes.
+  const ClientFactory m_makeClient;
+  SharePriceCache m_cache;
+  std::unique_ptr<const LocatorSet> m_locators;
+  std::shared_ptr<HTTPClient> m_client; ///< null while offline; shared with the fetches under way
+  PriceUpdater m_updater;
+};
+
+} // namespace Tallymoor
