@@ -52,7 +52,7 @@ public:
 
   static void removeCommas(String& text);
 
-  String substr(size_type position, size_type count = npos) const { return Base::substr(position, count); }
+  String substr(size_type position = 0, size_type count = npos) const { return Base::substr(position, count); }
 
   /// Independent of the locale: the simple case mapping of each unit.
   String toLower() const;

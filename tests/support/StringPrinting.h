@@ -1,0 +1,18 @@
+#pragma once
+#include "foundation/Date.h"
+#include "foundation/String.h"
+#include <ostream>
+
+namespace Tallymoor {
+
+// How GoogleTest shows our values in a failure. To be included wherever tests compare them.
+
+inline void PrintTo(const String& text, std::ostream* out) {
+  *out << '"' << text.toUTF8() << '"';
+}
+
+inline void PrintTo(const Date& date, std::ostream* out) {
+  *out << date.toString(DATE_DISPLAY_DMY).toUTF8();
+}
+
+} // namespace Tallymoor
