@@ -35,6 +35,8 @@ UpdateHandover handOverToUpdateInstaller(Platform& platform) {
                                                      : UpdateHandover::InstallerMissing;
 }
 
-void leaveOverrideMarker() { std::ofstream(OVERRIDE_MARKER, std::ios::out | std::ios::trunc); }
+void leaveOverrideMarker() {
+  std::ofstream(OVERRIDE_MARKER, std::ios::out | std::ios::trunc);
+}
 
 } // namespace Tallymoor

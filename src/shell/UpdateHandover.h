@@ -14,8 +14,8 @@ enum class UpdateHandover {
 /// True when at least one file, of any name, lies in "./updates/".
 bool updatesPending();
 
-/// Decides by the update folder and the marker file, both relative to the current folder. Removes a marker that is
-/// there; the updates then wait for the start after this one.
+/// Decides by the update folder and the marker file, both relative to the current folder. Removes a marker
+/// that is there; the updates then wait for the start after this one.
 UpdateHandover handOverToUpdateInstaller(Platform& platform);
 
 /// Creates the empty marker file that lets the next start run normally. A failure is not told.

@@ -1,0 +1,40 @@
+#include "shell/AboutDialog.h"
+#include "foundation/Constants.h"
+#include "widgets/MainWindow.h"
+#include "widgets/ToolkitText.h"
+
+namespace Tallymoor {
+
+namespace {
+
+const char16_t* const NOTICES = u"This program stands on the FOX Toolkit, the Xerces-C++ XML parser,\n"
+                                u"libcurl and the International Components for Unicode, each under\n"
+                                u"its own licence.\n\n"
+                                u"Prices come from the web pages that the locator documents in the\n"
+                                u"configuration folder name. They may be delayed or wrong: check\n"
+                                u"them with your broker before you act on them.";
+
+} // namespace
+
+FXIMPLEMENT(AboutDialog, Dialog, nullptr, 0)
+
+AboutDialog::AboutDialog(FXWindow* owner, FXIcon* icon)
+    : Dialog(owner, u"About Tallymoor", u"Records and performance of your share portfolios") {
+  buildVersion(contents(), icon);
+  new FXHorizontalSeparator(contents(), SEPARATOR_GROOVE | LAYOUT_FILL_X);
+  buildNotices(contents());
+  cancelButton()->hide();
+}
+
+void AboutDialog::buildVersion(FXComposite* parent, FXIcon* icon) {
+  auto* row = new FXHorizontalFrame(parent, LAYOUT_FILL_X, 0, 0, 0, 0, 0, 0, 0, 0, 12);
+  new FXLabel(row, FXString(), icon, LAYOUT_CENTER_Y);
+  auto* version = new FXLabel(row, VERSION_TEXT, nullptr, JUSTIFY_LEFT | LAYOUT_CENTER_Y);
+  version->setFont(MainWindow::Instance().boldFont());
+}
+
+void AboutDialog::buildNotices(FXComposite* parent) {
+  new FXLabel(parent, labelText(NOTICES), nullptr, JUSTIFY_LEFT | LAYOUT_FILL_X);
+}
+
+} // namespace Tallymoor

@@ -1,0 +1,153 @@
+#include "shell/PortfolioStore.h"
+#include "foundation/Constants.h"
+#include "foundation/FileReplacement.h"
+#include "foundation/Platform.h"
+#include "foundation/UserInteraction.h"
+#include "widgets/GetStringDialog.h"
+#include "xml/DocumentFile.h"
+#include <optional>
+
+namespace Tallymoor {
+
+namespace {
+
+String recordsPath() {
+  return dataDirectory(Platform::Instance(), APP_NAME) + PORTFOLIOS_FILE;
+}
+
+String backupPath(const String& path) {
+  return path + u".bak";
+}
+
+/// A name for a backup that must not be lost: the first of ".bak.1", ".bak.2", ... that is free.
+String unusedBackupPath(const String& path) {
+  int number = 1;
+  while (filePresence(backupPath(path) + u"." + String::fromLong(number)) != FilePresence::Missing)
+    ++number;
+  return backupPath(path) + u"." + String::fromLong(number);
+}
+
+XMLElement* newRecords() {
+  return new XMLPortfolios;
+}
+
+String recoveryText() {
+  return String(u"An error occurred while loading your data.\n"
+                u"BEFORE EXITING, please backup \"Portfolios.xml\"\n"
+                u"and \"Portfolios.xml.bak\" from\n") +
+         dataDirectory(Platform::Instance(), APP_NAME) +
+         u".\nTo recover your data, either import your portfolio from backup now,\n"
+         u"or replace the data file \"Portfolios.xml\" with \"Portfolios.xml.bak\"\n"
+         u"in the above directory after exiting.\n";
+}
+
+const char16_t* const OVERWRITE_QUESTION = u"Since there was a problem when you opened your\n"
+                                           u"portfolio file, you may not wish to save your portfolios\n"
+                                           u"as they appear now. Are you sure you want to save the\n"
+                                           u"current portfolios and overwrite the existing ones\n"
+                                           u"Tallymoor had a problem opening?";
+
+} // namespace
+
+void PortfolioStore::load() {
+  try {
+    const String path = recordsPath();
+    if (filePresence(path) == FilePresence::Missing)
+      return;
+    readDocument(path);
+    cleanNames();
+    openPortfolios();
+  } catch (const Exception& exception) {
+    clear();
+    m_loadFailed = true;
+    UserInteraction::Instance().reportException(recoveryText(), exception);
+  }
+}
+
+void PortfolioStore::readDocument(const String& path) {
+  if (filePresence(path) != FilePresence::RegularFile)
+    throw Exception(u"TallymoorWindow::loadPortfolios - can't read " + path);
+  m_records.decode(path);
+}
+
+// A file that was edited by hand may hold what no prompt would have taken; it must not become markup or a
+// path.
+void PortfolioStore::cleanNames() {
+  for (std::size_t i = 0; i < m_records.numSubElements(u"SharePortfolios"); ++i) {
+    XMLElement& portfolio = m_records.subElement(u"SharePortfolios", i);
+    XMLElement& name = portfolio.subElement(u"Name");
+    const String cleaned = cleanName(name.value());
+    name.setValue(cleaned.empty() ? u"Portfolio " + String::fromLong(static_cast<std::int64_t>(i) + 1)
+                                  : cleaned);
+    XMLElement& index = portfolio.subElement(u"ComparisonIndex");
+    index.setValue(cleanName(index.value()));
+  }
+}
+
+void PortfolioStore::openPortfolios() {
+  for (std::size_t i = 0; i < m_records.numSubElements(u"SharePortfolios"); ++i) {
+    auto portfolio = std::make_unique<SharePortfolioUser>(m_records.subElement(u"SharePortfolios", i));
+    const String name = portfolio->name();
+    m_portfolios[name] = std::move(portfolio);
+  }
+}
+
+void PortfolioStore::save() {
+  if (m_loadFailed && !UserInteraction::Instance().question(OVERWRITE_QUESTION))
+    return;
+  m_lastSaveSucceeded = writeRecords(recordsPath());
+  if (m_lastSaveSucceeded)
+    saveCapitalRecords();
+}
+
+// The files of changed capital records go before the records are replaced: a crash in between then leaves
+// days that are missing, and computed again, instead of days that are wrong.
+bool PortfolioStore::writeRecords(const String& path) {
+  std::optional<Exception> backupFailure;
+  try {
+    backUp(path);
+  } catch (const Exception& exception) {
+    backupFailure = exception;
+  }
+  try {
+    for (const auto& [name, portfolio] : m_portfolios)
+      if (portfolio->capitalRecord().isModified())
+        portfolio->capitalRecord().removeFile();
+    saveDocument(path, m_records, RECORDS_DTD, newRecords);
+    if (backupFailure)
+      UserInteraction::Instance().reportException(u"Your data were saved, but not the copy of the last ones.",
+                                                  *backupFailure);
+    return true;
+  } catch (const Exception& exception) {
+    String typeName;
+    exception.typeName(typeName);
+    UserInteraction::Instance().reportException(
+        typeName + u" occurred while saving your data. \nYou should load a previous data file.", exception);
+    return false;
+  }
+}
+
+void PortfolioStore::backUp(const String& path) const {
+  if (m_loadFailed)
+    copyFileReplacing(backupPath(path), unusedBackupPath(path));
+  copyFileReplacing(path, backupPath(path));
+}
+
+void PortfolioStore::saveCapitalRecords() {
+  std::optional<Exception> failure;
+  for (const auto& [name, portfolio] : m_portfolios)
+    try {
+      portfolio->capitalRecord().save();
+    } catch (const Exception& exception) {
+      failure = exception;
+    }
+  if (failure)
+    throw *failure;
+}
+
+void PortfolioStore::clear() {
+  m_portfolios.clear();
+  m_records.reset();
+}
+
+} // namespace Tallymoor

@@ -1,0 +1,50 @@
+#pragma once
+#include "views/OpenPortfolios.h"
+#include "xml/PortfolioRecords.h"
+
+namespace Tallymoor {
+
+/// Owns the records of all portfolios, and reads and writes them: "Portfolios.xml" with its ".bak", and the
+/// capital records beside it. The portfolios work on the records in place, so they always go first. GUI
+/// thread, under the big mutex.
+class PortfolioStore {
+public:
+  PortfolioStore() = default;
+  PortfolioStore(const PortfolioStore&) = delete;
+  PortfolioStore& operator=(const PortfolioStore&) = delete;
+
+  XMLPortfolios& records() { return m_records; }
+  OpenPortfolios& portfolios() { return m_portfolios; }
+
+  /// Reads the records document. One that does not exist is a first run; whatever else goes wrong is reported
+  /// with the way to recover, leaves no portfolio, and makes every save of this run ask first.
+  void load();
+  /// Writes the records, after a copy of the last ones, and the capital records. Failures of the records are
+  /// reported here; throws Exception when a capital record can't be written. Saves nothing when the load
+  /// failed and the user does not want the old file overwritten.
+  void save();
+
+  /// True from a failed load on, for the whole run.
+  bool loadFailed() const { return m_loadFailed; }
+  void setLoadFailed() { m_loadFailed = true; }
+  /// False when the last save could not write the records.
+  bool lastSaveSucceeded() const { return m_lastSaveSucceeded; }
+
+  /// Drops the portfolios, then the records.
+  void clear();
+
+private:
+  void readDocument(const String& path);
+  void cleanNames();
+  void openPortfolios();
+  void backUp(const String& path) const;
+  bool writeRecords(const String& path);
+  void saveCapitalRecords();
+
+  XMLPortfolios m_records;
+  OpenPortfolios m_portfolios;
+  bool m_loadFailed = false;
+  bool m_lastSaveSucceeded = true;
+};
+
+} // namespace Tallymoor

@@ -1,0 +1,159 @@
+#include "shell/TallymoorWindow.h"
+#include "foundation/Constants.h"
+#include "foundation/Settings.h"
+#include "market/TallymoorInternet.h"
+#include "views/NodeIcons.h"
+#include "views/TotalCapTreeItem.h"
+#include "widgets/Colours.h"
+#include "widgets/InvestmentTree.h"
+#include "widgets/ToolkitText.h"
+
+namespace Tallymoor {
+
+namespace {
+
+constexpr int TREE_WIDTH = 150;
+
+/// "DarkOliveGreen4", laid over white.
+FXColor portfolioTreeColour() {
+  return makeColour(110, 139, 61, 100);
+}
+
+FXDEFMAP(TallymoorWindow)
+tallymoorWindowMap[] = {
+    FXMAPFUNC(SEL_CONFIGURE, MainWindow::ID_MAINWINDOW, TallymoorWindow::onResize),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_TABBOOK, TallymoorWindow::onTabBook),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_NEW_PORTFOLIO, TallymoorWindow::onNewPortfolio),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_SAVE, TallymoorWindow::onSave),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_BUY, TallymoorWindow::onBuy),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_REFRESH_PRICES, TallymoorWindow::onRefreshPrices),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_ABOUT, TallymoorWindow::onAbout),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_STATUS, TallymoorWindow::onChangeStatus),
+};
+
+} // namespace
+
+FXIMPLEMENT_ABSTRACT(TallymoorWindow, MainWindow, tallymoorWindowMap, ARRAYNUMBER(tallymoorWindowMap))
+
+TallymoorWindow::TallymoorWindow(FXApp* app, WindowIcons& icons)
+    : MainWindow(app, icons.big.get(), icons.mini.get()), m_icons(icons) {
+  new FXToolTip(app, TOOLTIP_VARIABLE);
+  restorePlace();
+  buildMenus();
+  buildToolBars();
+  buildTabs();
+}
+
+// Views first, then the portfolios that they show, then the records.
+TallymoorWindow::~TallymoorWindow() {
+  BigMutexLock lock;
+  if (TallymoorInternet::exists())
+    TallymoorInternet::Instance().priceUpdater().removeObserver(this);
+  closeViews();
+  m_store.clear();
+  m_menus.clear();
+}
+
+void TallymoorWindow::applicationTitle(String& title) const {
+  title = APP_NAME;
+}
+
+void TallymoorWindow::restorePlace() {
+  const Settings& settings = Settings::Instance();
+  const String section = u"Gui Settings";
+  position(static_cast<FXint>(settings.readUnsigned(section, u"MainX", 100)),
+           static_cast<FXint>(settings.readUnsigned(section, u"MainY", 100)),
+           static_cast<FXint>(settings.readUnsigned(section, u"MainWidth", 800)),
+           static_cast<FXint>(settings.readUnsigned(section, u"MainHeight", 600)));
+}
+
+FXMenuPane* TallymoorWindow::addMenu(const char* title) {
+  m_menus.push_back(std::make_unique<FXMenuPane>(this));
+  new FXMenuTitle(menuBar(), title, nullptr, m_menus.back().get());
+  return m_menus.back().get();
+}
+
+void TallymoorWindow::addEntry(FXMenuPane* menu, const char* label, FXSelector command) {
+  new FXMenuCommand(menu, label, nullptr, this, command);
+}
+
+void TallymoorWindow::buildMenus() {
+  FXMenuPane* file = addMenu("&File");
+  addEntry(file, "New &Portfolio...\tCtrl+P", ID_NEW_PORTFOLIO);
+  new FXMenuSeparator(file);
+  addEntry(file, "&Save...\tCtrl+S", ID_SAVE);
+  new FXMenuSeparator(file);
+  addEntry(file, "&Minimise\tEsc", FXTopWindow::ID_MINIMIZE);
+  new FXMenuSeparator(file);
+  addEntry(file, "E&xit\tAlt-F4", ID_SHUTDOWN);
+
+  FXMenuPane* portfolios = addMenu("&Portfolios");
+  addEntry(portfolios, "&New Portfolio...\tCtrl+P", ID_NEW_PORTFOLIO);
+  addEntry(portfolios, "&Buy Shares...\tCtrl+B", ID_BUY);
+
+  FXMenuPane* tools = addMenu("&Tools");
+  addEntry(tools, "Refresh &Prices\tCtrl+R", ID_REFRESH_PRICES);
+
+  FXMenuPane* help = addMenu("&Help\tCtrl+H");
+  addEntry(help, "&About...\tCtrl+A", ID_ABOUT);
+}
+
+void TallymoorWindow::buildToolBars() {
+  m_toolBarRow = new FXHorizontalFrame(contentFrame(), LAYOUT_FILL_X, 0, 0, 0, 0, 2, 2, 2, 2, 6, 0);
+  buildCommandBar(m_toolBarRow);
+  buildOnlineBar(m_toolBarRow);
+}
+
+void TallymoorWindow::buildCommandBar(FXComposite* parent) {
+  auto* bar = new FXToolBar(parent, FRAME_NONE | PACK_UNIFORM_HEIGHT, 0, 0, 0, 0, 2, 2, 2, 2, 2, 0);
+  const auto button = [this, bar](const char* tip, const std::unique_ptr<FXIcon>& icon, FXSelector command) {
+    new FXButton(bar, tip, icon.get(), this, command, BUTTON_TOOLBAR | FRAME_RAISED, 0, 0, 0, 0, 4, 4, 4, 4);
+  };
+  const auto gap = [bar](int separators) {
+    for (int i = 0; i < separators; ++i)
+      new FXFrame(bar, LAYOUT_FIX_WIDTH, 0, 0, 4);
+  };
+  button("\tNew Portfolio\tCreates a new portfolio", m_icons.newPortfolio, ID_NEW_PORTFOLIO);
+  gap(3);
+  button("\tBuy Shares\tRegister the purchase of shares", m_icons.buy, ID_BUY);
+  gap(3);
+  button("\tPrice Update\tGet the latest prices for held and watched shares", m_icons.priceUpdate,
+         ID_REFRESH_PRICES);
+}
+
+void TallymoorWindow::buildOnlineBar(FXComposite* parent) {
+  auto* bar = new FXToolBar(parent, LAYOUT_RIGHT | FRAME_NONE, 0, 0, 0, 0, 2, 2, 2, 2);
+  m_onlineButton = new FXButton(bar, "\tOnline\tPress to go offline", m_icons.online.get(), this, ID_STATUS,
+                                BUTTON_TOOLBAR | FRAME_RAISED | ICON_BEFORE_TEXT | LAYOUT_FIX_WIDTH, 0, 0, 0,
+                                0, 4, 4, 4, 4);
+}
+
+void TallymoorWindow::buildTabs() {
+  m_tabBook = new FXTabBook(contentFrame(), this, ID_TABBOOK, LAYOUT_FILL_X | LAYOUT_FILL_Y);
+  buildPortfolioTab();
+}
+
+void TallymoorWindow::buildPortfolioTab() {
+  auto* tab = new FXTabItem(m_tabBook, "  Portfolios  ");
+  tab->setFont(boldFont());
+  m_portfolioSplitter = new FXSplitter(m_tabBook, SPLITTER_HORIZONTAL | SPLITTER_TRACKING | FRAME_RAISED |
+                                                      LAYOUT_FILL_X | LAYOUT_FILL_Y);
+  auto* left = new FXVerticalFrame(m_portfolioSplitter, FRAME_SUNKEN | LAYOUT_FILL_X | LAYOUT_FILL_Y, 0, 0, 0,
+                                   0, 0, 0, 0, 0);
+  m_portfolioTree = new InvestmentTree(left, portfolioTreeColour(), FXRGB(0, 0, 0));
+  auto* right = new FXVerticalFrame(m_portfolioSplitter, FRAME_SUNKEN | LAYOUT_FILL_X | LAYOUT_FILL_Y, 0, 0,
+                                    0, 0, 0, 0, 0, 0);
+  m_portfolioTree->setSwitcher(new FXSwitcher(right, LAYOUT_FILL_X | LAYOUT_FILL_Y));
+  m_portfolioSplitter->setSplit(0, static_cast<FXint>(Settings::Instance().readUnsigned(
+                                       u"Gui Settings", u"X Splitter Portfolios", TREE_WIDTH)));
+}
+
+void TallymoorWindow::create() {
+  BigMutexLock lock;
+  m_icons.create();
+  m_onlineButton->setWidth(normalFont()->getTextWidth("offline") + m_icons.online->getWidth() + 24);
+  MainWindow::create();
+  loadUnderProgress();
+}
+
+} // namespace Tallymoor

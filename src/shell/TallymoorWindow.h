@@ -1,0 +1,113 @@
+#pragma once
+#include "foundation/LengthyFunctions.h"
+#include "market/PriceUpdater.h"
+#include "shell/PortfolioStore.h"
+#include "shell/WindowIcons.h"
+#include "widgets/MainWindow.h"
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace Tallymoor {
+
+class InvestmentTree;
+class SharePortfolioTreeItem;
+class TotalCapTreeItem;
+
+/// The program's window: menus, tool bars, the tabs with their trees, the online button. It owns the records,
+/// the portfolios and the nodes, loads them when it is created and saves them when the user leaves.
+class TallymoorWindow : public MainWindow, public HasLengthyFunctions, public PriceUpdater::PricesObserver {
+  FXDECLARE_ABSTRACT(TallymoorWindow)
+public:
+  // The names and their order are those of the whole program; what has no command yet has no number here.
+  enum {
+    ID_TABBOOK = MainWindow::ID_LAST,
+    ID_NEW_PORTFOLIO,
+    ID_SAVE,
+    ID_BUY,
+    ID_REFRESH_PRICES,
+    ID_ABOUT,
+    ID_STATUS,
+    ID_LAST
+  };
+
+  /// The icons outlive the window.
+  TallymoorWindow(FXApp* app, WindowIcons& icons);
+  ~TallymoorWindow() override;
+
+  /// Shows the window, then loads caches and records under a progress dialog.
+  void create() override;
+
+  PortfolioStore& store() { return m_store; }
+  TotalCapTreeItem* totalCapital() const { return m_totalCapital; }
+  InvestmentTree* portfolioTree() const { return m_portfolioTree; }
+  FXButton* onlineButton() const { return m_onlineButton; }
+
+  void applicationTitle(String& title) const override;
+  void saveAll() override;
+  void shutdown() override;
+  void minimiseToTray() override;
+  void updateStatus() override;
+
+  /// Asks for one of the portfolios; null when the user cancelled. Throws Exception "Failed to find the
+  /// chosen portfolio".
+  XMLElement* choosePortfolio(const String& prompt);
+  /// Every node recomputes and repaints its view.
+  void refreshViews(bool repaintTrees);
+
+  /// The load and the end of the data, under their progress dialogs.
+  void runLengthyFunction(Progress& progress, int argument) override;
+  /// On the updater's thread.
+  void currentPriceUpdated(const String& code, double price) override;
+  void pricesUpdateFinished() override;
+
+  long onTabBook(FXObject*, FXSelector, void*);
+  long onNewPortfolio(FXObject*, FXSelector, void*);
+  long onSave(FXObject*, FXSelector, void*);
+  long onBuy(FXObject*, FXSelector, void*);
+  long onRefreshPrices(FXObject*, FXSelector, void*);
+  long onAbout(FXObject*, FXSelector, void*);
+  long onChangeStatus(FXObject*, FXSelector, void*);
+  long onResize(FXObject*, FXSelector, void*);
+
+private:
+  void restorePlace();
+  void buildToolBars();
+  void buildOnlineBar(FXComposite* parent);
+  void buildCommandBar(FXComposite* parent);
+  void buildTabs();
+  void buildPortfolioTab();
+  void buildMenus();
+  FXMenuPane* addMenu(const char* title);
+  void addEntry(FXMenuPane* menu, const char* label, FXSelector command);
+
+  void loadUnderProgress();
+  void load(Progress& progress);
+  void loadGateway();
+  void unload(Progress& progress);
+  void saveUntilDoneOrGivenUp();
+  void closeViews();
+
+  void saveEverything();
+  void rememberSplitters();
+  void showOnlineState();
+  void goOfflineByUser();
+  void reconnectByUser();
+  void holdMinimumSize();
+  SharePortfolioTreeItem& nodeOf(const XMLElement& portfolio) const;
+
+  WindowIcons& m_icons;
+  std::vector<std::unique_ptr<FXMenuPane>> m_menus; ///< must go before the window does
+  PortfolioStore m_store;
+  FXHorizontalFrame* m_toolBarRow = nullptr;
+  FXButton* m_onlineButton = nullptr;
+  FXTabBook* m_tabBook = nullptr;
+  FXSplitter* m_portfolioSplitter = nullptr;
+  InvestmentTree* m_portfolioTree = nullptr;
+  TotalCapTreeItem* m_totalCapital = nullptr;
+  std::optional<bool> m_shownOnline; ///< what the online button shows
+  bool m_changingOnlineState = false;
+  bool m_shutdownDone = false;
+};
+
+} // namespace Tallymoor

@@ -1,0 +1,184 @@
+// The commands of the window's menus and tool bars.
+#include "foundation/Settings.h"
+#include "foundation/Thread.h"
+#include "foundation/UserInteraction.h"
+#include "market/TallymoorInternet.h"
+#include "shell/AboutDialog.h"
+#include "shell/TallymoorWindow.h"
+#include "views/SharePortfolioTreeItem.h"
+#include "views/TotalCapTreeItem.h"
+#include "widgets/HandlerScope.h"
+#include "widgets/InvestmentTree.h"
+#include "widgets/ListChoiceDialog.h"
+#include "widgets/ToolkitText.h"
+#include "xml/Leaves.h"
+#include <algorithm>
+
+namespace Tallymoor {
+
+namespace {
+
+constexpr int MINIMUM_HEIGHT = 400;
+constexpr int PORTFOLIO_TAB = 0;
+constexpr std::uint32_t FAILURE_SHOWN_FOR = 1000; ///< milliseconds
+
+} // namespace
+
+XMLElement* TallymoorWindow::choosePortfolio(const String& prompt) {
+  ListChoiceDialog dialog(this, u"Choose Portfolio", prompt, false);
+  for (const auto& [name, portfolio] : m_store.portfolios())
+    dialog.addListEntry(name, nullptr);
+  if (!dialog.execute())
+    return nullptr;
+  const String chosen = dialog.chosenTexts().front();
+  XMLElement& records = m_store.records();
+  for (std::size_t i = 0; i < records.numSubElements(u"SharePortfolios"); ++i)
+    if (textValue(records.subElement(u"SharePortfolios", i), u"Name") == chosen)
+      return &records.subElement(u"SharePortfolios", i);
+  throw Exception(u"Failed to find the chosen portfolio");
+}
+
+SharePortfolioTreeItem& TallymoorWindow::nodeOf(const XMLElement& portfolio) const {
+  SharePortfolioTreeItem* node = m_totalCapital->portfolioNode(textValue(portfolio, u"Name"));
+  if (!node)
+    throw Exception(u"Failed to find the chosen portfolio");
+  return *node;
+}
+
+void TallymoorWindow::refreshViews(bool repaintTrees) {
+  m_portfolioTree->updateItems();
+  if (repaintTrees)
+    m_portfolioTree->update();
+}
+
+long TallymoorWindow::onTabBook(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"TallymoorWindow::onTabBook.", [this] {
+    m_portfolioTree->update();
+    m_tabBook->update();
+  });
+}
+
+long TallymoorWindow::onNewPortfolio(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"TallymoorWindow::onNewPortfolio failed.", [this] {
+    if (!m_totalCapital)
+      return;
+    m_totalCapital->newSharePortfolio();
+    m_tabBook->setCurrent(PORTFOLIO_TAB);
+  });
+}
+
+long TallymoorWindow::onBuy(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"TallymoorWindow::onBuy failed.", [this] {
+    if (const XMLElement* portfolio =
+            choosePortfolio(u"Select the portfolio to register a share purchase for."))
+      nodeOf(*portfolio).buyShares(String());
+  });
+}
+
+long TallymoorWindow::onRefreshPrices(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"TallymoorWindow::onRefreshPrices failed.",
+                        [] { TallymoorInternet::Instance().priceUpdater().wakeUp(); });
+}
+
+long TallymoorWindow::onAbout(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"TallymoorWindow::onAbout failed.", [this] {
+    AboutDialog dialog(this, m_icons.big.get());
+    dialog.execute();
+  });
+}
+
+long TallymoorWindow::onChangeStatus(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"TallymoorWindow::onChangeStatus failed.", [this] {
+    if (m_changingOnlineState)
+      return; // a second press while the first one lets events pass
+    if (TallymoorInternet::Instance().isOnline())
+      goOfflineByUser();
+    else
+      reconnectByUser();
+  });
+}
+
+void TallymoorWindow::goOfflineByUser() {
+  WaitCursor wait;
+  TallymoorInternet::Instance().goOffline();
+  showOnlineState();
+}
+
+void TallymoorWindow::reconnectByUser() {
+  m_changingOnlineState = true;
+  struct Done {
+    bool& flag;
+    ~Done() { flag = false; }
+  } done{m_changingOnlineState};
+  WaitCursor wait;
+  setStatusText(u"Reconnecting to internet and testing connection...");
+  m_onlineButton->setText("trying");
+  m_onlineButton->setIcon(m_icons.trying.get());
+  getApp()->runWhileEvents();
+  const bool connected = TallymoorInternet::Instance().reconnect();
+  if (!connected) {
+    m_onlineButton->setText("Failed");
+    m_onlineButton->setTipText("Failedto connect");
+    m_onlineButton->setHelpText("Failed to reconnect to the network");
+    getApp()->runWhileEvents();
+    Thread::sleep(FAILURE_SHOWN_FOR);
+  }
+  m_shownOnline.reset();
+  showOnlineState();
+}
+
+void TallymoorWindow::updateStatus() {
+  if (!m_changingOnlineState)
+    showOnlineState();
+}
+
+void TallymoorWindow::showOnlineState() {
+  const bool online = TallymoorInternet::exists() && TallymoorInternet::Instance().isOnline();
+  if (m_shownOnline == online)
+    return;
+  m_shownOnline = online;
+  m_onlineButton->setText(online ? "online" : "offline");
+  m_onlineButton->setTipText(online ? "Online" : "Offline");
+  m_onlineButton->setHelpText(online ? "Press to disconnect" : "Press to reconnect");
+  m_onlineButton->setIcon(online ? m_icons.online.get() : m_icons.offline.get());
+}
+
+long TallymoorWindow::onResize(FXObject* sender, FXSelector selector, void* data) {
+  guardedHandler(u"TallymoorWindow::onResize failed.", [this] {
+    holdMinimumSize();
+    Settings& settings = Settings::Instance();
+    const auto remember = [&settings](const char16_t* key, FXint value) {
+      if (value > 0)
+        settings.writeUnsigned(u"Gui Settings", key, static_cast<std::uint32_t>(value));
+    };
+    remember(u"MainWidth", getWidth());
+    remember(u"MainHeight", getHeight());
+    remember(u"MainX", getX());
+    remember(u"MainY", getY());
+  });
+  return MainWindow::onConfigure(sender, selector, data);
+}
+
+void TallymoorWindow::holdMinimumSize() {
+  const FXint width = getWidth(), height = getHeight();
+  if (width == 0 || height == 0)
+    return;
+  const FXint neededWidth =
+      std::max(width, m_toolBarRow->getDefaultWidth() + 2 * contentFrame()->getPadLeft());
+  const FXint neededHeight = std::max(height, MINIMUM_HEIGHT);
+  if (neededWidth == width && neededHeight == height)
+    return;
+  resize(neededWidth, neededHeight);
+  repaint();
+}
+
+// There is no tray to go to: the window stays in the task bar.
+void TallymoorWindow::minimiseToTray() {}
+
+void TallymoorWindow::currentPriceUpdated(const String&, double) {}
+
+void TallymoorWindow::pricesUpdateFinished() {
+  setStatusText(u"Prices are up to date.");
+}
+
+} // namespace Tallymoor

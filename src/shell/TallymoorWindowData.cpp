@@ -1,0 +1,154 @@
+// The window's data: how it is loaded when the window is created, and how it is saved and let go at the end.
+#include "foundation/Constants.h"
+#include "foundation/FileReplacement.h"
+#include "foundation/Platform.h"
+#include "foundation/Settings.h"
+#include "foundation/UserInteraction.h"
+#include "market/TallymoorInternet.h"
+#include "shell/TallymoorWindow.h"
+#include "views/NodeIcons.h"
+#include "views/TotalCapTreeItem.h"
+#include "widgets/HandlerScope.h"
+#include "widgets/InvestmentTree.h"
+#include "widgets/ProgressDialog.h"
+#include "xml/CountryOfResidence.h"
+
+namespace Tallymoor {
+
+namespace {
+
+/// Which of the window's lengthy functions runs.
+enum LengthyWork { LOAD, UNLOAD };
+
+/// What every start needs before anything is read: the default documents, and no remains of interrupted
+/// saves.
+void tidyFolders() {
+  Platform& platform = Platform::Instance();
+  installMissingDefaults(platform, APP_NAME);
+  for (const String& folder : {dataDirectory(platform, APP_NAME), configDirectory(platform, APP_NAME),
+                               cacheDirectory(platform, APP_NAME), reportDirectory(platform, APP_NAME)})
+    removeLeftoverTemporaries(folder);
+}
+
+} // namespace
+
+void TallymoorWindow::loadUnderProgress() {
+  ProgressDialog dialog(this, u"Tallymoor startup", u"Please wait while caches and portfolio are loaded.", 5,
+                        ProgressDialog::PERCENT_BAR, m_icons.banner.get());
+  try {
+    dialog.run(*this, LOAD);
+    dialog.finish();
+  } catch (const Exception& exception) {
+    m_store.setLoadFailed();
+    reportException(u"Failure during startup. You may need to restart.\n", exception);
+  }
+}
+
+void TallymoorWindow::runLengthyFunction(Progress& progress, int argument) {
+  if (argument == LOAD)
+    load(progress);
+  else
+    unload(progress);
+}
+
+void TallymoorWindow::load(Progress& progress) {
+  progress.setTotal(4);
+  tidyFolders();
+  CountryOfResidence::Instance();
+  progress.step(1, u"loading price cache");
+  TallymoorInternet::Instance().priceUpdater().addObserver(this);
+  progress.step(1, u"loading portfolio records");
+  m_store.load();
+  progress.setTotal(static_cast<unsigned>(m_store.portfolios().size()) + 4);
+  const NodeIcons nodeIcons{m_icons.portfolio.get(), m_icons.sharesHeld.get()};
+  m_totalCapital =
+      new TotalCapTreeItem(m_portfolioTree, m_store.portfolios(), m_store.records(), nodeIcons, &progress);
+  progress.step(1, u"showing Total Capital");
+  m_portfolioTree->showFirst();
+  if (!m_portfolioTree->isSound())
+    throw Exception(u"There was a failure during startup. Please restart Tallymoor");
+}
+
+void TallymoorWindow::shutdown() {
+  if (m_shutdownDone)
+    return;
+  {
+    ProgressDialog dialog(this, u"Tallymoor shutdown", u"Please wait while caches and portfolio are saved.",
+                          4, ProgressDialog::PERCENT_BAR, m_icons.banner.get());
+    dialog.run(*this, UNLOAD);
+    dialog.finish();
+  }
+  getApp()->handle(this, FXSEL(SEL_COMMAND, FXApp::ID_QUIT), nullptr);
+  m_shutdownDone = true;
+}
+
+void TallymoorWindow::unload(Progress& progress) {
+  if (TallymoorInternet::exists())
+    TallymoorInternet::Instance().priceUpdater().removeObserver(this);
+  progress.step(1, u"waiting for update threads");
+  progress.step(1, u"saving portfolio records");
+  Settings::Instance().deleteSection(u"Warnings");
+  saveUntilDoneOrGivenUp();
+  closeViews();
+  m_store.clear();
+  progress.step(1, u"writing share price cache, waiting for background tasks");
+  TallymoorInternet::shutdown();
+  progress.step(1, u"shutting down");
+}
+
+// The records in memory are all that there is of what was typed since the last save, so a full disk or a
+// missing folder must not end them unasked.
+void TallymoorWindow::saveUntilDoneOrGivenUp() {
+  saveAll();
+  while (!m_store.lastSaveSucceeded() &&
+         question(u"Your records could not be saved, and leaving now loses the changes since the last save.\n"
+                  u"Do you want to try to save them again?"))
+    saveAll();
+}
+
+void TallymoorWindow::closeViews() {
+  m_totalCapital = nullptr;
+  m_portfolioTree->clearItems();
+}
+
+void TallymoorWindow::saveAll() {
+  onSave(this, 0, nullptr);
+}
+
+long TallymoorWindow::onSave(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"TallymoorWindow::onSave failed.", [this] { saveEverything(); });
+}
+
+// Whatever fails on the way, the records are saved and the wait cursor ends; then the first failure is told.
+void TallymoorWindow::saveEverything() {
+  std::optional<Exception> failure;
+  const auto attempt = [&failure](auto step) {
+    try {
+      step();
+    } catch (const Exception& exception) {
+      if (!failure)
+        failure = exception;
+    }
+  };
+  {
+    WaitCursor wait;
+    setStatusText(u"saving portfolio, price cache and registry settings...");
+    attempt([] {
+      if (TallymoorInternet::exists())
+        TallymoorInternet::Instance().save();
+    });
+    attempt([this] { m_store.save(); });
+    attempt([this] { rememberSplitters(); });
+  }
+  if (failure)
+    throw *failure;
+}
+
+void TallymoorWindow::rememberSplitters() {
+  Settings& settings = Settings::Instance();
+  settings.writeUnsigned(u"Gui Settings", u"X Splitter Portfolios",
+                         static_cast<std::uint32_t>(m_portfolioSplitter->getSplit(0)));
+  settings.commit();
+}
+
+} // namespace Tallymoor

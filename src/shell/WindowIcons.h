@@ -1,0 +1,21 @@
+#pragma once
+#include <fx.h>
+#include <memory>
+
+namespace Tallymoor {
+
+/// The pictures of the main window, its buttons and the tree's nodes. Made before the window, which creates
+/// them.
+class WindowIcons {
+public:
+  explicit WindowIcons(FXApp* app);
+  /// Puts all of them on the display.
+  void create();
+
+  std::unique_ptr<FXIcon> big, mini, banner;
+  std::unique_ptr<FXIcon> newPortfolio, buy, priceUpdate, save, minimise, exit, about;
+  std::unique_ptr<FXIcon> online, offline, trying;
+  std::unique_ptr<FXIcon> totalCapital, portfolio, sharesHeld, watchlist;
+};
+
+} // namespace Tallymoor
