@@ -1,0 +1,72 @@
+#include "engine/PortfolioEvents.h"
+#include "xml/PortfolioRecords.h"
+
+namespace Tallymoor {
+
+String dayText(const Date& date) {
+  return date.toString(DATE_DISPLAY_DMY);
+}
+
+String moneyText(double amount) {
+  return String::fromDouble(amount, 2);
+}
+
+String numberText(double shares) {
+  return String::fromDouble(shares, 2);
+}
+
+String priceText(double price) {
+  return String::fromDouble(price, 4);
+}
+
+namespace {
+
+String tradeDescription(const char16_t* kind, const String& code, double number, double price) {
+  return String(kind) + numberText(number) + u" of " + code + u" @ " + priceText(price);
+}
+
+} // namespace
+
+String purchaseDescription(const String& code, double number, double price) {
+  return tradeDescription(u"BUY ", code, number, price);
+}
+
+String saleDescription(const String& code, double number, double price) {
+  return tradeDescription(u"SELL ", code, number, price);
+}
+
+void setOptionalText(XMLElement& event, std::u16string_view reference, const String& text) {
+  if (!text.empty())
+    event.addSubElement(new XMLString, reference).setValue(text);
+}
+
+std::optional<std::size_t> indexOf(const XMLElement& parent, std::u16string_view reference,
+                                   const XMLElement& instance) {
+  const std::size_t count = parent.numSubElements(reference);
+  for (std::size_t i = 0; i < count; ++i)
+    if (&parent.subElement(reference, i) == &instance)
+      return i;
+  return std::nullopt;
+}
+
+std::optional<std::size_t> findCashEntry(const XMLElement& portfolio, const CashEntryKey& key) {
+  const XMLElement& reserve = portfolio.subElement(u"CashReserve");
+  const std::size_t count = reserve.numSubElements(u"CashEvents");
+  for (std::size_t i = 0; i < count; ++i) {
+    const XMLElement& entry = reserve.subElement(u"CashEvents", i);
+    if (textValue(entry, u"Date") == key.day && textValue(entry, u"Value") == key.value &&
+        longValue(entry, u"Type") == key.type && textValue(entry, u"Description").contains(key.description))
+      return i;
+  }
+  return std::nullopt;
+}
+
+XMLElement& cashEntry(XMLElement& portfolio, std::size_t index) {
+  return portfolio.subElement(u"CashReserve").subElement(u"CashEvents", index);
+}
+
+void removeCashEntry(XMLElement& portfolio, std::size_t index) {
+  portfolio.subElement(u"CashReserve").removeSubElement(u"CashEvents", index);
+}
+
+} // namespace Tallymoor

@@ -1,0 +1,48 @@
+#pragma once
+#include "foundation/Date.h"
+#include "foundation/String.h"
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace Tallymoor {
+
+class XMLElement;
+
+// What the operations on a portfolio share: how amounts and days are written in the records, how descriptions
+// of cash entries read, and how an event or a cash entry is found again. Descriptions and texts are what
+// links a purchase, sale or dividend to its cash entry, so their forms are fixed by the records that users
+// have.
+
+String dayText(const Date& date);
+String moneyText(double amount);
+String numberText(double shares);
+String priceText(double price);
+
+/// "BUY 100.00 of ABC.AX @ 12.3400"
+String purchaseDescription(const String& code, double number, double price);
+/// "SELL 100.00 of ABC.AX @ 12.3400"
+String saleDescription(const String& code, double number, double price);
+
+/// Sets the value of an optional text, unless the new text is empty.
+void setOptionalText(XMLElement& event, std::u16string_view reference, const String& text);
+
+/// Place of an instance among those of its reference name, by identity; nothing when it is not there.
+std::optional<std::size_t> indexOf(const XMLElement& parent, std::u16string_view reference,
+                                   const XMLElement& instance);
+
+/// What a cash entry is known by. The description must contain the text.
+struct CashEntryKey {
+  String day;
+  String value;
+  std::int32_t type;
+  String description;
+};
+
+/// Place of the first cash entry of the portfolio that fits the key.
+std::optional<std::size_t> findCashEntry(const XMLElement& portfolio, const CashEntryKey& key);
+XMLElement& cashEntry(XMLElement& portfolio, std::size_t index);
+void removeCashEntry(XMLElement& portfolio, std::size_t index);
+
+} // namespace Tallymoor

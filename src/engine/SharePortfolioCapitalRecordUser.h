@@ -1,0 +1,100 @@
+#pragma once
+#include "foundation/Date.h"
+#include "foundation/LengthyFunctions.h"
+#include "foundation/String.h"
+#include "market/PriceUpdater.h"
+#include <map>
+#include <memory>
+
+namespace Tallymoor {
+
+class CapitalRecordWalk;
+class SharePortfolioUser;
+class XMLElement;
+class XMLSharePortfolioCapitalRecord;
+
+/// The worth of one portfolio day by day: cash, and number and price of each stock held. The days are derived
+/// from the portfolio's records and the prices, so they can always be thrown away: a change of the past drops
+/// the days from it on, and the next update computes them again, forward only, up to today (or the view
+/// date).
+///
+/// Days rise strictly both in the tree and in the index, so that a day's place in the one is its place in the
+/// other. The GUI thread calls everything but the observer's operations, which come from the price updater;
+/// the big mutex is held in both cases, and it is what guards the tree.
+class SharePortfolioCapitalRecordUser : public HasLengthyFunctions, public PriceUpdater::PricesObserver {
+public:
+  /// Observes the prices and reads the portfolio's file; a file that can't be used is silently started again.
+  explicit SharePortfolioCapitalRecordUser(const String& name);
+  ~SharePortfolioCapitalRecordUser() override;
+  SharePortfolioCapitalRecordUser(const SharePortfolioCapitalRecordUser&) = delete;
+  SharePortfolioCapitalRecordUser& operator=(const SharePortfolioCapitalRecordUser&) = delete;
+
+  void load();
+  /// Writes the file if the days differ from it. The finished temporary is decoded once before it replaces
+  /// the old file. Throws Exception; the old file then stands and the record stays modified.
+  void save();
+  /// True when the days differ from the file.
+  bool isModified() const { return m_modified; }
+  /// Removes the file, not the days in memory, which count as modified from then on. A missing file is fine.
+  void removeFile();
+  /// Full name of the file.
+  const String& fileName() const { return m_fileName; }
+  const String& name() const { return m_name; }
+  /// Saves under the new name and removes the file of the old one. The same name does nothing. Throws
+  /// Exception when the new file can't be written; the old name then stands.
+  void rename(const String& newName);
+
+  /// The records changed as of this day: drops it and every later day. Before the first day, all is dropped.
+  void recordsChangedFrom(const Date& date);
+  /// Computes the missing days up to and including today; 15 days and more run under a progress dialog, which
+  /// the user may cancel after any day. May ask about share splits. Returns at once inside another update of
+  /// this record, and in a background pass, where nothing may be asked. Throws Exception when a price can't
+  /// be had; the days before stay.
+  void update(SharePortfolioUser& portfolio);
+
+  bool hasDayCap(const Date& date) const;
+  /// The day's element: Date, CashTotal, ShareVals, CashInjected. Valid until the record changes. Throws
+  /// Exception when there is no such day.
+  const XMLElement& dayCapFor(const Date& date) const;
+  /// The first day; today when there is none.
+  Date firstRecordDate() const;
+  /// Value of the shares and cash at the end of the day. Throws as dayCapFor.
+  double capitalOn(const Date& date) const;
+  /// Value of the shares alone. Throws as dayCapFor.
+  double sharesValueOn(const Date& date) const;
+  /// Cash alone. Throws as dayCapFor.
+  double cashOn(const Date& date) const;
+  /// Money that came in from outside (negative: went out) after `from`, up to and including `to`.
+  double externalFlowBetween(const Date& from, const Date& to) const;
+
+  /// From the price updater's thread, under the big mutex; also called when the user types a price.
+  void currentPriceUpdated(const String& code, double price) override;
+  void pricesUpdateFinished() override {}
+  void historicalPriceChanged(const String& code, const Date& date, double close) override;
+
+  /// The walk of a long update, under a progress dialog.
+  void runLengthyFunction(Progress& progress, int argument) override;
+
+private:
+  using DayCaps = std::map<Date, XMLElement*>;
+
+  void indexDays();
+  void startAgain();
+  void setName(const String& name);
+  void dropFrom(DayCaps::iterator first);
+  void dropDaysAfterToday();
+  Date nextDay(const SharePortfolioUser& portfolio) const;
+  void checkLastDayForSplits(SharePortfolioUser& portfolio);
+  void updateTo(SharePortfolioUser& portfolio, Progress* progress);
+  void computeDay(CapitalRecordWalk& walk, const Date& day, Progress* progress);
+  void setPrice(const String& code, const Date& date, double price);
+
+  std::unique_ptr<XMLSharePortfolioCapitalRecord> m_record;
+  DayCaps m_dayCaps; ///< index of the tree by day; does not own
+  String m_fileName;
+  String m_name;
+  SharePortfolioUser* m_updating = nullptr; ///< set during an update
+  bool m_modified = false;
+};
+
+} // namespace Tallymoor

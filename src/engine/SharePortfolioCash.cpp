@@ -1,0 +1,82 @@
+// The cash reserve of a portfolio.
+#include "engine/PortfolioEvents.h"
+#include "engine/SharePortfolioUser.h"
+#include "foundation/Exception.h"
+#include "foundation/RunTimeSettings.h"
+#include "foundation/UserInteraction.h"
+#include "xml/PortfolioRecords.h"
+
+namespace Tallymoor {
+
+namespace {
+
+SharePortfolioUser::CashWatcher* s_cashWatcher = nullptr; ///< GUI thread only
+
+constexpr int WARNING_LEVEL = 1;
+
+void storeCashEvent(XMLElement& event, const Date& date, double value, const String& description) {
+  event.subElement(u"Date").setValue(dayText(date));
+  event.subElement(u"Value").setValue(moneyText(value));
+  event.subElement(u"Description").setValue(description);
+}
+
+} // namespace
+
+SharePortfolioUser::CashWatcher::~CashWatcher() = default;
+
+void SharePortfolioUser::setCashWatcher(CashWatcher* watcher) {
+  s_cashWatcher = watcher;
+}
+
+void SharePortfolioUser::tellCashChanged() {
+  if (s_cashWatcher)
+    s_cashWatcher->cashChanged(*this);
+}
+
+void SharePortfolioUser::addCashEvent(const Date& date, double value, std::int32_t type,
+                                      const String& description) {
+  XMLElement& event = m_portfolio.subElement(u"CashReserve").addSubElement(new XMLCashEvent, u"CashEvents");
+  storeCashEvent(event, date, value, description);
+  event.subElement(u"Type").setValue(String::fromLong(type));
+  m_capitalRecord.recordsChangedFrom(date);
+  tellCashChanged();
+}
+
+void SharePortfolioUser::creditCash(const Date& date, double value, std::int32_t type,
+                                    const String& description) {
+  addCashEvent(date, value, type, description);
+}
+
+void SharePortfolioUser::debitCash(const Date& date, double value, std::int32_t type,
+                                   const String& description) {
+  addCashEvent(date, value, type, description);
+}
+
+bool SharePortfolioUser::moveCashEntry(const CashEntryKey& key, double oldValue, const Date& date,
+                                       double value, const String& description) {
+  if (!(oldValue > 0.0))
+    return false;
+  const auto place = findCashEntry(m_portfolio, key);
+  if (!place)
+    return false;
+  storeCashEvent(cashEntry(m_portfolio, *place), date, value, description);
+  return true;
+}
+
+void SharePortfolioUser::checkCashReserve() {
+  if (inBackgroundPass)
+    return;
+  try {
+    m_capitalRecord.update(*this);
+    if (cashReserveToday() < 0.0)
+      UserInteraction::Instance().warnOnce(u"Warning: The cash reserve for " + name() +
+                                               u" is currently negative. You need to reconcile the cash "
+                                               u"reserve with the actual trading account.",
+                                           u"Cash Reserve Warning", name() + u"CRW", WARNING_LEVEL);
+  } catch (const Exception& failure) {
+    UserInteraction::Instance().reportException(u"There was a problem refreshing your capital records.",
+                                                failure);
+  }
+}
+
+} // namespace Tallymoor

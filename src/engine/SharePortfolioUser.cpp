@@ -1,0 +1,232 @@
+#include "engine/SharePortfolioUser.h"
+#include "engine/Gains.h"
+#include "foundation/Amounts.h"
+#include "foundation/Exception.h"
+#include "market/TallymoorInternet.h"
+#include "xml/PortfolioRecords.h"
+#include <algorithm>
+#include <cstdlib>
+#include <limits>
+#include <optional>
+#include <utility>
+
+namespace Tallymoor {
+
+SharePortfolioUser::SharePortfolioUser(XMLElement& portfolio)
+    : m_portfolio(portfolio), m_capitalRecord(textValue(portfolio, u"Name")) {}
+
+SharePortfolioUser::~SharePortfolioUser() = default;
+
+const String& SharePortfolioUser::name() const {
+  return textValue(m_portfolio, u"Name");
+}
+
+void SharePortfolioUser::rename(const String& newName) {
+  const String name = newName;
+  m_capitalRecord.rename(name);
+  m_portfolio.subElement(u"Name").setValue(name);
+}
+
+void SharePortfolioUser::removeFiles() {
+  m_capitalRecord.removeFile();
+}
+
+String SharePortfolioUser::comparisonIndex() const {
+  if (m_portfolio.numSubElements(u"ComparisonIndex") == 0)
+    return String();
+  return textValue(m_portfolio, u"ComparisonIndex");
+}
+
+bool SharePortfolioUser::hasComparisonIndex() const {
+  return !comparisonIndex().empty();
+}
+
+void SharePortfolioUser::setComparisonIndex(const String& code) {
+  const String index = code;
+  m_indexTrends.clear();
+  m_portfolio.removeSubElements(u"ComparisonIndex");
+  if (!index.empty())
+    m_portfolio.addSubElement(new XMLString, u"ComparisonIndex").setValue(index);
+}
+
+namespace {
+
+/// The stock of a code in one of the portfolio's two lists; Element is XMLElement or const XMLElement.
+template <class Element>
+Element* findStock(Element& stocks, std::u16string_view reference, const String& code, std::size_t& index) {
+  const std::size_t count = stocks.numSubElements(reference);
+  for (std::size_t i = 0; i < count; ++i) {
+    Element& stock = stocks.subElement(reference, i);
+    if (textValue(stock, u"Code") == code) {
+      index = i;
+      return &stock;
+    }
+  }
+  return nullptr;
+}
+
+/// Calls with each event of each stock of one of the portfolio's two lists.
+template <class Use>
+void forEachEvent(const XMLElement& stocks, std::u16string_view stockReference,
+                  std::u16string_view eventReference, Use use) {
+  for (std::size_t i = 0; i < stocks.numSubElements(stockReference); ++i) {
+    const XMLElement& stock = stocks.subElement(stockReference, i);
+    for (std::size_t j = 0; j < stock.numSubElements(eventReference); ++j)
+      use(stock.subElement(eventReference, j));
+  }
+}
+
+/// Keeps the price of the day that lies nearest to another; the first one wins a tie.
+class NearestPrice {
+public:
+  explicit NearestPrice(const Date& date) : m_date(date) {}
+
+  void offer(const XMLElement& event, std::u16string_view day, std::u16string_view price) {
+    const int distance = std::abs(m_date.daysSince(dateValue(event, day)));
+    if (distance < m_distance) {
+      m_distance = distance;
+      m_price = doubleValue(event, price);
+    }
+  }
+
+  double price() const { return m_price; }
+
+private:
+  Date m_date;
+  int m_distance = std::numeric_limits<int>::max();
+  double m_price = 0.0;
+};
+
+} // namespace
+
+XMLElement* SharePortfolioUser::findHeldShare(const String& code, std::size_t& index) {
+  return findStock(m_portfolio.subElement(u"HeldShares"), u"HeldShares", code, index);
+}
+
+const XMLElement* SharePortfolioUser::findHeldShare(const String& code, std::size_t& index) const {
+  return findStock(std::as_const(m_portfolio).subElement(u"HeldShares"), u"HeldShares", code, index);
+}
+
+XMLElement* SharePortfolioUser::findSoldShare(const String& code, std::size_t& index) {
+  return findStock(m_portfolio.subElement(u"SoldShares"), u"SoldShares", code, index);
+}
+
+const XMLElement* SharePortfolioUser::findSoldShare(const String& code, std::size_t& index) const {
+  return findStock(std::as_const(m_portfolio).subElement(u"SoldShares"), u"SoldShares", code, index);
+}
+
+Date SharePortfolioUser::portfolioStartDate() const {
+  std::optional<Date> earliest;
+  const auto consider = [&earliest](const Date& date) {
+    if (!earliest || date < *earliest)
+      earliest = date;
+  };
+  const auto considerPurchase = [&consider](const XMLElement& event) {
+    consider(dateValue(event, u"BuyDate"));
+  };
+  forEachEvent(m_portfolio.subElement(u"HeldShares"), u"HeldShares", u"BuyEvents", considerPurchase);
+  forEachEvent(m_portfolio.subElement(u"SoldShares"), u"SoldShares", u"SellEvents", considerPurchase);
+  const XMLElement& reserve = m_portfolio.subElement(u"CashReserve");
+  for (std::size_t i = 0; i < reserve.numSubElements(u"CashEvents"); ++i)
+    consider(dateValue(reserve.subElement(u"CashEvents", i), u"Date"));
+  return earliest.value_or(Date());
+}
+
+double SharePortfolioUser::numHeld(const String& code) const {
+  std::size_t index = 0;
+  const XMLElement* stock = findHeldShare(code, index);
+  if (!stock)
+    return 0.0;
+  const Date today;
+  double sum = 0.0;
+  for (std::size_t i = 0; i < stock->numSubElements(u"BuyEvents"); ++i) {
+    double number = 0.0;
+    double price = 0.0;
+    adjustedBuyEvent(stock->subElement(u"BuyEvents", i), today, number, price, true);
+    sum += number;
+  }
+  return sum;
+}
+
+double SharePortfolioUser::nearestRecordedPrice(const String& code, const Date& date) const {
+  NearestPrice nearest(date);
+  std::size_t index = 0;
+  if (const XMLElement* held = findHeldShare(code, index))
+    for (std::size_t i = 0; i < held->numSubElements(u"BuyEvents"); ++i)
+      nearest.offer(held->subElement(u"BuyEvents", i), u"BuyDate", u"BuyPrice");
+  if (const XMLElement* sold = findSoldShare(code, index))
+    for (std::size_t i = 0; i < sold->numSubElements(u"SellEvents"); ++i) {
+      const XMLElement& sale = sold->subElement(u"SellEvents", i);
+      nearest.offer(sale, u"BuyDate", u"BuyPrice");
+      nearest.offer(sale, u"SellDate", u"SellPrice");
+    }
+  return nearest.price();
+}
+
+double SharePortfolioUser::sharePriceFor(const String& code, const Date& date, bool upTo) const {
+  double price = 0.0;
+  try {
+    TallymoorInternet& gateway = TallymoorInternet::Instance();
+    if (!Date::hasFixedDate() && date == Date())
+      price = gateway.priceUpdater().getLatestPrice(code);
+    else
+      price = gateway.historicalPrice(code, date, upTo);
+  } catch (const Exception&) {
+    // The stock's own purchases and sales stand in for a market that gives no price.
+    price = nearestRecordedPrice(code, date);
+  }
+  if (showsAsZero(price))
+    throw Exception(u"SharePortfolioUser::sharePriceFor - could not get price for " + code + u" at " +
+                    date.toString(DATE_DISPLAY_LOCAL));
+  return price;
+}
+
+double SharePortfolioUser::sharesValueToday() const {
+  const Date today;
+  return m_capitalRecord.hasDayCap(today) ? m_capitalRecord.sharesValueOn(today) : 0.0;
+}
+
+double SharePortfolioUser::cashReserveToday() const {
+  const Date today;
+  return m_capitalRecord.hasDayCap(today) ? m_capitalRecord.cashOn(today) : 0.0;
+}
+
+double SharePortfolioUser::capitalToday() const {
+  return m_capitalRecord.capitalOn(Date());
+}
+
+double SharePortfolioUser::dailyGain() const {
+  return gainSince(Date().plusDays(-1));
+}
+
+double SharePortfolioUser::weeklyGain() const {
+  return gainSince(Date().fridayBeforeLastWeekend());
+}
+
+double SharePortfolioUser::gainSince(const Date& then) const {
+  const Date today;
+  if (!m_capitalRecord.hasDayCap(then) || !m_capitalRecord.hasDayCap(today))
+    return 0.0;
+  return gainPercent(m_capitalRecord.capitalOn(today), m_capitalRecord.capitalOn(then),
+                     m_capitalRecord.externalFlowBetween(then, today))
+      .value_or(0.0);
+}
+
+double SharePortfolioUser::indexDailyGain() const {
+  return indexGainSince(Date().plusDays(-1));
+}
+
+double SharePortfolioUser::indexWeeklyGain() const {
+  return indexGainSince(Date().fridayBeforeLastWeekend());
+}
+
+double SharePortfolioUser::indexGainSince(const Date& then) const {
+  return indexGainPercent(indexValueOn(Date()), indexValueOn(then)).value_or(0.0);
+}
+
+double SharePortfolioUser::indexValueOn(const Date& date) const {
+  const String index = comparisonIndex();
+  return index.empty() ? 0.0 : sharePriceFor(index, date, true);
+}
+
+} // namespace Tallymoor

@@ -1,0 +1,212 @@
+#pragma once
+#include "engine/SharePortfolioCapitalRecordUser.h"
+#include "foundation/Date.h"
+#include "foundation/String.h"
+#include <cstddef>
+#include <cstdint>
+#include <map>
+
+namespace Tallymoor {
+
+class XMLElement;
+struct CashEntryKey;
+
+/// Everything that happens to one share portfolio: buying and selling, split adjustment, dividends, cash, and
+/// the figures that the views show. It works in place on the portfolio's tree, which it does not own, and
+/// tells its capital record from which day on that has become wrong.
+///
+/// Values pass through text on each store: 2 decimals for money and numbers of shares, 4 for prices, 6 for
+/// dividend rates. Records have no keys: a purchase or sale finds its cash entry again because the texts of
+/// date, amount, type and code agree. Events are passed as elements of the tree (BuyEvent, SellEvent,
+/// CashEvent, DividendEvent) and told apart by identity.
+///
+/// Used on the GUI thread, under the big mutex.
+class SharePortfolioUser {
+public:
+  /// Hears that the cash reserve of some portfolio has changed, in the middle of the operation that changed
+  /// it: note what is to be refreshed, and return.
+  class CashWatcher {
+  public:
+    virtual ~CashWatcher();
+    virtual void cashChanged(SharePortfolioUser& portfolio) = 0;
+  };
+  /// One for the program, not owned; null takes it away.
+  static void setCashWatcher(CashWatcher* watcher);
+
+  /// The portfolio element must outlive this object. Reads the capital record under the portfolio's name.
+  explicit SharePortfolioUser(XMLElement& portfolio);
+  ~SharePortfolioUser();
+  SharePortfolioUser(const SharePortfolioUser&) = delete;
+  SharePortfolioUser& operator=(const SharePortfolioUser&) = delete;
+
+  const String& name() const;
+  /// Renames the portfolio and the file of its capital record. Throws Exception and changes nothing when the
+  /// file can't be written.
+  void rename(const String& newName);
+  XMLElement& portfolio() { return m_portfolio; }
+  const XMLElement& portfolio() const { return m_portfolio; }
+  SharePortfolioCapitalRecordUser& capitalRecord() { return m_capitalRecord; }
+  const SharePortfolioCapitalRecordUser& capitalRecord() const { return m_capitalRecord; }
+  /// Removes the portfolio's own files; for a portfolio that is about to be deleted.
+  void removeFiles();
+
+  /// Code of the comparison index; empty when there is none.
+  String comparisonIndex() const;
+  bool hasComparisonIndex() const;
+  /// An empty code takes the index away. The moving averages of the old one are forgotten.
+  void setComparisonIndex(const String& code);
+
+  // ---- Finding ----
+
+  /// Null when the code is not held; otherwise its place among the held shares is filled in.
+  XMLElement* findHeldShare(const String& code, std::size_t& index);
+  const XMLElement* findHeldShare(const String& code, std::size_t& index) const;
+  XMLElement* findSoldShare(const String& code, std::size_t& index);
+  const XMLElement* findSoldShare(const String& code, std::size_t& index) const;
+  /// Earliest purchase (of held or sold shares) or cash event; today when there is nothing.
+  Date portfolioStartDate() const;
+  /// Split-adjusted number of shares of the code as of today; 0 when it is not held.
+  double numHeld(const String& code) const;
+  /// Price of the purchase or sale of the stock nearest in time; 0.0 with no record of it.
+  double nearestRecordedPrice(const String& code, const Date& date) const;
+  /// Market price of the day; where none can be had, nearestRecordedPrice. upTo only chooses in which
+  /// direction a fetch reaches. Throws Exception when the price shows as zero.
+  double sharePriceFor(const String& code, const Date& date, bool upTo) const;
+
+  // ---- Figures of the portfolio (percentages are plain percent numbers) ----
+
+  /// From today's capital record; 0.0 when today has none.
+  double sharesValueToday() const;
+  double cashReserveToday() const;
+  /// Both together. Throws Exception when today has no record.
+  double capitalToday() const;
+  /// Percent since yesterday, or since the Friday before last weekend, apart from money put in or taken out;
+  /// 0.0 unless both days have records.
+  double dailyGain() const;
+  double weeklyGain() const;
+  /// The same of the comparison index; 0.0 without one. Throw as sharePriceFor.
+  double indexDailyGain() const;
+  double indexWeeklyGain() const;
+  /// 0.0 without an index. Throws as sharePriceFor.
+  double indexValueOn(const Date& date) const;
+
+  // ---- Buying and selling ----
+
+  /// Records a purchase and its cash entry. Asks first when the stock is of another market than the first one
+  /// held; on No nothing changes and the result is false.
+  bool buyShares(const String& code, const Date& date, double number, double price, double brokerage,
+                 const String& comment);
+  /// Stores the parcel only, with no cash entry.
+  XMLElement& addBuyEvent(const String& code, const Date& date, double number, double price, double brokerage,
+                          const String& comment);
+  /// Takes the number from the parcels in their stored order, from the first or from the last, whatever their
+  /// dates; each parcel gives a sale and a cash entry, the first of which bears the whole brokerage. What the
+  /// parcels can't supply is dropped. Throws Exception when the stock is not held.
+  void sellShares(const String& code, const Date& date, double number, double price, double brokerage,
+                  bool firstInFirstOut, const String& comment);
+
+  // ---- Removing and changing records ----
+
+  /// The stock with all its parcels; cash entries stay. A code that is not held does nothing.
+  void removeHeldShare(const String& code);
+  void removeSoldShare(const String& code);
+  /// number is the one as adjusted for splits up to today. True if the purchase's cash entry was found and
+  /// removed too.
+  bool deleteBuyEvent(const String& code, const Date& date, double number);
+  /// date is the day of sale. True if both cash entries, of the sale and of its purchase, were found and
+  /// removed; one that is found alone is removed all the same.
+  bool deleteSellEvent(const String& code, const Date& date, double number);
+  /// Stores the new values (an empty comment leaves the old one) and lets the cash entry of the old cost and
+  /// date follow. True if that was found.
+  bool editBuyEvent(XMLElement& event, const Date& date, double number, double price, double brokerage,
+                    const String& comment, double oldCost, const Date& oldDate);
+  /// Likewise for a sale; the old amounts and dates are read from the event. True if both cash entries were
+  /// found; one that is found alone follows all the same.
+  bool editSellEvent(XMLElement& event, const Date& buyDate, const Date& sellDate, double number,
+                     double buyPrice, double sellPrice, double buyBrokerage, double sellBrokerage,
+                     const String& comment);
+  /// Alarm limits of a held stock; 0 means none.
+  void setMinMax(XMLElement& heldShare, double min, double max);
+  void setPortfolioMax(XMLElement& heldShare, double value);
+
+  // ---- Dividends and cash ----
+
+  /// Types 1, 3 and 4 (credit, interest, deposit). The value is positive.
+  void creditCash(const Date& date, double value, std::int32_t type, const String& description);
+  /// Types 2 and 5 (debit, withdrawal). The value is positive here too: the type alone gives the sign.
+  void debitCash(const Date& date, double value, std::int32_t type, const String& description);
+  void editCashEvent(XMLElement& event, const Date& newDate, const Date& oldDate, double value,
+                     const String& description);
+  void deleteCashEvent(const XMLElement& event);
+  void receiveDividend(const String& code, const Date& date, double numHeld, double rate,
+                       std::int32_t percentFranked, double drpShares, double drpRate,
+                       const String& foreignDividend, double withholdingTax);
+  /// oldValue is the cash entry's amount, 0.0 when the dividend was reinvested; oldDRPShares and oldBuyPrice
+  /// find the parcel of a reinvested one. False if the old cash entry or parcel was not found; the new one is
+  /// made all the same.
+  bool editDividend(XMLElement& event, const String& code, const Date& date, double numHeld, double rate,
+                    std::int32_t percentFranked, double drpShares, double drpRate,
+                    const String& foreignDividend, double withholdingTax, double oldDRPShares,
+                    double oldBuyPrice, double oldValue, const Date& oldDate);
+  /// True if the cash entry or parcel of the dividend was found and removed.
+  bool deleteDividend(const XMLElement& event);
+  /// Brings the capital record up to date and warns, once a run, of a negative cash reserve. Reports failures
+  /// itself. Does nothing in a background pass.
+  void checkCashReserve();
+
+  // ---- Share splits ----
+
+  /// Number and price of a parcel as of the day. With numberOnly the price is left alone.
+  void adjustedBuyEvent(const XMLElement& event, const Date& date, double& number, double& price,
+                        bool numberOnly = false) const;
+  /// The same for a sold parcel; adjustments apply only to days on which it was held.
+  void adjustedSellEvent(const XMLElement& event, const Date& date, double& number, double& price) const;
+  void applyAdjustment(const XMLElement& adjustment, const Date& date, double& number, double& price) const;
+  /// True if any parcel of the code has an adjustment that starts on that very day.
+  bool hasHeldAdjustment(const String& code, const Date& date) const;
+  bool hasSoldAdjustment(const String& code, const Date& date) const;
+  /// False if some parcel held across the day has no adjustment at all, whatever its day.
+  bool isAdjusted(const String& code, const Date& date) const;
+  /// Notes the factor on each parcel held across the day, over one already noted for it. Factor 1 records
+  /// that there was no split.
+  void recordAdjustment(const String& code, const Date& date, std::int32_t factor, bool reverse);
+  void setAdjustment(XMLElement& adjustment, const Date& date, std::int32_t factor, bool reverse);
+  /// The day's price. A jump since the day before is put to the user as a split, once, unless a background
+  /// pass runs, and the answer is recorded on the parcels. Throws as sharePriceFor.
+  double priceWithSplitCheck(const String& code, const Date& date);
+  struct CheckedPrice {
+    double price;
+    bool adjusted; ///< an answer has just been recorded, so numbers as of the day may have changed
+  };
+  /// The same, telling whether the user was asked.
+  CheckedPrice checkPriceForSplit(const String& code, const Date& date);
+
+  // ---- Trend of the comparison index ----
+
+  /// Exponential moving average of the comparison index over so many weekdays before today; kept for each
+  /// period and day.
+  double indexMovingAverage(double period);
+  double computeIndexMovingAverage(double period) const;
+
+private:
+  struct Sale;
+
+  double gainSince(const Date& then) const;
+  double indexGainSince(const Date& then) const;
+  XMLElement* findParcel(XMLElement& stock, const Date& date, double number) const;
+  void removeParcel(XMLElement& stock, const XMLElement& parcel);
+  double sellFromBuyEvent(XMLElement& stock, XMLElement& parcel, double wanted, const Sale& sale);
+  XMLElement& addSellEvent(const String& code);
+  void removeSale(XMLElement& stock, const XMLElement& sale);
+  void addCashEvent(const Date& date, double value, std::int32_t type, const String& description);
+  bool moveCashEntry(const CashEntryKey& key, double oldValue, const Date& date, double value,
+                     const String& description);
+  void tellCashChanged();
+  bool askForSplit(const String& code, const Date& date, double ratio, bool reverse);
+
+  XMLElement& m_portfolio;
+  SharePortfolioCapitalRecordUser m_capitalRecord;
+  std::map<int, std::map<Date, double>> m_indexTrends; ///< moving averages by period in days, then day
+};
+
+} // namespace Tallymoor
