@@ -5,6 +5,7 @@
 namespace Tallymoor {
 
 class FXCalendar;
+class FormTextField;
 
 /// Asks for a date with a month's calendar. Its usual title is "Choose the date".
 class CalendarDialog : public Dialog {
@@ -25,5 +26,10 @@ private:
   FXCalendar* m_calendar = nullptr;
   Date m_date;
 };
+
+/// The button beside a date field: asks for a date with the title "Choose the date", beginning at the one in
+/// the field (at today when the field holds none), and puts the answer into the field in the user's local
+/// form.
+void chooseDate(FXWindow* owner, FormTextField& field);
 
 } // namespace Tallymoor

@@ -42,7 +42,6 @@ private:
   void buildHeading();
   void buildDays();
   void showMonth();
-  void mark(const Date& date);
   void chooseByUser(const Date& date);
 
   Date m_date;

@@ -37,7 +37,8 @@ public:
 
 private:
   FXComposite* m_parent;
-  std::vector<FXLabel*> m_labels;
+  std::vector<FXHorizontalFrame*> m_rows;
+  std::vector<FXLabel*> m_labels; ///< one for each row
 };
 
 } // namespace Tallymoor

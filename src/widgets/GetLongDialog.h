@@ -14,6 +14,8 @@ public:
   std::int32_t value() const { return m_value; }
   /// A number outside the limits is brought to the nearer one.
   bool validate() override;
+  /// Enter in the field is OK.
+  long onKeyPress(FXObject*, FXSelector, void*);
 
 protected:
   GetLongDialog() {}
@@ -21,6 +23,8 @@ protected:
 private:
   FXSpinner* m_spinner = nullptr;
   FXTextField* m_field = nullptr;
+  std::int32_t m_minimum = 0;
+  std::int32_t m_maximum = 0;
   std::int32_t m_value = 0;
 };
 

@@ -4,6 +4,8 @@
 
 namespace Tallymoor {
 
+class FormTextField;
+
 /// Asks for a text.
 class GetStringDialog : public Dialog {
   FXDECLARE(GetStringDialog)
@@ -24,7 +26,7 @@ protected:
   GetStringDialog() {}
 
 private:
-  FXTextField* m_field = nullptr;
+  FormTextField* m_field = nullptr;
   Filter m_filter;
   String m_text;
 };

@@ -48,6 +48,9 @@ public:
   static void beginWait();
   static void endWait();
 
+  /// False on any thread but the GUI's, and while a background pass runs: then nothing may open a dialog.
+  bool mayOpenDialog() const;
+
   // What the application's window supplies.
   /// Fills the caption of every message box.
   virtual void applicationTitle(String& title) const;

@@ -1,12 +1,11 @@
 #pragma once
 #include "foundation/LengthyFunctions.h"
-#include <functional>
 #include <fx.h>
 
 namespace Tallymoor {
 
 /// Shows the progress of lengthy work on the GUI thread: a banner, a heading, a log of what was done, and a
-/// bar. Each step lets events pass. Made on the stack or by new; hides when it dies.
+/// bar. Each step lets events pass. Made on the stack; goes away when it dies.
 class ProgressDialog : public FXProgressDialog, public Progress {
   FXDECLARE(ProgressDialog)
 public:
@@ -48,7 +47,10 @@ protected:
   ProgressDialog() {}
 
 private:
-  void buildBanner(FXComposite* parent, FXIcon* banner);
+  void buildHeading(FXComposite* parent, const String& heading);
+  void buildLog(FXComposite* parent);
+  void buildBar(FXComposite* parent, unsigned style);
+  void buildCancel(FXComposite* parent, unsigned style);
   void letEventsPass();
 
   FXText* m_log = nullptr;

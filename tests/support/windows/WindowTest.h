@@ -1,4 +1,5 @@
 #pragma once
+#include "support/TestProfile.h"
 #include "support/windows/TestWindow.h"
 #include <deque>
 #include <functional>
@@ -34,6 +35,7 @@ protected:
   /// Override to make another main window; it is created and shown by SetUp.
   virtual std::unique_ptr<MainWindow> makeWindow(FXApp* app);
 
+  TestProfile& profile() { return m_profile; }
   FXApp& app() { return *m_app; }
   MainWindow& mainWindow() { return *m_window; }
   /// The main window as the fixture makes it.
@@ -47,16 +49,16 @@ protected:
   /// Queues: a message box that shows exactly this text is answered by its button ("OK", "Yes", "No").
   void answer(const std::string& text, const std::string& button);
   /// Runs the toolkit's loop until the condition holds; fails when it doesn't within the watchdog's time.
-  void runUntil(const std::function<bool()>& condition);
+  bool runUntil(const std::function<bool()>& condition);
   /// Lets all waiting events, wake-ups and paints be handled.
   void letEventsPass();
   /// Texts of the message boxes that were answered, in order.
   const std::vector<std::string>& boxes() const { return m_boxes; }
 
   // Finding widgets. Those that must exist fail the test by throwing std::runtime_error when they don't.
-  /// A button, check button, radio button or menu entry by what it shows (without "&"), or by its tip.
-  static FXLabel* findButton(FXWindow& in, const std::string& label);
-  static FXLabel& button(FXWindow& in, const std::string& label);
+  /// A button, check button, radio button or menu command by what it shows (without "&"), or by its tip.
+  static FXWindow* findButton(FXWindow& in, const std::string& label);
+  static FXWindow& button(FXWindow& in, const std::string& label);
   /// The text field in the row behind the label.
   static FXTextField& field(FXWindow& in, const std::string& label);
   /// The first widget of a class, in tab order; null when there is none.
@@ -98,19 +100,24 @@ private:
   class Driver;
   struct Awaited {
     std::string text;
-    bool exact;
+    bool isBox;
     Step step;
   };
+  void startTicking();
   void tick();
-  bool matches(FXWindow& window, const Awaited& awaited) const;
-  void refuse(FXWindow& window);
+  void meet(FXWindow& modal);
+  void takeStep(FXWindow& modal);
+  static bool matches(FXWindow& window, const Awaited& awaited);
+  static void refuse(FXWindow& window);
 
+  TestProfile m_profile;
   std::unique_ptr<FXApp> m_app;
   std::unique_ptr<Driver> m_driver;
   std::unique_ptr<MainWindow> m_window;
   std::deque<Awaited> m_awaited;
   std::vector<std::string> m_boxes;
-  FXWindow* m_strange = nullptr; ///< the modal window that no step names, and for how long
+  std::vector<FXWindow*> m_inStep; ///< modal windows whose step is on the stack
+  FXWindow* m_strange = nullptr;   ///< the modal window that no step names, and for how long
   unsigned m_strangeTicks = 0;
 };
 

@@ -1,0 +1,66 @@
+#include "widgets/FormRows.h"
+#include "widgets/FormTextField.h"
+#include "widgets/NumberField.h"
+#include "widgets/ToolkitText.h"
+#include <algorithm>
+
+namespace Tallymoor {
+
+FormRows::FormRows(FXComposite* parent) : m_parent(parent) {}
+
+FXHorizontalFrame* FormRows::addRow(const String& label) {
+  auto* row = new FXHorizontalFrame(m_parent, LAYOUT_FILL_X, 0, 0, 0, 0, 0, 0, 0, 0);
+  m_rows.push_back(row);
+  m_labels.push_back(new FXLabel(row, labelText(label), nullptr, JUSTIFY_LEFT | LAYOUT_CENTER_Y));
+  return row;
+}
+
+FormTextField* FormRows::addText(const String& label, FXObject* target, FXSelector selector) {
+  return new FormTextField(addRow(label), columns, target, selector, TEXTFIELD_NORMAL | LAYOUT_CENTER_Y);
+}
+
+FormTextField* FormRows::addReadOnly(const String& label) {
+  FormTextField* field = addText(label);
+  field->makeReadOnly();
+  return field;
+}
+
+NumberField* FormRows::addNumber(const String& label, int decimals, FXObject* target, FXSelector selector) {
+  return new NumberField(addRow(label), decimals, columns, target, selector);
+}
+
+FormTextField* FormRows::addTextWithButton(const String& label, const String& caption, const String& tip,
+                                           FXObject* target, FXSelector buttonSelector) {
+  FormTextField* field = addText(label);
+  new FXButton(m_rows.back(), labelText(caption) + toFox(tip), nullptr, target, buttonSelector,
+               BUTTON_NORMAL | LAYOUT_CENTER_Y | LAYOUT_FILL_Y);
+  return field;
+}
+
+FXText* FormRows::addNotes(const String& title) {
+  constexpr FXint leastWidth = 400;
+  auto* group =
+      new FXGroupBox(m_parent, toFox(title), GROUPBOX_NORMAL | FRAME_GROOVE | LAYOUT_FILL_X | LAYOUT_FILL_Y);
+  auto* frame = new FXHorizontalFrame(
+      group, FRAME_SUNKEN | FRAME_THICK | LAYOUT_FILL_X | LAYOUT_FILL_Y | LAYOUT_MIN_WIDTH, 0, 0, leastWidth,
+      0, 0, 0, 0, 0);
+  auto* text = new FXText(frame, nullptr, 0, TEXT_WORDWRAP | LAYOUT_FILL_X | LAYOUT_FILL_Y);
+  text->setVisibleRows(5);
+  return text;
+}
+
+FXLabel* FormRows::lastLabel() const {
+  return m_labels.back();
+}
+
+void FormRows::align() {
+  FXint width = 0;
+  for (FXLabel* label : m_labels)
+    width = std::max(width, label->getDefaultWidth());
+  for (FXLabel* label : m_labels) {
+    label->setLayoutHints(label->getLayoutHints() | LAYOUT_FIX_WIDTH);
+    label->setWidth(width);
+  }
+}
+
+} // namespace Tallymoor

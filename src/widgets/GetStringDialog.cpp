@@ -1,0 +1,54 @@
+#include "widgets/GetStringDialog.h"
+#include "widgets/FormTextField.h"
+#include "widgets/MainWindow.h"
+
+namespace Tallymoor {
+
+FXDEFMAP(GetStringDialog)
+GetStringDialogMap[] = {
+    FXMAPFUNC(SEL_COMMAND, FXDialogBox::ID_ACCEPT, GetStringDialog::onOK),
+};
+
+FXIMPLEMENT(GetStringDialog, Dialog, GetStringDialogMap, ARRAYNUMBER(GetStringDialogMap))
+
+GetStringDialog::GetStringDialog(FXWindow* owner, const String& title, const String& heading,
+                                 const String& initialText, Filter filter)
+    : Dialog(owner, title, heading),
+      m_field(new FormTextField(contents(), 40, nullptr, 0, TEXTFIELD_NORMAL | LAYOUT_FILL_X)),
+      m_filter(std::move(filter)), m_text(initialText) {
+  m_field->setText(initialText);
+  m_field->setFocus();
+  m_field->selectAll();
+}
+
+bool GetStringDialog::validate() {
+  if (!m_filter) {
+    m_text = m_field->text();
+    return true;
+  }
+  const String kept = m_filter(m_field->text());
+  m_field->setText(kept);
+  if (kept.empty()) {
+    MainWindow::error(u"You must enter a value.");
+    return false;
+  }
+  m_text = kept;
+  return true;
+}
+
+long GetStringDialog::onOK(FXObject* sender, FXSelector selector, void* data) {
+  return acceptIfValid(u"GetStringDialog::onOK failed.", sender, selector, data);
+}
+
+String cleanName(const String& text) {
+  constexpr std::u16string_view dropped = u"&<>\"'/\\";
+  String name;
+  for (char16_t unit : text) {
+    const bool control = unit < 0x20 || (unit >= 0x7F && unit < 0xA0);
+    if (!control && dropped.find(unit) == std::u16string_view::npos)
+      name += unit;
+  }
+  return name.trimmed();
+}
+
+} // namespace Tallymoor

@@ -1,0 +1,108 @@
+#include "widgets/WindowInteraction.h"
+#include "widgets/CalendarDialog.h"
+#include "widgets/GetLongDialog.h"
+#include "widgets/ListChoiceDialog.h"
+#include "widgets/MainWindow.h"
+#include "widgets/ProgressDialog.h"
+
+namespace Tallymoor {
+
+namespace {
+
+/// Stands for the progress dialog where none may open.
+class UnseenProgress : public Progress {
+public:
+  void setTotal(unsigned) override {}
+  void step(unsigned, const String&) override {}
+  void setText(const String&) override {}
+  bool isCancelled() const override { return false; }
+};
+
+} // namespace
+
+void WindowInteraction::information(const String& text) {
+  MainWindow::information(text);
+}
+
+bool WindowInteraction::question(const String& text) {
+  return MainWindow::question(text);
+}
+
+void WindowInteraction::warning(const String& text) {
+  MainWindow::warning(text);
+}
+
+void WindowInteraction::error(const String& text) {
+  MainWindow::error(text);
+}
+
+void WindowInteraction::reportException(const String& context, const Exception& exception) {
+  MainWindow::reportException(context, exception);
+}
+
+void WindowInteraction::setStatusText(const String& text) {
+  MainWindow::setStatusText(text);
+}
+
+void WindowInteraction::setNormalStatusText(const String& text) {
+  MainWindow::setNormalStatusText(text);
+}
+
+void WindowInteraction::beginWait() {
+  MainWindow::beginWait();
+}
+
+void WindowInteraction::endWait() {
+  MainWindow::endWait();
+}
+
+void WindowInteraction::warnOnce(const String& text, const String& caption, const String& key, int level) {
+  MainWindow::Instance().warnOnce(text, caption, key, level);
+}
+
+std::optional<std::size_t> WindowInteraction::chooseFromList(const String& title, const String& heading,
+                                                             const std::vector<String>& entries) {
+  if (!MainWindow::Instance().mayOpenDialog())
+    return std::nullopt;
+  ListChoiceDialog dialog(&MainWindow::Instance(), title, heading, false);
+  for (const String& entry : entries)
+    dialog.addListEntry(entry, nullptr);
+  if (!dialog.execute())
+    return std::nullopt;
+  return dialog.chosenIndexes().front();
+}
+
+std::optional<Date> WindowInteraction::askDate(const String& title, const String& heading,
+                                               const Date& initial) {
+  if (!MainWindow::Instance().mayOpenDialog())
+    return std::nullopt;
+  CalendarDialog dialog(&MainWindow::Instance(), title, initial, heading);
+  if (!dialog.execute())
+    return std::nullopt;
+  return dialog.date();
+}
+
+std::optional<std::int32_t> WindowInteraction::askWholeNumber(const String& title, const String& heading,
+                                                              std::int32_t minimum, std::int32_t maximum,
+                                                              std::int32_t initial) {
+  if (!MainWindow::Instance().mayOpenDialog())
+    return std::nullopt;
+  GetLongDialog dialog(&MainWindow::Instance(), title, heading, minimum, maximum, initial);
+  if (!dialog.execute())
+    return std::nullopt;
+  return dialog.value();
+}
+
+bool WindowInteraction::runLengthy(const String& caption, const String& heading, unsigned steps,
+                                   HasLengthyFunctions& work, int argument) {
+  if (!MainWindow::Instance().mayOpenDialog()) {
+    UnseenProgress unseen;
+    work.runLengthyFunction(unseen, argument);
+    return true;
+  }
+  ProgressDialog dialog(&MainWindow::Instance(), caption, heading, steps,
+                        ProgressDialog::PERCENT_BAR | ProgressDialog::CAN_CANCEL);
+  return dialog.run(work, argument);
+}
+
+} // namespace Tallymoor
