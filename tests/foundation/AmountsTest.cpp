@@ -1,0 +1,41 @@
+#include "foundation/Amounts.h"
+#include <gtest/gtest.h>
+#include <limits>
+
+namespace Tallymoor {
+namespace {
+
+TEST(AmountsTest, ShowsAsZero) {
+  EXPECT_TRUE(showsAsZero(0.0));
+  EXPECT_TRUE(showsAsZero(-0.0));
+  EXPECT_TRUE(showsAsZero(0.00004));
+  EXPECT_TRUE(showsAsZero(-0.00004));
+  EXPECT_FALSE(showsAsZero(0.00006));
+  EXPECT_FALSE(showsAsZero(-0.00006));
+  EXPECT_TRUE(showsAsZero(0.004, 2));
+  EXPECT_TRUE(showsAsZero(-0.004, 2));
+  EXPECT_FALSE(showsAsZero(0.006, 2));
+  EXPECT_FALSE(showsAsZero(0.5, 0)); // an exact tie goes away from zero
+  EXPECT_TRUE(showsAsZero(std::numeric_limits<double>::quiet_NaN()));
+}
+
+TEST(AmountsTest, ShowsTheSame) {
+  EXPECT_TRUE(showsTheSame(0.1 + 0.2, 0.3, 4));
+  EXPECT_FALSE(showsTheSame(0.3001, 0.3, 4));
+  EXPECT_TRUE(showsTheSame(0.3001, 0.3, 2));
+  EXPECT_TRUE(showsTheSame(-0.001, 0.001, 2));
+  EXPECT_FALSE(showsTheSame(-1.0, 1.0, 2));
+}
+
+TEST(AmountsTest, TenThousandths) {
+  EXPECT_EQ(tenThousandths(0.0), 0);
+  EXPECT_EQ(tenThousandths(1.0), 10000);
+  EXPECT_EQ(tenThousandths(0.1 + 0.2), 3000);
+  EXPECT_EQ(tenThousandths(-12.3456), -123456);
+  EXPECT_EQ(tenThousandths(-0.00001), 0);
+  EXPECT_EQ(tenThousandths(300000.0), 3000000000);
+  EXPECT_EQ(tenThousandths(1e12 + 0.5), 10000000000005000);
+}
+
+} // namespace
+} // namespace Tallymoor

@@ -1,0 +1,406 @@
+#include "foundation/String.h"
+#include "foundation/Exception.h"
+#include "foundation/TextTranscoders.h"
+#include "support/StringPrinting.h"
+#include <clocale>
+#include <gtest/gtest.h>
+#include <limits>
+#include <xercesc/util/TranscodingException.hpp>
+#include <xercesc/util/UTFDataFormatException.hpp>
+
+namespace Tallymoor {
+namespace {
+
+/// A transcoder that fails as the library's can.
+template <typename Failure>
+class FailingTranscoder : public xercesc::XMLTranscoder {
+public:
+  FailingTranscoder()
+      : XMLTranscoder(u"failing", TRANSCODER_BLOCK_SIZE, xercesc::XMLPlatformUtils::fgMemoryManager) {}
+
+  XMLSize_t transcodeFrom(const XMLByte*, XMLSize_t, XMLCh*, XMLSize_t, XMLSize_t&, unsigned char*) override {
+    fail();
+  }
+  XMLSize_t transcodeTo(const XMLCh*, XMLSize_t, XMLByte*, XMLSize_t, XMLSize_t&, UnRepOpts) override {
+    fail();
+  }
+  bool canTranscodeTo(unsigned int) override { return true; }
+
+private:
+  [[noreturn]] static void fail() {
+    throw Failure("here", 1, xercesc::XMLExcepts::Trans_BadSrcSeq,
+                  xercesc::XMLPlatformUtils::fgMemoryManager);
+  }
+};
+
+/// Puts a failing transcoder in for a scope.
+template <typename Failure>
+struct WithFailure {
+  WithFailure() {
+    utf8Decoder(); // the library must be up before a failure of its can be made
+    setTranscodersForTest(std::make_unique<FailingTranscoder<Failure>>());
+  }
+  ~WithFailure() { setTranscodersForTest(nullptr); }
+};
+
+template <typename Work>
+String messageOf(Work work) {
+  try {
+    work();
+  } catch (const Exception& e) {
+    return e.message();
+  }
+  return u"(nothing thrown)";
+}
+
+TEST(StringTest, NullPointersGiveEmptyTexts) {
+  EXPECT_EQ(String(static_cast<const char*>(nullptr)), u"");
+  EXPECT_EQ(String(static_cast<const char16_t*>(nullptr)), u"");
+  EXPECT_EQ(String(u"a") + static_cast<const char16_t*>(nullptr), u"a");
+}
+
+TEST(StringTest, CopiesUpToTheTerminatingZero) {
+  const char16_t text[] = {u'a', u'b', 0, u'c', 0};
+  EXPECT_EQ(String(text), u"ab");
+}
+
+TEST(StringTest, OrderIsNumericByUnitAndShorterFirst) {
+  EXPECT_LT(String(u"ABC"), String(u"ABCD"));
+  EXPECT_LT(String(u"Z"), String(u"a"));
+  EXPECT_LT(String(u"\xD83D\xDE00"), String(u"\xFFFD")); // a surrogate pair sorts by its units
+}
+
+TEST(StringTest, JoiningLeavesItsSourceAlone) {
+  const String left = u"ab";
+  EXPECT_EQ(left + String(u"c"), u"abc");
+  EXPECT_EQ(left + u"cd", u"abcd");
+  EXPECT_EQ(left + u'e', u"abe");
+  EXPECT_EQ(u"x" + left, u"xab");
+  EXPECT_EQ(left.substr(1) + left, u"bab");
+  EXPECT_EQ(left, u"ab");
+}
+
+struct DecodeRow {
+  const char* bytes;
+  const char16_t* text;
+};
+
+TEST(StringTest, DecodesUTF8) {
+  const DecodeRow rows[] = {
+      {"", u""},
+      {"plain", u"plain"},
+      {"caf\xC3\xA9", u"caf\u00E9"},
+      {"\xE2\x82\xAC", u"\u20AC"},
+      {"\xF0\x9F\x98\x80", u"\xD83D\xDE00"},
+      {"\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80z", u"\u00E9\u20AC\xD83D\xDE00z"},
+  };
+  for (const DecodeRow& row : rows)
+    EXPECT_EQ(String(row.bytes), row.text) << row.bytes;
+}
+
+TEST(StringTest, BytesThatAreNoUTF8AreReadAsLatin1AsAWhole) {
+  const DecodeRow rows[] = {
+      {"a\xE9z", u"a\u00E9z"},                           // a Latin-1 letter in the middle
+      {"caf\xE9", u"caf\u00E9"},                         // at the end, where the transcoder would just stop
+      {"\xC3\xA9 \xE9!", u"\u00C3\u00A9 \u00E9!"},       // a valid sequence beside it falls apart too
+      {"\xC3\xA9\xE2\x82", u"\u00C3\u00A9\u00E2\u0082"}, // a cut sequence at the end
+      {"\xC0\xAF", u"\u00C0\u00AF"},                     // overlong
+      {"\xE0\x80\xAF", u"\u00E0\u0080\u00AF"},           // overlong
+      {"\xED\xA0\x80", u"\u00ED\u00A0\u0080"},           // a surrogate
+      {"\xF4\x90\x80\x80", u"\u00F4\u0090\u0080\u0080"}, // beyond the last character
+      {"\xF8\x88\x80\x80\x80", u"\u00F8\u0088\u0080\u0080\u0080"}, // five bytes
+      {"\x80", u"\u0080"},                                         // a lone continuation
+      {"\xFF\xFE", u"\u00FF\u00FE"},
+  };
+  for (const DecodeRow& row : rows)
+    EXPECT_EQ(String(row.bytes), row.text) << row.bytes;
+}
+
+TEST(StringTest, BytesOfKnownLengthMayHoldNul) {
+  EXPECT_EQ(String::fromUTF8(std::string_view("a\0b", 3)).size(), 3u);
+  EXPECT_EQ(String::fromUTF8(std::string_view("\xC3\xA9\0b", 4)), String(u"\u00E9\0b", 3));
+}
+
+TEST(StringTest, EncodesUTF8) {
+  EXPECT_EQ(String(u"").toUTF8(), "");
+  EXPECT_EQ(String(u"plain").toUTF8(), "plain");
+  EXPECT_EQ(String(u"\u00E9\u20AC").toUTF8(), "\xC3\xA9\xE2\x82\xAC");
+  EXPECT_EQ(String(u"\xD83D\xDE00").toUTF8(), "\xF0\x9F\x98\x80");
+  EXPECT_EQ(String(u"a\0\u00E9", 3).toUTF8(), std::string("a\0\xC3\xA9", 4));
+}
+
+TEST(StringTest, LoneSurrogatesBecomeTheReplacementCharacter) {
+  EXPECT_EQ(String(u"a\xD83D").toUTF8(), "a\xEF\xBF\xBD");
+  EXPECT_EQ(String(u"\xD83Dz").toUTF8(), "\xEF\xBF\xBDz");
+  EXPECT_EQ(String(u"\xDE00\xD83D").toUTF8(), "\xEF\xBF\xBD\xEF\xBF\xBD");
+  EXPECT_EQ(String(u"\xD83D\xD83D\xDE00").toUTF8(), "\xEF\xBF\xBD\xF0\x9F\x98\x80");
+}
+
+TEST(StringTest, LongTextsComeBackWhole) {
+  String text;
+  for (int i = 0; i < 5000; ++i)
+    text += u"price \u20AC \xD83D\xDE00 ";
+  EXPECT_EQ(String(text.toUTF8().c_str()), text);
+}
+
+TEST(StringTest, FailuresOfTheTranscoderAreTold) {
+  const String reason = messageOf([] {
+    const WithFailure<xercesc::TranscodingException> failing;
+    String(u"\u00E9").toUTF8();
+  });
+  ASSERT_TRUE(reason.startsWith(u"String::toUTF8() - ")) << reason.toUTF8();
+  EXPECT_GT(reason.size(), String(u"String::toUTF8() - ").size());
+  EXPECT_TRUE(messageOf([] {
+                const WithFailure<xercesc::UTFDataFormatException> failing;
+                String(u"\u00E9").toUTF8();
+              }).startsWith(u"String::toUTF8(), UTFDataFormatException - "));
+  EXPECT_TRUE(messageOf([] {
+                const WithFailure<xercesc::TranscodingException> failing;
+                String text("\xC3\xA9");
+              }).startsWith(u"String::String from utf8 - "));
+}
+
+TEST(StringTest, MalformedDataAloneFallsBack) {
+  const WithFailure<xercesc::UTFDataFormatException> failing;
+  EXPECT_EQ(String("\xC3\xA9"), u"\u00C3\u00A9");
+}
+
+TEST(StringTest, Latin1ReplacesWhatDoesNotFit) {
+  EXPECT_EQ(String(u"\u20AC").toLatin1(), "?");
+  EXPECT_EQ(String(u"\u00E9").toLatin1(), "\xE9");
+  EXPECT_EQ(String(u"a\u0100\u00FF").toLatin1(), "a?\xFF");
+  EXPECT_EQ(String(u"\xD83D\xDE00").toLatin1(), "??");
+}
+
+TEST(StringTest, ReadsWholeNumbers) {
+  const std::pair<const char16_t*, std::int32_t> rows[] = {
+      {u"", 0},
+      {u"0", 0},
+      {u"42", 42},
+      {u"-42", -42},
+      {u"+7", 7},
+      {u"1,234", 1234},
+      {u"1,234,567", 1234567},
+      {u"abc", 0},
+      {u"12abc", 12},
+      {u"  15", 15},
+      {u"\t\n 15 ", 15},
+      {u"\u00A015", 15},
+      {u"12.9", 12},
+      {u"- 5", 0},
+      {u"+-5", 0},
+      {u"--5", 0},
+      {u"2147483647", 2147483647},
+      {u"2147483648", 2147483647},
+      {u"-2147483648", std::numeric_limits<std::int32_t>::min()},
+      {u"-2147483649", std::numeric_limits<std::int32_t>::min()},
+      {u"99999999999999999999", 2147483647},
+      {u"-99999999999999999999", std::numeric_limits<std::int32_t>::min()},
+      {u"0x10", 0},
+      {u"007", 7},
+      {u"\u0661\u0662", 0},
+      {u",,5", 5},
+  };
+  for (const auto& [text, number] : rows)
+    EXPECT_EQ(String(text).toLong(), number) << String(text).toUTF8();
+}
+
+TEST(StringTest, ReadsWholeNumbersOfSixtyFourBits) {
+  EXPECT_EQ(String(u"3000000000").toLong64(), 3000000000);
+  EXPECT_EQ(String(u"9,223,372,036,854,775,807").toLong64(), std::numeric_limits<std::int64_t>::max());
+  EXPECT_EQ(String(u"9223372036854775808").toLong64(), std::numeric_limits<std::int64_t>::max());
+  EXPECT_EQ(String(u"-9223372036854775809").toLong64(), std::numeric_limits<std::int64_t>::min());
+}
+
+TEST(StringTest, WritesWholeNumbers) {
+  EXPECT_EQ(String::fromLong(0), u"0");
+  EXPECT_EQ(String::fromLong(-1234567), u"-1234567");
+  EXPECT_EQ(String::fromLong(std::numeric_limits<std::int64_t>::min()), u"-9223372036854775808");
+}
+
+TEST(StringTest, ReadsRealNumbers) {
+  const std::pair<const char16_t*, double> rows[] = {
+      {u"", 0.0},
+      {u"abc", 0.0},
+      {u"1,234.50", 1234.5},
+      {u"12.5", 12.5},
+      {u"-12.5", -12.5},
+      {u"+12.5", 12.5},
+      {u".5", 0.5},
+      {u"-.5", -0.5},
+      {u"5.", 5.0},
+      {u".", 0.0},
+      {u"  3.25 ", 3.25},
+      {u"3.25xyz", 3.25},
+      {u"1e3", 1000.0},
+      {u"1E-2", 0.01},
+      {u"1e", 1.0},
+      {u"inf", 0.0},
+      {u"nan", 0.0},
+      {u"-inf", 0.0},
+      {u"INFINITY", 0.0},
+      {u"0x1p4", 0.0},
+      {u"1.2.3", 1.2},
+      {u"1e999", 0.0},
+      {u"1e-999", 0.0},
+      {u"--5", 0.0},
+      {u"+-5", 0.0},
+      {u"1,2,3", 123.0},
+      {u"2\u20AC", 2.0},
+      {u"\u20AC2", 0.0},
+      {u"\u00A07.5", 7.5},
+      {u"- 5", 0.0},
+      {u"0.1", 0.1},
+      {u"123456789.123456789", 123456789.123456789},
+  };
+  for (const auto& [text, number] : rows)
+    EXPECT_EQ(String(text).toDouble(), number) << String(text).toUTF8();
+}
+
+struct FromDoubleRow {
+  double value;
+  int decimals;
+  const char16_t* text;
+};
+
+TEST(StringTest, WritesRealNumbers) {
+  const FromDoubleRow rows[] = {
+      {0.0, 2, u"0.00"},
+      {0.0, 0, u"0"},
+      {-0.0, 2, u"0.00"},
+      {1234.5, 2, u"1234.50"},
+      {0.25, 2, u"0.25"},
+      {-0.25, 2, u"-0.25"},
+      {0.004, 2, u"0.00"},
+      {-0.004, 2, u"-0.00"},
+      {0.005, 2, u"0.01"},
+      {0.006, 2, u"0.01"},
+      {1.05, 1, u"1.1"},
+      {1.05, 2, u"1.05"},
+      {1.005, 2, u"1.00"},
+      {2.675, 2, u"2.67"},
+      {1.15, 1, u"1.1"},
+      {1.25, 1, u"1.3"},
+      {-1.25, 1, u"-1.3"},
+      {0.5, 0, u"1"},
+      {-0.5, 0, u"-1"},
+      {1.5, 0, u"2"},
+      {2.5, 0, u"3"},
+      {-2.5, 0, u"-3"},
+      {0.125, 2, u"0.13"},
+      {-0.125, 2, u"-0.13"},
+      {0.375, 2, u"0.38"},
+      {9.5, 0, u"10"},
+      {99.5, 0, u"100"},
+      {-99.5, 0, u"-100"},
+      {9.995, 2, u"9.99"},
+      {9.996, 2, u"10.00"},
+      {0.96875, 4, u"0.9688"},
+      {0.99999, 4, u"1.0000"},
+      {0.03125, 4, u"0.0313"},
+      {-0.03125, 4, u"-0.0313"},
+      {0.25, 1, u"0.3"},
+      {0.75, 1, u"0.8"},
+      {9.75, 1, u"9.8"},
+      {9.25, 0, u"9"},
+      {0.1, 6, u"0.100000"},
+      {0.05, 0, u"0"},
+      {-0.05, 1, u"-0.1"},
+      {0.00000049, 6, u"0.000000"},
+      {1e15, 2, u"1000000000000000.00"},
+      {-1e15, 0, u"-1000000000000000"},
+      {1e22, 0, u"10000000000000000000000"},
+      {4503599627370495.5, 0, u"4503599627370496"},
+      {562949953421312.125, 2, u"562949953421312.13"},
+      {1125899906842623.75, 1, u"1125899906842623.8"},
+      {2251799813685247.75, 1, u"2251799813685247.8"},
+      {2251799813685247.25, 1, u"2251799813685247.3"},
+      {1e-300, 4, u"0.0000"},
+      {300000.0, 4, u"300000.0000"},
+      {12.34, 4, u"12.3400"},
+      {0.1, 20, u"0.10000000000000000555"},
+      {5.0, -3, u"5"},
+  };
+  for (const FromDoubleRow& row : rows)
+    EXPECT_EQ(String::fromDouble(row.value, row.decimals), row.text) << row.value << " at " << row.decimals;
+}
+
+TEST(StringTest, ValuesThatAreNotFiniteAreWrittenAsZero) {
+  using Limits = std::numeric_limits<double>;
+  EXPECT_EQ(String::fromDouble(Limits::infinity(), 2), u"0.00");
+  EXPECT_EQ(String::fromDouble(-Limits::infinity(), 2), u"0.00");
+  EXPECT_EQ(String::fromDouble(Limits::quiet_NaN(), 4), u"0.0000");
+}
+
+TEST(StringTest, TheLargestValueFits) {
+  const String text = String::fromDouble(-std::numeric_limits<double>::max(), 100);
+  EXPECT_EQ(text.size(), 1u + 309u + 1u + 100u);
+  EXPECT_EQ(text.toDouble(), -std::numeric_limits<double>::max());
+  EXPECT_EQ(String::fromDouble(std::numeric_limits<double>::denorm_min(), 2), u"0.00");
+}
+
+TEST(StringTest, EveryTieGoesAwayFromZeroOnBothSides) {
+  for (int i = 0; i < 2000; ++i) {
+    const double tie = i + 0.5;
+    EXPECT_EQ(String::fromDouble(tie, 0), String::fromLong(i + 1));
+    EXPECT_EQ(String::fromDouble(-tie, 0), u"-" + String::fromLong(i + 1));
+  }
+}
+
+TEST(StringTest, NumbersDoNotFollowTheProcessLocale) {
+  const std::string before = std::setlocale(LC_ALL, nullptr);
+  for (const char* name : {"de_DE.UTF-8", "fr_FR.UTF-8", "C.UTF-8"})
+    std::setlocale(LC_ALL, name);
+  EXPECT_EQ(String::fromDouble(1234.5, 2), u"1234.50");
+  EXPECT_EQ(String(u"1234.5").toDouble(), 1234.5);
+  std::setlocale(LC_ALL, before.c_str());
+}
+
+TEST(StringTest, Percents) {
+  EXPECT_EQ(String::toPercent(12.5), u"12.50%");
+  EXPECT_EQ(String::toPercent(-0.125), u"-0.13%");
+  EXPECT_EQ(String::appendPercent(u"7"), u"7%");
+  EXPECT_EQ(String(u"12.5%").fromPercent(), 12.5);
+  EXPECT_EQ(String(u"12.5").fromPercent(), 12.5);
+  EXPECT_EQ(String(u"").fromPercent(), 0.0);
+  EXPECT_EQ(String(u"%").fromPercent(), 0.0);
+}
+
+TEST(StringTest, FilteredAmounts) {
+  EXPECT_EQ(String(u"$1,234.50").toDoubleFiltered(), 1234.5);
+  EXPECT_EQ(String(u"A$-3").toDoubleFiltered(), -3.0);
+  EXPECT_EQ(String(u"1-2").toDoubleFiltered(), 1.0);
+  EXPECT_EQ(String(u"\u20AC 1 234.5").toDoubleFiltered(), 1234.5);
+  EXPECT_EQ(String(u"1e5").toDoubleFiltered(), 15.0); // the letter is dropped like any other
+  EXPECT_EQ(String(u"none").toDoubleFiltered(), 0.0);
+}
+
+TEST(StringTest, RemovesCommasInPlace) {
+  String text = u",1,,2,3,";
+  String::removeCommas(text);
+  EXPECT_EQ(text, u"123");
+}
+
+TEST(StringTest, CaseMappingIsThatOfNoLocale) {
+  EXPECT_EQ(String(u"DIV").toLower(), u"div");
+  EXPECT_EQ(String(u"div.ax").toUpper(), u"DIV.AX");
+  EXPECT_EQ(String(u"\u00C4\u0416\u0391").toLower(), u"\u00E4\u0436\u03B1");
+  EXPECT_EQ(String(u"stra\u00DFe").toUpper(), u"STRA\u00DFE"); // one unit stays one unit
+  EXPECT_EQ(String(u"\xD83D\xDE00").toUpper(), u"\xD83D\xDE00");
+}
+
+TEST(StringTest, Trimming) {
+  EXPECT_EQ(String(u" \t\u00A0a b\u2003\n").trimmed(), u"a b");
+  EXPECT_EQ(String(u" \n").trimmed(), u"");
+  EXPECT_EQ(String(u"").trimmed(), u"");
+}
+
+TEST(StringTest, Searching) {
+  EXPECT_TRUE(String(u"abc").contains(u"bc"));
+  EXPECT_FALSE(String(u"abc").contains(u"bd"));
+  EXPECT_TRUE(String(u"abc").startsWith(u"ab"));
+  EXPECT_FALSE(String(u"a").startsWith(u"ab"));
+}
+
+} // namespace
+} // namespace Tallymoor
