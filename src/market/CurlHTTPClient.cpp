@@ -1,0 +1,235 @@
+#include "market/CurlHTTPClient.h"
+#include "market/CurlTransfer.h"
+#include "market/URL.h"
+#include <algorithm>
+#include <cerrno>
+#include <ifaddrs.h>
+#include <net/if.h>
+
+namespace Tallymoor {
+
+namespace {
+
+constexpr unsigned STATUS_OK = 200;
+constexpr std::size_t POST_PIECE = 1024;
+constexpr std::size_t STATUS_TEXT_LIMIT = 500; ///< a text that doesn't fit with its end mark is left out
+constexpr int LONGEST_WAIT = 1000;
+
+[[noreturn]] void fail(const char16_t* what, int code) {
+  throw HTTPException(String(u"Win32HTTPClient::") + what + String::fromLong(code));
+}
+
+/// True for what ends a transfer on the way to the server or by the clock, whatever of the answer was there
+/// by then.
+bool isSendFailure(int code) {
+  switch (code) {
+  case CURLE_UNSUPPORTED_PROTOCOL:
+  case CURLE_COULDNT_RESOLVE_PROXY:
+  case CURLE_COULDNT_RESOLVE_HOST:
+  case CURLE_COULDNT_CONNECT:
+  case CURLE_SSL_CONNECT_ERROR:
+  case CURLE_OPERATION_TIMEDOUT:
+  case CURLE_ABORTED_BY_CALLBACK:
+  case CURLE_TOO_MANY_REDIRECTS:
+  case CURLE_SEND_ERROR:
+    return true;
+  default:
+    return false;
+  }
+}
+
+[[noreturn]] void failByStatus(const CurlTransfer& transfer) {
+  String message =
+      u"Win32HTTPClient::getResponse - HTTP GET failed \nwith code: " + String::fromLong(transfer.status());
+  const std::string& text = transfer.statusText();
+  if (!text.empty() && text.size() < STATUS_TEXT_LIMIT)
+    message += u" and status: " + String::fromUTF8(text);
+  throw HTTPException(message, transfer.status());
+}
+
+} // namespace
+
+/// A transfer for the time of one fetch, from the pool if one is idle. While it is held, abort reaches it.
+class CurlHTTPClient::Lease {
+public:
+  explicit Lease(CurlHTTPClient& client) : m_client(client) {
+    const std::lock_guard lock(client.m_mutex);
+    if (client.m_idle.empty()) {
+      m_transfer = std::make_unique<CurlTransfer>();
+    } else {
+      m_transfer = std::move(client.m_idle.back());
+      client.m_idle.pop_back();
+    }
+    client.m_active.push_back(m_transfer.get());
+  }
+
+  ~Lease() {
+    const std::lock_guard lock(m_client.m_mutex);
+    std::erase(m_client.m_active, m_transfer.get());
+    m_client.m_idle.push_back(std::move(m_transfer));
+  }
+
+  CurlTransfer& operator*() const { return *m_transfer; }
+
+private:
+  CurlHTTPClient& m_client;
+  std::unique_ptr<CurlTransfer> m_transfer;
+};
+
+CurlHTTPClient::CurlHTTPClient(long connectTimeout, long receiveTimeout)
+    : m_connectTimeout(connectTimeout), m_receiveTimeout(receiveTimeout) {}
+
+CurlHTTPClient::~CurlHTTPClient() = default;
+
+void CurlHTTPClient::goOnline() {
+  const int reason = attemptConnect();
+  if (reason != 0)
+    fail(u"goOnline - InternetAttemptConnect failed ", reason);
+  {
+    const std::lock_guard lock(m_mutex);
+    m_idle.clear();
+  }
+  const int failure = openSession();
+  if (failure != 0)
+    fail(u"goOnline - InternetOpen failed ", failure);
+  m_aborted = false;
+  m_online = true;
+}
+
+int CurlHTTPClient::attemptConnect() const {
+  ifaddrs* interfaces = nullptr;
+  if (getifaddrs(&interfaces) != 0)
+    return errno;
+  bool up = false;
+  for (const ifaddrs* i = interfaces; i != nullptr; i = i->ifa_next)
+    up = up || (i->ifa_flags & IFF_UP) != 0;
+  freeifaddrs(interfaces);
+  return up ? 0 : ENETDOWN;
+}
+
+int CurlHTTPClient::openSession() const {
+  static const CURLcode ready =
+      curl_global_init(CURL_GLOBAL_DEFAULT); // once a process, on whichever thread is first
+  return ready != CURLE_OK || CurlTransfer().isReady() ? ready : CURLE_OUT_OF_MEMORY;
+}
+
+String CurlHTTPClient::getPage(const URL& url) {
+  std::vector<std::uint8_t> body;
+  fetch(url, "Accept: text/html", body);
+  body.push_back(0);
+  return String(reinterpret_cast<const char*>(body.data()));
+}
+
+void CurlHTTPClient::getPage(const URL& url, std::vector<std::uint8_t>& body) {
+  fetch(url, "Accept: ummm",
+        body); // no meaning, but what servers of updates and adverts have always been sent
+}
+
+void CurlHTTPClient::setBodyLimit(std::size_t bytes) {
+  m_bodyLimit = bytes;
+}
+
+void CurlHTTPClient::abort() {
+  m_aborted = true;
+  const std::lock_guard lock(m_mutex);
+  for (CurlTransfer* const transfer : m_active)
+    transfer->wake();
+}
+
+void CurlHTTPClient::fetch(const URL& url, const char* acceptHeader, std::vector<std::uint8_t>& body) {
+  const Lease lease(*this);
+  CurlTransfer& transfer = *lease;
+  connect(transfer, url);
+  openRequest(transfer, url, acceptHeader);
+  setTimeouts(transfer);
+  getResponse(transfer, sendHTTPRequest(transfer), body);
+}
+
+void CurlHTTPClient::connect(CurlTransfer& transfer, const URL& url) const {
+  if (!m_online || !transfer.isReady())
+    fail(u"connect - InternetConnect failed : ", CURLE_FAILED_INIT);
+  int failure = transfer.begin(m_bodyLimit);
+  if (failure == 0)
+    failure = transfer.setServer(url);
+  if (failure != 0)
+    fail(u"connect - InternetConnect failed : ", failure);
+}
+
+void CurlHTTPClient::openRequest(CurlTransfer& transfer, const URL& url, const char* acceptHeader) const {
+  const int failure = transfer.setRequest(url, acceptHeader);
+  if (failure != 0)
+    fail(u"getPage - HttpOpenRequest failed ", failure);
+}
+
+void CurlHTTPClient::setTimeouts(CurlTransfer& transfer) const {
+  int failure = setConnectTimeout(transfer, m_connectTimeout);
+  if (failure != 0)
+    fail(u"setTimeouts - InternetSetOption conn timeout ", failure);
+  failure = setReceiveTimeout(transfer, m_receiveTimeout);
+  if (failure != 0)
+    fail(u"setTimeouts - InternetSetOption recv timeout ", failure);
+}
+
+int CurlHTTPClient::setConnectTimeout(CurlTransfer& transfer, long milliseconds) const {
+  return transfer.setConnectTimeout(milliseconds);
+}
+
+int CurlHTTPClient::setReceiveTimeout(CurlTransfer& transfer, long milliseconds) const {
+  return transfer.setReceiveTimeout(milliseconds);
+}
+
+int CurlHTTPClient::waitForNetwork(CurlTransfer& transfer, int milliseconds) const {
+  return transfer.waitForNetwork(milliseconds);
+}
+
+int CurlHTTPClient::run(CurlTransfer& transfer) const {
+  return transfer.run([this, &transfer]() -> int {
+    return m_aborted ? static_cast<int>(CURLE_ABORTED_BY_CALLBACK) : waitForNetwork(transfer, LONGEST_WAIT);
+  });
+}
+
+int CurlHTTPClient::sendHTTPRequest(CurlTransfer& transfer) const {
+  const int failure = run(transfer);
+  const bool onTheWay = transfer.waitFailed() ? !transfer.hasAnswer() : isSendFailure(failure);
+  const bool noAnswer = !transfer.hasAnswer() && failure != CURLE_FILESIZE_EXCEEDED;
+  if (failure != 0 && (onTheWay || noAnswer))
+    fail(u"sendHTTPRequest - HttpSendRequestEx ", failure);
+  return failure;
+}
+
+void CurlHTTPClient::getResponse(CurlTransfer& transfer, int failure, std::vector<std::uint8_t>& body) const {
+  if (transfer.status() != STATUS_OK)
+    failByStatus(transfer);
+  if (failure != 0)
+    fail(transfer.waitFailed() ? u"getResponse - InternetQueryDataAvailable failed "
+                               : u"getResponse - InternetReadFile failed ",
+         failure);
+  body = std::move(transfer.body());
+}
+
+unsigned CurlHTTPClient::sendHTTPRequest2(const URL& url, const std::vector<std::uint8_t>& body) {
+  const Lease lease(*this);
+  CurlTransfer& transfer = *lease;
+  connect(transfer, url);
+  openRequest(transfer, url, "Accept: text/html");
+  setTimeouts(transfer);
+  int failure = transfer.setPost(body, POST_PIECE, [this](std::size_t size) { bodyPieceWritten(size); });
+  if (failure == 0)
+    failure = run(transfer);
+  checkPost(transfer, failure, body.size());
+  return transfer.status();
+}
+
+void CurlHTTPClient::checkPost(const CurlTransfer& transfer, int failure, std::size_t bodySize) const {
+  const bool whole = transfer.bodyBytesSent() >= bodySize;
+  if (failure != 0 && !transfer.bodyStarted())
+    fail(u"sendHTTPRequest2 - HttpSendRequestEx ", failure);
+  if (failure != 0 && !whole)
+    fail(u"sendHTTPRequest2 - InternetWriteFile ", failure);
+  if (failure != 0)
+    fail(u"sendHTTPRequest2 - HttpEndRequest failed ", failure);
+  if (!whole) // the server answered before it had taken everything
+    fail(u"sendHTTPRequest2 - written != toWrite ", failure);
+}
+
+} // namespace Tallymoor

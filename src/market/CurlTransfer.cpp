@@ -1,0 +1,241 @@
+#include "market/CurlTransfer.h"
+#include "market/URL.h"
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <strings.h>
+
+namespace Tallymoor {
+
+namespace {
+
+constexpr const char* AGENT = "BC Win32HTTPClient";
+constexpr const char* PROTOCOLS = "http,https";
+constexpr long MAX_REDIRECTS = 10;
+constexpr std::uint32_t HTTPS_PORT = 443;
+constexpr std::size_t FIRST_BODY_RESERVE = 5120;
+
+bool isControl(unsigned char byte) {
+  return byte < 0x20 || byte == 0x7F;
+}
+
+bool hasControl(const std::string& text) {
+  return std::any_of(text.begin(), text.end(),
+                     [](char c) { return isControl(static_cast<unsigned char>(c)); });
+}
+
+/// What a request line can't hold, percent-encoded. A fragment is the reader's business and is not sent.
+std::string requestTarget(const std::string& path) {
+  static constexpr char DIGITS[] = "0123456789ABCDEF";
+  std::string target;
+  for (const char character : path.substr(0, path.find('#'))) {
+    const auto byte = static_cast<unsigned char>(character);
+    if (byte >= 0x80 || std::strchr(" \"<>", character) != nullptr) {
+      target += '%';
+      target += DIGITS[byte >> 4];
+      target += DIGITS[byte & 0xF];
+    } else {
+      target += character;
+    }
+  }
+  return target;
+}
+
+/// The proxy that the environment names is used, but never for this machine itself.
+std::string hostsWithoutProxy() {
+  std::string hosts = "localhost,127.0.0.1,::1";
+  for (const char* const variable : {"no_proxy", "NO_PROXY"})
+    if (const char* const value = std::getenv(variable)) {
+      hosts += ',';
+      hosts += value;
+    }
+  return hosts;
+}
+
+} // namespace
+
+CurlTransfer::CurlTransfer() : m_multi(curl_multi_init()), m_easy(curl_easy_init()) {}
+
+template <class Value>
+void CurlTransfer::set(CURLoption option, Value value) {
+  const CURLcode result = curl_easy_setopt(m_easy.get(), option, value);
+  if (m_optionResult == CURLE_OK)
+    m_optionResult = result;
+}
+
+CURLcode CurlTransfer::begin(std::size_t bodyLimit) {
+  curl_easy_reset(m_easy.get());
+  m_optionResult = CURLE_OK;
+  m_bodyLimit = bodyLimit;
+  m_body.clear();
+  m_body.reserve(FIRST_BODY_RESERVE);
+  m_statusText.clear();
+  m_status = 0;
+  m_headComplete = m_redirects = m_overLimit = m_waitFailed = m_bodyStarted = false;
+  m_post = nullptr;
+  m_postOffset = 0;
+  m_pieceWritten = {};
+
+  set(CURLOPT_NOSIGNAL, 1L);
+  set(CURLOPT_QUICK_EXIT, 1L); // an abort doesn't wait for a name server
+  set(CURLOPT_USERAGENT, AGENT);
+  set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
+  set(CURLOPT_PROTOCOLS_STR, PROTOCOLS);
+  set(CURLOPT_REDIR_PROTOCOLS_STR, PROTOCOLS);
+  set(CURLOPT_FOLLOWLOCATION, 1L);
+  set(CURLOPT_MAXREDIRS, MAX_REDIRECTS);
+  set(CURLOPT_PATH_AS_IS, 1L);
+  set(CURLOPT_NOPROXY, hostsWithoutProxy().c_str());
+  set(CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(bodyLimit));
+  set(CURLOPT_HEADERFUNCTION, &CurlTransfer::takeHeader);
+  set(CURLOPT_HEADERDATA, this);
+  set(CURLOPT_WRITEFUNCTION, &CurlTransfer::takeBody);
+  set(CURLOPT_WRITEDATA, this);
+  return m_optionResult;
+}
+
+CURLcode CurlTransfer::setServer(const URL& url) {
+  const std::string scheme = url.scheme().empty() ? "http" : url.scheme().toUTF8();
+  if (scheme != "http" && scheme != "https")
+    return CURLE_UNSUPPORTED_PROTOCOL;
+  const std::uint32_t port = scheme == "https" && !url.hasPort() ? HTTPS_PORT : url.port();
+  const std::string host = url.host().toUTF8();
+  m_address.reset(curl_url());
+  if (!m_address)
+    return CURLE_OUT_OF_MEMORY;
+  const bool accepted =
+      !hasControl(host) && curl_url_set(m_address.get(), CURLUPART_SCHEME, scheme.c_str(), 0) == CURLUE_OK &&
+      curl_url_set(m_address.get(), CURLUPART_HOST, host.c_str(), 0) == CURLUE_OK &&
+      curl_url_set(m_address.get(), CURLUPART_PORT, std::to_string(port).c_str(), 0) == CURLUE_OK;
+  return accepted ? CURLE_OK : CURLE_URL_MALFORMAT;
+}
+
+CURLcode CurlTransfer::setRequest(const URL& url, const char* acceptHeader) {
+  const std::string whole = url.path().toUTF8();
+  if (hasControl(whole))
+    return CURLE_URL_MALFORMAT;
+  const std::string target = requestTarget(whole);
+  const std::size_t query = target.find('?');
+  if (curl_url_set(m_address.get(), CURLUPART_PATH, target.substr(0, query).c_str(), 0) != CURLUE_OK)
+    return CURLE_URL_MALFORMAT;
+  if (query != std::string::npos &&
+      curl_url_set(m_address.get(), CURLUPART_QUERY, target.c_str() + query + 1, 0) != CURLUE_OK)
+    return CURLE_URL_MALFORMAT;
+  m_headers.reset(curl_slist_append(curl_slist_append(nullptr, acceptHeader), "Expect:"));
+  set(CURLOPT_CURLU, m_address.get());
+  set(CURLOPT_HTTPHEADER, m_headers.get());
+  return m_optionResult;
+}
+
+CURLcode CurlTransfer::setPost(const std::vector<std::uint8_t>& body, std::size_t pieceSize,
+                               std::function<void(std::size_t)> pieceWritten) {
+  m_post = &body;
+  m_pieceSize = pieceSize;
+  m_pieceWritten = std::move(pieceWritten);
+  set(CURLOPT_POST, 1L);
+  set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body.size()));
+  set(CURLOPT_READFUNCTION, &CurlTransfer::giveBody);
+  set(CURLOPT_READDATA, this);
+  return m_optionResult;
+}
+
+CURLcode CurlTransfer::setConnectTimeout(long milliseconds) {
+  return curl_easy_setopt(m_easy.get(), CURLOPT_CONNECTTIMEOUT_MS, milliseconds);
+}
+
+CURLcode CurlTransfer::setReceiveTimeout(long milliseconds) {
+  set(CURLOPT_LOW_SPEED_LIMIT, 1L);
+  set(CURLOPT_LOW_SPEED_TIME, (milliseconds + 999) / 1000);
+  return m_optionResult;
+}
+
+CURLcode CurlTransfer::run(const std::function<int()>& wait) {
+  CURLcode result = CURLE_FAILED_INIT;
+  if (curl_multi_add_handle(m_multi.get(), m_easy.get()) != CURLM_OK)
+    return result;
+  int running = 0;
+  while (curl_multi_perform(m_multi.get(), &running) == CURLM_OK && !finished(result)) {
+    const int failure = wait();
+    if (failure != 0) {
+      result = static_cast<CURLcode>(failure);
+      m_waitFailed = failure != CURLE_ABORTED_BY_CALLBACK;
+      break;
+    }
+  }
+  curl_multi_remove_handle(m_multi.get(), m_easy.get());
+  return m_overLimit ? CURLE_FILESIZE_EXCEEDED : result;
+}
+
+bool CurlTransfer::finished(CURLcode& result) {
+  int left = 0;
+  const CURLMsg* const message = curl_multi_info_read(m_multi.get(), &left);
+  if (message == nullptr || message->msg != CURLMSG_DONE)
+    return false;
+  result = message->data.result;
+  return true;
+}
+
+CURLMcode CurlTransfer::waitForNetwork(int milliseconds) {
+  return curl_multi_poll(m_multi.get(), nullptr, 0, milliseconds, nullptr);
+}
+
+void CurlTransfer::wake() {
+  curl_multi_wakeup(m_multi.get());
+}
+
+std::size_t CurlTransfer::bodyBytesSent() const {
+  curl_off_t sent = 0;
+  curl_easy_getinfo(m_easy.get(), CURLINFO_SIZE_UPLOAD_T, &sent);
+  return static_cast<std::size_t>(sent);
+}
+
+std::size_t CurlTransfer::takeHeader(char* data, std::size_t size, std::size_t count, void* self) {
+  auto& transfer = *static_cast<CurlTransfer*>(self);
+  std::string line(data, size * count);
+  while (!line.empty() && (line.back() == '\n' || line.back() == '\r'))
+    line.pop_back();
+  if (line.compare(0, 5, "HTTP/") == 0)
+    transfer.readStatusLine(line);
+  else if (line.empty())
+    transfer.m_headComplete = transfer.m_status >= 200;
+  else if (strncasecmp(line.c_str(), "location:", 9) == 0)
+    transfer.m_redirects = true;
+  return size * count;
+}
+
+/// As in "HTTP/1.1 404 Not Found". One of these comes with every answer on the way.
+void CurlTransfer::readStatusLine(const std::string& line) {
+  m_headComplete = m_redirects = false;
+  m_statusText.clear();
+  const std::size_t code = line.find(' ');
+  m_status =
+      code == std::string::npos ? 0 : static_cast<unsigned>(std::strtoul(line.c_str() + code, nullptr, 10));
+  const std::size_t text = code == std::string::npos ? code : line.find(' ', code + 1);
+  if (text != std::string::npos)
+    m_statusText = line.substr(text + 1);
+}
+
+std::size_t CurlTransfer::takeBody(char* data, std::size_t size, std::size_t count, void* self) {
+  auto& transfer = *static_cast<CurlTransfer*>(self);
+  const std::size_t length = size * count;
+  if (length > transfer.m_bodyLimit - transfer.m_body.size()) {
+    transfer.m_overLimit = true;
+    return 0;
+  }
+  transfer.m_body.insert(transfer.m_body.end(), data, data + length);
+  return length;
+}
+
+std::size_t CurlTransfer::giveBody(char* buffer, std::size_t size, std::size_t count, void* self) {
+  auto& transfer = *static_cast<CurlTransfer*>(self);
+  transfer.m_bodyStarted = true;
+  const std::size_t length =
+      std::min({size * count, transfer.m_pieceSize, transfer.m_post->size() - transfer.m_postOffset});
+  std::memcpy(buffer, transfer.m_post->data() + transfer.m_postOffset, length);
+  transfer.m_postOffset += length;
+  if (length != 0)
+    transfer.m_pieceWritten(length);
+  return length;
+}
+
+} // namespace Tallymoor

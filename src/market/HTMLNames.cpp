@@ -1,0 +1,42 @@
+#include "market/HTMLNames.h"
+#include "foundation/String.h"
+#include "market/HTMLPageArena.h"
+
+namespace Tallymoor {
+
+HTMLNames::HTMLNames(HTMLPageArena& arena) : m_arena(arena) {
+  m_recent.fill(NO_ID);
+}
+
+HTMLNames::Id HTMLNames::find(std::u16string_view name) {
+  const std::u16string_view text = folded(name);
+  std::size_t hash = text.size();
+  for (const char16_t unit : text)
+    hash = hash * 31 + unit;
+  Id& recent = m_recent[hash % RECENT];
+  if (recent == NO_ID || m_names[recent].text != text)
+    recent = lookUp(text);
+  return recent;
+}
+
+std::u16string_view HTMLNames::folded(std::u16string_view name) {
+  bool plain = true;
+  for (const char16_t unit : name)
+    plain = plain && (unit < u'A' || (unit > u'Z' && unit < 0x80));
+  if (plain)
+    return name;
+  m_folded = String(name).toLower();
+  return m_folded;
+}
+
+HTMLNames::Id HTMLNames::lookUp(std::u16string_view folded) {
+  const auto found = m_ids.find(folded);
+  if (found != m_ids.end())
+    return found->second;
+  const auto id = static_cast<Id>(m_names.size());
+  m_names.push_back({m_arena.keep(folded), NOWHERE, NOWHERE});
+  m_ids.emplace(m_names.back().text, id);
+  return id;
+}
+
+} // namespace Tallymoor

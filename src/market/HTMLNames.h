@@ -1,0 +1,44 @@
+#pragma once
+#include <array>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Tallymoor {
+
+class HTMLPageArena;
+
+/// The tag names of a page, each known by a number, and for each where in the flat list it was met last.
+class HTMLNames {
+public:
+  using Id = std::uint32_t;
+  static constexpr std::uint32_t NOWHERE = 0xFFFFFFFF;
+  struct Name {
+    std::u16string_view text; ///< lower case, kept by the arena
+    std::uint32_t last;       ///< place of the last entry with this name in the flat list, or NOWHERE
+    std::uint32_t lastOpen;   ///< the same of the last unclosed one
+  };
+
+  explicit HTMLNames(HTMLPageArena& arena);
+
+  /// The number of a name as it stands in the page, in any case.
+  Id find(std::u16string_view name);
+  Name& operator[](Id id) { return m_names[id]; }
+
+private:
+  std::u16string_view folded(std::u16string_view name);
+  Id lookUp(std::u16string_view folded);
+
+  static constexpr std::size_t RECENT = 256;
+  static constexpr Id NO_ID = 0xFFFFFFFF;
+
+  HTMLPageArena& m_arena;
+  std::vector<Name> m_names;
+  std::map<std::u16string_view, Id> m_ids;
+  std::array<Id, RECENT> m_recent; ///< the name met last for each value of a quick hash
+  std::u16string m_folded;
+};
+
+} // namespace Tallymoor

@@ -1,0 +1,63 @@
+#pragma once
+#include "market/HTMLTag.h"
+#include <cstddef>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+namespace Tallymoor {
+
+class HTMLFlatList;
+class HTMLNames;
+class HTMLPageArena;
+
+/// A parsed page: points to its "html" tag and keeps every tag of the page alive.
+using HTMLPage = std::shared_ptr<const HTMLTag>;
+
+/// Turns the text of a web page, well formed or not, into a tree of tags.
+///
+/// Locator documents address tags by position, so the exact shape of the tree is a contract with them, its
+/// oddities included: tags that are never closed become siblings of what follows them, text counts only right
+/// before a closing tag, nothing is decoded, and a closed tag may be found under two parents when its name is
+/// also that of a tag around it. See HTMLFlatList for how that comes about. Time is linear in the length of
+/// the page, whatever its shape.
+class HTMLParser {
+public:
+  /// Throws HTMLException "HTMLParser::Parse - no tags found", "HTMLParser::Parse - no html tag found" or
+  /// "HTMLParser::FindScriptEnd - failed to find script end!".
+  static HTMLPage Parse(const String& html);
+
+  /// The index-th sub tag (from 0) with that name, or null. Throws HTMLException "HTMLParser::FindTag - bad
+  /// param" for a null parent or an empty name.
+  static const HTMLTag* FindTag(const HTMLTag* parent, const String& name, std::size_t index);
+  /// The index-th tag (from 0) with that name among those that follow the tag under its parent, or null; null
+  /// too when it has no parent. Same failure.
+  static const HTMLTag* FindSiblingTag(const HTMLTag* tag, const String& name, std::size_t index);
+
+private:
+  enum class Reading { Opening, Closing };
+  struct Buffers;
+
+  explicit HTMLParser(const String& html) : m_html(html) {}
+  void readTags(HTMLFlatList& tags, HTMLNames& names, HTMLPageArena& arena);
+  Reading readText(Buffers& buffers);
+  void skipComment();
+  void skipScript();
+  std::u16string_view readName();
+  /// True when the tag ends in "/>".
+  bool readAttributes(std::vector<HTMLTag::Attribute>& attributes);
+  HTMLTag::Attribute readAttribute();
+  std::u16string_view readValue();
+
+  bool atEnd() const { return m_position >= m_html.size(); }
+  char16_t peek(std::size_t ahead = 0) const;
+  void skipOne();
+  void skipWhiteSpace();
+  template <class IsEnd>
+  std::u16string_view readUntil(IsEnd isEnd);
+
+  std::u16string_view m_html;
+  std::size_t m_position = 0;
+};
+
+} // namespace Tallymoor

@@ -1,0 +1,93 @@
+#include "market/HTMLTable.h"
+#include "foundation/Exception.h"
+#include "market/HTMLParser.h"
+#include "market/HTMLTagLocator.h"
+
+namespace Tallymoor {
+
+namespace {
+
+const HTMLTag* walk(const XMLTableLocator& locator, std::u16string_view step, const HTMLTag* from,
+                    const char16_t* failure) {
+  const HTMLTagLocator find(&locator.subElement(step));
+  try {
+    return find(from);
+  } catch (const HTMLException& exception) {
+    throw HTMLException(String(u"HTMLTable::fillFrom - ") + failure + exception.message());
+  }
+}
+
+const XMLTagLocator& column(const XMLTableLocator& locator, std::size_t index) {
+  return static_cast<const XMLTagLocator&>(locator.subElement(u"Columns", index));
+}
+
+String number(std::size_t value) {
+  return String::fromLong(static_cast<std::int64_t>(value));
+}
+
+} // namespace
+
+HTMLTable::HTMLTable(const XMLTableLocator* locator) : m_locator(locator) {}
+
+void HTMLTable::fillFrom(const HTMLTag* root) {
+  m_rows.clear();
+  m_numRows = 0;
+  if (root == nullptr)
+    throw HTMLException(u"HTMLTable::fillFrom - bad param");
+  const HTMLTag* row = findFirstRow(root);
+  m_numColumns = m_locator->numSubElements(u"Columns");
+  const String rowName = row->name();
+  std::size_t index = 0;
+  for (; row != nullptr; row = HTMLParser::FindSiblingTag(row, rowName, 0))
+    m_rows.emplace_hint(m_rows.end(), index++, readRow(row));
+  m_numRows = index;
+}
+
+const HTMLTag* HTMLTable::findFirstRow(const HTMLTag* root) const {
+  const HTMLTag* const table = walk(*m_locator, u"TableRoot", root, u"Failed to find root tag: \n");
+  return walk(*m_locator, u"Row", table, u"Failed to find first row tag: \n");
+}
+
+std::vector<String> HTMLTable::readRow(const HTMLTag* row) const {
+  std::vector<String> cells;
+  cells.reserve(m_numColumns);
+  for (std::size_t i = 0; i < m_numColumns; ++i)
+    cells.push_back(HTMLTagLocator(&column(*m_locator, i))(row)->text());
+  return cells;
+}
+
+String HTMLTable::cellValue(std::size_t row, std::size_t column) const {
+  const auto found = m_rows.find(row);
+  if (found == m_rows.end())
+    throw HTMLException(u"HTMLTable::cellValue - no such row index" + number(row));
+  if (column >= m_numColumns)
+    throw HTMLException(u"HTMLTable::cellValue - no such column index" + number(column));
+  return found->second[column];
+}
+
+std::size_t HTMLTable::columnByType(ColumnType type) const {
+  const std::size_t count = m_locator->numSubElements(u"Columns");
+  for (std::size_t i = 0; i < count; ++i)
+    if (column(*m_locator, i).type() == type)
+      return i;
+  throw HTMLException(u"HTMLTable::columnByType - no such type " + number(type));
+}
+
+bool HTMLTable::hasColumn(ColumnType type) const {
+  const std::size_t count = m_locator->numSubElements(u"Columns");
+  for (std::size_t i = 0; i < count; ++i)
+    if (column(*m_locator, i).type() == type)
+      return true;
+  return false;
+}
+
+ColumnType HTMLTable::columnType(std::size_t index) const {
+  return index < m_locator->numSubElements(u"Columns") ? column(*m_locator, index).type() : COLUMN_TYPE_NONE;
+}
+
+ValueFormat HTMLTable::columnFormat(std::size_t index) const {
+  return index < m_locator->numSubElements(u"Columns") ? column(*m_locator, index).format()
+                                                       : VALUE_FORMAT_NONE;
+}
+
+} // namespace Tallymoor

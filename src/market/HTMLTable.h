@@ -1,0 +1,46 @@
+#pragma once
+#include "foundation/String.h"
+#include "xml/LocatorDocuments.h"
+#include <cstddef>
+#include <map>
+#include <vector>
+
+namespace Tallymoor {
+
+class HTMLTag;
+
+/// A repeating table of a page, read into rows of raw cell texts by the three walks of a table locator: from
+/// the page to the table, from there to the first row, and from each row to its cells. Converting the texts
+/// is the reader's business.
+class HTMLTable {
+public:
+  /// The locator is not owned and must outlive the table.
+  explicit HTMLTable(const XMLTableLocator* locator);
+
+  /// Throws HTMLException when a walk fails; a single row without one of the cells fails the whole table.
+  void fillFrom(const HTMLTag* root);
+
+  /// Throws HTMLException "HTMLTable::cellValue - no such row index" or "... column index" and the number.
+  String cellValue(std::size_t row, std::size_t column) const;
+  /// Index of the first column of the type; throws HTMLException "HTMLTable::columnByType - no such type ".
+  std::size_t columnByType(ColumnType type) const;
+  bool hasColumn(ColumnType type) const;
+
+  /// Both are 0 before a fill.
+  std::size_t numColumns() const { return m_numColumns; }
+  std::size_t numRows() const { return m_numRows; }
+  /// 0 for an index beyond the columns.
+  ColumnType columnType(std::size_t column) const;
+  ValueFormat columnFormat(std::size_t column) const;
+
+private:
+  const HTMLTag* findFirstRow(const HTMLTag* root) const;
+  std::vector<String> readRow(const HTMLTag* row) const;
+
+  const XMLTableLocator* m_locator;
+  std::map<std::size_t, std::vector<String>> m_rows;
+  std::size_t m_numColumns = 0;
+  std::size_t m_numRows = 0;
+};
+
+} // namespace Tallymoor

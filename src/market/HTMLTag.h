@@ -1,0 +1,87 @@
+#pragma once
+#include "foundation/String.h"
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <utility>
+
+namespace Tallymoor {
+
+class HTMLPageArena;
+
+/// One tag of a parsed page. Made by HTMLParser only, lives in the page's arena as long as any HTMLPage of
+/// that page, and never changes. Failures are HTMLException.
+///
+/// Sub tags are not held as lists of their own, because a tag may be found under many parents and the lists
+/// of a deeply nested page would have quadratic length. While a page was read, each tag was put behind
+/// exactly one other tag; the sub tags of a tag are the run of tags from the one behind it to the one that
+/// was last when it was closed. So three numbers are enough for any list: see previous, lastSub and position.
+class HTMLTag {
+public:
+  HTMLTag(const HTMLTag&) = delete;
+  HTMLTag& operator=(const HTMLTag&) = delete;
+  HTMLTag(HTMLTag&&) = default;
+
+  /// Lower case.
+  String name() const { return String(m_name); }
+  /// The text found just before a closing tag, raw; empty if none.
+  String text() const { return String(m_text); }
+  /// The tag that collected this one last; null for a tag that was never collected.
+  const HTMLTag* parent() const;
+  /// True when the tag was ended by "/>" or by its closing tag.
+  bool isClosed() const { return m_closed; }
+
+  // The same as name and text without a copy; valid as long as the page.
+  std::u16string_view nameView() const { return m_name; }
+  std::u16string_view textView() const { return m_text; }
+
+  std::size_t numAttributes() const { return m_numAttributes; }
+  bool hasAttr(std::u16string_view name) const { return findAttribute(name) != nullptr; }
+  /// Throws "HTMLTag::attrVal - not found attr: " and the name.
+  String attrVal(std::u16string_view name) const;
+  /// Name and value at the index in the order of the names; throws "HTMLTag::attribute - bad index".
+  std::pair<String, String> attribute(std::size_t index) const;
+
+  std::size_t numSubTags() const;
+  /// The number of different tags in the subtree, this one included.
+  std::size_t countTags() const;
+  /// First sub tag with that name. Throws "HTMLTag::subTag - no sub tags" or
+  /// "HTMLTag::subTag - sub tag not found : " and the name.
+  const HTMLTag& subTag(std::u16string_view name) const;
+
+  /// The first sub tag, or null.
+  const HTMLTag* firstSubTag() const;
+  /// The sub tag of this one that follows the given sub tag of it, or null.
+  const HTMLTag* nextSubTag(const HTMLTag* subTag) const;
+
+private:
+  friend class HTMLFlatList;
+  friend class HTMLPageArena;
+  friend class HTMLParser;
+  friend class HTMLTagSearch;
+
+  static constexpr std::uint32_t NONE = 0xFFFFFFFF;
+  struct Attribute {
+    std::u16string_view name;
+    std::u16string_view value;
+  };
+
+  explicit HTMLTag(HTMLPageArena& arena) : m_arena(&arena) {}
+  const Attribute* findAttribute(std::u16string_view name) const;
+  std::uint32_t index() const;
+
+  HTMLPageArena* m_arena;
+  std::u16string_view m_name;
+  std::u16string_view m_text;
+  const Attribute* m_attributes = nullptr; ///< sorted by name, in the arena
+  std::uint32_t m_numAttributes = 0;
+  std::uint32_t m_parent = NONE;
+  std::uint32_t m_previous = NONE;   ///< the tag that this one was put behind
+  std::uint32_t m_lastSub = NONE;    ///< end of the run of sub tags; NONE without sub tags
+  std::uint32_t m_position = 0;      ///< number of tags before this one in the run that leads to it
+  std::uint32_t m_firstFollower = 0; ///< where the arena's list of tags put behind this one begins
+  std::uint32_t m_numFollowers = 0;
+  bool m_closed = false;
+};
+
+} // namespace Tallymoor

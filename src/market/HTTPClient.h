@@ -1,0 +1,43 @@
+#pragma once
+#include "foundation/Exception.h"
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace Tallymoor {
+
+class URL;
+
+/// Fetches pages and files. Having no client object is what "offline" means: going offline aborts and drops
+/// it.
+///
+/// The fetches may be called on any thread, several at once; hold the client by shared_ptr for the time of a
+/// fetch that runs outside the big mutex. Every failure is an HTTPException, whose code is the HTTP status
+/// when the server refused and 0 otherwise.
+class HTTPClient {
+public:
+  /// The largest body taken, in bytes: of a page or picture, and of a program update.
+  static constexpr std::size_t PAGE_BODY_LIMIT = 10u * 1024 * 1024;
+  static constexpr std::size_t UPDATE_BODY_LIMIT = 200u * 1024 * 1024;
+
+  virtual ~HTTPClient();
+
+  /// To be called once before the first fetch. Succeeds when any network interface is up.
+  virtual void goOnline() = 0;
+  /// The page as text: bytes that are no valid UTF-8 are read as Latin-1; the text ends at a zero byte.
+  virtual String getPage(const URL& url) = 0;
+  /// Replaces body by the bytes that the server sent, as they are.
+  virtual void getPage(const URL& url, std::vector<std::uint8_t>& body) = 0;
+
+  /// Bodies larger than this fail. PAGE_BODY_LIMIT until set; to be set before the first fetch.
+  virtual void setBodyLimit(std::size_t bytes) = 0;
+  /// Makes every fetch under way end soon with a failure, and every later one at once, until goOnline is
+  /// called again. Any thread; returns at once.
+  virtual void abort() = 0;
+};
+
+/// A new client of this platform, not yet online.
+std::unique_ptr<HTTPClient> createHTTPClient();
+
+} // namespace Tallymoor
