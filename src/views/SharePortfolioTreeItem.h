@@ -3,6 +3,7 @@
 #include "widgets/InvestmentTreeItem.h"
 #include "widgets/Table.h"
 #include <memory>
+#include <set>
 
 namespace Tallymoor {
 
@@ -10,6 +11,7 @@ class PriceWatch;
 class SharePortfolioUser;
 class SharesHeldTreeItem;
 class SummaryFrame;
+struct NodeIcons;
 class TotalCapTreeItem;
 class WatchedCodes;
 
@@ -36,7 +38,11 @@ public:
   void transactionMade() override;
   void priceTyped(const String& code, const Date& date, double price) override;
 
+  /// Computes the missing days of the capital record, as every user's action on the portfolio's views begins.
+  /// Reports failures itself.
+  void makeRecordCurrent();
   SharePortfolioUser& portfolio() const { return *m_portfolio; }
+  const NodeIcons& icons() const;
   SharesHeldTreeItem* sharesHeldItem() const { return m_sharesHeldItem; }
 
   long onDeleteSharePortfolio(FXObject*, FXSelector, void*);
@@ -44,15 +50,12 @@ public:
   long onBuyShares(FXObject*, FXSelector, void*);
 
 private:
-  struct IndexGains;
-
   void makeChildren();
   void buildSummary();
   void showCapital();
   void showGains();
-  IndexGains indexGains() const;
-  void showChangedRecords();
-  void pricesCame();
+  void readIndexGains();
+  void pricesCame(const std::set<String>& codes);
 
   TotalCapTreeItem* m_root = nullptr;
   SharePortfolioUser* m_portfolio = nullptr;
@@ -65,6 +68,8 @@ private:
   FXLabel* m_percentCashLabel = nullptr;
   FXLabel* m_gainTodayLabel = nullptr;
   FXLabel* m_gainWeekLabel = nullptr;
+  String m_indexGainToday; ///< a percentage, "n/a" or "failed"
+  String m_indexGainWeek;
   std::unique_ptr<WatchedCodes> m_watchedIndex;
   std::unique_ptr<PriceWatch> m_priceWatch;
 };

@@ -32,6 +32,7 @@ public:
   ~TotalCapTreeItem() override;
 
   void update() override;
+  FXint onLeftClick(FXint x, FXint y) override;
   FXint onRightClick(FXint x, FXint y) override;
   /// Deletes the portfolio of that node for good: the node, its records, and the file of its capital record.
   void removeChild(TreeViewItem* child) override;
@@ -56,8 +57,6 @@ public:
   std::vector<SharePortfolioTreeItem*> portfolioNodes() const;
   const NodeIcons& icons() const { return m_icons; }
 
-  /// Asks for the portfolio's deletion by name, to be carried out when the running handlers have returned.
-  void deletePortfolioLater(const String& name);
   /// A typed price counts in every portfolio's record of that day; all views follow.
   void priceTyped(const String& code, const Date& date, double price);
 
@@ -68,15 +67,23 @@ private:
     FXLabel* capital;
     FXLabel* percent;
   };
-  struct Totals;
+  /// Sums are held in single precision throughout.
+  struct Totals {
+    float capital = 0.0F;
+    float gainToday = 0.0F; ///< percent
+    float gainWeek = 0.0F;
+  };
 
   void loadPortfolios(Progress* progress);
-  void buildSummary();
+  /// Makes the nodes anew and shows what was shown before.
+  void reload(const class TreeState& state);
+  void buildSummary(const Totals& totals);
   void buildPortfolioRows();
   Totals totals() const;
-  bool hasRowsFor(const Totals& totals) const;
-  void showFigures(const Totals& totals);
+  void showPortfolios(const Totals& totals);
+  void makePortfolio(const String& name);
   void deletePortfolio(const String& name);
+  void removeRecords(const XMLElement& portfolio);
   void pricesCame();
 
   OpenPortfolios* m_portfolios = nullptr;

@@ -1,0 +1,218 @@
+#include "views/HeldShareCells.h"
+#include "engine/SharePortfolioUser.h"
+#include "foundation/Amounts.h"
+#include "market/TallymoorInternet.h"
+#include "views/HeldShareRow.h"
+#include "views/PriceLimits.h"
+#include "views/SharesHeldTable.h"
+#include "widgets/Row.h"
+#include "xml/Leaves.h"
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace Tallymoor {
+
+namespace {
+
+constexpr double DAYS_A_YEAR = 365.0;
+
+const HeldShareRow& shareOf(const Row& row) {
+  return row.payload<HeldShareRow>();
+}
+
+double value(Row& row, Column::Function function) {
+  return row.table()->cell(function, row).amount();
+}
+
+/// A cell of this type, or an empty one where there is no figure.
+CellResult figure(double value, CellResultType type) {
+  return std::isfinite(value) ? CellResult(value, type) : CellResult(String());
+}
+
+/// The parcels behind a row: the one of a purchase, otherwise those of the share that were bought by the date
+/// shown.
+std::vector<const XMLElement*> parcelsOf(const HeldShareRow& share) {
+  if (share.buyEvent)
+    return {share.buyEvent};
+  std::vector<const XMLElement*> parcels;
+  const Date shown;
+  for (std::size_t i = 0; i < share.heldShare->numSubElements(u"BuyEvents"); ++i) {
+    const XMLElement& parcel = share.heldShare->subElement(u"BuyEvents", i);
+    if (dateValue(parcel, u"BuyDate") <= shown)
+      parcels.push_back(&parcel);
+  }
+  return parcels;
+}
+
+struct Cost {
+  double number = 0.0;
+  double value = 0.0;
+};
+
+/// Number and cost of the row's parcels, adjusted for splits up to the date shown.
+Cost costOf(const HeldShareRow& share) {
+  Cost cost;
+  for (const XMLElement* parcel : parcelsOf(share)) {
+    double number = 0.0;
+    double price = 0.0;
+    share.portfolio->adjustedBuyEvent(*parcel, Date(), number, price);
+    cost.number += number;
+    cost.value += number * price;
+  }
+  return cost;
+}
+
+/// The parcel that was bought first, by its date; the one entered last of a day. Null without parcels.
+const XMLElement* earliestParcel(const HeldShareRow& share) {
+  const XMLElement* earliest = nullptr;
+  for (std::size_t i = 0; i < share.heldShare->numSubElements(u"BuyEvents"); ++i) {
+    const XMLElement& parcel = share.heldShare->subElement(u"BuyEvents", i);
+    if (!earliest || dateValue(parcel, u"BuyDate") <= dateValue(*earliest, u"BuyDate"))
+      earliest = &parcel;
+  }
+  return earliest;
+}
+
+/// Price to compare today's with: that of the day, or what was paid first where the share was bought later.
+double previousPrice(const HeldShareRow& share, const Date& date) {
+  const XMLElement* first = earliestParcel(share);
+  if (first && dateValue(*first, u"BuyDate") > date)
+    return doubleValue(*first, u"BuyPrice");
+  return sharePriceOn(share, date);
+}
+
+CellResult percentSince(Row& row, const Date& date) {
+  const double previous = previousPrice(shareOf(row), date);
+  if (showsAsZero(previous))
+    return CellResult(0.0, CELL_PERCENT);
+  return figure((value(row, &HeldShareCells::priceNow) - previous) / previous * 100.0, CELL_PERCENT);
+}
+
+} // namespace
+
+double sharePriceOn(const HeldShareRow& share, const Date& date) {
+  return Date::hasFixedDate() ? TallymoorInternet::Instance().historicalPrice(share.code, date, true)
+                              : share.portfolio->sharePriceFor(share.code, date, true);
+}
+
+double heldValueSince(const HeldShareRow& share, const Date& date) {
+  HeldShareRow whole = share;
+  whole.buyEvent = nullptr;
+  double sum = 0.0;
+  for (const XMLElement* parcel : parcelsOf(whole)) {
+    if (dateValue(*parcel, u"BuyDate") > date) {
+      sum += doubleValue(*parcel, u"NumHeld") * doubleValue(*parcel, u"BuyPrice");
+      continue;
+    }
+    double number = 0.0;
+    double price = 0.0;
+    share.portfolio->adjustedBuyEvent(*parcel, date, number, price, true);
+    sum += number * sharePriceOn(share, date);
+  }
+  return sum;
+}
+
+namespace HeldShareCells {
+
+CellResult number(Row& row) {
+  const HeldShareRow& share = shareOf(row);
+  return CellResult(share.numberOnDay ? *share.numberOnDay : costOf(share).number, CELL_NUMBER);
+}
+
+CellResult buyPrice(Row& row) {
+  const Cost cost = costOf(shareOf(row));
+  return figure(cost.value / cost.number, CELL_PRICE);
+}
+
+CellResult priceNow(Row& row) {
+  const HeldShareRow& share = shareOf(row);
+  const double price = sharePriceOn(share, Date());
+  if (share.numberOnDay)
+    checkLimits(row, share.code, PriceLimits::inForce(*share.heldShare), price);
+  return CellResult(price, CELL_PRICE);
+}
+
+CellResult purchaseValue(Row& row) {
+  return CellResult(costOf(shareOf(row)).value, CELL_MONEY);
+}
+
+CellResult currentValue(Row& row) {
+  return CellResult(value(row, &priceNow) * value(row, &number), CELL_MONEY);
+}
+
+CellResult dayMove(Row& row) {
+  const double previous = previousPrice(shareOf(row), Date().plusDays(-1));
+  if (showsAsZero(previous))
+    return CellResult(String());
+  return CellResult(value(row, &priceNow) - previous, CELL_PRICE);
+}
+
+CellResult dayGain(Row& row) {
+  return CellResult(value(row, &dayMove) * value(row, &number), CELL_MONEY);
+}
+
+CellResult dayPercent(Row& row) {
+  return percentSince(row, Date().plusDays(-1));
+}
+
+CellResult weekPercent(Row& row) {
+  return percentSince(row, Date().fridayBeforeLastWeekend());
+}
+
+CellResult monthPercent(Row& row) {
+  return percentSince(row, Date().plusMonths(-1));
+}
+
+CellResult gainPercent(Row& row) {
+  const double bought = value(row, &buyPrice);
+  return figure((value(row, &priceNow) - bought) / bought * 100.0, CELL_PERCENT);
+}
+
+CellResult annualisedGainPercent(Row& row) {
+  const double days = value(row, &daysHeld);
+  const CellResult& gain = row.table()->cell(&gainPercent, row);
+  if (showsAsZero(days))
+    return CellResult(0.0, CELL_PERCENT);
+  return gain.type() == CELL_TEXT ? gain : figure(gain.value() * DAYS_A_YEAR / days, CELL_PERCENT);
+}
+
+CellResult grossGain(Row& row) {
+  const double held = value(row, &number);
+  return CellResult(value(row, &priceNow) * held - value(row, &buyPrice) * held, CELL_MONEY);
+}
+
+CellResult priceMinMax(Row& row) {
+  return CellResult(PriceLimits::ofHeldShare(*shareOf(row).heldShare).text());
+}
+
+CellResult percentInMinMax(Row& row) {
+  const PriceLimits limits = PriceLimits::inForce(*shareOf(row).heldShare);
+  if (limits.areNone())
+    return CellResult(String());
+  return figure((value(row, &priceNow) - limits.min) / (limits.max - limits.min) * 100.0, CELL_WHOLE_PERCENT);
+}
+
+CellResult portfolioPercent(Row& row) {
+  const SharePortfolioUser& portfolio = *shareOf(row).portfolio;
+  const double total = portfolio.cashReserveToday() + portfolio.sharesValueToday();
+  return figure(value(row, &currentValue) / total * 100.0, CELL_PERCENT);
+}
+
+CellResult daysHeld(Row& row) {
+  const auto parcels = parcelsOf(shareOf(row));
+  if (parcels.empty())
+    return CellResult(std::int32_t(0));
+  Date earliest = dateValue(*parcels.front(), u"BuyDate");
+  for (const XMLElement* parcel : parcels)
+    earliest = std::min(earliest, dateValue(*parcel, u"BuyDate"));
+  return CellResult(std::int32_t(Date().daysSince(earliest)));
+}
+
+CellResult buyDate(Row& row) {
+  return CellResult(dateValue(*shareOf(row).buyEvent, u"BuyDate"));
+}
+
+} // namespace HeldShareCells
+
+} // namespace Tallymoor

@@ -1,0 +1,46 @@
+#pragma once
+#include "foundation/Date.h"
+#include "widgets/CellResult.h"
+
+namespace Tallymoor {
+
+class Row;
+class XMLElement;
+struct HeldShareRow;
+
+/// The cell functions of the tables of held shares, whose rows carry a HeldShareRow. Each computes from the
+/// records and prices as of the date shown, by way of its table's other cells where it builds on them. They
+/// throw where a price can't be had, which costs the cell. A figure that is not finite is an empty text.
+namespace HeldShareCells {
+
+CellResult number(Row& row);
+CellResult buyPrice(Row& row);
+/// For a whole share it also tints the row and warns where the price has left its limits.
+CellResult priceNow(Row& row);
+CellResult purchaseValue(Row& row);
+CellResult currentValue(Row& row);
+CellResult dayMove(Row& row);
+CellResult dayGain(Row& row);
+CellResult dayPercent(Row& row);
+CellResult weekPercent(Row& row);
+CellResult monthPercent(Row& row);
+CellResult gainPercent(Row& row);
+CellResult annualisedGainPercent(Row& row);
+CellResult grossGain(Row& row);
+CellResult priceMinMax(Row& row);
+CellResult percentInMinMax(Row& row);
+CellResult portfolioPercent(Row& row);
+CellResult daysHeld(Row& row);
+CellResult buyDate(Row& row);
+
+} // namespace HeldShareCells
+
+/// Price of the share on a day: from its portfolio, or from the market alone while a view date is set, when a
+/// recorded price of a later day must not stand in. Throws Exception.
+double sharePriceOn(const HeldShareRow& share, const Date& date);
+
+/// What the share was worth on an earlier day to whoever holds it now: parcels bought later count at their
+/// cost. Throws as sharePriceOn.
+double heldValueSince(const HeldShareRow& share, const Date& date);
+
+} // namespace Tallymoor

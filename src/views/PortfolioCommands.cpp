@@ -1,0 +1,7 @@
+#include "views/PortfolioCommands.h"
+
+namespace Tallymoor {
+
+PortfolioCommands::~PortfolioCommands() = default;
+
+} // namespace Tallymoor

@@ -1,0 +1,117 @@
+#include "views/ShareHeldTable.h"
+#include "engine/SharePortfolioUser.h"
+#include "entry/BuySharesPanel.h"
+#include "entry/EditHeldSharesDialog.h"
+#include "foundation/Amounts.h"
+#include "views/HeldShareColumns.h"
+#include "views/PortfolioCommands.h"
+#include "widgets/ContextMenu.h"
+#include "widgets/HandlerScope.h"
+#include "widgets/MainWindow.h"
+#include "xml/Leaves.h"
+
+namespace Tallymoor {
+
+FXDEFMAP(ShareHeldTable)
+ShareHeldTableMap[] = {
+    FXMAPFUNC(SEL_COMMAND, ShareHeldTable::ID_EDIT, ShareHeldTable::onEdit),
+    FXMAPFUNC(SEL_COMMAND, ShareHeldTable::ID_DELETE_PURCHASE, ShareHeldTable::onDeletePurchase),
+};
+
+FXIMPLEMENT_ABSTRACT(ShareHeldTable, SharesHeldTable, ShareHeldTableMap, ARRAYNUMBER(ShareHeldTableMap))
+
+namespace {
+
+String shownDate(const XMLElement& purchase) {
+  return dateValue(purchase, u"BuyDate").toString(DATE_DISPLAY_LOCAL);
+}
+
+} // namespace
+
+ShareHeldTable::ShareHeldTable(SharePortfolioUser& portfolio, const String& code, PortfolioCommands& commands,
+                               FXComposite* parent, Watcher* watcher)
+    : SharesHeldTable(portfolio, commands, parent, watcher, COMPARE_OLDEST_FIRST, Unfilled()), m_code(code) {
+  updateTable();
+}
+
+void ShareHeldTable::fillTable() {
+  clearShares();
+  declarePurchaseColumns(*this);
+  std::size_t index = 0;
+  XMLElement* held = portfolio().findHeldShare(m_code, index);
+  if (held && portfolio().capitalRecord().hasDayCap(Date()))
+    for (std::size_t i = 0; i < held->numSubElements(u"BuyEvents"); ++i) {
+      HeldShareRow purchase;
+      purchase.code = m_code;
+      purchase.heldShare = held;
+      purchase.buyEvent = &held->subElement(u"BuyEvents", i);
+      addShare(shownDate(*purchase.buyEvent), purchase);
+    }
+  watchShares();
+  rebuild();
+}
+
+void ShareHeldTable::markPrice(const String& code) {
+  if (code == m_code)
+    markAllStale();
+}
+
+void ShareHeldTable::rowPopup(const TableClick& click) {
+  if (!click.row)
+    return;
+  setInputRow(click.row);
+  ContextMenu menu(this, this);
+  menu.addCommand(String(u"Buy ") + m_code + u"...", ID_BUY);
+  menu.addSeparator();
+  menu.addCommand(String(u"Edit purchase from ") + click.row->key() + u"...", ID_EDIT);
+  menu.addSeparator();
+  menu.addCommand(u"Delete from records!...", ID_DELETE_PURCHASE);
+  menu.run(click.screenX, click.screenY);
+}
+
+long ShareHeldTable::onEdit(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"ShareHeldTable::onEdit failed.", [this] {
+    if (inputRow())
+      editPurchase(*inputRow()->payload<HeldShareRow>().buyEvent);
+  });
+}
+
+void ShareHeldTable::editPurchase(XMLElement& purchase) {
+  const double oldCost = doubleValue(purchase, u"NumHeld") * doubleValue(purchase, u"BuyPrice") +
+                         doubleValue(purchase, u"Brokerage");
+  const Date oldDate = dateValue(purchase, u"BuyDate");
+  EditHeldSharesDialog dialog(&MainWindow::Instance(), m_code, purchase);
+  if (dialog.execute() == 0)
+    return;
+  const BuySharesPanel& panel = *dialog.panel();
+  const double newCost = panel.number() * panel.price() + panel.brokerage();
+  // Asked for before the change, so that the tables are safe whatever the change meets, and under the box
+  // below.
+  commands().transactionMade();
+  const bool cashFollowed = portfolio().editBuyEvent(purchase, panel.date(), panel.number(), panel.price(),
+                                                     panel.brokerage(), panel.comments(), oldCost, oldDate);
+  if (!cashFollowed && !showsTheSame(newCost, oldCost, 4))
+    MainWindow::information(u"Please find and edit the corresponding cash withdrawal for this transaction.");
+}
+
+long ShareHeldTable::onDeletePurchase(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"SharesHeldTable::onDelete failed.", [this] {
+    if (inputRow())
+      deletePurchase(*inputRow()->payload<HeldShareRow>().buyEvent);
+  });
+}
+
+void ShareHeldTable::deletePurchase(const XMLElement& purchase) {
+  const Date date = dateValue(purchase, u"BuyDate");
+  if (!MainWindow::question(deletionWarning() + u"Continue to delete the share purchase of " + m_code +
+                            u" at " + date.toString(DATE_DISPLAY_LOCAL) + u"?"))
+    return;
+  double number = 0.0;
+  double price = 0.0;
+  portfolio().adjustedBuyEvent(purchase, Date(), number, price, true);
+  commands().transactionMade();
+  if (!portfolio().deleteBuyEvent(m_code, date, number))
+    MainWindow::error(u"Please find and delete the corresponding cash withdrawal from this transaction.");
+}
+
+} // namespace Tallymoor

@@ -1,0 +1,237 @@
+#include "views/SharePortfolioTreeItem.h"
+#include "engine/SharePortfolioUser.h"
+#include "entry/BuySharesDialog.h"
+#include "entry/BuySharesPanel.h"
+#include "foundation/Amounts.h"
+#include "foundation/Platform.h"
+#include "views/PriceWatch.h"
+#include "views/SharesHeldTreeItem.h"
+#include "views/SummaryFrame.h"
+#include "views/TotalCapTreeItem.h"
+#include "views/WatchedCodes.h"
+#include "widgets/ContextMenu.h"
+#include "widgets/GetStringDialog.h"
+#include "widgets/HandlerScope.h"
+#include "widgets/InvestmentTree.h"
+#include "widgets/MainWindow.h"
+
+namespace Tallymoor {
+
+FXDEFMAP(SharePortfolioTreeItem)
+SharePortfolioTreeItemMap[] = {
+    FXMAPFUNC(SEL_COMMAND, SharePortfolioTreeItem::ID_DELETE_SHARE_PORTFOLIO,
+              SharePortfolioTreeItem::onDeleteSharePortfolio),
+    FXMAPFUNC(SEL_COMMAND, SharePortfolioTreeItem::ID_RENAME_SHARE_PORTFOLIO,
+              SharePortfolioTreeItem::onRenamePortfolio),
+    FXMAPFUNC(SEL_COMMAND, SharePortfolioTreeItem::ID_BUY_SHARES, SharePortfolioTreeItem::onBuyShares),
+};
+
+FXIMPLEMENT_ABSTRACT(SharePortfolioTreeItem, InvestmentTreeItem, SharePortfolioTreeItemMap,
+                     ARRAYNUMBER(SharePortfolioTreeItemMap))
+
+SharePortfolioTreeItem::SharePortfolioTreeItem(InvestmentTree* tree, TotalCapTreeItem* root,
+                                               SharePortfolioUser& portfolio)
+    : InvestmentTreeItem(tree, root, portfolio.name(), root->icons().portfolio, root->icons().portfolio),
+      m_root(root), m_portfolio(&portfolio) {
+  buildView([this] {
+    makeRecordCurrent();
+    makeChildren();
+    m_watchedIndex = std::make_unique<WatchedCodes>();
+    m_summaryFrame = new SummaryFrame(page());
+    tableChanged(true);
+    page()->create();
+    m_priceWatch =
+        std::make_unique<PriceWatch>(page()->getApp(), u"SharePortfolioTreeItem::tableChanged failed.",
+                                     [this](const std::set<String>& codes) { pricesCame(codes); });
+  });
+  if (!page())
+    m_summaryFrame = nullptr;
+}
+
+SharePortfolioTreeItem::~SharePortfolioTreeItem() {
+  HandlerScope::forget(this);
+}
+
+void SharePortfolioTreeItem::makeChildren() {
+  m_sharesHeldItem = new SharesHeldTreeItem(investmentTree(), this);
+}
+
+const NodeIcons& SharePortfolioTreeItem::icons() const {
+  return m_root->icons();
+}
+
+void SharePortfolioTreeItem::makeRecordCurrent() {
+  m_portfolio->checkCashReserve();
+}
+
+void SharePortfolioTreeItem::update() {
+  if (!isSound())
+    return;
+  makeRecordCurrent();
+  tableChanged(true);
+  // The total above was shown before this portfolio's record was current.
+  m_root->tableChanged(false);
+}
+
+// ---- Summary ----
+
+void SharePortfolioTreeItem::tableChanged(bool rebuilt) {
+  if (!isSound() || !m_summaryFrame)
+    return;
+  if (rebuilt) {
+    buildSummary();
+    readIndexGains();
+  }
+  showCapital();
+  showGains();
+  m_summaryFrame->align();
+}
+
+void SharePortfolioTreeItem::buildSummary() {
+  SummaryFrame& summary = *m_summaryFrame;
+  summary.clear();
+  summary.reserveCaption(0, u"Capital in shares", 40);
+  summary.reserveCaption(1, u"Gain this week (index)", 20);
+  summary.reserveValue(u"-10.10% (-10.10%)");
+  summary.startRow();
+  m_sharesCapitalLabel = summary.addFigure(u"Capital in shares");
+  m_percentSharesLabel = summary.addFigure(u"Percent in shares");
+  summary.startRow();
+  m_cashCapitalLabel = summary.addFigure(u"Capital in cash");
+  m_percentCashLabel = summary.addFigure(u"Percent in cash");
+  summary.addSeparator();
+  summary.startRow();
+  m_capitalLabel = summary.addFigure(u"Total Capital");
+  summary.addSeparator();
+  summary.startRow();
+  m_gainTodayLabel = summary.addFigure(u"Gain today (index)");
+  m_gainWeekLabel = summary.addFigure(u"Gain this week (index)");
+}
+
+void SharePortfolioTreeItem::showCapital() {
+  const double shares = m_portfolio->sharesValueToday();
+  const double cash = m_portfolio->cashReserveToday();
+  const double total = shares + cash;
+  const bool worthSomething = tenThousandths(total) > 0;
+  const auto percentOfTotal = [&](double part) {
+    return String::toPercent(worthSomething ? part / total * 100.0 : 0.0);
+  };
+  Platform& platform = Platform::Instance();
+  SummaryFrame::setValue(m_capitalLabel, platform.currencyFormat(total));
+  SummaryFrame::setValue(m_cashCapitalLabel, platform.currencyFormat(cash));
+  SummaryFrame::setValue(m_sharesCapitalLabel, platform.currencyFormat(shares));
+  SummaryFrame::setValue(m_percentSharesLabel, percentOfTotal(shares));
+  SummaryFrame::setValue(m_percentCashLabel, percentOfTotal(cash));
+}
+
+void SharePortfolioTreeItem::showGains() {
+  const auto gainText = [](double gain, const String& index) {
+    return String::toPercent(gain) + u" (" + index + u")";
+  };
+  SummaryFrame::setValue(m_gainTodayLabel, gainText(m_portfolio->dailyGain(), m_indexGainToday));
+  SummaryFrame::setValue(m_gainWeekLabel, gainText(m_portfolio->weeklyGain(), m_indexGainWeek));
+}
+
+void SharePortfolioTreeItem::readIndexGains() {
+  m_indexGainToday = m_indexGainWeek = u"n/a";
+  if (!m_portfolio->hasComparisonIndex()) {
+    m_watchedIndex->watch({});
+    return;
+  }
+  m_watchedIndex->watch({m_portfolio->comparisonIndex()});
+  try {
+    m_portfolio->indexValueOn(Date());
+    const String today = String::toPercent(m_portfolio->indexDailyGain());
+    m_indexGainWeek = String::toPercent(m_portfolio->indexWeeklyGain());
+    m_indexGainToday = today;
+  } catch (const Exception&) {
+    m_indexGainToday = m_indexGainWeek = u"failed";
+  }
+}
+
+void SharePortfolioTreeItem::pricesCame(const std::set<String>& codes) {
+  // After midnight there is no record of today until the user's next action makes one: the figures stay
+  // meanwhile.
+  if (!m_portfolio->capitalRecord().hasDayCap(Date()))
+    return;
+  // Read again only for a price of its own: an index that can't be had would otherwise be fetched for every
+  // price.
+  if (m_summaryFrame && codes.contains(m_portfolio->comparisonIndex()))
+    readIndexGains();
+  tableChanged(false);
+}
+
+// ---- Changes ----
+
+void SharePortfolioTreeItem::transactionMade() {
+  m_root->setPortfoliosChanged();
+  if (m_sharesHeldItem)
+    m_sharesHeldItem->recordsChanged();
+  // On the way down the tree the record is made current before any table reads it, and nodes before their
+  // tables.
+  HandlerScope::whenDone(this, [this] { tree()->updateItems(); });
+}
+
+void SharePortfolioTreeItem::priceTyped(const String& code, const Date& date, double price) {
+  m_root->priceTyped(code, date, price);
+}
+
+void SharePortfolioTreeItem::buyShares(const String& code) {
+  HandlerScope scope;
+  BuySharesDialog dialog(&MainWindow::Instance(), code);
+  if (dialog.execute() == 0)
+    return;
+  const BuySharesPanel& panel = *dialog.panel();
+  if (m_portfolio->buyShares(panel.code(), panel.date(), panel.number(), panel.price(), panel.brokerage(),
+                             panel.comments()))
+    transactionMade();
+}
+
+// ---- Commands ----
+
+FXint SharePortfolioTreeItem::onRightClick(FXint x, FXint y) {
+  return static_cast<FXint>(guardedHandler(u"SharePortfolioTreeItem::onRightClick failed.", [&] {
+    if (!checkSound())
+      return;
+    const String name = m_portfolio->name();
+    ContextMenu menu(tree(), this);
+    menu.addCommand(u"Buy shares...", ID_BUY_SHARES);
+    menu.addSeparator();
+    menu.addCommand(String(u"Rename share portfolio ") + name + u"...", ID_RENAME_SHARE_PORTFOLIO);
+    menu.addCommand(String(u"Delete share portfolio ") + name + u"...", ID_DELETE_SHARE_PORTFOLIO);
+    menu.run(x, y);
+  }));
+}
+
+long SharePortfolioTreeItem::onBuyShares(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"SharePortfolioTreeItem::onBuyShares failed.", [this] {
+    if (checkSound())
+      buyShares(String());
+  });
+}
+
+long SharePortfolioTreeItem::onRenamePortfolio(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"SharePortfolioTreeItem::onRenamePortfolio failed.", [this] {
+    if (!checkSound())
+      return;
+    const String name = m_portfolio->name();
+    GetStringDialog dialog(&MainWindow::Instance(), u"Rename portfolio",
+                           String(u"Please choose a new name for ") + name, name, cleanName);
+    if (dialog.execute() != 0)
+      m_root->renamePortfolio(name, dialog.text());
+  });
+}
+
+long SharePortfolioTreeItem::onDeleteSharePortfolio(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"SharePortfolioTreeItem::onDeleteSharePortfolio failed.", [this] {
+    if (!checkSound())
+      return;
+    const String name = m_portfolio->name();
+    if (!MainWindow::question(String(u"Are you sure you want to delete share portfolio ") + name + u"?"))
+      return;
+    m_root->activate();
+    m_root->removeChild(this);
+  });
+}
+
+} // namespace Tallymoor

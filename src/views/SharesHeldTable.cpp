@@ -1,0 +1,254 @@
+#include "views/SharesHeldTable.h"
+#include "engine/SharePortfolioUser.h"
+#include "foundation/Amounts.h"
+#include "foundation/Platform.h"
+#include "foundation/Settings.h"
+#include "market/TallymoorInternet.h"
+#include "views/HeldShareCells.h"
+#include "views/HeldShareColumns.h"
+#include "views/PortfolioCommands.h"
+#include "views/PriceLimits.h"
+#include "widgets/ContextMenu.h"
+#include "widgets/HandlerScope.h"
+#include "widgets/MainWindow.h"
+#include "xml/Leaves.h"
+#include <map>
+#include <set>
+
+namespace Tallymoor {
+
+FXDEFMAP(SharesHeldTable)
+SharesHeldTableMap[] = {
+    FXMAPFUNC(SEL_COMMAND, SharesHeldTable::ID_BUY, SharesHeldTable::onBuy),
+    FXMAPFUNC(SEL_COMMAND, SharesHeldTable::ID_DELETE, SharesHeldTable::onDelete),
+};
+
+FXIMPLEMENT_ABSTRACT(SharesHeldTable, Table, SharesHeldTableMap, ARRAYNUMBER(SharesHeldTableMap))
+
+SharesHeldTable::SharesHeldTable(SharePortfolioUser& portfolio, PortfolioCommands& commands,
+                                 FXComposite* parent, Watcher* watcher)
+    : SharesHeldTable(portfolio, commands, parent, watcher, COMPARE_TEXT, Unfilled()) {
+  updateTable();
+}
+
+SharesHeldTable::SharesHeldTable(SharePortfolioUser& portfolio, PortfolioCommands& commands,
+                                 FXComposite* parent, Watcher* watcher, std::int32_t rowCompareType, Unfilled)
+    : Table(u"Shares Held Table", parent, true, watcher, rowCompareType), m_portfolio(&portfolio),
+      m_commands(&commands) {
+  TallymoorInternet::Instance().priceUpdater().addObserver(this);
+}
+
+SharesHeldTable::~SharesHeldTable() {
+  if (TallymoorInternet::exists())
+    TallymoorInternet::Instance().priceUpdater().removeObserver(this);
+}
+
+void SharesHeldTable::clearShares() {
+  clear();
+  m_rowData.clear();
+  m_viewDateShares.clear();
+}
+
+void SharesHeldTable::addShare(const String& key, HeldShareRow share) {
+  share.portfolio = m_portfolio;
+  share.table = this;
+  m_rowData.push_back(std::move(share));
+  addRow(std::make_unique<Row>(key, &m_rowData.back()));
+}
+
+void SharesHeldTable::watchShares() {
+  std::set<String> codes;
+  for (const HeldShareRow& share : m_rowData)
+    codes.insert(share.code);
+  m_watchedCodes.watch(codes);
+}
+
+void SharesHeldTable::fillTable() {
+  clearShares();
+  declareHeldShareColumns(*this);
+  const SharePortfolioCapitalRecordUser& record = m_portfolio->capitalRecord();
+  if (record.hasDayCap(Date())) {
+    const XMLElement& day = record.dayCapFor(Date());
+    for (std::size_t i = 0; i < day.numSubElements(u"ShareVals"); ++i)
+      addShareOfDay(day.subElement(u"ShareVals", i));
+  }
+  watchShares();
+  rebuild();
+}
+
+void SharesHeldTable::addShareOfDay(const XMLElement& shareVal) {
+  HeldShareRow share;
+  share.code = textValue(shareVal, u"Code");
+  share.numberOnDay = doubleValue(shareVal, u"Number");
+  std::size_t index = 0;
+  share.heldShare = m_portfolio->findHeldShare(share.code, index);
+  if (!share.heldShare && Date::hasFixedDate())
+    share.heldShare = makeShareSoldSince(share.code);
+  if (share.heldShare)
+    addShare(share.code, share);
+}
+
+namespace {
+
+/// A parcel as it stood before its sale.
+void copyParcel(const XMLElement& sellEvent, XMLHeldShare& share) {
+  XMLElement& parcel = share.addSubElement(new XMLBuyEvent, u"BuyEvents");
+  parcel.subElement(u"BuyDate").setValue(textValue(sellEvent, u"BuyDate"));
+  parcel.subElement(u"NumHeld").setValue(textValue(sellEvent, u"NumHeld"));
+  parcel.subElement(u"BuyPrice").setValue(textValue(sellEvent, u"BuyPrice"));
+  parcel.subElement(u"Brokerage").setValue(textValue(sellEvent, u"BuyBrokerage"));
+  for (std::size_t i = 0; i < sellEvent.numSubElements(u"Adjustments"); ++i) {
+    const XMLElement& adjustment = sellEvent.subElement(u"Adjustments", i);
+    parcel.addSubElement(adjustment.clone(&newElement<XMLSplitAdjustment>), u"Adjustments");
+  }
+}
+
+} // namespace
+
+XMLElement* SharesHeldTable::makeShareSoldSince(const String& code) {
+  std::size_t index = 0;
+  const XMLElement* sold = m_portfolio->findSoldShare(code, index);
+  if (!sold)
+    return nullptr;
+  auto share = std::make_unique<XMLHeldShare>();
+  share->subElement(u"Code").setValue(code);
+  const Date shown;
+  for (std::size_t i = 0; i < sold->numSubElements(u"SellEvents"); ++i) {
+    const XMLElement& sale = sold->subElement(u"SellEvents", i);
+    if (dateValue(sale, u"BuyDate") <= shown && dateValue(sale, u"SellDate") > shown)
+      copyParcel(sale, *share);
+  }
+  if (share->numSubElements(u"BuyEvents") == 0)
+    return nullptr;
+  m_viewDateShares.push_back(std::move(share));
+  return m_viewDateShares.back().get();
+}
+
+double SharesHeldTable::percentGainSince(const Date& date) {
+  struct Worth {
+    double now = 0.0;
+    double then = 0.0;
+    bool complete = true;
+  };
+  std::map<String, Worth> worths;
+  for (Row* row : rows()) {
+    const HeldShareRow& share = row->payload<HeldShareRow>();
+    const bool firstOfCode = !worths.contains(share.code);
+    Worth& worth = worths[share.code];
+    try {
+      worth.now += cell(&HeldShareCells::currentValue, *row).amount();
+      if (firstOfCode)
+        worth.then = heldValueSince(share, date);
+    } catch (const Exception&) {
+      worth.complete = false;
+    }
+  }
+  double now = 0.0;
+  double then = 0.0;
+  for (const auto& [code, worth] : worths) {
+    now += worth.complete ? worth.now : 0.0;
+    then += worth.complete ? worth.then : 0.0;
+  }
+  return showsAsZero(then) ? 0.0 : (now - then) / then * 100.0;
+}
+
+void SharesHeldTable::markPrice(const String& code) {
+  markStale(code);
+}
+
+void SharesHeldTable::currentPriceUpdated(const String& code, double) {
+  markPrice(code);
+}
+
+void SharesHeldTable::pricesUpdateFinished() {
+  markRoundFinished();
+}
+
+void SharesHeldTable::historicalPriceChanged(const String& code, const Date&, double) {
+  markPrice(code);
+}
+
+void SharesHeldTable::cellEdited(Column& column, Row& row) {
+  const String text = shownText(column, row);
+  HeldShareRow& share = row.payload<HeldShareRow>();
+  if (column.function() == &HeldShareCells::priceMinMax)
+    limitsEdited(text, share);
+  else if (column.function() == &HeldShareCells::priceNow)
+    priceEdited(text, share.code);
+}
+
+void SharesHeldTable::limitsEdited(const String& text, HeldShareRow& share) {
+  const PriceLimits old = PriceLimits::ofHeldShare(*share.heldShare);
+  if (text == old.text())
+    return;
+  PriceLimits limits;
+  try {
+    limits = PriceLimits::MinMaxFromString(text);
+  } catch (const Exception&) {
+    MainWindow::error(u"The Min Price has a bad format.");
+    return;
+  }
+  if (limits == old)
+    return;
+  m_portfolio->setMinMax(*share.heldShare, limits.min, limits.max);
+  Settings& settings = Settings::Instance();
+  settings.writeReal(u"Watchlists", String(u"minvalue - ") + share.code, limits.min);
+  settings.writeReal(u"Watchlists", String(u"maxvalue - ") + share.code, limits.max);
+}
+
+void SharesHeldTable::priceEdited(const String& text, const String& code) {
+  const double price = Platform::Instance().parseAmount(text);
+  if (showsAsZero(price) || price < 0.0)
+    return;
+  const Date date;
+  const String question = String(u"Do you want to manually update the price of ") + code + u" on " +
+                          date.toString(DATE_DISPLAY_LOCAL) + u" to " +
+                          Platform::Instance().currencyFormat(price) + u"?";
+  if (!MainWindow::question(question))
+    return;
+  TallymoorInternet::Instance().setCachedPrice(code, date, price);
+  m_commands->priceTyped(code, date, price);
+}
+
+void SharesHeldTable::rowPopup(const TableClick& click) {
+  if (!click.row)
+    return;
+  setInputRow(click.row);
+  const HeldShareRow& share = click.row->payload<HeldShareRow>();
+  std::size_t index = 0;
+  ContextMenu menu(this, this);
+  menu.addCommand(String(u"Buy ") + share.code + u"...", ID_BUY);
+  if (m_portfolio->findHeldShare(share.code, index)) {
+    menu.addSeparator();
+    menu.addCommand(u"Delete from records!...", ID_DELETE);
+  }
+  menu.run(click.screenX, click.screenY);
+}
+
+const String& SharesHeldTable::deletionWarning() {
+  static const String words = u"Warning! Deleting this share will affect the Total Capital.\n "
+                              u"If you sold this share, use the \"Sell Share\" menu. \nThis "
+                              u"action should only be used to correct a mistake. \n";
+  return words;
+}
+
+long SharesHeldTable::onBuy(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"SharesHeldTable::onBuy failed.", [this] {
+    if (const Row* row = inputRow())
+      m_commands->buyShares(String(row->payload<HeldShareRow>().code));
+  });
+}
+
+long SharesHeldTable::onDelete(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"SharesHeldTable::onDelete failed.", [this] {
+    if (!inputRow())
+      return;
+    const String code = inputRow()->payload<HeldShareRow>().code;
+    if (!MainWindow::question(deletionWarning() + u"Continue to delete all share holdings of " + code + u"?"))
+      return;
+    m_commands->transactionMade();
+    m_portfolio->removeHeldShare(code);
+  });
+}
+
+} // namespace Tallymoor

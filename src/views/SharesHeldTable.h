@@ -1,0 +1,78 @@
+#pragma once
+#include "market/PriceUpdater.h"
+#include "views/HeldShareRow.h"
+#include "views/WatchedCodes.h"
+#include "widgets/Table.h"
+#include "xml/PortfolioRecords.h"
+#include <list>
+#include <memory>
+#include <vector>
+
+namespace Tallymoor {
+
+class PortfolioCommands;
+
+/// The shares that a portfolio holds on the date shown, a row each by its code. Prices and limits can be
+/// typed into their cells. Follows the prices by itself.
+///
+/// Rows point into the records, so whoever changes those calls recordsChanged at once and updateTable when it
+/// is safe.
+class SharesHeldTable : public Table, public PriceUpdater::PricesObserver {
+  FXDECLARE_ABSTRACT(SharesHeldTable)
+public:
+  /// ID_SELL keeps its number free.
+  enum { ID_SELL = Table::ID_LAST + 1, ID_BUY, ID_DELETE, ID_LAST };
+
+  /// The portfolio, the watcher and the commands are not owned. The first two outlive the table, the commands
+  /// too.
+  SharesHeldTable(SharePortfolioUser& portfolio, PortfolioCommands& commands, FXComposite* parent,
+                  Watcher* watcher);
+  ~SharesHeldTable() override;
+
+  /// How much all shares of the table together have gained since that day, in percent; 0 when they were worth
+  /// nothing then. Shares without a price are left out.
+  virtual double percentGainSince(const Date& date);
+
+  void currentPriceUpdated(const String& code, double price) override;
+  void pricesUpdateFinished() override;
+  void historicalPriceChanged(const String& code, const Date& date, double close) override;
+
+  long onBuy(FXObject*, FXSelector, void*);
+  long onDelete(FXObject*, FXSelector, void*);
+
+protected:
+  /// For a table of something narrower than the portfolio, whose own constructor fills it.
+  struct Unfilled {};
+  SharesHeldTable(SharePortfolioUser& portfolio, PortfolioCommands& commands, FXComposite* parent,
+                  Watcher* watcher, std::int32_t rowCompareType, Unfilled);
+
+  void fillTable() override;
+  void rowPopup(const TableClick& click) override;
+  void cellEdited(Column& column, Row& row) override;
+  /// A price of that code came: what has to be refreshed.
+  virtual void markPrice(const String& code);
+
+  SharePortfolioUser& portfolio() const { return *m_portfolio; }
+  PortfolioCommands& commands() const { return *m_commands; }
+  /// Drops rows, columns and payloads.
+  void clearShares();
+  void addShare(const String& key, HeldShareRow share);
+  /// The updater keeps exactly the codes of the rows up to date.
+  void watchShares();
+  /// The words in front of what a deletion is about.
+  static const String& deletionWarning();
+
+private:
+  void addShareOfDay(const XMLElement& shareVal);
+  XMLElement* makeShareSoldSince(const String& code);
+  void limitsEdited(const String& text, HeldShareRow& share);
+  void priceEdited(const String& text, const String& code);
+
+  SharePortfolioUser* m_portfolio = nullptr;
+  PortfolioCommands* m_commands = nullptr;
+  std::list<HeldShareRow> m_rowData;
+  std::vector<std::unique_ptr<XMLHeldShare>> m_viewDateShares; ///< of shares sold since the view date
+  WatchedCodes m_watchedCodes;
+};
+
+} // namespace Tallymoor

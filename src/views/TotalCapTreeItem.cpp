@@ -1,0 +1,307 @@
+#include "views/TotalCapTreeItem.h"
+#include "foundation/FileReplacement.h"
+#include "foundation/LengthyFunctions.h"
+#include "foundation/Platform.h"
+#include "foundation/RunTimeSettings.h"
+#include "foundation/Settings.h"
+#include "views/PriceWatch.h"
+#include "views/SharePortfolioTreeItem.h"
+#include "views/SummaryFrame.h"
+#include "views/TreeState.h"
+#include "widgets/ContextMenu.h"
+#include "widgets/GetStringDialog.h"
+#include "widgets/HandlerScope.h"
+#include "widgets/InvestmentTree.h"
+#include "widgets/MainWindow.h"
+#include "xml/PortfolioRecords.h"
+#include <algorithm>
+
+namespace Tallymoor {
+
+FXDEFMAP(TotalCapTreeItem)
+TotalCapTreeItemMap[] = {
+    FXMAPFUNC(SEL_COMMAND, TotalCapTreeItem::ID_NEW_SHARE_PORTFOLIO, TotalCapTreeItem::onNewSharePortfolio),
+};
+
+FXIMPLEMENT_ABSTRACT(TotalCapTreeItem, InvestmentTreeItem, TotalCapTreeItemMap,
+                     ARRAYNUMBER(TotalCapTreeItemMap))
+
+namespace {
+
+const String PORTFOLIOS = u"SharePortfolios";
+const String CAPITAL_IN = u"Capital in ";
+
+String money(double amount) {
+  return Platform::Instance().currencyFormat(amount);
+}
+
+/// The choice of what the tray shows follows a portfolio to its new name.
+void renameInTray(const String& oldName, const String& newName) {
+  if (!(trayFormat == oldName))
+    return;
+  trayFormat = newName;
+  Settings::Instance().writeString(u"Operation", u"TrayFormat", newName);
+}
+
+} // namespace
+
+TotalCapTreeItem::TotalCapTreeItem(InvestmentTree* tree, OpenPortfolios& portfolios, XMLElement& records,
+                                   const NodeIcons& icons, Progress* progress)
+    : InvestmentTreeItem(tree, nullptr, u"Total Investment Capital", nullptr, nullptr),
+      m_portfolios(&portfolios), m_records(&records), m_icons(icons) {
+  buildView([&] {
+    m_summaryFrame = new SummaryFrame(page());
+    loadPortfolios(progress);
+    tableChanged(true);
+    page()->create();
+    m_priceWatch = std::make_unique<PriceWatch>(page()->getApp(), u"TotalCapTreeItem::tableChanged failed.",
+                                                [this](const std::set<String>&) { pricesCame(); });
+  });
+  if (!page())
+    m_summaryFrame = nullptr;
+}
+
+TotalCapTreeItem::~TotalCapTreeItem() {
+  HandlerScope::forget(this);
+  HandlerScope::forget(m_portfolios);
+}
+
+void TotalCapTreeItem::loadPortfolios(Progress* progress) {
+  while (TreeViewItem* child = firstChild())
+    tree()->removeItem(child);
+  for (const auto& [name, portfolio] : *m_portfolios) {
+    if (progress)
+      progress->step(1, String(u"Loading ") + name);
+    tree()->makeItemVisible(new SharePortfolioTreeItem(investmentTree(), this, *portfolio));
+  }
+}
+
+void TotalCapTreeItem::reload(const TreeState& state) {
+  loadPortfolios(nullptr);
+  tableChanged(true);
+  state.restore();
+}
+
+void TotalCapTreeItem::reloadPortfolios(const String& showPortfolio) {
+  HandlerScope::whenDone(this, [this, showPortfolio] {
+    m_portfoliosChanged = true;
+    reload(TreeState(*investmentTree()));
+    if (SharePortfolioTreeItem* shown = portfolioNode(showPortfolio))
+      shown->activate();
+  });
+}
+
+std::vector<SharePortfolioTreeItem*> TotalCapTreeItem::portfolioNodes() const {
+  std::vector<SharePortfolioTreeItem*> nodes;
+  for (TreeViewItem* child = firstChild(); child; child = child->nextSibling())
+    nodes.push_back(static_cast<SharePortfolioTreeItem*>(child));
+  return nodes;
+}
+
+SharePortfolioTreeItem* TotalCapTreeItem::portfolioNode(const String& name) const {
+  for (SharePortfolioTreeItem* node : portfolioNodes())
+    if (node->portfolio().name() == name)
+      return node;
+  return nullptr;
+}
+
+bool TotalCapTreeItem::takePortfoliosChanged() {
+  if (!isSound())
+    return false;
+  return std::exchange(m_portfoliosChanged, false);
+}
+
+// ---- Summary ----
+
+void TotalCapTreeItem::update() {
+  if (isSound())
+    tableChanged(true);
+}
+
+FXint TotalCapTreeItem::onLeftClick(FXint x, FXint y) {
+  if (isSound())
+    for (SharePortfolioTreeItem* node : portfolioNodes())
+      node->makeRecordCurrent();
+  return InvestmentTreeItem::onLeftClick(x, y);
+}
+
+void TotalCapTreeItem::pricesCame() {
+  // After midnight a portfolio may have no record of today yet: the figures stay until the user's next
+  // action.
+  const auto nodes = portfolioNodes();
+  if (std::all_of(nodes.begin(), nodes.end(), [](SharePortfolioTreeItem* node) {
+        return node->portfolio().capitalRecord().hasDayCap(Date());
+      }))
+    tableChanged(false);
+}
+
+void TotalCapTreeItem::tableChanged(bool rebuilt) {
+  if (!isSound() || !m_summaryFrame)
+    return;
+  const Totals sums = totals();
+  const std::size_t rowsWanted = sums.capital > 0.0F ? portfolioNodes().size() : 0;
+  if (rebuilt || m_summaryLabels.size() != rowsWanted)
+    buildSummary(sums);
+  showPortfolios(sums);
+  SummaryFrame::setValue(m_totalLabel, money(sums.capital));
+  SummaryFrame::setValue(m_gainTodayLabel, String::toPercent(sums.gainToday));
+  SummaryFrame::setValue(m_gainWeekLabel, String::toPercent(sums.gainWeek));
+  m_summaryFrame->align();
+}
+
+TotalCapTreeItem::Totals TotalCapTreeItem::totals() const {
+  Totals sums;
+  for (const SharePortfolioTreeItem* node : portfolioNodes()) {
+    const SharePortfolioUser& portfolio = node->portfolio();
+    const auto capital = static_cast<float>(portfolio.capitalToday());
+    sums.capital += capital;
+    sums.gainToday += static_cast<float>(portfolio.dailyGain()) * capital;
+    sums.gainWeek += static_cast<float>(portfolio.weeklyGain()) * capital;
+  }
+  const bool worthSomething = sums.capital > 0.0F;
+  sums.gainToday = worthSomething ? sums.gainToday / sums.capital : 0.0F;
+  sums.gainWeek = worthSomething ? sums.gainWeek / sums.capital : 0.0F;
+  return sums;
+}
+
+void TotalCapTreeItem::showPortfolios(const Totals& totals) {
+  for (const SharePortfolioTreeItem* node : portfolioNodes()) {
+    const SharePortfolioUser& portfolio = node->portfolio();
+    const auto labels = m_summaryLabels.find(portfolio.name());
+    if (labels == m_summaryLabels.end())
+      continue;
+    const auto capital = static_cast<float>(portfolio.capitalToday());
+    const float percent = totals.capital > 0.0F ? capital / totals.capital * 100.0F : 0.0F;
+    SummaryFrame::setValue(labels->second.capital, money(capital));
+    SummaryFrame::setValue(labels->second.percent, String::toPercent(percent));
+  }
+}
+
+void TotalCapTreeItem::buildSummary(const Totals& totals) {
+  SummaryFrame& summary = *m_summaryFrame;
+  summary.clear();
+  m_summaryLabels.clear();
+  summary.reserveValue(String::toPercent(100.0));
+  if (totals.capital > 0.0F) {
+    buildPortfolioRows();
+    summary.addSeparator();
+  }
+  summary.startRow();
+  m_totalLabel = summary.addFigure(u"Total Capital");
+  summary.addSeparator();
+  summary.startRow();
+  m_gainTodayLabel = summary.addFigure(u"Gain today");
+  m_gainWeekLabel = summary.addFigure(u"Gain this week");
+}
+
+void TotalCapTreeItem::buildPortfolioRows() {
+  for (const SharePortfolioTreeItem* node : portfolioNodes()) {
+    const String& name = node->portfolio().name();
+    m_summaryFrame->startRow();
+    Labels& labels = m_summaryLabels[name];
+    labels.capital = m_summaryFrame->addFigure(CAPITAL_IN + name);
+    labels.percent = m_summaryFrame->addFigure(u"Percentage");
+  }
+}
+
+// ---- New, renamed and deleted portfolios ----
+
+FXint TotalCapTreeItem::onRightClick(FXint x, FXint y) {
+  return static_cast<FXint>(guardedHandler(u"TotalCapTreeItem::onRightClick failed.", [&] {
+    if (!checkSound())
+      return;
+    ContextMenu menu(tree(), this);
+    menu.addCommand(u"New Share Portfolio...", ID_NEW_SHARE_PORTFOLIO);
+    menu.run(x, y);
+  }));
+}
+
+long TotalCapTreeItem::onNewSharePortfolio(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"TotalCapTreeItem::onNewSharePortfolio failed.", [this] { newSharePortfolio(); });
+}
+
+void TotalCapTreeItem::newSharePortfolio() {
+  HandlerScope scope;
+  if (!checkSound())
+    return;
+  GetStringDialog dialog(&MainWindow::Instance(), u"New Portfolio",
+                         u"Please enter the name for your new portfolio.", String(), cleanName);
+  if (dialog.execute() == 0)
+    return;
+  if (m_portfolios->contains(dialog.text()))
+    MainWindow::error(u"There is already another portfolio with this name!");
+  else
+    makePortfolio(dialog.text());
+}
+
+void TotalCapTreeItem::makePortfolio(const String& name) {
+  XMLElement& portfolio = m_records->addSubElement(new XMLSharePortfolio, PORTFOLIOS);
+  portfolio.subElement(u"Name").setValue(name);
+  m_portfolios->emplace(name, std::make_unique<SharePortfolioUser>(portfolio));
+  reloadPortfolios(name);
+}
+
+void TotalCapTreeItem::renamePortfolio(const String& oldName, const String& newName) {
+  if (!checkSound())
+    return;
+  const String name = cleanName(newName);
+  const auto found = m_portfolios->find(oldName);
+  if (found == m_portfolios->end() || name.empty() || name == oldName)
+    return;
+  if (m_portfolios->contains(name)) {
+    MainWindow::error(u"There is already another portfolio with this name!");
+    return;
+  }
+  TreeState state(*investmentTree());
+  state.rename(oldName, name);
+  found->second->rename(name);
+  auto entry = m_portfolios->extract(found);
+  entry.key() = name;
+  m_portfolios->insert(std::move(entry));
+  renameInTray(oldName, name);
+  m_portfoliosChanged = true;
+  HandlerScope::whenDone(this, [this, state] { reload(state); });
+}
+
+void TotalCapTreeItem::removeChild(TreeViewItem* child) {
+  if (!checkSound())
+    return;
+  const String name = static_cast<SharePortfolioTreeItem*>(child)->portfolio().name();
+  // By name: the node may have been made anew by then.
+  HandlerScope::whenDone(this, [this, name] { deletePortfolio(name); });
+}
+
+void TotalCapTreeItem::deletePortfolio(const String& name) {
+  const auto found = m_portfolios->find(name);
+  if (found == m_portfolios->end())
+    return;
+  const TreeState state(*investmentTree());
+  const String file = found->second->capitalRecord().fileName();
+  const XMLElement& records = found->second->portfolio();
+  // What refers goes before what it refers to.
+  if (SharePortfolioTreeItem* node = portfolioNode(name))
+    tree()->removeItem(node);
+  m_portfolios->erase(found);
+  removeRecords(records);
+  m_portfoliosChanged = true;
+  reload(state);
+  updateBranch();
+  removeFile(file);
+}
+
+void TotalCapTreeItem::removeRecords(const XMLElement& portfolio) {
+  for (std::size_t i = 0; i < m_records->numSubElements(PORTFOLIOS); ++i)
+    if (&m_records->subElement(PORTFOLIOS, i) == &portfolio) {
+      m_records->removeSubElement(PORTFOLIOS, i);
+      return;
+    }
+}
+
+void TotalCapTreeItem::priceTyped(const String& code, const Date& date, double price) {
+  for (const auto& [name, portfolio] : *m_portfolios)
+    portfolio->capitalRecord().historicalPriceChanged(code, date, price);
+  // Waits under a name of its own, so that it never takes the place of a change of the portfolios.
+  HandlerScope::whenDone(m_portfolios, [this] { tree()->updateItems(); });
+}
+
+} // namespace Tallymoor
