@@ -1,0 +1,37 @@
+#pragma once
+#include "foundation/Date.h"
+#include "xml/XMLElement.h"
+
+namespace Tallymoor {
+
+/// Free text.
+class XMLString : public XMLElement {
+public:
+  XMLString();
+};
+
+/// A day as "3/3/2006".
+class XMLDate : public XMLElement {
+public:
+  XMLDate();
+  /// Throws Exception when the content is no date.
+  Date date() const;
+};
+
+/// A decimal number as text.
+class XMLConstant : public XMLElement {
+public:
+  XMLConstant();
+  /// An empty content reads as 0.
+  double toDouble() const;
+  std::int32_t toLong() const;
+};
+
+// What a parent's first sub-element of a reference name holds, for parents whose leaf classes are not at
+// hand. They throw XMLException where there is no such sub-element.
+Date dateValue(const XMLElement& parent, std::u16string_view referenceName);
+double doubleValue(const XMLElement& parent, std::u16string_view referenceName);
+std::int32_t longValue(const XMLElement& parent, std::u16string_view referenceName);
+const String& textValue(const XMLElement& parent, std::u16string_view referenceName);
+
+} // namespace Tallymoor

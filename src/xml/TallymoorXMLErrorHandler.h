@@ -1,0 +1,27 @@
+#pragma once
+#include "foundation/String.h"
+#include <xercesc/sax/ErrorHandler.hpp>
+
+namespace Tallymoor {
+
+/// Remembers where the last problem of each kind was met in a document. The parser's own words are dropped.
+class TallymoorXMLErrorHandler : public xercesc::ErrorHandler {
+public:
+  ~TallymoorXMLErrorHandler() override = default;
+  void warning(const xercesc::SAXParseException& problem) override;
+  void error(const xercesc::SAXParseException& problem) override;
+  void fatalError(const xercesc::SAXParseException& problem) override;
+  void resetErrors() override;
+
+  /// Empty while there was no such problem.
+  const String& warningText() const { return m_warning; }
+  const String& errorText() const { return m_error; }
+  const String& fatalErrorText() const { return m_fatalError; }
+
+private:
+  String m_warning;
+  String m_error;
+  String m_fatalError;
+};
+
+} // namespace Tallymoor

@@ -1,0 +1,40 @@
+#pragma once
+#include <iosfwd>
+#include <memory>
+#include <string_view>
+
+namespace Tallymoor {
+
+/// Writes text as UTF-8 to a stream through a buffer of its own, since documents are millions of short
+/// pieces. Characters that XML 1.0 can't hold are dropped.
+class Utf8Writer {
+public:
+  explicit Utf8Writer(std::ostream& stream);
+  Utf8Writer(const Utf8Writer&) = delete;
+  Utf8Writer& operator=(const Utf8Writer&) = delete;
+
+  /// Bytes as they are.
+  void raw(std::string_view bytes);
+  void raw(char byte) {
+    if (m_next == m_end)
+      flush();
+    *m_next++ = byte;
+  }
+  void text(std::u16string_view units);
+  /// With the five characters of markup as entities.
+  void escaped(std::u16string_view units);
+  /// Hands the buffer to the stream. Needed at the end; nothing does it by itself.
+  void flush();
+
+private:
+  template <bool Escape>
+  void write(std::u16string_view units);
+  char* writeNonAscii(std::u16string_view units, std::size_t& index, char* out);
+
+  std::ostream& m_stream;
+  std::unique_ptr<char[]> m_buffer;
+  char* m_next;
+  char* m_end;
+};
+
+} // namespace Tallymoor

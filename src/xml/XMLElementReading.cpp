@@ -1,0 +1,200 @@
+// How an element reads itself: the parse events, and the decode that starts them.
+#include "foundation/XmlLibrary.h"
+#include "xml/DocumentReader.h"
+#include "xml/ElementLayout.h"
+#include "xml/ElementSlot.h"
+#include "xml/TallymoorXMLErrorHandler.h"
+#include "xml/XMLElement.h"
+#include <cstring>
+#include <xercesc/framework/MemBufInputSource.hpp>
+#include <xercesc/internal/EndOfEntityException.hpp>
+#include <xercesc/sax/SAXException.hpp>
+#include <xercesc/sax2/Attributes.hpp>
+#include <xercesc/util/OutOfMemoryException.hpp>
+#include <xercesc/util/XMLException.hpp>
+
+namespace Tallymoor {
+
+namespace {
+
+/// The text of an exception that crossed the parser; none while there was no exception.
+struct ParseException {
+  bool met = false;
+  String text;
+
+  void meet(const char16_t* message, const char16_t* before = u"") {
+    met = true;
+    text = String(before) + String(message ? message : u"");
+  }
+};
+
+/// Compares unit by unit without measuring the zero-terminated name first: most comparisons end at the first
+/// unit.
+bool isNamed(const char16_t* name, const String& expected) {
+  const std::size_t length = expected.size();
+  for (std::size_t i = 0; i < length; ++i)
+    if (name[i] != expected[i])
+      return false;
+  return name[length] == 0;
+}
+
+/// With namespaces off the reader fills the qualified name alone.
+const char16_t* tagOf(const char16_t* localName, const char16_t* qualifiedName) {
+  return localName && *localName ? localName : qualifiedName;
+}
+
+} // namespace
+
+void XMLElement::characters(const char16_t* chars, XMLSize_t length) {
+  m_value.append(chars, length);
+}
+
+void XMLElement::endDocument() {
+  m_parent = nullptr;
+}
+
+void XMLElement::endElement(const char16_t*, const char16_t*, const char16_t*) {
+  endTagRead();
+  if (!m_parent)
+    return;
+  m_parser->setContentHandler(m_parent);
+  m_parser = nullptr;
+}
+
+void XMLElement::startElement(const char16_t* uri, const char16_t* localName, const char16_t* qualifiedName,
+                              const xercesc::Attributes& attributes) {
+  const char16_t* tag = tagOf(localName, qualifiedName);
+  if (isNamed(tag, m_layout->name())) {
+    readOwnStartTag(attributes);
+    return;
+  }
+  const std::size_t rego = findExpected(tag);
+  if (rego == m_layout->subElements().size())
+    throw XMLException(u"XMLElement::startElement - pFoundSubElementRego == NULL in " + name());
+  m_lastReference = m_layout->subElements()[rego].reference;
+  slotFor(rego).seen = true;
+  XMLElement& instance = instanceFor(rego);
+  m_parser->setContentHandler(&instance);
+  instance.m_parser = m_parser;
+  instance.startElement(uri, localName, qualifiedName, attributes);
+}
+
+void XMLElement::readOwnStartTag(const xercesc::Attributes& attributes) {
+  m_lastReference = NO_REFERENCE;
+  const XMLSize_t count = attributes.getLength();
+  if (count == 0)
+    return;
+  if (!m_attributes)
+    m_attributes = std::make_unique<AttributeValues>();
+  for (XMLSize_t i = 0; i < count; ++i)
+    m_attributes->emplace(String(attributes.getLocalName(i)), String(attributes.getValue(i)));
+}
+
+/// The registration that a tag fills, or the number of registrations. The search begins at the registration
+/// that was filled last, which may match again only if it is multiple, and goes only forward; registrations
+/// that nothing matches are walked over.
+std::size_t XMLElement::findExpected(const char16_t* tag) const {
+  const auto& regos = m_layout->subElements();
+  bool passed = m_lastReference == NO_REFERENCE;
+  // No earlier registration can bear the last reference name, so the walk may start at the first that does.
+  std::size_t index = passed ? 0 : static_cast<std::size_t>(m_lastReference);
+  for (; index < regos.size(); ++index) {
+    const SubElementRego& rego = regos[index];
+    const bool isLast = rego.reference == m_lastReference;
+    if (isLast && (rego.multiple || !(index < m_slotCount && m_slots[index].seen)))
+      passed = true;
+    if (passed && isNamed(tag, rego.elementName))
+      break;
+    if (isLast)
+      passed = true;
+  }
+  return index;
+}
+
+XMLElement& XMLElement::instanceFor(std::size_t index) {
+  const SubElementRego& rego = m_layout->subElements()[index];
+  ElementSlot& slot = m_slots[index];
+  if (rego.required && !rego.multiple && slot.size() == 1)
+    return *slot[0];
+  XMLElement* instance = rego.factory();
+  addInstance(instance, static_cast<std::size_t>(rego.reference));
+  return *instance;
+}
+
+void XMLElement::decode(const String& fileName) {
+  decodeFrom([&fileName] { return std::make_unique<DocumentFileSource>(fileName); });
+}
+
+void XMLElement::decode(const char* text) {
+  const char* content = text ? text : "";
+  decodeFrom([content] {
+    return std::make_unique<xercesc::MemBufInputSource>(reinterpret_cast<const XMLByte*>(content),
+                                                        std::strlen(content), "dontcare", false);
+  });
+}
+
+/// Whatever way a parse ends, the reader keeps no pointer into the tree or to the error handler, no element
+/// below this one keeps the reader, and this one has its own parent back.
+class XMLElement::ParseScope {
+public:
+  ParseScope(XMLElement& root, xercesc::ErrorHandler& errors) : m_root(root), m_parent(root.m_parent) {
+    m_root.m_parent = nullptr; // the events must not climb beyond the element that is decoded
+    m_root.m_parser->setContentHandler(&root);
+    m_root.m_parser->setErrorHandler(&errors);
+  }
+  ~ParseScope() {
+    DocumentReader& reader = *m_root.m_parser;
+    // Only this class's elements ever become the handler.
+    auto* current = static_cast<XMLElement*>(reader.getContentHandler());
+    for (; current && current != &m_root; current = current->m_parent)
+      current->m_parser = nullptr;
+    reader.setContentHandler(nullptr);
+    reader.setErrorHandler(nullptr);
+    m_root.m_parent = m_parent;
+  }
+  ParseScope(const ParseScope&) = delete;
+  ParseScope& operator=(const ParseScope&) = delete;
+
+private:
+  XMLElement& m_root;
+  XMLElement* m_parent;
+};
+
+template <class MakeSource>
+void XMLElement::decodeFrom(const MakeSource& makeSource) {
+  ensureXmlLibrary();
+  if (!m_parser) {
+    m_parser = new DocumentReader;
+    m_ownsParser = true;
+  }
+  TallymoorXMLErrorHandler errors;
+  ParseException exception;
+  {
+    ParseScope scope(*this, errors);
+    m_parser->beginDocument();
+    try {
+      m_parser->parse(*makeSource());
+    } catch (const xercesc::OutOfMemoryException& problem) {
+      exception.meet(problem.getMessage());
+    } catch (const xercesc::XMLException& problem) {
+      exception.meet(problem.getMessage());
+    } catch (const xercesc::SAXException& problem) {
+      exception.meet(problem.getMessage());
+    } catch (const xercesc::EndOfEntityException&) {
+      exception.meet(u"", u"EndOfEntityException ");
+    }
+  }
+  const auto fail = [this](const char16_t* kind, const String& text) {
+    throw XMLException(u"XMLElement::decode, parse " + String(kind) + u" in " + name() + u" : " + text);
+  };
+  if (exception.met)
+    fail(u"exception", exception.text);
+  if (!errors.errorText().empty())
+    fail(u"error", errors.errorText());
+  if (!errors.fatalErrorText().empty())
+    fail(u"fatal error", errors.fatalErrorText());
+  if (!errors.warningText().empty())
+    fail(u"warning", errors.warningText());
+}
+
+} // namespace Tallymoor

@@ -1,0 +1,112 @@
+// How an element writes itself.
+#include "xml/ElementLayout.h"
+#include "xml/ElementSlot.h"
+#include "xml/Utf8Writer.h"
+#include "xml/XMLElement.h"
+#include <algorithm>
+#include <ostream>
+
+namespace Tallymoor {
+
+namespace {
+
+constexpr const char* XML_DECLARATION = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
+
+} // namespace
+
+void XMLElement::encodeWithDoctype(std::ostream& stream, const String& dtdName) {
+  stream << XML_DECLARATION << std::endl;
+  stream << "<!DOCTYPE " << m_layout->nameUtf8() << " SYSTEM \"" << dtdName.toUTF8() << "\">" << std::endl;
+  encode(stream);
+}
+
+void XMLElement::encodeWithStylesheet(std::ostream& stream, const String& stylesheetPath) {
+  stream << XML_DECLARATION << std::endl;
+  stream << "<?xml-stylesheet type='text/xsl' href='file:\\\\" << stylesheetPath.toUTF8() << "'?>"
+         << std::endl;
+  encode(stream);
+}
+
+void XMLElement::encode(std::ostream& stream) {
+  Utf8Writer writer(stream);
+  try {
+    encode(writer);
+  } catch (const Exception&) {
+    writer.flush(); // what was written before the failure belongs to the stream
+    throw;
+  }
+  writer.flush();
+}
+
+void XMLElement::encode(Utf8Writer& writer) {
+  writer.raw('<');
+  writer.raw(m_layout->nameUtf8());
+  checkAttributes();
+  checkSubElements();
+  encodeAttributes(writer);
+  const bool leaf = isLeaf();
+  if (leaf ? m_value.empty() : !hasSubElementInstances()) {
+    writer.raw("/>");
+    return;
+  }
+  writer.raw('>');
+  if (!leaf)
+    encodeSubElements(writer);
+  else if (m_contentSafe)
+    writer.text(m_value);
+  else
+    writer.escaped(m_value);
+  writer.raw("</");
+  writer.raw(m_layout->nameUtf8());
+  writer.raw('>');
+}
+
+void XMLElement::encodeAttributes(Utf8Writer& writer) const {
+  if (!m_attributes)
+    return;
+  for (const auto& [name, value] : *m_attributes) {
+    writer.raw(' ');
+    writer.text(name);
+    writer.raw("=\"");
+    if (m_layout->isAttributeSafe(name))
+      writer.text(value);
+    else
+      writer.escaped(value);
+    writer.raw('"');
+  }
+}
+
+bool XMLElement::hasSubElementInstances() const {
+  return std::any_of(m_slots.get(), m_slots.get() + m_slotCount,
+                     [](const ElementSlot& slot) { return !slot.empty(); });
+}
+
+/// What is unsafe here is unsafe below, and stays so.
+void XMLElement::encodeSubElements(Utf8Writer& writer) {
+  for (std::size_t rego = 0; rego < m_slotCount; ++rego) {
+    if (m_slots[rego].empty())
+      continue;
+    const bool unsafe = !m_contentSafe || !m_layout->subElements()[rego].contentSafe;
+    for (XMLElement* element : m_slots[rego]) {
+      if (unsafe)
+        element->markContentUnsafe();
+      element->encode(writer);
+    }
+  }
+}
+
+void XMLElement::checkAttributes() const {
+  for (const AttributeRego& rego : m_layout->attributes())
+    if (!hasAttribute(rego.name))
+      throw XMLException(u"XMLElement::checkAttributes, missing attribute " + rego.name + u" in " + name());
+}
+
+void XMLElement::checkSubElements() const {
+  const auto& regos = m_layout->subElements();
+  for (std::size_t index = 0; index < regos.size(); ++index)
+    if (regos[index].required && (index >= m_slotCount || m_slots[index].empty()))
+      throw XMLException(u"XMLElement::checkSubElements - required at least one " +
+                         regos[index].referenceName + u" in " + name());
+}
+
+} // namespace Tallymoor
