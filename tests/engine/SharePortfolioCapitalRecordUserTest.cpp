@@ -1,0 +1,559 @@
+#include "engine/EngineTest.h"
+#include "foundation/RunTimeSettings.h"
+#include "xml/CapitalRecord.h"
+#include <filesystem>
+
+namespace Tallymoor {
+namespace {
+
+class CapitalRecordTest : public EngineTest {
+protected:
+  /// "2/3/2026 cash 100.00 injected 100.00; ABC.AX 10.00 x 5.00"
+  String dayOf(const Date& day) {
+    const XMLElement& dayCap = record().dayCapFor(day);
+    String text = textValue(dayCap, u"Date") + u" cash " + textValue(dayCap, u"CashTotal");
+    if (dayCap.numSubElements(u"CashInjected") > 0)
+      text = text + u" injected " + textValue(dayCap, u"CashInjected");
+    for (std::size_t i = 0; i < dayCap.numSubElements(u"ShareVals"); ++i) {
+      const XMLElement& shareVal = dayCap.subElement(u"ShareVals", i);
+      text = text + u"; " + textValue(shareVal, u"Code") + u' ' + textValue(shareVal, u"Number") + u" x " +
+             textValue(shareVal, u"Price");
+    }
+    return text;
+  }
+  std::size_t numDays(const Date& first, const Date& last) {
+    std::size_t days = 0;
+    for (Date day = first; day <= last; day.addDays(1))
+      days += record().hasDayCap(day);
+    return days;
+  }
+  void update() { record().update(user()); }
+  /// A record of the days from the first to today, from a deposit.
+  void makeDays(const Date& first) {
+    user().creditCash(first, 100, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
+    update();
+  }
+  String file() const { return m_profile.dataFolder() + u"TradingCapRecord.xml"; }
+  void reopen() {
+    m_user.reset();
+    m_user = std::make_unique<SharePortfolioUser>(m_portfolio);
+  }
+
+  const Date m_yesterday{2026, 3, 2};
+};
+
+TEST_F(CapitalRecordTest, OnlyMoneyFromOutsideIsInjected) {
+  user().creditCash(Date(2026, 2, 27), 100, CASH_EVENT_DEPOSIT, u"");
+  user().creditCash(Date(2026, 2, 28), 5, CASH_EVENT_INTEREST, u"");
+  user().debitCash(Date(2026, 3, 1), 100, CASH_EVENT_WITHDRAWAL, u"");
+  user().creditCash(m_yesterday, 7, CASH_EVENT_CREDIT, u"");
+  user().debitCash(m_today, 2, CASH_EVENT_DEBIT, u"");
+  update();
+  EXPECT_EQ(dayOf(Date(2026, 2, 27)), String(u"27/2/2026 cash 100.00 injected 100.00"));
+  EXPECT_EQ(dayOf(Date(2026, 2, 28)), String(u"28/2/2026 cash 105.00"));
+  EXPECT_EQ(dayOf(Date(2026, 3, 1)), String(u"1/3/2026 cash 5.00 injected -100.00"));
+  EXPECT_EQ(dayOf(m_yesterday), String(u"2/3/2026 cash 12.00"));
+  EXPECT_EQ(dayOf(m_today), String(u"3/3/2026 cash 10.00"));
+}
+
+TEST_F(CapitalRecordTest, WhatCameAndWentOnOneDayIsNotInjected) {
+  user().creditCash(m_today, 100, CASH_EVENT_DEPOSIT, u"");
+  user().debitCash(m_today, 100.004, CASH_EVENT_WITHDRAWAL, u"");
+  update();
+  EXPECT_EQ(dayOf(m_today), String(u"3/3/2026 cash 0.00"));
+}
+
+TEST_F(CapitalRecordTest, TwoParcelsMakeOneEntryWithTheirSum) {
+  user().addBuyEvent(u"ABC.AX", m_yesterday, 10, 5, 0, u"");
+  user().addBuyEvent(u"DEF.AX", m_yesterday, 1, 1, 0, u"");
+  user().addBuyEvent(u"ABC.AX", m_today, 2.5, 5, 0, u"");
+  setPrices(u"ABC.AX", Date(2026, 3, 1), m_today, 5);
+  setPrices(u"DEF.AX", Date(2026, 3, 1), m_today, 1.236);
+  update();
+  EXPECT_EQ(dayOf(m_yesterday), String(u"2/3/2026 cash 0.00; ABC.AX 10.00 x 5.00; DEF.AX 1.00 x 1.24"));
+  EXPECT_EQ(dayOf(m_today), String(u"3/3/2026 cash 0.00; ABC.AX 12.50 x 5.00; DEF.AX 1.00 x 1.24"));
+}
+
+TEST_F(CapitalRecordTest, OnTheDayOfSaleTheCashIsThereAndTheSharesAreNot) {
+  user().addBuyEvent(u"ABC.AX", Date(2026, 3, 1), 10, 5, 0, u"");
+  user().addBuyEvent(u"ABC.AX", Date(2026, 3, 1), 5, 5, 0, u"");
+  user().sellShares(u"ABC.AX", m_today, 10, 6, 0, true, u"");
+  setPrices(u"ABC.AX", Date(2026, 2, 28), m_today, 5);
+  update();
+  EXPECT_EQ(dayOf(m_yesterday), String(u"2/3/2026 cash 0.00; ABC.AX 15.00 x 5.00"));
+  EXPECT_EQ(dayOf(m_today), String(u"3/3/2026 cash 60.00; ABC.AX 5.00 x 5.00"));
+}
+
+TEST_F(CapitalRecordTest, SoldStocksStandBehindHeldOnes) {
+  addSale(u"SOLD.AX", m_yesterday, Date(2026, 3, 9), 3, 1, 1);
+  user().addBuyEvent(u"HELD.AX", m_today, 1, 1, 0, u"");
+  setPrices(u"SOLD.AX", Date(2026, 3, 1), m_today, 2);
+  setPrices(u"HELD.AX", Date(2026, 3, 1), m_today, 4);
+  update();
+  EXPECT_EQ(dayOf(m_yesterday), String(u"2/3/2026 cash 0.00; SOLD.AX 3.00 x 2.00"));
+  EXPECT_EQ(dayOf(m_today), String(u"3/3/2026 cash 0.00; HELD.AX 1.00 x 4.00; SOLD.AX 3.00 x 2.00"));
+}
+
+TEST_F(CapitalRecordTest, AConfirmedSplitCountsOnTheDayItself) {
+  user().addBuyEvent(u"ABC.AX", Date(2026, 2, 28), 100, 10, 0, u"");
+  user().addBuyEvent(u"ABC.AX", m_yesterday, 7, 10, 0, u"");
+  setPrices(u"ABC.AX", Date(2026, 2, 27), Date(2026, 3, 1), 10);
+  setPrices(u"ABC.AX", m_yesterday, m_today, 4.9);
+  m_interaction.answerWholeNumber(2);
+  update();
+  EXPECT_EQ(m_interaction.calls(Kind::AskWholeNumber).size(), 1u);
+  EXPECT_EQ(dayOf(Date(2026, 3, 1)), String(u"1/3/2026 cash 0.00; ABC.AX 100.00 x 10.00"));
+  EXPECT_EQ(dayOf(m_yesterday), String(u"2/3/2026 cash 0.00; ABC.AX 207.00 x 4.90"));
+  EXPECT_EQ(dayOf(m_today), String(u"3/3/2026 cash 0.00; ABC.AX 207.00 x 4.90"));
+}
+
+TEST_F(CapitalRecordTest, SplitsAreAskedForInTheOrderOfTheRecords) {
+  user().addBuyEvent(u"BBB.AX", Date(2026, 2, 28), 1, 10, 0, u"");
+  user().addBuyEvent(u"AAA.AX", Date(2026, 2, 28), 1, 10, 0, u"");
+  for (const char16_t* code : {u"AAA.AX", u"BBB.AX"}) {
+    setPrices(code, Date(2026, 2, 27), m_yesterday, 10);
+    setPrice(code, m_today, 2);
+  }
+  m_interaction.answerWholeNumber(5);
+  m_interaction.answerWholeNumber(std::nullopt);
+  update();
+  const auto questions = m_interaction.calls(Kind::AskWholeNumber);
+  ASSERT_EQ(questions.size(), 2u);
+  EXPECT_TRUE(questions[0].text.contains(u"BBB.AX"));
+  EXPECT_EQ(dayOf(m_today), String(u"3/3/2026 cash 0.00; BBB.AX 5.00 x 2.00; AAA.AX 1.00 x 2.00"));
+}
+
+TEST_F(CapitalRecordTest, WeekendsAreDaysToo) {
+  makeDays(Date(2026, 2, 20));
+  EXPECT_EQ(numDays(Date(2026, 2, 1), m_today), 12u);
+  EXPECT_EQ(record().firstRecordDate(), Date(2026, 2, 20));
+}
+
+TEST_F(CapitalRecordTest, AChangeDropsItsDayAndAllLaterOnes) {
+  user().creditCash(Date(2026, 2, 20), 1000, CASH_EVENT_DEPOSIT, u"");
+  user().buyShares(u"ABC.AX", Date(2026, 2, 24), 10, 5, 0, u"");
+  setPrices(u"ABC.AX", Date(2026, 2, 19), m_today, 5);
+  update();
+  user().editBuyEvent(parcel(u"ABC.AX"), Date(2026, 2, 24), 20, 5, 0, u"", 50, Date(2026, 2, 24));
+  EXPECT_EQ(numDays(Date(2026, 2, 1), m_today), 4u);
+  EXPECT_TRUE(record().hasDayCap(Date(2026, 2, 23)));
+  EXPECT_FALSE(record().hasDayCap(Date(2026, 2, 24)));
+  update();
+  EXPECT_EQ(dayOf(Date(2026, 2, 24)), String(u"24/2/2026 cash 900.00; ABC.AX 20.00 x 5.00"));
+  EXPECT_EQ(numDays(Date(2026, 2, 1), m_today), 12u);
+}
+
+TEST_F(CapitalRecordTest, AChangeBeforeTheFirstDayDropsAll) {
+  makeDays(Date(2026, 3, 1));
+  record().save();
+  user().addBuyEvent(u"ABC.AX", Date(2026, 2, 28), 1, 1, 0, u"");
+  EXPECT_EQ(numDays(Date(2026, 1, 1), m_today), 0u);
+  EXPECT_EQ(record().firstRecordDate(), m_today);
+  EXPECT_TRUE(record().isModified());
+}
+
+TEST_F(CapitalRecordTest, AChangeBeyondTheLastDayDropsNothing) {
+  makeDays(Date(2026, 3, 1));
+  record().save();
+  record().recordsChangedFrom(Date(2026, 3, 4));
+  EXPECT_EQ(numDays(Date(2026, 1, 1), m_today), 3u);
+  EXPECT_FALSE(record().isModified());
+}
+
+TEST_F(CapitalRecordTest, AChangeWithinAGapDropsTheDaysBehindIt) {
+  TestProfile::writeFile(file(), "<SharePortfolioCapitalRecord><String>Trading</String>"
+                                 "<DayCap><Date>1/2/2026</Date><Constant>1.00</Constant></DayCap>"
+                                 "<DayCap><Date>5/2/2026</Date><Constant>2.00</Constant></DayCap>"
+                                 "<DayCap><Date>6/2/2026</Date><Constant>3.00</Constant></DayCap>"
+                                 "</SharePortfolioCapitalRecord>");
+  reopen();
+  ASSERT_EQ(numDays(Date(2026, 1, 1), m_today), 3u);
+  record().recordsChangedFrom(Date(2026, 2, 3));
+  EXPECT_EQ(numDays(Date(2026, 1, 1), m_today), 1u);
+  EXPECT_TRUE(record().hasDayCap(Date(2026, 2, 1)));
+  EXPECT_TRUE(record().isModified());
+}
+
+TEST_F(CapitalRecordTest, ChangesTellTheEarliestDayTouched) {
+  const Date first(2026, 2, 20);
+  const auto lastDay = [this] {
+    Date day = m_today;
+    while (!record().hasDayCap(day))
+      day.addDays(-1);
+    return day;
+  };
+  user().creditCash(first, 1000, CASH_EVENT_DEPOSIT, u"");
+  setPrices(u"ABC.AX", first.plusDays(-1), m_today, 5);
+  user().addBuyEvent(u"ABC.AX", Date(2026, 2, 25), 10, 5, 0, u"");
+  user().addBuyEvent(u"ABC.AX", Date(2026, 2, 23), 10, 5, 0, u"");
+  update();
+  user().editBuyEvent(parcel(u"ABC.AX"), Date(2026, 2, 26), 10, 5, 0, u"", 0, Date(2026, 2, 25));
+  EXPECT_EQ(lastDay(), Date(2026, 2, 24));
+  update();
+  user().sellShares(u"ABC.AX", Date(2026, 3, 1), 10, 6, 0, true, u"");
+  EXPECT_EQ(lastDay(), Date(2026, 2, 28));
+  update();
+  user().editSellEvent(sale(u"ABC.AX"), Date(2026, 2, 27), Date(2026, 3, 2), 10, 5, 6, 0, 0, u"");
+  EXPECT_EQ(lastDay(), Date(2026, 2, 25));
+  update();
+  user().deleteSellEvent(u"ABC.AX", Date(2026, 3, 2), 10);
+  EXPECT_EQ(lastDay(), Date(2026, 2, 26));
+  update();
+  user().removeHeldShare(u"ABC.AX");
+  EXPECT_EQ(lastDay(), Date(2026, 2, 22));
+  addSale(u"ABC.AX", Date(2026, 2, 28), m_today, 10, 5, 6);
+  update();
+  user().removeSoldShare(u"ABC.AX");
+  EXPECT_EQ(lastDay(), Date(2026, 2, 27));
+}
+
+TEST_F(CapitalRecordTest, TodayWithARecordNeedsNothing) {
+  makeDays(m_yesterday);
+  record().save();
+  user()
+      .portfolio()
+      .subElement(u"CashReserve")
+      .subElement(u"CashEvents")
+      .subElement(u"Value")
+      .setValue(u"7.00");
+  update();
+  EXPECT_EQ(dayOf(m_today), String(u"3/3/2026 cash 100.00"));
+  EXPECT_FALSE(record().isModified());
+}
+
+TEST_F(CapitalRecordTest, APortfolioThatBeginsTomorrowNeedsNothing) {
+  user().creditCash(Date(2026, 3, 4), 100, CASH_EVENT_DEPOSIT, u"");
+  update();
+  EXPECT_EQ(numDays(Date(2026, 1, 1), Date(2026, 3, 9)), 0u);
+  EXPECT_FALSE(record().isModified());
+}
+
+TEST_F(CapitalRecordTest, AViewDateIsToday) {
+  user().creditCash(Date(2026, 2, 20), 100, CASH_EVENT_DEPOSIT, u"");
+  Date::setFixedDate(Date(2026, 2, 22));
+  update();
+  EXPECT_EQ(numDays(Date(2026, 1, 1), m_today), 3u);
+  Date::clearFixedDate();
+  update();
+  EXPECT_EQ(numDays(Date(2026, 1, 1), m_today), 12u);
+  Date::setFixedDate(Date(2026, 2, 22));
+  update();
+  EXPECT_EQ(numDays(Date(2026, 1, 1), m_today), 12u);
+}
+
+TEST_F(CapitalRecordTest, DaysAfterTheRealTodayAreDropped) {
+  makeDays(Date(2026, 2, 28));
+  m_profile.setToday(Date(2026, 3, 1));
+  update();
+  EXPECT_EQ(numDays(Date(2026, 1, 1), m_today), 2u);
+}
+
+TEST_F(CapitalRecordTest, FourteenDaysAreComputedWithoutProgress) {
+  makeDays(Date(2026, 2, 17)); // 14 days before today
+  EXPECT_TRUE(m_interaction.lengthyCaption.empty());
+  EXPECT_EQ(numDays(Date(2026, 1, 1), m_today), 15u);
+}
+
+TEST_F(CapitalRecordTest, FifteenDaysShowTheirProgress) {
+  makeDays(Date(2026, 2, 16));
+  EXPECT_EQ(m_interaction.lengthyCaption, String(u"Updating daily capital records for Trading"));
+  EXPECT_EQ(m_interaction.lengthyHeading,
+            String(u"Updating daily capital records from portfolio records      "));
+  EXPECT_EQ(m_interaction.lengthySteps, 0u);
+  EXPECT_EQ(m_interaction.lengthyArgument, 3);
+  EXPECT_EQ(numDays(Date(2026, 1, 1), m_today), 16u);
+}
+
+TEST_F(CapitalRecordTest, ALongUpdateTellsTheMonths) {
+  makeDays(Date(2025, 12, 15));
+  EXPECT_EQ(m_interaction.lengthySteps, 2u); // 78 days
+  EXPECT_EQ(m_interaction.progress.texts,
+            (std::vector<String>{u"updating capital record for month 2026 January",
+                                 u"updating capital record for month 2026 February",
+                                 u"updating capital record for month 2026 March"}));
+  EXPECT_EQ(m_interaction.progress.steps, 3u);
+}
+
+TEST_F(CapitalRecordTest, ALongUpdateTellsOfCodesWithoutHistory) {
+  user().addBuyEvent(u"ABC.AX", Date(2026, 2, 10), 1, 5, 0, u"");
+  user().addBuyEvent(u"DEF.AX", Date(2026, 2, 10), 1, 5, 0, u"");
+  setPrices(u"DEF.AX", Date(2026, 2, 9), m_today, 5);
+  update();
+  ASSERT_FALSE(m_interaction.progress.texts.empty());
+  EXPECT_EQ(m_interaction.progress.texts[0], String(u"Retrieving historical prices for ABC.AX"));
+  for (const String& text : m_interaction.progress.texts)
+    EXPECT_FALSE(text.contains(u"DEF.AX"));
+}
+
+TEST_F(CapitalRecordTest, ACancelledUpdateEndsAfterTheDayAndGoesOnLater) {
+  m_interaction.progress.cancelAfter = 1; // on the first day of February
+  makeDays(Date(2026, 1, 10));
+  EXPECT_TRUE(record().hasDayCap(Date(2026, 2, 1)));
+  EXPECT_FALSE(record().hasDayCap(Date(2026, 2, 2)));
+  EXPECT_TRUE(record().isModified());
+  m_interaction.progress.cancelAfter.reset();
+  update();
+  EXPECT_EQ(numDays(Date(2026, 1, 1), m_today), 53u);
+}
+
+TEST_F(CapitalRecordTest, AnUpdateInsideAnUpdateReturnsAtOnce) {
+  bool nestedWasQuiet = false;
+  m_interaction.duringLengthy = [this, &nestedWasQuiet] {
+    update();
+    nestedWasQuiet = record().firstRecordDate() == m_today && !record().hasDayCap(m_today);
+  };
+  makeDays(Date(2026, 1, 10));
+  EXPECT_TRUE(nestedWasQuiet);
+  EXPECT_EQ(numDays(Date(2026, 1, 1), m_today), 53u);
+}
+
+TEST_F(CapitalRecordTest, AFailureLeavesTheDaysBeforeAndNoHalfDay) {
+  user().creditCash(Date(2026, 2, 26), 100, CASH_EVENT_DEPOSIT, u"");
+  user().addBuyEvent(u"AAA.AX", Date(2026, 2, 28), 1, 5, 0, u"");
+  setPrices(u"AAA.AX", Date(2026, 2, 27), m_today, 5);
+  user().addBuyEvent(u"ZERO.AX", Date(2026, 3, 1), 1, 0, 0, u"");
+  EXPECT_FALSE(messageOf([this] { update(); }).empty());
+  EXPECT_EQ(numDays(Date(2026, 1, 1), m_today), 3u);
+  EXPECT_FALSE(record().hasDayCap(Date(2026, 3, 1)));
+  EXPECT_TRUE(record().isModified());
+  user().removeHeldShare(u"ZERO.AX");
+  update();
+  EXPECT_EQ(numDays(Date(2026, 1, 1), m_today), 6u);
+}
+
+TEST_F(CapitalRecordTest, ALivePriceReplacesTodays) {
+  user().addBuyEvent(u"ABC.AX", m_yesterday, 10, 5, 0, u"");
+  setPrices(u"ABC.AX", Date(2026, 3, 1), m_today, 5);
+  update();
+  record().save();
+  record().currentPriceUpdated(u"NONE.AX", 9);
+  EXPECT_FALSE(record().isModified());
+  record().currentPriceUpdated(u"ABC.AX", 6.789);
+  EXPECT_TRUE(record().isModified());
+  EXPECT_EQ(dayOf(m_today), String(u"3/3/2026 cash 0.00; ABC.AX 10.00 x 6.79"));
+  EXPECT_EQ(dayOf(m_yesterday), String(u"2/3/2026 cash 0.00; ABC.AX 10.00 x 5.00"));
+  record().historicalPriceChanged(u"ABC.AX", m_yesterday, 4);
+  record().historicalPriceChanged(u"ABC.AX", Date(2026, 1, 1), 4);
+  EXPECT_EQ(dayOf(m_yesterday), String(u"2/3/2026 cash 0.00; ABC.AX 10.00 x 4.00"));
+}
+
+TEST_F(CapitalRecordTest, TheUpdatersPassReachesTheRecord) {
+  user().addBuyEvent(u"ABC.AX", m_yesterday, 10, 5, 0, u"");
+  setPrices(u"ABC.AX", Date(2026, 3, 1), m_today, 5);
+  update();
+  m_market.setCurrentPrice(u"ABC.AX", 7.5);
+  m_market.addListing(u"TEST", u"test", u"Australia");
+  ASSERT_TRUE(gateway().reconnect());
+  gateway().priceUpdater().stopAndJoin();
+  gateway().priceUpdater().addCode(u"ABC.AX");
+  gateway().priceUpdater().runPass();
+  gateway().goOffline();
+  EXPECT_EQ(dayOf(m_today), String(u"3/3/2026 cash 0.00; ABC.AX 10.00 x 7.50"));
+}
+
+TEST_F(CapitalRecordTest, ASplitThatCameWithALivePriceIsAskedForNextDay) {
+  user().addBuyEvent(u"ABC.AX", Date(2026, 3, 1), 10, 10, 0, u"");
+  setPrices(u"ABC.AX", Date(2026, 2, 28), m_today, 10);
+  update();
+  // During the day the price falls to the half; nothing is asked while it comes in.
+  setPrice(u"ABC.AX", m_today, 4.9);
+  record().currentPriceUpdated(u"ABC.AX", 4.9);
+  update();
+  EXPECT_TRUE(m_interaction.calls(Kind::AskWholeNumber).empty());
+
+  m_profile.setToday(Date(2026, 3, 4));
+  setPrice(u"ABC.AX", Date(2026, 3, 4), 4.9);
+  m_interaction.answerWholeNumber(2);
+  update();
+  EXPECT_EQ(m_interaction.calls(Kind::AskWholeNumber).size(), 1u);
+  EXPECT_EQ(dayOf(m_yesterday), String(u"2/3/2026 cash 0.00; ABC.AX 10.00 x 10.00"));
+  EXPECT_EQ(dayOf(m_today), String(u"3/3/2026 cash 0.00; ABC.AX 20.00 x 4.90"));
+  EXPECT_EQ(dayOf(Date(2026, 3, 4)), String(u"4/3/2026 cash 0.00; ABC.AX 20.00 x 4.90"));
+}
+
+TEST_F(CapitalRecordTest, APriceThatIsGoneDoesNotHoldUpTheNextDay) {
+  user().addBuyEvent(u"ZERO.AX", m_yesterday, 10, 0, 0, u"");
+  user().creditCash(m_yesterday, 100, CASH_EVENT_DEPOSIT, u"");
+  setPrices(u"ZERO.AX", Date(2026, 3, 1), m_today, 5);
+  update();
+  user().sellShares(u"ZERO.AX", Date(2026, 3, 4), 10, 0, 0, true, u"");
+  gateway().clear();
+  m_profile.setToday(Date(2026, 3, 4));
+  EXPECT_EQ(messageOf([this] { update(); }), String());
+  EXPECT_TRUE(record().hasDayCap(Date(2026, 3, 4)));
+}
+
+TEST_F(CapitalRecordTest, ABackgroundPassDoesNotExtendTheRecord) {
+  user().creditCash(m_yesterday, 100, CASH_EVENT_DEPOSIT, u"");
+  {
+    const BackgroundPassScope pass;
+    update();
+  }
+  EXPECT_FALSE(record().hasDayCap(m_yesterday));
+}
+
+TEST_F(CapitalRecordTest, CapitalIsSharesAndCash) {
+  user().creditCash(m_yesterday, 100, CASH_EVENT_DEPOSIT, u"");
+  user().addBuyEvent(u"ABC.AX", m_yesterday, 10, 5, 0, u"");
+  user().addBuyEvent(u"DEF.AX", m_yesterday, 4, 5, 0, u"");
+  setPrices(u"ABC.AX", Date(2026, 3, 1), m_today, 5.5);
+  setPrices(u"DEF.AX", Date(2026, 3, 1), m_today, 2);
+  update();
+  EXPECT_DOUBLE_EQ(record().capitalOn(m_today), 163);
+  EXPECT_DOUBLE_EQ(record().sharesValueOn(m_today), 63);
+  EXPECT_DOUBLE_EQ(record().cashOn(m_today), 100);
+}
+
+TEST_F(CapitalRecordTest, ADayWithoutRecordThrows) {
+  const String message = u"SharePortfolioCapitalRecordUser::dayCapFor - doesn't have one for " +
+                         m_today.toString(DATE_DISPLAY_LOCAL);
+  EXPECT_FALSE(record().hasDayCap(m_today));
+  EXPECT_EQ(messageOf([this] { record().dayCapFor(m_today); }), message);
+  EXPECT_EQ(messageOf([this] { record().capitalOn(m_today); }), message);
+}
+
+TEST_F(CapitalRecordTest, ExternalFlowLeavesOutTheFirstDayAndTakesTheLast) {
+  user().creditCash(Date(2026, 2, 27), 1, CASH_EVENT_DEPOSIT, u"");
+  user().creditCash(Date(2026, 2, 28), 10, CASH_EVENT_DEPOSIT, u"");
+  user().debitCash(m_yesterday, 100, CASH_EVENT_WITHDRAWAL, u"");
+  user().creditCash(m_today, 1000, CASH_EVENT_DEPOSIT, u"");
+  update();
+  EXPECT_DOUBLE_EQ(record().externalFlowBetween(Date(2026, 2, 27), m_yesterday), -90);
+  EXPECT_DOUBLE_EQ(record().externalFlowBetween(Date(2026, 1, 1), Date(2027, 1, 1)), 911);
+  EXPECT_DOUBLE_EQ(record().externalFlowBetween(m_today, m_today), 0);
+}
+
+TEST_F(CapitalRecordTest, SavedDaysComeBack) {
+  user().creditCash(m_yesterday, 100, CASH_EVENT_DEPOSIT, u"");
+  user().addBuyEvent(u"ABC.AX", m_yesterday, 10, 5, 0, u"");
+  setPrices(u"ABC.AX", Date(2026, 3, 1), m_today, 5.5);
+  update();
+  EXPECT_TRUE(record().isModified());
+  record().save();
+  EXPECT_FALSE(record().isModified());
+  EXPECT_EQ(TestProfile::readFile(file()),
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+            "<!DOCTYPE SharePortfolioCapitalRecord SYSTEM \"Tallymoor Records.dtd\">\n"
+            "<SharePortfolioCapitalRecord><String>Trading</String>"
+            "<DayCap><Date>2/3/2026</Date><Constant>100.00</Constant>"
+            "<ShareVal><String>ABC.AX</String><Constant>10.00</Constant><Constant>5.50</Constant></ShareVal>"
+            "<Constant>100.00</Constant></DayCap>"
+            "<DayCap><Date>3/3/2026</Date><Constant>100.00</Constant>"
+            "<ShareVal><String>ABC.AX</String><Constant>10.00</Constant><Constant>5.50</Constant></"
+            "ShareVal></DayCap>"
+            "</SharePortfolioCapitalRecord>");
+  reopen();
+  EXPECT_FALSE(record().isModified());
+  EXPECT_EQ(record().firstRecordDate(), m_yesterday);
+  EXPECT_EQ(dayOf(m_yesterday), String(u"2/3/2026 cash 100.00 injected 100.00; ABC.AX 10.00 x 5.50"));
+  EXPECT_DOUBLE_EQ(record().externalFlowBetween(Date(2026, 1, 1), m_today), 100);
+}
+
+TEST_F(CapitalRecordTest, AnUnchangedRecordIsNotWritten) {
+  makeDays(m_yesterday);
+  record().save();
+  std::filesystem::remove(file().toUTF8());
+  record().save();
+  EXPECT_FALSE(TestProfile::fileExists(file()));
+}
+
+TEST_F(CapitalRecordTest, ARemovedFileIsWrittenAgain) {
+  makeDays(m_yesterday);
+  record().save();
+  record().removeFile();
+  EXPECT_FALSE(TestProfile::fileExists(file()));
+  EXPECT_TRUE(record().isModified());
+  EXPECT_TRUE(record().hasDayCap(m_today));
+  record().removeFile();
+  record().save();
+  EXPECT_TRUE(TestProfile::fileExists(file()));
+}
+
+TEST_F(CapitalRecordTest, AFailedSaveKeepsTheRecordModified) {
+  makeDays(m_yesterday);
+  std::filesystem::remove_all(file().toUTF8());
+  std::filesystem::create_directories(file().toUTF8() + "/occupied");
+  EXPECT_FALSE(messageOf([this] { record().save(); }).empty());
+  EXPECT_TRUE(record().isModified());
+}
+
+TEST_F(CapitalRecordTest, AnotherPortfoliosFileIsSilentlyRebuilt) {
+  TestProfile::writeFile(file(), "<SharePortfolioCapitalRecord><String>Other</String>"
+                                 "<DayCap><Date>1/2/2026</Date><Constant>1.00</Constant></DayCap>"
+                                 "</SharePortfolioCapitalRecord>");
+  reopen();
+  EXPECT_FALSE(record().hasDayCap(Date(2026, 2, 1)));
+  makeDays(m_yesterday);
+  record().save();
+  EXPECT_NE(TestProfile::readFile(file()).find("<String>Trading</String>"), std::string::npos);
+  EXPECT_TRUE(m_interaction.calls().empty());
+}
+
+TEST_F(CapitalRecordTest, UnusableFilesAreSilentlyStartedAgain) {
+  for (const char* content :
+       {"", "no document", "<SharePortfolioCapitalRecord><String>Trading</String><DayCap>",
+        "<SharePortfolioCapitalRecord><String>Trading</String><DayCap><Date>today</Date></DayCap>"
+        "</SharePortfolioCapitalRecord>",
+        "<SharePortfolioCapitalRecord><String>Trading</String><DayCap><Date>2/2/2026</Date></DayCap>"
+        "<DayCap><Date>1/2/2026</Date></DayCap></SharePortfolioCapitalRecord>",
+        "<SharePortfolioCapitalRecord><String>Trading</String><DayCap><Date>2/2/2026</Date></DayCap>"
+        "<DayCap><Date>2/2/2026</Date></DayCap></SharePortfolioCapitalRecord>"}) {
+    TestProfile::writeFile(file(), content);
+    reopen();
+    EXPECT_EQ(numDays(Date(2026, 1, 1), m_today), 0u) << content;
+    EXPECT_FALSE(record().isModified());
+  }
+  EXPECT_TRUE(m_interaction.calls().empty());
+}
+
+TEST_F(CapitalRecordTest, RenamingMovesTheFile) {
+  makeDays(m_yesterday);
+  record().save();
+  record().rename(u"Saving");
+  EXPECT_EQ(record().name(), String(u"Saving"));
+  EXPECT_FALSE(TestProfile::fileExists(file()));
+  EXPECT_EQ(record().fileName(), m_profile.dataFolder() + u"SavingCapRecord.xml");
+  EXPECT_NE(TestProfile::readFile(record().fileName()).find("<String>Saving</String>"), std::string::npos);
+  EXPECT_TRUE(record().hasDayCap(m_yesterday));
+}
+
+TEST_F(CapitalRecordTest, RenamingToTheSameNameDoesNothing) {
+  makeDays(m_yesterday);
+  record().rename(u"Trading");
+  EXPECT_FALSE(TestProfile::fileExists(file()));
+  EXPECT_TRUE(record().isModified());
+}
+
+TEST_F(CapitalRecordTest, AFailedRenameLeavesTheOldName) {
+  makeDays(m_yesterday);
+  record().save();
+  std::filesystem::create_directories((m_profile.dataFolder() + u"SavingCapRecord.xml").toUTF8() +
+                                      "/occupied");
+  EXPECT_FALSE(messageOf([this] { user().rename(u"Saving"); }).empty());
+  EXPECT_EQ(user().name(), String(u"Trading"));
+  EXPECT_EQ(record().name(), String(u"Trading"));
+  EXPECT_EQ(record().fileName(), file());
+  EXPECT_TRUE(TestProfile::fileExists(file()));
+  record().save();
+  EXPECT_NE(TestProfile::readFile(file()).find("<String>Trading</String>"), std::string::npos);
+}
+
+TEST_F(CapitalRecordTest, ItStopsObservingWhenItEnds) {
+  m_user.reset();
+  m_market.setCurrentPrice(u"ABC.AX", 7.5);
+  m_market.addListing(u"TEST", u"test", u"Australia");
+  ASSERT_TRUE(gateway().reconnect());
+  gateway().priceUpdater().stopAndJoin();
+  gateway().priceUpdater().addCode(u"ABC.AX");
+  gateway().priceUpdater().runPass(); // under the address checker a call of the dead record would show
+  EXPECT_DOUBLE_EQ(gateway().priceUpdater().getCurrentPrice(u"ABC.AX"), 7.5);
+}
+
+TEST_F(CapitalRecordTest, ItMayOutliveTheGateway) {
+  TallymoorInternet::shutdown();
+  m_user.reset();
+  EXPECT_FALSE(TallymoorInternet::exists());
+}
+
+} // namespace
+} // namespace Tallymoor

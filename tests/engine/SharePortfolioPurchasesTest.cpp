@@ -1,0 +1,191 @@
+#include "engine/EngineTest.h"
+
+namespace Tallymoor {
+namespace {
+
+class PurchasesTest : public EngineTest {};
+
+const char16_t* const OTHER_MARKET =
+    u"You are about to buy stock from a different market to\n"
+    u"existing stock held in this portfolio. If you continue,\n"
+    u"the portfolio tracking will be inconsistent due to currency differences.\n"
+    u"We recommend you do NOT continue, and then buy this stock from a\n"
+    u"different portfolio. Do you want to continue?";
+
+TEST_F(PurchasesTest, BuyingRecordsParcelAndCashEntry) {
+  EXPECT_TRUE(user().buyShares(u"ABC.AX", Date(2026, 2, 1), 100, 12.34, 30, u"first"));
+
+  const XMLElement& event = parcel(u"ABC.AX");
+  EXPECT_EQ(textValue(event, u"BuyDate"), String(u"1/2/2026"));
+  EXPECT_EQ(textValue(event, u"NumHeld"), String(u"100.00"));
+  EXPECT_EQ(textValue(event, u"BuyPrice"), String(u"12.3400"));
+  EXPECT_EQ(textValue(event, u"Brokerage"), String(u"30.00"));
+  EXPECT_EQ(textValue(event, u"Comment"), String(u"first"));
+  ASSERT_EQ(numCashEntries(), 1u);
+  EXPECT_EQ(cashEntryText(0), String(u"1/2/2026 2 1264.00 BUY 100.00 of ABC.AX @ 12.3400"));
+}
+
+TEST_F(PurchasesTest, CostTakesTheBrokerageAsRecorded) {
+  user().buyShares(u"ABC.AX", m_today, 10, 1, 0.004, u"");
+  EXPECT_EQ(textValue(parcel(u"ABC.AX"), u"Brokerage"), String(u"0.00"));
+  EXPECT_EQ(cashEntryText(0), String(u"3/3/2026 2 10.00 BUY 10.00 of ABC.AX @ 1.0000"));
+}
+
+TEST_F(PurchasesTest, EmptyCommentLeavesTheDefault) {
+  user().buyShares(u"ABC.AX", m_today, 10, 1, 0, u"");
+  ASSERT_EQ(parcel(u"ABC.AX").numSubElements(u"Comment"), 1u);
+  EXPECT_EQ(textValue(parcel(u"ABC.AX"), u"Comment"), String());
+}
+
+TEST_F(PurchasesTest, ParcelsStandInTheOrderOfEntry) {
+  user().buyShares(u"ABC.AX", Date(2026, 2, 1), 1, 1, 0, u"");
+  user().buyShares(u"ABC.AX", Date(2026, 1, 1), 2, 1, 0, u"");
+  ASSERT_EQ(numParcels(u"ABC.AX"), 2u);
+  EXPECT_EQ(textValue(parcel(u"ABC.AX", 0), u"NumHeld"), String(u"1.00"));
+  EXPECT_EQ(textValue(parcel(u"ABC.AX", 1), u"NumHeld"), String(u"2.00"));
+}
+
+TEST_F(PurchasesTest, AddBuyEventMakesNoCashEntry) {
+  XMLElement& event = user().addBuyEvent(u"ABC.AX", m_today, 5, 2, 0, u"");
+  EXPECT_EQ(&event, &parcel(u"ABC.AX"));
+  EXPECT_EQ(numCashEntries(), 0u);
+}
+
+TEST_F(PurchasesTest, NoToAnotherMarketChangesNothing) {
+  user().buyShares(u"ABC.AX", m_today, 1, 1, 0, u"");
+  const String before = encodedPortfolio();
+  m_interaction.answerQuestion(false);
+  EXPECT_FALSE(user().buyShares(u"XYZ", m_today, 1, 1, 0, u""));
+  EXPECT_EQ(m_interaction.texts(Kind::Question), std::vector<String>{OTHER_MARKET});
+  EXPECT_EQ(encodedPortfolio(), before);
+}
+
+TEST_F(PurchasesTest, YesToAnotherMarketBuys) {
+  user().buyShares(u"ABC.AX", m_today, 1, 1, 0, u"");
+  m_interaction.answerQuestion(true);
+  EXPECT_TRUE(user().buyShares(u"XYZ.L", m_today, 1, 1, 0, u""));
+  EXPECT_EQ(numParcels(u"XYZ.L"), 1u);
+  EXPECT_EQ(numCashEntries(), 2u);
+}
+
+TEST_F(PurchasesTest, TheFirstStockHeldDecidesTheMarket) {
+  user().buyShares(u"ABC.AX", m_today, 1, 1, 0, u"");
+  m_interaction.answerQuestion(true);
+  user().buyShares(u"XYZ.L", m_today, 1, 1, 0, u"");
+  m_interaction.clearCalls();
+  EXPECT_TRUE(user().buyShares(u"DEF.AX", m_today, 1, 1, 0, u""));
+  EXPECT_TRUE(m_interaction.texts(Kind::Question).empty());
+}
+
+TEST_F(PurchasesTest, MarketIsWhatStandsBehindTheFirstPoint) {
+  user().buyShares(u"ABC.AX", m_today, 1, 1, 0, u"");
+  m_interaction.answerQuestion(false);
+  EXPECT_FALSE(user().buyShares(u"ABC.B.AX", m_today, 1, 1, 0, u""));
+}
+
+TEST_F(PurchasesTest, DeletingTakesParcelStockAndCashEntry) {
+  user().buyShares(u"ABC.AX", Date(2026, 2, 1), 100, 12.34, 30, u"");
+  EXPECT_TRUE(user().deleteBuyEvent(u"ABC.AX", Date(2026, 2, 1), 100));
+  std::size_t index = 0;
+  EXPECT_EQ(user().findHeldShare(u"ABC.AX", index), nullptr);
+  EXPECT_EQ(numCashEntries(), 0u);
+}
+
+TEST_F(PurchasesTest, DeletingTakesTheFirstOfTwinParcels) {
+  user().buyShares(u"ABC.AX", m_today, 10, 1, 0, u"one");
+  user().buyShares(u"ABC.AX", m_today, 10, 2, 0, u"two");
+  EXPECT_TRUE(user().deleteBuyEvent(u"ABC.AX", m_today, 10));
+  ASSERT_EQ(numParcels(u"ABC.AX"), 1u);
+  EXPECT_EQ(textValue(parcel(u"ABC.AX"), u"Comment"), String(u"two"));
+  ASSERT_EQ(numCashEntries(), 1u);
+  EXPECT_EQ(cashEntryText(0), String(u"3/3/2026 2 20.00 BUY 10.00 of ABC.AX @ 2.0000"));
+}
+
+TEST_F(PurchasesTest, DeletingMatchesTheAdjustedNumberAndTheCostAsBought) {
+  user().buyShares(u"ABC.AX", Date(2026, 1, 1), 100, 10, 30, u"");
+  addAdjustment(parcel(u"ABC.AX"), Date(2026, 2, 1), 2);
+  EXPECT_FALSE(user().deleteBuyEvent(u"ABC.AX", Date(2026, 1, 1), 100));
+  EXPECT_EQ(numParcels(u"ABC.AX"), 1u);
+  EXPECT_TRUE(user().deleteBuyEvent(u"ABC.AX", Date(2026, 1, 1), 200));
+  EXPECT_EQ(numCashEntries(), 0u);
+}
+
+TEST_F(PurchasesTest, DeletingWhatIsNotThereDoesNothing) {
+  EXPECT_FALSE(user().deleteBuyEvent(u"ABC.AX", m_today, 1));
+  user().buyShares(u"ABC.AX", m_today, 10, 1, 0, u"");
+  const String before = encodedPortfolio();
+  EXPECT_FALSE(user().deleteBuyEvent(u"ABC.AX", m_today, 11));
+  EXPECT_FALSE(user().deleteBuyEvent(u"ABC.AX", Date(2026, 3, 2), 10));
+  EXPECT_EQ(encodedPortfolio(), before);
+}
+
+TEST_F(PurchasesTest, DeletingWithoutItsCashEntryIsToldAndDeletesTheParcel) {
+  user().addBuyEvent(u"ABC.AX", m_today, 10, 1, 0, u"");
+  user().debitCash(m_today, 10, CASH_EVENT_DEBIT, u"BUY 10.00 of XYZ.AX @ 1.0000");
+  user().creditCash(m_today, 10, CASH_EVENT_CREDIT, u"BUY 10.00 of ABC.AX @ 1.0000");
+  EXPECT_FALSE(user().deleteBuyEvent(u"ABC.AX", m_today, 10));
+  EXPECT_EQ(numParcels(u"ABC.AX"), 0u);
+  EXPECT_EQ(numCashEntries(), 2u);
+}
+
+TEST_F(PurchasesTest, DeletingMayBeGivenTheCodeOfTheRecordItself) {
+  user().buyShares(u"ABC.AX", m_today, 10, 1, 0, u"");
+  std::size_t index = 0;
+  const String& code = textValue(*user().findHeldShare(u"ABC.AX", index), u"Code");
+  EXPECT_TRUE(user().deleteBuyEvent(code, m_today, 10));
+  EXPECT_EQ(numParcels(u"ABC.AX"), 0u);
+}
+
+TEST_F(PurchasesTest, EditingCarriesTheCashEntryAlong) {
+  user().buyShares(u"ABC.AX", Date(2026, 2, 1), 100, 12.34, 30, u"old");
+  EXPECT_TRUE(
+      user().editBuyEvent(parcel(u"ABC.AX"), Date(2026, 2, 5), 50, 10.5, 20, u"new", 1264, Date(2026, 2, 1)));
+  const XMLElement& event = parcel(u"ABC.AX");
+  EXPECT_EQ(textValue(event, u"BuyDate"), String(u"5/2/2026"));
+  EXPECT_EQ(textValue(event, u"NumHeld"), String(u"50.00"));
+  EXPECT_EQ(textValue(event, u"BuyPrice"), String(u"10.5000"));
+  EXPECT_EQ(textValue(event, u"Brokerage"), String(u"20.00"));
+  EXPECT_EQ(textValue(event, u"Comment"), String(u"new"));
+  EXPECT_EQ(cashEntryText(0), String(u"5/2/2026 2 545.00 BUY 50.00 of ABC.AX @ 10.5000"));
+}
+
+TEST_F(PurchasesTest, ACommentCannotBeClearedByAnEdit) {
+  user().buyShares(u"ABC.AX", m_today, 1, 1, 0, u"stays");
+  user().editBuyEvent(parcel(u"ABC.AX"), m_today, 1, 1, 0, u"", 1, m_today);
+  EXPECT_EQ(textValue(parcel(u"ABC.AX"), u"Comment"), String(u"stays"));
+}
+
+TEST_F(PurchasesTest, EditingWithAnotherOldCostLeavesTheCash) {
+  user().buyShares(u"ABC.AX", m_today, 10, 1, 0, u"");
+  const String before = cashEntryText(0);
+  EXPECT_FALSE(user().editBuyEvent(parcel(u"ABC.AX"), m_today, 20, 1, 0, u"", 11, m_today));
+  EXPECT_FALSE(user().editBuyEvent(parcel(u"ABC.AX"), m_today, 20, 1, 0, u"", 0, m_today));
+  EXPECT_EQ(cashEntryText(0), before);
+  EXPECT_EQ(textValue(parcel(u"ABC.AX"), u"NumHeld"), String(u"20.00"));
+}
+
+TEST_F(PurchasesTest, RemovingAStockLeavesItsCash) {
+  user().buyShares(u"ABC.AX", m_today, 10, 1, 0, u"");
+  user().buyShares(u"DEF.AX", m_today, 10, 1, 0, u"");
+  user().removeHeldShare(u"ABC.AX");
+  user().removeHeldShare(u"NONE.AX");
+  std::size_t index = 7;
+  EXPECT_EQ(user().findHeldShare(u"ABC.AX", index), nullptr);
+  EXPECT_NE(user().findHeldShare(u"DEF.AX", index), nullptr);
+  EXPECT_EQ(index, 0u);
+  EXPECT_EQ(numCashEntries(), 2u);
+}
+
+TEST_F(PurchasesTest, LimitsAreStoredAsTexts) {
+  user().buyShares(u"ABC.AX", m_today, 10, 1, 0, u"");
+  std::size_t index = 0;
+  XMLElement& stock = *user().findHeldShare(u"ABC.AX", index);
+  user().setMinMax(stock, 1.23456, 20);
+  user().setPortfolioMax(stock, 1000.005);
+  EXPECT_EQ(textValue(stock, u"MinPrice"), String(u"1.2346"));
+  EXPECT_EQ(textValue(stock, u"MaxPrice"), String(u"20.0000"));
+  EXPECT_EQ(textValue(stock, u"PortfolioMax"), String::fromDouble(1000.005, 2));
+}
+
+} // namespace
+} // namespace Tallymoor

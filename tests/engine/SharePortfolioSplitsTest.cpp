@@ -1,0 +1,226 @@
+#include "engine/EngineTest.h"
+#include "foundation/RunTimeSettings.h"
+
+namespace Tallymoor {
+namespace {
+
+class SplitsTest : public EngineTest {
+protected:
+  struct Amount {
+    double number = 0;
+    double price = 0;
+  };
+  Amount asOf(const XMLElement& event, const Date& date) {
+    Amount amount;
+    user().adjustedBuyEvent(event, date, amount.number, amount.price);
+    return amount;
+  }
+  Amount soldAsOf(const XMLElement& event, const Date& date) {
+    Amount amount;
+    user().adjustedSellEvent(event, date, amount.number, amount.price);
+    return amount;
+  }
+  static String adjustmentsOf(const XMLElement& event) {
+    String text;
+    for (std::size_t i = 0; i < event.numSubElements(u"Adjustments"); ++i) {
+      const XMLElement& adjustment = event.subElement(u"Adjustments", i);
+      text = text + textValue(adjustment, u"StartDate") + u' ' + textValue(adjustment, u"Factor") + u';';
+    }
+    return text;
+  }
+  std::vector<FakeUserInteraction::Call> splitQuestions() {
+    return m_interaction.calls(Kind::AskWholeNumber);
+  }
+
+  /// Two prices in a row for a stock bought well before.
+  void setJump(double before, double after) {
+    user().addBuyEvent(u"ABC.AX", Date(2026, 1, 1), 100, 10, 0, u"");
+    setPrice(u"ABC.AX", m_eve, before);
+    setPrice(u"ABC.AX", m_splitDay, after);
+  }
+
+  const Date m_eve{2026, 2, 9};
+  const Date m_splitDay{2026, 2, 10};
+};
+
+TEST_F(SplitsTest, AFactorCountsFromItsStartDate) {
+  XMLElement& event = user().addBuyEvent(u"ABC.AX", Date(2006, 3, 1), 100, 10, 0, u"");
+  addAdjustment(event, Date(2006, 3, 10), 2);
+  EXPECT_DOUBLE_EQ(asOf(event, Date(2006, 3, 9)).number, 100);
+  EXPECT_DOUBLE_EQ(asOf(event, Date(2006, 3, 9)).price, 10);
+  EXPECT_DOUBLE_EQ(asOf(event, Date(2006, 3, 10)).number, 200);
+  EXPECT_DOUBLE_EQ(asOf(event, Date(2006, 3, 10)).price, 5);
+  EXPECT_DOUBLE_EQ(asOf(event, Date(2016, 3, 10)).number, 200);
+}
+
+TEST_F(SplitsTest, FactorsMultiplyDivideOrLeaveAlone) {
+  XMLElement& event = user().addBuyEvent(u"ABC.AX", Date(2006, 3, 1), 100, 10, 0, u"");
+  addAdjustment(event, Date(2006, 3, 10), -4);
+  EXPECT_DOUBLE_EQ(asOf(event, Date(2006, 3, 10)).number, 25);
+  EXPECT_DOUBLE_EQ(asOf(event, Date(2006, 3, 10)).price, 40);
+  addAdjustment(event, Date(2006, 3, 11), 1);
+  addAdjustment(event, Date(2006, 3, 12), -1);
+  addAdjustment(event, Date(2006, 3, 13), 3);
+  EXPECT_DOUBLE_EQ(asOf(event, Date(2006, 3, 12)).number, 25);
+  EXPECT_DOUBLE_EQ(asOf(event, Date(2006, 3, 13)).number, 75);
+}
+
+TEST_F(SplitsTest, NumberOnlyLeavesThePriceAlone) {
+  XMLElement& event = user().addBuyEvent(u"ABC.AX", Date(2006, 3, 1), 100, 10, 0, u"");
+  double number = 0;
+  double price = -7;
+  user().adjustedBuyEvent(event, m_today, number, price, true);
+  EXPECT_DOUBLE_EQ(number, 100);
+  EXPECT_DOUBLE_EQ(price, -7);
+}
+
+TEST_F(SplitsTest, AParcelBoughtOnTheDayIsNotAdjusted) {
+  XMLElement& event = user().addBuyEvent(u"ABC.AX", Date(2006, 3, 10), 100, 10, 0, u"");
+  addAdjustment(event, Date(2006, 3, 10), 2);
+  EXPECT_DOUBLE_EQ(asOf(event, Date(2006, 3, 10)).number, 100);
+  EXPECT_DOUBLE_EQ(asOf(event, Date(2006, 3, 11)).number, 200);
+}
+
+TEST_F(SplitsTest, ASoldParcelIsAdjustedOnlyWhileItWasHeld) {
+  XMLElement& event = addSale(u"ABC.AX", Date(2006, 3, 1), Date(2006, 3, 20), 100, 10, 6);
+  addAdjustment(event, Date(2006, 3, 10), 2);
+  EXPECT_DOUBLE_EQ(soldAsOf(event, Date(2006, 3, 1)).number, 100);
+  EXPECT_DOUBLE_EQ(soldAsOf(event, Date(2006, 3, 9)).number, 100);
+  EXPECT_DOUBLE_EQ(soldAsOf(event, Date(2006, 3, 10)).number, 200);
+  EXPECT_DOUBLE_EQ(soldAsOf(event, Date(2006, 3, 19)).price, 5);
+  EXPECT_DOUBLE_EQ(soldAsOf(event, Date(2006, 3, 20)).number, 100);
+}
+
+TEST_F(SplitsTest, LooksForAdjustmentsOfAVeryDay) {
+  EXPECT_FALSE(user().hasHeldAdjustment(u"ABC.AX", m_splitDay));
+  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 1), 100, 10, 0, u"");
+  addAdjustment(parcel(u"ABC.AX"), m_splitDay, 2);
+  EXPECT_TRUE(user().hasHeldAdjustment(u"ABC.AX", m_splitDay));
+  EXPECT_FALSE(user().hasHeldAdjustment(u"ABC.AX", m_eve));
+  EXPECT_FALSE(user().hasSoldAdjustment(u"ABC.AX", m_splitDay));
+  addAdjustment(addSale(u"ABC.AX", Date(2026, 1, 1), m_today, 1, 1, 1), m_eve, 2);
+  EXPECT_TRUE(user().hasSoldAdjustment(u"ABC.AX", m_eve));
+  EXPECT_FALSE(user().hasSoldAdjustment(u"ABC.AX", m_splitDay));
+}
+
+TEST_F(SplitsTest, AFallByMoreThanHalfIsPutToTheUser) {
+  setJump(10.00, 4.90);
+  m_interaction.answerWholeNumber(2);
+  EXPECT_DOUBLE_EQ(user().priceWithSplitCheck(u"ABC.AX", m_splitDay), 4.9);
+  const auto questions = splitQuestions();
+  ASSERT_EQ(questions.size(), 1u);
+  EXPECT_EQ(questions[0].title, String(u"Possible share split"));
+  EXPECT_EQ(
+      questions[0].text,
+      u"A possible share split was detected for the stock\nwith code ABC.AX around the day of \n" +
+          m_splitDay.toString(DATE_DISPLAY_LOCAL) +
+          u" at a value of 2:1.\nPlease confirm the share split ratio, or press cancel\nif this was just "
+          u"stock value movement.");
+  EXPECT_EQ(questions[0].initial, 2);
+  EXPECT_EQ(questions[0].minimum, 1);
+  EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX")), String(u"10/2/2026 2;"));
+}
+
+TEST_F(SplitsTest, AFallByHalfExactlyIsNotASplit) {
+  setJump(10.00, 5.00);
+  EXPECT_DOUBLE_EQ(user().priceWithSplitCheck(u"ABC.AX", m_splitDay), 5);
+  EXPECT_TRUE(splitQuestions().empty());
+  EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX")), String());
+}
+
+TEST_F(SplitsTest, ARiseByMoreThanDoubleIsPutToTheUserAsAMerge) {
+  setJump(2.00, 7.00);
+  m_interaction.answerWholeNumber(3);
+  EXPECT_DOUBLE_EQ(user().priceWithSplitCheck(u"ABC.AX", m_splitDay), 7);
+  const auto questions = splitQuestions();
+  ASSERT_EQ(questions.size(), 1u);
+  EXPECT_EQ(questions[0].title, String(u"Possible reverse share split (share merge)"));
+  EXPECT_EQ(
+      questions[0].text,
+      u"A possible reverse share split was detected for the stock\nwith code ABC.AX around the day of \n" +
+          m_splitDay.toString(DATE_DISPLAY_LOCAL) +
+          u" at a value of 4:1.\nPlease confirm the reverse split ratio, or press cancel\nif this was just "
+          u"stock value movement.");
+  EXPECT_EQ(questions[0].initial, 4); // 3.5 and a half, cut off
+  EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX")), String(u"10/2/2026 -3;"));
+}
+
+TEST_F(SplitsTest, ARiseToDoubleExactlyIsNotAMerge) {
+  setJump(2.00, 4.00);
+  user().priceWithSplitCheck(u"ABC.AX", m_splitDay);
+  EXPECT_TRUE(splitQuestions().empty());
+}
+
+TEST_F(SplitsTest, ThresholdsAreSettings) {
+  setJump(10.00, 5.00);
+  splitRatioDetect = 1.5;
+  m_interaction.answerWholeNumber(std::nullopt);
+  user().priceWithSplitCheck(u"ABC.AX", m_splitDay);
+  EXPECT_EQ(splitQuestions().size(), 1u);
+  EXPECT_EQ(splitQuestions()[0].initial, 2);
+}
+
+TEST_F(SplitsTest, ACancelIsRecordedAndNotAskedAgain) {
+  setJump(10.00, 4.00);
+  m_interaction.answerWholeNumber(std::nullopt);
+  user().priceWithSplitCheck(u"ABC.AX", m_splitDay);
+  EXPECT_EQ(splitQuestions()[0].initial, 3);
+  EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX")), String(u"10/2/2026 1;"));
+  EXPECT_DOUBLE_EQ(user().priceWithSplitCheck(u"ABC.AX", m_splitDay), 4);
+  EXPECT_EQ(splitQuestions().size(), 1u);
+}
+
+TEST_F(SplitsTest, ACancelledMergeIsRecordedAsMinusOne) {
+  setJump(1.00, 4.00);
+  m_interaction.answerWholeNumber(std::nullopt);
+  user().priceWithSplitCheck(u"ABC.AX", m_splitDay);
+  EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX")), String(u"10/2/2026 -1;"));
+  user().priceWithSplitCheck(u"ABC.AX", m_splitDay);
+  EXPECT_EQ(splitQuestions().size(), 1u);
+}
+
+TEST_F(SplitsTest, TheAnswerGoesToWhatWasHeldAcrossTheDay) {
+  setJump(10.00, 4.90);
+  user().addBuyEvent(u"ABC.AX", m_splitDay, 1, 1, 0, u"");
+  addSale(u"ABC.AX", Date(2026, 1, 1), m_today, 1, 1, 1);
+  addSale(u"ABC.AX", Date(2026, 1, 1), m_splitDay, 1, 1, 1);
+  addSale(u"ABC.AX", m_splitDay, m_today, 1, 1, 1);
+  m_interaction.answerWholeNumber(2);
+  user().priceWithSplitCheck(u"ABC.AX", m_splitDay);
+  EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX", 0)), String(u"10/2/2026 2;"));
+  EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX", 1)), String());
+  EXPECT_EQ(adjustmentsOf(sale(u"ABC.AX", 0)), String(u"10/2/2026 2;"));
+  EXPECT_EQ(adjustmentsOf(sale(u"ABC.AX", 1)), String());
+  EXPECT_EQ(adjustmentsOf(sale(u"ABC.AX", 2)), String());
+}
+
+TEST_F(SplitsTest, AnAdjustmentOfTheDayIsOverwritten) {
+  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 1), 100, 10, 0, u"");
+  user().recordAdjustment(u"ABC.AX", m_splitDay, 2, false);
+  user().recordAdjustment(u"ABC.AX", m_today, 5, false);
+  user().recordAdjustment(u"ABC.AX", m_splitDay, 3, true);
+  EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX")), String(u"10/2/2026 -3;3/3/2026 5;"));
+}
+
+TEST_F(SplitsTest, AnyAdjustmentOfAParcelCountsAsItsAnswer) {
+  setJump(10.00, 4.90);
+  EXPECT_FALSE(user().isAdjusted(u"ABC.AX", m_splitDay));
+  EXPECT_TRUE(user().isAdjusted(u"ABC.AX", Date(2026, 1, 1)));
+  addAdjustment(parcel(u"ABC.AX"), Date(2026, 1, 5), 2);
+  EXPECT_TRUE(user().isAdjusted(u"ABC.AX", m_splitDay));
+  user().priceWithSplitCheck(u"ABC.AX", m_splitDay);
+  EXPECT_TRUE(splitQuestions().empty());
+
+  addSale(u"ABC.AX", Date(2026, 1, 1), m_today, 1, 1, 1);
+  EXPECT_FALSE(user().isAdjusted(u"ABC.AX", m_splitDay));
+}
+
+TEST_F(SplitsTest, ABackgroundPassDoesNotAsk) {
+  setJump(10.00, 4.90);
+  const BackgroundPassScope pass;
+  EXPECT_DOUBLE_EQ(user().priceWithSplitCheck(u"ABC.AX", m_splitDay), 4.9);
+  EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX")), String());
+}
+
+} // namespace
+} // namespace Tallymoor
