@@ -1,9 +1,11 @@
 #pragma once
 #include "foundation/Date.h"
 #include "widgets/GUIPanel.h"
+#include <memory>
 
 namespace Tallymoor {
 
+class FormIcons;
 class FormRows;
 class FormTextField;
 class NumberField;
@@ -15,6 +17,7 @@ public:
   enum { ID_CHOOSE_DATE = GUIPanel::ID_LAST, ID_SEARCH_CODE, ID_CODE, ID_LAST };
 
   explicit BuySharesPanel(FXComposite* parent);
+  ~BuySharesPanel() override;
 
   /// Every field to its initial value: today, the default brokerage, and for a code the price that is known
   /// of it.
@@ -24,6 +27,8 @@ public:
                     const String& comments);
 
   bool validate() override;
+  /// Puts the cursor into the first field that takes typing.
+  void focusFirstField();
 
   /// Without blanks around it.
   String code() const;
@@ -41,18 +46,18 @@ public:
   long onCodeTyped(FXObject*, FXSelector, void*);
 
 protected:
-  BuySharesPanel() {}
+  BuySharesPanel();
 
 private:
   void buildStockRows(FormRows& rows);
-  void buildAmountRows(FormRows& rows);
-  void buildDateRow(FormRows& rows);
+  void buildPurchaseRows(FormRows& rows);
+  void showFoundStock(const String& code, const String& name);
   bool checkNumbers() const;
   bool checkBrokerage() const;
   bool checkCode() const;
 
+  std::unique_ptr<FormIcons> m_icons;
   FormTextField* m_code = nullptr;
-  FXButton* m_search = nullptr;
   FormTextField* m_name = nullptr;
   NumberField* m_number = nullptr;
   NumberField* m_price = nullptr;

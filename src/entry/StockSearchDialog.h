@@ -5,7 +5,7 @@
 
 namespace Tallymoor {
 
-class Table;
+class StockSearchTable;
 
 /// Asks the data source for stocks or indexes that match a text, and lets the user choose one of the answers.
 class StockSearchDialog : public Dialog {
@@ -23,18 +23,16 @@ public:
   bool validate() override;
 
   /// Null when nothing was found.
-  Table* table() const { return m_table; }
+  StockSearchTable* table() const { return m_table; }
 
 protected:
   StockSearchDialog() {}
 
 private:
   void buildTable(const String& text);
-  void selectBestRow(const String& text);
-  void sizeTable();
 
   std::vector<CodeSearchResult> m_results; ///< the table's rows point into it
-  Table* m_table = nullptr;
+  StockSearchTable* m_table = nullptr;
   String m_code;
   String m_name;
 };

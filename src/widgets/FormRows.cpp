@@ -29,11 +29,11 @@ NumberField* FormRows::addNumber(const String& label, int decimals, FXObject* ta
   return new NumberField(addRow(label), decimals, columns, target, selector);
 }
 
-FormTextField* FormRows::addTextWithButton(const String& label, const String& caption, const String& tip,
+FormTextField* FormRows::addTextWithButton(const String& label, FXIcon* icon, const String& tip,
                                            FXObject* target, FXSelector buttonSelector) {
   FormTextField* field = addText(label);
-  new FXButton(m_rows.back(), labelText(caption) + toFox(tip), nullptr, target, buttonSelector,
-               BUTTON_NORMAL | LAYOUT_CENTER_Y | LAYOUT_FILL_Y);
+  new FXButton(m_rows.back(), toFox(tip), icon, target, buttonSelector,
+               FRAME_RAISED | FRAME_THICK | LAYOUT_CENTER_Y | LAYOUT_FILL_Y, 0, 0, 0, 0, 3, 3, 0, 0);
   return field;
 }
 

@@ -21,10 +21,10 @@ public:
   FormTextField* addReadOnly(const String& label);
   NumberField* addNumber(const String& label, int decimals, FXObject* target = nullptr,
                          FXSelector selector = 0);
-  /// A field with a small button beside it; the tip is "\ttip\thelp" as the toolkit has it, the caption what
-  /// it shows.
-  FormTextField* addTextWithButton(const String& label, const String& caption, const String& tip,
-                                   FXObject* target, FXSelector buttonSelector);
+  /// A field with a small button beside it; the icon is the caller's, the tip is "\ttip\thelp" as the toolkit
+  /// has it.
+  FormTextField* addTextWithButton(const String& label, FXIcon* icon, const String& tip, FXObject* target,
+                                   FXSelector buttonSelector);
   /// A group box with a text of several lines, at least 400 wide.
   FXText* addNotes(const String& title);
 
