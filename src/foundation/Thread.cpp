@@ -8,10 +8,6 @@ Thread::Thread(std::uint32_t period, bool deleteWhenDone, std::uint32_t startDel
     : m_period(period), m_startDelay(startDelay), m_deleteWhenDone(deleteWhenDone) {}
 
 Thread::~Thread() {
-  if (m_thread.joinable() && m_thread.get_id() == std::this_thread::get_id()) {
-    m_thread.detach(); // it deletes itself at its end
-    return;
-  }
   stop();
   join();
 }
@@ -61,7 +57,9 @@ void Thread::join() {
     const std::lock_guard lock(m_stateMutex);
     ending = std::move(m_thread);
   }
-  if (ending.joinable())
+  if (ending.get_id() == std::this_thread::get_id())
+    ending.detach(); // it deletes itself at its end
+  else if (ending.joinable())
     ending.join();
 }
 

@@ -24,8 +24,8 @@ public:
   void stop();
   /// Makes a pass happen now; a finished thread is started anew.
   void wakeUp();
-  /// Waits for the end of a thread that was told to stop, or that makes one pass. Never call it on the thread
-  /// itself.
+  /// Waits for the end of a thread that was told to stop, or that makes one pass. On the thread
+  /// itself, where only an object that deletes itself calls it, it waits for nothing.
   void join();
   bool isRunning() const;
 

@@ -1,0 +1,257 @@
+#include "foundation/FileReplacement.h"
+#include "foundation/Exception.h"
+#include "foundation/FileOperations.h"
+#include "support/TestProfile.h"
+#include <cerrno>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <ostream>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace Tallymoor {
+namespace {
+
+size_t bytesUntilFailure = 0;
+int writeCalls = 0;
+
+ssize_t writeUntilFull(int file, const void* bytes, size_t count) {
+  if (bytesUntilFailure == 0) {
+    errno = ENOSPC;
+    return -1;
+  }
+  const ssize_t written = ::write(file, bytes, std::min(count, bytesUntilFailure));
+  bytesUntilFailure -= static_cast<size_t>(written);
+  return written;
+}
+
+ssize_t writeInterruptedAndShort(int file, const void* bytes, size_t count) {
+  if (++writeCalls % 2) {
+    errno = EINTR;
+    return -1;
+  }
+  return ::write(file, bytes, std::min<size_t>(count, 7));
+}
+
+ssize_t writeAndDie(int file, const void* bytes, size_t count) {
+  if (::write(file, bytes, count / 2) >= 0)
+    ::_exit(9);
+  return -1;
+}
+
+int failSync(int) {
+  errno = EIO;
+  return -1;
+}
+
+int syncCalls = 0;
+
+int interruptedSync(int file) {
+  if (++syncCalls == 1) {
+    errno = EINTR;
+    return -1;
+  }
+  return ::fsync(file);
+}
+
+int failRename(const char*, const char*) {
+  errno = EXDEV;
+  return -1;
+}
+
+class FileReplacementTest : public testing::Test {
+protected:
+  FileReplacementTest() { TestProfile::writeFile(path, "old"); }
+  ~FileReplacementTest() override { FileOperations::current() = FileOperations::system(); }
+
+  void write(const std::string& content) {
+    replaceFile(path, [&](std::ostream& out) { out << content; });
+  }
+  /// What a failed writing says; the old file must stand, alone in its folder.
+  String failure(const std::string& content) {
+    String message = u"(written)";
+    try {
+      write(content);
+    } catch (const Exception& e) {
+      message = e.message();
+    }
+    FileOperations::current() = FileOperations::system();
+    EXPECT_EQ(TestProfile::readFile(path), "old");
+    EXPECT_EQ(filesInFolder(), 1);
+    return message;
+  }
+  int filesInFolder() {
+    const std::filesystem::directory_iterator files(profile.folder() + "/files");
+    return static_cast<int>(std::distance(begin(files), end(files)));
+  }
+
+  TestProfile profile;
+  const String path = profile.path("files/Portfolios.xml");
+};
+
+TEST_F(FileReplacementTest, ReplacesTheContentAndLeavesNothingBeside) {
+  write("new");
+  EXPECT_EQ(TestProfile::readFile(path), "new");
+  EXPECT_EQ(filesInFolder(), 1);
+  removeFile(path);
+  write("first");
+  EXPECT_EQ(TestProfile::readFile(path), "first");
+}
+
+TEST_F(FileReplacementTest, LargeContentSurvivesInterruptionsAndShortWrites) {
+  std::string content;
+  for (int i = 0; i < 40000; ++i)
+    content += std::to_string(i) + " ";
+  write(content);
+  EXPECT_EQ(TestProfile::readFile(path), content);
+  FileOperations::current().write = writeInterruptedAndShort;
+  FileOperations::current().sync = interruptedSync;
+  syncCalls = 0;
+  content += "more";
+  write(content);
+  EXPECT_EQ(TestProfile::readFile(path), content);
+  EXPECT_GT(syncCalls, 1);
+}
+
+TEST_F(FileReplacementTest, AFullDiskLeavesTheOldFileWhateverItsMoment) {
+  const std::string content(200000, 'x');
+  for (const size_t bytes : {0, 1, 1000, 65535, 65536, 65537, 199999}) {
+    bytesUntilFailure = bytes;
+    FileOperations::current().write = writeUntilFull;
+    EXPECT_EQ(failure(content), u"replaceFile - cannot write " + path + u": No space left on device")
+        << bytes;
+  }
+}
+
+TEST_F(FileReplacementTest, FailuresOfFlushingAndRenamingAreTold) {
+  FileOperations::current().sync = failSync;
+  EXPECT_EQ(failure("new"), u"replaceFile - cannot flush " + path + u": Input/output error");
+  FileOperations::current().rename = failRename;
+  EXPECT_EQ(failure("new"), u"replaceFile - cannot replace " + path + u": Invalid cross-device link");
+}
+
+TEST_F(FileReplacementTest, AFolderThatIsNotThereIsTold) {
+  const String nowhere = profile.path("nowhere/file");
+  try {
+    replaceFile(nowhere, [](std::ostream&) {});
+    FAIL();
+  } catch (const Exception& e) {
+    EXPECT_EQ(e.message(), u"replaceFile - cannot create " + nowhere + u": No such file or directory");
+  }
+}
+
+TEST_F(FileReplacementTest, AFailureOfTheWriterPassesThrough) {
+  EXPECT_THROW(replaceFile(path,
+                           [](std::ostream& out) {
+                             out << "half";
+                             throw XMLException(u"no value");
+                           }),
+               XMLException);
+  EXPECT_EQ(TestProfile::readFile(path), "old");
+  EXPECT_EQ(filesInFolder(), 1);
+}
+
+TEST_F(FileReplacementTest, TheCheckSeesTheFinishedTemporaryAndMayRefuseIt) {
+  std::string seen;
+  const auto refuse = [&](const String& temporary) {
+    seen = TestProfile::readFile(temporary);
+    EXPECT_EQ(TestProfile::readFile(path), "old");
+    throw XMLException(u"does not decode");
+  };
+  EXPECT_THROW(replaceFile(
+                   path, [](std::ostream& out) { out << "new"; }, refuse),
+               XMLException);
+  EXPECT_EQ(seen, "new");
+  EXPECT_EQ(TestProfile::readFile(path), "old");
+  EXPECT_EQ(filesInFolder(), 1);
+}
+
+TEST_F(FileReplacementTest, AWriterThatIsKilledLeavesTheOldFile) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    FileOperations::current().write = writeAndDie;
+    replaceFile(path, [](std::ostream& out) { out << "new content"; });
+    ::_exit(0);
+  }
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  ASSERT_TRUE(WIFEXITED(status));
+  ASSERT_EQ(WEXITSTATUS(status), 9);
+  EXPECT_EQ(TestProfile::readFile(path), "old");
+  EXPECT_EQ(filesInFolder(), 2);
+  TestProfile::writeFile(profile.path("files/.tallymoor-notes"), "the user's");
+  removeLeftoverTemporaries(profile.path("files"));
+  EXPECT_EQ(filesInFolder(), 2);
+  EXPECT_EQ(TestProfile::readFile(path), "old");
+  removeLeftoverTemporaries(profile.path("no such folder"));
+}
+
+TEST_F(FileReplacementTest, AccessRightsAndLinksStay) {
+  const std::string file = path.toUTF8();
+  ASSERT_EQ(::chmod(file.c_str(), 0640), 0);
+  const String link = profile.path("link.xml");
+  std::filesystem::create_symlink(file, link.toUTF8());
+  replaceFile(link, [](std::ostream& out) { out << "through the link"; });
+  EXPECT_TRUE(std::filesystem::is_symlink(link.toUTF8()));
+  EXPECT_EQ(TestProfile::readFile(path), "through the link");
+  struct stat info {};
+  ASSERT_EQ(::stat(file.c_str(), &info), 0);
+  EXPECT_EQ(info.st_mode & 0777, 0640u);
+}
+
+TEST_F(FileReplacementTest, ALongNameFits) {
+  const String name = profile.path("files/" + std::string(255, 'n'));
+  replaceFile(name, [](std::ostream& out) { out << "long"; });
+  EXPECT_EQ(TestProfile::readFile(name), "long");
+}
+
+TEST_F(FileReplacementTest, Copies) {
+  const String copy = profile.path("files/copy");
+  std::string content(100000, 'c');
+  write(content);
+  EXPECT_TRUE(copyFileReplacing(path, copy));
+  EXPECT_EQ(TestProfile::readFile(copy), content);
+  EXPECT_FALSE(copyFileReplacing(profile.path("none"), copy));
+  EXPECT_EQ(TestProfile::readFile(copy), content);
+  EXPECT_THROW(copyFileReplacing(profile.path("files"), copy), Exception);
+  EXPECT_EQ(TestProfile::readFile(copy), content);
+}
+
+TEST_F(FileReplacementTest, Presence) {
+  EXPECT_EQ(filePresence(path), FilePresence::RegularFile);
+  EXPECT_EQ(filePresence(profile.path("none")), FilePresence::Missing);
+  EXPECT_EQ(filePresence(profile.path("no folder/none")), FilePresence::Missing);
+  EXPECT_EQ(filePresence(profile.path("files")), FilePresence::Unusable);
+  EXPECT_EQ(filePresence(path + u"/below a file"), FilePresence::Unusable);
+  std::filesystem::create_symlink("/nowhere/at/all", profile.path("dangling").toUTF8());
+  EXPECT_EQ(filePresence(profile.path("dangling")), FilePresence::Unusable);
+  std::filesystem::create_symlink(path.toUTF8(), profile.path("link").toUTF8());
+  EXPECT_EQ(filePresence(profile.path("link")), FilePresence::RegularFile);
+}
+
+TEST_F(FileReplacementTest, Removal) {
+  EXPECT_TRUE(removeFile(path));
+  EXPECT_FALSE(removeFile(path));
+  const String folder = profile.path("files");
+  try {
+    removeFile(folder);
+    FAIL();
+  } catch (const Exception& e) {
+    EXPECT_TRUE(e.message().startsWith(u"removeFile - cannot remove " + folder + u": "))
+        << e.message().toUTF8();
+  }
+}
+
+TEST(FileNameTest, CodesAsFileNames) {
+  EXPECT_EQ(fileNameFor(u"ABC.AX"), u"ABC.AX");
+  EXPECT_EQ(fileNameFor(u"^AXJO"), u"^AXJO");
+  EXPECT_EQ(fileNameFor(u"GC=F"), u"GC=F");
+  EXPECT_EQ(fileNameFor(u"../x"), u"..%2Fx");
+  EXPECT_EQ(fileNameFor(u"a%2Fb"), u"a%252Fb");
+  EXPECT_EQ(fileNameFor(String(u"a\0\n\u007F", 4)), u"a%00%0A%7F");
+  EXPECT_EQ(fileNameFor(u"caf\u00E9"), u"caf\u00E9");
+}
+
+} // namespace
+} // namespace Tallymoor

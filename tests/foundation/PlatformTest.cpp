@@ -1,0 +1,63 @@
+#include "foundation/Platform.h"
+#include "foundation/Constants.h"
+#include "foundation/Exception.h"
+#include "foundation/LinuxPlatform.h"
+#include "support/TestProfile.h"
+#include <filesystem>
+#include <gtest/gtest.h>
+
+namespace Tallymoor {
+namespace {
+
+class PlatformTest : public testing::Test {
+protected:
+  void writeDefault(const std::string& name, const std::string& content) {
+    TestProfile::writeFile(String((profile.defaultsFolder() + "/" + name).c_str()), content);
+  }
+  TestProfile profile;
+};
+
+TEST_F(PlatformTest, TheInstanceStaysUntilATestPutsAnotherInItsPlace) {
+  Platform& first = Platform::Instance();
+  EXPECT_EQ(&first, &Platform::Instance());
+  auto other = std::make_unique<LinuxPlatform>();
+  Platform* expected = other.get();
+  Platform::setInstance(std::move(other));
+  EXPECT_EQ(&Platform::Instance(), expected);
+  Platform::setInstance(nullptr);
+  EXPECT_NE(dynamic_cast<LinuxPlatform*>(&Platform::Instance()), nullptr);
+}
+
+TEST_F(PlatformTest, MissingDefaultsAreCopied) {
+  writeDefault("Config/CountryConfig.xml", "countries");
+  writeDefault("Config/CurrentPriceLocators.xml", "locators");
+  writeDefault("Report/Tallymoor Report.xsl", "style");
+  installMissingDefaults(Platform::Instance(), APP_NAME);
+  EXPECT_EQ(TestProfile::readFile(profile.configFolder() + u"CountryConfig.xml"), "countries");
+  EXPECT_EQ(TestProfile::readFile(profile.configFolder() + u"CurrentPriceLocators.xml"), "locators");
+  EXPECT_EQ(TestProfile::readFile(profile.reportFolder() + u"Tallymoor Report.xsl"), "style");
+}
+
+TEST_F(PlatformTest, ADocumentThatIsThereIsNeverTouched) {
+  writeDefault("Config/CountryConfig.xml", "new");
+  writeDefault("Config/Dangling.xml", "new");
+  TestProfile::writeFile(profile.configFolder() + u"CountryConfig.xml", "the user's own");
+  std::filesystem::create_symlink("/nowhere/at/all", (profile.configFolder() + u"Dangling.xml").toUTF8());
+  installMissingDefaults(Platform::Instance(), APP_NAME);
+  EXPECT_EQ(TestProfile::readFile(profile.configFolder() + u"CountryConfig.xml"), "the user's own");
+  EXPECT_TRUE(std::filesystem::is_symlink((profile.configFolder() + u"Dangling.xml").toUTF8()));
+}
+
+TEST_F(PlatformTest, AnInstallationWithoutDefaultsIsNoFailure) {
+  installMissingDefaults(Platform::Instance(), APP_NAME);
+  EXPECT_TRUE(std::filesystem::is_empty(profile.configFolder().toUTF8()));
+}
+
+TEST_F(PlatformTest, DefaultsThatCannotBeWrittenAreTold) {
+  writeDefault("Config/CountryConfig.xml", "countries");
+  std::filesystem::remove(profile.configFolder().toUTF8());
+  EXPECT_THROW(installMissingDefaults(Platform::Instance(), APP_NAME), Exception);
+}
+
+} // namespace
+} // namespace Tallymoor

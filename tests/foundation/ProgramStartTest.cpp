@@ -1,0 +1,65 @@
+#include "foundation/ProgramStart.h"
+#include "support/TestProfile.h"
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Tallymoor {
+namespace {
+
+class ProgramStartTest : public testing::Test {
+protected:
+  /// A script that writes what it was given into a pipe which the test reads to its end: no waiting for time.
+  std::string script(const std::string& body) {
+    const String path = profile.path("bin/program");
+    TestProfile::writeFile(path, "#!/bin/sh\n" + body);
+    ::chmod(path.toUTF8().c_str(), 0755);
+    ::chmod(profile.path("bin").toUTF8().c_str(), 0755);
+    return path.toUTF8();
+  }
+  std::string pipePath() {
+    const std::string path = profile.folder() + "/pipe";
+    EXPECT_EQ(::mkfifo(path.c_str(), 0600), 0);
+    return path;
+  }
+  static std::string readToEnd(const std::string& path) {
+    const int file = ::open(path.c_str(), O_RDONLY);
+    std::string text;
+    char c = 0;
+    while (::read(file, &c, 1) == 1)
+      text.push_back(c);
+    ::close(file);
+    return text;
+  }
+
+  TestProfile profile;
+};
+
+TEST_F(ProgramStartTest, ArgumentsReachTheProgramWithoutAShell) {
+  const std::string pipe = pipePath();
+  ASSERT_TRUE(startProgram(script("printf '%s|' \"$@\" > " + pipe + "\n"), {"a b", "$(id)", ";x"}));
+  EXPECT_EQ(readToEnd(pipe), "a b|$(id)|;x|");
+}
+
+TEST_F(ProgramStartTest, TellsWhenAProgramCannotBeStarted) {
+  EXPECT_FALSE(startProgram(profile.folder() + "/none", {}));
+  EXPECT_FALSE(startProgram("no-such-program-anywhere", {}));
+  TestProfile::writeFile(profile.path("plain"), "text");
+  EXPECT_FALSE(startProgram(profile.folder() + "/plain", {}));
+}
+
+TEST_F(ProgramStartTest, TrustsOnlyWhatNobodyElseCanWrite) {
+  const std::string program = script("exit 0\n");
+  EXPECT_TRUE(isTrustedProgram(program));
+  ASSERT_EQ(::chmod(program.c_str(), 0775), 0);
+  EXPECT_FALSE(isTrustedProgram(program));
+  ASSERT_EQ(::chmod(program.c_str(), 0755), 0);
+  ASSERT_EQ(::chmod((profile.folder() + "/bin").c_str(), 0777), 0);
+  EXPECT_FALSE(isTrustedProgram(program));
+  EXPECT_FALSE(isTrustedProgram(profile.folder() + "/bin"));
+  EXPECT_FALSE(isTrustedProgram(profile.folder() + "/none"));
+}
+
+} // namespace
+} // namespace Tallymoor
