@@ -1,0 +1,356 @@
+#include "foundation/RunTimeSettings.h"
+#include "market/GatewayTest.h"
+#include "support/TestHttpServer.h"
+
+namespace Tallymoor {
+namespace {
+
+// What happens when a fetch fails: what is asked, what the answers do, and what reaches the caller.
+
+class TallymoorInternetFailureTest : public GatewayTest {
+protected:
+  String accessQuestion(const Date& start, const Date& end) const {
+    return u"There was a problem accessing the internet for code\nABC.AX between " + local(start) + u" and " +
+           local(end) + u". \nDo you want to retry?";
+  }
+  String parseQuestion(const Date& start, const Date& end) const {
+    return u"There was a problem parsing the HTML data for code\nABC.AX between " + local(start) + u" and " +
+           local(end) + u".\nYou may need an update to support new internet data,\nDo you want to retry?";
+  }
+
+  const String m_quoteQuestion = u"There was a problem accessing the internet to get the current price for\n"
+                                 u"ABC.AX. \nDo you want to retry?";
+  const String m_searchQuestion =
+      u"There was a problem accessing the internet to search for\nsoup. \nDo you want to retry?";
+  const String m_delistedQuestion =
+      u"Tallymoor cannot find any internet data for the code\nABC.AX. It may be delisted. \n"
+      u"Do you want to treat this share as delisted to avoid price queries?";
+  // Of a request up to the Friday with the exchange's 200 days a page, which are 280 calendar days.
+  const Date m_start{2006, 2, 3};
+};
+
+// --- Current prices
+// -----------------------------------------------------------------------------------------------
+
+TEST_F(TallymoorInternetFailureTest, NoCurrentPriceOffline) {
+  gateway().goOffline();
+  EXPECT_EQ(failureOf<HTTPException>([&] { gateway().currentPrice(m_code, true, false); }),
+            String(u"TallymoorInternet::currentPrice - internet offline."));
+  EXPECT_TRUE(questions().empty());
+}
+
+TEST_F(TallymoorInternetFailureTest, ARefusedQuoteAsksTwiceAndFails) {
+  m_market.refuse(Page::Quote, 404);
+  m_user.answerQuestion(false);
+  m_user.answerQuestion(false);
+  try {
+    gateway().currentPrice(m_code, false, false);
+    ADD_FAILURE();
+  } catch (const HTTPException& failure) {
+    EXPECT_EQ(failure.code(), 404u);
+  }
+  EXPECT_EQ(questions(), (std::vector<String>{m_quoteQuestion, OFFLINE_QUESTION}));
+  EXPECT_TRUE(gateway().isOnline());
+}
+
+TEST_F(TallymoorInternetFailureTest, TheUserMayGoOfflineAfterARefusedQuote) {
+  m_market.refuse(Page::Quote, 500);
+  m_user.answerQuestion(false);
+  m_user.answerQuestion(true);
+  EXPECT_THROW(gateway().currentPrice(m_code, false, false), HTTPException);
+  EXPECT_FALSE(gateway().isOnline());
+}
+
+TEST_F(TallymoorInternetFailureTest, EachRetryOfAQuoteIsAWholeTry) {
+  m_market.setCurrentPrice(m_code, 12.34);
+  m_market.refuse(Page::Quote, 500);
+  for (int i = 0; i < 3; ++i)
+    m_user.answerQuestion(true);
+  m_user.beforeAnswer = [this] {
+    if (questions().size() == 2)
+      m_market.refuse(Page::Quote, 200);
+  };
+  EXPECT_DOUBLE_EQ(gateway().currentPrice(m_code, false, false), 12.34);
+  EXPECT_EQ(m_market.requested(Page::Quote).size(), 4u);
+}
+
+TEST_F(TallymoorInternetFailureTest, ARetryOfAQuoteTakesThePriceThatTheUpdaterHasByThen) {
+  updater().addCode(m_code);
+  m_market.refuse(Page::Quote, 500);
+  m_user.answerQuestion(true);
+  m_user.beforeAnswer = [this] { updater().setCurrentPrice(m_code, 9.0); };
+  EXPECT_DOUBLE_EQ(gateway().currentPrice(m_code, true, false), 9.0);
+}
+
+TEST_F(TallymoorInternetFailureTest, ASilentQuoteAsksNothing) {
+  m_market.refuse(Page::Quote, 500);
+  EXPECT_THROW(gateway().currentPrice(m_code, false, true), HTTPException);
+  EXPECT_TRUE(m_user.calls().empty());
+}
+
+TEST_F(TallymoorInternetFailureTest, ABackgroundPassIsAskedNothingForAQuote) {
+  m_market.refuse(Page::Quote, 500);
+  const BackgroundPassScope pass;
+  EXPECT_THROW(gateway().currentPrice(m_code, false, false), HTTPException);
+  EXPECT_TRUE(m_user.calls().empty());
+}
+
+TEST_F(TallymoorInternetFailureTest, AnUnreadableQuoteGoesStraightToTheCaller) {
+  EXPECT_THROW(gateway().currentPrice(m_code, false, false), HTMLException);
+  EXPECT_TRUE(m_user.calls().empty());
+}
+
+TEST_F(TallymoorInternetFailureTest, AQuoteMustBeAFloat) {
+  const String path = m_profile.configFolder() + u"CurrentPriceLocators.xml";
+  std::string text = TestProfile::readFile(path);
+  text.replace(text.find("Float"), 5, "Long");
+  TestProfile::writeFile(path, text);
+  m_market.setCurrentPrice(m_code, 12.34);
+  EXPECT_EQ(failureOf<HTMLException>([&] { gateway().currentPrice(m_code, false, false); }),
+            String(u"TallymoorInternet::CurrentPrice - locator format not a double!"));
+}
+
+// --- Past prices
+// --------------------------------------------------------------------------------------------------
+
+TEST_F(TallymoorInternetFailureTest, NoUncachedPastPriceOffline) {
+  gateway().goOffline();
+  EXPECT_EQ(failureOf<HTTPException>([&] { gateway().historicalPrice(m_code, m_friday, true); }),
+            String(u"TallymoorInternet::historicalPrice - internet offline."));
+  EXPECT_TRUE(m_user.calls().empty());
+}
+
+TEST_F(TallymoorInternetFailureTest, ADelistedCodeIsNotFetched) {
+  gateway().markBadCode(m_code);
+  const String message = u"TallymoorInternet::historicalPrice - code does not exist(cached): ABC.AX";
+  EXPECT_EQ(failureOf<Exception>([&] { gateway().historicalPrice(m_code, m_friday, true); }), message);
+  gateway().goOffline();
+  EXPECT_EQ(failureOf<Exception>([&] { gateway().historicalPrice(m_code, m_friday, true); }), message);
+  EXPECT_TRUE(m_market.server().requests().empty());
+}
+
+TEST_F(TallymoorInternetFailureTest, ARefusedHistoryAsksTwiceAndFails) {
+  m_market.refuse(Page::History, 503);
+  m_user.answerQuestion(false);
+  m_user.answerQuestion(false);
+  EXPECT_THROW(gateway().historicalPrice(m_code, m_friday, true), HTTPException);
+  EXPECT_EQ(questions(), (std::vector<String>{accessQuestion(m_start, m_friday), OFFLINE_QUESTION}));
+  EXPECT_TRUE(gateway().isOnline());
+  EXPECT_EQ(m_user.openWaits(), 0);
+}
+
+TEST_F(TallymoorInternetFailureTest, TheUserMayGoOfflineAfterARefusedHistory) {
+  m_market.refuse(Page::History, 503);
+  m_user.answerQuestion(false);
+  m_user.answerQuestion(true);
+  EXPECT_THROW(gateway().historicalPrice(m_code, m_friday, true), HTTPException);
+  EXPECT_FALSE(gateway().isOnline());
+}
+
+TEST_F(TallymoorInternetFailureTest, ARetryOfAHistoryIsAWholeTry) {
+  m_market.setDay(m_code, m_friday, 5.0);
+  m_market.refuse(Page::History, 503);
+  m_user.answerQuestion(true);
+  m_user.beforeAnswer = [this] { m_market.refuse(Page::History, 200); };
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_friday, true), 5.0);
+  EXPECT_EQ(questions(), (std::vector<String>{accessQuestion(m_start, m_friday)}));
+  EXPECT_EQ(statuses().size(), 2u);
+  EXPECT_EQ(m_user.openWaits(), 0);
+}
+
+TEST_F(TallymoorInternetFailureTest, ARetryOfAHistoryIsAnsweredByWhatIsCachedByThen) {
+  m_market.refuse(Page::History, 503);
+  m_user.answerQuestion(true);
+  m_user.beforeAnswer = [this] { gateway().setCachedPrice(m_code, m_friday, 7.0); };
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_friday, true), 7.0);
+  EXPECT_EQ(m_market.requested(Page::History).size(), 1u);
+}
+
+TEST_F(TallymoorInternetFailureTest, AnUnreadableHistoryAsksWhetherTheShareIsDelisted) {
+  m_user.answerQuestion(false);
+  m_user.answerQuestion(false);
+  EXPECT_THROW(gateway().historicalPrice(m_code, m_friday, true), HTMLException);
+  EXPECT_EQ(questions(), (std::vector<String>{parseQuestion(m_start, m_friday), m_delistedQuestion}));
+  EXPECT_FALSE(gateway().isBadCode(m_code));
+  EXPECT_TRUE(gateway().isOnline());
+  EXPECT_EQ(m_user.openWaits(), 0);
+}
+
+TEST_F(TallymoorInternetFailureTest, TheUserMayDeclareTheShareDelisted) {
+  m_user.answerQuestion(false);
+  m_user.answerQuestion(true);
+  EXPECT_THROW(gateway().historicalPrice(m_code, m_friday, true), HTMLException);
+  EXPECT_TRUE(gateway().isBadCode(m_code));
+  updater().addCode(m_code);
+  EXPECT_FALSE(updater().hasCode(m_code));
+}
+
+TEST_F(TallymoorInternetFailureTest, ARetryOfAnUnreadableHistoryIsAWholeTry) {
+  m_user.answerQuestion(true);
+  m_user.beforeAnswer = [this] { m_market.setDay(m_code, m_friday, 5.0); };
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_friday, true), 5.0);
+}
+
+TEST_F(TallymoorInternetFailureTest, ABackgroundPassIsAskedNothingForAHistory) {
+  const BackgroundPassScope pass;
+  EXPECT_THROW(gateway().historicalPrice(m_code, m_friday, true), HTMLException);
+  m_market.refuse(Page::History, 503);
+  EXPECT_THROW(gateway().historicalPrice(m_code, m_friday, true), HTTPException);
+  EXPECT_TRUE(m_user.calls().empty());
+  EXPECT_FALSE(gateway().isBadCode(m_code));
+}
+
+TEST_F(TallymoorInternetFailureTest, AShareThatHadNotListedYetHasNoPrice) {
+  m_market.setDay(m_code, m_friday, 5.0);
+  const Date before(2006, 11, 9);
+  EXPECT_EQ(failureOf<Exception>([&] { gateway().historicalPrice(m_code, before, false); }),
+            String(u"TallymoorInternet::getCachedPrice - dont have cached price for code ABC.AX at " +
+                   local(before)));
+  EXPECT_TRUE(questions().empty());
+  EXPECT_EQ(m_user.openWaits(), 0);
+  EXPECT_TRUE(gateway().hasCachedPrice(m_code, m_friday));
+}
+
+TEST_F(TallymoorInternetFailureTest, APriceThatIsNotCachedCantBeRead) {
+  EXPECT_EQ(failureOf<Exception>([&] { gateway().getCachedPrice(m_code, m_friday, 1); }),
+            String(u"TallymoorInternet::getCachedPrice - dont have cached price for code ABC.AX at " +
+                   local(m_friday)));
+}
+
+TEST_F(TallymoorInternetFailureTest, ATableWithoutAColumnFailsTheFetch) {
+  const String path = m_profile.configFolder() + u"HistoricalPricesLocators.xml";
+  std::string text = TestProfile::readFile(path);
+  text.replace(text.find("\"Volume\""), 8, "\"Open\"");
+  TestProfile::writeFile(path, text);
+  m_market.setDay(m_code, m_friday, 5.0);
+  const BackgroundPassScope pass;
+  EXPECT_EQ(failureOf<HTMLException>([&] { gateway().historicalPrice(m_code, m_friday, true); }),
+            String(u"HTMLTable::columnByType - no such type 9"));
+  EXPECT_FALSE(gateway().hasCachedPrice(m_code, m_friday));
+}
+
+TEST_F(TallymoorInternetFailureTest, AnUnreadableDateGoesStraightToTheCaller) {
+  m_market.answerWith(Page::History,
+                      "<html><table id=\"prices\"><tr><td>3-Foo-06</td><td>1</td><td>1</td><td>1</td>"
+                      "<td>1</td></tr></table></html>");
+  EXPECT_EQ(failureOf<Exception>([&] { gateway().historicalPrice(m_code, m_friday, true); }),
+            String(u"Date::fromString - DATE_DISPLAY_MIDDATE1 unknown month: 3-Foo-06"));
+  EXPECT_TRUE(questions().empty());
+  EXPECT_EQ(m_user.openWaits(), 0);
+}
+
+TEST_F(TallymoorInternetFailureTest, FailuresOfOneCodeLeaveOthersAlone) {
+  m_market.setDay(u"DEF.AX", m_friday, 5.0);
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(u"DEF.AX", m_friday, true), 5.0);
+  m_user.answerQuestion(false);
+  m_user.answerQuestion(true);
+  EXPECT_THROW(gateway().historicalPrice(m_code, m_friday, true), HTMLException);
+  EXPECT_FALSE(gateway().isBadCode(u"DEF.AX"));
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(u"DEF.AX", m_friday, true), 5.0);
+}
+
+TEST_F(TallymoorInternetFailureTest, WithoutAWindowNothingIsAsked) {
+  UserInteraction::setInstance(nullptr);
+  m_market.refuse(Page::Quote, 500);
+  EXPECT_THROW(gateway().currentPrice(m_code, false, false), HTTPException);
+  EXPECT_THROW(gateway().historicalPrice(m_code, m_friday, true), HTMLException);
+}
+
+// --- Searches
+// -----------------------------------------------------------------------------------------------------
+
+TEST_F(TallymoorInternetFailureTest, NoSearchOffline) {
+  gateway().goOffline();
+  EXPECT_EQ(failureOf<HTTPException>([&] { gateway().stockSearch(u"soup", true, false); }),
+            String(u"TallymoorInternet::stockSearch - internet offline."));
+}
+
+TEST_F(TallymoorInternetFailureTest, ARefusedSearchAsksTwiceAndFails) {
+  m_market.refuse(Page::Search, 500);
+  m_user.answerQuestion(false);
+  m_user.answerQuestion(false);
+  EXPECT_THROW(gateway().stockSearch(u"soup", true, false), HTTPException);
+  EXPECT_EQ(questions(), (std::vector<String>{m_searchQuestion, OFFLINE_QUESTION}));
+  EXPECT_TRUE(gateway().isOnline());
+  EXPECT_EQ(m_user.openWaits(), 0);
+}
+
+TEST_F(TallymoorInternetFailureTest, TheUserMayGoOfflineAfterARefusedSearch) {
+  m_market.refuse(Page::Search, 500);
+  m_user.answerQuestion(false);
+  m_user.answerQuestion(true);
+  EXPECT_THROW(gateway().stockSearch(u"soup", true, false), HTTPException);
+  EXPECT_FALSE(gateway().isOnline());
+}
+
+TEST_F(TallymoorInternetFailureTest, ARetryOfASearchIsAWholeTry) {
+  m_market.addListing(m_code, u"Soup", u"Australia");
+  m_market.refuse(Page::Search, 500);
+  m_user.answerQuestion(true);
+  m_user.beforeAnswer = [this] { m_market.refuse(Page::Search, 200); };
+  EXPECT_EQ(gateway().stockSearch(u"soup", true, false).size(), 1u);
+}
+
+TEST_F(TallymoorInternetFailureTest, ABackgroundPassIsAskedNothingForASearch) {
+  m_market.refuse(Page::Search, 500);
+  const BackgroundPassScope pass;
+  EXPECT_THROW(gateway().stockSearch(u"soup", true, false), HTTPException);
+  EXPECT_TRUE(m_user.calls().empty());
+}
+
+TEST_F(TallymoorInternetFailureTest, AnUnreadableSearchPageHasNoMatches) {
+  m_market.answerWith(Page::Search, "<html><p>We have moved.</p></html>");
+  EXPECT_TRUE(gateway().stockSearch(u"soup", true, false).empty());
+  EXPECT_TRUE(questions().empty());
+  EXPECT_EQ(m_user.openWaits(), 0);
+}
+
+TEST_F(TallymoorInternetFailureTest, AnUnreadableSecondPageLeavesTheResultsOfTheFirst) {
+  const String path = m_profile.configFolder() + u"CodeSearchLocators.xml";
+  std::string text = TestProfile::readFile(path);
+  const std::size_t begin = text.find("<CodeSearchDetail>");
+  const std::string end = "</CodeSearchDetail>";
+  const std::string detail = text.substr(begin, text.find(end) + end.size() - begin);
+  std::string broken = detail;
+  broken.replace(broken.find("\"results\""), 9, "\"missing\"");
+  const auto writeDetails = [&](const std::string& details) {
+    std::string changed = text;
+    TestProfile::writeFile(path, changed.replace(begin, detail.size(), details));
+    TallymoorInternet::reset();
+  };
+  m_market.addListing(m_code, u"Soup", u"Australia");
+  writeDetails(detail + broken);
+  EXPECT_EQ(gateway().stockSearch(u"soup", true, false).size(), 1u);
+  writeDetails(broken + detail);
+  EXPECT_TRUE(gateway().stockSearch(u"soup", true, false).empty());
+  writeDetails(detail + detail);
+  EXPECT_EQ(gateway().stockSearch(u"soup", true, false).size(), 2u);
+}
+
+// --- Cache files
+// --------------------------------------------------------------------------------------------------
+
+TEST_F(TallymoorInternetFailureTest, AMalformedCacheFileReachesTheFirstWhoAsksForAPrice) {
+  const String path = m_profile.cacheFolder() + u"PriceCache.ABC.AX.xml";
+  TestProfile::writeFile(path, "<ShareValues><Str");
+  m_market.setDay(m_code, m_friday, 5.0);
+  EXPECT_FALSE(gateway().isBadCode(m_code));
+  EXPECT_FALSE(gateway().hasCachedPrice(m_code, m_friday));
+  updater().addCode(m_code);
+  EXPECT_THROW(gateway().historicalPrice(m_code, m_friday, true), XMLException);
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_friday, true), 5.0);
+  gateway().save();
+  EXPECT_EQ(TestProfile::readFile(path), "<ShareValues><Str");
+}
+
+TEST_F(TallymoorInternetFailureTest, AMalformedCacheFileReachesWhoAsksForACurrentOrCachedPrice) {
+  TestProfile::writeFile(m_profile.cacheFolder() + u"PriceCache.ABC.AX.xml", "<ShareValues><Str");
+  TestProfile::writeFile(m_profile.cacheFolder() + u"PriceCache.DEF.AX.xml", "<ShareValues><Str");
+  m_market.setCurrentPrice(m_code, 5.0);
+  EXPECT_THROW(gateway().currentPrice(m_code, false, false), XMLException);
+  EXPECT_DOUBLE_EQ(gateway().currentPrice(m_code, false, false), 5.0);
+  EXPECT_THROW(gateway().getCachedPrice(u"DEF.AX", m_friday, 0), XMLException);
+}
+
+} // namespace
+} // namespace Tallymoor

@@ -1,0 +1,379 @@
+#include "foundation/RunTimeSettings.h"
+#include "market/GatewayTest.h"
+#include "support/TestHttpServer.h"
+
+namespace Tallymoor {
+namespace {
+
+// What the gateway answers from the cache and from the network. Failures have a file of their own.
+
+class TallymoorInternetPricesTest : public GatewayTest {
+protected:
+  /// A page of past prices from rows of cells.
+  static std::string historyPage(const std::vector<std::vector<std::string>>& rows) {
+    std::string html = "<html><body><table id=\"prices\">";
+    for (const auto& row : rows) {
+      html += "<tr>";
+      for (const std::string& cell : row)
+        html += "<td>" + cell + "</td>";
+      html += "</tr>";
+    }
+    return html + "</table></body></html>";
+  }
+  static std::string searchPage(const std::vector<std::vector<std::string>>& rows) {
+    std::string html = historyPage(rows);
+    return html.replace(html.find("prices"), 6, "results");
+  }
+};
+
+// --- Current prices
+// -----------------------------------------------------------------------------------------------
+
+TEST_F(TallymoorInternetPricesTest, FetchesACurrentPrice) {
+  m_market.setCurrentPrice(m_code, 12.34);
+  EXPECT_DOUBLE_EQ(gateway().currentPrice(m_code, false, false), 12.34);
+  EXPECT_EQ(m_market.requested(Page::Quote), std::vector<String>{m_code});
+}
+
+TEST_F(TallymoorInternetPricesTest, TakesTheUpdatersPriceIfWanted) {
+  m_market.setCurrentPrice(m_code, 12.34);
+  updater().addCode(m_code);
+  updater().setCurrentPrice(m_code, 11.0);
+  EXPECT_DOUBLE_EQ(gateway().currentPrice(m_code, true, false), 11.0);
+  EXPECT_TRUE(m_market.requested(Page::Quote).empty());
+  EXPECT_DOUBLE_EQ(gateway().currentPrice(m_code, false, false), 12.34);
+}
+
+TEST_F(TallymoorInternetPricesTest, AnUpdaterPriceOfZeroGoesToTheNetwork) {
+  m_market.setCurrentPrice(m_code, 12.34);
+  updater().addCode(m_code);
+  EXPECT_DOUBLE_EQ(gateway().currentPrice(m_code, true, false), 12.34);
+}
+
+TEST_F(TallymoorInternetPricesTest, ACodeUnknownToTheUpdaterGoesToTheNetwork) {
+  m_market.setCurrentPrice(m_code, 12.34);
+  EXPECT_DOUBLE_EQ(gateway().currentPrice(m_code, true, false), 12.34);
+}
+
+TEST_F(TallymoorInternetPricesTest, TheUpdatersPriceIsThereOffline) {
+  updater().addCode(m_code);
+  updater().setCurrentPrice(m_code, 11.0);
+  gateway().goOffline();
+  EXPECT_DOUBLE_EQ(gateway().currentPrice(m_code, true, false), 11.0);
+}
+
+TEST_F(TallymoorInternetPricesTest, AQuoteRequestHasNoDates) {
+  TestProfile::writeFile(
+      m_profile.configFolder() + u"CurrentPriceLocators.xml",
+      "<CurrentPriceLocators active=\"x\" version=\"1\"><CurrentPrice domain=\"x\"><URLLocator><URLPart>" +
+          m_market.server().url("/quote?code=") +
+          "</URLPart><URLPart type=\"Code\"/><URLPart>&amp;v=</URLPart><URLPart type=\"Country\"/>"
+          "<URLPart type=\"IndexOrShare\"/><URLPart type=\"StartDay\"/><URLPart type=\"StartMonth\"/>"
+          "<URLPart type=\"StartYear\"/><URLPart type=\"EndDay\"/><URLPart type=\"EndMonth\"/>"
+          "<URLPart type=\"EndYear\"/></URLLocator><TagLocator format=\"Float\"><TagFind>"
+          "<TagSearch tagname=\"div\" "
+          "attr=\"id\"/></TagFind></TagLocator></CurrentPrice></CurrentPriceLocators>");
+  m_market.setCurrentPrice(m_code, 12.34);
+  EXPECT_DOUBLE_EQ(gateway().currentPrice(m_code, false, false), 12.34);
+  EXPECT_EQ(m_market.server().requests().back().target, "/quote?code=ABC.AX&v=USS");
+}
+
+// --- Past prices
+// --------------------------------------------------------------------------------------------------
+
+TEST_F(TallymoorInternetPricesTest, ADateInTheCacheIsAnsweredOffline) {
+  m_market.setHistory(m_code, Date(2006, 1, 2), m_friday, 5.0);
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_friday, true), 5.0);
+  gateway().goOffline();
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_friday, true), 5.0);
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_friday, false), 5.0);
+  EXPECT_EQ(m_market.requested(Page::History).size(), 1u);
+}
+
+TEST_F(TallymoorInternetPricesTest, ACachedDateIsAnsweredInTheNextRun) {
+  m_market.setDay(m_code, m_friday, 5.25, 5.5, 5.0, 700);
+  gateway().historicalPrice(m_code, m_friday, true);
+  m_scope.restart();
+  gateway().goOffline();
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_friday, true), 5.25);
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, m_friday, 1), 5.5);
+}
+
+TEST_F(TallymoorInternetPricesTest, ASaturdayHasTheFridaysCloseAndNoVolume) {
+  m_market.setDay(m_code, m_friday, 5.0);
+  m_market.setDay(m_code, Date(2006, 11, 13), 6.0);
+  const Date saturday(2006, 11, 11);
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, saturday, true), 5.0);
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, saturday, 1), 0.0);
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, saturday, 2), 0.0);
+  // A current price may replace it: that is what volume 0 means.
+  Clock::setToday(saturday.julianDay());
+  gateway().currentPriceUpdated(m_code, 5.5);
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, saturday, 0), 5.5);
+  Clock::setToday(m_friday.julianDay());
+  gateway().currentPriceUpdated(m_code, 5.5);
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, m_friday, 0), 5.0);
+}
+
+TEST_F(TallymoorInternetPricesTest, DaysBeforeTheFirstFetchedRowStayEmpty) {
+  m_market.setDay(m_code, m_friday, 5.0);
+  gateway().historicalPrice(m_code, Date(2006, 11, 13), true);
+  EXPECT_FALSE(gateway().hasCachedPrice(m_code, Date(2006, 11, 9)));
+  EXPECT_TRUE(gateway().hasCachedPrice(m_code, m_today));
+  EXPECT_FALSE(gateway().hasCachedPrice(m_code, Date(2006, 11, 16)));
+}
+
+TEST_F(TallymoorInternetPricesTest, AsksForAsManyDaysAsAPageHolds) {
+  m_market.setMaxEntries(100);
+  m_market.setHistory(m_code, Date(2005, 1, 3), m_today, 5.0);
+  gateway().historicalPrice(m_code, Date(2006, 6, 30), true);
+  gateway().historicalPrice(m_code, Date(2005, 2, 1), false);
+  const auto ranges = m_market.requestedRanges();
+  ASSERT_EQ(ranges.size(), 2u);
+  EXPECT_EQ(ranges[0].start, Date(2006, 2, 10));
+  EXPECT_EQ(ranges[0].end, Date(2006, 6, 30));
+  EXPECT_EQ(ranges[1].start, Date(2005, 2, 1));
+  EXPECT_EQ(ranges[1].end, Date(2005, 6, 21));
+}
+
+TEST_F(TallymoorInternetPricesTest, AFromRequestCloseToTodayReachesBackAFortnight) {
+  m_market.setHistory(m_code, Date(2006, 1, 2), m_today, 5.0);
+  gateway().historicalPrice(m_code, Date(2006, 11, 13), false);
+  const auto ranges = m_market.requestedRanges();
+  ASSERT_EQ(ranges.size(), 1u);
+  EXPECT_EQ(ranges[0].start, Date(2006, 11, 1));
+  EXPECT_EQ(ranges[0].end, m_today);
+}
+
+TEST_F(TallymoorInternetPricesTest, MonthsInARequestCountFromZero) {
+  m_market.setHistory(m_code, Date(2006, 1, 2), m_today, 5.0);
+  gateway().historicalPrice(m_code, Date(2006, 11, 13), false);
+  EXPECT_EQ(
+      m_market.server().requests().back().target,
+      "/history?code=ABC.AX&startDay=1&startMonth=10&startYear=2006&endDay=15&endMonth=10&endYear=2006");
+}
+
+TEST_F(TallymoorInternetPricesTest, TellsWhatItFetchesUnderAWaitCursor) {
+  m_market.setHistory(m_code, Date(2006, 1, 2), m_today, 5.0);
+  gateway().historicalPrice(m_code, m_friday, true);
+  gateway().historicalPrice(m_code, Date(2006, 11, 9), false); // cached by now
+  EXPECT_EQ(statuses(),
+            (std::vector<String>{u"updating historical price for ABC.AX for days up to " + local(m_friday)}));
+  EXPECT_EQ(m_user.calls(Kind::BeginWait).size(), 1u);
+  EXPECT_EQ(m_user.openWaits(), 0);
+}
+
+TEST_F(TallymoorInternetPricesTest, TellsOfARequestFromADay) {
+  m_market.setHistory(m_code, Date(2006, 1, 2), m_today, 5.0);
+  gateway().historicalPrice(m_code, Date(2006, 1, 2), false);
+  EXPECT_EQ(statuses(), (std::vector<String>{u"updating historical price for ABC.AX for days from " +
+                                             local(Date(2006, 1, 2))}));
+}
+
+TEST_F(TallymoorInternetPricesTest, ABackgroundPassShowsNothing) {
+  m_market.setHistory(m_code, Date(2006, 1, 2), m_today, 5.0);
+  m_market.addListing(m_code, u"ABC Limited", u"Australia");
+  const BackgroundPassScope pass;
+  gateway().historicalPrice(m_code, m_friday, true);
+  gateway().stockSearch(u"abc", true, false);
+  EXPECT_TRUE(m_user.calls().empty());
+}
+
+TEST_F(TallymoorInternetPricesTest, RowsWithoutADateOrACloseAreLeftOut) {
+  m_market.answerWith(Page::History, historyPage({{"13-Nov-06", "6.5", "5.5", "6.00", "1,234,567"},
+                                                  {"12-Nov-06", "", "", "", "Dividend"},
+                                                  {"", "1", "1", "9", "5"},
+                                                  {"10-Nov-06", "5.5", "4.5", "1,005.00", "99999999999"}}));
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, Date(2006, 11, 13), true), 6.0);
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, Date(2006, 11, 13), 1), 6.5);
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, Date(2006, 11, 13), 2), 5.5);
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, Date(2006, 11, 12), 0), 1005.0);
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, m_friday, 0), 1005.0);
+  gateway().save();
+  const std::string file = TestProfile::readFile(m_profile.cacheFolder() + u"PriceCache.ABC.AX.xml");
+  EXPECT_NE(file.find("<Constant>1234567</Constant>"), std::string::npos);
+  EXPECT_NE(file.find("<Constant>2147483647</Constant>"), std::string::npos);
+}
+
+TEST_F(TallymoorInternetPricesTest, DaysThatCantBeRightAreLeftOut) {
+  // The short years 70 to 99 belong to the last century, and the pages write no other.
+  m_market.answerWith(Page::History, historyPage({{"3-Jan-1802", "1", "1", "7.00", "1"},
+                                                  {"17-Nov-06", "1", "1", "8.00", "1"},
+                                                  {"16-Nov-06", "1", "1", "6.00", "1"},
+                                                  {"10-Nov-06", "1", "1", "5.00", "1"}}));
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_today, true), 5.0);
+  EXPECT_TRUE(gateway().hasCachedPrice(m_code, Date(2006, 11, 16)));
+  EXPECT_FALSE(gateway().hasCachedPrice(m_code, Date(2006, 11, 17)));
+  EXPECT_FALSE(gateway().hasCachedPrice(m_code, Date(2006, 11, 9)));
+}
+
+TEST_F(TallymoorInternetPricesTest, TheViewDateIsTodayInARange) {
+  m_market.setHistory(m_code, Date(2006, 1, 2), m_today, 5.0);
+  Date::setFixedDate(Date(2006, 3, 15));
+  gateway().historicalPrice(m_code, Date(2006, 3, 10), false);
+  EXPECT_EQ(m_market.requestedRanges().at(0).start, Date(2006, 3, 1));
+  EXPECT_EQ(m_market.requestedRanges().at(0).end, Date(2006, 3, 15));
+}
+
+TEST_F(TallymoorInternetPricesTest, ARefreshFetchesWhatIsCached) {
+  m_market.setHistory(m_code, Date(2006, 1, 2), m_today, 5.0);
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_today, true), 5.0);
+  m_market.setHistory(m_code, Date(2006, 1, 2), m_today, 6.0);
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_today, true), 5.0);
+  EXPECT_DOUBLE_EQ(gateway().refreshHistoricalPrice(m_code, m_today, true), 6.0);
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_friday, true), 6.0);
+}
+
+// --- The cache
+// ----------------------------------------------------------------------------------------------------
+
+TEST_F(TallymoorInternetPricesTest, ColumnsOfACachedDay) {
+  m_market.setDay(m_code, m_friday, 5.0, 6.0, 4.0, 100);
+  gateway().historicalPrice(m_code, m_friday, true);
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, m_friday, 0), 5.0);
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, m_friday, 1), 6.0);
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, m_friday, 2), 4.0);
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, m_friday, 3), 5.0);
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, m_friday, -1), 5.0);
+}
+
+TEST_F(TallymoorInternetPricesTest, KnowsWhatIsCached) {
+  EXPECT_FALSE(gateway().hasCachedHistory(m_code));
+  EXPECT_FALSE(gateway().hasCachedPrice(m_code, m_friday));
+  EXPECT_EQ(gateway().cachedClose(m_code, m_friday), std::nullopt);
+  gateway().setCachedPrice(m_code, m_friday, 5.0);
+  EXPECT_TRUE(gateway().hasCachedHistory(m_code));
+  EXPECT_TRUE(gateway().hasCachedPrice(m_code, m_friday));
+  EXPECT_EQ(gateway().cachedClose(m_code, m_friday), 5.0);
+  EXPECT_FALSE(gateway().hasCachedPrice(m_code, m_today));
+  EXPECT_TRUE(m_market.server().requests().empty());
+}
+
+TEST_F(TallymoorInternetPricesTest, APriceTypedForTodayIsTheCurrentPrice) {
+  updater().addCode(m_code);
+  gateway().setCachedPrice(m_code, m_friday, 5.0);
+  EXPECT_DOUBLE_EQ(updater().getCurrentPrice(m_code), 0.0);
+  gateway().setCachedPrice(m_code, m_today, 6.0);
+  EXPECT_DOUBLE_EQ(updater().getCurrentPrice(m_code), 6.0);
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, m_today, 0), 6.0);
+}
+
+TEST_F(TallymoorInternetPricesTest, APriceTypedForTheViewDateIsNoCurrentPrice) {
+  updater().addCode(m_code);
+  Date::setFixedDate(m_friday);
+  gateway().setCachedPrice(m_code, m_friday, 5.0);
+  EXPECT_DOUBLE_EQ(updater().getCurrentPrice(m_code), 0.0);
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, m_friday, 0), 5.0);
+}
+
+TEST_F(TallymoorInternetPricesTest, ACurrentPriceGoesIntoTodaysRow) {
+  gateway().currentPriceUpdated(m_code, 5.5);
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, m_today, 0), 5.5);
+  gateway().markBadCode(m_code);
+  gateway().currentPriceUpdated(m_code, 6.5);
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, m_today, 0), 5.5);
+}
+
+TEST_F(TallymoorInternetPricesTest, ClearForgetsAndDeletes) {
+  gateway().setCachedPrice(m_code, m_friday, 5.0);
+  gateway().save();
+  ASSERT_TRUE(TestProfile::fileExists(m_profile.cacheFolder() + u"PriceCache.ABC.AX.xml"));
+  gateway().clear();
+  EXPECT_FALSE(TestProfile::fileExists(m_profile.cacheFolder() + u"PriceCache.ABC.AX.xml"));
+  EXPECT_FALSE(gateway().hasCachedPrice(m_code, m_friday));
+}
+
+TEST_F(TallymoorInternetPricesTest, ManyLookUpsAgreeWithTheRows) {
+  m_market.setMaxEntries(2000);
+  m_market.setHistory(m_code, Date(2000, 1, 3), m_today,
+                      [](const Date& day) { return day.julianDay() % 100 + 1; });
+  gateway().historicalPrice(m_code, Date(2000, 1, 3), false);
+  double sum = 0.0;
+  double expected = 0.0;
+  for (Date day(2000, 1, 3); day <= m_today; day.addDays(1)) {
+    sum += gateway().cachedClose(m_code, day).value_or(0.0);
+    expected += (day.isWeekend() ? day.lastFriday() : day).julianDay() % 100 + 1;
+  }
+  EXPECT_DOUBLE_EQ(sum, expected);
+}
+
+// --- Delisted codes
+// -----------------------------------------------------------------------------------------------
+
+TEST_F(TallymoorInternetPricesTest, AMarkOfADelistedCodeLastsUntilItIsCleared) {
+  gateway().markBadCode(m_code);
+  EXPECT_TRUE(gateway().isBadCode(m_code));
+  m_scope.restart();
+  EXPECT_EQ(gateway().badCodes(), std::vector<String>{m_code});
+  EXPECT_TRUE(gateway().isBadCode(m_code));
+  gateway().clearBadCode(m_code);
+  EXPECT_TRUE(gateway().badCodes().empty());
+  m_scope.restart();
+  EXPECT_FALSE(gateway().isBadCode(m_code));
+}
+
+TEST_F(TallymoorInternetPricesTest, ADelistedCodeStillHasItsCachedPrices) {
+  gateway().setCachedPrice(m_code, m_friday, 5.0);
+  gateway().markBadCode(m_code);
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_friday, true), 5.0);
+}
+
+// --- Searches
+// -----------------------------------------------------------------------------------------------------
+
+TEST_F(TallymoorInternetPricesTest, SearchesByName) {
+  m_market.addListing(u"ABC.AX", u"Alphabet Soup", u"Australia");
+  m_market.addListing(u"XYZ", u"Soup Kitchens", u"New York");
+  m_market.addListing(u"NON", u"Nonsense", u"New York");
+  const auto results = gateway().stockSearch(u"soup", true, false);
+  ASSERT_EQ(results.size(), 2u);
+  EXPECT_EQ(results[0].code, String(u"ABC.AX"));
+  EXPECT_EQ(results[0].name, String(u"Alphabet Soup"));
+  EXPECT_EQ(results[0].market, String(u"Australia"));
+  EXPECT_EQ(results[1].code, String(u"XYZ"));
+  EXPECT_EQ(statuses(), std::vector<String>{u"searching for stock codes matching soup"});
+  EXPECT_EQ(m_user.calls(Kind::BeginWait).size(), 1u);
+  EXPECT_EQ(m_user.openWaits(), 0);
+}
+
+TEST_F(TallymoorInternetPricesTest, ASearchWithoutMatchesIsEmpty) {
+  EXPECT_TRUE(gateway().stockSearch(u"soup", true, false).empty());
+  EXPECT_TRUE(questions().empty());
+}
+
+TEST_F(TallymoorInternetPricesTest, ASearchTellsTheSourceWhatAndWhere) {
+  gateway().stockSearch(u"a&b", true, false);
+  gateway().stockSearch(u"x", false, true);
+  const auto requests = m_market.server().requests();
+  ASSERT_EQ(requests.size(), 2u);
+  EXPECT_EQ(requests[0].target, "/search?code=a%26b&country=ALL&kind=S");
+  EXPECT_EQ(requests[1].target, "/search?code=x&country=US&kind=I");
+}
+
+TEST_F(TallymoorInternetPricesTest, AMissingMarketIsToldByTheCode) {
+  m_market.answerWith(Page::Search, searchPage({{"A.AX", "a", "N/A"},
+                                                {"B.VX", "b", "N/A"},
+                                                {"C.MC", "c", "N/A"},
+                                                {"D.SI", "d", "N/A"},
+                                                {"E.TA", "e", "N/A"},
+                                                {"F.SW", "f", "N/A"},
+                                                {"G.AXE.SW", "g", "N/A"},
+                                                {"H.XX", "h", "N/A"},
+                                                {"I.AX", "i", "Sydney"}}));
+  std::vector<String> markets;
+  for (const CodeSearchResult& result : gateway().stockSearch(u"any", true, false))
+    markets.push_back(result.market);
+  EXPECT_EQ(markets, (std::vector<String>{u"Australia", u"Austria", u"Spain", u"Singapore", u"Israel",
+                                          u"Switzerland", u"Australia", u"N/A", u"Sydney"}));
+}
+
+TEST_F(TallymoorInternetPricesTest, RowsWithoutACodeOrWithAMarkedOneAreNoResults) {
+  m_market.answerWith(Page::Search,
+                      searchPage({{"", "none", "X"}, {"E:ABC", "marked", "X"}, {"AE:C", "fine", "X"}}));
+  const auto results = gateway().stockSearch(u"any", true, false);
+  ASSERT_EQ(results.size(), 1u);
+  EXPECT_EQ(results[0].code, String(u"AE:C"));
+}
+
+} // namespace
+} // namespace Tallymoor
