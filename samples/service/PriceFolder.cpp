@@ -27,7 +27,8 @@ std::array<std::string_view, 7> splitFields(std::string_view line) {
   return fields;
 }
 
-template <typename Number> bool readNumber(std::string_view text, Number& number) {
+template <typename Number>
+bool readNumber(std::string_view text, Number& number) {
   return std::from_chars(text.data(), text.data() + text.size(), number).ec == std::errc();
 }
 
@@ -53,8 +54,8 @@ bool readPrice(std::string_view text, std::int64_t& price) {
 bool readRow(std::string_view line, DayRow& row) {
   const auto fields = splitFields(line);
   return readDay(fields[0], row.day) && readPrice(fields[1], row.open) && readPrice(fields[2], row.high) &&
-         readPrice(fields[3], row.low) && readPrice(fields[4], row.close) && readPrice(fields[5], row.adjustedClose) &&
-         readNumber(fields[6], row.volume);
+         readPrice(fields[3], row.low) && readPrice(fields[4], row.close) &&
+         readPrice(fields[5], row.adjustedClose) && readNumber(fields[6], row.volume);
 }
 
 } // namespace
@@ -72,7 +73,8 @@ std::optional<PriceHistory> PriceFolder::history(const std::string& code) const 
     if (readRow(line, row))
       history.rows.push_back(row);
   }
-  std::sort(history.rows.begin(), history.rows.end(), [](const DayRow& a, const DayRow& b) { return a.day < b.day; });
+  std::sort(history.rows.begin(), history.rows.end(),
+            [](const DayRow& a, const DayRow& b) { return a.day < b.day; });
   return history;
 }
 
@@ -84,7 +86,8 @@ std::vector<Listing> PriceFolder::listings() const {
       const std::string code = entry.path().stem().string();
       listings.push_back({code, code, "N/A", code.front() == '^'});
     }
-  std::sort(listings.begin(), listings.end(), [](const Listing& a, const Listing& b) { return a.code < b.code; });
+  std::sort(listings.begin(), listings.end(),
+            [](const Listing& a, const Listing& b) { return a.code < b.code; });
   return listings;
 }
 

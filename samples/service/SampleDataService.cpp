@@ -22,8 +22,9 @@ Now localNow() {
   const std::time_t now = std::time(nullptr);
   std::tm local{};
   localtime_r(&now, &local);
-  return {sys_days(year(local.tm_year + 1900) / month(unsigned(local.tm_mon + 1)) / day(unsigned(local.tm_mday))),
-          local.tm_hour * 60 + local.tm_min};
+  return {
+      sys_days(year(local.tm_year + 1900) / month(unsigned(local.tm_mon + 1)) / day(unsigned(local.tm_mday))),
+      local.tm_hour * 60 + local.tm_min};
 }
 
 int numberParameter(const httplib::Request& request, const char* name, int fallback) {
@@ -34,8 +35,8 @@ int numberParameter(const httplib::Request& request, const char* name, int fallb
 }
 
 /// A day from the parameters for day, month (counted from 0) and year; the fallback when they make none.
-Day dayParameter(const httplib::Request& request, const char* dayName, const char* monthName, const char* yearName,
-                 Day fallback) {
+Day dayParameter(const httplib::Request& request, const char* dayName, const char* monthName,
+                 const char* yearName, Day fallback) {
   const year_month_day ymd{year(numberParameter(request, yearName, 0)),
                            month(unsigned(numberParameter(request, monthName, -1) + 1)),
                            day(unsigned(numberParameter(request, dayName, 0)))};
@@ -43,7 +44,8 @@ Day dayParameter(const httplib::Request& request, const char* dayName, const cha
 }
 
 std::string upperCase(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return c < 128 ? std::toupper(c) : c; });
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](unsigned char c) { return c < 128 ? std::toupper(c) : c; });
   return text;
 }
 
@@ -142,9 +144,17 @@ private:
 SampleDataService::SampleDataService(const ServiceOptions& options)
     : m_implementation(std::make_unique<Implementation>(options)) {}
 SampleDataService::~SampleDataService() = default;
-bool SampleDataService::bind() { return m_implementation->bind(); }
-int SampleDataService::port() const { return m_implementation->port(); }
-void SampleDataService::serve() { m_implementation->serve(); }
-void SampleDataService::stop() { m_implementation->stop(); }
+bool SampleDataService::bind() {
+  return m_implementation->bind();
+}
+int SampleDataService::port() const {
+  return m_implementation->port();
+}
+void SampleDataService::serve() {
+  m_implementation->serve();
+}
+void SampleDataService::stop() {
+  m_implementation->stop();
+}
 
 } // namespace SampleService

@@ -115,7 +115,9 @@ public:
     z = (z ^ (z >> 27)) * 0x94D049BB133111EBULL;
     return z ^ (z >> 31);
   }
-  std::int64_t below(std::int64_t limit) { return static_cast<std::int64_t>(next() % static_cast<std::uint64_t>(limit)); }
+  std::int64_t below(std::int64_t limit) {
+    return static_cast<std::int64_t>(next() % static_cast<std::uint64_t>(limit));
+  }
   /// Roughly normal with the given typical size: the sum of four evenly spread numbers.
   std::int64_t around(std::int64_t size) {
     std::int64_t sum = 0;
@@ -152,7 +154,8 @@ std::string dividendText(std::int64_t amount) {
 class HistoryMaker {
 public:
   explicit HistoryMaker(const Security& security)
-      : m_security(security), m_random(security.code), m_value(std::int64_t(security.firstPriceCents) * 100) {}
+      : m_security(security), m_random(security.code), m_value(std::int64_t(security.firstPriceCents) * 100) {
+  }
 
   PriceHistory upTo(Day today) {
     for (Day day = sys_days(year(m_security.listedYear) / January / 2); day < today; day += days(1))
@@ -170,16 +173,21 @@ private:
       change = -12000; // a split day that closes lower, so that the jump is clearly beyond the ratio
       if (split->numerator < split->denominator)
         change = 9000;
-      m_history.events.push_back(
-          {day, std::to_string(split->numerator) + ":" + std::to_string(split->denominator) + " Stock Split"});
+      m_history.events.push_back({day, std::to_string(split->numerator) + ":" +
+                                           std::to_string(split->denominator) + " Stock Split"});
       m_splitRows.emplace_back(m_history.rows.size(), split);
     }
     const std::int64_t open = tick(m_value * (1000000 + change / 3) / 1000000);
     m_value = std::max<std::int64_t>(m_value * (1000000 + change) / 1000000, 500);
     const std::int64_t close = tick(m_value);
     const std::int64_t spread = m_value * m_random.below(m_security.volatilityPerMillion) / 2000000;
-    DayRow row{day, open, std::max(open, close) + spread / 100 * 100, std::min(open, close) - spread / 100 * 100, close,
-               close, 10000 + m_random.below(4000000)};
+    DayRow row{day,
+               open,
+               std::max(open, close) + spread / 100 * 100,
+               std::min(open, close) - spread / 100 * 100,
+               close,
+               close,
+               10000 + m_random.below(4000000)};
     row.low = std::max<std::int64_t>(row.low, 50);
     m_history.rows.push_back(row);
     addDividend(day, close);
@@ -198,7 +206,8 @@ private:
   void adjustCloses() {
     for (const auto& [firstRow, split] : m_splitRows)
       for (std::size_t i = 0; i < firstRow; ++i)
-        m_history.rows[i].adjustedClose = m_history.rows[i].adjustedClose * split->denominator / split->numerator;
+        m_history.rows[i].adjustedClose =
+            m_history.rows[i].adjustedClose * split->denominator / split->numerator;
   }
 
   const Security& m_security;

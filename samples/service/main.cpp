@@ -9,7 +9,8 @@ namespace {
 
 int usage() {
   std::fputs("usage: sample_data_service [--port N] [--prices FOLDER] [--today YYYY-MM-DD]\n"
-             "Serves made-up share prices, and the CODE.csv files of a folder, on this machine's loopback address.\n",
+             "Serves made-up share prices, and the CODE.csv files of a folder, on this machine's loopback "
+             "address.\n",
              stderr);
   return 2;
 }

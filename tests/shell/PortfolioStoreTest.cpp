@@ -1,0 +1,182 @@
+#include "shell/PortfolioStore.h"
+#include "foundation/FileReplacement.h"
+#include "support/FakeUserInteraction.h"
+#include "support/GatewayScope.h"
+#include "support/MarketFixture.h"
+#include "support/TestProfile.h"
+#include <filesystem>
+#include <gtest/gtest.h>
+
+namespace Tallymoor {
+namespace {
+
+using Kind = FakeUserInteraction::Kind;
+
+const char* const HEAD = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                         "<!DOCTYPE Portfolios SYSTEM \"Tallymoor Records.dtd\">\n";
+
+/// One portfolio with one deposit.
+std::string document(const std::string& name, const std::string& amount) {
+  return HEAD +
+         ("<Portfolios><SharePortfolio><String>" + name +
+          "</String><HeldShares/><SoldShares/><Dividends/><CashReserve><CashEvent><Date>3/3/2006</Date><Constant>" +
+          amount +
+          "</Constant><Constant>4</Constant><String>DEPOSIT </String></CashEvent></CashReserve><String/>"
+          "</SharePortfolio></Portfolios>");
+}
+
+class PortfolioStoreTest : public ::testing::Test {
+protected:
+  String records() const { return profile.dataFolder() + u"Portfolios.xml"; }
+  String backup() const { return records() + u".bak"; }
+  void put(const std::string& content) const { TestProfile::writeFile(records(), content); }
+
+  TestProfile profile;
+  FakeUserInteraction user;
+  MarketFixture market;
+  GatewayScope gateway;
+};
+
+TEST_F(PortfolioStoreTest, FirstRunHasNoMessageAndNoPortfolio) {
+  PortfolioStore store;
+  store.load();
+  EXPECT_FALSE(store.loadFailed());
+  EXPECT_TRUE(store.portfolios().empty());
+  EXPECT_TRUE(user.calls().empty());
+}
+
+TEST_F(PortfolioStoreTest, WhatWasSavedIsLoadedAgainToTheLetter) {
+  put(document("Trading", "100.00"));
+  PortfolioStore store;
+  store.load();
+  ASSERT_EQ(1u, store.portfolios().count(u"Trading"));
+  store.save();
+  EXPECT_EQ(document("Trading", "100.00"), TestProfile::readFile(records()));
+}
+
+TEST_F(PortfolioStoreTest, BackupHoldsTheLastSavedState) {
+  put(document("Trading", "100.00"));
+  PortfolioStore store;
+  store.load();
+  SharePortfolioUser& trading = *store.portfolios().at(u"Trading");
+  trading.creditCash(Date(2006, 3, 4), 1.0, CASH_EVENT_DEPOSIT, u"DEPOSIT one");
+  store.save();
+  EXPECT_EQ(document("Trading", "100.00"), TestProfile::readFile(backup()));
+  const std::string first = TestProfile::readFile(records());
+  trading.creditCash(Date(2006, 3, 5), 2.0, CASH_EVENT_DEPOSIT, u"DEPOSIT two");
+  store.save();
+  EXPECT_EQ(first, TestProfile::readFile(backup()));
+}
+
+TEST_F(PortfolioStoreTest, MissingFileGivesNoBackupAndNoError) {
+  PortfolioStore store;
+  store.load();
+  store.save();
+  EXPECT_FALSE(TestProfile::fileExists(backup()));
+  EXPECT_EQ(std::string(HEAD) + "<Portfolios/>", TestProfile::readFile(records()));
+  EXPECT_TRUE(user.calls().empty());
+}
+
+const char16_t* const RECOVERY_START = u"An error occurred while loading your data.\n"
+                                       u"BEFORE EXITING, please backup \"Portfolios.xml\"\n"
+                                       u"and \"Portfolios.xml.bak\" from\n";
+const char16_t* const RECOVERY_END = u".\nTo recover your data, either import your portfolio from backup now,\n"
+                                     u"or replace the data file \"Portfolios.xml\" with \"Portfolios.xml.bak\"\n"
+                                     u"in the above directory after exiting.\n";
+const char16_t* const OVERWRITE = u"Since there was a problem when you opened your\n"
+                                  u"portfolio file, you may not wish to save your portfolios\n"
+                                  u"as they appear now. Are you sure you want to save the\n"
+                                  u"current portfolios and overwrite the existing ones\n"
+                                  u"Tallymoor had a problem opening?";
+
+TEST_F(PortfolioStoreTest, CorruptFileLeadsToTheRecoveryTextAndStaysByteForByte) {
+  put("<Portfolios><SharePortfolio><String>Tra");
+  PortfolioStore store;
+  store.load();
+  EXPECT_TRUE(store.loadFailed());
+  EXPECT_TRUE(store.portfolios().empty());
+  EXPECT_EQ(0u, store.records().numSubElements(u"SharePortfolios"));
+  ASSERT_EQ(1u, user.texts(Kind::Error).size());
+  const String told = user.texts(Kind::Error)[0];
+  EXPECT_TRUE(told.startsWith(String(RECOVERY_START) + profile.dataFolder() + RECOVERY_END + u" XMLException : "))
+      << told.toUTF8();
+
+  user.answerQuestion(false);
+  store.save();
+  EXPECT_EQ(String(OVERWRITE), user.texts(Kind::Question).at(0));
+  EXPECT_EQ("<Portfolios><SharePortfolio><String>Tra", TestProfile::readFile(records()));
+  EXPECT_FALSE(TestProfile::fileExists(backup()));
+}
+
+TEST_F(PortfolioStoreTest, OverwritingAfterAFailedLoadSetsTheOldBackupAside) {
+  put("broken");
+  TestProfile::writeFile(backup(), "the last good state");
+  PortfolioStore store;
+  store.load();
+  user.answerQuestion(true);
+  store.save();
+  EXPECT_EQ("the last good state", TestProfile::readFile(backup() + u".1"));
+  EXPECT_EQ("broken", TestProfile::readFile(backup()));
+  EXPECT_EQ(std::string(HEAD) + "<Portfolios/>", TestProfile::readFile(records()));
+}
+
+TEST_F(PortfolioStoreTest, AFolderInTheFilesPlaceIsAFailureAndNoFirstRun) {
+  std::filesystem::create_directories(records().toUTF8());
+  PortfolioStore store;
+  store.load();
+  EXPECT_TRUE(store.loadFailed());
+}
+
+TEST_F(PortfolioStoreTest, ADanglingLinkIsAFailureAndNoFirstRun) {
+  std::filesystem::create_symlink(profile.folder() + "/nowhere", records().toUTF8());
+  PortfolioStore store;
+  store.load();
+  EXPECT_TRUE(store.loadFailed());
+}
+
+TEST_F(PortfolioStoreTest, SaveThatFailsIsToldAndLeavesTheOldFile) {
+  put(document("Trading", "100.00"));
+  PortfolioStore store;
+  store.load();
+  // A value that the file's own form can't hold: written raw, it would not be readable again.
+  store.records().subElement(u"SharePortfolios").subElement(u"Name").setValue(u"A&B");
+  store.save();
+  EXPECT_FALSE(store.lastSaveSucceeded());
+  ASSERT_EQ(1u, user.texts(Kind::Error).size());
+  EXPECT_TRUE(user.texts(Kind::Error)[0].startsWith(u"XMLException occurred while saving your data. \n"
+                                                    u"You should load a previous data file."))
+      << user.texts(Kind::Error)[0].toUTF8();
+  EXPECT_EQ(document("Trading", "100.00"), TestProfile::readFile(records()));
+}
+
+TEST_F(PortfolioStoreTest, NamesFromAHandEditedFileAreCleaned) {
+  put(document("../Tra&lt;ding", "100.00"));
+  PortfolioStore store;
+  store.load();
+  EXPECT_EQ(1u, store.portfolios().count(u"..Trading"));
+  EXPECT_FALSE(store.loadFailed());
+}
+
+TEST_F(PortfolioStoreTest, ALaterPortfolioOfTheSameNameTakesThePlaceOfTheEarlier) {
+  std::string two = document("Trading", "100.00");
+  const std::string second = two.substr(two.find("<SharePortfolio>"), two.find("</Portfolios>") - two.find("<SharePortfolio>"));
+  two.insert(two.find("</Portfolios>"), second);
+  put(two);
+  PortfolioStore store;
+  store.load();
+  ASSERT_EQ(1u, store.portfolios().size());
+  EXPECT_EQ(&store.records().subElement(u"SharePortfolios", 1), &store.portfolios().at(u"Trading")->portfolio());
+}
+
+TEST_F(PortfolioStoreTest, CapitalRecordsOfChangedPortfoliosAreWrittenAfterTheRecords) {
+  put(document("Trading", "100.00"));
+  PortfolioStore store;
+  store.load();
+  store.portfolios().at(u"Trading")->checkCashReserve();
+  store.save();
+  const std::string record = TestProfile::readFile(profile.dataFolder() + u"TradingCapRecord.xml");
+  EXPECT_NE(std::string::npos, record.find("<DayCap><Date>3/3/2006</Date><Constant>100.00</Constant>"));
+}
+
+} // namespace
+} // namespace Tallymoor

@@ -1,0 +1,54 @@
+#pragma once
+#include "foundation/Settings.h"
+#include "shell/TallymoorWindow.h"
+#include "support/GatewayScope.h"
+#include "support/MarketFixture.h"
+#include "support/windows/WindowTest.h"
+#include <optional>
+
+namespace Tallymoor {
+
+/// The real main window on a profile of its own, with a stock exchange behind a web server. The country is known
+/// unless a test takes it away before the window is made.
+class ShellTest : public WindowTest {
+protected:
+  ShellTest() {
+    m_market.emplace();
+    m_gateway.emplace();
+    Settings::Instance().writeString(u"Config", u"Country", u"Australia");
+    writeCountries();
+  }
+
+  void TearDown() override {
+    deleteWindow();
+    m_gateway.reset();
+    WindowTest::TearDown();
+  }
+
+  std::unique_ptr<MainWindow> makeWindow(FXApp* app) override {
+    m_icons.emplace(app);
+    return std::make_unique<TallymoorWindow>(app, *m_icons);
+  }
+
+  TallymoorWindow& tallymoor() { return dynamic_cast<TallymoorWindow&>(mainWindow()); }
+  MarketFixture& market() { return *m_market; }
+  GatewayScope& gateway() { return *m_gateway; }
+  String recordsPath() { return profile().dataFolder() + u"Portfolios.xml"; }
+  void command(FXuint id) { tallymoor().handle(&app(), FXSEL(SEL_COMMAND, id), nullptr); }
+
+  /// Ends what the window keeps and starts it anew, as the next run of the program does.
+  void leave() { command(MainWindow::ID_SHUTDOWN); }
+
+private:
+  void writeCountries() {
+    TestProfile::writeFile(profile().configFolder() + u"CountryConfig.xml",
+                           "<CountryOptions version=\"1\"><CountryOption Name=\"Australia\" FinYearStart=\"1/7/2000\"/>"
+                           "<CountryOption Name=\"United States\" FinYearStart=\"1/1/2000\"/></CountryOptions>");
+  }
+
+  std::optional<MarketFixture> m_market;
+  std::optional<GatewayScope> m_gateway;
+  std::optional<WindowIcons> m_icons;
+};
+
+} // namespace Tallymoor

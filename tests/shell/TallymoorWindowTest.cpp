@@ -1,0 +1,322 @@
+#include "ShellTest.h"
+#include "views/SharePortfolioTreeItem.h"
+#include "views/SharesHeldTable.h"
+#include "views/SharesHeldTreeItem.h"
+#include "views/TotalCapTreeItem.h"
+#include "widgets/InvestmentTree.h"
+#include "xml/CountryOfResidence.h"
+#include <set>
+
+namespace Tallymoor {
+namespace {
+
+const std::string HEAD = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                         "<!DOCTYPE Portfolios SYSTEM \"Tallymoor Records.dtd\">\n";
+
+class TallymoorWindowTest : public ShellTest {
+protected:
+  void makePortfolio(const std::string& name) {
+    whenModal("New Portfolio", [this, name](FXWindow& dialog) {
+      type(*find<FXTextField>(dialog), name);
+      press(dialog, "OK");
+    });
+    press(tallymoor(), "New Portfolio");
+  }
+
+  /// Chooses the portfolio in the list and confirms.
+  void choose(const std::string& portfolio) {
+    whenModal("Choose Portfolio", [this, portfolio](FXWindow& dialog) {
+      press(dialog, portfolio);
+      press(dialog, "OK");
+    });
+  }
+
+  SharesHeldTable& heldTable(const String& portfolio) {
+    return *tallymoor().totalCapital()->portfolioNode(portfolio)->sharesHeldItem()->table();
+  }
+};
+
+TEST_F(TallymoorWindowTest, FirstStartOpens800By600At100And100) {
+  EXPECT_EQ(800, tallymoor().getWidth());
+  EXPECT_EQ(600, tallymoor().getHeight());
+  EXPECT_EQ(100, tallymoor().getX());
+  EXPECT_EQ(100, tallymoor().getY());
+}
+
+TEST_F(TallymoorWindowTest, FirstRunShowsAnEmptyTreeWithoutAnyMessage) {
+  EXPECT_TRUE(boxes().empty());
+  EXPECT_FALSE(tallymoor().store().loadFailed());
+  ASSERT_NE(nullptr, tallymoor().totalCapital());
+  EXPECT_TRUE(tallymoor().totalCapital()->portfolioNodes().empty());
+  EXPECT_TRUE(tallymoor().portfolioTree()->isSound());
+}
+
+TEST_F(TallymoorWindowTest, TitleIsTheProgramsName) { EXPECT_EQ("Tallymoor", title(tallymoor())); }
+
+TEST_F(TallymoorWindowTest, SmallerThanTheMinimumSnapsBack) {
+  tallymoor().resize(50, 50);
+  letEventsPass();
+  EXPECT_EQ(400, tallymoor().getHeight());
+  FXWindow& online = *tallymoor().onlineButton();
+  EXPECT_GE(tallymoor().getWidth(), online.getWidth() + button(tallymoor(), "Buy Shares").getWidth());
+  EXPECT_LT(tallymoor().getWidth(), 800);
+}
+
+TEST_F(TallymoorWindowTest, SizeAndPlaceAreRemembered) {
+  tallymoor().position(130, 140, 900, 650);
+  letEventsPass();
+  const Settings& settings = Settings::Instance();
+  EXPECT_EQ(900u, settings.readUnsigned(u"Gui Settings", u"MainWidth"));
+  EXPECT_EQ(650u, settings.readUnsigned(u"Gui Settings", u"MainHeight"));
+  EXPECT_EQ(130u, settings.readUnsigned(u"Gui Settings", u"MainX"));
+  EXPECT_EQ(140u, settings.readUnsigned(u"Gui Settings", u"MainY"));
+}
+
+TEST_F(TallymoorWindowTest, NegativePlaceLeavesTheRememberedOneAlone) {
+  tallymoor().position(130, 140, 900, 650);
+  letEventsPass();
+  tallymoor().move(-50, -60);
+  letEventsPass();
+  EXPECT_EQ(130u, Settings::Instance().readUnsigned(u"Gui Settings", u"MainX"));
+  EXPECT_EQ(140u, Settings::Instance().readUnsigned(u"Gui Settings", u"MainY"));
+}
+
+TEST_F(TallymoorWindowTest, NewPortfolioStandsInTreeRecordsAndFile) {
+  makePortfolio("Trading");
+  ASSERT_NE(nullptr, tallymoor().totalCapital()->portfolioNode(u"Trading"));
+  command(TallymoorWindow::ID_SAVE);
+  EXPECT_EQ(HEAD + "<Portfolios><SharePortfolio><String>Trading</String><HeldShares/><SoldShares/><Dividends/>"
+                   "<CashReserve/><String/></SharePortfolio></Portfolios>",
+            TestProfile::readFile(recordsPath()));
+}
+
+TEST_F(TallymoorWindowTest, APurchaseGoesFromTheFormToTheTableTheFileAndTheCapitalRecord) {
+  makePortfolio("Trading");
+  market().addListing(u"ABC.AX", u"Abercorn", u"Australia");
+  market().setCurrentPrice(u"ABC.AX", 12.34);
+  market().setHistory(u"ABC.AX", Date(2026, 2, 2), Date(2026, 3, 2), 12.0);
+  choose("Trading");
+  whenModal("Buy Shares", [this](FXWindow& dialog) {
+    type(field(dialog, "Stock code"), "ABC.AX");
+    whenModal("Stock Search", [this](FXWindow& search) { press(search, "OK"); });
+    press(dialog, "Search for stock code");
+  });
+  whenModal("Buy Shares", [this](FXWindow& dialog) {
+    EXPECT_EQ("Abercorn in Australia", std::string(field(dialog, "Stock name").getText().text()));
+    EXPECT_EQ(12.34, String(field(dialog, "Share price").getText().text()).toDouble());
+    type(field(dialog, "Number bought"), "100");
+    type(field(dialog, "Brokerage paid"), "50");
+    press(dialog, "OK");
+  });
+  press(tallymoor(), "Buy Shares");
+
+  SharesHeldTable& table = heldTable(u"Trading");
+  ASSERT_TRUE(table.hasRow(u"ABC.AX"));
+  EXPECT_EQ("100.00", std::string(table.getItemText(0, 0).text()));
+  EXPECT_EQ("12.34", std::string(table.getItemText(0, 1).text()));
+
+  leave();
+  EXPECT_EQ(HEAD + "<Portfolios><SharePortfolio><String>Trading</String><HeldShares><HeldShare><String>ABC.AX</String>"
+                   "<BuyEvent><Date>3/3/2026</Date><Constant>100.00</Constant><Constant>12.3400</Constant>"
+                   "<Constant>50.00</Constant><String/></BuyEvent><Constant/><Constant/><Constant/></HeldShare>"
+                   "</HeldShares><SoldShares/><Dividends/><CashReserve><CashEvent><Date>3/3/2026</Date>"
+                   "<Constant>1284.00</Constant><Constant>2</Constant><String>BUY 100.00 of ABC.AX @ 12.3400</String>"
+                   "</CashEvent></CashReserve><String/></SharePortfolio></Portfolios>",
+            TestProfile::readFile(recordsPath()));
+  EXPECT_NE(std::string::npos, TestProfile::readFile(profile().dataFolder() + u"TradingCapRecord.xml")
+                                   .find("<ShareVal><String>ABC.AX</String><Constant>100.00</Constant>"));
+  EXPECT_TRUE(TestProfile::fileExists(profile().cacheFolder() + u"PriceCache.ABC.AX.xml"));
+}
+
+TEST_F(TallymoorWindowTest, CancellingTheChoiceOfAPortfolioOpensNoForm) {
+  makePortfolio("Trading");
+  whenModal("Choose Portfolio", [this](FXWindow& dialog) {
+    EXPECT_TRUE(shows(dialog, "Select the portfolio to register a share purchase for."));
+    press(dialog, "Cancel");
+  });
+  command(TallymoorWindow::ID_BUY);
+}
+
+TEST_F(TallymoorWindowTest, ChoiceOfAPortfolioIsAskedWithNoneTooAndListsNothing) {
+  whenModal("Choose Portfolio", [this](FXWindow& dialog) {
+    EXPECT_TRUE(findAll<FXCheckButton>(dialog).empty());
+    press(dialog, "Cancel");
+  });
+  command(TallymoorWindow::ID_BUY);
+}
+
+TEST_F(TallymoorWindowTest, APortfolioThatIsNotInTheRecordsCannotBeChosen) {
+  makePortfolio("Trading");
+  tallymoor().store().records().subElement(u"SharePortfolios").subElement(u"Name").setValue(u"Other");
+  choose("Trading");
+  answer("TallymoorWindow::onBuy failed. Exception : Failed to find the chosen portfolio", "OK");
+  command(TallymoorWindow::ID_BUY);
+}
+
+TEST_F(TallymoorWindowTest, SaveWritesTheSplitterWidth) {
+  find<FXSplitter>(tallymoor())->setSplit(0, 233);
+  command(TallymoorWindow::ID_SAVE);
+  EXPECT_EQ(233u, Settings::Instance().readUnsigned(u"Gui Settings", u"X Splitter Portfolios"));
+}
+
+TEST_F(TallymoorWindowTest, LeavingDeletesTheWarningsOfTheRun) {
+  Settings::Instance().writeInt(u"Warnings", u"Trading CRW", 1);
+  leave();
+  EXPECT_FALSE(Settings::Instance().hasEntry(u"Warnings", u"Trading CRW"));
+}
+
+TEST_F(TallymoorWindowTest, LeavingTwiceSavesOnce) {
+  makePortfolio("Trading");
+  leave();
+  const std::string saved = TestProfile::readFile(recordsPath());
+  TestProfile::writeFile(recordsPath(), "changed since");
+  leave();
+  EXPECT_EQ("changed since", TestProfile::readFile(recordsPath()));
+  EXPECT_NE(std::string::npos, saved.find("Trading"));
+}
+
+TEST_F(TallymoorWindowTest, LeavingAsksAgainWhenTheRecordsCannotBeSaved) {
+  makePortfolio("Trading");
+  tallymoor().store().records().subElement(u"SharePortfolios").subElement(u"Name").setValue(u"A&B");
+  const std::string failure = "XMLException occurred while saving your data. \nYou should load a previous data file.";
+  const std::string question = "Your records could not be saved, and leaving now loses the changes since the last "
+                               "save.\nDo you want to try to save them again?";
+  whenModal(failure, [this](FXWindow& box) { press(box, "OK"); });
+  whenModal(question, [this](FXWindow& box) {
+    tallymoor().store().records().subElement(u"SharePortfolios").subElement(u"Name").setValue(u"Trading");
+    press(box, "Yes");
+  });
+  leave();
+  EXPECT_NE(std::string::npos, TestProfile::readFile(recordsPath()).find("<String>Trading</String>"));
+}
+
+TEST_F(TallymoorWindowTest, AboutShowsTheVersion) {
+  whenModal("About Tallymoor", [this](FXWindow& dialog) {
+    EXPECT_TRUE(shows(dialog, "Brindlecove Tallymoor Version 1.3.1 (Build 510)"));
+    press(dialog, "OK");
+  });
+  command(TallymoorWindow::ID_ABOUT);
+}
+
+TEST_F(TallymoorWindowTest, OnlineButtonGoesOfflineAndBack) {
+  market().addListing(u"TST.AX", u"Testament Tools", u"Australia");
+  FXButton& online = *tallymoor().onlineButton();
+  tallymoor().updateStatus();
+  EXPECT_EQ("Online", std::string(online.getTipText().text()));
+  EXPECT_EQ("Press to disconnect", std::string(online.getHelpText().text()));
+  command(TallymoorWindow::ID_STATUS);
+  EXPECT_FALSE(TallymoorInternet::Instance().isOnline());
+  EXPECT_EQ("Offline", std::string(online.getTipText().text()));
+  EXPECT_EQ("Press to reconnect", std::string(online.getHelpText().text()));
+  command(TallymoorWindow::ID_STATUS);
+  EXPECT_TRUE(TallymoorInternet::Instance().isOnline());
+  EXPECT_EQ("Online", std::string(online.getTipText().text()));
+  EXPECT_EQ(String("test"), market().requested(MarketFixture::Page::Search).at(0));
+}
+
+TEST_F(TallymoorWindowTest, ReconnectingWithoutAnAnswerStaysOffline) {
+  TallymoorInternet::Instance().goOffline();
+  command(TallymoorWindow::ID_STATUS);
+  EXPECT_FALSE(TallymoorInternet::Instance().isOnline());
+  EXPECT_EQ("Offline", std::string(tallymoor().onlineButton()->getTipText().text()));
+  EXPECT_TRUE(boxes().empty());
+}
+
+TEST_F(TallymoorWindowTest, RefreshingPricesFetchesThemNow) {
+  market().setCurrentPrice(u"ABC.AX", 2.5);
+  TallymoorInternet::Instance().priceUpdater().addCode(u"ABC.AX");
+  command(TallymoorWindow::ID_REFRESH_PRICES);
+  market().awaitRequests(MarketFixture::Page::Quote, 1);
+  EXPECT_EQ(String("ABC.AX"), market().requested(MarketFixture::Page::Quote).at(0));
+}
+
+/// Every entry of every menu, and every button of the tool bars, is something that the window answers to.
+TEST_F(TallymoorWindowTest, NoEntryDoesNothing) {
+  std::set<std::string> entries;
+  for (FXWindow* child = tallymoor().getRoot()->getFirst(); child; child = child->getNext())
+    if (auto* pane = dynamic_cast<FXMenuPane*>(child))
+      for (FXMenuCommand* entry : findAll<FXMenuCommand>(*pane)) {
+        EXPECT_EQ(&tallymoor(), entry->getTarget());
+        EXPECT_NE(0u, entry->getSelector());
+        entries.insert(entry->getText().text());
+      }
+  EXPECT_TRUE(entries.count("&Save..."));
+  EXPECT_TRUE(entries.count("E&xit"));
+  EXPECT_TRUE(entries.count("&Minimise"));
+}
+
+class SecondStartTest : public TallymoorWindowTest {
+protected:
+  SecondStartTest() {
+    TestProfile::writeFile(recordsPath(), HEAD + "<Portfolios><SharePortfolio><String>Trading</String><HeldShares/>"
+                                                 "<SoldShares/><Dividends/><CashReserve/><String>^AORD</String>"
+                                                 "</SharePortfolio></Portfolios>");
+    market().setCurrentPrice(u"^AORD", 8000.0);
+    market().setHistory(u"^AORD", Date(2026, 1, 1), Date(2026, 3, 2), 8000.0);
+  }
+};
+
+TEST_F(SecondStartTest, ShowsWhatWasSaved) {
+  EXPECT_NE(nullptr, tallymoor().totalCapital()->portfolioNode(u"Trading"));
+  EXPECT_TRUE(boxes().empty());
+}
+
+class CorruptRecordsTest : public TallymoorWindowTest {
+protected:
+  CorruptRecordsTest() {
+    TestProfile::writeFile(recordsPath(), "<Portfolios><SharePort");
+    whenModal("BEFORE EXITING, please backup \"Portfolios.xml\"\n", [this](FXWindow& box) { press(box, "OK"); });
+  }
+};
+
+TEST_F(CorruptRecordsTest, LeavingWithNoLeavesTheFileByteForByte) {
+  EXPECT_TRUE(tallymoor().store().loadFailed());
+  EXPECT_TRUE(tallymoor().totalCapital()->portfolioNodes().empty());
+  whenModal("Since there was a problem when you opened your\n", [this](FXWindow& box) { press(box, "No"); });
+  leave();
+  EXPECT_EQ("<Portfolios><SharePort", TestProfile::readFile(recordsPath()));
+}
+
+class FirstStartTest : public TallymoorWindowTest {
+protected:
+  FirstStartTest() {
+    Settings::Instance().deleteEntry(u"Config", u"Country");
+    CountryOfResidence::destroyInstance();
+    whenModal("Country of Residence", [this](FXWindow& dialog) {
+      EXPECT_TRUE(shows(dialog, "What is your country of residence for tax purposes?"));
+      press(dialog, "United States");
+      press(dialog, "OK");
+    });
+  }
+  ~FirstStartTest() override { CountryOfResidence::destroyInstance(); }
+};
+
+TEST_F(FirstStartTest, AsksForTheCountryBeforeAnyDataExists) {
+  EXPECT_EQ(String("United States"), Settings::Instance().readString(u"Config", u"Country"));
+  EXPECT_EQ(String("United States"), CountryOfResidence::Instance().country());
+}
+
+class BrokenLocatorsTest : public TallymoorWindowTest {
+protected:
+  BrokenLocatorsTest() {
+    TestProfile::writeFile(profile().configFolder() + u"CodeSearchLocators.xml",
+                           "<CodeSearchLocators active=\"gone\" version=\"1\"/>");
+    whenModal("TallymoorInternet::TallymoorInternet - failed to find a code search locator",
+              [this](FXWindow& box) { press(box, "OK"); });
+  }
+};
+
+TEST_F(BrokenLocatorsTest, StartIsReportedAndTheWindowStaysOpen) {
+  ASSERT_EQ(1u, boxes().size());
+  EXPECT_EQ("Failure during startup. You may need to restart.\n HTMLException : TallymoorInternet::TallymoorInternet - "
+            "failed to find a code search locator",
+            boxes()[0]);
+  EXPECT_TRUE(tallymoor().store().loadFailed());
+  EXPECT_TRUE(tallymoor().shown());
+  command(TallymoorWindow::ID_NEW_PORTFOLIO); // there is no tree to add to, and nothing happens
+  whenModal("Since there was a problem when you opened your\n", [this](FXWindow& box) { press(box, "No"); });
+  leave();
+}
+
+} // namespace
+} // namespace Tallymoor
