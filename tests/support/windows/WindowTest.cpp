@@ -29,7 +29,7 @@ std::unique_ptr<FXApp> makeApplication() {
   if (!std::getenv("DISPLAY"))
     throw std::runtime_error("window tests need a display: run them under xvfb-run");
   static char name[] = "window_test";
-  char* arguments[] = {name, nullptr};
+  static char* arguments[] = {name, nullptr}; // the application keeps the pointer
   int count = 1;
   auto app = std::make_unique<FXApp>("Tallymoor", "Brindlecove");
   app->init(count, arguments);
@@ -121,9 +121,9 @@ void WindowTest::SetUp() {
   std::signal(SIGALRM, testHangs);
   alarm(longestTestSeconds);
   m_window = makeWindow(m_app.get());
+  startTicking(); // a window may ask something while it is created
   m_app->create();
   letEventsPass();
-  startTicking();
 }
 
 void WindowTest::TearDown() {
