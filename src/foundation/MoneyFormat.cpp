@@ -1,6 +1,7 @@
 #include "foundation/MoneyFormat.h"
 #include "foundation/Amounts.h"
 #include <algorithm>
+#include <mutex>
 #include <unicode/dcfmtsym.h>
 #include <unicode/numberformatter.h>
 #include <unicode/ucurr.h>
@@ -53,6 +54,8 @@ String withPlainMinus(String text) {
 } // namespace
 
 struct MoneyFormat::Parts {
+  /// ICU compiles a formatter after a few uses, behind the back of its constness: one thread at a time.
+  mutable std::mutex mutex;
   icu::number::LocalizedNumberFormatter formatter;
   String decimalSign;
   String currencySign;
@@ -82,6 +85,7 @@ String MoneyFormat::format(double amount) const {
   const double shown = showsAsZero(amount, std::min(m_parts->decimals, 2)) ? 0.0 : amount;
   const std::string digits = String::fromDouble(shown, 2).toUTF8();
   UErrorCode status = U_ZERO_ERROR;
+  const std::lock_guard lock(m_parts->mutex);
   const icu::number::FormattedNumber number = m_parts->formatter.formatDecimal(digits, status);
   String text = fromIcu(number.toString(status));
   if (U_FAILURE(status))
