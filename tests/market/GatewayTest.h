@@ -1,15 +1,42 @@
 #pragma once
+#include "foundation/BigMutex.h"
 #include "foundation/Exception.h"
+#include "foundation/LinuxPlatform.h"
 #include "market/TallymoorInternet.h"
 #include "support/FakeUserInteraction.h"
 #include "support/GatewayScope.h"
 #include "support/MarketFixture.h"
 #include "support/TestProfile.h"
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
 #include <functional>
 #include <gtest/gtest.h>
+#include <mutex>
 #include <typeinfo>
 
 namespace Tallymoor {
+
+/// Lets a test wait, without a clock, for what another thread does.
+class Signpost {
+public:
+  void notify() {
+    const std::lock_guard lock(m_mutex);
+    m_changed.notify_all();
+  }
+  /// Fails the test when the condition, looked at after each notify, does not come true in a very long time.
+  template <class Condition>
+  void await(Condition isTrue) {
+    std::unique_lock lock(m_mutex);
+    if (!m_changed.wait_for(lock, std::chrono::seconds(60), isTrue))
+      ADD_FAILURE() << "what the test waits for did not happen";
+  }
+
+private:
+  std::mutex m_mutex;
+  std::condition_variable m_changed;
+};
 
 /// A user who does something in the world before he answers, and notices what is shown while he is asked.
 class BusyUser : public FakeUserInteraction {
@@ -21,7 +48,29 @@ public:
       beforeAnswer();
     return FakeUserInteraction::question(text);
   }
+  void setStatusText(const String& text) override {
+    FakeUserInteraction::setStatusText(text);
+    m_told.notify();
+  }
+  /// Returns when the status line has shown this text.
+  void awaitStatus(const String& text) {
+    m_told.await([&] {
+      const std::vector<String> shown = texts(Kind::Status);
+      return std::find(shown.begin(), shown.end(), text) != shown.end();
+    });
+  }
   std::function<void()> beforeAnswer;
+
+private:
+  Signpost m_told;
+};
+
+/// A platform whose clock a test sets.
+class ClockPlatform : public LinuxPlatform {
+public:
+  explicit ClockPlatform(const LinuxPlatformOptions& options) : LinuxPlatform(options) {}
+  std::uint32_t tickCount() override { return tick; }
+  std::atomic<std::uint32_t> tick = 1000;
 };
 
 /// A gateway over a made-up exchange, on Wednesday 15 November 2006. The updater runs only where a test
@@ -30,6 +79,17 @@ class GatewayTest : public ::testing::Test {
 protected:
   using Page = MarketFixture::Page;
   using Kind = FakeUserInteraction::Kind;
+
+  static constexpr std::uint32_t HOUR = 3600000;
+
+  GatewayTest() {
+    LinuxPlatformOptions options;
+    options.dataHome = m_profile.folder() + "/share";
+    options.locale = "en_AU";
+    auto platform = std::make_unique<ClockPlatform>(options);
+    m_clock = platform.get();
+    Platform::setInstance(std::move(platform));
+  }
 
   static TallymoorInternet& gateway() { return TallymoorInternet::Instance(); }
   static PriceUpdater& updater() { return gateway().priceUpdater(); }
@@ -55,11 +115,63 @@ protected:
   const String m_code = u"ABC.AX";
   const Date m_today{2006, 11, 15};
   const Date m_friday{2006, 11, 10};
+  ClockPlatform* m_clock;
 
   TestProfile m_profile{"en_AU", m_today};
   BusyUser m_user;
   MarketFixture m_market;
   GatewayScope m_scope;
+};
+
+/// Writes down what it hears, in the words "price ABC.AX 12.3400", "close ABC.AX 10/11/2006 5.0000" and
+/// "finished", and does what a test wants on hearing it. Registered for its life. What it holds is guarded by
+/// the big mutex.
+class RecordingObserver : public PriceUpdater::PricesObserver {
+public:
+  explicit RecordingObserver(PriceUpdater::Rank rank = PriceUpdater::Rank::Views,
+                             std::vector<String>* heard = nullptr, const String& name = String())
+      : m_heard(heard ? heard : &m_own), m_name(name) {
+    TallymoorInternet::Instance().priceUpdater().addObserver(this, rank);
+  }
+  ~RecordingObserver() override {
+    if (TallymoorInternet::exists())
+      TallymoorInternet::Instance().priceUpdater().removeObserver(this);
+  }
+
+  void currentPriceUpdated(const String& code, double price) override {
+    hear(u"price " + code + u" " + String::fromDouble(price, 4));
+    if (onPrice)
+      onPrice(code);
+  }
+  void historicalPriceChanged(const String& code, const Date& date, double close) override {
+    hear(u"close " + code + u" " + date.toString(DATE_DISPLAY_DMY) + u" " + String::fromDouble(close, 4));
+  }
+  void pricesUpdateFinished() override {
+    hear(u"finished");
+    ++m_finished;
+    m_signpost.notify();
+  }
+
+  std::vector<String> heard() const {
+    const BigMutexLock lock;
+    return *m_heard;
+  }
+  /// Returns when so many passes have ended since the observer was made; not to be called with the big mutex
+  /// held.
+  void awaitFinished(int passes) {
+    m_signpost.await([&] { return m_finished >= passes; });
+  }
+  int passes() const { return m_finished; }
+  std::function<void(const String& code)> onPrice;
+
+private:
+  void hear(const String& what) { m_heard->push_back(m_name + what); }
+
+  std::vector<String> m_own;
+  std::vector<String>* m_heard;
+  const String m_name;
+  std::atomic<int> m_finished = 0;
+  Signpost m_signpost;
 };
 
 inline const String OFFLINE_QUESTION = u"If you are having problems with Internet access\n"

@@ -1,0 +1,355 @@
+#include "market/PriceUpdater.h"
+#include "foundation/RunTimeSettings.h"
+#include "market/GatewayTest.h"
+#include <stdexcept>
+
+namespace Tallymoor {
+namespace {
+
+// Passes on the test's own thread: what is fetched, stored and told, and in which order.
+
+class PriceUpdaterTest : public GatewayTest {
+protected:
+  ~PriceUpdaterTest() override { readSettings(); }
+
+  void watch(const String& code, double price) {
+    m_market.setCurrentPrice(code, price);
+    updater().addCode(code);
+  }
+  static void runPass() { updater().runPass(); }
+};
+
+// --- Codes and prices
+// ---------------------------------------------------------------------------------------------
+
+TEST_F(PriceUpdaterTest, ACodeBeginsWithoutAPriceAndKeepsTheOneItHas) {
+  updater().addCode(m_code);
+  EXPECT_TRUE(updater().hasCode(m_code));
+  EXPECT_DOUBLE_EQ(updater().getCurrentPrice(m_code), 0.0);
+  updater().setCurrentPrice(m_code, 5.0);
+  updater().addCode(m_code);
+  EXPECT_DOUBLE_EQ(updater().getCurrentPrice(m_code), 5.0);
+  updater().removeCode(m_code);
+  EXPECT_FALSE(updater().hasCode(m_code));
+}
+
+TEST_F(PriceUpdaterTest, AnUnknownCodeHasNoPrice) {
+  EXPECT_EQ(failureOf<Exception>([&] { updater().getCurrentPrice(m_code); }),
+            String(u"PriceUpdater::getCurrentPrice - dont' have this code: ABC.AX"));
+  updater().setCurrentPrice(m_code, 5.0);
+  EXPECT_FALSE(updater().hasCode(m_code));
+}
+
+TEST_F(PriceUpdaterTest, ADelistedCodeIsNotTaken) {
+  gateway().markBadCode(m_code);
+  updater().addCode(m_code);
+  EXPECT_FALSE(updater().hasCode(m_code));
+}
+
+TEST_F(PriceUpdaterTest, TheLatestPriceIsTheCurrentOne) {
+  updater().addCode(m_code);
+  updater().setCurrentPrice(m_code, 0.0001);
+  EXPECT_DOUBLE_EQ(updater().getLatestPrice(m_code), 0.0001);
+  EXPECT_TRUE(m_market.requested(Page::History).empty());
+}
+
+TEST_F(PriceUpdaterTest, TheLatestPriceIsTodaysCloseWhereThereIsNoCurrentOne) {
+  m_market.setHistory(m_code, Date(2006, 11, 1), m_friday, 5.0);
+  EXPECT_DOUBLE_EQ(updater().getLatestPrice(m_code), 5.0);
+  updater().addCode(m_code);
+  EXPECT_DOUBLE_EQ(updater().getLatestPrice(m_code), 5.0);
+  updater().setCurrentPrice(m_code, 0.00004);
+  EXPECT_DOUBLE_EQ(updater().getLatestPrice(m_code), 5.0);
+}
+
+TEST_F(PriceUpdaterTest, APriceThatShowsAsZeroIsNone) {
+  m_market.setHistory(m_code, Date(2006, 11, 1), m_today, 0.0);
+  EXPECT_EQ(failureOf<Exception>([&] { updater().getLatestPrice(m_code); }),
+            String(u"PriceUpdater::getLatestPrice - could not get price for ABC.AX"));
+}
+
+// --- A pass
+// -------------------------------------------------------------------------------------------------------
+
+TEST_F(PriceUpdaterTest, APassFetchesAllCodesInOrderAndTellsTheObservers) {
+  watch(u"BBB", 2.0);
+  watch(u"AAA", 1.0);
+  RecordingObserver observer;
+  runPass();
+  EXPECT_EQ(m_market.requested(Page::Quote), (std::vector<String>{u"AAA", u"BBB"}));
+  EXPECT_EQ(observer.heard(), (std::vector<String>{u"price AAA 1.0000", u"price BBB 2.0000", u"finished"}));
+  EXPECT_DOUBLE_EQ(updater().getCurrentPrice(u"BBB"), 2.0);
+  EXPECT_EQ(statuses(),
+            (std::vector<String>{u"updating current price for AAA", u"updating current price for BBB"}));
+}
+
+TEST_F(PriceUpdaterTest, APassWithoutCodesTellsOfItsEnd) {
+  RecordingObserver observer;
+  runPass();
+  EXPECT_EQ(observer.heard(), std::vector<String>{u"finished"});
+  EXPECT_TRUE(statuses().empty());
+}
+
+TEST_F(PriceUpdaterTest, TheCacheAndRecordsHearOfAPriceBeforeTheViews) {
+  watch(m_code, 1.5);
+  std::vector<String> heard;
+  RecordingObserver view(PriceUpdater::Rank::Views, &heard, u"view ");
+  RecordingObserver record(PriceUpdater::Rank::Records, &heard, u"record ");
+  RecordingObserver secondView(PriceUpdater::Rank::Views, &heard, u"second view ");
+  record.onPrice = [this](const String& code) {
+    EXPECT_DOUBLE_EQ(gateway().getCachedPrice(code, m_today, 0), 1.5);
+    EXPECT_DOUBLE_EQ(updater().getCurrentPrice(code), 1.5);
+  };
+  runPass();
+  EXPECT_EQ(heard, (std::vector<String>{u"record price ABC.AX 1.5000", u"view price ABC.AX 1.5000",
+                                        u"second view price ABC.AX 1.5000", u"record finished",
+                                        u"view finished", u"second view finished"}));
+}
+
+TEST_F(PriceUpdaterTest, ObserversAreCalledUnderTheBigMutexInABackgroundPass) {
+  watch(m_code, 1.5);
+  RecordingObserver observer;
+  int calls = 0;
+  observer.onPrice = [&calls](const String&) {
+    ++calls;
+    EXPECT_TRUE(inBackgroundPass);
+    EXPECT_TRUE(bigMutex().heldByThisThread());
+  };
+  runPass();
+  EXPECT_EQ(calls, 1);
+  EXPECT_FALSE(inBackgroundPass);
+  EXPECT_FALSE(bigMutex().heldByThisThread());
+}
+
+TEST_F(PriceUpdaterTest, AnObserverThatWasTakenAwayBetweenStepsIsNotCalled) {
+  watch(m_code, 1.5);
+  watch(u"DEF.AX", 2.5);
+  RecordingObserver first(PriceUpdater::Rank::Records);
+  RecordingObserver self;
+  RecordingObserver other;
+  first.onPrice = [&other](const String&) { updater().removeObserver(&other); };
+  self.onPrice = [&self](const String&) { updater().removeObserver(&self); };
+  runPass();
+  EXPECT_EQ(first.heard().size(), 3u);
+  EXPECT_EQ(self.heard(), std::vector<String>{u"price ABC.AX 1.5000"});
+  EXPECT_TRUE(other.heard().empty());
+}
+
+TEST_F(PriceUpdaterTest, AnObserverThatJoinsDuringAPassWaitsForTheNext) {
+  watch(m_code, 1.5);
+  RecordingObserver first;
+  RecordingObserver late;
+  updater().removeObserver(&late);
+  first.onPrice = [&late](const String&) { updater().addObserver(&late); };
+  runPass();
+  EXPECT_TRUE(late.heard().empty());
+  runPass();
+  EXPECT_EQ(late.heard(), (std::vector<String>{u"price ABC.AX 1.5000", u"finished"}));
+}
+
+TEST_F(PriceUpdaterTest, AnObserverIsAddedOnce) {
+  RecordingObserver observer;
+  updater().addObserver(&observer);
+  updater().addObserver(&observer, PriceUpdater::Rank::Records);
+  runPass();
+  EXPECT_EQ(observer.heard(), std::vector<String>{u"finished"});
+}
+
+TEST_F(PriceUpdaterTest, ACodeThatIsAddedDuringAPassWaitsForTheNext) {
+  watch(m_code, 1.5);
+  RecordingObserver observer;
+  observer.onPrice = [this](const String&) { watch(u"DEF.AX", 2.5); };
+  runPass();
+  EXPECT_EQ(m_market.requested(Page::Quote), std::vector<String>{m_code});
+  runPass();
+  EXPECT_DOUBLE_EQ(updater().getCurrentPrice(u"DEF.AX"), 2.5);
+}
+
+TEST_F(PriceUpdaterTest, ACodeThatIsRemovedDuringAPassIsFetchedAndItsPriceDropped) {
+  watch(m_code, 1.5);
+  watch(u"DEF.AX", 2.5);
+  RecordingObserver observer;
+  observer.onPrice = [](const String&) { updater().removeCode(u"DEF.AX"); };
+  runPass();
+  EXPECT_EQ(m_market.requested(Page::Quote), (std::vector<String>{m_code, u"DEF.AX"}));
+  EXPECT_FALSE(updater().hasCode(u"DEF.AX"));
+}
+
+TEST_F(PriceUpdaterTest, APriceOfZeroIsNeitherStoredNorTold) {
+  watch(m_code, 0.00001);
+  updater().setCurrentPrice(m_code, 3.0);
+  RecordingObserver observer;
+  runPass();
+  EXPECT_DOUBLE_EQ(updater().getCurrentPrice(m_code), 3.0);
+  EXPECT_EQ(observer.heard(), std::vector<String>{u"finished"});
+  EXPECT_FALSE(gateway().hasCachedPrice(m_code, m_today));
+}
+
+TEST_F(PriceUpdaterTest, ACodeMarkedAsDelistedLaterStaysOnViewButOutOfTheCache) {
+  watch(m_code, 1.5);
+  gateway().markBadCode(m_code);
+  RecordingObserver observer;
+  runPass();
+  EXPECT_EQ(observer.heard(), (std::vector<String>{u"price ABC.AX 1.5000", u"finished"}));
+  EXPECT_DOUBLE_EQ(updater().getCurrentPrice(m_code), 1.5);
+  EXPECT_FALSE(gateway().hasCachedPrice(m_code, m_today));
+}
+
+// --- Failures
+// -----------------------------------------------------------------------------------------------------
+
+TEST_F(PriceUpdaterTest, AFailureEndsThePassAndShowsInTheStatusLine) {
+  watch(u"AAA", 1.0);
+  updater().addCode(u"BBB");
+  watch(u"CCC", 3.0);
+  RecordingObserver observer;
+  runPass();
+  EXPECT_EQ(observer.heard(), std::vector<String>{u"price AAA 1.0000"});
+  EXPECT_EQ(m_market.requested(Page::Quote).size(), 2u);
+  const String message = failureOf<HTMLException>([] { gateway().currentPrice(u"BBB", false, true); });
+  EXPECT_EQ(statuses().back(), u"PriceUpdater::threadFunction failed: " + message);
+  EXPECT_TRUE(questions().empty());
+  EXPECT_FALSE(inBackgroundPass);
+  EXPECT_FALSE(bigMutex().heldByThisThread());
+  m_market.setCurrentPrice(u"BBB", 2.0);
+  runPass();
+  EXPECT_DOUBLE_EQ(updater().getCurrentPrice(u"CCC"), 3.0);
+}
+
+TEST_F(PriceUpdaterTest, GoingOfflineDuringAPassEndsItAtTheNextFetch) {
+  watch(m_code, 1.5);
+  watch(u"DEF.AX", 2.5);
+  RecordingObserver observer;
+  observer.onPrice = [](const String&) { gateway().goOffline(); };
+  runPass();
+  EXPECT_EQ(observer.heard(), std::vector<String>{u"price ABC.AX 1.5000"});
+  EXPECT_EQ(statuses().back(),
+            String(u"PriceUpdater::threadFunction failed: TallymoorInternet::currentPrice - "
+                   u"internet offline."));
+}
+
+TEST_F(PriceUpdaterTest, AFailureOfAnObserverEndsThePassToo) {
+  watch(m_code, 1.5);
+  RecordingObserver observer;
+  observer.onPrice = [](const String&) { throw Exception(u"the observer fails"); };
+  runPass();
+  EXPECT_EQ(statuses().back(), String(u"PriceUpdater::threadFunction failed: the observer fails"));
+  observer.onPrice = [](const String&) { throw std::runtime_error("a library fails"); };
+  runPass();
+  EXPECT_EQ(statuses().back(), String(u"PriceUpdater::threadFunction failed: a library fails"));
+  EXPECT_FALSE(inBackgroundPass);
+  EXPECT_FALSE(bigMutex().heldByThisThread());
+}
+
+// --- Recent closes
+// ------------------------------------------------------------------------------------------------
+
+TEST_F(PriceUpdaterTest, RecentClosesAreRefreshedWhenTheTimeHasCome) {
+  watch(m_code, 1.5);
+  m_market.setHistory(m_code, Date(2006, 11, 1), m_today, 1.5);
+  runPass();
+  m_clock->tick += 8 * HOUR;
+  runPass();
+  EXPECT_TRUE(m_market.requested(Page::History).empty());
+  m_clock->tick += 1;
+  runPass();
+  EXPECT_EQ(m_market.requested(Page::History), std::vector<String>{m_code});
+  EXPECT_EQ(statuses().back(), String(u"updating recent historical prices for ABC.AX"));
+  EXPECT_EQ(m_market.requestedRanges().at(0).end, m_today);
+  m_clock->tick += 8 * HOUR;
+  runPass();
+  EXPECT_EQ(m_market.requested(Page::History).size(), 1u);
+}
+
+TEST_F(PriceUpdaterTest, TheClockMayWrapAround) {
+  m_clock->tick = 0xFFFFFFFF - HOUR;
+  watch(m_code, 1.5);
+  m_market.setHistory(m_code, Date(2006, 11, 1), m_today, 1.5);
+  m_clock->tick = 2 * HOUR;
+  runPass();
+  EXPECT_TRUE(m_market.requested(Page::History).empty());
+  m_clock->tick = 7 * HOUR + 1;
+  runPass();
+  EXPECT_EQ(m_market.requested(Page::History).size(), 1u);
+}
+
+TEST_F(PriceUpdaterTest, TheHoursBetweenChecksAreASetting) {
+  historicalPriceUpdateHours = 1;
+  watch(m_code, 1.5);
+  m_market.setHistory(m_code, Date(2006, 11, 1), m_today, 1.5);
+  m_clock->tick += HOUR + 1;
+  runPass();
+  EXPECT_EQ(m_market.requested(Page::History).size(), 1u);
+  // The last check ended with the setting of that time; from now on it is 0, which counts as an hour.
+  historicalPriceUpdateHours = 0;
+  m_clock->tick += HOUR + 1;
+  runPass();
+  m_clock->tick += HOUR;
+  runPass();
+  EXPECT_EQ(m_market.requested(Page::History).size(), 2u);
+}
+
+TEST_F(PriceUpdaterTest, ChangedClosesOfTheWeekAreTold) {
+  m_market.setHistory(m_code, Date(2006, 11, 1), Date(2006, 11, 14), 1.5);
+  gateway().historicalPrice(m_code, m_today, true);
+  watch(m_code, 1.75);
+  // The exchange corrects the Monday, and a day that is too long ago to be told; today's own close is out,
+  // too.
+  m_market.setDay(m_code, Date(2006, 11, 13), 1.25);
+  m_market.setDay(m_code, Date(2006, 11, 8), 1.25);
+  m_market.setDay(m_code, m_today, 2.0);
+  RecordingObserver observer;
+  m_clock->tick += 8 * HOUR + 1;
+  runPass();
+  EXPECT_EQ(observer.heard(), (std::vector<String>{u"price ABC.AX 1.7500", u"close ABC.AX 15/11/2006 2.0000",
+                                                   u"close ABC.AX 13/11/2006 1.2500", u"finished"}));
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, Date(2006, 11, 8), 0), 1.25);
+}
+
+TEST_F(PriceUpdaterTest, ADayThatWasNotCachedCountsAsZero) {
+  m_market.setHistory(m_code, Date(2006, 11, 14), m_today, 1.5);
+  watch(m_code, 1.5);
+  RecordingObserver observer;
+  m_clock->tick += 8 * HOUR + 1;
+  runPass();
+  // Today's row is there from the current price of the same pass.
+  EXPECT_EQ(observer.heard(),
+            (std::vector<String>{u"price ABC.AX 1.5000", u"close ABC.AX 14/11/2006 1.5000", u"finished"}));
+}
+
+TEST_F(PriceUpdaterTest, DelistedCodesAreLeftOutOfTheCheck) {
+  watch(m_code, 1.5);
+  watch(u"DEF.AX", 2.5);
+  m_market.setHistory(u"DEF.AX", Date(2006, 11, 1), m_today, 2.5);
+  gateway().markBadCode(m_code);
+  m_clock->tick += 8 * HOUR + 1;
+  runPass();
+  EXPECT_EQ(m_market.requested(Page::History), std::vector<String>{u"DEF.AX"});
+}
+
+TEST_F(PriceUpdaterTest, AFailedCheckAsksNothingAndEndsThePass) {
+  watch(m_code, 1.5);
+  RecordingObserver observer;
+  m_clock->tick += 8 * HOUR + 1;
+  runPass();
+  EXPECT_EQ(observer.heard(), std::vector<String>{u"price ABC.AX 1.5000"});
+  EXPECT_TRUE(questions().empty());
+  EXPECT_TRUE(statuses().back().startsWith(u"PriceUpdater::threadFunction failed: HTMLTable::fillFrom"));
+  EXPECT_FALSE(inBackgroundPass);
+}
+
+// --- Settings
+// -----------------------------------------------------------------------------------------------------
+
+TEST_F(PriceUpdaterTest, ThePeriodIsASettingWithinReason) {
+  EXPECT_EQ(PriceUpdater::passPeriod(), 10u * 60000);
+  currentPriceUpdateMins = 3;
+  EXPECT_EQ(PriceUpdater::passPeriod(), 3u * 60000);
+  currentPriceUpdateMins = 0;
+  EXPECT_EQ(PriceUpdater::passPeriod(), 60000u);
+  currentPriceUpdateMins = 4000000000;
+  EXPECT_EQ(PriceUpdater::passPeriod(), 4294920000u);
+}
+
+} // namespace
+} // namespace Tallymoor

@@ -1,0 +1,299 @@
+#include "foundation/RunTimeSettings.h"
+#include "market/GatewayTest.h"
+#include "support/TestHttpServer.h"
+#include <thread>
+
+namespace Tallymoor {
+namespace {
+
+// The updater on its own thread while the user goes on with his work. Every wait is for something that
+// happens, never for a time.
+
+class PriceUpdaterThreadTest : public GatewayTest {
+protected:
+  void watch(const String& code, double price) {
+    m_market.setCurrentPrice(code, price);
+    updater().addCode(code);
+  }
+  bool sawFailure() const {
+    for (const String& status : statuses())
+      if (status.startsWith(u"PriceUpdater::threadFunction failed"))
+        return true;
+    return false;
+  }
+  /// A pass is in the middle of its first fetch, which the exchange does not answer.
+  void startStalledPass() {
+    m_market.stall(Page::Quote);
+    updater().start();
+    m_market.awaitRequests(Page::Quote, 1);
+  }
+};
+
+TEST_F(PriceUpdaterThreadTest, TheThreadMakesAPassAtOnceWithoutADelay) {
+  watch(m_code, 1.5);
+  RecordingObserver observer;
+  updater().start();
+  observer.awaitFinished(1);
+  EXPECT_DOUBLE_EQ(updater().getCurrentPrice(m_code), 1.5);
+}
+
+TEST_F(PriceUpdaterThreadTest, TheGatewayStartsTheThreadItself) {
+  TallymoorInternet::Options options = GatewayScope::defaults();
+  options.startUpdater = true;
+  TallymoorInternet::setOptions(options);
+  watch(m_code, 1.5);
+  RecordingObserver observer;
+  EXPECT_TRUE(updater().isRunning());
+  updater().wakeUp();
+  observer.awaitFinished(1);
+}
+
+TEST_F(PriceUpdaterThreadTest, AWakeMakesAPassHappenNow) {
+  watch(m_code, 1.5);
+  RecordingObserver observer;
+  updater().start();
+  observer.awaitFinished(1);
+  m_market.setCurrentPrice(m_code, 2.5);
+  updater().wakeUp();
+  observer.awaitFinished(2);
+  EXPECT_DOUBLE_EQ(updater().getCurrentPrice(m_code), 2.5);
+}
+
+TEST_F(PriceUpdaterThreadTest, AFailedPassIsFollowedByTheNext) {
+  watch(m_code, 1.5);
+  m_market.refuse(Page::Quote, 500);
+  RecordingObserver observer;
+  updater().start();
+  const String message = failureOf<HTTPException>([this] { gateway().currentPrice(m_code, false, true); });
+  m_user.awaitStatus(u"PriceUpdater::threadFunction failed: " + message);
+  m_market.refuse(Page::Quote, 200);
+  updater().wakeUp();
+  observer.awaitFinished(1);
+  EXPECT_DOUBLE_EQ(updater().getCurrentPrice(m_code), 1.5);
+}
+
+TEST_F(PriceUpdaterThreadTest, TheUserGoesOnWhileACurrentPriceIsFetched) {
+  watch(m_code, 1.5);
+  RecordingObserver observer;
+  startStalledPass();
+  {
+    const BigMutexLock lock; // would wait for ever if the fetch held it
+    gateway().setCachedPrice(u"DEF.AX", m_friday, 5.0);
+  }
+  m_market.release(Page::Quote);
+  observer.awaitFinished(1);
+}
+
+TEST_F(PriceUpdaterThreadTest, GoingOfflineAbortsAStalledFetch) {
+  watch(m_code, 1.5);
+  watch(u"DEF.AX", 2.5);
+  RecordingObserver observer;
+  startStalledPass();
+  {
+    const BigMutexLock handler;
+    const BigMutexLock innerHandler;
+    gateway().goOffline();
+    EXPECT_TRUE(bigMutex().heldByThisThread());
+  }
+  EXPECT_FALSE(bigMutex().heldByThisThread());
+  EXPECT_FALSE(updater().isRunning());
+  EXPECT_FALSE(gateway().isOnline());
+  EXPECT_TRUE(observer.heard().empty());
+  EXPECT_FALSE(sawFailure());
+  EXPECT_EQ(m_market.requested(Page::Quote).size(), 1u);
+  EXPECT_TRUE(updater().hasCode(m_code));
+}
+
+TEST_F(PriceUpdaterThreadTest, ReconnectingAfterAStalledFetchGoesOnWithTheSameCodes) {
+  watch(m_code, 1.5);
+  m_market.addListing(u"TST", u"Test", u"Australia");
+  RecordingObserver observer;
+  startStalledPass();
+  gateway().goOffline();
+  m_market.release(Page::Quote);
+  EXPECT_TRUE(gateway().reconnect());
+  observer.awaitFinished(1);
+  EXPECT_DOUBLE_EQ(updater().getCurrentPrice(m_code), 1.5);
+}
+
+TEST_F(PriceUpdaterThreadTest, AFruitlessReconnectShowsInTheStatusLine) {
+  updater().addCode(m_code);
+  EXPECT_FALSE(gateway().reconnect());
+  m_user.awaitStatus(
+      u"PriceUpdater::threadFunction failed: TallymoorInternet::currentPrice - internet offline.");
+  EXPECT_TRUE(questions().empty());
+}
+
+TEST_F(PriceUpdaterThreadTest, AViewDateDoesNotWaitForAStalledFetch) {
+  watch(m_code, 1.5);
+  RecordingObserver observer;
+  startStalledPass();
+  gateway().pauseUpdates();
+  EXPECT_FALSE(updater().isRunning());
+  EXPECT_TRUE(gateway().isOnline());
+  EXPECT_FALSE(sawFailure());
+  Date::setFixedDate(m_friday);
+  m_market.release(Page::Quote);
+  EXPECT_DOUBLE_EQ(gateway().currentPrice(m_code, false, true), 1.5);
+  Date::clearFixedDate();
+  gateway().resumeUpdates();
+  observer.awaitFinished(1);
+  EXPECT_EQ(observer.heard(), (std::vector<String>{u"price ABC.AX 1.5000", u"finished"}));
+}
+
+TEST_F(PriceUpdaterThreadTest, StoppingWithoutAnAbortTakesEffectWhenTheFetchReturns) {
+  watch(m_code, 1.5);
+  watch(u"DEF.AX", 2.5);
+  RecordingObserver observer;
+  startStalledPass();
+  updater().stop();
+  m_market.release(Page::Quote);
+  updater().stopAndJoin();
+  EXPECT_TRUE(observer.heard().empty());
+  EXPECT_DOUBLE_EQ(updater().getCurrentPrice(m_code), 0.0);
+  EXPECT_EQ(m_market.requested(Page::Quote), std::vector<String>{m_code});
+}
+
+TEST_F(PriceUpdaterThreadTest, AStopIsSeenOnceTheMutexIsInHand) {
+  watch(m_code, 1.5);
+  RecordingObserver observer;
+  startStalledPass();
+  {
+    const BigMutexLock handler;
+    m_market.release(Page::Quote);
+    // The pass waits for the mutex now, or will; either way it must not go on once it has it.
+    updater().stop();
+  }
+  updater().stopAndJoin();
+  EXPECT_TRUE(observer.heard().empty());
+  EXPECT_DOUBLE_EQ(updater().getCurrentPrice(m_code), 0.0);
+}
+
+TEST_F(PriceUpdaterThreadTest, ACodeRemovedDuringItsFetchLosesThePrice) {
+  watch(m_code, 1.5);
+  RecordingObserver observer;
+  startStalledPass();
+  updater().removeCode(m_code);
+  m_market.release(Page::Quote);
+  observer.awaitFinished(1);
+  EXPECT_FALSE(updater().hasCode(m_code));
+}
+
+TEST_F(PriceUpdaterThreadTest, AnObserverThatDiesDuringAFetchIsNotCalled) {
+  watch(m_code, 1.5);
+  std::vector<String> heard;
+  auto dying = std::make_unique<RecordingObserver>(PriceUpdater::Rank::Views, &heard);
+  RecordingObserver observer;
+  startStalledPass();
+  dying.reset();
+  m_market.release(Page::Quote);
+  observer.awaitFinished(1);
+  const BigMutexLock lock;
+  EXPECT_TRUE(heard.empty());
+}
+
+TEST_F(PriceUpdaterThreadTest, NewLocatorsDoNotDisturbAFetch) {
+  watch(m_code, 1.5);
+  RecordingObserver observer;
+  startStalledPass();
+  TallymoorInternet::reset();
+  TallymoorInternet::reset();
+  m_market.release(Page::Quote);
+  observer.awaitFinished(1);
+  EXPECT_DOUBLE_EQ(updater().getCurrentPrice(m_code), 1.5);
+}
+
+TEST_F(PriceUpdaterThreadTest, AShutDownDuringAStalledFetchSavesAndEnds) {
+  watch(m_code, 1.5);
+  gateway().setCachedPrice(u"DEF.AX", m_friday, 5.0);
+  startStalledPass();
+  {
+    const BigMutexLock handler;
+    EXPECT_TRUE(TallymoorInternet::shutdown());
+    EXPECT_TRUE(bigMutex().heldByThisThread());
+  }
+  EXPECT_FALSE(TallymoorInternet::exists());
+  EXPECT_FALSE(sawFailure());
+  EXPECT_NE(TestProfile::readFile(m_profile.cacheFolder() + u"PriceCache.DEF.AX.xml"), "");
+}
+
+TEST_F(PriceUpdaterThreadTest, NobodyGetsANewGatewayWhileTheOldOneEnds) {
+  // An observer is in the middle of its work when the user shuts down; what it asks for then is refused.
+  watch(m_code, 1.5);
+  Signpost signpost;
+  std::atomic<bool> inCall = false;
+  std::atomic<bool> refused = false;
+  auto* observer = new RecordingObserver;
+  observer->onPrice = [&](const String&) {
+    inCall = true;
+    signpost.notify();
+    const BigMutexRelease letTheShutDownBegin;
+    while (TallymoorInternet::exists())
+      std::this_thread::yield();
+    try {
+      TallymoorInternet::Instance();
+    } catch (const Exception& failure) {
+      refused = failure.message() == String(u"in shutdown mode");
+    }
+  };
+  updater().start();
+  signpost.await([&] { return inCall.load(); });
+  EXPECT_TRUE(TallymoorInternet::shutdown());
+  EXPECT_TRUE(refused);
+  delete observer;
+}
+
+TEST_F(PriceUpdaterThreadTest, PassesGoOnWhileObserversAndCodesComeAndGo) {
+  constexpr int PASSES = 25;
+  const std::vector<String> codes{u"AAA", u"BBB", u"CCC"};
+  for (const String& code : codes)
+    watch(code, 1.5);
+  RecordingObserver steady;
+  std::vector<String> heard;
+  updater().start();
+  for (std::size_t turn = 0; steady.passes() < PASSES; ++turn) {
+    RecordingObserver passing(turn % 2 ? PriceUpdater::Rank::Views : PriceUpdater::Rank::Records, &heard);
+    const String& code = codes[turn % codes.size()];
+    updater().removeCode(code);
+    updater().addCode(code);
+    const BigMutexLock handler;
+    const double price = updater().getCurrentPrice(code);
+    EXPECT_TRUE(price == 0.0 || price == 1.5);
+    gateway().hasCachedPrice(code, m_today);
+    updater().wakeUp();
+  }
+  gateway().goOffline();
+  EXPECT_FALSE(inBackgroundPass);
+  EXPECT_FALSE(sawFailure());
+}
+
+TEST_F(PriceUpdaterThreadTest, StartsAndStopsInAnyOrderLeaveTheThreadStopped) {
+  watch(m_code, 1.5);
+  RecordingObserver observer;
+  for (int turn = 0; turn < 20; ++turn) {
+    updater().start();
+    updater().wakeUp();
+    if (turn % 3 == 0)
+      observer.awaitFinished(observer.passes() + 1);
+    gateway().pauseUpdates();
+    EXPECT_FALSE(updater().isRunning());
+  }
+}
+
+TEST_F(PriceUpdaterThreadTest, HistoricalChecksShareTheCacheWithTheUser) {
+  m_market.setHistory(m_code, Date(2006, 11, 1), m_today, 1.5);
+  watch(m_code, 1.5);
+  RecordingObserver observer;
+  updater().start();
+  for (int turn = 0; m_market.requested(Page::History).size() < 10; ++turn) {
+    EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, Date(2006, 11, 1 + turn % 10), true), 1.5);
+    m_clock->tick += 8 * HOUR + 1;
+    updater().wakeUp();
+  }
+  gateway().goOffline();
+  EXPECT_TRUE(questions().empty());
+  EXPECT_FALSE(sawFailure());
+}
+
+} // namespace
+} // namespace Tallymoor
