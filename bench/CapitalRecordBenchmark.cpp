@@ -1,0 +1,271 @@
+// A capital record of 20 years and 30 shares, worked out anew from 2,000 records and a full price cache,
+// measured against reading the same record from its document. No network: every price is in the cache.
+#include "Ratio.h"
+#include "engine/SharePortfolioUser.h"
+#include "foundation/Constants.h"
+#include "foundation/LinuxPlatform.h"
+#include "foundation/RunTimeSettings.h"
+#include "foundation/UserInteraction.h"
+#include "market/HTTPClient.h"
+#include "market/TallymoorInternet.h"
+#include "xml/CapitalRecord.h"
+#include "xml/PortfolioRecords.h"
+#include <benchmark/benchmark.h>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <filesystem>
+#include <memory>
+#include <random>
+#include <sstream>
+#include <string>
+
+namespace Tallymoor {
+namespace {
+
+constexpr int YEARS = 20;
+constexpr int SHARES = 30;
+constexpr int EVENTS = 2000;
+constexpr int DAYS = YEARS * 365 + YEARS / 4;
+constexpr int ROUNDS = 7;
+constexpr double REBUILD_LIMIT = 3.0;
+
+/// Processor time, which other programs on the machine lengthen least; all the work is done on one thread.
+double processorSeconds() {
+  timespec now{};
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+}
+
+template <class Work>
+double secondsOf(const Work& work) {
+  const double start = processorSeconds();
+  work();
+  return processorSeconds() - start;
+}
+
+/// A gateway with this client is offline from the start.
+class NoConnection : public HTTPClient {
+public:
+  void goOnline() override { fail(); }
+  String getPage(const URL&) override {
+    fail();
+    return String();
+  }
+  void getPage(const URL&, std::vector<std::uint8_t>&) override { fail(); }
+  void setBodyLimit(std::size_t) override {}
+  void abort() override {}
+
+private:
+  static void fail() { throw HTTPException(u"NoConnection - there is no network here"); }
+};
+
+class NoProgress : public Progress {
+public:
+  void setTotal(unsigned) override {}
+  void step(unsigned, const String&) override {}
+  void setText(const String&) override {}
+  bool isCancelled() const override { return false; }
+};
+
+/// Nobody is there: lengthy work runs at once, and a question ends the program, since nothing here should ask
+/// one.
+class Nobody : public UserInteraction {
+public:
+  Nobody() { setInstance(this); }
+  ~Nobody() override { setInstance(nullptr); }
+  void information(const String& text) override { stop(text); }
+  bool question(const String& text) override { stop(text); }
+  void warning(const String& text) override { stop(text); }
+  void error(const String& text) override { stop(text); }
+  void reportException(const String&, const Exception& failure) override { stop(failure.message()); }
+  void setStatusText(const String&) override {}
+  void setNormalStatusText(const String&) override {}
+  void beginWait() override {}
+  void endWait() override {}
+  void warnOnce(const String&, const String&, const String&, int) override {}
+  std::optional<std::size_t> chooseFromList(const String& title, const String&,
+                                            const std::vector<String>&) override {
+    stop(title);
+  }
+  std::optional<Date> askDate(const String& title, const String&, const Date&) override { stop(title); }
+  std::optional<std::int32_t> askWholeNumber(const String&, const String& heading, std::int32_t, std::int32_t,
+                                             std::int32_t) override {
+    stop(heading);
+  }
+  bool runLengthy(const String&, const String&, unsigned, HasLengthyFunctions& work, int argument) override {
+    NoProgress progress;
+    work.runLengthyFunction(progress, argument);
+    return true;
+  }
+
+private:
+  [[noreturn]] static void stop(const String& text) {
+    std::fprintf(stderr, "nobody can answer: %s\n", text.toUTF8().c_str());
+    std::abort();
+  }
+};
+
+/// A user's folder that is gone at the end.
+class ScratchProfile {
+public:
+  ScratchProfile() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "tallymoor-bench-XXXXXX").string();
+    if (!mkdtemp(pattern.data()))
+      std::abort();
+    m_folder = pattern;
+    LinuxPlatformOptions options;
+    options.dataHome = m_folder;
+    options.locale = "en_AU";
+    options.programFolder = TALLYMOOR_PROGRAM_FOLDER;
+    Platform::setInstance(std::make_unique<LinuxPlatform>(options));
+    installMissingDefaults(Platform::Instance(), APP_NAME);
+    TallymoorInternet::Options gateway;
+    gateway.startUpdater = false;
+    gateway.makeClient = [] { return std::make_unique<NoConnection>(); };
+    TallymoorInternet::setOptions(gateway);
+  }
+  ~ScratchProfile() {
+    TallymoorInternet::shutdown();
+    std::filesystem::remove_all(m_folder);
+  }
+
+private:
+  std::string m_folder;
+};
+
+String codeOf(int share) {
+  return String(u"AB") + static_cast<char16_t>(u'A' + share % 26) + (share < 26 ? u".AX" : u"X.AX");
+}
+
+/// 20 years of one portfolio: all shares are held from the first day on; then purchases, sales, fees and
+/// deposits.
+class LongHeldPortfolio {
+public:
+  explicit LongHeldPortfolio(const Date& today) : m_first(today.plusDays(1 - DAYS)) {
+    m_tree.subElement(u"Name").setValue(u"Trading");
+    fillCache(today);
+    m_user = std::make_unique<SharePortfolioUser>(m_tree);
+    for (int share = 0; share < SHARES; ++share)
+      buy(share, m_first);
+    for (int day = 1; numEvents() < EVENTS; day = (day + 37) % DAYS)
+      trade(m_first.plusDays(day));
+  }
+
+  SharePortfolioUser& user() { return *m_user; }
+  const Date& first() const { return m_first; }
+
+  std::size_t numEvents() const {
+    std::size_t events = m_tree.subElement(u"CashReserve").numSubElements(u"CashEvents");
+    const XMLElement& held = m_tree.subElement(u"HeldShares");
+    for (std::size_t i = 0; i < held.numSubElements(u"HeldShares"); ++i)
+      events += held.subElement(u"HeldShares", i).numSubElements(u"BuyEvents");
+    const XMLElement& sold = m_tree.subElement(u"SoldShares");
+    for (std::size_t i = 0; i < sold.numSubElements(u"SoldShares"); ++i)
+      events += sold.subElement(u"SoldShares", i).numSubElements(u"SellEvents");
+    return events;
+  }
+
+private:
+  double priceOn(int share, int day) const {
+    return 3.0 + 0.4 * share + day * 0.002 + std::sin(day * 0.05 + share);
+  }
+
+  void fillCache(const Date& today) {
+    for (int share = 0; share < SHARES; ++share)
+      for (int day = -1; m_first.plusDays(day) <= today; ++day)
+        TallymoorInternet::Instance().setCachedPrice(codeOf(share), m_first.plusDays(day),
+                                                     priceOn(share, day));
+  }
+
+  void buy(int share, const Date& date) {
+    m_user->buyShares(codeOf(share), date, 100.0 + share, priceOn(share, date.daysSince(m_first)), 29.95,
+                      String());
+  }
+
+  void trade(const Date& date) {
+    const int share = std::uniform_int_distribution<int>(0, SHARES - 1)(m_random);
+    switch (std::uniform_int_distribution<int>(0, 3)(m_random)) {
+    case 0:
+      m_user->creditCash(date, 123.45, CASH_EVENT_DEPOSIT, u"DEPOSIT savings");
+      break;
+    case 1:
+      // Last in, first out, and never the parcel of the first day: every share stays held throughout.
+      if (m_user->numHeld(codeOf(share)) > 250)
+        m_user->sellShares(codeOf(share), date, 50, priceOn(share, date.daysSince(m_first)), 29.95, false,
+                           String());
+      break;
+    default:
+      buy(share, date);
+    }
+  }
+
+  const Date m_first;
+  std::mt19937 m_random{510};
+  XMLSharePortfolio m_tree;
+  std::unique_ptr<SharePortfolioUser> m_user;
+};
+
+double rebuild(LongHeldPortfolio& portfolio) {
+  SharePortfolioCapitalRecordUser& record = portfolio.user().capitalRecord();
+  record.recordsChangedFrom(portfolio.first());
+  return secondsOf([&] { record.update(portfolio.user()); });
+}
+
+double decode(const std::string& document) {
+  XMLSharePortfolioCapitalRecord record;
+  return secondsOf([&] { record.decode(document.c_str()); });
+}
+
+/// The document of the record that a rebuild makes.
+std::string documentOf(LongHeldPortfolio& portfolio) {
+  rebuild(portfolio);
+  SharePortfolioCapitalRecordUser& record = portfolio.user().capitalRecord();
+  record.save();
+  XMLSharePortfolioCapitalRecord saved;
+  saved.decode(record.fileName());
+  std::ostringstream text;
+  saved.encodeWithDoctype(text, RECORDS_DTD);
+  std::printf("capital record: %zu events, %zu days, %zu shares on the last, %.1f MB\n",
+              portfolio.numEvents(), saved.numSubElements(u"DayCaps"),
+              saved.subElement(u"DayCaps", saved.numSubElements(u"DayCaps") - 1).numSubElements(u"ShareVals"),
+              static_cast<double>(text.str().size()) / 1e6);
+  return text.str();
+}
+
+LongHeldPortfolio* thePortfolio;
+const std::string* theDocument;
+
+void BM_Rebuild(benchmark::State& state) {
+  for (auto _ : state)
+    state.SetIterationTime(rebuild(*thePortfolio));
+}
+
+void BM_Decode(benchmark::State& state) {
+  for (auto _ : state)
+    state.SetIterationTime(decode(*theDocument));
+}
+
+BENCHMARK(BM_Rebuild)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Decode)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+} // namespace
+} // namespace Tallymoor
+
+int main(int argc, char** argv) {
+  using namespace Tallymoor;
+  readSettings();
+  const Nobody nobody;
+  const ScratchProfile profile;
+  LongHeldPortfolio portfolio((Date()));
+  const std::string document = documentOf(portfolio);
+  const double ratio = Bench::measureRatio(
+      ROUNDS, [&] { return rebuild(portfolio); }, [&] { return decode(document); });
+  const bool kept = Bench::printRatio("capital_record_rebuild", ratio, REBUILD_LIMIT);
+  thePortfolio = &portfolio;
+  theDocument = &document;
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+  return kept ? 0 : 1;
+}
