@@ -48,7 +48,7 @@ private:
       if (date == day && event.isExternal())
         injected = event.isCredit() ? injected + value : injected - value;
     }
-    String text = String::fromDouble(total, 2);
+    String text = day.toString(DATE_DISPLAY_DMY) + u" cash " + String::fromDouble(total, 2);
     if (!showsAsZero(injected, 2))
       text = text + u" injected " + String::fromDouble(injected, 2);
     return text;
@@ -149,19 +149,6 @@ protected:
 
   static String codeOf(int place) { return u"CODE" + String::fromLong(place); }
 
-  String dayTextOf(const Date& day) {
-    const XMLElement& dayCap = record().dayCapFor(day);
-    String text = textValue(dayCap, u"CashTotal");
-    if (dayCap.numSubElements(u"CashInjected") > 0)
-      text = text + u" injected " + textValue(dayCap, u"CashInjected");
-    for (std::size_t i = 0; i < dayCap.numSubElements(u"ShareVals"); ++i) {
-      const XMLElement& shareVal = dayCap.subElement(u"ShareVals", i);
-      text = text + u"; " + textValue(shareVal, u"Code") + u' ' + textValue(shareVal, u"Number") + u" x " +
-             textValue(shareVal, u"Price");
-    }
-    return text;
-  }
-
   static constexpr int m_days = 90;
   const Date m_first = m_today.plusDays(-m_days);
 };
@@ -196,7 +183,7 @@ TEST_F(CapitalRecordWalkTest, GivesTheSameToTheLetterAsThePlainDefinition) {
     questions += plainQuestions.size();
     std::size_t place = 0;
     for (Date day = start; day <= m_today; day.addDays(1))
-      ASSERT_EQ(dayTextOf(day), plainDays[place++]) << day.toString(DATE_DISPLAY_DMY).toUTF8();
+      ASSERT_EQ(dayOf(day), plainDays[place++]) << day.toString(DATE_DISPLAY_DMY).toUTF8();
     copy.subElement(u"Name").setValue(u"Trading");
     std::ostringstream plainRecords;
     copy.encode(plainRecords);

@@ -127,6 +127,20 @@ protected:
     user().setAdjustment(event.addSubElement(new XMLSplitAdjustment, u"Adjustments"), start, factor, false);
   }
 
+  /// A recorded day: "2/3/2026 cash 100.00 injected 100.00; ABC.AX 10.00 x 5.00"
+  String dayOf(const Date& day) {
+    const XMLElement& dayCap = record().dayCapFor(day);
+    String text = textValue(dayCap, u"Date") + u" cash " + textValue(dayCap, u"CashTotal");
+    if (dayCap.numSubElements(u"CashInjected") > 0)
+      text = text + u" injected " + textValue(dayCap, u"CashInjected");
+    for (std::size_t i = 0; i < dayCap.numSubElements(u"ShareVals"); ++i) {
+      const XMLElement& shareVal = dayCap.subElement(u"ShareVals", i);
+      text = text + u"; " + textValue(shareVal, u"Code") + u' ' + textValue(shareVal, u"Number") + u" x " +
+             textValue(shareVal, u"Price");
+    }
+    return text;
+  }
+
   /// The whole portfolio as the file would hold it.
   String encodedPortfolio() {
     std::ostringstream text;
