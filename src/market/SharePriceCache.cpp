@@ -118,8 +118,14 @@ SharePriceCache::Entry& SharePriceCache::entry(const String& code) {
 void SharePriceCache::load(const String& code, Entry& entry) const {
   const String path = pathOf(code);
   try {
-    if (filePresence(path) != FilePresence::Missing)
+    switch (filePresence(path)) {
+    case FilePresence::Missing:
+      break;
+    case FilePresence::Unusable: // not left to the XML library, which loses memory over a folder
+      throw XMLException(u"SharePriceCache::load - can't read " + path);
+    case FilePresence::RegularFile:
       entry.share = readCacheFile(path).share;
+    }
   } catch (const Exception& exception) {
     entry.share.unreadable = true;
     entry.failure.emplace(exception);
@@ -180,7 +186,7 @@ std::vector<String> SharePriceCache::badCodes() {
 void SharePriceCache::loadAllFiles() {
   const String prefix = m_directory + PRICE_CACHE_NAME + u'.';
   for (const String& path : xmlFilesIn(m_directory)) {
-    if (!path.startsWith(prefix))
+    if (!path.startsWith(prefix) || filePresence(path) != FilePresence::RegularFile)
       continue;
     try {
       CacheFile file = readCacheFile(path);

@@ -180,7 +180,7 @@ TEST_F(SharePriceCacheTest, AMalformedFileIsNeverWrittenOver) {
 TEST_F(SharePriceCacheTest, AFolderInPlaceOfAFileIsAFailureToo) {
   std::filesystem::create_directory(pathOf("PriceCache.ABC.AX.xml"));
   SharePriceCache cache(m_directory);
-  EXPECT_THROW(cache.share(CODE), Exception);
+  EXPECT_THROW(cache.share(CODE), XMLException);
   cache.setTypedPrice(CODE, Date(2006, 11, 3), 1.5);
   cache.save();
   EXPECT_TRUE(std::filesystem::is_directory(pathOf("PriceCache.ABC.AX.xml")));
