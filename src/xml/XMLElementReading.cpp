@@ -90,20 +90,22 @@ void XMLElement::readOwnStartTag(const xercesc::Attributes& attributes) {
     m_attributes->emplace(String(attributes.getLocalName(i)), String(attributes.getValue(i)));
 }
 
-/// The registration that a tag fills, or the number of registrations. The search begins at the registration
-/// that was filled last, which may match again only if it is multiple, and goes only forward; registrations
-/// that nothing matches are walked over.
+/// The registration that a tag fills, or the number of registrations. The search begins at the registration that was
+/// filled last and goes only forward; registrations that nothing matches are walked over. A single registration that
+/// was met before is never met again, also when a second document is read without a reset.
 std::size_t XMLElement::findExpected(const char16_t* tag) const {
   const auto& regos = m_layout->subElements();
+  const auto open = [&](std::size_t index) {
+    return regos[index].multiple || !(index < m_slotCount && m_slots[index].seen);
+  };
   bool passed = m_lastReference == NO_REFERENCE;
   // No earlier registration can bear the last reference name, so the walk may start at the first that does.
   std::size_t index = passed ? 0 : static_cast<std::size_t>(m_lastReference);
   for (; index < regos.size(); ++index) {
-    const SubElementRego& rego = regos[index];
-    const bool isLast = rego.reference == m_lastReference;
-    if (isLast && (rego.multiple || !(index < m_slotCount && m_slots[index].seen)))
+    const bool isLast = regos[index].reference == m_lastReference;
+    if (isLast && open(index))
       passed = true;
-    if (passed && isNamed(tag, rego.elementName))
+    if (passed && isNamed(tag, regos[index].elementName) && open(index))
       break;
     if (isLast)
       passed = true;

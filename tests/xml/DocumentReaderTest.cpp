@@ -1,0 +1,291 @@
+// What documents from outside may try.
+#include "xml/DocumentReader.h"
+#include "XmlTestTools.h"
+#include "support/TestProfile.h"
+#include "xml/CapitalRecord.h"
+#include "xml/PortfolioRecords.h"
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/inotify.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace Tallymoor {
+namespace {
+
+const String NO_ENTITIES =
+    u"XMLElement::decode, parse exception in Sample : entity declarations are not accepted";
+const String NO_ATTRIBUTES =
+    u"XMLElement::decode, parse exception in Sample : attribute declarations are not accepted";
+
+/// A port on the loopback interface that knows whether anybody came.
+class Listener {
+public:
+  Listener() : m_socket(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0)) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    EXPECT_EQ(bind(m_socket, reinterpret_cast<sockaddr*>(&address), size), 0);
+    EXPECT_EQ(listen(m_socket, 4), 0);
+    EXPECT_EQ(getsockname(m_socket, reinterpret_cast<sockaddr*>(&address), &size), 0);
+    m_port = ntohs(address.sin_port);
+  }
+  ~Listener() { close(m_socket); }
+  std::string url() const { return "http://127.0.0.1:" + std::to_string(m_port) + "/x.dtd"; }
+  bool somebodyCame() const {
+    pollfd waiting{m_socket, POLLIN, 0};
+    return poll(&waiting, 1, 0) > 0;
+  }
+
+private:
+  int m_socket;
+  int m_port = 0;
+};
+
+/// Knows whether a file was opened since it began to watch.
+class OpenWatch {
+public:
+  explicit OpenWatch(const String& path) : m_queue(inotify_init1(IN_NONBLOCK)) {
+    EXPECT_GE(inotify_add_watch(m_queue, path.toUTF8().c_str(), IN_OPEN), 0);
+  }
+  ~OpenWatch() { close(m_queue); }
+  bool opened() const {
+    char events[4096];
+    return read(m_queue, events, sizeof events) > 0;
+  }
+
+private:
+  int m_queue;
+};
+
+class DocumentReaderTest : public ::testing::Test {
+protected:
+  String failureOfReading(const std::string& text) {
+    XMLSample sample;
+    return failureOf([&] { sample.decode(text.c_str()); });
+  }
+  TestProfile m_profile;
+};
+
+TEST_F(DocumentReaderTest, TheWatchesOfThisTestSeeWhatTheyShould) {
+  const String path = m_profile.path("seen.txt");
+  TestProfile::writeFile(path, "x");
+  OpenWatch watch(path);
+  EXPECT_FALSE(watch.opened());
+  TestProfile::readFile(path);
+  EXPECT_TRUE(watch.opened());
+}
+
+TEST_F(DocumentReaderTest, ANamedDocumentTypeIsNeitherOpenedNorNeeded) {
+  const String dtd = m_profile.path("Tallymoor Records.dtd");
+  TestProfile::writeFile(dtd, "<!ENTITY e 'x'>");
+  const String path = m_profile.path("document.xml");
+  Listener listener;
+  for (const std::string& name : {std::string("Tallymoor Records.dtd"), dtd.toUTF8(),
+                                  "file://" + dtd.toUTF8(), listener.url(), std::string("missing.dtd")}) {
+    TestProfile::writeFile(path, "<!DOCTYPE Sample SYSTEM \"" + name +
+                                     "\">\n<Sample><Constant>1</Constant></Sample>");
+    OpenWatch watch(dtd);
+    XMLSample sample;
+    sample.decode(path);
+    EXPECT_EQ(textValue(sample, u"First"), String(u"1"));
+    EXPECT_FALSE(watch.opened()) << name;
+  }
+  EXPECT_FALSE(listener.somebodyCame());
+}
+
+TEST_F(DocumentReaderTest, AnEntityBombIsRefusedAtItsFirstDeclaration) {
+  std::string bomb = "<!DOCTYPE Sample [<!ENTITY a0 'aaaaaaaaaaaaaaaa'>";
+  for (int i = 1; i < 30; ++i) {
+    bomb += "<!ENTITY a" + std::to_string(i) + " '";
+    for (int n = 0; n < 10; ++n)
+      bomb += "&a" + std::to_string(i - 1) + ";";
+    bomb += "'>";
+  }
+  EXPECT_EQ(failureOfReading(bomb + "]><Sample><String>&a29;</String></Sample>"), NO_ENTITIES);
+}
+
+TEST_F(DocumentReaderTest, ADeclaredEntityIsRefusedEvenIfUnused) {
+  EXPECT_EQ(failureOfReading("<!DOCTYPE Sample [<!ENTITY a 'b'>]><Sample/>"), NO_ENTITIES);
+  EXPECT_EQ(failureOfReading("<!DOCTYPE Sample [<!ENTITY % a 'b'>]><Sample/>"), NO_ENTITIES);
+  EXPECT_EQ(
+      failureOfReading("<!DOCTYPE Sample [<!NOTATION n SYSTEM 'n'><!ENTITY a SYSTEM 'b' NDATA n>]><Sample/>"),
+      NO_ENTITIES);
+}
+
+TEST_F(DocumentReaderTest, ExternalEntitiesOpenNothing) {
+  const String secret = m_profile.path("secret.txt");
+  TestProfile::writeFile(secret, "secret");
+  Listener listener;
+  OpenWatch watch(secret);
+  for (const std::string& target : {"file://" + secret.toUTF8(), secret.toUTF8(), listener.url()}) {
+    EXPECT_EQ(failureOfReading("<!DOCTYPE Sample [<!ENTITY a SYSTEM '" + target +
+                               "'>]><Sample><String>&a;</String></Sample>"),
+              NO_ENTITIES);
+    EXPECT_EQ(failureOfReading("<!DOCTYPE Sample [<!ENTITY % a SYSTEM '" + target + "'> %a;]><Sample/>"),
+              NO_ENTITIES);
+    EXPECT_EQ(failureOfReading("<!DOCTYPE Sample [<!ENTITY a PUBLIC 'p' '" + target + "'>]><Sample/>"),
+              NO_ENTITIES);
+  }
+  EXPECT_FALSE(watch.opened());
+  EXPECT_FALSE(listener.somebodyCame());
+}
+
+TEST_F(DocumentReaderTest, SchemaLocationsOpenNothing) {
+  Listener listener;
+  XMLSample sample;
+  sample.decode(
+      ("<Sample xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:noNamespaceSchemaLocation='" +
+       listener.url() + "' xsi:schemaLocation='urn:x " + listener.url() + "'/>")
+          .c_str());
+  EXPECT_FALSE(listener.somebodyCame());
+}
+
+TEST_F(DocumentReaderTest, AttributeDefaultsAreRefused) {
+  EXPECT_EQ(failureOfReading("<!DOCTYPE Sample [<!ATTLIST Sample a CDATA 'much'>]><Sample/>"), NO_ATTRIBUTES);
+}
+
+TEST_F(DocumentReaderTest, AnUndeclaredEntityIsAFailure) {
+  EXPECT_TRUE(failureOfReading("<Sample><String>&nbsp;</String></Sample>")
+                  .startsWith(u"XMLElement::decode, parse fatal error in Sample : "));
+}
+
+TEST_F(DocumentReaderTest, ADocumentTypeWithoutDeclarationsIsRead) {
+  XMLSample sample;
+  sample.decode("<!DOCTYPE Sample [<!ELEMENT Sample ANY>]><Sample><Constant>1</Constant></Sample>");
+  EXPECT_EQ(textValue(sample, u"First"), String(u"1"));
+}
+
+std::string nested(const std::string& tag, std::size_t levels) {
+  std::string text;
+  for (std::size_t i = 0; i < levels; ++i)
+    text += "<" + tag + ">";
+  for (std::size_t i = 0; i < levels; ++i)
+    text += "</" + tag + ">";
+  return text;
+}
+
+TEST_F(DocumentReaderTest, NestingIsBounded) {
+  // An element that is named as its parent is the only way that a document has to nest without end.
+  const String tooDeep = u"XMLElement::decode, parse exception in Sample : elements are nested too deeply";
+  EXPECT_EQ(failureOfReading(nested("Sample", 100000)), tooDeep);
+  EXPECT_EQ(failureOfReading(nested("Sample", DocumentReader::MAX_DEPTH + 1)), tooDeep);
+  XMLSample sample;
+  sample.decode(nested("Sample", DocumentReader::MAX_DEPTH).c_str());
+  // The depth of an abandoned document does not count for the next one.
+  failureOf([&] { sample.decode(nested("Sample", 100000).c_str()); });
+  sample.reset();
+  sample.decode(nested("Sample", DocumentReader::MAX_DEPTH).c_str());
+}
+
+class XMLNest : public XMLElement {
+public:
+  XMLNest() : XMLElement(u"Nest") { registerSubElements(u"Twig", u"Twigs", twig, false); }
+  static XMLElement* twig();
+};
+class XMLTwig : public XMLElement {
+public:
+  XMLTwig() : XMLElement(u"Twig") { registerSubElements(u"Nest", u"Nests", newElement<XMLNest>, false); }
+};
+XMLElement* XMLNest::twig() {
+  return new XMLTwig;
+}
+
+TEST_F(DocumentReaderTest, ARecursiveTreeIsBoundedToo) {
+  const auto text = [](std::size_t pairs) {
+    std::string opening;
+    std::string closing;
+    for (std::size_t i = 0; i < pairs; ++i) {
+      opening += "<Nest><Twig>";
+      closing += "</Twig></Nest>";
+    }
+    return opening + closing;
+  };
+  XMLNest nest;
+  EXPECT_EQ(failureOf([&] { nest.decode(text(50000).c_str()); }),
+            String(u"XMLElement::decode, parse exception in Nest : elements are nested too deeply"));
+  nest.reset();
+  nest.decode(text(DocumentReader::MAX_DEPTH / 2).c_str());
+  XMLNest copy(nest);
+  EXPECT_EQ(encoded(copy), encoded(nest));
+}
+
+TEST_F(DocumentReaderTest, AMillionSiblingsAreRead) {
+  std::string text = "<Sample>";
+  for (int i = 0; i < 1000000; ++i)
+    text += i % 2 ? "<Item/>" : "<Item></Item>";
+  XMLSample sample;
+  sample.decode((text + "</Sample>").c_str());
+  EXPECT_EQ(sample.numSubElements(u"Items"), 1000000u);
+}
+
+TEST_F(DocumentReaderTest, ManyAttributesAreRead) {
+  std::string text = "<Sample";
+  for (int i = 0; i < 20000; ++i)
+    text += " a" + std::to_string(i) + "='" + std::to_string(i) + "'";
+  XMLSample sample;
+  sample.decode((text + "/>").c_str());
+  EXPECT_EQ(sample.attribute(u"a19999"), String(u"19999"));
+}
+
+const std::string RECORDS =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE Portfolios SYSTEM \"Tallymoor "
+    "Records.dtd\">\n<Portfolios>"
+    "<SharePortfolio><String>Trad\xC3\xA9</String><HeldShares><HeldShare><String>A&amp;C.AX</"
+    "String><BuyEvent>"
+    "<Date>3/3/2006</Date><Constant>100.00</Constant><Constant/><Constant/><String><![CDATA[x]]></String>"
+    "</BuyEvent><Constant/></HeldShare></HeldShares><!-- c --><CashReserve><CashEvent><Date>3/3/2006</Date>"
+    "</CashEvent></CashReserve></SharePortfolio></Portfolios>";
+
+TEST_F(DocumentReaderTest, ADocumentCutAnywhereIsRefused) {
+  XMLPortfolios whole;
+  whole.decode(RECORDS.c_str());
+  for (std::size_t length = 0; length < RECORDS.size(); ++length) {
+    XMLPortfolios root;
+    EXPECT_THROW(root.decode(RECORDS.substr(0, length).c_str()), XMLException) << length;
+  }
+}
+
+TEST_F(DocumentReaderTest, ADocumentCutAnywhereIsRefusedByATreeThatReadsOn) {
+  XMLPortfolios root;
+  for (std::size_t length = 0; length < RECORDS.size(); ++length) {
+    EXPECT_THROW(root.decode(RECORDS.substr(0, length).c_str()), XMLException) << length;
+    root.reset();
+  }
+  root.decode(RECORDS.c_str());
+  EXPECT_EQ(root.numSubElements(u"SharePortfolios"), 1u);
+}
+
+TEST_F(DocumentReaderTest, ADocumentSpoiltAnywhereIsReadOrRefused) {
+  std::size_t refused = 0;
+  for (std::size_t place = 0; place < RECORDS.size(); ++place)
+    for (const char byte : {'<', '\xFF', '&', 'x', '\x01'}) {
+      std::string spoilt = RECORDS;
+      spoilt[place] = byte;
+      XMLPortfolios root;
+      try {
+        root.decode(spoilt.c_str());
+      } catch (const XMLException&) {
+        ++refused;
+      }
+    }
+  EXPECT_GT(refused, RECORDS.size() * 3);
+}
+
+TEST_F(DocumentReaderTest, ACapitalRecordCutAnywhereGivesItsElementsBack) {
+  const std::string text =
+      "<SharePortfolioCapitalRecord><String>T</String><DayCap><Date>3/3/2006</Date><Constant>7"
+      "</Constant><ShareVal><String>A</String><Constant>1</Constant></ShareVal></DayCap>"
+      "</SharePortfolioCapitalRecord>";
+  const std::size_t inUse = XMLShareVal::pool().numInUse();
+  for (std::size_t length = 0; length < text.size(); ++length) {
+    XMLSharePortfolioCapitalRecord record;
+    EXPECT_THROW(record.decode(text.substr(0, length).c_str()), XMLException) << length;
+  }
+  EXPECT_EQ(XMLShareVal::pool().numInUse(), inUse);
+}
+
+} // namespace
+} // namespace Tallymoor

@@ -1,0 +1,29 @@
+#include "xml/TallymoorXMLErrorHandler.h"
+#include "XmlTestTools.h"
+#include <xercesc/sax/SAXParseException.hpp>
+
+namespace Tallymoor {
+namespace {
+
+xercesc::SAXParseException problemAt(XMLFileLoc line, XMLFileLoc column) {
+  XMLString(); // makes the library ready
+  return xercesc::SAXParseException(u"the parser's own words", u"", u"", line, column);
+}
+
+TEST(TallymoorXMLErrorHandlerTest, EachKindKeepsThePlaceOfItsLastProblem) {
+  TallymoorXMLErrorHandler handler;
+  handler.warning(problemAt(1, 2));
+  handler.error(problemAt(3, 4));
+  handler.fatalError(problemAt(5, 6));
+  handler.warning(problemAt(70, 80));
+  EXPECT_EQ(handler.warningText(), String(u"Parse problem at line 70 column 80"));
+  EXPECT_EQ(handler.errorText(), String(u"Parse problem at line 3 column 4"));
+  EXPECT_EQ(handler.fatalErrorText(), String(u"Parse problem at line 5 column 6"));
+  handler.resetErrors();
+  EXPECT_EQ(handler.warningText(), String());
+  EXPECT_EQ(handler.errorText(), String());
+  EXPECT_EQ(handler.fatalErrorText(), String());
+}
+
+} // namespace
+} // namespace Tallymoor
