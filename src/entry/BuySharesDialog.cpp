@@ -9,7 +9,7 @@ BuySharesDialog::BuySharesDialog(FXWindow* owner, const String& initialCode)
     : Dialog(owner, u"Buy Shares", u"Specify the share code, date and buy price of a share purchase."),
       m_panel(new BuySharesPanel(contents())) {
   m_panel->reset(initialCode);
-  m_panel->focusFirstField();
+  setFirstFocus(m_panel->firstField());
 }
 
 bool BuySharesDialog::validate() {

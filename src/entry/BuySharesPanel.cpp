@@ -96,10 +96,10 @@ void BuySharesPanel::showPurchase(const String& code, const Date& date, double n
   m_comments->setText(toFox(comments));
 }
 
-void BuySharesPanel::focusFirstField() {
-  FormTextField* first = m_code->isEditable() ? m_code : m_number;
-  first->setFocus();
-  first->selectAll();
+FXWindow* BuySharesPanel::firstField() const {
+  if (m_code->isEditable())
+    return m_code;
+  return m_number;
 }
 
 bool BuySharesPanel::validate() {

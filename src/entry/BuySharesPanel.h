@@ -27,8 +27,8 @@ public:
                     const String& comments);
 
   bool validate() override;
-  /// Puts the cursor into the first field that takes typing.
-  void focusFirstField();
+  /// The first field that takes typing, which has the focus when the form opens.
+  FXWindow* firstField() const;
 
   /// Without blanks around it.
   String code() const;

@@ -20,7 +20,7 @@ EditHeldSharesDialog::EditHeldSharesDialog(FXWindow* owner, const String& code, 
   m_panel->showPurchase(code, dateValue(buyEvent, u"BuyDate"), doubleValue(buyEvent, u"NumHeld"),
                         doubleValue(buyEvent, u"BuyPrice"), doubleValue(buyEvent, u"Brokerage"),
                         textValue(buyEvent, u"Comment"));
-  m_panel->focusFirstField();
+  setFirstFocus(m_panel->firstField());
 }
 
 bool EditHeldSharesDialog::validate() {

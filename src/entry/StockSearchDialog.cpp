@@ -41,7 +41,7 @@ void StockSearchDialog::buildTable(const String& text) {
       contents(), FRAME_SUNKEN | FRAME_THICK | LAYOUT_FIX_WIDTH | LAYOUT_FIX_HEIGHT, 0, 0, 0, 0, 0, 0, 0, 0);
   m_table = new StockSearchTable(frame, m_results, this, ID_ACCEPT);
   m_table->selectBest(text);
-  m_table->setFocus();
+  setFirstFocus(m_table);
   FXint width = m_table->getRowHeaderWidth() + widthBesideColumns;
   for (FXint column = 0; column < m_table->getNumColumns(); ++column)
     width += m_table->getColumnWidth(column);

@@ -11,7 +11,7 @@ CalendarDialog::CalendarDialog(FXWindow* owner, const String& title, const Date&
                                const String& heading)
     : Dialog(owner, title, heading), m_calendar(new FXCalendar(contents(), initialDate)),
       m_date(initialDate) {
-  m_calendar->setFocus();
+  setFirstFocus(m_calendar);
 }
 
 bool CalendarDialog::validate() {

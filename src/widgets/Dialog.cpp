@@ -4,12 +4,14 @@
 #include "widgets/MainWindow.h"
 #include "widgets/ToolkitText.h"
 #include <algorithm>
+#include <fxkeys.h>
 
 namespace Tallymoor {
 
 FXDEFMAP(Dialog)
 DialogMap[] = {
     FXMAPFUNC(SEL_COMMAND, FXDialogBox::ID_ACCEPT, Dialog::onOK),
+    FXMAPFUNC(SEL_KEYPRESS, 0, Dialog::onKeyPress),
 };
 
 FXIMPLEMENT(Dialog, FXDialogBox, DialogMap, ARRAYNUMBER(DialogMap))
@@ -49,7 +51,12 @@ void Dialog::buildButtons(FXComposite* parent) {
   m_ok = new FXButton(m_buttons, "OK", nullptr, this, ID_ACCEPT, options | BUTTON_INITIAL, 0, 0, 95, 31, 200,
                       200, 2, 2);
   m_ok->setDefault();
-  m_ok->setFocus();
+  m_firstFocus = m_ok;
+}
+
+void Dialog::create() {
+  FXDialogBox::create();
+  m_firstFocus->setFocus();
 }
 
 bool Dialog::validate() {
@@ -68,6 +75,15 @@ FXuint Dialog::execute(FXuint placement) {
 
 long Dialog::onOK(FXObject* sender, FXSelector selector, void* data) {
   return acceptIfValid(u"Dialog::onOK failed.", sender, selector, data);
+}
+
+long Dialog::onKeyPress(FXObject* sender, FXSelector selector, void* data) {
+  if (FXDialogBox::onKeyPress(sender, selector, data))
+    return 1;
+  const auto code = static_cast<FXEvent*>(data)->code;
+  if (code != KEY_Return && code != KEY_KP_Enter)
+    return 0;
+  return handle(this, FXSEL(SEL_COMMAND, ID_ACCEPT), nullptr);
 }
 
 long Dialog::acceptIfValid(const String& context, FXObject* sender, FXSelector selector, void* data) {

@@ -16,8 +16,14 @@ public:
   /// Called by OK. Tells the user what is wrong and returns false to stay in the dialog.
   virtual bool validate();
   FXuint execute(FXuint placement = PLACEMENT_OWNER) override;
+  void create() override;
+  /// The widget that has the focus whenever the dialog opens; the OK button unless told otherwise. A text
+  /// field must not be given the focus earlier by itself: the toolkit aborts when it has no window yet.
+  void setFirstFocus(FXWindow* widget) { m_firstFocus = widget; }
 
   long onOK(FXObject*, FXSelector, void*);
+  /// Enter that no widget wants is OK, whatever has the focus.
+  long onKeyPress(FXObject*, FXSelector, void*);
 
   /// Where a subclass puts its widgets.
   FXVerticalFrame* contents() const { return m_contents; }
@@ -38,6 +44,7 @@ private:
   FXHorizontalFrame* m_buttons = nullptr;
   FXButton* m_cancel = nullptr;
   FXButton* m_ok = nullptr;
+  FXWindow* m_firstFocus = nullptr;
 };
 
 } // namespace Tallymoor

@@ -4,6 +4,8 @@
 
 namespace Tallymoor {
 
+class NumberSpinner;
+
 /// Asks for a whole number between a minimum and a maximum.
 class GetLongDialog : public Dialog {
   FXDECLARE(GetLongDialog)
@@ -14,17 +16,12 @@ public:
   std::int32_t value() const { return m_value; }
   /// A number outside the limits is brought to the nearer one.
   bool validate() override;
-  /// Enter in the field is OK.
-  long onKeyPress(FXObject*, FXSelector, void*);
 
 protected:
   GetLongDialog() {}
 
 private:
-  FXSpinner* m_spinner = nullptr;
-  FXTextField* m_field = nullptr;
-  std::int32_t m_minimum = 0;
-  std::int32_t m_maximum = 0;
+  NumberSpinner* m_spinner = nullptr;
   std::int32_t m_value = 0;
 };
 

@@ -17,7 +17,7 @@ GetStringDialog::GetStringDialog(FXWindow* owner, const String& title, const Str
       m_field(new FormTextField(contents(), 40, nullptr, 0, TEXTFIELD_NORMAL | LAYOUT_FILL_X)),
       m_filter(std::move(filter)), m_text(initialText) {
   m_field->setText(initialText);
-  m_field->setFocus();
+  setFirstFocus(m_field);
   m_field->selectAll();
 }
 

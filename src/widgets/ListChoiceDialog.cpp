@@ -65,7 +65,10 @@ void ListChoiceDialog::sizeList() {
 
 long ListChoiceDialog::onCheck(FXObject*, FXSelector selector, void*) {
   return guardedHandler(u"ListChoiceDialog::onCheck failed.", [&] {
-    const FXCheckButton* button = m_buttons.at(FXSELID(selector) - ID_ENTRY);
+    const std::size_t index = FXSELID(selector) - ID_ENTRY;
+    if (index >= m_buttons.size())
+      throw Exception(u"no such entry");
+    const FXCheckButton* button = m_buttons[index];
     if (!m_multiple && button->getCheck())
       uncheckAllBut(button);
   });

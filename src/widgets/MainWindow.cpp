@@ -30,8 +30,8 @@ namespace {
 
 constexpr int endingSignals[] = {SIGTERM, SIGINT, SIGHUP};
 
-/// Between two looks at whether the last dialog and handler have returned.
-constexpr FXTime shutdownRetry = 10'000'000;
+/// Milliseconds between two looks at whether the last dialog and handler have returned.
+constexpr FXuint shutdownRetry = 10;
 
 std::mutex instanceMutex;
 MainWindow* instance = nullptr; // guarded by instanceMutex

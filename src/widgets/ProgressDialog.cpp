@@ -29,7 +29,8 @@ constexpr std::uint32_t fullBarMilliseconds = 300;
 ProgressDialog::ProgressDialog(FXWindow* owner, const String& caption, const String& heading, unsigned steps,
                                unsigned style, FXIcon* banner)
     : FXProgressDialog(owner, toFox(caption), FXString::null, PROGRESSDIALOG_NORMAL) {
-  delete getFirst(); // the toolkit's own arrangement
+  while (FXWindow* widget = getFirst()) // the toolkit's own arrangement
+    delete widget;
   auto* across = new FXHorizontalFrame(this, LAYOUT_FILL_X | LAYOUT_FILL_Y, 0, 0, 0, 0, 0, 0, 0, 0, 10, 10);
   if (banner)
     new FXLabel(across, FXString::null, banner, LAYOUT_TOP | LAYOUT_LEFT);

@@ -12,7 +12,7 @@ namespace Tallymoor {
 
 namespace {
 
-constexpr FXTime tickNanoseconds = 4'000'000;
+constexpr FXuint tickMilliseconds = 4;
 /// A modal window that nothing awaits is refused after so many ticks, some seconds.
 constexpr unsigned patience = 1500;
 constexpr std::chrono::seconds longestWait(30);
@@ -134,7 +134,7 @@ void WindowTest::TearDown() {
 }
 
 void WindowTest::startTicking() {
-  m_app->addTimeout(m_driver.get(), 0, tickNanoseconds);
+  m_app->addTimeout(m_driver.get(), 0, tickMilliseconds);
 }
 
 void WindowTest::tick() {
