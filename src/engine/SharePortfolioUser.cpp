@@ -22,9 +22,8 @@ const String& SharePortfolioUser::name() const {
 }
 
 void SharePortfolioUser::rename(const String& newName) {
-  const String name = newName;
-  m_capitalRecord.rename(name);
-  m_portfolio.subElement(u"Name").setValue(name);
+  m_capitalRecord.rename(newName);
+  m_portfolio.subElement(u"Name").setValue(newName);
 }
 
 void SharePortfolioUser::removeFiles() {
@@ -42,7 +41,7 @@ bool SharePortfolioUser::hasComparisonIndex() const {
 }
 
 void SharePortfolioUser::setComparisonIndex(const String& code) {
-  const String index = code;
+  const String index = code; // the code may be the very text that is about to go
   m_indexTrends.clear();
   m_portfolio.removeSubElements(u"ComparisonIndex");
   if (!index.empty())

@@ -40,7 +40,8 @@ public:
   SharePortfolioUser& operator=(const SharePortfolioUser&) = delete;
 
   const String& name() const;
-  /// Renames the portfolio and the file of its capital record. Throws Exception and changes nothing when the
+  /// Renames the portfolio and the file of its capital record. The name goes raw into the document and the
+  /// file name, so the caller cleans it. Throws Exception and changes nothing when the
   /// file can't be written.
   void rename(const String& newName);
   XMLElement& portfolio() { return m_portfolio; }
