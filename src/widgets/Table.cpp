@@ -67,6 +67,7 @@ FXTableItem* Table::createItem(const FXString& text, FXIcon* icon, void* data) {
 
 void Table::clear() {
   const FlagScope building(m_building);
+  keepCurrentCell();
   m_inputRow = nullptr;
   m_inputColumn = nullptr;
   m_visibleColumns.clear();
@@ -202,7 +203,7 @@ void Table::serveWish() {
 void Table::build() {
   {
     const FlagScope building(m_building);
-    const CurrentCell before = currentCell();
+    keepCurrentCell();
     chooseVisibleColumns();
     setUpToolkitTable();
     const std::vector<Row*> ordered = rowsInOrder();
@@ -212,7 +213,7 @@ void Table::build() {
     fitColumns();
     if (!m_fillsParent)
       fitWidget();
-    restoreCurrentCell(before);
+    restoreCurrentCell();
   }
   if (m_watcher)
     m_watcher->tableChanged(true);
@@ -341,25 +342,27 @@ void Table::fitWidget() {
   FXint width = getRowHeaderWidth() + GRID_WIDTH * getNumColumns() - GRID_WIDTH;
   for (FXint column = 0; column < getNumColumns(); ++column)
     width += getColumnWidth(column);
-  FXint height = getColumnHeaderHeight() + GRID_WIDTH * getNumRows();
+  FXint height = colHeader->getDefaultHeight() + GRID_WIDTH * getNumRows();
   for (FXint row = 0; row < getNumRows(); ++row)
     height += getRowHeight(row);
   resize(width, height);
   recalc();
 }
 
-Table::CurrentCell Table::currentCell() const {
+void Table::keepCurrentCell() {
   const Row* row = rowAt(getCurrentRow());
   const Column* column = columnAt(getCurrentColumn());
-  return row && column ? CurrentCell{row->key(), column->function()} : CurrentCell{};
+  if (row && column)
+    m_keptCell = {row->key(), column->function()};
 }
 
-void Table::restoreCurrentCell(const CurrentCell& cell) {
-  if (!cell.column || !hasColumn(cell.column) || !hasRow(cell.rowKey))
+void Table::restoreCurrentCell() {
+  const CurrentCell kept = std::exchange(m_keptCell, CurrentCell());
+  if (!kept.column || !hasColumn(kept.column) || !hasRow(kept.rowKey))
     return;
-  const FXint column = getColumn(cell.column).index();
+  const FXint column = getColumn(kept.column).index();
   if (column >= 0)
-    setCurrentItem(getRow(cell.rowKey), column);
+    setCurrentItem(getRow(kept.rowKey), column);
 }
 
 // Prices from another thread

@@ -192,8 +192,8 @@ private:
   void fitRows();
   void fitColumns();
   void fitWidget();
-  CurrentCell currentCell() const;
-  void restoreCurrentCell(const CurrentCell& cell);
+  void keepCurrentCell();
+  void restoreCurrentCell();
 
   TableItem* itemAt(FXint row, FXint column) const;
   /// The row's cells; none while the row has no place in the toolkit's table.
@@ -210,6 +210,7 @@ private:
   std::vector<Column*> m_visibleColumns;          ///< by position in the toolkit's table
   RowList m_rows;
   std::vector<Row*> m_placedRows; ///< by position in the toolkit's table
+  CurrentCell m_keptCell;         ///< the current cell from before the rebuild
   Row* m_inputRow = nullptr;
   Column* m_inputColumn = nullptr;
   bool m_fillsParent;

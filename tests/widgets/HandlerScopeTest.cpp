@@ -1,0 +1,125 @@
+#include "widgets/HandlerScope.h"
+#include "support/FakeUserInteraction.h"
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace Tallymoor {
+namespace {
+
+using testing::ElementsAre;
+
+class HandlerScopeTest : public ::testing::Test {
+protected:
+  std::function<void()> note(const std::string& text) {
+    return [this, text] { m_done.push_back(text); };
+  }
+
+  std::vector<std::string> m_done;
+  int m_first = 0, m_second = 0; ///< owners
+};
+
+TEST_F(HandlerScopeTest, RunsAtOnceWhenNoHandlerRuns) {
+  EXPECT_FALSE(HandlerScope::running());
+  HandlerScope::whenDone(&m_first, note("a"));
+  EXPECT_THAT(m_done, ElementsAre("a"));
+  EXPECT_THROW(HandlerScope::whenDone(&m_first, [] { throw Exception(u"refused"); }), Exception);
+}
+
+TEST_F(HandlerScopeTest, WaitsForTheOutermostHandlerAndKeepsTheOrder) {
+  {
+    const HandlerScope outer;
+    {
+      const HandlerScope inner;
+      HandlerScope::whenDone(&m_first, note("a"));
+      HandlerScope::whenDone(&m_second, note("b"));
+    }
+    EXPECT_TRUE(HandlerScope::running());
+    EXPECT_TRUE(m_done.empty());
+  }
+  EXPECT_THAT(m_done, ElementsAre("a", "b"));
+}
+
+TEST_F(HandlerScopeTest, LaterWorkOfAnOwnerTakesThePlaceOfItsEarlierOne) {
+  {
+    const HandlerScope scope;
+    HandlerScope::whenDone(&m_first, note("old"));
+    HandlerScope::whenDone(&m_second, note("b"));
+    HandlerScope::whenDone(&m_first, note("new"));
+  }
+  EXPECT_THAT(m_done, ElementsAre("b", "new"));
+}
+
+TEST_F(HandlerScopeTest, WorkOfAnOwnerThatDiedIsDropped) {
+  {
+    const HandlerScope scope;
+    HandlerScope::whenDone(&m_first, note("a"));
+    HandlerScope::whenDone(&m_second, note("b"));
+    HandlerScope::forget(&m_first);
+  }
+  EXPECT_THAT(m_done, ElementsAre("b"));
+}
+
+TEST_F(HandlerScopeTest, WorkThatRunsLateAsksForMoreAndGetsItAtOnce) {
+  {
+    const HandlerScope scope;
+    HandlerScope::whenDone(&m_first, [this] {
+      HandlerScope::whenDone(&m_second, note("inner"));
+      m_done.push_back("outer");
+    });
+  }
+  EXPECT_THAT(m_done, ElementsAre("inner", "outer"));
+}
+
+TEST_F(HandlerScopeTest, HandlersInsideLateWorkServeNothingInItsMiddle) {
+  {
+    const HandlerScope scope;
+    HandlerScope::whenDone(&m_first, [this] {
+      {
+        const HandlerScope nested;
+        HandlerScope::whenDone(&m_second, note("b"));
+      }
+      m_done.push_back("a");
+    });
+  }
+  EXPECT_THAT(m_done, ElementsAre("a", "b"));
+}
+
+TEST_F(HandlerScopeTest, LateFailureIsReportedWithTheWordsOfTheHandlerThatAskedForIt) {
+  FakeUserInteraction user;
+  guardedHandler(u"Outer failed.", [this] {
+    guardedHandler(u"Inner failed.",
+                   [this] { HandlerScope::whenDone(&m_first, [] { throw Exception(u"no records"); }); });
+    HandlerScope::whenDone(&m_second, note("b"));
+  });
+  EXPECT_THAT(user.texts(FakeUserInteraction::Kind::Error),
+              ElementsAre("Inner failed. Exception : no records"));
+  EXPECT_THAT(m_done, ElementsAre("b"));
+}
+
+TEST_F(HandlerScopeTest, GuardedHandlerReportsAndCountsAsHandled) {
+  FakeUserInteraction user;
+  EXPECT_EQ(1, guardedHandler(u"Table::onX failed.", [] {
+              EXPECT_TRUE(bigMutex().heldByThisThread());
+              throw Exception(u"bad");
+            }));
+  EXPECT_FALSE(bigMutex().heldByThisThread());
+  EXPECT_FALSE(HandlerScope::running());
+  EXPECT_THAT(user.texts(FakeUserInteraction::Kind::Error),
+              ElementsAre("Table::onX failed. Exception : bad"));
+}
+
+TEST_F(HandlerScopeTest, ForeignExceptionPassesAndWhatWaitsIsServedByTheNextHandler) {
+  EXPECT_THROW(guardedHandler(u"x",
+                              [this]() {
+                                HandlerScope::whenDone(&m_first, note("a"));
+                                throw std::runtime_error("outside the family");
+                              }),
+               std::runtime_error);
+  EXPECT_FALSE(HandlerScope::running());
+  EXPECT_TRUE(m_done.empty());
+  guardedHandler(u"y", [] {});
+  EXPECT_THAT(m_done, ElementsAre("a"));
+}
+
+} // namespace
+} // namespace Tallymoor
