@@ -89,6 +89,8 @@ void BuySharesPanel::showPurchase(const String& code, const Date& date, double n
                                   double brokerage, const String& comments) {
   m_code->setText(code);
   m_code->makeReadOnly();
+  if (FXWindow* search = m_code->getNext())
+    search->disable();
   m_number->setValue(number);
   m_price->setValue(price);
   m_brokerage->setValue(brokerage);

@@ -16,6 +16,17 @@ DialogMap[] = {
 
 FXIMPLEMENT(Dialog, FXDialogBox, DialogMap, ARRAYNUMBER(DialogMap))
 
+namespace {
+
+FXWindow* focusedWidget(FXWindow& window) {
+  FXWindow* widget = &window;
+  while (widget->getFocus())
+    widget = widget->getFocus();
+  return widget;
+}
+
+} // namespace
+
 Dialog::Dialog(FXWindow* owner, const String& title, const String& description)
     : FXDialogBox(owner, toFox(title), DECOR_TITLE | DECOR_BORDER | DECOR_CLOSE, 0, 0, 0, 0, 4, 4, 4, 4) {
   auto* outer = new FXVerticalFrame(this, LAYOUT_FILL_X | LAYOUT_FILL_Y, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
@@ -78,12 +89,13 @@ long Dialog::onOK(FXObject* sender, FXSelector selector, void* data) {
 }
 
 long Dialog::onKeyPress(FXObject* sender, FXSelector selector, void* data) {
-  if (FXDialogBox::onKeyPress(sender, selector, data))
-    return 1;
   const auto code = static_cast<FXEvent*>(data)->code;
-  if (code != KEY_Return && code != KEY_KP_Enter)
-    return 0;
-  return handle(this, FXSEL(SEL_COMMAND, ID_ACCEPT), nullptr);
+  const bool enter = code == KEY_Return || code == KEY_KP_Enter;
+  // A text field with the focus is the toolkit's default widget, and would do nothing with the key.
+  const bool inField = dynamic_cast<FXTextField*>(focusedWidget(*this)) != nullptr;
+  if (!(enter && inField) && FXDialogBox::onKeyPress(sender, selector, data))
+    return 1;
+  return enter ? handle(this, FXSEL(SEL_COMMAND, ID_ACCEPT), nullptr) : 0;
 }
 
 long Dialog::acceptIfValid(const String& context, FXObject* sender, FXSelector selector, void* data) {

@@ -1,0 +1,46 @@
+#include "entry/BuySharesDialog.h"
+#include "entry/BuySharesPanel.h"
+#include "support/windows/WindowTest.h"
+#include <fxkeys.h>
+
+namespace Tallymoor {
+namespace {
+
+using BuySharesDialogTest = WindowTest;
+
+constexpr const char* unchecked = "You have not checked the stock code by searching for the company.\n"
+                                  "Are you sure you want to continue with this stock code?";
+
+TEST_F(BuySharesDialogTest, TakesAPurchaseFromTheKeyboardAlone) {
+  BuySharesDialog dialog(&mainWindow());
+  whenModal("Buy Shares", [&](FXWindow& form) {
+    EXPECT_TRUE(shows(form, "Specify the share code, date and buy price of a share purchase."));
+    EXPECT_EQ(&field(form, "Stock code"), field(form, "Stock code").getParent()->getFocus());
+    type(field(form, "Stock code"), "ABC.AX");
+    type(field(form, "Number bought"), "10");
+    type(field(form, "Share price"), "2.5");
+    answer(unchecked, "Yes");
+    key(form, KEY_Return);
+  });
+  EXPECT_EQ(1u, dialog.execute());
+  EXPECT_EQ(String(u"ABC.AX"), dialog.panel()->code());
+  EXPECT_EQ(10.0, dialog.panel()->number());
+  EXPECT_EQ(2.5, dialog.panel()->price());
+}
+
+TEST_F(BuySharesDialogTest, AFailedCheckStaysAndKeepsTheFields) {
+  BuySharesDialog dialog(&mainWindow(), u"ABC.AX");
+  whenModal("Buy Shares", [&](FXWindow& form) {
+    EXPECT_STREQ("ABC.AX", field(form, "Stock code").getText().text());
+    type(field(form, "Share price"), "2.50x");
+    answer("You must select the number of shares purchased.", "OK");
+    press(form, "OK");
+    EXPECT_TRUE(form.shown());
+    EXPECT_STREQ("2.50x", field(form, "Share price").getText().text());
+    key(form, KEY_Escape);
+  });
+  EXPECT_EQ(0u, dialog.execute());
+}
+
+} // namespace
+} // namespace Tallymoor

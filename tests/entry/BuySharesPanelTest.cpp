@@ -1,0 +1,300 @@
+#include "entry/BuySharesPanel.h"
+#include "entry/BuySharesDialog.h"
+#include "foundation/LinuxPlatform.h"
+#include "foundation/Settings.h"
+#include "market/TallymoorInternet.h"
+#include "support/GatewayScope.h"
+#include "support/MarketFixture.h"
+#include "support/windows/WindowTest.h"
+#include "widgets/FXCalendar.h"
+
+namespace Tallymoor {
+namespace {
+
+constexpr const char* futureDate = "You can't specify a buy date in the future.";
+constexpr const char* noNumber = "You must select the number of shares purchased.";
+constexpr const char* noPrice = "You must record the purchase price.";
+constexpr const char* noBrokerage = "Are you sure there was no brokerage charged for this purchase?";
+constexpr const char* newDefault = "Would you like to make this the default brokerage rate?";
+constexpr const char* noCode = "You must record the share code - click 'search' to help";
+constexpr const char* unchecked = "You have not checked the stock code by searching for the company.\n"
+                                  "Are you sure you want to continue with this stock code?";
+
+class BuySharesPanelTest : public WindowTest {
+protected:
+  BuySharesPanelTest() {
+    m_market.addListing(u"ABC.AX", u"Alphabet Bricks", u"Australia");
+    m_market.setCurrentPrice(u"ABC.AX", 12.3456);
+  }
+  void SetUp() override {
+    WindowTest::SetUp();
+    m_panel = new BuySharesPanel(mainWindow().contentFrame());
+    m_panel->create();
+    letEventsPass();
+  }
+  /// A form that lacks nothing but a search.
+  void fill() {
+    set("Stock code", "ABC.AX");
+    set("Number bought", "100");
+    set("Share price", "12.34");
+  }
+  void set(const std::string& label, const std::string& text) { type(field(*m_panel, label), text); }
+  std::string shown(const std::string& label) { return field(*m_panel, label).getText().text(); }
+  double storedBrokerage() { return Settings::Instance().readReal(u"Finance", u"Brokerage", 50.0); }
+  void searchAndAccept() {
+    whenModal("Stock Search", [this](FXWindow& form) { press(form, "OK"); });
+    press(*m_panel, "Search for stock code");
+  }
+
+  MarketFixture m_market;
+  GatewayScope m_gateway;
+  BuySharesPanel* m_panel = nullptr;
+};
+
+TEST_F(BuySharesPanelTest, BeginsWithItsInitialValues) {
+  EXPECT_EQ(String(u"Buy Shares"), m_panel->title());
+  EXPECT_EQ(String(u"Specify the share code, date and buy price of a share purchase."),
+            m_panel->description());
+  EXPECT_EQ("", shown("Stock code"));
+  EXPECT_EQ("", shown("Stock name"));
+  EXPECT_EQ("0.00", shown("Number bought"));
+  EXPECT_EQ("0.0000", shown("Share price"));
+  EXPECT_EQ("50.00", shown("Brokerage paid"));
+  EXPECT_EQ(Date(2026, 3, 3), m_panel->date());
+  EXPECT_EQ(Date(2026, 3, 3).toString(DATE_DISPLAY_LOCAL).toUTF8(), shown("Date bought"));
+  EXPECT_EQ(String(), m_panel->comments());
+  EXPECT_TRUE(shows(*m_panel, "Purchase reasons, comments, indicators"));
+  EXPECT_FALSE(field(*m_panel, "Stock name").isEditable());
+  EXPECT_GE(find<FXText>(*m_panel)->getParent()->getWidth(), 400);
+}
+
+TEST_F(BuySharesPanelTest, TheDefaultBrokerageComesFromTheSettings) {
+  Settings::Instance().writeReal(u"Finance", u"Brokerage", 19.95);
+  m_panel->reset();
+  EXPECT_EQ(19.95, m_panel->brokerage());
+}
+
+TEST_F(BuySharesPanelTest, GivesWhatWasTyped) {
+  fill();
+  set("Stock code", "  ABC.AX ");
+  set("Number bought", "1,234.50");
+  set("Share price", "12.5 ");
+  set("Brokerage paid", "9.99");
+  set("Date bought", "28/02/2026");
+  find<FXText>(*m_panel)->setText("cheap &\nsound");
+  EXPECT_EQ(String(u"ABC.AX"), m_panel->code());
+  EXPECT_EQ(1234.5, m_panel->number());
+  EXPECT_EQ(12.5, m_panel->price());
+  EXPECT_EQ(9.99, m_panel->brokerage());
+  EXPECT_EQ(Date(2026, 2, 28), m_panel->date());
+  EXPECT_EQ(String(u"cheap &\nsound"), m_panel->comments());
+}
+
+TEST_F(BuySharesPanelTest, ResetForgetsWhatWasTyped) {
+  fill();
+  set("Brokerage paid", "9.99");
+  set("Date bought", "28/02/2026");
+  find<FXText>(*m_panel)->setText("cheap");
+  m_panel->reset(u"XYZ.AX");
+  EXPECT_EQ(String(u"XYZ.AX"), m_panel->code());
+  EXPECT_EQ(0.0, m_panel->number());
+  EXPECT_EQ(0.0, m_panel->price());
+  EXPECT_EQ(50.0, m_panel->brokerage());
+  EXPECT_EQ(Date(2026, 3, 3), m_panel->date());
+  EXPECT_EQ(String(), m_panel->comments());
+}
+
+TEST_F(BuySharesPanelTest, ACodePassedInBringsItsKnownPrice) {
+  TallymoorInternet::Instance().setCachedPrice(u"XYZ.AX", Date(2026, 3, 3), 4.5);
+  m_panel->reset(u"XYZ.AX");
+  EXPECT_EQ("4.5000", shown("Share price"));
+  EXPECT_TRUE(m_market.requested(MarketFixture::Page::Quote).empty());
+}
+
+// The checks, in their order
+
+TEST_F(BuySharesPanelTest, TheChecksComeInTheirOrder) {
+  set("Date bought", "04/03/2026");
+  set("Brokerage paid", "0");
+  answer(futureDate, "OK");
+  EXPECT_FALSE(m_panel->validate());
+  set("Date bought", "03/03/2026");
+  answer(noNumber, "OK");
+  EXPECT_FALSE(m_panel->validate());
+  set("Number bought", "100");
+  answer(noPrice, "OK");
+  EXPECT_FALSE(m_panel->validate());
+  set("Share price", "12.34");
+  answer(noBrokerage, "No");
+  EXPECT_FALSE(m_panel->validate());
+  set("Brokerage paid", "50.00");
+  answer(noCode, "OK");
+  EXPECT_FALSE(m_panel->validate());
+  set("Stock code", "ABC.AX");
+  answer(unchecked, "No");
+  EXPECT_FALSE(m_panel->validate());
+  answer(unchecked, "Yes");
+  EXPECT_TRUE(m_panel->validate());
+}
+
+TEST_F(BuySharesPanelTest, AFractionBelowFourDecimalsCountsAsZero) {
+  fill();
+  set("Number bought", "0.00001");
+  answer(noNumber, "OK");
+  EXPECT_FALSE(m_panel->validate());
+  set("Number bought", "0.0001");
+  set("Share price", "0.00004");
+  answer(noPrice, "OK");
+  EXPECT_FALSE(m_panel->validate());
+}
+
+TEST_F(BuySharesPanelTest, NoBrokerageAsksAndThenAsksForTheDefault) {
+  fill();
+  set("Brokerage paid", "0");
+  answer(noBrokerage, "Yes");
+  answer(newDefault, "No");
+  answer(unchecked, "Yes");
+  EXPECT_TRUE(m_panel->validate());
+  EXPECT_EQ(50.0, storedBrokerage());
+}
+
+TEST_F(BuySharesPanelTest, AnotherBrokerageMayBecomeTheDefault) {
+  fill();
+  set("Brokerage paid", "29.95");
+  answer(newDefault, "Yes");
+  answer(unchecked, "No");
+  EXPECT_FALSE(m_panel->validate());
+  EXPECT_EQ(29.95, storedBrokerage());
+  answer(unchecked, "Yes"); // the same brokerage asks no more
+  EXPECT_TRUE(m_panel->validate());
+}
+
+TEST_F(BuySharesPanelTest, BrokeragesThatReadTheSameAtTwoPlacesAreTheSame) {
+  fill();
+  set("Brokerage paid", "50.004");
+  answer(unchecked, "Yes");
+  EXPECT_TRUE(m_panel->validate());
+}
+
+TEST_F(BuySharesPanelTest, AnUnreadableDateIsAProblem) {
+  fill();
+  set("Date bought", "yesterday");
+  answer("There was a problem validating your input", "OK");
+  EXPECT_FALSE(m_panel->validate());
+}
+
+TEST_F(BuySharesPanelTest, TodayIsTheViewDateWhileOneIsSet) {
+  Date::setFixedDate(Date(2026, 1, 15));
+  m_panel->reset();
+  fill();
+  EXPECT_EQ(Date(2026, 1, 15), m_panel->date());
+  set("Date bought", "16/01/2026");
+  answer(futureDate, "OK");
+  EXPECT_FALSE(m_panel->validate());
+  Date::clearFixedDate();
+}
+
+// The buttons
+
+TEST_F(BuySharesPanelTest, TheDateButtonFillsTheField) {
+  set("Date bought", "16/02/2026");
+  whenModal("Choose the date", [&](FXWindow& form) {
+    EXPECT_EQ(Date(2026, 2, 16), find<FXCalendar>(form)->date());
+    press(form, "18");
+    press(form, "OK");
+  });
+  press(*m_panel, "Choose a date");
+  EXPECT_EQ(Date(2026, 2, 18), m_panel->date());
+}
+
+/// Can't write dates.
+class BrokenPlatform : public LinuxPlatform {
+public:
+  String shortDateFormat(const Date&) override { throw Exception(u"no form for dates"); }
+};
+
+TEST_F(BuySharesPanelTest, AFailureOfTheDateButtonIsReported) {
+  Platform::setInstance(std::make_unique<BrokenPlatform>());
+  whenModal("Choose the date", [&](FXWindow& form) { press(form, "OK"); });
+  answer("BuySharesPanel::onChooseDate failed. Exception : no form for dates", "OK");
+  press(*m_panel, "Choose a date");
+}
+
+TEST_F(BuySharesPanelTest, ASearchNeedsACode) {
+  answer("You must enter a code to search for.", "OK");
+  press(*m_panel, "Search for stock code");
+  EXPECT_TRUE(m_market.requested(MarketFixture::Page::Search).empty());
+}
+
+TEST_F(BuySharesPanelTest, ASearchFillsCodeNameAndPrice) {
+  fill();
+  set("Stock code", "alphabet");
+  searchAndAccept();
+  EXPECT_EQ(String(u"ABC.AX"), m_panel->code());
+  EXPECT_EQ(String(u"Alphabet Bricks in Australia"), m_panel->name());
+  EXPECT_EQ("12.3456", shown("Share price"));
+  EXPECT_TRUE(m_panel->validate()); // and nothing is asked
+}
+
+TEST_F(BuySharesPanelTest, ACodeTypedAfterASearchHasNotBeenSearchedFor) {
+  fill();
+  searchAndAccept();
+  set("Stock code", "XYZ.AX");
+  EXPECT_EQ(String(), m_panel->name());
+  answer(unchecked, "Yes");
+  EXPECT_TRUE(m_panel->validate());
+}
+
+TEST_F(BuySharesPanelTest, ACancelledOrEmptySearchChangesNothing) {
+  fill();
+  whenModal("Stock Search", [&](FXWindow& form) { press(form, "Cancel"); });
+  press(*m_panel, "Search for stock code");
+  EXPECT_EQ(String(), m_panel->name());
+  set("Stock code", "nobody");
+  searchAndAccept();
+  EXPECT_EQ(String(u"nobody"), m_panel->code());
+  EXPECT_EQ(12.34, m_panel->price());
+}
+
+TEST_F(BuySharesPanelTest, TheSearchDialogRunsWithTheBigMutexReleased) {
+  fill();
+  bool held = true;
+  whenModal("Stock Search", [&](FXWindow& form) {
+    held = bigMutex().heldByThisThread();
+    press(form, "Cancel");
+  });
+  press(*m_panel, "Search for stock code");
+  EXPECT_FALSE(held);
+}
+
+TEST_F(BuySharesPanelTest, AnOfflineSearchIsReported) {
+  fill();
+  TallymoorInternet::Instance().goOffline();
+  answer("BuySharesPanel::onSearchCode failed. HTTPException : TallymoorInternet::stockSearch - internet "
+         "offline.",
+         "OK");
+  press(*m_panel, "Search for stock code");
+  EXPECT_EQ(String(u"ABC.AX"), m_panel->code());
+}
+
+TEST_F(BuySharesPanelTest, APriceThatCannotBeFetchedIsReportedAndTheStockStays) {
+  m_market.addListing(u"NOQ.AX", u"No Quotes", u"Australia");
+  fill();
+  set("Stock code", "NOQ");
+  whenModal("Stock Search", [this](FXWindow& form) { press(form, "OK"); });
+  whenModal("BuySharesPanel::onSearchCode failed. HTMLException : ",
+            [this](FXWindow& box) { press(box, "OK"); });
+  press(*m_panel, "Search for stock code");
+  EXPECT_EQ(String(u"NOQ.AX"), m_panel->code());
+  EXPECT_EQ(String(u"No Quotes in Australia"), m_panel->name());
+  EXPECT_EQ(12.34, m_panel->price());
+}
+
+TEST_F(BuySharesPanelTest, FieldsLineUp) {
+  const FXint left = field(*m_panel, "Stock code").getX();
+  for (const char* label : {"Stock name", "Number bought", "Share price", "Brokerage paid", "Date bought"})
+    EXPECT_EQ(left, field(*m_panel, label).getX()) << label;
+}
+
+} // namespace
+} // namespace Tallymoor
