@@ -1,5 +1,6 @@
 #include "foundation/RunTimeSettings.h"
 #include "market/GatewayTest.h"
+#include "market/HTTPClient.h"
 #include "support/TestHttpServer.h"
 #include <thread>
 
@@ -8,6 +9,44 @@ namespace {
 
 // The updater on its own thread while the user goes on with his work. Every wait is for something that
 // happens, never for a time.
+
+/// A network that never answers: only an abort ends a fetch.
+class SilentNetwork {
+public:
+  class Client : public HTTPClient {
+  public:
+    explicit Client(SilentNetwork& network) : m_network(network) {}
+    void goOnline() override {}
+    String getPage(const URL&) override {
+      m_network.fetches = true;
+      m_network.signpost.notify();
+      m_network.signpost.await([this] { return m_network.aborted.load(); });
+      throw HTTPException(u"aborted");
+    }
+    void getPage(const URL& url, std::vector<std::uint8_t>&) override { getPage(url); }
+    void setBodyLimit(std::size_t) override {}
+    void abort() override {
+      m_network.aborted = true;
+      m_network.signpost.notify();
+    }
+
+  private:
+    SilentNetwork& m_network;
+  };
+
+  void awaitFetch() {
+    signpost.await([this] { return fetches.load(); });
+  }
+  TallymoorInternet::Options options() {
+    TallymoorInternet::Options options = GatewayScope::defaults();
+    options.makeClient = [this] { return std::make_unique<Client>(*this); };
+    return options;
+  }
+
+  Signpost signpost;
+  std::atomic<bool> fetches = false;
+  std::atomic<bool> aborted = false;
+};
 
 class PriceUpdaterThreadTest : public GatewayTest {
 protected:
@@ -102,6 +141,20 @@ TEST_F(PriceUpdaterThreadTest, GoingOfflineAbortsAStalledFetch) {
   EXPECT_FALSE(sawFailure());
   EXPECT_EQ(m_market.requested(Page::Quote).size(), 1u);
   EXPECT_TRUE(updater().hasCode(m_code));
+}
+
+TEST_F(PriceUpdaterThreadTest, OfflineViewDateAndShutDownEachAbortTheTransfer) {
+  const std::vector<std::function<void()>> ends{
+      [] { gateway().goOffline(); }, [] { gateway().pauseUpdates(); }, [] { TallymoorInternet::shutdown(); }};
+  for (const auto& end : ends) {
+    SilentNetwork network;
+    const GatewayScope scope(network.options());
+    updater().addCode(m_code);
+    updater().start();
+    network.awaitFetch();
+    end();
+    EXPECT_TRUE(network.aborted);
+  }
 }
 
 TEST_F(PriceUpdaterThreadTest, ReconnectingAfterAStalledFetchGoesOnWithTheSameCodes) {
