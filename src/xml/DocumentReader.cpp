@@ -1,6 +1,8 @@
 #include "xml/DocumentReader.h"
 #include "foundation/XmlLibrary.h"
+#include <filesystem>
 #include <memory>
+#include <system_error>
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/sax/SAXException.hpp>
 #include <xercesc/util/BinFileInputStream.hpp>
@@ -64,6 +66,10 @@ DocumentFileSource::DocumentFileSource(const String& path)
     : LocalFileInputSource(path.c_str()), m_path(path.toUTF8()) {}
 
 xercesc::BinInputStream* DocumentFileSource::makeStream() const {
+  // A folder can be opened but not read, and the library loses memory when the first read fails.
+  std::error_code unknown;
+  if (std::filesystem::is_directory(m_path, unknown))
+    return nullptr;
   auto stream = std::make_unique<xercesc::BinFileInputStream>(m_path.c_str());
   return stream->getIsOpen() ? stream.release() : nullptr;
 }
