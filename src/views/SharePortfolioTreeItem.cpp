@@ -167,9 +167,11 @@ void SharePortfolioTreeItem::transactionMade() {
   m_root->setPortfoliosChanged();
   if (m_sharesHeldItem)
     m_sharesHeldItem->recordsChanged();
-  // On the way down the tree the record is made current before any table reads it, and nodes before their
-  // tables.
-  HandlerScope::whenDone(this, [this] { tree()->updateItems(); });
+  // The record is made current first: the root adds up all portfolios before their own nodes are reached.
+  HandlerScope::whenDone(this, [this] {
+    makeRecordCurrent();
+    tree()->updateItems();
+  });
 }
 
 void SharePortfolioTreeItem::priceTyped(const String& code, const Date& date, double price) {
