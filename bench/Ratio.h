@@ -16,7 +16,7 @@ inline double median(std::vector<double> values) {
 
 /// One line for whoever checks the limits: "ratio NAME VALUE LIMIT". True when the value keeps the limit.
 inline bool printRatio(const std::string& name, double value, double limit) {
-  std::printf("ratio %s %.3f %.3f\n", name.c_str(), value, limit);
+  std::printf("ratio %s %.4g %g\n", name.c_str(), value, limit);
   std::fflush(stdout);
   return value <= limit;
 }

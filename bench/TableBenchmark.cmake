@@ -1,0 +1,1 @@
+tallymoor_benchmark(TableBenchmark SOURCES TableBenchmark.cpp USES widgets LINK Fox::Fox)
