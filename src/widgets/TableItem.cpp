@@ -9,8 +9,11 @@ void TableItem::drawBackground(const FXTable* table, FXDC& dc, FXint x, FXint y,
     FXTableItem::drawBackground(table, dc, x, y, w, h);
     return;
   }
+  // The grid's lines are the first of each cell, and stay.
+  const FXint left = table->isVertGridShown() ? 1 : 0;
+  const FXint top = table->isHorzGridShown() ? 1 : 0;
   dc.setForeground(m_colour);
-  dc.fillRectangle(x, y, w, h);
+  dc.fillRectangle(x + left, y + top, w - left, h - top);
 }
 
 } // namespace Tallymoor
