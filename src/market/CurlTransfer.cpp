@@ -107,22 +107,26 @@ CURLcode CurlTransfer::setServer(const URL& url) {
       !hasControl(host) && curl_url_set(m_address.get(), CURLUPART_SCHEME, scheme.c_str(), 0) == CURLUE_OK &&
       curl_url_set(m_address.get(), CURLUPART_HOST, host.c_str(), 0) == CURLUE_OK &&
       curl_url_set(m_address.get(), CURLUPART_PORT, std::to_string(port).c_str(), 0) == CURLUE_OK;
+  m_server = scheme + "://" + host + ":" + std::to_string(port);
   return accepted ? CURLE_OK : CURLE_URL_MALFORMAT;
+}
+
+std::string CurlTransfer::port() const {
+  char* text = nullptr;
+  if (curl_url_get(m_address.get(), CURLUPART_PORT, &text, 0) != CURLUE_OK)
+    return {};
+  const std::string port = text;
+  curl_free(text);
+  return port;
 }
 
 CURLcode CurlTransfer::setRequest(const URL& url, const char* acceptHeader) {
   const std::string whole = url.path().toUTF8();
   if (hasControl(whole))
     return CURLE_URL_MALFORMAT;
-  const std::string target = requestTarget(whole);
-  const std::size_t query = target.find('?');
-  if (curl_url_set(m_address.get(), CURLUPART_PATH, target.substr(0, query).c_str(), 0) != CURLUE_OK)
-    return CURLE_URL_MALFORMAT;
-  if (query != std::string::npos &&
-      curl_url_set(m_address.get(), CURLUPART_QUERY, target.c_str() + query + 1, 0) != CURLUE_OK)
-    return CURLE_URL_MALFORMAT;
+  // As one text: set by its parts, the library would rewrite what is percent-encoded in them.
+  set(CURLOPT_URL, (m_server + requestTarget(whole)).c_str());
   m_headers.reset(curl_slist_append(curl_slist_append(nullptr, acceptHeader), "Expect:"));
-  set(CURLOPT_CURLU, m_address.get());
   set(CURLOPT_HTTPHEADER, m_headers.get());
   return m_optionResult;
 }

@@ -29,6 +29,8 @@ public:
   CURLcode begin(std::size_t bodyLimit);
   /// Whom to talk to: scheme, host and port of the address.
   CURLcode setServer(const URL& url);
+  /// The port that setServer chose, as text.
+  std::string port() const;
   /// What to ask for. Control bytes are refused; blanks and bytes beyond ASCII are percent-encoded.
   CURLcode setRequest(const URL& url, const char* acceptHeader);
   /// Posts a body, which must outlive the transfer, in pieces of at most pieceSize bytes. The observer is
@@ -88,7 +90,8 @@ private:
 
   std::unique_ptr<CURLM, MultiCleanup> m_multi; ///< keeps the connections; outlives the other handle
   std::unique_ptr<CURL, EasyCleanup> m_easy;
-  std::unique_ptr<CURLU, AddressCleanup> m_address;
+  std::unique_ptr<CURLU, AddressCleanup> m_address; ///< of the server; made to check its parts
+  std::string m_server;                             ///< the same as text
   std::unique_ptr<curl_slist, ListCleanup> m_headers;
   CURLcode m_optionResult = CURLE_OK; ///< the first refusal of an option
 

@@ -52,11 +52,13 @@ bool HTMLFlatList::wantsText() const {
   if (m_entries.empty())
     return false;
   const HTMLTag& tag = m_arena[m_entries.back().tag];
-  return tag.m_lastSub == NONE && tag.m_text.empty();
+  return tag.m_lastSub == NONE && tag.m_textLength == 0;
 }
 
 void HTMLFlatList::setText(std::u16string_view text) {
-  m_arena[m_entries.back().tag].m_text = m_arena.keep(text);
+  HTMLTag& tag = m_arena[m_entries.back().tag];
+  tag.m_text = text.data();
+  tag.m_textLength = static_cast<std::uint32_t>(text.size());
 }
 
 void HTMLFlatList::finish() {

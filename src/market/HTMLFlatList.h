@@ -18,6 +18,8 @@ namespace Tallymoor {
 /// that the arena knows by its end, and each name knows its last entry and its last unclosed entry.
 class HTMLFlatList {
 public:
+  static constexpr std::uint32_t NONE = HTMLTag::NONE;
+
   HTMLFlatList(HTMLPageArena& arena, HTMLNames& names);
 
   bool empty() const { return m_entries.empty(); }
@@ -29,11 +31,12 @@ public:
   void close(HTMLNames::Id name);
   /// True when the last tag would take a text: it has no text and no sub tags yet.
   bool wantsText() const;
+  /// The text must live as long as the arena.
   void setText(std::u16string_view text);
 
   /// Sets the parents of the tags that are still in the list; to be called once, at the end of the page.
   void finish();
-  /// The first tag in the list with that name, or HTMLTag::NONE.
+  /// The first tag in the list with that name, or NONE.
   std::uint32_t firstNamed(HTMLNames::Id name) const;
 
 private:
@@ -44,7 +47,6 @@ private:
     std::uint32_t previousOpen;   ///< where the entry before that was unclosed when this one came
     std::uint32_t closingOrder;   ///< the how manieth closing tag closed it; 0 for none
   };
-  static constexpr std::uint32_t NONE = HTMLTag::NONE;
 
   void dropLast(std::uint32_t newParent);
 

@@ -4,16 +4,28 @@
 
 namespace Tallymoor {
 
-HTMLPageArena::HTMLPageArena(std::size_t expectedTags) : m_texts(16 * 1024) {
-  m_tags.reserve(expectedTags);
+namespace {
+
+// Denser than most pages are. Room that isn't used costs nothing, growing costs a copy.
+constexpr std::size_t UNITS_PER_TAG = 20;
+constexpr std::size_t UNITS_PER_ATTRIBUTE = 20;
+constexpr std::size_t FIRST_TEXT_BUFFER = 1024;
+
+} // namespace
+
+HTMLPageArena::HTMLPageArena(String page) : m_page(std::move(page)), m_texts(FIRST_TEXT_BUFFER) {
+  m_tags.reserve(m_page.size() / UNITS_PER_TAG + 1);
+  m_attributes.reserve(m_page.size() / UNITS_PER_ATTRIBUTE + 1);
 }
 
 std::uint32_t HTMLPageArena::addTag(std::u16string_view name, std::uint32_t previous,
                                     std::uint32_t position) {
   HTMLTag& tag = m_tags.emplace_back(HTMLTag(*this));
-  tag.m_name = name;
+  tag.m_name = name.data();
+  tag.m_nameLength = static_cast<std::uint32_t>(name.size());
   tag.m_previous = previous;
   tag.m_position = position;
+  tag.m_firstAttribute = static_cast<std::uint32_t>(m_attributes.size());
   return size() - 1;
 }
 
@@ -26,24 +38,19 @@ std::u16string_view HTMLPageArena::keep(std::u16string_view text) {
   return {kept, text.size()};
 }
 
-void HTMLPageArena::setAttributes(std::uint32_t tag, std::vector<HTMLTag::Attribute>& attributes) {
-  using Attribute = HTMLTag::Attribute;
-  if (attributes.empty())
-    return;
-  if (attributes.size() > 1) {
-    std::stable_sort(attributes.begin(), attributes.end(),
-                     [](const Attribute& a, const Attribute& b) { return a.name < b.name; });
-    const auto end = std::unique(attributes.begin(), attributes.end(),
-                                 [](const Attribute& a, const Attribute& b) { return a.name == b.name; });
-    attributes.erase(end, attributes.end());
+void HTMLPageArena::endAttributes(std::uint32_t tag) {
+  const auto begin = m_attributes.begin() + m_tags[tag].m_firstAttribute;
+  if (m_attributes.end() - begin > 1) {
+    std::stable_sort(begin, m_attributes.end(), [this](const HTMLAttribute& a, const HTMLAttribute& b) {
+      return nameOf(a) < nameOf(b);
+    });
+    const auto end =
+        std::unique(begin, m_attributes.end(), [this](const HTMLAttribute& a, const HTMLAttribute& b) {
+          return nameOf(a) == nameOf(b);
+        });
+    m_attributes.erase(end, m_attributes.end());
   }
-  auto* const kept =
-      static_cast<Attribute*>(m_texts.allocate(attributes.size() * sizeof(Attribute), alignof(Attribute)));
-  std::transform(attributes.begin(), attributes.end(), kept, [this](const Attribute& attribute) {
-    return Attribute{keep(attribute.name), keep(attribute.value)};
-  });
-  m_tags[tag].m_attributes = kept;
-  m_tags[tag].m_numAttributes = static_cast<std::uint32_t>(attributes.size());
+  m_tags[tag].m_numAttributes = static_cast<std::uint32_t>(m_attributes.end() - begin);
 }
 
 void HTMLPageArena::linkFollowers() {

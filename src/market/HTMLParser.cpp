@@ -4,17 +4,35 @@
 #include "market/HTMLNames.h"
 #include "market/HTMLPageArena.h"
 #include <algorithm>
+#include <array>
 #include <string>
 
 namespace Tallymoor {
 
 namespace {
 
-/// What a page of ordinary density needs; more only costs a few moves.
-constexpr std::size_t UNITS_PER_TAG = 48;
+// What a unit ends.
+constexpr std::uint8_t WHITE_SPACE = 1;
+constexpr std::uint8_t ENDS_NAME = 2;
+constexpr std::uint8_t ENDS_ATTRIBUTE = 4;
+constexpr std::uint8_t ENDS_VALUE = 8;
+constexpr std::uint8_t QUOTE = 16;
 
-bool isWhiteSpace(char16_t unit) {
-  return unit == u' ' || unit == u'\t' || unit == u'\r' || unit == u'\n';
+constexpr std::array<std::uint8_t, 128> makeKinds() {
+  std::array<std::uint8_t, 128> kinds{};
+  for (const char unit : {' ', '\t', '\r', '\n'})
+    kinds[static_cast<std::size_t>(unit)] = WHITE_SPACE | ENDS_NAME | ENDS_ATTRIBUTE | ENDS_VALUE;
+  kinds['>'] = ENDS_NAME | ENDS_ATTRIBUTE | ENDS_VALUE;
+  kinds['/'] = ENDS_NAME;
+  kinds['='] = ENDS_ATTRIBUTE;
+  kinds['"'] = QUOTE;
+  return kinds;
+}
+
+constexpr std::array<std::uint8_t, 128> KINDS = makeKinds();
+
+bool isOfKind(char16_t unit, std::uint8_t kinds) {
+  return unit < KINDS.size() && (KINDS[unit] & kinds) != 0;
 }
 
 void checkFindParameters(const HTMLTag* tag, const String& name) {
@@ -49,20 +67,22 @@ struct HTMLParser::Buffers {
   }
 };
 
-HTMLPage HTMLParser::Parse(const String& html) {
-  const auto arena = std::make_shared<HTMLPageArena>(html.size() / UNITS_PER_TAG + 1);
+HTMLPage HTMLParser::Parse(String html) {
+  const auto arena = std::make_shared<HTMLPageArena>(std::move(html));
   HTMLNames names(*arena);
   HTMLFlatList tags(*arena, names);
-  HTMLParser(html).readTags(tags, names, *arena);
+  HTMLParser(*arena).readTags(tags, names);
   if (tags.empty())
     throw HTMLException(u"HTMLParser::Parse - no tags found");
   const std::uint32_t root = tags.firstNamed(names.find(u"html"));
-  if (root == HTMLTag::NONE)
+  if (root == HTMLFlatList::NONE)
     throw HTMLException(u"HTMLParser::Parse - no html tag found");
   tags.finish();
   arena->linkFollowers();
   return HTMLPage(arena, &(*arena)[root]);
 }
+
+HTMLParser::HTMLParser(HTMLPageArena& arena) : m_arena(arena), m_html(arena.page()) {}
 
 const HTMLTag* HTMLParser::FindTag(const HTMLTag* parent, const String& name, std::size_t index) {
   checkFindParameters(parent, name);
@@ -74,11 +94,10 @@ const HTMLTag* HTMLParser::FindSiblingTag(const HTMLTag* tag, const String& name
   return tag->parent() == nullptr ? nullptr : findBehind(tag->parent(), tag, name, index);
 }
 
-void HTMLParser::readTags(HTMLFlatList& tags, HTMLNames& names, HTMLPageArena& arena) {
+void HTMLParser::readTags(HTMLFlatList& tags, HTMLNames& names) {
   const HTMLNames::Id script = names.find(u"script");
   bool inScript = false;
   Buffers buffers;
-  std::vector<HTMLTag::Attribute> attributes;
   while (!atEnd()) {
     Reading reading = Reading::Closing;
     buffers.text = {};
@@ -90,7 +109,8 @@ void HTMLParser::readTags(HTMLFlatList& tags, HTMLNames& names, HTMLPageArena& a
       return;
     if (reading == Reading::Closing) {
       if (!buffers.text.empty() && tags.wantsText())
-        tags.setText(buffers.text);
+        tags.setText(buffers.text.data() == buffers.pieces.data() ? m_arena.keep(buffers.text)
+                                                                  : buffers.text);
       const HTMLNames::Id name = names.find(readName());
       skipOne(); // whatever it is: "</td >" leaves its ">" to the text
       inScript = false;
@@ -99,10 +119,9 @@ void HTMLParser::readTags(HTMLFlatList& tags, HTMLNames& names, HTMLPageArena& a
       const HTMLNames::Id name = names.find(readName());
       inScript = name == script; // also when it is closed by "/>"
       const std::uint32_t tag = tags.open(name);
-      attributes.clear();
-      if (readAttributes(attributes))
+      if (readAttributes())
         tags.closeLast();
-      arena.setAttributes(tag, attributes);
+      m_arena.endAttributes(tag);
     }
   }
 }
@@ -145,10 +164,10 @@ void HTMLParser::skipScript() {
 }
 
 std::u16string_view HTMLParser::readName() {
-  return readUntil([](char16_t unit) { return isWhiteSpace(unit) || unit == u'/' || unit == u'>'; });
+  return readUntil(ENDS_NAME);
 }
 
-bool HTMLParser::readAttributes(std::vector<HTMLTag::Attribute>& attributes) {
+bool HTMLParser::readAttributes() {
   for (;;) {
     skipWhiteSpace();
     if (peek() == u'/' && peek(1) == u'>') {
@@ -160,28 +179,31 @@ bool HTMLParser::readAttributes(std::vector<HTMLTag::Attribute>& attributes) {
       skipOne();
       return false;
     }
-    attributes.push_back(readAttribute());
+    readAttribute();
   }
 }
 
-HTMLTag::Attribute HTMLParser::readAttribute() {
-  HTMLTag::Attribute attribute;
-  attribute.name =
-      readUntil([](char16_t unit) { return isWhiteSpace(unit) || unit == u'>' || unit == u'='; });
+void HTMLParser::readAttribute() {
+  const auto place = [this](std::u16string_view part) {
+    return static_cast<std::uint32_t>(part.data() - m_html.data());
+  };
+  const std::u16string_view name = readUntil(ENDS_ATTRIBUTE);
+  std::u16string_view value = name.substr(0, 0);
   skipWhiteSpace();
   if (peek() == u'=') {
     skipOne();
     skipWhiteSpace();
-    attribute.value = readValue();
+    value = readValue();
   }
-  return attribute;
+  m_arena.addAttribute({place(name), static_cast<std::uint32_t>(name.size()), place(value),
+                        static_cast<std::uint32_t>(value.size())});
 }
 
 std::u16string_view HTMLParser::readValue() {
   if (peek() != u'"')
-    return readUntil([](char16_t unit) { return isWhiteSpace(unit) || unit == u'>'; });
+    return readUntil(ENDS_VALUE);
   skipOne();
-  const std::u16string_view value = readUntil([](char16_t unit) { return unit == u'"'; });
+  const std::u16string_view value = readUntil(QUOTE);
   skipOne();
   return value;
 }
@@ -197,16 +219,17 @@ void HTMLParser::skipOne() {
 }
 
 void HTMLParser::skipWhiteSpace() {
-  while (!atEnd() && isWhiteSpace(m_html[m_position]))
+  while (!atEnd() && isOfKind(m_html[m_position], WHITE_SPACE))
     ++m_position;
 }
 
-template <class IsEnd>
-std::u16string_view HTMLParser::readUntil(IsEnd isEnd) {
+std::u16string_view HTMLParser::readUntil(std::uint8_t endKinds) {
   const std::size_t start = m_position;
-  while (!atEnd() && !isEnd(m_html[m_position]))
-    ++m_position;
-  return m_html.substr(start, m_position - start);
+  std::size_t end = start;
+  while (end < m_html.size() && !isOfKind(m_html[end], endKinds))
+    ++end;
+  m_position = end;
+  return m_html.substr(start, end - start);
 }
 
 } // namespace Tallymoor

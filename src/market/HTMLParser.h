@@ -1,9 +1,9 @@
 #pragma once
 #include "market/HTMLTag.h"
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string_view>
-#include <vector>
 
 namespace Tallymoor {
 
@@ -23,9 +23,10 @@ using HTMLPage = std::shared_ptr<const HTMLTag>;
 /// the page, whatever its shape.
 class HTMLParser {
 public:
+  /// The page keeps the text: hand it over with std::move where it is not needed any more.
   /// Throws HTMLException "HTMLParser::Parse - no tags found", "HTMLParser::Parse - no html tag found" or
   /// "HTMLParser::FindScriptEnd - failed to find script end!".
-  static HTMLPage Parse(const String& html);
+  static HTMLPage Parse(String html);
 
   /// The index-th sub tag (from 0) with that name, or null. Throws HTMLException "HTMLParser::FindTag - bad
   /// param" for a null parent or an empty name.
@@ -38,25 +39,25 @@ private:
   enum class Reading { Opening, Closing };
   struct Buffers;
 
-  explicit HTMLParser(const String& html) : m_html(html) {}
-  void readTags(HTMLFlatList& tags, HTMLNames& names, HTMLPageArena& arena);
+  explicit HTMLParser(HTMLPageArena& arena);
+  void readTags(HTMLFlatList& tags, HTMLNames& names);
   Reading readText(Buffers& buffers);
   void skipComment();
   void skipScript();
   std::u16string_view readName();
   /// True when the tag ends in "/>".
-  bool readAttributes(std::vector<HTMLTag::Attribute>& attributes);
-  HTMLTag::Attribute readAttribute();
+  bool readAttributes();
+  void readAttribute();
   std::u16string_view readValue();
 
   bool atEnd() const { return m_position >= m_html.size(); }
   char16_t peek(std::size_t ahead = 0) const;
   void skipOne();
   void skipWhiteSpace();
-  template <class IsEnd>
-  std::u16string_view readUntil(IsEnd isEnd);
+  std::u16string_view readUntil(std::uint8_t endKinds);
 
-  std::u16string_view m_html;
+  HTMLPageArena& m_arena;
+  const std::u16string_view m_html;
   std::size_t m_position = 0;
 };
 

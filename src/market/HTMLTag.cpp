@@ -14,26 +14,28 @@ const HTMLTag* HTMLTag::parent() const {
   return m_parent == NONE ? nullptr : &(*m_arena)[m_parent];
 }
 
-const HTMLTag::Attribute* HTMLTag::findAttribute(std::u16string_view name) const {
-  const Attribute* const end = m_attributes + m_numAttributes;
-  const Attribute* const found =
-      std::lower_bound(m_attributes, end, name, [](const Attribute& attribute, std::u16string_view wanted) {
-        return attribute.name < wanted;
+const HTMLAttribute* HTMLTag::findAttribute(std::u16string_view name) const {
+  const HTMLAttribute* const begin = m_arena->attributes(*this);
+  const HTMLAttribute* const end = begin + m_numAttributes;
+  const HTMLAttribute* const found =
+      std::lower_bound(begin, end, name, [this](const HTMLAttribute& attribute, std::u16string_view wanted) {
+        return m_arena->nameOf(attribute) < wanted;
       });
-  return found != end && found->name == name ? found : nullptr;
+  return found != end && m_arena->nameOf(*found) == name ? found : nullptr;
 }
 
 String HTMLTag::attrVal(std::u16string_view name) const {
-  const Attribute* const found = findAttribute(name);
+  const HTMLAttribute* const found = findAttribute(name);
   if (found == nullptr)
     throw HTMLException(u"HTMLTag::attrVal - not found attr: " + String(name));
-  return String(found->value);
+  return String(m_arena->valueOf(*found));
 }
 
 std::pair<String, String> HTMLTag::attribute(std::size_t index) const {
   if (index >= m_numAttributes)
     throw HTMLException(u"HTMLTag::attribute - bad index");
-  return {String(m_attributes[index].name), String(m_attributes[index].value)};
+  const HTMLAttribute& attribute = m_arena->attributes(*this)[index];
+  return {String(m_arena->nameOf(attribute)), String(m_arena->valueOf(attribute))};
 }
 
 std::size_t HTMLTag::numSubTags() const {
@@ -48,7 +50,7 @@ const HTMLTag& HTMLTag::subTag(std::u16string_view name) const {
   if (m_lastSub == NONE)
     throw HTMLException(u"HTMLTag::subTag - no sub tags");
   for (const HTMLTag* tag = firstSubTag(); tag != nullptr; tag = nextSubTag(tag))
-    if (tag->m_name == name)
+    if (tag->nameView() == name)
       return *tag;
   throw HTMLException(u"HTMLTag::subTag - sub tag not found : " + String(name));
 }

@@ -7,6 +7,7 @@
 
 namespace Tallymoor {
 
+struct HTMLAttribute;
 class HTMLPageArena;
 
 /// One tag of a parsed page. Made by HTMLParser only, lives in the page's arena as long as any HTMLPage of
@@ -23,17 +24,17 @@ public:
   HTMLTag(HTMLTag&&) = default;
 
   /// Lower case.
-  String name() const { return String(m_name); }
+  String name() const { return String(nameView()); }
   /// The text found just before a closing tag, raw; empty if none.
-  String text() const { return String(m_text); }
+  String text() const { return String(textView()); }
   /// The tag that collected this one last; null for a tag that was never collected.
   const HTMLTag* parent() const;
   /// True when the tag was ended by "/>" or by its closing tag.
   bool isClosed() const { return m_closed; }
 
   // The same as name and text without a copy; valid as long as the page.
-  std::u16string_view nameView() const { return m_name; }
-  std::u16string_view textView() const { return m_text; }
+  std::u16string_view nameView() const { return {m_name, m_nameLength}; }
+  std::u16string_view textView() const { return {m_text, m_textLength}; }
 
   std::size_t numAttributes() const { return m_numAttributes; }
   bool hasAttr(std::u16string_view name) const { return findAttribute(name) != nullptr; }
@@ -57,29 +58,25 @@ public:
 private:
   friend class HTMLFlatList;
   friend class HTMLPageArena;
-  friend class HTMLParser;
   friend class HTMLTagSearch;
 
   static constexpr std::uint32_t NONE = 0xFFFFFFFF;
-  struct Attribute {
-    std::u16string_view name;
-    std::u16string_view value;
-  };
-
-  explicit HTMLTag(HTMLPageArena& arena) : m_arena(&arena) {}
-  const Attribute* findAttribute(std::u16string_view name) const;
+  explicit HTMLTag(const HTMLPageArena& arena) : m_arena(&arena) {}
+  const HTMLAttribute* findAttribute(std::u16string_view name) const;
   std::uint32_t index() const;
 
-  HTMLPageArena* m_arena;
-  std::u16string_view m_name;
-  std::u16string_view m_text;
-  const Attribute* m_attributes = nullptr; ///< sorted by name, in the arena
+  const HTMLPageArena* m_arena;
+  const char16_t* m_name = nullptr;
+  const char16_t* m_text = nullptr;
+  std::uint32_t m_nameLength = 0;
+  std::uint32_t m_textLength = 0;
+  std::uint32_t m_firstAttribute = 0; ///< in the arena's list, sorted by name from here
   std::uint32_t m_numAttributes = 0;
   std::uint32_t m_parent = NONE;
   std::uint32_t m_previous = NONE;   ///< the tag that this one was put behind
   std::uint32_t m_lastSub = NONE;    ///< end of the run of sub tags; NONE without sub tags
   std::uint32_t m_position = 0;      ///< number of tags before this one in the run that leads to it
-  std::uint32_t m_firstFollower = 0; ///< where the arena's list of tags put behind this one begins
+  std::uint32_t m_firstFollower = 0; ///< in the arena's list of tags put behind this one
   std::uint32_t m_numFollowers = 0;
   bool m_closed = false;
 };

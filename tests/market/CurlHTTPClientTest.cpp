@@ -1,0 +1,403 @@
+#include "market/CurlHTTPClient.h"
+#include "LoopbackPeer.h"
+#include "market/CurlTransfer.h"
+#include "market/URL.h"
+#include "support/StringPrinting.h"
+#include "support/TestHttpServer.h"
+#include <functional>
+#include <future>
+#include <gtest/gtest.h>
+#include <set>
+
+namespace Tallymoor {
+namespace {
+
+using Response = TestHttpServer::Response;
+using Bytes = std::vector<std::uint8_t>;
+
+HTTPException failureOf(const std::function<void()>& work) {
+  try {
+    work();
+  } catch (const HTTPException& exception) {
+    return exception;
+  }
+  return HTTPException(u"no failure");
+}
+
+/// The words of a failure, with the code of the library behind them.
+String words(const char16_t* text, int code) {
+  return String(u"Win32HTTPClient::") + text + String::fromLong(code);
+}
+
+constexpr const char16_t* SEND = u"sendHTTPRequest - HttpSendRequestEx ";
+constexpr const char16_t* READ = u"getResponse - InternetReadFile failed ";
+
+class CurlHTTPClientTest : public ::testing::Test {
+protected:
+  CurlHTTPClientTest() { m_client.goOnline(); }
+
+  URL url(const std::string& path) const { return URL(String(m_server.url(path).c_str())); }
+
+  TestHttpServer m_server;
+  CurlHTTPClient m_client{10000, 10000};
+};
+
+TEST_F(CurlHTTPClientTest, FetchesAPageAsText) {
+  m_server.route("/a/b?c=d", {200, "<html>\xC3\xA9</html>"});
+  EXPECT_EQ(m_client.getPage(url("/a/b?c=d")), u"<html>\u00E9</html>");
+  m_server.route("/latin", {200, "caf\xE9"});
+  EXPECT_EQ(m_client.getPage(url("/latin")), u"caf\u00E9");
+  m_server.route("/zero", {200, std::string("a\0b", 3)});
+  EXPECT_EQ(m_client.getPage(url("/zero")), u"a") << "text ends at a zero byte";
+}
+
+TEST_F(CurlHTTPClientTest, SendsWhatServersExpect) {
+  m_server.route("/", {200, "x"});
+  m_client.getPage(url("/"));
+  Bytes bytes;
+  m_client.getPage(url("/"), bytes);
+  const auto requests = m_server.requests();
+  ASSERT_EQ(requests.size(), 2u);
+  EXPECT_EQ(requests[0].method, "GET");
+  EXPECT_EQ(requests[0].headers.at("user-agent"), "BC Win32HTTPClient");
+  EXPECT_EQ(requests[0].headers.at("accept"), "text/html");
+  EXPECT_EQ(requests[0].headers.at("host"), "127.0.0.1:" + std::to_string(m_server.port()));
+  EXPECT_EQ(requests[1].headers.at("accept"), "ummm");
+}
+
+TEST_F(CurlHTTPClientTest, FetchesBytesAsTheyAre) {
+  const std::string body("\x00\xFF\r\n\x80", 5);
+  m_server.route("/b", {200, body, "application/octet-stream"});
+  Bytes bytes{1, 2, 3};
+  m_client.getPage(url("/b"), bytes);
+  EXPECT_EQ(std::string(bytes.begin(), bytes.end()), body);
+}
+
+TEST_F(CurlHTTPClientTest, AnEmptyBodyIsAnEmptyText) {
+  m_server.route("/empty", {200, ""});
+  EXPECT_EQ(m_client.getPage(url("/empty")), u"");
+  Bytes bytes{1};
+  m_client.getPage(url("/empty"), bytes);
+  EXPECT_TRUE(bytes.empty());
+}
+
+TEST_F(CurlHTTPClientTest, RefusalsHaveTheStatusAsCodeAndInTheText) {
+  const HTTPException missing = failureOf([&] { m_client.getPage(url("/missing")); });
+  EXPECT_EQ(missing.code(), 404u);
+  EXPECT_EQ(missing.message(),
+            u"Win32HTTPClient::getResponse - HTTP GET failed \nwith code: 404 and status: Not Found");
+  m_server.route("/broken", {500, "x"});
+  EXPECT_EQ(failureOf([&] { m_client.getPage(url("/broken")); }).code(), 500u);
+  m_server.route("/made", {201, "x"});
+  EXPECT_EQ(failureOf([&] { m_client.getPage(url("/made")); }).code(), 201u) << "only 200 will do";
+}
+
+TEST_F(CurlHTTPClientTest, AStatusWithoutWordsIsShownAlone) {
+  LoopbackPeer peer([](LoopbackPeer::Connection& connection) {
+    connection.readHead();
+    connection.write("HTTP/1.1 503\r\nContent-Length: 0\r\n\r\n");
+  });
+  const HTTPException failure = failureOf([&] { m_client.getPage(peer.url()); });
+  EXPECT_EQ(failure.message(), u"Win32HTTPClient::getResponse - HTTP GET failed \nwith code: 503");
+  EXPECT_EQ(failure.code(), 503u);
+}
+
+TEST_F(CurlHTTPClientTest, KeepsOneConnectionPerHostAndPort) {
+  m_server.route("/", {200, "x"});
+  for (int i = 0; i < 5; ++i)
+    m_client.getPage(url("/"));
+  failureOf([&] { m_client.getPage(url("/missing")); });
+  Bytes bytes;
+  m_client.getPage(url("/"), bytes);
+  std::set<int> connections;
+  for (const TestHttpServer::Request& request : m_server.requests())
+    connections.insert(request.clientPort);
+  EXPECT_EQ(m_server.requests().size(), 7u);
+  EXPECT_EQ(connections.size(), 1u);
+}
+
+TEST_F(CurlHTTPClientTest, FetchesOnSeveralThreadsAtOnce) {
+  m_server.setFallback([](const TestHttpServer::Request& request) { return Response{200, request.target}; });
+  std::vector<std::future<String>> pages;
+  for (int i = 0; i < 8; ++i)
+    pages.push_back(
+        std::async(std::launch::async, [this, i] { return m_client.getPage(url("/" + std::to_string(i))); }));
+  for (int i = 0; i < 8; ++i)
+    EXPECT_EQ(pages[static_cast<std::size_t>(i)].get(), u"/" + String::fromLong(i));
+}
+
+TEST_F(CurlHTTPClientTest, FollowsRedirectsWithinTheWeb) {
+  m_server.redirect("/old", m_server.url("/new?a=b"));
+  m_server.route("/new?a=b", {200, "moved here"});
+  EXPECT_EQ(m_client.getPage(url("/old")), u"moved here");
+  m_server.redirect("/file", "file:///etc/passwd");
+  EXPECT_EQ(failureOf([&] { m_client.getPage(url("/file")); }).message(),
+            words(SEND, CURLE_UNSUPPORTED_PROTOCOL));
+  m_server.redirect("/circle", "/circle");
+  EXPECT_EQ(failureOf([&] { m_client.getPage(url("/circle")); }).message(),
+            words(SEND, CURLE_TOO_MANY_REDIRECTS));
+  m_server.redirect("/gone", m_server.url("/missing"));
+  EXPECT_EQ(failureOf([&] { m_client.getPage(url("/gone")); }).code(), 404u);
+}
+
+TEST_F(CurlHTTPClientTest, BuildsTheRequestFromThePath) {
+  m_server.setFallback([](const TestHttpServer::Request& request) { return Response{200, request.target}; });
+  EXPECT_EQ(m_client.getPage(url("/a/../b/./c%2Fd")), u"/a/../b/./c%2Fd");
+  EXPECT_EQ(m_client.getPage(url("/a b?c=\"d\"")), u"/a%20b?c=%22d%22");
+  EXPECT_EQ(m_client.getPage(url("/caf\xC3\xA9#part")), u"/caf%C3%A9");
+  EXPECT_EQ(m_client.getPage(URL(u"127.0.0.1:" + String::fromLong(m_server.port()))), u"/")
+      << "http without a scheme";
+  EXPECT_EQ(m_client.getPage(URL(u"127.0.0.1:" + String::fromLong(m_server.port()) + u"\\x")), u"/x");
+}
+
+TEST_F(CurlHTTPClientTest, RefusesControlBytesBeforeAnythingIsSent) {
+  for (const char16_t* const path : {u"/a\r\nX: y", u"/a\tb", u"/a\u007F", u"/\u0001"})
+    EXPECT_EQ(failureOf([&] { m_client.getPage(URL(String(m_server.url("").c_str()) + path)); }).message(),
+              words(u"getPage - HttpOpenRequest failed ", CURLE_URL_MALFORMAT));
+  for (const char16_t* const host :
+       {u"http://a\nb/", u"http://user@127.0.0.1/", u"http://a b/", u"http://h:99999/"})
+    EXPECT_EQ(failureOf([&] { m_client.getPage(URL(String(host))); }).message(),
+              words(u"connect - InternetConnect failed : ", CURLE_URL_MALFORMAT));
+  EXPECT_TRUE(m_server.requests().empty());
+}
+
+TEST_F(CurlHTTPClientTest, SpeaksHttpAndHttpsOnly) {
+  for (const char16_t* const address : {u"ftp://127.0.0.1/", u"file://127.0.0.1/etc/passwd"})
+    EXPECT_EQ(failureOf([&] { m_client.getPage(URL(String(address))); }).message(),
+              words(u"connect - InternetConnect failed : ", CURLE_UNSUPPORTED_PROTOCOL));
+}
+
+TEST_F(CurlHTTPClientTest, TalksTlsToHttpsServers) {
+  std::string greeting;
+  LoopbackPeer peer([&greeting](LoopbackPeer::Connection& connection) { greeting = connection.read(3); });
+  const String address = u"https" + peer.url().whole().substr(4);
+  EXPECT_EQ(failureOf([&] { m_client.getPage(URL(address)); }).message(),
+            words(SEND, CURLE_SSL_CONNECT_ERROR));
+  peer.join();
+  EXPECT_EQ(greeting.substr(0, 2), "\x16\x03") << "a TLS handshake";
+}
+
+TEST_F(CurlHTTPClientTest, HttpsWithoutAPortGoesToPort443) {
+  CurlTransfer transfer;
+  const std::pair<const char16_t*, const char*> cases[] = {{u"https://h/", "443"},
+                                                           {u"https://h:80/", "80"},
+                                                           {u"HTTPS://h:8443/", "8443"},
+                                                           {u"http://h/", "80"},
+                                                           {u"h", "80"}};
+  for (const auto& [address, port] : cases) {
+    ASSERT_EQ(transfer.begin(1000), CURLE_OK);
+    ASSERT_EQ(transfer.setServer(URL(String(address))), CURLE_OK);
+    EXPECT_EQ(transfer.port(), port) << String(address).toUTF8();
+  }
+}
+
+TEST_F(CurlHTTPClientTest, ARefusedConnectionAndAnUnknownHostTakeTheSendWords) {
+  m_server.stop();
+  const HTTPException refused = failureOf([&] { m_client.getPage(url("/")); });
+  EXPECT_EQ(refused.message(), words(SEND, CURLE_COULDNT_CONNECT));
+  EXPECT_EQ(refused.code(), 0u);
+}
+
+TEST_F(CurlHTTPClientTest, AServerThatHangsUpTakesTheSendWords) {
+  LoopbackPeer peer([](LoopbackPeer::Connection& connection) { connection.readHead(); });
+  EXPECT_EQ(failureOf([&] { m_client.getPage(peer.url()); }).message(), words(SEND, CURLE_GOT_NOTHING));
+}
+
+TEST_F(CurlHTTPClientTest, ABrokenBodyTakesTheReadWords) {
+  Response half{200, "0123456789"};
+  half.closeAfter = 4;
+  m_server.route("/half", half);
+  const HTTPException failure = failureOf([&] { m_client.getPage(url("/half")); });
+  EXPECT_EQ(failure.message(), words(READ, CURLE_PARTIAL_FILE));
+  EXPECT_EQ(failure.code(), 0u);
+}
+
+TEST_F(CurlHTTPClientTest, BoundsTheBody) {
+  m_client.setBodyLimit(1000);
+  m_server.route("/fits", {200, std::string(1000, 'x')});
+  EXPECT_EQ(m_client.getPage(url("/fits")).size(), 1000u);
+  m_server.route("/large", {200, std::string(1001, 'x')});
+  EXPECT_EQ(failureOf([&] { m_client.getPage(url("/large")); }).message(),
+            words(READ, CURLE_FILESIZE_EXCEEDED));
+  LoopbackPeer peer([](LoopbackPeer::Connection& connection) {
+    connection.readHead();
+    connection.write("HTTP/1.1 200 OK\r\nConnection: close\r\n\r\n" + std::string(5000, 'x'));
+  });
+  EXPECT_EQ(failureOf([&] { m_client.getPage(peer.url()); }).message(), words(READ, CURLE_FILESIZE_EXCEEDED))
+      << "also when the server doesn't say how much comes";
+  EXPECT_EQ(HTTPClient::PAGE_BODY_LIMIT, 10485760u);
+  EXPECT_EQ(HTTPClient::UPDATE_BODY_LIMIT, 209715200u);
+}
+
+TEST_F(CurlHTTPClientTest, GivesUpOnASilentServer) {
+  CurlHTTPClient client(1000, 1000);
+  client.goOnline();
+  m_server.route("/", {200, "x"});
+  m_server.stall();
+  EXPECT_EQ(failureOf([&] { client.getPage(url("/")); }).message(), words(SEND, CURLE_OPERATION_TIMEDOUT));
+  m_server.release();
+}
+
+TEST_F(CurlHTTPClientTest, AbortEndsAStalledFetchAndAllLaterOnes) {
+  m_server.route("/", {200, "x"});
+  m_server.stall();
+  std::future<HTTPException> failure =
+      std::async(std::launch::async, [this] { return failureOf([this] { m_client.getPage(url("/")); }); });
+  ASSERT_TRUE(m_server.waitForRequests(1));
+  m_client.abort();
+  EXPECT_EQ(failure.get().message(), words(SEND, CURLE_ABORTED_BY_CALLBACK));
+  m_server.release();
+  EXPECT_EQ(failureOf([&] { m_client.getPage(url("/")); }).message(), words(SEND, CURLE_ABORTED_BY_CALLBACK));
+  m_client.goOnline();
+  EXPECT_EQ(m_client.getPage(url("/")), u"x");
+}
+
+TEST(CurlHTTPClient, FetchesNothingBeforeItIsOnline) {
+  const std::unique_ptr<HTTPClient> client = createHTTPClient();
+  EXPECT_NE(dynamic_cast<CurlHTTPClient*>(client.get()), nullptr);
+  EXPECT_EQ(failureOf([&] { client->getPage(URL(u"http://127.0.0.1:1/")); }).message(),
+            words(u"connect - InternetConnect failed : ", CURLE_FAILED_INIT));
+}
+
+// --- What the system or the library refuses
+// -----------------------------------------------------------------------
+
+class RefusingClient : public CurlHTTPClient {
+public:
+  int interfaces = 0;
+  int session = 0;
+  int connectTimeout = 0;
+  int receiveTimeout = 0;
+  std::function<int(CurlTransfer&)> waiting;
+  std::vector<std::size_t> pieces;
+  mutable std::pair<long, long> timeouts;
+
+protected:
+  int attemptConnect() const override { return interfaces; }
+  int openSession() const override { return session; }
+  int setConnectTimeout(CurlTransfer& transfer, long milliseconds) const override {
+    timeouts.first = milliseconds;
+    return connectTimeout != 0 ? connectTimeout : CurlHTTPClient::setConnectTimeout(transfer, milliseconds);
+  }
+  int setReceiveTimeout(CurlTransfer& transfer, long milliseconds) const override {
+    timeouts.second = milliseconds;
+    return receiveTimeout != 0 ? receiveTimeout : CurlHTTPClient::setReceiveTimeout(transfer, milliseconds);
+  }
+  int waitForNetwork(CurlTransfer& transfer, int milliseconds) const override {
+    const int refusal = waiting ? waiting(transfer) : 0;
+    return refusal != 0 ? refusal : CurlHTTPClient::waitForNetwork(transfer, milliseconds);
+  }
+  void bodyPieceWritten(std::size_t size) override { pieces.push_back(size); }
+};
+
+TEST(CurlHTTPClientRefused, GoingOnline) {
+  RefusingClient client;
+  client.interfaces = 100;
+  EXPECT_EQ(failureOf([&] { client.goOnline(); }).message(),
+            words(u"goOnline - InternetAttemptConnect failed ", 100));
+  client.interfaces = 0;
+  client.session = 27;
+  EXPECT_EQ(failureOf([&] { client.goOnline(); }).message(), words(u"goOnline - InternetOpen failed ", 27));
+}
+
+TEST(CurlHTTPClientRefused, TimeOuts) {
+  TestHttpServer server;
+  RefusingClient client;
+  client.goOnline();
+  const URL url(String(server.url("/").c_str()));
+  client.receiveTimeout = 48;
+  EXPECT_EQ(failureOf([&] { client.getPage(url); }).message(),
+            words(u"setTimeouts - InternetSetOption recv timeout ", 48));
+  client.connectTimeout = 43;
+  EXPECT_EQ(failureOf([&] { client.getPage(url); }).message(),
+            words(u"setTimeouts - InternetSetOption conn timeout ", 43));
+  EXPECT_EQ(client.timeouts, (std::pair<long, long>(10000, 10000)));
+}
+
+TEST(CurlHTTPClientRefused, Waiting) {
+  LoopbackPeer peer([](LoopbackPeer::Connection& connection) {
+    connection.readHead();
+    connection.write("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhalf");
+    connection.waitForClose();
+  });
+  RefusingClient client;
+  client.goOnline();
+  client.waiting = [](CurlTransfer& transfer) { return transfer.hasAnswer() ? 4 : 0; };
+  EXPECT_EQ(failureOf([&] { client.getPage(peer.url()); }).message(),
+            words(u"getResponse - InternetQueryDataAvailable failed ", 4));
+  client.waiting = [](CurlTransfer&) { return 4; };
+  EXPECT_EQ(failureOf([&] { client.getPage(peer.url()); }).message(), words(SEND, 4));
+}
+
+// --- Requests with a body
+// -----------------------------------------------------------------------------------------
+
+TEST(CurlHTTPClientPost, GoesOutInPiecesOfAtMost1024Bytes) {
+  TestHttpServer server;
+  server.route("/post", {200, "thanks"});
+  RefusingClient client;
+  client.goOnline();
+  Bytes body(1025);
+  for (std::size_t i = 0; i < body.size(); ++i)
+    body[i] = static_cast<std::uint8_t>(i * 7);
+  EXPECT_EQ(client.sendHTTPRequest2(URL(String(server.url("/post").c_str())), body), 200u);
+  EXPECT_EQ(client.pieces, (std::vector<std::size_t>{1024, 1}));
+  const auto requests = server.requests();
+  ASSERT_EQ(requests.size(), 1u);
+  EXPECT_EQ(requests[0].method, "POST");
+  EXPECT_EQ(requests[0].headers.at("content-length"), "1025");
+  EXPECT_EQ(requests[0].body, std::string(body.begin(), body.end()));
+  EXPECT_EQ(client.sendHTTPRequest2(URL(String(server.url("/nowhere").c_str())), {}), 404u);
+}
+
+const Bytes LARGE_BODY(64u * 1024 * 1024, 'x'); ///< more than the system buffers between two sockets
+
+TEST(CurlHTTPClientPost, FailsWithoutAServer) {
+  CurlHTTPClient client;
+  client.goOnline();
+  TestHttpServer server;
+  const URL url(String(server.url("/").c_str()));
+  server.stop();
+  EXPECT_EQ(failureOf([&] { client.sendHTTPRequest2(url, Bytes(10)); }).message(),
+            words(u"sendHTTPRequest2 - HttpSendRequestEx ", CURLE_COULDNT_CONNECT));
+}
+
+TEST(CurlHTTPClientPost, FailsWhenTheConnectionBreaksWhileTheBodyIsWritten) {
+  LoopbackPeer peer([](LoopbackPeer::Connection& connection) {
+    connection.readHead();
+    connection.reset();
+  });
+  CurlHTTPClient client;
+  client.goOnline();
+  EXPECT_TRUE(failureOf([&] { client.sendHTTPRequest2(peer.url(), LARGE_BODY); })
+                  .message()
+                  .startsWith(u"Win32HTTPClient::sendHTTPRequest2 - InternetWriteFile "));
+}
+
+TEST(CurlHTTPClientPost, FailsWhenTheServerAnswersBeforeItHasTakenTheBody) {
+  std::promise<void> given;
+  LoopbackPeer peer([&given](LoopbackPeer::Connection& connection) {
+    connection.readHead();
+    connection.write("HTTP/1.1 413 Too Large\r\nContent-Length: 0\r\n\r\n");
+    given.get_future().wait(); // takes nothing of the body until the client has given up
+  });
+  CurlHTTPClient client;
+  client.goOnline();
+  EXPECT_EQ(failureOf([&] { client.sendHTTPRequest2(peer.url(), LARGE_BODY); }).message(),
+            words(u"sendHTTPRequest2 - written != toWrite ", 0));
+  given.set_value();
+}
+
+TEST(CurlHTTPClientPost, FailsWhenNoAnswerComesToAWholeBody) {
+  LoopbackPeer peer([](LoopbackPeer::Connection& connection) {
+    connection.readHead();
+    connection.read(10);
+  });
+  CurlHTTPClient client;
+  client.goOnline();
+  EXPECT_EQ(failureOf([&] { client.sendHTTPRequest2(peer.url(), Bytes(10, 'x')); }).message(),
+            words(u"sendHTTPRequest2 - HttpEndRequest failed ", CURLE_GOT_NOTHING));
+}
+
+} // namespace
+} // namespace Tallymoor

@@ -1,0 +1,127 @@
+#include "market/HTMLTable.h"
+#include "foundation/Exception.h"
+#include "market/HTMLParser.h"
+#include "support/StringPrinting.h"
+#include <fstream>
+#include <functional>
+#include <gtest/gtest.h>
+
+namespace Tallymoor {
+namespace {
+
+String failureOf(const std::function<void()>& work) {
+  try {
+    work();
+  } catch (const HTMLException& exception) {
+    return exception.message();
+  }
+  return u"no failure";
+}
+
+std::string in(const std::string& name, int index = 0) {
+  return "<TagFind><TagMove move=\"In\" name=\"" + name + "\" index=\"" + std::to_string(index) +
+         "\"/></TagFind>";
+}
+
+std::string column(const std::string& attributes, int index) {
+  return "<TagLocator " + attributes + ">" + in("td", index) + "</TagLocator>";
+}
+
+void decode(XMLTableLocator& locator, const std::string& table, int firstRow, const std::string& columns) {
+  locator.decode(("<TableLocator><TagLocator>" + table + "</TagLocator><TagLocator>" + in("tr", firstRow) +
+                  "</TagLocator>" + columns + "</TableLocator>")
+                     .c_str());
+}
+
+const std::string COLUMNS = column("type=\"Date\" format=\"MidDate1\"", 0) +
+                            column("type=\"Close\" format=\"Float\"", 4) +
+                            column("type=\"Volume\" format=\"CommaLong\"", 5) + column("type=\"Close\"", 1);
+
+HTMLPage prices() {
+  std::ifstream file(std::string(TALLYMOOR_TEST_DATA) + "/prices.html", std::ios::binary);
+  EXPECT_TRUE(file);
+  return HTMLParser::Parse(String(std::string(std::istreambuf_iterator<char>(file), {}).c_str()));
+}
+
+const std::string TO_PRICES =
+    "<TagFind><TagSearch tagname=\"table\" attr=\"class\" attrVal=\"data\"/></TagFind>";
+
+class HTMLTableTest : public ::testing::Test {
+protected:
+  HTMLTableTest() { decode(m_locator, TO_PRICES, 1, COLUMNS); }
+
+  XMLTableLocator m_locator;
+  const HTMLPage m_page = prices();
+};
+
+TEST_F(HTMLTableTest, ReadsARealPage) {
+  HTMLTable table(&m_locator);
+  EXPECT_EQ(table.numRows(), 0u);
+  table.fillFrom(m_page.get());
+  ASSERT_EQ(table.numRows(), 3u);
+  EXPECT_EQ(table.numColumns(), 4u);
+  EXPECT_EQ(table.cellValue(0, 0), u"3-Mar-06");
+  EXPECT_EQ(table.cellValue(0, 1), u"1.52");
+  EXPECT_EQ(table.cellValue(2, 2), u"1,004,500");
+  table.fillFrom(m_page.get());
+  EXPECT_EQ(table.numRows(), 3u) << "a second fill begins anew";
+}
+
+TEST_F(HTMLTableTest, KnowsItsColumns) {
+  const HTMLTable table(&m_locator);
+  EXPECT_EQ(table.columnByType(COLUMN_TYPE_VOLUME), 2u);
+  EXPECT_EQ(table.columnByType(COLUMN_TYPE_CLOSE), 1u) << "the first of two";
+  EXPECT_TRUE(table.hasColumn(COLUMN_TYPE_DATE));
+  EXPECT_FALSE(table.hasColumn(COLUMN_TYPE_HIGH));
+  EXPECT_EQ(failureOf([&] { table.columnByType(COLUMN_TYPE_HIGH); }),
+            u"HTMLTable::columnByType - no such type 6");
+  EXPECT_EQ(table.columnType(3), COLUMN_TYPE_CLOSE);
+  EXPECT_EQ(table.columnType(4), COLUMN_TYPE_NONE);
+  EXPECT_EQ(table.columnFormat(0), VALUE_FORMAT_MID_DATE1);
+  EXPECT_EQ(table.columnFormat(3), VALUE_FORMAT_NONE);
+  EXPECT_EQ(table.columnFormat(4), VALUE_FORMAT_NONE);
+}
+
+TEST_F(HTMLTableTest, RefusesCellsThatAreNotThere) {
+  HTMLTable table(&m_locator);
+  table.fillFrom(m_page.get());
+  EXPECT_EQ(failureOf([&] { table.cellValue(3, 0); }), u"HTMLTable::cellValue - no such row index3");
+  EXPECT_EQ(failureOf([&] { table.cellValue(2, 4); }), u"HTMLTable::cellValue - no such column index4");
+}
+
+TEST_F(HTMLTableTest, TheLastRowAloneIsATableOfOneRow) {
+  XMLTableLocator locator;
+  decode(locator, TO_PRICES, 3, COLUMNS);
+  HTMLTable table(&locator);
+  table.fillFrom(m_page.get());
+  ASSERT_EQ(table.numRows(), 1u);
+  EXPECT_EQ(table.cellValue(0, 0), u"1-Mar-06");
+}
+
+TEST_F(HTMLTableTest, SaysWhichWalkFailed) {
+  XMLTableLocator noTable;
+  decode(noTable, in("nothing"), 0, COLUMNS);
+  EXPECT_EQ(failureOf([&] { HTMLTable(&noTable).fillFrom(m_page.get()); }),
+            u"HTMLTable::fillFrom - Failed to find root tag: \n"
+            u"HTMLTagLocator::operator() - FindIndexedSubTag failed for nothing from html");
+  XMLTableLocator noRow;
+  decode(noRow, TO_PRICES, 9, COLUMNS);
+  EXPECT_EQ(failureOf([&] { HTMLTable(&noRow).fillFrom(m_page.get()); }),
+            u"HTMLTable::fillFrom - Failed to find first row tag: \n"
+            u"HTMLTagLocator::operator() - FindIndexedSubTag failed for tr from table");
+  EXPECT_EQ(failureOf([&] { HTMLTable(&m_locator).fillFrom(nullptr); }), u"HTMLTable::fillFrom - bad param");
+}
+
+TEST_F(HTMLTableTest, OneShortRowFailsTheWholeTable) {
+  const HTMLPage page =
+      HTMLParser::Parse(u"<html><table><tr><td>1</td><td>2</td></tr><tr><td>3</td></tr></table></html>");
+  XMLTableLocator locator;
+  decode(locator, in("table"), 0, column("", 0) + column("", 1));
+  HTMLTable table(&locator);
+  EXPECT_EQ(failureOf([&] { table.fillFrom(page.get()); }),
+            u"HTMLTagLocator::operator() - FindIndexedSubTag failed for td from tr");
+  EXPECT_EQ(table.numRows(), 0u);
+}
+
+} // namespace
+} // namespace Tallymoor
