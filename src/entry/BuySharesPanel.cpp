@@ -90,7 +90,7 @@ void BuySharesPanel::showPurchase(const String& code, const Date& date, double n
   m_code->setText(code);
   m_code->makeReadOnly();
   if (FXWindow* search = m_code->getNext())
-    search->disable();
+    search->hide();
   m_number->setValue(number);
   m_price->setValue(price);
   m_brokerage->setValue(brokerage);

@@ -16,8 +16,8 @@ constexpr FXint widestTable = 400;
 /// A longer list scrolls, so that the buttons stay on the screen.
 constexpr FXint highestTable = 400;
 constexpr FXint heightBesideRows = 15;
-/// Room for a scroll bar and the frame.
-constexpr FXint widthBesideColumns = 20;
+/// Of the frame, and the line behind the last column: a pixel less would show both scroll bars.
+constexpr FXint widthBesideColumns = 6;
 
 } // namespace
 
@@ -48,6 +48,8 @@ void StockSearchDialog::buildTable(const String& text) {
   FXint height = m_table->getColumnHeaderHeight() + heightBesideRows;
   for (FXint row = 0; row < m_table->getNumRows(); ++row)
     height += m_table->getRowHeight(row);
+  if (height > highestTable)
+    width += m_table->verticalScrollBar()->getDefaultWidth();
   frame->setWidth(std::min(width, widestTable));
   frame->setHeight(std::min(height, highestTable));
 }

@@ -65,7 +65,7 @@ FXCalendar::FXCalendar(FXComposite* parent, const Date& date, FXObject* target, 
 }
 
 void FXCalendar::buildHeading() {
-  constexpr FXuint arrow = FRAME_RAISED | FRAME_THICK | ARROW_NORMAL;
+  constexpr FXuint arrow = FRAME_RAISED | FRAME_THICK;
   auto* heading = new FXHorizontalFrame(this, LAYOUT_FILL_X, 0, 0, 0, 0, 0, 0, 0, 0);
   auto* previousYear =
       new FXButton(heading, "<<", nullptr, this, ID_PREVIOUS_YEAR, BUTTON_NORMAL | LAYOUT_FILL_Y);

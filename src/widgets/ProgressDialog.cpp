@@ -40,6 +40,7 @@ ProgressDialog::ProgressDialog(FXWindow* owner, const String& caption, const Str
   buildBar(column, style);
   buildCancel(column, style);
   setTotal(steps);
+  resize(getDefaultWidth(), getDefaultHeight()); // the toolkit has given it a width of its own
   if (getApp()->getDisplay())
     create();
 }

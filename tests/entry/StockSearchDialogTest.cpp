@@ -149,6 +149,17 @@ TEST_F(StockSearchDialogTest, TheListIsNoLargerThanItsBounds) {
   EXPECT_LT(small.table()->getParent()->getWidth(), 400);
 }
 
+TEST_F(StockSearchDialogTest, AFewResultsNeedNoScrollBars) {
+  StockSearchDialog dialog(&mainWindow(), u"b", true, false);
+  whenModal("Stock Search", [&](FXWindow& form) {
+    letEventsPass();
+    EXPECT_FALSE(dialog.table()->horizontalScrollBar()->shown());
+    EXPECT_FALSE(dialog.table()->verticalScrollBar()->shown());
+    press(form, "Cancel");
+  });
+  dialog.execute();
+}
+
 TEST_F(StockSearchDialogTest, OfflineTheConstructorThrows) {
   TallymoorInternet::Instance().goOffline();
   try {

@@ -126,6 +126,17 @@ TEST_F(ProgressDialogTest, FinishFillsTheBar) {
   EXPECT_EQ(7u, dialog.progressSoFar());
 }
 
+TEST_F(ProgressDialogTest, ALongHeadingIsNotCutOff) {
+  ProgressDialog dialog(&mainWindow(), u"Tallymoor startup",
+                        u"Please wait while caches and portfolio are loaded.", 5);
+  dialog.run(*this, 0);
+  for (FXLabel* label : findAll<FXLabel>(dialog)) {
+    if (label->shown()) {
+      EXPECT_GE(label->getWidth(), label->getDefaultWidth()) << label->getText().text();
+    }
+  }
+}
+
 TEST_F(ProgressDialogTest, ATotalOfNothingIsHarmless) {
   ProgressDialog dialog(&mainWindow(), u"Caption", u"Heading", 0);
   EXPECT_TRUE(dialog.run(*this, 0));
