@@ -1,5 +1,6 @@
 #include "engine/PortfolioEvents.h"
 #include "xml/PortfolioRecords.h"
+#include <memory>
 
 namespace Tallymoor {
 
@@ -19,6 +20,10 @@ String priceText(double price) {
   return String::fromDouble(price, 4);
 }
 
+String dividendRateText(double rate) {
+  return String::fromDouble(rate, 6);
+}
+
 namespace {
 
 String tradeDescription(const char16_t* kind, const String& code, double number, double price) {
@@ -35,9 +40,21 @@ String saleDescription(const String& code, double number, double price) {
   return tradeDescription(u"SELL ", code, number, price);
 }
 
+String dividendDescription(const String& code, double rate, double number) {
+  return dividendDescriptionStart(code) + dividendRateText(rate) + u" x " + numberText(number);
+}
+
+String dividendDescriptionStart(const String& code) {
+  return u"DIVIDEND " + code + u" @ ";
+}
+
 void setOptionalText(XMLElement& event, std::u16string_view reference, const String& text) {
-  if (!text.empty())
-    event.addSubElement(new XMLString, reference).setValue(text);
+  if (text.empty())
+    return;
+  // The text may be the one that is about to be replaced.
+  auto element = std::make_unique<XMLString>();
+  element->setValue(text);
+  event.addSubElement(element.release(), reference);
 }
 
 std::optional<std::size_t> indexOf(const XMLElement& parent, std::u16string_view reference,

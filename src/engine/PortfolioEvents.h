@@ -19,11 +19,17 @@ String dayText(const Date& date);
 String moneyText(double amount);
 String numberText(double shares);
 String priceText(double price);
+/// Dividend for each share, at six decimals.
+String dividendRateText(double rate);
 
 /// "BUY 100.00 of ABC.AX @ 12.3400"
 String purchaseDescription(const String& code, double number, double price);
 /// "SELL 100.00 of ABC.AX @ 12.3400"
 String saleDescription(const String& code, double number, double price);
+/// "DIVIDEND ABC.AX @ 0.500000 x 100.00"
+String dividendDescription(const String& code, double rate, double number);
+/// "DIVIDEND ABC.AX @ ", which every description of a dividend of the stock begins with.
+String dividendDescriptionStart(const String& code);
 
 /// Sets the value of an optional text, unless the new text is empty.
 void setOptionalText(XMLElement& event, std::u16string_view reference, const String& text);

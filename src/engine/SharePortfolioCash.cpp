@@ -5,6 +5,7 @@
 #include "foundation/RunTimeSettings.h"
 #include "foundation/UserInteraction.h"
 #include "xml/PortfolioRecords.h"
+#include <algorithm>
 
 namespace Tallymoor {
 
@@ -50,6 +51,23 @@ void SharePortfolioUser::creditCash(const Date& date, double value, std::int32_t
 void SharePortfolioUser::debitCash(const Date& date, double value, std::int32_t type,
                                    const String& description) {
   addCashEvent(date, value, type, description);
+}
+
+void SharePortfolioUser::editCashEvent(XMLElement& event, const Date& newDate, const Date& oldDate,
+                                       double value, const String& description) {
+  const Date earliest = std::min({newDate, oldDate, dateValue(event, u"Date")});
+  storeCashEvent(event, newDate, value, description);
+  m_capitalRecord.recordsChangedFrom(earliest);
+  tellCashChanged();
+}
+
+void SharePortfolioUser::deleteCashEvent(const XMLElement& event) {
+  const auto place = indexOf(m_portfolio.subElement(u"CashReserve"), u"CashEvents", event);
+  if (!place)
+    return;
+  m_capitalRecord.recordsChangedFrom(dateValue(event, u"Date"));
+  removeCashEntry(m_portfolio, *place);
+  tellCashChanged();
 }
 
 bool SharePortfolioUser::moveCashEntry(const CashEntryKey& key, double oldValue, const Date& date,

@@ -136,15 +136,21 @@ public:
   void creditCash(const Date& date, double value, std::int32_t type, const String& description);
   /// Types 2 and 5 (debit, withdrawal). The value is positive here too: the type alone gives the sign.
   void debitCash(const Date& date, double value, std::int32_t type, const String& description);
+  /// Overwrites all but the type.
   void editCashEvent(XMLElement& event, const Date& newDate, const Date& oldDate, double value,
                      const String& description);
+  /// An event that is none of this portfolio's does nothing.
   void deleteCashEvent(const XMLElement& event);
+  /// Records a dividend. With drpShares it was reinvested and makes a parcel at drpRate, without brokerage
+  /// and without a cash entry; else it makes a cash entry of the gross amount. The tax withheld is only
+  /// noted.
   void receiveDividend(const String& code, const Date& date, double numHeld, double rate,
                        std::int32_t percentFranked, double drpShares, double drpRate,
                        const String& foreignDividend, double withholdingTax);
-  /// oldValue is the cash entry's amount, 0.0 when the dividend was reinvested; oldDRPShares and oldBuyPrice
-  /// find the parcel of a reinvested one. False if the old cash entry or parcel was not found; the new one is
-  /// made all the same.
+  /// Stores the new values (an empty country and no tax leave the old ones) and lets the cash entry or parcel
+  /// follow. oldValue is the cash entry's amount, 0.0 when the dividend was reinvested; oldDRPShares and
+  /// oldBuyPrice find the parcel of a reinvested one. False if the old cash entry or parcel was not found: a
+  /// dividend that changes between cash and shares is then paid in the new way all the same.
   bool editDividend(XMLElement& event, const String& code, const Date& date, double numHeld, double rate,
                     std::int32_t percentFranked, double drpShares, double drpRate,
                     const String& foreignDividend, double withholdingTax, double oldDRPShares,
@@ -184,13 +190,16 @@ public:
 
   // ---- Trend of the comparison index ----
 
-  /// Exponential moving average of the comparison index over so many weekdays before today; kept for each
-  /// period and day.
+  /// Exponential moving average of the comparison index over so many weekdays before today (at least one; a
+  /// fraction is cut off), started from the mean of as many before those. Kept for each period and day. 0.0
+  /// without an index. Throws as TallymoorInternet::historicalPrice.
   double indexMovingAverage(double period);
+  /// The same, computed anew.
   double computeIndexMovingAverage(double period) const;
 
 private:
   struct Sale;
+  struct Dividend;
 
   double gainSince(const Date& then) const;
   double indexGainSince(const Date& then) const;
@@ -203,6 +212,11 @@ private:
   bool moveCashEntry(const CashEntryKey& key, double oldValue, const Date& date, double value,
                      const String& description);
   void tellCashChanged();
+  void payDividend(const Dividend& dividend);
+  bool moveCashDividend(const CashEntryKey& key, double oldValue, const Dividend& now);
+  void moveReinvestment(const String& oldCode, XMLElement* stock, XMLElement* parcel, const Dividend& now);
+  bool removeCashDividend(const Dividend& dividend);
+  bool removeReinvestment(const Dividend& dividend);
   bool askForSplit(const String& code, const Date& date, double ratio, bool reverse);
 
   XMLElement& m_portfolio;

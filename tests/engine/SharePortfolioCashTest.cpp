@@ -1,4 +1,5 @@
 #include "engine/EngineTest.h"
+#include "engine/PortfolioEvents.h"
 #include "foundation/RunTimeSettings.h"
 
 namespace Tallymoor {
@@ -34,6 +35,93 @@ TEST_F(CashTest, TheWatcherHearsOfEachChange) {
   EXPECT_EQ(watcher.portfolios.size(), 4u);
   user().deleteBuyEvent(u"ABC.AX", m_today, 2);
   EXPECT_EQ(watcher.portfolios.size(), 5u);
+}
+
+TEST_F(CashTest, EachKindHasItsSignInTheRecord) {
+  user().creditCash(m_today, 1000, CASH_EVENT_CREDIT, u"");
+  user().debitCash(m_today, 200, CASH_EVENT_DEBIT, u"Account fee ");
+  user().creditCash(m_today, 30, CASH_EVENT_INTEREST, u"INTEREST ");
+  user().creditCash(m_today, 4, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
+  user().debitCash(m_today, 0.5, CASH_EVENT_WITHDRAWAL, u"WITHDRAWAL ");
+  record().update(user());
+  EXPECT_EQ(dayOf(m_today), String(u"3/3/2026 cash 833.50 injected 3.50"));
+}
+
+TEST_F(CashTest, EditingOverwritesAllButTheType) {
+  user().creditCash(Date(2026, 1, 2), 12, CASH_EVENT_INTEREST, u"INTEREST bank");
+  user().editCashEvent(cashEntry(m_portfolio, 0), Date(2026, 1, 5), Date(2026, 1, 2), 7.5, u"INTEREST other");
+  ASSERT_EQ(numCashEntries(), 1u);
+  EXPECT_EQ(cashEntryText(0), String(u"5/1/2026 3 7.50 INTEREST other"));
+  user().editCashEvent(cashEntry(m_portfolio, 0), Date(2026, 1, 5), Date(2026, 1, 5), 7.5, u"");
+  EXPECT_EQ(cashEntryText(0), String(u"5/1/2026 3 7.50 "));
+}
+
+TEST_F(CashTest, EditingDropsTheDaysFromTheEarlierDate) {
+  const Date first(2026, 2, 25);
+  const auto daysFrom = [this](const Date& day) {
+    return record().hasDayCap(day.plusDays(-1)) && !record().hasDayCap(day);
+  };
+  user().creditCash(first, 100, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
+  user().creditCash(Date(2026, 2, 27), 5, CASH_EVENT_INTEREST, u"INTEREST ");
+  record().update(user());
+  user().editCashEvent(cashEntry(m_portfolio, 1), Date(2026, 3, 1), Date(2026, 2, 27), 5, u"INTEREST ");
+  EXPECT_TRUE(daysFrom(Date(2026, 2, 27)));
+  record().update(user());
+  user().editCashEvent(cashEntry(m_portfolio, 1), Date(2026, 2, 26), Date(2026, 3, 1), 5, u"INTEREST ");
+  EXPECT_TRUE(daysFrom(Date(2026, 2, 26)));
+  record().update(user());
+  // What the caller tells of the old date may be wrong: the event's own counts as well.
+  user().editCashEvent(cashEntry(m_portfolio, 1), Date(2026, 3, 2), Date(2026, 3, 2), 5, u"INTEREST ");
+  EXPECT_TRUE(daysFrom(Date(2026, 2, 26)));
+}
+
+TEST_F(CashTest, DeletingFindsTheEventByIdentity) {
+  for (int i = 0; i < 3; ++i)
+    user().creditCash(Date(2026, 2, 25 + i), 5, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
+  record().update(user());
+  user().deleteCashEvent(cashEntry(m_portfolio, 1));
+  ASSERT_EQ(numCashEntries(), 2u);
+  EXPECT_EQ(cashEntryText(0), String(u"25/2/2026 4 5.00 DEPOSIT "));
+  EXPECT_EQ(cashEntryText(1), String(u"27/2/2026 4 5.00 DEPOSIT "));
+  EXPECT_TRUE(record().hasDayCap(Date(2026, 2, 25)));
+  EXPECT_FALSE(record().hasDayCap(Date(2026, 2, 26)));
+}
+
+TEST_F(CashTest, AnEventOfAnotherPortfolioIsLeftAlone) {
+  user().creditCash(m_today, 5, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
+  record().update(user());
+  const XMLCashEvent other;
+  user().deleteCashEvent(other);
+  EXPECT_EQ(numCashEntries(), 1u);
+  EXPECT_TRUE(record().hasDayCap(m_today));
+}
+
+TEST_F(CashTest, TheWatcherHearsOfEditsDeletionsAndDividends) {
+  CountingWatcher watcher;
+  const auto calls = [&watcher](auto operation) {
+    watcher.portfolios.clear();
+    operation();
+    return watcher.portfolios.size();
+  };
+  const auto edit = [this](double drpShares, double drpRate, double oldShares, double oldPrice,
+                           double oldValue) {
+    XMLElement& event = m_portfolio.subElement(u"Dividends").subElement(u"DividendEvents");
+    user().editDividend(event, u"ABC.AX", m_today, 100, 0.5, 0, drpShares, drpRate, u"", 0, oldShares,
+                        oldPrice, oldValue, m_today);
+  };
+  EXPECT_EQ(calls([&] { user().receiveDividend(u"ABC.AX", m_today, 100, 0.5, 0, 0, 0, u"", 0); }), 1u);
+  EXPECT_EQ(calls([&] { edit(0, 0, 0, 0, 50); }), 1u);
+  EXPECT_EQ(calls([&] { edit(5, 10, 0, 0, 50); }), 1u);
+  EXPECT_EQ(calls([&] { edit(6, 10, 5, 10, 0); }), 0u);
+  EXPECT_EQ(calls([&] { edit(0, 0, 6, 10, 0); }), 1u);
+  EXPECT_EQ(calls([&] {
+              user().deleteDividend(m_portfolio.subElement(u"Dividends").subElement(u"DividendEvents"));
+            }),
+            1u);
+  EXPECT_EQ(calls([&] { user().receiveDividend(u"ABC.AX", m_today, 100, 0.5, 0, 5, 10, u"", 0); }), 0u);
+  user().creditCash(m_today, 1, CASH_EVENT_DEPOSIT, u"");
+  EXPECT_EQ(calls([&] { user().editCashEvent(cashEntry(m_portfolio, 0), m_today, m_today, 2, u""); }), 1u);
+  EXPECT_EQ(calls([&] { user().deleteCashEvent(cashEntry(m_portfolio, 0)); }), 1u);
 }
 
 TEST_F(CashTest, ANegativeReserveIsWarnedOf) {

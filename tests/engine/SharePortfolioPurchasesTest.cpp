@@ -187,5 +187,12 @@ TEST_F(PurchasesTest, LimitsAreStoredAsTexts) {
   EXPECT_EQ(textValue(stock, u"PortfolioMax"), String::fromDouble(1000.005, 2));
 }
 
+TEST_F(PurchasesTest, EditingMayBeGivenTheCommentOfTheRecordItself) {
+  const String comment = u"a comment that is too long to be kept in place";
+  XMLElement& event = user().addBuyEvent(u"ABC.AX", m_today, 10, 1, 0, comment);
+  user().editBuyEvent(event, m_today, 20, 1, 0, textValue(event, u"Comment"), 10, m_today);
+  EXPECT_EQ(textValue(event, u"Comment"), comment);
+}
+
 } // namespace
 } // namespace Tallymoor
