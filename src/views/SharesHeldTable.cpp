@@ -8,6 +8,7 @@
 #include "views/HeldShareColumns.h"
 #include "views/PortfolioCommands.h"
 #include "views/PriceLimits.h"
+#include "views/TotalsBar.h"
 #include "widgets/ContextMenu.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/MainWindow.h"
@@ -150,6 +151,18 @@ double SharesHeldTable::percentGainSince(const Date& date) {
     then += worth.complete ? worth.then : 0.0;
   }
   return showsAsZero(then) ? 0.0 : (now - then) / then * 100.0;
+}
+
+void SharesHeldTable::moveContents(FXint x, FXint y) {
+  Table::moveContents(x, y);
+  if (m_totalsBar)
+    m_totalsBar->followTable();
+}
+
+void SharesHeldTable::layout() {
+  Table::layout();
+  if (m_totalsBar)
+    m_totalsBar->followTable();
 }
 
 void SharesHeldTable::markPrice(const String& code) {

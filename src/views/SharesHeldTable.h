@@ -11,6 +11,7 @@
 namespace Tallymoor {
 
 class PortfolioCommands;
+class TotalsBar;
 
 /// The shares that a portfolio holds on the date shown, a row each by its code. Prices and limits can be
 /// typed into their cells. Follows the prices by itself.
@@ -32,6 +33,11 @@ public:
   /// How much all shares of the table together have gained since that day, in percent; 0 when they were worth
   /// nothing then. Shares without a price are left out.
   virtual double percentGainSince(const Date& date);
+
+  /// The bar that goes along with the columns; not owned, null for none.
+  void setTotalsBar(TotalsBar* bar) { m_totalsBar = bar; }
+  void moveContents(FXint x, FXint y) override;
+  void layout() override;
 
   void currentPriceUpdated(const String& code, double price) override;
   void pricesUpdateFinished() override;
@@ -73,6 +79,7 @@ private:
   std::list<HeldShareRow> m_rowData;
   std::vector<std::unique_ptr<XMLHeldShare>> m_viewDateShares; ///< of shares sold since the view date
   WatchedCodes m_watchedCodes;
+  TotalsBar* m_totalsBar = nullptr;
 };
 
 } // namespace Tallymoor

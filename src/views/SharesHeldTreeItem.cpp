@@ -63,6 +63,7 @@ void SharesHeldTreeItem::buildPage() {
     else
       m_table = new SharesHeldTable(portfolio(), *m_portfolioNode, frame, this);
     m_totalsBar = new TotalsBar(page(), m_table);
+    m_table->setTotalsBar(m_totalsBar);
     tableChanged(true);
     page()->create();
   });

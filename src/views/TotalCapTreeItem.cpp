@@ -158,7 +158,7 @@ TotalCapTreeItem::Totals TotalCapTreeItem::totals() const {
   Totals sums;
   for (const SharePortfolioTreeItem* node : portfolioNodes()) {
     const SharePortfolioUser& portfolio = node->portfolio();
-    const auto capital = capitalOf(portfolio);
+    const float capital = capitalOf(portfolio);
     sums.capital += capital;
     sums.gainToday += static_cast<float>(portfolio.dailyGain()) * capital;
     sums.gainWeek += static_cast<float>(portfolio.weeklyGain()) * capital;
@@ -175,7 +175,7 @@ void TotalCapTreeItem::showPortfolios(const Totals& totals) {
     const auto labels = m_summaryLabels.find(portfolio.name());
     if (labels == m_summaryLabels.end())
       continue;
-    const auto capital = capitalOf(portfolio);
+    const float capital = capitalOf(portfolio);
     const float percent = totals.capital > 0.0F ? capital / totals.capital * 100.0F : 0.0F;
     SummaryFrame::setValue(labels->second.capital, money(capital));
     SummaryFrame::setValue(labels->second.percent, String::toPercent(percent));

@@ -5,12 +5,7 @@
 
 namespace Tallymoor {
 
-FXDEFMAP(TotalsBar)
-TotalsBarMap[] = {
-    FXMAPFUNC(SEL_UPDATE, 0, TotalsBar::onUpdate),
-};
-
-FXIMPLEMENT(TotalsBar, FXPacker, TotalsBarMap, ARRAYNUMBER(TotalsBarMap))
+FXIMPLEMENT(TotalsBar, FXPacker, nullptr, 0)
 
 namespace {
 
@@ -41,7 +36,7 @@ void TotalsBar::showColumns(const std::vector<Column::Function>& functions) {
     auto* label =
         new FXLabel(m_cells, FXString(), nullptr, FRAME_SUNKEN | JUSTIFY_RIGHT, 0, 0, 0, 0,
                     LABEL_PADDING_LEFT, LABEL_PADDING_RIGHT, LABEL_PADDING_VERTICAL, LABEL_PADDING_VERTICAL);
-    m_totals.push_back({function, label, 0, 0});
+    m_totals.push_back({function, label});
   }
   if (m_cells->id() != 0)
     m_cells->create();
@@ -82,44 +77,29 @@ FXint TotalsBar::cellsLeft() const {
   return std::max(rowHeader, PADDING + 1 + m_caption->getDefaultWidth());
 }
 
-bool TotalsBar::follow(Total& total) const {
+void TotalsBar::place(const Total& total, FXint cellsLeft, FXint height) const {
   const Column& column = m_table->getColumn(total.function);
   const FXHeader* header = m_table->getColumnHeader();
-  FXint left = tableLeft() + header->getX() + header->getItemOffset(column.index()) - m_cellsLeft;
-  FXint width = m_table->columnWidth(column);
+  const FXint left = tableLeft() + header->getX() + header->getItemOffset(column.index()) - cellsLeft;
+  const FXint columnWidth = m_table->columnWidth(column);
   // A total wider than its column reaches to the left, so that its figures still end under theirs.
-  if (const FXint needed = total.label->getDefaultWidth(); needed > width) {
-    left -= needed - width;
-    width = needed;
-  }
-  const bool moved = left != total.left || width != total.width;
-  total.left = left;
-  total.width = width;
-  return moved;
+  const FXint width = std::max(columnWidth, total.label->getDefaultWidth());
+  total.label->position(left + columnWidth - width, 0, width, height);
+}
+
+void TotalsBar::followTable() {
+  const FXint height = getHeight() - 2 * (PADDING + 1);
+  const FXint left = cellsLeft();
+  m_caption->position(PADDING + 1, PADDING + 1, left - PADDING - 1, height);
+  m_cells->position(left, PADDING + 1, std::max(0, getWidth() - left - PADDING), height);
+  for (const Total& total : m_totals)
+    if (m_table->hasColumn(total.function) && m_table->getColumn(total.function).index() >= 0)
+      place(total, left, height);
 }
 
 void TotalsBar::layout() {
-  const FXint inside = getHeight() - 2 * (PADDING + 1);
-  m_cellsLeft = cellsLeft();
-  m_cellsWidth = std::max(0, getWidth() - m_cellsLeft - PADDING);
-  m_caption->position(PADDING + 1, PADDING + 1, m_cellsLeft - PADDING - 1, inside);
-  m_cells->position(m_cellsLeft, PADDING + 1, m_cellsWidth, inside);
-  for (Total& total : m_totals) {
-    follow(total);
-    total.label->position(total.left, 0, total.width, inside);
-  }
+  followTable();
   flags &= ~FLAG_DIRTY;
-}
-
-long TotalsBar::onUpdate(FXObject* sender, FXSelector selector, void* data) {
-  bool moved = cellsLeft() != m_cellsLeft;
-  for (Total& total : m_totals) {
-    Total now = total;
-    moved = follow(now) || moved;
-  }
-  if (moved)
-    recalc();
-  return FXPacker::onUpdate(sender, selector, data);
 }
 
 } // namespace Tallymoor

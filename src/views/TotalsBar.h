@@ -21,10 +21,12 @@ public:
   /// Null while the column is hidden.
   FXLabel* total(Column::Function function) const;
 
+  /// The table was scrolled or its columns have moved: the totals go along.
+  void followTable();
+
   FXint getDefaultWidth() override;
   FXint getDefaultHeight() override;
   void layout() override;
-  long onUpdate(FXObject*, FXSelector, void*);
 
 protected:
   TotalsBar() = default;
@@ -33,22 +35,17 @@ private:
   struct Total {
     Column::Function function;
     FXLabel* label;
-    FXint left;
-    FXint width;
   };
 
   /// The left edge of the cells, in the bar: under the right edge of the table's row header.
   FXint cellsLeft() const;
   FXint tableLeft() const;
-  /// Where the column lies now; false when that is where the total stands.
-  bool follow(Total& total) const;
+  void place(const Total& total, FXint cellsLeft, FXint height) const;
 
   Table* m_table = nullptr;
   FXLabel* m_caption = nullptr;
   FXComposite* m_cells = nullptr; ///< cuts off what is scrolled away
   std::vector<Total> m_totals;
-  FXint m_cellsLeft = 0;
-  FXint m_cellsWidth = 0;
 };
 
 } // namespace Tallymoor

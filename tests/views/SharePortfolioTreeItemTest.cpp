@@ -1,0 +1,289 @@
+#include "ViewsTest.h"
+#include "foundation/RunTimeSettings.h"
+#include "foundation/Settings.h"
+#include "widgets/HandlerScope.h"
+
+using namespace Tallymoor;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class SharePortfolioTreeItemTest : public ViewsTest {
+protected:
+  /// The prices of "Trading", as if fetched before.
+  static void priceOffline() {
+    for (Date day(2026, 2, 1); day <= Date(2026, 3, 3); day.addDays(1))
+      TallymoorInternet::Instance().setCachedPrice(u"AAA.AX", day,
+                                                   day < Date(2026, 2, 16)  ? 10.0
+                                                   : day < Date(2026, 3, 2) ? 5.5
+                                                                            : 6.0);
+    TallymoorInternet::Instance().setCachedPrice(u"AAA.AX", Date(2026, 3, 3), 6.6);
+  }
+  void index(double yesterday, double today) {
+    market().setHistory(u"^IDX", Date(2026, 1, 20), Date(2026, 2, 27), 4000.0);
+    market().setDay(u"^IDX", Date(2026, 3, 2), yesterday);
+    market().setDay(u"^IDX", Date(2026, 3, 3), today);
+  }
+};
+
+TEST_F(SharePortfolioTreeItemTest, SummaryShowsCapitalAndGains) {
+  addTrading();
+  showTree();
+  SharePortfolioTreeItem& trading = node(u"Trading");
+  EXPECT_EQ("$1,650.00", figure(trading, "Capital in shares"));
+  EXPECT_EQ("31.13%", figure(trading, "Percent in shares"));
+  EXPECT_EQ("$3,650.00", figure(trading, "Capital in cash"));
+  EXPECT_EQ("68.87%", figure(trading, "Percent in cash"));
+  EXPECT_EQ("$5,300.00", figure(trading, "Total Capital"));
+  EXPECT_EQ("2.91% (n/a)", figure(trading, "Gain today (index)"));     // of 5,150.00
+  EXPECT_EQ("5.47% (n/a)", figure(trading, "Gain this week (index)")); // of 5,025.00
+}
+
+TEST_F(SharePortfolioTreeItemTest, GainsOfTheIndexStandBesideThePortfolios) {
+  index(4100.0, 4182.0);
+  addTrading().setComparisonIndex(u"^IDX");
+  showTree();
+  EXPECT_EQ("2.91% (2.00%)", figure(node(u"Trading"), "Gain today (index)"));
+  EXPECT_EQ("5.47% (4.55%)", figure(node(u"Trading"), "Gain this week (index)"));
+  EXPECT_TRUE(TallymoorInternet::Instance().priceUpdater().hasCode(u"^IDX"));
+}
+
+TEST_F(SharePortfolioTreeItemTest, IndexThatFailsLeavesThePortfoliosGains) {
+  addTrading().setComparisonIndex(u"^BAD");
+  TallymoorInternet::Instance().goOffline();
+  priceOffline();
+  showTree();
+  EXPECT_EQ("2.91% (failed)", figure(node(u"Trading"), "Gain today (index)"));
+  EXPECT_EQ("5.47% (failed)", figure(node(u"Trading"), "Gain this week (index)"));
+}
+
+TEST_F(SharePortfolioTreeItemTest, PriceOfTheIndexRefreshesItsGains) {
+  index(4100.0, 4141.0);
+  addTrading().setComparisonIndex(u"^IDX");
+  showTree();
+  market().setCurrentPrice(u"AAA.AX", 6.6);
+  market().setCurrentPrice(u"^IDX", 4182.0);
+  runPass();
+  EXPECT_EQ("2.91% (2.00%)", figure(node(u"Trading"), "Gain today (index)"));
+}
+
+TEST_F(SharePortfolioTreeItemTest, WorthlessPortfolioHasPercentagesOfZero) {
+  addPortfolio(u"Empty");
+  showTree();
+  SharePortfolioTreeItem& empty = node(u"Empty");
+  EXPECT_EQ("0.00%", figure(empty, "Percent in shares"));
+  EXPECT_EQ("0.00%", figure(empty, "Percent in cash"));
+  EXPECT_EQ("$0.00", figure(empty, "Total Capital"));
+  EXPECT_EQ("0.00% (n/a)", figure(empty, "Gain today (index)"));
+}
+
+TEST_F(SharePortfolioTreeItemTest, OverdrawnPortfolioHasPercentagesOfZero) {
+  addPortfolio(u"Owing").debitCash(Date(2026, 3, 1), 50.0, CASH_EVENT_WITHDRAWAL, u"WITHDRAWAL all");
+  showTree();
+  EXPECT_EQ("-$50.00", figure(node(u"Owing"), "Total Capital"));
+  EXPECT_EQ("0.00%", figure(node(u"Owing"), "Percent in cash"));
+}
+
+TEST_F(SharePortfolioTreeItemTest, PopupNamesThePortfolioAsItStands) {
+  addPortfolio(u"A & B");
+  showTree();
+  EXPECT_THAT(
+      popupOf(node(u"A & B"), "Buy shares..."),
+      ElementsAre("Buy shares...", "Rename share portfolio A & B...", "Delete share portfolio A & B..."));
+  EXPECT_EQ("A & B", node(u"A & B").label().toUTF8());
+  EXPECT_TRUE(shows(*node(u"A & B").page(), "A & B"));
+}
+
+TEST_F(SharePortfolioTreeItemTest, BuyingShowsTheShareEverywhere) {
+  addPortfolio(u"Trading", 5000.0);
+  market().setHistory(u"AAA.AX", Date(2026, 1, 20), Date(2026, 3, 3), 4.0);
+  showTree();
+  leftClick(node(u"Trading"));
+  choose(node(u"Trading"), "Buy shares...", [this] { enterPurchase("AAA.AX", "100", "4"); });
+  EXPECT_EQ("$400.00", figure(node(u"Trading"), "Capital in shares"));
+  EXPECT_EQ("$4,550.00", figure(node(u"Trading"), "Capital in cash"));
+  EXPECT_EQ("$4,950.00", figure(root(), "Total Capital"));
+  EXPECT_THAT(rowKeys(*held(u"Trading").table()), ElementsAre("AAA.AX"));
+  EXPECT_THAT(childLabels(held(u"Trading")), ElementsAre("AAA.AX Purchases"));
+  EXPECT_EQ(&node(u"Trading"), tree().shownItem());
+  EXPECT_TRUE(root().takePortfoliosChanged());
+}
+
+TEST_F(SharePortfolioTreeItemTest, CancelledPurchaseChangesNothing) {
+  addPortfolio(u"Trading", 5000.0);
+  showTree();
+  choose(node(u"Trading"), "Buy shares...",
+         [this] { whenModal("Buy Shares", [this](FXWindow& dialog) { press(dialog, "Cancel"); }); });
+  EXPECT_EQ("$5,000.00", figure(node(u"Trading"), "Total Capital"));
+  EXPECT_FALSE(root().takePortfoliosChanged());
+}
+
+// ---- Renaming ----
+
+TEST_F(SharePortfolioTreeItemTest, RenamingTakesRecordsFileTreeAndTrayAlong) {
+  addTrading();
+  addPortfolio(u"Another");
+  trayFormat = u"Trading";
+  showTree();
+  portfolios()[u"Trading"]->capitalRecord().save();
+  leftClick(held(u"Trading"));
+  choose(node(u"Trading"), "Rename share portfolio Trading...", [this] {
+    whenModal("Please choose a new name for Trading", [this](FXWindow& dialog) {
+      EXPECT_EQ("Rename portfolio", title(dialog));
+      type(*find<FXTextField>(dialog), "Savings");
+      press(dialog, "OK");
+    });
+  });
+  EXPECT_THAT(childLabels(root()), ElementsAre("Another", "Savings"));
+  EXPECT_FALSE(portfolios().contains(u"Trading"));
+  EXPECT_EQ(String(u"Savings"), portfolios()[u"Savings"]->name());
+  EXPECT_EQ(String(u"Savings"), records().subElement(u"SharePortfolios", 0).subElement(u"Name").value());
+  EXPECT_TRUE(TestProfile::fileExists(profile().dataFolder() + u"SavingsCapRecord.xml"));
+  EXPECT_FALSE(TestProfile::fileExists(profile().dataFolder() + u"TradingCapRecord.xml"));
+  EXPECT_EQ(String(u"Savings"), trayFormat);
+  EXPECT_EQ(String(u"Savings"), Settings::Instance().readString(u"Operation", u"TrayFormat"));
+  EXPECT_EQ(&held(u"Savings"), tree().shownItem());
+  EXPECT_EQ("$5,300.00", figure(node(u"Savings"), "Total Capital"));
+  EXPECT_TRUE(root().takePortfoliosChanged());
+  trayFormat = String();
+}
+
+TEST_F(SharePortfolioTreeItemTest, RenamingToTheSameNameDoesNothing) {
+  addTrading();
+  showTree();
+  const SharePortfolioTreeItem* before = &node(u"Trading");
+  root().renamePortfolio(u"Trading", u"Trading");
+  root().renamePortfolio(u"Trading", u"<>");
+  root().renamePortfolio(u"Unknown", u"Other");
+  EXPECT_EQ(before, &node(u"Trading"));
+  EXPECT_FALSE(root().takePortfoliosChanged());
+}
+
+TEST_F(SharePortfolioTreeItemTest, RenamingToATakenNameIsRefused) {
+  addTrading();
+  addPortfolio(u"Another");
+  showTree();
+  answer("There is already another portfolio with this name!", "OK");
+  root().renamePortfolio(u"Trading", u"Another");
+  EXPECT_THAT(childLabels(root()), ElementsAre("Another", "Trading"));
+}
+
+TEST_F(SharePortfolioTreeItemTest, RenamingKeepsMarkupAndPathsOut) {
+  addTrading();
+  showTree();
+  root().renamePortfolio(u"Trading", u"../<R&D>");
+  EXPECT_THAT(childLabels(root()), ElementsAre("..RD"));
+}
+
+TEST_F(SharePortfolioTreeItemTest, FileThatCannotBeWrittenLeavesTheOldName) {
+  addTrading();
+  showTree();
+  TestProfile::writeFile(profile().dataFolder() + u"SavingsCapRecord.xml/in the way", "");
+  EXPECT_THROW(root().renamePortfolio(u"Trading", u"Savings"), Exception);
+  EXPECT_EQ(String(u"Trading"), portfolios()[u"Trading"]->name());
+  EXPECT_THAT(childLabels(root()), ElementsAre("Trading"));
+}
+
+// ---- Deleting ----
+
+TEST_F(SharePortfolioTreeItemTest, DeletingFromItsOwnPopupTakesEverythingAndShowsTheRoot) {
+  addTrading();
+  addPortfolio(u"Another", 100.0);
+  showTree();
+  portfolios()[u"Trading"]->capitalRecord().save();
+  leftClick(*purchases(u"Trading", u"AAA.AX"));
+  choose(node(u"Trading"), "Delete share portfolio Trading...",
+         [this] { answer("Are you sure you want to delete share portfolio Trading?", "Yes"); });
+  EXPECT_EQ(&root(), tree().shownItem());
+  EXPECT_EQ(tree().getCurrentItem(), &root());
+  EXPECT_THAT(childLabels(root()), ElementsAre("Another"));
+  EXPECT_EQ(1u, portfolios().size());
+  ASSERT_EQ(1u, records().numSubElements(u"SharePortfolios"));
+  EXPECT_EQ(String(u"Another"), records().subElement(u"SharePortfolios").subElement(u"Name").value());
+  EXPECT_FALSE(TestProfile::fileExists(profile().dataFolder() + u"TradingCapRecord.xml"));
+  EXPECT_EQ("$100.00", figure(root(), "Total Capital"));
+  EXPECT_FALSE(TallymoorInternet::Instance().priceUpdater().hasCode(u"AAA.AX"));
+  EXPECT_TRUE(root().takePortfoliosChanged());
+  runPass(); // nothing that is gone hears of prices
+}
+
+TEST_F(SharePortfolioTreeItemTest, RootIsShownBeforeTheNodeGoes) {
+  addTrading();
+  showTree();
+  leftClick(node(u"Trading"));
+  const HandlerScope handler;
+  answer("Are you sure you want to delete share portfolio Trading?", "Yes");
+  node(u"Trading")
+      .handle(nullptr, FXSEL(SEL_COMMAND, SharePortfolioTreeItem::ID_DELETE_SHARE_PORTFOLIO), nullptr);
+  EXPECT_EQ(&root(), tree().shownItem());
+  EXPECT_THAT(childLabels(root()), ElementsAre("Trading"));
+}
+
+TEST_F(SharePortfolioTreeItemTest, NothingIsDeletedAtNo) {
+  addTrading();
+  showTree();
+  leftClick(node(u"Trading"));
+  choose(node(u"Trading"), "Delete share portfolio Trading...",
+         [this] { answer("Are you sure you want to delete share portfolio Trading?", "No"); });
+  EXPECT_THAT(childLabels(root()), ElementsAre("Trading"));
+  EXPECT_EQ(&node(u"Trading"), tree().shownItem());
+}
+
+TEST_F(SharePortfolioTreeItemTest, OnlyTheRootLosesChildren) {
+  addTrading();
+  showTree();
+  try {
+    node(u"Trading").removeChild(&held(u"Trading"));
+    FAIL() << "nothing was thrown";
+  } catch (const Exception& exception) {
+    EXPECT_EQ(String(u"InvestmentTreeItem::removeChild"), exception.message());
+  }
+}
+
+TEST_F(SharePortfolioTreeItemTest, FailuresOfCommandsAreReported) {
+  addTrading();
+  showTree();
+  choose(node(u"Trading"), "Buy shares...", [this] {
+    failInside("Buy Shares");
+    answer("SharePortfolioTreeItem::onBuyShares failed. Exception : test", "OK");
+  });
+  choose(node(u"Trading"), "Rename share portfolio Trading...", [this] {
+    failInside("Please choose a new name for Trading");
+    answer("SharePortfolioTreeItem::onRenamePortfolio failed. Exception : test", "OK");
+  });
+  choose(node(u"Trading"), "Delete share portfolio Trading...", [this] {
+    failInside("Are you sure you want to delete share portfolio Trading?");
+    answer("SharePortfolioTreeItem::onDeleteSharePortfolio failed. Exception : test", "OK");
+  });
+  failInside("Buy shares...");
+  answer("SharePortfolioTreeItem::onRightClick failed. Exception : test", "OK");
+  node(u"Trading").onRightClick(100, 100);
+  EXPECT_THAT(childLabels(root()), ElementsAre("Trading"));
+}
+
+// ---- The day's record ----
+
+TEST_F(SharePortfolioTreeItemTest, FiguresStayAfterMidnightUntilTheUsersNextAction) {
+  addTrading();
+  showTree();
+  profile().setToday(Date(2026, 3, 4));
+  market().setDay(u"AAA.AX", Date(2026, 3, 4), 7.0);
+  market().setCurrentPrice(u"AAA.AX", 7.0);
+  runPass();
+  EXPECT_EQ("$5,300.00", figure(node(u"Trading"), "Total Capital"));
+  EXPECT_EQ("$5,300.00", figure(root(), "Total Capital"));
+  leftClick(root());
+  EXPECT_EQ("$5,400.00", figure(root(), "Total Capital"));
+  leftClick(held(u"Trading"));
+  EXPECT_EQ("$1,750.00", cellText(*held(u"Trading").table(), 0, u"Current Value"));
+}
+
+TEST_F(SharePortfolioTreeItemTest, NegativeCashIsWarnedOf) {
+  addPortfolio(u"Owing").debitCash(Date(2026, 3, 1), 50.0, CASH_EVENT_WITHDRAWAL, u"WITHDRAWAL all");
+  showTree();
+  ASSERT_FALSE(window().warnings.empty());
+  EXPECT_EQ(String(u"OwingCRW"), window().warnings.front().key);
+}
+
+} // namespace

@@ -1,0 +1,266 @@
+#pragma once
+#include "engine/SharePortfolioUser.h"
+#include "market/TallymoorInternet.h"
+#include "support/GatewayScope.h"
+#include "support/MarketFixture.h"
+#include "support/windows/WindowTest.h"
+#include "views/OpenPortfolios.h"
+#include "views/SharePortfolioTreeItem.h"
+#include "views/SharesHeldTable.h"
+#include "views/SharesHeldTreeItem.h"
+#include "views/TotalCapTreeItem.h"
+#include "views/TotalsBar.h"
+#include "widgets/InvestmentTree.h"
+#include "widgets/TableItem.h"
+#include "xml/PortfolioRecords.h"
+#include <gmock/gmock.h>
+#include <optional>
+
+namespace Tallymoor {
+
+/// The tree of portfolios in a real window, on Tuesday 3 March 2026, with a stock exchange behind a web
+/// server. Prices are told to the views by runPass.
+class ViewsTest : public WindowTest {
+protected:
+  ViewsTest() {
+    m_market.emplace();
+    m_gateway.emplace();
+  }
+  ~ViewsTest() override { Date::clearFixedDate(); }
+
+  void SetUp() override {
+    WindowTest::SetUp();
+    auto* splitter = new FXSplitter(mainWindow().contentFrame(), LAYOUT_FILL_X | LAYOUT_FILL_Y);
+    m_tree = new InvestmentTree(splitter, FXRGB(230, 240, 230), FXRGB(0, 60, 0));
+    m_switcher = new FXSwitcher(splitter, LAYOUT_FILL_X | LAYOUT_FILL_Y);
+    m_tree->setSwitcher(m_switcher);
+    splitter->setSplit(0, 180);
+    splitter->create();
+  }
+  void TearDown() override {
+    deleteWindow();
+    m_portfolios.clear();
+    m_gateway.reset();
+    WindowTest::TearDown();
+  }
+
+  /// A new open portfolio with a deposit, before the tree is shown.
+  SharePortfolioUser& addPortfolio(const String& name, double deposit = 0.0,
+                                   const Date& date = Date(2026, 2, 1)) {
+    XMLElement& element = m_records.addSubElement(new XMLSharePortfolio, u"SharePortfolios");
+    element.subElement(u"Name").setValue(name);
+    auto user = std::make_unique<SharePortfolioUser>(element);
+    if (deposit > 0.0)
+      user->creditCash(date, deposit, CASH_EVENT_DEPOSIT, u"DEPOSIT start");
+    return *(m_portfolios[name] = std::move(user));
+  }
+  /// "Trading": 5,000.00 on 1 February; 100 AAA.AX at 10.00 on the 2nd, split 2:1 on the 16th, 50 more
+  /// at 6.00 on the 20th. The price is 10.00 before the split, 5.50 until 1 March, then 6.00 and today 6.60.
+  SharePortfolioUser& addTrading() {
+    priceTrading();
+    SharePortfolioUser& user = addPortfolio(u"Trading", 5000.0);
+    user.buyShares(u"AAA.AX", Date(2026, 2, 2), 100, 10.0, 30.0, String());
+    user.recordAdjustment(u"AAA.AX", Date(2026, 2, 16), 2, false);
+    user.buyShares(u"AAA.AX", Date(2026, 2, 20), 50, 6.0, 20.0, String());
+    return user;
+  }
+  void priceTrading() {
+    market().setHistory(u"AAA.AX", Date(2026, 1, 20), Date(2026, 2, 13), 10.0);
+    market().setHistory(u"AAA.AX", Date(2026, 2, 16), Date(2026, 2, 27), 5.5);
+    market().setDay(u"AAA.AX", Date(2026, 3, 2), 6.0);
+    market().setDay(u"AAA.AX", Date(2026, 3, 3), 6.6);
+  }
+  /// A share at one price on every trading day, bought on 2 February.
+  void buy(SharePortfolioUser& user, const String& code, double number, double price) {
+    market().setHistory(code, Date(2026, 1, 20), Date(2026, 3, 3), price);
+    user.buyShares(code, Date(2026, 2, 2), number, price, 0.0, String());
+  }
+
+  TotalCapTreeItem& showTree(const NodeIcons& icons = {}, Progress* progress = nullptr) {
+    m_root = new TotalCapTreeItem(m_tree, m_portfolios, m_records, icons, progress);
+    m_tree->showFirst();
+    settle();
+    return *m_root;
+  }
+  void settle() {
+    mainWindow().recalc();
+    letEventsPass();
+  }
+  /// The view date moves and all views follow, as the main window has it.
+  void viewDate(const Date& date) {
+    Date::setFixedDate(date);
+    m_tree->updateItems();
+    settle();
+  }
+
+  MarketFixture& market() { return *m_market; }
+  InvestmentTree& tree() { return *m_tree; }
+  TotalCapTreeItem& root() { return *m_root; }
+  XMLPortfolios& records() { return m_records; }
+  OpenPortfolios& portfolios() { return m_portfolios; }
+  SharePortfolioTreeItem& node(const String& name) {
+    SharePortfolioTreeItem* found = root().portfolioNode(name);
+    if (!found)
+      throw std::runtime_error("no node " + name.toUTF8());
+    return *found;
+  }
+  SharesHeldTreeItem& held(const String& name) { return *node(name).sharesHeldItem(); }
+  SharesHeldTreeItem* purchases(const String& name, const String& code) {
+    for (TreeViewItem* child = held(name).firstChild(); child; child = child->nextSibling())
+      if (static_cast<SharesHeldTreeItem*>(child)->code() == code)
+        return static_cast<SharesHeldTreeItem*>(child);
+    return nullptr;
+  }
+  static std::vector<std::string> childLabels(const TreeViewItem& item) {
+    std::vector<std::string> labels;
+    for (TreeViewItem* child = item.firstChild(); child; child = child->nextSibling())
+      labels.push_back(child->label().toUTF8());
+    return labels;
+  }
+
+  /// One round of the price updater on this thread, and what it wakes.
+  void runPass() {
+    TallymoorInternet::Instance().priceUpdater().runPass();
+    letEventsPass();
+  }
+
+  static FXint columnOf(const Table& table, const String& title) {
+    for (const Column* column : table.visibleColumns())
+      if (column->title() == title)
+        return column->index();
+    throw std::runtime_error("no column " + title.toUTF8());
+  }
+  static std::string cellText(const Table& table, FXint row, const String& title) {
+    return table.getItemText(row, columnOf(table, title)).text();
+  }
+  static FXColor cellColour(const Table& table, FXint row, const String& title) {
+    return dynamic_cast<TableItem*>(table.getItem(row, columnOf(table, title)))->colour();
+  }
+  static std::vector<std::string> titles(const Table& table) {
+    std::vector<std::string> all;
+    for (const auto& column : table.columns())
+      all.push_back(column->title().toUTF8());
+    return all;
+  }
+  static std::vector<std::string> rowKeys(const Table& table) {
+    std::vector<std::string> keys;
+    for (FXint row = 0; row < table.getNumRows(); ++row)
+      keys.push_back(table.getRowText(row).text());
+    return keys;
+  }
+  /// What the sunken value behind a label of a page shows.
+  static std::string figure(InvestmentTreeItem& node, const std::string& caption) {
+    std::string found = "no " + caption;
+    for (FXLabel* label : findAll<FXLabel>(*node.page()))
+      if (label->getText().text() == caption)
+        found = dynamic_cast<FXLabel&>(*label->getNext()).getText().text();
+    return found;
+  }
+
+  /// The user opens an editor in the cell, types and presses Return.
+  void typeInto(Table& table, FXint row, const String& title, const std::string& text) {
+    table.startInput(row, columnOf(table, title));
+    auto* editor = find<FXTextField>(table);
+    ASSERT_TRUE(editor);
+    editor->setText(text.c_str());
+    table.acceptInput(TRUE);
+  }
+  /// The user right-clicks the row's header and chooses from its popup.
+  void chooseFromRow(Table& table, FXint row, const std::string& entry,
+                     const std::function<void()>& expected = {}) {
+    whenModal(entry, [this, entry](FXWindow& popup) { press(popup, entry); });
+    if (expected)
+      expected(); // what the command opens
+    rightClickRow(table, row);
+    letEventsPass();
+  }
+  void rightClickRow(Table& table, FXint row) {
+    FXHeader& header = *table.getRowHeader();
+    click(header, SEL_RIGHTBUTTONPRESS, SEL_RIGHTBUTTONRELEASE, RIGHTBUTTON, 5,
+          header.getItemOffset(row) + header.getItemSize(row) / 2);
+  }
+  void choose(InvestmentTreeItem& node, const std::string& entry,
+              const std::function<void()>& expected = {}) {
+    whenModal(entry, [this, entry](FXWindow& popup) { press(popup, entry); });
+    if (expected)
+      expected(); // what the command opens
+    clickNode(node, SEL_RIGHTBUTTONPRESS, SEL_RIGHTBUTTONRELEASE, RIGHTBUTTON);
+    letEventsPass();
+  }
+  /// The entries of a popup, which is then closed.
+  std::vector<std::string> popupOf(InvestmentTreeItem& node, const std::string& entry) {
+    std::vector<std::string> entries;
+    whenModal(entry, [&](FXWindow& popup) {
+      entries = labels(popup);
+      dynamic_cast<FXPopup&>(popup).popdown();
+    });
+    clickNode(node, SEL_RIGHTBUTTONPRESS, SEL_RIGHTBUTTONRELEASE, RIGHTBUTTON);
+    return entries;
+  }
+  void leftClick(InvestmentTreeItem& node) {
+    clickNode(node, SEL_LEFTBUTTONPRESS, SEL_LEFTBUTTONRELEASE, LEFTBUTTON);
+    letEventsPass();
+  }
+  void clickNode(InvestmentTreeItem& node, FXuint press, FXuint release, FXint button) {
+    tree().makeItemVisible(&node);
+    letEventsPass();
+    for (FXint y = 2; y < tree().getHeight(); y += 2)
+      for (FXint x = 0; tree().getItemAt(1, y) == &node && x < tree().getWidth(); ++x)
+        if (tree().hitItem(&node, x, y) == ON_TEXT) {
+          click(tree(), press, release, button, x, y);
+          return;
+        }
+    throw std::runtime_error("the node is out of sight");
+  }
+
+  /// When the window is open, its loop ends in an Exception "test".
+  void failInside(const std::string& titleOrText) {
+    whenModal(titleOrText, [this](FXWindow&) { app().addTimeout(&m_thrower, 0, 0); });
+  }
+
+  /// The answers of a purchase whose code nobody has searched for.
+  void enterPurchase(const std::string& code, const std::string& number, const std::string& price) {
+    whenModal("Buy Shares", [=, this](FXWindow& dialog) {
+      if (!code.empty())
+        type(field(dialog, "Stock code"), code);
+      type(field(dialog, "Number bought"), number);
+      type(field(dialog, "Share price"), price);
+      answer("You have not checked the stock code by searching for the company.\nAre you sure you want to "
+             "continue "
+             "with this stock code?",
+             "Yes");
+      press(dialog, "OK");
+    });
+  }
+
+private:
+  static constexpr FXint ON_TEXT = 2; ///< the toolkit's answer of hitItem
+
+  struct Thrower : FXObject {
+    long handle(FXObject*, FXSelector, void*) override { throw Exception(u"test"); }
+  };
+
+  void click(FXWindow& window, FXuint press, FXuint release, FXint button, FXint x, FXint y) {
+    for (const FXuint type : {press, release}) {
+      FXEvent event{};
+      event.type = type;
+      event.win_x = event.last_x = event.click_x = x;
+      event.win_y = event.last_y = event.click_y = y;
+      window.translateCoordinatesTo(event.root_x, event.root_y, app().getRootWindow(), x, y);
+      event.click_count = 1;
+      event.code = button;
+      window.handle(&app(), FXSEL(type, 0), &event);
+    }
+  }
+
+  Thrower m_thrower;
+  std::optional<MarketFixture> m_market;
+  std::optional<GatewayScope> m_gateway;
+  XMLPortfolios m_records;
+  OpenPortfolios m_portfolios;
+  InvestmentTree* m_tree = nullptr;
+  FXSwitcher* m_switcher = nullptr;
+  TotalCapTreeItem* m_root = nullptr;
+};
+
+} // namespace Tallymoor
