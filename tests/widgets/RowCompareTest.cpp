@@ -1,4 +1,5 @@
 #include "widgets/RowCompare.h"
+#include "foundation/Platform.h"
 #include "support/TestProfile.h"
 #include <algorithm>
 #include <gmock/gmock.h>
@@ -53,8 +54,9 @@ TEST_F(RowCompareTest, AmountsGoByTheirValueWithoutSigns) {
 
 TEST_F(RowCompareTest, AmountsAreReadInTheUsersForm) {
   m_profile.setLocale("de_DE");
-  EXPECT_THAT(sorted(COMPARE_AMOUNT, {"1.000,00 €", "9,50 €", "20,00 €"}),
-              ElementsAre("9,50 €", "20,00 €", "1.000,00 €"));
+  const auto money = [](double amount) { return Platform::Instance().currencyFormat(amount).toUTF8(); };
+  EXPECT_THAT(sorted(COMPARE_AMOUNT, {money(1000), money(9.5), money(20), money(-1500)}),
+              ElementsAre(money(-1500), money(9.5), money(20), money(1000)));
 }
 
 TEST_F(RowCompareTest, PercentagesAndNumbersGoByTheirValue) {
