@@ -43,6 +43,7 @@ protected:
   }
 
   bool allRowsShow(const std::string& price) {
+    BigMutexLock lock;
     for (const String& code : CODES)
       if (table().getItemText(table().getRow(code), PRICE_COLUMN) != price.c_str())
         return false;
@@ -51,13 +52,17 @@ protected:
 
   /// A little of what a user does all the time.
   void work(int round) {
-    tallymoor().totalCapital()->activate();
-    letEventsPass();
-    node().activate();
-    letEventsPass();
-    node().sharesHeldItem()->activate();
-    table().getColumnHeader()->handle(&app(), FXSEL(SEL_UPDATE, 0), nullptr);
-    table().updateTable();
+    const auto asAHandler = [this](auto step) {
+      {
+        BigMutexLock lock;
+        step();
+      }
+      letEventsPass();
+    };
+    asAHandler([this] { tallymoor().totalCapital()->activate(); });
+    asAHandler([this] { node().activate(); });
+    asAHandler([this] { node().sharesHeldItem()->activate(); });
+    asAHandler([this] { table().updateTable(); });
     whenModal("Choose Portfolio", [this](FXWindow& dialog) { press(dialog, "Cancel"); });
     command(TallymoorWindow::ID_BUY);
     if (round % 3 == 0)
@@ -79,9 +84,10 @@ TEST_F(PricesWhileWorkingTest, RowsFollowThePricesWhileTheUserWorks) {
       return allRowsShow(shown);
     })) << "round "
         << round;
+    BigMutexLock lock;
     EXPECT_EQ("100.00", std::string(table().getItemText(0, NUMBER_COLUMN).text()));
+    EXPECT_EQ(300 * (10.0 + round), node().portfolio().capitalToday());
   }
-  EXPECT_EQ(5400.0, node().portfolio().capitalToday());
   leave();
 }
 
