@@ -6,7 +6,7 @@
 namespace Tallymoor {
 
 /// What a cell holds, and with it how the cell reads.
-enum CellResultType {
+enum CellResultType : std::int32_t {
   CELL_TEXT = 0,          ///< the text as it is
   CELL_MONEY = 1,         ///< the user's currency form
   CELL_PRICE = 2,         ///< four decimals, or two when the last two are zeros

@@ -5,7 +5,7 @@
 namespace Tallymoor {
 
 /// How the texts of a column, or the keys of rows, are ordered.
-enum CompareType {
+enum CompareType : std::int32_t {
   COMPARE_TEXT = 0,         ///< by character value
   COMPARE_NEWEST_FIRST = 1, ///< the user's short dates, newest first
   COMPARE_OLDEST_FIRST = 2, ///< the user's short dates, oldest first
