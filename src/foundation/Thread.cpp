@@ -1,8 +1,23 @@
 #include "foundation/Thread.h"
 #include "foundation/Exception.h"
 #include <chrono>
+#include <csignal>
 
 namespace Tallymoor {
+
+namespace {
+
+/// A signal that ends the program would wait for the next event if a background thread took it: the toolkit
+/// hears of signals on its own thread.
+void leaveEndingSignalsToTheMainThread() {
+  sigset_t ending;
+  sigemptyset(&ending);
+  for (const int number : {SIGTERM, SIGINT, SIGHUP})
+    sigaddset(&ending, number);
+  pthread_sigmask(SIG_BLOCK, &ending, nullptr);
+}
+
+} // namespace
 
 Thread::Thread(std::uint32_t period, bool deleteWhenDone, std::uint32_t startDelay)
     : m_period(period), m_startDelay(startDelay), m_deleteWhenDone(deleteWhenDone) {}
@@ -86,6 +101,7 @@ void Thread::setPeriod(std::uint32_t milliseconds) {
 }
 
 void Thread::run() {
+  leaveEndingSignalsToTheMainThread();
   std::unique_lock lock(m_stateMutex);
   waitStartDelay(lock);
   passes(lock);

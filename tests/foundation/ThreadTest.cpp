@@ -1,6 +1,7 @@
 #include "foundation/Thread.h"
 #include "foundation/Exception.h"
 #include <chrono>
+#include <csignal>
 #include <functional>
 #include <gtest/gtest.h>
 
@@ -79,6 +80,17 @@ TEST(ThreadTest, IsNotRunningBeforeItsStart) {
   thread.wakeUp(); // a thread that was never started stays so
   EXPECT_FALSE(thread.isRunning());
   EXPECT_EQ(thread.passes(), 0);
+}
+
+TEST(ThreadTest, SignalsThatEndTheProgramAreLeftToTheMainThread) {
+  CountingThread thread(0);
+  sigset_t blocked;
+  sigemptyset(&blocked);
+  thread.work = [&blocked](int) { pthread_sigmask(SIG_BLOCK, nullptr, &blocked); };
+  thread.start();
+  thread.join();
+  for (const int number : {SIGTERM, SIGINT, SIGHUP})
+    EXPECT_EQ(1, sigismember(&blocked, number)) << number;
 }
 
 TEST(ThreadTest, StopBeforeTheFirstPassEndsItWithNone) {
