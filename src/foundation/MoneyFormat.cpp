@@ -1,5 +1,6 @@
 #include "foundation/MoneyFormat.h"
 #include "foundation/Amounts.h"
+#include "foundation/IcuText.h"
 #include <algorithm>
 #include <mutex>
 #include <unicode/dcfmtsym.h>
@@ -28,14 +29,6 @@ String currencyOf(const icu::Locale& locale) {
   char16_t code[4] = {};
   ucurr_forLocale(locale.getName(), code, 4, &status);
   return U_SUCCESS(status) ? String(code) : String(u"XXX");
-}
-
-String fromIcu(const icu::UnicodeString& text) {
-  return String::Base(text.getBuffer(), static_cast<std::size_t>(text.length()));
-}
-
-bool isDirectionMark(char16_t unit) {
-  return unit == 0x200E || unit == 0x200F || unit == 0x061C;
 }
 
 void removeAll(String& text, const String& part) {

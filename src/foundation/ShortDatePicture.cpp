@@ -1,9 +1,9 @@
 #include "foundation/ShortDatePicture.h"
+#include "foundation/IcuText.h"
 #include <algorithm>
 #include <cctype>
 #include <memory>
 #include <unicode/dtptngen.h>
-#include <unicode/unistr.h>
 
 namespace Tallymoor {
 
@@ -35,11 +35,6 @@ Part partAt(const String& picture, std::size_t position) {
 String padded(int number, std::size_t width) {
   const String digits = String::fromLong(number);
   return String(String::Base(width > digits.size() ? width - digits.size() : 0, u'0')) + digits;
-}
-
-bool isDirectionMark(char16_t unit) {
-  return unit == 0x200E || unit == 0x200F || unit == 0x061C || (unit >= 0x202A && unit <= 0x202E) ||
-         (unit >= 0x2066 && unit <= 0x2069);
 }
 
 /// Without the text between apostrophes, where ICU puts words such as "de".
@@ -148,8 +143,7 @@ ShortDatePicture ShortDatePicture::ofLocale(const std::string& locale) {
   const icu::UnicodeString pattern = generator->getBestPattern(u"yMd", status);
   if (U_FAILURE(status))
     return ShortDatePicture(FALLBACK_PICTURE);
-  return ShortDatePicture(pictureOf(
-      withoutQuotes(String::Base(pattern.getBuffer(), static_cast<std::size_t>(pattern.length())))));
+  return ShortDatePicture(pictureOf(withoutQuotes(fromIcu(pattern))));
 }
 
 String ShortDatePicture::format(const Date& date) const {
