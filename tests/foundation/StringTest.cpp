@@ -5,6 +5,7 @@
 #include <clocale>
 #include <gtest/gtest.h>
 #include <limits>
+#include <locale>
 #include <xercesc/util/TranscodingException.hpp>
 #include <xercesc/util/UTFDataFormatException.hpp>
 
@@ -347,12 +348,35 @@ TEST(StringTest, EveryTieGoesAwayFromZeroOnBothSides) {
   }
 }
 
+/// Writes and reads numbers the other way round: a comma is decimal, a point groups every two digits.
+class StrangeNumbers : public std::numpunct<char> {
+protected:
+  char do_decimal_point() const override { return ','; }
+  char do_thousands_sep() const override { return '.'; }
+  std::string do_grouping() const override { return "\2"; }
+};
+
+void expectPlainNumbers() {
+  EXPECT_EQ(String::fromDouble(1234.5, 2), u"1234.50");
+  EXPECT_EQ(String::fromLong(1234567), u"1234567");
+  EXPECT_EQ(String(u"1234.5").toDouble(), 1234.5);
+  EXPECT_EQ(String(u"1,234.5").toDouble(), 1234.5);
+  EXPECT_EQ(String(u"1.5").toLong(), 1);
+}
+
+TEST(StringTest, NumbersDoNotFollowTheLocaleOfStreams) {
+  const std::locale before =
+      std::locale::global(std::locale(std::locale::classic(), new StrangeNumbers)); // the locale owns it
+  expectPlainNumbers();
+  std::locale::global(before);
+}
+
 TEST(StringTest, NumbersDoNotFollowTheProcessLocale) {
   const std::string before = std::setlocale(LC_ALL, nullptr);
+  // Those of them that this system has.
   for (const char* name : {"de_DE.UTF-8", "fr_FR.UTF-8", "C.UTF-8"})
-    std::setlocale(LC_ALL, name);
-  EXPECT_EQ(String::fromDouble(1234.5, 2), u"1234.50");
-  EXPECT_EQ(String(u"1234.5").toDouble(), 1234.5);
+    if (std::setlocale(LC_ALL, name))
+      expectPlainNumbers();
   std::setlocale(LC_ALL, before.c_str());
 }
 
