@@ -21,10 +21,11 @@ struct SubElementRego {
   String referenceName;       ///< name used by code
 };
 
+/// What the registration of an attribute says. Every registered attribute must be there on writing.
 struct AttributeRego {
   String name;
-  bool required = true;
-  bool contentSafe = true;
+  bool required = true;    ///< registered as such, not only marked unsafe
+  bool contentSafe = true; ///< written raw
 };
 
 /// All that an element class declares: its name, registrations and marks. Hundreds of thousands of instances

@@ -7,8 +7,8 @@ namespace Tallymoor {
 // order in the file and must never change: elements of one name are told apart by it. Every single
 // sub-element exists from construction on, so code can always read it, and it is always written.
 
-/// The values of a cash event's "Type"; files hold the numbers.
-enum CashEventType {
+/// The values of a cash event's "Type"; files hold the numbers, and may hold others.
+enum CashEventType : std::int32_t {
   CASH_EVENT_CREDIT = 1,    ///< proceeds of a sale, cash dividend
   CASH_EVENT_DEBIT = 2,     ///< cost of a purchase, account fee
   CASH_EVENT_INTEREST = 3,  ///< interest received

@@ -1,4 +1,5 @@
 #pragma once
+#include "foundation/Exception.h"
 #include "foundation/String.h"
 #include <xercesc/sax/ErrorHandler.hpp>
 
@@ -17,6 +18,12 @@ public:
   const String& warningText() const { return m_warning; }
   const String& errorText() const { return m_error; }
   const String& fatalErrorText() const { return m_fatalError; }
+
+  /// Throws for the problems that were met in a document with this root: for an error before a fatal error,
+  /// and for either before a warning, which is as bad.
+  void throwIfAny(const String& root) const;
+  /// What reading a document fails with; the kind is "error", for instance.
+  static XMLException failure(const char16_t* kind, const String& root, const String& text);
 
 private:
   String m_warning;

@@ -73,7 +73,6 @@ bool XMLElement::isLeaf() const {
 }
 
 // --- Declaration
-// ----------------------------------------------------------------------------------------------------
 
 void XMLElement::registerSubElement(std::u16string_view elementName, std::u16string_view referenceName,
                                     Factory factory, bool optional) {
@@ -106,7 +105,6 @@ void XMLElement::markContentUnsafe(std::u16string_view referenceName) {
 }
 
 // --- Sub-elements
-// ---------------------------------------------------------------------------------------------------
 
 XMLElement& XMLElement::subElement(std::u16string_view referenceName, std::size_t index) {
   const ElementSlot* slot = existingSlot(findRego(referenceName, u"XMLElement::findRego: "));
@@ -188,7 +186,6 @@ void XMLElement::addInstance(XMLElement* element, std::size_t rego) {
 }
 
 // --- Values
-// ---------------------------------------------------------------------------------------------------------
 
 void XMLElement::setValue(const String& text) {
   if (!isLeaf())
@@ -225,7 +222,6 @@ void XMLElement::removeAttribute(std::u16string_view name) {
 }
 
 // --- Life
-// -----------------------------------------------------------------------------------------------------------
 
 XMLElement* XMLElement::clone(Factory factory) const {
   XMLElement* copy = factory();

@@ -46,7 +46,6 @@ public:
   XMLElement* parent() const { return m_parent; }
 
   // --- Sub-elements, reached by reference name; an unknown name throws
-  // --------------------------------------------
 
   /// Throws when the index is past the end.
   XMLElement& subElement(std::u16string_view referenceName, std::size_t index = 0);
@@ -61,7 +60,6 @@ public:
   std::size_t removeSubElements(std::u16string_view referenceName);
 
   // --- Values
-  // ------------------------------------------------------------------------------------------------------
 
   const String& value() const { return m_value; }
   /// An element with registered sub-elements refuses it.
@@ -78,7 +76,6 @@ public:
   void reset();
 
   // --- Reading and writing
-  // -----------------------------------------------------------------------------------------
 
   /// Reads a file into the tree. What was built before a failure stays, and the caller decides what becomes
   /// of it.
@@ -92,7 +89,6 @@ public:
   void encodeWithStylesheet(std::ostream& stream, const String& stylesheetPath);
 
   // --- Parse events; the reader calls them on the element that is being read
-  // ----------------------------------------
 
   void characters(const char16_t* chars, XMLSize_t length) override;
   void endDocument() override;

@@ -90,9 +90,9 @@ void XMLElement::readOwnStartTag(const xercesc::Attributes& attributes) {
     m_attributes->emplace(String(attributes.getLocalName(i)), String(attributes.getValue(i)));
 }
 
-/// The registration that a tag fills, or the number of registrations. The search begins at the registration that was
-/// filled last and goes only forward; registrations that nothing matches are walked over. A single registration that
-/// was met before is never met again, also when a second document is read without a reset.
+/// The registration that a tag fills, or the number of registrations. The search begins at the registration
+/// that was filled last and goes only forward; registrations that nothing matches are walked over. A single
+/// registration that was met before is never met again, also when a second document is read without a reset.
 std::size_t XMLElement::findExpected(const char16_t* tag) const {
   const auto& regos = m_layout->subElements();
   const auto open = [&](std::size_t index) {
@@ -186,17 +186,9 @@ void XMLElement::decodeFrom(const MakeSource& makeSource) {
       exception.meet(u"", u"EndOfEntityException ");
     }
   }
-  const auto fail = [this](const char16_t* kind, const String& text) {
-    throw XMLException(u"XMLElement::decode, parse " + String(kind) + u" in " + name() + u" : " + text);
-  };
   if (exception.met)
-    fail(u"exception", exception.text);
-  if (!errors.errorText().empty())
-    fail(u"error", errors.errorText());
-  if (!errors.fatalErrorText().empty())
-    fail(u"fatal error", errors.fatalErrorText());
-  if (!errors.warningText().empty())
-    fail(u"warning", errors.warningText());
+    throw TallymoorXMLErrorHandler::failure(u"exception", name(), exception.text);
+  errors.throwIfAny(name());
 }
 
 } // namespace Tallymoor

@@ -25,5 +25,19 @@ TEST(TallymoorXMLErrorHandlerTest, EachKindKeepsThePlaceOfItsLastProblem) {
   EXPECT_EQ(handler.fatalErrorText(), String());
 }
 
+TEST(TallymoorXMLErrorHandlerTest, AnErrorIsThrownBeforeAFatalOneAndBothBeforeAWarning) {
+  TallymoorXMLErrorHandler handler;
+  handler.throwIfAny(u"Root");
+  handler.warning(problemAt(1, 2));
+  EXPECT_EQ(failureOf([&] { handler.throwIfAny(u"Root"); }),
+            u"XMLElement::decode, parse warning in Root : Parse problem at line 1 column 2");
+  handler.fatalError(problemAt(5, 6));
+  EXPECT_EQ(failureOf([&] { handler.throwIfAny(u"Root"); }),
+            u"XMLElement::decode, parse fatal error in Root : Parse problem at line 5 column 6");
+  handler.error(problemAt(3, 4));
+  EXPECT_EQ(failureOf([&] { handler.throwIfAny(u"Root"); }),
+            u"XMLElement::decode, parse error in Root : Parse problem at line 3 column 4");
+}
+
 } // namespace
 } // namespace Tallymoor
