@@ -176,9 +176,9 @@ private:
 
   void keepMode(int file) const {
     struct stat info {};
-    // A file system without access rights refuses this, and then there is nothing to keep.
-    if (::stat(m_target.c_str(), &info) == 0 && ::fchmod(file, info.st_mode & 07777) != 0)
-      errno = 0;
+    // A file system without access rights refuses the change, and then there is nothing to keep.
+    if (::stat(m_target.c_str(), &info) == 0)
+      ::fchmod(file, info.st_mode & 07777);
   }
 
   std::string m_target;

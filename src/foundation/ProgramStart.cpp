@@ -73,8 +73,8 @@ bool startProgram(const std::string& program, const std::vector<std::string>& ar
 bool isTrustedProgram(const std::string& path) {
   const std::size_t slash = path.rfind('/');
   const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
-  struct stat file {
-  }, parent{};
+  struct stat file {};
+  struct stat parent {};
   return ::stat(path.c_str(), &file) == 0 && S_ISREG(file.st_mode) && ::stat(folder.c_str(), &parent) == 0 &&
          onlyOwnersWrite(file) && onlyOwnersWrite(parent);
 }
