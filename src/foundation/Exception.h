@@ -25,7 +25,8 @@ private:
   String m_message;
 };
 
-/// A processor fault that was turned into an exception.
+/// A processor fault, for platforms that can turn one into an exception. Here a fault ends the process, and
+/// FaultReport.h tells of it.
 class C_Exception : public Exception {
 public:
   using Exception::Exception;

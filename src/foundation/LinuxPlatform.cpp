@@ -1,6 +1,7 @@
 #include "foundation/LinuxPlatform.h"
 #include "foundation/Constants.h"
 #include "foundation/Exception.h"
+#include "foundation/FaultReport.h"
 #include "foundation/FileVersion.h"
 #include "foundation/MoneyFormat.h"
 #include "foundation/ProgramStart.h"
@@ -159,7 +160,9 @@ LinuxPlatform::LinuxPlatform(const LinuxPlatformOptions& options)
       m_picture(std::make_unique<ShortDatePicture>(
           options.datePicture.empty() ? ShortDatePicture::ofLocale(localeFor(options.locale, "LC_TIME"))
                                       : ShortDatePicture(String(options.datePicture.c_str())))),
-      m_money(std::make_unique<MoneyFormat>(localeFor(options.locale, "LC_MONETARY"))) {}
+      m_money(std::make_unique<MoneyFormat>(localeFor(options.locale, "LC_MONETARY"))) {
+  reportFaults();
+}
 
 LinuxPlatform::~LinuxPlatform() = default;
 

@@ -17,7 +17,8 @@ struct LinuxPlatformOptions {
   std::string opener;        ///< program that opens documents; else xdg-open
 };
 
-/// The platform on a freedesktop system. All that it knows of the environment is read at its construction.
+/// The platform on a freedesktop system. All that it knows of the environment is read at its construction,
+/// which also sees to it that processor faults are reported.
 class LinuxPlatform : public Platform {
 public:
   explicit LinuxPlatform(const LinuxPlatformOptions& options = {});
