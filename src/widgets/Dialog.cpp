@@ -81,6 +81,8 @@ FXuint Dialog::execute(FXuint placement) {
   const bool overOwner = getOwner() && getOwner()->shown();
   if (placement == PLACEMENT_OWNER && !overOwner)
     placement = PLACEMENT_SCREEN;
+  const FXWindow* const window = this;
+  const ModalLoopScope loop(window);
   return FXDialogBox::execute(placement);
 }
 

@@ -24,16 +24,29 @@ public:
   static bool running();
 
   /// Runs the work at once when no handler is running, and throws what it throws; otherwise runs it when the
-  /// outermost one has returned. An owner has one piece of waiting work: a new one takes the old one's place,
-  /// at the end of the queue. A whole change goes in as one piece (rebuild the nodes, then refresh their
-  /// tables), so that nothing of it sees a half-changed tree.
-  static void whenDone(const void* owner, std::function<void()> work);
+  /// outermost one has returned. The window is the one that the owner stands in: work of a modal dialog's
+  /// widgets waits for the handlers inside that dialog alone, all other work for those of the main window. An
+  /// owner has one piece of waiting work: a new one takes the old one's place, at the end of the queue. A
+  /// whole change goes in as one piece (rebuild the nodes, then refresh their tables), so that nothing of it
+  /// sees a half-changed tree.
+  static void whenDone(const void* owner, std::function<void()> work, const void* window = nullptr);
   /// Drops what waits for this owner: for the owner's destructor.
   static void forget(const void* owner);
 
 private:
   String m_outerContext;
+  std::size_t m_level; ///< how many modal dialogs were open when it began
   int m_exceptions;
+};
+
+/// A modal dialog's loop: handlers inside it are counted apart from the one that opened the dialog. Nests.
+class ModalLoopScope {
+public:
+  explicit ModalLoopScope(const void* window);
+  /// What is left waiting joins that of the loop outside.
+  ~ModalLoopScope();
+  ModalLoopScope(const ModalLoopScope&) = delete;
+  ModalLoopScope& operator=(const ModalLoopScope&) = delete;
 };
 
 /// The shape of every message handler: takes the big mutex, runs the work, reports an Exception with the

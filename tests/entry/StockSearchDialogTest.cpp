@@ -5,6 +5,7 @@
 #include "support/GatewayScope.h"
 #include "support/MarketFixture.h"
 #include "support/windows/WindowTest.h"
+#include "widgets/HandlerScope.h"
 #include <fxkeys.h>
 
 namespace Tallymoor {
@@ -56,6 +57,24 @@ TEST_F(StockSearchDialogTest, ElseTheFirstRowIsSelected) {
   StockSearchDialog dialog(&mainWindow(), u".ax", true, false); // found by code, in no name
   EXPECT_EQ(2, dialog.table()->getNumRows());
   EXPECT_EQ(String(u"ABC.AX"), dialog.table()->selected()->code);
+}
+
+TEST_F(StockSearchDialogTest, AClickOnAHeaderSortsThoughTheDialogWasOpenedByAHandler) {
+  StockSearchDialog dialog(&mainWindow(), u"bhp", true, false);
+  std::string before, after;
+  whenModal("Stock Search", [&](FXWindow& form) {
+    const auto firstMarket = [&] { return std::string(dialog.table()->getItemText(2, 1).text()); };
+    before = firstMarket();
+    FXHeader& header = *dialog.table()->getColumnHeader();
+    for (int click = 0; click < 2; ++click) // by market, then the other way round
+      header.getTarget()->handle(&header, FXSEL(SEL_COMMAND, header.getSelector()),
+                                 reinterpret_cast<void*>(FXival(1)));
+    after = firstMarket();
+    press(form, "Cancel");
+  });
+  guardedHandler(u"test", [&] { dialog.execute(); });
+  EXPECT_EQ("Singapore", before);
+  EXPECT_EQ("Australia", after);
 }
 
 TEST_F(StockSearchDialogTest, NothingFoundHasNoTableAndNoCode) {

@@ -84,6 +84,57 @@ TEST_F(HandlerScopeTest, HandlersInsideLateWorkServeNothingInItsMiddle) {
   EXPECT_THAT(m_done, ElementsAre("a", "b"));
 }
 
+TEST_F(HandlerScopeTest, AModalDialogsOwnWorkWaitsForTheHandlersInsideItAlone) {
+  const int dialog = 0;
+  const HandlerScope opener;
+  {
+    const ModalLoopScope loop(&dialog);
+    HandlerScope::whenDone(&m_first, note("at once"), &dialog);
+    {
+      const HandlerScope inside;
+      HandlerScope::whenDone(&m_first, note("dialog"), &dialog);
+      EXPECT_THAT(m_done, ElementsAre("at once"));
+    }
+    EXPECT_THAT(m_done, ElementsAre("at once", "dialog"));
+  }
+}
+
+TEST_F(HandlerScopeTest, AModalDialogDoesNotServeTheWorkOfTheWindowBehindIt) {
+  const int dialog = 0, window = 0;
+  {
+    const HandlerScope opener;
+    {
+      const ModalLoopScope loop(&dialog);
+      {
+        const HandlerScope inside;
+        HandlerScope::whenDone(&m_first, note("window"), &window);
+        HandlerScope::whenDone(&m_second, note("node"));
+      }
+      EXPECT_TRUE(m_done.empty());
+    }
+    EXPECT_TRUE(m_done.empty());
+  }
+  EXPECT_THAT(m_done, ElementsAre("window", "node"));
+}
+
+TEST_F(HandlerScopeTest, WorkThatADialogLeavesWaitingIsServedOutside) {
+  const int dialog = 0;
+  {
+    const HandlerScope opener;
+    {
+      const ModalLoopScope loop(&dialog);
+      try {
+        const HandlerScope inside;
+        HandlerScope::whenDone(&m_first, note("left"), &dialog);
+        throw 1;
+      } catch (int) {
+      }
+    }
+    EXPECT_TRUE(m_done.empty());
+  }
+  EXPECT_THAT(m_done, ElementsAre("left"));
+}
+
 TEST_F(HandlerScopeTest, LateFailureIsReportedWithTheWordsOfTheHandlerThatAskedForIt) {
   FakeUserInteraction user;
   guardedHandler(u"Outer failed.", [this] {
