@@ -79,7 +79,8 @@ public:
   /// From today's capital record; 0.0 when today has none.
   double sharesValueToday() const;
   double cashReserveToday() const;
-  /// Both together. Throws Exception when today has no record.
+  /// Both together as the record's capitalOn gives them: unlike the two above it throws Exception when today
+  /// has no record.
   double capitalToday() const;
   /// Percent since yesterday, or since the Friday before last weekend, apart from money put in or taken out;
   /// 0.0 unless both days have records.

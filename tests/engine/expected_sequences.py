@@ -1,0 +1,662 @@
+#!/usr/bin/env python3
+"""Works out what the sequences in data/sequences/*.txt must give, with a model of its own.
+
+The model is written from the rules of the program's engine, in decimal arithmetic and with plain lists, and
+shares nothing with the program. It fills in what stands behind "->" and the block below "document".
+
+    expected_sequences.py            says whether the files agree with the model; the exit code is 1 if not
+    expected_sequences.py --write    writes the model's figures into the files
+
+A result that lies exactly between two roundings is refused: binary fractions may go either way there, so a
+sequence with such figures would test nothing. Prices stand before the first "update" of a case, so that no price
+replaces one that has been recorded.
+"""
+import sys
+from datetime import date, timedelta
+from decimal import Decimal, ROUND_HALF_UP, getcontext
+from pathlib import Path
+
+getcontext().prec = 60
+TODAY = date(2026, 3, 3)
+CREDITS, EXTERNAL = (1, 3, 4), (4, 5)
+SPLIT_RATIO = Decimal(2)
+
+
+class Refused(Exception):
+    """A sequence that is no good as a test."""
+
+
+class Failure(Exception):
+    """What the program would throw."""
+
+
+def fixed(value, places):
+    scaled = abs(value).scaleb(places)
+    if scaled % 1 == Decimal("0.5"):
+        raise Refused(f"{value} lies between two roundings at {places} places")
+    text = str(value.quantize(Decimal(1).scaleb(-places), ROUND_HALF_UP))
+    return text.lstrip("-") if value == 0 else text
+
+
+def zero(value, places=4):
+    return Decimal(fixed(value, places)) == 0
+
+
+def same(a, b, places):
+    return fixed(a, places) == fixed(b, places)
+
+
+def money(value):
+    return fixed(value, 2)
+
+
+def day_text(day):
+    return f"{day.day}/{day.month}/{day.year}"
+
+
+def read_day(text):
+    day, month, year = map(int, text.split("/"))
+    return date(year, month, day)
+
+
+def escape(text):
+    for plain, escaped in (("&", "&amp;"), ('"', "&quot;"), ("'", "&apos;"), ("<", "&lt;"), (">", "&gt;")):
+        text = text.replace(plain, escaped)
+    return text
+
+
+def leaf(tag, text):
+    return f"<{tag}>{escape(text)}</{tag}>" if text else f"<{tag}/>"
+
+
+class Event:
+    """A record; numbers are kept as the texts that the document holds."""
+
+    def __init__(self, **fields):
+        self.__dict__.update(fields)
+
+    def num(self, field):
+        return Decimal(getattr(self, field) or "0")
+
+
+class Portfolio:
+    def __init__(self):
+        self.held = []  # (code, parcels, limits)
+        self.sold = []
+        self.dividends = []
+        self.cash = []
+        self.index = ""
+        self.prices = {}
+        self.factors = []
+        self.days = {}
+        self.updated = False
+        self.answers = []
+
+    # ---- the document
+
+    def document(self):
+        lines = ["<SharePortfolio><String>Trading</String>"]
+
+        def adjustments(event):
+            return "".join("<SplitAdjustment>" + leaf("Date", day_text(a.start)) + leaf("Constant", str(a.factor)) +
+                           "</SplitAdjustment>" for a in event.adjustments)
+
+        def constants(*texts):
+            return "".join(leaf("Constant", text) for text in texts)
+
+        lines.append("<HeldShares>" if self.held else "<HeldShares/>")
+        for stock in self.held:
+            lines.append("<HeldShare>" + leaf("String", stock.code))
+            for p in stock.events:
+                lines.append("<BuyEvent>" + leaf("Date", day_text(p.buy_date)) +
+                             constants(p.number, p.buy_price, p.brokerage) + leaf("String", p.comment) +
+                             adjustments(p) + "</BuyEvent>")
+            lines[-1] += constants(stock.low, stock.high, stock.limit) + "</HeldShare>"
+        if self.held:
+            lines[-1] += "</HeldShares>"
+        lines.append("<SoldShares>" if self.sold else "<SoldShares/>")
+        for stock in self.sold:
+            lines.append("<SoldShare>" + leaf("String", stock.code))
+            for s in stock.events:
+                lines.append("<SellEvent>" + leaf("Date", day_text(s.buy_date)) + leaf("Date", day_text(s.sell_date)) +
+                             constants(s.number, s.buy_price, s.sell_price, s.buy_brokerage, s.sell_brokerage) +
+                             leaf("String", s.comment) + adjustments(s) + "</SellEvent>")
+            lines[-1] += "</SoldShare>"
+        if self.sold:
+            lines[-1] += "</SoldShares>"
+        lines.append("<Dividends>" if self.dividends else "<Dividends/>")
+        for d in self.dividends:
+            lines.append("<DividendEvent>" + leaf("String", d.code) + leaf("Date", day_text(d.day)) +
+                         constants(d.number, d.rate, d.franked, d.shares, d.price) + leaf("String", d.country) +
+                         constants(d.tax) + "</DividendEvent>")
+        if self.dividends:
+            lines[-1] += "</Dividends>"
+        lines.append("<CashReserve>" if self.cash else "<CashReserve/>")
+        for c in self.cash:
+            lines.append("<CashEvent>" + leaf("Date", day_text(c.day)) + constants(c.value, str(c.type)) +
+                         leaf("String", c.description) + "</CashEvent>")
+        if self.cash:
+            lines[-1] += "</CashReserve>"
+        lines[-1] += leaf("String", self.index) + "</SharePortfolio>"
+        return lines
+
+    # ---- helpers
+
+    def changed(self, *days):
+        first = min(days)
+        self.days = {day: record for day, record in self.days.items() if day < first}
+
+    def stock(self, stocks, code):
+        return next((s for s in stocks if s.code == code), None)
+
+    def add_cash(self, day, value, kind, description):
+        self.cash.append(Event(day=day, value=money(value), type=kind, description=description))
+        self.changed(day)
+
+    def find_cash(self, day, value, kind, part):
+        return next((c for c in self.cash if c.day == day and c.value == value and c.type == kind
+                     and part in c.description), None)
+
+    def take_event(self, stocks, stock, event):
+        stock.events = [e for e in stock.events if e is not event]
+        if not stock.events:
+            stocks[:] = [s for s in stocks if s is not stock]
+
+    def adjusted(self, event, day):
+        number, price = event.num("number"), event.num("buy_price")
+        sold = getattr(event, "sell_date", None)
+        if event.buy_date < day and (sold is None or sold > day):
+            for a in event.adjustments:
+                if a.start <= day:
+                    size = Decimal(abs(a.factor))
+                    number, price = (number * size, price / size) if a.factor > 0 else (number / size, price * size)
+        return number, price
+
+    # ---- purchases and sales
+
+    def buy(self, code, day, number, price, brokerage, comment):
+        market = lambda c: c.partition(".")[2]
+        if self.held and market(self.held[0].code) != market(code) and not self.answers.pop(0):
+            return "false"
+        parcel = self.add_parcel(code, day, number, price, brokerage, comment)
+        self.add_cash(day, number * price + parcel.num("brokerage"), 2,
+                      f"BUY {fixed(number, 2)} of {code} @ {fixed(price, 4)}")
+        return "true"
+
+    def add_parcel(self, code, day, number, price, brokerage, comment):
+        stock = self.stock(self.held, code)
+        if not stock:
+            stock = Event(code=code, events=[], low="", high="", limit="")
+            self.held.append(stock)
+        stock.events.append(Event(buy_date=day, number=fixed(number, 2), buy_price=fixed(price, 4),
+                                  brokerage=money(brokerage), comment=comment, adjustments=[]))
+        self.changed(day)
+        return stock.events[-1]
+
+    def sell(self, code, day, number, price, brokerage, order, comment):
+        stock = self.stock(self.held, code)
+        if not stock:
+            raise Failure("SharePortfolioUser::sellShares - cant find held shares to sell")
+        parcels = list(stock.events)
+        if order == "lifo":
+            parcels.reverse()
+        sold = Decimal(0)
+        for parcel in parcels:
+            if sold >= number or same(sold, number, 4):
+                break
+            available, buy_price = self.adjusted(parcel, day)
+            wanted = number - sold
+            if wanted < available and not zero(available - wanted, 2):
+                taken, buy_brokerage = wanted, "0.00"
+                parcel.number = fixed(available - wanted, 2)
+            else:
+                taken, buy_brokerage = available, parcel.brokerage
+                self.take_event(self.held, stock, parcel)
+            target = self.stock(self.sold, code)
+            if not target:
+                target = Event(code=code, events=[])
+                self.sold.append(target)
+            target.events.append(Event(buy_date=parcel.buy_date, sell_date=day, number=fixed(taken, 2),
+                                       buy_price=fixed(buy_price, 4), sell_price=fixed(price, 4),
+                                       buy_brokerage=buy_brokerage, sell_brokerage=money(brokerage),
+                                       comment=comment, adjustments=[]))
+            self.add_cash(day, taken * price - brokerage, 1, f"SELL {fixed(taken, 2)} of {code} @ {fixed(price, 4)}")
+            brokerage = Decimal(0)
+            sold += taken
+
+    def remove_held(self, code):
+        stock = self.stock(self.held, code)
+        if stock:
+            self.held.remove(stock)
+            self.changed(*(p.buy_date for p in stock.events))
+
+    def remove_sold(self, code):
+        stock = self.stock(self.sold, code)
+        if stock:
+            self.sold.remove(stock)
+            self.changed(*(min(s.buy_date, s.sell_date) for s in stock.events))
+
+    def delete_buy(self, code, day, number):
+        stock = self.stock(self.held, code)
+        parcel = stock and next((p for p in stock.events if p.buy_date == day
+                                 and same(self.adjusted(p, TODAY)[0], number, 4)), None)
+        if not parcel:
+            return "false"
+        cost = parcel.num("number") * parcel.num("buy_price") + parcel.num("brokerage")
+        entry = self.find_cash(day, money(cost), 2, code)
+        if entry:
+            self.cash.remove(entry)
+        self.take_event(self.held, stock, parcel)
+        self.changed(day)
+        return "true" if entry else "false"
+
+    @staticmethod
+    def sale_money(sale):
+        return (money(sale.num("number") * sale.num("buy_price") + sale.num("buy_brokerage")),
+                money(sale.num("number") * sale.num("sell_price") - sale.num("sell_brokerage")))
+
+    def delete_sell(self, code, day, number):
+        stock = self.stock(self.sold, code)
+        sale = stock and next((s for s in stock.events if s.sell_date == day
+                               and same(s.num("number"), number, 4)), None)
+        if not sale:
+            return "false"
+        cost, proceeds = self.sale_money(sale)
+        entries = [self.find_cash(sale.sell_date, proceeds, 1, code), self.find_cash(sale.buy_date, cost, 2, code)]
+        self.cash = [c for c in self.cash if not any(c is e for e in entries)]
+        self.take_event(self.sold, stock, sale)
+        self.changed(sale.buy_date, sale.sell_date)
+        return "true" if all(entries) else "false"
+
+    def move_cash(self, entry, day, value, description):
+        if entry:
+            entry.day, entry.value, entry.description = day, money(value), description
+        return entry is not None
+
+    def edit_buy(self, code, place, day, number, price, brokerage, comment, old_cost, old_day):
+        parcel = self.stock(self.held, code).events[int(place)]
+        was = parcel.buy_date
+        parcel.buy_date, parcel.number, parcel.buy_price = day, fixed(number, 2), fixed(price, 4)
+        parcel.brokerage, parcel.comment = money(brokerage), comment or parcel.comment
+        entry = self.find_cash(old_day, money(old_cost), 2, code) if old_cost > 0 else None
+        found = self.move_cash(entry, day, number * price + parcel.num("brokerage"),
+                               f"BUY {fixed(number, 2)} of {code} @ {fixed(price, 4)}")
+        self.changed(day, old_day, was)
+        return "true" if found else "false"
+
+    def edit_sell(self, code, place, buy_day, sell_day, number, buy_price, sell_price, buy_brokerage, sell_brokerage,
+                  comment):
+        sale = self.stock(self.sold, code).events[int(place)]
+        cost, proceeds = self.sale_money(sale)
+        days = [sale.buy_date, sale.sell_date, buy_day, sell_day]
+        positive = lambda text: Decimal(text) > 0
+        bought = self.find_cash(sale.buy_date, cost, 2, code) if positive(cost) else None
+        sale.buy_date, old_sell_day, sale.sell_date = buy_day, sale.sell_date, sell_day
+        sale.number, sale.buy_price, sale.sell_price = fixed(number, 2), fixed(buy_price, 4), fixed(sell_price, 4)
+        sale.buy_brokerage, sale.sell_brokerage = money(buy_brokerage), money(sell_brokerage)
+        sale.comment = comment or sale.comment
+        new_cost, new_proceeds = self.sale_money(sale)
+        first = self.move_cash(bought, buy_day, Decimal(new_cost),
+                               f"BUY {sale.number} of {code} @ {sale.buy_price}")
+        received = self.find_cash(old_sell_day, proceeds, 1, code) if positive(proceeds) else None
+        second = self.move_cash(received, sell_day, Decimal(new_proceeds),
+                                f"SELL {sale.number} of {code} @ {sale.sell_price}")
+        self.changed(*days)
+        return "true" if first and second else "false"
+
+    # ---- dividends and cash
+
+    @staticmethod
+    def dividend_words(code, rate, number):
+        return f"DIVIDEND {code} @ {fixed(rate, 6)} x {fixed(number, 2)}"
+
+    def store_dividend(self, event, code, day, number, rate, franked, shares, price, country, tax):
+        event.code, event.day, event.number, event.rate = code, day, fixed(number, 2), fixed(rate, 6)
+        event.franked, event.shares, event.price = str(int(franked)), fixed(shares, 2), fixed(price, 4)
+        event.country = country or event.country
+        event.tax = money(tax) if not zero(tax, 2) else event.tax
+
+    def pay_dividend(self, code, day, number, rate, shares, price):
+        words = self.dividend_words(code, rate, number)
+        if zero(shares):
+            self.add_cash(day, number * rate, 1, words)
+        else:
+            self.add_parcel(code, day, shares, price, Decimal(0), words)
+
+    def dividend(self, code, day, number, rate, franked, shares, price, country, tax):
+        event = Event(country="", tax="")
+        self.store_dividend(event, code, day, number, rate, franked, shares, price, country, tax)
+        self.dividends.append(event)
+        self.pay_dividend(code, day, number, rate, shares, price)
+
+    def edit_dividend(self, place, code, day, number, rate, franked, shares, price, country, tax, old_shares,
+                      old_price, old_value, old_day):
+        event = self.dividends[int(place)]
+        old_code, was = event.code, event.day
+        old_words = self.dividend_words(old_code, event.num("rate"), event.num("number"))
+        self.store_dividend(event, code, day, number, rate, franked, shares, price, country, tax)
+        if old_value > 0:
+            link = self.find_cash(old_day, money(old_value), 1, old_words)
+            if zero(shares):
+                self.move_cash(link, day, number * rate, self.dividend_words(code, rate, number))
+            else:
+                self.cash = [c for c in self.cash if c is not link]
+                self.pay_dividend(code, day, number, rate, shares, price)
+        else:
+            stock = self.stock(self.held, old_code)
+            link = stock and next((p for p in stock.events if p.buy_date == old_day
+                                   and same(p.num("number"), old_shares, 4) and same(p.num("buy_price"), old_price, 4)
+                                   and zero(p.num("brokerage")) and "DIVIDEND" in p.comment), None)
+            if zero(shares) or code != old_code:
+                if link:
+                    self.take_event(self.held, stock, link)
+                self.pay_dividend(code, day, number, rate, shares, price)
+            elif link:
+                link.buy_date, link.number, link.buy_price = day, fixed(shares, 2), fixed(price, 4)
+        self.changed(day, old_day, was)
+        return "true" if link else "false"
+
+    def delete_dividend(self, place):
+        event = self.dividends.pop(int(place))
+        if zero(event.num("shares")):
+            link = self.find_cash(event.day, money(event.num("number") * event.num("rate")), 1,
+                                  f"DIVIDEND {event.code} @ ")
+            self.cash = [c for c in self.cash if c is not link]
+        else:
+            stock = self.stock(self.held, event.code)
+            link = stock and next((p for p in stock.events if p.buy_date == event.day
+                                   and same(p.num("buy_price"), event.num("price"), 2)
+                                   and same(p.num("number"), event.num("shares"), 4)), None)
+            if link:
+                self.take_event(self.held, stock, link)
+        self.changed(event.day)
+        return "true" if link else "false"
+
+    def edit_cash(self, place, new_day, old_day, value, description):
+        entry = self.cash[int(place)]
+        was = entry.day
+        self.move_cash(entry, new_day, value, description)
+        self.changed(new_day, old_day, was)
+
+    def delete_cash(self, place):
+        self.changed(self.cash.pop(int(place)).day)
+
+    # ---- splits
+
+    def spanning(self, code, day):
+        held, sold = self.stock(self.held, code), self.stock(self.sold, code)
+        return ([p for p in (held.events if held else []) if p.buy_date < day] +
+                [s for s in (sold.events if sold else []) if s.buy_date < day < s.sell_date])
+
+    def record_split(self, code, day, factor):
+        for event in self.spanning(code, day):
+            known = next((a for a in event.adjustments if a.start == day), None)
+            if known:
+                known.factor = factor
+            else:
+                event.adjustments.append(Event(start=day, factor=factor))
+
+    def price_on(self, code, day):
+        price = self.prices.get((code, day))
+        if price is None:
+            price, best = Decimal(0), None
+            held, sold = self.stock(self.held, code), self.stock(self.sold, code)
+            offers = [(p.buy_date, p.num("buy_price")) for p in (held.events if held else [])]
+            for s in (sold.events if sold else []):
+                offers += [(s.buy_date, s.num("buy_price")), (s.sell_date, s.num("sell_price"))]
+            for when, offer in offers:
+                distance = abs((when - day).days)
+                if best is None or distance < best:
+                    price, best = offer, distance
+        if zero(price):
+            raise Failure(f"SharePortfolioUser::sharePriceFor - could not get price for {code} at "
+                          f"{day.day:02}/{day.month:02}/{day.year}")
+        return price
+
+    def checked_price(self, code, day):
+        today, yesterday = self.price_on(code, day), self.price_on(code, day - timedelta(1))
+        ratio = today / yesterday
+        reverse = ratio > SPLIT_RATIO
+        if (reverse or ratio < 1 / SPLIT_RATIO) and not all(e.adjustments for e in self.spanning(code, day)):
+            if not self.factors:
+                raise Refused(f"a split of {code} would be asked for on {day}")
+            answer = self.factors.pop(0)
+            factor = 1 if answer == "cancel" else int(answer)
+            self.record_split(code, day, -factor if reverse else factor)
+        return today
+
+    # ---- the capital record
+
+    def held_on(self, day):
+        for stock in self.held:
+            for p in stock.events:
+                if p.buy_date <= day:
+                    yield stock.code, p
+        for stock in self.sold:
+            for s in stock.events:
+                if s.buy_date <= day < s.sell_date:
+                    yield stock.code, s
+
+    def signed(self, entry):
+        return entry.num("value") if entry.type in CREDITS else -entry.num("value")
+
+    def update(self):
+        self.updated = True
+        if TODAY in self.days:
+            return
+        starts = [p.buy_date for s in self.held + self.sold for p in s.events] + [c.day for c in self.cash]
+        day = max(self.days) + timedelta(1) if self.days else min(starts, default=TODAY)
+        while day <= TODAY:
+            self.days[day] = self.compute(day)
+            day += timedelta(1)
+
+    def compute(self, day):
+        cash = sum((self.signed(c) for c in self.cash if c.day <= day), Decimal(0))
+        injected = sum((self.signed(c) for c in self.cash if c.day == day and c.type in EXTERNAL), Decimal(0))
+        shares = {}
+        for code, _ in list(self.held_on(day)):
+            if code not in shares:
+                shares[code] = [None, fixed(self.checked_price(code, day), 2)]
+        for code, event in self.held_on(day):
+            number = self.adjusted(event, day)[0]
+            before = shares[code][0]
+            shares[code][0] = fixed(number if before is None else Decimal(before) + number, 2)
+        return Event(cash=money(cash), injected=Decimal(0) if zero(injected, 2) else injected, shares=shares)
+
+    def record(self, day):
+        if day not in self.days:
+            raise Failure(f"SharePortfolioCapitalRecordUser::dayCapFor - doesn't have one for "
+                          f"{day.day:02}/{day.month:02}/{day.year}")
+        return self.days[day]
+
+    def capital(self, day):
+        record = self.record(day)
+        return Decimal(record.cash) + sum(Decimal(n) * Decimal(p) for n, p in record.shares.values())
+
+    def flow(self, first, last):
+        return sum((r.injected for d, r in self.days.items() if first < d <= last), Decimal(0))
+
+    def gain_since(self, then):
+        if then not in self.days or TODAY not in self.days or zero(self.capital(then)):
+            return Decimal(0)
+        return (self.capital(TODAY) - self.capital(then) - self.flow(then, TODAY)) / self.capital(then) * 100
+
+    # ---- one line of a sequence
+
+    def run(self, word, a):
+        n, d = Decimal, read_day
+        figure = lambda value: fixed(value, 6) if (value.scaleb(6) % 1 != Decimal("0.5")) else str(value)
+        if word == "price":
+            if self.updated:
+                raise Refused("a price behind an update")
+            first = d(a[1])
+            last = d(a[2]) if len(a) == 4 else first
+            while first <= last:
+                self.prices[a[0], first] = n(a[-1])
+                first += timedelta(1)
+        elif word == "index":
+            self.index = a[0]
+        elif word == "answer":
+            self.answers.append(a[0] == "yes")
+        elif word == "answer-split":
+            self.factors.append(a[0])
+        elif word == "buy":
+            return self.buy(a[0], d(a[1]), n(a[2]), n(a[3]), n(a[4]), a[5])
+        elif word == "add-parcel":
+            self.add_parcel(a[0], d(a[1]), n(a[2]), n(a[3]), n(a[4]), a[5])
+        elif word == "sell":
+            self.sell(a[0], d(a[1]), n(a[2]), n(a[3]), n(a[4]), a[5], a[6])
+        elif word == "remove-held":
+            self.remove_held(a[0])
+        elif word == "remove-sold":
+            self.remove_sold(a[0])
+        elif word == "delete-buy":
+            return self.delete_buy(a[0], d(a[1]), n(a[2]))
+        elif word == "delete-sell":
+            return self.delete_sell(a[0], d(a[1]), n(a[2]))
+        elif word == "edit-buy":
+            return self.edit_buy(a[0], a[1], d(a[2]), n(a[3]), n(a[4]), n(a[5]), a[6], n(a[7]), d(a[8]))
+        elif word == "edit-sell":
+            return self.edit_sell(a[0], a[1], d(a[2]), d(a[3]), *map(n, a[4:9]), a[9])
+        elif word == "min-max":
+            stock = self.stock(self.held, a[0])
+            stock.low, stock.high = fixed(n(a[1]), 4), fixed(n(a[2]), 4)
+        elif word == "portfolio-max":
+            self.stock(self.held, a[0]).limit = money(n(a[1]))
+        elif word in ("credit", "debit"):
+            self.add_cash(d(a[0]), n(a[1]), int(a[2]), a[3])
+        elif word == "edit-cash":
+            self.edit_cash(a[0], d(a[1]), d(a[2]), n(a[3]), a[4])
+        elif word == "delete-cash":
+            self.delete_cash(a[0])
+        elif word == "dividend":
+            self.dividend(a[0], d(a[1]), *map(n, a[2:7]), a[7], n(a[8]))
+        elif word == "edit-dividend":
+            return self.edit_dividend(a[0], a[1], d(a[2]), *map(n, a[3:8]), a[8], *map(n, a[9:13]), d(a[13]))
+        elif word == "delete-dividend":
+            return self.delete_dividend(a[0])
+        elif word == "split":
+            self.record_split(a[0], d(a[1]), int(a[2]))
+            self.changed(d(a[1]))
+        elif word == "merge":
+            self.record_split(a[0], d(a[1]), -int(a[2]))
+            self.changed(d(a[1]))
+        elif word == "update":
+            self.update()
+        elif word == "held":
+            stock = self.stock(self.held, a[0])
+            return figure(sum((self.adjusted(p, TODAY)[0] for p in stock.events), Decimal(0)) if stock else Decimal(0))
+        elif word == "start":
+            starts = [p.buy_date for s in self.held + self.sold for p in s.events] + [c.day for c in self.cash]
+            return day_text(min(starts, default=TODAY))
+        elif word == "recorded-price":
+            keep, self.prices = self.prices, {}
+            try:
+                return figure(self.price_on(a[0], d(a[1])))
+            except Failure:
+                return "0.000000"
+            finally:
+                self.prices = keep
+        elif word == "share-price":
+            return figure(self.price_on(a[0], d(a[1])))
+        elif word == "is-adjusted":
+            return "true" if all(e.adjustments for e in self.spanning(a[0], d(a[1]))) else "false"
+        elif word == "last-day":
+            return day_text(max(self.days)) if self.days else "none"
+        elif word == "first-day":
+            return day_text(min(self.days)) if self.days else "none"
+        elif word == "day":
+            record = self.record(d(a[0]))
+            text = f"cash {record.cash}"
+            if record.injected:
+                text += f" injected {money(record.injected)}"
+            return text + "".join(f"; {c} {num} x {p}" for c, (num, p) in record.shares.items())
+        elif word == "cash-on":
+            return figure(Decimal(self.record(d(a[0])).cash))
+        elif word == "cash-today":
+            return figure(Decimal(self.days[TODAY].cash) if TODAY in self.days else Decimal(0))
+        elif word == "shares-today":
+            return figure(self.capital(TODAY) - Decimal(self.days[TODAY].cash) if TODAY in self.days else Decimal(0))
+        elif word == "capital":
+            return figure(self.capital(d(a[0])))
+        elif word == "capital-today":
+            return figure(self.capital(TODAY))
+        elif word == "flow":
+            return figure(self.flow(d(a[0]), d(a[1])))
+        elif word == "daily-gain":
+            return figure(self.gain_since(TODAY - timedelta(1)))
+        elif word == "weekly-gain":
+            return figure(self.gain_since(TODAY - timedelta(TODAY.weekday() + 3)))
+        else:
+            raise Refused(f"what is {word}?")
+        return None
+
+
+def words_of(line):
+    words, rest = [], line.strip()
+    while rest:
+        if rest[0] == '"':
+            word, _, rest = rest[1:].partition('"')
+        else:
+            word, _, rest = rest.partition(" ")
+        words.append(word)
+        rest = rest.strip()
+    return words
+
+
+def expected(lines):
+    """The file's lines with the model's figures in them."""
+    result, portfolio, title = [], None, None
+    for number, line in enumerate(lines, 1):
+        if line.startswith("  <"):
+            continue
+        text = line.partition(" -> ")[0]
+        if not text or text.startswith("#"):
+            result.append(line)
+            continue
+        words = words_of(text)
+        if words[0] == "case":
+            if portfolio and (portfolio.answers or portfolio.factors):
+                raise Refused(f"{title}: answers that nobody asked for")
+            portfolio, title = Portfolio(), text
+            result.append(text)
+            continue
+        if words[0] == "document":
+            result.append(text)
+            result += ["  " + part for part in portfolio.document()]
+            continue
+        try:
+            answer = portfolio.run(words[0], words[1:])
+        except Failure as failure:
+            answer = f"throws {failure}"
+        except (Refused, ArithmeticError, LookupError, ValueError, AttributeError) as fault:
+            raise Refused(f"line {number} ({title}): {type(fault).__name__} {fault}")
+        result.append(text if answer is None else f"{text} -> {answer}")
+    return result
+
+
+def main():
+    differs, cases = False, 0
+    for path in sorted((Path(__file__).parent / "data" / "sequences").glob("*.txt")):
+        lines = path.read_text(encoding="utf-8").splitlines()
+        try:
+            wanted = expected(lines)
+        except Refused as fault:
+            print(f"{path.name}: {fault}")
+            differs = True
+            continue
+        cases += sum(line.startswith("case ") for line in wanted)
+        if wanted == lines:
+            continue
+        if "--write" in sys.argv:
+            path.write_text("\n".join(wanted) + "\n", encoding="utf-8")
+            print(f"{path.name}: written")
+        else:
+            print(f"{path.name}: differs")
+            differs = True
+    print(f"{cases} sequences")
+    return 1 if differs else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
