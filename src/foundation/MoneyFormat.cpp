@@ -31,6 +31,13 @@ String currencyOf(const icu::Locale& locale) {
   return U_SUCCESS(status) ? String(code) : String(u"XXX");
 }
 
+/// ICU's text as it is shown: without direction marks, which stand in some currency signs, too.
+String shown(const icu::UnicodeString& icuText) {
+  String text = fromIcu(icuText);
+  std::erase_if(text, isDirectionMark);
+  return text;
+}
+
 void removeAll(String& text, const String& part) {
   if (part.empty())
     return;
@@ -64,8 +71,8 @@ MoneyFormat::MoneyFormat(const std::string& name) {
   status = U_ZERO_ERROR;
   icu::DecimalFormatSymbols symbols(locale, status);
   symbols.setCurrency(currency.c_str(), status);
-  parts->decimalSign = fromIcu(symbols.getConstSymbol(icu::DecimalFormatSymbols::kMonetarySeparatorSymbol));
-  parts->currencySign = fromIcu(symbols.getConstSymbol(icu::DecimalFormatSymbols::kCurrencySymbol));
+  parts->decimalSign = shown(symbols.getConstSymbol(icu::DecimalFormatSymbols::kMonetarySeparatorSymbol));
+  parts->currencySign = shown(symbols.getConstSymbol(icu::DecimalFormatSymbols::kCurrencySymbol));
   parts->formatter = icu::number::NumberFormatter::withLocale(locale)
                          .unit(icu::CurrencyUnit(currency.c_str(), status))
                          .roundingMode(UNUM_ROUND_HALFUP);
@@ -75,29 +82,31 @@ MoneyFormat::MoneyFormat(const std::string& name) {
 MoneyFormat::~MoneyFormat() = default;
 
 String MoneyFormat::format(double amount) const {
-  const double shown = showsAsZero(amount, std::min(m_parts->decimals, 2)) ? 0.0 : amount;
-  const std::string digits = String::fromDouble(shown, 2).toUTF8();
+  const double signedAmount = showsAsZero(amount, std::min(m_parts->decimals, 2)) ? 0.0 : amount;
+  const std::string digits = String::fromDouble(signedAmount, 2).toUTF8();
   UErrorCode status = U_ZERO_ERROR;
   const std::lock_guard lock(m_parts->mutex);
   const icu::number::FormattedNumber number = m_parts->formatter.formatDecimal(digits, status);
-  String text = fromIcu(number.toString(status));
-  if (U_FAILURE(status))
-    return String();
-  std::erase_if(text, isDirectionMark);
-  return text;
+  const String text = shown(number.toString(status));
+  return U_SUCCESS(status) ? text : String();
 }
 
+/// Reads by the locale's signs alone. The minus sign may stand anywhere, since some locales put it behind.
 double MoneyFormat::readAsWritten(const String& text) const {
   String number = text;
   removeAll(number, m_parts->currencySign);
+  bool negative = false;
   String plain;
   for (const char16_t unit : number) {
-    if (String(String::Base(1, unit)) == m_parts->decimalSign)
+    if (m_parts->decimalSign.size() == 1 && unit == m_parts->decimalSign[0])
       plain.push_back(u'.');
-    else if (unit == u'-' || (unit >= u'0' && unit <= u'9'))
+    else if (unit == u'-')
+      negative = true;
+    else if (unit >= u'0' && unit <= u'9')
       plain.push_back(unit);
   }
-  return plain.toDouble();
+  const double amount = plain.toDouble();
+  return negative ? -amount : amount;
 }
 
 double MoneyFormat::read(const String& text) const {

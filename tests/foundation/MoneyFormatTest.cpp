@@ -78,16 +78,23 @@ TEST(MoneyFormatTest, ReadsWhatAPersonTypes) {
 
 TEST(MoneyFormatTest, ReadsItsOwnFormInEveryLocale) {
   for (const char* locale : {"en_AU", "en_US", "en_GB", "de_DE", "fr_FR", "de_CH", "sv_SE", "da_DK", "nb_NO",
-                             "pt_BR", "hi_IN", "ar_EG", "he_IL", "pl_PL", "ru_RU"}) {
+                             "pt_BR", "hi_IN", "ar_EG", "he_IL", "pl_PL", "ru_RU", "fy_NL"}) {
     const MoneyFormat money(locale);
     for (const double amount : {0.0, 0.05, -0.05, 999.0, 1234.5, -1234567.0, 98765432.0})
       EXPECT_EQ(money.read(money.format(amount)), amount) << locale << " " << money.format(amount).toUTF8();
   }
-  for (const char* locale : {"es_CL", "fa_IR", "ja_JP", "ko_KR"}) {
+  for (const char* locale : {"es_CL", "fa_IR", "ja_JP", "ko_KR", "ckb_IQ"}) {
     const MoneyFormat money(locale);
     EXPECT_EQ(money.read(money.format(1235.0)), 1235.0) << locale;
     EXPECT_EQ(money.read(money.format(-9876543.0)), -9876543.0) << locale;
   }
+}
+
+TEST(MoneyFormatTest, AMinusSignBehindIsReadWhereTheLocaleWritesItSo) {
+  const MoneyFormat money("fy_NL");
+  EXPECT_EQ(money.format(-1234.5), u"\u20AC\u00A01.234,50-");
+  EXPECT_EQ(money.read(u"\u20AC\u00A01.234,50-"), -1234.5);
+  EXPECT_EQ(MoneyFormat("en_AU").read(u"1-2"), 1.0); // nowhere else
 }
 
 TEST(MoneyFormatTest, ServesManyThreads) {
