@@ -51,7 +51,8 @@ String cacheDirectory(Platform& platform, const String& product);
 String reportDirectory(Platform& platform, const String& product);
 
 /// Copies the default documents that are missing from the user's Config and Report folders; a document that
-/// is there is never touched. Throws Exception when one can't be written.
+/// is there is never touched. A missing Report folder is made, since nothing of the user's is in it. Throws
+/// Exception when a document can't be written.
 void installMissingDefaults(Platform& platform, const String& product);
 
 } // namespace Tallymoor

@@ -53,6 +53,13 @@ TEST_F(PlatformTest, AnInstallationWithoutDefaultsIsNoFailure) {
   EXPECT_TRUE(std::filesystem::is_empty(profile.configFolder().toUTF8()));
 }
 
+TEST_F(PlatformTest, AReportFolderThatIsMissingIsMade) {
+  writeDefault("Report/Tallymoor Report.xsl", "style");
+  std::filesystem::remove(profile.reportFolder().toUTF8());
+  installMissingDefaults(Platform::Instance(), APP_NAME);
+  EXPECT_EQ(TestProfile::readFile(profile.reportFolder() + u"Tallymoor Report.xsl"), "style");
+}
+
 TEST_F(PlatformTest, DefaultsThatCannotBeWrittenAreTold) {
   writeDefault("Config/CountryConfig.xml", "countries");
   std::filesystem::remove(profile.configFolder().toUTF8());
