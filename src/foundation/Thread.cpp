@@ -39,11 +39,12 @@ void Thread::startLocked() {
   }
   if (m_thread.joinable())
     m_thread.join(); // it has left its last guarded stretch, so it is about to end
+  // First of all, since it may fail; the loop waits for the lock that is held here.
+  m_thread = std::thread(&Thread::run, this);
   m_finished = false;
   m_started = true;
   m_stopRequested = false;
   m_woken = false;
-  m_thread = std::thread(&Thread::run, this);
 }
 
 void Thread::stop() {

@@ -1,5 +1,6 @@
 #include "foundation/Date.h"
 #include "foundation/Exception.h"
+#include "support/MessageOf.h"
 #include "support/TestProfile.h"
 #include <gtest/gtest.h>
 
@@ -11,13 +12,9 @@ protected:
   /// What reading the text throws; the date must be as it was.
   static String refusal(const String& text, int format) {
     Date date(2020, 5, 6);
-    try {
-      date.fromString(text, format);
-    } catch (const Exception& e) {
-      EXPECT_EQ(date, Date(2020, 5, 6));
-      return e.message();
-    }
-    return u"(read)";
+    const String message = messageOf([&] { date.fromString(text, format); });
+    EXPECT_EQ(date, Date(2020, 5, 6));
+    return message;
   }
 
   TestProfile profile;
@@ -36,14 +33,8 @@ TEST_F(DateTest, WritesEveryFormat) {
 }
 
 TEST_F(DateTest, UnknownFormatsAreNotWritten) {
-  for (const int format : {4, 7, -1}) {
-    try {
-      Date(2006, 3, 3).toString(format);
-      FAIL() << format;
-    } catch (const Exception& e) {
-      EXPECT_EQ(e.message(), u"Date::toString - unknown format");
-    }
-  }
+  for (const int format : {4, 7, -1})
+    EXPECT_EQ(messageOf([&] { Date(2006, 3, 3).toString(format); }), u"Date::toString - unknown format");
 }
 
 TEST_F(DateTest, ReadsEveryFormat) {

@@ -1,6 +1,7 @@
 #include "foundation/FileReplacement.h"
 #include "foundation/Exception.h"
 #include "foundation/FileOperations.h"
+#include "support/MessageOf.h"
 #include "support/TestProfile.h"
 #include <cerrno>
 #include <filesystem>
@@ -70,12 +71,7 @@ protected:
   }
   /// What a failed writing says; the old file must stand, alone in its folder.
   String failure(const std::string& content) {
-    String message = u"(written)";
-    try {
-      write(content);
-    } catch (const Exception& e) {
-      message = e.message();
-    }
+    const String message = messageOf([&] { write(content); });
     FileOperations::current() = FileOperations::system();
     EXPECT_EQ(TestProfile::readFile(path), "old");
     EXPECT_EQ(filesInFolder(), 1);
@@ -133,12 +129,8 @@ TEST_F(FileReplacementTest, FailuresOfFlushingAndRenamingAreTold) {
 
 TEST_F(FileReplacementTest, AFolderThatIsNotThereIsTold) {
   const String nowhere = profile.path("nowhere/file");
-  try {
-    replaceFile(nowhere, [](std::ostream&) {});
-    FAIL();
-  } catch (const Exception& e) {
-    EXPECT_EQ(e.message(), u"replaceFile - cannot create " + nowhere + u": No such file or directory");
-  }
+  EXPECT_EQ(messageOf([&] { replaceFile(nowhere, [](std::ostream&) {}); }),
+            u"replaceFile - cannot create " + nowhere + u": No such file or directory");
 }
 
 TEST_F(FileReplacementTest, AFailureOfTheWriterPassesThrough) {
@@ -234,13 +226,8 @@ TEST_F(FileReplacementTest, Removal) {
   EXPECT_TRUE(removeFile(path));
   EXPECT_FALSE(removeFile(path));
   const String folder = profile.path("files");
-  try {
-    removeFile(folder);
-    FAIL();
-  } catch (const Exception& e) {
-    EXPECT_TRUE(e.message().startsWith(u"removeFile - cannot remove " + folder + u": "))
-        << e.message().toUTF8();
-  }
+  const String refusal = messageOf([&] { removeFile(folder); });
+  EXPECT_TRUE(refusal.startsWith(u"removeFile - cannot remove " + folder + u": ")) << refusal.toUTF8();
 }
 
 TEST(FileNameTest, CodesAsFileNames) {

@@ -2,6 +2,7 @@
 #include "foundation/Constants.h"
 #include "foundation/Exception.h"
 #include "foundation/VersionRecord.h"
+#include "support/MessageOf.h"
 #include "support/TestProfile.h"
 #include <cstdlib>
 #include <fcntl.h>
@@ -15,16 +16,6 @@ TALLYMOOR_VERSION_RECORD("4.3.2.1");
 
 namespace Tallymoor {
 namespace {
-
-template <typename Work>
-String messageOf(Work work) {
-  try {
-    work();
-  } catch (const Exception& e) {
-    return e.message();
-  }
-  return u"(nothing thrown)";
-}
 
 class LinuxPlatformTest : public testing::Test {
 protected:

@@ -1,6 +1,7 @@
 #include "foundation/String.h"
 #include "foundation/Exception.h"
 #include "foundation/TextTranscoders.h"
+#include "support/MessageOf.h"
 #include "support/StringPrinting.h"
 #include <clocale>
 #include <gtest/gtest.h>
@@ -43,16 +44,6 @@ struct WithFailure {
   }
   ~WithFailure() { setTranscodersForTest(nullptr); }
 };
-
-template <typename Work>
-String messageOf(Work work) {
-  try {
-    work();
-  } catch (const Exception& e) {
-    return e.message();
-  }
-  return u"(nothing thrown)";
-}
 
 TEST(StringTest, NullPointersGiveEmptyTexts) {
   EXPECT_EQ(String(static_cast<const char*>(nullptr)), u"");

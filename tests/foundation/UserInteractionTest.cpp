@@ -1,6 +1,7 @@
 #include "foundation/UserInteraction.h"
 #include "foundation/RunTimeSettings.h"
 #include "support/FakeUserInteraction.h"
+#include "support/MessageOf.h"
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
@@ -11,12 +12,7 @@ using Kind = FakeUserInteraction::Kind;
 
 TEST(UserInteractionTest, WithoutAWindowItSaysSo) {
   EXPECT_FALSE(UserInteraction::exists());
-  try {
-    UserInteraction::Instance();
-    FAIL();
-  } catch (const Exception& e) {
-    EXPECT_EQ(e.message(), u"MainWindow::Instance - no MainWindow yet!");
-  }
+  EXPECT_EQ(messageOf([] { UserInteraction::Instance(); }), u"MainWindow::Instance - no MainWindow yet!");
 }
 
 TEST(UserInteractionTest, TheInstanceIsWhatWasSet) {
