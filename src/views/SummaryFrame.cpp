@@ -9,6 +9,7 @@ FXIMPLEMENT(SummaryFrame, FXVerticalFrame, nullptr, 0)
 namespace {
 
 constexpr FXint CAPTION_PADDING = 2;
+constexpr FXint CAPTION_GAP = 10; ///< at least, before the value
 constexpr FXint VALUE_PADDING = 8;
 constexpr FXint VALUE_PADDING_VERTICAL = 3;
 constexpr FXint COLUMN_GAP = 50; ///< between the first value and the second caption
@@ -46,7 +47,7 @@ FXLabel* SummaryFrame::addFigure(const String& caption) {
                   FRAME_SUNKEN | JUSTIFY_RIGHT | LAYOUT_FIX_X | LAYOUT_FIX_WIDTH | LAYOUT_CENTER_Y, 0, 0, 0,
                   0, VALUE_PADDING, VALUE_PADDING, VALUE_PADDING_VERTICAL, VALUE_PADDING_VERTICAL);
   m_figures.push_back(figure);
-  reserveCaption(figure.column, caption, 0);
+  reserveCaption(figure.column, caption, CAPTION_GAP);
   return figure.value;
 }
 

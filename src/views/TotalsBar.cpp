@@ -24,6 +24,7 @@ TotalsBar::TotalsBar(FXComposite* parent, Table* table)
       m_table(table) {
   m_caption = new FXLabel(this, "Totals:", nullptr, JUSTIFY_LEFT, 0, 0, 0, 0, 4, 4, 2, 2);
   m_cells = new FXComposite(this);
+  m_cells->show(); // unlike other widgets, a bare composite begins hidden
 }
 
 void TotalsBar::showColumns(const std::vector<Column::Function>& functions) {

@@ -83,6 +83,7 @@ TEST_F(SharesHeldTreeItemTest, TotalsStandUnderTheirColumnsWhereverTheseGo) {
   const auto expectAligned = [&] {
     for (const Column::Function function : {&purchaseValue, &currentValue, &dayPercent}) {
       const FXLabel* label = totals.total(function);
+      EXPECT_TRUE(label->shown() && label->getParent()->shown() && totals.shown());
       EXPECT_EQ(columnRightEdge(table, function), rightEdge(label));
       EXPECT_GE(label->getWidth(), table.columnWidth(table.getColumn(function)));
     }

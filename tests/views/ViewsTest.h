@@ -10,6 +10,7 @@
 #include "views/SharesHeldTreeItem.h"
 #include "views/TotalCapTreeItem.h"
 #include "views/TotalsBar.h"
+#include "widgets/GuiWakeUp.h"
 #include "widgets/InvestmentTree.h"
 #include "widgets/TableItem.h"
 #include "xml/PortfolioRecords.h"
@@ -30,6 +31,7 @@ protected:
 
   void SetUp() override {
     WindowTest::SetUp();
+    m_failure = std::make_unique<GuiWakeUp>(&app(), [] { throw Exception(u"test"); });
     auto* splitter = new FXSplitter(mainWindow().contentFrame(), LAYOUT_FILL_X | LAYOUT_FILL_Y);
     m_tree = new InvestmentTree(splitter, FXRGB(230, 240, 230), FXRGB(0, 60, 0));
     m_switcher = new FXSwitcher(splitter, LAYOUT_FILL_X | LAYOUT_FILL_Y);
@@ -38,6 +40,7 @@ protected:
     splitter->create();
   }
   void TearDown() override {
+    m_failure.reset();
     deleteWindow();
     m_portfolios.clear();
     m_gateway.reset();
@@ -215,7 +218,7 @@ protected:
 
   /// When the window is open, its loop ends in an Exception "test".
   void failInside(const std::string& titleOrText) {
-    whenModal(titleOrText, [this](FXWindow&) { app().addTimeout(&m_thrower, 0, 0); });
+    whenModal(titleOrText, [this](FXWindow&) { m_failure->wake(); });
   }
 
   /// The answers of a purchase whose code nobody has searched for.
@@ -236,10 +239,6 @@ protected:
 private:
   static constexpr FXint ON_TEXT = 2; ///< the toolkit's answer of hitItem
 
-  struct Thrower : FXObject {
-    long handle(FXObject*, FXSelector, void*) override { throw Exception(u"test"); }
-  };
-
   void click(FXWindow& window, FXuint press, FXuint release, FXint button, FXint x, FXint y) {
     for (const FXuint type : {press, release}) {
       FXEvent event{};
@@ -253,7 +252,7 @@ private:
     }
   }
 
-  Thrower m_thrower;
+  std::unique_ptr<GuiWakeUp> m_failure; ///< throws in whatever loop it finds running
   std::optional<MarketFixture> m_market;
   std::optional<GatewayScope> m_gateway;
   XMLPortfolios m_records;
