@@ -1,6 +1,7 @@
 #include "xml/CapitalRecord.h"
 #include "XmlTestTools.h"
 #include "foundation/Constants.h"
+#include "xml/PriceCache.h"
 #include <thread>
 
 namespace Tallymoor {
@@ -25,7 +26,7 @@ private:
 
 template <class Element>
 class PoolTest : public ::testing::Test {};
-using Pooled = ::testing::Types<XMLDayCap, XMLShareVal>;
+using Pooled = ::testing::Types<XMLDayCap, XMLShareVal, XMLShareValue>;
 TYPED_TEST_SUITE(PoolTest, Pooled);
 
 TYPED_TEST(PoolTest, TheHundredAndFirstRequestMakesTheSecondBlock) {
