@@ -10,7 +10,9 @@ namespace Tallymoor {
 /// can be given up whole. Order of locks: this one first, then a Thread's own.
 class BigMutex {
 public:
+  /// Waits until no other thread holds it. Scopes are better: see below.
   void lock();
+  /// Gives one level up; only on the thread that holds it.
   void unlock();
   bool heldByThisThread() const;
 

@@ -23,9 +23,12 @@ public:
   Date();
   explicit Date(std::uint32_t julianDay) : FXJulianDate(julianDay) {}
   Date(int year, int month, int day) : FXJulianDate(year, month, day) {}
+  /// As fromString reads it, and throws.
   Date(const String& text, int format);
 
+  /// Makes this day the view date.
   static void setFixedDate(const Date& date);
+  /// Today by the clock is what a Date is made as again.
   static void clearFixedDate();
   /// True while a view date is set.
   static bool hasFixedDate();
@@ -34,12 +37,14 @@ public:
 
   /// Throws Exception "Date::toString - unknown format".
   String toString(int format) const;
+  /// The text of Date().
   static String todayToString(int format);
   /// Throws Exception and leaves the date as it was when the text is not in the format.
   void fromString(const String& text, int format);
 
   /// The date so many days later (earlier for a negative count).
   Date plusDays(int days) const;
+  /// So many months later, on the month's last day where it has no such day.
   Date plusMonths(int months) const;
   Date lastDayOfMonth() const;
 

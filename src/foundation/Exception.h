@@ -15,6 +15,7 @@ public:
   /// Fills the text that message boxes show: the type name, " : ", the message. The same form for every
   /// class.
   virtual void description(String& text) const;
+  /// Fills the text with the class's name as users see it.
   virtual void typeName(String& text) const;
 
   const String& message() const { return m_message; }

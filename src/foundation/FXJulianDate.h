@@ -29,6 +29,7 @@ public:
 
   /// Parts outside the calendar are carried over (31 April is 1 May), never refused.
   void setDate(int year, int month, int day);
+  /// A negative count goes back. At either end of the calendar the date stays there.
   void addDays(int days);
   /// Keeps the day of the month, clamped to the month's last day.
   void addMonths(int months);
@@ -40,12 +41,15 @@ public:
   int dayOfWeek() const;
   /// Signed days from other to this date.
   int daysSince(const FXJulianDate& other) const;
+  /// Length of the date's month.
   int daysThisMonth() const;
   std::uint32_t julianDay() const { return m_julian; }
 
+  /// The calendar parts of a day number.
   static void jul2greg(std::uint32_t julianDay, int& year, int& month, int& day);
   /// Three-letter English name; an empty text for a month outside 1 to 12.
   static const char* shortMonthName(int month);
+  /// Full English name; an empty text for a month outside 1 to 12.
   static const char* monthName(int month);
   /// Month number for a three-letter English name in any case, or -1.
   static int monthFromShortName(const char* name);

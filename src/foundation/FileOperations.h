@@ -10,7 +10,9 @@ struct FileOperations {
   int (*sync)(int file);
   int (*rename)(const char* from, const char* to);
 
+  /// What is called now.
   static FileOperations& current();
+  /// The system's own, to go back to.
   static const FileOperations& system();
 };
 

@@ -8,10 +8,12 @@ namespace Tallymoor {
 class Progress {
 public:
   virtual ~Progress();
+  /// How many steps the bar has.
   virtual void setTotal(unsigned steps) = 0;
   /// Moves the bar on and, if the text is not empty, shows it.
   virtual void step(unsigned increment, const String& text) = 0;
   virtual void setText(const String& text) = 0;
+  /// True once the user wants the work to end.
   virtual bool isCancelled() const = 0;
 };
 
@@ -19,6 +21,7 @@ public:
 class HasLengthyFunctions {
 public:
   virtual ~HasLengthyFunctions();
+  /// The work; the argument says which, for a class that has several.
   virtual void runLengthyFunction(Progress& progress, int argument) = 0;
 };
 

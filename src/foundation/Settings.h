@@ -22,6 +22,7 @@ public:
   /// no file backs.
   static void attach(FX::FXRegistry* registry);
 
+  // Each gives the fallback when there is no entry, or none that can be read so.
   String readString(const String& section, const String& key, const String& fallback = String()) const;
   std::int32_t readInt(const String& section, const String& key, std::int32_t fallback = 0) const;
   std::uint32_t readUnsigned(const String& section, const String& key, std::uint32_t fallback = 0) const;
@@ -29,6 +30,7 @@ public:
   bool readBool(const String& section, const String& key, bool fallback = false) const;
   bool hasEntry(const String& section, const String& key) const;
 
+  // What is written lasts from the next commit on.
   void writeString(const String& section, const String& key, const String& value);
   void writeInt(const String& section, const String& key, std::int32_t value);
   void writeUnsigned(const String& section, const String& key, std::uint32_t value);
@@ -37,11 +39,12 @@ public:
 
   void deleteEntry(const String& section, const String& key);
   void deleteSection(const String& section);
+  /// The keys of a section, in no particular order; none when there is no such section.
   std::vector<String> keys(const String& section) const;
   /// Sections whose name begins with the prefix.
   std::vector<String> sections(const String& prefix) const;
 
-  /// Commits the store to its file.
+  /// Commits the store to its file. A write that fails is not noticed.
   void commit();
 
 private:

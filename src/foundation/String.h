@@ -25,6 +25,7 @@ public:
   /// As the constructor from const char*, for bytes of known length, which may hold NUL.
   static String fromUTF8(std::string_view utf8);
 
+  /// Half a surrogate pair becomes U+FFFD. Throws Exception when the XML library's transcoder fails.
   std::string toUTF8() const;
   /// One byte a unit; units above 0xFF become "?".
   std::string toLatin1() const;
@@ -33,6 +34,7 @@ public:
   /// saturates.
   std::int32_t toLong() const;
   std::int64_t toLong64() const;
+  /// Base 10, without padding or separators.
   static String fromLong(std::int64_t value);
 
   /// Decimal syntax only, a point as decimal sign; commas are dropped; unreadable gives 0.0.
@@ -44,15 +46,20 @@ public:
 
   /// "12.50%": two decimals.
   static String toPercent(double value);
+  /// The text and a "%" behind it.
   static String appendPercent(const String& text);
   /// Reads a number with an optional "%" behind it; it is not divided by 100.
   double fromPercent() const;
   /// Reads what is left of the digits, "-", "+" and ".": for amounts with currency signs and separators.
   double toDoubleFiltered() const;
 
+  /// Takes every "," out, in place.
   static void removeCommas(String& text);
 
-  String substr(size_type position = 0, size_type count = npos) const { return Base::substr(position, count); }
+  /// The base's, as a String.
+  String substr(size_type position = 0, size_type count = npos) const {
+    return Base::substr(position, count);
+  }
 
   /// Independent of the locale: the simple case mapping of each unit.
   String toLower() const;

@@ -16,6 +16,7 @@ class UserInteraction {
 public:
   virtual ~UserInteraction();
 
+  // Message boxes. They come back when the user has closed them.
   virtual void information(const String& text) = 0;
   /// True when the answer is Yes.
   virtual bool question(const String& text) = 0;
@@ -27,6 +28,7 @@ public:
   /// The passing text of the status line, and the text that it goes back to. Any thread.
   virtual void setStatusText(const String& text) = 0;
   virtual void setNormalStatusText(const String& text) = 0;
+  /// Show and end the wait cursor; they nest. WaitCursor calls them in pairs.
   virtual void beginWait() = 0;
   virtual void endWait() = 0;
 
@@ -36,7 +38,9 @@ public:
   /// Index of the chosen entry; nothing when the user cancelled.
   virtual std::optional<std::size_t> chooseFromList(const String& title, const String& heading,
                                                     const std::vector<String>& entries) = 0;
+  /// Nothing when the user cancelled.
   virtual std::optional<Date> askDate(const String& title, const String& heading, const Date& initial) = 0;
+  /// Nothing when the user cancelled; otherwise a number from minimum to maximum.
   virtual std::optional<std::int32_t> askWholeNumber(const String& title, const String& heading,
                                                      std::int32_t minimum, std::int32_t maximum,
                                                      std::int32_t initial) = 0;

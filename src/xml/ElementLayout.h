@@ -44,17 +44,20 @@ public:
   /// The layout with this name and nothing else. Also makes the XML library ready.
   static const ElementLayout& named(std::u16string_view name);
 
+  /// The layout that has this registration as its last.
   const ElementLayout& withSubElement(std::u16string_view elementName, std::u16string_view referenceName,
                                       XMLElement::Factory factory, bool required, bool multiple) const;
   const ElementLayout& withAttribute(std::u16string_view name) const;
   /// Clears contentSafe of the attribute; one that is not there yet is added.
   const ElementLayout& withUnsafeAttribute(std::u16string_view name) const;
+  /// Clears contentSafe of the first registration with the name, which must be there.
   const ElementLayout& withUnsafeContent(std::u16string_view referenceName) const;
 
   const String& name() const { return m_name; }
   const std::string& nameUtf8() const { return m_nameUtf8; }
   const std::vector<SubElementRego>& subElements() const { return m_subElements; }
   const std::vector<AttributeRego>& attributes() const { return m_attributes; }
+  /// True for an attribute that is written raw; false also for one that is not registered.
   bool isAttributeSafe(std::u16string_view name) const;
   /// Index of the first registration with the reference name; the number of registrations when there is none.
   std::size_t find(std::u16string_view referenceName) const;

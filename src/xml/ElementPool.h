@@ -18,11 +18,13 @@ class ElementPool {
 public:
   static constexpr std::size_t BLOCK_SIZE = 100;
 
+  /// An empty instance, which belongs to the caller until it is given back.
   Element* take();
   /// Empties the instance and makes it the next to be taken. One that is not in use here (a copy) is left
   /// alone.
   void giveBack(Element& element);
 
+  // Counts of instances and their blocks, for tests and measurements.
   std::size_t numBlocks() const;
   std::size_t numFree() const;
   std::size_t numInUse() const;

@@ -20,6 +20,7 @@ public:
       flush();
     *m_next++ = byte;
   }
+  /// With markup as it stands.
   void text(std::u16string_view units);
   /// With the five characters of markup as entities.
   void escaped(std::u16string_view units);

@@ -50,6 +50,7 @@ public:
   /// Throws when the index is past the end.
   XMLElement& subElement(std::u16string_view referenceName, std::size_t index = 0);
   const XMLElement& subElement(std::u16string_view referenceName, std::size_t index = 0) const;
+  /// How many instances stand under the name, 0 or 1 for a single registration.
   std::size_t numSubElements(std::u16string_view referenceName) const;
   /// Takes the element over, also when it throws, and gives it back. Where a single registration holds an
   /// instance already, that one is destroyed.
@@ -67,9 +68,13 @@ public:
   /// Throws when the attribute is not present.
   const String& attribute(std::u16string_view name) const;
   bool hasAttribute(std::u16string_view name) const;
+  /// Replaces or inserts.
   void setAttribute(std::u16string_view name, const String& value);
+  /// Does nothing when there is none of this name.
   void removeAttribute(std::u16string_view name);
   bool isContentSafe() const { return m_contentSafe; }
+  /// This element's content is escaped on writing, and with it all that lies below.
+  void markContentUnsafe() { m_contentSafe = false; }
 
   /// Empties the element for another decode: attributes and value go, single required sub-elements are reset
   /// themselves, all others are destroyed.
@@ -85,7 +90,9 @@ public:
   /// Writes this element and all below it on one line, in UTF-8. What is missing throws, after what was
   /// written before it has gone to the stream. Characters that XML can't hold are dropped.
   void encode(std::ostream& stream);
+  /// A whole document: the XML declaration, a line that names the document type, and the element.
   void encodeWithDoctype(std::ostream& stream, const String& dtdName);
+  /// A whole document: the XML declaration, a line that names the stylesheet to show it by, and the element.
   void encodeWithStylesheet(std::ostream& stream, const String& stylesheetPath);
 
   // --- Parse events; the reader calls them on the element that is being read
@@ -135,10 +142,6 @@ protected:
   /// Called when the element's end tag was read, before its parent goes on. Classes that check themselves
   /// while they are read throw from here.
   virtual void endTagRead() {}
-
-public:
-  /// This element's content is escaped on writing, and with it all that lies below.
-  void markContentUnsafe() { m_contentSafe = false; }
 
 private:
   template <class>
