@@ -1,4 +1,5 @@
 #include "foundation/ProgramStart.h"
+#include "foundation/EndingSignals.h"
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
@@ -42,6 +43,7 @@ public:
 
 /// Collects the end of a child whenever it comes, so that it never stays as a zombie.
 void reapLater(pid_t child) {
+  const EndingSignalsBlocked blocked;
   std::thread([child] {
     int status = 0;
     while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {

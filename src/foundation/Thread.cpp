@@ -1,23 +1,9 @@
 #include "foundation/Thread.h"
+#include "foundation/EndingSignals.h"
 #include "foundation/Exception.h"
 #include <chrono>
-#include <csignal>
 
 namespace Tallymoor {
-
-namespace {
-
-/// A signal that ends the program would wait for the next event if a background thread took it: the toolkit
-/// hears of signals on its own thread.
-void leaveEndingSignalsToTheMainThread() {
-  sigset_t ending;
-  sigemptyset(&ending);
-  for (const int number : {SIGTERM, SIGINT, SIGHUP})
-    sigaddset(&ending, number);
-  pthread_sigmask(SIG_BLOCK, &ending, nullptr);
-}
-
-} // namespace
 
 Thread::Thread(std::uint32_t period, bool deleteWhenDone, std::uint32_t startDelay)
     : m_period(period), m_startDelay(startDelay), m_deleteWhenDone(deleteWhenDone) {}
@@ -40,7 +26,10 @@ void Thread::startLocked() {
   if (m_thread.joinable())
     m_thread.join(); // it has left its last guarded stretch, so it is about to end
   // First of all, since it may fail; the loop waits for the lock that is held here.
-  m_thread = std::thread(&Thread::run, this);
+  {
+    const EndingSignalsBlocked blocked;
+    m_thread = std::thread(&Thread::run, this);
+  }
   m_finished = false;
   m_started = true;
   m_stopRequested = false;
@@ -102,7 +91,6 @@ void Thread::setPeriod(std::uint32_t milliseconds) {
 }
 
 void Thread::run() {
-  leaveEndingSignalsToTheMainThread();
   std::unique_lock lock(m_stateMutex);
   waitStartDelay(lock);
   passes(lock);

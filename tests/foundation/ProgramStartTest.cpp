@@ -1,7 +1,11 @@
 #include "foundation/ProgramStart.h"
 #include "support/TestProfile.h"
+#include <csignal>
 #include <fcntl.h>
+#include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -40,6 +44,31 @@ TEST_F(ProgramStartTest, ArgumentsReachTheProgramWithoutAShell) {
   const std::string pipe = pipePath();
   ASSERT_TRUE(startProgram(script("printf '%s|' \"$@\" > " + pipe + "\n"), {"a b", "$(id)", ";x"}));
   EXPECT_EQ(readToEnd(pipe), "a b|$(id)|;x|");
+}
+
+/// The bits of the signals that a thread of this process does not take; none when it has ended meanwhile.
+std::optional<std::uint64_t> blockedSignals(const std::filesystem::path& task) {
+  std::ifstream status(task / "status");
+  for (std::string line; std::getline(status, line);)
+    if (line.starts_with("SigBlk:"))
+      return std::stoull(line.substr(7), nullptr, 16);
+  return std::nullopt;
+}
+
+TEST_F(ProgramStartTest, WhoWaitsForTheProgramLeavesEndingSignalsToTheMainThread) {
+  const std::string pipe = pipePath();
+  ASSERT_TRUE(startProgram(script("printf x > " + pipe + "\n"), {})); // it runs until the pipe is read
+  int waiting = 0;
+  for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+    const auto blocked = blockedSignals(task.path());
+    if (!blocked || task.path().filename() == std::to_string(::getpid()))
+      continue;
+    ++waiting;
+    for (const int number : {SIGTERM, SIGINT, SIGHUP})
+      EXPECT_TRUE(*blocked >> (number - 1) & 1) << number;
+  }
+  EXPECT_GE(waiting, 1);
+  EXPECT_EQ(readToEnd(pipe), "x");
 }
 
 TEST_F(ProgramStartTest, TellsWhenAProgramCannotBeStarted) {

@@ -104,15 +104,25 @@ TEST(ThreadTest, IsNotRunningBeforeItsStart) {
   EXPECT_EQ(thread.passes(), 0);
 }
 
+/// The signals that the calling thread does not take.
+sigset_t blockedHere() {
+  sigset_t blocked;
+  pthread_sigmask(SIG_BLOCK, nullptr, &blocked);
+  return blocked;
+}
+
 TEST(ThreadTest, SignalsThatEndTheProgramAreLeftToTheMainThread) {
   CountingThread thread(0);
   sigset_t blocked;
   sigemptyset(&blocked);
-  thread.work = [&blocked](int) { pthread_sigmask(SIG_BLOCK, nullptr, &blocked); };
+  thread.work = [&blocked](int) { blocked = blockedHere(); };
   thread.start();
   thread.join();
-  for (const int number : {SIGTERM, SIGINT, SIGHUP})
+  const sigset_t mine = blockedHere();
+  for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
     EXPECT_EQ(1, sigismember(&blocked, number)) << number;
+    EXPECT_EQ(0, sigismember(&mine, number)) << number;
+  }
 }
 
 TEST(ThreadTest, StopBeforeTheFirstPassEndsItWithNone) {
