@@ -45,6 +45,7 @@ XMLXslStylesheet::XMLXslStylesheet() : XMLElement(u"stylesheet") {
 
 void XMLXslStylesheet::startDocument() {
   m_rootMet = false;
+  removeAttribute(u"version"); // of a document that was read before
 }
 
 void XMLXslStylesheet::startElement(const char16_t*, const char16_t*, const char16_t* qualifiedName,

@@ -98,6 +98,7 @@ TEST(SmallDocumentsTest, TheStylesheetsVersionIsReadAndAllElsePassedOver) {
   EXPECT_EQ(stylesheet.value(), String());
   stylesheet.decode("<stylesheet version='13'/>");
   EXPECT_EQ(stylesheet.attribute(u"version"), String(u"13"));
+  EXPECT_EQ(failureOf([&] { stylesheet.decode("<stylesheet/>"); }), missing(u"version", u"stylesheet"));
 }
 
 TEST(SmallDocumentsTest, AStylesheetWithoutAVersionOrWithAnotherRootIsRefused) {
