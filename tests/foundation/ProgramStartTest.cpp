@@ -1,4 +1,5 @@
 #include "foundation/ProgramStart.h"
+#include "foundation/EndingSignals.h"
 #include "support/TestProfile.h"
 #include <csignal>
 #include <fcntl.h>
@@ -69,6 +70,25 @@ TEST_F(ProgramStartTest, WhoWaitsForTheProgramLeavesEndingSignalsToTheMainThread
   }
   EXPECT_GE(waiting, 1);
   EXPECT_EQ(readToEnd(pipe), "x");
+}
+
+TEST_F(ProgramStartTest, AProgramGetsASessionOfItsOwnAndNothingOfOurs) {
+  const std::string pipe = pipePath();
+  constexpr int INHERITABLE = 50;
+  ASSERT_EQ(::dup2(STDOUT_FILENO, INHERITABLE), INHERITABLE);
+  const auto before = std::signal(SIGPIPE, SIG_IGN);
+  const EndingSignalsBlocked blocked;
+  ASSERT_TRUE(startProgram(
+      script("exec > " + pipe +
+             "\nset -- $(cat /proc/$$/stat)\n"
+             "[ $1 = $6 ] && printf 'own session, '\n"
+             "[ -e /proc/$$/fd/50 ] || printf 'own files, '\n"
+             "grep -q '^SigBlk:.0*$' /proc/$$/status && printf 'nothing blocked, '\n"
+             "grep -q '^SigIgn:.*[02468ace]...$' /proc/$$/status && printf 'no broken pipe ignored'\n"),
+      {}));
+  EXPECT_EQ(readToEnd(pipe), "own session, own files, nothing blocked, no broken pipe ignored");
+  std::signal(SIGPIPE, before);
+  ::close(INHERITABLE);
 }
 
 TEST_F(ProgramStartTest, TellsWhenAProgramCannotBeStarted) {

@@ -75,6 +75,7 @@ TEST_F(CountryOfResidenceTest, OtherAsksForTheStartAndIsTheUnitedStates) {
   const auto calls = m_user.calls();
   ASSERT_EQ(calls.size(), 3u);
   EXPECT_EQ(calls[1].kind, Kind::AskDate);
+  EXPECT_EQ(calls[1].initialDate, Date(2026, 1, 1)); // the year that the user is in, as far as is known
   EXPECT_EQ(calls[1].text, String(u"Choose the start of your financial\nyear for tax purposes."));
   EXPECT_EQ(calls[2].kind, Kind::Information);
   EXPECT_EQ(calls[2].text,
@@ -175,6 +176,16 @@ TEST_F(CountryOfResidenceTest, AReloadTakesADeliveredDocumentWithoutAsking) {
   CountryOfResidence::Instance().reload();
   expectStart(1, 8);
   EXPECT_TRUE(m_user.calls().empty());
+}
+
+TEST_F(CountryOfResidenceTest, AYearThatBeginsOnALeapDayBeginsOnTheFirstOfMarchInOtherYears) {
+  m_user.answerChoice(2);
+  m_user.answerDate(Date(2024, 2, 29));
+  const CountryOfResidence& country = CountryOfResidence::Instance();
+  expectStart(29, 2);
+  EXPECT_EQ(country.financialYearOf(Date(2024, 2, 29)), Date(2024, 2, 29));
+  EXPECT_EQ(country.financialYearOf(Date(2026, 3, 1)), Date(2026, 3, 1));
+  EXPECT_EQ(country.financialYearOf(Date(2026, 2, 28)), Date(2025, 3, 1));
 }
 
 TEST_F(CountryOfResidenceTest, TheFinancialYearOfADay) {
