@@ -21,6 +21,11 @@ String FormTextField::text() const {
 
 void FormTextField::setText(const String& text) {
   FXTextField::setText(toFox(text));
+  if (!m_readOnly)
+    return;
+  // Nobody types at its end: a long text is read from its beginning.
+  setCursorPos(0);
+  makePositionVisible(0);
 }
 
 void FormTextField::makeReadOnly() {
