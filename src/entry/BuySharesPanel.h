@@ -1,23 +1,15 @@
 #pragma once
-#include "foundation/Date.h"
-#include "widgets/GUIPanel.h"
-#include <memory>
+#include "entry/TradePanel.h"
 
 namespace Tallymoor {
 
-class FormIcons;
-class FormRows;
-class FormTextField;
-class NumberField;
-
 /// The form for one purchase of shares.
-class BuySharesPanel : public GUIPanel {
+class BuySharesPanel : public TradePanel {
   FXDECLARE(BuySharesPanel)
 public:
-  enum { ID_CHOOSE_DATE = GUIPanel::ID_LAST, ID_SEARCH_CODE, ID_CODE, ID_LAST };
+  enum { ID_SEARCH_CODE = TradePanel::ID_LAST, ID_CODE, ID_LAST };
 
   explicit BuySharesPanel(FXComposite* parent);
-  ~BuySharesPanel() override;
 
   /// Every field to its initial value: today, the default brokerage, and for a code the price that is known
   /// of it.
@@ -33,37 +25,22 @@ public:
   /// Without blanks around it.
   String code() const;
   String name() const;
-  double number() const;
-  double price() const;
-  double brokerage() const;
-  /// Throws Exception when the text is no date of the local form.
-  Date date() const;
-  String comments() const;
 
-  long onChooseDate(FXObject*, FXSelector, void*);
   long onSearchCode(FXObject*, FXSelector, void*);
   /// A code that is typed has not been searched for: the name goes.
   long onCodeTyped(FXObject*, FXSelector, void*);
 
 protected:
-  BuySharesPanel();
+  BuySharesPanel() {}
 
 private:
   void buildStockRows(FormRows& rows);
-  void buildPurchaseRows(FormRows& rows);
   void showFoundStock(const String& code, const String& name);
   bool checkNumbers() const;
-  bool checkBrokerage() const;
   bool checkCode() const;
 
-  std::unique_ptr<FormIcons> m_icons;
   FormTextField* m_code = nullptr;
   FormTextField* m_name = nullptr;
-  NumberField* m_number = nullptr;
-  NumberField* m_price = nullptr;
-  NumberField* m_brokerage = nullptr;
-  FormTextField* m_date = nullptr;
-  FXText* m_comments = nullptr;
 };
 
 } // namespace Tallymoor

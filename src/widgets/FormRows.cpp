@@ -1,4 +1,5 @@
 #include "widgets/FormRows.h"
+#include "widgets/FormNotes.h"
 #include "widgets/FormTextField.h"
 #include "widgets/NumberField.h"
 #include "widgets/ToolkitText.h"
@@ -37,6 +38,14 @@ FormTextField* FormRows::addTextWithButton(const String& label, FXIcon* icon, co
   return field;
 }
 
+FXCheckButton* FormRows::addCheck(const String& label, FXObject* target, FXSelector selector) {
+  m_rows.push_back(new FXHorizontalFrame(m_parent, LAYOUT_FILL_X, 0, 0, 0, 0, 0, 0, 0, 0));
+  auto* check = new FXCheckButton(m_rows.back(), labelText(label), target, selector,
+                                  CHECKBUTTON_NORMAL | JUSTIFY_LEFT | LAYOUT_CENTER_Y);
+  m_labels.push_back(check);
+  return check;
+}
+
 FXText* FormRows::addNotes(const String& title) {
   constexpr FXint leastWidth = 400;
   auto* group =
@@ -44,7 +53,7 @@ FXText* FormRows::addNotes(const String& title) {
   auto* frame = new FXHorizontalFrame(
       group, FRAME_SUNKEN | FRAME_THICK | LAYOUT_FILL_X | LAYOUT_FILL_Y | LAYOUT_MIN_WIDTH, 0, 0, leastWidth,
       0, 0, 0, 0, 0);
-  auto* text = new FXText(frame, nullptr, 0, TEXT_WORDWRAP | LAYOUT_FILL_X | LAYOUT_FILL_Y);
+  auto* text = new FormNotes(frame, TEXT_WORDWRAP | LAYOUT_FILL_X | LAYOUT_FILL_Y);
   text->setVisibleRows(5);
   return text;
 }

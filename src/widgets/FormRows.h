@@ -25,6 +25,8 @@ public:
   /// has it.
   FormTextField* addTextWithButton(const String& label, FXIcon* icon, const String& tip, FXObject* target,
                                    FXSelector buttonSelector);
+  /// A row that a check button begins, in the column of the labels; the row is its parent.
+  FXCheckButton* addCheck(const String& label, FXObject* target, FXSelector selector);
   /// A group box with a text of several lines, at least 400 wide.
   FXText* addNotes(const String& title);
 

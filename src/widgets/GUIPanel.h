@@ -17,11 +17,12 @@ public:
   const String& title() const { return m_title; }
   const String& description() const { return m_description; }
 
+  /// The body of validate(), also of a dialog that holds its fields itself: an Exception in the checks shows
+  /// "There was a problem validating your input" and counts as false.
+  static bool runChecks(const std::function<bool()>& checks);
+
 protected:
   GUIPanel() {}
-  /// The body of validate(): an Exception in the checks shows "There was a problem validating your input" and
-  /// counts as false.
-  static bool runChecks(const std::function<bool()>& checks);
 
 private:
   String m_title;

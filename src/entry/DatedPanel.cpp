@@ -1,0 +1,47 @@
+#include "entry/DatedPanel.h"
+#include "entry/FormChecks.h"
+#include "entry/FormIcons.h"
+#include "widgets/CalendarDialog.h"
+#include "widgets/FormRows.h"
+#include "widgets/FormTextField.h"
+#include "widgets/HandlerScope.h"
+
+namespace Tallymoor {
+
+FXDEFMAP(DatedPanel)
+DatedPanelMap[] = {
+    FXMAPFUNC(SEL_COMMAND, DatedPanel::ID_CHOOSE_DATE, DatedPanel::onChooseDate),
+};
+
+FXIMPLEMENT(DatedPanel, GUIPanel, DatedPanelMap, ARRAYNUMBER(DatedPanelMap))
+
+DatedPanel::DatedPanel() = default;
+
+DatedPanel::DatedPanel(FXComposite* parent, const String& title, const String& description)
+    : GUIPanel(parent, title, description), m_icons(std::make_unique<FormIcons>(getApp())) {}
+
+DatedPanel::~DatedPanel() = default;
+
+void DatedPanel::addDate(FormRows& rows, const String& label) {
+  m_date = addDateRow(rows, label, *m_icons, this, ID_CHOOSE_DATE);
+  setDate(Date());
+}
+
+Date DatedPanel::date() const {
+  return dateIn(*m_date);
+}
+
+void DatedPanel::setDate(const Date& date) {
+  m_date->setText(date.toString(DATE_DISPLAY_LOCAL));
+}
+
+bool DatedPanel::checkDate(const String& futureMessage) const {
+  return requireNotInFuture(*m_date, futureMessage);
+}
+
+long DatedPanel::onChooseDate(FXObject*, FXSelector, void*) {
+  return guardedHandler(String(getClassName()) + u"::onChooseDate failed.",
+                        [this] { chooseDate(this, *m_date); });
+}
+
+} // namespace Tallymoor

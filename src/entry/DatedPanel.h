@@ -1,0 +1,44 @@
+#pragma once
+#include "foundation/Date.h"
+#include "widgets/GUIPanel.h"
+#include <memory>
+
+namespace Tallymoor {
+
+class FormIcons;
+class FormRows;
+class FormTextField;
+
+/// A form for something that happened on a day. The day can be typed in the user's local form, or picked from
+/// a calendar by the small button beside the field.
+class DatedPanel : public GUIPanel {
+  FXDECLARE(DatedPanel)
+public:
+  enum { ID_CHOOSE_DATE = GUIPanel::ID_LAST, ID_LAST };
+
+  DatedPanel(FXComposite* parent, const String& title, const String& description);
+  ~DatedPanel() override;
+
+  /// Throws Exception when the text is no date of the local form.
+  Date date() const;
+  void setDate(const Date& date);
+
+  /// A failure is reported under the name of the form's own class.
+  long onChooseDate(FXObject*, FXSelector, void*);
+
+protected:
+  DatedPanel();
+  const FormIcons& icons() const { return *m_icons; }
+  /// Adds the row of the date; once for a form.
+  void addDate(FormRows& rows, const String& label);
+  FormTextField* dateField() const { return m_date; }
+  /// Refuses a day after today with the message. Throws Exception, with the focus in the field, when the text
+  /// is no date.
+  bool checkDate(const String& futureMessage) const;
+
+private:
+  std::unique_ptr<FormIcons> m_icons;
+  FormTextField* m_date = nullptr;
+};
+
+} // namespace Tallymoor

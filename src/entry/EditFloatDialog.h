@@ -1,0 +1,19 @@
+#pragma once
+#include "entry/GetFloatDialog.h"
+
+namespace Tallymoor {
+
+class XMLElement;
+
+/// Changes a recorded amount of cash; the caller edits the record from panel() when execute() gives 1.
+class EditFloatDialog : public GetFloatDialog {
+  FXDECLARE(EditFloatDialog)
+public:
+  /// The event is a CashEvent; only read, and only here.
+  EditFloatDialog(FXWindow* owner, const String& title, const String& heading, const XMLElement& cashEvent);
+
+protected:
+  EditFloatDialog() {}
+};
+
+} // namespace Tallymoor

@@ -1,0 +1,170 @@
+#include "entry/EditSoldShareDialog.h"
+#include "entry/FormChecks.h"
+#include "entry/FormIcons.h"
+#include "entry/OptionalText.h"
+#include "foundation/Amounts.h"
+#include "foundation/Platform.h"
+#include "widgets/CalendarDialog.h"
+#include "widgets/FormRows.h"
+#include "widgets/GUIPanel.h"
+#include "widgets/HandlerScope.h"
+#include "widgets/NumberField.h"
+#include "widgets/ToolkitText.h"
+#include "xml/Leaves.h"
+
+namespace Tallymoor {
+
+FXDEFMAP(EditSoldShareDialog)
+EditSoldShareDialogMap[] = {
+    FXMAPFUNC(SEL_COMMAND, EditSoldShareDialog::ID_CHOOSE_BUY_DATE, EditSoldShareDialog::onChooseBuyDate),
+    FXMAPFUNC(SEL_COMMAND, EditSoldShareDialog::ID_CHOOSE_SELL_DATE, EditSoldShareDialog::onChooseSellDate),
+    FXMAPFUNC(SEL_CHANGED, EditSoldShareDialog::ID_BROKERAGE, EditSoldShareDialog::onBrokerageTyped),
+};
+
+FXIMPLEMENT(EditSoldShareDialog, Dialog, EditSoldShareDialogMap, ARRAYNUMBER(EditSoldShareDialogMap))
+
+namespace {
+
+constexpr int amountDecimals = 2;
+constexpr int priceDecimals = 4;
+
+String captionFor(const Date& sellDate) {
+  return u"Edit share sold on " + sellDate.toString(DATE_DISPLAY_LOCAL);
+}
+
+} // namespace
+
+EditSoldShareDialog::EditSoldShareDialog() = default;
+
+EditSoldShareDialog::EditSoldShareDialog(FXWindow* owner, const String& code, const XMLElement& sellEvent)
+    : Dialog(owner, captionFor(dateValue(sellEvent, u"SellDate")), String()),
+      m_icons(std::make_unique<FormIcons>(getApp())) {
+  FormRows rows(contents());
+  buildAmountRows(rows);
+  buildBrokerageRows(rows);
+  buildDateRows(rows);
+  rows.align();
+  m_comments = rows.addNotes(u"Sale reasons, comments, indicators");
+  show(code, sellEvent);
+  setFirstFocus(m_number);
+}
+
+EditSoldShareDialog::~EditSoldShareDialog() = default;
+
+void EditSoldShareDialog::buildAmountRows(FormRows& rows) {
+  m_code = rows.addReadOnly(u"Stock Code");
+  m_number = rows.addNumber(u"Number sold", amountDecimals);
+  m_buyPrice = rows.addNumber(u"Buy price", priceDecimals);
+  m_sellPrice = rows.addNumber(u"Sell price", priceDecimals);
+}
+
+void EditSoldShareDialog::buildBrokerageRows(FormRows& rows) {
+  m_buyBrokerage = rows.addNumber(u"Buy Brokerage paid", amountDecimals, this, ID_BROKERAGE);
+  m_sellBrokerage = rows.addNumber(u"Sell Brokerage paid", amountDecimals, this, ID_BROKERAGE);
+  m_totalBrokerage = rows.addNumber(u"TOTAL brokerage paid", amountDecimals);
+  m_totalBrokerage->makeReadOnly();
+}
+
+void EditSoldShareDialog::buildDateRows(FormRows& rows) {
+  m_buyDate = addDateRow(rows, u"Date bought", *m_icons, this, ID_CHOOSE_BUY_DATE);
+  m_sellDate = addDateRow(rows, u"Date sold", *m_icons, this, ID_CHOOSE_SELL_DATE);
+}
+
+void EditSoldShareDialog::show(const String& code, const XMLElement& sellEvent) {
+  m_code->setText(code);
+  m_number->setValue(doubleValue(sellEvent, u"NumHeld"));
+  m_buyPrice->setValue(doubleValue(sellEvent, u"BuyPrice"));
+  m_sellPrice->setValue(doubleValue(sellEvent, u"SellPrice"));
+  m_buyBrokerage->setValue(doubleValue(sellEvent, u"BuyBrokerage"));
+  m_sellBrokerage->setValue(doubleValue(sellEvent, u"SellBrokerage"));
+  m_buyDate->setText(dateValue(sellEvent, u"BuyDate").toString(DATE_DISPLAY_LOCAL));
+  m_sellDate->setText(dateValue(sellEvent, u"SellDate").toString(DATE_DISPLAY_LOCAL));
+  m_comments->setText(toFox(optionalText(sellEvent, u"Comment")));
+  showTotalBrokerage();
+}
+
+void EditSoldShareDialog::showTotalBrokerage() {
+  m_totalBrokerage->setValue(buyBrokerage() + sellBrokerage());
+}
+
+bool EditSoldShareDialog::validate() {
+  return GUIPanel::runChecks([this] { return checkNumbers() && checkBrokerages() && checkDates(); });
+}
+
+bool EditSoldShareDialog::checkNumbers() const {
+  if (!requireShares(*m_number, u"You must select the number of shares sold.") ||
+      !requireNumber(*m_buyPrice, u"You must enter the price you bought the shares"))
+    return false;
+  return !showsAsZero(sellPrice()) ||
+         confirm(*m_sellPrice, u"Do you really want to record a sell price of " +
+                                   Platform::Instance().currencyFormat(sellPrice()) + u"?");
+}
+
+bool EditSoldShareDialog::checkBrokerages() const {
+  if (showsAsZero(buyBrokerage()) &&
+      !confirm(*m_buyBrokerage, u"Are you sure there was no buy brokerage charged\nfor this purchase?"))
+    return false;
+  return !showsAsZero(sellBrokerage()) ||
+         confirm(*m_sellBrokerage, u"Are you sure there was no sell brokerage charged\nfor this purchase?");
+}
+
+bool EditSoldShareDialog::checkDates() const {
+  if (!requireNotInFuture(*m_sellDate, u"You can't specify a sell date in the future.") ||
+      !requireNotInFuture(*m_buyDate, u"You can't specify a buy date in the future."))
+    return false;
+  return sellDate() >= buyDate() || refuse(*m_sellDate, u"The sell date is before the buy date!");
+}
+
+String EditSoldShareDialog::code() const {
+  return m_code->text();
+}
+
+double EditSoldShareDialog::number() const {
+  return m_number->value();
+}
+
+double EditSoldShareDialog::buyPrice() const {
+  return m_buyPrice->value();
+}
+
+double EditSoldShareDialog::sellPrice() const {
+  return m_sellPrice->value();
+}
+
+double EditSoldShareDialog::buyBrokerage() const {
+  return m_buyBrokerage->value();
+}
+
+double EditSoldShareDialog::sellBrokerage() const {
+  return m_sellBrokerage->value();
+}
+
+Date EditSoldShareDialog::buyDate() const {
+  return dateIn(*m_buyDate);
+}
+
+Date EditSoldShareDialog::sellDate() const {
+  return dateIn(*m_sellDate);
+}
+
+String EditSoldShareDialog::comments() const {
+  return fromFox(m_comments->getText());
+}
+
+// Both failures are reported under the name of the form for sales, which users know them by.
+
+long EditSoldShareDialog::onChooseBuyDate(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"SellSharesPanel::onChooseBuyDate failed.",
+                        [this] { chooseDate(this, *m_buyDate); });
+}
+
+long EditSoldShareDialog::onChooseSellDate(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"SellSharesPanel::onChooseSellDate failed.",
+                        [this] { chooseDate(this, *m_sellDate); });
+}
+
+long EditSoldShareDialog::onBrokerageTyped(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"EditSoldShareDialog::onBrokerageTyped failed.", [this] { showTotalBrokerage(); });
+}
+
+} // namespace Tallymoor

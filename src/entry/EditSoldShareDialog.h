@@ -1,0 +1,69 @@
+#pragma once
+#include "foundation/Date.h"
+#include "widgets/Dialog.h"
+#include <memory>
+
+namespace Tallymoor {
+
+class FormIcons;
+class FormRows;
+class FormTextField;
+class NumberField;
+class XMLElement;
+
+/// Changes a recorded sale, both the side of the purchase and that of the sale; the caller edits the record
+/// when execute() gives 1.
+class EditSoldShareDialog : public Dialog {
+  FXDECLARE(EditSoldShareDialog)
+public:
+  enum { ID_CHOOSE_BUY_DATE = Dialog::ID_LAST, ID_CHOOSE_SELL_DATE, ID_BROKERAGE, ID_LAST };
+
+  /// The event is a SellEvent of the sold share that has the code; only read, and only here.
+  EditSoldShareDialog(FXWindow* owner, const String& code, const XMLElement& sellEvent);
+  ~EditSoldShareDialog() override;
+
+  bool validate() override;
+
+  String code() const;
+  double number() const;
+  double buyPrice() const;
+  double sellPrice() const;
+  double buyBrokerage() const;
+  double sellBrokerage() const;
+  /// These two throw Exception when the text is no date of the local form.
+  Date buyDate() const;
+  Date sellDate() const;
+  String comments() const;
+
+  long onChooseBuyDate(FXObject*, FXSelector, void*);
+  long onChooseSellDate(FXObject*, FXSelector, void*);
+  /// Keeps the total the sum of both brokerages.
+  long onBrokerageTyped(FXObject*, FXSelector, void*);
+
+protected:
+  EditSoldShareDialog();
+
+private:
+  void buildAmountRows(FormRows& rows);
+  void buildBrokerageRows(FormRows& rows);
+  void buildDateRows(FormRows& rows);
+  void show(const String& code, const XMLElement& sellEvent);
+  void showTotalBrokerage();
+  bool checkNumbers() const;
+  bool checkBrokerages() const;
+  bool checkDates() const;
+
+  std::unique_ptr<FormIcons> m_icons;
+  FormTextField* m_code = nullptr;
+  NumberField* m_number = nullptr;
+  NumberField* m_buyPrice = nullptr;
+  NumberField* m_sellPrice = nullptr;
+  NumberField* m_buyBrokerage = nullptr;
+  NumberField* m_sellBrokerage = nullptr;
+  NumberField* m_totalBrokerage = nullptr;
+  FormTextField* m_buyDate = nullptr;
+  FormTextField* m_sellDate = nullptr;
+  FXText* m_comments = nullptr;
+};
+
+} // namespace Tallymoor

@@ -1,0 +1,61 @@
+#include "entry/FormChecks.h"
+#include "entry/FormIcons.h"
+#include "foundation/Amounts.h"
+#include "foundation/Exception.h"
+#include "widgets/FormRows.h"
+#include "widgets/MainWindow.h"
+#include "widgets/NumberField.h"
+
+namespace Tallymoor {
+
+namespace {
+
+void putFocus(FXWindow& field) {
+  field.setFocus();
+  if (auto* text = dynamic_cast<FXTextField*>(&field))
+    text->selectAll();
+}
+
+} // namespace
+
+bool refuse(FXWindow& field, const String& message) {
+  MainWindow::error(message);
+  putFocus(field);
+  return false;
+}
+
+bool confirm(FXWindow& field, const String& question) {
+  if (MainWindow::question(question))
+    return true;
+  putFocus(field);
+  return false;
+}
+
+bool requireNumber(NumberField& field, const String& message) {
+  return !showsAsZero(field.value()) || refuse(field, message);
+}
+
+bool requireShares(NumberField& field, const String& message) {
+  return (field.value() > 0.0 && !showsAsZero(field.value())) || refuse(field, message);
+}
+
+bool requireNotInFuture(FormTextField& field, const String& message) {
+  try {
+    return dateIn(field) <= Date() || refuse(field, message);
+  } catch (const Exception&) {
+    putFocus(field);
+    throw;
+  }
+}
+
+Date dateIn(const FormTextField& field) {
+  return Date(field.text().trimmed(), DATE_DISPLAY_LOCAL);
+}
+
+FormTextField* addDateRow(FormRows& rows, const String& label, const FormIcons& icons, FXObject* target,
+                          FXSelector chooseSelector) {
+  return rows.addTextWithButton(label, icons.calendar(), u"\tChoose a date\tChoose a date", target,
+                                chooseSelector);
+}
+
+} // namespace Tallymoor

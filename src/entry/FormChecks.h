@@ -1,0 +1,33 @@
+#pragma once
+#include "foundation/Date.h"
+#include <fx.h>
+
+namespace Tallymoor {
+
+class FormIcons;
+class FormRows;
+class FormTextField;
+class NumberField;
+
+// The steps of a form's validate(). Each tells the user what is wrong and gives false to stay in the form.
+// The field at fault keeps what was typed and has the focus then, its text selected.
+
+/// An error that ends the checks; always false.
+bool refuse(FXWindow& field, const String& message);
+/// A question that has to be answered with Yes for the checks to go on.
+bool confirm(FXWindow& field, const String& question);
+/// Refuses a number that shows as zero.
+bool requireNumber(NumberField& field, const String& message);
+/// Refuses a number that shows as zero or is negative: nobody holds, buys or sells less than no shares.
+bool requireShares(NumberField& field, const String& message);
+/// Refuses a day after today. Throws Exception, with the focus in the field, when the text is no date.
+bool requireNotInFuture(FormTextField& field, const String& message);
+
+/// The day in a field. Throws Exception when the text is no date of the user's local form.
+Date dateIn(const FormTextField& field);
+
+/// The row of a date, with the button that opens the calendar.
+FormTextField* addDateRow(FormRows& rows, const String& label, const FormIcons& icons, FXObject* target,
+                          FXSelector chooseSelector);
+
+} // namespace Tallymoor

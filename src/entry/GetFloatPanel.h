@@ -1,0 +1,37 @@
+#pragma once
+#include "entry/DatedPanel.h"
+
+namespace Tallymoor {
+
+class NumberField;
+
+/// The form for an amount of cash on a day, with an optional description: deposits, withdrawals, interest and
+/// fees, as its texts say.
+class GetFloatPanel : public DatedPanel {
+  FXDECLARE(GetFloatPanel)
+public:
+  GetFloatPanel(FXComposite* parent, const String& title, const String& description,
+                double initialValue = 0.0, const Date& initialDate = Date());
+
+  /// These values, and no description.
+  void reset(double initialValue = 0.0, const Date& initialDate = Date());
+  void setText(const String& description);
+
+  bool validate() override;
+  /// The field that has the focus when the form opens.
+  FXWindow* firstField() const;
+
+  /// May be negative.
+  double value() const;
+  /// What the user wrote on the amount; description() is the form's own.
+  String text() const;
+
+protected:
+  GetFloatPanel() {}
+
+private:
+  NumberField* m_value = nullptr;
+  FormTextField* m_text = nullptr;
+};
+
+} // namespace Tallymoor

@@ -1,0 +1,278 @@
+#include "entry/ReceiveDividendsPanel.h"
+#include "engine/FrankingCredit.h"
+#include "engine/SharePortfolioUser.h"
+#include "entry/CountryNames.h"
+#include "entry/FormChecks.h"
+#include "entry/OptionalText.h"
+#include "entry/StockChoice.h"
+#include "foundation/Amounts.h"
+#include "widgets/FormRows.h"
+#include "widgets/HandlerScope.h"
+#include "widgets/NumberField.h"
+#include "widgets/NumberSpinner.h"
+#include "widgets/ToolkitText.h"
+#include "xml/CountryOfResidence.h"
+#include "xml/Leaves.h"
+#include <algorithm>
+
+namespace Tallymoor {
+
+FXDEFMAP(ReceiveDividendsPanel)
+ReceiveDividendsPanelMap[] = {
+    FXMAPFUNC(SEL_COMMAND, ReceiveDividendsPanel::ID_CODE, ReceiveDividendsPanel::onListChanged),
+    FXMAPFUNC(SEL_COMMAND, ReceiveDividendsPanel::ID_CASH, ReceiveDividendsPanel::onRadioCash),
+    FXMAPFUNC(SEL_COMMAND, ReceiveDividendsPanel::ID_DRP, ReceiveDividendsPanel::onRadioDRP),
+    FXMAPFUNC(SEL_COMMAND, ReceiveDividendsPanel::ID_RECOMPUTE, ReceiveDividendsPanel::onRecompute),
+    FXMAPFUNC(SEL_CHANGED, ReceiveDividendsPanel::ID_RECOMPUTE, ReceiveDividendsPanel::onRecompute),
+};
+
+FXIMPLEMENT(ReceiveDividendsPanel, DatedPanel, ReceiveDividendsPanelMap,
+            ARRAYNUMBER(ReceiveDividendsPanelMap))
+
+namespace {
+
+constexpr int amountDecimals = 2;
+constexpr int priceDecimals = 4;
+constexpr int rateDecimals = 6;
+constexpr std::int32_t fullyFranked = 100;
+constexpr const char16_t* countryPrompt = u"<enter country of origin>";
+
+void setEnabled(FXWindow* widget, bool enabled) {
+  if (enabled)
+    widget->enable();
+  else
+    widget->disable();
+}
+
+void setShown(FXWindow* widget, bool shown) {
+  if (shown)
+    widget->show();
+  else
+    widget->hide();
+}
+
+} // namespace
+
+ReceiveDividendsPanel::ReceiveDividendsPanel(FXComposite* parent, const SharePortfolioUser* portfolio,
+                                             const String& initialCode)
+    : DatedPanel(parent, u"Receive a dividend",
+                 u"Specify the share code, date and amount of the dividend received."),
+      m_portfolio(portfolio) {
+  FormRows rows(this);
+  buildHoldingRows(rows);
+  buildValueRows(rows);
+  buildForeignRows(rows);
+  buildPaymentRows(rows);
+  rows.align();
+  reset(initialCode);
+}
+
+void ReceiveDividendsPanel::buildHoldingRows(FormRows& rows) {
+  constexpr FXint spinnerColumns = 5;
+  m_code = new StockChoice(rows.addRow(u"Stock Code"), u"<select stock code>", this, ID_CODE);
+  m_held = rows.addNumber(u"On Shares Held", amountDecimals, this, ID_RECOMPUTE);
+  m_rate = rows.addNumber(u"Dividend Rate", rateDecimals, this, ID_RECOMPUTE);
+  m_percentFranked = new NumberSpinner(rows.addRow(u"Percent Franked"), spinnerColumns, 0, fullyFranked, 0,
+                                       this, ID_RECOMPUTE);
+}
+
+void ReceiveDividendsPanel::buildValueRows(FormRows& rows) {
+  m_value = rows.addNumber(u"Value", amountDecimals);
+  m_value->makeReadOnly();
+  m_frankingCredit = rows.addNumber(u"Franking Credit", amountDecimals);
+  m_frankingCredit->makeReadOnly();
+  addDate(rows, u"Date Received");
+}
+
+void ReceiveDividendsPanel::buildForeignRows(FormRows& rows) {
+  m_foreign = rows.addCheck(u"Foreign Div", this, ID_RECOMPUTE);
+  m_country =
+      new FormComboBox(static_cast<FXComposite*>(m_foreign->getParent()), nullptr, 0, COMBOBOX_NORMAL);
+  m_withholdingTax = rows.addNumber(u"Withholding Tax", amountDecimals);
+}
+
+void ReceiveDividendsPanel::buildPaymentRows(FormRows& rows) {
+  FXHorizontalFrame* payment = rows.addRow(String());
+  m_cash = new FXRadioButton(payment, "Paid in cash", this, ID_CASH);
+  m_drp = new FXRadioButton(payment, "Dividend reinvestment", this, ID_DRP);
+  m_shares = rows.addNumber(u"Shares received", amountDecimals);
+  m_sharesLabel = rows.lastLabel();
+  m_sharePrice = rows.addNumber(u"Share price", priceDecimals);
+  m_sharePriceLabel = rows.lastLabel();
+}
+
+void ReceiveDividendsPanel::setPortfolio(const SharePortfolioUser* portfolio) {
+  m_portfolio = portfolio;
+  reset();
+}
+
+void ReceiveDividendsPanel::reset(const String& initialCode) {
+  m_code->fill(m_portfolio);
+  m_code->choose(initialCode);
+  m_rate->setValue(0.0);
+  m_withholdingTax->setValue(0.0);
+  m_foreign->setCheck(FALSE);
+  setDate(Date());
+  fillCountries();
+  showFranking();
+  payInCash();
+  showHolding();
+}
+
+void ReceiveDividendsPanel::fillCountries() {
+  constexpr FXint mostVisible = 12;
+  m_country->clearItems();
+  for (const String& name : likelyCountries(m_portfolio))
+    m_country->appendItem(toFox(name));
+  m_country->setNumVisible(std::min(m_country->getNumItems(), mostVisible));
+}
+
+void ReceiveDividendsPanel::showFranking() {
+  const bool franking = CountryOfResidence::Instance().isAustralia();
+  m_percentFranked->setValue(franking ? fullyFranked : 0);
+  setShown(m_percentFranked->getParent(), franking);
+  setShown(m_frankingCredit->getParent(), franking);
+  recalc();
+}
+
+void ReceiveDividendsPanel::showDividend(const XMLElement& dividendEvent) {
+  m_code->add(textValue(dividendEvent, u"Code"));
+  m_code->choose(textValue(dividendEvent, u"Code"));
+  m_held->setValue(doubleValue(dividendEvent, u"NumHeld"));
+  m_rate->setValue(doubleValue(dividendEvent, u"Rate"));
+  m_percentFranked->setValue(longValue(dividendEvent, u"PercentFranked"));
+  setDate(dateValue(dividendEvent, u"ReceiveDate"));
+  const String country = optionalText(dividendEvent, u"ForeignDividend");
+  m_foreign->setCheck(!country.empty());
+  m_withholdingTax->setValue(optionalText(dividendEvent, u"WithholdingTax").toDouble());
+  recompute();
+  if (!country.empty())
+    m_country->setText(toFox(country));
+  const double shares = doubleValue(dividendEvent, u"DRPShares");
+  if (showsAsZero(shares)) {
+    payInCash();
+    return;
+  }
+  reinvest();
+  m_shares->setValue(shares);
+  m_sharePrice->setValue(doubleValue(dividendEvent, u"DRPRate"));
+}
+
+void ReceiveDividendsPanel::showHolding() {
+  m_held->setValue(m_portfolio ? m_portfolio->numHeld(code()) : 0.0);
+  recompute();
+}
+
+void ReceiveDividendsPanel::recompute() {
+  m_value->setValue(value());
+  m_frankingCredit->setValue(frankingCredit());
+  setEnabled(m_country, isForeign());
+  if (!isForeign())
+    m_country->setText(toFox(countryPrompt));
+}
+
+void ReceiveDividendsPanel::payInCash() {
+  m_cash->setCheck(TRUE);
+  m_drp->setCheck(FALSE);
+  m_shares->setValue(0.0);
+  m_sharePrice->setValue(0.0);
+  enablePaymentFields(false);
+}
+
+void ReceiveDividendsPanel::reinvest() {
+  m_cash->setCheck(FALSE);
+  m_drp->setCheck(TRUE);
+  enablePaymentFields(true);
+}
+
+void ReceiveDividendsPanel::enablePaymentFields(bool reinvested) {
+  for (FXWindow* widget : {static_cast<FXWindow*>(m_sharesLabel), static_cast<FXWindow*>(m_shares),
+                           static_cast<FXWindow*>(m_sharePriceLabel), static_cast<FXWindow*>(m_sharePrice)})
+    setEnabled(widget, reinvested);
+}
+
+FXWindow* ReceiveDividendsPanel::firstField() const {
+  if (code().empty())
+    return m_code->textField();
+  return showsAsZero(rate()) ? m_rate : m_held;
+}
+
+bool ReceiveDividendsPanel::validate() {
+  return runChecks([this] {
+    if (code().empty())
+      return refuse(*m_code->textField(), u"You must select the share code");
+    if (!checkDate(u"You can't specify a date in the future.") ||
+        !requireShares(*m_held, u"You must select the number of shares the dividend was given for") ||
+        !requireNumber(*m_rate, u"You must record the dividend rate"))
+      return false;
+    return !isForeign() || !country().empty() ||
+           refuse(*m_country->textField(), u"You must enter the country of origin of the foreign dividend.");
+  });
+}
+
+String ReceiveDividendsPanel::code() const {
+  return m_code->code();
+}
+
+double ReceiveDividendsPanel::numHeld() const {
+  return m_held->value();
+}
+
+double ReceiveDividendsPanel::rate() const {
+  return m_rate->value();
+}
+
+std::int32_t ReceiveDividendsPanel::percentFranked() const {
+  return m_percentFranked->number();
+}
+
+double ReceiveDividendsPanel::value() const {
+  return numHeld() * rate();
+}
+
+double ReceiveDividendsPanel::frankingCredit() const {
+  return Tallymoor::frankingCredit(numHeld(), rate(), percentFranked());
+}
+
+bool ReceiveDividendsPanel::isForeign() const {
+  return m_foreign->getCheck() == TRUE;
+}
+
+String ReceiveDividendsPanel::country() const {
+  const String text = isForeign() ? fromFox(m_country->getText()).trimmed() : String();
+  return text.startsWith(u"<") ? String() : text;
+}
+
+double ReceiveDividendsPanel::withholdingTax() const {
+  return m_withholdingTax->value();
+}
+
+bool ReceiveDividendsPanel::isReinvested() const {
+  return m_drp->getCheck() == TRUE;
+}
+
+double ReceiveDividendsPanel::sharesReceived() const {
+  return m_shares->value();
+}
+
+double ReceiveDividendsPanel::sharePrice() const {
+  return m_sharePrice->value();
+}
+
+long ReceiveDividendsPanel::onListChanged(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"ReceiveDividendsPanel::onListChanged failed.", [this] { showHolding(); });
+}
+
+long ReceiveDividendsPanel::onRadioCash(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"ReceiveDividendsPanel::onRadioCash failed.", [this] { payInCash(); });
+}
+
+long ReceiveDividendsPanel::onRadioDRP(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"ReceiveDividendsPanel::onRadioDRP failed.", [this] { reinvest(); });
+}
+
+long ReceiveDividendsPanel::onRecompute(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"ReceiveDividendsPanel::onRecompute failed.", [this] { recompute(); });
+}
+
+} // namespace Tallymoor

@@ -1,0 +1,133 @@
+#include "entry/SellSharesPanel.h"
+#include "engine/SharePortfolioUser.h"
+#include "entry/FormChecks.h"
+#include "entry/KnownPrice.h"
+#include "entry/StockChoice.h"
+#include "foundation/Amounts.h"
+#include "foundation/Platform.h"
+#include "widgets/FormRows.h"
+#include "widgets/HandlerScope.h"
+#include "widgets/MainWindow.h"
+#include "widgets/NumberField.h"
+#include "xml/Leaves.h"
+
+namespace Tallymoor {
+
+FXDEFMAP(SellSharesPanel)
+SellSharesPanelMap[] = {
+    FXMAPFUNC(SEL_COMMAND, SellSharesPanel::ID_CODE, SellSharesPanel::onListChanged),
+};
+
+FXIMPLEMENT(SellSharesPanel, TradePanel, SellSharesPanelMap, ARRAYNUMBER(SellSharesPanelMap))
+
+namespace {
+
+/// Cut, not rounded: what a reverse split leaves of a share must not make the form offer more than is held.
+double wholeHundredths(double number) {
+  return static_cast<double>(tenThousandths(number) / 100) / 100.0;
+}
+
+double priceToday(const SharePortfolioUser& portfolio, const String& code) {
+  try {
+    return portfolio.sharePriceFor(code, Date(), true);
+  } catch (const Exception&) {
+    MainWindow::error(u"Problem getting stock price");
+    return 0.0;
+  }
+}
+
+/// The stock on a day of the capital record; null when it was not held then.
+const XMLElement* holdingOn(const XMLElement& dayCap, const String& code) {
+  for (std::size_t i = 0; i < dayCap.numSubElements(u"ShareVals"); ++i) {
+    const XMLElement& shareVal = dayCap.subElement(u"ShareVals", i);
+    if (textValue(shareVal, u"Code") == code)
+      return &shareVal;
+  }
+  return nullptr;
+}
+
+} // namespace
+
+SellSharesPanel::SellSharesPanel(FXComposite* parent, const SharePortfolioUser* portfolio,
+                                 const String& initialCode)
+    : TradePanel(parent, u"Sell Shares", u"Specify the share code, date and sell price of a share sale."),
+      m_portfolio(portfolio) {
+  FormRows rows(this);
+  m_code = new StockChoice(rows.addRow(u"Stock code"), u"<select held stock>", this, ID_CODE);
+  addTrade(rows, u"Number sold", u"Date sold");
+  rows.align();
+  addComments(rows, u"Sale reasons, comments, indicators");
+  reset(initialCode);
+}
+
+void SellSharesPanel::setPortfolio(const SharePortfolioUser* portfolio) {
+  m_portfolio = portfolio;
+  reset();
+}
+
+void SellSharesPanel::reset(const String& initialCode) {
+  resetTrade();
+  m_code->fill(m_portfolio);
+  m_code->choose(initialCode);
+  if (!code().empty())
+    showHolding(knownPrice(code()));
+}
+
+void SellSharesPanel::showHolding(double price) {
+  priceField()->setValue(price);
+  numberField()->setValue(wholeHundredths(m_portfolio->numHeld(code())));
+}
+
+FXWindow* SellSharesPanel::firstField() const {
+  return code().empty() ? m_code->textField() : numberField();
+}
+
+String SellSharesPanel::code() const {
+  return m_code->code();
+}
+
+bool SellSharesPanel::validate() {
+  return runChecks([this] {
+    return checkCode() && checkDate(u"You can't specify a sell date in the future.") && checkHeldOnDate() &&
+           checkNumber() && checkPrice() &&
+           checkBrokerage(u"Are you sure there was no brokerage charged\nfor this purchase?",
+                          u"Would you like to make this the default\nbrokerage rate?");
+  });
+}
+
+bool SellSharesPanel::checkCode() const {
+  return !code().empty() || refuse(*m_code->textField(), u"You must choose the share to sell");
+}
+
+bool SellSharesPanel::checkHeldOnDate() const {
+  const SharePortfolioCapitalRecordUser& record = m_portfolio->capitalRecord();
+  if (!record.hasDayCap(date()))
+    return refuse(*dateField(), u"No capital record for the sell date. Please refesh the capital record");
+  const XMLElement* holding = holdingOn(record.dayCapFor(date()), code());
+  if (!holding)
+    return refuse(*dateField(), u"No shares were held to sell on this date.");
+  return tenThousandths(doubleValue(*holding, u"Number")) >= tenThousandths(number()) ||
+         refuse(*numberField(), u"Not enough shares were held to sell this much on this date.");
+}
+
+bool SellSharesPanel::checkNumber() const {
+  if (!requireShares(*numberField(), u"You must select the number of shares sold"))
+    return false;
+  return tenThousandths(number()) <= tenThousandths(m_portfolio->numHeld(code())) ||
+         refuse(*numberField(), u"You can't sell more shares than you own");
+}
+
+bool SellSharesPanel::checkPrice() const {
+  return !showsAsZero(price()) ||
+         confirm(*priceField(), u"Do you really want to record a sell price of " +
+                                    Platform::Instance().currencyFormat(price()) + u"?");
+}
+
+long SellSharesPanel::onListChanged(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"SellSharesPanel::onListChanged failed.", [this] {
+    if (!code().empty())
+      showHolding(priceToday(*m_portfolio, code()));
+  });
+}
+
+} // namespace Tallymoor

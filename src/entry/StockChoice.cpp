@@ -1,0 +1,59 @@
+#include "entry/StockChoice.h"
+#include "engine/SharePortfolioUser.h"
+#include "widgets/ToolkitText.h"
+#include "xml/Leaves.h"
+#include <algorithm>
+#include <set>
+
+namespace Tallymoor {
+
+FXIMPLEMENT(StockChoice, FormComboBox, nullptr, 0)
+
+namespace {
+
+constexpr FXint mostVisible = 12;
+
+std::set<String> heldCodes(const SharePortfolioUser& portfolio) {
+  std::set<String> codes;
+  const XMLElement& shares = portfolio.portfolio().subElement(u"HeldShares");
+  for (std::size_t i = 0; i < shares.numSubElements(u"HeldShares"); ++i)
+    codes.insert(textValue(shares.subElement(u"HeldShares", i), u"Code"));
+  return codes;
+}
+
+} // namespace
+
+StockChoice::StockChoice(FXComposite* parent, const String& prompt, FXObject* target, FXSelector selector)
+    : FormComboBox(parent, target, selector, COMBOBOX_STATIC), m_prompt(toFox(prompt)) {
+  fill(nullptr);
+}
+
+void StockChoice::fill(const SharePortfolioUser* portfolio) {
+  clearItems();
+  appendItem(m_prompt);
+  if (portfolio)
+    for (const String& code : heldCodes(*portfolio))
+      appendItem(toFox(code));
+  setCurrentItem(0);
+  showNoMoreThanFits();
+}
+
+void StockChoice::add(const String& code) {
+  if (findItem(toFox(code)) < 0)
+    appendItem(toFox(code));
+  showNoMoreThanFits();
+}
+
+void StockChoice::choose(const String& code) {
+  setCurrentItem(std::max(0, findItem(toFox(code))));
+}
+
+String StockChoice::code() const {
+  return getCurrentItem() > 0 ? fromFox(getText()) : String();
+}
+
+void StockChoice::showNoMoreThanFits() {
+  setNumVisible(std::min(getNumItems(), mostVisible));
+}
+
+} // namespace Tallymoor

@@ -1,0 +1,19 @@
+#pragma once
+#include <fx.h>
+
+namespace Tallymoor {
+
+/// A text of several lines in a form. Tab goes on to the next field; the toolkit's own text would write it,
+/// and never let the keyboard out.
+class FormNotes : public FXText {
+  FXDECLARE(FormNotes)
+public:
+  FormNotes(FXComposite* parent, FXuint options);
+
+  long onKeyPress(FXObject*, FXSelector, void*);
+
+protected:
+  FormNotes() {}
+};
+
+} // namespace Tallymoor
