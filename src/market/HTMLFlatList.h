@@ -45,7 +45,7 @@ private:
     HTMLNames::Id name;
     std::uint32_t previousOfName; ///< where the entry of this name before this one is
     std::uint32_t previousOpen;   ///< where the entry before that was unclosed when this one came
-    std::uint32_t closingOrder;   ///< the how manieth closing tag closed it; 0 for none
+    std::uint32_t closingOrder;   ///< number of the closing tag that closed it, from 1; 0 for none
   };
 
   void dropLast(std::uint32_t newParent);

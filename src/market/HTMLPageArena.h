@@ -35,7 +35,6 @@ public:
   std::uint32_t indexOf(const HTMLTag* tag) const { return static_cast<std::uint32_t>(tag - m_tags.data()); }
 
   // --- Filling
-  // ------------------------------------------------------------------------------------------------------
 
   /// The index of a new tag, put behind the given one (HTMLTag::NONE for none).
   std::uint32_t addTag(std::u16string_view name, std::uint32_t previous, std::uint32_t position);
@@ -49,7 +48,6 @@ public:
   void linkFollowers();
 
   // --- Reading
-  // ------------------------------------------------------------------------------------------------------
 
   const HTMLAttribute* attributes(const HTMLTag& tag) const {
     return m_attributes.data() + tag.m_firstAttribute;
@@ -68,8 +66,8 @@ private:
   std::pmr::monotonic_buffer_resource m_texts;
   std::vector<HTMLAttribute> m_attributes; ///< grouped by tag
   std::vector<HTMLTag> m_tags;
-  std::vector<std::uint32_t>
-      m_followers; ///< grouped by the tag that they were put behind, ascending in each group
+  /// Grouped by the tag that they were put behind, ascending in each group.
+  std::vector<std::uint32_t> m_followers;
 };
 
 } // namespace Tallymoor

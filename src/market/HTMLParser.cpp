@@ -3,6 +3,7 @@
 #include "market/HTMLFlatList.h"
 #include "market/HTMLNames.h"
 #include "market/HTMLPageArena.h"
+#include "market/HTMLWalkLimit.h"
 #include <algorithm>
 #include <array>
 #include <string>
@@ -41,10 +42,14 @@ void checkFindParameters(const HTMLTag* tag, const String& name) {
 }
 
 /// The index-th tag with that name among the sub tags of parent behind the given one.
-const HTMLTag* findBehind(const HTMLTag* parent, const HTMLTag* tag, const String& name, std::size_t index) {
-  while ((tag = parent->nextSubTag(tag)) != nullptr)
+const HTMLTag* findBehind(const HTMLTag* parent, const HTMLTag* tag, const String& name, std::size_t index,
+                          HTMLWalkLimit* limit) {
+  while ((tag = parent->nextSubTag(tag)) != nullptr) {
+    if (limit != nullptr)
+      limit->spend(1);
     if (tag->nameView() == name && index-- == 0)
       return tag;
+  }
   return nullptr;
 }
 
@@ -84,14 +89,16 @@ HTMLPage HTMLParser::Parse(String html) {
 
 HTMLParser::HTMLParser(HTMLPageArena& arena) : m_arena(arena), m_html(arena.page()) {}
 
-const HTMLTag* HTMLParser::FindTag(const HTMLTag* parent, const String& name, std::size_t index) {
+const HTMLTag* HTMLParser::FindTag(const HTMLTag* parent, const String& name, std::size_t index,
+                                   HTMLWalkLimit* limit) {
   checkFindParameters(parent, name);
-  return findBehind(parent, parent, name, index);
+  return findBehind(parent, parent, name, index, limit);
 }
 
-const HTMLTag* HTMLParser::FindSiblingTag(const HTMLTag* tag, const String& name, std::size_t index) {
+const HTMLTag* HTMLParser::FindSiblingTag(const HTMLTag* tag, const String& name, std::size_t index,
+                                          HTMLWalkLimit* limit) {
   checkFindParameters(tag, name);
-  return tag->parent() == nullptr ? nullptr : findBehind(tag->parent(), tag, name, index);
+  return tag->parent() == nullptr ? nullptr : findBehind(tag->parent(), tag, name, index, limit);
 }
 
 void HTMLParser::readTags(HTMLFlatList& tags, HTMLNames& names) {

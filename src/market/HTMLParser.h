@@ -10,6 +10,7 @@ namespace Tallymoor {
 class HTMLFlatList;
 class HTMLNames;
 class HTMLPageArena;
+class HTMLWalkLimit;
 
 /// A parsed page: points to its "html" tag and keeps every tag of the page alive.
 using HTMLPage = std::shared_ptr<const HTMLTag>;
@@ -29,11 +30,13 @@ public:
   static HTMLPage Parse(String html);
 
   /// The index-th sub tag (from 0) with that name, or null. Throws HTMLException "HTMLParser::FindTag - bad
-  /// param" for a null parent or an empty name.
-  static const HTMLTag* FindTag(const HTMLTag* parent, const String& name, std::size_t index);
+  /// param" for a null parent or an empty name. Each tag looked at is taken off the limit, if one is given.
+  static const HTMLTag* FindTag(const HTMLTag* parent, const String& name, std::size_t index,
+                                HTMLWalkLimit* limit = nullptr);
   /// The index-th tag (from 0) with that name among those that follow the tag under its parent, or null; null
-  /// too when it has no parent. Same failure.
-  static const HTMLTag* FindSiblingTag(const HTMLTag* tag, const String& name, std::size_t index);
+  /// too when it has no parent. Same failure and limit.
+  static const HTMLTag* FindSiblingTag(const HTMLTag* tag, const String& name, std::size_t index,
+                                       HTMLWalkLimit* limit = nullptr);
 
 private:
   enum class Reading { Opening, Closing };

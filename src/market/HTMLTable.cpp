@@ -2,10 +2,18 @@
 #include "foundation/Exception.h"
 #include "market/HTMLParser.h"
 #include "market/HTMLTagLocator.h"
+#include "market/HTMLWalkLimit.h"
 
 namespace Tallymoor {
 
 namespace {
+
+/// What any table that isn't nested in itself can cost: each column's walk passes each tag of the page once
+/// at most, and so does the walk along the rows. Small pages may be as odd as they like.
+std::size_t walkLimit(const HTMLTag& root, std::size_t numColumns) {
+  constexpr std::size_t SMALL = 1000000;
+  return SMALL + root.pageSize() * (numColumns + 1);
+}
 
 const HTMLTag* walk(const XMLTableLocator& locator, std::u16string_view step, const HTMLTag* from,
                     const char16_t* failure) {
@@ -36,10 +44,11 @@ void HTMLTable::fillFrom(const HTMLTag* root) {
     throw HTMLException(u"HTMLTable::fillFrom - bad param");
   const HTMLTag* row = findFirstRow(root);
   m_numColumns = m_locator->numSubElements(u"Columns");
+  HTMLWalkLimit limit(walkLimit(*root, m_numColumns));
   const String rowName = row->name();
   std::size_t index = 0;
-  for (; row != nullptr; row = HTMLParser::FindSiblingTag(row, rowName, 0))
-    m_rows.emplace_hint(m_rows.end(), index++, readRow(row));
+  for (; row != nullptr; row = HTMLParser::FindSiblingTag(row, rowName, 0, &limit))
+    m_rows.emplace_hint(m_rows.end(), index++, readRow(row, limit));
   m_numRows = index;
 }
 
@@ -48,11 +57,14 @@ const HTMLTag* HTMLTable::findFirstRow(const HTMLTag* root) const {
   return walk(*m_locator, u"Row", table, u"Failed to find first row tag: \n");
 }
 
-std::vector<String> HTMLTable::readRow(const HTMLTag* row) const {
+std::vector<String> HTMLTable::readRow(const HTMLTag* row, HTMLWalkLimit& limit) const {
   std::vector<String> cells;
   cells.reserve(m_numColumns);
-  for (std::size_t i = 0; i < m_numColumns; ++i)
-    cells.push_back(HTMLTagLocator(&column(*m_locator, i))(row)->text());
+  for (std::size_t i = 0; i < m_numColumns; ++i) {
+    const HTMLTag* const cell = HTMLTagLocator(&column(*m_locator, i))(row, &limit);
+    limit.spend(cell->textView().size());
+    cells.push_back(cell->text());
+  }
   return cells;
 }
 
@@ -65,20 +77,23 @@ String HTMLTable::cellValue(std::size_t row, std::size_t column) const {
   return found->second[column];
 }
 
-std::size_t HTMLTable::columnByType(ColumnType type) const {
+std::optional<std::size_t> HTMLTable::findColumn(ColumnType type) const {
   const std::size_t count = m_locator->numSubElements(u"Columns");
   for (std::size_t i = 0; i < count; ++i)
     if (column(*m_locator, i).type() == type)
       return i;
-  throw HTMLException(u"HTMLTable::columnByType - no such type " + number(type));
+  return std::nullopt;
+}
+
+std::size_t HTMLTable::columnByType(ColumnType type) const {
+  const std::optional<std::size_t> found = findColumn(type);
+  if (!found)
+    throw HTMLException(u"HTMLTable::columnByType - no such type " + number(type));
+  return *found;
 }
 
 bool HTMLTable::hasColumn(ColumnType type) const {
-  const std::size_t count = m_locator->numSubElements(u"Columns");
-  for (std::size_t i = 0; i < count; ++i)
-    if (column(*m_locator, i).type() == type)
-      return true;
-  return false;
+  return findColumn(type).has_value();
 }
 
 ColumnType HTMLTable::columnType(std::size_t index) const {

@@ -3,11 +3,13 @@
 #include "xml/LocatorDocuments.h"
 #include <cstddef>
 #include <map>
+#include <optional>
 #include <vector>
 
 namespace Tallymoor {
 
 class HTMLTag;
+class HTMLWalkLimit;
 
 /// A repeating table of a page, read into rows of raw cell texts by the three walks of a table locator: from
 /// the page to the table, from there to the first row, and from each row to its cells. Converting the texts
@@ -17,7 +19,8 @@ public:
   /// The locator is not owned and must outlive the table.
   explicit HTMLTable(const XMLTableLocator* locator);
 
-  /// Throws HTMLException when a walk fails; a single row without one of the cells fails the whole table.
+  /// Throws HTMLException when a walk fails; a single row without one of the cells fails the whole table. So
+  /// does a page whose rows lie inside rows to such a depth that reading it would take for ever.
   void fillFrom(const HTMLTag* root);
 
   /// Throws HTMLException "HTMLTable::cellValue - no such row index" or "... column index" and the number.
@@ -34,8 +37,9 @@ public:
   ValueFormat columnFormat(std::size_t column) const;
 
 private:
+  std::optional<std::size_t> findColumn(ColumnType type) const;
   const HTMLTag* findFirstRow(const HTMLTag* root) const;
-  std::vector<String> readRow(const HTMLTag* row) const;
+  std::vector<String> readRow(const HTMLTag* row, HTMLWalkLimit& limit) const;
 
   const XMLTableLocator* m_locator;
   std::map<std::size_t, std::vector<String>> m_rows;

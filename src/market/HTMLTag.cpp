@@ -10,6 +10,10 @@ std::uint32_t HTMLTag::index() const {
   return m_arena->indexOf(this);
 }
 
+std::size_t HTMLTag::pageSize() const {
+  return m_arena->page().size();
+}
+
 const HTMLTag* HTMLTag::parent() const {
   return m_parent == NONE ? nullptr : &(*m_arena)[m_parent];
 }

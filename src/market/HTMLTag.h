@@ -43,6 +43,9 @@ public:
   /// Name and value at the index in the order of the names; throws "HTMLTag::attribute - bad index".
   std::pair<String, String> attribute(std::size_t index) const;
 
+  /// Length of the whole page's text.
+  std::size_t pageSize() const;
+
   std::size_t numSubTags() const;
   /// The number of different tags in the subtree, this one included.
   std::size_t countTags() const;

@@ -2,6 +2,7 @@
 #include "foundation/Exception.h"
 #include "market/HTMLParser.h"
 #include "market/HTMLTagSearch.h"
+#include "market/HTMLWalkLimit.h"
 #include "xml/LocatorDocuments.h"
 #include <vector>
 
@@ -60,25 +61,27 @@ HTMLTagLocator::HTMLTagLocator(const XMLElement* locator) : m_locator(locator) {
     throw HTMLException(u"HTMLTagLocator::HTMLTagLocator - bad param");
 }
 
-const HTMLTag* HTMLTagLocator::operator()(const HTMLTag* root) const {
+const HTMLTag* HTMLTagLocator::operator()(const HTMLTag* root, HTMLWalkLimit* limit) const {
   if (root == nullptr)
     throw HTMLException(u"HTMLTagLocator::operator() - bad param");
   const HTMLTag* current = root;
   const std::size_t count = m_locator->numSubElements(u"TagFinds");
   for (std::size_t i = 0; i < count; ++i) {
     const XMLElement& find = m_locator->subElement(u"TagFinds", i);
-    current = find.numSubElements(u"TagMove") != 0 ? applyMove(find.subElement(u"TagMove"), current)
-                                                   : applySearch(find.subElement(u"TagSearch"), current);
+    current = find.numSubElements(u"TagMove") != 0
+                  ? applyMove(find.subElement(u"TagMove"), current, limit)
+                  : applySearch(find.subElement(u"TagSearch"), current, limit);
   }
   return current;
 }
 
-const HTMLTag* HTMLTagLocator::applyMove(const XMLElement& element, const HTMLTag* current) {
+const HTMLTag* HTMLTagLocator::applyMove(const XMLElement& element, const HTMLTag* current,
+                                         HTMLWalkLimit* limit) {
   const auto& move = static_cast<const XMLTagMove&>(element);
   const String& name = move.attribute(u"name");
   const bool in = move.movesIn();
-  const HTMLTag* const found = in ? HTMLParser::FindTag(current, name, move.index())
-                                  : HTMLParser::FindSiblingTag(current, name, move.index());
+  const HTMLTag* const found = in ? HTMLParser::FindTag(current, name, move.index(), limit)
+                                  : HTMLParser::FindSiblingTag(current, name, move.index(), limit);
   if (found == nullptr)
     throw HTMLException(String(u"HTMLTagLocator::operator() - ") +
                         (in ? u"FindIndexedSubTag" : u"FindIndexedSiblingTag") + u" failed for " + name +
@@ -86,10 +89,13 @@ const HTMLTag* HTMLTagLocator::applyMove(const XMLElement& element, const HTMLTa
   return found;
 }
 
-const HTMLTag* HTMLTagLocator::applySearch(const XMLElement& search, const HTMLTag* current) {
+const HTMLTag* HTMLTagLocator::applySearch(const XMLElement& search, const HTMLTag* current,
+                                           HTMLWalkLimit* limit) {
   const Wanted wanted(search);
-  const HTMLTag* const found =
-      HTMLTagSearch(*current).first([&wanted](const HTMLTag& tag) { return wanted.matches(tag); });
+  const HTMLTagSearch below(*current);
+  if (limit != nullptr)
+    limit->spend(below.numTags());
+  const HTMLTag* const found = below.first([&wanted](const HTMLTag& tag) { return wanted.matches(tag); });
   if (found == nullptr)
     throw HTMLException(u"HTMLTagLocator::FindTagForTagSearch - failed to find " + wanted.name + u", w/attr" +
                         wanted.attribute + u" from " + current->name());

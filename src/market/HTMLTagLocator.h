@@ -4,6 +4,7 @@
 namespace Tallymoor {
 
 class HTMLTag;
+class HTMLWalkLimit;
 class String;
 class XMLElement;
 class XMLTagLocator;
@@ -16,8 +17,9 @@ public:
   /// The same for an element reached by reference name; also throws when it is no tag locator.
   explicit HTMLTagLocator(const XMLElement* locator);
 
-  /// The tag at the end of the walk, never null. A step that doesn't fit the page throws HTMLException.
-  const HTMLTag* operator()(const HTMLTag* root) const;
+  /// The tag at the end of the walk, never null. A step that doesn't fit the page throws HTMLException. The
+  /// tags looked at are taken off the limit, if one is given.
+  const HTMLTag* operator()(const HTMLTag* root, HTMLWalkLimit* limit = nullptr) const;
 
   /// Adds the steps that lead from start down to target to the locator's TagFinds. A tool for writing locator
   /// documents. Throws HTMLException when the target isn't found under its parent.
@@ -27,8 +29,8 @@ public:
   static std::size_t indexUnder(const HTMLTag* parent, const HTMLTag* tag);
 
 private:
-  static const HTMLTag* applyMove(const XMLElement& move, const HTMLTag* current);
-  static const HTMLTag* applySearch(const XMLElement& search, const HTMLTag* current);
+  static const HTMLTag* applyMove(const XMLElement& move, const HTMLTag* current, HTMLWalkLimit* limit);
+  static const HTMLTag* applySearch(const XMLElement& search, const HTMLTag* current, HTMLWalkLimit* limit);
 
   const XMLElement* m_locator;
 };

@@ -3,6 +3,7 @@
 #include "foundation/Exception.h"
 #include "foundation/LinuxPlatform.h"
 #include "market/TallymoorInternet.h"
+#include "support/FailureOf.h"
 #include "support/FakeUserInteraction.h"
 #include "support/GatewayScope.h"
 #include "support/MarketFixture.h"
@@ -14,7 +15,6 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <mutex>
-#include <typeinfo>
 
 namespace Tallymoor {
 
@@ -96,19 +96,6 @@ protected:
 
   std::vector<String> questions() const { return m_user.texts(Kind::Question); }
   std::vector<String> statuses() const { return m_user.texts(Kind::Status); }
-
-  /// The message of the failure, which must be of exactly this class.
-  template <class Failure, class Work>
-  static String failureOf(Work work) {
-    try {
-      work();
-    } catch (const Failure& failure) {
-      EXPECT_EQ(typeid(failure), typeid(Failure));
-      return failure.message();
-    }
-    ADD_FAILURE() << "nothing was thrown";
-    return {};
-  }
 
   static String local(const Date& date) { return date.toString(DATE_DISPLAY_LOCAL); }
 

@@ -1,22 +1,13 @@
 #include "market/HTMLTable.h"
 #include "foundation/Exception.h"
 #include "market/HTMLParser.h"
+#include "support/FailureOf.h"
 #include "support/StringPrinting.h"
 #include <fstream>
-#include <functional>
 #include <gtest/gtest.h>
 
 namespace Tallymoor {
 namespace {
-
-String failureOf(const std::function<void()>& work) {
-  try {
-    work();
-  } catch (const HTMLException& exception) {
-    return exception.message();
-  }
-  return u"no failure";
-}
 
 std::string in(const std::string& name, int index = 0) {
   return "<TagFind><TagMove move=\"In\" name=\"" + name + "\" index=\"" + std::to_string(index) +
@@ -73,7 +64,7 @@ TEST_F(HTMLTableTest, KnowsItsColumns) {
   EXPECT_EQ(table.columnByType(COLUMN_TYPE_CLOSE), 1u) << "the first of two";
   EXPECT_TRUE(table.hasColumn(COLUMN_TYPE_DATE));
   EXPECT_FALSE(table.hasColumn(COLUMN_TYPE_HIGH));
-  EXPECT_EQ(failureOf([&] { table.columnByType(COLUMN_TYPE_HIGH); }),
+  EXPECT_EQ(failureOf<HTMLException>([&] { table.columnByType(COLUMN_TYPE_HIGH); }),
             u"HTMLTable::columnByType - no such type 6");
   EXPECT_EQ(table.columnType(3), COLUMN_TYPE_CLOSE);
   EXPECT_EQ(table.columnType(4), COLUMN_TYPE_NONE);
@@ -85,8 +76,10 @@ TEST_F(HTMLTableTest, KnowsItsColumns) {
 TEST_F(HTMLTableTest, RefusesCellsThatAreNotThere) {
   HTMLTable table(&m_locator);
   table.fillFrom(m_page.get());
-  EXPECT_EQ(failureOf([&] { table.cellValue(3, 0); }), u"HTMLTable::cellValue - no such row index3");
-  EXPECT_EQ(failureOf([&] { table.cellValue(2, 4); }), u"HTMLTable::cellValue - no such column index4");
+  EXPECT_EQ(failureOf<HTMLException>([&] { table.cellValue(3, 0); }),
+            u"HTMLTable::cellValue - no such row index3");
+  EXPECT_EQ(failureOf<HTMLException>([&] { table.cellValue(2, 4); }),
+            u"HTMLTable::cellValue - no such column index4");
 }
 
 TEST_F(HTMLTableTest, TheLastRowAloneIsATableOfOneRow) {
@@ -101,15 +94,16 @@ TEST_F(HTMLTableTest, TheLastRowAloneIsATableOfOneRow) {
 TEST_F(HTMLTableTest, SaysWhichWalkFailed) {
   XMLTableLocator noTable;
   decode(noTable, in("nothing"), 0, COLUMNS);
-  EXPECT_EQ(failureOf([&] { HTMLTable(&noTable).fillFrom(m_page.get()); }),
+  EXPECT_EQ(failureOf<HTMLException>([&] { HTMLTable(&noTable).fillFrom(m_page.get()); }),
             u"HTMLTable::fillFrom - Failed to find root tag: \n"
             u"HTMLTagLocator::operator() - FindIndexedSubTag failed for nothing from html");
   XMLTableLocator noRow;
   decode(noRow, TO_PRICES, 9, COLUMNS);
-  EXPECT_EQ(failureOf([&] { HTMLTable(&noRow).fillFrom(m_page.get()); }),
+  EXPECT_EQ(failureOf<HTMLException>([&] { HTMLTable(&noRow).fillFrom(m_page.get()); }),
             u"HTMLTable::fillFrom - Failed to find first row tag: \n"
             u"HTMLTagLocator::operator() - FindIndexedSubTag failed for tr from table");
-  EXPECT_EQ(failureOf([&] { HTMLTable(&m_locator).fillFrom(nullptr); }), u"HTMLTable::fillFrom - bad param");
+  EXPECT_EQ(failureOf<HTMLException>([&] { HTMLTable(&m_locator).fillFrom(nullptr); }),
+            u"HTMLTable::fillFrom - bad param");
 }
 
 TEST_F(HTMLTableTest, OneShortRowFailsTheWholeTable) {
@@ -118,9 +112,45 @@ TEST_F(HTMLTableTest, OneShortRowFailsTheWholeTable) {
   XMLTableLocator locator;
   decode(locator, in("table"), 0, column("", 0) + column("", 1));
   HTMLTable table(&locator);
-  EXPECT_EQ(failureOf([&] { table.fillFrom(page.get()); }),
+  EXPECT_EQ(failureOf<HTMLException>([&] { table.fillFrom(page.get()); }),
             u"HTMLTagLocator::operator() - FindIndexedSubTag failed for td from tr");
   EXPECT_EQ(table.numRows(), 0u);
+}
+
+String repeated(const String& piece, std::size_t count) {
+  String text;
+  for (std::size_t i = 0; i < count; ++i)
+    text += piece;
+  return text;
+}
+
+String fillFailure(const String& html, const std::string& columns) {
+  const HTMLPage page = HTMLParser::Parse(html);
+  XMLTableLocator locator;
+  decode(locator, in("table"), 0, columns);
+  HTMLTable table(&locator);
+  return failureOf<HTMLException>([&] { table.fillFrom(page.get()); });
+}
+
+/// Every row has all rows in it, so to reach its own cells each walk passes them all.
+TEST_F(HTMLTableTest, RowsInRowsDoNotTakeForEver) {
+  const auto page = [](std::size_t rows) {
+    return u"<html><table>" + repeated(u"<tr>", rows) + repeated(u"<td a=\"\"/></tr>", rows) +
+           u"</table></html>";
+  };
+  const String tooMany = u"HTMLTable::fillFrom - too many tags to walk over";
+  EXPECT_EQ(fillFailure(page(1000), column("", 0)), u"no failure");
+  EXPECT_EQ(fillFailure(page(20000), column("", 0)), tooMany);
+  EXPECT_EQ(fillFailure(page(20000),
+                        "<TagLocator><TagFind><TagSearch tagname=\"td\" attr=\"a\"/></TagFind></TagLocator>"),
+            tooMany);
+}
+
+/// A cell that all rows share is copied for each of them.
+TEST_F(HTMLTableTest, RowsInRowsDoNotTakeAllMemory) {
+  const String html = u"<html><table>" + repeated(u"<tr>", 1000) + u"<td>" + repeated(u"x", 10000) +
+                      u"</td><tr><td/></tr>" + repeated(u"</tr>", 1000) + u"</table></html>";
+  EXPECT_EQ(fillFailure(html, column("", 0)), u"HTMLTable::fillFrom - too many tags to walk over");
 }
 
 } // namespace

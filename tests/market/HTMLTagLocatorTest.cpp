@@ -1,22 +1,13 @@
 #include "market/HTMLTagLocator.h"
 #include "foundation/Exception.h"
 #include "market/HTMLParser.h"
+#include "support/FailureOf.h"
 #include "support/StringPrinting.h"
 #include "xml/LocatorDocuments.h"
-#include <functional>
 #include <gtest/gtest.h>
 
 namespace Tallymoor {
 namespace {
-
-String failureOf(const std::function<void()>& work) {
-  try {
-    work();
-  } catch (const HTMLException& exception) {
-    return exception.message();
-  }
-  return u"no failure";
-}
 
 std::string move(const std::string& attributes) {
   return "<TagFind><TagMove " + attributes + "/></TagFind>";
@@ -84,27 +75,31 @@ TEST(HTMLTagLocator, RefusesNothing) {
   const String refused = u"HTMLTagLocator::HTMLTagLocator - bad param";
   const XMLURLLocator other;
   const XMLTagLocator empty;
-  EXPECT_EQ(failureOf([] { HTMLTagLocator(static_cast<const XMLTagLocator*>(nullptr)); }), refused);
-  EXPECT_EQ(failureOf([] { HTMLTagLocator(static_cast<const XMLElement*>(nullptr)); }), refused);
-  EXPECT_EQ(failureOf([&] { HTMLTagLocator(static_cast<const XMLElement*>(&other)); }), refused);
-  EXPECT_EQ(failureOf([&] { HTMLTagLocator{&empty}(nullptr); }), u"HTMLTagLocator::operator() - bad param");
+  EXPECT_EQ(failureOf<HTMLException>([] { HTMLTagLocator(static_cast<const XMLTagLocator*>(nullptr)); }),
+            refused);
+  EXPECT_EQ(failureOf<HTMLException>([] { HTMLTagLocator(static_cast<const XMLElement*>(nullptr)); }),
+            refused);
+  EXPECT_EQ(failureOf<HTMLException>([&] { HTMLTagLocator(static_cast<const XMLElement*>(&other)); }),
+            refused);
+  EXPECT_EQ(failureOf<HTMLException>([&] { HTMLTagLocator{&empty}(nullptr); }),
+            u"HTMLTagLocator::operator() - bad param");
 }
 
 TEST(HTMLTagLocator, SaysWhichStepDidNotFit) {
-  EXPECT_EQ(failureOf([] { walk(page(), move("move=\"In\" name=\"tr\"")); }),
+  EXPECT_EQ(failureOf<HTMLException>([] { walk(page(), move("move=\"In\" name=\"tr\"")); }),
             u"HTMLTagLocator::operator() - FindIndexedSubTag failed for tr from html");
-  EXPECT_EQ(failureOf([] { walk(page(), move("move=\"In\" name=\"body\" index=\"-1\"")); }),
+  EXPECT_EQ(failureOf<HTMLException>([] { walk(page(), move("move=\"In\" name=\"body\" index=\"-1\"")); }),
             u"HTMLTagLocator::operator() - FindIndexedSubTag failed for body from html");
-  EXPECT_EQ(failureOf([] { walk(page(), move("move=\"Down\" name=\"tr\"")); }),
+  EXPECT_EQ(failureOf<HTMLException>([] { walk(page(), move("move=\"Down\" name=\"tr\"")); }),
             u"HTMLTagLocator::operator() - FindIndexedSiblingTag failed for tr from html");
-  EXPECT_EQ(failureOf([] { walk(page(), search("tagname=\"td\" attr=\"C\" attrVal=\"d\"")); }),
+  EXPECT_EQ(failureOf<HTMLException>([] { walk(page(), search("tagname=\"td\" attr=\"C\" attrVal=\"d\"")); }),
             u"HTMLTagLocator::FindTagForTagSearch - failed to find td, w/attrC from html");
-  EXPECT_EQ(failureOf([] { walk(page(), search("tagname=\"td\" val=\"5\" attr=\"c\"")); }),
+  EXPECT_EQ(failureOf<HTMLException>([] { walk(page(), search("tagname=\"td\" val=\"5\" attr=\"c\"")); }),
             u"HTMLTagLocator::FindTagForTagSearch - failed to find td, w/attr from html");
-  EXPECT_EQ(failureOf([] { walk(page(), search("tagname=\"td\"")); }),
+  EXPECT_EQ(failureOf<HTMLException>([] { walk(page(), search("tagname=\"td\"")); }),
             u"HTMLTagLocator::FindTagForTagSearch - failed to find td, w/attr from html")
       << "no attribute matches nothing";
-  EXPECT_EQ(failureOf([] { walk(page(), search("tagname=\"td\" val=\"\"")); }),
+  EXPECT_EQ(failureOf<HTMLException>([] { walk(page(), search("tagname=\"td\" val=\"\"")); }),
             u"HTMLTagLocator::FindTagForTagSearch - failed to find td, w/attr from html");
 }
 
@@ -125,7 +120,7 @@ TEST(HTMLTagLocator, WritesTheWayToATag) {
 TEST(HTMLTagLocator, CannotFindATagUnderAStrangeParent) {
   const HTMLPage tree = page();
   const HTMLTag* const cell = walk(tree, search("tagname=\"td\" val=\"4\""));
-  EXPECT_EQ(failureOf([&] { HTMLTagLocator::indexUnder(tree.get(), cell); }),
+  EXPECT_EQ(failureOf<HTMLException>([&] { HTMLTagLocator::indexUnder(tree.get(), cell); }),
             u"HTMLTagLocator::fillTagMovesFor(): Couldn't find node td from parent html");
 }
 

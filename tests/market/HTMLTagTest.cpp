@@ -1,33 +1,27 @@
 #include "market/HTMLTag.h"
 #include "foundation/Exception.h"
 #include "market/HTMLParser.h"
+#include "support/FailureOf.h"
 #include "support/StringPrinting.h"
-#include <functional>
 #include <gtest/gtest.h>
 
 namespace Tallymoor {
 namespace {
 
-String failureOf(const std::function<void()>& work) {
-  try {
-    work();
-  } catch (const HTMLException& exception) {
-    return exception.message();
-  }
-  return u"no failure";
-}
-
 TEST(HTMLTag, GivesTheFirstSubTagOfAName) {
   const HTMLPage page = HTMLParser::Parse(u"<html><td>1</td><th></th><td>2</td></html>");
   EXPECT_EQ(page->subTag(u"td").text(), u"1");
   EXPECT_EQ(page->numSubTags(), 3u);
-  EXPECT_EQ(failureOf([&] { page->subTag(u"b"); }), u"HTMLTag::subTag - sub tag not found : b");
+  EXPECT_EQ(failureOf<HTMLException>([&] { page->subTag(u"b"); }),
+            u"HTMLTag::subTag - sub tag not found : b");
 }
 
 TEST(HTMLTag, HasNoSubTagsWhenClosedWithoutOrNeverClosed) {
   const HTMLPage page = HTMLParser::Parse(u"<html><td></td><br></html>");
-  EXPECT_EQ(failureOf([&] { page->subTag(u"td").subTag(u"b"); }), u"HTMLTag::subTag - no sub tags");
-  EXPECT_EQ(failureOf([&] { page->subTag(u"br").subTag(u"b"); }), u"HTMLTag::subTag - no sub tags");
+  EXPECT_EQ(failureOf<HTMLException>([&] { page->subTag(u"td").subTag(u"b"); }),
+            u"HTMLTag::subTag - no sub tags");
+  EXPECT_EQ(failureOf<HTMLException>([&] { page->subTag(u"br").subTag(u"b"); }),
+            u"HTMLTag::subTag - no sub tags");
   EXPECT_EQ(page->subTag(u"br").numSubTags(), 0u);
   EXPECT_EQ(page->subTag(u"br").firstSubTag(), nullptr);
 }
@@ -38,11 +32,11 @@ TEST(HTMLTag, GivesAttributesByNameAndByIndex) {
   EXPECT_EQ(page->attrVal(u"c"), u"");
   EXPECT_TRUE(page->hasAttr(u"c"));
   EXPECT_FALSE(page->hasAttr(u"C"));
-  EXPECT_EQ(failureOf([&] { page->attrVal(u"C"); }), u"HTMLTag::attrVal - not found attr: C");
+  EXPECT_EQ(failureOf<HTMLException>([&] { page->attrVal(u"C"); }), u"HTMLTag::attrVal - not found attr: C");
   ASSERT_EQ(page->numAttributes(), 4u);
   EXPECT_EQ(page->attribute(0).first, u"B") << "sorted as text, capitals first";
   EXPECT_EQ(page->attribute(1), (std::pair<String, String>(u"a", u"1")));
-  EXPECT_EQ(failureOf([&] { page->attribute(4); }), u"HTMLTag::attribute - bad index");
+  EXPECT_EQ(failureOf<HTMLException>([&] { page->attribute(4); }), u"HTMLTag::attribute - bad index");
 }
 
 TEST(HTMLTag, CountsTheTagsOfItsSubtree) {

@@ -1,6 +1,6 @@
 #include "xml/LocatorDocuments.h"
+#include "support/FailureOf.h"
 #include "support/StringPrinting.h"
-#include <functional>
 #include <gtest/gtest.h>
 #include <sstream>
 
@@ -13,14 +13,8 @@ const std::string ADDRESS = "<URLLocator><URLPart>http://h/</URLPart></URLLocato
 const std::string TABLE = "<TableLocator>" + WALK + WALK + WALK + "</TableLocator>";
 
 template <class Document>
-String failureOf(const std::string& text) {
-  Document document;
-  try {
-    document.decode(text.c_str());
-  } catch (const XMLException& exception) {
-    return exception.message();
-  }
-  return u"no failure";
+String loadFailureOf(const std::string& text) {
+  return failureOf<XMLException>([&text] { Document().decode(text.c_str()); });
 }
 
 TEST(LocatorDocuments, CurrentPriceLocators) {
@@ -64,49 +58,49 @@ TEST(LocatorDocuments, HistoricalPricesLocators) {
 }
 
 TEST(LocatorDocuments, IncompleteDocumentsFailAtLoad) {
-  EXPECT_EQ(failureOf<XMLTableLocator>("<TableLocator>" + WALK + WALK + "</TableLocator>"),
+  EXPECT_EQ(loadFailureOf<XMLTableLocator>("<TableLocator>" + WALK + WALK + "</TableLocator>"),
             u"XMLElement::checkSubElements - required at least one Columns in TableLocator");
-  EXPECT_EQ(failureOf<XMLTableLocator>("<TableLocator/>"),
+  EXPECT_EQ(loadFailureOf<XMLTableLocator>("<TableLocator/>"),
             u"XMLElement::checkSubElements - required at least one TableRoot in TableLocator");
-  EXPECT_EQ(failureOf<XMLTagLocator>("<TagLocator/>"),
+  EXPECT_EQ(loadFailureOf<XMLTagLocator>("<TagLocator/>"),
             u"XMLElement::checkSubElements - required at least one TagFinds in TagLocator");
-  EXPECT_EQ(failureOf<XMLURLLocator>("<URLLocator/>"),
+  EXPECT_EQ(loadFailureOf<XMLURLLocator>("<URLLocator/>"),
             u"XMLElement::checkSubElements - required at least one URLParts in URLLocator");
-  EXPECT_EQ(failureOf<XMLCodeSearch>("<CodeSearch domain=\"a\"/>"),
+  EXPECT_EQ(loadFailureOf<XMLCodeSearch>("<CodeSearch domain=\"a\"/>"),
             u"XMLElement::checkSubElements - required at least one Details in CodeSearch");
-  EXPECT_EQ(failureOf<XMLCodeSearchDetail>("<CodeSearchDetail>" + ADDRESS + "</CodeSearchDetail>"),
+  EXPECT_EQ(loadFailureOf<XMLCodeSearchDetail>("<CodeSearchDetail>" + ADDRESS + "</CodeSearchDetail>"),
             u"XMLElement::checkSubElements - required at least one TableLocator in CodeSearchDetail");
-  EXPECT_EQ(failureOf<XMLCurrentPrice>("<CurrentPrice domain=\"a\">" + ADDRESS + "</CurrentPrice>"),
+  EXPECT_EQ(loadFailureOf<XMLCurrentPrice>("<CurrentPrice domain=\"a\">" + ADDRESS + "</CurrentPrice>"),
             u"XMLElement::checkSubElements - required at least one TagLocator in CurrentPrice");
-  EXPECT_EQ(failureOf<XMLHistoricalPrices>("<HistoricalPrices domain=\"a\" maxEntries=\"1\"/>"),
+  EXPECT_EQ(loadFailureOf<XMLHistoricalPrices>("<HistoricalPrices domain=\"a\" maxEntries=\"1\"/>"),
             u"XMLElement::checkSubElements - required at least one URLLocator in HistoricalPrices");
 }
 
 TEST(LocatorDocuments, MissingAttributesFailAtLoad) {
-  EXPECT_EQ(failureOf<XMLCurrentPriceLocators>("<CurrentPriceLocators version=\"1\"/>"),
+  EXPECT_EQ(loadFailureOf<XMLCurrentPriceLocators>("<CurrentPriceLocators version=\"1\"/>"),
             u"XMLElement::checkAttributes, missing attribute active in CurrentPriceLocators");
-  EXPECT_EQ(failureOf<XMLCodeSearchLocators>("<CodeSearchLocators active=\"a\"/>"),
+  EXPECT_EQ(loadFailureOf<XMLCodeSearchLocators>("<CodeSearchLocators active=\"a\"/>"),
             u"XMLElement::checkAttributes, missing attribute version in CodeSearchLocators");
-  EXPECT_EQ(failureOf<XMLHistoricalPricesLocators>("<HistoricalPricesLocators active=\"a\"/>"),
+  EXPECT_EQ(loadFailureOf<XMLHistoricalPricesLocators>("<HistoricalPricesLocators active=\"a\"/>"),
             u"XMLElement::checkAttributes, missing attribute version in HistoricalPricesLocators");
-  EXPECT_EQ(failureOf<XMLHistoricalPrices>("<HistoricalPrices domain=\"a\">" + ADDRESS + TABLE +
-                                           "</HistoricalPrices>"),
+  EXPECT_EQ(loadFailureOf<XMLHistoricalPrices>("<HistoricalPrices domain=\"a\">" + ADDRESS + TABLE +
+                                               "</HistoricalPrices>"),
             u"XMLElement::checkAttributes, missing attribute maxEntries in HistoricalPrices");
-  EXPECT_EQ(failureOf<XMLTagMove>("<TagMove move=\"In\"/>"),
+  EXPECT_EQ(loadFailureOf<XMLTagMove>("<TagMove move=\"In\"/>"),
             u"XMLElement::checkAttributes, missing attribute name in TagMove");
-  EXPECT_EQ(failureOf<XMLTagMove>("<TagMove name=\"td\"/>"),
+  EXPECT_EQ(loadFailureOf<XMLTagMove>("<TagMove name=\"td\"/>"),
             u"XMLElement::checkAttributes, missing attribute move in TagMove");
-  EXPECT_EQ(failureOf<XMLTagSearch>("<TagSearch val=\"x\"/>"),
+  EXPECT_EQ(loadFailureOf<XMLTagSearch>("<TagSearch val=\"x\"/>"),
             u"XMLElement::checkAttributes, missing attribute tagname in TagSearch");
 }
 
 TEST(LocatorDocuments, AStepIsExactlyOneOfSearchAndMove) {
-  EXPECT_EQ(
-      failureOf<XMLTagFind>("<TagFind><TagSearch tagname=\"a\"/><TagMove move=\"In\" name=\"b\"/></TagFind>"),
-      u"XMLTagFind::endElement - both are present");
-  EXPECT_EQ(failureOf<XMLTagFind>("<TagFind/>"), u"XMLTagFind::endElement - neither are present");
-  EXPECT_EQ(failureOf<XMLTagFind>("<TagFind><TagSearch tagname=\"a\"/></TagFind>"), u"no failure");
-  EXPECT_EQ(failureOf<XMLTagFind>(STEP), u"no failure");
+  EXPECT_EQ(loadFailureOf<XMLTagFind>(
+                "<TagFind><TagSearch tagname=\"a\"/><TagMove move=\"In\" name=\"b\"/></TagFind>"),
+            u"XMLTagFind::endElement - both are present");
+  EXPECT_EQ(loadFailureOf<XMLTagFind>("<TagFind/>"), u"XMLTagFind::endElement - neither are present");
+  EXPECT_EQ(loadFailureOf<XMLTagFind>("<TagFind><TagSearch tagname=\"a\"/></TagFind>"), u"no failure");
+  EXPECT_EQ(loadFailureOf<XMLTagFind>(STEP), u"no failure");
 }
 
 TEST(LocatorDocuments, APartWithATypeThatNoRequestHasLoads) {
