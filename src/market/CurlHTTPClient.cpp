@@ -76,8 +76,8 @@ private:
   std::unique_ptr<CurlTransfer> m_transfer;
 };
 
-CurlHTTPClient::CurlHTTPClient(long connectTimeout, long receiveTimeout)
-    : m_connectTimeout(connectTimeout), m_receiveTimeout(receiveTimeout) {}
+CurlHTTPClient::CurlHTTPClient(long connectTimeout, long receiveTimeout, long pageTimeout)
+    : m_connectTimeout(connectTimeout), m_receiveTimeout(receiveTimeout), m_pageTimeout(pageTimeout) {}
 
 CurlHTTPClient::~CurlHTTPClient() = default;
 
@@ -108,8 +108,8 @@ int CurlHTTPClient::attemptConnect() const {
 }
 
 int CurlHTTPClient::openSession() const {
-  static const CURLcode ready =
-      curl_global_init(CURL_GLOBAL_DEFAULT); // once a process, on whichever thread is first
+  // Once a process, on whichever thread is first.
+  static const CURLcode ready = curl_global_init(CURL_GLOBAL_DEFAULT);
   return ready != CURLE_OK || CurlTransfer().isReady() ? ready : CURLE_OUT_OF_MEMORY;
 }
 
@@ -121,8 +121,8 @@ String CurlHTTPClient::getPage(const URL& url) {
 }
 
 void CurlHTTPClient::getPage(const URL& url, std::vector<std::uint8_t>& body) {
-  fetch(url, "Accept: ummm",
-        body); // no meaning, but what servers of updates and adverts have always been sent
+  // No meaning, but what servers of updates and adverts have always been sent.
+  fetch(url, "Accept: ummm", body);
 }
 
 void CurlHTTPClient::setBodyLimit(std::size_t bytes) {
@@ -166,8 +166,15 @@ void CurlHTTPClient::setTimeouts(CurlTransfer& transfer) const {
   if (failure != 0)
     fail(u"setTimeouts - InternetSetOption conn timeout ", failure);
   failure = setReceiveTimeout(transfer, m_receiveTimeout);
+  if (failure == 0)
+    failure = setWholeTimeout(transfer, wholeTimeout());
   if (failure != 0)
     fail(u"setTimeouts - InternetSetOption recv timeout ", failure);
+}
+
+long CurlHTTPClient::wholeTimeout() const {
+  const std::size_t pages = std::max<std::size_t>(m_bodyLimit / PAGE_BODY_LIMIT, 1);
+  return m_pageTimeout * static_cast<long>(pages);
 }
 
 int CurlHTTPClient::setConnectTimeout(CurlTransfer& transfer, long milliseconds) const {
@@ -176,6 +183,10 @@ int CurlHTTPClient::setConnectTimeout(CurlTransfer& transfer, long milliseconds)
 
 int CurlHTTPClient::setReceiveTimeout(CurlTransfer& transfer, long milliseconds) const {
   return transfer.setReceiveTimeout(milliseconds);
+}
+
+int CurlHTTPClient::setWholeTimeout(CurlTransfer& transfer, long milliseconds) const {
+  return transfer.setWholeTimeout(milliseconds);
 }
 
 int CurlHTTPClient::waitForNetwork(CurlTransfer& transfer, int milliseconds) const {

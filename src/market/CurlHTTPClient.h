@@ -13,15 +13,17 @@ class URL;
 ///
 /// Connections are kept alive and used again. A finished transfer goes back to a pool with its connections,
 /// so that fetches one after the other use a single connection per host and port; fetches at the same time
-/// have one each. (A connection cache shared between handles would do the same, but the library doesn't
-/// support one across threads.)
+/// have one each. A single connection cache for all of them (CURL_LOCK_DATA_CONNECT of the library's shares)
+/// would be no safe replacement: the library says itself that connections must not be shared between threads.
 ///
 /// The texts of failures name the operations of another platform's library; users and support know them, so
 /// they stay. The number behind them is libcurl's code.
 class CurlHTTPClient : public HTTPClient {
 public:
-  /// Milliseconds to connect, and to wait for the next byte; the latter counts in whole seconds.
-  explicit CurlHTTPClient(long connectTimeout = 10000, long receiveTimeout = 10000);
+  /// Milliseconds: to connect, to wait for the next byte (in whole seconds), and for a whole page. The last
+  /// is there because past prices are fetched under the big mutex: a server that sends a byte now and then
+  /// would otherwise keep the windows waiting for days. A larger body limit gets more in proportion.
+  explicit CurlHTTPClient(long connectTimeout = 10000, long receiveTimeout = 10000, long pageTimeout = 60000);
   ~CurlHTTPClient() override;
   CurlHTTPClient(const CurlHTTPClient&) = delete;
   CurlHTTPClient& operator=(const CurlHTTPClient&) = delete;
@@ -45,6 +47,7 @@ protected:
   virtual int openSession() const;
   virtual int setConnectTimeout(CurlTransfer& transfer, long milliseconds) const;
   virtual int setReceiveTimeout(CurlTransfer& transfer, long milliseconds) const;
+  virtual int setWholeTimeout(CurlTransfer& transfer, long milliseconds) const;
   /// Waits until the transfer may go on; 0, or the library's code.
   virtual int waitForNetwork(CurlTransfer& transfer, int milliseconds) const;
   /// Told of each piece of a posted body as it goes out.
@@ -56,6 +59,7 @@ private:
   void connect(CurlTransfer& transfer, const URL& url) const;
   void openRequest(CurlTransfer& transfer, const URL& url, const char* acceptHeader) const;
   void setTimeouts(CurlTransfer& transfer) const;
+  long wholeTimeout() const;
   /// Runs the transfer and returns the library's code.
   int run(CurlTransfer& transfer) const;
   /// Throws when there is no answer; otherwise returns the code of a failure that came later, or 0.
@@ -66,6 +70,7 @@ private:
 
   const long m_connectTimeout;
   const long m_receiveTimeout;
+  const long m_pageTimeout;
   std::atomic<std::size_t> m_bodyLimit{PAGE_BODY_LIMIT};
   std::atomic<bool> m_aborted{false};
   std::atomic<bool> m_online{false};

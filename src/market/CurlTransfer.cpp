@@ -1,4 +1,5 @@
 #include "market/CurlTransfer.h"
+#include "market/PercentEncoding.h"
 #include "market/URL.h"
 #include <algorithm>
 #include <cstdlib>
@@ -26,19 +27,9 @@ bool hasControl(const std::string& text) {
 
 /// What a request line can't hold, percent-encoded. A fragment is the reader's business and is not sent.
 std::string requestTarget(const std::string& path) {
-  static constexpr char DIGITS[] = "0123456789ABCDEF";
-  std::string target;
-  for (const char character : path.substr(0, path.find('#'))) {
-    const auto byte = static_cast<unsigned char>(character);
-    if (byte >= 0x80 || std::strchr(" \"<>", character) != nullptr) {
-      target += '%';
-      target += DIGITS[byte >> 4];
-      target += DIGITS[byte & 0xF];
-    } else {
-      target += character;
-    }
-  }
-  return target;
+  return percentEncoded(path.substr(0, path.find('#')), [](unsigned char byte) {
+    return byte >= 0x80 || std::strchr(" \"<>", byte) != nullptr;
+  });
 }
 
 /// The proxy that the environment names is used, but never for this machine itself.
@@ -150,6 +141,11 @@ CURLcode CurlTransfer::setConnectTimeout(long milliseconds) {
 CURLcode CurlTransfer::setReceiveTimeout(long milliseconds) {
   set(CURLOPT_LOW_SPEED_LIMIT, 1L);
   set(CURLOPT_LOW_SPEED_TIME, (milliseconds + 999) / 1000);
+  return m_optionResult;
+}
+
+CURLcode CurlTransfer::setWholeTimeout(long milliseconds) {
+  set(CURLOPT_TIMEOUT_MS, milliseconds);
   return m_optionResult;
 }
 

@@ -23,7 +23,6 @@ public:
   bool isReady() const { return m_easy && m_multi; }
 
   // --- Before the request; each gives 0 or the library's code
-  // ------------------------------------------------------
 
   /// Forgets the last request and sets what all requests have in common.
   CURLcode begin(std::size_t bodyLimit);
@@ -39,9 +38,10 @@ public:
                    std::function<void(std::size_t)> pieceWritten);
   CURLcode setConnectTimeout(long milliseconds);
   CURLcode setReceiveTimeout(long milliseconds);
+  /// From the first step to the last byte, redirections included.
+  CURLcode setWholeTimeout(long milliseconds);
 
   // --- The request
-  // -------------------------------------------------------------------------------------------------
 
   /// Runs until the answer is there or the transfer failed, and returns the library's code. wait is called
   /// while nothing can be done and returns 0, or a code that ends the transfer.
@@ -52,7 +52,6 @@ public:
   void wake();
 
   // --- The answer
-  // --------------------------------------------------------------------------------------------------
 
   /// True when the head of the answer itself arrived, not only that of a redirection to it.
   bool hasAnswer() const { return m_headComplete && !isRedirection(); }

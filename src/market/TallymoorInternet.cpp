@@ -121,7 +121,6 @@ TallymoorInternet::~TallymoorInternet() {
 }
 
 // --- Prices
-// -------------------------------------------------------------------------------------------------------
 
 DataSource TallymoorInternet::dataSource(const String& operation) const {
   const BigMutexLock lock;
@@ -264,7 +263,6 @@ void TallymoorInternet::currentPriceUpdated(const String& code, double price) {
 }
 
 // --- Questions after a failure
-// ------------------------------------------------------------------------------------
 
 /// False also when nothing may be asked. Who wants no other try is offered to go offline.
 bool TallymoorInternet::wantsRetry(const String& question) {
@@ -293,7 +291,6 @@ bool TallymoorInternet::wantsToReadAgain(const String& code, const HistoryRange&
 }
 
 // --- Delisted codes
-// -----------------------------------------------------------------------------------------------
 
 bool TallymoorInternet::isBadCode(const String& code) {
   const BigMutexLock lock;
@@ -316,7 +313,6 @@ std::vector<String> TallymoorInternet::badCodes() {
 }
 
 // --- Online, offline, and the updater
-// -----------------------------------------------------------------------------
 
 bool TallymoorInternet::isOnline() const {
   const BigMutexLock lock;
@@ -388,7 +384,6 @@ void TallymoorInternet::endUpdates() {
 }
 
 // --- The cache as a whole
-// -----------------------------------------------------------------------------------------
 
 void TallymoorInternet::save() {
   const BigMutexLock lock;

@@ -1,5 +1,6 @@
 #include "market/URLResolver.h"
 #include "foundation/Exception.h"
+#include "market/PercentEncoding.h"
 #include "market/URLVariables.h"
 
 namespace Tallymoor {
@@ -32,20 +33,7 @@ URL URLResolver::operator()(const URLVariablesProvider& variables) const {
 }
 
 std::string URLResolver::percentEncode(const std::string& bytes) {
-  static constexpr char DIGITS[] = "0123456789ABCDEF";
-  std::string encoded;
-  encoded.reserve(bytes.size());
-  for (const char character : bytes) {
-    const auto byte = static_cast<unsigned char>(character);
-    if (mustBeEncoded(byte)) {
-      encoded += '%';
-      encoded += DIGITS[byte >> 4];
-      encoded += DIGITS[byte & 0xF];
-    } else {
-      encoded += character;
-    }
-  }
-  return encoded;
+  return percentEncoded(bytes, mustBeEncoded);
 }
 
 } // namespace Tallymoor

@@ -4,6 +4,7 @@
 #include "market/URL.h"
 #include "support/StringPrinting.h"
 #include "support/TestHttpServer.h"
+#include <atomic>
 #include <functional>
 #include <future>
 #include <gtest/gtest.h>
@@ -116,14 +117,53 @@ TEST_F(CurlHTTPClientTest, KeepsOneConnectionPerHostAndPort) {
   EXPECT_EQ(connections.size(), 1u);
 }
 
+/// Calls the work on so many threads, with their numbers.
+std::vector<std::future<String>> onThreads(int count, const std::function<String(int)>& work) {
+  std::vector<std::future<String>> results;
+  for (int i = 0; i < count; ++i)
+    results.push_back(std::async(std::launch::async, work, i));
+  return results;
+}
+
 TEST_F(CurlHTTPClientTest, FetchesOnSeveralThreadsAtOnce) {
+  constexpr int THREADS = 5;
   m_server.setFallback([](const TestHttpServer::Request& request) { return Response{200, request.target}; });
-  std::vector<std::future<String>> pages;
-  for (int i = 0; i < 8; ++i)
-    pages.push_back(
-        std::async(std::launch::async, [this, i] { return m_client.getPage(url("/" + std::to_string(i))); }));
-  for (int i = 0; i < 8; ++i)
+  m_server.stall();
+  auto pages = onThreads(THREADS, [this](int i) { return m_client.getPage(url("/" + std::to_string(i))); });
+  EXPECT_TRUE(m_server.waitForRequests(THREADS)) << "none waits for another";
+  m_server.release();
+  for (int i = 0; i < THREADS; ++i)
     EXPECT_EQ(pages[static_cast<std::size_t>(i)].get(), u"/" + String::fromLong(i));
+  std::set<int> connections;
+  for (const TestHttpServer::Request& request : m_server.requests())
+    connections.insert(request.clientPort);
+  EXPECT_EQ(connections.size(), THREADS) << "one each";
+  m_client.getPage(url("/again"));
+  EXPECT_TRUE(connections.contains(m_server.requests().back().clientPort)) << "and they are used again";
+}
+
+TEST_F(CurlHTTPClientTest, MayGoOffAndOnWhileOthersFetch) {
+  constexpr int THREADS = 4;
+  m_server.route("/", {200, "x"});
+  std::atomic<bool> enough = false;
+  auto others = onThreads(THREADS, [&](int) {
+    String unexpected;
+    while (!enough) {
+      const HTTPException failure = failureOf([&] { m_client.getPage(url("/")); });
+      if (failure.message() != u"no failure" && failure.message() != words(SEND, CURLE_ABORTED_BY_CALLBACK))
+        unexpected = failure.message();
+    }
+    return unexpected;
+  });
+  for (std::size_t turn = 1; turn <= 20; ++turn) {
+    EXPECT_TRUE(m_server.waitForRequests(turn * THREADS));
+    m_client.abort();
+    m_client.goOnline();
+  }
+  enough = true;
+  for (auto& other : others)
+    EXPECT_EQ(other.get(), u"");
+  EXPECT_EQ(m_client.getPage(url("/")), u"x");
 }
 
 TEST_F(CurlHTTPClientTest, FollowsRedirectsWithinTheWeb) {
@@ -238,6 +278,18 @@ TEST_F(CurlHTTPClientTest, GivesUpOnASilentServer) {
   m_server.release();
 }
 
+TEST_F(CurlHTTPClientTest, GivesUpOnAServerThatNeverComesToAnEnd) {
+  LoopbackPeer peer([](LoopbackPeer::Connection& connection) {
+    connection.readHead();
+    connection.write("HTTP/1.1 200 OK\r\nConnection: close\r\n\r\n");
+    while (connection.write("x")) {
+    }
+  });
+  CurlHTTPClient client(10000, 10000, 100);
+  client.goOnline();
+  EXPECT_EQ(failureOf([&] { client.getPage(peer.url()); }).message(), words(SEND, CURLE_OPERATION_TIMEDOUT));
+}
+
 TEST_F(CurlHTTPClientTest, AbortEndsAStalledFetchAndAllLaterOnes) {
   m_server.route("/", {200, "x"});
   m_server.stall();
@@ -260,7 +312,6 @@ TEST(CurlHTTPClient, FetchesNothingBeforeItIsOnline) {
 }
 
 // --- What the system or the library refuses
-// -----------------------------------------------------------------------
 
 class RefusingClient : public CurlHTTPClient {
 public:
@@ -268,20 +319,25 @@ public:
   int session = 0;
   int connectTimeout = 0;
   int receiveTimeout = 0;
+  int wholeTimeout = 0;
   std::function<int(CurlTransfer&)> waiting;
   std::vector<std::size_t> pieces;
-  mutable std::pair<long, long> timeouts;
+  mutable std::vector<long> timeouts; ///< in the order of their setting
 
 protected:
   int attemptConnect() const override { return interfaces; }
   int openSession() const override { return session; }
   int setConnectTimeout(CurlTransfer& transfer, long milliseconds) const override {
-    timeouts.first = milliseconds;
+    timeouts.push_back(milliseconds);
     return connectTimeout != 0 ? connectTimeout : CurlHTTPClient::setConnectTimeout(transfer, milliseconds);
   }
   int setReceiveTimeout(CurlTransfer& transfer, long milliseconds) const override {
-    timeouts.second = milliseconds;
+    timeouts.push_back(milliseconds);
     return receiveTimeout != 0 ? receiveTimeout : CurlHTTPClient::setReceiveTimeout(transfer, milliseconds);
+  }
+  int setWholeTimeout(CurlTransfer& transfer, long milliseconds) const override {
+    timeouts.push_back(milliseconds);
+    return wholeTimeout != 0 ? wholeTimeout : CurlHTTPClient::setWholeTimeout(transfer, milliseconds);
   }
   int waitForNetwork(CurlTransfer& transfer, int milliseconds) const override {
     const int refusal = waiting ? waiting(transfer) : 0;
@@ -302,16 +358,25 @@ TEST(CurlHTTPClientRefused, GoingOnline) {
 
 TEST(CurlHTTPClientRefused, TimeOuts) {
   TestHttpServer server;
+  server.route("/", {200, "x"});
   RefusingClient client;
   client.goOnline();
   const URL url(String(server.url("/").c_str()));
+  EXPECT_EQ(client.getPage(url), u"x");
+  EXPECT_EQ(client.timeouts, (std::vector<long>{10000, 10000, 60000}));
+  client.setBodyLimit(HTTPClient::UPDATE_BODY_LIMIT);
+  EXPECT_EQ(client.getPage(url), u"x");
+  EXPECT_EQ(client.timeouts.back(), 20 * 60000) << "a larger body may take longer";
+  client.setBodyLimit(1);
+  EXPECT_EQ(client.getPage(url), u"x");
+  EXPECT_EQ(client.timeouts.back(), 60000);
+  const auto failure = [&] { return failureOf([&] { client.getPage(url); }).message(); };
+  client.wholeTimeout = 47;
+  EXPECT_EQ(failure(), words(u"setTimeouts - InternetSetOption recv timeout ", 47));
   client.receiveTimeout = 48;
-  EXPECT_EQ(failureOf([&] { client.getPage(url); }).message(),
-            words(u"setTimeouts - InternetSetOption recv timeout ", 48));
+  EXPECT_EQ(failure(), words(u"setTimeouts - InternetSetOption recv timeout ", 48));
   client.connectTimeout = 43;
-  EXPECT_EQ(failureOf([&] { client.getPage(url); }).message(),
-            words(u"setTimeouts - InternetSetOption conn timeout ", 43));
-  EXPECT_EQ(client.timeouts, (std::pair<long, long>(10000, 10000)));
+  EXPECT_EQ(failure(), words(u"setTimeouts - InternetSetOption conn timeout ", 43));
 }
 
 TEST(CurlHTTPClientRefused, Waiting) {
@@ -330,7 +395,6 @@ TEST(CurlHTTPClientRefused, Waiting) {
 }
 
 // --- Requests with a body
-// -----------------------------------------------------------------------------------------
 
 TEST(CurlHTTPClientPost, GoesOutInPiecesOfAtMost1024Bytes) {
   TestHttpServer server;
@@ -365,13 +429,14 @@ TEST(CurlHTTPClientPost, FailsWithoutAServer) {
 TEST(CurlHTTPClientPost, FailsWhenTheConnectionBreaksWhileTheBodyIsWritten) {
   LoopbackPeer peer([](LoopbackPeer::Connection& connection) {
     connection.readHead();
+    connection.read(1); // until the body is under way
     connection.reset();
   });
   CurlHTTPClient client;
   client.goOnline();
-  EXPECT_TRUE(failureOf([&] { client.sendHTTPRequest2(peer.url(), LARGE_BODY); })
-                  .message()
-                  .startsWith(u"Win32HTTPClient::sendHTTPRequest2 - InternetWriteFile "));
+  const String message = failureOf([&] { client.sendHTTPRequest2(peer.url(), LARGE_BODY); }).message();
+  EXPECT_TRUE(message.startsWith(u"Win32HTTPClient::sendHTTPRequest2 - InternetWriteFile "))
+      << message.toUTF8();
 }
 
 TEST(CurlHTTPClientPost, FailsWhenTheServerAnswersBeforeItHasTakenTheBody) {

@@ -29,8 +29,8 @@ void LoopbackPeer::Connection::readHead() {
   }
 }
 
-void LoopbackPeer::Connection::write(const std::string& bytes) {
-  send(m_socket, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+bool LoopbackPeer::Connection::write(const std::string& bytes) {
+  return send(m_socket, bytes.data(), bytes.size(), MSG_NOSIGNAL) >= 0;
 }
 
 void LoopbackPeer::Connection::waitForClose() {

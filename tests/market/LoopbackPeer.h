@@ -17,7 +17,8 @@ public:
     std::string read(std::size_t count);
     /// Up to the empty line, and nothing of what follows.
     void readHead();
-    void write(const std::string& bytes);
+    /// False when the client has gone.
+    bool write(const std::string& bytes);
     /// Reads until the client has closed its side.
     void waitForClose();
     /// Makes the close at the end of the script break the connection.

@@ -20,7 +20,6 @@ protected:
 };
 
 // --- Codes and prices
-// ---------------------------------------------------------------------------------------------
 
 TEST_F(PriceUpdaterTest, ACodeBeginsWithoutAPriceAndKeepsTheOneItHas) {
   updater().addCode(m_code);
@@ -69,7 +68,6 @@ TEST_F(PriceUpdaterTest, APriceThatShowsAsZeroIsNone) {
 }
 
 // --- A pass
-// -------------------------------------------------------------------------------------------------------
 
 TEST_F(PriceUpdaterTest, APassFetchesAllCodesInOrderAndTellsTheObservers) {
   watch(u"BBB", 2.0);
@@ -196,7 +194,6 @@ TEST_F(PriceUpdaterTest, ACodeMarkedAsDelistedLaterStaysOnViewButOutOfTheCache) 
 }
 
 // --- Failures
-// -----------------------------------------------------------------------------------------------------
 
 TEST_F(PriceUpdaterTest, AFailureEndsThePassAndShowsInTheStatusLine) {
   watch(u"AAA", 1.0);
@@ -242,7 +239,6 @@ TEST_F(PriceUpdaterTest, AFailureOfAnObserverEndsThePassToo) {
 }
 
 // --- Recent closes
-// ------------------------------------------------------------------------------------------------
 
 TEST_F(PriceUpdaterTest, RecentClosesAreRefreshedWhenTheTimeHasCome) {
   watch(m_code, 1.5);
@@ -339,7 +335,6 @@ TEST_F(PriceUpdaterTest, AFailedCheckAsksNothingAndEndsThePass) {
 }
 
 // --- Settings
-// -----------------------------------------------------------------------------------------------------
 
 TEST_F(PriceUpdaterTest, ThePeriodIsASettingWithinReason) {
   EXPECT_EQ(PriceUpdater::passPeriod(), 10u * 60000);

@@ -54,7 +54,6 @@ protected:
 };
 
 // --- Reading
-// ------------------------------------------------------------------------------------------------------
 
 TEST_F(SharePriceCacheTest, ACodeWithoutAFileIsEmptyAndWritesNone) {
   SharePriceCache cache(m_directory);
@@ -144,7 +143,6 @@ TEST_F(SharePriceCacheTest, AFileIsReadOnceARun) {
 }
 
 // --- Files that can't be read
-// -------------------------------------------------------------------------------------
 
 TEST_F(SharePriceCacheTest, TheFirstOneToAskHearsOfAMalformedFile) {
   writeFile("PriceCache.ABC.AX.xml", "<ShareValues><String>ABC.AX</String>");
@@ -187,7 +185,6 @@ TEST_F(SharePriceCacheTest, AFolderInPlaceOfAFileIsAFailureToo) {
 }
 
 // --- Writing
-// ------------------------------------------------------------------------------------------------------
 
 TEST_F(SharePriceCacheTest, WritesRowsInDateOrderWithFourDecimals) {
   SharePriceCache cache(m_directory);
@@ -274,7 +271,6 @@ TEST_F(SharePriceCacheTest, AFailureOfOneCodeDoesNotStopTheOthers) {
 }
 
 // --- Clearing
-// -----------------------------------------------------------------------------------------------------
 
 TEST_F(SharePriceCacheTest, ClearForgetsEverythingAndDeletesEveryXmlFile) {
   SharePriceCache cache(m_directory);
@@ -300,7 +296,6 @@ TEST_F(SharePriceCacheTest, AfterAClearAMalformedFileIsNoHindranceAnyMore) {
 }
 
 // --- Delisted codes
-// -----------------------------------------------------------------------------------------------
 
 TEST_F(SharePriceCacheTest, BadCodesAreThoseOfMemoryAndOfAllFiles) {
   writeFile("PriceCache.ZZZ.AX.xml", document("ZZZ.AX", {}, " IsBad=\"true\""));
@@ -333,7 +328,6 @@ TEST_F(SharePriceCacheTest, AClearedMarkIsNotWritten) {
 }
 
 // --- Merging and single prices
-// ------------------------------------------------------------------------------------
 
 TEST_F(SharePriceCacheTest, GapsTakeTheLastCloseAndDaysBeforeTheFirstRowStayEmpty) {
   SharePriceCache cache(m_directory);

@@ -30,7 +30,6 @@ protected:
 };
 
 // --- Current prices
-// -----------------------------------------------------------------------------------------------
 
 TEST_F(TallymoorInternetFailureTest, NoCurrentPriceOffline) {
   gateway().goOffline();
@@ -111,7 +110,6 @@ TEST_F(TallymoorInternetFailureTest, AQuoteMustBeAFloat) {
 }
 
 // --- Past prices
-// --------------------------------------------------------------------------------------------------
 
 TEST_F(TallymoorInternetFailureTest, NoUncachedPastPriceOffline) {
   gateway().goOffline();
@@ -257,7 +255,6 @@ TEST_F(TallymoorInternetFailureTest, WithoutAWindowNothingIsAsked) {
 }
 
 // --- Searches
-// -----------------------------------------------------------------------------------------------------
 
 TEST_F(TallymoorInternetFailureTest, NoSearchOffline) {
   gateway().goOffline();
@@ -328,7 +325,6 @@ TEST_F(TallymoorInternetFailureTest, AnUnreadableSecondPageLeavesTheResultsOfThe
 }
 
 // --- Cache files
-// --------------------------------------------------------------------------------------------------
 
 TEST_F(TallymoorInternetFailureTest, AMalformedCacheFileReachesTheFirstWhoAsksForAPrice) {
   const String path = m_profile.cacheFolder() + u"PriceCache.ABC.AX.xml";

@@ -27,7 +27,6 @@ protected:
 };
 
 // --- Current prices
-// -----------------------------------------------------------------------------------------------
 
 TEST_F(TallymoorInternetPricesTest, FetchesACurrentPrice) {
   m_market.setCurrentPrice(m_code, 12.34);
@@ -79,7 +78,6 @@ TEST_F(TallymoorInternetPricesTest, AQuoteRequestHasNoDates) {
 }
 
 // --- Past prices
-// --------------------------------------------------------------------------------------------------
 
 TEST_F(TallymoorInternetPricesTest, ADateInTheCacheIsAnsweredOffline) {
   m_market.setHistory(m_code, Date(2006, 1, 2), m_friday, 5.0);
@@ -225,7 +223,6 @@ TEST_F(TallymoorInternetPricesTest, ARefreshFetchesWhatIsCached) {
 }
 
 // --- The cache
-// ----------------------------------------------------------------------------------------------------
 
 TEST_F(TallymoorInternetPricesTest, ColumnsOfACachedDay) {
   m_market.setDay(m_code, m_friday, 5.0, 6.0, 4.0, 100);
@@ -298,7 +295,6 @@ TEST_F(TallymoorInternetPricesTest, ManyLookUpsAgreeWithTheRows) {
 }
 
 // --- Delisted codes
-// -----------------------------------------------------------------------------------------------
 
 TEST_F(TallymoorInternetPricesTest, AMarkOfADelistedCodeLastsUntilItIsCleared) {
   gateway().markBadCode(m_code);
@@ -319,7 +315,6 @@ TEST_F(TallymoorInternetPricesTest, ADelistedCodeStillHasItsCachedPrices) {
 }
 
 // --- Searches
-// -----------------------------------------------------------------------------------------------------
 
 TEST_F(TallymoorInternetPricesTest, SearchesByName) {
   m_market.addListing(u"ABC.AX", u"Alphabet Soup", u"Australia");

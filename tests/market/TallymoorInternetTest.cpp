@@ -45,7 +45,6 @@ protected:
 };
 
 // --- Construction and end
-// -----------------------------------------------------------------------------------------
 
 TEST_F(TallymoorInternetTest, IsBuiltAtTheFirstCall) {
   EXPECT_FALSE(TallymoorInternet::exists());
@@ -111,7 +110,6 @@ TEST_F(TallymoorInternetTest, AMachineWithoutAConnectionStartsOfflineWithoutAWor
 }
 
 // --- Locator documents
-// --------------------------------------------------------------------------------------------
 
 TEST_F(TallymoorInternetTest, ADocumentMustHoldTheLocatorThatItNames) {
   changeDocument(u"HistoricalPricesLocators.xml", m_active, m_inactive);
@@ -192,7 +190,6 @@ TEST_F(TallymoorInternetTest, AResetBeforeTheFirstCallBuildsTheGateway) {
 }
 
 // --- Online and offline
-// -------------------------------------------------------------------------------------------
 
 TEST_F(TallymoorInternetTest, ReconnectsWhenASearchFindsSomething) {
   m_market.addListing(u"TST", u"Test", u"Australia");
