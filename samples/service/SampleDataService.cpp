@@ -27,20 +27,22 @@ Now localNow() {
       local.tm_hour * 60 + local.tm_min};
 }
 
-int numberParameter(const httplib::Request& request, const char* name, int fallback) {
+/// A number of at most four digits; anything else gives -1.
+int numberParameter(const httplib::Request& request, const char* name) {
   const std::string text = request.get_param_value(name);
-  int value = fallback;
-  std::from_chars(text.data(), text.data() + text.size(), value);
-  return value;
+  int value = -1;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  return error == std::errc() && value >= 0 && value <= 9999 ? value : -1;
 }
 
 /// A day from the parameters for day, month (counted from 0) and year; the fallback when they make none.
 Day dayParameter(const httplib::Request& request, const char* dayName, const char* monthName,
                  const char* yearName, Day fallback) {
-  const year_month_day ymd{year(numberParameter(request, yearName, 0)),
-                           month(unsigned(numberParameter(request, monthName, -1) + 1)),
-                           day(unsigned(numberParameter(request, dayName, 0)))};
-  return ymd.ok() ? sys_days(ymd) : fallback;
+  const int y = numberParameter(request, yearName);
+  const int m = numberParameter(request, monthName);
+  const int d = numberParameter(request, dayName);
+  const year_month_day ymd{year(y), month(unsigned(m + 1)), day(unsigned(d))};
+  return y >= 0 && m >= 0 && d >= 0 && ymd.ok() ? sys_days(ymd) : fallback;
 }
 
 std::string upperCase(std::string text) {

@@ -1,7 +1,9 @@
 #include "service/SampleDataService.h"
 #include "foundation/BigMutex.h"
 #include "foundation/Exception.h"
+#include "market/HTTPClient.h"
 #include "market/TallymoorInternet.h"
+#include "market/URL.h"
 #include "support/FakeUserInteraction.h"
 #include "support/GatewayScope.h"
 #include "support/TestProfile.h"
@@ -22,7 +24,8 @@ protected:
     m_service.emplace(options);
     EXPECT_TRUE(m_service->bind());
     m_thread = std::thread([this] { m_service->serve(); });
-    for (const char* name : {"CurrentPriceLocators.xml", "CodeSearchLocators.xml", "HistoricalPricesLocators.xml"})
+    for (const char* name :
+         {"CurrentPriceLocators.xml", "CodeSearchLocators.xml", "HistoricalPricesLocators.xml"})
       installDocument(name);
     m_gateway.emplace();
   }
@@ -34,14 +37,20 @@ protected:
 
   TallymoorInternet& gateway() { return TallymoorInternet::Instance(); }
 
-  FakeUserInteraction& user() { return m_user; }
+  String page(const std::string& target) {
+    const std::string address = "http://127.0.0.1:" + std::to_string(m_service->port()) + target;
+    const std::unique_ptr<HTTPClient> client = createHTTPClient();
+    client->goOnline();
+    return client->getPage(URL(String::fromUTF8(address)));
+  }
 
 private:
   void installDocument(const std::string& name) {
     const std::string defaults = std::string(TALLYMOOR_SAMPLES) + "/../assets/defaults/Config/";
     std::string document = TestProfile::readFile(String::fromUTF8(defaults + name));
     const std::string standard = "127.0.0.1:8317";
-    document.replace(document.find(standard), standard.size(), "127.0.0.1:" + std::to_string(m_service->port()));
+    document.replace(document.find(standard), standard.size(),
+                     "127.0.0.1:" + std::to_string(m_service->port()));
     TestProfile::writeFile(m_profile.configFolder() + String::fromUTF8(name), document);
   }
 
@@ -66,7 +75,8 @@ TEST_F(SampleDataServiceTest, EveryQuotePageGivesItsPrice) {
   for (const auto& listing : SampleService::SampleMarket::listings()) {
     const double expected =
         double(*SampleService::SampleMarket().quote(listing.code, dayOf(2026, 3, 3), 720)) / 10000.0;
-    EXPECT_NEAR(expected, gateway().currentPrice(String::fromUTF8(listing.code), false, true), 0.005) << listing.code;
+    EXPECT_NEAR(expected, gateway().currentPrice(String::fromUTF8(listing.code), false, true), 0.005)
+        << listing.code;
   }
 }
 
@@ -75,15 +85,18 @@ TEST_F(SampleDataServiceTest, HistoryPageGivesClosesHighsAndVolumes) {
   const Date day(2024, 5, 17);
   EXPECT_NEAR(closeOf("GRV.AX", dayOf(2024, 5, 17)), gateway().historicalPrice(u"GRV.AX", day, true), 0.005);
   EXPECT_GT(gateway().getCachedPrice(u"GRV.AX", day, 1), gateway().getCachedPrice(u"GRV.AX", day, 2));
-  EXPECT_EQ(gateway().getCachedPrice(u"GRV.AX", Date(2024, 5, 10), 0), gateway().getCachedPrice(u"GRV.AX", Date(2024, 5, 11), 0))
+  EXPECT_EQ(gateway().getCachedPrice(u"GRV.AX", Date(2024, 5, 10), 0),
+            gateway().getCachedPrice(u"GRV.AX", Date(2024, 5, 11), 0))
       << "Saturday has Friday's close";
 }
 
 TEST_F(SampleDataServiceTest, SplitRowsFallOutOfTheHistory) {
   BigMutexLock lock;
   gateway().historicalPrice(u"GRV.AX", Date(2024, 5, 17), true);
-  EXPECT_NEAR(closeOf("GRV.AX", dayOf(2024, 5, 14)), gateway().getCachedPrice(u"GRV.AX", Date(2024, 5, 14), 0), 0.005);
-  EXPECT_NEAR(closeOf("GRV.AX", dayOf(2024, 5, 13)), gateway().getCachedPrice(u"GRV.AX", Date(2024, 5, 13), 0), 0.005);
+  EXPECT_NEAR(closeOf("GRV.AX", dayOf(2024, 5, 14)),
+              gateway().getCachedPrice(u"GRV.AX", Date(2024, 5, 14), 0), 0.005);
+  EXPECT_NEAR(closeOf("GRV.AX", dayOf(2024, 5, 13)),
+              gateway().getCachedPrice(u"GRV.AX", Date(2024, 5, 13), 0), 0.005);
 }
 
 TEST_F(SampleDataServiceTest, PriceFilesWinOverTheMadeUpMarket) {
@@ -120,6 +133,15 @@ TEST_F(SampleDataServiceTest, MarketIsKnownFromTheCodeWhereThePageDoesNotSay) {
 TEST_F(SampleDataServiceTest, ReconnectingFindsSomethingForTest) {
   BigMutexLock lock;
   EXPECT_TRUE(gateway().reconnect());
+}
+
+TEST_F(SampleDataServiceTest, ARangeThatIsNoneIsTheWholeHistory) {
+  const String whole = page("/history?s=ABC.AX");
+  EXPECT_TRUE(whole.contains(u"2-Mar-26"));
+  for (const char* const range : {"&a=2147483647&b=1&c=2020", "&a=-1&b=1&c=2020", "&a=0&b=300&c=2020",
+                                  "&a=x&b=y&c=z", "&a=0&b=1&c=99999999"})
+    EXPECT_EQ(page(std::string("/history?s=ABC.AX") + range), whole) << range;
+  EXPECT_TRUE(page("/history?s=ABC.AX&a=0&b=1&c=2020&d=0&e=31&f=2020").contains(u"31-Jan-20"));
 }
 
 TEST_F(SampleDataServiceTest, UnknownCodeIsRefusedWithItsStatus) {

@@ -17,7 +17,9 @@ long countListings(const std::function<bool(const Listing&)>& wanted) {
 
 TEST(SampleMarketTest, ListsEnoughOfEachKind) {
   EXPECT_GE(countListings([](const Listing& l) { return l.code.ends_with(".AX"); }), 40);
-  EXPECT_GE(countListings([](const Listing& l) { return !l.isIndex && l.code.find('.') == std::string::npos; }), 10);
+  EXPECT_GE(
+      countListings([](const Listing& l) { return !l.isIndex && l.code.find('.') == std::string::npos; }),
+      10);
   EXPECT_GE(countListings([](const Listing& l) { return l.isIndex; }), 3);
 }
 
