@@ -83,8 +83,8 @@ TEST_F(ProgramStartTest, AProgramGetsASessionOfItsOwnAndNothingOfOurs) {
              "\nset -- $(cat /proc/$$/stat)\n"
              "[ $1 = $6 ] && printf 'own session, '\n"
              "[ -e /proc/$$/fd/50 ] || printf 'own files, '\n"
-             "grep -q '^SigBlk:.0*$' /proc/$$/status && printf 'nothing blocked, '\n"
-             "grep -q '^SigIgn:.*[02468ace]...$' /proc/$$/status && printf 'no broken pipe ignored'\n"),
+             "grep -q '^SigBlk:.0*$' /proc/self/status && printf 'nothing blocked, '\n"
+             "grep -q '^SigIgn:.*[02468ace]...$' /proc/self/status && printf 'no broken pipe ignored'\n"),
       {}));
   EXPECT_EQ(readToEnd(pipe), "own session, own files, nothing blocked, no broken pipe ignored");
   std::signal(SIGPIPE, before);

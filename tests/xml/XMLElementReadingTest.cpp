@@ -136,6 +136,22 @@ TEST_F(XMLElementReadingTest, ASecondDecodeWithoutResetIsRefusedAtTheFirstSingle
             NOT_FOUND_IN_SAMPLE);
 }
 
+TEST_F(XMLElementReadingTest, ACopyKnowsWhatItsSourceHasMet) {
+  m_sample.decode("<Sample><Constant>1</Constant></Sample>");
+  XMLSample copy(m_sample);
+  EXPECT_EQ(failureOf([&] { copy.decode("<Sample><Constant/><Constant/></Sample>"); }), NOT_FOUND_IN_SAMPLE);
+}
+
+TEST_F(XMLElementReadingTest, ARootNamedAsASubElementIsTakenForItAfterAResetToo) {
+  m_sample.decode("<Constant>1</Constant>");
+  EXPECT_EQ(textValue(m_sample, u"First"), String(u"1"));
+  m_sample.reset();
+  m_sample.decode("<Sample><String>text</String></Sample>");
+  m_sample.reset();
+  m_sample.decode("<Constant>2</Constant>");
+  EXPECT_EQ(textValue(m_sample, u"First"), String(u"2"));
+}
+
 TEST_F(XMLElementReadingTest, AfterAResetASecondDocumentIsRead) {
   const char* text = "<Sample a='1'><Constant>1</Constant><Constant>2</Constant><Item>a</Item></Sample>";
   m_sample.decode(text);
