@@ -48,7 +48,7 @@ protected:
     try {
       return (this->*operation->second)(arguments);
     } catch (const Exception& failure) {
-      return "throws " + failure.message().toUTF8();
+      return std::string("throws ").append(failure.message().toUTF8());
     }
   }
 
@@ -70,7 +70,7 @@ protected:
     for (const char* tag : {"<HeldShares", "<HeldShare>", "<BuyEvent>", "<SoldShares", "<SoldShare>",
                             "<SellEvent>", "<Dividends", "<DividendEvent>", "<CashReserve", "<CashEvent>"})
       for (std::size_t at = text.find(tag); at != std::string::npos; at = text.find(tag, at + 2))
-        text.insert(at, "\n");
+        text.insert(at, 1, '\n');
     return text + "\n";
   }
 
