@@ -9,25 +9,22 @@ namespace {
 
 constexpr std::size_t MOST_ROWS = 250;
 
+std::string withThousandsCommas(std::int64_t whole) {
+  std::string text = std::to_string(whole);
+  for (std::size_t at = text.size(); at > 3; at -= 3)
+    text.insert(at - 3, 1, ',');
+  return text;
+}
+
 /// "1,234.50": thousands commas and two decimals, four below ten.
 std::string priceText(std::int64_t price) {
+  const bool small = price < 100000;
   char decimals[8];
-  if (price < 100000)
+  if (small)
     std::snprintf(decimals, sizeof decimals, ".%04lld", static_cast<long long>(price % 10000));
   else
     std::snprintf(decimals, sizeof decimals, ".%02lld", static_cast<long long>((price + 50) / 100 % 100));
-  const std::int64_t whole = price < 100000 ? price / 10000 : (price + 50) / 10000;
-  std::string text = std::to_string(whole);
-  for (std::size_t at = text.size(); at > 3; at -= 3)
-    text.insert(at - 3, ",");
-  return text + decimals;
-}
-
-std::string countText(std::int64_t count) {
-  std::string text = std::to_string(count);
-  for (std::size_t at = text.size(); at > 3; at -= 3)
-    text.insert(at - 3, ",");
-  return text;
+  return withThousandsCommas(small ? price / 10000 : (price + 50) / 10000) + decimals;
 }
 
 /// "3-Mar-06".
@@ -72,7 +69,7 @@ std::string rowsOfPrices(const PriceHistory& history, Day first, Day last) {
                 "</b></td><td></td><td></td><td></td><td></td><td></td></tr>\n";
     rows += "<tr><td nowrap align=right>" + dateText(row->day) + "</td><td>" + priceText(row->open) +
             "</td><td>" + priceText(row->high) + "</td><td>" + priceText(row->low) + "</td><td>" +
-            priceText(row->close) + "</td><td>" + countText(row->volume) + "</td><td>" +
+            priceText(row->close) + "</td><td>" + withThousandsCommas(row->volume) + "</td><td>" +
             priceText(row->adjustedClose) + "</td></tr>\n";
     ++count;
   }
