@@ -3,6 +3,7 @@
 #include "market/HTMLParser.h"
 #include "market/HTMLTagLocator.h"
 #include "market/HTMLWalkLimit.h"
+#include <utility>
 
 namespace Tallymoor {
 
@@ -46,10 +47,11 @@ void HTMLTable::fillFrom(const HTMLTag* root) {
   m_numColumns = m_locator->numSubElements(u"Columns");
   HTMLWalkLimit limit(walkLimit(*root, m_numColumns));
   const String rowName = row->name();
-  std::size_t index = 0;
+  std::map<std::size_t, std::vector<String>> rows; // a failure leaves none of them behind
   for (; row != nullptr; row = HTMLParser::FindSiblingTag(row, rowName, 0, &limit))
-    m_rows.emplace_hint(m_rows.end(), index++, readRow(row, limit));
-  m_numRows = index;
+    rows.emplace_hint(rows.end(), rows.size(), readRow(row, limit));
+  m_numRows = rows.size();
+  m_rows = std::move(rows);
 }
 
 const HTMLTag* HTMLTable::findFirstRow(const HTMLTag* root) const {

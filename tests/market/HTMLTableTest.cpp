@@ -115,6 +115,8 @@ TEST_F(HTMLTableTest, OneShortRowFailsTheWholeTable) {
   EXPECT_EQ(failureOf<HTMLException>([&] { table.fillFrom(page.get()); }),
             u"HTMLTagLocator::operator() - FindIndexedSubTag failed for td from tr");
   EXPECT_EQ(table.numRows(), 0u);
+  EXPECT_EQ(failureOf<HTMLException>([&] { table.cellValue(0, 0); }),
+            u"HTMLTable::cellValue - no such row index0");
 }
 
 String repeated(const String& piece, std::size_t count) {
