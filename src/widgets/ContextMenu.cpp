@@ -1,5 +1,6 @@
 #include "widgets/ContextMenu.h"
 #include "widgets/ToolkitText.h"
+#include <fxkeys.h>
 
 namespace Tallymoor {
 
@@ -19,6 +20,10 @@ void ContextMenu::run(FXint screenX, FXint screenY) {
   m_pane.grabKeyboard();
   m_pane.getApp()->runModalWhileShown(&m_pane);
   m_pane.ungrabKeyboard();
+}
+
+bool isMenuKey(const FXEvent& event) {
+  return event.code == KEY_Menu || (event.code == KEY_F10 && (event.state & SHIFTMASK));
 }
 
 } // namespace Tallymoor

@@ -4,7 +4,7 @@
 
 namespace Tallymoor {
 
-/// A popup menu at the mouse. Lives in the handler that opens it; the chosen command reaches the target
+/// A popup menu at the mouse, or at what the keys have chosen. Lives in the handler that opens it; the chosen command reaches the target
 /// before run returns.
 class ContextMenu {
 public:
@@ -23,5 +23,8 @@ private:
   FXMenuPane m_pane;
   FXObject* m_target;
 };
+
+/// The keys that open what a right click opens: the menu key, or Shift+F10 on keyboards without one.
+bool isMenuKey(const FXEvent& event);
 
 } // namespace Tallymoor

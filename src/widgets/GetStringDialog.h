@@ -32,7 +32,8 @@ private:
 };
 
 /// The filter for names that go into documents and file names as they are: without the five characters that
-/// XML escapes, path separators and control characters, and without blanks at the ends.
+/// XML escapes, path separators and control characters, without blanks at the ends and with single ones
+/// between words, cut to 60 units.
 String cleanName(const String& text);
 
 } // namespace Tallymoor

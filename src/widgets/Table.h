@@ -135,6 +135,8 @@ public:
   long onRemoveColumn(FXObject* sender, FXSelector selector, void* data);
   long onResetColumns(FXObject* sender, FXSelector selector, void* data);
   long onMouseWheel(FXObject* sender, FXSelector selector, void* data);
+  /// The menu key opens the popup of the current row.
+  long onKeyPress(FXObject* sender, FXSelector selector, void* data);
 
 protected:
   /// What updateTable runs when it is safe: clear, addColumn for each column, addRow for each row, and last
@@ -201,6 +203,7 @@ private:
   void resetCells(const Row& row);
   void repaintRow(const Row& row) const;
   void sortBy(Column::Function function);
+  void openRowPopup(Row* row, FXint screenX, FXint screenY);
   void refreshMarked();
   void refreshRows(const StaleMarks::Taken& marks);
 

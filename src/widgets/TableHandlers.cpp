@@ -28,6 +28,7 @@ tableMap[] = {
     FXMAPFUNC(SEL_COMMAND, Table::ID_REMOVE_COLUMN, Table::onRemoveColumn),
     FXMAPFUNC(SEL_COMMAND, Table::ID_RESET_COLUMNS, Table::onResetColumns),
     FXMAPFUNC(SEL_MOUSEWHEEL, 0, Table::onMouseWheel),
+    FXMAPFUNC(SEL_KEYPRESS, 0, Table::onKeyPress),
 };
 
 const FXMetaClass Table::metaClass("Table", nullptr, &FXTable::metaClass, tableMap, ARRAYNUMBER(tableMap),
@@ -65,12 +66,31 @@ long Table::onRightClickColumns(FXObject*, FXSelector, void* data) {
 long Table::onRightClickRows(FXObject*, FXSelector, void* data) {
   const FXEvent event = *static_cast<FXEvent*>(data);
   return guardedHandler(u"Table::onRightClickRows failed.", [&] {
-    Row* const row = rowAt(getRowHeader()->getItemAt(event.win_y));
+    openRowPopup(rowAt(getRowHeader()->getItemAt(event.win_y)), event.root_x, event.root_y);
+  });
+}
+
+void Table::openRowPopup(Row* row, FXint screenX, FXint screenY) {
+  if (!row)
+    return;
+  if (getNumColumns() > 0)
+    selectRow(row->index(), TRUE);
+  rowPopup({screenX, screenY, row, nullptr});
+}
+
+long Table::onKeyPress(FXObject* sender, FXSelector selector, void* data) {
+  if (!isMenuKey(*static_cast<FXEvent*>(data)))
+    return FXTable::onKeyPress(sender, selector, data);
+  return guardedHandler(u"Table::onRightClickRows failed.", [this] {
+    Row* const row = rowAt(getCurrentRow());
     if (!row)
       return;
-    if (getNumColumns() > 0)
-      selectRow(row->index(), TRUE);
-    rowPopup({event.root_x, event.root_y, row, nullptr});
+    makePositionVisible(row->index(), getCurrentColumn());
+    const FXHeader* const header = getRowHeader();
+    FXint x = 0, y = 0;
+    header->translateCoordinatesTo(x, y, getRoot(), header->getWidth() / 2,
+                                   header->getItemOffset(row->index()) + header->getItemSize(row->index()));
+    openRowPopup(row, x, y);
   });
 }
 

@@ -1,4 +1,5 @@
 #include "widgets/TreeView.h"
+#include "widgets/ContextMenu.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/TreeViewItem.h"
 
@@ -8,6 +9,7 @@ FXDEFMAP(TreeView)
 treeViewMap[] = {
     FXMAPFUNC(SEL_RIGHTBUTTONRELEASE, TreeView::ID_TREE, TreeView::onRightMouseUp),
     FXMAPFUNC(SEL_LEFTBUTTONRELEASE, TreeView::ID_TREE, TreeView::onLeftMouseUp),
+    FXMAPFUNC(SEL_KEYPRESS, 0, TreeView::onKeyPress),
 };
 
 FXIMPLEMENT_ABSTRACT(TreeView, FXTreeList, treeViewMap, ARRAYNUMBER(treeViewMap))
@@ -82,6 +84,31 @@ long TreeView::onLeftMouseUp(FXObject*, FXSelector, void* data) {
       recalc();
     }
     item->onLeftClick(event.win_x, event.win_y);
+  });
+}
+
+long TreeView::onKeyPress(FXObject* sender, FXSelector selector, void* data) {
+  if (isMenuKey(*static_cast<FXEvent*>(data))) {
+    openPopupOfCurrentNode();
+    return 1;
+  }
+  const FXTreeItem* before = getCurrentItem();
+  const long handled = FXTreeList::onKeyPress(sender, selector, data);
+  auto* item = static_cast<TreeViewItem*>(getCurrentItem());
+  if (item && item != before)
+    guardedHandler(u"TreeView::onKeyPress failed.", [item] { item->onLeftClick(0, 0); });
+  return handled;
+}
+
+void TreeView::openPopupOfCurrentNode() {
+  guardedHandler(u"TreeView::onRightMouseUp failed.", [this] {
+    auto* item = static_cast<TreeViewItem*>(getCurrentItem());
+    if (!item)
+      return;
+    makeItemVisible(item);
+    FXint x = 0, y = 0;
+    translateCoordinatesTo(x, y, getRoot(), getViewportWidth() / 2, item->bottom() + getYPosition());
+    item->onRightClick(x, y);
   });
 }
 

@@ -28,8 +28,11 @@ public:
 
   long onRightMouseUp(FXObject* sender, FXSelector selector, void* data);
   long onLeftMouseUp(FXObject* sender, FXSelector selector, void* data);
+  /// Who walks the tree by keys sees each node that he comes to; the menu key opens the node's popup.
+  long onKeyPress(FXObject* sender, FXSelector selector, void* data);
 
 private:
+  void openPopupOfCurrentNode();
   TreeViewItem* itemAt(const FXEvent& event) const;
 };
 

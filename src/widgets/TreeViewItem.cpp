@@ -39,6 +39,10 @@ String TreeViewItem::label() const {
   return fromFox(getText());
 }
 
+FXint TreeViewItem::bottom() const {
+  return y + getHeight(m_tree);
+}
+
 bool TreeViewItem::isSound() const {
   if (!m_sound)
     return false;

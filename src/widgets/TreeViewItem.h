@@ -28,6 +28,8 @@ public:
   TreeViewItem* firstChild() const;
   TreeViewItem* nextSibling() const;
   String label() const;
+  /// Where the node ends, in the contents of the tree.
+  FXint bottom() const;
 
   /// False when this node or any node below it could not be built.
   bool isSound() const;

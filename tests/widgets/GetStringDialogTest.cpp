@@ -104,5 +104,20 @@ TEST(CleanNameTest, DropsWhatNamesMayNotHold) {
   EXPECT_EQ(String(), cleanName(u" &<>\"'/\\ "));
 }
 
+TEST(CleanNameTest, LeavesNoGapWhereSomethingWasDropped) {
+  EXPECT_EQ(String(u"A B"), cleanName(u"A & B"));
+  EXPECT_EQ(String(u"A B"), cleanName(u"A   B"));
+}
+
+TEST(CleanNameTest, IsShortEnoughForAFileName) {
+  const std::u16string sixty(60, u'x');
+  EXPECT_EQ(String(sixty), cleanName(sixty));
+  EXPECT_EQ(String(sixty), cleanName(sixty + u"y"));
+  EXPECT_EQ(String(sixty.substr(1)), cleanName(sixty.substr(1) + u" y"));
+  // A character of two units is kept or cut as a whole.
+  EXPECT_EQ(String(sixty.substr(1)), cleanName(sixty.substr(1) + u"\U0001F600"));
+  EXPECT_EQ(String(sixty.substr(2) + u"\U0001F600"), cleanName(sixty.substr(2) + u"\U0001F600"));
+}
+
 } // namespace
 } // namespace Tallymoor

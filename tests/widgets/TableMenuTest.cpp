@@ -1,4 +1,5 @@
 #include "TableFixture.h"
+#include <fxkeys.h>
 
 namespace Tallymoor {
 namespace {
@@ -200,6 +201,28 @@ TEST_F(TableMenuTest, RowsStayUntilTheirMenuHasClosed) {
   };
   rightClickRow(0);
   EXPECT_EQ(0, table().getNumRows());
+}
+
+TEST_F(TableMenuTest, MenuKeyOpensTheMenuOfTheCurrentRow) {
+  std::vector<const Row*> opened;
+  FXint x = 0, y = 0;
+  table().onRowPopup = [&](const TableClick& click) {
+    opened.push_back(click.row);
+    FXHeader& header = *table().getRowHeader();
+    header.translateCoordinatesFrom(x, y, header.getRoot(), click.screenX, click.screenY);
+  };
+  FXEvent menuKey{};
+  menuKey.code = KEY_Menu;
+  table().killSelection();
+  table().setCurrentItem(-1, -1);
+  table().handle(&app(), FXSEL(SEL_KEYPRESS, 0), &menuKey); // no row, no menu
+  EXPECT_THAT(opened, ElementsAre());
+  table().setCurrentItem(1, 0);
+  table().handle(&app(), FXSEL(SEL_KEYPRESS, 0), &menuKey);
+  EXPECT_THAT(opened, ElementsAre(table().rowAt(1)));
+  EXPECT_TRUE(table().isRowSelected(1));
+  EXPECT_EQ(1, table().getRowHeader()->getItemAt(y - 1)); // it opens below the row
+  EXPECT_NE(1, table().getRowHeader()->getItemAt(y));
 }
 
 TEST_F(TableMenuTest, HelpOfTheColumnUnderTheMouseIsShown) {

@@ -6,6 +6,7 @@
 #include "widgets/InvestmentTreeItem.h"
 #include "widgets/ToolkitText.h"
 #include "widgets/TreeViewItem.h"
+#include <fxkeys.h>
 #include <gmock/gmock.h>
 
 namespace Tallymoor {
@@ -98,6 +99,14 @@ protected:
     mouse(SEL_LEFTBUTTONRELEASE, at, LEFTBUTTON);
     letEventsPass();
   }
+  void keyPress(FXuint code, FXuint state = 0) {
+    FXEvent event{};
+    event.type = SEL_KEYPRESS;
+    event.code = code;
+    event.state = state;
+    tree().handle(&app(), FXSEL(SEL_KEYPRESS, 0), &event);
+    letEventsPass();
+  }
   void clickText(const FXTreeItem* item) { click(place(item, 2)); }
   void rightClick(FXPoint at) {
     mouse(SEL_RIGHTBUTTONPRESS, at, RIGHTBUTTON);
@@ -187,6 +196,43 @@ TEST_F(TreeViewTest, RightClickTellsTheNodeWhereAPopupBelongs) {
   EXPECT_EQ(at.y + 2000, root->m_y);
 }
 
+TEST_F(TreeViewTest, WalkingByKeysShowsEachNode) {
+  tree().showFirst();
+  tree().selectQuietly(root);
+  tree().expandTree(root, FALSE);
+  keyPress(KEY_Down);
+  EXPECT_EQ(first, tree().getCurrentItem());
+  EXPECT_EQ(first->page(), shownPage());
+  keyPress(KEY_Right); // unfolds
+  EXPECT_TRUE(first->isExpanded());
+  EXPECT_EQ(first->page(), shownPage());
+  keyPress(KEY_Down);
+  EXPECT_EQ(held->page(), shownPage());
+  keyPress(KEY_Home);
+  EXPECT_EQ(root->page(), shownPage());
+}
+
+TEST_F(TreeViewTest, KeyThatLeavesTheNodeRefreshesNothing) {
+  tree().selectQuietly(root);
+  noted.clear();
+  keyPress(KEY_Up);
+  EXPECT_TRUE(noted.empty());
+}
+
+TEST_F(TreeViewTest, MenuKeyTellsTheCurrentNodeWhereAPopupBelongs) {
+  const auto expectPopupBelow = [this](FXuint key, FXuint state) {
+    first->m_x = first->m_y = -1;
+    keyPress(key, state);
+    FXint x = 0, y = 0;
+    tree().translateCoordinatesFrom(x, y, tree().getRoot(), first->m_x, first->m_y);
+    EXPECT_EQ(first, tree().getItemAt(x, y - 1));
+    EXPECT_EQ(second, tree().getItemAt(x, y));
+  };
+  tree().selectQuietly(first);
+  expectPopupBelow(KEY_Menu, 0);
+  expectPopupBelow(KEY_F10, SHIFTMASK);
+}
+
 TEST_F(TreeViewTest, UpdatingWalksEveryBranchDepthFirst) {
   tree().updateItems();
   EXPECT_THAT(noted, ElementsAre("update Total Investment Capital", "update Trading", "update Shares Held",
@@ -253,7 +299,10 @@ TEST_F(TreeViewTest, FailuresOfNodesAreReportedWithTheHandlersWords) {
   clickText(failing);
   answer("TreeView::onRightMouseUp failed. Exception : no popup", "OK");
   rightClick(place(failing, 2));
-  EXPECT_EQ(2u, boxes().size());
+  tree().selectQuietly(root);
+  answer("TreeView::onKeyPress failed. Exception : bad", "OK");
+  keyPress(KEY_End);
+  EXPECT_EQ(3u, boxes().size());
 }
 
 TEST_F(TreeViewTest, NodeThatFailedToBuildMakesItsAncestorsUnsound) {
