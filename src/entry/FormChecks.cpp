@@ -8,15 +8,11 @@
 
 namespace Tallymoor {
 
-namespace {
-
 void putFocus(FXWindow& field) {
   field.setFocus();
   if (auto* text = dynamic_cast<FXTextField*>(&field))
     text->selectAll();
 }
-
-} // namespace
 
 bool refuse(FXWindow& field, const String& message) {
   MainWindow::error(message);

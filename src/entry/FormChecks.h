@@ -12,6 +12,9 @@ class NumberField;
 // The steps of a form's validate(). Each tells the user what is wrong and gives false to stay in the form.
 // The field at fault keeps what was typed and has the focus then, its text selected.
 
+/// Gives a field the focus, its text selected, so that typing replaces it.
+void putFocus(FXWindow& field);
+
 /// An error that ends the checks; always false.
 bool refuse(FXWindow& field, const String& message);
 /// A question that has to be answered with Yes for the checks to go on.

@@ -1,5 +1,4 @@
 #include "entry/FormComboBox.h"
-#include "widgets/FormRows.h"
 #include <fxkeys.h>
 
 namespace Tallymoor {
@@ -11,9 +10,9 @@ FormComboBoxMap[] = {
 
 FXIMPLEMENT(FormComboBox, FXComboBox, FormComboBoxMap, ARRAYNUMBER(FormComboBoxMap))
 
-FormComboBox::FormComboBox(FXComposite* parent, FXObject* target, FXSelector selector, FXuint options)
-    : FXComboBox(parent, FormRows::columns, target, selector,
-                 options | FRAME_SUNKEN | FRAME_THICK | LAYOUT_CENTER_Y) {}
+FormComboBox::FormComboBox(FXComposite* parent, FXObject* target, FXSelector selector, FXuint options,
+                           FXint columns)
+    : FXComboBox(parent, columns, target, selector, options | FRAME_SUNKEN | FRAME_THICK | LAYOUT_CENTER_Y) {}
 
 FXint FormComboBox::getDefaultWidth() {
   return FXComboBox::getDefaultWidth() - button->getDefaultWidth();

@@ -85,9 +85,10 @@ void ReceiveDividendsPanel::buildValueRows(FormRows& rows) {
 }
 
 void ReceiveDividendsPanel::buildForeignRows(FormRows& rows) {
+  constexpr FXint countryColumns = 28; // the prompt can be read whole
   m_foreign = rows.addCheck(u"Foreign Div", this, ID_RECOMPUTE);
-  m_country =
-      new FormComboBox(static_cast<FXComposite*>(m_foreign->getParent()), nullptr, 0, COMBOBOX_NORMAL);
+  m_country = new FormComboBox(static_cast<FXComposite*>(m_foreign->getParent()), nullptr, 0, COMBOBOX_NORMAL,
+                               countryColumns);
   m_withholdingTax = rows.addNumber(u"Withholding Tax", amountDecimals);
 }
 
@@ -271,8 +272,12 @@ long ReceiveDividendsPanel::onRadioDRP(FXObject*, FXSelector, void*) {
   return guardedHandler(u"ReceiveDividendsPanel::onRadioDRP failed.", [this] { reinvest(); });
 }
 
-long ReceiveDividendsPanel::onRecompute(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"ReceiveDividendsPanel::onRecompute failed.", [this] { recompute(); });
+long ReceiveDividendsPanel::onRecompute(FXObject* sender, FXSelector, void*) {
+  return guardedHandler(u"ReceiveDividendsPanel::onRecompute failed.", [this, sender] {
+    recompute();
+    if (sender == m_foreign && isForeign())
+      putFocus(*m_country->textField());
+  });
 }
 
 } // namespace Tallymoor

@@ -62,6 +62,8 @@ public:
 
 protected:
   ReceiveDividendsPanel() {}
+  /// The fields of the new shares, with their labels.
+  virtual void enablePaymentFields(bool reinvested);
 
 private:
   void buildHoldingRows(FormRows& rows);
@@ -74,7 +76,6 @@ private:
   void recompute();
   void payInCash();
   void reinvest();
-  void enablePaymentFields(bool reinvested);
 
   const SharePortfolioUser* m_portfolio = nullptr;
   StockChoice* m_code = nullptr;

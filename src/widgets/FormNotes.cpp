@@ -1,4 +1,5 @@
 #include "widgets/FormNotes.h"
+#include <algorithm>
 #include <fxkeys.h>
 
 namespace Tallymoor {
@@ -11,6 +12,11 @@ FormNotesMap[] = {
 FXIMPLEMENT(FormNotes, FXText, FormNotesMap, ARRAYNUMBER(FormNotesMap))
 
 FormNotes::FormNotes(FXComposite* parent, FXuint options) : FXText(parent, nullptr, 0, options) {}
+
+FXint FormNotes::getDefaultWidth() {
+  constexpr FXint leastWidth = 400;
+  return std::max(leastWidth, FXText::getDefaultWidth());
+}
 
 long FormNotes::onKeyPress(FXObject* sender, FXSelector selector, void* data) {
   const auto code = static_cast<FXEvent*>(data)->code;

@@ -10,6 +10,8 @@ class FormNotes : public FXText {
 public:
   FormNotes(FXComposite* parent, FXuint options);
 
+  FXint getDefaultWidth() override;
+
   long onKeyPress(FXObject*, FXSelector, void*);
 
 protected:

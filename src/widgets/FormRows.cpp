@@ -47,12 +47,10 @@ FXCheckButton* FormRows::addCheck(const String& label, FXObject* target, FXSelec
 }
 
 FXText* FormRows::addNotes(const String& title) {
-  constexpr FXint leastWidth = 400;
   auto* group =
       new FXGroupBox(m_parent, toFox(title), GROUPBOX_NORMAL | FRAME_GROOVE | LAYOUT_FILL_X | LAYOUT_FILL_Y);
-  auto* frame = new FXHorizontalFrame(
-      group, FRAME_SUNKEN | FRAME_THICK | LAYOUT_FILL_X | LAYOUT_FILL_Y | LAYOUT_MIN_WIDTH, 0, 0, leastWidth,
-      0, 0, 0, 0, 0);
+  auto* frame = new FXHorizontalFrame(group, FRAME_SUNKEN | FRAME_THICK | LAYOUT_FILL_X | LAYOUT_FILL_Y, 0, 0,
+                                      0, 0, 0, 0, 0, 0);
   auto* text = new FormNotes(frame, TEXT_WORDWRAP | LAYOUT_FILL_X | LAYOUT_FILL_Y);
   text->setVisibleRows(5);
   return text;

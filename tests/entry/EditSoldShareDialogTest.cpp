@@ -1,0 +1,200 @@
+#include "entry/EditSoldShareDialog.h"
+#include "PortfolioFormTest.h"
+#include "foundation/LinuxPlatform.h"
+#include "widgets/FXCalendar.h"
+
+namespace Tallymoor {
+namespace {
+
+constexpr const char* caption = "Edit share sold on 03/02/2026";
+
+class EditSoldShareDialogTest : public PortfolioFormTest {
+protected:
+  EditSoldShareDialogTest() {
+    m_event.subElement(u"BuyDate").setValue(u"3/7/2025");
+    m_event.subElement(u"SellDate").setValue(u"3/2/2026");
+    m_event.subElement(u"NumHeld").setValue(u"100.00");
+    m_event.subElement(u"BuyPrice").setValue(u"2.5000");
+    m_event.subElement(u"SellPrice").setValue(u"3.7500");
+    m_event.subElement(u"BuyBrokerage").setValue(u"10.00");
+    m_event.subElement(u"SellBrokerage").setValue(u"29.95");
+    m_event.subElement(u"Comment").setValue(u"dear & shaky");
+  }
+  void SetUp() override {
+    PortfolioFormTest::SetUp();
+    m_dialog = std::make_unique<EditSoldShareDialog>(&mainWindow(), u"ABC.AX", m_event);
+  }
+  void TearDown() override {
+    m_dialog.reset();
+    PortfolioFormTest::TearDown();
+  }
+  void run(const Step& step, FXuint result) {
+    whenModal(caption, step);
+    EXPECT_EQ(result, m_dialog->execute());
+  }
+  void set(const std::string& label, const std::string& text) { type(field(*m_dialog, label), text); }
+  std::string shown(const std::string& label) { return field(*m_dialog, label).getText().text(); }
+  void expectRefused(const char* message, const char* button, const std::string& label) {
+    answer(message, button);
+    press(*m_dialog, "OK");
+    EXPECT_EQ(&field(*m_dialog, label), focused(*m_dialog)) << label;
+    EXPECT_TRUE(m_dialog->shown());
+  }
+
+  XMLSellEvent m_event;
+  std::unique_ptr<EditSoldShareDialog> m_dialog;
+};
+
+TEST_F(EditSoldShareDialogTest, ShowsBothSidesOfTheSale) {
+  EXPECT_EQ(caption, title(*m_dialog));
+  EXPECT_EQ("ABC.AX", shown("Stock Code"));
+  EXPECT_EQ("100.00", shown("Number sold"));
+  EXPECT_EQ("2.5000", shown("Buy price"));
+  EXPECT_EQ("3.7500", shown("Sell price"));
+  EXPECT_EQ("10.00", shown("Buy Brokerage paid"));
+  EXPECT_EQ("29.95", shown("Sell Brokerage paid"));
+  EXPECT_EQ("39.95", shown("TOTAL brokerage paid"));
+  EXPECT_EQ("03/07/2025", shown("Date bought"));
+  EXPECT_EQ("03/02/2026", shown("Date sold"));
+  EXPECT_EQ(String(u"dear & shaky"), m_dialog->comments());
+  EXPECT_TRUE(shows(*m_dialog, "Sale reasons, comments, indicators"));
+  EXPECT_FALSE(field(*m_dialog, "Stock Code").isEditable());
+  EXPECT_FALSE(field(*m_dialog, "TOTAL brokerage paid").isEditable());
+}
+
+TEST_F(EditSoldShareDialogTest, ARecordWithoutACommentIsShown) {
+  m_event.removeSubElement(u"Comment", 0);
+  EditSoldShareDialog dialog(&mainWindow(), u"ABC.AX", m_event);
+  EXPECT_EQ(String(), dialog.comments());
+}
+
+TEST_F(EditSoldShareDialogTest, TheTotalFollowsBothBrokeragesAsTheyAreTyped) {
+  m_dialog->create();
+  set("Buy Brokerage paid", "1,000.50");
+  EXPECT_EQ("1030.45", shown("TOTAL brokerage paid"));
+  set("Sell Brokerage paid", "0.05");
+  EXPECT_EQ("1000.55", shown("TOTAL brokerage paid"));
+}
+
+TEST_F(EditSoldShareDialogTest, TheChecksComeInTheirOrder) {
+  run(
+      [&](FXWindow& form) {
+        EXPECT_EQ(&field(form, "Number sold"), focused(form));
+        for (const char* label :
+             {"Number sold", "Buy price", "Sell price", "Buy Brokerage paid", "Sell Brokerage paid"})
+          set(label, "0");
+        set("Date bought", "05/03/2026");
+        set("Date sold", "04/03/2026");
+        expectRefused("You must select the number of shares sold.", "OK", "Number sold");
+        set("Number sold", "10");
+        expectRefused("You must enter the price you bought the shares", "OK", "Buy price");
+        set("Buy price", "2");
+        expectRefused("Do you really want to record a sell price of $0.00?", "No", "Sell price");
+        set("Sell price", "3");
+        expectRefused("Are you sure there was no buy brokerage charged\nfor this purchase?", "No",
+                      "Buy Brokerage paid");
+        set("Buy Brokerage paid", "1");
+        expectRefused("Are you sure there was no sell brokerage charged\nfor this purchase?", "No",
+                      "Sell Brokerage paid");
+        set("Sell Brokerage paid", "1");
+        expectRefused("You can't specify a sell date in the future.", "OK", "Date sold");
+        set("Date sold", "01/03/2026");
+        expectRefused("You can't specify a buy date in the future.", "OK", "Date bought");
+        set("Date bought", "02/03/2026");
+        expectRefused("The sell date is before the buy date!", "OK", "Date sold");
+        set("Date sold", "02/03/2026"); // on the same day is fine
+        press(form, "OK");
+      },
+      1);
+  EXPECT_EQ(10.0, m_dialog->number());
+  EXPECT_EQ(2.0, m_dialog->buyPrice());
+  EXPECT_EQ(3.0, m_dialog->sellPrice());
+  EXPECT_EQ(1.0, m_dialog->buyBrokerage());
+  EXPECT_EQ(1.0, m_dialog->sellBrokerage());
+  EXPECT_EQ(Date(2026, 3, 2), m_dialog->buyDate());
+  EXPECT_EQ(Date(2026, 3, 2), m_dialog->sellDate());
+}
+
+TEST_F(EditSoldShareDialogTest, NothingForFreeIsTakenWhenTheUserMeansIt) {
+  run(
+      [&](FXWindow& form) {
+        for (const char* label : {"Sell price", "Buy Brokerage paid", "Sell Brokerage paid"})
+          set(label, "0");
+        answer("Do you really want to record a sell price of $0.00?", "Yes");
+        answer("Are you sure there was no buy brokerage charged\nfor this purchase?", "Yes");
+        answer("Are you sure there was no sell brokerage charged\nfor this purchase?", "Yes");
+        key(form, KEY_Return);
+      },
+      1);
+  EXPECT_EQ(0.0, m_dialog->sellPrice());
+  EXPECT_EQ(50.0, storedBrokerage()); // a recorded sale doesn't touch the default
+}
+
+TEST_F(EditSoldShareDialogTest, AnUnreadableDateStaysInTheForm) {
+  run(
+      [&](FXWindow& form) {
+        set("Date bought", "31/31/2025");
+        expectRefused("There was a problem validating your input", "OK", "Date bought");
+        EXPECT_EQ("31/31/2025", shown("Date bought"));
+        key(form, KEY_Escape);
+      },
+      0);
+  EXPECT_EQ(String(u"3/7/2025"), m_event.subElement(u"BuyDate").value()); // the record is only read
+}
+
+TEST_F(EditSoldShareDialogTest, EachDateHasItsButton) {
+  run(
+      [&](FXWindow& form) {
+        for (const auto& [label, day] : {std::pair("Date bought", "18"), std::pair("Date sold", "19")}) {
+          whenModal("Choose the date", [&](FXWindow& calendar) {
+            EXPECT_EQ(std::string(label) == "Date bought" ? Date(2025, 7, 3) : Date(2026, 2, 3),
+                      find<FXCalendar>(calendar)->date());
+            press(calendar, day);
+            press(calendar, "OK");
+          });
+          press(*field(form, label).getNext());
+        }
+        press(form, "OK");
+      },
+      1);
+  EXPECT_EQ(Date(2025, 7, 18), m_dialog->buyDate());
+  EXPECT_EQ(Date(2026, 2, 19), m_dialog->sellDate());
+}
+
+/// Can't write dates.
+class BrokenPlatform : public LinuxPlatform {
+public:
+  String shortDateFormat(const Date&) override { throw Exception(u"no form for dates"); }
+};
+
+TEST_F(EditSoldShareDialogTest, FailuresOfTheDateButtonsAreReported) {
+  run(
+      [&](FXWindow& form) {
+        Platform::setInstance(std::make_unique<BrokenPlatform>());
+        whenModal("Choose the date", [&](FXWindow& calendar) { press(calendar, "OK"); });
+        answer("SellSharesPanel::onChooseBuyDate failed. Exception : no form for dates", "OK");
+        press(*field(form, "Date bought").getNext());
+        whenModal("Choose the date", [&](FXWindow& calendar) { press(calendar, "OK"); });
+        answer("SellSharesPanel::onChooseSellDate failed. Exception : no form for dates", "OK");
+        press(*field(form, "Date sold").getNext());
+        key(form, KEY_Escape);
+      },
+      0);
+}
+
+TEST_F(EditSoldShareDialogTest, FieldsLineUpAndTabGoesDown) {
+  run(
+      [&](FXWindow& form) {
+        const FXint left = field(form, "Stock Code").getX();
+        for (const char* label : {"Number sold", "Buy price", "Sell price", "Buy Brokerage paid",
+                                  "Sell Brokerage paid", "TOTAL brokerage paid", "Date bought", "Date sold"})
+          EXPECT_EQ(left, field(form, label).getX()) << label;
+        EXPECT_GE(find<FXText>(form)->getWidth(), 400);
+        expectTabGoesDown(form);
+        key(form, KEY_Escape);
+      },
+      0);
+}
+
+} // namespace
+} // namespace Tallymoor

@@ -1,0 +1,89 @@
+#include "entry/GetFloatDialog.h"
+#include "FocusedWidget.h"
+#include "entry/EditFloatDialog.h"
+#include "entry/GetFloatPanel.h"
+#include "foundation/Exception.h"
+#include "support/windows/WindowTest.h"
+#include "xml/PortfolioRecords.h"
+#include <fxkeys.h>
+
+namespace Tallymoor {
+namespace {
+
+using GetFloatDialogTest = WindowTest;
+
+TEST_F(GetFloatDialogTest, TakesAnAmountFromTheKeyboardAlone) {
+  GetFloatDialog dialog(&mainWindow(), u"Deposit cash", u"How much?");
+  EXPECT_TRUE(shows(dialog, "How much?"));
+  whenModal("Deposit cash", [&](FXWindow& form) {
+    EXPECT_EQ(&field(form, "Amount"), focused(form));
+    answer("You must enter the value.", "OK");
+    key(form, KEY_Return);
+    EXPECT_TRUE(form.shown());
+    type(field(form, "Amount"), "250");
+    type(field(form, "Description (optional)"), "savings");
+    key(form, KEY_Return);
+  });
+  EXPECT_EQ(1u, dialog.execute());
+  EXPECT_EQ(250.0, dialog.panel()->value());
+  EXPECT_EQ(Date(2026, 3, 3), dialog.panel()->date());
+  EXPECT_EQ(String(u"savings"), dialog.panel()->text());
+}
+
+TEST_F(GetFloatDialogTest, WithoutAHeadingItShowsItsTitle) {
+  GetFloatDialog dialog(&mainWindow(), u"Withdraw cash");
+  EXPECT_TRUE(shows(dialog, "Withdraw cash"));
+  whenModal("Withdraw cash", [&](FXWindow& form) { key(form, KEY_Escape); });
+  EXPECT_EQ(0u, dialog.execute());
+}
+
+/// Its checks fail as a whole.
+class BrokenDialog : public GetFloatDialog {
+public:
+  explicit BrokenDialog(FXWindow* owner) : GetFloatDialog(owner, u"Deposit cash") {}
+  bool validate() override { throw Exception(u"broken checks"); }
+};
+
+TEST_F(GetFloatDialogTest, AFailureOfOKIsReportedAndStays) {
+  BrokenDialog dialog(&mainWindow());
+  whenModal("Deposit cash", [&](FXWindow& form) {
+    answer("GetFloatDialog::onOK failed. Exception : broken checks", "OK");
+    press(form, "OK");
+    EXPECT_TRUE(form.shown());
+    key(form, KEY_Escape);
+  });
+  EXPECT_EQ(0u, dialog.execute());
+}
+
+class EditFloatDialogTest : public WindowTest {
+protected:
+  EditFloatDialogTest() {
+    m_event.subElement(u"Date").setValue(u"27/2/2026");
+    m_event.subElement(u"Value").setValue(u"1264.00");
+    m_event.subElement(u"Type").setValue(u"4");
+    m_event.subElement(u"Description").setValue(u"DEPOSIT savings");
+  }
+  XMLCashEvent m_event;
+};
+
+TEST_F(EditFloatDialogTest, ShowsTheRecordedAmountAndOnlyReadsIt) {
+  EditFloatDialog dialog(&mainWindow(), u"Edit cash transaction", String(), m_event);
+  EXPECT_EQ(1264.0, dialog.panel()->value());
+  EXPECT_EQ(Date(2026, 2, 27), dialog.panel()->date());
+  EXPECT_EQ(String(u"DEPOSIT savings"), dialog.panel()->text());
+  whenModal("Edit cash transaction", [&](FXWindow& form) {
+    type(field(form, "Date"), "04/03/2026");
+    answer("You can't specify a date in the future.", "OK");
+    press(form, "OK");
+    type(field(form, "Date"), "28/02/2026");
+    type(field(form, "Amount"), "1,300");
+    press(form, "OK");
+  });
+  EXPECT_EQ(1u, dialog.execute());
+  EXPECT_EQ(1300.0, dialog.panel()->value());
+  EXPECT_EQ(Date(2026, 2, 28), dialog.panel()->date());
+  EXPECT_EQ(String(u"1264.00"), m_event.subElement(u"Value").value());
+}
+
+} // namespace
+} // namespace Tallymoor

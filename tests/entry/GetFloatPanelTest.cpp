@@ -1,0 +1,107 @@
+#include "entry/GetFloatPanel.h"
+#include "FocusedWidget.h"
+#include "foundation/Exception.h"
+#include "foundation/LinuxPlatform.h"
+#include "support/windows/WindowTest.h"
+#include "widgets/FXCalendar.h"
+
+namespace Tallymoor {
+namespace {
+
+class GetFloatPanelTest : public WindowTest {
+protected:
+  void SetUp() override {
+    WindowTest::SetUp();
+    m_panel = new GetFloatPanel(mainWindow().contentFrame(), u"Starting Cash", u"Please enter the value.",
+                                12.5, Date(2026, 2, 1));
+    m_panel->create();
+    letEventsPass();
+  }
+  void set(const std::string& label, const std::string& text) { type(field(*m_panel, label), text); }
+  std::string shown(const std::string& label) { return field(*m_panel, label).getText().text(); }
+
+  GetFloatPanel* m_panel = nullptr;
+};
+
+TEST_F(GetFloatPanelTest, BeginsWithWhatItIsGiven) {
+  EXPECT_EQ(String(u"Starting Cash"), m_panel->title());
+  EXPECT_EQ(String(u"Please enter the value."), m_panel->description());
+  EXPECT_EQ("12.50", shown("Amount"));
+  EXPECT_EQ("01/02/2026", shown("Date"));
+  EXPECT_EQ("", shown("Description (optional)"));
+}
+
+TEST_F(GetFloatPanelTest, GivesWhatWasTyped) {
+  set("Amount", "1,234.50");
+  set("Date", "28/02/2026");
+  set("Description (optional)", "gift & more");
+  EXPECT_EQ(1234.5, m_panel->value());
+  EXPECT_EQ(Date(2026, 2, 28), m_panel->date());
+  EXPECT_EQ(String(u"gift & more"), m_panel->text());
+  EXPECT_TRUE(m_panel->validate());
+}
+
+TEST_F(GetFloatPanelTest, ResetForgetsWhatWasTyped) {
+  set("Description (optional)", "gift");
+  m_panel->reset();
+  EXPECT_EQ("0.00", shown("Amount"));
+  EXPECT_EQ("03/03/2026", shown("Date"));
+  EXPECT_EQ(String(), m_panel->text());
+}
+
+TEST_F(GetFloatPanelTest, TheChecksComeInTheirOrder) {
+  set("Amount", "0");
+  set("Date", "04/03/2026");
+  answer("You can't specify a date in the future.", "OK");
+  EXPECT_FALSE(m_panel->validate());
+  EXPECT_EQ(&field(*m_panel, "Date"), focused(*m_panel));
+  set("Date", "03/03/2026");
+  answer("You must enter the value.", "OK");
+  EXPECT_FALSE(m_panel->validate());
+  EXPECT_EQ(&field(*m_panel, "Amount"), focused(*m_panel));
+}
+
+TEST_F(GetFloatPanelTest, AnyAmountButNothingIsTaken) {
+  set("Amount", "0.00001"); // exactly nothing is meant
+  EXPECT_TRUE(m_panel->validate());
+  set("Amount", "-5");
+  EXPECT_TRUE(m_panel->validate());
+  EXPECT_EQ(-5.0, m_panel->value());
+  set("Amount", "nothing");
+  answer("You must enter the value.", "OK");
+  EXPECT_FALSE(m_panel->validate());
+  EXPECT_EQ("nothing", shown("Amount"));
+}
+
+TEST_F(GetFloatPanelTest, AnUnreadableDateIsAProblem) {
+  set("Date", "yesterday");
+  answer("There was a problem validating your input", "OK");
+  EXPECT_FALSE(m_panel->validate());
+  EXPECT_EQ(&field(*m_panel, "Date"), focused(*m_panel));
+}
+
+TEST_F(GetFloatPanelTest, TheDateButtonFillsTheField) {
+  whenModal("Choose the date", [&](FXWindow& form) {
+    EXPECT_EQ(Date(2026, 2, 1), find<FXCalendar>(form)->date());
+    press(form, "18");
+    press(form, "OK");
+  });
+  press(*m_panel, "Choose a date");
+  EXPECT_EQ(Date(2026, 2, 18), m_panel->date());
+}
+
+/// Can't write dates.
+class BrokenPlatform : public LinuxPlatform {
+public:
+  String shortDateFormat(const Date&) override { throw Exception(u"no form for dates"); }
+};
+
+TEST_F(GetFloatPanelTest, AFailureOfTheDateButtonIsReported) {
+  Platform::setInstance(std::make_unique<BrokenPlatform>());
+  whenModal("Choose the date", [&](FXWindow& form) { press(form, "OK"); });
+  answer("GetFloatPanel::onChooseDate failed. Exception : no form for dates", "OK");
+  press(*m_panel, "Choose a date");
+}
+
+} // namespace
+} // namespace Tallymoor

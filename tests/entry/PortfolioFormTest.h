@@ -1,0 +1,102 @@
+#pragma once
+#include "FocusedWidget.h"
+#include "engine/SharePortfolioUser.h"
+#include "entry/FormComboBox.h"
+#include "foundation/Settings.h"
+#include "market/TallymoorInternet.h"
+#include "support/GatewayScope.h"
+#include "support/MarketFixture.h"
+#include "support/windows/WindowTest.h"
+#include "xml/CountryOfResidence.h"
+#include "xml/PortfolioRecords.h"
+#include <fxkeys.h>
+#include <memory>
+#include <stdexcept>
+
+namespace Tallymoor {
+
+/// Forms over a portfolio "Trading" of a user in Australia on 3 March 2026, offline: 100 of ABC.AX were
+/// bought on 25 February and 50 of XYZ.AX on 2 March, and the capital record is current.
+class PortfolioFormTest : public WindowTest {
+protected:
+  PortfolioFormTest() {
+    CountryOfResidence::destroyInstance();
+    Settings::Instance().writeString(u"Config", u"Country", u"Australia");
+    TallymoorInternet::Instance().goOffline();
+    m_portfolio.subElement(u"Name").setValue(u"Trading");
+  }
+  ~PortfolioFormTest() override { CountryOfResidence::destroyInstance(); }
+
+  void SetUp() override {
+    WindowTest::SetUp();
+    m_user = std::make_unique<SharePortfolioUser>(m_portfolio);
+    for (Date day(2026, 2, 25); day <= Date(); day.addDays(1)) {
+      TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", day, 2.5);
+      TallymoorInternet::Instance().setCachedPrice(u"XYZ.AX", day, 7.25);
+    }
+    m_user->addBuyEvent(u"XYZ.AX", Date(2026, 3, 2), 50.0, 7.0, 10.0, String());
+    m_user->addBuyEvent(u"ABC.AX", Date(2026, 2, 25), 100.0, 2.0, 10.0, String());
+    m_user->capitalRecord().update(*m_user);
+  }
+
+  SharePortfolioUser& user() { return *m_user; }
+  XMLElement& parcel(const String& code) {
+    std::size_t index = 0;
+    return m_user->findHeldShare(code, index)->subElement(u"BuyEvents");
+  }
+  /// A record that no date can be read from: reading the number held then fails.
+  void spoilParcel(const String& code) { parcel(code).subElement(u"BuyDate").setValue(u"nonsense"); }
+
+  /// Chooses from a form's list, as a click in it does.
+  static void choose(FXWindow& form, const std::string& entry) {
+    auto* box = find<FormComboBox>(form);
+    const FXint index = box->findItem(entry.c_str());
+    if (index < 0)
+      throw std::runtime_error("no entry " + entry);
+    box->setCurrentItem(index, TRUE);
+  }
+  static std::vector<std::string> entries(const FXComboBox& box) {
+    std::vector<std::string> texts;
+    for (FXint i = 0; i < box.getNumItems(); ++i)
+      texts.emplace_back(box.getItemText(i).text());
+    return texts;
+  }
+  /// Every stop of the Tab key, from the field that has the focus until it comes round again.
+  std::vector<FXWindow*> tabStops(FXWindow& dialog) {
+    std::vector<FXWindow*> stops{focused(dialog)};
+    for (int i = 0; i < 40; ++i) {
+      key(dialog, KEY_Tab);
+      if (focused(dialog) == stops.front())
+        break;
+      stops.push_back(focused(dialog));
+    }
+    return stops;
+  }
+  /// Where a widget stands below the top of the dialog.
+  static FXint height(FXWindow& dialog, FXWindow& widget) {
+    FXint x = 0;
+    FXint y = 0;
+    widget.translateCoordinatesTo(x, y, &dialog, 0, 0);
+    return y;
+  }
+  /// Tab goes down the form and ends at the buttons.
+  void expectTabGoesDown(FXWindow& dialog) {
+    FXint last = 0;
+    const std::vector<FXWindow*> stops = tabStops(dialog);
+    EXPECT_GT(stops.size(), 4u);
+    for (FXWindow* stop : stops) {
+      // Neighbours of a row differ by a frame's width.
+      EXPECT_GE(height(dialog, *stop) + 6, last) << stop->getClassName();
+      last = height(dialog, *stop);
+    }
+  }
+
+  static double storedBrokerage() { return Settings::Instance().readReal(u"Finance", u"Brokerage", 50.0); }
+
+  MarketFixture m_market;
+  GatewayScope m_gateway;
+  XMLSharePortfolio m_portfolio;
+  std::unique_ptr<SharePortfolioUser> m_user;
+};
+
+} // namespace Tallymoor

@@ -1,0 +1,279 @@
+#include "entry/SellSharesPanel.h"
+#include "PortfolioFormTest.h"
+#include "entry/StockChoice.h"
+#include "foundation/LinuxPlatform.h"
+#include "widgets/FXCalendar.h"
+
+namespace Tallymoor {
+namespace {
+
+constexpr const char* noCode = "You must choose the share to sell";
+constexpr const char* futureDate = "You can't specify a sell date in the future.";
+constexpr const char* noRecord = "No capital record for the sell date. Please refesh the capital record";
+constexpr const char* notHeld = "No shares were held to sell on this date.";
+constexpr const char* notEnoughThen = "Not enough shares were held to sell this much on this date.";
+constexpr const char* noNumber = "You must select the number of shares sold";
+constexpr const char* notEnoughNow = "You can't sell more shares than you own";
+constexpr const char* noPrice = "Do you really want to record a sell price of $0.00?";
+constexpr const char* noBrokerage = "Are you sure there was no brokerage charged\nfor this purchase?";
+constexpr const char* newDefault = "Would you like to make this the default\nbrokerage rate?";
+
+class SellSharesPanelTest : public PortfolioFormTest {
+protected:
+  void SetUp() override {
+    PortfolioFormTest::SetUp();
+    m_panel = new SellSharesPanel(mainWindow().contentFrame(), &user());
+    m_panel->create();
+    letEventsPass();
+  }
+  void set(const std::string& label, const std::string& text) { type(field(*m_panel, label), text); }
+  std::string shown(const std::string& label) { return field(*m_panel, label).getText().text(); }
+  StockChoice& codes() { return *find<StockChoice>(*m_panel); }
+  bool hasFocus(const std::string& label) { return focused(*m_panel) == &field(*m_panel, label); }
+  void expectRefused(const char* message, const std::string& label) {
+    answer(message, "OK");
+    EXPECT_FALSE(m_panel->validate());
+    EXPECT_TRUE(hasFocus(label)) << label;
+  }
+
+  SellSharesPanel* m_panel = nullptr;
+};
+
+TEST_F(SellSharesPanelTest, BeginsWithItsInitialValues) {
+  EXPECT_EQ(String(u"Sell Shares"), m_panel->title());
+  EXPECT_EQ("<select held stock>", shown("Stock code"));
+  EXPECT_EQ(String(), m_panel->code());
+  EXPECT_EQ("0.00", shown("Number sold"));
+  EXPECT_EQ("0.0000", shown("Share price"));
+  EXPECT_EQ("50.00", shown("Brokerage paid"));
+  EXPECT_EQ("03/03/2026", shown("Date sold"));
+  EXPECT_EQ(String(), m_panel->comments());
+  EXPECT_TRUE(shows(*m_panel, "Sale reasons, comments, indicators"));
+  EXPECT_FALSE(field(*m_panel, "Stock code").isEditable());
+  EXPECT_EQ(&field(*m_panel, "Stock code"), m_panel->firstField());
+}
+
+TEST_F(SellSharesPanelTest, EachHeldCodeIsInTheListOnce) {
+  user().addBuyEvent(u"ABC.AX", Date(2026, 3, 1), 10.0, 2.0, 0.0, String());
+  m_panel->reset();
+  EXPECT_EQ((std::vector<std::string>{"<select held stock>", "ABC.AX", "XYZ.AX"}), entries(codes()));
+}
+
+TEST_F(SellSharesPanelTest, TheListOfALongPortfolioScrolls) {
+  EXPECT_EQ(3, codes().getNumVisible());
+  for (int i = 0; i < 30; ++i)
+    user().addBuyEvent(u"S" + String::fromLong(i), Date(2026, 3, 1), 10.0, 2.0, 0.0, String());
+  m_panel->reset();
+  EXPECT_EQ(33, codes().getNumItems());
+  EXPECT_EQ(12, codes().getNumVisible());
+}
+
+TEST_F(SellSharesPanelTest, ACodePassedInFillsNumberAndPriceWithoutAsking) {
+  m_panel->reset(u"XYZ.AX");
+  EXPECT_EQ(String(u"XYZ.AX"), m_panel->code());
+  EXPECT_EQ("50.00", shown("Number sold"));
+  EXPECT_EQ("7.2500", shown("Share price"));
+  EXPECT_EQ(&field(*m_panel, "Number sold"), m_panel->firstField());
+  m_panel->reset(u"GONE.AX");
+  EXPECT_EQ(String(), m_panel->code());
+  EXPECT_EQ("0.00", shown("Number sold"));
+}
+
+TEST_F(SellSharesPanelTest, ChoosingAStockFillsItsPriceAndAllShares) {
+  choose(*m_panel, "ABC.AX");
+  EXPECT_EQ(String(u"ABC.AX"), m_panel->code());
+  EXPECT_EQ(100.0, m_panel->number());
+  EXPECT_EQ(2.5, m_panel->price());
+}
+
+TEST_F(SellSharesPanelTest, ChoosingThePromptLeavesTheNumbers) {
+  choose(*m_panel, "ABC.AX");
+  choose(*m_panel, "<select held stock>");
+  EXPECT_EQ(String(), m_panel->code());
+  EXPECT_EQ(100.0, m_panel->number());
+}
+
+TEST_F(SellSharesPanelTest, AStockWithoutAPriceIsReportedAndItsSharesShown) {
+  user().addBuyEvent(u"FREE.AX", Date(2026, 3, 2), 30.0, 0.0, 0.0, String());
+  m_panel->reset();
+  set("Share price", "9");
+  answer("Problem getting stock price", "OK");
+  choose(*m_panel, "FREE.AX");
+  EXPECT_EQ(0.0, m_panel->price()); // not that of another stock
+  EXPECT_EQ(30.0, m_panel->number());
+}
+
+TEST_F(SellSharesPanelTest, AFailureOfTheListIsReported) {
+  spoilParcel(u"ABC.AX");
+  whenModal("SellSharesPanel::onListChanged failed. ", [this](FXWindow& box) { press(box, "OK"); });
+  choose(*m_panel, "ABC.AX");
+}
+
+TEST_F(SellSharesPanelTest, AnotherPortfolioHasItsOwnStocks) {
+  choose(*m_panel, "ABC.AX");
+  m_panel->setPortfolio(nullptr);
+  EXPECT_EQ(1, codes().getNumItems());
+  EXPECT_EQ(0.0, m_panel->number());
+  answer(noCode, "OK");
+  EXPECT_FALSE(m_panel->validate());
+  m_panel->setPortfolio(&user());
+  EXPECT_EQ(3, codes().getNumItems());
+}
+
+TEST_F(SellSharesPanelTest, GivesWhatWasTyped) {
+  choose(*m_panel, "ABC.AX");
+  set("Number sold", "1,234.50");
+  set("Share price", "12.5 ");
+  set("Brokerage paid", "9.99");
+  set("Date sold", " 28/02/2026 ");
+  find<FXText>(*m_panel)->setText("dear &\nshaky");
+  EXPECT_EQ(1234.5, m_panel->number());
+  EXPECT_EQ(12.5, m_panel->price());
+  EXPECT_EQ(9.99, m_panel->brokerage());
+  EXPECT_EQ(Date(2026, 2, 28), m_panel->date());
+  EXPECT_EQ(String(u"dear &\nshaky"), m_panel->comments());
+}
+
+// The checks, in their order
+
+TEST_F(SellSharesPanelTest, TheChecksComeInTheirOrder) {
+  set("Date sold", "04/03/2026");
+  set("Number sold", "100.0001");
+  set("Brokerage paid", "0");
+  expectRefused(noCode, "Stock code");
+  m_panel->reset(u"XYZ.AX");
+  set("Date sold", "04/03/2026");
+  set("Number sold", "0");
+  set("Share price", "0");
+  set("Brokerage paid", "0");
+  expectRefused(futureDate, "Date sold");
+  set("Date sold", "20/02/2026");
+  expectRefused(noRecord, "Date sold");
+  set("Date sold", "28/02/2026");
+  expectRefused(notHeld, "Date sold");
+  set("Date sold", "03/03/2026");
+  set("Number sold", "50.0001");
+  expectRefused(notEnoughThen, "Number sold");
+  set("Number sold", "0");
+  expectRefused(noNumber, "Number sold");
+  set("Number sold", "50");
+  answer(noPrice, "No");
+  EXPECT_FALSE(m_panel->validate());
+  EXPECT_TRUE(hasFocus("Share price"));
+  answer(noPrice, "Yes");
+  answer(noBrokerage, "No");
+  EXPECT_FALSE(m_panel->validate());
+  EXPECT_TRUE(hasFocus("Brokerage paid"));
+  answer(noPrice, "Yes");
+  answer(noBrokerage, "Yes");
+  answer(newDefault, "No");
+  EXPECT_TRUE(m_panel->validate());
+  EXPECT_EQ(50.0, storedBrokerage());
+}
+
+TEST_F(SellSharesPanelTest, AllSharesHeldOnADayWithARecordCanBeSold) {
+  choose(*m_panel, "ABC.AX");
+  set("Date sold", "26/02/2026");
+  set("Number sold", "100");
+  EXPECT_TRUE(m_panel->validate());
+  set("Number sold", "100.0001");
+  expectRefused(notEnoughThen, "Number sold");
+  EXPECT_EQ("100.0001", shown("Number sold"));
+}
+
+TEST_F(SellSharesPanelTest, ASaleBeforeTheFirstRecordStopsThereWhateverItsNumber) {
+  choose(*m_panel, "ABC.AX");
+  set("Date sold", "24/02/2026");
+  set("Number sold", "0");
+  expectRefused(noRecord, "Date sold");
+  EXPECT_EQ("24/02/2026", shown("Date sold"));
+}
+
+TEST_F(SellSharesPanelTest, SharesThatWereSoldSinceCannotBeSoldAgain) {
+  choose(*m_panel, "ABC.AX");
+  set("Date sold", "26/02/2026");
+  parcel(u"ABC.AX").subElement(u"NumHeld").setValue(u"60.00"); // the record of the day still says 100
+  set("Number sold", "60.0001");
+  expectRefused(notEnoughNow, "Number sold");
+  set("Number sold", "60");
+  EXPECT_TRUE(m_panel->validate());
+}
+
+TEST_F(SellSharesPanelTest, AFractionBelowFourDecimalsAndANegativeNumberAreNoNumber) {
+  choose(*m_panel, "ABC.AX");
+  set("Number sold", "0.00004");
+  expectRefused(noNumber, "Number sold");
+  set("Number sold", "-5");
+  expectRefused(noNumber, "Number sold");
+  set("Number sold", "0.0001");
+  EXPECT_TRUE(m_panel->validate());
+}
+
+TEST_F(SellSharesPanelTest, WhatAReverseSplitLeavesCanBeSoldAsTheFormOffersIt) {
+  user().addBuyEvent(u"SPLIT.AX", Date(2026, 3, 1), 200.0, 1.0, 0.0, String());
+  TallymoorInternet::Instance().setCachedPrice(u"SPLIT.AX", Date(2026, 3, 1), 1.0);
+  TallymoorInternet::Instance().setCachedPrice(u"SPLIT.AX", Date(2026, 3, 2), 3.0);
+  TallymoorInternet::Instance().setCachedPrice(u"SPLIT.AX", Date(2026, 3, 3), 3.0);
+  user().recordAdjustment(u"SPLIT.AX", Date(2026, 3, 2), 3, true);
+  user().capitalRecord().recordsChangedFrom(Date(2026, 3, 1));
+  user().capitalRecord().update(user());
+  m_panel->reset(u"SPLIT.AX");
+  EXPECT_EQ("66.66", shown("Number sold"));
+  EXPECT_TRUE(m_panel->validate());
+}
+
+TEST_F(SellSharesPanelTest, AnotherBrokerageMayBecomeTheDefault) {
+  choose(*m_panel, "ABC.AX");
+  set("Brokerage paid", "29.95");
+  answer(newDefault, "Yes");
+  EXPECT_TRUE(m_panel->validate());
+  EXPECT_EQ(29.95, storedBrokerage());
+  EXPECT_TRUE(m_panel->validate()); // the same brokerage asks no more
+  set("Brokerage paid", "29.954");
+  EXPECT_TRUE(m_panel->validate());
+}
+
+TEST_F(SellSharesPanelTest, AnUnreadableDateIsAProblemAndHasTheFocus) {
+  choose(*m_panel, "ABC.AX");
+  set("Date sold", "yesterday");
+  expectRefused("There was a problem validating your input", "Date sold");
+  EXPECT_EQ("yesterday", shown("Date sold"));
+}
+
+// The date button
+
+TEST_F(SellSharesPanelTest, TheDateButtonFillsTheField) {
+  set("Date sold", "16/02/2026");
+  whenModal("Choose the date", [&](FXWindow& form) {
+    EXPECT_EQ(Date(2026, 2, 16), find<FXCalendar>(form)->date());
+    press(form, "18");
+    press(form, "OK");
+  });
+  press(*m_panel, "Choose a date");
+  EXPECT_EQ(Date(2026, 2, 18), m_panel->date());
+}
+
+/// Can't write dates.
+class BrokenPlatform : public LinuxPlatform {
+public:
+  String shortDateFormat(const Date&) override { throw Exception(u"no form for dates"); }
+};
+
+TEST_F(SellSharesPanelTest, AFailureOfTheDateButtonIsReported) {
+  Platform::setInstance(std::make_unique<BrokenPlatform>());
+  whenModal("Choose the date", [&](FXWindow& form) { press(form, "OK"); });
+  answer("SellSharesPanel::onChooseDate failed. Exception : no form for dates", "OK");
+  press(*m_panel, "Choose a date");
+}
+
+TEST_F(SellSharesPanelTest, FieldsLineUp) {
+  FXint right = 0;
+  for (const char* label : {"Number sold", "Share price", "Brokerage paid", "Date sold"}) {
+    EXPECT_EQ(codes().getX(), field(*m_panel, label).getX()) << label;
+    right = field(*m_panel, label).getX() + field(*m_panel, label).getWidth();
+  }
+  EXPECT_EQ(right, codes().getX() + codes().getWidth());
+}
+
+} // namespace
+} // namespace Tallymoor
