@@ -26,6 +26,11 @@ tallymoorWindowMap[] = {
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_NEW_PORTFOLIO, TallymoorWindow::onNewPortfolio),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_SAVE, TallymoorWindow::onSave),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_BUY, TallymoorWindow::onBuy),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_SELL, TallymoorWindow::onSell),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_DIVIDENDS, TallymoorWindow::onDividends),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_INTEREST, TallymoorWindow::onInterest),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_DEPOSIT_CASH, TallymoorWindow::onDepositCash),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_WITHDRAW_CASH, TallymoorWindow::onWithdrawCash),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_REFRESH_PRICES, TallymoorWindow::onRefreshPrices),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_ABOUT, TallymoorWindow::onAbout),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_STATUS, TallymoorWindow::onChangeStatus),
@@ -90,6 +95,11 @@ void TallymoorWindow::buildMenus() {
   FXMenuPane* portfolios = addMenu("&Portfolios");
   addEntry(portfolios, "&New Portfolio...\tCtrl+P", ID_NEW_PORTFOLIO);
   addEntry(portfolios, "&Buy Shares...\tCtrl+B", ID_BUY);
+  addEntry(portfolios, "&Sell Shares...\tCtrl+L", ID_SELL);
+  addEntry(portfolios, "Receive a &Dividend...\tCtrl+D", ID_DIVIDENDS);
+  addEntry(portfolios, "Receive &Interest...\tCtrl+I", ID_INTEREST);
+  addEntry(portfolios, "Deposit &Cash...", ID_DEPOSIT_CASH);
+  addEntry(portfolios, "&Withdraw Cash...", ID_WITHDRAW_CASH);
 
   FXMenuPane* tools = addMenu("&Tools");
   addEntry(tools, "Refresh &Prices\tCtrl+R", ID_REFRESH_PRICES);
@@ -116,6 +126,13 @@ void TallymoorWindow::buildCommandBar(FXComposite* parent) {
   button("\tNew Portfolio\tCreates a new portfolio", m_icons.newPortfolio, ID_NEW_PORTFOLIO);
   gap(3);
   button("\tBuy Shares\tRegister the purchase of shares", m_icons.buy, ID_BUY);
+  button("\tSell Shares\tRegister the sale of shares", m_icons.sell, ID_SELL);
+  gap(2);
+  button("\tReceive a Dividend\tRegister the receipt of a dividend", m_icons.dividend, ID_DIVIDENDS);
+  button("\tReceive Interest\tRegister interest received", m_icons.interest, ID_INTEREST);
+  gap(2);
+  button("\tDeposit Cash\tRegister cash deposit", m_icons.deposit, ID_DEPOSIT_CASH);
+  button("\tWithdraw Cash\tRegister cash withdrawal", m_icons.withdraw, ID_WITHDRAW_CASH);
   gap(3);
   button("\tPrice Update\tGet the latest prices for held and watched shares", m_icons.priceUpdate,
          ID_REFRESH_PRICES);

@@ -4,6 +4,7 @@
 #include "shell/PortfolioStore.h"
 #include "shell/WindowIcons.h"
 #include "widgets/MainWindow.h"
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -25,11 +26,20 @@ public:
     ID_NEW_PORTFOLIO,
     ID_SAVE,
     ID_BUY,
+    ID_SELL,
+    ID_DIVIDENDS,
+    ID_INTEREST,
+    ID_DEPOSIT_CASH,
+    ID_WITHDRAW_CASH,
     ID_REFRESH_PRICES,
     ID_ABOUT,
     ID_STATUS,
     ID_LAST
   };
+
+  /// Told when a start leaves no sound tree, and afterwards by each command that needs one.
+  static constexpr const char16_t* STARTUP_FAILURE =
+      u"There was a failure during startup. Please restart Tallymoor";
 
   /// The icons outlive the window.
   TallymoorWindow(FXApp* app, WindowIcons& icons);
@@ -65,6 +75,11 @@ public:
   long onNewPortfolio(FXObject*, FXSelector, void*);
   long onSave(FXObject*, FXSelector, void*);
   long onBuy(FXObject*, FXSelector, void*);
+  long onSell(FXObject*, FXSelector, void*);
+  long onDividends(FXObject*, FXSelector, void*);
+  long onInterest(FXObject*, FXSelector, void*);
+  long onDepositCash(FXObject*, FXSelector, void*);
+  long onWithdrawCash(FXObject*, FXSelector, void*);
   long onRefreshPrices(FXObject*, FXSelector, void*);
   long onAbout(FXObject*, FXSelector, void*);
   long onChangeStatus(FXObject*, FXSelector, void*);
@@ -94,7 +109,12 @@ private:
   void goOfflineByUser();
   void reconnectByUser();
   void holdMinimumSize();
+  TotalCapTreeItem& loadedTree() const;
   SharePortfolioTreeItem& nodeOf(const XMLElement& portfolio) const;
+  /// Asks for a portfolio and hands its node to the operation, unless the user cancelled. The context is what
+  /// a failure is reported with.
+  long registerFor(const String& context, const String& prompt,
+                   const std::function<void(SharePortfolioTreeItem&)>& operation);
 
   WindowIcons& m_icons;
   std::vector<std::unique_ptr<FXMenuPane>> m_menus; ///< must go before the window does

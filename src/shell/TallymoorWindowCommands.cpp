@@ -20,6 +20,8 @@ namespace {
 
 constexpr int MINIMUM_HEIGHT = 400;
 constexpr int PORTFOLIO_TAB = 0;
+/// Asked for dividends, and in the same words for interest, deposits and withdrawals.
+constexpr char16_t RECEIPT_PROMPT[] = u"Select the portfolio to receive a dividend from.";
 constexpr std::uint32_t FAILURE_SHOWN_FOR = 1000; ///< milliseconds
 
 } // namespace
@@ -38,8 +40,15 @@ XMLElement* TallymoorWindow::choosePortfolio(const String& prompt) {
   throw Exception(u"Failed to find the chosen portfolio");
 }
 
+/// The tree that a start which failed has not come to.
+TotalCapTreeItem& TallymoorWindow::loadedTree() const {
+  if (!m_totalCapital)
+    throw Exception(STARTUP_FAILURE);
+  return *m_totalCapital;
+}
+
 SharePortfolioTreeItem& TallymoorWindow::nodeOf(const XMLElement& portfolio) const {
-  SharePortfolioTreeItem* node = m_totalCapital->portfolioNode(textValue(portfolio, u"Name"));
+  SharePortfolioTreeItem* node = loadedTree().portfolioNode(textValue(portfolio, u"Name"));
   if (!node)
     throw Exception(u"Failed to find the chosen portfolio");
   return *node;
@@ -60,19 +69,49 @@ long TallymoorWindow::onTabBook(FXObject*, FXSelector, void*) {
 
 long TallymoorWindow::onNewPortfolio(FXObject*, FXSelector, void*) {
   return guardedHandler(u"TallymoorWindow::onNewPortfolio failed.", [this] {
-    if (!m_totalCapital)
-      return;
-    m_totalCapital->newSharePortfolio();
+    loadedTree().newSharePortfolio();
     m_tabBook->setCurrent(PORTFOLIO_TAB);
   });
 }
 
-long TallymoorWindow::onBuy(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"TallymoorWindow::onBuy failed.", [this] {
-    if (const XMLElement* portfolio =
-            choosePortfolio(u"Select the portfolio to register a share purchase for."))
-      nodeOf(*portfolio).buyShares(String());
+long TallymoorWindow::registerFor(const String& context, const String& prompt,
+                                  const std::function<void(SharePortfolioTreeItem&)>& operation) {
+  return guardedHandler(context, [&] {
+    if (const XMLElement* portfolio = choosePortfolio(prompt))
+      operation(nodeOf(*portfolio));
   });
+}
+
+long TallymoorWindow::onBuy(FXObject*, FXSelector, void*) {
+  return registerFor(u"TallymoorWindow::onBuy failed.",
+                     u"Select the portfolio to register a share purchase for.",
+                     [](SharePortfolioTreeItem& node) { node.buyShares(String()); });
+}
+
+long TallymoorWindow::onSell(FXObject*, FXSelector, void*) {
+  return registerFor(u"TallymoorWindow::onSell failed.",
+                     u"Select the portfolio to register a share sale from.",
+                     [](SharePortfolioTreeItem& node) { node.sellShares(String()); });
+}
+
+long TallymoorWindow::onDividends(FXObject*, FXSelector, void*) {
+  return registerFor(u"TallymoorWindow::onDividends failed.", RECEIPT_PROMPT,
+                     &SharePortfolioTreeItem::receiveDividend);
+}
+
+long TallymoorWindow::onInterest(FXObject*, FXSelector, void*) {
+  return registerFor(u"TallymoorWindow::onInterest failed.", RECEIPT_PROMPT,
+                     &SharePortfolioTreeItem::receiveInterest);
+}
+
+long TallymoorWindow::onDepositCash(FXObject*, FXSelector, void*) {
+  return registerFor(u"TallymoorWindow::onDepositCash failed.", RECEIPT_PROMPT,
+                     &SharePortfolioTreeItem::depositCash);
+}
+
+long TallymoorWindow::onWithdrawCash(FXObject*, FXSelector, void*) {
+  return registerFor(u"TallymoorWindow::onWithdrawCash failed.", RECEIPT_PROMPT,
+                     &SharePortfolioTreeItem::withdrawCash);
 }
 
 long TallymoorWindow::onRefreshPrices(FXObject*, FXSelector, void*) {

@@ -60,13 +60,14 @@ void TallymoorWindow::load(Progress& progress) {
   progress.step(1, u"loading portfolio records");
   m_store.load();
   progress.setTotal(static_cast<unsigned>(m_store.portfolios().size()) + 4);
-  const NodeIcons nodeIcons{m_icons.portfolio.get(), m_icons.sharesHeld.get()};
+  const NodeIcons nodeIcons{m_icons.portfolio.get(), m_icons.sharesHeld.get(), m_icons.sharesSold.get(),
+                            m_icons.dividends.get(), m_icons.cashReserve.get()};
   m_totalCapital =
       new TotalCapTreeItem(m_portfolioTree, m_store.portfolios(), m_store.records(), nodeIcons, &progress);
   progress.step(1, u"showing Total Capital");
   m_portfolioTree->showFirst();
   if (!m_portfolioTree->isSound())
-    throw Exception(u"There was a failure during startup. Please restart Tallymoor");
+    throw Exception(STARTUP_FAILURE);
 }
 
 void TallymoorWindow::shutdown() {

@@ -13,9 +13,10 @@ public:
   void create();
 
   std::unique_ptr<FXIcon> big, mini, banner;
-  std::unique_ptr<FXIcon> newPortfolio, buy, priceUpdate, save, minimise, exit, about;
+  std::unique_ptr<FXIcon> newPortfolio, buy, sell, dividend, interest, deposit, withdraw, priceUpdate;
+  std::unique_ptr<FXIcon> save, minimise, exit, about;
   std::unique_ptr<FXIcon> online, offline, trying;
-  std::unique_ptr<FXIcon> totalCapital, portfolio, sharesHeld, watchlist;
+  std::unique_ptr<FXIcon> totalCapital, portfolio, sharesHeld, sharesSold, dividends, cashReserve, watchlist;
 };
 
 } // namespace Tallymoor

@@ -2,32 +2,21 @@
 #include "engine/SharePortfolioUser.h"
 #include "foundation/Amounts.h"
 #include "market/TallymoorInternet.h"
+#include "views/CellFigures.h"
 #include "views/HeldShareRow.h"
 #include "views/PriceLimits.h"
 #include "views/SharesHeldTable.h"
 #include "widgets/Row.h"
 #include "xml/Leaves.h"
 #include <algorithm>
-#include <cmath>
 #include <vector>
 
 namespace Tallymoor {
 
 namespace {
 
-constexpr double DAYS_A_YEAR = 365.0;
-
 const HeldShareRow& shareOf(const Row& row) {
   return row.payload<HeldShareRow>();
-}
-
-double value(Row& row, Column::Function function) {
-  return row.table()->cell(function, row).amount();
-}
-
-/// A cell of this type, or an empty one where there is no figure.
-CellResult figure(double value, CellResultType type) {
-  return std::isfinite(value) ? CellResult(value, type) : CellResult(String());
 }
 
 /// The parcels behind a row: the one of a purchase, otherwise those of the share that were bought by the date
@@ -86,7 +75,7 @@ CellResult percentSince(Row& row, const Date& date) {
   const double previous = previousPrice(shareOf(row), date);
   if (showsAsZero(previous))
     return CellResult(0.0, CELL_PERCENT);
-  return figure((value(row, &HeldShareCells::priceNow) - previous) / previous * 100.0, CELL_PERCENT);
+  return figure((cellValue(row, &HeldShareCells::priceNow) - previous) / previous * 100.0, CELL_PERCENT);
 }
 
 } // namespace
@@ -138,18 +127,18 @@ CellResult purchaseValue(Row& row) {
 }
 
 CellResult currentValue(Row& row) {
-  return CellResult(value(row, &priceNow) * value(row, &number), CELL_MONEY);
+  return CellResult(cellValue(row, &priceNow) * cellValue(row, &number), CELL_MONEY);
 }
 
 CellResult dayMove(Row& row) {
   const double previous = previousPrice(shareOf(row), Date().plusDays(-1));
   if (showsAsZero(previous))
     return CellResult(String());
-  return CellResult(value(row, &priceNow) - previous, CELL_PRICE);
+  return CellResult(cellValue(row, &priceNow) - previous, CELL_PRICE);
 }
 
 CellResult dayGain(Row& row) {
-  return CellResult(value(row, &dayMove) * value(row, &number), CELL_MONEY);
+  return CellResult(cellValue(row, &dayMove) * cellValue(row, &number), CELL_MONEY);
 }
 
 CellResult dayPercent(Row& row) {
@@ -165,21 +154,17 @@ CellResult monthPercent(Row& row) {
 }
 
 CellResult gainPercent(Row& row) {
-  const double bought = value(row, &buyPrice);
-  return figure((value(row, &priceNow) - bought) / bought * 100.0, CELL_PERCENT);
+  const double bought = cellValue(row, &buyPrice);
+  return figure((cellValue(row, &priceNow) - bought) / bought * 100.0, CELL_PERCENT);
 }
 
 CellResult annualisedGainPercent(Row& row) {
-  const double days = value(row, &daysHeld);
-  const CellResult& gain = row.table()->cell(&gainPercent, row);
-  if (showsAsZero(days))
-    return CellResult(0.0, CELL_PERCENT);
-  return gain.type() == CELL_TEXT ? gain : figure(gain.value() * DAYS_A_YEAR / days, CELL_PERCENT);
+  return annualised(row, &gainPercent, &daysHeld);
 }
 
 CellResult grossGain(Row& row) {
-  const double held = value(row, &number);
-  return CellResult(value(row, &priceNow) * held - value(row, &buyPrice) * held, CELL_MONEY);
+  const double held = cellValue(row, &number);
+  return CellResult(cellValue(row, &priceNow) * held - cellValue(row, &buyPrice) * held, CELL_MONEY);
 }
 
 CellResult priceMinMax(Row& row) {
@@ -190,13 +175,14 @@ CellResult percentInMinMax(Row& row) {
   const PriceLimits limits = PriceLimits::inForce(*shareOf(row).heldShare);
   if (limits.areNone())
     return CellResult(String());
-  return figure((value(row, &priceNow) - limits.min) / (limits.max - limits.min) * 100.0, CELL_WHOLE_PERCENT);
+  return figure((cellValue(row, &priceNow) - limits.min) / (limits.max - limits.min) * 100.0,
+                CELL_WHOLE_PERCENT);
 }
 
 CellResult portfolioPercent(Row& row) {
   const SharePortfolioUser& portfolio = *shareOf(row).portfolio;
   const double total = portfolio.cashReserveToday() + portfolio.sharesValueToday();
-  return figure(value(row, &currentValue) / total * 100.0, CELL_PERCENT);
+  return figure(cellValue(row, &currentValue) / total * 100.0, CELL_PERCENT);
 }
 
 CellResult daysHeld(Row& row) {

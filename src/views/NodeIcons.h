@@ -11,6 +11,9 @@ namespace Tallymoor {
 struct NodeIcons {
   FX::FXIcon* portfolio = nullptr;
   FX::FXIcon* sharesHeld = nullptr;
+  FX::FXIcon* sharesSold = nullptr;
+  FX::FXIcon* dividends = nullptr;
+  FX::FXIcon* cashReserve = nullptr;
 };
 
 } // namespace Tallymoor

@@ -11,6 +11,8 @@ public:
 
   /// Asks for a purchase, with the code filled in unless it is empty, and records it.
   virtual void buyShares(const String& code) = 0;
+  /// Likewise for a sale.
+  virtual void sellShares(const String& code) = 0;
   /// The portfolio's records have just changed: its tables stop reading them at once, and everything that
   /// shows them is made anew when the running handler has returned.
   virtual void transactionMade() = 0;

@@ -2,10 +2,19 @@
 #include "engine/SharePortfolioUser.h"
 #include "entry/BuySharesDialog.h"
 #include "entry/BuySharesPanel.h"
+#include "entry/GetFloatDialog.h"
+#include "entry/GetFloatPanel.h"
+#include "entry/ReceiveDividendsDialog.h"
+#include "entry/ReceiveDividendsPanel.h"
+#include "entry/SellSharesDialog.h"
+#include "entry/SellSharesPanel.h"
 #include "foundation/Amounts.h"
 #include "foundation/Platform.h"
+#include "views/CashReserveTreeItem.h"
+#include "views/DividendsTreeItem.h"
 #include "views/PriceWatch.h"
 #include "views/SharesHeldTreeItem.h"
+#include "views/SharesSoldTreeItem.h"
 #include "views/SummaryFrame.h"
 #include "views/TotalCapTreeItem.h"
 #include "views/WatchedCodes.h"
@@ -14,6 +23,7 @@
 #include "widgets/HandlerScope.h"
 #include "widgets/InvestmentTree.h"
 #include "widgets/MainWindow.h"
+#include "xml/PortfolioRecords.h"
 
 namespace Tallymoor {
 
@@ -24,6 +34,13 @@ SharePortfolioTreeItemMap[] = {
     FXMAPFUNC(SEL_COMMAND, SharePortfolioTreeItem::ID_RENAME_SHARE_PORTFOLIO,
               SharePortfolioTreeItem::onRenamePortfolio),
     FXMAPFUNC(SEL_COMMAND, SharePortfolioTreeItem::ID_BUY_SHARES, SharePortfolioTreeItem::onBuyShares),
+    FXMAPFUNC(SEL_COMMAND, SharePortfolioTreeItem::ID_SELL_SHARES, SharePortfolioTreeItem::onSellShares),
+    FXMAPFUNC(SEL_COMMAND, SharePortfolioTreeItem::ID_RECEIVE_DIVIDENDS,
+              SharePortfolioTreeItem::onReceiveDividends),
+    FXMAPFUNC(SEL_COMMAND, SharePortfolioTreeItem::ID_RECEIVE_INTEREST,
+              SharePortfolioTreeItem::onReceiveInterest),
+    FXMAPFUNC(SEL_COMMAND, SharePortfolioTreeItem::ID_DEPOSIT_CASH, SharePortfolioTreeItem::onDepositCash),
+    FXMAPFUNC(SEL_COMMAND, SharePortfolioTreeItem::ID_WITHDRAW_CASH, SharePortfolioTreeItem::onWithdrawCash),
 };
 
 FXIMPLEMENT_ABSTRACT(SharePortfolioTreeItem, InvestmentTreeItem, SharePortfolioTreeItemMap,
@@ -54,6 +71,9 @@ SharePortfolioTreeItem::~SharePortfolioTreeItem() {
 
 void SharePortfolioTreeItem::makeChildren() {
   m_sharesHeldItem = new SharesHeldTreeItem(investmentTree(), this);
+  m_sharesSoldItem = new SharesSoldTreeItem(investmentTree(), this);
+  m_dividendsItem = new DividendsTreeItem(investmentTree(), this);
+  m_cashReserveItem = new CashReserveTreeItem(investmentTree(), this);
 }
 
 const NodeIcons& SharePortfolioTreeItem::icons() const {
@@ -165,8 +185,8 @@ void SharePortfolioTreeItem::pricesCame(const std::set<String>& codes) {
 
 void SharePortfolioTreeItem::transactionMade() {
   m_root->setPortfoliosChanged();
-  if (m_sharesHeldItem)
-    m_sharesHeldItem->recordsChanged();
+  for (TreeViewItem* child = firstChild(); child; child = child->nextSibling())
+    static_cast<PortfolioTableTreeItem*>(child)->recordsChanged();
   // The record is made current first: the root adds up all portfolios before their own nodes are reached.
   HandlerScope::whenDone(this, [this] {
     makeRecordCurrent();
@@ -189,6 +209,61 @@ void SharePortfolioTreeItem::buyShares(const String& code) {
     transactionMade();
 }
 
+void SharePortfolioTreeItem::sellShares(const String& code) {
+  HandlerScope scope;
+  SellSharesDialog dialog(&MainWindow::Instance(), *m_portfolio, code);
+  if (dialog.execute() == 0)
+    return;
+  const SellSharesPanel& panel = *dialog.panel();
+  // Asked for before the change, here and below: a sale takes parcels away that tables may be reading.
+  transactionMade();
+  m_portfolio->sellShares(panel.code(), panel.date(), panel.number(), panel.price(), panel.brokerage(), true,
+                          panel.comments());
+}
+
+void SharePortfolioTreeItem::receiveDividend() {
+  HandlerScope scope;
+  ReceiveDividendsDialog dialog(&MainWindow::Instance(), *m_portfolio);
+  if (dialog.execute() == 0)
+    return;
+  const ReceiveDividendsPanel& panel = *dialog.panel();
+  transactionMade();
+  m_portfolio->receiveDividend(panel.code(), panel.date(), panel.numHeld(), panel.rate(),
+                               panel.percentFranked(), panel.sharesReceived(), panel.sharePrice(),
+                               panel.country(), panel.withholdingTax());
+}
+
+void SharePortfolioTreeItem::receiveInterest() {
+  bookCash(u"Receive interest", CASH_EVENT_INTEREST, u"INTEREST ");
+}
+
+void SharePortfolioTreeItem::depositCash() {
+  bookCash(u"Deposit cash", CASH_EVENT_DEPOSIT, u"DEPOSIT ");
+}
+
+void SharePortfolioTreeItem::withdrawCash() {
+  bookCash(u"Withdraw cash", CASH_EVENT_WITHDRAWAL, u"WITHDRAWAL ");
+}
+
+void SharePortfolioTreeItem::payAccountFee() {
+  bookCash(u"Pay account fee", CASH_EVENT_DEBIT, u"Account fee ");
+}
+
+void SharePortfolioTreeItem::bookCash(const String& title, std::int32_t type,
+                                      const String& descriptionStart) {
+  HandlerScope scope;
+  GetFloatDialog dialog(&MainWindow::Instance(), title);
+  if (dialog.execute() == 0)
+    return;
+  const GetFloatPanel& panel = *dialog.panel();
+  const String description = descriptionStart + panel.text();
+  transactionMade();
+  if (isCreditType(type))
+    m_portfolio->creditCash(panel.date(), panel.value(), type, description);
+  else
+    m_portfolio->debitCash(panel.date(), panel.value(), type, description);
+}
+
 // ---- Commands ----
 
 FXint SharePortfolioTreeItem::onRightClick(FXint x, FXint y) {
@@ -198,6 +273,11 @@ FXint SharePortfolioTreeItem::onRightClick(FXint x, FXint y) {
     const String name = m_portfolio->name();
     ContextMenu menu(tree(), this);
     menu.addCommand(u"Buy shares...", ID_BUY_SHARES);
+    menu.addCommand(u"Sell shares...", ID_SELL_SHARES);
+    menu.addCommand(u"Receive a dividend...", ID_RECEIVE_DIVIDENDS);
+    menu.addCommand(u"Receive interest...", ID_RECEIVE_INTEREST);
+    menu.addCommand(u"Deposit cash...", ID_DEPOSIT_CASH);
+    menu.addCommand(u"Withdraw cash...", ID_WITHDRAW_CASH);
     menu.addSeparator();
     menu.addCommand(String(u"Rename share portfolio ") + name + u"...", ID_RENAME_SHARE_PORTFOLIO);
     menu.addCommand(String(u"Delete share portfolio ") + name + u"...", ID_DELETE_SHARE_PORTFOLIO);
@@ -210,6 +290,40 @@ long SharePortfolioTreeItem::onBuyShares(FXObject*, FXSelector, void*) {
     if (checkSound())
       buyShares(String());
   });
+}
+
+long SharePortfolioTreeItem::onSellShares(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"SharePortfolioTreeItem::onSellShares failed.", [this] {
+    if (checkSound())
+      sellShares(String());
+  });
+}
+
+long SharePortfolioTreeItem::handleCommand(const String& context, Operation operation) {
+  return guardedHandler(context, [&] {
+    if (checkSound())
+      (this->*operation)();
+  });
+}
+
+long SharePortfolioTreeItem::onReceiveDividends(FXObject*, FXSelector, void*) {
+  return handleCommand(u"SharePortfolioTreeItem::onReceiveDividends failed.",
+                       &SharePortfolioTreeItem::receiveDividend);
+}
+
+long SharePortfolioTreeItem::onReceiveInterest(FXObject*, FXSelector, void*) {
+  return handleCommand(u"SharePortfolioTreeItem::onReceiveInterest failed.",
+                       &SharePortfolioTreeItem::receiveInterest);
+}
+
+long SharePortfolioTreeItem::onDepositCash(FXObject*, FXSelector, void*) {
+  return handleCommand(u"SharePortfolioTreeItem::onDepositCash failed.",
+                       &SharePortfolioTreeItem::depositCash);
+}
+
+long SharePortfolioTreeItem::onWithdrawCash(FXObject*, FXSelector, void*) {
+  return handleCommand(u"SharePortfolioTreeItem::onWithdrawCash failed.",
+                       &SharePortfolioTreeItem::withdrawCash);
 }
 
 long SharePortfolioTreeItem::onRenamePortfolio(FXObject*, FXSelector, void*) {

@@ -7,9 +7,12 @@
 
 namespace Tallymoor {
 
+class CashReserveTreeItem;
+class DividendsTreeItem;
 class PriceWatch;
 class SharePortfolioUser;
 class SharesHeldTreeItem;
+class SharesSoldTreeItem;
 class SummaryFrame;
 struct NodeIcons;
 class TotalCapTreeItem;
@@ -23,7 +26,17 @@ class SharePortfolioTreeItem : public InvestmentTreeItem, public Table::Watcher,
   FXDECLARE_ABSTRACT(SharePortfolioTreeItem)
 public:
   /// The numbers of commands that are not there yet are kept free.
-  enum { ID_DELETE_SHARE_PORTFOLIO = 1, ID_RENAME_SHARE_PORTFOLIO = 2, ID_BUY_SHARES = 3, ID_LAST = 10 };
+  enum {
+    ID_DELETE_SHARE_PORTFOLIO = 1,
+    ID_RENAME_SHARE_PORTFOLIO,
+    ID_BUY_SHARES,
+    ID_SELL_SHARES,
+    ID_RECEIVE_DIVIDENDS,
+    ID_RECEIVE_INTEREST,
+    ID_DEPOSIT_CASH,
+    ID_WITHDRAW_CASH,
+    ID_LAST = 10
+  };
 
   /// Brings the portfolio's capital record up to date and makes the nodes below. The portfolio outlives the
   /// node.
@@ -35,8 +48,15 @@ public:
   void tableChanged(bool rebuilt) override;
 
   void buyShares(const String& code) override;
+  void sellShares(const String& code) override;
   void transactionMade() override;
   void priceTyped(const String& code, const Date& date, double price) override;
+  /// Each asks for a dividend or an amount of cash, and records it.
+  void receiveDividend();
+  void receiveInterest();
+  void depositCash();
+  void withdrawCash();
+  void payAccountFee();
 
   /// Computes the missing days of the capital record, as every user's action on the portfolio's views begins.
   /// Reports failures itself.
@@ -44,23 +64,38 @@ public:
   SharePortfolioUser& portfolio() const { return *m_portfolio; }
   const NodeIcons& icons() const;
   SharesHeldTreeItem* sharesHeldItem() const { return m_sharesHeldItem; }
+  SharesSoldTreeItem* sharesSoldItem() const { return m_sharesSoldItem; }
+  DividendsTreeItem* dividendsItem() const { return m_dividendsItem; }
+  CashReserveTreeItem* cashReserveItem() const { return m_cashReserveItem; }
 
   long onDeleteSharePortfolio(FXObject*, FXSelector, void*);
   long onRenamePortfolio(FXObject*, FXSelector, void*);
   long onBuyShares(FXObject*, FXSelector, void*);
+  long onSellShares(FXObject*, FXSelector, void*);
+  long onReceiveDividends(FXObject*, FXSelector, void*);
+  long onReceiveInterest(FXObject*, FXSelector, void*);
+  long onDepositCash(FXObject*, FXSelector, void*);
+  long onWithdrawCash(FXObject*, FXSelector, void*);
 
 private:
+  using Operation = void (SharePortfolioTreeItem::*)();
+
   void makeChildren();
   void buildSummary();
   void showCapital();
   void showGains();
   void readIndexGains();
   void pricesCame(const std::set<String>& codes);
+  void bookCash(const String& title, std::int32_t type, const String& descriptionStart);
+  long handleCommand(const String& context, Operation operation);
 
   TotalCapTreeItem* m_root = nullptr;
   SharePortfolioUser* m_portfolio = nullptr;
   SummaryFrame* m_summaryFrame = nullptr;
   SharesHeldTreeItem* m_sharesHeldItem = nullptr;
+  SharesSoldTreeItem* m_sharesSoldItem = nullptr;
+  DividendsTreeItem* m_dividendsItem = nullptr;
+  CashReserveTreeItem* m_cashReserveItem = nullptr;
   FXLabel* m_capitalLabel = nullptr;
   FXLabel* m_sharesCapitalLabel = nullptr;
   FXLabel* m_cashCapitalLabel = nullptr;

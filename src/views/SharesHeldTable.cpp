@@ -8,7 +8,6 @@
 #include "views/HeldShareColumns.h"
 #include "views/PortfolioCommands.h"
 #include "views/PriceLimits.h"
-#include "views/TotalsBar.h"
 #include "widgets/ContextMenu.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/MainWindow.h"
@@ -20,11 +19,12 @@ namespace Tallymoor {
 
 FXDEFMAP(SharesHeldTable)
 SharesHeldTableMap[] = {
+    FXMAPFUNC(SEL_COMMAND, SharesHeldTable::ID_SELL, SharesHeldTable::onSell),
     FXMAPFUNC(SEL_COMMAND, SharesHeldTable::ID_BUY, SharesHeldTable::onBuy),
     FXMAPFUNC(SEL_COMMAND, SharesHeldTable::ID_DELETE, SharesHeldTable::onDelete),
 };
 
-FXIMPLEMENT_ABSTRACT(SharesHeldTable, Table, SharesHeldTableMap, ARRAYNUMBER(SharesHeldTableMap))
+FXIMPLEMENT_ABSTRACT(SharesHeldTable, PortfolioTable, SharesHeldTableMap, ARRAYNUMBER(SharesHeldTableMap))
 
 SharesHeldTable::SharesHeldTable(SharePortfolioUser& portfolio, PortfolioCommands& commands,
                                  FXComposite* parent, Watcher* watcher)
@@ -34,8 +34,7 @@ SharesHeldTable::SharesHeldTable(SharePortfolioUser& portfolio, PortfolioCommand
 
 SharesHeldTable::SharesHeldTable(SharePortfolioUser& portfolio, PortfolioCommands& commands,
                                  FXComposite* parent, Watcher* watcher, std::int32_t rowCompareType, Unfilled)
-    : Table(u"Shares Held Table", parent, true, watcher, rowCompareType), m_portfolio(&portfolio),
-      m_commands(&commands) {
+    : PortfolioTable(u"Shares Held Table", portfolio, commands, parent, watcher, rowCompareType) {
   TallymoorInternet::Instance().priceUpdater().addObserver(this);
 }
 
@@ -51,7 +50,7 @@ void SharesHeldTable::clearShares() {
 }
 
 void SharesHeldTable::addShare(const String& key, HeldShareRow share) {
-  share.portfolio = m_portfolio;
+  share.portfolio = &portfolio();
   share.table = this;
   m_rowData.push_back(std::move(share));
   addRow(std::make_unique<Row>(key, &m_rowData.back()));
@@ -67,7 +66,7 @@ void SharesHeldTable::watchShares() {
 void SharesHeldTable::fillTable() {
   clearShares();
   declareHeldShareColumns(*this);
-  const SharePortfolioCapitalRecordUser& record = m_portfolio->capitalRecord();
+  const SharePortfolioCapitalRecordUser& record = portfolio().capitalRecord();
   if (record.hasDayCap(Date())) {
     const XMLElement& day = record.dayCapFor(Date());
     for (std::size_t i = 0; i < day.numSubElements(u"ShareVals"); ++i)
@@ -82,7 +81,7 @@ void SharesHeldTable::addShareOfDay(const XMLElement& shareVal) {
   share.code = textValue(shareVal, u"Code");
   share.numberOnDay = doubleValue(shareVal, u"Number");
   std::size_t index = 0;
-  share.heldShare = m_portfolio->findHeldShare(share.code, index);
+  share.heldShare = portfolio().findHeldShare(share.code, index);
   if (!share.heldShare && Date::hasFixedDate())
     share.heldShare = makeShareSoldSince(share.code);
   if (share.heldShare)
@@ -108,7 +107,7 @@ void copyParcel(const XMLElement& sellEvent, XMLHeldShare& share) {
 
 XMLElement* SharesHeldTable::makeShareSoldSince(const String& code) {
   std::size_t index = 0;
-  const XMLElement* sold = m_portfolio->findSoldShare(code, index);
+  const XMLElement* sold = portfolio().findSoldShare(code, index);
   if (!sold)
     return nullptr;
   auto share = std::make_unique<XMLHeldShare>();
@@ -153,18 +152,6 @@ double SharesHeldTable::percentGainSince(const Date& date) {
   return showsAsZero(then) ? 0.0 : (now - then) / then * 100.0;
 }
 
-void SharesHeldTable::moveContents(FXint x, FXint y) {
-  Table::moveContents(x, y);
-  if (m_totalsBar)
-    m_totalsBar->followTable();
-}
-
-void SharesHeldTable::layout() {
-  Table::layout();
-  if (m_totalsBar)
-    m_totalsBar->followTable();
-}
-
 void SharesHeldTable::markPrice(const String& code) {
   markStale(code);
 }
@@ -203,7 +190,7 @@ void SharesHeldTable::limitsEdited(const String& text, HeldShareRow& share) {
   }
   if (limits == old)
     return;
-  m_portfolio->setMinMax(*share.heldShare, limits.min, limits.max);
+  portfolio().setMinMax(*share.heldShare, limits.min, limits.max);
   Settings& settings = Settings::Instance();
   settings.writeReal(u"Watchlists", String(u"minvalue - ") + share.code, limits.min);
   settings.writeReal(u"Watchlists", String(u"maxvalue - ") + share.code, limits.max);
@@ -220,7 +207,7 @@ void SharesHeldTable::priceEdited(const String& text, const String& code) {
   if (!MainWindow::question(question))
     return;
   TallymoorInternet::Instance().setCachedPrice(code, date, price);
-  m_commands->priceTyped(code, date, price);
+  commands().priceTyped(code, date, price);
 }
 
 void SharesHeldTable::rowPopup(const TableClick& click) {
@@ -229,9 +216,13 @@ void SharesHeldTable::rowPopup(const TableClick& click) {
   setInputRow(click.row);
   const HeldShareRow& share = click.row->payload<HeldShareRow>();
   std::size_t index = 0;
+  // Under a view date a row may be of a share that has been sold since.
+  const bool stillHeld = portfolio().findHeldShare(share.code, index) != nullptr;
   ContextMenu menu(this, this);
+  if (stillHeld)
+    menu.addCommand(String(u"Sell ") + share.code + u"...", ID_SELL);
   menu.addCommand(String(u"Buy ") + share.code + u"...", ID_BUY);
-  if (m_portfolio->findHeldShare(share.code, index)) {
+  if (stillHeld) {
     menu.addSeparator();
     menu.addCommand(u"Delete from records!...", ID_DELETE);
   }
@@ -245,10 +236,17 @@ const String& SharesHeldTable::deletionWarning() {
   return words;
 }
 
+long SharesHeldTable::onSell(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"SharesHeldTable::onSell failed.", [this] {
+    if (const Row* row = inputRow())
+      commands().sellShares(String(row->payload<HeldShareRow>().code));
+  });
+}
+
 long SharesHeldTable::onBuy(FXObject*, FXSelector, void*) {
   return guardedHandler(u"SharesHeldTable::onBuy failed.", [this] {
     if (const Row* row = inputRow())
-      m_commands->buyShares(String(row->payload<HeldShareRow>().code));
+      commands().buyShares(String(row->payload<HeldShareRow>().code));
   });
 }
 
@@ -259,8 +257,8 @@ long SharesHeldTable::onDelete(FXObject*, FXSelector, void*) {
     const String code = inputRow()->payload<HeldShareRow>().code;
     if (!MainWindow::question(deletionWarning() + u"Continue to delete all share holdings of " + code + u"?"))
       return;
-    m_commands->transactionMade();
-    m_portfolio->removeHeldShare(code);
+    commands().transactionMade();
+    portfolio().removeHeldShare(code);
   });
 }
 

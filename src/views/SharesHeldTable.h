@@ -1,8 +1,8 @@
 #pragma once
 #include "market/PriceUpdater.h"
 #include "views/HeldShareRow.h"
+#include "views/PortfolioTable.h"
 #include "views/WatchedCodes.h"
-#include "widgets/Table.h"
 #include "xml/PortfolioRecords.h"
 #include <list>
 #include <memory>
@@ -10,22 +10,14 @@
 
 namespace Tallymoor {
 
-class PortfolioCommands;
-class TotalsBar;
-
 /// The shares that a portfolio holds on the date shown, a row each by its code. Prices and limits can be
 /// typed into their cells. Follows the prices by itself.
-///
-/// Rows point into the records, so whoever changes those calls recordsChanged at once and updateTable when it
-/// is safe.
-class SharesHeldTable : public Table, public PriceUpdater::PricesObserver {
+class SharesHeldTable : public PortfolioTable, public PriceUpdater::PricesObserver {
   FXDECLARE_ABSTRACT(SharesHeldTable)
 public:
-  /// ID_SELL keeps its number free.
   enum { ID_SELL = Table::ID_LAST + 1, ID_BUY, ID_DELETE, ID_LAST };
 
-  /// The portfolio, the watcher and the commands are not owned. The first two outlive the table, the commands
-  /// too.
+  /// As PortfolioTable.
   SharesHeldTable(SharePortfolioUser& portfolio, PortfolioCommands& commands, FXComposite* parent,
                   Watcher* watcher);
   ~SharesHeldTable() override;
@@ -34,15 +26,11 @@ public:
   /// nothing then. Shares without a price are left out.
   virtual double percentGainSince(const Date& date);
 
-  /// The bar that goes along with the columns; not owned, null for none.
-  void setTotalsBar(TotalsBar* bar) { m_totalsBar = bar; }
-  void moveContents(FXint x, FXint y) override;
-  void layout() override;
-
   void currentPriceUpdated(const String& code, double price) override;
   void pricesUpdateFinished() override;
   void historicalPriceChanged(const String& code, const Date& date, double close) override;
 
+  long onSell(FXObject*, FXSelector, void*);
   long onBuy(FXObject*, FXSelector, void*);
   long onDelete(FXObject*, FXSelector, void*);
 
@@ -58,8 +46,6 @@ protected:
   /// A price of that code came: what has to be refreshed.
   virtual void markPrice(const String& code);
 
-  SharePortfolioUser& portfolio() const { return *m_portfolio; }
-  PortfolioCommands& commands() const { return *m_commands; }
   /// Drops rows, columns and payloads.
   void clearShares();
   void addShare(const String& key, HeldShareRow share);
@@ -74,12 +60,9 @@ private:
   void limitsEdited(const String& text, HeldShareRow& share);
   void priceEdited(const String& text, const String& code);
 
-  SharePortfolioUser* m_portfolio = nullptr;
-  PortfolioCommands* m_commands = nullptr;
   std::list<HeldShareRow> m_rowData;
   std::vector<std::unique_ptr<XMLHeldShare>> m_viewDateShares; ///< of shares sold since the view date
   WatchedCodes m_watchedCodes;
-  TotalsBar* m_totalsBar = nullptr;
 };
 
 } // namespace Tallymoor

@@ -1,6 +1,5 @@
 #include "views/SharesHeldTreeItem.h"
 #include "engine/SharePortfolioUser.h"
-#include "foundation/Platform.h"
 #include "views/HeldShareCells.h"
 #include "views/ShareHeldTable.h"
 #include "views/SharePortfolioTreeItem.h"
@@ -19,34 +18,27 @@ namespace Tallymoor {
 FXDEFMAP(SharesHeldTreeItem)
 SharesHeldTreeItemMap[] = {
     FXMAPFUNC(SEL_COMMAND, SharesHeldTreeItem::ID_BUY_SHARES, SharesHeldTreeItem::onBuyShares),
+    FXMAPFUNC(SEL_COMMAND, SharesHeldTreeItem::ID_SELL_SHARES, SharesHeldTreeItem::onSellShares),
     FXMAPFUNC(SEL_COMMAND, SharesHeldTreeItem::ID_ADD_SHARES, SharesHeldTreeItem::onAddShares),
     FXMAPFUNC(SEL_COMMAND, SharesHeldTreeItem::ID_REMOVE_SHARES, SharesHeldTreeItem::onRemoveShares),
 };
 
-FXIMPLEMENT_ABSTRACT(SharesHeldTreeItem, InvestmentTreeItem, SharesHeldTreeItemMap,
+FXIMPLEMENT_ABSTRACT(SharesHeldTreeItem, PortfolioTableTreeItem, SharesHeldTreeItemMap,
                      ARRAYNUMBER(SharesHeldTreeItemMap))
-
-namespace {
 
 using namespace HeldShareCells;
 
-/// The totals that are plain sums of money.
-const Column::Function SUMMED[] = {&purchaseValue, &currentValue, &dayGain, &grossGain};
-
-} // namespace
-
 SharesHeldTreeItem::SharesHeldTreeItem(InvestmentTree* tree, SharePortfolioTreeItem* portfolioNode)
-    : InvestmentTreeItem(tree, portfolioNode, u"Shares Held", portfolioNode->icons().sharesHeld,
-                         portfolioNode->icons().sharesHeld),
-      m_portfolioNode(portfolioNode) {
+    : PortfolioTableTreeItem(tree, portfolioNode, portfolioNode, u"Shares Held",
+                             portfolioNode->icons().sharesHeld) {
   buildPage();
   updateChildren();
 }
 
 SharesHeldTreeItem::SharesHeldTreeItem(InvestmentTree* tree, SharesHeldTreeItem* sharesHeld,
                                        const String& code)
-    : InvestmentTreeItem(tree, sharesHeld, code + u" Purchases", nullptr, nullptr),
-      m_portfolioNode(sharesHeld->m_portfolioNode), m_code(code) {
+    : PortfolioTableTreeItem(tree, sharesHeld, sharesHeld->portfolioNode(), code + u" Purchases", nullptr),
+      m_code(code) {
   buildPage();
 }
 
@@ -54,40 +46,20 @@ SharesHeldTreeItem::~SharesHeldTreeItem() {
   HandlerScope::forget(this);
 }
 
-void SharesHeldTreeItem::buildPage() {
-  buildView([this] {
-    auto* frame = new FXVerticalFrame(page(), LAYOUT_FILL_X | LAYOUT_FILL_Y | FRAME_SUNKEN, 0, 0, 0, 0, 4, 4,
-                                      4, 4, 4, 4);
-    if (isPurchases())
-      m_table = new ShareHeldTable(portfolio(), m_code, *m_portfolioNode, frame, this);
-    else
-      m_table = new SharesHeldTable(portfolio(), *m_portfolioNode, frame, this);
-    m_totalsBar = new TotalsBar(page(), m_table);
-    m_table->setTotalsBar(m_totalsBar);
-    tableChanged(true);
-    page()->create();
-  });
-  if (!page()) {
-    m_table = nullptr;
-    m_totalsBar = nullptr;
-  }
+PortfolioTable* SharesHeldTreeItem::makeTable(FXComposite* frame) {
+  if (isPurchases())
+    return new ShareHeldTable(portfolio(), m_code, *portfolioNode(), frame, this);
+  return new SharesHeldTable(portfolio(), *portfolioNode(), frame, this);
 }
 
-SharePortfolioUser& SharesHeldTreeItem::portfolio() const {
-  return m_portfolioNode->portfolio();
+SharesHeldTable* SharesHeldTreeItem::table() const {
+  return static_cast<SharesHeldTable*>(PortfolioTableTreeItem::table());
 }
 
 void SharesHeldTreeItem::update() {
   if (!isPurchases())
     HandlerScope::whenDone(this, [this] { updateChildren(); });
-  if (isSound())
-    m_table->updateTable();
-}
-
-FXint SharesHeldTreeItem::onLeftClick(FXint x, FXint y) {
-  if (isSound())
-    m_portfolioNode->makeRecordCurrent();
-  return InvestmentTreeItem::onLeftClick(x, y);
+  PortfolioTableTreeItem::update();
 }
 
 std::vector<String> SharesHeldTreeItem::codesToShow() const {
@@ -117,34 +89,28 @@ void SharesHeldTreeItem::updateChildren() {
 }
 
 void SharesHeldTreeItem::recordsChanged() {
-  if (m_table)
-    m_table->recordsChanged();
+  PortfolioTableTreeItem::recordsChanged();
   for (TreeViewItem* child = firstChild(); child; child = child->nextSibling())
     static_cast<SharesHeldTreeItem*>(child)->recordsChanged();
 }
 
-void SharesHeldTreeItem::tableChanged(bool rebuilt) {
-  if (!isSound() || !m_table || !m_totalsBar)
-    return;
-  if (rebuilt)
-    buildTotals();
-  showTotals();
+std::vector<Column::Function> SharesHeldTreeItem::summedColumns() const {
+  return {&purchaseValue, &currentValue, &dayGain, &grossGain};
 }
 
-void SharesHeldTreeItem::buildTotals() {
-  std::vector<Column::Function> functions(std::begin(SUMMED), std::end(SUMMED));
+std::vector<Column::Function> SharesHeldTreeItem::totalledColumns() const {
+  std::vector<Column::Function> functions = summedColumns();
   if (!isPurchases())
     functions.push_back(&portfolioPercent);
   functions.push_back(&dayPercent);
-  m_totalsBar->showColumns(functions);
+  return functions;
 }
 
 void SharesHeldTreeItem::showTotals() {
-  for (const Column::Function function : SUMMED)
-    m_totalsBar->setTotal(function, Platform::Instance().currencyFormat(m_table->sumColumn(function)));
+  PortfolioTableTreeItem::showTotals();
   if (!isPurchases())
-    m_totalsBar->setTotal(&portfolioPercent, String::toPercent(m_table->sumColumn(&portfolioPercent)));
-  m_totalsBar->setTotal(&dayPercent, String::toPercent(m_table->percentGainSince(Date().plusDays(-1))));
+    totalsBar()->setTotal(&portfolioPercent, String::toPercent(table()->sumColumn(&portfolioPercent)));
+  totalsBar()->setTotal(&dayPercent, String::toPercent(table()->percentGainSince(Date().plusDays(-1))));
 }
 
 FXint SharesHeldTreeItem::onRightClick(FXint x, FXint y) {
@@ -154,6 +120,8 @@ FXint SharesHeldTreeItem::onRightClick(FXint x, FXint y) {
     ContextMenu menu(tree(), this);
     menu.addCommand(isPurchases() ? String(u"Buy more ") + m_code + u"..." : String(u"Buy shares..."),
                     ID_BUY_SHARES);
+    menu.addCommand(isPurchases() ? String(u"Sell some ") + m_code + u"..." : String(u"Sell shares..."),
+                    ID_SELL_SHARES);
     menu.run(x, y);
   }));
 }
@@ -161,7 +129,14 @@ FXint SharesHeldTreeItem::onRightClick(FXint x, FXint y) {
 long SharesHeldTreeItem::onBuyShares(FXObject*, FXSelector, void*) {
   return guardedHandler(u"SharesHeldTreeItem::onBuyShares failed.", [this] {
     if (checkSound())
-      m_portfolioNode->buyShares(m_code);
+      portfolioNode()->buyShares(m_code);
+  });
+}
+
+long SharesHeldTreeItem::onSellShares(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"SharesHeldTreeItem::onSellShares failed.", [this] {
+    if (checkSound())
+      portfolioNode()->sellShares(m_code);
   });
 }
 

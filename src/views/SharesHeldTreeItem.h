@@ -1,24 +1,19 @@
 #pragma once
 #include "foundation/String.h"
-#include "widgets/InvestmentTreeItem.h"
-#include "widgets/Table.h"
+#include "views/PortfolioTableTreeItem.h"
 #include <vector>
 
 namespace Tallymoor {
 
-class SharePortfolioTreeItem;
-class SharePortfolioUser;
 class SharesHeldTable;
-class TotalsBar;
 
 /// The node "Shares Held" of a portfolio, with a row per share, and below it the node of each share's
 /// purchases. Both show a table with a bar of totals.
 ///
 /// GUI thread only, under the big mutex.
-class SharesHeldTreeItem : public InvestmentTreeItem, public Table::Watcher {
+class SharesHeldTreeItem : public PortfolioTableTreeItem {
   FXDECLARE_ABSTRACT(SharesHeldTreeItem)
 public:
-  /// ID_SELL_SHARES keeps its number free.
   enum { ID_BUY_SHARES = 1, ID_SELL_SHARES, ID_ADD_SHARES, ID_REMOVE_SHARES, ID_LAST };
 
   /// "Shares Held" of the portfolio.
@@ -28,39 +23,34 @@ public:
   ~SharesHeldTreeItem() override;
 
   void update() override;
-  FXint onLeftClick(FXint x, FXint y) override;
   FXint onRightClick(FXint x, FXint y) override;
-  void tableChanged(bool rebuilt) override;
 
   /// Makes the nodes of the shares' purchases anew where they differ from what is held; a view date leaves
   /// none. A page that goes with its node gives way to this node's.
   void updateChildren();
-  /// The records have changed: until they are filled anew, the tables of this node and the nodes below read
-  /// nothing.
-  void recordsChanged();
+  void recordsChanged() override;
 
   /// Empty on "Shares Held".
   const String& code() const { return m_code; }
-  SharePortfolioUser& portfolio() const;
   /// Null when building the node failed.
-  SharesHeldTable* table() const { return m_table; }
-  TotalsBar* totalsBar() const { return m_totalsBar; }
+  SharesHeldTable* table() const;
 
   long onBuyShares(FXObject*, FXSelector, void*);
+  long onSellShares(FXObject*, FXSelector, void*);
   long onAddShares(FXObject*, FXSelector, void*);
   long onRemoveShares(FXObject*, FXSelector, void*);
 
+protected:
+  PortfolioTable* makeTable(FXComposite* frame) override;
+  std::vector<Column::Function> summedColumns() const override;
+  std::vector<Column::Function> totalledColumns() const override;
+  void showTotals() override;
+
 private:
   bool isPurchases() const { return !m_code.empty(); }
-  void buildPage();
   std::vector<String> codesToShow() const;
-  void buildTotals();
-  void showTotals();
 
-  SharePortfolioTreeItem* m_portfolioNode = nullptr;
   String m_code;
-  SharesHeldTable* m_table = nullptr;
-  TotalsBar* m_totalsBar = nullptr;
 };
 
 } // namespace Tallymoor

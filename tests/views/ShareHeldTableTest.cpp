@@ -10,12 +10,6 @@ namespace {
 class ShareHeldTableTest : public ViewsTest {
 protected:
   SharesHeldTable& table(const String& code = u"AAA.AX") { return *purchases(u"Trading", code)->table(); }
-  XMLElement& cashEntry(std::size_t index) {
-    return portfolios()[u"Trading"]->portfolio().subElement(u"CashReserve").subElement(u"CashEvents", index);
-  }
-  std::size_t numCashEntries() {
-    return portfolios()[u"Trading"]->portfolio().subElement(u"CashReserve").numSubElements(u"CashEvents");
-  }
   /// The purchase's 20.00 is not the default, and nobody has searched for the code.
   void answerChecks() {
     answer("Would you like to make this the default brokerage rate?", "No");
@@ -65,14 +59,9 @@ TEST_F(ShareHeldTableTest, PurchasesNeverWarn) {
 TEST_F(ShareHeldTableTest, RowOffersItsCommands) {
   addTrading();
   showTree();
-  std::vector<std::string> entries;
-  whenModal("Delete from records!...", [&](FXWindow& popup) {
-    entries = labels(popup);
-    dynamic_cast<FXPopup&>(popup).popdown();
-  });
-  rightClickRow(table(), 1);
-  EXPECT_THAT(entries,
-              ElementsAre("Buy AAA.AX...", "Edit purchase from 20/02/2026...", "Delete from records!..."));
+  EXPECT_THAT(popupOfRow(table(), 1, "Delete from records!..."),
+              ElementsAre("Sell AAA.AX...", "Buy AAA.AX...", "Edit purchase from 20/02/2026...",
+                          "Delete from records!..."));
 }
 
 TEST_F(ShareHeldTableTest, DeletingAPurchaseTakesItsCashEntryAlong) {
@@ -204,6 +193,10 @@ TEST_F(ShareHeldTableTest, FailuresOfCommandsAreReported) {
   chooseFromRow(table(), 0, "Delete from records!...", [this] {
     failInside("Continue to delete the share purchase of AAA.AX at 02/02/2026?");
     answer("SharesHeldTable::onDelete failed. Exception : test", "OK");
+  });
+  chooseFromRow(table(), 0, "Sell AAA.AX...", [this] {
+    failInside("Sell Shares");
+    answer("SharesHeldTable::onSell failed. Exception : test", "OK");
   });
   chooseFromRow(table(), 0, "Buy AAA.AX...", [this] {
     failInside("Buy Shares");

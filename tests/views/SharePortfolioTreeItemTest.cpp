@@ -88,9 +88,10 @@ TEST_F(SharePortfolioTreeItemTest, OverdrawnPortfolioHasPercentagesOfZero) {
 TEST_F(SharePortfolioTreeItemTest, PopupNamesThePortfolioAsItStands) {
   addPortfolio(u"A & B");
   showTree();
-  EXPECT_THAT(
-      popupOf(node(u"A & B"), "Buy shares..."),
-      ElementsAre("Buy shares...", "Rename share portfolio A & B...", "Delete share portfolio A & B..."));
+  EXPECT_THAT(popupOf(node(u"A & B"), "Buy shares..."),
+              ElementsAre("Buy shares...", "Sell shares...", "Receive a dividend...", "Receive interest...",
+                          "Deposit cash...", "Withdraw cash...", "Rename share portfolio A & B...",
+                          "Delete share portfolio A & B..."));
   EXPECT_EQ("A & B", node(u"A & B").label().toUTF8());
   EXPECT_TRUE(shows(*node(u"A & B").page(), "A & B"));
 }
@@ -117,6 +118,139 @@ TEST_F(SharePortfolioTreeItemTest, CancelledPurchaseChangesNothing) {
          [this] { whenModal("Buy Shares", [this](FXWindow& dialog) { press(dialog, "Cancel"); }); });
   EXPECT_EQ("$5,000.00", figure(node(u"Trading"), "Total Capital"));
   EXPECT_FALSE(root().takePortfoliosChanged());
+}
+
+TEST_F(SharePortfolioTreeItemTest, HasItsFourNodesInTheirOrder) {
+  addTrading();
+  showTree();
+  EXPECT_THAT(childLabels(node(u"Trading")),
+              ElementsAre("Shares Held", "Shares Sold", "Dividends Received", "Cash Reserve"));
+}
+
+// ---- Sales, dividends and cash ----
+
+TEST_F(SharePortfolioTreeItemTest, SellingShowsTheSaleEverywhere) {
+  buy(addPortfolio(u"Trading", 5000.0), u"BBB.AX", 100, 4.0);
+  showTree();
+  leftClick(node(u"Trading"));
+  choose(node(u"Trading"), "Sell shares...", [this] {
+    whenModal("Sell Shares", [this](FXWindow& dialog) {
+      find<FXComboBox>(dialog)->setCurrentItem(1, TRUE);
+      type(field(dialog, "Number sold"), "40");
+      press(dialog, "OK");
+    });
+  });
+  // 40 at 4.00, less 50.00 of brokerage; 60 are left.
+  EXPECT_EQ("$240.00", figure(node(u"Trading"), "Capital in shares"));
+  EXPECT_EQ("$4,710.00", figure(node(u"Trading"), "Capital in cash"));
+  EXPECT_EQ("$4,950.00", figure(root(), "Total Capital"));
+  EXPECT_EQ("60.00", cellText(*held(u"Trading").table(), 0, u"Number"));
+  EXPECT_THAT(rowKeys(*sold().table()), ElementsAre("03/03/2026"));
+  EXPECT_EQ("$160.00", cellText(*sold().table(), 0, u"Gross Sale"));
+  EXPECT_EQ("SELL 40.00 of BBB.AX @ 4.0000", cellText(*cash().table(), 2, u"Description"));
+  EXPECT_EQ(&node(u"Trading"), tree().shownItem());
+  EXPECT_TRUE(root().takePortfoliosChanged());
+}
+
+TEST_F(SharePortfolioTreeItemTest, FirstBoughtIsFirstSold) {
+  addTrading();
+  showTree();
+  choose(node(u"Trading"), "Sell shares...", [this] {
+    whenModal("Sell Shares", [this](FXWindow& dialog) {
+      find<FXComboBox>(dialog)->setCurrentItem(1, TRUE);
+      type(field(dialog, "Number sold"), "200");
+      press(dialog, "OK");
+    });
+  });
+  EXPECT_THAT(rowKeys(*purchases(u"Trading", u"AAA.AX")->table()), ElementsAre("20/02/2026"));
+}
+
+TEST_F(SharePortfolioTreeItemTest, DividendInCashIsPaidIn) {
+  addTrading();
+  showTree();
+  choose(node(u"Trading"), "Receive a dividend...", [this] {
+    whenModal("Receive a dividend", [this](FXWindow& dialog) {
+      find<FXComboBox>(dialog)->setCurrentItem(1, TRUE);
+      type(field(dialog, "Dividend Rate"), "0.10");
+      press(dialog, "OK");
+    });
+  });
+  EXPECT_THAT(rowKeys(*dividends().table()), ElementsAre("03/03/2026"));
+  EXPECT_EQ("$25.00", cellText(*dividends().table(), 0, u"Value"));
+  EXPECT_EQ("$3,675.00", figure(node(u"Trading"), "Capital in cash"));
+  EXPECT_EQ("DIVIDEND AAA.AX @ 0.100000 x 250.00", cellText(*cash().table(), 3, u"Description"));
+  EXPECT_TRUE(root().takePortfoliosChanged());
+}
+
+TEST_F(SharePortfolioTreeItemTest, ReinvestedDividendBuysShares) {
+  addTrading();
+  showTree();
+  choose(node(u"Trading"), "Receive a dividend...", [this] {
+    whenModal("Receive a dividend", [this](FXWindow& dialog) {
+      find<FXComboBox>(dialog)->setCurrentItem(1, TRUE);
+      type(field(dialog, "Dividend Rate"), "0.10");
+      press(dialog, "Dividend reinvestment");
+      type(field(dialog, "Shares received"), "4");
+      type(field(dialog, "Share price"), "6.25");
+      press(dialog, "OK");
+    });
+  });
+  EXPECT_EQ("4.00 shares at 6.2500", cellText(*dividends().table(), 0, u"Received As"));
+  EXPECT_EQ("254.00", cellText(*held(u"Trading").table(), 0, u"Number"));
+  EXPECT_EQ("$3,650.00", figure(node(u"Trading"), "Capital in cash"));
+}
+
+TEST_F(SharePortfolioTreeItemTest, InterestDepositAndWithdrawalAreBooked) {
+  addTrading();
+  showTree();
+  choose(node(u"Trading"), "Receive interest...",
+         [this] { enterCash("Receive interest", "12.34", "February"); });
+  choose(node(u"Trading"), "Deposit cash...", [this] { enterCash("Deposit cash", "1000", "salary"); });
+  choose(node(u"Trading"), "Withdraw cash...", [this] { enterCash("Withdraw cash", "200.50", ""); });
+  ASSERT_EQ(6u, numCashEntries());
+  const std::vector<std::vector<std::string>> expected = {{"3", "12.34", "INTEREST February"},
+                                                          {"4", "1000.00", "DEPOSIT salary"},
+                                                          {"5", "200.50", "WITHDRAWAL "}};
+  for (std::size_t i = 0; i < expected.size(); ++i) {
+    EXPECT_EQ(expected[i][0], textValue(cashEntry(i + 3), u"Type").toUTF8());
+    EXPECT_EQ(expected[i][1], textValue(cashEntry(i + 3), u"Value").toUTF8());
+    EXPECT_EQ(expected[i][2], textValue(cashEntry(i + 3), u"Description").toUTF8());
+    EXPECT_EQ("3/3/2026", textValue(cashEntry(i + 3), u"Date").toUTF8());
+  }
+  EXPECT_EQ("$4,461.84", figure(node(u"Trading"), "Capital in cash"));
+  EXPECT_EQ("$6,111.84", figure(root(), "Total Capital"));
+}
+
+TEST_F(SharePortfolioTreeItemTest, CancelledFormsChangeNothing) {
+  addTrading();
+  showTree();
+  const std::pair<std::string, std::string> forms[] = {{"Sell shares...", "Sell Shares"},
+                                                       {"Receive a dividend...", "Receive a dividend"},
+                                                       {"Receive interest...", "Receive interest"},
+                                                       {"Deposit cash...", "Deposit cash"},
+                                                       {"Withdraw cash...", "Withdraw cash"}};
+  for (const auto& [entry, form] : forms)
+    choose(node(u"Trading"), entry,
+           [&] { whenModal(form, [this](FXWindow& dialog) { press(dialog, "Cancel"); }); });
+  EXPECT_EQ(3u, numCashEntries());
+  EXPECT_EQ("250.00", cellText(*held(u"Trading").table(), 0, u"Number"));
+  EXPECT_FALSE(root().takePortfoliosChanged());
+}
+
+TEST_F(SharePortfolioTreeItemTest, FailuresOfFormsAreReported) {
+  addTrading();
+  showTree();
+  const std::vector<std::string> forms[] = {
+      {"Sell shares...", "Sell Shares", "onSellShares"},
+      {"Receive a dividend...", "Receive a dividend", "onReceiveDividends"},
+      {"Receive interest...", "Receive interest", "onReceiveInterest"},
+      {"Deposit cash...", "Deposit cash", "onDepositCash"},
+      {"Withdraw cash...", "Withdraw cash", "onWithdrawCash"}};
+  for (const auto& form : forms)
+    choose(node(u"Trading"), form[0], [&] {
+      failInside(form[1]);
+      answer("SharePortfolioTreeItem::" + form[2] + " failed. Exception : test", "OK");
+    });
 }
 
 // ---- Renaming ----

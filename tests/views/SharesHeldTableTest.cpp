@@ -290,7 +290,7 @@ TEST_F(SharesHeldTableTest, RowOffersItsCommands) {
     dynamic_cast<FXPopup&>(popup).popdown();
   });
   rightClickRow(table(), 0);
-  EXPECT_THAT(entries, ElementsAre("Buy AAA.AX...", "Delete from records!..."));
+  EXPECT_THAT(entries, ElementsAre("Sell AAA.AX...", "Buy AAA.AX...", "Delete from records!..."));
 }
 
 TEST_F(SharesHeldTableTest, ShareThatIsNoLongerHeldCannotBeDeleted) {
@@ -348,6 +348,10 @@ TEST_F(SharesHeldTableTest, FailuresOfCommandsAreReported) {
   chooseFromRow(table(), 0, "Delete from records!...", [this] {
     failInside("Continue to delete all share holdings of AAA.AX?");
     answer("SharesHeldTable::onDelete failed. Exception : test", "OK");
+  });
+  chooseFromRow(table(), 0, "Sell AAA.AX...", [this] {
+    failInside("Sell Shares");
+    answer("SharesHeldTable::onSell failed. Exception : test", "OK");
   });
   chooseFromRow(table(), 0, "Buy AAA.AX...", [this] {
     failInside("Buy Shares");

@@ -13,10 +13,6 @@ const std::string unsoundWords = "This portfolio has suffered an error. Please r
 
 class SharesHeldTreeItemTest : public ViewsTest {
 protected:
-  std::string total(SharesHeldTreeItem& item, Column::Function function) {
-    const FXLabel* label = item.totalsBar()->total(function);
-    return label ? label->getText().text() : "none";
-  }
   /// Where a widget's right edge stands in the window.
   static FXint rightEdge(const FXWindow* widget) {
     FXint x = widget->getWidth();
@@ -162,9 +158,9 @@ TEST_F(SharesHeldTreeItemTest, PageOfASharesPurchasesSurvivesANewNeighbour) {
 TEST_F(SharesHeldTreeItemTest, PopupsOfBothKinds) {
   addTrading();
   showTree();
-  EXPECT_THAT(popupOf(held(u"Trading"), "Buy shares..."), ElementsAre("Buy shares..."));
+  EXPECT_THAT(popupOf(held(u"Trading"), "Buy shares..."), ElementsAre("Buy shares...", "Sell shares..."));
   EXPECT_THAT(popupOf(*purchases(u"Trading", u"AAA.AX"), "Buy more AAA.AX..."),
-              ElementsAre("Buy more AAA.AX..."));
+              ElementsAre("Buy more AAA.AX...", "Sell some AAA.AX..."));
 }
 
 TEST_F(SharesHeldTreeItemTest, BuyingMoreFromAPurchasesNode) {
@@ -188,6 +184,42 @@ TEST_F(SharesHeldTreeItemTest, BuyingANewShareFromSharesHeld) {
   EXPECT_THAT(childLabels(held(u"Trading")), ElementsAre("AAA.AX Purchases", "BBB.AX Purchases"));
 }
 
+TEST_F(SharesHeldTreeItemTest, SellingSomeFromAPurchasesNode) {
+  addTrading();
+  showTree();
+  leftClick(*purchases(u"Trading", u"AAA.AX"));
+  choose(*purchases(u"Trading", u"AAA.AX"), "Sell some AAA.AX...", [this] {
+    whenModal("Sell Shares", [this](FXWindow& dialog) {
+      EXPECT_EQ("AAA.AX", std::string(find<FXComboBox>(dialog)->getText().text()));
+      type(field(dialog, "Number sold"), "200");
+      type(field(dialog, "Share price"), "6.60");
+      press(dialog, "OK");
+    });
+  });
+  // The first parcel, whose 200 shares cost 5.00 each by the split, is gone.
+  EXPECT_THAT(rowKeys(*purchases(u"Trading", u"AAA.AX")->table()), ElementsAre("20/02/2026"));
+  EXPECT_EQ("50.00", cellText(*held(u"Trading").table(), 0, u"Number"));
+  EXPECT_THAT(rowKeys(*sold().table()), ElementsAre("03/03/2026"));
+  EXPECT_EQ("$4,920.00", figure(node(u"Trading"), "Capital in cash")); // 1,320.00 less 50.00 of brokerage
+  EXPECT_EQ(purchases(u"Trading", u"AAA.AX"), tree().shownItem());
+}
+
+TEST_F(SharesHeldTreeItemTest, SellingAllOfAShareTakesItsNodeAway) {
+  addTrading();
+  showTree();
+  leftClick(held(u"Trading"));
+  choose(held(u"Trading"), "Sell shares...", [this] {
+    whenModal("Sell Shares", [this](FXWindow& dialog) {
+      find<FXComboBox>(dialog)->setCurrentItem(1, TRUE);
+      EXPECT_EQ(250.0, String(field(dialog, "Number sold").getText().text()).toDouble());
+      press(dialog, "OK");
+    });
+  });
+  EXPECT_THAT(childLabels(held(u"Trading")), IsEmpty());
+  EXPECT_THAT(rowKeys(*held(u"Trading").table()), IsEmpty());
+  EXPECT_THAT(rowKeys(*sold().table()), ElementsAre("03/03/2026", "03/03/2026"));
+}
+
 TEST_F(SharesHeldTreeItemTest, FailuresOfCommandsAreReported) {
   addTrading();
   showTree();
@@ -195,6 +227,10 @@ TEST_F(SharesHeldTreeItemTest, FailuresOfCommandsAreReported) {
   choose(shares, "Buy shares...", [this] {
     failInside("Buy Shares");
     answer("SharesHeldTreeItem::onBuyShares failed. Exception : test", "OK");
+  });
+  choose(shares, "Sell shares...", [this] {
+    failInside("Sell Shares");
+    answer("SharesHeldTreeItem::onSellShares failed. Exception : test", "OK");
   });
   failInside("Buy shares...");
   answer("SharesHeldTreeItem::onRightClick failed. Exception : test", "OK");
@@ -253,8 +289,13 @@ TEST_F(SharesHeldTreeItemTest, CommandsOfUnsoundNodesTellSo) {
   spoilBeforeShowing();
   answer(unsoundWords, "OK");
   held(u"Trading").handle(nullptr, FXSEL(SEL_COMMAND, SharesHeldTreeItem::ID_BUY_SHARES), nullptr);
+  answer(unsoundWords, "OK");
+  command(held(u"Trading"), SharesHeldTreeItem::ID_SELL_SHARES);
   for (const FXSelector command :
-       {SharePortfolioTreeItem::ID_BUY_SHARES, SharePortfolioTreeItem::ID_RENAME_SHARE_PORTFOLIO,
+       {SharePortfolioTreeItem::ID_BUY_SHARES, SharePortfolioTreeItem::ID_SELL_SHARES,
+        SharePortfolioTreeItem::ID_RECEIVE_DIVIDENDS, SharePortfolioTreeItem::ID_RECEIVE_INTEREST,
+        SharePortfolioTreeItem::ID_DEPOSIT_CASH, SharePortfolioTreeItem::ID_WITHDRAW_CASH,
+        SharePortfolioTreeItem::ID_RENAME_SHARE_PORTFOLIO,
         SharePortfolioTreeItem::ID_DELETE_SHARE_PORTFOLIO}) {
     answer(unsoundWords, "OK");
     node(u"Trading").handle(nullptr, FXSEL(SEL_COMMAND, command), nullptr);

@@ -129,7 +129,8 @@ TEST_F(TotalCapTreeItemTest, NewPortfolioIsShownInItsPlace) {
   EXPECT_FALSE(root().takePortfoliosChanged());
   makePortfolio("Savings");
   EXPECT_THAT(childLabels(root()), ElementsAre("Savings", "Trading"));
-  EXPECT_THAT(childLabels(node(u"Savings")), ElementsAre("Shares Held"));
+  EXPECT_THAT(childLabels(node(u"Savings")),
+              ElementsAre("Shares Held", "Shares Sold", "Dividends Received", "Cash Reserve"));
   EXPECT_EQ(&node(u"Savings"), tree().shownItem());
   EXPECT_EQ(tree().getCurrentItem(), &node(u"Savings"));
   ASSERT_EQ(2u, records().numSubElements(u"SharePortfolios"));

@@ -1,18 +1,25 @@
 #pragma once
 #include "engine/SharePortfolioUser.h"
+#include "foundation/RunTimeSettings.h"
+#include "foundation/Settings.h"
 #include "market/TallymoorInternet.h"
 #include "support/GatewayScope.h"
 #include "support/MarketFixture.h"
 #include "support/windows/WindowTest.h"
+#include "views/CashReserveTreeItem.h"
+#include "views/DividendsTreeItem.h"
 #include "views/OpenPortfolios.h"
+#include "views/PortfolioTable.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/SharesHeldTable.h"
 #include "views/SharesHeldTreeItem.h"
+#include "views/SharesSoldTreeItem.h"
 #include "views/TotalCapTreeItem.h"
 #include "views/TotalsBar.h"
 #include "widgets/GuiWakeUp.h"
 #include "widgets/InvestmentTree.h"
 #include "widgets/TableItem.h"
+#include "xml/CountryOfResidence.h"
 #include "xml/PortfolioRecords.h"
 #include <gmock/gmock.h>
 #include <optional>
@@ -20,14 +27,24 @@
 namespace Tallymoor {
 
 /// The tree of portfolios in a real window, on Tuesday 3 March 2026, with a stock exchange behind a web
-/// server. Prices are told to the views by runPass.
+/// server. Prices are told to the views by runPass. The country is Australia, whose financial year starts in
+/// July.
 class ViewsTest : public WindowTest {
 protected:
   ViewsTest() {
+    Settings::Instance().writeString(u"Config", u"Country", u"Australia");
+    TestProfile::writeFile(profile().configFolder() + u"CountryConfig.xml",
+                           "<CountryOptions version=\"1\"><CountryOption Name=\"Australia\" "
+                           "FinYearStart=\"1/7/2000\"/></CountryOptions>");
+    CountryOfResidence::destroyInstance();
     m_market.emplace();
     m_gateway.emplace();
   }
-  ~ViewsTest() override { Date::clearFixedDate(); }
+  ~ViewsTest() override {
+    Date::clearFixedDate();
+    hideLastFYTransactions = false;
+    CountryOfResidence::destroyInstance();
+  }
 
   void SetUp() override {
     WindowTest::SetUp();
@@ -108,6 +125,9 @@ protected:
     return *found;
   }
   SharesHeldTreeItem& held(const String& name) { return *node(name).sharesHeldItem(); }
+  SharesSoldTreeItem& sold(const String& name = u"Trading") { return *node(name).sharesSoldItem(); }
+  DividendsTreeItem& dividends(const String& name = u"Trading") { return *node(name).dividendsItem(); }
+  CashReserveTreeItem& cash(const String& name = u"Trading") { return *node(name).cashReserveItem(); }
   SharesHeldTreeItem* purchases(const String& name, const String& code) {
     for (TreeViewItem* child = held(name).firstChild(); child; child = child->nextSibling())
       if (static_cast<SharesHeldTreeItem*>(child)->code() == code)
@@ -127,6 +147,19 @@ protected:
     letEventsPass();
   }
 
+  /// The cash events of a portfolio.
+  XMLElement& cashReserve(const String& name = u"Trading") {
+    return portfolios()[name]->portfolio().subElement(u"CashReserve");
+  }
+  XMLElement& cashEntry(std::size_t index) { return cashReserve().subElement(u"CashEvents", index); }
+  std::size_t numCashEntries() { return cashReserve().numSubElements(u"CashEvents"); }
+
+  /// What the bar below the table of a node shows under a column; "none" where there is no total.
+  static std::string total(const PortfolioTableTreeItem& item, Column::Function function) {
+    const FXLabel* label = item.totalsBar()->total(function);
+    return label ? label->getText().text() : "none";
+  }
+
   static FXint columnOf(const Table& table, const String& title) {
     for (const Column* column : table.visibleColumns())
       if (column->title() == title)
@@ -144,6 +177,13 @@ protected:
     for (const auto& column : table.columns())
       all.push_back(column->title().toUTF8());
     return all;
+  }
+  /// What a row shows, from left to right.
+  static std::vector<std::string> rowTexts(const Table& table, FXint row) {
+    std::vector<std::string> texts;
+    for (const Column* column : table.visibleColumns())
+      texts.push_back(table.getItemText(row, column->index()).text());
+    return texts;
   }
   static std::vector<std::string> rowKeys(const Table& table) {
     std::vector<std::string> keys;
@@ -176,6 +216,16 @@ protected:
       expected(); // what the command opens
     rightClickRow(table, row);
     letEventsPass();
+  }
+  /// The entries of a row's popup, which is then closed.
+  std::vector<std::string> popupOfRow(Table& table, FXint row, const std::string& entry) {
+    std::vector<std::string> entries;
+    whenModal(entry, [&](FXWindow& popup) {
+      entries = labels(popup);
+      dynamic_cast<FXPopup&>(popup).popdown();
+    });
+    rightClickRow(table, row);
+    return entries;
   }
   void rightClickRow(Table& table, FXint row) {
     FXHeader& header = *table.getRowHeader();
@@ -219,6 +269,21 @@ protected:
   /// When the window is open, its loop ends in an Exception "test".
   void failInside(const std::string& titleOrText) {
     whenModal(titleOrText, [this](FXWindow&) { m_failure->wake(); });
+  }
+
+  /// The amount and the description of a cash form, which is then confirmed.
+  void enterCash(const std::string& dialogTitle, const std::string& amount, const std::string& text) {
+    whenModal(dialogTitle, [=, this](FXWindow& dialog) {
+      EXPECT_EQ(dialogTitle, title(dialog));
+      type(field(dialog, "Amount"), amount);
+      type(field(dialog, "Description (optional)"), text);
+      press(dialog, "OK");
+    });
+  }
+
+  /// A command reaches a node as its popup sends it.
+  static void command(InvestmentTreeItem& node, FXSelector identifier) {
+    EXPECT_EQ(1, node.handle(nullptr, FXSEL(SEL_COMMAND, identifier), nullptr));
   }
 
   /// The answers of a purchase whose code nobody has searched for.

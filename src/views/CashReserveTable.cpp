@@ -1,0 +1,81 @@
+#include "views/CashReserveTable.h"
+#include "engine/SharePortfolioUser.h"
+#include "entry/EditFloatDialog.h"
+#include "entry/GetFloatPanel.h"
+#include "views/CashCells.h"
+#include "views/PortfolioCommands.h"
+#include "widgets/HandlerScope.h"
+#include "widgets/MainWindow.h"
+#include "xml/Leaves.h"
+
+namespace Tallymoor {
+
+FXDEFMAP(CashReserveTable)
+CashReserveTableMap[] = {
+    FXMAPFUNC(SEL_COMMAND, CashReserveTable::ID_DELETE, CashReserveTable::onDelete),
+    FXMAPFUNC(SEL_COMMAND, CashReserveTable::ID_EDIT, CashReserveTable::onEdit),
+};
+
+FXIMPLEMENT_ABSTRACT(CashReserveTable, EventTable, CashReserveTableMap, ARRAYNUMBER(CashReserveTableMap))
+
+CashReserveTable::CashReserveTable(SharePortfolioUser& portfolio, PortfolioCommands& commands,
+                                   FXComposite* parent, Watcher* watcher)
+    : EventTable(u"Cash Reserve Table", portfolio, commands, parent, watcher) {
+  updateTable();
+}
+
+std::vector<EventTable::ColumnOf> CashReserveTable::columnsOfEvents() const {
+  using namespace CashCells;
+  return {{u"Description", &description, COMPARE_TEXT, FXTableItem::LEFT},
+          {u"Credits", &credits, COMPARE_AMOUNT},
+          {u"Debits", &debits, COMPARE_AMOUNT},
+          {u"Balance", &balance, COMPARE_AMOUNT}};
+}
+
+void CashReserveTable::addAllEvents() {
+  addEvents(portfolio().portfolio().subElement(u"CashReserve"), u"CashEvents", u"Date");
+}
+
+void CashReserveTable::rowPopup(const TableClick& click) {
+  if (!click.row)
+    return;
+  setInputRow(click.row);
+  eventPopup(click, {u"Edit cash transaction from " + click.row->key() + u"...", ID_EDIT},
+             {u"Delete from records!...", ID_DELETE});
+}
+
+long CashReserveTable::onDelete(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"CashReserveTable::onDelete failed.", [this] {
+    if (const XMLElement* event = inputEvent())
+      deleteEvent(*event);
+  });
+}
+
+void CashReserveTable::deleteEvent(const XMLElement& event) {
+  if (!MainWindow::question(
+          u"Are you sure you want to delete a record of this cash event? \nThis will affect "
+          u"your Total Capital!"))
+    return;
+  // Asked for before the change, here and below, so that the tables are safe whatever the change meets.
+  commands().transactionMade();
+  portfolio().deleteCashEvent(event);
+}
+
+long CashReserveTable::onEdit(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"CashReserveTable::onEdit failed.", [this] {
+    if (XMLElement* event = inputEvent())
+      editEvent(*event);
+  });
+}
+
+void CashReserveTable::editEvent(XMLElement& event) {
+  const Date oldDate = dateValue(event, u"Date");
+  EditFloatDialog dialog(&MainWindow::Instance(), u"Edit cash transaction", String(), event);
+  if (dialog.execute() == 0)
+    return;
+  const GetFloatPanel& panel = *dialog.panel();
+  commands().transactionMade();
+  portfolio().editCashEvent(event, panel.date(), oldDate, panel.value(), panel.text());
+}
+
+} // namespace Tallymoor

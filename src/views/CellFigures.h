@@ -1,0 +1,17 @@
+#pragma once
+#include "widgets/Column.h"
+
+namespace Tallymoor {
+
+// What the cell functions of all tables have in common.
+
+/// A cell of this type, or an empty one where the value is not finite.
+CellResult figure(double value, CellResultType type);
+
+/// What the row's cell in that column holds. Throws what the cell function threw.
+double cellValue(Row& row, Column::Function function);
+
+/// The gain in percent as if it had gone on for a year; 0 for no days, empty where there is no gain.
+CellResult annualised(Row& row, Column::Function gain, Column::Function days);
+
+} // namespace Tallymoor

@@ -1,0 +1,119 @@
+#include "views/DividendsTable.h"
+#include "engine/SharePortfolioUser.h"
+#include "entry/EditDividendsDialog.h"
+#include "entry/ReceiveDividendsPanel.h"
+#include "foundation/Amounts.h"
+#include "views/DividendCells.h"
+#include "views/PortfolioCommands.h"
+#include "widgets/HandlerScope.h"
+#include "widgets/MainWindow.h"
+#include "xml/Leaves.h"
+
+namespace Tallymoor {
+
+FXDEFMAP(DividendsTable)
+DividendsTableMap[] = {
+    FXMAPFUNC(SEL_COMMAND, DividendsTable::ID_DELETE, DividendsTable::onDelete),
+    FXMAPFUNC(SEL_COMMAND, DividendsTable::ID_EDIT, DividendsTable::onEdit),
+};
+
+FXIMPLEMENT_ABSTRACT(DividendsTable, EventTable, DividendsTableMap, ARRAYNUMBER(DividendsTableMap))
+
+namespace {
+
+/// "dividend <word> ABC.AX on 3/03/2026"
+String named(const XMLElement& dividend, const String& word) {
+  return u"dividend " + word + u" " + textValue(dividend, u"Code") + u" on " +
+         dateValue(dividend, u"ReceiveDate").toString(DATE_DISPLAY_LOCAL);
+}
+
+bool isReinvested(const XMLElement& dividend) {
+  return tenThousandths(doubleValue(dividend, u"DRPShares")) > 0;
+}
+
+} // namespace
+
+DividendsTable::DividendsTable(SharePortfolioUser& portfolio, PortfolioCommands& commands,
+                               FXComposite* parent, Watcher* watcher)
+    : EventTable(u"Dividends Table", portfolio, commands, parent, watcher) {
+  updateTable();
+}
+
+std::vector<EventTable::ColumnOf> DividendsTable::columnsOfEvents() const {
+  using namespace DividendCells;
+  constexpr FXuint RIGHT = FXTableItem::RIGHT;
+  constexpr FXuint CENTRED = 0;
+  return {{u"Code", &code, COMPARE_TEXT, FXTableItem::LEFT},
+          {u"On Num Held", &onNumHeld, COMPARE_NUMBER},
+          {u"Rate", &rate, COMPARE_NUMBER},
+          {u"Value", &value, COMPARE_AMOUNT},
+          {u"% Franked", &percentFranked, COMPARE_PERCENT},
+          {u"Franking Credit", &frankingCreditOf, COMPARE_AMOUNT},
+          {u"Received As", &receivedAs, COMPARE_TEXT, CENTRED},
+          {u"Foreign Source", &foreignSource, COMPARE_TEXT, CENTRED, false},
+          {u"Withholding Tax", &withholdingTax, COMPARE_AMOUNT, RIGHT, false}};
+}
+
+void DividendsTable::addAllEvents() {
+  addEvents(portfolio().portfolio().subElement(u"Dividends"), u"DividendEvents", u"ReceiveDate");
+}
+
+void DividendsTable::rowPopup(const TableClick& click) {
+  if (!click.row)
+    return;
+  setInputRow(click.row);
+  eventPopup(click, {u"Edit " + named(*inputEvent(), u"for") + u"...", ID_EDIT},
+             {u"Delete from records!...", ID_DELETE});
+}
+
+long DividendsTable::onDelete(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"DividendsTable::onDelete failed.", [this] {
+    if (const XMLElement* dividend = inputEvent())
+      deleteDividend(*dividend);
+  });
+}
+
+void DividendsTable::deleteDividend(const XMLElement& dividend) {
+  if (!MainWindow::question(u"Delete " + named(dividend, u"of") + u"?"))
+    return;
+  const bool reinvested = isReinvested(dividend);
+  // Asked for before the change, here and below, so that the tables are safe whatever the change meets, and
+  // under the box.
+  commands().transactionMade();
+  if (portfolio().deleteDividend(dividend))
+    return;
+  MainWindow::error(reinvested
+                        ? u"Please find and delete the corresponding reinvested shares from this dividend."
+                        : u"Please find and delete the corresponding cash deposit from this transaction.");
+}
+
+long DividendsTable::onEdit(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"DividendsTable::onEdit failed.", [this] {
+    if (XMLElement* dividend = inputEvent())
+      editDividend(*dividend);
+  });
+}
+
+void DividendsTable::editDividend(XMLElement& dividend) {
+  const bool reinvested = isReinvested(dividend);
+  const double oldShares = doubleValue(dividend, u"DRPShares");
+  const double oldSharePrice = doubleValue(dividend, u"DRPRate");
+  const double oldCash =
+      reinvested ? 0.0 : doubleValue(dividend, u"Rate") * doubleValue(dividend, u"NumHeld");
+  const Date oldDate = dateValue(dividend, u"ReceiveDate");
+  EditDividendsDialog dialog(&MainWindow::Instance(), portfolio(), dividend);
+  if (dialog.execute() == 0)
+    return;
+  const ReceiveDividendsPanel& panel = *dialog.panel();
+  commands().transactionMade();
+  if (portfolio().editDividend(dividend, panel.code(), panel.date(), panel.numHeld(), panel.rate(),
+                               panel.percentFranked(), panel.sharesReceived(), panel.sharePrice(),
+                               panel.country(), panel.withholdingTax(), oldShares, oldSharePrice, oldCash,
+                               oldDate))
+    return;
+  MainWindow::error(
+      reinvested ? u"Please find and edit the corresponding reinvested held shares from this transaction."
+                 : u"Please find and edit the corresponding cash deposit from this transaction.");
+}
+
+} // namespace Tallymoor

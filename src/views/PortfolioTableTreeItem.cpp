@@ -1,0 +1,69 @@
+#include "views/PortfolioTableTreeItem.h"
+#include "foundation/Platform.h"
+#include "views/PortfolioTable.h"
+#include "views/SharePortfolioTreeItem.h"
+#include "views/TotalsBar.h"
+
+namespace Tallymoor {
+
+FXIMPLEMENT_ABSTRACT(PortfolioTableTreeItem, InvestmentTreeItem, nullptr, 0)
+
+PortfolioTableTreeItem::PortfolioTableTreeItem(InvestmentTree* tree, InvestmentTreeItem* parentItem,
+                                               SharePortfolioTreeItem* portfolioNode, const String& label,
+                                               FXIcon* icon)
+    : InvestmentTreeItem(tree, parentItem, label, icon, icon), m_portfolioNode(portfolioNode) {}
+
+void PortfolioTableTreeItem::buildPage() {
+  buildView([this] {
+    auto* frame = new FXVerticalFrame(page(), LAYOUT_FILL_X | LAYOUT_FILL_Y | FRAME_SUNKEN, 0, 0, 0, 0, 4, 4,
+                                      4, 4, 4, 4);
+    m_table = makeTable(frame);
+    buildFooter();
+    tableChanged(true);
+    page()->create();
+  });
+  if (!page()) {
+    m_table = nullptr;
+    m_totalsBar = nullptr;
+  }
+}
+
+void PortfolioTableTreeItem::buildFooter() {
+  m_totalsBar = new TotalsBar(page(), m_table);
+  m_table->setTotalsBar(m_totalsBar);
+}
+
+SharePortfolioUser& PortfolioTableTreeItem::portfolio() const {
+  return m_portfolioNode->portfolio();
+}
+
+void PortfolioTableTreeItem::update() {
+  if (isSound())
+    m_table->updateTable();
+}
+
+FXint PortfolioTableTreeItem::onLeftClick(FXint x, FXint y) {
+  if (isSound())
+    m_portfolioNode->makeRecordCurrent();
+  return InvestmentTreeItem::onLeftClick(x, y);
+}
+
+void PortfolioTableTreeItem::recordsChanged() {
+  if (m_table)
+    m_table->recordsChanged();
+}
+
+void PortfolioTableTreeItem::tableChanged(bool rebuilt) {
+  if (!isSound() || !m_table)
+    return;
+  if (rebuilt && m_totalsBar)
+    m_totalsBar->showColumns(totalledColumns());
+  showTotals();
+}
+
+void PortfolioTableTreeItem::showTotals() {
+  for (const Column::Function function : summedColumns())
+    m_totalsBar->setTotal(function, Platform::Instance().currencyFormat(m_table->sumColumn(function)));
+}
+
+} // namespace Tallymoor

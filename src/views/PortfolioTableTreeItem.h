@@ -1,0 +1,58 @@
+#pragma once
+#include "widgets/InvestmentTreeItem.h"
+#include "widgets/Table.h"
+#include <vector>
+
+namespace Tallymoor {
+
+class PortfolioTable;
+class SharePortfolioTreeItem;
+class SharePortfolioUser;
+class TotalsBar;
+
+/// A node below that of a portfolio: its page shows one table of the portfolio's records, with totals below.
+///
+/// GUI thread only, under the big mutex.
+class PortfolioTableTreeItem : public InvestmentTreeItem, public Table::Watcher {
+  FXDECLARE_ABSTRACT(PortfolioTableTreeItem)
+public:
+  /// The parent is the portfolio's node or a node below it. The subclass's constructor calls buildPage.
+  PortfolioTableTreeItem(InvestmentTree* tree, InvestmentTreeItem* parentItem,
+                         SharePortfolioTreeItem* portfolioNode, const String& label, FXIcon* icon);
+
+  void update() override;
+  FXint onLeftClick(FXint x, FXint y) override;
+  void tableChanged(bool rebuilt) override;
+
+  /// The records have changed: until they are filled anew, the tables of this node and the nodes below read
+  /// nothing.
+  virtual void recordsChanged();
+
+  SharePortfolioUser& portfolio() const;
+  /// Null when building the node failed.
+  PortfolioTable* table() const { return m_table; }
+  /// Null as well where the page has no bar of totals.
+  TotalsBar* totalsBar() const { return m_totalsBar; }
+
+protected:
+  /// Makes the table and what stands below it.
+  void buildPage();
+  virtual PortfolioTable* makeTable(FXComposite* frame) = 0;
+  /// What stands below the table: here the bar of totals.
+  virtual void buildFooter();
+  /// The columns of money whose sums the bar shows.
+  virtual std::vector<Column::Function> summedColumns() const { return {}; }
+  /// All columns that have a total in the bar.
+  virtual std::vector<Column::Function> totalledColumns() const { return summedColumns(); }
+  /// Gives the totals their texts: here the sums.
+  virtual void showTotals();
+
+  SharePortfolioTreeItem* portfolioNode() const { return m_portfolioNode; }
+
+private:
+  SharePortfolioTreeItem* m_portfolioNode = nullptr;
+  PortfolioTable* m_table = nullptr;
+  TotalsBar* m_totalsBar = nullptr;
+};
+
+} // namespace Tallymoor

@@ -1,0 +1,111 @@
+#include "views/SharesSoldTable.h"
+#include "engine/SharePortfolioUser.h"
+#include "entry/EditSoldShareDialog.h"
+#include "views/PortfolioCommands.h"
+#include "views/SoldShareCells.h"
+#include "widgets/HandlerScope.h"
+#include "widgets/MainWindow.h"
+#include "xml/Leaves.h"
+
+namespace Tallymoor {
+
+FXDEFMAP(SharesSoldTable)
+SharesSoldTableMap[] = {
+    FXMAPFUNC(SEL_COMMAND, SharesSoldTable::ID_DELETE, SharesSoldTable::onDelete),
+    FXMAPFUNC(SEL_COMMAND, SharesSoldTable::ID_EDIT, SharesSoldTable::onEdit),
+};
+
+FXIMPLEMENT_ABSTRACT(SharesSoldTable, EventTable, SharesSoldTableMap, ARRAYNUMBER(SharesSoldTableMap))
+
+namespace {
+
+const String& codeOf(const XMLElement& sale) {
+  return textValue(*sale.parent(), u"Code");
+}
+
+} // namespace
+
+SharesSoldTable::SharesSoldTable(SharePortfolioUser& portfolio, PortfolioCommands& commands,
+                                 FXComposite* parent, Watcher* watcher)
+    : EventTable(u"Shares Sold Table", portfolio, commands, parent, watcher) {
+  updateTable();
+}
+
+std::vector<EventTable::ColumnOf> SharesSoldTable::columnsOfEvents() const {
+  using namespace SoldShareCells;
+  return {{u"Stock Code", &stockCode},
+          {u"Num Sold", &numSold, COMPARE_NUMBER},
+          {u"Buy Price", &buyPrice, COMPARE_AMOUNT},
+          {u"Sell Price", &sellPrice, COMPARE_AMOUNT},
+          {u"Gross Cost", &grossCost, COMPARE_AMOUNT},
+          {u"Gross Sale", &grossSale, COMPARE_AMOUNT},
+          {u"Gross Profit", &grossProfit, COMPARE_AMOUNT},
+          {u"Total Brokerage", &totalBrokerage, COMPARE_AMOUNT},
+          {u"Net Profit", &netProfit, COMPARE_AMOUNT},
+          {u"Gross Gain", &grossGain, COMPARE_PERCENT},
+          {u"Net Gain", &netGain, COMPARE_PERCENT},
+          {u"Annualised Net Gain", &annualisedNetGain, COMPARE_PERCENT},
+          {u"Buy Date", &buyDate, COMPARE_NEWEST_FIRST},
+          {u"Sell Date", &sellDate, COMPARE_NEWEST_FIRST},
+          {u"Days Held", &daysHeld, COMPARE_NUMBER}};
+}
+
+void SharesSoldTable::addAllEvents() {
+  XMLElement& stocks = portfolio().portfolio().subElement(u"SoldShares");
+  for (std::size_t i = 0; i < stocks.numSubElements(u"SoldShares"); ++i)
+    addEvents(stocks.subElement(u"SoldShares", i), u"SellEvents", u"SellDate");
+}
+
+void SharesSoldTable::rowPopup(const TableClick& click) {
+  if (!click.row)
+    return;
+  setInputRow(click.row);
+  const String sale = u"sale of " + codeOf(*inputEvent()) + u" from " + click.row->key() + u"...";
+  eventPopup(click, {u"Edit " + sale, ID_EDIT}, {u"Delete " + sale, ID_DELETE});
+}
+
+long SharesSoldTable::onDelete(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"SharesSoldTable::onDelete failed.", [this] {
+    if (const XMLElement* sale = inputEvent())
+      deleteSale(*sale);
+  });
+}
+
+void SharesSoldTable::deleteSale(const XMLElement& sale) {
+  const String code = codeOf(sale);
+  const Date date = dateValue(sale, u"SellDate");
+  if (!MainWindow::question(u"Do you really want to delete share sale of " + code + u" at " +
+                            date.toString(DATE_DISPLAY_LOCAL) + u"?"))
+    return;
+  const double number = doubleValue(sale, u"NumHeld");
+  // Asked for before the change, here and below, so that the tables are safe whatever the change meets, and
+  // under the box.
+  commands().transactionMade();
+  if (!portfolio().deleteSellEvent(code, date, number))
+    MainWindow::error(
+        u"After deleting the sold share entry, Tallymoor\nwas unable to find one or both of the "
+        u"corresponding\ncash reserve debit or credit entries. You should\nmanually find them "
+        u"and delete them.");
+}
+
+// A failure to edit goes by the words of the purchases' table, which users know it by.
+long SharesSoldTable::onEdit(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"ShareHeldTable::onEdit failed.", [this] {
+    if (XMLElement* sale = inputEvent())
+      editSale(*sale);
+  });
+}
+
+void SharesSoldTable::editSale(XMLElement& sale) {
+  EditSoldShareDialog dialog(&MainWindow::Instance(), codeOf(sale), sale);
+  if (dialog.execute() == 0)
+    return;
+  commands().transactionMade();
+  if (!portfolio().editSellEvent(sale, dialog.buyDate(), dialog.sellDate(), dialog.number(),
+                                 dialog.buyPrice(), dialog.sellPrice(), dialog.buyBrokerage(),
+                                 dialog.sellBrokerage(), dialog.comments()))
+    MainWindow::information(
+        u"Please find and edit the corresponding cash deposit and withdrawal for this transaction.");
+}
+
+} // namespace Tallymoor
