@@ -78,8 +78,8 @@ bool BuySharesPanel::validate() {
 }
 
 bool BuySharesPanel::checkNumbers() const {
-  return requireShares(*numberField(), u"You must select the number of shares purchased.") &&
-         requireNumber(*priceField(), u"You must record the purchase price.");
+  return requirePositive(*numberField(), u"You must select the number of shares purchased.") &&
+         requirePositive(*priceField(), u"You must record the purchase price.");
 }
 
 bool BuySharesPanel::checkCode() const {

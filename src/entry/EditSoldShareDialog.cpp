@@ -92,8 +92,8 @@ bool EditSoldShareDialog::validate() {
 }
 
 bool EditSoldShareDialog::checkNumbers() const {
-  if (!requireShares(*m_number, u"You must select the number of shares sold.") ||
-      !requireNumber(*m_buyPrice, u"You must enter the price you bought the shares"))
+  if (!requirePositive(*m_number, u"You must select the number of shares sold.") ||
+      !requirePositive(*m_buyPrice, u"You must enter the price you bought the shares"))
     return false;
   return !showsAsZero(sellPrice()) ||
          confirm(*m_sellPrice, u"Do you really want to record a sell price of " +

@@ -27,11 +27,7 @@ bool confirm(FXWindow& field, const String& question) {
   return false;
 }
 
-bool requireNumber(NumberField& field, const String& message) {
-  return !showsAsZero(field.value()) || refuse(field, message);
-}
-
-bool requireShares(NumberField& field, const String& message) {
+bool requirePositive(NumberField& field, const String& message) {
   return (field.value() > 0.0 && !showsAsZero(field.value())) || refuse(field, message);
 }
 

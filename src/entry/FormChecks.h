@@ -19,10 +19,9 @@ void putFocus(FXWindow& field);
 bool refuse(FXWindow& field, const String& message);
 /// A question that has to be answered with Yes for the checks to go on.
 bool confirm(FXWindow& field, const String& question);
-/// Refuses a number that shows as zero.
-bool requireNumber(NumberField& field, const String& message);
-/// Refuses a number that shows as zero or is negative: nobody holds, buys or sells less than no shares.
-bool requireShares(NumberField& field, const String& message);
+/// Refuses a number that shows as zero or is negative: nobody trades less than no shares, or at less than no
+/// price.
+bool requirePositive(NumberField& field, const String& message);
 /// Refuses a day after today. Throws Exception, with the focus in the field, when the text is no date.
 bool requireNotInFuture(FormTextField& field, const String& message);
 

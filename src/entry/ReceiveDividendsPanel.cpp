@@ -203,8 +203,8 @@ bool ReceiveDividendsPanel::validate() {
     if (code().empty())
       return refuse(*m_code->textField(), u"You must select the share code");
     if (!checkDate(u"You can't specify a date in the future.") ||
-        !requireShares(*m_held, u"You must select the number of shares the dividend was given for") ||
-        !requireNumber(*m_rate, u"You must record the dividend rate"))
+        !requirePositive(*m_held, u"You must select the number of shares the dividend was given for") ||
+        !requirePositive(*m_rate, u"You must record the dividend rate"))
       return false;
     return !isForeign() || !country().empty() ||
            refuse(*m_country->textField(), u"You must enter the country of origin of the foreign dividend.");

@@ -111,7 +111,7 @@ bool SellSharesPanel::checkHeldOnDate() const {
 }
 
 bool SellSharesPanel::checkNumber() const {
-  if (!requireShares(*numberField(), u"You must select the number of shares sold"))
+  if (!requirePositive(*numberField(), u"You must select the number of shares sold"))
     return false;
   return tenThousandths(number()) <= tenThousandths(m_portfolio->numHeld(code())) ||
          refuse(*numberField(), u"You can't sell more shares than you own");

@@ -148,6 +148,17 @@ TEST_F(BuySharesPanelTest, AFractionBelowFourDecimalsCountsAsZero) {
   EXPECT_FALSE(m_panel->validate());
 }
 
+TEST_F(BuySharesPanelTest, NobodyBuysLessThanNothing) {
+  fill();
+  set("Number bought", "-100");
+  answer(noNumber, "OK");
+  EXPECT_FALSE(m_panel->validate());
+  set("Number bought", "100");
+  set("Share price", "-5");
+  answer(noPrice, "OK");
+  EXPECT_FALSE(m_panel->validate());
+}
+
 TEST_F(BuySharesPanelTest, NoBrokerageAsksAndThenAsksForTheDefault) {
   fill();
   set("Brokerage paid", "0");
