@@ -5,6 +5,7 @@
 #include "views/TotalCapTreeItem.h"
 #include "widgets/InvestmentTree.h"
 #include "xml/CountryOfResidence.h"
+#include <filesystem>
 #include <set>
 
 namespace Tallymoor {
@@ -51,7 +52,9 @@ TEST_F(TallymoorWindowTest, FirstRunShowsAnEmptyTreeWithoutAnyMessage) {
   EXPECT_TRUE(tallymoor().portfolioTree()->isSound());
 }
 
-TEST_F(TallymoorWindowTest, TitleIsTheProgramsName) { EXPECT_EQ("Tallymoor", title(tallymoor())); }
+TEST_F(TallymoorWindowTest, TitleIsTheProgramsName) {
+  EXPECT_EQ("Tallymoor", title(tallymoor()));
+}
 
 TEST_F(TallymoorWindowTest, SmallerThanTheMinimumSnapsBack) {
   tallymoor().resize(50, 50);
@@ -85,8 +88,9 @@ TEST_F(TallymoorWindowTest, NewPortfolioStandsInTreeRecordsAndFile) {
   makePortfolio("Trading");
   ASSERT_NE(nullptr, tallymoor().totalCapital()->portfolioNode(u"Trading"));
   command(TallymoorWindow::ID_SAVE);
-  EXPECT_EQ(HEAD + "<Portfolios><SharePortfolio><String>Trading</String><HeldShares/><SoldShares/><Dividends/>"
-                   "<CashReserve/><String/></SharePortfolio></Portfolios>",
+  EXPECT_EQ(HEAD +
+                "<Portfolios><SharePortfolio><String>Trading</String><HeldShares/><SoldShares/><Dividends/>"
+                "<CashReserve/><String/></SharePortfolio></Portfolios>",
             TestProfile::readFile(recordsPath()));
 }
 
@@ -116,13 +120,15 @@ TEST_F(TallymoorWindowTest, APurchaseGoesFromTheFormToTheTableTheFileAndTheCapit
   EXPECT_EQ("12.34", std::string(table.getItemText(0, 1).text()));
 
   leave();
-  EXPECT_EQ(HEAD + "<Portfolios><SharePortfolio><String>Trading</String><HeldShares><HeldShare><String>ABC.AX</String>"
-                   "<BuyEvent><Date>3/3/2026</Date><Constant>100.00</Constant><Constant>12.3400</Constant>"
-                   "<Constant>50.00</Constant><String/></BuyEvent><Constant/><Constant/><Constant/></HeldShare>"
-                   "</HeldShares><SoldShares/><Dividends/><CashReserve><CashEvent><Date>3/3/2026</Date>"
-                   "<Constant>1284.00</Constant><Constant>2</Constant><String>BUY 100.00 of ABC.AX @ 12.3400</String>"
-                   "</CashEvent></CashReserve><String/></SharePortfolio></Portfolios>",
-            TestProfile::readFile(recordsPath()));
+  EXPECT_EQ(
+      HEAD +
+          "<Portfolios><SharePortfolio><String>Trading</String><HeldShares><HeldShare><String>ABC.AX</String>"
+          "<BuyEvent><Date>3/3/2026</Date><Constant>100.00</Constant><Constant>12.3400</Constant>"
+          "<Constant>50.00</Constant><String/></BuyEvent><Constant/><Constant/><Constant/></HeldShare>"
+          "</HeldShares><SoldShares/><Dividends/><CashReserve><CashEvent><Date>3/3/2026</Date>"
+          "<Constant>1284.00</Constant><Constant>2</Constant><String>BUY 100.00 of ABC.AX @ 12.3400</String>"
+          "</CashEvent></CashReserve><String/></SharePortfolio></Portfolios>",
+      TestProfile::readFile(recordsPath()));
   EXPECT_NE(std::string::npos, TestProfile::readFile(profile().dataFolder() + u"TradingCapRecord.xml")
                                    .find("<ShareVal><String>ABC.AX</String><Constant>100.00</Constant>"));
   EXPECT_TRUE(TestProfile::fileExists(profile().cacheFolder() + u"PriceCache.ABC.AX.xml"));
@@ -178,15 +184,27 @@ TEST_F(TallymoorWindowTest, LeavingTwiceSavesOnce) {
 TEST_F(TallymoorWindowTest, LeavingAsksAgainWhenTheRecordsCannotBeSaved) {
   makePortfolio("Trading");
   tallymoor().store().records().subElement(u"SharePortfolios").subElement(u"Name").setValue(u"A&B");
-  const std::string failure = "XMLException occurred while saving your data. \nYou should load a previous data file.";
-  const std::string question = "Your records could not be saved, and leaving now loses the changes since the last "
-                               "save.\nDo you want to try to save them again?";
+  const std::string failure =
+      "XMLException occurred while saving your data. \nYou should load a previous data file.";
+  const std::string question =
+      "Your records could not be saved, and leaving now loses the changes since the last "
+      "save.\nDo you want to try to save them again?";
   whenModal(failure, [this](FXWindow& box) { press(box, "OK"); });
   whenModal(question, [this](FXWindow& box) {
     tallymoor().store().records().subElement(u"SharePortfolios").subElement(u"Name").setValue(u"Trading");
     press(box, "Yes");
   });
   leave();
+  EXPECT_NE(std::string::npos, TestProfile::readFile(recordsPath()).find("<String>Trading</String>"));
+}
+
+/// A folder in the place of one code's file.
+TEST_F(TallymoorWindowTest, APriceCacheThatCannotBeWrittenIsToldAndTheRecordsAreSaved) {
+  makePortfolio("Trading");
+  TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2026, 3, 2), 2.5);
+  std::filesystem::create_directory((profile().cacheFolder() + u"PriceCache.ABC.AX.xml").toUTF8());
+  whenModal("TallymoorWindow::onSave failed. ", [this](FXWindow& box) { press(box, "OK"); });
+  command(TallymoorWindow::ID_SAVE);
   EXPECT_NE(std::string::npos, TestProfile::readFile(recordsPath()).find("<String>Trading</String>"));
 }
 
@@ -251,9 +269,10 @@ TEST_F(TallymoorWindowTest, NoEntryDoesNothing) {
 class SecondStartTest : public TallymoorWindowTest {
 protected:
   SecondStartTest() {
-    TestProfile::writeFile(recordsPath(), HEAD + "<Portfolios><SharePortfolio><String>Trading</String><HeldShares/>"
-                                                 "<SoldShares/><Dividends/><CashReserve/><String>^AORD</String>"
-                                                 "</SharePortfolio></Portfolios>");
+    TestProfile::writeFile(recordsPath(),
+                           HEAD + "<Portfolios><SharePortfolio><String>Trading</String><HeldShares/>"
+                                  "<SoldShares/><Dividends/><CashReserve/><String>^AORD</String>"
+                                  "</SharePortfolio></Portfolios>");
     market().setCurrentPrice(u"^AORD", 8000.0);
     market().setHistory(u"^AORD", Date(2026, 1, 1), Date(2026, 3, 2), 8000.0);
   }
@@ -268,7 +287,8 @@ class CorruptRecordsTest : public TallymoorWindowTest {
 protected:
   CorruptRecordsTest() {
     TestProfile::writeFile(recordsPath(), "<Portfolios><SharePort");
-    whenModal("BEFORE EXITING, please backup \"Portfolios.xml\"\n", [this](FXWindow& box) { press(box, "OK"); });
+    whenModal("BEFORE EXITING, please backup \"Portfolios.xml\"\n",
+              [this](FXWindow& box) { press(box, "OK"); });
   }
 };
 
@@ -311,14 +331,27 @@ protected:
 
 TEST_F(BrokenLocatorsTest, StartIsReportedAndTheWindowStaysOpen) {
   ASSERT_EQ(1u, boxes().size());
-  EXPECT_EQ("Failure during startup. You may need to restart.\n HTMLException : TallymoorInternet::TallymoorInternet - "
+  EXPECT_EQ("Failure during startup. You may need to restart.\n HTMLException : "
+            "TallymoorInternet::TallymoorInternet - "
             "failed to find a code search locator",
             boxes()[0]);
   EXPECT_TRUE(tallymoor().store().loadFailed());
   EXPECT_TRUE(tallymoor().shown());
-  command(TallymoorWindow::ID_NEW_PORTFOLIO); // there is no tree to add to, and nothing happens
   whenModal("Since there was a problem when you opened your\n", [this](FXWindow& box) { press(box, "No"); });
   leave();
+}
+
+TEST_F(BrokenLocatorsTest, CommandsThatCannotWorkSayWhatIsMissing) {
+  answer("TallymoorWindow::onNewPortfolio failed. Exception : There was a failure during startup. Please "
+         "restart Tallymoor",
+         "OK");
+  command(TallymoorWindow::ID_NEW_PORTFOLIO);
+  const std::string missing =
+      "HTMLException : TallymoorInternet::TallymoorInternet - failed to find a code search locator";
+  answer("TallymoorWindow::onChangeStatus failed. " + missing, "OK");
+  command(TallymoorWindow::ID_STATUS);
+  answer("TallymoorWindow::onRefreshPrices failed. " + missing, "OK");
+  command(TallymoorWindow::ID_REFRESH_PRICES);
 }
 
 } // namespace
