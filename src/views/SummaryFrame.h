@@ -6,7 +6,8 @@
 namespace Tallymoor {
 
 /// The summary above a node's views: rows of figures, each a label with a sunken value behind it, in two
-/// columns whose edges line up over all rows. Like any widget it belongs to its page.
+/// columns whose edges line up over all rows. In a narrow page the room between them goes first, then the end
+/// of long captions; the values stay in view as long as they can. Like any widget it belongs to its page.
 class SummaryFrame : public FXVerticalFrame {
   FXDECLARE(SummaryFrame)
 public:
@@ -18,15 +19,17 @@ public:
   void addSeparator();
   /// The next figure of the row, at most two; gives its value, empty as yet. The caption shows as it stands.
   FXLabel* addFigure(const String& caption);
-  /// Least width of the captions of the first or second column (0 or 1), in pixels beyond the text's width.
+  /// Width of the captions of the first or second column (0 or 1) where there is room: in pixels beyond the
+  /// text's width.
   void reserveCaption(int column, const String& text, int extra);
-  /// Least width of all values.
+  /// Width of all values where there is room.
   void reserveValue(const String& text);
 
   static void setValue(FXLabel* value, const String& text);
   /// Lines the columns up, as wide as the texts need, and brings new rows onto the display: after the values
   /// have been set.
   void align();
+  void layout() override;
 
 protected:
   SummaryFrame() = default;
@@ -38,13 +41,26 @@ private:
     FXLabel* value;
   };
 
+  /// Widths of the captions of the two columns, of all values, and what is left free between the columns.
+  struct Widths {
+    FXint captions[2];
+    FXint value;
+    FXint gap;
+  };
+
   FXint textWidth(const FXString& text) const;
+  FXint valueWidth(const FXString& text) const;
+  FXint leastValueWidth() const;
+  bool hasSecondColumn() const;
+  Widths fittingWidths() const;
+  void place(const Figure& figure, const Widths& widths) const;
 
   FXHorizontalFrame* m_row = nullptr;
   int m_nextColumn = 0;
   std::vector<Figure> m_figures;
-  FXint m_captionWidths[2] = {0, 0};
-  FXint m_valueWidth = 0;
+  FXint m_captionWidths[2] = {0, 0};      ///< as wide as they like to be
+  FXint m_leastCaptionWidths[2] = {0, 0}; ///< as wide as their texts
+  FXint m_valueWidth = 0;                 ///< as wide as they like to be
 };
 
 } // namespace Tallymoor
