@@ -353,6 +353,23 @@ TEST_F(DividendsTableTest, DatesOfTheFutureAreToldAndTheTableStillBuilds) {
   EXPECT_THAT(rowKeys(table()), ElementsAre("24/02/2026", "02/03/2026", "04/03/2026"));
 }
 
+TEST_F(DividendsTableTest, PriceThatComesUnderTheBoxOfAReloadFindsWhatIsThere) {
+  addDividends();
+  event(0).subElement(u"ReceiveDate").setValue(u"4/3/2026");
+  const std::string future =
+      "Portfolio Trading has a dividend for \nAAA.AX\nthat is in the future, and must be corrected.";
+  answer(future, "OK");
+  showTree();
+  market().setCurrentPrice(u"AAA.AX", 10.0);
+  whenModal(future, [this](FXWindow& box) {
+    runPass();
+    press(box, "OK");
+  });
+  root().reloadPortfolios();
+  EXPECT_EQ("$2,520.00", figure(node(u"Trading"), "Capital in shares"));
+  EXPECT_EQ("$6,192.00", figure(root(), "Total Capital"));
+}
+
 TEST_F(DividendsTableTest, UnreadableDateCostsTheNode) {
   addDividends();
   event(0).subElement(u"ReceiveDate").setValue(u"no date");
