@@ -4,8 +4,8 @@
 
 namespace Tallymoor {
 
-/// A popup menu at the mouse, or at what the keys have chosen. Lives in the handler that opens it; the chosen command reaches the target
-/// before run returns.
+/// A popup menu at the mouse, or at what the keys have chosen. Lives in the handler that opens it; the chosen
+/// command reaches the target before run returns.
 class ContextMenu {
 public:
   /// The target gets SEL_COMMAND with the identifier of the chosen entry. Neither is owned.

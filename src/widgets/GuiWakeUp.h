@@ -8,9 +8,9 @@ class FXApp;
 
 namespace Tallymoor {
 
-/// Wakes the GUI thread from any thread: wake() never blocks, and calls coalesce, so the handler takes all that is
-/// waiting at once. The handler runs on the GUI thread, in modal loops too. Must die before the application does; a
-/// wake-up on its way to a dead one is dropped.
+/// Wakes the GUI thread from any thread: wake() never blocks, and calls coalesce, so the handler takes all
+/// that is waiting at once. The handler runs on the GUI thread, in modal loops too. Must die before the
+/// application does; a wake-up on its way to a dead one is dropped.
 class GuiWakeUp {
 public:
   GuiWakeUp(FX::FXApp* app, std::function<void()> onWake);

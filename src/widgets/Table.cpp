@@ -179,7 +179,8 @@ void Table::wish(Wish wish) {
   if (editor)
     return; // the end of the edit serves it
   if (m_served)
-    HandlerScope::whenDone(this, [this] { serveWish(); }, getShell());
+    HandlerScope::whenDone(
+        this, [this] { serveWish(); }, getShell());
   else
     serveWish();
 }

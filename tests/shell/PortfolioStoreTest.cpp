@@ -19,7 +19,8 @@ const char* const HEAD = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
 std::string document(const std::string& name, const std::string& amount) {
   return HEAD +
          ("<Portfolios><SharePortfolio><String>" + name +
-          "</String><HeldShares/><SoldShares/><Dividends/><CashReserve><CashEvent><Date>3/3/2006</Date><Constant>" +
+          "</String><HeldShares/><SoldShares/><Dividends/><CashReserve><CashEvent><Date>3/3/2006</"
+          "Date><Constant>" +
           amount +
           "</Constant><Constant>4</Constant><String>DEPOSIT </String></CashEvent></CashReserve><String/>"
           "</SharePortfolio></Portfolios>");
@@ -80,9 +81,10 @@ TEST_F(PortfolioStoreTest, MissingFileGivesNoBackupAndNoError) {
 const char16_t* const RECOVERY_START = u"An error occurred while loading your data.\n"
                                        u"BEFORE EXITING, please backup \"Portfolios.xml\"\n"
                                        u"and \"Portfolios.xml.bak\" from\n";
-const char16_t* const RECOVERY_END = u".\nTo recover your data, either import your portfolio from backup now,\n"
-                                     u"or replace the data file \"Portfolios.xml\" with \"Portfolios.xml.bak\"\n"
-                                     u"in the above directory after exiting.\n";
+const char16_t* const RECOVERY_END =
+    u".\nTo recover your data, either import your portfolio from backup now,\n"
+    u"or replace the data file \"Portfolios.xml\" with \"Portfolios.xml.bak\"\n"
+    u"in the above directory after exiting.\n";
 const char16_t* const OVERWRITE = u"Since there was a problem when you opened your\n"
                                   u"portfolio file, you may not wish to save your portfolios\n"
                                   u"as they appear now. Are you sure you want to save the\n"
@@ -98,7 +100,8 @@ TEST_F(PortfolioStoreTest, CorruptFileLeadsToTheRecoveryTextAndStaysByteForByte)
   EXPECT_EQ(0u, store.records().numSubElements(u"SharePortfolios"));
   ASSERT_EQ(1u, user.texts(Kind::Error).size());
   const String told = user.texts(Kind::Error)[0];
-  EXPECT_TRUE(told.startsWith(String(RECOVERY_START) + profile.dataFolder() + RECOVERY_END + u" XMLException : "))
+  EXPECT_TRUE(
+      told.startsWith(String(RECOVERY_START) + profile.dataFolder() + RECOVERY_END + u" XMLException : "))
       << told.toUTF8();
 
   user.answerQuestion(false);
@@ -159,13 +162,15 @@ TEST_F(PortfolioStoreTest, NamesFromAHandEditedFileAreCleaned) {
 
 TEST_F(PortfolioStoreTest, ALaterPortfolioOfTheSameNameTakesThePlaceOfTheEarlier) {
   std::string two = document("Trading", "100.00");
-  const std::string second = two.substr(two.find("<SharePortfolio>"), two.find("</Portfolios>") - two.find("<SharePortfolio>"));
+  const std::string second =
+      two.substr(two.find("<SharePortfolio>"), two.find("</Portfolios>") - two.find("<SharePortfolio>"));
   two.insert(two.find("</Portfolios>"), second);
   put(two);
   PortfolioStore store;
   store.load();
   ASSERT_EQ(1u, store.portfolios().size());
-  EXPECT_EQ(&store.records().subElement(u"SharePortfolios", 1), &store.portfolios().at(u"Trading")->portfolio());
+  EXPECT_EQ(&store.records().subElement(u"SharePortfolios", 1),
+            &store.portfolios().at(u"Trading")->portfolio());
 }
 
 TEST_F(PortfolioStoreTest, CapitalRecordsOfChangedPortfoliosAreWrittenAfterTheRecords) {

@@ -18,8 +18,8 @@ std::string heldShare(const String& code) {
          "<Constant>0.00</Constant><String/></BuyEvent><Constant/><Constant/><Constant/></HeldShare>";
 }
 
-/// The program as it is used: prices come on the updater's thread while the user opens nodes, sorts tables and fills in
-/// forms. Made to be run under a checker of data races.
+/// The program as it is used: prices come on the updater's thread while the user opens nodes, sorts tables
+/// and fills in forms. Made to be run under a checker of data races.
 class PricesWhileWorkingTest : public ShellTest {
 protected:
   PricesWhileWorkingTest() {
@@ -29,7 +29,8 @@ protected:
       market().setHistory(code, Date(2026, 1, 2), Date(2026, 3, 2), 10.0);
       market().setCurrentPrice(code, 10.0);
     }
-    TestProfile::writeFile(recordsPath(), "<Portfolios><SharePortfolio><String>Trading</String><HeldShares>" + shares +
+    TestProfile::writeFile(recordsPath(), "<Portfolios><SharePortfolio><String>Trading</String><HeldShares>" +
+                                              shares +
                                               "</HeldShares><SoldShares/><Dividends/><CashReserve/><String/>"
                                               "</SharePortfolio></Portfolios>");
   }

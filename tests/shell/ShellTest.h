@@ -8,8 +8,8 @@
 
 namespace Tallymoor {
 
-/// The real main window on a profile of its own, with a stock exchange behind a web server. The country is known
-/// unless a test takes it away before the window is made.
+/// The real main window on a profile of its own, with a stock exchange behind a web server. The country is
+/// known unless a test takes it away before the window is made.
 class ShellTest : public WindowTest {
 protected:
   ShellTest() {
@@ -41,9 +41,10 @@ protected:
 
 private:
   void writeCountries() {
-    TestProfile::writeFile(profile().configFolder() + u"CountryConfig.xml",
-                           "<CountryOptions version=\"1\"><CountryOption Name=\"Australia\" FinYearStart=\"1/7/2000\"/>"
-                           "<CountryOption Name=\"United States\" FinYearStart=\"1/1/2000\"/></CountryOptions>");
+    TestProfile::writeFile(
+        profile().configFolder() + u"CountryConfig.xml",
+        "<CountryOptions version=\"1\"><CountryOption Name=\"Australia\" FinYearStart=\"1/7/2000\"/>"
+        "<CountryOption Name=\"United States\" FinYearStart=\"1/1/2000\"/></CountryOptions>");
   }
 
   std::optional<MarketFixture> m_market;

@@ -39,7 +39,9 @@ protected:
   }
   ~UpdateHandoverTest() override { std::filesystem::current_path(m_before); }
 
-  void putUpdate(const std::string& name) { TestProfile::writeFile(m_profile.path("updates/" + name), "new"); }
+  void putUpdate(const std::string& name) {
+    TestProfile::writeFile(m_profile.path("updates/" + name), "new");
+  }
   void putMarker() { TestProfile::writeFile(m_profile.path("override.start.tallymoor"), ""); }
   bool markerExists() const { return TestProfile::fileExists(m_profile.path("override.start.tallymoor")); }
 
