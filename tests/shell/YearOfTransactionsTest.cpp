@@ -2,7 +2,6 @@
 #include "xml/Leaves.h"
 #include "xml/PortfolioRecords.h"
 #include <cmath>
-#include <utility>
 
 namespace Tallymoor {
 namespace {
@@ -339,6 +338,9 @@ protected:
     EXPECT_EQ((Row{"01/09/2025", "ABC.AX", "333.00", "9.8764", "11.01", "$3,666.33"}), soldRows()[2]);
     EXPECT_EQ("4.60", soldRows()[4][4]);
     EXPECT_EQ("$346.58", dividendRows()[0][4]);
+    EXPECT_EQ("0.123457", dividendRows()[1][3]);
+    EXPECT_EQ("71.00 shares at 1.4286", dividendRows()[2].back());
+    EXPECT_EQ("30.00 shares at 1.4786", dividendRows()[4].back());
   }
 
   void expectWhatIsLeft() {
@@ -375,6 +377,15 @@ protected:
     const std::int64_t cents = std::llround(100.0 * doubleValue(event, u"Value"));
     return type == 2 || type == 5 ? -cents : cents;
   }
+  void expectTheForeignDividendInTheDocument() {
+    XMLPortfolios records;
+    records.decode(recordsPath());
+    const XMLElement& dividend =
+        records.subElement(u"SharePortfolios").subElement(u"Dividends").subElement(u"DividendEvents", 1);
+    EXPECT_EQ("XYZ.AX", textValue(dividend, u"Code").toUTF8());
+    EXPECT_EQ("New Zealand", textValue(dividend, u"ForeignDividend").toUTF8());
+    EXPECT_EQ(9.26, doubleValue(dividend, u"WithholdingTax"));
+  }
   double sharesInTheDocument(const String& code) {
     XMLPortfolios records;
     records.decode(recordsPath());
@@ -403,6 +414,7 @@ TEST_F(WholeYearTest, EveryTableShowsWhatWasEntered) {
   startAgain();
   expectTheYear();
   expectTheSheetInTheDocument();
+  expectTheForeignDividendInTheDocument();
   EXPECT_EQ(183.0, sharesInTheDocument(u"ABC.AX"));
   EXPECT_EQ(1063.0, sharesInTheDocument(u"QRS.AX"));
   EXPECT_EQ(150.0, sharesInTheDocument(u"TUV.AX"));
@@ -419,68 +431,6 @@ TEST_F(WholeYearTest, CorrectionsAndDeletionsKeepTheSheet) {
   expectWhatIsLeft();
   expectTheSheetInTheDocument();
   EXPECT_EQ(965.0, sharesInTheDocument(u"QRS.AX"));
-}
-
-/// Notes the warnings that the window is asked to show.
-class NotingWindow : public TallymoorWindow {
-public:
-  using TallymoorWindow::TallymoorWindow;
-  void warnOnce(const String& text, const String& caption, const String& key, int level) override {
-    warnings.push_back({text.toUTF8(), caption.toUTF8(), key.toUTF8(), std::to_string(level)});
-  }
-  std::vector<std::vector<std::string>> warnings;
-};
-
-class OverdrawnTest : public YearOfTransactionsTest {
-protected:
-  std::unique_ptr<MainWindow> makeWindow(FXApp* app) override {
-    m_icons.emplace(app);
-    return std::make_unique<NotingWindow>(app, *m_icons);
-  }
-  std::vector<std::vector<std::string>> takeWarnings() {
-    return std::exchange(dynamic_cast<NotingWindow&>(run()).warnings, {});
-  }
-  void deposit(const std::string& date, const std::string& amount) {
-    cash(byButton("Deposit Cash"), "Deposit cash", date, amount, "");
-  }
-  void withdraw(const std::string& date, const std::string& amount) {
-    cash(byButton("Withdraw Cash"), "Withdraw cash", date, amount, "");
-  }
-  const std::vector<std::string> warning = {
-      "Warning: The cash reserve for Trading is currently negative. You need to reconcile the cash reserve "
-      "with the actual trading account.",
-      "Cash Reserve Warning", "TradingCRW", "1"};
-
-private:
-  std::optional<WindowIcons> m_icons;
-};
-
-/// The window shows a warning of one key once a run, so that all must have the same.
-TEST_F(OverdrawnTest, NegativeReserveOfTodayIsWarnedOfUnderOneKey) {
-  deposit("02/03/2026", "100");
-  EXPECT_TRUE(takeWarnings().empty());
-  withdraw("03/03/2026", "100.01");
-  EXPECT_EQ("-$0.01", figure(tradingNode(), "Capital in cash"));
-  EXPECT_THAT(takeWarnings(), testing::AllOf(testing::Not(testing::IsEmpty()), testing::Each(warning)));
-  run().refreshViews(true);
-  EXPECT_THAT(takeWarnings(), testing::AllOf(testing::Not(testing::IsEmpty()), testing::Each(warning)));
-  deposit("03/03/2026", "0.01");
-  EXPECT_TRUE(takeWarnings().empty());
-}
-
-TEST_F(OverdrawnTest, NegativeReserveOfThePastIsNotWarnedOf) {
-  deposit("03/03/2026", "100");
-  withdraw("27/02/2026", "50");
-  EXPECT_EQ((Rows{{"27/02/2026", "-$50.00"}, {"03/03/2026", "$50.00"}}), shown(cashNode(), {"", "Balance"}));
-  EXPECT_EQ("$50.00", figure(tradingNode(), "Capital in cash"));
-  EXPECT_TRUE(takeWarnings().empty());
-}
-
-/// The first refresh of the next run finds the same reserve.
-TEST_F(OverdrawnTest, NextRunWarnsAgain) {
-  withdraw("03/03/2026", "5");
-  startAgain();
-  EXPECT_THAT(takeWarnings(), testing::AllOf(testing::Not(testing::IsEmpty()), testing::Each(warning)));
 }
 
 } // namespace
