@@ -2,6 +2,7 @@
 #include "foundation/Constants.h"
 #include "foundation/Settings.h"
 #include "market/TallymoorInternet.h"
+#include "shell/WarningStrip.h"
 #include "views/NodeIcons.h"
 #include "views/TotalCapTreeItem.h"
 #include "widgets/Colours.h"
@@ -47,6 +48,7 @@ TallymoorWindow::TallymoorWindow(FXApp* app, WindowIcons& icons)
   buildMenus();
   buildToolBars();
   buildTabs();
+  m_warnings = new WarningStrip(panelFrame());
 }
 
 // Views first, then the portfolios that they show, then the records.
@@ -61,6 +63,16 @@ TallymoorWindow::~TallymoorWindow() {
 
 void TallymoorWindow::applicationTitle(String& title) const {
   title = APP_NAME;
+}
+
+void TallymoorWindow::warnOnce(const String& text, const String& caption, const String& key, int level) {
+  Settings& settings = Settings::Instance();
+  if (!key.empty()) {
+    if (settings.readInt(u"Warnings", key) != 0)
+      return;
+    settings.writeInt(u"Warnings", key, 1); // the section goes when the program ends
+  }
+  m_warnings->add(caption, text, level);
 }
 
 void TallymoorWindow::restorePlace() {

@@ -14,6 +14,7 @@ namespace Tallymoor {
 class InvestmentTree;
 class SharePortfolioTreeItem;
 class TotalCapTreeItem;
+class WarningStrip;
 
 /// The program's window: menus, tool bars, the tabs with their trees, the online button. It owns the records,
 /// the portfolios and the nodes, loads them when it is created and saves them when the user leaves.
@@ -52,12 +53,14 @@ public:
   TotalCapTreeItem* totalCapital() const { return m_totalCapital; }
   InvestmentTree* portfolioTree() const { return m_portfolioTree; }
   FXButton* onlineButton() const { return m_onlineButton; }
+  WarningStrip* warnings() const { return m_warnings; }
 
   void applicationTitle(String& title) const override;
   void saveAll() override;
   void shutdown() override;
   void minimiseToTray() override;
   void updateStatus() override;
+  void warnOnce(const String& text, const String& caption, const String& key, int level) override;
 
   /// Asks for one of the portfolios; null when the user cancelled. Throws Exception "Failed to find the
   /// chosen portfolio".
@@ -121,6 +124,7 @@ private:
   PortfolioStore m_store;
   FXHorizontalFrame* m_toolBarRow = nullptr;
   FXButton* m_onlineButton = nullptr;
+  WarningStrip* m_warnings = nullptr;
   FXTabBook* m_tabBook = nullptr;
   FXSplitter* m_portfolioSplitter = nullptr;
   InvestmentTree* m_portfolioTree = nullptr;

@@ -30,6 +30,11 @@ void tidyFolders() {
     removeLeftoverTemporaries(folder);
 }
 
+/// What was told once may be told again.
+void forgetWarnings() {
+  Settings::Instance().deleteSection(u"Warnings");
+}
+
 } // namespace
 
 void TallymoorWindow::loadUnderProgress() {
@@ -54,6 +59,7 @@ void TallymoorWindow::runLengthyFunction(Progress& progress, int argument) {
 void TallymoorWindow::load(Progress& progress) {
   progress.setTotal(4);
   tidyFolders();
+  forgetWarnings(); // of a run that did not come to its end
   CountryOfResidence::Instance();
   progress.step(1, u"loading price cache");
   TallymoorInternet::Instance().priceUpdater().addObserver(this);
@@ -88,7 +94,7 @@ void TallymoorWindow::unload(Progress& progress) {
     TallymoorInternet::Instance().priceUpdater().removeObserver(this);
   progress.step(1, u"waiting for update threads");
   progress.step(1, u"saving portfolio records");
-  Settings::Instance().deleteSection(u"Warnings");
+  forgetWarnings();
   saveUntilDoneOrGivenUp();
   closeViews();
   m_store.clear();
