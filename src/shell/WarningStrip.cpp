@@ -9,7 +9,7 @@ namespace Tallymoor {
 
 namespace {
 
-constexpr std::size_t LINE_LENGTH = 95; ///< units; fits the smallest window
+constexpr std::size_t LINE_LENGTH = 72; ///< units; fits the first window
 constexpr FXuint TINT_STRENGTH = 60;
 
 FXColor tintOf(int level) {
