@@ -22,9 +22,13 @@ FXIMPLEMENT(SellSharesPanel, TradePanel, SellSharesPanelMap, ARRAYNUMBER(SellSha
 
 namespace {
 
-/// Cut, not rounded: what a reverse split leaves of a share must not make the form offer more than is held.
-double wholeHundredths(double number) {
-  return static_cast<double>(tenThousandths(number) / 100) / 100.0;
+/// All that is held, as a number that both the day's record (kept in hundredths) and the parcels can supply:
+/// where a merge of shares has left a fraction, hundredths if they are not more than is held, else the
+/// fraction itself.
+String wholeHolding(double held) {
+  const String hundredths = String::fromDouble(held, 2);
+  return tenThousandths(hundredths.toDouble()) <= tenThousandths(held) ? hundredths
+                                                                       : String::fromDouble(held, 4);
 }
 
 double priceToday(const SharePortfolioUser& portfolio, const String& code) {
@@ -75,7 +79,7 @@ void SellSharesPanel::reset(const String& initialCode) {
 
 void SellSharesPanel::showHolding(double price) {
   priceField()->setValue(price);
-  numberField()->setValue(wholeHundredths(m_portfolio->numHeld(code())));
+  numberField()->setText(wholeHolding(m_portfolio->numHeld(code())));
 }
 
 FXWindow* SellSharesPanel::firstField() const {

@@ -209,8 +209,13 @@ TEST_F(SellSharesPanelTest, AFractionBelowFourDecimalsAndANegativeNumberAreNoNum
   EXPECT_TRUE(m_panel->validate());
 }
 
-TEST_F(SellSharesPanelTest, WhatAReverseSplitLeavesCanBeSoldAsTheFormOffersIt) {
-  user().addBuyEvent(u"SPLIT.AX", Date(2026, 3, 1), 200.0, 1.0, 0.0, String());
+/// A holding of this many shares, merged three to one, is sold as the form offers it; nothing may be left of
+/// it.
+class MergedHoldingTest : public SellSharesPanelTest,
+                          public ::testing::WithParamInterface<std::pair<double, const char*>> {};
+
+TEST_P(MergedHoldingTest, IsSoldWholeAsTheFormOffersIt) {
+  user().addBuyEvent(u"SPLIT.AX", Date(2026, 3, 1), GetParam().first, 1.0, 0.0, String());
   TallymoorInternet::Instance().setCachedPrice(u"SPLIT.AX", Date(2026, 3, 1), 1.0);
   TallymoorInternet::Instance().setCachedPrice(u"SPLIT.AX", Date(2026, 3, 2), 3.0);
   TallymoorInternet::Instance().setCachedPrice(u"SPLIT.AX", Date(2026, 3, 3), 3.0);
@@ -218,9 +223,16 @@ TEST_F(SellSharesPanelTest, WhatAReverseSplitLeavesCanBeSoldAsTheFormOffersIt) {
   user().capitalRecord().recordsChangedFrom(Date(2026, 3, 1));
   user().capitalRecord().update(user());
   m_panel->reset(u"SPLIT.AX");
-  EXPECT_EQ("66.66", shown("Number sold"));
-  EXPECT_TRUE(m_panel->validate());
+  EXPECT_EQ(GetParam().second, shown("Number sold"));
+  ASSERT_TRUE(m_panel->validate());
+  user().sellShares(u"SPLIT.AX", Date(2026, 3, 3), m_panel->number(), 3.0, 0.0, true, String());
+  std::size_t index = 0;
+  EXPECT_EQ(nullptr, user().findHeldShare(u"SPLIT.AX", index));
 }
+
+INSTANTIATE_TEST_SUITE_P(Numbers, MergedHoldingTest,
+                         ::testing::Values(std::pair(300.0, "100.00"), std::pair(100.0, "33.33"),
+                                           std::pair(200.0, "66.6667")));
 
 TEST_F(SellSharesPanelTest, AnotherBrokerageMayBecomeTheDefault) {
   choose(*m_panel, "ABC.AX");
