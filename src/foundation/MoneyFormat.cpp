@@ -24,6 +24,7 @@ icu::Locale moneyLocale(const std::string& name) {
   return locale;
 }
 
+/// The locale's currency by its ISO 4217 code; that of "no currency" where the locale has none.
 String currencyOf(const icu::Locale& locale) {
   UErrorCode status = U_ZERO_ERROR;
   char16_t code[4] = {};

@@ -1,4 +1,5 @@
 #include "entry/BuySharesPanel.h"
+#include "BrokenPlatform.h"
 #include "entry/BuySharesDialog.h"
 #include "foundation/LinuxPlatform.h"
 #include "foundation/Settings.h"
@@ -217,12 +218,6 @@ TEST_F(BuySharesPanelTest, TheDateButtonFillsTheField) {
   press(*m_panel, "Choose a date");
   EXPECT_EQ(Date(2026, 2, 18), m_panel->date());
 }
-
-/// Can't write dates.
-class BrokenPlatform : public LinuxPlatform {
-public:
-  String shortDateFormat(const Date&) override { throw Exception(u"no form for dates"); }
-};
 
 TEST_F(BuySharesPanelTest, AFailureOfTheDateButtonIsReported) {
   Platform::setInstance(std::make_unique<BrokenPlatform>());

@@ -1,4 +1,5 @@
 #include "entry/EditSoldShareDialog.h"
+#include "BrokenPlatform.h"
 #include "PortfolioFormTest.h"
 #include "foundation/LinuxPlatform.h"
 #include "widgets/FXCalendar.h"
@@ -160,12 +161,6 @@ TEST_F(EditSoldShareDialogTest, EachDateHasItsButton) {
   EXPECT_EQ(Date(2025, 7, 18), m_dialog->buyDate());
   EXPECT_EQ(Date(2026, 2, 19), m_dialog->sellDate());
 }
-
-/// Can't write dates.
-class BrokenPlatform : public LinuxPlatform {
-public:
-  String shortDateFormat(const Date&) override { throw Exception(u"no form for dates"); }
-};
 
 TEST_F(EditSoldShareDialogTest, FailuresOfTheDateButtonsAreReported) {
   run(

@@ -1,4 +1,5 @@
 #include "entry/GetFloatPanel.h"
+#include "BrokenPlatform.h"
 #include "FocusedWidget.h"
 #include "foundation/Exception.h"
 #include "foundation/LinuxPlatform.h"
@@ -89,12 +90,6 @@ TEST_F(GetFloatPanelTest, TheDateButtonFillsTheField) {
   press(*m_panel, "Choose a date");
   EXPECT_EQ(Date(2026, 2, 18), m_panel->date());
 }
-
-/// Can't write dates.
-class BrokenPlatform : public LinuxPlatform {
-public:
-  String shortDateFormat(const Date&) override { throw Exception(u"no form for dates"); }
-};
 
 TEST_F(GetFloatPanelTest, AFailureOfTheDateButtonIsReported) {
   Platform::setInstance(std::make_unique<BrokenPlatform>());

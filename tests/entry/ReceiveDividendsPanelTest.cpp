@@ -1,4 +1,5 @@
 #include "entry/ReceiveDividendsPanel.h"
+#include "BrokenPlatform.h"
 #include "PortfolioFormTest.h"
 #include "entry/StockChoice.h"
 #include "foundation/Exception.h"
@@ -289,12 +290,6 @@ TEST_F(ReceiveDividendsPanelTest, TheDateButtonFillsTheField) {
   press(*m_panel, "Choose a date");
   EXPECT_EQ(Date(2026, 2, 18), m_panel->date());
 }
-
-/// Can't write dates.
-class BrokenPlatform : public LinuxPlatform {
-public:
-  String shortDateFormat(const Date&) override { throw Exception(u"no form for dates"); }
-};
 
 TEST_F(ReceiveDividendsPanelTest, AFailureOfTheDateButtonIsReported) {
   Platform::setInstance(std::make_unique<BrokenPlatform>());

@@ -1,4 +1,5 @@
 #include "entry/SellSharesPanel.h"
+#include "BrokenPlatform.h"
 #include "PortfolioFormTest.h"
 #include "entry/StockChoice.h"
 #include "foundation/LinuxPlatform.h"
@@ -264,12 +265,6 @@ TEST_F(SellSharesPanelTest, TheDateButtonFillsTheField) {
   press(*m_panel, "Choose a date");
   EXPECT_EQ(Date(2026, 2, 18), m_panel->date());
 }
-
-/// Can't write dates.
-class BrokenPlatform : public LinuxPlatform {
-public:
-  String shortDateFormat(const Date&) override { throw Exception(u"no form for dates"); }
-};
 
 TEST_F(SellSharesPanelTest, AFailureOfTheDateButtonIsReported) {
   Platform::setInstance(std::make_unique<BrokenPlatform>());

@@ -1,0 +1,13 @@
+#pragma once
+#include "foundation/Exception.h"
+#include "foundation/LinuxPlatform.h"
+
+namespace Tallymoor {
+
+/// Can't write dates.
+class BrokenPlatform : public LinuxPlatform {
+public:
+  String shortDateFormat(const Date&) override { throw Exception(u"no form for dates"); }
+};
+
+} // namespace Tallymoor
