@@ -2,6 +2,7 @@
 #include "foundation/Constants.h"
 #include "foundation/Settings.h"
 #include "market/TallymoorInternet.h"
+#include "shell/ViewDateRow.h"
 #include "shell/WarningStrip.h"
 #include "views/NodeIcons.h"
 #include "views/TotalCapTreeItem.h"
@@ -33,8 +34,14 @@ tallymoorWindowMap[] = {
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_DEPOSIT_CASH, TallymoorWindow::onDepositCash),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_WITHDRAW_CASH, TallymoorWindow::onWithdrawCash),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_REFRESH_PRICES, TallymoorWindow::onRefreshPrices),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_FAQ, TallymoorWindow::onFAQ),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_FEEDBACK, TallymoorWindow::onFeedback),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_ABOUT, TallymoorWindow::onAbout),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_STATUS, TallymoorWindow::onChangeStatus),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_FORWARD, TallymoorWindow::onForwardViewDate),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_FFORWARD, TallymoorWindow::onFForwardViewDate),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_BACK, TallymoorWindow::onBackViewDate),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_BBACK, TallymoorWindow::onBBackViewDate),
 };
 
 } // namespace
@@ -54,6 +61,7 @@ TallymoorWindow::TallymoorWindow(FXApp* app, WindowIcons& icons)
 // Views first, then the portfolios that they show, then the records.
 TallymoorWindow::~TallymoorWindow() {
   BigMutexLock lock;
+  Date::clearFixedDate();
   if (TallymoorInternet::exists())
     TallymoorInternet::Instance().priceUpdater().removeObserver(this);
   closeViews();
@@ -117,12 +125,16 @@ void TallymoorWindow::buildMenus() {
   addEntry(tools, "Refresh &Prices\tCtrl+R", ID_REFRESH_PRICES);
 
   FXMenuPane* help = addMenu("&Help\tCtrl+H");
+  addEntry(help, "&Online Help...\tCtrl+F", ID_FAQ);
+  addEntry(help, "Feedback or Suggestion?", ID_FEEDBACK);
+  new FXMenuSeparator(help);
   addEntry(help, "&About...\tCtrl+A", ID_ABOUT);
 }
 
 void TallymoorWindow::buildToolBars() {
   m_toolBarRow = new FXHorizontalFrame(contentFrame(), LAYOUT_FILL_X, 0, 0, 0, 0, 2, 2, 2, 2, 6, 0);
   buildCommandBar(m_toolBarRow);
+  m_viewDateRow = new ViewDateRow(m_toolBarRow, *this, m_icons);
   buildOnlineBar(m_toolBarRow);
 }
 

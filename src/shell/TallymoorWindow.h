@@ -1,4 +1,5 @@
 #pragma once
+#include "foundation/Date.h"
 #include "foundation/LengthyFunctions.h"
 #include "market/PriceUpdater.h"
 #include "shell/PortfolioStore.h"
@@ -14,6 +15,7 @@ namespace Tallymoor {
 class InvestmentTree;
 class SharePortfolioTreeItem;
 class TotalCapTreeItem;
+class ViewDateRow;
 class WarningStrip;
 
 /// The program's window: menus, tool bars, the tabs with their trees, the online button. It owns the records,
@@ -33,8 +35,16 @@ public:
     ID_DEPOSIT_CASH,
     ID_WITHDRAW_CASH,
     ID_REFRESH_PRICES,
+    ID_FAQ,
+    ID_FEEDBACK,
     ID_ABOUT,
     ID_STATUS,
+    ID_DATE_FIELD, ///< of the field itself, which sends no command
+    ID_FORWARD,
+    ID_FFORWARD,
+    ID_BACK,
+    ID_BBACK,
+    ID_NO_COMMAND, ///< of a button that does nothing for now
     ID_LAST
   };
 
@@ -53,6 +63,7 @@ public:
   TotalCapTreeItem* totalCapital() const { return m_totalCapital; }
   InvestmentTree* portfolioTree() const { return m_portfolioTree; }
   FXButton* onlineButton() const { return m_onlineButton; }
+  ViewDateRow* viewDateRow() const { return m_viewDateRow; }
   WarningStrip* warnings() const { return m_warnings; }
 
   void applicationTitle(String& title) const override;
@@ -67,6 +78,17 @@ public:
   XMLElement* choosePortfolio(const String& prompt);
   /// Every node recomputes and repaints its view.
   void refreshViews(bool repaintTrees);
+
+  /// The day at which the capital is shown: today unless it was moved.
+  static Date viewDate() { return Date(); }
+  static bool viewDateMoved() { return Date::hasFixedDate(); }
+  /// Shows everything as of this day, which lies before today. No prices are fetched until today is shown
+  /// again. Throws Exception.
+  void setViewDate(const Date& date);
+  /// Back to today.
+  void resetViewDate();
+  /// Counts from the day shown; today is as far as it goes.
+  void moveViewDate(int days);
 
   /// The load and the end of the data, under their progress dialogs.
   void runLengthyFunction(Progress& progress, int argument) override;
@@ -84,8 +106,14 @@ public:
   long onDepositCash(FXObject*, FXSelector, void*);
   long onWithdrawCash(FXObject*, FXSelector, void*);
   long onRefreshPrices(FXObject*, FXSelector, void*);
+  long onFAQ(FXObject*, FXSelector, void*);
+  long onFeedback(FXObject*, FXSelector, void*);
   long onAbout(FXObject*, FXSelector, void*);
   long onChangeStatus(FXObject*, FXSelector, void*);
+  long onForwardViewDate(FXObject*, FXSelector, void*);
+  long onFForwardViewDate(FXObject*, FXSelector, void*);
+  long onBackViewDate(FXObject*, FXSelector, void*);
+  long onBBackViewDate(FXObject*, FXSelector, void*);
   long onResize(FXObject*, FXSelector, void*);
 
 private:
@@ -112,6 +140,7 @@ private:
   void goOfflineByUser();
   void reconnectByUser();
   void holdMinimumSize();
+  void showViewDate();
   TotalCapTreeItem& loadedTree() const;
   SharePortfolioTreeItem& nodeOf(const XMLElement& portfolio) const;
   /// Asks for a portfolio and hands its node to the operation, unless the user cancelled. The context is what
@@ -124,6 +153,7 @@ private:
   PortfolioStore m_store;
   FXHorizontalFrame* m_toolBarRow = nullptr;
   FXButton* m_onlineButton = nullptr;
+  ViewDateRow* m_viewDateRow = nullptr;
   WarningStrip* m_warnings = nullptr;
   FXTabBook* m_tabBook = nullptr;
   FXSplitter* m_portfolioSplitter = nullptr;

@@ -1,9 +1,11 @@
 // The commands of the window's menus and tool bars.
+#include "foundation/Platform.h"
 #include "foundation/Settings.h"
 #include "foundation/Thread.h"
 #include "foundation/UserInteraction.h"
 #include "market/TallymoorInternet.h"
 #include "shell/AboutDialog.h"
+#include "shell/OnlineHelp.h"
 #include "shell/TallymoorWindow.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/TotalCapTreeItem.h"
@@ -117,6 +119,23 @@ long TallymoorWindow::onWithdrawCash(FXObject*, FXSelector, void*) {
 long TallymoorWindow::onRefreshPrices(FXObject*, FXSelector, void*) {
   return guardedHandler(u"TallymoorWindow::onRefreshPrices failed.",
                         [] { TallymoorInternet::Instance().priceUpdater().wakeUp(); });
+}
+
+long TallymoorWindow::onFAQ(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"TallymoorWindow::onFAQ failed.", [] {
+    setStatusText(u"launching web browser...");
+    const String page = helpPage();
+    if (!Platform::Instance().openDocument(page))
+      information(u"Failed to open the browser for you.\nOnline help is at\n" + page);
+  });
+}
+
+long TallymoorWindow::onFeedback(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"TallymoorWindow::onFeedback failed.", [] {
+    setStatusText(u"launching email...");
+    if (!Platform::Instance().openDocument(feedbackLink()))
+      information(u"Failed to start an email for you.\nEmail your feedback to " + FEEDBACK_ADDRESS);
+  });
 }
 
 long TallymoorWindow::onAbout(FXObject*, FXSelector, void*) {

@@ -13,9 +13,11 @@ public:
   void create();
 
   std::unique_ptr<FXIcon> big, mini, banner;
-  std::unique_ptr<FXIcon> newPortfolio, buy, sell, dividend, interest, deposit, withdraw, priceUpdate;
+  std::unique_ptr<FXIcon> newPortfolio, newWatchlist, buy, sell, dividend, interest, deposit, withdraw,
+      priceUpdate;
   std::unique_ptr<FXIcon> save, minimise, exit, about;
   std::unique_ptr<FXIcon> online, offline, trying;
+  std::unique_ptr<FXIcon> forwardWeek, forwardDay, backDay, backWeek;
   std::unique_ptr<FXIcon> totalCapital, portfolio, sharesHeld, sharesSold, dividends, cashReserve, watchlist;
 };
 

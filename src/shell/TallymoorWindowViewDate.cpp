@@ -1,0 +1,86 @@
+// The view date: the day at which the window shows all capital.
+#include "foundation/UserInteraction.h"
+#include "market/TallymoorInternet.h"
+#include "shell/TallymoorWindow.h"
+#include "shell/ViewDateRow.h"
+#include "widgets/HandlerScope.h"
+#include "widgets/Table.h"
+
+namespace Tallymoor {
+
+namespace {
+
+constexpr int WEEK = 7;
+
+/// What is being typed into a cell belongs to the day that it was typed on.
+void finishEdits(FXWindow& window) {
+  if (auto* table = dynamic_cast<Table*>(&window))
+    table->acceptInput(TRUE);
+  for (FXWindow* child = window.getFirst(); child; child = child->getNext())
+    finishEdits(*child);
+}
+
+} // namespace
+
+// The updater takes "today" from the view date, so it must not run from before the date is set until it is
+// gone.
+void TallymoorWindow::setViewDate(const Date& date) {
+  loadedTree();
+  finishEdits(*m_tabBook);
+  TallymoorInternet::Instance().pauseUpdates();
+  Date::setFixedDate(date);
+  showViewDate();
+}
+
+void TallymoorWindow::resetViewDate() {
+  loadedTree();
+  finishEdits(*m_tabBook);
+  Date::clearFixedDate();
+  showViewDate();
+  TallymoorInternet::Instance().resumeUpdates();
+}
+
+void TallymoorWindow::showViewDate() {
+  if (viewDateMoved()) {
+    m_viewDateRow->showPast();
+    setNormalStatusText(u"You are looking at " + viewDate().toString(DATE_DISPLAY_LOCAL) +
+                        u", not at today.");
+  } else {
+    m_viewDateRow->showToday();
+    setNormalStatusText(u"Ready.");
+  }
+  WaitCursor wait;
+  refreshViews(true);
+}
+
+void TallymoorWindow::moveViewDate(int days) {
+  const Date moved = viewDate().plusDays(days);
+  if (moved >= Date::realToday())
+    resetViewDate();
+  else
+    setViewDate(moved);
+}
+
+long TallymoorWindow::onForwardViewDate(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"TallymoorWindow::onForwardViewDate failed.", [this] {
+    if (viewDateMoved())
+      moveViewDate(1);
+  });
+}
+
+long TallymoorWindow::onFForwardViewDate(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"TallymoorWindow::onFForwardViewDate failed.", [this] {
+    if (viewDateMoved())
+      moveViewDate(WEEK);
+  });
+}
+
+long TallymoorWindow::onBackViewDate(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"TallymoorWindow::onBackViewDate failed.", [this] { moveViewDate(-1); });
+}
+
+long TallymoorWindow::onBBackViewDate(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"TallymoorWindow::onBBackViewDate failed.", [this] { moveViewDate(-WEEK); });
+}
+
+} // namespace Tallymoor

@@ -1,0 +1,34 @@
+#pragma once
+#include "shell/DateTextField.h"
+
+namespace Tallymoor {
+
+class WindowIcons;
+
+/// The row that moves the view date: forward a week and a day, the field with the date, back a day and a
+/// week. The buttons that go forward are dead while the date is today.
+class ViewDateRow : public FXHorizontalFrame {
+  FXDECLARE_ABSTRACT(ViewDateRow)
+public:
+  /// The commands go to the window, by its own identifiers. The icons outlive the row.
+  ViewDateRow(FXComposite* parent, TallymoorWindow& window, WindowIcons& icons);
+
+  /// Both after Date's view date has changed.
+  void showToday();
+  void showPast();
+
+  DateTextField* field() const { return m_field; }
+  FXButton* forwardWeek() const { return m_forwardWeek; }
+  FXButton* forwardDay() const { return m_forwardDay; }
+
+private:
+  FXButton* addButton(const char* text, FXIcon* icon, FXSelector command);
+
+  TallymoorWindow& m_window;
+  WindowIcons& m_icons;
+  FXButton* m_forwardWeek = nullptr;
+  FXButton* m_forwardDay = nullptr;
+  DateTextField* m_field = nullptr;
+};
+
+} // namespace Tallymoor

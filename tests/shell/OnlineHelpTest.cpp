@@ -1,0 +1,68 @@
+#include "shell/OnlineHelp.h"
+#include "RecordingPlatform.h"
+#include "ShellTest.h"
+#include <gmock/gmock.h>
+
+namespace Tallymoor {
+namespace {
+
+using testing::ElementsAre;
+
+class OnlineHelpTest : public ShellTest {
+protected:
+  RecordingPlatform& platform(bool opens, bool throwsOnOpening = false) {
+    RecordingPlatform::Behaviour behaviour;
+    behaviour.opens = opens;
+    behaviour.throwsOnOpening = throwsOnOpening;
+    return RecordingPlatform::install(profile(), behaviour);
+  }
+  std::string statusText() { return tallymoor().statusBar()->getStatusLine()->getText().text(); }
+};
+
+TEST_F(OnlineHelpTest, OpensThePublishedPageWhereNoGuideIsInstalled) {
+  const RecordingPlatform& opener = platform(true);
+  command(TallymoorWindow::ID_FAQ);
+  EXPECT_EQ("launching web browser...", statusText());
+  EXPECT_THAT(opener.opened(), ElementsAre(HELP_ADDRESS));
+}
+
+TEST_F(OnlineHelpTest, OpensTheInstalledGuide) {
+  const RecordingPlatform& opener = platform(true);
+  const String guide((profile().defaultsFolder() + "/../guide/guide.html").c_str());
+  TestProfile::writeFile(guide, "<html/>");
+  command(TallymoorWindow::ID_FAQ);
+  EXPECT_THAT(opener.opened(), ElementsAre(guide));
+}
+
+TEST_F(OnlineHelpTest, TellsTheAddressWhenNoBrowserOpens) {
+  platform(false);
+  answer("Failed to open the browser for you.\nOnline help is at\n" + HELP_ADDRESS.toUTF8(), "OK");
+  command(TallymoorWindow::ID_FAQ);
+}
+
+TEST_F(OnlineHelpTest, FeedbackIsALinkWithSubjectAndBody) {
+  const RecordingPlatform& opener = platform(true);
+  command(TallymoorWindow::ID_FEEDBACK);
+  EXPECT_EQ("launching email...", statusText());
+  EXPECT_THAT(opener.opened(),
+              ElementsAre(String("mailto:feedback@brindlecove.example?subject=Feedback%20on%20Tallymoor&body="
+                                 "To%20the%20Brindlecove,%0D%0A%3Ctell%20us%20what%20you%20think%20of%20"
+                                 "Tallymoor%20here%3E%0D%0A")));
+}
+
+TEST_F(OnlineHelpTest, TellsTheMailboxWhenNoEmailStarts) {
+  platform(false);
+  answer("Failed to start an email for you.\nEmail your feedback to feedback@brindlecove.example", "OK");
+  command(TallymoorWindow::ID_FEEDBACK);
+}
+
+TEST_F(OnlineHelpTest, FailuresNameTheCommand) {
+  platform(false, true);
+  answer("TallymoorWindow::onFAQ failed. Exception : nothing can be opened", "OK");
+  command(TallymoorWindow::ID_FAQ);
+  answer("TallymoorWindow::onFeedback failed. Exception : nothing can be opened", "OK");
+  command(TallymoorWindow::ID_FEEDBACK);
+}
+
+} // namespace
+} // namespace Tallymoor
