@@ -3,6 +3,9 @@
 
 namespace Tallymoor {
 
+/// No figure is ever infinite: such a result of a division or power is no result.
+std::optional<double> finiteOrNothing(double value);
+
 /// Growth in percent from one capital to another, apart from money put in (positive) or taken out meanwhile,
 /// whose timing plays no part. Nothing when the capital at the start shows as zero or the result is not
 /// finite.
@@ -10,5 +13,10 @@ std::optional<double> gainPercent(double now, double then, double externalFlow);
 
 /// Growth of an index in percent. Nothing when either close shows as zero or the result is not finite.
 std::optional<double> indexGainPercent(double now, double then);
+
+/// The growth a year, in percent, that makes a growth over so many years when it is compounded: the n-th root
+/// of the growth factor (the compound annual growth rate of the textbooks). Nothing when more than all was
+/// lost, when no time has passed, or when the result is not finite.
+std::optional<double> annualise(double gainPercent, double years);
 
 } // namespace Tallymoor

@@ -224,6 +224,54 @@ std::optional<double> TallymoorInternet::cachedClose(const String& code, const D
   return row ? std::optional(row->close) : std::nullopt;
 }
 
+SharePriceCache::Rows TallymoorInternet::cachedRows(const String& code, const Date& first, const Date& last) {
+  const BigMutexLock lock;
+  const SharePriceCache::Rows& rows = m_cache.shareOrEmpty(code).values;
+  return SharePriceCache::Rows(rows.lower_bound(first), rows.upper_bound(last));
+}
+
+void TallymoorInternet::completeHistory(const String& code, const Date& first, const Date& last) {
+  const BackgroundPassScope askNothing;
+  // Whoever asks for a price hears of an unreadable file, so its failure is not used up here.
+  if (!m_client || m_cache.shareOrEmpty(code).unreadable || !lastMissingDay(code, first, last) ||
+      !isFirstCompletion(code, last))
+    return;
+  try {
+    fetchMissingDays(code, first, last);
+  } catch (const Exception&) {
+    // The days stay missing, as those before a stock was listed do.
+  }
+}
+
+/// True once a day for a code and last day.
+bool TallymoorInternet::isFirstCompletion(const String& code, const Date& last) {
+  const Date now = Date::realToday();
+  const auto [tried, isNew] = m_completions.try_emplace({code, last}, now);
+  return isNew || std::exchange(tried->second, now) != now;
+}
+
+/// Page by page back in time; a page that reaches back to the first day is the last one.
+void TallymoorInternet::fetchMissingDays(const String& code, const Date& first, const Date& last) {
+  constexpr int MOST_PAGES = 8;
+  for (int page = 0; page < MOST_PAGES; ++page) {
+    const std::optional<Date> missing = lastMissingDay(code, first, last);
+    if (!missing)
+      return;
+    historicalPrice(code, *missing, true);
+    if (HistoryRange::around(*missing, true, m_locators->historicalPrices().maxEntries()).start <= first)
+      return;
+  }
+}
+
+std::optional<Date> TallymoorInternet::lastMissingDay(const String& code, const Date& first,
+                                                      const Date& last) {
+  const CachedShare& known = m_cache.shareOrEmpty(code);
+  for (Date day = last; day >= first; day.addDays(-1))
+    if (!known.find(day))
+      return day;
+  return std::nullopt;
+}
+
 bool TallymoorInternet::hasCachedHistory(const String& code) {
   const BigMutexLock lock;
   return !m_cache.shareOrEmpty(code).values.empty();
@@ -305,6 +353,7 @@ void TallymoorInternet::markBadCode(const String& code) {
 void TallymoorInternet::clearBadCode(const String& code) {
   const BigMutexLock lock;
   m_cache.setBad(code, false);
+  m_completions.clear();
 }
 
 std::vector<String> TallymoorInternet::badCodes() {
@@ -324,6 +373,7 @@ void TallymoorInternet::goOnline() {
   client->goOnline();
   const BigMutexLock lock;
   m_client = std::move(client);
+  m_completions.clear();
 }
 
 void TallymoorInternet::goOffline() {
@@ -393,6 +443,7 @@ void TallymoorInternet::save() {
 void TallymoorInternet::clear() {
   const BigMutexLock lock;
   m_cache.clear();
+  m_completions.clear();
 }
 
 } // namespace Tallymoor

@@ -6,8 +6,10 @@
 #include "market/SharePriceCache.h"
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace Tallymoor {
@@ -78,6 +80,13 @@ public:
   bool hasCachedPrice(const String& code, const Date& date);
   /// The cached close in a single look-up, if there is one.
   std::optional<double> cachedClose(const String& code, const Date& date);
+  /// The cached rows from the first to the last day, both included.
+  SharePriceCache::Rows cachedRows(const String& code, const Date& first, const Date& last);
+  /// Sees to it, as far as may be, that every day from the first to the last has a cached row: for figures
+  /// that are empty without one. Shows, asks and throws nothing, and tries a code and last day only once a
+  /// day, so that a young or unknown stock costs one attempt; going online allows another. Does nothing
+  /// offline.
+  void completeHistory(const String& code, const Date& first, const Date& last);
   /// True when any price of the code is cached.
   bool hasCachedHistory(const String& code);
   /// Codes by a part of a name. An unreadable page counts as one without matches.
@@ -131,6 +140,9 @@ private:
   double closeOf(const String& code, const Date& date, bool upTo, CacheUse use);
   /// False when the user wants another try.
   bool fetchHistory(const String& code, const Date& date, bool upTo);
+  bool isFirstCompletion(const String& code, const Date& last);
+  std::optional<Date> lastMissingDay(const String& code, const Date& first, const Date& last);
+  void fetchMissingDays(const String& code, const Date& first, const Date& last);
   bool wantsRetry(const String& question);
   bool wantsToReadAgain(const String& code, const HistoryRange& range);
 
@@ -139,6 +151,8 @@ private:
   SharePriceCache m_cache;
   std::unique_ptr<const LocatorSet> m_locators;
   std::shared_ptr<HTTPClient> m_client; ///< null while offline; shared with the fetches under way
+  /// The real day on which completeHistory last tried a code and last day.
+  std::map<std::pair<String, Date>, Date> m_completions;
   PriceUpdater m_updater;
 };
 

@@ -29,5 +29,30 @@ TEST(GainsTest, AnIndexNeedsBothCloses) {
   EXPECT_FALSE(indexGainPercent(100, 0));
 }
 
+TEST(GainsTest, AGrowthOverYearsIsCompoundedFromTheGrowthOfEach) {
+  EXPECT_NEAR(annualise(33.1, 3).value(), 10, 1e-9);
+  EXPECT_NEAR(annualise(10, 0.5).value(), 21, 1e-9);
+  EXPECT_NEAR(annualise(-19, 2).value(), -10, 1e-9);
+  EXPECT_DOUBLE_EQ(annualise(0, 5).value(), 0);
+  EXPECT_NEAR(annualise(7.25, 1).value(), 7.25, 1e-9);
+}
+
+TEST(GainsTest, AllLostIsAllLostInAnyTime) {
+  EXPECT_DOUBLE_EQ(annualise(-100, 3).value(), -100);
+  EXPECT_DOUBLE_EQ(annualise(-100, 0.5).value(), -100);
+}
+
+TEST(GainsTest, MoreThanAllLostOrNoTimeHasNoGrowthAYear) {
+  EXPECT_FALSE(annualise(-100.5, 3));
+  // The square of a factor below nothing would read as a gain.
+  EXPECT_FALSE(annualise(-400, 0.5));
+  EXPECT_FALSE(annualise(-50, 0));
+  EXPECT_FALSE(annualise(50, 0));
+  EXPECT_FALSE(annualise(50, -1));
+  EXPECT_FALSE(annualise(1e300, 0.25));
+  EXPECT_FALSE(annualise(std::numeric_limits<double>::quiet_NaN(), 3));
+  EXPECT_FALSE(annualise(50, std::numeric_limits<double>::quiet_NaN()));
+}
+
 } // namespace
 } // namespace Tallymoor

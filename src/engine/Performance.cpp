@@ -1,0 +1,160 @@
+#include "engine/Performance.h"
+#include "engine/Gains.h"
+#include "engine/SharePortfolioUser.h"
+#include "foundation/Amounts.h"
+#include "xml/CountryOfResidence.h"
+#include "xml/Leaves.h"
+#include <algorithm>
+
+namespace Tallymoor {
+
+namespace {
+
+constexpr int MONTHS_OF_A_YEAR = 12;
+
+bool hasRecord(const SharePortfolioUser& portfolio, const Date& day) {
+  return portfolio.capitalRecord().hasDayCap(day);
+}
+
+/// The one portfolio whose index counts, or null.
+const SharePortfolioUser* indexedPortfolio(const Portfolios& portfolios) {
+  return portfolios.size() == 1 && portfolios.front()->hasComparisonIndex() ? portfolios.front() : nullptr;
+}
+
+/// The event's brokerage if its day lies in the span.
+double brokerageWithin(const PerformanceSpan& span, const XMLElement& event, const char16_t* dayName,
+                       const char16_t* brokerageName) {
+  const Date day = dateValue(event, dayName);
+  return day >= span.start && day <= span.end ? doubleValue(event, brokerageName) : 0.0;
+}
+
+double brokerageOfPurchases(const XMLElement& stock, const PerformanceSpan& span) {
+  double sum = 0.0;
+  for (std::size_t i = 0; i < stock.numSubElements(u"BuyEvents"); ++i)
+    sum += brokerageWithin(span, stock.subElement(u"BuyEvents", i), u"BuyDate", u"Brokerage");
+  return sum;
+}
+
+double brokerageOfSales(const XMLElement& stock, const PerformanceSpan& span) {
+  double sum = 0.0;
+  for (std::size_t i = 0; i < stock.numSubElements(u"SellEvents"); ++i) {
+    const XMLElement& sale = stock.subElement(u"SellEvents", i);
+    sum += brokerageWithin(span, sale, u"BuyDate", u"BuyBrokerage") +
+           brokerageWithin(span, sale, u"SellDate", u"SellBrokerage");
+  }
+  return sum;
+}
+
+double brokerageOf(const SharePortfolioUser& portfolio, const PerformanceSpan& span) {
+  const XMLElement& held = portfolio.portfolio().subElement(u"HeldShares");
+  const XMLElement& sold = portfolio.portfolio().subElement(u"SoldShares");
+  double sum = 0.0;
+  for (std::size_t i = 0; i < held.numSubElements(u"HeldShares"); ++i)
+    sum += brokerageOfPurchases(held.subElement(u"HeldShares", i), span);
+  for (std::size_t i = 0; i < sold.numSubElements(u"SoldShares"); ++i)
+    sum += brokerageOfSales(sold.subElement(u"SoldShares", i), span);
+  return sum;
+}
+
+std::optional<double> annualised(const std::optional<double>& gain, int years) {
+  return gain ? annualise(*gain, years) : std::nullopt;
+}
+
+} // namespace
+
+std::vector<PerformanceSpan> performanceMonths(const Portfolios& portfolios, const Date& today) {
+  std::vector<PerformanceSpan> months;
+  PerformanceSpan span{startOfPeriod(today, 1), today};
+  // At the beginning of the calendar there is no month before.
+  while (span.start < span.end && hasRecordOn(portfolios, span.end)) {
+    months.push_back(span);
+    span = {startOfPeriod(span.start, 1), span.start};
+  }
+  return months;
+}
+
+double capitalOn(const Portfolios& portfolios, const Date& day) {
+  double capital = 0.0;
+  for (const SharePortfolioUser* portfolio : portfolios)
+    if (hasRecord(*portfolio, day))
+      capital += portfolio->capitalRecord().capitalOn(day);
+  return capital;
+}
+
+bool hasRecordOn(const Portfolios& portfolios, const Date& day) {
+  return std::any_of(portfolios.begin(), portfolios.end(),
+                     [&](const SharePortfolioUser* portfolio) { return hasRecord(*portfolio, day); });
+}
+
+std::optional<double> indexValue(const Portfolios& portfolios, const Date& day) {
+  const SharePortfolioUser* indexed = indexedPortfolio(portfolios);
+  return indexed ? std::optional(indexed->indexValueOn(day)) : std::nullopt;
+}
+
+Date startOfPeriod(const Date& end, int months) {
+  return end.plusMonths(-months).lastDayOfMonth();
+}
+
+std::optional<double> gainBetween(const Portfolios& portfolios, const Date& then, const Date& now) {
+  double thenSum = 0.0;
+  double nowSum = 0.0;
+  double flowSum = 0.0;
+  for (const SharePortfolioUser* portfolio : portfolios) {
+    if (!hasRecord(*portfolio, then) || !hasRecord(*portfolio, now))
+      continue;
+    const SharePortfolioCapitalRecordUser& record = portfolio->capitalRecord();
+    thenSum += record.capitalOn(then);
+    nowSum += record.capitalOn(now);
+    flowSum += record.externalFlowBetween(then, now);
+  }
+  return gainPercent(nowSum, thenSum, flowSum);
+}
+
+std::optional<double> indexGainBetween(const Portfolios& portfolios, const Date& then, const Date& now) {
+  const SharePortfolioUser* indexed = indexedPortfolio(portfolios);
+  return indexed ? indexGainPercent(indexed->indexValueOn(now), indexed->indexValueOn(then)) : std::nullopt;
+}
+
+std::optional<double> periodGain(const Portfolios& portfolios, const Date& end, int months) {
+  return gainBetween(portfolios, startOfPeriod(end, months), end);
+}
+
+std::optional<double> indexGain(const Portfolios& portfolios, const Date& end, int months) {
+  return indexGainBetween(portfolios, startOfPeriod(end, months), end);
+}
+
+std::optional<double> annualisedGain(const Portfolios& portfolios, const Date& end, int years) {
+  return annualised(periodGain(portfolios, end, years * MONTHS_OF_A_YEAR), years);
+}
+
+std::optional<double> annualisedIndexGain(const Portfolios& portfolios, const Date& end, int years) {
+  const int months = years * MONTHS_OF_A_YEAR;
+  if (!hasRecordOn(portfolios, startOfPeriod(end, months)))
+    return std::nullopt;
+  return annualised(indexGain(portfolios, end, months), years);
+}
+
+std::optional<double> brokeragePercent(const Portfolios& portfolios, const PerformanceSpan& span) {
+  const double capital = capitalOn(portfolios, span.start);
+  if (showsAsZero(capital))
+    return std::nullopt;
+  double brokerage = 0.0;
+  for (const SharePortfolioUser* portfolio : portfolios)
+    brokerage += brokerageOf(*portfolio, span);
+  return finiteOrNothing(brokerage / capital * 100);
+}
+
+std::optional<double> externalFlow(const Portfolios& portfolios, const PerformanceSpan& span) {
+  double flow = 0.0;
+  for (const SharePortfolioUser* portfolio : portfolios)
+    flow += portfolio->capitalRecord().externalFlowBetween(span.start, span.end);
+  return showsAsZero(flow) ? std::nullopt : finiteOrNothing(flow);
+}
+
+int monthsOfFinancialYear(const Date& end, const Date& today) {
+  const int first = CountryOfResidence::Instance().financialYearOf(today).month();
+  const int last = end.month();
+  return last < first ? MONTHS_OF_A_YEAR + 1 - (first - last) : last - first + 1;
+}
+
+} // namespace Tallymoor

@@ -1,0 +1,65 @@
+#pragma once
+#include "foundation/Date.h"
+#include <optional>
+#include <vector>
+
+namespace Tallymoor {
+
+class SharePortfolioUser;
+
+// How the capital of one or several portfolios grew, month by month, apart from money put in or taken out,
+// and how the comparison index did over the same time. Everything is derived from the capital records, with
+// nothing kept; only brokerage is read from the purchases and sales. Percentages are plain percent numbers,
+// and nothing is an empty cell.
+//
+// A portfolio counts in a gain only if it has records of both days, so that a young one does not empty the
+// figures of all. There is an index figure only for exactly one portfolio, and only if it has a comparison
+// index; the operations that read the index's price throw as SharePortfolioUser::sharePriceFor does, and may
+// fetch and ask like it. GUI thread, under the big mutex; the portfolios are not owned.
+
+using Portfolios = std::vector<SharePortfolioUser*>;
+
+/// One month: from the last day of the month before to the last day of the month, or to today in the current
+/// one.
+struct PerformanceSpan {
+  Date start;
+  Date end;
+};
+
+/// The current month first, then each one before it, as long as some portfolio has a record of the month's
+/// end.
+std::vector<PerformanceSpan> performanceMonths(const Portfolios& portfolios, const Date& today);
+
+/// Summed over the portfolios that have a record of the day.
+double capitalOn(const Portfolios& portfolios, const Date& day);
+bool hasRecordOn(const Portfolios& portfolios, const Date& day);
+std::optional<double> indexValue(const Portfolios& portfolios, const Date& day);
+
+/// Where a period of so many months up to a day begins: so many months back, then on to that month's last
+/// day. One month up to a day in the middle of March begins on the last of February.
+Date startOfPeriod(const Date& end, int months);
+
+/// Growth of the capital from one day to another. Money that came in meanwhile is taken off, whenever it
+/// came.
+std::optional<double> gainBetween(const Portfolios& portfolios, const Date& then, const Date& now);
+std::optional<double> indexGainBetween(const Portfolios& portfolios, const Date& then, const Date& now);
+std::optional<double> periodGain(const Portfolios& portfolios, const Date& end, int months);
+std::optional<double> indexGain(const Portfolios& portfolios, const Date& end, int months);
+/// The gain of so many years, as growth a year.
+std::optional<double> annualisedGain(const Portfolios& portfolios, const Date& end, int years);
+/// Unlike the other figures of the index this one is empty unless the portfolio has a record of the
+/// period's start: it stands beside a gain that needs it too.
+std::optional<double> annualisedIndexGain(const Portfolios& portfolios, const Date& end, int years);
+
+/// Brokerage paid from the span's first to its last day, both included, in percent of the capital on the
+/// first.
+std::optional<double> brokeragePercent(const Portfolios& portfolios, const PerformanceSpan& span);
+/// Money that came in after the span's first day, up to and including its last; nothing when it shows as
+/// zero.
+std::optional<double> externalFlow(const Portfolios& portfolios, const PerformanceSpan& span);
+
+/// Months, in whole ones, from the month in which the financial year of today begins to the end's month, that
+/// one included. May ask for the country when none is known yet.
+int monthsOfFinancialYear(const Date& end, const Date& today);
+
+} // namespace Tallymoor

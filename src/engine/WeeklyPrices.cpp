@@ -1,0 +1,53 @@
+#include "engine/WeeklyPrices.h"
+#include "foundation/Amounts.h"
+#include "market/TallymoorInternet.h"
+#include <algorithm>
+
+namespace Tallymoor {
+
+namespace {
+
+constexpr int DAYS_OF_A_WEEK = 7;
+
+/// False for rows that only carry a price over a weekend, or that hold none.
+bool isQuoted(const Date& day, const ShareValue& value) {
+  return !showsAsZero(value.close) && (!day.isWeekend() || value.volume != 0);
+}
+
+Date fridayOf(const Date& day) {
+  return day.plusDays(1).lastFriday() == day ? day : day.lastFriday().plusDays(DAYS_OF_A_WEEK);
+}
+
+/// The close always lies within the range, whatever the source says of high and low.
+WeeklyPrice weekOfOneDay(const Date& day, const ShareValue& value) {
+  const double high = showsAsZero(value.high) ? value.close : std::max(value.high, value.close);
+  const double low = showsAsZero(value.low) ? value.close : std::min(value.low, value.close);
+  return {fridayOf(day), value.close, high, low};
+}
+
+void addDay(std::vector<WeeklyPrice>& weeks, const WeeklyPrice& day) {
+  if (weeks.empty() || weeks.back().friday != day.friday) {
+    weeks.push_back(day);
+    return;
+  }
+  WeeklyPrice& week = weeks.back();
+  week.close = day.close;
+  week.high = std::max(week.high, day.high);
+  week.low = std::min(week.low, day.low);
+}
+
+} // namespace
+
+std::vector<WeeklyPrice> recentWeeks(const String& code, const Date& day, int count) {
+  const Date last = day.lastFriday();
+  const Date first = last.plusDays(1 - count * DAYS_OF_A_WEEK); // a Saturday
+  TallymoorInternet& gateway = TallymoorInternet::Instance();
+  gateway.completeHistory(code, first, last);
+  std::vector<WeeklyPrice> weeks;
+  for (const auto& [quoted, value] : gateway.cachedRows(code, first, last))
+    if (isQuoted(quoted, value))
+      addDay(weeks, weekOfOneDay(quoted, value));
+  return weeks;
+}
+
+} // namespace Tallymoor
