@@ -10,11 +10,6 @@ namespace {
 
 constexpr double LONGEST_TREND = 5000; ///< weekdays, some 19 years; beyond it a mistyped period would fetch
 
-/// The period as a whole number of days that can be worked with, also for what is no number.
-int trendDays(double period) {
-  return period >= 1.0 ? static_cast<int>(std::min(period, LONGEST_TREND)) : 1;
-}
-
 /// So many weekdays before a day, oldest first.
 std::vector<Date> weekdaysBefore(Date day, int count) {
   std::vector<Date> days;
@@ -28,6 +23,11 @@ std::vector<Date> weekdaysBefore(Date day, int count) {
 }
 
 } // namespace
+
+int SharePortfolioUser::trendDays(double period) {
+  // Also for what is no number.
+  return period >= 1.0 ? static_cast<int>(std::min(period, LONGEST_TREND)) : 1;
+}
 
 double SharePortfolioUser::indexMovingAverage(double period) {
   std::map<Date, double>& trend = m_indexTrends[trendDays(period)];

@@ -191,12 +191,14 @@ public:
 
   // ---- Trend of the comparison index ----
 
-  /// Exponential moving average of the comparison index over so many weekdays before today (at least one; a
-  /// fraction is cut off), started from the mean of as many before those. Kept for each period and day. 0.0
-  /// without an index. Throws as TallymoorInternet::historicalPrice.
+  /// Exponential moving average of the comparison index over trendDays weekdays before today, started from
+  /// the mean of as many before those. Kept for each period and day. 0.0 without an index. Throws as
+  /// TallymoorInternet::historicalPrice.
   double indexMovingAverage(double period);
   /// The same, computed anew.
   double computeIndexMovingAverage(double period) const;
+  /// The period as the whole number of days that is worked with: at least one, no fraction, bounded above.
+  static int trendDays(double period);
 
 private:
   struct Sale;

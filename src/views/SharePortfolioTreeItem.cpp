@@ -4,12 +4,14 @@
 #include "entry/BuySharesPanel.h"
 #include "entry/GetFloatDialog.h"
 #include "entry/GetFloatPanel.h"
+#include "entry/PortfolioPropertiesDialog.h"
 #include "entry/ReceiveDividendsDialog.h"
 #include "entry/ReceiveDividendsPanel.h"
 #include "entry/SellSharesDialog.h"
 #include "entry/SellSharesPanel.h"
 #include "foundation/Amounts.h"
 #include "foundation/Platform.h"
+#include "foundation/RunTimeSettings.h"
 #include "views/CashReserveTreeItem.h"
 #include "views/DividendsTreeItem.h"
 #include "views/PriceWatch.h"
@@ -23,6 +25,7 @@
 #include "widgets/HandlerScope.h"
 #include "widgets/InvestmentTree.h"
 #include "widgets/MainWindow.h"
+#include "widgets/ToolkitText.h"
 #include "xml/PortfolioRecords.h"
 
 namespace Tallymoor {
@@ -41,6 +44,7 @@ SharePortfolioTreeItemMap[] = {
               SharePortfolioTreeItem::onReceiveInterest),
     FXMAPFUNC(SEL_COMMAND, SharePortfolioTreeItem::ID_DEPOSIT_CASH, SharePortfolioTreeItem::onDepositCash),
     FXMAPFUNC(SEL_COMMAND, SharePortfolioTreeItem::ID_WITHDRAW_CASH, SharePortfolioTreeItem::onWithdrawCash),
+    FXMAPFUNC(SEL_COMMAND, SharePortfolioTreeItem::ID_PROPERTIES, SharePortfolioTreeItem::onProperties),
 };
 
 FXIMPLEMENT_ABSTRACT(SharePortfolioTreeItem, InvestmentTreeItem, SharePortfolioTreeItemMap,
@@ -100,10 +104,11 @@ void SharePortfolioTreeItem::tableChanged(bool rebuilt) {
     return;
   if (rebuilt) {
     buildSummary();
-    readIndexGains();
+    readIndexFigures();
   }
   showCapital();
   showGains();
+  showTrend();
   m_summaryFrame->align();
 }
 
@@ -126,6 +131,8 @@ void SharePortfolioTreeItem::buildSummary() {
   summary.startRow();
   m_gainTodayLabel = summary.addFigure(u"Gain today (index)");
   m_gainWeekLabel = summary.addFigure(u"Gain this week (index)");
+  summary.addButton(u" set index ", this, ID_PROPERTIES);
+  m_trendLabel = m_portfolio->hasComparisonIndex() ? summary.addRemark() : nullptr;
 }
 
 void SharePortfolioTreeItem::showCapital() {
@@ -152,21 +159,50 @@ void SharePortfolioTreeItem::showGains() {
   SummaryFrame::setValue(m_gainWeekLabel, gainText(m_portfolio->weeklyGain(), m_indexGainWeek));
 }
 
-void SharePortfolioTreeItem::readIndexGains() {
+void SharePortfolioTreeItem::showTrend() {
+  SummaryFrame::setValue(m_trendLabel, m_indexTrend);
+  if (m_trendLabel)
+    m_trendLabel->setTipText(toFox(m_indexTrendTip));
+}
+
+void SharePortfolioTreeItem::readIndexFigures() {
   m_indexGainToday = m_indexGainWeek = u"n/a";
   if (!m_portfolio->hasComparisonIndex()) {
     m_watchedIndex->watch({});
     return;
   }
   m_watchedIndex->watch({m_portfolio->comparisonIndex()});
+  m_indexGainToday = m_indexGainWeek = u"failed";
+  m_indexTrend = u"<index trend disabled>";
+  m_indexTrendTip = String(u"The prices of ") + m_portfolio->comparisonIndex() +
+                    u" that its moving averages need can't be had.";
   try {
-    m_portfolio->indexValueOn(Date());
-    const String today = String::toPercent(m_portfolio->indexDailyGain());
-    m_indexGainWeek = String::toPercent(m_portfolio->indexWeeklyGain());
-    m_indexGainToday = today;
+    readIndexGains();
+    readIndexTrend();
   } catch (const Exception&) {
-    m_indexGainToday = m_indexGainWeek = u"failed";
+    // What has been read stays, the rest shows as failed.
   }
+}
+
+void SharePortfolioTreeItem::readIndexGains() {
+  m_portfolio->indexValueOn(Date());
+  const String today = String::toPercent(m_portfolio->indexDailyGain());
+  m_indexGainWeek = String::toPercent(m_portfolio->indexWeeklyGain());
+  m_indexGainToday = today;
+}
+
+void SharePortfolioTreeItem::readIndexTrend() {
+  const String shortAverage = String::fromDouble(m_portfolio->indexMovingAverage(indexTrendShort), 2);
+  const String longAverage = String::fromDouble(m_portfolio->indexMovingAverage(indexTrendLong), 2);
+  const double difference = shortAverage.toDouble() - longAverage.toDouble();
+  const String direction = difference > 0.0 ? u"rising" : difference < 0.0 ? u"falling" : u"steady";
+  const String shortDays = String::fromLong(SharePortfolioUser::trendDays(indexTrendShort));
+  const String longDays = String::fromLong(SharePortfolioUser::trendDays(indexTrendLong));
+  m_indexTrend = String(u"Index trend: ") + direction + u" (" + shortDays + u" day average " + shortAverage +
+                 u", " + longDays + u" day average " + longAverage + u")";
+  m_indexTrendTip = m_portfolio->comparisonIndex() + u" is " + direction + u": its average of the last " +
+                    shortDays + u" weekdays is " + shortAverage + u", that of the last " + longDays +
+                    u" is " + longAverage + u".\nRecent days weigh more in both (exponential averages).";
 }
 
 void SharePortfolioTreeItem::pricesCame(const std::set<String>& codes) {
@@ -177,7 +213,7 @@ void SharePortfolioTreeItem::pricesCame(const std::set<String>& codes) {
   // Read again only for a price of its own: an index that can't be had would otherwise be fetched for every
   // price.
   if (m_summaryFrame && codes.contains(m_portfolio->comparisonIndex()))
-    readIndexGains();
+    readIndexFigures();
   tableChanged(false);
 }
 
@@ -249,6 +285,20 @@ void SharePortfolioTreeItem::payAccountFee() {
   bookCash(u"Pay account fee", CASH_EVENT_DEBIT, u"Account fee ");
 }
 
+void SharePortfolioTreeItem::changeProperties() {
+  HandlerScope scope;
+  const String name = m_portfolio->name();
+  PortfolioPropertiesDialog dialog(&MainWindow::Instance(), name, m_portfolio->comparisonIndex(),
+                                   [this](const String& newName) { return m_root->checkNewName(newName); });
+  if (dialog.execute() == 0)
+    return;
+  if (!(dialog.indexCode() == m_portfolio->comparisonIndex()))
+    m_portfolio->setComparisonIndex(dialog.indexCode());
+  // Under the root's name: a rename takes its place, since that makes all nodes anew.
+  HandlerScope::whenDone(m_root, [this] { tree()->updateItems(); });
+  m_root->renamePortfolio(name, dialog.name());
+}
+
 void SharePortfolioTreeItem::bookCash(const String& title, std::int32_t type,
                                       const String& descriptionStart) {
   HandlerScope scope;
@@ -281,6 +331,8 @@ FXint SharePortfolioTreeItem::onRightClick(FXint x, FXint y) {
     menu.addSeparator();
     menu.addCommand(String(u"Rename share portfolio ") + name + u"...", ID_RENAME_SHARE_PORTFOLIO);
     menu.addCommand(String(u"Delete share portfolio ") + name + u"...", ID_DELETE_SHARE_PORTFOLIO);
+    menu.addSeparator();
+    menu.addCommand(u"Set portfolio comparison index...", ID_PROPERTIES);
     menu.run(x, y);
   }));
 }
@@ -324,6 +376,11 @@ long SharePortfolioTreeItem::onDepositCash(FXObject*, FXSelector, void*) {
 long SharePortfolioTreeItem::onWithdrawCash(FXObject*, FXSelector, void*) {
   return handleCommand(u"SharePortfolioTreeItem::onWithdrawCash failed.",
                        &SharePortfolioTreeItem::withdrawCash);
+}
+
+long SharePortfolioTreeItem::onProperties(FXObject*, FXSelector, void*) {
+  return handleCommand(u"SharePortfolioTreeItem::onProperties failed.",
+                       &SharePortfolioTreeItem::changeProperties);
 }
 
 long SharePortfolioTreeItem::onRenamePortfolio(FXObject*, FXSelector, void*) {

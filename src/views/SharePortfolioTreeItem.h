@@ -25,7 +25,6 @@ class WatchedCodes;
 class SharePortfolioTreeItem : public InvestmentTreeItem, public Table::Watcher, public PortfolioCommands {
   FXDECLARE_ABSTRACT(SharePortfolioTreeItem)
 public:
-  /// The numbers of commands that are not there yet are kept free.
   enum {
     ID_DELETE_SHARE_PORTFOLIO = 1,
     ID_RENAME_SHARE_PORTFOLIO,
@@ -35,7 +34,8 @@ public:
     ID_RECEIVE_INTEREST,
     ID_DEPOSIT_CASH,
     ID_WITHDRAW_CASH,
-    ID_LAST = 10
+    ID_PROPERTIES,
+    ID_LAST
   };
 
   /// Brings the portfolio's capital record up to date and makes the nodes below. The portfolio outlives the
@@ -57,6 +57,8 @@ public:
   void depositCash();
   void withdrawCash();
   void payAccountFee();
+  /// Asks for the portfolio's name and comparison index, and stores them.
+  void changeProperties();
 
   /// Computes the missing days of the capital record, as every user's action on the portfolio's views begins.
   /// Reports failures itself.
@@ -76,6 +78,7 @@ public:
   long onReceiveInterest(FXObject*, FXSelector, void*);
   long onDepositCash(FXObject*, FXSelector, void*);
   long onWithdrawCash(FXObject*, FXSelector, void*);
+  long onProperties(FXObject*, FXSelector, void*);
 
 private:
   using Operation = void (SharePortfolioTreeItem::*)();
@@ -84,7 +87,10 @@ private:
   void buildSummary();
   void showCapital();
   void showGains();
+  void showTrend();
+  void readIndexFigures();
   void readIndexGains();
+  void readIndexTrend();
   void pricesCame(const std::set<String>& codes);
   void bookCash(const String& title, std::int32_t type, const String& descriptionStart);
   long handleCommand(const String& context, Operation operation);
@@ -103,8 +109,11 @@ private:
   FXLabel* m_percentCashLabel = nullptr;
   FXLabel* m_gainTodayLabel = nullptr;
   FXLabel* m_gainWeekLabel = nullptr;
-  String m_indexGainToday; ///< a percentage, "n/a" or "failed"
+  FXLabel* m_trendLabel = nullptr; ///< null without an index
+  String m_indexGainToday;         ///< a percentage, "n/a" or "failed"
   String m_indexGainWeek;
+  String m_indexTrend;    ///< what the label shows
+  String m_indexTrendTip; ///< how to read it
   std::unique_ptr<WatchedCodes> m_watchedIndex;
   std::unique_ptr<PriceWatch> m_priceWatch;
 };

@@ -1,4 +1,6 @@
 #include "views/SummaryFrame.h"
+#include "views/SummaryRow.h"
+#include "widgets/HandlerScope.h"
 #include "widgets/ToolkitText.h"
 #include <algorithm>
 
@@ -14,6 +16,8 @@ constexpr FXint VALUE_PADDING = 8;
 constexpr FXint VALUE_PADDING_VERTICAL = 3;
 constexpr FXint COLUMN_GAP = 50; ///< between the first value and the second caption
 constexpr FXint LEAST_COLUMN_GAP = 10;
+constexpr FXint BUTTON_GAP = 20;
+constexpr FXint REMARK_GAP = 40;
 constexpr FXint SHORTEST_CAPTION = 60; ///< a clipped one still shows how it begins
 
 /// Takes from the width what is too much, down to the least; gives what is then still too much.
@@ -32,22 +36,34 @@ void moveTo(FXLabel& label, FXint x, FXint width) {
   label.getParent()->recalc();
 }
 
+/// What its command asks for may take the button itself away, so it waits until the toolkit's code is done.
+class SummaryButton : public FXButton {
+public:
+  using FXButton::FXButton;
+  long handle(FXObject* sender, FXSelector selector, void* data) override {
+    const HandlerScope scope;
+    return FXButton::handle(sender, selector, data);
+  }
+};
+
 } // namespace
 
-SummaryFrame::SummaryFrame(FXComposite* page)
+SummaryFrame::SummaryFrame(FXPacker* page)
     : FXVerticalFrame(page, LAYOUT_FILL_X | FRAME_SUNKEN, 0, 0, 0, 0, 4, 4, 4, 4, 4, 4) {}
 
 void SummaryFrame::clear() {
   while (FXWindow* child = getFirst())
     delete child;
   m_row = nullptr;
+  m_rows.clear();
   m_figures.clear();
   m_captionWidths[0] = m_captionWidths[1] = m_valueWidth = 0;
   m_leastCaptionWidths[0] = m_leastCaptionWidths[1] = 0;
 }
 
 void SummaryFrame::startRow() {
-  m_row = new FXHorizontalFrame(this, LAYOUT_FILL_X, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
+  m_row = new SummaryRow(this);
+  m_rows.push_back(m_row);
   m_nextColumn = 0;
 }
 
@@ -70,6 +86,18 @@ FXLabel* SummaryFrame::addFigure(const String& caption) {
   FXint& least = m_leastCaptionWidths[figure.column];
   least = std::max(least, figure.caption->getDefaultWidth());
   return figure.value;
+}
+
+FXButton* SummaryFrame::addButton(const String& caption, FXObject* target, FXSelector command) {
+  auto* button = new SummaryButton(m_row, labelText(caption), nullptr, target, command);
+  m_row->addTail(button, BUTTON_GAP);
+  return button;
+}
+
+FXLabel* SummaryFrame::addRemark() {
+  auto* remark = new FXLabel(m_row, FXString(), nullptr, JUSTIFY_LEFT);
+  m_row->addTail(remark, REMARK_GAP);
+  return remark;
 }
 
 FXint SummaryFrame::textWidth(const FXString& text) const {
@@ -110,11 +138,34 @@ void SummaryFrame::align() {
   recalc();
 }
 
+/// Asked by the page before it gives the summary its size: with the tails below, the summary is higher.
+FXint SummaryFrame::getDefaultHeight() {
+  placeTails();
+  return FXVerticalFrame::getDefaultHeight();
+}
+
 void SummaryFrame::layout() {
+  placeTails();
   const Widths widths = fittingWidths();
   for (const Figure& figure : m_figures)
     place(figure, widths);
   FXVerticalFrame::layout();
+}
+
+FXint SummaryFrame::widthForRows() const {
+  const auto* page = static_cast<const FXPacker*>(getParent());
+  return page->getWidth() - page->getPadLeft() - page->getPadRight() - 2 * page->getBorderWidth() -
+         getPadLeft() - getPadRight() - 2 * border;
+}
+
+FXint SummaryFrame::wantedWidth() const {
+  const FXint first = m_captionWidths[0] + m_valueWidth;
+  return hasSecondColumn() ? first + COLUMN_GAP + m_captionWidths[1] + m_valueWidth : first;
+}
+
+void SummaryFrame::placeTails() {
+  for (SummaryRow* row : m_rows)
+    row->placeTail(wantedWidth(), wantedWidth() + row->tailWidth() > widthForRows());
 }
 
 bool SummaryFrame::hasSecondColumn() const {
@@ -125,10 +176,7 @@ bool SummaryFrame::hasSecondColumn() const {
 SummaryFrame::Widths SummaryFrame::fittingWidths() const {
   Widths widths{{m_captionWidths[0], m_captionWidths[1]}, m_valueWidth, COLUMN_GAP};
   const FXint columns = hasSecondColumn() ? 2 : 1;
-  FXint tooMuch =
-      widths.captions[0] + widths.value - (getWidth() - getPadLeft() - getPadRight() - 2 * border);
-  if (columns == 2)
-    tooMuch += widths.gap + widths.captions[1] + widths.value;
+  FXint tooMuch = wantedWidth() - widthForRows();
   tooMuch = squeeze(widths.gap, LEAST_COLUMN_GAP, tooMuch);
   for (FXint column = 0; column < columns; ++column)
     tooMuch = squeeze(widths.captions[column], m_leastCaptionWidths[column], tooMuch);

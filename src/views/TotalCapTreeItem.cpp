@@ -233,10 +233,15 @@ void TotalCapTreeItem::newSharePortfolio() {
                          u"Please enter the name for your new portfolio.", String(), cleanName);
   if (dialog.execute() == 0)
     return;
-  if (m_portfolios->contains(dialog.text()))
-    MainWindow::error(u"There is already another portfolio with this name!");
-  else
+  if (checkNewName(dialog.text()))
     makePortfolio(dialog.text());
+}
+
+bool TotalCapTreeItem::checkNewName(const String& name) const {
+  if (!m_portfolios->contains(name))
+    return true;
+  MainWindow::error(u"There is already another portfolio with this name!");
+  return false;
 }
 
 void TotalCapTreeItem::makePortfolio(const String& name) {
@@ -251,12 +256,8 @@ void TotalCapTreeItem::renamePortfolio(const String& oldName, const String& newN
     return;
   const String name = cleanName(newName);
   const auto found = m_portfolios->find(oldName);
-  if (found == m_portfolios->end() || name.empty() || name == oldName)
+  if (found == m_portfolios->end() || name.empty() || name == oldName || !checkNewName(name))
     return;
-  if (m_portfolios->contains(name)) {
-    MainWindow::error(u"There is already another portfolio with this name!");
-    return;
-  }
   TreeState state(*investmentTree());
   state.rename(oldName, name);
   found->second->rename(name);

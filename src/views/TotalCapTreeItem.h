@@ -43,6 +43,8 @@ public:
   /// Gives the portfolio another name, which is cleaned first. The name it has, an empty one or an unknown
   /// old name does nothing; one that is taken is refused with a message.
   void renamePortfolio(const String& oldName, const String& newName);
+  /// Whether a portfolio may have that name from now on; tells the user why not.
+  bool checkNewName(const String& name) const;
   /// Makes all nodes anew from the open portfolios: after some came from elsewhere (an import, the wizard).
   /// The page that was shown stays in sight; with the name of a portfolio, that one is shown instead.
   void reloadPortfolios(const String& showPortfolio = String());

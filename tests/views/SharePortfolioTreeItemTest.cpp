@@ -25,6 +25,27 @@ protected:
     market().setDay(u"^IDX", Date(2026, 3, 2), yesterday);
     market().setDay(u"^IDX", Date(2026, 3, 3), today);
   }
+  /// As far back as the moving averages reach, at 4,000.00 but for yesterday and today.
+  void longIndex(double yesterday, double today) {
+    market().setHistory(u"^IDX", Date(2025, 11, 3), Date(2026, 1, 19), 4000.0);
+    index(yesterday, today);
+  }
+  FXButton& setIndexButton(const String& name) {
+    return dynamic_cast<FXButton&>(button(*node(name).page(), " set index "));
+  }
+  /// The text behind the button "set index"; null when there is none.
+  FXLabel* trend(const String& name) { return dynamic_cast<FXLabel*>(setIndexButton(name).getNext()); }
+  std::string trendText(const String& name) {
+    return trend(name) ? trend(name)->getText().text() : "no trend";
+  }
+  /// The answers of the form for name and index.
+  void enterProperties(const std::string& name, const std::string& index) {
+    whenModal("Portfolio Properties", [=, this](FXWindow& dialog) {
+      type(field(dialog, "Name"), name);
+      type(field(dialog, "Comparison Index"), index);
+      press(dialog, "OK");
+    });
+  }
 };
 
 TEST_F(SharePortfolioTreeItemTest, SummaryShowsCapitalAndGains) {
@@ -56,6 +77,7 @@ TEST_F(SharePortfolioTreeItemTest, IndexThatFailsLeavesThePortfoliosGains) {
   showTree();
   EXPECT_EQ("2.91% (failed)", figure(node(u"Trading"), "Gain today (index)"));
   EXPECT_EQ("5.47% (failed)", figure(node(u"Trading"), "Gain this week (index)"));
+  EXPECT_EQ("<index trend disabled>", trendText(u"Trading"));
 }
 
 TEST_F(SharePortfolioTreeItemTest, PriceOfTheIndexRefreshesItsGains) {
@@ -91,7 +113,7 @@ TEST_F(SharePortfolioTreeItemTest, PopupNamesThePortfolioAsItStands) {
   EXPECT_THAT(popupOf(node(u"A & B"), "Buy shares..."),
               ElementsAre("Buy shares...", "Sell shares...", "Receive a dividend...", "Receive interest...",
                           "Deposit cash...", "Withdraw cash...", "Rename share portfolio A & B...",
-                          "Delete share portfolio A & B..."));
+                          "Delete share portfolio A & B...", "Set portfolio comparison index..."));
   EXPECT_EQ("A & B", node(u"A & B").label().toUTF8());
   EXPECT_TRUE(shows(*node(u"A & B").page(), "A & B"));
 }
@@ -253,6 +275,137 @@ TEST_F(SharePortfolioTreeItemTest, FailuresOfFormsAreReported) {
     });
 }
 
+// ---- The comparison index ----
+
+TEST_F(SharePortfolioTreeItemTest, ButtonOfTheSummarySetsTheIndex) {
+  longIndex(4100.0, 4182.0);
+  addTrading();
+  showTree();
+  leftClick(node(u"Trading"));
+  EXPECT_EQ("no trend", trendText(u"Trading"));
+  enterProperties("Trading", "^IDX");
+  press(setIndexButton(u"Trading"));
+  EXPECT_EQ(String(u"^IDX"), portfolios()[u"Trading"]->comparisonIndex());
+  EXPECT_EQ("2.91% (2.00%)", figure(node(u"Trading"), "Gain today (index)"));
+  EXPECT_EQ("Index trend: rising (10 day average 4018.18, 30 day average 4006.45)", trendText(u"Trading"));
+  EXPECT_TRUE(TallymoorInternet::Instance().priceUpdater().hasCode(u"^IDX"));
+  EXPECT_EQ(&node(u"Trading"), tree().shownItem());
+}
+
+TEST_F(SharePortfolioTreeItemTest, EmptyCodeTakesTheIndexAway) {
+  longIndex(4100.0, 4182.0);
+  addTrading().setComparisonIndex(u"^IDX");
+  showTree();
+  choose(node(u"Trading"), "Set portfolio comparison index...", [this] { enterProperties("Trading", ""); });
+  EXPECT_EQ(0u, records().subElement(u"SharePortfolios").numSubElements(u"ComparisonIndex"));
+  EXPECT_EQ("2.91% (n/a)", figure(node(u"Trading"), "Gain today (index)"));
+  EXPECT_EQ("no trend", trendText(u"Trading"));
+  EXPECT_FALSE(TallymoorInternet::Instance().priceUpdater().hasCode(u"^IDX"));
+}
+
+TEST_F(SharePortfolioTreeItemTest, AnotherIndexTakesThePlaceOfTheFirst) {
+  longIndex(4100.0, 4182.0);
+  market().setHistory(u"^TWO", Date(2025, 11, 3), Date(2026, 3, 3), 700.0);
+  addTrading().setComparisonIndex(u"^IDX");
+  showTree();
+  choose(node(u"Trading"), "Set portfolio comparison index...",
+         [this] { enterProperties("Trading", "^TWO"); });
+  EXPECT_EQ(1u, records().subElement(u"SharePortfolios").numSubElements(u"ComparisonIndex"));
+  EXPECT_EQ("2.91% (0.00%)", figure(node(u"Trading"), "Gain today (index)"));
+  EXPECT_EQ("Index trend: steady (10 day average 700.00, 30 day average 700.00)", trendText(u"Trading"));
+  EXPECT_FALSE(TallymoorInternet::Instance().priceUpdater().hasCode(u"^IDX"));
+}
+
+TEST_F(SharePortfolioTreeItemTest, PropertiesRenameThePortfolioToo) {
+  longIndex(4100.0, 4182.0);
+  addTrading();
+  showTree();
+  leftClick(node(u"Trading"));
+  choose(node(u"Trading"), "Set portfolio comparison index...",
+         [this] { enterProperties("Savings", "^IDX"); });
+  EXPECT_THAT(childLabels(root()), ElementsAre("Savings"));
+  EXPECT_EQ(String(u"^IDX"), portfolios()[u"Savings"]->comparisonIndex());
+  EXPECT_EQ(&node(u"Savings"), tree().shownItem());
+  EXPECT_TRUE(root().takePortfoliosChanged());
+}
+
+TEST_F(SharePortfolioTreeItemTest, NameThatIsTakenIsRefusedInTheProperties) {
+  addTrading();
+  addPortfolio(u"Another");
+  showTree();
+  choose(node(u"Trading"), "Set portfolio comparison index...", [this] {
+    whenModal("Portfolio Properties", [this](FXWindow& dialog) {
+      type(field(dialog, "Name"), "Another");
+      answer("There is already another portfolio with this name!", "OK");
+      press(dialog, "OK");
+      EXPECT_TRUE(dialog.shown());
+      press(dialog, "Cancel");
+    });
+  });
+  EXPECT_THAT(childLabels(root()), ElementsAre("Another", "Trading"));
+}
+
+TEST_F(SharePortfolioTreeItemTest, FailureOfTheRenameKeepsTheNewIndex) {
+  addTrading();
+  showTree();
+  TestProfile::writeFile(profile().dataFolder() + u"SavingsCapRecord.xml/in the way", "");
+  index(4100.0, 4182.0);
+  std::string box;
+  choose(node(u"Trading"), "Set portfolio comparison index...", [&] {
+    enterProperties("Savings", "^IDX");
+    whenModal("SharePortfolioTreeItem::onProperties failed.", [&](FXWindow& message) {
+      box = labels(message).front();
+      press(message, "OK");
+    });
+  });
+  EXPECT_THAT(childLabels(root()), ElementsAre("Trading"));
+  EXPECT_EQ("2.91% (2.00%)", figure(node(u"Trading"), "Gain today (index)"));
+}
+
+TEST_F(SharePortfolioTreeItemTest, CancelledPropertiesChangeNothing) {
+  addTrading();
+  showTree();
+  choose(node(u"Trading"), "Set portfolio comparison index...", [this] {
+    whenModal("Portfolio Properties", [this](FXWindow& dialog) {
+      type(field(dialog, "Name"), "Another");
+      type(field(dialog, "Comparison Index"), "^IDX");
+      press(dialog, "Cancel");
+    });
+  });
+  EXPECT_THAT(childLabels(root()), ElementsAre("Trading"));
+  EXPECT_FALSE(portfolios()[u"Trading"]->hasComparisonIndex());
+}
+
+TEST_F(SharePortfolioTreeItemTest, FallingIndexIsCalledFalling) {
+  longIndex(3900.0, 4182.0);
+  addTrading().setComparisonIndex(u"^IDX");
+  showTree();
+  EXPECT_EQ("Index trend: falling (10 day average 3981.82, 30 day average 3993.55)", trendText(u"Trading"));
+  EXPECT_STREQ("^IDX is falling: its average of the last 10 weekdays is 3981.82, that of the last 30 is "
+               "3993.55.\nRecent days weigh more in both (exponential averages).",
+               trend(u"Trading")->getTipText().text());
+}
+
+TEST_F(SharePortfolioTreeItemTest, PeriodsOfTheTrendAreTheUsers) {
+  longIndex(4100.0, 4182.0);
+  indexTrendShort = 4.9; // the fraction is cut off
+  indexTrendLong = 19.0;
+  addTrading().setComparisonIndex(u"^IDX");
+  showTree();
+  EXPECT_EQ("Index trend: rising (4 day average 4040.00, 19 day average 4010.00)", trendText(u"Trading"));
+  readSettings();
+}
+
+TEST_F(SharePortfolioTreeItemTest, IndexTooYoungForATrendStillShowsItsGains) {
+  index(4100.0, 4182.0);
+  addTrading().setComparisonIndex(u"^IDX");
+  showTree();
+  EXPECT_EQ("2.91% (2.00%)", figure(node(u"Trading"), "Gain today (index)"));
+  EXPECT_EQ("<index trend disabled>", trendText(u"Trading"));
+  EXPECT_STREQ("The prices of ^IDX that its moving averages need can't be had.",
+               trend(u"Trading")->getTipText().text());
+}
+
 // ---- Renaming ----
 
 TEST_F(SharePortfolioTreeItemTest, RenamingTakesRecordsFileTreeAndTrayAlong) {
@@ -389,6 +542,10 @@ TEST_F(SharePortfolioTreeItemTest, FailuresOfCommandsAreReported) {
   choose(node(u"Trading"), "Delete share portfolio Trading...", [this] {
     failInside("Are you sure you want to delete share portfolio Trading?");
     answer("SharePortfolioTreeItem::onDeleteSharePortfolio failed. Exception : test", "OK");
+  });
+  choose(node(u"Trading"), "Set portfolio comparison index...", [this] {
+    failInside("Portfolio Properties");
+    answer("SharePortfolioTreeItem::onProperties failed. Exception : test", "OK");
   });
   failInside("Buy shares...");
   answer("SharePortfolioTreeItem::onRightClick failed. Exception : test", "OK");

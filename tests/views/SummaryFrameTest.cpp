@@ -94,5 +94,54 @@ TEST_F(SummaryFrameTest, RoomThatComesBackIsUsedAgain) {
   EXPECT_EQ(50, gap());
 }
 
+// ---- The tail behind the figures ----
+
+class SummaryTailTest : public SummaryFrameTest {
+protected:
+  void SetUp() override {
+    SummaryFrameTest::SetUp();
+    m_page->setWidth(1200);
+    m_summary->startRow();
+    m_button = m_summary->addButton(u"set & go", &m_target, 7);
+    m_remark = m_summary->addRemark();
+    m_remark->setText("a remark of some length about the figures");
+    show(u"Capital in shares"); // in a row of its own
+    m_row = dynamic_cast<FXComposite*>(m_button->getParent());
+  }
+  FXint figuresEnd() const { return right(*m_second); }
+
+  FXObject m_target;
+  FXButton* m_button = nullptr;
+  FXLabel* m_remark = nullptr;
+  FXComposite* m_row = nullptr;
+};
+
+TEST_F(SummaryTailTest, StandsBehindTheFigures) {
+  EXPECT_EQ(figuresEnd() + 20, m_button->getX());
+  EXPECT_EQ(right(*m_button) + 40, m_remark->getX());
+  EXPECT_STREQ("set & go", m_button->getText().text());
+  EXPECT_TRUE(showsWholeText(*m_remark));
+  EXPECT_LE(right(*m_remark), m_row->getWidth());
+}
+
+TEST_F(SummaryTailTest, GoesBelowTheFiguresInANarrowPage) {
+  const FXint high = m_summary->getHeight();
+  setPageWidth(figuresEnd() + 60);
+  EXPECT_EQ(0, m_button->getX());
+  EXPECT_EQ(right(*m_button) + 40, m_remark->getX());
+  EXPECT_TRUE(showsWholeText(*m_remark));
+  EXPECT_GE(m_row->getHeight(), m_button->getY() + m_button->getHeight());
+  EXPECT_GE(m_summary->getHeight(), m_row->getY() + m_row->getHeight());
+  setPageWidth(1200);
+  EXPECT_EQ(figuresEnd() + 20, m_button->getX());
+  EXPECT_EQ(high, m_summary->getHeight());
+}
+
+TEST_F(SummaryTailTest, EndOfTheRemarkIsCutInAVeryNarrowPage) {
+  setPageWidth(200);
+  EXPECT_EQ(m_row->getWidth(), right(*m_remark));
+  EXPECT_FALSE(showsWholeText(*m_remark));
+}
+
 } // namespace
 } // namespace Tallymoor
