@@ -1,0 +1,443 @@
+#include "widgets/ChartLayout.h"
+#include "widgets/ChartTexts.h"
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numeric>
+
+namespace Tallymoor {
+
+namespace {
+
+constexpr double LEAST_LINES_FOR_TITLE = 9.0;
+constexpr double LEAST_LINES_FOR_LEGEND = 6.0;
+constexpr double LEAST_LINES_FOR_TIMES = 4.0;
+constexpr double LINES_BETWEEN_VALUES = 2.2;
+constexpr double LEAST_LINES_BETWEEN_LABELS = 1.2;
+constexpr double LARGEST_PART_FOR_VALUES = 0.35;
+constexpr int MOST_VALUE_STEPS = 8;
+constexpr std::size_t MOST_TIME_TICKS = 200;
+constexpr double BOLD = 1.2;         ///< how much wider than others bold text may be, as the title is
+constexpr double SAMPLE_LINES = 1.8; ///< width of a legend's sample, in heights of a line
+
+bool isFinite(const ChartPoint& point) {
+  return std::isfinite(point.value);
+}
+
+bool isBefore(const ChartPoint& point, const Date& day) {
+  return point.day < day;
+}
+
+/// The series' value on the day: its point's, or that of the straight line between the points around it.
+std::optional<double> valueOn(const ChartSeries& series, const Date& day) {
+  const auto at = std::lower_bound(series.points.begin(), series.points.end(), day, isBefore);
+  if (at == series.points.end())
+    return std::nullopt;
+  if (at->day == day)
+    return isFinite(*at) ? std::optional(at->value) : std::nullopt;
+  if (!series.straight || at == series.points.begin() || !isFinite(*at) || !isFinite(*(at - 1)))
+    return std::nullopt;
+  const ChartPoint& before = *(at - 1);
+  const double part = double(day.daysSince(before.day)) / at->day.daysSince(before.day);
+  return before.value + (at->value - before.value) * part;
+}
+
+/// The points of one pixel column: where the line enters and leaves it, and its least and greatest value.
+class Column {
+public:
+  void add(const ChartPixel& pixel) {
+    if (m_count == 0)
+      m_first = m_least = m_greatest = pixel;
+    m_last = pixel;
+    if (pixel.y < m_least.y)
+      m_least = pixel;
+    if (pixel.y > m_greatest.y)
+      m_greatest = pixel;
+    ++m_count;
+  }
+  void moveTo(std::vector<ChartPixel>& line) {
+    if (m_count > 0) {
+      line.push_back(m_first);
+      const bool leastFirst = m_least.x < m_greatest.x;
+      append(line, leastFirst ? m_least : m_greatest);
+      append(line, leastFirst ? m_greatest : m_least);
+      append(line, m_last);
+    }
+    m_count = 0;
+  }
+
+private:
+  static void append(std::vector<ChartPixel>& line, const ChartPixel& pixel) {
+    if (pixel.x > line.back().x)
+      line.push_back(pixel);
+  }
+
+  ChartPixel m_first{}, m_least{}, m_greatest{}, m_last{};
+  int m_count = 0;
+};
+
+} // namespace
+
+ChartMetrics ChartMetrics::estimated(double fontSize) {
+  const auto width = [fontSize](const String& text) {
+    double units = 0.0;
+    for (const char16_t unit : text)
+      units += unit >= 0x1100 ? 1.05 : unit == u' ' || unit == u'.' || unit == u',' ? 0.35 : 0.66;
+    return units * fontSize;
+  };
+  return {width, fontSize * 1.25};
+}
+
+ChartLayout::ChartLayout(const ChartModel& model, double width, double height, const ChartMetrics& metrics)
+    : m_model(model), m_width(width), m_height(height), m_metrics(metrics), m_gap(metrics.lineHeight * 0.4),
+      m_top(m_gap) {
+  collectDays();
+  placeTitle();
+  if (isEmpty()) {
+    placeEmptyText();
+    return;
+  }
+  findValueRange();
+  placeLegend();
+  placePlot();
+  placeValueTicks();
+  placeTimeTicks();
+}
+
+void ChartLayout::collectDays() {
+  const auto collect = [this](bool straight) {
+    for (const ChartSeries& series : m_model.series)
+      if (series.straight == straight)
+        for (const ChartPoint& point : series.points)
+          if (isFinite(point))
+            m_days.push_back(point.day);
+  };
+  collect(false);
+  if (m_days.empty())
+    collect(true);
+  if (m_days.empty())
+    return;
+  for (const ChartMarker& marker : m_model.markers)
+    m_days.push_back(marker.day);
+  std::sort(m_days.begin(), m_days.end());
+  m_days.erase(std::unique(m_days.begin(), m_days.end()), m_days.end());
+}
+
+void ChartLayout::findValueRange() {
+  m_low = std::numeric_limits<double>::max();
+  m_high = -m_low;
+  const auto widen = [this](double value) {
+    if (!std::isfinite(value))
+      return;
+    m_low = std::min(m_low, value);
+    m_high = std::max(m_high, value);
+  };
+  for (const ChartSeries& series : m_model.series)
+    for (const ChartPoint& point : series.points)
+      widen(point.value);
+  for (const ChartMarker& marker : m_model.markers)
+    widen(marker.value);
+  // A level far away would press the line flat: it is told in the legend alone.
+  const double reach = std::max(m_high - m_low, std::abs(m_high) * 0.1);
+  const double lowest = m_low - reach;
+  const double highest = m_high + reach;
+  for (const ChartLevel& level : m_model.levels)
+    if (level.value >= lowest && level.value <= highest)
+      widen(level.value);
+}
+
+void ChartLayout::placeTitle() {
+  const bool hasRoom = m_height >= LEAST_LINES_FOR_TITLE * m_metrics.lineHeight &&
+                       m_metrics.textWidth(m_model.title) * BOLD <= m_width - 2 * m_gap;
+  if (m_model.title.empty() || !hasRoom)
+    return;
+  m_title = {m_gap, m_top, m_model.title};
+  m_top += m_metrics.lineHeight + m_gap / 2;
+}
+
+/// Broken at blanks where it is wider than the chart.
+void ChartLayout::placeEmptyText() {
+  std::vector<String> lines;
+  String line;
+  std::size_t begin = 0;
+  while (begin < m_model.emptyText.size()) {
+    const std::size_t end = std::min(m_model.emptyText.find(u' ', begin), m_model.emptyText.size());
+    const String word = m_model.emptyText.substr(begin, end - begin);
+    const String longer = line.empty() ? word : line + u" " + word;
+    if (line.empty() || m_metrics.textWidth(longer) <= m_width - 2 * m_gap) {
+      line = longer;
+    } else {
+      lines.push_back(line);
+      line = word;
+    }
+    begin = end + 1;
+  }
+  lines.push_back(line);
+  double y = std::max(m_top, (m_height - m_metrics.lineHeight * double(lines.size())) / 2);
+  for (const String& text : lines) {
+    m_emptyText.push_back({std::max(0.0, (m_width - m_metrics.textWidth(text)) / 2), y, text});
+    y += m_metrics.lineHeight;
+  }
+}
+
+String ChartLayout::keyNameOf(const ChartLevel& level) const {
+  return level.name + u" " + chartValueText(level.value, m_model.unit);
+}
+
+void ChartLayout::placeLegend() {
+  if (m_height < LEAST_LINES_FOR_LEGEND * m_metrics.lineHeight)
+    return;
+  const double before = m_top;
+  for (std::size_t i = 0; i < m_model.series.size(); ++i)
+    if (std::any_of(m_model.series[i].points.begin(), m_model.series[i].points.end(), isFinite))
+      addKey(ChartKey::SERIES, i, m_model.series[i].name);
+  for (std::size_t i = 0; i < m_model.levels.size(); ++i)
+    addKey(ChartKey::LEVEL, i, keyNameOf(m_model.levels[i]));
+  const auto has = [this](bool up) {
+    return std::any_of(m_model.markers.begin(), m_model.markers.end(),
+                       [up](const ChartMarker& marker) { return marker.up == up; });
+  };
+  if (has(true))
+    addKey(ChartKey::PURCHASES, 0, u"Purchases");
+  if (has(false))
+    addKey(ChartKey::SALES, 0, u"Sales");
+  if (m_legend.empty())
+    return;
+  m_top = m_legend.back().name.y + m_metrics.lineHeight + m_gap;
+  const double right =
+      std::accumulate(m_legend.begin(), m_legend.end(), 0.0, [this](double x, const ChartKey& key) {
+        return std::max(x, key.name.x + m_metrics.textWidth(key.name.text));
+      });
+  // One that is too wide or takes most of the height is left out as a whole, rather than told in part.
+  if (right > m_width || m_top > m_height / 2) {
+    m_legend.clear();
+    m_top = before;
+  }
+}
+
+void ChartLayout::addKey(ChartKey::Kind kind, std::size_t index, const String& name) {
+  const double line = m_metrics.lineHeight;
+  const bool isMarker = kind == ChartKey::PURCHASES || kind == ChartKey::SALES;
+  const double sampleWidth = isMarker ? line : line * SAMPLE_LINES;
+  double x = m_gap;
+  double y = m_top;
+  if (!m_legend.empty()) {
+    const ChartText& last = m_legend.back().name;
+    x = last.x + m_metrics.textWidth(last.text) + line;
+    y = last.y;
+    if (x + sampleWidth + m_gap + m_metrics.textWidth(name) > m_width - m_gap) {
+      x = m_gap;
+      y += line * 1.1;
+    }
+  }
+  m_legend.push_back({kind, index, {x, y, sampleWidth, line}, {x + sampleWidth + m_gap, y, name}});
+}
+
+void ChartLayout::placePlot() {
+  const double line = m_metrics.lineHeight;
+  const bool hasTimes = m_height >= LEAST_LINES_FOR_TIMES * line;
+  const double top = m_top + line / 2;
+  const double bottom = m_height - (hasTimes ? line * 1.5 : m_gap);
+  m_plot.y = top;
+  m_plot.height = std::max(1.0, bottom - top);
+  const int steps = std::clamp(int(m_plot.height / (LINES_BETWEEN_VALUES * line)), 1, MOST_VALUE_STEPS);
+  m_scale = ValueScale::over(m_low, m_high, steps);
+  const auto widest = [this] {
+    double width = 0.0;
+    for (const double value : m_scale.ticks())
+      width = std::max(width, m_metrics.textWidth(valueLabel(value)));
+    return width;
+  };
+  const double most = m_width * LARGEST_PART_FOR_VALUES;
+  double labels = widest();
+  if (labels > most) {
+    m_shortLabels = true;
+    labels = widest();
+  }
+  m_hasValueLabels = labels <= most;
+  m_plot.x = m_hasValueLabels ? 2 * m_gap + labels : m_gap;
+  m_plot.width = std::max(1.0, m_width - 2 * m_gap - m_plot.x);
+}
+
+String ChartLayout::valueLabel(double value) const {
+  return m_shortLabels ? chartShortAxisText(value, m_scale.step, m_model.unit)
+                       : chartAxisText(value, m_scale.step, m_model.unit);
+}
+
+void ChartLayout::placeValueTicks() {
+  const double line = m_metrics.lineHeight;
+  double lastLabel = std::numeric_limits<double>::max();
+  for (const double value : m_scale.ticks()) {
+    ChartTick tick{yOf(value), std::nullopt};
+    const double top = tick.position - line / 2;
+    const bool hasRoom = lastLabel - tick.position >= LEAST_LINES_BETWEEN_LABELS * line && top >= 0.0 &&
+                         top + line <= m_height;
+    if (m_hasValueLabels && hasRoom) {
+      const String text = valueLabel(value);
+      tick.label = ChartText{m_plot.x - m_gap - m_metrics.textWidth(text), top, text};
+      lastLabel = tick.position;
+    }
+    m_valueTicks.push_back(tick);
+  }
+}
+
+ChartTick ChartLayout::timeTick(const Date& day, const String& label) const {
+  const double x = xOf(day);
+  const double width = m_metrics.textWidth(label);
+  const double left = std::clamp(x - width / 2, 0.0, std::max(0.0, m_width - m_gap / 2 - width));
+  return {x, ChartText{left, m_plot.bottom() + m_metrics.lineHeight * 0.35, label}};
+}
+
+std::vector<ChartTick> ChartLayout::timeTicksFor(const TimeStep& step) const {
+  std::vector<ChartTick> ticks;
+  for (const Date& day : step.ticks(firstDay(), lastDay(), MOST_TIME_TICKS))
+    ticks.push_back(timeTick(day, step.label(day, ticks.empty())));
+  return ticks;
+}
+
+std::vector<ChartTick> ChartLayout::ticksAtTheEnds() const {
+  std::vector<ChartTick> ticks{timeTick(firstDay(), firstDay().toString(DATE_DISPLAY_LOCAL))};
+  if (firstDay() != lastDay())
+    ticks.push_back(timeTick(lastDay(), lastDay().toString(DATE_DISPLAY_LOCAL)));
+  return ticks;
+}
+
+bool ChartLayout::labelsFit(const std::vector<ChartTick>& ticks) const {
+  double end = -m_gap;
+  for (const ChartTick& tick : ticks) {
+    if (tick.label->x < end + 2 * m_gap && end >= 0.0)
+      return false;
+    end = tick.label->x + m_metrics.textWidth(tick.label->text);
+    if (end > m_width)
+      return false;
+  }
+  return ticks.size() < MOST_TIME_TICKS;
+}
+
+void ChartLayout::placeTimeTicks() {
+  for (const TimeStep& step : TimeStep::all()) {
+    m_timeTicks = timeTicksFor(step);
+    if (labelsFit(m_timeTicks))
+      break;
+  }
+  if (m_timeTicks.empty())
+    m_timeTicks = ticksAtTheEnds();
+  const bool hasRoom = m_height >= LEAST_LINES_FOR_TIMES * m_metrics.lineHeight;
+  if (!hasRoom || !labelsFit(m_timeTicks))
+    for (ChartTick& tick : m_timeTicks)
+      tick.label.reset();
+}
+
+double ChartLayout::xOf(const Date& day) const {
+  const int days = lastDay().daysSince(firstDay());
+  const double part = days == 0 ? 0.5 : double(day.daysSince(firstDay())) / days;
+  return m_plot.x + part * m_plot.width;
+}
+
+double ChartLayout::yOf(double value) const {
+  return m_plot.y + (m_scale.high - value) / (m_scale.high - m_scale.low) * m_plot.height;
+}
+
+std::vector<ChartPixel> ChartLayout::line(std::size_t series) const {
+  std::vector<ChartPixel> line;
+  Column column;
+  double columnStart = -1.0;
+  for (const ChartPoint& point : m_model.series[series].points) {
+    if (!isFinite(point))
+      continue;
+    const ChartPixel pixel{xOf(point.day), yOf(point.value)};
+    if (std::floor(pixel.x) != columnStart)
+      column.moveTo(line);
+    columnStart = std::floor(pixel.x);
+    column.add(pixel);
+  }
+  column.moveTo(line);
+  return line;
+}
+
+ChartPixel ChartLayout::markerPosition(const ChartMarker& marker) const {
+  return {xOf(marker.day), yOf(marker.value)};
+}
+
+std::optional<double> ChartLayout::levelPosition(std::size_t level) const {
+  const double value = m_model.levels[level].value;
+  if (!(value >= m_scale.low && value <= m_scale.high))
+    return std::nullopt;
+  return yOf(value);
+}
+
+std::optional<ChartArea> ChartLayout::band() const {
+  if (isEmpty() || m_model.levels.size() != 2)
+    return std::nullopt;
+  const auto [low, high] = std::minmax(m_model.levels[0].value, m_model.levels[1].value);
+  if (!(low < m_scale.high && high > m_scale.low))
+    return std::nullopt;
+  const double top = yOf(std::min(high, m_scale.high));
+  const double bottom = yOf(std::max(low, m_scale.low));
+  return ChartArea{m_plot.x, top, m_plot.width, bottom - top};
+}
+
+std::optional<Date> ChartLayout::dayAt(double x) const {
+  if (isEmpty() || x < m_plot.x - m_gap || x > m_plot.right() + m_gap)
+    return std::nullopt;
+  const int days = lastDay().daysSince(firstDay());
+  const double wish = std::clamp((x - m_plot.x) / m_plot.width, 0.0, 1.0) * days;
+  const Date floorDay = firstDay().plusDays(int(std::floor(wish)));
+  const auto after = std::upper_bound(m_days.begin(), m_days.end(), floorDay);
+  if (after == m_days.end())
+    return lastDay();
+  if (after == m_days.begin())
+    return firstDay();
+  const double toBefore = wish - (after - 1)->daysSince(firstDay());
+  const double toAfter = after->daysSince(firstDay()) - wish;
+  return toBefore <= toAfter ? *(after - 1) : *after;
+}
+
+Date ChartLayout::dayBeside(const Date& day, int steps) const {
+  const auto at = std::lower_bound(m_days.begin(), m_days.end(), day);
+  const auto place =
+      std::clamp<std::ptrdiff_t>(at - m_days.begin() + steps, 0, std::ptrdiff_t(m_days.size()) - 1);
+  return m_days[std::size_t(place)];
+}
+
+ChartReading ChartLayout::reading(const Date& day) const {
+  ChartReading reading{day, xOf(day), {}, {}};
+  for (std::size_t i = 0; i < m_model.series.size(); ++i)
+    if (const std::optional<double> value = valueOn(m_model.series[i], day))
+      reading.values.push_back({i, *value, yOf(*value)});
+  for (const ChartMarker& marker : m_model.markers)
+    if (marker.day == day)
+      reading.notes.push_back(marker.text);
+  return reading;
+}
+
+ChartBox ChartLayout::boxOf(const ChartReading& reading) const {
+  ChartBox box;
+  box.lines.push_back({std::nullopt, {0, 0, reading.day.toString(DATE_DISPLAY_LOCAL)}});
+  for (const ChartReading::Value& value : reading.values)
+    box.lines.push_back(
+        {value.series,
+         {0, 0, m_model.series[value.series].name + u"  " + chartValueText(value.value, m_model.unit)}});
+  for (const String& note : reading.notes)
+    box.lines.push_back({std::nullopt, {0, 0, note}});
+
+  const double line = m_metrics.lineHeight;
+  for (const ChartBox::Line& entry : box.lines)
+    box.area.width =
+        std::max(box.area.width, m_metrics.textWidth(entry.text.text) + (entry.series ? line : 0.0));
+  box.area.width += 2 * m_gap;
+  box.area.height = line * double(box.lines.size()) + 2 * m_gap;
+  const double right = reading.x + line;
+  box.area.x = right + box.area.width <= m_width ? right : reading.x - line - box.area.width;
+  box.area.x = std::clamp(box.area.x, 0.0, std::max(0.0, m_width - box.area.width));
+  box.area.y = std::clamp(m_plot.y + m_gap, 0.0, std::max(0.0, m_height - box.area.height));
+  double y = box.area.y + m_gap;
+  for (ChartBox::Line& entry : box.lines) {
+    entry.text.x = box.area.x + m_gap + (entry.series ? line : 0.0);
+    entry.text.y = y;
+    y += line;
+  }
+  return box;
+}
+
+} // namespace Tallymoor
