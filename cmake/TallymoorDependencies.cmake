@@ -20,6 +20,8 @@ find_package(ICU REQUIRED COMPONENTS i18n uc)
 add_library(Icu::Icu INTERFACE IMPORTED)
 target_link_libraries(Icu::Icu INTERFACE ICU::i18n ICU::uc)
 
+find_package(sdbus-c++ 1.2 REQUIRED)
+
 # Only the sample data service and the servers inside tests use it.
 find_path(HTTPLIB_INCLUDE_DIR httplib.h REQUIRED)
 find_library(HTTPLIB_LIBRARY cpp-httplib REQUIRED)

@@ -5,8 +5,9 @@
 packages=(
   g++ cmake ninja-build pkg-config
   libfox-1.6-dev libxerces-c-dev libcurl4-openssl-dev libicu-dev libxslt1-dev libcpp-httplib-dev
+  libsdbus-c++-dev
   libgtest-dev libgmock-dev libbenchmark-dev
-  xvfb xauth xdotool openbox imagemagick fonts-dejavu-core xdg-utils dbus procps libxml2-dev python3
+  xvfb xauth xdotool openbox imagemagick fonts-dejavu-core xdg-utils dbus dbus-daemon procps libxml2-dev python3
 )
 
 say() { printf '%s\n' "$*" >&2; }

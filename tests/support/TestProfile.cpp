@@ -32,6 +32,9 @@ TestProfile::TestProfile(const std::string& locale) : TestProfile(locale, Date(2
 TestProfile::TestProfile(const std::string& locale, const Date& today) : m_folder(makeScratchFolder()) {
   setEnvironment("HOME", m_folder);
   setEnvironment("XDG_DATA_HOME", m_folder + "/share");
+  // The desktop on which the tests run is none of their business.
+  setEnvironment("DBUS_SESSION_BUS_ADDRESS", "disabled:");
+  setEnvironment("SESSION_MANAGER", "");
   setLocale(locale);
   Date::clearFixedDate();
   setToday(today);

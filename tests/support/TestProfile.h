@@ -9,8 +9,8 @@
 namespace Tallymoor {
 
 /// A user of his own for a test: a scratch folder as home and data folder, a platform with a chosen locale, a
-/// fixed today with no view date, and settings in memory. The end of the scope puts everything back and
-/// removes the folder. One at a time, made while no thread runs.
+/// fixed today with no view date, settings in memory, and no desktop session. The end of the scope puts
+/// everything back and removes the folder. One at a time, made while no thread runs.
 class TestProfile {
 public:
   /// Today is 3 March 2026.

@@ -1,0 +1,15 @@
+#pragma once
+#include "foundation/String.h"
+#include <cstddef>
+
+namespace Tallymoor {
+
+/// The text's beginning, at most so many units; no character is cut in two.
+inline String firstUnits(const String& text, std::size_t length) {
+  if (text.size() <= length)
+    return text;
+  const bool splitsPair = length > 0 && (text[length - 1] & 0xFC00) == 0xD800;
+  return text.substr(0, splitsPair ? length - 1 : length);
+}
+
+} // namespace Tallymoor
