@@ -234,7 +234,7 @@ void TallymoorInternet::completeHistory(const String& code, const Date& first, c
   const BackgroundPassScope askNothing;
   // Whoever asks for a price hears of an unreadable file, so its failure is not used up here.
   if (!m_client || m_cache.shareOrEmpty(code).unreadable || !lastMissingDay(code, first, last) ||
-      !isFirstCompletion(code, last))
+      !isFirstCompletion(code, first, last))
     return;
   try {
     fetchMissingDays(code, first, last);
@@ -243,10 +243,10 @@ void TallymoorInternet::completeHistory(const String& code, const Date& first, c
   }
 }
 
-/// True once a day for a code and last day.
-bool TallymoorInternet::isFirstCompletion(const String& code, const Date& last) {
+/// True once a day for a code and stretch of days.
+bool TallymoorInternet::isFirstCompletion(const String& code, const Date& first, const Date& last) {
   const Date now = Date::realToday();
-  const auto [tried, isNew] = m_completions.try_emplace({code, last}, now);
+  const auto [tried, isNew] = m_completions.try_emplace({code, first, last}, now);
   return isNew || std::exchange(tried->second, now) != now;
 }
 
@@ -265,9 +265,10 @@ void TallymoorInternet::fetchMissingDays(const String& code, const Date& first, 
 
 std::optional<Date> TallymoorInternet::lastMissingDay(const String& code, const Date& first,
                                                       const Date& last) {
-  const CachedShare& known = m_cache.shareOrEmpty(code);
+  const SharePriceCache::Rows& rows = m_cache.shareOrEmpty(code).values;
+  auto row = rows.upper_bound(last);
   for (Date day = last; day >= first; day.addDays(-1))
-    if (!known.find(day))
+    if (row == rows.begin() || (--row)->first != day)
       return day;
   return std::nullopt;
 }

@@ -9,7 +9,7 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <utility>
+#include <tuple>
 #include <vector>
 
 namespace Tallymoor {
@@ -83,7 +83,7 @@ public:
   /// The cached rows from the first to the last day, both included.
   SharePriceCache::Rows cachedRows(const String& code, const Date& first, const Date& last);
   /// Sees to it, as far as may be, that every day from the first to the last has a cached row: for figures
-  /// that are empty without one. Shows, asks and throws nothing, and tries a code and last day only once a
+  /// that are empty without one. Shows, asks and throws nothing, and tries the same days only once a
   /// day, so that a young or unknown stock costs one attempt; going online allows another. Does nothing
   /// offline.
   void completeHistory(const String& code, const Date& first, const Date& last);
@@ -140,7 +140,7 @@ private:
   double closeOf(const String& code, const Date& date, bool upTo, CacheUse use);
   /// False when the user wants another try.
   bool fetchHistory(const String& code, const Date& date, bool upTo);
-  bool isFirstCompletion(const String& code, const Date& last);
+  bool isFirstCompletion(const String& code, const Date& first, const Date& last);
   std::optional<Date> lastMissingDay(const String& code, const Date& first, const Date& last);
   void fetchMissingDays(const String& code, const Date& first, const Date& last);
   bool wantsRetry(const String& question);
@@ -151,8 +151,8 @@ private:
   SharePriceCache m_cache;
   std::unique_ptr<const LocatorSet> m_locators;
   std::shared_ptr<HTTPClient> m_client; ///< null while offline; shared with the fetches under way
-  /// The real day on which completeHistory last tried a code and last day.
-  std::map<std::pair<String, Date>, Date> m_completions;
+  /// The real day on which completeHistory last tried a code with a first and last day.
+  std::map<std::tuple<String, Date, Date>, Date> m_completions;
   PriceUpdater m_updater;
 };
 

@@ -1,0 +1,135 @@
+#include "foundation/RunTimeSettings.h"
+#include "market/GatewayTest.h"
+
+namespace Tallymoor {
+namespace {
+
+/// Completing the history of a code for figures that stay empty where it can't be had.
+class CompletionTest : public GatewayTest {
+protected:
+  void complete(const Date& first, const Date& last) {
+    gateway().completeHistory(m_code, first, last);
+    EXPECT_TRUE(m_user.calls().empty());
+  }
+  void reconnect() {
+    m_market.addListing(u"TEST.AX", u"Test", u"Australia"); // what going online looks for
+    ASSERT_TRUE(gateway().reconnect());
+    updater().stopAndJoin();
+    m_user.clearCalls();
+  }
+  std::size_t numFetches() const { return m_market.requested(Page::History).size(); }
+
+  const Date m_first{2006, 5, 1};
+};
+
+TEST_F(CompletionTest, CompleteDaysAreNotFetched) {
+  for (Date day = m_first; day <= m_friday; day.addDays(1))
+    gateway().setCachedPrice(m_code, day, 5);
+  complete(m_first, m_friday);
+  EXPECT_EQ(numFetches(), 0u);
+}
+
+TEST_F(CompletionTest, ASingleMissingDayIsFetched) {
+  m_market.setHistory(m_code, Date(2005, 1, 1), m_today, 7);
+  for (Date day = m_first; day <= m_friday; day.addDays(1))
+    if (day != Date(2006, 8, 9))
+      gateway().setCachedPrice(m_code, day, 5);
+  complete(m_first, m_friday);
+  EXPECT_EQ(numFetches(), 1u);
+  EXPECT_EQ(gateway().cachedClose(m_code, Date(2006, 8, 9)), 7);
+}
+
+TEST_F(CompletionTest, SmallPagesAreFetchedUntilTheFirstDayIsReached) {
+  m_market.setMaxEntries(50); // 70 days
+  m_market.setHistory(m_code, Date(2005, 1, 1), m_today, 7);
+  complete(m_first, m_friday);
+  EXPECT_EQ(numFetches(), 3u);
+  EXPECT_EQ(gateway().cachedRows(m_code, m_first, m_friday).size(),
+            static_cast<std::size_t>(m_friday.daysSince(m_first)) + 1);
+}
+
+TEST_F(CompletionTest, DaysBeforeTheListingAreAskedForOnceADay) {
+  m_market.setHistory(m_code, Date(2006, 9, 1), m_today, 7);
+  for (int again = 0; again < 3; ++again)
+    complete(m_first, m_friday);
+  EXPECT_EQ(numFetches(), 1u);
+  m_profile.setToday(m_today.plusDays(1));
+  for (int again = 0; again < 3; ++again)
+    complete(m_first, m_friday);
+  EXPECT_EQ(numFetches(), 2u);
+}
+
+TEST_F(CompletionTest, AnUnknownCodeAndARefusalCostOneTryEach) {
+  for (int again = 0; again < 3; ++again)
+    complete(m_first, m_friday);
+  EXPECT_EQ(numFetches(), 1u);
+  m_market.refuse(Page::History, 500);
+  for (int again = 0; again < 3; ++again)
+    gateway().completeHistory(u"XYZ.AX", m_first, m_friday);
+  EXPECT_EQ(numFetches(), 2u);
+  EXPECT_TRUE(m_user.calls().empty());
+}
+
+TEST_F(CompletionTest, OtherDaysOfTheCodeHaveATryOfTheirOwn) {
+  complete(m_first, m_friday);
+  complete(m_first, m_friday.plusDays(-7));
+  EXPECT_EQ(numFetches(), 2u);
+}
+
+TEST_F(CompletionTest, GoingOnlineClearingTheCacheAndForgivingACodeAllowAnotherTry) {
+  complete(m_first, m_friday);
+  reconnect();
+  complete(m_first, m_friday);
+  EXPECT_EQ(numFetches(), 2u);
+  gateway().clear();
+  complete(m_first, m_friday);
+  EXPECT_EQ(numFetches(), 3u);
+  gateway().markBadCode(m_code);
+  gateway().clearBadCode(m_code);
+  complete(m_first, m_friday);
+  EXPECT_EQ(numFetches(), 4u);
+}
+
+TEST_F(CompletionTest, ADelistedCodeIsNotFetched) {
+  gateway().markBadCode(m_code);
+  complete(m_first, m_friday);
+  EXPECT_EQ(numFetches(), 0u);
+}
+
+TEST_F(CompletionTest, OfflineNothingIsTriedNorHeldAgainstTheCode) {
+  m_market.setHistory(m_code, Date(2005, 1, 1), m_today, 7);
+  gateway().goOffline();
+  complete(m_first, m_friday);
+  EXPECT_TRUE(gateway().cachedRows(m_code, m_first, m_friday).empty());
+  reconnect();
+  complete(m_first, m_friday);
+  EXPECT_EQ(numFetches(), 1u);
+}
+
+TEST_F(CompletionTest, TheFailureOfAnUnreadableFileIsLeftForWhoeverAsksForAPrice) {
+  TestProfile::writeFile(m_profile.cacheFolder() + u"PriceCache.ABC.AX.xml", "<ShareValues><broken");
+  complete(m_first, m_friday);
+  EXPECT_EQ(numFetches(), 0u);
+  EXPECT_THROW(gateway().historicalPrice(m_code, m_friday, true), XMLException);
+}
+
+TEST_F(CompletionTest, ABackgroundPassGoesOnAsItWas) {
+  complete(m_first, m_friday);
+  EXPECT_FALSE(inBackgroundPass);
+  const BackgroundPassScope pass;
+  gateway().completeHistory(u"XYZ.AX", m_first, m_friday);
+  EXPECT_TRUE(inBackgroundPass);
+}
+
+TEST_F(CompletionTest, CachedRowsIncludeBothEnds) {
+  for (int day = 1; day <= 5; ++day)
+    gateway().setCachedPrice(m_code, Date(2006, 11, day), day);
+  const SharePriceCache::Rows rows = gateway().cachedRows(m_code, Date(2006, 11, 2), Date(2006, 11, 4));
+  ASSERT_EQ(rows.size(), 3u);
+  EXPECT_EQ(rows.begin()->second.close, 2);
+  EXPECT_EQ(rows.rbegin()->second.close, 4);
+  EXPECT_TRUE(gateway().cachedRows(u"XYZ.AX", Date(2006, 11, 2), Date(2006, 11, 4)).empty());
+}
+
+} // namespace
+} // namespace Tallymoor
