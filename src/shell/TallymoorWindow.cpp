@@ -27,6 +27,8 @@ tallymoorWindowMap[] = {
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_TABBOOK, TallymoorWindow::onTabBook),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_NEW_PORTFOLIO, TallymoorWindow::onNewPortfolio),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_SAVE, TallymoorWindow::onSave),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_IMPORT, TallymoorWindow::onImport),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_EXPORT, TallymoorWindow::onExport),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_BUY, TallymoorWindow::onBuy),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_SELL, TallymoorWindow::onSell),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_DIVIDENDS, TallymoorWindow::onDividends),
@@ -107,6 +109,8 @@ void TallymoorWindow::buildMenus() {
   addEntry(file, "New &Portfolio...\tCtrl+P", ID_NEW_PORTFOLIO);
   new FXMenuSeparator(file);
   addEntry(file, "&Save...\tCtrl+S", ID_SAVE);
+  addEntry(file, "&Import...", ID_IMPORT);
+  addEntry(file, "&Export...", ID_EXPORT);
   new FXMenuSeparator(file);
   addEntry(file, "&Minimise\tEsc", FXTopWindow::ID_MINIMIZE);
   new FXMenuSeparator(file);

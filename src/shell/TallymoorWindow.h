@@ -28,6 +28,8 @@ public:
     ID_TABBOOK = MainWindow::ID_LAST,
     ID_NEW_PORTFOLIO,
     ID_SAVE,
+    ID_IMPORT,
+    ID_EXPORT,
     ID_BUY,
     ID_SELL,
     ID_DIVIDENDS,
@@ -99,6 +101,8 @@ public:
   long onTabBook(FXObject*, FXSelector, void*);
   long onNewPortfolio(FXObject*, FXSelector, void*);
   long onSave(FXObject*, FXSelector, void*);
+  long onImport(FXObject*, FXSelector, void*);
+  long onExport(FXObject*, FXSelector, void*);
   long onBuy(FXObject*, FXSelector, void*);
   long onSell(FXObject*, FXSelector, void*);
   long onDividends(FXObject*, FXSelector, void*);
@@ -135,6 +139,7 @@ private:
   void closeViews();
 
   void saveEverything();
+  void importFrom(const String& file, TotalCapTreeItem& totalCapital);
   void rememberSplitters();
   void showOnlineState();
   void goOfflineByUser();

@@ -5,6 +5,7 @@
 #include "foundation/Settings.h"
 #include "foundation/UserInteraction.h"
 #include "market/TallymoorInternet.h"
+#include "shell/PortfolioTransfer.h"
 #include "shell/TallymoorWindow.h"
 #include "views/NodeIcons.h"
 #include "views/TotalCapTreeItem.h"
@@ -124,6 +125,42 @@ void TallymoorWindow::saveAll() {
 
 long TallymoorWindow::onSave(FXObject*, FXSelector, void*) {
   return guardedHandler(u"TallymoorWindow::onSave failed.", [this] { saveEverything(); });
+}
+
+long TallymoorWindow::onExport(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"TallymoorWindow::onExport failed.",
+                        [this] { exportPortfolios(this, m_store.records()); });
+}
+
+long TallymoorWindow::onImport(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"TallymoorWindow::onImport failed.", [this] {
+    TotalCapTreeItem& totalCapital = loadedTree();
+    const String file = chooseImportFile(this);
+    if (!file.empty())
+      importFrom(file, totalCapital);
+  });
+}
+
+void TallymoorWindow::importFrom(const String& file, TotalCapTreeItem& totalCapital) {
+  std::optional<ImportedPortfolios> imported;
+  try {
+    imported.emplace(file);
+  } catch (const Exception& exception) {
+    reportException(u"Failed to decode the imported portfolios: ", exception);
+    return;
+  }
+  std::set<String> existing;
+  for (const auto& [name, portfolio] : m_store.portfolios())
+    existing.insert(name);
+  imported->askForReplacements(existing);
+  const std::vector<String> names = imported->names();
+  if (names.empty())
+    information(u"No portfolios were imported.");
+  else
+    totalCapital.takePortfolios(imported->take(), [this, names] {
+      refreshViews(true);
+      information(importSummary(names));
+    });
 }
 
 // Whatever fails on the way, the records are saved and the wait cursor ends; then the first failure is told.

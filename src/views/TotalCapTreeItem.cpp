@@ -283,16 +283,49 @@ void TotalCapTreeItem::deletePortfolio(const String& name) {
     return;
   const TreeState state(*investmentTree());
   const String file = found->second->capitalRecord().fileName();
-  const XMLElement& records = found->second->portfolio();
-  // What refers goes before what it refers to.
-  if (SharePortfolioTreeItem* node = portfolioNode(name))
-    tree()->removeItem(node);
-  m_portfolios->erase(found);
-  removeRecords(records);
+  dropPortfolio(name);
   m_portfoliosChanged = true;
   reload(state);
   updateBranch();
   removeFile(file);
+}
+
+/// What refers goes before what it refers to.
+void TotalCapTreeItem::dropPortfolio(const String& name) {
+  const auto found = m_portfolios->find(name);
+  if (found == m_portfolios->end())
+    return;
+  if (SharePortfolioTreeItem* node = portfolioNode(name))
+    tree()->removeItem(node);
+  const XMLElement& records = found->second->portfolio();
+  m_portfolios->erase(found);
+  removeRecords(records);
+}
+
+void TotalCapTreeItem::takePortfolios(std::vector<std::unique_ptr<XMLElement>> imported,
+                                      std::function<void()> afterwards) {
+  if (!checkSound())
+    return;
+  const auto waiting = std::make_shared<std::vector<std::unique_ptr<XMLElement>>>(std::move(imported));
+  HandlerScope::whenDone(this, [this, waiting, afterwards] {
+    const TreeState state(*investmentTree());
+    for (auto& portfolio : *waiting)
+      addPortfolio(portfolio.release());
+    m_portfoliosChanged = true;
+    reload(state);
+    updateBranch();
+    afterwards();
+  });
+}
+
+/// The days of a capital record that lies on disk under that name are those of other records.
+void TotalCapTreeItem::addPortfolio(XMLElement* portfolio) {
+  const String name = textValue(*portfolio, u"Name");
+  dropPortfolio(name);
+  auto user = std::make_unique<SharePortfolioUser>(m_records->addSubElement(portfolio, PORTFOLIOS));
+  SharePortfolioCapitalRecordUser& record = user->capitalRecord();
+  record.recordsChangedFrom(record.firstRecordDate());
+  m_portfolios->emplace(name, std::move(user));
 }
 
 void TotalCapTreeItem::removeRecords(const XMLElement& portfolio) {

@@ -3,6 +3,7 @@
 #include "views/OpenPortfolios.h"
 #include "widgets/InvestmentTreeItem.h"
 #include "widgets/Table.h"
+#include <functional>
 #include <map>
 #include <memory>
 #include <vector>
@@ -49,6 +50,10 @@ public:
   /// The page that was shown stays in sight; with the name of a portfolio, that one is shown instead.
   void reloadPortfolios(const String& showPortfolio = String());
 
+  /// Adds portfolios that came from elsewhere, each in the place of one of the same name, whose capital
+  /// record is dropped. Then does what is handed in.
+  void takePortfolios(std::vector<std::unique_ptr<XMLElement>> imported, std::function<void()> afterwards);
+
   /// True once after portfolios were added, removed or renamed or a transaction was made.
   bool takePortfoliosChanged();
   void setPortfoliosChanged() { m_portfoliosChanged = true; }
@@ -85,6 +90,8 @@ private:
   void showPortfolios(const Totals& totals);
   void makePortfolio(const String& name);
   void deletePortfolio(const String& name);
+  void dropPortfolio(const String& name);
+  void addPortfolio(XMLElement* portfolio);
   void removeRecords(const XMLElement& portfolio);
   void pricesCame();
 

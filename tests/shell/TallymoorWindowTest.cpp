@@ -346,6 +346,10 @@ TEST_F(BrokenLocatorsTest, CommandsThatCannotWorkSayWhatIsMissing) {
          "restart Tallymoor",
          "OK");
   command(TallymoorWindow::ID_NEW_PORTFOLIO);
+  answer("TallymoorWindow::onImport failed. Exception : There was a failure during startup. Please restart "
+         "Tallymoor",
+         "OK");
+  command(TallymoorWindow::ID_IMPORT);
   const std::string missing =
       "HTMLException : TallymoorInternet::TallymoorInternet - failed to find a code search locator";
   answer("TallymoorWindow::onChangeStatus failed. " + missing, "OK");

@@ -1,0 +1,50 @@
+#pragma once
+#include "foundation/String.h"
+#include "xml/PortfolioRecords.h"
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <set>
+#include <vector>
+
+namespace FX {
+class FXWindow;
+}
+
+namespace Tallymoor {
+
+// Portfolios to and from files of the user's choice, in the form of the records document. GUI thread, under
+// the big mutex.
+
+/// Portfolios that were read from a file and belong to whoever holds this: each complete, with a name that a
+/// prompt would have taken and dates that can be read.
+class ImportedPortfolios {
+public:
+  /// Reads and checks the whole file. Throws Exception when it is not a sound records document; nothing of
+  /// the program has changed then.
+  explicit ImportedPortfolios(const String& path);
+
+  /// Asks for each portfolio whose name is taken, by an existing one or by one before it in the file, whether
+  /// it may replace that one, and keeps those that may come in. All questions come before anything changes.
+  void askForReplacements(const std::set<String>& existing);
+
+  /// Names of what is kept, in the order of the file; a name comes twice when the file held it twice.
+  std::vector<String> names() const;
+  /// Gives the portfolios away.
+  std::vector<std::unique_ptr<XMLElement>> take();
+
+private:
+  std::vector<std::unique_ptr<XMLElement>> m_portfolios;
+};
+
+/// "The following share portfolios were imported:" and the names.
+String importSummary(const std::vector<String>& names);
+
+/// Asks for the file, and whether it may be overwritten, writes the records there and says so. Throws
+/// Exception when it can't be written; an older file then stands.
+void exportPortfolios(FX::FXWindow* owner, XMLPortfolios& records);
+
+/// Asks for the file to import from; an empty text when the user cancelled.
+String chooseImportFile(FX::FXWindow* owner);
+
+} // namespace Tallymoor
