@@ -1,4 +1,5 @@
 #include "PriceFolder.h"
+#include "IsoDay.h"
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -32,17 +33,6 @@ bool readNumber(std::string_view text, Number& number) {
   return std::from_chars(text.data(), text.data() + text.size(), number).ec == std::errc();
 }
 
-bool readDay(std::string_view text, Day& day) {
-  int y = 0;
-  unsigned m = 0, d = 0;
-  if (text.size() != 10 || !readNumber(text.substr(0, 4), y) || !readNumber(text.substr(5, 2), m) ||
-      !readNumber(text.substr(8, 2), d))
-    return false;
-  const year_month_day ymd{year(y), month(m), std::chrono::day(d)};
-  day = ymd.ok() ? sys_days(ymd) : Day{};
-  return ymd.ok();
-}
-
 bool readPrice(std::string_view text, std::int64_t& price) {
   double value = 0.0;
   if (!readNumber(text, value) || !std::isfinite(value))
@@ -53,7 +43,9 @@ bool readPrice(std::string_view text, std::int64_t& price) {
 
 bool readRow(std::string_view line, DayRow& row) {
   const auto fields = splitFields(line);
-  return readDay(fields[0], row.day) && readPrice(fields[1], row.open) && readPrice(fields[2], row.high) &&
+  const std::optional<Day> day = isoDay(fields[0]);
+  row.day = day.value_or(Day{});
+  return day && readPrice(fields[1], row.open) && readPrice(fields[2], row.high) &&
          readPrice(fields[3], row.low) && readPrice(fields[4], row.close) &&
          readPrice(fields[5], row.adjustedClose) && readNumber(fields[6], row.volume);
 }

@@ -1,3 +1,4 @@
+#include "IsoDay.h"
 #include "SampleDataService.h"
 #include <charconv>
 #include <cstdio>
@@ -16,14 +17,8 @@ int usage() {
 }
 
 bool readDate(const char* text, ServiceOptions& options) {
-  int y = 0;
-  unsigned m = 0, d = 0;
-  if (std::sscanf(text, "%4d-%2u-%2u", &y, &m, &d) != 3)
-    return false;
-  const std::chrono::year_month_day ymd{std::chrono::year(y), std::chrono::month(m), std::chrono::day(d)};
-  if (ymd.ok())
-    options.today = std::chrono::sys_days(ymd);
-  return ymd.ok();
+  options.today = isoDay(text);
+  return options.today.has_value();
 }
 
 bool readPort(const char* text, int& port) {

@@ -1,6 +1,7 @@
 // Runs the cases of data/sequences. What they must give was worked out by expected_sequences.py, which knows
 // nothing of the program.
 #include "engine/EngineTest.h"
+#include "engine/SequenceArguments.h"
 #include "engine/SequenceFile.h"
 #include <map>
 #include <set>
@@ -18,21 +19,7 @@ Answer truth(bool value) {
   return std::string(value ? "true" : "false");
 }
 
-/// The arguments of a step, read in their order.
-class Arguments {
-public:
-  explicit Arguments(const std::vector<std::string>& words) : m_words(words) {}
-
-  std::size_t count() const { return m_words.size() - 1; }
-  String text() { return String::fromUTF8(m_words.at(m_next++)); }
-  Date date() { return Date(text(), DATE_DISPLAY_DMY); }
-  double number() { return text().toDouble(); }
-  std::int32_t whole() { return text().toLong(); }
-
-private:
-  const std::vector<std::string>& m_words;
-  std::size_t m_next = 1;
-};
+using Arguments = SequenceArguments;
 
 class SequenceTest : public EngineTest, public testing::WithParamInterface<Sequence> {
 protected:
