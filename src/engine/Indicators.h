@@ -10,8 +10,9 @@ namespace Tallymoor {
 // The figures by which an investor sets exit limits for a stock: where its price stands apart from the noise
 // of the weeks, how fast it grows, how far it usually swings, limits made of these, and how much to put into
 // it. All are derived from weekly prices (see WeeklyPrices.h for what a week is) and as of a day, which is
-// the view date while one is set. Nothing is kept: the figures of a stock take some microseconds, about as
-// long as a look-up in a store of them would, and so always agree with the prices.
+// the view date while one is set. Nothing is kept: a stock's figures take some tens of microseconds
+// (benchmarks/CapitalRecordBenchmark), so all columns of a long table a few milliseconds, and they always
+// agree with the prices.
 //
 // A stock that is too young has no figures rather than rough ones. A week without prices leaves a gap: the
 // line then goes through the other weeks at their places in time. After a share split the weeks before it are
