@@ -2,8 +2,7 @@
 #include "entry/FormChecks.h"
 #include "entry/FormIcons.h"
 #include "entry/KnownPrice.h"
-#include "entry/StockSearchDialog.h"
-#include "foundation/BigMutex.h"
+#include "entry/StockSearch.h"
 #include "market/TallymoorInternet.h"
 #include "widgets/FormRows.h"
 #include "widgets/HandlerScope.h"
@@ -98,19 +97,8 @@ String BuySharesPanel::name() const {
 
 long BuySharesPanel::onSearchCode(FXObject*, FXSelector, void*) {
   return guardedHandler(u"BuySharesPanel::onSearchCode failed.", [this] {
-    if (code().empty()) {
-      MainWindow::information(u"You must enter a code to search for.");
-      return;
-    }
-    StockSearchDialog dialog(this, code(), true, false);
-    bool accepted = false;
-    {
-      // The user may take his time; prices go on meanwhile.
-      BigMutexRelease release;
-      accepted = dialog.execute() != 0;
-    }
-    if (accepted && !dialog.code().empty())
-      showFoundStock(dialog.code(), dialog.name());
+    if (const auto found = searchForStock(this, code()))
+      showFoundStock(found->code, found->name);
   });
 }
 

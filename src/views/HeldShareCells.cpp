@@ -4,7 +4,7 @@
 #include "market/TallymoorInternet.h"
 #include "views/CellFigures.h"
 #include "views/HeldShareRow.h"
-#include "views/PriceLimits.h"
+#include "views/IndicatorCells.h"
 #include "views/SharesHeldTable.h"
 #include "widgets/Row.h"
 #include "xml/Leaves.h"
@@ -118,7 +118,7 @@ CellResult priceNow(Row& row) {
   const HeldShareRow& share = shareOf(row);
   const double price = sharePriceOn(share, Date());
   if (share.numberOnDay)
-    checkLimits(row, share.code, PriceLimits::inForce(*share.heldShare), price);
+    checkLimits(row, share.code, limitsInForce(row), price);
   return CellResult(price, CELL_PRICE);
 }
 
@@ -172,11 +172,7 @@ CellResult priceMinMax(Row& row) {
 }
 
 CellResult percentInMinMax(Row& row) {
-  const PriceLimits limits = PriceLimits::inForce(*shareOf(row).heldShare);
-  if (limits.areNone())
-    return CellResult(String());
-  return figure((cellValue(row, &priceNow) - limits.min) / (limits.max - limits.min) * 100.0,
-                CELL_WHOLE_PERCENT);
+  return percentInLimits(row, limitsInForce(row), &priceNow);
 }
 
 CellResult portfolioPercent(Row& row) {

@@ -1,5 +1,6 @@
 #include "views/HeldShareColumns.h"
 #include "views/HeldShareCells.h"
+#include "views/IndicatorCells.h"
 #include "widgets/Column.h"
 #include "widgets/Table.h"
 
@@ -38,11 +39,13 @@ void declareHeldShareColumns(Table& table) {
   add(table, u"Buy Price", &buyPrice, COMPARE_AMOUNT);
   add(table, u"Price Now", &priceNow, COMPARE_AMOUNT, Editing::Yes);
   addValueColumns(table);
+  declareAutoMinMaxColumn(table);
   add(table, u"Price Min/Max", &priceMinMax, COMPARE_TEXT, Editing::Yes)
       .setToolTip(u"Set your minimum and maximum prices for holding this share. Press F2 to edit.");
   add(table, u"% in Min/Max", &percentInMinMax, COMPARE_PERCENT);
   add(table, u"Portfolio %", &portfolioPercent, COMPARE_PERCENT);
   add(table, u"Days Held", &daysHeld, COMPARE_NUMBER);
+  declareTrendColumns(table, false);
 }
 
 void declarePurchaseColumns(Table& table) {

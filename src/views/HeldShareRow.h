@@ -5,18 +5,19 @@
 namespace Tallymoor {
 
 class SharePortfolioUser;
-class SharesHeldTable;
+class Table;
 class XMLElement;
 
-/// What a row of shares is computed from: a whole share, or one purchase of it. The elements belong to the
-/// records; a table that reads them is told before they change.
+/// What a row of stocks is computed from: a whole share that is held, one purchase of it, or a stock that is
+/// watched, which has no elements and no portfolio. The elements belong to the records; a table that reads
+/// them is told before they change.
 struct HeldShareRow {
   String code;
   std::optional<double> numberOnDay; ///< of the day's record; nothing for a purchase
   XMLElement* heldShare = nullptr;
   XMLElement* buyEvent = nullptr; ///< null for a whole share
   SharePortfolioUser* portfolio = nullptr;
-  SharesHeldTable* table = nullptr;
+  Table* table = nullptr;
 };
 
 } // namespace Tallymoor

@@ -14,6 +14,8 @@ struct NodeIcons {
   FX::FXIcon* sharesSold = nullptr;
   FX::FXIcon* dividends = nullptr;
   FX::FXIcon* cashReserve = nullptr;
+  FX::FXIcon* watchHeld = nullptr; ///< the watchlist that each portfolio has
+  FX::FXIcon* watchlist = nullptr; ///< one of the user's own
 };
 
 } // namespace Tallymoor

@@ -4,6 +4,8 @@
 
 namespace Tallymoor {
 
+struct PriceLimits;
+
 /// What the views below a portfolio's node ask of it. GUI thread only.
 class PortfolioCommands {
 public:
@@ -18,6 +20,8 @@ public:
   virtual void transactionMade() = 0;
   /// The user has typed the price of a share on a day: it counts in every portfolio that held the share.
   virtual void priceTyped(const String& code, const Date& date, double price) = 0;
+  /// The user has typed the limits of a share: they are the stock's in every portfolio and watchlist.
+  virtual void limitsTyped(const String& code, const PriceLimits& limits) = 0;
 };
 
 } // namespace Tallymoor

@@ -1,9 +1,11 @@
 #include "views/PriceLimits.h"
 #include "foundation/Amounts.h"
+#include "foundation/Date.h"
 #include "foundation/Exception.h"
 #include "foundation/Platform.h"
-#include "foundation/RunTimeSettings.h"
+#include "foundation/Settings.h"
 #include "foundation/UserInteraction.h"
+#include "views/HeldShareRow.h"
 #include "widgets/Colours.h"
 #include "widgets/Row.h"
 #include "xml/Leaves.h"
@@ -13,13 +15,25 @@ namespace Tallymoor {
 namespace {
 
 const String SEPARATOR = u" - ";
+const String SECTION = u"Watchlists";
 constexpr int WARNING_LEVEL = 1;
 
 String money(double amount) {
   return Platform::Instance().currencyFormat(amount);
 }
 
+String minKey(const String& code) {
+  return u"minvalue" + SEPARATOR + code;
+}
+
+String maxKey(const String& code) {
+  return u"maxvalue" + SEPARATOR + code;
+}
+
+/// A price of the past is no news, and would use up the one warning of the run.
 void warn(const String& text, const String& key) {
+  if (Date::hasFixedDate())
+    return;
   UserInteraction::Instance().warnOnce(text, u"Warning from Tallymoor!", key, WARNING_LEVEL);
 }
 
@@ -30,7 +44,11 @@ bool PriceLimits::areNone() const {
 }
 
 String PriceLimits::text() const {
-  return areNone() ? String() : money(min) + SEPARATOR + money(max);
+  return areNone() ? String() : fullText();
+}
+
+String PriceLimits::fullText() const {
+  return money(min) + SEPARATOR + money(max);
 }
 
 PriceLimits PriceLimits::MinMaxFromString(const String& text) {
@@ -48,28 +66,54 @@ PriceLimits PriceLimits::ofHeldShare(const XMLElement& heldShare) {
   return {doubleValue(heldShare, u"MinPrice"), doubleValue(heldShare, u"MaxPrice")};
 }
 
-PriceLimits PriceLimits::inForce(const XMLElement& heldShare) {
-  return autoMinMaxPrices ? PriceLimits{} : ofHeldShare(heldShare);
+PriceLimits PriceLimits::ofStock(const String& code) {
+  const Settings& settings = Settings::Instance();
+  return {settings.readReal(SECTION, minKey(code)), settings.readReal(SECTION, maxKey(code))};
+}
+
+PriceLimits PriceLimits::ofRow(const HeldShareRow& share) {
+  return share.heldShare ? ofHeldShare(*share.heldShare) : ofStock(share.code);
+}
+
+void PriceLimits::keepForStock(const String& code) const {
+  Settings& settings = Settings::Instance();
+  settings.writeReal(SECTION, minKey(code), min);
+  settings.writeReal(SECTION, maxKey(code), max);
 }
 
 bool operator==(const PriceLimits& left, const PriceLimits& right) {
   return showsTheSame(left.min, right.min, 4) && showsTheSame(left.max, right.max, 4);
 }
 
-void checkLimits(Row& row, const String& code, const PriceLimits& limits, double price) {
+std::optional<PriceLimits> changedLimits(const String& typed, const String& shown, const PriceLimits& old) {
+  if (typed == shown)
+    return std::nullopt;
+  try {
+    const PriceLimits limits = PriceLimits::MinMaxFromString(typed);
+    return limits == old ? std::nullopt : std::optional(limits);
+  } catch (const Exception&) {
+    UserInteraction::Instance().error(u"The Min Price has a bad format.");
+    return std::nullopt;
+  }
+}
+
+bool checkLimits(Row& row, const String& code, const PriceLimits& limits, double price) {
   const auto priceNow = tenThousandths(price);
   if (priceNow < tenThousandths(limits.min) && !showsAsZero(limits.min)) {
     row.setColour(belowLimitTint());
     warn(code + u" has dropped below " + money(limits.min) + u" and is now at " + money(price),
          code + u"min warning");
-  } else if (priceNow > tenThousandths(limits.max) && !showsAsZero(limits.max)) {
+    return true;
+  }
+  if (priceNow > tenThousandths(limits.max) && !showsAsZero(limits.max)) {
     row.setColour(aboveLimitTint());
     // No blank after "above": the text is known by its letters.
     warn(code + u" has increased above" + money(limits.max) + u" and is now at " + money(price),
          code + u"max warning");
-  } else {
-    row.resetColour();
+    return true;
   }
+  row.resetColour();
+  return false;
 }
 
 } // namespace Tallymoor

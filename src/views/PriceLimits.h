@@ -1,12 +1,17 @@
 #pragma once
 #include "foundation/String.h"
+#include <optional>
 
 namespace Tallymoor {
 
 class Row;
 class XMLElement;
+struct HeldShareRow;
 
-/// The prices between which a share is to be held; a limit that shows as zero is none.
+/// The prices between which a stock is to be held or watched; a limit that shows as zero is none.
+///
+/// The user's limits belong to the stock: a holding keeps them in its portfolio's records, and the settings
+/// keep them for the watchlists (see SharedLimits).
 struct PriceLimits {
   double min = 0.0;
   double max = 0.0;
@@ -14,20 +19,30 @@ struct PriceLimits {
   bool areNone() const;
   /// "$1.00 - $2.00"; an empty text for none.
   String text() const;
+  /// The same, "$0.00 - $0.00" for none.
+  String fullText() const;
 
   /// Reads a text of that form as the user types it. Throws Exception "SharesHeldTable::MinMaxFromString -
   /// bad min/max format " and the text, when there is no " - " in it.
   static PriceLimits MinMaxFromString(const String& text);
-  /// The user's own limits of a held share.
+  /// The user's limits as a held share has them.
   static PriceLimits ofHeldShare(const XMLElement& heldShare);
-  /// Those that hold now: the user's own, none while the automatic ones are chosen.
-  static PriceLimits inForce(const XMLElement& heldShare);
+  /// The user's limits as the settings have them.
+  static PriceLimits ofStock(const String& code);
+  /// The user's limits of what a row shows: those of the holding, otherwise of the stock.
+  static PriceLimits ofRow(const HeldShareRow& share);
+  /// Keeps these in the settings from now on.
+  void keepForStock(const String& code) const;
 };
 
 bool operator==(const PriceLimits& left, const PriceLimits& right);
 
-/// Tints the row of a share whose price has left its limits and warns once a run; otherwise takes the tint
-/// back.
-void checkLimits(Row& row, const String& code, const PriceLimits& limits, double price);
+/// What the user typed over limits, when it says anything else than they do; nothing also when it can't be
+/// read, which the user is told.
+std::optional<PriceLimits> changedLimits(const String& typed, const String& shown, const PriceLimits& old);
+
+/// Tints the row of a stock whose price has left its limits, and warns once a run unless the price is of a
+/// view date; otherwise takes the tint back. True when the price has left them.
+bool checkLimits(Row& row, const String& code, const PriceLimits& limits, double price);
 
 } // namespace Tallymoor

@@ -225,6 +225,7 @@ void SharePortfolioTreeItem::transactionMade() {
     static_cast<PortfolioTableTreeItem*>(child)->recordsChanged();
   // The record is made current first: the root adds up all portfolios before their own nodes are reached.
   HandlerScope::whenDone(this, [this] {
+    m_root->shareLimitsOfHoldings();
     makeRecordCurrent();
     tree()->updateItems();
   });
@@ -232,6 +233,10 @@ void SharePortfolioTreeItem::transactionMade() {
 
 void SharePortfolioTreeItem::priceTyped(const String& code, const Date& date, double price) {
   m_root->priceTyped(code, date, price);
+}
+
+void SharePortfolioTreeItem::limitsTyped(const String& code, const PriceLimits& limits) {
+  m_root->limitsTyped(code, limits);
 }
 
 void SharePortfolioTreeItem::buyShares(const String& code) {

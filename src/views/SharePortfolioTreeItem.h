@@ -51,6 +51,7 @@ public:
   void sellShares(const String& code) override;
   void transactionMade() override;
   void priceTyped(const String& code, const Date& date, double price) override;
+  void limitsTyped(const String& code, const PriceLimits& limits) override;
   /// Each asks for a dividend or an amount of cash, and records it.
   void receiveDividend();
   void receiveInterest();

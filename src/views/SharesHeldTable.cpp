@@ -2,7 +2,6 @@
 #include "engine/SharePortfolioUser.h"
 #include "foundation/Amounts.h"
 #include "foundation/Platform.h"
-#include "foundation/Settings.h"
 #include "market/TallymoorInternet.h"
 #include "views/HeldShareCells.h"
 #include "views/HeldShareColumns.h"
@@ -120,6 +119,8 @@ XMLElement* SharesHeldTable::makeShareSoldSince(const String& code) {
   }
   if (share->numSubElements(u"BuyEvents") == 0)
     return nullptr;
+  const PriceLimits limits = PriceLimits::ofStock(code);
+  portfolio().setMinMax(*share, limits.min, limits.max);
   m_viewDateShares.push_back(std::move(share));
   return m_viewDateShares.back().get();
 }
@@ -170,30 +171,17 @@ void SharesHeldTable::historicalPriceChanged(const String& code, const Date&, do
 
 void SharesHeldTable::cellEdited(Column& column, Row& row) {
   const String text = shownText(column, row);
-  HeldShareRow& share = row.payload<HeldShareRow>();
+  const HeldShareRow& share = row.payload<HeldShareRow>();
   if (column.function() == &HeldShareCells::priceMinMax)
     limitsEdited(text, share);
   else if (column.function() == &HeldShareCells::priceNow)
     priceEdited(text, share.code);
 }
 
-void SharesHeldTable::limitsEdited(const String& text, HeldShareRow& share) {
-  const PriceLimits old = PriceLimits::ofHeldShare(*share.heldShare);
-  if (text == old.text())
-    return;
-  PriceLimits limits;
-  try {
-    limits = PriceLimits::MinMaxFromString(text);
-  } catch (const Exception&) {
-    MainWindow::error(u"The Min Price has a bad format.");
-    return;
-  }
-  if (limits == old)
-    return;
-  portfolio().setMinMax(*share.heldShare, limits.min, limits.max);
-  Settings& settings = Settings::Instance();
-  settings.writeReal(u"Watchlists", String(u"minvalue - ") + share.code, limits.min);
-  settings.writeReal(u"Watchlists", String(u"maxvalue - ") + share.code, limits.max);
+void SharesHeldTable::limitsEdited(const String& text, const HeldShareRow& share) {
+  const PriceLimits old = PriceLimits::ofRow(share);
+  if (const auto limits = changedLimits(text, old.text(), old))
+    commands().limitsTyped(share.code, *limits);
 }
 
 void SharesHeldTable::priceEdited(const String& text, const String& code) {

@@ -57,7 +57,7 @@ protected:
 private:
   void addShareOfDay(const XMLElement& shareVal);
   XMLElement* makeShareSoldSince(const String& code);
-  void limitsEdited(const String& text, HeldShareRow& share);
+  void limitsEdited(const String& text, const HeldShareRow& share);
   void priceEdited(const String& text, const String& code);
 
   std::list<HeldShareRow> m_rowData;

@@ -6,6 +6,9 @@
 #include "foundation/Settings.h"
 #include "views/PriceWatch.h"
 #include "views/SharePortfolioTreeItem.h"
+#include "views/SharedLimits.h"
+#include "views/SharesHeldTable.h"
+#include "views/SharesHeldTreeItem.h"
 #include "views/SummaryFrame.h"
 #include "views/TreeState.h"
 #include "widgets/ContextMenu.h"
@@ -74,6 +77,7 @@ TotalCapTreeItem::~TotalCapTreeItem() {
 void TotalCapTreeItem::loadPortfolios(Progress* progress) {
   while (TreeViewItem* child = firstChild())
     tree()->removeItem(child);
+  shareLimitsOfHoldings();
   for (const auto& [name, portfolio] : *m_portfolios) {
     if (progress)
       progress->step(1, String(u"Loading ") + name);
@@ -341,6 +345,17 @@ void TotalCapTreeItem::priceTyped(const String& code, const Date& date, double p
     portfolio->capitalRecord().historicalPriceChanged(code, date, price);
   // Waits under a name of its own, so that it never takes the place of a change of the portfolios.
   HandlerScope::whenDone(m_portfolios, [this] { tree()->updateItems(); });
+}
+
+void TotalCapTreeItem::limitsTyped(const String& code, const PriceLimits& limits) {
+  shareLimits(*m_portfolios, code, limits);
+  for (const SharePortfolioTreeItem* node : portfolioNodes())
+    if (SharesHeldTreeItem* held = node->sharesHeldItem(); held && held->table())
+      held->table()->updateTable();
+}
+
+void TotalCapTreeItem::shareLimitsOfHoldings() {
+  bringLimitsTogether(*m_portfolios);
 }
 
 } // namespace Tallymoor

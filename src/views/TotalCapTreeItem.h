@@ -12,6 +12,7 @@ namespace Tallymoor {
 
 class PriceWatch;
 class Progress;
+struct PriceLimits;
 class SharePortfolioTreeItem;
 class SummaryFrame;
 class XMLElement;
@@ -66,6 +67,10 @@ public:
 
   /// A typed price counts in every portfolio's record of that day; all views follow.
   void priceTyped(const String& code, const Date& date, double price);
+  /// Typed limits are the stock's in every portfolio and watchlist; the tables of shares held follow.
+  void limitsTyped(const String& code, const PriceLimits& limits);
+  /// New holdings of stocks that have limits take them.
+  void shareLimitsOfHoldings();
 
   long onNewSharePortfolio(FXObject*, FXSelector, void*);
 

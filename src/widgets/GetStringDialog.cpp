@@ -14,7 +14,8 @@ FXIMPLEMENT(GetStringDialog, Dialog, GetStringDialogMap, ARRAYNUMBER(GetStringDi
 GetStringDialog::GetStringDialog(FXWindow* owner, const String& title, const String& heading,
                                  const String& initialText, Filter filter)
     : Dialog(owner, title, heading),
-      m_field(new FormTextField(contents(), 40, nullptr, 0, TEXTFIELD_NORMAL | LAYOUT_FILL_X)),
+      m_row(new FXHorizontalFrame(contents(), LAYOUT_FILL_X, 0, 0, 0, 0, 0, 0, 0, 0)),
+      m_field(new FormTextField(m_row, 40, nullptr, 0, TEXTFIELD_NORMAL | LAYOUT_FILL_X)),
       m_filter(std::move(filter)), m_text(initialText) {
   m_field->setText(initialText);
   setFirstFocus(m_field);

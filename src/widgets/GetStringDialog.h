@@ -24,8 +24,12 @@ public:
 
 protected:
   GetStringDialog() {}
+  FormTextField* field() const { return m_field; }
+  /// The row of the field, for what stands beside it.
+  FXHorizontalFrame* row() const { return m_row; }
 
 private:
+  FXHorizontalFrame* m_row = nullptr;
   FormTextField* m_field = nullptr;
   Filter m_filter;
   String m_text;

@@ -26,7 +26,15 @@ FXVerticalFrame* InvestmentTree::createPage() {
                              SPACING);
 }
 
+void InvestmentTree::updateItems() {
+  if (m_beforeUpdate)
+    m_beforeUpdate();
+  TreeView::updateItems();
+}
+
 void InvestmentTree::showFirst() {
+  if (m_beforeUpdate)
+    m_beforeUpdate();
   for (TreeViewItem* root = firstRoot(); root; root = root->nextSibling())
     root->update();
   if (TreeViewItem* first = firstRoot())

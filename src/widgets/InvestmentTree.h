@@ -1,5 +1,7 @@
 #pragma once
 #include "widgets/TreeView.h"
+#include <functional>
+#include <utility>
 
 namespace Tallymoor {
 
@@ -23,6 +25,10 @@ public:
   /// An empty page in the switcher, owned by the node that asked for it.
   FXVerticalFrame* createPage();
 
+  /// Who fills the tree is told before its nodes are updated, so that those there are no longer are not.
+  /// Empty for nobody.
+  void setBeforeUpdate(std::function<void()> filler) { m_beforeUpdate = std::move(filler); }
+  void updateItems() override;
   /// update on each root node, then shows the first one.
   void showFirst();
 
@@ -37,6 +43,7 @@ public:
 private:
   FXSwitcher* m_switcher = nullptr;
   InvestmentTreeItem* m_shownItem = nullptr;
+  std::function<void()> m_beforeUpdate;
   FXColor m_backColour;
   FXColor m_textColour;
 };

@@ -21,6 +21,12 @@ double finite(double value) {
   return std::isfinite(value) ? value : 0.0;
 }
 
+/// An amount of money may stand among percentages: it is read as one.
+double percentOf(const String& text) {
+  const bool isPercent = !text.empty() && text.back() == u'%';
+  return isPercent ? text.fromPercent() : Platform::Instance().parseAmount(text);
+}
+
 } // namespace
 
 SortKey RowCompare::key(const String& text) const {
@@ -31,7 +37,7 @@ SortKey RowCompare::key(const String& text) const {
   case COMPARE_AMOUNT:
     return {text, finite(Platform::Instance().parseAmount(text))};
   case COMPARE_PERCENT:
-    return {text, finite(text.fromPercent())};
+    return {text, finite(percentOf(text))};
   case COMPARE_NUMBER:
     return {text, finite(text.toDouble())};
   default:

@@ -10,7 +10,7 @@ enum CompareType : std::int32_t {
   COMPARE_NEWEST_FIRST = 1, ///< the user's short dates, newest first
   COMPARE_OLDEST_FIRST = 2, ///< the user's short dates, oldest first
   COMPARE_AMOUNT = 3,       ///< amounts with currency signs and separators
-  COMPARE_PERCENT = 4,      ///< numbers with "%"
+  COMPARE_PERCENT = 4,      ///< numbers with "%", or amounts
   COMPARE_NUMBER = 5        ///< plain numbers
 };
 

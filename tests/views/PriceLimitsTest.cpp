@@ -1,9 +1,9 @@
 #include "views/PriceLimits.h"
 #include "foundation/Exception.h"
-#include "foundation/RunTimeSettings.h"
+#include "foundation/Settings.h"
+#include "support/FakeUserInteraction.h"
 #include "support/TestProfile.h"
-#include "xml/PortfolioRecords.h"
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 using namespace Tallymoor;
 
@@ -48,15 +48,33 @@ TEST(PriceLimitsTest, DecimalCommaIsReadWhereItIsUsual) {
   EXPECT_DOUBLE_EQ(2.25, limits.max);
 }
 
-TEST(PriceLimitsTest, AutomaticLimitsTakeThePlaceOfTheUsersOwn) {
+TEST(PriceLimitsTest, AStockKeepsItsLimitsInTheSettings) {
   const TestProfile profile;
-  XMLHeldShare share;
-  share.subElement(u"MinPrice").setValue(u"1.0000");
-  share.subElement(u"MaxPrice").setValue(u"2.0000");
-  EXPECT_FALSE(PriceLimits::inForce(share).areNone());
-  autoMinMaxPrices = true;
-  EXPECT_TRUE(PriceLimits::inForce(share).areNone());
-  autoMinMaxPrices = false;
+  EXPECT_TRUE(PriceLimits::ofStock(u"AAA.AX").areNone());
+  EXPECT_EQ(String(u"$0.00 - $0.00"), PriceLimits::ofStock(u"AAA.AX").fullText());
+  PriceLimits{1.5, 2.25}.keepForStock(u"AAA.AX");
+  EXPECT_DOUBLE_EQ(1.5, Settings::Instance().readReal(u"Watchlists", u"minvalue - AAA.AX"));
+  EXPECT_DOUBLE_EQ(2.25, Settings::Instance().readReal(u"Watchlists", u"maxvalue - AAA.AX"));
+  EXPECT_TRUE(PriceLimits::ofStock(u"AAA.AX") == (PriceLimits{1.5, 2.25}));
+}
+
+TEST(PriceLimitsTest, OnlyAChangeIsAChange) {
+  const TestProfile profile;
+  FakeUserInteraction user;
+  const PriceLimits old{1.2345, 2.0};
+  EXPECT_FALSE(changedLimits(old.text(), old.text(), old)); // what the cell shows, with fewer decimals
+  EXPECT_FALSE(changedLimits(u"1.2345 - 2", old.text(), old));
+  EXPECT_TRUE(changedLimits(u"1.23 - 2", old.text(), old) == (PriceLimits{1.23, 2.0}));
+  EXPECT_TRUE(changedLimits(String(), old.text(), old)->areNone());
+  EXPECT_TRUE(user.calls().empty());
+}
+
+TEST(PriceLimitsTest, WhatCannotBeReadIsToldOfAndChangesNothing) {
+  const TestProfile profile;
+  FakeUserInteraction user;
+  EXPECT_FALSE(changedLimits(u"six", u"$1.00 - $2.00", {1.0, 2.0}));
+  EXPECT_THAT(user.texts(FakeUserInteraction::Kind::Error),
+              testing::ElementsAre(u"The Min Price has a bad format."));
 }
 
 } // namespace

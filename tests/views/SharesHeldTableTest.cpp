@@ -2,6 +2,7 @@
 #include "foundation/RunTimeSettings.h"
 #include "foundation/Settings.h"
 #include "views/HeldShareCells.h"
+#include "views/IndicatorCells.h"
 #include "widgets/Colours.h"
 #include "xml/Leaves.h"
 
@@ -32,17 +33,27 @@ TEST_F(SharesHeldTableTest, DeclaresItsColumnsInOrder) {
   EXPECT_THAT(titles(table()),
               ElementsAre("Number", "Buy Price", "Price Now", "Purchase Value", "Current Value", "Day Move",
                           "Day Gain", "Day %", "Week %", "Month %", "Gain %", "Annualised Gain %",
-                          "Gross Gain $", "Price Min/Max", "% in Min/Max", "Portfolio %", "Days Held"));
-  const std::vector<int> compares = {5, 3, 3, 3, 3, 3, 3, 4, 4, 4, 4, 4, 3, 0, 4, 4, 5};
+                          "Gross Gain $", "Auto Min/Max", "Price Min/Max", "% in Min/Max", "Portfolio %",
+                          "Days Held", "LR Value", "LR Rate", "Av. True Range"));
+  const std::vector<int> compares = {5, 3, 3, 3, 3, 3, 3, 4, 4, 4, 4, 4, 3, 0, 0, 4, 4, 5, 3, 4, 3};
+  const std::set<String> hidden = {u"LR Value", u"LR Rate", u"Av. True Range"};
   for (std::size_t i = 0; i < compares.size(); ++i) {
     const Column& column = *table().columns()[i];
     EXPECT_EQ(compares[i], column.compareType()) << column.title().toUTF8();
     EXPECT_EQ(FXuint(FXTableItem::RIGHT), column.justify());
-    EXPECT_TRUE(column.defaultVisible());
+    EXPECT_EQ(!hidden.contains(column.title()), column.defaultVisible());
     EXPECT_EQ(column.title() == u"Price Now" || column.title() == u"Price Min/Max", column.editable());
   }
   EXPECT_EQ(String(u"Set your minimum and maximum prices for holding this share. Press F2 to edit."),
             table().getColumn(&HeldShareCells::priceMinMax).toolTip());
+  EXPECT_EQ(String(u"Min/Max calculated as a multple of the ATR above and below the LR Value"),
+            table().getColumn(&IndicatorCells::autoMinMax).toolTip());
+  EXPECT_EQ(String(u"Value now of the linear regression line of recent weekly values"),
+            table().getColumn(&IndicatorCells::lrValue).toolTip());
+  EXPECT_EQ(String(u"Annualised percentage increase of the 'LR Value' now against six months ago."),
+            table().getColumn(&IndicatorCells::lrRate).toolTip());
+  EXPECT_EQ(String(u"Average of the recent weekly true range"),
+            table().getColumn(&IndicatorCells::averageTrueRange).toolTip());
   EXPECT_EQ(String(u"Shares Held Table"), table().name());
 }
 
@@ -146,7 +157,7 @@ TEST_F(SharesHeldTableTest, BadLimitsAreRefused) {
   answer("The Min Price has a bad format.", "OK");
   typeInto(table(), 0, u"Price Min/Max", "six");
   EXPECT_EQ(String(u"5.0000"), textValue(share(u"AAA.AX"), u"MinPrice"));
-  EXPECT_FALSE(Settings::Instance().hasEntry(u"Watchlists", u"minvalue - AAA.AX"));
+  EXPECT_DOUBLE_EQ(5.0, Settings::Instance().readReal(u"Watchlists", u"minvalue - AAA.AX"));
   EXPECT_EQ("$5.00 - $7.00", cellText(table(), 0, u"Price Min/Max"));
   EXPECT_EQ(1u, boxes().size());
 }
@@ -157,7 +168,7 @@ TEST_F(SharesHeldTableTest, UnchangedLimitsChangeNothing) {
   showTree();
   typeInto(table(), 0, u"Price Min/Max", "$5.12 - $7.00"); // what the cell shows
   EXPECT_EQ(String(u"5.1234"), textValue(share(u"AAA.AX"), u"MinPrice"));
-  EXPECT_FALSE(Settings::Instance().hasEntry(u"Watchlists", u"minvalue - AAA.AX"));
+  EXPECT_DOUBLE_EQ(5.1234, Settings::Instance().readReal(u"Watchlists", u"minvalue - AAA.AX"));
 }
 
 TEST_F(SharesHeldTableTest, EmptiedLimitsAreNone) {

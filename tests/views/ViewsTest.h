@@ -255,12 +255,13 @@ protected:
     letEventsPass();
   }
   void clickNode(InvestmentTreeItem& node, FXuint press, FXuint release, FXint button) {
-    tree().makeItemVisible(&node);
+    InvestmentTree& tree = *node.investmentTree();
+    tree.makeItemVisible(&node);
     letEventsPass();
-    for (FXint y = 2; y < tree().getHeight(); y += 2)
-      for (FXint x = 0; tree().getItemAt(1, y) == &node && x < tree().getWidth(); ++x)
-        if (tree().hitItem(&node, x, y) == ON_TEXT) {
-          click(tree(), press, release, button, x, y);
+    for (FXint y = 2; y < tree.getHeight(); y += 2)
+      for (FXint x = 0; tree.getItemAt(1, y) == &node && x < tree.getWidth(); ++x)
+        if (tree.hitItem(&node, x, y) == ON_TEXT) {
+          click(tree, press, release, button, x, y);
           return;
         }
     throw std::runtime_error("the node is out of sight");

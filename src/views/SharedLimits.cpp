@@ -1,0 +1,70 @@
+#include "views/SharedLimits.h"
+#include "foundation/Settings.h"
+#include "views/PriceLimits.h"
+#include "xml/Leaves.h"
+#include "xml/XMLElement.h"
+#include <algorithm>
+#include <vector>
+
+namespace Tallymoor {
+
+namespace {
+
+/// A stock's shares in one portfolio.
+struct Holding {
+  SharePortfolioUser* portfolio;
+  XMLElement* share;
+  PriceLimits limits() const { return PriceLimits::ofHeldShare(*share); }
+  void setLimits(const PriceLimits& limits) const { portfolio->setMinMax(*share, limits.min, limits.max); }
+};
+
+using Holdings = std::map<String, std::vector<Holding>>;
+
+/// By code, those of a code in the order of the portfolios' names.
+Holdings holdingsOf(OpenPortfolios& portfolios) {
+  Holdings holdings;
+  for (const auto& [name, portfolio] : portfolios) {
+    XMLElement& shares = portfolio->portfolio().subElement(u"HeldShares");
+    for (std::size_t i = 0; i < shares.numSubElements(u"HeldShares"); ++i) {
+      XMLElement& share = shares.subElement(u"HeldShares", i);
+      holdings[textValue(share, u"Code")].push_back({portfolio.get(), &share});
+    }
+  }
+  return holdings;
+}
+
+/// The limits that the settings are to have; none when there are none anywhere.
+PriceLimits limitsFor(const String& code, const std::vector<Holding>& holdings) {
+  const PriceLimits known = PriceLimits::ofStock(code);
+  const auto hasKnown = [&](const Holding& holding) { return holding.limits() == known; };
+  const auto hasAny = [](const Holding& holding) { return !holding.limits().areNone(); };
+  if (!known.areNone() && std::any_of(holdings.begin(), holdings.end(), hasKnown))
+    return known;
+  const auto first = std::find_if(holdings.begin(), holdings.end(), hasAny);
+  return first == holdings.end() ? known : first->limits();
+}
+
+} // namespace
+
+void shareLimits(OpenPortfolios& portfolios, const String& code, const PriceLimits& limits) {
+  limits.keepForStock(code);
+  Settings::Instance().commit();
+  Holdings holdings = holdingsOf(portfolios);
+  for (const Holding& holding : holdings[code])
+    holding.setLimits(limits);
+}
+
+void bringLimitsTogether(OpenPortfolios& portfolios) {
+  for (const auto& [code, holdings] : holdingsOf(portfolios)) {
+    const PriceLimits limits = limitsFor(code, holdings);
+    if (limits.areNone())
+      continue;
+    if (!(limits == PriceLimits::ofStock(code)))
+      limits.keepForStock(code);
+    for (const Holding& holding : holdings)
+      if (holding.limits().areNone())
+        holding.setLimits(limits);
+  }
+}
+
+} // namespace Tallymoor

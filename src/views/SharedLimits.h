@@ -1,0 +1,21 @@
+#pragma once
+#include "views/OpenPortfolios.h"
+
+namespace Tallymoor {
+
+struct PriceLimits;
+
+// The user's limits of a stock are the same wherever they are set and shown. They are kept twice: each
+// holding has them in its portfolio's records, which the user may carry to another machine, and the settings
+// have them for stocks that are only watched. GUI thread only, under the big mutex.
+
+/// These are the stock's limits from now on, in the settings and in every holding of it.
+void shareLimits(OpenPortfolios& portfolios, const String& code, const PriceLimits& limits);
+
+/// Brings both places together where they may differ, after records came from elsewhere and after a purchase.
+/// A holding without limits takes those of the settings. Limits of a holding go to the settings, unless
+/// another holding of the stock has those of the settings already. So nothing that was typed is lost:
+/// holdings that differ keep what they have until the user sets limits anew.
+void bringLimitsTogether(OpenPortfolios& portfolios);
+
+} // namespace Tallymoor

@@ -1,0 +1,175 @@
+#include "views/WatchlistCells.h"
+#include "engine/Indicators.h"
+#include "foundation/Amounts.h"
+#include "foundation/Exception.h"
+#include "market/TallymoorInternet.h"
+#include "views/CellFigures.h"
+#include "views/HeldShareRow.h"
+#include "views/IndicatorCells.h"
+#include "views/WatchlistTable.h"
+#include "widgets/Colours.h"
+#include "widgets/Row.h"
+#include "xml/CountryOfResidence.h"
+
+namespace Tallymoor {
+
+namespace {
+
+constexpr double RATE_WORTH_BUYING = 30.0; ///< percent a year
+constexpr int DAYS_OF_A_WEEK = 7;
+
+const String& codeOf(const Row& row) {
+  return row.payload<HeldShareRow>().code;
+}
+
+/// A past close. A day that the data source doesn't have, as one before the stock was listed, is asked for
+/// once a day and not at every refresh.
+double pastPrice(const String& code, const Date& date) {
+  TallymoorInternet& gateway = TallymoorInternet::Instance();
+  gateway.completeHistory(code, date, date);
+  return gateway.getCachedPrice(code, date, 0);
+}
+
+CellResult percentSince(Row& row, const Date& date) {
+  const double previous = pastPrice(codeOf(row), date);
+  if (showsAsZero(previous))
+    return CellResult(0.0, CELL_PERCENT);
+  return figure((cellValue(row, &WatchlistCells::priceNow) - previous) / previous * 100.0, CELL_PERCENT);
+}
+
+CellResult percentSinceMonths(Row& row, int months) {
+  return percentSince(row, Date().plusMonths(-months));
+}
+
+/// The price stands above its trend and above the automatic minimum, the trend rises steeply, and the last
+/// week has not gone against it.
+bool isBuySignal(Row& row, double price) {
+  const double trend = cellValue(row, &IndicatorCells::lrValue);
+  if (showsAsZero(trend) || tenThousandths(price) <= tenThousandths(trend))
+    return false;
+  const PriceLimits limits = automaticLimits(row);
+  if (limits.areNone() || tenThousandths(limits.min) > tenThousandths(price))
+    return false;
+  return cellValue(row, &IndicatorCells::lrRate) >= RATE_WORTH_BUYING &&
+         tenThousandths(pastPrice(codeOf(row), Date().plusDays(-DAYS_OF_A_WEEK))) <= tenThousandths(price);
+}
+
+void tint(Row& row, double price) {
+  if (checkLimits(row, codeOf(row), limitsInForce(row), price))
+    return;
+  try {
+    if (isBuySignal(row, price))
+      row.setColour(buySignalTint());
+  } catch (const Exception&) {
+    // Without the figures there is no signal; the price itself is known.
+  }
+}
+
+} // namespace
+
+namespace WatchlistCells {
+
+CellResult priceNow(Row& row) {
+  const double price = TallymoorInternet::Instance().historicalPrice(codeOf(row), Date(), true);
+  tint(row, price);
+  return CellResult(price, CELL_PRICE);
+}
+
+CellResult dayMove(Row& row) {
+  const double previous = pastPrice(codeOf(row), Date().plusDays(-1));
+  if (showsAsZero(previous))
+    return CellResult(String());
+  return CellResult(cellValue(row, &priceNow) - previous, CELL_PRICE);
+}
+
+CellResult dayPercent(Row& row) {
+  return percentSince(row, Date().plusDays(-1));
+}
+
+CellResult weekPercent(Row& row) {
+  return percentSince(row, Date().fridayBeforeLastWeekend());
+}
+
+CellResult monthPercent(Row& row) {
+  return percentSinceMonths(row, 1);
+}
+
+CellResult threeMonthsPercent(Row& row) {
+  return percentSinceMonths(row, 3);
+}
+
+CellResult sixMonthsPercent(Row& row) {
+  return percentSinceMonths(row, 6);
+}
+
+CellResult twelveMonthsPercent(Row& row) {
+  return percentSinceMonths(row, 12);
+}
+
+CellResult calendarYearPercent(Row& row) {
+  return percentSince(row, Date(Date().year() - 1, 12, 31));
+}
+
+CellResult financialYearPercent(Row& row) {
+  return percentSince(row, CountryOfResidence::Instance().financialYearOf(Date()));
+}
+
+CellResult priceMinMax(Row& row) {
+  return CellResult(PriceLimits::ofStock(codeOf(row)).fullText());
+}
+
+CellResult percentInMinMax(Row& row) {
+  return percentInLimits(row, automaticLimits(row), &priceNow);
+}
+
+CellResult autoMaxPortfolio(Row& row) {
+  const std::optional<double> minimum = indicatorsOf(codeOf(row), Date()).autoMin;
+  if (!minimum)
+    return CellResult(String());
+  const double capital = static_cast<WatchlistTable*>(row.table())->capital();
+  const auto money = Tallymoor::autoMaxPortfolio(capital, cellValue(row, &priceNow), *minimum);
+  return money ? figure(*money, CELL_MONEY) : CellResult(String());
+}
+
+} // namespace WatchlistCells
+
+namespace {
+
+using namespace WatchlistCells;
+
+Column& add(Table& table, const char16_t* title, Column::Function function, CompareType compareType,
+            bool editable = false) {
+  return table.addColumn(
+      std::make_unique<Column>(title, function, compareType, true, FXTableItem::RIGHT, editable));
+}
+
+void addGainColumns(Table& table) {
+  add(table, u"Day move", &dayMove, COMPARE_NUMBER);
+  add(table, u"Day %", &dayPercent, COMPARE_PERCENT);
+  add(table, u"Week %", &weekPercent, COMPARE_PERCENT);
+  add(table, u"Month %", &monthPercent, COMPARE_PERCENT);
+  add(table, u"3 Months %", &threeMonthsPercent, COMPARE_PERCENT);
+  add(table, u"6 Months %", &sixMonthsPercent, COMPARE_PERCENT);
+  add(table, u"12 Months %", &twelveMonthsPercent, COMPARE_PERCENT);
+  add(table, u"Calender Year %", &calendarYearPercent, COMPARE_PERCENT);
+  add(table, u"Fin. Year %", &financialYearPercent, COMPARE_PERCENT);
+}
+
+} // namespace
+
+void declareWatchlistColumns(Table& table) {
+  add(table, u"Price Now", &priceNow, COMPARE_AMOUNT);
+  addGainColumns(table);
+  declareTrendColumns(table, true);
+  add(table, u"Price Min/Max", &priceMinMax, COMPARE_TEXT, true)
+      .setToolTip(u"Set your minimum and maximum prices for holding this stock. Hit F2 to edit.");
+  declareAutoMinMaxColumn(table);
+  add(table, u"% in Min/Max", &percentInMinMax, COMPARE_PERCENT);
+  add(table, u"Auto Max Portfolio", &WatchlistCells::autoMaxPortfolio, COMPARE_PERCENT)
+      .setToolTip(u"Maximum portfolio to risk on buying this share. Selling at Auto Min Price would see loss "
+                  u"of 2% of capital.");
+  add(table, u"Auto Volatility", &IndicatorCells::autoVolatility, COMPARE_PERCENT)
+      .setToolTip(u"Average True Range (last two weeks) percentage of LR value");
+}
+
+} // namespace Tallymoor

@@ -1,0 +1,7 @@
+#include "views/WatchlistCommands.h"
+
+namespace Tallymoor {
+
+WatchlistCommands::~WatchlistCommands() = default;
+
+} // namespace Tallymoor

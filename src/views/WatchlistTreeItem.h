@@ -1,0 +1,48 @@
+#pragma once
+#include "views/WatchlistTable.h"
+#include "widgets/InvestmentTreeItem.h"
+
+namespace Tallymoor {
+
+class WatchlistRootTreeItem;
+
+/// The node of a watchlist of the user's: a table of its stocks.
+///
+/// GUI thread only, under the big mutex.
+class WatchlistTreeItem : public InvestmentTreeItem {
+  FXDECLARE_ABSTRACT(WatchlistTreeItem)
+public:
+  enum { ID_ADD = 1, ID_REMOVE, ID_LAST };
+
+  /// The list of that name in the settings.
+  WatchlistTreeItem(WatchlistRootTreeItem& root, const String& name);
+  ~WatchlistTreeItem() override;
+
+  void update() override;
+  FXint onRightClick(FXint x, FXint y) override;
+
+  /// Of the list; that of the portfolio for a list of held shares.
+  const String& name() const { return m_name; }
+  /// True for a list that the user makes himself.
+  bool editable() const { return m_editable; }
+  /// Null when building the node failed.
+  WatchlistTable* table() const { return m_table; }
+
+  long onAdd(FXObject*, FXSelector, void*);
+  long onRemove(FXObject*, FXSelector, void*);
+
+protected:
+  /// A list of held shares, of the portfolio of that name.
+  WatchlistTreeItem(WatchlistRootTreeItem& root, const String& name, const std::vector<String>& codes);
+  WatchlistRootTreeItem& root() const { return *m_root; }
+
+private:
+  void buildPage(WatchlistTable::Kind kind, const std::vector<String>& codes);
+
+  WatchlistRootTreeItem* m_root = nullptr;
+  String m_name;
+  bool m_editable = true;
+  WatchlistTable* m_table = nullptr;
+};
+
+} // namespace Tallymoor

@@ -1,0 +1,110 @@
+#pragma once
+#include "ViewsTest.h"
+#include "foundation/RunTimeSettings.h"
+#include "views/PriceLimits.h"
+#include "views/WatchHeldSharesTreeItem.h"
+#include "views/WatchlistCells.h"
+#include "views/WatchlistRootTreeItem.h"
+#include "views/WatchlistSettings.h"
+#include "views/WatchlistTable.h"
+#include "views/WatchlistTreeItem.h"
+#include <memory>
+
+namespace Tallymoor {
+
+/// As ViewsTest, with the tree of watchlists below that of the portfolios.
+class WatchlistsTest : public ViewsTest {
+protected:
+  void SetUp() override {
+    ViewsTest::SetUp();
+    auto* splitter = new FXSplitter(mainWindow().contentFrame(), LAYOUT_FILL_X | LAYOUT_FILL_Y);
+    m_watchTree = new InvestmentTree(splitter, FXRGB(230, 230, 240), FXRGB(0, 0, 60));
+    m_watchTree->setSwitcher(new FXSwitcher(splitter, LAYOUT_FILL_X | LAYOUT_FILL_Y));
+    splitter->setSplit(0, 180);
+    splitter->create();
+  }
+  void TearDown() override {
+    m_lists.reset();
+    autoMinMaxPrices = false;
+    ViewsTest::TearDown();
+  }
+
+  /// Both trees, as the main window makes them.
+  void showTrees(const NodeIcons& icons = {}) {
+    showTree(icons);
+    m_lists = std::make_unique<WatchlistRootTreeItem>(&root(), m_watchTree, icons, [this] { ++bought; });
+    m_watchTree->showFirst();
+    settle();
+  }
+  /// A list of the user's, before the trees are shown.
+  static void addList(const String& name, const std::vector<String>& codes) {
+    WatchlistSettings::add(name);
+    for (const String& code : codes)
+      WatchlistSettings::addCode(name, code);
+  }
+  /// "Main", with one stock at 6.00 until 1 March and 6.60 today; a portfolio of 5,000.00 holds nothing.
+  void watchOne() {
+    market().setHistory(u"AAA.AX", Date(2024, 12, 1), Date(2026, 3, 2), 6.0);
+    market().setDay(u"AAA.AX", Date(2026, 3, 3), 6.6);
+    addPortfolio(u"Trading", 5000.0);
+    addList(u"Main", {u"AAA.AX"});
+  }
+  void viewDateOfBoth(const Date& date) {
+    viewDate(date);
+    m_watchTree->updateItems();
+    settle();
+  }
+
+  WatchlistRootTreeItem& lists() { return *m_lists; }
+  InvestmentTree& watchTree() { return *m_watchTree; }
+  WatchlistTreeItem& list(const String& name = u"Main") {
+    WatchlistTreeItem* found = m_lists->watchlist(name);
+    if (!found)
+      throw std::runtime_error("no list " + name.toUTF8());
+    return *found;
+  }
+  WatchlistTable& table(const String& name = u"Main") { return *list(name).table(); }
+  /// The list that a portfolio has by itself.
+  WatchlistTreeItem& heldList(const String& portfolio = u"Trading") {
+    for (TreeViewItem* item = m_watchTree->firstRoot(); item; item = item->nextSibling()) {
+      auto& node = static_cast<WatchlistTreeItem&>(*item);
+      if (!node.editable() && node.name() == portfolio)
+        return node;
+    }
+    throw std::runtime_error("no list for " + portfolio.toUTF8());
+  }
+  std::vector<std::string> listLabels() {
+    std::vector<std::string> labels;
+    for (TreeViewItem* item = m_watchTree->firstRoot(); item; item = item->nextSibling())
+      labels.push_back(item->label().toUTF8());
+    return labels;
+  }
+  /// The user makes a list of that name by the window's command.
+  void makeList(const std::string& name) {
+    whenModal("Add New Watchlist", [this, name](FXWindow& dialog) {
+      type(*find<FXTextField>(dialog), name);
+      press(dialog, "OK");
+    });
+    lists().onNew();
+    letEventsPass();
+  }
+  /// The user adds a stock by the popup of the list's node.
+  void addStock(const String& list, const std::function<void(FXWindow& dialog)>& enter) {
+    choose(this->list(list), "Add a stock to watch...",
+           [&] { whenModal("Add Stock to Watch", [enter](FXWindow& dialog) { enter(dialog); }); });
+  }
+  void addStock(const String& list, const std::string& code) {
+    addStock(list, [this, code](FXWindow& dialog) {
+      type(*find<FXTextField>(dialog), code);
+      press(dialog, "OK");
+    });
+  }
+
+  int bought = 0; ///< times that the window's flow of a purchase was asked for
+
+private:
+  InvestmentTree* m_watchTree = nullptr;
+  std::unique_ptr<WatchlistRootTreeItem> m_lists;
+};
+
+} // namespace Tallymoor
