@@ -15,7 +15,7 @@ bool isQuoted(const Date& day, const ShareValue& value) {
 }
 
 Date fridayOf(const Date& day) {
-  return day.plusDays(1).lastFriday() == day ? day : day.lastFriday().plusDays(DAYS_OF_A_WEEK);
+  return day.lastFriday().plusDays(DAYS_OF_A_WEEK); // of a Friday, the last one lies a week back
 }
 
 /// The close always lies within the range, whatever the source says of high and low.
