@@ -1,10 +1,10 @@
 #pragma once
-#include <sdbus-c++/Error.h>
-#include <sdbus-c++/IConnection.h>
 #include <chrono>
 #include <functional>
 #include <fx.h>
 #include <memory>
+#include <sdbus-c++/Error.h>
+#include <sdbus-c++/IConnection.h>
 #include <utility>
 
 namespace Tallymoor {

@@ -5,6 +5,7 @@
 #include "shell/ViewDateRow.h"
 #include "shell/WarningStrip.h"
 #include "views/NodeIcons.h"
+#include "views/PriceWatch.h"
 #include "views/TotalCapTreeItem.h"
 #include "widgets/Colours.h"
 #include "widgets/InvestmentTree.h"
@@ -24,6 +25,11 @@ FXColor portfolioTreeColour() {
 FXDEFMAP(TallymoorWindow)
 tallymoorWindowMap[] = {
     FXMAPFUNC(SEL_CONFIGURE, MainWindow::ID_MAINWINDOW, TallymoorWindow::onResize),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_ABOUT_TRAY, TallymoorWindow::onAbout),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_RESTORE, TallymoorWindow::onRestore),
+    FXMAPFUNC(SEL_TIMEOUT, TallymoorWindow::ID_HIDE_AFTER_BALLOON, TallymoorWindow::onHideAfterBalloon),
+    FXMAPFUNC(SEL_TIMEOUT, TallymoorWindow::ID_TRAY_GONE, TallymoorWindow::onTrayGone),
+    FXMAPFUNC(SEL_TIMEOUT, TallymoorWindow::ID_TRAY_MENU, TallymoorWindow::onTrayMenu),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_TABBOOK, TallymoorWindow::onTabBook),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_NEW_PORTFOLIO, TallymoorWindow::onNewPortfolio),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_SAVE, TallymoorWindow::onSave),
@@ -58,6 +64,7 @@ TallymoorWindow::TallymoorWindow(FXApp* app, WindowIcons& icons)
   buildToolBars();
   buildTabs();
   m_warnings = new WarningStrip(panelFrame());
+  buildTray();
 }
 
 // Views first, then the portfolios that they show, then the records.
@@ -69,20 +76,13 @@ TallymoorWindow::~TallymoorWindow() {
   closeViews();
   m_store.clear();
   m_menus.clear();
+  m_tray.reset();
+  for (const FXSelector timer : {ID_HIDE_AFTER_BALLOON, ID_TRAY_GONE, ID_TRAY_MENU})
+    getApp()->removeTimeout(this, timer);
 }
 
 void TallymoorWindow::applicationTitle(String& title) const {
   title = APP_NAME;
-}
-
-void TallymoorWindow::warnOnce(const String& text, const String& caption, const String& key, int level) {
-  Settings& settings = Settings::Instance();
-  if (!key.empty()) {
-    if (settings.readInt(u"Warnings", key) != 0)
-      return;
-    settings.writeInt(u"Warnings", key, 1); // the section goes when the program ends
-  }
-  m_warnings->add(caption, text, level);
 }
 
 void TallymoorWindow::restorePlace() {

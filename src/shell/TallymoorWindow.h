@@ -3,6 +3,7 @@
 #include "foundation/LengthyFunctions.h"
 #include "market/PriceUpdater.h"
 #include "shell/PortfolioStore.h"
+#include "shell/SystemTray.h"
 #include "shell/WindowIcons.h"
 #include "widgets/MainWindow.h"
 #include <functional>
@@ -13,6 +14,7 @@
 namespace Tallymoor {
 
 class InvestmentTree;
+class PriceWatch;
 class SharePortfolioTreeItem;
 class TotalCapTreeItem;
 class ViewDateRow;
@@ -20,12 +22,17 @@ class WarningStrip;
 
 /// The program's window: menus, tool bars, the tabs with their trees, the online button. It owns the records,
 /// the portfolios and the nodes, loads them when it is created and saves them when the user leaves.
-class TallymoorWindow : public MainWindow, public HasLengthyFunctions, public PriceUpdater::PricesObserver {
+class TallymoorWindow : public MainWindow,
+                        public HasLengthyFunctions,
+                        public SystemTray::Watcher,
+                        public PriceUpdater::PricesObserver {
   FXDECLARE_ABSTRACT(TallymoorWindow)
 public:
   // The names and their order are those of the whole program; what has no command yet has no number here.
   enum {
-    ID_TABBOOK = MainWindow::ID_LAST,
+    ID_ABOUT_TRAY = MainWindow::ID_LAST,
+    ID_RESTORE,
+    ID_TABBOOK,
     ID_NEW_PORTFOLIO,
     ID_SAVE,
     ID_IMPORT,
@@ -47,6 +54,10 @@ public:
     ID_BACK,
     ID_BBACK,
     ID_NO_COMMAND, ///< of a button that does nothing for now
+    // Timers.
+    ID_HIDE_AFTER_BALLOON,
+    ID_TRAY_GONE,
+    ID_TRAY_MENU,
     ID_LAST
   };
 
@@ -67,6 +78,7 @@ public:
   FXButton* onlineButton() const { return m_onlineButton; }
   ViewDateRow* viewDateRow() const { return m_viewDateRow; }
   WarningStrip* warnings() const { return m_warnings; }
+  SystemTray& tray() const { return *m_tray; }
 
   void applicationTitle(String& title) const override;
   void saveAll() override;
@@ -74,6 +86,17 @@ public:
   void minimiseToTray() override;
   void updateStatus() override;
   void warnOnce(const String& text, const String& caption, const String& key, int level) override;
+
+  // What the tray tells.
+  void onLeftClick() override;
+  void onRightClick() override;
+  void onDoubleClick() override;
+  void onMouseMove() override;
+  void onCommand(unsigned identifier) override;
+  void onPlaceChanged() override;
+  void onBalloonNotShown(const String& text, const String& title, int level) override;
+  /// Shows the day's result in the tip of the tray.
+  void updateTrayTip();
 
   /// Asks for one of the portfolios; null when the user cancelled. Throws Exception "Failed to find the
   /// chosen portfolio".
@@ -98,6 +121,10 @@ public:
   void currentPriceUpdated(const String& code, double price) override;
   void pricesUpdateFinished() override;
 
+  long onRestore(FXObject*, FXSelector, void*);
+  long onHideAfterBalloon(FXObject*, FXSelector, void*);
+  long onTrayGone(FXObject*, FXSelector, void*);
+  long onTrayMenu(FXObject*, FXSelector, void*);
   long onTabBook(FXObject*, FXSelector, void*);
   long onNewPortfolio(FXObject*, FXSelector, void*);
   long onSave(FXObject*, FXSelector, void*);
@@ -130,6 +157,12 @@ private:
   void buildMenus();
   FXMenuPane* addMenu(const char* title);
   void addEntry(FXMenuPane* menu, const char* label, FXSelector command);
+
+  void buildTray();
+  void followPricesInTray();
+  bool isOffScreen() const;
+  void bringIntoSight();
+  void showTrayMenu(FXint x, FXint y);
 
   void loadUnderProgress();
   void load(Progress& progress);
@@ -164,6 +197,8 @@ private:
   FXSplitter* m_portfolioSplitter = nullptr;
   InvestmentTree* m_portfolioTree = nullptr;
   TotalCapTreeItem* m_totalCapital = nullptr;
+  std::unique_ptr<SystemTray> m_tray;
+  std::unique_ptr<PriceWatch> m_trayPrices;
   std::optional<bool> m_shownOnline; ///< what the online button shows
   bool m_changingOnlineState = false;
   bool m_shutdownDone = false;

@@ -60,6 +60,7 @@ void TallymoorWindow::refreshViews(bool repaintTrees) {
   m_portfolioTree->updateItems();
   if (repaintTrees)
     m_portfolioTree->update();
+  updateTrayTip();
 }
 
 long TallymoorWindow::onTabBook(FXObject*, FXSelector, void*) {
@@ -229,9 +230,6 @@ void TallymoorWindow::holdMinimumSize() {
   resize(neededWidth, neededHeight);
   repaint();
 }
-
-// There is no tray to go to: the window stays in the task bar.
-void TallymoorWindow::minimiseToTray() {}
 
 void TallymoorWindow::currentPriceUpdated(const String&, double) {}
 

@@ -8,6 +8,7 @@
 #include "shell/PortfolioTransfer.h"
 #include "shell/TallymoorWindow.h"
 #include "views/NodeIcons.h"
+#include "views/PriceWatch.h"
 #include "views/TotalCapTreeItem.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/InvestmentTree.h"
@@ -75,6 +76,7 @@ void TallymoorWindow::load(Progress& progress) {
   m_portfolioTree->showFirst();
   if (!m_portfolioTree->isSound())
     throw Exception(STARTUP_FAILURE);
+  followPricesInTray();
 }
 
 void TallymoorWindow::shutdown() {
@@ -115,6 +117,7 @@ void TallymoorWindow::saveUntilDoneOrGivenUp() {
 }
 
 void TallymoorWindow::closeViews() {
+  m_trayPrices.reset();
   m_totalCapital = nullptr;
   m_portfolioTree->clearItems();
 }

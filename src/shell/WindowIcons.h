@@ -13,6 +13,7 @@ public:
   void create();
 
   std::unique_ptr<FXIcon> big, mini, banner;
+  std::unique_ptr<FXIcon> tray; ///< keeps its pixels; not for widgets
   std::unique_ptr<FXIcon> newPortfolio, newWatchlist, buy, sell, dividend, interest, deposit, withdraw,
       priceUpdate;
   std::unique_ptr<FXIcon> save, minimise, exit, about;

@@ -66,6 +66,8 @@ public:
   void makeRecordCurrent();
   SharePortfolioUser& portfolio() const { return *m_portfolio; }
   const NodeIcons& icons() const;
+  /// What the comparison index made today, as the summary shows it: a percentage, "n/a" or "failed".
+  const String& indexGainToday() const { return m_indexGainToday; }
   SharesHeldTreeItem* sharesHeldItem() const { return m_sharesHeldItem; }
   SharesSoldTreeItem* sharesSoldItem() const { return m_sharesSoldItem; }
   DividendsTreeItem* dividendsItem() const { return m_dividendsItem; }

@@ -1,0 +1,38 @@
+#include "shell/TrayTip.h"
+#include "engine/SharePortfolioUser.h"
+#include "views/SharePortfolioTreeItem.h"
+#include "views/TotalCapTreeItem.h"
+
+namespace Tallymoor {
+
+namespace {
+
+String tipOf(const SharePortfolioTreeItem& node, double change) {
+  return node.portfolio().name() + u" : " + (change >= 0.0 ? u"+" : u"") + String::toPercent(change) + u" (" +
+         node.indexGainToday() + u")";
+}
+
+} // namespace
+
+std::optional<String> trayTip(const TotalCapTreeItem& totalCapital, const String& format) {
+  if (Date::hasFixedDate())
+    return std::nullopt;
+  double total = 0.0, weighted = 0.0;
+  std::optional<String> tip;
+  for (const SharePortfolioTreeItem* node : totalCapital.portfolioNodes()) {
+    const SharePortfolioUser& portfolio = node->portfolio();
+    if (!portfolio.capitalRecord().hasDayCap(Date()))
+      return std::nullopt;
+    const double capital = portfolio.sharesValueToday() + portfolio.cashReserveToday();
+    const double change = portfolio.dailyGain();
+    total += capital;
+    weighted += capital * change;
+    if (portfolio.name() == format)
+      tip = tipOf(*node, change);
+  }
+  if (tip)
+    return tip;
+  return String(u"Total Capital today: ") + String::toPercent(total != 0.0 ? weighted / total : 0.0);
+}
+
+} // namespace Tallymoor
