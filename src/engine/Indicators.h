@@ -15,8 +15,8 @@ namespace Tallymoor {
 // agree with the prices.
 //
 // A stock that is too young has no figures rather than rough ones. A week without prices leaves a gap: the
-// line then goes through the other weeks at their places in time. After a share split the weeks before it are
-// as the market quoted them, so the figures are of little use until those have gone by.
+// line then goes through the other weeks at their places in time. A share that was split has no figures until
+// eight weeks have gone by, as if it were young.
 
 /// The numbers behind the indicators, which are nobody's law but usage.
 namespace IndicatorRules {

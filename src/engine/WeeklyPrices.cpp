@@ -1,7 +1,9 @@
 #include "engine/WeeklyPrices.h"
 #include "foundation/Amounts.h"
+#include "foundation/RunTimeSettings.h"
 #include "market/TallymoorInternet.h"
 #include <algorithm>
+#include <optional>
 
 namespace Tallymoor {
 
@@ -16,6 +18,11 @@ bool isQuoted(const Date& day, const ShareValue& value) {
 
 Date fridayOf(const Date& day) {
   return day.lastFriday().plusDays(DAYS_OF_A_WEEK); // of a Friday, the last one lies a week back
+}
+
+/// A move by which a share split or merge is recognised.
+bool isSplitSized(double before, double now) {
+  return now < before / splitRatioDetect || now > before * reverseSplitRatioDetect;
 }
 
 /// The close always lies within the range, whatever the source says of high and low.
@@ -44,9 +51,16 @@ std::vector<WeeklyPrice> recentWeeks(const String& code, const Date& day, int co
   TallymoorInternet& gateway = TallymoorInternet::Instance();
   gateway.completeHistory(code, first, last);
   std::vector<WeeklyPrice> weeks;
-  for (const auto& [quoted, value] : gateway.cachedRows(code, first, last))
-    if (isQuoted(quoted, value))
+  std::optional<double> before;
+  for (const auto& [quoted, value] : gateway.cachedRows(code, first, day)) {
+    if (!isQuoted(quoted, value))
+      continue;
+    if (before && isSplitSized(*before, value.close))
+      weeks.clear();
+    before = value.close;
+    if (quoted <= last)
       addDay(weeks, weekOfOneDay(quoted, value));
+  }
   return weeks;
 }
 

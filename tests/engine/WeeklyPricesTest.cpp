@@ -47,17 +47,44 @@ TEST_F(WeeklyPricesTest, AWeekHasTheCloseOfItsFridayAndTheRangeOfItsDays) {
   m_market.setDay(m_code, Date(2026, 2, 24), 12, 15, 11, 1000);
   m_market.setDay(m_code, Date(2026, 2, 26), 8, 9, 7.5, 1000);
   m_market.setDay(m_code, Date(2026, 2, 27), 9.5, 10, 9, 1000);
-  m_market.setDay(m_code, Date(2026, 3, 2), 50, 60, 40, 1000);
+  m_market.setDay(m_code, Date(2026, 3, 2), 15, 60, 5, 1000);
   const std::vector<WeeklyPrice> found = weeks(2);
   ASSERT_EQ(found.size(), 2u);
   EXPECT_EQ(textOf(found[0]), String(u"20/2/2026 10.00 10.50 9.50"));
   EXPECT_EQ(textOf(found[1]), String(u"27/2/2026 9.50 15.00 7.50"));
 }
 
+TEST_F(WeeklyPricesTest, PricesFromBeforeASplitAreLeftOut) {
+  setHistory(27, 10);
+  for (int day = 24; day <= 27; ++day)
+    m_market.setDay(m_code, Date(2026, 2, day), 4.9, 5, 4.8, 1000);
+  for (int day = 2; day <= 3; ++day)
+    m_market.setDay(m_code, Date(2026, 3, day), 5, 1000);
+  const std::vector<WeeklyPrice> found = weeks(27);
+  ASSERT_EQ(found.size(), 1u);
+  EXPECT_EQ(textOf(found[0]), String(u"27/2/2026 4.90 5.00 4.80"));
+}
+
+TEST_F(WeeklyPricesTest, AMergeSinceTheLastFullWeekLeavesNone) {
+  setHistory(27, 10);
+  gateway().historicalPrice(m_code, m_lastFriday, true);
+  setPrice(m_code, m_today, 20.1);
+  EXPECT_TRUE(weeks(27).empty());
+}
+
+TEST_F(WeeklyPricesTest, AMoveThatNoSplitIsRecognisedByStays) {
+  setHistory(27, 10);
+  gateway().historicalPrice(m_code, m_lastFriday, true);
+  setPrice(m_code, m_today, 20);
+  EXPECT_EQ(weeks(27).size(), 27u);
+  setPrice(m_code, m_today, 5);
+  EXPECT_EQ(weeks(27).size(), 27u);
+}
+
 TEST_F(WeeklyPricesTest, AHolidayOnFridayLeavesThursdaysCloseAndAddsNoRange) {
   m_market.setDay(m_code, Date(2026, 2, 25), 10, 11, 9, 1000);
   m_market.setDay(m_code, Date(2026, 2, 26), 12, 12.5, 11.5, 1000);
-  m_market.setDay(m_code, Date(2026, 3, 2), 50, 60, 40, 1000);
+  m_market.setDay(m_code, Date(2026, 3, 2), 15, 60, 5, 1000);
   const std::vector<WeeklyPrice> found = weeks(1);
   ASSERT_EQ(found.size(), 1u);
   EXPECT_EQ(textOf(found[0]), String(u"27/2/2026 12.00 12.50 9.00"));
@@ -65,7 +92,7 @@ TEST_F(WeeklyPricesTest, AHolidayOnFridayLeavesThursdaysCloseAndAddsNoRange) {
 
 TEST_F(WeeklyPricesTest, AWeekWithoutTradesCarriesTheCloseBeforeIt) {
   m_market.setDay(m_code, Date(2026, 2, 20), 12, 13, 11, 1000);
-  m_market.setDay(m_code, Date(2026, 3, 2), 50, 60, 40, 1000);
+  m_market.setDay(m_code, Date(2026, 3, 2), 15, 60, 5, 1000);
   const std::vector<WeeklyPrice> found = weeks(3);
   ASSERT_EQ(found.size(), 2u);
   EXPECT_EQ(textOf(found[0]), String(u"20/2/2026 12.00 13.00 11.00"));
@@ -73,13 +100,13 @@ TEST_F(WeeklyPricesTest, AWeekWithoutTradesCarriesTheCloseBeforeIt) {
 }
 
 TEST_F(WeeklyPricesTest, AWeekendThatCarriesAPriceIsNoPartOfAWeek) {
-  m_market.setDay(m_code, Date(2026, 2, 20), 30, 31, 29, 1000);
+  m_market.setDay(m_code, Date(2026, 2, 20), 15, 16, 14, 1000);
   m_market.setDay(m_code, Date(2026, 2, 23), 10, 11, 9, 1000);
   EXPECT_EQ(textOf(weeks(1).back()), String(u"27/2/2026 10.00 11.00 9.00"));
 }
 
 TEST_F(WeeklyPricesTest, ATradedSundayBelongsToTheFridayAfterIt) {
-  m_market.setDay(m_code, Date(2026, 2, 22), 30, 31, 29, 1000);
+  m_market.setDay(m_code, Date(2026, 2, 22), 15, 31, 14, 1000);
   m_market.setDay(m_code, Date(2026, 2, 23), 10, 11, 9, 1000);
   EXPECT_EQ(textOf(weeks(1).back()), String(u"27/2/2026 10.00 31.00 9.00"));
 }
@@ -120,7 +147,7 @@ TEST_F(WeeklyPricesTest, HalfAYearAndTheWeekBeforeItComeFromOneFetchWithNothingS
 
 TEST_F(WeeklyPricesTest, UnderAViewDateTheWeeksEndBeforeIt) {
   m_market.setHistory(m_code, Date(2024, 1, 1), Date(2025, 6, 13), 20);
-  m_market.setHistory(m_code, Date(2025, 6, 14), m_today, 999);
+  m_market.setHistory(m_code, Date(2025, 6, 14), m_today, 39);
   gateway().pauseUpdates();
   Date::setFixedDate(Date(2025, 6, 16));
   const Indicators figures = indicatorsOf(m_code, Date());

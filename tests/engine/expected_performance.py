@@ -120,13 +120,27 @@ class Market:
 
 # ---- indicators
 
+def last_split(market, code, first, day):
+    """The last day up to this one whose close is less than half or more than twice that of the trading day before."""
+    before, last = None, first
+    while first <= day:
+        if (code, first) in market.ranges:
+            close = market.closes[code, first]
+            if before and (close * 2 < before or close > before * 2):
+                last = first
+            before = close
+        first += timedelta(1)
+    return last
+
+
 def weeks_before(market, code, day, count):
     """(close, high, low) of the weeks that are over, oldest first."""
     market.load(code)
     weeks, friday = [], friday_before(day)
+    start = last_split(market, code, friday - timedelta(7 * count - 1), day)
     while len(weeks) < count:
         days = [friday + timedelta(shift) for shift in range(-4, 3)]
-        trading = [d for d in days if (code, d) in market.ranges and d < day]
+        trading = [d for d in days if (code, d) in market.ranges and start <= d < day]
         if not trading:
             break
         weeks.insert(0, (market.closes[code, trading[-1]], max(market.ranges[code, d][0] for d in trading),
