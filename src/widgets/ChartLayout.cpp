@@ -237,7 +237,7 @@ void ChartLayout::placePlot() {
   const double line = m_metrics.lineHeight;
   const bool hasTimes = m_height >= LEAST_LINES_FOR_TIMES * line;
   const double top = m_top + line / 2;
-  const double bottom = m_height - (hasTimes ? line * 1.5 : m_gap);
+  const double bottom = m_height - (hasTimes ? line * 1.6 : m_gap);
   m_plot.y = top;
   m_plot.height = std::max(1.0, bottom - top);
   const int steps = std::clamp(int(m_plot.height / (LINES_BETWEEN_VALUES * line)), 1, MOST_VALUE_STEPS);
@@ -285,7 +285,7 @@ ChartTick ChartLayout::timeTick(const Date& day, const String& label) const {
   const double x = xOf(day);
   const double width = m_metrics.textWidth(label);
   const double left = std::clamp(x - width / 2, 0.0, std::max(0.0, m_width - m_gap / 2 - width));
-  return {x, ChartText{left, m_plot.bottom() + m_metrics.lineHeight * 0.35, label}};
+  return {x, ChartText{left, m_plot.bottom() + m_metrics.lineHeight / 2, label}};
 }
 
 std::vector<ChartTick> ChartLayout::timeTicksFor(const TimeStep& step) const {

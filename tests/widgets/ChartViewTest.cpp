@@ -1,0 +1,243 @@
+#include "widgets/ChartView.h"
+#include "ChartSamples.h"
+#include "foundation/Exception.h"
+#include "support/windows/WindowTest.h"
+#include "widgets/HandlerScope.h"
+#include <fxkeys.h>
+
+namespace Tallymoor {
+namespace {
+
+using namespace ChartSamples;
+
+class ChartViewTest : public WindowTest {
+protected:
+  ChartView& show(const ChartModel& model) {
+    ChartView& view = makeView();
+    view.setModel(model);
+    paint();
+    return view;
+  }
+  ChartView& makeView() {
+    auto* view = new ChartView(mainWindow().contentFrame(), FRAME_LINE | LAYOUT_EXPLICIT);
+    view->create();
+    resize(*view, 600, 320);
+    return *view;
+  }
+  void resize(ChartView& view, FXint width, FXint height) {
+    view.position(0, 0, width, height);
+    paint();
+  }
+  void paint() {
+    letEventsPass();
+    app().repaint();
+  }
+  /// The pointer moves to a place in the window.
+  void point(ChartView& view, FXint x) {
+    FXEvent event{};
+    event.type = SEL_MOTION;
+    event.win_x = x;
+    event.win_y = view.getHeight() / 2;
+    EXPECT_EQ(1, view.handle(&app(), FXSEL(SEL_MOTION, 0), &event));
+    paint();
+  }
+  void pointAt(ChartView& view, const Date& day) {
+    point(view, FXint(std::lround(view.chart().xOf(day))) + view.getBorderWidth());
+  }
+  void leave(ChartView& view) {
+    FXEvent event{};
+    event.type = SEL_LEAVE;
+    view.handle(&app(), FXSEL(SEL_LEAVE, 0), &event);
+    paint();
+  }
+  static std::optional<Date> day(ChartView& view) {
+    const std::optional<ChartReading> reading = view.reading();
+    return reading ? std::optional(reading->day) : std::nullopt;
+  }
+  /// What the window shows.
+  std::vector<FXColor> picture(ChartView& view) {
+    paint();
+    FXImage image(&app(), nullptr, IMAGE_KEEP | IMAGE_OWNED, view.getWidth(), view.getHeight());
+    image.create();
+    {
+      FXDCWindow dc(&image);
+      dc.drawArea(&view, 0, 0, view.getWidth(), view.getHeight(), 0, 0);
+    }
+    image.restore();
+    return {image.getData(), image.getData() + view.getWidth() * view.getHeight()};
+  }
+};
+
+TEST_F(ChartViewTest, TheChartIsDrawnInTheWindow) {
+  ChartView& view = show(priceModel());
+  const std::vector<FXColor> pixels = picture(view);
+  EXPECT_GT(std::count(pixels.begin(), pixels.end(), ChartColours::BLUE), 100);
+  EXPECT_GT(std::count(pixels.begin(), pixels.end(), FXRGB(60, 60, 60)), 100) << "texts";
+}
+
+TEST_F(ChartViewTest, ThePointerShowsTheValuesOfTheDay) {
+  ChartView& view = show(priceModel());
+  EXPECT_FALSE(view.reading());
+  pointAt(view, Date(2025, 12, 1));
+  const std::optional<ChartReading> reading = view.reading();
+  ASSERT_TRUE(reading);
+  EXPECT_EQ(Date(2025, 12, 1), reading->day);
+  ASSERT_EQ(2u, reading->values.size());
+  EXPECT_DOUBLE_EQ(view.model().series[0].points[273].value, reading->values[0].value);
+  EXPECT_EQ(std::vector<String>{u"Sold 50 at 12.50"}, reading->notes);
+}
+
+TEST_F(ChartViewTest, TheCrosshairIsSeenAndGoesWithThePointer) {
+  ChartView& view = show(priceModel());
+  const std::vector<FXColor> before = picture(view);
+  pointAt(view, Date(2025, 6, 1));
+  EXPECT_NE(before, picture(view));
+  leave(view);
+  EXPECT_FALSE(view.reading());
+  EXPECT_EQ(before, picture(view));
+}
+
+TEST_F(ChartViewTest, OutsideThePlotThereIsNoCrosshair) {
+  ChartView& view = show(priceModel());
+  pointAt(view, Date(2025, 6, 1));
+  point(view, 0);
+  EXPECT_FALSE(view.reading());
+  pointAt(view, Date(2025, 6, 1));
+  point(view, view.getWidth() - 1);
+  EXPECT_FALSE(view.reading());
+}
+
+TEST_F(ChartViewTest, TheArrowKeysMoveTheCrosshair) {
+  ChartView& view = show(priceModel());
+  view.setFocus();
+  key(mainWindow(), KEY_Left);
+  EXPECT_EQ(Date(2026, 3, 3), day(view)) << "it begins on the last day";
+  key(mainWindow(), KEY_Left);
+  EXPECT_EQ(Date(2026, 3, 2), day(view));
+  key(mainWindow(), KEY_Right);
+  key(mainWindow(), KEY_Right);
+  EXPECT_EQ(Date(2026, 3, 3), day(view));
+  key(mainWindow(), KEY_Left, CONTROLMASK);
+  EXPECT_EQ(Date(2026, 2, 11), day(view));
+  key(mainWindow(), KEY_Home);
+  EXPECT_EQ(Date(2025, 3, 3), day(view));
+  key(mainWindow(), KEY_Left);
+  EXPECT_EQ(Date(2025, 3, 3), day(view));
+  key(mainWindow(), KEY_End);
+  EXPECT_EQ(Date(2026, 3, 3), day(view));
+}
+
+TEST_F(ChartViewTest, OtherKeysAreNotTheCharts) {
+  ChartView& view = show(priceModel());
+  FXEvent event{};
+  event.type = SEL_KEYPRESS;
+  event.code = KEY_Tab;
+  EXPECT_EQ(0, view.handle(&app(), FXSEL(SEL_KEYPRESS, 0), &event));
+  EXPECT_FALSE(view.reading());
+}
+
+TEST_F(ChartViewTest, AClickGivesTheFocus) {
+  ChartView& view = show(priceModel());
+  FXEvent event{};
+  event.type = SEL_LEFTBUTTONPRESS;
+  view.handle(&app(), FXSEL(SEL_LEFTBUTTONPRESS, 0), &event);
+  EXPECT_EQ(&view, view.getParent()->getFocus());
+}
+
+TEST_F(ChartViewTest, AnEmptyChartBearsPointerAndKeys) {
+  ChartModel none;
+  none.emptyText = u"No prices to show yet.";
+  ChartView& view = show(none);
+  point(view, view.getWidth() / 2);
+  view.setFocus();
+  key(mainWindow(), KEY_Left);
+  key(mainWindow(), KEY_Home);
+  EXPECT_FALSE(view.reading());
+}
+
+TEST_F(ChartViewTest, EverySizeIsDrawn) {
+  ChartView& view = show(priceModel());
+  pointAt(view, Date(2025, 12, 1));
+  for (const FXint width : {1, 3, 17, 60, 300, 1200})
+    for (const FXint height : {1, 2, 9, 40, 150, 700}) {
+      resize(view, width, height);
+      EXPECT_EQ(std::max(1, width - 2 * view.getBorderWidth()), view.chart().width());
+      EXPECT_EQ(Date(2025, 12, 1), day(view));
+    }
+}
+
+TEST_F(ChartViewTest, TheCrosshairStaysOnItsDayWhenTheModelChanges) {
+  ChartView& view = show(priceModel());
+  pointAt(view, Date(2025, 12, 1));
+  ChartModel other = priceModel();
+  other.markers.clear();
+  other.series[0].points.resize(100); // up to 10 June 2025
+  other.series.pop_back();
+  view.setModel(other);
+  EXPECT_EQ(Date(2025, 6, 10), day(view)) << "the nearest that is left";
+  view.setModel(ChartModel());
+  EXPECT_FALSE(view.reading());
+}
+
+TEST_F(ChartViewTest, TheSourceIsAskedOnceForEachChange) {
+  ChartView& view = makeView();
+  int asked = 0;
+  view.setSource([&asked] {
+    ++asked;
+    return priceModel();
+  });
+  EXPECT_EQ(0, asked) << "not before it is drawn";
+  paint();
+  EXPECT_EQ(1, asked);
+  view.update();
+  paint();
+  EXPECT_EQ(1, asked);
+  view.modelChanged();
+  view.modelChanged();
+  paint();
+  EXPECT_EQ(2, asked);
+  view.modelChanged();
+  EXPECT_EQ(u"AAA.AX", view.model().title);
+  EXPECT_EQ(3, asked);
+}
+
+TEST_F(ChartViewTest, WhileAHandlerRunsTheSourceIsNotAsked) {
+  ChartView& view = makeView();
+  int asked = 0;
+  view.setSource([&asked] {
+    ++asked;
+    return priceModel();
+  });
+  {
+    const BigMutexLock lock;
+    const HandlerScope scope(u"test");
+    paint();
+    EXPECT_EQ(0, asked);
+  }
+  paint();
+  EXPECT_EQ(1, asked);
+}
+
+TEST_F(ChartViewTest, AFailureOfTheSourceIsShownInTheChartsPlace) {
+  ChartView& view = makeView();
+  view.setSource([]() -> ChartModel { throw Exception(u"The records can't be read."); });
+  paint();
+  EXPECT_TRUE(view.chart().isEmpty());
+  EXPECT_EQ(u"The records can't be read.", view.model().emptyText);
+}
+
+TEST_F(ChartViewTest, LargerTextsMakeALargerChart) {
+  const FXint before = makeView().getDefaultHeight();
+  FXFontDesc description;
+  app().getNormalFont()->getFontDesc(description);
+  description.size *= 2;
+  auto* large = new FXFont(&app(), description);
+  large->create();
+  app().setNormalFont(large); // the application owns it
+  ChartView& view = show(priceModel());
+  EXPECT_GT(view.getDefaultHeight(), before * 3 / 2);
+  EXPECT_FALSE(view.chart().isEmpty());
+}
+
+} // namespace
+} // namespace Tallymoor
