@@ -40,7 +40,7 @@ ChartFrame::ChartFrame(FXComposite* parent, const String& settingsKey)
       m_settingsKey(settingsKey) {
   buildRangeButtons();
   m_chart = new ChartView(this);
-  m_shown = range();
+  showRange(range());
   m_chart->setSource([this] {
     const Date end;
     return makeModel(startOf(range(), end), end);
@@ -63,24 +63,28 @@ void ChartFrame::refresh() {
   m_chart->modelChanged();
 }
 
+void ChartFrame::showRange(ChartRange range) {
+  for (std::size_t i = 0; i < m_buttons.size(); ++i)
+    m_buttons[i]->setState(ChartRange(i) == range ? STATE_ENGAGED : STATE_UP);
+  m_shown = range;
+}
+
 long ChartFrame::onRange(FXObject*, FXSelector selector, void*) {
   return guardedHandler(u"ChartFrame::onRange failed.", [&] {
     Settings::Instance().writeInt(SECTION, m_settingsKey, std::int32_t(FXSELID(selector) - ID_RANGE));
-    m_shown = range();
+    showRange(range());
     rangeChosen();
     refresh();
   });
 }
 
 /// Also takes over what was chosen in another chart of the kind.
-long ChartFrame::onUpdateRange(FXObject* sender, FXSelector selector, void*) {
+long ChartFrame::onUpdateRange(FXObject*, FXSelector, void*) {
   const BigMutexLock lock;
-  const ChartRange chosen = range();
-  const bool isChosen = ChartRange(FXSELID(selector) - ID_RANGE) == chosen;
-  sender->handle(this, FXSEL(SEL_COMMAND, isChosen ? ID_CHECK : ID_UNCHECK), nullptr);
-  if (chosen != m_shown)
+  const bool wasChanged = range() != m_shown;
+  showRange(range());
+  if (wasChanged)
     refresh();
-  m_shown = chosen;
   return 1;
 }
 

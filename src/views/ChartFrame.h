@@ -42,11 +42,12 @@ protected:
 
 private:
   void buildRangeButtons();
+  void showRange(ChartRange range);
 
   String m_settingsKey;
   std::array<FXButton*, 4> m_buttons{};
   ChartView* m_chart = nullptr;
-  ChartRange m_shown = ChartRange::ALL; ///< what the chart was last asked to show
+  ChartRange m_shown = ChartRange::ALL; ///< by the buttons
 };
 
 } // namespace Tallymoor

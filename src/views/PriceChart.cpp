@@ -1,4 +1,5 @@
 #include "views/PriceChart.h"
+#include "engine/Indicators.h"
 #include "market/TallymoorInternet.h"
 #include "views/ChartModels.h"
 #include <algorithm>
@@ -39,6 +40,7 @@ void PriceChart::loadHistory() const {
   const Date last = cached.empty() ? today : cached.begin()->first.plusDays(-1);
   if (first <= last)
     gateway.completeHistory(m_code, first, last);
+  trendLineOf(m_code, today); // for its weeks, so that drawing the line won't fetch them
 }
 
 ChartModel PriceChart::makeModel(const Date& from, const Date& to) {

@@ -8,23 +8,50 @@ namespace {
 
 constexpr double OUTLINE = 1.6; ///< width of a triangle's lines
 
-FXuint mixed(FXuint under, FXuint over, double opacity) {
-  return FXuint(std::lround(under + (double(over) - double(under)) * opacity));
+constexpr int OPAQUE = 256;
+
+FXuint mixed(FXuint under, FXuint over, int opacity) {
+  return (under * FXuint(OPAQUE - opacity) + over * FXuint(opacity) + OPAQUE / 2) / OPAQUE;
 }
 
+/// As std::floor, which is a call of a library on common processors.
 int floorToInt(double value) {
-  return int(std::floor(value));
+  const int towardsZero = int(value);
+  return value < towardsZero ? towardsZero - 1 : towardsZero;
 }
 
-/// How far the pixel's middle lies from the line between two points.
-double distance(const ChartPixel& from, const ChartPixel& to, double x, double y) {
-  const double dx = to.x - from.x;
-  const double dy = to.y - from.y;
-  const double length = dx * dx + dy * dy;
-  const double part =
-      length > 0.0 ? std::clamp(((x - from.x) * dx + (y - from.y) * dy) / length, 0.0, 1.0) : 0.0;
-  return std::hypot(x - from.x - part * dx, y - from.y - part * dy);
-}
+/// A line between two points, and how much of a pixel it covers when it is drawn with a round pen.
+class Stroke {
+public:
+  Stroke(const ChartPixel& from, const ChartPixel& to, double radius)
+      : m_from(from), m_dx(to.x - from.x), m_dy(to.y - from.y), m_radius(radius),
+        m_outside((radius + 0.5) * (radius + 0.5)),
+        m_inside(radius > 0.5 ? (radius - 0.5) * (radius - 0.5) : -1.0) {
+    const double square = m_dx * m_dx + m_dy * m_dy;
+    m_perLength = square > 0.0 ? 1.0 / square : 0.0;
+  }
+
+  double coverage(int column, int row) const {
+    const double x = column + 0.5 - m_from.x;
+    const double y = row + 0.5 - m_from.y;
+    const double part = std::clamp((x * m_dx + y * m_dy) * m_perLength, 0.0, 1.0);
+    const double offX = x - part * m_dx;
+    const double offY = y - part * m_dy;
+    const double square = offX * offX + offY * offY;
+    if (square >= m_outside)
+      return 0.0;
+    return square <= m_inside ? 1.0 : m_radius + 0.5 - std::sqrt(square);
+  }
+
+private:
+  ChartPixel m_from;
+  double m_dx;
+  double m_dy;
+  double m_radius;
+  double m_outside; ///< squares of the distances beyond which nothing and up to which all is covered
+  double m_inside;
+  double m_perLength;
+};
 
 ChartPixel between(const ChartPixel& from, const ChartPixel& to, double part) {
   return {from.x + (to.x - from.x) * part, from.y + (to.y - from.y) * part};
@@ -37,12 +64,14 @@ ChartCanvas::ChartCanvas(int width, int height, FXColor background)
       m_pixels(std::size_t(m_width) * std::size_t(m_height), background), m_coverage(m_pixels.size()) {}
 
 void ChartCanvas::blend(int x, int y, FXColor colour, double opacity) {
-  if (x < 0 || y < 0 || x >= m_width || y >= m_height || opacity <= 0.0)
+  const int part = int(opacity * OPAQUE + 0.5);
+  if (x < 0 || y < 0 || x >= m_width || y >= m_height || part <= 0)
     return;
   FXColor& pixel = m_pixels[place(x, y)];
-  pixel = FXRGB(mixed(FXREDVAL(pixel), FXREDVAL(colour), opacity),
-                mixed(FXGREENVAL(pixel), FXGREENVAL(colour), opacity),
-                mixed(FXBLUEVAL(pixel), FXBLUEVAL(colour), opacity));
+  pixel = part >= OPAQUE ? colour
+                         : FXRGB(mixed(FXREDVAL(pixel), FXREDVAL(colour), part),
+                                 mixed(FXGREENVAL(pixel), FXGREENVAL(colour), part),
+                                 mixed(FXBLUEVAL(pixel), FXBLUEVAL(colour), part));
 }
 
 void ChartCanvas::fill(const ChartArea& area, FXColor colour, double opacity) {
@@ -114,9 +143,10 @@ void ChartCanvas::coverDashes(const std::vector<ChartPixel>& points, double radi
 
 /// Goes along the longer side, so that few pixels off the line are looked at.
 void ChartCanvas::cover(const ChartPixel& from, const ChartPixel& to, double radius) {
+  const Stroke stroke(from, to, radius);
   const double dx = to.x - from.x;
   const double dy = to.y - from.y;
-  const double reach = radius + 1.0;
+  const double reach = radius + 0.5;
   const bool flat = std::abs(dx) >= std::abs(dy);
   const double start = flat ? std::min(from.x, to.x) : std::min(from.y, to.y);
   const double end = flat ? std::max(from.x, to.x) : std::max(from.y, to.y);
@@ -127,15 +157,13 @@ void ChartCanvas::cover(const ChartPixel& from, const ChartPixel& to, double rad
     const double at = std::clamp(along + 0.5, start, end);
     const double middle = flat ? from.y + (at - from.x) * slope : from.x + (at - from.y) * slope;
     const int lastAcross = std::min(flat ? m_height : m_width, floorToInt(middle + across) + 1);
-    for (int other = std::max(0, floorToInt(middle - across)); other < lastAcross; ++other)
-      coverAround(from, to, radius, flat ? along : other, flat ? other : along);
+    for (int other = std::max(0, floorToInt(middle - across)); other < lastAcross; ++other) {
+      const int x = flat ? along : other;
+      const int y = flat ? other : along;
+      float& pixel = m_coverage[place(x, y)];
+      pixel = std::max(pixel, float(stroke.coverage(x, y)));
+    }
   }
-}
-
-void ChartCanvas::coverAround(const ChartPixel& from, const ChartPixel& to, double radius, int x, int y) {
-  const double covered = std::clamp(radius + 0.5 - distance(from, to, x + 0.5, y + 0.5), 0.0, 1.0);
-  float& pixel = m_coverage[place(x, y)];
-  pixel = std::max(pixel, float(covered));
 }
 
 void ChartCanvas::clearCoverage(const Pixels& part) {
@@ -147,13 +175,8 @@ void ChartCanvas::clearCoverage(const Pixels& part) {
 void ChartCanvas::paintCovered(const Pixels& part, FXColor colour) {
   for (int y = part.top; y < part.bottom; ++y)
     for (int x = part.left; x < part.right; ++x)
-      blend(x, y, colour, m_coverage[place(x, y)]);
-}
-
-void ChartCanvas::dot(const ChartPixel& centre, double radius, FXColor colour) {
-  for (int y = floorToInt(centre.y - radius - 1); y <= floorToInt(centre.y + radius + 1); ++y)
-    for (int x = floorToInt(centre.x - radius - 1); x <= floorToInt(centre.x + radius + 1); ++x)
-      blend(x, y, colour, std::clamp(radius + 0.5 - distance(centre, centre, x + 0.5, y + 0.5), 0.0, 1.0));
+      if (const float covered = m_coverage[place(x, y)]; covered > 0.0F)
+        blend(x, y, colour, covered);
 }
 
 void ChartCanvas::triangle(const ChartPixel& tip, double size, bool up, FXColor outline, FXColor inside) {

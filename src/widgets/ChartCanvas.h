@@ -28,7 +28,6 @@ public:
             const std::vector<double>& pattern = {});
   /// A triangle as high and wide as the size with its tip at the place, which it points up or down at.
   void triangle(const ChartPixel& tip, double size, bool up, FXColor outline, FXColor inside);
-  void dot(const ChartPixel& centre, double radius, FXColor colour);
 
 private:
   /// Whole pixels; right and bottom are the first ones outside.
@@ -39,7 +38,6 @@ private:
   std::size_t place(int x, int y) const { return std::size_t(y) * std::size_t(m_width) + std::size_t(x); }
   void blend(int x, int y, FXColor colour, double opacity);
   void cover(const ChartPixel& from, const ChartPixel& to, double radius);
-  void coverAround(const ChartPixel& from, const ChartPixel& to, double radius, int x, int y);
   void coverDashes(const std::vector<ChartPixel>& points, double radius, const std::vector<double>& pattern);
   void clearCoverage(const Pixels& part);
   void paintCovered(const Pixels& part, FXColor colour);

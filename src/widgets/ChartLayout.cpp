@@ -2,6 +2,7 @@
 #include "widgets/ChartTexts.h"
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <numeric>
 
@@ -105,22 +106,40 @@ ChartLayout::ChartLayout(const ChartModel& model, double width, double height, c
 }
 
 void ChartLayout::collectDays() {
-  const auto collect = [this](bool straight) {
-    for (const ChartSeries& series : m_model.series)
-      if (series.straight == straight)
-        for (const ChartPoint& point : series.points)
-          if (isFinite(point))
-            m_days.push_back(point.day);
-  };
-  collect(false);
+  addSeriesDays(false);
   if (m_days.empty())
-    collect(true);
+    addSeriesDays(true);
   if (m_days.empty())
     return;
+  std::vector<Date> traded;
   for (const ChartMarker& marker : m_model.markers)
-    m_days.push_back(marker.day);
-  std::sort(m_days.begin(), m_days.end());
-  m_days.erase(std::unique(m_days.begin(), m_days.end()), m_days.end());
+    traded.push_back(marker.day);
+  std::sort(traded.begin(), traded.end());
+  addDays(traded);
+}
+
+/// Of the series that are straight lines, or of the others. Each has its days in order, which makes merging
+/// them cheap.
+void ChartLayout::addSeriesDays(bool straight) {
+  for (const ChartSeries& series : m_model.series) {
+    if (series.straight != straight)
+      continue;
+    std::vector<Date> days;
+    days.reserve(series.points.size());
+    for (const ChartPoint& point : series.points)
+      if (isFinite(point))
+        days.push_back(point.day);
+    addDays(days);
+  }
+}
+
+/// Takes days in order.
+void ChartLayout::addDays(const std::vector<Date>& days) {
+  std::vector<Date> merged;
+  merged.reserve(m_days.size() + days.size());
+  std::set_union(m_days.begin(), m_days.end(), days.begin(), days.end(), std::back_inserter(merged));
+  merged.erase(std::unique(merged.begin(), merged.end()), merged.end());
+  m_days = std::move(merged);
 }
 
 void ChartLayout::findValueRange() {

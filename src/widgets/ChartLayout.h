@@ -122,6 +122,8 @@ public:
 
 private:
   void collectDays();
+  void addSeriesDays(bool straight);
+  void addDays(const std::vector<Date>& days);
   void findValueRange();
   void placeTitle();
   void placeEmptyText();

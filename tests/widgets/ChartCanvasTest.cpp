@@ -88,7 +88,6 @@ TEST(ChartCanvasTest, WhatIsOutsideIsCutOff) {
   EXPECT_EQ(BLACK, canvas.at(9, 1));
   EXPECT_EQ(WHITE, canvas.at(0, 7));
   canvas.triangle({9.0, 0.0}, 9.0, false, BLACK, BLACK);
-  canvas.dot({0.0, 10.0}, 3.0, BLACK);
 }
 
 TEST(ChartCanvasTest, AFillMayBeThin) {

@@ -1,0 +1,1 @@
+tallymoor_benchmark(ChartBenchmark SOURCES ChartBenchmark.cpp USES widgets LINK Fox::Fox)
