@@ -105,7 +105,9 @@ long BuySharesPanel::onSearchCode(FXObject*, FXSelector, void*) {
 void BuySharesPanel::showFoundStock(const String& code, const String& name) {
   m_code->setText(code);
   m_name->setText(name);
-  priceField()->setValue(TallymoorInternet::Instance().currentPrice(code, true, false));
+  TallymoorInternet& internet = TallymoorInternet::Instance();
+  priceField()->setValue(Date::hasFixedDate() ? internet.historicalPrice(code, Date(), true)
+                                              : internet.currentPrice(code, true, false));
 }
 
 long BuySharesPanel::onCodeTyped(FXObject*, FXSelector, void*) {

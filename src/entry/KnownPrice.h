@@ -3,8 +3,8 @@
 
 namespace Tallymoor {
 
-/// What is known of a code's price without asking anyone, for a form that opens with the code; 0 when nothing
-/// is.
+/// What is known of a code's price, now or on the view date, without asking anyone, for a form that opens
+/// with the code; 0 when nothing is.
 double knownPrice(const String& code);
 
 } // namespace Tallymoor

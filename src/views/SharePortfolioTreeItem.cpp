@@ -172,8 +172,13 @@ void SharePortfolioTreeItem::readIndexFigures() {
     return;
   }
   m_watchedIndex->watch({m_portfolio->comparisonIndex()});
-  m_indexGainToday = m_indexGainWeek = u"failed";
   m_indexTrend = u"<index trend disabled>";
+  // Before the portfolio's first day there is nothing to compare, and perhaps no index to ask for.
+  if (Date::hasFixedDate() && !m_portfolio->capitalRecord().hasDayCap(Date())) {
+    m_indexTrendTip = u"The portfolio has no record of the day shown.";
+    return;
+  }
+  m_indexGainToday = m_indexGainWeek = u"failed";
   m_indexTrendTip = String(u"The prices of ") + m_portfolio->comparisonIndex() +
                     u" that its moving averages need can't be had.";
   try {

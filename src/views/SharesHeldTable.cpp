@@ -7,6 +7,7 @@
 #include "views/HeldShareColumns.h"
 #include "views/PortfolioCommands.h"
 #include "views/PriceLimits.h"
+#include "views/ShareAsOfDay.h"
 #include "widgets/ContextMenu.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/MainWindow.h"
@@ -55,7 +56,11 @@ void SharesHeldTable::addShare(const String& key, HeldShareRow share) {
   addRow(std::make_unique<Row>(key, &m_rowData.back()));
 }
 
+// While the past is shown nobody asks for current prices, and those of today must still be there when it
+// comes back.
 void SharesHeldTable::watchShares() {
+  if (Date::hasFixedDate())
+    return;
   std::set<String> codes;
   for (const HeldShareRow& share : m_rowData)
     codes.insert(share.code);
@@ -81,48 +86,15 @@ void SharesHeldTable::addShareOfDay(const XMLElement& shareVal) {
   share.numberOnDay = doubleValue(shareVal, u"Number");
   std::size_t index = 0;
   share.heldShare = portfolio().findHeldShare(share.code, index);
-  if (!share.heldShare && Date::hasFixedDate())
-    share.heldShare = makeShareSoldSince(share.code);
+  if (Date::hasFixedDate())
+    if (auto ofThatDay = shareWithParcelsSoldSince(portfolio(), share.code, *share.numberOnDay)) {
+      const PriceLimits limits = PriceLimits::ofRow(share);
+      portfolio().setMinMax(*ofThatDay, limits.min, limits.max);
+      share.heldShare = ofThatDay.get();
+      m_viewDateShares.push_back(std::move(ofThatDay));
+    }
   if (share.heldShare)
     addShare(share.code, share);
-}
-
-namespace {
-
-/// A parcel as it stood before its sale.
-void copyParcel(const XMLElement& sellEvent, XMLHeldShare& share) {
-  XMLElement& parcel = share.addSubElement(new XMLBuyEvent, u"BuyEvents");
-  parcel.subElement(u"BuyDate").setValue(textValue(sellEvent, u"BuyDate"));
-  parcel.subElement(u"NumHeld").setValue(textValue(sellEvent, u"NumHeld"));
-  parcel.subElement(u"BuyPrice").setValue(textValue(sellEvent, u"BuyPrice"));
-  parcel.subElement(u"Brokerage").setValue(textValue(sellEvent, u"BuyBrokerage"));
-  for (std::size_t i = 0; i < sellEvent.numSubElements(u"Adjustments"); ++i) {
-    const XMLElement& adjustment = sellEvent.subElement(u"Adjustments", i);
-    parcel.addSubElement(adjustment.clone(&newElement<XMLSplitAdjustment>), u"Adjustments");
-  }
-}
-
-} // namespace
-
-XMLElement* SharesHeldTable::makeShareSoldSince(const String& code) {
-  std::size_t index = 0;
-  const XMLElement* sold = portfolio().findSoldShare(code, index);
-  if (!sold)
-    return nullptr;
-  auto share = std::make_unique<XMLHeldShare>();
-  share->subElement(u"Code").setValue(code);
-  const Date shown;
-  for (std::size_t i = 0; i < sold->numSubElements(u"SellEvents"); ++i) {
-    const XMLElement& sale = sold->subElement(u"SellEvents", i);
-    if (dateValue(sale, u"BuyDate") <= shown && dateValue(sale, u"SellDate") > shown)
-      copyParcel(sale, *share);
-  }
-  if (share->numSubElements(u"BuyEvents") == 0)
-    return nullptr;
-  const PriceLimits limits = PriceLimits::ofStock(code);
-  portfolio().setMinMax(*share, limits.min, limits.max);
-  m_viewDateShares.push_back(std::move(share));
-  return m_viewDateShares.back().get();
 }
 
 double SharesHeldTable::percentGainSince(const Date& date) {

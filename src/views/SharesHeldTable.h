@@ -49,19 +49,19 @@ protected:
   /// Drops rows, columns and payloads.
   void clearShares();
   void addShare(const String& key, HeldShareRow share);
-  /// The updater keeps exactly the codes of the rows up to date.
+  /// The updater keeps exactly the codes of the rows up to date; under a view date, those of before.
   void watchShares();
   /// The words in front of what a deletion is about.
   static const String& deletionWarning();
 
 private:
   void addShareOfDay(const XMLElement& shareVal);
-  XMLElement* makeShareSoldSince(const String& code);
   void limitsEdited(const String& text, const HeldShareRow& share);
   void priceEdited(const String& text, const String& code);
 
   std::list<HeldShareRow> m_rowData;
-  std::vector<std::unique_ptr<XMLHeldShare>> m_viewDateShares; ///< of shares sold since the view date
+  std::vector<std::unique_ptr<XMLHeldShare>>
+      m_viewDateShares; ///< of shares sold, in part or whole, since the view date
   WatchedCodes m_watchedCodes;
 };
 

@@ -114,6 +114,17 @@ TEST_F(BuySharesPanelTest, ACodePassedInBringsItsKnownPrice) {
 
 // The checks, in their order
 
+TEST_F(BuySharesPanelTest, UnderAViewDateACodePassedInBringsThePriceOfThatDay) {
+  PriceUpdater& updater = TallymoorInternet::Instance().priceUpdater();
+  updater.addCode(u"ABC.AX");
+  updater.setCurrentPrice(u"ABC.AX", 12.0);
+  TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2026, 1, 15), 9.5);
+  Date::setFixedDate(Date(2026, 1, 15));
+  m_panel->reset(u"ABC.AX");
+  EXPECT_DOUBLE_EQ(9.5, m_panel->price());
+  Date::clearFixedDate();
+}
+
 TEST_F(BuySharesPanelTest, TheChecksComeInTheirOrder) {
   set("Date bought", "04/03/2026");
   set("Brokerage paid", "0");

@@ -1,9 +1,12 @@
 #pragma once
 #include "foundation/Settings.h"
 #include "shell/TallymoorWindow.h"
+#include "shell/ViewDateRow.h"
 #include "support/GatewayScope.h"
 #include "support/MarketFixture.h"
 #include "support/windows/WindowTest.h"
+#include "widgets/CalendarDialog.h"
+#include "widgets/FXCalendar.h"
 #include <optional>
 
 namespace Tallymoor {
@@ -38,6 +41,23 @@ protected:
 
   /// Ends what the window keeps and starts it anew, as the next run of the program does.
   void leave() { command(MainWindow::ID_SHUTDOWN); }
+
+  /// Clicks the field of the view date and takes a day of the calendar that opens.
+  void pickViewDate(const Date& date) {
+    whenModal("Choose the date", [this, date](FXWindow& dialog) {
+      dynamic_cast<CalendarDialog&>(dialog).calendar()->setDate(date);
+      press(dialog, "OK");
+    });
+    click(*tallymoor().viewDateRow()->field());
+  }
+  /// Presses the left button of the mouse and lets it go.
+  void click(FXWindow& window) {
+    for (const FXuint type : {SEL_LEFTBUTTONPRESS, SEL_LEFTBUTTONRELEASE}) {
+      FXEvent event{};
+      event.type = type;
+      window.handle(&app(), FXSEL(type, 0), &event);
+    }
+  }
 
 private:
   void writeCountries() {

@@ -1,10 +1,7 @@
-#include "shell/ViewDateRow.h"
 #include "RecordingPlatform.h"
 #include "ShellTest.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/TotalCapTreeItem.h"
-#include "widgets/CalendarDialog.h"
-#include "widgets/FXCalendar.h"
 #include <fxkeys.h>
 
 namespace Tallymoor {
@@ -57,22 +54,8 @@ protected:
     EXPECT_EQ(FXSelector(TallymoorWindow::ID_FFORWARD), row().forwardWeek()->getSelector());
     EXPECT_EQ(FXSelector(TallymoorWindow::ID_FORWARD), row().forwardDay()->getSelector());
   }
-  void click(FXWindow& window) {
-    FXEvent event{};
-    event.type = SEL_LEFTBUTTONPRESS;
-    window.handle(&app(), FXSEL(SEL_LEFTBUTTONPRESS, 0), &event);
-    event.type = SEL_LEFTBUTTONRELEASE;
-    window.handle(&app(), FXSEL(SEL_LEFTBUTTONRELEASE, 0), &event);
-  }
   void whenCalendar(const Step& step) {
     whenModal("Choose the date", [step](FXWindow& dialog) { step(dialog); });
-  }
-  void pick(const Date& date) {
-    whenCalendar([this, date](FXWindow& dialog) {
-      dynamic_cast<CalendarDialog&>(dialog).calendar()->setDate(date);
-      press(dialog, "OK");
-    });
-    click(*row().field());
   }
 };
 
@@ -177,7 +160,7 @@ TEST_F(ViewDateRowTest, AClickOpensTheCalendarAtTheDateShown) {
   });
   click(*row().field());
   expectToday();
-  pick(Date(2026, 2, 10));
+  pickViewDate(Date(2026, 2, 10));
   expectPast(Date(2026, 2, 10), "$500.00");
   whenCalendar([this](FXWindow& dialog) {
     EXPECT_EQ(Date(2026, 2, 10), dynamic_cast<CalendarDialog&>(dialog).calendar()->date());
@@ -199,16 +182,16 @@ TEST_F(ViewDateRowTest, EnterAndTheSpaceBarOpenTheCalendarToo) {
 }
 
 TEST_F(ViewDateRowTest, PickingTodayEndsTheView) {
-  pick(Date(2026, 2, 10));
-  pick(Date(2026, 3, 3));
+  pickViewDate(Date(2026, 2, 10));
+  pickViewDate(Date(2026, 3, 3));
   expectToday();
 }
 
 TEST_F(ViewDateRowTest, PickingTheFutureEndsTheView) {
-  pick(Date(2026, 2, 10));
-  pick(Date(2026, 4, 1));
+  pickViewDate(Date(2026, 2, 10));
+  pickViewDate(Date(2026, 4, 1));
   expectToday();
-  pick(Date(2026, 4, 1));
+  pickViewDate(Date(2026, 4, 1));
   expectToday();
 }
 
