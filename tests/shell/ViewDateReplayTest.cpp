@@ -32,7 +32,7 @@ protected:
   ViewDateReplayTest() {
     profile().setToday(Date(2026, 1, 5));
     const auto price = [this](const String& code, double early, double afterSplit, double february) {
-      market().setHistory(code, Date(2025, 10, 1), Date(2026, 1, 16), early);
+      market().setHistory(code, Date(2024, 10, 1), Date(2026, 1, 16), early);
       market().setHistory(code, Date(2026, 1, 19), Date(2026, 1, 30), afterSplit);
       market().setHistory(code, Date(2026, 2, 2), Date(2026, 3, 3), february);
     };
