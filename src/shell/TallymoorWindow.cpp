@@ -7,6 +7,7 @@
 #include "views/NodeIcons.h"
 #include "views/PriceWatch.h"
 #include "views/TotalCapTreeItem.h"
+#include "views/WatchlistRootTreeItem.h"
 #include "widgets/Colours.h"
 #include "widgets/InvestmentTree.h"
 #include "widgets/ToolkitText.h"
@@ -16,10 +17,16 @@ namespace Tallymoor {
 namespace {
 
 constexpr int TREE_WIDTH = 150;
+constexpr FXint SEPARATOR_WIDTH = 2;
 
 /// "DarkOliveGreen4", laid over white.
 FXColor portfolioTreeColour() {
   return makeColour(110, 139, 61, 100);
+}
+
+/// "SteelBlue", the same.
+FXColor watchlistTreeColour() {
+  return makeColour(70, 130, 180, 100);
 }
 
 FXDEFMAP(TallymoorWindow)
@@ -32,6 +39,7 @@ tallymoorWindowMap[] = {
     FXMAPFUNC(SEL_TIMEOUT, TallymoorWindow::ID_TRAY_MENU, TallymoorWindow::onTrayMenu),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_TABBOOK, TallymoorWindow::onTabBook),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_NEW_PORTFOLIO, TallymoorWindow::onNewPortfolio),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_NEW_WATCHLIST, TallymoorWindow::onNewWatchlist),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_SAVE, TallymoorWindow::onSave),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_IMPORT, TallymoorWindow::onImport),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_EXPORT, TallymoorWindow::onExport),
@@ -107,6 +115,7 @@ void TallymoorWindow::addEntry(FXMenuPane* menu, const char* label, FXSelector c
 void TallymoorWindow::buildMenus() {
   FXMenuPane* file = addMenu("&File");
   addEntry(file, "New &Portfolio...\tCtrl+P", ID_NEW_PORTFOLIO);
+  addEntry(file, "New &Watchlist...\tCtrl+W", ID_NEW_WATCHLIST);
   new FXMenuSeparator(file);
   addEntry(file, "&Save...\tCtrl+S", ID_SAVE);
   addEntry(file, "&Import...", ID_IMPORT);
@@ -145,13 +154,14 @@ void TallymoorWindow::buildToolBars() {
 void TallymoorWindow::buildCommandBar(FXComposite* parent) {
   auto* bar = new FXToolBar(parent, FRAME_NONE | PACK_UNIFORM_HEIGHT, 0, 0, 0, 0, 2, 2, 2, 2, 2, 0);
   const auto button = [this, bar](const char* tip, const std::unique_ptr<FXIcon>& icon, FXSelector command) {
-    new FXButton(bar, tip, icon.get(), this, command, BUTTON_TOOLBAR | FRAME_RAISED, 0, 0, 0, 0, 4, 4, 4, 4);
+    new FXButton(bar, tip, icon.get(), this, command, BUTTON_TOOLBAR | FRAME_RAISED, 0, 0, 0, 0, 3, 3, 4, 4);
   };
   const auto gap = [bar](int separators) {
     for (int i = 0; i < separators; ++i)
-      new FXFrame(bar, LAYOUT_FIX_WIDTH, 0, 0, 4);
+      new FXFrame(bar, LAYOUT_FIX_WIDTH, 0, 0, SEPARATOR_WIDTH);
   };
   button("\tNew Portfolio\tCreates a new portfolio", m_icons.newPortfolio, ID_NEW_PORTFOLIO);
+  button("\tNew Watchlist\tCreates new watchlist", m_icons.newWatchlist, ID_NEW_WATCHLIST);
   gap(3);
   button("\tBuy Shares\tRegister the purchase of shares", m_icons.buy, ID_BUY);
   button("\tSell Shares\tRegister the sale of shares", m_icons.sell, ID_SELL);
@@ -175,22 +185,26 @@ void TallymoorWindow::buildOnlineBar(FXComposite* parent) {
 
 void TallymoorWindow::buildTabs() {
   m_tabBook = new FXTabBook(contentFrame(), this, ID_TABBOOK, LAYOUT_FILL_X | LAYOUT_FILL_Y);
-  buildPortfolioTab();
+  m_portfolios = buildTab("  Portfolios  ", portfolioTreeColour(), u"X Splitter Portfolios");
+  m_watchlists = buildTab("  Watchlists  ", watchlistTreeColour(), u"X Splitter Watchlists");
 }
 
-void TallymoorWindow::buildPortfolioTab() {
-  auto* tab = new FXTabItem(m_tabBook, "  Portfolios  ");
-  tab->setFont(boldFont());
-  m_portfolioSplitter = new FXSplitter(m_tabBook, SPLITTER_HORIZONTAL | SPLITTER_TRACKING | FRAME_RAISED |
-                                                      LAYOUT_FILL_X | LAYOUT_FILL_Y);
-  auto* left = new FXVerticalFrame(m_portfolioSplitter, FRAME_SUNKEN | LAYOUT_FILL_X | LAYOUT_FILL_Y, 0, 0, 0,
-                                   0, 0, 0, 0, 0);
-  m_portfolioTree = new InvestmentTree(left, portfolioTreeColour(), FXRGB(0, 0, 0));
-  auto* right = new FXVerticalFrame(m_portfolioSplitter, FRAME_SUNKEN | LAYOUT_FILL_X | LAYOUT_FILL_Y, 0, 0,
-                                    0, 0, 0, 0, 0, 0);
-  m_portfolioTree->setSwitcher(new FXSwitcher(right, LAYOUT_FILL_X | LAYOUT_FILL_Y));
-  m_portfolioSplitter->setSplit(0, static_cast<FXint>(Settings::Instance().readUnsigned(
-                                       u"Gui Settings", u"X Splitter Portfolios", TREE_WIDTH)));
+TallymoorWindow::Tab TallymoorWindow::buildTab(const char* label, FXColor treeColour,
+                                               const String& widthKey) {
+  Tab tab;
+  tab.widthKey = widthKey;
+  (new FXTabItem(m_tabBook, label))->setFont(boldFont());
+  tab.splitter = new FXSplitter(m_tabBook, SPLITTER_HORIZONTAL | SPLITTER_TRACKING | FRAME_RAISED |
+                                               LAYOUT_FILL_X | LAYOUT_FILL_Y);
+  const auto half = [&tab] {
+    return new FXVerticalFrame(tab.splitter, FRAME_SUNKEN | LAYOUT_FILL_X | LAYOUT_FILL_Y, 0, 0, 0, 0, 0, 0,
+                               0, 0, 0, 0);
+  };
+  tab.tree = new InvestmentTree(half(), treeColour, FXRGB(0, 0, 0));
+  tab.tree->setSwitcher(new FXSwitcher(half(), LAYOUT_FILL_X | LAYOUT_FILL_Y));
+  tab.splitter->setSplit(
+      0, static_cast<FXint>(Settings::Instance().readUnsigned(u"Gui Settings", widthKey, TREE_WIDTH)));
+  return tab;
 }
 
 void TallymoorWindow::create() {

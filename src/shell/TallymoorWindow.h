@@ -19,6 +19,7 @@ class SharePortfolioTreeItem;
 class TotalCapTreeItem;
 class ViewDateRow;
 class WarningStrip;
+class WatchlistRootTreeItem;
 
 /// The program's window: menus, tool bars, the tabs with their trees, the online button. It owns the records,
 /// the portfolios and the nodes, loads them when it is created and saves them when the user leaves.
@@ -34,6 +35,7 @@ public:
     ID_RESTORE,
     ID_TABBOOK,
     ID_NEW_PORTFOLIO,
+    ID_NEW_WATCHLIST,
     ID_SAVE,
     ID_IMPORT,
     ID_EXPORT,
@@ -74,7 +76,9 @@ public:
 
   PortfolioStore& store() { return m_store; }
   TotalCapTreeItem* totalCapital() const { return m_totalCapital; }
-  InvestmentTree* portfolioTree() const { return m_portfolioTree; }
+  InvestmentTree* portfolioTree() const { return m_portfolios.tree; }
+  InvestmentTree* watchlistTree() const { return m_watchlists.tree; }
+  FXTabBook* tabBook() const { return m_tabBook; }
   FXButton* onlineButton() const { return m_onlineButton; }
   ViewDateRow* viewDateRow() const { return m_viewDateRow; }
   WarningStrip* warnings() const { return m_warnings; }
@@ -127,6 +131,7 @@ public:
   long onTrayMenu(FXObject*, FXSelector, void*);
   long onTabBook(FXObject*, FXSelector, void*);
   long onNewPortfolio(FXObject*, FXSelector, void*);
+  long onNewWatchlist(FXObject*, FXSelector, void*);
   long onSave(FXObject*, FXSelector, void*);
   long onImport(FXObject*, FXSelector, void*);
   long onExport(FXObject*, FXSelector, void*);
@@ -148,12 +153,19 @@ public:
   long onResize(FXObject*, FXSelector, void*);
 
 private:
+  /// A tab: a tree, and behind the splitter the pages of its nodes.
+  struct Tab {
+    FXSplitter* splitter = nullptr;
+    InvestmentTree* tree = nullptr;
+    String widthKey; ///< where the width of the tree is kept
+  };
+
   void restorePlace();
   void buildToolBars();
   void buildOnlineBar(FXComposite* parent);
   void buildCommandBar(FXComposite* parent);
   void buildTabs();
-  void buildPortfolioTab();
+  Tab buildTab(const char* label, FXColor treeColour, const String& widthKey);
   void buildMenus();
   FXMenuPane* addMenu(const char* title);
   void addEntry(FXMenuPane* menu, const char* label, FXSelector command);
@@ -194,9 +206,10 @@ private:
   ViewDateRow* m_viewDateRow = nullptr;
   WarningStrip* m_warnings = nullptr;
   FXTabBook* m_tabBook = nullptr;
-  FXSplitter* m_portfolioSplitter = nullptr;
-  InvestmentTree* m_portfolioTree = nullptr;
+  Tab m_portfolios;
+  Tab m_watchlists;
   TotalCapTreeItem* m_totalCapital = nullptr;
+  std::unique_ptr<WatchlistRootTreeItem> m_watchlistRoot;
   std::unique_ptr<SystemTray> m_tray;
   std::unique_ptr<PriceWatch> m_trayPrices;
   std::optional<bool> m_shownOnline; ///< what the online button shows

@@ -9,6 +9,7 @@
 #include "shell/TallymoorWindow.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/TotalCapTreeItem.h"
+#include "views/WatchlistRootTreeItem.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/InvestmentTree.h"
 #include "widgets/ListChoiceDialog.h"
@@ -22,6 +23,7 @@ namespace {
 
 constexpr int MINIMUM_HEIGHT = 400;
 constexpr int PORTFOLIO_TAB = 0;
+constexpr int WATCHLIST_TAB = 1;
 /// Asked for dividends, and in the same words for interest, deposits and withdrawals.
 constexpr char16_t RECEIPT_PROMPT[] = u"Select the portfolio to receive a dividend from.";
 constexpr std::uint32_t FAILURE_SHOWN_FOR = 1000; ///< milliseconds
@@ -57,15 +59,20 @@ SharePortfolioTreeItem& TallymoorWindow::nodeOf(const XMLElement& portfolio) con
 }
 
 void TallymoorWindow::refreshViews(bool repaintTrees) {
-  m_portfolioTree->updateItems();
-  if (repaintTrees)
-    m_portfolioTree->update();
-  updateTrayTip();
+  for (InvestmentTree* tree : {m_portfolios.tree, m_watchlists.tree}) {
+    tree->updateItems();
+    if (repaintTrees)
+      tree->update();
+  }
 }
 
 long TallymoorWindow::onTabBook(FXObject*, FXSelector, void*) {
   return guardedHandler(u"TallymoorWindow::onTabBook.", [this] {
-    m_portfolioTree->update();
+    // What was bought and sold meanwhile stands in the lists as well.
+    if (m_tabBook->getCurrent() == WATCHLIST_TAB)
+      m_watchlists.tree->updateItems();
+    m_portfolios.tree->update();
+    m_watchlists.tree->update();
     m_tabBook->update();
   });
 }
@@ -74,6 +81,15 @@ long TallymoorWindow::onNewPortfolio(FXObject*, FXSelector, void*) {
   return guardedHandler(u"TallymoorWindow::onNewPortfolio failed.", [this] {
     loadedTree().newSharePortfolio();
     m_tabBook->setCurrent(PORTFOLIO_TAB);
+  });
+}
+
+long TallymoorWindow::onNewWatchlist(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"TallymoorWindow::onNewWatchlist failed.", [this] {
+    if (!m_watchlistRoot)
+      throw Exception(STARTUP_FAILURE);
+    m_watchlistRoot->onNew();
+    m_tabBook->setCurrent(WATCHLIST_TAB);
   });
 }
 

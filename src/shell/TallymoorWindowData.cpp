@@ -10,6 +10,7 @@
 #include "views/NodeIcons.h"
 #include "views/PriceWatch.h"
 #include "views/TotalCapTreeItem.h"
+#include "views/WatchlistRootTreeItem.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/InvestmentTree.h"
 #include "widgets/ProgressDialog.h"
@@ -68,13 +69,17 @@ void TallymoorWindow::load(Progress& progress) {
   progress.step(1, u"loading portfolio records");
   m_store.load();
   progress.setTotal(static_cast<unsigned>(m_store.portfolios().size()) + 4);
-  const NodeIcons nodeIcons{m_icons.portfolio.get(), m_icons.sharesHeld.get(), m_icons.sharesSold.get(),
-                            m_icons.dividends.get(), m_icons.cashReserve.get()};
+  const NodeIcons nodeIcons{m_icons.portfolio.get(), m_icons.sharesHeld.get(),  m_icons.sharesSold.get(),
+                            m_icons.dividends.get(), m_icons.cashReserve.get(), m_icons.watchHeld.get(),
+                            m_icons.watchlist.get()};
   m_totalCapital =
-      new TotalCapTreeItem(m_portfolioTree, m_store.portfolios(), m_store.records(), nodeIcons, &progress);
+      new TotalCapTreeItem(m_portfolios.tree, m_store.portfolios(), m_store.records(), nodeIcons, &progress);
+  m_watchlistRoot = std::make_unique<WatchlistRootTreeItem>(m_totalCapital, m_watchlists.tree, nodeIcons,
+                                                            [this] { onBuy(this, 0, nullptr); });
   progress.step(1, u"showing Total Capital");
-  m_portfolioTree->showFirst();
-  if (!m_portfolioTree->isSound())
+  m_portfolios.tree->showFirst();
+  m_watchlists.tree->showFirst();
+  if (!m_portfolios.tree->isSound() || !m_watchlists.tree->isSound())
     throw Exception(STARTUP_FAILURE);
   followPricesInTray();
 }
@@ -118,8 +123,9 @@ void TallymoorWindow::saveUntilDoneOrGivenUp() {
 
 void TallymoorWindow::closeViews() {
   m_trayPrices.reset();
+  m_watchlistRoot.reset(); // its lists show portfolios
   m_totalCapital = nullptr;
-  m_portfolioTree->clearItems();
+  m_portfolios.tree->clearItems();
 }
 
 void TallymoorWindow::saveAll() {
@@ -193,8 +199,9 @@ void TallymoorWindow::saveEverything() {
 
 void TallymoorWindow::rememberSplitters() {
   Settings& settings = Settings::Instance();
-  settings.writeUnsigned(u"Gui Settings", u"X Splitter Portfolios",
-                         static_cast<std::uint32_t>(m_portfolioSplitter->getSplit(0)));
+  for (const Tab& tab : {m_portfolios, m_watchlists})
+    settings.writeUnsigned(u"Gui Settings", tab.widthKey,
+                           static_cast<std::uint32_t>(tab.splitter->getSplit(0)));
   settings.commit();
 }
 

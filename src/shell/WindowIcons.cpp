@@ -29,14 +29,15 @@ WindowIcons::WindowIcons(FXApp* app)
       totalCapital(icon(app, icons::total_capital_gif)), portfolio(icon(app, icons::portfolio_gif)),
       sharesHeld(icon(app, icons::shares_held_gif)), sharesSold(icon(app, icons::shares_sold_gif)),
       dividends(icon(app, icons::dividends_gif)), cashReserve(icon(app, icons::cash_reserve_gif)),
-      watchlist(icon(app, icons::watchlist_gif)) {}
+      watchHeld(icon(app, icons::watch_held_gif)), watchlist(icon(app, icons::watchlist_gif)) {}
 
 void WindowIcons::create() {
-  for (const auto* each : {&big,       &mini,        &banner,     &newPortfolio, &newWatchlist, &buy,
-                           &sell,      &dividend,    &interest,   &deposit,      &withdraw,     &priceUpdate,
-                           &save,      &minimise,    &exit,       &about,        &online,       &offline,
-                           &trying,    &forwardWeek, &forwardDay, &backDay,      &backWeek,     &totalCapital,
-                           &portfolio, &sharesHeld,  &sharesSold, &dividends,    &cashReserve,  &watchlist})
+  for (const auto* each :
+       {&big,         &mini,      &banner,       &newPortfolio, &newWatchlist, &buy,         &sell,
+        &dividend,    &interest,  &deposit,      &withdraw,     &priceUpdate,  &save,        &minimise,
+        &exit,        &about,     &online,       &offline,      &trying,       &forwardWeek, &forwardDay,
+        &backDay,     &backWeek,  &totalCapital, &portfolio,    &sharesHeld,   &sharesSold,  &dividends,
+        &cashReserve, &watchHeld, &watchlist})
     (*each)->create();
 }
 

@@ -19,7 +19,8 @@ public:
   std::unique_ptr<FXIcon> save, minimise, exit, about;
   std::unique_ptr<FXIcon> online, offline, trying;
   std::unique_ptr<FXIcon> forwardWeek, forwardDay, backDay, backWeek;
-  std::unique_ptr<FXIcon> totalCapital, portfolio, sharesHeld, sharesSold, dividends, cashReserve, watchlist;
+  std::unique_ptr<FXIcon> totalCapital, portfolio, sharesHeld, sharesSold, dividends, cashReserve;
+  std::unique_ptr<FXIcon> watchHeld, watchlist;
 };
 
 } // namespace Tallymoor
