@@ -12,20 +12,26 @@ DesktopTray::DesktopTray(FXApp* app, Watcher& watcher, const FXIcon& icon, const
                          const Options& options)
     : m_watcher(watcher), m_wakeUp(app, [this] { tell(); }), m_balloonWakeUp(app, [this] { showWaiting(); }),
       m_item(options.answerTimeout,
-             {[this] { tellLater(&Watcher::onDoubleClick); }, [this] { tellLater(&Watcher::onRightClick); },
-              [this] { tellLater(&Watcher::onPlaceChanged); }}),
+             {[this] { tellLater({Event::ACTIVATED}); }, [this] { tellLater({Event::MENU_WANTED}); },
+              [this] { tellLater({Event::PLACE_CHANGED}); }}),
+      m_menu({[this] { return m_watcher.menuEntries(); },
+              [this](unsigned command) {
+                tellLater({Event::COMMAND, command});
+              }}),
       m_notifications(options.answerTimeout,
                       [this](const Balloon& balloon) {
                         m_watcher.onBalloonNotShown(balloon.text, balloon.title, balloon.level);
                       }),
       m_bus(app, options.reconnectAfter,
             {[this](sdbus::IConnection& connection) {
+               m_menu.connect(connection);
                m_item.connect(connection);
                m_notifications.connect(connection);
              },
              [this] {
                m_notifications.disconnect();
                m_item.disconnect();
+               m_menu.disconnect();
              }}) {
   setIcon(icon);
   setTip(tip);
@@ -46,6 +52,11 @@ void DesktopTray::setTip(const String& tip) {
   m_bus.watch();
 }
 
+void DesktopTray::menuChanged() {
+  m_menu.tellChange();
+  m_bus.watch();
+}
+
 void DesktopTray::showBalloon(const String& text, const String& title, int level) {
   m_balloons.push_back({text, title, level});
   m_balloonWakeUp.wake();
@@ -62,7 +73,7 @@ void DesktopTray::showWaiting() {
   });
 }
 
-void DesktopTray::tellLater(Event event) {
+void DesktopTray::tellLater(const Event& event) {
   if (std::find(m_events.begin(), m_events.end(), event) == m_events.end())
     m_events.push_back(event);
   m_wakeUp.wake();
@@ -76,7 +87,20 @@ void DesktopTray::tell() {
   m_events.pop_front();
   if (!m_events.empty())
     m_wakeUp.wake();
-  (m_watcher.*event)();
+  tell(event);
+}
+
+void DesktopTray::tell(const Event& event) {
+  switch (event.kind) {
+  case Event::ACTIVATED:
+    return m_watcher.onDoubleClick();
+  case Event::MENU_WANTED:
+    return m_watcher.onRightClick();
+  case Event::COMMAND:
+    return m_watcher.onCommand(event.command);
+  case Event::PLACE_CHANGED:
+    return m_watcher.onPlaceChanged();
+  }
 }
 
 } // namespace Tallymoor

@@ -3,6 +3,7 @@
 #include "shell/SessionBus.h"
 #include "shell/StatusNotifierItem.h"
 #include "shell/SystemTray.h"
+#include "shell/TrayMenu.h"
 #include "widgets/GuiWakeUp.h"
 #include <chrono>
 #include <deque>
@@ -10,8 +11,9 @@
 namespace Tallymoor {
 
 /// The tray of the Linux desktops: the icon is a StatusNotifierItem, balloons are desktop notifications, both
-/// on the session bus. Panels tell one kind of click that opens something: it comes as onDoubleClick; the
-/// right button comes as onRightClick, and the other calls of the watcher don't come at all.
+/// on the session bus. Panels tell one kind of click that opens something: it comes as onDoubleClick. The
+/// right button either comes as onRightClick or, from panels that show the popup themselves, as the onCommand
+/// of what was chosen. The other clicks of the watcher don't come at all.
 ///
 /// Without a bus, a panel or a notification service the program goes on, and each may come and go at any
 /// time.
@@ -31,15 +33,21 @@ public:
   void setIcon(const FX::FXIcon& icon) override;
   void setTip(const String& tip) override;
   Watcher& watcher() const override { return m_watcher; }
+  void menuChanged() override;
   void showBalloon(const String& text, const String& title, int level) override;
   bool hasPlace() const override { return m_item.shown(); }
 
 private:
-  using Event = void (Watcher::*)();
+  struct Event {
+    enum Kind { ACTIVATED, MENU_WANTED, COMMAND, PLACE_CHANGED } kind;
+    unsigned command = 0;
+    bool operator==(const Event&) const = default;
+  };
 
   /// To be told from the toolkit's loop, once.
-  void tellLater(Event event);
+  void tellLater(const Event& event);
   void tell();
+  void tell(const Event& event);
   void showWaiting();
 
   Watcher& m_watcher;
@@ -48,6 +56,7 @@ private:
   std::deque<Event> m_events;     ///< that the watcher has not heard of yet
   std::deque<Balloon> m_balloons; ///< on their way to the GUI thread; guarded by the big mutex
   StatusNotifierItem m_item;
+  TrayMenu m_menu;
   DesktopNotifications m_notifications;
   SessionBus m_bus; ///< goes first
 };

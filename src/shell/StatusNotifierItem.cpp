@@ -1,6 +1,7 @@
 #include "shell/StatusNotifierItem.h"
 #include "foundation/Constants.h"
 #include "shell/SessionBus.h"
+#include "shell/TrayMenu.h"
 #include <sdbus-c++/sdbus-c++.h>
 #include <string>
 #include <unistd.h>
@@ -84,6 +85,7 @@ void StatusNotifierItem::putOnBus(sdbus::IConnection& connection) {
   constant("IconName", "");
   property("WindowId", [] { return std::int32_t(0); });
   property("ItemIsMenu", [] { return false; });
+  property("Menu", [] { return sdbus::ObjectPath(TrayMenu::PATH); });
   property("IconPixmap", [this] { return pixmapsOf(m_picture); });
   // Only the title is plain text to every panel; the text below it would be read as markup.
   property("ToolTip", [this] { return ToolTip("", Pixmaps(), m_tip, ""); });

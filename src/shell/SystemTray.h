@@ -1,6 +1,7 @@
 #pragma once
 #include "foundation/String.h"
 #include <cstddef>
+#include <vector>
 
 namespace FX {
 class FXIcon;
@@ -14,6 +15,14 @@ namespace Tallymoor {
 /// GUI thread only, save where an operation says otherwise.
 class SystemTray {
 public:
+  /// A line of the icon's popup: a command, or a separator, which has no text.
+  struct MenuEntry {
+    String text;
+    unsigned command = 0; ///< its identifier
+    bool isSeparator() const { return text.empty(); }
+    bool operator==(const MenuEntry&) const = default;
+  };
+
   /// Hears what happens to the icon. Clicks come straight from the toolkit's loop, so a popup may be opened.
   class Watcher {
   public:
@@ -22,8 +31,10 @@ public:
     virtual void onRightClick() = 0;
     virtual void onDoubleClick() = 0;
     virtual void onMouseMove() = 0;
-    /// The identifier of a command that was chosen in a menu that the tray itself shows.
+    /// The identifier of a command that was chosen in a popup that the desktop itself shows.
     virtual void onCommand(unsigned identifier) = 0;
+    /// What that popup holds at this moment.
+    virtual std::vector<MenuEntry> menuEntries() const = 0;
     /// The icon has gained or lost its place: see hasPlace.
     virtual void onPlaceChanged() = 0;
     /// Nobody on the desktop has shown this balloon. Under the big mutex.
@@ -38,6 +49,8 @@ public:
   virtual void setIcon(const FX::FXIcon& icon) = 0;
   virtual void setTip(const String& tip) = 0;
   virtual Watcher& watcher() const = 0;
+  /// The watcher has other menu entries than before.
+  virtual void menuChanged() = 0;
   /// Level 0 is information, 1 warning, 2 error. Never waits for the desktop. On any thread, under the big
   /// mutex.
   virtual void showBalloon(const String& text, const String& title, int level) = 0;

@@ -97,6 +97,7 @@ public:
   void onDoubleClick() override;
   void onMouseMove() override;
   void onCommand(unsigned identifier) override;
+  std::vector<SystemTray::MenuEntry> menuEntries() const override;
   void onPlaceChanged() override;
   void onBalloonNotShown(const String& text, const String& title, int level) override;
   /// Shows the day's result in the tip of the tray.
@@ -173,7 +174,9 @@ private:
   void buildTray();
   void followPricesInTray();
   bool isOffScreen() const;
+  void hideBehindIcon();
   void bringIntoSight();
+  bool busyWithAnotherWindow() const;
   void showTrayMenu(FXint x, FXint y);
 
   void loadUnderProgress();

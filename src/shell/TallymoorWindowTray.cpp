@@ -67,7 +67,7 @@ void TallymoorWindow::minimiseToTray() {
     return; // the window stays in the task bar
   Settings& settings = Settings::Instance();
   if (settings.readInt(u"Gui Settings", u"MinimizeWarn") != 0) {
-    hide();
+    hideBehindIcon();
     return;
   }
   warnOnce(u"Tallymoor minimizes to the system tray for your convenience!", u"Tallymoor System Tray Icon",
@@ -80,7 +80,7 @@ long TallymoorWindow::onHideAfterBalloon(FXObject*, FXSelector, void*) {
   return guardedHandler(u"TallymoorWindow::onHideAfterBalloon failed.", [this] {
     // Meanwhile the user may have fetched the window back, or the panel may have gone.
     if (m_tray->hasPlace() && (isMinimized() || isOffScreen()))
-      hide();
+      hideBehindIcon();
   });
 }
 
@@ -103,6 +103,11 @@ long TallymoorWindow::onTrayGone(FXObject*, FXSelector, void*) {
   });
 }
 
+void TallymoorWindow::hideBehindIcon() {
+  hide();
+  m_tray->menuChanged();
+}
+
 void TallymoorWindow::bringIntoSight() {
   getApp()->removeTimeout(this, ID_HIDE_AFTER_BALLOON);
   // Where it is, it would count as minimised at once.
@@ -110,6 +115,7 @@ void TallymoorWindow::bringIntoSight() {
     restorePlace();
   restore();
   show();
+  m_tray->menuChanged();
 }
 
 long TallymoorWindow::onRestore(FXObject*, FXSelector, void*) {
@@ -132,7 +138,26 @@ void TallymoorWindow::onDoubleClick() {
 
 void TallymoorWindow::onMouseMove() {}
 
-void TallymoorWindow::onCommand(unsigned) {}
+// What ends the program cancels a dialog by itself; anything else can't be done before it is answered.
+void TallymoorWindow::onCommand(unsigned identifier) {
+  if (identifier != ID_SHUTDOWN && busyWithAnotherWindow())
+    onRestore(this, 0, nullptr);
+  else
+    handle(this, FXSEL(SEL_COMMAND, identifier), nullptr);
+}
+
+std::vector<SystemTray::MenuEntry> TallymoorWindow::menuEntries() const {
+  std::vector<SystemTray::MenuEntry> entries{{u"About Tallymoor", ID_ABOUT_TRAY}};
+  if (!shown() || isMinimized())
+    entries.insert(entries.end(), {{}, {u"Open Tallymoor", ID_RESTORE}});
+  entries.insert(entries.end(), {{u"Refresh current prices", ID_REFRESH_PRICES}, {}, {u"Exit", ID_SHUTDOWN}});
+  return entries;
+}
+
+/// A dialog or popup is open, or a handler lets events pass.
+bool TallymoorWindow::busyWithAnotherWindow() const {
+  return bigMutex().heldByThisThread() || getApp()->getModality() != MODAL_FOR_NONE;
+}
 
 void TallymoorWindow::onRightClick() {
   onTrayMenu(this, 0, nullptr);
@@ -141,8 +166,8 @@ void TallymoorWindow::onRightClick() {
 long TallymoorWindow::onTrayMenu(FXObject*, FXSelector, void*) {
   if (dynamic_cast<FXPopup*>(getApp()->getModalWindow()))
     return 1; // a second click, while the first one's popup is open
-  if (bigMutex().heldByThisThread() || getApp()->getModality() != MODAL_FOR_NONE)
-    return onRestore(this, 0, nullptr); // nothing else can be done before the dialog is answered
+  if (busyWithAnotherWindow())
+    return onRestore(this, 0, nullptr);
   return guardedHandler(u"TallymoorWindow::onTrayMenu failed.", [this] {
     FXint x, y;
     FXuint buttons;
@@ -157,14 +182,12 @@ long TallymoorWindow::onTrayMenu(FXObject*, FXSelector, void*) {
 
 void TallymoorWindow::showTrayMenu(FXint x, FXint y) {
   ContextMenu menu(this, this);
-  menu.addCommand(u"About Tallymoor", ID_ABOUT_TRAY);
-  if (!shown() || isMinimized()) {
-    menu.addSeparator();
-    menu.addCommand(u"Open Tallymoor", ID_RESTORE);
+  for (const SystemTray::MenuEntry& entry : menuEntries()) {
+    if (entry.isSeparator())
+      menu.addSeparator();
+    else
+      menu.addCommand(entry.text, entry.command);
   }
-  menu.addCommand(u"Refresh current prices", ID_REFRESH_PRICES);
-  menu.addSeparator();
-  menu.addCommand(u"Exit", ID_SHUTDOWN);
   menu.run(x, y);
 }
 

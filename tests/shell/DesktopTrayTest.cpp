@@ -21,13 +21,15 @@ public:
   void onRightClick() override { heard("right"); }
   void onDoubleClick() override { heard("double"); }
   void onMouseMove() override { heard("move"); }
-  void onCommand(unsigned) override { heard("command"); }
+  void onCommand(unsigned command) override { heard(("command " + std::to_string(command)).c_str()); }
+  std::vector<SystemTray::MenuEntry> menuEntries() const override { return menu; }
   void onPlaceChanged() override { ++placeChanges; }
   void onBalloonNotShown(const String& text, const String& title, int level) override {
     EXPECT_TRUE(bigMutex().heldByThisThread());
     notShown.push_back(title + u"|" + text + u"|" + String::fromLong(level));
   }
 
+  std::vector<SystemTray::MenuEntry> menu{{u"About A & B", 7}, {}, {u"Exit", 9}};
   std::vector<std::string> clicks;
   std::vector<String> notShown;
   int placeChanges = 0;
@@ -234,6 +236,64 @@ TEST_F(TrayOnABusTest, ImpatientClicksCountOnce) {
   EXPECT_TRUE(serveUntil([this] { return watcher().clicks.size() == 2; }));
   letEventsPass();
   EXPECT_THAT(watcher().clicks, ElementsAre("right", "double"));
+}
+
+// ---- The popup, as panels show it that do so themselves ----
+
+class TrayMenuTest : public TrayOnABusTest {
+protected:
+  void SetUp() override {
+    TrayOnABusTest::SetUp();
+    startPanel();
+    serveUntilPlace(true);
+  }
+  std::vector<std::string> menu() {
+    panel().readMenu();
+    serveUntil([this] { return panel().menu().has_value(); });
+    return *panel().menu();
+  }
+  bool menuChanged() {
+    panel().askMenuChanged();
+    serveUntil([this] { return panel().menuChanged().has_value(); });
+    return *panel().menuChanged();
+  }
+};
+
+TEST_F(TrayMenuTest, HoldsTheWatchersEntries) {
+  EXPECT_EQ("/MenuBar", property<sdbus::ObjectPath>("Menu"));
+  EXPECT_THAT(menu(), ElementsAre("About A & B", "-", "Exit"));
+  EXPECT_FALSE(menuChanged());
+}
+
+TEST_F(TrayMenuTest, WhatIsChosenComesFromTheLoop) {
+  menu();
+  panel().choose("Exit");
+  EXPECT_TRUE(serveUntil([this] { return !watcher().clicks.empty(); }));
+  EXPECT_THAT(watcher().clicks, ElementsAre("command 9"));
+  EXPECT_FALSE(watcher().clickedUnderTheMutex);
+}
+
+TEST_F(TrayMenuTest, OnlyWhatWasOfferedCanBeChosen) {
+  menu();
+  panel().choose("-");
+  panel().chooseNumber(8);
+  panel().chooseNumber(-1);
+  EXPECT_TRUE(serveUntil([this] { return panel().clicksAnswered() == 3; }));
+  letEventsPass();
+  EXPECT_THAT(watcher().clicks, IsEmpty());
+}
+
+TEST_F(TrayMenuTest, AChangeIsAnnouncedOrFoundBeforeThePopupIsShown) {
+  menu();
+  watcher().menu.push_back({u"Open", 8});
+  EXPECT_TRUE(menuChanged());
+  EXPECT_THAT(menu(), ElementsAre("About A & B", "-", "Exit", "Open"));
+  const unsigned before = panel().menuChanges();
+  tray().menuChanged();
+  watcher().menu.pop_back();
+  tray().menuChanged();
+  EXPECT_TRUE(serveUntil([this, before] { return panel().menuChanges() == before + 1; }));
+  EXPECT_THAT(menu(), ElementsAre("About A & B", "-", "Exit"));
 }
 
 TEST_F(TrayOnABusTest, AWatcherWithoutAPanelIsNoPlace) {

@@ -56,7 +56,8 @@ protected:
   }
   void hideInTray() {
     knowTheTray();
-    startPanel();
+    if (!tallymoor().tray().hasPlace())
+      startPanel();
     moveOffScreen();
     ASSERT_FALSE(tallymoor().shown());
   }
@@ -234,6 +235,51 @@ TEST_F(TallymoorWindowTrayTest, WithADialogOpenARightClickLeadsToIt) {
   whenModal("Version 1.3.1", [this](FXWindow& dialog) {
     click("ContextMenu");
     EXPECT_EQ(&dialog, app().getModalWindow()) << "no popup lies above it";
+    press(dialog, "OK");
+  });
+  command(TallymoorWindow::ID_ABOUT);
+}
+
+class PopupOfThePanelTest : public TallymoorWindowTrayTest {
+protected:
+  std::vector<std::string> menu() {
+    desktop().panel().readMenu();
+    serveUntil([this] { return desktop().panel().menu().has_value(); });
+    return *desktop().panel().menu();
+  }
+  void choose(const std::string& line) {
+    menu();
+    const unsigned before = desktop().panel().clicksAnswered();
+    desktop().panel().choose(line);
+    serveUntil([this, before] { return desktop().panel().clicksAnswered() > before; });
+    letEventsPass();
+  }
+};
+
+TEST_F(PopupOfThePanelTest, HoldsTheSameCommands) {
+  startPanel();
+  EXPECT_THAT(menu(), ElementsAre("About Tallymoor", "Refresh current prices", "-", "Exit"));
+  const unsigned before = desktop().panel().menuChanges();
+  hideInTray();
+  EXPECT_TRUE(serveUntil([this, before] { return desktop().panel().menuChanges() > before; }));
+  EXPECT_THAT(menu(),
+              ElementsAre("About Tallymoor", "-", "Open Tallymoor", "Refresh current prices", "-", "Exit"));
+  choose("Open Tallymoor");
+  EXPECT_TRUE(tallymoor().shown());
+  EXPECT_THAT(menu(), SizeIs(4));
+}
+
+TEST_F(PopupOfThePanelTest, EndsTheProgram) {
+  startPanel();
+  choose("Exit");
+  EXPECT_TRUE(runUntil([this] { return tallymoor().isShuttingDown(); }));
+}
+
+TEST_F(PopupOfThePanelTest, WithADialogOpenACommandLeadsToIt) {
+  startPanel();
+  whenModal("Version 1.3.1", [this](FXWindow& dialog) {
+    choose("About Tallymoor");
+    EXPECT_EQ(&dialog, app().getModalWindow()) << "no second box";
     press(dialog, "OK");
   });
   command(TallymoorWindow::ID_ABOUT);

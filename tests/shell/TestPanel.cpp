@@ -1,5 +1,4 @@
 #include "TestPanel.h"
-#include <map>
 
 namespace Tallymoor {
 
@@ -7,6 +6,7 @@ namespace {
 
 const std::string WATCHER = "org.kde.StatusNotifierWatcher";
 const std::string ITEM = "org.kde.StatusNotifierItem";
+const std::string MENU = "com.canonical.dbusmenu";
 const std::string NOTIFICATIONS = "org.freedesktop.Notifications";
 
 } // namespace
@@ -44,6 +44,11 @@ void TestPanel::itemCame(const std::string& name) {
   for (const std::string signal : {"NewIcon", "NewToolTip"})
     m_item->uponSignal(signal).onInterface(ITEM).call([this, signal] { m_signals.push_back(signal); });
   m_item->finishRegistration();
+  m_itemMenu = sdbus::createProxy(*m_connection, name, "/MenuBar");
+  m_itemMenu->uponSignal("LayoutUpdated").onInterface(MENU).call([this](std::uint32_t, std::int32_t) {
+    ++m_menuChanges;
+  });
+  m_itemMenu->finishRegistration();
 }
 
 void TestPanel::ask(const std::string& property) {
@@ -61,6 +66,54 @@ void TestPanel::click(const std::string& method) {
   m_item->callMethodAsync(method)
       .onInterface(ITEM)
       .withArguments(std::int32_t(10), std::int32_t(20))
+      .uponReplyInvoke([this](const sdbus::Error* error) {
+        if (!error)
+          ++m_clicksAnswered;
+      });
+}
+
+void TestPanel::readMenu() {
+  m_menu.reset();
+  m_itemMenu->callMethodAsync("GetLayout")
+      .onInterface(MENU)
+      .withArguments(std::int32_t(0), std::int32_t(-1), std::vector<std::string>())
+      .uponReplyInvoke([this](const sdbus::Error* error, std::uint32_t, const MenuLayout& layout) {
+        if (!error)
+          menuRead(layout);
+      });
+}
+
+void TestPanel::menuRead(const MenuLayout& layout) {
+  m_menu.emplace();
+  m_numbers.clear();
+  for (const sdbus::Variant& child : std::get<2>(layout)) {
+    const auto line = child.get<MenuLayout>();
+    const Properties& properties = std::get<1>(line);
+    const bool separator = properties.contains("type");
+    m_menu->push_back(separator ? "-" : properties.at("label").get<std::string>());
+    m_numbers[m_menu->back()] = std::get<0>(line);
+  }
+}
+
+void TestPanel::askMenuChanged() {
+  m_menuChanged.reset();
+  m_itemMenu->callMethodAsync("AboutToShow")
+      .onInterface(MENU)
+      .withArguments(std::int32_t(0))
+      .uponReplyInvoke([this](const sdbus::Error* error, bool changed) {
+        if (!error)
+          m_menuChanged = changed;
+      });
+}
+
+void TestPanel::choose(const std::string& line) {
+  chooseNumber(m_numbers.at(line));
+}
+
+void TestPanel::chooseNumber(std::int32_t number) {
+  m_itemMenu->callMethodAsync("Event")
+      .onInterface(MENU)
+      .withArguments(number, std::string("clicked"), sdbus::Variant(std::int32_t(0)), std::uint32_t(0))
       .uponReplyInvoke([this](const sdbus::Error* error) {
         if (!error)
           ++m_clicksAnswered;

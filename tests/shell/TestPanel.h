@@ -1,4 +1,5 @@
 #pragma once
+#include <map>
 #include <memory>
 #include <optional>
 #include <sdbus-c++/sdbus-c++.h>
@@ -29,12 +30,27 @@ public:
   const std::optional<sdbus::Variant>& answer() const { return m_answer; }
   /// Calls a method of the last item as a click on it does.
   void click(const std::string& method);
+  /// Reads the item's popup anew, as before it is shown.
+  void readMenu();
+  /// Its lines, "-" for a separator; nothing until it was read.
+  const std::optional<std::vector<std::string>>& menu() const { return m_menu; }
+  unsigned menuChanges() const { return m_menuChanges; }
+  /// Asks whether the popup has changed since it was read.
+  void askMenuChanged();
+  const std::optional<bool>& menuChanged() const { return m_menuChanged; }
+  /// Chooses a line by its text; a number in its place sends that.
+  void choose(const std::string& line);
+  void chooseNumber(std::int32_t number);
   unsigned clicksAnswered() const { return m_clicksAnswered; }
   /// True while a name is on the bus.
   bool owned(const std::string& name);
 
 private:
+  using Properties = std::map<std::string, sdbus::Variant>;
+  using MenuLayout = sdbus::Struct<std::int32_t, Properties, std::vector<sdbus::Variant>>;
+
   void itemCame(const std::string& name);
+  void menuRead(const MenuLayout& layout);
 
   std::unique_ptr<sdbus::IConnection> m_connection;
   std::unique_ptr<sdbus::IObject> m_watcher;
@@ -44,6 +60,11 @@ private:
   std::vector<std::string> m_signals;
   std::optional<sdbus::Variant> m_answer;
   unsigned m_clicksAnswered = 0;
+  std::unique_ptr<sdbus::IProxy> m_itemMenu;
+  std::optional<std::vector<std::string>> m_menu;
+  std::map<std::string, std::int32_t> m_numbers; ///< of the menu's lines
+  unsigned m_menuChanges = 0;
+  std::optional<bool> m_menuChanged;
 };
 
 /// A desktop's notification service; served as the panel is.
