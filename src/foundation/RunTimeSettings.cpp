@@ -5,20 +5,29 @@ namespace Tallymoor {
 
 namespace {
 
-constexpr std::uint32_t DEFAULT_CURRENT_PRICE_MINS = 10;
-constexpr std::uint32_t DEFAULT_HISTORICAL_PRICE_HOURS = 8;
-constexpr double DEFAULT_SPLIT_RATIO = 2.0;
-constexpr double DEFAULT_TREND_SHORT = 10.0;
-constexpr double DEFAULT_TREND_LONG = 30.0;
+const String SECTION = u"Operation";
+const OperationSettings DEFAULTS;
+
+void take(const OperationSettings& values) {
+  currentPriceUpdateMins = values.currentPriceUpdateMins;
+  historicalPriceUpdateHours = values.historicalPriceUpdateHours;
+  splitRatioDetect = values.splitRatioDetect;
+  reverseSplitRatioDetect = values.reverseSplitRatioDetect;
+  indexTrendShort = values.indexTrendShort;
+  indexTrendLong = values.indexTrendLong;
+  autoMinMaxPrices = values.autoMinMaxPrices;
+  trayFormat = values.trayFormat;
+  hideLastFYTransactions = values.hideLastFYTransactions;
+}
 
 } // namespace
 
-std::atomic<std::uint32_t> currentPriceUpdateMins = DEFAULT_CURRENT_PRICE_MINS;
-std::atomic<std::uint32_t> historicalPriceUpdateHours = DEFAULT_HISTORICAL_PRICE_HOURS;
-std::atomic<double> splitRatioDetect = DEFAULT_SPLIT_RATIO;
-std::atomic<double> reverseSplitRatioDetect = DEFAULT_SPLIT_RATIO;
-std::atomic<double> indexTrendShort = DEFAULT_TREND_SHORT;
-std::atomic<double> indexTrendLong = DEFAULT_TREND_LONG;
+std::atomic<std::uint32_t> currentPriceUpdateMins = OperationSettings().currentPriceUpdateMins;
+std::atomic<std::uint32_t> historicalPriceUpdateHours = OperationSettings().historicalPriceUpdateHours;
+std::atomic<double> splitRatioDetect = OperationSettings().splitRatioDetect;
+std::atomic<double> reverseSplitRatioDetect = OperationSettings().reverseSplitRatioDetect;
+std::atomic<double> indexTrendShort = OperationSettings().indexTrendShort;
+std::atomic<double> indexTrendLong = OperationSettings().indexTrendLong;
 std::atomic<bool> hideLastFYTransactions = false;
 std::atomic<bool> autoMinMaxPrices = false;
 String trayFormat;
@@ -27,18 +36,44 @@ std::atomic<bool> inBackgroundPass = false;
 void readSettings() {
   const BigMutexLock lock;
   const Settings& settings = Settings::Instance();
-  const String section = u"Operation";
-  currentPriceUpdateMins =
-      settings.readUnsigned(section, u"CurrentPriceUpdateMins", DEFAULT_CURRENT_PRICE_MINS);
-  historicalPriceUpdateHours =
-      settings.readUnsigned(section, u"HistoricalPriceUpdateHours", DEFAULT_HISTORICAL_PRICE_HOURS);
-  splitRatioDetect = settings.readReal(section, u"SplitRatioDetect", DEFAULT_SPLIT_RATIO);
-  reverseSplitRatioDetect = settings.readReal(section, u"ReverseSplitRatioDetect", DEFAULT_SPLIT_RATIO);
-  indexTrendShort = settings.readReal(section, u"IndexTrendShort", DEFAULT_TREND_SHORT);
-  indexTrendLong = settings.readReal(section, u"IndexTrendLong", DEFAULT_TREND_LONG);
-  hideLastFYTransactions = settings.readUnsigned(section, u"HideLastFYTransactions") != 0;
-  autoMinMaxPrices = false; // the option is written, but a run always starts without it
-  trayFormat = settings.readString(section, u"TrayFormat");
+  const auto real = [&settings](const char16_t* key, double fallback) {
+    return settings.readReal(SECTION, key, fallback);
+  };
+  OperationSettings values;
+  values.currentPriceUpdateMins =
+      settings.readUnsigned(SECTION, u"CurrentPriceUpdateMins", DEFAULTS.currentPriceUpdateMins);
+  values.historicalPriceUpdateHours =
+      settings.readUnsigned(SECTION, u"HistoricalPriceUpdateHours", DEFAULTS.historicalPriceUpdateHours);
+  values.splitRatioDetect = real(u"SplitRatioDetect", DEFAULTS.splitRatioDetect);
+  values.reverseSplitRatioDetect = real(u"ReverseSplitRatioDetect", DEFAULTS.reverseSplitRatioDetect);
+  values.indexTrendShort = real(u"IndexTrendShort", DEFAULTS.indexTrendShort);
+  values.indexTrendLong = real(u"IndexTrendLong", DEFAULTS.indexTrendLong);
+  values.autoMinMaxPrices = false; // the option is written, but a run always starts without it
+  values.trayFormat = settings.readString(SECTION, u"TrayFormat");
+  values.hideLastFYTransactions = settings.readUnsigned(SECTION, u"HideLastFYTransactions") != 0;
+  take(values);
+}
+
+OperationSettings operationSettings() {
+  return {currentPriceUpdateMins, historicalPriceUpdateHours,
+          splitRatioDetect,       reverseSplitRatioDetect,
+          indexTrendShort,        indexTrendLong,
+          autoMinMaxPrices,       trayFormat,
+          hideLastFYTransactions};
+}
+
+void writeSettings(const OperationSettings& values) {
+  take(values);
+  Settings& settings = Settings::Instance();
+  settings.writeUnsigned(SECTION, u"CurrentPriceUpdateMins", values.currentPriceUpdateMins);
+  settings.writeUnsigned(SECTION, u"HistoricalPriceUpdateHours", values.historicalPriceUpdateHours);
+  settings.writeReal(SECTION, u"SplitRatioDetect", values.splitRatioDetect);
+  settings.writeReal(SECTION, u"ReverseSplitRatioDetect", values.reverseSplitRatioDetect);
+  settings.writeReal(SECTION, u"IndexTrendShort", values.indexTrendShort);
+  settings.writeReal(SECTION, u"IndexTrendLong", values.indexTrendLong);
+  settings.writeUnsigned(SECTION, u"AutoMinMaxPrices", values.autoMinMaxPrices ? 1 : 0);
+  settings.writeString(SECTION, u"TrayFormat", values.trayFormat);
+  settings.writeUnsigned(SECTION, u"HideLastFYTransactions", values.hideLastFYTransactions ? 1 : 0);
 }
 
 BackgroundPassScope::BackgroundPassScope() : m_previous(inBackgroundPass.exchange(true)) {}

@@ -24,6 +24,24 @@ extern std::atomic<bool> inBackgroundPass;
 /// Reads the variables above from the settings store.
 void readSettings();
 
+/// What the user can change of the variables above, for a form to work on; made with the defaults.
+struct OperationSettings {
+  std::uint32_t currentPriceUpdateMins = 10;
+  std::uint32_t historicalPriceUpdateHours = 8;
+  double splitRatioDetect = 2.0;
+  double reverseSplitRatioDetect = 2.0;
+  double indexTrendShort = 10.0;
+  double indexTrendLong = 30.0;
+  bool autoMinMaxPrices = false;
+  String trayFormat; ///< empty, as a name that no portfolio has, stands for the total
+  bool hideLastFYTransactions = false;
+};
+
+/// The variables as they are. GUI thread, under the big mutex, as below.
+OperationSettings operationSettings();
+/// Takes the values into the variables and the settings store.
+void writeSettings(const OperationSettings& values);
+
 /// One stretch of a background pass: takes the big mutex, then sets inBackgroundPass; clears it before the
 /// mutex goes.
 class BackgroundPassScope {

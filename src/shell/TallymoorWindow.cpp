@@ -50,6 +50,7 @@ tallymoorWindowMap[] = {
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_DEPOSIT_CASH, TallymoorWindow::onDepositCash),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_WITHDRAW_CASH, TallymoorWindow::onWithdrawCash),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_REFRESH_PRICES, TallymoorWindow::onRefreshPrices),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_SETTINGS, TallymoorWindow::onSettings),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_FAQ, TallymoorWindow::onFAQ),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_FEEDBACK, TallymoorWindow::onFeedback),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_ABOUT, TallymoorWindow::onAbout),
@@ -136,6 +137,8 @@ void TallymoorWindow::buildMenus() {
 
   FXMenuPane* tools = addMenu("&Tools");
   addEntry(tools, "Refresh &Prices\tCtrl+R", ID_REFRESH_PRICES);
+  new FXMenuSeparator(tools);
+  addEntry(tools, "&Options...\tCtrl+O", ID_SETTINGS);
 
   FXMenuPane* help = addMenu("&Help\tCtrl+H");
   addEntry(help, "&Online Help...\tCtrl+F", ID_FAQ);

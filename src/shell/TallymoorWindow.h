@@ -46,6 +46,7 @@ public:
     ID_DEPOSIT_CASH,
     ID_WITHDRAW_CASH,
     ID_REFRESH_PRICES,
+    ID_SETTINGS,
     ID_FAQ,
     ID_FEEDBACK,
     ID_ABOUT,
@@ -143,6 +144,7 @@ public:
   long onDepositCash(FXObject*, FXSelector, void*);
   long onWithdrawCash(FXObject*, FXSelector, void*);
   long onRefreshPrices(FXObject*, FXSelector, void*);
+  long onSettings(FXObject*, FXSelector, void*);
   long onFAQ(FXObject*, FXSelector, void*);
   long onFeedback(FXObject*, FXSelector, void*);
   long onAbout(FXObject*, FXSelector, void*);

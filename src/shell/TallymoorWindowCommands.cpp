@@ -6,6 +6,7 @@
 #include "market/TallymoorInternet.h"
 #include "shell/AboutDialog.h"
 #include "shell/OnlineHelp.h"
+#include "shell/OptionsDialog.h"
 #include "shell/TallymoorWindow.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/TotalCapTreeItem.h"
@@ -136,6 +137,16 @@ long TallymoorWindow::onWithdrawCash(FXObject*, FXSelector, void*) {
 long TallymoorWindow::onRefreshPrices(FXObject*, FXSelector, void*) {
   return guardedHandler(u"TallymoorWindow::onRefreshPrices failed.",
                         [] { TallymoorInternet::Instance().priceUpdater().wakeUp(); });
+}
+
+long TallymoorWindow::onSettings(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"TallymoorWindow::onSettings failed.", [this] {
+    OptionsDialog dialog(this, m_store.portfolios());
+    dialog.execute();
+    // Also after Cancel: the caches and capital records may have been dropped.
+    refreshViews(true);
+    updateTrayTip();
+  });
 }
 
 long TallymoorWindow::onFAQ(FXObject*, FXSelector, void*) {

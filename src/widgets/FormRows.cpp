@@ -56,12 +56,21 @@ FXText* FormRows::addNotes(const String& title) {
   return text;
 }
 
+void FormRows::reserveLabel(const String& text) {
+  m_widestLabel = text;
+}
+
 FXLabel* FormRows::lastLabel() const {
   return m_labels.back();
 }
 
 void FormRows::align() {
   FXint width = 0;
+  if (!m_labels.empty() && !m_widestLabel.empty()) {
+    FXLabel* label = m_labels.front();
+    const FXint text = label->getFont()->getTextWidth(toFox(m_widestLabel));
+    width = text + label->getDefaultWidth() - label->getFont()->getTextWidth(label->getText());
+  }
   for (FXLabel* label : m_labels)
     width = std::max(width, label->getDefaultWidth());
   for (FXLabel* label : m_labels) {

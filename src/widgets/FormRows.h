@@ -30,6 +30,8 @@ public:
   /// A group box with a text of several lines, at least 400 wide.
   FXText* addNotes(const String& title);
 
+  /// The labels get at least the width of this text, so that forms on several pages line up.
+  void reserveLabel(const String& text);
   /// The label of the row that was added last.
   FXLabel* lastLabel() const;
   void align();
@@ -39,6 +41,7 @@ public:
 
 private:
   FXComposite* m_parent;
+  String m_widestLabel;
   std::vector<FXHorizontalFrame*> m_rows;
   std::vector<FXLabel*> m_labels; ///< one for each row
 };

@@ -17,7 +17,6 @@ FXIMPLEMENT(ListChoiceDialog, Dialog, ListChoiceDialogMap, ARRAYNUMBER(ListChoic
 
 namespace {
 
-constexpr std::size_t mostEntries = 100;
 constexpr std::size_t rowsInView = 10;
 /// Room for the scroll bar beside the widest row.
 constexpr FXint widthBesideRows = 15;
@@ -31,7 +30,7 @@ ListChoiceDialog::ListChoiceDialog(FXWindow* owner, const String& title, const S
 }
 
 void ListChoiceDialog::addListEntry(const String& text, void* data, bool checked) {
-  if (m_buttons.size() >= mostEntries)
+  if (m_buttons.size() >= MOST_ENTRIES)
     throw Exception(u"ListChoiceDialog::addListEntry - more than 100 choices!");
   auto* row = new FXHorizontalFrame(m_list, LAYOUT_FILL_X, 0, 0, 0, 0, 0, 0, 0, 0);
   const auto selector = static_cast<FXSelector>(ID_ENTRY + m_buttons.size());

@@ -9,7 +9,8 @@ namespace Tallymoor {
 class ListChoiceDialog : public Dialog {
   FXDECLARE(ListChoiceDialog)
 public:
-  enum { ID_ENTRY = FXDialogBox::ID_LAST, ID_LAST_ENTRY = ID_ENTRY + 99, ID_LAST };
+  static constexpr std::size_t MOST_ENTRIES = 100;
+  enum { ID_ENTRY = FXDialogBox::ID_LAST, ID_LAST_ENTRY = ID_ENTRY + MOST_ENTRIES - 1, ID_LAST };
 
   /// multiple: any number of entries may be chosen, at least one; otherwise exactly one.
   ListChoiceDialog(FXWindow* owner, const String& title, const String& heading, bool multiple);
