@@ -8,6 +8,10 @@
 driver_limit=${TALLYMOOR_DRIVER_LIMIT:-60} # seconds that anything may take
 driver_poll=0.1
 
+# The display is not that of the desktop around it, whose panel would take the icon, and with it a minimised window.
+export DBUS_SESSION_BUS_ADDRESS=disabled:
+unset SESSION_MANAGER
+
 # wait_until WHAT command...: until the command succeeds. WHAT tells, in the failure, what never came.
 wait_until() {
   local what=$1 end=$((SECONDS + driver_limit))
