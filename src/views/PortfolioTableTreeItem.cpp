@@ -15,8 +15,9 @@ PortfolioTableTreeItem::PortfolioTableTreeItem(InvestmentTree* tree, InvestmentT
 
 void PortfolioTableTreeItem::buildPage() {
   buildView([this] {
-    auto* frame = new FXVerticalFrame(page(), LAYOUT_FILL_X | LAYOUT_FILL_Y | FRAME_SUNKEN, 0, 0, 0, 0, 4, 4,
-                                      4, 4, 4, 4);
+    m_tableArea = makeTableArea();
+    auto* frame = new FXVerticalFrame(m_tableArea, LAYOUT_FILL_X | LAYOUT_FILL_Y | FRAME_SUNKEN, 0, 0, 0, 0,
+                                      4, 4, 4, 4, 4, 4);
     m_table = makeTable(frame);
     buildFooter();
     tableChanged(true);
@@ -29,7 +30,7 @@ void PortfolioTableTreeItem::buildPage() {
 }
 
 void PortfolioTableTreeItem::buildFooter() {
-  m_totalsBar = new TotalsBar(page(), m_table);
+  m_totalsBar = new TotalsBar(m_tableArea, m_table);
   m_table->setTotalsBar(m_totalsBar);
 }
 

@@ -38,6 +38,8 @@ protected:
   /// Makes the table and what stands below it.
   void buildPage();
   virtual PortfolioTable* makeTable(FXComposite* frame) = 0;
+  /// What holds the table and its footer: here the page.
+  virtual FXComposite* makeTableArea() { return page(); }
   /// What stands below the table: here the bar of totals.
   virtual void buildFooter();
   /// The columns of money whose sums the bar shows.
@@ -53,6 +55,7 @@ private:
   SharePortfolioTreeItem* m_portfolioNode = nullptr;
   PortfolioTable* m_table = nullptr;
   TotalsBar* m_totalsBar = nullptr;
+  FXComposite* m_tableArea = nullptr;
 };
 
 } // namespace Tallymoor

@@ -1,6 +1,7 @@
 #include "views/SharesHeldTreeItem.h"
 #include "engine/SharePortfolioUser.h"
 #include "views/HeldShareCells.h"
+#include "views/PriceChart.h"
 #include "views/ShareHeldTable.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/SharesHeldTable.h"
@@ -10,6 +11,7 @@
 #include "widgets/ContextMenu.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/InvestmentTree.h"
+#include "widgets/RememberedSplitter.h"
 #include "xml/Leaves.h"
 #include <algorithm>
 
@@ -40,6 +42,8 @@ SharesHeldTreeItem::SharesHeldTreeItem(InvestmentTree* tree, SharesHeldTreeItem*
     : PortfolioTableTreeItem(tree, sharesHeld, sharesHeld->portfolioNode(), code + u" Purchases", nullptr),
       m_code(code) {
   buildPage();
+  if (!page())
+    m_chart = nullptr;
 }
 
 SharesHeldTreeItem::~SharesHeldTreeItem() {
@@ -52,6 +56,15 @@ PortfolioTable* SharesHeldTreeItem::makeTable(FXComposite* frame) {
   return new SharesHeldTable(portfolio(), *portfolioNode(), frame, this);
 }
 
+FXComposite* SharesHeldTreeItem::makeTableArea() {
+  if (!isPurchases())
+    return page();
+  m_splitter = new RememberedSplitter(page(), u"Y Splitter Purchases");
+  auto* area = new FXVerticalFrame(m_splitter, LAYOUT_FILL_X | LAYOUT_FILL_Y, 0, 0, 0, 0, 0, 0, 0, 0);
+  m_chart = new PriceChart(m_splitter, {&portfolio()});
+  return area;
+}
+
 SharesHeldTable* SharesHeldTreeItem::table() const {
   return static_cast<SharesHeldTable*>(PortfolioTableTreeItem::table());
 }
@@ -60,6 +73,20 @@ void SharesHeldTreeItem::update() {
   if (!isPurchases())
     HandlerScope::whenDone(this, [this] { updateChildren(); });
   PortfolioTableTreeItem::update();
+  if (m_chart && investmentTree()->shownItem() == this)
+    showChart();
+}
+
+void SharesHeldTreeItem::showChart() {
+  m_splitter->recalc(); // the bar may have been moved on another page
+  if (!(m_chart->code() == m_code))
+    m_chart->show(m_code);
+}
+
+void SharesHeldTreeItem::tableChanged(bool rebuilt) {
+  PortfolioTableTreeItem::tableChanged(rebuilt);
+  if (m_chart)
+    m_chart->refresh();
 }
 
 std::vector<String> SharesHeldTreeItem::codesToShow() const {

@@ -5,10 +5,12 @@
 
 namespace Tallymoor {
 
+class PriceChart;
+class RememberedSplitter;
 class SharesHeldTable;
 
 /// The node "Shares Held" of a portfolio, with a row per share, and below it the node of each share's
-/// purchases. Both show a table with a bar of totals.
+/// purchases. Both show a table with a bar of totals, the purchases also the chart of the share's price.
 ///
 /// GUI thread only, under the big mutex.
 class SharesHeldTreeItem : public PortfolioTableTreeItem {
@@ -29,11 +31,14 @@ public:
   /// none. A page that goes with its node gives way to this node's.
   void updateChildren();
   void recordsChanged() override;
+  void tableChanged(bool rebuilt) override;
 
   /// Empty on "Shares Held".
   const String& code() const { return m_code; }
   /// Null when building the node failed.
   SharesHeldTable* table() const;
+  /// Null on "Shares Held", and when building the node failed.
+  PriceChart* chart() const { return m_chart; }
 
   long onBuyShares(FXObject*, FXSelector, void*);
   long onSellShares(FXObject*, FXSelector, void*);
@@ -42,6 +47,7 @@ public:
 
 protected:
   PortfolioTable* makeTable(FXComposite* frame) override;
+  FXComposite* makeTableArea() override;
   std::vector<Column::Function> summedColumns() const override;
   std::vector<Column::Function> totalledColumns() const override;
   void showTotals() override;
@@ -49,8 +55,12 @@ protected:
 private:
   bool isPurchases() const { return !m_code.empty(); }
   std::vector<String> codesToShow() const;
+  /// A page that nobody sees need not have the years that a chart goes back.
+  void showChart();
 
   String m_code;
+  RememberedSplitter* m_splitter = nullptr; ///< between the table and the chart
+  PriceChart* m_chart = nullptr;
 };
 
 } // namespace Tallymoor

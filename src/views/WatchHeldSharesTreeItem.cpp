@@ -65,7 +65,7 @@ void WatchHeldSharesTreeItem::update() {
     return;
   if (const SharePortfolioUser* portfolio = root().portfolio(name()))
     table()->setCodes(codesHeld(*portfolio));
-  root().update();
+  WatchlistTreeItem::update();
 }
 
 FXint WatchHeldSharesTreeItem::onRightClick(FXint, FXint) {

@@ -1,4 +1,5 @@
 #pragma once
+#include "engine/Performance.h"
 #include "foundation/String.h"
 
 namespace Tallymoor {
@@ -16,6 +17,8 @@ public:
   virtual void limitsTyped(const String& code, const PriceLimits& limits) = 0;
   /// Capital of the portfolio of that name, 0 when there is none; of all of them for an empty name.
   virtual double capitalOf(const String& portfolio) const = 0;
+  /// All open portfolios, for use at once.
+  virtual Portfolios portfolios() const = 0;
 };
 
 } // namespace Tallymoor

@@ -124,4 +124,11 @@ double WatchlistRootTreeItem::capitalOf(const String& portfolio) const {
   return sum;
 }
 
+Portfolios WatchlistRootTreeItem::portfolios() const {
+  Portfolios all;
+  for (const SharePortfolioTreeItem* node : m_totalCapital->portfolioNodes())
+    all.push_back(&node->portfolio());
+  return all;
+}
+
 } // namespace Tallymoor

@@ -46,6 +46,7 @@ public:
   void buyShares() override;
   void limitsTyped(const String& code, const PriceLimits& limits) override;
   double capitalOf(const String& portfolio) const override;
+  Portfolios portfolios() const override;
 
 private:
   /// Whose shares it lists, or what the user called it.

@@ -50,7 +50,10 @@ void WatchlistTable::fillTable() {
     stock.table = this;
     addRow(std::make_unique<Row>(code, &stock));
   }
-  m_watchedCodes.watch(std::set<String>(m_codes.begin(), m_codes.end()));
+  // While the past is shown nobody asks for current prices, and those of today must still be there when it
+  // comes back.
+  if (!Date::hasFixedDate())
+    m_watchedCodes.watch(std::set<String>(m_codes.begin(), m_codes.end()));
   rebuild();
   choiceChanged();
 }

@@ -1,11 +1,14 @@
 #include "views/WatchlistTreeItem.h"
 #include "entry/WatchStockDialog.h"
+#include "views/PriceWatch.h"
+#include "views/WatchlistChart.h"
 #include "views/WatchlistRootTreeItem.h"
 #include "views/WatchlistSettings.h"
 #include "widgets/ContextMenu.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/InvestmentTree.h"
 #include "widgets/MainWindow.h"
+#include "widgets/RememberedSplitter.h"
 
 namespace Tallymoor {
 
@@ -38,18 +41,39 @@ WatchlistTreeItem::~WatchlistTreeItem() {
 
 void WatchlistTreeItem::buildPage(WatchlistTable::Kind kind, const std::vector<String>& codes) {
   buildView([&] {
-    auto* frame = new FXVerticalFrame(page(), LAYOUT_FILL_X | LAYOUT_FILL_Y | FRAME_SUNKEN, 0, 0, 0, 0, 4, 4,
-                                      4, 4, 4, 4);
+    m_splitter = new RememberedSplitter(page(), u"Y Splitter Watchlists");
+    auto* frame = new FXVerticalFrame(m_splitter, LAYOUT_FILL_X | LAYOUT_FILL_Y | FRAME_SUNKEN, 0, 0, 0, 0, 4,
+                                      4, 4, 4, 4, 4);
     m_table = new WatchlistTable(m_name, kind, codes, *m_root, frame);
+    buildChart();
     page()->create();
   });
-  if (!page())
+  if (!page()) {
     m_table = nullptr;
+    m_chart = nullptr;
+  }
+}
+
+void WatchlistTreeItem::buildChart() {
+  m_chart = new WatchlistChart(m_splitter, *m_root);
+  m_table->setChoiceWatcher([this] { showChosen(); });
+  m_priceWatch = std::make_unique<PriceWatch>(page()->getApp(), u"WatchlistTreeItem::showChosen failed.",
+                                              [this](const std::set<String>& codes) {
+                                                if (m_chart && codes.contains(m_chart->code()))
+                                                  m_chart->refresh();
+                                              });
+}
+
+/// A page that nobody sees need not have the years that a chart goes back.
+void WatchlistTreeItem::showChosen() {
+  if (investmentTree()->shownItem() == this)
+    m_chart->choose(m_table->chosenCode());
 }
 
 void WatchlistTreeItem::update() {
   if (!isSound())
     return;
+  m_splitter->recalc(); // the bar may have been moved on another page
   m_table->updateTable();
   // Last of all: where no handler is running, this node may be made anew.
   m_root->update();

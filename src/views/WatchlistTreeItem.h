@@ -1,12 +1,17 @@
 #pragma once
 #include "views/WatchlistTable.h"
 #include "widgets/InvestmentTreeItem.h"
+#include <memory>
 
 namespace Tallymoor {
 
+class PriceWatch;
+class RememberedSplitter;
+class WatchlistChart;
 class WatchlistRootTreeItem;
 
-/// The node of a watchlist of the user's: a table of its stocks.
+/// The node of a watchlist of the user's: a table of its stocks, and below it the chart of the one that is
+/// chosen.
 ///
 /// GUI thread only, under the big mutex.
 class WatchlistTreeItem : public InvestmentTreeItem {
@@ -27,6 +32,7 @@ public:
   bool editable() const { return m_editable; }
   /// Null when building the node failed.
   WatchlistTable* table() const { return m_table; }
+  WatchlistChart* chart() const { return m_chart; }
 
   long onAdd(FXObject*, FXSelector, void*);
   long onRemove(FXObject*, FXSelector, void*);
@@ -38,11 +44,16 @@ protected:
 
 private:
   void buildPage(WatchlistTable::Kind kind, const std::vector<String>& codes);
+  void buildChart();
+  void showChosen();
 
   WatchlistRootTreeItem* m_root = nullptr;
   String m_name;
   bool m_editable = true;
   WatchlistTable* m_table = nullptr;
+  RememberedSplitter* m_splitter = nullptr;
+  WatchlistChart* m_chart = nullptr;
+  std::unique_ptr<PriceWatch> m_priceWatch; ///< for the chart; the table has its own
 };
 
 } // namespace Tallymoor

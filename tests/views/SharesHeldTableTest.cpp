@@ -139,6 +139,73 @@ TEST_F(SharesHeldTableTest, UsersLimitsDoNotCountWhileTheAutomaticOnesAreChosen)
   autoMinMaxPrices = false;
 }
 
+TEST_F(SharesHeldTableTest, IndicatorsAreShownAndTheAutomaticLimitsWarnWhenChosen) {
+  SharePortfolioUser& user = addPortfolio(u"Trading", 5000.0);
+  // A line of two cents a day, at 10.00 today, with a range of 1.08 a week; the price has fallen off it.
+  market().setHistory(u"AAA.AX", Date(2025, 1, 6), Date(2026, 3, 2),
+                      [](const Date& day) { return 10.0 + 0.02 * day.daysSince(Date(2026, 3, 3)); });
+  market().setDay(u"AAA.AX", Date(2026, 3, 3), 7.0);
+  user.buyShares(u"AAA.AX", Date(2026, 2, 2), 100, 9.42, 0.0, String());
+  limits(1.0, 20.0);
+  showTree();
+  EXPECT_TRUE(window().warnings.empty());
+  EXPECT_EQ("$7.84 - $12.16", cellText(table(), 0, u"Auto Min/Max"));
+  EXPECT_EQ("31%", cellText(table(), 0, u"% in Min/Max")); // 6.00 of 19.00
+  Row& row = *table().rowAt(0);
+  EXPECT_EQ(String(u"10.00"), table().cell(&IndicatorCells::lrValue, row).shown());
+  EXPECT_EQ(String(u"147.22%"), table().cell(&IndicatorCells::lrRate, row).shown());
+  EXPECT_EQ(String(u"1.08"), table().cell(&IndicatorCells::averageTrueRange, row).shown());
+  autoMinMaxPrices = true;
+  table().updateTable();
+  autoMinMaxPrices = false;
+  ASSERT_FALSE(window().warnings.empty());
+  EXPECT_EQ(String(u"AAA.AX has dropped below $7.84 and is now at $7.00"), window().warnings.back().text);
+  EXPECT_EQ(String(u"AAA.AXmin warning"), window().warnings.back().key);
+  EXPECT_EQ(red, cellColour(table(), 0, u"Number"));
+  EXPECT_EQ("-19%", cellText(table(), 0, u"% in Min/Max")); // -0.84 of 4.32
+}
+
+TEST_F(SharesHeldTableTest, TypedLimitsAreThoseOfEveryPortfolio) {
+  addTrading();
+  SharePortfolioUser& other = addPortfolio(u"Other", 100.0);
+  other.buyShares(u"AAA.AX", Date(2026, 2, 20), 10, 6.0, 0.0, String());
+  showTree();
+  typeInto(table(), 0, u"Price Min/Max", "7 - 9");
+  EXPECT_EQ("$7.00 - $9.00", cellText(*held(u"Other").table(), 0, u"Price Min/Max"));
+  EXPECT_EQ(red, cellColour(*held(u"Other").table(), 0, u"Number"));
+}
+
+TEST_F(SharesHeldTableTest, NewHoldingTakesTheLimitsOfTheWatchedStock) {
+  addPortfolio(u"Trading", 5000.0);
+  priceTrading();
+  Settings::Instance().writeReal(u"Watchlists", u"minvalue - AAA.AX", 7.0);
+  showTree();
+  choose(node(u"Trading"), "Buy shares...", [this] { enterPurchase("AAA.AX", "10", "6.6"); });
+  EXPECT_EQ("$7.00 - $0.00", cellText(table(), 0, u"Price Min/Max"));
+  EXPECT_EQ(String(u"7.0000"), textValue(share(u"AAA.AX"), u"MinPrice"));
+}
+
+TEST_F(SharesHeldTableTest, LimitsOfAShareSoldSinceTheViewDateAreTheStocks) {
+  SharePortfolioUser& user = addTrading();
+  buy(user, u"BBB.AX", 100, 2.0);
+  user.sellShares(u"BBB.AX", Date(2026, 2, 25), 100, 2.5, 0.0, true, String());
+  showTree();
+  viewDate(Date(2026, 2, 18));
+  typeInto(table(), 1, u"Price Min/Max", "1 - 3");
+  EXPECT_EQ("$1.00 - $3.00", cellText(table(), 1, u"Price Min/Max"));
+  EXPECT_DOUBLE_EQ(3.0, Settings::Instance().readReal(u"Watchlists", u"maxvalue - BBB.AX"));
+}
+
+TEST_F(SharesHeldTableTest, PricesOfAViewDateTintButDoNotWarn) {
+  addTrading();
+  limits(6.5, 0.0);
+  showTree();
+  EXPECT_TRUE(window().warnings.empty());
+  viewDate(Date(2026, 2, 27)); // 5.50
+  EXPECT_EQ(red, cellColour(table(), 0, u"Number"));
+  EXPECT_TRUE(window().warnings.empty());
+}
+
 TEST_F(SharesHeldTableTest, TypedLimitsAreStoredInRecordsAndSettings) {
   addTrading();
   showTree();

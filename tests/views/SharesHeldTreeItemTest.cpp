@@ -1,6 +1,8 @@
 #include "ViewsTest.h"
 #include "foundation/Settings.h"
 #include "views/HeldShareCells.h"
+#include "views/PriceChart.h"
+#include "widgets/ChartView.h"
 
 using namespace Tallymoor;
 using namespace Tallymoor::HeldShareCells;
@@ -313,6 +315,20 @@ TEST_F(SharesHeldTreeItemTest, UpdatesOfUnsoundNodesAreSilent) {
   tree().updateItems();
   runPass();
   EXPECT_EQ(before, boxes().size());
+}
+
+TEST_F(SharesHeldTreeItemTest, PurchasesHaveTheChartOfTheirShareBelow) {
+  addTrading();
+  showTree();
+  EXPECT_EQ(nullptr, held(u"Trading").chart());
+  SharesHeldTreeItem& item = *purchases(u"Trading", u"AAA.AX");
+  EXPECT_EQ(String(), item.chart()->code()); // nobody sees it yet
+  leftClick(item);
+  EXPECT_EQ(String(u"AAA.AX"), item.chart()->code());
+  EXPECT_EQ(2u, item.chart()->chart().model().markers.size());
+  const FXWindow& splitter = *item.chart()->getParent();
+  EXPECT_GT(splitter.getHeight(), 0);
+  EXPECT_GE(item.chart()->getY(), splitter.getHeight() / 2);
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 #include "views/WatchlistTreeItem.h"
 #include "WatchlistsTest.h"
 #include "foundation/Settings.h"
+#include "views/WatchlistChart.h"
+#include "widgets/ChartView.h"
 #include "widgets/HandlerScope.h"
 
 using namespace Tallymoor;
@@ -281,6 +283,55 @@ TEST_F(WatchlistTreeItemTest, CodeWithEveryKindOfSignIsKept) {
     WatchlistSettings::addCode(u"Main", code);
   EXPECT_THAT(WatchlistSettings::codes(u"Main"),
               testing::UnorderedElementsAre(u"#1]", u"AAA.AX", u"GC=F", u"^XAO"));
+}
+
+TEST_F(WatchlistTreeItemTest, SearchThatFailsOrHasNothingToSearchForIsToldOf) {
+  watchOne();
+  showTrees();
+  addStock(u"Main", [this](FXWindow& dialog) {
+    answer("You must enter a code to search for.", "OK");
+    press(dialog, "Search for stock code");
+    type(*find<FXTextField>(dialog), "broken");
+    TallymoorInternet::Instance().goOffline();
+    answer("WatchStockDialog::onSearchCode failed. HTTPException : TallymoorInternet::stockSearch - internet "
+           "offline.",
+           "OK");
+    press(dialog, "Search for stock code");
+    press(dialog, "Cancel");
+  });
+  EXPECT_THAT(rowKeys(table()), ElementsAre("AAA.AX"));
+}
+
+// ---- The chart ----
+
+TEST_F(WatchlistTreeItemTest, ChartShowsTheChosenStock) {
+  watchOne();
+  market().setHistory(u"BBB.AX", Date(2024, 12, 1), Date(2026, 3, 3), 2.0);
+  WatchlistSettings::addCode(u"Main", u"BBB.AX");
+  showTrees();
+  EXPECT_EQ(String(), list().chart()->code()); // nobody sees it yet
+  leftClick(list());
+  EXPECT_EQ(String(u"AAA.AX"), list().chart()->code());
+  table().setCurrentItem(1, 2, TRUE);
+  EXPECT_EQ(String(u"BBB.AX"), list().chart()->code());
+  leftClick(list());
+  EXPECT_EQ(String(u"BBB.AX"), list().chart()->code()); // the choice stays
+  chooseFromRow(table(), 1, "Remove stock BBB.AX from watchlist");
+  EXPECT_EQ(String(u"AAA.AX"), list().chart()->code());
+}
+
+TEST_F(WatchlistTreeItemTest, ChartOfADeletedPortfoliosStockIsStillDrawn) {
+  addTrading();
+  addPortfolio(u"Other", 100.0);
+  showTrees();
+  leftClick(heldList(u"Trading"));
+  EXPECT_EQ(String(u"AAA.AX"), heldList(u"Trading").chart()->code());
+  choose(node(u"Trading"), "Delete share portfolio Trading...",
+         [this] { answer("Are you sure you want to delete share portfolio Trading?", "Yes"); });
+  heldList(u"Trading").chart()->refresh();
+  heldList(u"Trading").chart()->chart().update();
+  letEventsPass();
+  EXPECT_EQ(1u, lists().portfolios().size());
 }
 
 // ---- Failures ----

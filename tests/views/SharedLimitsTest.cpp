@@ -1,0 +1,104 @@
+#include "views/SharedLimits.h"
+#include "support/GatewayScope.h"
+#include "support/MarketFixture.h"
+#include "support/TestProfile.h"
+#include "views/PriceLimits.h"
+#include "xml/PortfolioRecords.h"
+#include <gtest/gtest.h>
+
+using namespace Tallymoor;
+
+namespace {
+
+/// Portfolios whose shares have limits, without any window.
+class SharedLimitsTest : public ::testing::Test {
+protected:
+  XMLElement& hold(const String& name, const String& code, double min = 0.0, double max = 0.0) {
+    if (!portfolios.contains(name)) {
+      XMLElement& element = m_records.addSubElement(new XMLSharePortfolio, u"SharePortfolios");
+      element.subElement(u"Name").setValue(name);
+      portfolios[name] = std::make_unique<SharePortfolioUser>(element);
+    }
+    SharePortfolioUser& user = *portfolios[name];
+    XMLElement& share =
+        user.portfolio().subElement(u"HeldShares").addSubElement(new XMLHeldShare, u"HeldShares");
+    share.subElement(u"Code").setValue(code);
+    if (min != 0.0 || max != 0.0)
+      user.setMinMax(share, min, max);
+    return share;
+  }
+  static void expectLimits(const XMLElement& share, double min, double max) {
+    const PriceLimits limits = PriceLimits::ofHeldShare(share);
+    EXPECT_DOUBLE_EQ(min, limits.min);
+    EXPECT_DOUBLE_EQ(max, limits.max);
+  }
+  static void expectKept(const String& code, double min, double max) {
+    EXPECT_DOUBLE_EQ(min, PriceLimits::ofStock(code).min);
+    EXPECT_DOUBLE_EQ(max, PriceLimits::ofStock(code).max);
+  }
+
+  TestProfile m_profile;
+  MarketFixture m_market;
+  GatewayScope m_gateway;
+  XMLPortfolios m_records;
+  OpenPortfolios portfolios;
+};
+
+TEST_F(SharedLimitsTest, LimitsAreSetInEveryHoldingAndInTheSettings) {
+  XMLElement& first = hold(u"A", u"AAA.AX", 1.0, 2.0);
+  XMLElement& second = hold(u"B", u"AAA.AX");
+  XMLElement& another = hold(u"B", u"BBB.AX");
+  shareLimits(portfolios, u"AAA.AX", {3.0, 4.0});
+  expectLimits(first, 3.0, 4.0);
+  expectLimits(second, 3.0, 4.0);
+  expectLimits(another, 0.0, 0.0);
+  expectKept(u"AAA.AX", 3.0, 4.0);
+  shareLimits(portfolios, u"CCC.AX", {5.0, 6.0}); // held nowhere
+  expectKept(u"CCC.AX", 5.0, 6.0);
+}
+
+TEST_F(SharedLimitsTest, HoldingWithoutLimitsTakesThoseOfTheWatchedStock) {
+  PriceLimits{1.0, 2.0}.keepForStock(u"AAA.AX");
+  XMLElement& share = hold(u"A", u"AAA.AX");
+  bringLimitsTogether(portfolios);
+  expectLimits(share, 1.0, 2.0);
+}
+
+TEST_F(SharedLimitsTest, LimitsOfAHoldingComeToTheSettings) {
+  hold(u"A", u"AAA.AX");
+  hold(u"B", u"AAA.AX", 1.0, 2.0);
+  bringLimitsTogether(portfolios);
+  expectKept(u"AAA.AX", 1.0, 2.0);
+  std::size_t index = 0;
+  expectLimits(*portfolios[u"A"]->findHeldShare(u"AAA.AX", index), 1.0, 2.0);
+}
+
+TEST_F(SharedLimitsTest, RecordsFromElsewhereWinOverTheSettings) {
+  PriceLimits{1.0, 2.0}.keepForStock(u"AAA.AX");
+  XMLElement& share = hold(u"A", u"AAA.AX", 3.0, 4.0);
+  bringLimitsTogether(portfolios);
+  expectLimits(share, 3.0, 4.0);
+  expectKept(u"AAA.AX", 3.0, 4.0);
+}
+
+TEST_F(SharedLimitsTest, HoldingsThatDifferKeepTheirsUntilLimitsAreSetAnew) {
+  PriceLimits{5.0, 6.0}.keepForStock(u"AAA.AX");
+  XMLElement& first = hold(u"A", u"AAA.AX", 3.0, 4.0);
+  XMLElement& second = hold(u"B", u"AAA.AX", 5.0, 6.0);
+  bringLimitsTogether(portfolios);
+  expectLimits(first, 3.0, 4.0);
+  expectLimits(second, 5.0, 6.0);
+  expectKept(u"AAA.AX", 5.0, 6.0); // which one of the holdings has already
+  shareLimits(portfolios, u"AAA.AX", {7.0, 8.0});
+  expectLimits(first, 7.0, 8.0);
+  expectLimits(second, 7.0, 8.0);
+}
+
+TEST_F(SharedLimitsTest, NothingComesOfNothing) {
+  XMLElement& share = hold(u"A", u"AAA.AX");
+  bringLimitsTogether(portfolios);
+  expectLimits(share, 0.0, 0.0);
+  expectKept(u"AAA.AX", 0.0, 0.0);
+}
+
+} // namespace
