@@ -189,8 +189,10 @@ private:
 };
 
 template <std::size_t Count>
-void makePortfolio(XMLPortfolios& records, const String& name, const Entry (&entries)[Count]) {
+void makePortfolio(XMLPortfolios& records, const String& name, const String& comparisonIndex,
+                   const Entry (&entries)[Count]) {
   SharePortfolioUser portfolio(addPortfolio(records, name));
+  portfolio.setComparisonIndex(comparisonIndex);
   Bookkeeper bookkeeper(portfolio);
   for (const Entry& entry : entries)
     bookkeeper.enter(entry);
@@ -214,8 +216,8 @@ void writePortfolios() {
   offScreen.startUpdater = false;
   TallymoorInternet::setOptions(offScreen);
   XMLPortfolios records;
-  makePortfolio(records, u"Retirement", RETIREMENT);
-  makePortfolio(records, u"Trading", TRADING);
+  makePortfolio(records, u"Retirement", String(), RETIREMENT);
+  makePortfolio(records, u"Trading", u"^AXJO", TRADING);
   saveDocument(dataDirectory(Platform::Instance(), APP_NAME) + PORTFOLIOS_FILE, records, RECORDS_DTD,
                []() -> XMLElement* { return new XMLPortfolios; });
 }

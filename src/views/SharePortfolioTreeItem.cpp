@@ -12,8 +12,11 @@
 #include "foundation/Amounts.h"
 #include "foundation/Platform.h"
 #include "foundation/RunTimeSettings.h"
+#include "views/CapitalChart.h"
 #include "views/CashReserveTreeItem.h"
 #include "views/DividendsTreeItem.h"
+#include "views/PerformanceView.h"
+#include "views/PortfolioPerformanceTable.h"
 #include "views/PriceWatch.h"
 #include "views/SharesHeldTreeItem.h"
 #include "views/SharesSoldTreeItem.h"
@@ -59,14 +62,17 @@ SharePortfolioTreeItem::SharePortfolioTreeItem(InvestmentTree* tree, TotalCapTre
     makeChildren();
     m_watchedIndex = std::make_unique<WatchedCodes>();
     m_summaryFrame = new SummaryFrame(page());
+    m_performance = new PerformanceView(page(), {m_portfolio}, false, m_portfolio->name(), this);
     tableChanged(true);
     page()->create();
     m_priceWatch =
         std::make_unique<PriceWatch>(page()->getApp(), u"SharePortfolioTreeItem::tableChanged failed.",
                                      [this](const std::set<String>& codes) { pricesCame(codes); });
   });
-  if (!page())
+  if (!page()) {
     m_summaryFrame = nullptr;
+    m_performance = nullptr;
+  }
 }
 
 SharePortfolioTreeItem::~SharePortfolioTreeItem() {
@@ -92,7 +98,7 @@ void SharePortfolioTreeItem::update() {
   if (!isSound())
     return;
   makeRecordCurrent();
-  tableChanged(true);
+  m_performance->update();
   // The total above was shown before this portfolio's record was current.
   m_root->tableChanged(false);
 }
@@ -100,7 +106,9 @@ void SharePortfolioTreeItem::update() {
 // ---- Summary ----
 
 void SharePortfolioTreeItem::tableChanged(bool rebuilt) {
-  if (!isSound() || !m_summaryFrame)
+  // After midnight there is no record of today until the user's next action makes one: the figures stay
+  // meanwhile.
+  if (!isSound() || !m_performance || (!rebuilt && !hasRecordOfToday()))
     return;
   if (rebuilt) {
     buildSummary();
@@ -110,6 +118,11 @@ void SharePortfolioTreeItem::tableChanged(bool rebuilt) {
   showGains();
   showTrend();
   m_summaryFrame->align();
+  m_performance->chart().refresh();
+}
+
+bool SharePortfolioTreeItem::hasRecordOfToday() const {
+  return m_portfolio->capitalRecord().hasDayCap(Date());
 }
 
 void SharePortfolioTreeItem::buildSummary() {
@@ -181,6 +194,8 @@ void SharePortfolioTreeItem::readIndexFigures() {
   m_indexGainToday = m_indexGainWeek = u"failed";
   m_indexTrendTip = String(u"The prices of ") + m_portfolio->comparisonIndex() +
                     u" that its moving averages need can't be had.";
+  // The table has asked already for what is missing; the user is not asked a second time.
+  const BackgroundPassScope quiet;
   try {
     readIndexGains();
     readIndexTrend();
@@ -204,30 +219,29 @@ void SharePortfolioTreeItem::readIndexTrend() {
   const String shortDays = String::fromLong(SharePortfolioUser::trendDays(indexTrendShort));
   const String longDays = String::fromLong(SharePortfolioUser::trendDays(indexTrendLong));
   m_indexTrend = String(u"Index trend: ") + direction + u" (" + shortDays + u" day average " + shortAverage +
-                 u", " + longDays + u" day average " + longAverage + u")";
+                 u", " + longDays + u" day " + longAverage + u")";
   m_indexTrendTip = m_portfolio->comparisonIndex() + u" is " + direction + u": its average of the last " +
                     shortDays + u" weekdays is " + shortAverage + u", that of the last " + longDays +
                     u" is " + longAverage + u".\nRecent days weigh more in both (exponential averages).";
 }
 
+/// The table tells of all other prices. The index is read again only for a price of its own: one that can't
+/// be had would otherwise be fetched for every price.
 void SharePortfolioTreeItem::pricesCame(const std::set<String>& codes) {
-  // After midnight there is no record of today until the user's next action makes one: the figures stay
-  // meanwhile.
-  if (!m_portfolio->capitalRecord().hasDayCap(Date()))
+  if (!m_performance || !hasRecordOfToday() || !codes.contains(m_portfolio->comparisonIndex()))
     return;
-  // Read again only for a price of its own: an index that can't be had would otherwise be fetched for every
-  // price.
-  if (m_summaryFrame && codes.contains(m_portfolio->comparisonIndex()))
-    readIndexFigures();
+  readIndexFigures();
   tableChanged(false);
 }
 
 // ---- Changes ----
 
 void SharePortfolioTreeItem::transactionMade() {
-  m_root->setPortfoliosChanged();
+  m_root->transactionMade();
   for (TreeViewItem* child = firstChild(); child; child = child->nextSibling())
     static_cast<PortfolioTableTreeItem*>(child)->recordsChanged();
+  if (m_performance)
+    m_performance->table().recordsChanged();
   // The record is made current first: the root adds up all portfolios before their own nodes are reached.
   HandlerScope::whenDone(this, [this] {
     m_root->shareLimitsOfHoldings();

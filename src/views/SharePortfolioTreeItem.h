@@ -9,6 +9,7 @@ namespace Tallymoor {
 
 class CashReserveTreeItem;
 class DividendsTreeItem;
+class PerformanceView;
 class PriceWatch;
 class SharePortfolioUser;
 class SharesHeldTreeItem;
@@ -18,8 +19,8 @@ struct NodeIcons;
 class TotalCapTreeItem;
 class WatchedCodes;
 
-/// The node of one portfolio: its capital in shares and cash and its gains against the comparison index, and
-/// the commands that change it.
+/// The node of one portfolio: its capital in shares and cash and its gains against the comparison index, how
+/// it performed month by month, and the commands that change it.
 ///
 /// GUI thread only, under the big mutex.
 class SharePortfolioTreeItem : public InvestmentTreeItem, public Table::Watcher, public PortfolioCommands {
@@ -72,6 +73,8 @@ public:
   SharesSoldTreeItem* sharesSoldItem() const { return m_sharesSoldItem; }
   DividendsTreeItem* dividendsItem() const { return m_dividendsItem; }
   CashReserveTreeItem* cashReserveItem() const { return m_cashReserveItem; }
+  /// Null when building the node failed.
+  PerformanceView* performance() const { return m_performance; }
 
   long onDeleteSharePortfolio(FXObject*, FXSelector, void*);
   long onRenamePortfolio(FXObject*, FXSelector, void*);
@@ -95,12 +98,14 @@ private:
   void readIndexGains();
   void readIndexTrend();
   void pricesCame(const std::set<String>& codes);
+  bool hasRecordOfToday() const;
   void bookCash(const String& title, std::int32_t type, const String& descriptionStart);
   long handleCommand(const String& context, Operation operation);
 
   TotalCapTreeItem* m_root = nullptr;
   SharePortfolioUser* m_portfolio = nullptr;
   SummaryFrame* m_summaryFrame = nullptr;
+  PerformanceView* m_performance = nullptr;
   SharesHeldTreeItem* m_sharesHeldItem = nullptr;
   SharesSoldTreeItem* m_sharesSoldItem = nullptr;
   DividendsTreeItem* m_dividendsItem = nullptr;

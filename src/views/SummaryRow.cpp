@@ -7,7 +7,8 @@ FXIMPLEMENT(SummaryRow, FXHorizontalFrame, nullptr, 0)
 
 namespace {
 
-constexpr FXint LINE_GAP = 4; ///< between the figures and a tail below them
+constexpr FXint LINE_GAP = 4;         ///< between the figures and a tail below them
+constexpr FXint ROOM_BELOW_MOST = 20; ///< between the widgets of a tail below them
 
 FXint centred(FXint height, FXint lineHeight) {
   return std::max(0, (lineHeight - height) / 2);
@@ -84,8 +85,8 @@ void SummaryRow::layoutTail() {
   const FXint lineHeight = m_tailBelow ? tailHeight() : getDefaultHeight();
   FXint x = m_tailBelow ? 0 : m_figuresEnd;
   for (const Tail& tail : m_tail) {
-    const bool beginsLine = x == 0;
-    x += beginsLine ? 0 : tail.room;
+    const FXint roomBelow = x == 0 ? 0 : std::min(tail.room, ROOM_BELOW_MOST);
+    x += m_tailBelow ? roomBelow : tail.room;
     const FXint width = std::clamp(tail.widget->getDefaultWidth(), 1, std::max(1, getWidth() - x));
     const FXint height = tail.widget->getDefaultHeight();
     tail.widget->position(x, top + centred(height, lineHeight), width, height);

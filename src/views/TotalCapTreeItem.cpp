@@ -4,13 +4,16 @@
 #include "foundation/Platform.h"
 #include "foundation/RunTimeSettings.h"
 #include "foundation/Settings.h"
-#include "views/PriceWatch.h"
+#include "views/CapitalChart.h"
+#include "views/PerformanceView.h"
+#include "views/PortfolioPerformanceTable.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/SharedLimits.h"
 #include "views/SharesHeldTable.h"
 #include "views/SharesHeldTreeItem.h"
 #include "views/SummaryFrame.h"
 #include "views/TreeState.h"
+#include "widgets/ColumnChoice.h"
 #include "widgets/ContextMenu.h"
 #include "widgets/GetStringDialog.h"
 #include "widgets/HandlerScope.h"
@@ -51,6 +54,15 @@ void renameInTray(const String& oldName, const String& newName) {
   Settings::Instance().writeString(u"Operation", u"TrayFormat", newName);
 }
 
+/// All of them by name, but for the one given.
+Portfolios listOf(const OpenPortfolios& open, const String& butNot = String()) {
+  Portfolios list;
+  for (const auto& [name, portfolio] : open)
+    if (!(name == butNot))
+      list.push_back(portfolio.get());
+  return list;
+}
+
 } // namespace
 
 TotalCapTreeItem::TotalCapTreeItem(InvestmentTree* tree, OpenPortfolios& portfolios, XMLElement& records,
@@ -60,13 +72,15 @@ TotalCapTreeItem::TotalCapTreeItem(InvestmentTree* tree, OpenPortfolios& portfol
   buildView([&] {
     m_summaryFrame = new SummaryFrame(page());
     loadPortfolios(progress);
+    m_performance =
+        new PerformanceView(page(), listOf(*m_portfolios), true, u"TotalCapPortfoliosTable", this);
     tableChanged(true);
     page()->create();
-    m_priceWatch = std::make_unique<PriceWatch>(page()->getApp(), u"TotalCapTreeItem::tableChanged failed.",
-                                                [this](const std::set<String>&) { pricesCame(); });
   });
-  if (!page())
+  if (!page()) {
     m_summaryFrame = nullptr;
+    m_performance = nullptr;
+  }
 }
 
 TotalCapTreeItem::~TotalCapTreeItem() {
@@ -87,7 +101,8 @@ void TotalCapTreeItem::loadPortfolios(Progress* progress) {
 
 void TotalCapTreeItem::reload(const TreeState& state) {
   loadPortfolios(nullptr);
-  tableChanged(true);
+  if (m_performance)
+    m_performance->setPortfolios(listOf(*m_portfolios)); // which tells tableChanged
   state.restore();
 }
 
@@ -122,30 +137,41 @@ bool TotalCapTreeItem::takePortfoliosChanged() {
 
 // ---- Summary ----
 
+void TotalCapTreeItem::transactionMade() {
+  m_portfoliosChanged = true;
+  if (m_performance)
+    m_performance->table().recordsChanged();
+}
+
 void TotalCapTreeItem::update() {
-  if (isSound())
-    tableChanged(true);
+  if (!isSound())
+    return;
+  makeRecordsCurrent();
+  m_performance->update();
 }
 
 FXint TotalCapTreeItem::onLeftClick(FXint x, FXint y) {
   if (isSound())
-    for (SharePortfolioTreeItem* node : portfolioNodes())
-      node->makeRecordCurrent();
+    makeRecordsCurrent();
   return InvestmentTreeItem::onLeftClick(x, y);
 }
 
-void TotalCapTreeItem::pricesCame() {
-  // After midnight a portfolio may have no record of today yet: the figures stay until the user's next
-  // action.
+void TotalCapTreeItem::makeRecordsCurrent() {
+  for (SharePortfolioTreeItem* node : portfolioNodes())
+    node->makeRecordCurrent();
+}
+
+bool TotalCapTreeItem::everyRecordIsOfToday() const {
   const auto nodes = portfolioNodes();
-  if (std::all_of(nodes.begin(), nodes.end(), [](SharePortfolioTreeItem* node) {
-        return node->portfolio().capitalRecord().hasDayCap(Date());
-      }))
-    tableChanged(false);
+  return std::all_of(nodes.begin(), nodes.end(), [](SharePortfolioTreeItem* node) {
+    return node->portfolio().capitalRecord().hasDayCap(Date());
+  });
 }
 
 void TotalCapTreeItem::tableChanged(bool rebuilt) {
-  if (!isSound() || !m_summaryFrame)
+  // After midnight a portfolio may have no record of today yet: the figures stay until the user's next
+  // action.
+  if (!isSound() || !m_performance || (!rebuilt && !everyRecordIsOfToday()))
     return;
   const Totals sums = totals();
   const std::size_t rowsWanted = sums.capital > 0.0F ? portfolioNodes().size() : 0;
@@ -156,6 +182,7 @@ void TotalCapTreeItem::tableChanged(bool rebuilt) {
   SummaryFrame::setValue(m_gainTodayLabel, String::toPercent(sums.gainToday));
   SummaryFrame::setValue(m_gainWeekLabel, String::toPercent(sums.gainWeek));
   m_summaryFrame->align();
+  m_performance->chart().refresh();
 }
 
 TotalCapTreeItem::Totals TotalCapTreeItem::totals() const {
@@ -269,6 +296,7 @@ void TotalCapTreeItem::renamePortfolio(const String& oldName, const String& newN
   entry.key() = name;
   m_portfolios->insert(std::move(entry));
   renameInTray(oldName, name);
+  ColumnChoice::rename(oldName, name);
   m_portfoliosChanged = true;
   HandlerScope::whenDone(this, [this, state] { reload(state); });
 }
@@ -301,6 +329,7 @@ void TotalCapTreeItem::dropPortfolio(const String& name) {
     return;
   if (SharePortfolioTreeItem* node = portfolioNode(name))
     tree()->removeItem(node);
+  m_performance->setPortfolios(listOf(*m_portfolios, name));
   const XMLElement& records = found->second->portfolio();
   m_portfolios->erase(found);
   removeRecords(records);

@@ -10,7 +10,7 @@
 
 namespace Tallymoor {
 
-class PriceWatch;
+class PerformanceView;
 class Progress;
 struct PriceLimits;
 class SharePortfolioTreeItem;
@@ -18,7 +18,8 @@ class SummaryFrame;
 class XMLElement;
 
 /// The root of the tree of portfolios: "Total Investment Capital". It makes the node of each open portfolio,
-/// shows their capital and gains together, and is where portfolios are made, renamed and deleted.
+/// shows their capital and gains together and how they performed month by month, and is where portfolios are
+/// made, renamed and deleted.
 ///
 /// GUI thread only, under the big mutex. What deletes nodes waits until no handler is running (see
 /// HandlerScope).
@@ -57,13 +58,17 @@ public:
 
   /// True once after portfolios were added, removed or renamed or a transaction was made.
   bool takePortfoliosChanged();
-  void setPortfoliosChanged() { m_portfoliosChanged = true; }
+  /// A portfolio's records are about to change, or have just changed: until they are filled anew, the figures
+  /// of all portfolios together stay as they are.
+  void transactionMade();
 
   /// Null when there is none of that name.
   SharePortfolioTreeItem* portfolioNode(const String& name) const;
   /// All of them, by name.
   std::vector<SharePortfolioTreeItem*> portfolioNodes() const;
   const NodeIcons& icons() const { return m_icons; }
+  /// Null when building the node failed.
+  PerformanceView* performance() const { return m_performance; }
 
   /// A typed price counts in every portfolio's record of that day; all views follow.
   void priceTyped(const String& code, const Date& date, double price);
@@ -98,7 +103,8 @@ private:
   void dropPortfolio(const String& name);
   void addPortfolio(XMLElement* portfolio);
   void removeRecords(const XMLElement& portfolio);
-  void pricesCame();
+  bool everyRecordIsOfToday() const;
+  void makeRecordsCurrent();
 
   OpenPortfolios* m_portfolios = nullptr;
   XMLElement* m_records = nullptr;
@@ -108,8 +114,8 @@ private:
   FXLabel* m_totalLabel = nullptr;
   FXLabel* m_gainTodayLabel = nullptr;
   FXLabel* m_gainWeekLabel = nullptr;
+  PerformanceView* m_performance = nullptr;
   bool m_portfoliosChanged = false;
-  std::unique_ptr<PriceWatch> m_priceWatch;
 };
 
 } // namespace Tallymoor

@@ -17,6 +17,9 @@ public:
   /// Notes a column that is hidden by default, unless the user has made a choice.
   void declare(const Column& column);
 
+  /// A table has another name from now on, and keeps its choice; one that was left under the new name goes.
+  static void rename(const String& oldTableName, const String& newTableName);
+
 private:
   String m_section;
 };

@@ -287,7 +287,7 @@ TEST_F(SharePortfolioTreeItemTest, ButtonOfTheSummarySetsTheIndex) {
   press(setIndexButton(u"Trading"));
   EXPECT_EQ(String(u"^IDX"), portfolios()[u"Trading"]->comparisonIndex());
   EXPECT_EQ("2.91% (2.00%)", figure(node(u"Trading"), "Gain today (index)"));
-  EXPECT_EQ("Index trend: rising (10 day average 4018.18, 30 day average 4006.45)", trendText(u"Trading"));
+  EXPECT_EQ("Index trend: rising (10 day average 4018.18, 30 day 4006.45)", trendText(u"Trading"));
   EXPECT_TRUE(TallymoorInternet::Instance().priceUpdater().hasCode(u"^IDX"));
   EXPECT_EQ(&node(u"Trading"), tree().shownItem());
 }
@@ -312,7 +312,7 @@ TEST_F(SharePortfolioTreeItemTest, AnotherIndexTakesThePlaceOfTheFirst) {
          [this] { enterProperties("Trading", "^TWO"); });
   EXPECT_EQ(1u, records().subElement(u"SharePortfolios").numSubElements(u"ComparisonIndex"));
   EXPECT_EQ("2.91% (0.00%)", figure(node(u"Trading"), "Gain today (index)"));
-  EXPECT_EQ("Index trend: steady (10 day average 700.00, 30 day average 700.00)", trendText(u"Trading"));
+  EXPECT_EQ("Index trend: steady (10 day average 700.00, 30 day 700.00)", trendText(u"Trading"));
   EXPECT_FALSE(TallymoorInternet::Instance().priceUpdater().hasCode(u"^IDX"));
 }
 
@@ -380,7 +380,7 @@ TEST_F(SharePortfolioTreeItemTest, FallingIndexIsCalledFalling) {
   longIndex(3900.0, 4182.0);
   addTrading().setComparisonIndex(u"^IDX");
   showTree();
-  EXPECT_EQ("Index trend: falling (10 day average 3981.82, 30 day average 3993.55)", trendText(u"Trading"));
+  EXPECT_EQ("Index trend: falling (10 day average 3981.82, 30 day 3993.55)", trendText(u"Trading"));
   EXPECT_STREQ("^IDX is falling: its average of the last 10 weekdays is 3981.82, that of the last 30 is "
                "3993.55.\nRecent days weigh more in both (exponential averages).",
                trend(u"Trading")->getTipText().text());
@@ -392,7 +392,7 @@ TEST_F(SharePortfolioTreeItemTest, PeriodsOfTheTrendAreTheUsers) {
   indexTrendLong = 19.0;
   addTrading().setComparisonIndex(u"^IDX");
   showTree();
-  EXPECT_EQ("Index trend: rising (4 day average 4040.00, 19 day average 4010.00)", trendText(u"Trading"));
+  EXPECT_EQ("Index trend: rising (4 day average 4040.00, 19 day 4010.00)", trendText(u"Trading"));
   readSettings();
 }
 

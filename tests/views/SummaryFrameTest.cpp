@@ -128,7 +128,7 @@ TEST_F(SummaryTailTest, GoesBelowTheFiguresInANarrowPage) {
   const FXint high = m_summary->getHeight();
   setPageWidth(figuresEnd() + 60);
   EXPECT_EQ(0, m_button->getX());
-  EXPECT_EQ(right(*m_button) + 40, m_remark->getX());
+  EXPECT_EQ(right(*m_button) + 20, m_remark->getX());
   EXPECT_TRUE(showsWholeText(*m_remark));
   EXPECT_GE(m_row->getHeight(), m_button->getY() + m_button->getHeight());
   EXPECT_GE(m_summary->getHeight(), m_row->getY() + m_row->getHeight());
