@@ -36,7 +36,8 @@ TEST_F(OnlineHelpTest, OpensTheInstalledGuide) {
 
 TEST_F(OnlineHelpTest, TellsTheAddressWhenNoBrowserOpens) {
   platform(false);
-  answer("Failed to open the browser for you.\nOnline help is at\n" + HELP_ADDRESS.toUTF8(), "OK");
+  answerKind(BoxKind::Information,
+             "Failed to open the browser for you.\nOnline help is at\n" + HELP_ADDRESS.toUTF8(), "OK");
   command(TallymoorWindow::ID_FAQ);
 }
 
@@ -52,15 +53,16 @@ TEST_F(OnlineHelpTest, FeedbackIsALinkWithSubjectAndBody) {
 
 TEST_F(OnlineHelpTest, TellsTheMailboxWhenNoEmailStarts) {
   platform(false);
-  answer("Failed to start an email for you.\nEmail your feedback to feedback@brindlecove.example", "OK");
+  answerKind(BoxKind::Information,
+             "Failed to start an email for you.\nEmail your feedback to feedback@brindlecove.example", "OK");
   command(TallymoorWindow::ID_FEEDBACK);
 }
 
 TEST_F(OnlineHelpTest, FailuresNameTheCommand) {
   platform(false, true);
-  answer("TallymoorWindow::onFAQ failed. Exception : nothing can be opened", "OK");
+  answerKind(BoxKind::Error, "TallymoorWindow::onFAQ failed. Exception : nothing can be opened", "OK");
   command(TallymoorWindow::ID_FAQ);
-  answer("TallymoorWindow::onFeedback failed. Exception : nothing can be opened", "OK");
+  answerKind(BoxKind::Error, "TallymoorWindow::onFeedback failed. Exception : nothing can be opened", "OK");
   command(TallymoorWindow::ID_FEEDBACK);
 }
 

@@ -4,6 +4,7 @@
 #include "shell/ViewDateRow.h"
 #include "support/GatewayScope.h"
 #include "support/MarketFixture.h"
+#include "support/windows/BoxKind.h"
 #include "support/windows/WindowTest.h"
 #include "widgets/CalendarDialog.h"
 #include "widgets/FXCalendar.h"
@@ -42,6 +43,14 @@ protected:
   /// Ends what the window keeps and starts it anew, as the next run of the program does.
   void leave() { command(MainWindow::ID_SHUTDOWN); }
 
+  /// As answer, for a box of that kind.
+  void answerKind(BoxKind kind, const std::string& text, const std::string& label) {
+    whenModal(text, [this, kind, text, label](FXWindow& box) {
+      EXPECT_EQ(kind, boxKind(box)) << text;
+      EXPECT_TRUE(shows(box, text));
+      press(box, label);
+    });
+  }
   /// Clicks the field of the view date and takes a day of the calendar that opens.
   void pickViewDate(const Date& date) {
     whenModal("Choose the date", [this, date](FXWindow& dialog) {

@@ -3,6 +3,7 @@
 #include "views/SharesHeldTable.h"
 #include "views/SharesHeldTreeItem.h"
 #include "views/TotalCapTreeItem.h"
+#include "widgets/GuiWakeUp.h"
 #include "widgets/InvestmentTree.h"
 #include "xml/CountryOfResidence.h"
 #include <filesystem>
@@ -13,6 +14,43 @@ namespace {
 
 const std::string HEAD = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
                          "<!DOCTYPE Portfolios SYSTEM \"Tallymoor Records.dtd\">\n";
+
+/// Notes what a button shows, whenever the toolkit's loop lets timers run.
+class ButtonDiary : public FXObject {
+public:
+  struct Entry {
+    std::string text, tip, help;
+    bool operator==(const Entry&) const = default;
+    friend void PrintTo(const Entry& entry, std::ostream* out) {
+      *out << entry.text << ", " << entry.tip << ", " << entry.help;
+    }
+  };
+
+  ButtonDiary(FXApp& app, FXButton& button) : m_app(app), m_button(button) { waitAgain(); }
+  ~ButtonDiary() override { m_app.removeTimeout(this, 0); }
+
+  long handle(FXObject*, FXSelector, void*) override {
+    const Entry now{m_button.getText().text(), m_button.getTipText().text(), m_button.getHelpText().text()};
+    if (m_entries.empty() || !(m_entries.back() == now)) {
+      m_entries.push_back(now);
+      m_icons.push_back(m_button.getIcon());
+    }
+    waitAgain();
+    return 1;
+  }
+  /// The next look comes with the next event that the loop looks for.
+  void lookSoon() { m_app.addTimeout(this, 0, 0); }
+  const std::vector<Entry>& entries() const { return m_entries; }
+  const std::vector<FXIcon*>& icons() const { return m_icons; }
+
+private:
+  void waitAgain() { m_app.addTimeout(this, 0, 1); }
+
+  FXApp& m_app;
+  FXButton& m_button;
+  std::vector<Entry> m_entries;
+  std::vector<FXIcon*> m_icons;
+};
 
 class TallymoorWindowTest : public ShellTest {
 protected:
@@ -238,6 +276,34 @@ TEST_F(TallymoorWindowTest, ReconnectingWithoutAnAnswerStaysOffline) {
   EXPECT_FALSE(TallymoorInternet::Instance().isOnline());
   EXPECT_EQ("Offline", std::string(tallymoor().onlineButton()->getTipText().text()));
   EXPECT_TRUE(boxes().empty());
+}
+
+TEST_F(TallymoorWindowTest, ReconnectingShowsThatItTriesAndThatItFailed) {
+  using Entry = ButtonDiary::Entry;
+  FXButton& online = *tallymoor().onlineButton();
+  command(TallymoorWindow::ID_STATUS); // goes offline
+  FXIcon* const offlineIcon = online.getIcon();
+  ButtonDiary diary(app(), online);
+  runUntil([&] { return !diary.entries().empty(); });
+  diary.lookSoon();
+  command(TallymoorWindow::ID_STATUS);
+  runUntil([&] { return diary.entries().size() >= 4; });
+  const Entry offline{"offline", "Offline", "Press to reconnect"};
+  EXPECT_EQ((std::vector<Entry>{offline,
+                                {"trying", "Offline", "Press to reconnect"},
+                                {"Failed", "Failedto connect", "Failed to reconnect to the network"},
+                                offline}),
+            diary.entries());
+  ASSERT_EQ(4u, diary.icons().size());
+  EXPECT_NE(offlineIcon, diary.icons().at(1));
+  EXPECT_EQ(offlineIcon, diary.icons().at(3));
+}
+
+TEST_F(TallymoorWindowTest, FailureInsideTheAboutBoxNamesTheCommand) {
+  GuiWakeUp failure(&app(), [] { throw Exception(u"test"); });
+  whenModal("About Tallymoor", [&failure](FXWindow&) { failure.wake(); });
+  answerKind(BoxKind::Error, "TallymoorWindow::onAbout failed. Exception : test", "OK");
+  command(TallymoorWindow::ID_ABOUT);
 }
 
 TEST_F(TallymoorWindowTest, RefreshingPricesFetchesThemNow) {

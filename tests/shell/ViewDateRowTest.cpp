@@ -220,7 +220,8 @@ TEST_F(ViewDateRowTest, UpdaterStaysAsleepWhenTodayIsShownAgainOffline) {
 TEST_F(ViewDateRowTest, FailuresNameTheCommand) {
   press(row(), "Back a week");
   const auto expectFailure = [this](const std::string& handler, FXuint id) {
-    answer("TallymoorWindow::" + handler + " failed. Exception : no form for dates", "OK");
+    answerKind(BoxKind::Error, "TallymoorWindow::" + handler + " failed. Exception : no form for dates",
+               "OK");
     command(id);
   };
   RecordingPlatform::Behaviour behaviour;
@@ -235,7 +236,8 @@ TEST_F(ViewDateRowTest, FailuresNameTheCommand) {
     dynamic_cast<CalendarDialog&>(dialog).calendar()->setDate(Date(2026, 2, 9));
     press(dialog, "OK");
   });
-  answer("DateTextField::onChangeCurrentDate failed. Exception : no form for dates", "OK");
+  answerKind(BoxKind::Error, "DateTextField::onChangeCurrentDate failed. Exception : no form for dates",
+             "OK");
   click(*row().field());
 }
 
@@ -250,9 +252,10 @@ protected:
 };
 
 TEST_F(ViewDateAfterAFailedStartTest, StaysAtToday) {
-  answer("TallymoorWindow::onBackViewDate failed. Exception : There was a failure during startup. Please "
-         "restart Tallymoor",
-         "OK");
+  answerKind(BoxKind::Error,
+             "TallymoorWindow::onBackViewDate failed. Exception : There was a failure during startup. Please "
+             "restart Tallymoor",
+             "OK");
   command(TallymoorWindow::ID_BACK);
   EXPECT_FALSE(TallymoorWindow::viewDateMoved());
 }
