@@ -22,6 +22,9 @@ target_link_libraries(Icu::Icu INTERFACE ICU::i18n ICU::uc)
 
 find_package(sdbus-c++ 1.2 REQUIRED)
 
+# For the signatures of program updates alone.
+find_package(OpenSSL 3.0 REQUIRED)
+
 # Only the sample data service and the servers inside tests use it.
 find_path(HTTPLIB_INCLUDE_DIR httplib.h REQUIRED)
 find_library(HTTPLIB_LIBRARY cpp-httplib REQUIRED)

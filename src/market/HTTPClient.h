@@ -30,7 +30,7 @@ public:
   /// Replaces body by the bytes that the server sent, as they are.
   virtual void getPage(const URL& url, std::vector<std::uint8_t>& body) = 0;
 
-  /// Bodies larger than this fail. PAGE_BODY_LIMIT until set; to be set before the first fetch.
+  /// Bodies larger than this fail, of all fetches that begin from now on. PAGE_BODY_LIMIT until set.
   virtual void setBodyLimit(std::size_t bytes) = 0;
   /// Makes every fetch under way end soon with a failure, and every later one at once, until goOnline is
   /// called again. Any thread; returns at once.

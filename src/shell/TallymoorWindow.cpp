@@ -2,6 +2,7 @@
 #include "foundation/Constants.h"
 #include "foundation/Settings.h"
 #include "market/TallymoorInternet.h"
+#include "shell/ProgramUpdater.h"
 #include "shell/ViewDateRow.h"
 #include "shell/WarningStrip.h"
 #include "views/NodeIcons.h"
@@ -49,6 +50,7 @@ tallymoorWindowMap[] = {
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_INTEREST, TallymoorWindow::onInterest),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_DEPOSIT_CASH, TallymoorWindow::onDepositCash),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_WITHDRAW_CASH, TallymoorWindow::onWithdrawCash),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_CHECK_UPDATES, TallymoorWindow::onCheckUpdates),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_REFRESH_PRICES, TallymoorWindow::onRefreshPrices),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_SETTINGS, TallymoorWindow::onSettings),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_FAQ, TallymoorWindow::onFAQ),
@@ -74,11 +76,13 @@ TallymoorWindow::TallymoorWindow(FXApp* app, WindowIcons& icons)
   buildTabs();
   m_warnings = new WarningStrip(panelFrame());
   buildTray();
+  m_programUpdater = std::make_unique<ProgramUpdater>();
 }
 
 // Views first, then the portfolios that they show, then the records.
 TallymoorWindow::~TallymoorWindow() {
   BigMutexLock lock;
+  m_programUpdater->stopAndJoin();
   Date::clearFixedDate();
   if (TallymoorInternet::exists())
     TallymoorInternet::Instance().priceUpdater().removeObserver(this);
@@ -136,6 +140,7 @@ void TallymoorWindow::buildMenus() {
   addEntry(portfolios, "&Withdraw Cash...", ID_WITHDRAW_CASH);
 
   FXMenuPane* tools = addMenu("&Tools");
+  addEntry(tools, "Check For &Updates...\tCtrl+U", ID_CHECK_UPDATES);
   addEntry(tools, "Refresh &Prices\tCtrl+R", ID_REFRESH_PRICES);
   new FXMenuSeparator(tools);
   addEntry(tools, "&Options...\tCtrl+O", ID_SETTINGS);

@@ -14,6 +14,7 @@
 namespace Tallymoor {
 
 class InvestmentTree;
+class ProgramUpdater;
 class PriceWatch;
 class SharePortfolioTreeItem;
 class TotalCapTreeItem;
@@ -45,6 +46,7 @@ public:
     ID_INTEREST,
     ID_DEPOSIT_CASH,
     ID_WITHDRAW_CASH,
+    ID_CHECK_UPDATES,
     ID_REFRESH_PRICES,
     ID_SETTINGS,
     ID_FAQ,
@@ -143,6 +145,7 @@ public:
   long onInterest(FXObject*, FXSelector, void*);
   long onDepositCash(FXObject*, FXSelector, void*);
   long onWithdrawCash(FXObject*, FXSelector, void*);
+  long onCheckUpdates(FXObject*, FXSelector, void*);
   long onRefreshPrices(FXObject*, FXSelector, void*);
   long onSettings(FXObject*, FXSelector, void*);
   long onFAQ(FXObject*, FXSelector, void*);
@@ -217,6 +220,7 @@ private:
   std::unique_ptr<WatchlistRootTreeItem> m_watchlistRoot;
   std::unique_ptr<SystemTray> m_tray;
   std::unique_ptr<PriceWatch> m_trayPrices;
+  std::unique_ptr<ProgramUpdater> m_programUpdater;
   std::optional<bool> m_shownOnline; ///< what the online button shows
   bool m_changingOnlineState = false;
   bool m_shutdownDone = false;

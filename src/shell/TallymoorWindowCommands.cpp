@@ -8,6 +8,7 @@
 #include "shell/OnlineHelp.h"
 #include "shell/OptionsDialog.h"
 #include "shell/TallymoorWindow.h"
+#include "shell/UpdateCheck.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/TotalCapTreeItem.h"
 #include "views/WatchlistRootTreeItem.h"
@@ -132,6 +133,11 @@ long TallymoorWindow::onDepositCash(FXObject*, FXSelector, void*) {
 long TallymoorWindow::onWithdrawCash(FXObject*, FXSelector, void*) {
   return registerFor(u"TallymoorWindow::onWithdrawCash failed.", RECEIPT_PROMPT,
                      &SharePortfolioTreeItem::withdrawCash);
+}
+
+long TallymoorWindow::onCheckUpdates(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"TallymoorWindow::onCheckUpdates failed.",
+                        [this] { checkForUpdates(*m_programUpdater); });
 }
 
 long TallymoorWindow::onRefreshPrices(FXObject*, FXSelector, void*) {

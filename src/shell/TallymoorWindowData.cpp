@@ -6,7 +6,9 @@
 #include "foundation/UserInteraction.h"
 #include "market/TallymoorInternet.h"
 #include "shell/PortfolioTransfer.h"
+#include "shell/ProgramUpdater.h"
 #include "shell/TallymoorWindow.h"
+#include "shell/UpdateCheck.h"
 #include "views/NodeIcons.h"
 #include "views/PriceWatch.h"
 #include "views/TotalCapTreeItem.h"
@@ -82,6 +84,7 @@ void TallymoorWindow::load(Progress& progress) {
   if (!m_portfolios.tree->isSound() || !m_watchlists.tree->isSound())
     throw Exception(STARTUP_FAILURE);
   followPricesInTray();
+  tellInstallerFailure();
 }
 
 void TallymoorWindow::shutdown() {
@@ -101,6 +104,7 @@ void TallymoorWindow::unload(Progress& progress) {
   if (TallymoorInternet::exists())
     TallymoorInternet::Instance().priceUpdater().removeObserver(this);
   progress.step(1, u"waiting for update threads");
+  m_programUpdater->stopAndJoin();
   progress.step(1, u"saving portfolio records");
   forgetWarnings();
   saveUntilDoneOrGivenUp();

@@ -1,6 +1,7 @@
 // The view date: the day at which the window shows all capital.
 #include "foundation/UserInteraction.h"
 #include "market/TallymoorInternet.h"
+#include "shell/RestingStatus.h"
 #include "shell/TallymoorWindow.h"
 #include "shell/ViewDateRow.h"
 #include "widgets/HandlerScope.h"
@@ -41,14 +42,11 @@ void TallymoorWindow::resetViewDate() {
 }
 
 void TallymoorWindow::showViewDate() {
-  if (viewDateMoved()) {
+  if (viewDateMoved())
     m_viewDateRow->showPast();
-    setNormalStatusText(u"You are looking at " + viewDate().toString(DATE_DISPLAY_LOCAL) +
-                        u", not at today.");
-  } else {
+  else
     m_viewDateRow->showToday();
-    setNormalStatusText(u"Ready.");
-  }
+  setNormalStatusText(restingStatusText());
   WaitCursor wait;
   refreshViews(true);
 }

@@ -2,16 +2,9 @@
 #include "foundation/Constants.h"
 #include "foundation/Platform.h"
 #include <filesystem>
-#include <fstream>
+#include <unistd.h>
 
 namespace Tallymoor {
-
-namespace {
-
-const char* const UPDATE_FOLDER = "./updates/";
-const char* const OVERRIDE_MARKER = "override.start.tallymoor";
-
-} // namespace
 
 bool updatesPending() {
   std::error_code error;
@@ -24,7 +17,7 @@ bool updatesPending() {
 }
 
 UpdateHandover handOverToUpdateInstaller(Platform& platform) {
-  if (!updatesPending())
+  if (!updatesPending() || ::access(".", W_OK) != 0)
     return UpdateHandover::StartProgram;
   std::error_code error;
   if (std::filesystem::exists(OVERRIDE_MARKER, error)) {
@@ -33,10 +26,6 @@ UpdateHandover handOverToUpdateInstaller(Platform& platform) {
   }
   return platform.openDocument(UPDATE_INSTALLER_EXE) ? UpdateHandover::InstallerRuns
                                                      : UpdateHandover::InstallerMissing;
-}
-
-void leaveOverrideMarker() {
-  std::ofstream(OVERRIDE_MARKER, std::ios::out | std::ios::trunc);
 }
 
 } // namespace Tallymoor

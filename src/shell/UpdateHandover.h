@@ -1,4 +1,5 @@
 #pragma once
+#include "foundation/ProgramFiles.h" // leaveOverrideMarker
 
 namespace Tallymoor {
 
@@ -15,10 +16,8 @@ enum class UpdateHandover {
 bool updatesPending();
 
 /// Decides by the update folder and the marker file, both relative to the current folder. Removes a marker
-/// that is there; the updates then wait for the start after this one.
+/// that is there; the updates then wait for the start after this one. Where the installer could do nothing,
+/// since the folder can't be written, the program just starts.
 UpdateHandover handOverToUpdateInstaller(Platform& platform);
-
-/// Creates the empty marker file that lets the next start run normally. A failure is not told.
-void leaveOverrideMarker();
 
 } // namespace Tallymoor

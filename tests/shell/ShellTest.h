@@ -1,6 +1,7 @@
 #pragma once
 #include "foundation/Settings.h"
 #include "shell/TallymoorWindow.h"
+#include "shell/UpdateSettings.h"
 #include "shell/ViewDateRow.h"
 #include "support/GatewayScope.h"
 #include "support/MarketFixture.h"
@@ -20,12 +21,14 @@ protected:
     m_market.emplace();
     m_gateway.emplace();
     Settings::Instance().writeString(u"Config", u"Country", u"Australia");
+    UpdateSettings::setCurrent(noUpdates());
     writeCountries();
   }
 
   void TearDown() override {
     deleteWindow();
     m_gateway.reset();
+    UpdateSettings::setCurrent(UpdateSettings::ofThisBuild());
     WindowTest::TearDown();
   }
 
@@ -69,6 +72,13 @@ protected:
   }
 
 private:
+  /// No look at any update service unless a test wants one.
+  static UpdateSettings noUpdates() {
+    UpdateSettings settings;
+    settings.queryBase = u"http://127.0.0.1:1/?";
+    settings.startDelay = settings.period;
+    return settings;
+  }
   void writeCountries() {
     TestProfile::writeFile(
         profile().configFolder() + u"CountryConfig.xml",

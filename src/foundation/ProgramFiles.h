@@ -1,0 +1,44 @@
+#pragma once
+#include <string>
+#include <vector>
+
+namespace Tallymoor {
+
+// The program's own files, as they lie in the folder of an installed copy, and what passes between the
+// program and the installer of its updates. Texts are in UTF-8 and all paths relative to the current folder:
+// the installer shares this, and it must not need the libraries that it replaces.
+
+/// Where downloaded program files wait; a file right in it sends the next start to the installer.
+inline constexpr const char* UPDATE_FOLDER = "./updates/";
+/// A set of downloaded files that is whole and is about to be moved up into the update folder.
+inline constexpr const char* COMPLETE_UPDATES = "./updates/complete";
+/// Lets one start pass although updates wait.
+inline constexpr const char* OVERRIDE_MARKER = "override.start.tallymoor";
+/// Why the installer could not do its work; the program tells of it and removes it.
+inline constexpr const char* INSTALLER_FAILURE = "update.failure.tallymoor";
+/// Holds links to the libraries by the names that the loader looks for.
+inline constexpr const char* LIBRARY_LINKS = "./lib/";
+
+/// The program, its installer, then the stems of its libraries, in the order in which updates look at them.
+const std::vector<std::string>& programFileStems();
+
+/// True for a plain file name that belongs to the stem: the very name of an executable; for a library the
+/// stem, then letters, digits, ".", "_" and "-", and ".dll" at the end.
+bool isProgramFileName(const std::string& fileName, const std::string& stem);
+/// The stem that a file name belongs to by isProgramFileName; empty when there is none.
+std::string stemOfProgramFile(const std::string& fileName);
+
+/// Names of the files, not folders, in the current folder that begin with the stem in any case, sorted.
+std::vector<std::string> filesWithStem(const std::string& stem);
+
+/// Moves the files of COMPLETE_UPDATES up into the update folder, whole or as far as it goes; what could not
+/// be moved stays there for the next attempt. Does nothing when there is no such folder.
+void moveUpCompleteUpdates();
+
+/// True for a folder that belongs to this user, who can write to it, and that nobody else can write to.
+bool isOwnFolder(const std::string& path);
+
+/// Creates the empty marker file. False when it could not be made.
+bool leaveOverrideMarker();
+
+} // namespace Tallymoor

@@ -1,0 +1,167 @@
+#include "shell/ProgramUpdater.h"
+#include "foundation/BigMutex.h"
+#include "foundation/RunTimeSettings.h"
+#include "foundation/UserInteraction.h"
+#include "market/TallymoorInternet.h"
+#include "shell/RestingStatus.h"
+#include "shell/Updates.h"
+#include "xml/CountryOfResidence.h"
+#include <exception>
+
+namespace Tallymoor {
+
+namespace {
+
+const String CAPTION = u"Tallymoor Updates";
+
+/// A key of its own for each warning, so that none is taken for one that was shown.
+String nextWarningKey() {
+  static std::atomic<unsigned> count = 0;
+  return u"updates" + String::fromLong(++count);
+}
+
+UserInteraction& user() {
+  return UserInteraction::Instance();
+}
+
+/// The living gateway and the country take what was put in place.
+void reloadDocuments() {
+  if (TallymoorInternet::exists())
+    TallymoorInternet::reset();
+  CountryOfResidence::Instance().reload();
+}
+
+} // namespace
+
+/// While it lives, stopAndJoin reaches the updates of the pass under way.
+class ProgramUpdater::CurrentUpdates {
+public:
+  CurrentUpdates(ProgramUpdater& updater, Updates& updates) : m_updater(updater) {
+    const std::lock_guard lock(updater.m_mutex);
+    updater.m_updates = &updates;
+    if (updater.stopRequested())
+      updates.abort();
+  }
+  ~CurrentUpdates() {
+    const std::lock_guard lock(m_updater.m_mutex);
+    m_updater.m_updates = nullptr;
+  }
+  CurrentUpdates(const CurrentUpdates&) = delete;
+  CurrentUpdates& operator=(const CurrentUpdates&) = delete;
+
+private:
+  ProgramUpdater& m_updater;
+};
+
+ProgramUpdater::ProgramUpdater(const UpdateSettings& settings)
+    : Thread(settings.period, false, settings.startDelay), m_settings(settings) {
+  start();
+}
+
+ProgramUpdater::~ProgramUpdater() {
+  stopAndJoin();
+}
+
+void ProgramUpdater::requestDownload() {
+  m_downloadRequested = true;
+  wakeUp();
+}
+
+void ProgramUpdater::stopAndJoin() {
+  stop();
+  {
+    const std::lock_guard lock(m_mutex);
+    if (m_updates)
+      m_updates->abort();
+  }
+  const BigMutexRelease release;
+  join();
+}
+
+void ProgramUpdater::threadFunction() {
+  runPass();
+}
+
+/// Does a piece of work under the big mutex with the background flag set, unless the thread has been told to
+/// stop or there is no window to tell.
+template <class Work>
+void ProgramUpdater::inStretch(Work work) {
+  if (stopRequested())
+    return;
+  const BackgroundPassScope scope;
+  if (!stopRequested() && UserInteraction::exists())
+    work();
+}
+
+void ProgramUpdater::runPass() {
+  const auto failed = [this](const String& description) {
+    inStretch([&] { user().setStatusText(u"ProgramUpdater::threadFunction failed: " + description); });
+  };
+  try {
+    if (m_downloadRequested.exchange(false))
+      downloadAll();
+    else
+      look();
+  } catch (const Exception& exception) {
+    failed(exception.description());
+  } catch (const std::exception& exception) {
+    failed(exception.what());
+  }
+}
+
+// That the program's files can't be replaced is told where the user asks for updates, not every three hours.
+void ProgramUpdater::look() {
+  Updates updates(m_settings);
+  const CurrentUpdates current(*this, updates);
+  const UpdatesFound found = lookForUpdates(updates, true);
+  if (found.any)
+    inStretch([] {
+      user().warnOnce(u"Updates are available. Please use the 'Tools/Check For Updates' menu to download.",
+                      CAPTION, nextWarningKey(), 0);
+    });
+  if (!found.failures.empty())
+    throw found.failures.front();
+}
+
+void ProgramUpdater::downloadAll() {
+  inStretch([] {
+    user().setNormalStatusText(u"Updates are downloading, you will be notified when they are ready.");
+  });
+  UpdatesFound found;
+  try {
+    Updates updates(m_settings);
+    const CurrentUpdates current(*this, updates);
+    found = lookForUpdates(updates, false);
+    install(updates, found);
+  } catch (const Exception& exception) {
+    found.failures.push_back(exception);
+  } catch (const std::exception& exception) {
+    found.failures.emplace_back(String(exception.what()));
+  }
+  inStretch([&found] {
+    for (const Exception& failure : found.failures)
+      user().warnOnce(u"Failed to download updates: " + failure.description(), CAPTION, String(), 2);
+    user().setNormalStatusText(restingStatusText());
+  });
+}
+
+/// Once the download has ended nothing of this is skipped when the program is told to end, except that nobody
+/// is told.
+void ProgramUpdater::install(Updates& updates, UpdatesFound& found) {
+  const bool programFiles = updates.installBinaryUpdates();
+  const bool documents = updates.installConfigUpdates();
+  inStretch([&] {
+    if (documents) {
+      try {
+        reloadDocuments();
+      } catch (const Exception& exception) {
+        found.failures.push_back(exception);
+      }
+    }
+    if (documents || programFiles)
+      user().warnOnce(u"Updates were installed.\nYou should restart as soon as possible.", CAPTION, String(),
+                      0);
+  });
+}
+
+} // namespace Tallymoor

@@ -1,0 +1,47 @@
+#pragma once
+#include "foundation/Thread.h"
+#include "shell/UpdateSettings.h"
+#include <atomic>
+#include <mutex>
+
+namespace Tallymoor {
+
+class Updates;
+struct UpdatesFound;
+
+/// The background thread that looks for updates every three hours and tells of them, and that downloads and
+/// installs them when it was asked to. The network is used with no lock; what the user is told, and the
+/// reload of what was installed, are short stretches under the big mutex. It starts in its construction; the
+/// first pass comes after the start delay.
+class ProgramUpdater : public Thread {
+public:
+  explicit ProgramUpdater(const UpdateSettings& settings = UpdateSettings::current());
+  /// Stops the thread and waits for it, with the big mutex given up meanwhile.
+  ~ProgramUpdater() override;
+
+  /// The next pass, which is woken, downloads and installs. Any thread.
+  void requestDownload();
+  /// Tells the thread to stop, aborts what it fetches, and waits for its end with the big mutex given up.
+  void stopAndJoin();
+  /// One pass on the calling thread, which must not hold the big mutex. Throws nothing.
+  void runPass();
+
+protected:
+  void threadFunction() override;
+
+private:
+  class CurrentUpdates;
+
+  void look();
+  void downloadAll();
+  void install(Updates& updates, UpdatesFound& found);
+  template <class Work>
+  void inStretch(Work work);
+
+  const UpdateSettings m_settings;
+  std::atomic<bool> m_downloadRequested = false;
+  std::mutex m_mutex;
+  Updates* m_updates = nullptr; ///< of the pass under way; guarded by m_mutex
+};
+
+} // namespace Tallymoor
