@@ -4,7 +4,6 @@
 #include "engine/SharePortfolioUser.h"
 #include "foundation/Amounts.h"
 #include "foundation/RunTimeSettings.h"
-#include "foundation/Settings.h"
 #include "market/TallymoorInternet.h"
 #include "views/PriceLimits.h"
 #include "views/SplitHistory.h"
@@ -117,9 +116,7 @@ PriceLimits limitsInForce(const String& code, const Portfolios& portfolios, cons
   for (const SharePortfolioUser* portfolio : portfolios)
     if (const XMLElement* held = portfolio->findHeldShare(code, index))
       return PriceLimits::ofHeldShare(*held);
-  const Settings& settings = Settings::Instance();
-  return {settings.readReal(u"Watchlists", u"minvalue - " + code),
-          settings.readReal(u"Watchlists", u"maxvalue - " + code)};
+  return PriceLimits::ofStock(code);
 }
 
 void addLevels(ChartModel& model, const PriceLimits& limits) {

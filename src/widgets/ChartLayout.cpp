@@ -13,7 +13,7 @@ namespace {
 constexpr double LEAST_LINES_FOR_TITLE = 9.0;
 constexpr double LEAST_LINES_FOR_LEGEND = 6.0;
 constexpr double LEAST_LINES_FOR_TIMES = 4.0;
-constexpr double LINES_BETWEEN_VALUES = 2.2;
+constexpr double LINES_BETWEEN_VALUES = 1.9;
 constexpr double LEAST_LINES_BETWEEN_LABELS = 1.2;
 constexpr double LARGEST_PART_FOR_VALUES = 0.35;
 constexpr int MOST_VALUE_STEPS = 8;
@@ -23,24 +23,6 @@ constexpr double SAMPLE_LINES = 1.8; ///< width of a legend's sample, in heights
 
 bool isFinite(const ChartPoint& point) {
   return std::isfinite(point.value);
-}
-
-bool isBefore(const ChartPoint& point, const Date& day) {
-  return point.day < day;
-}
-
-/// The series' value on the day: its point's, or that of the straight line between the points around it.
-std::optional<double> valueOn(const ChartSeries& series, const Date& day) {
-  const auto at = std::lower_bound(series.points.begin(), series.points.end(), day, isBefore);
-  if (at == series.points.end())
-    return std::nullopt;
-  if (at->day == day)
-    return isFinite(*at) ? std::optional(at->value) : std::nullopt;
-  if (!series.straight || at == series.points.begin() || !isFinite(*at) || !isFinite(*(at - 1)))
-    return std::nullopt;
-  const ChartPoint& before = *(at - 1);
-  const double part = double(day.daysSince(before.day)) / at->day.daysSince(before.day);
-  return before.value + (at->value - before.value) * part;
 }
 
 /// The points of one pixel column: where the line enters and leaves it, and its least and greatest value.
@@ -98,6 +80,7 @@ ChartLayout::ChartLayout(const ChartModel& model, double width, double height, c
     placeEmptyText();
     return;
   }
+  findAxisEnds();
   findValueRange();
   placeLegend();
   placePlot();
@@ -116,6 +99,18 @@ void ChartLayout::collectDays() {
     traded.push_back(marker.day);
   std::sort(traded.begin(), traded.end());
   addDays(traded);
+}
+
+/// A straight line may reach beyond the days with values, as up to today on a Sunday.
+void ChartLayout::findAxisEnds() {
+  m_axisStart = m_days.front();
+  m_axisEnd = m_days.back();
+  for (const ChartSeries& series : m_model.series)
+    for (const ChartPoint& point : series.points)
+      if (series.straight && isFinite(point)) {
+        m_axisStart = std::min(m_axisStart, point.day);
+        m_axisEnd = std::max(m_axisEnd, point.day);
+      }
 }
 
 /// Of the series that are straight lines, or of the others. Each has its days in order, which makes merging
@@ -309,22 +304,22 @@ ChartTick ChartLayout::timeTick(const Date& day, const String& label) const {
 
 std::vector<ChartTick> ChartLayout::timeTicksFor(const TimeStep& step) const {
   std::vector<ChartTick> ticks;
-  for (const Date& day : step.ticks(firstDay(), lastDay(), MOST_TIME_TICKS))
+  for (const Date& day : step.ticks(m_axisStart, m_axisEnd, MOST_TIME_TICKS))
     ticks.push_back(timeTick(day, step.label(day, ticks.empty())));
   return ticks;
 }
 
 std::vector<ChartTick> ChartLayout::ticksAtTheEnds() const {
-  std::vector<ChartTick> ticks{timeTick(firstDay(), firstDay().toString(DATE_DISPLAY_LOCAL))};
-  if (firstDay() != lastDay())
-    ticks.push_back(timeTick(lastDay(), lastDay().toString(DATE_DISPLAY_LOCAL)));
+  std::vector<ChartTick> ticks{timeTick(m_axisStart, m_axisStart.toString(DATE_DISPLAY_LOCAL))};
+  if (m_axisStart != m_axisEnd)
+    ticks.push_back(timeTick(m_axisEnd, m_axisEnd.toString(DATE_DISPLAY_LOCAL)));
   return ticks;
 }
 
 bool ChartLayout::labelsFit(const std::vector<ChartTick>& ticks) const {
   double end = -m_gap;
   for (const ChartTick& tick : ticks) {
-    if (tick.label->x < end + 2 * m_gap && end >= 0.0)
+    if (tick.label->x < end + 3 * m_gap && end >= 0.0)
       return false;
     end = tick.label->x + m_metrics.textWidth(tick.label->text);
     if (end > m_width)
@@ -348,8 +343,8 @@ void ChartLayout::placeTimeTicks() {
 }
 
 double ChartLayout::xOf(const Date& day) const {
-  const int days = lastDay().daysSince(firstDay());
-  const double part = days == 0 ? 0.5 : double(day.daysSince(firstDay())) / days;
+  const int days = m_axisEnd.daysSince(m_axisStart);
+  const double part = days == 0 ? 0.5 : double(day.daysSince(m_axisStart)) / days;
   return m_plot.x + part * m_plot.width;
 }
 
@@ -394,69 +389,6 @@ std::optional<ChartArea> ChartLayout::band() const {
   const double top = yOf(std::min(high, m_scale.high));
   const double bottom = yOf(std::max(low, m_scale.low));
   return ChartArea{m_plot.x, top, m_plot.width, bottom - top};
-}
-
-std::optional<Date> ChartLayout::dayAt(double x) const {
-  if (isEmpty() || x < m_plot.x - m_gap || x > m_plot.right() + m_gap)
-    return std::nullopt;
-  const int days = lastDay().daysSince(firstDay());
-  const double wish = std::clamp((x - m_plot.x) / m_plot.width, 0.0, 1.0) * days;
-  const Date floorDay = firstDay().plusDays(int(std::floor(wish)));
-  const auto after = std::upper_bound(m_days.begin(), m_days.end(), floorDay);
-  if (after == m_days.end())
-    return lastDay();
-  if (after == m_days.begin())
-    return firstDay();
-  const double toBefore = wish - (after - 1)->daysSince(firstDay());
-  const double toAfter = after->daysSince(firstDay()) - wish;
-  return toBefore <= toAfter ? *(after - 1) : *after;
-}
-
-Date ChartLayout::dayBeside(const Date& day, int steps) const {
-  const auto at = std::lower_bound(m_days.begin(), m_days.end(), day);
-  const auto place =
-      std::clamp<std::ptrdiff_t>(at - m_days.begin() + steps, 0, std::ptrdiff_t(m_days.size()) - 1);
-  return m_days[std::size_t(place)];
-}
-
-ChartReading ChartLayout::reading(const Date& day) const {
-  ChartReading reading{day, xOf(day), {}, {}};
-  for (std::size_t i = 0; i < m_model.series.size(); ++i)
-    if (const std::optional<double> value = valueOn(m_model.series[i], day))
-      reading.values.push_back({i, *value, yOf(*value)});
-  for (const ChartMarker& marker : m_model.markers)
-    if (marker.day == day)
-      reading.notes.push_back(marker.text);
-  return reading;
-}
-
-ChartBox ChartLayout::boxOf(const ChartReading& reading) const {
-  ChartBox box;
-  box.lines.push_back({std::nullopt, {0, 0, reading.day.toString(DATE_DISPLAY_LOCAL)}});
-  for (const ChartReading::Value& value : reading.values)
-    box.lines.push_back(
-        {value.series,
-         {0, 0, m_model.series[value.series].name + u"  " + chartValueText(value.value, m_model.unit)}});
-  for (const String& note : reading.notes)
-    box.lines.push_back({std::nullopt, {0, 0, note}});
-
-  const double line = m_metrics.lineHeight;
-  for (const ChartBox::Line& entry : box.lines)
-    box.area.width =
-        std::max(box.area.width, m_metrics.textWidth(entry.text.text) + (entry.series ? line : 0.0));
-  box.area.width += 2 * m_gap;
-  box.area.height = line * double(box.lines.size()) + 2 * m_gap;
-  const double right = reading.x + line;
-  box.area.x = right + box.area.width <= m_width ? right : reading.x - line - box.area.width;
-  box.area.x = std::clamp(box.area.x, 0.0, std::max(0.0, m_width - box.area.width));
-  box.area.y = std::clamp(m_plot.y + m_gap, 0.0, std::max(0.0, m_height - box.area.height));
-  double y = box.area.y + m_gap;
-  for (ChartBox::Line& entry : box.lines) {
-    entry.text.x = box.area.x + m_gap + (entry.series ? line : 0.0);
-    entry.text.y = y;
-    y += line;
-  }
-  return box;
 }
 
 } // namespace Tallymoor

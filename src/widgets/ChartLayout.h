@@ -109,12 +109,12 @@ public:
   double xOf(const Date& day) const;
   double yOf(double value) const;
 
-  /// The day with values that is nearest to an x. Nothing in an empty chart or outside the plot.
+  /// The day with values that is nearest to an x, or that of a marker close by. Nothing in an empty chart or
+  /// outside the plot.
   std::optional<Date> dayAt(double x) const;
   /// The day with values so many such days later; the last or first one where the days end there.
   Date dayBeside(const Date& day, int steps) const;
-  /// First and last day. Not in an empty chart.
-  const Date& firstDay() const { return m_days.front(); }
+  /// The last day with values. Not in an empty chart.
   const Date& lastDay() const { return m_days.back(); }
   ChartReading reading(const Date& day) const;
   /// Beside the day's line, inside the rectangle.
@@ -122,6 +122,7 @@ public:
 
 private:
   void collectDays();
+  void findAxisEnds();
   void addSeriesDays(bool straight);
   void addDays(const std::vector<Date>& days);
   void findValueRange();
@@ -136,6 +137,8 @@ private:
   std::vector<ChartTick> ticksAtTheEnds() const;
   bool labelsFit(const std::vector<ChartTick>& ticks) const;
   ChartTick timeTick(const Date& day, const String& label) const;
+  const ChartMarker* markerAt(double x) const;
+  double boxTop(const ChartReading& reading, double boxHeight) const;
   String valueLabel(double value) const;
   String keyNameOf(const ChartLevel& level) const;
 
@@ -147,6 +150,8 @@ private:
   double m_top;       ///< below what has been placed so far
 
   std::vector<Date> m_days; ///< all with values, rising
+  Date m_axisStart;
+  Date m_axisEnd;
   double m_low = 0.0;
   double m_high = 0.0;
   ValueScale m_scale;

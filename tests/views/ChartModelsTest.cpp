@@ -3,12 +3,12 @@
 #include "engine/Indicators.h"
 #include "engine/SharePortfolioUser.h"
 #include "foundation/RunTimeSettings.h"
-#include "foundation/Settings.h"
 #include "market/TallymoorInternet.h"
 #include "support/FakeUserInteraction.h"
 #include "support/GatewayScope.h"
 #include "support/MarketFixture.h"
 #include "support/TestProfile.h"
+#include "views/PriceLimits.h"
 #include "xml/PortfolioRecords.h"
 #include <gmock/gmock.h>
 #include <memory>
@@ -289,8 +289,7 @@ TEST_F(ChartModelsTest, TheLimitsOfAHoldingAreDrawn) {
 TEST_F(ChartModelsTest, TheLimitsOfAWatchedStockAreDrawn) {
   market().setHistory(u"AAA.AX", Date(2025, 11, 3), TODAY, 10.0);
   cache(u"AAA.AX", Date(2025, 12, 1));
-  Settings::Instance().writeReal(u"Watchlists", u"minvalue - AAA.AX", 7.5);
-  Settings::Instance().writeReal(u"Watchlists", u"maxvalue - AAA.AX", 14.25);
+  PriceLimits{7.5, 14.25}.keepForStock(u"AAA.AX");
   const ChartModel model = prices(u"AAA.AX");
   ASSERT_EQ(2u, model.levels.size());
   EXPECT_DOUBLE_EQ(7.5, model.levels[0].value);
@@ -300,7 +299,7 @@ TEST_F(ChartModelsTest, TheLimitsOfAWatchedStockAreDrawn) {
 TEST_F(ChartModelsTest, TheAutomaticLimitsTakeTheirPlaceWhileTheyAreChosen) {
   market().setHistory(u"AAA.AX", Date(2025, 3, 3), TODAY, 10.0);
   cache(u"AAA.AX", Date(2025, 3, 3));
-  Settings::Instance().writeReal(u"Watchlists", u"minvalue - AAA.AX", 7.5);
+  PriceLimits{7.5, 0.0}.keepForStock(u"AAA.AX");
   autoMinMaxPrices = true;
   const Indicators indicators = indicatorsOf(u"AAA.AX", TODAY);
   const ChartModel model = prices(u"AAA.AX");

@@ -86,7 +86,7 @@ TEST_F(ChartLayoutTest, TitleLegendAndAxesAreThereWhereThereIsRoom) {
   EXPECT_THAT(keys(layout), ElementsAre(u"Price", u"LR", u"Min 11.00", u"Max 13.50", u"Purchases", u"Sales"));
   EXPECT_THAT(labels(layout.valueTicks()),
               ElementsAre(u"11.00", u"11.50", u"12.00", u"12.50", u"13.00", u"13.50"));
-  EXPECT_EQ(u"Apr 2025", labels(layout.timeTicks()).front());
+  EXPECT_EQ(u"May 2025", labels(layout.timeTicks()).front());
   EXPECT_THAT(labels(layout.timeTicks()), testing::Contains(u"2026"));
 }
 
@@ -117,7 +117,7 @@ TEST_F(ChartLayoutTest, NoTextIsCutOrLiesOnAnother) {
 TEST_F(ChartLayoutTest, TheTimeAxisSuitsTheRangeAndTheWidth) {
   const ChartModel years = longModel(7300);
   EXPECT_EQ(u"2007", labels(ChartLayout(years, 1200, 300, metrics()).timeTicks()).at(0));
-  const std::vector<String> narrow = labels(ChartLayout(years, 250, 300, metrics()).timeTicks());
+  const std::vector<String> narrow = labels(ChartLayout(years, 300, 300, metrics()).timeTicks());
   EXPECT_THAT(narrow, ElementsAre(u"2010", u"2015", u"2020", u"2025"));
   const ChartModel year = longModel(365);
   const std::vector<String> months = labels(ChartLayout(year, 1200, 300, metrics()).timeTicks());
@@ -226,6 +226,17 @@ TEST_F(ChartLayoutTest, TheDayUnderThePointerIsTheNearestWithValues) {
   EXPECT_FALSE(layout.dayAt(600.0));
 }
 
+TEST_F(ChartLayoutTest, AMarkerCloseToThePointerIsMet) {
+  ChartModel model = longModel(7300);
+  const Date traded(2015, 7, 8);
+  model.markers = {{traded, 60000.0, true, u"Bought"}};
+  const ChartLayout layout(model, 500, 300, metrics());
+  const double x = layout.xOf(traded);
+  EXPECT_EQ(traded, layout.dayAt(x + 2.5));
+  EXPECT_EQ(traded, layout.dayAt(x - 2.5));
+  EXPECT_NE(traded, layout.dayAt(x + 3.5));
+}
+
 TEST_F(ChartLayoutTest, AReadingHasTheValuesOfTheDayAndNoneInBetween) {
   ChartModel model = ChartSamples::model(Date(2026, 3, 1), {10.0, 20.0, 30.0});
   model.series.push_back(series(u"Index", Date(2026, 3, 1), {11.0}));
@@ -249,6 +260,17 @@ TEST_F(ChartLayoutTest, AStraightLineHasNoValueBeyondItsEnds) {
   EXPECT_EQ(1u, layout.reading(Date(2025, 9, 4)).values.size());
   EXPECT_EQ(2u, layout.reading(Date(2025, 9, 5)).values.size());
   EXPECT_EQ(2u, layout.reading(Date(2026, 3, 3)).values.size());
+}
+
+TEST_F(ChartLayoutTest, AStraightLineBeyondTheLastValueStaysInThePlot) {
+  ChartModel model = priceModel();
+  model.series[1].points = {{Date(2025, 2, 28), 11.0}, {Date(2026, 3, 8), 13.0}};
+  const ChartLayout layout(model, 600, 300, metrics());
+  EXPECT_DOUBLE_EQ(layout.plot().x, layout.line(1).front().x);
+  EXPECT_DOUBLE_EQ(layout.plot().right(), layout.line(1).back().x);
+  EXPECT_LT(layout.line(0).back().x, layout.plot().right());
+  EXPECT_EQ(Date(2026, 3, 3), layout.dayAt(layout.plot().right())) << "the last day with a price";
+  EXPECT_EQ(Date(2025, 3, 3), layout.dayAt(layout.plot().x));
 }
 
 TEST_F(ChartLayoutTest, TheBoxTellsTheDayItsValuesAndItsTrades) {
@@ -279,6 +301,16 @@ TEST_F(ChartLayoutTest, TheBoxStaysInsideAndBesideTheCrosshair) {
     for (const ChartBox::Line& line : box.lines)
       ASSERT_LE(line.text.x + metrics().textWidth(line.text.text), box.area.right());
   }
+}
+
+TEST_F(ChartLayoutTest, TheBoxGoesDownWhereItWouldHideTheValues) {
+  const ChartModel model = ChartSamples::model(Date(2026, 3, 1), {10.0, 90.0, 20.0});
+  const ChartLayout layout(model, 600, 300, metrics());
+  const ChartBox atTop = layout.boxOf(layout.reading(Date(2026, 3, 1)));
+  const ChartBox atBottom = layout.boxOf(layout.reading(Date(2026, 3, 2)));
+  EXPECT_LT(atTop.area.bottom(), layout.yOf(10.0));
+  EXPECT_GT(atBottom.area.y, layout.yOf(90.0));
+  EXPECT_LE(atBottom.area.bottom(), layout.plot().bottom());
 }
 
 TEST_F(ChartLayoutTest, DaysAreWalkedOneByOneUpToTheEnds) {
