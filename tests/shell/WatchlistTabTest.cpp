@@ -44,7 +44,10 @@ protected:
       names.emplace_back(tab->getText().text());
     return names;
   }
-  FXSplitter& splitter() { return *findAll<FXSplitter>(*tallymoor().tabBook()).at(1); }
+  /// Its tree stands in the splitter, which may hold others in its pages.
+  FXSplitter& splitter() {
+    return dynamic_cast<FXSplitter&>(*tallymoor().watchlistTree()->getParent()->getParent());
+  }
   void showTab(FXint tab) {
     tallymoor().tabBook()->setCurrent(tab, TRUE);
     letEventsPass();
