@@ -22,16 +22,16 @@ const String& codeOf(const Row& row) {
   return row.payload<HeldShareRow>().code;
 }
 
-/// A past close. A day that the data source doesn't have, as one before the stock was listed, is asked for
-/// once a day and not at every refresh.
-double pastPrice(const String& code, const Date& date) {
+/// The close of a day. One that the data source doesn't have, as before a stock was listed, is asked for once
+/// a day and not at every refresh; and a stock that is only looked at is no reason to ask the user anything.
+double priceOn(const String& code, const Date& date) {
   TallymoorInternet& gateway = TallymoorInternet::Instance();
   gateway.completeHistory(code, date, date);
   return gateway.getCachedPrice(code, date, 0);
 }
 
 CellResult percentSince(Row& row, const Date& date) {
-  const double previous = pastPrice(codeOf(row), date);
+  const double previous = priceOn(codeOf(row), date);
   if (showsAsZero(previous))
     return CellResult(0.0, CELL_PERCENT);
   return figure((cellValue(row, &WatchlistCells::priceNow) - previous) / previous * 100.0, CELL_PERCENT);
@@ -51,7 +51,7 @@ bool isBuySignal(Row& row, double price) {
   if (limits.areNone() || tenThousandths(limits.min) > tenThousandths(price))
     return false;
   return cellValue(row, &IndicatorCells::lrRate) >= RATE_WORTH_BUYING &&
-         tenThousandths(pastPrice(codeOf(row), Date().plusDays(-DAYS_OF_A_WEEK))) <= tenThousandths(price);
+         tenThousandths(priceOn(codeOf(row), Date().plusDays(-DAYS_OF_A_WEEK))) <= tenThousandths(price);
 }
 
 void tint(Row& row, double price) {
@@ -70,13 +70,13 @@ void tint(Row& row, double price) {
 namespace WatchlistCells {
 
 CellResult priceNow(Row& row) {
-  const double price = TallymoorInternet::Instance().historicalPrice(codeOf(row), Date(), true);
+  const double price = priceOn(codeOf(row), Date());
   tint(row, price);
   return CellResult(price, CELL_PRICE);
 }
 
 CellResult dayMove(Row& row) {
-  const double previous = pastPrice(codeOf(row), Date().plusDays(-1));
+  const double previous = priceOn(codeOf(row), Date().plusDays(-1));
   if (showsAsZero(previous))
     return CellResult(String());
   return CellResult(cellValue(row, &priceNow) - previous, CELL_PRICE);

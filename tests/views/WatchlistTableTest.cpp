@@ -119,6 +119,16 @@ TEST_F(WatchlistTableTest, YoungStockHasEmptyIndicatorsAndFailingCellsWhereThere
   EXPECT_TRUE(boxes().empty());
 }
 
+TEST_F(WatchlistTableTest, UnknownStockShowsNoFiguresAndAsksNothing) {
+  addPortfolio(u"Trading", 5000.0);
+  addList(u"Main", {u"NONE.AX"});
+  showTrees();
+  leftClick(list());
+  EXPECT_TRUE(boxes().empty());
+  EXPECT_EQ("error", cellText(table(), 0, u"Price Now"));
+  EXPECT_EQ("", cellText(table(), 0, u"LR Value"));
+}
+
 TEST_F(WatchlistTableTest, MissingDaysAreAskedForOnceADay) {
   market().setHistory(u"NEW.AX", Date(2026, 2, 2), Date(2026, 3, 3), 2.0);
   addPortfolio(u"Trading", 5000.0);
