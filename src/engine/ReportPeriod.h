@@ -1,0 +1,28 @@
+#pragma once
+#include "foundation/Date.h"
+#include "foundation/String.h"
+
+namespace Tallymoor {
+
+/// The days that a report tells of, both ends included. "Last" means the last one that was over before today
+/// (the view date, while one is set): on the last day of a month that month is still under way.
+struct ReportPeriod {
+  Date first;
+  Date last;
+
+  static ReportPeriod lastMonth(const Date& today = Date());
+  /// Quarters of the financial year of the country of residence.
+  static ReportPeriod lastFinancialQuarter(const Date& today = Date());
+  static ReportPeriod lastCalendarQuarter(const Date& today = Date());
+  static ReportPeriod lastFinancialYear(const Date& today = Date());
+  static ReportPeriod lastCalendarYear(const Date& today = Date());
+
+  /// What stood at the end of this day is what the period began with.
+  Date dayBefore() const { return first.plusDays(-1); }
+  bool contains(const Date& day) const { return first <= day && day <= last; }
+  /// Name of a report's files without ending, of digits and fixed words alone: "Report 2025-07-01 to
+  /// 2026-06-30".
+  String fileName() const;
+};
+
+} // namespace Tallymoor
