@@ -94,6 +94,8 @@ public:
   void encodeWithDoctype(std::ostream& stream, const String& dtdName);
   /// A whole document: the XML declaration, a line that names the stylesheet to show it by, and the element.
   void encodeWithStylesheet(std::ostream& stream, const String& stylesheetPath);
+  /// The same with the line that names the document type between the stylesheet's line and the element.
+  void encodeWithStylesheet(std::ostream& stream, const String& stylesheetPath, const String& dtdName);
 
   // --- Parse events; the reader calls them on the element that is being read
 

@@ -10,20 +10,37 @@ namespace Tallymoor {
 
 namespace {
 
-constexpr const char* XML_DECLARATION = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
+void writeDeclaration(std::ostream& stream) {
+  stream << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>" << std::endl;
+}
+
+void writeStylesheet(std::ostream& stream, const String& path) {
+  stream << "<?xml-stylesheet type='text/xsl' href='file:\\\\" << path.toUTF8() << "'?>" << std::endl;
+}
+
+void writeDoctype(std::ostream& stream, const std::string& root, const String& dtdName) {
+  stream << "<!DOCTYPE " << root << " SYSTEM \"" << dtdName.toUTF8() << "\">" << std::endl;
+}
 
 } // namespace
 
 void XMLElement::encodeWithDoctype(std::ostream& stream, const String& dtdName) {
-  stream << XML_DECLARATION << std::endl;
-  stream << "<!DOCTYPE " << m_layout->nameUtf8() << " SYSTEM \"" << dtdName.toUTF8() << "\">" << std::endl;
+  writeDeclaration(stream);
+  writeDoctype(stream, m_layout->nameUtf8(), dtdName);
   encode(stream);
 }
 
 void XMLElement::encodeWithStylesheet(std::ostream& stream, const String& stylesheetPath) {
-  stream << XML_DECLARATION << std::endl;
-  stream << "<?xml-stylesheet type='text/xsl' href='file:\\\\" << stylesheetPath.toUTF8() << "'?>"
-         << std::endl;
+  writeDeclaration(stream);
+  writeStylesheet(stream, stylesheetPath);
+  encode(stream);
+}
+
+void XMLElement::encodeWithStylesheet(std::ostream& stream, const String& stylesheetPath,
+                                      const String& dtdName) {
+  writeDeclaration(stream);
+  writeStylesheet(stream, stylesheetPath);
+  writeDoctype(stream, m_layout->nameUtf8(), dtdName);
   encode(stream);
 }
 
