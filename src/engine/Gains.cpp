@@ -14,6 +14,10 @@ std::optional<double> gainPercent(double now, double then, double externalFlow) 
   return finiteOrNothing((now - then - externalFlow) / then * 100);
 }
 
+std::optional<double> percentOf(double part, double whole) {
+  return finite(part / whole * 100);
+}
+
 std::optional<double> indexGainPercent(double now, double then) {
   if (showsAsZero(now) || showsAsZero(then))
     return std::nullopt;

@@ -11,6 +11,9 @@ std::optional<double> finiteOrNothing(double value);
 /// finite.
 std::optional<double> gainPercent(double now, double then, double externalFlow);
 
+/// The part in percent of the whole; nothing where that is not finite.
+std::optional<double> percentOf(double part, double whole);
+
 /// Growth of an index in percent. Nothing when either close shows as zero or the result is not finite.
 std::optional<double> indexGainPercent(double now, double then);
 

@@ -15,6 +15,10 @@ CellResult figure(double value, CellResultType type) {
   return std::isfinite(value) ? CellResult(value, type) : CellResult(String());
 }
 
+CellResult figure(const std::optional<double>& value, CellResultType type) {
+  return value ? figure(*value, type) : CellResult(String());
+}
+
 double cellValue(Row& row, Column::Function function) {
   return row.table()->cell(function, row).amount();
 }

@@ -1,5 +1,6 @@
 #pragma once
 #include "widgets/Column.h"
+#include <optional>
 
 namespace Tallymoor {
 
@@ -7,6 +8,8 @@ namespace Tallymoor {
 
 /// A cell of this type, or an empty one where the value is not finite.
 CellResult figure(double value, CellResultType type);
+/// Likewise, and empty for nothing.
+CellResult figure(const std::optional<double>& value, CellResultType type);
 
 /// What the row's cell in that column holds. Throws what the cell function threw.
 double cellValue(Row& row, Column::Function function);

@@ -1,68 +1,51 @@
 #include "views/DividendCells.h"
-#include "engine/FrankingCredit.h"
-#include "foundation/Amounts.h"
-#include "views/CellFigures.h"
+#include "engine/DividendFigures.h"
 #include "views/EventTable.h"
-#include "xml/Leaves.h"
 
 namespace Tallymoor::DividendCells {
 
 namespace {
 
-const XMLElement& dividendOf(const Row& row) {
-  return *row.payload<EventRow>().event;
-}
-
-double rateOf(const Row& row) {
-  return doubleValue(dividendOf(row), u"Rate");
+DividendFigures dividendOf(const Row& row) {
+  return DividendFigures(*row.payload<EventRow>().event);
 }
 
 } // namespace
 
 CellResult code(Row& row) {
-  return CellResult(textValue(dividendOf(row), u"Code"));
+  return CellResult(dividendOf(row).code());
 }
 
 CellResult onNumHeld(Row& row) {
-  return CellResult(doubleValue(dividendOf(row), u"NumHeld"), CELL_NUMBER);
+  return CellResult(dividendOf(row).numHeld(), CELL_NUMBER);
 }
 
 CellResult rate(Row& row) {
-  return CellResult(textValue(dividendOf(row), u"Rate"));
+  return CellResult(dividendOf(row).rateText());
 }
 
 CellResult value(Row& row) {
-  return CellResult(rateOf(row) * cellValue(row, &onNumHeld), CELL_MONEY);
+  return CellResult(dividendOf(row).value(), CELL_MONEY);
 }
 
 CellResult percentFranked(Row& row) {
-  return CellResult(doubleValue(dividendOf(row), u"PercentFranked"), CELL_PERCENT);
+  return CellResult(dividendOf(row).percentFranked(), CELL_PERCENT);
 }
 
 CellResult frankingCreditOf(Row& row) {
-  return CellResult(frankingCredit(cellValue(row, &onNumHeld), rateOf(row), cellValue(row, &percentFranked)),
-                    CELL_MONEY);
+  return CellResult(dividendOf(row).frankingCredit(), CELL_MONEY);
 }
 
 CellResult receivedAs(Row& row) {
-  const XMLElement& dividend = dividendOf(row);
-  const double shares = doubleValue(dividend, u"DRPShares");
-  if (tenThousandths(shares) <= 0)
-    return CellResult(u"Cash");
-  return CellResult(String::fromDouble(shares, 2) + u" shares at " + textValue(dividend, u"DRPRate"));
+  return CellResult(dividendOf(row).receivedAs());
 }
 
 CellResult foreignSource(Row& row) {
-  const XMLElement& dividend = dividendOf(row);
-  return CellResult(dividend.numSubElements(u"ForeignDividend") > 0 ? textValue(dividend, u"ForeignDividend")
-                                                                    : String());
+  return CellResult(dividendOf(row).foreignSource());
 }
 
 CellResult withholdingTax(Row& row) {
-  const XMLElement& dividend = dividendOf(row);
-  return CellResult(dividend.numSubElements(u"WithholdingTax") > 0 ? doubleValue(dividend, u"WithholdingTax")
-                                                                   : 0.0,
-                    CELL_MONEY);
+  return CellResult(dividendOf(row).withholdingTax(), CELL_MONEY);
 }
 
 } // namespace Tallymoor::DividendCells

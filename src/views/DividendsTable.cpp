@@ -1,8 +1,8 @@
 #include "views/DividendsTable.h"
+#include "engine/DividendFigures.h"
 #include "engine/SharePortfolioUser.h"
 #include "entry/EditDividendsDialog.h"
 #include "entry/ReceiveDividendsPanel.h"
-#include "foundation/Amounts.h"
 #include "views/DividendCells.h"
 #include "views/PortfolioCommands.h"
 #include "widgets/HandlerScope.h"
@@ -25,10 +25,6 @@ namespace {
 String named(const XMLElement& dividend, const String& word) {
   return u"dividend " + word + u" " + textValue(dividend, u"Code") + u" on " +
          dateValue(dividend, u"ReceiveDate").toString(DATE_DISPLAY_LOCAL);
-}
-
-bool isReinvested(const XMLElement& dividend) {
-  return tenThousandths(doubleValue(dividend, u"DRPShares")) > 0;
 }
 
 } // namespace
@@ -76,7 +72,7 @@ long DividendsTable::onDelete(FXObject*, FXSelector, void*) {
 void DividendsTable::deleteDividend(const XMLElement& dividend) {
   if (!MainWindow::question(u"Delete " + named(dividend, u"of") + u"?"))
     return;
-  const bool reinvested = isReinvested(dividend);
+  const bool reinvested = DividendFigures(dividend).isReinvested();
   // Asked for before the change, here and below, so that the tables are safe whatever the change meets, and
   // under the box.
   commands().transactionMade();
@@ -95,7 +91,7 @@ long DividendsTable::onEdit(FXObject*, FXSelector, void*) {
 }
 
 void DividendsTable::editDividend(XMLElement& dividend) {
-  const bool reinvested = isReinvested(dividend);
+  const bool reinvested = DividendFigures(dividend).isReinvested();
   const double oldShares = doubleValue(dividend, u"DRPShares");
   const double oldSharePrice = doubleValue(dividend, u"DRPRate");
   const double oldCash =

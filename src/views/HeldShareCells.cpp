@@ -1,4 +1,5 @@
 #include "views/HeldShareCells.h"
+#include "engine/HoldingOnDay.h"
 #include "engine/SharePortfolioUser.h"
 #include "foundation/Amounts.h"
 #include "market/TallymoorInternet.h"
@@ -8,7 +9,6 @@
 #include "views/SharesHeldTable.h"
 #include "widgets/Row.h"
 #include "xml/Leaves.h"
-#include <algorithm>
 #include <vector>
 
 namespace Tallymoor {
@@ -19,11 +19,8 @@ const HeldShareRow& shareOf(const Row& row) {
   return row.payload<HeldShareRow>();
 }
 
-/// The parcels behind a row: the one of a purchase, otherwise those of the share that were bought by the date
-/// shown.
+/// The parcels of the share that were bought by the date shown and are held still.
 std::vector<const XMLElement*> parcelsOf(const HeldShareRow& share) {
-  if (share.buyEvent)
-    return {share.buyEvent};
   std::vector<const XMLElement*> parcels;
   const Date shown;
   for (std::size_t i = 0; i < share.heldShare->numSubElements(u"BuyEvents"); ++i) {
@@ -34,21 +31,17 @@ std::vector<const XMLElement*> parcelsOf(const HeldShareRow& share) {
   return parcels;
 }
 
-struct Cost {
-  double number = 0.0;
-  double value = 0.0;
-};
-
-/// Number and cost of the row's parcels, adjusted for splits up to the date shown.
-Cost costOf(const HeldShareRow& share) {
-  Cost cost;
-  for (const XMLElement* parcel : parcelsOf(share)) {
-    double number = 0.0;
-    double price = 0.0;
-    share.portfolio->adjustedBuyEvent(*parcel, Date(), number, price);
-    cost.number += number;
-    cost.value += number * price;
+/// Number and cost of the row's parcels, adjusted for splits up to the date shown. Of a whole share those
+/// count, too, that have been sold since.
+ParcelCost costOf(const HeldShareRow& share) {
+  ParcelCost cost;
+  if (!share.buyEvent) {
+    const std::optional<HeldOnDay> held = heldOn(*share.portfolio, share.code, Date());
+    return held ? held->cost : cost;
   }
+  double price = 0.0;
+  share.portfolio->adjustedBuyEvent(*share.buyEvent, Date(), cost.number, price);
+  cost.value = cost.number * price;
   return cost;
 }
 
@@ -86,10 +79,8 @@ double sharePriceOn(const HeldShareRow& share, const Date& date) {
 }
 
 double heldValueSince(const HeldShareRow& share, const Date& date) {
-  HeldShareRow whole = share;
-  whole.buyEvent = nullptr;
   double sum = 0.0;
-  for (const XMLElement* parcel : parcelsOf(whole)) {
+  for (const XMLElement* parcel : parcelsOf(share)) {
     if (dateValue(*parcel, u"BuyDate") > date) {
       sum += doubleValue(*parcel, u"NumHeld") * doubleValue(*parcel, u"BuyPrice");
       continue;
@@ -110,8 +101,7 @@ CellResult number(Row& row) {
 }
 
 CellResult buyPrice(Row& row) {
-  const Cost cost = costOf(shareOf(row));
-  return figure(cost.value / cost.number, CELL_PRICE);
+  return figure(costOf(shareOf(row)).averagePrice(), CELL_PRICE);
 }
 
 CellResult priceNow(Row& row) {
@@ -182,13 +172,12 @@ CellResult portfolioPercent(Row& row) {
 }
 
 CellResult daysHeld(Row& row) {
-  const auto parcels = parcelsOf(shareOf(row));
-  if (parcels.empty())
-    return CellResult(std::int32_t(0));
-  Date earliest = dateValue(*parcels.front(), u"BuyDate");
-  for (const XMLElement* parcel : parcels)
-    earliest = std::min(earliest, dateValue(*parcel, u"BuyDate"));
-  return CellResult(std::int32_t(Date().daysSince(earliest)));
+  const HeldShareRow& share = shareOf(row);
+  const Date shown;
+  if (share.buyEvent)
+    return CellResult(std::int32_t(shown.daysSince(dateValue(*share.buyEvent, u"BuyDate"))));
+  const std::optional<HeldOnDay> held = heldOn(*share.portfolio, share.code, shown);
+  return CellResult(held ? std::int32_t(shown.daysSince(held->earliest)) : 0);
 }
 
 CellResult buyDate(Row& row) {

@@ -23,6 +23,12 @@ TEST(GainsTest, AResultThatIsNotFiniteIsNone) {
   EXPECT_FALSE(indexGainPercent(std::numeric_limits<double>::infinity(), 1));
 }
 
+TEST(GainsTest, AShareOfNothingIsNone) {
+  EXPECT_DOUBLE_EQ(percentOf(25, 200).value(), 12.5);
+  EXPECT_FALSE(percentOf(25, 0));
+  EXPECT_FALSE(percentOf(0, 0));
+}
+
 TEST(GainsTest, AnIndexNeedsBothCloses) {
   EXPECT_DOUBLE_EQ(indexGainPercent(120, 100).value(), 20);
   EXPECT_FALSE(indexGainPercent(0, 100));

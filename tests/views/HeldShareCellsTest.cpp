@@ -66,6 +66,30 @@ TEST_F(HeldShareCellsTest, FigureEachPurchaseByItself) {
                {u"Days Held", "11"}});
 }
 
+TEST_F(HeldShareCellsTest, CountWhatWasSoldSinceTheDateShown) {
+  SharePortfolioUser& user = addPortfolio(u"Partly", 5000.0);
+  market().setHistory(u"BBB.AX", Date(2026, 1, 20), Date(2026, 3, 3), 3.0);
+  user.buyShares(u"BBB.AX", Date(2026, 2, 2), 100, 1.0, 0.0, String());
+  user.buyShares(u"BBB.AX", Date(2026, 2, 9), 100, 2.0, 0.0, String());
+  user.sellShares(u"BBB.AX", Date(2026, 2, 25), 150, 3.0, 0.0, true, String());
+  showTree();
+  Table& table = *held(u"Partly").table();
+  const auto expectAt = [&](const Date& day, const char* number, const char* price, const char* cost,
+                            const char* gain, const char* days) {
+    Date::setFixedDate(day);
+    table.updateTable();
+    expectCells(table, 0,
+                {{u"Number", number},
+                 {u"Buy Price", price},
+                 {u"Purchase Value", cost},
+                 {u"Gross Gain $", gain},
+                 {u"Days Held", days}});
+  };
+  expectAt(Date(2026, 2, 5), "100.00", "1.00", "$100.00", "$200.00", "3");
+  expectAt(Date(2026, 2, 24), "200.00", "1.50", "$300.00", "$300.00", "22");
+  expectAt(Date(2026, 2, 25), "50.00", "2.00", "$100.00", "$50.00", "16");
+}
+
 TEST_F(HeldShareCellsTest, CompareWithTheFirstPurchaseWhereTheShareWasNotHeldYet) {
   SharePortfolioUser& user = addPortfolio(u"New", 1000.0);
   market().setHistory(u"BBB.AX", Date(2026, 1, 20), Date(2026, 3, 3), 3.0);

@@ -135,6 +135,14 @@ TEST_F(XMLElementWritingTest, ADocumentHasAStylesheetLine) {
                           "href='file:\\\\/home/caf\xC3\xA9/Report.xsl'?>\n<Report/>");
 }
 
+TEST_F(XMLElementWritingTest, TheDocumentTypeStandsBelowTheStylesheet) {
+  std::ostringstream stream;
+  XMLElement(u"Report").encodeWithStylesheet(stream, u"/home/Report.xsl", u"Report.dtd");
+  EXPECT_EQ(stream.str(), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<?xml-stylesheet type='text/xsl' "
+                          "href='file:\\\\/home/Report.xsl'?>\n<!DOCTYPE Report SYSTEM "
+                          "\"Report.dtd\">\n<Report/>");
+}
+
 TEST_F(XMLElementWritingTest, WhatXmlCantHoldIsDropped) {
   XMLString leaf;
   String text = u"a\u0001b\u001Fc";

@@ -1,0 +1,32 @@
+#pragma once
+#include "foundation/Date.h"
+#include "foundation/String.h"
+#include <optional>
+#include <vector>
+
+namespace Tallymoor {
+
+class SharePortfolioUser;
+
+/// Number and cost of some parcels, without brokerage, adjusted for share splits.
+struct ParcelCost {
+  double number = 0.0;
+  double value = 0.0;
+
+  double averagePrice() const { return value / number; }
+};
+
+/// What a portfolio held of a stock at the end of a day: the parcels bought by then that are held still or
+/// were sold later, adjusted as of the day. Nothing when there is no such parcel.
+struct HeldOnDay {
+  ParcelCost cost;
+  Date earliest; ///< the first day of purchase
+};
+std::optional<HeldOnDay> heldOn(const SharePortfolioUser& portfolio, const String& code, const Date& day);
+
+/// The stock's price as the views show it: the current one of the real today, with a recorded purchase or
+/// sale to stand in for it; of an earlier day the market's alone, since a recorded price of a later day must
+/// not stand in. Throws Exception when none can be had.
+double shownPrice(const SharePortfolioUser& portfolio, const String& code, const Date& day);
+
+} // namespace Tallymoor
