@@ -15,7 +15,7 @@ std::optional<double> gainPercent(double now, double then, double externalFlow) 
 }
 
 std::optional<double> percentOf(double part, double whole) {
-  return finite(part / whole * 100);
+  return finiteOrNothing(part / whole * 100);
 }
 
 std::optional<double> indexGainPercent(double now, double then) {
