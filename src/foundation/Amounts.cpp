@@ -20,4 +20,9 @@ std::int64_t tenThousandths(double value) {
   return text.toLong64();
 }
 
+String shortPriceText(double price) {
+  const String text = String::fromDouble(price, 4);
+  return text.ends_with(u"00") ? String::fromDouble(price, 2) : text;
+}
+
 } // namespace Tallymoor

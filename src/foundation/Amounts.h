@@ -15,4 +15,8 @@ bool showsTheSame(double a, double b, int decimals);
 /// 300,000 shares.
 std::int64_t tenThousandths(double value);
 
+/// A price as it is shown: four decimals, or two when the last two are zeros. 1.2300 reads as 1.23, 1.2345
+/// stays.
+String shortPriceText(double price);
+
 } // namespace Tallymoor

@@ -50,6 +50,12 @@ tallymoorWindowMap[] = {
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_INTEREST, TallymoorWindow::onInterest),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_DEPOSIT_CASH, TallymoorWindow::onDepositCash),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_WITHDRAW_CASH, TallymoorWindow::onWithdrawCash),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_REPORT_LAST_MONTH, TallymoorWindow::onReportLastMonth),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_REPORT_LAST_FQ, TallymoorWindow::onReportLastFQ),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_REPORT_LAST_CQ, TallymoorWindow::onReportLastCQ),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_REPORT_LAST_FY, TallymoorWindow::onReportLastFY),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_REPORT_LAST_CY, TallymoorWindow::onReportLastCY),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_REPORT_CUSTOM, TallymoorWindow::onReportCustom),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_CHECK_UPDATES, TallymoorWindow::onCheckUpdates),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_REFRESH_PRICES, TallymoorWindow::onRefreshPrices),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_SETTINGS, TallymoorWindow::onSettings),
@@ -139,6 +145,14 @@ void TallymoorWindow::buildMenus() {
   addEntry(portfolios, "Deposit &Cash...", ID_DEPOSIT_CASH);
   addEntry(portfolios, "&Withdraw Cash...", ID_WITHDRAW_CASH);
 
+  FXMenuPane* reports = addMenu("&Reports");
+  addEntry(reports, "Report for last &month...", ID_REPORT_LAST_MONTH);
+  addEntry(reports, "Report for last &financial quarter...", ID_REPORT_LAST_FQ);
+  addEntry(reports, "Report for last &calendar quarter...", ID_REPORT_LAST_CQ);
+  addEntry(reports, "Report for last financial &year...", ID_REPORT_LAST_FY);
+  addEntry(reports, "Report for last ca&lendar year...", ID_REPORT_LAST_CY);
+  addEntry(reports, "Custom &Report...", ID_REPORT_LAST_CY); // a period of one's own is the tool bar's
+
   FXMenuPane* tools = addMenu("&Tools");
   addEntry(tools, "Check For &Updates...\tCtrl+U", ID_CHECK_UPDATES);
   addEntry(tools, "Refresh &Prices\tCtrl+R", ID_REFRESH_PRICES);
@@ -179,6 +193,8 @@ void TallymoorWindow::buildCommandBar(FXComposite* parent) {
   gap(2);
   button("\tDeposit Cash\tRegister cash deposit", m_icons.deposit, ID_DEPOSIT_CASH);
   button("\tWithdraw Cash\tRegister cash withdrawal", m_icons.withdraw, ID_WITHDRAW_CASH);
+  gap(3);
+  button("\tReport\tGenerate a report", m_icons.report, ID_REPORT_CUSTOM);
   gap(3);
   button("\tPrice Update\tGet the latest prices for held and watched shares", m_icons.priceUpdate,
          ID_REFRESH_PRICES);

@@ -16,6 +16,7 @@ namespace Tallymoor {
 class InvestmentTree;
 class ProgramUpdater;
 class PriceWatch;
+struct ReportPeriod;
 class SharePortfolioTreeItem;
 class TotalCapTreeItem;
 class ViewDateRow;
@@ -46,6 +47,12 @@ public:
     ID_INTEREST,
     ID_DEPOSIT_CASH,
     ID_WITHDRAW_CASH,
+    ID_REPORT_LAST_MONTH,
+    ID_REPORT_LAST_FQ,
+    ID_REPORT_LAST_CQ,
+    ID_REPORT_LAST_FY,
+    ID_REPORT_LAST_CY,
+    ID_REPORT_CUSTOM,
     ID_CHECK_UPDATES,
     ID_REFRESH_PRICES,
     ID_SETTINGS,
@@ -145,6 +152,12 @@ public:
   long onInterest(FXObject*, FXSelector, void*);
   long onDepositCash(FXObject*, FXSelector, void*);
   long onWithdrawCash(FXObject*, FXSelector, void*);
+  long onReportLastMonth(FXObject*, FXSelector, void*);
+  long onReportLastFQ(FXObject*, FXSelector, void*);
+  long onReportLastCQ(FXObject*, FXSelector, void*);
+  long onReportLastFY(FXObject*, FXSelector, void*);
+  long onReportLastCY(FXObject*, FXSelector, void*);
+  long onReportCustom(FXObject*, FXSelector, void*);
   long onCheckUpdates(FXObject*, FXSelector, void*);
   long onRefreshPrices(FXObject*, FXSelector, void*);
   long onSettings(FXObject*, FXSelector, void*);
@@ -205,6 +218,8 @@ private:
   /// a failure is reported with.
   long registerFor(const String& context, const String& prompt,
                    const std::function<void(SharePortfolioTreeItem&)>& operation);
+  /// Makes and opens a report; the handler's name is what a failure is reported with.
+  long reportOf(const String& handler, const String& title, const std::function<ReportPeriod()>& period);
 
   WindowIcons& m_icons;
   std::vector<std::unique_ptr<FXMenuPane>> m_menus; ///< must go before the window does

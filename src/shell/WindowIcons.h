@@ -15,7 +15,7 @@ public:
   std::unique_ptr<FXIcon> big, mini, banner;
   std::unique_ptr<FXIcon> tray; ///< keeps its pixels; not for widgets
   std::unique_ptr<FXIcon> newPortfolio, newWatchlist, buy, sell, dividend, interest, deposit, withdraw,
-      priceUpdate;
+      report, priceUpdate;
   std::unique_ptr<FXIcon> save, minimise, exit, about;
   std::unique_ptr<FXIcon> online, offline, trying;
   std::unique_ptr<FXIcon> forwardWeek, forwardDay, backDay, backWeek;

@@ -1,4 +1,5 @@
 #include "widgets/CellResult.h"
+#include "foundation/Amounts.h"
 #include "foundation/Exception.h"
 #include "foundation/Platform.h"
 #include <cmath>
@@ -6,14 +7,6 @@
 namespace Tallymoor {
 
 namespace {
-
-/// 1.2300 reads as 1.23, 1.2345 stays.
-String priceText(double price) {
-  String text = String::fromDouble(price, 4);
-  if (text.ends_with(u"00"))
-    return String::fromDouble(price, 2);
-  return text;
-}
 
 /// Cut, not rounded: 12.9 reads as 12%.
 String wholePercentText(double value) {
@@ -51,7 +44,7 @@ String CellResult::shown() const {
   case CELL_MONEY:
     return Platform::Instance().currencyFormat(m_value);
   case CELL_PRICE:
-    return priceText(m_value);
+    return shortPriceText(m_value);
   case CELL_PERCENT:
     return String::toPercent(m_value);
   case CELL_WHOLE_PERCENT:

@@ -1,0 +1,41 @@
+#pragma once
+#include "engine/ReportPeriod.h"
+#include "widgets/Dialog.h"
+#include <memory>
+
+namespace Tallymoor {
+
+class FormIcons;
+class FormTextField;
+
+/// Asks for the days that a report is to tell of. Both can be typed in the user's local form, or picked from
+/// a calendar.
+class ReportPeriodDialog : public Dialog {
+  FXDECLARE(ReportPeriodDialog)
+public:
+  enum { ID_CHOOSE_FIRST = Dialog::ID_LAST, ID_CHOOSE_LAST, ID_LAST };
+
+  ReportPeriodDialog(FXWindow* owner, const ReportPeriod& initial);
+  ~ReportPeriodDialog() override;
+
+  /// Refuses a period that ends after today, or before it begins.
+  bool validate() override;
+  /// Throws Exception when a text is no date; not after OK.
+  ReportPeriod period() const;
+
+  long onOK(FXObject*, FXSelector, void*);
+  long onChooseFirst(FXObject*, FXSelector, void*);
+  long onChooseLast(FXObject*, FXSelector, void*);
+
+protected:
+  ReportPeriodDialog();
+
+private:
+  bool checkOrder() const;
+
+  std::unique_ptr<FormIcons> m_icons;
+  FormTextField* m_first = nullptr;
+  FormTextField* m_last = nullptr;
+};
+
+} // namespace Tallymoor

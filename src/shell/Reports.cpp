@@ -1,0 +1,49 @@
+#include "shell/Reports.h"
+#include "engine/ReportBuilder.h"
+#include "engine/ReportFiles.h"
+#include "foundation/Platform.h"
+#include "foundation/UserInteraction.h"
+#include "views/ChartModels.h"
+#include "widgets/ChartSvg.h"
+#include "widgets/MainWindow.h"
+#include <algorithm>
+
+namespace Tallymoor {
+
+namespace {
+
+// As wide to high as the page has room for; the page scales it.
+constexpr int CHART_WIDTH = 960;
+constexpr int CHART_HEIGHT = 300;
+
+/// Empty where there is no record within the period to draw.
+String chartOf(const Portfolios& portfolios, const ReportPeriod& period) {
+  const ChartModel model = capitalChartModel(portfolios, period.dayBefore(), period.last);
+  const bool drawn = std::any_of(model.series.begin(), model.series.end(),
+                                 [](const ChartSeries& series) { return series.points.size() > 1; });
+  return drawn ? chartSvg(model, CHART_WIDTH, CHART_HEIGHT) : String();
+}
+
+String writeReport(const Portfolios& portfolios, const ReportPeriod& period, const String& title) {
+  const WaitCursor wait;
+  MainWindow::setStatusText(u"making the report...");
+  return writeReportFiles(*makeReport(portfolios, period, title, chartOf), period.fileName());
+}
+
+} // namespace
+
+void showReport(const OpenPortfolios& open, const ReportPeriod& period, const String& title) {
+  if (open.empty()) {
+    MainWindow::information(u"There are no portfolios to report on.");
+    return;
+  }
+  Portfolios portfolios;
+  for (const auto& [name, portfolio] : open)
+    portfolios.push_back(portfolio.get());
+  const String page = writeReport(portfolios, period, title);
+  MainWindow::setStatusText(u"launching web browser...");
+  if (!Platform::Instance().openDocument(page))
+    MainWindow::information(u"Failed to open the report for you.\nThe report is at\n" + page);
+}
+
+} // namespace Tallymoor
