@@ -19,7 +19,7 @@ std::string contentOf(const String& path) {
   const std::ifstream file(path.toUTF8(), std::ios::binary);
   std::ostringstream content;
   if (filePresence(path) != FilePresence::RegularFile || !(content << file.rdbuf()))
-    throw Exception(u"The stylesheet of the report can't be read: " + path);
+    throw Exception(u"The stylesheet of the report can't be read:\n" + path);
   return content.str();
 }
 

@@ -150,7 +150,7 @@ TEST_F(ReportFilesTest, AStylesheetThatIsAFolderIsTold) {
   trade();
   std::filesystem::create_directories(stylesheet().toUTF8());
   EXPECT_THAT(messageOf([&] { write(*january()); }).toUTF8(),
-              StartsWith("The stylesheet of the report can't be read: " + stylesheet().toUTF8()));
+              StartsWith("The stylesheet of the report can't be read:\n" + stylesheet().toUTF8()));
 }
 
 TEST_F(ReportFilesTest, AFullDiskLeavesTheOldFiles) {

@@ -37,5 +37,13 @@ TEST(AmountsTest, TenThousandths) {
   EXPECT_EQ(tenThousandths(1e12 + 0.5), 10000000000005000);
 }
 
+TEST(AmountsTest, APriceIsShownWithTwoDecimalsOrFour) {
+  EXPECT_EQ(shortPriceText(1.23), String(u"1.23"));
+  EXPECT_EQ(shortPriceText(1.2345), String(u"1.2345"));
+  EXPECT_EQ(shortPriceText(1.23004), String(u"1.23"));
+  EXPECT_EQ(shortPriceText(1.2301), String(u"1.2301"));
+  EXPECT_EQ(shortPriceText(-100), String(u"-100.00"));
+}
+
 } // namespace
 } // namespace Tallymoor

@@ -58,14 +58,6 @@ protected:
     });
   }
   SharePortfolioTreeItem& trading() { return *tallymoor().totalCapital()->portfolioNode(u"Trading"); }
-  FXMenuCommand* menuEntry(const std::string& text) {
-    for (FXWindow* child = tallymoor().getRoot()->getFirst(); child; child = child->getNext())
-      if (auto* pane = dynamic_cast<FXMenuPane*>(child))
-        for (FXMenuCommand* entry : findAll<FXMenuCommand>(*pane))
-          if (text == entry->getText().text())
-            return entry;
-    return nullptr;
-  }
 
   std::unique_ptr<GuiWakeUp> m_failure; ///< throws in whatever loop it finds running
 };

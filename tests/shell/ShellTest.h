@@ -43,6 +43,16 @@ protected:
   String recordsPath() { return profile().dataFolder() + u"Portfolios.xml"; }
   void command(FXuint id) { tallymoor().handle(&app(), FXSEL(SEL_COMMAND, id), nullptr); }
 
+  /// By its text in the menu, without the mark of its key; null when there is none.
+  FXMenuCommand* menuEntry(const std::string& text) {
+    for (FXWindow* child = tallymoor().getRoot()->getFirst(); child; child = child->getNext())
+      if (auto* pane = dynamic_cast<FXMenuPane*>(child))
+        for (FXMenuCommand* entry : findAll<FXMenuCommand>(*pane))
+          if (text == entry->getText().text())
+            return entry;
+    return nullptr;
+  }
+
   /// Ends what the window keeps and starts it anew, as the next run of the program does.
   void leave() { command(MainWindow::ID_SHUTDOWN); }
 
