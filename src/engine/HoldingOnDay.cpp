@@ -1,63 +1,38 @@
 #include "engine/HoldingOnDay.h"
+#include "engine/ShareAsOfDay.h"
 #include "engine/SharePortfolioUser.h"
 #include "market/TallymoorInternet.h"
-#include "xml/Leaves.h"
+#include "xml/PortfolioRecords.h"
 #include <algorithm>
 
 namespace Tallymoor {
 
-namespace {
-
-/// Adds up the parcels as they are found.
-class Parcels {
-public:
-  explicit Parcels(const Date& day) : m_day(day) {}
-
-  void addHeld(const SharePortfolioUser& portfolio, const XMLElement& stock) {
-    for (std::size_t i = 0; i < stock.numSubElements(u"BuyEvents"); ++i) {
-      const XMLElement& parcel = stock.subElement(u"BuyEvents", i);
-      if (dateValue(parcel, u"BuyDate") > m_day)
-        continue;
-      double number = 0.0, price = 0.0;
-      portfolio.adjustedBuyEvent(parcel, m_day, number, price);
-      add(dateValue(parcel, u"BuyDate"), number, price);
-    }
+std::optional<HeldOnDay> heldOn(const SharePortfolioUser& portfolio, const XMLElement& heldShare,
+                                const Date& day) {
+  std::optional<HeldOnDay> sum;
+  for (std::size_t i = 0; i < heldShare.numSubElements(u"BuyEvents"); ++i) {
+    const XMLElement& parcel = heldShare.subElement(u"BuyEvents", i);
+    const Date bought = dateValue(parcel, u"BuyDate");
+    if (bought > day)
+      continue;
+    double number = 0.0, price = 0.0;
+    portfolio.adjustedBuyEvent(parcel, day, number, price);
+    if (!sum)
+      sum = HeldOnDay{{}, bought};
+    sum->earliest = std::min(sum->earliest, bought);
+    sum->cost.number += number;
+    sum->cost.value += number * price;
   }
-  void addSoldSince(const SharePortfolioUser& portfolio, const XMLElement& stock) {
-    for (std::size_t i = 0; i < stock.numSubElements(u"SellEvents"); ++i) {
-      const XMLElement& sale = stock.subElement(u"SellEvents", i);
-      if (dateValue(sale, u"BuyDate") > m_day || dateValue(sale, u"SellDate") <= m_day)
-        continue;
-      double number = 0.0, price = 0.0;
-      portfolio.adjustedSellEvent(sale, m_day, number, price);
-      add(dateValue(sale, u"BuyDate"), number, price);
-    }
-  }
-  const std::optional<HeldOnDay>& sum() const { return m_sum; }
+  return sum;
+}
 
-private:
-  void add(const Date& bought, double number, double price) {
-    if (!m_sum)
-      m_sum = HeldOnDay{{}, bought};
-    m_sum->earliest = std::min(m_sum->earliest, bought);
-    m_sum->cost.number += number;
-    m_sum->cost.value += number * price;
-  }
-
-  Date m_day;
-  std::optional<HeldOnDay> m_sum;
-};
-
-} // namespace
-
-std::optional<HeldOnDay> heldOn(const SharePortfolioUser& portfolio, const String& code, const Date& day) {
-  Parcels parcels(day);
+std::optional<HeldOnDay> heldOn(const SharePortfolioUser& portfolio, const String& code, double numberOnDay,
+                                const Date& day) {
+  if (const auto ofThatDay = shareWithParcelsSoldSince(portfolio, code, numberOnDay, day))
+    return heldOn(portfolio, *ofThatDay, day);
   std::size_t index = 0;
-  if (const XMLElement* held = portfolio.findHeldShare(code, index))
-    parcels.addHeld(portfolio, *held);
-  if (const XMLElement* sold = portfolio.findSoldShare(code, index))
-    parcels.addSoldSince(portfolio, *sold);
-  return parcels.sum();
+  const XMLElement* share = portfolio.findHeldShare(code, index);
+  return share ? heldOn(portfolio, *share, day) : std::nullopt;
 }
 
 double shownPrice(const SharePortfolioUser& portfolio, const String& code, const Date& day) {

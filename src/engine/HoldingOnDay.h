@@ -2,11 +2,11 @@
 #include "foundation/Date.h"
 #include "foundation/String.h"
 #include <optional>
-#include <vector>
 
 namespace Tallymoor {
 
 class SharePortfolioUser;
+class XMLElement;
 
 /// Number and cost of some parcels, without brokerage, adjusted for share splits.
 struct ParcelCost {
@@ -16,13 +16,19 @@ struct ParcelCost {
   double averagePrice() const { return value / number; }
 };
 
-/// What a portfolio held of a stock at the end of a day: the parcels bought by then that are held still or
-/// were sold later, adjusted as of the day. Nothing when there is no such parcel.
+/// What a share's parcels that were bought by a day come to, as of that day. Nothing when there is no such
+/// parcel.
 struct HeldOnDay {
   ParcelCost cost;
   Date earliest; ///< the first day of purchase
 };
-std::optional<HeldOnDay> heldOn(const SharePortfolioUser& portfolio, const String& code, const Date& day);
+std::optional<HeldOnDay> heldOn(const SharePortfolioUser& portfolio, const XMLElement& heldShare,
+                                const Date& day);
+
+/// The same of all that a portfolio held of a stock at the end of the day, sold since or not. The number is
+/// that of the day's capital record.
+std::optional<HeldOnDay> heldOn(const SharePortfolioUser& portfolio, const String& code, double numberOnDay,
+                                const Date& day);
 
 /// The stock's price as the views show it: the current one of the real today, with a recorded purchase or
 /// sale to stand in for it; of an earlier day the market's alone, since a recorded price of a later day must

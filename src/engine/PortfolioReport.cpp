@@ -147,7 +147,8 @@ std::vector<Holding> holdingsOn(const SharePortfolioUser& portfolio, const Date&
   const XMLElement& record = portfolio.capitalRecord().dayCapFor(day);
   for (std::size_t i = 0; i < record.numSubElements(u"ShareVals"); ++i) {
     const XMLElement& shareVal = record.subElement(u"ShareVals", i);
-    if (const auto held = heldOn(portfolio, textValue(shareVal, u"Code"), day))
+    if (const auto held =
+            heldOn(portfolio, textValue(shareVal, u"Code"), doubleValue(shareVal, u"Number"), day))
       holdings.emplace_back(portfolio, shareVal, *held, day);
   }
   std::stable_sort(holdings.begin(), holdings.end(),

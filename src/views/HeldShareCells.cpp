@@ -19,7 +19,7 @@ const HeldShareRow& shareOf(const Row& row) {
   return row.payload<HeldShareRow>();
 }
 
-/// The parcels of the share that were bought by the date shown and are held still.
+/// The parcels of the share that were bought by the date shown.
 std::vector<const XMLElement*> parcelsOf(const HeldShareRow& share) {
   std::vector<const XMLElement*> parcels;
   const Date shown;
@@ -31,12 +31,11 @@ std::vector<const XMLElement*> parcelsOf(const HeldShareRow& share) {
   return parcels;
 }
 
-/// Number and cost of the row's parcels, adjusted for splits up to the date shown. Of a whole share those
-/// count, too, that have been sold since.
+/// Number and cost of the row's parcels, adjusted for splits up to the date shown.
 ParcelCost costOf(const HeldShareRow& share) {
   ParcelCost cost;
   if (!share.buyEvent) {
-    const std::optional<HeldOnDay> held = heldOn(*share.portfolio, share.code, Date());
+    const std::optional<HeldOnDay> held = heldOn(*share.portfolio, *share.heldShare, Date());
     return held ? held->cost : cost;
   }
   double price = 0.0;
@@ -176,7 +175,7 @@ CellResult daysHeld(Row& row) {
   const Date shown;
   if (share.buyEvent)
     return CellResult(std::int32_t(shown.daysSince(dateValue(*share.buyEvent, u"BuyDate"))));
-  const std::optional<HeldOnDay> held = heldOn(*share.portfolio, share.code, shown);
+  const std::optional<HeldOnDay> held = heldOn(*share.portfolio, *share.heldShare, shown);
   return CellResult(held ? std::int32_t(shown.daysSince(held->earliest)) : 0);
 }
 

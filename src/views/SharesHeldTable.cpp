@@ -1,4 +1,5 @@
 #include "views/SharesHeldTable.h"
+#include "engine/ShareAsOfDay.h"
 #include "engine/SharePortfolioUser.h"
 #include "foundation/Amounts.h"
 #include "foundation/Platform.h"
@@ -7,7 +8,6 @@
 #include "views/HeldShareColumns.h"
 #include "views/PortfolioCommands.h"
 #include "views/PriceLimits.h"
-#include "views/ShareAsOfDay.h"
 #include "widgets/ContextMenu.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/MainWindow.h"
@@ -87,7 +87,7 @@ void SharesHeldTable::addShareOfDay(const XMLElement& shareVal) {
   std::size_t index = 0;
   share.heldShare = portfolio().findHeldShare(share.code, index);
   if (Date::hasFixedDate())
-    if (auto ofThatDay = shareWithParcelsSoldSince(portfolio(), share.code, *share.numberOnDay)) {
+    if (auto ofThatDay = shareWithParcelsSoldSince(portfolio(), share.code, *share.numberOnDay, Date())) {
       const PriceLimits limits = PriceLimits::ofRow(share);
       portfolio().setMinMax(*ofThatDay, limits.min, limits.max);
       share.heldShare = ofThatDay.get();

@@ -7,7 +7,7 @@ namespace {
 class HoldingOnDayTest : public EngineTest {
 protected:
   void expectHeld(const Date& day, double number, double price, const Date& earliest) {
-    const std::optional<HeldOnDay> held = heldOn(user(), u"ABC.AX", day);
+    const std::optional<HeldOnDay> held = heldOn(user(), u"ABC.AX", number, day);
     ASSERT_TRUE(held) << day.toString(DATE_DISPLAY_DMY).toUTF8();
     EXPECT_DOUBLE_EQ(held->cost.number, number);
     EXPECT_DOUBLE_EQ(held->cost.averagePrice(), price);
@@ -17,11 +17,11 @@ protected:
 
 TEST_F(HoldingOnDayTest, NothingIsHeldBeforeThePurchaseNorFromTheSaleOn) {
   addSale(u"ABC.AX", Date(2026, 1, 10), Date(2026, 1, 20), 100, 2, 3);
-  EXPECT_FALSE(heldOn(user(), u"ABC.AX", Date(2026, 1, 9)));
+  EXPECT_FALSE(heldOn(user(), u"ABC.AX", 0, Date(2026, 1, 9)));
   expectHeld(Date(2026, 1, 10), 100, 2, Date(2026, 1, 10));
   expectHeld(Date(2026, 1, 19), 100, 2, Date(2026, 1, 10));
-  EXPECT_FALSE(heldOn(user(), u"ABC.AX", Date(2026, 1, 20)));
-  EXPECT_FALSE(heldOn(user(), u"XYZ.AX", Date(2026, 1, 15)));
+  EXPECT_FALSE(heldOn(user(), u"ABC.AX", 0, Date(2026, 1, 20)));
+  EXPECT_FALSE(heldOn(user(), u"XYZ.AX", 0, Date(2026, 1, 15)));
 }
 
 TEST_F(HoldingOnDayTest, ParcelsHeldStillAndSoldLaterAddUp) {
@@ -36,6 +36,13 @@ TEST_F(HoldingOnDayTest, ParcelsHeldStillAndSoldLaterAddUp) {
 TEST_F(HoldingOnDayTest, SplitsCountFromTheirDay) {
   addAdjustment(user().addBuyEvent(u"ABC.AX", Date(2026, 1, 12), 300, 4, 0, String()), Date(2026, 1, 16), 2);
   addAdjustment(addSale(u"ABC.AX", Date(2026, 1, 12), Date(2026, 1, 20), 100, 4, 3), Date(2026, 1, 16), 2);
+  expectHeld(Date(2026, 1, 15), 400, 4, Date(2026, 1, 12));
+  expectHeld(Date(2026, 1, 16), 800, 2, Date(2026, 1, 12));
+}
+
+TEST_F(HoldingOnDayTest, ASaleThatNoLongerTellsOfASplitIsReadByTheDaysNumber) {
+  addAdjustment(user().addBuyEvent(u"ABC.AX", Date(2026, 1, 12), 300, 4, 0, String()), Date(2026, 1, 16), 2);
+  addSale(u"ABC.AX", Date(2026, 1, 12), Date(2026, 1, 20), 200, 2, 3);
   expectHeld(Date(2026, 1, 15), 400, 4, Date(2026, 1, 12));
   expectHeld(Date(2026, 1, 16), 800, 2, Date(2026, 1, 12));
 }
