@@ -69,44 +69,32 @@
         </tbody>
       </table>
       <xsl:apply-templates select="Chart"/>
-      <table class="pairs">
+      <table>
+        <thead>
+          <tr>
+            <th>Shares at the end</th>
+            <th>Cash at the end</th>
+            <th>Gross gain of the shares held</th>
+            <th>Brokerage of the sales</th>
+            <th>Dividends paid out</th>
+            <th>Dividends reinvested</th>
+            <th>Tax withheld abroad</th>
+            <th>Deposits</th>
+            <th>Withdrawals</th>
+          </tr>
+        </thead>
         <tbody>
-          <xsl:call-template name="pair">
-            <xsl:with-param name="label">Shares at the end</xsl:with-param>
-            <xsl:with-param name="value" select="PerformanceReport/@sharesEndShown"/>
-          </xsl:call-template>
-          <xsl:call-template name="pair">
-            <xsl:with-param name="label">Cash at the end</xsl:with-param>
-            <xsl:with-param name="value" select="PerformanceReport/@cashEndShown"/>
-          </xsl:call-template>
-          <xsl:call-template name="pair">
-            <xsl:with-param name="label">Gross gain of the shares held</xsl:with-param>
-            <xsl:with-param name="value" select="SharesHeldAt/SharesHeldAtTotals/@grossGainShown"/>
-          </xsl:call-template>
-          <xsl:call-template name="pair">
-            <xsl:with-param name="label">Brokerage of the sales</xsl:with-param>
-            <xsl:with-param name="value" select="SalesReport/@brokerageShown"/>
-          </xsl:call-template>
-          <xsl:call-template name="pair">
-            <xsl:with-param name="label">Dividends paid out</xsl:with-param>
-            <xsl:with-param name="value" select="DividendsReport/@paidOutShown"/>
-          </xsl:call-template>
-          <xsl:call-template name="pair">
-            <xsl:with-param name="label">Dividends reinvested</xsl:with-param>
-            <xsl:with-param name="value" select="DividendsReport/@reinvestedShown"/>
-          </xsl:call-template>
-          <xsl:call-template name="pair">
-            <xsl:with-param name="label">Tax withheld abroad</xsl:with-param>
-            <xsl:with-param name="value" select="DividendsReport/@withholdingTaxShown"/>
-          </xsl:call-template>
-          <xsl:call-template name="pair">
-            <xsl:with-param name="label">Deposits</xsl:with-param>
-            <xsl:with-param name="value" select="CashFlowsReport/@depositsShown"/>
-          </xsl:call-template>
-          <xsl:call-template name="pair">
-            <xsl:with-param name="label">Withdrawals</xsl:with-param>
-            <xsl:with-param name="value" select="CashFlowsReport/@withdrawalsShown"/>
-          </xsl:call-template>
+          <tr>
+            <xsl:apply-templates select="PerformanceReport/@sharesEndShown" mode="figure"/>
+            <xsl:apply-templates select="PerformanceReport/@cashEndShown" mode="figure"/>
+            <xsl:apply-templates select="SharesHeldAt/SharesHeldAtTotals/@grossGainShown" mode="figure"/>
+            <xsl:apply-templates select="SalesReport/@brokerageShown" mode="figure"/>
+            <xsl:apply-templates select="DividendsReport/@paidOutShown" mode="figure"/>
+            <xsl:apply-templates select="DividendsReport/@reinvestedShown" mode="figure"/>
+            <xsl:apply-templates select="DividendsReport/@withholdingTaxShown" mode="figure"/>
+            <xsl:apply-templates select="CashFlowsReport/@depositsShown" mode="figure"/>
+            <xsl:apply-templates select="CashFlowsReport/@withdrawalsShown" mode="figure"/>
+          </tr>
         </tbody>
       </table>
     </div>
@@ -395,15 +383,6 @@
     <td><xsl:value-of select="."/></td>
   </xsl:template>
 
-  <xsl:template name="pair">
-    <xsl:param name="label"/>
-    <xsl:param name="value"/>
-    <tr>
-      <td class="t"><xsl:value-of select="$label"/></td>
-      <td><xsl:value-of select="$value"/></td>
-    </tr>
-  </xsl:template>
-
   <!-- Figures stand to the right and are never broken; texts (t) and dates (d) stand to the left. On paper the
        head of a table is repeated on each page, and a wide table gets a sheet across. -->
   <xsl:template name="css">
@@ -421,7 +400,6 @@
     .note { background: #fff6d8; border-left: 4px solid #d9a400; padding: 0.4em 0.7em; }
     .foot { color: #555; font-size: 8pt; border-top: 1px solid #bbb; margin-top: 2em; padding-top: 0.5em; }
     table { border-collapse: collapse; width: 100%; font-size: 8pt; font-variant-numeric: tabular-nums; }
-    table.pairs { width: auto; margin-top: 1em; }
     th, td { padding: 0.28em 0.5em; text-align: right; vertical-align: top; }
     th { border-bottom: 1px solid #666; font-weight: bold; vertical-align: bottom; }
     td { border-bottom: 1px solid #e2e2e2; white-space: nowrap; }
@@ -440,6 +418,7 @@
       tr, .chart, .note { page-break-inside: avoid; }
       h2, h3 { page-break-after: avoid; }
       table { font-size: 7.5pt; }
+      .chart svg { max-height: 22em; }
     }
   </xsl:template>
 </xsl:stylesheet>
