@@ -1,5 +1,4 @@
 #include "foundation/ProgramFiles.h"
-#include "foundation/Constants.h"
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -29,21 +28,20 @@ bool isLibraryName(const std::string& fileName, const std::string& stem) {
 
 } // namespace
 
-// The constants are plain ASCII; other conversions would need the XML library.
+// The texts of the constants, which would draw in the libraries that text stands on.
 const std::vector<std::string>& programFileStems() {
-  static const std::vector<std::string> stems{APP_EXE.toLatin1(), UPDATE_INSTALLER.toLatin1(),
-                                              TOOLKIT_DLL.toLatin1(), EXTENSIONS_DLL.toLatin1(),
-                                              XML_DLL.toLatin1()};
+  static const std::vector<std::string> stems{"Tallymoor.exe", "UpdateInstaller", "FOXDLL", "FxEx",
+                                              "xerces-c"};
   return stems;
 }
 
 bool isProgramFileName(const std::string& fileName, const std::string& stem) {
-  static const std::string program = APP_EXE.toLatin1();
-  static const std::string installer = UPDATE_INSTALLER.toLatin1();
+  const std::string& program = programFileStems()[0];
+  const std::string& installer = programFileStems()[1];
   if (stem == program)
     return fileName == program;
   if (stem == installer)
-    return fileName == UPDATE_INSTALLER_EXE.toLatin1();
+    return fileName == installer + ".exe";
   return isLibraryName(fileName, stem);
 }
 

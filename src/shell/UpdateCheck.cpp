@@ -46,7 +46,7 @@ void tellInstallerFailure() {
   std::error_code ignored;
   std::filesystem::remove(INSTALLER_FAILURE, ignored);
   UserInteraction::Instance().warnOnce(u"Downloaded updates could not be installed: " +
-                                           String(reason.data()) + u"\nThe next start tries again.",
+                                           String(reason.data()).trimmed() + u"\nThe next start tries again.",
                                        u"Tallymoor Updates", String(), 2);
 }
 

@@ -1,10 +1,10 @@
 #pragma once
-#include "InstalledFolder.h"
 #include "TestUpdateService.h"
 #include "market/TallymoorInternet.h"
 #include "shell/Updates.h"
 #include "support/FakeUserInteraction.h"
 #include "support/GatewayScope.h"
+#include "support/InstalledFolder.h"
 #include "support/MarketFixture.h"
 #include "support/MessageOf.h"
 

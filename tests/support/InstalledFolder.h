@@ -43,7 +43,7 @@ public:
     std::vector<std::string> names;
     std::error_code none;
     for (const auto& entry : std::filesystem::recursive_directory_iterator("updates", none))
-      names.push_back(std::filesystem::relative(entry.path(), "updates"));
+      names.push_back(entry.path().lexically_relative("updates"));
     std::sort(names.begin(), names.end());
     return names;
   }

@@ -1,0 +1,131 @@
+#include "ShellTest.h"
+#include "TestUpdateService.h"
+#include "foundation/ProgramFiles.h"
+#include "shell/UpdateCheck.h"
+#include "shell/WarningStrip.h"
+#include "support/InstalledFolder.h"
+#include <gmock/gmock.h>
+
+namespace Tallymoor {
+namespace {
+
+using ::testing::HasSubstr;
+
+/// The command in the real window of an installed copy.
+class CheckUpdatesTest : public ShellTest {
+protected:
+  CheckUpdatesTest() {
+    UpdateSettings settings = m_service.settings();
+    settings.startDelay = settings.period;
+    UpdateSettings::setCurrent(settings);
+  }
+  TestUpdateService& service() { return m_service; }
+  InstalledFolder& folder() { return m_folder; }
+  void offerCountries() {
+    m_service.offerDocuments({{"CountryConfig.xml", "2.0.0"}});
+    m_service.serve(
+        "CountryConfig.xml",
+        "<CountryOptions version=\"2\"><CountryOption Name=\"Australia\" FinYearStart=\"1/7/2000\"/>"
+        "</CountryOptions>");
+  }
+
+private:
+  TestUpdateService m_service;
+  InstalledFolder m_folder{profile()};
+};
+
+TEST_F(CheckUpdatesTest, StandsInTheToolsMenuAboveThePrices) {
+  std::vector<std::string> entries;
+  for (FXMenuPane* menu : findAll<FXMenuPane>(*app().getRootWindow()))
+    if (findButton(*menu, "Refresh Prices"))
+      for (FXMenuCommand* entry : findAll<FXMenuCommand>(*menu))
+        entries.push_back((entry->getText() + "\t" + entry->getAccelText()).text());
+  ASSERT_LE(2u, entries.size());
+  EXPECT_EQ("Check For Updates...\tCtrl+U", entries[0]);
+}
+
+TEST_F(CheckUpdatesTest, SaysThatThereAreNoUpdates) {
+  answer("There are currently no updates available.", "OK");
+  command(TallymoorWindow::ID_CHECK_UPDATES);
+  EXPECT_EQ(1u, boxes().size());
+}
+
+TEST_F(CheckUpdatesTest, AsksWhetherToDownload) {
+  offerCountries();
+  answer("Updates are available. Download now in the background?", "No");
+  command(TallymoorWindow::ID_CHECK_UPDATES);
+  EXPECT_EQ(1u, boxes().size());
+}
+
+TEST_F(CheckUpdatesTest, SaysWhyTheProgramFilesAreLeftOut) {
+  std::filesystem::remove("FOXDLL-1.6.57.dll");
+  answer("Tallymoor can't update its own program files, only its documents.\n"
+         "Updates::getUpdateForBinFile - failed to find local file for update: FOXDLL",
+         "OK");
+  answer("There are currently no updates available.", "OK");
+  command(TallymoorWindow::ID_CHECK_UPDATES);
+  EXPECT_EQ(2u, boxes().size());
+}
+
+TEST_F(CheckUpdatesTest, FailureIsReported) {
+  service().serve("configupdates.xml", "rubbish");
+  whenModal("Tallymoor", [this](FXWindow& box) {
+    EXPECT_THAT(labels(box),
+                ::testing::Contains(HasSubstr("TallymoorWindow::onCheckUpdates failed. Exception : "
+                                              "Updates::getBinaryUpdates failed: ")));
+    press(box, "OK");
+  });
+  command(TallymoorWindow::ID_CHECK_UPDATES);
+}
+
+/// A copy whose thread makes its passes at once.
+class UpdatesInTheWindowTest : public CheckUpdatesTest {
+protected:
+  UpdatesInTheWindowTest() {
+    UpdateSettings::setCurrent(service().settings());
+    offerCountries();
+  }
+};
+
+TEST_F(UpdatesInTheWindowTest, AreToldOfAndDownloadedInTheBackground) {
+  const auto shown = [this](const std::string& text) {
+    return [this, text] {
+      for (const String& warning : tallymoor().warnings()->shownTexts())
+        if (warning.toUTF8() == text)
+          return true;
+      return false;
+    };
+  };
+  EXPECT_TRUE(
+      runUntil(shown("Updates are available. Please use the 'Tools/Check For Updates' menu to download.")));
+  answer("Updates are available. Download now in the background?", "Yes");
+  command(TallymoorWindow::ID_CHECK_UPDATES);
+  EXPECT_TRUE(runUntil(shown("Updates were installed.\nYou should restart as soon as possible.")));
+  EXPECT_THAT(TestProfile::readFile(profile().configFolder() + u"CountryConfig.xml"),
+              HasSubstr("version=\"2\""));
+}
+
+TEST_F(UpdatesInTheWindowTest, LeavingEndsADownloadUnderWay) {
+  service().server().stall([](const TestHttpServer::Request& request) {
+    return request.target.find("CountryConfig.xml") != std::string::npos;
+  });
+  answer("Updates are available. Download now in the background?", "Yes");
+  command(TallymoorWindow::ID_CHECK_UPDATES);
+  EXPECT_TRUE(runUntil([this] {
+    const std::vector<std::string> asked = service().asked();
+    return std::find(asked.begin(), asked.end(), "CountryConfig.xml") != asked.end();
+  }));
+  leave();
+  EXPECT_TRUE(folder().waiting().empty()) << "what was not complete is gone";
+  service().server().release();
+}
+
+TEST_F(CheckUpdatesTest, FailureOfTheInstallerBeforeThisStartIsTold) {
+  folder().write(INSTALLER_FAILURE, "FxEx.dll: No space left on device\n");
+  tellInstallerFailure();
+  EXPECT_TRUE(runUntil([this] { return !tallymoor().warnings()->shownTexts().empty(); }));
+  EXPECT_THAT(tallymoor().warnings()->shownTexts()[0].toUTF8(), HasSubstr("No space left on device"));
+}
+
+} // namespace
+} // namespace Tallymoor
