@@ -13,6 +13,7 @@ namespace Tallymoor {
 namespace {
 
 constexpr int PRICE_DECIMALS = 4;
+constexpr int LONGEST_CLOSURE = 10; ///< days for which a market closes at most
 const String EXTENSION = u".xml";
 
 /// A row without a price in it, alone in its file, is how delisted codes were marked before there was an
@@ -132,15 +133,22 @@ void SharePriceCache::load(const String& code, Entry& entry) const {
   }
 }
 
-void SharePriceCache::merge(const String& code, const Rows& fetched, const Date& lastDay) {
+void SharePriceCache::merge(const String& code, const Rows& fetched, const HistoryRange& range) {
   CachedShare& known = shareOrEmpty(code);
   known.modified = true;
   if (fetched.empty())
     return;
   for (const auto& [day, value] : fetched)
     known.values.insert_or_assign(day, value);
+  Date day = fetched.begin()->first;
   double lastClose = fetched.begin()->second.close;
-  for (Date day = fetched.begin()->first; day <= lastDay; day.addDays(1))
+  const auto before = known.values.find(range.start.plusDays(-1));
+  if (before != known.values.end() && !showsAsZero(before->second.close) &&
+      day <= range.start.plusDays(LONGEST_CLOSURE)) {
+    day = std::min(day, range.start);
+    lastClose = before->second.close;
+  }
+  for (; day <= range.end; day.addDays(1))
     lastClose = known.values.try_emplace(day, ShareValue{.close = lastClose}).first->second.close;
 }
 

@@ -3,6 +3,7 @@
 #include "foundation/Exception.h"
 #include "foundation/String.h"
 #include "market/CachedShare.h"
+#include "market/HistoryRange.h"
 #include <map>
 #include <optional>
 #include <string_view>
@@ -30,9 +31,11 @@ public:
   /// failure waits for the next caller of share.
   CachedShare& shareOrEmpty(const String& code);
 
-  /// Stores fetched rows over what is there, then gives each day without a row, from the first fetched one to
-  /// the last day wanted, the close before it.
-  void merge(const String& code, const Rows& fetched, const Date& lastDay);
+  /// Stores the rows that were fetched for the range over what is there, then gives each day without a row,
+  /// from the first fetched one to the end of the range, the close before it. A range that begins on days
+  /// without trade, as a weekend, goes on from the close of the day before it where that is known; days
+  /// before the first row stay empty otherwise.
+  void merge(const String& code, const Rows& fetched, const HistoryRange& range);
   /// Notes a current price for the day, unless the code is bad or the day's row came from the data source.
   void noteCurrentPrice(const String& code, const Date& day, double price);
   void setTypedPrice(const String& code, const Date& day, double close);

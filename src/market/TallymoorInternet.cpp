@@ -183,7 +183,7 @@ bool TallymoorInternet::fetchHistory(const String& code, const Date& date, bool 
              local(date));
   WaitCursor wait;
   try {
-    m_cache.merge(code, source.history(code, range), range.end);
+    m_cache.merge(code, source.history(code, range), range);
     return true;
   } catch (const HTTPException&) {
     wait.end();

@@ -121,7 +121,8 @@ private:
       return;
     if (const auto history = historyOf(code.toUTF8())) {
       SharePriceCache cache(m_profile.cacheFolder());
-      cache.merge(code, rowsOf(*history), LAST_DAY);
+      const auto rows = rowsOf(*history);
+      cache.merge(code, rows, {rows.begin()->first, LAST_DAY});
       cache.save();
     }
   }

@@ -190,7 +190,7 @@ TEST_F(SharePriceCacheTest, WritesRowsInDateOrderWithFourDecimals) {
   SharePriceCache cache(m_directory);
   cache.merge(CODE,
               {{Date(2006, 11, 10), {1.5, 1.75, 1.25, 2000}}, {Date(2006, 11, 9), {1.23456, 0, 0, 1000}}},
-              Date(2006, 11, 10));
+              {Date(2006, 11, 9), Date(2006, 11, 10)});
   cache.save();
   EXPECT_EQ(readFile("PriceCache.ABC.AX.xml"),
             std::string(HEAD) + "<ShareValues><String>ABC.AX</String>"
@@ -332,7 +332,7 @@ TEST_F(SharePriceCacheTest, AClearedMarkIsNotWritten) {
 TEST_F(SharePriceCacheTest, GapsTakeTheLastCloseAndDaysBeforeTheFirstRowStayEmpty) {
   SharePriceCache cache(m_directory);
   cache.merge(CODE, {{Date(2006, 11, 10), {5.0, 5.5, 4.5, 100}}, {Date(2006, 11, 13), {6.0, 6.5, 5.5, 200}}},
-              Date(2006, 11, 15));
+              {Date(2006, 11, 8), Date(2006, 11, 15)});
   const CachedShare& share = cache.share(CODE);
   EXPECT_TRUE(share.modified);
   EXPECT_EQ(share.find(Date(2006, 11, 9)), nullptr);
@@ -351,7 +351,7 @@ TEST_F(SharePriceCacheTest, AFetchedRowReplacesWhatIsThereAndOtherRowsCarryOn) {
   SharePriceCache cache(m_directory);
   cache.setTypedPrice(CODE, Date(2006, 11, 8), 7.0);
   cache.setTypedPrice(CODE, Date(2006, 11, 10), 8.0);
-  cache.merge(CODE, {{Date(2006, 11, 8), {5.0, 5.5, 4.5, 100}}}, Date(2006, 11, 11));
+  cache.merge(CODE, {{Date(2006, 11, 8), {5.0, 5.5, 4.5, 100}}}, {Date(2006, 11, 8), Date(2006, 11, 11)});
   EXPECT_DOUBLE_EQ(closeOf(cache, Date(2006, 11, 8)), 5.0);
   EXPECT_EQ(cache.share(CODE).find(Date(2006, 11, 8))->volume, 100);
   EXPECT_DOUBLE_EQ(closeOf(cache, Date(2006, 11, 9)), 5.0);
@@ -359,9 +359,29 @@ TEST_F(SharePriceCacheTest, AFetchedRowReplacesWhatIsThereAndOtherRowsCarryOn) {
   EXPECT_DOUBLE_EQ(closeOf(cache, Date(2006, 11, 11)), 8.0);
 }
 
+// Else the first days of every page that begins at a weekend would have no price.
+TEST_F(SharePriceCacheTest, ARangeThatBeginsWithoutTradeGoesOnFromTheDayBefore) {
+  SharePriceCache cache(m_directory);
+  cache.setTypedPrice(CODE, Date(2006, 11, 10), 5.0); // Friday
+  cache.merge(CODE, {{Date(2006, 11, 13), {6.0, 6.5, 5.5, 200}}}, {Date(2006, 11, 11), Date(2006, 11, 14)});
+  EXPECT_DOUBLE_EQ(closeOf(cache, Date(2006, 11, 11)), 5.0);
+  EXPECT_DOUBLE_EQ(closeOf(cache, Date(2006, 11, 12)), 5.0);
+  EXPECT_DOUBLE_EQ(closeOf(cache, Date(2006, 11, 14)), 6.0);
+}
+
+TEST_F(SharePriceCacheTest, NoCloseIsCarriedOverMoreThanAMarketIsClosed) {
+  for (const int firstRow : {21, 22}) {
+    SharePriceCache cache(m_directory);
+    cache.setTypedPrice(CODE, Date(2006, 11, 10), 5.0);
+    cache.merge(CODE, {{Date(2006, 11, firstRow), {6.0, 6.5, 5.5, 200}}},
+                {Date(2006, 11, 11), Date(2006, 11, 30)});
+    EXPECT_EQ(cache.share(CODE).find(Date(2006, 11, 12)) != nullptr, firstRow == 21) << firstRow;
+  }
+}
+
 TEST_F(SharePriceCacheTest, AFetchWithoutRowsFillsNothing) {
   SharePriceCache cache(m_directory);
-  cache.merge(CODE, {}, Date(2006, 11, 15));
+  cache.merge(CODE, {}, {Date(2006, 11, 1), Date(2006, 11, 15)});
   EXPECT_TRUE(cache.share(CODE).values.empty());
   EXPECT_TRUE(cache.share(CODE).modified);
 }
@@ -380,7 +400,7 @@ TEST_F(SharePriceCacheTest, ACurrentPriceMakesOrChangesARowWithoutAVolume) {
 TEST_F(SharePriceCacheTest, ARowOfTheDataSourceStandsAgainstACurrentPrice) {
   SharePriceCache cache(m_directory);
   const Date today(2006, 11, 15);
-  cache.merge(CODE, {{today, {5.0, 5.5, 4.5, 100}}}, today);
+  cache.merge(CODE, {{today, {5.0, 5.5, 4.5, 100}}}, {today, today});
   cache.save();
   cache.noteCurrentPrice(CODE, today, 6.0);
   EXPECT_DOUBLE_EQ(closeOf(cache, today), 5.0);
@@ -397,7 +417,7 @@ TEST_F(SharePriceCacheTest, ABadCodeTakesNoCurrentPrice) {
 TEST_F(SharePriceCacheTest, ATypedPriceKeepsHighAndLowButNotTheVolume) {
   SharePriceCache cache(m_directory);
   const Date day(2006, 11, 15);
-  cache.merge(CODE, {{day, {5.0, 5.5, 4.5, 100}}}, day);
+  cache.merge(CODE, {{day, {5.0, 5.5, 4.5, 100}}}, {day, day});
   cache.setTypedPrice(CODE, day, 7.0);
   const ShareValue* row = cache.share(CODE).find(day);
   EXPECT_DOUBLE_EQ(row->close, 7.0);
