@@ -1,6 +1,7 @@
 #include "entry/DatedPanel.h"
 #include "entry/FormChecks.h"
 #include "entry/FormIcons.h"
+#include "foundation/Exception.h"
 #include "widgets/CalendarDialog.h"
 #include "widgets/FormRows.h"
 #include "widgets/FormTextField.h"
@@ -33,6 +34,18 @@ Date DatedPanel::date() const {
 
 void DatedPanel::setDate(const Date& date) {
   m_date->setText(date.toString(DATE_DISPLAY_LOCAL));
+}
+
+String DatedPanel::shownDate() const {
+  try {
+    return date().toString(DATE_DISPLAY_LOCAL);
+  } catch (const Exception&) {
+    return m_date->text();
+  }
+}
+
+void DatedPanel::focusDate() {
+  putFocus(*m_date);
 }
 
 bool DatedPanel::checkDate(const String& futureMessage) const {

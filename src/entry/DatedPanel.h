@@ -22,6 +22,10 @@ public:
   /// Throws Exception when the text is no date of the local form.
   Date date() const;
   void setDate(const Date& date);
+  /// The day in the local form; where the text is no date, the text.
+  String shownDate() const;
+  /// The day has to be entered again: its field gets the focus.
+  void focusDate();
 
   /// A failure is reported under the name of the form's own class.
   long onChooseDate(FXObject*, FXSelector, void*);

@@ -42,6 +42,7 @@ tallymoorWindowMap[] = {
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_NEW_PORTFOLIO, TallymoorWindow::onNewPortfolio),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_NEW_WATCHLIST, TallymoorWindow::onNewWatchlist),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_SAVE, TallymoorWindow::onSave),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_WIZARD, TallymoorWindow::onWizard),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_IMPORT, TallymoorWindow::onImport),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_EXPORT, TallymoorWindow::onExport),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_BUY, TallymoorWindow::onBuy),
@@ -127,6 +128,8 @@ void TallymoorWindow::buildMenus() {
   FXMenuPane* file = addMenu("&File");
   addEntry(file, "New &Portfolio...\tCtrl+P", ID_NEW_PORTFOLIO);
   addEntry(file, "New &Watchlist...\tCtrl+W", ID_NEW_WATCHLIST);
+  new FXMenuSeparator(file);
+  addEntry(file, "New Portfolio &Wizard...", ID_WIZARD);
   new FXMenuSeparator(file);
   addEntry(file, "&Save...\tCtrl+S", ID_SAVE);
   addEntry(file, "&Import...", ID_IMPORT);

@@ -39,6 +39,7 @@ public:
     ID_NEW_PORTFOLIO,
     ID_NEW_WATCHLIST,
     ID_SAVE,
+    ID_WIZARD,
     ID_IMPORT,
     ID_EXPORT,
     ID_BUY,
@@ -144,6 +145,7 @@ public:
   long onNewPortfolio(FXObject*, FXSelector, void*);
   long onNewWatchlist(FXObject*, FXSelector, void*);
   long onSave(FXObject*, FXSelector, void*);
+  long onWizard(FXObject*, FXSelector, void*);
   long onImport(FXObject*, FXSelector, void*);
   long onExport(FXObject*, FXSelector, void*);
   long onBuy(FXObject*, FXSelector, void*);

@@ -1,4 +1,5 @@
 // The window's data: how it is loaded when the window is created, and how it is saved and let go at the end.
+#include "entry/StartupWizard.h"
 #include "foundation/Constants.h"
 #include "foundation/FileReplacement.h"
 #include "foundation/Platform.h"
@@ -78,6 +79,8 @@ void TallymoorWindow::load(Progress& progress) {
       new TotalCapTreeItem(m_portfolios.tree, m_store.portfolios(), m_store.records(), nodeIcons, &progress);
   m_watchlistRoot = std::make_unique<WatchlistRootTreeItem>(m_totalCapital, m_watchlists.tree, nodeIcons,
                                                             [this] { onBuy(this, 0, nullptr); });
+  if (m_store.portfolios().empty() && !m_store.loadFailed())
+    onWizard(this, 0, nullptr);
   progress.step(1, u"showing Total Capital");
   m_portfolios.tree->showFirst();
   m_watchlists.tree->showFirst();
@@ -138,6 +141,20 @@ void TallymoorWindow::saveAll() {
 
 long TallymoorWindow::onSave(FXObject*, FXSelector, void*) {
   return guardedHandler(u"TallymoorWindow::onSave failed.", [this] { saveEverything(); });
+}
+
+// The refresh and the save wait until the new portfolio has its node.
+long TallymoorWindow::onWizard(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"TallymoorWindow::onWizard failed.", [this] {
+    TotalCapTreeItem& totalCapital = loadedTree();
+    StartupWizard wizard(this, m_store.records());
+    if (wizard.execute())
+      totalCapital.openPortfolio(wizard.takePortfolio());
+    HandlerScope::whenDone(this, [this] {
+      refreshViews(true);
+      saveAll();
+    });
+  });
 }
 
 long TallymoorWindow::onExport(FXObject*, FXSelector, void*) {

@@ -278,7 +278,12 @@ bool TotalCapTreeItem::checkNewName(const String& name) const {
 void TotalCapTreeItem::makePortfolio(const String& name) {
   XMLElement& portfolio = m_records->addSubElement(new XMLSharePortfolio, PORTFOLIOS);
   portfolio.subElement(u"Name").setValue(name);
-  m_portfolios->emplace(name, std::make_unique<SharePortfolioUser>(portfolio));
+  openPortfolio(std::make_unique<SharePortfolioUser>(portfolio));
+}
+
+void TotalCapTreeItem::openPortfolio(std::unique_ptr<SharePortfolioUser> portfolio) {
+  const String name = portfolio->name();
+  m_portfolios->emplace(name, std::move(portfolio));
   reloadPortfolios(name);
 }
 

@@ -48,6 +48,9 @@ public:
   void renamePortfolio(const String& oldName, const String& newName);
   /// Whether a portfolio may have that name from now on; tells the user why not.
   bool checkNewName(const String& name) const;
+  /// Takes a portfolio whose records stand in the document already, and shows its node. No other one has its
+  /// name.
+  void openPortfolio(std::unique_ptr<SharePortfolioUser> portfolio);
   /// Makes all nodes anew from the open portfolios: after some came from elsewhere (an import, the wizard).
   /// The page that was shown stays in sight; with the name of a portfolio, that one is shown instead.
   void reloadPortfolios(const String& showPortfolio = String());

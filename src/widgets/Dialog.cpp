@@ -2,9 +2,9 @@
 #include "widgets/Colours.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/MainWindow.h"
+#include "widgets/ModalDialogs.h"
 #include "widgets/ToolkitText.h"
 #include <algorithm>
-#include <fxkeys.h>
 
 namespace Tallymoor {
 
@@ -15,17 +15,6 @@ DialogMap[] = {
 };
 
 FXIMPLEMENT(Dialog, FXDialogBox, DialogMap, ARRAYNUMBER(DialogMap))
-
-namespace {
-
-FXWindow* focusedWidget(FXWindow& window) {
-  FXWindow* widget = &window;
-  while (widget->getFocus())
-    widget = widget->getFocus();
-  return widget;
-}
-
-} // namespace
 
 Dialog::Dialog(FXWindow* owner, const String& title, const String& description)
     : FXDialogBox(owner, toFox(title), DECOR_TITLE | DECOR_BORDER | DECOR_CLOSE, 0, 0, 0, 0, 4, 4, 4, 4) {
@@ -75,15 +64,7 @@ bool Dialog::validate() {
 }
 
 FXuint Dialog::execute(FXuint placement) {
-  if (!MainWindow::Instance().mayOpenDialog())
-    return 0;
-  // With the window in the tray there is nothing to be placed over.
-  const bool overOwner = getOwner() && getOwner()->shown();
-  if (placement == PLACEMENT_OWNER && !overOwner)
-    placement = PLACEMENT_SCREEN;
-  const FXWindow* const window = this;
-  const ModalLoopScope loop(window);
-  return FXDialogBox::execute(placement);
+  return runModal(*this, placement, [this](FXuint where) { return FXDialogBox::execute(where); });
 }
 
 long Dialog::onOK(FXObject* sender, FXSelector selector, void* data) {
@@ -91,13 +72,8 @@ long Dialog::onOK(FXObject* sender, FXSelector selector, void* data) {
 }
 
 long Dialog::onKeyPress(FXObject* sender, FXSelector selector, void* data) {
-  const auto code = static_cast<FXEvent*>(data)->code;
-  const bool enter = code == KEY_Return || code == KEY_KP_Enter;
-  // A text field with the focus is the toolkit's default widget, and would do nothing with the key.
-  const bool inField = dynamic_cast<FXTextField*>(focusedWidget(*this)) != nullptr;
-  if (!(enter && inField) && FXDialogBox::onKeyPress(sender, selector, data))
-    return 1;
-  return enter ? handle(this, FXSEL(SEL_COMMAND, ID_ACCEPT), nullptr) : 0;
+  return keyInDialog(*this, *static_cast<FXEvent*>(data), ID_ACCEPT,
+                     [&] { return FXDialogBox::onKeyPress(sender, selector, data); });
 }
 
 long Dialog::acceptIfValid(const String& context, FXObject* sender, FXSelector selector, void* data) {

@@ -14,6 +14,11 @@ bool GUIPanel::validate() {
   return true;
 }
 
+void GUIPanel::setTexts(const String& title, const String& description) {
+  m_title = title;
+  m_description = description;
+}
+
 bool GUIPanel::runChecks(const std::function<bool()>& checks) {
   try {
     return checks();

@@ -16,6 +16,8 @@ public:
 
   const String& title() const { return m_title; }
   const String& description() const { return m_description; }
+  /// A wizard may show one form at several places of its route, under other texts.
+  void setTexts(const String& title, const String& description);
 
   /// The body of validate(), also of a dialog that holds its fields itself: an Exception in the checks shows
   /// "There was a problem validating your input" and counts as false.

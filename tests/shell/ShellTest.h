@@ -34,8 +34,19 @@ protected:
 
   std::unique_ptr<MainWindow> makeWindow(FXApp* app) override {
     m_icons.emplace(app);
+    awaitWizard();
     return std::make_unique<TallymoorWindow>(app, *m_icons);
   }
+
+  /// For who makes another window: its start may lead to the wizard.
+  void awaitWizard() {
+    if (opensWizard())
+      whenModal("Tallymoor - Getting Started", [this](FXWindow& wizard) { useWizard(wizard); });
+  }
+  /// Whether the start leads to the wizard for a first portfolio.
+  virtual bool opensWizard() { return !TestProfile::fileExists(recordsPath()); }
+  /// What the test does with that wizard.
+  virtual void useWizard(FXWindow& wizard) { press(wizard, "Cancel"); }
 
   TallymoorWindow& tallymoor() { return dynamic_cast<TallymoorWindow&>(mainWindow()); }
   MarketFixture& market() { return *m_market; }

@@ -249,6 +249,7 @@ protected:
     whenModal("TallymoorInternet::TallymoorInternet - failed to find a code search locator",
               [this](FXWindow& box) { press(box, "OK"); });
   }
+  bool opensWizard() override { return false; }
 };
 
 TEST_F(ViewDateAfterAFailedStartTest, StaysAtToday) {

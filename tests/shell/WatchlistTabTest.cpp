@@ -142,6 +142,7 @@ protected:
     whenModal("TallymoorInternet::TallymoorInternet - failed to find a code search locator",
               [this](FXWindow& box) { press(box, "OK"); });
   }
+  bool opensWizard() override { return false; }
 };
 
 TEST_F(WatchlistAfterAFailedStartTest, ANewListSaysWhatIsMissing) {

@@ -18,6 +18,7 @@ class OverdrawnTest : public YearOfTransactionsTest {
 protected:
   std::unique_ptr<MainWindow> makeWindow(FXApp* app) override {
     m_icons.emplace(app);
+    awaitWizard();
     return std::make_unique<NotingWindow>(app, *m_icons);
   }
   std::vector<std::vector<std::string>> takeWarnings() {

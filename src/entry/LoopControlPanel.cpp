@@ -1,0 +1,32 @@
+#include "entry/LoopControlPanel.h"
+#include "widgets/ToolkitText.h"
+
+namespace Tallymoor {
+
+FXIMPLEMENT(LoopControlPanel, GUIPanel, nullptr, 0)
+
+LoopControlPanel::LoopControlPanel(FXComposite* parent) : GUIPanel(parent, String(), String()) {
+  constexpr FXint indent = 20; // below the text of the check button
+  m_text = new FXLabel(this, FXString(), nullptr, JUSTIFY_LEFT);
+  new FXFrame(this, LAYOUT_FIX_HEIGHT, 0, 0, 0, 10);
+  m_finished = new FXCheckButton(this, FXString(), nullptr, 0, CHECKBUTTON_NORMAL | JUSTIFY_LEFT);
+  m_help = new FXLabel(this, FXString(), nullptr, JUSTIFY_LEFT, 0, 0, 0, 0, indent);
+}
+
+void LoopControlPanel::showSection(const String& title, const String& text, const String& question,
+                                   const String& help) {
+  setTexts(title, String());
+  m_text->setText(labelText(text));
+  m_finished->setText(labelText(question));
+  m_help->setText(labelText(help));
+}
+
+bool LoopControlPanel::isFinished() const {
+  return m_finished->getCheck() == TRUE;
+}
+
+void LoopControlPanel::setFinished(bool finished) {
+  m_finished->setCheck(finished);
+}
+
+} // namespace Tallymoor

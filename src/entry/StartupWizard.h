@@ -1,0 +1,103 @@
+#pragma once
+#include "foundation/Date.h"
+#include "widgets/Wizard.h"
+#include <memory>
+#include <optional>
+
+namespace Tallymoor {
+
+class BuySharesPanel;
+class ChoosePortfolioPanel;
+class FinishPanel;
+class GetFloatPanel;
+class IntroPanel;
+class LoopControlPanel;
+class ReceiveDividendsPanel;
+class SellSharesPanel;
+class SharePortfolioUser;
+class XMLElement;
+
+/// Takes a new user through setting up a portfolio from paper records: its name, the cash at a start date,
+/// the shares held then, and all that has happened since. Each page is recorded as it is left, by the
+/// operations that the menus use; "< Back" takes that back. Until Finish the portfolio stands in the records
+/// but belongs to the wizard, and goes with it on Cancel.
+class StartupWizard : public Wizard {
+  FXDECLARE(StartupWizard)
+public:
+  /// The root element of the records ("SharePortfolios") outlives the wizard.
+  StartupWizard(FXWindow* owner, XMLElement& records);
+  /// Takes a portfolio that was not finished out of the records.
+  ~StartupWizard() override;
+
+  /// The portfolio, once execute() has given 1; its records stay where they stand.
+  std::unique_ptr<SharePortfolioUser> takePortfolio();
+
+  /// Removes the portfolio with all that was entered, and its file.
+  long onCancel(FXObject*, FXSelector, void*) override;
+  long onNext(FXObject*, FXSelector, void*) override;
+  /// One page back, and no further until the next "Next >".
+  long onBack(FXObject*, FXSelector, void*) override;
+
+protected:
+  StartupWizard();
+
+private:
+  /// What "< Back" restores: how it was before the last "Next >".
+  struct State {
+    GUIPanel* page = nullptr;            ///< that was left
+    std::unique_ptr<XMLElement> records; ///< a copy; null before there is a portfolio
+    int stage = 0;
+    Date startDate;
+    bool sectionFinished = false;
+  };
+  /// An entry that was typed and left by "< Back".
+  struct Unrecorded {
+    GUIPanel* page;
+    int stage;
+  };
+
+  void buildPages();
+
+  State state() const;
+  void restore(const State& before);
+  void rememberUnrecorded();
+  bool takesUpUnrecorded(const GUIPanel* page);
+
+  void makePortfolio();
+  void dropPortfolio();
+  void forgetDays();
+
+  bool leavePage();
+  void leaveLoopPage();
+  int nextStage() const;
+  void showSection();
+  void showLoopPage();
+  GUIPanel* entryPage() const;
+  void showEntryPage(GUIPanel* page, const String& title, const String& description);
+  void resetEntry(const GUIPanel* page);
+  void makeRecordCurrentFor(const GUIPanel* page);
+
+  bool record(const GUIPanel* page);
+  void recordCash();
+  bool recordPurchase();
+  bool recordDividend();
+  bool recordSale();
+
+  ChoosePortfolioPanel* m_choosePage = nullptr;
+  IntroPanel* m_introPage = nullptr;
+  GetFloatPanel* m_moneyPage = nullptr;
+  BuySharesPanel* m_buyPage = nullptr;
+  LoopControlPanel* m_loopPage = nullptr;
+  ReceiveDividendsPanel* m_dividendPage = nullptr;
+  SellSharesPanel* m_sellPage = nullptr;
+  FinishPanel* m_finishPage = nullptr;
+  int m_stage = 0; ///< a StartupStage
+  Date m_startDate;
+  std::unique_ptr<SharePortfolioUser> m_user;
+  XMLElement* m_portfolio = nullptr; ///< stands in the records
+  XMLElement* m_records = nullptr;
+  State m_before;
+  std::optional<Unrecorded> m_unrecorded;
+};
+
+} // namespace Tallymoor

@@ -1,0 +1,18 @@
+#pragma once
+#include <functional>
+#include <fx.h>
+
+namespace Tallymoor {
+
+// How every modal dialog of the program behaves, whatever it derives from.
+
+/// Runs a dialog's loop. Opens nothing and gives 0 while a background pass runs; a dialog whose owner is not
+/// in sight is placed on the screen. The toolkit's own execute() is what is handed in, with the placement.
+FXuint runModal(FXDialogBox& dialog, FXuint placement, const std::function<FXuint(FXuint)>& execute);
+
+/// A key in a dialog: Enter that no widget wants is the dialog's command to go on, whatever has the focus.
+/// The toolkit's own handler is what is handed in.
+long keyInDialog(FXDialogBox& dialog, const FXEvent& event, FXuint goOnCommand,
+                 const std::function<long()>& toolkitHandler);
+
+} // namespace Tallymoor
