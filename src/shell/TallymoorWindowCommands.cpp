@@ -66,6 +66,7 @@ void TallymoorWindow::refreshViews(bool repaintTrees) {
     if (repaintTrees)
       tree->update();
   }
+  updateTrayTip();
 }
 
 long TallymoorWindow::onTabBook(FXObject*, FXSelector, void*) {
