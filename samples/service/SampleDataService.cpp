@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <ctime>
+#include <fstream>
 #include <httplib.h>
 
 namespace SampleService {
@@ -59,6 +60,8 @@ public:
     m_server.Get("/quote", [this](const auto& request, auto& response) { quote(request, response); });
     m_server.Get("/history", [this](const auto& request, auto& response) { history(request, response); });
     m_server.Get("/search", [this](const auto& request, auto& response) { search(request, response); });
+    m_server.Get("/updates/update.php",
+                 [this](const auto& request, auto& response) { update(request, response); });
     m_server.set_tcp_nodelay(true);
   }
 
@@ -93,16 +96,16 @@ private:
     return m_market.history(code, now().day);
   }
 
-  static void notFound(httplib::Response& response, const std::string& code) {
+  static void notFound(httplib::Response& response, const std::string& what) {
     response.status = 404;
-    response.set_content(notFoundPage("stock " + code), HTML);
+    response.set_content(notFoundPage(what), HTML);
   }
 
   void quote(const httplib::Request& request, httplib::Response& response) const {
     const std::string code = request.get_param_value("s");
     const auto past = historyOf(code);
     if (!past || past->rows.empty())
-      return notFound(response, code);
+      return notFound(response, "stock " + code);
     const std::int64_t lastClose = past->rows.back().close;
     const bool fromFile = m_folder.history(code).has_value();
     const auto [today, minute] = now();
@@ -114,7 +117,7 @@ private:
     const std::string code = request.get_param_value("s");
     const auto past = historyOf(code);
     if (!past)
-      return notFound(response, code);
+      return notFound(response, "stock " + code);
     const Day first = dayParameter(request, "b", "a", "c", Day{});
     const Day last = dayParameter(request, "e", "d", "f", now().day);
     response.set_content(historyPage(listingOf(code), *past, first, last), HTML);
@@ -134,6 +137,22 @@ private:
         found.push_back(listing);
     }
     response.set_content(searchPage(text, found), HTML);
+  }
+
+  /// A list that is not there is one without updates.
+  void update(const httplib::Request& request, httplib::Response& response) const {
+    const std::string name = request.get_param_value("filename");
+    const bool plain = !name.empty() && name.front() != '.' && name.find_first_of("/\\") == std::string::npos;
+    const std::filesystem::path path = m_options.updates / name;
+    std::error_code unreadable;
+    if (plain && !m_options.updates.empty() && std::filesystem::is_regular_file(path, unreadable)) {
+      std::ifstream file(path, std::ios::binary);
+      response.set_content(std::string(std::istreambuf_iterator<char>(file), {}), "application/octet-stream");
+    } else if (name == "binaryupdates.xml" || name == "configupdates.xml") {
+      response.set_content("<VersionsAvailable/>", "text/xml");
+    } else {
+      notFound(response, "file " + name);
+    }
   }
 
   const ServiceOptions m_options;

@@ -7,12 +7,14 @@
 namespace SampleService {
 
 struct ServiceOptions {
-  std::filesystem::path prices; ///< folder of CODE.csv files, which win over the made-up market
-  int port = 8317;              ///< 0 takes a free one
-  std::optional<Day> today;     ///< nothing: the machine's date
+  std::filesystem::path prices;  ///< folder of CODE.csv files, which win over the made-up market
+  std::filesystem::path updates; ///< folder that the update service serves; empty: it has no updates
+  int port = 8317;               ///< 0 takes a free one
+  std::optional<Day> today;      ///< nothing: the machine's date
 };
 
-/// The sample data source: an HTTP server on loopback with a quote, a price-history and a search page.
+/// The sample data source: an HTTP server on loopback with a quote, a price-history and a search page. It
+/// plays the update service, too: "/updates/update.php?filename=NAME" gives the file of that name.
 class SampleDataService {
 public:
   explicit SampleDataService(const ServiceOptions& options);

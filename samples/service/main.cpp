@@ -9,10 +9,11 @@ using namespace SampleService;
 namespace {
 
 int usage() {
-  std::fputs("usage: sample_data_service [--port N] [--prices FOLDER] [--today YYYY-MM-DD]\n"
-             "Serves made-up share prices, and the CODE.csv files of a folder, on this machine's loopback "
-             "address.\n",
-             stderr);
+  std::fputs(
+      "usage: sample_data_service [--port N] [--prices FOLDER] [--today YYYY-MM-DD] [--updates FOLDER]\n"
+      "Serves made-up share prices, the CODE.csv files of a folder, and program updates from another one, "
+      "on this machine's loopback address.\n",
+      stderr);
   return 2;
 }
 
@@ -36,6 +37,8 @@ int main(int argc, char** argv) {
       return usage();
     if (name == "--prices")
       options.prices = argv[i + 1];
+    else if (name == "--updates")
+      options.updates = argv[i + 1];
     else if (!(name == "--port" && readPort(argv[i + 1], options.port)) &&
              !(name == "--today" && readDate(argv[i + 1], options)))
       return usage();

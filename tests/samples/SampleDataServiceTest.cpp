@@ -20,6 +20,7 @@ protected:
     SampleService::ServiceOptions options;
     options.port = 0;
     options.prices = std::string(TALLYMOOR_SAMPLES) + "/prices";
+    options.updates = m_profile.folder() + "/updates";
     options.today = std::chrono::sys_days(std::chrono::year(2026) / std::chrono::March / 3);
     m_service.emplace(options);
     EXPECT_TRUE(m_service->bind());
@@ -35,6 +36,7 @@ protected:
     m_thread.join();
   }
 
+  const TestProfile& profile() const { return m_profile; }
   TallymoorInternet& gateway() { return TallymoorInternet::Instance(); }
 
   String page(const std::string& target) {
@@ -152,6 +154,19 @@ TEST_F(SampleDataServiceTest, UnknownCodeIsRefusedWithItsStatus) {
   } catch (const HTTPException& exception) {
     EXPECT_EQ(404u, exception.code());
   }
+}
+
+TEST_F(SampleDataServiceTest, ServesUpdatesFromItsFolder) {
+  const std::string query = "/updates/update.php?filename=";
+  TestProfile::writeFile(profile().path("updates/Tallymoor Report.xsl"), "new stylesheet");
+  TestProfile::writeFile(profile().path("secret"), "not for anybody");
+  EXPECT_EQ(String(u"new stylesheet"), page(query + "Tallymoor%20Report.xsl"));
+  EXPECT_EQ(String(u"<VersionsAvailable/>"), page(query + "configupdates.xml")) << "none is there";
+  EXPECT_EQ(String(u"<VersionsAvailable/>"), page(query + "binaryupdates.xml"));
+  TestProfile::writeFile(profile().path("updates/configupdates.xml"), "the list");
+  EXPECT_EQ(String(u"the list"), page(query + "configupdates.xml"));
+  for (const char* name : {"missing.xml", "../secret", "..%2Fsecret", "..", "", "."})
+    EXPECT_THROW(page(query + name), HTTPException) << name;
 }
 
 } // namespace
