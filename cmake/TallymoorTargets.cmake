@@ -12,12 +12,16 @@ if(TALLYMOOR_SANITIZERS)
   target_link_options(tallymoor_options INTERFACE -fsanitize=${TALLYMOOR_SANITIZERS})
 endif()
 
-# tallymoor_library(FOLDER [USES folder...] [LINK target...]): the library tallymoor_FOLDER from src/FOLDER/*.cpp.
+# tallymoor_library(FOLDER [USES folder...] [LINK target...] [WITHOUT file...]): the library tallymoor_FOLDER from
+# src/FOLDER/*.cpp, without the named ones.
 # It links only the folders it may include; CMake puts the link line in order.
 function(tallymoor_library folder)
-  cmake_parse_arguments(ARG "" "" "USES;LINK" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "USES;LINK;WITHOUT" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/${folder}/*.cpp)
   list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+  foreach(file IN LISTS ARG_WITHOUT)
+    list(REMOVE_ITEM sources ${PROJECT_SOURCE_DIR}/src/${folder}/${file})
+  endforeach()
   if(sources)
     add_library(tallymoor_${folder} STATIC ${sources})
     set(scope PUBLIC)
