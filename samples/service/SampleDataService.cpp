@@ -1,10 +1,13 @@
 #include "SampleDataService.h"
 #include "Pages.h"
 #include <algorithm>
+#include <atomic>
 #include <charconv>
 #include <ctime>
 #include <fstream>
 #include <httplib.h>
+#include <iterator>
+#include <map>
 
 namespace SampleService {
 
@@ -62,7 +65,13 @@ public:
     m_server.Get("/search", [this](const auto& request, auto& response) { search(request, response); });
     m_server.Get("/updates/update.php",
                  [this](const auto& request, auto& response) { update(request, response); });
+    m_server.Get("/adverts/randomAdvert.php",
+                 [this](const auto& request, auto& response) { advert(request, response); });
+    m_server.Get("/adverts/about", [](const auto&, auto& response) {
+      response.set_content("<html><body><p>A sample advert leads here.</p></body></html>", HTML);
+    });
     m_server.set_tcp_nodelay(true);
+    readAdverts();
   }
 
   bool bind() {
@@ -155,7 +164,39 @@ private:
     }
   }
 
+  void readAdverts() {
+    if (m_options.adverts.empty())
+      return;
+    for (const auto& entry : std::filesystem::directory_iterator(m_options.adverts)) {
+      std::ifstream file(entry.path(), std::ios::binary);
+      if (entry.path().extension() == ".gif")
+        m_adverts[entry.path().filename()].assign(std::istreambuf_iterator<char>(file), {});
+    }
+  }
+
+  /// A picture by its name, or else the next advert's document.
+  void advert(const httplib::Request& request, httplib::Response& response) {
+    if (request.has_param("image")) {
+      const auto picture = m_adverts.find(request.get_param_value("image"));
+      if (picture == m_adverts.end())
+        response.status = 404;
+      else
+        response.set_content(picture->second, "image/gif");
+      return;
+    }
+    if (m_adverts.empty()) {
+      response.status = 404;
+      return;
+    }
+    const auto next = std::next(m_adverts.begin(), m_nextAdvert++ % m_adverts.size());
+    response.set_content("<?xml version=\"1.0\"?>\n<Advertisement url=\"http://127.0.0.1:" +
+                             std::to_string(m_port) + "/adverts/about\" image=\"" + next->first + "\"/>",
+                         "text/xml");
+  }
+
   const ServiceOptions m_options;
+  std::map<std::string, std::string> m_adverts; ///< GIFs by file name
+  std::atomic<unsigned> m_nextAdvert = 0;
   const PriceFolder m_folder;
   const SampleMarket m_market;
   httplib::Server m_server;

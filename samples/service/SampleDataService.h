@@ -9,6 +9,7 @@ namespace SampleService {
 struct ServiceOptions {
   std::filesystem::path prices;  ///< folder of CODE.csv files, which win over the made-up market
   std::filesystem::path updates; ///< folder that the update service serves; empty: it has no updates
+  std::filesystem::path adverts; ///< folder of GIFs that are served as adverts in turn; empty: none
   int port = 8317;               ///< 0 takes a free one
   std::optional<Day> today;      ///< nothing: the machine's date
 };

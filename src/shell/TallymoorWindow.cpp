@@ -2,6 +2,7 @@
 #include "foundation/Constants.h"
 #include "foundation/Settings.h"
 #include "market/TallymoorInternet.h"
+#include "shell/AdvertStrip.h"
 #include "shell/ProgramUpdater.h"
 #include "shell/ViewDateRow.h"
 #include "shell/WarningStrip.h"
@@ -63,6 +64,8 @@ tallymoorWindowMap[] = {
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_FAQ, TallymoorWindow::onFAQ),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_FEEDBACK, TallymoorWindow::onFeedback),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_ABOUT, TallymoorWindow::onAbout),
+    FXMAPFUNC(SEL_LEFTBUTTONPRESS, TallymoorWindow::ID_AD1, TallymoorWindow::onClickAd1),
+    FXMAPFUNC(SEL_LEFTBUTTONPRESS, TallymoorWindow::ID_AD2, TallymoorWindow::onClickAd2),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_STATUS, TallymoorWindow::onChangeStatus),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_FORWARD, TallymoorWindow::onForwardViewDate),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_FFORWARD, TallymoorWindow::onFForwardViewDate),
@@ -82,6 +85,7 @@ TallymoorWindow::TallymoorWindow(FXApp* app, WindowIcons& icons)
   buildToolBars();
   buildTabs();
   m_warnings = new WarningStrip(panelFrame());
+  m_adverts = new AdvertStrip(panelFrame(), this, ID_AD1, ID_AD2);
   buildTray();
   m_programUpdater = std::make_unique<ProgramUpdater>();
 }
@@ -90,6 +94,7 @@ TallymoorWindow::TallymoorWindow(FXApp* app, WindowIcons& icons)
 TallymoorWindow::~TallymoorWindow() {
   BigMutexLock lock;
   m_programUpdater->stopAndJoin();
+  m_advertThread.reset();
   Date::clearFixedDate();
   if (TallymoorInternet::exists())
     TallymoorInternet::Instance().priceUpdater().removeObserver(this);

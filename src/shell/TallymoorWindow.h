@@ -13,6 +13,8 @@
 
 namespace Tallymoor {
 
+class AdvertStrip;
+class AdvertThread;
 class InvestmentTree;
 class ProgramUpdater;
 class PriceWatch;
@@ -60,6 +62,8 @@ public:
     ID_FAQ,
     ID_FEEDBACK,
     ID_ABOUT,
+    ID_AD1,
+    ID_AD2,
     ID_STATUS,
     ID_DATE_FIELD, ///< of the field itself, which sends no command
     ID_FORWARD,
@@ -93,6 +97,7 @@ public:
   FXButton* onlineButton() const { return m_onlineButton; }
   ViewDateRow* viewDateRow() const { return m_viewDateRow; }
   WarningStrip* warnings() const { return m_warnings; }
+  AdvertStrip* adverts() const { return m_adverts; }
   SystemTray& tray() const { return *m_tray; }
 
   void applicationTitle(String& title) const override;
@@ -166,6 +171,8 @@ public:
   long onFAQ(FXObject*, FXSelector, void*);
   long onFeedback(FXObject*, FXSelector, void*);
   long onAbout(FXObject*, FXSelector, void*);
+  long onClickAd1(FXObject*, FXSelector, void*);
+  long onClickAd2(FXObject*, FXSelector, void*);
   long onChangeStatus(FXObject*, FXSelector, void*);
   long onForwardViewDate(FXObject*, FXSelector, void*);
   long onFForwardViewDate(FXObject*, FXSelector, void*);
@@ -230,6 +237,8 @@ private:
   FXButton* m_onlineButton = nullptr;
   ViewDateRow* m_viewDateRow = nullptr;
   WarningStrip* m_warnings = nullptr;
+  AdvertStrip* m_adverts = nullptr;
+  std::unique_ptr<AdvertThread> m_advertThread;
   FXTabBook* m_tabBook = nullptr;
   Tab m_portfolios;
   Tab m_watchlists;

@@ -5,6 +5,7 @@
 #include "foundation/UserInteraction.h"
 #include "market/TallymoorInternet.h"
 #include "shell/AboutDialog.h"
+#include "shell/AdvertStrip.h"
 #include "shell/OnlineHelp.h"
 #include "shell/OptionsDialog.h"
 #include "shell/TallymoorWindow.h"
@@ -180,6 +181,16 @@ long TallymoorWindow::onAbout(FXObject*, FXSelector, void*) {
   });
 }
 
+long TallymoorWindow::onClickAd1(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"TallymoorWindow::onClickAd1 failed.",
+                        [this] { openAdvert(m_adverts->advertUrl1()); });
+}
+
+long TallymoorWindow::onClickAd2(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"TallymoorWindow::onClickAd2 failed.",
+                        [this] { openAdvert(m_adverts->advertUrl2()); });
+}
+
 long TallymoorWindow::onChangeStatus(FXObject*, FXSelector, void*) {
   return guardedHandler(u"TallymoorWindow::onChangeStatus failed.", [this] {
     if (m_changingOnlineState)
@@ -221,6 +232,7 @@ void TallymoorWindow::reconnectByUser() {
 }
 
 void TallymoorWindow::updateStatus() {
+  m_adverts->showPending();
   if (!m_changingOnlineState)
     showOnlineState();
 }

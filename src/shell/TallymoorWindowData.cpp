@@ -6,6 +6,7 @@
 #include "foundation/Settings.h"
 #include "foundation/UserInteraction.h"
 #include "market/TallymoorInternet.h"
+#include "shell/AdvertStrip.h"
 #include "shell/PortfolioTransfer.h"
 #include "shell/ProgramUpdater.h"
 #include "shell/TallymoorWindow.h"
@@ -87,6 +88,7 @@ void TallymoorWindow::load(Progress& progress) {
   if (!m_portfolios.tree->isSound() || !m_watchlists.tree->isSound())
     throw Exception(STARTUP_FAILURE);
   followPricesInTray();
+  m_advertThread = std::make_unique<AdvertThread>(AdvertSettings::current(), m_adverts->pending());
   tellInstallerFailure();
 }
 
@@ -108,6 +110,7 @@ void TallymoorWindow::unload(Progress& progress) {
     TallymoorInternet::Instance().priceUpdater().removeObserver(this);
   progress.step(1, u"waiting for update threads");
   m_programUpdater->stopAndJoin();
+  m_advertThread.reset();
   progress.step(1, u"saving portfolio records");
   forgetWarnings();
   saveUntilDoneOrGivenUp();

@@ -1,5 +1,6 @@
 #pragma once
 #include "foundation/Settings.h"
+#include "shell/AdvertThread.h"
 #include "shell/TallymoorWindow.h"
 #include "shell/UpdateSettings.h"
 #include "shell/ViewDateRow.h"
@@ -22,11 +23,14 @@ protected:
     m_gateway.emplace();
     Settings::Instance().writeString(u"Config", u"Country", u"Australia");
     UpdateSettings::setCurrent(noUpdates());
+    m_adverts.wanted = false;
+    AdvertSettings::setForTest(&m_adverts);
     writeCountries();
   }
 
   void TearDown() override {
     deleteWindow();
+    AdvertSettings::setForTest(nullptr);
     m_gateway.reset();
     UpdateSettings::setCurrent(UpdateSettings::ofThisBuild());
     WindowTest::TearDown();
@@ -91,6 +95,9 @@ protected:
       window.handle(&app(), FXSEL(type, 0), &event);
     }
   }
+
+  /// What the window is made with; no adverts unless a test wants some.
+  AdvertSettings m_adverts;
 
 private:
   /// No look at any update service unless a test wants one.

@@ -1,0 +1,61 @@
+#pragma once
+#include "foundation/String.h"
+#include "foundation/Thread.h"
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace Tallymoor {
+
+class HTTPClient;
+
+/// Where adverts come from, and how often.
+struct AdvertSettings {
+  String base;                   ///< the advert service's address
+  std::uint32_t period = 120000; ///< milliseconds
+  bool wanted = true;
+
+  /// Those of the build and of the user's settings ("Operation", "ShowAdverts"), unless a test has set
+  /// others.
+  static AdvertSettings current();
+  /// For tests, before a window is made; those of the build again with what it returned before.
+  static void setForTest(const AdvertSettings* settings);
+};
+
+/// One fetched advert on its way to the display; an empty picture is none. Guarded by the big mutex.
+struct PendingAdvert {
+  std::vector<std::uint8_t> image; ///< a sound GIF
+  String url;
+};
+
+/// The background thread that fetches an advert every two minutes, as long as none is waiting to be shown
+/// and the user is online. The network is used with no lock. Failures are nobody's business: the next pass
+/// comes.
+class AdvertThread : public Thread {
+public:
+  /// Starts at once, unless adverts are not wanted. What it fetches goes into the pending advert, which
+  /// outlives the thread.
+  AdvertThread(const AdvertSettings& settings, PendingAdvert& pending);
+  /// As stopAndJoin.
+  ~AdvertThread() override;
+
+  /// Tells the thread to stop, aborts what it fetches, and waits for its end with the big mutex given up.
+  void stopAndJoin();
+  /// One pass on the calling thread, which must not hold the big mutex. Throws Exception.
+  void runPass();
+
+protected:
+  void threadFunction() override;
+
+private:
+  bool mayFetch();
+  PendingAdvert fetch(HTTPClient& client) const;
+
+  const AdvertSettings m_settings;
+  PendingAdvert& m_pending;
+  std::mutex m_mutex;
+  std::shared_ptr<HTTPClient> m_client; ///< of the pass under way; guarded by m_mutex
+};
+
+} // namespace Tallymoor
