@@ -24,6 +24,9 @@ target_link_libraries(Icu::Icu INTERFACE ICU::i18n ICU::uc)
 
 find_package(sdbus-c++ 1.2 REQUIRED)
 
+pkg_check_modules(SM REQUIRED IMPORTED_TARGET sm ice)
+add_library(Sm::Sm ALIAS PkgConfig::SM)
+
 # For the signatures of program updates alone.
 find_package(OpenSSL 3.0 REQUIRED)
 

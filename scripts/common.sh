@@ -5,7 +5,7 @@
 packages=(
   g++ cmake ninja-build pkg-config
   libfox-1.6-dev libxerces-c-dev libcurl4-openssl-dev libicu-dev libxslt1-dev libcpp-httplib-dev
-  libsdbus-c++-dev libssl-dev
+  libsdbus-c++-dev libssl-dev libsm-dev libice-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   xvfb xauth xdotool openbox imagemagick fonts-dejavu-core xdg-utils dbus dbus-daemon procps libxml2-dev python3
 )

@@ -93,11 +93,15 @@ void PortfolioStore::openPortfolios() {
 }
 
 void PortfolioStore::save() {
-  if (m_loadFailed && !UserInteraction::Instance().question(OVERWRITE_QUESTION))
-    return;
-  m_lastSaveSucceeded = writeRecords(recordsPath());
-  if (m_lastSaveSucceeded)
+  if (saveRecords())
     saveCapitalRecords();
+}
+
+bool PortfolioStore::saveRecords() {
+  if (m_loadFailed && !UserInteraction::Instance().question(OVERWRITE_QUESTION))
+    return false;
+  m_lastSaveSucceeded = writeRecords(recordsPath());
+  return m_lastSaveSucceeded;
 }
 
 // The files of changed capital records go before the records are replaced: a crash in between then leaves
@@ -105,7 +109,8 @@ void PortfolioStore::save() {
 bool PortfolioStore::writeRecords(const String& path) {
   std::optional<Exception> backupFailure;
   try {
-    backUp(path);
+    if (!m_keepBackup)
+      backUp(path);
   } catch (const Exception& exception) {
     backupFailure = exception;
   }
@@ -114,6 +119,7 @@ bool PortfolioStore::writeRecords(const String& path) {
       if (portfolio->capitalRecord().isModified())
         portfolio->capitalRecord().removeFile();
     saveDocument(path, m_records, RECORDS_DTD, newRecords);
+    m_keepBackup = false;
     if (backupFailure)
       UserInteraction::Instance().reportException(u"Your data were saved, but not the copy of the last ones.",
                                                   *backupFailure);

@@ -23,6 +23,12 @@ public:
   /// reported here; throws Exception when a capital record can't be written. Saves nothing when the load
   /// failed and the user does not want the old file overwritten.
   void save();
+  /// The first half of save(): the capital records of changed portfolios are missing until the other half,
+  /// and would be computed again. False when the records were not written.
+  bool saveRecords();
+  /// Whether the next save leaves the copy of the last records as it is, because it goes together with the
+  /// save before: the copy then holds what was there before both.
+  void keepBackup(bool keep) { m_keepBackup = keep; }
 
   /// True from a failed load on, for the whole run.
   bool loadFailed() const { return m_loadFailed; }
@@ -45,6 +51,7 @@ private:
   OpenPortfolios m_portfolios;
   bool m_loadFailed = false;
   bool m_lastSaveSucceeded = true;
+  bool m_keepBackup = false;
 };
 
 } // namespace Tallymoor

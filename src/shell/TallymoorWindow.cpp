@@ -4,6 +4,7 @@
 #include "market/TallymoorInternet.h"
 #include "shell/AdvertStrip.h"
 #include "shell/ProgramUpdater.h"
+#include "shell/SessionClient.h"
 #include "shell/ViewDateRow.h"
 #include "shell/WarningStrip.h"
 #include "views/NodeIcons.h"
@@ -88,11 +89,13 @@ TallymoorWindow::TallymoorWindow(FXApp* app, WindowIcons& icons)
   m_adverts = new AdvertStrip(panelFrame(), this, ID_AD1, ID_AD2);
   buildTray();
   m_programUpdater = std::make_unique<ProgramUpdater>();
+  buildSession();
 }
 
 // Views first, then the portfolios that they show, then the records.
 TallymoorWindow::~TallymoorWindow() {
   BigMutexLock lock;
+  m_session.reset();
   m_programUpdater->stopAndJoin();
   m_advertThread.reset();
   Date::clearFixedDate();
@@ -244,6 +247,7 @@ void TallymoorWindow::create() {
   m_icons.create();
   m_onlineButton->setWidth(normalFont()->getTextWidth("offline") + m_icons.online->getWidth() + 24);
   MainWindow::create();
+  m_session->connect();
   loadUnderProgress();
 }
 

@@ -19,6 +19,7 @@ class InvestmentTree;
 class ProgramUpdater;
 class PriceWatch;
 struct ReportPeriod;
+class SessionClient;
 class SharePortfolioTreeItem;
 class TotalCapTreeItem;
 class ViewDateRow;
@@ -99,6 +100,7 @@ public:
   WarningStrip* warnings() const { return m_warnings; }
   AdvertStrip* adverts() const { return m_adverts; }
   SystemTray& tray() const { return *m_tray; }
+  SessionClient& session() const { return *m_session; }
 
   void applicationTitle(String& title) const override;
   void saveAll() override;
@@ -206,6 +208,11 @@ private:
   bool busyWithAnotherWindow() const;
   void showTrayMenu(FXint x, FXint y);
 
+  void buildSession();
+  std::optional<bool> saveForSession();
+  bool nothingToLose();
+  bool saveUnasked(bool recordsOnly);
+
   void loadUnderProgress();
   void load(Progress& progress);
   void loadGateway();
@@ -247,8 +254,10 @@ private:
   std::unique_ptr<SystemTray> m_tray;
   std::unique_ptr<PriceWatch> m_trayPrices;
   std::unique_ptr<ProgramUpdater> m_programUpdater;
+  std::unique_ptr<SessionClient> m_session;
   std::optional<bool> m_shownOnline; ///< what the online button shows
   bool m_changingOnlineState = false;
+  bool m_loadEnded = false;
   bool m_shutdownDone = false;
 };
 

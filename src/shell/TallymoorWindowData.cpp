@@ -54,6 +54,7 @@ void TallymoorWindow::loadUnderProgress() {
     m_store.setLoadFailed();
     reportException(u"Failure during startup. You may need to restart.\n", exception);
   }
+  m_loadEnded = true;
 }
 
 void TallymoorWindow::runLengthyFunction(Progress& progress, int argument) {
