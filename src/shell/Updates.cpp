@@ -239,6 +239,8 @@ bool Updates::installConfigUpdates() {
     removeFile(downloaded);
     any = true;
   }
+  std::error_code ignored; // fails where there is none
+  std::filesystem::remove(m_folder + DOCUMENTS, ignored);
   return any;
 }
 
