@@ -134,6 +134,20 @@ TEST_F(TallymoorInternetPricesTest, AsksForAsManyDaysAsAPageHolds) {
   EXPECT_EQ(ranges[1].end, Date(2005, 6, 21));
 }
 
+// Who walks day by day asks for the next page on whatever day the last one ended before.
+TEST_F(TallymoorInternetPricesTest, APageThatBeginsOnASaturdayHasTheFridaysClose) {
+  m_market.setMaxEntries(100);
+  m_market.setHistory(m_code, Date(2005, 1, 3), m_today, [](const Date& day) { return 5.0 + day.day(); });
+  const Date saturday(2006, 6, 3);
+  gateway().historicalPrice(m_code, saturday.plusDays(-141), false); // a page up to Friday
+  ASSERT_TRUE(gateway().hasCachedPrice(m_code, saturday.plusDays(-1)));
+  ASSERT_FALSE(gateway().hasCachedPrice(m_code, saturday));
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, saturday, false), 7.0);
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, saturday.plusDays(1), false), 7.0);
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, saturday.plusDays(2), false), 10.0);
+  EXPECT_EQ(m_market.requestedRanges().size(), 2u);
+}
+
 TEST_F(TallymoorInternetPricesTest, AFromRequestCloseToTodayReachesBackAFortnight) {
   m_market.setHistory(m_code, Date(2006, 1, 2), m_today, 5.0);
   gateway().historicalPrice(m_code, Date(2006, 11, 13), false);
