@@ -11,6 +11,8 @@ FXDEFMAP(ListChoiceDialog)
 ListChoiceDialogMap[] = {
     FXMAPFUNCS(SEL_COMMAND, ListChoiceDialog::ID_ENTRY, ListChoiceDialog::ID_LAST_ENTRY,
                ListChoiceDialog::onCheck),
+    FXMAPFUNCS(SEL_FOCUSIN, ListChoiceDialog::ID_ENTRY, ListChoiceDialog::ID_LAST_ENTRY,
+               ListChoiceDialog::onFocusEntry),
 };
 
 FXIMPLEMENT(ListChoiceDialog, Dialog, ListChoiceDialogMap, ARRAYNUMBER(ListChoiceDialogMap))
@@ -60,6 +62,24 @@ void ListChoiceDialog::sizeList() {
   const FXint rowHeight = m_list->getFirst()->getDefaultHeight();
   m_scroller->setWidth(widest + widthBesideRows);
   m_scroller->setHeight(rowHeight * static_cast<FXint>(std::min(m_buttons.size(), rowsInView)));
+}
+
+void ListChoiceDialog::scrollTo(const FXWindow& row) {
+  const FXint top = -m_scroller->getYPosition();
+  const FXint bottom = top + m_scroller->getViewportHeight();
+  if (row.getY() < top)
+    m_scroller->setPosition(m_scroller->getXPosition(), -row.getY());
+  else if (row.getY() + row.getHeight() > bottom)
+    m_scroller->setPosition(m_scroller->getXPosition(),
+                            m_scroller->getViewportHeight() - row.getY() - row.getHeight());
+}
+
+long ListChoiceDialog::onFocusEntry(FXObject*, FXSelector selector, void*) {
+  return guardedHandler(u"ListChoiceDialog::onFocusEntry failed.", [&] {
+    const std::size_t index = FXSELID(selector) - ID_ENTRY;
+    if (index < m_buttons.size())
+      scrollTo(*m_buttons[index]->getParent());
+  });
 }
 
 long ListChoiceDialog::onCheck(FXObject*, FXSelector selector, void*) {

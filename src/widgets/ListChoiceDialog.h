@@ -21,6 +21,8 @@ public:
 
   bool validate() override;
   long onCheck(FXObject*, FXSelector, void*);
+  /// Scrolls the entry that has the keyboard into view.
+  long onFocusEntry(FXObject*, FXSelector, void*);
 
   const std::vector<void*>& chosenData() const { return m_chosenData; }
   const std::vector<String>& chosenTexts() const { return m_chosenTexts; }
@@ -33,6 +35,7 @@ protected:
 private:
   void uncheckAllBut(const FXCheckButton* kept);
   void sizeList();
+  void scrollTo(const FXWindow& row);
 
   bool m_multiple = false;
   bool m_someChecked = false;

@@ -147,6 +147,33 @@ TEST_F(ListChoiceDialogTest, TenRowsShowAndTheEleventhScrolls) {
   EXPECT_GT(listOf(eleven).getContentHeight(), listOf(eleven).getHeight());
 }
 
+TEST_F(ListChoiceDialogTest, TheEntryThatTakesTheKeysScrollsIntoView) {
+  ListChoiceDialog dialog(&mainWindow(), u"Choose", String(), true);
+  addNumbered(dialog, 25);
+  whenModal("Choose", [&](FXWindow& form) {
+    FXScrollWindow& list = listOf(dialog);
+    const auto isInView = [&](const std::string& label) {
+      const FXWindow& row = *button(form, label).getParent();
+      const FXint top = row.getY() + list.getYPosition();
+      return top >= 0 && top + row.getHeight() <= list.getViewportHeight();
+    };
+    const auto focus = [&](const std::string& label) {
+      button(form, label).handle(&app(), FXSEL(SEL_FOCUSIN, 0), nullptr);
+    };
+    EXPECT_FALSE(isInView("entry 25"));
+    focus("entry 25");
+    EXPECT_TRUE(isInView("entry 25"));
+    EXPECT_FALSE(isInView("entry 1"));
+    focus("entry 20"); // is in view
+    EXPECT_TRUE(isInView("entry 25"));
+    focus("entry 2");
+    EXPECT_TRUE(isInView("entry 2"));
+    EXPECT_FALSE(isInView("entry 25"));
+    press(form, "Cancel");
+  });
+  dialog.execute();
+}
+
 TEST_F(ListChoiceDialogTest, TheListIsAsWideAsItsWidestRowAndAScrollBar) {
   ListChoiceDialog dialog(&mainWindow(), u"Choose", String(), true);
   dialog.addListEntry(u"short", nullptr);
