@@ -88,8 +88,10 @@ void WatchlistTable::cellEdited(Column& column, Row& row) {
     return;
   const String& code = row.payload<HeldShareRow>().code;
   const PriceLimits old = PriceLimits::ofStock(code);
-  if (const auto limits = changedLimits(shownText(column, row), old.fullText(), old))
+  if (const auto limits = changedLimits(shownText(column, row), old.fullText(), old)) {
     m_commands->limitsTyped(code, *limits);
+    choiceChanged(); // for what is drawn of the limits
+  }
 }
 
 void WatchlistTable::rowPopup(const TableClick& click) {

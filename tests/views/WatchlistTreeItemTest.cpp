@@ -320,6 +320,20 @@ TEST_F(WatchlistTreeItemTest, ChartShowsTheChosenStock) {
   EXPECT_EQ(String(u"AAA.AX"), list().chart()->code());
 }
 
+TEST_F(WatchlistTreeItemTest, ChartShowsLimitsAsSoonAsTheyAreTyped) {
+  watchOne();
+  showTrees();
+  leftClick(list());
+  EXPECT_THAT(list().chart()->chart().model().levels, IsEmpty());
+  typeInto(table(), 0, u"Price Min/Max", "4 - 9");
+  const std::vector<ChartLevel> levels = list().chart()->chart().model().levels;
+  ASSERT_EQ(2u, levels.size());
+  EXPECT_DOUBLE_EQ(4.0, levels[0].value);
+  EXPECT_DOUBLE_EQ(9.0, levels[1].value);
+  typeInto(table(), 0, u"Price Min/Max", "");
+  EXPECT_THAT(list().chart()->chart().model().levels, IsEmpty());
+}
+
 TEST_F(WatchlistTreeItemTest, ChartOfADeletedPortfoliosStockIsStillDrawn) {
   addTrading();
   addPortfolio(u"Other", 100.0);
