@@ -231,8 +231,10 @@ void Table::chooseVisibleColumns() {
     m_visibleColumns.push_back(column.get());
     sorts = sorts || column->function() == m_sortFunction;
   }
-  if (!sorts)
-    m_sortFunction = nullptr;
+  if (sorts || !m_sortFunction)
+    return;
+  m_sortFunction = nullptr;
+  m_sortReversed = false; // nobody has asked for the keys the other way round
 }
 
 void Table::setUpToolkitTable() {

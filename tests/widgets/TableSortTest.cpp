@@ -83,6 +83,17 @@ TEST_F(TableSortTest, EndsWhenItsOwnColumnIsHidden) {
   EXPECT_EQ(-1, table().sortColumn());
 }
 
+TEST_F(TableSortTest, ReversedSortThatEndsLeavesTheKeysInTheirOrder) {
+  clickHeader(2);
+  clickHeader(2);
+  hide(u"Value");
+  EXPECT_FALSE(table().sortReversed());
+  EXPECT_THAT(table().keys(), ElementsAre("AAA.AX", "BBB.AX", "CCC.AX"));
+  clickCorner();
+  hide(u"Number"); // no sort ends with this one
+  EXPECT_THAT(table().keys(), ElementsAre("CCC.AX", "BBB.AX", "AAA.AX"));
+}
+
 TEST_F(TableSortTest, EndsWhenItsColumnIsDeclaredNoMore) {
   clickHeader(3);
   table().withNote = false;
