@@ -40,7 +40,7 @@ ChartFrame::ChartFrame(FXComposite* parent, const String& settingsKey)
       m_settingsKey(settingsKey) {
   buildRangeButtons();
   m_chart = new ChartView(this);
-  showRange(range());
+  showRange();
   m_chart->setSource([this] {
     const Date end;
     return makeModel(startOf(range(), end), end);
@@ -63,28 +63,34 @@ void ChartFrame::refresh() {
   m_chart->modelChanged();
 }
 
-void ChartFrame::showRange(ChartRange range) {
+void ChartFrame::showRange() {
   for (std::size_t i = 0; i < m_buttons.size(); ++i)
-    m_buttons[i]->setState(ChartRange(i) == range ? STATE_ENGAGED : STATE_UP);
-  m_shown = range;
+    showState(i);
+  m_shown = range();
+}
+
+void ChartFrame::showState(std::size_t button) {
+  m_buttons[button]->setState(ChartRange(button) == range() ? STATE_ENGAGED : STATE_UP);
 }
 
 long ChartFrame::onRange(FXObject*, FXSelector selector, void*) {
   return guardedHandler(u"ChartFrame::onRange failed.", [&] {
     Settings::Instance().writeInt(SECTION, m_settingsKey, std::int32_t(FXSELID(selector) - ID_RANGE));
-    showRange(range());
+    showRange();
     rangeChosen();
     refresh();
   });
 }
 
-/// Also takes over what was chosen in another chart of the kind.
-long ChartFrame::onUpdateRange(FXObject*, FXSelector, void*) {
+/// Also takes over what was chosen in another chart of the kind. Touches no other button: one that is held
+/// down would be let go, and its click lost.
+long ChartFrame::onUpdateRange(FXObject*, FXSelector selector, void*) {
   const BigMutexLock lock;
-  const bool wasChanged = range() != m_shown;
-  showRange(range());
-  if (wasChanged)
-    refresh();
+  showState(FXSELID(selector) - ID_RANGE);
+  if (range() == m_shown)
+    return 1;
+  m_shown = range();
+  refresh();
   return 1;
 }
 

@@ -42,7 +42,8 @@ protected:
 
 private:
   void buildRangeButtons();
-  void showRange(ChartRange range);
+  void showRange();
+  void showState(std::size_t button);
 
   String m_settingsKey;
   std::array<FXButton*, 4> m_buttons{};

@@ -91,6 +91,20 @@ TEST_F(ChartFrameTest, TheRangeIsChosenByItsButtonAndKept) {
   EXPECT_EQ(ChartRange::ONE_YEAR, place<CapitalChart>(all()).range()) << "another kind has its own";
 }
 
+TEST_F(ChartFrameTest, AClickThatTakesItsTimeChoosesTheRange) {
+  addCurrentPortfolio();
+  auto& chart = place<CapitalChart>(all());
+  FXEvent click{};
+  FXButton& years = rangeButton(chart, "3 Years");
+  years.handle(&app(), FXSEL(SEL_LEFTBUTTONPRESS, 0), &click);
+  for (FXButton* button : findAll<FXButton>(chart))
+    button->handle(&app(), FXSEL(SEL_UPDATE, 0), nullptr);
+  EXPECT_EQ(ChartRange::ONE_YEAR, chart.range());
+  years.handle(&app(), FXSEL(SEL_LEFTBUTTONRELEASE, 0), &click);
+  EXPECT_EQ(ChartRange::THREE_YEARS, chart.range());
+  EXPECT_EQ("3 Years", pressedRange(chart));
+}
+
 TEST_F(ChartFrameTest, ChartsOfAKindTakeOverTheChoice) {
   addCurrentPortfolio();
   auto& first = place<CapitalChart>(all());
