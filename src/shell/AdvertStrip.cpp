@@ -26,7 +26,8 @@ void fit(FXImage& image) {
 AdvertStrip::AdvertStrip(FXComposite* parent, FXObject* target, FXSelector first, FXSelector second)
     : FXHorizontalFrame(parent, LAYOUT_FILL_X | LAYOUT_FIX_HEIGHT, 0, 0, 0, HEIGHT, 4, 4, 4, 4) {
   addPlace(m_first, target, first);
-  new FXVerticalSeparator(this);
+  m_separator = new FXVerticalSeparator(this);
+  m_separator->hide();
   addPlace(m_second, target, second);
   hide();
 }
@@ -67,6 +68,8 @@ void AdvertStrip::showPending() {
     if (place->image)
       place->frame->show();
   }
+  if (m_first.image)
+    m_separator->show();
   show();
   recalc();
 }

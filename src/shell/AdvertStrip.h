@@ -40,6 +40,7 @@ private:
   PendingAdvert m_pending;
   Place m_first;
   Place m_second;
+  FXVerticalSeparator* m_separator = nullptr; ///< shown between two adverts
 };
 
 /// Opens an advert's link, which must be a web address: anything else, an empty one too, is passed over.

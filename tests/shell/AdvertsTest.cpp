@@ -121,6 +121,15 @@ TEST_F(AdvertsTest, SecondAdvertMovesToTheFirstPlace) {
   EXPECT_EQ(String(u"http://two.example/"), strip().advertUrl2());
 }
 
+TEST_F(AdvertsTest, LineStandsOnlyBetweenTwoAdverts) {
+  const std::vector<FXVerticalSeparator*> lines = findAll<FXVerticalSeparator>(strip());
+  ASSERT_EQ(1u, lines.size());
+  fetchAndShow("http://one.example/");
+  EXPECT_FALSE(lines[0]->shown());
+  fetchAndShow("http://two.example/");
+  EXPECT_TRUE(lines[0]->shown());
+}
+
 TEST_F(AdvertsTest, NothingIsFetchedWhileOneWaits) {
   pass();
   const std::size_t requests = numRequests();
