@@ -29,7 +29,7 @@ DocumentReader::DocumentReader() : SAX2XMLReaderImpl(libraryMemory(), nullptr) {
   setFeature(XMLUni::fgXercesSchema, false);
   setFeature(XMLUni::fgXercesLoadSchema, false);
   setFeature(XMLUni::fgXercesDisableDefaultEntityResolution, true);
-  // What a document type declares is told to this class only while somebody is registered to hear of it.
+  // The document type is told to this class only while somebody is registered to hear of it.
   setDeclarationHandler(&m_declarations);
 }
 
@@ -49,12 +49,12 @@ void DocumentReader::endElement(const xercesc::XMLElementDecl& declaration, cons
   SAX2XMLReaderImpl::endElement(declaration, uriId, isRoot, prefix);
 }
 
-void DocumentReader::entityDecl(const xercesc::DTDEntityDecl&, const bool, const bool) {
-  throw xercesc::SAXException("entity declarations are not accepted");
-}
-
-void DocumentReader::attDef(const xercesc::DTDElementDecl&, const xercesc::DTDAttDef&, const bool) {
-  throw xercesc::SAXException("attribute declarations are not accepted");
+void DocumentReader::doctypeDecl(const xercesc::DTDElementDecl& element, const XMLCh* const publicId,
+                                 const XMLCh* const systemId, const bool hasInternal,
+                                 const bool hasExternal) {
+  if (hasInternal)
+    throw xercesc::SAXException("declarations in the document are not accepted");
+  SAX2XMLReaderImpl::doctypeDecl(element, publicId, systemId, hasInternal, hasExternal);
 }
 
 xercesc::InputSource* DocumentReader::resolveEntity(xercesc::XMLResourceIdentifier*) {

@@ -9,9 +9,9 @@
 namespace Tallymoor {
 
 /// The SAX2 reader, set up so that a document from outside can do no harm: nothing but the document itself is
-/// ever opened, entities and attribute defaults can't be declared (ours declare nothing, and a kilobyte of
-/// them can stand for gigabytes), and the nesting is bounded. What is refused throws a SAXException out of
-/// the parse.
+/// ever opened, nothing can be declared in its document type (ours declare nothing, a kilobyte of entities
+/// can stand for gigabytes, and of other declarations the library keeps a hundred times their length), and
+/// the nesting is bounded. What is refused throws a SAXException out of the parse.
 ///
 /// Namespaces are off, so elements and attributes arrive by their qualified names.
 class DocumentReader : public xercesc::SAX2XMLReaderImpl {
@@ -29,10 +29,9 @@ public:
                     const XMLSize_t attributeCount, const bool isEmpty, const bool isRoot) override;
   void endElement(const xercesc::XMLElementDecl& declaration, const unsigned int uriId, const bool isRoot,
                   const XMLCh* const prefix) override;
-  void entityDecl(const xercesc::DTDEntityDecl& entity, const bool isParameter,
-                  const bool isIgnored) override;
-  void attDef(const xercesc::DTDElementDecl& element, const xercesc::DTDAttDef& attribute,
-              const bool isIgnored) override;
+  /// Called before anything between the brackets of the document type is read.
+  void doctypeDecl(const xercesc::DTDElementDecl& element, const XMLCh* const publicId,
+                   const XMLCh* const systemId, const bool hasInternal, const bool hasExternal) override;
   /// Gives an empty document for whatever the library would open.
   xercesc::InputSource* resolveEntity(xercesc::XMLResourceIdentifier* identifier) override;
 
