@@ -27,12 +27,26 @@ FXString startFolder() {
   return FXStat::isDirectory(last) ? last : FXSystem::getHomeDirectory();
 }
 
+/// The dialog's field for a file's name, which the toolkit keeps to itself.
+FXTextField* nameField(FXWindow& window) {
+  for (FXWindow* child = window.getFirst(); child; child = child->getNext()) {
+    if (auto* field = dynamic_cast<FXTextField*>(child))
+      return field;
+    if (FXTextField* field = nameField(*child))
+      return field;
+  }
+  return nullptr;
+}
+
 /// Nothing when the user cancelled.
 std::optional<FXString> chooseFile(FXWindow* owner, const char* title, FXuint mode) {
   FXFileDialog dialog(owner, title);
   dialog.setPatternList(FILE_PATTERNS);
   dialog.setSelectMode(mode);
   dialog.setDirectory(startFolder());
+  dialog.create();
+  if (FXTextField* field = nameField(dialog))
+    field->setFocus(); // the toolkit would begin in none, and what is typed would be lost
   ModalLoopScope modal(&dialog);
   if (!dialog.execute())
     return std::nullopt;

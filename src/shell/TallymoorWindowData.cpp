@@ -178,6 +178,7 @@ long TallymoorWindow::onImport(FXObject*, FXSelector, void*) {
 void TallymoorWindow::importFrom(const String& file, TotalCapTreeItem& totalCapital) {
   std::optional<ImportedPortfolios> imported;
   try {
+    const WaitCursor wait;
     imported.emplace(file);
   } catch (const Exception& exception) {
     reportException(u"Failed to decode the imported portfolios: ", exception);

@@ -163,6 +163,20 @@ TEST_F(PortfolioTransferTest, ExportThatCannotBeWrittenSaysSo) {
   EXPECT_FALSE(TestProfile::fileExists(path));
 }
 
+TEST_F(PortfolioTransferTest, DialogsBeginInTheNameOfTheFile) {
+  for (const auto& [id, title] : {std::pair(TallymoorWindow::ID_IMPORT, "Import portfolios from:"),
+                                  std::pair(TallymoorWindow::ID_EXPORT, "Export portfolios to:")}) {
+    whenModal(title, [this](FXWindow& dialog) {
+      FXWindow* focused = &dialog;
+      while (focused->getFocus())
+        focused = focused->getFocus();
+      EXPECT_EQ(find<FXTextField>(dialog), focused);
+      press(dialog, "Cancel");
+    });
+    command(id);
+  }
+}
+
 TEST_F(PortfolioTransferTest, CancelledDialogsDoNothing) {
   whenModal("Export portfolios to:", [this](FXWindow& dialog) { press(dialog, "Cancel"); });
   command(TallymoorWindow::ID_EXPORT);
@@ -244,6 +258,8 @@ TEST_F(PortfolioTransferTest, FilesThatAreNoRecordsLeaveEverythingAsItWas) {
   expectRefused(document(portfolio("Good", "1.00") + portfolio("Savings", "1.00", "someday")), "");
   expectRefused(
       "<!DOCTYPE Portfolios [<!ENTITY a \"aaaa\"><!ENTITY b \"&a;&a;\">]><Portfolios>&b;</Portfolios>", "");
+  expectRefused("<!DOCTYPE Portfolios [<!ELEMENT a (b|c)>]><Portfolios/>",
+                "declarations in the document are not");
   std::string nested;
   for (int i = 0; i < 1'000'000; ++i)
     nested += "<Portfolios>";
