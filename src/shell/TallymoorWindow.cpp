@@ -14,6 +14,7 @@
 #include "widgets/Colours.h"
 #include "widgets/InvestmentTree.h"
 #include "widgets/ToolkitText.h"
+#include <algorithm>
 
 namespace Tallymoor {
 
@@ -21,6 +22,7 @@ namespace {
 
 constexpr int TREE_WIDTH = 150;
 constexpr FXint SEPARATOR_WIDTH = 2;
+constexpr FXint TITLE_BAR_HEIGHT = 24; ///< room for what the window manager puts above the window
 
 /// "DarkOliveGreen4", laid over white.
 FXColor portfolioTreeColour() {
@@ -120,6 +122,15 @@ void TallymoorWindow::restorePlace() {
            static_cast<FXint>(settings.readUnsigned(section, u"MainY", 100)),
            static_cast<FXint>(settings.readUnsigned(section, u"MainWidth", 800)),
            static_cast<FXint>(settings.readUnsigned(section, u"MainHeight", 600)));
+}
+
+// A first start on a small screen, or a larger screen that is gone, would leave a part of it out of reach.
+void TallymoorWindow::keepOnScreen() {
+  const FXint screenWidth = getRoot()->getWidth(), screenHeight = getRoot()->getHeight();
+  const FXint width = std::min(getWidth(), screenWidth);
+  const FXint height = std::min(getHeight(), screenHeight - TITLE_BAR_HEIGHT);
+  position(std::clamp(getX(), 0, screenWidth - width),
+           std::clamp(getY(), TITLE_BAR_HEIGHT, screenHeight - height), width, height);
 }
 
 FXMenuPane* TallymoorWindow::addMenu(const char* title) {
@@ -245,6 +256,7 @@ TallymoorWindow::Tab TallymoorWindow::buildTab(const char* label, FXColor treeCo
 void TallymoorWindow::create() {
   BigMutexLock lock;
   m_icons.create();
+  keepOnScreen();
   m_onlineButton->setWidth(normalFont()->getTextWidth("offline") + m_icons.online->getWidth() + 24);
   MainWindow::create();
   m_session->connect();

@@ -191,6 +191,7 @@ private:
   };
 
   void restorePlace();
+  void keepOnScreen();
   void buildToolBars();
   void buildOnlineBar(FXComposite* parent);
   void buildCommandBar(FXComposite* parent);

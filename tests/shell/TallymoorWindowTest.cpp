@@ -113,6 +113,38 @@ TEST_F(TallymoorWindowTest, SizeAndPlaceAreRemembered) {
   EXPECT_EQ(140u, settings.readUnsigned(u"Gui Settings", u"MainY"));
 }
 
+/// Remembered from a screen that is gone.
+class WindowOffTheScreenTest : public TallymoorWindowTest {
+protected:
+  WindowOffTheScreenTest() {
+    Settings::Instance().writeUnsigned(u"Gui Settings", u"MainX", 30000);
+    Settings::Instance().writeUnsigned(u"Gui Settings", u"MainY", 20000);
+    Settings::Instance().writeUnsigned(u"Gui Settings", u"MainWidth", 9000);
+    Settings::Instance().writeUnsigned(u"Gui Settings", u"MainHeight", 450);
+  }
+};
+
+TEST_F(WindowOffTheScreenTest, IsBroughtBackWhole) {
+  const FXWindow& screen = *tallymoor().getRoot();
+  EXPECT_EQ(0, tallymoor().getX());
+  EXPECT_EQ(screen.getHeight() - 450, tallymoor().getY());
+  EXPECT_EQ(screen.getWidth(), tallymoor().getWidth());
+  EXPECT_EQ(450, tallymoor().getHeight());
+}
+
+/// As on a screen of no more than the size of a first start.
+class WindowLargerThanTheScreenTest : public TallymoorWindowTest {
+protected:
+  WindowLargerThanTheScreenTest() {
+    Settings::Instance().writeUnsigned(u"Gui Settings", u"MainHeight", 9000);
+  }
+};
+
+TEST_F(WindowLargerThanTheScreenTest, LeavesRoomForItsTitle) {
+  EXPECT_GT(tallymoor().getY(), 15);
+  EXPECT_EQ(tallymoor().getRoot()->getHeight(), tallymoor().getY() + tallymoor().getHeight());
+}
+
 TEST_F(TallymoorWindowTest, NegativePlaceLeavesTheRememberedOneAlone) {
   tallymoor().position(130, 140, 900, 650);
   letEventsPass();
