@@ -13,7 +13,7 @@ constexpr unsigned COLOUR_TABLE = 0x80;      ///< flag: a table of colours follo
 constexpr unsigned COLOUR_TABLE_SIZE = 0x07; ///< its size as a power of two, less one
 constexpr unsigned LEAST_CODE_SIZE = 2, LARGEST_CODE_SIZE = 8;
 
-/// Goes through a GIF block by block (the layout is that of the GIF89a specification of CompuServe, 1990).
+/// Goes through a GIF block by block (their layout is that of GIF89a, CompuServe 1990).
 class GifWalk {
 public:
   explicit GifWalk(const std::vector<std::uint8_t>& bytes) : m_bytes(bytes) {}
