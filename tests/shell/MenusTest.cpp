@@ -135,6 +135,8 @@ TEST_F(MenusTest, EntriesThatActDoSo) {
   market().awaitRequests(MarketFixture::Page::Quote, 1);
   pressEntry("Refresh Prices");
   market().awaitRequests(MarketFixture::Page::Quote, 2);
+  press(tallymoor(), "Price Update"); // the tool bar's button
+  market().awaitRequests(MarketFixture::Page::Quote, 3);
 
   // Without a window manager nothing is minimised; that is for the tests of the tray.
   EXPECT_EQ(FXSelector(FXTopWindow::ID_MINIMIZE), menuEntry("Minimise")->getSelector());

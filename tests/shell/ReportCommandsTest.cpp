@@ -80,7 +80,7 @@ protected:
   void pressEntry(const std::string& text) {
     FXMenuCommand* entry = menuEntry(text);
     ASSERT_TRUE(entry) << text;
-    entry->getTarget()->handle(entry, FXSEL(SEL_COMMAND, entry->getSelector()), nullptr);
+    press(*entry);
   }
   void reportCustom(const std::string& from, const std::string& to) {
     whenModal("Custom Report", [=, this](FXWindow& dialog) {
