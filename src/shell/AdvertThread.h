@@ -19,7 +19,8 @@ struct AdvertSettings {
   /// Those of the build and of the user's settings ("Operation", "ShowAdverts"), unless a test has set
   /// others.
   static AdvertSettings current();
-  /// For tests, before a window is made; those of the build again with what it returned before.
+  /// For tests, before a window is made: current gives these from now on. Not owned; null gives the build's
+  /// and the user's again.
   static void setForTest(const AdvertSettings* settings);
 };
 
