@@ -8,6 +8,7 @@ packages=(
   libsdbus-c++-dev libssl-dev libsm-dev libice-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   xvfb xauth xdotool openbox imagemagick fonts-dejavu-core xdg-utils dbus dbus-daemon procps libxml2-dev python3
+  cmark-gfm
 )
 
 say() { printf '%s\n' "$*" >&2; }

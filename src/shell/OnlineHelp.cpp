@@ -1,11 +1,14 @@
 #include "shell/OnlineHelp.h"
 #include "foundation/FileReplacement.h"
 #include "foundation/Platform.h"
+#include <filesystem>
 
 namespace Tallymoor {
 
 String helpPage() {
-  const String guide = Platform::Instance().installedDefaultsDirectory() + u"/../guide/guide.html";
+  // Without "..": the path is shown by the browser, and some openers refuse such steps.
+  const std::filesystem::path defaults = Platform::Instance().installedDefaultsDirectory().toUTF8();
+  const String guide((defaults.parent_path() / "guide/guide.html").c_str());
   return filePresence(guide) == FilePresence::Missing ? HELP_ADDRESS : guide;
 }
 

@@ -1,6 +1,8 @@
 #include "shell/OnlineHelp.h"
 #include "RecordingPlatform.h"
 #include "ShellTest.h"
+#include <cstdlib>
+#include <filesystem>
 #include <gmock/gmock.h>
 
 namespace Tallymoor {
@@ -28,10 +30,42 @@ TEST_F(OnlineHelpTest, OpensThePublishedPageWhereNoGuideIsInstalled) {
 
 TEST_F(OnlineHelpTest, OpensTheInstalledGuide) {
   const RecordingPlatform& opener = platform(true);
-  const String guide((profile().defaultsFolder() + "/../guide/guide.html").c_str());
+  const String guide = profile().path("program/guide/guide.html");
   TestProfile::writeFile(guide, "<html/>");
   command(TallymoorWindow::ID_FAQ);
   EXPECT_THAT(opener.opened(), ElementsAre(guide));
+}
+
+/// What the system opens documents with, in front of all others in the path of programs: it notes what it is
+/// given.
+class OpenerInPath {
+public:
+  explicit OpenerInPath(const TestProfile& profile)
+      : m_pathBefore(std::getenv("PATH")), m_noted(profile.path("opened")) {
+    const String opener = profile.path("bin/xdg-open");
+    TestProfile::writeFile(opener, "#!/bin/sh\nprintf %s \"$1\" >'" + m_noted.toUTF8() + ".new'\nmv '" +
+                                       m_noted.toUTF8() + ".new' '" + m_noted.toUTF8() + "'\n");
+    std::filesystem::permissions(opener.toUTF8(), std::filesystem::perms::owner_all);
+    ::setenv("PATH", (profile.folder() + "/bin:" + m_pathBefore).c_str(), 1);
+  }
+  ~OpenerInPath() { ::setenv("PATH", m_pathBefore.c_str(), 1); }
+  bool hasOpened() const { return TestProfile::fileExists(m_noted); }
+  std::string opened() const { return TestProfile::readFile(m_noted); }
+
+private:
+  const std::string m_pathBefore;
+  const String m_noted;
+};
+
+TEST_F(OnlineHelpTest, HandsTheGuideOfTheBuiltProgramToTheSystem) {
+  LinuxPlatformOptions options;
+  options.dataHome = profile().folder() + "/share";
+  options.programFolder = TALLYMOOR_BUILT_PROGRAM;
+  Platform::setInstance(std::make_unique<LinuxPlatform>(options));
+  const OpenerInPath opener(profile());
+  command(TallymoorWindow::ID_FAQ);
+  ASSERT_TRUE(runUntil([&] { return opener.hasOpened(); }));
+  EXPECT_EQ(TALLYMOOR_BUILT_PROGRAM "/guide/guide.html", opener.opened());
 }
 
 TEST_F(OnlineHelpTest, TellsTheAddressWhenNoBrowserOpens) {
