@@ -7,6 +7,7 @@ packages=(
   libfox-1.6-dev libxerces-c-dev libcurl4-openssl-dev libicu-dev libxslt1-dev libcpp-httplib-dev
   libsdbus-c++-dev libssl-dev libsm-dev libice-dev
   libgtest-dev libgmock-dev libbenchmark-dev
+  clang libclang-rt-dev llvm
   xvfb xauth xdotool openbox imagemagick fonts-dejavu-core xdg-utils dbus dbus-daemon procps libxml2-dev python3
   cmark-gfm
 )

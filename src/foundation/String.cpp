@@ -10,6 +10,7 @@
 #include <unicode/uchar.h>
 #include <vector>
 #include <xercesc/util/TransService.hpp>
+#include <xercesc/util/TranscodingException.hpp>
 #include <xercesc/util/UTFDataFormatException.hpp>
 #include <xercesc/util/XML88591Transcoder.hpp>
 #include <xercesc/util/XMLException.hpp>
@@ -62,11 +63,26 @@ bool decode(xercesc::XMLTranscoder& transcoder, std::string_view bytes, String& 
   return eaten == bytes.size();
 }
 
+/// True when a sequence would stand for more than the last character, U+10FFFF.
+bool exceedsUnicode(std::string_view bytes) {
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(bytes[i]);
+    const auto next = static_cast<unsigned char>(i + 1 < bytes.size() ? bytes[i + 1] : 0);
+    if (byte > 0xF4 || (byte == 0xF4 && next > 0x8F))
+      return true;
+  }
+  return false;
+}
+
 /// False when the bytes are no UTF-8 as a whole.
 bool decodeUTF8(std::string_view bytes, String& text) {
   try {
     return decode(utf8Decoder(), bytes, text);
   } catch (const xercesc::UTFDataFormatException&) {
+    return false;
+  } catch (const xercesc::TranscodingException&) {
+    if (!exceedsUnicode(bytes)) // which the library takes for a failure of another kind
+      throw;
     return false;
   }
 }

@@ -100,6 +100,7 @@ TEST(StringTest, BytesThatAreNoUTF8AreReadAsLatin1AsAWhole) {
       {"\xE0\x80\xAF", u"\u00E0\u0080\u00AF"},           // overlong
       {"\xED\xA0\x80", u"\u00ED\u00A0\u0080"},           // a surrogate
       {"\xF4\x90\x80\x80", u"\u00F4\u0090\u0080\u0080"}, // beyond the last character
+      {"\xF6\x97\x8B\x8B", u"\u00F6\u0097\u008B\u008B"}, // far beyond it
       {"\xF8\x88\x80\x80\x80", u"\u00F8\u0088\u0080\u0080\u0080"}, // five bytes
       {"\x80", u"\u0080"},                                         // a lone continuation
       {"\xFF\xFE", u"\u00FF\u00FE"},
