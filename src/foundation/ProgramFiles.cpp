@@ -81,6 +81,10 @@ bool isOwnFolder(const std::string& path) {
          (info.st_mode & (S_IWGRP | S_IWOTH)) == 0 && ::access(path.c_str(), W_OK) == 0;
 }
 
+bool belongsToPackage() {
+  return ::access(PACKAGE_MARKER, F_OK) == 0;
+}
+
 bool leaveOverrideMarker() {
   std::ofstream marker(OVERRIDE_MARKER, std::ios::out | std::ios::trunc);
   return marker.is_open();

@@ -16,6 +16,9 @@ inline constexpr const char* COMPLETE_UPDATES = "./updates/complete";
 inline constexpr const char* OVERRIDE_MARKER = "override.start.tallymoor";
 /// Why the installer could not do its work; the program tells of it and removes it.
 inline constexpr const char* INSTALLER_FAILURE = "update.failure.tallymoor";
+/// Laid down by a package of the system. The files beside it are the package manager's, which nothing but a
+/// newer package may change, whoever runs the program.
+inline constexpr const char* PACKAGE_MARKER = "package.tallymoor";
 /// Holds links to the libraries by the names that the loader looks for.
 inline constexpr const char* LIBRARY_LINKS = "./lib/";
 
@@ -37,6 +40,9 @@ void moveUpCompleteUpdates();
 
 /// True for a folder that belongs to this user, who can write to it, and that nobody else can write to.
 bool isOwnFolder(const std::string& path);
+
+/// True when the program in the current folder was installed as a package of the system.
+bool belongsToPackage();
 
 /// Creates the empty marker file. False when it could not be made.
 bool leaveOverrideMarker();

@@ -38,6 +38,10 @@ bool startTheProgram() {
 } // namespace
 
 int main() {
+  if (belongsToPackage()) {
+    std::fputs("UpdateInstaller: the package manager keeps the files of this copy\n", stderr);
+    return 1;
+  }
   bool installed = true;
   try {
     install();

@@ -17,7 +17,7 @@ bool updatesPending() {
 }
 
 UpdateHandover handOverToUpdateInstaller(Platform& platform) {
-  if (!updatesPending() || ::access(".", W_OK) != 0)
+  if (!updatesPending() || belongsToPackage() || ::access(".", W_OK) != 0)
     return UpdateHandover::StartProgram;
   std::error_code error;
   if (std::filesystem::exists(OVERRIDE_MARKER, error)) {

@@ -17,7 +17,7 @@ bool updatesPending();
 
 /// Decides by the update folder and the marker file, both relative to the current folder. Removes a marker
 /// that is there; the updates then wait for the start after this one. Where the installer could do nothing,
-/// since the folder can't be written, the program just starts.
+/// since the folder can't be written or its files are a package's, the program just starts.
 UpdateHandover handOverToUpdateInstaller(Platform& platform);
 
 } // namespace Tallymoor

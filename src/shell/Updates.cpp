@@ -26,11 +26,13 @@ String fromFileName(const std::string& name) {
   return String::fromUTF8(name);
 }
 
-/// "./updates/" where it is ours; else a folder of the user's, which serves documents alone.
+/// "./updates/" where it and the program's folder are ours; else a folder of the user's, which serves documents alone.
 std::string updateFolder() {
-  ::mkdir(UPDATE_FOLDER, 0700); // when it is there, or can't be made, the test knows
-  if (isOwnFolder(UPDATE_FOLDER))
-    return UPDATE_FOLDER;
+  if (isOwnFolder(".") && !belongsToPackage()) {
+    ::mkdir(UPDATE_FOLDER, 0700); // when it is there, or can't be made, the test knows
+    if (isOwnFolder(UPDATE_FOLDER))
+      return UPDATE_FOLDER;
+  }
   const std::string folder = (Platform::Instance().userHomeDirectory(APP_NAME) + u"/Updates/").toUTF8();
   ::mkdir(folder.c_str(), 0700);
   return folder;
@@ -247,15 +249,19 @@ bool Updates::installConfigUpdates() {
 // --- Program files
 
 void Updates::requireReplaceableProgramFiles() const {
+  if (belongsToPackage())
+    throw ProgramFilesFixed(
+        u"They were installed as a package, and the system's package manager keeps them.\n"
+        u"A newer version comes as a newer package.");
+  if (!isOwnFolder(".") || m_folder != UPDATE_FOLDER)
+    throw ProgramFilesFixed(
+        u"The folder that the program was started in is not yours, or others can write to it.\n"
+        u"Whoever installed the program there can update it.");
   if (m_settings.publicKey.empty())
     throw ProgramFilesFixed(
         u"This copy was built without the key by which the program's files are recognised as genuine.");
   if (!UpdateSignature::isPublicKey(m_settings.publicKey))
     throw ProgramFilesFixed(u"The key by which the program's files are recognised as genuine can't be read.");
-  if (!isOwnFolder(".") || m_folder != UPDATE_FOLDER)
-    throw ProgramFilesFixed(
-        u"The folder that the program was started in is not yours, or others can write to it.\n"
-        u"Whoever installed the program there can update it.");
 }
 
 bool Updates::getBinaryUpdates(bool checkOnly) {

@@ -31,7 +31,7 @@ public:
 /// own, and one that fails takes the rest of its track with it, so that what is published is a whole set.
 ///
 /// Program files are published in "./updates/", where the next start finds them; documents in a folder below
-/// it or, where that folder is not ours to write, in one of the user's.
+/// it or, where that folder is not ours to write or belongs to a package, in one of the user's.
 class Updates {
 public:
   // The largest replies that are taken, in bytes.
@@ -39,8 +39,8 @@ public:
   static constexpr std::size_t DOCUMENT_LIMIT = 10 * 1024 * 1024;
   static constexpr std::size_t SIGNATURE_LIMIT = 4096;
 
-  /// Makes the folder "./updates" where there is none, and reads the versions of the local documents. One
-  /// that is missing or can't be read has version 0, so that any update mends it.
+  /// Makes the folder "./updates" where there is none and it may be made, and reads the versions of the local
+  /// documents. One that is missing or can't be read has version 0, so that any update mends it.
   explicit Updates(const UpdateSettings& settings = UpdateSettings::current());
   ~Updates();
   Updates(const Updates&) = delete;

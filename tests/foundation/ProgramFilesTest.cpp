@@ -52,5 +52,13 @@ TEST(ProgramFiles, OwnFolderIsOneThatNobodyElseCanWriteTo) {
   EXPECT_FALSE(isOwnFolder("."));
 }
 
+TEST(ProgramFiles, MarkerTellsOfAPackage) {
+  const TestProfile profile;
+  const InstalledFolder folder(profile);
+  EXPECT_FALSE(belongsToPackage());
+  folder.write("package.tallymoor", "");
+  EXPECT_TRUE(belongsToPackage());
+}
+
 } // namespace
 } // namespace Tallymoor

@@ -143,6 +143,18 @@ TEST_F(UpdateInstallerTest, FolderThatOthersCanWriteToIsNotTrusted) {
   EXPECT_THAT(folder().read(INSTALLER_FAILURE), HasSubstr("is not yours, or others can write to it"));
 }
 
+TEST_F(UpdateInstallerTest, FilesOfAPackageAreLeftAloneAndNothingIsLeftBesideThem) {
+  wait("FxEx-2.0.0.dll", "new library");
+  folder().write(PACKAGE_MARKER, "");
+  EXPECT_EQ(1, install());
+  EXPECT_TRUE(folder().exists("FxEx-1.0.0.dll"));
+  EXPECT_THAT(folder().waiting(), ElementsAre("FxEx-2.0.0.dll"));
+  EXPECT_FALSE(folder().exists(OVERRIDE_MARKER));
+  EXPECT_FALSE(folder().exists(INSTALLER_FAILURE));
+  EXPECT_FALSE(folder().exists("started"));
+  EXPECT_EQ("UpdateInstaller: the package manager keeps the files of this copy\n", folder().read("messages"));
+}
+
 TEST_F(UpdateInstallerTest, NothingIsStartedWhenTheMarkerCannotBeLeft) {
   wait("Tallymoor.exe", script("2.0.0"));
   std::filesystem::permissions("updates", std::filesystem::perms(0777));

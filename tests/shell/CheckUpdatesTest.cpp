@@ -4,11 +4,16 @@
 #include "shell/UpdateCheck.h"
 #include "shell/WarningStrip.h"
 #include "support/InstalledFolder.h"
+#include <functional>
 #include <gmock/gmock.h>
+#include <unistd.h>
 
 namespace Tallymoor {
 namespace {
 
+using ::testing::AnyOf;
+using ::testing::Each;
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
 /// The command in the real window of an installed copy.
@@ -27,6 +32,15 @@ protected:
         "CountryConfig.xml",
         "<CountryOptions version=\"2\"><CountryOption Name=\"Australia\" FinYearStart=\"1/7/2000\"/>"
         "</CountryOptions>");
+  }
+  /// That the window shows a warning.
+  std::function<bool()> shown(const std::string& text) {
+    return [this, text] {
+      for (const String& warning : tallymoor().warnings()->shownTexts())
+        if (warning.toUTF8() == text)
+          return true;
+      return false;
+    };
   }
 
 private:
@@ -67,6 +81,22 @@ TEST_F(CheckUpdatesTest, SaysWhyTheProgramFilesAreLeftOut) {
   EXPECT_EQ(2u, boxes().size());
 }
 
+/// A box that is answered with OK, as the check shows it for a copy whose files it leaves alone.
+const char* const ONLY_DOCUMENTS = "Tallymoor can't update its own program files, only its documents.\n";
+
+TEST_F(CheckUpdatesTest, SaysThatAPackageKeepsItsFilesAndOffersDocuments) {
+  folder().write(PACKAGE_MARKER, "");
+  offerCountries();
+  answer(ONLY_DOCUMENTS +
+             std::string("They were installed as a package, and the system's package manager keeps them.\n"
+                         "A newer version comes as a newer package."),
+         "OK");
+  answer("Updates are available. Download now in the background?", "No");
+  command(TallymoorWindow::ID_CHECK_UPDATES);
+  EXPECT_EQ(2u, boxes().size());
+  EXPECT_THAT(service().asked(), ElementsAre("configupdates.xml")) << "no program file is asked about";
+}
+
 TEST_F(CheckUpdatesTest, FailureIsReported) {
   service().serve("configupdates.xml", "rubbish");
   whenModal("Tallymoor", [this](FXWindow& box) {
@@ -88,14 +118,6 @@ protected:
 };
 
 TEST_F(UpdatesInTheWindowTest, AreToldOfAndDownloadedInTheBackground) {
-  const auto shown = [this](const std::string& text) {
-    return [this, text] {
-      for (const String& warning : tallymoor().warnings()->shownTexts())
-        if (warning.toUTF8() == text)
-          return true;
-      return false;
-    };
-  };
   EXPECT_TRUE(
       runUntil(shown("Updates are available. Please use the 'Tools/Check For Updates' menu to download.")));
   answer("Updates are available. Download now in the background?", "Yes");
@@ -103,6 +125,37 @@ TEST_F(UpdatesInTheWindowTest, AreToldOfAndDownloadedInTheBackground) {
   EXPECT_TRUE(runUntil(shown("Updates were installed.\nYou should restart as soon as possible.")));
   EXPECT_THAT(TestProfile::readFile(profile().configFolder() + u"CountryConfig.xml"),
               HasSubstr("version=\"2\""));
+}
+
+/// A copy that root, or somebody else, installed for others.
+class UpdatesOfAForeignFolderTest : public UpdatesInTheWindowTest {
+protected:
+  UpdatesOfAForeignFolderTest() {
+    if (::geteuid() == 0)
+      EXPECT_EQ(0, ::chown(".", 65534, 65534));
+    else
+      std::filesystem::permissions(".", std::filesystem::perms(0555));
+    service().offerProgramFiles({{"Tallymoor.exe", "9.0.0"}});
+  }
+  ~UpdatesOfAForeignFolderTest() override {
+    std::filesystem::permissions(".", std::filesystem::perms(0755)); // so that it can be removed
+  }
+};
+
+TEST_F(UpdatesOfAForeignFolderTest, BringDocumentsAloneAndTheCheckSaysSo) {
+  answer(
+      ONLY_DOCUMENTS +
+          std::string("The folder that the program was started in is not yours, or others can write to it.\n"
+                      "Whoever installed the program there can update it."),
+      "OK");
+  answer("Updates are available. Download now in the background?", "Yes");
+  command(TallymoorWindow::ID_CHECK_UPDATES);
+  EXPECT_EQ(2u, boxes().size());
+  EXPECT_TRUE(runUntil(shown("Updates were installed.\nYou should restart as soon as possible.")));
+  EXPECT_THAT(TestProfile::readFile(profile().configFolder() + u"CountryConfig.xml"),
+              HasSubstr("version=\"2\""));
+  EXPECT_THAT(service().asked(), Each(AnyOf("configupdates.xml", "CountryConfig.xml")));
+  EXPECT_FALSE(folder().exists("updates"));
 }
 
 TEST_F(UpdatesInTheWindowTest, LeavingEndsADownloadUnderWay) {

@@ -91,6 +91,14 @@ TEST_F(UpdateHandoverTest, MarkerLetsOneStartPassAndIsRemoved) {
   EXPECT_EQ(UpdateHandover::InstallerRuns, handOverToUpdateInstaller(platform)) << "the start after that";
 }
 
+TEST_F(UpdateHandoverTest, FilesOfAPackageAreNotHandedOver) {
+  putUpdate("FOXDLL.so");
+  TestProfile::writeFile(u"./package.tallymoor", "");
+  RecordingPlatform platform(true);
+  EXPECT_EQ(UpdateHandover::StartProgram, handOverToUpdateInstaller(platform));
+  EXPECT_TRUE(platform.opened.empty());
+}
+
 TEST_F(UpdateHandoverTest, MarkerWithoutUpdatesIsLeftAlone) {
   putMarker();
   RecordingPlatform platform(true);

@@ -437,6 +437,29 @@ TEST_F(UpdatesTest, FolderOfSomebodyElseIsLeftAloneAndDocumentsAreStillUpdated) 
   EXPECT_EQ(countries(6), document("CountryConfig.xml"));
 }
 
+TEST_F(UpdatesTest, FilesOfAPackageAreLeftAloneEvenByTheirOwnerAndDocumentsAreStillUpdated) {
+  InstalledFolder::write("package.tallymoor", "");
+  std::filesystem::remove_all("updates");
+  service().offerDocuments({{"CountryConfig.xml", "6.0.0"}});
+  service().serve("CountryConfig.xml", countries(6));
+  Updates updates(service().settings());
+  EXPECT_EQ(String(u"They were installed as a package, and the system's package manager keeps them.\n"
+                   u"A newer version comes as a newer package."),
+            messageOf([&] { updates.getBinaryUpdates(false); }));
+  EXPECT_TRUE(updates.getConfigUpdates(false));
+  EXPECT_TRUE(updates.installConfigUpdates());
+  EXPECT_EQ(countries(6), document("CountryConfig.xml"));
+  EXPECT_FALSE(InstalledFolder::exists("updates")) << "nothing is laid beside the package's files";
+}
+
+TEST_F(UpdatesTest, WhereTheProgramLiesIsSaidBeforeAnythingAboutKeys) {
+  std::filesystem::permissions(".", std::filesystem::perms(0777));
+  UpdateSettings settings = service().settings();
+  settings.publicKey.clear();
+  Updates updates(settings);
+  EXPECT_EQ(String(NOT_YOURS), messageOf([&] { updates.getBinaryUpdates(true); }));
+}
+
 TEST_F(UpdatesTest, FolderForUpdatesThatOthersCanWriteToIsNotUsed) {
   std::filesystem::create_directory("updates");
   std::filesystem::permissions("updates", std::filesystem::perms(0777));
