@@ -1,23 +1,32 @@
 # Shared by ./run, ./test and ./bench: what the machine needs, and how the project is built. To be sourced with the
 # root of the project as the current folder.
 
-# Debian packages that building, running and testing need.
-packages=(
+# Debian packages that the program is built and installed with.
+build_packages=(
   g++ cmake ninja-build pkg-config
   libfox-1.6-dev libxerces-c-dev libcurl4-openssl-dev libicu-dev libxslt1-dev libcpp-httplib-dev
-  libsdbus-c++-dev libssl-dev libsm-dev libice-dev
+  libsdbus-c++-dev libssl-dev libsm-dev libice-dev libxml2-dev
+  librsvg2-bin dpkg-dev file
+  cmark-gfm python3
+)
+
+# What testing needs as well, and showing the program without a display.
+packages=(
+  "${build_packages[@]}"
   libgtest-dev libgmock-dev libbenchmark-dev
   clang libclang-rt-dev llvm
-  xvfb xauth xdotool openbox imagemagick fonts-dejavu-core xdg-utils dbus dbus-daemon procps libxml2-dev python3
-  cmark-gfm
+  desktop-file-utils appstream
+  xvfb xauth xdotool openbox imagemagick fonts-dejavu-core xdg-utils dbus dbus-daemon procps
 )
 
 say() { printf '%s\n' "$*" >&2; }
 
-# Installs the packages that are missing, as root or with sudo. Quick when all are there.
+# install_packages [PACKAGE...]: installs those of the named packages, or of all, that are missing, as root or with sudo.
+# Quick when all are there.
 install_packages() {
   local missing=() package
-  for package in "${packages[@]}"; do
+  [ $# -gt 0 ] || set -- "${packages[@]}"
+  for package; do
     dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q '^install ok installed$' || missing+=("$package")
   done
   [ ${#missing[@]} -gt 0 ] || return 0

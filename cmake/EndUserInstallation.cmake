@@ -1,0 +1,27 @@
+# Runs after the files of an installation for one user have been laid down: the entry of the desktop's menu, which names the
+# launcher by its path since the folder may not be in the PATH, and the rest of the record: the files.
+cmake_policy(VERSION 3.25) # an installation begins with none
+
+# A path inside quotes, as the Exec line of a desktop file wants it: escaped for the quotes, and that escaped for the line.
+function(tallymoor_quoted_for_exec path result)
+  string(REGEX REPLACE "([\"`$\\\\])" "\\\\\\1" path "${path}")
+  string(REPLACE "\\" "\\\\" path "${path}")
+  string(REPLACE "%" "%%" path "${path}")
+  set(${result} "\"${path}\"" PARENT_SCOPE)
+endfunction()
+
+tallymoor_quoted_for_exec("${CMAKE_INSTALL_PREFIX}/bin/tallymoor" TALLYMOOR_EXEC)
+configure_file("${TALLYMOOR_DESKTOP_FILE}" "${TALLYMOOR_SCRATCH}/tallymoor.desktop" @ONLY)
+file(INSTALL DESTINATION "${CMAKE_INSTALL_PREFIX}/share/applications" TYPE FILE FILES "${TALLYMOOR_SCRATCH}/tallymoor.desktop")
+
+set(lines "")
+foreach(file IN LISTS CMAKE_INSTALL_MANIFEST_FILES)
+  file(RELATIVE_PATH path "${CMAKE_INSTALL_PREFIX}" "${file}")
+  if(NOT path MATCHES "^lib/tallymoor/(installed-files|uninstall)$") # they go last
+    string(APPEND lines "file ${path}\n")
+  endif()
+endforeach()
+file(APPEND "${record}" "${lines}")
+if(IS_DIRECTORY "${tallymoor_prefix}/share/icons/hicolor")
+  file(TOUCH_NOCREATE "${tallymoor_prefix}/share/icons/hicolor") # desktops look at the icons again
+endif()

@@ -1,0 +1,188 @@
+# Uses an installed copy of the program as a new user does, on an X display. To be sourced after samples/desktop-driver.sh and
+# checks.sh, with HOME as the user's home.
+
+# In the past, and the same in every form of dates.
+purchase_date=5/5/2024
+records_of_user() { printf '%s' "${XDG_DATA_HOME:-$HOME/.local/share}/Brindlecove/Tallymoor/Data/Portfolios.xml"; }
+settings_of_user() { printf '%s' "$HOME/.foxrc/Brindlecove/Tallymoor"; }
+
+# start_launcher COMMAND: from a folder that has nothing to do with it. Sets program.
+start_launcher() {
+  (cd / && exec "$1") &
+  program=$!
+}
+
+# The window that asks for the country has the class that the menu's entry names, by which desktops group windows.
+first_start() {
+  start_launcher "$1"
+  wait_for_window "Country of Residence"
+  ok "the program starts and asks for the country of residence"
+  check "its windows bear the class that the menu's entry names" has_class "$window" "$2"
+  check "it runs in its own folder" runs_in_its_folder
+  choose_from_list "Country of Residence" 1
+  wait_for_window "Tallymoor - Getting Started"
+  press Escape
+  wait_for_no_window "Tallymoor - Getting Started"
+  wait_for_main_window
+}
+
+# has_class WINDOW DESKTOP_FILE
+has_class() {
+  local class
+  class=$(sed -n 's/^StartupWMClass=//p' "$2")
+  [ -n "$class" ] && xdotool search --classname "^$class\$" 2>/dev/null | grep -qx "$1"
+}
+
+runs_in_its_folder() {
+  [ "$(readlink "/proc/$program/cwd")" = "$(dirname "$(readlink "/proc/$program/exe")")" ]
+}
+
+# With no source of prices: the user is offline and types what the contract note says.
+makes_purchase() {
+  press_online_button
+  use_main_window
+  press ctrl+p
+  wait_for_window "New Portfolio"
+  type_text Trading
+  press Return
+  wait_for_no_window "New Portfolio"
+  use_main_window
+  press ctrl+b
+  choose_from_list "Choose Portfolio" 1
+  wait_for_window "Buy Shares"
+  replace_text WTL.AX
+  press Tab Tab # past the search
+  replace_text 200
+  press Tab
+  replace_text 12.34
+  press Tab
+  replace_text 29.95
+  press Tab
+  replace_text "$purchase_date"
+  press_ok
+  answer_box alt+y # the code has not been looked up
+  answer_box alt+y # the default brokerage from now on
+  wait_for_no_window "Buy Shares"
+  use_main_window
+}
+
+leaves() {
+  use_main_window
+  press alt+F4
+  wait_for_end
+  check_text "$1: the program leaves with status 0" 0 "$program_status"
+  program=
+}
+
+records_hold_purchase() {
+  local parcel debit
+  parcel="<BuyEvent><Date>$purchase_date</Date><Constant>200.00</Constant><Constant>12.3400</Constant><Constant>29.95</Constant>"
+  debit="<CashEvent><Date>$purchase_date</Date><Constant>2497.95</Constant><Constant>2</Constant>"
+  debit+="<String>BUY 200.00 of WTL.AX @ 12.3400</String></CashEvent>"
+  grep -qF "<HeldShare><String>WTL.AX</String>$parcel" "$(records_of_user)" && grep -qF "$debit" "$(records_of_user)"
+}
+
+# The main window is shown before the load, whose questions bear its title: it is the widest.
+find_widest_window() {
+  local number width=0
+  for number in $(windows_titled Tallymoor); do
+    eval "$(xdotool getwindowgeometry --shell "$number" 2>/dev/null | grep '^WIDTH=')"
+    if [ "$WIDTH" -gt "$width" ]; then
+      width=$WIDTH
+      main_window=$number
+    fi
+  done
+  [ "$width" -gt 0 ]
+}
+
+# The prices since the purchase are asked for. Where nobody answers: no, don't retry; yes, go offline.
+waits_for_load_without_prices() {
+  local answers=(alt+n alt+y Return) next=0
+  wait_until "The main window" find_widest_window
+  while has_window "Tallymoor startup" || has_box; do
+    wait_until "The end of the load, or a question" loaded_or_asked
+    ! has_box || answer_box "${answers[next]}"
+    [ "$next" -eq 2 ] || next=$((next + 1))
+  done
+  use_main_window
+}
+
+loaded_or_asked() { has_box || ! has_window "Tallymoor startup"; }
+
+# A later start leaves the records as they are.
+second_start() {
+  local before
+  before=$(cksum <"$(records_of_user)")
+  start_launcher "$1"
+  waits_for_load_without_prices
+  ok "a later start opens the window"
+  leaves "later start"
+  check_text "the records are as they were" "$before" "$(cksum <"$(records_of_user)")"
+}
+
+# ---- An installation for one user below $HOME/.local ----
+#
+# A script that uses these defines install_program and uninstall_program.
+
+lies_at() { find "$1" -mindepth 1 -printf '%P %y\n' | LC_ALL=C sort; }
+digests_of() { (cd "$1" && find . -type f -exec cksum {} + | LC_ALL=C sort); }
+
+# A home that others use too: a file of another program, and an empty folder that somebody made.
+make_home() {
+  HOME=$1
+  mkdir -p "$HOME/.local/share/applications" "$HOME/.local/share/icons/hicolor"
+  echo "[Desktop Entry]" >"$HOME/.local/share/applications/other.desktop"
+  prefix=$HOME/.local
+  folder=$prefix/lib/tallymoor
+  menu_entry=$prefix/share/applications/tallymoor.desktop
+}
+
+installs_for_user() {
+  before=$(lies_at "$HOME")
+  check "the program is installed for one user" install_program
+  laid_down=$(grep -c '^file ' "$folder/installed-files")
+  check_text "its record tells of every file" "$(lies_at "$HOME" | grep -c ' [fl]$')" \
+    "$((laid_down + 2 + $(grep -c ' [fl]$' <<<"$before")))" # the record and uninstall are not in the record
+}
+
+# runs_for_user: a purchase through the launcher, by a link to it as some lay into their PATH.
+runs_for_user() {
+  local before_start
+  ln -s "$prefix/bin/tallymoor" "$HOME/shares"
+  before_start=$(digests_of "$folder")
+  first_start "$HOME/shares" "$menu_entry"
+  check "while it runs it is not taken away" refuses_to_uninstall
+  makes_purchase
+  leaves "first start"
+  check "the purchase is in the records" records_hold_purchase
+  second_start "$prefix/bin/tallymoor"
+  check_text "nothing of the user's came into the program's folder" "$before_start" "$(digests_of "$folder")"
+  rm "$HOME/shares"
+}
+
+refuses_to_uninstall() {
+  local all
+  all=$(lies_at "$prefix/bin" && lies_at "$folder")
+  ! uninstall_program 2>/dev/null && [ "$all" = "$(lies_at "$prefix/bin" && lies_at "$folder")" ]
+}
+
+# What an update of the program leaves: a library under a new name, a download, and what starts leave for each other.
+make_it_updated() {
+  mv "$folder"/FOXDLL-*.dll "$folder/FOXDLL-99.0.0.dll"
+  ln -sfn ../FOXDLL-99.0.0.dll "$folder"/lib/libFOX-*
+  mkdir -p "$folder/updates/refused"
+  touch "$folder/updates/refused/FxEx-99.0.0.dll" "$folder/override.start.tallymoor" "$folder/update.failure.tallymoor"
+}
+
+# Sets left_behind: the number of files and folders that were not there before, the user's aside.
+uninstalls_for_user() {
+  local data left
+  data=$(digests_of "$(dirname "$(records_of_user)")"; cksum <"$(settings_of_user)")
+  check "the program is taken away" uninstall_program
+  check_text "the user's records and settings are as they were" "$data" \
+    "$(digests_of "$(dirname "$(records_of_user)")"; cksum <"$(settings_of_user)")"
+  left=$(comm -13 <(printf '%s\n' "$before") <(lies_at "$HOME" | grep -vE '^(\.local/share/Brindlecove|\.foxrc)(/| )'))
+  left_behind=$(grep -c . <<<"$left" || true)
+  check_text "nothing else is left behind" "" "$left"
+  check_text "what others use is still there" "" "$(comm -23 <(printf '%s\n' "$before") <(lies_at "$HOME"))"
+}
