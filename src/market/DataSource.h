@@ -5,6 +5,7 @@
 #include "market/CodeSearchResult.h"
 #include "market/HTMLParser.h"
 #include "market/HistoryRange.h"
+#include "market/URLVariables.h"
 #include "xml/LocatorDocuments.h"
 #include <map>
 #include <memory>
@@ -14,7 +15,6 @@ namespace Tallymoor {
 
 class HTTPClient;
 class LocatorSet;
-class URLVariablesProvider;
 
 /// Fetches and reads the pages of the active data source. Holds the client and copies of the locators, so
 /// that it can be made under the big mutex and used without it, while the gateway goes offline or takes new
@@ -34,6 +34,13 @@ public:
   Rows history(const String& code, const HistoryRange& range) const;
   /// Adds what all search pages found, page by page, so that a failure leaves what came before.
   void search(const String& text, bool isShare, bool usOnly, std::vector<CodeSearchResult>& results) const;
+
+  // --- The steps of the above, for whoever tries a document on a page of his own
+
+  /// The price on a page's "html" tag; throws HTMLException also where the document does not say "Float".
+  static double readCurrentPrice(const XMLCurrentPrice& source, const HTMLTag* page);
+  /// What the address of a page of past prices is made from.
+  static URLVariables historyVariables(const String& code, const HistoryRange& range);
 
 private:
   HTMLPage fetch(const XMLElement& locator, const URLVariablesProvider& variables) const;

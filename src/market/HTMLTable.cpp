@@ -43,20 +43,23 @@ void HTMLTable::fillFrom(const HTMLTag* root) {
   m_numRows = 0;
   if (root == nullptr)
     throw HTMLException(u"HTMLTable::fillFrom - bad param");
-  const HTMLTag* row = findFirstRow(root);
+  const HTMLTag* row = firstRow(root);
   m_numColumns = m_locator->numSubElements(u"Columns");
   HTMLWalkLimit limit(walkLimit(*root, m_numColumns));
-  const String rowName = row->name();
   std::map<std::size_t, std::vector<String>> rows; // a failure leaves none of them behind
-  for (; row != nullptr; row = HTMLParser::FindSiblingTag(row, rowName, 0, &limit))
+  for (; row != nullptr; row = nextRow(row, &limit))
     rows.emplace_hint(rows.end(), rows.size(), readRow(row, limit));
   m_numRows = rows.size();
   m_rows = std::move(rows);
 }
 
-const HTMLTag* HTMLTable::findFirstRow(const HTMLTag* root) const {
+const HTMLTag* HTMLTable::firstRow(const HTMLTag* root) const {
   const HTMLTag* const table = walk(*m_locator, u"TableRoot", root, u"Failed to find root tag: \n");
   return walk(*m_locator, u"Row", table, u"Failed to find first row tag: \n");
+}
+
+const HTMLTag* HTMLTable::nextRow(const HTMLTag* row, HTMLWalkLimit* limit) {
+  return HTMLParser::FindSiblingTag(row, row->name(), 0, limit);
 }
 
 std::vector<String> HTMLTable::readRow(const HTMLTag* row, HTMLWalkLimit& limit) const {

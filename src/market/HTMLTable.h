@@ -22,6 +22,10 @@ public:
   /// Throws HTMLException when a walk fails; a single row without one of the cells fails the whole table. So
   /// does a page whose rows lie inside rows to such a depth that reading it would take for ever.
   void fillFrom(const HTMLTag* root);
+  /// The first row of a fill. Same failures.
+  const HTMLTag* firstRow(const HTMLTag* root) const;
+  /// The row behind a row, or null.
+  static const HTMLTag* nextRow(const HTMLTag* row, HTMLWalkLimit* limit = nullptr);
 
   /// Throws HTMLException "HTMLTable::cellValue - no such row index" or "... column index" and the number.
   String cellValue(std::size_t row, std::size_t column) const;
@@ -38,7 +42,6 @@ public:
 
 private:
   std::optional<std::size_t> findColumn(ColumnType type) const;
-  const HTMLTag* findFirstRow(const HTMLTag* root) const;
   std::vector<String> readRow(const HTMLTag* row, HTMLWalkLimit& limit) const;
 
   const XMLTableLocator* m_locator;

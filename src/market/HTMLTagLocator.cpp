@@ -66,13 +66,16 @@ const HTMLTag* HTMLTagLocator::operator()(const HTMLTag* root, HTMLWalkLimit* li
     throw HTMLException(u"HTMLTagLocator::operator() - bad param");
   const HTMLTag* current = root;
   const std::size_t count = m_locator->numSubElements(u"TagFinds");
-  for (std::size_t i = 0; i < count; ++i) {
-    const XMLElement& find = m_locator->subElement(u"TagFinds", i);
-    current = find.numSubElements(u"TagMove") != 0
-                  ? applyMove(find.subElement(u"TagMove"), current, limit)
-                  : applySearch(find.subElement(u"TagSearch"), current, limit);
-  }
+  for (std::size_t i = 0; i < count; ++i)
+    current = applyStep(m_locator->subElement(u"TagFinds", i), current, limit);
   return current;
+}
+
+const HTMLTag* HTMLTagLocator::applyStep(const XMLElement& tagFind, const HTMLTag* current,
+                                         HTMLWalkLimit* limit) {
+  return tagFind.numSubElements(u"TagMove") != 0
+             ? applyMove(tagFind.subElement(u"TagMove"), current, limit)
+             : applySearch(tagFind.subElement(u"TagSearch"), current, limit);
 }
 
 const HTMLTag* HTMLTagLocator::applyMove(const XMLElement& element, const HTMLTag* current,

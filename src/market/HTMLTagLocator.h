@@ -21,6 +21,10 @@ public:
   /// tags looked at are taken off the limit, if one is given.
   const HTMLTag* operator()(const HTMLTag* root, HTMLWalkLimit* limit = nullptr) const;
 
+  /// One step of a walk, which a "TagFind" element tells, from the current tag. Same failures and limit.
+  static const HTMLTag* applyStep(const XMLElement& tagFind, const HTMLTag* current,
+                                  HTMLWalkLimit* limit = nullptr);
+
   /// Adds the steps that lead from start down to target to the locator's TagFinds. A tool for writing locator
   /// documents. Throws HTMLException when the target isn't found under its parent.
   static void fillTagMovesFor(XMLTagLocator& locator, const HTMLTag* start, const HTMLTag* target);

@@ -1,0 +1,40 @@
+#pragma once
+#include "foundation/Date.h"
+#include "market/CachedShare.h"
+#include <cstddef>
+#include <map>
+
+namespace Tallymoor {
+
+class HTMLTable;
+
+/// A table of past prices, with its cells turned into days and figures.
+class HistoryTable {
+public:
+  /// What became of a row. All but Read are passed over.
+  enum class Reading { Read, NoDate, NoClose, UnbelievableDay };
+  struct Row {
+    Reading reading;
+    Date day;         ///< means something for Read and UnbelievableDay
+    ShareValue value; ///< means something for Read
+  };
+
+  /// The table must be filled and outlive this. Throws HTMLException where one of the columns "Date", "High",
+  /// "Low", "Volume" and "Close" is missing.
+  explicit HistoryTable(const HTMLTable& table);
+
+  /// Throws Exception for a date that can't be read. The row of dividends or of a split has no close.
+  Row row(std::size_t index) const;
+  /// All rows that are read; of two with one day the later one.
+  std::map<Date, ShareValue> rows() const;
+
+private:
+  const HTMLTable& m_table;
+  std::size_t m_date;
+  std::size_t m_high;
+  std::size_t m_low;
+  std::size_t m_volume;
+  std::size_t m_close;
+};
+
+} // namespace Tallymoor
