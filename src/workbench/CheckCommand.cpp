@@ -1,0 +1,175 @@
+#include "workbench/CheckCommand.h"
+#include "foundation/Exception.h"
+#include "market/DataSource.h"
+#include "market/HTMLTag.h"
+#include "market/HTTPClient.h"
+#include "market/URLResolver.h"
+#include "market/URLVariables.h"
+#include "workbench/LocatorDocument.h"
+#include "workbench/NumberRemark.h"
+#include "workbench/PageText.h"
+#include "workbench/PlainOutput.h"
+#include "workbench/TableCheck.h"
+#include "workbench/WalkTrace.h"
+#include "workbench/WebPage.h"
+#include "workbench/WorkbenchFailure.h"
+#include <utility>
+
+namespace Tallymoor {
+
+namespace {
+
+const String EXAMPLE_CODE = u"CODE";
+
+const XMLTagLocator& priceLocator(const XMLElement& source) {
+  return static_cast<const XMLTagLocator&>(source.subElement(u"TagLocator"));
+}
+
+} // namespace
+
+CheckCommand::CheckCommand(PlainOutput& out, Options options, ClientFactory makeClient)
+    : m_out(out), m_options(std::move(options)), m_makeClient(std::move(makeClient)) {}
+
+CheckCommand::~CheckCommand() = default;
+
+bool CheckCommand::run() {
+  m_document = std::make_unique<LocatorDocument>(m_options.document);
+  m_document->show(m_out);
+  const XMLElement& source = m_document->source(m_options.domain);
+  m_out.line(u"Checked: the source " + quoted(source.attribute(u"domain")));
+  switch (m_document->kind()) {
+  case LocatorDocument::Kind::CurrentPrices:
+    return checkPrice(source);
+  case LocatorDocument::Kind::HistoricalPrices:
+    return checkHistory(source);
+  case LocatorDocument::Kind::CodeSearch:
+    break;
+  }
+  return checkSearch(source);
+}
+
+URL CheckCommand::address(const XMLElement& part) const {
+  const String& code = m_options.code.value_or(EXAMPLE_CODE);
+  const auto& locator = static_cast<const XMLURLLocator&>(part.subElement(u"URLLocator"));
+  try {
+    if (m_document->kind() != LocatorDocument::Kind::HistoricalPrices)
+      return URLResolver(&locator)(
+          URLVariables(code, true, m_document->kind() == LocatorDocument::Kind::CurrentPrices));
+    const int entries = static_cast<const XMLHistoricalPrices&>(part).maxEntries();
+    return URLResolver(&locator)(
+        DataSource::historyVariables(code, HistoryRange::around(Date(), true, entries)));
+  } catch (const HTTPException&) {
+    throw WorkbenchFailure(WorkbenchFailure::NOT_READ, u"The parts of the address name no host.");
+  } catch (const HTMLException& failure) {
+    throw WorkbenchFailure(
+        WorkbenchFailure::NOT_READ,
+        u"No address can be built: a URLPart has the type MarketCode or DMY, for which the "
+        u"program has no value.\n(" +
+            failure.message() + u")");
+  }
+}
+
+std::unique_ptr<WebPage> CheckCommand::pageFor(const XMLElement& part, std::size_t number) {
+  const URL url = address(part);
+  m_out.line(u"Address: " + url.whole());
+  if (!m_options.code && number >= m_options.pages.size()) {
+    m_out.line(u"No page to try it on: name a saved one with --page, or have one fetched with --code.");
+    return nullptr;
+  }
+  std::unique_ptr<WebPage> page;
+  if (m_options.code) {
+    const std::unique_ptr<HTTPClient> client = m_makeClient();
+    page = std::make_unique<WebPage>(WebPage::fetched(*client, url));
+  } else {
+    page = std::make_unique<WebPage>(WebPage::fromFile(m_options.pages[number]));
+  }
+  page->show(m_out);
+  if (m_options.code && number == 0 && !m_options.saveTo.empty()) {
+    page->save(m_options.saveTo);
+    m_out.line(u"Saved: " + String(m_options.saveTo.c_str()));
+  }
+  return page;
+}
+
+bool CheckCommand::checkPrice(const XMLElement& source) {
+  const std::unique_ptr<WebPage> page = pageFor(source, 0);
+  if (!page)
+    return true;
+  if (showPrice(source, *page))
+    return true;
+  showHelp(*page, u"find");
+  return false;
+}
+
+bool CheckCommand::showPrice(const XMLElement& source, const WebPage& page) {
+  m_out.line();
+  m_out.line(u"To the price");
+  const HTMLTag* const tag = WalkTrace(priceLocator(source), *page.root()).show(m_out, 1);
+  if (tag == nullptr)
+    return false;
+  m_out.line();
+  if (priceLocator(source).format() != VALUE_FORMAT_FLOAT) {
+    m_out.line(u"STOPPED: the TagLocator must say format=\"Float\"; without it the program takes no price.");
+    return false;
+  }
+  const double price = DataSource::readCurrentPrice(static_cast<const XMLCurrentPrice&>(source), page.root());
+  m_out.line(u"The price: " + quoted(tag->textView()) + u" reads as " + String::fromDouble(price, 4));
+  const String remark = remarkOnNumber(tag->text());
+  if (!remark.empty())
+    m_out.line(u"Mind: " + remark + u".");
+  if (price > 0.0)
+    return true;
+  m_out.line(u"WRONG: that is no price. The program passes over a price of 0.");
+  return false;
+}
+
+bool CheckCommand::checkHistory(const XMLElement& source) {
+  const int entries = static_cast<const XMLHistoricalPrices&>(source).maxEntries();
+  m_out.line(u"Rows on a page: " + String::fromLong(entries) + u" at the most (maxEntries)");
+  if (entries <= 0)
+    m_out.line(u"Mind: with that number a single day is asked for at a time.");
+  const std::unique_ptr<WebPage> page = pageFor(source, 0);
+  if (!page)
+    return true;
+  const auto& table = static_cast<const XMLTableLocator&>(source.subElement(u"TableLocator"));
+  if (TableCheck(m_out, table, page->root(), m_options.allRows).show(TableCheck::Content::PastPrices))
+    return true;
+  showHelp(*page, u"table");
+  return false;
+}
+
+bool CheckCommand::checkSearch(const XMLElement& source) {
+  bool taken = true;
+  const std::size_t count = source.numSubElements(u"Details");
+  for (std::size_t i = 0; i < count; ++i) {
+    const XMLElement& part = source.subElement(u"Details", i);
+    if (count > 1) {
+      m_out.line();
+      m_out.line(u"Search page " + numberText(i + 1) + u" of " + numberText(count));
+    }
+    const std::unique_ptr<WebPage> page = pageFor(part, i);
+    if (!page)
+      continue;
+    const auto& table = static_cast<const XMLTableLocator&>(part.subElement(u"TableLocator"));
+    if (TableCheck(m_out, table, page->root(), m_options.allRows).show(TableCheck::Content::StockCodes))
+      continue;
+    showHelp(*page, u"table");
+    taken = false;
+  }
+  return taken;
+}
+
+void CheckCommand::showHelp(const WebPage& page, const char16_t* command) const {
+  const bool isTable = String(command) == u"table";
+  const String fileName = m_options.code ? String(m_options.saveTo.c_str()) : page.name();
+  m_out.line();
+  if (fileName.empty())
+    m_out.line(u"To go on, keep the page in a file: run this again with --save FILE.");
+  m_out.line(String(isTable ? u"To mend the document, take the texts of one row from the page, and let\n"
+                            : u"To mend the document, take the value from the page, and let\n") +
+             u"  tallymoor-locator " + String(command) + u" " + (fileName.empty() ? u"FILE" : fileName) +
+             String(isTable ? u" TEXT TEXT ...\npropose a TableLocator for it."
+                            : u" VALUE\npropose steps that lead to it."));
+}
+
+} // namespace Tallymoor

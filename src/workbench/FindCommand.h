@@ -1,0 +1,28 @@
+#pragma once
+#include "foundation/String.h"
+#include <string>
+
+namespace Tallymoor {
+
+class HTMLTag;
+class PlainOutput;
+class WebPage;
+
+/// Shows which tags of a page hold a text, and proposes the walks that lead to them.
+class FindCommand {
+public:
+  FindCommand(PlainOutput& out, const std::string& page, const String& text)
+      : m_out(out), m_page(page), m_text(text) {}
+
+  /// True when a walk leads to at least one of them. Throws WorkbenchFailure.
+  bool run();
+
+private:
+  bool showTag(const WebPage& page, const HTMLTag& tag, std::size_t number);
+
+  PlainOutput& m_out;
+  const std::string m_page;
+  const String m_text;
+};
+
+} // namespace Tallymoor

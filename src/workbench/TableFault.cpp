@@ -1,0 +1,48 @@
+#include "workbench/TableFault.h"
+#include "foundation/Exception.h"
+#include "market/HTMLTable.h"
+#include "market/HTMLTagLocator.h"
+#include "market/HTMLWalkLimit.h"
+#include "xml/LocatorDocuments.h"
+
+namespace Tallymoor {
+
+namespace {
+
+/// The first column whose cell the row lacks or takes from the next row.
+std::optional<TableFault> faultIn(const XMLTableLocator& locator, const HTMLTag* row, const HTMLTag* next,
+                                  HTMLWalkLimit& limit) {
+  const std::size_t count = locator.numSubElements(u"Columns");
+  for (std::size_t column = 0; column < count; ++column)
+    try {
+      const HTMLTag* const cell = HTMLTagLocator(&locator.subElement(u"Columns", column))(row, &limit);
+      if (next != nullptr && cell >= next) // tags lie in memory in the order of the page
+        return TableFault{TableFault::Kind::CellOfNextRow, row, 0, column};
+    } catch (const HTMLException&) {
+      return TableFault{TableFault::Kind::MissingCell, row, 0, column};
+    }
+  return std::nullopt;
+}
+
+} // namespace
+
+std::optional<TableFault> TableFault::find(const XMLTableLocator& locator, const HTMLTag* page) {
+  constexpr std::size_t MOST_STEPS = 50000000; // a second or so
+  HTMLWalkLimit limit(MOST_STEPS);
+  try {
+    std::size_t number = 0;
+    const HTMLTag* next = nullptr;
+    for (const HTMLTag* row = HTMLTable(&locator).firstRow(page); row != nullptr; row = next, ++number) {
+      next = HTMLTable::nextRow(row, &limit);
+      if (std::optional<TableFault> fault = faultIn(locator, row, next, limit)) {
+        fault->rowNumber = number;
+        return fault;
+      }
+    }
+  } catch (const HTMLException&) {
+    // There is no first row, or the page is nested in itself beyond reason.
+  }
+  return std::nullopt;
+}
+
+} // namespace Tallymoor

@@ -1,0 +1,329 @@
+#include "workbench/TableProposal.h"
+#include "foundation/Date.h"
+#include "foundation/Exception.h"
+#include "market/HTMLTable.h"
+#include "market/HTMLTag.h"
+#include "workbench/ColumnTypes.h"
+#include "workbench/LocatorWay.h"
+#include "workbench/PageText.h"
+#include "workbench/TableFault.h"
+#include "workbench/TagLists.h"
+#include "workbench/TextOnPage.h"
+#include "workbench/WebPage.h"
+#include <algorithm>
+#include <utility>
+
+namespace Tallymoor {
+
+namespace {
+
+constexpr std::size_t MOST_CANDIDATES = 500;
+constexpr std::size_t LEVELS = 12;     ///< between a cell and its row
+constexpr std::size_t MOST_MARKS = 12; ///< looked at before a row's first cell
+constexpr std::size_t MOST_EARLIER_ROWS = 500;
+
+/// The tag on the way up from a tag that lies directly in another; null when the other is not above it.
+const HTMLTag* headUnder(const HTMLTag* tag, const HTMLTag& top) {
+  for (std::size_t level = 0; level <= LEVELS && tag != nullptr; ++level, tag = tag->parent())
+    if (tag->parent() == &top)
+      return tag;
+  return nullptr;
+}
+
+std::size_t depthOf(const HTMLTag* tag) {
+  std::size_t depth = 0;
+  for (; tag != nullptr; tag = tag->parent())
+    ++depth;
+  return depth;
+}
+
+/// True for a tag with no other of its name beside it: then the rows are tags around tags like it.
+bool standsAlone(const HTMLTag* tag) {
+  if (tag->parent() == nullptr || tag->parent()->parent() == nullptr)
+    return false;
+  const std::vector<const HTMLTag*> beside = tagsIn(*tag->parent());
+  return std::count_if(beside.begin(), beside.end(),
+                       [tag](const HTMLTag* other) { return other->nameView() == tag->nameView(); }) == 1;
+}
+
+ValueFormat formatOf(ColumnType type) {
+  switch (type) {
+  case COLUMN_TYPE_DATE:
+    return VALUE_FORMAT_MID_DATE1;
+  case COLUMN_TYPE_VOLUME:
+    return VALUE_FORMAT_COMMA_LONG;
+  case COLUMN_TYPE_CODE:
+  case COLUMN_TYPE_STOCK_NAME:
+  case COLUMN_TYPE_MARKET_NAME:
+    return VALUE_FORMAT_UTF8;
+  default:
+    return VALUE_FORMAT_FLOAT;
+  }
+}
+
+bool isReadableDate(const String& text) {
+  try {
+    Date(text, DATE_DISPLAY_MIDDATE1);
+    return true;
+  } catch (const Exception&) {
+    return false;
+  }
+}
+
+/// True for what is no row but a whole table whose rows are not closed.
+bool holdsSeveralDates(const HTMLTag& tag) {
+  return tagsBelow(tag, [](const HTMLTag& inside) { return isReadableDate(inside.text()); }).size() > 1;
+}
+
+/// True for a row that the program would not pass over.
+bool hasPrices(const HTMLTable& table, std::size_t row) {
+  const auto isFilled = [&](ColumnType type) {
+    return table.hasColumn(type) && !table.cellValue(row, table.columnByType(type)).empty();
+  };
+  return isFilled(COLUMN_TYPE_DATE) && (isFilled(COLUMN_TYPE_CLOSE) || !table.hasColumn(COLUMN_TYPE_CLOSE));
+}
+
+/// A walk from the tag that begins a row to a cell that stands behind it under the same parent, or to the tag
+/// itself, which only a search can reach. False where there is none.
+bool walkFromMark(XMLTagLocator& column, const HTMLTag& mark, const HTMLTag& head, const HTMLTag& cell) {
+  if (&mark != &head)
+    return LocatorWay::addMoveDown(column, mark, head) && LocatorWay::addMovesIn(column, head, cell);
+  if (&head != &cell || mark.numAttributes() == 0)
+    return false;
+  LocatorWay::addSearchByAttribute(column, mark, mark.attribute(0).first);
+  return true;
+}
+
+} // namespace
+
+TableProposal::TableProposal(const WebPage& page, std::vector<ExampleCell> example)
+    : m_page(page), m_example(std::move(example)) {
+  if (findTexts())
+    search();
+}
+
+bool TableProposal::findTexts() {
+  for (const ExampleCell& cell : m_example) {
+    TextOnPage found(*m_page.root(), cell.text);
+    Cells& tags = found.whole.empty() ? found.part : found.whole;
+    if (tags.empty()) {
+      m_reason = u"No tag holds the text " + quoted(cell.text) + u".\n" +
+                 TextOnPage::whyNotInTags(m_page.text(), cell.text);
+      return false;
+    }
+    tags.resize(std::min(tags.size(), MOST_CANDIDATES));
+    m_candidates.push_back(std::move(tags));
+  }
+  m_reason = u"The texts do not stand in one row: no tag holds them all.";
+  return true;
+}
+
+void TableProposal::search() {
+  // A date may stand in two rows, so the texts may also be found in parts of both, but then the tag around
+  // them is no row and stands less deep.
+  std::size_t deepest = 0;
+  std::vector<std::pair<const HTMLTag*, Cells>> rows;
+  for (const HTMLTag* const first : m_candidates.front()) {
+    auto [around, cells] = rowAround(first);
+    if (around == nullptr || depthOf(around) < deepest)
+      continue;
+    if (depthOf(around) > deepest)
+      rows.clear();
+    deepest = depthOf(around);
+    rows.emplace_back(around, std::move(cells));
+  }
+  for (const auto& [around, cells] : rows) {
+    tryRow(around, cells);
+    if (m_best.locator)
+      return;
+  }
+}
+
+/// The nearest tag around one that holds a tag for each text; null when none does.
+std::pair<const HTMLTag*, TableProposal::Cells> TableProposal::rowAround(const HTMLTag* first) const {
+  const HTMLTag* around = first->parent();
+  for (std::size_t level = 0; level < LEVELS && around != nullptr; ++level, around = around->parent()) {
+    Cells cells = cellsIn(*around);
+    if (!cells.empty())
+      return {around, std::move(cells)};
+  }
+  return {nullptr, {}};
+}
+
+void TableProposal::tryRow(const HTMLTag* row, const Cells& cells) {
+  tryAround(*row, cells);
+  tryBehindMarks(*row, cells);
+  for (std::size_t level = 0; level < LEVELS && standsAlone(row); ++level) {
+    row = row->parent();
+    tryAround(*row, cells);
+  }
+}
+
+/// One tag for each text, in the order of the page where there is a choice; none when one is missing.
+TableProposal::Cells TableProposal::cellsIn(const HTMLTag& around) const {
+  Cells cells;
+  for (const Cells& candidates : m_candidates) {
+    const HTMLTag* chosen = nullptr;
+    for (const HTMLTag* const tag : candidates) {
+      if (std::find(cells.begin(), cells.end(), tag) != cells.end() || !headUnder(tag, around))
+        continue;
+      const bool isBehind = cells.empty() || tag > cells.back();
+      if (!chosen || isBehind)
+        chosen = tag;
+      if (isBehind)
+        break;
+    }
+    if (!chosen)
+      return {};
+    cells.push_back(chosen);
+  }
+  return cells;
+}
+
+void TableProposal::tryAround(const HTMLTag& row, const Cells& cells) {
+  if (holdsSeveralDates(row))
+    return;
+  Plan plan{&row, {}};
+  for (const HTMLTag* const cell : cells) {
+    XMLTagLocator column;
+    if (!LocatorWay::addMovesIn(column, row, *cell))
+      return;
+    plan.columns.push_back(column);
+  }
+  tryPlan(plan, cells);
+}
+
+void TableProposal::tryBehindMarks(const HTMLTag& table, const Cells& cells) {
+  Cells heads;
+  for (const HTMLTag* const cell : cells)
+    heads.push_back(headUnder(cell, table));
+  const HTMLTag* const first = *std::min_element(heads.begin(), heads.end());
+  Cells marks = tagsBefore(*first);
+  marks.resize(std::min(marks.size(), MOST_MARKS));
+  marks.insert(marks.begin(), first);
+  for (const HTMLTag* const mark : marks) {
+    Plan plan{mark, {}};
+    bool whole = true;
+    for (std::size_t i = 0; i < cells.size() && whole; ++i) {
+      plan.columns.emplace_back();
+      whole = walkFromMark(plan.columns.back(), *mark, *heads[i], *cells[i]);
+    }
+    if (whole)
+      tryPlan(plan, cells);
+  }
+}
+
+/// Keeps what the plan leads to when it reads more rows than what is kept. A table of prices begins with the
+/// first row that holds some; any other with the example, since only the user knows its heading.
+void TableProposal::tryPlan(const Plan& plan, const Cells& cells) {
+  if (plan.row->parent() == nullptr)
+    return;
+  Trial trial = build(plan, *plan.row, cells);
+  if (!trial.locator)
+    return;
+  std::size_t tries = 0;
+  for (const HTMLTag* const earlier : tagsBefore(*plan.row)) {
+    if (!trial.beginsWithPrices || ++tries > MOST_EARLIER_ROWS)
+      break;
+    if (earlier->nameView() != plan.row->nameView())
+      continue;
+    Trial longer = build(plan, *earlier, cells);
+    if (!longer.locator)
+      break;
+    if (longer.beginsWithPrices)
+      trial = std::move(longer);
+  }
+  if (trial.numRows > m_best.numRows)
+    m_best = std::move(trial);
+}
+
+TableProposal::Trial TableProposal::build(const Plan& plan, const HTMLTag& firstRow, const Cells& cells) {
+  const std::vector<LocatorWay> ways = LocatorWay::withoutLabels(*firstRow.parent(), *m_page.root());
+  XMLTagLocator row;
+  Trial trial;
+  if (ways.empty() || !LocatorWay::addMovesIn(row, *firstRow.parent(), firstRow)) {
+    noteReason(u"No walk leads to the tag around the rows, " + tagTitle(*firstRow.parent()) + u".");
+    return trial;
+  }
+  trial.locator = std::make_unique<XMLTableLocator>();
+  trial.locator->addSubElement(new XMLTagLocator(ways.front().locator), u"TableRoot");
+  trial.locator->addSubElement(new XMLTagLocator(row), u"Row");
+  for (std::size_t i = 0; i < plan.columns.size(); ++i) {
+    auto column = std::make_unique<XMLTagLocator>(plan.columns[i]);
+    setTypes(*column, i);
+    trial.locator->addSubElement(column.release(), u"Columns");
+  }
+  read(trial, cells);
+  return trial;
+}
+
+void TableProposal::setTypes(XMLTagLocator& column, std::size_t index) const {
+  column.setType(m_example[index].type);
+  column.setFormat(formatOf(m_example[index].type));
+}
+
+/// Takes the locator away again when the page can't be read with it.
+void TableProposal::read(Trial& trial, const Cells& cells) {
+  HTMLTable table(trial.locator.get());
+  String fault;
+  try {
+    table.fillFrom(m_page.root());
+    fault = unreadableDate(table);
+  } catch (const HTMLException& failure) {
+    fault = failure.message();
+  }
+  if (const std::optional<TableFault> place = TableFault::find(*trial.locator, m_page.root()))
+    fault = describe(*place);
+  const auto isExample = [&](std::size_t row) {
+    for (std::size_t i = 0; i < cells.size(); ++i)
+      if (table.cellValue(row, i) != cells[i]->text())
+        return false;
+    return true;
+  };
+  if (fault.empty()) {
+    trial.numRows = table.numRows();
+    while (trial.exampleRow < trial.numRows && !isExample(trial.exampleRow))
+      ++trial.exampleRow;
+    if (trial.exampleRow < trial.numRows) {
+      trial.beginsWithPrices = hasPrices(table, 0);
+      return;
+    }
+    fault = u"Walks from the rows do not lead to the cells of the example.";
+  }
+  noteReason(u"The table was found, but the program can't read it: " + fault);
+  trial.locator.reset();
+}
+
+/// What is tried first is what is most likely meant, so its failure is the one to tell.
+void TableProposal::noteReason(const String& reason) {
+  if (!m_hasReason)
+    m_reason = reason;
+  m_hasReason = true;
+}
+
+String TableProposal::describe(const TableFault& fault) const {
+  const String row = u"row " + numberText(fault.rowNumber + 1) + u" of the table, " + tagSummary(*fault.row) +
+                     u", has no cell of its own for " + columnTypeName(m_example[fault.column].type) + u".\n";
+  return row + String(fault.kind == TableFault::Kind::MissingCell
+                          ? u"One row that lacks a cell makes a whole table unreadable for the program."
+                          : u"The program would read the row behind it for that.");
+}
+
+/// The first row whose date the program can't read, in words; empty when there is none.
+String TableProposal::unreadableDate(const HTMLTable& table) {
+  if (!table.hasColumn(COLUMN_TYPE_DATE))
+    return String();
+  const std::size_t date = table.columnByType(COLUMN_TYPE_DATE);
+  const bool hasClose = table.hasColumn(COLUMN_TYPE_CLOSE);
+  for (std::size_t row = 0; row < table.numRows(); ++row) {
+    const String text = table.cellValue(row, date);
+    if (text.empty() || (hasClose && table.cellValue(row, table.columnByType(COLUMN_TYPE_CLOSE)).empty()))
+      continue;
+    if (!isReadableDate(text))
+      return u"row " + numberText(row + 1) + u" has " + quoted(text) +
+             u" for its date, and dates must look like 3-Mar-06.";
+  }
+  return String();
+}
+
+} // namespace Tallymoor

@@ -1,0 +1,16 @@
+#include "foundation/XmlLibrary.h"
+#include "market/HTTPClient.h"
+#include "workbench/Workbench.h"
+#include <iostream>
+
+int main(int argc, char** argv) {
+  using namespace Tallymoor;
+  ensureXmlLibrary();
+  const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
+  int status = Workbench(std::cout, std::cerr, createHTTPClient).run(arguments);
+  std::cout.flush();
+  if (!std::cout && status == Workbench::DONE)
+    status = Workbench::WRONG_USE; // what was found could not be told
+  terminateXmlLibrary();
+  return status;
+}

@@ -1,0 +1,388 @@
+#include "WorkbenchTest.h"
+#include <gmock/gmock.h>
+#include <regex>
+
+namespace Tallymoor {
+namespace {
+
+const char* const PAGE =
+    "<html><body>\n<table id=q><tr><th>Last Trade: </th><td class=p>3.42</td><td>3.40</td>"
+    "</tr></table><p>Delayed<ul></ul></body></html>";
+
+class CheckCommandTest : public WorkbenchTest {
+protected:
+  Result check(const std::string& steps, const std::string& page = PAGE) const {
+    return run({"check", quoteDocument(steps), "--page", write("page.html", page)});
+  }
+  Result checkHistory(const std::string& rows,
+                      const std::vector<std::string>& columns = {"Date", "Close", "High", "Low", "Volume"},
+                      int firstRow = 0) const {
+    const std::string page = write("page.html", "<html><table>" + rows + "</table></html>");
+    return run({"check", historyDocument(columns, firstRow), "--page", page});
+  }
+  static std::string row(const std::vector<std::string>& cells) {
+    std::string text = "<tr>";
+    for (const std::string& cell : cells)
+      text += "<td>" + cell + "</td>";
+    return text + "</tr>";
+  }
+  const std::string m_toTable = in("body") + in("table");
+};
+
+// --- The document
+
+TEST_F(CheckCommandTest, TellsTheKindOfADocument) {
+  const std::string defaults = TALLYMOOR_SAMPLES "/../assets/defaults/Config/";
+  EXPECT_TRUE(run({"check", defaults + "CurrentPriceLocators.xml"}).says("for current prices, version 1"));
+  EXPECT_TRUE(run({"check", defaults + "HistoricalPricesLocators.xml"}).says("for past prices, version 1"));
+  const Result search = run({"check", defaults + "CodeSearchLocators.xml"});
+  EXPECT_TRUE(search.says("for searches for stock codes, version 1"));
+  EXPECT_TRUE(search.says("Address: http://127.0.0.1:8317/search?s=CODE&t=S&m=ALL\n"));
+  EXPECT_TRUE(search.says("No page to try it on"));
+  EXPECT_EQ(search.status, 0);
+}
+
+TEST_F(CheckCommandTest, BuildsTheAddressOfPastPricesAsTheProgramDoes) {
+  const Result result =
+      run({"check", TALLYMOOR_SAMPLES "/../assets/defaults/Config/HistoricalPricesLocators.xml"});
+  EXPECT_TRUE(result.says("Rows on a page: 250 at the most"));
+  // 250 trading days are 350 days; less five, since the range goes on to today. Months count from 0.
+  EXPECT_TRUE(result.says("history?s=CODE&a=2&b=23&c=2025&d=2&e=3&f=2026\n")) << result.out;
+}
+
+TEST_F(CheckCommandTest, RefusesWhatIsNoLocatorDocument) {
+  const Result other = run({"check", write("x.xml", "<Portfolios><A/></Portfolios>")});
+  EXPECT_EQ(other.status, 1);
+  EXPECT_TRUE(other.complains("this is not a locator document. Its root is \"Portfolios\"")) << other.errors;
+  const Result text = run({"check", write("x.xml", "hello")});
+  EXPECT_EQ(text.status, 1);
+  EXPECT_TRUE(text.complains("this is no sound XML document")) << text.errors;
+  EXPECT_TRUE(text.complains("Parse problem at line 1 column 1")) << text.errors;
+}
+
+TEST_F(CheckCommandTest, NamesTheLineWhereADocumentBreaksTheForm) {
+  const std::string head = "<CurrentPriceLocators active=\"a\" version=\"1\">\n<CurrentPrice domain=\"a\">\n"
+                           "<URLLocator><URLPart>http://x.example/</URLPart></URLLocator>\n";
+  const std::string foot = "</CurrentPrice>\n</CurrentPriceLocators>\n";
+  const auto complaint = [&](const std::string& body) {
+    const Result result = run({"check", write("x.xml", head + body + foot)});
+    EXPECT_EQ(result.status, 1);
+    return result.errors;
+  };
+  EXPECT_THAT(complaint("<TagLocator>\n<TagMove move=\"In\" name=\"b\"/>\n</TagLocator>\n"),
+              ::testing::AllOf(::testing::HasSubstr("breaks the form at line 5."),
+                               ::testing::HasSubstr("does not belong in TagLocator")));
+  EXPECT_THAT(complaint("<TagLocator><TagFind>\n<TagMove move=\"In\"/>\n</TagFind></TagLocator>\n"),
+              ::testing::AllOf(::testing::HasSubstr("at line 5."),
+                               ::testing::HasSubstr("without an attribute that it must have"),
+                               ::testing::HasSubstr("missing attribute name in TagMove")));
+  EXPECT_THAT(complaint("<TagLocator>\n\n<TagFind>\n</TagFind></TagLocator>\n"),
+              ::testing::AllOf(::testing::HasSubstr("at line 7."),
+                               ::testing::HasSubstr("neither a TagSearch nor a TagMove")));
+  EXPECT_THAT(complaint("<TagLocator><TagFind><TagSearch tagname=\"a\" val=\"x\"/>\n<TagMove move=\"In\" "
+                        "name=\"b\"/></TagFind></TagLocator>\n"),
+              ::testing::AllOf(::testing::HasSubstr("at line 5."),
+                               ::testing::HasSubstr("holds a TagSearch and a TagMove")));
+  EXPECT_THAT(complaint("<TagLocator/>\n"),
+              ::testing::AllOf(::testing::HasSubstr("at line 4."),
+                               ::testing::HasSubstr("without something that it must hold")));
+}
+
+TEST_F(CheckCommandTest, ARootThatIsOnlyAPartOfADocumentIsRefused) {
+  const Result result = run({"check", write("x.xml", "<CurrentPrice domain=\"a\"/>")});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_TRUE(result.complains("this is not a locator document. Its root is \"CurrentPrice\""));
+}
+
+TEST_F(CheckCommandTest, ChecksTheSourceInUseOrTheOneNamed) {
+  const std::string two =
+      "<CurrentPriceLocators active=\"b\" version=\"7\">"
+      "<CurrentPrice domain=\"a\"><URLLocator><URLPart>http://a.example</URLPart></URLLocator>"
+      "<TagLocator>" +
+      in("p") +
+      "</TagLocator></CurrentPrice>"
+      "<CurrentPrice domain=\"b\"><URLLocator><URLPart>http://b.example</URLPart></URLLocator>"
+      "<TagLocator>" +
+      in("p") + "</TagLocator></CurrentPrice></CurrentPriceLocators>";
+  const std::string document = write("two.xml", two);
+  const Result inUse = run({"check", document});
+  EXPECT_TRUE(inUse.says("Sources: \"a\", \"b\"; in use is \"b\"\n"));
+  EXPECT_TRUE(inUse.says("Address: http://b.example\n"));
+  EXPECT_TRUE(inUse.says("The program looks for such a document under the name CurrentPriceLocators.xml"));
+  EXPECT_TRUE(run({"check", document, "--domain", "a"}).says("Address: http://a.example\n"));
+  const Result unknown = run({"check", document, "--domain", "c"});
+  EXPECT_EQ(unknown.status, 1);
+  EXPECT_TRUE(unknown.complains("there is no source with the domain \"c\"")) << unknown.errors;
+  EXPECT_TRUE(unknown.complains("Its sources are: \"a\", \"b\""));
+}
+
+TEST_F(CheckCommandTest, AnActiveNameWithoutASourceIsTold) {
+  const Result result = run({"check", write("x.xml", "<CodeSearchLocators active=\"gone\" version=\"1\"/>")});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_TRUE(
+      result.complains("its \"active\" names no source with the domain \"gone\" as one that it holds"))
+      << result.errors;
+  EXPECT_TRUE(result.complains("Its sources are: none"));
+}
+
+TEST_F(CheckCommandTest, AnAddressWithoutValueOrHostIsTold) {
+  const std::string start =
+      "<CurrentPriceLocators active=\"a\" version=\"1\"><CurrentPrice domain=\"a\"><URLLocator>";
+  const std::string end =
+      "</URLLocator><TagLocator>" + in("p") + "</TagLocator></CurrentPrice></CurrentPriceLocators>";
+  const Result market = run({"check", write("x.xml", start + "<URLPart type=\"MarketCode\"/>" + end)});
+  EXPECT_EQ(market.status, 1);
+  EXPECT_TRUE(market.complains("a URLPart has the type MarketCode or DMY")) << market.errors;
+  const Result none = run({"check", write("x.xml", start + "<URLPart>http://</URLPart>" + end)});
+  EXPECT_EQ(none.status, 1);
+  EXPECT_TRUE(none.complains("The parts of the address name no host")) << none.errors;
+}
+
+// --- The walk
+
+TEST_F(CheckCommandTest, ShowsEachStepAndThePrice) {
+  const Result result =
+      check(search("tagname=\"table\" attr=\"id\" attrVal=\"q\"") + in("tr") + in("th") + down("td"));
+  EXPECT_EQ(result.status, 0);
+  EXPECT_TRUE(result.says("  1. search: <table> with id=\"q\"\n      reached <table id=\"q\">, 1 tag in it\n"
+                          "  2. in: tr 0\n      reached <tr>, 3 tags in it\n"
+                          "  3. in: th 0\n      reached <th> \"Last Trade:\"\n"
+                          "  4. down: td 0\n      reached <td class=\"p\"> \"3.42\"\n"
+                          "\nThe price: \"3.42\" reads as 3.4200\n"))
+      << result.out;
+}
+
+TEST_F(CheckCommandTest, AMoveInThatFailsShowsWhatIsThere) {
+  const Result result = check(m_toTable + in("tr") + in("td", 2));
+  EXPECT_EQ(result.status, 1);
+  EXPECT_TRUE(result.says("  4. in: td 2\n      STOPPED: <tr> has no td 2 directly in it. It has:\n"
+                          "        th 0: <th> \"Last Trade:\"\n"
+                          "        td 0: <td class=\"p\"> \"3.42\"\n"
+                          "        td 1: <td> \"3.40\"\n"))
+      << result.out;
+  EXPECT_TRUE(result.says("tallymoor-locator find " + m_profile.folder() + "/page.html VALUE\n"));
+  const Result empty = check(in("body") + in("ul") + in("li"));
+  EXPECT_TRUE(empty.says("STOPPED: <ul> has no tags in it.\n")) << empty.out;
+  EXPECT_FALSE(empty.says("never closed"));
+  const Result unclosed = check(in("body") + in("p") + in("ul"));
+  EXPECT_TRUE(
+      unclosed.says("It is never closed on the page, so what follows stands beside it: a move \"Down\""))
+      << unclosed.out;
+}
+
+TEST_F(CheckCommandTest, AMoveDownThatFailsShowsWhatFollows) {
+  const Result result = check(m_toTable + in("tr") + in("td") + down("th"));
+  EXPECT_TRUE(
+      result.says("STOPPED: behind <td class=\"p\"> there is no th 0 under the same parent. Behind it "
+                  "stands:\n        td 0: <td> \"3.40\"\n"))
+      << result.out;
+  EXPECT_TRUE(check(m_toTable + down("td")).says("Behind it stands:\n        p 0: <p>"));
+  EXPECT_TRUE(check(down("td")).says("Behind it stands:\n        nothing\n"));
+}
+
+TEST_F(CheckCommandTest, ASearchThatFailsShowsWhatIsNearest) {
+  const Result text = check(search("tagname=\"th\" val=\"Last Trade:\""));
+  EXPECT_EQ(text.status, 1);
+  EXPECT_TRUE(text.says("The text must be the same to the last blank")) << text.out;
+  EXPECT_TRUE(text.says("Near to it are:\n        <th> \"Last Trade:\"\n")) << text.out;
+  const Result name = check(search("tagname=\"td\" val=\"last trade: \""));
+  EXPECT_TRUE(name.says("Near to it are:\n        <th> \"Last Trade:\"\n")) << name.out;
+  const Result attribute = check(search("tagname=\"td\" attr=\"id\" attrVal=\"p\""));
+  EXPECT_TRUE(attribute.says("1. search: <td> with id=\"p\"\n      STOPPED: there is no such tag in <html>.\n"
+                             "      What there is of <td>:\n        <td class=\"p\"> \"3.42\"\n"))
+      << attribute.out;
+  const Result none = check(search("tagname=\"TABLE\" attr=\"id\""));
+  EXPECT_TRUE(none.says("There is no <TABLE> at all.")) << none.out;
+}
+
+TEST_F(CheckCommandTest, LongListsAreCut) {
+  std::string many = "<html><body>";
+  for (int i = 0; i < 40; ++i)
+    many += "<b>x</b>";
+  const Result result = check(in("body") + in("i"), many + "</body></html>");
+  EXPECT_TRUE(result.says("b 14: <b> \"x\"\n        ... and 25 more\n")) << result.out;
+}
+
+TEST_F(CheckCommandTest, APriceThatIsNoneIsWrong) {
+  const Result currency = check(in("b"), "<html><b>$3.42</b></html>");
+  EXPECT_EQ(currency.status, 1);
+  EXPECT_TRUE(
+      currency.says("The price: \"$3.42\" reads as 0.0000\nMind: \"$3.42\" does not begin with a number"));
+  EXPECT_TRUE(currency.says("WRONG: that is no price."));
+  const Result comma = check(in("b"), "<html><b>12,30</b></html>");
+  EXPECT_EQ(comma.status, 0);
+  EXPECT_TRUE(comma.says("reads as 1230.0000: a comma divides thousands and is left out")) << comma.out;
+}
+
+TEST_F(CheckCommandTest, APriceWithoutTheFloatFormatIsWrong) {
+  const Result result =
+      run({"check", quoteDocument(in("b"), ""), "--page", write("p", "<html><b>1</b></html>")});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_TRUE(result.says("STOPPED: the TagLocator must say format=\"Float\"")) << result.out;
+}
+
+// --- The page
+
+TEST_F(CheckCommandTest, TellsWhatIsWrongWithAPage) {
+  const auto complaint = [&](const std::string& page) {
+    const Result result = check(in("b"), page);
+    EXPECT_EQ(result.status, 1);
+    return result.errors;
+  };
+  using ::testing::HasSubstr;
+  EXPECT_THAT(complaint("date;close\n1;2\n"), HasSubstr("There is not a single tag in it"));
+  EXPECT_THAT(complaint(""), HasSubstr("HTMLParser::Parse - no tags found"));
+  EXPECT_THAT(complaint("<p>x</p>"), HasSubstr("It has no <html> tag"));
+  EXPECT_THAT(complaint("<html><script>x</Script></html>"),
+              HasSubstr("A <script> has no </script> behind it"));
+  EXPECT_TRUE(check(in("b"), "<html><b>1</b>").says("never closed by </html>"));
+  EXPECT_TRUE(check(in("b"), std::string("<html><b>1</b></html>\0x", 23)).says("there are zero bytes in it"));
+}
+
+TEST_F(CheckCommandTest, WhatAPageHoldsIsHarmlessForATerminal) {
+  const Result result = check(in("b"), "<html><b title=\"\x1B]0;x\x07\">\x1B[2J\xC2\x9B\xE2\x80\xAE"
+                                       "1\r\n2</b></html>");
+  EXPECT_EQ(result.out.find('\x1B'), std::string::npos);
+  EXPECT_EQ(result.out.find('\x07'), std::string::npos);
+  EXPECT_EQ(result.out.find('\r'), std::string::npos);
+  EXPECT_EQ(result.out.find("\xC2\x9B"), std::string::npos);
+  EXPECT_EQ(result.out.find("\xE2\x80\xAE"), std::string::npos);
+  EXPECT_TRUE(result.says("\xEF\xBF\xBD[2J")) << result.out;
+}
+
+// --- Tables
+
+TEST_F(CheckCommandTest, ShowsTheRowsThatArePassedOverAndWhy) {
+  const Result result =
+      checkHistory(row({"2-Mar-26", "1.50", "1.60", "1.40", "12,000"}) + row({"2-Mar-26", "", "", "", ""}) +
+                   row({"", "1.50", "", "", ""}) + row({"5-Mar-26", "1.50", "1.60", "1.40", "1"}) +
+                   row({"27-Feb-26", "1.45", "1.50", "1.41", "900"}));
+  EXPECT_EQ(result.status, 0);
+  EXPECT_TRUE(result.says("  1     2026/3/2    1.5000      1.6000      1.4000      12000\n"
+                          "  2     passed over: its close is empty, as in the row of a dividend\n"
+                          "  3     passed over: its date is empty\n"
+                          "  4     passed over: its day 2026/3/5 lies before 1900 or after tomorrow\n"
+                          "  5     2026/2/27   1.4500      1.5000      1.4100      900\n"
+                          "5 rows: 2 read, 3 passed over.\n"))
+      << result.out;
+}
+
+TEST_F(CheckCommandTest, ARowThatLacksACellIsNamed) {
+  const Result result = checkHistory(row({"2-Mar-26", "1.50", "1.60", "1.40", "12,000"}) +
+                                     "<tr><td>27-Feb-26</td><td colspan=4>Dividend</td></tr>");
+  EXPECT_EQ(result.status, 1);
+  EXPECT_TRUE(result.says(
+      "Row 2, <tr>, 2 tags in it, has no cell for High. One row that lacks a cell makes the "
+      "whole table unreadable.\n  1. in: td 2\n      STOPPED: <tr> has no td 2 directly in it. It "
+      "has:\n        td 0: <td> \"27-Feb-26\"\n        td 1: <td colspan=\"4\"> \"Dividend\"\n"))
+      << result.out;
+  EXPECT_TRUE(result.says("tallymoor-locator table "));
+}
+
+TEST_F(CheckCommandTest, ADateThatCannotBeReadIsNamed) {
+  const Result result = checkHistory(row({"2-Mar-26", "1.50", "1.60", "1.40", "1"}) +
+                                     row({"27/02/2026", "1.45", "1.5", "1.4", "1"}));
+  EXPECT_EQ(result.status, 1);
+  EXPECT_TRUE(result.says("  2     STOPPED: Date::fromString - no separator: 27/02/2026\n"
+                          "  A date must look like 3-Mar-06."))
+      << result.out;
+}
+
+TEST_F(CheckCommandTest, ACloseOfNothingIsWrong) {
+  const Result result = checkHistory(row({"2-Mar-26", "A$1.50", "1.60", "1.40", "1.2M"}));
+  EXPECT_EQ(result.status, 1);
+  EXPECT_TRUE(result.says("<- WRONG: a close of nothing")) << result.out;
+  EXPECT_TRUE(result.says("Mind:\n  row 1, Close: \"A$1.50\" does not begin with a number"));
+  EXPECT_TRUE(
+      result.says("row 1, Volume: \"1.2M\" reads as 1.2000: what stands behind the number is passed over"))
+      << result.out;
+}
+
+TEST_F(CheckCommandTest, AShortRowThatLeadsIntoTheNextIsWrong) {
+  const std::string flat = "<table><tr><td>2-Mar-26</td><td>Dividend</td><tr><td>27-Feb-26</td><td>1.5</td>"
+                           "<td>1.6</td></table>";
+  std::string document = readTestFile(historyDocument({"Date", "Close", "High", "Low", "Volume"}));
+  document = std::regex_replace(document, std::regex("<TagMove move=\"In\" name=\"td\""),
+                                "<TagMove move=\"Down\" name=\"td\"");
+  document = std::regex_replace(document, std::regex("index=\"[34]\""), "index=\"2\"");
+  const Result result =
+      run({"check", write("h.xml", document), "--page", write("p.html", "<html>" + flat + "</html>")});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_TRUE(
+      result.says("WRONG: Row 1, <tr>, empty, is too short: what is read for its High belongs to the row "
+                  "behind it."))
+      << result.out;
+}
+
+TEST_F(CheckCommandTest, MissingColumnsAreNamed) {
+  const Result result = checkHistory(row({"2-Mar-26", "1.50"}), {"Date", "Close"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_TRUE(result.says("STOPPED: the program needs columns of these types too: High, Low, Volume\n"));
+}
+
+TEST_F(CheckCommandTest, AColumnThatFailsInTheFirstRowIsTraced) {
+  const Result result = checkHistory("<tr><th>2-Mar-26</th></tr>");
+  EXPECT_TRUE(result.says("  Date       in: td 0\n    1. in: td 0\n        STOPPED: <tr> has no td 0"))
+      << result.out;
+}
+
+TEST_F(CheckCommandTest, LongTablesAreCutUnlessAllIsWanted) {
+  std::string rows;
+  for (int i = 1; i <= 28; ++i)
+    rows += row({std::to_string(i) + "-Jan-26", "1.5", "1.6", "1.4", "9"});
+  const Result cut = checkHistory(rows);
+  EXPECT_EQ(cut.status, 0);
+  EXPECT_TRUE(cut.says("... and 16 rows more; --all shows them\n28 rows: 28 read, 0 passed over.\n"))
+      << cut.out;
+  const Result all = run({"check", historyDocument({"Date", "Close", "High", "Low", "Volume"}), "--all",
+                          "--page", write("page.html", "<html><table>" + rows + "</table></html>")});
+  EXPECT_TRUE(all.says("  28    2026/1/28   1.5000"));
+  EXPECT_FALSE(all.says("--all shows them"));
+}
+
+TEST_F(CheckCommandTest, ATableOfNothingIsNotRead) {
+  EXPECT_EQ(checkHistory(row({"2-Mar-26", "", "", "", ""})).status, 1);
+  const Result nowhere =
+      run({"check", historyDocument({"Date"}), "--page", write("p.html", "<html><p></p></html>")});
+  EXPECT_TRUE(nowhere.says("To the table\n  1. in: table 0\n      STOPPED: <html> has no table 0"))
+      << nowhere.out;
+  const Result rowless = run({"check", historyDocument({"Date"}, 3), "--page",
+                              write("p.html", "<html><table>" + row({"x"}) + "</table></html>")});
+  EXPECT_TRUE(
+      rowless.says("From the table to its first row\n  1. in: tr 3\n      STOPPED: <table> has no tr 3"))
+      << rowless.out;
+}
+
+TEST_F(CheckCommandTest, OddNumbersOfEntriesAreTold) {
+  const Result result = run({"check", historyDocument({"Date"}, 0, "many")});
+  EXPECT_TRUE(result.says("Mind: with that number a single day is asked for at a time.")) << result.out;
+}
+
+TEST_F(CheckCommandTest, EachPageOfASearchHasItsOwn) {
+  const std::string detail = "<CodeSearchDetail><URLLocator><URLPart>http://a.example/</URLPart><URLPart "
+                             "type=\"Code\"/></URLLocator><TableLocator><TagLocator>" +
+                             in("table") + "</TagLocator><TagLocator>" + in("tr") +
+                             "</TagLocator><TagLocator type=\"Code\">" + in("td") +
+                             "</TagLocator><TagLocator type=\"StockName\">" + in("td", 1) +
+                             "</TagLocator><TagLocator type=\"MarketName\">" + in("td", 2) +
+                             "</TagLocator></TableLocator></CodeSearchDetail>";
+  const std::string document =
+      write("CodeSearchLocators.xml", "<CodeSearchLocators active=\"a\" version=\"1\">"
+                                      "<CodeSearch domain=\"a\">" +
+                                          detail + detail + "</CodeSearch></CodeSearchLocators>");
+  const auto page = [&](const std::string& code) {
+    return write(code + ".html", "<html><table>" + row({code, "Name", "N/A"}) + "</table></html>");
+  };
+  const Result both = run({"check", document, "--page", page("A.AX"), "--page", page("B.SW")});
+  EXPECT_EQ(both.status, 0);
+  EXPECT_TRUE(both.says("Search page 1 of 2\n"));
+  EXPECT_TRUE(both.says("\"A.AX\", \"Name\", \"Australia\""));
+  EXPECT_TRUE(both.says("\"B.SW\", \"Name\", \"Switzerland\""));
+  const Result one = run({"check", document, "--page", page("A.AX")});
+  EXPECT_TRUE(one.says("No page to try it on"));
+  EXPECT_EQ(run({"check", document, "--page", page("A.AX"), "--page", page("")}).status, 1)
+      << "nothing is found";
+}
+
+} // namespace
+} // namespace Tallymoor
