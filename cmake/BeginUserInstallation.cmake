@@ -1,7 +1,7 @@
 # Runs before the files of an installation for one user are laid down. An earlier copy is taken away first, so that no library
 # of it stays beside the new ones. Begins the record that uninstall goes by, one path below the prefix a line, with the
-# folders that this copy or an earlier one made: those of TALLYMOOR_DESTINATIONS, and above them up to the prefix, that
-# are not there yet.
+# folders that this copy or an earlier one made: those of TALLYMOOR_DESTINATIONS, and above them, that are not there yet.
+# Folders above the prefix are absolute: the prefix may be moved, and they stay.
 cmake_policy(VERSION 3.25) # an installation begins with none
 cmake_path(ABSOLUTE_PATH CMAKE_INSTALL_PREFIX NORMALIZE)
 set(tallymoor_prefix "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}")
@@ -30,5 +30,10 @@ foreach(folder IN LISTS folders)
     string(APPEND lines "folder ${folder}\n")
   endif()
 endforeach()
+cmake_path(GET tallymoor_prefix PARENT_PATH folder)
+while(folder IN_LIST made_folders OR NOT IS_DIRECTORY "${folder}")
+  string(APPEND lines "folder ${folder}\n")
+  cmake_path(GET folder PARENT_PATH folder)
+endwhile()
 file(WRITE "${TALLYMOOR_SCRATCH}/installed-files" "${lines}")
 file(INSTALL DESTINATION "${CMAKE_INSTALL_PREFIX}/lib/tallymoor" TYPE FILE FILES "${TALLYMOOR_SCRATCH}/installed-files")
