@@ -13,6 +13,7 @@
 #include "views/WatchlistRootTreeItem.h"
 #include "widgets/Colours.h"
 #include "widgets/InvestmentTree.h"
+#include "widgets/PageSwitcher.h"
 #include "widgets/ToolkitText.h"
 #include <algorithm>
 
@@ -247,7 +248,7 @@ TallymoorWindow::Tab TallymoorWindow::buildTab(const char* label, FXColor treeCo
                                0, 0, 0, 0);
   };
   tab.tree = new InvestmentTree(half(), treeColour, FXRGB(0, 0, 0));
-  tab.tree->setSwitcher(new FXSwitcher(half(), LAYOUT_FILL_X | LAYOUT_FILL_Y));
+  tab.tree->setSwitcher(new PageSwitcher(half(), LAYOUT_FILL_X | LAYOUT_FILL_Y));
   tab.splitter->setSplit(
       0, static_cast<FXint>(Settings::Instance().readUnsigned(u"Gui Settings", widthKey, TREE_WIDTH)));
   return tab;

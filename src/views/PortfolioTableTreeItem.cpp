@@ -21,7 +21,6 @@ void PortfolioTableTreeItem::buildPage() {
     m_table = makeTable(frame);
     buildFooter();
     tableChanged(true);
-    page()->create();
   });
   if (!page()) {
     m_table = nullptr;

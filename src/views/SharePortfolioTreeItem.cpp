@@ -64,7 +64,6 @@ SharePortfolioTreeItem::SharePortfolioTreeItem(InvestmentTree* tree, TotalCapTre
     m_summaryFrame = new SummaryFrame(page());
     m_performance = new PerformanceView(page(), {m_portfolio}, false, m_portfolio->name(), this);
     tableChanged(true);
-    page()->create();
     m_priceWatch =
         std::make_unique<PriceWatch>(page()->getApp(), u"SharePortfolioTreeItem::tableChanged failed.",
                                      [this](const std::set<String>& codes) { pricesCame(codes); });

@@ -75,7 +75,6 @@ TotalCapTreeItem::TotalCapTreeItem(InvestmentTree* tree, OpenPortfolios& portfol
     m_performance =
         new PerformanceView(page(), listOf(*m_portfolios), true, u"TotalCapPortfoliosTable", this);
     tableChanged(true);
-    page()->create();
   });
   if (!page()) {
     m_summaryFrame = nullptr;

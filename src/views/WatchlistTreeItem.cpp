@@ -46,7 +46,6 @@ void WatchlistTreeItem::buildPage(WatchlistTable::Kind kind, const std::vector<S
                                       4, 4, 4, 4, 4);
     m_table = new WatchlistTable(m_name, kind, codes, *m_root, frame);
     buildChart();
-    page()->create();
   });
   if (!page()) {
     m_table = nullptr;

@@ -1,5 +1,6 @@
 #include "widgets/InvestmentTree.h"
 #include "widgets/InvestmentTreeItem.h"
+#include "widgets/PageSwitcher.h"
 
 namespace Tallymoor {
 
@@ -42,8 +43,10 @@ void InvestmentTree::showFirst() {
 }
 
 void InvestmentTree::showPageOf(InvestmentTreeItem* item) {
+  if (m_shownItem != item && m_switcher->inFocusChain())
+    setFocus();
   m_shownItem = item;
-  m_switcher->setCurrent(m_switcher->indexOfChild(item->page()), FALSE);
+  m_switcher->showPage(item->page());
 }
 
 void InvestmentTree::pageGone(const InvestmentTreeItem* item) {
@@ -51,7 +54,7 @@ void InvestmentTree::pageGone(const InvestmentTreeItem* item) {
     m_shownItem = nullptr;
   // The switcher knows its page by position, which the pages behind the lost one have changed.
   if (m_shownItem)
-    showPageOf(m_shownItem);
+    m_switcher->setCurrent(m_switcher->indexOfChild(m_shownItem->page()), FALSE);
 }
 
 } // namespace Tallymoor

@@ -6,6 +6,7 @@
 namespace Tallymoor {
 
 class InvestmentTreeItem;
+class PageSwitcher;
 
 /// A tree whose nodes own the pages of a switcher: selecting a node shows its page.
 class InvestmentTree : public TreeView {
@@ -16,8 +17,8 @@ public:
   ~InvestmentTree() override;
 
   /// Where pages go; not owned. Set before the first node is made; must outlive the nodes.
-  void setSwitcher(FXSwitcher* switcher) { m_switcher = switcher; }
-  FXSwitcher* switcher() const { return m_switcher; }
+  void setSwitcher(PageSwitcher* switcher) { m_switcher = switcher; }
+  PageSwitcher* switcher() const { return m_switcher; }
   /// Background of the tree and of page headings, and the text colour of headings.
   FXColor backColour() const { return m_backColour; }
   FXColor textColour() const { return m_textColour; }
@@ -41,7 +42,7 @@ public:
   void pageGone(const InvestmentTreeItem* item);
 
 private:
-  FXSwitcher* m_switcher = nullptr;
+  PageSwitcher* m_switcher = nullptr;
   InvestmentTreeItem* m_shownItem = nullptr;
   std::function<void()> m_beforeUpdate;
   FXColor m_backColour;

@@ -19,10 +19,7 @@ constexpr FXint SPACING = 4;
 InvestmentTreeItem::InvestmentTreeItem(InvestmentTree* tree, TreeViewItem* parentItem, const String& label,
                                        FXIcon* openIcon, FXIcon* closedIcon)
     : TreeViewItem(tree, parentItem, label, openIcon, closedIcon), m_page(tree->createPage()) {
-  buildView([this] {
-    buildHeading();
-    createPage();
-  });
+  buildView([this] { buildHeading(); });
 }
 
 InvestmentTreeItem::~InvestmentTreeItem() {
@@ -43,11 +40,6 @@ void InvestmentTreeItem::buildHeading() {
   heading->setTextColor(tree.textColour());
   heading->setBackColor(tree.backColour());
   frame->setHeight(2 * font->getTextHeight(toFox(label())));
-}
-
-void InvestmentTreeItem::createPage() {
-  if (m_page->getApp()->getDisplay())
-    m_page->create();
 }
 
 void InvestmentTreeItem::buildFailed() {

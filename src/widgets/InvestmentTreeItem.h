@@ -45,7 +45,6 @@ protected:
 
 private:
   void buildHeading();
-  void createPage();
   void buildFailed();
 
   FXVerticalFrame* m_page = nullptr;

@@ -152,6 +152,7 @@ protected:
   }
   void startTyping(FXint row, const String& title, const std::string& text) {
     SharesHeldTable& table = *trading().sharesHeldItem()->table();
+    trading().sharesHeldItem()->activate();
     table.startInput(row, columnOf(title));
     find<FXTextField>(table)->setText(text.c_str());
   }

@@ -100,6 +100,7 @@ TEST_F(DividendsTableTest, ForeignSourceAndTaxAreShownWhenChosenInTheColumnDialo
   });
   FXEvent event{};
   event.win_x = 5;
+  bringToFront(table());
   FXHeader& header = *table().getColumnHeader();
   event.type = SEL_RIGHTBUTTONPRESS;
   header.handle(&app(), FXSEL(SEL_RIGHTBUTTONPRESS, 0), &event);

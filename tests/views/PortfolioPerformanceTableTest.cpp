@@ -56,6 +56,7 @@ protected:
     FXEvent event{};
     event.win_x = header.getItemOffset(columnOf(table, title)) + 3;
     event.win_y = 5;
+    bringToFront(table);
     header.getTarget()->handle(&header, FXSEL(SEL_RIGHTBUTTONRELEASE, header.getSelector()), &event);
     letEventsPass();
   }

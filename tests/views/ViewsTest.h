@@ -18,6 +18,7 @@
 #include "views/TotalsBar.h"
 #include "widgets/GuiWakeUp.h"
 #include "widgets/InvestmentTree.h"
+#include "widgets/PageSwitcher.h"
 #include "widgets/TableItem.h"
 #include "xml/CountryOfResidence.h"
 #include "xml/PortfolioRecords.h"
@@ -51,7 +52,7 @@ protected:
     m_failure = std::make_unique<GuiWakeUp>(&app(), [] { throw Exception(u"test"); });
     auto* splitter = new FXSplitter(mainWindow().contentFrame(), LAYOUT_FILL_X | LAYOUT_FILL_Y);
     m_tree = new InvestmentTree(splitter, FXRGB(230, 240, 230), FXRGB(0, 60, 0));
-    m_switcher = new FXSwitcher(splitter, LAYOUT_FILL_X | LAYOUT_FILL_Y);
+    m_switcher = new PageSwitcher(splitter, LAYOUT_FILL_X | LAYOUT_FILL_Y);
     m_tree->setSwitcher(m_switcher);
     splitter->setSplit(0, 180);
     splitter->create();
@@ -200,8 +201,15 @@ protected:
     return found;
   }
 
+  /// Brings the page with the table to the front, where a user has it who works in it.
+  void bringToFront(Table& table) {
+    for (FXWindow* window = &table; window; window = window->getParent())
+      if (auto* switcher = dynamic_cast<PageSwitcher*>(window->getParent()))
+        switcher->showPage(window);
+  }
   /// The user opens an editor in the cell, types and presses Return.
   void typeInto(Table& table, FXint row, const String& title, const std::string& text) {
+    bringToFront(table);
     table.startInput(row, columnOf(table, title));
     auto* editor = find<FXTextField>(table);
     ASSERT_TRUE(editor);
@@ -228,6 +236,7 @@ protected:
     return entries;
   }
   void rightClickRow(Table& table, FXint row) {
+    bringToFront(table);
     FXHeader& header = *table.getRowHeader();
     click(header, SEL_RIGHTBUTTONPRESS, SEL_RIGHTBUTTONRELEASE, RIGHTBUTTON, 5,
           header.getItemOffset(row) + header.getItemSize(row) / 2);
@@ -324,7 +333,7 @@ private:
   XMLPortfolios m_records;
   OpenPortfolios m_portfolios;
   InvestmentTree* m_tree = nullptr;
-  FXSwitcher* m_switcher = nullptr;
+  PageSwitcher* m_switcher = nullptr;
   TotalCapTreeItem* m_root = nullptr;
 };
 

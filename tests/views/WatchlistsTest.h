@@ -8,6 +8,7 @@
 #include "views/WatchlistSettings.h"
 #include "views/WatchlistTable.h"
 #include "views/WatchlistTreeItem.h"
+#include "widgets/PageSwitcher.h"
 #include <memory>
 
 namespace Tallymoor {
@@ -19,7 +20,7 @@ protected:
     ViewsTest::SetUp();
     auto* splitter = new FXSplitter(mainWindow().contentFrame(), LAYOUT_FILL_X | LAYOUT_FILL_Y);
     m_watchTree = new InvestmentTree(splitter, FXRGB(230, 230, 240), FXRGB(0, 0, 60));
-    m_watchTree->setSwitcher(new FXSwitcher(splitter, LAYOUT_FILL_X | LAYOUT_FILL_Y));
+    m_watchTree->setSwitcher(new PageSwitcher(splitter, LAYOUT_FILL_X | LAYOUT_FILL_Y));
     splitter->setSplit(0, 180);
     splitter->create();
   }

@@ -4,6 +4,7 @@
 #include "widgets/HandlerScope.h"
 #include "widgets/InvestmentTree.h"
 #include "widgets/InvestmentTreeItem.h"
+#include "widgets/PageSwitcher.h"
 #include "widgets/ToolkitText.h"
 #include "widgets/TreeViewItem.h"
 #include <fxkeys.h>
@@ -25,7 +26,6 @@ public:
       : InvestmentTreeItem(tree, parent, label, nullptr, nullptr) {
     buildView([&] {
       m_view = new FXLabel(page(), "view");
-      m_view->create();
       if (fails)
         throw 17; // anything counts
     });
@@ -60,7 +60,7 @@ protected:
     m_splitter = new FXSplitter(mainWindow().contentFrame(), LAYOUT_FILL_X | LAYOUT_FILL_Y);
     auto* left = new FXVerticalFrame(m_splitter, LAYOUT_FILL_X | LAYOUT_FILL_Y);
     m_tree = new InvestmentTree(left, FXRGB(200, 220, 255), FXRGB(0, 0, 128));
-    m_switcher = new FXSwitcher(m_splitter, LAYOUT_FILL_X | LAYOUT_FILL_Y);
+    m_switcher = new PageSwitcher(m_splitter, LAYOUT_FILL_X | LAYOUT_FILL_Y);
     m_tree->setSwitcher(m_switcher);
     m_splitter->setSplit(0, 200);
     m_splitter->create();
@@ -119,7 +119,7 @@ protected:
   NotingItem* second = nullptr;
   FXSplitter* m_splitter = nullptr;
   InvestmentTree* m_tree = nullptr;
-  FXSwitcher* m_switcher = nullptr;
+  PageSwitcher* m_switcher = nullptr;
 };
 
 TEST_F(TreeViewTest, LooksAndListensAsItShould) {
@@ -268,7 +268,6 @@ TEST_F(TreeViewTest, PageBeginsWithAHeadingInTheTreesColours) {
   EXPECT_EQ(mainWindow().boldFont(), heading->getFont());
   EXPECT_EQ(2 * mainWindow().boldFont()->getTextHeight("A & B"), frame->getHeight());
   EXPECT_EQ(0x100028u, 0x100028u & (heading->getIconPosition() | heading->getLayoutHints()));
-  EXPECT_NE(0u, second->page()->id());
   EXPECT_EQ(4, second->page()->getVSpacing());
   EXPECT_EQ(0, second->page()->getPadTop());
 }
@@ -367,6 +366,37 @@ TEST_F(TreeViewTest, NodesAndPagesGoWithTheTree) {
   EXPECT_TRUE(tree().isSound());
   tree().showFirst();
   delete m_splitter;
+}
+
+TEST_F(TreeViewTest, OnlyTheShownPageHasWindowsOnTheDisplay) {
+  first->activate();
+  letEventsPass();
+  EXPECT_NE(0u, first->m_view->id());
+  for (const NotingItem* hidden : {root, held, second}) {
+    EXPECT_EQ(0u, hidden->page()->id()) << hidden->label().toUTF8();
+    EXPECT_EQ(0u, hidden->m_view->id()) << hidden->label().toUTF8();
+  }
+  second->activate();
+  letEventsPass();
+  EXPECT_EQ(0u, first->m_view->id());
+  EXPECT_NE(0u, second->m_view->id());
+  EXPECT_TRUE(second->m_view->shown());
+  first->activate();
+  letEventsPass();
+  EXPECT_NE(0u, first->m_view->id());
+}
+
+TEST_F(TreeViewTest, TheFocusOfAPageThatLeavesGoesToTheTree) {
+  first->activate();
+  letEventsPass();
+  auto* field = new FXTextField(first->page(), 10);
+  field->create();
+  field->setFocus();
+  letEventsPass();
+  ASSERT_TRUE(field->hasFocus());
+  second->activate();
+  EXPECT_FALSE(field->hasFocus());
+  EXPECT_TRUE(tree().hasFocus());
 }
 
 } // namespace
