@@ -23,7 +23,7 @@ find_program(RSVG_CONVERT rsvg-convert REQUIRED)
 find_program(GZIP gzip REQUIRED)
 
 # All that is built for the installation.
-add_custom_target(tallymoor_installation ALL DEPENDS tallymoor update_installer)
+add_custom_target(tallymoor_installation ALL DEPENDS tallymoor update_installer tallymoor_locator tallymoor_guide)
 
 # ---- The begin of an installation for one user. What follows is laid down in its order. ----
 
@@ -73,16 +73,13 @@ tallymoor_loader_name(${fox_file} fox_loader_name)
 tallymoor_loader_name(${xerces_file} xerces_loader_name)
 get_target_property(fxex_soversion tallymoor_fxex SOVERSION)
 
-set_target_properties(tallymoor PROPERTIES INSTALL_RPATH "$ORIGIN/lib")
-install(TARGETS tallymoor update_installer RUNTIME DESTINATION ${tallymoor_folder} COMPONENT program)
+set_target_properties(tallymoor tallymoor_locator PROPERTIES INSTALL_RPATH "$ORIGIN/lib")
+install(TARGETS tallymoor update_installer tallymoor_locator RUNTIME DESTINATION ${tallymoor_folder} COMPONENT program)
 tallymoor_install_library(${fox_file} ${fox_loader_name} FOXDLL-${fox_version}.dll)
 tallymoor_install_library(${xerces_file} ${xerces_loader_name} xerces-c_${XercesC_VERSION}.dll)
 tallymoor_install_library($<TARGET_FILE:tallymoor_fxex> libFxEx.so.${fxex_soversion} FxEx-${TALLYMOOR_FXEX_VERSION}.dll)
 install(DIRECTORY ${TALLYMOOR_PROGRAM_DIR}/defaults DESTINATION ${tallymoor_folder} COMPONENT program)
-if(TARGET tallymoor_guide)
-  add_dependencies(tallymoor_installation tallymoor_guide)
-  install(DIRECTORY ${TALLYMOOR_PROGRAM_DIR}/guide DESTINATION ${tallymoor_folder} COMPONENT program)
-endif()
+install(DIRECTORY ${TALLYMOOR_GUIDE_DIR} DESTINATION ${tallymoor_folder} COMPONENT program)
 install(PROGRAMS ${PROJECT_SOURCE_DIR}/assets/uninstall DESTINATION ${tallymoor_folder} COMPONENT user)
 
 # ---- Launchers, menu, icons, manual ----
@@ -100,16 +97,11 @@ endfunction()
 
 install(PROGRAMS ${PROJECT_SOURCE_DIR}/assets/tallymoor DESTINATION bin COMPONENT program)
 tallymoor_install_manual(${PROJECT_SOURCE_DIR}/assets/man/tallymoor.1)
-if(TARGET tallymoor_locator)
-  add_dependencies(tallymoor_installation tallymoor_locator)
-  set_target_properties(tallymoor_locator PROPERTIES INSTALL_RPATH "$ORIGIN/lib")
-  install(TARGETS tallymoor_locator RUNTIME DESTINATION ${tallymoor_folder} COMPONENT program)
-  # A link, since it works on files of the user's current folder.
-  file(MAKE_DIRECTORY ${tallymoor_scratch}/bin)
-  file(CREATE_LINK ../${tallymoor_folder}/tallymoor-locator ${tallymoor_scratch}/bin/tallymoor-locator SYMBOLIC)
-  install(FILES ${tallymoor_scratch}/bin/tallymoor-locator DESTINATION bin COMPONENT program)
-  tallymoor_install_manual(${PROJECT_SOURCE_DIR}/assets/man/tallymoor-locator.1)
-endif()
+# A link, since the workbench works on files of the user's current folder.
+file(MAKE_DIRECTORY ${tallymoor_scratch}/bin)
+file(CREATE_LINK ../${tallymoor_folder}/tallymoor-locator ${tallymoor_scratch}/bin/tallymoor-locator SYMBOLIC)
+install(FILES ${tallymoor_scratch}/bin/tallymoor-locator DESTINATION bin COMPONENT program)
+tallymoor_install_manual(${PROJECT_SOURCE_DIR}/assets/man/tallymoor-locator.1)
 
 install(FILES ${PROJECT_SOURCE_DIR}/assets/desktop/example.brindlecove.tallymoor.metainfo.xml
   DESTINATION share/metainfo COMPONENT program)
