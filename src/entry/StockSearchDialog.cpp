@@ -3,6 +3,7 @@
 #include "foundation/Exception.h"
 #include "market/TallymoorInternet.h"
 #include "widgets/MainWindow.h"
+#include "widgets/TextSize.h"
 #include "widgets/ToolkitText.h"
 #include <algorithm>
 
@@ -48,10 +49,10 @@ void StockSearchDialog::buildTable(const String& text) {
   FXint height = m_table->getColumnHeaderHeight() + heightBesideRows;
   for (FXint row = 0; row < m_table->getNumRows(); ++row)
     height += m_table->getRowHeight(row);
-  if (height > highestTable)
+  if (height > scaledToText(highestTable))
     width += m_table->verticalScrollBar()->getDefaultWidth();
-  frame->setWidth(std::min(width, widestTable));
-  frame->setHeight(std::min(height, highestTable));
+  frame->setWidth(std::min(width, scaledToText(widestTable)));
+  frame->setHeight(std::min(height, scaledToText(highestTable)));
 }
 
 bool StockSearchDialog::validate() {

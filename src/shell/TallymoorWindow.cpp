@@ -14,6 +14,7 @@
 #include "widgets/Colours.h"
 #include "widgets/InvestmentTree.h"
 #include "widgets/PageSwitcher.h"
+#include "widgets/TextSize.h"
 #include "widgets/ToolkitText.h"
 #include <algorithm>
 
@@ -121,8 +122,8 @@ void TallymoorWindow::restorePlace() {
   const String section = u"Gui Settings";
   position(static_cast<FXint>(settings.readUnsigned(section, u"MainX", 100)),
            static_cast<FXint>(settings.readUnsigned(section, u"MainY", 100)),
-           static_cast<FXint>(settings.readUnsigned(section, u"MainWidth", 800)),
-           static_cast<FXint>(settings.readUnsigned(section, u"MainHeight", 600)));
+           static_cast<FXint>(settings.readUnsigned(section, u"MainWidth", scaledToText(800))),
+           static_cast<FXint>(settings.readUnsigned(section, u"MainHeight", scaledToText(600))));
 }
 
 // A first start on a small screen, or a larger screen that is gone, would leave a part of it out of reach.
@@ -249,8 +250,8 @@ TallymoorWindow::Tab TallymoorWindow::buildTab(const char* label, FXColor treeCo
   };
   tab.tree = new InvestmentTree(half(), treeColour, FXRGB(0, 0, 0));
   tab.tree->setSwitcher(new PageSwitcher(half(), LAYOUT_FILL_X | LAYOUT_FILL_Y));
-  tab.splitter->setSplit(
-      0, static_cast<FXint>(Settings::Instance().readUnsigned(u"Gui Settings", widthKey, TREE_WIDTH)));
+  tab.splitter->setSplit(0, static_cast<FXint>(Settings::Instance().readUnsigned(u"Gui Settings", widthKey,
+                                                                                 scaledToText(TREE_WIDTH))));
   return tab;
 }
 

@@ -3,6 +3,7 @@
 #include "widgets/HandlerScope.h"
 #include "widgets/MainWindow.h"
 #include "widgets/ModalDialogs.h"
+#include "widgets/TextSize.h"
 #include "widgets/ToolkitText.h"
 #include <algorithm>
 
@@ -46,10 +47,11 @@ void Dialog::buildButtons(FXComposite* parent) {
   constexpr FXuint options =
       FRAME_RAISED | FRAME_THICK | LAYOUT_FIX_WIDTH | LAYOUT_FIX_HEIGHT | BUTTON_DEFAULT;
   m_buttons = new FXHorizontalFrame(parent, LAYOUT_RIGHT, 0, 0, 0, 0, 10, 10, 10, 10);
-  m_cancel =
-      new FXButton(m_buttons, "Cancel", nullptr, this, ID_CANCEL, options, 0, 0, 95, 31, 200, 200, 2, 2);
-  m_ok = new FXButton(m_buttons, "OK", nullptr, this, ID_ACCEPT, options | BUTTON_INITIAL, 0, 0, 95, 31, 200,
-                      200, 2, 2);
+  const FXint width = scaledToText(95), height = scaledToText(31);
+  m_cancel = new FXButton(m_buttons, "Cancel", nullptr, this, ID_CANCEL, options, 0, 0, width, height, 200,
+                          200, 2, 2);
+  m_ok = new FXButton(m_buttons, "OK", nullptr, this, ID_ACCEPT, options | BUTTON_INITIAL, 0, 0, width,
+                      height, 200, 200, 2, 2);
   m_ok->setDefault();
   m_firstFocus = m_ok;
 }

@@ -2,8 +2,8 @@
 #include "foundation/Constants.h"
 #include "foundation/RunTimeSettings.h"
 #include "widgets/HandlerScope.h"
-#include "widgets/MeasuredFont.h"
 #include "widgets/StatusTexts.h"
+#include "widgets/TextSize.h"
 #include "widgets/ToolkitText.h"
 #include "widgets/WindowInteraction.h"
 #include <csignal>
@@ -97,16 +97,10 @@ MainWindow::~MainWindow() {
 }
 
 void MainWindow::buildFonts() {
-  // No system has a face of this name; the toolkit then takes its own choice.
-  const auto makeFont = [this](FXuint size, FXuint weight) {
-    auto font = std::make_unique<FXFont>(getApp(), "Ariel", size, weight);
-    measuredFont(font.get());
-    return font;
-  };
-  m_normalFont = makeFont(9, FXFont::Normal);
-  m_boldFont = makeFont(10, FXFont::Bold);
-  m_largeFont = makeFont(12, FXFont::Normal);
-  m_largerFont = makeFont(15, FXFont::Normal);
+  m_normalFont = programFont(*getApp(), 9, FXFont::Normal);
+  m_boldFont = programFont(*getApp(), 10, FXFont::Bold);
+  m_largeFont = programFont(*getApp(), 12, FXFont::Normal);
+  m_largerFont = programFont(*getApp(), 15, FXFont::Normal);
 }
 
 void MainWindow::buildFrames() {

@@ -59,6 +59,10 @@ void Table::buildHeaders() {
   setRowHeaderMode(LAYOUT_FIX_WIDTH);
 }
 
+TableHeader* Table::columnHeader() const {
+  return static_cast<TableHeader*>(colHeader);
+}
+
 FXTableItem* Table::createItem(const FXString& text, FXIcon* icon, void* data) {
   return new TableItem(text, icon, data);
 }

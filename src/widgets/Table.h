@@ -15,6 +15,7 @@
 
 namespace Tallymoor {
 
+class TableHeader;
 class TableItem;
 
 /// A list of figures. Nothing is stored in it: a subclass declares columns, each with a function that
@@ -135,8 +136,14 @@ public:
   long onRemoveColumn(FXObject* sender, FXSelector selector, void* data);
   long onResetColumns(FXObject* sender, FXSelector selector, void* data);
   long onMouseWheel(FXObject* sender, FXSelector selector, void* data);
-  /// The menu key opens the popup of the current row.
+  /// The menu key opens the popup of the current row, the up arrow in the first row leads to the column
+  /// header, and the tab key leaves the table.
   long onKeyPress(FXObject* sender, FXSelector selector, void* data);
+  /// Who comes by the keyboard finds a current cell.
+  long onFocusIn(FXObject* sender, FXSelector selector, void* data);
+
+  /// The popup of the column's commands, below the title of the column at this position.
+  void openColumnPopup(FXint index);
 
 protected:
   /// What updateTable runs when it is safe: clear, addColumn for each column, addRow for each row, and last
@@ -182,6 +189,7 @@ private:
   };
 
   void buildHeaders();
+  TableHeader* columnHeader() const;
   void wish(Wish wish);
   void serveWish();
   bool isWorking() const { return m_filling || m_building; }
@@ -204,6 +212,8 @@ private:
   void repaintRow(const Row& row) const;
   void sortBy(Column::Function function);
   void openRowPopup(Row* row, FXint screenX, FXint screenY);
+  long openPopupOfCurrentRow();
+  void haveCurrentCell();
   void refreshMarked();
   void refreshRows(const StaleMarks::Taken& marks);
 

@@ -5,8 +5,10 @@
 #include "widgets/HandlerScope.h"
 #include "widgets/ListChoiceDialog.h"
 #include "widgets/Table.h"
+#include "widgets/TableHeader.h"
 #include "widgets/ToolkitText.h"
 #include <algorithm>
+#include <fxkeys.h>
 #include <utility>
 
 // What the user does with a table: clicks, column commands and editing. Table.cpp holds what it shows.
@@ -29,6 +31,7 @@ tableMap[] = {
     FXMAPFUNC(SEL_COMMAND, Table::ID_RESET_COLUMNS, Table::onResetColumns),
     FXMAPFUNC(SEL_MOUSEWHEEL, 0, Table::onMouseWheel),
     FXMAPFUNC(SEL_KEYPRESS, 0, Table::onKeyPress),
+    FXMAPFUNC(SEL_FOCUSIN, 0, Table::onFocusIn),
 };
 
 const FXMetaClass Table::metaClass("Table", nullptr, &FXTable::metaClass, tableMap, ARRAYNUMBER(tableMap),
@@ -79,8 +82,36 @@ void Table::openRowPopup(Row* row, FXint screenX, FXint screenY) {
 }
 
 long Table::onKeyPress(FXObject* sender, FXSelector selector, void* data) {
-  if (!isMenuKey(*static_cast<FXEvent*>(data)))
+  const FXEvent& event = *static_cast<FXEvent*>(data);
+  if (getFocus() == colHeader)
+    return columnHeader()->handle(sender, selector, data);
+  if (isMenuKey(event))
+    return openPopupOfCurrentRow();
+  if (editor)
     return FXTable::onKeyPress(sender, selector, data);
+  if (event.code == KEY_Tab || event.code == KEY_ISO_Left_Tab)
+    return 0; // for who holds the table: the cells are walked with the arrows
+  haveCurrentCell();
+  const bool up = event.code == KEY_Up || event.code == KEY_KP_Up;
+  if (up && getCurrentRow() <= 0 && getNumColumns() > 0) {
+    columnHeader()->takeKeyboard(std::max(0, getCurrentColumn()));
+    return 1;
+  }
+  return FXTable::onKeyPress(sender, selector, data);
+}
+
+long Table::onFocusIn(FXObject* sender, FXSelector selector, void* data) {
+  const long handled = FXTable::onFocusIn(sender, selector, data);
+  haveCurrentCell();
+  return handled;
+}
+
+void Table::haveCurrentCell() {
+  if (getCurrentRow() < 0 && getNumRows() > 0 && getNumColumns() > 0)
+    setCurrentItem(0, 0);
+}
+
+long Table::openPopupOfCurrentRow() {
   return guardedHandler(u"Table::onRightClickRows failed.", [this] {
     Row* const row = rowAt(getCurrentRow());
     if (!row)
@@ -91,6 +122,16 @@ long Table::onKeyPress(FXObject* sender, FXSelector selector, void* data) {
     header->translateCoordinatesTo(x, y, getRoot(), header->getWidth() / 2,
                                    header->getItemOffset(row->index()) + header->getItemSize(row->index()));
     openRowPopup(row, x, y);
+  });
+}
+
+void Table::openColumnPopup(FXint index) {
+  guardedHandler(u"Table::onRightClickColumns failed.", [&] {
+    FXint x = 0, y = 0;
+    colHeader->translateCoordinatesTo(x, y, getRoot(),
+                                      colHeader->getItemOffset(index) + colHeader->getItemSize(index) / 2,
+                                      colHeader->getHeight());
+    columnPopup({x, y, nullptr, columnAt(index)});
   });
 }
 

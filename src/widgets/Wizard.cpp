@@ -3,8 +3,8 @@
 #include "foundation/Exception.h"
 #include "widgets/GUIPanel.h"
 #include "widgets/HandlerScope.h"
-#include "widgets/MeasuredFont.h"
 #include "widgets/ModalDialogs.h"
+#include "widgets/TextSize.h"
 #include "widgets/ToolkitText.h"
 #include <algorithm>
 
@@ -28,12 +28,6 @@ constexpr FXint bannerHeight = 96;
 constexpr FXint bannerColumns = 42;
 constexpr FXuint titleSize = 12;
 constexpr FXuint descriptionSize = 9;
-
-std::unique_ptr<FXFont> bannerFont(FXApp* app, FXuint size, FXuint weight) {
-  auto font = std::make_unique<FXFont>(app, "Ariel", size, weight);
-  measuredFont(font.get());
-  return font;
-}
 
 FXLabel* addBannerText(FXComposite* parent, FXFont* font) {
   auto* label = new FXLabel(parent, FXString(), nullptr, JUSTIFY_LEFT | LAYOUT_FILL_X, 0, 0, 0, 0, 0, 0);
@@ -63,8 +57,8 @@ Wizard::Wizard() = default;
 Wizard::Wizard(FXWindow* owner, const String& title)
     : FXDialogBox(owner, toFox(title), DECOR_TITLE | DECOR_BORDER | DECOR_CLOSE, 0, 0, 0, 0, 0, 0, 0, 0, 0,
                   0),
-      m_titleFont(bannerFont(getApp(), titleSize, FXFont::Bold)),
-      m_descriptionFont(bannerFont(getApp(), descriptionSize, FXFont::Normal)),
+      m_titleFont(programFont(*getApp(), titleSize, FXFont::Bold)),
+      m_descriptionFont(programFont(*getApp(), descriptionSize, FXFont::Normal)),
       m_picture(std::make_unique<FXGIFIcon>(getApp(), icons::wizard_gif, 0, IMAGE_OPAQUE)) {
   auto* column = new FXVerticalFrame(this, LAYOUT_FILL_X | LAYOUT_FILL_Y, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
   buildBanner(column);
@@ -79,8 +73,8 @@ Wizard::~Wizard() = default;
 
 void Wizard::buildBanner(FXComposite* parent) {
   const FXColor white = FXRGB(255, 255, 255);
-  auto* banner =
-      new FXHorizontalFrame(parent, LAYOUT_FILL_X | LAYOUT_FIX_HEIGHT, 0, 0, 0, bannerHeight, 20, 10, 4, 4);
+  auto* banner = new FXHorizontalFrame(parent, LAYOUT_FILL_X | LAYOUT_FIX_HEIGHT, 0, 0, 0,
+                                       scaledToText(bannerHeight), 20, 10, 4, 4);
   banner->setBackColor(white);
   const FXint textWidth = bannerColumns * m_titleFont->getTextWidth("0");
   auto* texts =
@@ -103,7 +97,8 @@ void Wizard::buildButtons(FXComposite* parent) {
 
 FXButton* Wizard::addButton(FXComposite* parent, const char* text, FXuint command, FXuint options) {
   constexpr FXuint usual = FRAME_RAISED | FRAME_THICK | LAYOUT_FIX_WIDTH | LAYOUT_FIX_HEIGHT | BUTTON_DEFAULT;
-  return new FXButton(parent, text, nullptr, this, command, usual | options, 0, 0, 95, 31);
+  return new FXButton(parent, text, nullptr, this, command, usual | options, 0, 0, scaledToText(95),
+                      scaledToText(31));
 }
 
 void Wizard::create() {

@@ -1,0 +1,151 @@
+#include "TableFixture.h"
+
+namespace Tallymoor {
+namespace {
+
+using testing::ElementsAre;
+
+/// A table that is used with keys alone.
+class TableKeysTest : public TableFixture {
+protected:
+  void SetUp() override {
+    TableFixture::SetUp();
+    mainWindow().setFocus();
+    table().setFocus();
+    runUntil([this] { return table().hasFocus(); });
+  }
+  void keys(const std::vector<FXuint>& codes) {
+    for (const FXuint code : codes)
+      key(mainWindow(), code);
+    letEventsPass();
+  }
+  std::vector<std::string> order() {
+    std::vector<std::string> codes;
+    for (FXint row = 0; row < table().getNumRows(); ++row)
+      codes.emplace_back(table().getRowText(row).text());
+    return codes;
+  }
+  bool headerHasKeyboard() { return table().getFocus() == table().getColumnHeader(); }
+};
+
+TEST_F(TableKeysTest, WhoComesFindsTheFirstCell) {
+  makeTable();
+  EXPECT_EQ(-1, table().getCurrentRow());
+  table().setFocus();
+  EXPECT_EQ(0, table().getCurrentRow());
+  EXPECT_EQ(0, table().getCurrentColumn());
+}
+
+TEST_F(TableKeysTest, ColumnsAreSortedByFromTheHeader) {
+  keys({KEY_Down, KEY_Up});
+  EXPECT_FALSE(headerHasKeyboard());
+  keys({KEY_Up});
+  EXPECT_TRUE(headerHasKeyboard());
+  keys({KEY_Return});
+  EXPECT_EQ(0, table().sortColumn());
+  EXPECT_THAT(order(), ElementsAre("CCC.AX", "BBB.AX", "AAA.AX"));
+  keys({KEY_Right, KEY_space});
+  EXPECT_EQ(1, table().sortColumn());
+  keys({KEY_space});
+  EXPECT_TRUE(table().sortReversed());
+  EXPECT_TRUE(headerHasKeyboard());
+}
+
+TEST_F(TableKeysTest, BeforeTheFirstColumnIsTheCorner) {
+  keys({KEY_Up, KEY_End, KEY_Return});
+  EXPECT_EQ(table().getNumColumns() - 1, table().sortColumn());
+  keys({KEY_Home, KEY_Left});
+  EXPECT_EQ(app().getSelbackColor(), table().getCornerButton()->getBackColor());
+  keys({KEY_Return});
+  EXPECT_EQ(-1, table().sortColumn());
+  EXPECT_THAT(order(), ElementsAre("AAA.AX", "BBB.AX", "CCC.AX"));
+  keys({KEY_Return});
+  EXPECT_THAT(order(), ElementsAre("CCC.AX", "BBB.AX", "AAA.AX"));
+  keys({KEY_Right});
+  EXPECT_EQ(app().getBaseColor(), table().getCornerButton()->getBackColor());
+}
+
+TEST_F(TableKeysTest, TheMenuKeyOpensTheColumnsPopupBelowItsTitle) {
+  for (const auto& [code, state] : {std::pair<FXuint, FXuint>{KEY_Menu, 0}, {KEY_F10, SHIFTMASK}}) {
+    whenModal("Select columns...", [&](FXWindow& menu) {
+      EXPECT_TRUE(findButton(menu, "Remove column \"Price\""));
+      FXint x = 0, y = 0;
+      FXHeader& header = *table().getColumnHeader();
+      header.translateCoordinatesFrom(x, y, header.getRoot(), menu.getX(), menu.getY());
+      EXPECT_EQ(1, header.getItemAt(x));
+      EXPECT_EQ(header.getHeight(), y);
+      dynamic_cast<FXPopup&>(menu).popdown();
+    });
+    table().setCurrentItem(0, 1);
+    keys({KEY_Up});
+    key(mainWindow(), code, state);
+    keys({KEY_Escape});
+    EXPECT_FALSE(headerHasKeyboard());
+  }
+  keys({KEY_Up, KEY_Home, KEY_Left});
+  key(mainWindow(), KEY_Menu); // the corner has none
+}
+
+TEST_F(TableKeysTest, DownLeadsBackToTheColumnThatWasReached) {
+  keys({KEY_Up, KEY_Right, KEY_Right, KEY_Up, KEY_Down});
+  EXPECT_FALSE(headerHasKeyboard());
+  EXPECT_EQ(0, table().getCurrentRow());
+  EXPECT_EQ(2, table().getCurrentColumn());
+  keys({KEY_Down});
+  EXPECT_EQ(1, table().getCurrentRow());
+}
+
+TEST_F(TableKeysTest, AHiddenLastColumnLeavesTheHeaderOnTheOneBefore) {
+  keys({KEY_Up, KEY_End});
+  whenModal("Select columns...", [&](FXWindow& menu) { press(menu, "Remove column \"Note\""); });
+  answer("Do you want to hide column \"Note\"?", "Yes");
+  key(mainWindow(), KEY_Menu);
+  keys({KEY_Return});
+  EXPECT_EQ(table().getNumColumns() - 1, table().sortColumn());
+}
+
+TEST_F(TableKeysTest, AnEmptyTableHasItsHeader) {
+  table().shares.clear();
+  table().updateTable();
+  keys({KEY_Up});
+  EXPECT_TRUE(headerHasKeyboard());
+  keys({KEY_Right, KEY_Return, KEY_Down});
+  EXPECT_EQ(1, table().sortColumn());
+  EXPECT_FALSE(headerHasKeyboard());
+}
+
+TEST_F(TableKeysTest, TheTabKeyLeavesTheTableFromCellsAndHeader) {
+  auto* field = new FXTextField(mainWindow().contentFrame(), 10);
+  field->create();
+  showTable();
+  keys({KEY_Tab});
+  EXPECT_TRUE(field->hasFocus());
+  key(mainWindow(), KEY_ISO_Left_Tab, SHIFTMASK);
+  EXPECT_TRUE(table().hasFocus());
+  keys({KEY_Up});
+  EXPECT_TRUE(headerHasKeyboard());
+  keys({KEY_Tab});
+  EXPECT_TRUE(field->hasFocus());
+  EXPECT_FALSE(headerHasKeyboard());
+}
+
+TEST_F(TableKeysTest, AColumnOutOfSightScrollsIntoSight) {
+  table().getColumnHeader()->setItemSize(1, 4000);
+  table().recalc();
+  letEventsPass();
+  keys({KEY_Up, KEY_End});
+  FXHeader& header = *table().getColumnHeader();
+  const FXint last = header.getNumItems() - 1;
+  EXPECT_GE(header.getItemOffset(last), 0);
+  EXPECT_LE(header.getItemOffset(last) + header.getItemSize(last), header.getWidth());
+  keys({KEY_Home});
+  EXPECT_EQ(0, header.getItemOffset(0));
+}
+
+TEST_F(TableKeysTest, TheHelpOfTheColumnStandsInTheStatusLine) {
+  keys({KEY_Up, KEY_Right});
+  EXPECT_STREQ("What one share costs now", mainWindow().statusBar()->getStatusLine()->getText().text());
+}
+
+} // namespace
+} // namespace Tallymoor
