@@ -6,8 +6,10 @@
 #include "foundation/UserInteraction.h"
 #include "widgets/GetStringDialog.h"
 #include "widgets/HandlerScope.h"
+#include "widgets/TextSize.h"
 #include "widgets/ToolkitText.h"
 #include "xml/DocumentFile.h"
+#include <algorithm>
 #include <fx.h>
 #include <optional>
 #include <sstream>
@@ -44,6 +46,9 @@ std::optional<FXString> chooseFile(FXWindow* owner, const char* title, FXuint mo
   dialog.setPatternList(FILE_PATTERNS);
   dialog.setSelectMode(mode);
   dialog.setDirectory(startFolder());
+  // The size that it had last may be from before the texts were made larger.
+  dialog.resize(std::max(dialog.getWidth(), scaledToText(500)),
+                std::max(dialog.getHeight(), scaledToText(300)));
   dialog.create();
   if (FXTextField* field = nameField(dialog))
     field->setFocus(); // the toolkit would begin in none, and what is typed would be lost

@@ -33,8 +33,8 @@ ViewDateRow::ViewDateRow(FXComposite* parent, TallymoorWindow& window, WindowIco
 }
 
 FXButton* ViewDateRow::addButton(const char* text, FXIcon* icon, FXSelector command) {
-  return new FXButton(this, text, icon, &m_window, command, BUTTON_STYLE, 0, 0, BUTTON_SIZE, BUTTON_SIZE, 4,
-                      4, 4, 4);
+  return new FXButton(this, text, icon, &m_window, command, BUTTON_STYLE, 0, 0, BUTTON_SIZE, BUTTON_SIZE, 0,
+                      0, 0, 0);
 }
 
 void ViewDateRow::showToday() {

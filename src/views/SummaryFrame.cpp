@@ -165,7 +165,7 @@ FXint SummaryFrame::wantedWidth() const {
 
 void SummaryFrame::placeTails() {
   for (SummaryRow* row : m_rows)
-    row->placeTail(wantedWidth(), wantedWidth() + row->tailWidth() > widthForRows());
+    row->placeTail(wantedWidth(), widthForRows());
 }
 
 bool SummaryFrame::hasSecondColumn() const {

@@ -30,9 +30,10 @@ FXint SummaryRow::tailWidth() const {
   return width;
 }
 
-void SummaryRow::placeTail(FXint figuresEnd, bool below) {
+void SummaryRow::placeTail(FXint figuresEnd, FXint width) {
   m_figuresEnd = figuresEnd;
-  m_tailBelow = below;
+  m_widthForTail = width;
+  m_tailBelow = figuresEnd + tailWidth() > width;
 }
 
 bool SummaryRow::isTail(const FXWindow* widget) const {
@@ -61,7 +62,7 @@ FXint SummaryRow::getDefaultWidth() {
 
 FXint SummaryRow::getDefaultHeight() {
   if (m_tailBelow)
-    return figuresHeight() + LINE_GAP + tailHeight();
+    return figuresHeight() + heightOfTailBelow();
   return std::max(figuresHeight(), tailHeight());
 }
 
@@ -80,17 +81,41 @@ void SummaryRow::layoutFigures() {
   }
 }
 
-void SummaryRow::layoutTail() {
-  const FXint top = m_tailBelow ? figuresHeight() + LINE_GAP : 0;
-  const FXint lineHeight = m_tailBelow ? tailHeight() : getDefaultHeight();
-  FXint x = m_tailBelow ? 0 : m_figuresEnd;
+/// From left to right, in a new line where the width ends.
+std::vector<SummaryRow::TailPlace> SummaryRow::tailPlaces(FXint width) const {
+  std::vector<TailPlace> places;
+  TailPlace next{0, 0};
   for (const Tail& tail : m_tail) {
-    const FXint roomBelow = x == 0 ? 0 : std::min(tail.room, ROOM_BELOW_MOST);
-    x += m_tailBelow ? roomBelow : tail.room;
-    const FXint width = std::clamp(tail.widget->getDefaultWidth(), 1, std::max(1, getWidth() - x));
-    const FXint height = tail.widget->getDefaultHeight();
-    tail.widget->position(x, top + centred(height, lineHeight), width, height);
-    x += width;
+    const FXint wanted = tail.widget->getDefaultWidth();
+    FXint x = next.x == 0 ? 0 : next.x + std::min(tail.room, ROOM_BELOW_MOST);
+    if (x > 0 && x + wanted > width) {
+      ++next.line;
+      x = 0;
+    }
+    places.push_back({next.line, x});
+    next.x = x + wanted;
+  }
+  return places;
+}
+
+FXint SummaryRow::heightOfTailBelow() const {
+  const std::vector<TailPlace> places = tailPlaces(m_widthForTail);
+  const FXint lines = places.empty() ? 0 : places.back().line + 1;
+  return lines * (LINE_GAP + tailHeight());
+}
+
+void SummaryRow::layoutTail() {
+  const std::vector<TailPlace> below = tailPlaces(m_widthForTail);
+  const FXint lineHeight = m_tailBelow ? tailHeight() : getDefaultHeight();
+  FXint behind = m_figuresEnd;
+  for (std::size_t i = 0; i < m_tail.size(); ++i) {
+    FXWindow& widget = *m_tail[i].widget;
+    const FXint x = m_tailBelow ? below[i].x : behind + m_tail[i].room;
+    const FXint top = m_tailBelow ? figuresHeight() + LINE_GAP + below[i].line * (LINE_GAP + lineHeight) : 0;
+    const FXint width = std::clamp(widget.getDefaultWidth(), 1, std::max(1, getWidth() - x));
+    const FXint height = widget.getDefaultHeight();
+    widget.position(x, top + centred(height, lineHeight), width, height);
+    behind = x + width;
   }
 }
 

@@ -48,10 +48,10 @@ void Dialog::buildButtons(FXComposite* parent) {
       FRAME_RAISED | FRAME_THICK | LAYOUT_FIX_WIDTH | LAYOUT_FIX_HEIGHT | BUTTON_DEFAULT;
   m_buttons = new FXHorizontalFrame(parent, LAYOUT_RIGHT, 0, 0, 0, 0, 10, 10, 10, 10);
   const FXint width = scaledToText(95), height = scaledToText(31);
-  m_cancel = new FXButton(m_buttons, "Cancel", nullptr, this, ID_CANCEL, options, 0, 0, width, height, 200,
-                          200, 2, 2);
+  m_cancel =
+      new FXButton(m_buttons, "Cancel", nullptr, this, ID_CANCEL, options, 0, 0, width, height, 4, 4, 2, 2);
   m_ok = new FXButton(m_buttons, "OK", nullptr, this, ID_ACCEPT, options | BUTTON_INITIAL, 0, 0, width,
-                      height, 200, 200, 2, 2);
+                      height, 4, 4, 2, 2);
   m_ok->setDefault();
   m_firstFocus = m_ok;
 }

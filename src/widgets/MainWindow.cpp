@@ -109,7 +109,7 @@ void MainWindow::buildFrames() {
   // The lower frames come first, since the toolkit gives what is left to the one that fills.
   m_statusFrame =
       new FXHorizontalFrame(this, LAYOUT_SIDE_BOTTOM | LAYOUT_FILL_X, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
-  const FXint barHeight = m_normalFont->getFontHeight() + 8;
+  const FXint barHeight = m_normalFont->getFontHeight() + 10;
   m_statusBar = new FXStatusBar(m_statusFrame, LAYOUT_FILL_X | LAYOUT_FIX_HEIGHT | STATUSBAR_WITH_DRAGCORNER,
                                 0, 0, 0, barHeight);
   m_statusBar->getStatusLine()->setFont(m_normalFont.get());
