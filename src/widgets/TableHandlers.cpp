@@ -106,8 +106,9 @@ long Table::onFocusIn(FXObject* sender, FXSelector selector, void* data) {
   return handled;
 }
 
+/// Not while a cell is edited: the toolkit would end that when another cell becomes the current one.
 void Table::haveCurrentCell() {
-  if (getCurrentRow() < 0 && getNumRows() > 0 && getNumColumns() > 0)
+  if (!editor && getCurrentRow() < 0 && getNumRows() > 0 && getNumColumns() > 0)
     setCurrentItem(0, 0);
 }
 

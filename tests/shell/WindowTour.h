@@ -69,6 +69,12 @@ protected:
     node.onLeftClick(0, 0);
     letEventsPass();
   }
+  std::vector<String> labelsOf(FXint tab) {
+    std::vector<String> labels;
+    for (InvestmentTreeItem* item : nodes(tab))
+      labels.push_back(item->label());
+    return labels;
+  }
   InvestmentTreeItem& node(FXint tab, const std::string& label) {
     for (InvestmentTreeItem* item : nodes(tab))
       if (item->label().toUTF8() == label)
@@ -115,6 +121,7 @@ private:
     whenModal(title, [this, title, visit, before](FXWindow& window) {
       if (before)
         before(window);
+      window.layout(); // the toolkit does so when it is idle
       letEventsPass();
       visit(title, window);
       close(window);

@@ -80,7 +80,7 @@ TEST_F(MainWindowTest, FramesLieFromTopToBottom) {
   EXPECT_LE(window.statusFrame()->getY() + window.statusFrame()->getHeight(), window.getHeight());
   EXPECT_GT(window.contentFrame()->getHeight(), 400);
   EXPECT_EQ(window.statusFrame(), window.statusBar()->getParent());
-  EXPECT_EQ(window.normalFont()->getFontHeight() + 8, window.statusBar()->getHeight());
+  EXPECT_EQ(window.normalFont()->getFontHeight() + 10, window.statusBar()->getHeight());
 }
 
 TEST_F(MainWindowTest, FontsAreTheProgramsOwn) {
