@@ -15,7 +15,7 @@ packages=(
   "${build_packages[@]}"
   libgtest-dev libgmock-dev libbenchmark-dev
   clang libclang-rt-dev llvm
-  desktop-file-utils appstream
+  desktop-file-utils appstream x11-utils
   xvfb xauth xdotool openbox imagemagick fonts-dejavu-core xdg-utils dbus dbus-daemon procps
 )
 

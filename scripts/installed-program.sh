@@ -30,7 +30,7 @@ first_start() {
 has_class() {
   local class
   class=$(sed -n 's/^StartupWMClass=//p' "$2")
-  [ -n "$class" ] && xdotool search --classname "^$class\$" 2>/dev/null | grep -qx "$1"
+  [ -n "$class" ] && xprop -id "$1" WM_CLASS | grep -qF "\"$class\""
 }
 
 runs_in_its_folder() {
