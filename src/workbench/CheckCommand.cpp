@@ -165,6 +165,8 @@ void CheckCommand::showHelp(const WebPage& page, const char16_t* command) const 
   m_out.line();
   if (fileName.empty())
     m_out.line(u"To go on, keep the page in a file: run this again with --save FILE.");
+  if (m_document->kind() == LocatorDocument::Kind::CodeSearch && m_options.code)
+    m_out.line(u"If the source says that nothing matches, try another text first.");
   m_out.line(String(isTable ? u"To mend the document, take the texts of one row from the page, and let\n"
                             : u"To mend the document, take the value from the page, and let\n") +
              u"  tallymoor-locator " + String(command) + u" " + (fileName.empty() ? u"FILE" : fileName) +

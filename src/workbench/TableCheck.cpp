@@ -133,6 +133,7 @@ bool TableCheck::showFault() {
                        : u"WRONG: " + row + u"is too short: what is read for its " +
                              columnName(fault->column) + u" belongs to the row behind it.");
   WalkTrace(m_locator.subElement(u"Columns", fault->column), *fault->row).show(m_out, 1);
+  m_out.line(TableFault::ADVICE);
   return true;
 }
 

@@ -27,7 +27,7 @@ std::optional<TableFault> faultIn(const XMLTableLocator& locator, const HTMLTag*
 } // namespace
 
 std::optional<TableFault> TableFault::find(const XMLTableLocator& locator, const HTMLTag* page) {
-  constexpr std::size_t MOST_STEPS = 50000000; // a second or so
+  constexpr std::size_t MOST_STEPS = 20000000; // far above what a page of 10 MB needs
   HTMLWalkLimit limit(MOST_STEPS);
   try {
     std::size_t number = 0;

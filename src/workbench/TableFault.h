@@ -14,6 +14,12 @@ struct TableFault {
     CellOfNextRow ///< where rows are not closed, a short one leads on into the next and gives its figures
   };
 
+  /// What to do about a row that is too short.
+  static constexpr const char16_t* ADVICE =
+      u"If the row belongs to the table, no document can read this page. Many sources can leave such rows "
+      u"out:\n"
+      u"look for a form of the page with prices alone, without dividends and notes.";
+
   Kind kind;
   const HTMLTag* row;
   std::size_t rowNumber; ///< from 0

@@ -3,6 +3,7 @@
 #include "foundation/Exception.h"
 #include "market/HTMLTable.h"
 #include "market/HTMLTag.h"
+#include "market/HTMLTagLocator.h"
 #include "workbench/ColumnTypes.h"
 #include "workbench/LocatorWay.h"
 #include "workbench/PageText.h"
@@ -11,16 +12,17 @@
 #include "workbench/TextOnPage.h"
 #include "workbench/WebPage.h"
 #include <algorithm>
+#include <map>
 #include <utility>
 
 namespace Tallymoor {
 
 namespace {
 
-constexpr std::size_t MOST_CANDIDATES = 500;
+constexpr std::ptrdiff_t NEAREST = 50; ///< tags with a text that are looked at to find the one in a row
 constexpr std::size_t LEVELS = 12;     ///< between a cell and its row
 constexpr std::size_t MOST_MARKS = 12; ///< looked at before a row's first cell
-constexpr std::size_t MOST_EARLIER_ROWS = 500;
+constexpr std::size_t MOST_ROWS = 20;  ///< tried before giving up
 
 /// The tag on the way up from a tag that lies directly in another; null when the other is not above it.
 const HTMLTag* headUnder(const HTMLTag* tag, const HTMLTag& top) {
@@ -72,15 +74,12 @@ bool isReadableDate(const String& text) {
 
 /// True for what is no row but a whole table whose rows are not closed.
 bool holdsSeveralDates(const HTMLTag& tag) {
-  return tagsBelow(tag, [](const HTMLTag& inside) { return isReadableDate(inside.text()); }).size() > 1;
-}
-
-/// True for a row that the program would not pass over.
-bool hasPrices(const HTMLTable& table, std::size_t row) {
-  const auto isFilled = [&](ColumnType type) {
-    return table.hasColumn(type) && !table.cellValue(row, table.columnByType(type)).empty();
+  const auto isDate = [](const HTMLTag& inside) {
+    constexpr std::size_t LONGEST = 20;
+    const std::u16string_view text = inside.textView();
+    return text.size() <= LONGEST && text.find(u'-') != text.npos && isReadableDate(inside.text());
   };
-  return isFilled(COLUMN_TYPE_DATE) && (isFilled(COLUMN_TYPE_CLOSE) || !table.hasColumn(COLUMN_TYPE_CLOSE));
+  return tagsBelow(tag, isDate).size() > 1;
 }
 
 /// A walk from the tag that begins a row to a cell that stands behind it under the same parent, or to the tag
@@ -97,7 +96,7 @@ bool walkFromMark(XMLTagLocator& column, const HTMLTag& mark, const HTMLTag& hea
 } // namespace
 
 TableProposal::TableProposal(const WebPage& page, std::vector<ExampleCell> example)
-    : m_page(page), m_example(std::move(example)) {
+    : m_page(page), m_example(std::move(example)), m_tagsOnPage(page.root()->countTags()) {
   if (findTexts())
     search();
 }
@@ -111,10 +110,9 @@ bool TableProposal::findTexts() {
                  TextOnPage::whyNotInTags(m_page.text(), cell.text);
       return false;
     }
-    tags.resize(std::min(tags.size(), MOST_CANDIDATES));
     m_candidates.push_back(std::move(tags));
   }
-  m_reason = u"The texts do not stand in one row: no tag holds them all.";
+  m_reason = u"The texts do not stand in one row.";
   return true;
 }
 
@@ -123,8 +121,11 @@ void TableProposal::search() {
   // them is no row and stands less deep.
   std::size_t deepest = 0;
   std::vector<std::pair<const HTMLTag*, Cells>> rows;
-  for (const HTMLTag* const first : m_candidates.front()) {
-    auto [around, cells] = rowAround(first);
+  const Cells& rarest =
+      *std::min_element(m_candidates.begin(), m_candidates.end(),
+                        [](const Cells& left, const Cells& right) { return left.size() < right.size(); });
+  for (const HTMLTag* const cell : rarest) {
+    auto [around, cells] = rowAround(cell);
     if (around == nullptr || depthOf(around) < deepest)
       continue;
     if (depthOf(around) > deepest)
@@ -132,6 +133,7 @@ void TableProposal::search() {
     deepest = depthOf(around);
     rows.emplace_back(around, std::move(cells));
   }
+  rows.resize(std::min(rows.size(), MOST_ROWS));
   for (const auto& [around, cells] : rows) {
     tryRow(around, cells);
     if (m_best.locator)
@@ -140,8 +142,8 @@ void TableProposal::search() {
 }
 
 /// The nearest tag around one that holds a tag for each text; null when none does.
-std::pair<const HTMLTag*, TableProposal::Cells> TableProposal::rowAround(const HTMLTag* first) const {
-  const HTMLTag* around = first->parent();
+std::pair<const HTMLTag*, TableProposal::Cells> TableProposal::rowAround(const HTMLTag* cell) const {
+  const HTMLTag* around = cell->parent();
   for (std::size_t level = 0; level < LEVELS && around != nullptr; ++level, around = around->parent()) {
     Cells cells = cellsIn(*around);
     if (!cells.empty())
@@ -163,13 +165,16 @@ void TableProposal::tryRow(const HTMLTag* row, const Cells& cells) {
 TableProposal::Cells TableProposal::cellsIn(const HTMLTag& around) const {
   Cells cells;
   for (const Cells& candidates : m_candidates) {
+    // What is in a tag follows it on the page.
+    const auto start = std::lower_bound(candidates.begin(), candidates.end(), &around);
+    const auto end = start + std::min(NEAREST, candidates.end() - start);
     const HTMLTag* chosen = nullptr;
-    for (const HTMLTag* const tag : candidates) {
-      if (std::find(cells.begin(), cells.end(), tag) != cells.end() || !headUnder(tag, around))
+    for (auto tag = start; tag != end; ++tag) {
+      if (std::find(cells.begin(), cells.end(), *tag) != cells.end() || !headUnder(*tag, around))
         continue;
-      const bool isBehind = cells.empty() || tag > cells.back();
+      const bool isBehind = cells.empty() || *tag > cells.back();
       if (!chosen || isBehind)
-        chosen = tag;
+        chosen = *tag;
       if (isBehind)
         break;
     }
@@ -202,6 +207,11 @@ void TableProposal::tryBehindMarks(const HTMLTag& table, const Cells& cells) {
   marks.resize(std::min(marks.size(), MOST_MARKS));
   marks.insert(marks.begin(), first);
   for (const HTMLTag* const mark : marks) {
+    // A cell in another tag of the mark's name is in another row.
+    if (std::any_of(heads.begin(), heads.end(), [mark](const HTMLTag* head) {
+          return head != mark && head->nameView() == mark->nameView();
+        }))
+      continue;
     Plan plan{mark, {}};
     bool whole = true;
     for (std::size_t i = 0; i < cells.size() && whole; ++i) {
@@ -221,26 +231,59 @@ void TableProposal::tryPlan(const Plan& plan, const Cells& cells) {
   Trial trial = build(plan, *plan.row, cells);
   if (!trial.locator)
     return;
-  std::size_t tries = 0;
-  for (const HTMLTag* const earlier : tagsBefore(*plan.row)) {
-    if (!trial.beginsWithPrices || ++tries > MOST_EARLIER_ROWS)
-      break;
-    if (earlier->nameView() != plan.row->nameView())
-      continue;
-    Trial longer = build(plan, *earlier, cells);
-    if (!longer.locator)
-      break;
-    if (longer.beginsWithPrices)
-      trial = std::move(longer);
-  }
+  const HTMLTag& first = firstRowOf(plan);
+  Trial longer = &first == plan.row ? Trial() : build(plan, first, cells);
+  if (longer.locator)
+    trial = std::move(longer);
   if (trial.numRows > m_best.numRows)
     m_best = std::move(trial);
+}
+
+/// The earliest of the rows of prices before the plan's own that follow each other up to it.
+const HTMLTag& TableProposal::firstRowOf(const Plan& plan) const {
+  const HTMLTag* first = plan.row;
+  const HTMLTag* next = plan.row;
+  for (const HTMLTag* const earlier : tagsBefore(*plan.row)) {
+    if (earlier->nameView() != plan.row->nameView())
+      continue;
+    const RowKind kind = kindOf(plan, *earlier, *next);
+    if (kind == RowKind::Other)
+      break;
+    if (kind == RowKind::Prices)
+      first = earlier;
+    next = earlier;
+  }
+  return *first;
+}
+
+TableProposal::RowKind TableProposal::kindOf(const Plan& plan, const HTMLTag& row,
+                                             const HTMLTag& next) const {
+  std::map<ColumnType, String> texts;
+  try {
+    for (std::size_t i = 0; i < plan.columns.size(); ++i) {
+      const HTMLTag* const cell = HTMLTagLocator(&plan.columns[i])(&row);
+      if (cell >= &next)
+        return RowKind::Other;
+      texts.emplace(m_example[i].type, cell->text());
+    }
+  } catch (const HTMLException&) {
+    return RowKind::Other;
+  }
+  if (!texts.contains(COLUMN_TYPE_DATE))
+    return RowKind::Other;
+  const String& date = texts[COLUMN_TYPE_DATE];
+  if (date.empty() || (texts.contains(COLUMN_TYPE_CLOSE) && texts[COLUMN_TYPE_CLOSE].empty()))
+    return RowKind::PassedOver;
+  return isReadableDate(date) ? RowKind::Prices : RowKind::Other;
 }
 
 TableProposal::Trial TableProposal::build(const Plan& plan, const HTMLTag& firstRow, const Cells& cells) {
   const std::vector<LocatorWay> ways = LocatorWay::withoutLabels(*firstRow.parent(), *m_page.root());
   XMLTagLocator row;
   Trial trial;
+  if (m_tagsOnPage > m_tagsLeft)
+    return trial;
+  m_tagsLeft -= m_tagsOnPage;
   if (ways.empty() || !LocatorWay::addMovesIn(row, *firstRow.parent(), firstRow)) {
     noteReason(u"No walk leads to the tag around the rows, " + tagTitle(*firstRow.parent()) + u".");
     return trial;
@@ -284,10 +327,8 @@ void TableProposal::read(Trial& trial, const Cells& cells) {
     trial.numRows = table.numRows();
     while (trial.exampleRow < trial.numRows && !isExample(trial.exampleRow))
       ++trial.exampleRow;
-    if (trial.exampleRow < trial.numRows) {
-      trial.beginsWithPrices = hasPrices(table, 0);
+    if (trial.exampleRow < trial.numRows)
       return;
-    }
     fault = u"Walks from the rows do not lead to the cells of the example.";
   }
   noteReason(u"The table was found, but the program can't read it: " + fault);
@@ -304,9 +345,11 @@ void TableProposal::noteReason(const String& reason) {
 String TableProposal::describe(const TableFault& fault) const {
   const String row = u"row " + numberText(fault.rowNumber + 1) + u" of the table, " + tagSummary(*fault.row) +
                      u", has no cell of its own for " + columnTypeName(m_example[fault.column].type) + u".\n";
-  return row + String(fault.kind == TableFault::Kind::MissingCell
-                          ? u"One row that lacks a cell makes a whole table unreadable for the program."
-                          : u"The program would read the row behind it for that.");
+  return row +
+         String(fault.kind == TableFault::Kind::MissingCell
+                    ? u"One row that lacks a cell makes a whole table unreadable for the program."
+                    : u"The program would read the row behind it for that.") +
+         u"\n" + TableFault::ADVICE;
 }
 
 /// The first row whose date the program can't read, in words; empty when there is none.

@@ -43,21 +43,24 @@ private:
     const HTMLTag* row;
     std::vector<XMLTagLocator> columns;
   };
+  /// How the program would take a row.
+  enum class RowKind { Prices, PassedOver, Other };
   struct Trial {
     std::unique_ptr<XMLTableLocator> locator;
     std::size_t numRows = 0;
     std::size_t exampleRow = 0;
-    bool beginsWithPrices = false; ///< the first row is one of past prices
   };
 
   bool findTexts();
   void search();
   Cells cellsIn(const HTMLTag& around) const;
-  std::pair<const HTMLTag*, Cells> rowAround(const HTMLTag* first) const;
+  std::pair<const HTMLTag*, Cells> rowAround(const HTMLTag* cell) const;
   void tryRow(const HTMLTag* row, const Cells& cells);
   void tryAround(const HTMLTag& row, const Cells& cells);
   void tryBehindMarks(const HTMLTag& table, const Cells& cells);
   void tryPlan(const Plan& plan, const Cells& cells);
+  const HTMLTag& firstRowOf(const Plan& plan) const;
+  RowKind kindOf(const Plan& plan, const HTMLTag& row, const HTMLTag& next) const;
   Trial build(const Plan& plan, const HTMLTag& firstRow, const Cells& cells);
   void read(Trial& trial, const Cells& cells);
   void noteReason(const String& reason);
@@ -68,6 +71,8 @@ private:
   const WebPage& m_page;
   const std::vector<ExampleCell> m_example;
   std::vector<Cells> m_candidates; ///< for each text the tags that may be its cell
+  const std::size_t m_tagsOnPage;
+  std::size_t m_tagsLeft = 5000000; ///< that trials may still walk over: a page may be made to waste time
   Trial m_best;
   String m_reason;
   bool m_hasReason = false; ///< the reason tells of a trial

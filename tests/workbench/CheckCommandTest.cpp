@@ -276,6 +276,7 @@ TEST_F(CheckCommandTest, ARowThatLacksACellIsNamed) {
       "whole table unreadable.\n  1. in: td 2\n      STOPPED: <tr> has no td 2 directly in it. It "
       "has:\n        td 0: <td> \"27-Feb-26\"\n        td 1: <td colspan=\"4\"> \"Dividend\"\n"))
       << result.out;
+  EXPECT_TRUE(result.says("\nIf the row belongs to the table, no document can read this page. Many sources"));
   EXPECT_TRUE(result.says("tallymoor-locator table "));
 }
 

@@ -51,6 +51,18 @@ TEST_F(FetchTest, AFailingWalkLeadsOnToTheSavedPage) {
   EXPECT_TRUE(check({"--save", file}).says("tallymoor-locator find " + file + " VALUE"));
 }
 
+TEST_F(FetchTest, ASearchThatFindsNothingMayHaveNothingToFind) {
+  m_server.setFallback([](const TestHttpServer::Request&) {
+    return TestHttpServer::Response{.body = "<html><p>Nothing matches</p></html>"};
+  });
+  std::string document = readTestFile(testData("search-table.xml"));
+  const std::string address = "http://prices.karrabin.example";
+  document.replace(document.find(address), address.size(), m_server.url(""));
+  const Result result = run({"check", write("s.xml", document), "--code", "zzz"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_TRUE(result.says("If the source says that nothing matches, try another text first.")) << result.out;
+}
+
 TEST_F(FetchTest, ARefusalIsTold) {
   const Result result = check();
   EXPECT_EQ(result.status, 1);

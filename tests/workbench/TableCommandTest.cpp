@@ -44,6 +44,24 @@ TEST_F(TableCommandTest, LeavesOutAHeadingOfOrdinaryCells) {
   EXPECT_TRUE(result.says("name=\"tr\" index=\"1\""));
 }
 
+TEST_F(TableCommandTest, ARowIsFoundAmongManyOfOneDay) {
+  std::string rows;
+  for (int i = 0; i < 1000; ++i)
+    rows += row({"2-Mar-26", std::to_string(i) + ".5"});
+  const Result result = table(rows, {"Date=2-Mar-26", "Close=900.5"});
+  EXPECT_TRUE(result.says("This reads 1000 rows; the example is row 901.")) << result.out;
+}
+
+TEST_F(TableCommandTest, APageMadeToWasteTimeIsGivenUp) {
+  std::string cells;
+  for (int i = 0; i < 60000; ++i)
+    cells += "<p>1</p>";
+  const Result result =
+      run({"table", write("p.html", "<html><body>" + cells + "</body></html>"), "1", "1", "1"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_TRUE(result.says("No TableLocator is found.")) << result.out;
+}
+
 TEST_F(TableCommandTest, TheSameTextInTwoColumnsIsTwoCells) {
   const Result result = table(row({"2-Mar-26", "1.1", "1.1", "1.1", "1.1", "900"}) + row(m_second),
                               {"2-Mar-26", "1.1", "1.1", "1.1", "1.1", "900"});
@@ -112,6 +130,9 @@ TEST_F(TableCommandTest, TextsThatAreNotThereOrNotInOneRowAreNamed) {
                             "Date=2-Mar-26", "Close=1.1"});
   EXPECT_EQ(apart.status, 1);
   EXPECT_TRUE(apart.says("No tag holds the text \"1.1\".")) << apart.out;
+  const Result rows = table(row(m_first) + row(m_second), {"Date=2-Mar-26", "Volume=800"});
+  EXPECT_EQ(rows.status, 1);
+  EXPECT_TRUE(rows.says("No TableLocator is found.\nThe texts do not stand in one row.\n")) << rows.out;
 }
 
 TEST_F(TableCommandTest, RowsDirectlyInHtmlNeedAMarkOfIt) {
