@@ -15,21 +15,28 @@ constexpr int SUNDAY = 0;
 
 using Pieces = std::array<String, 3>;
 
+Exception failure(const char16_t* reason, const String& text) {
+  constexpr std::size_t LONGEST = 80; // what a file has in place of a date may be of any length
+  const bool isLong = text.size() > LONGEST;
+  return Exception(u"Date::fromString - " + String(reason) + text.substr(0, LONGEST) +
+                   (isLong ? u"..." : u""));
+}
+
 /// Cuts a text at its first two separators; what stands behind a third stays in the last piece.
 Pieces cutAtSeparators(const String& text, char16_t separator) {
   const std::size_t first = text.find(separator);
   if (first == String::npos)
-    throw Exception(String(u"Date::fromString - no separator: ") + text);
+    throw failure(u"no separator: ", text);
   const std::size_t second = text.find(separator, first + 1);
   if (second == String::npos)
-    throw Exception(String(u"Date::fromString - no separator2: ") + text);
+    throw failure(u"no separator2: ", text);
   return {text.substr(0, first), text.substr(first + 1, second - first - 1), text.substr(second + 1)};
 }
 
 int monthNamed(const String& name, const String& text) {
   const int month = FXJulianDate::monthFromShortName(name.toLatin1().c_str());
   if (month < 0)
-    throw Exception(String(u"Date::fromString - DATE_DISPLAY_MIDDATE1 unknown month: ") + text);
+    throw failure(u"DATE_DISPLAY_MIDDATE1 unknown month: ", text);
   return month;
 }
 
@@ -92,7 +99,7 @@ void Date::fromString(const String& text, int format) {
   if (format == DATE_DISPLAY_LOCAL) {
     Date parsed(m_julian);
     if (!Platform::Instance().parseShortDate(text, parsed))
-      throw Exception(String(u"Date::fromString - not in local format: ") + text);
+      throw failure(u"not in local format: ", text);
     *this = parsed;
     return;
   }
@@ -115,7 +122,7 @@ void Date::fromString(const String& text, int format) {
     break;
   }
   default:
-    throw Exception(String(u"Date::fromString - bad format: ") + text);
+    throw failure(u"bad format: ", text);
   }
 }
 

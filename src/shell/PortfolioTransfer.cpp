@@ -9,7 +9,9 @@
 #include "widgets/TextSize.h"
 #include "widgets/ToolkitText.h"
 #include "xml/DocumentFile.h"
+#include "xml/DocumentLimits.h"
 #include <algorithm>
+#include <filesystem>
 #include <fx.h>
 #include <optional>
 #include <sstream>
@@ -106,12 +108,30 @@ void cleanTexts(XMLElement& portfolio) {
   index.setValue(cleanName(index.value()));
 }
 
-/// What is missing shows only on writing, and must not be found out by the next save of the records.
-void checkCanBeSaved(XMLElement& records) {
-  std::stringstream document;
-  records.encode(document);
-  XMLPortfolios again;
-  again.decode(document.str().c_str());
+void checkSize(const String& path) {
+  std::error_code unknown; // a file that goes just now is not there to be read either
+  const std::uintmax_t size = std::filesystem::file_size(path.toUTF8(), unknown);
+  if (!unknown && size > ImportedPortfolios::LARGEST_FILE)
+    throw Exception(u"The file is longer than " + inMegabytes(ImportedPortfolios::LARGEST_FILE) +
+                    u", far more than any portfolios take.");
+}
+
+void checkCount(const XMLElement& records) {
+  if (records.numSubElements(u"SharePortfolios") > ImportedPortfolios::MOST_PORTFOLIOS)
+    throw Exception(u"The file holds more than " +
+                    String::fromLong(static_cast<std::int64_t>(ImportedPortfolios::MOST_PORTFOLIOS)) +
+                    u" portfolios.");
+}
+
+/// The file's records as the program writes them. What is missing shows only on writing, and must not be
+/// found out by the next save of the records.
+std::string readAndWritten(const String& path) {
+  XMLPortfolios records;
+  records.decode(path);
+  checkCount(records);
+  std::ostringstream stream;
+  records.encode(stream);
+  return std::move(stream).str();
 }
 
 } // namespace
@@ -121,47 +141,51 @@ void checkCanBeSaved(XMLElement& records) {
 ImportedPortfolios::ImportedPortfolios(const String& path) {
   if (filePresence(path) != FilePresence::RegularFile)
     throw Exception(u"There is no such file: " + path);
-  XMLPortfolios records;
-  records.decode(path);
-  checkCanBeSaved(records);
-  forEach(records, u"SharePortfolios", [this](const XMLElement& portfolio) {
+  checkSize(path);
+  m_records.decode(readAndWritten(path).c_str());
+  for (std::size_t i = 0; i < m_records.numSubElements(u"SharePortfolios"); ++i) {
+    XMLElement& portfolio = m_records.subElement(u"SharePortfolios", i);
     checkDates(portfolio);
-    m_portfolios.emplace_back(portfolio.clone([]() -> XMLElement* { return new XMLSharePortfolio; }));
-    cleanTexts(*m_portfolios.back());
-  });
+    cleanTexts(portfolio);
+    m_kept.push_back(&portfolio);
+  }
 }
 
 void ImportedPortfolios::askForReplacements(const std::set<String>& existing) {
   std::set<String> taken = existing;
-  std::vector<std::unique_ptr<XMLElement>> kept;
-  for (auto& portfolio : m_portfolios) {
-    const String name = textValue(*portfolio, u"Name");
+  std::erase_if(m_kept, [&taken](const XMLElement* portfolio) {
+    const String& name = textValue(*portfolio, u"Name");
     if (taken.contains(name) &&
         !UserInteraction::Instance().question(u"You already have a portfolio called \"" + name +
                                               u"\"\nin your Total Capital. Do you want to replace it with\n" +
                                               u"an imported portfolio?"))
-      continue;
+      return true;
     taken.insert(name);
-    kept.push_back(std::move(portfolio));
-  }
-  m_portfolios = std::move(kept);
+    return false;
+  });
 }
 
 std::vector<String> ImportedPortfolios::names() const {
   std::vector<String> names;
-  for (const auto& portfolio : m_portfolios)
+  for (const XMLElement* portfolio : m_kept)
     names.push_back(textValue(*portfolio, u"Name"));
   return names;
 }
 
-std::vector<std::unique_ptr<XMLElement>> ImportedPortfolios::take() {
-  return std::move(m_portfolios);
+std::vector<std::unique_ptr<XMLElement>> ImportedPortfolios::take() const {
+  std::vector<std::unique_ptr<XMLElement>> portfolios;
+  for (const XMLElement* portfolio : m_kept)
+    portfolios.emplace_back(portfolio->clone([]() -> XMLElement* { return new XMLSharePortfolio; }));
+  return portfolios;
 }
 
 String importSummary(const std::vector<String>& names) {
+  constexpr std::size_t MOST_NAMES = 50;
   String text = u"The following share portfolios were imported:\n";
-  for (std::size_t i = 0; i < names.size(); ++i)
+  for (std::size_t i = 0; i < std::min(names.size(), MOST_NAMES); ++i)
     text += (i == 0 ? String() : String(u", ")) + names[i];
+  if (names.size() > MOST_NAMES)
+    text += u" and " + String::fromLong(static_cast<std::int64_t>(names.size() - MOST_NAMES)) + u" more";
   return text;
 }
 

@@ -181,7 +181,8 @@ void TallymoorWindow::importFrom(const String& file, TotalCapTreeItem& totalCapi
     const WaitCursor wait;
     imported.emplace(file);
   } catch (const Exception& exception) {
-    reportException(u"Failed to decode the imported portfolios: ", exception);
+    error(u"Failed to decode the imported portfolios:  " + exception.description() +
+          u"\nNothing was imported from " + file + u", and your portfolios are as they were.");
     return;
   }
   std::set<String> existing;

@@ -46,6 +46,10 @@ const char16_t* tagOf(const char16_t* localName, const char16_t* qualifiedName) 
 } // namespace
 
 void XMLElement::characters(const char16_t* chars, XMLSize_t length) {
+  // Between sub-elements only white space is expected, and none of it is kept.
+  if (!isLeaf())
+    return;
+  DocumentReader::checkText(m_value.size() + length);
   m_value.append(chars, length);
 }
 
@@ -86,6 +90,7 @@ void XMLElement::readOwnStartTag(const xercesc::Attributes& attributes) {
     return;
   if (!m_attributes)
     m_attributes = std::make_unique<AttributeValues>();
+  DocumentReader::checkAttributes(m_attributes->size() + count);
   for (XMLSize_t i = 0; i < count; ++i)
     m_attributes->emplace(String(attributes.getLocalName(i)), String(attributes.getValue(i)));
 }
@@ -115,23 +120,33 @@ std::size_t XMLElement::findExpected(const char16_t* tag) const {
 
 XMLElement& XMLElement::instanceFor(std::size_t index) {
   const SubElementRego& rego = m_layout->subElements()[index];
-  ElementSlot& slot = m_slots[index];
-  if (rego.required && !rego.multiple && slot.size() == 1)
-    return *slot[0];
+  if (rego.required && !rego.multiple && m_slots[index].size() == 1)
+    return *m_slots[index][0];
+  const auto place = static_cast<std::size_t>(rego.reference);
+  const bool replaces = !rego.multiple && m_slots[place].size() == 1;
   XMLElement* instance = rego.factory();
-  addInstance(instance, static_cast<std::size_t>(rego.reference));
+  addInstance(instance, place);
+  if (!replaces) {
+    std::size_t made = 1;
+    for (std::size_t i = 0; i < instance->m_slotCount; ++i)
+      made += instance->m_slots[i].size();
+    m_parser->countElements(made);
+    m_parser->checkSiblings(m_slots[place].size());
+  }
   return *instance;
 }
 
 void XMLElement::decode(const String& fileName) {
-  decodeFrom([&fileName] { return std::make_unique<DocumentFileSource>(fileName); });
+  decodeFrom([&] { return std::make_unique<DocumentFileSource>(fileName, name(), *m_parser); });
 }
 
 void XMLElement::decode(const char* text) {
   const char* content = text ? text : "";
-  decodeFrom([content] {
-    return std::make_unique<xercesc::MemBufInputSource>(reinterpret_cast<const XMLByte*>(content),
-                                                        std::strlen(content), "dontcare", false);
+  decodeFrom([this, content] {
+    const std::size_t length = std::strlen(content);
+    m_parser->countBytes(length);
+    return std::make_unique<xercesc::MemBufInputSource>(reinterpret_cast<const XMLByte*>(content), length,
+                                                        "dontcare", false);
   });
 }
 
@@ -173,7 +188,7 @@ void XMLElement::decodeFrom(const MakeSource& makeSource) {
   ParseException exception;
   {
     ParseScope scope(*this, errors);
-    m_parser->beginDocument();
+    m_parser->beginDocument(DocumentLimits::of(name()));
     try {
       m_parser->parse(*makeSource());
     } catch (const xercesc::OutOfMemoryException& problem) {
@@ -186,8 +201,13 @@ void XMLElement::decodeFrom(const MakeSource& makeSource) {
       exception.meet(u"", u"EndOfEntityException ");
     }
   }
-  if (exception.met)
+  if (exception.met) {
+    // One that was stopped in its midst may hold on to memory.
+    delete m_parser;
+    m_parser = nullptr;
+    m_ownsParser = false;
     throw TallymoorXMLErrorHandler::failure(u"exception", name(), exception.text);
+  }
   errors.throwIfAny(name());
 }
 

@@ -56,6 +56,8 @@ TEST_F(DateTest, PartsAreNotChecked) {
 
 TEST_F(DateTest, RefusalsSayWhy) {
   EXPECT_EQ(refusal(u"2006", 0), u"Date::fromString - no separator: 2006");
+  EXPECT_EQ(refusal(String(100000, u'9'), 0),
+            u"Date::fromString - no separator: " + String(80, u'9') + u"...");
   EXPECT_EQ(refusal(u"3-3-2006", 0), u"Date::fromString - no separator: 3-3-2006");
   EXPECT_EQ(refusal(u"3/2006", 0), u"Date::fromString - no separator2: 3/2006");
   EXPECT_EQ(refusal(u"3-Mar", 5), u"Date::fromString - no separator2: 3-Mar");

@@ -6,6 +6,8 @@
 #include "views/TotalCapTreeItem.h"
 #include "widgets/InvestmentTree.h"
 #include "xml/Leaves.h"
+#include <filesystem>
+#include <fstream>
 #include <functional>
 #include <utility>
 
@@ -269,6 +271,39 @@ TEST_F(PortfolioTransferTest, FilesThatAreNoRecordsLeaveEverythingAsItWas) {
 TEST_F(PortfolioTransferTest, FileThatDoesNotExistIsRefused) {
   EXPECT_EQ(u"There is no such file: /nowhere/at all.xml",
             messageOf([] { ImportedPortfolios{u"/nowhere/at all.xml"}; }));
+}
+
+TEST_F(PortfolioTransferTest, RefusalNamesTheFileAndSaysThatNothingChanged) {
+  expectRefused("<Portfolios><SharePortfolio>", "XMLElement::decode, parse fatal error in Portfolios : ");
+  expectRefused("<Portfolios><SharePortfolio>", "\nNothing was imported from " +
+                                                    profile().path("import.xml").toUTF8() +
+                                                    ", and your portfolios are as they were.");
+}
+
+TEST_F(PortfolioTransferTest, FileThatIsFarTooLongIsNotRead) {
+  const std::string path = profile().folder() + "/long.xml";
+  std::ofstream(path) << "<Portfolios>";
+  std::filesystem::resize_file(path, ImportedPortfolios::LARGEST_FILE + 1); // takes no room on most disks
+  EXPECT_EQ(u"The file is longer than 64 MB, far more than any portfolios take.",
+            messageOf([&] { ImportedPortfolios{String(path.c_str())}; }));
+}
+
+TEST_F(PortfolioTransferTest, NumberOfPortfoliosIsBounded) {
+  const auto fileOf = [this](std::size_t count) {
+    std::string portfolios;
+    for (std::size_t i = 0; i < count; ++i)
+      portfolios += portfolio("P" + std::to_string(i), "1.00");
+    const String path = profile().path("many.xml");
+    TestProfile::writeFile(path, document(portfolios));
+    return path;
+  };
+  const ImportedPortfolios most(fileOf(ImportedPortfolios::MOST_PORTFOLIOS));
+  EXPECT_EQ(ImportedPortfolios::MOST_PORTFOLIOS, most.names().size());
+  EXPECT_EQ(u"The file holds more than 1000 portfolios.",
+            messageOf([&] { ImportedPortfolios{fileOf(ImportedPortfolios::MOST_PORTFOLIOS + 1)}; }));
+  const std::string summary = importSummary(most.names()).toUTF8();
+  EXPECT_TRUE(summary.starts_with("The following share portfolios were imported:\nP0, P1, "));
+  EXPECT_TRUE(summary.ends_with(", P49 and 950 more"));
 }
 
 /// With records that can't be read, import is the way back.

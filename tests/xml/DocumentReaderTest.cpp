@@ -3,7 +3,10 @@
 #include "XmlTestTools.h"
 #include "support/TestProfile.h"
 #include "xml/CapitalRecord.h"
+#include "xml/LocatorDocuments.h"
 #include "xml/PortfolioRecords.h"
+#include "xml/PriceCache.h"
+#include "xml/SmallDocuments.h"
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <poll.h>
@@ -225,19 +228,189 @@ TEST_F(DocumentReaderTest, ARecursiveTreeIsBoundedToo) {
 TEST_F(DocumentReaderTest, AMillionSiblingsAreRead) {
   std::string text = "<Sample>";
   for (int i = 0; i < 1000000; ++i)
-    text += i % 2 ? "<Item/>" : "<Item></Item>";
+    text += "<Item>12345</Item>";
   XMLSample sample;
   sample.decode((text + "</Sample>").c_str());
   EXPECT_EQ(sample.numSubElements(u"Items"), 1000000u);
 }
 
-TEST_F(DocumentReaderTest, ManyAttributesAreRead) {
-  std::string text = "<Sample";
-  for (int i = 0; i < 20000; ++i)
-    text += " a" + std::to_string(i) + "='" + std::to_string(i) + "'";
+const String EMPTY_ELEMENTS = u"the document is made of empty elements";
+
+String refusal(const String& root, const String& reason) {
+  return u"XMLElement::decode, parse exception in " + root + u" : " + reason;
+}
+
+std::string repeated(const std::string& piece, std::size_t count) {
+  std::string text;
+  text.reserve(piece.size() * count);
+  for (std::size_t i = 0; i < count; ++i)
+    text += piece;
+  return text;
+}
+
+TEST_F(DocumentReaderTest, ElementsWithoutContentAreBounded) {
+  EXPECT_EQ(failureOfReading("<Sample>" + repeated("<Item/>", 1000000) + "</Sample>"),
+            refusal(u"Sample", EMPTY_ELEMENTS));
   XMLSample sample;
-  sample.decode((text + "/>").c_str());
-  EXPECT_EQ(sample.attribute(u"a19999"), String(u"19999"));
+  sample.decode(("<Sample>" + repeated("<Item/>", DocumentLimits::FREE_ELEMENTS) + "</Sample>").c_str());
+  EXPECT_EQ(sample.numSubElements(u"Items"), DocumentLimits::FREE_ELEMENTS);
+}
+
+TEST_F(DocumentReaderTest, ElementsThatNobodyMentionsCountToo) {
+  XMLPortfolios records;
+  EXPECT_EQ(failureOf([&] {
+              records.decode(("<Portfolios><SharePortfolio><CashReserve>" +
+                              repeated("<CashEvent></CashEvent>", 100000) +
+                              "</CashReserve></SharePortfolio></Portfolios>")
+                                 .c_str());
+            }),
+            refusal(u"Portfolios", EMPTY_ELEMENTS));
+}
+
+/// Writes so many of one kind with nothing in them, and reads them again.
+void expectRead(XMLElement& root, XMLElement& parent, std::u16string_view kind, XMLElement::Factory create) {
+  for (int i = 0; i < 30000; ++i)
+    parent.addSubElement(create(), kind);
+  const std::string document = encoded(root);
+  root.reset();
+  root.decode(document.c_str());
+  EXPECT_EQ(parent.numSubElements(kind), 30000u);
+  root.reset();
+}
+
+TEST_F(DocumentReaderTest, TheLeanestThatTheProgramWritesIsRead) {
+  XMLPortfolios records;
+  expectRead(records, records, u"SharePortfolios", newElement<XMLSharePortfolio>);
+  XMLHeldShare held;
+  expectRead(held, held, u"BuyEvents", newElement<XMLBuyEvent>);
+  XMLSoldShare sold;
+  expectRead(sold, sold, u"SellEvents", newElement<XMLSellEvent>);
+  XMLBuyEvent parcel;
+  expectRead(parcel, parcel, u"Adjustments", newElement<XMLSplitAdjustment>);
+  XMLDividends dividends;
+  expectRead(dividends, dividends, u"DividendEvents", newElement<XMLDividendEvent>);
+  XMLCashReserve cash;
+  expectRead(cash, cash, u"CashEvents", newElement<XMLCashEvent>);
+  XMLShareValues prices;
+  expectRead(prices, prices, u"Values", XMLShareValue::create);
+  XMLSharePortfolioCapitalRecord capital;
+  expectRead(capital, capital, u"DayCaps", XMLDayCap::create);
+  XMLDayCap day;
+  expectRead(day, day, u"ShareVals", XMLShareVal::create);
+}
+
+TEST_F(DocumentReaderTest, TheTextOfAnElementIsBounded) {
+  const auto document = [](std::size_t length) {
+    return "<Sample><String>" + std::string(length, 't') + "</String></Sample>";
+  };
+  XMLSample sample;
+  sample.decode(document(DocumentLimits::LONGEST_TEXT).c_str());
+  EXPECT_EQ(textValue(sample, u"Text").size(), DocumentLimits::LONGEST_TEXT);
+  EXPECT_EQ(failureOfReading(document(DocumentLimits::LONGEST_TEXT + 1)),
+            refusal(u"Sample", u"the text of an element is too long"));
+}
+
+TEST_F(DocumentReaderTest, TextBetweenElementsIsNotKept) {
+  XMLSample sample;
+  sample.decode(("<Sample>" + std::string(2 * DocumentLimits::LONGEST_TEXT, '\n') + "</Sample>").c_str());
+  EXPECT_EQ(sample.value(), String());
+}
+
+TEST_F(DocumentReaderTest, TheAttributesOfAnElementAreBounded) {
+  const auto attributes = [](std::size_t count) {
+    std::string text;
+    for (std::size_t i = 0; i < count; ++i)
+      text += " a" + std::to_string(i) + "='" + std::to_string(i) + "'";
+    return text;
+  };
+  const String tooMany = refusal(u"Sample", u"an element has too many attributes");
+  XMLSample sample;
+  sample.decode(("<Sample" + attributes(DocumentLimits::MOST_ATTRIBUTES) + "/>").c_str());
+  EXPECT_EQ(sample.attribute(u"a255"), String(u"255"));
+  EXPECT_EQ(failureOfReading("<Sample" + attributes(DocumentLimits::MOST_ATTRIBUTES + 1) + "/>"), tooMany);
+  // An element that is named as its parent gives its attributes to that.
+  EXPECT_EQ(failureOfReading("<Sample" + attributes(200) + "><Sample" + attributes(100) + "/></Sample>"),
+            tooMany);
+}
+
+TEST_F(DocumentReaderTest, TheMemoryOfTheParserIsBounded) {
+  const String tooMuch =
+      refusal(u"Sample", u"a name, attribute or comment is too long, or there are too many of them");
+  const std::string much(DocumentLimits::PARSER_MEMORY, 'x');
+  std::string attributes;
+  for (int i = 0; i < 300000; ++i)
+    attributes += " a" + std::to_string(i) + "=''";
+  XMLSample sample;
+  for (const std::string& document :
+       {"<Sample><!--" + much + "--></Sample>", "<Sample><?p " + much + "?></Sample>",
+        "<Sample a='" + much + "'/>", "<" + much + "/>", "<Sample " + much + "='1'/>",
+        "<Sample><String>&" + much + ";</String></Sample>",
+        "<!DOCTYPE Sample SYSTEM '" + much + "'><Sample/>", "<Sample" + attributes + "/>"}) {
+    EXPECT_EQ(failureOf([&] { sample.decode(document.c_str()); }), tooMuch) << document.substr(0, 20);
+    sample.reset();
+    sample.decode("<Sample><String>fine</String></Sample>");
+    EXPECT_EQ(textValue(sample, u"Text"), String(u"fine"));
+    sample.reset();
+  }
+}
+
+TEST_F(DocumentReaderTest, DeliveredDocumentsAreShort) {
+  const String path = m_profile.path("delivered.xml");
+  const std::unique_ptr<XMLElement> roots[] = {std::make_unique<XMLCurrentPriceLocators>(),
+                                               std::make_unique<XMLCodeSearchLocators>(),
+                                               std::make_unique<XMLHistoricalPricesLocators>(),
+                                               std::make_unique<XMLCountryOptions>(),
+                                               std::make_unique<XMLVersionsAvailable>(),
+                                               std::make_unique<XMLAdvertisement>(),
+                                               std::make_unique<XMLXslStylesheet>()};
+  for (const auto& root : roots) {
+    const std::string name = root->name().toUTF8();
+    const std::string document =
+        "<" + name + ">" + repeated(" ", 2 * DocumentLimits::MEGABYTE) + "</" + name + ">";
+    const String tooLong = refusal(root->name(), u"the document is longer than 2 MB");
+    EXPECT_EQ(failureOf([&] { root->decode(document.c_str()); }), tooLong) << name;
+    root->reset();
+    TestProfile::writeFile(path, document);
+    EXPECT_EQ(failureOf([&] { root->decode(path); }), tooLong) << name;
+  }
+}
+
+TEST_F(DocumentReaderTest, RowsOfPricesAreBounded) {
+  const std::size_t most = DocumentLimits::of(u"ShareValues").siblings;
+  const std::string row =
+      "<ShareValue><Date>3/3/2006</Date><Constant>1.0000</Constant><Constant>1.0000</Constant>"
+      "<Constant>1.0000</Constant><Constant>0</Constant></ShareValue>";
+  XMLShareValues prices;
+  prices.decode(("<ShareValues>" + repeated(row, most) + "</ShareValues>").c_str());
+  EXPECT_EQ(prices.numSubElements(u"Values"), most);
+  prices.reset();
+  EXPECT_EQ(failureOf([&] {
+              prices.decode(("<ShareValues>" + repeated(row, most + 1) + "</ShareValues>").c_str());
+            }),
+            refusal(u"ShareValues", u"an element holds more than 65000 others"));
+}
+
+TEST_F(DocumentReaderTest, ALongFileThatIsCutShortIsRefusedBeforeItIsRead) {
+  const String path = m_profile.path("long.xml");
+  const std::string items = repeated("<Item>123456789</Item>", 400000);
+  TestProfile::writeFile(path, "<Sample>" + items + "</Samp");
+  XMLSample sample;
+  EXPECT_EQ(failureOf([&] { sample.decode(path); }), refusal(u"Sample", u"the document is cut short"));
+  EXPECT_EQ(sample.numSubElements(u"Items"), 0u);
+  TestProfile::writeFile(path, "<Sample>" + items + "</Sample>\n<!-- the end -->\n");
+  sample.decode(path);
+  EXPECT_EQ(sample.numSubElements(u"Items"), 400000u);
+}
+
+TEST_F(DocumentReaderTest, ALongFileIsReadInItsOwnEncoding) {
+  const String path = m_profile.path("wide.xml");
+  std::string wide("\xFF\xFE");
+  for (const char c : "<Sample>" + repeated("<Item>123456789</Item>", 150000) + "</Sample>")
+    wide += {c, '\0'};
+  TestProfile::writeFile(path, wide);
+  XMLSample sample;
+  sample.decode(path);
+  EXPECT_EQ(sample.numSubElements(u"Items"), 150000u);
 }
 
 const std::string RECORDS =
