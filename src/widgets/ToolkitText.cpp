@@ -1,11 +1,17 @@
 #include "widgets/ToolkitText.h"
+#include "widgets/MeasuredFont.h"
+#include "widgets/MessageLayout.h"
+#include <algorithm>
 
 namespace Tallymoor {
 
 namespace {
 
-/// A box wider than the screen would hide its end: lines are broken at the last blank before this many units.
-constexpr std::size_t longestLine = 150;
+/// Pixels of a message box beside its text: picture, margins, and a little of the screen around it.
+constexpr FXint beside = 160;
+/// Pixels above and below it: title, buttons, margins, and bars of the desktop.
+constexpr FXint above = 200;
+constexpr FXint smallestWidth = 640;
 
 /// Control characters other than the line end would show as boxes, or end the text early.
 String withoutControls(const String& text) {
@@ -43,29 +49,14 @@ String safePercents(const String& text) {
   return result;
 }
 
-std::size_t lineBreakIn(const String& line) {
-  const std::size_t blank = line.rfind(u' ', longestLine);
-  return blank == String::npos || blank == 0 ? longestLine : blank;
-}
-
-String brokenLines(const String& text) {
-  String result;
-  std::size_t begin = 0;
-  while (begin <= text.size()) {
-    const std::size_t end = std::min(text.find(u'\n', begin), text.size());
-    String line(text.substr(begin, end - begin));
-    while (line.size() > longestLine) {
-      const std::size_t at = lineBreakIn(line);
-      result += line.substr(0, at);
-      result += u'\n';
-      line.erase(0, line[at] == u' ' ? at + 1 : at);
-    }
-    result += line;
-    if (end < text.size())
-      result += u'\n';
-    begin = end + 1;
-  }
-  return result;
+/// What a message box can show on this screen. Before the display is opened the screen has no size.
+MessageRoom boxRoom() {
+  FXApp* app = FXApp::instance();
+  const FXFont* font = measuredFont(app->getNormalFont());
+  const FXRootWindow* screen = app->getRootWindow();
+  const FXint lines = (screen->getHeight() - above) / std::max(1, font->getFontHeight());
+  return {[font](const String& line) { return font->getTextWidth(toFox(line)); },
+          std::max(smallestWidth, screen->getWidth()) - beside, static_cast<std::size_t>(std::max(0, lines))};
 }
 
 } // namespace
@@ -84,7 +75,7 @@ FXString labelText(const String& text) {
 }
 
 FXString messageBoxText(const String& text) {
-  return toFox(doubled(safePercents(brokenLines(withoutControls(text))), u'&'));
+  return toFox(doubled(safePercents(fittedMessage(withoutControls(text), boxRoom())), u'&'));
 }
 
 } // namespace Tallymoor

@@ -14,8 +14,8 @@ String fromFox(const FXString& text);
 FXString labelText(const String& text);
 
 /// A text for a message box, where it is read as a printf format and then as a label: "%%" shows as one
-/// percent sign, a lone "%" shows as itself, and no conversion can ever ask for an argument. Very long lines
-/// are broken.
+/// percent sign, a lone "%" shows as itself, and no conversion can ever ask for an argument. It is made to
+/// fit the screen by fittedMessage.
 FXString messageBoxText(const String& text);
 
 } // namespace Tallymoor

@@ -157,6 +157,26 @@ TEST_F(MainWindowTest, LongLinesAreBroken) {
   }
 }
 
+TEST_F(MainWindowTest, ABoxFitsTheScreenAlsoWithAWholePageInALargeFont) {
+  String page;
+  for (int i = 0; i < 20'000; ++i)
+    page += u"<td>wwwwwwwwwwww</td> ";
+  FXFont* usual = app().getNormalFont();
+  for (const FXuint size : {9u, 18u, 30u}) {
+    FXFont font(&app(), "Ariel", size);
+    app().setNormalFont(&font);
+    whenModal("TallymoorWindow::onImport", [&](FXWindow& box) {
+      EXPECT_LT(box.getWidth(), app().getRootWindow()->getWidth()) << size;
+      EXPECT_LT(box.getHeight(), app().getRootWindow()->getHeight()) << size;
+      EXPECT_TRUE(shows(box, "Shall we try?")) << "the end is shown too";
+      press(box, "Yes");
+    });
+    EXPECT_TRUE(MainWindow::question(u"TallymoorWindow::onImport failed. HTTPException : " + page +
+                                     u"\nShall we try?"));
+    app().setNormalFont(usual);
+  }
+}
+
 TEST_F(MainWindowTest, ABackgroundPassOpensNoBox) {
   const BackgroundPassScope pass;
   MainWindow::error(u"went wrong");

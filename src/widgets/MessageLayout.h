@@ -1,0 +1,21 @@
+#pragma once
+#include "foundation/String.h"
+#include <cstddef>
+#include <functional>
+
+namespace Tallymoor {
+
+/// The room that a text has on the screen, by the font that it is shown in.
+struct MessageRoom {
+  std::function<int(const String& line)> widthOf; ///< pixels
+  int width = 0;                                  ///< pixels of the longest line
+  std::size_t lines = 0;                          ///< at least three are taken
+};
+
+/// The text with line ends that keep it within the room: a line breaks at its last blank that fits, a word
+/// that is wider than the room breaks anywhere but within a character. A line of more than 150 units breaks
+/// whatever the room, as nobody could follow it. Of a text with too many lines the middle is left out, which
+/// "…" stands for: what happened stands at its beginning, what is asked at its end.
+String fittedMessage(const String& text, const MessageRoom& room);
+
+} // namespace Tallymoor
