@@ -1,7 +1,9 @@
 #include "foundation/FileReplacement.h"
 #include "foundation/Exception.h"
 #include "foundation/FileOperations.h"
+#include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -264,20 +266,79 @@ bool removeFile(const String& path) {
   throw Exception(String(u"removeFile - cannot remove ") + path + u": " + String(std::strerror(errno)));
 }
 
-String fileNameFor(const String& code) {
-  static constexpr std::u16string_view HEX = u"0123456789ABCDEF";
-  String name;
-  for (const char16_t unit : code) {
-    // "%" too, or two codes could meet in one name.
-    if (unit < 0x20 || unit == 0x7F || unit == u'/' || unit == u'%') {
-      name.push_back(u'%');
-      name.push_back(HEX[unit >> 4]);
-      name.push_back(HEX[unit & 15]);
-    } else {
-      name.push_back(unit);
-    }
+namespace {
+
+constexpr std::u16string_view HEX = u"0123456789ABCDEF";
+
+bool isHighSurrogate(char16_t unit) {
+  return (unit & 0xFC00) == 0xD800;
+}
+bool isLowSurrogate(char16_t unit) {
+  return (unit & 0xFC00) == 0xDC00;
+}
+
+/// Half of a pair without the other half: UTF-8 has no bytes for it.
+bool isLoneSurrogate(const String& text, std::size_t i) {
+  if (isHighSurrogate(text[i]))
+    return i + 1 == text.size() || !isLowSurrogate(text[i + 1]);
+  return isLowSurrogate(text[i]) && (i == 0 || !isHighSurrogate(text[i - 1]));
+}
+
+/// The least significant digits of a number, in hexadecimal.
+template <typename Number>
+String hexDigits(Number number, int digits) {
+  String text;
+  for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4)
+    text.push_back(HEX[static_cast<std::size_t>(number >> shift) & 15]);
+  return text;
+}
+
+String escapedForFile(const String& name) {
+  String escaped;
+  for (std::size_t i = 0; i < name.size(); ++i) {
+    const char16_t unit = name[i];
+    // "%" too, or two names could meet in one.
+    if (unit < 0x20 || unit == 0x7F || unit == u'/' || unit == u'%')
+      escaped += u'%' + hexDigits(unit, 2);
+    else if (isLoneSurrogate(name, i))
+      escaped += u"%u" + hexDigits(unit, 4);
+    else
+      escaped.push_back(unit);
   }
-  return name;
+  return escaped;
+}
+
+/// FNV-1a in 128 bits: two names that a user has never meet in it.
+String fingerprintOf(const String& text) {
+  __extension__ using Hash = unsigned __int128;
+  constexpr Hash PRIME = (Hash(1) << 88) + 0x13B;
+  Hash hash = (Hash(0x6C62272E07BB0142) << 64) + 0x62B821756295C58D;
+  for (const char16_t unit : text)
+    for (const unsigned byte : {unit & 0xFFu, unsigned(unit >> 8)}) {
+      hash ^= byte;
+      hash *= PRIME;
+    }
+  return hexDigits(hash, 32);
+}
+
+/// As much of the beginning as takes no more bytes, with no character cut in two.
+String firstBytes(const String& text, std::size_t bytes) {
+  String first = text.substr(0, bytes);
+  while (!first.empty() && (first.toUTF8().size() > bytes || isHighSurrogate(first.back())))
+    first.pop_back();
+  return first;
+}
+
+} // namespace
+
+String fileNameFor(const String& code, std::size_t bytesBeside) {
+  const std::size_t room = NAME_MAX - std::min<std::size_t>(bytesBeside, NAME_MAX);
+  const String name = escapedForFile(code);
+  if (name.toUTF8().size() <= room)
+    return name;
+  // No other name holds "%~".
+  const String tail = u"%~" + fingerprintOf(code);
+  return firstBytes(name, room - std::min(room, tail.size())) + tail;
 }
 
 } // namespace Tallymoor

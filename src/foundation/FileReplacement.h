@@ -24,7 +24,9 @@ FilePresence filePresence(const String& path);
 /// False when there was none; throws Exception when it can't be removed.
 bool removeFile(const String& path);
 
-/// A stock code as part of a file name: characters that a file name can't hold become %XX, plain codes stay.
-String fileNameFor(const String& code);
+/// A stock code as part of a file name, different for each code: characters that a file name can't hold
+/// become %XX (half of a surrogate pair %uXXXX), plain codes stay. One that is too long beside the bytes that
+/// the file name has besides keeps its beginning and gets a fingerprint.
+String fileNameFor(const String& code, std::size_t bytesBeside = 0);
 
 } // namespace Tallymoor

@@ -14,6 +14,8 @@ namespace {
 // mark.
 constexpr std::size_t LONGEST_PIECE = 400;
 constexpr const char* CONTINUATION_MARK = "%+";
+/// A section or key of more bytes would leave a line no room for its value.
+constexpr std::size_t LONGEST_NAME = 350;
 
 FX::FXRegistry* attached = nullptr;
 
@@ -61,6 +63,15 @@ std::string escaped(const String& text) {
   return result;
 }
 
+/// Throws Exception for a name with which nothing can be kept.
+std::string escapedForWriting(const String& text) {
+  std::string name = escaped(text);
+  if (name.size() > LONGEST_NAME)
+    throw Exception(u"Settings - a name of more than " + String::fromLong(LONGEST_NAME) +
+                    u" bytes can't be kept: " + text);
+  return name;
+}
+
 String unescaped(const std::string& name) {
   std::string result;
   for (std::size_t i = 0; i < name.size(); ++i) {
@@ -105,8 +116,8 @@ void deleteContinuations(FX::FXRegistry& registry, const std::string& section, c
 
 /// Writes a text that may be of any length. Control bytes that the toolkit's file can't hold are left out.
 void writeRaw(FX::FXRegistry& registry, const String& section, const String& key, std::string text) {
-  const std::string sectionName = escaped(section);
-  const std::string keyName = escaped(key);
+  const std::string sectionName = escapedForWriting(section);
+  const std::string keyName = escapedForWriting(key);
   std::erase_if(text, [](char c) { return c == '\0' || c == 0x7F; });
   deleteContinuations(registry, sectionName, keyName);
   registry.writeStringEntry(sectionName.c_str(), keyName.c_str(), text.substr(0, LONGEST_PIECE).c_str());

@@ -93,7 +93,8 @@ SharePriceCache::SharePriceCache(const String& directory) : m_directory(director
 }
 
 String SharePriceCache::pathOf(const String& code) const {
-  return m_directory + PRICE_CACHE_NAME + u'.' + fileNameFor(code) + EXTENSION;
+  const String prefix = PRICE_CACHE_NAME + u'.';
+  return m_directory + prefix + fileNameFor(code, prefix.size() + EXTENSION.size()) + EXTENSION;
 }
 
 CachedShare& SharePriceCache::share(const String& code) {

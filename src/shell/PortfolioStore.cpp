@@ -5,7 +5,9 @@
 #include "foundation/UserInteraction.h"
 #include "widgets/GetStringDialog.h"
 #include "xml/DocumentFile.h"
+#include "xml/Leaves.h"
 #include <optional>
+#include <set>
 
 namespace Tallymoor {
 
@@ -41,6 +43,30 @@ String recoveryText() {
          u"in the above directory after exiting.\n";
 }
 
+bool isCleanName(const String& name) {
+  return !name.empty() && cleanName(name) == name;
+}
+
+/// Those that stay as they are.
+std::set<String> cleanNamesOf(const XMLElement& records) {
+  std::set<String> names;
+  for (std::size_t i = 0; i < records.numSubElements(u"SharePortfolios"); ++i)
+    if (const String name = textValue(records.subElement(u"SharePortfolios", i), u"Name"); isCleanName(name))
+      names.insert(name);
+  return names;
+}
+
+/// What is left of the name of a portfolio, with a number behind it where another one has that name.
+String unusedName(const String& name, std::size_t index, const std::set<String>& taken) {
+  const String cleaned = cleanName(name);
+  const String wanted =
+      cleaned.empty() ? u"Portfolio " + String::fromLong(static_cast<std::int64_t>(index) + 1) : cleaned;
+  String unused = wanted;
+  for (int number = 2; taken.contains(unused); ++number)
+    unused = wanted + u" " + String::fromLong(number);
+  return unused;
+}
+
 const char16_t* const OVERWRITE_QUESTION = u"Since there was a problem when you opened your\n"
                                            u"portfolio file, you may not wish to save your portfolios\n"
                                            u"as they appear now. Are you sure you want to save the\n"
@@ -71,14 +97,16 @@ void PortfolioStore::readDocument(const String& path) {
 }
 
 // A file that was edited by hand may hold what no prompt would have taken; it must not become markup or a
-// path.
+// path, nor hide another portfolio.
 void PortfolioStore::cleanNames() {
+  std::set<String> taken = cleanNamesOf(m_records);
   for (std::size_t i = 0; i < m_records.numSubElements(u"SharePortfolios"); ++i) {
     XMLElement& portfolio = m_records.subElement(u"SharePortfolios", i);
     XMLElement& name = portfolio.subElement(u"Name");
-    const String cleaned = cleanName(name.value());
-    name.setValue(cleaned.empty() ? u"Portfolio " + String::fromLong(static_cast<std::int64_t>(i) + 1)
-                                  : cleaned);
+    if (!isCleanName(name.value())) {
+      name.setValue(unusedName(name.value(), i, taken));
+      taken.insert(name.value());
+    }
     XMLElement& index = portfolio.subElement(u"ComparisonIndex");
     index.setValue(cleanName(index.value()));
   }

@@ -42,23 +42,33 @@ FXTextField* nameField(FXWindow& window) {
   return nullptr;
 }
 
-/// Nothing when the user cancelled.
-std::optional<FXString> chooseFile(FXWindow* owner, const char* title, FXuint mode) {
+/// The toolkit's own answer has lost what follows a "$" in the name, as if it were a variable.
+FXString chosenFile(const FXFileDialog& dialog, const FXTextField* nameField) {
+  const FXString typed = nameField ? nameField->getText() : FXString();
+  if (typed.empty() || typed[0] == '~')
+    return dialog.getFilename();
+  return FXPath::simplify(FXPath::isAbsolute(typed) ? typed : dialog.getDirectory() + PATHSEPSTRING + typed);
+}
+
+/// Nothing when the user cancelled. Whether there is such a file is left to the caller: the toolkit would
+/// look for its own answer.
+std::optional<FXString> chooseFile(FXWindow* owner, const char* title) {
   FXFileDialog dialog(owner, title);
   dialog.setPatternList(FILE_PATTERNS);
-  dialog.setSelectMode(mode);
+  dialog.setSelectMode(SELECTFILE_ANY);
   dialog.setDirectory(startFolder());
   // The size that it had last may be from before the texts were made larger.
   dialog.resize(std::max(dialog.getWidth(), scaledToText(500)),
                 std::max(dialog.getHeight(), scaledToText(300)));
   dialog.create();
-  if (FXTextField* field = nameField(dialog))
+  FXTextField* field = nameField(dialog);
+  if (field)
     field->setFocus(); // the toolkit would begin in none, and what is typed would be lost
   ModalLoopScope modal(&dialog);
   if (!dialog.execute())
     return std::nullopt;
   Settings::Instance().writeString(SECTION, FOLDER, fromFox(dialog.getDirectory()));
-  return dialog.getFilename();
+  return chosenFile(dialog, field);
 }
 
 // ---- Checking what was read ----
@@ -190,14 +200,14 @@ String importSummary(const std::vector<String>& names) {
 }
 
 String chooseImportFile(FXWindow* owner) {
-  const auto file = chooseFile(owner, "Import portfolios from:", SELECTFILE_EXISTING);
+  const auto file = chooseFile(owner, "Import portfolios from:");
   return file ? fromFox(*file) : String();
 }
 
 // ---- Export ----
 
 void exportPortfolios(FXWindow* owner, XMLPortfolios& records) {
-  auto file = chooseFile(owner, "Export portfolios to:", SELECTFILE_ANY);
+  auto file = chooseFile(owner, "Export portfolios to:");
   if (!file)
     return;
   if (FXPath::extension(*file).empty())

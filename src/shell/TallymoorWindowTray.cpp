@@ -1,4 +1,5 @@
 // The window's side of the system tray: where it goes when it is minimised, and how it comes back.
+#include "foundation/FileReplacement.h"
 #include "foundation/RunTimeSettings.h"
 #include "foundation/Settings.h"
 #include "shell/DesktopTray.h"
@@ -15,7 +16,9 @@ namespace {
 
 constexpr FXuint BALLOON_SHOWN_FOR = 3000; ///< milliseconds, before the window goes
 constexpr FXuint PANEL_RESTARTS_IN = 5000; ///< milliseconds that a panel may be away
-constexpr FXuint BUTTON_RETRY = 20;        ///< milliseconds between looks at the mouse
+/// Keys hold stock codes of any length, and the settings take a key of 350 bytes after three for one.
+constexpr std::size_t BYTES_TO_SPARE = 150;
+constexpr FXuint BUTTON_RETRY = 20; ///< milliseconds between looks at the mouse
 constexpr FXuint ANY_BUTTON = LEFTBUTTONMASK | MIDDLEBUTTONMASK | RIGHTBUTTONMASK;
 
 } // namespace
@@ -41,9 +44,10 @@ void TallymoorWindow::updateTrayTip() {
 void TallymoorWindow::warnOnce(const String& text, const String& caption, const String& key, int level) {
   Settings& settings = Settings::Instance();
   if (!key.empty()) {
-    if (settings.readInt(u"Warnings", key) != 0)
+    const String entry = fileNameFor(key, BYTES_TO_SPARE);
+    if (settings.readInt(u"Warnings", entry) != 0)
       return;
-    settings.writeInt(u"Warnings", key, 1); // the section goes when the program ends
+    settings.writeInt(u"Warnings", entry, 1); // the section goes when the program ends
   }
   m_tray->showBalloon(text, caption, level);
   // A balloon goes by itself, seen or not: a warning stays in the window, too.

@@ -17,6 +17,14 @@ std::int32_t numberOf(const std::vector<SystemTray::MenuEntry>& entries, std::si
                                       : static_cast<std::int32_t>(entries[index].command);
 }
 
+/// Panels take "_" for the mark of a key, and a pair for the character itself.
+std::string asLabel(const String& text) {
+  std::string label;
+  for (const char c : text.toUTF8())
+    label.append(c == '_' ? 2 : 1, c);
+  return label;
+}
+
 } // namespace
 
 TrayMenu::TrayMenu(Hooks hooks) : m_hooks(std::move(hooks)) {}
@@ -116,7 +124,7 @@ TrayMenu::Properties TrayMenu::properties(std::int32_t number) {
       if (m_told[i].isSeparator())
         properties["type"] = sdbus::Variant(std::string("separator"));
       else
-        properties["label"] = sdbus::Variant(m_told[i].text.toUTF8());
+        properties["label"] = sdbus::Variant(asLabel(m_told[i].text));
     }
   return properties;
 }

@@ -63,8 +63,8 @@ String cleanName(const String& text) {
   constexpr std::u16string_view dropped = u"&<>\"'/\\";
   String name;
   char16_t last = u' ';
-  for (char16_t unit : text) {
-    const bool control = unit < 0x20 || (unit >= 0x7F && unit < 0xA0);
+  for (char16_t unit : String::fromUTF8(text.toUTF8())) { // without halves of pairs
+    const bool control = unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || unit >= 0xFFFE;
     const bool secondBlank = unit == u' ' && last == u' ';
     if (control || secondBlank || dropped.find(unit) != std::u16string_view::npos)
       continue;

@@ -129,6 +129,7 @@ TEST_F(CapitalRecordFileTest, TheFileIsNamedByThePortfolio) {
 
 TEST_F(CapitalRecordFileTest, ANameLeadsToNoOtherFolder) {
   EXPECT_EQ(capitalRecordFile(u"../Config/X"), m_profile.dataFolder() + u"..%2FConfig%2FXCapRecord.xml");
+  EXPECT_FALSE(capitalRecordFile(u"a/b") == capitalRecordFile(u"a%2Fb")) << "nor to another's record";
 }
 
 } // namespace

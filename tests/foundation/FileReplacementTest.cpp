@@ -240,5 +240,22 @@ TEST(FileNameTest, CodesAsFileNames) {
   EXPECT_EQ(fileNameFor(u"caf\u00E9"), u"caf\u00E9");
 }
 
+TEST_F(FileReplacementTest, HalvesOfPairsKeepTwoCodesApart) {
+  EXPECT_EQ(fileNameFor(String(u"a") + char16_t(0xD83D)), u"a%uD83D");
+  EXPECT_EQ(fileNameFor(char16_t(0xDCC8) + String(u"a")), u"%uDCC8a");
+  EXPECT_EQ(fileNameFor(u"\U0001F4C8"), u"\U0001F4C8") << "a whole pair stays";
+}
+
+TEST_F(FileReplacementTest, ACodeThatIsTooLongForAFileGetsAFingerprint) {
+  const String longest(String::Base(255, u'L'));
+  EXPECT_EQ(fileNameFor(longest), longest);
+  EXPECT_EQ(fileNameFor(longest, 1), String(String::Base(220, u'L')) + u"%~053640591808895CAF5498D950DA8A59");
+  EXPECT_EQ(255u, fileNameFor(longest + u"1").toUTF8().size());
+  EXPECT_FALSE(fileNameFor(longest + u"1") == fileNameFor(longest + u"2"));
+  const String wide(String::Base(86, u'\u4E2D')); // 258 bytes
+  EXPECT_GE(255u, fileNameFor(wide).toUTF8().size());
+  EXPECT_TRUE(fileNameFor(wide).startsWith(u"\u4E2D\u4E2D"));
+}
+
 } // namespace
 } // namespace Tallymoor

@@ -1,5 +1,6 @@
 #include "foundation/Settings.h"
 #include "foundation/Exception.h"
+#include "support/MessageOf.h"
 #include "support/TestProfile.h"
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -78,6 +79,20 @@ TEST_F(SettingsTest, NamesThatTheFileWouldLoseSurvive) {
   std::sort(keys.begin(), keys.end());
   EXPECT_EQ(keys, expected);
   EXPECT_EQ(settings.sections(u"Sec ").size(), std::size(names));
+}
+
+TEST_F(SettingsTest, ANameThatLeavesNoRoomForItsValueIsRefused) {
+  Settings& settings = Settings::Instance();
+  const String longest(String::Base(350, u'L'));
+  const String tooLong = longest + u"1";
+  settings.writeString(longest, longest, u"kept");
+  EXPECT_EQ(String(u"kept"), settings.readString(longest, longest));
+  for (const auto& [section, key] : {std::pair(tooLong, String(u"key")), {String(u"section"), tooLong}}) {
+    EXPECT_EQ(u"Settings - a name of more than 350 bytes can't be kept: " + tooLong,
+              messageOf([&] { settings.writeString(section, key, u"lost"); }));
+    EXPECT_EQ(String(u"none"), settings.readString(section, key, u"none")) << "it may be asked for";
+    settings.deleteEntry(section, key);
+  }
 }
 
 TEST_F(SettingsTest, OrdinaryNamesStayAsTheyAre) {
