@@ -1,7 +1,7 @@
 #include "market/CurlHTTPClient.h"
-#include "LoopbackPeer.h"
 #include "market/CurlTransfer.h"
 #include "market/URL.h"
+#include "support/LoopbackPeer.h"
 #include "support/StringPrinting.h"
 #include "support/TestHttpServer.h"
 #include <atomic>
@@ -98,7 +98,7 @@ TEST_F(CurlHTTPClientTest, AStatusWithoutWordsIsShownAlone) {
     connection.readHead();
     connection.write("HTTP/1.1 503\r\nContent-Length: 0\r\n\r\n");
   });
-  const HTTPException failure = failureOf([&] { m_client.getPage(peer.url()); });
+  const HTTPException failure = failureOf([&] { m_client.getPage(URL(peer.address())); });
   EXPECT_EQ(failure.message(), u"Win32HTTPClient::getResponse - HTTP GET failed \nwith code: 503");
   EXPECT_EQ(failure.code(), 503u);
 }
@@ -210,7 +210,7 @@ TEST_F(CurlHTTPClientTest, SpeaksHttpAndHttpsOnly) {
 TEST_F(CurlHTTPClientTest, TalksTlsToHttpsServers) {
   std::string greeting;
   LoopbackPeer peer([&greeting](LoopbackPeer::Connection& connection) { greeting = connection.read(3); });
-  const String address = u"https" + peer.url().whole().substr(4);
+  const String address = u"https" + peer.address().substr(4);
   EXPECT_EQ(failureOf([&] { m_client.getPage(URL(address)); }).message(),
             words(SEND, CURLE_SSL_CONNECT_ERROR));
   peer.join();
@@ -240,7 +240,8 @@ TEST_F(CurlHTTPClientTest, ARefusedConnectionAndAnUnknownHostTakeTheSendWords) {
 
 TEST_F(CurlHTTPClientTest, AServerThatHangsUpTakesTheSendWords) {
   LoopbackPeer peer([](LoopbackPeer::Connection& connection) { connection.readHead(); });
-  EXPECT_EQ(failureOf([&] { m_client.getPage(peer.url()); }).message(), words(SEND, CURLE_GOT_NOTHING));
+  EXPECT_EQ(failureOf([&] { m_client.getPage(URL(peer.address())); }).message(),
+            words(SEND, CURLE_GOT_NOTHING));
 }
 
 TEST_F(CurlHTTPClientTest, ABrokenBodyTakesTheReadWords) {
@@ -263,7 +264,8 @@ TEST_F(CurlHTTPClientTest, BoundsTheBody) {
     connection.readHead();
     connection.write("HTTP/1.1 200 OK\r\nConnection: close\r\n\r\n" + std::string(5000, 'x'));
   });
-  EXPECT_EQ(failureOf([&] { m_client.getPage(peer.url()); }).message(), words(READ, CURLE_FILESIZE_EXCEEDED))
+  EXPECT_EQ(failureOf([&] { m_client.getPage(URL(peer.address())); }).message(),
+            words(READ, CURLE_FILESIZE_EXCEEDED))
       << "also when the server doesn't say how much comes";
   EXPECT_EQ(HTTPClient::PAGE_BODY_LIMIT, 10485760u);
   EXPECT_EQ(HTTPClient::UPDATE_BODY_LIMIT, 209715200u);
@@ -287,7 +289,8 @@ TEST_F(CurlHTTPClientTest, GivesUpOnAServerThatNeverComesToAnEnd) {
   });
   CurlHTTPClient client(10000, 10000, 100);
   client.goOnline();
-  EXPECT_EQ(failureOf([&] { client.getPage(peer.url()); }).message(), words(SEND, CURLE_OPERATION_TIMEDOUT));
+  EXPECT_EQ(failureOf([&] { client.getPage(URL(peer.address())); }).message(),
+            words(SEND, CURLE_OPERATION_TIMEDOUT));
 }
 
 TEST_F(CurlHTTPClientTest, AbortEndsAStalledFetchAndAllLaterOnes) {
@@ -388,10 +391,10 @@ TEST(CurlHTTPClientRefused, Waiting) {
   RefusingClient client;
   client.goOnline();
   client.waiting = [](CurlTransfer& transfer) { return transfer.hasAnswer() ? 4 : 0; };
-  EXPECT_EQ(failureOf([&] { client.getPage(peer.url()); }).message(),
+  EXPECT_EQ(failureOf([&] { client.getPage(URL(peer.address())); }).message(),
             words(u"getResponse - InternetQueryDataAvailable failed ", 4));
   client.waiting = [](CurlTransfer&) { return 4; };
-  EXPECT_EQ(failureOf([&] { client.getPage(peer.url()); }).message(), words(SEND, 4));
+  EXPECT_EQ(failureOf([&] { client.getPage(URL(peer.address())); }).message(), words(SEND, 4));
 }
 
 // --- Requests with a body
@@ -434,7 +437,8 @@ TEST(CurlHTTPClientPost, FailsWhenTheConnectionBreaksWhileTheBodyIsWritten) {
   });
   CurlHTTPClient client;
   client.goOnline();
-  const String message = failureOf([&] { client.sendHTTPRequest2(peer.url(), LARGE_BODY); }).message();
+  const String message =
+      failureOf([&] { client.sendHTTPRequest2(URL(peer.address()), LARGE_BODY); }).message();
   EXPECT_TRUE(message.startsWith(u"Win32HTTPClient::sendHTTPRequest2 - InternetWriteFile "))
       << message.toUTF8();
 }
@@ -448,7 +452,7 @@ TEST(CurlHTTPClientPost, FailsWhenTheServerAnswersBeforeItHasTakenTheBody) {
   });
   CurlHTTPClient client;
   client.goOnline();
-  EXPECT_EQ(failureOf([&] { client.sendHTTPRequest2(peer.url(), LARGE_BODY); }).message(),
+  EXPECT_EQ(failureOf([&] { client.sendHTTPRequest2(URL(peer.address()), LARGE_BODY); }).message(),
             words(u"sendHTTPRequest2 - written != toWrite ", 0));
   given.set_value();
 }
@@ -460,7 +464,7 @@ TEST(CurlHTTPClientPost, FailsWhenNoAnswerComesToAWholeBody) {
   });
   CurlHTTPClient client;
   client.goOnline();
-  EXPECT_EQ(failureOf([&] { client.sendHTTPRequest2(peer.url(), Bytes(10, 'x')); }).message(),
+  EXPECT_EQ(failureOf([&] { client.sendHTTPRequest2(URL(peer.address()), Bytes(10, 'x')); }).message(),
             words(u"sendHTTPRequest2 - HttpEndRequest failed ", CURLE_GOT_NOTHING));
 }
 

@@ -32,11 +32,12 @@ protected:
   void SetUp() override {
     ShellTest::SetUp();
     whenModal("New Portfolio", [this](FXWindow& dialog) {
-      type(*find<FXTextField>(dialog), "Trading");
+      type(*find<FXTextField>(dialog), portfolioName());
       press(dialog, "OK");
     });
     press(tallymoor(), "New Portfolio");
   }
+  virtual std::string portfolioName() const { return "Trading"; }
   void TearDown() override {
     m_nextRun.reset();
     ShellTest::TearDown();
@@ -55,7 +56,9 @@ protected:
 
   // ---- The nodes and their tables ----
 
-  SharePortfolioTreeItem& trading() { return *run().totalCapital()->portfolioNode(u"Trading"); }
+  SharePortfolioTreeItem& trading() {
+    return *run().totalCapital()->portfolioNode(String(portfolioName().c_str()));
+  }
   InvestmentTreeItem& heldNode() { return *trading().sharesHeldItem(); }
   InvestmentTreeItem& soldNode() { return *trading().sharesSoldItem(); }
   InvestmentTreeItem& dividendsNode() { return *trading().dividendsItem(); }
@@ -270,7 +273,6 @@ protected:
   const std::string uncheckedCode = "You have not checked the stock code by searching for the company.\n"
                                     "Are you sure you want to continue with this stock code?";
 
-private:
   static constexpr FXint RIGHT_BUTTON = RIGHTBUTTON;
   static constexpr FXint ON_TEXT = 2; ///< the toolkit's answer of hitItem
 
@@ -279,18 +281,7 @@ private:
     market().setHistory(code, Date(2025, 1, 1), Date(2026, 3, 3), price);
     market().setCurrentPrice(code, price);
   }
-  void chooseTrading() {
-    whenModal("Choose Portfolio", [this](FXWindow& dialog) {
-      press(dialog, "Trading");
-      press(dialog, "OK");
-    });
-    m_fill();
-  }
-  void rightClick(InvestmentTreeItem& node, const std::string& entry) {
-    whenModal(entry, [this, entry](FXWindow& popup) { press(popup, entry); });
-    m_fill();
-    clickNode(node, RIGHT_BUTTON);
-  }
+
   void leftClick(InvestmentTreeItem& node) {
     clickNode(node, LEFTBUTTON);
     letEventsPass();
@@ -325,6 +316,20 @@ private:
     if (index < 0)
       throw std::runtime_error("can't choose " + code);
     box.setCurrentItem(index, TRUE);
+  }
+
+private:
+  void chooseTrading() {
+    whenModal("Choose Portfolio", [this](FXWindow& dialog) {
+      press(dialog, portfolioName());
+      press(dialog, "OK");
+    });
+    m_fill();
+  }
+  void rightClick(InvestmentTreeItem& node, const std::string& entry) {
+    whenModal(entry, [this, entry](FXWindow& popup) { press(popup, entry); });
+    m_fill();
+    clickNode(node, RIGHT_BUTTON);
   }
   void fillTrade(FXWindow& form, const std::string& numberLabel, const std::string& number,
                  const std::string& dateLabel, const std::string& date, const std::string& price,

@@ -1,5 +1,5 @@
 #pragma once
-#include "market/URL.h"
+#include "foundation/String.h"
 #include <functional>
 #include <string>
 #include <thread>
@@ -34,7 +34,8 @@ public:
   LoopbackPeer(const LoopbackPeer&) = delete;
   LoopbackPeer& operator=(const LoopbackPeer&) = delete;
 
-  URL url() const;
+  /// "http://127.0.0.1:PORT/"
+  String address() const;
   /// Takes no more connections and waits for the end of the script under way.
   void join();
 

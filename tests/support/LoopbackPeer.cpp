@@ -1,4 +1,4 @@
-#include "LoopbackPeer.h"
+#include "support/LoopbackPeer.h"
 #include <arpa/inet.h>
 #include <stdexcept>
 #include <sys/socket.h>
@@ -72,8 +72,8 @@ void LoopbackPeer::serve() {
   }
 }
 
-URL LoopbackPeer::url() const {
-  return URL(u"http://127.0.0.1:" + String::fromLong(m_port) + u"/");
+String LoopbackPeer::address() const {
+  return u"http://127.0.0.1:" + String::fromLong(m_port) + u"/";
 }
 
 void LoopbackPeer::join() {
