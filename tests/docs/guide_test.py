@@ -13,7 +13,7 @@ import xml.etree.ElementTree as ET
 PROJECT = pathlib.Path(sys.argv.pop(1))
 GUIDE = pathlib.Path(sys.argv.pop(1)) / "guide"
 PAGES = ("guide.html", "locators.html")
-DOCUMENTS = [PROJECT / "README.md", *sorted((PROJECT / "docs").glob("*.md"))]
+DOCUMENTS = [PROJECT / "README.md", PROJECT / "CONTRIBUTING.md", *sorted((PROJECT / "docs").glob("*.md"))]
 
 
 def page_tree(page):
@@ -103,6 +103,10 @@ class Documents(unittest.TestCase):
 
     def test_every_picture_is_one_of_the_tour(self):
         self.assertEqual(set(), named_pictures() - pictures_of_the_tour())
+
+    def test_every_picture_shows_something(self):
+        for picture in (PROJECT / "docs/images").iterdir():
+            self.assertGreater(picture.stat().st_size, 2000, picture.name)
 
     def test_no_picture_lies_there_unused(self):
         there = {picture.name for picture in (PROJECT / "docs/images").iterdir()}
