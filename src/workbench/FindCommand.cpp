@@ -28,6 +28,10 @@ const char16_t* title(LocatorWay::By by) {
   return u"By position, which holds as long as nothing is put before it:";
 }
 
+bool looksLikeAmount(const String& text) {
+  return beginsWithNumber(text) && text.find_first_not_of(u"0123456789.,") == String::npos;
+}
+
 } // namespace
 
 bool FindCommand::run() {
@@ -62,7 +66,7 @@ bool FindCommand::showTag(const WebPage& page, const HTMLTag& tag, std::size_t n
   m_out.line();
   m_out.line(numberText(number) + u". " + tagSummary(tag));
   m_out.line(u"at " + placeOf(tag), 1);
-  if (beginsWithNumber(m_text)) {
+  if (looksLikeAmount(m_text)) {
     const String remark = remarkOnNumber(tag.text());
     m_out.line(remark.empty() ? u"as a number it reads as " + String::fromDouble(tag.text().toDouble(), 4)
                               : u"Mind: " + remark + u".",

@@ -98,6 +98,16 @@ bool TableCommand::run() {
 }
 
 void TableCommand::showNotes() const {
+  showMissingColumns();
+  showAlikeTexts();
+  for (const ExampleCell& cell : m_cells) {
+    const String remark = isAmount(cell.type) ? remarkOnNumber(cell.text) : String();
+    if (!remark.empty())
+      m_out.line(u"Mind: " + columnTypeName(cell.type) + u": " + remark + u".");
+  }
+}
+
+void TableCommand::showMissingColumns() const {
   const auto has = [this](ColumnType type) {
     return std::any_of(m_cells.begin(), m_cells.end(),
                        [type](const ExampleCell& cell) { return cell.type == type; });
@@ -108,11 +118,15 @@ void TableCommand::showNotes() const {
       missing += (missing.empty() ? u"" : u", ") + columnTypeName(type);
   if (!missing.empty())
     m_out.line(u"Mind: the program needs these columns too: " + missing + u".");
-  for (const ExampleCell& cell : m_cells) {
-    const String remark = isAmount(cell.type) ? remarkOnNumber(cell.text) : String();
-    if (!remark.empty())
-      m_out.line(u"Mind: " + columnTypeName(cell.type) + u": " + remark + u".");
-  }
+}
+
+void TableCommand::showAlikeTexts() const {
+  for (std::size_t i = 0; i < m_cells.size(); ++i)
+    for (std::size_t j = i + 1; j < m_cells.size(); ++j)
+      if (asShown(m_cells[i].text) == asShown(m_cells[j].text))
+        m_out.line(
+            u"Mind: " + columnTypeName(m_cells[i].type) + u" and " + columnTypeName(m_cells[j].type) +
+            u" have the same text here and may be taken for each other. Take a row whose texts differ.");
 }
 
 } // namespace Tallymoor

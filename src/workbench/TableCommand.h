@@ -20,6 +20,8 @@ public:
 
 private:
   void showNotes() const;
+  void showMissingColumns() const;
+  void showAlikeTexts() const;
 
   PlainOutput& m_out;
   const std::string m_page;

@@ -205,6 +205,7 @@ void TableProposal::tryBehindMarks(const HTMLTag& table, const Cells& cells) {
   const HTMLTag* const first = *std::min_element(heads.begin(), heads.end());
   Cells marks = tagsBefore(*first);
   marks.resize(std::min(marks.size(), MOST_MARKS));
+  noteIfFoundTwice(*first, marks);
   marks.insert(marks.begin(), first);
   for (const HTMLTag* const mark : marks) {
     // A cell in another tag of the mark's name is in another row.
@@ -220,6 +221,19 @@ void TableProposal::tryBehindMarks(const HTMLTag& table, const Cells& cells) {
     }
     if (whole)
       tryPlan(plan, cells);
+  }
+}
+
+/// Where tags stand directly in tags of their own name, those inside are found beside the outer ones as well.
+void TableProposal::noteIfFoundTwice(const HTMLTag& cell, const Cells& before) {
+  for (const HTMLTag* const tag : before) {
+    const bool isSameName = tag->nameView() == cell.nameView();
+    const Cells inside = isSameName ? tagsIn(*tag) : Cells();
+    if (std::find(inside.begin(), inside.end(), &cell) != inside.end())
+      noteReason(
+          u"The cells are " + tagTitle(cell) + u" in " + tagTitle(*tag) +
+          u": tags directly in tags of the same name. There the program finds the\ncells beside the rows "
+          u"too and can't tell them apart, so no document can read the table.");
   }
 }
 

@@ -58,6 +58,7 @@ private:
   void tryRow(const HTMLTag* row, const Cells& cells);
   void tryAround(const HTMLTag& row, const Cells& cells);
   void tryBehindMarks(const HTMLTag& table, const Cells& cells);
+  void noteIfFoundTwice(const HTMLTag& cell, const Cells& before);
   void tryPlan(const Plan& plan, const Cells& cells);
   const HTMLTag& firstRowOf(const Plan& plan) const;
   RowKind kindOf(const Plan& plan, const HTMLTag& row, const HTMLTag& next) const;

@@ -69,6 +69,14 @@ TEST_F(TableCommandTest, TheSameTextInTwoColumnsIsTwoCells) {
     EXPECT_TRUE(result.says("name=\"td\" index=\"" + std::to_string(column) + "\"")) << result.out;
 }
 
+TEST_F(TableCommandTest, TextsThatCouldBeTakenForEachOtherAreMinded) {
+  const Result result =
+      table(row({"2-Mar-26", "1.2", "1.3", "1.2"}), {"Date=2-Mar-26", "Close=1.2", "Low=1.2"});
+  EXPECT_TRUE(result.says("Mind: Close and Low have the same text here and may be taken for each other."))
+      << result.out;
+  EXPECT_FALSE(table(row(m_first), m_first).says("taken for each other"));
+}
+
 TEST_F(TableCommandTest, ColumnsMayStandInAnyOrder) {
   const Result result = table(row({"900", "1.2", "2-Mar-26"}), {"Date=2-Mar-26", "Close=1.2", "Volume=900"});
   EXPECT_EQ(result.status, 0);
@@ -107,6 +115,16 @@ TEST_F(TableCommandTest, AWholeTableIsNotTakenForARow) {
            "Close=1.1"});
   EXPECT_EQ(result.status, 1) << result.out;
   EXPECT_TRUE(result.says("has no cell of its own for Close.")) << result.out;
+}
+
+TEST_F(TableCommandTest, ATableOfDivsInDivsIsToldToBeUnreadable) {
+  const std::string rows =
+      "<div><div>2-Mar-26</div><div>1.1</div></div><div><div>27-Feb-26</div><div>1.0</div></div>";
+  const Result result = run({"table", write("p.html", "<html><body><div>" + rows + "</div></body></html>"),
+                             "Date=27-Feb-26", "Close=1.0"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_TRUE(result.says("The cells are <div> in <div>: tags directly in tags of the same name."))
+      << result.out;
 }
 
 TEST_F(TableCommandTest, ASingleRowIsMinded) {
