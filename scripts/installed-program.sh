@@ -137,9 +137,12 @@ make_home() {
   menu_entry=$prefix/share/applications/tallymoor.desktop
 }
 
+# Sets laid_down, the number of files, and installing_took, in seconds.
 installs_for_user() {
+  local start=$SECONDS
   before=$(lies_at "$HOME")
   check "the program is installed for one user" install_program
+  installing_took=$((SECONDS - start))
   laid_down=$(grep -c '^file ' "$folder/installed-files")
   check_text "its record tells of every file" "$(lies_at "$HOME" | grep -c ' [fl]$')" \
     "$((laid_down + 2 + $(grep -c ' [fl]$' <<<"$before")))" # the record and uninstall are not in the record
