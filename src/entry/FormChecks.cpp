@@ -5,6 +5,7 @@
 #include "widgets/FormRows.h"
 #include "widgets/MainWindow.h"
 #include "widgets/NumberField.h"
+#include "widgets/ToolkitText.h"
 
 namespace Tallymoor {
 
@@ -46,8 +47,12 @@ Date dateIn(const FormTextField& field) {
 
 FormTextField* addDateRow(FormRows& rows, const String& label, const FormIcons& icons, FXObject* target,
                           FXSelector chooseSelector) {
-  return rows.addTextWithButton(label, icons.calendar(), u"\tChoose a date\tChoose a date", target,
-                                chooseSelector);
+  FormTextField* field = rows.addTextWithButton(label, icons.calendar(), u"\tChoose a date\tChoose a date",
+                                                target, chooseSelector);
+  // Any other form is refused, and the last day of a year tells which number is the month.
+  const String example = Date(Date::realToday().year(), 12, 31).toString(DATE_DISPLAY_LOCAL);
+  field->setTipText(toFox(u"A date is written like " + example));
+  return field;
 }
 
 } // namespace Tallymoor

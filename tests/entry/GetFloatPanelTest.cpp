@@ -32,6 +32,10 @@ TEST_F(GetFloatPanelTest, BeginsWithWhatItIsGiven) {
   EXPECT_EQ("", shown("Description (optional)"));
 }
 
+TEST_F(GetFloatPanelTest, TheDatesTipShowsItsForm) {
+  EXPECT_STREQ("A date is written like 31/12/2026", field(*m_panel, "Date").getTipText().text());
+}
+
 TEST_F(GetFloatPanelTest, GivesWhatWasTyped) {
   set("Amount", "1,234.50");
   set("Date", "28/02/2026");
