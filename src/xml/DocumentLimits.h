@@ -22,7 +22,7 @@ namespace Tallymoor {
 ///   short is thus refused before it is read, and not after.
 struct DocumentLimits {
   static constexpr std::size_t MEGABYTE = 1024 * 1024;
-  static constexpr std::size_t LONGEST_TEXT = 4 * MEGABYTE;
+  static constexpr std::size_t LONGEST_TEXT = 2 * MEGABYTE;
   static constexpr std::size_t MOST_ATTRIBUTES = 256;
   static constexpr std::size_t BYTES_PER_ELEMENT = 11;
   static constexpr std::size_t FREE_ELEMENTS = 10000;
