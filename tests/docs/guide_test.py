@@ -1,4 +1,5 @@
-"""The user guide: its pages beside the program, the documents that they are made of, and their pictures.
+"""The user guide: its pages beside the program, the documents that they are made of, and their pictures; and that the
+developer's documents speak of what there is.
 
     guide_test.py PROJECT_FOLDER PROGRAM_FOLDER
 """
@@ -111,6 +112,21 @@ class Documents(unittest.TestCase):
     def test_no_picture_lies_there_unused(self):
         there = {picture.name for picture in (PROJECT / "docs/images").iterdir()}
         self.assertEqual(named_pictures(), there)
+
+
+class NamesOfTheSource(unittest.TestCase):
+    def test_classes_and_operations_that_are_named_exist(self):
+        files = [file for folder in ("src", "tests", "fuzzing") for file in (PROJECT / folder).rglob("*.[ch]*")]
+        source = set()
+        for file in files:
+            source |= set(re.findall(r"\w+", file.read_text(encoding="utf-8", errors="replace")))
+        checked = 0
+        for document in (PROJECT / "docs/architecture.md", PROJECT / "CONTRIBUTING.md"):
+            for name in re.findall(r"`([A-Za-z:]*[a-z][A-Z:][A-Za-z:]*)(?:\(\))?`", document.read_text(encoding="utf-8")):
+                for part in filter(None, name.split("::")):
+                    self.assertIn(part, source, f"{document.name}: {name}")
+                    checked += 1
+        self.assertGreater(checked, 50)
 
 
 class TheMaker(unittest.TestCase):
