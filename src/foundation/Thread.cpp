@@ -109,7 +109,7 @@ void Thread::run() {
 
 void Thread::waitStartDelay(std::unique_lock<std::mutex>& lock) {
   const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(m_startDelay);
-  m_wake.wait_until(lock, end, [this] { return m_stopRequested; });
+  m_wake.wait_until(lock, end, [this] { return m_stopRequested || m_woken; });
 }
 
 void Thread::passes(std::unique_lock<std::mutex>& lock) {

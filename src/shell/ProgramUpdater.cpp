@@ -67,6 +67,11 @@ void ProgramUpdater::requestDownload() {
   wakeUp();
 }
 
+void ProgramUpdater::connectionIsBack() {
+  if (m_downloadRequested)
+    wakeUp();
+}
+
 void ProgramUpdater::stopAndJoin() {
   stop();
   {
@@ -98,6 +103,8 @@ void ProgramUpdater::runPass() {
     inStretch([&] { user().setStatusText(u"ProgramUpdater::threadFunction failed: " + description); });
   };
   try {
+    if (isOffline())
+      return;
     if (m_downloadRequested.exchange(false))
       downloadAll();
     else
@@ -107,6 +114,12 @@ void ProgramUpdater::runPass() {
   } catch (const std::exception& exception) {
     failed(exception.what());
   }
+}
+
+// While the user works offline nothing is connected to; a download that was asked for waits until then, too.
+bool ProgramUpdater::isOffline() {
+  const BigMutexLock lock;
+  return TallymoorInternet::exists() && !TallymoorInternet::Instance().isOnline();
 }
 
 // That the program's files can't be replaced is told where the user asks for updates, not every three hours.

@@ -21,6 +21,8 @@ public:
 
   /// The next pass, which is woken, downloads and installs. Any thread.
   void requestDownload();
+  /// The user is online again: a download that waits for that begins.
+  void connectionIsBack();
   /// Tells the thread to stop, aborts what it fetches, and waits for its end with the big mutex given up.
   void stopAndJoin();
   /// One pass on the calling thread, which must not hold the big mutex. Throws nothing.
@@ -32,6 +34,7 @@ protected:
 private:
   class CurrentUpdates;
 
+  static bool isOffline();
   void look();
   void downloadAll();
   void install(Updates& updates, UpdatesFound& found);

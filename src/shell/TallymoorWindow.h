@@ -216,6 +216,7 @@ private:
 
   void loadUnderProgress();
   void load(Progress& progress);
+  void runFirstWizard(Progress& progress);
   void loadGateway();
   void unload(Progress& progress);
   void saveUntilDoneOrGivenUp();

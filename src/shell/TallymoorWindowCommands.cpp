@@ -8,6 +8,7 @@
 #include "shell/AdvertStrip.h"
 #include "shell/OnlineHelp.h"
 #include "shell/OptionsDialog.h"
+#include "shell/ProgramUpdater.h"
 #include "shell/TallymoorWindow.h"
 #include "shell/UpdateCheck.h"
 #include "views/SharePortfolioTreeItem.h"
@@ -220,6 +221,8 @@ void TallymoorWindow::reconnectByUser() {
   m_onlineButton->setIcon(m_icons.trying.get());
   getApp()->runWhileEvents();
   const bool connected = TallymoorInternet::Instance().reconnect();
+  if (connected)
+    m_programUpdater->connectionIsBack();
   if (!connected) {
     m_onlineButton->setText("Failed");
     m_onlineButton->setTipText("Failedto connect");

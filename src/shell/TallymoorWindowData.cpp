@@ -82,7 +82,7 @@ void TallymoorWindow::load(Progress& progress) {
   m_watchlistRoot = std::make_unique<WatchlistRootTreeItem>(m_totalCapital, m_watchlists.tree, nodeIcons,
                                                             [this] { onBuy(this, 0, nullptr); });
   if (m_store.portfolios().empty() && !m_store.loadFailed())
-    onWizard(this, 0, nullptr);
+    runFirstWizard(progress);
   progress.step(1, u"showing Total Capital");
   m_portfolios.tree->showFirst();
   m_watchlists.tree->showFirst();
@@ -91,6 +91,16 @@ void TallymoorWindow::load(Progress& progress) {
   followPricesInTray();
   m_advertThread = std::make_unique<AdvertThread>(AdvertSettings::current(), m_adverts->pending());
   tellInstallerFailure();
+}
+
+/// The progress of the start is out of the way meanwhile.
+void TallymoorWindow::runFirstWizard(Progress& progress) {
+  auto* dialog = dynamic_cast<FXWindow*>(&progress);
+  if (dialog)
+    dialog->hide();
+  onWizard(this, 0, nullptr);
+  if (dialog)
+    dialog->show();
 }
 
 void TallymoorWindow::shutdown() {

@@ -1,6 +1,7 @@
 #include "shell/UpdateCheck.h"
 #include "foundation/ProgramFiles.h"
 #include "foundation/UserInteraction.h"
+#include "market/TallymoorInternet.h"
 #include "shell/ProgramUpdater.h"
 #include "shell/Updates.h"
 #include <array>
@@ -22,6 +23,12 @@ UpdatesFound whatIsAvailable() {
 } // namespace
 
 void checkForUpdates(ProgramUpdater& updater) {
+  if (TallymoorInternet::exists() && !TallymoorInternet::Instance().isOnline()) {
+    UserInteraction::Instance().information(
+        u"You are working offline. Press the button \"offline\" at the right of\n"
+        u"the tool bar, and then check for updates again.");
+    return;
+  }
   const UpdatesFound found = whatIsAvailable();
   if (!found.any && !found.failures.empty())
     throw found.failures.front();

@@ -135,6 +135,16 @@ TEST(ThreadTest, StopBeforeTheFirstPassEndsItWithNone) {
   EXPECT_EQ(thread.passes(), 0);
 }
 
+TEST(ThreadTest, AWakeCutsTheStartDelayShort) {
+  CountingThread thread(NEVER, NEVER);
+  thread.start();
+  thread.wakeUp();
+  thread.waitForPasses(1);
+  thread.stop();
+  thread.join();
+  EXPECT_EQ(thread.passes(), 1) << "one wake, one pass";
+}
+
 TEST(ThreadTest, AStopRightBehindTheStartIsNeverLost) {
   for (int i = 0; i < 200; ++i) {
     CountingThread thread(NEVER, NEVER);

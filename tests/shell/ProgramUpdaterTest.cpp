@@ -53,6 +53,12 @@ protected:
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
     EXPECT_LE(count, user().calls(Kind::WarnOnce).size());
   }
+  /// The thread's pass that downloads has come to its end, which is told in the status line.
+  void awaitDownload(ProgramUpdater& updater) {
+    for (int i = 0; i < 3000 && user().texts(Kind::NormalStatus).size() < 2; ++i)
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    updater.stopAndJoin();
+  }
   std::vector<FakeUserInteraction::Call> balloons() { return user().calls(Kind::WarnOnce); }
 };
 
@@ -97,6 +103,39 @@ TEST_F(ProgramUpdaterTest, ThatProgramFilesAreLeftOutIsNotToldByThePass) {
   updater.runPass();
   ASSERT_EQ(1u, user().calls().size());
   EXPECT_EQ(AVAILABLE, balloons()[0].text);
+}
+
+TEST_F(ProgramUpdaterTest, OfflineNothingIsAskedAndADownloadWaitsForTheConnection) {
+  offerCountries();
+  TallymoorInternet::Instance().goOffline();
+  UpdateSettings settings = service().settings();
+  settings.startDelay = settings.period;
+  ProgramUpdater updater(settings);
+  updater.runPass();
+  EXPECT_TRUE(user().calls().empty());
+  checkForUpdates(updater);
+  ASSERT_EQ(1u, user().calls().size());
+  EXPECT_TRUE(user().texts(Kind::Information)[0].startsWith(u"You are working offline."));
+
+  updater.requestDownload();
+  updater.stopAndJoin(); // its pass has not downloaded
+  EXPECT_TRUE(balloons().empty());
+  market().addListing(u"TEST.AX", u"test", u"Australia");
+  ASSERT_TRUE(TallymoorInternet::Instance().reconnect());
+  updater.start();
+  updater.connectionIsBack();
+  awaitBalloons(1);
+  updater.stopAndJoin();
+  EXPECT_EQ(INSTALLED, balloons()[0].text);
+}
+
+TEST_F(ProgramUpdaterTest, ADownloadDoesNotWaitForTheFirstPass) {
+  offerCountries();
+  ProgramUpdater updater(idle());
+  updater.requestDownload();
+  awaitBalloons(1);
+  updater.stopAndJoin();
+  EXPECT_EQ(INSTALLED, balloons()[0].text);
 }
 
 TEST_F(ProgramUpdaterTest, TheThreadMakesItsFirstPassByItself) {
@@ -156,8 +195,8 @@ TEST_F(ProgramUpdaterTest, StatusLineIsReadyAfterwardsOrSaysWhichDayIsShown) {
       Date::setFixedDate(Date(2026, 3, 1));
     user().clearCalls();
     ProgramUpdater updater(idle());
-    updater.requestDownload(); // noted; the thread itself still waits
-    updater.runPass();
+    updater.requestDownload();
+    awaitDownload(updater);
     EXPECT_THAT(user().texts(Kind::NormalStatus),
                 ElementsAre(DOWNLOADING, past ? String(u"You are looking at 01/03/2026, not at today.")
                                               : String(u"Ready.")));
@@ -169,7 +208,7 @@ TEST_F(ProgramUpdaterTest, ProgramFilesWaitForTheNextStart) {
   offerProgramFile("Tallymoor.exe", "2.0.0", InstalledFolder::image("2.0.0"));
   ProgramUpdater updater(idle());
   updater.requestDownload();
-  updater.runPass();
+  awaitDownload(updater);
   ASSERT_EQ(1u, balloons().size());
   EXPECT_EQ(INSTALLED, balloons()[0].text);
   EXPECT_TRUE(updatesPending());
@@ -182,7 +221,7 @@ TEST_F(ProgramUpdaterTest, FileThatFailsIsToldInTheFailureBalloonAndDocumentsCom
   service().serve("Tallymoor.exe.sig", std::string(64, 's'));
   ProgramUpdater updater(idle());
   updater.requestDownload();
-  updater.runPass();
+  awaitDownload(updater);
   ASSERT_EQ(2u, balloons().size());
   EXPECT_EQ(INSTALLED, balloons()[0].text);
   EXPECT_EQ(String(u"Failed to download updates: Exception : Updates::downloadFile - the signature of "
@@ -198,7 +237,7 @@ TEST_F(ProgramUpdaterTest, DownloadWithoutTheServiceIsToldInTheFailureBalloon) {
   service().server().stop();
   ProgramUpdater updater(idle());
   updater.requestDownload();
-  updater.runPass();
+  awaitDownload(updater);
   ASSERT_EQ(2u, balloons().size()) << "of each track";
   for (const auto& balloon : balloons())
     EXPECT_TRUE(
@@ -242,7 +281,7 @@ TEST_F(ProgramUpdaterTest, CheckWithYesDownloadsInTheNextPass) {
   user().answerQuestion(true);
   ProgramUpdater updater(idle());
   checkForUpdates(updater);
-  updater.runPass();
+  awaitDownload(updater);
   EXPECT_EQ(INSTALLED, balloons()[0].text);
 }
 

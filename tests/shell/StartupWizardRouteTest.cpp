@@ -5,6 +5,7 @@
 #include "views/TotalCapTreeItem.h"
 #include "widgets/GUIPanel.h"
 #include "widgets/InvestmentTree.h"
+#include "widgets/ProgressDialog.h"
 #include "xml/CountryOfResidence.h"
 #include <csignal>
 
@@ -30,8 +31,14 @@ protected:
   ~StartupWizardRouteTest() override { CountryOfResidence::destroyInstance(); }
 
   void useWizard(FXWindow& window) override {
+    expectNoProgressInSight();
     take(window);
     walk();
+  }
+  /// The progress of the start would stand behind the wizard.
+  void expectNoProgressInSight() {
+    for (FXWindow* shell = app().getRootWindow()->getFirst(); shell; shell = shell->getNext())
+      EXPECT_FALSE(dynamic_cast<ProgressDialog*>(shell) && shell->shown());
   }
   void take(FXWindow& window) { m_wizard = &dynamic_cast<StartupWizard&>(window); }
   virtual void walk() = 0;
