@@ -34,7 +34,8 @@ HTMLNames::Id HTMLNames::lookUp(std::u16string_view folded) {
   if (found != m_ids.end())
     return found->second;
   const auto id = static_cast<Id>(m_names.size());
-  m_names.push_back({m_arena.keep(folded), NOWHERE, NOWHERE});
+  // A name that is not folded is a part of the page, which may be one long name.
+  m_names.push_back({folded.data() == m_folded.data() ? m_arena.keep(folded) : folded, NOWHERE, NOWHERE});
   m_ids.emplace(m_names.back().text, id);
   return id;
 }

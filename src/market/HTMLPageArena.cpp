@@ -41,9 +41,12 @@ std::u16string_view HTMLPageArena::keep(std::u16string_view text) {
 void HTMLPageArena::endAttributes(std::uint32_t tag) {
   const auto begin = m_attributes.begin() + m_tags[tag].m_firstAttribute;
   if (m_attributes.end() - begin > 1) {
-    std::stable_sort(begin, m_attributes.end(), [this](const HTMLAttribute& a, const HTMLAttribute& b) {
+    const auto precedes = [this](const HTMLAttribute& a, const HTMLAttribute& b) {
       return nameOf(a) < nameOf(b);
-    });
+    };
+    // Also when they are all one and the same, as in a page of unclosed quotes.
+    if (!std::is_sorted(begin, m_attributes.end(), precedes))
+      std::stable_sort(begin, m_attributes.end(), precedes);
     const auto end =
         std::unique(begin, m_attributes.end(), [this](const HTMLAttribute& a, const HTMLAttribute& b) {
           return nameOf(a) == nameOf(b);

@@ -1,0 +1,2 @@
+tallymoor_benchmark(HtmlShapesBenchmark SOURCES HtmlShapesBenchmark.cpp USES market)
+target_include_directories(HtmlShapesBenchmark PRIVATE ${PROJECT_SOURCE_DIR}/fuzzing)
