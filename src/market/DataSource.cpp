@@ -6,6 +6,7 @@
 #include "market/HTTPClient.h"
 #include "market/HistoryTable.h"
 #include "market/LocatorSet.h"
+#include "market/PageFigure.h"
 #include "market/SearchTable.h"
 #include "market/URLResolver.h"
 #include <utility>
@@ -48,7 +49,7 @@ double DataSource::readCurrentPrice(const XMLCurrentPrice& source, const HTMLTag
   const HTMLTag* tag = HTMLTagLocator(&locator)(page);
   if (locator.format() != VALUE_FORMAT_FLOAT)
     throw HTMLException(u"TallymoorInternet::CurrentPrice - locator format not a double!");
-  return tag->text().toDouble();
+  return requireFigure(tag->text());
 }
 
 URLVariables DataSource::historyVariables(const String& code, const HistoryRange& range) {

@@ -1,6 +1,7 @@
 #include "market/HTMLTable.h"
 #include "foundation/Exception.h"
 #include "market/HTMLParser.h"
+#include "market/HTMLTableHeadings.h"
 #include "market/HTMLTagLocator.h"
 #include "market/HTMLWalkLimit.h"
 #include <utility>
@@ -46,9 +47,12 @@ void HTMLTable::fillFrom(const HTMLTag* root) {
   const HTMLTag* row = firstRow(root);
   m_numColumns = m_locator->numSubElements(u"Columns");
   HTMLWalkLimit limit(walkLimit(*root, m_numColumns));
+  const HTMLTableHeadings headings(*m_locator, *row, limit);
   std::map<std::size_t, std::vector<String>> rows; // a failure leaves none of them behind
-  for (; row != nullptr; row = nextRow(row, &limit))
+  for (; row != nullptr; row = nextRow(row, &limit)) {
     rows.emplace_hint(rows.end(), rows.size(), readRow(row, limit));
+    headings.checkRow(*row, limit);
+  }
   m_numRows = rows.size();
   m_rows = std::move(rows);
 }

@@ -20,7 +20,8 @@ public:
   explicit HTMLTable(const XMLTableLocator* locator);
 
   /// Throws HTMLException when a walk fails; a single row without one of the cells fails the whole table. So
-  /// does a page whose rows lie inside rows to such a depth that reading it would take for ever.
+  /// does a page whose rows lie inside rows to such a depth that reading it would take for ever, and one
+  /// whose cells do not stand under the headings that the locator names (see HTMLTableHeadings).
   void fillFrom(const HTMLTag* root);
   /// The first row of a fill. Same failures.
   const HTMLTag* firstRow(const HTMLTag* root) const;

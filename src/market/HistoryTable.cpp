@@ -1,5 +1,8 @@
 #include "market/HistoryTable.h"
+#include "foundation/Exception.h"
 #include "market/HTMLTable.h"
+#include "market/PageFigure.h"
+#include <cmath>
 
 namespace Tallymoor {
 
@@ -12,6 +15,28 @@ bool isBelievable(const Date& day) {
   return day >= FIRST_BELIEVABLE_DAY && day <= Date::realToday().plusDays(1);
 }
 
+/// The day of a text as "3-Mar-06" or "3-Mar-2006". Days that a month doesn't have would be carried over, and
+/// a year of one digit, as in a text that was cut, would be taken for one of this century.
+Date dayOf(const String& text) {
+  const Date day(text, DATE_DISPLAY_MIDDATE1);
+  const String known = text.starts_with(u"0") ? text.substr(1).toLower() : text.toLower();
+  const String shortForm = day.toString(DATE_DISPLAY_MIDDATE1).toLower();
+  const String longForm = shortForm.substr(0, shortForm.size() - 2) + String::fromLong(day.year());
+  if (!(known == shortForm || known == longForm))
+    throw HTMLException(u"TallymoorInternet - no day: " + text);
+  return day;
+}
+
+/// A high or low; 0 where the page has none.
+double figureOrNone(const String& text) {
+  return holdsDigits(text) ? requireFigure(text) : 0.0;
+}
+
+/// A number of shares; 0 also where it is shortened, as "1.2M", since nothing is computed with it.
+std::int32_t volumeIn(const String& text) {
+  return String::fromDouble(std::trunc(readFigure(text).value_or(0.0)), 0).toLong();
+}
+
 } // namespace
 
 HistoryTable::HistoryTable(const HTMLTable& table)
@@ -20,22 +45,22 @@ HistoryTable::HistoryTable(const HTMLTable& table)
       m_volume(table.columnByType(COLUMN_TYPE_VOLUME)), m_close(table.columnByType(COLUMN_TYPE_CLOSE)) {}
 
 HistoryTable::Row HistoryTable::row(std::size_t index) const {
-  const String dateText = m_table.cellValue(index, m_date);
+  const String dateText = withoutPageBlanks(m_table.cellValue(index, m_date));
   const String closeText = m_table.cellValue(index, m_close);
   Row row{Reading::Read, Date(0u), {}};
-  if (dateText.empty() || closeText.empty()) {
+  if (dateText.empty() || !holdsDigits(closeText)) {
     row.reading = dateText.empty() ? Reading::NoDate : Reading::NoClose;
     return row;
   }
-  row.day = Date(dateText, DATE_DISPLAY_MIDDATE1);
+  row.day = dayOf(dateText);
   if (!isBelievable(row.day)) {
     row.reading = Reading::UnbelievableDay;
     return row;
   }
-  row.value.high = m_table.cellValue(index, m_high).toDouble();
-  row.value.low = m_table.cellValue(index, m_low).toDouble();
-  row.value.close = closeText.toDouble();
-  row.value.volume = m_table.cellValue(index, m_volume).toLong();
+  row.value.high = figureOrNone(m_table.cellValue(index, m_high));
+  row.value.low = figureOrNone(m_table.cellValue(index, m_low));
+  row.value.close = requireFigure(closeText);
+  row.value.volume = volumeIn(m_table.cellValue(index, m_volume));
   return row;
 }
 

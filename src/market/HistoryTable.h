@@ -23,7 +23,8 @@ public:
   /// "Low", "Volume" and "Close" is missing.
   explicit HistoryTable(const HTMLTable& table);
 
-  /// Throws Exception for a date that can't be read. The row of dividends or of a split has no close.
+  /// Throws HTMLException or Exception for a day, close, high or low that can't be read without doubt (see
+  /// PageFigure.h). The row of dividends or of a split has no close; a high or low that is not there is 0.
   Row row(std::size_t index) const;
   /// All rows that are read; of two with one day the later one.
   std::map<Date, ShareValue> rows() const;

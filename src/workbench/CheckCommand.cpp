@@ -112,11 +112,13 @@ bool CheckCommand::showPrice(const XMLElement& source, const WebPage& page) {
     m_out.line(u"STOPPED: the TagLocator must say format=\"Float\"; without it the program takes no price.");
     return false;
   }
+  const String remark = remarkOnNumber(tag->text());
+  if (!remark.empty()) {
+    m_out.line(u"WRONG: " + remark + u". The program takes no price from it.");
+    return false;
+  }
   const double price = DataSource::readCurrentPrice(static_cast<const XMLCurrentPrice&>(source), page.root());
   m_out.line(u"The price: " + quoted(tag->textView()) + u" reads as " + String::fromDouble(price, 4));
-  const String remark = remarkOnNumber(tag->text());
-  if (!remark.empty())
-    m_out.line(u"Mind: " + remark + u".");
   if (price > 0.0)
     return true;
   m_out.line(u"WRONG: that is no price. The program passes over a price of 0.");

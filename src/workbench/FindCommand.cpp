@@ -1,5 +1,6 @@
 #include "workbench/FindCommand.h"
 #include "market/HTMLTag.h"
+#include "market/PageFigure.h"
 #include "workbench/LocatorWay.h"
 #include "workbench/LocatorXml.h"
 #include "workbench/NumberRemark.h"
@@ -68,7 +69,7 @@ bool FindCommand::showTag(const WebPage& page, const HTMLTag& tag, std::size_t n
   m_out.line(u"at " + placeOf(tag), 1);
   if (looksLikeAmount(m_text)) {
     const String remark = remarkOnNumber(tag.text());
-    m_out.line(remark.empty() ? u"as a number it reads as " + String::fromDouble(tag.text().toDouble(), 4)
+    m_out.line(remark.empty() ? u"as a number it reads as " + String::fromDouble(requireFigure(tag.text()), 4)
                               : u"Mind: " + remark + u".",
                1);
   }

@@ -3,9 +3,7 @@
 
 namespace Tallymoor {
 
-/// What a user should know of how the program reads a text of a page as a number: that nothing is read, that
-/// something behind the number is passed over, or that a comma is not taken for a decimal sign. Empty when
-/// the text reads as it looks.
+/// Why the program does not read a text of a page as a number. Empty when it does.
 String remarkOnNumber(const String& text);
 
 /// True when the text begins with a number for the program, be it 0.

@@ -149,6 +149,7 @@ bool TableCheck::showPrices(const HTMLTable& table) {
   std::size_t read = 0;
   bool sound = true;
   for (std::size_t i = 0; i < table.numRows(); ++i) {
+    noteNumbers(table, i);
     try {
       const HistoryTable::Row row = prices.row(i);
       read += row.reading == HistoryTable::Reading::Read;
@@ -156,11 +157,12 @@ bool TableCheck::showPrices(const HTMLTable& table) {
     } catch (const Exception& failure) {
       showRow(i,
               u"STOPPED: " + failure.message() +
-                  u"\nA date must look like 3-Mar-06. One that does not makes the whole table unreadable.",
+                  u"\nA date must look like 3-Mar-06, and a price like 1,234.50. One that does not makes the "
+                  u"whole table "
+                  u"unreadable.",
               true);
       return false;
     }
-    noteNumbers(table, i);
   }
   showCount(table.numRows(), read);
   return sound && read != 0;

@@ -119,7 +119,8 @@ public:
   XMLTableLocator();
 };
 
-/// A walk over a page: one or more "TagFinds". On a column it bears "type" and "format".
+/// A walk over a page: one or more "TagFinds". On a column it bears "type" and "format", and perhaps in
+/// "heading" the text that stands over the column.
 class XMLTagLocator : public XMLSelfCheckedElement {
 public:
   XMLTagLocator();

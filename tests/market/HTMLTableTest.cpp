@@ -106,6 +106,70 @@ TEST_F(HTMLTableTest, SaysWhichWalkFailed) {
             u"HTMLTable::fillFrom - bad param");
 }
 
+// --- Headings
+
+const std::string HEADED =
+    column("type=\"Date\" heading=\"Date\"", 0) + column("type=\"Close\" heading=\"Close\"", 1);
+
+/// The failure of a table whose first row and rows are these; "no failure" when it can be read.
+String headedFailure(const std::string& table, const std::string& columns = HEADED, int firstRow = 1) {
+  XMLTableLocator locator;
+  decode(locator, in("table"), firstRow, columns);
+  const HTMLPage page = HTMLParser::Parse(String(("<html><table>" + table + "</table></html>").c_str()));
+  return failureOf<HTMLException>([&] { HTMLTable(&locator).fillFrom(page.get()); });
+}
+
+const std::string ROW = "<tr><td>3-Mar-06</td><td>1.5</td></tr>";
+
+TEST_F(HTMLTableTest, CellsStandUnderTheirHeadings) {
+  EXPECT_EQ(headedFailure("<tr><th>Date</th><th>Close</th></tr>" + ROW + ROW), u"no failure");
+  EXPECT_EQ(headedFailure("<tr><td>Date</td><th><a href=x>&nbsp;Close </a></th></tr>" + ROW), u"no failure");
+  EXPECT_EQ(headedFailure("<tr><th>Title</th></tr><tr><th>Date</th><th>Close</th></tr>" + ROW, HEADED, 2),
+            u"no failure")
+      << "the row right before the first one";
+}
+
+TEST_F(HTMLTableTest, MovedColumnsFail) {
+  EXPECT_EQ(headedFailure("<tr><th>Close</th><th>Date</th></tr><tr><td>1.5</td><td>3-Mar-06</td></tr>"),
+            u"HTMLTable::fillFrom - not under its heading: Date");
+  EXPECT_EQ(headedFailure(
+                "<tr><th>Date</th><th>Open</th><th>Close</th></tr><tr><td>a</td><td>1</td><td>2</td></tr>"),
+            u"HTMLTable::fillFrom - not under its heading: Close");
+  EXPECT_EQ(headedFailure("<tr><th>Date</th></tr>" + ROW),
+            u"HTMLTable::fillFrom - not under its heading: Close");
+}
+
+TEST_F(HTMLTableTest, RowsHaveAsManyCellsAsHeadings) {
+  const String failure = u"HTMLTable::fillFrom - a row has not as many cells as headings";
+  const std::string headings = "<tr><th>Date</th><th>Close</th></tr>";
+  EXPECT_EQ(headedFailure(headings + ROW + "<tr><td>2-Mar-06</td><td>2-Mar-06</td><td>1.4</td></tr>"),
+            failure);
+  EXPECT_EQ(headedFailure(headings + ROW + "<tr><td>2-Mar-06</td><td>1.4</td><th>x</th></tr>"), failure);
+}
+
+TEST_F(HTMLTableTest, HeadingsMayStandInTheHeadOfTheTable) {
+  const std::string columns = HEADED;
+  XMLTableLocator locator;
+  decode(locator, in("table") + in("tbody"), 0, columns);
+  const auto failure = [&](const std::string& headings) {
+    const HTMLPage page = HTMLParser::Parse(
+        String(("<html><table>" + headings + "<tbody>" + ROW + "</tbody></table></html>").c_str()));
+    return failureOf<HTMLException>([&] { HTMLTable(&locator).fillFrom(page.get()); });
+  };
+  EXPECT_EQ(failure("<thead><tr><th>Date</th><th>Close</th></tr></thead>"), u"no failure");
+  EXPECT_EQ(failure("<thead><tr><th>Date</th><th>Open</th></tr></thead>"),
+            u"HTMLTable::fillFrom - not under its heading: Close");
+  EXPECT_EQ(failure(""), u"HTMLTable::fillFrom - no row of headings");
+}
+
+TEST_F(HTMLTableTest, AHeadingNeedsAWalkThatBeginsWithAMoveIntoTheRow) {
+  const std::string search =
+      "<TagLocator type=\"Close\" heading=\"Close\"><TagFind><TagSearch tagname=\"td\" "
+      "val=\"1.5\"/></TagFind></TagLocator>";
+  EXPECT_EQ(headedFailure("<tr><th>Date</th><th>Close</th></tr>" + ROW, search),
+            u"HTMLTable::fillFrom - not under its heading: Close");
+}
+
 TEST_F(HTMLTableTest, OneShortRowFailsTheWholeTable) {
   const HTMLPage page =
       HTMLParser::Parse(u"<html><table><tr><td>1</td><td>2</td></tr><tr><td>3</td></tr></table></html>");

@@ -206,12 +206,14 @@ TEST_F(CheckCommandTest, LongListsAreCut) {
 TEST_F(CheckCommandTest, APriceThatIsNoneIsWrong) {
   const Result currency = check(in("b"), "<html><b>$3.42</b></html>");
   EXPECT_EQ(currency.status, 1);
-  EXPECT_TRUE(
-      currency.says("The price: \"$3.42\" reads as 0.0000\nMind: \"$3.42\" does not begin with a number"));
-  EXPECT_TRUE(currency.says("WRONG: that is no price."));
+  EXPECT_TRUE(currency.says("WRONG: \"$3.42\" can't be read as a number")) << currency.out;
+  EXPECT_TRUE(currency.says("The program takes no price from it."));
   const Result comma = check(in("b"), "<html><b>12,30</b></html>");
-  EXPECT_EQ(comma.status, 0);
-  EXPECT_TRUE(comma.says("reads as 1230.0000: a comma divides thousands and is left out")) << comma.out;
+  EXPECT_EQ(comma.status, 1);
+  EXPECT_TRUE(comma.says("WRONG: \"12,30\" can't be read as a number")) << comma.out;
+  const Result nothing = check(in("b"), "<html><b>0.00</b></html>");
+  EXPECT_EQ(nothing.status, 1);
+  EXPECT_TRUE(nothing.says("WRONG: that is no price.")) << nothing.out;
 }
 
 TEST_F(CheckCommandTest, APriceWithoutTheFloatFormatIsWrong) {
@@ -285,18 +287,22 @@ TEST_F(CheckCommandTest, ADateThatCannotBeReadIsNamed) {
                                      row({"27/02/2026", "1.45", "1.5", "1.4", "1"}));
   EXPECT_EQ(result.status, 1);
   EXPECT_TRUE(result.says("  2     STOPPED: Date::fromString - no separator: 27/02/2026\n"
-                          "  A date must look like 3-Mar-06."))
+                          "  A date must look like 3-Mar-06, and a price like 1,234.50."))
       << result.out;
 }
 
 TEST_F(CheckCommandTest, ACloseOfNothingIsWrong) {
-  const Result result = checkHistory(row({"2-Mar-26", "A$1.50", "1.60", "1.40", "1.2M"}));
+  const Result result = checkHistory(row({"2-Mar-26", "0.00", "1.60", "1.40", "1.2M"}));
   EXPECT_EQ(result.status, 1);
   EXPECT_TRUE(result.says("<- WRONG: a close of nothing")) << result.out;
-  EXPECT_TRUE(result.says("Mind:\n  row 1, Close: \"A$1.50\" does not begin with a number"));
-  EXPECT_TRUE(
-      result.says("row 1, Volume: \"1.2M\" reads as 1.2000: what stands behind the number is passed over"))
-      << result.out;
+  EXPECT_TRUE(result.says("Mind:\n  row 1, Volume: \"1.2M\" can't be read as a number")) << result.out;
+}
+
+TEST_F(CheckCommandTest, ACloseThatIsNoNumberIsNamed) {
+  const Result result = checkHistory(row({"2-Mar-26", "A$1.50", "1.60", "1.40", "1"}));
+  EXPECT_EQ(result.status, 1);
+  EXPECT_TRUE(result.says("STOPPED: TallymoorInternet - no number: A$1.50")) << result.out;
+  EXPECT_TRUE(result.says("Mind:\n  row 1, Close: \"A$1.50\" can't be read as a number")) << result.out;
 }
 
 TEST_F(CheckCommandTest, AShortRowThatLeadsIntoTheNextIsWrong) {

@@ -67,7 +67,7 @@ TEST_F(FindCommandTest, WhatAnXmlDocumentWouldChangeIsWrittenAsReferences) {
 
 TEST_F(FindCommandTest, MindsNumbersThatReadOtherwise) {
   EXPECT_TRUE(
-      find("<html><b>US$ 3.42</b></html>", "3.42").says("Mind: \"US$ 3.42\" does not begin with a number"));
+      find("<html><b>US$ 3.42</b></html>", "3.42").says("Mind: \"US$ 3.42\" can't be read as a number"));
   EXPECT_FALSE(find("<html><b>Name</b></html>", "Name").says("number"));
   EXPECT_FALSE(find("<html><b>3-Mar-06</b></html>", "3-Mar-06").says("number")) << "a date is none";
 }

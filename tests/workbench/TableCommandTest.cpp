@@ -167,7 +167,7 @@ TEST_F(TableCommandTest, RowsDirectlyInHtmlNeedAMarkOfIt) {
 TEST_F(TableCommandTest, NumbersThatReadOtherwiseAreMinded) {
   const Result result = table(row({"2-Mar-26", "$1.1"}), {"Date=2-Mar-26", "Close=$1.1"});
   EXPECT_EQ(result.status, 0);
-  EXPECT_TRUE(result.says("Mind: Close: \"$1.1\" does not begin with a number")) << result.out;
+  EXPECT_TRUE(result.says("Mind: Close: \"$1.1\" can't be read as a number")) << result.out;
 }
 
 TEST_F(TableCommandTest, TypesMustBeClear) {

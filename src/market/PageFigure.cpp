@@ -1,0 +1,92 @@
+#include "market/PageFigure.h"
+#include "foundation/Exception.h"
+#include <algorithm>
+#include <array>
+
+namespace Tallymoor {
+
+namespace {
+
+constexpr std::size_t GROUP = 3;
+
+bool isDigit(char16_t unit) {
+  return unit >= u'0' && unit <= u'9';
+}
+
+bool isLetter(char16_t unit) {
+  return (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z');
+}
+
+std::size_t endOfDigits(const String& text, std::size_t from) {
+  while (from < text.size() && isDigit(text[from]))
+    ++from;
+  return from;
+}
+
+/// Where the digits before the point end, with their commas; where they begin if there are none, or not so
+/// divided.
+std::size_t endOfWholePart(const String& text, std::size_t from) {
+  std::size_t end = endOfDigits(text, from);
+  bool isFirstGroup = true;
+  while (end < text.size() && text[end] == u',') {
+    const std::size_t next = endOfDigits(text, end + 1);
+    if (next - end - 1 != GROUP || (isFirstGroup && (end == from || end - from > GROUP)))
+      return from;
+    isFirstGroup = false;
+    end = next;
+  }
+  return end;
+}
+
+/// Where the number at the head of the text ends; 0 when there is none.
+std::size_t endOfNumber(const String& text) {
+  const std::size_t first = !text.empty() && (text[0] == u'-' || text[0] == u'+') ? 1 : 0;
+  std::size_t end = endOfWholePart(text, first);
+  if (end == first && !(end < text.size() && text[end] == u'.'))
+    return 0;
+  if (end < text.size() && text[end] == u'.')
+    end = endOfDigits(text, end + 1);
+  return end;
+}
+
+} // namespace
+
+String withoutPageBlanks(const String& text) {
+  static const std::array<String, 2> BLANKS{u"&nbsp;", u"&#160;"};
+  String rest = text.trimmed();
+  for (std::size_t before = rest.size() + 1; rest.size() < before;) {
+    before = rest.size();
+    for (const String& blank : BLANKS) {
+      if (rest.starts_with(blank))
+        rest = rest.substr(blank.size()).trimmed();
+      if (rest.ends_with(blank))
+        rest = rest.substr(0, rest.size() - blank.size()).trimmed();
+    }
+  }
+  return rest;
+}
+
+bool holdsDigits(const String& text) {
+  const String rest = withoutPageBlanks(text);
+  return std::any_of(rest.begin(), rest.end(), isDigit);
+}
+
+std::optional<double> readFigure(const String& text) {
+  const String number = withoutPageBlanks(text);
+  const std::size_t end = endOfNumber(number);
+  if (std::none_of(number.begin(), number.begin() + static_cast<std::ptrdiff_t>(end), isDigit))
+    return std::nullopt;
+  const String behind = number.substr(end);
+  const bool goesOn = !behind.empty() && (isLetter(behind[0]) || behind[0] == u'.' || behind[0] == u',');
+  if (goesOn || std::any_of(behind.begin(), behind.end(), isDigit))
+    return std::nullopt;
+  return number.substr(0, end).toDouble();
+}
+
+double requireFigure(const String& text) {
+  if (const std::optional<double> figure = readFigure(text))
+    return *figure;
+  throw HTMLException(u"TallymoorInternet - no number: " + text);
+}
+
+} // namespace Tallymoor

@@ -1,0 +1,25 @@
+#pragma once
+#include "foundation/String.h"
+#include <optional>
+
+namespace Tallymoor {
+
+// How the text of a cell or of a price is read. Pages change, and a price that is wrong by a factor does more
+// harm than one that is missing: so a text is read only when it is a number from its first to its last digit.
+
+/// Without white space at both ends, "&nbsp;" and "&#160;" included.
+String withoutPageBlanks(const String& text);
+
+/// True when there is any digit in it, but for those of blanks at its ends: what is without is no number, as
+/// "N/A" or "-".
+bool holdsDigits(const String& text);
+
+/// A number as pages write it: perhaps a sign, digits with commas before groups of three, perhaps a point and
+/// decimals. Behind it may stand what holds no digits and is no letter right at the number, as in "12.34 AUD"
+/// and "5.1%". Nothing for any other text: "12,34", "1.234,50", "1&nbsp;234", "$12.34", "1.2M".
+std::optional<double> readFigure(const String& text);
+
+/// The same, but throws HTMLException "TallymoorInternet - no number: " and the text.
+double requireFigure(const String& text);
+
+} // namespace Tallymoor
