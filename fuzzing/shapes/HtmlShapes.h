@@ -14,6 +14,7 @@ namespace Tallymoor {
 struct HtmlShape {
   const char* name;
   std::function<String(std::size_t)> page; ///< of so many pieces
+  bool manyNames = false;                  ///< each piece has a name of its own, which is to be found again
 };
 
 inline String repeated(std::u16string_view piece, std::size_t count) {
@@ -53,7 +54,7 @@ inline std::vector<HtmlShape> htmlShapes() {
       {"a quote that never ends", [](std::size_t n) { return u"<html><a b=\"" + repeated(u"<p a=\\", n); }},
       {"quotes that never end", run(u"<p a='")},
       {"a comment that never ends", [](std::size_t n) { return u"<html><!--" + repeated(u"-- >", n); }},
-      {"attributes", [](std::size_t n) { return u"<html " + manyNames(u"a", n, u" ") + u">"; }},
+      {"attributes", [](std::size_t n) { return u"<html " + manyNames(u"a", n, u" ") + u">"; }, true},
       {"one attribute again and again", [](std::size_t n) { return u"<html " + repeated(u"a ", n) + u">"; }},
       {"tags that are never closed", inside(u"<td>")},
       {"closing tags that close nothing", inside(u"x</b>")},
@@ -73,7 +74,7 @@ inline std::vector<HtmlShape> htmlShapes() {
        [](std::size_t n) {
          return u"<html>" + repeated(u"<div>", n) + u"</div>" + repeated(u"<b></b></div>", n);
        }},
-      {"names", [](std::size_t n) { return u"<html>" + manyNames(u"<n", n, u">") + u"</html>"; }},
+      {"names", [](std::size_t n) { return u"<html>" + manyNames(u"<n", n, u">") + u"</html>"; }, true},
       {"a text in pieces",
        [](std::size_t n) { return u"<html><b>" + repeated(u"x<!---->", n) + u"</b></html>"; }},
   };
