@@ -1,0 +1,6 @@
+# Works in the tests' real window on their stock exchange, so it is there only where the tests are built.
+if(TALLYMOOR_TESTS)
+  tallymoor_benchmark(SessionBenchmark SOURCES SessionBenchmark.cpp USES shell test_support window_support
+    LINK GTest::gtest_main)
+  target_include_directories(SessionBenchmark PRIVATE ${PROJECT_SOURCE_DIR}/tests/shell)
+endif()

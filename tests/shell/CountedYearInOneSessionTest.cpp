@@ -1,0 +1,53 @@
+// Sanitizers have a heap of their own and take ten times as long over the year: there is nothing here for
+// them.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#include "YearInOneSession.h"
+#include <cstdio>
+#include <malloc.h>
+#include <unistd.h>
+
+namespace Tallymoor {
+namespace {
+
+/// What the program holds on its heap, in megabytes.
+double heapInUse() {
+  return static_cast<double>(mallinfo2().uordblks) / 1e6;
+}
+
+class CountedYearInOneSession : public YearInOneSession {
+protected:
+  void SetUp() override {
+    m_before = heapInUse();
+    YearInOneSession::SetUp();
+    alarm(600); // longer than other tests of windows take
+  }
+  double grown() const { return heapInUse() - m_before; }
+
+private:
+  double m_before = 0.0;
+};
+
+/// What the session holds at its end is what the next one holds that starts on the same records.
+TEST_F(CountedYearInOneSession, HoldsNoMoreThanANewSessionOnTheSameRecords) {
+  buyTheStocks();
+  for (int day = 0; day < DAYS; ++day)
+    nextDay();
+  for (int page = 0; page < 7; ++page)
+    openPage(page);
+  const double atTheEnd = grown();
+  startAgain();
+  for (int page = 0; page < 7; ++page)
+    openPage(page);
+  const double startedAgain = grown();
+  std::printf("COUNT: year in one session: %d transactions, %d stocks, %d price updates; %.1f MB in use at "
+              "its end, %.1f MB "
+              "by a new session on the same records\n",
+              transactions(), CODES, priceUpdates(), atTheEnd, startedAgain);
+  EXPECT_LE(10'000, transactions());
+  EXPECT_LE(20'000, priceUpdates());
+  EXPECT_LT(atTheEnd, 1.1 * startedAgain);
+}
+
+} // namespace
+} // namespace Tallymoor
+#endif

@@ -1,0 +1,192 @@
+#pragma once
+#include "ShellTest.h"
+#include "foundation/BigMutex.h"
+#include "views/CashReserveTreeItem.h"
+#include "views/DividendsTreeItem.h"
+#include "views/SharePortfolioTreeItem.h"
+#include "views/SharesHeldTreeItem.h"
+#include "views/SharesSoldTreeItem.h"
+#include "views/TotalCapTreeItem.h"
+#include "widgets/HandlerScope.h"
+#include "widgets/InvestmentTree.h"
+#include "xml/PortfolioRecords.h"
+#include <array>
+#include <atomic>
+#include <thread>
+
+namespace Tallymoor {
+
+/// A year in which the program is never left: 200 stocks, 40 transactions on each of 250 weekdays, two passes
+/// of prices over all stocks every five, another page in front every second, the records saved every tenth.
+class YearInOneSession : public ShellTest {
+protected:
+  static constexpr int CODES = 200;
+  static constexpr int DAYS = 250;
+  static constexpr int TRANSACTIONS_A_DAY = 40;
+
+  YearInOneSession() {
+    profile().setToday(m_day);
+    for (int i = 0; i < CODES; ++i) {
+      market().setHistory(codeAt(i), Date(2024, 12, 2), Date(2026, 3, 3), basePrice(i));
+      market().setCurrentPrice(codeAt(i), basePrice(i));
+    }
+    TestProfile::writeFile(
+        recordsPath(),
+        "<Portfolios><SharePortfolio><String>Trading</String><HeldShares/><SoldShares/><Dividends/>"
+        "<CashReserve/><String/></SharePortfolio></Portfolios>");
+  }
+  void TearDown() override {
+    m_nextRun.reset();
+    ShellTest::TearDown();
+  }
+
+  /// The money and the stocks that the year begins with; counted as transactions too.
+  void buyTheStocks() {
+    transact([this](SharePortfolioUser& portfolio) {
+      portfolio.creditCash(m_day, 10'000'000.0, CASH_EVENT_DEPOSIT, u"DEPOSIT opening");
+      for (int i = 0; i < CODES; ++i)
+        portfolio.buyShares(codeAt(i), m_day, 1000.0, basePrice(i), 19.95, u"");
+    });
+    m_transactions += CODES; // and the deposit, which transact has counted
+  }
+
+  void nextDay() {
+    m_day = m_day.plusDays(m_day.dayOfWeek() == 5 ? 3 : 1);
+    profile().setToday(m_day);
+    ++m_daysGone;
+    for (int i = 0; i < TRANSACTIONS_A_DAY; ++i)
+      makeTransaction(i == TRANSACTIONS_A_DAY - 1);
+    if (m_daysGone % 5 == 1 || m_daysGone % 5 == 3)
+      passOfPrices();
+    if (m_daysGone % 2 == 0)
+      openPage(m_daysGone / 2 % 7);
+    if (m_daysGone % 10 == 0)
+      command(TallymoorWindow::ID_SAVE);
+  }
+
+  /// One of eight kinds in turn. The views follow at once, or with the next one for which they do.
+  void makeTransaction(bool viewsFollow) {
+    const int number = ++m_made;
+    if (viewsFollow)
+      transact([&](SharePortfolioUser& portfolio) { record(portfolio, number); });
+    else {
+      BigMutexLock lock;
+      record(node().portfolio(), number);
+      ++m_transactions;
+    }
+  }
+
+  /// All stocks get new prices, by the updater, on a thread that is not the window's.
+  void passOfPrices() {
+    for (int i = 0; i < CODES; ++i)
+      market().setCurrentPrice(codeAt(i), basePrice(i) * (1.0 + 0.001 * ((m_daysGone + i) % 9)));
+    std::atomic<bool> done = false;
+    std::thread pass([&done] {
+      TallymoorInternet::Instance().priceUpdater().runPass();
+      done = true;
+    });
+    runUntil([&done] { return done.load(); });
+    pass.join();
+    m_priceUpdates += CODES;
+  }
+
+  /// The program is left and started again on what it has saved.
+  void startAgain() {
+    leave();
+    deleteWindow();
+    gateway().restart();
+    m_nextRun = makeWindow(&app());
+    m_nextRun->create();
+    letEventsPass();
+  }
+
+  void openPage(int which) {
+    SharePortfolioTreeItem& trading = node();
+    TreeViewItem* purchases = trading.sharesHeldItem()->firstChild();
+    for (int i = 0; i < m_daysGone % CODES; ++i)
+      purchases = purchases->nextSibling();
+    const std::array<InvestmentTreeItem*, 7> pages = {
+        window().totalCapital(),  &trading,
+        trading.sharesHeldItem(), dynamic_cast<InvestmentTreeItem*>(purchases),
+        trading.sharesSoldItem(), trading.dividendsItem(),
+        trading.cashReserveItem()};
+    {
+      BigMutexLock lock;
+      HandlerScope scope;
+      pages.at(static_cast<std::size_t>(which))->activate();
+    }
+    letEventsPass();
+  }
+
+  TallymoorWindow& window() { return m_nextRun ? dynamic_cast<TallymoorWindow&>(*m_nextRun) : tallymoor(); }
+  SharePortfolioTreeItem& node() { return *window().totalCapital()->portfolioNode(u"Trading"); }
+  int transactions() const { return m_transactions; }
+  int priceUpdates() const { return m_priceUpdates; }
+
+private:
+  static String codeAt(int i) { return String(("S" + std::to_string(100 + i) + ".AX").c_str()); }
+  static double basePrice(int i) { return 10.0 + i % 7; }
+
+  /// As a form's command does it.
+  template <class Step>
+  void transact(Step step) {
+    {
+      BigMutexLock lock;
+      HandlerScope scope;
+      node().transactionMade();
+      step(node().portfolio());
+    }
+    ++m_transactions;
+    letEventsPass();
+  }
+
+  void record(SharePortfolioUser& portfolio, int number) const {
+    const int index = (number / 8 * 7) % CODES;
+    const String text = String::fromLong(number);
+    const double amount = 10.0 + number % 90;
+    switch (number % 8) {
+    case 0:
+      portfolio.buyShares(codeAt(index), m_day, 10.0, basePrice(index), 19.95, text);
+      break;
+    case 1:
+      portfolio.sellShares(codeAt(index), m_day, 10.0, basePrice(index), 19.95, true, text);
+      break;
+    case 2:
+      portfolio.receiveDividend(codeAt(index), m_day, 1000.0, 0.05, 100, 0.0, 0.0, u"", 0.0);
+      break;
+    case 3:
+      portfolio.creditCash(m_day, amount, CASH_EVENT_INTEREST, u"INTEREST " + text);
+      break;
+    case 4:
+      portfolio.debitCash(m_day, amount, CASH_EVENT_DEBIT, u"Account fee " + text);
+      break;
+    case 5:
+      portfolio.creditCash(m_day, amount, CASH_EVENT_DEPOSIT, u"DEPOSIT " + text);
+      break;
+    case 6:
+      portfolio.debitCash(m_day, amount, CASH_EVENT_WITHDRAWAL, u"WITHDRAWAL " + text);
+      break;
+    default:
+      correctOrStrike(portfolio, number);
+      break;
+    }
+  }
+  /// The last entry of the cash reserve, which is one of the three kinds above.
+  void correctOrStrike(SharePortfolioUser& portfolio, int number) const {
+    XMLElement& reserve = portfolio.portfolio().subElement(u"CashReserve");
+    XMLElement& last = reserve.subElement(u"CashEvents", reserve.numSubElements(u"CashEvents") - 1);
+    if (number % 16 < 8)
+      portfolio.editCashEvent(last, m_day, m_day, 11.0, u"corrected");
+    else
+      portfolio.deleteCashEvent(last);
+  }
+
+  Date m_day{2025, 3, 3};
+  int m_daysGone = 0;
+  int m_made = 0;
+  int m_transactions = 0;
+  int m_priceUpdates = 0;
+  std::unique_ptr<MainWindow> m_nextRun;
+};
+
+} // namespace Tallymoor
