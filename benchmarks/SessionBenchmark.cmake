@@ -1,5 +1,6 @@
 # Works in the tests' real window on their stock exchange, so it is there only where the tests are built.
 if(TALLYMOOR_TESTS)
+  find_package(GTest REQUIRED)
   tallymoor_benchmark(SessionBenchmark SOURCES SessionBenchmark.cpp USES shell test_support window_support
     LINK GTest::gtest_main)
   target_include_directories(SessionBenchmark PRIVATE ${PROJECT_SOURCE_DIR}/tests/shell)

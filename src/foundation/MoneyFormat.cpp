@@ -52,6 +52,13 @@ String withPlainMinus(String text) {
   return text;
 }
 
+/// With a single comma, and no point behind it: as in "0,5" and "1.234,50".
+bool endsInDecimalComma(const String& text) {
+  const std::size_t comma = text.find(u',');
+  return comma != String::npos && text.find(u',', comma + 1) == String::npos &&
+         text.find(u'.', comma) == String::npos;
+}
+
 } // namespace
 
 struct MoneyFormat::Parts {
@@ -116,9 +123,10 @@ double MoneyFormat::read(const String& text) const {
   const double asWritten = readAsWritten(amount);
   if (withPlainMinus(format(asWritten)) == amount)
     return asWritten;
-  const bool singleComma = std::count(amount.begin(), amount.end(), u',') == 1;
-  if (m_parts->decimalSign == String(u",") && singleComma && !amount.contains(u"."))
+  if (m_parts->decimalSign == String(u",") && endsInDecimalComma(amount)) {
+    std::erase(amount, u'.');
     std::replace(amount.begin(), amount.end(), u',', u'.');
+  }
   return amount.toDoubleFiltered();
 }
 

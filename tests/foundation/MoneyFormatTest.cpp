@@ -69,6 +69,10 @@ TEST(MoneyFormatTest, ReadsWhatAPersonTypes) {
       {"de_DE", u"-0,05", -0.05},
       {"de_DE", u"1,234,5", 12345.0},
       {"de_DE", u"1,234.5", 1234.5},
+      {"de_DE", u"1.234,50", 1234.5},
+      {"de_DE", u"-1.234.567,8", -1234567.8},
+      {"de_DE", u"1.234", 1.234},
+      {"en_AU", u"1.234,50", 1.2345},
       {"ja_JP", u"1,235", 1235.0},
   };
   for (const ReadRow& row : rows)
