@@ -1,6 +1,5 @@
 #include "foundation/Thread.h"
 #include "foundation/EndingSignals.h"
-#include "foundation/Exception.h"
 #include <chrono>
 
 namespace Tallymoor {
@@ -118,8 +117,9 @@ void Thread::passes(std::unique_lock<std::mutex>& lock) {
     lock.unlock();
     try {
       threadFunction();
-    } catch (const Exception&) {
-      // A pass that wants its failure known has told of it; the next pass comes all the same.
+    } catch (...) {
+      // A pass that wants its failure known has told of it; the next pass comes all the same, whatever this
+      // one threw: it must not end the program.
     }
     lock.lock();
     if (m_period == 0 && !m_woken)

@@ -32,7 +32,8 @@ public:
   static void sleep(std::uint32_t milliseconds);
 
 protected:
-  /// One pass of work. An Exception from it is dropped; the next pass comes after the period.
+  /// One pass of work. An exception from it, of whatever class, is dropped; the next pass comes after the
+  /// period.
   virtual void threadFunction();
   /// The stop check of a pass.
   bool stopRequested() const;

@@ -2,6 +2,7 @@
 #include "foundation/Constants.h"
 #include "foundation/FileReplacement.h"
 #include "foundation/Platform.h"
+#include "foundation/UnforeseenFailure.h"
 #include "foundation/UserInteraction.h"
 #include "widgets/GetStringDialog.h"
 #include "xml/DocumentFile.h"
@@ -77,17 +78,21 @@ const char16_t* const OVERWRITE_QUESTION = u"Since there was a problem when you 
 
 void PortfolioStore::load() {
   try {
-    const String path = recordsPath();
-    if (filePresence(path) == FilePresence::Missing)
-      return;
-    readDocument(path);
-    cleanNames();
-    openPortfolios();
+    withUnforeseenFailures([this] { readRecords(); });
   } catch (const Exception& exception) {
     clear();
     m_loadFailed = true;
     UserInteraction::Instance().reportException(recoveryText(), exception);
   }
+}
+
+void PortfolioStore::readRecords() {
+  const String path = recordsPath();
+  if (filePresence(path) == FilePresence::Missing)
+    return;
+  readDocument(path);
+  cleanNames();
+  openPortfolios();
 }
 
 void PortfolioStore::readDocument(const String& path) {
@@ -132,21 +137,16 @@ bool PortfolioStore::saveRecords() {
   return m_lastSaveSucceeded;
 }
 
-// The files of changed capital records go before the records are replaced: a crash in between then leaves
-// days that are missing, and computed again, instead of days that are wrong.
 bool PortfolioStore::writeRecords(const String& path) {
   std::optional<Exception> backupFailure;
   try {
     if (!m_keepBackup)
-      backUp(path);
+      withUnforeseenFailures([&] { backUp(path); });
   } catch (const Exception& exception) {
     backupFailure = exception;
   }
   try {
-    for (const auto& [name, portfolio] : m_portfolios)
-      if (portfolio->capitalRecord().isModified())
-        portfolio->capitalRecord().removeFile();
-    saveDocument(path, m_records, RECORDS_DTD, newRecords);
+    withUnforeseenFailures([&] { replaceRecords(path); });
     m_keepBackup = false;
     if (backupFailure)
       UserInteraction::Instance().reportException(u"Your data were saved, but not the copy of the last ones.",
@@ -161,6 +161,15 @@ bool PortfolioStore::writeRecords(const String& path) {
   }
 }
 
+// The files of changed capital records go before the records are replaced: a crash in between then leaves
+// days that are missing, and computed again, instead of days that are wrong.
+void PortfolioStore::replaceRecords(const String& path) {
+  for (const auto& [name, portfolio] : m_portfolios)
+    if (portfolio->capitalRecord().isModified())
+      portfolio->capitalRecord().removeFile();
+  saveDocument(path, m_records, RECORDS_DTD, newRecords);
+}
+
 void PortfolioStore::backUp(const String& path) const {
   if (m_loadFailed)
     copyFileReplacing(backupPath(path), unusedBackupPath(path));
@@ -171,7 +180,7 @@ void PortfolioStore::saveCapitalRecords() {
   std::optional<Exception> failure;
   for (const auto& [name, portfolio] : m_portfolios)
     try {
-      portfolio->capitalRecord().save();
+      withUnforeseenFailures([&record = portfolio->capitalRecord()] { record.save(); });
     } catch (const Exception& exception) {
       failure = exception;
     }

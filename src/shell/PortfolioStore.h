@@ -40,11 +40,13 @@ public:
   void clear();
 
 private:
+  void readRecords();
   void readDocument(const String& path);
   void cleanNames();
   void openPortfolios();
   void backUp(const String& path) const;
   bool writeRecords(const String& path);
+  void replaceRecords(const String& path);
   void saveCapitalRecords();
 
   XMLPortfolios m_records;

@@ -103,7 +103,7 @@ void ChartView::askSource() {
     return;
   m_stale = false;
   try {
-    setModel(m_source());
+    withUnforeseenFailures([this] { setModel(m_source()); });
   } catch (const Exception& exception) {
     ChartModel failed;
     failed.emptyText = exception.message();

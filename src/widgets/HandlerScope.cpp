@@ -53,7 +53,7 @@ void drain(Loop& loop) {
     const Waiting next = std::move(loop.waiting.front());
     loop.waiting.pop_front();
     try {
-      next.work();
+      withUnforeseenFailures(next.work);
     } catch (const Exception& exception) {
       UserInteraction::Instance().reportException(next.context, exception);
     }

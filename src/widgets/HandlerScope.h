@@ -1,7 +1,7 @@
 #pragma once
 #include "foundation/BigMutex.h"
-#include "foundation/Exception.h"
 #include "foundation/String.h"
+#include "foundation/UnforeseenFailure.h"
 #include "foundation/UserInteraction.h"
 #include <functional>
 #include <utility>
@@ -49,14 +49,14 @@ public:
   ModalLoopScope& operator=(const ModalLoopScope&) = delete;
 };
 
-/// The shape of every message handler: takes the big mutex, runs the work, reports an Exception with the
-/// context, and gives 1, which tells the toolkit that the message was handled.
+/// The shape of every message handler: takes the big mutex, runs the work, reports an exception, foreseen or
+/// not, with the context, and gives 1, which tells the toolkit that the message was handled.
 template <class Work>
 long guardedHandler(const String& context, Work&& work) {
   BigMutexLock lock;
   HandlerScope scope(context);
   try {
-    std::forward<Work>(work)();
+    withUnforeseenFailures(std::forward<Work>(work));
   } catch (const Exception& exception) {
     UserInteraction::Instance().reportException(context, exception);
   }

@@ -223,7 +223,7 @@ void MainWindow::runShutdown() {
   BigMutexLock lock;
   m_shuttingDown = true;
   try {
-    shutdown();
+    withUnforeseenFailures([this] { shutdown(); });
   } catch (const Exception& exception) {
     reportException(u"MainWindow::onShutdown failed.", exception);
     m_shuttingDown = false; // or nothing but a kill could end the program

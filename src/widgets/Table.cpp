@@ -398,9 +398,11 @@ void Table::refreshMarked() {
   if (marks.empty())
     return;
   try {
-    refreshRows(marks);
-    if (m_watcher)
-      m_watcher->tableChanged(false);
+    withUnforeseenFailures([&] {
+      refreshRows(marks);
+      if (m_watcher)
+        m_watcher->tableChanged(false);
+    });
   } catch (const Exception& exception) {
     UserInteraction::Instance().setStatusText(exception.description());
   }

@@ -4,6 +4,7 @@
 #include <csignal>
 #include <functional>
 #include <gtest/gtest.h>
+#include <new>
 
 namespace Tallymoor {
 namespace {
@@ -109,6 +110,19 @@ sigset_t blockedHere() {
   sigset_t blocked;
   pthread_sigmask(SIG_BLOCK, nullptr, &blocked);
   return blocked;
+}
+
+TEST(ThreadTest, AnUnforeseenExceptionDoesNotEndTheLoopEither) {
+  CountingThread thread(1);
+  thread.work = [](int pass) {
+    if (pass == 1)
+      throw std::bad_alloc();
+    throw pass;
+  };
+  thread.start();
+  thread.waitForPasses(3);
+  thread.stop();
+  thread.join();
 }
 
 TEST(ThreadTest, SignalsThatEndTheProgramAreLeftToTheMainThread) {

@@ -2,11 +2,17 @@
 #include "support/FakeUserInteraction.h"
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <new>
+#include <stdexcept>
 
 namespace Tallymoor {
 namespace {
 
 using testing::ElementsAre;
+
+MATCHER_P(StartsWith, text, "") {
+  return arg.startsWith(text);
+}
 
 class HandlerScopeTest : public ::testing::Test {
 protected:
@@ -159,17 +165,31 @@ TEST_F(HandlerScopeTest, GuardedHandlerReportsAndCountsAsHandled) {
               ElementsAre("Table::onX failed. Exception : bad"));
 }
 
-TEST_F(HandlerScopeTest, ForeignExceptionPassesAndWhatWaitsIsServedByTheNextHandler) {
-  EXPECT_THROW(guardedHandler(u"x",
-                              [this]() {
-                                HandlerScope::whenDone(&m_first, note("a"));
-                                throw std::runtime_error("outside the family");
-                              }),
-               std::runtime_error);
+TEST_F(HandlerScopeTest, UnforeseenExceptionIsReportedLikeOneOfTheProgramsOwn) {
+  FakeUserInteraction user;
+  EXPECT_EQ(1, guardedHandler(u"Table::onX failed.", [this] {
+              HandlerScope::whenDone(&m_first, note("a"));
+              throw std::out_of_range("no such row");
+            }));
+  EXPECT_EQ(1, guardedHandler(u"Table::onY failed.", [] { throw 5; }));
+  EXPECT_FALSE(bigMutex().heldByThisThread());
   EXPECT_FALSE(HandlerScope::running());
-  EXPECT_TRUE(m_done.empty());
-  guardedHandler(u"y", [] {});
   EXPECT_THAT(m_done, ElementsAre("a"));
+  EXPECT_THAT(user.texts(FakeUserInteraction::Kind::Error),
+              ElementsAre(StartsWith(u"Table::onX failed. Unforeseen failure : no such row.\n"),
+                          StartsWith(u"Table::onY failed. Unforeseen failure : of an unknown kind.\n")));
+}
+
+TEST_F(HandlerScopeTest, UnforeseenExceptionOfLateWorkIsReportedAndTheRestRuns) {
+  FakeUserInteraction user;
+  guardedHandler(u"Table::onX failed.", [this] {
+    HandlerScope::whenDone(&m_first, [] { throw std::bad_alloc(); });
+    HandlerScope::whenDone(&m_second, note("b"));
+  });
+  EXPECT_THAT(
+      user.texts(FakeUserInteraction::Kind::Error),
+      ElementsAre(StartsWith(u"Table::onX failed. Unforeseen failure : there is not enough memory.\n")));
+  EXPECT_THAT(m_done, ElementsAre("b"));
 }
 
 } // namespace
