@@ -3,6 +3,7 @@
 #include "foundation/Exception.h"
 #include "foundation/FileReplacement.h"
 #include "foundation/Platform.h"
+#include "foundation/Uninterrupted.h"
 #include "market/PercentEncoding.h"
 #include "xml/StylesheetTransform.h"
 #include "xml/Utf8Writer.h"
@@ -16,7 +17,7 @@ namespace Tallymoor {
 namespace {
 
 std::string contentOf(const String& path) {
-  const std::ifstream file(path.toUTF8(), std::ios::binary);
+  const std::ifstream file = openToRead(path.toUTF8());
   std::ostringstream content;
   if (filePresence(path) != FilePresence::RegularFile || !(content << file.rdbuf()))
     throw Exception(u"The stylesheet of the report can't be read:\n" + path);

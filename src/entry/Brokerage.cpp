@@ -22,7 +22,7 @@ void offerAsDefaultBrokerage(double brokerage, const String& question) {
   if (showsTheSame(brokerage, defaultBrokerage(), 2) || !MainWindow::question(question))
     return;
   Settings::Instance().writeReal(section, key, brokerage);
-  Settings::Instance().commit();
+  Settings::Instance().commitIfPossible(); // the trade itself must not suffer
 }
 
 } // namespace Tallymoor

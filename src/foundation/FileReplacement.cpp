@@ -1,6 +1,7 @@
 #include "foundation/FileReplacement.h"
 #include "foundation/Exception.h"
 #include "foundation/FileOperations.h"
+#include "foundation/Uninterrupted.h"
 #include <algorithm>
 #include <cerrno>
 #include <climits>
@@ -9,9 +10,12 @@
 #include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
+#include <fstream>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <random>
+#include <set>
 #include <streambuf>
 #include <string_view>
 #include <sys/stat.h>
@@ -144,18 +148,15 @@ public:
   }
 
   void flushToDisk() {
-    int result = 0;
-    do
-      result = FileOperations::current().sync(m_file.get());
-    while (result != 0 && errno == EINTR);
-    if (result != 0)
+    if (uninterrupted([this] { return FileOperations::current().sync(m_file.get()); }) != 0)
       fail("cannot flush", m_target, errno);
     if (const int error = m_file.close())
       fail("cannot close", m_target, error);
   }
 
   void publish() {
-    if (FileOperations::current().rename(m_path.c_str(), m_target.c_str()) != 0)
+    if (uninterrupted(
+            [this] { return FileOperations::current().rename(m_path.c_str(), m_target.c_str()); }) != 0)
       fail("cannot replace", m_target, errno);
     m_published = true;
   }
@@ -189,16 +190,53 @@ private:
   bool m_published = false;
 };
 
-/// Makes the renaming itself last. The new file is in place by now and whole, so a file system that can't
-/// flush a folder is no failure.
-void flushFolder(const std::string& folder) {
-  const OpenFile directory(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (directory.get() >= 0)
-    FileOperations::current().sync(directory.get());
+int openFolder(const std::string& folder) {
+  return uninterrupted([&folder] { return ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+}
+
+/// Makes the renaming itself last. The new file is in place by now and whole, so a folder that may not be
+/// read, or a file system that can't flush one, is no failure; a disk that fails is, since the old file may
+/// come back with the next start of the machine.
+void flushFolderOf(const std::string& path) {
+  OpenFile directory(openFolder(folderOf(path)));
+  if (directory.get() < 0 && errno == EACCES)
+    return;
+  if (directory.get() < 0)
+    fail("cannot open the folder of", path, errno);
+  const int synced = uninterrupted([&] { return FileOperations::current().sync(directory.get()); });
+  if (synced != 0 && errno != EINVAL && errno != EOPNOTSUPP)
+    fail("cannot flush the folder of", path, errno);
+  if (const int error = directory.close())
+    fail("cannot close the folder of", path, error);
 }
 
 bool isTemporaryName(std::string_view name) {
   return name.starts_with(TEMPORARY_PREFIX) && name.ends_with(TEMPORARY_SUFFIX);
+}
+
+/// Gives the other folders that links in this one lead to: what is written through a link has its temporary
+/// there.
+std::set<std::string> removeTemporariesIn(const std::string& folder) {
+  std::set<std::string> linked;
+  const std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(folder.c_str()), ::closedir);
+  while (const dirent* entry = directory ? ::readdir(directory.get()) : nullptr) {
+    const std::string path = folder + "/" + entry->d_name;
+    if (isTemporaryName(entry->d_name))
+      ::unlink(path.c_str());
+    else if (const std::string target = resolved(path); target != path)
+      linked.insert(folderOf(target));
+  }
+  return linked;
+}
+
+/// Nothing when the file can't be read to its end.
+std::optional<std::string> contentOf(const String& path) {
+  std::ifstream file(path.toUTF8(), std::ios::binary);
+  std::string content;
+  std::vector<char> buffer(BUFFER_SIZE);
+  while (file.read(buffer.data(), static_cast<std::streamsize>(buffer.size())) || file.gcount() > 0)
+    content.append(buffer.data(), static_cast<std::size_t>(file.gcount()));
+  return file.eof() && !file.bad() ? std::optional(content) : std::nullopt;
 }
 
 } // namespace
@@ -212,12 +250,12 @@ void replaceFile(const String& path, const std::function<void(std::ostream&)>& w
   if (check)
     check(String(temporary.path().c_str()));
   temporary.publish();
-  flushFolder(folderOf(target));
+  flushFolderOf(target);
 }
 
 bool copyFileReplacing(const String& from, const String& to) {
   const std::string source = from.toUTF8();
-  const OpenFile file(::open(source.c_str(), O_RDONLY | O_CLOEXEC));
+  const OpenFile file(uninterrupted([&source] { return ::open(source.c_str(), O_RDONLY | O_CLOEXEC); }));
   if (file.get() < 0 && errno == ENOENT)
     return false;
   if (file.get() < 0)
@@ -225,26 +263,26 @@ bool copyFileReplacing(const String& from, const String& to) {
   replaceFile(to, [&](std::ostream& out) {
     std::vector<char> buffer(BUFFER_SIZE);
     for (;;) {
-      const ssize_t count = ::read(file.get(), buffer.data(), buffer.size());
+      const ssize_t count = uninterrupted([&] { return ::read(file.get(), buffer.data(), buffer.size()); });
+      if (count < 0)
+        fail("cannot read", source, errno);
       if (count == 0)
         return;
-      if (count > 0)
-        out.write(buffer.data(), count);
-      else if (errno != EINTR)
-        fail("cannot read", source, errno);
+      out.write(buffer.data(), count);
     }
   });
   return true;
 }
 
+bool haveSameContent(const String& left, const String& right) {
+  const std::optional<std::string> content = contentOf(left);
+  return content && content == contentOf(right);
+}
+
 void removeLeftoverTemporaries(const String& folder) {
   const std::string path = folder.toUTF8();
-  const std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(path.c_str()), ::closedir);
-  if (!directory)
-    return;
-  while (const dirent* entry = ::readdir(directory.get()))
-    if (isTemporaryName(entry->d_name))
-      ::unlink((path + "/" + entry->d_name).c_str());
+  for (const std::string& linked : removeTemporariesIn(path))
+    removeTemporariesIn(linked);
 }
 
 FilePresence filePresence(const String& path) {

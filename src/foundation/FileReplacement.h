@@ -8,6 +8,7 @@ namespace Tallymoor {
 /// Writes a file so that a crash or failure at any moment leaves the old one or the new one, whole: the
 /// content goes to a temporary beside it, is flushed to disk, checked, and renamed over the old file. Throws
 /// Exception with the path and the system's reason; the old file then stands and the temporary is removed.
+/// Only when the folder can't be flushed at the end does the new file stand, and may not last.
 /// check, if given, is called with the path of the finished temporary and throws to refuse it.
 void replaceFile(const String& path, const std::function<void(std::ostream&)>& write,
                  const std::function<void(const String& temporaryPath)>& check = {});
@@ -15,7 +16,10 @@ void replaceFile(const String& path, const std::function<void(std::ostream&)>& w
 /// Copies a file by replaceFile. A missing source does nothing and gives false.
 bool copyFileReplacing(const String& from, const String& to);
 
-/// Removes temporaries that an interrupted replaceFile left in a folder.
+/// True when both files can be read and agree in every byte.
+bool haveSameContent(const String& left, const String& right);
+
+/// Removes temporaries that an interrupted replaceFile left in a folder, or behind a link that stands in it.
 void removeLeftoverTemporaries(const String& folder);
 
 enum class FilePresence { Missing, RegularFile, Unusable };

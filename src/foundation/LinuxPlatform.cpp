@@ -6,6 +6,7 @@
 #include "foundation/MoneyFormat.h"
 #include "foundation/ProgramStart.h"
 #include "foundation/ShortDatePicture.h"
+#include "foundation/Uninterrupted.h"
 #include <array>
 #include <cerrno>
 #include <climits>
@@ -105,7 +106,7 @@ bool makeFolders(const std::string& path) {
 class MappedFile {
 public:
   explicit MappedFile(const std::string& path) {
-    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    const int file = uninterrupted([&path] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC); });
     struct stat info {};
     if (file >= 0 && ::fstat(file, &info) == 0 && S_ISREG(info.st_mode)) {
       m_readable = true;

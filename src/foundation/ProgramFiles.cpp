@@ -1,7 +1,8 @@
 #include "foundation/ProgramFiles.h"
+#include "foundation/Uninterrupted.h"
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
+#include <cstdio>
+#include <fcntl.h>
 #include <string_view>
 #include <strings.h>
 #include <sys/stat.h>
@@ -24,6 +25,21 @@ bool isLibraryName(const std::string& fileName, const std::string& stem) {
          fileName.ends_with(LIBRARY_SUFFIX) && fileName.size() >= stem.size() + LIBRARY_SUFFIX.size() &&
          fileName.find("..") == std::string::npos &&
          std::all_of(fileName.begin(), fileName.end(), isNameCharacter);
+}
+
+/// False when a byte of it, or the file itself, could not be written.
+bool writeWhole(const std::string& path, std::string_view content) {
+  const int file =
+      uninterrupted([&path] { return ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666); });
+  if (file < 0)
+    return false;
+  while (!content.empty()) {
+    const ssize_t count = uninterrupted([&] { return ::write(file, content.data(), content.size()); });
+    if (count <= 0)
+      break;
+    content.remove_prefix(static_cast<std::size_t>(count));
+  }
+  return (::close(file) == 0 || errno == EINTR) && content.empty();
 }
 
 } // namespace
@@ -54,8 +70,8 @@ std::string stemOfProgramFile(const std::string& fileName) {
 
 std::vector<std::string> filesWithStem(const std::string& stem) {
   std::vector<std::string> names;
-  std::error_code error;
-  for (const auto& entry : std::filesystem::directory_iterator(".", error)) {
+  const auto folder = despiteInterruptions([] { return std::filesystem::directory_iterator("."); });
+  for (const auto& entry : folder) {
     const std::string name = entry.path().filename();
     std::error_code unreadable;
     if (strncasecmp(name.c_str(), stem.c_str(), stem.size()) == 0 && !entry.is_directory(unreadable))
@@ -65,14 +81,21 @@ std::vector<std::string> filesWithStem(const std::string& stem) {
   return names;
 }
 
-void moveUpCompleteUpdates() {
-  std::error_code error;
-  std::vector<std::filesystem::path> files;
-  for (const auto& entry : std::filesystem::directory_iterator(COMPLETE_UPDATES, error))
-    files.push_back(entry.path());
-  for (const std::filesystem::path& file : files)
-    std::filesystem::rename(file, UPDATE_FOLDER / file.filename(), error);
-  std::filesystem::remove(COMPLETE_UPDATES, error); // fails as long as a file is left in it
+bool moveUpCompleteUpdates() {
+  namespace fs = std::filesystem;
+  try {
+    if (!despiteInterruptions([] { return fs::exists(COMPLETE_UPDATES); }))
+      return true;
+    std::vector<fs::path> files;
+    for (const auto& entry : despiteInterruptions([] { return fs::directory_iterator(COMPLETE_UPDATES); }))
+      files.push_back(entry.path());
+    for (const fs::path& file : files)
+      despiteInterruptions([&file] { fs::rename(file, UPDATE_FOLDER / file.filename()); });
+    despiteInterruptions([] { fs::remove(COMPLETE_UPDATES); });
+    return true;
+  } catch (const fs::filesystem_error&) {
+    return false;
+  }
 }
 
 bool isOwnFolder(const std::string& path) {
@@ -86,8 +109,14 @@ bool belongsToPackage() {
 }
 
 bool leaveOverrideMarker() {
-  std::ofstream marker(OVERRIDE_MARKER, std::ios::out | std::ios::trunc);
-  return marker.is_open();
+  return writeWhole(OVERRIDE_MARKER, {});
+}
+
+void leaveInstallerFailure(const std::string& reason) {
+  const std::string fresh = INSTALLER_FAILURE + std::string(".new");
+  const auto publish = [&fresh] { return ::rename(fresh.c_str(), INSTALLER_FAILURE); };
+  if (!writeWhole(fresh, reason + '\n') || uninterrupted(publish) != 0)
+    ::unlink(fresh.c_str());
 }
 
 } // namespace Tallymoor

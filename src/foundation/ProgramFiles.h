@@ -14,6 +14,8 @@ inline constexpr const char* UPDATE_FOLDER = "./updates/";
 inline constexpr const char* COMPLETE_UPDATES = "./updates/complete";
 /// Lets one start pass although updates wait.
 inline constexpr const char* OVERRIDE_MARKER = "override.start.tallymoor";
+/// Files as they were, and links and files on their way to their places, while the installer works.
+inline constexpr const char* PREVIOUS_FILES = "./updates/previous";
 /// Why the installer could not do its work; the program tells of it and removes it.
 inline constexpr const char* INSTALLER_FAILURE = "update.failure.tallymoor";
 /// Laid down by a package of the system. The files beside it are the package manager's, which nothing but a
@@ -32,11 +34,13 @@ bool isProgramFileName(const std::string& fileName, const std::string& stem);
 std::string stemOfProgramFile(const std::string& fileName);
 
 /// Names of the files, not folders, in the current folder that begin with the stem in any case, sorted.
+/// Throws std::filesystem::filesystem_error where the folder can't be read.
 std::vector<std::string> filesWithStem(const std::string& stem);
 
 /// Moves the files of COMPLETE_UPDATES up into the update folder, whole or as far as it goes; what could not
-/// be moved stays there for the next attempt. Does nothing when there is no such folder.
-void moveUpCompleteUpdates();
+/// be moved stays there for the next attempt, and the result is false. Does nothing when there is no such
+/// folder.
+bool moveUpCompleteUpdates();
 
 /// True for a folder that belongs to this user, who can write to it, and that nobody else can write to.
 bool isOwnFolder(const std::string& path);
@@ -46,5 +50,7 @@ bool belongsToPackage();
 
 /// Creates the empty marker file. False when it could not be made.
 bool leaveOverrideMarker();
+/// Leaves the reason in INSTALLER_FAILURE, whole or not at all.
+void leaveInstallerFailure(const std::string& reason);
 
 } // namespace Tallymoor

@@ -1,7 +1,15 @@
 #include "foundation/Settings.h"
 #include "foundation/Exception.h"
+#include "foundation/FileReplacement.h"
+#include <algorithm>
+#include <cerrno>
 #include <charconv>
 #include <cmath>
+#include <cstring>
+#include <ostream>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
 #define FX_NO_GLOBAL_NAMESPACE
 #include <fx.h>
 
@@ -16,6 +24,7 @@ constexpr std::size_t LONGEST_PIECE = 400;
 constexpr const char* CONTINUATION_MARK = "%+";
 /// A section or key of more bytes would leave a line no room for its value.
 constexpr std::size_t LONGEST_NAME = 350;
+constexpr const char* SETTINGS_FOLDER = "/.foxrc/"; ///< where the toolkit reads them, below the user's home
 
 FX::FXRegistry* attached = nullptr;
 
@@ -141,6 +150,27 @@ std::optional<Number> leadingNumber(const std::string& text) {
   return number;
 }
 
+/// What the toolkit would write to the file. It does not notice a full disk and would put half a file in the
+/// old one's place, so it writes to memory alone.
+std::string fileContent(FX::FXRegistry& registry) {
+  const int memory = ::memfd_create("settings", MFD_CLOEXEC);
+  if (memory < 0)
+    throw Exception(String(u"Settings - ") + std::strerror(errno));
+  const bool written = registry.unparseFile(FX::FXString("/proc/self/fd/") + FX::FXStringVal(memory));
+  std::string content(static_cast<std::size_t>(::lseek(memory, 0, SEEK_END)), '\0');
+  const ssize_t count = ::pread(memory, content.data(), content.size(), 0);
+  ::close(memory);
+  if (!written || count != static_cast<ssize_t>(content.size()))
+    throw Exception(u"Settings - cannot put the settings into words");
+  return content;
+}
+
+/// Where one can't be made, the file in it can't either, and tells.
+void makeFoldersAbove(const std::string& path) {
+  for (std::size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1))
+    ::mkdir(path.substr(0, slash).c_str(), 0777);
+}
+
 std::string shortestText(double value) {
   char buffer[64];
   const auto end = std::to_chars(buffer, buffer + sizeof buffer, std::isfinite(value) ? value : 0.0).ptr;
@@ -259,9 +289,30 @@ std::vector<String> Settings::sections(const String& prefix) const {
   return result;
 }
 
+String Settings::filePath() const {
+  if (!attached)
+    return String();
+  const FX::FXString path = FX::FXSystem::getHomeDirectory() + SETTINGS_FOLDER + attached->getVendorKey() +
+                            "/" + attached->getAppKey();
+  return String::fromUTF8(path.text());
+}
+
 void Settings::commit() {
-  if (attached)
-    attached->write();
+  if (!attached || !attached->isModified())
+    return;
+  const std::string content = fileContent(*attached);
+  const String path = filePath();
+  makeFoldersAbove(path.toUTF8());
+  replaceFile(path, [&content](std::ostream& out) { out << content; });
+  attached->setModified(false);
+}
+
+void Settings::commitIfPossible() {
+  try {
+    commit();
+  } catch (const Exception&) {
+    // All of it is still in memory and counts as changed.
+  }
 }
 
 } // namespace Tallymoor

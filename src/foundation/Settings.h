@@ -44,8 +44,13 @@ public:
   /// Sections whose name begins with the prefix.
   std::vector<String> sections(const String& prefix) const;
 
-  /// Commits the store to its file. A write that fails is not noticed.
+  /// Commits the store to its file, which is replaced as a whole. Throws Exception where that fails; the old
+  /// file then stands, and the next commit writes what this one could not.
   void commit();
+  /// For a change that need not be told of by itself when it can't be written: the next commit tells of it.
+  void commitIfPossible();
+  /// The full name of the file; empty for the store in memory.
+  String filePath() const;
 
 private:
   Settings();

@@ -1,5 +1,6 @@
 #include "installer/UpdateInstallation.h"
 #include "foundation/ProgramFiles.h"
+#include "foundation/Uninterrupted.h"
 #include <algorithm>
 #include <chrono>
 #include <string_view>
@@ -13,7 +14,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const fs::path OLD_FILES = fs::path(UPDATE_FOLDER) / "previous"; ///< kept until all is done
+const fs::path OLD_FILES = PREVIOUS_FILES; ///< kept until all is done
 const fs::path REFUSED = fs::path(UPDATE_FOLDER) / "refused";
 constexpr std::string_view DELETED_MARK = " (deleted)";
 constexpr auto POLL = std::chrono::milliseconds(50);
@@ -21,7 +22,7 @@ constexpr auto POLL = std::chrono::milliseconds(50);
 /// The files that wait, the program's own image last: it is replaced when all that it needs is there.
 std::vector<std::string> waitingFiles() {
   std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(UPDATE_FOLDER))
+  for (const auto& entry : despiteInterruptions([] { return fs::directory_iterator(UPDATE_FOLDER); }))
     if (entry.symlink_status().type() != fs::file_type::directory)
       names.push_back(entry.path().filename());
   const std::string& program = programFileStems().front();
@@ -39,16 +40,37 @@ bool isSafeFile(const fs::path& path) {
 }
 
 void refuse(const std::string& fileName) {
-  fs::create_directory(REFUSED);
-  fs::rename(fs::path(UPDATE_FOLDER) / fileName, REFUSED / fileName);
+  despiteInterruptions([] { fs::create_directory(REFUSED); });
+  despiteInterruptions([&] { fs::rename(fs::path(UPDATE_FOLDER) / fileName, REFUSED / fileName); });
+}
+
+/// Where a file or link is made before it is renamed to its place: what is left of it goes with the folder.
+fs::path fresh(const fs::path& place) {
+  return OLD_FILES / (place.filename().string() + ".new");
+}
+
+void moveFresh(const fs::path& place) {
+  std::error_code failure;
+  std::error_code ignored;
+  do
+    fs::rename(fresh(place), place, failure);
+  while (failure == std::errc::interrupted);
+  fs::remove(fresh(place), ignored); // a second name of the file in its place already stays after renaming
+  if (failure)
+    throw fs::filesystem_error("rename", place, failure);
+}
+
+/// The file also goes on waiting, so that an installation that is cut off here is taken up again.
+void putInPlace(const fs::path& waiting, const std::string& fileName) {
+  fs::remove(fresh(fileName));
+  fs::create_hard_link(waiting, fresh(fileName));
+  moveFresh(fileName);
 }
 
 void replaceLink(const fs::path& link, const fs::path& target) {
-  fs::path fresh = link;
-  fresh += ".new";
-  fs::remove(fresh);
-  fs::create_symlink(target, fresh);
-  fs::rename(fresh, link);
+  fs::remove(fresh(link));
+  fs::create_symlink(target, fresh(link));
+  moveFresh(link);
 }
 
 bool runsImage(const fs::path& process, const std::string& image) {
@@ -60,7 +82,7 @@ bool runsImage(const fs::path& process, const std::string& image) {
 }
 
 bool programRuns(const std::string& image) {
-  for (const auto& process : fs::directory_iterator("/proc"))
+  for (const auto& process : despiteInterruptions([] { return fs::directory_iterator("/proc"); }))
     if (runsImage(process.path(), image))
       return true;
   return false;
@@ -82,9 +104,10 @@ bool waitForProgramsEnd(unsigned milliseconds) {
 void UpdateInstallation::run() {
   try {
     requireOwnFolders();
-    moveUpCompleteUpdates();
-    fs::remove_all(OLD_FILES);
-    fs::create_directory(OLD_FILES);
+    if (!moveUpCompleteUpdates())
+      throw InstallationFailure("a downloaded file could not be moved");
+    despiteInterruptions([] { fs::remove_all(OLD_FILES); });
+    despiteInterruptions([] { fs::create_directory(OLD_FILES); });
     for (const std::string& fileName : waitingFiles()) {
       const std::string stem = stemOfProgramFile(fileName);
       if (stem.empty() || !isSafeFile(fs::path(UPDATE_FOLDER) / fileName))
@@ -99,8 +122,7 @@ void UpdateInstallation::run() {
     undoAll();
     throw;
   }
-  std::error_code ignored; // the files in it are of no more use
-  fs::remove_all(OLD_FILES, ignored);
+  removedWhole(OLD_FILES); // the files in it are of no more use
 }
 
 void UpdateInstallation::requireOwnFolders() const {
@@ -116,29 +138,37 @@ void UpdateInstallation::install(const std::string& fileName, const std::string&
       stem == programFileStems().front() ? std::vector<std::string>{fileName} : filesWithStem(stem);
   std::erase_if(oldNames, [](const std::string& name) { return !fs::exists(name); });
   if (!oldNames.empty())
-    fs::permissions(waiting, fs::status(oldNames.front()).permissions());
+    despiteInterruptions([&] { fs::permissions(waiting, fs::status(oldNames.front()).permissions()); });
   for (const std::string& old : oldNames)
     keepOld(old);
+  const bool isNewName = std::find(oldNames.begin(), oldNames.end(), fileName) == oldNames.end();
   step(
-      fileName, [&] { fs::rename(waiting, fileName); }, [=] { fs::rename(fileName, waiting); });
+      fileName, [&] { putInPlace(waiting, fileName); },
+      [=] {
+        if (isNewName)
+          fs::remove(fileName);
+      });
   turnLinks(oldNames, fileName);
   for (const std::string& old : oldNames)
     if (old != fileName)
       step(
           old, [&] { fs::remove(old); }, [] {});
+  step(
+      fileName, [&] { fs::remove(waiting); }, [=] { fs::create_hard_link(fileName, waiting); });
 }
 
 /// A copy, so that the file itself is in its place until the new one takes it.
 void UpdateInstallation::keepOld(const std::string& fileName) {
   step(
-      fileName, [&] { fs::copy_file(fileName, OLD_FILES / fileName); },
+      fileName, [&] { fs::copy_file(fileName, OLD_FILES / fileName, fs::copy_options::overwrite_existing); },
       [=] { fs::rename(OLD_FILES / fileName, fileName); });
 }
 
 void UpdateInstallation::turnLinks(const std::vector<std::string>& oldNames, const std::string& newName) {
-  std::error_code none;
   std::vector<fs::path> links;
-  for (const auto& entry : fs::directory_iterator(LIBRARY_LINKS, none))
+  if (!despiteInterruptions([] { return fs::exists(LIBRARY_LINKS); }))
+    return;
+  for (const auto& entry : despiteInterruptions([] { return fs::directory_iterator(LIBRARY_LINKS); }))
     if (entry.is_symlink())
       links.push_back(entry.path());
   for (const fs::path& link : links) {
@@ -153,7 +183,7 @@ void UpdateInstallation::turnLinks(const std::vector<std::string>& oldNames, con
 void UpdateInstallation::step(const std::string& what, const std::function<void()>& work,
                               std::function<void()> undo) {
   try {
-    work();
+    despiteInterruptions(work);
   } catch (const fs::filesystem_error& error) {
     throw InstallationFailure(what + ": " + error.code().message());
   }
@@ -163,7 +193,7 @@ void UpdateInstallation::step(const std::string& what, const std::function<void(
 void UpdateInstallation::undoAll() {
   while (!m_undo.empty()) {
     try {
-      m_undo.back()();
+      despiteInterruptions(m_undo.back());
     } catch (const fs::filesystem_error&) {
       // The others go back all the same; the kept file stays where it can be found.
     }

@@ -17,7 +17,8 @@ public:
 /// none. Only files by the names of program files are moved in; whatever else lies there goes to
 /// "./updates/refused". Each file is replaced by renaming, so that a program still running keeps its own, and
 /// keeps its execute bits. A library may come under a new name: the links to the old one are turned to it,
-/// and the old one goes.
+/// and the old one goes. A file goes on waiting until all of this is done: when the installer is killed, the
+/// next start of the program lets it finish.
 ///
 /// That the files are genuine was found out before they were put there; here it is made sure that nobody else
 /// can have put them there.

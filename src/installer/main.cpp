@@ -6,7 +6,6 @@
 #include "foundation/VersionRecord.h"
 #include "installer/UpdateInstallation.h"
 #include <cstdio>
-#include <fstream>
 
 TALLYMOOR_VERSION_RECORD("1.3.1.510");
 
@@ -26,7 +25,7 @@ void install() {
 /// start would come back here.
 bool leaveFailure(const char* reason) {
   std::fprintf(stderr, "UpdateInstaller: %s\n", reason);
-  std::ofstream(INSTALLER_FAILURE, std::ios::trunc) << reason << '\n';
+  leaveInstallerFailure(reason);
   return leaveOverrideMarker();
 }
 

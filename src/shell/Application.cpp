@@ -3,17 +3,39 @@
 #include "foundation/Platform.h"
 #include "foundation/RunTimeSettings.h"
 #include "foundation/Settings.h"
+#include "foundation/UnforeseenFailure.h"
+#include "foundation/UserInteraction.h"
 #include "foundation/XmlLibrary.h"
 #include "market/TallymoorInternet.h"
 #include "shell/TallymoorWindow.h"
 #include "shell/UpdateHandover.h"
+#include "shell/Updates.h"
 #include "widgets/ToolkitText.h"
 #include "xml/CountryOfResidence.h"
 #include <fx.h>
+#include <memory>
 
 namespace Tallymoor {
 
 namespace {
+
+/// The toolkit would write the settings itself when it ends. It does not notice a full disk, and would put
+/// half a file in the place of the last one.
+class Toolkit : public FXApp {
+public:
+  using FXApp::FXApp;
+
+  void exit(FXint code = 0) override {
+    try {
+      Settings::Instance().commit();
+    } catch (const Exception& exception) {
+      if (UserInteraction::exists())
+        UserInteraction::Instance().reportException(u"Your settings could not be saved.", exception);
+    }
+    reg().setModified(false);
+    FXApp::exit(code);
+  }
+};
 
 /// A message box before there is a main window.
 void showStartError(FXApp& app, const String& caption, const String& text) {
@@ -45,25 +67,46 @@ bool endsForUpdates(FXApp& app) {
   return false;
 }
 
+/// The exit status. An exception on its way through the toolkit's loop ends the program, but not without a
+/// word, and not without saving the records.
+int runLoop(FXApp& app, TallymoorWindow& window) {
+  int status = 1;
+  try {
+    withUnforeseenFailures([&] { status = app.run(); });
+  } catch (const Exception& exception) {
+    window.endAfterFailure(exception);
+  }
+  return status;
+}
+
 int runWindow(FXApp& app) {
   Settings::attach(&app.reg());
   readSettings();
   WindowIcons icons(&app);
-  TallymoorWindow* window = new TallymoorWindow(&app, icons);
+  const auto window = std::make_unique<TallymoorWindow>(&app, icons); // goes before the icons that it shows
   app.create();
-  const int status = app.run();
-  delete window; // before the icons that it shows
-  return status;
+  return runLoop(app, *window);
 }
 
-int runUnderToolkit(int argc, char** argv) {
-  FXApp app(APP_NAME.toUTF8().c_str(), VENDOR_NAME.toUTF8().c_str());
-  app.init(argc, argv);
+int runProgram(FXApp& app) {
   if (anotherCopyRuns(app))
     return 0;
+  finishInterruptedUpdates();
   if (endsForUpdates(app))
     return 1;
   return runWindow(app);
+}
+
+int runUnderToolkit(int argc, char** argv) {
+  Toolkit app(APP_NAME.toUTF8().c_str(), VENDOR_NAME.toUTF8().c_str());
+  app.init(argc, argv);
+  int status = 1;
+  try {
+    withUnforeseenFailures([&] { status = runProgram(app); });
+  } catch (const Exception& exception) {
+    showStartError(app, APP_NAME, u"Tallymoor could not start. " + exception.description());
+  }
+  return status;
 }
 
 } // namespace

@@ -27,7 +27,7 @@ const String FOLDER = u"TransferFolder"; ///< where the last file was exported t
 // ---- Choosing a file ----
 
 FXString startFolder() {
-  const FXString last = toFox(Settings::Instance().readString(SECTION, FOLDER));
+  const FXString last = toFox(lastTransferFolder());
   return FXStat::isDirectory(last) ? last : FXSystem::getHomeDirectory();
 }
 
@@ -206,6 +206,18 @@ String chooseImportFile(FXWindow* owner) {
 
 // ---- Export ----
 
+String lastTransferFolder() {
+  return Settings::Instance().readString(SECTION, FOLDER);
+}
+
+// The folder must be known before there is a temporary in it that the next start may have to remove.
+void writeExport(const String& path, XMLPortfolios& records) {
+  Settings& settings = Settings::Instance();
+  settings.writeString(SECTION, FOLDER, path.substr(0, path.find_last_of(u'/') + 1));
+  settings.commitIfPossible();
+  saveDocument(path, records, RECORDS_DTD, newRecords);
+}
+
 void exportPortfolios(FXWindow* owner, XMLPortfolios& records) {
   auto file = chooseFile(owner, "Export portfolios to:");
   if (!file)
@@ -217,7 +229,7 @@ void exportPortfolios(FXWindow* owner, XMLPortfolios& records) {
   if (FXStat::exists(*file) &&
       !user.question(u"Do you want to overwrite the file\n" + name + u"\nwith your exported portfolios?"))
     return;
-  saveDocument(name, records, RECORDS_DTD, newRecords);
+  writeExport(name, records);
   user.information(u"Your portfolios have been exported to\n" + name +
                    u"\nThis can be used as a backup, or imported for a different user or computer.");
 }

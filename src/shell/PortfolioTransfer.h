@@ -52,6 +52,12 @@ String importSummary(const std::vector<String>& names);
 /// Exception when it can't be written; an older file then stands.
 void exportPortfolios(FX::FXWindow* owner, XMLPortfolios& records);
 
+/// Writes the records to this file, and keeps its folder as the one where the next choice of a file begins.
+/// Throws Exception when it can't be written; an older file then stands.
+void writeExport(const String& path, XMLPortfolios& records);
+/// The folder of the last export or import, from the settings; empty when there was none.
+String lastTransferFolder();
+
 /// Asks for the file to import from; an empty text when the user cancelled.
 String chooseImportFile(FX::FXWindow* owner);
 

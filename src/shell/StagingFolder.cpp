@@ -1,6 +1,7 @@
 #include "shell/StagingFolder.h"
 #include "foundation/Exception.h"
 #include "foundation/FileReplacement.h"
+#include "foundation/Uninterrupted.h"
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -10,17 +11,15 @@
 namespace Tallymoor {
 
 StagingFolder::StagingFolder(const std::string& path) : m_path(path) {
-  std::error_code ignored;
-  std::filesystem::remove_all(m_path, ignored);
+  removedWhole(m_path);
   if (::mkdir(m_path.c_str(), 0700) != 0)
     throw Exception(String(u"StagingFolder::StagingFolder - cannot make ") + m_path.c_str() + u": " +
                     std::strerror(errno));
 }
 
 StagingFolder::~StagingFolder() {
-  std::error_code ignored;
   if (!m_published)
-    std::filesystem::remove_all(m_path, ignored);
+    removedWhole(m_path);
 }
 
 String StagingFolder::file(const String& name) const {
@@ -34,12 +33,13 @@ void StagingFolder::write(const String& name, const std::vector<std::uint8_t>& c
 }
 
 void StagingFolder::publishAs(const std::string& path) {
-  std::error_code error;
-  std::filesystem::remove_all(path, error);
-  std::filesystem::rename(m_path, path, error);
-  if (error)
+  removedWhole(path);
+  try {
+    despiteInterruptions([&] { std::filesystem::rename(m_path, path); });
+  } catch (const std::filesystem::filesystem_error& error) {
     throw Exception(String(u"StagingFolder::publishAs - cannot make ") + path.c_str() + u": " +
-                    error.message().c_str());
+                    error.code().message().c_str());
+  }
   m_published = true;
 }
 

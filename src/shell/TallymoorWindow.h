@@ -105,6 +105,9 @@ public:
   void applicationTitle(String& title) const override;
   void saveAll() override;
   void shutdown() override;
+  /// For an exception that nobody caught, once the toolkit's loop has ended because of it: tells of it, saves
+  /// the records and lets everything go, as on Exit.
+  void endAfterFailure(const Exception& exception);
   void minimiseToTray() override;
   void updateStatus() override;
   void warnOnce(const String& text, const String& caption, const String& key, int level) override;

@@ -1,13 +1,12 @@
 // The window's data: how it is loaded when the window is created, and how it is saved and let go at the end.
 #include "entry/StartupWizard.h"
-#include "foundation/Constants.h"
-#include "foundation/FileReplacement.h"
-#include "foundation/Platform.h"
 #include "foundation/Settings.h"
+#include "foundation/UnforeseenFailure.h"
 #include "foundation/UserInteraction.h"
 #include "market/TallymoorInternet.h"
 #include "shell/AdvertStrip.h"
 #include "shell/PortfolioTransfer.h"
+#include "shell/ProfileFolders.h"
 #include "shell/ProgramUpdater.h"
 #include "shell/TallymoorWindow.h"
 #include "shell/UpdateCheck.h"
@@ -27,16 +26,6 @@ namespace {
 /// Which of the window's lengthy functions runs.
 enum LengthyWork { LOAD, UNLOAD };
 
-/// What every start needs before anything is read: the default documents, and no remains of interrupted
-/// saves.
-void tidyFolders() {
-  Platform& platform = Platform::Instance();
-  installMissingDefaults(platform, APP_NAME);
-  for (const String& folder : {dataDirectory(platform, APP_NAME), configDirectory(platform, APP_NAME),
-                               cacheDirectory(platform, APP_NAME), reportDirectory(platform, APP_NAME)})
-    removeLeftoverTemporaries(folder);
-}
-
 /// What was told once may be told again.
 void forgetWarnings() {
   Settings::Instance().deleteSection(u"Warnings");
@@ -48,7 +37,7 @@ void TallymoorWindow::loadUnderProgress() {
   ProgressDialog dialog(this, u"Tallymoor startup", u"Please wait while caches and portfolio are loaded.", 5,
                         ProgressDialog::PERCENT_BAR, m_icons.banner.get());
   try {
-    dialog.run(*this, LOAD);
+    withUnforeseenFailures([&] { dialog.run(*this, LOAD); });
     dialog.finish();
   } catch (const Exception& exception) {
     m_store.setLoadFailed();
@@ -66,7 +55,7 @@ void TallymoorWindow::runLengthyFunction(Progress& progress, int argument) {
 
 void TallymoorWindow::load(Progress& progress) {
   progress.setTotal(4);
-  tidyFolders();
+  tidyProfileFolders();
   forgetWarnings(); // of a run that did not come to its end
   CountryOfResidence::Instance();
   progress.step(1, u"loading price cache");
@@ -112,8 +101,17 @@ void TallymoorWindow::shutdown() {
     dialog.run(*this, UNLOAD);
     dialog.finish();
   }
-  getApp()->handle(this, FXSEL(SEL_COMMAND, FXApp::ID_QUIT), nullptr);
+  getApp()->handle(this, FXSEL(SEL_COMMAND, FXApp::ID_QUIT), nullptr); // writes the settings, too
   m_shutdownDone = true;
+}
+
+void TallymoorWindow::endAfterFailure(const Exception& exception) {
+  reportException(u"Tallymoor has to end because of a failure. It saves your records now; the state before\n"
+                  u"stays beside them, in \"Portfolios.xml.bak\".\n",
+                  exception);
+  onShutdown(this, 0, nullptr);
+  if (!m_shutdownDone)
+    saveAll();
 }
 
 void TallymoorWindow::unload(Progress& progress) {
@@ -189,7 +187,7 @@ void TallymoorWindow::importFrom(const String& file, TotalCapTreeItem& totalCapi
   std::optional<ImportedPortfolios> imported;
   try {
     const WaitCursor wait;
-    imported.emplace(file);
+    withUnforeseenFailures([&] { imported.emplace(file); });
   } catch (const Exception& exception) {
     error(u"Failed to decode the imported portfolios:  " + exception.description() +
           u"\nNothing was imported from " + file + u", and your portfolios are as they were.");
@@ -214,7 +212,7 @@ void TallymoorWindow::saveEverything() {
   std::optional<Exception> failure;
   const auto attempt = [&failure](auto step) {
     try {
-      step();
+      withUnforeseenFailures(step);
     } catch (const Exception& exception) {
       if (!failure)
         failure = exception;

@@ -3,9 +3,11 @@
 #include "foundation/FileReplacement.h"
 #include "foundation/Platform.h"
 #include "foundation/ProgramFiles.h"
+#include "foundation/Uninterrupted.h"
 #include "market/HTTPClient.h"
 #include "market/LocatorSet.h"
 #include "market/URL.h"
+#include "shell/UpdateHandover.h"
 #include "shell/UpdateSignature.h"
 #include "xml/LocatorDocuments.h"
 #include <algorithm>
@@ -20,20 +22,29 @@ namespace {
 const String QUERY_KEY = u"filename=";
 constexpr const char* DOCUMENTS = "documents";
 constexpr const char* STAGING = "staging";
+constexpr const char* LOCATORS_TOGETHER = "locators";
 constexpr std::size_t LOCATOR_DOCUMENTS = 3; ///< they come first among the documents
 
 String fromFileName(const std::string& name) {
   return String::fromUTF8(name);
 }
 
-/// "./updates/" where it and the program's folder are ours; else a folder of the user's, which serves documents alone.
+std::string usersUpdateFolder() {
+  return (Platform::Instance().userHomeDirectory(APP_NAME) + u"/Updates/").toUTF8();
+}
+
+bool mayHoldUpdates(const std::string& folder) {
+  return isOwnFolder(folder) && (folder != UPDATE_FOLDER || (isOwnFolder(".") && !belongsToPackage()));
+}
+
+/// "./updates/" where it and the program's folder are ours; else a folder of the user's, which serves
+/// documents alone.
 std::string updateFolder() {
-  if (isOwnFolder(".") && !belongsToPackage()) {
+  if (isOwnFolder(".") && !belongsToPackage())
     ::mkdir(UPDATE_FOLDER, 0700); // when it is there, or can't be made, the test knows
-    if (isOwnFolder(UPDATE_FOLDER))
-      return UPDATE_FOLDER;
-  }
-  const std::string folder = (Platform::Instance().userHomeDirectory(APP_NAME) + u"/Updates/").toUTF8();
+  if (mayHoldUpdates(UPDATE_FOLDER))
+    return UPDATE_FOLDER;
+  const std::string folder = usersUpdateFolder();
   ::mkdir(folder.c_str(), 0700);
   return folder;
 }
@@ -65,7 +76,12 @@ std::array<std::int64_t, 3> versionOffered(const XMLElement& component) {
 String localFileOf(const String& stem) {
   if (stem == APP_EXE)
     return stem;
-  const std::vector<std::string> names = filesWithStem(stem.toUTF8());
+  std::vector<std::string> names;
+  try {
+    names = filesWithStem(stem.toUTF8());
+  } catch (const std::filesystem::filesystem_error& error) {
+    throw ProgramFilesFixed(String(error.what()));
+  }
   if (names.empty())
     throw ProgramFilesFixed(u"Updates::getUpdateForBinFile - failed to find local file for update: " + stem);
   if (names.size() > 1)
@@ -211,7 +227,7 @@ void Updates::downloadDocument(const LocalDocument& document) {
 /// The locator documents must lead somewhere together, or the next start would find no prices. Those that are
 /// not updated are taken from their places.
 void Updates::checkLocators() {
-  StagingFolder together(m_folder + "locators");
+  StagingFolder together(m_folder + LOCATORS_TOGETHER);
   bool anyNew = false;
   for (std::size_t i = 0; i < LOCATOR_DOCUMENTS; ++i) {
     const LocalDocument& document = m_documents[i];
@@ -236,8 +252,11 @@ bool Updates::installConfigUpdates() {
     const String downloaded = String((m_folder + DOCUMENTS).c_str()) + u"/" + document.fileName;
     if (filePresence(downloaded) != FilePresence::RegularFile)
       continue;
-    copyFileReplacing(document.path, document.path + u".bak");
-    copyFileReplacing(downloaded, document.path);
+    // In place already where an earlier attempt was cut off; the copy then holds what was there before.
+    if (!haveSameContent(downloaded, document.path)) {
+      copyFileReplacing(document.path, document.path + u".bak");
+      copyFileReplacing(downloaded, document.path);
+    }
     removeFile(downloaded);
     any = true;
   }
@@ -331,15 +350,46 @@ void Updates::publishProgramFiles() {
 bool Updates::installBinaryUpdates() {
   const std::string installer = UPDATE_INSTALLER_EXE.toUTF8();
   bool any = false;
-  std::error_code error;
-  for (const auto& entry : std::filesystem::directory_iterator(UPDATE_FOLDER, error)) {
-    const std::string name = entry.path().filename();
-    any = any || !stemOfProgramFile(name).empty();
-    std::error_code ignored; // what can't be moved now stays for the next start
-    if (name == installer)
-      std::filesystem::rename(entry.path(), installer, ignored);
+  try {
+    if (!std::filesystem::exists(UPDATE_FOLDER))
+      return false;
+    for (const auto& entry :
+         despiteInterruptions([] { return std::filesystem::directory_iterator(UPDATE_FOLDER); })) {
+      const std::string name = entry.path().filename();
+      any = any || !stemOfProgramFile(name).empty();
+      if (name == installer)
+        despiteInterruptions([&] { std::filesystem::rename(entry.path(), installer); });
+    }
+  } catch (const std::filesystem::filesystem_error&) {
+    // What can't be moved now stays for the next start.
   }
   return any;
+}
+
+// --- What was cut off
+
+void finishInterruptedUpdates() {
+  std::error_code ignored;
+  bool documentsWait = false;
+  for (const std::string& folder : {std::string(UPDATE_FOLDER), usersUpdateFolder()}) {
+    if (!mayHoldUpdates(folder))
+      continue;
+    removedWhole(folder + STAGING);
+    removedWhole(folder + LOCATORS_TOGETHER);
+    documentsWait = documentsWait || std::filesystem::exists(folder + DOCUMENTS, ignored);
+  }
+  if (mayHoldUpdates(UPDATE_FOLDER)) {
+    moveUpCompleteUpdates();
+    if (!updatesPending())
+      removedWhole(PREVIOUS_FILES);
+  }
+  if (!documentsWait)
+    return;
+  try {
+    Updates().installConfigUpdates();
+  } catch (const Exception&) {
+    // They go on waiting for the next start.
+  }
 }
 
 // --- Both tracks

@@ -104,6 +104,11 @@ private:
   std::optional<StagingFolder> m_staging; ///< while a track downloads
 };
 
+/// For the start of the program, before it looks for waiting updates: removes what an interrupted download or
+/// installation left, and finishes what was found good, as documents that were to be put in place. What can't
+/// be done now is left for the next start. Changes nothing in a folder that others can write to.
+void finishInterruptedUpdates();
+
 /// What both tracks of the service have for this copy of the program.
 struct UpdatesFound {
   bool any = false;

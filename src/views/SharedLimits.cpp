@@ -48,7 +48,6 @@ PriceLimits limitsFor(const String& code, const std::vector<Holding>& holdings) 
 
 void shareLimits(OpenPortfolios& portfolios, const String& code, const PriceLimits& limits) {
   limits.keepForStock(code);
-  Settings::Instance().commit();
   Holdings holdings = holdingsOf(portfolios);
   for (const Holding& holding : holdings[code])
     holding.setLimits(limits);

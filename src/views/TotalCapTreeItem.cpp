@@ -385,6 +385,7 @@ void TotalCapTreeItem::limitsTyped(const String& code, const PriceLimits& limits
   for (const SharePortfolioTreeItem* node : portfolioNodes())
     if (SharesHeldTreeItem* held = node->sharesHeldItem(); held && held->table())
       held->table()->updateTable();
+  Settings::Instance().commit(); // last, since a full disk must not keep the rest from being shown
 }
 
 void TotalCapTreeItem::shareLimitsOfHoldings() {

@@ -1,6 +1,8 @@
 #include "xml/DocumentReader.h"
+#include "foundation/Uninterrupted.h"
 #include "foundation/XmlLibrary.h"
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <memory>
@@ -32,7 +34,7 @@ xercesc::MemoryManager* readyFor(ParserMemory& memory) {
 /// The last bytes of a file, without the zeros that a wider encoding puts between its characters.
 std::string endOf(const std::string& path, std::size_t fileSize) {
   constexpr std::size_t LENGTH = 64 * 1024;
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file = openToRead(path);
   file.seekg(static_cast<std::streamoff>(fileSize - std::min(fileSize, LENGTH)));
   std::string end(LENGTH, '\0');
   file.read(end.data(), LENGTH);
@@ -148,7 +150,11 @@ xercesc::BinInputStream* DocumentFileSource::makeStream() const {
   std::error_code unknown;
   if (std::filesystem::is_directory(m_path, unknown))
     return nullptr;
-  auto stream = std::make_unique<CountedFileStream>(m_path, m_reader);
+  std::unique_ptr<CountedFileStream> stream;
+  do {
+    errno = 0;
+    stream = std::make_unique<CountedFileStream>(m_path, m_reader);
+  } while (!stream->getIsOpen() && errno == EINTR); // a file on a network may be interrupted by a signal
   return stream->getIsOpen() ? stream.release() : nullptr;
 }
 

@@ -56,6 +56,26 @@ int interruptedSync(int file) {
   return ::fsync(file);
 }
 
+int syncError = 0;
+
+/// Flushes the file, and fails to flush the folder.
+int failSecondSync(int file) {
+  if (++syncCalls == 1)
+    return ::fsync(file);
+  errno = syncError;
+  return -1;
+}
+
+int renameCalls = 0;
+
+int interruptedRename(const char* from, const char* to) {
+  if (++renameCalls == 1) {
+    errno = EINTR;
+    return -1;
+  }
+  return ::rename(from, to);
+}
+
 int failRename(const char*, const char*) {
   errno = EXDEV;
   return -1;
@@ -125,6 +145,38 @@ TEST_F(FileReplacementTest, FailuresOfFlushingAndRenamingAreTold) {
   EXPECT_EQ(failure("new"), u"replaceFile - cannot flush " + path + u": Input/output error");
   FileOperations::current().rename = failRename;
   EXPECT_EQ(failure("new"), u"replaceFile - cannot replace " + path + u": Invalid cross-device link");
+}
+
+TEST_F(FileReplacementTest, AnInterruptedRenamingIsMadeAgain) {
+  FileOperations::current().rename = interruptedRename;
+  renameCalls = 0;
+  write("new");
+  EXPECT_EQ(renameCalls, 2);
+  EXPECT_EQ(TestProfile::readFile(path), "new");
+}
+
+TEST_F(FileReplacementTest, AFolderThatCannotBeFlushedIsTold) {
+  FileOperations::current().sync = failSecondSync;
+  syncCalls = 0;
+  syncError = EIO;
+  EXPECT_EQ(messageOf([this] { write("new"); }),
+            u"replaceFile - cannot flush the folder of " + path + u": Input/output error");
+  EXPECT_EQ(TestProfile::readFile(path), "new");
+  EXPECT_EQ(filesInFolder(), 1);
+  syncCalls = 0;
+  syncError = EINVAL; // of a file system that knows no such thing
+  write("newer");
+  EXPECT_EQ(TestProfile::readFile(path), "newer");
+}
+
+TEST_F(FileReplacementTest, LeftoversBehindALinkAreRemovedToo) {
+  TestProfile::writeFile(profile.path("elsewhere/.tallymoor-abc.tmp"), "half");
+  TestProfile::writeFile(profile.path("elsewhere/Portfolios.xml"), "records");
+  std::filesystem::create_symlink(profile.path("elsewhere/Portfolios.xml").toUTF8(),
+                                  profile.path("files/link.xml").toUTF8());
+  removeLeftoverTemporaries(profile.path("files"));
+  EXPECT_FALSE(TestProfile::fileExists(profile.path("elsewhere/.tallymoor-abc.tmp")));
+  EXPECT_EQ(TestProfile::readFile(profile.path("files/link.xml")), "records");
 }
 
 TEST_F(FileReplacementTest, AFolderThatIsNotThereIsTold) {
@@ -208,6 +260,18 @@ TEST_F(FileReplacementTest, Copies) {
   EXPECT_EQ(TestProfile::readFile(copy), content);
   EXPECT_THROW(copyFileReplacing(profile.path("files"), copy), Exception);
   EXPECT_EQ(TestProfile::readFile(copy), content);
+}
+
+TEST_F(FileReplacementTest, SameContent) {
+  const String other = profile.path("files/other");
+  EXPECT_FALSE(haveSameContent(path, other));
+  EXPECT_FALSE(haveSameContent(other, path));
+  TestProfile::writeFile(other, "old");
+  EXPECT_TRUE(haveSameContent(path, other));
+  TestProfile::writeFile(other, "older");
+  EXPECT_FALSE(haveSameContent(path, other));
+  EXPECT_FALSE(haveSameContent(other, path));
+  EXPECT_FALSE(haveSameContent(profile.path("files"), profile.path("files"))) << "a folder";
 }
 
 TEST_F(FileReplacementTest, Presence) {

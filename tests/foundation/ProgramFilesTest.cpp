@@ -42,6 +42,32 @@ TEST(ProgramFiles, FilesWithAStemAreFoundInAnyCaseWithoutFolders) {
   EXPECT_THAT(filesWithStem("nothing"), IsEmpty());
 }
 
+TEST(ProgramFiles, TheReasonOfAFailureIsLeftWholeOrNotAtAll) {
+  const TestProfile profile;
+  const InstalledFolder folder(profile);
+  leaveInstallerFailure("a disk was full");
+  EXPECT_EQ("a disk was full\n", folder.read(INSTALLER_FAILURE));
+  std::filesystem::remove(INSTALLER_FAILURE);
+  std::filesystem::create_directory(INSTALLER_FAILURE);
+  leaveInstallerFailure("a disk was full");
+  EXPECT_FALSE(folder.exists(std::string(INSTALLER_FAILURE) + ".new"));
+}
+
+TEST(ProgramFiles, WhatCannotBeMovedUpIsTold) {
+  const TestProfile profile;
+  const InstalledFolder folder(profile);
+  EXPECT_TRUE(moveUpCompleteUpdates()) << "there are none";
+  folder.write("updates/complete/one", "1");
+  folder.write("updates/complete/two", "2");
+  folder.write("updates/two/in the way", "");
+  EXPECT_FALSE(moveUpCompleteUpdates());
+  std::filesystem::remove_all("updates/two");
+  EXPECT_TRUE(moveUpCompleteUpdates());
+  EXPECT_EQ("2", folder.read("updates/two"));
+  EXPECT_EQ("1", folder.read("updates/one"));
+  EXPECT_FALSE(folder.exists("updates/complete"));
+}
+
 TEST(ProgramFiles, OwnFolderIsOneThatNobodyElseCanWriteTo) {
   const TestProfile profile;
   const InstalledFolder folder(profile);

@@ -1,8 +1,11 @@
 #include "foundation/Settings.h"
 #include "foundation/Exception.h"
+#include "foundation/FileOperations.h"
+#include "foundation/FileReplacement.h"
 #include "support/MessageOf.h"
 #include "support/TestProfile.h"
 #include <algorithm>
+#include <cerrno>
 #include <gtest/gtest.h>
 #include <limits>
 #define FX_NO_GLOBAL_NAMESPACE
@@ -217,6 +220,40 @@ TEST_F(SettingsTest, TheFileLiesUnderVendorAndApplication) {
   settings.writeInt(u"S", u"K", 1);
   settings.commit();
   EXPECT_TRUE(TestProfile::fileExists(profile.path(".foxrc/Brindlecove/Tallymoor")));
+}
+
+ssize_t writeToFullDisk(int, const void*, size_t) {
+  errno = ENOSPC;
+  return -1;
+}
+
+TEST_F(SettingsTest, AFullDiskLeavesTheOldFileAndTheNextCommitWritesAll) {
+  const String file = profile.path(".foxrc/Brindlecove/Tallymoor");
+  EXPECT_EQ(settings.filePath(), file);
+  settings.writeInt(u"S", u"Old", 1);
+  settings.commit();
+  const std::string old = TestProfile::readFile(file);
+  settings.writeInt(u"S", u"New", 2);
+  FileOperations::current().write = writeToFullDisk;
+  EXPECT_EQ(messageOf([this] { settings.commit(); }),
+            u"replaceFile - cannot write " + file + u": No space left on device");
+  settings.commitIfPossible();
+  FileOperations::current() = FileOperations::system();
+  EXPECT_EQ(TestProfile::readFile(file), old);
+  startAgain();
+  EXPECT_EQ(settings.readInt(u"S", u"Old"), 1);
+  EXPECT_EQ(settings.readInt(u"S", u"New"), 2);
+}
+
+TEST_F(SettingsTest, TheFileIsWrittenOnlyWhenSomethingHasChanged) {
+  settings.writeInt(u"S", u"K", 1);
+  settings.commit();
+  removeFile(settings.filePath());
+  settings.commit();
+  EXPECT_FALSE(TestProfile::fileExists(settings.filePath()));
+  settings.deleteSection(u"S");
+  settings.commit();
+  EXPECT_EQ(TestProfile::readFile(settings.filePath()), "");
 }
 
 } // namespace

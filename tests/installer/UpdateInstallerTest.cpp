@@ -78,6 +78,18 @@ TEST_F(UpdateInstallerTest, FinishesAPublicationThatWasCutOff) {
   EXPECT_THAT(folder().waiting(), IsEmpty());
 }
 
+TEST_F(UpdateInstallerTest, FinishesAnInstallationThatWasCutOffBeforeTheLinksWereTurned) {
+  wait("FOXDLL-1.6.58.dll", "new library");
+  folder().write("FOXDLL-1.6.58.dll", "new library");
+  folder().write("updates/previous/FOXDLL-1.6.57.dll", "old library");
+  std::filesystem::create_symlink("../FOXDLL-1.6.58.dll", "updates/previous/libFOX-1.6.so.0.new");
+  EXPECT_EQ(0, install());
+  EXPECT_EQ("1.3.1\n", started());
+  EXPECT_THAT(filesWithStem("FOXDLL"), ElementsAre("FOXDLL-1.6.58.dll"));
+  EXPECT_EQ("../FOXDLL-1.6.58.dll", std::filesystem::read_symlink("lib/libFOX-1.6.so.0"));
+  EXPECT_THAT(folder().waiting(), IsEmpty());
+}
+
 TEST_F(UpdateInstallerTest, WaitsForTheProgramToEnd) {
   // Reads until its pipe is closed, so it runs as long as the test wants.
   std::filesystem::copy_file("/bin/cat", "Tallymoor.exe", std::filesystem::copy_options::overwrite_existing);

@@ -1,6 +1,7 @@
 #include "shell/PortfolioTransfer.h"
 #include "ShellTest.h"
 #include "foundation/FileReplacement.h"
+#include "shell/ProfileFolders.h"
 #include "support/MessageOf.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/TotalCapTreeItem.h"
@@ -124,6 +125,17 @@ TEST_F(PortfolioTransferTest, ExportWritesWhatTheNextSaveWouldWrite) {
   expectExported(path);
   exportTo(path);
   EXPECT_EQ(document(portfolio("Trading", "100.00")), TestProfile::readFile(path));
+}
+
+TEST_F(PortfolioTransferTest, WhatAnInterruptedExportLeftGoesWithTheNextStart) {
+  const String path = profile().path("stick/backup.xml");
+  std::filesystem::create_directory(profile().path("stick").toUTF8());
+  expectExported(path);
+  exportTo(path);
+  TestProfile::writeFile(profile().path("stick/.tallymoor-abc.tmp"), "half");
+  tidyProfileFolders();
+  EXPECT_FALSE(TestProfile::fileExists(profile().path("stick/.tallymoor-abc.tmp")));
+  EXPECT_TRUE(TestProfile::fileExists(path));
 }
 
 TEST_F(PortfolioTransferTest, NameWithoutExtensionGetsOne) {

@@ -251,6 +251,15 @@ TEST_F(TallymoorWindowTest, LeavingTwiceSavesOnce) {
   EXPECT_NE(std::string::npos, saved.find("Trading"));
 }
 
+TEST_F(TallymoorWindowTest, AFailureThatEndsTheProgramIsToldAndTheRecordsAreSaved) {
+  makePortfolio("Trading");
+  whenModal("Tallymoor has to end because of a failure. It saves your records now; the state before\nstays "
+            "beside them, in \"Portfolios.xml.bak\".\n Exception : out of luck",
+            [this](FXWindow& box) { press(box, "OK"); });
+  tallymoor().endAfterFailure(Exception(u"out of luck"));
+  EXPECT_NE(std::string::npos, TestProfile::readFile(recordsPath()).find("<String>Trading</String>"));
+}
+
 TEST_F(TallymoorWindowTest, LeavingAsksAgainWhenTheRecordsCannotBeSaved) {
   makePortfolio("Trading");
   tallymoor().store().records().subElement(u"SharePortfolios").subElement(u"Name").setValue(u"A&B");

@@ -415,6 +415,57 @@ const char16_t* const NOT_YOURS =
     u"The folder that the program was started in is not yours, or others can write to it.\n"
     u"Whoever installed the program there can update it.";
 
+TEST_F(UpdatesTest, StartFinishesWhatWasCutOffAndRemovesTheRest) {
+  folder().write("updates/staging/Tallymoor.exe", "half");
+  folder().write("updates/locators/CurrentPriceLocators.xml", "half");
+  folder().write("updates/previous/Tallymoor.exe", "of an installation");
+  folder().write("updates/documents/CountryConfig.xml", countries(6));
+  std::filesystem::permissions("updates", std::filesystem::perms(0700));
+  finishInterruptedUpdates();
+  EXPECT_EQ(countries(6), document("CountryConfig.xml"));
+  EXPECT_EQ(countries(5), document("CountryConfig.xml.bak"));
+  EXPECT_THAT(folder().waiting(), ::testing::IsEmpty());
+}
+
+TEST_F(UpdatesTest, CopyOfTheLastDocumentOutlivesAnInstallationThatWasCutOff) {
+  folder().write("updates/documents/CountryConfig.xml", countries(6));
+  std::filesystem::permissions("updates", std::filesystem::perms(0700));
+  writeDocument("CountryConfig.xml.bak", countries(5));
+  writeDocument("CountryConfig.xml", countries(6)); // and then it was killed
+  finishInterruptedUpdates();
+  EXPECT_EQ(countries(6), document("CountryConfig.xml"));
+  EXPECT_EQ(countries(5), document("CountryConfig.xml.bak"));
+  EXPECT_FALSE(folder().exists("updates/documents"));
+}
+
+TEST_F(UpdatesTest, StartMovesUpAPublishedSetAndKeepsWhatTheInstallerNeeds) {
+  folder().write("updates/complete/Tallymoor.exe", "new");
+  folder().write("updates/previous/Tallymoor.exe", "old");
+  std::filesystem::permissions("updates", std::filesystem::perms(0700));
+  finishInterruptedUpdates();
+  EXPECT_THAT(folder().waiting(),
+              ::testing::ElementsAre("Tallymoor.exe", "previous", "previous/Tallymoor.exe"));
+}
+
+TEST_F(UpdatesTest, StartLeavesDocumentsThatCannotBePutInPlaceForTheNext) {
+  folder().write("updates/documents/CountryConfig.xml", countries(6));
+  std::filesystem::permissions("updates", std::filesystem::perms(0700));
+  std::filesystem::remove(documentPath("CountryConfig.xml").toUTF8());
+  std::filesystem::create_directory(documentPath("CountryConfig.xml").toUTF8());
+  finishInterruptedUpdates();
+  std::filesystem::remove(documentPath("CountryConfig.xml").toUTF8());
+  finishInterruptedUpdates();
+  EXPECT_EQ(countries(6), document("CountryConfig.xml"));
+}
+
+TEST_F(UpdatesTest, StartTouchesNothingInAFolderThatOthersCanWriteTo) {
+  folder().write("updates/documents/CountryConfig.xml", countries(6));
+  std::filesystem::permissions("updates", std::filesystem::perms(0777));
+  finishInterruptedUpdates();
+  EXPECT_EQ(countries(5), document("CountryConfig.xml"));
+  EXPECT_TRUE(folder().exists("updates/documents/CountryConfig.xml"));
+}
+
 TEST_F(UpdatesTest, FolderThatOthersCanWriteToIsLeftAlone) {
   std::filesystem::permissions(".", std::filesystem::perms(0777));
   EXPECT_EQ(String(NOT_YOURS), binaryFailure(true));
