@@ -231,7 +231,7 @@ std::set<std::string> removeTemporariesIn(const std::string& folder) {
 
 /// Nothing when the file can't be read to its end.
 std::optional<std::string> contentOf(const String& path) {
-  std::ifstream file(path.toUTF8(), std::ios::binary);
+  std::ifstream file = openToRead(path.toUTF8());
   std::string content;
   std::vector<char> buffer(BUFFER_SIZE);
   while (file.read(buffer.data(), static_cast<std::streamsize>(buffer.size())) || file.gcount() > 0)

@@ -1,0 +1,254 @@
+#include "Saves.h"
+#include "Profile.h"
+#include "engine/ReportBuilder.h"
+#include "engine/ReportFiles.h"
+#include "foundation/Constants.h"
+#include "foundation/Settings.h"
+#include "market/SharePriceCache.h"
+#include "shell/PortfolioStore.h"
+#include "shell/PortfolioTransfer.h"
+#include "shell/ProfileFolders.h"
+#include "shell/Updates.h"
+#include <array>
+#include <filesystem>
+
+namespace Tallymoor {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int ENTRIES = 300; ///< enough for more than one write of a document
+const std::string ASSETS = TALLYMOOR_ASSETS;
+
+// ---- Records, backup, capital record ----
+
+void addCash(PortfolioStore& store, const std::string& word) {
+  SharePortfolioUser& portfolio = *store.portfolios().at(u"Trading");
+  for (int i = 0; i < ENTRIES; ++i)
+    portfolio.creditCash(Date(2026, 1, 5).plusDays(i % 50), 100.0 + i, CASH_EVENT_DEPOSIT,
+                         String(("DEPOSIT " + word + std::string(150, 'x')).c_str()));
+  portfolio.capitalRecord().update(portfolio);
+}
+
+/// The records of the profile, with a portfolio in them where there was none, and with more cash.
+std::shared_ptr<PortfolioStore> changedRecords(const std::string& word) {
+  auto store = std::make_shared<PortfolioStore>();
+  store->load();
+  if (store->portfolios().empty()) {
+    XMLElement& portfolio = store->records().addSubElement(new XMLSharePortfolio, u"SharePortfolios");
+    portfolio.subElement(u"Name").setValue(u"Trading");
+    store->portfolios()[u"Trading"] = std::make_unique<SharePortfolioUser>(portfolio);
+  }
+  addCash(*store, word);
+  return store;
+}
+
+Save records() {
+  return {[](bool overwrite) {
+            if (overwrite)
+              changedRecords("old")->save();
+          },
+          [](const UpdateServiceAddress&) { return [store = changedRecords("new")] { store->save(); }; }};
+}
+
+Save exported() {
+  const String file = u"../elsewhere/Exported.xml"; // of the current folder, which is that of the program
+  return {[file](bool overwrite) {
+            fs::create_directory("../elsewhere");
+            const auto store = changedRecords("old");
+            store->save();
+            if (overwrite)
+              writeExport(String(fs::absolute(file.toUTF8()).lexically_normal().c_str()), store->records());
+          },
+          [file](const UpdateServiceAddress&) {
+            return [=, store = changedRecords("new")] {
+              writeExport(String(fs::absolute(file.toUTF8()).lexically_normal().c_str()), store->records());
+            };
+          }};
+}
+
+Save report() {
+  const auto writeReport = [](const std::shared_ptr<PortfolioStore>& store, const std::string& title) {
+    SharePortfolioUser& portfolio = *store->portfolios().at(u"Trading");
+    std::shared_ptr<XMLReport> made =
+        makeReport({&portfolio}, {Date(2026, 1, 1), Date(2026, 2, 28)}, String(title.c_str()));
+    return [made] { writeReportFiles(*made, u"Report"); };
+  };
+  return {[writeReport](bool overwrite) {
+            const auto store = changedRecords("old");
+            store->save();
+            if (overwrite)
+              writeReport(store, "Old report")();
+          },
+          [writeReport](const UpdateServiceAddress&) {
+            return std::function<void()>(writeReport(changedRecords("new"), "New report"));
+          }};
+}
+
+// ---- Prices, settings, default documents ----
+
+std::shared_ptr<SharePriceCache> changedPrices(double close) {
+  auto cache = std::make_shared<SharePriceCache>(cacheDirectory(Platform::Instance(), APP_NAME));
+  for (const String code : {u"ABC.AX", u"^INDEX"}) {
+    SharePriceCache::Rows rows;
+    for (int i = 0; i < ENTRIES; ++i)
+      rows[Date(2025, 1, 1).plusDays(i)] = ShareValue{close + i, close + i, close + i, 1000};
+    cache->merge(code, rows, {Date(2025, 1, 1), Date(2025, 1, 1).plusDays(ENTRIES - 1)});
+  }
+  return cache;
+}
+
+Save prices() {
+  return {[](bool overwrite) {
+            if (overwrite)
+              changedPrices(1)->save();
+          },
+          [](const UpdateServiceAddress&) { return [cache = changedPrices(2)] { cache->save(); }; }};
+}
+
+void changeSettings(const std::string& word) {
+  for (int i = 0; i < ENTRIES; ++i)
+    Settings::Instance().writeString(u"Watchlist " + String::fromLong(i % 7), u"CODE" + String::fromLong(i),
+                                     String((word + std::string(200, 'x')).c_str()));
+}
+
+Save settings() {
+  return {[](bool overwrite) {
+            if (overwrite) {
+              changeSettings("old");
+              Settings::Instance().commit();
+            }
+          },
+          [](const UpdateServiceAddress&) {
+            changeSettings("new");
+            return [] { Settings::Instance().commit(); };
+          }};
+}
+
+/// What the first start copies, or a later one of what has been removed.
+Save defaults() {
+  return {[](bool overwrite) {
+            Platform& platform = Platform::Instance();
+            fs::remove_all(reportDirectory(platform, APP_NAME).toUTF8());
+            fs::remove((configDirectory(platform, APP_NAME) + COUNTRY_CONFIG_FILE).toUTF8());
+            if (!overwrite)
+              fs::remove_all(configDirectory(platform, APP_NAME).toUTF8());
+            fs::create_directory(configDirectory(platform, APP_NAME).toUTF8());
+          },
+          [](const UpdateServiceAddress&) {
+            return [] { installMissingDefaults(Platform::Instance(), APP_NAME); };
+          }};
+}
+
+// ---- Updates ----
+
+/// A program file of this version, as the program sees it.
+std::string image(const std::string& version, const std::string& command = "exit 0") {
+  return "#!/bin/sh\n# image @(#)Brindlecove file version " + version + ".0\n" + command + "\n";
+}
+
+std::string installerImage(const std::string& version) {
+  return image(version, std::string("exec ") + TALLYMOOR_UPDATE_INSTALLER);
+}
+
+void installProgram() {
+  Profile::write("Tallymoor.exe", image("1.3.1"), 0755);
+  Profile::write("UpdateInstaller.exe", installerImage("1.3.1"), 0755);
+  for (const char* library : {"FOXDLL-1.6.57.dll", "FxEx-1.0.0.dll", "xerces-c_3.2.4.dll"})
+    Profile::write(library, std::string("old library"), 0644);
+  fs::create_directory("lib");
+  fs::create_symlink("../FOXDLL-1.6.57.dll", "lib/libFOX-1.6.so.0");
+}
+
+UpdateSettings serviceAt(const UpdateServiceAddress& address) {
+  UpdateSettings settings;
+  settings.queryBase = String(address.queryBase.c_str());
+  settings.publicKey = address.publicKey;
+  return settings;
+}
+
+Save documents() {
+  return {[](bool overwrite) {
+            installProgram();
+            if (!overwrite)
+              for (const auto& [name, content] : offeredDocuments())
+                if (name != REPORT_XSL.toUTF8())
+                  fs::remove(
+                      (configDirectory(Platform::Instance(), APP_NAME) + String(name.c_str())).toUTF8());
+          },
+          [](const UpdateServiceAddress& address) {
+            const auto updates = std::make_shared<Updates>(serviceAt(address));
+            return [updates] {
+              updates->getConfigUpdates(false);
+              updates->installConfigUpdates();
+            };
+          }};
+}
+
+Save programFiles() {
+  return {[](bool overwrite) {
+            installProgram();
+            fs::create_directory("updates");
+            fs::permissions("updates", fs::perms(0700));
+            if (overwrite) // a set that was published, and then the program was killed
+              Profile::write("updates/complete/Tallymoor.exe", image("1.9.0"), 0755);
+          },
+          [](const UpdateServiceAddress& address) {
+            const auto updates = std::make_shared<Updates>(serviceAt(address));
+            return [updates] {
+              updates->getBinaryUpdates(false);
+              updates->installBinaryUpdates();
+            };
+          }};
+}
+
+/// The installer is a program of its own, so the driver runs it.
+Save installation() {
+  return {[](bool overwrite) {
+            installProgram();
+            if (!overwrite)
+              fs::remove("FxEx-1.0.0.dll"); // a library that this copy does not have yet
+            for (const auto& [name, content] : offeredProgramFiles())
+              Profile::write("updates/" + name, content);
+            Profile::write("updates/FxEx-1.0.0.dll", "new library");
+            fs::permissions("updates", fs::perms(0700));
+          },
+          {}};
+}
+
+/// A default document with another version.
+std::string newerDocument(const std::string& path, const std::string& root) {
+  std::string text = Profile::read(ASSETS + "/defaults/" + path);
+  const std::size_t at = text.find(" version=\"", text.find("<" + root)) + 10;
+  return text.replace(at, text.find('"', at) - at, "50");
+}
+
+} // namespace
+
+const std::map<std::string, Save>& saves() {
+  static const std::map<std::string, Save> all{{"records", records()},
+                                               {"export", exported()},
+                                               {"report", report()},
+                                               {"prices", prices()},
+                                               {"settings", settings()},
+                                               {"defaults", defaults()},
+                                               {"documents", documents()},
+                                               {"program files", programFiles()},
+                                               {"installation", installation()}};
+  return all;
+}
+
+std::vector<std::pair<std::string, std::string>> offeredDocuments() {
+  return {
+      {"CurrentPriceLocators.xml", newerDocument("Config/CurrentPriceLocators.xml", "CurrentPriceLocators")},
+      {"Tallymoor Report.xsl", newerDocument("Report/Tallymoor Report.xsl", "xsl:stylesheet")}};
+}
+
+std::vector<std::pair<std::string, std::string>> offeredProgramFiles() {
+  return {{"Tallymoor.exe", image("2.0.0")},
+          {"UpdateInstaller.exe", installerImage("2.0.0")},
+          {"FOXDLL-1.6.58.dll", "new library"}};
+}
+
+} // namespace Tallymoor
