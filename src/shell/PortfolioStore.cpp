@@ -68,6 +68,22 @@ String unusedName(const String& name, std::size_t index, const std::set<String>&
   return unused;
 }
 
+/// A failure to save, with what the user has to know then.
+class NothingLostYet : public Exception {
+public:
+  explicit NothingLostYet(const Exception& cause)
+      : Exception(
+            cause.message() +
+            u"\nWhat you entered is still in Tallymoor. Mend the cause, as by making room on a full disk,\n"
+            u"and save again.") {
+    cause.typeName(m_typeName);
+  }
+  void typeName(String& text) const override { text = m_typeName; }
+
+private:
+  String m_typeName;
+};
+
 const char16_t* const OVERWRITE_QUESTION = u"Since there was a problem when you opened your\n"
                                            u"portfolio file, you may not wish to save your portfolios\n"
                                            u"as they appear now. Are you sure you want to save the\n"
@@ -153,10 +169,11 @@ bool PortfolioStore::writeRecords(const String& path) {
                                                   *backupFailure);
     return true;
   } catch (const Exception& exception) {
+    const NothingLostYet told(exception);
     String typeName;
-    exception.typeName(typeName);
+    told.typeName(typeName);
     UserInteraction::Instance().reportException(
-        typeName + u" occurred while saving your data. \nYou should load a previous data file.", exception);
+        typeName + u" occurred while saving your data. \nYou should load a previous data file.", told);
     return false;
   }
 }

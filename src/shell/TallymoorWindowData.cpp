@@ -208,6 +208,8 @@ void TallymoorWindow::importFrom(const String& file, TotalCapTreeItem& totalCapi
 }
 
 // Whatever fails on the way, the records are saved and the wait cursor ends; then the first failure is told.
+// When the records could not be saved, that has been told, and the rest mostly has the same cause, as a full
+// disk: the next save writes it too, or tells.
 void TallymoorWindow::saveEverything() {
   std::optional<Exception> failure;
   const auto attempt = [&failure](auto step) {
@@ -228,7 +230,7 @@ void TallymoorWindow::saveEverything() {
     attempt([this] { m_store.save(); });
     attempt([this] { rememberSplitters(); });
   }
-  if (failure)
+  if (failure && m_store.lastSaveSucceeded())
     throw *failure;
 }
 

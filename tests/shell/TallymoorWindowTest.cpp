@@ -1,4 +1,5 @@
 #include "ShellTest.h"
+#include "foundation/FileOperations.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/SharesHeldTable.h"
 #include "views/SharesHeldTreeItem.h"
@@ -6,8 +7,11 @@
 #include "widgets/GuiWakeUp.h"
 #include "widgets/InvestmentTree.h"
 #include "xml/CountryOfResidence.h"
+#include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <set>
+#include <unistd.h>
 
 namespace Tallymoor {
 namespace {
@@ -274,6 +278,54 @@ TEST_F(TallymoorWindowTest, LeavingAsksAgainWhenTheRecordsCannotBeSaved) {
     press(box, "Yes");
   });
   leave();
+  EXPECT_NE(std::string::npos, TestProfile::readFile(recordsPath()).find("<String>Trading</String>"));
+}
+
+ssize_t writeToFullDisk(int, const void*, size_t) {
+  errno = ENOSPC;
+  return -1;
+}
+
+TEST_F(TallymoorWindowTest, AFullDiskIsToldOnceAndNothingIsLostUntilThereIsRoom) {
+  makePortfolio("Trading");
+  for (const String code : {u"ABC.AX", u"DEF.AX", u"GHI.AX"})
+    TallymoorInternet::Instance().setCachedPrice(code, Date(2026, 3, 2), 2.5);
+  FileOperations::current().write = writeToFullDisk;
+  // A second box, which no step waits for, would fail the test.
+  whenModal("Exception occurred while saving your data. \nYou should load a previous data file.",
+            [this](FXWindow& box) {
+              std::string text;
+              for (const std::string& label : labels(box))
+                text += label + " ";
+              std::replace(text.begin(), text.end(), '\n', ' '); // a long text is broken into lines
+              EXPECT_NE(std::string::npos, text.find("No space left on device")) << text;
+              EXPECT_NE(std::string::npos, text.find("What you entered is still in Tallymoor.")) << text;
+              press(box, "OK");
+            });
+  command(TallymoorWindow::ID_SAVE);
+  FileOperations::current() = FileOperations::system();
+  command(TallymoorWindow::ID_SAVE);
+  EXPECT_NE(std::string::npos, TestProfile::readFile(recordsPath()).find("<String>Trading</String>"));
+  for (const char* code : {"ABC.AX", "DEF.AX", "GHI.AX"})
+    EXPECT_TRUE(TestProfile::fileExists(profile().cacheFolder() + u"PriceCache." + String(code) + u".xml"));
+}
+
+/// The records fit, the prices don't.
+ssize_t writeNoPrices(int file, const void* bytes, size_t count) {
+  const std::string path = std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(file));
+  return path.find("/Cache/") == std::string::npos ? ::write(file, bytes, count)
+                                                   : writeToFullDisk(file, bytes, count);
+}
+
+TEST_F(TallymoorWindowTest, PricesThatDoNotFitAreToldInOneBoxForAllCodes) {
+  makePortfolio("Trading");
+  for (const String code : {u"ABC.AX", u"DEF.AX", u"GHI.AX"})
+    TallymoorInternet::Instance().setCachedPrice(code, Date(2026, 3, 2), 2.5);
+  FileOperations::current().write = writeNoPrices;
+  whenModal("TallymoorWindow::onSave failed. Exception : replaceFile - cannot write",
+            [this](FXWindow& box) { press(box, "OK"); });
+  command(TallymoorWindow::ID_SAVE);
+  FileOperations::current() = FileOperations::system();
   EXPECT_NE(std::string::npos, TestProfile::readFile(recordsPath()).find("<String>Trading</String>"));
 }
 
