@@ -39,6 +39,7 @@ FXColor watchlistTreeColour() {
 FXDEFMAP(TallymoorWindow)
 tallymoorWindowMap[] = {
     FXMAPFUNC(SEL_CONFIGURE, MainWindow::ID_MAINWINDOW, TallymoorWindow::onResize),
+    FXMAPFUNC(SEL_KEYPRESS, 0, TallymoorWindow::onKeyPress),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_ABOUT_TRAY, TallymoorWindow::onAbout),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_RESTORE, TallymoorWindow::onRestore),
     FXMAPFUNC(SEL_TIMEOUT, TallymoorWindow::ID_HIDE_AFTER_BALLOON, TallymoorWindow::onHideAfterBalloon),

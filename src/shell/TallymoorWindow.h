@@ -147,6 +147,8 @@ public:
   void currentPriceUpdated(const String& code, double price) override;
   void pricesUpdateFinished() override;
 
+  /// The tab key comes round to every part of the window: the toolkit's own walk ends at the tabs.
+  long onKeyPress(FXObject*, FXSelector, void*);
   long onRestore(FXObject*, FXSelector, void*);
   long onHideAfterBalloon(FXObject*, FXSelector, void*);
   long onTrayGone(FXObject*, FXSelector, void*);

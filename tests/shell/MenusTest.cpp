@@ -2,8 +2,11 @@
 #include "ShellTest.h"
 #include "market/TallymoorInternet.h"
 #include "shell/ViewDateRow.h"
+#include "support/windows/RealKeys.h"
+#include "widgets/InvestmentTree.h"
 #include <array>
 #include <filesystem>
+#include <set>
 
 namespace Tallymoor {
 namespace {
@@ -168,6 +171,26 @@ TEST_F(MenusTest, ButtonsOfTheToolBarStandInOrderAndOpenTheirWindows) {
   }
   expected.push_back("Price Update");
   EXPECT_EQ(expected, tips);
+}
+
+TEST_F(MenusTest, TheTabKeyComesRoundToEveryButtonOfTheWindow) {
+  tallymoor().setFocus();
+  runUntil([this] { return tallymoor().hasFocus(); });
+  for (const FXuint tabKey : {FXuint(KEY_Tab), FXuint(KEY_ISO_Left_Tab)}) {
+    const FXuint state = tabKey == KEY_Tab ? 0 : SHIFTMASK;
+    tallymoor().portfolioTree()->setFocus();
+    RealKeys keys(app());
+    std::set<FXWindow*> stops;
+    for (int i = 0; i < 60; ++i) {
+      stops.insert(&focusedWidget(tallymoor()));
+      keys.press(tallymoor(), tabKey, state);
+    }
+    for (FXButton* button : findAll<FXButton>(commandBar()))
+      EXPECT_TRUE(stops.contains(button)) << button->getTipText().text();
+    EXPECT_TRUE(stops.contains(tallymoor().onlineButton()));
+    EXPECT_TRUE(stops.contains(tallymoor().viewDateRow()->field()));
+    EXPECT_TRUE(stops.contains(tallymoor().portfolioTree()));
+  }
 }
 
 TEST_F(MenusTest, HelpTextsOfTheToolBarSayWhatAButtonDoes) {
