@@ -7,11 +7,16 @@ set(guide_documents ${PROJECT_SOURCE_DIR}/docs/guide.md ${PROJECT_SOURCE_DIR}/do
 set(guide_style ${PROJECT_SOURCE_DIR}/docs/guide.css)
 set(guide_maker ${PROJECT_SOURCE_DIR}/scripts/make-guide)
 file(GLOB guide_pictures CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/docs/images/*.png)
+# The pages and documents that the chapter on price sources works on, so that it can be followed where there are no sources.
+set(guide_example ${PROJECT_SOURCE_DIR}/samples/locators)
+file(GLOB_RECURSE guide_example_files CONFIGURE_DEPENDS ${guide_example}/*)
 
 add_custom_command(
   OUTPUT ${TALLYMOOR_GUIDE_DIR}/guide.html
   COMMAND Python3::Interpreter ${guide_maker} --to ${TALLYMOOR_GUIDE_DIR} --style ${guide_style} ${guide_documents}
-  DEPENDS ${guide_maker} ${guide_style} ${guide_documents} ${guide_pictures}
+  COMMAND ${CMAKE_COMMAND} -E rm -rf ${TALLYMOOR_GUIDE_DIR}/samples
+  COMMAND ${CMAKE_COMMAND} -E copy_directory ${guide_example} ${TALLYMOOR_GUIDE_DIR}/samples/locators
+  DEPENDS ${guide_maker} ${guide_style} ${guide_documents} ${guide_pictures} ${guide_example_files}
   COMMENT "Making the user guide"
   VERBATIM)
 add_custom_target(tallymoor_guide ALL DEPENDS ${TALLYMOOR_GUIDE_DIR}/guide.html)

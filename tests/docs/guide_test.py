@@ -94,6 +94,12 @@ class Pages(unittest.TestCase):
         self.assertEqual(shown, there)
         self.assertGreater(len(shown), 5)
 
+    def test_the_example_for_price_sources_lies_beside_the_page(self):
+        names = set(re.findall(r"samples/locators/[\w/]+\.(?:html|xml)", (GUIDE / "locators.html").read_text(encoding="utf-8")))
+        self.assertGreater(len(names), 4)
+        for name in names:
+            self.assertEqual((PROJECT / name).read_bytes(), (GUIDE / name).read_bytes())
+
 
 class Documents(unittest.TestCase):
     def test_every_link_leads_to_a_file(self):
