@@ -5,6 +5,7 @@
 #include "market/HTMLTag.h"
 #include "market/HTMLTagSearch.h"
 #include <functional>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -14,8 +15,12 @@ namespace Tallymoor {
 struct HtmlShape {
   const char* name;
   std::function<String(std::size_t)> page; ///< of so many pieces
-  bool manyNames = false;                  ///< each piece has a name of its own, which is to be found again
+  /// The most pieces that are read: a longer page is refused when so many have been.
+  std::size_t mostPieces = std::numeric_limits<std::size_t>::max();
 };
+
+/// Different names on a page, and attributes in a tag.
+constexpr std::size_t MOST_NAMES = 16384 - 2;
 
 inline String repeated(std::u16string_view piece, std::size_t count) {
   String text;
@@ -54,7 +59,7 @@ inline std::vector<HtmlShape> htmlShapes() {
       {"a quote that never ends", [](std::size_t n) { return u"<html><a b=\"" + repeated(u"<p a=\\", n); }},
       {"quotes that never end", run(u"<p a='")},
       {"a comment that never ends", [](std::size_t n) { return u"<html><!--" + repeated(u"-- >", n); }},
-      {"attributes", [](std::size_t n) { return u"<html " + manyNames(u"a", n, u" ") + u">"; }, true},
+      {"attributes", [](std::size_t n) { return u"<html " + manyNames(u"a", n, u" ") + u">"; }, MOST_NAMES},
       {"one attribute again and again", [](std::size_t n) { return u"<html " + repeated(u"a ", n) + u">"; }},
       {"tags that are never closed", inside(u"<td>")},
       {"closing tags that close nothing", inside(u"x</b>")},
@@ -74,7 +79,7 @@ inline std::vector<HtmlShape> htmlShapes() {
        [](std::size_t n) {
          return u"<html>" + repeated(u"<div>", n) + u"</div>" + repeated(u"<b></b></div>", n);
        }},
-      {"names", [](std::size_t n) { return u"<html>" + manyNames(u"<n", n, u">") + u"</html>"; }, true},
+      {"names", [](std::size_t n) { return u"<html>" + manyNames(u"<n", n, u">") + u"</html>"; }, MOST_NAMES},
       {"a text in pieces",
        [](std::size_t n) { return u"<html><b>" + repeated(u"x<!---->", n) + u"</b></html>"; }},
   };

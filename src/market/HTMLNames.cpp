@@ -1,4 +1,5 @@
 #include "market/HTMLNames.h"
+#include "foundation/Exception.h"
 #include "foundation/String.h"
 #include "market/HTMLPageArena.h"
 
@@ -33,6 +34,8 @@ HTMLNames::Id HTMLNames::lookUp(std::u16string_view folded) {
   const auto found = m_ids.find(folded);
   if (found != m_ids.end())
     return found->second;
+  if (m_names.size() == MOST)
+    throw HTMLException(u"HTMLParser::Parse - too many different tag names");
   const auto id = static_cast<Id>(m_names.size());
   // A name that is not folded is a part of the page, which may be one long name.
   m_names.push_back({folded.data() == m_folded.data() ? m_arena.keep(folded) : folded, NOWHERE, NOWHERE});

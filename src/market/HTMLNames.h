@@ -1,9 +1,9 @@
 #pragma once
 #include <array>
 #include <cstdint>
-#include <map>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace Tallymoor {
@@ -23,7 +23,12 @@ public:
 
   explicit HTMLNames(HTMLPageArena& arena);
 
-  /// The number of a name as it stands in the page, in any case.
+  /// More different names than any honest page has. The bound keeps the table of them within the processor's
+  /// caches, and short where the names of a page were chosen to meet in one place of it.
+  static constexpr std::size_t MOST = 16384;
+
+  /// The number of a name as it stands in the page, in any case. Throws HTMLException "HTMLParser::Parse -
+  /// too many different tag names" for one beyond MOST.
   Id find(std::u16string_view name);
   Name& operator[](Id id) { return m_names[id]; }
 
@@ -36,7 +41,7 @@ private:
 
   HTMLPageArena& m_arena;
   std::vector<Name> m_names;
-  std::map<std::u16string_view, Id> m_ids;
+  std::unordered_map<std::u16string_view, Id> m_ids;
   std::array<Id, RECENT> m_recent; ///< the name met last for each value of a quick hash
   std::u16string m_folded;
 };

@@ -38,13 +38,20 @@ std::u16string_view HTMLPageArena::keep(std::u16string_view text) {
   return {kept, text.size()};
 }
 
+bool HTMLPageArena::addAttribute(const HTMLAttribute& attribute) {
+  const bool isFirst = m_attributes.size() == m_tags.back().m_firstAttribute;
+  if (!isFirst && nameOf(m_attributes.back()) == nameOf(attribute))
+    return false;
+  m_attributes.push_back(attribute);
+  return true;
+}
+
 void HTMLPageArena::endAttributes(std::uint32_t tag) {
   const auto begin = m_attributes.begin() + m_tags[tag].m_firstAttribute;
   if (m_attributes.end() - begin > 1) {
     const auto precedes = [this](const HTMLAttribute& a, const HTMLAttribute& b) {
       return nameOf(a) < nameOf(b);
     };
-    // Also when they are all one and the same, as in a page of unclosed quotes.
     if (!std::is_sorted(begin, m_attributes.end(), precedes))
       std::stable_sort(begin, m_attributes.end(), precedes);
     const auto end =

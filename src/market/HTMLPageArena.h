@@ -40,8 +40,9 @@ public:
   std::uint32_t addTag(std::u16string_view name, std::uint32_t previous, std::uint32_t position);
   /// A copy that lives as long as the arena, for what is no part of the page's text.
   std::u16string_view keep(std::u16string_view text);
-  /// Adds an attribute to the newest tag.
-  void addAttribute(const HTMLAttribute& attribute) { m_attributes.push_back(attribute); }
+  /// Adds an attribute to the newest tag. False for one with the name of the attribute before it, which is
+  /// left out at once: the first of those with one name is kept.
+  bool addAttribute(const HTMLAttribute& attribute);
   /// Sorts the attributes added since the tag by name and keeps the first of those with one name.
   void endAttributes(std::uint32_t tag);
   /// To be called once all tags are there: makes the lists of what was put behind each tag.

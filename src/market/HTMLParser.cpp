@@ -19,6 +19,9 @@ constexpr std::uint8_t ENDS_ATTRIBUTE = 4;
 constexpr std::uint8_t ENDS_VALUE = 8;
 constexpr std::uint8_t QUOTE = 16;
 
+/// Of one tag: more than any honest page has, for the reason of HTMLNames::MOST.
+constexpr std::size_t MOST_ATTRIBUTES = 16384;
+
 constexpr std::array<std::uint8_t, 128> makeKinds() {
   std::array<std::uint8_t, 128> kinds{};
   for (const char unit : {' ', '\t', '\r', '\n'})
@@ -175,7 +178,7 @@ std::u16string_view HTMLParser::readName() {
 }
 
 bool HTMLParser::readAttributes() {
-  for (;;) {
+  for (std::size_t number = 0;;) {
     skipWhiteSpace();
     if (peek() == u'/' && peek(1) == u'>') {
       skipOne();
@@ -186,11 +189,13 @@ bool HTMLParser::readAttributes() {
       skipOne();
       return false;
     }
-    readAttribute();
+    if (number == MOST_ATTRIBUTES)
+      throw HTMLException(u"HTMLParser::Parse - too many attributes in a tag");
+    number += readAttribute() ? 1 : 0;
   }
 }
 
-void HTMLParser::readAttribute() {
+bool HTMLParser::readAttribute() {
   const auto place = [this](std::u16string_view part) {
     return static_cast<std::uint32_t>(part.data() - m_html.data());
   };
@@ -202,8 +207,8 @@ void HTMLParser::readAttribute() {
     skipWhiteSpace();
     value = readValue();
   }
-  m_arena.addAttribute({place(name), static_cast<std::uint32_t>(name.size()), place(value),
-                        static_cast<std::uint32_t>(value.size())});
+  return m_arena.addAttribute({place(name), static_cast<std::uint32_t>(name.size()), place(value),
+                               static_cast<std::uint32_t>(value.size())});
 }
 
 std::u16string_view HTMLParser::readValue() {

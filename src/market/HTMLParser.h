@@ -50,7 +50,8 @@ private:
   std::u16string_view readName();
   /// True when the tag ends in "/>".
   bool readAttributes();
-  void readAttribute();
+  /// False when it repeats the one before it.
+  bool readAttribute();
   std::u16string_view readValue();
 
   bool atEnd() const { return m_position >= m_html.size(); }

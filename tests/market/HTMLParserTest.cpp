@@ -3,6 +3,7 @@
 #include "foundation/Exception.h"
 #include "market/HTMLTagSearch.h"
 #include "support/FailureOf.h"
+#include "support/MessageOf.h"
 #include "support/StringPrinting.h"
 #include <fstream>
 #include <functional>
@@ -425,15 +426,28 @@ TEST(HTMLParserOnHostilePages, NamesThatTakeTurns) {
   EXPECT_EQ(page->countTags(), MANY + 1);
 }
 
-TEST(HTMLParserOnHostilePages, ManyAttributesNamesCommentsQuotesAndScripts) {
+TEST(HTMLParserOnHostilePages, AttributesOfATagAreBounded) {
+  constexpr std::size_t MOST = 16384;
   String attributes = u"<html ";
-  for (std::size_t i = 0; i < 100000; ++i)
-    attributes += u"a" + String::fromLong(static_cast<std::int64_t>(i * 7919 % 100000)) + u" ";
-  EXPECT_EQ(HTMLParser::Parse(attributes + u">")->numAttributes(), 100000u);
+  for (std::size_t i = 0; i < MOST; ++i)
+    attributes += u"a" + String::fromLong(static_cast<std::int64_t>(i * 7919 % MOST)) + u" ";
+  EXPECT_EQ(HTMLParser::Parse(attributes + u">")->numAttributes(), MOST);
+  EXPECT_EQ(messageOf([&] { HTMLParser::Parse(attributes + u"b>"); }),
+            u"HTMLParser::Parse - too many attributes in a tag");
+}
+
+TEST(HTMLParserOnHostilePages, DifferentTagNamesAreBounded) {
+  constexpr std::size_t MOST = 16384;
+  // "script" and "html" are two of them.
   String names = u"<html>";
-  for (std::size_t i = 0; i < 100000; ++i)
+  for (std::size_t i = 0; i < MOST - 2; ++i)
     names += u"<n" + String::fromLong(static_cast<std::int64_t>(i)) + u">";
-  EXPECT_EQ(HTMLParser::Parse(names + u"</html>")->numSubTags(), 100000u);
+  EXPECT_EQ(HTMLParser::Parse(names + u"</html>")->numSubTags(), MOST - 2);
+  EXPECT_EQ(messageOf([&] { HTMLParser::Parse(names + u"<another></html>"); }),
+            u"HTMLParser::Parse - too many different tag names");
+}
+
+TEST(HTMLParserOnHostilePages, ManyCommentsQuotesAndScripts) {
   EXPECT_EQ(HTMLParser::Parse(u"<html>" + repeated(u"<!--", MANY))->numSubTags(), 0u);
   EXPECT_EQ(HTMLParser::Parse(u"<html><b>" + repeated(u"x<!---->", MANY) + u"</b></html>")
                 ->subTag(u"b")
