@@ -8,6 +8,7 @@
 #include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
+#include <map>
 #include <random>
 #include <set>
 #include <sstream>
@@ -424,6 +425,24 @@ TEST(HTMLParserOnHostilePages, NamesThatTakeTurns) {
   const HTMLPage page = HTMLParser::Parse(u"<html>" + repeated(u"<div><td>", MANY / 2) +
                                           repeated(u"</div></td>", MANY / 2) + u"</html>");
   EXPECT_EQ(page->countTags(), MANY + 1);
+}
+
+TEST(HTMLParserTest, ManyAttributesAreSortedAndTheFirstOfAnyNameIsKept) {
+  std::mt19937 chance(7);
+  std::map<String, String> expected;
+  String page = u"<html ";
+  for (int i = 0; i < 3000; ++i) {
+    String name;
+    for (std::uint32_t length = 1 + chance() % 6; length > 0; --length)
+      name.push_back(u"abcxyz\u00E9\u4E00"[chance() % (i % 3 == 0 ? 8 : 6)]);
+    expected.emplace(name, String::fromLong(i));
+    page += name + u"=" + String::fromLong(i) + u" ";
+  }
+  const HTMLPage parsed = HTMLParser::Parse(page + u">");
+  ASSERT_EQ(parsed->numAttributes(), expected.size());
+  std::size_t index = 0;
+  for (const auto& [name, value] : expected)
+    EXPECT_EQ(parsed->attribute(index++), std::make_pair(name, value));
 }
 
 TEST(HTMLParserOnHostilePages, AttributesOfATagAreBounded) {
