@@ -452,7 +452,7 @@ TEST_F(CountedFormatTexts, TextsOfAPage) {
   });
 }
 
-TEST_F(CountedFormatTexts, StatusLineAndTitle) {
+TEST_F(CountedFormatTexts, StatusLine) {
   const String text(TEXT.c_str());
   MainWindow::setNormalStatusText(text);
   expectShown("the status line", TEXT, find<FXStatusLine>(run())->getNormalText().text());
