@@ -127,7 +127,8 @@ double MoneyFormat::read(const String& text) const {
     std::erase(amount, u'.');
     std::replace(amount.begin(), amount.end(), u',', u'.');
   }
-  return amount.toDoubleFiltered();
+  // "0.0012.34" is a slip, and its head would be a wrong amount.
+  return std::count(amount.begin(), amount.end(), u'.') > 1 ? 0.0 : amount.toDoubleFiltered();
 }
 
 } // namespace Tallymoor

@@ -15,9 +15,10 @@ public:
   /// Of an amount that shows as zero the sign is left out. Empty when the locale's form can't be had.
   String format(double amount) const;
 
-  /// Reads what format writes, and what a person types: a point is decimal. Where the locale's decimal sign is
-  /// a comma, so is a single comma with no point behind it, and points before it only group: "1.234,50" there
-  /// must not become 1.2345. All else but digits and signs is ignored.
+  /// Reads what format writes, and what a person types: a point is decimal. Where the locale's decimal sign
+  /// is a comma, so is a single comma with no point behind it, and points before it only group: "1.234,50"
+  /// there must not become 1.2345. All else but digits and signs is ignored. With two decimal points it is no
+  /// amount: 0.
   double read(const String& text) const;
 
 private:

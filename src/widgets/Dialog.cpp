@@ -59,6 +59,8 @@ void Dialog::buildButtons(FXComposite* parent) {
 void Dialog::create() {
   FXDialogBox::create();
   m_firstFocus->setFocus();
+  if (auto* text = dynamic_cast<FXTextField*>(m_firstFocus))
+    text->selectAll(); // typing replaces what stands there
 }
 
 bool Dialog::validate() {

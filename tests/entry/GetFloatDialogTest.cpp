@@ -17,6 +17,8 @@ TEST_F(GetFloatDialogTest, TakesAnAmountFromTheKeyboardAlone) {
   EXPECT_TRUE(shows(dialog, "How much?"));
   whenModal("Deposit cash", [&](FXWindow& form) {
     EXPECT_EQ(&field(form, "Amount"), focused(form));
+    EXPECT_TRUE(field(form, "Amount").isPosSelected(0)); // typing replaces all of "0.00"
+    EXPECT_TRUE(field(form, "Amount").isPosSelected(3));
     answer("You must enter the value.", "OK");
     key(form, KEY_Return);
     EXPECT_TRUE(form.shown());

@@ -156,6 +156,9 @@ TEST_F(LinuxPlatformTest, Money) {
   EXPECT_EQ(Platform::Instance().currencyFormat(-1234.567), u"-$1,234.57");
   EXPECT_EQ(Platform::Instance().parseAmount(u"$1,234.57"), 1234.57);
   EXPECT_EQ(platformIn("de_DE").parseAmount(u"1,5"), 1.5);
+  EXPECT_EQ(Platform::Instance().parseAmount(u"0.0012.34"), 0.0);
+  EXPECT_EQ(platformIn("de_DE").parseAmount(u"1.234.567"), 0.0); // never 1.234
+  EXPECT_EQ(platformIn("de_DE").parseAmount(u"1.234.567,50"), 1234567.5);
 }
 
 TEST_F(LinuxPlatformTest, TicksNeverGoBack) {
