@@ -231,16 +231,25 @@ SharePriceCache::Rows TallymoorInternet::cachedRows(const String& code, const Da
 }
 
 void TallymoorInternet::completeHistory(const String& code, const Date& first, const Date& last) {
-  const BackgroundPassScope askNothing;
-  // Whoever asks for a price hears of an unreadable file, so its failure is not used up here.
-  if (!m_client || m_cache.shareOrEmpty(code).unreadable || !lastMissingDay(code, first, last) ||
-      !isFirstCompletion(code, first, last))
+  const BigMutexLock lock;
+  if (!isCompletionDue(code, first, last))
     return;
+  // Before what keeps questions away, since that keeps these silent, too.
+  showStatus(u"updating historical prices for " + code);
+  const WaitCursor wait;
+  const BackgroundPassScope askNothing;
   try {
     fetchMissingDays(code, first, last);
   } catch (const Exception&) {
     // The days stay missing, as those before a stock was listed do.
   }
+}
+
+bool TallymoorInternet::isCompletionDue(const String& code, const Date& first, const Date& last) {
+  const BackgroundPassScope askNothing;
+  // Whoever asks for a price hears of an unreadable file, so its failure is not used up here.
+  return m_client && !m_cache.shareOrEmpty(code).unreadable && lastMissingDay(code, first, last) &&
+         isFirstCompletion(code, first, last);
 }
 
 /// True once a day for a code and stretch of days.

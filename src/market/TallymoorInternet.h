@@ -83,9 +83,9 @@ public:
   /// The cached rows from the first to the last day, both included.
   SharePriceCache::Rows cachedRows(const String& code, const Date& first, const Date& last);
   /// Sees to it, as far as may be, that every day from the first to the last has a cached row: for figures
-  /// that are empty without one. Shows, asks and throws nothing, and tries the same days only once a
-  /// day, so that a young or unknown stock costs one attempt; going online allows another. Does nothing
-  /// offline.
+  /// that are empty without one. Says in the status line what it fetches, asks and throws nothing, and tries
+  /// the same days only once a day, so that a young or unknown stock costs one attempt; going online allows
+  /// another. Does nothing offline.
   void completeHistory(const String& code, const Date& first, const Date& last);
   /// True when any price of the code is cached.
   bool hasCachedHistory(const String& code);
@@ -140,6 +140,7 @@ private:
   double closeOf(const String& code, const Date& date, bool upTo, CacheUse use);
   /// False when the user wants another try.
   bool fetchHistory(const String& code, const Date& date, bool upTo);
+  bool isCompletionDue(const String& code, const Date& first, const Date& last);
   bool isFirstCompletion(const String& code, const Date& first, const Date& last);
   std::optional<Date> lastMissingDay(const String& code, const Date& first, const Date& last);
   void fetchMissingDays(const String& code, const Date& first, const Date& last);

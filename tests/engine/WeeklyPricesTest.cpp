@@ -26,7 +26,13 @@ protected:
   void setHistory(int weeks, double close) {
     m_market.setHistory(m_code, m_lastFriday.plusDays(-7 * weeks + 1), m_today, close);
   }
-  void expectQuiet() { EXPECT_TRUE(m_interaction.calls().empty()); }
+  /// Nothing was asked; what is fetched is told in the status line.
+  void expectQuiet() {
+    using Kind = FakeUserInteraction::Kind;
+    for (const FakeUserInteraction::Call& call : m_interaction.calls())
+      EXPECT_TRUE(call.kind == Kind::Status || call.kind == Kind::BeginWait || call.kind == Kind::EndWait)
+          << call.text.toUTF8();
+  }
 
   static String textOf(const WeeklyPrice& week) {
     return week.friday.toString(DATE_DISPLAY_DMY) + u" " + String::fromDouble(week.close, 2) + u" " +

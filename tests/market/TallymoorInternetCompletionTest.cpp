@@ -9,7 +9,14 @@ class CompletionTest : public GatewayTest {
 protected:
   void complete(const Date& first, const Date& last) {
     gateway().completeHistory(m_code, first, last);
-    EXPECT_TRUE(m_user.calls().empty());
+    expectNothingAsked();
+  }
+  /// What is fetched is told in the status line, under the wait cursor, and nowhere else.
+  void expectNothingAsked() const {
+    for (const FakeUserInteraction::Call& call : m_user.calls())
+      EXPECT_TRUE(call.kind == Kind::Status || call.kind == Kind::BeginWait || call.kind == Kind::EndWait)
+          << call.text.toUTF8();
+    EXPECT_EQ(m_user.openWaits(), 0);
   }
   void reconnect() {
     m_market.addListing(u"TEST.AX", u"Test", u"Australia"); // what going online looks for
@@ -67,6 +74,26 @@ TEST_F(CompletionTest, AnUnknownCodeAndARefusalCostOneTryEach) {
   for (int again = 0; again < 3; ++again)
     gateway().completeHistory(u"XYZ.AX", m_first, m_friday);
   EXPECT_EQ(numFetches(), 2u);
+  expectNothingAsked();
+}
+
+TEST_F(CompletionTest, OnlyWhatIsFetchedIsTold) {
+  m_market.setHistory(m_code, Date(2005, 1, 1), m_today, 7);
+  complete(m_first, m_friday);
+  EXPECT_EQ(statuses(), std::vector<String>{u"updating historical prices for ABC.AX"});
+  EXPECT_EQ(m_user.calls(Kind::BeginWait).size(), 1u);
+  complete(m_first, m_friday);
+  EXPECT_EQ(statuses().size(), 1u);
+  EXPECT_EQ(m_user.calls(Kind::BeginWait).size(), 1u);
+}
+
+TEST_F(CompletionTest, InABackgroundPassNothingIsTold) {
+  m_market.setHistory(m_code, Date(2005, 1, 1), m_today, 7);
+  {
+    const BackgroundPassScope pass;
+    complete(m_first, m_friday);
+  }
+  EXPECT_EQ(numFetches(), 1u);
   EXPECT_TRUE(m_user.calls().empty());
 }
 
