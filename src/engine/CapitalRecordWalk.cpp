@@ -165,21 +165,25 @@ double CapitalRecordWalk::numberOn(const Parcel& parcel, const Date& day) const 
   return number;
 }
 
-void CapitalRecordWalk::announceFetch(Stock& stock, Progress* progress) {
-  if (!progress || stock.historyKnown)
+void CapitalRecordWalk::announceFetch(Stock& stock, const Date& day, Progress* progress) {
+  if (!progress)
     return;
-  stock.historyKnown = TallymoorInternet::Instance().hasCachedHistory(stock.code);
-  if (!stock.historyKnown)
+  TallymoorInternet& gateway = TallymoorInternet::Instance();
+  stock.historyKnown = stock.historyKnown || gateway.hasCachedHistory(stock.code);
+  // A page is asked for again where the last one ends; the price of today comes with the current ones.
+  if (!stock.historyKnown || (day < Date::realToday() && !gateway.hasCachedPrice(stock.code, day)))
     progress->setText(u"Retrieving historical prices for " + stock.code);
 }
 
-const std::vector<CapitalRecordWalk::Holding>& CapitalRecordWalk::holdings(const Date& day,
+const std::vector<CapitalRecordWalk::Holding>* CapitalRecordWalk::holdings(const Date& day,
                                                                            Progress* progress) {
   advanceTo(day);
   m_holdings.clear();
   for (std::size_t place : m_held) {
     Stock& stock = m_stocks[place];
-    announceFetch(stock, progress);
+    announceFetch(stock, day, progress);
+    if (progress && progress->isCancelled())
+      return nullptr;
     const SharePortfolioUser::CheckedPrice checked = m_portfolio.checkPriceForSplit(stock.code, day);
     if (checked.adjusted)
       recompute(stock, day);
@@ -189,7 +193,7 @@ const std::vector<CapitalRecordWalk::Holding>& CapitalRecordWalk::holdings(const
     }
     m_holdings.push_back({stock.code, stock.number, stock.price});
   }
-  return m_holdings;
+  return &m_holdings;
 }
 
 bool CapitalRecordWalk::checkForSplits(const Date& day) {

@@ -39,8 +39,9 @@ public:
   /// Money from outside on the very day; empty when it would read as zero.
   String cashInjected(const Date& day) const;
   /// The stocks held at the end of the day, in the order of the records. Asks about splits; a progress text
-  /// tells of codes whose history is yet to be fetched. Throws Exception when a price can't be had.
-  const std::vector<Holding>& holdings(const Date& day, Progress* progress);
+  /// tells of codes whose history is yet to be fetched. Null when the user has cancelled between two of them.
+  /// Throws Exception when a price can't be had.
+  const std::vector<Holding>* holdings(const Date& day, Progress* progress);
   /// Asks about the splits of the stocks held on the day and does nothing else; true when an answer was
   /// recorded.
   bool checkForSplits(const Date& day);
@@ -84,7 +85,7 @@ private:
   void advanceTo(const Date& day);
   void recompute(Stock& stock, const Date& day);
   double numberOn(const Parcel& parcel, const Date& day) const;
-  void announceFetch(Stock& stock, Progress* progress);
+  void announceFetch(Stock& stock, const Date& day, Progress* progress);
 
   SharePortfolioUser& m_portfolio;
   std::vector<CashEvent> m_cash; ///< in the order of the records

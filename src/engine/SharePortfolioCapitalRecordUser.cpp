@@ -207,16 +207,18 @@ void SharePortfolioCapitalRecordUser::updateTo(SharePortfolioUser& portfolio, Pr
       progress->step(1, String());
     }
     before = day;
-    computeDay(walk, day, progress);
-    if (progress && progress->isCancelled())
+    if (!computeDay(walk, day, progress))
       return;
   }
 }
 
-void SharePortfolioCapitalRecordUser::computeDay(CapitalRecordWalk& walk, const Date& day,
+/// False when the user has cancelled.
+bool SharePortfolioCapitalRecordUser::computeDay(CapitalRecordWalk& walk, const Date& day,
                                                  Progress* progress) {
   // Only a day whose prices could all be had becomes part of the record.
-  const std::vector<CapitalRecordWalk::Holding>& holdings = walk.holdings(day, progress);
+  const std::vector<CapitalRecordWalk::Holding>* holdings = walk.holdings(day, progress);
+  if (!holdings)
+    return false;
   m_modified = true;
   XMLElement& dayCap = m_record->addSubElement(XMLDayCap::create(), u"DayCaps");
   m_dayCaps.emplace_hint(m_dayCaps.end(), day, &dayCap);
@@ -225,8 +227,9 @@ void SharePortfolioCapitalRecordUser::computeDay(CapitalRecordWalk& walk, const 
   const String injected = walk.cashInjected(day);
   if (!injected.empty())
     dayCap.addSubElement(new XMLConstant, u"CashInjected").setValue(injected);
-  for (const CapitalRecordWalk::Holding& holding : holdings)
+  for (const CapitalRecordWalk::Holding& holding : *holdings)
     addShareVal(dayCap, holding);
+  return !progress || !progress->isCancelled();
 }
 
 bool SharePortfolioCapitalRecordUser::hasDayCap(const Date& date) const {

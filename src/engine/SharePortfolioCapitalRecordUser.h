@@ -86,7 +86,7 @@ private:
   Date nextDay(const SharePortfolioUser& portfolio) const;
   void checkLastDayForSplits(SharePortfolioUser& portfolio);
   void updateTo(SharePortfolioUser& portfolio, Progress* progress);
-  void computeDay(CapitalRecordWalk& walk, const Date& day, Progress* progress);
+  bool computeDay(CapitalRecordWalk& walk, const Date& day, Progress* progress);
   void setPrice(const String& code, const Date& date, double price);
 
   std::unique_ptr<XMLSharePortfolioCapitalRecord> m_record;

@@ -211,7 +211,7 @@ TEST_F(CapitalRecordWalkTest, EachParcelIsRoundedIntoTheSum) {
   }
   setPrices(u"ABC.AX", m_today.plusDays(-1), m_today, 1);
   CapitalRecordWalk walk(user());
-  EXPECT_EQ(walk.holdings(m_today, nullptr).at(0).number, String(u"0.99")); // 0.33, 0.66, 0.99
+  EXPECT_EQ(walk.holdings(m_today, nullptr)->at(0).number, String(u"0.99")); // 0.33, 0.66, 0.99
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "support/MarketFixture.h"
 #include "support/TestProfile.h"
 #include "xml/PortfolioRecords.h"
+#include <algorithm>
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
@@ -22,11 +23,15 @@ public:
   void setTotal(unsigned) override {}
   void step(unsigned increment, const String&) override { steps += increment; }
   void setText(const String& text) override { texts.push_back(text); }
-  bool isCancelled() const override { return cancelAfter && steps >= *cancelAfter; }
+  bool isCancelled() const override {
+    return (cancelAfter && steps >= *cancelAfter) ||
+           (cancelAtText && std::find(texts.begin(), texts.end(), *cancelAtText) != texts.end());
+  }
 
   std::vector<String> texts;
   unsigned steps = 0;
   std::optional<unsigned> cancelAfter;
+  std::optional<String> cancelAtText; ///< the user cancels when he reads it
 };
 
 /// A user who watches the progress dialog.

@@ -258,6 +258,45 @@ TEST_F(CapitalRecordTest, ACancelledUpdateEndsAfterTheDayAndGoesOnLater) {
   EXPECT_EQ(numDays(Date(2026, 1, 1), m_today), 53u);
 }
 
+// A day of many stocks, each of which has its history fetched, takes minutes.
+TEST_F(CapitalRecordTest, ACancelledUpdateEndsBeforeTheNextStockIsFetched) {
+  user().creditCash(Date(2026, 1, 10), 100, CASH_EVENT_DEPOSIT, u"");
+  for (const char16_t* code : {u"AAA.AX", u"BBB.AX", u"CCC.AX"}) {
+    m_market.setHistory(code, Date(2025, 12, 1), m_today, 5);
+    user().addBuyEvent(code, Date(2026, 1, 12), 1, 5, 0, u"");
+  }
+  m_market.addListing(u"TEST", u"test", u"Australia");
+  ASSERT_TRUE(gateway().reconnect());
+  gateway().priceUpdater().stopAndJoin();
+  m_interaction.progress.cancelAtText = u"Retrieving historical prices for BBB.AX";
+  update();
+  for (const String& code : m_market.requested(MarketFixture::Page::History))
+    EXPECT_EQ(code, String(u"AAA.AX"));
+  EXPECT_TRUE(record().hasDayCap(Date(2026, 1, 11)));
+  EXPECT_FALSE(record().hasDayCap(Date(2026, 1, 12))) << "no half day";
+  m_interaction.progress.cancelAtText.reset();
+  update();
+  EXPECT_EQ(numDays(Date(2026, 1, 1), m_today), 53u);
+  EXPECT_EQ(dayOf(Date(2026, 1, 12)),
+            String(u"12/1/2026 cash 100.00; AAA.AX 1.00 x 5.00; BBB.AX 1.00 x 5.00; CCC.AX 1.00 x 5.00"));
+}
+
+TEST_F(CapitalRecordTest, AnotherPageOfAHistoryIsAnnouncedToo) {
+  m_market.setMaxEntries(20); // a month
+  TallymoorInternet::reset();
+  m_market.setHistory(u"AAA.AX", Date(2025, 12, 1), m_today, 5);
+  user().addBuyEvent(u"AAA.AX", Date(2026, 1, 12), 1, 5, 0, u"");
+  m_market.addListing(u"TEST", u"test", u"Australia");
+  ASSERT_TRUE(gateway().reconnect());
+  gateway().priceUpdater().stopAndJoin();
+  update();
+  std::size_t announced = 0;
+  for (const String& text : m_interaction.progress.texts)
+    announced += text == u"Retrieving historical prices for AAA.AX";
+  EXPECT_LT(1u, announced);
+  EXPECT_GE(m_market.requested(MarketFixture::Page::History).size(), announced);
+}
+
 TEST_F(CapitalRecordTest, AnUpdateInsideAnUpdateReturnsAtOnce) {
   bool nestedWasQuiet = false;
   m_interaction.duringLengthy = [this, &nestedWasQuiet] {
