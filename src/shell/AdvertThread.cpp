@@ -50,13 +50,15 @@ AdvertThread::~AdvertThread() {
   stopAndJoin();
 }
 
+void AdvertThread::connectionIsGone() {
+  const std::lock_guard lock(m_mutex);
+  if (m_client)
+    m_client->abort();
+}
+
 void AdvertThread::stopAndJoin() {
   stop();
-  {
-    const std::lock_guard lock(m_mutex);
-    if (m_client)
-      m_client->abort();
-  }
+  connectionIsGone();
   const BigMutexRelease release;
   join();
 }
@@ -82,6 +84,8 @@ void AdvertThread::runPass() {
       return;
     m_client = client;
   }
+  if (!mayFetch()) // offline since, when nothing was there to abort
+    return;
   PendingAdvert advert = fetch(*client);
   {
     const std::lock_guard lock(m_mutex);

@@ -41,6 +41,8 @@ public:
   /// As stopAndJoin.
   ~AdvertThread() override;
 
+  /// The user has gone offline: what is being fetched is aborted.
+  void connectionIsGone();
   /// Tells the thread to stop, aborts what it fetches, and waits for its end with the big mutex given up.
   void stopAndJoin();
   /// One pass on the calling thread, which must not hold the big mutex. Throws Exception.

@@ -33,12 +33,18 @@ void reloadDocuments() {
 
 } // namespace
 
-/// While it lives, stopAndJoin reaches the updates of the pass under way.
+/// While it lives, stopAndJoin and connectionIsGone reach the updates of the pass under way.
 class ProgramUpdater::CurrentUpdates {
 public:
   CurrentUpdates(ProgramUpdater& updater, Updates& updates) : m_updater(updater) {
-    const std::lock_guard lock(updater.m_mutex);
-    updater.m_updates = &updates;
+    {
+      const std::lock_guard lock(updater.m_mutex);
+      updater.m_updates = &updates;
+      updater.m_cutOff = false;
+    }
+    // What was told just before could not reach them.
+    if (isOffline())
+      updater.connectionIsGone();
     if (updater.stopRequested())
       updates.abort();
   }
@@ -72,13 +78,20 @@ void ProgramUpdater::connectionIsBack() {
     wakeUp();
 }
 
+void ProgramUpdater::connectionIsGone() {
+  m_cutOff = true;
+  abortFetch();
+}
+
+void ProgramUpdater::abortFetch() {
+  const std::lock_guard lock(m_mutex);
+  if (m_updates)
+    m_updates->abort();
+}
+
 void ProgramUpdater::stopAndJoin() {
   stop();
-  {
-    const std::lock_guard lock(m_mutex);
-    if (m_updates)
-      m_updates->abort();
-  }
+  abortFetch();
   const BigMutexRelease release;
   join();
 }
@@ -132,7 +145,7 @@ void ProgramUpdater::look() {
       user().warnOnce(u"Updates are available. Please use the 'Tools/Check For Updates' menu to download.",
                       CAPTION, nextWarningKey(), 0);
     });
-  if (!found.failures.empty())
+  if (!found.failures.empty() && !m_cutOff)
     throw found.failures.front();
 }
 
@@ -151,11 +164,21 @@ void ProgramUpdater::downloadAll() {
   } catch (const std::exception& exception) {
     found.failures.emplace_back(String(exception.what()));
   }
-  inStretch([&found] {
-    for (const Exception& failure : found.failures)
-      user().warnOnce(u"Failed to download updates: " + failure.description(), CAPTION, String(), 2);
+  const bool goesOnLater = m_cutOff && !found.failures.empty();
+  if (goesOnLater)
+    waitForConnection();
+  inStretch([&] {
+    if (!goesOnLater)
+      for (const Exception& failure : found.failures)
+        user().warnOnce(u"Failed to download updates: " + failure.description(), CAPTION, String(), 2);
     user().setNormalStatusText(restingStatusText());
   });
+}
+
+void ProgramUpdater::waitForConnection() {
+  m_downloadRequested = true;
+  if (!isOffline()) // again, by now
+    wakeUp();
 }
 
 /// Once the download has ended nothing of this is skipped when the program is told to end, except that nobody

@@ -23,6 +23,9 @@ public:
   void requestDownload();
   /// The user is online again: a download that waits for that begins.
   void connectionIsBack();
+  /// The user has gone offline: what is being fetched is aborted. Nobody is told, and a download that was
+  /// asked for waits until the connection is back.
+  void connectionIsGone();
   /// Tells the thread to stop, aborts what it fetches, and waits for its end with the big mutex given up.
   void stopAndJoin();
   /// One pass on the calling thread, which must not hold the big mutex. Throws nothing.
@@ -35,8 +38,10 @@ private:
   class CurrentUpdates;
 
   static bool isOffline();
+  void abortFetch();
   void look();
   void downloadAll();
+  void waitForConnection();
   void install(Updates& updates, UpdatesFound& found);
   template <class Work>
   void inStretch(Work work);
@@ -45,6 +50,8 @@ private:
   std::atomic<bool> m_downloadRequested = false;
   std::mutex m_mutex;
   Updates* m_updates = nullptr; ///< of the pass under way; guarded by m_mutex
+  /// The pass under way was aborted because the user went offline.
+  std::atomic<bool> m_cutOff = false;
 };
 
 } // namespace Tallymoor

@@ -232,6 +232,7 @@ private:
   void rememberSplitters();
   void showOnlineState();
   void goOfflineByUser();
+  void abortBackgroundFetches();
   void reconnectByUser();
   void holdMinimumSize();
   void showViewDate();

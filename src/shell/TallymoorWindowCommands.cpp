@@ -289,6 +289,16 @@ void TallymoorWindow::showOnlineState() {
   m_onlineButton->setTipText(online ? "Online" : "Offline");
   m_onlineButton->setHelpText(online ? "Press to disconnect" : "Press to reconnect");
   m_onlineButton->setIcon(online ? m_icons.online.get() : m_icons.offline.get());
+  if (!online)
+    abortBackgroundFetches();
+}
+
+/// Who has gone offline wants no request to go on, whatever it is for.
+void TallymoorWindow::abortBackgroundFetches() {
+  if (m_programUpdater)
+    m_programUpdater->connectionIsGone();
+  if (m_advertThread)
+    m_advertThread->connectionIsGone();
 }
 
 long TallymoorWindow::onResize(FXObject* sender, FXSelector selector, void* data) {

@@ -1,12 +1,16 @@
 #include "shell/UpdateCheck.h"
+#include "foundation/BigMutex.h"
+#include "foundation/LengthyFunctions.h"
 #include "foundation/ProgramFiles.h"
 #include "foundation/UserInteraction.h"
 #include "market/TallymoorInternet.h"
 #include "shell/ProgramUpdater.h"
 #include "shell/Updates.h"
 #include <array>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <future>
 
 namespace Tallymoor {
 
@@ -14,11 +18,32 @@ namespace {
 
 constexpr std::size_t LONGEST_REASON = 500; ///< bytes
 
-UpdatesFound whatIsAvailable() {
-  const WaitCursor wait;
-  Updates updates;
-  return lookForUpdates(updates, true);
-}
+constexpr std::chrono::milliseconds BETWEEN_EVENTS{20};
+
+/// Asks the service on a thread of its own, so that the user may see to the windows and give up waiting.
+class WatchedLook : public HasLengthyFunctions {
+public:
+  void runLengthyFunction(Progress& progress, int) override {
+    progress.setText(u"asking the update service");
+    Updates updates;
+    auto answer = std::async(std::launch::async, [&updates] { return lookForUpdates(updates, true); });
+    while (!isThere(answer)) {
+      progress.setText(String());
+      if (progress.isCancelled())
+        updates.abort();
+    }
+    m_found = answer.get();
+  }
+  const UpdatesFound& found() const { return m_found; }
+
+private:
+  static bool isThere(const std::future<UpdatesFound>& answer) {
+    const BigMutexRelease release;
+    return answer.wait_for(BETWEEN_EVENTS) == std::future_status::ready;
+  }
+
+  UpdatesFound m_found;
+};
 
 } // namespace
 
@@ -29,7 +54,10 @@ void checkForUpdates(ProgramUpdater& updater) {
         u"the tool bar, and then check for updates again.");
     return;
   }
-  const UpdatesFound found = whatIsAvailable();
+  WatchedLook look;
+  if (!UserInteraction::Instance().runLengthy(u"Check For Updates", u"Looking for updates", 1, look, 0))
+    return;
+  const UpdatesFound& found = look.found();
   if (!found.any && !found.failures.empty())
     throw found.failures.front();
   UserInteraction& user = UserInteraction::Instance();

@@ -147,6 +147,22 @@ TEST_F(AdvertsTest, NothingIsFetchedOffline) {
   EXPECT_EQ(0u, numRequests());
 }
 
+TEST_F(AdvertsTest, GoingOfflineAbortsAFetch) {
+  m_server.stall();
+  AdvertThread& thread = *m_thread;
+  thread.start();
+  ASSERT_TRUE(m_server.waitForRequests(1));
+  TallymoorInternet::Instance().goOffline();
+  thread.connectionIsGone();
+  thread.stop();
+  {
+    const BigMutexRelease release;
+    thread.join(); // only when the fetch has ended
+  }
+  EXPECT_TRUE(strip().pending().image.empty());
+  m_server.release();
+}
+
 TEST_F(AdvertsTest, ClickOpensTheLinkOfItsPlace) {
   fetchAndShow("http://one.example/");
   fetchAndShow("https://two.example/");

@@ -1,6 +1,7 @@
 #include "ShellTest.h"
 #include "TestUpdateService.h"
 #include "foundation/ProgramFiles.h"
+#include "market/TallymoorInternet.h"
 #include "shell/UpdateCheck.h"
 #include "shell/WarningStrip.h"
 #include "support/InstalledFolder.h"
@@ -97,6 +98,17 @@ TEST_F(CheckUpdatesTest, SaysThatAPackageKeepsItsFilesAndOffersDocuments) {
   EXPECT_THAT(service().asked(), ElementsAre("configupdates.xml")) << "no program file is asked about";
 }
 
+TEST_F(CheckUpdatesTest, AHangingServiceCanBeGivenUp) {
+  service().server().stall();
+  whenModal("Check For Updates", [this](FXWindow& progress) {
+    EXPECT_TRUE(shows(progress, "Looking for updates"));
+    press(progress, "Cancel");
+  });
+  command(TallymoorWindow::ID_CHECK_UPDATES);
+  EXPECT_TRUE(boxes().empty());
+  service().server().release();
+}
+
 TEST_F(CheckUpdatesTest, FailureIsReported) {
   service().serve("configupdates.xml", "rubbish");
   whenModal("Tallymoor", [this](FXWindow& box) {
@@ -125,6 +137,27 @@ TEST_F(UpdatesInTheWindowTest, AreToldOfAndDownloadedInTheBackground) {
   EXPECT_TRUE(runUntil(shown("Updates were installed.\nYou should restart as soon as possible.")));
   EXPECT_THAT(TestProfile::readFile(profile().configFolder() + u"CountryConfig.xml"),
               HasSubstr("version=\"2\""));
+}
+
+TEST_F(UpdatesInTheWindowTest, GoingOfflineAbortsTheDownloadAndGoingOnlineTakesItUp) {
+  EXPECT_TRUE(
+      runUntil(shown("Updates are available. Please use the 'Tools/Check For Updates' menu to download.")));
+  answer("Updates are available. Download now in the background?", "Yes");
+  const auto askedFor = [this](const char* name) {
+    return [this, name] { return ::testing::Value(service().asked(), ::testing::Contains(name)); };
+  };
+  service().server().stall([](const TestHttpServer::Request& request) {
+    return request.target.find("CountryConfig.xml") != std::string::npos;
+  });
+  command(TallymoorWindow::ID_CHECK_UPDATES);
+  EXPECT_TRUE(runUntil(askedFor("CountryConfig.xml")));
+  command(TallymoorWindow::ID_STATUS);
+  ASSERT_FALSE(TallymoorInternet::Instance().isOnline());
+  service().server().stall([](const TestHttpServer::Request&) { return false; });
+  market().addListing(u"TEST", u"test", u"Australia");
+  command(TallymoorWindow::ID_STATUS);
+  EXPECT_TRUE(runUntil(shown("Updates were installed.\nYou should restart as soon as possible.")));
+  service().server().release();
 }
 
 /// A copy that root, or somebody else, installed for others.

@@ -256,6 +256,41 @@ TEST_F(ProgramUpdaterTest, EndAbortsAFetchAndTellsNothing) {
   service().server().release();
 }
 
+TEST_F(ProgramUpdaterTest, GoingOfflineAbortsALookAndTellsNothing) {
+  service().server().stall();
+  ProgramUpdater updater(service().settings());
+  ASSERT_TRUE(service().server().waitForRequests(1));
+  TallymoorInternet::Instance().goOffline();
+  updater.connectionIsGone();
+  updater.stop();
+  updater.join(); // only when the look has ended
+  EXPECT_TRUE(user().calls().empty());
+  service().server().release();
+}
+
+TEST_F(ProgramUpdaterTest, GoingOfflineAbortsADownloadWhichGoesOnOnline) {
+  offerCountries();
+  service().server().stall();
+  ProgramUpdater updater(idle());
+  updater.requestDownload();
+  ASSERT_TRUE(service().server().waitForRequests(1));
+  TallymoorInternet::Instance().goOffline();
+  updater.connectionIsGone();
+  for (int i = 0; i < 3000 && user().texts(Kind::NormalStatus).size() < 2; ++i)
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  EXPECT_EQ(u"Ready.", user().texts(Kind::NormalStatus).back());
+  EXPECT_TRUE(balloons().empty());
+
+  service().server().stall([](const TestHttpServer::Request&) { return false; });
+  market().addListing(u"TEST.AX", u"test", u"Australia");
+  ASSERT_TRUE(TallymoorInternet::Instance().reconnect());
+  updater.connectionIsBack();
+  awaitBalloons(1);
+  updater.stopAndJoin();
+  EXPECT_EQ(INSTALLED, balloons()[0].text);
+  service().server().release();
+}
+
 // --- The check by the user
 
 TEST_F(ProgramUpdaterTest, CheckWithoutUpdatesSaysSo) {
@@ -263,6 +298,18 @@ TEST_F(ProgramUpdaterTest, CheckWithoutUpdatesSaysSo) {
   checkForUpdates(updater);
   EXPECT_THAT(user().texts(Kind::Information), ElementsAre(NONE));
   EXPECT_EQ(0, user().openWaits());
+}
+
+TEST_F(ProgramUpdaterTest, CheckRunsUnderAProgressThatCancelsIt) {
+  offerCountries();
+  service().server().stall();
+  user().cancelLengthyAfter(0);
+  ProgramUpdater updater(idle());
+  checkForUpdates(updater);
+  ASSERT_EQ(1u, user().calls().size()) << "nothing is told or asked afterwards";
+  EXPECT_EQ(Kind::Lengthy, user().calls()[0].kind);
+  EXPECT_EQ(u"Looking for updates", user().calls()[0].text);
+  service().server().release();
 }
 
 TEST_F(ProgramUpdaterTest, CheckWithNoAsAnswerDownloadsNothing) {
