@@ -1,5 +1,6 @@
 #include "shell/AdvertStrip.h"
 #include "foundation/Platform.h"
+#include "shell/AdvertLink.h"
 #include <algorithm>
 #include <utility>
 
@@ -33,12 +34,7 @@ AdvertStrip::AdvertStrip(FXComposite* parent, FXObject* target, FXSelector first
 }
 
 void AdvertStrip::addPlace(Place& place, FXObject* target, FXSelector selector) {
-  place.frame =
-      new FXImageFrame(this, nullptr, FRAME_NONE | LAYOUT_CENTER_X | LAYOUT_CENTER_Y, 0, 0, 0, 0, 0, 0, 0, 0);
-  place.frame->setTarget(target);
-  place.frame->setSelector(selector);
-  place.frame->enable();
-  place.frame->setDefaultCursor(getApp()->getDefaultCursor(DEF_HAND_CURSOR));
+  place.frame = new AdvertLink(this, target, selector);
   place.frame->hide();
 }
 

@@ -5,6 +5,8 @@
 
 namespace Tallymoor {
 
+class AdvertLink;
+
 /// The strip of the last two adverts, each a picture that is a link. It takes no room until there is one to
 /// show. GUI thread only, under the big mutex.
 class AdvertStrip : public FXHorizontalFrame {
@@ -12,7 +14,7 @@ class AdvertStrip : public FXHorizontalFrame {
 public:
   static constexpr FXint HEIGHT = 60;
 
-  /// A click sends the target SEL_LEFTBUTTONPRESS with the first or the second selector.
+  /// A click, or Return, sends the target SEL_LEFTBUTTONPRESS with the first or the second selector.
   AdvertStrip(FXComposite* parent, FXObject* target, FXSelector first, FXSelector second);
 
   /// Where the thread leaves what it has fetched.
@@ -29,7 +31,7 @@ protected:
 
 private:
   struct Place {
-    FXImageFrame* frame = nullptr;
+    AdvertLink* frame = nullptr;
     std::unique_ptr<FXImage> image;
     String url;
   };

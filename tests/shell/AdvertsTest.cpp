@@ -5,6 +5,8 @@
 #include "shell/AdvertStrip.h"
 #include "support/MessageOf.h"
 #include "support/TestHttpServer.h"
+#include "support/windows/RealKeys.h"
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -169,6 +171,25 @@ TEST_F(AdvertsTest, ClickOpensTheLinkOfItsPlace) {
   click(TallymoorWindow::ID_AD1);
   click(TallymoorWindow::ID_AD2);
   EXPECT_EQ((std::vector<String>{u"http://one.example/", u"https://two.example/"}), m_platform.opened());
+}
+
+TEST_F(AdvertsTest, TheTabKeyComesToBothLinksAndReturnOrSpaceOpensThem) {
+  fetchAndShow("http://one.example/");
+  fetchAndShow("https://two.example/");
+  letEventsPass();
+  tallymoor().setFocus();
+  runUntil([this] { return tallymoor().hasFocus(); });
+  RealKeys keys(app());
+  const std::vector<FXWindow*> stops = tabStops(keys, tallymoor(), tallymoor());
+  for (FXImageFrame* link : findAll<FXImageFrame>(strip())) {
+    EXPECT_NE(stops.end(), std::find(stops.begin(), stops.end(), link));
+    for (const FXuint code : {KEY_Return, KEY_space, KEY_KP_Enter, KEY_a}) {
+      link->setFocus();
+      keys.press(tallymoor(), code);
+    }
+  }
+  const String one = u"http://one.example/", two = u"https://two.example/";
+  EXPECT_EQ((std::vector<String>{one, one, one, two, two, two}), m_platform.opened());
 }
 
 TEST_F(AdvertsTest, ClickBeforeAnyAdvertCameDoesNothing) {
