@@ -7,6 +7,7 @@
 #include "widgets/ListChoiceDialog.h"
 #include "widgets/MainWindow.h"
 #include "widgets/NumberField.h"
+#include "widgets/TabWalk.h"
 #include "widgets/ToolkitText.h"
 #include "xml/CountryOfResidence.h"
 #include <algorithm>
@@ -22,6 +23,7 @@ OptionsDialogMap[] = {
     FXMAPFUNC(SEL_COMMAND, OptionsDialog::ID_PRICES_AUTO, OptionsDialog::onPricesAuto),
     FXMAPFUNC(SEL_COMMAND, OptionsDialog::ID_PRICES_MANUAL, OptionsDialog::onPricesManual),
     FXMAPFUNC(SEL_COMMAND, OptionsDialog::ID_FORGET_DELISTED, OptionsDialog::onForgetDelisted),
+    FXMAPFUNC(SEL_KEYPRESS, 0, OptionsDialog::onKeyPress),
 };
 
 FXIMPLEMENT(OptionsDialog, Dialog, OptionsDialogMap, ARRAYNUMBER(OptionsDialogMap))
@@ -77,6 +79,11 @@ OptionsDialog::OptionsDialog(FXWindow* owner, OpenPortfolios& portfolios)
   buildChoices(addPage(book, "  Page 2  "));
   buildUpkeep(addPage(book, "  Page 3  "));
   show(operationSettings());
+}
+
+long OptionsDialog::onKeyPress(FXObject* sender, FXSelector selector, void* data) {
+  const FXEvent& event = *static_cast<FXEvent*>(data);
+  return isTab(event) ? walkWithTab(*this, isBackTab(event)) : Dialog::onKeyPress(sender, selector, data);
 }
 
 FormRows OptionsDialog::addPage(FXTabBook* book, const char* title) {

@@ -38,6 +38,8 @@ public:
   long onPricesAuto(FXObject*, FXSelector, void*);
   long onPricesManual(FXObject*, FXSelector, void*);
   long onForgetDelisted(FXObject*, FXSelector, void*);
+  /// The tab key comes to the pages as well: the toolkit's own walk passes over them.
+  long onKeyPress(FXObject*, FXSelector, void*);
 
 protected:
   OptionsDialog() {}

@@ -17,10 +17,10 @@
 #include "widgets/HandlerScope.h"
 #include "widgets/InvestmentTree.h"
 #include "widgets/ListChoiceDialog.h"
+#include "widgets/TabWalk.h"
 #include "widgets/ToolkitText.h"
 #include "xml/Leaves.h"
 #include <algorithm>
-#include <fxkeys.h>
 
 namespace Tallymoor {
 
@@ -33,45 +33,15 @@ constexpr int WATCHLIST_TAB = 1;
 constexpr char16_t RECEIPT_PROMPT[] = u"Select the portfolio to receive a dividend from.";
 constexpr std::uint32_t FAILURE_SHOWN_FOR = 1000; ///< milliseconds
 
-FXWindow* widgetWithKeyboard(FXWindow& window) {
-  FXWindow* widget = &window;
-  while (widget->getFocus())
-    widget = widget->getFocus();
-  return widget;
-}
-
-/// The widgets in sight that take the keyboard, in the order of the tab key. The parts of one that takes it
-/// belong to it.
-void addTabStops(FXWindow& in, std::vector<FXWindow*>& stops) {
-  for (FXWindow* child = in.getFirst(); child; child = child->getNext()) {
-    if (!child->shown() || child->isShell() || dynamic_cast<FXMenuBar*>(child))
-      continue;
-    if (child->isEnabled() && child->canFocus())
-      stops.push_back(child);
-    else
-      addTabStops(*child, stops);
-  }
-}
-
 } // namespace
 
 long TallymoorWindow::onKeyPress(FXObject* sender, FXSelector selector, void* data) {
-  const FXEvent& event = *static_cast<FXEvent*>(data);
-  const bool back = event.code == KEY_ISO_Left_Tab || (event.state & SHIFTMASK);
-  const bool tab = event.code == KEY_Tab || event.code == KEY_ISO_Left_Tab;
+  const FXEvent event = *static_cast<FXEvent*>(data);
   FXWindow* const before = widgetWithKeyboard(*this);
   const long handled = MainWindow::onKeyPress(sender, selector, data);
-  if (!tab || widgetWithKeyboard(*this) != before)
+  if (!isTab(event) || widgetWithKeyboard(*this) != before)
     return handled;
-  std::vector<FXWindow*> stops;
-  addTabStops(*this, stops);
-  if (stops.empty())
-    return handled;
-  if (back)
-    std::reverse(stops.begin(), stops.end());
-  const auto here = std::find(stops.begin(), stops.end(), before);
-  (here == stops.end() || here + 1 == stops.end() ? stops.front() : *(here + 1))->setFocus();
-  return 1;
+  return walkWithTab(*this, isBackTab(event)) ? 1 : handled;
 }
 
 XMLElement* TallymoorWindow::choosePortfolio(const String& prompt) {

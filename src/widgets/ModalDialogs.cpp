@@ -1,20 +1,10 @@
 #include "widgets/ModalDialogs.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/MainWindow.h"
+#include "widgets/TabWalk.h"
 #include <fxkeys.h>
 
 namespace Tallymoor {
-
-namespace {
-
-FXWindow* focusedWidget(FXWindow& window) {
-  FXWindow* widget = &window;
-  while (widget->getFocus())
-    widget = widget->getFocus();
-  return widget;
-}
-
-} // namespace
 
 FXuint runModal(FXDialogBox& dialog, FXuint placement, const std::function<FXuint(FXuint)>& execute) {
   if (!MainWindow::Instance().mayOpenDialog())
@@ -32,7 +22,7 @@ long keyInDialog(FXDialogBox& dialog, const FXEvent& event, FXuint goOnCommand,
                  const std::function<long()>& toolkitHandler) {
   const bool enter = event.code == KEY_Return || event.code == KEY_KP_Enter;
   // A text field with the focus is the toolkit's default widget, and would do nothing with the key.
-  const bool inField = dynamic_cast<FXTextField*>(focusedWidget(dialog)) != nullptr;
+  const bool inField = dynamic_cast<FXTextField*>(widgetWithKeyboard(dialog)) != nullptr;
   if (!(enter && inField) && toolkitHandler())
     return 1;
   return enter ? dialog.handle(&dialog, FXSEL(SEL_COMMAND, goOnCommand), nullptr) : 0;

@@ -15,6 +15,18 @@ FXWindow& receiver(FXApp& app, FXWindow& mainWindow) {
   return modal && modal->shown() ? *modal : mainWindow;
 }
 
+/// Until neither side has anything left to say and what was opened has its layout. The toolkit's own loop
+/// ends early, at an event that it keeps to itself, and what a key has opened takes the next one only when
+/// the server has told that it is there.
+void letItWork(FXApp& app, FXWindow& mainWindow) {
+  auto* display = static_cast<Display*>(app.getDisplay());
+  do {
+    app.runWhileEvents();
+    app.flush(TRUE);
+  } while (XEventsQueued(display, QueuedAlready) > 0 ||
+           app.hasChore(&receiver(app, mainWindow), FXShell::ID_LAYOUT));
+}
+
 } // namespace
 
 void RealKeys::send(FXWindow& to, FXuint code, FXuint state, bool down) {
@@ -36,13 +48,11 @@ void RealKeys::send(FXWindow& to, FXuint code, FXuint state, bool down) {
 void RealKeys::press(FXWindow& mainWindow, FXuint code, FXuint state) {
   FXWindow& to = receiver(m_app, mainWindow);
   send(to, code, state, true);
-  m_app.flush(TRUE);
-  m_app.runWhileEvents();
+  letItWork(m_app, mainWindow);
   // A popup may be gone by now; its key goes up over the window below it.
   FXWindow& then = receiver(m_app, mainWindow);
   send(then, code, state, false);
-  m_app.flush(TRUE);
-  m_app.runWhileEvents();
+  letItWork(m_app, mainWindow);
 }
 
 void RealKeys::press(FXWindow& mainWindow, FXuint code, FXuint state, int times) {
