@@ -12,6 +12,15 @@ if(TALLYMOOR_SANITIZERS)
   target_link_options(tallymoor_options INTERFACE -fsanitize=${TALLYMOOR_SANITIZERS})
 endif()
 
+# What nearly every source includes and nobody here changes: the toolkit and the standard library, read once for all
+# libraries. Sources still include what they use: the fuzzing preset builds without this.
+set(TALLYMOOR_COMMON_HEADERS
+  <fx.h> <fxkeys.h>
+  <algorithm> <array> <atomic> <cerrno> <chrono> <cmath> <condition_variable> <cstddef> <cstdint> <cstdio> <cstdlib>
+  <cstring> <deque> <exception> <filesystem> <fstream> <functional> <iostream> <iterator> <limits> <list> <map> <memory>
+  <mutex> <numeric> <optional> <ostream> <random> <set> <sstream> <stdexcept> <string> <string_view> <thread>
+  <unordered_map> <utility> <vector>)
+
 # tallymoor_library(FOLDER [USES folder...] [LINK target...] [WITHOUT file...]): the library tallymoor_FOLDER from
 # src/FOLDER/*.cpp, without the named ones.
 # It links only the folders it may include; CMake puts the link line in order.
@@ -25,6 +34,11 @@ function(tallymoor_library folder)
   if(sources)
     add_library(tallymoor_${folder} STATIC ${sources})
     set(scope PUBLIC)
+    if(folder STREQUAL foundation)
+      target_precompile_headers(tallymoor_foundation PRIVATE ${TALLYMOOR_COMMON_HEADERS})
+    else()
+      target_precompile_headers(tallymoor_${folder} REUSE_FROM tallymoor_foundation)
+    endif()
   else()
     add_library(tallymoor_${folder} INTERFACE)
     set(scope INTERFACE)

@@ -36,7 +36,7 @@ bool CheckCommand::run() {
   m_document = std::make_unique<LocatorDocument>(m_options.document);
   m_document->show(m_out);
   const XMLElement& source = m_document->source(m_options.domain);
-  m_out.line(u"Checked: the source " + quoted(source.attribute(u"domain")));
+  m_out.line(u"Checked: the source " + inQuotes(source.attribute(u"domain")));
   switch (m_document->kind()) {
   case LocatorDocument::Kind::CurrentPrices:
     return checkPrice(source);
@@ -118,7 +118,7 @@ bool CheckCommand::showPrice(const XMLElement& source, const WebPage& page) {
     return false;
   }
   const double price = DataSource::readCurrentPrice(static_cast<const XMLCurrentPrice&>(source), page.root());
-  m_out.line(u"The price: " + quoted(tag->textView()) + u" reads as " + String::fromDouble(price, 4));
+  m_out.line(u"The price: " + inQuotes(tag->textView()) + u" reads as " + String::fromDouble(price, 4));
   if (price > 0.0)
     return true;
   m_out.line(u"WRONG: that is no price. The program passes over a price of 0.");

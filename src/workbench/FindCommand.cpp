@@ -44,11 +44,11 @@ bool FindCommand::run() {
   std::vector<const HTMLTag*> tags = found.whole;
   tags.insert(tags.end(), found.part.begin(), found.part.end());
   if (tags.empty()) {
-    m_out.line(u"No tag holds the text " + quoted(m_text) + u".");
+    m_out.line(u"No tag holds the text " + inQuotes(m_text) + u".");
     m_out.line(TextOnPage::whyNotInTags(page.text(), m_text));
     return false;
   }
-  m_out.line(counted(found.whole.size(), u"tag has", u"tags have") + u" the text " + quoted(m_text) +
+  m_out.line(counted(found.whole.size(), u"tag has", u"tags have") + u" the text " + inQuotes(m_text) +
              (found.part.empty()
                   ? String(u".")
                   : u"; " + counted(found.part.size(), u"tag has", u"tags have") + u" it among other text."));

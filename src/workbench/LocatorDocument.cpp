@@ -118,7 +118,7 @@ LocatorDocument::LocatorDocument(const std::string& path) : m_path(path.c_str())
   const auto form = std::find_if(FORMS.begin(), FORMS.end(),
                                  [&root](const Form& known) { return root == String(known.root); });
   if (form == FORMS.end())
-    fail(m_path, u"this is not a locator document. Its root is " + quoted(root) +
+    fail(m_path, u"this is not a locator document. Its root is " + inQuotes(root) +
                      u", but those of locator documents are CurrentPriceLocators, HistoricalPricesLocators "
                      u"and CodeSearchLocators.");
   m_form = &*form;
@@ -138,7 +138,7 @@ const XMLElement& LocatorDocument::source(const String& domain) const {
       return source;
   }
   fail(m_path, String(domain.empty() ? u"its \"active\" names" : u"there is") +
-                   u" no source with the domain " + quoted(wanted) +
+                   u" no source with the domain " + inQuotes(wanted) +
                    String(domain.empty() ? u" as one that it holds" : u"") + u".\nIts sources are: " +
                    sourceNames());
 }
@@ -146,13 +146,13 @@ const XMLElement& LocatorDocument::source(const String& domain) const {
 String LocatorDocument::sourceNames() const {
   String names;
   for (std::size_t i = 0; i < m_root->numSubElements(m_form->sources); ++i)
-    names += (i == 0 ? u"" : u", ") + quoted(m_root->subElement(m_form->sources, i).attribute(u"domain"));
+    names += (i == 0 ? u"" : u", ") + inQuotes(m_root->subElement(m_form->sources, i).attribute(u"domain"));
   return names.empty() ? u"none" : names;
 }
 
 void LocatorDocument::show(PlainOutput& out) const {
   out.line(u"Document: " + m_path + u", for " + m_form->what + u", version " + m_root->attribute(u"version"));
-  out.line(u"Sources: " + sourceNames() + u"; in use is " + quoted(m_root->attribute(u"active")));
+  out.line(u"Sources: " + sourceNames() + u"; in use is " + inQuotes(m_root->attribute(u"active")));
   if (!m_path.contains(m_form->fileName))
     out.line(u"The program looks for such a document under the name " + m_form->fileName + u".");
 }

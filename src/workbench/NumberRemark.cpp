@@ -34,8 +34,8 @@ String remarkOnNumber(const String& text) {
   if (readFigure(text))
     return String();
   if (!holdsDigits(text))
-    return quoted(text) + u" is no number";
-  return quoted(text) +
+    return inQuotes(text) + u" is no number";
+  return inQuotes(text) +
          u" can't be read as a number: there is something in front of it, a comma that does not divide "
          u"thousands, or something behind it that may belong to it";
 }

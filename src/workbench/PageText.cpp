@@ -124,7 +124,7 @@ String shortened(std::u16string_view text, std::size_t most) {
   return whole ? line : line.substr(0, most) + u"...";
 }
 
-String quoted(std::u16string_view text) {
+String inQuotes(std::u16string_view text) {
   return u"\"" + shortened(text) + u"\"";
 }
 
@@ -146,7 +146,7 @@ String tagTitle(const HTMLTag& tag) {
 
 String tagSummary(const HTMLTag& tag) {
   if (!tag.textView().empty())
-    return tagTitle(tag) + u" " + quoted(tag.textView());
+    return tagTitle(tag) + u" " + inQuotes(tag.textView());
   const std::size_t inside = tag.numSubTags();
   return tagTitle(tag) +
          (inside == 0 ? String(u", empty") : u", " + counted(inside, u"tag", u"tags") + u" in it");

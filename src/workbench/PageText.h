@@ -15,7 +15,7 @@ String asShown(std::u16string_view text);
 /// On one line and cut to a length that leaves room for more on it.
 String shortened(std::u16string_view text, std::size_t most = 60);
 /// The same in quotation marks.
-String quoted(std::u16string_view text);
+String inQuotes(std::u16string_view text);
 /// As in "1 row" and "3 rows".
 String counted(std::size_t number, const char16_t* one, const char16_t* many);
 /// With blanks behind it up to the width.

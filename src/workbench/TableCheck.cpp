@@ -93,7 +93,7 @@ bool TableCheck::showColumns(const HTMLTag& row) {
     const String head = padded(columnName(i), 11) + trace.steps();
     try {
       const HTMLTag* const cell = HTMLTagLocator(&column)(&row);
-      m_out.line(head + u": " + (cell->textView().empty() ? String(u"empty") : quoted(cell->textView())) +
+      m_out.line(head + u": " + (cell->textView().empty() ? String(u"empty") : inQuotes(cell->textView())) +
                      (isRead(type) ? u"" : u" (not used)"),
                  1);
     } catch (const HTMLException&) {
@@ -193,11 +193,11 @@ bool TableCheck::showCodes(const HTMLTable& table) {
     const CodeSearchResult& found = row.result;
     if (row.reading == SearchTable::Reading::Read) {
       ++read;
-      showRow(i, quoted(found.code) + u", " + quoted(found.name) + u", " + quoted(found.market), false);
+      showRow(i, inQuotes(found.code) + u", " + inQuotes(found.name) + u", " + inQuotes(found.market), false);
     } else if (row.reading == SearchTable::Reading::NoCode) {
       showRow(i, u"passed over: its code is empty", true);
     } else {
-      showRow(i, u"passed over: " + quoted(found.code) + u" begins with E: and can't be traded", true);
+      showRow(i, u"passed over: " + inQuotes(found.code) + u" begins with E: and can't be traded", true);
     }
   }
   showCount(table.numRows(), read);

@@ -106,7 +106,7 @@ bool TableProposal::findTexts() {
     TextOnPage found(*m_page.root(), cell.text);
     Cells& tags = found.whole.empty() ? found.part : found.whole;
     if (tags.empty()) {
-      m_reason = u"No tag holds the text " + quoted(cell.text) + u".\n" +
+      m_reason = u"No tag holds the text " + inQuotes(cell.text) + u".\n" +
                  TextOnPage::whyNotInTags(m_page.text(), cell.text);
       return false;
     }
@@ -377,7 +377,7 @@ String TableProposal::unreadableDate(const HTMLTable& table) {
     if (text.empty() || (hasClose && table.cellValue(row, table.columnByType(COLUMN_TYPE_CLOSE)).empty()))
       continue;
     if (!isReadableDate(text))
-      return u"row " + numberText(row + 1) + u" has " + quoted(text) +
+      return u"row " + numberText(row + 1) + u" has " + inQuotes(text) +
              u" for its date, and dates must look like 3-Mar-06.";
   }
   return String();

@@ -26,11 +26,11 @@ String describeMove(const XMLTagMove& move) {
 String describeSearch(const XMLElement& search) {
   String text = u"search: <" + shortened(search.attribute(u"tagname")) + u">";
   if (search.hasAttribute(u"val"))
-    return text + u" with the text " + quoted(search.attribute(u"val"));
+    return text + u" with the text " + inQuotes(search.attribute(u"val"));
   if (search.hasAttribute(u"attr"))
     text += u" with " + shortened(search.attribute(u"attr"));
   if (search.hasAttribute(u"attrVal"))
-    text += u"=" + quoted(search.attribute(u"attrVal"));
+    text += u"=" + inQuotes(search.attribute(u"attrVal"));
   return text;
 }
 

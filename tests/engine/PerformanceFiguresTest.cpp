@@ -1,5 +1,6 @@
 // Asks the questions of data/performance. What they must give was worked out by expected_performance.py,
 // which knows nothing of the program, and is compared to the last digit that the program shows.
+#include "TestPaths.h"
 #include "engine/CapitalGrowth.h"
 #include "engine/EngineTest.h"
 #include "engine/Indicators.h"

@@ -1,5 +1,6 @@
 #pragma once
 #include "EngineTest.h"
+#include "TestPaths.h"
 #include "engine/ReportBuilder.h"
 #include <filesystem>
 

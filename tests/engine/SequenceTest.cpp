@@ -1,5 +1,6 @@
 // Runs the cases of data/sequences. What they must give was worked out by expected_sequences.py, which knows
 // nothing of the program.
+#include "TestPaths.h"
 #include "engine/EngineTest.h"
 #include "engine/SequenceArguments.h"
 #include "engine/SequenceFile.h"

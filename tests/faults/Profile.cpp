@@ -1,4 +1,5 @@
 #include "Profile.h"
+#include "TestPaths.h"
 #include "foundation/Date.h"
 #include "foundation/Settings.h"
 #include "market/TallymoorInternet.h"

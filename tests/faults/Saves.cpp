@@ -1,5 +1,6 @@
 #include "Saves.h"
 #include "Profile.h"
+#include "TestPaths.h"
 #include "engine/ReportBuilder.h"
 #include "engine/ReportFiles.h"
 #include "foundation/Constants.h"

@@ -1,4 +1,5 @@
 #include "DocumentServer.h"
+#include "TestPaths.h"
 #include "support/TestHttpServer.h"
 #include <algorithm>
 #include <fstream>

@@ -1,3 +1,4 @@
+#include "TestPaths.h"
 #include "foundation/ProgramFiles.h"
 #include "installer/UpdateInstallation.h"
 #include "support/InstalledFolder.h"

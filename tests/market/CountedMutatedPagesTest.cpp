@@ -2,6 +2,7 @@
 // right, or nothing is read. All prices of a page are different, and the page knows what it states; see
 // MutatedPages.h.
 #include "MutatedPages.h"
+#include "TestPaths.h"
 #include "foundation/Exception.h"
 #include "market/DataSource.h"
 #include "market/HTTPClient.h"

@@ -1,5 +1,6 @@
 #include "market/HTMLParser.h"
 #include "ReferenceHTMLParser.h"
+#include "TestPaths.h"
 #include "foundation/Exception.h"
 #include "market/HTMLTagSearch.h"
 #include "support/FailureOf.h"

@@ -1,4 +1,5 @@
 #include "market/HTMLTable.h"
+#include "TestPaths.h"
 #include "foundation/Exception.h"
 #include "market/HTMLParser.h"
 #include "support/FailureOf.h"

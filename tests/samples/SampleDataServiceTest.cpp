@@ -1,4 +1,5 @@
 #include "service/SampleDataService.h"
+#include "TestPaths.h"
 #include "foundation/BigMutex.h"
 #include "foundation/Exception.h"
 #include "market/HTTPClient.h"

@@ -1,5 +1,6 @@
 #include "RecordingPlatform.h"
 #include "ShellTest.h"
+#include "TestPaths.h"
 #include "market/TallymoorInternet.h"
 #include "shell/AdvertPicture.h"
 #include "shell/AdvertStrip.h"

@@ -1,5 +1,6 @@
 #include "RecordingPlatform.h"
 #include "TestDesktop.h"
+#include "TestPaths.h"
 #include "YearOfTransactionsTest.h"
 #include "foundation/RunTimeSettings.h"
 #include "shell/TrayTip.h"

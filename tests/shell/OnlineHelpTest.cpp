@@ -1,6 +1,7 @@
 #include "shell/OnlineHelp.h"
 #include "RecordingPlatform.h"
 #include "ShellTest.h"
+#include "TestPaths.h"
 #include <cstdlib>
 #include <filesystem>
 #include <gmock/gmock.h>

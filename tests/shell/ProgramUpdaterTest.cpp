@@ -1,4 +1,5 @@
 #include "shell/ProgramUpdater.h"
+#include "TestPaths.h"
 #include "UpdatesTest.h"
 #include "foundation/BigMutex.h"
 #include "foundation/Platform.h"

@@ -1,5 +1,6 @@
 #include "RecordingPlatform.h"
 #include "ShellTest.h"
+#include "TestPaths.h"
 #include "views/DividendCells.h"
 #include "views/DividendsTreeItem.h"
 #include "views/HeldShareCells.h"

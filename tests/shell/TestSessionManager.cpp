@@ -1,4 +1,5 @@
 #include "TestSessionManager.h"
+#include "TestPaths.h"
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>

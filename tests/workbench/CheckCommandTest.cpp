@@ -1,3 +1,4 @@
+#include "TestPaths.h"
 #include "WorkbenchTest.h"
 #include <gmock/gmock.h>
 #include <regex>

@@ -1,3 +1,4 @@
+#include "TestPaths.h"
 #include "WorkbenchTest.h"
 #include "foundation/Constants.h"
 #include "market/DataSource.h"

@@ -1,3 +1,4 @@
+#include "TestPaths.h"
 #include "WorkbenchTest.h"
 #include <cstdlib>
 #include <sys/wait.h>

@@ -1,4 +1,5 @@
 #pragma once
+#include "TestPaths.h"
 #include "market/HTTPClient.h"
 #include "support/TestProfile.h"
 #include "workbench/Workbench.h"
