@@ -26,17 +26,6 @@ is_not() { ! "$@"; }
 
 # ---- Programs ----
 
-# Counts as the program itself does: by the name of the image that a process runs, not by its command line.
-other_copies_run() {
-  local link
-  for link in /proc/[0-9]*/exe; do
-    case $(readlink "$link" 2>/dev/null) in
-      */Tallymoor.exe | */Tallymoor.exe\ \(deleted\)) return 0 ;;
-    esac
-  done
-  return 1
-}
-
 process_runs() { kill -0 "$1" 2>/dev/null; }
 
 # Ends a process that this script started, if it still runs; one that asks the user something first is killed. Nothing

@@ -1,6 +1,10 @@
 #include "foundation/FileReplacement.h"
 #include "foundation/Exception.h"
 #include "foundation/FileOperations.h"
+#include "foundation/FileSteps.h"
+#include "foundation/LinkedFile.h"
+#include "foundation/OpenFile.h"
+#include "foundation/TemporaryName.h"
 #include "foundation/Uninterrupted.h"
 #include <algorithm>
 #include <cerrno>
@@ -26,38 +30,7 @@ namespace Tallymoor {
 
 namespace {
 
-// Short whatever the file is called, since a name may already have all the length that the file system
-// allows.
-constexpr std::string_view TEMPORARY_PREFIX = ".tallymoor-";
-constexpr std::string_view TEMPORARY_SUFFIX = ".tmp";
 constexpr std::size_t BUFFER_SIZE = 64 * 1024;
-
-[[noreturn]] void fail(const char* what, const std::string& path, int reason) {
-  throw Exception(String(u"replaceFile - ") + String(what) + u" " + String(path.c_str()) + u": " +
-                  String(std::strerror(reason)));
-}
-
-/// An open file that is closed with its scope.
-class OpenFile {
-public:
-  explicit OpenFile(int descriptor) : m_descriptor(descriptor) {}
-  ~OpenFile() { close(); }
-  OpenFile(const OpenFile&) = delete;
-  OpenFile& operator=(const OpenFile&) = delete;
-
-  int get() const { return m_descriptor; }
-  /// 0, or the error of closing, where some file systems tell late of a failed write.
-  int close() {
-    if (m_descriptor < 0)
-      return 0;
-    const int result = ::close(m_descriptor);
-    m_descriptor = -1;
-    return result == 0 || errno == EINTR ? 0 : errno;
-  }
-
-private:
-  int m_descriptor;
-};
 
 /// Feeds a stream's bytes to a file and remembers the first error.
 class FileBuffer : public std::streambuf {
@@ -79,17 +52,8 @@ protected:
 
 private:
   bool flushBuffer() {
-    const char* next = pbase();
-    while (m_error == 0 && next < pptr()) {
-      const ssize_t written =
-          FileOperations::current().write(m_file, next, static_cast<size_t>(pptr() - next));
-      if (written > 0)
-        next += written;
-      else if (written == 0)
-        m_error = ENOSPC;
-      else if (errno != EINTR)
-        m_error = errno;
-    }
+    if (m_error == 0)
+      m_error = writeWhole(m_file, pbase(), static_cast<std::size_t>(pptr() - pbase()));
     setp(m_buffer.data(), m_buffer.data() + m_buffer.size());
     return m_error == 0;
   }
@@ -98,13 +62,6 @@ private:
   int m_error = 0;
   std::vector<char> m_buffer;
 };
-
-std::string folderOf(const std::string& path) {
-  const std::size_t slash = path.rfind('/');
-  if (slash == std::string::npos)
-    return ".";
-  return slash == 0 ? "/" : path.substr(0, slash);
-}
 
 /// Where the content belongs: behind a link, so that a file that the user keeps elsewhere stays there.
 std::string resolved(const std::string& path) {
@@ -144,36 +101,42 @@ public:
     write(stream);
     stream.flush();
     if (!stream)
-      fail("cannot write", m_target, buffer.error() ? buffer.error() : EIO);
+      failReplacing("cannot write", m_target, buffer.error() ? buffer.error() : EIO);
   }
 
   void flushToDisk() {
     if (uninterrupted([this] { return FileOperations::current().sync(m_file.get()); }) != 0)
-      fail("cannot flush", m_target, errno);
+      failReplacing("cannot flush", m_target, errno);
     if (const int error = m_file.close())
-      fail("cannot close", m_target, error);
+      failReplacing("cannot close", m_target, error);
+  }
+
+  /// Gives the content to all names of the target.
+  void publishInto() {
+    m_published = true; // or, where it can't be, it is needed at the next start
+    writeIntoLinkedFile(m_path, m_target);
   }
 
   void publish() {
     if (uninterrupted(
             [this] { return FileOperations::current().rename(m_path.c_str(), m_target.c_str()); }) != 0)
-      fail("cannot replace", m_target, errno);
+      failReplacing("cannot replace", m_target, errno);
     m_published = true;
   }
 
 private:
-  /// A new file with the access rights of the old one, or those of any new file.
+  /// A new file with the access rights of the old one; else it is the user's alone, whatever the folder is.
   int create() {
     for (;;) {
       m_path = folderOf(m_target) + "/" + std::string(TEMPORARY_PREFIX) + randomLetters() +
                std::string(TEMPORARY_SUFFIX);
-      const int file = ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+      const int file = ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
       if (file >= 0) {
         keepMode(file);
         return file;
       }
       if (errno != EEXIST && errno != EINTR)
-        fail("cannot create", m_target, errno);
+        failReplacing("cannot create", m_target, errno);
     }
   }
 
@@ -190,33 +153,10 @@ private:
   bool m_published = false;
 };
 
-int openFolder(const std::string& folder) {
-  return uninterrupted([&folder] { return ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
-}
-
-/// Makes the renaming itself last. The new file is in place by now and whole, so a folder that may not be
-/// read, or a file system that can't flush one, is no failure; a disk that fails is, since the old file may
-/// come back with the next start of the machine.
-void flushFolderOf(const std::string& path) {
-  OpenFile directory(openFolder(folderOf(path)));
-  if (directory.get() < 0 && errno == EACCES)
-    return;
-  if (directory.get() < 0)
-    fail("cannot open the folder of", path, errno);
-  const int synced = uninterrupted([&] { return FileOperations::current().sync(directory.get()); });
-  if (synced != 0 && errno != EINVAL && errno != EOPNOTSUPP)
-    fail("cannot flush the folder of", path, errno);
-  if (const int error = directory.close())
-    fail("cannot close the folder of", path, error);
-}
-
-bool isTemporaryName(std::string_view name) {
-  return name.starts_with(TEMPORARY_PREFIX) && name.ends_with(TEMPORARY_SUFFIX);
-}
-
 /// Gives the other folders that links in this one lead to: what is written through a link has its temporary
 /// there.
 std::set<std::string> removeTemporariesIn(const std::string& folder) {
+  finishLinkedFiles(folder);
   std::set<std::string> linked;
   const std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(folder.c_str()), ::closedir);
   while (const dirent* entry = directory ? ::readdir(directory.get()) : nullptr) {
@@ -239,18 +179,48 @@ std::optional<std::string> contentOf(const String& path) {
   return file.eof() && !file.bad() ? std::optional(content) : std::nullopt;
 }
 
-} // namespace
+enum class OtherNames { Keep, Leave };
 
-void replaceFile(const String& path, const std::function<void(std::ostream&)>& write,
-                 const std::function<void(const String& temporaryPath)>& check) {
-  const std::string target = resolved(path.toUTF8());
+/// The content, the check and the target's other names are those of replaceFile.
+void replace(const std::string& target, const std::function<void(std::ostream&)>& write,
+             const std::function<void(const String& temporaryPath)>& check, OtherNames names) {
   Temporary temporary(target);
   temporary.fill(write);
   temporary.flushToDisk();
   if (check)
     check(String(temporary.path().c_str()));
-  temporary.publish();
+  if (names == OtherNames::Keep && hasAnotherName(target))
+    temporary.publishInto();
+  else
+    temporary.publish();
   flushFolderOf(target);
+}
+
+bool isSameFile(int file, const std::string& path) {
+  struct stat left {};
+  struct stat right {};
+  return ::fstat(file, &left) == 0 && ::stat(path.c_str(), &right) == 0 && left.st_dev == right.st_dev &&
+         left.st_ino == right.st_ino;
+}
+
+/// Copies the open file to the stream.
+void copyTo(std::ostream& out, int file, const std::string& source) {
+  std::vector<char> buffer(BUFFER_SIZE);
+  for (;;) {
+    const ssize_t count = uninterrupted([&] { return ::read(file, buffer.data(), buffer.size()); });
+    if (count < 0)
+      failReplacing("cannot read", source, errno);
+    if (count == 0)
+      return;
+    out.write(buffer.data(), count);
+  }
+}
+
+} // namespace
+
+void replaceFile(const String& path, const std::function<void(std::ostream&)>& write,
+                 const std::function<void(const String& temporaryPath)>& check) {
+  replace(resolved(path.toUTF8()), write, check, OtherNames::Keep);
 }
 
 bool copyFileReplacing(const String& from, const String& to) {
@@ -259,18 +229,12 @@ bool copyFileReplacing(const String& from, const String& to) {
   if (file.get() < 0 && errno == ENOENT)
     return false;
   if (file.get() < 0)
-    fail("cannot read", source, errno);
-  replaceFile(to, [&](std::ostream& out) {
-    std::vector<char> buffer(BUFFER_SIZE);
-    for (;;) {
-      const ssize_t count = uninterrupted([&] { return ::read(file.get(), buffer.data(), buffer.size()); });
-      if (count < 0)
-        fail("cannot read", source, errno);
-      if (count == 0)
-        return;
-      out.write(buffer.data(), count);
-    }
-  });
+    failReplacing("cannot read", source, errno);
+  const std::string target = resolved(to.toUTF8());
+  // A copy that is only another name of its source would change with it.
+  const OtherNames names = isSameFile(file.get(), target) ? OtherNames::Leave : OtherNames::Keep;
+  replace(
+      target, [&](std::ostream& out) { copyTo(out, file.get(), source); }, {}, names);
   return true;
 }
 
@@ -293,6 +257,23 @@ FilePresence filePresence(const String& path) {
   const bool readable =
       ::stat(name.c_str(), &info) == 0 && S_ISREG(info.st_mode) && ::access(name.c_str(), R_OK) == 0;
   return readable ? FilePresence::RegularFile : FilePresence::Unusable;
+}
+
+bool emptyFile(const String& path) {
+  const std::string name = path.toUTF8();
+  OpenFile file(uninterrupted([&name] { return ::open(name.c_str(), O_WRONLY | O_CLOEXEC); }));
+  if (file.get() < 0 && errno == ENOENT)
+    return false;
+  if (file.get() < 0)
+    return removeFile(path); // one that may not be written may still be taken away
+  int error = uninterrupted([&file] { return ::ftruncate(file.get(), 0); }) == 0 ? 0 : errno;
+  if (error == 0 && uninterrupted([&file] { return FileOperations::current().sync(file.get()); }) != 0)
+    error = errno;
+  if (error == 0)
+    error = file.close();
+  if (error != 0)
+    throw Exception(String(u"emptyFile - cannot empty ") + path + u": " + String(std::strerror(error)));
+  return true;
 }
 
 bool removeFile(const String& path) {

@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 #include <dirent.h>
 #include <fcntl.h>
@@ -83,23 +84,35 @@ std::string baseName(const std::string& path) {
   return path.substr(path.rfind('/') + 1);
 }
 
-bool exists(const std::string& path) {
+bool isFolder(const std::string& path) {
   struct stat info {};
-  return ::stat(path.c_str(), &info) == 0;
+  return ::stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
 }
 
-/// Another process or thread may make the folder first, which is as good.
-bool makeFolder(const std::string& path) {
-  return ::mkdir(path.c_str(), 0700) == 0 || errno == EEXIST;
+/// Throws Exception with the words of the step, then the folder and the system's reason.
+[[noreturn]] void failMaking(const std::string& path, const char16_t* step, int reason) {
+  throw Exception(String(u"Win32Platform::userHomeDirectory - ") + step +
+                  u"\nYour records belong into your home folder, and no folder can be made there:\n" +
+                  String(path.c_str()) + u": " + String(std::strerror(reason)));
 }
 
-bool makeFolders(const std::string& path) {
-  if (exists(path))
-    return true;
+/// For this user alone. Another process or thread may make it first, which is as good; a file, or a link that
+/// leads nowhere, in its place is not.
+void makeFolder(const std::string& path, const char16_t* step) {
+  if (isFolder(path) || ::mkdir(path.c_str(), 0700) == 0)
+    return;
+  const int reason = errno;
+  if (reason != EEXIST || !isFolder(path))
+    failMaking(path, step, reason == EEXIST ? ENOTDIR : reason);
+}
+
+void makeFolders(const std::string& path, const char16_t* step) {
+  if (isFolder(path))
+    return;
   const std::size_t slash = path.rfind('/');
-  if (slash != std::string::npos && slash > 0 && !makeFolders(path.substr(0, slash)))
-    return false;
-  return makeFolder(path);
+  if (slash != std::string::npos && slash > 0)
+    makeFolders(path.substr(0, slash), step);
+  makeFolder(path, step);
 }
 
 /// A file's bytes, mapped for a scope.
@@ -168,16 +181,16 @@ LinuxPlatform::LinuxPlatform(const LinuxPlatformOptions& options)
 LinuxPlatform::~LinuxPlatform() = default;
 
 String LinuxPlatform::userHomeDirectory(const String& product) {
-  if (m_dataHome.empty() || !makeFolders(m_dataHome))
-    throw Exception(u"Win32Platform::userHomeDirectory - SHGetFolderPath failed!");
+  constexpr const char16_t* NO_HOME = u"SHGetFolderPath failed!";
+  if (m_dataHome.empty())
+    throw Exception(String(u"Win32Platform::userHomeDirectory - ") + NO_HOME +
+                    u"\nThe environment names no home folder.");
+  makeFolders(m_dataHome, NO_HOME);
   const std::string companyFolder = m_dataHome + "/" + VENDOR_NAME.toUTF8();
-  if (!exists(companyFolder) && !makeFolder(companyFolder))
-    throw Exception(u"Win32Platform::userHomeDirectory - CreateDirectory(companyFolder) failed!");
+  makeFolder(companyFolder, u"CreateDirectory(companyFolder) failed!");
   const std::string productFolder = companyFolder + "/" + product.toUTF8();
-  if (!exists(productFolder))
-    for (const char* folder : {"", "/Config", "/Cache", "/Data", "/Report"})
-      if (!makeFolder(productFolder + folder))
-        throw Exception(u"Win32Platform::userHomeDirectory - CreateDirectory(productFolder) failed!");
+  for (const char* folder : {"", "/Config", "/Cache", "/Data", "/Report"})
+    makeFolder(productFolder + folder, u"CreateDirectory(productFolder) failed!");
   return String(productFolder.c_str());
 }
 

@@ -2,12 +2,9 @@
 #include "foundation/Exception.h"
 #include "foundation/FileReplacement.h"
 #include "foundation/LinuxPlatform.h"
-#include <cerrno>
-#include <cstring>
 #include <dirent.h>
 #include <memory>
 #include <mutex>
-#include <sys/stat.h>
 
 namespace Tallymoor {
 
@@ -67,9 +64,7 @@ String reportDirectory(Platform& platform, const String& product) {
 void installMissingDefaults(Platform& platform, const String& product) {
   const std::string defaults = platform.installedDefaultsDirectory().toUTF8();
   copyMissing(defaults + "/Config", configDirectory(platform, product));
-  const String reports = reportDirectory(platform, product);
-  ::mkdir(reports.toUTF8().c_str(), 0700); // when it is there, or can't be made, the copying knows
-  copyMissing(defaults + "/Report", reports);
+  copyMissing(defaults + "/Report", reportDirectory(platform, product));
 }
 
 } // namespace Tallymoor

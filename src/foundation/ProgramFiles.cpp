@@ -30,7 +30,7 @@ bool isLibraryName(const std::string& fileName, const std::string& stem) {
 /// False when a byte of it, or the file itself, could not be written.
 bool writeWhole(const std::string& path, std::string_view content) {
   const int file =
-      uninterrupted([&path] { return ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666); });
+      uninterrupted([&path] { return ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600); });
   if (file < 0)
     return false;
   while (!content.empty()) {

@@ -165,10 +165,15 @@ std::string fileContent(FX::FXRegistry& registry) {
   return content;
 }
 
-/// Where one can't be made, the file in it can't either, and tells.
+/// For this user alone. Throws Exception with the folder that can't be made.
 void makeFoldersAbove(const std::string& path) {
-  for (std::size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1))
-    ::mkdir(path.substr(0, slash).c_str(), 0777);
+  for (std::size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1)) {
+    const std::string folder = path.substr(0, slash);
+    const int reason = ::mkdir(folder.c_str(), 0700) == 0 ? 0 : errno;
+    if (reason != 0 && ::access(folder.c_str(), F_OK) != 0)
+      throw Exception(u"Settings - cannot make the folder " + String(folder.c_str()) + u": " +
+                      String(std::strerror(reason)));
+  }
 }
 
 std::string shortestText(double value) {

@@ -1,5 +1,8 @@
 #include "shell/Application.h"
 #include "foundation/Constants.h"
+#include "foundation/FileReplacement.h"
+#include "foundation/FolderLock.h"
+#include "foundation/OpenFile.h"
 #include "foundation/Platform.h"
 #include "foundation/RunTimeSettings.h"
 #include "foundation/Settings.h"
@@ -14,6 +17,7 @@
 #include "xml/CountryOfResidence.h"
 #include <fx.h>
 #include <memory>
+#include <optional>
 
 namespace Tallymoor {
 
@@ -41,13 +45,6 @@ public:
 void showStartError(FXApp& app, const String& caption, const String& text) {
   app.create();
   FXMessageBox::error(&app, MBOX_OK, toFox(caption).text(), messageBoxText(text).text());
-}
-
-bool anotherCopyRuns(FXApp& app) {
-  if (Platform::Instance().countProcesses(APP_EXE) <= 1)
-    return false;
-  showStartError(app, APP_NAME, u"An instance of Tallymoor is already running.");
-  return true;
 }
 
 /// True when this process must end with status 1 because of downloaded updates.
@@ -80,7 +77,6 @@ int runLoop(FXApp& app, TallymoorWindow& window) {
 }
 
 int runWindow(FXApp& app) {
-  Settings::attach(&app.reg());
   readSettings();
   WindowIcons icons(&app);
   const auto window = std::make_unique<TallymoorWindow>(&app, icons); // goes before the icons that it shows
@@ -88,21 +84,49 @@ int runWindow(FXApp& app) {
   return runLoop(app, *window);
 }
 
+/// The user's folder, locked for this program. Before the toolkit reads the settings, they are made whole
+/// where their writing was cut off, which only the program that holds the lock may do.
+FolderLock lockUsersFolder() {
+  FolderLock lock = FolderLock::onFileIn(Platform::Instance().userHomeDirectory(APP_NAME));
+  if (!lock.isHeldByAnother())
+    removeLeftoverTemporaries(String::fromUTF8(folderOf(Settings::Instance().filePath().toUTF8())));
+  return lock;
+}
+
 int runProgram(FXApp& app) {
-  if (anotherCopyRuns(app))
-    return 0;
-  finishInterruptedUpdates();
-  if (endsForUpdates(app))
-    return 1;
+  // Programs with other data may run from the same folder; what waits there is for the last one to start.
+  const FolderLock programFolder = FolderLock::on(u".");
+  if (!programFolder.isHeldByAnother()) {
+    finishInterruptedUpdates();
+    if (endsForUpdates(app))
+      return 1;
+  }
   return runWindow(app);
+}
+
+int runIfAlone(FXApp& app, const FolderLock& lock) {
+  if (!lock.isHeldByAnother())
+    return runProgram(app);
+  showStartError(app, APP_NAME, u"An instance of Tallymoor is already running.");
+  return 0;
 }
 
 int runUnderToolkit(int argc, char** argv) {
   Toolkit app(APP_NAME.toUTF8().c_str(), VENDOR_NAME.toUTF8().c_str());
-  app.init(argc, argv);
+  Settings::attach(&app.reg());
+  std::optional<FolderLock> lock;
+  std::optional<Exception> failure;
   int status = 1;
   try {
-    withUnforeseenFailures([&] { status = runProgram(app); });
+    lock.emplace(lockUsersFolder());
+  } catch (const Exception& exception) {
+    failure = exception; // told as soon as there can be a box
+  }
+  app.init(argc, argv);
+  try {
+    if (failure)
+      throw *failure;
+    withUnforeseenFailures([&] { status = runIfAlone(app, *lock); });
   } catch (const Exception& exception) {
     showStartError(app, APP_NAME, u"Tallymoor could not start. " + exception.description());
   }

@@ -178,12 +178,12 @@ bool PortfolioStore::writeRecords(const String& path) {
   }
 }
 
-// The files of changed capital records go before the records are replaced: a crash in between then leaves
-// days that are missing, and computed again, instead of days that are wrong.
+// The files of changed capital records are emptied before the records are replaced: a crash in between then
+// leaves days that are missing, and computed again, instead of days that are wrong.
 void PortfolioStore::replaceRecords(const String& path) {
   for (const auto& [name, portfolio] : m_portfolios)
     if (portfolio->capitalRecord().isModified())
-      portfolio->capitalRecord().removeFile();
+      emptyFile(portfolio->capitalRecord().fileName());
   saveDocument(path, m_records, RECORDS_DTD, newRecords);
 }
 

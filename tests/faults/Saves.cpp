@@ -53,6 +53,19 @@ Save records() {
           [](const UpdateServiceAddress&) { return [store = changedRecords("new")] { store->save(); }; }};
 }
 
+/// The same where the user has given the records a second name.
+Save linkedRecords() {
+  return {[](bool overwrite) {
+            changedRecords("older")->save();
+            if (overwrite)
+              changedRecords("old")->save();
+            fs::create_directory("../elsewhere");
+            fs::create_hard_link((dataDirectory(Platform::Instance(), APP_NAME) + PORTFOLIOS_FILE).toUTF8(),
+                                 "../elsewhere/mine.xml");
+          },
+          records().makeReady};
+}
+
 Save exported() {
   const String file = u"../elsewhere/Exported.xml"; // of the current folder, which is that of the program
   return {[file](bool overwrite) {
@@ -229,6 +242,7 @@ std::string newerDocument(const std::string& path, const std::string& root) {
 
 const std::map<std::string, Save>& saves() {
   static const std::map<std::string, Save> all{{"records", records()},
+                                               {"linked records", linkedRecords()},
                                                {"export", exported()},
                                                {"report", report()},
                                                {"prices", prices()},

@@ -104,7 +104,7 @@ int serve() {
   std::vector<TestUpdateService::Component> documents;
   for (const auto& [name, content] : offeredDocuments()) {
     documents.push_back({name, "50.0.0"});
-    service.serve(name, content);
+    service.serveSigned(name, content);
   }
   service.offerDocuments(documents);
   std::vector<TestUpdateService::Component> files;

@@ -1,6 +1,7 @@
 #include "foundation/FileReplacement.h"
 #include "foundation/Exception.h"
 #include "foundation/FileOperations.h"
+#include "support/FileMode.h"
 #include "support/MessageOf.h"
 #include "support/TestProfile.h"
 #include <cerrno>
@@ -239,9 +240,43 @@ TEST_F(FileReplacementTest, AccessRightsAndLinksStay) {
   replaceFile(link, [](std::ostream& out) { out << "through the link"; });
   EXPECT_TRUE(std::filesystem::is_symlink(link.toUTF8()));
   EXPECT_EQ(TestProfile::readFile(path), "through the link");
-  struct stat info {};
-  ASSERT_EQ(::stat(file.c_str(), &info), 0);
-  EXPECT_EQ(info.st_mode & 0777, 0640u);
+  EXPECT_EQ(modeOf(path), 0640u);
+}
+
+TEST_F(FileReplacementTest, ANewFileIsTheUsersAloneWhateverTheFolder) {
+  const NoUmask umask;
+  ASSERT_EQ(::chmod(profile.path("files").toUTF8().c_str(), 0777), 0);
+  ASSERT_EQ(::chmod(path.toUTF8().c_str(), 0644), 0);
+  const String fresh = profile.path("files/fresh.xml");
+  unsigned whileWritten = 0;
+  replaceFile(
+      fresh, [](std::ostream& out) { out << "mine"; },
+      [&](const String& temporary) { whileWritten = modeOf(temporary); });
+  EXPECT_EQ(whileWritten, 0600u);
+  EXPECT_EQ(modeOf(fresh), 0600u);
+  copyFileReplacing(path, path + u".bak");
+  EXPECT_EQ(modeOf(path + u".bak"), 0600u) << "of a file that others may read";
+  write("new");
+  EXPECT_EQ(modeOf(path), 0644u) << "what the user chose stays";
+}
+
+TEST_F(FileReplacementTest, AnEmptiedFileKeepsItsModeAndItsLinks) {
+  ASSERT_EQ(::chmod(path.toUTF8().c_str(), 0640), 0);
+  const String link = profile.path("link.xml");
+  const String other = profile.path("other.xml");
+  std::filesystem::create_symlink(path.toUTF8(), link.toUTF8());
+  std::filesystem::create_hard_link(path.toUTF8(), other.toUTF8());
+  EXPECT_TRUE(emptyFile(link));
+  EXPECT_EQ(TestProfile::readFile(path), "");
+  EXPECT_EQ(TestProfile::readFile(other), "");
+  EXPECT_TRUE(std::filesystem::is_symlink(link.toUTF8()));
+  EXPECT_EQ(modeOf(path), 0640u);
+  EXPECT_FALSE(emptyFile(profile.path("none")));
+  const String refusal = messageOf([this] { emptyFile(profile.path("files")); });
+  EXPECT_TRUE(refusal.startsWith(u"removeFile - cannot remove ")) << refusal.toUTF8();
+  FileOperations::current().sync = failSync;
+  EXPECT_EQ(messageOf([this] { emptyFile(path); }),
+            u"emptyFile - cannot empty " + path + u": Input/output error");
 }
 
 TEST_F(FileReplacementTest, ALongNameFits) {

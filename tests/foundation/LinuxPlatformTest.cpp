@@ -2,6 +2,7 @@
 #include "foundation/Constants.h"
 #include "foundation/Exception.h"
 #include "foundation/VersionRecord.h"
+#include "support/FileMode.h"
 #include "support/MessageOf.h"
 #include "support/TestProfile.h"
 #include <cstdlib>
@@ -47,24 +48,61 @@ TEST_F(LinuxPlatformTest, TheFirstRunMakesTheFolders) {
   EXPECT_EQ(reportDirectory(*platform, APP_NAME), profile.path("deep/share/Brindlecove/Tallymoor/Report/"));
 }
 
-TEST_F(LinuxPlatformTest, AFolderThatTheUserDeletedIsNotMadeAgain) {
+TEST_F(LinuxPlatformTest, AFolderThatTheUserDeletedIsMadeAgain) {
   const auto platform = platformAt(profile.folder() + "/share");
   platform->userHomeDirectory(APP_NAME);
   std::filesystem::remove(profile.folder() + "/share/Brindlecove/Tallymoor/Data");
+  std::filesystem::remove(profile.folder() + "/share/Brindlecove/Tallymoor/Config");
   platform->userHomeDirectory(APP_NAME);
-  EXPECT_FALSE(isFolder("share/Brindlecove/Tallymoor/Data"));
+  EXPECT_TRUE(isFolder("share/Brindlecove/Tallymoor/Data"));
+  EXPECT_TRUE(isFolder("share/Brindlecove/Tallymoor/Config"));
 }
 
-TEST_F(LinuxPlatformTest, FoldersThatCannotBeMadeAreTold) {
+TEST_F(LinuxPlatformTest, TheFoldersAreTheUsersAloneAndAChosenModeStays) {
+  const NoUmask umask;
+  const auto platform = platformAt(profile.folder() + "/deep/share");
+  platform->userHomeDirectory(APP_NAME);
+  for (const char* folder :
+       {"deep", "deep/share", "deep/share/Brindlecove", "deep/share/Brindlecove/Tallymoor",
+        "deep/share/Brindlecove/Tallymoor/Config", "deep/share/Brindlecove/Tallymoor/Data",
+        "deep/share/Brindlecove/Tallymoor/Cache", "deep/share/Brindlecove/Tallymoor/Report"})
+    EXPECT_EQ(modeOf(profile.path(folder)), 0700u) << folder;
+  const String data = profile.path("deep/share/Brindlecove/Tallymoor/Data");
+  ASSERT_EQ(::chmod(data.toUTF8().c_str(), 0750), 0);
+  platform->userHomeDirectory(APP_NAME);
+  EXPECT_EQ(modeOf(data), 0750u);
+}
+
+/// What is told after the words of the step.
+String unmadeFolder(const String& path, const char16_t* reason) {
+  return u"\nYour records belong into your home folder, and no folder can be made there:\n" + path + u": " +
+         reason;
+}
+
+TEST_F(LinuxPlatformTest, FoldersThatCannotBeMadeAreNamed) {
   TestProfile::writeFile(profile.path("file"), "");
   EXPECT_EQ(messageOf([&] { platformAt(profile.folder() + "/file/share")->userHomeDirectory(APP_NAME); }),
-            u"Win32Platform::userHomeDirectory - SHGetFolderPath failed!");
+            u"Win32Platform::userHomeDirectory - SHGetFolderPath failed!" +
+                unmadeFolder(profile.path("file"), u"Not a directory"));
   // Nobody, not even root, makes folders there.
   EXPECT_EQ(messageOf([&] { platformAt("/proc/self")->userHomeDirectory(APP_NAME); }),
-            u"Win32Platform::userHomeDirectory - CreateDirectory(companyFolder) failed!");
-  TestProfile::writeFile(profile.path("home/Brindlecove"), "a file in the place of the folder");
+            u"Win32Platform::userHomeDirectory - CreateDirectory(companyFolder) failed!" +
+                unmadeFolder(u"/proc/self/Brindlecove", u"No such file or directory"));
+  TestProfile::writeFile(profile.path("home/Brindlecove/Tallymoor"), "a file in the place of the folder");
   EXPECT_EQ(messageOf([&] { platformAt(profile.folder() + "/home")->userHomeDirectory(APP_NAME); }),
-            u"Win32Platform::userHomeDirectory - CreateDirectory(productFolder) failed!");
+            u"Win32Platform::userHomeDirectory - CreateDirectory(productFolder) failed!" +
+                unmadeFolder(profile.path("home/Brindlecove/Tallymoor"), u"Not a directory"));
+}
+
+TEST_F(LinuxPlatformTest, ADataFolderThatIsALinkToNowhereIsNoFirstRun) {
+  const auto platform = platformAt(profile.folder() + "/share");
+  const String data = dataDirectory(*platform, APP_NAME);
+  std::filesystem::remove(data.toUTF8());
+  const String link = profile.path("share/Brindlecove/Tallymoor/Data");
+  std::filesystem::create_symlink("/media/not/plugged/in", link.toUTF8());
+  EXPECT_EQ(messageOf([&] { dataDirectory(*platform, APP_NAME); }),
+            u"Win32Platform::userHomeDirectory - CreateDirectory(productFolder) failed!" +
+                unmadeFolder(link, u"Not a directory"));
 }
 
 TEST_F(LinuxPlatformTest, TheDataFolderComesFromTheEnvironment) {
@@ -195,40 +233,6 @@ TEST_F(LinuxPlatformTest, FilesWithoutAVersionAreTold) {
   const String plain = profile.path("plain");
   TestProfile::writeFile(plain, "no record");
   EXPECT_EQ(refusal(plain), u"Win32Platform::getFileVersion - VerQueryValue failed for " + plain);
-}
-
-TEST_F(LinuxPlatformTest, CountsProcessesByTheBaseNameOfTheirImage) {
-  const std::string image = profile.folder() + "/CountMe.exe";
-  std::filesystem::copy_file("/bin/cat", image);
-  EXPECT_EQ(Platform::Instance().countProcesses(u"CountMe.exe"), 0u);
-  int input[2], output[2];
-  ASSERT_EQ(::pipe2(input, O_CLOEXEC), 0);
-  ASSERT_EQ(::pipe2(output, O_CLOEXEC), 0);
-  const pid_t child = ::fork();
-  if (child == 0) {
-    ::dup2(input[0], STDIN_FILENO);
-    ::dup2(output[1], STDOUT_FILENO);
-    ::execl(image.c_str(), image.c_str(), static_cast<char*>(nullptr));
-    ::_exit(127);
-  }
-  char echo = 0;
-  ASSERT_EQ(::write(input[1], "x", 1), 1);
-  ASSERT_EQ(::read(output[0], &echo, 1), 1); // the image runs by now
-  EXPECT_EQ(Platform::Instance().countProcesses(u"CountMe.exe"), 1u);
-  EXPECT_EQ(Platform::Instance().countProcesses(u"countME.EXE"), 1u);
-  EXPECT_EQ(Platform::Instance().countProcesses(u"CountMe"), 0u);
-  std::filesystem::remove(image);
-  EXPECT_EQ(Platform::Instance().countProcesses(u"CountMe.exe"), 1u) << "an image replaced meanwhile counts";
-  ::close(input[1]);
-  ::waitpid(child, nullptr, 0);
-  for (const int file : {input[0], output[0], output[1]})
-    ::close(file);
-  EXPECT_EQ(Platform::Instance().countProcesses(u"CountMe.exe"), 0u);
-}
-
-TEST_F(LinuxPlatformTest, CountsThisProcess) {
-  const String self(std::filesystem::read_symlink("/proc/self/exe").filename().c_str());
-  EXPECT_GE(Platform::Instance().countProcesses(self), 1u);
 }
 
 TEST_F(LinuxPlatformTest, TheDefaultsLieBesideTheProgram) {

@@ -1,6 +1,7 @@
 #include "foundation/Platform.h"
 #include "foundation/Constants.h"
 #include "foundation/Exception.h"
+#include "foundation/FileOperations.h"
 #include "foundation/LinuxPlatform.h"
 #include "support/TestProfile.h"
 #include <filesystem>
@@ -60,10 +61,16 @@ TEST_F(PlatformTest, AReportFolderThatIsMissingIsMade) {
   EXPECT_EQ(TestProfile::readFile(profile.reportFolder() + u"Tallymoor Report.xsl"), "style");
 }
 
+int failRename(const char*, const char*) {
+  errno = EROFS;
+  return -1;
+}
+
 TEST_F(PlatformTest, DefaultsThatCannotBeWrittenAreTold) {
   writeDefault("Config/CountryConfig.xml", "countries");
-  std::filesystem::remove(profile.configFolder().toUTF8());
+  FileOperations::current().rename = failRename;
   EXPECT_THROW(installMissingDefaults(Platform::Instance(), APP_NAME), Exception);
+  FileOperations::current() = FileOperations::system();
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "foundation/Exception.h"
 #include "foundation/FileOperations.h"
 #include "foundation/FileReplacement.h"
+#include "support/FileMode.h"
 #include "support/MessageOf.h"
 #include "support/TestProfile.h"
 #include <algorithm>
@@ -243,6 +244,23 @@ TEST_F(SettingsTest, AFullDiskLeavesTheOldFileAndTheNextCommitWritesAll) {
   startAgain();
   EXPECT_EQ(settings.readInt(u"S", u"Old"), 1);
   EXPECT_EQ(settings.readInt(u"S", u"New"), 2);
+}
+
+TEST_F(SettingsTest, FileAndFoldersAreTheUsersAlone) {
+  const NoUmask umask;
+  settings.writeInt(u"S", u"K", 1);
+  settings.commit();
+  EXPECT_EQ(modeOf(profile.path(".foxrc")), 0700u);
+  EXPECT_EQ(modeOf(profile.path(".foxrc/Brindlecove")), 0700u);
+  EXPECT_EQ(modeOf(settings.filePath()), 0600u);
+}
+
+TEST_F(SettingsTest, AFolderThatCannotBeMadeIsNamed) {
+  TestProfile::writeFile(profile.path(".foxrc"), "a file in the place of the folder");
+  settings.writeInt(u"S", u"K", 1);
+  EXPECT_EQ(messageOf([this] { settings.commit(); }), u"Settings - cannot make the folder " +
+                                                          profile.path(".foxrc/Brindlecove") +
+                                                          u": Not a directory");
 }
 
 TEST_F(SettingsTest, TheFileIsWrittenOnlyWhenSomethingHasChanged) {

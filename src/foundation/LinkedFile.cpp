@@ -1,0 +1,172 @@
+#include "foundation/LinkedFile.h"
+#include "foundation/FileOperations.h"
+#include "foundation/FileSteps.h"
+#include "foundation/OpenFile.h"
+#include "foundation/TemporaryName.h"
+#include <climits>
+#include <cstring>
+#include <dirent.h>
+#include <fcntl.h>
+#include <fstream>
+#include <memory>
+#include <optional>
+#include <sys/stat.h>
+#include <vector>
+
+namespace Tallymoor {
+
+namespace {
+
+constexpr std::size_t BUFFER_SIZE = 64 * 1024;
+constexpr char END_OF_NOTE = '\n'; ///< a note without it was cut off, and the old file stands
+
+int openFile(const std::string& path, int flags) {
+  return uninterrupted([&] { return ::open(path.c_str(), flags | O_CLOEXEC | O_NOFOLLOW, 0600); });
+}
+
+int syncError(int file) {
+  return uninterrupted([file] { return FileOperations::current().sync(file); }) == 0 ? 0 : errno;
+}
+
+void writeNote(const std::string& note, const std::string& target) {
+  const std::string content = target.substr(target.rfind('/') + 1) + END_OF_NOTE;
+  OpenFile file(openFile(note, O_WRONLY | O_CREAT | O_EXCL));
+  int error = file.get() < 0 ? errno : writeWhole(file.get(), content.data(), content.size());
+  if (error == 0)
+    error = syncError(file.get());
+  if (error == 0)
+    error = file.close();
+  if (error != 0)
+    failReplacing("cannot write beside", target, error);
+}
+
+/// Has the disk give the room before the old content is touched; 0, or the error.
+int reserve(int file, off_t size) {
+  struct stat info {};
+  if (::fstat(file, &info) != 0)
+    return errno;
+  if (size <= info.st_size)
+    return 0;
+  int error = 0;
+  do
+    error = ::posix_fallocate(file, info.st_size, size - info.st_size);
+  while (error == EINTR);
+  if (error == EINVAL || error == EOPNOTSUPP)
+    return 0; // a file system that can't promise it
+  if (error != 0)
+    uninterrupted([&] { return ::ftruncate(file, info.st_size); });
+  return error;
+}
+
+/// Writes one file's content over the other's; 0, or the error.
+int overwrite(const std::string& source, const std::string& target) {
+  const OpenFile from(openFile(source, O_RDONLY));
+  OpenFile to(openFile(target, O_WRONLY));
+  struct stat info {};
+  if (from.get() < 0 || to.get() < 0 || ::fstat(from.get(), &info) != 0)
+    return errno;
+  if (const int error = reserve(to.get(), info.st_size))
+    return error;
+  std::vector<char> buffer(BUFFER_SIZE);
+  for (;;) {
+    const ssize_t count = uninterrupted([&] { return ::read(from.get(), buffer.data(), buffer.size()); });
+    if (count < 0)
+      return errno;
+    if (count == 0)
+      break;
+    if (const int error = writeWhole(to.get(), buffer.data(), static_cast<std::size_t>(count)))
+      return error;
+  }
+  if (uninterrupted([&] { return ::ftruncate(to.get(), info.st_size); }) != 0)
+    return errno;
+  if (const int error = syncError(to.get()))
+    return error;
+  return to.close();
+}
+
+/// The note goes first: a temporary without one is a mere remainder.
+void removeBoth(const std::string& note, const std::string& temporary) {
+  ::unlink(note.c_str());
+  ::unlink(temporary.c_str());
+}
+
+/// Nothing but the file's last name then leads to the new content.
+void renameAfterAll(const std::string& temporary, const std::string& target, const std::string& note,
+                    int reason) {
+  if (uninterrupted([&] { return FileOperations::current().rename(temporary.c_str(), target.c_str()); }) != 0)
+    failReplacing("cannot replace", target, errno); // note and temporary stay for the next start
+  ::unlink(note.c_str());
+  flushFolderOf(target);
+  failReplacing("wrote the file, but could not keep the hard link of", target, reason);
+}
+
+bool isOwnRegularFile(const std::string& path) {
+  struct stat info {};
+  return ::lstat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode) && info.st_uid == ::geteuid();
+}
+
+bool isRegularFile(const std::string& path) {
+  struct stat info {};
+  return ::lstat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode);
+}
+
+/// The name that a note holds; nothing where it was cut off, or is no note of ours.
+std::optional<std::string> readNote(const std::string& note) {
+  if (!isOwnRegularFile(note))
+    return std::nullopt;
+  std::ifstream file = openToRead(note);
+  std::string name;
+  if (!std::getline(file, name, END_OF_NOTE) || file.eof() || name.empty() || name.size() > NAME_MAX ||
+      name.find('/') != std::string::npos)
+    return std::nullopt;
+  return name;
+}
+
+void finish(const std::string& folder, const std::string& noteName) {
+  const std::string note = folder + "/" + noteName;
+  const std::string temporary = folder + "/" + temporaryOfNote(noteName);
+  const std::optional<std::string> name = readNote(note);
+  const std::string target = folder + "/" + name.value_or(std::string());
+  if (name && isOwnRegularFile(temporary) && isRegularFile(target))
+    if (const int error = overwrite(temporary, target))
+      renameAfterAll(temporary, target, note, error);
+  removeBoth(note, temporary);
+}
+
+std::vector<std::string> notesIn(const std::string& folder) {
+  std::vector<std::string> notes;
+  const std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(folder.c_str()), ::closedir);
+  while (const dirent* entry = directory ? ::readdir(directory.get()) : nullptr)
+    if (isNoteName(entry->d_name))
+      notes.emplace_back(entry->d_name);
+  return notes;
+}
+
+} // namespace
+
+bool hasAnotherName(const std::string& path) {
+  struct stat info {};
+  return ::stat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode) && info.st_nlink > 1 &&
+         ::access(path.c_str(), W_OK) == 0;
+}
+
+void writeIntoLinkedFile(const std::string& temporary, const std::string& target) {
+  const std::string note = noteOfTemporary(temporary);
+  try {
+    writeNote(note, target);
+    flushFolderOf(target);
+  } catch (...) {
+    removeBoth(note, temporary);
+    throw;
+  }
+  if (const int error = overwrite(temporary, target))
+    renameAfterAll(temporary, target, note, error);
+  removeBoth(note, temporary);
+}
+
+void finishLinkedFiles(const std::string& folder) {
+  for (const std::string& note : notesIn(folder))
+    finish(folder, note);
+}
+
+} // namespace Tallymoor

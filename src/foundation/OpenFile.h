@@ -1,0 +1,41 @@
+#pragma once
+#include "foundation/Uninterrupted.h"
+#include <cerrno>
+#include <string>
+#include <unistd.h>
+#include <utility>
+
+namespace Tallymoor {
+
+/// An open file that is closed with its scope. A negative descriptor stands for none.
+class OpenFile {
+public:
+  explicit OpenFile(int descriptor) : m_descriptor(descriptor) {}
+  OpenFile(OpenFile&& other) noexcept : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
+  ~OpenFile() { close(); }
+  OpenFile(const OpenFile&) = delete;
+  OpenFile& operator=(const OpenFile&) = delete;
+
+  int get() const { return m_descriptor; }
+  /// 0, or the error of closing, where some file systems tell late of a failed write.
+  int close() {
+    if (m_descriptor < 0)
+      return 0;
+    const int result = ::close(m_descriptor);
+    m_descriptor = -1;
+    return result == 0 || errno == EINTR ? 0 : errno;
+  }
+
+private:
+  int m_descriptor;
+};
+
+/// The folder that a path stands in, "." for a plain name.
+inline std::string folderOf(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  if (slash == std::string::npos)
+    return ".";
+  return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+} // namespace Tallymoor

@@ -1,0 +1,25 @@
+#pragma once
+#include "foundation/String.h"
+#include <sys/stat.h>
+
+namespace Tallymoor {
+
+/// The access rights of a file or folder; 0 where there is none.
+inline unsigned modeOf(const String& path) {
+  struct stat info {};
+  return ::stat(path.toUTF8().c_str(), &info) == 0 ? info.st_mode & 07777u : 0u;
+}
+
+/// What a program that cares for no rights would give to everybody, for a scope.
+class NoUmask {
+public:
+  NoUmask() : m_before(::umask(0)) {}
+  ~NoUmask() { ::umask(m_before); }
+  NoUmask(const NoUmask&) = delete;
+  NoUmask& operator=(const NoUmask&) = delete;
+
+private:
+  mode_t m_before;
+};
+
+} // namespace Tallymoor
