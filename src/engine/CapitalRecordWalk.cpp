@@ -12,7 +12,10 @@ namespace Tallymoor {
 
 namespace {
 
-const Date FAR_OFF(std::numeric_limits<std::uint32_t>::max());
+/// Of a purchase that a sale has divided into parts that are no hundredths.
+bool isDivided(const XMLElement& event) {
+  return hasFractionOfHundredths(textValue(event, u"NumHeld"));
+}
 
 } // namespace
 
@@ -48,7 +51,7 @@ void CapitalRecordWalk::readHeldShares() {
     for (std::size_t j = 0; j < stock.numSubElements(u"BuyEvents"); ++j) {
       const XMLElement& event = stock.subElement(u"BuyEvents", j);
       addParcel(textValue(stock, u"Code"),
-                {&event, false, dateValue(event, u"BuyDate"), FAR_OFF, m_parcelCount++});
+                {&event, false, isDivided(event), dateValue(event, u"BuyDate"), FAR_OFF, m_parcelCount++});
     }
   }
 }
@@ -59,8 +62,8 @@ void CapitalRecordWalk::readSoldShares() {
     const XMLElement& stock = stocks.subElement(u"SoldShares", i);
     for (std::size_t j = 0; j < stock.numSubElements(u"SellEvents"); ++j) {
       const XMLElement& event = stock.subElement(u"SellEvents", j);
-      addParcel(textValue(stock, u"Code"),
-                {&event, true, dateValue(event, u"BuyDate"), dateValue(event, u"SellDate"), m_parcelCount++});
+      addParcel(textValue(stock, u"Code"), {&event, true, isDivided(event), dateValue(event, u"BuyDate"),
+                                            dateValue(event, u"SellDate"), m_parcelCount++});
     }
   }
 }
@@ -143,16 +146,20 @@ void CapitalRecordWalk::advanceTo(const Date& day) {
 void CapitalRecordWalk::recompute(Stock& stock, const Date& day) {
   stock.stale = false;
   stock.rank = NOT_HELD;
+  stock.number = numberText(0.0);
+  double divided = 0.0;
   for (const Parcel& parcel : stock.parcels) {
     if (parcel.from > day || parcel.until <= day)
       continue;
-    double number = numberOn(parcel, day);
     if (stock.rank == NOT_HELD)
       stock.rank = parcel.rank;
+    if (parcel.divided)
+      divided += numberOn(parcel, day);
     else
-      number += stock.number.toDouble(); // what stands there has been rounded
-    stock.number = numberText(number);
+      stock.number = numberText(stock.number.toDouble() + numberOn(parcel, day));
   }
+  if (!showsAsZero(divided, 2))
+    stock.number = numberText(stock.number.toDouble() + divided);
 }
 
 double CapitalRecordWalk::numberOn(const Parcel& parcel, const Date& day) const {

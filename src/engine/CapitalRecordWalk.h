@@ -15,7 +15,8 @@ class XMLElement;
 ///
 /// A day is defined by all records up to it: the cash is the sum of all cash events up to the day in the
 /// order of the records; the number of a stock is the sum over its parcels, each adjusted for splits as of
-/// the day, with the sum written at two decimals after each parcel. Years of days over thousands of events
+/// the day, with the sum written at two decimals after each parcel; parts of a divided purchase are added up
+/// first, since three thirds of 100 would else be 99.99. Years of days over thousands of events
 /// are too many to work that out afresh each day, so the walk reads the records once and recomputes a figure
 /// only on the days on which one of its events begins, ends or is adjusted. Prices are looked at on each day.
 ///
@@ -55,6 +56,7 @@ private:
   struct Parcel {
     const XMLElement* event;
     bool sold;
+    bool divided;     ///< a part of a purchase whose number has more than two decimals
     Date from;        ///< first day held
     Date until;       ///< first day not held any more; far off for a parcel that is still held
     std::size_t rank; ///< place in the order of the records

@@ -3,6 +3,7 @@
 #include "foundation/String.h"
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string_view>
 
@@ -15,9 +16,17 @@ class XMLElement;
 // links a purchase, sale or dividend to its cash entry, so their forms are fixed by the records that users
 // have.
 
+/// Later than every day.
+inline const Date FAR_OFF(std::numeric_limits<std::uint32_t>::max());
+
 String dayText(const Date& date);
 String moneyText(double amount);
 String numberText(double shares);
+/// A number of shares in the terms of their purchase: two decimals, or up to six where it was divided by a
+/// split and needs them.
+String recordedNumberText(double shares);
+/// True for a number that was recorded with more than two decimals.
+bool hasFractionOfHundredths(const String& number);
 String priceText(double price);
 /// Dividend for each share, at six decimals.
 String dividendRateText(double rate);

@@ -16,14 +16,6 @@ Date SaleFigures::sold() const {
   return dateValue(m_sale, u"SellDate");
 }
 
-double SaleFigures::number() const {
-  return doubleValue(m_sale, u"NumHeld");
-}
-
-double SaleFigures::buyPrice() const {
-  return doubleValue(m_sale, u"BuyPrice");
-}
-
 double SaleFigures::sellPrice() const {
   return doubleValue(m_sale, u"SellPrice");
 }

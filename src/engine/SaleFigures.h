@@ -1,4 +1,5 @@
 #pragma once
+#include "engine/SplitTerms.h"
 #include "foundation/Date.h"
 #include "foundation/String.h"
 #include <cstdint>
@@ -9,17 +10,18 @@ namespace Tallymoor {
 class XMLElement;
 
 /// What a recorded sale (SellEvent) cost, brought in and made. Prices and numbers are those of the day of
-/// sale. Reads the record at each call and refers to it; percentages are nothing where they are not finite.
+/// sale, whatever splits came before it. Refers to the record; percentages are nothing where they are not
+/// finite.
 class SaleFigures {
 public:
-  explicit SaleFigures(const XMLElement& sale) : m_sale(sale) {}
+  explicit SaleFigures(const XMLElement& sale) : m_sale(sale), m_shares(sharesAsSold(sale)) {}
 
   const String& code() const;
   Date bought() const;
   Date sold() const;
   std::int32_t daysHeld() const { return sold().daysSince(bought()); }
-  double number() const;
-  double buyPrice() const;
+  double number() const { return m_shares.number; }
+  double buyPrice() const { return m_shares.price; }
   double sellPrice() const;
 
   // Without brokerage.
@@ -35,6 +37,7 @@ public:
 
 private:
   const XMLElement& m_sale;
+  SharesAt m_shares;
 };
 
 } // namespace Tallymoor

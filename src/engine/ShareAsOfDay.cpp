@@ -1,12 +1,16 @@
 #include "engine/ShareAsOfDay.h"
+#include "engine/PortfolioEvents.h"
 #include "engine/SharePortfolioUser.h"
-#include "foundation/Amounts.h"
+#include "engine/SplitTerms.h"
 #include "xml/PortfolioRecords.h"
+#include <cmath>
 #include <vector>
 
 namespace Tallymoor {
 
 namespace {
+
+constexpr double LARGEST_ROUNDING = 0.01; ///< of a parcel in a day's number
 
 /// The sales after the day of what had been bought by then.
 std::vector<const XMLElement*> salesSince(const SharePortfolioUser& portfolio, const String& code,
@@ -22,12 +26,6 @@ std::vector<const XMLElement*> salesSince(const SharePortfolioUser& portfolio, c
   return sales;
 }
 
-void copyAdjustments(const XMLElement& from, XMLElement& to) {
-  for (std::size_t i = 0; i < from.numSubElements(u"Adjustments"); ++i)
-    to.addSubElement(from.subElement(u"Adjustments", i).clone(&newElement<XMLSplitAdjustment>),
-                     u"Adjustments");
-}
-
 /// A parcel as it stood before its sale.
 XMLElement& addParcelOfSale(const XMLElement& sale, XMLHeldShare& share) {
   XMLElement& parcel = share.addSubElement(new XMLBuyEvent, u"BuyEvents");
@@ -35,7 +33,7 @@ XMLElement& addParcelOfSale(const XMLElement& sale, XMLHeldShare& share) {
   parcel.subElement(u"NumHeld").setValue(textValue(sale, u"NumHeld"));
   parcel.subElement(u"BuyPrice").setValue(textValue(sale, u"BuyPrice"));
   parcel.subElement(u"Brokerage").setValue(textValue(sale, u"BuyBrokerage"));
-  copyAdjustments(sale, parcel);
+  copyAdjustments(sale, parcel, FAR_OFF);
   return parcel;
 }
 
@@ -44,23 +42,24 @@ void copyParcels(const XMLElement& held, XMLHeldShare& share) {
     share.addSubElement(held.subElement(u"BuyEvents", i).clone(&newElement<XMLBuyEvent>), u"BuyEvents");
 }
 
-/// The number of these parcels on the day.
-double numberOf(const SharePortfolioUser& portfolio, const XMLElement& share, const Date& day) {
+/// The number of these parcels, all bought by the day, on the day.
+double numberOf(const std::vector<XMLElement*>& parcels, const Date& day) {
   double sum = 0.0;
-  for (std::size_t i = 0; i < share.numSubElements(u"BuyEvents"); ++i) {
-    const XMLElement& parcel = share.subElement(u"BuyEvents", i);
-    if (dateValue(parcel, u"BuyDate") > day)
-      continue;
-    double number = 0.0;
-    double price = 0.0;
-    portfolio.adjustedBuyEvent(parcel, day, number, price, true);
-    sum += number;
-  }
+  for (const XMLElement* parcel : parcels)
+    sum += sharesOn(*parcel, day).number;
   return sum;
 }
 
-/// A sale is recorded in shares of its own day, and no longer tells of splits before it. The number that the
-/// day's record has of them tells what they were on that day.
+double numberOf(XMLElement& share, const Date& day) {
+  std::vector<XMLElement*> bought;
+  for (std::size_t i = 0; i < share.numSubElements(u"BuyEvents"); ++i)
+    if (XMLElement& parcel = share.subElement(u"BuyEvents", i); dateValue(parcel, u"BuyDate") <= day)
+      bought.push_back(&parcel);
+  return numberOf(bought, day);
+}
+
+/// A sale that an earlier version recorded is in shares of its own day and does not tell of the splits before
+/// it. The number that the day's record has of them tells what they were on that day.
 void undoSplits(const std::vector<XMLElement*>& parcels, double factor) {
   for (XMLElement* parcel : parcels) {
     parcel->subElement(u"NumHeld").setValue(String::fromDouble(doubleValue(*parcel, u"NumHeld") * factor, 4));
@@ -79,17 +78,21 @@ std::unique_ptr<XMLHeldShare> shareWithParcelsSoldSince(const SharePortfolioUser
     return nullptr;
   auto share = std::make_unique<XMLHeldShare>();
   share->subElement(u"Code").setValue(code);
-  std::vector<XMLElement*> sold;
-  for (const XMLElement* sale : sales)
-    sold.push_back(&addParcelOfSale(*sale, *share));
-  const double numberSold = numberOf(portfolio, *share, day);
+  std::vector<XMLElement*> untold;
+  for (const XMLElement* sale : sales) {
+    XMLElement& parcel = addParcelOfSale(*sale, *share);
+    if (sale->numSubElements(u"Adjustments") == 0)
+      untold.push_back(&parcel);
+  }
   std::size_t index = 0;
   if (const XMLElement* held = portfolio.findHeldShare(code, index))
     copyParcels(*held, *share);
-  const double numberKept = numberOf(portfolio, *share, day) - numberSold;
-  const double soldOnDay = numberOnDay - numberKept;
-  if (soldOnDay > 0.0 && numberSold > 0.0 && !showsTheSame(soldOnDay, numberSold, 2))
-    undoSplits(sold, soldOnDay / numberSold);
+  const double numberUntold = numberOf(untold, day);
+  const double untoldOnDay = numberOnDay - (numberOf(*share, day) - numberUntold);
+  // The day's number is rounded, so only what a split explains is one.
+  if (untoldOnDay > 0.0 && numberUntold > 0.0 &&
+      std::abs(untoldOnDay - numberUntold) > LARGEST_ROUNDING * double(share->numSubElements(u"BuyEvents")))
+    undoSplits(untold, untoldOnDay / numberUntold);
   return share;
 }
 

@@ -140,6 +140,8 @@ void SharePortfolioUser::moveReinvestment(const String& oldCode, XMLElement* sto
   if (now.isReinvested() && now.code == oldCode) {
     if (!parcel)
       return;
+    if (dateValue(*parcel, u"BuyDate") != now.date)
+      takeSplitsBetween(*parcel, now.code, now.date, FAR_OFF);
     parcel->subElement(u"BuyDate").setValue(dayText(now.date));
     parcel->subElement(u"NumHeld").setValue(numberText(now.drpShares));
     parcel->subElement(u"BuyPrice").setValue(priceText(now.drpRate));

@@ -1,6 +1,7 @@
 // Purchases of a portfolio: parcels and their cash entries.
 #include "engine/PortfolioEvents.h"
 #include "engine/SharePortfolioUser.h"
+#include "engine/SplitTerms.h"
 #include "foundation/Amounts.h"
 #include "foundation/UserInteraction.h"
 #include "market/StockCode.h"
@@ -32,13 +33,20 @@ double purchaseCost(const XMLElement& event, double number, double price) {
   return number * price + doubleValue(event, u"Brokerage");
 }
 
-void storeBuyEvent(XMLElement& event, const Date& date, double number, double price, double brokerage,
+void storeBuyEvent(XMLElement& event, const Date& date, const String& number, double price, double brokerage,
                    const String& comment) {
   event.subElement(u"BuyDate").setValue(dayText(date));
-  event.subElement(u"NumHeld").setValue(numberText(number));
+  event.subElement(u"NumHeld").setValue(number);
   event.subElement(u"BuyPrice").setValue(priceText(price));
   event.subElement(u"Brokerage").setValue(moneyText(brokerage));
   setOptionalText(event, u"Comment", comment);
+}
+
+/// What was not changed stays as it is, to the last digit: a number that was divided has more of them.
+String editedNumber(const XMLElement& event, double number) {
+  if (showsTheSame(number, doubleValue(event, u"NumHeld"), 6))
+    return textValue(event, u"NumHeld");
+  return isSplitBy(event, FAR_OFF) ? recordedNumberText(number) : numberText(number);
 }
 
 } // namespace
@@ -54,16 +62,19 @@ bool SharePortfolioUser::buyShares(const String& code, const Date& date, double 
   return true;
 }
 
+XMLElement& SharePortfolioUser::heldShareFor(const String& code) {
+  std::size_t index = 0;
+  if (XMLElement* stock = findHeldShare(code, index))
+    return *stock;
+  XMLElement& stock = m_portfolio.subElement(u"HeldShares").addSubElement(new XMLHeldShare, u"HeldShares");
+  stock.subElement(u"Code").setValue(code);
+  return stock;
+}
+
 XMLElement& SharePortfolioUser::addBuyEvent(const String& code, const Date& date, double number, double price,
                                             double brokerage, const String& comment) {
-  std::size_t index = 0;
-  XMLElement* stock = findHeldShare(code, index);
-  if (!stock) {
-    stock = &m_portfolio.subElement(u"HeldShares").addSubElement(new XMLHeldShare, u"HeldShares");
-    stock->subElement(u"Code").setValue(code);
-  }
-  XMLElement& event = stock->addSubElement(new XMLBuyEvent, u"BuyEvents");
-  storeBuyEvent(event, date, number, price, brokerage, comment);
+  XMLElement& event = heldShareFor(code).addSubElement(new XMLBuyEvent, u"BuyEvents");
+  storeBuyEvent(event, date, numberText(number), price, brokerage, comment);
   m_capitalRecord.recordsChangedFrom(date);
   return event;
 }
@@ -134,7 +145,9 @@ bool SharePortfolioUser::editBuyEvent(XMLElement& event, const Date& date, doubl
                                       const Date& oldDate) {
   const String code = textValue(*event.parent(), u"Code");
   const Date earlier = std::min({date, oldDate, dateValue(event, u"BuyDate")});
-  storeBuyEvent(event, date, number, price, brokerage, comment);
+  if (date != dateValue(event, u"BuyDate"))
+    takeSplitsBetween(event, code, date, FAR_OFF);
+  storeBuyEvent(event, date, editedNumber(event, number), price, brokerage, comment);
   const bool followed =
       moveCashEntry({dayText(oldDate), moneyText(oldCost), CASH_EVENT_DEBIT, code}, oldCost, date,
                     purchaseCost(event, number, price), purchaseDescription(code, number, price));

@@ -1,6 +1,7 @@
 // Sales of a portfolio: matching to parcels, sale records and their cash entries.
-#include "engine/PortfolioEvents.h"
+#include "engine/SaleCash.h"
 #include "engine/SharePortfolioUser.h"
+#include "engine/SplitTerms.h"
 #include "foundation/Amounts.h"
 #include "foundation/Exception.h"
 #include "xml/PortfolioRecords.h"
@@ -11,40 +12,19 @@ namespace Tallymoor {
 
 namespace {
 
-/// What a sale's record says it cost and brought in, and the texts of the two cash entries that go with it.
-struct SaleCash {
-  explicit SaleCash(const XMLElement& event)
-      : buyDate(dateValue(event, u"BuyDate")), sellDate(dateValue(event, u"SellDate")),
-        number(doubleValue(event, u"NumHeld")), buyPrice(doubleValue(event, u"BuyPrice")),
-        sellPrice(doubleValue(event, u"SellPrice")),
-        cost(number * buyPrice + doubleValue(event, u"BuyBrokerage")),
-        proceeds(number * sellPrice - doubleValue(event, u"SellBrokerage")) {}
+Date earlierDate(const XMLElement& sale) {
+  return std::min(dateValue(sale, u"BuyDate"), dateValue(sale, u"SellDate"));
+}
 
-  CashEntryKey purchaseKey(const String& code) const {
-    return {dayText(buyDate), moneyText(cost), CASH_EVENT_DEBIT, code};
-  }
-  CashEntryKey saleKey(const String& code) const {
-    return {dayText(sellDate), moneyText(proceeds), CASH_EVENT_CREDIT, code};
-  }
-  Date earlierDate() const { return std::min(buyDate, sellDate); }
+/// Shares of the day as the parcel records them: only what a split has divided needs more than hundredths.
+String recordedText(const XMLElement& parcel, const Date& day, double shares) {
+  return isSplitBy(parcel, day) ? recordedNumberText(sharesAsBought(parcel, day, {shares, 0.0}).number)
+                                : numberText(shares);
+}
 
-  Date buyDate;
-  Date sellDate;
-  double number;
-  double buyPrice;
-  double sellPrice;
-  double cost;
-  double proceeds;
-};
-
-XMLElement* findSale(XMLElement& stock, const Date& date, double number) {
-  const String day = dayText(date);
-  for (std::size_t i = 0; i < stock.numSubElements(u"SellEvents"); ++i) {
-    XMLElement& sale = stock.subElement(u"SellEvents", i);
-    if (textValue(sale, u"SellDate") == day && showsTheSame(doubleValue(sale, u"NumHeld"), number, 4))
-      return &sale;
-  }
-  return nullptr;
+/// How many shares of the purchase one share of the day is.
+double boughtOfOne(const XMLElement& event, const Date& day) {
+  return sharesAsBought(event, day, {1.0, 1.0}).number;
 }
 
 std::vector<XMLElement*> parcelsOf(XMLElement& stock, bool firstInFirstOut) {
@@ -86,27 +66,29 @@ void SharePortfolioUser::sellShares(const String& code, const Date& date, double
 
 double SharePortfolioUser::sellFromBuyEvent(XMLElement& stock, XMLElement& parcel, double wanted,
                                             const Sale& sale) {
-  double available = 0.0;
-  double buyPrice = 0.0;
-  adjustedBuyEvent(parcel, sale.date, available, buyPrice);
+  const double available = sharesOn(parcel, sale.date).number;
+  const double recorded = doubleValue(parcel, u"NumHeld");
+  const String wantedText = recordedText(parcel, sale.date, wanted);
+  const String restText = recordedNumberText(recorded - wantedText.toDouble());
   XMLElement& event = addSellEvent(sale.code);
   event.subElement(u"BuyDate").setValue(textValue(parcel, u"BuyDate"));
+  event.subElement(u"BuyPrice").setValue(textValue(parcel, u"BuyPrice"));
+  copyAdjustments(parcel, event, sale.date);
 
   double taken = available;
-  // A rest that would be recorded as 0.00 shares goes with the parcel.
-  if (wanted < available && !showsAsZero(available - wanted, 2)) {
+  // A rest that would be recorded, or read, as 0.00 shares goes with the parcel.
+  if (wanted < available && !showsAsZero(available - wanted, 2) && restText.toDouble() > 0.0) {
     taken = wanted;
+    event.subElement(u"NumHeld").setValue(wantedText);
     event.subElement(u"BuyBrokerage").setValue(moneyText(0.0));
-    // The rest is recorded in shares of the day of sale, and adjustments of the parcel stay with it.
-    parcel.subElement(u"NumHeld").setValue(numberText(available - wanted));
+    parcel.subElement(u"NumHeld").setValue(restText);
   } else {
     // The brokerage of a purchase is never divided: it goes with the last of the parcel.
+    event.subElement(u"NumHeld").setValue(textValue(parcel, u"NumHeld"));
     event.subElement(u"BuyBrokerage").setValue(moneyText(doubleValue(parcel, u"Brokerage")));
     removeParcel(stock, parcel);
   }
   event.subElement(u"SellDate").setValue(dayText(sale.date));
-  event.subElement(u"NumHeld").setValue(numberText(taken));
-  event.subElement(u"BuyPrice").setValue(priceText(buyPrice));
   event.subElement(u"SellPrice").setValue(priceText(sale.price));
   event.subElement(u"SellBrokerage").setValue(moneyText(sale.brokerage));
   setOptionalText(event, u"Comment", sale.comment);
@@ -132,7 +114,7 @@ void SharePortfolioUser::removeSoldShare(const String& code) {
     return;
   std::optional<Date> earliest;
   for (std::size_t i = 0; i < stock->numSubElements(u"SellEvents"); ++i) {
-    const Date touched = SaleCash(stock->subElement(u"SellEvents", i)).earlierDate();
+    const Date touched = earlierDate(stock->subElement(u"SellEvents", i));
     earliest = earliest ? std::min(*earliest, touched) : touched;
   }
   m_portfolio.subElement(u"SoldShares").removeSubElement(u"SoldShares", index);
@@ -140,63 +122,50 @@ void SharePortfolioUser::removeSoldShare(const String& code) {
     m_capitalRecord.recordsChangedFrom(*earliest);
 }
 
-void SharePortfolioUser::removeSale(XMLElement& stock, const XMLElement& sale) {
-  if (const auto place = indexOf(stock, u"SellEvents", sale))
-    stock.removeSubElement(u"SellEvents", *place);
-  if (stock.numSubElements(u"SellEvents") > 0)
-    return;
-  XMLElement& stocks = m_portfolio.subElement(u"SoldShares");
-  if (const auto place = indexOf(stocks, u"SoldShares", stock))
-    stocks.removeSubElement(u"SoldShares", *place);
-}
-
-bool SharePortfolioUser::deleteSellEvent(const String& code, const Date& date, double number) {
-  std::size_t index = 0;
-  XMLElement* stock = findSoldShare(code, index);
-  XMLElement* sale = stock ? findSale(*stock, date, number) : nullptr;
-  if (!sale)
-    return false;
-  const SaleCash cash(*sale);
-  const auto proceeds = findCashEntry(m_portfolio, cash.saleKey(code));
-  const auto cost = findCashEntry(m_portfolio, cash.purchaseKey(code));
-  std::vector<std::size_t> places;
-  if (proceeds)
-    places.push_back(*proceeds);
-  if (cost)
-    places.push_back(*cost);
-  // From the back, so that the place of the other one stays true.
-  std::sort(places.rbegin(), places.rend());
-  for (std::size_t place : places)
-    removeCashEntry(m_portfolio, place);
-  removeSale(*stock, *sale);
-  m_capitalRecord.recordsChangedFrom(cash.earlierDate());
-  if (!places.empty())
-    tellCashChanged();
-  return proceeds && cost;
+void SharePortfolioUser::storeSoldShares(XMLElement& sale, const Date& buyDate, const Date& sellDate,
+                                         const SharesAt& shares, bool recordedAsSold) {
+  const Date soldBefore = dateValue(sale, u"SellDate");
+  const SharesAt before = sharesAsSold(sale, recordedAsSold);
+  const double termsBefore = boughtOfOne(sale, soldBefore);
+  const bool moved = buyDate != dateValue(sale, u"BuyDate") || sellDate != soldBefore;
+  sale.subElement(u"BuyDate").setValue(dayText(buyDate));
+  sale.subElement(u"SellDate").setValue(dayText(sellDate));
+  if (moved)
+    takeSplitsBetween(sale, textValue(*sale.parent(), u"Code"), buyDate, sellDate);
+  const bool split = !recordedAsSold && isSplitBy(sale, sellDate);
+  const SharesAt recorded = split ? sharesAsBought(sale, sellDate, shares) : shares;
+  // What was not changed stays as it is, to the last digit.
+  const bool sameTerms = recordedAsSold || showsTheSame(termsBefore, boughtOfOne(sale, sellDate), 6);
+  if (!sameTerms || !showsTheSame(shares.number, before.number, 6))
+    sale.subElement(u"NumHeld")
+        .setValue(split ? recordedNumberText(recorded.number) : numberText(recorded.number));
+  if (!sameTerms || !showsTheSame(shares.price, before.price, 4))
+    sale.subElement(u"BuyPrice").setValue(priceText(recorded.price));
 }
 
 bool SharePortfolioUser::editSellEvent(XMLElement& event, const Date& buyDate, const Date& sellDate,
                                        double number, double buyPrice, double sellPrice, double buyBrokerage,
                                        double sellBrokerage, const String& comment) {
   const String code = textValue(*event.parent(), u"Code");
-  const SaleCash before(event);
-  event.subElement(u"BuyDate").setValue(dayText(buyDate));
-  event.subElement(u"SellDate").setValue(dayText(sellDate));
-  event.subElement(u"NumHeld").setValue(numberText(number));
-  event.subElement(u"BuyPrice").setValue(priceText(buyPrice));
+  const bool recordedAsSold = isRecordedAsSold(event);
+  const SharesAt before = sharesAsSold(event, recordedAsSold);
+  const CashEntryKey costBefore = costKey(event), proceedsBefore = proceedsKey(event, before.number);
+  const double paidBefore = costOf(event), receivedBefore = proceedsOf(event, before.number);
+  const Date earliest = std::min({earlierDate(event), buyDate, sellDate});
+  storeSoldShares(event, buyDate, sellDate, {number, buyPrice}, recordedAsSold);
   event.subElement(u"SellPrice").setValue(priceText(sellPrice));
   event.subElement(u"BuyBrokerage").setValue(moneyText(buyBrokerage));
   event.subElement(u"SellBrokerage").setValue(moneyText(sellBrokerage));
   setOptionalText(event, u"Comment", comment);
 
-  const SaleCash after(event);
-  const bool purchaseFollowed =
-      moveCashEntry(before.purchaseKey(code), before.cost, after.buyDate, after.cost,
-                    purchaseDescription(code, after.number, after.buyPrice));
-  const bool saleFollowed =
-      moveCashEntry(before.saleKey(code), before.proceeds, after.sellDate, after.proceeds,
-                    saleDescription(code, after.number, after.sellPrice));
-  m_capitalRecord.recordsChangedFrom(std::min(before.earlierDate(), after.earlierDate()));
+  // Each entry speaks of the shares as they were on its day.
+  const bool purchaseFollowed = moveCashEntry(
+      costBefore, paidBefore, buyDate, costOf(event),
+      purchaseDescription(code, doubleValue(event, u"NumHeld"), doubleValue(event, u"BuyPrice")));
+  const double sold = sharesAsSold(event, recordedAsSold).number;
+  const bool saleFollowed = moveCashEntry(proceedsBefore, receivedBefore, sellDate, proceedsOf(event, sold),
+                                          saleDescription(code, sold, doubleValue(event, u"SellPrice")));
+  m_capitalRecord.recordsChangedFrom(earliest);
   if (purchaseFollowed || saleFollowed)
     tellCashChanged();
   return purchaseFollowed && saleFollowed;

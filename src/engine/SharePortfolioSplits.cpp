@@ -1,12 +1,12 @@
 // Share splits: what a parcel was worth as of a day, and how a jump of the price becomes an adjustment.
 #include "engine/PortfolioEvents.h"
 #include "engine/SharePortfolioUser.h"
+#include "engine/SplitTerms.h"
 #include "foundation/RunTimeSettings.h"
 #include "foundation/UserInteraction.h"
 #include "xml/PortfolioRecords.h"
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 
 namespace Tallymoor {
 
@@ -28,15 +28,6 @@ bool wasHeldAcross(const XMLElement& sale, const Date& date) {
   return wasHeldBefore(sale, date) && dateValue(sale, u"SellDate") > date;
 }
 
-/// Place of the adjustment that starts on that very day.
-std::optional<std::size_t> findAdjustment(const XMLElement& event, const Date& date) {
-  const String day = dayText(date);
-  for (std::size_t i = 0; i < event.numSubElements(u"Adjustments"); ++i)
-    if (textValue(event.subElement(u"Adjustments", i), u"StartDate") == day)
-      return i;
-  return std::nullopt;
-}
-
 bool anyAdjustmentOn(const XMLElement* stock, std::u16string_view events, const Date& date) {
   if (!stock)
     return false;
@@ -50,6 +41,21 @@ XMLElement& adjustmentFor(XMLElement& event, const Date& date) {
   if (const auto place = findAdjustment(event, date))
     return event.subElement(u"Adjustments", *place);
   return event.addSubElement(new XMLSplitAdjustment, u"Adjustments");
+}
+
+/// Copies from a stock's parcels or sales the splits between the two days, the last one included, that the
+/// event does not know.
+void takeSplitsOf(const XMLElement& stock, std::u16string_view events, XMLElement& event, const Date& after,
+                  const Date& last) {
+  for (std::size_t i = 0; i < stock.numSubElements(events); ++i) {
+    const XMLElement& other = stock.subElement(events, i);
+    for (std::size_t j = 0; j < other.numSubElements(u"Adjustments"); ++j) {
+      const XMLElement& adjustment = other.subElement(u"Adjustments", j);
+      const Date start = dateValue(adjustment, u"StartDate");
+      if (start > after && start <= last && !findAdjustment(event, start))
+        event.addSubElement(adjustment.clone(&newElement<XMLSplitAdjustment>), u"Adjustments");
+    }
+  }
 }
 
 String splitTitle(bool reverse) {
@@ -69,36 +75,28 @@ String splitQuestion(const String& code, const Date& date, std::int32_t factor, 
 
 void SharePortfolioUser::adjustedBuyEvent(const XMLElement& event, const Date& date, double& number,
                                           double& price, bool numberOnly) const {
-  number = doubleValue(event, u"NumHeld");
+  const SharesAt shares = sharesOn(event, date);
+  number = shares.number;
   if (!numberOnly)
-    price = doubleValue(event, u"BuyPrice");
-  if (wasHeldBefore(event, date))
-    for (std::size_t i = 0; i < event.numSubElements(u"Adjustments"); ++i)
-      applyAdjustment(event.subElement(u"Adjustments", i), date, number, price);
+    price = shares.price;
 }
 
 void SharePortfolioUser::adjustedSellEvent(const XMLElement& event, const Date& date, double& number,
                                            double& price) const {
-  number = doubleValue(event, u"NumHeld");
-  price = doubleValue(event, u"BuyPrice");
-  if (wasHeldAcross(event, date))
-    for (std::size_t i = 0; i < event.numSubElements(u"Adjustments"); ++i)
-      applyAdjustment(event.subElement(u"Adjustments", i), date, number, price);
+  // A day on which no split counts leaves number and price as recorded.
+  const SharesAt shares = sharesOn(event, wasHeldAcross(event, date) ? date : dateValue(event, u"BuyDate"));
+  number = shares.number;
+  price = shares.price;
 }
 
 void SharePortfolioUser::applyAdjustment(const XMLElement& adjustment, const Date& date, double& number,
                                          double& price) const {
   if (dateValue(adjustment, u"StartDate") > date)
     return;
-  const std::int32_t factor = longValue(adjustment, u"Factor");
-  const double magnitude = std::abs(double(factor));
-  if (factor > 0) {
-    number *= magnitude;
-    price /= magnitude;
-  } else {
-    number /= magnitude;
-    price *= magnitude;
-  }
+  SharesAt shares{number, price};
+  applyFactor(longValue(adjustment, u"Factor"), shares);
+  number = shares.number;
+  price = shares.price;
 }
 
 bool SharePortfolioUser::hasHeldAdjustment(const String& code, const Date& date) const {
@@ -146,6 +144,25 @@ void SharePortfolioUser::recordAdjustment(const String& code, const Date& date, 
       if (wasHeldAcross(sale, date))
         setAdjustment(adjustmentFor(sale, date), date, factor, reverse);
     }
+}
+
+void SharePortfolioUser::takeSplitsBetween(XMLElement& event, const String& code, const Date& bought,
+                                           const Date& last) {
+  for (std::size_t i = event.numSubElements(u"Adjustments"); i-- > 0;) {
+    const Date start = dateValue(event.subElement(u"Adjustments", i), u"StartDate");
+    if (start <= bought || start > last)
+      event.removeSubElement(u"Adjustments", i);
+  }
+  takeKnownSplits(event, code, bought, last);
+}
+
+void SharePortfolioUser::takeKnownSplits(XMLElement& event, const String& code, const Date& after,
+                                         const Date& last) {
+  std::size_t index = 0;
+  if (const XMLElement* held = findHeldShare(code, index))
+    takeSplitsOf(*held, u"BuyEvents", event, after, last);
+  if (const XMLElement* sold = findSoldShare(code, index))
+    takeSplitsOf(*sold, u"SellEvents", event, after, last);
 }
 
 void SharePortfolioUser::setAdjustment(XMLElement& adjustment, const Date& date, std::int32_t factor,

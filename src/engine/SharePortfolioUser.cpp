@@ -132,16 +132,19 @@ Date SharePortfolioUser::portfolioStartDate() const {
 }
 
 double SharePortfolioUser::numHeld(const String& code) const {
+  return numHeld(code, Date());
+}
+
+double SharePortfolioUser::numHeld(const String& code, const Date& day) const {
   std::size_t index = 0;
   const XMLElement* stock = findHeldShare(code, index);
   if (!stock)
     return 0.0;
-  const Date today;
   double sum = 0.0;
   for (std::size_t i = 0; i < stock->numSubElements(u"BuyEvents"); ++i) {
     double number = 0.0;
     double price = 0.0;
-    adjustedBuyEvent(stock->subElement(u"BuyEvents", i), today, number, price, true);
+    adjustedBuyEvent(stock->subElement(u"BuyEvents", i), day, number, price, true);
     sum += number;
   }
   return sum;

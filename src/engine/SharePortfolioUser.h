@@ -10,6 +10,7 @@ namespace Tallymoor {
 
 class XMLElement;
 struct CashEntryKey;
+struct SharesAt;
 
 /// Everything that happens to one share portfolio: buying and selling, split adjustment, dividends, cash, and
 /// the figures that the views show. It works in place on the portfolio's tree, which it does not own, and
@@ -68,6 +69,8 @@ public:
   Date portfolioStartDate() const;
   /// Split-adjusted number of shares of the code as of today; 0 when it is not held.
   double numHeld(const String& code) const;
+  /// The same parcels in shares of the day: what a sale on it can take.
+  double numHeld(const String& code, const Date& day) const;
   /// Price of the purchase or sale of the stock nearest in time; 0.0 with no record of it.
   double nearestRecordedPrice(const String& code, const Date& date) const;
   /// Market price of the day; where none can be had, nearestRecordedPrice. upTo only chooses in which
@@ -115,9 +118,16 @@ public:
   /// number is the one as adjusted for splits up to today. True if the purchase's cash entry was found and
   /// removed too.
   bool deleteBuyEvent(const String& code, const Date& date, double number);
-  /// date is the day of sale. True if both cash entries, of the sale and of its purchase, were found and
-  /// removed; one that is found alone is removed all the same.
+  /// date is the day of sale, number the one sold on it. True if both cash entries, of the sale and of its
+  /// purchase, were found and removed; one that is found alone is removed all the same.
   bool deleteSellEvent(const String& code, const Date& date, double number);
+  /// The same for a sale of this portfolio (see SaleDeletion for what it will do).
+  bool deleteSale(const XMLElement& sale);
+  /// Deletes the sale alone, with its own cash entry, and gives its shares back: to the rest of their
+  /// purchase where that is still held, else as a parcel among the others by its day. The purchase's cash
+  /// entry stays. Only the comment of a purchase that was sold whole is not known any more, and the limits of
+  /// a stock that was. True if the cash entry was found.
+  bool undoSale(const XMLElement& sale);
   /// Stores the new values (an empty comment leaves the old one) and lets the cash entry of the old cost and
   /// date follow. True if that was found.
   bool editBuyEvent(XMLElement& event, const Date& date, double number, double price, double brokerage,
@@ -210,7 +220,13 @@ private:
   void removeParcel(XMLElement& stock, const XMLElement& parcel);
   double sellFromBuyEvent(XMLElement& stock, XMLElement& parcel, double wanted, const Sale& sale);
   XMLElement& addSellEvent(const String& code);
-  void removeSale(XMLElement& stock, const XMLElement& sale);
+  void storeSoldShares(XMLElement& sale, const Date& buyDate, const Date& sellDate, const SharesAt& shares,
+                       bool recordedAsSold);
+  void removeSale(const XMLElement& sale);
+  XMLElement& heldShareFor(const String& code);
+  void giveBack(const XMLElement& sale, const XMLElement* rest);
+  XMLElement& parcelOfSale(const XMLElement& sale);
+  String reinvestmentComment(const XMLElement& parcel) const;
   void addCashEvent(const Date& date, double value, std::int32_t type, const String& description);
   bool moveCashEntry(const CashEntryKey& key, double oldValue, const Date& date, double value,
                      const String& description);
@@ -220,6 +236,11 @@ private:
   void moveReinvestment(const String& oldCode, XMLElement* stock, XMLElement* parcel, const Dividend& now);
   bool removeCashDividend(const Dividend& dividend);
   bool removeReinvestment(const Dividend& dividend);
+  /// Adds the splits after the one day, up to the other, that an event of the stock knows and this one does
+  /// not.
+  void takeKnownSplits(XMLElement& event, const String& code, const Date& after, const Date& last);
+  /// Leaves the event the splits after its purchase, up to the last day, that any event of the stock knows.
+  void takeSplitsBetween(XMLElement& event, const String& code, const Date& bought, const Date& last);
   bool askForSplit(const String& code, const Date& date, double ratio, bool reverse);
 
   XMLElement& m_portfolio;

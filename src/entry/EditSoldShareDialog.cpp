@@ -1,4 +1,6 @@
 #include "entry/EditSoldShareDialog.h"
+#include "engine/PortfolioEvents.h"
+#include "engine/SplitTerms.h"
 #include "entry/FormChecks.h"
 #include "entry/FormIcons.h"
 #include "entry/OptionalText.h"
@@ -72,8 +74,9 @@ void EditSoldShareDialog::buildDateRows(FormRows& rows) {
 
 void EditSoldShareDialog::show(const String& code, const XMLElement& sellEvent) {
   m_code->setText(code);
-  m_number->setValue(doubleValue(sellEvent, u"NumHeld"));
-  m_buyPrice->setValue(doubleValue(sellEvent, u"BuyPrice"));
+  const SharesAt sold = sharesAsSold(sellEvent);
+  m_number->setText(recordedNumberText(sold.number));
+  m_buyPrice->setValue(sold.price);
   m_sellPrice->setValue(doubleValue(sellEvent, u"SellPrice"));
   m_buyBrokerage->setValue(doubleValue(sellEvent, u"BuyBrokerage"));
   m_sellBrokerage->setValue(doubleValue(sellEvent, u"SellBrokerage"));

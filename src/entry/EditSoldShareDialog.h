@@ -11,8 +11,8 @@ class FormTextField;
 class NumberField;
 class XMLElement;
 
-/// Changes a recorded sale, both the side of the purchase and that of the sale; the caller edits the record
-/// when execute() gives 1.
+/// Changes a recorded sale, both the side of the purchase and that of the sale, in shares of the day of sale;
+/// the caller edits the record when execute() gives 1.
 class EditSoldShareDialog : public Dialog {
   FXDECLARE(EditSoldShareDialog)
 public:

@@ -117,7 +117,7 @@ bool SellSharesPanel::checkHeldOnDate() const {
 bool SellSharesPanel::checkNumber() const {
   if (!requirePositive(*numberField(), u"You must select the number of shares sold"))
     return false;
-  return tenThousandths(number()) <= tenThousandths(m_portfolio->numHeld(code())) ||
+  return tenThousandths(number()) <= tenThousandths(m_portfolio->numHeld(code(), date())) ||
          refuse(*numberField(), u"You can't sell more shares than you own");
 }
 

@@ -1,4 +1,5 @@
 #include "entry/TradePanel.h"
+#include "engine/PortfolioEvents.h"
 #include "entry/Brokerage.h"
 #include "entry/FormChecks.h"
 #include "foundation/Amounts.h"
@@ -38,7 +39,7 @@ void TradePanel::resetTrade() {
 void TradePanel::showTrade(const Date& date, double number, double price, double brokerage,
                            const String& comments) {
   setDate(date);
-  m_number->setValue(number);
+  m_number->setText(recordedNumberText(number)); // a part of a purchase may need more decimals
   m_price->setValue(price);
   m_brokerage->setValue(brokerage);
   m_comments->setText(toFox(comments));

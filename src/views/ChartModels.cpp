@@ -1,6 +1,7 @@
 #include "views/ChartModels.h"
 #include "engine/CapitalGrowth.h"
 #include "engine/Indicators.h"
+#include "engine/SaleFigures.h"
 #include "engine/SharePortfolioUser.h"
 #include "foundation/Amounts.h"
 #include "foundation/RunTimeSettings.h"
@@ -55,7 +56,7 @@ public:
         readPurchase(held->subElement(u"BuyEvents", i), portfolio);
     if (const XMLElement* sold = portfolio.findSoldShare(code, index))
       for (std::size_t i = 0; i < sold->numSubElements(u"SellEvents"); ++i)
-        readSale(sold->subElement(u"SellEvents", i), portfolio);
+        readSale(sold->subElement(u"SellEvents", i));
   }
 
   std::vector<ChartMarker> markers() const {
@@ -73,15 +74,12 @@ private:
     add(m_purchases, dateValue(parcel, u"BuyDate"), number, price);
   }
 
-  /// Number and purchase price of a sale are known as of the day of sale, when it was last held.
-  void readSale(const XMLElement& sale, const SharePortfolioUser& portfolio) {
-    double number = 0.0;
-    double buyPrice = 0.0;
-    const Date soldOn = dateValue(sale, u"SellDate");
-    portfolio.adjustedSellEvent(sale, soldOn.plusDays(-1), number, buyPrice);
-    const double shares = m_splits.sharesBetween(soldOn, m_to);
-    add(m_purchases, dateValue(sale, u"BuyDate"), number * shares, buyPrice / shares);
-    add(m_sales, soldOn, number * shares, doubleValue(sale, u"SellPrice") / shares);
+  /// A sale tells number and purchase price as of its own day.
+  void readSale(const XMLElement& event) {
+    const SaleFigures sale(event);
+    const double shares = m_splits.sharesBetween(sale.sold(), m_to);
+    add(m_purchases, sale.bought(), sale.number() * shares, sale.buyPrice() / shares);
+    add(m_sales, sale.sold(), sale.number() * shares, sale.sellPrice() / shares);
   }
 
   void add(Trades& trades, const Date& day, double number, double price) const {

@@ -1,5 +1,6 @@
 #include "views/SharesSoldTable.h"
 #include "engine/SharePortfolioUser.h"
+#include "entry/DeleteSaleDialog.h"
 #include "entry/EditSoldShareDialog.h"
 #include "views/PortfolioCommands.h"
 #include "views/SoldShareCells.h"
@@ -72,20 +73,15 @@ long SharesSoldTable::onDelete(FXObject*, FXSelector, void*) {
 }
 
 void SharesSoldTable::deleteSale(const XMLElement& sale) {
-  const String code = codeOf(sale);
-  const Date date = dateValue(sale, u"SellDate");
-  if (!MainWindow::question(u"Do you really want to delete share sale of " + code + u" at " +
-                            date.toString(DATE_DISPLAY_LOCAL) + u"?"))
+  DeleteSaleDialog dialog(&MainWindow::Instance(), sale);
+  if (dialog.execute() == 0)
     return;
-  const double number = doubleValue(sale, u"NumHeld");
-  // Asked for before the change, here and below, so that the tables are safe whatever the change meets, and
-  // under the box.
+  // Asked for before the change, here and below, so that the tables are safe whatever the change meets.
   commands().transactionMade();
-  if (!portfolio().deleteSellEvent(code, date, number))
-    MainWindow::error(
-        u"After deleting the sold share entry, Tallymoor\nwas unable to find one or both of the "
-        u"corresponding\ncash reserve debit or credit entries. You should\nmanually find them "
-        u"and delete them.");
+  if (dialog.givesSharesBack())
+    portfolio().undoSale(sale);
+  else
+    portfolio().deleteSale(sale);
 }
 
 // A failure to edit goes by the words of the purchases' table, which users know it by.

@@ -47,7 +47,8 @@ public:
   XMLHeldShare();
 };
 
-/// A parcel as bought: "BuyDate", "NumHeld", "BuyPrice", "Brokerage", "Comment", any number of "Adjustments".
+/// A parcel: "BuyDate", "NumHeld", "BuyPrice", "Brokerage", "Comment", any number of "Adjustments". Number and
+/// price are in shares of the purchase; the adjustments tell what became of them.
 class XMLBuyEvent : public XMLElement {
 public:
   XMLBuyEvent();
@@ -66,7 +67,7 @@ public:
 };
 
 /// "BuyDate", "SellDate", "NumHeld", "BuyPrice", "SellPrice", "BuyBrokerage", "SellBrokerage", "Comment", any
-/// number of "Adjustments".
+/// number of "Adjustments". "NumHeld" and "BuyPrice" as in a parcel; "SellPrice" is of the day of sale.
 class XMLSellEvent : public XMLElement {
 public:
   XMLSellEvent();

@@ -214,5 +214,17 @@ TEST_F(CapitalRecordWalkTest, EachParcelIsRoundedIntoTheSum) {
   EXPECT_EQ(walk.holdings(m_today, nullptr)->at(0).number, String(u"0.99")); // 0.33, 0.66, 0.99
 }
 
+TEST_F(CapitalRecordWalkTest, PartsOfADividedPurchaseAreAddedUpBeforeTheyAreRounded) {
+  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 1), 100, 1, 0, u"");
+  addAdjustment(parcel(u"ABC.AX"), Date(2026, 3, 2), 3);
+  for (int i = 0; i < 2; ++i)
+    user().sellShares(u"ABC.AX", m_today, 100, 1, 0, true, u"");
+  setPrices(u"ABC.AX", Date(2026, 2, 28), m_today, 1);
+  CapitalRecordWalk walk(user());
+  EXPECT_EQ(walk.holdings(Date(2026, 3, 1), nullptr)->at(0).number, String(u"100.00")); // not 33.33 x 3
+  EXPECT_EQ(walk.holdings(Date(2026, 3, 2), nullptr)->at(0).number, String(u"300.00"));
+  EXPECT_EQ(walk.holdings(m_today, nullptr)->at(0).number, String(u"100.00"));
+}
+
 } // namespace
 } // namespace Tallymoor

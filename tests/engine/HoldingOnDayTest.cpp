@@ -47,6 +47,18 @@ TEST_F(HoldingOnDayTest, ASaleThatNoLongerTellsOfASplitIsReadByTheDaysNumber) {
   expectHeld(Date(2026, 1, 16), 800, 2, Date(2026, 1, 12));
 }
 
+TEST_F(HoldingOnDayTest, SalesOfASplitShareAreHeldUntilTheirDay) {
+  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 12), 100, 9, 0, String());
+  addAdjustment(parcel(u"ABC.AX"), Date(2026, 1, 16), 3);
+  user().sellShares(u"ABC.AX", Date(2026, 1, 20), 100, 4, 0, true, String());
+  user().sellShares(u"ABC.AX", Date(2026, 1, 25), 100, 4, 0, true, String());
+  expectHeld(Date(2026, 1, 15), 100, 9, Date(2026, 1, 12));
+  expectHeld(Date(2026, 1, 16), 300, 3, Date(2026, 1, 12));
+  const std::optional<HeldOnDay> held = heldOn(user(), u"ABC.AX", 200, Date(2026, 1, 20));
+  EXPECT_NEAR(held->cost.number, 200, 1e-5);
+  EXPECT_NEAR(held->cost.averagePrice(), 3, 1e-6);
+}
+
 TEST_F(HoldingOnDayTest, OnlyTheCurrentPriceMayBeARecordedOne) {
   user().addBuyEvent(u"ABC.AX", Date(2026, 1, 12), 300, 4, 0, String());
   setPrice(u"ABC.AX", Date(2026, 2, 3), 5);

@@ -1,4 +1,6 @@
 #include "engine/RandomPortfolio.h"
+#include "engine/SaleFigures.h"
+#include "foundation/Amounts.h"
 #include "market/TallymoorInternet.h"
 #include "support/StringPrinting.h"
 #include <algorithm>
@@ -67,6 +69,16 @@ bool RandomPortfolio::drawParcel(Drawn& drawn) {
   return true;
 }
 
+std::vector<RandomPortfolio::Drawn> RandomPortfolio::parcelsOf(XMLElement& stock) {
+  std::vector<Drawn> parcels;
+  for (std::size_t i = 0; i < stock.numSubElements(u"BuyEvents"); ++i) {
+    XMLElement& event = stock.subElement(u"BuyEvents", i);
+    parcels.push_back({&event, indexOfCode(textValue(stock, u"Code")),
+                       indexOfDay(dateValue(event, u"BuyDate")), hundredths(event, u"NumHeld")});
+  }
+  return parcels;
+}
+
 bool RandomPortfolio::drawSale(Drawn& drawn) {
   XMLElement* stock = drawEvent(u"SoldShares", u"SoldShares");
   if (!stock)
@@ -104,6 +116,7 @@ void RandomPortfolio::step() {
                                         {&RandomPortfolio::editDividend, 6},
                                         {&RandomPortfolio::deleteBuy, 3},
                                         {&RandomPortfolio::deleteSell, 3},
+                                        {&RandomPortfolio::undoSell, 3},
                                         {&RandomPortfolio::deleteCash, 3},
                                         {&RandomPortfolio::deleteDividend, 3},
                                         {&RandomPortfolio::removeHeld, 1},
@@ -150,34 +163,36 @@ void RandomPortfolio::addParcel() {
 }
 
 void RandomPortfolio::sell() {
-  Drawn parcel;
-  if (!drawParcel(parcel))
+  Drawn drawn;
+  if (!drawParcel(drawn))
     return;
-  const auto code = static_cast<std::size_t>(parcel.code);
-  const Ledger parcels = held();
-  Hundredths all = 0;
-  int last = 0;
-  for (int day = 0; day < DAYS; ++day)
-    if (const Hundredths number = parcels[code][static_cast<std::size_t>(day)]) {
-      all += number;
-      last = day;
-    }
-  const int end = isSplit(parcel.code) ? firstSplit(parcel.code) : DAYS;
-  if (last >= end)
-    return;
-  const int day = last + below(end - last);
-  Hundredths number = 16 * (1 + below(static_cast<int>(all / 16)));
-  if (oneIn(4))
-    number = all;
-  else if (oneIn(3))
-    number = parcel.number;
   const bool firstInFirstOut = oneIn(2);
-  note("sell " + std::to_string(code) + " day " + std::to_string(day) + " number " + std::to_string(number) +
-       (firstInFirstOut ? " fifo" : " lifo"));
+  std::vector<Drawn> parcels = parcelsOf(*drawn.event->parent());
+  if (!firstInFirstOut)
+    std::reverse(parcels.begin(), parcels.end());
+  int last = 0;
+  for (const Drawn& parcel : parcels)
+    last = std::max(last, parcel.day);
+  const int day = dayFrom(last);
+  // Some parcels whole, and of the next one a part that every split and merge leaves even.
+  const int whole = oneIn(4) ? static_cast<int>(parcels.size()) : below(static_cast<int>(parcels.size()));
+  Hundredths ofPurchase = 0, number = 0;
+  for (int i = 0; i < whole; ++i) {
+    ofPurchase += parcels[static_cast<std::size_t>(i)].number;
+    number += numberOn(parcels[static_cast<std::size_t>(i)], day);
+  }
+  if (whole < static_cast<int>(parcels.size())) {
+    Drawn part = parcels[static_cast<std::size_t>(whole)];
+    part.number = 16 * (1 + below(static_cast<int>(part.number / 16)));
+    ofPurchase += part.number;
+    number += numberOn(part, day);
+  }
+  note("sell " + std::to_string(drawn.code) + " day " + std::to_string(day) + " number " +
+       std::to_string(number) + (firstInFirstOut ? " fifo" : " lifo"));
   const double price = anyPrice();
-  m_user.sellShares(codeText(code), dayAt(day), static_cast<double>(number) / 100, price, anyMoney(40),
+  m_user.sellShares(codeText(drawn.code), dayAt(day), static_cast<double>(number) / 100, price, anyMoney(40),
                     firstInFirstOut, anyComment());
-  m_soldSum[code] += number;
+  m_soldSum[static_cast<std::size_t>(drawn.code)] += ofPurchase;
 }
 
 void RandomPortfolio::moveCash() {
@@ -206,8 +221,7 @@ void RandomPortfolio::editBuy() {
   Drawn parcel;
   if (!drawParcel(parcel))
     return;
-  // A split on a parcel stays with it, whatever day it is moved to.
-  const int day = isSplit(parcel.code) ? parcel.day : anyDay();
+  const int day = anyDay();
   const Hundredths number = anyNumber();
   note("edit parcel " + std::to_string(parcel.code) + " day " + std::to_string(parcel.day) + " to " +
        std::to_string(day) + " number " + std::to_string(number));
@@ -219,6 +233,7 @@ void RandomPortfolio::editBuy() {
   auto& bought = m_bought[static_cast<std::size_t>(parcel.code)];
   bought[static_cast<std::size_t>(parcel.day)] -= parcel.number;
   bought[static_cast<std::size_t>(day)] += number;
+  noteSplits(parcel.code);
 }
 
 void RandomPortfolio::editSell() {
@@ -232,8 +247,13 @@ void RandomPortfolio::editSell() {
   note("edit sale " + std::to_string(sale.code) + " day " + std::to_string(sale.day) + " to " +
        std::to_string(newBought) + " sold " + std::to_string(newSold) + " number " + std::to_string(number));
   const double buyPrice = anyPrice(), sellPrice = anyPrice();
-  m_user.editSellEvent(*sale.event, dayAt(newBought), dayAt(newSold), static_cast<double>(number) / 100,
-                       buyPrice, sellPrice, 1.0, 2.0, anyComment());
+  // The form shows the shares of the day of sale.
+  const double sharesOfOne = m_splits[static_cast<std::size_t>(sale.code)].empty()
+                                 ? 1.0
+                                 : SaleFigures(*sale.event).number() * 100 / static_cast<double>(sale.number);
+  m_user.editSellEvent(*sale.event, dayAt(newBought), dayAt(newSold),
+                       static_cast<double>(number) * sharesOfOne / 100, buyPrice, sellPrice, 1.0, 2.0,
+                       anyComment());
   const auto code = static_cast<std::size_t>(sale.code);
   m_soldSum[code] += number - sale.number;
   m_bought[code][static_cast<std::size_t>(sale.day)] -= sale.number;
@@ -260,7 +280,7 @@ void RandomPortfolio::editDividend() {
   const int code = oneIn(4) ? below(CODES) : oldCode;
   const Hundredths shares = oneIn(2) ? anyNumber() : 0;
   const bool parcelStays = oldShares && shares && code == oldCode;
-  const int day = parcelStays && isSplit(code) ? oldDay : anyDay();
+  const int day = anyDay();
   note("edit dividend " + std::to_string(oldCode) + " day " + std::to_string(oldDay) + " shares " +
        std::to_string(oldShares) + " to " + std::to_string(code) + " day " + std::to_string(day) +
        " shares " + std::to_string(shares));
@@ -294,20 +314,41 @@ void RandomPortfolio::deleteSell() {
     return;
   // Of equal sales the first one goes, and it may be of other parcels.
   const String sold = textValue(*sale.event, u"SellDate");
+  const double number = SaleFigures(*sale.event).number();
   const XMLElement& stock = *sale.event->parent();
   for (std::size_t i = 0; i < stock.numSubElements(u"SellEvents"); ++i) {
     const XMLElement& other = stock.subElement(u"SellEvents", i);
-    if (textValue(other, u"SellDate") == sold && hundredths(other, u"NumHeld") == sale.number) {
+    if (textValue(other, u"SellDate") == sold && showsTheSame(SaleFigures(other).number(), number, 4)) {
       sale.day = indexOfDay(dateValue(other, u"BuyDate"));
+      sale.number = hundredths(other, u"NumHeld");
       break;
     }
   }
   note("delete sale " + std::to_string(sale.code) + " number " + std::to_string(sale.number));
-  m_user.deleteSellEvent(codeText(sale.code), Date(sold, DATE_DISPLAY_DMY),
-                         static_cast<double>(sale.number) / 100);
+  m_user.deleteSellEvent(codeText(sale.code), Date(sold, DATE_DISPLAY_DMY), number);
   const auto code = static_cast<std::size_t>(sale.code);
   m_soldSum[code] -= sale.number;
   m_bought[code][static_cast<std::size_t>(sale.day)] -= sale.number;
+}
+
+void RandomPortfolio::undoSell() {
+  Drawn sale;
+  if (!drawSale(sale))
+    return;
+  note("undo sale " + std::to_string(sale.code) + " number " + std::to_string(sale.number));
+  const std::size_t purchases = countPurchasesPaid();
+  m_user.undoSale(*sale.event);
+  EXPECT_EQ(countPurchasesPaid(), purchases) << "the shares are held again, so their cost stays paid";
+  m_soldSum[static_cast<std::size_t>(sale.code)] -= sale.number;
+  noteSplits(sale.code);
+}
+
+std::size_t RandomPortfolio::countPurchasesPaid() const {
+  std::size_t count = 0;
+  const XMLElement& reserve = m_portfolio.subElement(u"CashReserve");
+  for (std::size_t i = 0; i < reserve.numSubElements(u"CashEvents"); ++i)
+    count += longValue(reserve.subElement(u"CashEvents", i), u"Type") == CASH_EVENT_DEBIT;
+  return count;
 }
 
 void RandomPortfolio::deleteCash() {
@@ -380,11 +421,8 @@ void RandomPortfolio::setLimits() {
 
 // ---- Splits ----
 
-int RandomPortfolio::firstSplit(int code) const {
-  int first = DAYS;
-  for (const Split& split : m_splits[static_cast<std::size_t>(code)])
-    first = std::min(first, split.day);
-  return first;
+RandomPortfolio::Hundredths RandomPortfolio::numberOn(const Drawn& parcel, int day) const {
+  return adjusted(parcel.number, parcel.code, parcel.day, day);
 }
 
 void RandomPortfolio::noteSplits(int code) {

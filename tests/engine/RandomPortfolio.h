@@ -13,9 +13,8 @@ namespace Tallymoor {
 /// whatever happens. All events lie within the twelve days up to 3 March 2026, in three stocks of one market.
 ///
 /// Beside the portfolio runs a ledger that knows only how many shares came and went, by the day on which they
-/// were bought. Numbers of shares are multiples of 0.16, so that every split and merge here comes out even.
-/// Sales on or after the day of a recorded split are left out: what stays of such a parcel is adjusted once
-/// more, which sequences of their own pin down.
+/// were bought, in shares of then. These are multiples of 0.16, so that every split and merge here comes out
+/// even; sequences of their own show what does not.
 ///
 /// Needs a TestProfile of that day, and an offline gateway that setPrices has been called on.
 class RandomPortfolio {
@@ -76,6 +75,7 @@ private:
   String anyComment();
   bool drawParcel(Drawn& drawn);
   bool drawSale(Drawn& drawn);
+  static std::vector<Drawn> parcelsOf(XMLElement& stock);
   XMLElement* drawEvent(std::u16string_view list, std::u16string_view reference);
 
   // Operations
@@ -90,6 +90,7 @@ private:
   void editDividend();
   void deleteBuy();
   void deleteSell();
+  void undoSell();
   void deleteCash();
   void deleteDividend();
   void removeHeld();
@@ -97,8 +98,11 @@ private:
   void split();
   void setLimits();
 
+  std::size_t countPurchasesPaid() const;
+
   bool isSplit(int code) const { return !m_splits[static_cast<std::size_t>(code)].empty(); }
-  int firstSplit(int code) const;
+  /// Shares of the parcel on a day.
+  Hundredths numberOn(const Drawn& parcel, int day) const;
   /// Notes the splits of a code on its new parcels, as the user would when asked about them.
   void noteSplits(int code);
   Hundredths adjusted(Hundredths number, int code, int bought, int day) const;
@@ -115,7 +119,7 @@ private:
   SharePortfolioCapitalRecordUser m_fresh;
   std::mt19937 m_chance;
   Ledger m_bought{};                         ///< shares that came, less those whose record was taken back
-  std::array<Hundredths, CODES> m_soldSum{}; ///< shares sold
+  std::array<Hundredths, CODES> m_soldSum{}; ///< shares sold, as they were bought
   std::array<std::vector<Split>, CODES> m_splits;
   std::string m_history;
   int m_stepsDone = 0;

@@ -2,8 +2,10 @@
 // nothing of the program.
 #include "TestPaths.h"
 #include "engine/EngineTest.h"
+#include "engine/SaleFigures.h"
 #include "engine/SequenceArguments.h"
 #include "engine/SequenceFile.h"
+#include "foundation/Amounts.h"
 #include <map>
 #include <set>
 #include <variant>
@@ -141,6 +143,18 @@ protected:
     const String code = a.text();
     const Date day = a.date();
     return truth(user().deleteSellEvent(code, day, a.number()));
+  }
+  Answer undoSell(Arguments& a) {
+    const String code = a.text();
+    const Date day = a.date();
+    const double number = a.number();
+    std::size_t index = 0;
+    if (const XMLElement* stock = user().findSoldShare(code, index))
+      for (std::size_t i = 0; i < stock->numSubElements(u"SellEvents"); ++i)
+        if (const SaleFigures figures(stock->subElement(u"SellEvents", i));
+            figures.sold() == day && showsTheSame(figures.number(), number, 4))
+          return truth(user().undoSale(stock->subElement(u"SellEvents", i)));
+    return truth(false);
   }
   Answer editBuy(Arguments& a) {
     const String code = a.text();
@@ -298,6 +312,7 @@ const std::map<std::string, SequenceTest::Operation>& SequenceTest::operations()
       {"remove-sold", &SequenceTest::removeSold},
       {"delete-buy", &SequenceTest::deleteBuy},
       {"delete-sell", &SequenceTest::deleteSell},
+      {"undo-sell", &SequenceTest::undoSell},
       {"edit-buy", &SequenceTest::editBuy},
       {"edit-sell", &SequenceTest::editSell},
       {"min-max", &SequenceTest::minMax},

@@ -1,4 +1,6 @@
 #include "engine/EngineTest.h"
+#include "engine/SaleDeletion.h"
+#include "engine/SaleFigures.h"
 
 namespace Tallymoor {
 namespace {
@@ -86,22 +88,118 @@ TEST_F(SalesTest, ARestThatWouldReadAsNothingGoesWithTheParcel) {
   user().addBuyEvent(u"ABC.AX", Date(2026, 2, 2), 5, 10, 0, u"");
   user().sellShares(u"ABC.AX", m_today, 33.33, 12, 0, true, u"");
   ASSERT_EQ(numSales(u"ABC.AX"), 1u);
-  EXPECT_EQ(saleText(u"ABC.AX", 0), String(u"1/1/2026 3/3/2026 33.33 30.0000 12.0000 30.00 0.00 "));
+  EXPECT_EQ(saleText(u"ABC.AX", 0), String(u"1/1/2026 3/3/2026 100.00 10.0000 12.0000 30.00 0.00 "));
   ASSERT_EQ(numParcels(u"ABC.AX"), 1u);
   EXPECT_EQ(textValue(parcel(u"ABC.AX"), u"NumHeld"), String(u"5.00"));
+  EXPECT_FALSE(user().deleteSellEvent(u"ABC.AX", m_today, 100 / 3.0)) << "there is no cost";
+  EXPECT_EQ(numCashEntries(), 0u) << "what the sale brought in is found by the number that it was made of";
 }
 
-TEST_F(SalesTest, APartlySoldSplitParcelIsAdjustedAgain) {
+TEST_F(SalesTest, APartlySoldSplitParcelStaysInSharesOfItsPurchase) {
   user().addBuyEvent(u"ABC.AX", Date(2026, 1, 1), 100, 10, 30, u"");
   addAdjustment(parcel(u"ABC.AX"), Date(2026, 2, 1), 2); // 200 shares at 5
   user().sellShares(u"ABC.AX", m_today, 50, 6, 0, true, u"");
-  EXPECT_EQ(saleText(u"ABC.AX", 0), String(u"1/1/2026 3/3/2026 50.00 5.0000 6.0000 0.00 0.00 "));
-  EXPECT_EQ(sale(u"ABC.AX").numSubElements(u"Adjustments"), 0u);
-  // The rest of 150 is kept in shares of today beside the adjustment, which counts once more.
-  EXPECT_EQ(textValue(parcel(u"ABC.AX"), u"NumHeld"), String(u"150.00"));
+  EXPECT_EQ(saleText(u"ABC.AX", 0), String(u"1/1/2026 3/3/2026 25.00 10.0000 6.0000 0.00 0.00 "));
+  EXPECT_EQ(sale(u"ABC.AX").numSubElements(u"Adjustments"), 1u);
+  EXPECT_EQ(textValue(parcel(u"ABC.AX"), u"NumHeld"), String(u"75.00"));
   EXPECT_EQ(textValue(parcel(u"ABC.AX"), u"BuyPrice"), String(u"10.0000"));
   EXPECT_EQ(parcel(u"ABC.AX").numSubElements(u"Adjustments"), 1u);
-  EXPECT_DOUBLE_EQ(user().numHeld(u"ABC.AX"), 300);
+  EXPECT_DOUBLE_EQ(user().numHeld(u"ABC.AX"), 150);
+  const SaleFigures figures(sale(u"ABC.AX"));
+  EXPECT_DOUBLE_EQ(figures.number(), 50);
+  EXPECT_DOUBLE_EQ(figures.buyPrice(), 5);
+  EXPECT_DOUBLE_EQ(figures.grossSale(), 300);
+}
+
+TEST_F(SalesTest, ANumberThatDoesNotDivideKeepsSixDecimalsAndReadsAsItWasTyped) {
+  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 1), 100, 10, 30, u"");
+  addAdjustment(parcel(u"ABC.AX"), Date(2026, 2, 1), 3);
+  user().sellShares(u"ABC.AX", m_today, 100, 6, 0, true, u"");
+  EXPECT_EQ(textValue(sale(u"ABC.AX"), u"NumHeld"), String(u"33.333333"));
+  EXPECT_EQ(textValue(parcel(u"ABC.AX"), u"NumHeld"), String(u"66.666667"));
+  EXPECT_DOUBLE_EQ(SaleFigures(sale(u"ABC.AX")).number(), 100);
+  EXPECT_FALSE(user().deleteSellEvent(u"ABC.AX", m_today, 100)) << "there is no cost";
+  EXPECT_EQ(numCashEntries(), 0u);
+}
+
+TEST_F(SalesTest, ARestThatCouldNotBeRecordedGoesWithTheParcel) {
+  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 1), 1, 10, 0, u"");
+  addAdjustment(parcel(u"ABC.AX"), Date(2026, 2, 1), 1000000);
+  user().sellShares(u"ABC.AX", m_today, 999999.98, 6, 0, true, u"");
+  EXPECT_EQ(numParcels(u"ABC.AX"), 0u);
+  EXPECT_EQ(textValue(sale(u"ABC.AX"), u"NumHeld"), String(u"1.00"));
+}
+
+TEST_F(SalesTest, ASaleOfTheWholeKnowsItsSplits) {
+  user().buyShares(u"ABC.AX", Date(2026, 1, 1), 100, 10, 30, u"");
+  user().recordAdjustment(u"ABC.AX", Date(2026, 2, 1), 2, false);
+  user().sellShares(u"ABC.AX", m_today, 200, 6, 5, false, u"");
+  EXPECT_TRUE(user().isAdjusted(u"ABC.AX", Date(2026, 2, 1)));
+  EXPECT_TRUE(user().hasSoldAdjustment(u"ABC.AX", Date(2026, 2, 1)));
+  EXPECT_EQ(cashEntryText(1), String(u"3/3/2026 1 1195.00 SELL 200.00 of ABC.AX @ 6.0000"));
+}
+
+// A sale that an earlier version recorded in shares of its own day, and that was then asked for the split
+// again.
+TEST_F(SalesTest, TheCashTellsThatAnOldSaleIsInSharesOfItsDay) {
+  user().debitCash(Date(2026, 1, 1), 1000, CASH_EVENT_DEBIT, u"BUY 100.00 of ABC.AX @ 10.0000");
+  user().creditCash(m_today, 1200, CASH_EVENT_CREDIT, u"SELL 200.00 of ABC.AX @ 6.0000");
+  XMLElement& old = addSale(u"ABC.AX", Date(2026, 1, 1), m_today, 200, 5, 6);
+  EXPECT_DOUBLE_EQ(SaleFigures(old).number(), 200);
+  addAdjustment(old, Date(2026, 2, 1), 2);
+  EXPECT_DOUBLE_EQ(SaleFigures(old).number(), 200);
+  EXPECT_DOUBLE_EQ(SaleFigures(old).buyPrice(), 5);
+  EXPECT_TRUE(user().editSellEvent(old, Date(2026, 1, 1), m_today, 150, 5, 7, 0, 0, u""));
+  EXPECT_DOUBLE_EQ(SaleFigures(old).number(), 150);
+  EXPECT_EQ(cashEntryText(1), String(u"3/3/2026 1 1050.00 SELL 150.00 of ABC.AX @ 7.0000"));
+  EXPECT_TRUE(user().deleteSellEvent(u"ABC.AX", m_today, 150));
+}
+
+TEST_F(SalesTest, WithoutItsCashASaleIsReadByItsSplits) {
+  XMLElement& event = addSale(u"ABC.AX", Date(2026, 1, 1), m_today, 100, 10, 6);
+  addAdjustment(event, Date(2026, 2, 1), 2);
+  EXPECT_DOUBLE_EQ(SaleFigures(event).number(), 200);
+  EXPECT_DOUBLE_EQ(SaleFigures(event).buyPrice(), 5);
+}
+
+TEST_F(SalesTest, AReinvestmentThatWasSoldIsFoundAgainByItsDividend) {
+  user().receiveDividend(u"ABC.AX", Date(2026, 1, 5), 100, 0.5, 0, 10, 5, u"", 0);
+  user().sellShares(u"ABC.AX", m_today, 10, 6, 0, true, u"");
+  const String comment = u"DIVIDEND ABC.AX @ 0.500000 x 100.00";
+  user().undoSale(sale(u"ABC.AX"));
+  EXPECT_EQ(textValue(parcel(u"ABC.AX"), u"Comment"), comment);
+}
+
+TEST_F(SalesTest, AnUndoneSaleLeavesTheRecordsAsTheyWereBeforeIt) {
+  user().buyShares(u"ABC.AX", Date(2026, 1, 1), 100, 10, 30, u"why");
+  user().buyShares(u"ABC.AX", Date(2026, 1, 2), 50, 11, 31, u"");
+  user().recordAdjustment(u"ABC.AX", Date(2026, 2, 1), 3, false);
+  const String before = encodedPortfolio();
+  user().sellShares(u"ABC.AX", m_today, 100, 6, 5, true, u"sold");
+  EXPECT_NE(encodedPortfolio(), before);
+  EXPECT_TRUE(user().undoSale(sale(u"ABC.AX")));
+  EXPECT_EQ(encodedPortfolio(), before);
+}
+
+TEST_F(SalesTest, DeletionTellsBeforehandWhatGoes) {
+  user().buyShares(u"ABC.AX", Date(2026, 1, 1), 100, 10, 30, u"");
+  user().recordAdjustment(u"ABC.AX", Date(2026, 2, 1), 2, false);
+  user().sellShares(u"ABC.AX", m_today, 50, 6, 5, true, u"");
+  const SaleDeletion part(sale(u"ABC.AX"));
+  EXPECT_DOUBLE_EQ(part.number, 50);
+  EXPECT_DOUBLE_EQ(part.buyPrice, 5);
+  EXPECT_DOUBLE_EQ(part.costValue, 250);
+  ASSERT_TRUE(part.proceeds);
+  EXPECT_EQ(part.proceeds->description, String(u"SELL 50.00 of ABC.AX @ 6.0000"));
+  EXPECT_DOUBLE_EQ(part.proceeds->value, 295);
+  EXPECT_FALSE(part.cost);
+  EXPECT_EQ(part.rest, &parcel(u"ABC.AX"));
+  user().undoSale(sale(u"ABC.AX"));
+  user().sellShares(u"ABC.AX", m_today, 200, 6, 5, true, u"");
+  const SaleDeletion whole(sale(u"ABC.AX"));
+  ASSERT_TRUE(whole.cost);
+  EXPECT_EQ(whole.cost->description, String(u"BUY 100.00 of ABC.AX @ 10.0000"));
+  EXPECT_EQ(whole.rest, nullptr);
 }
 
 TEST_F(SalesTest, AdjustmentsAfterTheSaleDateDontCount) {

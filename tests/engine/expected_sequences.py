@@ -14,6 +14,8 @@ replaces one that has been recorded.
 import sys
 from datetime import date, timedelta
 from decimal import Decimal, ROUND_HALF_UP, getcontext
+from fractions import Fraction
+from math import prod
 from pathlib import Path
 
 getcontext().prec = 60
@@ -48,6 +50,14 @@ def same(a, b, places):
 
 def money(value):
     return fixed(value, 2)
+
+
+def recorded(value):
+    """Shares in the terms of their purchase: two to six decimals, as many as they need."""
+    text = fixed(value, 6)
+    while text.endswith("0") and len(text.partition(".")[2]) > 2:
+        text = text[:-1]
+    return text
 
 
 def day_text(day):
@@ -172,6 +182,49 @@ class Portfolio:
                     number, price = (number * size, price / size) if a.factor > 0 else (number / size, price * size)
         return number, price
 
+    # ---- splits between a purchase and a day
+
+    def shares_of_one(self, event, day):
+        """What one share of the purchase is on the day."""
+        if event.buy_date >= day:
+            return Fraction(1)
+        ratios = [Fraction(a.factor) if a.factor > 0 else Fraction(1, -a.factor) for a in event.adjustments
+                  if a.start <= day]
+        return prod(ratios, start=Fraction(1))
+
+    @staticmethod
+    def times(value, ratio):
+        return value * ratio.numerator / ratio.denominator
+
+    def as_recorded(self, event, day, number):
+        ratio = self.shares_of_one(event, day)
+        return fixed(number, 2) if ratio == 1 else recorded(self.times(number, 1 / ratio))
+
+    def as_sold(self, sale):
+        """Number and buying price of the day of sale. The cash says in which terms the number stands."""
+        ratio = self.shares_of_one(sale, sale.sell_date)
+        as_it_stands = sale.num("number"), sale.num("buy_price")
+        if ratio == 1:
+            return as_it_stands
+        number = self.times(sale.num("number"), ratio)
+        for places in range(2, 6):
+            typed = number.quantize(Decimal(1).scaleb(-places), ROUND_HALF_UP)
+            if recorded(self.times(typed, 1 / ratio)) == sale.number:
+                number = typed
+                break
+        found = lambda n: self.find_cash(sale.sell_date, self.proceeds(sale, n), 1, sale.code)
+        if not found(number) and found(sale.num("number")):
+            return as_it_stands
+        return number, self.times(sale.num("buy_price"), 1 / ratio)
+
+    @staticmethod
+    def cost(sale):
+        return money(sale.num("number") * sale.num("buy_price") + sale.num("buy_brokerage"))
+
+    @staticmethod
+    def proceeds(sale, number):
+        return money(number * sale.num("sell_price") - sale.num("sell_brokerage"))
+
     # ---- purchases and sales
 
     def buy(self, code, day, number, price, brokerage, comment):
@@ -204,22 +257,24 @@ class Portfolio:
         for parcel in parcels:
             if sold >= number or same(sold, number, 4):
                 break
-            available, buy_price = self.adjusted(parcel, day)
+            available = self.adjusted(parcel, day)[0]
             wanted = number - sold
+            part = self.as_recorded(parcel, day, wanted)
             if wanted < available and not zero(available - wanted, 2):
                 taken, buy_brokerage = wanted, "0.00"
-                parcel.number = fixed(available - wanted, 2)
+                parcel.number = recorded(parcel.num("number") - Decimal(part))
             else:
-                taken, buy_brokerage = available, parcel.brokerage
+                taken, buy_brokerage, part = available, parcel.brokerage, parcel.number
                 self.take_event(self.held, stock, parcel)
             target = self.stock(self.sold, code)
             if not target:
                 target = Event(code=code, events=[])
                 self.sold.append(target)
-            target.events.append(Event(buy_date=parcel.buy_date, sell_date=day, number=fixed(taken, 2),
-                                       buy_price=fixed(buy_price, 4), sell_price=fixed(price, 4),
+            splits = [Event(start=a.start, factor=a.factor) for a in parcel.adjustments if a.start <= day]
+            target.events.append(Event(code=code, buy_date=parcel.buy_date, sell_date=day, number=part,
+                                       buy_price=parcel.buy_price, sell_price=fixed(price, 4),
                                        buy_brokerage=buy_brokerage, sell_brokerage=money(brokerage),
-                                       comment=comment, adjustments=[]))
+                                       comment=comment, adjustments=splits))
             self.add_cash(day, taken * price - brokerage, 1, f"SELL {fixed(taken, 2)} of {code} @ {fixed(price, 4)}")
             brokerage = Decimal(0)
             sold += taken
@@ -250,19 +305,51 @@ class Portfolio:
         self.changed(day)
         return "true" if entry else "false"
 
-    @staticmethod
-    def sale_money(sale):
-        return (money(sale.num("number") * sale.num("buy_price") + sale.num("buy_brokerage")),
-                money(sale.num("number") * sale.num("sell_price") - sale.num("sell_brokerage")))
-
-    def delete_sell(self, code, day, number):
+    def find_sale(self, code, day, number):
         stock = self.stock(self.sold, code)
-        sale = stock and next((s for s in stock.events if s.sell_date == day
-                               and same(s.num("number"), number, 4)), None)
+        return stock, stock and next((s for s in stock.events if s.sell_date == day
+                                      and same(self.as_sold(s)[0], number, 4)), None)
+
+    def undo_sell(self, code, day, number):
+        stock, sale = self.find_sale(code, day, number)
         if not sale:
             return "false"
-        cost, proceeds = self.sale_money(sale)
-        entries = [self.find_cash(sale.sell_date, proceeds, 1, code), self.find_cash(sale.buy_date, cost, 2, code)]
+        entry = self.find_cash(day, self.proceeds(sale, self.as_sold(sale)[0]), 1, code)
+        splits = lambda e: sorted((a.start, a.factor) for a in e.adjustments if a.start <= day)
+        held = self.stock(self.held, code)
+        rest = None
+        if held and not self.find_cash(sale.buy_date, self.cost(sale), 2, code):
+            rest = next((p for p in held.events if p.buy_date == sale.buy_date and p.buy_price == sale.buy_price
+                         and splits(p) == splits(sale)), None)
+        if rest:
+            rest.number = recorded(rest.num("number") + sale.num("number"))
+            rest.brokerage = money(rest.num("brokerage") + sale.num("buy_brokerage"))
+        else:
+            back = self.add_parcel(code, sale.buy_date, Decimal(0), Decimal(0), Decimal(0), "")
+            back.number, back.buy_price, back.brokerage = sale.number, sale.buy_price, sale.buy_brokerage
+            back.adjustments = [Event(start=a.start, factor=a.factor) for a in sale.adjustments]
+            others = [e for s in self.held + self.sold if s.code == code for e in s.events]
+            for a in (a for e in others for a in e.adjustments):
+                if a.start > day and all(a.start != known.start for known in back.adjustments):
+                    back.adjustments.append(Event(start=a.start, factor=a.factor))
+            held = self.stock(self.held, code)
+            held.events.remove(back)
+            place = len(held.events)
+            while place > 0 and held.events[place - 1].buy_date > back.buy_date:
+                place -= 1
+            held.events.insert(place, back)
+        self.cash = [c for c in self.cash if c is not entry]
+        self.take_event(self.sold, stock, sale)
+        self.changed(day)
+        return "true" if entry else "false"
+
+    def delete_sell(self, code, day, number):
+        stock, sale = self.find_sale(code, day, number)
+        if not sale:
+            return "false"
+        proceeds = self.proceeds(sale, self.as_sold(sale)[0])
+        entries = [self.find_cash(sale.sell_date, proceeds, 1, code),
+                   self.find_cash(sale.buy_date, self.cost(sale), 2, code)]
         self.cash = [c for c in self.cash if not any(c is e for e in entries)]
         self.take_event(self.sold, stock, sale)
         self.changed(sale.buy_date, sale.sell_date)
@@ -276,7 +363,12 @@ class Portfolio:
     def edit_buy(self, code, place, day, number, price, brokerage, comment, old_cost, old_day):
         parcel = self.stock(self.held, code).events[int(place)]
         was = parcel.buy_date
-        parcel.buy_date, parcel.number, parcel.buy_price = day, fixed(number, 2), fixed(price, 4)
+        if not same(number, parcel.num("number"), 6):
+            split = any(abs(a.factor) != 1 for a in parcel.adjustments)
+            parcel.number = recorded(number) if split else fixed(number, 2)
+        if day != was:
+            self.take_splits(parcel, code, day, date.max)
+        parcel.buy_date, parcel.buy_price = day, fixed(price, 4)
         parcel.brokerage, parcel.comment = money(brokerage), comment or parcel.comment
         entry = self.find_cash(old_day, money(old_cost), 2, code) if old_cost > 0 else None
         found = self.move_cash(entry, day, number * price + parcel.num("brokerage"),
@@ -287,20 +379,32 @@ class Portfolio:
     def edit_sell(self, code, place, buy_day, sell_day, number, buy_price, sell_price, buy_brokerage, sell_brokerage,
                   comment):
         sale = self.stock(self.sold, code).events[int(place)]
-        cost, proceeds = self.sale_money(sale)
+        before = self.as_sold(sale)
+        ratio_before = self.shares_of_one(sale, sale.sell_date)
+        as_it_stands = ratio_before != 1 and before == (sale.num("number"), sale.num("buy_price"))
+        cost, proceeds = self.cost(sale), self.proceeds(sale, before[0])
         days = [sale.buy_date, sale.sell_date, buy_day, sell_day]
         positive = lambda text: Decimal(text) > 0
         bought = self.find_cash(sale.buy_date, cost, 2, code) if positive(cost) else None
         sale.buy_date, old_sell_day, sale.sell_date = buy_day, sale.sell_date, sell_day
-        sale.number, sale.buy_price, sale.sell_price = fixed(number, 2), fixed(buy_price, 4), fixed(sell_price, 4)
+        sale.sell_price = fixed(sell_price, 4)
+        if (days[0], days[1]) != (buy_day, sell_day):
+            self.take_splits(sale, code, buy_day, sell_day)
+        ratio = Fraction(1) if as_it_stands else self.shares_of_one(sale, sell_day)
+        same_terms = as_it_stands or ratio == ratio_before
+        if not (same_terms and same(number, before[0], 6)):
+            sale.number = fixed(number, 2) if ratio == 1 else recorded(self.times(number, 1 / ratio))
+        if not (same_terms and same(buy_price, before[1], 4)):
+            sale.buy_price = fixed(self.times(buy_price, ratio), 4)
         sale.buy_brokerage, sale.sell_brokerage = money(buy_brokerage), money(sell_brokerage)
         sale.comment = comment or sale.comment
-        new_cost, new_proceeds = self.sale_money(sale)
+        now_sold = sale.num("number") if ratio == 1 else number
+        new_cost, new_proceeds = self.cost(sale), self.proceeds(sale, now_sold)
         first = self.move_cash(bought, buy_day, Decimal(new_cost),
-                               f"BUY {sale.number} of {code} @ {sale.buy_price}")
+                               f"BUY {fixed(sale.num('number'), 2)} of {code} @ {sale.buy_price}")
         received = self.find_cash(old_sell_day, proceeds, 1, code) if positive(proceeds) else None
         second = self.move_cash(received, sell_day, Decimal(new_proceeds),
-                                f"SELL {sale.number} of {code} @ {sale.sell_price}")
+                                f"SELL {fixed(now_sold, 2)} of {code} @ {sale.sell_price}")
         self.changed(*days)
         return "true" if first and second else "false"
 
@@ -388,6 +492,14 @@ class Portfolio:
         return ([p for p in (held.events if held else []) if p.buy_date < day] +
                 [s for s in (sold.events if sold else []) if s.buy_date < day < s.sell_date])
 
+    def take_splits(self, event, code, bought, last):
+        """The splits of the stock that lie between the two days."""
+        event.adjustments = [a for a in event.adjustments if bought < a.start <= last]
+        others = [e for s in self.held + self.sold if s.code == code for e in s.events]
+        for a in [a for e in others for a in e.adjustments]:
+            if bought < a.start <= last and all(a.start != known.start for known in event.adjustments):
+                event.adjustments.append(Event(start=a.start, factor=a.factor))
+
     def record_split(self, code, day, factor):
         for event in self.spanning(code, day):
             known = next((a for a in event.adjustments if a.start == day), None)
@@ -457,10 +569,18 @@ class Portfolio:
         for code, _ in list(self.held_on(day)):
             if code not in shares:
                 shares[code] = [None, fixed(self.checked_price(code, day), 2)]
+        divided = {}
         for code, event in self.held_on(day):
             number = self.adjusted(event, day)[0]
-            before = shares[code][0]
-            shares[code][0] = fixed(number if before is None else Decimal(before) + number, 2)
+            before = shares[code][0] or "0.00"
+            # Parts of a divided purchase are added up before they are rounded.
+            if len(recorded(event.num("number")).partition(".")[2]) > 2:
+                divided[code] = divided.get(code, Decimal(0)) + number
+                shares[code][0] = before
+            else:
+                shares[code][0] = fixed(Decimal(before) + number, 2)
+        for code, number in divided.items():
+            shares[code][0] = fixed(Decimal(shares[code][0]) + number, 2)
         return Event(cash=money(cash), injected=Decimal(0) if zero(injected, 2) else injected, shares=shares)
 
     def record(self, day):
@@ -514,6 +634,8 @@ class Portfolio:
             return self.delete_buy(a[0], d(a[1]), n(a[2]))
         elif word == "delete-sell":
             return self.delete_sell(a[0], d(a[1]), n(a[2]))
+        elif word == "undo-sell":
+            return self.undo_sell(a[0], d(a[1]), n(a[2]))
         elif word == "edit-buy":
             return self.edit_buy(a[0], a[1], d(a[2]), n(a[3]), n(a[4]), n(a[5]), a[6], n(a[7]), d(a[8]))
         elif word == "edit-sell":

@@ -32,6 +32,13 @@ TEST_F(EditHeldSharesDialogTest, ShowsThePurchase) {
   EXPECT_EQ(String(u"cheap & sound"), dialog.panel()->comments());
 }
 
+TEST_F(EditHeldSharesDialogTest, APartOfAPurchaseKeepsItsDigits) {
+  m_event.subElement(u"NumHeld").setValue(u"66.666667");
+  EditHeldSharesDialog dialog(&mainWindow(), u"ABC.AX", m_event);
+  EXPECT_EQ("66.666667", std::string(field(dialog, "Number bought").getText().text()));
+  EXPECT_EQ(66.666667, dialog.panel()->number());
+}
+
 TEST_F(EditHeldSharesDialogTest, TheCodeCannotBeChanged) {
   EditHeldSharesDialog dialog(&mainWindow(), u"ABC.AX", m_event);
   EXPECT_FALSE(field(dialog, "Stock code").isEditable());

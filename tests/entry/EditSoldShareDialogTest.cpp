@@ -177,6 +177,18 @@ TEST_F(EditSoldShareDialogTest, FailuresOfTheDateButtonsAreReported) {
       0);
 }
 
+TEST_F(EditSoldShareDialogTest, ASplitSaleIsShownInSharesOfTheDayOfSale) {
+  m_event.subElement(u"NumHeld").setValue(u"33.333333");
+  m_event.subElement(u"BuyPrice").setValue(u"9.0000");
+  XMLElement& split = m_event.addSubElement(new XMLSplitAdjustment, u"Adjustments");
+  split.subElement(u"StartDate").setValue(u"1/8/2025");
+  split.subElement(u"Factor").setValue(u"3");
+  m_dialog = std::make_unique<EditSoldShareDialog>(&mainWindow(), u"ABC.AX", m_event);
+  EXPECT_EQ("100.00", shown("Number sold"));
+  EXPECT_EQ("3.0000", shown("Buy price"));
+  EXPECT_EQ("3.7500", shown("Sell price"));
+}
+
 TEST_F(EditSoldShareDialogTest, FieldsLineUpAndTabGoesDown) {
   run(
       [&](FXWindow& form) {

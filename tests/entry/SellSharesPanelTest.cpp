@@ -190,6 +190,19 @@ TEST_F(SellSharesPanelTest, ASaleBeforeTheFirstRecordStopsThereWhateverItsNumber
   EXPECT_EQ("24/02/2026", shown("Date sold"));
 }
 
+TEST_F(SellSharesPanelTest, SharesOfTheDaysBeforeAMergeCanBeSold) {
+  user().recordAdjustment(u"ABC.AX", Date(2026, 3, 1), 5, true);
+  user().capitalRecord().recordsChangedFrom(Date(2026, 3, 1));
+  user().capitalRecord().update(user());
+  choose(*m_panel, "ABC.AX");
+  EXPECT_EQ("20.00", shown("Number sold"));
+  set("Date sold", "28/02/2026");
+  set("Number sold", "100");
+  EXPECT_TRUE(m_panel->validate());
+  set("Date sold", "01/03/2026");
+  expectRefused(notEnoughThen, "Number sold");
+}
+
 TEST_F(SellSharesPanelTest, SharesThatWereSoldSinceCannotBeSoldAgain) {
   choose(*m_panel, "ABC.AX");
   set("Date sold", "26/02/2026");

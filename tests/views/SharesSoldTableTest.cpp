@@ -1,5 +1,6 @@
 #include "ViewsTest.h"
 #include "views/SoldShareCells.h"
+#include <algorithm>
 
 using namespace Tallymoor;
 using namespace Tallymoor::SoldShareCells;
@@ -33,11 +34,28 @@ protected:
   const std::string editEntry = "Edit sale of ABC.AX from 20/02/2026...";
   const std::string deleteEntry = "Delete sale of ABC.AX from 20/02/2026...";
   const std::string editTitle = "Edit share sold on 20/02/2026";
-  const std::string deleteQuestion = "Do you really want to delete share sale of ABC.AX at 20/02/2026?";
-  const std::string cashNotFound =
-      "After deleting the sold share entry, Tallymoor\nwas unable to find one or "
-      "both of the corresponding\ncash reserve debit or credit entries. You "
-      "should\nmanually find them and delete them.";
+  const std::string deleteTitle = "Delete the sale of ABC.AX on 20/02/2026";
+  /// Chooses "Delete" for the row and presses these buttons of its question, one after the other.
+  void deleteRow(FXint row, const std::string& entry, const std::string& caption,
+                 const std::vector<std::string>& buttons) {
+    chooseFromRow(table(), row, entry, [this, caption, buttons] {
+      whenModal(caption, [this, buttons](FXWindow& dialog) {
+        m_told = labels(dialog);
+        for (const std::string& name : buttons)
+          press(dialog, name);
+      });
+    });
+  }
+  /// True when the question said this, wherever its lines were broken.
+  bool told(const std::string& text) const {
+    for (std::string label : m_told) {
+      std::replace(label.begin(), label.end(), '\n', ' ');
+      if (label.find(text) != std::string::npos)
+        return true;
+    }
+    return false;
+  }
+  std::vector<std::string> m_told;
 };
 
 TEST_F(SharesSoldTableTest, DeclaresItsColumnsInOrder) {
@@ -160,57 +178,129 @@ TEST_F(SharesSoldTableTest, RowOffersItsCommands) {
   EXPECT_THAT(popupOfRow(table(), 0, editEntry), ElementsAre(editEntry, deleteEntry));
 }
 
-TEST_F(SharesSoldTableTest, DeletingTakesTheSaleAndBothCashEntriesAway) {
+TEST_F(SharesSoldTableTest, DeletingGivesTheSharesBackUnlessToldOtherwise) {
   addSales();
   showTree();
   leftClick(sold());
-  chooseFromRow(table(), 0, deleteEntry, [this] { answer(deleteQuestion, "Yes"); });
-  EXPECT_EQ(1u, boxes().size());
+  deleteRow(0, deleteEntry, deleteTitle, {"OK"});
+  EXPECT_TRUE(told("The 100.00 shares, bought on 02/02/2026 at 10.00, are held again."));
+  EXPECT_TRUE(told("Cash: 20/02/2026, SELL 100.00 of ABC.AX @ 12.5000, $1,230.00 is removed."));
+  EXPECT_TRUE(told("Cash: what their purchase cost stays paid."));
+  EXPECT_TRUE(boxes().empty());
   EXPECT_THAT(rowKeys(table()), ElementsAre("02/03/2026"));
   EXPECT_EQ("-$10.00", total(sold(), &grossProfit));
-  EXPECT_EQ(3u, numCashEntries());
-  EXPECT_EQ("$4,845.00", figure(node(u"Trading"), "Capital in cash")); // 5,000.00 - 210.00 + 55.00
-  EXPECT_EQ(3, cash().table()->getNumRows());
+  EXPECT_EQ(4u, numCashEntries());
+  EXPECT_EQ("$3,815.00", figure(node(u"Trading"), "Capital in cash")); // 5,000.00 - 1,030.00 - 210.00 + 55.00
+  EXPECT_EQ(4, cash().table()->getNumRows());
+  EXPECT_EQ(100.0, portfolios()[u"Trading"]->numHeld(u"ABC.AX"));
   EXPECT_EQ(&sold(), tree().shownItem());
   EXPECT_TRUE(root().takePortfoliosChanged());
 }
 
-TEST_F(SharesSoldTableTest, NothingIsDeletedAtNo) {
+TEST_F(SharesSoldTableTest, DeletingThePurchaseTooTakesBothCashEntriesAway) {
   addSales();
   showTree();
-  chooseFromRow(table(), 0, deleteEntry, [this] { answer(deleteQuestion, "No"); });
+  leftClick(sold());
+  deleteRow(0, deleteEntry, deleteTitle, {"Delete their purchase too", "OK"});
+  EXPECT_TRUE(told("The 100.00 shares, bought on 02/02/2026 at 10.00, leave the records as if they had never "
+                   "been bought."));
+  EXPECT_TRUE(told("Cash: 02/02/2026, BUY 100.00 of ABC.AX @ 10.0000, $1,030.00 is removed."));
+  EXPECT_TRUE(boxes().empty());
+  EXPECT_THAT(rowKeys(table()), ElementsAre("02/03/2026"));
+  EXPECT_EQ(3u, numCashEntries());
+  EXPECT_EQ("$4,845.00", figure(node(u"Trading"), "Capital in cash")); // 5,000.00 - 210.00 + 55.00
+  EXPECT_EQ(3, cash().table()->getNumRows());
+  EXPECT_EQ(0.0, portfolios()[u"Trading"]->numHeld(u"ABC.AX"));
+}
+
+TEST_F(SharesSoldTableTest, ChoosingTheFirstWayAgainGivesTheSharesBack) {
+  addSales();
+  showTree();
+  deleteRow(0, deleteEntry, deleteTitle, {"Delete their purchase too", "Give the shares back", "OK"});
+  EXPECT_EQ(100.0, portfolios()[u"Trading"]->numHeld(u"ABC.AX"));
+}
+
+TEST_F(SharesSoldTableTest, APartGoesBackToTheRestOfItsPurchase) {
+  addSales();
+  showTree();
+  deleteRow(1, "Delete sale of BBB.AX from 02/03/2026...", "Delete the sale of BBB.AX on 02/03/2026", {"OK"});
+  EXPECT_TRUE(told("The 20.00 shares, bought on 02/02/2026 at 4.00, go back to the rest of their purchase."));
+  EXPECT_TRUE(told("Cash: the cost of these shares, $80.00, has no entry of its own. What was paid stays."));
+  EXPECT_TRUE(boxes().empty());
+  EXPECT_EQ(50.0, portfolios()[u"Trading"]->numHeld(u"BBB.AX"));
+  EXPECT_EQ(1u, purchases(u"Trading", u"BBB.AX")->table()->getNumRows());
+  EXPECT_EQ("$4,990.00", figure(node(u"Trading"), "Capital in cash")); // 5,000.00 + 200.00 - 210.00
+}
+
+TEST_F(SharesSoldTableTest, NothingIsDeletedAtCancel) {
+  addSales();
+  showTree();
+  deleteRow(0, deleteEntry, deleteTitle, {"Delete their purchase too", "Cancel"});
   EXPECT_EQ(2, table().getNumRows());
   EXPECT_EQ(5u, numCashEntries());
   EXPECT_FALSE(root().takePortfoliosChanged());
 }
 
-TEST_F(SharesSoldTableTest, DeletingThatDoesNotFindBothCashEntriesSaysSo) {
+TEST_F(SharesSoldTableTest, CashEntriesThatAreNotThereAreToldBeforehand) {
   addSales();
   showTree();
   cashEntry(1).subElement(u"Value").setValue(u"1.00");
-  chooseFromRow(table(), 0, deleteEntry, [this] {
-    answer(deleteQuestion, "Yes");
-    answer(cashNotFound, "OK");
-  });
+  cashEntry(2).subElement(u"Value").setValue(u"2.00");
+  deleteRow(0, deleteEntry, deleteTitle, {"Delete their purchase too", "OK"});
+  EXPECT_TRUE(
+      told("Cash: an entry of $1,230.00 for this sale was not found. Look for it in \"Cash Reserve\"."));
+  EXPECT_TRUE(
+      told("Cash: the cost of these shares, $1,030.00, has no entry of its own. What was paid stays."));
+  EXPECT_TRUE(boxes().empty());
   EXPECT_THAT(rowKeys(table()), ElementsAre("02/03/2026"));
-  EXPECT_EQ(4u, numCashEntries()); // the one that was found is gone
+  EXPECT_EQ(5u, numCashEntries());
 }
 
-TEST_F(SharesSoldTableTest, RefreshUnderTheBoxOfADeletionReadsNothingThatIsGone) {
+TEST_F(SharesSoldTableTest, TheQuestionFitsTheScreenWhateverTheCashSays) {
   addSales();
   showTree();
-  cashEntry(1).subElement(u"Value").setValue(u"1.00");
+  cashEntry(2)
+      .subElement(u"Description")
+      .setValue(String(u"ABC.AX & ") + String::fromUTF8(std::string(2000, 'w')));
   chooseFromRow(table(), 0, deleteEntry, [this] {
-    answer(deleteQuestion, "Yes");
-    whenModal(cashNotFound.substr(0, 40), [this](FXWindow& box) {
-      table().markAllStale();
-      cash().table()->markAllStale();
-      letEventsPass();
-      EXPECT_EQ(2, table().getNumRows());
-      press(box, "OK");
+    whenModal(deleteTitle, [this](FXWindow& dialog) {
+      EXPECT_LT(dialog.getWidth(), 1000);
+      EXPECT_LT(dialog.getHeight(), 900);
+      press(dialog, "Cancel");
     });
   });
-  EXPECT_EQ(1, table().getNumRows());
+}
+
+TEST_F(SharesSoldTableTest, SalesOfSplitSharesAreShownAndDeletedAsTheyWereSold) {
+  market().setHistory(u"ABC.AX", Date(2026, 1, 20), Date(2026, 3, 3), 6.0);
+  SharePortfolioUser& user = addPortfolio(u"Trading", 5000.0);
+  user.buyShares(u"ABC.AX", Date(2026, 2, 2), 100, 9.0, 30.0, String());
+  user.recordAdjustment(u"ABC.AX", Date(2026, 2, 10), 3, false);
+  user.sellShares(u"ABC.AX", Date(2026, 2, 20), 100, 6.0, 20.0, true, String());
+  showTree();
+  EXPECT_THAT(rowTexts(table(), 0),
+              ElementsAre("ABC.AX", "100.00", "3.00", "6.00", "$300.00", "$600.00", "$300.00", "$20.00",
+                          "$280.00", "100.00%", "93.33%", "1892.59%", "02/02/2026", "20/02/2026", "18"));
+  EXPECT_EQ("200.00", cellText(*purchases(u"Trading", u"ABC.AX")->table(), 0, u"Number"));
+  chooseFromRow(table(), 0, editEntry, [this] {
+    whenModal(editTitle, [this](FXWindow& dialog) {
+      EXPECT_EQ("100.00", std::string(field(dialog, "Number sold").getText().text()));
+      EXPECT_EQ("3.0000", std::string(field(dialog, "Buy price").getText().text()));
+      type(field(dialog, "Sell price"), "7");
+      type(field(dialog, "Buy Brokerage paid"), "1");
+      answer("Please find and edit the corresponding cash deposit and withdrawal for this transaction.",
+             "OK");
+      press(dialog, "OK");
+    });
+  });
+  EXPECT_EQ("$700.00", cellText(table(), 0, u"Gross Sale"));
+  EXPECT_EQ(String(u"33.333333"), sale().subElement(u"NumHeld").value());
+  EXPECT_EQ(String(u"9.0000"), sale().subElement(u"BuyPrice").value());
+  EXPECT_EQ(String(u"680.00"), cashEntry(2).subElement(u"Value").value());
+  deleteRow(0, deleteEntry, deleteTitle, {"OK"});
+  EXPECT_TRUE(
+      told("The 100.00 shares, bought on 02/02/2026 at 3.00, go back to the rest of their purchase."));
+  EXPECT_EQ(300.0, user.numHeld(u"ABC.AX"));
 }
 
 TEST_F(SharesSoldTableTest, EditedSaleShowsEverywhere) {
@@ -268,7 +358,7 @@ TEST_F(SharesSoldTableTest, FailuresOfCommandsAreReported) {
   addSales();
   showTree();
   chooseFromRow(table(), 0, deleteEntry, [this] {
-    failInside(deleteQuestion);
+    failInside(deleteTitle);
     answer("SharesSoldTable::onDelete failed. Exception : test", "OK");
   });
   chooseFromRow(table(), 0, editEntry, [this] {

@@ -1,0 +1,36 @@
+#pragma once
+#include "foundation/Date.h"
+#include "foundation/String.h"
+#include <cstddef>
+#include <optional>
+
+namespace Tallymoor {
+
+class XMLElement;
+
+/// What deleting a recorded sale (SellEvent) does to the cash and the shares, told before it is done: the
+/// sale alone can go, so that its shares are held again, or the purchase of its shares goes with it.
+struct SaleDeletion {
+  struct CashLine {
+    std::size_t place; ///< among the portfolio's cash events
+    Date day;
+    double value;
+    String description;
+  };
+
+  /// The sale must belong to a portfolio.
+  explicit SaleDeletion(const XMLElement& sale);
+
+  double number;   ///< shares of the day of sale
+  double buyPrice; ///< of the day of sale, too
+  Date bought;
+  double proceedsValue;
+  double costValue;
+  std::optional<CashLine> proceeds; ///< nothing where the cash has no such entry
+  /// The entry of exactly these shares' purchase; nothing also where they were a part of it.
+  std::optional<CashLine> cost;
+  /// The parcel that holds the rest of the purchase, to which the shares go back; null where there is none.
+  const XMLElement* rest;
+};
+
+} // namespace Tallymoor
