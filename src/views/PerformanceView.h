@@ -1,5 +1,6 @@
 #pragma once
 #include "engine/Performance.h"
+#include "widgets/RememberedSplitter.h"
 #include "widgets/Table.h"
 
 namespace Tallymoor {
@@ -10,11 +11,9 @@ class PortfolioPerformanceTable;
 /// The lower part of the pages of total capital and of a portfolio: the table of performance, and under it
 /// the chart of the capital. The user moves the line between them; where it stands, as a part of the height,
 /// is kept in the settings and is the same on all these pages.
-class PerformanceView : public FXSplitter {
+class PerformanceView : public RememberedSplitter {
   FXDECLARE(PerformanceView)
 public:
-  enum { ID_SPLITTER = FXSplitter::ID_LAST, ID_LAST };
-
   /// As PortfolioPerformanceTable.
   PerformanceView(FXComposite* page, const Portfolios& portfolios, bool isTotal, const String& tableName,
                   Table::Watcher* watcher);
@@ -26,18 +25,12 @@ public:
   /// Fills the table anew, when that is safe, and follows the line of the other pages.
   void update();
 
-  void layout() override;
-  long onSplitterMoved(FXObject*, FXSelector, void*);
-
 protected:
   PerformanceView() = default;
 
 private:
-  void restoreSplit();
-
   PortfolioPerformanceTable* m_table = nullptr;
   CapitalChart* m_chart = nullptr;
-  FXint m_splitHeight = 0; ///< the height for which the line was set last
 };
 
 } // namespace Tallymoor

@@ -12,8 +12,12 @@ class RememberedSplitter : public FXSplitter {
 public:
   enum { ID_SPLITTER = FXSplitter::ID_LAST, ID_LAST };
 
-  /// The key is that in section "Gui Settings". The panes are the first two children.
-  RememberedSplitter(FXComposite* parent, const String& key);
+  /// In thousandths of the height.
+  static constexpr FXint MIDDLE = 500;
+
+  /// The key is that in section "Gui Settings". The panes are the first two children; the usual share is the
+  /// upper one's until the user moves the bar.
+  RememberedSplitter(FXComposite* parent, const String& key, FXint usualShare = MIDDLE);
 
   void layout() override;
 
@@ -26,6 +30,7 @@ private:
   FXint keptShare() const;
 
   String m_key;
+  FXint m_usualShare = MIDDLE;
   FXint m_laidOutHeight = -1;
   FXint m_laidOutShare = -1;
 };

@@ -1,5 +1,6 @@
 #include "widgets/RememberedSplitter.h"
 #include "foundation/Settings.h"
+#include "support/windows/OnDisplay.h"
 #include "support/windows/WindowTest.h"
 
 namespace Tallymoor {
@@ -67,6 +68,24 @@ TEST_F(RememberedSplitterTest, PaneIsNeverLost) {
   EXPECT_NEAR(90, share(makeSplitter()), 1);
   Settings::Instance().writeInt(u"Gui Settings", u"Y Splitter Low", -5);
   EXPECT_NEAR(10, share(makeSplitter(u"Y Splitter Low")), 2);
+}
+
+/// As the first page after a start is made: it is created, laid out without any height, and only then shown.
+TEST_F(RememberedSplitterTest, APaneThatBeganWithoutHeightComesOntoTheDisplay) {
+  auto* page =
+      new FXVerticalFrame(mainWindow().contentFrame(), LAYOUT_FILL_X | LAYOUT_FIX_HEIGHT, 0, 0, 0, 0);
+  auto* splitter = new RememberedSplitter(page, u"Y Splitter Test");
+  auto* upper = new FXFrame(splitter, LAYOUT_FILL_X | LAYOUT_FILL_Y);
+  auto* lower = new FXFrame(splitter, LAYOUT_FILL_X | LAYOUT_FILL_Y);
+  splitter->layout();
+  page->create();
+  splitter->layout();
+  page->setHeight(400);
+  settle();
+  ASSERT_GT(splitter->getHeight(), 100);
+  EXPECT_TRUE(isOnDisplay(*upper));
+  EXPECT_TRUE(isOnDisplay(*lower));
+  EXPECT_NEAR(50, share(*splitter), 1);
 }
 
 } // namespace
