@@ -144,11 +144,12 @@ void CountryOfResidence::changeToOther() {
   user.information(OTHER_EXPLAINED);
 }
 
-/// The country's year starts as its option says, else as the user once said, else on 1 January.
+/// The year starts as the user has said, else as the country's option says, else on 1 January. A start that
+/// the user gave goes with the next country that is chosen from the list.
 void CountryOfResidence::use(const String& country, const XMLCountryOptions& options) {
-  std::optional<Date> start = startIn(options, country);
+  std::optional<Date> start = dateFrom(Settings::Instance().readString(SECTION, START_KEY));
   if (!start)
-    start = dateFrom(Settings::Instance().readString(SECTION, START_KEY));
+    start = startIn(options, country);
   set(country, start.value_or(firstOfJanuary()));
 }
 

@@ -88,9 +88,23 @@ TEST_F(CountryOfResidenceTest, OtherAsksForTheStartAndIsTheUnitedStates) {
   expectStart(5, 10);
 }
 
-TEST_F(CountryOfResidenceTest, AnOptionOfTheNameComesBeforeTheStartOnceGiven) {
+TEST_F(CountryOfResidenceTest, TheStartThatTheUserGaveComesBeforeTheOptionOfThatName) {
+  writeOptions("<CountryOptions version='1'><CountryOption Name='Australia' FinYearStart='1/7/2000'/>"
+               "<CountryOption Name='United States' FinYearStart='1/1/2000'/></CountryOptions>");
+  m_user.answerChoice(2);
+  m_user.answerDate(Date(2026, 10, 5));
+  CountryOfResidence::Instance();
+  expectStart(5, 10);
+  CountryOfResidence::destroyInstance(); // the next start
+  EXPECT_EQ(CountryOfResidence::Instance().country(), String(u"United States"));
+  expectStart(5, 10);
+  CountryOfResidence::Instance().reload();
+  expectStart(5, 10);
+}
+
+TEST_F(CountryOfResidenceTest, AStartThatCannotBeReadLeavesTheOptions) {
   store(u"Australia");
-  Settings::Instance().writeString(u"Config", u"FinYearStart", u"5/10/2026");
+  Settings::Instance().writeString(u"Config", u"FinYearStart", u"soon");
   expectStart(1, 7);
 }
 
