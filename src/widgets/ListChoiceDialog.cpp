@@ -2,8 +2,10 @@
 #include "foundation/Exception.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/MainWindow.h"
+#include "widgets/TabWalk.h"
 #include "widgets/ToolkitText.h"
 #include <algorithm>
+#include <fxkeys.h>
 
 namespace Tallymoor {
 
@@ -11,6 +13,7 @@ FXDEFMAP(ListChoiceDialog)
 ListChoiceDialogMap[] = {
     FXMAPFUNCS(SEL_COMMAND, ListChoiceDialog::ID_ENTRY, ListChoiceDialog::ID_LAST_ENTRY,
                ListChoiceDialog::onCheck),
+    FXMAPFUNC(SEL_KEYPRESS, 0, ListChoiceDialog::onKeyPress),
     FXMAPFUNCS(SEL_FOCUSIN, ListChoiceDialog::ID_ENTRY, ListChoiceDialog::ID_LAST_ENTRY,
                ListChoiceDialog::onFocusEntry),
 };
@@ -47,6 +50,11 @@ void ListChoiceDialog::addListEntry(const String& text, void* data, bool checked
     m_someChecked = true;
   }
   sizeList();
+}
+
+void ListChoiceDialog::choose(FXCheckButton* chosen) {
+  chosen->setCheck(TRUE);
+  uncheckAllBut(chosen);
 }
 
 void ListChoiceDialog::uncheckAllBut(const FXCheckButton* kept) {
@@ -87,10 +95,19 @@ long ListChoiceDialog::onCheck(FXObject*, FXSelector selector, void*) {
     const std::size_t index = FXSELID(selector) - ID_ENTRY;
     if (index >= m_buttons.size())
       throw Exception(u"no such entry");
-    const FXCheckButton* button = m_buttons[index];
-    if (!m_multiple && button->getCheck())
-      uncheckAllBut(button);
+    if (!m_multiple)
+      choose(m_buttons[index]);
   });
+}
+
+long ListChoiceDialog::onKeyPress(FXObject* sender, FXSelector selector, void* data) {
+  const FXuint code = static_cast<FXEvent*>(data)->code;
+  const auto entry = std::find(m_buttons.begin(), m_buttons.end(), widgetWithKeyboard(*this));
+  const bool enter = code == KEY_Return || code == KEY_KP_Enter;
+  if (m_multiple || !enter || entry == m_buttons.end() || (*entry)->getCheck())
+    return Dialog::onKeyPress(sender, selector, data);
+  choose(*entry);
+  return 1;
 }
 
 bool ListChoiceDialog::validate() {

@@ -5,7 +5,8 @@
 namespace Tallymoor {
 
 /// Asks for one entry of a list, or for any number of them. At most 100 entries, which show as they stand: an
-/// ampersand is written once.
+/// ampersand is written once. Where one is asked for, choosing it again leaves it chosen, and Return on an
+/// entry chooses it first and goes on when pressed a second time.
 class ListChoiceDialog : public Dialog {
   FXDECLARE(ListChoiceDialog)
 public:
@@ -21,6 +22,7 @@ public:
 
   bool validate() override;
   long onCheck(FXObject*, FXSelector, void*);
+  long onKeyPress(FXObject*, FXSelector, void*);
   /// Scrolls the entry that has the keyboard into view.
   long onFocusEntry(FXObject*, FXSelector, void*);
 
@@ -33,6 +35,7 @@ protected:
   ListChoiceDialog() {}
 
 private:
+  void choose(FXCheckButton* chosen);
   void uncheckAllBut(const FXCheckButton* kept);
   void sizeList();
   void scrollTo(const FXWindow& row);

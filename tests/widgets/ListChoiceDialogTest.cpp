@@ -1,6 +1,7 @@
 #include "widgets/ListChoiceDialog.h"
 #include "foundation/Exception.h"
 #include "support/windows/WindowTest.h"
+#include <fxkeys.h>
 
 namespace Tallymoor {
 namespace {
@@ -88,15 +89,45 @@ TEST_F(ListChoiceDialogTest, NothingCheckedIsRefused) {
   answer("You must select at least one entry!", "OK");
   EXPECT_FALSE(many.validate());
   ListChoiceDialog one(&mainWindow(), u"Choose", String(), false);
-  one.addListEntry(u"first", &m_a, true);
+  one.addListEntry(u"first", &m_a);
   whenModal("Choose", [&](FXWindow& form) {
-    press(form, "first"); // takes the check away
     answer("You must select an entry!", "OK");
     press(form, "OK");
     EXPECT_TRUE(form.shown());
     press(form, "Cancel");
   });
   EXPECT_EQ(0u, one.execute());
+}
+
+TEST_F(ListChoiceDialogTest, TheOneChoiceStaysWhenItIsPressedAgain) {
+  ListChoiceDialog dialog(&mainWindow(), u"Choose", String(), false);
+  dialog.addListEntry(u"first", &m_a, true);
+  dialog.addListEntry(u"second", &m_b);
+  whenModal("Choose", [&](FXWindow& form) {
+    press(form, "first");
+    EXPECT_TRUE(isChecked(form, "first"));
+    press(form, "OK");
+  });
+  EXPECT_EQ(1u, dialog.execute());
+  EXPECT_EQ(std::vector<void*>{&m_a}, dialog.chosenData());
+}
+
+TEST_F(ListChoiceDialogTest, ReturnChoosesTheEntryAndGoesOnWhenPressedAgain) {
+  for (const FXuint enter : {KEY_Return, KEY_KP_Enter}) {
+    ListChoiceDialog dialog(&mainWindow(), u"Choose", String(), false);
+    dialog.addListEntry(u"first", &m_a, true);
+    dialog.addListEntry(u"second", &m_b);
+    whenModal("Choose", [&](FXWindow& form) {
+      button(form, "second").setFocus();
+      key(form, enter);
+      EXPECT_TRUE(form.shown());
+      EXPECT_TRUE(isChecked(form, "second"));
+      EXPECT_FALSE(isChecked(form, "first"));
+      key(form, enter);
+    });
+    EXPECT_EQ(1u, dialog.execute());
+    EXPECT_EQ(std::vector<void*>{&m_b}, dialog.chosenData());
+  }
 }
 
 TEST_F(ListChoiceDialogTest, ANullPointerIsAChoice) {
