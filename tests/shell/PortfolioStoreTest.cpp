@@ -1,6 +1,7 @@
 #include "shell/PortfolioStore.h"
 #include "foundation/FileReplacement.h"
 #include "support/FakeUserInteraction.h"
+#include "support/FileMode.h"
 #include "support/GatewayScope.h"
 #include "support/MarketFixture.h"
 #include "support/TestProfile.h"
@@ -181,6 +182,51 @@ TEST_F(PortfolioStoreTest, CapitalRecordsOfChangedPortfoliosAreWrittenAfterTheRe
   store.save();
   const std::string record = TestProfile::readFile(profile.dataFolder() + u"TradingCapRecord.xml");
   EXPECT_NE(std::string::npos, record.find("<DayCap><Date>3/3/2006</Date><Constant>100.00</Constant>"));
+}
+
+TEST_F(PortfolioStoreTest, CapitalRecordsThatMayBeWrongAreEmptiedBeforeTheRecordsAreWritten) {
+  put(document("Trading", "100.00"));
+  PortfolioStore store;
+  store.load();
+  SharePortfolioUser& trading = *store.portfolios().at(u"Trading");
+  trading.checkCashReserve();
+  store.save();
+  trading.creditCash(Date(2006, 3, 4), 1.0, CASH_EVENT_DEPOSIT, u"DEPOSIT one");
+  EXPECT_TRUE(store.saveRecords());
+  EXPECT_EQ("", TestProfile::readFile(profile.dataFolder() + u"TradingCapRecord.xml"));
+}
+
+TEST_F(PortfolioStoreTest, ASaveKeepsTheModesAndNamesThatTheUserGaveItsFiles) {
+  put(document("Trading", "100.00"));
+  PortfolioStore store;
+  store.load();
+  SharePortfolioUser& trading = *store.portfolios().at(u"Trading");
+  trading.checkCashReserve();
+  store.save();
+  const String capital = profile.dataFolder() + u"TradingCapRecord.xml";
+  EXPECT_EQ(0600u, modeOf(capital));
+  EXPECT_EQ(0600u, modeOf(backup()));
+  for (const String& file : {records(), backup(), capital}) {
+    std::filesystem::permissions(file.toUTF8(), std::filesystem::perms(0640));
+    std::filesystem::create_hard_link(file.toUTF8(), (file + u".mine").toUTF8());
+  }
+  trading.creditCash(Date(2006, 3, 4), 1.0, CASH_EVENT_DEPOSIT, u"DEPOSIT one");
+  store.save();
+  for (const String& file : {records(), backup(), capital}) {
+    EXPECT_EQ(0640u, modeOf(file)) << file.toUTF8();
+    EXPECT_TRUE(std::filesystem::equivalent(file.toUTF8(), (file + u".mine").toUTF8())) << file.toUTF8();
+  }
+  EXPECT_EQ(document("Trading", "100.00"), TestProfile::readFile(backup()));
+}
+
+TEST_F(PortfolioStoreTest, ADataFolderThatIsDeletedWhileTheProgramRunsIsMadeAgain) {
+  put(document("Trading", "100.00"));
+  PortfolioStore store;
+  store.load();
+  std::filesystem::remove_all(profile.dataFolder().toUTF8());
+  store.save();
+  EXPECT_EQ(document("Trading", "100.00"), TestProfile::readFile(records()));
+  EXPECT_TRUE(user.calls().empty());
 }
 
 } // namespace
