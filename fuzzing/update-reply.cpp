@@ -35,7 +35,7 @@ constexpr std::uint8_t ONLY_LOOKS = 2;
 constexpr std::uint8_t INSTALLS = 4;
 constexpr std::uint8_t NO_ADVERT = 8;
 
-const String UPDATE_BASE = u"http://updates.test/update.php?";
+const String UPDATE_BASE = u"https://updates.test/update.php?";
 const String ADVERT_BASE = u"http://adverts.test/advert.php";
 constexpr int LOCAL_VERSION = 5; ///< of all documents
 const std::string LOCAL_IMAGE = "@(#)Brindlecove file version 1.3.1.0\n";
@@ -158,9 +158,11 @@ public:
     return file(String(address.substr(query.size())).toUTF8());
   }
 
-  /// All that was served as a program file's content, by name.
-  const std::map<std::string, std::string>& programFiles() const { return m_programFiles; }
-  bool signs() const { return m_signs; }
+  /// That the file with this name was served with this content, and signed.
+  bool hasSigned(const std::string& name, const std::string& content) const {
+    const auto served = m_files.find(name);
+    return m_signs && served != m_files.end() && served->second == content;
+  }
 
 private:
   std::string next() {
@@ -183,17 +185,18 @@ private:
     if (name == BINARY_UPDATES_FILE.toUTF8())
       return m_programList;
     if (localDocuments().count(name) != 0)
-      return nextOrRefuse();
+      return m_files[name] = nextOrRefuse();
     static const std::string SIGNATURE = ".sig";
     if (name.ends_with(SIGNATURE)) {
       const std::string of = name.substr(0, name.size() - SIGNATURE.size());
-      checkProgramFileName(of);
+      if (localDocuments().count(of) == 0)
+        checkProgramFileName(of);
       if (!m_signs)
         return nextOrRefuse();
       return signingKey().sign(of + "\n" + (m_replies.empty() ? std::string() : m_replies.front()));
     }
     checkProgramFileName(name);
-    return m_programFiles[name] = nextOrRefuse();
+    return m_files[name] = nextOrRefuse();
   }
 
   static void checkProgramFileName(const std::string& name) {
@@ -217,7 +220,7 @@ private:
   std::string m_programList;
   std::string m_advert;
   std::string m_picture;
-  std::map<std::string, std::string> m_programFiles;
+  std::map<std::string, std::string> m_files; ///< contents that were served, by name
 };
 
 Service* s_service = nullptr; ///< of the input that is under way
@@ -353,8 +356,7 @@ void checkProgramFile(const std::filesystem::path& path, const Service& service)
   const std::string name = path.filename();
   const std::string stem = stemOfProgramFile(name);
   require(!stem.empty(), "only program files wait for the installer");
-  const auto served = service.programFiles().find(name);
-  require(service.signs() && served != service.programFiles().end() && served->second == contentOf(path),
+  require(service.hasSigned(name, contentOf(path)),
           "what waits for the installer was signed, and is as it was served");
   for (const auto& [local, content] : localProgramFiles())
     if (stemOfProgramFile(local) == stem && local != "UpdateInstaller.exe")
@@ -377,8 +379,9 @@ void checkFiles(const Service& service, bool onlyLooked, bool installed) {
     require(!onlyLooked, "a look writes nothing");
     const std::string name = std::filesystem::path(path).filename();
     if (path == updates + "documents/" + name)
-      require(localDocuments().count(name) != 0 && versionOfDocument(path, name) > LOCAL_VERSION,
-              "a document that waits is one of ours and newer");
+      require(localDocuments().count(name) != 0 && versionOfDocument(path, name) > LOCAL_VERSION &&
+                  service.hasSigned(name, contentOf(path)),
+              "a document that waits is one of ours, newer and signed");
     else if (path == updates + name)
       checkProgramFile(path, service);
     else
@@ -387,12 +390,13 @@ void checkFiles(const Service& service, bool onlyLooked, bool installed) {
   require(known.empty(), "nothing is taken away");
 }
 
-void checkDocuments(bool installed) {
+void checkDocuments(const Service& service, bool installed) {
   for (const auto& [name, content] : localDocuments()) {
     const std::string path = installation().documentPath(name);
     if (installed && contentOf(path) != content)
-      require(versionOfDocument(path, name) > LOCAL_VERSION && contentOf(path + BACKUP) == content,
-              "a document is replaced by a newer one, and stays beside it");
+      require(versionOfDocument(path, name) > LOCAL_VERSION && service.hasSigned(name, contentOf(path)) &&
+                  contentOf(path + BACKUP) == content,
+              "a document is replaced by a newer one that was signed, and stays beside it");
     else
       require(contentOf(path) == content, "a document is not touched until it is installed");
   }
@@ -404,16 +408,16 @@ void lookForUpdates(const Service& service, bool onlyLooks, bool installs) {
   settings.publicKey = signingKey().publicKey();
   Updates updates(settings);
   const UpdatesFound found = Tallymoor::lookForUpdates(updates, onlyLooks);
-  require(!found.programFilesFixed, "the program's files can be replaced");
+  require(!found.documentsFixed && !found.programFilesFixed, "documents and program files can be replaced");
   require(found.failures.size() <= 2, "a track fails once at most");
   checkFiles(service, onlyLooks, false);
-  checkDocuments(false);
+  checkDocuments(service, false);
   if (!installs)
     return;
   updates.installConfigUpdates();
   updates.installBinaryUpdates();
   checkFiles(service, onlyLooks, true);
-  checkDocuments(true);
+  checkDocuments(service, true);
   TallymoorInternet::reset(); // throws where the locators lead nowhere
 }
 

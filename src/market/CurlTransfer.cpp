@@ -122,6 +122,12 @@ CURLcode CurlTransfer::setRequest(const URL& url, const char* acceptHeader) {
   return m_optionResult;
 }
 
+CURLcode CurlTransfer::setTrustedCertificates(const std::string& file) {
+  set(CURLOPT_CAPATH, nullptr);
+  set(CURLOPT_CAINFO, file.c_str());
+  return m_optionResult;
+}
+
 CURLcode CurlTransfer::setPost(const std::vector<std::uint8_t>& body, std::size_t pieceSize,
                                std::function<void(std::size_t)> pieceWritten) {
   m_post = &body;
@@ -199,8 +205,17 @@ std::size_t CurlTransfer::takeHeader(char* data, std::size_t size, std::size_t c
   else if (line.empty())
     transfer.m_headComplete = transfer.m_status >= 200;
   else if (strncasecmp(line.c_str(), "location:", 9) == 0)
-    transfer.m_redirects = true;
+    transfer.meetRedirection();
   return size * count;
+}
+
+/// What was asked for over https is not taken from anywhere else, whatever the way there was.
+void CurlTransfer::meetRedirection() {
+  m_redirects = true;
+  const char* from = nullptr;
+  if (curl_easy_getinfo(m_easy.get(), CURLINFO_EFFECTIVE_URL, &from) == CURLE_OK && from &&
+      strncasecmp(from, "https:", 6) == 0)
+    set(CURLOPT_REDIR_PROTOCOLS_STR, "https");
 }
 
 /// As in "HTTP/1.1 404 Not Found". One of these comes with every answer on the way.

@@ -11,8 +11,9 @@ namespace Tallymoor {
 
 class URL;
 
-/// One request at a time over libcurl, with the connections that it keeps for the next one. Used by one
-/// thread at a time, except for wake.
+/// One request at a time over libcurl, with the connections that it keeps for the next one. Redirections are
+/// followed within http and https, and never from https to http. Used by one thread at a time, except for
+/// wake.
 class CurlTransfer {
 public:
   CurlTransfer();
@@ -32,6 +33,8 @@ public:
   std::string port() const;
   /// What to ask for. Control bytes are refused; blanks and bytes beyond ASCII are percent-encoded.
   CURLcode setRequest(const URL& url, const char* acceptHeader);
+  /// For a server of a test: the certificates in this file are trusted, and no others.
+  CURLcode setTrustedCertificates(const std::string& file);
   /// Posts a body, which must outlive the transfer, in pieces of at most pieceSize bytes. The observer is
   /// told of each.
   CURLcode setPost(const std::vector<std::uint8_t>& body, std::size_t pieceSize,
@@ -81,6 +84,7 @@ private:
   static std::size_t takeHeader(char* data, std::size_t size, std::size_t count, void* self);
   static std::size_t takeBody(char* data, std::size_t size, std::size_t count, void* self);
   static std::size_t giveBody(char* buffer, std::size_t size, std::size_t count, void* self);
+  void meetRedirection();
   void readStatusLine(const std::string& line);
   bool isRedirection() const { return m_status >= 300 && m_status < 400 && m_redirects; }
   template <class Value>

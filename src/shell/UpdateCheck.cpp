@@ -45,6 +45,21 @@ private:
   UpdatesFound m_found;
 };
 
+/// What this copy can't update, and why; empty where it can update everything.
+String limitsOf(const UpdatesFound& found) {
+  if (found.documentsFixed)
+    return u"Tallymoor can't update itself.\n" + found.documentsFixed->message();
+  if (found.programFilesFixed)
+    return u"Tallymoor can't update its own program files, only its documents.\n" +
+           found.programFilesFixed->message();
+  return String();
+}
+
+/// A result with what limits it, in one box.
+String withLimits(const String& result, const String& limits) {
+  return limits.empty() ? result : result + u"\n\n" + limits;
+}
+
 } // namespace
 
 void checkForUpdates(ProgramUpdater& updater) {
@@ -61,13 +76,15 @@ void checkForUpdates(ProgramUpdater& updater) {
   if (!found.any && !found.failures.empty())
     throw found.failures.front();
   UserInteraction& user = UserInteraction::Instance();
-  if (found.programFilesFixed)
-    user.information(u"Tallymoor can't update its own program files, only its documents.\n" +
-                     found.programFilesFixed->message());
-  if (!found.any)
-    user.information(u"There are currently no updates available.");
-  else if (user.question(u"Updates are available. Download now in the background?"))
-    updater.requestDownload();
+  const String limits = limitsOf(found);
+  if (found.any) {
+    if (user.question(withLimits(u"Updates are available. Download now in the background?", limits)))
+      updater.requestDownload();
+  } else if (found.documentsFixed) {
+    user.information(limits); // nobody was asked, so nothing is known of updates
+  } else {
+    user.information(withLimits(u"There are currently no updates available.", limits));
+  }
 }
 
 void tellInstallerFailure() {

@@ -5,14 +5,21 @@
 
 namespace Tallymoor {
 
-/// Where updates come from, how program files are trusted, and when the background thread looks for them.
+/// Where updates come from, how they are trusted, and when the background thread looks for them.
 struct UpdateSettings {
-  /// The service's address up to the query key; "filename=" and a name follow.
+  /// The service's address up to the query key; "filename=" and a name follow. It is asked only when it is
+  /// https, or plain http on this machine.
   String queryBase;
-  /// The Ed25519 key that program files must be signed for: 64 hexadecimal digits. Empty: none are taken.
+  /// The Ed25519 key that updates must be signed for: 64 hexadecimal digits. Empty: no program files are
+  /// taken, and documents from this machine alone.
   std::string publicKey;
   std::uint32_t startDelay = 30000; ///< milliseconds before the first look
   std::uint32_t period = 10800000;  ///< milliseconds between looks: three hours
+
+  /// True for a service on this machine, as one has it for trying: nobody else can answer in its place.
+  bool isServiceLocal() const;
+  /// True when nobody on the way to the service can answer in its place.
+  bool isServiceSafe() const;
 
   /// What the build was configured with (TALLYMOOR_UPDATE_SERVICE and TALLYMOOR_UPDATE_KEY).
   static UpdateSettings ofThisBuild();

@@ -5,8 +5,8 @@
 
 namespace Tallymoor {
 
-/// Signatures of program files, by Ed25519. What is signed is the file's name, a line feed and the file's
-/// bytes: with the name in it, a file that was signed once can't be served as another.
+/// Signatures of documents and program files, by Ed25519. What is signed is the file's name, a line feed and
+/// the file's bytes: with the name in it, a file that was signed once can't be served as another.
 class UpdateSignature {
 public:
   static constexpr std::size_t SIZE = 64; ///< bytes of a signature

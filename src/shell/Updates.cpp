@@ -97,6 +97,15 @@ FileVersion localVersionOf(const String& fileName) {
   }
 }
 
+/// Why nothing can be known by the key to be genuine; empty where it can.
+String keyFault(const std::string& publicKey) {
+  if (publicKey.empty())
+    return u"This copy was built without the key by which updates are recognised as genuine.";
+  if (!UpdateSignature::isPublicKey(publicKey))
+    return u"The key by which updates are recognised as genuine can't be read.";
+  return String();
+}
+
 void keepMode(const String& from, const String& to) {
   struct stat info {};
   if (::stat(from.toUTF8().c_str(), &info) == 0)
@@ -142,6 +151,9 @@ void Updates::abort() {
 // --- The service
 
 std::vector<std::uint8_t> Updates::fetch(const String& fileName, std::size_t limit) {
+  if (!m_settings.isServiceSafe())
+    throw Exception(u"Updates::getBinaryUpdates - the address of the update service is not https: " +
+                    m_settings.queryBase);
   if (m_connectFailure)
     throw *m_connectFailure;
   std::vector<std::uint8_t> reply;
@@ -183,9 +195,33 @@ std::vector<std::uint8_t> Updates::downloadFile(const String& fileName, std::siz
   }
 }
 
+std::vector<std::uint8_t> Updates::fetchSignature(const String& fileName) {
+  try {
+    return fetch(fileName + u".sig", SIGNATURE_LIMIT);
+  } catch (const HTTPException& exception) {
+    throw Exception(u"Updates::downloadFile - no signature for " + fileName + u": " +
+                    exception.description());
+  }
+}
+
+/// The signature first: without one there is no reason to fetch the file.
+void Updates::downloadSigned(const String& fileName, std::size_t limit) {
+  const std::vector<std::uint8_t> signature = fetchSignature(fileName);
+  const std::vector<std::uint8_t> content = downloadFile(fileName, limit);
+  if (!UpdateSignature::verifies(m_settings.publicKey, fileName.toUTF8(), content, signature))
+    throw Exception(u"Updates::downloadFile - the signature of " + fileName + u" is wrong");
+}
+
 // --- Documents
 
+void Updates::requireKnownDocuments() const {
+  const String fault = keyFault(m_settings.publicKey);
+  if (!fault.empty() && !(m_settings.publicKey.empty() && m_settings.isServiceLocal()))
+    throw DocumentsFixed(fault);
+}
+
 bool Updates::getConfigUpdates(bool checkOnly) {
+  requireKnownDocuments();
   const std::unique_ptr<XMLVersionsAvailable> offered = fetchOffered(CONFIG_UPDATES_FILE);
   m_staging.reset();
   std::set<const LocalDocument*> newer;
@@ -212,7 +248,10 @@ bool Updates::getConfigUpdates(bool checkOnly) {
 }
 
 void Updates::downloadDocument(const LocalDocument& document) {
-  downloadFile(document.fileName, DOCUMENT_LIMIT);
+  if (m_settings.publicKey.empty())
+    downloadFile(document.fileName, DOCUMENT_LIMIT);
+  else
+    downloadSigned(document.fileName, DOCUMENT_LIMIT);
   std::int32_t version = 0;
   try {
     version = versionOf(staging().file(document.fileName), document.newRoot);
@@ -276,11 +315,8 @@ void Updates::requireReplaceableProgramFiles() const {
     throw ProgramFilesFixed(
         u"The folder that the program was started in is not yours, or others can write to it.\n"
         u"Whoever installed the program there can update it.");
-  if (m_settings.publicKey.empty())
-    throw ProgramFilesFixed(
-        u"This copy was built without the key by which the program's files are recognised as genuine.");
-  if (!UpdateSignature::isPublicKey(m_settings.publicKey))
-    throw ProgramFilesFixed(u"The key by which the program's files are recognised as genuine can't be read.");
+  if (const String fault = keyFault(m_settings.publicKey); !fault.empty())
+    throw ProgramFilesFixed(fault);
 }
 
 bool Updates::getBinaryUpdates(bool checkOnly) {
@@ -321,16 +357,7 @@ bool Updates::getUpdateForBinFile(const XMLVersionsAvailable& offered, const Str
 
 void Updates::downloadProgramFile(const String& fileName, const String& localFile,
                                   const FileVersion& localVersion) {
-  std::vector<std::uint8_t> signature;
-  try {
-    signature = fetch(fileName + u".sig", SIGNATURE_LIMIT);
-  } catch (const HTTPException& exception) {
-    throw Exception(u"Updates::downloadFile - no signature for " + fileName + u": " +
-                    exception.description());
-  }
-  const std::vector<std::uint8_t> content = downloadFile(fileName, HTTPClient::UPDATE_BODY_LIMIT);
-  if (!UpdateSignature::verifies(m_settings.publicKey, fileName.toUTF8(), content, signature))
-    throw Exception(u"Updates::downloadFile - the signature of " + fileName + u" is wrong");
+  downloadSigned(fileName, HTTPClient::UPDATE_BODY_LIMIT);
   const String staged = staging().file(fileName);
   const FileVersion version = versionOfFile(staged);
   // An old file that was signed in its day is no update.
@@ -399,6 +426,8 @@ UpdatesFound lookForUpdates(Updates& updates, bool checkOnly) {
   UpdatesFound found;
   try {
     found.any = updates.getConfigUpdates(checkOnly);
+  } catch (const DocumentsFixed& exception) {
+    found.documentsFixed = exception;
   } catch (const Exception& exception) {
     found.failures.push_back(exception);
   }

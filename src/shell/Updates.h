@@ -22,13 +22,22 @@ public:
   using Exception::Exception;
 };
 
+/// This copy of the program could not tell genuine documents from others, so it takes none. The message says
+/// why.
+class DocumentsFixed : public Exception {
+public:
+  using Exception::Exception;
+};
+
 /// One look at the update service. It keeps two tracks apart: the five documents that the program reads, and
 /// the program's own files. Made for one pass and used by one thread, except for abort.
 ///
 /// Nothing that the service says is trusted. A reply is bounded in size. A file is asked for only by a name
-/// that the program knows. A document must decode as what it claims to be, a program file must be signed, and
-/// both must bear a version above that of what they replace. Downloads are put together in a folder of their
-/// own, and one that fails takes the rest of its track with it, so that what is published is a whole set.
+/// that the program knows. Documents and program files must be signed; a document must decode as what it
+/// claims to be, and all must bear a version above that of what they replace. Only a build without a key
+/// takes documents that are not signed, and those from this machine alone. The service is asked over https,
+/// or on this machine. Downloads are put together in a folder of their own, and one that fails takes the rest
+/// of its track with it, so that what is published is a whole set.
 ///
 /// Program files are published in "./updates/", where the next start finds them; documents in a folder below
 /// it or, where that folder is not ours to write or belongs to a package, in one of the user's.
@@ -55,7 +64,7 @@ public:
   /// True when the service has a newer version of any document; unless it is only to check, all newer ones
   /// are then downloaded. Throws Exception "Updates::getBinaryUpdates - Problem getting updates: ..." or
   /// "Updates::getBinaryUpdates failed: ...", with the same words for both tracks, and for a download that
-  /// failed or is not what it should be.
+  /// failed or is not what it should be. Throws DocumentsFixed where there is no key to know them by.
   bool getConfigUpdates(bool checkOnly);
   /// The same for the program's files. Throws ProgramFilesFixed where they can't be replaced.
   bool getBinaryUpdates(bool checkOnly);
@@ -90,6 +99,9 @@ private:
   /// The reply to BINARY_UPDATES_FILE or CONFIG_UPDATES_FILE.
   std::unique_ptr<XMLVersionsAvailable> fetchOffered(const String& listName);
   const StagingFolder& staging();
+  std::vector<std::uint8_t> fetchSignature(const String& fileName);
+  void downloadSigned(const String& fileName, std::size_t limit);
+  void requireKnownDocuments() const;
   void downloadDocument(const LocalDocument& document);
   void checkLocators();
   void requireReplaceableProgramFiles() const;
@@ -112,6 +124,7 @@ void finishInterruptedUpdates();
 /// What both tracks of the service have for this copy of the program.
 struct UpdatesFound {
   bool any = false;
+  std::optional<DocumentsFixed> documentsFixed;       ///< why documents were not asked for
   std::optional<ProgramFilesFixed> programFilesFixed; ///< why the program's files were not asked for
   std::vector<Exception> failures;                    ///< at most one of each track
 };

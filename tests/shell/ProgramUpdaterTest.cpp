@@ -46,7 +46,7 @@ protected:
   }
   void offerCountries() {
     service().offerDocuments({{"CountryConfig.xml", "6.0.0"}});
-    service().serve("CountryConfig.xml", countries(6));
+    service().serveSigned("CountryConfig.xml", countries(6));
   }
   /// Waits until the user has been told so many times by balloons.
   void awaitBalloons(std::size_t count) {
@@ -157,8 +157,8 @@ TEST_F(ProgramUpdaterTest, DownloadPutsDocumentsInPlaceAndReloads) {
   for (std::size_t at = moved.find(before); at != std::string::npos; at = moved.find(before, at + 1))
     moved.replace(at, before.size(), ":" + std::to_string(elsewhere.port()));
   service().offerDocuments({{"CurrentPriceLocators.xml", "6.0.0"}, {"CountryConfig.xml", "6.0.0"}});
-  service().serve("CurrentPriceLocators.xml", moved);
-  service().serve("CountryConfig.xml", countries(6));
+  service().serveSigned("CurrentPriceLocators.xml", moved);
+  service().serveSigned("CountryConfig.xml", countries(6));
   EXPECT_EQ(5, CountryOfResidence::Instance().financialYearStart().month());
 
   ProgramUpdater updater(service().settings());
@@ -333,20 +333,33 @@ TEST_F(ProgramUpdaterTest, CheckWithYesDownloadsInTheNextPass) {
   EXPECT_EQ(INSTALLED, balloons()[0].text);
 }
 
-TEST_F(ProgramUpdaterTest, CheckSaysWhyProgramFilesAreLeftOutAndStillOffersDocuments) {
+/// What a check says of a copy that has no key.
+const String NO_KEY = u"This copy was built without the key by which updates are recognised as genuine.";
+const String ONLY_DOCUMENTS = u"\n\nTallymoor can't update its own program files, only its documents.\n";
+
+TEST_F(ProgramUpdaterTest, CheckSaysInItsResultWhyProgramFilesAreLeftOut) {
   UpdateSettings noKey = idle();
   noKey.publicKey.clear();
   UpdateSettings::setCurrent(noKey);
-  offerCountries();
-  user().answerQuestion(false);
   ProgramUpdater updater;
   checkForUpdates(updater);
-  EXPECT_THAT(
-      user().texts(Kind::Information),
-      ElementsAre(
-          u"Tallymoor can't update its own program files, only its documents.\n"
-          u"This copy was built without the key by which the program's files are recognised as genuine."));
-  EXPECT_THAT(user().texts(Kind::Question), ElementsAre(QUESTION));
+  EXPECT_THAT(user().texts(Kind::Information), ElementsAre(NONE + ONLY_DOCUMENTS + NO_KEY));
+  offerCountries();
+  user().clearCalls();
+  user().answerQuestion(false);
+  checkForUpdates(updater);
+  EXPECT_THAT(user().texts(Kind::Question), ElementsAre(QUESTION + ONLY_DOCUMENTS + NO_KEY));
+  EXPECT_THAT(user().texts(Kind::Information), IsEmpty()) << "all is in the question";
+}
+
+TEST_F(ProgramUpdaterTest, CheckSaysOnceThatNothingCanBeUpdatedWithoutAKey) {
+  UpdateSettings noKey = idle();
+  noKey.publicKey.clear();
+  noKey.queryBase = u"https://updates.example.invalid/update.php?";
+  UpdateSettings::setCurrent(noKey);
+  ProgramUpdater updater;
+  checkForUpdates(updater);
+  EXPECT_THAT(user().texts(Kind::Information), ElementsAre(u"Tallymoor can't update itself.\n" + NO_KEY));
 }
 
 TEST_F(ProgramUpdaterTest, CheckWithoutTheServiceFails) {

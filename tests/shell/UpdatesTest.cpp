@@ -193,8 +193,8 @@ TEST_F(UpdatesTest, AbortEndsAFetchUnderWay) {
 
 TEST_F(UpdatesTest, DocumentsArePublishedBelowTheFolderAndPutInPlaceWithACopyOfTheOld) {
   service().offerDocuments({{"CountryConfig.xml", "6.0.0"}, {"Tallymoor Report.xsl", "6.0.0"}});
-  service().serve("CountryConfig.xml", countries(6));
-  service().serve("Tallymoor Report.xsl", stylesheet(6));
+  service().serveSigned("CountryConfig.xml", countries(6));
+  service().serveSigned("Tallymoor Report.xsl", stylesheet(6));
   Updates updates(service().settings());
   EXPECT_TRUE(updates.getConfigUpdates(false));
   EXPECT_THAT(folder().waiting(),
@@ -221,7 +221,7 @@ TEST_F(UpdatesTest, CheckAloneDownloadsNothing) {
 TEST_F(UpdatesTest, MissingLocalDocumentIsReplacedToo) {
   std::filesystem::remove(stylesheetPath().toUTF8());
   service().offerDocuments({{"Tallymoor Report.xsl", "1.0.0"}});
-  service().serve("Tallymoor Report.xsl", stylesheet(1));
+  service().serveSigned("Tallymoor Report.xsl", stylesheet(1));
   Updates updates(service().settings());
   updates.getConfigUpdates(false);
   EXPECT_TRUE(updates.installConfigUpdates());
@@ -248,8 +248,9 @@ TEST_F(UpdatesTest, DocumentThatIsNotWhatItClaimsToBeTakesTheWholeTrackWithIt) {
       {"a refusal", {404, "gone", "text/xml", {}, -1}},
       {"too much", {200, std::string(Updates::DOCUMENT_LIMIT + 1, ' '), "text/xml", {}, -1}}};
   service().offerDocuments({{"Tallymoor Report.xsl", "6.0.0"}, {"CountryConfig.xml", "6.0.0"}});
-  service().serve("Tallymoor Report.xsl", stylesheet(6));
+  service().serveSigned("Tallymoor Report.xsl", stylesheet(6));
   for (const BadDocument& bad : replies) {
+    service().serveSigned("CountryConfig.xml", bad.reply.body); // whoever signed it
     service().serve("CountryConfig.xml", bad.reply);
     Updates updates(service().settings());
     const String failure = messageOf([&] { updates.getConfigUpdates(false); });
@@ -261,12 +262,43 @@ TEST_F(UpdatesTest, DocumentThatIsNotWhatItClaimsToBeTakesTheWholeTrackWithIt) {
   }
 }
 
+TEST_F(UpdatesTest, DocumentThatIsNotSignedTakesTheWholeTrackWithIt) {
+  const std::string good = countries(6);
+  TestUpdateService stranger;
+  const struct {
+    const char* what;
+    std::string content;
+    std::string signature;
+  } replies[] = {{"a changed document", good + " ", service().signatureOf("CountryConfig.xml", good)},
+                 {"another's signature", good, stranger.signatureOf("CountryConfig.xml", good)},
+                 {"a signature for another name", good, service().signatureOf("Tallymoor Report.xsl", good)},
+                 {"a short signature", good, service().signatureOf("CountryConfig.xml", good).substr(0, 63)},
+                 {"nothing", good, ""}};
+  service().offerDocuments({{"Tallymoor Report.xsl", "6.0.0"}, {"CountryConfig.xml", "6.0.0"}});
+  service().serveSigned("Tallymoor Report.xsl", stylesheet(6));
+  for (const auto& bad : replies) {
+    service().serve("CountryConfig.xml", bad.content);
+    service().serve("CountryConfig.xml.sig", bad.signature);
+    EXPECT_EQ(u"Updates::downloadFile - the signature of CountryConfig.xml is wrong", configFailure())
+        << bad.what;
+    EXPECT_THAT(folder().waiting(), IsEmpty()) << bad.what;
+  }
+}
+
+TEST_F(UpdatesTest, DocumentWithoutASignatureIsNotEvenFetched) {
+  service().offerDocuments({{"CountryConfig.xml", "6.0.0"}});
+  service().serve("CountryConfig.xml", countries(6));
+  EXPECT_TRUE(configFailure().startsWith(u"Updates::downloadFile - no signature for CountryConfig.xml: "));
+  EXPECT_THAT(service().asked(), ElementsAre("configupdates.xml", "CountryConfig.xml.sig"));
+  EXPECT_THAT(folder().waiting(), IsEmpty());
+}
+
 TEST_F(UpdatesTest, LocatorsThatLeadNowhereAreRefused) {
   std::string broken = locators("CurrentPriceLocators.xml", 6);
   const std::size_t at = broken.find("active=\"") + 8;
   broken.replace(at, broken.find('"', at) - at, "nobody");
   service().offerDocuments({{"CurrentPriceLocators.xml", "6.0.0"}});
-  service().serve("CurrentPriceLocators.xml", broken);
+  service().serveSigned("CurrentPriceLocators.xml", broken);
   EXPECT_EQ(String(u"Updates::downloadFile - the locator documents can't be used: HTMLException : "
                    u"TallymoorInternet::TallymoorInternet - failed to find a price locator"),
             configFailure());
@@ -275,7 +307,7 @@ TEST_F(UpdatesTest, LocatorsThatLeadNowhereAreRefused) {
 
 TEST_F(UpdatesTest, NewLocatorsAreTriedTogetherWithTheOldOnes) {
   service().offerDocuments({{"CurrentPriceLocators.xml", "6.0.0"}});
-  service().serve("CurrentPriceLocators.xml", locators("CurrentPriceLocators.xml", 6));
+  service().serveSigned("CurrentPriceLocators.xml", locators("CurrentPriceLocators.xml", 6));
   Updates updates(service().settings());
   EXPECT_TRUE(updates.getConfigUpdates(false));
   EXPECT_THAT(folder().waiting(), ElementsAre("documents", "documents/CurrentPriceLocators.xml"));
@@ -387,26 +419,74 @@ TEST_F(UpdatesTest, NamesThatAreNoPlainNamesOfProgramFilesAreRefused) {
   EXPECT_THAT(folder().waiting(), IsEmpty());
 }
 
-// --- Copies whose files can't be replaced
+// --- Copies that can't know what is genuine, or whose files can't be replaced
 
-TEST_F(UpdatesTest, BuildWithoutAKeyTakesNoProgramFilesAndSaysSo) {
+const char16_t* const NO_KEY =
+    u"This copy was built without the key by which updates are recognised as genuine.";
+
+TEST_F(UpdatesTest, BuildWithoutAKeyTakesDocumentsFromThisMachineAlone) {
   UpdateSettings settings = service().settings();
   settings.publicKey.clear();
+  service().offerDocuments({{"CountryConfig.xml", "6.0.0"}});
+  service().serve("CountryConfig.xml", countries(6));
   Updates updates(settings);
-  EXPECT_EQ(
-      String(u"This copy was built without the key by which the program's files are recognised as genuine."),
-      messageOf([&] { updates.getBinaryUpdates(true); }));
-  EXPECT_FALSE(updates.getConfigUpdates(true)) << "documents need no key";
-  EXPECT_THAT(service().asked(), ElementsAre("configupdates.xml"));
+  EXPECT_EQ(String(NO_KEY), messageOf([&] { updates.getBinaryUpdates(true); }));
+  EXPECT_TRUE(updates.getConfigUpdates(false));
+  EXPECT_TRUE(updates.installConfigUpdates());
+  EXPECT_EQ(countries(6), document("CountryConfig.xml"));
+  EXPECT_THAT(service().asked(), ElementsAre("configupdates.xml", "CountryConfig.xml"));
+
+  settings.queryBase = u"https://updates.example.invalid/update.php?";
+  Updates fromElsewhere(settings);
+  const UpdatesFound found = lookForUpdates(fromElsewhere, false);
+  ASSERT_TRUE(found.documentsFixed);
+  EXPECT_EQ(String(NO_KEY), found.documentsFixed->message());
+  ASSERT_TRUE(found.programFilesFixed);
+  EXPECT_TRUE(found.failures.empty()) << "nobody was asked";
 }
 
-TEST_F(UpdatesTest, UnreadableKeyTakesNoProgramFiles) {
+TEST_F(UpdatesTest, UnreadableKeyTakesNothing) {
   for (const std::string& key : {std::string("12"), std::string(64, 'g')}) {
     UpdateSettings settings = service().settings();
     settings.publicKey = key;
     Updates updates(settings);
-    EXPECT_EQ(String(u"The key by which the program's files are recognised as genuine can't be read."),
-              messageOf([&] { updates.getBinaryUpdates(true); }));
+    const String unreadable = u"The key by which updates are recognised as genuine can't be read.";
+    EXPECT_EQ(unreadable, messageOf([&] { updates.getBinaryUpdates(true); }));
+    EXPECT_EQ(unreadable, messageOf([&] { updates.getConfigUpdates(true); }));
+  }
+  EXPECT_THAT(service().asked(), IsEmpty());
+}
+
+TEST_F(UpdatesTest, PlainHttpIsForThisMachineAlone) {
+  const struct {
+    const char16_t* address;
+    bool safe;
+    bool local;
+  } services[] = {{u"https://updates.example.com/update.php?", true, false},
+                  {u"HTTPS://updates.example.com/update.php?", true, false},
+                  {u"http://updates.example.com/update.php?", false, false},
+                  {u"updates.example.com/update.php?", false, false},
+                  {u"ftp://updates.example.com/update.php?", false, false},
+                  {u"http://127.0.0.1:8317/update.php?", true, true},
+                  {u"http://127.9.8.7/update.php?", true, true},
+                  {u"http://localhost/update.php?", true, true},
+                  {u"http://127.0.0.1.example.com/update.php?", false, false},
+                  {u"http://localhost.example.com/update.php?", false, false},
+                  {u"http://localhost@example.com/update.php?", false, false},
+                  {u"http://128.0.0.1/update.php?", false, false},
+                  {u"", false, false}};
+  for (const auto& each : services) {
+    UpdateSettings settings = service().settings();
+    settings.queryBase = each.address;
+    EXPECT_EQ(each.safe, settings.isServiceSafe()) << settings.queryBase.toUTF8();
+    EXPECT_EQ(each.local, settings.isServiceLocal()) << settings.queryBase.toUTF8();
+    if (each.safe)
+      continue;
+    Updates updates(settings);
+    const String refusal =
+        u"Updates::getBinaryUpdates - the address of the update service is not https: " + settings.queryBase;
+    EXPECT_EQ(refusal, messageOf([&] { updates.getConfigUpdates(true); }));
+    EXPECT_EQ(refusal, messageOf([&] { updates.getBinaryUpdates(true); }));
   }
 }
 
@@ -480,7 +560,7 @@ TEST_F(UpdatesTest, FolderOfSomebodyElseIsLeftAloneAndDocumentsAreStillUpdated) 
   std::filesystem::remove_all("updates");
   TestProfile::writeFile(u"./updates", "in the way");
   service().offerDocuments({{"CountryConfig.xml", "6.0.0"}});
-  service().serve("CountryConfig.xml", countries(6));
+  service().serveSigned("CountryConfig.xml", countries(6));
   Updates updates(service().settings());
   EXPECT_EQ(String(NOT_YOURS), messageOf([&] { updates.getBinaryUpdates(true); }));
   EXPECT_TRUE(updates.getConfigUpdates(false));
@@ -492,7 +572,7 @@ TEST_F(UpdatesTest, FilesOfAPackageAreLeftAloneEvenByTheirOwnerAndDocumentsAreSt
   InstalledFolder::write("package.tallymoor", "");
   std::filesystem::remove_all("updates");
   service().offerDocuments({{"CountryConfig.xml", "6.0.0"}});
-  service().serve("CountryConfig.xml", countries(6));
+  service().serveSigned("CountryConfig.xml", countries(6));
   Updates updates(service().settings());
   EXPECT_EQ(String(u"They were installed as a package, and the system's package manager keeps them.\n"
                    u"A newer version comes as a newer package."),
