@@ -1,0 +1,26 @@
+# Run after a test program of windows is built: writes LIST, which ctest includes, with an entry for each suite of
+# PROGRAM. A display for each test would take longer than the tests; one for each suite lets them be chosen by name.
+execute_process(COMMAND ${PROGRAM} --gtest_list_tests OUTPUT_VARIABLE tests RESULT_VARIABLE failed)
+if(failed)
+  message(FATAL_ERROR "${PROGRAM} does not list its tests")
+endif()
+string(REGEX MATCHALL "[^\n]+" lines "${tests}")
+set(text "")
+foreach(line IN LISTS lines)
+  if(NOT line MATCHES "^([^ ]+)[.]")
+    continue()
+  endif()
+  set(suite ${CMAKE_MATCH_1})
+  # Those that take long begin first, so that none is left alone at the end.
+  set(cost 1)
+  if(suite MATCHES "Counted|YearOf")
+    set(cost 50)
+  endif()
+  string(APPEND text
+    "add_test([=[${suite}]=] ${XVFB_RUN} -a -s \"-screen 0 1280x1024x24 -noreset\" [=[${PROGRAM}]=] [=[--gtest_filter=${suite}.*]=])\n"
+    "set_tests_properties([=[${suite}]=] PROPERTIES LABELS ${LABEL} TIMEOUT 600 COST ${cost})\n")
+endforeach()
+if(NOT text)
+  message(FATAL_ERROR "${PROGRAM} has no tests")
+endif()
+file(WRITE ${LIST} "${text}")
