@@ -87,15 +87,24 @@ void SharePortfolioUser::checkCashReserve() {
   try {
     m_capitalRecord.update(*this);
     // The text speaks of now.
-    if (!Date::hasFixedDate() && cashReserveToday() < 0.0)
+    if (Date::hasFixedDate())
+      return;
+    if (cashReserveToday() < 0.0)
       UserInteraction::Instance().warnOnce(u"Warning: The cash reserve for " + name() +
                                                u" is currently negative. You need to reconcile the cash "
                                                u"reserve with the actual trading account.",
-                                           u"Cash Reserve Warning", name() + u"CRW", WARNING_LEVEL);
+                                           u"Cash Reserve Warning", cashWarningKey(), WARNING_LEVEL);
+    else
+      forgetCashWarning();
   } catch (const Exception& failure) {
     UserInteraction::Instance().reportException(u"There was a problem refreshing your capital records.",
                                                 failure);
   }
+}
+
+void SharePortfolioUser::forgetCashWarning() const {
+  if (UserInteraction::exists())
+    UserInteraction::Instance().warningOver(cashWarningKey());
 }
 
 } // namespace Tallymoor

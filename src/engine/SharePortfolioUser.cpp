@@ -22,6 +22,7 @@ const String& SharePortfolioUser::name() const {
 }
 
 void SharePortfolioUser::rename(const String& newName) {
+  forgetCashWarning();
   m_capitalRecord.rename(newName);
   m_portfolio.subElement(u"Name").setValue(newName);
 }

@@ -168,9 +168,11 @@ public:
                     double oldBuyPrice, double oldValue, const Date& oldDate);
   /// True if the cash entry or parcel of the dividend was found and removed.
   bool deleteDividend(const XMLElement& event);
-  /// Brings the capital record up to date and warns, once a run, of a negative cash reserve. Reports failures
-  /// itself. Does nothing in a background pass.
+  /// Brings the capital record up to date and warns, once a run, of a negative cash reserve; takes the
+  /// warning back when the reserve no longer is. Reports failures itself. Does nothing in a background pass.
   void checkCashReserve();
+  /// Takes the warning of a negative cash reserve back, since it speaks of a portfolio that goes.
+  void forgetCashWarning() const;
 
   // ---- Share splits ----
 
@@ -231,6 +233,7 @@ private:
   bool moveCashEntry(const CashEntryKey& key, double oldValue, const Date& date, double value,
                      const String& description);
   void tellCashChanged();
+  String cashWarningKey() const { return name() + u"CRW"; }
   void payDividend(const Dividend& dividend);
   bool moveCashDividend(const CashEntryKey& key, double oldValue, const Dividend& now);
   void moveReinvestment(const String& oldCode, XMLElement* stock, XMLElement* parcel, const Dividend& now);

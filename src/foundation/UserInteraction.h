@@ -35,6 +35,9 @@ public:
   /// A warning that is shown once a run for its key. Level 0 is information, 1 warning, 2 error.
   virtual void warnOnce(const String& text, const String& caption, const String& key, int level) = 0;
 
+  /// The cause of the warning with this key has gone: what still shows of it goes, too.
+  virtual void warningOver(const String& key) = 0;
+
   /// Index of the chosen entry; nothing when the user cancelled.
   virtual std::optional<std::size_t> chooseFromList(const String& title, const String& heading,
                                                     const std::vector<String>& entries) = 0;

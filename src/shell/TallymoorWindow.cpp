@@ -157,7 +157,7 @@ void TallymoorWindow::buildMenus() {
   addEntry(file, "&Import...", ID_IMPORT);
   addEntry(file, "&Export...", ID_EXPORT);
   new FXMenuSeparator(file);
-  addEntry(file, "&Minimise\tEsc", FXTopWindow::ID_MINIMIZE);
+  addEntry(file, "&Minimise", FXTopWindow::ID_MINIMIZE);
   new FXMenuSeparator(file);
   addEntry(file, "E&xit\tAlt-F4", ID_SHUTDOWN);
 

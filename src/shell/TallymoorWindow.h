@@ -83,6 +83,9 @@ public:
   static constexpr const char16_t* STARTUP_FAILURE =
       u"There was a failure during startup. Please restart Tallymoor";
 
+  /// Key of the warnings that the records on disk are not those in memory.
+  static constexpr const char16_t* UNSAVED_RECORDS = u"unsaved records";
+
   /// The icons outlive the window.
   TallymoorWindow(FXApp* app, WindowIcons& icons);
   ~TallymoorWindow() override;
@@ -111,6 +114,9 @@ public:
   void minimiseToTray() override;
   void updateStatus() override;
   void warnOnce(const String& text, const String& caption, const String& key, int level) override;
+  void warningOver(const String& key) override;
+  /// As warnOnce, and every time.
+  void warn(const String& text, const String& caption, const String& key, int level);
 
   // What the tray tells.
   void onLeftClick() override;
@@ -234,8 +240,10 @@ private:
   void goOfflineByUser();
   void abortBackgroundFetches();
   void reconnectByUser();
-  void holdMinimumSize();
+  /// Takes the window back to the least size; gives the size that it then has.
+  FXSize heldToMinimum(const FXSize& size);
   void showViewDate();
+  String likelyPortfolio();
   TotalCapTreeItem& loadedTree() const;
   SharePortfolioTreeItem& nodeOf(const XMLElement& portfolio) const;
   /// Asks for a portfolio and hands its node to the operation, unless the user cancelled. The context is what

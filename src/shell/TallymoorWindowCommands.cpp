@@ -46,8 +46,9 @@ long TallymoorWindow::onKeyPress(FXObject* sender, FXSelector selector, void* da
 
 XMLElement* TallymoorWindow::choosePortfolio(const String& prompt) {
   ListChoiceDialog dialog(this, u"Choose Portfolio", prompt, false);
+  const String likely = likelyPortfolio();
   for (const auto& [name, portfolio] : m_store.portfolios())
-    dialog.addListEntry(name, nullptr);
+    dialog.addListEntry(name, nullptr, name == likely);
   if (!dialog.execute())
     return nullptr;
   const String chosen = dialog.chosenTexts().front();
@@ -56,6 +57,19 @@ XMLElement* TallymoorWindow::choosePortfolio(const String& prompt) {
     if (textValue(records.subElement(u"SharePortfolios", i), u"Name") == chosen)
       return &records.subElement(u"SharePortfolios", i);
   throw Exception(u"Failed to find the chosen portfolio");
+}
+
+/// The only one, or else that of the selected node; empty where neither says one, or the tree is out of
+/// sight.
+String TallymoorWindow::likelyPortfolio() {
+  if (m_store.portfolios().size() == 1)
+    return m_store.portfolios().begin()->first;
+  if (m_tabBook->getCurrent() == WATCHLIST_TAB)
+    return String();
+  for (TreeViewItem* node = m_portfolios.tree->shownItem(); node; node = node->parentItem())
+    if (const auto* portfolio = dynamic_cast<SharePortfolioTreeItem*>(node))
+      return portfolio->portfolio().name();
+  return String();
 }
 
 /// The tree that a start which failed has not come to.
@@ -271,33 +285,36 @@ void TallymoorWindow::abortBackgroundFetches() {
     m_advertThread->connectionIsGone();
 }
 
+/// Comes before the toolkit takes over the size that the event tells.
 long TallymoorWindow::onResize(FXObject* sender, FXSelector selector, void* data) {
-  guardedHandler(u"TallymoorWindow::onResize failed.", [this] {
-    holdMinimumSize();
+  const FXRectangle told = static_cast<FXEvent*>(data)->rect;
+  guardedHandler(u"TallymoorWindow::onResize failed.", [this, &told] {
+    const FXSize size = heldToMinimum(FXSize(told.w, told.h));
+    if (!shown() || isMinimized())
+      return; // where it is then is no place of the user's choice
+    const FXPoint place = placeOnScreen();
     Settings& settings = Settings::Instance();
     const auto remember = [&settings](const char16_t* key, FXint value) {
       if (value > 0)
         settings.writeUnsigned(u"Gui Settings", key, static_cast<std::uint32_t>(value));
     };
-    remember(u"MainWidth", getWidth());
-    remember(u"MainHeight", getHeight());
-    remember(u"MainX", getX());
-    remember(u"MainY", getY());
+    remember(u"MainWidth", size.w);
+    remember(u"MainHeight", size.h);
+    remember(u"MainX", place.x);
+    remember(u"MainY", place.y);
   });
   return MainWindow::onConfigure(sender, selector, data);
 }
 
-void TallymoorWindow::holdMinimumSize() {
-  const FXint width = getWidth(), height = getHeight();
-  if (width == 0 || height == 0)
-    return;
-  const FXint neededWidth =
-      std::max(width, m_toolBarRow->getDefaultWidth() + 2 * contentFrame()->getPadLeft());
-  const FXint neededHeight = std::max(height, MINIMUM_HEIGHT);
-  if (neededWidth == width && neededHeight == height)
-    return;
-  resize(neededWidth, neededHeight);
-  repaint();
+FXSize TallymoorWindow::heldToMinimum(const FXSize& size) {
+  if (size.w <= 0 || size.h <= 0)
+    return size;
+  const FXint width =
+      std::max<FXint>(size.w, m_toolBarRow->getDefaultWidth() + 2 * contentFrame()->getPadLeft());
+  const FXint height = std::max<FXint>(size.h, MINIMUM_HEIGHT);
+  if (width != size.w || height != size.h)
+    resize(width, height);
+  return FXSize(static_cast<FXshort>(width), static_cast<FXshort>(height));
 }
 
 void TallymoorWindow::currentPriceUpdated(const String&, double) {}

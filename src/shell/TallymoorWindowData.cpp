@@ -230,6 +230,8 @@ void TallymoorWindow::saveEverything() {
     attempt([this] { m_store.save(); });
     attempt([this] { rememberSplitters(); });
   }
+  if (m_store.lastSaveSucceeded())
+    warningOver(UNSAVED_RECORDS);
   if (failure && m_store.lastSaveSucceeded())
     throw *failure;
 }

@@ -33,9 +33,9 @@ std::optional<bool> TallymoorWindow::saveForSession() {
 bool TallymoorWindow::nothingToLose() {
   if (m_store.portfolios().empty())
     return true;
-  warnOnce(u"Your portfolios were not saved, since the ones on disk could not be loaded and are not "
-           u"overwritten unasked. Use File, Save.",
-           u"End of the Session", String(), 2);
+  warn(u"Your portfolios were not saved, since the ones on disk could not be loaded and are not "
+       u"overwritten unasked. Use File, Save.",
+       u"End of the Session", UNSAVED_RECORDS, 2);
   return false;
 }
 
@@ -48,8 +48,10 @@ bool TallymoorWindow::saveUnasked(bool recordsOnly) {
     else
       saveAll();
   }
-  if (!m_store.lastSaveSucceeded())
-    warnOnce(u"Your records could not be saved.", u"End of the Session", String(), 2);
+  if (m_store.lastSaveSucceeded())
+    warningOver(UNSAVED_RECORDS);
+  else
+    warn(u"Your records could not be saved.", u"End of the Session", UNSAVED_RECORDS, 2);
   return m_store.lastSaveSucceeded();
 }
 

@@ -45,14 +45,24 @@ void TallymoorWindow::warnOnce(const String& text, const String& caption, const 
   Settings& settings = Settings::Instance();
   if (!key.empty()) {
     const String entry = fileNameFor(key, BYTES_TO_SPARE);
-    if (settings.readInt(u"Warnings", entry) != 0)
+    if (settings.readInt(u"Warnings", entry) != 0) {
+      m_warnings->follow(caption, text, key, level);
       return;
+    }
     settings.writeInt(u"Warnings", entry, 1); // the section goes when the program ends
   }
+  warn(text, caption, key, level);
+}
+
+void TallymoorWindow::warn(const String& text, const String& caption, const String& key, int level) {
   m_tray->showBalloon(text, caption, level);
   // A balloon goes by itself, seen or not: a warning stays in the window, too.
   if (level > 0)
-    m_warnings->add(caption, text, level);
+    m_warnings->add(caption, text, level, key);
+}
+
+void TallymoorWindow::warningOver(const String& key) {
+  m_warnings->withdraw(key);
 }
 
 void TallymoorWindow::onBalloonNotShown(const String& text, const String& title, int level) {
@@ -61,7 +71,8 @@ void TallymoorWindow::onBalloonNotShown(const String& text, const String& title,
 }
 
 bool TallymoorWindow::isOffScreen() const {
-  return getX() < 0 && getY() < 0;
+  const FXPoint place = placeOnScreen();
+  return place.x < 0 && place.y < 0;
 }
 
 // The first time the user is told where the window goes, and has a moment to read it. The toolkit's loop goes

@@ -4,6 +4,7 @@
 #include "widgets/HandlerScope.h"
 #include "widgets/MainWindow.h"
 #include "widgets/ToolkitText.h"
+#include <algorithm>
 
 namespace Tallymoor {
 
@@ -47,23 +48,57 @@ WarningStrip::WarningStrip(FXComposite* parent)
     : FXVerticalFrame(parent, LAYOUT_FILL_X, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1),
       m_wakeUp(parent->getApp(), [this] { catchUp(); }) {}
 
-void WarningStrip::add(const String& caption, const String& text, int level) {
-  m_waiting.push_back({caption, text, level});
+void WarningStrip::add(const String& caption, const String& text, int level, const String& key) {
+  m_waiting.push_back({caption, text, level, key});
+  m_wakeUp.wake();
+}
+
+void WarningStrip::follow(const String& caption, const String& text, const String& key, int level) {
+  if (m_withdrawn.erase(key) > 0) {
+    add(caption, text, level, key);
+    return;
+  }
+  const auto change = [&](Warning& warning) {
+    if (warning.key != key || warning.text == text)
+      return;
+    warning.text = text;
+    m_wakeUp.wake();
+  };
+  std::for_each(m_waiting.begin(), m_waiting.end(), change);
+  for (ShownWarning& shown : m_shown)
+    if (!shown.over)
+      change(shown.warning);
+}
+
+void WarningStrip::withdraw(const String& key) {
+  bool found = std::erase_if(m_waiting, [&](const Warning& warning) { return warning.key == key; }) > 0;
+  for (ShownWarning& shown : m_shown)
+    if (!shown.over && shown.warning.key == key)
+      found = shown.over = true;
+  if (!found)
+    return;
+  m_withdrawn.insert(key);
   m_wakeUp.wake();
 }
 
 void WarningStrip::catchUp() {
   guardedHandler(u"WarningStrip::catchUp failed.", [this] {
     for (const ShownWarning& shown : m_shown)
-      if (shown.closed)
+      if (shown.over)
         delete shown.row;
-    std::erase_if(m_shown, [](const ShownWarning& shown) { return shown.closed; });
+    std::erase_if(m_shown, [](const ShownWarning& shown) { return shown.over; });
+    for (ShownWarning& shown : m_shown)
+      bringUpToDate(shown);
     while (!m_waiting.empty() && m_shown.size() < SHOWN_AT_ONCE) {
       show(m_waiting.front());
       m_waiting.pop_front();
     }
     recalc();
   });
+}
+
+void WarningStrip::bringUpToDate(ShownWarning& shown) const {
+  shown.label->setText(labelText(inLines(shown.warning.text)));
 }
 
 void WarningStrip::show(const Warning& warning) {
@@ -78,15 +113,15 @@ void WarningStrip::show(const Warning& warning) {
   for (FXWindow* part :
        {static_cast<FXWindow*>(row), static_cast<FXWindow*>(caption), static_cast<FXWindow*>(text)})
     part->setBackColor(tint);
-  m_shown.push_back({row, close, warning.text});
+  m_shown.push_back({row, text, close, warning});
   row->create();
 }
 
 std::vector<String> WarningStrip::shownTexts() const {
   std::vector<String> texts;
   for (const ShownWarning& shown : m_shown)
-    if (!shown.closed)
-      texts.push_back(shown.text);
+    if (!shown.over)
+      texts.push_back(shown.warning.text);
   return texts;
 }
 
@@ -95,7 +130,7 @@ long WarningStrip::onCloseWarning(FXObject* sender, FXSelector, void*) {
   return guardedHandler(u"WarningStrip::onCloseWarning failed.", [this, sender] {
     for (ShownWarning& shown : m_shown)
       if (shown.close == sender) {
-        shown.closed = true;
+        shown.over = true;
         shown.row->hide();
       }
     m_wakeUp.wake();

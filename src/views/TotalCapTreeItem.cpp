@@ -331,6 +331,7 @@ void TotalCapTreeItem::dropPortfolio(const String& name) {
   const auto found = m_portfolios->find(name);
   if (found == m_portfolios->end())
     return;
+  found->second->forgetCashWarning();
   if (SharePortfolioTreeItem* node = portfolioNode(name))
     tree()->removeItem(node);
   m_performance->setPortfolios(listOf(*m_portfolios, name));

@@ -204,6 +204,8 @@ void MainWindow::saveAll() {}
 
 void MainWindow::warnOnce(const String&, const String&, const String&, int) {}
 
+void MainWindow::warningOver(const String&) {}
+
 long MainWindow::onShutdown(FXObject*, FXSelector, void*) {
   if (m_shuttingDown)
     return 1;
@@ -238,9 +240,18 @@ void MainWindow::cancelModalWindow() {
     popup->popdown();
 }
 
+/// Asked of the display: the toolkit takes over what an event says only after its handlers, and the event of
+/// a framed window may speak of the frame.
+FXPoint MainWindow::placeOnScreen() const {
+  FXint x = 0, y = 0;
+  translateCoordinatesTo(x, y, getRoot(), 0, 0);
+  return FXPoint(static_cast<FXshort>(x), static_cast<FXshort>(y));
+}
+
 long MainWindow::onConfigure(FXObject*, FXSelector, void*) {
   return guardedHandler(u"MainWindow::onConfigure failed.", [this] {
-    if (getX() < 0 && getY() < 0)
+    const FXPoint place = placeOnScreen();
+    if (place.x < 0 && place.y < 0)
       minimiseToTray();
   });
 }

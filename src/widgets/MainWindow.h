@@ -66,6 +66,8 @@ public:
   /// Tells something once a run for its key (always, for an empty key). Level 0 is information, 1 warning, 2
   /// error.
   virtual void warnOnce(const String& text, const String& caption, const String& key, int level);
+  /// What was warned of with that key is over.
+  virtual void warningOver(const String& key);
 
   /// True from the moment at which the shut-down begins.
   bool isShuttingDown() const { return m_shuttingDown; }
@@ -100,6 +102,9 @@ public:
 
 protected:
   MainWindow();
+
+  /// Where the window's inside now stands on the screen.
+  FXPoint placeOnScreen() const;
 
 private:
   void buildFonts();

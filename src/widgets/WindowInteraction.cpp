@@ -60,6 +60,10 @@ void WindowInteraction::warnOnce(const String& text, const String& caption, cons
   MainWindow::Instance().warnOnce(text, caption, key, level);
 }
 
+void WindowInteraction::warningOver(const String& key) {
+  MainWindow::Instance().warningOver(key);
+}
+
 std::optional<std::size_t> WindowInteraction::chooseFromList(const String& title, const String& heading,
                                                              const std::vector<String>& entries) {
   if (!MainWindow::Instance().mayOpenDialog())

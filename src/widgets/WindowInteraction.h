@@ -18,6 +18,7 @@ public:
   void beginWait() override;
   void endWait() override;
   void warnOnce(const String& text, const String& caption, const String& key, int level) override;
+  void warningOver(const String& key) override;
   std::optional<std::size_t> chooseFromList(const String& title, const String& heading,
                                             const std::vector<String>& entries) override;
   std::optional<Date> askDate(const String& title, const String& heading, const Date& initial) override;

@@ -4,9 +4,14 @@
 #include "views/SharePortfolioTreeItem.h"
 #include "views/TotalCapTreeItem.h"
 #include "widgets/GuiWakeUp.h"
+#include "widgets/InvestmentTree.h"
+#include <fxkeys.h>
+#include <gmock/gmock.h>
 
 namespace Tallymoor {
 namespace {
+
+using testing::ElementsAre;
 
 struct Register {
   FXuint command;
@@ -38,17 +43,27 @@ protected:
   void SetUp() override {
     ShellTest::SetUp();
     m_failure = std::make_unique<GuiWakeUp>(&app(), [] { throw Exception(u"test"); });
-    whenModal("New Portfolio", [this](FXWindow& dialog) {
-      type(*find<FXTextField>(dialog), "Trading");
-      press(dialog, "OK");
-    });
-    command(TallymoorWindow::ID_NEW_PORTFOLIO);
+    makePortfolio("Trading");
     tallymoor().store().portfolios().at(u"Trading")->creditCash(Date(2026, 3, 2), 500.0, 4, u"DEPOSIT start");
     tallymoor().refreshViews(true);
   }
   void TearDown() override {
     m_failure.reset();
     ShellTest::TearDown();
+  }
+  void makePortfolio(const std::string& name) {
+    whenModal("New Portfolio", [this, name](FXWindow& dialog) {
+      type(*find<FXTextField>(dialog), name);
+      press(dialog, "OK");
+    });
+    command(TallymoorWindow::ID_NEW_PORTFOLIO);
+  }
+  static std::vector<std::string> chosen(FXWindow& dialog) {
+    std::vector<std::string> names;
+    for (const FXCheckButton* entry : findAll<FXCheckButton>(dialog))
+      if (entry->getCheck())
+        names.emplace_back(entry->getText().text());
+    return names;
   }
   void choosePortfolio(const std::string& prompt) {
     whenModal("Choose Portfolio", [this, prompt](FXWindow& dialog) {
@@ -71,6 +86,35 @@ TEST_F(RegisterCommandsTest, EachAsksForThePortfolioInItsWordsAndOpensItsForm) {
     });
     press(tallymoor(), each.button);
   }
+}
+
+TEST_F(RegisterCommandsTest, TheOnlyPortfolioIsChosenAndReturnGoesOn) {
+  whenModal("Choose Portfolio", [this](FXWindow& dialog) {
+    EXPECT_THAT(chosen(dialog), ElementsAre("Trading"));
+    key(dialog, KEY_Return);
+  });
+  whenModal("Buy Shares", [this](FXWindow& dialog) { press(dialog, "Cancel"); });
+  command(TallymoorWindow::ID_BUY);
+}
+
+TEST_F(RegisterCommandsTest, OfSeveralThatOfTheSelectedNodeIsChosen) {
+  makePortfolio("Growth");
+  const auto expectChosen = [this](const std::vector<std::string>& names) {
+    whenModal("Choose Portfolio", [this, names](FXWindow& dialog) {
+      EXPECT_EQ(names, chosen(dialog));
+      press(dialog, "Cancel");
+    });
+    command(TallymoorWindow::ID_BUY);
+  };
+  InvestmentTree& tree = *tallymoor().portfolioTree();
+  tree.showPageOf(tallymoor().totalCapital());
+  expectChosen({});
+  tree.showPageOf(&trading());
+  expectChosen({"Trading"});
+  tree.showPageOf(tallymoor().totalCapital()->portfolioNode(u"Growth")->cashReserveItem());
+  expectChosen({"Growth"});
+  tallymoor().tabBook()->setCurrent(1, TRUE);
+  expectChosen({});
 }
 
 TEST_F(RegisterCommandsTest, CancellingTheChoiceOpensNoForm) {

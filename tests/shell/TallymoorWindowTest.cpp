@@ -1,5 +1,6 @@
 #include "ShellTest.h"
 #include "foundation/FileOperations.h"
+#include "support/windows/OnDisplay.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/SharesHeldTable.h"
 #include "views/SharesHeldTreeItem.h"
@@ -10,6 +11,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <fxkeys.h>
 #include <set>
 #include <unistd.h>
 
@@ -115,6 +117,33 @@ TEST_F(TallymoorWindowTest, SizeAndPlaceAreRemembered) {
   EXPECT_EQ(650u, settings.readUnsigned(u"Gui Settings", u"MainHeight"));
   EXPECT_EQ(130u, settings.readUnsigned(u"Gui Settings", u"MainX"));
   EXPECT_EQ(140u, settings.readUnsigned(u"Gui Settings", u"MainY"));
+}
+
+/// As the window manager has it, who tells of a size that the toolkit does not know yet.
+TEST_F(TallymoorWindowTest, TheSizeOfTheEventIsHeldAndRemembered) {
+  const auto sizeByServer = [this](unsigned width, unsigned height) {
+    resizeOnDisplay(tallymoor(), width, height);
+    letEventsPass();
+  };
+  const Settings& settings = Settings::Instance();
+  sizeByServer(950, 650);
+  sizeByServer(900, 620);
+  EXPECT_EQ(900u, settings.readUnsigned(u"Gui Settings", u"MainWidth"));
+  EXPECT_EQ(620u, settings.readUnsigned(u"Gui Settings", u"MainHeight"));
+  sizeByServer(50, 60);
+  EXPECT_GT(tallymoor().getWidth(), 300);
+  EXPECT_EQ(400, tallymoor().getHeight());
+  EXPECT_EQ(static_cast<unsigned>(tallymoor().getWidth()),
+            settings.readUnsigned(u"Gui Settings", u"MainWidth"));
+  EXPECT_EQ(400u, settings.readUnsigned(u"Gui Settings", u"MainHeight"));
+}
+
+TEST_F(TallymoorWindowTest, EscapeLeavesTheWindowWhereItIs) {
+  tallymoor().setFocus();
+  key(tallymoor(), KEY_Escape);
+  letEventsPass();
+  EXPECT_FALSE(tallymoor().isMinimized());
+  EXPECT_TRUE(tallymoor().shown());
 }
 
 /// Remembered from a screen that is gone.

@@ -1,6 +1,8 @@
 #include "shell/WarningStrip.h"
 #include "ShellTest.h"
 #include "engine/SharePortfolioUser.h"
+#include "views/SharePortfolioTreeItem.h"
+#include "views/TotalCapTreeItem.h"
 #include "xml/PortfolioRecords.h"
 #include <gmock/gmock.h>
 
@@ -16,6 +18,18 @@ protected:
   void warn(const String& text, const String& key) {
     BigMutexLock lock;
     tallymoor().warnOnce(text, u"Warning from Tallymoor!", key, 1);
+  }
+  void over(const String& key) {
+    BigMutexLock lock;
+    tallymoor().warningOver(key);
+  }
+  SharePortfolioUser& makeTrading() {
+    whenModal("New Portfolio", [this](FXWindow& dialog) {
+      type(*find<FXTextField>(dialog), "Trading");
+      press(dialog, "OK");
+    });
+    command(TallymoorWindow::ID_NEW_PORTFOLIO);
+    return *tallymoor().store().portfolios().at(u"Trading");
   }
 };
 
@@ -73,12 +87,7 @@ TEST_F(WarningStripTest, ALongTextFitsTheFirstWindow) {
 }
 
 TEST_F(WarningStripTest, ANegativeCashReserveIsToldOnceARun) {
-  whenModal("New Portfolio", [this](FXWindow& dialog) {
-    type(*find<FXTextField>(dialog), "Trading");
-    press(dialog, "OK");
-  });
-  command(TallymoorWindow::ID_NEW_PORTFOLIO);
-  SharePortfolioUser& trading = *tallymoor().store().portfolios().at(u"Trading");
+  SharePortfolioUser& trading = makeTrading();
   {
     BigMutexLock lock;
     trading.debitCash(Date(), 10.0, CASH_EVENT_WITHDRAWAL, u"WITHDRAWAL ");
@@ -90,6 +99,106 @@ TEST_F(WarningStripTest, ANegativeCashReserveIsToldOnceARun) {
               ElementsAre(String(
                   u"Warning: The cash reserve for Trading is currently negative. You need to reconcile "
                   u"the cash reserve with the actual trading account.")));
+}
+
+TEST_F(WarningStripTest, AWarningGoesWithItsCauseAndComesBackWithIt) {
+  warn(u"first", u"a");
+  warn(u"second", u"b");
+  letEventsPass();
+  over(u"a");
+  letEventsPass();
+  EXPECT_THAT(strip().shownTexts(), ElementsAre(String(u"second")));
+  EXPECT_FALSE(shows(strip(), "first"));
+  warn(u"first again", u"a");
+  letEventsPass();
+  EXPECT_THAT(strip().shownTexts(), ElementsAre(String(u"second"), String(u"first again")));
+}
+
+TEST_F(WarningStripTest, AWarningThatStillHoldsSaysWhatIsSoNow) {
+  warn(u"AAA.AX is now at $4.00", u"a");
+  letEventsPass();
+  warn(u"AAA.AX is now at $3.50", u"a");
+  letEventsPass();
+  EXPECT_THAT(strip().shownTexts(), ElementsAre(String(u"AAA.AX is now at $3.50")));
+  EXPECT_TRUE(shows(strip(), "AAA.AX is now at $3.50"));
+}
+
+TEST_F(WarningStripTest, WhatWaitsForAPlaceGoesWithItsCause) {
+  for (const char16_t* text : {u"1", u"2", u"3", u"4", u"5", u"6"})
+    warn(text, text);
+  letEventsPass();
+  over(u"5");
+  over(u"1");
+  letEventsPass();
+  EXPECT_THAT(strip().shownTexts(), ElementsAre(String(u"2"), String(u"3"), String(u"4"), String(u"6")));
+}
+
+TEST_F(WarningStripTest, WhatTheUserHasClosedStaysClosed) {
+  warn(u"first", u"a");
+  letEventsPass();
+  press(strip(), "Close");
+  over(u"a");
+  warn(u"second", u"a");
+  letEventsPass();
+  EXPECT_THAT(strip().shownTexts(), IsEmpty());
+}
+
+TEST_F(WarningStripTest, ACashReserveThatIsMadeGoodTakesItsWarningBack) {
+  SharePortfolioUser& trading = makeTrading();
+  const auto book = [&](bool credit) {
+    BigMutexLock lock;
+    if (credit)
+      trading.creditCash(Date(), 20.0, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
+    else
+      trading.debitCash(Date(), 10.0, CASH_EVENT_WITHDRAWAL, u"WITHDRAWAL ");
+    trading.checkCashReserve();
+  };
+  book(false);
+  letEventsPass();
+  EXPECT_EQ(1u, strip().shownTexts().size());
+  book(true);
+  letEventsPass();
+  EXPECT_THAT(strip().shownTexts(), IsEmpty());
+}
+
+TEST_F(WarningStripTest, TheWarningOfAPortfolioGoesWithItsNameAndWithIt) {
+  for (const bool renamed : {true, false}) {
+    SharePortfolioUser& trading = makeTrading();
+    {
+      BigMutexLock lock;
+      trading.debitCash(Date(), 10.0, CASH_EVENT_WITHDRAWAL, u"WITHDRAWAL ");
+      trading.checkCashReserve();
+    }
+    letEventsPass();
+    ASSERT_EQ(1u, strip().shownTexts().size());
+    TotalCapTreeItem& root = *tallymoor().totalCapital();
+    if (renamed) {
+      BigMutexLock lock;
+      root.renamePortfolio(u"Trading", u"Growth");
+    }
+    letEventsPass();
+    for (const String& text : strip().shownTexts())
+      EXPECT_FALSE(text.contains(u"Trading"));
+    {
+      BigMutexLock lock;
+      root.removeChild(root.portfolioNode(renamed ? u"Growth" : u"Trading"));
+    }
+    letEventsPass();
+    EXPECT_THAT(strip().shownTexts(), IsEmpty());
+  }
+}
+
+TEST_F(WarningStripTest, RecordsThatAreSavedAtLastTakeTheWarningBack) {
+  {
+    BigMutexLock lock;
+    tallymoor().warn(u"Your records could not be saved.", u"End of the Session",
+                     TallymoorWindow::UNSAVED_RECORDS, 2);
+  }
+  letEventsPass();
+  EXPECT_EQ(1u, strip().shownTexts().size());
+  command(TallymoorWindow::ID_SAVE);
+  letEventsPass();
+  EXPECT_THAT(strip().shownTexts(), IsEmpty());
 }
 
 class WarningsOfACrashedRunTest : public WarningStripTest {

@@ -149,6 +149,10 @@ void FakeUserInteraction::warnOnce(const String& text, const String& caption, co
   record({.kind = Kind::WarnOnce, .text = text, .title = caption, .key = key, .level = level});
 }
 
+void FakeUserInteraction::warningOver(const String& key) {
+  record({.kind = Kind::WarningOver, .key = key});
+}
+
 std::optional<std::size_t> FakeUserInteraction::chooseFromList(const String& title, const String& heading,
                                                                const std::vector<String>& entries) {
   record({.kind = Kind::ChooseFromList, .text = heading, .title = title, .entries = entries});

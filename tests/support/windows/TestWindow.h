@@ -1,6 +1,7 @@
 #pragma once
 #include "widgets/MainWindow.h"
 #include <functional>
+#include <set>
 #include <vector>
 
 namespace Tallymoor {
@@ -27,11 +28,14 @@ public:
     warnings.push_back({text, caption, key, level});
   }
 
+  void warningOver(const String& key) override { warningsOver.insert(key); }
+
   int saves = 0;
   int shutdowns = 0;
   int minimises = 0;
   int statusUpdates = 0;
   std::vector<Warning> warnings;
+  std::set<String> warningsOver; ///< by key
   std::function<void()> onShutdownRuns;
 };
 
