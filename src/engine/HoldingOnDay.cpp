@@ -18,10 +18,12 @@ std::optional<HeldOnDay> heldOn(const SharePortfolioUser& portfolio, const XMLEl
     double number = 0.0, price = 0.0;
     portfolio.adjustedBuyEvent(parcel, day, number, price);
     if (!sum)
-      sum = HeldOnDay{{}, bought};
+      sum = HeldOnDay{{}, bought, {}};
     sum->earliest = std::min(sum->earliest, bought);
     sum->cost.number += number;
     sum->cost.value += number * price;
+    if (const String comment = textValue(parcel, u"Comment"); !comment.empty())
+      sum->comments.push_back(comment);
   }
   return sum;
 }

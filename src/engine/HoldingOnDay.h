@@ -2,6 +2,7 @@
 #include "foundation/Date.h"
 #include "foundation/String.h"
 #include <optional>
+#include <vector>
 
 namespace Tallymoor {
 
@@ -20,7 +21,8 @@ struct ParcelCost {
 /// parcel.
 struct HeldOnDay {
   ParcelCost cost;
-  Date earliest; ///< the first day of purchase
+  Date earliest;                ///< the first day of purchase
+  std::vector<String> comments; ///< of the purchases that have one
 };
 std::optional<HeldOnDay> heldOn(const SharePortfolioUser& portfolio, const XMLElement& heldShare,
                                 const Date& day);

@@ -7,6 +7,7 @@
 #include "engine/SaleFigures.h"
 #include "engine/SharePortfolioUser.h"
 #include "foundation/Exception.h"
+#include "market/StockNames.h"
 #include "xml/PortfolioRecords.h"
 #include "xml/ReportDocument.h"
 #include <algorithm>
@@ -118,7 +119,7 @@ struct Holding {
           const Date& day)
       : code(textValue(shareVal, u"Code")), number(doubleValue(shareVal, u"Number")),
         buyPrice(held.cost.averagePrice()), purchaseValue(held.cost.value),
-        daysHeld(day.daysSince(held.earliest)) {
+        daysHeld(day.daysSince(held.earliest)), comments(held.comments) {
     try {
       price = shownPrice(portfolio, code, day);
     } catch (const Exception&) {
@@ -137,6 +138,7 @@ struct Holding {
   double buyPrice;
   double purchaseValue;
   std::int32_t daysHeld;
+  std::vector<String> comments; ///< of the purchases
   std::optional<double> price;
 };
 
@@ -156,11 +158,24 @@ std::vector<Holding> holdingsOn(const SharePortfolioUser& portfolio, const Date&
   return holdings;
 }
 
+void putCode(XMLElement& row, const String& code) {
+  row.setAttribute(u"code", code);
+  row.setAttribute(u"name", StockNames::nameOf(code));
+}
+
+String joined(const std::vector<String>& comments) {
+  String text;
+  for (const String& comment : comments)
+    text += text.empty() ? comment : u"; " + comment;
+  return text;
+}
+
 void addHolding(XMLElement& section, const Holding& holding, double capital) {
   XMLElement& row = section.addSubElement(new XMLShareHeldAt, u"Shares");
-  row.setAttribute(u"code", holding.code);
+  putCode(row, holding.code);
   row.setAttribute(u"number", numberText(holding.number));
   row.setAttribute(u"daysHeld", String::fromLong(holding.daysHeld));
+  row.setAttribute(u"comment", joined(holding.comments));
   putPrice(row, u"buyPrice", holding.buyPrice);
   putPrice(row, u"price", holding.price);
   putMoney(row, u"purchaseValue", holding.purchaseValue);
@@ -174,7 +189,7 @@ void addHolding(XMLElement& section, const Holding& holding, double capital) {
 void addSale(XMLElement& section, const XMLElement& record) {
   const SaleFigures sale(record);
   XMLElement& row = section.addSubElement(new XMLSaleReport, u"Sales");
-  row.setAttribute(u"code", sale.code());
+  putCode(row, sale.code());
   row.setAttribute(u"number", numberText(sale.number()));
   row.setAttribute(u"daysHeld", String::fromLong(sale.daysHeld()));
   row.setAttribute(u"comment", textValue(record, u"Comment"));
@@ -193,7 +208,7 @@ void addSale(XMLElement& section, const XMLElement& record) {
 void addDividend(XMLElement& section, const XMLElement& record) {
   const DividendFigures dividend(record);
   XMLElement& row = section.addSubElement(new XMLDividendReport, u"Dividends");
-  row.setAttribute(u"code", dividend.code());
+  putCode(row, dividend.code());
   row.setAttribute(u"number", numberText(dividend.numHeld()));
   row.setAttribute(u"rate", dividend.rateText());
   row.setAttribute(u"receivedAs", dividend.receivedAs());

@@ -32,6 +32,10 @@ std::vector<EventTable::ColumnOf> CashReserveTable::columnsOfEvents() const {
           {u"Balance", &balance, COMPARE_AMOUNT}};
 }
 
+String CashReserveTable::noEventsText() const {
+  return u"No cash is recorded.\nRecord what you paid in by Portfolios, Deposit Cash...";
+}
+
 void CashReserveTable::addAllEvents() {
   addEvents(portfolio().portfolio().subElement(u"CashReserve"), u"CashEvents", u"Date");
 }

@@ -21,6 +21,8 @@ protected:
   std::vector<ColumnOf> columnsOfEvents() const override;
   void addAllEvents() override;
   void rowPopup(const TableClick& click) override;
+  FXSelector editCommand() const override { return ID_EDIT; }
+  String noEventsText() const override;
   void clickColumn(const TableClick&) override {}
   void clickCorner() override {}
 

@@ -165,7 +165,9 @@ ChartModel priceChartModel(const String& code, const Portfolios& portfolios, con
   ChartModel model;
   model.title = code;
   model.unit = ChartUnit::PRICE;
-  model.emptyText = u"No prices to show yet.";
+  model.emptyText = u"No prices of " + code +
+                    u" are known in this time. Check the code by searching for the "
+                    u"company, try Tools, Refresh Prices, or show a longer time.";
   const SplitHistory splits(code, portfolios);
   model.series.push_back({u"Price", ChartColours::BLUE, ChartStyle::LINE, closes(code, splits, from, to)});
   if (model.series[0].points.empty())

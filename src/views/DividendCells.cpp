@@ -1,5 +1,6 @@
 #include "views/DividendCells.h"
 #include "engine/DividendFigures.h"
+#include "market/StockNames.h"
 #include "views/EventTable.h"
 
 namespace Tallymoor::DividendCells {
@@ -14,6 +15,10 @@ DividendFigures dividendOf(const Row& row) {
 
 CellResult code(Row& row) {
   return CellResult(dividendOf(row).code());
+}
+
+CellResult name(Row& row) {
+  return CellResult(StockNames::nameOf(dividendOf(row).code()));
 }
 
 CellResult onNumHeld(Row& row) {

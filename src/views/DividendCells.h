@@ -9,6 +9,8 @@ class Row;
 namespace DividendCells {
 
 CellResult code(Row& row);
+/// Of the company; empty where it is not known.
+CellResult name(Row& row);
 CellResult onNumHeld(Row& row);
 /// The text as it was recorded, with all its decimals.
 CellResult rate(Row& row);

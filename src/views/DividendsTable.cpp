@@ -40,6 +40,7 @@ std::vector<EventTable::ColumnOf> DividendsTable::columnsOfEvents() const {
   constexpr FXuint RIGHT = FXTableItem::RIGHT;
   constexpr FXuint CENTRED = 0;
   return {{u"Code", &code, COMPARE_TEXT, FXTableItem::LEFT},
+          {u"Name", &DividendCells::name, COMPARE_TEXT, FXTableItem::LEFT},
           {u"On Num Held", &onNumHeld, COMPARE_NUMBER},
           {u"Rate", &rate, COMPARE_NUMBER},
           {u"Value", &value, COMPARE_AMOUNT},
@@ -48,6 +49,10 @@ std::vector<EventTable::ColumnOf> DividendsTable::columnsOfEvents() const {
           {u"Received As", &receivedAs, COMPARE_TEXT, CENTRED},
           {u"Foreign Source", &foreignSource, COMPARE_TEXT, CENTRED, false},
           {u"Withholding Tax", &withholdingTax, COMPARE_AMOUNT, RIGHT, false}};
+}
+
+String DividendsTable::noEventsText() const {
+  return u"No dividends are recorded.\nRecord one by Portfolios, Receive a Dividend... (Ctrl+D).";
 }
 
 void DividendsTable::addAllEvents() {

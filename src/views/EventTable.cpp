@@ -6,6 +6,14 @@ namespace Tallymoor {
 
 FXIMPLEMENT_ABSTRACT(EventTable, PortfolioTable, nullptr, 0)
 
+namespace {
+
+const String EVENTS_LEFT_OUT =
+    u"Nothing is recorded in the days shown.\nA later view date shows more, and so do "
+    u"earlier financial years (Tools, Options).";
+
+} // namespace
+
 EventTable::EventTable(const String& name, SharePortfolioUser& portfolio, PortfolioCommands& commands,
                        FXComposite* parent, Watcher* watcher)
     : PortfolioTable(name, portfolio, commands, parent, watcher, COMPARE_OLDEST_FIRST) {}
@@ -16,7 +24,9 @@ void EventTable::fillTable() {
   for (const ColumnOf& column : columnsOfEvents())
     addColumn(std::make_unique<Column>(column.title, column.function, column.compareType,
                                        column.defaultVisible, column.justify));
+  m_leftSomeOut = false;
   addAllEvents();
+  setEmptyText(m_leftSomeOut ? EVENTS_LEFT_OUT : noEventsText());
   rebuild();
 }
 
@@ -24,8 +34,10 @@ void EventTable::addEvents(XMLElement& parent, std::u16string_view events, std::
   for (std::size_t i = 0; i < parent.numSubElements(events); ++i) {
     XMLElement& event = parent.subElement(events, i);
     const Date day = dateValue(event, date);
-    if (!dateShown(day))
+    if (!dateShown(day)) {
+      m_leftSomeOut = true;
       continue;
+    }
     m_rowData.push_back({&event, &portfolio()});
     addRow(std::make_unique<Row>(day.toString(DATE_DISPLAY_LOCAL), &m_rowData.back()));
   }
@@ -37,6 +49,11 @@ void EventTable::eventPopup(const TableClick& click, const Entry& edit, const En
   menu.addSeparator();
   menu.addCommand(remove.text, remove.command);
   menu.run(click.screenX, click.screenY);
+}
+
+void EventTable::editRow(Row& row) {
+  setInputRow(&row);
+  handle(this, FXSEL(SEL_COMMAND, editCommand()), nullptr);
 }
 
 XMLElement* EventTable::inputEvent() const {

@@ -47,11 +47,17 @@ protected:
 
   /// The row's popup: a way to edit its event, and below it one to delete it.
   void eventPopup(const TableClick& click, const Entry& edit, const Entry& remove);
+  /// The command that edits the event of the input row.
+  virtual FXSelector editCommand() const = 0;
+  void editRow(Row& row) override;
+  /// What stands there while no event of the kind is recorded: how one is.
+  virtual String noEventsText() const = 0;
   /// The event behind the row whose popup was opened; null when there is none.
   XMLElement* inputEvent() const;
 
 private:
   std::list<EventRow> m_rowData;
+  bool m_leftSomeOut = false;
 };
 
 } // namespace Tallymoor

@@ -2,6 +2,7 @@
 #include "engine/HoldingOnDay.h"
 #include "engine/SharePortfolioUser.h"
 #include "foundation/Amounts.h"
+#include "market/StockNames.h"
 #include "market/TallymoorInternet.h"
 #include "views/CellFigures.h"
 #include "views/HeldShareRow.h"
@@ -94,6 +95,10 @@ double heldValueSince(const HeldShareRow& share, const Date& date) {
 
 namespace HeldShareCells {
 
+CellResult name(Row& row) {
+  return CellResult(StockNames::nameOf(shareOf(row).code));
+}
+
 CellResult number(Row& row) {
   const HeldShareRow& share = shareOf(row);
   return CellResult(share.numberOnDay ? *share.numberOnDay : costOf(share).number, CELL_NUMBER);
@@ -181,6 +186,10 @@ CellResult daysHeld(Row& row) {
 
 CellResult buyDate(Row& row) {
   return CellResult(dateValue(*shareOf(row).buyEvent, u"BuyDate"));
+}
+
+CellResult comment(Row& row) {
+  return CellResult(textValue(*shareOf(row).buyEvent, u"Comment"));
 }
 
 } // namespace HeldShareCells

@@ -13,6 +13,8 @@ struct HeldShareRow;
 /// throw where a price can't be had, which costs the cell. A figure that is not finite is an empty text.
 namespace HeldShareCells {
 
+/// Of the company; empty where it is not known.
+CellResult name(Row& row);
 CellResult number(Row& row);
 CellResult buyPrice(Row& row);
 /// For a whole share it also tints the row and warns where the price has left its limits.
@@ -32,6 +34,8 @@ CellResult percentInMinMax(Row& row);
 CellResult portfolioPercent(Row& row);
 CellResult daysHeld(Row& row);
 CellResult buyDate(Row& row);
+/// What the user has noted about the purchase.
+CellResult comment(Row& row);
 
 } // namespace HeldShareCells
 

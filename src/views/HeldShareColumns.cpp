@@ -18,6 +18,10 @@ Column& add(Table& table, const char16_t* title, Column::Function function, Comp
                                                   editing == Editing::Yes));
 }
 
+void addText(Table& table, const char16_t* title, Column::Function function) {
+  table.addColumn(std::make_unique<Column>(title, function, COMPARE_TEXT, true, FXTableItem::LEFT));
+}
+
 /// From the current value to the gross gain both tables agree.
 void addValueColumns(Table& table) {
   add(table, u"Purchase Value", &purchaseValue, COMPARE_AMOUNT);
@@ -35,6 +39,7 @@ void addValueColumns(Table& table) {
 } // namespace
 
 void declareHeldShareColumns(Table& table) {
+  addText(table, u"Name", &HeldShareCells::name);
   add(table, u"Number", &number, COMPARE_NUMBER);
   add(table, u"Buy Price", &buyPrice, COMPARE_AMOUNT);
   add(table, u"Price Now", &priceNow, COMPARE_AMOUNT, Editing::Yes);
@@ -55,6 +60,7 @@ void declarePurchaseColumns(Table& table) {
   addValueColumns(table);
   add(table, u"Buy Date", &buyDate, COMPARE_OLDEST_FIRST);
   add(table, u"Days Held", &daysHeld, COMPARE_NUMBER);
+  addText(table, u"Comment", &HeldShareCells::comment);
 }
 
 } // namespace Tallymoor

@@ -15,6 +15,8 @@ public:
   virtual void buyShares(const String& code) = 0;
   /// Likewise for a sale.
   virtual void sellShares(const String& code) = 0;
+  /// Shows the page of the share's purchases; nothing happens where there is none, as under a view date.
+  virtual void showPurchases(const String& code) = 0;
   /// The portfolio's records have just changed: its tables stop reading them at once, and everything that
   /// shows them is made anew when the running handler has returned.
   virtual void transactionMade() = 0;

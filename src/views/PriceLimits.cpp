@@ -22,6 +22,10 @@ String money(double amount) {
   return Platform::Instance().currencyFormat(amount);
 }
 
+String limitText(double limit) {
+  return showsAsZero(limit) ? String() : money(limit);
+}
+
 String minKey(const String& code) {
   return u"minvalue" + SEPARATOR + code;
 }
@@ -37,6 +41,11 @@ void warn(const String& text, const String& key) {
   UserInteraction::Instance().warnOnce(text, u"Warning from Tallymoor!", key, WARNING_LEVEL);
 }
 
+void warningOver(const String& key) {
+  if (!Date::hasFixedDate())
+    UserInteraction::Instance().warningOver(key);
+}
+
 } // namespace
 
 bool PriceLimits::areNone() const {
@@ -44,19 +53,17 @@ bool PriceLimits::areNone() const {
 }
 
 String PriceLimits::text() const {
-  return areNone() ? String() : fullText();
+  return areNone() ? String() : limitText(min) + SEPARATOR + limitText(max);
 }
 
-String PriceLimits::fullText() const {
-  return money(min) + SEPARATOR + money(max);
-}
-
-PriceLimits PriceLimits::MinMaxFromString(const String& text) {
-  if (text.empty())
+PriceLimits PriceLimits::MinMaxFromString(const String& typed) {
+  if (typed.empty())
     return {};
+  // So that a limit alone is found whether or not the blank on its other side was typed.
+  const String text = u" " + typed + u" ";
   const std::size_t split = text.find(SEPARATOR);
   if (split == String::npos)
-    throw Exception(String(u"SharesHeldTable::MinMaxFromString - bad min/max format ") + text);
+    throw Exception(String(u"SharesHeldTable::MinMaxFromString - bad min/max format ") + typed);
   Platform& platform = Platform::Instance();
   return {platform.parseAmount(text.substr(0, split)),
           platform.parseAmount(text.substr(split + SEPARATOR.size()))};
@@ -99,21 +106,25 @@ std::optional<PriceLimits> changedLimits(const String& typed, const String& show
 
 bool checkLimits(Row& row, const String& code, const PriceLimits& limits, double price) {
   const auto priceNow = tenThousandths(price);
-  if (priceNow < tenThousandths(limits.min) && !showsAsZero(limits.min)) {
+  const bool below = priceNow < tenThousandths(limits.min) && !showsAsZero(limits.min);
+  const bool above = !below && priceNow > tenThousandths(limits.max) && !showsAsZero(limits.max);
+  const String minWarning = code + u"min warning", maxWarning = code + u"max warning";
+  if (below) {
     row.setColour(belowLimitTint());
-    warn(code + u" has dropped below " + money(limits.min) + u" and is now at " + money(price),
-         code + u"min warning");
-    return true;
+    warn(code + u" has dropped below " + money(limits.min) + u" and is now at " + money(price), minWarning);
+  } else {
+    warningOver(minWarning);
   }
-  if (priceNow > tenThousandths(limits.max) && !showsAsZero(limits.max)) {
+  if (above) {
     row.setColour(aboveLimitTint());
     // No blank after "above": the text is known by its letters.
-    warn(code + u" has increased above" + money(limits.max) + u" and is now at " + money(price),
-         code + u"max warning");
-    return true;
+    warn(code + u" has increased above" + money(limits.max) + u" and is now at " + money(price), maxWarning);
+  } else {
+    warningOver(maxWarning);
   }
-  row.resetColour();
-  return false;
+  if (!below && !above)
+    row.resetColour();
+  return below || above;
 }
 
 } // namespace Tallymoor

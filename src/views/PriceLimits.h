@@ -17,14 +17,13 @@ struct PriceLimits {
   double max = 0.0;
 
   bool areNone() const;
-  /// "$1.00 - $2.00"; an empty text for none.
+  /// "$1.00 - $2.00"; a limit that is not set is left out ("$1.00 - "), and none give an empty text.
   String text() const;
-  /// The same, "$0.00 - $0.00" for none.
-  String fullText() const;
 
   /// Reads a text of that form as the user types it. Throws Exception "SharesHeldTable::MinMaxFromString -
-  /// bad min/max format " and the text, when there is no " - " in it.
-  static PriceLimits MinMaxFromString(const String& text);
+  /// bad min/max format " and the text, when there is no " - " in it, nor a "- " before or a " -" behind one
+  /// price.
+  static PriceLimits MinMaxFromString(const String& typed);
   /// The user's limits as a held share has them.
   static PriceLimits ofHeldShare(const XMLElement& heldShare);
   /// The user's limits as the settings have them.

@@ -70,6 +70,11 @@ void ShareHeldTable::rowPopup(const TableClick& click) {
   menu.run(click.screenX, click.screenY);
 }
 
+void ShareHeldTable::editRow(Row& row) {
+  setInputRow(&row);
+  onEdit(this, 0, nullptr);
+}
+
 long ShareHeldTable::onEdit(FXObject*, FXSelector, void*) {
   return guardedHandler(u"ShareHeldTable::onEdit failed.", [this] {
     if (inputRow())

@@ -19,6 +19,7 @@ public:
 protected:
   void fillTable() override;
   void rowPopup(const TableClick& click) override;
+  void editRow(Row& row) override;
   /// Every row shows the one share.
   void markPrice(const String& code) override;
 

@@ -18,6 +18,7 @@
 #include "views/PerformanceView.h"
 #include "views/PortfolioPerformanceTable.h"
 #include "views/PriceWatch.h"
+#include "views/SharesHeldTable.h"
 #include "views/SharesHeldTreeItem.h"
 #include "views/SharesSoldTreeItem.h"
 #include "views/SummaryFrame.h"
@@ -144,7 +145,7 @@ void SharePortfolioTreeItem::buildSummary() {
   m_gainTodayLabel = summary.addFigure(u"Gain today (index)");
   m_gainWeekLabel = summary.addFigure(u"Gain this week (index)");
   summary.addButton(u" set index ", this, ID_PROPERTIES);
-  m_trendLabel = m_portfolio->hasComparisonIndex() ? summary.addRemark() : nullptr;
+  m_trendLabel = summary.addRemark();
 }
 
 void SharePortfolioTreeItem::showCapital() {
@@ -181,6 +182,10 @@ void SharePortfolioTreeItem::readIndexFigures() {
   m_indexGainToday = m_indexGainWeek = u"n/a";
   if (!m_portfolio->hasComparisonIndex()) {
     m_watchedIndex->watch({});
+    m_indexTrend = u"No index to compare with yet: \"set index\" chooses one.";
+    m_indexTrendTip =
+        u"With an index, as that of your stock exchange, you see here and in the table whether the "
+        u"portfolio does better than its market.";
     return;
   }
   m_watchedIndex->watch({m_portfolio->comparisonIndex()});
@@ -278,6 +283,15 @@ void SharePortfolioTreeItem::sellShares(const String& code) {
   transactionMade();
   m_portfolio->sellShares(panel.code(), panel.date(), panel.number(), panel.price(), panel.brokerage(), true,
                           panel.comments());
+}
+
+void SharePortfolioTreeItem::showPurchases(const String& code) {
+  SharesHeldTreeItem* const purchases = m_sharesHeldItem ? m_sharesHeldItem->purchasesOf(code) : nullptr;
+  if (!purchases || !purchases->table())
+    return;
+  tree()->makeItemVisible(purchases);
+  purchases->activate();
+  purchases->table()->takeKeyboard();
 }
 
 void SharePortfolioTreeItem::receiveDividend() {

@@ -50,6 +50,7 @@ public:
 
   void buyShares(const String& code) override;
   void sellShares(const String& code) override;
+  void showPurchases(const String& code) override;
   void transactionMade() override;
   void priceTyped(const String& code, const Date& date, double price) override;
   void limitsTyped(const String& code, const PriceLimits& limits) override;
@@ -117,7 +118,7 @@ private:
   FXLabel* m_percentCashLabel = nullptr;
   FXLabel* m_gainTodayLabel = nullptr;
   FXLabel* m_gainWeekLabel = nullptr;
-  FXLabel* m_trendLabel = nullptr; ///< null without an index
+  FXLabel* m_trendLabel = nullptr; ///< without an index, how to choose one
   String m_indexGainToday;         ///< a percentage, "n/a" or "failed"
   String m_indexGainWeek;
   String m_indexTrend;    ///< what the label shows

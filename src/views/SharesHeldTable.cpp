@@ -69,6 +69,9 @@ void SharesHeldTable::watchShares() {
 
 void SharesHeldTable::fillTable() {
   clearShares();
+  setEmptyText(Date::hasFixedDate() ? u"No shares were held on the day shown."
+                                    : u"No shares are held.\nRecord a purchase by Portfolios, Buy Shares... "
+                                      u"(Ctrl+B).");
   declareHeldShareColumns(*this);
   const SharePortfolioCapitalRecordUser& record = portfolio().capitalRecord();
   if (record.hasDayCap(Date())) {
@@ -187,6 +190,10 @@ void SharesHeldTable::rowPopup(const TableClick& click) {
     menu.addCommand(u"Delete from records!...", ID_DELETE);
   }
   menu.run(click.screenX, click.screenY);
+}
+
+void SharesHeldTable::editRow(Row& row) {
+  commands().showPurchases(String(row.payload<HeldShareRow>().code));
 }
 
 const String& SharesHeldTable::deletionWarning() {

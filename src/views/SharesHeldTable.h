@@ -42,6 +42,8 @@ protected:
 
   void fillTable() override;
   void rowPopup(const TableClick& click) override;
+  /// A whole share is the sum of its purchases, which are shown.
+  void editRow(Row& row) override;
   void cellEdited(Column& column, Row& row) override;
   /// A price of that code came: what has to be refreshed.
   virtual void markPrice(const String& code);

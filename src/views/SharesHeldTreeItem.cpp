@@ -69,6 +69,13 @@ SharesHeldTable* SharesHeldTreeItem::table() const {
   return static_cast<SharesHeldTable*>(PortfolioTableTreeItem::table());
 }
 
+SharesHeldTreeItem* SharesHeldTreeItem::purchasesOf(const String& code) const {
+  for (TreeViewItem* child = firstChild(); child; child = child->nextSibling())
+    if (auto* purchases = static_cast<SharesHeldTreeItem*>(child); purchases->code() == code)
+      return purchases;
+  return nullptr;
+}
+
 void SharesHeldTreeItem::update() {
   if (!isPurchases())
     HandlerScope::whenDone(this, [this] { updateChildren(); });

@@ -35,6 +35,8 @@ public:
 
   /// Empty on "Shares Held".
   const String& code() const { return m_code; }
+  /// The node of a share's purchases below this one; null when there is none.
+  SharesHeldTreeItem* purchasesOf(const String& code) const;
   /// Null when building the node failed.
   SharesHeldTable* table() const;
   /// Null on "Shares Held", and when building the node failed.

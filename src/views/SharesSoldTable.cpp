@@ -35,6 +35,7 @@ SharesSoldTable::SharesSoldTable(SharePortfolioUser& portfolio, PortfolioCommand
 std::vector<EventTable::ColumnOf> SharesSoldTable::columnsOfEvents() const {
   using namespace SoldShareCells;
   return {{u"Stock Code", &stockCode},
+          {u"Name", &SoldShareCells::name, COMPARE_TEXT, FXTableItem::LEFT},
           {u"Num Sold", &numSold, COMPARE_NUMBER},
           {u"Buy Price", &buyPrice, COMPARE_AMOUNT},
           {u"Sell Price", &sellPrice, COMPARE_AMOUNT},
@@ -48,7 +49,12 @@ std::vector<EventTable::ColumnOf> SharesSoldTable::columnsOfEvents() const {
           {u"Annualised Net Gain", &annualisedNetGain, COMPARE_PERCENT},
           {u"Buy Date", &buyDate, COMPARE_NEWEST_FIRST},
           {u"Sell Date", &sellDate, COMPARE_NEWEST_FIRST},
-          {u"Days Held", &daysHeld, COMPARE_NUMBER}};
+          {u"Days Held", &daysHeld, COMPARE_NUMBER},
+          {u"Comment", &comment, COMPARE_TEXT, FXTableItem::LEFT}};
+}
+
+String SharesSoldTable::noEventsText() const {
+  return u"No sales are recorded.\nRecord one by Portfolios, Sell Shares... (Ctrl+L).";
 }
 
 void SharesSoldTable::addAllEvents() {

@@ -20,6 +20,8 @@ protected:
   std::vector<ColumnOf> columnsOfEvents() const override;
   void addAllEvents() override;
   void rowPopup(const TableClick& click) override;
+  FXSelector editCommand() const override { return ID_EDIT; }
+  String noEventsText() const override;
 
 private:
   void deleteSale(const XMLElement& sale);

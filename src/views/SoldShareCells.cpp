@@ -1,7 +1,9 @@
 #include "views/SoldShareCells.h"
 #include "engine/SaleFigures.h"
+#include "market/StockNames.h"
 #include "views/CellFigures.h"
 #include "views/EventTable.h"
+#include "xml/Leaves.h"
 
 namespace Tallymoor::SoldShareCells {
 
@@ -15,6 +17,10 @@ SaleFigures saleOf(const Row& row) {
 
 CellResult stockCode(Row& row) {
   return CellResult(saleOf(row).code());
+}
+
+CellResult name(Row& row) {
+  return CellResult(StockNames::nameOf(saleOf(row).code()));
 }
 
 CellResult numSold(Row& row) {
@@ -71,6 +77,10 @@ CellResult sellDate(Row& row) {
 
 CellResult daysHeld(Row& row) {
   return CellResult(saleOf(row).daysHeld());
+}
+
+CellResult comment(Row& row) {
+  return CellResult(textValue(*row.payload<EventRow>().event, u"Comment"));
 }
 
 } // namespace Tallymoor::SoldShareCells

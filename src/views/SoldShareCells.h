@@ -10,6 +10,8 @@ class Row;
 namespace SoldShareCells {
 
 CellResult stockCode(Row& row);
+/// Of the company; empty where it is not known.
+CellResult name(Row& row);
 CellResult numSold(Row& row);
 CellResult buyPrice(Row& row);
 CellResult sellPrice(Row& row);
@@ -24,6 +26,8 @@ CellResult annualisedNetGain(Row& row);
 CellResult buyDate(Row& row);
 CellResult sellDate(Row& row);
 CellResult daysHeld(Row& row);
+/// What the user has noted about the sale.
+CellResult comment(Row& row);
 
 } // namespace SoldShareCells
 

@@ -2,6 +2,7 @@
 #include "engine/Indicators.h"
 #include "foundation/Amounts.h"
 #include "foundation/Exception.h"
+#include "market/StockNames.h"
 #include "market/TallymoorInternet.h"
 #include "views/CellFigures.h"
 #include "views/HeldShareRow.h"
@@ -69,6 +70,10 @@ void tint(Row& row, double price) {
 
 namespace WatchlistCells {
 
+CellResult name(Row& row) {
+  return CellResult(StockNames::nameOf(codeOf(row)));
+}
+
 CellResult priceNow(Row& row) {
   const double price = priceOn(codeOf(row), Date());
   tint(row, price);
@@ -115,7 +120,7 @@ CellResult financialYearPercent(Row& row) {
 }
 
 CellResult priceMinMax(Row& row) {
-  return CellResult(PriceLimits::ofStock(codeOf(row)).fullText());
+  return CellResult(PriceLimits::ofStock(codeOf(row)).text());
 }
 
 CellResult percentInMinMax(Row& row) {
@@ -158,6 +163,8 @@ void addGainColumns(Table& table) {
 } // namespace
 
 void declareWatchlistColumns(Table& table) {
+  table.addColumn(
+      std::make_unique<Column>(u"Name", &WatchlistCells::name, COMPARE_TEXT, true, FXTableItem::LEFT));
   add(table, u"Price Now", &priceNow, COMPARE_AMOUNT);
   addGainColumns(table);
   declareTrendColumns(table, true);

@@ -11,6 +11,8 @@ class Table;
 /// A figure that is not finite is an empty text.
 namespace WatchlistCells {
 
+/// Of the company; empty where it is not known.
+CellResult name(Row& row);
 /// Also tints the row: red or green, with a warning, where the price has left the limits; otherwise blue
 /// where it is a buy signal.
 CellResult priceNow(Row& row);

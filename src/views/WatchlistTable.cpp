@@ -54,8 +54,16 @@ void WatchlistTable::fillTable() {
   // comes back.
   if (!Date::hasFixedDate())
     m_watchedCodes.watch(std::set<String>(m_codes.begin(), m_codes.end()));
+  setEmptyText(emptyText());
   rebuild();
   choiceChanged();
+}
+
+String WatchlistTable::emptyText() const {
+  return editable()
+             ? u"This watchlist is empty.\nRight-click its name in the tree and choose \"Add a stock to "
+               u"watch...\"."
+             : u"This portfolio holds no shares.\nWhat you buy is listed here by itself.";
 }
 
 double WatchlistTable::capital() const {
@@ -88,7 +96,7 @@ void WatchlistTable::cellEdited(Column& column, Row& row) {
     return;
   const String& code = row.payload<HeldShareRow>().code;
   const PriceLimits old = PriceLimits::ofStock(code);
-  if (const auto limits = changedLimits(shownText(column, row), old.fullText(), old)) {
+  if (const auto limits = changedLimits(shownText(column, row), old.text(), old)) {
     m_commands->limitsTyped(code, *limits);
     choiceChanged(); // for what is drawn of the limits
   }
@@ -103,6 +111,11 @@ void WatchlistTable::rowPopup(const TableClick& click) {
   menu.addCommand(String(u"Remove stock ") + code + u" from watchlist", ID_REMOVE);
   menu.addCommand(String(u"Buy stock ") + code + u"...", ID_BUY);
   menu.run(click.screenX, click.screenY);
+}
+
+void WatchlistTable::editRow(Row& row) {
+  if (const FXint limits = getColumn(&WatchlistCells::priceMinMax).index(); limits >= 0)
+    startInput(row.index(), limits);
 }
 
 long WatchlistTable::onRemoveRow(FXObject*, FXSelector, void*) {

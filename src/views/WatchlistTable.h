@@ -51,10 +51,13 @@ public:
 protected:
   void fillTable() override;
   void rowPopup(const TableClick& click) override;
+  /// What can be changed of a stock are its limits.
+  void editRow(Row& row) override;
   void cellEdited(Column& column, Row& row) override;
 
 private:
   bool editable() const { return m_kind == Kind::USERS_LIST; }
+  String emptyText() const;
   void removeCode(const String& code);
   void choiceChanged() const;
 

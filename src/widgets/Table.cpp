@@ -2,6 +2,7 @@
 #include "foundation/Exception.h"
 #include "foundation/RunTimeSettings.h"
 #include "foundation/UserInteraction.h"
+#include "widgets/BesideCells.h"
 #include "widgets/Colours.h"
 #include "widgets/FlagScope.h"
 #include "widgets/HandlerScope.h"
@@ -22,6 +23,7 @@ constexpr FXint EXTRA_WIDTH = 20; ///< of columns and of the row header, around 
 constexpr FXint CELL_MARGIN = 3;
 constexpr FXint GRID_WIDTH = 2; ///< what each row and column counts for in a table as large as its contents
 constexpr FXint TOTALS_OFFSET = 6;
+constexpr FXuint HEADER_STYLE = HEADER_TRACKING | HEADER_BUTTON | HEADER_RESIZE | FRAME_RAISED | FRAME_THICK;
 
 FXuint layoutOptions(bool fillsParent) {
   if (fillsParent)
@@ -51,6 +53,12 @@ Table::~Table() {
 void Table::buildHeaders() {
   delete colHeader;
   colHeader = new TableHeader(this, ID_SELECT_COLUMN_INDEX);
+  delete rowHeader;
+  rowHeader = new BesideCells<FXHeader>(this, this, static_cast<FXSelector>(ID_SELECT_ROW_INDEX),
+                                        HEADER_VERTICAL | HEADER_STYLE | LAYOUT_FIX_WIDTH);
+  delete cornerButton;
+  cornerButton = new BesideCells<FXButton>(
+      this, FXString(), nullptr, this, static_cast<FXSelector>(ID_SELECT_ALL), FRAME_RAISED | FRAME_THICK);
   FXFont* normal = measuredFont(getApp()->getNormalFont());
   setFont(normal);
   setColumnHeaderFont(normal);
@@ -370,6 +378,38 @@ void Table::restoreCurrentCell() {
   const FXint column = getColumn(kept.column).index();
   if (column >= 0)
     setCurrentItem(getRow(kept.rowKey), column);
+}
+
+// Without rows
+
+void Table::setEmptyText(const String& text) {
+  m_emptyText = text;
+  update();
+}
+
+long Table::onPaint(FXObject* sender, FXSelector selector, void* data) {
+  FXTable::onPaint(sender, selector, data);
+  if (shownEmptyText().empty())
+    return 1;
+  FXDCWindow dc(this, static_cast<FXEvent*>(data));
+  drawEmptyText(dc);
+  return 1;
+}
+
+/// In the middle, line by line.
+void Table::drawEmptyText(FXDC& dc) const {
+  const FXString text = toFox(m_emptyText);
+  const FXint top = getColumnHeaderHeight();
+  const FXint lineHeight = font->getFontHeight();
+  const FXint lines = text.contains('\n') + 1;
+  FXint y = top + std::max(0, (height - top - lines * lineHeight) / 2) + font->getFontAscent();
+  dc.setFont(font);
+  dc.setForeground(getTextColor());
+  for (FXint line = 0; line < lines; ++line, y += lineHeight) {
+    const FXString shown = text.section('\n', line);
+    const FXint x = std::max(0, (width - font->getTextWidth(shown)) / 2);
+    dc.drawText(x, y, shown);
+  }
 }
 
 // Prices from another thread

@@ -121,6 +121,15 @@ public:
   void markAllStale();
   void markRoundFinished();
 
+  /// What stands in the place of the rows while there are none: what the user can do about it. Empty for
+  /// nothing.
+  void setEmptyText(const String& text);
+  /// The same while it is in sight; empty when there are rows.
+  String shownEmptyText() const { return m_placedRows.empty() ? m_emptyText : String(); }
+
+  /// Gives the keyboard to the cells; an edit under way ends with what was typed.
+  void takeKeyboard();
+
   void startInput(FXint row, FXint column) override;
   void cancelInput() override;
   void acceptInput(FXbool notify = FALSE) override;
@@ -136,6 +145,9 @@ public:
   long onRemoveColumn(FXObject* sender, FXSelector selector, void* data);
   long onResetColumns(FXObject* sender, FXSelector selector, void* data);
   long onMouseWheel(FXObject* sender, FXSelector selector, void* data);
+  /// A double click or Return: where the cell can be typed into, that begins; otherwise the row is edited.
+  long onDoubleClick(FXObject* sender, FXSelector selector, void* data);
+  long onPaint(FXObject* sender, FXSelector selector, void* data);
   /// The menu key opens the popup of the current row, the up arrow in the first row leads to the column
   /// header, and the tab key leaves the table.
   long onKeyPress(FXObject* sender, FXSelector selector, void* data);
@@ -160,6 +172,9 @@ protected:
   virtual void columnPopup(const TableClick& click);
   /// Opens the menu of the row's commands, after setInputRow for them; nothing here.
   virtual void rowPopup(const TableClick& click);
+  /// A double click on the row, or Return, where the cell itself can't be typed into: opens what the row is
+  /// edited with, after setInputRow for it; nothing here.
+  virtual void editRow(Row& row);
   /// Sorts by the column, or reverses the order.
   virtual void clickColumn(const TableClick& click);
   /// The user has typed a text into this cell; it is the toolkit's text of the cell. The table is rebuilt
@@ -211,6 +226,7 @@ private:
   void resetCells(const Row& row);
   void repaintRow(const Row& row) const;
   void sortBy(Column::Function function);
+  void drawEmptyText(FXDC& dc) const;
   void openRowPopup(Row* row, FXint screenX, FXint screenY);
   long openPopupOfCurrentRow();
   void haveCurrentCell();
@@ -218,6 +234,7 @@ private:
   void refreshRows(const StaleMarks::Taken& marks);
 
   String m_name;
+  String m_emptyText;
   ColumnChoice m_choice;
   std::vector<std::unique_ptr<Column>> m_columns; ///< in order of declaration
   std::vector<Column*> m_visibleColumns;          ///< by position in the toolkit's table

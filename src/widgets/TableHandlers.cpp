@@ -29,7 +29,9 @@ tableMap[] = {
     FXMAPFUNC(SEL_COMMAND, Table::ID_SELECT_COLUMNS, Table::onSelectColumns),
     FXMAPFUNC(SEL_COMMAND, Table::ID_REMOVE_COLUMN, Table::onRemoveColumn),
     FXMAPFUNC(SEL_COMMAND, Table::ID_RESET_COLUMNS, Table::onResetColumns),
+    FXMAPFUNC(SEL_DOUBLECLICKED, Table::ID_TABLE, Table::onDoubleClick),
     FXMAPFUNC(SEL_MOUSEWHEEL, 0, Table::onMouseWheel),
+    FXMAPFUNC(SEL_PAINT, 0, Table::onPaint),
     FXMAPFUNC(SEL_KEYPRESS, 0, Table::onKeyPress),
     FXMAPFUNC(SEL_FOCUSIN, 0, Table::onFocusIn),
 };
@@ -106,6 +108,14 @@ long Table::onFocusIn(FXObject* sender, FXSelector selector, void* data) {
   return handled;
 }
 
+void Table::takeKeyboard() {
+  if (editor)
+    acceptInput(TRUE);
+  if (FXWindow* part = getFocus())
+    part->killFocus();
+  setFocus();
+}
+
 /// Not while a cell is edited: the toolkit would end that when another cell becomes the current one.
 void Table::haveCurrentCell() {
   if (!editor && getCurrentRow() < 0 && getNumRows() > 0 && getNumColumns() > 0)
@@ -166,6 +176,15 @@ long Table::onLeftClickCorner(FXObject* sender, FXSelector, void*) {
   });
 }
 
+/// Return comes here as well. Not handled where the cell can be typed into: the toolkit then begins that.
+long Table::onDoubleClick(FXObject*, FXSelector, void*) {
+  const Column* const column = columnAt(getCurrentColumn());
+  Row* const row = rowAt(getCurrentRow());
+  if (!row || !column || column->editable())
+    return 0;
+  return guardedHandler(u"Table::onDoubleClick failed.", [&] { editRow(*row); });
+}
+
 long Table::onSwallow(FXObject*, FXSelector, void*) {
   return 1;
 }
@@ -184,6 +203,8 @@ void Table::rightClickCell(const TableClick&) {}
 void Table::leftClickCell(const TableClick&) {}
 
 void Table::rowPopup(const TableClick&) {}
+
+void Table::editRow(Row&) {}
 
 void Table::clickColumn(const TableClick& click) {
   sortBy(click.column->function());

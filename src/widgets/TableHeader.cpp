@@ -11,9 +11,12 @@ namespace Tallymoor {
 
 FXDEFMAP(TableHeader)
 tableHeaderMap[] = {
-    FXMAPFUNC(SEL_MOTION, 0, TableHeader::onMotion),     FXMAPFUNC(SEL_PAINT, 0, TableHeader::onPaint),
-    FXMAPFUNC(SEL_FOCUSIN, 0, TableHeader::onFocusIn),   FXMAPFUNC(SEL_FOCUSOUT, 0, TableHeader::onFocusOut),
+    FXMAPFUNC(SEL_MOTION, 0, TableHeader::onMotion),
+    FXMAPFUNC(SEL_PAINT, 0, TableHeader::onPaint),
+    FXMAPFUNC(SEL_FOCUSIN, 0, TableHeader::onFocusIn),
+    FXMAPFUNC(SEL_FOCUSOUT, 0, TableHeader::onFocusOut),
     FXMAPFUNC(SEL_KEYPRESS, 0, TableHeader::onKeyPress),
+    FXMAPFUNC(SEL_FOCUS_SELF, 0, TableHeader::onFocusSelf),
 };
 
 FXIMPLEMENT(TableHeader, FXHeader, tableHeaderMap, ARRAYNUMBER(tableHeaderMap))
@@ -45,6 +48,11 @@ void TableHeader::takeKeyboard(FXint column) {
   m_place = std::clamp(column, CORNER, getNumItems() - 1);
   setFocus();
   moveTo(m_place);
+}
+
+long TableHeader::onFocusSelf(FXObject*, FXSelector, void*) {
+  m_table->takeKeyboard();
+  return 1;
 }
 
 long TableHeader::onFocusIn(FXObject* sender, FXSelector selector, void* data) {

@@ -21,6 +21,8 @@ public:
 
   long onMotion(FXObject* sender, FXSelector selector, void* data);
   long onPaint(FXObject* sender, FXSelector selector, void* data);
+  /// Comes of a click, which sorts and leaves the keyboard in the cells.
+  long onFocusSelf(FXObject* sender, FXSelector selector, void* data);
   long onFocusIn(FXObject* sender, FXSelector selector, void* data);
   long onFocusOut(FXObject* sender, FXSelector selector, void* data);
   long onKeyPress(FXObject* sender, FXSelector selector, void* data);

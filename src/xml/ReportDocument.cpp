@@ -54,7 +54,7 @@ XMLSharesHeldAt::XMLSharesHeldAt() : XMLReportElement(u"SharesHeldAt") {
 }
 
 XMLShareHeldAt::XMLShareHeldAt() : XMLReportElement(u"ShareHeldAt") {
-  declareTexts({u"code", u"number", u"daysHeld"});
+  declareTexts({u"code", u"name", u"number", u"daysHeld", u"comment"});
   declareValues(
       {u"buyPrice", u"price", u"purchaseValue", u"value", u"grossGain", u"gainPercent", u"portfolioPercent"});
 }
@@ -69,7 +69,7 @@ XMLSalesReport::XMLSalesReport() : XMLReportElement(u"SalesReport") {
 }
 
 XMLSaleReport::XMLSaleReport() : XMLReportElement(u"SaleReport") {
-  declareTexts({u"code", u"number", u"daysHeld", u"comment"});
+  declareTexts({u"code", u"name", u"number", u"daysHeld", u"comment"});
   declareValues({u"bought", u"sold", u"buyPrice", u"sellPrice", u"grossCost", u"grossSale", u"grossProfit",
                  u"brokerage", u"netProfit", u"netGain"});
 }
@@ -80,7 +80,7 @@ XMLDividendsReport::XMLDividendsReport() : XMLReportElement(u"DividendsReport") 
 }
 
 XMLDividendReport::XMLDividendReport() : XMLReportElement(u"DividendReport") {
-  declareTexts({u"code", u"number", u"rate", u"receivedAs", u"foreignSource"});
+  declareTexts({u"code", u"name", u"number", u"rate", u"receivedAs", u"foreignSource"});
   declareValues({u"received", u"value", u"percentFranked", u"frankingCredit", u"withholdingTax"});
 }
 

@@ -70,8 +70,8 @@ public:
   XMLSharesHeldAt();
 };
 
-/// Texts "code", "number", "daysHeld". Values "buyPrice", "price", "purchaseValue", "value", "grossGain",
-/// "gainPercent", "portfolioPercent".
+/// Texts "code", "name", "number", "daysHeld", "comment" (those of the purchases). Values "buyPrice",
+/// "price", "purchaseValue", "value", "grossGain", "gainPercent", "portfolioPercent".
 class XMLShareHeldAt : public XMLReportElement {
 public:
   XMLShareHeldAt();
@@ -89,7 +89,7 @@ public:
   XMLSalesReport();
 };
 
-/// Texts "code", "number", "daysHeld", "comment". Values "bought", "sold", "buyPrice", "sellPrice",
+/// Texts "code", "name", "number", "daysHeld", "comment". Values "bought", "sold", "buyPrice", "sellPrice",
 /// "grossCost", "grossSale", "grossProfit", "brokerage", "netProfit", "netGain".
 class XMLSaleReport : public XMLReportElement {
 public:
@@ -102,7 +102,7 @@ public:
   XMLDividendsReport();
 };
 
-/// Texts "code", "number", "rate", "receivedAs", "foreignSource". Values "received", "value",
+/// Texts "code", "name", "number", "rate", "receivedAs", "foreignSource". Values "received", "value",
 /// "percentFranked", "frankingCredit", "withholdingTax".
 class XMLDividendReport : public XMLReportElement {
 public:

@@ -1,4 +1,5 @@
 #include "ReportTest.h"
+#include "market/StockNames.h"
 #include <gmock/gmock.h>
 
 namespace Tallymoor {
@@ -65,7 +66,7 @@ TEST_F(ReportBuilderTest, HoldingsAreThoseOfTheEndWithWhatWasSoldSince) {
   expectValues(held, {{u"date", u"31/1/2026 31/01/2026"}});
   ASSERT_EQ(held.numSubElements(u"Shares"), 1u);
   const XMLElement& row = held.subElement(u"Shares");
-  expectTexts(row, {{u"code", u"ABC.AX"}, {u"number", u"202.00"}, {u"daysHeld", u"52"}});
+  expectTexts(row, {{u"code", u"ABC.AX"}, {u"name", u""}, {u"number", u"202.00"}, {u"daysHeld", u"52"}});
   expectValues(row, {{u"buyPrice", u"15.0990 15.0990"},
                      {u"price", u"22.0000 22.00"},
                      {u"purchaseValue", u"3050.00 $3,050.00"},
@@ -77,6 +78,21 @@ TEST_F(ReportBuilderTest, HoldingsAreThoseOfTheEndWithWhatWasSoldSince) {
                                             {u"value", u"4444.00 $4,444.00"},
                                             {u"grossGain", u"1394.00 $1,394.00"},
                                             {u"portfolioPercent", u"37.21 37.21%"}});
+}
+
+TEST_F(ReportBuilderTest, NamesAndCommentsStandBesideTheCodes) {
+  trade();
+  StockNames::remember(u"ABC.AX", u"Alpha & Co");
+  user().buyShares(u"ABC.AX", Date(2026, 1, 12), 10, 20, 20, u"on a tip");
+  user().buyShares(u"ABC.AX", Date(2026, 1, 13), 10, 20, 20, u"<once> more");
+  const auto january = report(m_january), february = report(m_february);
+  const XMLElement& held = part(*january).subElement(u"SharesHeld").subElement(u"Shares");
+  expectTexts(held, {{u"name", u"Alpha & Co"}});
+  EXPECT_TRUE(held.attribute(u"comment").contains(u"on a tip; <once> more"))
+      << held.attribute(u"comment").toUTF8();
+  expectTexts(part(*january).subElement(u"Dividends").subElement(u"Dividends"), {{u"name", u"Alpha & Co"}});
+  expectTexts(part(*february).subElement(u"Sales").subElement(u"Sales"),
+              {{u"name", u"Alpha & Co"}, {u"comment", COMMENT}});
 }
 
 TEST_F(ReportBuilderTest, SalesAreThoseOfThePeriod) {

@@ -1,6 +1,7 @@
 #include "engine/ReportFiles.h"
 #include "ReportTest.h"
 #include "foundation/FileOperations.h"
+#include "market/StockNames.h"
 #include <cerrno>
 #include <gmock/gmock.h>
 #include <libxml/parser.h>
@@ -63,6 +64,20 @@ TEST_F(ReportFilesTest, TheDocumentIsOfItsType) {
   const std::unique_ptr<xmlValidCtxt, decltype(&xmlFreeValidCtxt)> context(xmlNewValidCtxt(),
                                                                            &xmlFreeValidCtxt);
   EXPECT_EQ(xmlValidateDtd(context.get(), report.get(), dtd.get()), 1);
+}
+
+TEST_F(ReportFilesTest, ThePageShowsNamesAndComments) {
+  trade();
+  StockNames::remember(u"ABC.AX", u"Alpha & Co");
+  user().buyShares(u"ABC.AX", Date(2026, 2, 12), 10, 20, 20, u"on a <tip>");
+  const std::string page = pageOf(*report({Date(2026, 1, 1), Date(2026, 2, 28)}));
+  EXPECT_TRUE(parsed(page));
+  std::size_t names = 0;
+  for (std::size_t at = page.find("Alpha &amp; Co"); at != std::string::npos;
+       at = page.find("Alpha &amp; Co", at + 1))
+    ++names;
+  EXPECT_EQ(4u, names) << "held, sold, and two dividends";
+  EXPECT_THAT(page, HasSubstr("on a &lt;tip&gt;"));
 }
 
 TEST_F(ReportFilesTest, ThePageIsWellFormedAndShowsTheFigures) {

@@ -156,7 +156,10 @@ TEST_F(ChartFrameTest, AFailedLoadIsSilent) {
   auto& chart = place<PriceChart>({});
   chart.show(u"BBB.AX");
   settle();
-  EXPECT_EQ(u"No prices to show yet.", chart.chart().model().emptyText);
+  EXPECT_EQ(
+      u"No prices of BBB.AX are known in this time. Check the code by searching for the company, try Tools, "
+      u"Refresh Prices, or show a longer time.",
+      chart.chart().model().emptyText);
   EXPECT_THAT(boxes(), testing::IsEmpty());
 }
 

@@ -160,7 +160,10 @@ TEST_F(ChartModelsTest, PricesAreTheCachedClosesOfTradingDays) {
 TEST_F(ChartModelsTest, AnUnknownStockSaysThereAreNoPrices) {
   const ChartModel model = prices(u"NON.AX");
   EXPECT_TRUE(model.series.at(0).points.empty());
-  EXPECT_EQ(u"No prices to show yet.", model.emptyText);
+  EXPECT_EQ(
+      u"No prices of NON.AX are known in this time. Check the code by searching for the company, try Tools, "
+      u"Refresh Prices, or show a longer time.",
+      model.emptyText);
   EXPECT_TRUE(model.levels.empty());
 }
 

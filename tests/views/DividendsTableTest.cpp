@@ -41,7 +41,7 @@ TEST_F(DividendsTableTest, DeclaresItsColumnsInOrder) {
   addDividends();
   showTree();
   EXPECT_THAT(titles(table()),
-              ElementsAre("Code", "On Num Held", "Rate", "Value", "% Franked", "Franking Credit",
+              ElementsAre("Code", "Name", "On Num Held", "Rate", "Value", "% Franked", "Franking Credit",
                           "Received As", "Foreign Source", "Withholding Tax"));
   std::vector<int> compareTypes;
   std::vector<FXuint> justify;
@@ -54,9 +54,9 @@ TEST_F(DividendsTableTest, DeclaresItsColumnsInOrder) {
   }
   constexpr FXuint LEFT = FXTableItem::LEFT;
   constexpr FXuint RIGHT = FXTableItem::RIGHT;
-  EXPECT_THAT(compareTypes, ElementsAre(0, 5, 5, 3, 4, 3, 0, 0, 3));
-  EXPECT_THAT(justify, ElementsAre(LEFT, RIGHT, RIGHT, RIGHT, RIGHT, RIGHT, 0u, 0u, RIGHT));
-  EXPECT_THAT(visible, ElementsAre(true, true, true, true, true, true, true, false, false));
+  EXPECT_THAT(compareTypes, ElementsAre(0, 0, 5, 5, 3, 4, 3, 0, 0, 3));
+  EXPECT_THAT(justify, ElementsAre(LEFT, LEFT, RIGHT, RIGHT, RIGHT, RIGHT, RIGHT, 0u, 0u, RIGHT));
+  EXPECT_THAT(visible, ElementsAre(true, true, true, true, true, true, true, true, false, false));
   EXPECT_EQ(String(u"Dividends Table"), table().name());
 }
 
@@ -65,11 +65,11 @@ TEST_F(DividendsTableTest, ShowsEachDividend) {
   showTree();
   EXPECT_THAT(rowKeys(table()), ElementsAre("17/02/2026", "24/02/2026", "02/03/2026"));
   EXPECT_THAT(rowTexts(table(), 0),
-              ElementsAre("AAA.AX", "200.00", "0.100000", "$20.00", "100.00%", "$8.57", "Cash"));
-  EXPECT_THAT(rowTexts(table(), 1), ElementsAre("AAA.AX", "250.00", "0.050000", "$12.50", "50.00%", "$2.68",
-                                                "2.00 shares at 6.2500"));
+              ElementsAre("AAA.AX", "", "200.00", "0.100000", "$20.00", "100.00%", "$8.57", "Cash"));
+  EXPECT_THAT(rowTexts(table(), 1), ElementsAre("AAA.AX", "", "250.00", "0.050000", "$12.50", "50.00%",
+                                                "$2.68", "2.00 shares at 6.2500"));
   EXPECT_THAT(rowTexts(table(), 2),
-              ElementsAre("AAA.AX", "100.00", "0.020000", "$2.00", "0.00%", "$0.00", "Cash"));
+              ElementsAre("AAA.AX", "", "100.00", "0.020000", "$2.00", "0.00%", "$0.00", "Cash"));
 }
 
 TEST_F(DividendsTableTest, TotalsAreSumsUnderTheirColumns) {
@@ -91,7 +91,7 @@ TEST_F(DividendsTableTest, NoDividendsGiveAnEmptyTableAndTotalsOfZero) {
 TEST_F(DividendsTableTest, ForeignSourceAndTaxAreShownWhenChosenInTheColumnDialog) {
   addDividends();
   showTree();
-  EXPECT_EQ(7, table().getNumColumns());
+  EXPECT_EQ(8, table().getNumColumns());
   whenModal("Select columns...", [this](FXWindow& popup) { press(popup, "Select columns..."); });
   whenModal("Foreign Source", [this](FXWindow& dialog) {
     press(dialog, "Foreign Source");

@@ -22,7 +22,17 @@ TEST(PriceLimitsTest, EmptyTextIsNoLimits) {
   EXPECT_TRUE(PriceLimits::MinMaxFromString(String()).areNone());
   EXPECT_EQ(String(), PriceLimits{}.text());
   EXPECT_EQ(String(), (PriceLimits{0.00001, -0.00001}.text()));
-  EXPECT_EQ(String(u"$0.00 - $2.00"), (PriceLimits{0.0, 2.0}.text()));
+}
+
+TEST(PriceLimitsTest, ALimitThatIsNotSetIsLeftOut) {
+  const TestProfile profile;
+  for (const PriceLimits& limits : {PriceLimits{0.0, 2.0}, PriceLimits{1.5, 0.0}})
+    EXPECT_TRUE(PriceLimits::MinMaxFromString(limits.text()) == limits) << limits.text().toUTF8();
+  EXPECT_EQ(String(u" - $2.00"), (PriceLimits{0.0, 2.0}.text()));
+  EXPECT_EQ(String(u"$1.50 - "), (PriceLimits{1.5, 0.0}.text()));
+  // The blank at the edge need not be typed.
+  EXPECT_TRUE(PriceLimits::MinMaxFromString(u"- 2") == (PriceLimits{0.0, 2.0}));
+  EXPECT_TRUE(PriceLimits::MinMaxFromString(u"1.5 -") == (PriceLimits{1.5, 0.0}));
 }
 
 TEST(PriceLimitsTest, SplitsAtTheFirstSeparator) {
@@ -51,7 +61,6 @@ TEST(PriceLimitsTest, DecimalCommaIsReadWhereItIsUsual) {
 TEST(PriceLimitsTest, AStockKeepsItsLimitsInTheSettings) {
   const TestProfile profile;
   EXPECT_TRUE(PriceLimits::ofStock(u"AAA.AX").areNone());
-  EXPECT_EQ(String(u"$0.00 - $0.00"), PriceLimits::ofStock(u"AAA.AX").fullText());
   PriceLimits{1.5, 2.25}.keepForStock(u"AAA.AX");
   EXPECT_DOUBLE_EQ(1.5, Settings::Instance().readReal(u"Watchlists", u"minvalue - AAA.AX"));
   EXPECT_DOUBLE_EQ(2.25, Settings::Instance().readReal(u"Watchlists", u"maxvalue - AAA.AX"));

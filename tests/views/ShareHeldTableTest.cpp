@@ -29,7 +29,7 @@ TEST_F(ShareHeldTableTest, DeclaresItsColumnsInOrder) {
   EXPECT_THAT(titles(table()),
               ElementsAre("Number", "Buy price", "Price Now", "Purchase Value", "Current Value", "Day Move",
                           "Day Gain", "Day %", "Week %", "Month %", "Gain %", "Annualised Gain %",
-                          "Gross Gain $", "Buy Date", "Days Held"));
+                          "Gross Gain $", "Buy Date", "Days Held", "Comment"));
   for (const auto& column : table().columns()) {
     EXPECT_TRUE(column->defaultVisible());
     EXPECT_FALSE(column->editable());
@@ -54,6 +54,22 @@ TEST_F(ShareHeldTableTest, PurchasesNeverWarn) {
   table().updateTable();
   EXPECT_TRUE(window().warnings.empty());
   EXPECT_EQ(TableItem::NO_COLOUR, cellColour(table(), 0, u"Price Now"));
+}
+
+TEST_F(ShareHeldTableTest, TheCommentOfAPurchaseHasAColumn) {
+  SharePortfolioUser& user = addTrading();
+  user.buyShares(u"AAA.AX", Date(2026, 2, 23), 7, 6.0, 0.0, u"on a tip");
+  showTree();
+  EXPECT_EQ("", cellText(table(), 0, u"Comment"));
+  EXPECT_EQ("on a tip", cellText(table(), 2, u"Comment"));
+}
+
+TEST_F(ShareHeldTableTest, ADoubleClickEditsThePurchase) {
+  addTrading();
+  showTree();
+  whenModal("Edit share purchase for AAA.AX on 20/02/2026",
+            [this](FXWindow& dialog) { press(dialog, "Cancel"); });
+  doubleClick(table(), 1, u"Number");
 }
 
 TEST_F(ShareHeldTableTest, RowOffersItsCommands) {

@@ -282,7 +282,7 @@ TEST_F(SharePortfolioTreeItemTest, ButtonOfTheSummarySetsTheIndex) {
   addTrading();
   showTree();
   leftClick(node(u"Trading"));
-  EXPECT_EQ("no trend", trendText(u"Trading"));
+  EXPECT_EQ("No index to compare with yet: \"set index\" chooses one.", trendText(u"Trading"));
   enterProperties("Trading", "^IDX");
   press(setIndexButton(u"Trading"));
   EXPECT_EQ(String(u"^IDX"), portfolios()[u"Trading"]->comparisonIndex());
@@ -299,7 +299,7 @@ TEST_F(SharePortfolioTreeItemTest, EmptyCodeTakesTheIndexAway) {
   choose(node(u"Trading"), "Set portfolio comparison index...", [this] { enterProperties("Trading", ""); });
   EXPECT_EQ(0u, records().subElement(u"SharePortfolios").numSubElements(u"ComparisonIndex"));
   EXPECT_EQ("2.91% (n/a)", figure(node(u"Trading"), "Gain today (index)"));
-  EXPECT_EQ("no trend", trendText(u"Trading"));
+  EXPECT_EQ("No index to compare with yet: \"set index\" chooses one.", trendText(u"Trading"));
   EXPECT_FALSE(TallymoorInternet::Instance().priceUpdater().hasCode(u"^IDX"));
 }
 

@@ -1,6 +1,7 @@
 #include "ViewsTest.h"
 #include "foundation/RunTimeSettings.h"
 #include "foundation/Settings.h"
+#include "market/StockNames.h"
 #include "views/HeldShareCells.h"
 #include "views/IndicatorCells.h"
 #include "widgets/Colours.h"
@@ -31,16 +32,16 @@ TEST_F(SharesHeldTableTest, DeclaresItsColumnsInOrder) {
   addTrading();
   showTree();
   EXPECT_THAT(titles(table()),
-              ElementsAre("Number", "Buy Price", "Price Now", "Purchase Value", "Current Value", "Day Move",
-                          "Day Gain", "Day %", "Week %", "Month %", "Gain %", "Annualised Gain %",
+              ElementsAre("Name", "Number", "Buy Price", "Price Now", "Purchase Value", "Current Value",
+                          "Day Move", "Day Gain", "Day %", "Week %", "Month %", "Gain %", "Annualised Gain %",
                           "Gross Gain $", "Auto Min/Max", "Price Min/Max", "% in Min/Max", "Portfolio %",
                           "Days Held", "LR Value", "LR Rate", "Av. True Range"));
-  const std::vector<int> compares = {5, 3, 3, 3, 3, 3, 3, 4, 4, 4, 4, 4, 3, 0, 0, 4, 4, 5, 3, 4, 3};
+  const std::vector<int> compares = {0, 5, 3, 3, 3, 3, 3, 3, 4, 4, 4, 4, 4, 3, 0, 0, 4, 4, 5, 3, 4, 3};
   const std::set<String> hidden = {u"LR Value", u"LR Rate", u"Av. True Range"};
   for (std::size_t i = 0; i < compares.size(); ++i) {
     const Column& column = *table().columns()[i];
     EXPECT_EQ(compares[i], column.compareType()) << column.title().toUTF8();
-    EXPECT_EQ(FXuint(FXTableItem::RIGHT), column.justify());
+    EXPECT_EQ(i == 0 ? FXuint(FXTableItem::LEFT) : FXuint(FXTableItem::RIGHT), column.justify());
     EXPECT_EQ(!hidden.contains(column.title()), column.defaultVisible());
     EXPECT_EQ(column.title() == u"Price Now" || column.title() == u"Price Min/Max", column.editable());
   }
@@ -62,6 +63,7 @@ TEST_F(SharesHeldTableTest, DayWithoutARecordGivesAnEmptyTableAndTotalsOfZero) {
   showTree();
   viewDate(Date(2026, 1, 15));
   EXPECT_EQ(0, table().getNumRows());
+  EXPECT_EQ(String(u"No shares were held on the day shown."), table().shownEmptyText());
   const TotalsBar& totals = *held(u"Trading").totalsBar();
   EXPECT_STREQ("$0.00", totals.total(&HeldShareCells::currentValue)->getText().text());
   EXPECT_STREQ("$0.00", totals.total(&HeldShareCells::purchaseValue)->getText().text());
@@ -69,6 +71,41 @@ TEST_F(SharesHeldTableTest, DayWithoutARecordGivesAnEmptyTableAndTotalsOfZero) {
   EXPECT_STREQ("$0.00", totals.total(&HeldShareCells::dayGain)->getText().text());
   EXPECT_STREQ("0.00%", totals.total(&HeldShareCells::portfolioPercent)->getText().text());
   EXPECT_STREQ("0.00%", totals.total(&HeldShareCells::dayPercent)->getText().text());
+}
+
+TEST_F(SharesHeldTableTest, APortfolioWithoutSharesSaysHowToBuyThem) {
+  addPortfolio(u"Trading", 100.0);
+  showTree();
+  EXPECT_EQ(String(u"No shares are held.\nRecord a purchase by Portfolios, Buy Shares... (Ctrl+B)."),
+            table().shownEmptyText());
+}
+
+TEST_F(SharesHeldTableTest, TheCompanysNameStandsBesideTheCode) {
+  addTrading();
+  StockNames::remember(u"AAA.AX", u"Alpha Mining");
+  showTree();
+  EXPECT_EQ("Alpha Mining", cellText(table(), 0, u"Name"));
+  EXPECT_EQ(String(), table().shownEmptyText());
+}
+
+TEST_F(SharesHeldTableTest, ADoubleClickShowsThePurchasesOfTheShare) {
+  addTrading();
+  showTree();
+  leftClick(held(u"Trading"));
+  doubleClick(table(), 0, u"Gain %");
+  SharesHeldTreeItem* const node = purchases(u"Trading", u"AAA.AX");
+  EXPECT_EQ(node, tree().shownItem());
+  EXPECT_EQ(node, tree().getCurrentItem());
+  EXPECT_TRUE(node->table()->inFocusChain());
+}
+
+TEST_F(SharesHeldTableTest, ADoubleClickOnLimitsTypesIntoThem) {
+  addTrading();
+  showTree();
+  leftClick(held(u"Trading"));
+  doubleClick(table(), 0, u"Price Min/Max");
+  EXPECT_TRUE(find<FXTextField>(table()));
+  EXPECT_EQ(&held(u"Trading"), tree().shownItem());
 }
 
 // ---- Limits ----

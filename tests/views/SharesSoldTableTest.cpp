@@ -1,4 +1,5 @@
 #include "ViewsTest.h"
+#include "market/StockNames.h"
 #include "views/SoldShareCells.h"
 #include <algorithm>
 
@@ -19,7 +20,7 @@ protected:
     market().setHistory(u"BBB.AX", Date(2026, 1, 20), Date(2026, 3, 3), 4.0);
     SharePortfolioUser& user = addPortfolio(u"Trading", 5000.0);
     user.buyShares(u"ABC.AX", Date(2026, 2, 2), 100, 10.0, 30.0, String());
-    user.sellShares(u"ABC.AX", Date(2026, 2, 20), 100, 12.5, 20.0, true, String());
+    user.sellShares(u"ABC.AX", Date(2026, 2, 20), 100, 12.5, 20.0, true, u"half of it");
     user.buyShares(u"BBB.AX", Date(2026, 2, 2), 50, 4.0, 10.0, String());
     user.sellShares(u"BBB.AX", Date(2026, 3, 2), 20, 3.5, 15.0, true, String());
     return user;
@@ -61,32 +62,35 @@ protected:
 TEST_F(SharesSoldTableTest, DeclaresItsColumnsInOrder) {
   addSales();
   showTree();
-  EXPECT_THAT(titles(table()),
-              ElementsAre("Stock Code", "Num Sold", "Buy Price", "Sell Price", "Gross Cost", "Gross Sale",
-                          "Gross Profit", "Total Brokerage", "Net Profit", "Gross Gain", "Net Gain",
-                          "Annualised Net Gain", "Buy Date", "Sell Date", "Days Held"));
+  EXPECT_THAT(titles(table()), ElementsAre("Stock Code", "Name", "Num Sold", "Buy Price", "Sell Price",
+                                           "Gross Cost", "Gross Sale", "Gross Profit", "Total Brokerage",
+                                           "Net Profit", "Gross Gain", "Net Gain", "Annualised Net Gain",
+                                           "Buy Date", "Sell Date", "Days Held", "Comment"));
   std::vector<int> compareTypes;
   for (const auto& column : table().columns()) {
     compareTypes.push_back(column->compareType());
     EXPECT_TRUE(column->defaultVisible());
     EXPECT_FALSE(column->editable());
-    EXPECT_EQ(FXTableItem::RIGHT, column->justify());
+    const bool words = column->title() == u"Name" || column->title() == u"Comment";
+    EXPECT_EQ(words ? FXuint(FXTableItem::LEFT) : FXuint(FXTableItem::RIGHT), column->justify());
   }
-  EXPECT_THAT(compareTypes, ElementsAre(0, 5, 3, 3, 3, 3, 3, 3, 3, 4, 4, 4, 1, 1, 5));
+  EXPECT_THAT(compareTypes, ElementsAre(0, 0, 5, 3, 3, 3, 3, 3, 3, 3, 4, 4, 4, 1, 1, 5, 0));
   EXPECT_EQ(String(u"Shares Sold Table"), table().name());
 }
 
 TEST_F(SharesSoldTableTest, ShowsWhatEachSaleCostBroughtInAndMade) {
+  StockNames::remember(u"ABC.AX", u"ABC Mining");
   addSales();
   showTree();
   EXPECT_THAT(rowKeys(table()), ElementsAre("20/02/2026", "02/03/2026"));
   EXPECT_THAT(rowTexts(table(), 0),
-              ElementsAre("ABC.AX", "100.00", "10.00", "12.50", "$1,000.00", "$1,250.00", "$250.00", "$50.00",
-                          "$200.00", "25.00%", "20.00%", "405.56%", "02/02/2026", "20/02/2026", "18"));
+              ElementsAre("ABC.AX", "ABC Mining", "100.00", "10.00", "12.50", "$1,000.00", "$1,250.00",
+                          "$250.00", "$50.00", "$200.00", "25.00%", "20.00%", "405.56%", "02/02/2026",
+                          "20/02/2026", "18", "half of it"));
   // The purchase's brokerage stays with the 30 that are left.
   EXPECT_THAT(rowTexts(table(), 1),
-              ElementsAre("BBB.AX", "20.00", "4.00", "3.50", "$80.00", "$70.00", "-$10.00", "$15.00",
-                          "-$25.00", "-12.50%", "-31.25%", "-407.37%", "02/02/2026", "02/03/2026", "28"));
+              ElementsAre("BBB.AX", "", "20.00", "4.00", "3.50", "$80.00", "$70.00", "-$10.00", "$15.00",
+                          "-$25.00", "-12.50%", "-31.25%", "-407.37%", "02/02/2026", "02/03/2026", "28", ""));
 }
 
 TEST_F(SharesSoldTableTest, TotalsAreSumsUnderTheirColumns) {
@@ -110,9 +114,18 @@ TEST_F(SharesSoldTableTest, HiddenColumnHasNoTotal) {
   EXPECT_EQ("$1,320.00", total(sold(), &grossSale));
 }
 
+TEST_F(SharesSoldTableTest, ADoubleClickEditsTheSale) {
+  addSales();
+  showTree();
+  whenModal(editTitle, [this](FXWindow& dialog) { press(dialog, "Cancel"); });
+  doubleClick(table(), 0, u"Net Profit");
+}
+
 TEST_F(SharesSoldTableTest, NoSalesGiveAnEmptyTableAndTotalsOfZero) {
   addTrading();
   showTree();
+  EXPECT_EQ(String(u"No sales are recorded.\nRecord one by Portfolios, Sell Shares... (Ctrl+L)."),
+            table().shownEmptyText());
   EXPECT_THAT(rowKeys(table()), IsEmpty());
   for (const Column::Function function : {&grossProfit, &totalBrokerage, &netProfit, &grossSale, &grossCost})
     EXPECT_EQ("$0.00", total(sold(), function));
@@ -318,8 +331,9 @@ TEST_F(SharesSoldTableTest, EditedSaleShowsEverywhere) {
   });
   EXPECT_TRUE(boxes().empty());
   EXPECT_THAT(rowTexts(table(), 0),
-              ElementsAre("ABC.AX", "100.00", "10.00", "13.00", "$1,000.00", "$1,300.00", "$300.00", "$55.00",
-                          "$245.00", "30.00%", "24.50%", "526.03%", "03/02/2026", "20/02/2026", "17"));
+              ElementsAre("ABC.AX", "", "100.00", "10.00", "13.00", "$1,000.00", "$1,300.00", "$300.00",
+                          "$55.00", "$245.00", "30.00%", "24.50%", "526.03%", "03/02/2026", "20/02/2026",
+                          "17", "half of it"));
   EXPECT_EQ("$290.00", total(sold(), &grossProfit));
   EXPECT_EQ("$5,090.00", figure(node(u"Trading"), "Capital in cash")); // 45.00 more
   EXPECT_EQ("03/02/2026", rowKeys(*cash().table())[2]);

@@ -216,6 +216,21 @@ protected:
     editor->setText(text.c_str());
     table.acceptInput(TRUE);
   }
+  /// The user clicks twice on the cell.
+  void doubleClick(Table& table, FXint row, const String& title) {
+    bringToFront(table);
+    const FXint column = columnOf(table, title);
+    table.setCurrentItem(row, column);
+    table.makePositionVisible(row, column);
+    letEventsPass();
+    const FXHeader& across = *table.getColumnHeader();
+    const FXHeader& down = *table.getRowHeader();
+    const FXint x = across.getX() + across.getItemOffset(column) + across.getItemSize(column) / 2;
+    const FXint y = down.getY() + down.getItemOffset(row) + down.getItemSize(row) / 2;
+    for (const FXint count : {1, 2})
+      click(table, SEL_LEFTBUTTONPRESS, SEL_LEFTBUTTONRELEASE, LEFTBUTTON, x, y, count);
+    letEventsPass();
+  }
   /// The user right-clicks the row's header and chooses from its popup.
   void chooseFromRow(Table& table, FXint row, const std::string& entry,
                      const std::function<void()>& expected = {}) {
@@ -314,14 +329,15 @@ protected:
 private:
   static constexpr FXint ON_TEXT = 2; ///< the toolkit's answer of hitItem
 
-  void click(FXWindow& window, FXuint press, FXuint release, FXint button, FXint x, FXint y) {
+  void click(FXWindow& window, FXuint press, FXuint release, FXint button, FXint x, FXint y,
+             FXint count = 1) {
     for (const FXuint type : {press, release}) {
       FXEvent event{};
       event.type = type;
       event.win_x = event.last_x = event.click_x = x;
       event.win_y = event.last_y = event.click_y = y;
       window.translateCoordinatesTo(event.root_x, event.root_y, app().getRootWindow(), x, y);
-      event.click_count = 1;
+      event.click_count = count;
       event.code = button;
       window.handle(&app(), FXSEL(type, 0), &event);
     }

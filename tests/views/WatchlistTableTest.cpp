@@ -1,6 +1,7 @@
 #include "views/WatchlistTable.h"
 #include "WatchlistsTest.h"
 #include "foundation/Settings.h"
+#include "market/StockNames.h"
 #include "views/HeldShareCells.h"
 #include "views/IndicatorCells.h"
 #include "widgets/Colours.h"
@@ -43,18 +44,67 @@ TEST_F(WatchlistTableTest, DeclaresItsColumnsInOrder) {
   watchOne();
   showTrees();
   EXPECT_THAT(titles(table()),
-              ElementsAre("Price Now", "Day move", "Day %", "Week %", "Month %", "3 Months %", "6 Months %",
-                          "12 Months %", "Calender Year %", "Fin. Year %", "LR Value", "LR Rate",
-                          "Av. True Range", "Price Min/Max", "Auto Min/Max", "% in Min/Max",
+              ElementsAre("Name", "Price Now", "Day move", "Day %", "Week %", "Month %", "3 Months %",
+                          "6 Months %", "12 Months %", "Calender Year %", "Fin. Year %", "LR Value",
+                          "LR Rate", "Av. True Range", "Price Min/Max", "Auto Min/Max", "% in Min/Max",
                           "Auto Max Portfolio", "Auto Volatility"));
-  const std::vector<int> compares = {3, 5, 4, 4, 4, 4, 4, 4, 4, 4, 3, 4, 3, 0, 0, 4, 4, 4};
+  const std::vector<int> compares = {0, 3, 5, 4, 4, 4, 4, 4, 4, 4, 4, 3, 4, 3, 0, 0, 4, 4, 4};
   for (std::size_t i = 0; i < compares.size(); ++i) {
     const Column& column = *table().columns()[i];
     EXPECT_EQ(compares[i], column.compareType()) << column.title().toUTF8();
-    EXPECT_EQ(FXuint(FXTableItem::RIGHT), column.justify());
+    EXPECT_EQ(i == 0 ? FXuint(FXTableItem::LEFT) : FXuint(FXTableItem::RIGHT), column.justify());
     EXPECT_TRUE(column.defaultVisible());
     EXPECT_EQ(column.title() == u"Price Min/Max", column.editable());
   }
+}
+
+TEST_F(WatchlistTableTest, AnEmptyListSaysHowToFillIt) {
+  addPortfolio(u"Trading", 100.0);
+  addList(u"Main", {});
+  showTrees();
+  EXPECT_EQ(String(u"This watchlist is empty.\nRight-click its name in the tree and choose \"Add a stock to "
+                   u"watch...\"."),
+            table().shownEmptyText());
+}
+
+TEST_F(WatchlistTableTest, LimitsThatAreNotSetAreEmpty) {
+  watchOne();
+  showTrees();
+  EXPECT_EQ("", cellText(table(), 0, u"Price Min/Max"));
+  typeInto(table(), 0, u"Price Min/Max", "5.50 -");
+  EXPECT_EQ("$5.50 - ", cellText(table(), 0, u"Price Min/Max"));
+  typeInto(table(), 0, u"Price Min/Max", "");
+  EXPECT_EQ("", cellText(table(), 0, u"Price Min/Max"));
+  EXPECT_TRUE(PriceLimits::ofStock(u"AAA.AX").areNone());
+}
+
+TEST_F(WatchlistTableTest, TheCompanysNameStandsBesideTheCode) {
+  watchOne();
+  StockNames::remember(u"AAA.AX", u"Alpha Mining");
+  showTrees();
+  EXPECT_EQ("Alpha Mining", cellText(table(), 0, u"Name"));
+}
+
+TEST_F(WatchlistTableTest, ADoubleClickTypesIntoTheLimits) {
+  watchOne();
+  showTrees();
+  bringToFront(table());
+  doubleClick(table(), 0, u"Day %");
+  auto* editor = find<FXTextField>(table());
+  ASSERT_TRUE(editor);
+  editor->setText("5 - 9");
+  table().acceptInput(TRUE);
+  EXPECT_EQ("$5.00 - $9.00", cellText(table(), 0, u"Price Min/Max"));
+}
+
+TEST_F(WatchlistTableTest, AWarningIsOverWhenThePriceIsWithinItsLimitsAgain) {
+  watchOne(); // 6.60
+  keepLimits(u"AAA.AX", 7.0, 9.0);
+  showTrees();
+  EXPECT_EQ(String(u"AAA.AXmin warning"), window().warnings.back().key);
+  window().warningsOver.clear();
+  typeInto(table(), 0, u"Price Min/Max", "6 - 9");
+  EXPECT_TRUE(window().warningsOver.contains(u"AAA.AXmin warning"));
 }
 
 TEST_F(WatchlistTableTest, ColumnsHaveTheirToolTips) {
@@ -84,13 +134,13 @@ TEST_F(WatchlistTableTest, FiguresAStockByHand) {
   // The closes lie on a line, so the line is 10.00 today and was 6.36 half a year ago; each week spans 8
   // cents of closes and 0.50 to each side, a range of 1.08.
   const std::vector<std::string> expected = {
-      "10.50",         "0.52",                      // 9.98 yesterday
-      "5.21%",         "5.85%",          "11.23%",  // 9.92 on 27 February, 9.44 on 3 February
-      "28.05%",        "64.58%",         "288.89%", // 8.20, 6.38 and 2.70
-      "19.86%",        "105.88%",                   // 8.76 on 31 December, 5.10 on 1 July
-      "10.00",         "147.22%",        "1.08",    // (10.00 / 6.36)^2
-      "$0.00 - $0.00", "$7.84 - $12.16", "61%",     // 2.66 of 4.32
-      "$394.74",       "10.80%"};                   // 100.00 * 10.50 / 2.66
+      "",        "10.50",          "0.52",    // 9.98 yesterday
+      "5.21%",   "5.85%",          "11.23%",  // 9.92 on 27 February, 9.44 on 3 February
+      "28.05%",  "64.58%",         "288.89%", // 8.20, 6.38 and 2.70
+      "19.86%",  "105.88%",                   // 8.76 on 31 December, 5.10 on 1 July
+      "10.00",   "147.22%",        "1.08",    // (10.00 / 6.36)^2
+      "",        "$7.84 - $12.16", "61%",     // 2.66 of 4.32
+      "$394.74", "10.80%"};                   // 100.00 * 10.50 / 2.66
   EXPECT_EQ(expected, rowTexts(table(), 0));
 }
 
@@ -305,7 +355,7 @@ TEST_F(WatchlistTableTest, LimitsOfAHoldingAreThoseOfTheWatchedStock) {
   EXPECT_EQ(red, cellColour(table(), 0, u"Price Now"));
   typeInto(*held(u"Trading").table(), 0, u"Price Min/Max", "");
   leftClick(list());
-  EXPECT_EQ("$0.00 - $0.00", cellText(table(), 0, u"Price Min/Max"));
+  EXPECT_EQ("", cellText(table(), 0, u"Price Min/Max"));
   EXPECT_EQ(TableItem::NO_COLOUR, cellColour(table(), 0, u"Price Now"));
 }
 

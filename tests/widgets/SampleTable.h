@@ -35,6 +35,7 @@ public:
 
   std::function<void(const TableClick&)> onRowPopup, onCellClick, onColumnPopup, onColumnClick, onCornerClick;
   std::function<void(Column&, Row&, const String& text)> onCellEdited;
+  std::function<void(Row&)> onEditRow;
 
   static CellResult number(Row& row) { return CellResult(share(row).number, CELL_NUMBER); }
   static CellResult price(Row& row) {
@@ -105,6 +106,11 @@ protected:
   void cellEdited(Column& column, Row& row) override {
     if (onCellEdited)
       onCellEdited(column, row, shownText(column, row));
+  }
+
+  void editRow(Row& row) override {
+    if (onEditRow)
+      onEditRow(row);
   }
 
 private:

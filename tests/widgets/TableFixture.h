@@ -46,19 +46,26 @@ protected:
     return header.getItemOffset(index) + header.getItemSize(index) / 2;
   }
 
-  void mouse(FXWindow& window, FXuint type, FXint x, FXint y, FXint button) {
+  void mouse(FXWindow& window, FXuint type, FXint x, FXint y, FXint button, FXint count = 1) {
     FXEvent event{};
     event.type = type;
     event.win_x = event.last_x = event.click_x = x;
     event.win_y = event.last_y = event.click_y = y;
     window.translateCoordinatesTo(event.root_x, event.root_y, app().getRootWindow(), x, y);
-    event.click_count = 1;
+    event.click_count = count;
     event.code = button;
     window.handle(&app(), FXSEL(type, 0), &event);
   }
   void leftClick(FXWindow& window, FXint x, FXint y) {
     mouse(window, SEL_LEFTBUTTONPRESS, x, y, LEFTBUTTON);
     mouse(window, SEL_LEFTBUTTONRELEASE, x, y, LEFTBUTTON);
+  }
+  void doubleClick(FXint row, FXint column) {
+    for (const FXint count : {1, 2}) {
+      mouse(table(), SEL_LEFTBUTTONPRESS, cellX(column), cellY(row), LEFTBUTTON, count);
+      mouse(table(), SEL_LEFTBUTTONRELEASE, cellX(column), cellY(row), LEFTBUTTON, count);
+    }
+    letEventsPass();
   }
   void rightClick(FXWindow& window, FXint x, FXint y) {
     mouse(window, SEL_RIGHTBUTTONPRESS, x, y, RIGHTBUTTON);

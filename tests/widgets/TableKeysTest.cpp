@@ -65,6 +65,76 @@ TEST_F(TableKeysTest, BeforeTheFirstColumnIsTheCorner) {
   EXPECT_EQ(app().getBaseColor(), table().getCornerButton()->getBackColor());
 }
 
+TEST_F(TableKeysTest, AClickBesideTheCellsLeavesTheKeyboardInThem) {
+  auto* field = new FXTextField(mainWindow().contentFrame(), 10);
+  field->create();
+  showTable();
+  table().setCurrentItem(0, 1);
+  const std::pair<const char*, std::function<void()>> clicks[] = {
+      {"column header", [this] { clickHeader(0); }},
+      {"row header", [this] { leftClick(*table().getRowHeader(), 5, middle(*table().getRowHeader(), 1)); }},
+      {"corner", [this] { clickCorner(); }}};
+  for (FXWindow* from : {static_cast<FXWindow*>(&table()), static_cast<FXWindow*>(field)})
+    for (const auto& [where, click] : clicks) {
+      SCOPED_TRACE(where);
+      from->setFocus();
+      click();
+      EXPECT_TRUE(table().hasFocus());
+      EXPECT_EQ(nullptr, table().getFocus());
+      table().setCurrentItem(0, 1);
+      keys({KEY_Down});
+      EXPECT_EQ(1, table().getCurrentRow());
+      keys({KEY_F2});
+      EXPECT_TRUE(table().openEditor());
+      keys({KEY_Escape});
+    }
+}
+
+TEST_F(TableKeysTest, AClickBesideTheCellsEndsAnEditWithWhatWasTyped) {
+  std::vector<String> typed;
+  table().onCellEdited = [&](Column&, Row&, const String& text) { typed.push_back(text); };
+  edit(0, 1).setText("7.5");
+  clickHeader(0);
+  letEventsPass();
+  EXPECT_THAT(typed, ElementsAre(String(u"7.5")));
+  EXPECT_FALSE(table().openEditor());
+  EXPECT_EQ(0, table().sortColumn());
+}
+
+TEST_F(TableKeysTest, ReturnEditsTheRowWhereTheCellItselfIsNotTypedInto) {
+  std::vector<String> edited;
+  table().onEditRow = [&](Row& row) { edited.push_back(row.key()); };
+  table().setCurrentItem(1, 0);
+  keys({KEY_Return});
+  EXPECT_THAT(edited, ElementsAre(String(u"BBB.AX")));
+  EXPECT_FALSE(table().openEditor());
+  table().setCurrentItem(2, 1); // the price
+  keys({KEY_Return});
+  EXPECT_EQ(1u, edited.size());
+  EXPECT_TRUE(table().openEditor());
+}
+
+TEST_F(TableKeysTest, ReturnEditsTheRowOfATableThatIsNotTypedInto) {
+  std::vector<String> edited;
+  table().onEditRow = [&](Row& row) { edited.push_back(row.key()); };
+  Settings::Instance().writeUnsigned(u"Visible Columns Sample Table", u"Price", 0);
+  table().updateTable();
+  ASSERT_FALSE(table().isEditable());
+  table().setCurrentItem(1, 0);
+  keys({KEY_Return, KEY_KP_Enter});
+  EXPECT_THAT(edited, ElementsAre(String(u"BBB.AX"), String(u"BBB.AX")));
+}
+
+TEST_F(TableKeysTest, ADoubleClickEditsTheRowAndOnAnEditableCellTheCell) {
+  std::vector<String> edited;
+  table().onEditRow = [&](Row& row) { edited.push_back(row.key()); };
+  doubleClick(0, 0);
+  EXPECT_THAT(edited, ElementsAre(String(u"AAA.AX")));
+  doubleClick(0, 1);
+  EXPECT_EQ(1u, edited.size());
+  EXPECT_TRUE(table().openEditor());
+}
+
 TEST_F(TableKeysTest, TheMenuKeyOpensTheColumnsPopupBelowItsTitle) {
   for (const auto& [code, state] : {std::pair<FXuint, FXuint>{KEY_Menu, 0}, {KEY_F10, SHIFTMASK}}) {
     whenModal("Select columns...", [&](FXWindow& menu) {

@@ -109,6 +109,36 @@ TEST_F(TableTest, FailureIsRememberedUntilTheRowIsRefreshed) {
   EXPECT_EQ("$1,000.00", table().column(2)[1]);
 }
 
+TEST_F(TableTest, WithoutRowsItSaysWhatCanBeDone) {
+  const auto bodyPixels = [this] {
+    letEventsPass();
+    app().repaint();
+    FXImage picture(&app(), nullptr, IMAGE_OWNED, table().getWidth(), table().getHeight());
+    picture.create();
+    FXDCWindow(&picture).drawArea(&table(), 0, 0, picture.getWidth(), picture.getHeight(), 0, 0);
+    picture.restore();
+    std::vector<FXColor> pixels;
+    for (FXint y = table().getColumnHeaderHeight(); y < picture.getHeight(); ++y)
+      for (FXint x = 0; x < picture.getWidth(); ++x)
+        pixels.push_back(picture.getPixel(x, y));
+    return pixels;
+  };
+  table().setEmptyText(u"Nothing here.\nAdd a share.");
+  EXPECT_EQ(String(), table().shownEmptyText());
+  table().shares.clear();
+  table().updateTable();
+  EXPECT_EQ(String(u"Nothing here.\nAdd a share."), table().shownEmptyText());
+  const std::vector<FXColor> with = bodyPixels();
+  table().setEmptyText(String());
+  const std::vector<FXColor> without = bodyPixels();
+  ASSERT_EQ(with.size(), without.size());
+  std::size_t changed = 0;
+  for (std::size_t i = 0; i < with.size(); ++i)
+    changed += with[i] != without[i];
+  EXPECT_GT(changed, 100u) << "the text is drawn";
+  EXPECT_LT(changed, with.size() / 10);
+}
+
 TEST_F(TableTest, LooksUpColumnsAndRows) {
   EXPECT_TRUE(table().hasColumn(SampleTable::bought));
   EXPECT_FALSE(table().hasColumn(undeclared));

@@ -188,7 +188,7 @@
         <tbody>
           <xsl:for-each select="ShareHeldAt">
             <tr>
-              <td class="t"><xsl:value-of select="@code"/></td>
+              <xsl:call-template name="stock"/>
               <xsl:apply-templates select="@number" mode="figure"/>
               <xsl:apply-templates select="@buyPriceShown" mode="figure"/>
               <xsl:apply-templates select="@priceShown" mode="figure"/>
@@ -199,6 +199,9 @@
               <xsl:apply-templates select="@portfolioPercentShown" mode="figure"/>
               <xsl:apply-templates select="@daysHeld" mode="figure"/>
             </tr>
+            <xsl:if test="@comment != ''">
+              <tr class="comment"><td class="t" colspan="10"><xsl:value-of select="@comment"/></td></tr>
+            </xsl:if>
           </xsl:for-each>
         </tbody>
         <tbody class="totals">
@@ -214,6 +217,13 @@
         </tbody>
       </table>
     </xsl:if>
+  </xsl:template>
+
+  <xsl:template name="stock">
+    <td class="t">
+      <xsl:value-of select="@code"/>
+      <xsl:if test="@name != ''"><span class="name"><xsl:value-of select="@name"/></span></xsl:if>
+    </td>
   </xsl:template>
 
   <xsl:template match="SalesReport">
@@ -248,9 +258,7 @@
 
   <xsl:template match="SaleReport">
     <tr>
-      <td class="t">
-        <xsl:value-of select="@code"/>
-      </td>
+      <xsl:call-template name="stock"/>
       <xsl:apply-templates select="@boughtShown" mode="figure"/>
       <xsl:apply-templates select="@soldShown" mode="figure"/>
       <xsl:apply-templates select="@daysHeld" mode="figure"/>
@@ -285,7 +293,7 @@
           <xsl:for-each select="DividendReport">
             <tr>
               <xsl:apply-templates select="@receivedShown" mode="figure"/>
-              <td class="t"><xsl:value-of select="@code"/></td>
+              <xsl:call-template name="stock"/>
               <xsl:apply-templates select="@number" mode="figure"/>
               <xsl:apply-templates select="@rate" mode="figure"/>
               <xsl:apply-templates select="@valueShown" mode="figure"/>
@@ -407,6 +415,7 @@
     td.t { white-space: normal; overflow-wrap: anywhere; }
     .totals td { font-weight: bold; border-top: 1px solid #666; border-bottom: 1px solid #666; }
     .carried td, .comment td { color: #555; font-style: italic; }
+    .name { color: #555; margin-left: 0.6em; }
     .comment td { padding-left: 2em; border-bottom: 1px solid #e2e2e2; white-space: pre-wrap; }
     .chart { margin: 1em 0; }
     .chart svg { width: 100%; height: auto; max-height: 26em; }
