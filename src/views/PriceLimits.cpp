@@ -34,6 +34,14 @@ String maxKey(const String& code) {
   return u"maxvalue" + SEPARATOR + code;
 }
 
+String minWarning(const String& code) {
+  return code + u"min warning";
+}
+
+String maxWarning(const String& code) {
+  return code + u"max warning";
+}
+
 /// A price of the past is no news, and would use up the one warning of the run.
 void warn(const String& text, const String& key) {
   if (Date::hasFixedDate())
@@ -108,23 +116,31 @@ bool checkLimits(Row& row, const String& code, const PriceLimits& limits, double
   const auto priceNow = tenThousandths(price);
   const bool below = priceNow < tenThousandths(limits.min) && !showsAsZero(limits.min);
   const bool above = !below && priceNow > tenThousandths(limits.max) && !showsAsZero(limits.max);
-  const String minWarning = code + u"min warning", maxWarning = code + u"max warning";
   if (below) {
     row.setColour(belowLimitTint());
-    warn(code + u" has dropped below " + money(limits.min) + u" and is now at " + money(price), minWarning);
+    warn(code + u" has dropped below " + money(limits.min) + u" and is now at " + money(price),
+         minWarning(code));
   } else {
-    warningOver(minWarning);
+    warningOver(minWarning(code));
   }
   if (above) {
     row.setColour(aboveLimitTint());
     // No blank after "above": the text is known by its letters.
-    warn(code + u" has increased above" + money(limits.max) + u" and is now at " + money(price), maxWarning);
+    warn(code + u" has increased above" + money(limits.max) + u" and is now at " + money(price),
+         maxWarning(code));
   } else {
-    warningOver(maxWarning);
+    warningOver(maxWarning(code));
   }
   if (!below && !above)
     row.resetColour();
   return below || above;
+}
+
+void forgetLimitWarnings(const String& code) {
+  if (!UserInteraction::exists())
+    return;
+  UserInteraction::Instance().warningOver(minWarning(code));
+  UserInteraction::Instance().warningOver(maxWarning(code));
 }
 
 } // namespace Tallymoor

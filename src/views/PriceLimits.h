@@ -44,4 +44,7 @@ std::optional<PriceLimits> changedLimits(const String& typed, const String& show
 /// view date; otherwise takes the tint back. True when the price has left them.
 bool checkLimits(Row& row, const String& code, const PriceLimits& limits, double price);
 
+/// Takes the warnings of a stock back that no table shows any longer.
+void forgetLimitWarnings(const String& code);
+
 } // namespace Tallymoor

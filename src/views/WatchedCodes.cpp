@@ -1,5 +1,6 @@
 #include "views/WatchedCodes.h"
 #include "market/TallymoorInternet.h"
+#include "views/PriceLimits.h"
 #include <map>
 
 namespace Tallymoor {
@@ -17,6 +18,7 @@ void release(const String& code) {
   if (--found->second > 0)
     return;
   views().erase(found);
+  forgetLimitWarnings(code);
   if (TallymoorInternet::exists())
     TallymoorInternet::Instance().priceUpdater().removeCode(code);
 }

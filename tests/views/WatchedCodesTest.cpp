@@ -14,6 +14,8 @@ class WatchedCodesTest : public testing::Test {
 protected:
   static PriceUpdater& updater() { return TallymoorInternet::Instance().priceUpdater(); }
 
+  FakeUserInteraction& user() { return m_interaction; }
+
 private:
   TestProfile m_profile;
   FakeUserInteraction m_interaction;
@@ -33,6 +35,17 @@ TEST_F(WatchedCodesTest, CodeStaysWhileAnyViewWantsIt) {
   EXPECT_TRUE(updater().hasCode(u"A"));
   EXPECT_FALSE(updater().hasCode(u"B"));
   EXPECT_FALSE(updater().hasCode(u"C"));
+}
+
+TEST_F(WatchedCodesTest, ACodeThatNoViewWantsIsNoLongerWarnedOf) {
+  WatchedCodes first;
+  first.watch({u"A", u"B"});
+  user().clearCalls();
+  first.watch({u"A"});
+  const auto over = user().calls(FakeUserInteraction::Kind::WarningOver);
+  ASSERT_EQ(2u, over.size());
+  EXPECT_EQ(String(u"Bmin warning"), over[0].key);
+  EXPECT_EQ(String(u"Bmax warning"), over[1].key);
 }
 
 TEST_F(WatchedCodesTest, WatchingAgainKeepsThePrice) {
