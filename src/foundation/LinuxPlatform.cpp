@@ -13,7 +13,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
-#include <dirent.h>
 #include <fcntl.h>
 #include <pwd.h>
 #include <string_view>
@@ -26,7 +25,6 @@ namespace Tallymoor {
 namespace {
 
 constexpr const char* FALLBACK_LOCALE = "en_US";
-constexpr std::string_view DELETED_MARK = " (deleted)";
 
 std::string environment(const char* name) {
   const char* value = std::getenv(name);
@@ -152,19 +150,6 @@ private:
   void* m_bytes = nullptr;
 };
 
-/// True for an entry of /proc whose image has this lower-case base name. A process that can't be read has
-/// none.
-bool isImageNamed(const char* process, const String& lowerName) {
-  std::string image = baseName(readLink(std::string("/proc/") + process + "/exe"));
-  if (image.ends_with(DELETED_MARK))
-    image.resize(image.size() - DELETED_MARK.size());
-  return String(image.c_str()).toLower() == lowerName;
-}
-
-bool isProcessNumber(const char* name) {
-  return std::string_view(name).find_first_not_of("0123456789") == std::string_view::npos;
-}
-
 } // namespace
 
 LinuxPlatform::LinuxPlatform(const LinuxPlatformOptions& options)
@@ -246,16 +231,6 @@ void LinuxPlatform::getFileVersion(const String& path, unsigned& major, unsigned
   minor = (*version)[1];
   patch = (*version)[2];
   build = (*version)[3];
-}
-
-unsigned LinuxPlatform::countProcesses(const String& imageName) {
-  const String wanted = imageName.toLower();
-  const std::unique_ptr<DIR, int (*)(DIR*)> processes(::opendir("/proc"), ::closedir);
-  unsigned count = 0;
-  while (const dirent* entry = processes ? ::readdir(processes.get()) : nullptr)
-    if (isProcessNumber(entry->d_name) && isImageNamed(entry->d_name, wanted))
-      ++count;
-  return count;
 }
 
 String LinuxPlatform::installedDefaultsDirectory() {

@@ -33,7 +33,6 @@ public:
   std::uint32_t tickCount() override;
   void getFileVersion(const String& path, unsigned& major, unsigned& minor, unsigned& patch,
                       unsigned& build) override;
-  unsigned countProcesses(const String& imageName) override;
   String installedDefaultsDirectory() override;
 
 private:

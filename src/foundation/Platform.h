@@ -12,8 +12,8 @@ class Platform {
 public:
   virtual ~Platform();
 
-  /// The product's folder for this user, made at the first call, without a trailing separator. Throws
-  /// Exception.
+  /// The product's folder for this user, without a trailing separator. It and its folders are made when they
+  /// are missing, for this user alone. Throws Exception that names the folder that can't be made.
   virtual String userHomeDirectory(const String& product) = 0;
   /// The date in the user's short form.
   virtual String shortDateFormat(const Date& date) = 0;
@@ -33,8 +33,6 @@ public:
   /// Throws Exception when the file has no version.
   virtual void getFileVersion(const String& path, unsigned& major, unsigned& minor, unsigned& patch,
                               unsigned& build) = 0;
-  /// Running processes whose image has this base name, whatever the case; this process is among them.
-  virtual unsigned countProcesses(const String& imageName) = 0;
   /// The folder of default documents beside the running program, without a trailing separator.
   virtual String installedDefaultsDirectory() = 0;
 
@@ -51,8 +49,7 @@ String cacheDirectory(Platform& platform, const String& product);
 String reportDirectory(Platform& platform, const String& product);
 
 /// Copies the default documents that are missing from the user's Config and Report folders; a document that
-/// is there is never touched. A missing Report folder is made, since nothing of the user's is in it. Throws
-/// Exception when a document can't be written.
+/// is there is never touched. Throws Exception when a document can't be written.
 void installMissingDefaults(Platform& platform, const String& product);
 
 } // namespace Tallymoor

@@ -22,7 +22,6 @@ public:
   }
   std::uint32_t tickCount() override { return 0; }
   void getFileVersion(const String&, unsigned&, unsigned&, unsigned&, unsigned&) override {}
-  unsigned countProcesses(const String&) override { return 1; }
   String installedDefaultsDirectory() override { return String(); }
 
   std::vector<String> opened;
