@@ -7,6 +7,7 @@
 #include <fstream>
 #include <memory>
 #include <system_error>
+#include <utility>
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/sax/SAXException.hpp>
 #include <xercesc/util/BinFileInputStream.hpp>
@@ -71,11 +72,26 @@ DocumentReader::DocumentReader()
   setDeclarationHandler(&m_declarations);
 }
 
-void DocumentReader::beginDocument(const DocumentLimits& limits) {
+void DocumentReader::beginDocument(const DocumentLimits& limits, bool keepsComments) {
+  m_keepsComments = keepsComments;
+  m_comments.clear();
   m_limits = limits;
   m_depth = 0;
   m_bytes = 0;
   m_elements = 0;
+}
+
+std::vector<String> DocumentReader::takeComments() {
+  return std::exchange(m_comments, {});
+}
+
+/// A comment is bounded as an element and its text are.
+void DocumentReader::docComment(const XMLCh* const text) {
+  if (!m_keepsComments)
+    return;
+  countElements(1);
+  m_comments.emplace_back(text);
+  checkText(m_comments.back().size());
 }
 
 void DocumentReader::countBytes(std::size_t bytes) {

@@ -4,6 +4,7 @@
 #include "xml/ParserMemory.h"
 #include <cstddef>
 #include <string>
+#include <vector>
 #include <xercesc/framework/LocalFileInputSource.hpp>
 #include <xercesc/parsers/SAX2XMLReaderImpl.hpp>
 #include <xercesc/sax2/DefaultHandler.hpp>
@@ -25,7 +26,11 @@ public:
   DocumentReader();
 
   /// To be called before each parse: an abandoned parse leaves its depth behind.
-  void beginDocument(const DocumentLimits& limits);
+  void beginDocument(const DocumentLimits& limits, bool keepsComments);
+
+  /// True when comments were met since they were taken last, in a document that keeps them.
+  bool hasComments() const { return !m_comments.empty(); }
+  std::vector<String> takeComments();
 
   // Told while a document is read, of what it is made of.
   void countBytes(std::size_t bytes);
@@ -42,6 +47,7 @@ public:
                     const XMLSize_t attributeCount, const bool isEmpty, const bool isRoot) override;
   void endElement(const xercesc::XMLElementDecl& declaration, const unsigned int uriId, const bool isRoot,
                   const XMLCh* const prefix) override;
+  void docComment(const XMLCh* const text) override;
   /// Called before anything between the brackets of the document type is read.
   void doctypeDecl(const xercesc::DTDElementDecl& element, const XMLCh* const publicId,
                    const XMLCh* const systemId, const bool hasInternal, const bool hasExternal) override;
@@ -54,6 +60,8 @@ private:
   std::size_t m_depth = 0;
   std::size_t m_bytes = 0;
   std::size_t m_elements = 0;
+  bool m_keepsComments = false;
+  std::vector<String> m_comments;
 };
 
 /// A file whose path goes to the operating system in UTF-8, whatever code page the library believes in. Its

@@ -21,10 +21,13 @@ bool isCreditType(std::int32_t type);
 /// True for money that crosses the portfolio's border.
 bool isExternalType(std::int32_t type);
 
-/// Root: any number of "SharePortfolios".
+/// Root: any number of "SharePortfolios". The user may write comments into the records.
 class XMLPortfolios : public XMLElement {
 public:
   XMLPortfolios();
+
+protected:
+  bool keepsComments() const override { return true; }
 };
 
 /// "Name", "HeldShares", "SoldShares", "Dividends", "CashReserve", "ComparisonIndex". The name and the

@@ -1,5 +1,6 @@
 #include "xml/XMLElement.h"
 #include "xml/DocumentReader.h"
+#include "xml/ElementComments.h"
 #include "xml/ElementLayout.h"
 #include "xml/ElementSlot.h"
 #include <algorithm>
@@ -43,6 +44,7 @@ XMLElement& XMLElement::operator=(const XMLElement& other) {
 
 XMLElement::~XMLElement() {
   destroyAllSubElements();
+  dropComments();
   if (m_ownsParser)
     delete m_parser;
 }
@@ -50,6 +52,10 @@ XMLElement::~XMLElement() {
 void XMLElement::copyFrom(const XMLElement& other) {
   m_layout = other.m_layout;
   m_value = other.m_value;
+  dropComments();
+  m_hasComments = other.m_hasComments;
+  if (m_hasComments)
+    ElementComments::set(*this, ElementComments::of(other));
   m_contentSafe = other.m_contentSafe;
   m_attributes = other.m_attributes ? std::make_unique<AttributeValues>(*other.m_attributes) : nullptr;
   for (std::size_t rego = 0; rego < other.m_slotCount; ++rego) {
@@ -237,6 +243,7 @@ void XMLElement::reset() {
   m_attributes.reset();
   m_value.clear();
   m_lastReference = NO_REFERENCE;
+  dropComments();
   for (std::size_t index = 0; index < m_slotCount; ++index) {
     ElementSlot& slot = m_slots[index];
     slot.seen = false;
@@ -248,6 +255,12 @@ void XMLElement::reset() {
     else
       destroySubElements(slot);
   }
+}
+
+void XMLElement::dropComments() {
+  if (m_hasComments)
+    ElementComments::remove(*this);
+  m_hasComments = false;
 }
 
 /// A pooled instance must know nothing of the tree that it leaves.

@@ -7,12 +7,14 @@
 #include <map>
 #include <memory>
 #include <string_view>
+#include <vector>
 #include <xercesc/sax2/ContentHandler.hpp>
 
 namespace Tallymoor {
 
 class DocumentReader;
 class ElementLayout;
+struct ElementComments;
 struct ElementSlot;
 class Utf8Writer;
 
@@ -26,6 +28,8 @@ class Utf8Writer;
 /// Documents hold hundreds of thousands of elements, so what a class declares is kept once (see
 /// ElementLayout), and an instance holds only its values. Registering in a constructor is cheap from the
 /// second instance on.
+///
+/// Comments of a document whose root asks for it (keepsComments) are written again at their places.
 ///
 /// A tree has no lock: one thread at a time. Different trees may be used on different threads. Failures are
 /// XMLException.
@@ -144,6 +148,9 @@ protected:
   /// Called when the element's end tag was read, before its parent goes on. Classes that check themselves
   /// while they are read throw from here.
   virtual void endTagRead() {}
+  /// Asked of the root: whether what the user wrote into the document as comments is kept. A comment goes
+  /// with the element that follows it or, where none follows, with the one that it stands in.
+  virtual bool keepsComments() const { return false; }
 
 private:
   template <class>
@@ -172,7 +179,10 @@ private:
   XMLElement& instanceFor(std::size_t rego);
   template <class MakeSource>
   void decodeFrom(const MakeSource& makeSource);
+  void takeComments(std::vector<String> ElementComments::*place);
+  void dropComments();
   void encode(Utf8Writer& writer);
+  void encodeElement(Utf8Writer& writer, const std::vector<String>& commentsInside);
   void encodeAttributes(Utf8Writer& writer) const;
   void encodeSubElements(Utf8Writer& writer);
   bool hasSubElementInstances() const;
@@ -187,6 +197,7 @@ private:
   std::uint16_t m_slotCount = 0;
   bool m_contentSafe = true;
   bool m_ownsParser = false;
+  bool m_hasComments = false; ///< in ElementComments
 };
 
 /// The usual factory.

@@ -1,11 +1,13 @@
 // How an element reads itself: the parse events, and the decode that starts them.
 #include "foundation/XmlLibrary.h"
 #include "xml/DocumentReader.h"
+#include "xml/ElementComments.h"
 #include "xml/ElementLayout.h"
 #include "xml/ElementSlot.h"
 #include "xml/TallymoorXMLErrorHandler.h"
 #include "xml/XMLElement.h"
 #include <cstring>
+#include <utility>
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/internal/EndOfEntityException.hpp>
 #include <xercesc/sax/SAXException.hpp>
@@ -53,11 +55,24 @@ void XMLElement::characters(const char16_t* chars, XMLSize_t length) {
   m_value.append(chars, length);
 }
 
+/// What the reader has met since the last tag.
+void XMLElement::takeComments(std::vector<String> ElementComments::*place) {
+  if (!m_parser || !m_parser->hasComments())
+    return;
+  ElementComments comments = m_hasComments ? ElementComments::of(*this) : ElementComments();
+  for (String& text : m_parser->takeComments())
+    (comments.*place).push_back(std::move(text));
+  ElementComments::set(*this, std::move(comments));
+  m_hasComments = true;
+}
+
 void XMLElement::endDocument() {
+  takeComments(&ElementComments::after);
   m_parent = nullptr;
 }
 
 void XMLElement::endElement(const char16_t*, const char16_t*, const char16_t*) {
+  takeComments(&ElementComments::inside);
   endTagRead();
   if (!m_parent)
     return;
@@ -85,6 +100,7 @@ void XMLElement::startElement(const char16_t* uri, const char16_t* localName, co
 
 void XMLElement::readOwnStartTag(const xercesc::Attributes& attributes) {
   m_lastReference = NO_REFERENCE;
+  takeComments(&ElementComments::before);
   const XMLSize_t count = attributes.getLength();
   if (count == 0)
     return;
@@ -188,7 +204,7 @@ void XMLElement::decodeFrom(const MakeSource& makeSource) {
   ParseException exception;
   {
     ParseScope scope(*this, errors);
-    m_parser->beginDocument(DocumentLimits::of(name()));
+    m_parser->beginDocument(DocumentLimits::of(name()), keepsComments());
     try {
       m_parser->parse(*makeSource());
     } catch (const xercesc::OutOfMemoryException& problem) {

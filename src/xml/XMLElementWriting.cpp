@@ -1,4 +1,5 @@
 // How an element writes itself.
+#include "xml/ElementComments.h"
 #include "xml/ElementLayout.h"
 #include "xml/ElementSlot.h"
 #include "xml/Utf8Writer.h"
@@ -20,6 +21,14 @@ void writeStylesheet(std::ostream& stream, const String& path) {
 
 void writeDoctype(std::ostream& stream, const std::string& root, const String& dtdName) {
   stream << "<!DOCTYPE " << root << " SYSTEM \"" << dtdName.toUTF8() << "\">" << std::endl;
+}
+
+void writeComments(Utf8Writer& writer, const ElementComments::Texts& comments) {
+  for (const String& text : comments) {
+    writer.raw("<!--");
+    writer.text(text);
+    writer.raw("-->");
+  }
 }
 
 } // namespace
@@ -56,13 +65,26 @@ void XMLElement::encode(std::ostream& stream) {
 }
 
 void XMLElement::encode(Utf8Writer& writer) {
+  static const ElementComments::Texts NONE;
+  if (!m_hasComments) {
+    encodeElement(writer, NONE);
+    return;
+  }
+  const ElementComments comments = ElementComments::of(*this);
+  writeComments(writer, comments.before);
+  encodeElement(writer, comments.inside);
+  writeComments(writer, comments.after);
+}
+
+void XMLElement::encodeElement(Utf8Writer& writer, const ElementComments::Texts& commentsInside) {
   writer.raw('<');
   writer.raw(m_layout->nameUtf8());
   checkAttributes();
   checkSubElements();
   encodeAttributes(writer);
   const bool leaf = isLeaf();
-  if (leaf ? m_value.empty() : !hasSubElementInstances()) {
+  const bool empty = leaf ? m_value.empty() : !hasSubElementInstances();
+  if (empty && commentsInside.empty()) {
     writer.raw("/>");
     return;
   }
@@ -73,6 +95,7 @@ void XMLElement::encode(Utf8Writer& writer) {
     writer.text(m_value);
   else
     writer.escaped(m_value);
+  writeComments(writer, commentsInside);
   writer.raw("</");
   writer.raw(m_layout->nameUtf8());
   writer.raw('>');
