@@ -292,8 +292,8 @@ TEST_F(SharesSoldTableTest, SalesOfSplitSharesAreShownAndDeletedAsTheyWereSold) 
   user.sellShares(u"ABC.AX", Date(2026, 2, 20), 100, 6.0, 20.0, true, String());
   showTree();
   EXPECT_THAT(rowTexts(table(), 0),
-              ElementsAre("ABC.AX", "100.00", "3.00", "6.00", "$300.00", "$600.00", "$300.00", "$20.00",
-                          "$280.00", "100.00%", "93.33%", "1892.59%", "02/02/2026", "20/02/2026", "18"));
+              ElementsAre("ABC.AX", "", "100.00", "3.00", "6.00", "$300.00", "$600.00", "$300.00", "$20.00",
+                          "$280.00", "100.00%", "93.33%", "1892.59%", "02/02/2026", "20/02/2026", "18", ""));
   EXPECT_EQ("200.00", cellText(*purchases(u"Trading", u"ABC.AX")->table(), 0, u"Number"));
   chooseFromRow(table(), 0, editEntry, [this] {
     whenModal(editTitle, [this](FXWindow& dialog) {
