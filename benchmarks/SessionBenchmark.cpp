@@ -1,9 +1,12 @@
 // What a transaction costs at the end of a year in one session, from its entry to the tables that follow it,
-// against the same transaction in a session that has just been started on the same records. Needs a display.
+// against the same transaction in a session that has just been started on the same records, and that against
+// one in a small portfolio. Needs a display.
 #include "Ratio.h"
 #include "YearInOneSession.h"
+#include <array>
 #include <cstdio>
 #include <ctime>
+#include <numeric>
 #include <unistd.h>
 
 namespace Tallymoor {
@@ -11,6 +14,13 @@ namespace {
 
 constexpr int ROUNDS = 24; // three of each kind of transaction
 constexpr double LIMIT = 1.25;
+constexpr int SMALL_CODES = 5;
+constexpr int SMALL_DAYS = 2;
+constexpr int PAGES = 7;
+constexpr std::array<const char*, PAGES> PAGE_NAMES{"total", "portfolio", "held", "purchases",
+                                                    "sold",  "dividends", "cash"};
+/// For 40 times the stocks and 100 times the transactions.
+constexpr double LARGE_LIMIT = 60.0;
 
 /// Of this program alone, whatever else the machine does.
 double processorSeconds() {
@@ -21,11 +31,15 @@ double processorSeconds() {
 
 class SessionBenchmark : public YearInOneSession {
 protected:
+  explicit SessionBenchmark(int codes = CODES) : YearInOneSession(codes) {}
+
   void SetUp() override {
     YearInOneSession::SetUp();
-    alarm(600); // longer than tests of windows take
+    alarm(900); // longer than tests of windows take
   }
-  double medianOfTransactions() {
+  double medianOfTransactions(int page) {
+    openPage(page);
+    makeTransaction(true); // reads what is read once
     std::vector<double> seconds;
     for (int round = 0; round < ROUNDS; ++round) {
       const double start = processorSeconds();
@@ -36,14 +50,65 @@ protected:
   }
 };
 
+/// By the page in front, in seconds.
+using ByPage = std::array<double, PAGES>;
+
+/// A new session on records of so many days.
+class PortfolioBenchmark : public SessionBenchmark {
+protected:
+  PortfolioBenchmark(int codes, int days) : SessionBenchmark(codes), m_days(days) {}
+
+  ByPage measure() {
+    buyTheStocks();
+    for (int day = 0; day < m_days; ++day)
+      nextDayOutOfSight();
+    startAgain();
+    ByPage times{};
+    for (int page = 0; page < PAGES; ++page)
+      times.at(static_cast<std::size_t>(page)) = medianOfTransactions(page);
+    return times;
+  }
+
+private:
+  const int m_days;
+};
+
+ByPage smallPortfolio{};
+
+class SmallPortfolioBenchmark : public PortfolioBenchmark {
+protected:
+  SmallPortfolioBenchmark() : PortfolioBenchmark(SMALL_CODES, SMALL_DAYS) {}
+};
+
+class LargePortfolioBenchmark : public PortfolioBenchmark {
+protected:
+  LargePortfolioBenchmark() : PortfolioBenchmark(CODES, DAYS) {}
+};
+
+TEST_F(SmallPortfolioBenchmark, IsMeasuredFirst) {
+  smallPortfolio = measure();
+  for (const double seconds : smallPortfolio)
+    EXPECT_LT(0.0, seconds);
+}
+
+/// What a transaction costs must not grow as the records do.
+TEST_F(LargePortfolioBenchmark, ATransactionCostsLittleMoreThanInASmallOne) {
+  const ByPage large = measure();
+  for (std::size_t page = 0; page < PAGES; ++page)
+    std::printf("a transaction with the page %s in front: %.1f ms, in a small portfolio: %.1f ms\n",
+                PAGE_NAMES.at(page), 1000.0 * large.at(page), 1000.0 * smallPortfolio.at(page));
+  const auto total = [](const ByPage& times) { return std::accumulate(times.begin(), times.end(), 0.0); };
+  EXPECT_TRUE(
+      Bench::printRatio("transaction_large_to_small", total(large) / total(smallPortfolio), LARGE_LIMIT));
+}
+
 TEST_F(SessionBenchmark, ATransactionCostsNoMoreAfterAYear) {
   buyTheStocks();
   for (int day = 0; day < DAYS; ++day)
     nextDay();
-  const double afterAYear = medianOfTransactions();
+  const double afterAYear = medianOfTransactions(CASH_PAGE);
   startAgain();
-  makeTransaction(true); // reads what a session reads once
-  const double startedAgain = medianOfTransactions();
+  const double startedAgain = medianOfTransactions(CASH_PAGE);
   std::printf("a transaction after a year in one session: %.1f ms, in a new session: %.1f ms\n",
               1000.0 * afterAYear, 1000.0 * startedAgain);
   EXPECT_TRUE(Bench::printRatio("session_year_to_new", afterAYear / startedAgain, LIMIT));

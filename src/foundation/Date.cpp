@@ -2,6 +2,7 @@
 #include "foundation/Exception.h"
 #include "foundation/Platform.h"
 #include <array>
+#include <optional>
 
 namespace Tallymoor {
 
@@ -31,6 +32,36 @@ Pieces cutAtSeparators(const String& text, char16_t separator) {
   if (second == String::npos)
     throw failure(u"no separator2: ", text);
   return {text.substr(0, first), text.substr(first + 1, second - first - 1), text.substr(second + 1)};
+}
+
+using Numbers = std::array<std::int32_t, 3>;
+
+/// What documents hold: digits and two slashes. Nothing for any other text. Years of records are tens of
+/// thousands of days, so these are read without a copy of their pieces.
+std::optional<Numbers> plainNumbers(const String& text) {
+  constexpr int MOST_DIGITS = 6;
+  Numbers numbers{};
+  std::size_t place = 0;
+  int digits = 0;
+  for (const char16_t unit : text) {
+    if (unit == u'/' && digits > 0 && place + 1 < numbers.size()) {
+      ++place;
+      digits = 0;
+    } else if (unit >= u'0' && unit <= u'9' && digits < MOST_DIGITS) {
+      numbers[place] = numbers[place] * 10 + (unit - u'0');
+      ++digits;
+    } else {
+      return std::nullopt;
+    }
+  }
+  return place + 1 == numbers.size() && digits > 0 ? std::optional(numbers) : std::nullopt;
+}
+
+Numbers numbersOf(const String& text) {
+  if (const auto plain = plainNumbers(text))
+    return *plain;
+  const Pieces piece = cutAtSeparators(text, u'/');
+  return {piece[0].toLong(), piece[1].toLong(), piece[2].toLong()};
 }
 
 int monthNamed(const String& name, const String& text) {
@@ -103,24 +134,25 @@ void Date::fromString(const String& text, int format) {
     *this = parsed;
     return;
   }
-  const Pieces piece = cutAtSeparators(text, format == DATE_DISPLAY_MIDDATE1 ? u'-' : u'/');
-  switch (format) {
-  case DATE_DISPLAY_DMY:
-  case DATE_DISPLAY_DMY2:
-    setDate(piece[2].toLong(), piece[1].toLong(), piece[0].toLong());
-    break;
-  case DATE_DISPLAY_MDY:
-    setDate(piece[2].toLong(), piece[0].toLong(), piece[1].toLong());
-    break;
-  case DATE_DISPLAY_YMD:
-    setDate(piece[0].toLong(), piece[1].toLong(), piece[2].toLong());
-    break;
-  case DATE_DISPLAY_MIDDATE1: {
+  if (format == DATE_DISPLAY_MIDDATE1) {
+    const Pieces piece = cutAtSeparators(text, u'-');
     const int month = monthNamed(piece[1], text);
     const unsigned year = ShortYearToFullYear(static_cast<unsigned>(piece[2].toLong()));
     setDate(static_cast<int>(year), month, piece[0].toLong());
-    break;
+    return;
   }
+  const Numbers number = numbersOf(text);
+  switch (format) {
+  case DATE_DISPLAY_DMY:
+  case DATE_DISPLAY_DMY2:
+    setDate(number[2], number[1], number[0]);
+    break;
+  case DATE_DISPLAY_MDY:
+    setDate(number[2], number[0], number[1]);
+    break;
+  case DATE_DISPLAY_YMD:
+    setDate(number[0], number[1], number[2]);
+    break;
   default:
     throw failure(u"bad format: ", text);
   }

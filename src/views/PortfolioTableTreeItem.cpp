@@ -3,6 +3,8 @@
 #include "views/PortfolioTable.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/TotalsBar.h"
+#include "widgets/InvestmentTree.h"
+#include <utility>
 
 namespace Tallymoor {
 
@@ -38,8 +40,28 @@ SharePortfolioUser& PortfolioTableTreeItem::portfolio() const {
 }
 
 void PortfolioTableTreeItem::update() {
-  if (isSound())
+  if (!isSound())
+    return;
+  m_overdue = true;
+  if (followsUnseen() || investmentTree()->shownItem() == this)
+    fillOverdue();
+  else
+    m_table->recordsChanged();
+}
+
+void PortfolioTableTreeItem::fillOverdue() const {
+  if (m_table && std::exchange(m_overdue, false))
     m_table->updateTable();
+}
+
+PortfolioTable* PortfolioTableTreeItem::table() const {
+  fillOverdue();
+  return m_table;
+}
+
+TotalsBar* PortfolioTableTreeItem::totalsBar() const {
+  fillOverdue();
+  return m_totalsBar;
 }
 
 FXint PortfolioTableTreeItem::onLeftClick(FXint x, FXint y) {

@@ -12,6 +12,10 @@ class TotalsBar;
 
 /// A node below that of a portfolio: its page shows one table of the portfolio's records, with totals below.
 ///
+/// A portfolio may have hundreds of these nodes, and a change of its records concerns most of them. So a
+/// table out of sight is not filled anew before its page is shown or somebody asks for it; until then it
+/// reads nothing.
+///
 /// GUI thread only, under the big mutex.
 class PortfolioTableTreeItem : public InvestmentTreeItem, public Table::Watcher {
   FXDECLARE_ABSTRACT(PortfolioTableTreeItem)
@@ -20,6 +24,7 @@ public:
   PortfolioTableTreeItem(InvestmentTree* tree, InvestmentTreeItem* parentItem,
                          SharePortfolioTreeItem* portfolioNode, const String& label, FXIcon* icon);
 
+  /// Fills the table anew, now or, out of sight, when it is wanted.
   void update() override;
   FXint onLeftClick(FXint x, FXint y) override;
   void tableChanged(bool rebuilt) override;
@@ -29,10 +34,10 @@ public:
   virtual void recordsChanged();
 
   SharePortfolioUser& portfolio() const;
-  /// Null when building the node failed.
-  PortfolioTable* table() const { return m_table; }
-  /// Null as well where the page has no bar of totals.
-  TotalsBar* totalsBar() const { return m_totalsBar; }
+  /// Up to date, also out of sight. Null when building the node failed.
+  PortfolioTable* table() const;
+  /// The same. Null as well where the page has no bar of totals.
+  TotalsBar* totalsBar() const;
 
 protected:
   /// Makes the table and what stands below it.
@@ -46,16 +51,21 @@ protected:
   virtual std::vector<Column::Function> summedColumns() const { return {}; }
   /// All columns that have a total in the bar.
   virtual std::vector<Column::Function> totalledColumns() const { return summedColumns(); }
+  /// Whether others depend on the table, so that it must follow the records out of sight as well.
+  virtual bool followsUnseen() const { return false; }
   /// Gives the totals their texts: here the sums.
   virtual void showTotals();
 
   SharePortfolioTreeItem* portfolioNode() const { return m_portfolioNode; }
 
 private:
+  void fillOverdue() const;
+
   SharePortfolioTreeItem* m_portfolioNode = nullptr;
   PortfolioTable* m_table = nullptr;
   TotalsBar* m_totalsBar = nullptr;
   FXComposite* m_tableArea = nullptr;
+  mutable bool m_overdue = false; ///< the table is to be filled when it is wanted
 };
 
 } // namespace Tallymoor

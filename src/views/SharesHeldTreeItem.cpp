@@ -14,6 +14,7 @@
 #include "widgets/RememberedSplitter.h"
 #include "xml/Leaves.h"
 #include <algorithm>
+#include <utility>
 
 namespace Tallymoor {
 
@@ -29,6 +30,14 @@ FXIMPLEMENT_ABSTRACT(SharesHeldTreeItem, PortfolioTableTreeItem, SharesHeldTreeI
                      ARRAYNUMBER(SharesHeldTreeItemMap))
 
 using namespace HeldShareCells;
+
+namespace {
+
+const String& codeOf(const TreeViewItem& purchases) {
+  return static_cast<const SharesHeldTreeItem&>(purchases).code();
+}
+
+} // namespace
 
 SharesHeldTreeItem::SharesHeldTreeItem(InvestmentTree* tree, SharePortfolioTreeItem* portfolioNode)
     : PortfolioTableTreeItem(tree, portfolioNode, portfolioNode, u"Shares Held",
@@ -111,21 +120,46 @@ void SharesHeldTreeItem::updateChildren() {
   const std::vector<String> codes = codesToShow();
   std::vector<String> shown;
   for (TreeViewItem* child = firstChild(); child; child = child->nextSibling())
-    shown.push_back(static_cast<SharesHeldTreeItem*>(child)->code());
+    shown.push_back(codeOf(*child));
   if (codes == shown)
     return;
   const TreeState state(*investmentTree());
-  while (TreeViewItem* child = firstChild())
-    tree()->removeItem(child);
-  for (const String& code : codes)
-    new SharesHeldTreeItem(investmentTree(), this, code);
+  arrangeChildren(codes);
   state.restore();
+}
+
+/// Nodes of stocks that are still held stay as they are: there may be hundreds, each with a page. Both the
+/// nodes and the codes are in order.
+void SharesHeldTreeItem::arrangeChildren(const std::vector<String>& codes) {
+  TreeViewItem* next = firstChild();
+  const auto removeNext = [&] {
+    TreeViewItem* gone = std::exchange(next, next->nextSibling());
+    tree()->removeItem(gone);
+  };
+  for (const String& code : codes) {
+    while (next && codeOf(*next) < code)
+      removeNext();
+    if (next && codeOf(*next) == code) {
+      next = next->nextSibling();
+      continue;
+    }
+    auto* child = new SharesHeldTreeItem(investmentTree(), this, code);
+    if (next)
+      tree()->moveItem(next, this, child);
+  }
+  while (next)
+    removeNext();
 }
 
 void SharesHeldTreeItem::recordsChanged() {
   PortfolioTableTreeItem::recordsChanged();
   for (TreeViewItem* child = firstChild(); child; child = child->nextSibling())
     static_cast<SharesHeldTreeItem*>(child)->recordsChanged();
+}
+
+/// All shares held: their codes are watched by this table, and it warns of limits.
+bool SharesHeldTreeItem::followsUnseen() const {
+  return !isPurchases();
 }
 
 std::vector<Column::Function> SharesHeldTreeItem::summedColumns() const {

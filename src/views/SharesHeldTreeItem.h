@@ -53,10 +53,12 @@ protected:
   std::vector<Column::Function> summedColumns() const override;
   std::vector<Column::Function> totalledColumns() const override;
   void showTotals() override;
+  bool followsUnseen() const override;
 
 private:
   bool isPurchases() const { return !m_code.empty(); }
   std::vector<String> codesToShow() const;
+  void arrangeChildren(const std::vector<String>& codes);
   /// A page that nobody sees need not have the years that a chart goes back.
   void showChart();
 

@@ -22,11 +22,13 @@ class YearInOneSession : public ShellTest {
 protected:
   static constexpr int CODES = 200;
   static constexpr int DAYS = 250;
+  static constexpr int CASH_PAGE = 6; ///< as openPage counts them
   static constexpr int TRANSACTIONS_A_DAY = 40;
 
-  YearInOneSession() {
+  /// Fewer stocks for whoever compares.
+  explicit YearInOneSession(int codes = CODES) : m_codes(codes) {
     profile().setToday(m_day);
-    for (int i = 0; i < CODES; ++i) {
+    for (int i = 0; i < m_codes; ++i) {
       market().setHistory(codeAt(i), Date(2024, 12, 2), Date(2026, 3, 3), basePrice(i));
       market().setCurrentPrice(codeAt(i), basePrice(i));
     }
@@ -44,16 +46,14 @@ protected:
   void buyTheStocks() {
     transact([this](SharePortfolioUser& portfolio) {
       portfolio.creditCash(m_day, 10'000'000.0, CASH_EVENT_DEPOSIT, u"DEPOSIT opening");
-      for (int i = 0; i < CODES; ++i)
+      for (int i = 0; i < m_codes; ++i)
         portfolio.buyShares(codeAt(i), m_day, 1000.0, basePrice(i), 19.95, u"");
     });
-    m_transactions += CODES; // and the deposit, which transact has counted
+    m_transactions += m_codes; // and the deposit, which transact has counted
   }
 
   void nextDay() {
-    m_day = m_day.plusDays(m_day.dayOfWeek() == 5 ? 3 : 1);
-    profile().setToday(m_day);
-    ++m_daysGone;
+    beginDay();
     for (int i = 0; i < TRANSACTIONS_A_DAY; ++i)
       makeTransaction(i == TRANSACTIONS_A_DAY - 1);
     if (m_daysGone % 5 == 1 || m_daysGone % 5 == 3)
@@ -62,6 +62,13 @@ protected:
       openPage(m_daysGone / 2 % 7);
     if (m_daysGone % 10 == 0)
       command(TallymoorWindow::ID_SAVE);
+  }
+
+  /// The same transactions, with neither views nor prices that follow.
+  void nextDayOutOfSight() {
+    beginDay();
+    for (int i = 0; i < TRANSACTIONS_A_DAY; ++i)
+      makeTransaction(false);
   }
 
   /// One of eight kinds in turn. The views follow at once, or with the next one for which they do.
@@ -78,7 +85,7 @@ protected:
 
   /// All stocks get new prices, by the updater, on a thread that is not the window's.
   void passOfPrices() {
-    for (int i = 0; i < CODES; ++i)
+    for (int i = 0; i < m_codes; ++i)
       market().setCurrentPrice(codeAt(i), basePrice(i) * (1.0 + 0.001 * ((m_daysGone + i) % 9)));
     std::atomic<bool> done = false;
     std::thread pass([&done] {
@@ -87,7 +94,7 @@ protected:
     });
     runUntil([&done] { return done.load(); });
     pass.join();
-    m_priceUpdates += CODES;
+    m_priceUpdates += m_codes;
   }
 
   /// The program is left and started again on what it has saved.
@@ -103,7 +110,7 @@ protected:
   void openPage(int which) {
     SharePortfolioTreeItem& trading = node();
     TreeViewItem* purchases = trading.sharesHeldItem()->firstChild();
-    for (int i = 0; i < m_daysGone % CODES; ++i)
+    for (int i = 0; i < m_daysGone % m_codes; ++i)
       purchases = purchases->nextSibling();
     const std::array<InvestmentTreeItem*, 7> pages = {
         window().totalCapital(),  &trading,
@@ -124,6 +131,11 @@ protected:
   int priceUpdates() const { return m_priceUpdates; }
 
 private:
+  void beginDay() {
+    m_day = m_day.plusDays(m_day.dayOfWeek() == 5 ? 3 : 1);
+    profile().setToday(m_day);
+    ++m_daysGone;
+  }
   static String codeAt(int i) { return String(("S" + std::to_string(100 + i) + ".AX").c_str()); }
   static double basePrice(int i) { return 10.0 + i % 7; }
 
@@ -141,7 +153,7 @@ private:
   }
 
   void record(SharePortfolioUser& portfolio, int number) const {
-    const int index = (number / 8 * 7) % CODES;
+    const int index = (number / 8 * 7) % m_codes;
     const String text = String::fromLong(number);
     const double amount = 10.0 + number % 90;
     switch (number % 8) {
@@ -181,6 +193,7 @@ private:
       portfolio.deleteCashEvent(last);
   }
 
+  const int m_codes;
   Date m_day{2025, 3, 3};
   int m_daysGone = 0;
   int m_made = 0;

@@ -3,6 +3,7 @@
 #include "views/HeldShareCells.h"
 #include "views/PriceChart.h"
 #include "widgets/ChartView.h"
+#include "widgets/HandlerScope.h"
 
 using namespace Tallymoor;
 using namespace Tallymoor::HeldShareCells;
@@ -153,6 +154,52 @@ TEST_F(SharesHeldTreeItemTest, PageOfASharesPurchasesSurvivesANewNeighbour) {
   EXPECT_EQ(purchases(u"Trading", u"AAA.AX"), tree().shownItem());
   EXPECT_EQ(tree().switcher()->childAtIndex(tree().switcher()->getCurrent()),
             purchases(u"Trading", u"AAA.AX")->page());
+}
+
+TEST_F(SharesHeldTreeItemTest, NodesOfStocksThatAreStillHeldAreNotMadeAnew) {
+  SharePortfolioUser& user = addTrading();
+  buy(user, u"CCC.AX", 5, 3.0);
+  buy(user, u"EEE.AX", 5, 3.0);
+  showTree();
+  const SharesHeldTreeItem* const first = purchases(u"Trading", u"AAA.AX");
+  const SharesHeldTreeItem* const last = purchases(u"Trading", u"EEE.AX");
+  {
+    const HandlerScope scope;
+    node(u"Trading").transactionMade();
+    buy(user, u"BBB.AX", 5, 3.0);
+    buy(user, u"FFF.AX", 5, 3.0);
+    user.removeHeldShare(u"CCC.AX");
+  }
+  EXPECT_THAT(childLabels(held(u"Trading")),
+              ElementsAre("AAA.AX Purchases", "BBB.AX Purchases", "EEE.AX Purchases", "FFF.AX Purchases"));
+  EXPECT_EQ(first, purchases(u"Trading", u"AAA.AX"));
+  EXPECT_EQ(last, purchases(u"Trading", u"EEE.AX"));
+}
+
+TEST_F(SharesHeldTreeItemTest, TableOutOfSightIsFilledWhenItIsShown) {
+  SharePortfolioUser& user = addTrading();
+  showTree();
+  leftClick(cash());
+  PortfolioTable* const table = sold().table();
+  {
+    const HandlerScope scope;
+    node(u"Trading").transactionMade();
+    user.sellShares(u"AAA.AX", Date(2026, 3, 3), 200, 6.6, 0.0, true, String());
+  }
+  EXPECT_TRUE(table->hasChangedRecords()) << "it must read nothing before it is filled";
+  EXPECT_EQ(0, table->getNumRows());
+  leftClick(sold());
+  EXPECT_FALSE(table->hasChangedRecords());
+  EXPECT_EQ(1, table->getNumRows());
+}
+
+TEST_F(SharesHeldTreeItemTest, StockBoughtOutOfSightIsWatched) {
+  SharePortfolioUser& user = addTrading();
+  showTree();
+  leftClick(cash());
+  buy(user, u"BBB.AX", 5, 3.0);
+  node(u"Trading").transactionMade();
+  EXPECT_TRUE(TallymoorInternet::Instance().priceUpdater().hasCode(u"BBB.AX"));
 }
 
 // ---- Commands ----
