@@ -1,5 +1,6 @@
 #include "views/PortfolioPerformanceTable.h"
 #include "ViewsTest.h"
+#include "support/windows/OnDisplay.h"
 #include "views/CapitalChart.h"
 #include "views/PerformanceView.h"
 
@@ -474,6 +475,20 @@ TEST_F(PerformanceViewTest, BothPartsCanBeUsedInASmallWindow) {
   leftClick(node(u"Trading"));
   EXPECT_GE(table().getHeight(), 90);
   EXPECT_GE(view().chart().getHeight(), 120);
+}
+
+/// As at a start: the first page is filled before the window gives it any height.
+TEST_F(PerformanceViewTest, TheTableOfAPageThatIsFilledWithoutHeightComesOntoTheDisplay) {
+  SharePortfolioUser& growing = addGrowing();
+  auto* page =
+      new FXVerticalFrame(mainWindow().contentFrame(), LAYOUT_FILL_X | LAYOUT_FIX_HEIGHT, 0, 0, 0, 0);
+  auto* early = new PerformanceView(page, {&growing}, false, u"Trading", nullptr);
+  early->update();
+  page->create();
+  page->setHeight(400);
+  settle();
+  EXPECT_TRUE(isOnDisplay(early->table()));
+  EXPECT_TRUE(isOnDisplay(early->chart()));
 }
 
 TEST_F(PerformanceViewTest, LineStaysWhereItWasPutOnAllPages) {

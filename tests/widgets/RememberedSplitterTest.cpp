@@ -70,16 +70,15 @@ TEST_F(RememberedSplitterTest, PaneIsNeverLost) {
   EXPECT_NEAR(10, share(makeSplitter(u"Y Splitter Low")), 2);
 }
 
-/// As the first page after a start is made: it is created, laid out without any height, and only then shown.
+/// As the first page after a start is made: it is created without any height, and laid out only then.
 TEST_F(RememberedSplitterTest, APaneThatBeganWithoutHeightComesOntoTheDisplay) {
   auto* page =
       new FXVerticalFrame(mainWindow().contentFrame(), LAYOUT_FILL_X | LAYOUT_FIX_HEIGHT, 0, 0, 0, 0);
   auto* splitter = new RememberedSplitter(page, u"Y Splitter Test");
   auto* upper = new FXFrame(splitter, LAYOUT_FILL_X | LAYOUT_FILL_Y);
   auto* lower = new FXFrame(splitter, LAYOUT_FILL_X | LAYOUT_FILL_Y);
-  splitter->layout();
+  splitter->setSplit(0, 0);
   page->create();
-  splitter->layout();
   page->setHeight(400);
   settle();
   ASSERT_GT(splitter->getHeight(), 100);
