@@ -32,9 +32,9 @@ double figureOrNone(const String& text) {
   return holdsDigits(text) ? requireFigure(text) : 0.0;
 }
 
-/// A number of shares; 0 also where it is shortened, as "1.2M", since nothing is computed with it.
+/// 0 where it can't be read.
 std::int32_t volumeIn(const String& text) {
-  return String::fromDouble(std::trunc(readFigure(text).value_or(0.0)), 0).toLong();
+  return String::fromDouble(std::trunc(readVolume(text).value_or(0.0)), 0).toLong();
 }
 
 } // namespace

@@ -49,6 +49,23 @@ std::size_t endOfNumber(const String& text) {
   return end;
 }
 
+/// What a letter behind a number stands for; 1 for any other.
+double unitOf(char16_t letter) {
+  switch (letter) {
+  case u'K':
+  case u'k':
+    return 1e3;
+  case u'M':
+  case u'm':
+    return 1e6;
+  case u'B':
+  case u'b':
+    return 1e9;
+  default:
+    return 1.0;
+  }
+}
+
 } // namespace
 
 String withoutPageBlanks(const String& text) {
@@ -81,6 +98,13 @@ std::optional<double> readFigure(const String& text) {
   if (goesOn || std::any_of(behind.begin(), behind.end(), isDigit))
     return std::nullopt;
   return number.substr(0, end).toDouble();
+}
+
+std::optional<double> readVolume(const String& text) {
+  const String number = withoutPageBlanks(text);
+  const double unit = number.empty() ? 1.0 : unitOf(number.back());
+  const std::optional<double> figure = readFigure(unit > 1.0 ? number.substr(0, number.size() - 1) : number);
+  return figure ? std::optional(*figure * unit) : std::nullopt;
 }
 
 double requireFigure(const String& text) {

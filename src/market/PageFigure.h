@@ -19,7 +19,10 @@ bool holdsDigits(const String& text);
 /// and "5.1%". Nothing for any other text: "12,34", "1.234,50", "1&nbsp;234", "$12.34", "1.2M".
 std::optional<double> readFigure(const String& text);
 
-/// The same, but throws HTMLException "TallymoorInternet - no number: " and the text.
+/// A number of shares, which pages shorten to thousands, millions or billions: "850", "12.5K", "1.2M", "3b".
+std::optional<double> readVolume(const String& text);
+
+/// As readFigure, but throws HTMLException "TallymoorInternet - no number: " and the text.
 double requireFigure(const String& text);
 
 } // namespace Tallymoor

@@ -40,4 +40,8 @@ String remarkOnNumber(const String& text) {
          u"thousands, or something behind it that may belong to it";
 }
 
+String remarkOnVolume(const String& text) {
+  return readVolume(text) ? String() : remarkOnNumber(text);
+}
+
 } // namespace Tallymoor

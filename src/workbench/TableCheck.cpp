@@ -225,7 +225,8 @@ void TableCheck::noteNumbers(const HTMLTable& table, std::size_t row) {
     const String cell = table.cellValue(row, column);
     if (!isNumber(table.columnType(column)) || cell.empty())
       continue;
-    const String remark = remarkOnNumber(cell);
+    const bool isVolume = table.columnType(column) == COLUMN_TYPE_VOLUME;
+    const String remark = isVolume ? remarkOnVolume(cell) : remarkOnNumber(cell);
     if (!remark.empty())
       m_remarks.push_back(u"row " + numberText(row + 1) + u", " + columnName(column) + u": " + remark + u".");
   }

@@ -101,7 +101,10 @@ void TableCommand::showNotes() const {
   showMissingColumns();
   showAlikeTexts();
   for (const ExampleCell& cell : m_cells) {
-    const String remark = isAmount(cell.type) ? remarkOnNumber(cell.text) : String();
+    const bool isVolume = cell.type == COLUMN_TYPE_VOLUME;
+    const String remark = isVolume              ? remarkOnVolume(cell.text)
+                          : isAmount(cell.type) ? remarkOnNumber(cell.text)
+                                                : String();
     if (!remark.empty())
       m_out.line(u"Mind: " + columnTypeName(cell.type) + u": " + remark + u".");
   }

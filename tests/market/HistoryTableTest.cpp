@@ -85,7 +85,7 @@ TEST_F(HistoryTableTest, APriceInDoubtIsRefused) {
 }
 
 TEST_F(HistoryTableTest, OtherFiguresMayBeMissing) {
-  const HistoryTable::Row row = read({"3-Mar-06", "1.5", "N/A", "", "1.2M"});
+  const HistoryTable::Row row = read({"3-Mar-06", "1.5", "N/A", "", "1.2x"});
   EXPECT_EQ(row.reading, HistoryTable::Reading::Read);
   EXPECT_EQ(row.value.high, 0.0);
   EXPECT_EQ(row.value.low, 0.0);

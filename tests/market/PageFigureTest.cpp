@@ -54,6 +54,21 @@ TEST(PageFigure, ReadsNothingElse) {
     EXPECT_FALSE(readFigure(text).has_value()) << String(text).toUTF8();
 }
 
+TEST(PageFigure, APriceInPenceIsNotOneInPounds) {
+  for (const char16_t* const text : {u"3200p", u"3,200p", u"32.00p", u"3200 p1"})
+    EXPECT_FALSE(readFigure(text).has_value()) << String(text).toUTF8();
+}
+
+TEST(PageFigure, VolumesMayBeShortened) {
+  const std::pair<const char16_t*, double> cases[] = {
+      {u"850", 850}, {u"1,004,500", 1004500}, {u"1.2M", 1.2e6},  {u" 12.5k&nbsp;", 12500}, {u"3B", 3e9},
+      {u"0", 0},     {u"1.2m", 1.2e6},        {u"&nbsp;2b", 2e9}};
+  for (const auto& [text, volume] : cases)
+    EXPECT_EQ(readVolume(text), volume) << String(text).toUTF8();
+  for (const char16_t* const text : {u"", u"M", u"-", u"1.2x", u"1.2MM", u"1,2M"})
+    EXPECT_FALSE(readVolume(text).has_value()) << String(text).toUTF8();
+}
+
 TEST(PageFigure, SaysWhatIsNoNumber) {
   EXPECT_EQ(requireFigure(u"1.5"), 1.5);
   EXPECT_EQ(messageOf([] { requireFigure(u"N/A"); }), String(u"TallymoorInternet - no number: N/A"));

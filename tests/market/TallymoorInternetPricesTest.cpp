@@ -28,6 +28,27 @@ protected:
 
 // --- Current prices
 
+TEST_F(TallymoorInternetPricesTest, OfTwoRowsOfOneDayTheLaterCounts) {
+  m_market.answerWith(Page::History,
+                      "<html><table id=\"prices\">"
+                      "<tr><td>10-Nov-06</td><td>5.5</td><td>4.5</td><td>5</td><td>1000</td></tr>"
+                      "<tr><td>10-Nov-06</td><td>6.5</td><td>5.5</td><td>6</td><td>2000</td></tr>"
+                      "<tr><td>9-Nov-06</td><td>4.5</td><td>3.5</td><td>4</td><td>1000</td></tr>"
+                      "</table></html>");
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_friday, true), 6.0);
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, m_friday, 1), 6.5);
+}
+
+TEST_F(TallymoorInternetPricesTest, ACloseWithAShortenedVolumeIsTheSourcesOwn) {
+  m_market.answerWith(Page::History,
+                      "<html><table id=\"prices\"><tr><td>15-Nov-06</td><td>5.5</td><td>4.5</td>"
+                      "<td>5</td><td>1.2M</td></tr></table></html>");
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_today, true), 5.0);
+  EXPECT_EQ(gateway().cachedRows(m_code, m_today, m_today).begin()->second.volume, 1200000);
+  gateway().currentPriceUpdated(m_code, 7.0);
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, m_today, 0), 5.0);
+}
+
 TEST_F(TallymoorInternetPricesTest, FetchesACurrentPrice) {
   m_market.setCurrentPrice(m_code, 12.34);
   EXPECT_DOUBLE_EQ(gateway().currentPrice(m_code, false, false), 12.34);

@@ -293,10 +293,10 @@ TEST_F(CheckCommandTest, ADateThatCannotBeReadIsNamed) {
 }
 
 TEST_F(CheckCommandTest, ACloseOfNothingIsWrong) {
-  const Result result = checkHistory(row({"2-Mar-26", "0.00", "1.60", "1.40", "1.2M"}));
+  const Result result = checkHistory(row({"2-Mar-26", "0.00", "1.60", "1.40", "1.2x"}));
   EXPECT_EQ(result.status, 1);
   EXPECT_TRUE(result.says("<- WRONG: a close of nothing")) << result.out;
-  EXPECT_TRUE(result.says("Mind:\n  row 1, Volume: \"1.2M\" can't be read as a number")) << result.out;
+  EXPECT_TRUE(result.says("Mind:\n  row 1, Volume: \"1.2x\" can't be read as a number")) << result.out;
 }
 
 TEST_F(CheckCommandTest, ACloseThatIsNoNumberIsNamed) {
