@@ -100,6 +100,9 @@ void SharesHeldTreeItem::showChart() {
 }
 
 void SharesHeldTreeItem::tableChanged(bool rebuilt) {
+  // One price changes the whole of which each share is a part.
+  if (!rebuilt && !isPurchases() && table())
+    table()->refreshColumn(&portfolioPercent);
   PortfolioTableTreeItem::tableChanged(rebuilt);
   if (m_chart)
     m_chart->refresh();

@@ -301,6 +301,19 @@ void Table::refreshRow(Row& row) {
   repaintRow(row);
 }
 
+void Table::refreshColumn(Column::Function function) {
+  if (m_recordsChanged || !hasColumn(function))
+    return;
+  Column& column = getColumn(function);
+  for (Row* row : m_rows.all()) {
+    column.forget(*row);
+    if (row->m_index < 0 || column.index() < 0)
+      continue;
+    itemAt(row->m_index, column.index())->setText(toFox(column(*row)));
+    repaintRow(*row);
+  }
+}
+
 void Table::resetCells(const Row& row) {
   for (const Column* column : m_visibleColumns) {
     if (!getItem(row.m_index, column->index()))

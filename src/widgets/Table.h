@@ -66,6 +66,9 @@ public:
   /// Computes the row's cells anew. Does nothing while the records have changed under the table, and only
   /// forgets what was computed when the row has no place yet.
   void refreshRow(Row& row);
+  /// Computes one column anew in all rows, for figures that depend on the other rows. Does nothing where the
+  /// table has no such column.
+  void refreshColumn(Column::Function function);
   /// The records under the rows have changed: until the table is filled anew, rows keep what they show and no
   /// cell function is called.
   void recordsChanged() { m_recordsChanged = true; }

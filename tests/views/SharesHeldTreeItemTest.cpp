@@ -59,6 +59,21 @@ TEST_F(SharesHeldTreeItemTest, TotalsOfSharesAndOfPurchases) {
   EXPECT_TRUE(shows(*shares.page(), "Totals:"));
 }
 
+TEST_F(SharesHeldTreeItemTest, APriceChangesThePartOfEachShareInTheWhole) {
+  SharePortfolioUser& user = addPortfolio(u"Trading", 4000.0);
+  buy(user, u"AAA.AX", 100, 10.0);
+  buy(user, u"BBB.AX", 100, 10.0);
+  market().setCurrentPrice(u"AAA.AX", 10.0);
+  market().setCurrentPrice(u"BBB.AX", 10.0);
+  showTree();
+  const Table& table = *held(u"Trading").table();
+  EXPECT_EQ("25.00%", cellText(table, 0, u"Portfolio %"));
+  market().setCurrentPrice(u"BBB.AX", 50.0);
+  runPass();
+  EXPECT_EQ("12.50%", cellText(table, 0, u"Portfolio %"));
+  EXPECT_EQ("62.50%", cellText(table, 1, u"Portfolio %"));
+}
+
 TEST_F(SharesHeldTreeItemTest, HiddenColumnHasNoTotalAndTheOthersStay) {
   addTrading();
   Settings::Instance().writeUnsigned(u"Upgrades", u"Visible Columns Shares Held Table", 1);
