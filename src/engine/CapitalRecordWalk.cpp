@@ -3,6 +3,7 @@
 #include "engine/SharePortfolioUser.h"
 #include "foundation/Amounts.h"
 #include "foundation/LengthyFunctions.h"
+#include "foundation/UserInteraction.h"
 #include "market/TallymoorInternet.h"
 #include "xml/PortfolioRecords.h"
 #include <algorithm>
@@ -15,6 +16,12 @@ namespace {
 /// Of a purchase that a sale has divided into parts that are no hundredths.
 bool isDivided(const XMLElement& event) {
   return hasFractionOfHundredths(textValue(event, u"NumHeld"));
+}
+
+/// True when the user, or the end of the program, wants the walk to end.
+bool isCancelled(const Progress* progress) {
+  return (progress && progress->isCancelled()) ||
+         (UserInteraction::exists() && UserInteraction::Instance().isStopWanted());
 }
 
 } // namespace
@@ -189,9 +196,11 @@ const std::vector<CapitalRecordWalk::Holding>* CapitalRecordWalk::holdings(const
   for (std::size_t place : m_held) {
     Stock& stock = m_stocks[place];
     announceFetch(stock, day, progress);
-    if (progress && progress->isCancelled())
+    if (isCancelled(progress))
       return nullptr;
     const SharePortfolioUser::CheckedPrice checked = m_portfolio.checkPriceForSplit(stock.code, day);
+    if (isCancelled(progress))
+      return nullptr; // its fetch may have been broken off, and the price a stand-in
     if (checked.adjusted)
       recompute(stock, day);
     if (stock.price.empty() || checked.price != stock.lastPrice) {

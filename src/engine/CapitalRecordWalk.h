@@ -40,8 +40,8 @@ public:
   /// Money from outside on the very day; empty when it would read as zero.
   String cashInjected(const Date& day) const;
   /// The stocks held at the end of the day, in the order of the records. Asks about splits; a progress text
-  /// tells of codes whose history is yet to be fetched. Null when the user has cancelled between two of them.
-  /// Throws Exception when a price can't be had.
+  /// tells of codes whose history is yet to be fetched. Null when the user has cancelled, or the program is
+  /// to end. Throws Exception when a price can't be had.
   const std::vector<Holding>* holdings(const Date& day, Progress* progress);
   /// Asks about the splits of the stocks held on the day and does nothing else; true when an answer was
   /// recorded.

@@ -1,9 +1,24 @@
 #include "foundation/BigMutex.h"
+#include "foundation/BigMutexWaiters.h"
 
 namespace Tallymoor {
 
+namespace {
+
+std::atomic<unsigned> waiting = 0;
+
+} // namespace
+
+unsigned threadsWaitingForBigMutex() {
+  return waiting;
+}
+
 void BigMutex::lock() {
-  m_mutex.lock();
+  if (!m_mutex.try_lock()) {
+    ++waiting;
+    m_mutex.lock();
+    --waiting;
+  }
   m_owner.store(std::this_thread::get_id());
   ++m_depth;
 }

@@ -1,5 +1,7 @@
 #pragma once
+#include <array>
 #include <csignal>
+#include <cstddef>
 
 namespace Tallymoor {
 
@@ -15,6 +17,25 @@ public:
 
 private:
   sigset_t m_before;
+};
+
+/// Notes for its life that an ending signal has come, and passes it on to the handler that was set before.
+/// The toolkit only tells of one when its loop has its turn: this is for work that keeps it waiting. One at a
+/// time.
+class EndingSignalsNoted {
+public:
+  EndingSignalsNoted();
+  ~EndingSignalsNoted();
+  EndingSignalsNoted(const EndingSignalsNoted&) = delete;
+  EndingSignalsNoted& operator=(const EndingSignalsNoted&) = delete;
+
+  /// True from the signal on until forget is called: when the end has begun.
+  static bool hasCome();
+  static void forget();
+
+private:
+  static constexpr std::size_t COUNT = 3;
+  std::array<struct sigaction, COUNT> m_before{};
 };
 
 } // namespace Tallymoor

@@ -83,6 +83,11 @@ bool Thread::stopRequested() const {
   return m_stopRequested;
 }
 
+std::uint32_t Thread::period() const {
+  const std::lock_guard lock(m_stateMutex);
+  return m_period;
+}
+
 void Thread::setPeriod(std::uint32_t milliseconds) {
   const std::lock_guard lock(m_stateMutex);
   m_period = milliseconds;

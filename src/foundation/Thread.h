@@ -28,6 +28,8 @@ public:
   /// itself, where only an object that deletes itself calls it, it waits for nothing.
   void join();
   bool isRunning() const;
+  /// Milliseconds from one pass to the next, as set now.
+  std::uint32_t period() const;
 
   static void sleep(std::uint32_t milliseconds);
 

@@ -12,6 +12,10 @@ std::atomic<UserInteraction*> current = nullptr;
 
 UserInteraction::~UserInteraction() = default;
 
+bool UserInteraction::isStopWanted() {
+  return false;
+}
+
 UserInteraction& UserInteraction::Instance() {
   UserInteraction* interaction = current.load();
   if (!interaction)

@@ -52,6 +52,11 @@ public:
   virtual bool runLengthy(const String& caption, const String& heading, unsigned steps,
                           HasLengthyFunctions& work, int argument) = 0;
 
+  /// True from when the user (Escape, or Cancel of the progress dialog) or the system (a signal that ends the
+  /// program) wants the work under way to end, until its handler has returned. Looks without running any
+  /// handler, so that a fetch may ask this in its midst. GUI thread.
+  virtual bool isStopWanted();
+
   /// The windows' side. Throws Exception "MainWindow::Instance - no MainWindow yet!" when there is none.
   static UserInteraction& Instance();
   static bool exists();

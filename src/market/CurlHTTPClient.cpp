@@ -1,5 +1,6 @@
 #include "market/CurlHTTPClient.h"
 #include "market/CurlTransfer.h"
+#include "market/TransferFailure.h"
 #include "market/URL.h"
 #include <algorithm>
 #include <cerrno>
@@ -14,9 +15,12 @@ constexpr unsigned STATUS_OK = 200;
 constexpr std::size_t POST_PIECE = 1024;
 constexpr std::size_t STATUS_TEXT_LIMIT = 500; ///< a text that doesn't fit with its end mark is left out
 constexpr int LONGEST_WAIT = 1000;
+constexpr int STOP_CHECK_WAIT = 100; ///< soon enough for someone who has pressed a key
 
+/// The code is libcurl's.
 [[noreturn]] void fail(const char16_t* what, int code) {
-  throw HTTPException(String(u"Win32HTTPClient::") + what + String::fromLong(code));
+  throw TransferFailure(String(u"Win32HTTPClient::") + what + String::fromLong(code),
+                        String(curl_easy_strerror(static_cast<CURLcode>(code))));
 }
 
 /// True for what ends a transfer on the way to the server or by the clock, whatever of the answer was there
@@ -84,7 +88,8 @@ CurlHTTPClient::~CurlHTTPClient() = default;
 void CurlHTTPClient::goOnline() {
   const int reason = attemptConnect();
   if (reason != 0)
-    fail(u"goOnline - InternetAttemptConnect failed ", reason);
+    throw HTTPException(u"Win32HTTPClient::goOnline - InternetAttemptConnect failed " +
+                        String::fromLong(reason));
   {
     const std::lock_guard lock(m_mutex);
     m_idle.clear();
@@ -114,8 +119,12 @@ int CurlHTTPClient::openSession() const {
 }
 
 String CurlHTTPClient::getPage(const URL& url) {
+  return getPageUnlessStopped(url, StopCheck());
+}
+
+String CurlHTTPClient::getPageUnlessStopped(const URL& url, const StopCheck& isStopWanted) {
   std::vector<std::uint8_t> body;
-  fetch(url, "Accept: text/html", body);
+  fetch(url, "Accept: text/html", body, isStopWanted);
   body.push_back(0);
   return String(reinterpret_cast<const char*>(body.data()));
 }
@@ -136,13 +145,14 @@ void CurlHTTPClient::abort() {
     transfer->wake();
 }
 
-void CurlHTTPClient::fetch(const URL& url, const char* acceptHeader, std::vector<std::uint8_t>& body) {
+void CurlHTTPClient::fetch(const URL& url, const char* acceptHeader, std::vector<std::uint8_t>& body,
+                           const StopCheck& isStopWanted) {
   const Lease lease(*this);
   CurlTransfer& transfer = *lease;
   connect(transfer, url);
   openRequest(transfer, url, acceptHeader);
   setTimeouts(transfer);
-  getResponse(transfer, sendHTTPRequest(transfer), body);
+  getResponse(transfer, sendHTTPRequest(transfer, isStopWanted), body);
 }
 
 void CurlHTTPClient::connect(CurlTransfer& transfer, const URL& url) const {
@@ -193,14 +203,16 @@ int CurlHTTPClient::waitForNetwork(CurlTransfer& transfer, int milliseconds) con
   return transfer.waitForNetwork(milliseconds);
 }
 
-int CurlHTTPClient::run(CurlTransfer& transfer) const {
-  return transfer.run([this, &transfer]() -> int {
-    return m_aborted ? static_cast<int>(CURLE_ABORTED_BY_CALLBACK) : waitForNetwork(transfer, LONGEST_WAIT);
+int CurlHTTPClient::run(CurlTransfer& transfer, const StopCheck& isStopWanted) const {
+  const int wait = isStopWanted ? STOP_CHECK_WAIT : LONGEST_WAIT;
+  return transfer.run([&]() -> int {
+    const bool stop = m_aborted || (isStopWanted && isStopWanted());
+    return stop ? static_cast<int>(CURLE_ABORTED_BY_CALLBACK) : waitForNetwork(transfer, wait);
   });
 }
 
-int CurlHTTPClient::sendHTTPRequest(CurlTransfer& transfer) const {
-  const int failure = run(transfer);
+int CurlHTTPClient::sendHTTPRequest(CurlTransfer& transfer, const StopCheck& isStopWanted) const {
+  const int failure = run(transfer, isStopWanted);
   const bool onTheWay = transfer.waitFailed() ? !transfer.hasAnswer() : isSendFailure(failure);
   const bool noAnswer = !transfer.hasAnswer() && failure != CURLE_FILESIZE_EXCEEDED;
   if (failure != 0 && (onTheWay || noAnswer))

@@ -30,6 +30,7 @@ public:
 
   void goOnline() override;
   String getPage(const URL& url) override;
+  String getPageUnlessStopped(const URL& url, const StopCheck& isStopWanted) override;
   void getPage(const URL& url, std::vector<std::uint8_t>& body) override;
   void setBodyLimit(std::size_t bytes) override;
   void abort() override;
@@ -61,12 +62,13 @@ private:
   void setTimeouts(CurlTransfer& transfer) const;
   long wholeTimeout() const;
   /// Runs the transfer and returns the library's code.
-  int run(CurlTransfer& transfer) const;
+  int run(CurlTransfer& transfer, const StopCheck& isStopWanted = {}) const;
   /// Throws when there is no answer; otherwise returns the code of a failure that came later, or 0.
-  int sendHTTPRequest(CurlTransfer& transfer) const;
+  int sendHTTPRequest(CurlTransfer& transfer, const StopCheck& isStopWanted) const;
   void checkPost(const CurlTransfer& transfer, int failure, std::size_t bodySize) const;
   void getResponse(CurlTransfer& transfer, int failure, std::vector<std::uint8_t>& body) const;
-  void fetch(const URL& url, const char* acceptHeader, std::vector<std::uint8_t>& body);
+  void fetch(const URL& url, const char* acceptHeader, std::vector<std::uint8_t>& body,
+             const StopCheck& isStopWanted = {});
 
   const long m_connectTimeout;
   const long m_receiveTimeout;

@@ -35,12 +35,14 @@ DataSource::DataSource(std::shared_ptr<HTTPClient> client, const LocatorSet& loc
     : m_client(std::move(client)), m_currentPrice(locators.currentPrice()),
       m_codeSearch(locators.codeSearch()), m_historicalPrices(locators.historicalPrices()) {}
 
-HTMLPage DataSource::fetch(const XMLElement& locator, const URLVariablesProvider& variables) const {
-  return HTMLParser::Parse(m_client->getPage(URLResolver(&urlLocator(locator))(variables)));
+HTMLPage DataSource::fetch(const XMLElement& locator, const URLVariablesProvider& variables,
+                           const StopCheck& isStopWanted) const {
+  const URL url = URLResolver(&urlLocator(locator))(variables);
+  return HTMLParser::Parse(m_client->getPageUnlessStopped(url, isStopWanted));
 }
 
-double DataSource::currentPrice(const String& code) const {
-  const HTMLPage page = fetch(m_currentPrice, URLVariables(code, true, true));
+double DataSource::currentPrice(const String& code, const StopCheck& isStopWanted) const {
+  const HTMLPage page = fetch(m_currentPrice, URLVariables(code, true, true), isStopWanted);
   return readCurrentPrice(m_currentPrice, page.get());
 }
 
@@ -49,7 +51,8 @@ double DataSource::readCurrentPrice(const XMLCurrentPrice& source, const HTMLTag
   const HTMLTag* tag = HTMLTagLocator(&locator)(page);
   if (locator.format() != VALUE_FORMAT_FLOAT)
     throw HTMLException(u"TallymoorInternet::CurrentPrice - locator format not a double!");
-  return requireFigure(tag->text());
+  // A stock that was not traded has "N/A" or nothing there.
+  return holdsDigits(tag->text()) ? requireFigure(tag->text()) : 0.0;
 }
 
 URLVariables DataSource::historyVariables(const String& code, const HistoryRange& range) {
@@ -59,19 +62,20 @@ URLVariables DataSource::historyVariables(const String& code, const HistoryRange
                       text(range.end.year()));
 }
 
-DataSource::Rows DataSource::history(const String& code, const HistoryRange& range) const {
-  const HTMLPage page = fetch(m_historicalPrices, historyVariables(code, range));
+DataSource::Rows DataSource::history(const String& code, const HistoryRange& range,
+                                     const StopCheck& isStopWanted) const {
+  const HTMLPage page = fetch(m_historicalPrices, historyVariables(code, range), isStopWanted);
   const HTMLTable table = readTable(m_historicalPrices, page);
   return HistoryTable(table).rows();
 }
 
-void DataSource::search(const String& text, bool isShare, bool usOnly,
-                        std::vector<CodeSearchResult>& results) const {
+void DataSource::search(const String& text, bool isShare, bool usOnly, std::vector<CodeSearchResult>& results,
+                        const StopCheck& isStopWanted) const {
   const URLVariables variables(text, isShare, usOnly);
   const std::size_t numDetails = m_codeSearch.numSubElements(u"Details");
   for (std::size_t i = 0; i < numDetails; ++i) {
     const XMLElement& detail = m_codeSearch.subElement(u"Details", i);
-    const HTMLTable table = readTable(detail, fetch(detail, variables));
+    const HTMLTable table = readTable(detail, fetch(detail, variables, isStopWanted));
     const SearchTable found(table);
     for (std::size_t row = 0; row < table.numRows(); ++row) {
       SearchTable::Row read = found.row(row);

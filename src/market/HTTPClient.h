@@ -2,6 +2,7 @@
 #include "foundation/Exception.h"
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -21,12 +22,17 @@ public:
   static constexpr std::size_t PAGE_BODY_LIMIT = 10u * 1024 * 1024;
   static constexpr std::size_t UPDATE_BODY_LIMIT = 200u * 1024 * 1024;
 
+  /// Asked several times a second during a fetch, on the fetch's thread; true ends it with a failure.
+  using StopCheck = std::function<bool()>;
+
   virtual ~HTTPClient();
 
   /// To be called once before the first fetch. Succeeds when any network interface is up.
   virtual void goOnline() = 0;
   /// The page as text: bytes that are no valid UTF-8 are read as Latin-1; the text ends at a zero byte.
   virtual String getPage(const URL& url) = 0;
+  /// The same, but asks now and then whether to stop. A client that never waits need not ask.
+  virtual String getPageUnlessStopped(const URL& url, const StopCheck& isStopWanted);
   /// Replaces body by the bytes that the server sent, as they are.
   virtual void getPage(const URL& url, std::vector<std::uint8_t>& body) = 0;
 

@@ -15,6 +15,8 @@ struct HistoryRange {
   Date start;
   Date end;
 
+  bool contains(const Date& day) const { return start <= day && day <= end; }
+
   /// Up to the date or from it on, for pages of so many trading days; today is the view date while one is
   /// set.
   static HistoryRange around(const Date& date, bool upTo, int maxEntries);

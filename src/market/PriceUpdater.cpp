@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <exception>
 #include <limits>
+#include <optional>
 
 namespace Tallymoor {
 
@@ -26,6 +27,23 @@ std::uint32_t clampedWait(std::uint32_t count, std::uint32_t unit) {
 void tellStatus(const String& text) {
   if (UserInteraction::exists())
     UserInteraction::Instance().setStatusText(text);
+}
+
+void tellFailure(const String& reason) {
+  tellStatus(u"PriceUpdater::threadFunction failed: " + reason);
+}
+
+/// Does the work and gives the reason of its failure, if it fails.
+template <class Work>
+std::optional<String> failureOf(Work work) {
+  try {
+    work();
+  } catch (const Exception& exception) {
+    return exception.message();
+  } catch (const std::exception& exception) {
+    return String(exception.what());
+  }
+  return std::nullopt;
 }
 
 } // namespace
@@ -133,24 +151,13 @@ void PriceUpdater::threadFunction() {
 }
 
 void PriceUpdater::runPass() {
-  try {
-    if (!walkCodes())
-      return;
-  } catch (const Exception& exception) {
-    if (!passFailed(exception.message()))
-      return;
-  } catch (const std::exception& exception) {
-    if (!passFailed(exception.what()))
-      return;
-  }
+  bool goOn = false;
+  const std::optional<String> failure = failureOf([&] { goOn = walkCodes(); });
+  if (failure ? stopRequested() : !goOn)
+    return;
+  if (failure)
+    tellFailure(*failure);
   setPeriod(passPeriod());
-}
-
-bool PriceUpdater::passFailed(const String& message) {
-  if (stopRequested())
-    return false;
-  tellStatus(u"PriceUpdater::threadFunction failed: " + message);
-  return true;
 }
 
 /// Does a piece of work under the big mutex with the background flag set. False, with nothing done, when the
@@ -179,13 +186,43 @@ bool PriceUpdater::walkCodes() {
   if (!copied)
     return false;
   const bool historicalDue = historicalCheckIsDue();
+  PassFailures failures;
   for (const String& code : codes) {
-    if (!updateCurrentPrice(code, observers))
+    if (!attempt(code, failures, [&] { return updateCurrentPrice(code, observers); }))
       return false;
-    if (historicalDue && !refreshRecentCloses(code, observers))
+    if (historicalDue && !attempt(code, failures, [&] { return refreshRecentCloses(code, observers); }))
       return false;
   }
-  return tellObservers(observers, [](PricesObserver& observer) { observer.pricesUpdateFinished(); });
+  if (!tellObservers(observers, [](PricesObserver& observer) { observer.pricesUpdateFinished(); }))
+    return false;
+  if (!failures.codes.empty())
+    tellFailure(failures.text());
+  return true;
+}
+
+String PriceUpdater::PassFailures::text() const {
+  if (codes.size() == 1)
+    return first;
+  return first + u" (and " + String::fromLong(static_cast<std::int64_t>(codes.size()) - 1) + u" more)";
+}
+
+/// Does a step of a pass for one code. A failure is the code's own and is kept for the end of the pass, but
+/// for want of a connection, without which the other codes have no chance either. False when the thread has
+/// been told to stop.
+template <class Step>
+bool PriceUpdater::attempt(const String& code, PassFailures& failures, Step step) {
+  bool goOn = false;
+  const std::optional<String> reason = failureOf([&] { goOn = step(); });
+  if (!reason)
+    return goOn;
+  if (stopRequested())
+    return false;
+  if (!m_gateway.isOnline())
+    throw Exception(*reason);
+  if (failures.codes.empty())
+    failures.first = code + u": " + *reason;
+  failures.codes.insert(code);
+  return true;
 }
 
 /// Each call is a stretch of its own, so that the GUI thread gets its turn; an observer that took itself away
@@ -218,7 +255,10 @@ bool PriceUpdater::updateCurrentPrice(const String& code, const Observers& obser
 bool PriceUpdater::refreshRecentCloses(const String& code, const Observers& observers) {
   if (stopRequested())
     return false;
+  if (m_gateway.isBadCode(code))
+    return true;
   tellStatus(u"updating recent historical prices for " + code);
+  const TallymoorInternet::RecentHistory recent = m_gateway.fetchRecentHistory(code);
   // One stretch for all of it: what the observers hear must be what they find in the cache.
   bool goOn = true;
   return inStretch([&] {
@@ -226,7 +266,7 @@ bool PriceUpdater::refreshRecentCloses(const String& code, const Observers& obse
              return;
            const Date today;
            const RecentCloses before = recentCloses(code, today);
-           m_gateway.refreshHistoricalPrice(code, today, true);
+           m_gateway.storeHistory(code, recent);
            goOn = tellChanges(code, today, before, recentCloses(code, today), observers);
          }) &&
          goOn;
@@ -242,7 +282,7 @@ PriceUpdater::RecentCloses PriceUpdater::recentCloses(const String& code, const 
 bool PriceUpdater::tellChanges(const String& code, const Date& today, const RecentCloses& before,
                                const RecentCloses& after, const Observers& observers) {
   for (int i = 0; i < RECENT_DAYS; ++i) {
-    if (showsTheSame(before[i], after[i], 4) || showsAsZero(after[i]))
+    if (showsTheSame(before[i], after[i], 4)) // a close of zero takes no price's place in the cache
       continue;
     const Date day = today.plusDays(-i);
     const bool goOn = tellObservers(

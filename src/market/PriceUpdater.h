@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <set>
 #include <vector>
 
 namespace Tallymoor {
@@ -15,10 +16,10 @@ class TallymoorInternet;
 /// The background thread that keeps the current prices of all codes on view up to date, and from time to time
 /// refreshes their closes of the last week. It belongs to the gateway and lives and dies with it.
 ///
-/// A pass works on copies of the codes and observers, taken at its start. Current prices are fetched without
-/// any lock; everything else runs in short stretches under the big mutex with inBackgroundPass set, and
-/// before each of them, again with the mutex in hand, the pass looks whether it has been told to stop. The
-/// codes, prices and observers are guarded by the big mutex, which the operations take themselves.
+/// A pass works on copies of the codes and observers, taken at its start. Prices are fetched without any
+/// lock; everything else runs in short stretches under the big mutex with inBackgroundPass set, and before
+/// each of them, again with the mutex in hand, the pass looks whether it has been told to stop. The codes,
+/// prices and observers are guarded by the big mutex, which the operations take themselves.
 class PriceUpdater : public Thread {
 public:
   /// Hears of prices. All calls come on the updater's thread under the big mutex with inBackgroundPass set:
@@ -73,8 +74,9 @@ public:
   /// Once this returns, the observer is not called any more.
   void removeObserver(PricesObserver* observer);
 
-  /// One pass over all codes on the calling thread, which must not hold the big mutex. Throws nothing: a
-  /// failure ends the pass and shows in the status text.
+  /// One pass over all codes on the calling thread, which must not hold the big mutex. Throws nothing. What
+  /// fails for a code leaves the others alone and shows in the status text at the end, with the code that
+  /// failed first; only without a connection the pass ends at once.
   void runPass();
   /// Milliseconds between passes by the present setting, at least a minute.
   static std::uint32_t passPeriod();
@@ -88,6 +90,12 @@ private:
     Rank rank;
   };
   using Observers = std::vector<PricesObserver*>;
+  /// What a pass could not get.
+  struct PassFailures {
+    String first; ///< code and reason
+    std::set<String> codes;
+    String text() const;
+  };
   using RecentCloses = std::array<double, RECENT_DAYS>; ///< today's first; 0.0 for a day that is not cached
 
   // The parts of a pass. A false result means that the thread has been told to stop and nothing more may be
@@ -101,7 +109,8 @@ private:
   bool tellObservers(const Observers& observers, Tell tell);
   template <class Work>
   bool inStretch(Work work);
-  bool passFailed(const String& message);
+  template <class Step>
+  bool attempt(const String& code, PassFailures& failures, Step step);
 
   RecentCloses recentCloses(const String& code, const Date& today) const;
   bool isObserving(const PricesObserver* observer) const;

@@ -139,8 +139,11 @@ void SharePriceCache::merge(const String& code, const Rows& fetched, const Histo
   known.modified = true;
   if (fetched.empty())
     return;
-  for (const auto& [day, value] : fetched)
-    known.values.insert_or_assign(day, value);
+  for (const auto& [day, value] : fetched) {
+    const ShareValue* row = known.find(day);
+    if (!row || !showsAsZero(value.close) || showsAsZero(row->close))
+      known.values.insert_or_assign(day, value);
+  }
   Date day = fetched.begin()->first;
   double lastClose = fetched.begin()->second.close;
   const auto before = known.values.find(range.start.plusDays(-1));

@@ -31,7 +31,8 @@ public:
   /// failure waits for the next caller of share.
   CachedShare& shareOrEmpty(const String& code);
 
-  /// Stores the rows that were fetched for the range over what is there, then gives each day without a row,
+  /// Stores the rows that were fetched for the range over what is there, but none without a price over one
+  /// with a price, then gives each day without a row,
   /// from the first fetched one to the end of the range, the close before it. A range that begins on days
   /// without trade, as a weekend, goes on from the close of the day before it where that is known; days
   /// before the first row stay empty otherwise.

@@ -9,6 +9,7 @@
 #include "market/HTTPClient.h"
 #include "market/LocatorSet.h"
 #include <atomic>
+#include <iterator>
 #include <utility>
 
 namespace Tallymoor {
@@ -28,26 +29,18 @@ std::unique_ptr<const LocatorSet> readLocators() {
   return std::make_unique<const LocatorSet>(configDirectory(Platform::Instance(), APP_NAME));
 }
 
-/// A background pass holds the big mutex for us: a dialog would keep it for as long as the user is away.
-bool mayAsk() {
-  return !inBackgroundPass && UserInteraction::exists();
-}
-
-bool ask(const String& question) {
-  return UserInteraction::Instance().question(question);
-}
-
 void showStatus(const String& text) {
-  if (mayAsk())
+  if (FetchQuestions::mayAsk())
     UserInteraction::Instance().setStatusText(text);
+}
+
+/// True once the user, or the system, wants what the GUI thread is doing to end.
+bool isStopWanted() {
+  return FetchQuestions::mayAsk() && UserInteraction::Instance().isStopWanted();
 }
 
 String local(const Date& date) {
   return date.toString(DATE_DISPLAY_LOCAL);
-}
-
-String codeAndRange(const String& code, const HistoryRange& range) {
-  return code + u" between " + local(range.start) + u" and " + local(range.end);
 }
 
 } // namespace
@@ -99,6 +92,7 @@ void TallymoorInternet::reset() {
   std::unique_ptr<const LocatorSet> fresh = readLocators();
   const BigMutexLock lock;
   Instance().m_locators.swap(fresh);
+  Instance().forgetFailures();
 }
 
 TallymoorInternet::TallymoorInternet(const Options& options)
@@ -135,10 +129,9 @@ double TallymoorInternet::currentPrice(const String& code, bool useUpdater, bool
       return *known;
     const DataSource source = dataSource(u"currentPrice");
     try {
-      return source.currentPrice(code);
-    } catch (const HTTPException&) {
-      if (silent || !wantsRetry(u"There was a problem accessing the internet to get the current price for\n" +
-                                code + u". \nDo you want to retry?"))
+      return silent ? source.currentPrice(code) : source.currentPrice(code, &isStopWanted);
+    } catch (const HTTPException& failure) {
+      if (silent || !m_questions.wantsQuoteAgain(code, failure))
         throw;
     }
   }
@@ -164,38 +157,110 @@ double TallymoorInternet::refreshHistoricalPrice(const String& code, const Date&
 
 double TallymoorInternet::closeOf(const String& code, const Date& date, bool upTo, CacheUse use) {
   const BigMutexLock lock;
-  for (;;) {
+  for (;; use = CacheUse::Answer) {
     const CachedShare& known = m_cache.share(code);
     const ShareValue* row = use == CacheUse::Answer ? known.find(date) : nullptr;
     if (row)
       return row->close;
     if (known.isBad)
       throw Exception(u"TallymoorInternet::historicalPrice - code does not exist(cached): " + code);
-    if (fetchHistory(code, date, upTo))
+    const HistoryRange request = rangeAround(date, upTo);
+    const HistoryFailures::Failure* failure =
+        use == CacheUse::Skip ? nullptr : m_failures.failureOf(code, date, request);
+    if (!failure && (use == CacheUse::Skip || !m_failures.isAbsent(code, date))) {
+      fetchDayVisibly(code, date, upTo);
+      failure = m_failures.failureOn(code, date);
+    }
+    if (!failure)
       return getCachedPrice(code, date, 0);
+    if (!wantsAnotherTry(code, *failure))
+      std::rethrow_exception(failure->what);
+    m_failures.forget(code);
   }
 }
 
-bool TallymoorInternet::fetchHistory(const String& code, const Date& date, bool upTo) {
-  const DataSource source = dataSource(u"historicalPrice");
-  const HistoryRange range = HistoryRange::around(date, upTo, m_locators->historicalPrices().maxEntries());
+HistoryRange TallymoorInternet::rangeAround(const Date& date, bool upTo) const {
+  return HistoryRange::around(date, upTo, m_locators->historicalPrices().maxEntries());
+}
+
+bool TallymoorInternet::isKnownToFail(const String& code, const Date& date) const {
+  return m_failures.failureOn(code, date) || m_failures.isAbsent(code, date);
+}
+
+void TallymoorInternet::fetchDayVisibly(const String& code, const Date& date, bool upTo) {
+  dataSource(u"historicalPrice"); // fails offline, with nothing shown
   showStatus(u"updating historical price for " + code + u" for days " + (upTo ? u"up to " : u"from ") +
              local(date));
-  WaitCursor wait;
+  const WaitCursor wait;
+  fetchDay(code, date, upTo);
+}
+
+/// Afterwards the day is cached, or it is known to fail.
+void TallymoorInternet::fetchDay(const String& code, const Date& date, bool upTo) {
+  m_failures.forgetFailuresOn(code, date);
+  const std::optional<Date> firstRow = fetchRange(code, date, upTo);
+  // With nothing at or before the day in a range from it on, the last close lies before the range, if any.
+  if (!upTo && !m_failures.failureOn(code, date) && !hasCachedPrice(code, date))
+    fetchRange(code, firstRow ? firstRow->plusDays(-1) : date, true);
+  if (!hasCachedPrice(code, date) && !m_failures.failureOn(code, date))
+    m_failures.noteAbsent(code, {date, date});
+}
+
+/// The first day that the source has in the range; notes where it failed or has nothing.
+std::optional<Date> TallymoorInternet::fetchRange(const String& code, const Date& date, bool upTo) {
+  const DataSource source = dataSource(u"historicalPrice");
+  const HistoryRange range = rangeAround(date, upTo);
+  if (isStopWanted())
+    throw HTTPException(u"TallymoorInternet::historicalPrice - cancelled.");
   try {
-    m_cache.merge(code, source.history(code, range), range);
-    return true;
-  } catch (const HTTPException&) {
-    wait.end();
-    if (!wantsRetry(u"There was a problem accessing the internet for code\n" + codeAndRange(code, range) +
-                    u". \nDo you want to retry?"))
-      throw;
-  } catch (const HTMLException&) {
-    wait.end();
-    if (!wantsToReadAgain(code, range))
-      throw;
+    const DataSource::Rows rows = source.history(code, range, &isStopWanted);
+    m_cache.merge(code, rows, range);
+    if (!rows.empty())
+      return rows.begin()->first;
+    m_failures.noteAbsent(code, range);
+  } catch (const Exception&) {
+    m_failures.noteFailure(code, range, std::current_exception());
+    if (isStopWanted())
+      m_questions.dontAsk(code);
   }
-  return false;
+  return std::nullopt;
+}
+
+/// False also when nothing may be asked.
+bool TallymoorInternet::wantsAnotherTry(const String& code, const HistoryFailures::Failure& failure) {
+  switch (m_questions.afterHistory(code, failure)) {
+  case FetchQuestions::Answer::Retry:
+    return true;
+  case FetchQuestions::Answer::Delisted:
+    markBadCode(code);
+    return false;
+  default:
+    return false;
+  }
+}
+
+TallymoorInternet::RecentHistory TallymoorInternet::fetchRecentHistory(const String& code) const {
+  std::optional<DataSource> source;
+  RecentHistory recent;
+  {
+    const BigMutexLock lock;
+    source = dataSource(u"historicalPrice");
+    recent.range = rangeAround(Date(), true);
+  }
+  recent.rows = source->history(code, recent.range);
+  return recent;
+}
+
+void TallymoorInternet::storeHistory(const String& code, const RecentHistory& recent) {
+  const BigMutexLock lock;
+  m_failures.forgetFailuresOn(code, recent.range.end);
+  m_cache.merge(code, recent.rows, recent.range);
+}
+
+void TallymoorInternet::forgetFailures() {
+  const BigMutexLock lock;
+  m_failures.forget();
+  m_questions.forget();
 }
 
 double TallymoorInternet::getCachedPrice(const String& code, const Date& date, int column) {
@@ -232,43 +297,31 @@ SharePriceCache::Rows TallymoorInternet::cachedRows(const String& code, const Da
 
 void TallymoorInternet::completeHistory(const String& code, const Date& first, const Date& last) {
   const BigMutexLock lock;
-  if (!isCompletionDue(code, first, last))
+  const CachedShare& known = m_cache.shareOrEmpty(code);
+  // Whoever asks for a price hears of an unreadable file, so its failure is not used up here.
+  if (!m_client || known.isBad || known.unreadable || !lastMissingDay(code, first, last))
     return;
-  // Before what keeps questions away, since that keeps these silent, too.
   showStatus(u"updating historical prices for " + code);
   const WaitCursor wait;
-  const BackgroundPassScope askNothing;
   try {
     fetchMissingDays(code, first, last);
-  } catch (const Exception&) {
-    // The days stay missing, as those before a stock was listed do.
+  } catch (const HTTPException&) {
+    // Cancelled: the days stay missing, as those before a stock was listed do.
   }
 }
 
-bool TallymoorInternet::isCompletionDue(const String& code, const Date& first, const Date& last) {
-  const BackgroundPassScope askNothing;
-  // Whoever asks for a price hears of an unreadable file, so its failure is not used up here.
-  return m_client && !m_cache.shareOrEmpty(code).unreadable && lastMissingDay(code, first, last) &&
-         isFirstCompletion(code, first, last);
-}
-
-/// True once a day for a code and stretch of days.
-bool TallymoorInternet::isFirstCompletion(const String& code, const Date& first, const Date& last) {
-  const Date now = Date::realToday();
-  const auto [tried, isNew] = m_completions.try_emplace({code, first, last}, now);
-  return isNew || std::exchange(tried->second, now) != now;
-}
-
-/// Page by page back in time; a page that reaches back to the first day is the last one.
+/// Page by page back in time, until all are there or one can't be had.
 void TallymoorInternet::fetchMissingDays(const String& code, const Date& first, const Date& last) {
-  constexpr int MOST_PAGES = 8;
+  constexpr int MOST_PAGES = 100;
   for (int page = 0; page < MOST_PAGES; ++page) {
     const std::optional<Date> missing = lastMissingDay(code, first, last);
     if (!missing)
       return;
-    historicalPrice(code, *missing, true);
-    if (HistoryRange::around(*missing, true, m_locators->historicalPrices().maxEntries()).start <= first)
+    fetchDay(code, *missing, true);
+    if (isKnownToFail(code, *missing)) {
+      m_failures.endCompletionAt(code, *missing);
       return;
+    }
   }
 }
 
@@ -276,9 +329,14 @@ std::optional<Date> TallymoorInternet::lastMissingDay(const String& code, const 
                                                       const Date& last) {
   const SharePriceCache::Rows& rows = m_cache.shareOrEmpty(code).values;
   auto row = rows.upper_bound(last);
-  for (Date day = last; day >= first; day.addDays(-1))
-    if (row == rows.begin() || (--row)->first != day)
+  for (Date day = last; day >= first; day.addDays(-1)) {
+    if (row != rows.begin() && std::prev(row)->first == day)
+      --row;
+    else if (m_failures.isBeyondCompletion(code, day))
+      return std::nullopt;
+    else if (!isKnownToFail(code, day))
       return day;
+  }
   return std::nullopt;
 }
 
@@ -295,7 +353,7 @@ std::vector<CodeSearchResult> TallymoorInternet::stockSearch(const String& text,
     WaitCursor wait;
     std::vector<CodeSearchResult> results;
     try {
-      source.search(text, isShare, usOnly, results);
+      source.search(text, isShare, usOnly, results, &isStopWanted);
       return results;
     } catch (const HTTPException&) {
       wait.end();
@@ -320,31 +378,17 @@ void TallymoorInternet::currentPriceUpdated(const String& code, double price) {
   m_cache.noteCurrentPrice(code, Date(), price);
 }
 
-// --- Questions after a failure
-
-/// False also when nothing may be asked. Who wants no other try is offered to go offline.
+/// After a failed search. Who wants no other try is offered to go offline.
 bool TallymoorInternet::wantsRetry(const String& question) {
-  if (!mayAsk())
+  if (!FetchQuestions::mayAsk() || isStopWanted())
     return false;
-  if (ask(question))
+  UserInteraction& user = UserInteraction::Instance();
+  if (user.question(question))
     return true;
-  if (ask(u"If you are having problems with Internet access\n"
-          u"you should place Tallymoor into offline mode to speed operation.\n"
-          u"Put Tallymoor into offline mode now?"))
+  if (user.question(u"If you are having problems with Internet access\n"
+                    u"you should place Tallymoor into offline mode to speed operation.\n"
+                    u"Put Tallymoor into offline mode now?"))
     goOffline();
-  return false;
-}
-
-/// False also when nothing may be asked. Who wants no other try is offered to treat the code as delisted.
-bool TallymoorInternet::wantsToReadAgain(const String& code, const HistoryRange& range) {
-  if (!mayAsk())
-    return false;
-  if (ask(u"There was a problem parsing the HTML data for code\n" + codeAndRange(code, range) +
-          u".\nYou may need an update to support new internet data,\nDo you want to retry?"))
-    return true;
-  if (ask(u"Tallymoor cannot find any internet data for the code\n" + code +
-          u". It may be delisted. \nDo you want to treat this share as delisted to avoid price queries?"))
-    markBadCode(code);
   return false;
 }
 
@@ -363,7 +407,7 @@ void TallymoorInternet::markBadCode(const String& code) {
 void TallymoorInternet::clearBadCode(const String& code) {
   const BigMutexLock lock;
   m_cache.setBad(code, false);
-  m_completions.clear();
+  m_failures.forget(code);
 }
 
 std::vector<String> TallymoorInternet::badCodes() {
@@ -383,7 +427,7 @@ void TallymoorInternet::goOnline() {
   client->goOnline();
   const BigMutexLock lock;
   m_client = std::move(client);
-  m_completions.clear();
+  forgetFailures();
 }
 
 void TallymoorInternet::goOffline() {
@@ -453,7 +497,7 @@ void TallymoorInternet::save() {
 void TallymoorInternet::clear() {
   const BigMutexLock lock;
   m_cache.clear();
-  m_completions.clear();
+  forgetFailures();
 }
 
 } // namespace Tallymoor

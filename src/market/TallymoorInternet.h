@@ -2,14 +2,15 @@
 #include "foundation/Date.h"
 #include "foundation/String.h"
 #include "market/CodeSearchResult.h"
+#include "market/FetchQuestions.h"
+#include "market/HistoryFailures.h"
+#include "market/HistoryRange.h"
 #include "market/PriceUpdater.h"
 #include "market/SharePriceCache.h"
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
-#include <tuple>
 #include <vector>
 
 namespace Tallymoor {
@@ -17,7 +18,6 @@ namespace Tallymoor {
 class DataSource;
 class HTTPClient;
 class LocatorSet;
-struct HistoryRange;
 
 /// The one door to market data. It answers from the cache of past prices where it can, fetches by the locator
 /// documents where it must, asks the user when a fetch fails, keeps the online or offline state, and owns the
@@ -26,6 +26,8 @@ struct HistoryRange;
 /// Unless told otherwise an operation belongs to the GUI thread or to a stretch of a background pass, under
 /// the big mutex. While inBackgroundPass is set nothing is asked or shown: failures go straight to the
 /// caller.
+///
+/// A fetch on the GUI thread ends when the user or the system wants it (UserInteraction::isStopWanted).
 ///
 /// Failures: HTTPException when the network failed or the gateway is offline, HTMLException when a page is
 /// not what its locator says, XMLException once for a code whose cache file can't be read.
@@ -74,6 +76,20 @@ public:
   /// The same, fetched even when the cache has the day: what is cached of recent days may only be a current
   /// price.
   double refreshHistoricalPrice(const String& code, const Date& date, bool upTo);
+
+  /// The days up to today as one page of the source has them.
+  struct RecentHistory {
+    HistoryRange range;
+    SharePriceCache::Rows rows;
+  };
+  /// For a thread that does not hold the big mutex, which is taken only to begin; throws as historicalPrice.
+  RecentHistory fetchRecentHistory(const String& code) const;
+  /// Keeps what the last operation has fetched.
+  void storeHistory(const String& code, const RecentHistory& recent);
+
+  /// What could not be fetched is remembered for the run, by code and days, and not asked for again; nor is
+  /// the user (see FetchQuestions). From here on everything is tried afresh. Going online does this, too.
+  void forgetFailures();
   /// Column 1 is the high, 2 the low, any other the close. Throws Exception as historicalPrice does; never
   /// fetches.
   double getCachedPrice(const String& code, const Date& date, int column);
@@ -83,9 +99,8 @@ public:
   /// The cached rows from the first to the last day, both included.
   SharePriceCache::Rows cachedRows(const String& code, const Date& first, const Date& last);
   /// Sees to it, as far as may be, that every day from the first to the last has a cached row: for figures
-  /// that are empty without one. Says in the status line what it fetches, asks and throws nothing, and tries
-  /// the same days only once a day, so that a young or unknown stock costs one attempt; going online allows
-  /// another. Does nothing offline.
+  /// and charts, which have holes without. Says in the status line what it fetches, asks and throws nothing,
+  /// and leaves out what has failed in this run. Does nothing offline.
   void completeHistory(const String& code, const Date& first, const Date& last);
   /// True when any price of the code is cached.
   bool hasCachedHistory(const String& code);
@@ -138,22 +153,23 @@ private:
   DataSource dataSource(const String& operation) const;
   std::optional<double> beginCurrentPrice(const String& code, bool useUpdater);
   double closeOf(const String& code, const Date& date, bool upTo, CacheUse use);
-  /// False when the user wants another try.
-  bool fetchHistory(const String& code, const Date& date, bool upTo);
-  bool isCompletionDue(const String& code, const Date& first, const Date& last);
-  bool isFirstCompletion(const String& code, const Date& first, const Date& last);
+  HistoryRange rangeAround(const Date& date, bool upTo) const;
+  bool isKnownToFail(const String& code, const Date& date) const;
+  void fetchDayVisibly(const String& code, const Date& date, bool upTo);
+  void fetchDay(const String& code, const Date& date, bool upTo);
+  std::optional<Date> fetchRange(const String& code, const Date& date, bool upTo);
+  bool wantsAnotherTry(const String& code, const HistoryFailures::Failure& failure);
   std::optional<Date> lastMissingDay(const String& code, const Date& first, const Date& last);
   void fetchMissingDays(const String& code, const Date& first, const Date& last);
   bool wantsRetry(const String& question);
-  bool wantsToReadAgain(const String& code, const HistoryRange& range);
 
   // All guarded by the big mutex, but for what never changes.
   const ClientFactory m_makeClient;
   SharePriceCache m_cache;
   std::unique_ptr<const LocatorSet> m_locators;
   std::shared_ptr<HTTPClient> m_client; ///< null while offline; shared with the fetches under way
-  /// The real day on which completeHistory last tried a code with a first and last day.
-  std::map<std::tuple<String, Date, Date>, Date> m_completions;
+  HistoryFailures m_failures;
+  FetchQuestions m_questions;
   PriceUpdater m_updater;
 };
 

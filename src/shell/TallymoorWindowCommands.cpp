@@ -168,8 +168,10 @@ long TallymoorWindow::onCheckUpdates(FXObject*, FXSelector, void*) {
 }
 
 long TallymoorWindow::onRefreshPrices(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"TallymoorWindow::onRefreshPrices failed.",
-                        [] { TallymoorInternet::Instance().priceUpdater().wakeUp(); });
+  return guardedHandler(u"TallymoorWindow::onRefreshPrices failed.", [] {
+    TallymoorInternet::Instance().forgetFailures();
+    TallymoorInternet::Instance().priceUpdater().wakeUp();
+  });
 }
 
 long TallymoorWindow::onSettings(FXObject*, FXSelector, void*) {

@@ -1,5 +1,6 @@
 #include "widgets/MainWindow.h"
 #include "foundation/Constants.h"
+#include "foundation/EndingSignals.h"
 #include "foundation/RunTimeSettings.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/StatusTexts.h"
@@ -69,7 +70,6 @@ MainWindow::MainWindow(FXApp* app, FXIcon* icon, FXIcon* miniIcon)
   buildFonts();
   buildFrames();
   m_statusTexts = std::make_unique<StatusTexts>(app, m_statusBar->getStatusLine());
-  m_interaction = std::make_unique<WindowInteraction>();
   m_previousNormalFont = app->getNormalFont();
   app->setNormalFont(m_normalFont.get());
   getAccelTable()->addAccel(parseAccel("Alt+F4"), this, FXSEL(SEL_COMMAND, ID_SHUTDOWN));
@@ -77,6 +77,7 @@ MainWindow::MainWindow(FXApp* app, FXIcon* icon, FXIcon* miniIcon)
   setTarget(this);
   setSelector(ID_MAINWINDOW);
   watchSignals();
+  m_interaction = std::make_unique<WindowInteraction>(app); // notes the signals, before the toolkit has them
   UserInteraction::setInstance(m_interaction.get());
   std::lock_guard lock(instanceMutex);
   instance = this;
@@ -91,6 +92,7 @@ MainWindow::~MainWindow() {
   if (!m_statusTexts) // never built
     return;
   UserInteraction::setInstance(nullptr);
+  m_interaction.reset();
   ignoreSignals();
   getApp()->removeTimeout(this, ID_SHUTDOWN);
   getApp()->setNormalFont(m_previousNormalFont);
@@ -224,6 +226,7 @@ long MainWindow::onShutdown(FXObject*, FXSelector, void*) {
 void MainWindow::runShutdown() {
   BigMutexLock lock;
   m_shuttingDown = true;
+  EndingSignalsNoted::forget();
   try {
     withUnforeseenFailures([this] { shutdown(); });
   } catch (const Exception& exception) {

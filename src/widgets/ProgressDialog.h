@@ -40,6 +40,7 @@ public:
   unsigned progressSoFar() const;
   /// What the log shows, a line for each step that had a text.
   String log() const;
+  const FXButton& cancelButton() const { return *cancel; }
 
   long onCmdCancel(FXObject*, FXSelector, void*);
 

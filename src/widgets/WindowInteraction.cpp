@@ -4,6 +4,7 @@
 #include "widgets/ListChoiceDialog.h"
 #include "widgets/MainWindow.h"
 #include "widgets/ProgressDialog.h"
+#include "widgets/StopRequest.h"
 
 namespace Tallymoor {
 
@@ -18,7 +19,27 @@ public:
   bool isCancelled() const override { return false; }
 };
 
+/// Tells the request of a progress dialog for as long as it works.
+class ProgressKnown {
+public:
+  ProgressKnown(StopRequest& request, const ProgressDialog& dialog) : m_request(request) {
+    m_request.setProgress(&dialog);
+  }
+  ~ProgressKnown() { m_request.setProgress(nullptr); }
+
+private:
+  StopRequest& m_request;
+};
+
 } // namespace
+
+WindowInteraction::WindowInteraction(FXApp* app) : m_stopRequest(std::make_unique<StopRequest>(app)) {}
+
+WindowInteraction::~WindowInteraction() = default;
+
+bool WindowInteraction::isStopWanted() {
+  return m_stopRequest->isWanted();
+}
 
 void WindowInteraction::information(const String& text) {
   MainWindow::information(text);
@@ -106,6 +127,7 @@ bool WindowInteraction::runLengthy(const String& caption, const String& heading,
   }
   ProgressDialog dialog(&MainWindow::Instance(), caption, heading, steps,
                         ProgressDialog::PERCENT_BAR | ProgressDialog::CAN_CANCEL);
+  const ProgressKnown known(*m_stopRequest, dialog);
   return dialog.run(work, argument);
 }
 

@@ -1,13 +1,20 @@
 #pragma once
 #include "foundation/UserInteraction.h"
+#include <fx.h>
+#include <memory>
 
 namespace Tallymoor {
+
+class StopRequest;
 
 /// What the folders below the windows ask of the user, answered by the main window's message boxes and by the
 /// prompts. While a background pass holds the big mutex no prompt opens; the user then counts as having
 /// cancelled.
 class WindowInteraction : public UserInteraction {
 public:
+  explicit WindowInteraction(FXApp* app);
+  ~WindowInteraction() override;
+
   void information(const String& text) override;
   bool question(const String& text) override;
   void warning(const String& text) override;
@@ -26,6 +33,10 @@ public:
                                              std::int32_t maximum, std::int32_t initial) override;
   bool runLengthy(const String& caption, const String& heading, unsigned steps, HasLengthyFunctions& work,
                   int argument) override;
+  bool isStopWanted() override;
+
+private:
+  std::unique_ptr<StopRequest> m_stopRequest;
 };
 
 } // namespace Tallymoor

@@ -49,7 +49,10 @@ public:
     return !progress.isCancelled();
   }
 
+  bool isStopWanted() override { return stopWanted && stopWanted(); }
+
   RecordingProgress progress;
+  std::function<bool()> stopWanted;
   String lengthyCaption;
   String lengthyHeading;
   unsigned lengthySteps = 0;

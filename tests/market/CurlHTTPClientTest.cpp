@@ -4,11 +4,17 @@
 #include "support/LoopbackPeer.h"
 #include "support/StringPrinting.h"
 #include "support/TestHttpServer.h"
+#include <arpa/inet.h>
+#include <array>
 #include <atomic>
 #include <functional>
 #include <future>
 #include <gtest/gtest.h>
+#include <openssl/ssl.h>
+#include <openssl/x509.h>
 #include <set>
+#include <sys/socket.h>
+#include <unistd.h>
 
 namespace Tallymoor {
 namespace {
@@ -207,14 +213,20 @@ TEST_F(CurlHTTPClientTest, SpeaksHttpAndHttpsOnly) {
               words(u"connect - InternetConnect failed : ", CURLE_UNSUPPORTED_PROTOCOL));
 }
 
-TEST_F(CurlHTTPClientTest, TalksTlsToHttpsServers) {
+TEST_F(CurlHTTPClientTest, TalksTlsToHttpsServersAndOffersHttp11Alone) {
   std::string greeting;
-  LoopbackPeer peer([&greeting](LoopbackPeer::Connection& connection) { greeting = connection.read(3); });
+  LoopbackPeer peer([&greeting](LoopbackPeer::Connection& connection) {
+    greeting = connection.read(5);
+    const auto byte = [&greeting](std::size_t i) { return static_cast<unsigned char>(greeting.at(i)); };
+    greeting += connection.read(byte(3) * 256u + byte(4));
+  });
   const String address = u"https" + peer.address().substr(4);
   EXPECT_EQ(failureOf([&] { m_client.getPage(URL(address)); }).message(),
             words(SEND, CURLE_SSL_CONNECT_ERROR));
   peer.join();
   EXPECT_EQ(greeting.substr(0, 2), "\x16\x03") << "a TLS handshake";
+  EXPECT_NE(greeting.find("\x08http/1.1"), std::string::npos);
+  EXPECT_EQ(greeting.find("\x02h2"), std::string::npos);
 }
 
 TEST_F(CurlHTTPClientTest, HttpsWithoutAPortGoesToPort443) {
@@ -271,13 +283,127 @@ TEST_F(CurlHTTPClientTest, BoundsTheBody) {
   EXPECT_EQ(HTTPClient::UPDATE_BODY_LIMIT, 209715200u);
 }
 
+/// Ends a fetch that a time-out ought to have ended, after so many looks: some ten seconds.
+HTTPClient::StopCheck patience() {
+  return [looks = 0]() mutable { return ++looks > 100; };
+}
+
 TEST_F(CurlHTTPClientTest, GivesUpOnASilentServer) {
-  CurlHTTPClient client(1000, 1000);
+  CurlHTTPClient client(60000, 1000, 60000);
   client.goOnline();
   m_server.route("/", {200, "x"});
   m_server.stall();
-  EXPECT_EQ(failureOf([&] { client.getPage(url("/")); }).message(), words(SEND, CURLE_OPERATION_TIMEDOUT));
+  EXPECT_EQ(failureOf([&] { client.getPageUnlessStopped(url("/"), patience()); }).message(),
+            words(SEND, CURLE_OPERATION_TIMEDOUT));
   m_server.release();
+}
+
+/// A port whose queue of connections is full, so that the next one waits for ever.
+class FullPort {
+public:
+  FullPort() {
+    const int listener = add();
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t length = sizeof address;
+    auto* generic = reinterpret_cast<sockaddr*>(&address);
+    EXPECT_EQ(bind(listener, generic, length), 0);
+    EXPECT_EQ(listen(listener, 0), 0);
+    EXPECT_EQ(getsockname(listener, generic, &length), 0);
+    m_port = ntohs(address.sin_port);
+    for (int i = 0; i < 8; ++i)
+      connect(add(), generic, length); // does not wait
+  }
+  ~FullPort() {
+    for (const int socket : m_sockets)
+      close(socket);
+  }
+  String address() const { return u"http://127.0.0.1:" + String::fromLong(m_port) + u"/"; }
+
+private:
+  int add() { return m_sockets.emplace_back(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)); }
+
+  std::vector<int> m_sockets;
+  int m_port = 0;
+};
+
+TEST_F(CurlHTTPClientTest, GivesUpOnAServerThatTakesNoConnection) {
+  const FullPort port;
+  CurlHTTPClient client(200, 60000, 60000);
+  client.goOnline();
+  EXPECT_EQ(failureOf([&] { client.getPageUnlessStopped(URL(port.address()), patience()); }).message(),
+            words(SEND, CURLE_OPERATION_TIMEDOUT));
+}
+
+TEST_F(CurlHTTPClientTest, APageThatComesByteByByteCanBeStopped) {
+  LoopbackPeer peer([](LoopbackPeer::Connection& connection) {
+    connection.readHead();
+    connection.write("HTTP/1.1 200 OK\r\nConnection: close\r\n\r\n");
+    while (connection.write("x")) {
+    }
+  });
+  int looks = 0;
+  EXPECT_EQ(failureOf([&] {
+              m_client.getPageUnlessStopped(URL(peer.address()), [&looks] { return ++looks == 3; });
+            }).message(),
+            words(SEND, CURLE_ABORTED_BY_CALLBACK));
+  EXPECT_EQ(looks, 3);
+}
+
+/// An https server with a certificate of its own making, which no authority has signed.
+class SelfSignedPeer {
+public:
+  SelfSignedPeer() : m_context(SSL_CTX_new(TLS_server_method())) {
+    EVP_PKEY* const key = EVP_RSA_gen(2048);
+    X509* const certificate = X509_new();
+    X509_gmtime_adj(X509_getm_notBefore(certificate), -3600);
+    X509_gmtime_adj(X509_getm_notAfter(certificate), 3600);
+    X509_set_pubkey(certificate, key);
+    X509_NAME* const name = X509_get_subject_name(certificate);
+    X509_NAME_add_entry_by_txt(name, "CN", MBSTRING_ASC, reinterpret_cast<const unsigned char*>("127.0.0.1"),
+                               -1, -1, 0);
+    X509_set_issuer_name(certificate, name);
+    EXPECT_GT(X509_sign(certificate, key, EVP_sha256()), 0);
+    EXPECT_EQ(SSL_CTX_use_certificate(m_context, certificate), 1);
+    EXPECT_EQ(SSL_CTX_use_PrivateKey(m_context, key), 1);
+    X509_free(certificate);
+    EVP_PKEY_free(key);
+  }
+  ~SelfSignedPeer() {
+    m_peer.join();
+    SSL_CTX_free(m_context);
+  }
+  String address() const { return u"https" + m_peer.address().substr(4); }
+  /// What a client has sent, once it is done.
+  std::string taken() {
+    m_peer.join();
+    return m_taken;
+  }
+
+private:
+  void serve(int socket) {
+    SSL* const tls = SSL_new(m_context);
+    SSL_set_fd(tls, socket);
+    std::array<char, 1000> bytes{};
+    if (const int length = SSL_accept(tls) == 1 ? SSL_read(tls, bytes.data(), bytes.size()) : 0; length > 0) {
+      m_taken.assign(bytes.data(), static_cast<std::size_t>(length));
+      const std::string answer = "HTTP/1.1 200 OK\r\nContent-Length: 1\r\n\r\nx";
+      SSL_write(tls, answer.data(), static_cast<int>(answer.size()));
+    }
+    SSL_free(tls);
+  }
+
+  SSL_CTX* m_context;
+  std::string m_taken;
+  LoopbackPeer m_peer{[this](LoopbackPeer::Connection& connection) { serve(connection.socket()); }};
+};
+
+TEST_F(CurlHTTPClientTest, TrustsNoCertificateThatNobodyHasSigned) {
+  SelfSignedPeer peer;
+  EXPECT_EQ(failureOf([&] { m_client.getPage(URL(peer.address())); }).message(),
+            words(SEND, CURLE_PEER_FAILED_VERIFICATION));
+  EXPECT_EQ(peer.taken(), "") << "nothing is sent to a stranger";
 }
 
 TEST_F(CurlHTTPClientTest, GivesUpOnAServerThatNeverComesToAnEnd) {
@@ -287,7 +413,7 @@ TEST_F(CurlHTTPClientTest, GivesUpOnAServerThatNeverComesToAnEnd) {
     while (connection.write("x")) {
     }
   });
-  CurlHTTPClient client(10000, 10000, 100);
+  CurlHTTPClient client(60000, 60000, 100);
   client.goOnline();
   EXPECT_EQ(failureOf([&] { client.getPage(URL(peer.address())); }).message(),
             words(SEND, CURLE_OPERATION_TIMEDOUT));

@@ -59,7 +59,9 @@ public:
       return std::find(shown.begin(), shown.end(), text) != shown.end();
     });
   }
+  bool isStopWanted() override { return stopWanted && stopWanted(); }
   std::function<void()> beforeAnswer;
+  std::function<bool()> stopWanted; ///< looked at during fetches on the GUI thread
 
 private:
   Signpost m_told;

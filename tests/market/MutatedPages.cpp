@@ -50,12 +50,14 @@ std::string dateText(long day) {
 }
 
 /// The day of a date as a person reads it; nothing where there is no such day.
-std::optional<long> dayStated(const std::string& text) {
+std::optional<long> dayStated(std::string text) {
+  for (std::size_t at = text.find("&nbsp;"); at != std::string::npos; at = text.find("&nbsp;"))
+    text.erase(at, 6);
   unsigned day = 0;
   int year = 0;
   std::array<char, 4> month{};
   int length = 0;
-  if (std::sscanf(text.c_str(), "%2u-%3[A-Za-z]-%2d%n", &day, month.data(), &year, &length) != 3 ||
+  if (std::sscanf(text.c_str(), "%2u-%3[A-Za-z]-%2d %n", &day, month.data(), &year, &length) != 3 ||
       static_cast<std::size_t>(length) != text.size())
     return std::nullopt;
   for (unsigned i = 0; i < MONTHS.size(); ++i) {
@@ -65,6 +67,12 @@ std::optional<long> dayStated(const std::string& text) {
       return std::chrono::sys_days(date).time_since_epoch().count();
   }
   return std::nullopt;
+}
+
+void makeUnclear(PageCell& cell) {
+  cell.number.reset();
+  cell.day.reset();
+  cell.isUnclear = true;
 }
 
 bool isMark(char c) {
@@ -201,6 +209,8 @@ void MutatedHistoryPage::changeDigit(PageCell& cell) {
   while (cell.text[at] < '0' || cell.text[at] > '9')
     at = (at + 1) % cell.text.size();
   cell.text[at] = static_cast<char>('0' + pick(10));
+  if (cell.isUnclear)
+    return;
   if (cell.day || cell.column == "Date")
     cell.day = dayStated(cell.text);
   else
@@ -211,7 +221,7 @@ void MutatedHistoryPage::changeDigit(PageCell& cell) {
 void MutatedHistoryPage::changeWriting(PageCell& cell) {
   note("writing changed of " + cell.text);
   const std::size_t point = cell.text.find('.');
-  switch (pick(11)) {
+  switch (pick(12)) {
   case 0:
     if (point != std::string::npos)
       cell.text.replace(point, 1, "&#46;");
@@ -241,11 +251,14 @@ void MutatedHistoryPage::changeWriting(PageCell& cell) {
     break;
   case 8: // nobody can tell what this number was
     cell.text.insert(cell.text.size() / 2, "x");
-    cell.number.reset();
-    cell.day.reset();
+    makeUnclear(cell);
     break;
   case 9:
     cell.text = "\n  " + cell.text + "\t\n";
+    break;
+  case 10: // a hundredth of what the number says
+    cell.text += "p";
+    makeUnclear(cell);
     break;
   default:
     cell.text = "<b>" + cell.text.substr(0, 1) + "</b>" + cell.text.substr(1);
@@ -321,6 +334,7 @@ void MutatedHistoryPage::mutateTags() {
 }
 
 MutatedQuotePage::MutatedQuotePage(unsigned seed) {
+  constexpr unsigned IN_PENCE = 5; // the page states a hundredth of the number then
   std::mt19937 random(seed);
   struct Line {
     std::string label;
@@ -338,9 +352,10 @@ MutatedQuotePage::MutatedQuotePage(unsigned seed) {
     lines[random() % lines.size()].label = "Last:";
   m_html = std::string(HEAD) + "<table id=layout><tr><td valign=top>\n<table id=\"quote\">\n";
   for (Line& line : lines) {
-    if (line.label == "Last Trade:")
+    const unsigned writing = random() % 12;
+    if (line.label == "Last Trade:" && writing != IN_PENCE)
       m_prices.insert(std::strtod(withoutCommas(line.text).c_str(), nullptr));
-    switch (random() % 12) {
+    switch (writing) {
     case 0:
       line.text.replace(line.text.find('.'), 1, "&#46;");
       break;
@@ -355,6 +370,9 @@ MutatedQuotePage::MutatedQuotePage(unsigned seed) {
       break;
     case 4:
       line.text = "&nbsp;" + line.text + " AUD";
+      break;
+    case IN_PENCE:
+      line.text += "p";
       break;
     default:
       break;

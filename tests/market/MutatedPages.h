@@ -15,6 +15,7 @@ struct PageCell {
   std::string column;           ///< the heading that it was made for
   std::optional<double> number; ///< nothing where it states none
   std::optional<long> day;      ///< of a date, days from 1 January 1970
+  bool isUnclear = false;       ///< states nothing, whatever its digits
 };
 
 /// What a page states about one day: every acceptable figure, by heading. There are several only where a page

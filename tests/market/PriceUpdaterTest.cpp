@@ -195,22 +195,46 @@ TEST_F(PriceUpdaterTest, ACodeMarkedAsDelistedLaterStaysOnViewButOutOfTheCache) 
 
 // --- Failures
 
-TEST_F(PriceUpdaterTest, AFailureEndsThePassAndShowsInTheStatusLine) {
+TEST_F(PriceUpdaterTest, AFailureOfOneCodeLeavesTheOthersAndShowsInTheStatusLine) {
   watch(u"AAA", 1.0);
   updater().addCode(u"BBB");
   watch(u"CCC", 3.0);
   RecordingObserver observer;
   runPass();
-  EXPECT_EQ(observer.heard(), std::vector<String>{u"price AAA 1.0000"});
-  EXPECT_EQ(m_market.requested(Page::Quote).size(), 2u);
+  EXPECT_EQ(observer.heard(), (std::vector<String>{u"price AAA 1.0000", u"price CCC 3.0000", u"finished"}));
   const String message = failureOf<HTMLException>([] { gateway().currentPrice(u"BBB", false, true); });
-  EXPECT_EQ(statuses().back(), u"PriceUpdater::threadFunction failed: " + message);
+  EXPECT_EQ(statuses().back(), u"PriceUpdater::threadFunction failed: BBB: " + message);
   EXPECT_TRUE(questions().empty());
   EXPECT_FALSE(inBackgroundPass);
   EXPECT_FALSE(bigMutex().heldByThisThread());
   m_market.setCurrentPrice(u"BBB", 2.0);
   runPass();
-  EXPECT_DOUBLE_EQ(updater().getCurrentPrice(u"CCC"), 3.0);
+  EXPECT_DOUBLE_EQ(updater().getCurrentPrice(u"BBB"), 2.0);
+}
+
+TEST_F(PriceUpdaterTest, TheStatusLineNamesTheFirstFailureAndCountsTheOthers) {
+  updater().addCode(u"AAA");
+  m_market.refuse(Page::Quote, 404);
+  updater().addCode(u"BBB");
+  watch(u"CCC", 3.0);
+  runPass();
+  EXPECT_EQ(statuses().back(), String(u"PriceUpdater::threadFunction failed: AAA: "
+                                      u"Win32HTTPClient::getResponse - HTTP GET failed \nwith code: 404 and "
+                                      u"status: Not Found (and 2 more)"));
+}
+
+TEST_F(PriceUpdaterTest, AQuoteWithoutANumberIsPassedOverLikeAPriceOfZero) {
+  for (const char* const text : {"N/A", "-", ""}) {
+    m_market.answerWith(Page::Quote, std::string("<html><div id=\"price\">") + text + "</div></html>");
+    updater().addCode(m_code);
+    updater().setCurrentPrice(m_code, 3.0);
+    RecordingObserver observer;
+    runPass();
+    EXPECT_DOUBLE_EQ(updater().getCurrentPrice(m_code), 3.0);
+    EXPECT_EQ(observer.heard(), std::vector<String>{u"finished"});
+    EXPECT_FALSE(gateway().hasCachedPrice(m_code, m_today));
+    EXPECT_EQ(statuses().back(), String(u"updating current price for ABC.AX")) << "no failure is told";
+  }
 }
 
 TEST_F(PriceUpdaterTest, GoingOfflineDuringAPassEndsItAtTheNextFetch) {
@@ -225,15 +249,21 @@ TEST_F(PriceUpdaterTest, GoingOfflineDuringAPassEndsItAtTheNextFetch) {
                    u"internet offline."));
 }
 
-TEST_F(PriceUpdaterTest, AFailureOfAnObserverEndsThePassToo) {
+TEST_F(PriceUpdaterTest, AFailureOfAnObserverIsOneOfTheCode) {
   watch(m_code, 1.5);
+  watch(u"DEF.AX", 2.5);
   RecordingObserver observer;
-  observer.onPrice = [](const String&) { throw Exception(u"the observer fails"); };
+  observer.onPrice = [this](const String& code) {
+    if (code == m_code)
+      throw Exception(u"the observer fails");
+  };
   runPass();
-  EXPECT_EQ(statuses().back(), String(u"PriceUpdater::threadFunction failed: the observer fails"));
+  EXPECT_EQ(statuses().back(), String(u"PriceUpdater::threadFunction failed: ABC.AX: the observer fails"));
+  EXPECT_DOUBLE_EQ(updater().getCurrentPrice(u"DEF.AX"), 2.5);
   observer.onPrice = [](const String&) { throw std::runtime_error("a library fails"); };
   runPass();
-  EXPECT_EQ(statuses().back(), String(u"PriceUpdater::threadFunction failed: a library fails"));
+  EXPECT_EQ(statuses().back(),
+            String(u"PriceUpdater::threadFunction failed: ABC.AX: a library fails (and 1 more)"));
   EXPECT_FALSE(inBackgroundPass);
   EXPECT_FALSE(bigMutex().heldByThisThread());
 }
@@ -313,6 +343,27 @@ TEST_F(PriceUpdaterTest, ADayThatWasNotCachedCountsAsZero) {
             (std::vector<String>{u"price ABC.AX 1.5000", u"close ABC.AX 14/11/2006 1.5000", u"finished"}));
 }
 
+TEST_F(PriceUpdaterTest, ARefreshedCloseOfZeroIsNoPrice) {
+  m_market.setHistory(m_code, Date(2006, 11, 1), Date(2006, 11, 14), 1.5);
+  gateway().historicalPrice(m_code, m_today, true);
+  watch(m_code, 1.5);
+  m_market.setDay(m_code, Date(2006, 11, 13), 0.0);
+  RecordingObserver observer;
+  m_clock->tick += 8 * HOUR + 1;
+  runPass();
+  EXPECT_EQ(observer.heard(), (std::vector<String>{u"price ABC.AX 1.5000", u"finished"}));
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, Date(2006, 11, 13), 0), 1.5);
+}
+
+TEST_F(PriceUpdaterTest, AnUnknownDayWithACloseOfZeroIsNotTold) {
+  m_market.setHistory(m_code, Date(2006, 11, 13), m_today, 0.0);
+  watch(m_code, 1.5);
+  RecordingObserver observer;
+  m_clock->tick += 8 * HOUR + 1;
+  runPass();
+  EXPECT_EQ(observer.heard(), (std::vector<String>{u"price ABC.AX 1.5000", u"finished"}));
+}
+
 TEST_F(PriceUpdaterTest, DelistedCodesAreLeftOutOfTheCheck) {
   watch(m_code, 1.5);
   watch(u"DEF.AX", 2.5);
@@ -323,18 +374,35 @@ TEST_F(PriceUpdaterTest, DelistedCodesAreLeftOutOfTheCheck) {
   EXPECT_EQ(m_market.requested(Page::History), std::vector<String>{u"DEF.AX"});
 }
 
-TEST_F(PriceUpdaterTest, AFailedCheckAsksNothingAndEndsThePass) {
+TEST_F(PriceUpdaterTest, AFailedCheckAsksNothingAndLeavesTheOtherCodes) {
   watch(m_code, 1.5);
+  watch(u"DEF.AX", 2.5);
+  m_market.setDay(u"DEF.AX", m_today, 2.25);
   RecordingObserver observer;
   m_clock->tick += 8 * HOUR + 1;
   runPass();
-  EXPECT_EQ(observer.heard(), std::vector<String>{u"price ABC.AX 1.5000"});
+  EXPECT_EQ(observer.heard(), (std::vector<String>{u"price ABC.AX 1.5000", u"price DEF.AX 2.5000",
+                                                   u"close DEF.AX 15/11/2006 2.2500", u"finished"}));
   EXPECT_TRUE(questions().empty());
-  EXPECT_TRUE(statuses().back().startsWith(u"PriceUpdater::threadFunction failed: HTMLTable::fillFrom"));
+  EXPECT_TRUE(
+      statuses().back().startsWith(u"PriceUpdater::threadFunction failed: ABC.AX: HTMLTable::fillFrom"));
   EXPECT_FALSE(inBackgroundPass);
 }
 
 // --- Settings
+
+TEST_F(PriceUpdaterTest, APassTakesOverThePeriodOfTheSettings) {
+  watch(m_code, 1.5);
+  EXPECT_EQ(updater().period(), 10u * 60000);
+  currentPriceUpdateMins = 3;
+  EXPECT_EQ(updater().period(), 10u * 60000);
+  runPass();
+  EXPECT_EQ(updater().period(), 3u * 60000);
+  currentPriceUpdateMins = 4;
+  gateway().goOffline(); // a pass that fails does so, too
+  runPass();
+  EXPECT_EQ(updater().period(), 4u * 60000);
+}
 
 TEST_F(PriceUpdaterTest, ThePeriodIsASettingWithinReason) {
   EXPECT_EQ(PriceUpdater::passPeriod(), 10u * 60000);

@@ -1,3 +1,4 @@
+#include "foundation/BigMutexWaiters.h"
 #include "foundation/RunTimeSettings.h"
 #include "market/GatewayTest.h"
 #include "market/HTTPClient.h"
@@ -104,11 +105,28 @@ TEST_F(PriceUpdaterThreadTest, AFailedPassIsFollowedByTheNext) {
   RecordingObserver observer;
   updater().start();
   const String message = failureOf<HTTPException>([this] { gateway().currentPrice(m_code, false, true); });
-  m_user.awaitStatus(u"PriceUpdater::threadFunction failed: " + message);
+  m_user.awaitStatus(u"PriceUpdater::threadFunction failed: ABC.AX: " + message);
   m_market.refuse(Page::Quote, 200);
   updater().wakeUp();
-  observer.awaitFinished(1);
+  observer.awaitFinished(2);
   EXPECT_DOUBLE_EQ(updater().getCurrentPrice(m_code), 1.5);
+}
+
+TEST_F(PriceUpdaterThreadTest, TheUserGoesOnWhileRecentClosesAreFetched) {
+  m_market.setHistory(m_code, Date(2006, 11, 1), m_today, 1.25);
+  watch(m_code, 1.5);
+  RecordingObserver observer;
+  m_market.stall(Page::History);
+  m_clock->tick += 8 * HOUR + 1;
+  updater().start();
+  m_market.awaitRequests(Page::History, 1);
+  {
+    const BigMutexLock lock; // would wait for ever if the fetch held it
+    gateway().setCachedPrice(u"DEF.AX", m_friday, 5.0);
+  }
+  m_market.release(Page::History);
+  observer.awaitFinished(1);
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, m_today, 0), 1.25);
 }
 
 TEST_F(PriceUpdaterThreadTest, TheUserGoesOnWhileACurrentPriceIsFetched) {
@@ -214,7 +232,9 @@ TEST_F(PriceUpdaterThreadTest, AStopIsSeenOnceTheMutexIsInHand) {
   {
     const BigMutexLock handler;
     m_market.release(Page::Quote);
-    // The pass waits for the mutex now, or will; either way it must not go on once it has it.
+    // It has seen no stop before it began to wait for the mutex, and must look again once it has it.
+    while (threadsWaitingForBigMutex() == 0)
+      std::this_thread::yield();
     updater().stop();
   }
   updater().stopAndJoin();

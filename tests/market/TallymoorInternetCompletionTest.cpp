@@ -55,15 +55,35 @@ TEST_F(CompletionTest, SmallPagesAreFetchedUntilTheFirstDayIsReached) {
             static_cast<std::size_t>(m_friday.daysSince(m_first)) + 1);
 }
 
-TEST_F(CompletionTest, DaysBeforeTheListingAreAskedForOnceADay) {
+TEST_F(CompletionTest, DaysBeforeTheListingAreAskedForOnceARun) {
   m_market.setHistory(m_code, Date(2006, 9, 1), m_today, 7);
   for (int again = 0; again < 3; ++again)
     complete(m_first, m_friday);
-  EXPECT_EQ(numFetches(), 1u);
+  EXPECT_EQ(numFetches(), 2u); // the page with the listing, and the empty one before it
   m_profile.setToday(m_today.plusDays(1));
-  for (int again = 0; again < 3; ++again)
-    complete(m_first, m_friday);
+  complete(m_first, m_friday);
   EXPECT_EQ(numFetches(), 2u);
+  gateway().forgetFailures();
+  complete(m_first, m_friday);
+  EXPECT_EQ(numFetches(), 3u);
+}
+
+TEST_F(CompletionTest, AnEmptyPageEndsTheCompletionAndNoOtherRequest) {
+  m_market.setHistory(m_code, Date(2004, 1, 5), Date(2004, 4, 1), 6);
+  m_market.setHistory(m_code, Date(2006, 6, 1), m_today, 7); // after two years without trade
+  for (int again = 0; again < 3; ++again)
+    complete(Date(2004, 1, 5), m_friday);
+  EXPECT_EQ(numFetches(), 2u);
+  EXPECT_FALSE(gateway().hasCachedPrice(m_code, Date(2004, 3, 9)));
+  EXPECT_EQ(gateway().historicalPrice(m_code, Date(2004, 3, 9), true), 6) << "who needs a price gets it";
+}
+
+TEST_F(CompletionTest, TenYearsAreCompletedAtOnce) {
+  const Date first(1996, 11, 15);
+  m_market.setHistory(m_code, first, m_today, 7);
+  complete(first, m_today);
+  EXPECT_EQ(gateway().cachedRows(m_code, first, m_today).size(),
+            static_cast<std::size_t>(m_today.daysSince(first)) + 1);
 }
 
 TEST_F(CompletionTest, AnUnknownCodeAndARefusalCostOneTryEach) {
@@ -97,10 +117,11 @@ TEST_F(CompletionTest, InABackgroundPassNothingIsTold) {
   EXPECT_TRUE(m_user.calls().empty());
 }
 
-TEST_F(CompletionTest, OtherDaysOfTheCodeHaveATryOfTheirOwn) {
+TEST_F(CompletionTest, EarlierDaysOfACodeThatFailedAreNotTried) {
   complete(m_first, m_friday);
   complete(m_first, m_friday.plusDays(-7));
-  EXPECT_EQ(numFetches(), 2u);
+  complete(Date(2005, 1, 1), Date(2005, 2, 1));
+  EXPECT_EQ(numFetches(), 1u);
 }
 
 TEST_F(CompletionTest, GoingOnlineClearingTheCacheAndForgivingACodeAllowAnotherTry) {

@@ -1,0 +1,127 @@
+#include "widgets/StopRequest.h"
+#include "foundation/Exception.h"
+#include "foundation/UserInteraction.h"
+#include "support/windows/WindowTest.h"
+#include "widgets/HandlerScope.h"
+#include "widgets/ProgressDialog.h"
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#include <X11/keysym.h>
+#include <csignal>
+
+namespace Tallymoor {
+namespace {
+
+/// Work that keeps the toolkit's loop waiting asks whether it is to end.
+class StopRequestTest : public WindowTest, public HasLengthyFunctions {
+protected:
+  static bool isWanted() { return UserInteraction::Instance().isStopWanted(); }
+
+  /// Lies in the toolkit's queue, unhandled.
+  void sendKey(FXWindow& to, KeySym key) {
+    XEvent event{};
+    event.xkey.type = KeyPress;
+    event.xkey.window = static_cast<Window>(to.id());
+    event.xkey.root = DefaultRootWindow(display());
+    event.xkey.keycode = XKeysymToKeycode(display(), key);
+    event.xkey.same_screen = True;
+    send(to, event);
+  }
+  void send(FXWindow& to, XEvent& event) {
+    event.xany.display = display();
+    XSendEvent(display(), static_cast<Window>(to.id()), False, NoEventMask, &event);
+    XSync(display(), False);
+  }
+  Display* display() { return static_cast<Display*>(app().getDisplay()); }
+
+  void runLengthyFunction(Progress& progress, int) override { m_work(progress); }
+  std::function<void(Progress&)> m_work;
+};
+
+TEST_F(StopRequestTest, NothingEndsTheWork) {
+  EXPECT_FALSE(isWanted());
+}
+
+TEST_F(StopRequestTest, EscapeIsTakenAndHoldsUntilTheLoopHasItsTurn) {
+  sendKey(mainWindow(), XK_Escape);
+  EXPECT_TRUE(isWanted());
+  EXPECT_TRUE(isWanted());
+  letEventsPass();
+  EXPECT_FALSE(isWanted()) << "the key is gone, and so is the request";
+}
+
+TEST_F(StopRequestTest, OtherKeysStayForTheLoop) {
+  sendKey(mainWindow(), XK_Return);
+  EXPECT_FALSE(isWanted());
+  EXPECT_GT(XEventsQueued(display(), QueuedAlready), 0);
+}
+
+TEST_F(StopRequestTest, EscapeDoesNotCloseTheFormWhoseWorkItEnds) {
+  FXDialogBox form(&mainWindow(), "Form");
+  bool wanted = false;
+  whenModal("Form", [&](FXWindow& dialog) {
+    sendKey(dialog, XK_Escape);
+    wanted = isWanted();
+    letEventsPass();
+    EXPECT_TRUE(dialog.shown());
+    dialog.handle(&dialog, FXSEL(SEL_COMMAND, FXDialogBox::ID_CANCEL), nullptr);
+  });
+  form.execute();
+  EXPECT_TRUE(wanted);
+}
+
+TEST_F(StopRequestTest, TheKeysOfAProgressDialogEndTheWorkAndCancelIt) {
+  for (const KeySym key : {XK_Escape, XK_Return, XK_space}) {
+    bool wanted = false;
+    m_work = [&](Progress& progress) {
+      auto& dialog = dynamic_cast<ProgressDialog&>(progress);
+      sendKey(dialog, key);
+      wanted = isWanted();
+      progress.step(1, String());
+      if (key == XK_Escape)
+        EXPECT_TRUE(progress.isCancelled());
+    };
+    UserInteraction::Instance().runLengthy(u"Caption", u"Heading", 5, *this, 0);
+    EXPECT_TRUE(wanted) << key;
+    letEventsPass();
+  }
+}
+
+TEST_F(StopRequestTest, TheCancelButtonOfAProgressDialogEndsTheWork) {
+  m_work = [this](Progress& progress) {
+    auto& dialog = dynamic_cast<ProgressDialog&>(progress);
+    FXWindow& cancel = button(dialog, "Cancel");
+    for (const int type : {ButtonPress, ButtonRelease}) {
+      XEvent event{};
+      event.xbutton.type = type;
+      event.xbutton.window = static_cast<Window>(cancel.id());
+      event.xbutton.root = DefaultRootWindow(display());
+      event.xbutton.button = Button1;
+      event.xbutton.x = event.xbutton.y = 5;
+      event.xbutton.same_screen = True;
+      event.xbutton.state = type == ButtonRelease ? Button1Mask : 0;
+      send(cancel, event);
+    }
+    EXPECT_TRUE(isWanted());
+  };
+  UserInteraction::Instance().runLengthy(u"Caption", u"Heading", 5, *this, 0);
+}
+
+TEST_F(StopRequestTest, AnEndingSignalIsNotedAtOnceAndStillTakesTheRoadOfExit) {
+  window().onShutdownRuns = [] { throw Exception(u"not yet"); };
+  int shutdowns = 0;
+  for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+    guardedHandler(u"busy", [&] {
+      EXPECT_FALSE(isWanted());
+      raise(number);
+      EXPECT_TRUE(isWanted());
+    });
+    answer("MainWindow::onShutdown failed. Exception : not yet", "OK");
+    ++shutdowns;
+    EXPECT_TRUE(runUntil([&] { return window().shutdowns == shutdowns && !mainWindow().isShuttingDown(); }));
+    EXPECT_FALSE(isWanted()) << "the end has begun";
+  }
+}
+
+} // namespace
+} // namespace Tallymoor
