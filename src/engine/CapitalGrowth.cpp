@@ -16,6 +16,11 @@ public:
   explicit ScaledIndex(const Portfolios& portfolios)
       : m_code(portfolios.size() == 1 ? portfolios.front()->comparisonIndex() : String()) {}
 
+  /// Without its gaps, which would be drawn as straight lines.
+  void completeBetween(const Date& from, const Date& to) const {
+    if (!m_code.empty())
+      TallymoorInternet::Instance().completeHistory(m_code, from, to);
+  }
   void startAgain() { m_scale.reset(); }
   /// Where none has been met since the start, the first close is put on the growth of its day.
   std::optional<double> valueOn(const Date& day, double growth) {
@@ -42,7 +47,8 @@ private:
 /// Goes from day to day; each portfolio's capital is summed up once a day.
 class GrowthWalk {
 public:
-  explicit GrowthWalk(const Portfolios& portfolios) : m_index(portfolios) {
+  GrowthWalk(const Portfolios& portfolios, const Date& from, const Date& to) : m_index(portfolios) {
+    m_index.completeBetween(from, to);
     for (const SharePortfolioUser* portfolio : portfolios)
       m_walked.push_back({&portfolio->capitalRecord(), std::nullopt});
   }
@@ -115,8 +121,9 @@ Date firstRecordOf(const Portfolios& portfolios) {
 
 std::vector<GrowthDay> capitalGrowth(const Portfolios& portfolios, const Date& from, const Date& to) {
   std::vector<GrowthDay> days;
-  GrowthWalk walk(portfolios);
-  for (Date day = std::max(from, firstRecordOf(portfolios)); day <= to; day.addDays(1))
+  const Date first = std::max(from, firstRecordOf(portfolios));
+  GrowthWalk walk(portfolios, first, to);
+  for (Date day = first; day <= to; day.addDays(1))
     if (hasRecordOn(portfolios, day))
       days.push_back(walk.walkTo(day));
   return days;

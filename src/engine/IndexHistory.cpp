@@ -22,27 +22,17 @@ bool IndexHistory::isKnown(const String& code, const Date& day) {
   return !showsAsZero(gateway.cachedClose(code, day).value_or(0.0));
 }
 
-bool IndexHistory::isHopeless(const Date& day) const {
-  return m_lastDayWithout && day <= *m_lastDayWithout;
-}
-
 void IndexHistory::fetch(const String& code, const std::vector<Date>& days) {
-  if (!(code == m_code))
-    m_lastDayWithout.reset();
-  m_code = code;
+  if (days.empty())
+    return;
   TallymoorInternet& gateway = TallymoorInternet::Instance();
+  gateway.completeHistory(code, days.back(), days.front());
   for (const Date& day : days) {
-    if (isKnown(code, day) || isHopeless(day))
+    if (isKnown(code, day))
       continue;
     try {
-      gateway.historicalPrice(code, day, true);
-    } catch (const HTTPException&) {
-      return; // may go better the next time
-    } catch (const HTMLException&) {
-      return;
+      gateway.historicalPrice(code, day, true); // so that the user hears of a failure
     } catch (const Exception&) {
-      if (!isLive(day))
-        m_lastDayWithout = day;
       return;
     }
   }

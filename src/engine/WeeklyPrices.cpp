@@ -43,13 +43,18 @@ void addDay(std::vector<WeeklyPrice>& weeks, const WeeklyPrice& day) {
   week.low = std::min(week.low, day.low);
 }
 
+/// The last day whose close the data source may have: today's comes with the current prices.
+Date lastClose(const Date& day) {
+  return !Date::hasFixedDate() && day == Date() ? day.plusDays(-1) : day;
+}
+
 } // namespace
 
 std::vector<WeeklyPrice> recentWeeks(const String& code, const Date& day, int count) {
   const Date last = day.lastFriday();
   const Date first = last.plusDays(1 - count * DAYS_OF_A_WEEK); // a Saturday
   TallymoorInternet& gateway = TallymoorInternet::Instance();
-  gateway.completeHistory(code, first, last);
+  gateway.completeHistory(code, first, lastClose(day)); // beyond the weeks: a split may lie there
   std::vector<WeeklyPrice> weeks;
   std::optional<double> before;
   for (const auto& [quoted, value] : gateway.cachedRows(code, first, day)) {

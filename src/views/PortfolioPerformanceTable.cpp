@@ -1,4 +1,5 @@
 #include "views/PortfolioPerformanceTable.h"
+#include "engine/IndexHistory.h"
 #include "engine/SharePortfolioUser.h"
 #include "market/TallymoorInternet.h"
 #include <algorithm>
@@ -27,18 +28,30 @@ constexpr CompareType PERCENT = COMPARE_PERCENT;
 const ColumnOf COLUMNS[] = {
     {u"Total Capital", &totalCapital, COMPARE_AMOUNT},
     {u"Index", &index, COMPARE_NUMBER, true, true},
-    {u"1 Month", &gain<1>},
+    {u"1 Month", &gain<1>, PERCENT, true, false, u"Gain since the last day of the month before."},
     {u"Brokerage %", &brokerage, PERCENT, true, false,
      u"Brokerage of the month in percent of the capital at its start."},
-    {u"1 Month Index", &gainOfIndex<1>, PERCENT, true, true},
-    {u"3 Months", &gain<3>},
-    {u"3 Months Index", &gainOfIndex<3>, PERCENT, true, true},
-    {u"6 Months", &gain<6>},
-    {u"6 Months Index", &gainOfIndex<6>, PERCENT, true, true},
-    {u"9 Months", &gain<9>},
-    {u"9 Months Index", &gainOfIndex<9>, PERCENT, true, true},
-    {u"12 Months", &gain<12>},
-    {u"12 Months Index", &gainOfIndex<12>, PERCENT, true, true},
+    {u"1 Month Index", &gainOfIndex<1>, PERCENT, true, true,
+     u"Gain of the index since the last day of the month before. A watchlist counts from the day itself."},
+    {u"3 Months", &gain<3>, PERCENT, true, false,
+     u"Gain since the last day of the month three months before."},
+    {u"3 Months Index", &gainOfIndex<3>, PERCENT, true, true,
+     u"Gain of the index since the last day of the month three months before. A watchlist counts from the "
+     u"day itself."},
+    {u"6 Months", &gain<6>, PERCENT, true, false, u"Gain since the last day of the month six months before."},
+    {u"6 Months Index", &gainOfIndex<6>, PERCENT, true, true,
+     u"Gain of the index since the last day of the month six months before. A watchlist counts from the day "
+     u"itself."},
+    {u"9 Months", &gain<9>, PERCENT, true, false,
+     u"Gain since the last day of the month nine months before."},
+    {u"9 Months Index", &gainOfIndex<9>, PERCENT, true, true,
+     u"Gain of the index since the last day of the month nine months before. A watchlist counts from the day "
+     u"itself."},
+    {u"12 Months", &gain<12>, PERCENT, true, false,
+     u"Gain since the last day of the month twelve months before."},
+    {u"12 Months Index", &gainOfIndex<12>, PERCENT, true, true,
+     u"Gain of the index since the last day of the month twelve months before. A watchlist counts from the "
+     u"day itself."},
     {u"3 Years Ann.", &annualGain<3>, PERCENT, false, false, u"Gain of three years, as growth a year."},
     {u"3 Years Index Ann.", &annualGainOfIndex<3>, PERCENT, false, true},
     {u"5 Years Ann.", &annualGain<5>, PERCENT, false, false, u"Gain of five years, as growth a year."},
@@ -104,7 +117,7 @@ void PortfolioPerformanceTable::fetchIndex(const std::vector<PerformanceSpan>& m
   const Date oldest = startOfPeriod(months.back().end, LONGEST_INDEX_SPAN);
   for (Date day = months.front().start; day >= oldest; day = startOfPeriod(day, 1))
     days.push_back(day);
-  m_indexHistory.fetch(m_portfolios.front()->comparisonIndex(), days);
+  IndexHistory::fetch(m_portfolios.front()->comparisonIndex(), days);
 }
 
 // ---- Prices ----

@@ -1,5 +1,4 @@
 #pragma once
-#include "engine/IndexHistory.h"
 #include "engine/Performance.h"
 #include "market/PriceUpdater.h"
 #include "views/PerformanceCells.h"
@@ -41,7 +40,6 @@ private:
   std::list<PerformanceRow> m_rowData; ///< newest first; read by the price updater under the big mutex
   Portfolios m_portfolios;
   bool m_isTotal = false;
-  IndexHistory m_indexHistory;
 };
 
 } // namespace Tallymoor

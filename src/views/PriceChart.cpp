@@ -27,19 +27,20 @@ void PriceChart::rangeChosen() {
   loadHistory();
 }
 
-/// For all, what is cached and at least three years. The gateway tries the end of a gap only once a day, and
-/// the gap before the first cached day has another end than one up to today.
+/// For all, from the first cached day on, and at least three years.
 void PriceChart::loadHistory() const {
   if (m_code.empty())
     return;
   const Date today;
-  const Date first = std::max(startOf(range(), today), startOf(ChartRange::THREE_YEARS, today));
   TallymoorInternet& gateway = TallymoorInternet::Instance();
-  gateway.completeHistory(m_code, startOf(ChartRange::THREE_MONTHS, today), today);
-  const auto cached = gateway.cachedRows(m_code, first, today);
-  const Date last = cached.empty() ? today : cached.begin()->first.plusDays(-1);
-  if (first <= last)
-    gateway.completeHistory(m_code, first, last);
+  Date first = startOf(range(), today);
+  if (range() == ChartRange::ALL) {
+    const auto cached = gateway.cachedRows(m_code, first, today);
+    first = startOf(ChartRange::THREE_YEARS, today);
+    if (!cached.empty())
+      first = std::min(first, cached.begin()->first);
+  }
+  gateway.completeHistory(m_code, first, today);
   trendLineOf(m_code, today); // for its weeks, so that drawing the line won't fetch them
 }
 

@@ -152,10 +152,18 @@ void addGainColumns(Table& table) {
   add(table, u"Day move", &dayMove, COMPARE_NUMBER);
   add(table, u"Day %", &dayPercent, COMPARE_PERCENT);
   add(table, u"Week %", &weekPercent, COMPARE_PERCENT);
-  add(table, u"Month %", &monthPercent, COMPARE_PERCENT);
-  add(table, u"3 Months %", &threeMonthsPercent, COMPARE_PERCENT);
-  add(table, u"6 Months %", &sixMonthsPercent, COMPARE_PERCENT);
-  add(table, u"12 Months %", &twelveMonthsPercent, COMPARE_PERCENT);
+  add(table, u"Month %", &monthPercent, COMPARE_PERCENT)
+      .setToolTip(u"Change since the same day a month ago. The performance of a portfolio counts from the "
+                  u"end of that month.");
+  add(table, u"3 Months %", &threeMonthsPercent, COMPARE_PERCENT)
+      .setToolTip(u"Change since the same day three months ago. The performance of a portfolio counts from "
+                  u"the end of that month.");
+  add(table, u"6 Months %", &sixMonthsPercent, COMPARE_PERCENT)
+      .setToolTip(u"Change since the same day six months ago. The performance of a portfolio counts from the "
+                  u"end of that month.");
+  add(table, u"12 Months %", &twelveMonthsPercent, COMPARE_PERCENT)
+      .setToolTip(u"Change since the same day twelve months ago. The performance of a portfolio counts from "
+                  u"the end of that month.");
   add(table, u"Calender Year %", &calendarYearPercent, COMPARE_PERCENT);
   add(table, u"Fin. Year %", &financialYearPercent, COMPARE_PERCENT);
 }

@@ -174,6 +174,23 @@ TEST_F(CapitalGrowthTest, ThereIsNoIndexWithoutOneOrForSeveralPortfolios) {
   expectIndex(growth(1, 2), {1000, 1000});
 }
 
+TEST_F(CapitalGrowthTest, TheGapsOfTheIndexAreFetched) {
+  user().setComparisonIndex(u"^AORD");
+  deposit(1, 1000);
+  update();
+  setPrice(u"^AORD", february(2), 4000);
+  setPrice(u"^AORD", february(5), 4000);
+  expectIndex(growth(2, 5), {1000, -1, -1, 1000});
+  m_market.addListing(u"TEST.AX", u"Test", u"Australia"); // what going online looks for
+  ASSERT_TRUE(gateway().reconnect());
+  gateway().priceUpdater().stopAndJoin();
+  m_market.setHistory(u"^AORD", Date(2026, 1, 5), february(27), 4000);
+  expectIndex(growth(2, 5), {1000, 1000, 1000, 1000});
+  expectIndex(growth(2, 5), {1000, 1000, 1000, 1000});
+  EXPECT_EQ(m_market.requested(MarketFixture::Page::History).size(), 1u);
+  EXPECT_TRUE(m_interaction.calls(Kind::Question).empty());
+}
+
 TEST_F(CapitalGrowthTest, NothingIsAskedOrShown) {
   user().setComparisonIndex(u"^AORD");
   deposit(1, 1000);

@@ -29,37 +29,36 @@ protected:
   MarketFixture m_market;
   GatewayScope m_gateway;
   FakeUserInteraction m_user;
-  IndexHistory m_history;
 };
 
 TEST_F(IndexHistoryTest, FetchesWhatIsMissingAndNothingTwice) {
   m_market.setHistory(u"^IDX", Date(2023, 1, 2), Date(2026, 3, 3), 4000.0);
   EXPECT_FALSE(knows(Date(2026, 2, 28)));
-  m_history.fetch(u"^IDX", days(36));
+  IndexHistory::fetch(u"^IDX", days(36));
   for (const Date& day : days(36))
     EXPECT_TRUE(knows(day)) << day.toString(DATE_DISPLAY_YMD).toUTF8();
   const std::size_t fetches = numFetches();
   EXPECT_LE(fetches, 8u); // pages of 200 days
-  m_history.fetch(u"^IDX", days(36));
+  IndexHistory::fetch(u"^IDX", days(36));
   EXPECT_EQ(fetches, numFetches());
 }
 
 TEST_F(IndexHistoryTest, IndexThatIsYoungerThanItsPortfolioIsAskedForOnce) {
   m_market.setHistory(u"^IDX", Date(2025, 12, 8), Date(2026, 3, 3), 4000.0);
-  m_history.fetch(u"^IDX", days(60));
+  IndexHistory::fetch(u"^IDX", days(60));
   EXPECT_TRUE(knows(Date(2025, 12, 31)));
   EXPECT_FALSE(knows(Date(2025, 11, 30)));
   const std::size_t fetches = numFetches();
   EXPECT_EQ(2u, fetches);
-  m_history.fetch(u"^IDX", days(60));
+  IndexHistory::fetch(u"^IDX", days(60));
   EXPECT_EQ(fetches, numFetches());
 }
 
 TEST_F(IndexHistoryTest, AnotherIndexBeginsAnew) {
   m_market.setHistory(u"^IDX", Date(2025, 12, 8), Date(2026, 3, 3), 4000.0);
   m_market.setHistory(u"^OLD", Date(2024, 12, 2), Date(2026, 3, 3), 500.0);
-  m_history.fetch(u"^IDX", days(12));
-  m_history.fetch(u"^OLD", days(12));
+  IndexHistory::fetch(u"^IDX", days(12));
+  IndexHistory::fetch(u"^OLD", days(12));
   EXPECT_TRUE(IndexHistory::isKnown(u"^OLD", Date(2025, 11, 30)));
 }
 
@@ -67,11 +66,13 @@ TEST_F(IndexHistoryTest, TheFirstFailureEndsTheMatterUntilTheNextTime) {
   m_market.setHistory(u"^IDX", Date(2023, 1, 2), Date(2026, 3, 3), 4000.0);
   m_market.refuse(MarketFixture::Page::History, 500);
   m_user.answerQuestion(false); // another try
-  m_user.answerQuestion(false); // offline mode
-  m_history.fetch(u"^IDX", days(36));
+  IndexHistory::fetch(u"^IDX", days(36));
+  IndexHistory::fetch(u"^IDX", days(36));
   EXPECT_FALSE(knows(Date()));
+  EXPECT_EQ(m_market.requested(MarketFixture::Page::History).size(), 1u);
   m_market.refuse(MarketFixture::Page::History, 200);
-  m_history.fetch(u"^IDX", days(36));
+  TallymoorInternet::Instance().forgetFailures();
+  IndexHistory::fetch(u"^IDX", days(36));
   EXPECT_TRUE(knows(Date(2024, 1, 31)));
 }
 

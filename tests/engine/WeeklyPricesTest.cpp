@@ -162,12 +162,29 @@ TEST_F(WeeklyPricesTest, UnderAViewDateTheWeeksEndBeforeIt) {
   EXPECT_EQ(numFetches(), 1u);
 }
 
+TEST_F(WeeklyPricesTest, ASplitInTheRunningWeekIsLookedForAtTheSource) {
+  // A 5:1 split on Monday; nothing after the last Friday is in the cache.
+  m_market.setHistory(m_code, Date(2025, 6, 2), m_lastFriday, 50);
+  m_market.setHistory(m_code, Date(2026, 3, 2), m_today, 10);
+  gateway().completeHistory(m_code, Date(2025, 6, 2), m_lastFriday);
+  ASSERT_TRUE(gateway().hasCachedPrice(m_code, m_lastFriday));
+  m_profile.setToday(Date(2026, 3, 5));
+  m_market.setHistory(m_code, Date(2026, 3, 2), Date(2026, 3, 5), 10);
+  EXPECT_FALSE(indicatorsOf(m_code, Date()).lrValue);
+  gateway().pauseUpdates();
+  Date::setFixedDate(Date(2026, 3, 2));
+  EXPECT_FALSE(indicatorsOf(m_code, Date()).lrValue);
+  Date::setFixedDate(Date(2026, 3, 1));
+  EXPECT_NEAR(indicatorsOf(m_code, Date()).lrValue.value(), 50, 1e-9) << "before the split";
+  Date::clearFixedDate();
+}
+
 TEST_F(WeeklyPricesTest, AYoungStockHasTheWeeksSinceItsListingAndIsNotFetchedAtEveryLook) {
   setHistory(7, 10);
   for (int again = 0; again < 5; ++again)
     EXPECT_FALSE(indicatorsOf(m_code, m_today).lrValue);
   EXPECT_EQ(weeks(27).size(), 7u);
-  EXPECT_EQ(numFetches(), 1u);
+  EXPECT_EQ(numFetches(), 2u); // the page with the listing, and the empty one before it
   expectQuiet();
 }
 

@@ -151,6 +151,22 @@ TEST_F(ChartFrameTest, ChoosingAStockLoadsItsHistoryOnceAndAsksNothing) {
   EXPECT_EQ(requests, market().requested(MarketFixture::Page::History).size());
 }
 
+TEST_F(ChartFrameTest, HolesInTheCacheAreFilledFromTheSource) {
+  market().setHistory(u"BBB.AX", Date(2022, 1, 3), Date(2026, 3, 3), 4.0);
+  TallymoorInternet::Instance().completeHistory(u"BBB.AX", Date(2022, 6, 1), Date(2022, 6, 30));
+  TallymoorInternet::Instance().completeHistory(u"BBB.AX", Date(2024, 6, 1), Date(2024, 6, 30));
+  Settings::Instance().writeInt(u"Charts", u"PriceRange", std::int32_t(ChartRange::ALL));
+  auto& chart = place<PriceChart>({});
+  chart.show(u"BBB.AX");
+  settle();
+  Date before = firstDay(chart);
+  EXPECT_LE(before, Date(2022, 6, 1));
+  for (const ChartPoint& point : chart.chart().model().series.at(0).points) {
+    EXPECT_LE(point.day.daysSince(before), 3) << point.day.toString(DATE_DISPLAY_DMY).toUTF8();
+    before = point.day;
+  }
+}
+
 TEST_F(ChartFrameTest, AFailedLoadIsSilent) {
   market().refuse(MarketFixture::Page::History, 500);
   auto& chart = place<PriceChart>({});

@@ -264,13 +264,27 @@ TEST_F(PortfolioPerformanceTableTest, WithoutAnIndexItsColumnsAreEmpty) {
   EXPECT_THAT(market().requested(MarketFixture::Page::History), Each(String(u"AAA.AX")));
 }
 
+TEST_F(PortfolioPerformanceTableTest, HeadingsSayFromWhenTheyCount) {
+  addGrowing().setComparisonIndex(u"^IDX");
+  market().setHistory(u"^IDX", Date(2024, 1, 1), Date(2026, 3, 3), 4000.0);
+  showTree();
+  const auto tip = [this](const String& title) {
+    return table().columnAt(columnOf(table(), title))->toolTip();
+  };
+  EXPECT_EQ(u"Gain since the last day of the month before.", tip(u"1 Month"));
+  EXPECT_EQ(u"Gain since the last day of the month three months before.", tip(u"3 Months"));
+  EXPECT_EQ(
+      u"Gain of the index since the last day of the month twelve months before. A watchlist counts from "
+      u"the day itself.",
+      tip(u"12 Months Index"));
+}
+
 TEST_F(PortfolioPerformanceTableTest, IndexThatCannotBeHadIsAskedForOnce) {
   SharePortfolioUser& user = addFiveYears();
   user.setComparisonIndex(u"^IDX");
   market().setHistory(u"^IDX", Date(2020, 6, 1), Date(2026, 3, 3), 4000.0);
   market().refuse(MarketFixture::Page::History, 500);
   whenModal("Do you want to retry?", [this](FXWindow& box) { press(box, "No"); });
-  whenModal("Put Tallymoor into offline mode now?", [this](FXWindow& box) { press(box, "No"); });
   showTree();
   EXPECT_THAT(column(table(), u"Index"), Each(std::string()));
   EXPECT_EQ("10.00%", cellText(table(), 0, u"12 Months"));

@@ -111,6 +111,10 @@ TEST_F(WatchlistTableTest, ColumnsHaveTheirToolTips) {
   watchOne();
   showTrees();
   const auto tip = [this](Column::Function function) { return table().getColumn(function).toolTip(); };
+  EXPECT_EQ(
+      String(u"Change since the same day three months ago. The performance of a portfolio counts from the "
+             u"end of that month."),
+      tip(&WatchlistCells::threeMonthsPercent));
   EXPECT_EQ(String(u"Value now of the linear regression line of recent weekly values"),
             tip(&IndicatorCells::lrValue));
   EXPECT_EQ(String(u"Annualised percentage increase of the 'LR Value' now against six months ago."),
