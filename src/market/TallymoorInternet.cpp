@@ -36,7 +36,7 @@ void showStatus(const String& text) {
 
 /// True once the user, or the system, wants what the GUI thread is doing to end.
 bool isStopWanted() {
-  return FetchQuestions::mayAsk() && UserInteraction::Instance().isStopWanted();
+  return UserInteraction::exists() && UserInteraction::Instance().isStopWanted();
 }
 
 String local(const Date& date) {
@@ -129,7 +129,7 @@ double TallymoorInternet::currentPrice(const String& code, bool useUpdater, bool
       return *known;
     const DataSource source = dataSource(u"currentPrice");
     try {
-      return silent ? source.currentPrice(code) : source.currentPrice(code, &isStopWanted);
+      return source.currentPrice(code, &isStopWanted);
     } catch (const HTTPException& failure) {
       if (silent || !m_questions.wantsQuoteAgain(code, failure))
         throw;

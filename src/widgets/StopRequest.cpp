@@ -57,6 +57,8 @@ StopRequest::~StopRequest() {
 }
 
 bool StopRequest::isWanted() {
+  if (std::this_thread::get_id() != m_thread)
+    return false;
   if (m_wanted || EndingSignalsNoted::hasCome())
     return true;
   const auto now = std::chrono::steady_clock::now();

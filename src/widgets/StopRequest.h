@@ -2,6 +2,7 @@
 #include "foundation/EndingSignals.h"
 #include <chrono>
 #include <fx.h>
+#include <thread>
 
 namespace Tallymoor {
 
@@ -10,7 +11,7 @@ class ProgressDialog;
 /// Whether the user or the system wants what a handler does to end, for work that keeps the toolkit's loop
 /// waiting, as a fetch of prices. Looks at the events that wait, and runs no handler: Escape is taken away,
 /// so that it does not close a form afterwards; while a progress dialog is open its keys, its Cancel and its
-/// close button count, and stay for it. GUI thread.
+/// close button count, and stay for it. Belongs to the GUI thread; another one gets no for an answer.
 class StopRequest : public FXObject {
   FXDECLARE(StopRequest)
 public:
@@ -34,6 +35,7 @@ private:
   bool isInEvents();
 
   FXApp* m_app = nullptr;
+  const std::thread::id m_thread = std::this_thread::get_id();
   const ProgressDialog* m_progress = nullptr;
   bool m_wanted = false;
   std::chrono::steady_clock::time_point m_nextLook;
