@@ -24,7 +24,7 @@ const String& codeOf(const Row& row) {
 }
 
 /// The close of a day. One that the data source doesn't have, as before a stock was listed, is asked for once
-/// a day and not at every refresh; and a stock that is only looked at is no reason to ask the user anything.
+/// a run and not at every refresh; and a stock that is only looked at is no reason to ask the user anything.
 double priceOn(const String& code, const Date& date) {
   TallymoorInternet& gateway = TallymoorInternet::Instance();
   gateway.completeHistory(code, date, date);

@@ -77,7 +77,7 @@ MainWindow::MainWindow(FXApp* app, FXIcon* icon, FXIcon* miniIcon)
   setTarget(this);
   setSelector(ID_MAINWINDOW);
   watchSignals();
-  m_interaction = std::make_unique<WindowInteraction>(app); // notes the signals, before the toolkit has them
+  m_interaction = std::make_unique<WindowInteraction>(app); // behind the signals, which it notes
   UserInteraction::setInstance(m_interaction.get());
   std::lock_guard lock(instanceMutex);
   instance = this;

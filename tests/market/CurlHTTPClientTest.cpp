@@ -5,13 +5,10 @@
 #include "support/StringPrinting.h"
 #include "support/TestHttpServer.h"
 #include <arpa/inet.h>
-#include <array>
 #include <atomic>
 #include <functional>
 #include <future>
 #include <gtest/gtest.h>
-#include <openssl/ssl.h>
-#include <openssl/x509.h>
 #include <set>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -349,61 +346,6 @@ TEST_F(CurlHTTPClientTest, APageThatComesByteByByteCanBeStopped) {
             }).message(),
             words(SEND, CURLE_ABORTED_BY_CALLBACK));
   EXPECT_EQ(looks, 3);
-}
-
-/// An https server with a certificate of its own making, which no authority has signed.
-class SelfSignedPeer {
-public:
-  SelfSignedPeer() : m_context(SSL_CTX_new(TLS_server_method())) {
-    EVP_PKEY* const key = EVP_RSA_gen(2048);
-    X509* const certificate = X509_new();
-    X509_gmtime_adj(X509_getm_notBefore(certificate), -3600);
-    X509_gmtime_adj(X509_getm_notAfter(certificate), 3600);
-    X509_set_pubkey(certificate, key);
-    X509_NAME* const name = X509_get_subject_name(certificate);
-    X509_NAME_add_entry_by_txt(name, "CN", MBSTRING_ASC, reinterpret_cast<const unsigned char*>("127.0.0.1"),
-                               -1, -1, 0);
-    X509_set_issuer_name(certificate, name);
-    EXPECT_GT(X509_sign(certificate, key, EVP_sha256()), 0);
-    EXPECT_EQ(SSL_CTX_use_certificate(m_context, certificate), 1);
-    EXPECT_EQ(SSL_CTX_use_PrivateKey(m_context, key), 1);
-    X509_free(certificate);
-    EVP_PKEY_free(key);
-  }
-  ~SelfSignedPeer() {
-    m_peer.join();
-    SSL_CTX_free(m_context);
-  }
-  String address() const { return u"https" + m_peer.address().substr(4); }
-  /// What a client has sent, once it is done.
-  std::string taken() {
-    m_peer.join();
-    return m_taken;
-  }
-
-private:
-  void serve(int socket) {
-    SSL* const tls = SSL_new(m_context);
-    SSL_set_fd(tls, socket);
-    std::array<char, 1000> bytes{};
-    if (const int length = SSL_accept(tls) == 1 ? SSL_read(tls, bytes.data(), bytes.size()) : 0; length > 0) {
-      m_taken.assign(bytes.data(), static_cast<std::size_t>(length));
-      const std::string answer = "HTTP/1.1 200 OK\r\nContent-Length: 1\r\n\r\nx";
-      SSL_write(tls, answer.data(), static_cast<int>(answer.size()));
-    }
-    SSL_free(tls);
-  }
-
-  SSL_CTX* m_context;
-  std::string m_taken;
-  LoopbackPeer m_peer{[this](LoopbackPeer::Connection& connection) { serve(connection.socket()); }};
-};
-
-TEST_F(CurlHTTPClientTest, TrustsNoCertificateThatNobodyHasSigned) {
-  SelfSignedPeer peer;
-  EXPECT_EQ(failureOf([&] { m_client.getPage(URL(peer.address())); }).message(),
-            words(SEND, CURLE_PEER_FAILED_VERIFICATION));
-  EXPECT_EQ(peer.taken(), "") << "nothing is sent to a stranger";
 }
 
 TEST_F(CurlHTTPClientTest, GivesUpOnAServerThatNeverComesToAnEnd) {

@@ -21,7 +21,6 @@ public:
     bool write(const std::string& bytes);
     /// Reads until the client has closed its side.
     void waitForClose();
-    int socket() const { return m_socket; }
     /// Makes the close at the end of the script break the connection.
     void reset();
 

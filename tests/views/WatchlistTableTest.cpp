@@ -183,7 +183,7 @@ TEST_F(WatchlistTableTest, UnknownStockShowsNoFiguresAndAsksNothing) {
   EXPECT_EQ("", cellText(table(), 0, u"LR Value"));
 }
 
-TEST_F(WatchlistTableTest, MissingDaysAreAskedForOnceADay) {
+TEST_F(WatchlistTableTest, MissingDaysAreAskedForOnceARun) {
   market().setHistory(u"NEW.AX", Date(2026, 2, 2), Date(2026, 3, 3), 2.0);
   addPortfolio(u"Trading", 5000.0);
   addList(u"Main", {u"NEW.AX"});
