@@ -77,15 +77,13 @@ TEST_F(StopRequestTest, EscapeDoesNotCloseTheFormWhoseWorkItEnds) {
   EXPECT_TRUE(wanted);
 }
 
-TEST_F(StopRequestTest, TheKeysOfAProgressDialogEndTheWorkAndCancelIt) {
+TEST_F(StopRequestTest, TheKeysOfAProgressDialogEndTheWork) {
   for (const KeySym key : {XK_Escape, XK_Return, XK_space}) {
     bool wanted = false;
     m_work = [&](Progress& progress) {
       auto& dialog = dynamic_cast<ProgressDialog&>(progress);
       sendKey(dialog, key);
       wanted = isWanted();
-      progress.step(1, String());
-      EXPECT_TRUE(progress.isCancelled() || key != XK_Escape);
     };
     UserInteraction::Instance().runLengthy(u"Caption", u"Heading", 5, *this, 0);
     EXPECT_TRUE(wanted) << key;
