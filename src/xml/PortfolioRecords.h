@@ -50,8 +50,8 @@ public:
   XMLHeldShare();
 };
 
-/// A parcel: "BuyDate", "NumHeld", "BuyPrice", "Brokerage", "Comment", any number of "Adjustments". Number and
-/// price are in shares of the purchase; the adjustments tell what became of them.
+/// A parcel: "BuyDate", "NumHeld", "BuyPrice", "Brokerage", "Comment", any number of "Adjustments". Number
+/// and price are in shares of the purchase; the adjustments tell what became of them.
 class XMLBuyEvent : public XMLElement {
 public:
   XMLBuyEvent();

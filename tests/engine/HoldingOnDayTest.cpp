@@ -1,5 +1,6 @@
 #include "engine/HoldingOnDay.h"
 #include "EngineTest.h"
+#include "engine/ShareAsOfDay.h"
 
 namespace Tallymoor {
 namespace {
@@ -57,6 +58,14 @@ TEST_F(HoldingOnDayTest, SalesOfASplitShareAreHeldUntilTheirDay) {
   const std::optional<HeldOnDay> held = heldOn(user(), u"ABC.AX", 200, Date(2026, 1, 20));
   EXPECT_NEAR(held->cost.number, 200, 1e-5);
   EXPECT_NEAR(held->cost.averagePrice(), 3, 1e-6);
+}
+
+TEST_F(HoldingOnDayTest, OnlyASaleThatTellsNoSplitIsReadByTheDaysNumber) {
+  addSale(u"ABC.AX", Date(2026, 1, 12), Date(2026, 1, 20), 200, 2, 3);
+  addAdjustment(addSale(u"ABC.AX", Date(2026, 1, 12), Date(2026, 1, 20), 100, 4, 3), Date(2026, 1, 16), 2);
+  const auto share = shareWithParcelsSoldSince(user(), u"ABC.AX", 200, Date(2026, 1, 15));
+  EXPECT_EQ(doubleValue(share->subElement(u"BuyEvents", 0), u"NumHeld"), 100);
+  EXPECT_EQ(doubleValue(share->subElement(u"BuyEvents", 1), u"NumHeld"), 100);
 }
 
 TEST_F(HoldingOnDayTest, OnlyTheCurrentPriceMayBeARecordedOne) {

@@ -121,6 +121,23 @@ TEST_F(ReportBuilderTest, SalesAreThoseOfThePeriod) {
                        {u"netProfit", u"985.00 $985.00"}});
 }
 
+TEST_F(ReportBuilderTest, SalesOfSplitSharesAreInSharesOfTheirDay) {
+  setPrices(u"ABC.AX", Date(2025, 12, 10), m_today, 6);
+  user().buyShares(u"ABC.AX", Date(2025, 12, 10), 100, 9, 30, String());
+  user().recordAdjustment(u"ABC.AX", Date(2026, 1, 5), 3, false);
+  user().sellShares(u"ABC.AX", Date(2026, 1, 10), 100, 6, 20, true, String());
+  const auto made = january();
+  const XMLElement& sale = part(*made).subElement(u"Sales").subElement(u"Sales");
+  expectTexts(sale, {{u"number", u"100.00"}});
+  expectValues(sale, {{u"buyPrice", u"3.0000 3.00"},
+                      {u"grossCost", u"300.00 $300.00"},
+                      {u"grossSale", u"600.00 $600.00"},
+                      {u"netProfit", u"280.00 $280.00"}});
+  const XMLElement& held = part(*made).subElement(u"SharesHeld").subElement(u"Shares");
+  expectTexts(held, {{u"number", u"200.00"}});
+  expectValues(held, {{u"purchaseValue", u"600.00 $600.00"}});
+}
+
 TEST_F(ReportBuilderTest, DividendsShowFrankingReinvestmentAndTax) {
   trade();
   const auto report = january();

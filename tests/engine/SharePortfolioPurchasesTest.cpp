@@ -194,5 +194,14 @@ TEST_F(PurchasesTest, EditingMayBeGivenTheCommentOfTheRecordItself) {
   EXPECT_EQ(textValue(event, u"Comment"), comment);
 }
 
+TEST_F(PurchasesTest, ANumberThatWasNotEditedKeepsItsDigits) {
+  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 1), 100, 10, 0, u"");
+  parcel(u"ABC.AX").subElement(u"NumHeld").setValue(u"12.3456");
+  user().editBuyEvent(parcel(u"ABC.AX"), Date(2026, 1, 2), 12.3456, 11, 0, u"", 0, Date(2026, 1, 1));
+  EXPECT_EQ(textValue(parcel(u"ABC.AX"), u"NumHeld"), String(u"12.3456"));
+  user().editBuyEvent(parcel(u"ABC.AX"), Date(2026, 1, 2), 12.3457, 11, 0, u"", 0, Date(2026, 1, 1));
+  EXPECT_EQ(textValue(parcel(u"ABC.AX"), u"NumHeld"), String(u"12.35"));
+}
+
 } // namespace
 } // namespace Tallymoor

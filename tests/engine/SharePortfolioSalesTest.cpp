@@ -162,6 +162,14 @@ TEST_F(SalesTest, WithoutItsCashASaleIsReadByItsSplits) {
   EXPECT_DOUBLE_EQ(SaleFigures(event).buyPrice(), 5);
 }
 
+TEST_F(SalesTest, ASaleThatTellsOtherSplitsIsNoPartOfAParcel) {
+  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 1), 100, 10, 0, u"");
+  user().recordAdjustment(u"ABC.AX", Date(2026, 2, 1), 2, false);
+  user().undoSale(addSale(u"ABC.AX", Date(2026, 1, 1), m_today, 40, 10, 6));
+  ASSERT_EQ(numParcels(u"ABC.AX"), 2u);
+  EXPECT_DOUBLE_EQ(user().numHeld(u"ABC.AX"), 240);
+}
+
 TEST_F(SalesTest, AReinvestmentThatWasSoldIsFoundAgainByItsDividend) {
   user().receiveDividend(u"ABC.AX", Date(2026, 1, 5), 100, 0.5, 0, 10, 5, u"", 0);
   user().sellShares(u"ABC.AX", m_today, 10, 6, 0, true, u"");

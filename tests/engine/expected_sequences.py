@@ -456,6 +456,8 @@ class Portfolio:
                     self.take_event(self.held, stock, link)
                 self.pay_dividend(code, day, number, rate, shares, price)
             elif link:
+                if link.buy_date != day:
+                    self.take_splits(link, code, day, date.max)
                 link.buy_date, link.number, link.buy_price = day, fixed(shares, 2), fixed(price, 4)
         self.changed(day, old_day, was)
         return "true" if link else "false"

@@ -321,7 +321,7 @@ TEST_F(CountedFormatTexts, ACodeAndItsCommentsFromThePurchaseToTheSale) {
                 expectShown("the notes", TEXT, find<FormNotes>(form)->getText().text());
               });
   lookFromRow(soldNode(), "50.00", "Delete sale of " + CODE + " from 20/02/2026...",
-              "Do you really want to delete share sale of " + CODE + " at 20/02/2026?", "No");
+              "Delete the sale of " + CODE + " on 20/02/2026", "Cancel");
   expectShown("the cash of a purchase", "BUY 100.00 of " + CODE + " @ 10.0000",
               cell(tableOf(cashNode()), 1, "Description"));
   sweepWindow();

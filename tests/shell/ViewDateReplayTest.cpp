@@ -97,14 +97,6 @@ protected:
     }
     return all;
   }
-  /// "Month %" of a share bought less than a month ago compares with what was paid for it. What was paid for
-  /// a share before its split is no longer known once it is sold: the sale is recorded in shares of its day.
-  static std::vector<Row> withoutMonthOfAAA(std::vector<Row> rows) {
-    for (Row& row : rows)
-      if (row.front() == "AAA.AX")
-        std::erase_if(row, [](const std::string& cell) { return cell.starts_with("Month %"); });
-    return rows;
-  }
   static Row texts(InvestmentTreeItem& node) {
     Row shown;
     for (FXLabel* label : findAll<FXLabel>(*node.page()))
@@ -174,8 +166,7 @@ TEST_F(ViewDateReplayTest, EachDayShowsWhatItShowedWhenItWasToday) {
     pickViewDate(day->first);
     const Snapshot now = snapshot();
     for (const auto& [page, rows] : day->second)
-      EXPECT_EQ(withoutMonthOfAAA(rows), withoutMonthOfAAA(now.at(page)))
-          << page << " on " << day->first.toString(DATE_DISPLAY_DMY).toUTF8();
+      EXPECT_EQ(rows, now.at(page)) << page << " on " << day->first.toString(DATE_DISPLAY_DMY).toUTF8();
   }
 }
 

@@ -260,10 +260,14 @@ protected:
     remove(purchasesNode(code), date, deleteEntry,
            "Continue to delete the share purchase of " + code + " at " + date + "?", told);
   }
-  void removeSale(const std::string& number, const std::string& code, const std::string& date,
-                  const std::string& told = "") {
-    remove(soldNode(), number, "Delete sale of " + code + " from " + date + "...",
-           "Do you really want to delete share sale of " + code + " at " + date + "?", told);
+  /// Deletes the row and the purchase of its shares.
+  void removeSale(const std::string& number, const std::string& code, const std::string& date) {
+    fromRow(soldNode(), number, "Delete sale of " + code + " from " + date + "...", [=, this] {
+      whenModal("Delete the sale of " + code + " on " + date, [this](FXWindow& dialog) {
+        press(dialog, "Delete their purchase too");
+        press(dialog, "OK");
+      });
+    });
   }
   void removeDividend(const std::string& code, const std::string& date, const std::string& told = "") {
     remove(dividendsNode(), date, deleteEntry, "Delete dividend of " + code + " on " + date + "?", told);

@@ -215,6 +215,22 @@ TEST_F(ChartModelsTest, PricesBeforeASplitAreAsOfTheLastDay) {
                                                   "20/1/2026 down Sold 40.00 at 10.00"));
 }
 
+TEST_F(ChartModelsTest, SalesOfSplitSharesAreMarkedAsTheyWereSold) {
+  market().setHistory(u"AAA.AX", Date(2025, 11, 3), Date(2026, 1, 16), 9.0);
+  market().setHistory(u"AAA.AX", Date(2026, 1, 19), TODAY, 3.0);
+  SharePortfolioUser& user = addPortfolio(u"One");
+  user.buyShares(u"AAA.AX", Date(2026, 1, 5), 100, 9.0, 5.0, String());
+  user.recordAdjustment(u"AAA.AX", Date(2026, 1, 19), 3, false);
+  user.sellShares(u"AAA.AX", Date(2026, 1, 19), 50, 3.2, 5.0, true, String());
+  user.sellShares(u"AAA.AX", Date(2026, 2, 2), 250, 3.5, 5.0, true, String());
+  cache(u"AAA.AX", Date(2025, 12, 1));
+  const ChartModel model = prices(u"AAA.AX");
+  EXPECT_DOUBLE_EQ(3.0, *valueOn(model, 0, Date(2026, 1, 16))) << "the split is known after the sale of all";
+  EXPECT_THAT(notes(model),
+              testing::ElementsAre("5/1/2026 up Bought 300.00 at 3.00", "19/1/2026 down Sold 50.00 at 3.20",
+                                   "2/2/2026 down Sold 250.00 at 3.50"));
+}
+
 TEST_F(ChartModelsTest, PricesBeforeAMergeAreAsOfTheLastDay) {
   market().setHistory(u"AAA.AX", Date(2025, 11, 3), Date(2026, 2, 13), 1.0);
   market().setHistory(u"AAA.AX", Date(2026, 2, 16), TODAY, 5.0);
