@@ -9,8 +9,8 @@ namespace Tallymoor {
 namespace {
 
 const std::vector<String> CODES = {u"ABC.AX", u"CBR.AX", u"GRV.AX"};
-constexpr int NUMBER_COLUMN = 0;
-constexpr int PRICE_COLUMN = 2;
+constexpr int NUMBER_COLUMN = 1;
+constexpr int PRICE_COLUMN = 3;
 
 std::string heldShare(const String& code) {
   return "<HeldShare><String>" + code.toUTF8() +

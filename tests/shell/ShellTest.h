@@ -10,6 +10,7 @@
 #include "support/windows/WindowTest.h"
 #include "widgets/CalendarDialog.h"
 #include "widgets/FXCalendar.h"
+#include "xml/CountryOfResidence.h"
 #include <optional>
 
 namespace Tallymoor {
@@ -26,6 +27,7 @@ protected:
     m_adverts.wanted = false;
     AdvertSettings::setForTest(&m_adverts);
     writeCountries();
+    CountryOfResidence::destroyInstance(); // of the test before
   }
 
   void TearDown() override {

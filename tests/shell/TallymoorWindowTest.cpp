@@ -219,8 +219,8 @@ TEST_F(TallymoorWindowTest, APurchaseGoesFromTheFormToTheTableTheFileAndTheCapit
 
   SharesHeldTable& table = heldTable(u"Trading");
   ASSERT_TRUE(table.hasRow(u"ABC.AX"));
-  EXPECT_EQ("100.00", std::string(table.getItemText(0, 0).text()));
-  EXPECT_EQ("12.34", std::string(table.getItemText(0, 1).text()));
+  EXPECT_EQ("100.00", std::string(table.getItemText(0, 1).text()));
+  EXPECT_EQ("12.34", std::string(table.getItemText(0, 2).text()));
 
   leave();
   EXPECT_EQ(
