@@ -298,7 +298,7 @@ TEST_F(TallymoorWindowTrayTest, AWarningIsANotificationAndStaysInTheWindow) {
   EXPECT_EQ("It has failed.", desktop().notifications().notices()[1].text);
   EXPECT_EQ(2, desktop().notifications().notices()[1].urgency);
   EXPECT_THAT(tallymoor().warnings()->shownTexts(),
-              ElementsAre(String(u"It has fallen."), String(u"It has failed.")));
+              ElementsAre(String(u"It has fallen again."), String(u"It has failed.")));
 }
 
 TEST_F(TallymoorWindowTrayTest, ANoteStandsInTheWindowOnlyIfNoServiceShowsIt) {
