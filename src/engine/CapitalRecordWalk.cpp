@@ -203,11 +203,11 @@ const std::vector<CapitalRecordWalk::Holding>* CapitalRecordWalk::holdings(const
       return nullptr; // its fetch may have been broken off, and the price a stand-in
     if (checked.adjusted)
       recompute(stock, day);
-    if (stock.price.empty() || checked.price != stock.lastPrice) {
-      stock.price = String::fromDouble(checked.price, 2);
-      stock.lastPrice = checked.price;
+    if (stock.price.empty() || checked.price.price != stock.lastPrice) {
+      stock.price = recordedPriceText(checked.price.price);
+      stock.lastPrice = checked.price.price;
     }
-    m_holdings.push_back({stock.code, stock.number, stock.price});
+    m_holdings.push_back({stock.code, stock.number, stock.price, checked.price.standing});
   }
   return &m_holdings;
 }

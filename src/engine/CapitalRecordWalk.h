@@ -1,4 +1,5 @@
 #pragma once
+#include "engine/DayPrice.h"
 #include "foundation/Date.h"
 #include "foundation/String.h"
 #include <cstddef>
@@ -28,6 +29,7 @@ public:
     String code;
     String number;
     String price;
+    PriceStanding standing;
   };
 
   explicit CapitalRecordWalk(SharePortfolioUser& portfolio);

@@ -38,8 +38,12 @@ std::optional<HeldOnDay> heldOn(const SharePortfolioUser& portfolio, const Strin
 }
 
 double shownPrice(const SharePortfolioUser& portfolio, const String& code, const Date& day) {
-  return day < Date::realToday() ? TallymoorInternet::Instance().historicalPrice(code, day, true)
-                                 : portfolio.sharePriceFor(code, day, true);
+  if (day >= Date::realToday())
+    return portfolio.sharePriceFor(code, day, true);
+  // With the record's price the shares come to what the capital says.
+  if (const std::optional<DayPrice> recorded = portfolio.capitalRecord().priceOn(code, day))
+    return recorded->price;
+  return TallymoorInternet::Instance().historicalPrice(code, day, true);
 }
 
 } // namespace Tallymoor

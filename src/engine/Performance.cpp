@@ -73,6 +73,12 @@ std::vector<PerformanceSpan> performanceMonths(const Portfolios& portfolios, con
   return months;
 }
 
+bool isProvisional(const Portfolios& portfolios, const Date& day) {
+  return std::any_of(portfolios.begin(), portfolios.end(), [&day](const SharePortfolioUser* portfolio) {
+    return portfolio->capitalRecord().isProvisional(day);
+  });
+}
+
 double capitalOn(const Portfolios& portfolios, const Date& day) {
   double capital = 0.0;
   for (const SharePortfolioUser* portfolio : portfolios)

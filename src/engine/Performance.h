@@ -30,6 +30,9 @@ struct PerformanceSpan {
 /// end.
 std::vector<PerformanceSpan> performanceMonths(const Portfolios& portfolios, const Date& today);
 
+/// True when a price stands in for one of the day in the record of some portfolio, so that its capital is
+/// provisional.
+bool isProvisional(const Portfolios& portfolios, const Date& day);
 /// Summed over the portfolios that have a record of the day.
 double capitalOn(const Portfolios& portfolios, const Date& day);
 bool hasRecordOn(const Portfolios& portfolios, const Date& day);

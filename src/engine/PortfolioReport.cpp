@@ -112,6 +112,14 @@ void noteMissingStart(const Portfolios& portfolios, const ReportPeriod& period, 
                         u"percent.");
 }
 
+/// Names the days at either end of the period on which another price stands in for one that can't be had.
+void noteProvisionalDays(const Portfolios& portfolios, const ReportPeriod& period, XMLElement& report) {
+  for (const Date& day : {period.dayBefore(), period.last})
+    if (isProvisional(portfolios, day))
+      addNote(report, u"The figures of " + day.toString(DATE_DISPLAY_LOCAL) +
+                          u" are provisional: for a price that could not be had an earlier one stands in.");
+}
+
 /// One stock at the end of a period, as a row of the table of held shares has it. Without a price the figures
 /// that need it are nothing.
 struct Holding {
@@ -240,6 +248,7 @@ void addCashFlow(XMLElement& section, const Event& event) {
 
 void PortfolioReport::fill(XMLElement& report) const {
   noteMissingStart(m_portfolios, m_period, report);
+  noteProvisionalDays(m_portfolios, m_period, report);
   XMLElement& performance = report.subElement(u"Performance");
   fillPerformance(performance);
   putPercent(performance, u"indexGainPercent", indexGain(m_portfolios, m_period, report));

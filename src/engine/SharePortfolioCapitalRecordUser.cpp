@@ -3,6 +3,7 @@
 #include "engine/PortfolioEvents.h"
 #include "engine/PortfolioFiles.h"
 #include "engine/SharePortfolioUser.h"
+#include "foundation/Amounts.h"
 #include "foundation/Constants.h"
 #include "foundation/Exception.h"
 #include "foundation/FileReplacement.h"
@@ -11,7 +12,9 @@
 #include "market/TallymoorInternet.h"
 #include "xml/CapitalRecord.h"
 #include "xml/DocumentFile.h"
+#include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace Tallymoor {
 
@@ -35,11 +38,18 @@ private:
   SharePortfolioUser*& m_updating;
 };
 
-void addShareVal(XMLElement& dayCap, const CapitalRecordWalk::Holding& holding) {
+const String STANDING = u"Standing";
+
+XMLElement& addShareVal(XMLElement& dayCap, const CapitalRecordWalk::Holding& holding) {
   XMLElement& shareVal = dayCap.addSubElement(XMLShareVal::create(), u"ShareVals");
   shareVal.subElement(u"Code").setValue(holding.code);
   shareVal.subElement(u"Number").setValue(holding.number);
   shareVal.subElement(u"Price").setValue(holding.price);
+  return shareVal;
+}
+
+PriceStanding standingOf(const XMLElement& shareVal) {
+  return shareVal.hasAttribute(STANDING) ? standingNamed(shareVal.attribute(STANDING)) : PriceStanding::Final;
 }
 
 bool isOfAnotherMonth(const Date& day, const Date& before) {
@@ -80,6 +90,7 @@ void SharePortfolioCapitalRecordUser::load() {
 
 void SharePortfolioCapitalRecordUser::indexDays() {
   m_dayCaps.clear();
+  m_unsettled.clear();
   const std::size_t count = m_record->numSubElements(u"DayCaps");
   for (std::size_t i = 0; i < count; ++i) {
     XMLElement& dayCap = m_record->subElement(u"DayCaps", i);
@@ -87,11 +98,17 @@ void SharePortfolioCapitalRecordUser::indexDays() {
     if (!m_dayCaps.empty() && day <= m_dayCaps.rbegin()->first)
       throw Exception(u"SharePortfolioCapitalRecordUser::load - days out of order, clear and start again");
     m_dayCaps.emplace_hint(m_dayCaps.end(), day, &dayCap);
+    for (std::size_t j = 0; j < dayCap.numSubElements(u"ShareVals"); ++j) {
+      const XMLElement& shareVal = dayCap.subElement(u"ShareVals", j);
+      if (standingOf(shareVal) != PriceStanding::Final)
+        m_unsettled[textValue(shareVal, u"Code")].insert(day);
+    }
   }
 }
 
 void SharePortfolioCapitalRecordUser::startAgain() {
   m_dayCaps.clear();
+  m_unsettled.clear();
   m_record->reset();
   m_record->subElement(u"Name").setValue(m_name);
 }
@@ -139,6 +156,7 @@ void SharePortfolioCapitalRecordUser::dropFrom(DayCaps::iterator first) {
   if (first == m_dayCaps.end())
     return;
   m_modified = true;
+  forgetUnsettledFrom(first->first);
   if (first == m_dayCaps.begin()) {
     startAgain();
     return;
@@ -169,6 +187,16 @@ void SharePortfolioCapitalRecordUser::update(SharePortfolioUser& portfolio) {
     return;
   const UpdateScope scope(m_updating, portfolio);
   dropDaysAfterToday();
+  settlePrices();
+  updateDays(portfolio);
+  // The pages that were fetched for the missing days may have told of others.
+  if (m_recomputeFrom)
+    updateDays(portfolio);
+}
+
+void SharePortfolioCapitalRecordUser::updateDays(SharePortfolioUser& portfolio) {
+  if (const auto changed = std::exchange(m_recomputeFrom, std::nullopt))
+    recordsChangedFrom(*changed);
   const Date today;
   if (hasDayCap(today) || nextDay(portfolio) > today)
     return;
@@ -228,7 +256,7 @@ bool SharePortfolioCapitalRecordUser::computeDay(CapitalRecordWalk& walk, const 
   if (!injected.empty())
     dayCap.addSubElement(new XMLConstant, u"CashInjected").setValue(injected);
   for (const CapitalRecordWalk::Holding& holding : *holdings)
-    addShareVal(dayCap, holding);
+    noteStanding(addShareVal(dayCap, holding), holding.code, day, holding.standing);
   return !progress || !progress->isCancelled();
 }
 
@@ -275,27 +303,122 @@ double SharePortfolioCapitalRecordUser::externalFlowBetween(const Date& from, co
   return flow;
 }
 
+bool SharePortfolioCapitalRecordUser::isProvisional(const Date& date) const {
+  const auto found = m_dayCaps.find(date);
+  if (found == m_dayCaps.end())
+    return false;
+  for (std::size_t i = 0; i < found->second->numSubElements(u"ShareVals"); ++i)
+    if (isStandIn(standingOf(found->second->subElement(u"ShareVals", i))))
+      return true;
+  return false;
+}
+
+std::optional<DayPrice> SharePortfolioCapitalRecordUser::priceOn(const String& code, const Date& date) const {
+  const XMLElement* shareVal = shareValOf(code, date);
+  return shareVal ? std::optional(DayPrice{doubleValue(*shareVal, u"Price"), standingOf(*shareVal)})
+                  : std::nullopt;
+}
+
+XMLElement* SharePortfolioCapitalRecordUser::shareValOf(const String& code, const Date& date) const {
+  const auto found = m_dayCaps.find(date);
+  if (found == m_dayCaps.end())
+    return nullptr;
+  for (std::size_t i = 0; i < found->second->numSubElements(u"ShareVals"); ++i) {
+    XMLElement& shareVal = found->second->subElement(u"ShareVals", i);
+    if (textValue(shareVal, u"Code") == code)
+      return &shareVal;
+  }
+  return nullptr;
+}
+
+// --- Prices that come later
+
 void SharePortfolioCapitalRecordUser::currentPriceUpdated(const String& code, double price) {
-  setPrice(code, Date(), price);
+  setPrice(code, Date(), price, PriceStanding::Open);
 }
 
 void SharePortfolioCapitalRecordUser::historicalPriceChanged(const String& code, const Date& date,
                                                              double close) {
-  setPrice(code, date, close);
+  const std::optional<KnownClose> known = TallymoorInternet::Instance().closeOn(code, date);
+  setPrice(code, date, close, known && known->isFinal ? PriceStanding::Final : PriceStanding::Open);
 }
 
-void SharePortfolioCapitalRecordUser::setPrice(const String& code, const Date& date, double price) {
-  const auto found = m_dayCaps.find(date);
-  if (found == m_dayCaps.end())
+void SharePortfolioCapitalRecordUser::setPrice(const String& code, const Date& date, double price,
+                                               PriceStanding standing) {
+  XMLElement* shareVal = shareValOf(code, date);
+  if (!shareVal)
     return;
-  XMLElement& dayCap = *found->second;
-  for (std::size_t i = 0; i < dayCap.numSubElements(u"ShareVals"); ++i) {
-    XMLElement& shareVal = dayCap.subElement(u"ShareVals", i);
-    if (!(textValue(shareVal, u"Code") == code))
-      continue;
-    shareVal.subElement(u"Price").setValue(String::fromDouble(price, 2));
-    m_modified = true;
+  m_modified = true;
+  noteStanding(*shareVal, code, date, standing);
+  const String text = recordedPriceText(price);
+  if (textValue(*shareVal, u"Price") == text)
+    return;
+  shareVal->subElement(u"Price").setValue(text);
+  // The last day is looked at for a split before the next one is computed.
+  if (date < m_dayCaps.rbegin()->first)
+    recomputeFrom(date);
+}
+
+void SharePortfolioCapitalRecordUser::noteStanding(XMLElement& shareVal, const String& code, const Date& date,
+                                                   PriceStanding standing) {
+  if (standing == PriceStanding::Final) {
+    shareVal.removeAttribute(STANDING);
+    if (const auto days = m_unsettled.find(code); days != m_unsettled.end())
+      days->second.erase(date);
+    return;
   }
+  shareVal.setAttribute(STANDING, standingName(standing));
+  m_unsettled[code].insert(date);
+}
+
+void SharePortfolioCapitalRecordUser::recomputeFrom(const Date& date) {
+  m_recomputeFrom = m_recomputeFrom ? std::min(*m_recomputeFrom, date) : date;
+}
+
+void SharePortfolioCapitalRecordUser::forgetUnsettledFrom(const Date& date) {
+  for (auto& [code, days] : m_unsettled)
+    days.erase(days.lower_bound(date), days.end());
+  std::erase_if(m_unsettled, [](const auto& item) { return item.second.empty(); });
+}
+
+/// Looks for the closes that were missing, or may have been those of a day that was not over.
+void SharePortfolioCapitalRecordUser::settlePrices() {
+  if (Date::hasFixedDate())
+    return;
+  // A fetch tells this record of what it brings, which changes the index.
+  const auto unsettled = m_unsettled;
+  for (const auto& [code, days] : unsettled)
+    fetchUnsettled(code, days);
+  for (const auto& [code, days] : unsettled)
+    for (const Date& day : days)
+      settlePrice(code, day);
+}
+
+void SharePortfolioCapitalRecordUser::fetchUnsettled(const String& code, const std::set<Date>& days) {
+  std::optional<Date> firstOpen;
+  std::optional<Date> firstMissing, lastMissing;
+  TallymoorInternet& gateway = TallymoorInternet::Instance();
+  for (const Date& day : days) {
+    const std::optional<KnownClose> known = gateway.closeOn(code, day);
+    if (known && !known->isFinal && !firstOpen && day < Date::realToday())
+      firstOpen = day;
+    if (known)
+      continue;
+    firstMissing = firstMissing.value_or(day);
+    lastMissing = day;
+  }
+  if (firstMissing)
+    gateway.completeHistory(code, *firstMissing, *lastMissing);
+  if (firstOpen)
+    gateway.refreshClosesFrom(code, *firstOpen);
+}
+
+/// Takes over what the cache knows of the day; it may have been fetched while this record was not there to
+/// hear of it.
+void SharePortfolioCapitalRecordUser::settlePrice(const String& code, const Date& day) {
+  if (const std::optional<KnownClose> known = TallymoorInternet::Instance().closeOn(code, day))
+    if (known->isFinal || (priceOn(code, day) && isStandIn(priceOn(code, day)->standing)))
+      historicalPriceChanged(code, day, known->close);
 }
 
 } // namespace Tallymoor

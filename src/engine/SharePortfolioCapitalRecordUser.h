@@ -1,10 +1,13 @@
 #pragma once
+#include "engine/DayPrice.h"
 #include "foundation/Date.h"
 #include "foundation/LengthyFunctions.h"
 #include "foundation/String.h"
 #include "market/PriceUpdater.h"
 #include <map>
 #include <memory>
+#include <optional>
+#include <set>
 
 namespace Tallymoor {
 
@@ -17,6 +20,12 @@ class XMLSharePortfolioCapitalRecord;
 /// from the portfolio's records and the prices, so they can always be thrown away: a change of the past drops
 /// the days from it on, and the next update computes them again, forward only, up to today (or the view
 /// date).
+///
+/// A day is computed with what prices can be had. Where one is missing, an earlier close or a transaction
+/// stands in, and the day is provisional; where the day was not over, its price is open. Such prices are
+/// known by stock and day (m_unsettled). An update looks whether the day's own close has come, and has it
+/// fetched if it may be had; and the cache tells of each close that changes. The price is then put right at
+/// once, and the next update computes anew from that day on, since a split may lie there.
 ///
 /// Days rise strictly both in the tree and in the index, so that a day's place in the one is its place in the
 /// other. The GUI thread calls everything but the observer's operations, which come from the price updater;
@@ -56,6 +65,11 @@ public:
   /// The day's element: Date, CashTotal, ShareVals, CashInjected. Valid until the record changes. Throws
   /// Exception when there is no such day.
   const XMLElement& dayCapFor(const Date& date) const;
+  /// True when another price stands in for that of the day with some stock, so that what is computed from the
+  /// day is provisional. False for a day without a record.
+  bool isProvisional(const Date& date) const;
+  /// The price of the stock on the day; nothing when it was not held then or the day has no record.
+  std::optional<DayPrice> priceOn(const String& code, const Date& date) const;
   /// The first day; today when there is none.
   Date firstRecordDate() const;
   /// Value of the shares and cash at the end of the day. Throws as dayCapFor.
@@ -85,9 +99,17 @@ private:
   void dropDaysAfterToday();
   Date nextDay(const SharePortfolioUser& portfolio) const;
   void checkLastDayForSplits(SharePortfolioUser& portfolio);
+  void updateDays(SharePortfolioUser& portfolio);
   void updateTo(SharePortfolioUser& portfolio, Progress* progress);
   bool computeDay(CapitalRecordWalk& walk, const Date& day, Progress* progress);
-  void setPrice(const String& code, const Date& date, double price);
+  void setPrice(const String& code, const Date& date, double price, PriceStanding standing);
+  XMLElement* shareValOf(const String& code, const Date& date) const;
+  void noteStanding(XMLElement& shareVal, const String& code, const Date& date, PriceStanding standing);
+  void recomputeFrom(const Date& date);
+  void settlePrices();
+  void fetchUnsettled(const String& code, const std::set<Date>& days);
+  void settlePrice(const String& code, const Date& day);
+  void forgetUnsettledFrom(const Date& date);
 
   std::unique_ptr<XMLSharePortfolioCapitalRecord> m_record;
   DayCaps m_dayCaps; ///< index of the tree by day; does not own
@@ -95,6 +117,8 @@ private:
   String m_name;
   SharePortfolioUser* m_updating = nullptr; ///< set during an update
   bool m_modified = false;
+  std::map<String, std::set<Date>> m_unsettled; ///< days on which a stock's price is not final
+  std::optional<Date> m_recomputeFrom;          ///< the earliest day whose price is another one since
 };
 
 } // namespace Tallymoor

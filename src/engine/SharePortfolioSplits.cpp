@@ -2,23 +2,14 @@
 #include "engine/PortfolioEvents.h"
 #include "engine/SharePortfolioUser.h"
 #include "engine/SplitTerms.h"
+#include "engine/SuspectedSplit.h"
 #include "foundation/RunTimeSettings.h"
-#include "foundation/UserInteraction.h"
 #include "xml/PortfolioRecords.h"
-#include <algorithm>
 #include <cmath>
 
 namespace Tallymoor {
 
 namespace {
-
-constexpr std::int32_t LEAST_FACTOR = 1;
-constexpr std::int32_t LARGEST_FACTOR = 1000000;
-
-std::int32_t roundedFactor(double ratio) {
-  const double bounded = std::clamp(ratio, double(LEAST_FACTOR), double(LARGEST_FACTOR));
-  return static_cast<std::int32_t>(bounded + 0.5);
-}
 
 bool wasHeldBefore(const XMLElement& parcel, const Date& date) {
   return dateValue(parcel, u"BuyDate") < date;
@@ -37,38 +28,41 @@ bool anyAdjustmentOn(const XMLElement* stock, std::u16string_view events, const 
   return false;
 }
 
-XMLElement& adjustmentFor(XMLElement& event, const Date& date) {
-  if (const auto place = findAdjustment(event, date))
-    return event.subElement(u"Adjustments", *place);
-  return event.addSubElement(new XMLSplitAdjustment, u"Adjustments");
-}
-
 /// Copies from a stock's parcels or sales the splits between the two days, the last one included, that the
 /// event does not know.
 void takeSplitsOf(const XMLElement& stock, std::u16string_view events, XMLElement& event, const Date& after,
                   const Date& last) {
   for (std::size_t i = 0; i < stock.numSubElements(events); ++i) {
     const XMLElement& other = stock.subElement(events, i);
+    const std::size_t known = event.numSubElements(u"Adjustments"); // what follows comes from this one
     for (std::size_t j = 0; j < other.numSubElements(u"Adjustments"); ++j) {
       const XMLElement& adjustment = other.subElement(u"Adjustments", j);
       const Date start = dateValue(adjustment, u"StartDate");
-      if (start > after && start <= last && !findAdjustment(event, start))
+      if (start > after && start <= last && findAdjustment(event, start).value_or(known) >= known)
         event.addSubElement(adjustment.clone(&newElement<XMLSplitAdjustment>), u"Adjustments");
     }
   }
 }
 
-String splitTitle(bool reverse) {
-  return reverse ? u"Possible reverse share split (share merge)" : u"Possible share split";
-}
-
-String splitQuestion(const String& code, const Date& date, std::int32_t factor, bool reverse) {
-  const String kind = reverse ? u"reverse share split" : u"share split";
-  const String confirmed = reverse ? u"reverse split" : u"share split";
-  return u"A possible " + kind + u" was detected for the stock\nwith code " + code +
-         u" around the day of \n" + date.toString(DATE_DISPLAY_LOCAL) + u" at a value of " +
-         String::fromLong(factor) + u":1.\nPlease confirm the " + confirmed +
-         u" ratio, or press cancel\nif this was just stock value movement.";
+/// Puts the factors in the place of what is noted for the day.
+void noteFactors(SharePortfolioUser& portfolio, XMLElement& event, const Date& date,
+                 const std::vector<std::int32_t>& factors) {
+  const String day = dayText(date);
+  std::size_t noted = 0;
+  for (std::size_t i = 0; i < event.numSubElements(u"Adjustments");) {
+    XMLElement& adjustment = event.subElement(u"Adjustments", i);
+    if (!(textValue(adjustment, u"StartDate") == day)) {
+      ++i;
+    } else if (noted < factors.size()) {
+      portfolio.setAdjustment(adjustment, date, factors[noted++], false);
+      ++i;
+    } else {
+      event.removeSubElement(u"Adjustments", i);
+    }
+  }
+  for (; noted < factors.size(); ++noted)
+    portfolio.setAdjustment(event.addSubElement(new XMLSplitAdjustment, u"Adjustments"), date, factors[noted],
+                            false);
 }
 
 } // namespace
@@ -110,20 +104,17 @@ bool SharePortfolioUser::hasSoldAdjustment(const String& code, const Date& date)
 }
 
 bool SharePortfolioUser::isAdjusted(const String& code, const Date& date) const {
-  const auto lacksAdjustment = [](const XMLElement& event) {
-    return event.numSubElements(u"Adjustments") == 0;
-  };
   std::size_t index = 0;
   if (const XMLElement* held = findHeldShare(code, index))
     for (std::size_t i = 0; i < held->numSubElements(u"BuyEvents"); ++i) {
       const XMLElement& parcel = held->subElement(u"BuyEvents", i);
-      if (wasHeldBefore(parcel, date) && lacksAdjustment(parcel))
+      if (wasHeldBefore(parcel, date) && !findAdjustment(parcel, date))
         return false;
     }
   if (const XMLElement* sold = findSoldShare(code, index))
     for (std::size_t i = 0; i < sold->numSubElements(u"SellEvents"); ++i) {
       const XMLElement& sale = sold->subElement(u"SellEvents", i);
-      if (wasHeldAcross(sale, date) && lacksAdjustment(sale))
+      if (wasHeldAcross(sale, date) && !findAdjustment(sale, date))
         return false;
     }
   return true;
@@ -131,18 +122,23 @@ bool SharePortfolioUser::isAdjusted(const String& code, const Date& date) const 
 
 void SharePortfolioUser::recordAdjustment(const String& code, const Date& date, std::int32_t factor,
                                           bool reverse) {
+  recordAdjustments(code, date, {reverse ? -factor : factor});
+}
+
+void SharePortfolioUser::recordAdjustments(const String& code, const Date& date,
+                                           const std::vector<std::int32_t>& factors) {
   std::size_t index = 0;
   if (XMLElement* held = findHeldShare(code, index))
     for (std::size_t i = 0; i < held->numSubElements(u"BuyEvents"); ++i) {
       XMLElement& parcel = held->subElement(u"BuyEvents", i);
       if (wasHeldBefore(parcel, date))
-        setAdjustment(adjustmentFor(parcel, date), date, factor, reverse);
+        noteFactors(*this, parcel, date, factors);
     }
   if (XMLElement* sold = findSoldShare(code, index))
     for (std::size_t i = 0; i < sold->numSubElements(u"SellEvents"); ++i) {
       XMLElement& sale = sold->subElement(u"SellEvents", i);
       if (wasHeldAcross(sale, date))
-        setAdjustment(adjustmentFor(sale, date), date, factor, reverse);
+        noteFactors(*this, sale, date, factors);
     }
 }
 
@@ -172,30 +168,23 @@ void SharePortfolioUser::setAdjustment(XMLElement& adjustment, const Date& date,
 }
 
 double SharePortfolioUser::priceWithSplitCheck(const String& code, const Date& date) {
-  return checkPriceForSplit(code, date).price;
+  return checkPriceForSplit(code, date).price.price;
 }
 
 SharePortfolioUser::CheckedPrice SharePortfolioUser::checkPriceForSplit(const String& code,
                                                                         const Date& date) {
-  const double today = sharePriceFor(code, date, false);
-  const double yesterday = sharePriceFor(code, date.plusDays(-1), false);
-  const double ratio = today / yesterday;
-  bool asked = false;
-  if (ratio < 1 / splitRatioDetect)
-    asked = askForSplit(code, date, yesterday / today, false);
-  else if (ratio > reverseSplitRatioDetect)
-    asked = askForSplit(code, date, ratio, true);
-  return {today, asked};
+  const DayPrice today = dayPriceFor(code, date, false);
+  const DayPrice yesterday = dayPriceFor(code, date.plusDays(-1), false);
+  if (isStandIn(today.standing) || isStandIn(yesterday.standing))
+    return {today, false};
+  const auto split = SuspectedSplit::between(yesterday.price, today.price);
+  return {today, split && askForSplit(code, date, *split)};
 }
 
-bool SharePortfolioUser::askForSplit(const String& code, const Date& date, double ratio, bool reverse) {
+bool SharePortfolioUser::askForSplit(const String& code, const Date& date, const SuspectedSplit& split) {
   if (inBackgroundPass || isAdjusted(code, date))
     return false;
-  const std::int32_t factor = roundedFactor(ratio);
-  const auto answer = UserInteraction::Instance().askWholeNumber(
-      splitTitle(reverse), splitQuestion(code, date, factor, reverse), LEAST_FACTOR, LARGEST_FACTOR, factor);
-  // A No is recorded as well, so that the same question never comes twice.
-  recordAdjustment(code, date, answer.value_or(1), reverse);
+  recordAdjustments(code, date, split.ask(code, date));
   return true;
 }
 

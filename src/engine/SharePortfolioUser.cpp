@@ -1,5 +1,6 @@
 #include "engine/SharePortfolioUser.h"
 #include "engine/Gains.h"
+#include "engine/RecordedSplits.h"
 #include "foundation/Amounts.h"
 #include "foundation/Exception.h"
 #include "market/TallymoorInternet.h"
@@ -79,23 +80,51 @@ void forEachEvent(const XMLElement& stocks, std::u16string_view stockReference,
 /// Keeps the price of the day that lies nearest to another; the first one wins a tie.
 class NearestPrice {
 public:
-  explicit NearestPrice(const Date& date) : m_date(date) {}
+  explicit NearestPrice(const Date& date) : m_date(date), m_day(date) {}
 
   void offer(const XMLElement& event, std::u16string_view day, std::u16string_view price) {
-    const int distance = std::abs(m_date.daysSince(dateValue(event, day)));
+    const Date offered = dateValue(event, day);
+    const int distance = std::abs(m_date.daysSince(offered));
     if (distance < m_distance) {
       m_distance = distance;
+      m_day = offered;
       m_price = doubleValue(event, price);
     }
   }
 
+  const Date& day() const { return m_day; }
   double price() const { return m_price; }
 
 private:
   Date m_date;
+  Date m_day;
   int m_distance = std::numeric_limits<int>::max();
   double m_price = 0.0;
 };
+
+NearestPrice nearestTransaction(const SharePortfolioUser& portfolio, const String& code, const Date& date) {
+  NearestPrice nearest(date);
+  std::size_t index = 0;
+  if (const XMLElement* held = portfolio.findHeldShare(code, index))
+    for (std::size_t i = 0; i < held->numSubElements(u"BuyEvents"); ++i)
+      nearest.offer(held->subElement(u"BuyEvents", i), u"BuyDate", u"BuyPrice");
+  if (const XMLElement* sold = portfolio.findSoldShare(code, index))
+    for (std::size_t i = 0; i < sold->numSubElements(u"SellEvents"); ++i) {
+      const XMLElement& sale = sold->subElement(u"SellEvents", i);
+      nearest.offer(sale, u"BuyDate", u"BuyPrice");
+      nearest.offer(sale, u"SellDate", u"SellPrice");
+    }
+  return nearest;
+}
+
+Exception noPrice(const String& code, const Date& date) {
+  return Exception(u"SharePortfolioUser::sharePriceFor - could not get price for " + code + u" at " +
+                   date.toString(DATE_DISPLAY_LOCAL));
+}
+
+DayPrice dayPriceOf(const KnownClose& close) {
+  return {close.close, close.isFinal ? PriceStanding::Final : PriceStanding::Open};
+}
 
 } // namespace
 
@@ -152,36 +181,57 @@ double SharePortfolioUser::numHeld(const String& code, const Date& day) const {
 }
 
 double SharePortfolioUser::nearestRecordedPrice(const String& code, const Date& date) const {
-  NearestPrice nearest(date);
-  std::size_t index = 0;
-  if (const XMLElement* held = findHeldShare(code, index))
-    for (std::size_t i = 0; i < held->numSubElements(u"BuyEvents"); ++i)
-      nearest.offer(held->subElement(u"BuyEvents", i), u"BuyDate", u"BuyPrice");
-  if (const XMLElement* sold = findSoldShare(code, index))
-    for (std::size_t i = 0; i < sold->numSubElements(u"SellEvents"); ++i) {
-      const XMLElement& sale = sold->subElement(u"SellEvents", i);
-      nearest.offer(sale, u"BuyDate", u"BuyPrice");
-      nearest.offer(sale, u"SellDate", u"SellPrice");
-    }
-  return nearest.price();
+  return nearestTransaction(*this, code, date).price();
 }
 
 double SharePortfolioUser::sharePriceFor(const String& code, const Date& date, bool upTo) const {
-  double price = 0.0;
+  return dayPriceFor(code, date, upTo).price;
+}
+
+DayPrice SharePortfolioUser::dayPriceFor(const String& code, const Date& date, bool upTo) const {
+  if (const std::optional<DayPrice> price = marketPrice(code, date, upTo))
+    return *price;
+  const DayPrice price = standInPrice(code, date);
+  if (showsAsZero(price.price))
+    throw noPrice(code, date);
+  return price;
+}
+
+/// What the source or the user gave for the day; nothing when that can't be had.
+std::optional<DayPrice> SharePortfolioUser::marketPrice(const String& code, const Date& date,
+                                                        bool upTo) const {
   try {
     TallymoorInternet& gateway = TallymoorInternet::Instance();
-    if (!Date::hasFixedDate() && date == Date())
-      price = gateway.priceUpdater().getLatestPrice(code);
-    else
-      price = gateway.historicalPrice(code, date, upTo);
+    if (!Date::hasFixedDate() && date == Date()) {
+      const double price = gateway.priceUpdater().getLatestPrice(code);
+      const std::optional<KnownClose> known = gateway.closeOn(code, date);
+      return DayPrice{price, known && known->isFinal ? PriceStanding::Final : PriceStanding::Open};
+    }
+    std::optional<KnownClose> known = gateway.closeOn(code, date);
+    if (!known) {
+      gateway.historicalPrice(code, date, upTo);
+      known = gateway.closeOn(code, date);
+    }
+    return known ? std::optional(dayPriceOf(*known)) : std::nullopt;
   } catch (const Exception&) {
-    // The stock's own purchases and sales stand in for a market that gives no price.
-    price = nearestRecordedPrice(code, date);
+    return std::nullopt;
   }
-  if (showsAsZero(price))
-    throw Exception(u"SharePortfolioUser::sharePriceFor - could not get price for " + code + u" at " +
-                    date.toString(DATE_DISPLAY_LOCAL));
-  return price;
+}
+
+/// Where a split lies between the day and that of the price, the price is put into shares of the day.
+DayPrice SharePortfolioUser::standInPrice(const String& code, const Date& date) const {
+  const RecordedSplits splits(*this, code);
+  TallymoorInternet& gateway = TallymoorInternet::Instance();
+  if (const std::optional<KnownClose> last = gateway.lastCloseBefore(code, date)) {
+    const double price = last->close / splits.sharesBetween(last->day, date);
+    if (!gateway.hasAnsweredFor(code, date))
+      return {price, PriceStanding::LastClose};
+    // A day without trade has the close before it. Of the last days the source may still say more.
+    const bool isLate = date < Date::realToday().plusDays(-SharePriceCache::LONGEST_CLOSURE);
+    return {price, isLate || gateway.isBadCode(code) ? PriceStanding::Final : PriceStanding::Open};
+  }
+  const NearestPrice nearest = nearestTransaction(*this, code, date);
+  return {nearest.price() / splits.sharesBetween(nearest.day(), date), PriceStanding::Transaction};
 }
 
 double SharePortfolioUser::sharesValueToday() const {
@@ -229,7 +279,12 @@ double SharePortfolioUser::indexGainSince(const Date& then) const {
 
 double SharePortfolioUser::indexValueOn(const Date& date) const {
   const String index = comparisonIndex();
-  return index.empty() ? 0.0 : sharePriceFor(index, date, true);
+  if (index.empty())
+    return 0.0;
+  const std::optional<DayPrice> value = marketPrice(index, date, true);
+  if (!value)
+    throw noPrice(index, date);
+  return value->price;
 }
 
 } // namespace Tallymoor

@@ -1,13 +1,17 @@
 #pragma once
+#include "engine/DayPrice.h"
 #include "engine/SharePortfolioCapitalRecordUser.h"
 #include "foundation/Date.h"
 #include "foundation/String.h"
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <optional>
+#include <vector>
 
 namespace Tallymoor {
 
+class SuspectedSplit;
 class XMLElement;
 struct CashEntryKey;
 struct SharesAt;
@@ -73,8 +77,12 @@ public:
   double numHeld(const String& code, const Date& day) const;
   /// Price of the purchase or sale of the stock nearest in time; 0.0 with no record of it.
   double nearestRecordedPrice(const String& code, const Date& date) const;
-  /// Market price of the day; where none can be had, nearestRecordedPrice. upTo only chooses in which
-  /// direction a fetch reaches. Throws Exception when the price shows as zero.
+  /// The price of the day and what it rests on: what the user typed for it, the source's close (of the real
+  /// today the current price), the last known close before it, and only then nearestRecordedPrice; the last
+  /// two in shares of the day. upTo only chooses in which direction a fetch reaches. Throws Exception when
+  /// there is none, or one that shows as zero.
+  DayPrice dayPriceFor(const String& code, const Date& date, bool upTo) const;
+  /// The price alone. Throws as dayPriceFor.
   double sharePriceFor(const String& code, const Date& date, bool upTo) const;
 
   // ---- Figures of the portfolio (percentages are plain percent numbers) ----
@@ -92,7 +100,7 @@ public:
   /// The same of the comparison index; 0.0 without one. Throw as sharePriceFor.
   double indexDailyGain() const;
   double indexWeeklyGain() const;
-  /// 0.0 without an index. Throws as sharePriceFor.
+  /// 0.0 without an index. Nothing stands in for a missing value: throws as sharePriceFor.
   double indexValueOn(const Date& date) const;
 
   // ---- Buying and selling ----
@@ -185,17 +193,21 @@ public:
   /// True if any parcel of the code has an adjustment that starts on that very day.
   bool hasHeldAdjustment(const String& code, const Date& date) const;
   bool hasSoldAdjustment(const String& code, const Date& date) const;
-  /// False if some parcel held across the day has no adjustment at all, whatever its day.
+  /// False if some parcel held across the day has no adjustment that starts on it: an answer counts for its
+  /// own day alone.
   bool isAdjusted(const String& code, const Date& date) const;
-  /// Notes the factor on each parcel held across the day, over one already noted for it. Factor 1 records
+  /// Notes the factor on each parcel held across the day, over what is already noted for it. Factor 1 records
   /// that there was no split.
   void recordAdjustment(const String& code, const Date& date, std::int32_t factor, bool reverse);
+  /// The same for several factors that count together: 3 and -2 for three shares that two became.
+  void recordAdjustments(const String& code, const Date& date, const std::vector<std::int32_t>& factors);
   void setAdjustment(XMLElement& adjustment, const Date& date, std::int32_t factor, bool reverse);
-  /// The day's price. A jump since the day before is put to the user as a split, once, unless a background
-  /// pass runs, and the answer is recorded on the parcels. Throws as sharePriceFor.
+  /// The day's price. A jump since the day before (SuspectedSplit) is put to the user as a split, once,
+  /// unless a background pass runs, and the answer is recorded on the parcels. A price that only stands in
+  /// for that of its day says nothing of splits. Throws as sharePriceFor.
   double priceWithSplitCheck(const String& code, const Date& date);
   struct CheckedPrice {
-    double price;
+    DayPrice price;
     bool adjusted; ///< an answer has just been recorded, so numbers as of the day may have changed
   };
   /// The same, telling whether the user was asked.
@@ -244,7 +256,9 @@ private:
   void takeKnownSplits(XMLElement& event, const String& code, const Date& after, const Date& last);
   /// Leaves the event the splits after its purchase, up to the last day, that any event of the stock knows.
   void takeSplitsBetween(XMLElement& event, const String& code, const Date& bought, const Date& last);
-  bool askForSplit(const String& code, const Date& date, double ratio, bool reverse);
+  std::optional<DayPrice> marketPrice(const String& code, const Date& date, bool upTo) const;
+  DayPrice standInPrice(const String& code, const Date& date) const;
+  bool askForSplit(const String& code, const Date& date, const SuspectedSplit& split);
 
   XMLElement& m_portfolio;
   SharePortfolioCapitalRecordUser m_capitalRecord;

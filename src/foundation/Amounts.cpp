@@ -25,4 +25,12 @@ String shortPriceText(double price) {
   return text.ends_with(u"00") ? String::fromDouble(price, 2) : text;
 }
 
+String recordedPriceText(double price) {
+  constexpr std::size_t SPARE_DECIMALS = 4;
+  String text = String::fromDouble(price, 6);
+  for (std::size_t i = 0; i < SPARE_DECIMALS && text.ends_with(u"0"); ++i)
+    text = text.substr(0, text.size() - 1);
+  return text;
+}
+
 } // namespace Tallymoor

@@ -19,4 +19,7 @@ std::int64_t tenThousandths(double value);
 /// stays.
 String shortPriceText(double price);
 
+/// A price as the capital record keeps it: two decimals, and up to six where it needs them.
+String recordedPriceText(double price);
+
 } // namespace Tallymoor

@@ -6,13 +6,22 @@
 
 namespace Tallymoor {
 
-/// The prices of a code on one day. Volume 0 means that the row came from no table of the data source: it was
-/// filled in, typed by the user, or taken from the current price.
+/// Where the close of a day came from.
+enum class PriceOrigin : std::uint8_t {
+  Source,  ///< a table of the data source; it stands against a current price
+  Filled,  ///< the close of the day before, as on a weekend
+  Current, ///< a current price of that day, taken before the day was over
+  Typed,   ///< typed by the user; nothing that is fetched replaces it
+  Unknown  ///< filled in, typed or current: files of earlier versions don't say which
+};
+
+/// The prices of a code on one day.
 struct ShareValue {
   double close = 0.0;
   double high = 0.0; ///< 0 when unknown
   double low = 0.0;  ///< 0 when unknown
   std::int32_t volume = 0;
+  PriceOrigin origin = PriceOrigin::Source;
 };
 
 /// What is known of one code: a row a day, and whether the code is treated as delisted.

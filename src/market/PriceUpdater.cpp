@@ -141,6 +141,14 @@ void PriceUpdater::removeObserver(PricesObserver* observer) {
   std::erase_if(m_registrations, [observer](const Registration& r) { return r.observer == observer; });
 }
 
+void PriceUpdater::tellRecords(const String& code, const Date& date, double close) {
+  const BackgroundPassScope scope;
+  // By place: one that hears of it may take itself away.
+  for (std::size_t i = 0; i < m_registrations.size(); ++i)
+    if (m_registrations[i].rank == Rank::Records)
+      m_registrations[i].observer->historicalPriceChanged(code, date, close);
+}
+
 bool PriceUpdater::isObserving(const PricesObserver* observer) const {
   return std::any_of(m_registrations.begin(), m_registrations.end(),
                      [observer](const Registration& r) { return r.observer == observer; });
@@ -245,7 +253,8 @@ bool PriceUpdater::updateCurrentPrice(const String& code, const Observers& obser
     return false;
   tellStatus(u"updating current price for " + code);
   const double price = m_gateway.currentPrice(code, false, true);
-  if (showsAsZero(price))
+  // What the user has typed for the day stays.
+  if (showsAsZero(price) || m_gateway.isTypedToday(code))
     return true;
   return inStretch([&] { setCurrentPrice(code, price); }) &&
          tellObservers(observers,

@@ -74,6 +74,9 @@ public:
   /// Once this returns, the observer is not called any more.
   void removeObserver(PricesObserver* observer);
 
+  /// Tells those who keep records, and nobody else, of a close that has changed in the cache. Any thread.
+  void tellRecords(const String& code, const Date& date, double close);
+
   /// One pass over all codes on the calling thread, which must not hold the big mutex. Throws nothing. What
   /// fails for a code leaves the others alone and shows in the status text at the end, with the code that
   /// failed first; only without a connection the pass ends at once.

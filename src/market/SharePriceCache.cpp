@@ -13,13 +13,42 @@ namespace Tallymoor {
 namespace {
 
 constexpr int PRICE_DECIMALS = 4;
-constexpr int LONGEST_CLOSURE = 10; ///< days for which a market closes at most
+constexpr int LONGEST_CLOSURE = SharePriceCache::LONGEST_CLOSURE;
 const String EXTENSION = u".xml";
 
 /// A row without a price in it, alone in its file, is how delisted codes were marked before there was an
 /// attribute.
 bool isOldDelistedMark(const SharePriceCache::Rows& rows) {
   return rows.size() == 1 && showsAsZero(rows.begin()->second.close);
+}
+
+/// How a row says where it came from. Rows of the data source with a volume say nothing, as they always did;
+/// an earlier version ignores the attribute.
+const String ORIGIN = u"Origin";
+
+struct NamedOrigin {
+  PriceOrigin origin;
+  const char16_t* name;
+};
+constexpr NamedOrigin NAMED_ORIGINS[] = {{PriceOrigin::Source, u"source"},
+                                         {PriceOrigin::Filled, u"filled"},
+                                         {PriceOrigin::Current, u"current"},
+                                         {PriceOrigin::Typed, u"typed"}};
+
+PriceOrigin originOf(const XMLShareValue& row) {
+  if (row.hasAttribute(ORIGIN))
+    for (const NamedOrigin& named : NAMED_ORIGINS)
+      if (row.attribute(ORIGIN) == String(named.name))
+        return named.origin;
+  return row.volume() != 0 ? PriceOrigin::Source : PriceOrigin::Unknown;
+}
+
+void setOrigin(XMLElement& row, const ShareValue& value) {
+  if (value.origin == PriceOrigin::Source && value.volume != 0)
+    return;
+  for (const NamedOrigin& named : NAMED_ORIGINS)
+    if (named.origin == value.origin)
+      row.setAttribute(ORIGIN, named.name);
 }
 
 struct CacheFile {
@@ -34,11 +63,17 @@ CacheFile readCacheFile(const String& path) {
   CacheFile file;
   file.code = textValue(document, u"Code");
   file.share.isBad = document.isBad();
+  const Date today = Date::realToday();
   const std::size_t numRows = document.numSubElements(u"Values");
   for (std::size_t i = 0; i < numRows; ++i) {
     const auto& row = static_cast<const XMLShareValue&>(document.subElement(u"Values", i));
-    file.share.values.emplace_hint(file.share.values.end(), row.date(),
-                                   ShareValue{row.close(), row.high(), row.low(), row.volume()});
+    const Date day = row.date();
+    if (day > today) // of a clock that was ahead
+      file.share.modified = true;
+    else
+      file.share.values.emplace_hint(
+          file.share.values.end(), day,
+          ShareValue{row.close(), row.high(), row.low(), row.volume(), originOf(row)});
   }
   if (isOldDelistedMark(file.share.values)) {
     file.share.values.clear();
@@ -50,6 +85,7 @@ CacheFile readCacheFile(const String& path) {
 
 void addRow(XMLShareValues& document, const Date& day, const ShareValue& value) {
   XMLElement& row = document.addSubElement(XMLShareValue::create(), u"Values");
+  setOrigin(row, value);
   row.subElement(u"Date").setValue(day.toString(DATE_DISPLAY_DMY));
   row.subElement(u"Close").setValue(String::fromDouble(value.close, PRICE_DECIMALS));
   row.subElement(u"High").setValue(String::fromDouble(value.high, PRICE_DECIMALS));
@@ -134,47 +170,119 @@ void SharePriceCache::load(const String& code, Entry& entry) const {
   }
 }
 
-void SharePriceCache::merge(const String& code, const Rows& fetched, const HistoryRange& range) {
+namespace {
+
+/// The stretch of days from the first close of a page on, in which each day gets a row.
+struct Stretch {
+  Date first;
+  double closeBefore; ///< what a day without trade at its head takes over
+};
+
+Stretch stretchOf(const SharePriceCache::Rows& known, const SharePriceCache::Rows& fetched,
+                  const HistoryRange& range) {
+  const Stretch fromFirstRow{fetched.begin()->first, fetched.begin()->second.close};
+  const auto before = known.find(range.start.plusDays(-1));
+  if (before == known.end() || showsAsZero(before->second.close) ||
+      fromFirstRow.first > range.start.plusDays(LONGEST_CLOSURE))
+    return fromFirstRow;
+  return {std::min(fromFirstRow.first, range.start), before->second.close};
+}
+
+} // namespace
+
+SharePriceCache::Closes SharePriceCache::merge(const String& code, const Rows& fetched,
+                                               const HistoryRange& range) {
   CachedShare& known = shareOrEmpty(code);
   known.modified = true;
+  Closes changed;
   if (fetched.empty())
-    return;
-  for (const auto& [day, value] : fetched) {
+    return changed;
+  const auto store = [&](const Date& day, const ShareValue& value) {
+    const auto [row, isNew] = known.values.try_emplace(day, value);
+    const bool losesPrice = showsAsZero(value.close) && !showsAsZero(row->second.close);
+    if (!isNew && (row->second.origin == PriceOrigin::Typed || losesPrice))
+      return;
+    if (isNew || !showsTheSame(row->second.close, value.close, PRICE_DECIMALS))
+      changed.emplace_back(day, value.close);
+    row->second = value;
+  };
+  const Date lastDay = std::min(range.end, Date::realToday());
+  for (auto row = fetched.begin(); row != fetched.end() && row->first <= Date::realToday(); ++row)
+    store(row->first, row->second);
+  Stretch stretch = stretchOf(known.values, fetched, range);
+  for (Date day = stretch.first; day <= lastDay; day.addDays(1)) {
     const ShareValue* row = known.find(day);
-    if (!row || !showsAsZero(value.close) || showsAsZero(row->close))
-      known.values.insert_or_assign(day, value);
+    // A day that the table passes over had no trade, whatever the price that was current then.
+    if (!row || row->origin == PriceOrigin::Filled ||
+        (row->origin == PriceOrigin::Current && day < fetched.rbegin()->first))
+      store(day, {.close = stretch.closeBefore, .origin = PriceOrigin::Filled});
+    stretch.closeBefore = known.find(day)->close;
   }
-  Date day = fetched.begin()->first;
-  double lastClose = fetched.begin()->second.close;
-  const auto before = known.values.find(range.start.plusDays(-1));
-  if (before != known.values.end() && !showsAsZero(before->second.close) &&
-      day <= range.start.plusDays(LONGEST_CLOSURE)) {
-    day = std::min(day, range.start);
-    lastClose = before->second.close;
-  }
-  for (; day <= range.end; day.addDays(1))
-    lastClose = known.values.try_emplace(day, ShareValue{.close = lastClose}).first->second.close;
+  return changed;
 }
 
 void SharePriceCache::noteCurrentPrice(const String& code, const Date& day, double price) {
   CachedShare& known = shareOrEmpty(code);
-  if (known.isBad)
+  if (known.isBad || day > Date::realToday())
     return;
-  const auto [row, isNew] = known.values.try_emplace(day);
-  if (isNew)
-    known.modified = true;
-  if (row->second.volume != 0)
+  const auto [row, isNew] = known.values.try_emplace(day, ShareValue{.origin = PriceOrigin::Current});
+  if (row->second.origin == PriceOrigin::Source || row->second.origin == PriceOrigin::Typed)
     return;
   row->second.close = price;
+  row->second.origin = PriceOrigin::Current;
   known.modified = true;
 }
 
-void SharePriceCache::setTypedPrice(const String& code, const Date& day, double close) {
+bool SharePriceCache::setTypedPrice(const String& code, const Date& day, double close) {
+  if (day > Date::realToday())
+    return false;
   CachedShare& known = shareOrEmpty(code);
   known.modified = true;
   ShareValue& row = known.values[day];
   row.close = close;
   row.volume = 0;
+  row.origin = PriceOrigin::Typed;
+  return true;
+}
+
+bool SharePriceCache::isTyped(const String& code, const Date& day) {
+  const ShareValue* row = shareOrEmpty(code).find(day);
+  return row && row->origin == PriceOrigin::Typed;
+}
+
+std::optional<KnownClose> SharePriceCache::closeOn(const String& code, const Date& day) {
+  const CachedShare& known = shareOrEmpty(code);
+  const auto row = known.values.find(day);
+  if (row == known.values.end() || showsAsZero(row->second.close))
+    return std::nullopt;
+  return KnownClose{day, row->second.close, isFinal(known, row)};
+}
+
+std::optional<KnownClose> SharePriceCache::lastCloseBefore(const String& code, const Date& day) {
+  const CachedShare& known = shareOrEmpty(code);
+  for (auto row = known.values.lower_bound(day); row != known.values.begin();)
+    if (--row; !showsAsZero(row->second.close))
+      return KnownClose{row->first, row->second.close, isFinal(known, row)};
+  return std::nullopt;
+}
+
+/// The last close of a table may be that of a day that was not over yet; a later one shows that it was. Some
+/// stocks have none: they rest on age.
+bool SharePriceCache::isFinal(const CachedShare& known, Rows::const_iterator row) {
+  switch (row->second.origin) {
+  case PriceOrigin::Typed:
+    return true;
+  case PriceOrigin::Current:
+    return known.isBad;
+  default:
+    break;
+  }
+  if (known.isBad || row->first < Date::realToday().plusDays(-LONGEST_CLOSURE))
+    return true;
+  while (++row != known.values.end())
+    if (row->second.origin == PriceOrigin::Source)
+      return true;
+  return false;
 }
 
 void SharePriceCache::setBad(const String& code, bool bad) {

@@ -12,14 +12,26 @@
 
 namespace Tallymoor {
 
+/// A close that the cache holds.
+struct KnownClose {
+  Date day;
+  double close;
+  bool isFinal; ///< false for a day that may not have been over when its price was taken
+};
+
 /// Past prices by code and day, in memory and in one small XML file a code. A code's file is read when the
 /// code is first asked for. Guarded by the big mutex, which its callers hold.
 ///
 /// A file that can't be read is left alone: the first one to ask for a price hears the failure, from then on
 /// the code begins empty, and nothing is written over the file.
+///
+/// No price of a day after the real today is taken, and those in a file, of a clock that was ahead, are
+/// dropped when it is read.
 class SharePriceCache {
 public:
   using Rows = std::map<Date, ShareValue>;
+  using Closes = std::vector<std::pair<Date, double>>;
+  static constexpr int LONGEST_CLOSURE = 10; ///< days for which a market closes at most
 
   /// The folder with a trailing separator.
   explicit SharePriceCache(const String& directory);
@@ -31,15 +43,22 @@ public:
   /// failure waits for the next caller of share.
   CachedShare& shareOrEmpty(const String& code);
 
-  /// Stores the rows that were fetched for the range over what is there, but none without a price over one
-  /// with a price, then gives each day without a row,
-  /// from the first fetched one to the end of the range, the close before it. A range that begins on days
-  /// without trade, as a weekend, goes on from the close of the day before it where that is known; days
-  /// before the first row stay empty otherwise.
-  void merge(const String& code, const Rows& fetched, const HistoryRange& range);
-  /// Notes a current price for the day, unless the code is bad or the day's row came from the data source.
+  /// Stores the rows that were fetched for the range over what is there, but not over what the user typed,
+  /// and none without a price over one with a price, then gives each day without trade, from the first
+  /// fetched one to the end of the range, the close before it. A range that begins on days without trade, as
+  /// a weekend, goes on from the close of the day before it where that is known; days before the first row
+  /// stay empty otherwise. Returns the days whose close is new or another one.
+  Closes merge(const String& code, const Rows& fetched, const HistoryRange& range);
+  /// Notes a current price for the day, unless the code is bad or the day's row came from the data source or
+  /// the user.
   void noteCurrentPrice(const String& code, const Date& day, double price);
-  void setTypedPrice(const String& code, const Date& day, double close);
+  /// False, with nothing done, for a day after the real today.
+  bool setTypedPrice(const String& code, const Date& day, double close);
+  bool isTyped(const String& code, const Date& day);
+  /// The close of the day; nothing when there is none, or one that shows as zero.
+  std::optional<KnownClose> closeOn(const String& code, const Date& day);
+  /// The last close before the day, whatever its age; none that shows as zero.
+  std::optional<KnownClose> lastCloseBefore(const String& code, const Date& day);
   void setBad(const String& code, bool bad);
   /// Sorted; looks into the files of codes that are not loaded too. Files that can't be read are passed over.
   std::vector<String> badCodes();
@@ -65,6 +84,7 @@ private:
   void load(const String& code, Entry& entry) const;
   void loadAllFiles();
   void write(const String& code, CachedShare& share) const;
+  static bool isFinal(const CachedShare& known, Rows::const_iterator row);
 
   String m_directory;
   std::unordered_map<String, Entry, CodeHash> m_entries;

@@ -1,4 +1,5 @@
 #include "market/TallymoorInternet.h"
+#include "foundation/Amounts.h"
 #include "foundation/BigMutex.h"
 #include "foundation/Constants.h"
 #include "foundation/Exception.h"
@@ -8,6 +9,7 @@
 #include "market/DataSource.h"
 #include "market/HTTPClient.h"
 #include "market/LocatorSet.h"
+#include <algorithm>
 #include <atomic>
 #include <iterator>
 #include <utility>
@@ -214,7 +216,7 @@ std::optional<Date> TallymoorInternet::fetchRange(const String& code, const Date
     throw HTTPException(u"TallymoorInternet::historicalPrice - cancelled.");
   try {
     const DataSource::Rows rows = source.history(code, range, &isStopWanted);
-    m_cache.merge(code, rows, range);
+    keepHistory(code, rows, range);
     if (!rows.empty())
       return rows.begin()->first;
     m_failures.noteAbsent(code, range);
@@ -254,13 +256,23 @@ TallymoorInternet::RecentHistory TallymoorInternet::fetchRecentHistory(const Str
 void TallymoorInternet::storeHistory(const String& code, const RecentHistory& recent) {
   const BigMutexLock lock;
   m_failures.forgetFailuresOn(code, recent.range.end);
-  m_cache.merge(code, recent.rows, recent.range);
+  keepHistory(code, recent.rows, recent.range);
 }
 
 void TallymoorInternet::forgetFailures() {
   const BigMutexLock lock;
   m_failures.forget();
   m_questions.forget();
+  m_refreshes.clear();
+}
+
+void TallymoorInternet::keepHistory(const String& code, const SharePriceCache::Rows& fetched,
+                                    const HistoryRange& range) {
+  if (!hasAnsweredFor(code, range.start) || !hasAnsweredFor(code, range.end))
+    m_answered[code].push_back(range);
+  for (const auto& [day, close] : m_cache.merge(code, fetched, range))
+    if (!showsAsZero(close))
+      m_updater.tellRecords(code, day, close);
 }
 
 double TallymoorInternet::getCachedPrice(const String& code, const Date& date, int column) {
@@ -287,6 +299,42 @@ std::optional<double> TallymoorInternet::cachedClose(const String& code, const D
   const BigMutexLock lock;
   const ShareValue* row = m_cache.shareOrEmpty(code).find(date);
   return row ? std::optional(row->close) : std::nullopt;
+}
+
+std::optional<KnownClose> TallymoorInternet::closeOn(const String& code, const Date& day) {
+  const BigMutexLock lock;
+  return m_cache.closeOn(code, day);
+}
+
+std::optional<KnownClose> TallymoorInternet::lastCloseBefore(const String& code, const Date& day) {
+  const BigMutexLock lock;
+  return m_cache.lastCloseBefore(code, day);
+}
+
+bool TallymoorInternet::hasAnsweredFor(const String& code, const Date& day) {
+  const BigMutexLock lock;
+  const std::vector<HistoryRange>& ranges = m_answered[code];
+  return isBadCode(code) || std::any_of(ranges.begin(), ranges.end(), [&day](const HistoryRange& range) {
+           return range.start <= day && day <= range.end;
+         });
+}
+
+void TallymoorInternet::refreshClosesFrom(const String& code, const Date& first) {
+  const BigMutexLock lock;
+  if (!m_client || isBadCode(code) || m_cache.shareOrEmpty(code).unreadable)
+    return;
+  const Date now = Date::realToday();
+  const auto [tried, isNew] = m_refreshes.try_emplace({code, first}, now);
+  if (!isNew && std::exchange(tried->second, now) == now)
+    return;
+  showStatus(u"updating recent historical prices for " + code);
+  const WaitCursor wait;
+  const BackgroundPassScope askNothing;
+  try {
+    refreshHistoricalPrice(code, first, false);
+  } catch (const Exception&) {
+    // The closes stay as they are, and as open as they were.
+  }
 }
 
 SharePriceCache::Rows TallymoorInternet::cachedRows(const String& code, const Date& first, const Date& last) {
@@ -368,9 +416,16 @@ std::vector<CodeSearchResult> TallymoorInternet::stockSearch(const String& text,
 
 void TallymoorInternet::setCachedPrice(const String& code, const Date& date, double close) {
   const BigMutexLock lock;
-  m_cache.setTypedPrice(code, date, close);
+  if (!m_cache.setTypedPrice(code, date, close))
+    return;
+  m_updater.tellRecords(code, date, close);
   if (!Date::hasFixedDate() && date == Date())
     m_updater.setCurrentPrice(code, close);
+}
+
+bool TallymoorInternet::isTypedToday(const String& code) {
+  const BigMutexLock lock;
+  return m_cache.isTyped(code, Date::realToday());
 }
 
 void TallymoorInternet::currentPriceUpdated(const String& code, double price) {
@@ -408,6 +463,7 @@ void TallymoorInternet::clearBadCode(const String& code) {
   const BigMutexLock lock;
   m_cache.setBad(code, false);
   m_failures.forget(code);
+  m_refreshes.clear();
 }
 
 std::vector<String> TallymoorInternet::badCodes() {
@@ -497,6 +553,7 @@ void TallymoorInternet::save() {
 void TallymoorInternet::clear() {
   const BigMutexLock lock;
   m_cache.clear();
+  m_answered.clear();
   forgetFailures();
 }
 

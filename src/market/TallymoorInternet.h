@@ -9,6 +9,7 @@
 #include "market/SharePriceCache.h"
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -26,6 +27,8 @@ class LocatorSet;
 /// Unless told otherwise an operation belongs to the GUI thread or to a stretch of a background pass, under
 /// the big mutex. While inBackgroundPass is set nothing is asked or shown: failures go straight to the
 /// caller.
+///
+/// The capital records hear of every close that changes in the cache, whoever had it fetched.
 ///
 /// A fetch on the GUI thread ends when the user or the system wants it (UserInteraction::isStopWanted).
 ///
@@ -96,6 +99,15 @@ public:
   bool hasCachedPrice(const String& code, const Date& date);
   /// The cached close in a single look-up, if there is one.
   std::optional<double> cachedClose(const String& code, const Date& date);
+  /// What is known of the day without fetching: its close, or the last one before it. Neither shows as zero.
+  std::optional<KnownClose> closeOn(const String& code, const Date& day);
+  std::optional<KnownClose> lastCloseBefore(const String& code, const Date& day);
+  /// True when the source has answered for the day in this run, be it without a close; a delisted code is not
+  /// asked any more, so that its last close counts as the answer.
+  bool hasAnsweredFor(const String& code, const Date& day);
+  /// Fetches again, from the day on, closes that may not be final. Shows, asks and throws nothing, does
+  /// nothing offline, and tries a code and day only once a day; going online allows another try.
+  void refreshClosesFrom(const String& code, const Date& first);
   /// The cached rows from the first to the last day, both included.
   SharePriceCache::Rows cachedRows(const String& code, const Date& first, const Date& last);
   /// Sees to it, as far as may be, that every day from the first to the last has a cached row: for figures
@@ -106,8 +118,11 @@ public:
   bool hasCachedHistory(const String& code);
   /// Codes by a part of a name. An unreadable page counts as one without matches.
   std::vector<CodeSearchResult> stockSearch(const String& text, bool isShare, bool usOnly);
-  /// A price typed by the user; today's also becomes the current price unless a view date is set.
+  /// A price typed by the user, which no fetched one replaces; today's also becomes the current price unless
+  /// a view date is set. A day after the real today is left alone.
   void setCachedPrice(const String& code, const Date& date, double close);
+  /// True when the user has typed a price for the real today.
+  bool isTypedToday(const String& code);
 
   bool isBadCode(const String& code);
   void markBadCode(const String& code);
@@ -159,6 +174,7 @@ private:
   void fetchDay(const String& code, const Date& date, bool upTo);
   std::optional<Date> fetchRange(const String& code, const Date& date, bool upTo);
   bool wantsAnotherTry(const String& code, const HistoryFailures::Failure& failure);
+  void keepHistory(const String& code, const SharePriceCache::Rows& fetched, const HistoryRange& range);
   std::optional<Date> lastMissingDay(const String& code, const Date& first, const Date& last);
   void fetchMissingDays(const String& code, const Date& first, const Date& last);
   bool wantsRetry(const String& question);
@@ -170,6 +186,10 @@ private:
   std::shared_ptr<HTTPClient> m_client; ///< null while offline; shared with the fetches under way
   HistoryFailures m_failures;
   FetchQuestions m_questions;
+  /// The real day on which refreshClosesFrom last tried a code from a day on.
+  std::map<std::pair<String, Date>, Date> m_refreshes;
+  /// The ranges that the source has answered for in this run.
+  std::map<String, std::vector<HistoryRange>> m_answered;
   PriceUpdater m_updater;
 };
 

@@ -1,4 +1,5 @@
 #include "shell/PortfolioStore.h"
+#include "engine/UnreadableDates.h"
 #include "foundation/Constants.h"
 #include "foundation/FileReplacement.h"
 #include "foundation/Platform.h"
@@ -7,8 +8,10 @@
 #include "widgets/GetStringDialog.h"
 #include "xml/DocumentFile.h"
 #include "xml/Leaves.h"
+#include <fstream>
 #include <optional>
 #include <set>
+#include <sstream>
 
 namespace Tallymoor {
 
@@ -108,7 +111,17 @@ void PortfolioStore::readRecords() {
     return;
   readDocument(path);
   cleanNames();
+  setUnreadableDatesAside(path);
   openPortfolios();
+}
+
+void PortfolioStore::setUnreadableDatesAside(const String& path) {
+  const std::vector<UnreadableDate> dates = setAsideUnreadableDates(m_records);
+  if (dates.empty())
+    return;
+  std::ostringstream content;
+  content << std::ifstream(path.toUTF8(), std::ios::binary).rdbuf();
+  UserInteraction::Instance().warning(unreadableDatesText(dates, content.str()));
 }
 
 void PortfolioStore::readDocument(const String& path) {

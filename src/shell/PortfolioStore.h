@@ -43,6 +43,7 @@ private:
   void readRecords();
   void readDocument(const String& path);
   void cleanNames();
+  void setUnreadableDatesAside(const String& path);
   void openPortfolios();
   void backUp(const String& path) const;
   bool writeRecords(const String& path);

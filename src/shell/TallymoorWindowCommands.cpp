@@ -247,8 +247,10 @@ void TallymoorWindow::reconnectByUser() {
   m_onlineButton->setIcon(m_icons.trying.get());
   getApp()->runWhileEvents();
   const bool connected = TallymoorInternet::Instance().reconnect();
-  if (connected)
+  if (connected) {
     m_programUpdater->connectionIsBack();
+    refreshViews(false); // what was computed with other prices than those of their days
+  }
   if (!connected) {
     m_onlineButton->setText("Failed");
     m_onlineButton->setTipText("Failedto connect");

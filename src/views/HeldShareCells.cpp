@@ -1,9 +1,9 @@
 #include "views/HeldShareCells.h"
 #include "engine/HoldingOnDay.h"
+#include "engine/RecordedSplits.h"
 #include "engine/SharePortfolioUser.h"
 #include "foundation/Amounts.h"
 #include "market/StockNames.h"
-#include "market/TallymoorInternet.h"
 #include "views/CellFigures.h"
 #include "views/HeldShareRow.h"
 #include "views/IndicatorCells.h"
@@ -56,12 +56,20 @@ const XMLElement* earliestParcel(const HeldShareRow& share) {
   return earliest;
 }
 
-/// Price to compare today's with: that of the day, or what was paid first where the share was bought later.
+/// Price to compare today's with: that of the day, or what was paid first where the share was bought later;
+/// in shares of today, as the number is.
 double previousPrice(const HeldShareRow& share, const Date& date) {
+  const RecordedSplits splits(*share.portfolio, share.code);
   const XMLElement* first = earliestParcel(share);
   if (first && dateValue(*first, u"BuyDate") > date)
-    return doubleValue(*first, u"BuyPrice");
-  return sharePriceOn(share, date);
+    return doubleValue(*first, u"BuyPrice") / splits.sharesBetween(dateValue(*first, u"BuyDate"), Date());
+  return sharePriceOn(share, date) / splits.sharesBetween(date, Date());
+}
+
+/// True when another price stands in for that of the day shown.
+bool isProvisional(const HeldShareRow& share) {
+  const std::optional<DayPrice> price = share.portfolio->capitalRecord().priceOn(share.code, Date());
+  return price && isStandIn(price->standing);
 }
 
 CellResult percentSince(Row& row, const Date& date) {
@@ -74,7 +82,7 @@ CellResult percentSince(Row& row, const Date& date) {
 } // namespace
 
 double sharePriceOn(const HeldShareRow& share, const Date& date) {
-  return Date::hasFixedDate() ? TallymoorInternet::Instance().historicalPrice(share.code, date, true)
+  return Date::hasFixedDate() ? shownPrice(*share.portfolio, share.code, date)
                               : share.portfolio->sharePriceFor(share.code, date, true);
 }
 
@@ -121,7 +129,8 @@ CellResult purchaseValue(Row& row) {
 }
 
 CellResult currentValue(Row& row) {
-  return CellResult(cellValue(row, &priceNow) * cellValue(row, &number), CELL_MONEY);
+  CellResult value(cellValue(row, &priceNow) * cellValue(row, &number), CELL_MONEY);
+  return isProvisional(shareOf(row)) ? value.setProvisional() : value;
 }
 
 CellResult dayMove(Row& row) {

@@ -39,8 +39,8 @@ CellResult comment(Row& row);
 
 } // namespace HeldShareCells
 
-/// Price of the share on a day: from its portfolio, or from the market alone while a view date is set, when a
-/// recorded price of a later day must not stand in. Throws Exception.
+/// Price of the share on a day: from its portfolio, or as shownPrice has it while a view date is set, when a
+/// price that was paid on a later day must not stand in. Throws Exception.
 double sharePriceOn(const HeldShareRow& share, const Date& date);
 
 /// What the share was worth on an earlier day to whoever holds it now: parcels bought later count at their

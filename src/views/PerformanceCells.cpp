@@ -64,7 +64,8 @@ int calendarYearMonths(const Row& row) {
 } // namespace
 
 CellResult totalCapital(Row& row) {
-  return CellResult(capitalOn(portfoliosOf(row), monthOf(row).end), CELL_MONEY);
+  CellResult capital(capitalOn(portfoliosOf(row), monthOf(row).end), CELL_MONEY);
+  return isProvisional(portfoliosOf(row), monthOf(row).end) ? capital.setProvisional() : capital;
 }
 
 CellResult index(Row& row) {

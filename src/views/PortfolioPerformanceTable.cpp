@@ -26,7 +26,9 @@ struct ColumnOf {
 constexpr CompareType PERCENT = COMPARE_PERCENT;
 
 const ColumnOf COLUMNS[] = {
-    {u"Total Capital", &totalCapital, COMPARE_AMOUNT},
+    {u"Total Capital", &totalCapital, COMPARE_AMOUNT, true, false,
+     u"Cash and shares at the end of the day. * Provisional: for a price that can't be had an earlier one "
+     u"stands in. It is computed again when the price comes."},
     {u"Index", &index, COMPARE_NUMBER, true, true},
     {u"1 Month", &gain<1>, PERCENT, true, false, u"Gain since the last day of the month before."},
     {u"Brokerage %", &brokerage, PERCENT, true, false,

@@ -1,9 +1,8 @@
 #include "views/SplitHistory.h"
+#include "engine/RecordedSplits.h"
 #include "engine/SharePortfolioUser.h"
 #include "foundation/Amounts.h"
 #include "market/TallymoorInternet.h"
-#include "xml/Leaves.h"
-#include <algorithm>
 #include <cmath>
 
 namespace Tallymoor {
@@ -29,30 +28,11 @@ bool jumps(const String& code, const Date& day, double ratio) {
 } // namespace
 
 SplitHistory::SplitHistory(const String& code, const Portfolios& portfolios) {
-  for (const SharePortfolioUser* portfolio : portfolios) {
-    std::size_t index = 0;
-    if (const XMLElement* held = portfolio->findHeldShare(code, index))
-      for (std::size_t i = 0; i < held->numSubElements(u"BuyEvents"); ++i)
-        addAdjustments(held->subElement(u"BuyEvents", i), code);
-    if (const XMLElement* sold = portfolio->findSoldShare(code, index))
-      for (std::size_t i = 0; i < sold->numSubElements(u"SellEvents"); ++i)
-        addAdjustments(sold->subElement(u"SellEvents", i), code);
-  }
-}
-
-/// Each parcel that was held across a split has it recorded.
-void SplitHistory::addAdjustments(const XMLElement& parcel, const String& code) {
-  for (std::size_t i = 0; i < parcel.numSubElements(u"Adjustments"); ++i) {
-    const XMLElement& adjustment = parcel.subElement(u"Adjustments", i);
-    const Date day = dateValue(adjustment, u"StartDate");
-    const double factor = longValue(adjustment, u"Factor");
-    const bool isKnown = std::any_of(m_splits.begin(), m_splits.end(),
-                                     [&day](const Split& split) { return split.day == day; });
-    if (isKnown || std::abs(factor) < 2.0)
-      continue;
-    const double ratio = factor > 0.0 ? factor : -1.0 / factor;
+  RecordedSplits::Ratios all;
+  for (const SharePortfolioUser* portfolio : portfolios)
+    all.merge(RecordedSplits::Ratios(RecordedSplits(*portfolio, code).ratios()));
+  for (const auto& [day, ratio] : all)
     m_splits.push_back({day, ratio, jumps(code, day, ratio)});
-  }
 }
 
 double SplitHistory::sharesBetween(const Date& from, const Date& to) const {

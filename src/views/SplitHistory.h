@@ -6,8 +6,6 @@
 
 namespace Tallymoor {
 
-class XMLElement;
-
 /// The splits and merges of a stock as the portfolios have recorded them on their purchases and sales.
 class SplitHistory {
 public:
@@ -27,7 +25,6 @@ private:
     double ratio;
     bool inCloses;
   };
-  void addAdjustments(const XMLElement& parcel, const String& code);
 
   std::vector<Split> m_splits;
 };

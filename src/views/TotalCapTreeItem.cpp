@@ -41,9 +41,9 @@ String money(double amount) {
   return Platform::Instance().currencyFormat(amount);
 }
 
-/// Cash and shares together, in the single precision of all sums here; 0 while today has no record.
-float capitalOf(const SharePortfolioUser& portfolio) {
-  return static_cast<float>(portfolio.cashReserveToday() + portfolio.sharesValueToday());
+/// Cash and shares together; 0 while today has no record.
+double capitalOf(const SharePortfolioUser& portfolio) {
+  return portfolio.cashReserveToday() + portfolio.sharesValueToday();
 }
 
 /// The choice of what the tray shows follows a portfolio to its new name.
@@ -173,7 +173,7 @@ void TotalCapTreeItem::tableChanged(bool rebuilt) {
   if (!isSound() || !m_performance || (!rebuilt && !everyRecordIsOfToday()))
     return;
   const Totals sums = totals();
-  const std::size_t rowsWanted = sums.capital > 0.0F ? portfolioNodes().size() : 0;
+  const std::size_t rowsWanted = sums.capital > 0.0 ? portfolioNodes().size() : 0;
   if (rebuilt || m_summaryLabels.size() != rowsWanted)
     buildSummary(sums);
   showPortfolios(sums);
@@ -188,14 +188,14 @@ TotalCapTreeItem::Totals TotalCapTreeItem::totals() const {
   Totals sums;
   for (const SharePortfolioTreeItem* node : portfolioNodes()) {
     const SharePortfolioUser& portfolio = node->portfolio();
-    const float capital = capitalOf(portfolio);
+    const double capital = capitalOf(portfolio);
     sums.capital += capital;
-    sums.gainToday += static_cast<float>(portfolio.dailyGain()) * capital;
-    sums.gainWeek += static_cast<float>(portfolio.weeklyGain()) * capital;
+    sums.gainToday += portfolio.dailyGain() * capital;
+    sums.gainWeek += portfolio.weeklyGain() * capital;
   }
-  const bool worthSomething = sums.capital > 0.0F;
-  sums.gainToday = worthSomething ? sums.gainToday / sums.capital : 0.0F;
-  sums.gainWeek = worthSomething ? sums.gainWeek / sums.capital : 0.0F;
+  const bool worthSomething = sums.capital > 0.0;
+  sums.gainToday = worthSomething ? sums.gainToday / sums.capital : 0.0;
+  sums.gainWeek = worthSomething ? sums.gainWeek / sums.capital : 0.0;
   return sums;
 }
 
@@ -205,8 +205,8 @@ void TotalCapTreeItem::showPortfolios(const Totals& totals) {
     const auto labels = m_summaryLabels.find(portfolio.name());
     if (labels == m_summaryLabels.end())
       continue;
-    const float capital = capitalOf(portfolio);
-    const float percent = totals.capital > 0.0F ? capital / totals.capital * 100.0F : 0.0F;
+    const double capital = capitalOf(portfolio);
+    const double percent = totals.capital > 0.0 ? capital / totals.capital * 100.0 : 0.0;
     SummaryFrame::setValue(labels->second.capital, money(capital));
     SummaryFrame::setValue(labels->second.percent, String::toPercent(percent));
   }
@@ -217,7 +217,7 @@ void TotalCapTreeItem::buildSummary(const Totals& totals) {
   summary.clear();
   m_summaryLabels.clear();
   summary.reserveValue(String::toPercent(100.0));
-  if (totals.capital > 0.0F) {
+  if (totals.capital > 0.0) {
     buildPortfolioRows();
     summary.addSeparator();
   }

@@ -87,11 +87,10 @@ private:
     FXLabel* capital;
     FXLabel* percent;
   };
-  /// Sums are held in single precision throughout.
   struct Totals {
-    float capital = 0.0F;
-    float gainToday = 0.0F; ///< percent
-    float gainWeek = 0.0F;
+    double capital = 0.0;
+    double gainToday = 0.0; ///< percent
+    double gainWeek = 0.0;
   };
 
   void loadPortfolios(Progress* progress);

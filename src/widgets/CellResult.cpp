@@ -38,6 +38,10 @@ double CellResult::amount() const {
 }
 
 String CellResult::shown() const {
+  return m_provisional ? plainText() + u" *" : plainText();
+}
+
+String CellResult::plainText() const {
   switch (m_type) {
   case CELL_TEXT:
     return m_text;

@@ -34,6 +34,12 @@ public:
 
   /// What the cell adds to a total: the value or the whole number; 0 for texts and dates.
   double amount() const;
+  /// Puts a star behind what is shown, for a figure that is provisional.
+  CellResult& setProvisional() {
+    m_provisional = true;
+    return *this;
+  }
+
   /// The text that the cell shows. Throws Exception "Column::operator() - bad type".
   String shown() const;
 
@@ -43,6 +49,10 @@ protected:
   std::int32_t m_number = 0;
   Date m_date{std::uint32_t(0)};
   CellResultType m_type;
+  bool m_provisional = false;
+
+private:
+  String plainText() const;
 };
 
 } // namespace Tallymoor

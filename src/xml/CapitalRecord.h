@@ -26,7 +26,10 @@ public:
   static ElementPool<XMLDayCap>& pool();
 };
 
-/// A stock held on a day: "Code", "Number" (adjusted for splits as of that day), "Price".
+/// A stock held on a day: "Code", "Number" (adjusted for splits as of that day), "Price" (two to six
+/// decimals). The attribute "Standing" says of a price that is not final what it rests on: "open" for a day
+/// that was not over, "last-close" for an earlier close, "transaction" for the price of a purchase or sale.
+/// It is not written otherwise, and an earlier version ignores it.
 class XMLShareVal : public XMLElement {
 public:
   XMLShareVal();

@@ -84,7 +84,7 @@ private:
     const auto known = m_shareVals.find(code);
     if (known == m_shareVals.end()) {
       m_order.push_back(code);
-      m_shareVals[code] = {String::fromDouble(number, 2), String::fromDouble(price, 2)};
+      m_shareVals[code] = {String::fromDouble(number, 2), recordedPriceText(price)};
     } else {
       known->second.number = String::fromDouble(known->second.number.toDouble() + number, 2);
     }
@@ -102,6 +102,11 @@ public:
                                              std::int32_t, std::int32_t initial) override {
     questions.push_back(title + u": " + heading);
     return questions.size() % 3 == 0 ? std::nullopt : std::optional<std::int32_t>(initial);
+  }
+
+  bool question(const String& text) override {
+    questions.push_back(text);
+    return questions.size() % 3 != 0;
   }
 
   std::vector<String> questions;

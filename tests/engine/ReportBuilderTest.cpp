@@ -224,23 +224,19 @@ TEST_F(ReportBuilderTest, APortfolioThatBeganWithinThePeriodHasNoPercentage) {
       ElementsAre(u"The portfolio has no records from before the period, so its gain has no percentage."));
 }
 
-TEST_F(ReportBuilderTest, AHoldingWithoutAPriceIsNotedAndLeftOutOfTheTotals) {
+TEST_F(ReportBuilderTest, AHoldingWithoutAPriceCountsAsInTheCapitalAndTheDayIsNotedAsProvisional) {
   trade();
   user().addBuyEvent(u"NOP.AX", Date(2026, 1, 7), 10, 3, 0, String());
   const auto report = january();
   const XMLElement& held = part(*report).subElement(u"SharesHeld");
   ASSERT_EQ(held.numSubElements(u"Shares"), 2u);
-  expectValues(held.subElement(u"Shares", 1), {{u"buyPrice", u"3.0000 3.00"},
-                                               {u"price", u" "},
-                                               {u"value", u" "},
-                                               {u"grossGain", u" "},
-                                               {u"gainPercent", u" "},
-                                               {u"portfolioPercent", u" "}});
-  expectValues(held.subElement(u"Totals"), {{u"value", u"4444.00 $4,444.00"}});
-  EXPECT_THAT(
-      notes(part(*report)),
-      ElementsAre(u"The price of NOP.AX on 31/01/2026 could not be had: its value and gain are missing "
-                  u"in the totals of the shares held."));
+  expectValues(held.subElement(u"Shares", 1),
+               {{u"buyPrice", u"3.0000 3.00"}, {u"price", u"3.0000 3.00"}, {u"value", u"30.00 $30.00"}});
+  expectValues(held.subElement(u"Totals"), {{u"value", u"4474.00 $4,474.00"}});
+  EXPECT_EQ(part(*report).subElement(u"Performance").attribute(u"sharesEnd"), String(u"4474.00"));
+  EXPECT_THAT(notes(part(*report)),
+              ElementsAre(u"The figures of 31/01/2026 are provisional: for a price that could not be had an "
+                          u"earlier one stands in."));
 }
 
 TEST_F(ReportBuilderTest, SeveralPortfoliosHaveATotal) {

@@ -30,6 +30,8 @@ protected:
     user().creditCash(Date(2026, 1, 25), 500, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
     user().debitCash(Date(2026, 1, 26), 62.34, CASH_EVENT_WITHDRAWAL, u"WITHDRAWAL ");
     user().sellShares(u"ABC.AX", Date(2026, 2, 10), 50, 30, 15, true, COMMENT);
+    // The price doubles by itself.
+    user().recordAdjustment(u"ABC.AX", Date(2026, 1, 1), 1, true);
   }
 
   std::unique_ptr<XMLReport> report(const ReportPeriod& period) {

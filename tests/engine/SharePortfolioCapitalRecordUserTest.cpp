@@ -32,8 +32,8 @@ TEST_F(CapitalRecordTest, TwoParcelsMakeOneEntryWithTheirSum) {
   setPrices(u"ABC.AX", Date(2026, 3, 1), m_today, 5);
   setPrices(u"DEF.AX", Date(2026, 3, 1), m_today, 1.236);
   update();
-  EXPECT_EQ(dayOf(m_yesterday), String(u"2/3/2026 cash 0.00; ABC.AX 10.00 x 5.00; DEF.AX 1.00 x 1.24"));
-  EXPECT_EQ(dayOf(m_today), String(u"3/3/2026 cash 0.00; ABC.AX 12.50 x 5.00; DEF.AX 1.00 x 1.24"));
+  EXPECT_EQ(dayOf(m_yesterday), String(u"2/3/2026 cash 0.00; ABC.AX 10.00 x 5.00; DEF.AX 1.00 x 1.236"));
+  EXPECT_EQ(dayOf(m_today), String(u"3/3/2026 cash 0.00; ABC.AX 12.50 x 5.00; DEF.AX 1.00 x 1.236"));
 }
 
 TEST_F(CapitalRecordTest, OnTheDayOfSaleTheCashIsThereAndTheSharesAreNot) {
@@ -331,7 +331,7 @@ TEST_F(CapitalRecordTest, ALivePriceReplacesTodays) {
   EXPECT_FALSE(record().isModified());
   record().currentPriceUpdated(u"ABC.AX", 6.789);
   EXPECT_TRUE(record().isModified());
-  EXPECT_EQ(dayOf(m_today), String(u"3/3/2026 cash 0.00; ABC.AX 10.00 x 6.79"));
+  EXPECT_EQ(dayOf(m_today), String(u"3/3/2026 cash 0.00; ABC.AX 10.00 x 6.789"));
   EXPECT_EQ(dayOf(m_yesterday), String(u"2/3/2026 cash 0.00; ABC.AX 10.00 x 5.00"));
   record().historicalPriceChanged(u"ABC.AX", m_yesterday, 4);
   record().historicalPriceChanged(u"ABC.AX", Date(2026, 1, 1), 4);
@@ -340,7 +340,7 @@ TEST_F(CapitalRecordTest, ALivePriceReplacesTodays) {
 
 TEST_F(CapitalRecordTest, TheUpdatersPassReachesTheRecord) {
   user().addBuyEvent(u"ABC.AX", m_yesterday, 10, 5, 0, u"");
-  setPrices(u"ABC.AX", Date(2026, 3, 1), m_today, 5);
+  setPrices(u"ABC.AX", Date(2026, 3, 1), m_yesterday, 5);
   update();
   m_market.setCurrentPrice(u"ABC.AX", 7.5);
   m_market.addListing(u"TEST", u"test", u"Australia");

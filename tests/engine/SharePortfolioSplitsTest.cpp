@@ -121,11 +121,71 @@ TEST_F(SplitsTest, AFallByMoreThanHalfIsPutToTheUser) {
   EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX")), String(u"10/2/2026 2;"));
 }
 
-TEST_F(SplitsTest, AFallByHalfExactlyIsNotASplit) {
-  setJump(10.00, 5.00);
-  EXPECT_DOUBLE_EQ(user().priceWithSplitCheck(u"ABC.AX", m_splitDay), 5);
-  EXPECT_TRUE(splitQuestions().empty());
-  EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX")), String());
+TEST_F(SplitsTest, AJumpWithinATenthOfAWholeRatioIsPutToTheUser) {
+  struct Jump {
+    double before;
+    double after;
+    const char16_t* ratio; ///< empty for a move that is none
+  };
+  const Jump jumps[] = {{10, 5, u"2:1"},    {10, 5.5, u"2:1"}, {10, 5.51, u""},       {10, 6.06, u""},
+                        {10, 3.03, u"3:1"}, {10, 1.9, u"5:1"}, {1, 1.81, u""},        {1, 1.82, u"2:1"},
+                        {1, 2, u"2:1"},     {1, 4.7, u"5:1"},  {10, 7.34, u""},       {10, 9, u""},
+                        {10, 11, u""},      {1, 1.5, u""},     {0.02, 0.011, u"2:1"}, {0.02, 0.0115, u""},
+                        {200, 10, u"20:1"}};
+  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 1), 100, 10, 0, u"");
+  for (const Jump& jump : jumps) {
+    SCOPED_TRACE(jump.before);
+    SCOPED_TRACE(jump.after);
+    parcel(u"ABC.AX").removeSubElements(u"Adjustments");
+    m_interaction.clearCalls();
+    setPrice(u"ABC.AX", m_eve, jump.before);
+    setPrice(u"ABC.AX", m_splitDay, jump.after);
+    const bool expected = *jump.ratio != 0;
+    if (expected)
+      m_interaction.answerWholeNumber(std::nullopt);
+    user().priceWithSplitCheck(u"ABC.AX", m_splitDay);
+    ASSERT_EQ(splitQuestions().size(), expected ? 1u : 0u);
+    if (expected) {
+      EXPECT_TRUE(splitQuestions()[0].text.contains(u" at a value of " + String(jump.ratio) + u"."));
+    }
+  }
+}
+
+TEST_F(SplitsTest, ThreeForTwoIsAskedByYesAndNo) {
+  for (const double after : {7.3, 6.67, 6.07}) {
+    SCOPED_TRACE(after);
+    m_interaction.clearCalls();
+    if (numParcels(u"ABC.AX") > 0)
+      user().removeHeldShare(u"ABC.AX");
+    setJump(10.00, after);
+    m_interaction.answerQuestion(true);
+    user().priceWithSplitCheck(u"ABC.AX", m_splitDay);
+    ASSERT_EQ(m_interaction.calls(Kind::Question).size(), 1u);
+    EXPECT_EQ(
+        m_interaction.calls(Kind::Question)[0].text,
+        u"A possible share split was detected for the stock\nwith code ABC.AX around the day of \n" +
+            m_splitDay.toString(DATE_DISPLAY_LOCAL) +
+            u" at a value of 3:2.\nDid two shares become three? Answer No\nif this was just stock value "
+            u"movement.");
+    EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX")), String(u"10/2/2026 3;10/2/2026 -2;"));
+    EXPECT_DOUBLE_EQ(asOf(parcel(u"ABC.AX"), m_eve).number, 100);
+    EXPECT_DOUBLE_EQ(asOf(parcel(u"ABC.AX"), m_splitDay).number, 150);
+    EXPECT_DOUBLE_EQ(asOf(parcel(u"ABC.AX"), m_splitDay).price, 10 / 1.5);
+    user().priceWithSplitCheck(u"ABC.AX", m_splitDay);
+    EXPECT_EQ(m_interaction.calls(Kind::Question).size(), 1u);
+  }
+}
+
+TEST_F(SplitsTest, ThreeForTwoMayBeDeniedAndCorrected) {
+  setJump(10.00, 6.67);
+  m_interaction.answerQuestion(false);
+  user().priceWithSplitCheck(u"ABC.AX", m_splitDay);
+  EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX")), String(u"10/2/2026 1;"));
+  addAdjustment(parcel(u"ABC.AX"), m_today, 5);
+  user().recordAdjustments(u"ABC.AX", m_splitDay, {3, -2});
+  EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX")), String(u"10/2/2026 3;3/3/2026 5;10/2/2026 -2;"));
+  user().recordAdjustment(u"ABC.AX", m_splitDay, 2, false);
+  EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX")), String(u"10/2/2026 2;3/3/2026 5;"));
 }
 
 TEST_F(SplitsTest, ARiseByMoreThanDoubleIsPutToTheUserAsAMerge) {
@@ -143,12 +203,6 @@ TEST_F(SplitsTest, ARiseByMoreThanDoubleIsPutToTheUserAsAMerge) {
           u"stock value movement.");
   EXPECT_EQ(questions[0].initial, 4); // 3.5 and a half, cut off
   EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX")), String(u"10/2/2026 -3;"));
-}
-
-TEST_F(SplitsTest, ARiseToDoubleExactlyIsNotAMerge) {
-  setJump(2.00, 4.00);
-  user().priceWithSplitCheck(u"ABC.AX", m_splitDay);
-  EXPECT_TRUE(splitQuestions().empty());
 }
 
 TEST_F(SplitsTest, ThresholdsAreSettings) {
@@ -202,17 +256,29 @@ TEST_F(SplitsTest, AnAdjustmentOfTheDayIsOverwritten) {
   EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX")), String(u"10/2/2026 -3;3/3/2026 5;"));
 }
 
-TEST_F(SplitsTest, AnyAdjustmentOfAParcelCountsAsItsAnswer) {
+TEST_F(SplitsTest, AnAnswerCountsForItsOwnDayAndForWhatWasHeld) {
   setJump(10.00, 4.90);
   EXPECT_FALSE(user().isAdjusted(u"ABC.AX", m_splitDay));
   EXPECT_TRUE(user().isAdjusted(u"ABC.AX", Date(2026, 1, 1)));
   addAdjustment(parcel(u"ABC.AX"), Date(2026, 1, 5), 2);
-  EXPECT_TRUE(user().isAdjusted(u"ABC.AX", m_splitDay));
+  EXPECT_FALSE(user().isAdjusted(u"ABC.AX", m_splitDay));
+  m_interaction.answerWholeNumber(std::nullopt);
   user().priceWithSplitCheck(u"ABC.AX", m_splitDay);
-  EXPECT_TRUE(splitQuestions().empty());
+  EXPECT_EQ(splitQuestions().size(), 1u);
+  EXPECT_TRUE(user().isAdjusted(u"ABC.AX", m_splitDay));
+  EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX")), String(u"5/1/2026 2;10/2/2026 1;"));
 
   addSale(u"ABC.AX", Date(2026, 1, 1), m_today, 1, 1, 1);
   EXPECT_FALSE(user().isAdjusted(u"ABC.AX", m_splitDay));
+}
+
+TEST_F(SplitsTest, NoSplitIsSuspectedAgainstAStandIn) {
+  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 1), 100, 10, 0, u"");
+  setPrice(u"ABC.AX", m_splitDay, 4.9);
+  EXPECT_DOUBLE_EQ(user().priceWithSplitCheck(u"ABC.AX", m_splitDay), 4.9) << "yesterday's is the purchase's";
+  setPrice(u"ABC.AX", m_eve.plusDays(-3), 10);
+  EXPECT_DOUBLE_EQ(user().priceWithSplitCheck(u"ABC.AX", m_splitDay), 4.9) << "yesterday's is an earlier one";
+  EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX")), String());
 }
 
 TEST_F(SplitsTest, ABackgroundPassDoesNotAsk) {

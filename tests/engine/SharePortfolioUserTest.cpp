@@ -86,6 +86,28 @@ TEST_F(SharePortfolioUserTest, AMissingPriceFallsBackOnTheRecords) {
   EXPECT_DOUBLE_EQ(user().sharePriceFor(u"ABC.AX", m_today, false), 10);
 }
 
+TEST_F(SharePortfolioUserTest, TheLastKnownCloseStandsInBeforeAnyTransaction) {
+  user().addBuyEvent(u"ABC.AX", Date(2026, 2, 1), 1, 10, 0, u"");
+  setPrice(u"ABC.AX", Date(2025, 6, 2), 7);
+  const DayPrice price = user().dayPriceFor(u"ABC.AX", Date(2026, 2, 2), false);
+  EXPECT_DOUBLE_EQ(price.price, 7);
+  EXPECT_EQ(price.standing, PriceStanding::LastClose);
+  EXPECT_EQ(user().dayPriceFor(u"ABC.AX", Date(2025, 6, 2), false).standing, PriceStanding::Final);
+  const DayPrice before = user().dayPriceFor(u"ABC.AX", Date(2025, 6, 1), false);
+  EXPECT_DOUBLE_EQ(before.price, 10);
+  EXPECT_EQ(before.standing, PriceStanding::Transaction);
+}
+
+TEST_F(SharePortfolioUserTest, AStandInIsInSharesOfTheDay) {
+  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 1), 1, 10, 0, u"");
+  user().recordAdjustments(u"ABC.AX", Date(2026, 2, 10), {3, -2});
+  EXPECT_DOUBLE_EQ(user().sharePriceFor(u"ABC.AX", Date(2026, 2, 9), false), 10);
+  EXPECT_DOUBLE_EQ(user().sharePriceFor(u"ABC.AX", Date(2026, 2, 10), false), 10 / 1.5);
+  setPrice(u"ABC.AX", Date(2026, 2, 8), 12);
+  EXPECT_DOUBLE_EQ(user().sharePriceFor(u"ABC.AX", Date(2026, 2, 9), false), 12);
+  EXPECT_DOUBLE_EQ(user().sharePriceFor(u"ABC.AX", m_today, false), 8);
+}
+
 TEST_F(SharePortfolioUserTest, NoPriceAtAllThrows) {
   EXPECT_EQ(messageOf([this] { user().sharePriceFor(u"ABC.AX", Date(2026, 2, 3), false); }),
             u"SharePortfolioUser::sharePriceFor - could not get price for ABC.AX at " +

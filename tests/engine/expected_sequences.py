@@ -22,6 +22,7 @@ getcontext().prec = 60
 TODAY = date(2026, 3, 3)
 CREDITS, EXTERNAL = (1, 3, 4), (4, 5)
 SPLIT_RATIO = Decimal(2)
+THREE_FOR_TWO, A_TENTH_MORE = Decimal("1.5"), Decimal("1.1")
 
 
 class Refused(Exception):
@@ -53,7 +54,7 @@ def money(value):
 
 
 def recorded(value):
-    """Shares in the terms of their purchase: two to six decimals, as many as they need."""
+    """Shares in the terms of their purchase, and prices: two to six decimals, as many as they need."""
     text = fixed(value, 6)
     while text.endswith("0") and len(text.partition(".")[2]) > 2:
         text = text[:-1]
@@ -510,10 +511,32 @@ class Portfolio:
             else:
                 event.adjustments.append(Event(start=day, factor=factor))
 
+    def shares_between(self, code, first, last):
+        """How many shares of the last day are one of the first, by the splits that any parcel knows."""
+        if last < first:
+            return 1 / self.shares_between(code, last, first)
+        held, sold = self.stock(self.held, code), self.stock(self.sold, code)
+        splits = {}
+        for event in (held.events if held else []) + (sold.events if sold else []):
+            for a in event.adjustments:
+                if abs(a.factor) != 1:
+                    splits.setdefault(a.start, Decimal(a.factor) if a.factor > 0 else 1 / Decimal(-a.factor))
+        shares = Decimal(1)
+        for start, ratio in splits.items():
+            if first < start <= last:
+                shares *= ratio
+        return shares
+
     def price_on(self, code, day):
-        price = self.prices.get((code, day))
-        if price is None:
-            price, best = Decimal(0), None
+        """The price of the day, and whether it was given for that day."""
+        price = self.prices.get((code, day), Decimal(0))
+        given = not zero(price)
+        earlier = [d for c, d in self.prices if c == code and d < day and not zero(self.prices[c, d])]
+        if not given and earlier:
+            last = max(earlier)
+            price = self.prices[code, last] / self.shares_between(code, last, day)
+        elif not given:
+            price, best, nearest = Decimal(0), None, day
             held, sold = self.stock(self.held, code), self.stock(self.sold, code)
             offers = [(p.buy_date, p.num("buy_price")) for p in (held.events if held else [])]
             for s in (sold.events if sold else []):
@@ -521,17 +544,31 @@ class Portfolio:
             for when, offer in offers:
                 distance = abs((when - day).days)
                 if best is None or distance < best:
-                    price, best = offer, distance
+                    price, best, nearest = offer, distance, when
+            price /= self.shares_between(code, nearest, day)
         if zero(price):
             raise Failure(f"SharePortfolioUser::sharePriceFor - could not get price for {code} at "
                           f"{day.day:02}/{day.month:02}/{day.year}")
-        return price
+        return price, given
+
+    @staticmethod
+    def jump(yesterday, today):
+        """What the closes may tell of: "split", "merge" or nothing. None of the cases is a split of 3:2."""
+        fall, rise = yesterday / today, today / yesterday
+        if max(fall / THREE_FOR_TWO, THREE_FOR_TWO / fall) <= A_TENTH_MORE:
+            raise Refused("a split of 3:2 would be asked for")
+        for word, ratio in (("split", fall), ("merge", rise)):
+            whole = ratio.quantize(Decimal(1), ROUND_HALF_UP)
+            if ratio > 1 and (ratio >= SPLIT_RATIO or
+                              whole > 1 and max(ratio / whole, whole / ratio) <= A_TENTH_MORE):
+                return word
+        return None
 
     def checked_price(self, code, day):
-        today, yesterday = self.price_on(code, day), self.price_on(code, day - timedelta(1))
-        ratio = today / yesterday
-        reverse = ratio > SPLIT_RATIO
-        if (reverse or ratio < 1 / SPLIT_RATIO) and not all(e.adjustments for e in self.spanning(code, day)):
+        (today, given), (yesterday, given_before) = self.price_on(code, day), self.price_on(code, day - timedelta(1))
+        word = self.jump(yesterday, today) if given and given_before else None
+        if word and not all(any(a.start == day for a in e.adjustments) for e in self.spanning(code, day)):
+            reverse = word == "merge"
             if not self.factors:
                 raise Refused(f"a split of {code} would be asked for on {day}")
             answer = self.factors.pop(0)
@@ -570,7 +607,7 @@ class Portfolio:
         shares = {}
         for code, _ in list(self.held_on(day)):
             if code not in shares:
-                shares[code] = [None, fixed(self.checked_price(code, day), 2)]
+                shares[code] = [None, recorded(self.checked_price(code, day))]
         divided = {}
         for code, event in self.held_on(day):
             number = self.adjusted(event, day)[0]
@@ -676,13 +713,13 @@ class Portfolio:
         elif word == "recorded-price":
             keep, self.prices = self.prices, {}
             try:
-                return figure(self.price_on(a[0], d(a[1])))
+                return figure(self.price_on(a[0], d(a[1]))[0])
             except Failure:
                 return "0.000000"
             finally:
                 self.prices = keep
         elif word == "share-price":
-            return figure(self.price_on(a[0], d(a[1])))
+            return figure(self.price_on(a[0], d(a[1]))[0])
         elif word == "is-adjusted":
             return "true" if all(e.adjustments for e in self.spanning(a[0], d(a[1]))) else "false"
         elif word == "last-day":

@@ -45,5 +45,15 @@ TEST(AmountsTest, APriceIsShownWithTwoDecimalsOrFour) {
   EXPECT_EQ(shortPriceText(-100), String(u"-100.00"));
 }
 
+TEST(AmountsTest, APriceIsRecordedWithTwoDecimalsOrUpToSix) {
+  EXPECT_EQ(recordedPriceText(5), String(u"5.00"));
+  EXPECT_EQ(recordedPriceText(5.1), String(u"5.10"));
+  EXPECT_EQ(recordedPriceText(0.005), String(u"0.005"));
+  EXPECT_EQ(recordedPriceText(1.23456), String(u"1.23456"));
+  EXPECT_EQ(recordedPriceText(0.0000124), String(u"0.000012"));
+  EXPECT_EQ(recordedPriceText(1.2999999), String(u"1.30"));
+  EXPECT_EQ(recordedPriceText(100), String(u"100.00"));
+}
+
 } // namespace
 } // namespace Tallymoor

@@ -170,7 +170,7 @@ TEST_F(SharePriceCacheTest, AMalformedFileIsNeverWrittenOver) {
   EXPECT_EQ(readFile("PriceCache.ABC.AX.xml"), broken);
   EXPECT_EQ(readFile("PriceCache.DEF.AX.xml"),
             std::string(HEAD) +
-                "<ShareValues><String>DEF.AX</String><ShareValue><Date>3/11/2006</Date>"
+                "<ShareValues><String>DEF.AX</String><ShareValue Origin=\"typed\"><Date>3/11/2006</Date>"
                 "<Constant>2.5000</Constant><Constant>0.0000</Constant>"
                 "<Constant>0.0000</Constant><Constant>0</Constant></ShareValue></ShareValues>");
 }
@@ -349,8 +349,8 @@ TEST_F(SharePriceCacheTest, GapsTakeTheLastCloseAndDaysBeforeTheFirstRowStayEmpt
 
 TEST_F(SharePriceCacheTest, AFetchedRowReplacesWhatIsThereAndOtherRowsCarryOn) {
   SharePriceCache cache(m_directory);
-  cache.setTypedPrice(CODE, Date(2006, 11, 8), 7.0);
-  cache.setTypedPrice(CODE, Date(2006, 11, 10), 8.0);
+  cache.noteCurrentPrice(CODE, Date(2006, 11, 8), 7.0);
+  cache.noteCurrentPrice(CODE, Date(2006, 11, 10), 8.0);
   cache.merge(CODE, {{Date(2006, 11, 8), {5.0, 5.5, 4.5, 100}}}, {Date(2006, 11, 8), Date(2006, 11, 11)});
   EXPECT_DOUBLE_EQ(closeOf(cache, Date(2006, 11, 8)), 5.0);
   EXPECT_EQ(cache.share(CODE).find(Date(2006, 11, 8))->volume, 100);
@@ -412,6 +412,102 @@ TEST_F(SharePriceCacheTest, ABadCodeTakesNoCurrentPrice) {
   cache.setBad(CODE, true);
   cache.noteCurrentPrice(CODE, Date(2006, 11, 15), 6.0);
   EXPECT_TRUE(cache.share(CODE).values.empty());
+}
+
+TEST_F(SharePriceCacheTest, NothingReplacesATypedPrice) {
+  SharePriceCache cache(m_directory);
+  const Date day(2006, 11, 15);
+  cache.setTypedPrice(CODE, day, 7.0);
+  cache.noteCurrentPrice(CODE, day, 8.0);
+  EXPECT_TRUE(cache.merge(CODE, {{day, {5.0, 5.5, 4.5, 100}}}, {day, day}).empty());
+  EXPECT_DOUBLE_EQ(closeOf(cache, day), 7.0);
+  cache.save();
+  SharePriceCache next(m_directory);
+  EXPECT_TRUE(next.isTyped(CODE, day));
+  EXPECT_FALSE(next.isTyped(CODE, day.plusDays(-1)));
+  next.merge(CODE, {{day, {5.0, 5.5, 4.5, 100}}}, {day, day});
+  EXPECT_DOUBLE_EQ(closeOf(next, day), 7.0);
+}
+
+TEST_F(SharePriceCacheTest, AMergeTellsWhichClosesAreOthersThanBefore) {
+  SharePriceCache cache(m_directory);
+  const Date friday(2006, 11, 10);
+  cache.merge(CODE, {{friday, {5.0, 5.5, 4.5, 100}}}, {friday, Date(2006, 11, 12)});
+  EXPECT_EQ(cache.merge(CODE,
+                        {{friday, {5.00001, 5.5, 4.5, 200}}, {Date(2006, 11, 13), {6.0, 6.5, 5.5, 200}}},
+                        {friday, Date(2006, 11, 13)}),
+            (SharePriceCache::Closes{{Date(2006, 11, 13), 6.0}}));
+  EXPECT_EQ(cache.merge(CODE, {{friday, {5.5, 5.5, 4.5, 200}}}, {friday, Date(2006, 11, 13)}),
+            (SharePriceCache::Closes{
+                {friday, 5.5}, {Date(2006, 11, 11), 5.5}, {Date(2006, 11, 12), 5.5}})); // the weekend follows
+}
+
+TEST_F(SharePriceCacheTest, ADayThatTheSourcePassesOverTakesTheCloseBefore) {
+  SharePriceCache cache(m_directory);
+  cache.noteCurrentPrice(CODE, Date(2006, 11, 11), 9.0);
+  cache.noteCurrentPrice(CODE, Date(2006, 11, 14), 9.5);
+  cache.merge(CODE, {{Date(2006, 11, 10), {5.0, 5.5, 4.5, 100}}, {Date(2006, 11, 13), {6.0, 6.5, 5.5, 200}}},
+              {Date(2006, 11, 10), Date(2006, 11, 14)});
+  EXPECT_DOUBLE_EQ(closeOf(cache, Date(2006, 11, 11)), 5.0);
+  EXPECT_DOUBLE_EQ(closeOf(cache, Date(2006, 11, 14)), 9.5); // the source may not have that day yet
+}
+
+TEST_F(SharePriceCacheTest, NoPriceOfTheFutureIsTaken) {
+  m_profile.setToday(Date(2006, 11, 14));
+  SharePriceCache cache(m_directory);
+  const Date tomorrow(2006, 11, 15);
+  EXPECT_FALSE(cache.setTypedPrice(CODE, tomorrow, 7.0));
+  cache.noteCurrentPrice(CODE, tomorrow, 7.0);
+  cache.merge(CODE, {{Date(2006, 11, 14), {5.0, 5.5, 4.5, 100}}, {tomorrow, {6.0, 6.5, 5.5, 200}}},
+              {Date(2006, 11, 14), Date(2006, 11, 16)});
+  EXPECT_EQ(cache.share(CODE).values.size(), 1u);
+}
+
+TEST_F(SharePriceCacheTest, PricesOfAClockThatWasAheadAreDroppedFromTheFile) {
+  m_profile.setToday(Date(2006, 11, 3));
+  writeFile("PriceCache.ABC.AX.xml", document("ABC.AX", {{"3/11/2006", "1.5000"}, {"4/11/2006", "2.5000"}}));
+  SharePriceCache cache(m_directory);
+  EXPECT_DOUBLE_EQ(closeOf(cache, Date(2006, 11, 3)), 1.5);
+  EXPECT_EQ(cache.share(CODE).values.size(), 1u);
+  cache.save();
+  EXPECT_EQ(readFile("PriceCache.ABC.AX.xml").find("4/11/2006"), std::string::npos);
+}
+
+TEST_F(SharePriceCacheTest, ACloseIsFinalWhenALaterOneOfTheSourceIsKnownOrItIsOld) {
+  m_profile.setToday(Date(2006, 11, 20));
+  SharePriceCache cache(m_directory);
+  const auto isFinal = [&cache](const Date& day) { return cache.closeOn(CODE, day)->isFinal; };
+  const Date friday(2006, 11, 17);
+  cache.merge(CODE, {{friday, {5.0, 5.5, 4.5, 0}}}, {friday, Date(2006, 11, 19)});
+  EXPECT_FALSE(isFinal(friday));
+  EXPECT_FALSE(isFinal(Date(2006, 11, 19)));
+  cache.noteCurrentPrice(CODE, Date(2006, 11, 20), 6.0);
+  EXPECT_FALSE(isFinal(friday)) << "a current price says nothing of the days before";
+  cache.save();
+  SharePriceCache next(m_directory);
+  EXPECT_FALSE(next.closeOn(CODE, friday)->isFinal);
+  m_profile.setToday(Date(2006, 11, 28));
+  EXPECT_TRUE(next.closeOn(CODE, friday)->isFinal) << "eleven days are more than a market is closed";
+  EXPECT_FALSE(next.closeOn(CODE, Date(2006, 11, 20))->isFinal) << "a current price is no close";
+  m_profile.setToday(Date(2006, 11, 20));
+  cache.merge(CODE, {{Date(2006, 11, 20), {7.0, 7.5, 6.5, 0}}}, {friday, Date(2006, 11, 20)});
+  EXPECT_TRUE(isFinal(friday));
+  EXPECT_TRUE(isFinal(Date(2006, 11, 19)));
+  EXPECT_FALSE(isFinal(Date(2006, 11, 20)));
+  cache.setTypedPrice(CODE, Date(2006, 11, 20), 7.5);
+  EXPECT_TRUE(isFinal(Date(2006, 11, 20)));
+}
+
+TEST_F(SharePriceCacheTest, TheLastCloseBeforeADayIsOfAnyAgeAndNotZero) {
+  writeFile("PriceCache.ABC.AX.xml",
+            document("ABC.AX", {{"3/11/2001", "1.5"}, {"4/11/2005", "0"}, {"3/11/2006", "2.5"}}));
+  SharePriceCache cache(m_directory);
+  const auto last = cache.lastCloseBefore(CODE, Date(2006, 11, 3));
+  ASSERT_TRUE(last);
+  EXPECT_EQ(last->day, Date(2001, 11, 3));
+  EXPECT_DOUBLE_EQ(last->close, 1.5);
+  EXPECT_FALSE(cache.lastCloseBefore(CODE, Date(2001, 11, 3)));
+  EXPECT_FALSE(cache.closeOn(CODE, Date(2005, 11, 4)));
 }
 
 TEST_F(SharePriceCacheTest, ATypedPriceKeepsHighAndLowButNotTheVolume) {

@@ -1,0 +1,203 @@
+#include "engine/CapitalRecordTest.h"
+
+namespace Tallymoor {
+namespace {
+
+/// A user who answers every question with No.
+class DenyingUser : public FakeUserInteraction {
+public:
+  bool question(const String&) override { return false; }
+};
+
+/// A portfolio over days on which prices can and can't be had from a real source. The program was last used
+/// on Thursday 26 February at noon, when the stock stood at 21.
+class ProvisionalDaysTest : public CapitalRecordTest {
+protected:
+  ProvisionalDaysTest() {
+    m_market.addListing(u"TEST", u"test", u"Australia");
+    m_market.setHistory(u"ABC.AX", Date(2026, 1, 1), Date(2026, 2, 25), 20);
+    m_market.setCurrentPrice(u"ABC.AX", 21);
+    m_profile.setToday(m_thursday);
+    user().addBuyEvent(u"ABC.AX", Date(2026, 2, 24), 100, 40, 0, u"");
+    user().creditCash(Date(2026, 2, 24), 1000, CASH_EVENT_DEPOSIT, u"");
+    goOnline();
+    gateway().priceUpdater().addCode(u"ABC.AX");
+    update();
+    gateway().priceUpdater().runPass();
+  }
+
+  static void goOnline() {
+    ASSERT_TRUE(gateway().reconnect());
+    gateway().priceUpdater().stopAndJoin();
+  }
+  /// The program is left and started again.
+  void restart(const Date& day, bool online) {
+    record().save();
+    m_user.reset();
+    m_gateway.restart();
+    m_profile.setToday(day);
+    gateway().goOffline();
+    if (online)
+      goOnline();
+    m_user = std::make_unique<SharePortfolioUser>(m_portfolio);
+  }
+  /// What the source has by Monday.
+  void closeTheWeek(double friday = 23) {
+    m_market.setDay(u"ABC.AX", m_thursday, 22);
+    m_market.setDay(u"ABC.AX", m_friday, friday);
+  }
+  std::vector<String> shares(const Date& first, const Date& last) {
+    std::vector<String> texts;
+    for (Date day = first; day <= last; day.addDays(1)) {
+      const XMLElement& shareVal = record().dayCapFor(day).subElement(u"ShareVals");
+      texts.push_back(textValue(shareVal, u"Number") + u" x " + textValue(shareVal, u"Price") +
+                      (record().isProvisional(day) ? u" *" : u""));
+    }
+    return texts;
+  }
+  using Texts = std::vector<String>;
+
+  const Date m_thursday{2026, 2, 26};
+  const Date m_friday{2026, 2, 27};
+  const Date m_monday{2026, 3, 2};
+};
+
+TEST_F(ProvisionalDaysTest, DaysAwayAndAnOfflineStartLeaveNoTrace) {
+  EXPECT_EQ(shares(Date(2026, 2, 24), m_thursday),
+            (Texts{u"100.00 x 20.00", u"100.00 x 20.00", u"100.00 x 21.00"}));
+  restart(m_monday, false);
+  update();
+  EXPECT_EQ(shares(m_thursday, m_monday), (Texts{u"100.00 x 21.00", u"100.00 x 21.00 *", u"100.00 x 21.00 *",
+                                                 u"100.00 x 21.00 *", u"100.00 x 21.00 *"}))
+      << "the last known price stands in, not that of the purchase";
+  EXPECT_DOUBLE_EQ(record().capitalOn(m_monday), 3100);
+
+  closeTheWeek();
+  goOnline();
+  update();
+  EXPECT_EQ(shares(m_thursday, m_monday), (Texts{u"100.00 x 22.00", u"100.00 x 23.00", u"100.00 x 23.00",
+                                                 u"100.00 x 23.00", u"100.00 x 23.00"}));
+  EXPECT_TRUE(m_interaction.calls(Kind::AskWholeNumber).empty());
+  EXPECT_TRUE(m_interaction.calls(Kind::Question).empty());
+}
+
+TEST_F(ProvisionalDaysTest, TheMarkOutlivesTheRun) {
+  restart(m_monday, false);
+  update();
+  restart(m_monday, false);
+  EXPECT_TRUE(record().isProvisional(m_friday));
+  EXPECT_FALSE(record().isProvisional(m_thursday)) << "its price was that of the day";
+  update();
+  EXPECT_TRUE(record().isProvisional(m_friday));
+  closeTheWeek();
+  restart(m_monday, true);
+  update();
+  EXPECT_EQ(shares(m_friday, m_friday), Texts{u"100.00 x 23.00"});
+  record().save();
+  EXPECT_EQ(TestProfile::readFile(file()).find("last-close"), std::string::npos);
+}
+
+TEST_F(ProvisionalDaysTest, APageThatIsNoHistoryIsTheSameAsOffline) {
+  const DenyingUser user;
+  m_market.answerWith(MarketFixture::Page::History, "<html><body><form>Please log in</form></body></html>");
+  restart(m_monday, true);
+  update();
+  EXPECT_EQ(shares(m_friday, m_monday),
+            (Texts{u"100.00 x 21.00 *", u"100.00 x 21.00 *", u"100.00 x 21.00 *", u"100.00 x 21.00 *"}));
+  m_market.answerWith(MarketFixture::Page::History, "");
+  closeTheWeek();
+  goOnline();
+  update();
+  EXPECT_EQ(shares(m_thursday, m_friday), (Texts{u"100.00 x 22.00", u"100.00 x 23.00"}));
+}
+
+TEST_F(ProvisionalDaysTest, TheNoonPriceOfTheLastDayGivesWayToItsClose) {
+  closeTheWeek();
+  restart(m_friday, true);
+  update();
+  EXPECT_EQ(shares(m_thursday, m_thursday), Texts{u"100.00 x 22.00"});
+}
+
+TEST_F(ProvisionalDaysTest, TheNoonPriceGivesWayAfterWeeksToo) {
+  const Date later(2026, 4, 20);
+  m_market.setHistory(u"ABC.AX", m_thursday, later, 22);
+  restart(later, true);
+  m_interaction.clearCalls();
+  update();
+  EXPECT_EQ(shares(m_thursday, m_friday), (Texts{u"100.00 x 22.00", u"100.00 x 22.00"}));
+}
+
+TEST_F(ProvisionalDaysTest, ACloseThatWasFetchedWhileTheRecordWasNotThereIsTakenOver) {
+  record().save();
+  m_user.reset();
+  closeTheWeek();
+  m_profile.setToday(m_monday);
+  gateway().refreshHistoricalPrice(u"ABC.AX", m_thursday, false);
+  m_user = std::make_unique<SharePortfolioUser>(m_portfolio);
+  EXPECT_EQ(shares(m_thursday, m_thursday), Texts{u"100.00 x 21.00"});
+  gateway().goOffline();
+  update();
+  EXPECT_EQ(shares(m_thursday, m_thursday), Texts{u"100.00 x 22.00"});
+}
+
+TEST_F(ProvisionalDaysTest, ASplitThatCameMeanwhileIsAskedOnceTheClosesAreThere) {
+  restart(m_monday, false);
+  update();
+  EXPECT_TRUE(m_interaction.calls(Kind::AskWholeNumber).empty());
+  closeTheWeek(11);
+  goOnline();
+  m_interaction.answerWholeNumber(2);
+  update();
+  ASSERT_EQ(m_interaction.calls(Kind::AskWholeNumber).size(), 1u);
+  EXPECT_TRUE(
+      m_interaction.calls(Kind::AskWholeNumber)[0].text.contains(m_friday.toString(DATE_DISPLAY_LOCAL)));
+  EXPECT_EQ(shares(m_thursday, Date(2026, 2, 28)),
+            (Texts{u"100.00 x 22.00", u"200.00 x 11.00", u"200.00 x 11.00"}));
+}
+
+TEST_F(ProvisionalDaysTest, ALivePriceEndsTheStandInOfToday) {
+  restart(m_monday, false);
+  update();
+  record().currentPriceUpdated(u"ABC.AX", 24);
+  EXPECT_EQ(shares(m_monday, m_monday), Texts{u"100.00 x 24.00"});
+  record().historicalPriceChanged(u"ABC.AX", m_friday, 23);
+  EXPECT_EQ(shares(m_friday, m_friday), Texts{u"100.00 x 23.00"});
+}
+
+TEST_F(ProvisionalDaysTest, AStockWithoutAnyPriceCountsAtItsPurchaseUntilItsPriceComes) {
+  m_profile.setToday(m_monday);
+  const DenyingUser user;
+  gateway().goOffline();
+  this->user().removeHeldShare(u"ABC.AX");
+  this->user().addBuyEvent(u"NEW.AX", m_friday, 10, 3, 0, u"");
+  update();
+  EXPECT_EQ(shares(m_friday, m_friday), Texts{u"10.00 x 3.00 *"});
+  m_market.setHistory(u"NEW.AX", m_friday, m_monday, 1.5);
+  goOnline();
+  update();
+  EXPECT_EQ(shares(m_friday, m_monday),
+            (Texts{u"10.00 x 1.50", u"10.00 x 1.50", u"10.00 x 1.50", u"10.00 x 1.50"}));
+  EXPECT_TRUE(user.calls(Kind::AskWholeNumber).empty());
+}
+
+TEST_F(ProvisionalDaysTest, ADayWithoutTradeIsNotProvisional) {
+  // The source answers for the Saturday, and has nothing.
+  closeTheWeek();
+  restart(Date(2026, 2, 28), true);
+  update();
+  EXPECT_EQ(shares(m_friday, Date(2026, 2, 28)), (Texts{u"100.00 x 23.00", u"100.00 x 23.00"}));
+}
+
+TEST_F(ProvisionalDaysTest, NoDayOfTheFutureIsKeptInTheCacheOfAClockThatWasAhead) {
+  m_market.setHistory(u"ABC.AX", m_thursday, Date(2026, 3, 20), 30);
+  restart(Date(2026, 3, 20), true);
+  update();
+  restart(m_friday, false);
+  update();
+  EXPECT_FALSE(record().hasDayCap(Date(2026, 2, 28)));
+  EXPECT_FALSE(gateway().hasCachedPrice(u"ABC.AX", Date(2026, 2, 28)));
+  EXPECT_TRUE(gateway().hasCachedPrice(u"ABC.AX", m_friday));
+}
+
+} // namespace
+} // namespace Tallymoor
