@@ -89,6 +89,7 @@ public:
   void beginWait() override {}
   void endWait() override {}
   void warnOnce(const String&, const String&, const String&, int) override {}
+  void warningOver(const String&) override {}
   std::optional<std::size_t> chooseFromList(const String& title, const String&,
                                             const std::vector<String>&) override {
     stop(title);

@@ -89,7 +89,7 @@ double readBare(const std::string& document) {
   xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(document.data()), document.size(),
                                     "bare");
   return secondsOf([&] {
-    reader.beginDocument(DocumentLimits());
+    reader.beginDocument(DocumentLimits(), false);
     reader.parse(source);
   });
 }
