@@ -6,6 +6,7 @@
 #include "foundation/MoneyFormat.h"
 #include "foundation/ProgramStart.h"
 #include "foundation/ShortDatePicture.h"
+#include "foundation/TypedDate.h"
 #include "foundation/Uninterrupted.h"
 #include <array>
 #include <cerrno>
@@ -156,8 +157,9 @@ LinuxPlatform::LinuxPlatform(const LinuxPlatformOptions& options)
     : m_dataHome(options.dataHome.empty() ? userDataHome() : options.dataHome),
       m_programFolder(options.programFolder.empty() ? folderOfThisProgram() : options.programFolder),
       m_opener(options.opener.empty() ? "xdg-open" : options.opener),
+      m_dateLocale(localeFor(options.locale, "LC_TIME")),
       m_picture(std::make_unique<ShortDatePicture>(
-          options.datePicture.empty() ? ShortDatePicture::ofLocale(localeFor(options.locale, "LC_TIME"))
+          options.datePicture.empty() ? ShortDatePicture::ofLocale(m_dateLocale)
                                       : ShortDatePicture(String(options.datePicture.c_str())))),
       m_money(std::make_unique<MoneyFormat>(localeFor(options.locale, "LC_MONETARY"))) {
   reportFaults();
@@ -188,6 +190,14 @@ String LinuxPlatform::shortDateFormat(const Date& date) {
 
 bool LinuxPlatform::parseShortDate(const String& text, Date& date) {
   return m_picture->parse(text, date);
+}
+
+bool LinuxPlatform::readTypedDate(const String& text, Date& date) {
+  if (m_picture->parse(text.trimmed(), date))
+    return true;
+  std::call_once(m_typedDateMade,
+                 [this] { m_typedDate = std::make_unique<const TypedDate>(*m_picture, m_dateLocale); });
+  return m_typedDate->read(text, date);
 }
 
 String LinuxPlatform::currencyFormat(double amount) {

@@ -1,12 +1,14 @@
 #pragma once
 #include "foundation/Platform.h"
 #include <memory>
+#include <mutex>
 #include <string>
 
 namespace Tallymoor {
 
 class MoneyFormat;
 class ShortDatePicture;
+class TypedDate;
 
 /// Where a LinuxPlatform finds what belongs to the user. An empty text stands for what the environment says.
 struct LinuxPlatformOptions {
@@ -27,6 +29,7 @@ public:
   String userHomeDirectory(const String& product) override;
   String shortDateFormat(const Date& date) override;
   bool parseShortDate(const String& text, Date& date) override;
+  bool readTypedDate(const String& text, Date& date) override;
   String currencyFormat(double amount) override;
   double parseAmount(const String& text) override;
   bool openDocument(const String& target) override;
@@ -39,7 +42,10 @@ private:
   const std::string m_dataHome;
   const std::string m_programFolder;
   const std::string m_opener;
+  const std::string m_dateLocale;
   std::unique_ptr<const ShortDatePicture> m_picture;
+  std::once_flag m_typedDateMade; ///< at the first use: it takes ICU some milliseconds
+  std::unique_ptr<const TypedDate> m_typedDate;
   std::unique_ptr<const MoneyFormat> m_money;
 };
 

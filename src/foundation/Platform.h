@@ -19,6 +19,8 @@ public:
   virtual String shortDateFormat(const Date& date) = 0;
   /// Fills the date and returns true when the text is a valid short date; otherwise leaves it alone.
   virtual bool parseShortDate(const String& text, Date& date) = 0;
+  /// The same for a date as a person types it (see TypedDate), the short form among others.
+  virtual bool readTypedDate(const String& text, Date& date) = 0;
   /// Two decimals in the user's currency form.
   virtual String currencyFormat(double amount) = 0;
   /// Reads an amount as a person types it in the user's locale: currency signs and separators are ignored, a

@@ -14,6 +14,7 @@ public:
   String userHomeDirectory(const String&) override { return String(); }
   String shortDateFormat(const Date&) override { return String(); }
   bool parseShortDate(const String&, Date&) override { return false; }
+  bool readTypedDate(const String&, Date&) override { return false; }
   String currencyFormat(double) override { return String(); }
   double parseAmount(const String&) override { return 0.0; }
   bool openDocument(const String& target) override {
