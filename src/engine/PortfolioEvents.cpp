@@ -1,5 +1,6 @@
 #include "engine/PortfolioEvents.h"
 #include "foundation/Amounts.h"
+#include "foundation/Exception.h"
 #include "xml/PortfolioRecords.h"
 #include <memory>
 
@@ -68,6 +69,17 @@ String dividendDescription(const String& code, double rate, double number) {
 
 String dividendDescriptionStart(const String& code) {
   return u"DIVIDEND " + code + u" @ ";
+}
+
+void requireNotNegative(double value, const char16_t* name) {
+  if (value < 0.0)
+    throw Exception(String(name) + u" can't be less than zero.");
+}
+
+void requireTrade(double number, double price, double brokerage) {
+  requireNotNegative(number, u"The number of shares");
+  requireNotNegative(price, u"The share price");
+  requireNotNegative(brokerage, u"The brokerage");
 }
 
 void setOptionalText(XMLElement& event, std::u16string_view reference, const String& text) {

@@ -40,6 +40,12 @@ String dividendDescription(const String& code, double rate, double number);
 /// "DIVIDEND ABC.AX @ ", which every description of a dividend of the stock begins with.
 String dividendDescriptionStart(const String& code);
 
+/// Throws Exception, by the name that the user knows the value by, when it is less than zero. Forms refuse
+/// such a value before: this is the last place that can.
+void requireNotNegative(double value, const char16_t* name);
+/// The same of what every purchase and sale has.
+void requireTrade(double number, double price, double brokerage);
+
 /// Sets the value of an optional text, unless the new text is empty.
 void setOptionalText(XMLElement& event, std::u16string_view reference, const String& text);
 

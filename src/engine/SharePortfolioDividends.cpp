@@ -31,6 +31,13 @@ namespace {
 
 const char16_t* const DIVIDEND_MARK = u"DIVIDEND";
 
+void requireDividend(double numHeld, double rate, double drpShares, double drpRate, double withholdingTax) {
+  requireTrade(drpShares, drpRate, 0.0);
+  requireNotNegative(numHeld, u"The number of shares");
+  requireNotNegative(rate, u"The dividend rate");
+  requireNotNegative(withholdingTax, u"The withholding tax");
+}
+
 void storeDividend(XMLElement& event, const String& code, const Date& date, double numHeld, double rate,
                    std::int32_t percentFranked, double drpShares, double drpRate,
                    const String& foreignDividend, double withholdingTax) {
@@ -79,6 +86,7 @@ XMLElement* findParcelToDelete(XMLElement& stock, const Date& date, double share
 void SharePortfolioUser::receiveDividend(const String& code, const Date& date, double numHeld, double rate,
                                          std::int32_t percentFranked, double drpShares, double drpRate,
                                          const String& foreignDividend, double withholdingTax) {
+  requireDividend(numHeld, rate, drpShares, drpRate, withholdingTax);
   XMLElement& event =
       m_portfolio.subElement(u"Dividends").addSubElement(new XMLDividendEvent, u"DividendEvents");
   storeDividend(event, code, date, numHeld, rate, percentFranked, drpShares, drpRate, foreignDividend,
@@ -99,6 +107,7 @@ bool SharePortfolioUser::editDividend(XMLElement& event, const String& code, con
                                       double drpRate, const String& foreignDividend, double withholdingTax,
                                       double oldDRPShares, double oldBuyPrice, double oldValue,
                                       const Date& oldDate) {
+  requireDividend(numHeld, rate, drpShares, drpRate, withholdingTax);
   const Dividend before = Dividend::recorded(event);
   const Dividend now{code, date, numHeld, rate, drpShares, drpRate};
   storeDividend(event, now.code, date, numHeld, rate, percentFranked, drpShares, drpRate, foreignDividend,

@@ -49,6 +49,7 @@ struct SharePortfolioUser::Sale {
 
 void SharePortfolioUser::sellShares(const String& code, const Date& date, double number, double price,
                                     double brokerage, bool firstInFirstOut, const String& comment) {
+  requireTrade(number, price, brokerage);
   std::size_t index = 0;
   XMLElement* stock = findHeldShare(code, index);
   if (!stock)
@@ -146,6 +147,8 @@ void SharePortfolioUser::storeSoldShares(XMLElement& sale, const Date& buyDate, 
 bool SharePortfolioUser::editSellEvent(XMLElement& event, const Date& buyDate, const Date& sellDate,
                                        double number, double buyPrice, double sellPrice, double buyBrokerage,
                                        double sellBrokerage, const String& comment) {
+  requireTrade(number, buyPrice, buyBrokerage);
+  requireTrade(number, sellPrice, sellBrokerage);
   const String code = textValue(*event.parent(), u"Code");
   const bool recordedAsSold = isRecordedAsSold(event);
   const SharesAt before = sharesAsSold(event, recordedAsSold);

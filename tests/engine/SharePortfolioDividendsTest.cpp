@@ -1,6 +1,7 @@
 #include "engine/EngineTest.h"
 #include "engine/FrankingCredit.h"
 #include "engine/PortfolioEvents.h"
+#include "support/MessageOf.h"
 
 namespace Tallymoor {
 namespace {
@@ -58,6 +59,29 @@ TEST_F(DividendsTest, ACashDividendIsRecordedAndAddsToTheCash) {
   ASSERT_EQ(numCashEntries(), 1u);
   EXPECT_EQ(cashEntryText(0), String(u"10/2/2026 1 50.00 DIVIDEND ABC.AX @ 0.500000 x 100.00"));
   EXPECT_EQ(numParcels(u"ABC.AX"), 0u);
+}
+
+TEST_F(DividendsTest, NothingLessThanZeroIsRecorded) {
+  receiveInCash();
+  const String before = encodedPortfolio();
+  const auto receiving = [this](double held, double rate, double shares, double price, double tax) {
+    const auto receive = [&] {
+      user().receiveDividend(u"ABC.AX", m_received, held, rate, 0, shares, price, u"", tax);
+    };
+    const auto edit = [&] {
+      user().editDividend(dividend(), u"ABC.AX", m_received, held, rate, 0, shares, price, u"", tax, 0, 0, 50,
+                          m_received);
+    };
+    const String message = messageOf(receive);
+    EXPECT_EQ(messageOf(edit), message);
+    return message;
+  };
+  EXPECT_EQ(receiving(-1, 1, 0, 0, 0), u"The number of shares can't be less than zero.");
+  EXPECT_EQ(receiving(1, -1, 0, 0, 0), u"The dividend rate can't be less than zero.");
+  EXPECT_EQ(receiving(1, 1, -1, 0, 0), u"The number of shares can't be less than zero.");
+  EXPECT_EQ(receiving(1, 1, 1, -1, 0), u"The share price can't be less than zero.");
+  EXPECT_EQ(receiving(1, 1, 0, 0, -1), u"The withholding tax can't be less than zero.");
+  EXPECT_EQ(encodedPortfolio(), before);
 }
 
 TEST_F(DividendsTest, TheRecordedValuesGiveTheFrankingCredit) {

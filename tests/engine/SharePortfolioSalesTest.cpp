@@ -1,6 +1,7 @@
 #include "engine/EngineTest.h"
 #include "engine/SaleDeletion.h"
 #include "engine/SaleFigures.h"
+#include "support/MessageOf.h"
 
 namespace Tallymoor {
 namespace {
@@ -20,6 +21,37 @@ protected:
 TEST_F(SalesTest, SellingWhatIsNotHeldThrows) {
   EXPECT_EQ(messageOf([this] { user().sellShares(u"ABC.AX", m_today, 1, 1, 0, true, u""); }),
             String(u"SharePortfolioUser::sellShares - cant find held shares to sell"));
+}
+
+TEST_F(SalesTest, NothingLessThanZeroIsRecorded) {
+  user().buyShares(u"ABC.AX", m_today, 10, 1, 0, u"");
+  const String before = encodedPortfolio();
+  const auto selling = [this](double number, double price, double brokerage) {
+    return messageOf(
+        [=, this] { user().sellShares(u"ABC.AX", m_today, number, price, brokerage, true, u""); });
+  };
+  EXPECT_EQ(selling(-1, 1, 1), u"The number of shares can't be less than zero.");
+  EXPECT_EQ(selling(1, -5, 1), u"The share price can't be less than zero.");
+  EXPECT_EQ(selling(1, 1, -1), u"The brokerage can't be less than zero.");
+  EXPECT_EQ(encodedPortfolio(), before);
+}
+
+TEST_F(SalesTest, AnEditToLessThanZeroChangesNothing) {
+  user().buyShares(u"ABC.AX", m_today, 10, 1, 0, u"");
+  user().sellShares(u"ABC.AX", m_today, 10, 2, 0, true, u"");
+  const String before = encodedPortfolio();
+  std::size_t index = 0;
+  XMLElement& sale = user().findSoldShare(u"ABC.AX", index)->subElement(u"SellEvents");
+  const auto editing = [&](double number, double buyPrice, double sellPrice, double brokerage) {
+    return messageOf([&] {
+      user().editSellEvent(sale, m_today, m_today, number, buyPrice, sellPrice, 0, brokerage, u"");
+    });
+  };
+  EXPECT_EQ(editing(-1, 1, 1, 1), u"The number of shares can't be less than zero.");
+  EXPECT_EQ(editing(1, -1, 1, 1), u"The share price can't be less than zero.");
+  EXPECT_EQ(editing(1, 1, -1, 1), u"The share price can't be less than zero.");
+  EXPECT_EQ(editing(1, 1, 1, -1), u"The brokerage can't be less than zero.");
+  EXPECT_EQ(encodedPortfolio(), before);
 }
 
 TEST_F(SalesTest, SellingExactlyAParcelTakesItAway) {
