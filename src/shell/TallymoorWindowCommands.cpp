@@ -30,7 +30,6 @@ constexpr int MINIMUM_HEIGHT = 400;
 constexpr int PORTFOLIO_TAB = 0;
 constexpr int WATCHLIST_TAB = 1;
 /// Asked for dividends, and in the same words for interest, deposits and withdrawals.
-constexpr char16_t RECEIPT_PROMPT[] = u"Select the portfolio to receive a dividend from.";
 constexpr std::uint32_t FAILURE_SHOWN_FOR = 1000; ///< milliseconds
 
 } // namespace
@@ -143,23 +142,24 @@ long TallymoorWindow::onSell(FXObject*, FXSelector, void*) {
 }
 
 long TallymoorWindow::onDividends(FXObject*, FXSelector, void*) {
-  return registerFor(u"TallymoorWindow::onDividends failed.", RECEIPT_PROMPT,
+  return registerFor(u"TallymoorWindow::onDividends failed.",
+                     u"Select the portfolio to receive a dividend from.",
                      &SharePortfolioTreeItem::receiveDividend);
 }
 
 long TallymoorWindow::onInterest(FXObject*, FXSelector, void*) {
-  return registerFor(u"TallymoorWindow::onInterest failed.", RECEIPT_PROMPT,
+  return registerFor(u"TallymoorWindow::onInterest failed.", u"Select the portfolio to receive interest for.",
                      &SharePortfolioTreeItem::receiveInterest);
 }
 
 long TallymoorWindow::onDepositCash(FXObject*, FXSelector, void*) {
-  return registerFor(u"TallymoorWindow::onDepositCash failed.", RECEIPT_PROMPT,
+  return registerFor(u"TallymoorWindow::onDepositCash failed.", u"Select the portfolio to deposit cash into.",
                      &SharePortfolioTreeItem::depositCash);
 }
 
 long TallymoorWindow::onWithdrawCash(FXObject*, FXSelector, void*) {
-  return registerFor(u"TallymoorWindow::onWithdrawCash failed.", RECEIPT_PROMPT,
-                     &SharePortfolioTreeItem::withdrawCash);
+  return registerFor(u"TallymoorWindow::onWithdrawCash failed.",
+                     u"Select the portfolio to withdraw cash from.", &SharePortfolioTreeItem::withdrawCash);
 }
 
 long TallymoorWindow::onCheckUpdates(FXObject*, FXSelector, void*) {

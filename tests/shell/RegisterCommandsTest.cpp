@@ -22,20 +22,19 @@ struct Register {
   std::string handler; ///< as failures name it
 };
 
-const std::string RECEIPT = "Select the portfolio to receive a dividend from.";
 const Register REGISTERS[] = {
     {TallymoorWindow::ID_BUY, "Buy Shares", "&Buy Shares...",
      "Select the portfolio to register a share purchase for.", "Buy Shares", "onBuy"},
     {TallymoorWindow::ID_SELL, "Sell Shares", "&Sell Shares...",
      "Select the portfolio to register a share sale from.", "Sell Shares", "onSell"},
-    {TallymoorWindow::ID_DIVIDENDS, "Receive a Dividend", "Receive a &Dividend...", RECEIPT,
-     "Receive a dividend", "onDividends"},
-    {TallymoorWindow::ID_INTEREST, "Receive Interest", "Receive &Interest...", RECEIPT, "Receive interest",
-     "onInterest"},
-    {TallymoorWindow::ID_DEPOSIT_CASH, "Deposit Cash", "Deposit &Cash...", RECEIPT, "Deposit cash",
-     "onDepositCash"},
-    {TallymoorWindow::ID_WITHDRAW_CASH, "Withdraw Cash", "&Withdraw Cash...", RECEIPT, "Withdraw cash",
-     "onWithdrawCash"}};
+    {TallymoorWindow::ID_DIVIDENDS, "Receive a Dividend", "Receive a &Dividend...",
+     "Select the portfolio to receive a dividend from.", "Receive a dividend", "onDividends"},
+    {TallymoorWindow::ID_INTEREST, "Receive Interest", "Receive &Interest...",
+     "Select the portfolio to receive interest for.", "Receive interest", "onInterest"},
+    {TallymoorWindow::ID_DEPOSIT_CASH, "Deposit Cash", "Deposit &Cash...",
+     "Select the portfolio to deposit cash into.", "Deposit cash", "onDepositCash"},
+    {TallymoorWindow::ID_WITHDRAW_CASH, "Withdraw Cash", "&Withdraw Cash...",
+     "Select the portfolio to withdraw cash from.", "Withdraw cash", "onWithdrawCash"}};
 
 /// The commands that ask for a portfolio first, over one portfolio "Trading" with 500.00 of cash.
 class RegisterCommandsTest : public ShellTest {
@@ -145,7 +144,7 @@ TEST_F(RegisterCommandsTest, CashIsBookedInThePortfolioThatWasChosen) {
                                                {"Deposit Cash", "Deposit cash", "100"},
                                                {"Withdraw Cash", "Withdraw cash", "20"}};
   for (const auto& booking : bookings) {
-    choosePortfolio(RECEIPT);
+    choosePortfolio("Select the portfolio to ");
     whenModal(booking[1], [&](FXWindow& dialog) {
       type(field(dialog, "Amount"), booking[2]);
       press(dialog, "OK");
