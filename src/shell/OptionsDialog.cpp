@@ -1,4 +1,5 @@
 #include "shell/OptionsDialog.h"
+#include "entry/FormChecks.h"
 #include "foundation/Amounts.h"
 #include "foundation/Settings.h"
 #include "market/TallymoorInternet.h"
@@ -53,31 +54,14 @@ double realNumber(const NumberField& field, double shown) {
   return showsTheSame(field.value(), shown, REAL_DECIMALS) ? shown : field.value();
 }
 
-/// The first reason for which the settings can't be taken; an empty text for none.
-String fault(const OperationSettings& settings) {
-  if (settings.currentPriceUpdateMins == 0)
-    return u"You cannot set the current price updater to run continuously.\n"
-           u"Please select a value great than zero.";
-  if (settings.historicalPriceUpdateHours == 0)
-    return u"You cannot set the historical price updater to run continuously.\n"
-           u"Please select a value greater than zero.";
-  if (settings.splitRatioDetect < LEAST_SPLIT_RATIO)
-    return u"You should set a split ratio detection \nvalue greater than 1.1";
-  if (settings.reverseSplitRatioDetect < LEAST_SPLIT_RATIO)
-    return u"You should set a reverse split ratio \ndetection value greater than 1.1";
-  if (settings.indexTrendShort >= settings.indexTrendLong)
-    return u"The short Index Trend Exp. MA but be less than the long Index Trend Exp. MA.";
-  return String();
-}
-
 } // namespace
 
 OptionsDialog::OptionsDialog(FXWindow* owner, OpenPortfolios& portfolios)
     : Dialog(owner, u"Tallymoor Options", String()), m_portfolios(&portfolios) {
-  auto* book = new FXTabBook(contents(), nullptr, 0, LAYOUT_FILL_X | LAYOUT_FILL_Y);
-  buildNumbers(addPage(book, "  Page 1  "));
-  buildChoices(addPage(book, "  Page 2  "));
-  buildUpkeep(addPage(book, "  Page 3  "));
+  m_book = new FXTabBook(contents(), nullptr, 0, LAYOUT_FILL_X | LAYOUT_FILL_Y);
+  buildNumbers(addPage(m_book, "  Page 1  "));
+  buildChoices(addPage(m_book, "  Page 2  "));
+  buildUpkeep(addPage(m_book, "  Page 3  "));
   show(operationSettings());
 }
 
@@ -197,14 +181,36 @@ String OptionsDialog::chosenTrayFormat() const {
 }
 
 bool OptionsDialog::validate() {
-  const OperationSettings settings = entered();
-  if (const String reason = fault(settings); !reason.empty()) {
-    MainWindow::error(reason);
+  if (!checkNumbers())
     return false;
-  }
-  writeSettings(settings);
+  writeSettings(entered());
   Settings::Instance().commit();
   return true;
+}
+
+bool OptionsDialog::checkNumbers() const {
+  const OperationSettings settings = entered();
+  const auto refused = [this](bool isWrong, NumberField* field, const char16_t* reason) {
+    if (!isWrong)
+      return false;
+    m_book->setCurrent(0); // where the numbers are
+    refuse(*field, reason);
+    return true;
+  };
+  return !refused(settings.currentPriceUpdateMins == 0, m_currentPeriod,
+                  u"You cannot set the current price updater to run continuously.\n"
+                  u"Please select a value great than zero.") &&
+         !refused(settings.historicalPriceUpdateHours == 0, m_historicalPeriod,
+                  u"You cannot set the historical price updater to run continuously.\n"
+                  u"Please select a value greater than zero.") &&
+         !refused(settings.splitRatioDetect < LEAST_SPLIT_RATIO, m_splitRatio,
+                  u"You should set a split ratio detection \nvalue greater than 1.1") &&
+         !refused(settings.reverseSplitRatioDetect < LEAST_SPLIT_RATIO, m_reverseSplitRatio,
+                  u"You should set a reverse split ratio \ndetection value greater than 1.1") &&
+         !refused(settings.indexTrendShort < 0.0, m_trendShort,
+                  u"The days of the short Index Trend Exp. MA can't be less than zero.") &&
+         !refused(settings.indexTrendShort >= settings.indexTrendLong, m_trendShort,
+                  u"The short Index Trend Exp. MA but be less than the long Index Trend Exp. MA.");
 }
 
 // ---- Commands ----

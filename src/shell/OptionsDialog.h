@@ -45,6 +45,8 @@ protected:
   OptionsDialog() {}
 
 private:
+  /// Tells what is wrong with a number, which has the focus then.
+  bool checkNumbers() const;
   FormRows addPage(FXTabBook* book, const char* title);
   void buildNumbers(FormRows page);
   void buildChoices(FormRows page);
@@ -57,6 +59,7 @@ private:
   String chosenTrayFormat() const;
 
   OpenPortfolios* m_portfolios = nullptr;
+  FXTabBook* m_book = nullptr;
   OperationSettings m_shown; ///< the values that the fields were filled with
   NumberField* m_currentPeriod = nullptr;
   NumberField* m_historicalPeriod = nullptr;

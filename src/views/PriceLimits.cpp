@@ -105,6 +105,10 @@ std::optional<PriceLimits> changedLimits(const String& typed, const String& show
     return std::nullopt;
   try {
     const PriceLimits limits = PriceLimits::MinMaxFromString(typed);
+    if (limits.min < 0.0 || limits.max < 0.0) {
+      UserInteraction::Instance().error(u"The limits of a price can't be less than zero.");
+      return std::nullopt;
+    }
     return limits == old ? std::nullopt : std::optional(limits);
   } catch (const Exception&) {
     UserInteraction::Instance().error(u"The Min Price has a bad format.");

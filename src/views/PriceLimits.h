@@ -37,7 +37,7 @@ struct PriceLimits {
 bool operator==(const PriceLimits& left, const PriceLimits& right);
 
 /// What the user typed over limits, when it says anything else than they do; nothing also when it can't be
-/// read, which the user is told.
+/// read or is less than zero, which the user is told.
 std::optional<PriceLimits> changedLimits(const String& typed, const String& shown, const PriceLimits& old);
 
 /// Tints the row of a stock whose price has left its limits, and warns once a run unless the price is of a

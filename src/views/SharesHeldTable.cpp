@@ -161,8 +161,12 @@ void SharesHeldTable::limitsEdited(const String& text, const HeldShareRow& share
 
 void SharesHeldTable::priceEdited(const String& text, const String& code) {
   const double price = Platform::Instance().parseAmount(text);
-  if (showsAsZero(price) || price < 0.0)
+  if (showsAsZero(price))
     return;
+  if (price < 0.0) {
+    MainWindow::error(u"The price of " + code + u" can't be less than zero.");
+    return;
+  }
   const Date date;
   const String question = String(u"Do you want to manually update the price of ") + code + u" on " +
                           date.toString(DATE_DISPLAY_LOCAL) + u" to " +

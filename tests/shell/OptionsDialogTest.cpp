@@ -156,6 +156,19 @@ TEST_F(OptionsDialogTest, PeriodsOfNothingAreRefused) {
                 "Please select a value greater than zero.");
 }
 
+TEST_F(OptionsDialogTest, WhatIsRefusedIsShownWithTheKeyboardInIt) {
+  withOptions([this](FXWindow& dialog) {
+    FXTextField& split = field(dialog, SPLIT);
+    type(split, "0.5");
+    find<FXTabBook>(dialog)->setCurrent(1);
+    answer("You should set a split ratio detection \nvalue greater than 1.1", "OK");
+    press(dialog, "OK");
+    EXPECT_EQ(0, find<FXTabBook>(dialog)->getCurrent());
+    EXPECT_EQ(&split, split.getParent()->getFocus());
+    press(dialog, "Cancel");
+  });
+}
+
 TEST_F(OptionsDialogTest, PeriodsBeyondWhatTheClockHoldsAreCut) {
   accept(CURRENT, "71583");
   EXPECT_EQ(71582u, currentPriceUpdateMins);
@@ -169,6 +182,10 @@ TEST_F(OptionsDialogTest, SplitRatiosBelowTheLeastAreRefused) {
   expectRefused(REVERSE, "1.09", "You should set a reverse split ratio \ndetection value greater than 1.1");
   accept(SPLIT, "1.1");
   EXPECT_EQ(1.1, splitRatioDetect);
+}
+
+TEST_F(OptionsDialogTest, ATrendOfLessThanNoDaysIsRefused) {
+  expectRefused(SHORTER, "-5", "The days of the short Index Trend Exp. MA can't be less than zero.");
 }
 
 TEST_F(OptionsDialogTest, ShortTrendMustBeShorter) {

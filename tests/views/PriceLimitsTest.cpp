@@ -78,6 +78,16 @@ TEST(PriceLimitsTest, OnlyAChangeIsAChange) {
   EXPECT_TRUE(user.calls().empty());
 }
 
+TEST(PriceLimitsTest, NoLimitIsLessThanZero) {
+  const TestProfile profile;
+  FakeUserInteraction user;
+  EXPECT_FALSE(changedLimits(u"-1.00 - 2.00", u"$1.00 - $2.00", {1.0, 2.0}));
+  EXPECT_FALSE(changedLimits(u"1.00 - -$2.00", u"$1.00 - $2.00", {1.0, 2.0}));
+  EXPECT_THAT(user.texts(FakeUserInteraction::Kind::Error),
+              testing::ElementsAre(u"The limits of a price can't be less than zero.",
+                                   u"The limits of a price can't be less than zero."));
+}
+
 TEST(PriceLimitsTest, WhatCannotBeReadIsToldOfAndChangesNothing) {
   const TestProfile profile;
   FakeUserInteraction user;

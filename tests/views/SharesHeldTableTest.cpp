@@ -254,6 +254,16 @@ TEST_F(SharesHeldTableTest, TypedLimitsAreStoredInRecordsAndSettings) {
   EXPECT_EQ("$5.50 - $7.25", cellText(table(), 0, u"Price Min/Max"));
 }
 
+TEST_F(SharesHeldTableTest, APriceBelowZeroIsRefused) {
+  addTrading();
+  showTree();
+  const std::string before = cellText(table(), 0, u"Price Now");
+  answer("The price of AAA.AX can't be less than zero.", "OK");
+  typeInto(table(), 0, u"Price Now", "-5");
+  EXPECT_EQ(before, cellText(table(), 0, u"Price Now"));
+  EXPECT_EQ(1u, boxes().size());
+}
+
 TEST_F(SharesHeldTableTest, BadLimitsAreRefused) {
   addTrading();
   limits(5.0, 7.0);
