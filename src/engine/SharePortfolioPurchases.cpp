@@ -3,7 +3,6 @@
 #include "engine/SharePortfolioUser.h"
 #include "engine/SplitTerms.h"
 #include "foundation/Amounts.h"
-#include "foundation/UserInteraction.h"
 #include "market/StockCode.h"
 #include "xml/PortfolioRecords.h"
 #include <algorithm>
@@ -11,22 +10,6 @@
 namespace Tallymoor {
 
 namespace {
-
-const char16_t* const DIFFERENT_MARKET_QUESTION =
-    u"You are about to buy stock from a different market to\n"
-    u"existing stock held in this portfolio. If you continue,\n"
-    u"the portfolio tracking will be inconsistent due to currency differences.\n"
-    u"We recommend you do NOT continue, and then buy this stock from a\n"
-    u"different portfolio. Do you want to continue?";
-
-/// The first stock held decides the market of a portfolio.
-bool isOfAnotherMarket(const XMLElement& portfolio, const String& code) {
-  const XMLElement& stocks = portfolio.subElement(u"HeldShares");
-  if (stocks.numSubElements(u"HeldShares") == 0)
-    return false;
-  const String& first = textValue(stocks.subElement(u"HeldShares", 0), u"Code");
-  return !(StockCode(first).suffix() == StockCode(code).suffix());
-}
 
 /// The brokerage counts as it is recorded, at two decimals.
 double purchaseCost(const XMLElement& event, double number, double price) {
@@ -51,15 +34,19 @@ String editedNumber(const XMLElement& event, double number) {
 
 } // namespace
 
-bool SharePortfolioUser::buyShares(const String& code, const Date& date, double number, double price,
-                                   double brokerage, const String& comment) {
-  if (isOfAnotherMarket(m_portfolio, code) &&
-      !UserInteraction::Instance().question(DIFFERENT_MARKET_QUESTION))
+bool SharePortfolioUser::isOfAnotherMarket(const String& code) const {
+  const XMLElement& stocks = m_portfolio.subElement(u"HeldShares");
+  if (stocks.numSubElements(u"HeldShares") == 0)
     return false;
+  const String& first = textValue(stocks.subElement(u"HeldShares", 0), u"Code");
+  return !(StockCode(first).suffix() == StockCode(code).suffix());
+}
+
+void SharePortfolioUser::buyShares(const String& code, const Date& date, double number, double price,
+                                   double brokerage, const String& comment) {
   const XMLElement& event = addBuyEvent(code, date, number, price, brokerage, comment);
   debitCash(date, purchaseCost(event, number, price), CASH_EVENT_DEBIT,
             purchaseDescription(code, number, price));
-  return true;
 }
 
 XMLElement& SharePortfolioUser::heldShareFor(const String& code) {
@@ -73,6 +60,7 @@ XMLElement& SharePortfolioUser::heldShareFor(const String& code) {
 
 XMLElement& SharePortfolioUser::addBuyEvent(const String& code, const Date& date, double number, double price,
                                             double brokerage, const String& comment) {
+  requireTrade(number, price, brokerage);
   XMLElement& event = heldShareFor(code).addSubElement(new XMLBuyEvent, u"BuyEvents");
   storeBuyEvent(event, date, numberText(number), price, brokerage, comment);
   m_capitalRecord.recordsChangedFrom(date);
@@ -143,6 +131,7 @@ bool SharePortfolioUser::deleteBuyEvent(const String& code, const Date& date, do
 bool SharePortfolioUser::editBuyEvent(XMLElement& event, const Date& date, double number, double price,
                                       double brokerage, const String& comment, double oldCost,
                                       const Date& oldDate) {
+  requireTrade(number, price, brokerage);
   const String code = textValue(*event.parent(), u"Code");
   const Date earlier = std::min({date, oldDate, dateValue(event, u"BuyDate")});
   if (date != dateValue(event, u"BuyDate"))

@@ -104,10 +104,13 @@ public:
   double indexValueOn(const Date& date) const;
 
   // ---- Buying and selling ----
+  // Here and below, a number, price, brokerage, rate or tax below zero throws Exception and changes nothing.
 
-  /// Records a purchase and its cash entry. Asks first when the stock is of another market than the first one
-  /// held; on No nothing changes and the result is false.
-  bool buyShares(const String& code, const Date& date, double number, double price, double brokerage,
+  /// True when the stock is of another market than the first one held, which decides the portfolio's
+  /// currency. A form asks about that before it closes.
+  bool isOfAnotherMarket(const String& code) const;
+  /// Records a purchase and its cash entry.
+  void buyShares(const String& code, const Date& date, double number, double price, double brokerage,
                  const String& comment);
   /// Stores the parcel only, with no cash entry.
   XMLElement& addBuyEvent(const String& code, const Date& date, double number, double price, double brokerage,

@@ -1,9 +1,13 @@
 #include "entry/BuySharesPanel.h"
+#include "engine/CashBalance.h"
+#include "engine/SharePortfolioUser.h"
 #include "entry/FormChecks.h"
 #include "entry/FormIcons.h"
 #include "entry/KnownPrice.h"
 #include "entry/StockSearch.h"
+#include "market/StockNames.h"
 #include "market/TallymoorInternet.h"
+#include "widgets/DateField.h"
 #include "widgets/FormRows.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/MainWindow.h"
@@ -25,13 +29,22 @@ constexpr const char16_t* uncheckedCodeQuestion =
     u"You have not checked the stock code by searching for the company.\n"
     u"Are you sure you want to continue with this stock code?";
 
+constexpr const char16_t* anotherMarketQuestion =
+    u"You are about to buy stock from a different market to\n"
+    u"existing stock held in this portfolio. If you continue,\n"
+    u"the portfolio tracking will be inconsistent due to currency differences.\n"
+    u"We recommend you do NOT continue, and then buy this stock from a\n"
+    u"different portfolio. Do you want to continue?";
+
 } // namespace
 
-BuySharesPanel::BuySharesPanel(FXComposite* parent)
-    : TradePanel(parent, u"Buy Shares", u"Specify the share code, date and buy price of a share purchase.") {
+BuySharesPanel::BuySharesPanel(FXComposite* parent, const SharePortfolioUser* portfolio)
+    : TradePanel(parent, u"Buy Shares", u"Specify the share code, date and buy price of a share purchase."),
+      m_portfolio(portfolio) {
   FormRows rows(this);
   buildStockRows(rows);
   addTrade(rows, u"Number bought", u"Date bought");
+  addTotals(rows, u"Total to pay");
   rows.align();
   addComments(rows, u"Purchase reasons, comments, indicators");
   reset();
@@ -45,20 +58,43 @@ void BuySharesPanel::buildStockRows(FormRows& rows) {
   m_name = rows.addReadOnly(u"Stock name");
 }
 
+void BuySharesPanel::setPortfolio(const SharePortfolioUser* portfolio) {
+  m_portfolio = portfolio;
+  reset();
+}
+
+void BuySharesPanel::setPaidFromCash(bool paid) {
+  m_paidFromCash = paid;
+  showCash();
+}
+
 void BuySharesPanel::reset(const String& initialCode) {
   resetTrade();
   m_code->setText(initialCode);
-  m_name->setText(String());
-  priceField()->setValue(knownPrice(initialCode));
+  m_name->setText(StockNames::nameOf(initialCode));
+  proposePrice(knownPrice(initialCode));
+  showCash();
+}
+
+void BuySharesPanel::showCash() {
+  const bool changesCash = m_portfolio && m_paidFromCash;
+  setCashBefore(changesCash ? std::optional(cashBalance(m_portfolio->portfolio(), Date())) : std::nullopt);
+}
+
+double BuySharesPanel::cashEffect() const {
+  return -(number() * price() + brokerage());
 }
 
 void BuySharesPanel::showPurchase(const String& code, const Date& date, double number, double price,
-                                  double brokerage, const String& comments) {
+                                  double brokerage, const String& comments,
+                                  std::optional<double> cashBefore) {
   m_code->setText(code);
   m_code->makeReadOnly();
+  m_name->setText(StockNames::nameOf(code));
   if (FXWindow* search = m_code->getNext())
     search->hide();
   showTrade(date, number, price, brokerage, comments);
+  setCashBefore(cashBefore);
 }
 
 FXWindow* BuySharesPanel::firstField() const {
@@ -69,10 +105,11 @@ FXWindow* BuySharesPanel::firstField() const {
 
 bool BuySharesPanel::validate() {
   return runChecks([this] {
-    return checkDate(u"You can't specify a buy date in the future.") && checkNumbers() &&
+    return checkDate(u"You can't specify a buy date in the future.") && checkProposedPrice() &&
+           checkNumbers() &&
            checkBrokerage(u"Are you sure there was no brokerage charged for this purchase?",
                           u"Would you like to make this the default brokerage rate?") &&
-           checkCode();
+           checkCode() && checkPriceOfDay();
   });
 }
 
@@ -84,7 +121,13 @@ bool BuySharesPanel::checkNumbers() const {
 bool BuySharesPanel::checkCode() const {
   if (code().empty())
     return refuse(*m_code, u"You must record the share code - click 'search' to help");
-  return !name().empty() || confirm(*m_code, uncheckedCodeQuestion);
+  if (!m_code->isEditable())
+    return true;
+  return (!name().empty() || confirm(*m_code, uncheckedCodeQuestion)) && checkMarket();
+}
+
+bool BuySharesPanel::checkMarket() const {
+  return !m_portfolio || !m_portfolio->isOfAnotherMarket(code()) || confirm(*m_code, anotherMarketQuestion);
 }
 
 String BuySharesPanel::code() const {
@@ -106,12 +149,13 @@ void BuySharesPanel::showFoundStock(const String& code, const String& name) {
   m_code->setText(code);
   m_name->setText(name);
   TallymoorInternet& internet = TallymoorInternet::Instance();
-  priceField()->setValue(Date::hasFixedDate() ? internet.historicalPrice(code, Date(), true)
-                                              : internet.currentPrice(code, true, false));
+  const Date day = dateField()->date().value_or(Date());
+  proposePrice(day < Date::realToday() ? internet.historicalPrice(code, day, true)
+                                       : internet.currentPrice(code, true, false));
 }
 
 long BuySharesPanel::onCodeTyped(FXObject*, FXSelector, void*) {
-  m_name->setText(String());
+  m_name->setText(StockNames::nameOf(code()));
   return 1;
 }
 

@@ -1,10 +1,9 @@
 #include "entry/DatedPanel.h"
 #include "entry/FormChecks.h"
 #include "entry/FormIcons.h"
-#include "foundation/Exception.h"
 #include "widgets/CalendarDialog.h"
+#include "widgets/DateField.h"
 #include "widgets/FormRows.h"
-#include "widgets/FormTextField.h"
 #include "widgets/HandlerScope.h"
 
 namespace Tallymoor {
@@ -12,6 +11,7 @@ namespace Tallymoor {
 FXDEFMAP(DatedPanel)
 DatedPanelMap[] = {
     FXMAPFUNC(SEL_COMMAND, DatedPanel::ID_CHOOSE_DATE, DatedPanel::onChooseDate),
+    FXMAPFUNC(SEL_COMMAND, DatedPanel::ID_DATE, DatedPanel::onDate),
 };
 
 FXIMPLEMENT(DatedPanel, GUIPanel, DatedPanelMap, ARRAYNUMBER(DatedPanelMap))
@@ -24,7 +24,7 @@ DatedPanel::DatedPanel(FXComposite* parent, const String& title, const String& d
 DatedPanel::~DatedPanel() = default;
 
 void DatedPanel::addDate(FormRows& rows, const String& label) {
-  m_date = addDateRow(rows, label, *m_icons, this, ID_CHOOSE_DATE);
+  m_date = addDateRow(rows, label, *m_icons, this, ID_CHOOSE_DATE, ID_DATE);
   setDate(Date());
 }
 
@@ -33,15 +33,12 @@ Date DatedPanel::date() const {
 }
 
 void DatedPanel::setDate(const Date& date) {
-  m_date->setText(date.toString(DATE_DISPLAY_LOCAL));
+  m_date->setDate(date);
 }
 
 String DatedPanel::shownDate() const {
-  try {
-    return date().toString(DATE_DISPLAY_LOCAL);
-  } catch (const Exception&) {
-    return m_date->text();
-  }
+  const auto day = m_date->date();
+  return day ? day->toString(DATE_DISPLAY_LOCAL) : m_date->text();
 }
 
 void DatedPanel::focusDate() {
@@ -55,6 +52,13 @@ bool DatedPanel::checkDate(const String& futureMessage) const {
 long DatedPanel::onChooseDate(FXObject*, FXSelector, void*) {
   return guardedHandler(String(getClassName()) + u"::onChooseDate failed.",
                         [this] { chooseDate(this, *m_date); });
+}
+
+long DatedPanel::onDate(FXObject*, FXSelector, void*) {
+  return guardedHandler(String(getClassName()) + u"::onDate failed.", [this] {
+    if (m_date->date())
+      dateChanged();
+  });
 }
 
 } // namespace Tallymoor

@@ -5,21 +5,21 @@
 
 namespace Tallymoor {
 
+class DateField;
 class FormIcons;
 class FormRows;
-class FormTextField;
 
-/// A form for something that happened on a day. The day can be typed in the user's local form, or picked from
-/// a calendar by the small button beside the field.
+/// A form for something that happened on a day. The day can be typed, or picked from a calendar by the small
+/// button beside the field.
 class DatedPanel : public GUIPanel {
   FXDECLARE(DatedPanel)
 public:
-  enum { ID_CHOOSE_DATE = GUIPanel::ID_LAST, ID_LAST };
+  enum { ID_CHOOSE_DATE = GUIPanel::ID_LAST, ID_DATE, ID_LAST };
 
   DatedPanel(FXComposite* parent, const String& title, const String& description);
   ~DatedPanel() override;
 
-  /// Throws Exception when the text is no date of the local form.
+  /// Throws Exception when the text is no date.
   Date date() const;
   void setDate(const Date& date);
   /// The day in the local form; where the text is no date, the text.
@@ -29,20 +29,24 @@ public:
 
   /// A failure is reported under the name of the form's own class.
   long onChooseDate(FXObject*, FXSelector, void*);
+  /// Another day was chosen, or may have been typed.
+  long onDate(FXObject*, FXSelector, void*);
 
 protected:
+  /// What follows the date.
+  virtual void dateChanged() {}
+
   DatedPanel();
   const FormIcons& icons() const { return *m_icons; }
   /// Adds the row of the date; once for a form.
   void addDate(FormRows& rows, const String& label);
-  FormTextField* dateField() const { return m_date; }
-  /// Refuses a day after today with the message. Throws Exception, with the focus in the field, when the text
-  /// is no date.
+  DateField* dateField() const { return m_date; }
+  /// Refuses a text that is no date, and a day after today with the message.
   bool checkDate(const String& futureMessage) const;
 
 private:
   std::unique_ptr<FormIcons> m_icons;
-  FormTextField* m_date = nullptr;
+  DateField* m_date = nullptr;
 };
 
 } // namespace Tallymoor

@@ -1,6 +1,9 @@
 #include "entry/EditHeldSharesDialog.h"
+#include "engine/CashBalance.h"
+#include "engine/PortfolioEvents.h"
+#include "engine/SharePortfolioUser.h"
 #include "entry/BuySharesPanel.h"
-#include "xml/Leaves.h"
+#include "xml/PortfolioRecords.h"
 
 namespace Tallymoor {
 
@@ -12,14 +15,26 @@ String captionFor(const String& code, const Date& date) {
   return u"Edit share purchase for " + code + u" on " + date.toString(DATE_DISPLAY_LOCAL);
 }
 
+/// What would be in the cash reserve now; nothing where the purchase has no entry there.
+std::optional<double> cashWithout(const XMLElement& portfolio, const String& code,
+                                  const XMLElement& buyEvent) {
+  const double cost = doubleValue(buyEvent, u"NumHeld") * doubleValue(buyEvent, u"BuyPrice") +
+                      doubleValue(buyEvent, u"Brokerage");
+  const CashEntryKey key{textValue(buyEvent, u"BuyDate"), moneyText(cost), CASH_EVENT_DEBIT, code};
+  if (!findCashEntry(portfolio, key))
+    return std::nullopt;
+  return cashBalance(portfolio, Date()) + cost;
+}
+
 } // namespace
 
-EditHeldSharesDialog::EditHeldSharesDialog(FXWindow* owner, const String& code, const XMLElement& buyEvent)
+EditHeldSharesDialog::EditHeldSharesDialog(FXWindow* owner, const SharePortfolioUser& portfolio,
+                                           const String& code, const XMLElement& buyEvent)
     : Dialog(owner, captionFor(code, dateValue(buyEvent, u"BuyDate")), String()),
-      m_panel(new BuySharesPanel(contents())) {
+      m_panel(new BuySharesPanel(contents(), &portfolio)) {
   m_panel->showPurchase(code, dateValue(buyEvent, u"BuyDate"), doubleValue(buyEvent, u"NumHeld"),
                         doubleValue(buyEvent, u"BuyPrice"), doubleValue(buyEvent, u"Brokerage"),
-                        textValue(buyEvent, u"Comment"));
+                        textValue(buyEvent, u"Comment"), cashWithout(portfolio.portfolio(), code, buyEvent));
   setFirstFocus(m_panel->firstField());
 }
 

@@ -4,14 +4,16 @@
 namespace Tallymoor {
 
 class BuySharesPanel;
+class SharePortfolioUser;
 class XMLElement;
 
 /// Changes a recorded purchase; the caller edits the record from panel() when execute() gives 1.
 class EditHeldSharesDialog : public Dialog {
   FXDECLARE(EditHeldSharesDialog)
 public:
-  /// The event is a BuyEvent of the held share that has the code; only read, and only here.
-  EditHeldSharesDialog(FXWindow* owner, const String& code, const XMLElement& buyEvent);
+  /// The event is a BuyEvent of the portfolio's held share that has the code; both are only read.
+  EditHeldSharesDialog(FXWindow* owner, const SharePortfolioUser& portfolio, const String& code,
+                       const XMLElement& buyEvent);
 
   bool validate() override;
   BuySharesPanel* panel() const { return m_panel; }

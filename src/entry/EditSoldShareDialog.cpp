@@ -7,6 +7,7 @@
 #include "foundation/Amounts.h"
 #include "foundation/Platform.h"
 #include "widgets/CalendarDialog.h"
+#include "widgets/DateField.h"
 #include "widgets/FormRows.h"
 #include "widgets/GUIPanel.h"
 #include "widgets/HandlerScope.h"
@@ -80,8 +81,8 @@ void EditSoldShareDialog::show(const String& code, const XMLElement& sellEvent) 
   m_sellPrice->setValue(doubleValue(sellEvent, u"SellPrice"));
   m_buyBrokerage->setValue(doubleValue(sellEvent, u"BuyBrokerage"));
   m_sellBrokerage->setValue(doubleValue(sellEvent, u"SellBrokerage"));
-  m_buyDate->setText(dateValue(sellEvent, u"BuyDate").toString(DATE_DISPLAY_LOCAL));
-  m_sellDate->setText(dateValue(sellEvent, u"SellDate").toString(DATE_DISPLAY_LOCAL));
+  m_buyDate->setDate(dateValue(sellEvent, u"BuyDate"));
+  m_sellDate->setDate(dateValue(sellEvent, u"SellDate"));
   m_comments->setText(toFox(optionalText(sellEvent, u"Comment")));
   showTotalBrokerage();
 }
@@ -96,7 +97,8 @@ bool EditSoldShareDialog::validate() {
 
 bool EditSoldShareDialog::checkNumbers() const {
   if (!requirePositive(*m_number, u"You must select the number of shares sold.") ||
-      !requirePositive(*m_buyPrice, u"You must enter the price you bought the shares"))
+      !requirePositive(*m_buyPrice, u"You must enter the price you bought the shares") ||
+      !requireNotNegative(*m_sellPrice, u"The sell price"))
     return false;
   return !showsAsZero(sellPrice()) ||
          confirm(*m_sellPrice, u"Do you really want to record a sell price of " +
@@ -104,6 +106,9 @@ bool EditSoldShareDialog::checkNumbers() const {
 }
 
 bool EditSoldShareDialog::checkBrokerages() const {
+  if (!requireNotNegative(*m_buyBrokerage, u"The buy brokerage") ||
+      !requireNotNegative(*m_sellBrokerage, u"The sell brokerage"))
+    return false;
   if (showsAsZero(buyBrokerage()) &&
       !confirm(*m_buyBrokerage, u"Are you sure there was no buy brokerage charged\nfor this purchase?"))
     return false;

@@ -5,6 +5,7 @@
 
 namespace Tallymoor {
 
+class DateField;
 class FormIcons;
 class FormRows;
 class FormTextField;
@@ -30,7 +31,7 @@ public:
   double sellPrice() const;
   double buyBrokerage() const;
   double sellBrokerage() const;
-  /// These two throw Exception when the text is no date of the local form.
+  /// These two throw Exception when the text is no date.
   Date buyDate() const;
   Date sellDate() const;
   String comments() const;
@@ -61,8 +62,8 @@ private:
   NumberField* m_buyBrokerage = nullptr;
   NumberField* m_sellBrokerage = nullptr;
   NumberField* m_totalBrokerage = nullptr;
-  FormTextField* m_buyDate = nullptr;
-  FormTextField* m_sellDate = nullptr;
+  DateField* m_buyDate = nullptr;
+  DateField* m_sellDate = nullptr;
   FXText* m_comments = nullptr;
 };
 

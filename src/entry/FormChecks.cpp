@@ -2,6 +2,7 @@
 #include "entry/FormIcons.h"
 #include "foundation/Amounts.h"
 #include "foundation/Exception.h"
+#include "widgets/DateField.h"
 #include "widgets/FormRows.h"
 #include "widgets/MainWindow.h"
 #include "widgets/NumberField.h"
@@ -32,27 +33,27 @@ bool requirePositive(NumberField& field, const String& message) {
   return (field.value() > 0.0 && !showsAsZero(field.value())) || refuse(field, message);
 }
 
-bool requireNotInFuture(FormTextField& field, const String& message) {
-  try {
-    return dateIn(field) <= Date() || refuse(field, message);
-  } catch (const Exception&) {
-    putFocus(field);
-    throw;
-  }
+bool requireNotNegative(NumberField& field, const String& name) {
+  return field.value() >= 0.0 || refuse(field, name + u" can't be less than zero.");
 }
 
-Date dateIn(const FormTextField& field) {
-  return Date(field.text().trimmed(), DATE_DISPLAY_LOCAL);
+bool requireNotInFuture(DateField& field, const String& message) {
+  const auto date = field.date();
+  if (!date)
+    return refuse(field, field.complaint());
+  return *date <= Date() || refuse(field, message);
 }
 
-FormTextField* addDateRow(FormRows& rows, const String& label, const FormIcons& icons, FXObject* target,
-                          FXSelector chooseSelector) {
-  FormTextField* field = rows.addTextWithButton(label, icons.calendar(), u"\tChoose a date\tChoose a date",
-                                                target, chooseSelector);
-  // Any other form is refused, and the last day of a year tells which number is the month.
-  const String example = Date(Date::realToday().year(), 12, 31).toString(DATE_DISPLAY_LOCAL);
-  field->setTipText(toFox(u"A date is written like " + example));
-  return field;
+Date dateIn(const DateField& field) {
+  if (const auto date = field.date())
+    return *date;
+  throw Exception(field.complaint());
+}
+
+DateField* addDateRow(FormRows& rows, const String& label, const FormIcons& icons, FXObject* target,
+                      FXSelector chooseSelector, FXSelector fieldSelector) {
+  return rows.addDate(label, icons.calendar(), u"\tChoose a date\tChoose a date", target, chooseSelector,
+                      fieldSelector);
 }
 
 } // namespace Tallymoor

@@ -4,9 +4,9 @@
 
 namespace Tallymoor {
 
+class DateField;
 class FormIcons;
 class FormRows;
-class FormTextField;
 class NumberField;
 
 // The steps of a form's validate(). Each tells the user what is wrong and gives false to stay in the form.
@@ -22,14 +22,17 @@ bool confirm(FXWindow& field, const String& question);
 /// Refuses a number that shows as zero or is negative: nobody trades less than no shares, or at less than no
 /// price.
 bool requirePositive(NumberField& field, const String& message);
-/// Refuses a day after today. Throws Exception, with the focus in the field, when the text is no date.
-bool requireNotInFuture(FormTextField& field, const String& message);
+/// Refuses a number below zero, by the name that the user knows the field by, as in "The brokerage paid".
+bool requireNotNegative(NumberField& field, const String& name);
+/// Refuses a text that is no date, and, with the message, a day after today.
+bool requireNotInFuture(DateField& field, const String& message);
 
-/// The day in a field. Throws Exception when the text is no date of the user's local form.
-Date dateIn(const FormTextField& field);
+/// The day in a field. Throws Exception when the text is no date.
+Date dateIn(const DateField& field);
 
-/// The row of a date, with the button that opens the calendar.
-FormTextField* addDateRow(FormRows& rows, const String& label, const FormIcons& icons, FXObject* target,
-                          FXSelector chooseSelector);
+/// The row of a date, with the button that opens the calendar. The field tells the target of another day
+/// under its own selector, if there is one.
+DateField* addDateRow(FormRows& rows, const String& label, const FormIcons& icons, FXObject* target,
+                      FXSelector chooseSelector, FXSelector fieldSelector = 0);
 
 } // namespace Tallymoor

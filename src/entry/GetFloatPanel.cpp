@@ -37,7 +37,7 @@ bool GetFloatPanel::validate() {
   return runChecks([this] {
     if (!checkDate(u"You can't specify a date in the future."))
       return false;
-    return value() != 0.0 || refuse(*m_value, u"You must enter the value.");
+    return m_zeroAllowed || value() != 0.0 || refuse(*m_value, u"You must enter the value.");
   });
 }
 

@@ -3,6 +3,7 @@
 
 namespace Tallymoor {
 
+class FormTextField;
 class NumberField;
 
 /// The form for an amount of cash on a day, with an optional description: deposits, withdrawals, interest and
@@ -16,6 +17,8 @@ public:
   /// These values, and no description.
   void reset(double initialValue = 0.0, const Date& initialDate = Date());
   void setText(const String& description);
+  /// For an amount that may well be nothing, as the cash that a portfolio starts with.
+  void allowZero(bool allowed) { m_zeroAllowed = allowed; }
 
   bool validate() override;
   /// The field that has the focus when the form opens.
@@ -30,6 +33,7 @@ protected:
   GetFloatPanel() {}
 
 private:
+  bool m_zeroAllowed = false;
   NumberField* m_value = nullptr;
   FormTextField* m_text = nullptr;
 };

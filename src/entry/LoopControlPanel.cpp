@@ -1,4 +1,5 @@
 #include "entry/LoopControlPanel.h"
+#include "widgets/TextSize.h"
 #include "widgets/ToolkitText.h"
 
 namespace Tallymoor {
@@ -8,7 +9,9 @@ FXIMPLEMENT(LoopControlPanel, GUIPanel, nullptr, 0)
 LoopControlPanel::LoopControlPanel(FXComposite* parent) : GUIPanel(parent, String(), String()) {
   constexpr FXint indent = 20; // below the text of the check button
   m_text = new FXLabel(this, FXString(), nullptr, JUSTIFY_LEFT);
-  new FXFrame(this, LAYOUT_FIX_HEIGHT, 0, 0, 0, 10);
+  // As wide as the longest text: the window is made before the texts are known.
+  constexpr FXint widestText = 440;
+  new FXFrame(this, LAYOUT_FIX_WIDTH | LAYOUT_FIX_HEIGHT, 0, 0, scaledToText(widestText), 10);
   m_finished = new FXCheckButton(this, FXString(), nullptr, 0, CHECKBUTTON_NORMAL | JUSTIFY_LEFT);
   m_help = new FXLabel(this, FXString(), nullptr, JUSTIFY_LEFT, 0, 0, 0, 0, indent);
 }

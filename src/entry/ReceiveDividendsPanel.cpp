@@ -1,11 +1,14 @@
 #include "entry/ReceiveDividendsPanel.h"
 #include "engine/FrankingCredit.h"
+#include "engine/SaleFigures.h"
 #include "engine/SharePortfolioUser.h"
 #include "entry/CountryNames.h"
 #include "entry/FormChecks.h"
 #include "entry/OptionalText.h"
 #include "entry/StockChoice.h"
 #include "foundation/Amounts.h"
+#include "foundation/Platform.h"
+#include "market/StockNames.h"
 #include "widgets/FormRows.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/NumberField.h"
@@ -14,6 +17,7 @@
 #include "xml/CountryOfResidence.h"
 #include "xml/Leaves.h"
 #include <algorithm>
+#include <map>
 
 namespace Tallymoor {
 
@@ -51,6 +55,21 @@ void setShown(FXWindow* widget, bool shown) {
     widget->hide();
 }
 
+/// The number held now; of a stock that is held no more, all that was sold on the last day of a sale.
+double heldOrSoldLast(const SharePortfolioUser& portfolio, const String& code) {
+  const double held = portfolio.numHeld(code);
+  std::size_t index = 0;
+  const XMLElement* stock = portfolio.findSoldShare(code, index);
+  if (!showsAsZero(held) || !stock)
+    return held;
+  std::map<Date, double> soldOn;
+  for (std::size_t i = 0; i < stock->numSubElements(u"SellEvents"); ++i) {
+    const SaleFigures sale(stock->subElement(u"SellEvents", i));
+    soldOn[sale.sold()] += sale.number();
+  }
+  return soldOn.empty() ? 0.0 : soldOn.rbegin()->second;
+}
+
 } // namespace
 
 ReceiveDividendsPanel::ReceiveDividendsPanel(FXComposite* parent, const SharePortfolioUser* portfolio,
@@ -69,7 +88,9 @@ ReceiveDividendsPanel::ReceiveDividendsPanel(FXComposite* parent, const SharePor
 
 void ReceiveDividendsPanel::buildHoldingRows(FormRows& rows) {
   constexpr FXint spinnerColumns = 5;
-  m_code = new StockChoice(rows.addRow(u"Stock Code"), u"<select stock code>", this, ID_CODE);
+  m_code = new StockChoice(rows.addRow(u"Stock Code"), u"<select stock code>", this, ID_CODE,
+                           StockChoice::Stocks::HELD_AND_SOLD);
+  m_name = rows.addReadOnly(u"Stock name");
   m_held = rows.addNumber(u"On Shares Held", amountDecimals, this, ID_RECOMPUTE);
   m_rate = rows.addNumber(u"Dividend Rate", rateDecimals, this, ID_RECOMPUTE);
   m_percentFranked = new NumberSpinner(rows.addRow(u"Percent Franked"), spinnerColumns, 0, fullyFranked, 0,
@@ -130,18 +151,29 @@ void ReceiveDividendsPanel::fillCountries() {
 
 void ReceiveDividendsPanel::showFranking() {
   const bool franking = CountryOfResidence::Instance().isAustralia();
-  m_percentFranked->setValue(franking ? fullyFranked : 0);
+  m_frankingTyped = false;
+  proposeFranking();
   setShown(m_percentFranked->getParent(), franking);
   setShown(m_frankingCredit->getParent(), franking);
   recalc();
 }
 
+/// Only companies of the country itself have paid its tax.
+void ReceiveDividendsPanel::proposeFranking() {
+  if (m_frankingTyped)
+    return;
+  const bool franked = CountryOfResidence::Instance().isAustralia() && !isForeign();
+  m_percentFranked->setValue(franked ? fullyFranked : 0);
+}
+
 void ReceiveDividendsPanel::showDividend(const XMLElement& dividendEvent) {
   m_code->add(textValue(dividendEvent, u"Code"));
   m_code->choose(textValue(dividendEvent, u"Code"));
+  m_name->setText(StockNames::nameOf(code()));
   m_held->setValue(doubleValue(dividendEvent, u"NumHeld"));
   m_rate->setValue(doubleValue(dividendEvent, u"Rate"));
   m_percentFranked->setValue(longValue(dividendEvent, u"PercentFranked"));
+  m_frankingTyped = true;
   setDate(dateValue(dividendEvent, u"ReceiveDate"));
   const String country = optionalText(dividendEvent, u"ForeignDividend");
   m_foreign->setCheck(!country.empty());
@@ -160,7 +192,8 @@ void ReceiveDividendsPanel::showDividend(const XMLElement& dividendEvent) {
 }
 
 void ReceiveDividendsPanel::showHolding() {
-  m_held->setValue(m_portfolio ? m_portfolio->numHeld(code()) : 0.0);
+  m_name->setText(StockNames::nameOf(code()));
+  m_held->setValue(m_portfolio ? heldOrSoldLast(*m_portfolio, code()) : 0.0);
   recompute();
 }
 
@@ -206,9 +239,26 @@ bool ReceiveDividendsPanel::validate() {
         !requirePositive(*m_held, u"You must select the number of shares the dividend was given for") ||
         !requirePositive(*m_rate, u"You must record the dividend rate"))
       return false;
-    return !isForeign() || !country().empty() ||
-           refuse(*m_country->textField(), u"You must enter the country of origin of the foreign dividend.");
+    return checkOrigin() && checkPayment();
   });
+}
+
+bool ReceiveDividendsPanel::checkOrigin() const {
+  if (isForeign() && country().empty())
+    return refuse(*m_country->textField(), u"You must enter the country of origin of the foreign dividend.");
+  return requireNotNegative(*m_withholdingTax, u"The withholding tax");
+}
+
+/// Without shares a reinvestment would be booked as cash.
+bool ReceiveDividendsPanel::checkPayment() const {
+  if (!isReinvested())
+    return true;
+  if (!requirePositive(*m_shares, u"You must enter the number of shares received.") ||
+      !requireNotNegative(*m_sharePrice, u"The share price"))
+    return false;
+  return !showsAsZero(sharePrice()) ||
+         confirm(*m_sharePrice, u"Do you really want to record a share price of " +
+                                    Platform::Instance().currencyFormat(sharePrice()) + u"?");
 }
 
 String ReceiveDividendsPanel::code() const {
@@ -274,6 +324,10 @@ long ReceiveDividendsPanel::onRadioDRP(FXObject*, FXSelector, void*) {
 
 long ReceiveDividendsPanel::onRecompute(FXObject* sender, FXSelector, void*) {
   return guardedHandler(u"ReceiveDividendsPanel::onRecompute failed.", [this, sender] {
+    if (sender == m_percentFranked)
+      m_frankingTyped = true;
+    if (sender == m_foreign)
+      proposeFranking();
     recompute();
     if (sender == m_foreign && isForeign())
       putFocus(*m_country->textField());

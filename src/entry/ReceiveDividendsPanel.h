@@ -8,6 +8,7 @@ class FormComboBox;
 class NumberField;
 class NumberSpinner;
 class SharePortfolioUser;
+class FormTextField;
 class StockChoice;
 class XMLElement;
 
@@ -24,8 +25,8 @@ public:
 
   /// Another portfolio: every field goes back to its initial value.
   void setPortfolio(const SharePortfolioUser* portfolio);
-  /// Every field to its initial value, with the stocks that are held now to choose from. A held code that is
-  /// passed in is chosen, with all its shares.
+  /// Every field to its initial value, with the stocks to choose from that are held now or were sold: a
+  /// dividend may come after the sale. A code that is passed in is chosen, with all its shares.
   void reset(const String& initialCode = String());
   /// The fields of a recorded dividend; its stock can be chosen although it may not be held any more.
   void showDividend(const XMLElement& dividendEvent);
@@ -53,7 +54,7 @@ public:
   double sharesReceived() const;
   double sharePrice() const;
 
-  /// A stock was chosen: fills in the number held.
+  /// A stock was chosen: fills in the number held, or the one that was sold last.
   long onListChanged(FXObject*, FXSelector, void*);
   long onRadioCash(FXObject*, FXSelector, void*);
   long onRadioDRP(FXObject*, FXSelector, void*);
@@ -66,12 +67,16 @@ protected:
   virtual void enablePaymentFields(bool reinvested);
 
 private:
+  bool checkOrigin() const;
+  bool checkPayment() const;
+
   void buildHoldingRows(FormRows& rows);
   void buildValueRows(FormRows& rows);
   void buildForeignRows(FormRows& rows);
   void buildPaymentRows(FormRows& rows);
   void fillCountries();
   void showFranking();
+  void proposeFranking();
   void showHolding();
   void recompute();
   void payInCash();
@@ -79,9 +84,11 @@ private:
 
   const SharePortfolioUser* m_portfolio = nullptr;
   StockChoice* m_code = nullptr;
+  FormTextField* m_name = nullptr;
   NumberField* m_held = nullptr;
   NumberField* m_rate = nullptr;
   NumberSpinner* m_percentFranked = nullptr;
+  bool m_frankingTyped = false; ///< or recorded: it is the user's, and no longer ours to propose
   NumberField* m_value = nullptr;
   NumberField* m_frankingCredit = nullptr;
   FXCheckButton* m_foreign = nullptr;

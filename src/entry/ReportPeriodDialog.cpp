@@ -2,8 +2,8 @@
 #include "entry/FormChecks.h"
 #include "entry/FormIcons.h"
 #include "widgets/CalendarDialog.h"
+#include "widgets/DateField.h"
 #include "widgets/FormRows.h"
-#include "widgets/FormTextField.h"
 #include "widgets/GUIPanel.h"
 #include "widgets/HandlerScope.h"
 
@@ -27,8 +27,8 @@ ReportPeriodDialog::ReportPeriodDialog(FXWindow* owner, const ReportPeriod& init
   m_first = addDateRow(rows, u"From", *m_icons, this, ID_CHOOSE_FIRST);
   m_last = addDateRow(rows, u"To", *m_icons, this, ID_CHOOSE_LAST);
   rows.align();
-  m_first->setText(initial.first.toString(DATE_DISPLAY_LOCAL));
-  m_last->setText(initial.last.toString(DATE_DISPLAY_LOCAL));
+  m_first->setDate(initial.first);
+  m_last->setDate(initial.last);
   setFirstFocus(m_first);
 }
 

@@ -5,11 +5,10 @@
 
 namespace Tallymoor {
 
+class DateField;
 class FormIcons;
-class FormTextField;
 
-/// Asks for the days that a report is to tell of. Both can be typed in the user's local form, or picked from
-/// a calendar.
+/// Asks for the days that a report is to tell of. Both can be typed, or picked from a calendar.
 class ReportPeriodDialog : public Dialog {
   FXDECLARE(ReportPeriodDialog)
 public:
@@ -34,8 +33,8 @@ private:
   bool checkOrder() const;
 
   std::unique_ptr<FormIcons> m_icons;
-  FormTextField* m_first = nullptr;
-  FormTextField* m_last = nullptr;
+  DateField* m_first = nullptr;
+  DateField* m_last = nullptr;
 };
 
 } // namespace Tallymoor

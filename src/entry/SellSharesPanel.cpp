@@ -1,10 +1,13 @@
 #include "entry/SellSharesPanel.h"
+#include "engine/CashBalance.h"
 #include "engine/SharePortfolioUser.h"
 #include "entry/FormChecks.h"
 #include "entry/KnownPrice.h"
 #include "entry/StockChoice.h"
 #include "foundation/Amounts.h"
 #include "foundation/Platform.h"
+#include "market/StockNames.h"
+#include "widgets/DateField.h"
 #include "widgets/FormRows.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/MainWindow.h"
@@ -31,9 +34,9 @@ String wholeHolding(double held) {
                                                                        : String::fromDouble(held, 4);
 }
 
-double priceToday(const SharePortfolioUser& portfolio, const String& code) {
+double priceOn(const SharePortfolioUser& portfolio, const String& code, const Date& day) {
   try {
-    return portfolio.sharePriceFor(code, Date(), true);
+    return portfolio.sharePriceFor(code, day, true);
   } catch (const Exception&) {
     MainWindow::error(u"Problem getting stock price");
     return 0.0;
@@ -58,7 +61,9 @@ SellSharesPanel::SellSharesPanel(FXComposite* parent, const SharePortfolioUser* 
       m_portfolio(portfolio) {
   FormRows rows(this);
   m_code = new StockChoice(rows.addRow(u"Stock code"), u"<select held stock>", this, ID_CODE);
+  m_name = rows.addReadOnly(u"Stock name");
   addTrade(rows, u"Number sold", u"Date sold");
+  addTotals(rows, u"Total received");
   rows.align();
   addComments(rows, u"Sale reasons, comments, indicators");
   reset(initialCode);
@@ -73,13 +78,19 @@ void SellSharesPanel::reset(const String& initialCode) {
   resetTrade();
   m_code->fill(m_portfolio);
   m_code->choose(initialCode);
+  m_name->setText(StockNames::nameOf(code()));
+  setCashBefore(m_portfolio ? std::optional(cashBalance(m_portfolio->portfolio(), Date())) : std::nullopt);
   if (!code().empty())
     showHolding(knownPrice(code()));
 }
 
 void SellSharesPanel::showHolding(double price) {
-  priceField()->setValue(price);
   numberField()->setText(wholeHolding(m_portfolio->numHeld(code())));
+  proposePrice(price);
+}
+
+double SellSharesPanel::cashEffect() const {
+  return number() * price() - brokerage();
 }
 
 FXWindow* SellSharesPanel::firstField() const {
@@ -93,9 +104,10 @@ String SellSharesPanel::code() const {
 bool SellSharesPanel::validate() {
   return runChecks([this] {
     return checkCode() && checkDate(u"You can't specify a sell date in the future.") && checkHeldOnDate() &&
-           checkNumber() && checkPrice() &&
+           checkNumber() && checkProposedPrice() && checkPrice() &&
            checkBrokerage(u"Are you sure there was no brokerage charged\nfor this purchase?",
-                          u"Would you like to make this the default\nbrokerage rate?");
+                          u"Would you like to make this the default\nbrokerage rate?") &&
+           checkPriceOfDay();
   });
 }
 
@@ -122,6 +134,8 @@ bool SellSharesPanel::checkNumber() const {
 }
 
 bool SellSharesPanel::checkPrice() const {
+  if (!requireNotNegative(*priceField(), u"The share price"))
+    return false;
   return !showsAsZero(price()) ||
          confirm(*priceField(), u"Do you really want to record a sell price of " +
                                     Platform::Instance().currencyFormat(price()) + u"?");
@@ -129,8 +143,9 @@ bool SellSharesPanel::checkPrice() const {
 
 long SellSharesPanel::onListChanged(FXObject*, FXSelector, void*) {
   return guardedHandler(u"SellSharesPanel::onListChanged failed.", [this] {
+    m_name->setText(StockNames::nameOf(code()));
     if (!code().empty())
-      showHolding(priceToday(*m_portfolio, code()));
+      showHolding(priceOn(*m_portfolio, code(), dateField()->date().value_or(Date())));
   });
 }
 

@@ -4,6 +4,7 @@
 namespace Tallymoor {
 
 class SharePortfolioUser;
+class FormTextField;
 class StockChoice;
 
 /// The form for one sale out of the shares that a portfolio holds.
@@ -27,13 +28,14 @@ public:
   FXWindow* firstField() const;
 
   /// Empty when none is chosen.
-  String code() const;
+  String code() const override;
 
   /// A stock was chosen: fills in its price today and all shares held.
   long onListChanged(FXObject*, FXSelector, void*);
 
 protected:
   SellSharesPanel() {}
+  double cashEffect() const override;
 
 private:
   void showHolding(double price);
@@ -44,6 +46,7 @@ private:
 
   const SharePortfolioUser* m_portfolio = nullptr;
   StockChoice* m_code = nullptr;
+  FormTextField* m_name = nullptr;
 };
 
 } // namespace Tallymoor

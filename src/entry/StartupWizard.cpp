@@ -8,6 +8,7 @@
 #include "entry/IntroPanel.h"
 #include "entry/LoopControlPanel.h"
 #include "entry/ReceiveDividendsPanel.h"
+#include "entry/RecordedEntries.h"
 #include "entry/SellSharesPanel.h"
 #include "entry/StartupStages.h"
 #include "foundation/Exception.h"
@@ -55,6 +56,7 @@ void StartupWizard::buildPages() {
   for (GUIPanel* page : std::initializer_list<GUIPanel*>{m_introPage, m_choosePage, m_moneyPage, m_loopPage,
                                                          m_buyPage, m_dividendPage, m_sellPage, m_finishPage})
     registerPage(page, number++);
+  m_entries = new RecordedEntries(besidePages());
 }
 
 std::unique_ptr<SharePortfolioUser> StartupWizard::takePortfolio() {
@@ -80,6 +82,7 @@ long StartupWizard::onNext(FXObject* sender, FXSelector selector, void* data) {
     }
     m_before = std::move(before);
     backButton()->enable();
+    m_entries->show(m_portfolio);
   });
 }
 
@@ -90,17 +93,31 @@ long StartupWizard::onBack(FXObject* sender, FXSelector selector, void* data) {
     restore(m_before);
     Wizard::onBack(sender, selector, data);
     makeRecordCurrentFor(currentPage());
+    focusFirstField();
+    m_entries->show(m_portfolio);
   });
 }
 
 long StartupWizard::onCancel(FXObject* sender, FXSelector selector, void* data) {
-  guardedHandler(u"Wizard::onCancel failed.", [this] {
+  // The window itself cancels what stands in the way of the program's end, and nobody may be there to ask.
+  const bool programEnds = sender == &MainWindow::Instance();
+  bool mayLeave = true;
+  guardedHandler(u"Wizard::onCancel failed.", [&] {
+    mayLeave = programEnds || mayDropEntries();
+    if (!mayLeave)
+      return;
     const String file = m_user ? m_user->capitalRecord().fileName() : String();
     dropPortfolio();
     if (!file.empty())
       removeFile(file);
   });
-  return Wizard::onCancel(sender, selector, data);
+  return mayLeave ? Wizard::onCancel(sender, selector, data) : 1;
+}
+
+bool StartupWizard::mayDropEntries() const {
+  return !m_portfolio || !hasEntries(*m_portfolio) ||
+         MainWindow::question(u"If you leave now, the portfolio " + m_user->name() +
+                              u" is dropped\nwith all that you have entered here.\nDo you want to leave?");
 }
 
 // ---- What Back restores ----
@@ -151,6 +168,7 @@ void StartupWizard::makePortfolio() {
   m_portfolio->subElement(u"Name").setValue(m_choosePage->name());
   m_user = std::make_unique<SharePortfolioUser>(*m_portfolio);
   forgetDays(); // a file that lies on disk under the name holds those of other records
+  m_buyPage->setPortfolio(m_user.get());
   m_dividendPage->setPortfolio(m_user.get());
   m_sellPage->setPortfolio(m_user.get());
 }
@@ -159,6 +177,7 @@ void StartupWizard::makePortfolio() {
 void StartupWizard::dropPortfolio() {
   if (!m_portfolio)
     return;
+  m_buyPage->setPortfolio(nullptr);
   m_dividendPage->setPortfolio(nullptr);
   m_sellPage->setPortfolio(nullptr);
   m_user.reset();
@@ -239,6 +258,7 @@ GUIPanel* StartupWizard::entryPage() const {
 /// What the user typed there and left by "< Back" stands there again.
 void StartupWizard::showEntryPage(GUIPanel* page, const String& title, const String& description) {
   page->setTexts(title, description);
+  m_moneyPage->allowZero(m_stage == STAGE_HELD);
   makeRecordCurrentFor(page);
   if (!takesUpUnrecorded(page))
     resetEntry(page);
@@ -248,9 +268,12 @@ void StartupWizard::showEntryPage(GUIPanel* page, const String& title, const Str
 void StartupWizard::resetEntry(const GUIPanel* page) {
   if (page == m_moneyPage)
     m_moneyPage->reset();
-  else if (page == m_buyPage)
+  else if (page == m_buyPage) {
     m_buyPage->reset();
-  else if (page == m_dividendPage)
+    m_buyPage->setPaidFromCash(m_stage != STAGE_HELD);
+    if (m_stage == STAGE_HELD)
+      m_buyPage->setDate(m_startDate);
+  } else if (page == m_dividendPage)
     m_dividendPage->reset();
   else
     m_sellPage->reset();
@@ -266,6 +289,7 @@ void StartupWizard::makeRecordCurrentFor(const GUIPanel* page) {
   } catch (const Exception& failure) {
     MainWindow::reportException(u"There was a problem refreshing your capital records.", failure);
   }
+  setFocus(); // the window that showed the progress has had the keyboard
 }
 
 // ---- The records ----
@@ -299,9 +323,17 @@ bool StartupWizard::recordPurchase() {
   const BuySharesPanel& form = *m_buyPage;
   const Date date = form.date();
   const bool beforeStart = date < m_startDate;
-  if (m_stage == STAGE_BOUGHT && !beforeStart)
-    return m_user->buyShares(form.code(), date, form.number(), form.price(), form.brokerage(),
-                             form.comments());
+  if (m_stage == STAGE_HELD && date > m_startDate) {
+    MainWindow::error(u"You specified a buy date of " + localText(date) +
+                      u",\nwhich is after your portfolio start date, " + localText(m_startDate) +
+                      u".\nShares bought since then are entered in the next section.");
+    m_buyPage->focusDate();
+    return false;
+  }
+  if (m_stage == STAGE_BOUGHT && !beforeStart) {
+    m_user->buyShares(form.code(), date, form.number(), form.price(), form.brokerage(), form.comments());
+    return true;
+  }
   if (m_stage == STAGE_BOUGHT &&
       MainWindow::question(u"You specified a buy date of " + localText(date) +
                            u",\nwhich is before your portfolio start date, " + localText(m_startDate) +

@@ -13,14 +13,15 @@ class GetFloatPanel;
 class IntroPanel;
 class LoopControlPanel;
 class ReceiveDividendsPanel;
+class RecordedEntries;
 class SellSharesPanel;
 class SharePortfolioUser;
 class XMLElement;
 
 /// Takes a new user through setting up a portfolio from paper records: its name, the cash at a start date,
-/// the shares held then, and all that has happened since. Each page is recorded as it is left, by the
-/// operations that the menus use; "< Back" takes that back. Until Finish the portfolio stands in the records
-/// but belongs to the wizard, and goes with it on Cancel.
+/// the shares held then, and all that has happened since. Beside every page stands what has been recorded.
+/// Each page is recorded as it is left, by the operations that the menus use; "< Back" takes that back. Until
+/// Finish the portfolio stands in the records but belongs to the wizard, and goes with it on Cancel.
 class StartupWizard : public Wizard {
   FXDECLARE(StartupWizard)
 public:
@@ -32,7 +33,8 @@ public:
   /// The portfolio, once execute() has given 1; its records stay where they stand.
   std::unique_ptr<SharePortfolioUser> takePortfolio();
 
-  /// Removes the portfolio with all that was entered, and its file.
+  /// Removes the portfolio with all that was entered, and its file. Asks first when anything was, unless the
+  /// program ends.
   long onCancel(FXObject*, FXSelector, void*) override;
   long onNext(FXObject*, FXSelector, void*) override;
   /// One page back, and no further until the next "Next >".
@@ -63,6 +65,7 @@ private:
   void rememberUnrecorded();
   bool takesUpUnrecorded(const GUIPanel* page);
 
+  bool mayDropEntries() const;
   void makePortfolio();
   void dropPortfolio();
   void forgetDays();
@@ -91,6 +94,7 @@ private:
   ReceiveDividendsPanel* m_dividendPage = nullptr;
   SellSharesPanel* m_sellPage = nullptr;
   FinishPanel* m_finishPage = nullptr;
+  RecordedEntries* m_entries = nullptr;
   int m_stage = 0; ///< a StartupStage
   Date m_startDate;
   std::unique_ptr<SharePortfolioUser> m_user;

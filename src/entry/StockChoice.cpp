@@ -13,18 +13,20 @@ namespace {
 
 constexpr FXint mostVisible = 12;
 
-std::set<String> heldCodes(const SharePortfolioUser& portfolio) {
+/// The reference name is both that of the list and of what stands in it.
+std::set<String> codesIn(const SharePortfolioUser& portfolio, std::u16string_view list) {
   std::set<String> codes;
-  const XMLElement& shares = portfolio.portfolio().subElement(u"HeldShares");
-  for (std::size_t i = 0; i < shares.numSubElements(u"HeldShares"); ++i)
-    codes.insert(textValue(shares.subElement(u"HeldShares", i), u"Code"));
+  const XMLElement& shares = portfolio.portfolio().subElement(list);
+  for (std::size_t i = 0; i < shares.numSubElements(list); ++i)
+    codes.insert(textValue(shares.subElement(list, i), u"Code"));
   return codes;
 }
 
 } // namespace
 
-StockChoice::StockChoice(FXComposite* parent, const String& prompt, FXObject* target, FXSelector selector)
-    : FormComboBox(parent, target, selector, COMBOBOX_STATIC), m_prompt(toFox(prompt)) {
+StockChoice::StockChoice(FXComposite* parent, const String& prompt, FXObject* target, FXSelector selector,
+                         Stocks stocks)
+    : FormComboBox(parent, target, selector, COMBOBOX_STATIC), m_prompt(toFox(prompt)), m_stocks(stocks) {
   fill(nullptr);
 }
 
@@ -32,8 +34,11 @@ void StockChoice::fill(const SharePortfolioUser* portfolio) {
   clearItems();
   appendItem(m_prompt);
   if (portfolio)
-    for (const String& code : heldCodes(*portfolio))
+    for (const String& code : codesIn(*portfolio, u"HeldShares"))
       appendItem(toFox(code));
+  if (portfolio && m_stocks == Stocks::HELD_AND_SOLD)
+    for (const String& code : codesIn(*portfolio, u"SoldShares"))
+      add(code);
   setCurrentItem(0);
   showNoMoreThanFits();
 }

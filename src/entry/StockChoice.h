@@ -6,13 +6,17 @@ namespace Tallymoor {
 
 class SharePortfolioUser;
 
-/// A drop-down list of the stocks that a portfolio holds, in alphabetical order; the first entry asks for a
-/// choice and counts as none. A long list scrolls.
+/// A drop-down list of the stocks that a portfolio holds, in alphabetical order, and behind them, if wanted,
+/// those that were sold altogether; the first entry asks for a choice and counts as none. A long list
+/// scrolls.
 class StockChoice : public FormComboBox {
   FXDECLARE(StockChoice)
 public:
+  enum class Stocks { HELD, HELD_AND_SOLD };
+
   /// The prompt is the first entry, as "<select stock code>".
-  StockChoice(FXComposite* parent, const String& prompt, FXObject* target, FXSelector selector);
+  StockChoice(FXComposite* parent, const String& prompt, FXObject* target, FXSelector selector,
+              Stocks stocks = Stocks::HELD);
 
   /// Makes the list anew, with nothing chosen; without a portfolio only the prompt is in it.
   void fill(const SharePortfolioUser* portfolio);
@@ -29,6 +33,7 @@ protected:
 private:
   void showNoMoreThanFits();
   FXString m_prompt;
+  Stocks m_stocks = Stocks::HELD;
 };
 
 } // namespace Tallymoor

@@ -1,6 +1,7 @@
 #include "entry/StockSearchDialog.h"
 #include "entry/StockSearchTable.h"
 #include "foundation/Exception.h"
+#include "market/StockNames.h"
 #include "market/TallymoorInternet.h"
 #include "widgets/MainWindow.h"
 #include "widgets/TextSize.h"
@@ -64,6 +65,7 @@ bool StockSearchDialog::validate() {
     return false;
   }
   m_code = chosen->code;
+  StockNames::remember(chosen->code, chosen->name);
   m_name = (chosen->name + u" in " + chosen->market).trimmed();
   return true;
 }

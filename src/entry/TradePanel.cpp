@@ -2,14 +2,23 @@
 #include "engine/PortfolioEvents.h"
 #include "entry/Brokerage.h"
 #include "entry/FormChecks.h"
+#include "entry/KnownPrice.h"
 #include "foundation/Amounts.h"
+#include "widgets/DateField.h"
 #include "widgets/FormRows.h"
+#include "widgets/HandlerScope.h"
 #include "widgets/NumberField.h"
 #include "widgets/ToolkitText.h"
+#include <cmath>
 
 namespace Tallymoor {
 
-FXIMPLEMENT(TradePanel, DatedPanel, nullptr, 0)
+FXDEFMAP(TradePanel)
+TradePanelMap[] = {
+    FXMAPFUNC(SEL_CHANGED, TradePanel::ID_AMOUNT, TradePanel::onAmount),
+};
+
+FXIMPLEMENT_ABSTRACT(TradePanel, DatedPanel, TradePanelMap, ARRAYNUMBER(TradePanelMap))
 
 namespace {
 
@@ -22,10 +31,17 @@ TradePanel::TradePanel(FXComposite* parent, const String& title, const String& d
     : DatedPanel(parent, title, description) {}
 
 void TradePanel::addTrade(FormRows& rows, const String& numberLabel, const String& dateLabel) {
-  m_number = rows.addNumber(numberLabel, amountDecimals);
-  m_price = rows.addNumber(u"Share price", priceDecimals);
-  m_brokerage = rows.addNumber(u"Brokerage paid", amountDecimals);
+  m_number = rows.addNumber(numberLabel, amountDecimals, this, ID_AMOUNT);
+  m_price = rows.addNumber(u"Share price", priceDecimals, this, ID_AMOUNT);
+  m_brokerage = rows.addNumber(u"Brokerage paid", amountDecimals, this, ID_AMOUNT);
   addDate(rows, dateLabel);
+}
+
+void TradePanel::addTotals(FormRows& rows, const String& label) {
+  m_total = rows.addNumber(label, amountDecimals);
+  m_total->makeReadOnly();
+  m_cashAfter = rows.addNumber(u"Cash afterwards", amountDecimals);
+  m_cashAfter->makeReadOnly();
 }
 
 void TradePanel::addComments(FormRows& rows, const String& title) {
@@ -34,6 +50,8 @@ void TradePanel::addComments(FormRows& rows, const String& title) {
 
 void TradePanel::resetTrade() {
   showTrade(Date(), 0.0, 0.0, defaultBrokerage(), String());
+  m_shownPrice.clear();
+  proposePrice(0.0);
 }
 
 void TradePanel::showTrade(const Date& date, double number, double price, double brokerage,
@@ -43,9 +61,78 @@ void TradePanel::showTrade(const Date& date, double number, double price, double
   m_price->setValue(price);
   m_brokerage->setValue(brokerage);
   m_comments->setText(toFox(comments));
+  m_proposedPrice.clear();
+  m_shownPrice = m_price->text();
+  m_priceDay = date;
+  showTotals();
+}
+
+// ---- Total and cash ----
+
+void TradePanel::setCashBefore(std::optional<double> cash) {
+  m_cashBefore = cash;
+  if (cash)
+    m_cashAfter->getParent()->show();
+  else
+    m_cashAfter->getParent()->hide();
+  recalc();
+  showTotals();
+}
+
+void TradePanel::showTotals() {
+  const double effect = cashEffect();
+  m_total->setValue(std::fabs(effect));
+  m_cashAfter->setValue(m_cashBefore.value_or(0.0) + effect);
+}
+
+long TradePanel::onAmount(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"TradePanel::onAmount failed.", [this] { showTotals(); });
+}
+
+// ---- The price of the day ----
+
+void TradePanel::proposePrice(double price) {
+  m_price->setValue(price);
+  m_proposedPrice = m_price->text();
+  m_priceDay = dateField()->date().value_or(Date());
+  showTotals();
+}
+
+/// True when that has changed the price.
+bool TradePanel::followDate() {
+  const Date day = date();
+  if (code().empty() || day == m_priceDay || !(m_price->text() == m_proposedPrice))
+    return false;
+  const String before = m_price->text();
+  proposePrice(priceOfDay(code(), day));
+  return !(m_price->text() == before);
+}
+
+void TradePanel::dateChanged() {
+  followDate();
+}
+
+bool TradePanel::checkProposedPrice() {
+  return !followDate() || showsAsZero(price()) ||
+         confirm(*m_price, u"The price of " + code() + u" on " + shownDate() + u" was " +
+                               shortPriceText(price()) + u".\nDo you want to record this price?");
+}
+
+bool TradePanel::checkPriceOfDay() const {
+  const Date day = date();
+  const bool isRecorded = m_price->text() == m_shownPrice && day == m_priceDay;
+  if (isRecorded || showsAsZero(price()))
+    return true;
+  const double known = priceOfDay(code(), day);
+  return showsAsZero(known) || !isFarFrom(price(), known) ||
+         confirm(*m_price, u"The price of " + shortPriceText(price()) + u" is far from that of " + code() +
+                               u" on " + shownDate() + u", which was " + shortPriceText(known) +
+                               u".\nDo you want to record it all the same?");
 }
 
 bool TradePanel::checkBrokerage(const String& noneQuestion, const String& defaultQuestion) const {
+  if (!requireNotNegative(*m_brokerage, u"The brokerage paid"))
+    return false;
   if (showsAsZero(brokerage()) && !confirm(*m_brokerage, noneQuestion))
     return false;
   offerAsDefaultBrokerage(brokerage(), defaultQuestion);

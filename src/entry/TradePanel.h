@@ -1,41 +1,74 @@
 #pragma once
 #include "entry/DatedPanel.h"
+#include <optional>
 
 namespace Tallymoor {
 
 class NumberField;
 
 /// What the forms for a purchase and for a sale have in common: the number of shares, their price, the
-/// brokerage, the day and the user's comments.
+/// brokerage, the day and the user's comments; the total, which the contract note has too, and the cash that
+/// is there afterwards.
+///
+/// The price that a form proposes is that of the form's day, and follows it until the user types another one.
 class TradePanel : public DatedPanel {
-  FXDECLARE(TradePanel)
+  FXDECLARE_ABSTRACT(TradePanel)
 public:
-  enum { ID_LAST = DatedPanel::ID_LAST };
+  enum { ID_AMOUNT = DatedPanel::ID_LAST, ID_LAST };
 
   TradePanel(FXComposite* parent, const String& title, const String& description);
 
+  /// Of the stock that is traded; empty while there is none.
+  virtual String code() const = 0;
   double number() const;
   double price() const;
   double brokerage() const;
   String comments() const;
 
+  /// A number was typed: the total follows.
+  long onAmount(FXObject*, FXSelector, void*);
+
 protected:
   TradePanel() {}
+  /// What the trade brings into the cash reserve; negative for what it takes.
+  virtual double cashEffect() const = 0;
   void addTrade(FormRows& rows, const String& numberLabel, const String& dateLabel);
+  /// The rows of the total, under this label, and of the cash.
+  void addTotals(FormRows& rows, const String& label);
   void addComments(FormRows& rows, const String& title);
   /// Nothing bought or sold yet, the default brokerage, today, no comments.
   void resetTrade();
   void showTrade(const Date& date, double number, double price, double brokerage, const String& comments);
-  /// Asks whether there really was no brokerage, and whether another one than the default is the new default.
+  /// What is in the cash reserve without the trade. Nothing, which is how a form begins, hides the row.
+  void setCashBefore(std::optional<double> cash);
+  /// A price that is not the user's own, for the form's day.
+  void proposePrice(double price);
+  void dateChanged() override;
+  /// Where the user has just typed another day, the proposed price is that day's now, and he is asked about
+  /// it.
+  bool checkProposedPrice();
+  /// Asks about a price that is far from that of the day, unless it stood in the form already.
+  bool checkPriceOfDay() const;
+  /// Refuses a negative brokerage, asks whether there really was none, and whether another one than the
+  /// default is the new default.
   bool checkBrokerage(const String& noneQuestion, const String& defaultQuestion) const;
 
   NumberField* numberField() const { return m_number; }
   NumberField* priceField() const { return m_price; }
 
 private:
+  bool followDate();
+  void showTotals();
+
   NumberField* m_number = nullptr;
   NumberField* m_price = nullptr;
   NumberField* m_brokerage = nullptr;
+  NumberField* m_total = nullptr;
+  NumberField* m_cashAfter = nullptr;
+  std::optional<double> m_cashBefore;
+  String m_proposedPrice; ///< the field's text; empty when it is the user's own
+  String m_shownPrice;    ///< that was recorded before; empty in a new form
+  Date m_priceDay;        ///< of the proposal, or of the record
   FXText* m_comments = nullptr;
 };
 

@@ -86,7 +86,7 @@ void ShareHeldTable::editPurchase(XMLElement& purchase) {
   const double oldCost = doubleValue(purchase, u"NumHeld") * doubleValue(purchase, u"BuyPrice") +
                          doubleValue(purchase, u"Brokerage");
   const Date oldDate = dateValue(purchase, u"BuyDate");
-  EditHeldSharesDialog dialog(&MainWindow::Instance(), m_code, purchase);
+  EditHeldSharesDialog dialog(&MainWindow::Instance(), portfolio(), m_code, purchase);
   if (dialog.execute() == 0)
     return;
   const BuySharesPanel& panel = *dialog.panel();

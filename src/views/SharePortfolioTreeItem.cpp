@@ -264,13 +264,14 @@ void SharePortfolioTreeItem::limitsTyped(const String& code, const PriceLimits& 
 
 void SharePortfolioTreeItem::buyShares(const String& code) {
   HandlerScope scope;
-  BuySharesDialog dialog(&MainWindow::Instance(), code);
+  BuySharesDialog dialog(&MainWindow::Instance(), *m_portfolio, code);
   if (dialog.execute() == 0)
     return;
   const BuySharesPanel& panel = *dialog.panel();
-  if (m_portfolio->buyShares(panel.code(), panel.date(), panel.number(), panel.price(), panel.brokerage(),
-                             panel.comments()))
-    transactionMade();
+  // Asked for before the change, here and below: a sale takes parcels away that tables may be reading.
+  transactionMade();
+  m_portfolio->buyShares(panel.code(), panel.date(), panel.number(), panel.price(), panel.brokerage(),
+                         panel.comments());
 }
 
 void SharePortfolioTreeItem::sellShares(const String& code) {
@@ -279,7 +280,6 @@ void SharePortfolioTreeItem::sellShares(const String& code) {
   if (dialog.execute() == 0)
     return;
   const SellSharesPanel& panel = *dialog.panel();
-  // Asked for before the change, here and below: a sale takes parcels away that tables may be reading.
   transactionMade();
   m_portfolio->sellShares(panel.code(), panel.date(), panel.number(), panel.price(), panel.brokerage(), true,
                           panel.comments());

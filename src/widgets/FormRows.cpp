@@ -1,4 +1,5 @@
 #include "widgets/FormRows.h"
+#include "widgets/DateField.h"
 #include "widgets/FormNotes.h"
 #include "widgets/FormTextField.h"
 #include "widgets/NumberField.h"
@@ -33,9 +34,20 @@ NumberField* FormRows::addNumber(const String& label, int decimals, FXObject* ta
 FormTextField* FormRows::addTextWithButton(const String& label, FXIcon* icon, const String& tip,
                                            FXObject* target, FXSelector buttonSelector) {
   FormTextField* field = addText(label);
-  new FXButton(m_rows.back(), toFox(tip), icon, target, buttonSelector,
-               FRAME_RAISED | FRAME_THICK | LAYOUT_CENTER_Y | LAYOUT_FILL_Y, 0, 0, 0, 0, 3, 3, 0, 0);
+  addButton(icon, tip, target, buttonSelector);
   return field;
+}
+
+DateField* FormRows::addDate(const String& label, FXIcon* icon, const String& tip, FXObject* target,
+                             FXSelector buttonSelector, FXSelector fieldSelector) {
+  auto* field = new DateField(addRow(label), label, columns, fieldSelector ? target : nullptr, fieldSelector);
+  addButton(icon, tip, target, buttonSelector);
+  return field;
+}
+
+void FormRows::addButton(FXIcon* icon, const String& tip, FXObject* target, FXSelector selector) {
+  new FXButton(m_rows.back(), toFox(tip), icon, target, selector,
+               FRAME_RAISED | FRAME_THICK | LAYOUT_CENTER_Y | LAYOUT_FILL_Y, 0, 0, 0, 0, 3, 3, 0, 0);
 }
 
 FXCheckButton* FormRows::addCheck(const String& label, FXObject* target, FXSelector selector) {

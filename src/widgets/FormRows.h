@@ -5,6 +5,7 @@
 
 namespace Tallymoor {
 
+class DateField;
 class FormTextField;
 class NumberField;
 
@@ -25,6 +26,9 @@ public:
   /// has it.
   FormTextField* addTextWithButton(const String& label, FXIcon* icon, const String& tip, FXObject* target,
                                    FXSelector buttonSelector);
+  /// The same for a day, with its own target and selector for the field.
+  DateField* addDate(const String& label, FXIcon* icon, const String& tip, FXObject* target,
+                     FXSelector buttonSelector, FXSelector fieldSelector = 0);
   /// A row that a check button begins, in the column of the labels; the row is its parent.
   FXCheckButton* addCheck(const String& label, FXObject* target, FXSelector selector);
   /// A group box with a text of several lines, at least 400 wide.
@@ -40,6 +44,8 @@ public:
   static constexpr FXint columns = 20;
 
 private:
+  void addButton(FXIcon* icon, const String& tip, FXObject* target, FXSelector selector);
+
   FXComposite* m_parent;
   String m_widestLabel;
   std::vector<FXHorizontalFrame*> m_rows;

@@ -3,6 +3,7 @@
 #include "foundation/EndingSignals.h"
 #include "foundation/RunTimeSettings.h"
 #include "widgets/HandlerScope.h"
+#include "widgets/ModalDialogs.h"
 #include "widgets/StatusTexts.h"
 #include "widgets/TextSize.h"
 #include "widgets/ToolkitText.h"
@@ -43,13 +44,6 @@ String caption() {
   return title;
 }
 
-/// A box above an open dialog belongs to that dialog, so that it can't come up behind it.
-FXWindow* boxOwner() {
-  MainWindow& window = MainWindow::Instance();
-  FXWindow* modal = window.getApp()->getModalWindow();
-  return modal && modal->isShell() && modal->shown() ? modal : &window;
-}
-
 using Box = FXuint (*)(FXWindow*, FXuint, const char*, const char*, ...);
 
 FXuint showBox(Box box, FXuint buttons, const String& text) {
@@ -58,7 +52,7 @@ FXuint showBox(Box box, FXuint buttons, const String& text) {
     MainWindow::setStatusText(text);
     return MBOX_CLICKED_CANCEL;
   }
-  return box(boxOwner(), buttons, caption().toUTF8().c_str(), messageBoxText(text).text());
+  return box(ownerOfNextWindow(), buttons, caption().toUTF8().c_str(), messageBoxText(text).text());
 }
 
 } // namespace

@@ -18,6 +18,12 @@ FXuint runModal(FXDialogBox& dialog, FXuint placement, const std::function<FXuin
   return execute(placement);
 }
 
+FXWindow* ownerOfNextWindow() {
+  MainWindow& window = MainWindow::Instance();
+  FXWindow* modal = window.getApp()->getModalWindow();
+  return modal && modal->isShell() && modal->shown() ? modal : &window;
+}
+
 long keyInDialog(FXDialogBox& dialog, const FXEvent& event, FXuint goOnCommand,
                  const std::function<long()>& toolkitHandler) {
   const bool enter = event.code == KEY_Return || event.code == KEY_KP_Enter;

@@ -3,6 +3,7 @@
 #include "widgets/GetLongDialog.h"
 #include "widgets/ListChoiceDialog.h"
 #include "widgets/MainWindow.h"
+#include "widgets/ModalDialogs.h"
 #include "widgets/ProgressDialog.h"
 #include "widgets/StopRequest.h"
 
@@ -125,7 +126,7 @@ bool WindowInteraction::runLengthy(const String& caption, const String& heading,
     work.runLengthyFunction(unseen, argument);
     return true;
   }
-  ProgressDialog dialog(&MainWindow::Instance(), caption, heading, steps,
+  ProgressDialog dialog(ownerOfNextWindow(), caption, heading, steps,
                         ProgressDialog::PERCENT_BAR | ProgressDialog::CAN_CANCEL);
   const ProgressKnown known(*m_stopRequest, dialog);
   return dialog.run(work, argument);

@@ -13,6 +13,7 @@ namespace Tallymoor {
 FXDEFMAP(Wizard)
 WizardMap[] = {
     FXMAPFUNC(SEL_COMMAND, Wizard::ID_CANCEL, Wizard::onCancel),
+    FXMAPFUNC(SEL_CLOSE, 0, Wizard::onCancel), // the toolkit's own goes past overriding classes
     FXMAPFUNC(SEL_COMMAND, Wizard::ID_NEXT, Wizard::onNext),
     FXMAPFUNC(SEL_COMMAND, Wizard::ID_BACK, Wizard::onBack),
     FXMAPFUNC(SEL_COMMAND, Wizard::ID_FINISH, Wizard::onFinish),
@@ -63,7 +64,8 @@ Wizard::Wizard(FXWindow* owner, const String& title)
   auto* column = new FXVerticalFrame(this, LAYOUT_FILL_X | LAYOUT_FILL_Y, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
   buildBanner(column);
   new FXHorizontalSeparator(column, SEPARATOR_GROOVE | LAYOUT_FILL_X);
-  m_pages = new FXSwitcher(column, LAYOUT_FILL_X | LAYOUT_FILL_Y, 0, 0, 0, 0, 20, 20, 10, 10);
+  m_middle = new FXHorizontalFrame(column, LAYOUT_FILL_X | LAYOUT_FILL_Y, 0, 0, 0, 0, 20, 20, 10, 10, 10, 0);
+  m_pages = new FXSwitcher(m_middle, LAYOUT_FILL_X | LAYOUT_FILL_Y, 0, 0, 0, 0, 0, 0, 0, 0);
   new FXHorizontalSeparator(column, SEPARATOR_GROOVE | LAYOUT_FILL_X);
   buildButtons(column);
   getAccelTable()->addAccel(parseAccel("Esc"), this, FXSEL(SEL_COMMAND, ID_CANCEL));

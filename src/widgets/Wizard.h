@@ -30,6 +30,8 @@ public:
 
   /// Where the pages are made. They belong to the wizard.
   FXSwitcher* pages() const { return m_pages; }
+  /// What is made here stands beside every page.
+  FXHorizontalFrame* besidePages() const { return m_middle; }
   void registerPage(GUIPanel* panel, int number);
   /// Shows a page, and remembers it as the one that "< Back" comes to from the next. Throws Exception
   /// "Wizard::setToPage - page not registered: " with the panel's title.
@@ -54,6 +56,8 @@ public:
 
 protected:
   Wizard();
+  /// The keyboard goes to the current page, to what takes it there first.
+  void focusFirstField();
 
 private:
   /// Why a page came to be in the history.
@@ -70,13 +74,13 @@ private:
   void goOn();
   GUIPanel* pageNumbered(int number) const;
   void showLastOfHistory();
-  void focusFirstField();
 
   std::unique_ptr<FXFont> m_titleFont;
   std::unique_ptr<FXFont> m_descriptionFont;
   std::unique_ptr<FXIcon> m_picture;
   FXLabel* m_title = nullptr;
   FXLabel* m_description = nullptr;
+  FXHorizontalFrame* m_middle = nullptr;
   FXSwitcher* m_pages = nullptr;
   FXButton* m_cancel = nullptr;
   FXButton* m_back = nullptr;

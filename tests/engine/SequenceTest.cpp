@@ -109,7 +109,12 @@ protected:
     const String code = a.text();
     const Date day = a.date();
     const double number = a.number(), price = a.number(), brokerage = a.number();
-    return truth(user().buyShares(code, day, number, price, brokerage, a.text()));
+    const String comment = a.text();
+    // As the form does before it closes.
+    if (user().isOfAnotherMarket(code) && !m_interaction.question(u"another market"))
+      return truth(false);
+    user().buyShares(code, day, number, price, brokerage, comment);
+    return truth(true);
   }
   Answer addParcel(Arguments& a) {
     const String code = a.text();

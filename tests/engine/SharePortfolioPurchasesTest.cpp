@@ -1,19 +1,13 @@
 #include "engine/EngineTest.h"
+#include "support/MessageOf.h"
 
 namespace Tallymoor {
 namespace {
 
 class PurchasesTest : public EngineTest {};
 
-const char16_t* const OTHER_MARKET =
-    u"You are about to buy stock from a different market to\n"
-    u"existing stock held in this portfolio. If you continue,\n"
-    u"the portfolio tracking will be inconsistent due to currency differences.\n"
-    u"We recommend you do NOT continue, and then buy this stock from a\n"
-    u"different portfolio. Do you want to continue?";
-
 TEST_F(PurchasesTest, BuyingRecordsParcelAndCashEntry) {
-  EXPECT_TRUE(user().buyShares(u"ABC.AX", Date(2026, 2, 1), 100, 12.34, 30, u"first"));
+  user().buyShares(u"ABC.AX", Date(2026, 2, 1), 100, 12.34, 30, u"first");
 
   const XMLElement& event = parcel(u"ABC.AX");
   EXPECT_EQ(textValue(event, u"BuyDate"), String(u"1/2/2026"));
@@ -45,42 +39,40 @@ TEST_F(PurchasesTest, ParcelsStandInTheOrderOfEntry) {
   EXPECT_EQ(textValue(parcel(u"ABC.AX", 1), u"NumHeld"), String(u"2.00"));
 }
 
+TEST_F(PurchasesTest, NothingLessThanZeroIsRecorded) {
+  user().buyShares(u"ABC.AX", m_today, 10, 1, 0, u"");
+  const String before = encodedPortfolio();
+  const auto buying = [this](double number, double price, double brokerage) {
+    return messageOf([=, this] { user().buyShares(u"XYZ.AX", m_today, number, price, brokerage, u""); });
+  };
+  EXPECT_EQ(buying(-1, 1, 1), u"The number of shares can't be less than zero.");
+  EXPECT_EQ(buying(1, -1, 1), u"The share price can't be less than zero.");
+  EXPECT_EQ(buying(1, 1, -1), u"The brokerage can't be less than zero.");
+  EXPECT_EQ(
+      messageOf([this] { user().editBuyEvent(parcel(u"ABC.AX"), m_today, 10, -1, 0, u"", 10, m_today); }),
+      u"The share price can't be less than zero.");
+  EXPECT_EQ(encodedPortfolio(), before);
+}
+
 TEST_F(PurchasesTest, AddBuyEventMakesNoCashEntry) {
   XMLElement& event = user().addBuyEvent(u"ABC.AX", m_today, 5, 2, 0, u"");
   EXPECT_EQ(&event, &parcel(u"ABC.AX"));
   EXPECT_EQ(numCashEntries(), 0u);
 }
 
-TEST_F(PurchasesTest, NoToAnotherMarketChangesNothing) {
-  user().buyShares(u"ABC.AX", m_today, 1, 1, 0, u"");
-  const String before = encodedPortfolio();
-  m_interaction.answerQuestion(false);
-  EXPECT_FALSE(user().buyShares(u"XYZ", m_today, 1, 1, 0, u""));
-  EXPECT_EQ(m_interaction.texts(Kind::Question), std::vector<String>{OTHER_MARKET});
-  EXPECT_EQ(encodedPortfolio(), before);
-}
-
-TEST_F(PurchasesTest, YesToAnotherMarketBuys) {
-  user().buyShares(u"ABC.AX", m_today, 1, 1, 0, u"");
-  m_interaction.answerQuestion(true);
-  EXPECT_TRUE(user().buyShares(u"XYZ.L", m_today, 1, 1, 0, u""));
-  EXPECT_EQ(numParcels(u"XYZ.L"), 1u);
-  EXPECT_EQ(numCashEntries(), 2u);
-}
-
 TEST_F(PurchasesTest, TheFirstStockHeldDecidesTheMarket) {
+  EXPECT_FALSE(user().isOfAnotherMarket(u"XYZ.L"));
   user().buyShares(u"ABC.AX", m_today, 1, 1, 0, u"");
-  m_interaction.answerQuestion(true);
   user().buyShares(u"XYZ.L", m_today, 1, 1, 0, u"");
-  m_interaction.clearCalls();
-  EXPECT_TRUE(user().buyShares(u"DEF.AX", m_today, 1, 1, 0, u""));
-  EXPECT_TRUE(m_interaction.texts(Kind::Question).empty());
+  EXPECT_FALSE(user().isOfAnotherMarket(u"DEF.AX"));
+  EXPECT_TRUE(user().isOfAnotherMarket(u"DEF.L"));
+  EXPECT_TRUE(user().isOfAnotherMarket(u"XYZ"));
+  EXPECT_TRUE(m_interaction.texts(Kind::Question).empty()) << "forms ask, before they close";
 }
 
 TEST_F(PurchasesTest, MarketIsWhatStandsBehindTheFirstPoint) {
   user().buyShares(u"ABC.AX", m_today, 1, 1, 0, u"");
-  m_interaction.answerQuestion(false);
-  EXPECT_FALSE(user().buyShares(u"ABC.B.AX", m_today, 1, 1, 0, u""));
+  EXPECT_TRUE(user().isOfAnotherMarket(u"ABC.B.AX"));
 }
 
 TEST_F(PurchasesTest, DeletingTakesParcelStockAndCashEntry) {

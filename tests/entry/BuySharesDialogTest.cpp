@@ -1,18 +1,28 @@
 #include "entry/BuySharesDialog.h"
+#include "engine/SharePortfolioUser.h"
 #include "entry/BuySharesPanel.h"
+#include "support/GatewayScope.h"
+#include "support/MarketFixture.h"
 #include "support/windows/WindowTest.h"
+#include "xml/PortfolioRecords.h"
 #include <fxkeys.h>
 
 namespace Tallymoor {
 namespace {
 
-using BuySharesDialogTest = WindowTest;
+class BuySharesDialogTest : public WindowTest {
+protected:
+  MarketFixture m_market;
+  GatewayScope m_gateway;
+  XMLSharePortfolio m_portfolio;
+};
 
 constexpr const char* unchecked = "You have not checked the stock code by searching for the company.\n"
                                   "Are you sure you want to continue with this stock code?";
 
 TEST_F(BuySharesDialogTest, TakesAPurchaseFromTheKeyboardAlone) {
-  BuySharesDialog dialog(&mainWindow());
+  const SharePortfolioUser portfolio(m_portfolio);
+  BuySharesDialog dialog(&mainWindow(), portfolio);
   whenModal("Buy Shares", [&](FXWindow& form) {
     EXPECT_TRUE(shows(form, "Specify the share code, date and buy price of a share purchase."));
     EXPECT_EQ(&field(form, "Stock code"), field(form, "Stock code").getParent()->getFocus());
@@ -29,7 +39,8 @@ TEST_F(BuySharesDialogTest, TakesAPurchaseFromTheKeyboardAlone) {
 }
 
 TEST_F(BuySharesDialogTest, AFailedCheckStaysAndKeepsTheFields) {
-  BuySharesDialog dialog(&mainWindow(), u"ABC.AX");
+  const SharePortfolioUser portfolio(m_portfolio);
+  BuySharesDialog dialog(&mainWindow(), portfolio, u"ABC.AX");
   whenModal("Buy Shares", [&](FXWindow& form) {
     EXPECT_STREQ("ABC.AX", field(form, "Stock code").getText().text());
     type(field(form, "Share price"), "2.50x");

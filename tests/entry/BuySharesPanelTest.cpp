@@ -1,13 +1,19 @@
 #include "entry/BuySharesPanel.h"
 #include "BrokenPlatform.h"
+#include "FocusedWidget.h"
+#include "engine/SharePortfolioUser.h"
 #include "entry/BuySharesDialog.h"
 #include "foundation/LinuxPlatform.h"
 #include "foundation/Settings.h"
+#include "market/StockNames.h"
 #include "market/TallymoorInternet.h"
 #include "support/GatewayScope.h"
 #include "support/MarketFixture.h"
 #include "support/windows/WindowTest.h"
+#include "widgets/CalendarDialog.h"
+#include "widgets/DateField.h"
 #include "widgets/FXCalendar.h"
+#include "xml/PortfolioRecords.h"
 
 namespace Tallymoor {
 namespace {
@@ -199,11 +205,29 @@ TEST_F(BuySharesPanelTest, BrokeragesThatReadTheSameAtTwoPlacesAreTheSame) {
   EXPECT_TRUE(m_panel->validate());
 }
 
-TEST_F(BuySharesPanelTest, AnUnreadableDateIsAProblem) {
+TEST_F(BuySharesPanelTest, AnUnreadableDateIsNamed) {
   fill();
-  set("Date bought", "yesterday");
-  answer("There was a problem validating your input", "OK");
+  set("Date bought", "29/02/2025");
+  answer("Date bought: \"29/02/2025\" is no date.\nA date is written like 31/12/2026 or 31 Dec 2026.", "OK");
   EXPECT_FALSE(m_panel->validate());
+  EXPECT_EQ(&field(*m_panel, "Date bought"), focused(*m_panel));
+  EXPECT_EQ("29/02/2025", shown("Date bought"));
+}
+
+TEST_F(BuySharesPanelTest, DatesAreTypedAsPeopleTypeThem) {
+  for (const char* text : {"1/2/2026", "01/02/26", "2026-02-01", "1 Feb 2026", "1.2.2026"}) {
+    set("Date bought", text);
+    EXPECT_EQ(Date(2026, 2, 1), m_panel->date()) << text;
+  }
+}
+
+TEST_F(BuySharesPanelTest, ANegativeBrokerageIsRefused) {
+  fill();
+  set("Brokerage paid", "-5");
+  answer("The brokerage paid can't be less than zero.", "OK");
+  EXPECT_FALSE(m_panel->validate());
+  EXPECT_EQ(&field(*m_panel, "Brokerage paid"), focused(*m_panel));
+  EXPECT_EQ(50.0, storedBrokerage());
 }
 
 TEST_F(BuySharesPanelTest, TodayIsTheViewDateWhileOneIsSet) {
@@ -215,6 +239,144 @@ TEST_F(BuySharesPanelTest, TodayIsTheViewDateWhileOneIsSet) {
   answer(futureDate, "OK");
   EXPECT_FALSE(m_panel->validate());
   Date::clearFixedDate();
+}
+
+TEST_F(BuySharesPanelTest, AnotherMarketIsAskedAboutInTheForm) {
+  XMLSharePortfolio records;
+  SharePortfolioUser user(records);
+  user.addBuyEvent(u"OLD.AX", Date(2026, 1, 5), 10.0, 1.0, 0.0, String());
+  m_panel->setPortfolio(&user);
+  fill();
+  answer(unchecked, "Yes");
+  EXPECT_TRUE(m_panel->validate());
+  set("Stock code", "ABC.L");
+  answer(unchecked, "Yes");
+  whenModal("You are about to buy stock from a different market to\nexisting stock held in this portfolio.",
+            [this](FXWindow& box) { press(box, "No"); });
+  EXPECT_FALSE(m_panel->validate());
+  EXPECT_EQ(&field(*m_panel, "Stock code"), focused(*m_panel));
+  answer(unchecked, "Yes");
+  whenModal("You are about to buy stock from a different market to\nexisting stock held in this portfolio.",
+            [this](FXWindow& box) { press(box, "Yes"); });
+  EXPECT_TRUE(m_panel->validate());
+  m_panel->setPortfolio(nullptr);
+}
+
+// Total and cash
+
+TEST_F(BuySharesPanelTest, ShowsTheTotalAndTheCashThatRemains) {
+  EXPECT_FALSE(field(*m_panel, "Cash afterwards").getParent()->shown()) << "no portfolio, no cash";
+  XMLSharePortfolio records;
+  SharePortfolioUser user(records);
+  user.creditCash(Date(2026, 1, 5), 2000.0, CASH_EVENT_DEPOSIT, String());
+  user.debitCash(Date(2026, 1, 6), 100.0, CASH_EVENT_DEBIT, String());
+  m_panel->setPortfolio(&user);
+  EXPECT_TRUE(field(*m_panel, "Cash afterwards").getParent()->shown());
+  EXPECT_EQ("50.00", shown("Total to pay"));
+  fill();
+  EXPECT_EQ("1284.00", shown("Total to pay"));
+  EXPECT_EQ("616.00", shown("Cash afterwards"));
+  set("Brokerage paid", "0");
+  EXPECT_EQ("1234.00", shown("Total to pay"));
+  set("Number bought", "1000");
+  EXPECT_EQ("-10440.00", shown("Cash afterwards"));
+  EXPECT_FALSE(field(*m_panel, "Total to pay").isEditable());
+  m_panel->setPaidFromCash(false);
+  EXPECT_FALSE(field(*m_panel, "Cash afterwards").getParent()->shown());
+  m_panel->setPortfolio(nullptr);
+}
+
+// The price of the day
+
+TEST_F(BuySharesPanelTest, TheProposedPriceFollowsTheDate) {
+  TallymoorInternet::Instance().goOffline();
+  TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2026, 3, 3), 12.0);
+  TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2026, 2, 16), 10.5);
+  m_panel->reset(u"ABC.AX");
+  set("Number bought", "100");
+  EXPECT_EQ("12.0000", shown("Share price"));
+  FXTextField& date = field(*m_panel, "Date bought");
+  date.setFocus();
+  set("Date bought", "16 Feb 26");
+  field(*m_panel, "Number bought").setFocus();
+  EXPECT_EQ("16/02/2026", shown("Date bought"));
+  EXPECT_EQ("10.5000", shown("Share price"));
+  EXPECT_EQ("1100.00", shown("Total to pay"));
+  whenModal("Choose the date", [&](FXWindow& form) {
+    dynamic_cast<CalendarDialog&>(form).calendar()->setDate(Date(2026, 3, 3));
+    dynamic_cast<CalendarDialog&>(form).typed()->setDate(Date(2026, 3, 3));
+    press(form, "OK");
+  });
+  press(*m_panel, "Choose a date");
+  EXPECT_EQ("12.0000", shown("Share price"));
+  set("Share price", "11.9");
+  date.setFocus();
+  set("Date bought", "16/02/2026");
+  field(*m_panel, "Number bought").setFocus();
+  EXPECT_EQ("11.9", shown("Share price")) << "a typed price is the user's";
+}
+
+TEST_F(BuySharesPanelTest, APriceThatFollowsOnlyAtOkIsAskedAbout) {
+  TallymoorInternet::Instance().goOffline();
+  TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2026, 3, 3), 12.0);
+  TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2026, 2, 16), 10.5);
+  m_panel->reset(u"ABC.AX");
+  set("Number bought", "100");
+  set("Date bought", "16/02/2026");
+  answer("The price of ABC.AX on 16/02/2026 was 10.50.\nDo you want to record this price?", "No");
+  EXPECT_FALSE(m_panel->validate());
+  EXPECT_EQ("10.5000", shown("Share price"));
+  EXPECT_EQ(&field(*m_panel, "Share price"), focused(*m_panel));
+  answer(unchecked, "Yes"); // it stands there now, and is asked about no more
+  EXPECT_TRUE(m_panel->validate());
+}
+
+TEST_F(BuySharesPanelTest, APriceFarFromThatOfTheDayIsDoubted) {
+  TallymoorInternet::Instance().goOffline();
+  TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2026, 3, 3), 12.0);
+  fill();
+  for (const char* price : {"12", "15", "9.6"}) {
+    set("Share price", price);
+    answer(unchecked, "Yes");
+    EXPECT_TRUE(m_panel->validate()) << price;
+  }
+  for (const char* price : {"15.01", "9.59", "1.2", "1200"}) {
+    set("Share price", price);
+    answer(unchecked, "Yes");
+    whenModal("is far from that of ABC.AX on 03/03/2026, which was 12.00.",
+              [this](FXWindow& box) { press(box, "No"); });
+    EXPECT_FALSE(m_panel->validate()) << price;
+    EXPECT_EQ(&field(*m_panel, "Share price"), focused(*m_panel));
+  }
+  answer(unchecked, "Yes");
+  whenModal("The price of 1200.00 is far from that of ABC.AX on 03/03/2026, which was 12.00.",
+            [this](FXWindow& box) { press(box, "Yes"); });
+  EXPECT_TRUE(m_panel->validate());
+  set("Date bought", "20/02/2026"); // nothing is known of that day
+  answer(unchecked, "Yes");
+  EXPECT_TRUE(m_panel->validate());
+}
+
+TEST_F(BuySharesPanelTest, ARecordedPriceIsNotDoubtedAgain) {
+  TallymoorInternet::Instance().goOffline();
+  TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2026, 2, 16), 12.0);
+  m_panel->showPurchase(u"ABC.AX", Date(2026, 2, 16), 100.0, 1.2, 50.0, String());
+  EXPECT_TRUE(m_panel->validate());
+  set("Share price", "1.3");
+  whenModal("The price of 1.30 is far from that of ABC.AX", [this](FXWindow& box) { press(box, "Yes"); });
+  EXPECT_TRUE(m_panel->validate());
+}
+
+TEST_F(BuySharesPanelTest, TheNameOfAKnownCodeIsThereAtOnce) {
+  StockNames::remember(u"KNOWN.AX", u"Known Quantities");
+  m_panel->reset(u"KNOWN.AX");
+  EXPECT_EQ("Known Quantities", shown("Stock name"));
+  set("Stock code", "KNOWN");
+  EXPECT_EQ("", shown("Stock name"));
+  fill();
+  set("Stock code", "KNOWN.AX");
+  EXPECT_EQ("Known Quantities", shown("Stock name"));
+  EXPECT_TRUE(m_panel->validate()) << "what was found before is not asked about";
 }
 
 // The buttons
@@ -232,7 +394,6 @@ TEST_F(BuySharesPanelTest, TheDateButtonFillsTheField) {
 
 TEST_F(BuySharesPanelTest, AFailureOfTheDateButtonIsReported) {
   Platform::setInstance(std::make_unique<BrokenPlatform>());
-  whenModal("Choose the date", [&](FXWindow& form) { press(form, "OK"); });
   answer("BuySharesPanel::onChooseDate failed. Exception : no form for dates", "OK");
   press(*m_panel, "Choose a date");
 }

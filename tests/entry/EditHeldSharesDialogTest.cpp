@@ -1,5 +1,10 @@
 #include "entry/EditHeldSharesDialog.h"
+#include "engine/PortfolioEvents.h"
+#include "engine/SharePortfolioUser.h"
 #include "entry/BuySharesPanel.h"
+#include "market/StockNames.h"
+#include "support/GatewayScope.h"
+#include "support/MarketFixture.h"
 #include "support/windows/WindowTest.h"
 #include "xml/PortfolioRecords.h"
 #include <fxkeys.h>
@@ -17,10 +22,14 @@ protected:
     m_event.subElement(u"Comment").setValue(u"cheap & sound");
   }
   XMLBuyEvent m_event;
+  MarketFixture m_market;
+  GatewayScope m_gateway;
+  XMLSharePortfolio m_portfolio;
 };
 
 TEST_F(EditHeldSharesDialogTest, ShowsThePurchase) {
-  EditHeldSharesDialog dialog(&mainWindow(), u"ABC.AX", m_event);
+  const SharePortfolioUser portfolio(m_portfolio);
+  EditHeldSharesDialog dialog(&mainWindow(), portfolio, u"ABC.AX", m_event);
   const std::string caption =
       "Edit share purchase for ABC.AX on " + Date(2025, 7, 3).toString(DATE_DISPLAY_LOCAL).toUTF8();
   EXPECT_EQ(caption, title(dialog));
@@ -34,19 +43,48 @@ TEST_F(EditHeldSharesDialogTest, ShowsThePurchase) {
 
 TEST_F(EditHeldSharesDialogTest, APartOfAPurchaseKeepsItsDigits) {
   m_event.subElement(u"NumHeld").setValue(u"66.666667");
-  EditHeldSharesDialog dialog(&mainWindow(), u"ABC.AX", m_event);
+  const SharePortfolioUser portfolio(m_portfolio);
+  EditHeldSharesDialog dialog(&mainWindow(), portfolio, u"ABC.AX", m_event);
   EXPECT_EQ("66.666667", std::string(field(dialog, "Number bought").getText().text()));
   EXPECT_EQ(66.666667, dialog.panel()->number());
 }
 
 TEST_F(EditHeldSharesDialogTest, TheCodeCannotBeChanged) {
-  EditHeldSharesDialog dialog(&mainWindow(), u"ABC.AX", m_event);
+  const SharePortfolioUser portfolio(m_portfolio);
+  EditHeldSharesDialog dialog(&mainWindow(), portfolio, u"ABC.AX", m_event);
   EXPECT_FALSE(field(dialog, "Stock code").isEditable());
   EXPECT_FALSE(button(dialog, "Search for stock code").shown());
 }
 
+TEST_F(EditHeldSharesDialogTest, ShowsTheNameTheTotalAndTheCashWithoutTheOldCost) {
+  SharePortfolioUser user(m_portfolio);
+  StockNames::remember(u"ABC.AX", u"Alphabet Bricks");
+  user.creditCash(Date(2025, 7, 1), 5000.0, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
+  user.buyShares(u"ABC.AX", Date(2025, 7, 3), 100.0, 12.34, 50.0, String());
+  std::size_t index = 0;
+  EditHeldSharesDialog dialog(&mainWindow(), user, u"ABC.AX",
+                              user.findHeldShare(u"ABC.AX", index)->subElement(u"BuyEvents"));
+  EXPECT_STREQ("Alphabet Bricks", field(dialog, "Stock name").getText().text());
+  EXPECT_STREQ("1284.00", field(dialog, "Total to pay").getText().text());
+  EXPECT_STREQ("3716.00", field(dialog, "Cash afterwards").getText().text());
+  dialog.create();
+  type(field(dialog, "Number bought"), "200");
+  EXPECT_STREQ("2518.00", field(dialog, "Total to pay").getText().text());
+  EXPECT_STREQ("2482.00", field(dialog, "Cash afterwards").getText().text());
+}
+
+TEST_F(EditHeldSharesDialogTest, APurchaseThatTookNoCashShowsNone) {
+  SharePortfolioUser user(m_portfolio);
+  user.addBuyEvent(u"ABC.AX", Date(2025, 7, 3), 100.0, 12.34, 50.0, String());
+  std::size_t index = 0;
+  EditHeldSharesDialog dialog(&mainWindow(), user, u"ABC.AX",
+                              user.findHeldShare(u"ABC.AX", index)->subElement(u"BuyEvents"));
+  EXPECT_FALSE(field(dialog, "Cash afterwards").getParent()->shown());
+}
+
 TEST_F(EditHeldSharesDialogTest, AllChecksApply) {
-  EditHeldSharesDialog dialog(&mainWindow(), u"ABC.AX", m_event);
+  const SharePortfolioUser portfolio(m_portfolio);
+  EditHeldSharesDialog dialog(&mainWindow(), portfolio, u"ABC.AX", m_event);
   whenModal("Edit share purchase for ABC.AX on 03/07/2025", [&](FXWindow& form) {
     type(field(form, "Number bought"), "0");
     answer("You must select the number of shares purchased.", "OK");
@@ -56,10 +94,7 @@ TEST_F(EditHeldSharesDialogTest, AllChecksApply) {
     answer("You can't specify a buy date in the future.", "OK");
     press(form, "OK");
     type(field(form, "Date bought"), "04/07/2025");
-    answer("You have not checked the stock code by searching for the company.\n"
-           "Are you sure you want to continue with this stock code?",
-           "Yes");
-    press(form, "OK");
+    press(form, "OK"); // the code stands, and is not asked about
   });
   EXPECT_EQ(1u, dialog.execute());
   EXPECT_EQ(120.0, dialog.panel()->number());
@@ -67,7 +102,8 @@ TEST_F(EditHeldSharesDialogTest, AllChecksApply) {
 }
 
 TEST_F(EditHeldSharesDialogTest, TheRecordItselfIsOnlyRead) {
-  EditHeldSharesDialog dialog(&mainWindow(), u"ABC.AX", m_event);
+  const SharePortfolioUser portfolio(m_portfolio);
+  EditHeldSharesDialog dialog(&mainWindow(), portfolio, u"ABC.AX", m_event);
   whenModal("Edit share purchase for ABC.AX on 03/07/2025", [&](FXWindow& form) {
     type(field(form, "Number bought"), "120");
     key(form, KEY_Escape);

@@ -131,11 +131,31 @@ TEST_F(EditSoldShareDialogTest, NothingForFreeIsTakenWhenTheUserMeansIt) {
   EXPECT_EQ(50.0, storedBrokerage()); // a recorded sale doesn't touch the default
 }
 
+TEST_F(EditSoldShareDialogTest, NothingIsLessThanZero) {
+  run(
+      [&](FXWindow& form) {
+        const std::pair<const char*, const char*> fields[] = {
+            {"Sell price", "The sell price can't be less than zero."},
+            {"Buy Brokerage paid", "The buy brokerage can't be less than zero."},
+            {"Sell Brokerage paid", "The sell brokerage can't be less than zero."}};
+        for (const auto& [label, message] : fields) {
+          const std::string before = shown(label);
+          set(label, "-5");
+          expectRefused(message, "OK", label);
+          set(label, before);
+        }
+        key(form, KEY_Escape);
+      },
+      0);
+}
+
 TEST_F(EditSoldShareDialogTest, AnUnreadableDateStaysInTheForm) {
   run(
       [&](FXWindow& form) {
         set("Date bought", "31/31/2025");
-        expectRefused("There was a problem validating your input", "OK", "Date bought");
+        expectRefused(
+            "Date bought: \"31/31/2025\" is no date.\nA date is written like 31/12/2026 or 31 Dec 2026.",
+            "OK", "Date bought");
         EXPECT_EQ("31/31/2025", shown("Date bought"));
         key(form, KEY_Escape);
       },
@@ -166,10 +186,8 @@ TEST_F(EditSoldShareDialogTest, FailuresOfTheDateButtonsAreReported) {
   run(
       [&](FXWindow& form) {
         Platform::setInstance(std::make_unique<BrokenPlatform>());
-        whenModal("Choose the date", [&](FXWindow& calendar) { press(calendar, "OK"); });
         answer("SellSharesPanel::onChooseBuyDate failed. Exception : no form for dates", "OK");
         press(*field(form, "Date bought").getNext());
-        whenModal("Choose the date", [&](FXWindow& calendar) { press(calendar, "OK"); });
         answer("SellSharesPanel::onChooseSellDate failed. Exception : no form for dates", "OK");
         press(*field(form, "Date sold").getNext());
         key(form, KEY_Escape);

@@ -80,9 +80,18 @@ TEST_F(GetFloatPanelTest, AnyAmountButNothingIsTaken) {
 
 TEST_F(GetFloatPanelTest, AnUnreadableDateIsAProblem) {
   set("Date", "yesterday");
-  answer("There was a problem validating your input", "OK");
+  answer("Date: \"yesterday\" is no date.\nA date is written like 31/12/2026 or 31 Dec 2026.", "OK");
   EXPECT_FALSE(m_panel->validate());
   EXPECT_EQ(&field(*m_panel, "Date"), focused(*m_panel));
+}
+
+TEST_F(GetFloatPanelTest, NothingIsTakenWhereItIsAllowed) {
+  m_panel->allowZero(true);
+  set("Amount", "0.00");
+  EXPECT_TRUE(m_panel->validate());
+  m_panel->allowZero(false);
+  answer("You must enter the value.", "OK");
+  EXPECT_FALSE(m_panel->validate());
 }
 
 TEST_F(GetFloatPanelTest, TheDateButtonFillsTheField) {
@@ -97,7 +106,6 @@ TEST_F(GetFloatPanelTest, TheDateButtonFillsTheField) {
 
 TEST_F(GetFloatPanelTest, AFailureOfTheDateButtonIsReported) {
   Platform::setInstance(std::make_unique<BrokenPlatform>());
-  whenModal("Choose the date", [&](FXWindow& form) { press(form, "OK"); });
   answer("GetFloatPanel::onChooseDate failed. Exception : no form for dates", "OK");
   press(*m_panel, "Choose a date");
 }

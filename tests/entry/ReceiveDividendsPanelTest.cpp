@@ -5,6 +5,7 @@
 #include "foundation/Exception.h"
 #include "foundation/LinuxPlatform.h"
 #include "foundation/RunTimeSettings.h"
+#include "market/StockNames.h"
 #include "widgets/FXCalendar.h"
 #include "widgets/NumberSpinner.h"
 
@@ -275,7 +276,64 @@ TEST_F(ReceiveDividendsPanelTest, AnUnreadableDateIsAProblem) {
   choose(*m_panel, "ABC.AX");
   set("Dividend Rate", "0.1");
   set("Date Received", "yesterday");
-  expectRefused("There was a problem validating your input", field(*m_panel, "Date Received"));
+  expectRefused("Date Received: \"yesterday\" is no date.\nA date is written like 31/12/2026 or 31 Dec 2026.",
+                field(*m_panel, "Date Received"));
+}
+
+TEST_F(ReceiveDividendsPanelTest, AStockThatWasSoldAltogetherCanBeChosen) {
+  StockNames::remember(u"XYZ.AX", u"Xylo Zinc");
+  user().addBuyEvent(u"AAA.AX", Date(2026, 2, 26), 70.0, 1.0, 0.0, String());
+  user().sellShares(u"AAA.AX", Date(2026, 2, 27), 20.0, 2.0, 0.0, true, String());
+  user().sellShares(u"AAA.AX", Date(2026, 3, 2), 50.0, 2.0, 0.0, true, String());
+  user().sellShares(u"XYZ.AX", Date(2026, 3, 2), 10.0, 7.0, 0.0, true, String());
+  m_panel->reset();
+  EXPECT_EQ((std::vector<std::string>{"<select stock code>", "ABC.AX", "XYZ.AX", "AAA.AX"}),
+            entries(*find<StockChoice>(*m_panel)));
+  choose(*m_panel, "AAA.AX");
+  EXPECT_EQ(50.0, m_panel->numHeld()) << "what was sold last";
+  choose(*m_panel, "XYZ.AX");
+  EXPECT_EQ(40.0, m_panel->numHeld()) << "what is still held";
+  EXPECT_EQ("Xylo Zinc", shown("Stock name"));
+}
+
+TEST_F(ReceiveDividendsPanelTest, AReinvestmentNeedsShares) {
+  choose(*m_panel, "ABC.AX");
+  set("Dividend Rate", "0.1");
+  choosePayment("Dividend reinvestment");
+  expectRefused("You must enter the number of shares received.", field(*m_panel, "Shares received"));
+  set("Shares received", "-3");
+  expectRefused("You must enter the number of shares received.", field(*m_panel, "Shares received"));
+  set("Shares received", "3");
+  set("Share price", "-2");
+  expectRefused("The share price can't be less than zero.", field(*m_panel, "Share price"));
+  set("Share price", "0");
+  answer("Do you really want to record a share price of $0.00?", "No");
+  EXPECT_FALSE(m_panel->validate());
+  EXPECT_EQ(&field(*m_panel, "Share price"), focused(*m_panel));
+  set("Share price", "2");
+  EXPECT_TRUE(m_panel->validate());
+}
+
+TEST_F(ReceiveDividendsPanelTest, ANegativeTaxIsRefused) {
+  choose(*m_panel, "ABC.AX");
+  set("Dividend Rate", "0.1");
+  set("Withholding Tax", "-1");
+  expectRefused("The withholding tax can't be less than zero.", field(*m_panel, "Withholding Tax"));
+}
+
+TEST_F(ReceiveDividendsPanelTest, AForeignDividendIsNotFrankedUnlessTyped) {
+  EXPECT_EQ(100, m_panel->percentFranked());
+  check(true);
+  EXPECT_EQ(0, m_panel->percentFranked());
+  EXPECT_EQ(0.0, m_panel->frankingCredit());
+  check(false);
+  EXPECT_EQ(100, m_panel->percentFranked());
+  type(*spinner().field(), "30");
+  check(true);
+  EXPECT_EQ(30, m_panel->percentFranked()) << "what was typed stays";
+  m_panel->reset();
+  check(true);
+  EXPECT_EQ(0, m_panel->percentFranked()) << "and is forgotten with the form";
 }
 
 // The date button
@@ -293,7 +351,6 @@ TEST_F(ReceiveDividendsPanelTest, TheDateButtonFillsTheField) {
 
 TEST_F(ReceiveDividendsPanelTest, AFailureOfTheDateButtonIsReported) {
   Platform::setInstance(std::make_unique<BrokenPlatform>());
-  whenModal("Choose the date", [&](FXWindow& form) { press(form, "OK"); });
   answer("ReceiveDividendsPanel::onChooseDate failed. Exception : no form for dates", "OK");
   press(*m_panel, "Choose a date");
 }

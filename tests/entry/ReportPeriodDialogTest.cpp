@@ -68,7 +68,7 @@ TEST_F(ReportPeriodDialogTest, TellsOfATextThatIsNoDate) {
   ReportPeriodDialog dialog(&mainWindow(), m_initial);
   whenModal("Custom Report", [&](FXWindow& form) {
     type(field(form, "From"), "soon");
-    answer("There was a problem validating your input", "OK");
+    answer("From: \"soon\" is no date.\nA date is written like 31/12/2026 or 31 Dec 2026.", "OK");
     press(form, "OK");
     EXPECT_EQ(&field(form, "From"), focused(form));
     key(form, KEY_Escape);
@@ -99,7 +99,6 @@ TEST_F(ReportPeriodDialogTest, FailuresOfTheCalendarButtonsAreReported) {
   ReportPeriodDialog dialog(&mainWindow(), m_initial);
   Platform::setInstance(std::make_unique<BrokenPlatform>());
   const auto expectFailure = [this](FXWindow& form, FXuint id, const std::string& handler) {
-    whenModal("Choose the date", [this](FXWindow& calendar) { press(calendar, "OK"); });
     answer("ReportPeriodDialog::" + handler + " failed. Exception : no form for dates", "OK");
     form.handle(&app(), FXSEL(SEL_COMMAND, id), nullptr);
   };

@@ -3,6 +3,7 @@
 #include "PortfolioFormTest.h"
 #include "entry/StockChoice.h"
 #include "foundation/LinuxPlatform.h"
+#include "market/StockNames.h"
 #include "widgets/FXCalendar.h"
 
 namespace Tallymoor {
@@ -259,11 +260,63 @@ TEST_F(SellSharesPanelTest, AnotherBrokerageMayBecomeTheDefault) {
   EXPECT_TRUE(m_panel->validate());
 }
 
+TEST_F(SellSharesPanelTest, NoPriceAndNoBrokerageIsLessThanZero) {
+  choose(*m_panel, "ABC.AX");
+  set("Share price", "-5");
+  expectRefused("The share price can't be less than zero.", "Share price");
+  set("Share price", "2.5");
+  set("Brokerage paid", "-9.95");
+  expectRefused("The brokerage paid can't be less than zero.", "Brokerage paid");
+  EXPECT_EQ(50.0, storedBrokerage());
+}
+
 TEST_F(SellSharesPanelTest, AnUnreadableDateIsAProblemAndHasTheFocus) {
   choose(*m_panel, "ABC.AX");
   set("Date sold", "yesterday");
-  expectRefused("There was a problem validating your input", "Date sold");
+  expectRefused("Date sold: \"yesterday\" is no date.\nA date is written like 31/12/2026 or 31 Dec 2026.",
+                "Date sold");
   EXPECT_EQ("yesterday", shown("Date sold"));
+}
+
+TEST_F(SellSharesPanelTest, ShowsTheNameTheTotalAndTheCashAfterwards) {
+  StockNames::remember(u"ABC.AX", u"Alphabet Bricks");
+  user().creditCash(Date(2026, 3, 1), 1000.0, CASH_EVENT_DEPOSIT, String());
+  m_panel->reset();
+  EXPECT_EQ("", shown("Stock name"));
+  choose(*m_panel, "ABC.AX");
+  EXPECT_EQ("Alphabet Bricks", shown("Stock name"));
+  EXPECT_EQ("200.00", shown("Total received")); // 100 at 2.50, less 50.00
+  EXPECT_EQ("1200.00", shown("Cash afterwards"));
+  set("Number sold", "40");
+  EXPECT_EQ("50.00", shown("Total received"));
+  EXPECT_EQ("1050.00", shown("Cash afterwards"));
+}
+
+TEST_F(SellSharesPanelTest, TheProposedPriceFollowsTheDate) {
+  TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2026, 2, 26), 2.25);
+  choose(*m_panel, "ABC.AX");
+  EXPECT_EQ("2.5000", shown("Share price"));
+  field(*m_panel, "Date sold").setFocus();
+  set("Date sold", "26/2/26");
+  field(*m_panel, "Number sold").setFocus();
+  EXPECT_EQ("2.2500", shown("Share price"));
+  choose(*m_panel, "XYZ.AX");
+  choose(*m_panel, "ABC.AX");
+  EXPECT_EQ("2.2500", shown("Share price")) << "also when the stock is chosen after the date";
+}
+
+TEST_F(SellSharesPanelTest, APriceFarFromThatOfTheDayIsDoubted) {
+  choose(*m_panel, "ABC.AX");
+  set("Share price", "25");
+  answer("The price of 25.00 is far from that of ABC.AX on 03/03/2026, which was 2.50.\nDo you want to "
+         "record it "
+         "all the same?",
+         "No");
+  EXPECT_FALSE(m_panel->validate());
+  EXPECT_TRUE(hasFocus("Share price"));
+  set("Share price", "0");
+  answer("Do you really want to record a sell price of $0.00?", "Yes");
+  EXPECT_TRUE(m_panel->validate()) << "nothing more is asked about a price of nothing";
 }
 
 // The date button
@@ -281,7 +334,6 @@ TEST_F(SellSharesPanelTest, TheDateButtonFillsTheField) {
 
 TEST_F(SellSharesPanelTest, AFailureOfTheDateButtonIsReported) {
   Platform::setInstance(std::make_unique<BrokenPlatform>());
-  whenModal("Choose the date", [&](FXWindow& form) { press(form, "OK"); });
   answer("SellSharesPanel::onChooseDate failed. Exception : no form for dates", "OK");
   press(*m_panel, "Choose a date");
 }

@@ -119,8 +119,6 @@ TEST_F(StartupWizardTest, StartingCashIsADeposit) {
   toCash();
   EXPECT_TRUE(shows(wizard(), "Please enter the value of the cash reserve\nand the portfolio start date for "
                               "when it was valid."));
-  answer("You must enter the value.", "OK");
-  next();
   set("Amount", "10000");
   set("Date", "02/02/2026");
   next();
@@ -133,6 +131,20 @@ TEST_F(StartupWizardTest, StartingCashIsADeposit) {
             "<CashReserve/><String/></SharePortfolio></Portfolios>",
             document());
   EXPECT_FALSE(wizard().backButton()->isEnabled());
+}
+
+TEST_F(StartupWizardTest, APortfolioMayStartWithNoCash) {
+  toCash();
+  enterCash("0.00", "02/02/2026");
+  EXPECT_EQ("Held Shares at Start Date", pageTitle());
+  EXPECT_EQ("2/2/2026",
+            textValue(portfolio().subElement(u"CashReserve").subElement(u"CashEvents"), u"Date").toUTF8());
+  for (int i = 0; i < 3; ++i)
+    finishSection();
+  next();
+  EXPECT_EQ("Interest Received", pageTitle());
+  answer("You must enter the value.", "OK"); // of all other cash
+  next();
 }
 
 TEST_F(StartupWizardTest, InterestDepositsAndWithdrawalsAreBooked) {
@@ -324,6 +336,24 @@ TEST_F(StartupWizardTest, SharesHeldAtTheStartTakeNothingFromTheCash) {
   enterPurchase("OLD.AX", "15/01/2026");
   EXPECT_EQ("Held Shares at Start Date", pageTitle());
   EXPECT_EQ(started(held("OLD.AX", "15/1/2026"), "", "", ""), document());
+}
+
+TEST_F(StartupWizardTest, SharesHeldAtTheStartWereBoughtByThen) {
+  toSections();
+  next();
+  EXPECT_EQ("02/02/2026", shown("Date bought")) << "the start date is proposed";
+  fillPurchase("OLD.AX", "03/02/2026");
+  answer("You specified a buy date of 03/02/2026,\nwhich is after your portfolio start date, "
+         "02/02/2026.\nShares "
+         "bought since then are entered in the next section.",
+         "OK");
+  next();
+  EXPECT_EQ("Shares Already Held", pageTitle());
+  EXPECT_EQ(&field(page(), "Date bought"), focused(wizard()));
+  EXPECT_EQ(started("", "", "", ""), document());
+  fillPurchase("OLD.AX", "02/02/2026");
+  next();
+  EXPECT_EQ(started(held("OLD.AX", "2/2/2026"), "", "", ""), document());
 }
 
 TEST_F(StartupWizardTest, SharesBoughtSinceAreTakenFromTheCash) {
@@ -525,6 +555,8 @@ TEST_F(StartupWizardTest, CancelLeavesNoPortfolioAndNoFile) {
   enterPurchase("OLD.AX", "15/01/2026");
   const String file = profile().dataFolder() + u"TradingCapRecord.xml";
   TestProfile::writeFile(file, "days of long ago");
+  whenModal("If you leave now, the portfolio Trading is dropped",
+            [this](FXWindow& box) { press(box, "Yes"); });
   press(*wizard().cancelButton());
   EXPECT_EQ("<Portfolios/>", document());
   EXPECT_FALSE(TestProfile::fileExists(file));
@@ -536,6 +568,8 @@ TEST_F(StartupWizardTest, CancelEndsTheWizardAlsoWhenTheFileStays) {
   toSections();
   // A folder of that name can't be removed as a file.
   TestProfile::writeFile(profile().dataFolder() + u"TradingCapRecord.xml/inside", "x");
+  whenModal("If you leave now, the portfolio Trading is dropped",
+            [this](FXWindow& box) { press(box, "Yes"); });
   whenModal("Wizard::onCancel failed.", [this](FXWindow& box) { press(box, "OK"); });
   press(*wizard().cancelButton());
   EXPECT_EQ(0u, portfolios());

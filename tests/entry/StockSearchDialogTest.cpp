@@ -1,6 +1,7 @@
 #include "entry/StockSearchDialog.h"
 #include "entry/StockSearchTable.h"
 #include "foundation/Exception.h"
+#include "market/StockNames.h"
 #include "market/TallymoorInternet.h"
 #include "support/GatewayScope.h"
 #include "support/MarketFixture.h"
@@ -43,6 +44,15 @@ TEST_F(StockSearchDialogTest, GivesCodeAndNameOfTheRowWithThatVeryName) {
   EXPECT_EQ(1u, dialog.execute());
   EXPECT_EQ(String(u"BHP.AX"), dialog.code());
   EXPECT_EQ(String(u"bhp in Australia"), dialog.name());
+}
+
+TEST_F(StockSearchDialogTest, TheNameOfTheChosenCodeIsRemembered) {
+  m_market.addListing(u"XYZ.AX", u"Xylo Zinc", u"Australia");
+  StockSearchDialog dialog(&mainWindow(), u"XYZ", true, false);
+  EXPECT_EQ(String(), StockNames::nameOf(u"XYZ.AX"));
+  whenModal("Stock Search", [&](FXWindow& form) { press(form, "OK"); });
+  dialog.execute();
+  EXPECT_EQ(String(u"Xylo Zinc"), StockNames::nameOf(u"XYZ.AX"));
 }
 
 TEST_F(StockSearchDialogTest, ElseTheFirstRowThatHoldsTheTextIsSelected) {

@@ -1,4 +1,5 @@
 #include "WindowTour.h"
+#include "widgets/DateField.h"
 #include "widgets/FormNotes.h"
 #include "widgets/NumberField.h"
 #include "widgets/NumberSpinner.h"
@@ -44,8 +45,8 @@ protected:
     chooseStock(shell);
     fillZeros(shell);
     for (FXTextField* field : shownFields(shell)) {
-      if (field->getTipText().find("A date is written like") == 0)
-        haveRefused(*field, FORMATS, "There was a problem validating your input", shell);
+      if (dynamic_cast<DateField*>(field))
+        haveRefused(*field, FORMATS, " is no date.\nA date is written like ", shell);
     }
     for (const auto& [label, message] : REFUSED_NUMBERS)
       if (shows(shell, label) && dynamic_cast<NumberField*>(&field(shell, label)) &&

@@ -145,7 +145,6 @@ protected:
     confirmUnchanged(purchasesNode("ABC.AX"), day(3, 5), "Edit purchase from " + day(3, 5) + "...",
                      "Edit share purchase for ABC.AX on " + day(3, 5), day(3, 5), [this] {
                        answer("Would you like to make this the default brokerage rate?", "No");
-                       answer(uncheckedCode, "Yes");
                      });
     confirmUnchanged(
         soldNode(), day(11, 10), "Edit sale of ABC.AX from " + day(11, 10) + "...",

@@ -199,6 +199,8 @@ protected:
     nameAndCash();
     heldAndBought();
     next(); // the form for a dividend brings the capital record up to date
+    whenModal("If you leave now, the portfolio Trading Co is dropped",
+              [this](FXWindow& box) { press(box, "Yes"); });
     press(wizard(), "Cancel");
   }
 };
@@ -229,6 +231,8 @@ TEST_F(WizardFromTheMenuTest, AddsItsPortfolioAndShowsIt) {
   SharePortfolioTreeItem* node = tallymoor().totalCapital()->portfolioNode(u"Trading Co");
   ASSERT_NE(nullptr, node);
   EXPECT_TRUE(node->page()->shown());
+  EXPECT_EQ(node, tallymoor().portfolioTree()->getCurrentItem());
+  EXPECT_TRUE(node->isSelected());
   EXPECT_NE(std::string::npos, TestProfile::readFile(recordsPath()).find("<String>Trading Co</String>"));
 }
 

@@ -120,8 +120,7 @@ protected:
   }
 
   void correctPurchases() {
-    editPurchase("TUV.AX", "15/10/2025", {{"Number bought", "160"}},
-                 [this] { answer(uncheckedCode, "Yes"); });
+    editPurchase("TUV.AX", "15/10/2025", {{"Number bought", "160"}}, {});
     sheet.correct("BUY 150.00 of TUV.AX @ 22.2200",
                   {"15/10/2025", "BUY 160.00 of TUV.AX @ 22.2200", -360'520});
     // Of these, a part is sold, so that the cost of the rest is not what was paid.
@@ -138,11 +137,8 @@ protected:
       saysToEdit(cashWithdrawal);
     });
   }
-  /// What follows the check of the code, when the edit's cash entry isn't found.
-  void saysToEdit(const std::string& message) {
-    answer(uncheckedCode, "Yes");
-    answer(message, "OK");
-  }
+  /// When the edit's cash entry isn't found.
+  void saysToEdit(const std::string& message) { answer(message, "OK"); }
 
   void correctSales() {
     editSale("500.00", "XYZ.AX", "17/11/2025", {{"Sell price", "4.60"}});

@@ -22,6 +22,8 @@ std::string makeScratchFolder() {
 
 void resetSettings() {
   Settings::attach(nullptr);
+  for (const String& section : Settings::Instance().sections(String()))
+    Settings::Instance().deleteSection(section); // what an earlier test left in memory
   readSettings();
 }
 

@@ -10,14 +10,8 @@ namespace {
 class ShareHeldTableTest : public ViewsTest {
 protected:
   SharesHeldTable& table(const String& code = u"AAA.AX") { return *purchases(u"Trading", code)->table(); }
-  /// The purchase's 20.00 is not the default, and nobody has searched for the code.
-  void answerChecks() {
-    answer("Would you like to make this the default brokerage rate?", "No");
-    answer("You have not checked the stock code by searching for the company.\nAre you sure you want to "
-           "continue "
-           "with this stock code?",
-           "Yes");
-  }
+  /// The purchase's 20.00 is not the default.
+  void answerChecks() { answer("Would you like to make this the default brokerage rate?", "No"); }
   const std::string deletion = "Warning! Deleting this share will affect the Total Capital.\n If you sold "
                                "this share, use the \"Sell Share\" "
                                "menu. \nThis action should only be used to correct a mistake. \n";
@@ -180,6 +174,8 @@ TEST_F(ShareHeldTableTest, EditAtTheSameCostSaysNothing) {
       type(field(dialog, "Number bought"), "100");
       type(field(dialog, "Share price"), "3");
       answerChecks();
+      whenModal("The price of 3.00 is far from that of AAA.AX on 20/02/2026, which was 5.50.",
+                [this](FXWindow& box) { press(box, "Yes"); });
       press(dialog, "OK");
     });
   });

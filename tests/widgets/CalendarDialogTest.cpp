@@ -1,7 +1,7 @@
 #include "widgets/CalendarDialog.h"
 #include "support/windows/WindowTest.h"
+#include "widgets/DateField.h"
 #include "widgets/FXCalendar.h"
-#include "widgets/FormTextField.h"
 #include <fxkeys.h>
 
 namespace Tallymoor {
@@ -49,7 +49,7 @@ TEST_F(CalendarDialogTest, TheHeadingIsTheTitleUnlessGiven) {
 }
 
 TEST_F(CalendarDialogTest, TheButtonBesideAFieldBeginsAtItsDateAndFillsIt) {
-  auto* field = new FormTextField(mainWindow().contentFrame(), 20);
+  auto* field = new DateField(mainWindow().contentFrame(), u"Date bought", 20);
   field->setText(u"16/07/2025");
   whenModal("Choose the date", [&](FXWindow& form) {
     EXPECT_EQ(Date(2025, 7, 16), find<FXCalendar>(form)->date());
@@ -67,8 +67,45 @@ TEST_F(CalendarDialogTest, TheButtonBesideAFieldBeginsAtItsDateAndFillsIt) {
   EXPECT_EQ(before, field->text());
 }
 
+TEST_F(CalendarDialogTest, ADateCanBeTypedAboveTheCalendar) {
+  CalendarDialog dialog(&mainWindow(), u"Choose the date", Date(2025, 7, 1));
+  EXPECT_EQ(String(u"01/07/2025"), dialog.typed()->text());
+  whenModal("Choose the date", [&](FXWindow& form) {
+    press(form, "17");
+    EXPECT_EQ(String(u"17/07/2025"), dialog.typed()->text());
+    type(*dialog.typed(), "1 Nov 23");
+    press(form, "OK");
+  });
+  EXPECT_EQ(1u, dialog.execute());
+  EXPECT_EQ(Date(2023, 11, 1), dialog.date());
+}
+
+TEST_F(CalendarDialogTest, WhatIsTypedMovesTheMarkWhenTheKeyboardLeaves) {
+  CalendarDialog dialog(&mainWindow(), u"Choose the date", Date(2025, 7, 1));
+  dialog.create();
+  dialog.typed()->setFocus();
+  type(*dialog.typed(), "2023-11-01");
+  dialog.calendar()->setFocus();
+  EXPECT_EQ(Date(2023, 11, 1), dialog.calendar()->date());
+  EXPECT_EQ(String(u"01/11/2023"), dialog.typed()->text());
+}
+
+TEST_F(CalendarDialogTest, WhatIsNoDateIsRefusedWithAnExample) {
+  CalendarDialog dialog(&mainWindow(), u"Choose the date", Date(2025, 7, 1));
+  whenModal("Choose the date", [&](FXWindow& form) {
+    type(*dialog.typed(), "29 Feb 2023");
+    answer("Date: \"29 Feb 2023\" is no date.\nA date is written like 31/12/2026 or 31 Dec 2026.", "OK");
+    press(form, "OK");
+    EXPECT_TRUE(form.shown());
+    EXPECT_EQ(dialog.typed(), dialog.typed()->getParent()->getFocus());
+    press(form, "Cancel");
+  });
+  EXPECT_EQ(0u, dialog.execute());
+  EXPECT_EQ(Date(2025, 7, 1), dialog.date());
+}
+
 TEST_F(CalendarDialogTest, WithoutADateInTheFieldItBeginsToday) {
-  auto* field = new FormTextField(mainWindow().contentFrame(), 20);
+  auto* field = new DateField(mainWindow().contentFrame(), u"Date bought", 20);
   field->setText(u"some day");
   whenModal("Choose the date", [&](FXWindow& form) {
     EXPECT_EQ(Date(2026, 3, 3), find<FXCalendar>(form)->date());

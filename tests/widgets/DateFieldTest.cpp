@@ -1,0 +1,85 @@
+#include "widgets/DateField.h"
+#include "support/windows/WindowTest.h"
+#include <fxkeys.h>
+
+namespace Tallymoor {
+namespace {
+
+/// Counts what the field tells it.
+class Listener : public FXObject {
+public:
+  long handle(FXObject*, FXSelector selector, void*) override {
+    if (FXSELTYPE(selector) != SEL_COMMAND)
+      return 0;
+    ++told;
+    return 1;
+  }
+  int told = 0;
+};
+
+class DateFieldTest : public WindowTest {
+protected:
+  void SetUp() override {
+    WindowTest::SetUp();
+    m_field = new DateField(mainWindow().contentFrame(), u"Date sold", 20, &m_listener, 1);
+    m_other = new FXTextField(mainWindow().contentFrame(), 20);
+    m_field->create();
+    m_other->create();
+    m_field->setFocus();
+  }
+  Listener m_listener;
+  DateField* m_field = nullptr;
+  FXTextField* m_other = nullptr;
+};
+
+TEST_F(DateFieldTest, ReadsWhatIsTyped) {
+  for (const char* text :
+       {"1/11/2023", "01/11/23", "2023-11-01", "1 Nov 2023", "1.11.2023", " 01/11/2023 "}) {
+    type(*m_field, text);
+    EXPECT_EQ(Date(2023, 11, 1), m_field->date()) << text;
+  }
+  type(*m_field, "31/11/2023");
+  EXPECT_EQ(std::nullopt, m_field->date());
+}
+
+TEST_F(DateFieldTest, ShowsHowItWasReadWhenTheKeyboardLeaves) {
+  type(*m_field, "1 nov 23");
+  EXPECT_EQ(String(u"1 nov 23"), m_field->text());
+  m_other->setFocus();
+  EXPECT_EQ(String(u"01/11/2023"), m_field->text());
+  EXPECT_EQ(1, m_listener.told);
+}
+
+TEST_F(DateFieldTest, WhatIsNoDateStaysAsItWasTyped) {
+  type(*m_field, "31/11/23");
+  m_other->setFocus();
+  EXPECT_EQ(String(u"31/11/23"), m_field->text());
+}
+
+TEST_F(DateFieldTest, TheTargetHearsOfAChoiceAndNotOfWhatTheFormShows) {
+  m_field->setDate(Date(2026, 1, 2));
+  EXPECT_EQ(0, m_listener.told);
+  m_field->choose(Date(2026, 1, 3));
+  EXPECT_EQ(1, m_listener.told);
+  EXPECT_EQ(Date(2026, 1, 3), m_field->date());
+}
+
+TEST_F(DateFieldTest, TheComplaintNamesTheFieldAndShowsAnExampleOfTheLocale) {
+  type(*m_field, " 1/13/2023 ");
+  EXPECT_EQ(
+      String(u"Date sold: \"1/13/2023\" is no date.\nA date is written like 31/12/2026 or 31 Dec 2026."),
+      m_field->complaint());
+  profile().setLocale("en_US");
+  EXPECT_EQ(
+      String(u"Date sold: \"1/13/2023\" is no date.\nA date is written like 12/31/2026 or 31 Dec 2026."),
+      m_field->complaint());
+  profile().setLocale("de_DE");
+  type(*m_field, "");
+  EXPECT_EQ(String(u"Date sold: there is no date.\nA date is written like 31.12.2026 or 31 Dec 2026."),
+            m_field->complaint());
+  type(*m_field, std::string(100, 'x'));
+  EXPECT_LT(m_field->complaint().size(), 150u);
+}
+
+} // namespace
+} // namespace Tallymoor
