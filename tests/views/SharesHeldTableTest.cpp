@@ -322,7 +322,7 @@ TEST_F(SharesHeldTableTest, TypedPriceIsDroppedAtNo) {
 TEST_F(SharesHeldTableTest, NoPriceIsNotAskedAbout) {
   addTrading();
   showTree();
-  for (const char* text : {"", "zero", "0.00001", "-5"})
+  for (const char* text : {"", "zero", "0.00001"})
     typeInto(table(), 0, u"Price Now", text);
   EXPECT_TRUE(boxes().empty());
   EXPECT_EQ("6.60", cellText(table(), 0, u"Price Now"));
