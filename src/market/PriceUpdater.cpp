@@ -252,9 +252,10 @@ bool PriceUpdater::updateCurrentPrice(const String& code, const Observers& obser
   if (stopRequested())
     return false;
   tellStatus(u"updating current price for " + code);
-  const double price = m_gateway.currentPrice(code, false, true);
+  const double fetched = m_gateway.currentPrice(code, false, true);
   // What the user has typed for the day stays.
-  if (showsAsZero(price) || m_gateway.isTypedToday(code))
+  const double price = m_gateway.priceTypedToday(code).value_or(fetched);
+  if (showsAsZero(price))
     return true;
   return inStretch([&] { setCurrentPrice(code, price); }) &&
          tellObservers(observers,

@@ -233,21 +233,28 @@ void SharePriceCache::noteCurrentPrice(const String& code, const Date& day, doub
   known.modified = true;
 }
 
-bool SharePriceCache::setTypedPrice(const String& code, const Date& day, double close) {
+SharePriceCache::Closes SharePriceCache::setTypedPrice(const String& code, const Date& day, double close) {
   if (day > Date::realToday())
-    return false;
+    return {};
   CachedShare& known = shareOrEmpty(code);
   known.modified = true;
-  ShareValue& row = known.values[day];
-  row.close = close;
-  row.volume = 0;
-  row.origin = PriceOrigin::Typed;
-  return true;
+  ShareValue& typed = known.values[day];
+  typed.close = close;
+  typed.volume = 0;
+  typed.origin = PriceOrigin::Typed;
+  Closes changed{{day, close}};
+  // Days without trade have the close before them.
+  for (auto row = known.values.find(day.plusDays(1));
+       row != known.values.end() && row->second.origin == PriceOrigin::Filled; ++row) {
+    row->second.close = close;
+    changed.emplace_back(row->first, close);
+  }
+  return changed;
 }
 
-bool SharePriceCache::isTyped(const String& code, const Date& day) {
+std::optional<double> SharePriceCache::typedPrice(const String& code, const Date& day) {
   const ShareValue* row = shareOrEmpty(code).find(day);
-  return row && row->origin == PriceOrigin::Typed;
+  return row && row->origin == PriceOrigin::Typed ? std::optional(row->close) : std::nullopt;
 }
 
 std::optional<KnownClose> SharePriceCache::closeOn(const String& code, const Date& day) {

@@ -52,9 +52,10 @@ public:
   /// Notes a current price for the day, unless the code is bad or the day's row came from the data source or
   /// the user.
   void noteCurrentPrice(const String& code, const Date& day, double price);
-  /// False, with nothing done, for a day after the real today.
-  bool setTypedPrice(const String& code, const Date& day, double close);
-  bool isTyped(const String& code, const Date& day);
+  /// The days after it that were filled in follow. Returns the days whose close it is now: none, with nothing
+  /// done, for a day after the real today.
+  Closes setTypedPrice(const String& code, const Date& day, double close);
+  std::optional<double> typedPrice(const String& code, const Date& day);
   /// The close of the day; nothing when there is none, or one that shows as zero.
   std::optional<KnownClose> closeOn(const String& code, const Date& day);
   /// The last close before the day, whatever its age; none that shows as zero.

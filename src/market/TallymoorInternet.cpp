@@ -416,16 +416,16 @@ std::vector<CodeSearchResult> TallymoorInternet::stockSearch(const String& text,
 
 void TallymoorInternet::setCachedPrice(const String& code, const Date& date, double close) {
   const BigMutexLock lock;
-  if (!m_cache.setTypedPrice(code, date, close))
-    return;
-  m_updater.tellRecords(code, date, close);
-  if (!Date::hasFixedDate() && date == Date())
+  const SharePriceCache::Closes changed = m_cache.setTypedPrice(code, date, close);
+  for (const auto& [day, price] : changed)
+    m_updater.tellRecords(code, day, price);
+  if (!changed.empty() && !Date::hasFixedDate() && date == Date())
     m_updater.setCurrentPrice(code, close);
 }
 
-bool TallymoorInternet::isTypedToday(const String& code) {
+std::optional<double> TallymoorInternet::priceTypedToday(const String& code) {
   const BigMutexLock lock;
-  return m_cache.isTyped(code, Date::realToday());
+  return m_cache.typedPrice(code, Date::realToday());
 }
 
 void TallymoorInternet::currentPriceUpdated(const String& code, double price) {

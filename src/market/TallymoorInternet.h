@@ -121,8 +121,8 @@ public:
   /// A price typed by the user, which no fetched one replaces; today's also becomes the current price unless
   /// a view date is set. A day after the real today is left alone.
   void setCachedPrice(const String& code, const Date& date, double close);
-  /// True when the user has typed a price for the real today.
-  bool isTypedToday(const String& code);
+  /// What the user has typed for the real today, if he has.
+  std::optional<double> priceTypedToday(const String& code);
 
   bool isBadCode(const String& code);
   void markBadCode(const String& code);

@@ -423,10 +423,21 @@ TEST_F(SharePriceCacheTest, NothingReplacesATypedPrice) {
   EXPECT_DOUBLE_EQ(closeOf(cache, day), 7.0);
   cache.save();
   SharePriceCache next(m_directory);
-  EXPECT_TRUE(next.isTyped(CODE, day));
-  EXPECT_FALSE(next.isTyped(CODE, day.plusDays(-1)));
+  EXPECT_EQ(next.typedPrice(CODE, day), 7.0);
+  EXPECT_EQ(next.typedPrice(CODE, day.plusDays(-1)), std::nullopt);
   next.merge(CODE, {{day, {5.0, 5.5, 4.5, 100}}}, {day, day});
   EXPECT_DOUBLE_EQ(closeOf(next, day), 7.0);
+}
+
+TEST_F(SharePriceCacheTest, DaysThatWereFilledInFollowATypedPrice) {
+  SharePriceCache cache(m_directory);
+  const Date friday(2006, 11, 10);
+  const Date monday(2006, 11, 13);
+  cache.merge(CODE, {{friday, {5.0, 5.5, 4.5, 100}}, {monday, {6.0, 6.5, 5.5, 200}}}, {friday, monday});
+  EXPECT_EQ(cache.setTypedPrice(CODE, friday, 8.0),
+            (SharePriceCache::Closes{{friday, 8.0}, {Date(2006, 11, 11), 8.0}, {Date(2006, 11, 12), 8.0}}));
+  EXPECT_DOUBLE_EQ(closeOf(cache, Date(2006, 11, 12)), 8.0);
+  EXPECT_DOUBLE_EQ(closeOf(cache, monday), 6.0);
 }
 
 TEST_F(SharePriceCacheTest, AMergeTellsWhichClosesAreOthersThanBefore) {
@@ -456,7 +467,7 @@ TEST_F(SharePriceCacheTest, NoPriceOfTheFutureIsTaken) {
   m_profile.setToday(Date(2006, 11, 14));
   SharePriceCache cache(m_directory);
   const Date tomorrow(2006, 11, 15);
-  EXPECT_FALSE(cache.setTypedPrice(CODE, tomorrow, 7.0));
+  EXPECT_TRUE(cache.setTypedPrice(CODE, tomorrow, 7.0).empty());
   cache.noteCurrentPrice(CODE, tomorrow, 7.0);
   cache.merge(CODE, {{Date(2006, 11, 14), {5.0, 5.5, 4.5, 100}}, {tomorrow, {6.0, 6.5, 5.5, 200}}},
               {Date(2006, 11, 14), Date(2006, 11, 16)});

@@ -30,7 +30,7 @@ TEST_F(HeldShareCellsTest, FigureAShareOfTwoParcelsAcrossASplitByHand) {
                {u"Day Gain", "$150.00"},
                {u"Day %", "10.00%"},
                {u"Week %", "20.00%"},
-               {u"Month %", "-34.00%"},
+               {u"Month %", "32.00%"}, // from 10.00 for one share before the split, 5.00 for each of two
                {u"Gain %", "26.92%"},
                {u"Annualised Gain %", "338.86%"},
                {u"Gross Gain $", "$350.00"},
@@ -120,22 +120,48 @@ TEST_F(HeldShareCellsTest, ShareBoughtForNothingTodayHasNoMoveAndNoGain) {
   EXPECT_DOUBLE_EQ(0.0, held(u"Gift").table()->percentGainSince(Date(2026, 3, 2)));
 }
 
-TEST_F(HeldShareCellsTest, PriceThatCannotBeHadCostsItsCellAndThoseThatReadIt) {
+TEST_F(HeldShareCellsTest, PricesOfAPastDayAreThoseOfItsRecord) {
   addTrading();
   showTree();
   Table& table = *held(u"Trading").table();
-  market().refuse(MarketFixture::Page::Quote, 404);
-  market().refuse(MarketFixture::Page::History, 404);
   TallymoorInternet::Instance().clear();
   TallymoorInternet::Instance().goOffline();
-  Date::setFixedDate(Date(2026, 2, 27)); // the market alone is asked about a past day
+  Date::setFixedDate(Date(2026, 2, 27));
   table.updateTable();
   EXPECT_EQ("250.00", cellText(table, 0, u"Number"));
-  EXPECT_EQ("error", cellText(table, 0, u"Price Now"));
-  EXPECT_EQ("error", cellText(table, 0, u"Current Value"));
-  EXPECT_EQ("error", cellText(table, 0, u"Day %"));
+  EXPECT_EQ("5.50", cellText(table, 0, u"Price Now"));
+  EXPECT_EQ("$1,375.00", cellText(table, 0, u"Current Value"));
+  EXPECT_EQ("0.00%", cellText(table, 0, u"Day %"));
   EXPECT_EQ("5.20", cellText(table, 0, u"Buy Price"));
-  EXPECT_DOUBLE_EQ(0.0, held(u"Trading").table()->percentGainSince(Date(2026, 2, 26)));
+}
+
+TEST_F(HeldShareCellsTest, AroundASplitTheRowAgreesWithTheTotals) {
+  SharePortfolioUser& user = addPortfolio(u"Trading", 5000.0);
+  market().setHistory(u"AAA.AX", Date(2026, 1, 20), Date(2026, 3, 2), 10.0);
+  market().setDay(u"AAA.AX", Date(2026, 3, 3), 5.5);
+  user.buyShares(u"AAA.AX", Date(2026, 2, 2), 100, 10.0, 0.0, String());
+  user.recordAdjustment(u"AAA.AX", Date(2026, 3, 3), 2, false);
+  showTree();
+  expectCells(*held(u"Trading").table(), 0,
+              {{u"Number", "200.00"},
+               {u"Day Move", "0.50"},
+               {u"Day Gain", "$100.00"},
+               {u"Day %", "10.00%"},
+               {u"Week %", "10.00%"},
+               {u"Month %", "10.00%"}});
+  EXPECT_DOUBLE_EQ(10.0, held(u"Trading").table()->percentGainSince(Date(2026, 3, 2)));
+}
+
+TEST_F(HeldShareCellsTest, AValueOfAStandInPriceBearsAStar) {
+  SharePortfolioUser& user = addPortfolio(u"Trading", 5000.0);
+  market().setHistory(u"AAA.AX", Date(2026, 1, 20), Date(2026, 2, 20), 10.0);
+  TallymoorInternet::Instance().historicalPrice(u"AAA.AX", Date(2026, 2, 20), true);
+  TallymoorInternet::Instance().goOffline();
+  user.buyShares(u"AAA.AX", Date(2026, 2, 20), 100, 12.0, 0.0, String());
+  showTree();
+  const Table& table = *held(u"Trading").table();
+  EXPECT_EQ("$1,000.00 *", cellText(table, 0, u"Current Value"));
+  EXPECT_EQ("10.00", cellText(table, 0, u"Price Now"));
 }
 
 } // namespace

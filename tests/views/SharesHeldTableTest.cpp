@@ -181,13 +181,13 @@ TEST_F(SharesHeldTableTest, IndicatorsAreShownAndTheAutomaticLimitsWarnWhenChose
   // A line of two cents a day, at 10.00 today, with a range of 1.08 a week; the price has fallen off it.
   market().setHistory(u"AAA.AX", Date(2025, 1, 6), Date(2026, 3, 2),
                       [](const Date& day) { return 10.0 + 0.02 * day.daysSince(Date(2026, 3, 3)); });
-  market().setDay(u"AAA.AX", Date(2026, 3, 3), 7.0);
+  market().setDay(u"AAA.AX", Date(2026, 3, 3), 7.4);
   user.buyShares(u"AAA.AX", Date(2026, 2, 2), 100, 9.42, 0.0, String());
   limits(1.0, 20.0);
   showTree();
   EXPECT_TRUE(window().warnings.empty());
   EXPECT_EQ("$7.84 - $12.16", cellText(table(), 0, u"Auto Min/Max"));
-  EXPECT_EQ("31%", cellText(table(), 0, u"% in Min/Max")); // 6.00 of 19.00
+  EXPECT_EQ("33%", cellText(table(), 0, u"% in Min/Max")); // 6.40 of 19.00
   Row& row = *table().rowAt(0);
   EXPECT_EQ(String(u"10.00"), table().cell(&IndicatorCells::lrValue, row).shown());
   EXPECT_EQ(String(u"147.22%"), table().cell(&IndicatorCells::lrRate, row).shown());
@@ -196,10 +196,10 @@ TEST_F(SharesHeldTableTest, IndicatorsAreShownAndTheAutomaticLimitsWarnWhenChose
   table().updateTable();
   autoMinMaxPrices = false;
   ASSERT_FALSE(window().warnings.empty());
-  EXPECT_EQ(String(u"AAA.AX has dropped below $7.84 and is now at $7.00"), window().warnings.back().text);
+  EXPECT_EQ(String(u"AAA.AX has dropped below $7.84 and is now at $7.40"), window().warnings.back().text);
   EXPECT_EQ(String(u"AAA.AXmin warning"), window().warnings.back().key);
   EXPECT_EQ(red, cellColour(table(), 0, u"Number"));
-  EXPECT_EQ("-19%", cellText(table(), 0, u"% in Min/Max")); // -0.84 of 4.32
+  EXPECT_EQ("-10%", cellText(table(), 0, u"% in Min/Max")); // -0.84 of 4.32
 }
 
 TEST_F(SharesHeldTableTest, TypedLimitsAreThoseOfEveryPortfolio) {
@@ -367,7 +367,9 @@ TEST_F(SharesHeldTableTest, PriceThatComesAsksNothing) {
 
 TEST_F(SharesHeldTableTest, CodesAreWatchedAsLongAsAViewShowsThem) {
   addTrading();
-  buy(addPortfolio(u"Other", 1000.0), u"AAA.AX", 5, 6.0);
+  SharePortfolioUser& other = addPortfolio(u"Other", 1000.0);
+  buy(other, u"AAA.AX", 5, 6.0);
+  other.recordAdjustment(u"AAA.AX", Date(2026, 2, 16), 2, false);
   priceTrading();
   showTree();
   PriceUpdater& updater = TallymoorInternet::Instance().priceUpdater();

@@ -60,24 +60,24 @@ TEST_F(TotalCapTreeItemTest, AddsThePortfoliosUp) {
 
 TEST_F(TotalCapTreeItemTest, ShowsZeroWithoutPortfolios) {
   showTree();
-  EXPECT_THAT(shownInSummary(), ElementsAre("Total Capital", "$0.00", "Gain today", "0.00%",
-                                            "Gain this week", "0.00%"));
+  EXPECT_THAT(shownInSummary(),
+              ElementsAre("Total Capital", "$0.00", "Gain today", "0.00%", "Gain this week", "0.00%"));
 }
 
 TEST_F(TotalCapTreeItemTest, TotalOfZeroHasNoRowsForPortfolios) {
   addPortfolio(u"Empty");
   addPortfolio(u"Owing", 50.0).debitCash(Date(2026, 3, 1), 50.0, CASH_EVENT_WITHDRAWAL, u"WITHDRAWAL all");
   showTree();
-  EXPECT_THAT(shownInSummary(), ElementsAre("Total Capital", "$0.00", "Gain today", "0.00%",
-                                            "Gain this week", "0.00%"));
+  EXPECT_THAT(shownInSummary(),
+              ElementsAre("Total Capital", "$0.00", "Gain today", "0.00%", "Gain this week", "0.00%"));
 }
 
-TEST_F(TotalCapTreeItemTest, SumsAreHeldInSinglePrecision) {
-  addPortfolio(u"A", 16777217.0); // the first whole number that single precision can't hold
+TEST_F(TotalCapTreeItemTest, SumsAreToTheCent) {
+  addPortfolio(u"A", 16777217.01); // more than single precision can hold
   addPortfolio(u"B", 1.0);
   showTree();
-  EXPECT_EQ("$16,777,216.00", figure(root(), "Capital in A"));
-  EXPECT_EQ("$16,777,216.00", figure(root(), "Total Capital"));
+  EXPECT_EQ("$16,777,217.01", figure(root(), "Capital in A"));
+  EXPECT_EQ("$16,777,218.01", figure(root(), "Total Capital"));
   EXPECT_THAT(labels(*root().page()), testing::Contains("100.00%"));
 }
 
