@@ -24,6 +24,12 @@ bool isDate(const String& text) {
   }
 }
 
+/// A damaged file may hold a text of any length where a name or a date should stand.
+String asTold(const String& text) {
+  constexpr std::size_t MOST_CHARACTERS = 30;
+  return text.size() <= MOST_CHARACTERS ? text : text.substr(0, MOST_CHARACTERS) + u"...";
+}
+
 /// Attributes of this name are written as they are.
 String asAttribute(const String& text) {
   String kept;
@@ -153,7 +159,8 @@ String unreadableDatesText(const std::vector<UnreadableDate>& dates, std::string
   String text = u"Your records hold dates that can't be read:\n";
   for (std::size_t i = 0; i < std::min(dates.size(), MOST_TOLD); ++i) {
     const std::size_t line = lines.lineOf(dates[i].text.toUTF8());
-    text = text + dates[i].portfolio + u", " + dates[i].entry + u": \"" + dates[i].text + u"\"";
+    text +=
+        asTold(dates[i].portfolio) + u", " + asTold(dates[i].entry) + u": \"" + asTold(dates[i].text) + u"\"";
     if (line > 0)
       text = text + u" (line " + String::fromLong(static_cast<std::int64_t>(line)) + u" of the file)";
     text = text + u"\n";

@@ -110,5 +110,11 @@ TEST_F(UnreadableDatesTest, TheTextNamesPortfolioStockAndLine) {
   EXPECT_TRUE(text.contains(u"A, B: \"none\"\n")) << text.toUTF8();
 }
 
+TEST_F(UnreadableDatesTest, TheTextStaysShortWhateverTheFileHolds) {
+  const String endless(100000, u'x');
+  const std::vector<UnreadableDate> dates(20, {endless, endless, endless});
+  EXPECT_LT(unreadableDatesText(dates, "").size(), 2000u);
+}
+
 } // namespace
 } // namespace Tallymoor
