@@ -21,41 +21,6 @@ const SharePortfolioUser* indexedPortfolio(const Portfolios& portfolios) {
   return portfolios.size() == 1 && portfolios.front()->hasComparisonIndex() ? portfolios.front() : nullptr;
 }
 
-/// The event's brokerage if its day lies in the span.
-double brokerageWithin(const PerformanceSpan& span, const XMLElement& event, const char16_t* dayName,
-                       const char16_t* brokerageName) {
-  const Date day = dateValue(event, dayName);
-  return day >= span.start && day <= span.end ? doubleValue(event, brokerageName) : 0.0;
-}
-
-double brokerageOfPurchases(const XMLElement& stock, const PerformanceSpan& span) {
-  double sum = 0.0;
-  for (std::size_t i = 0; i < stock.numSubElements(u"BuyEvents"); ++i)
-    sum += brokerageWithin(span, stock.subElement(u"BuyEvents", i), u"BuyDate", u"Brokerage");
-  return sum;
-}
-
-double brokerageOfSales(const XMLElement& stock, const PerformanceSpan& span) {
-  double sum = 0.0;
-  for (std::size_t i = 0; i < stock.numSubElements(u"SellEvents"); ++i) {
-    const XMLElement& sale = stock.subElement(u"SellEvents", i);
-    sum += brokerageWithin(span, sale, u"BuyDate", u"BuyBrokerage") +
-           brokerageWithin(span, sale, u"SellDate", u"SellBrokerage");
-  }
-  return sum;
-}
-
-double brokerageOf(const SharePortfolioUser& portfolio, const PerformanceSpan& span) {
-  const XMLElement& held = portfolio.portfolio().subElement(u"HeldShares");
-  const XMLElement& sold = portfolio.portfolio().subElement(u"SoldShares");
-  double sum = 0.0;
-  for (std::size_t i = 0; i < held.numSubElements(u"HeldShares"); ++i)
-    sum += brokerageOfPurchases(held.subElement(u"HeldShares", i), span);
-  for (std::size_t i = 0; i < sold.numSubElements(u"SoldShares"); ++i)
-    sum += brokerageOfSales(sold.subElement(u"SoldShares", i), span);
-  return sum;
-}
-
 std::optional<double> annualised(const std::optional<double>& gain, int years) {
   return gain ? annualise(*gain, years) : std::nullopt;
 }
@@ -140,14 +105,47 @@ std::optional<double> annualisedIndexGain(const Portfolios& portfolios, const Da
   return annualised(indexGain(portfolios, end, months), years);
 }
 
+PaidBrokerage::PaidBrokerage(const Portfolios& portfolios) {
+  for (const SharePortfolioUser* portfolio : portfolios) {
+    addEvents(portfolio->portfolio().subElement(u"HeldShares"), u"HeldShares", u"BuyEvents",
+              {{u"BuyDate", u"Brokerage"}});
+    addEvents(portfolio->portfolio().subElement(u"SoldShares"), u"SoldShares", u"SellEvents",
+              {{u"BuyDate", u"BuyBrokerage"}, {u"SellDate", u"SellBrokerage"}});
+  }
+}
+
+void PaidBrokerage::addEvents(const XMLElement& stocks, std::u16string_view stockName,
+                              std::u16string_view eventName, const std::vector<Leaves>& leaves) {
+  for (std::size_t i = 0; i < stocks.numSubElements(stockName); ++i) {
+    const XMLElement& stock = stocks.subElement(stockName, i);
+    for (std::size_t j = 0; j < stock.numSubElements(eventName); ++j)
+      for (const Leaves& leaf : leaves)
+        addPayment(stock.subElement(eventName, j), leaf);
+  }
+}
+
+void PaidBrokerage::addPayment(const XMLElement& event, const Leaves& leaf) {
+  const double amount = doubleValue(event, leaf.brokerage);
+  if (amount != 0.0)
+    m_payments.push_back({dateValue(event, leaf.day), amount});
+}
+
+double PaidBrokerage::within(const PerformanceSpan& span) const {
+  double sum = 0.0;
+  for (const Payment& payment : m_payments)
+    if (payment.day >= span.start && payment.day <= span.end)
+      sum += payment.amount;
+  return sum;
+}
+
 std::optional<double> brokeragePercent(const Portfolios& portfolios, const PerformanceSpan& span) {
+  return brokeragePercent(portfolios, span, PaidBrokerage(portfolios));
+}
+
+std::optional<double> brokeragePercent(const Portfolios& portfolios, const PerformanceSpan& span,
+                                       const PaidBrokerage& paid) {
   const double capital = capitalOn(portfolios, span.start);
-  if (showsAsZero(capital))
-    return std::nullopt;
-  double brokerage = 0.0;
-  for (const SharePortfolioUser* portfolio : portfolios)
-    brokerage += brokerageOf(*portfolio, span);
-  return finiteOrNothing(brokerage / capital * 100);
+  return showsAsZero(capital) ? std::nullopt : finiteOrNothing(paid.within(span) / capital * 100);
 }
 
 std::optional<double> externalFlow(const Portfolios& portfolios, const PerformanceSpan& span) {

@@ -1,11 +1,13 @@
 #pragma once
 #include "foundation/Date.h"
 #include <optional>
+#include <string_view>
 #include <vector>
 
 namespace Tallymoor {
 
 class SharePortfolioUser;
+class XMLElement;
 
 // How the capital of one or several portfolios grew, month by month, apart from money put in or taken out,
 // and how the comparison index did over the same time. Everything is derived from the capital records, with
@@ -54,9 +56,37 @@ std::optional<double> annualisedGain(const Portfolios& portfolios, const Date& e
 /// period's start: it stands beside a gain that needs it too.
 std::optional<double> annualisedIndexGain(const Portfolios& portfolios, const Date& end, int years);
 
+/// What the purchases and sales of portfolios have cost in brokerage. Read once for the figures of many
+/// spans, since it goes through all records; to be read again when they change.
+class PaidBrokerage {
+public:
+  explicit PaidBrokerage(const Portfolios& portfolios);
+  /// From the span's first to its last day, both included.
+  double within(const PerformanceSpan& span) const;
+
+private:
+  struct Payment {
+    Date day;
+    double amount;
+  };
+  /// Where an event says when it was paid, and how much.
+  struct Leaves {
+    std::u16string_view day;
+    std::u16string_view brokerage;
+  };
+  void addEvents(const XMLElement& stocks, std::u16string_view stockName, std::u16string_view eventName,
+                 const std::vector<Leaves>& leaves);
+  void addPayment(const XMLElement& event, const Leaves& leaf);
+
+  std::vector<Payment> m_payments; ///< in the order of the records
+};
+
 /// Brokerage paid from the span's first to its last day, both included, in percent of the capital on the
 /// first.
 std::optional<double> brokeragePercent(const Portfolios& portfolios, const PerformanceSpan& span);
+/// The same, with the brokerage that has been read already.
+std::optional<double> brokeragePercent(const Portfolios& portfolios, const PerformanceSpan& span,
+                                       const PaidBrokerage& paid);
 /// Money that came in after the span's first day, up to and including its last; nothing when it shows as
 /// zero.
 std::optional<double> externalFlow(const Portfolios& portfolios, const PerformanceSpan& span);

@@ -76,7 +76,8 @@ CellResult index(Row& row) {
 }
 
 CellResult brokerage(Row& row) {
-  return cellOf(brokeragePercent(portfoliosOf(row), spanOf(row)), CELL_PERCENT);
+  return cellOf(brokeragePercent(portfoliosOf(row), spanOf(row), monthOf(row).table->paidBrokerage()),
+                CELL_PERCENT);
 }
 
 template <int Months>

@@ -92,10 +92,17 @@ void PortfolioPerformanceTable::fillTable() {
   fetchIndex(months);
   clear();
   m_rowData.clear();
+  m_paidBrokerage.reset();
   declareColumns();
   for (const PerformanceSpan& month : months)
     addMonth(month);
   rebuild();
+}
+
+const PaidBrokerage& PortfolioPerformanceTable::paidBrokerage() const {
+  if (!m_paidBrokerage)
+    m_paidBrokerage.emplace(m_portfolios);
+  return *m_paidBrokerage;
 }
 
 void PortfolioPerformanceTable::declareColumns() {

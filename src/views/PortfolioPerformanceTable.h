@@ -4,6 +4,7 @@
 #include "views/PerformanceCells.h"
 #include "widgets/Table.h"
 #include <list>
+#include <optional>
 
 namespace Tallymoor {
 
@@ -22,6 +23,8 @@ public:
   const Portfolios& portfolios() const { return m_portfolios; }
   /// Shows these from now on, and is filled anew when that is safe: called before one of the old ones ends.
   void setPortfolios(const Portfolios& portfolios);
+  /// That of the portfolios, as of the last time that the table was filled.
+  const PaidBrokerage& paidBrokerage() const;
 
   void currentPriceUpdated(const String& code, double price) override;
   void pricesUpdateFinished() override;
@@ -39,6 +42,7 @@ private:
 
   std::list<PerformanceRow> m_rowData; ///< newest first; read by the price updater under the big mutex
   Portfolios m_portfolios;
+  mutable std::optional<PaidBrokerage> m_paidBrokerage; ///< read when a row asks for it
   bool m_isTotal = false;
 };
 

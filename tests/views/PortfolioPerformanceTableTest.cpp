@@ -3,6 +3,7 @@
 #include "support/windows/OnDisplay.h"
 #include "views/CapitalChart.h"
 #include "views/PerformanceView.h"
+#include "widgets/HandlerScope.h"
 
 using namespace Tallymoor;
 using testing::Each;
@@ -397,6 +398,16 @@ TEST_F(PortfolioPerformanceTableTest, TransactionShowsInBothTables) {
   EXPECT_EQ("10.00%", cellText(table(), 0, u"1 Month"));
   EXPECT_EQ("$1,500.00", cellText(totalTable(), 0, u"Total Capital"));
   EXPECT_EQ("$400.00", cellText(totalTable(), 0, u"External Flow"));
+}
+
+TEST_F(PortfolioPerformanceTableTest, BrokerageFollowsTheTransaction) {
+  addGrowing();
+  showTree();
+  EXPECT_EQ("0.00%", cellText(table(), 0, u"Brokerage %"));
+  node(u"Trading").portfolio().buyShares(u"AAA.AX", Date(2026, 3, 3), 1, 11.0, 10.0, String());
+  node(u"Trading").transactionMade();
+  EXPECT_EQ("1.00%", cellText(table(), 0, u"Brokerage %")); // of 1,000.00
+  EXPECT_EQ("1.00%", cellText(totalTable(), 0, u"Brokerage %"));
 }
 
 TEST_F(PortfolioPerformanceTableTest, DeletedPortfolioLeavesTheTotal) {
