@@ -92,6 +92,7 @@ private:
 
   void makeChildren();
   void buildSummary();
+  void showFigures();
   void showCapital();
   void showGains();
   void showTrend();
