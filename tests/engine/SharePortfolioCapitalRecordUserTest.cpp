@@ -405,6 +405,81 @@ TEST_F(CapitalRecordTest, CapitalIsSharesAndCash) {
   EXPECT_DOUBLE_EQ(record().cashOn(m_today), 100);
 }
 
+TEST_F(CapitalRecordTest, WhatIsAskedOfADayAgainFollowsItsChanges) {
+  user().addBuyEvent(u"ABC.AX", Date(2026, 3, 1), 10, 5, 0, u"");
+  setPrices(u"ABC.AX", Date(2026, 2, 28), m_today, 5);
+  setPrices(u"DEF.AX", Date(2026, 2, 28), m_today, 2);
+  update();
+  EXPECT_DOUBLE_EQ(record().sharesValueOn(m_today), 50);
+  EXPECT_DOUBLE_EQ(record().priceOn(u"ABC.AX", m_today)->price, 5);
+  EXPECT_FALSE(record().priceOn(u"DEF.AX", m_today));
+  record().currentPriceUpdated(u"ABC.AX", 6);
+  EXPECT_DOUBLE_EQ(record().sharesValueOn(m_today), 60);
+  EXPECT_DOUBLE_EQ(record().priceOn(u"ABC.AX", m_today)->price, 6);
+  user().addBuyEvent(u"DEF.AX", m_yesterday, 3, 2, 0, u"");
+  EXPECT_FALSE(record().priceOn(u"ABC.AX", m_today));
+  EXPECT_FALSE(messageOf([this] { record().sharesValueOn(m_today); }).empty());
+  update();
+  EXPECT_DOUBLE_EQ(record().sharesValueOn(m_today), 56); // today's price is that of the cache again
+  EXPECT_DOUBLE_EQ(record().priceOn(u"DEF.AX", m_today)->price, 2);
+}
+
+TEST_F(CapitalRecordTest, WhatIsAskedOfAReadRecordIsWhatItHolds) {
+  user().addBuyEvent(u"ABC.AX", m_yesterday, 10, 5, 0, u"");
+  setPrices(u"ABC.AX", Date(2026, 2, 28), m_today, 5);
+  update();
+  record().save();
+  record().currentPriceUpdated(u"ABC.AX", 6);
+  EXPECT_DOUBLE_EQ(record().sharesValueOn(m_today), 60);
+  EXPECT_DOUBLE_EQ(record().priceOn(u"ABC.AX", m_today)->price, 6);
+  record().load();
+  EXPECT_DOUBLE_EQ(record().sharesValueOn(m_today), 50);
+  EXPECT_DOUBLE_EQ(record().priceOn(u"ABC.AX", m_today)->price, 5);
+}
+
+class LastDayTest : public CapitalRecordTest {
+protected:
+  LastDayTest() {
+    user().addBuyEvent(u"ABC.AX", Date(2026, 2, 26), 100, 10, 0, u"");
+    setPrices(u"ABC.AX", Date(2026, 2, 25), m_yesterday.plusDays(-1), 10);
+    setPrices(u"ABC.AX", m_yesterday, m_today, 8);
+    update();
+    changeToday();
+    update(); // has looked at yesterday's prices
+  }
+  /// Yesterday is the last day of the record then.
+  void changeToday() { user().creditCash(m_today, 1, CASH_EVENT_INTEREST, u""); }
+  std::size_t questions() { return m_interaction.calls(Kind::AskWholeNumber).size(); }
+};
+
+TEST_F(LastDayTest, IsLookedAtForASplitAgainWhenItsPriceIsAnotherOne) {
+  EXPECT_EQ(questions(), 0u);
+  changeToday();
+  setPrices(u"ABC.AX", m_yesterday, m_today, 5);
+  m_interaction.answerWholeNumber(2);
+  update();
+  EXPECT_EQ(questions(), 1u);
+  EXPECT_EQ(dayOf(m_yesterday), String(u"2/3/2026 cash 0.00; ABC.AX 200.00 x 5.00"));
+  EXPECT_EQ(dayOf(m_today), String(u"3/3/2026 cash 2.00; ABC.AX 200.00 x 5.00"));
+}
+
+TEST_F(LastDayTest, IsLookedAtForASplitAgainByAnotherRatio) {
+  changeToday();
+  splitRatioDetect = 1.2;
+  m_interaction.answerWholeNumber(std::nullopt);
+  update();
+  EXPECT_EQ(questions(), 1u);
+}
+
+TEST_F(LastDayTest, IsLookedAtForASplitAgainWhenItWasComputedAnew) {
+  user().creditCash(m_yesterday, 1, CASH_EVENT_INTEREST, u"");
+  setPrices(u"ABC.AX", m_yesterday, m_today, 5);
+  m_interaction.answerWholeNumber(2);
+  update();
+  EXPECT_EQ(questions(), 1u);
+  EXPECT_EQ(dayOf(m_yesterday), String(u"2/3/2026 cash 1.00; ABC.AX 200.00 x 5.00"));
+}
+
 TEST_F(CapitalRecordTest, ADayWithoutRecordThrows) {
   const String message = u"SharePortfolioCapitalRecordUser::dayCapFor - doesn't have one for " +
                          m_today.toString(DATE_DISPLAY_LOCAL);
