@@ -5,10 +5,14 @@
 namespace Tallymoor {
 
 bool showsAsZero(double value, int decimals) {
+  if (std::isfinite(value) && std::fabs(value) >= 1.0)
+    return false; // without the text: tables ask this for every price
   return String::fromDouble(std::fabs(value), decimals) == String::fromDouble(0.0, decimals);
 }
 
 bool showsTheSame(double a, double b, int decimals) {
+  if (a == b)
+    return true;
   if (showsAsZero(a, decimals) && showsAsZero(b, decimals))
     return true;
   return String::fromDouble(a, decimals) == String::fromDouble(b, decimals);

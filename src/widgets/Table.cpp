@@ -237,6 +237,7 @@ void Table::chooseVisibleColumns() {
   bool sorts = false;
   for (const std::unique_ptr<Column>& column : m_columns) {
     column->m_index = -1;
+    column->m_cache.reserve(m_rows.size());
     if (!m_choice.isVisible(*column))
       continue;
     column->m_index = static_cast<FXint>(m_visibleColumns.size());
@@ -360,7 +361,7 @@ void Table::fitColumns() {
     const FXint index = column->index();
     FXint widest = getColumnHeaderFont()->getTextWidth(getColumnText(index));
     for (const Row* row : m_placedRows)
-      widest = std::max(widest, getFont()->getTextWidth(getItemText(row->index(), index)));
+      widest = std::max(widest, getFont()->getTextWidth(itemAt(row->index(), index)->label()));
     setColumnWidth(index, widest + EXTRA_WIDTH);
     setColumnJustify(index, 0);
   }

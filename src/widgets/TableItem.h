@@ -13,6 +13,8 @@ public:
   explicit TableItem(const FXString& text, FXIcon* icon = nullptr, void* data = nullptr)
       : FXTableItem(text, icon, data) {}
 
+  /// As getText, without a copy.
+  const FXString& label() const { return FXTableItem::label; }
   FXColor colour() const { return m_colour; }
   void setColour(FXColor colour) { m_colour = colour; }
   /// The tint that the cell has by itself, whatever its row shows.

@@ -16,7 +16,11 @@ TEST(AmountsTest, ShowsAsZero) {
   EXPECT_TRUE(showsAsZero(-0.004, 2));
   EXPECT_FALSE(showsAsZero(0.006, 2));
   EXPECT_FALSE(showsAsZero(0.5, 0)); // an exact tie goes away from zero
+  EXPECT_FALSE(showsAsZero(1.0));
+  EXPECT_FALSE(showsAsZero(-1e300));
+  // What is no number is written as 0.
   EXPECT_TRUE(showsAsZero(std::numeric_limits<double>::quiet_NaN()));
+  EXPECT_TRUE(showsAsZero(std::numeric_limits<double>::infinity()));
 }
 
 TEST(AmountsTest, ShowsTheSame) {
@@ -25,6 +29,8 @@ TEST(AmountsTest, ShowsTheSame) {
   EXPECT_TRUE(showsTheSame(0.3001, 0.3, 2));
   EXPECT_TRUE(showsTheSame(-0.001, 0.001, 2));
   EXPECT_FALSE(showsTheSame(-1.0, 1.0, 2));
+  EXPECT_TRUE(showsTheSame(0.0, -0.0, 2));
+  EXPECT_FALSE(showsTheSame(std::numeric_limits<double>::infinity(), 1.0, 2));
 }
 
 TEST(AmountsTest, TenThousandths) {
