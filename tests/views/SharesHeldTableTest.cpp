@@ -199,7 +199,7 @@ TEST_F(SharesHeldTableTest, IndicatorsAreShownAndTheAutomaticLimitsWarnWhenChose
   EXPECT_EQ(String(u"AAA.AX has dropped below $7.84 and is now at $7.40"), window().warnings.back().text);
   EXPECT_EQ(String(u"AAA.AXmin warning"), window().warnings.back().key);
   EXPECT_EQ(red, cellColour(table(), 0, u"Number"));
-  EXPECT_EQ("-10%", cellText(table(), 0, u"% in Min/Max")); // -0.84 of 4.32
+  EXPECT_EQ("-10%", cellText(table(), 0, u"% in Min/Max")); // -0.44 of 4.32
 }
 
 TEST_F(SharesHeldTableTest, TypedLimitsAreThoseOfEveryPortfolio) {
