@@ -232,8 +232,9 @@ TEST_F(TallymoorWindowTest, APurchaseGoesFromTheFormToTheTableTheFileAndTheCapit
           "<Constant>1284.00</Constant><Constant>2</Constant><String>BUY 100.00 of ABC.AX @ 12.3400</String>"
           "</CashEvent></CashReserve><String/></SharePortfolio></Portfolios>",
       TestProfile::readFile(recordsPath()));
-  EXPECT_NE(std::string::npos, TestProfile::readFile(profile().dataFolder() + u"TradingCapRecord.xml")
-                                   .find("<ShareVal><String>ABC.AX</String><Constant>100.00</Constant>"));
+  EXPECT_NE(std::string::npos,
+            TestProfile::readFile(profile().dataFolder() + u"TradingCapRecord.xml")
+                .find("<ShareVal Standing=\"open\"><String>ABC.AX</String><Constant>100.00</Constant>"));
   EXPECT_TRUE(TestProfile::fileExists(profile().cacheFolder() + u"PriceCache.ABC.AX.xml"));
 }
 
