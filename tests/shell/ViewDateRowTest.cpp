@@ -232,10 +232,6 @@ TEST_F(ViewDateRowTest, FailuresNameTheCommand) {
   expectFailure("onForwardViewDate", TallymoorWindow::ID_FORWARD);
   Date::setFixedDate(Date(2026, 2, 10));
   expectFailure("onFForwardViewDate", TallymoorWindow::ID_FFORWARD);
-  whenCalendar([this](FXWindow& dialog) {
-    dynamic_cast<CalendarDialog&>(dialog).calendar()->setDate(Date(2026, 2, 9));
-    press(dialog, "OK");
-  });
   answerKind(BoxKind::Error, "DateTextField::onChangeCurrentDate failed. Exception : no form for dates",
              "OK");
   click(*row().field());
