@@ -44,7 +44,7 @@ public:
   String cashInjected(const Date& day) const;
   /// The stocks held at the end of the day, in the order of the records. Asks about splits; a progress text
   /// tells of codes whose history is yet to be fetched. Null when the user has cancelled, or the program is
-  /// to end. Throws Exception when a price can't be had.
+  /// to end. Throws Exception when a price is unavailable.
   const std::vector<Holding>* holdings(const Date& day, Progress* progress);
   struct SplitCheck {
     bool adjusted = false; ///< an answer was recorded

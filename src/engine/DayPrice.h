@@ -17,7 +17,7 @@ struct DayPrice {
   PriceStanding standing;
 };
 
-/// True for a price that only stands in for one that can't be had now. What is computed with it is
+/// True for a price that only stands in for one that is unavailable now. What is computed with it is
 /// provisional: it is marked, computed again when the day's own price comes, and says nothing of splits.
 constexpr bool isStandIn(PriceStanding standing) {
   return standing == PriceStanding::LastClose || standing == PriceStanding::Transaction;

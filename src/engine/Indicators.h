@@ -33,7 +33,7 @@ constexpr double RANGES_TO_LIMIT = 2.0;
 constexpr double PERCENT_AT_RISK = 2.0;
 } // namespace IndicatorRules
 
-/// Figures that can't be had are nothing; none is ever infinite.
+/// Unavailable figures are nothing; none is ever infinite.
 struct Indicators {
   /// Ordinary least squares through the weekly closes, each at its Friday, evaluated at the day itself: the
   /// weeks since the last Friday are a fraction. A price.

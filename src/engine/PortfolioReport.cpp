@@ -89,7 +89,7 @@ double cashOn(const Portfolios& portfolios, const Date& day) {
   return sum;
 }
 
-/// The gain of the comparison index; nothing, and a note, where its price can't be had.
+/// The gain of the comparison index; nothing, and a note, where its price is unavailable.
 std::optional<double> indexGain(const Portfolios& portfolios, const ReportPeriod& period,
                                 XMLElement& report) {
   try {
@@ -112,7 +112,7 @@ void noteMissingStart(const Portfolios& portfolios, const ReportPeriod& period, 
                         u"percent.");
 }
 
-/// Names the days at either end of the period on which another price stands in for one that can't be had.
+/// Names the days at either end of the period on which another price stands in for one that is unavailable.
 void noteProvisionalDays(const Portfolios& portfolios, const ReportPeriod& period, XMLElement& report) {
   for (const Date& day : {period.dayBefore(), period.last})
     if (isProvisional(portfolios, day))

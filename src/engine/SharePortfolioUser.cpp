@@ -197,7 +197,7 @@ DayPrice SharePortfolioUser::dayPriceFor(const String& code, const Date& date, b
   return price;
 }
 
-/// What the source or the user gave for the day; nothing when that can't be had.
+/// What the source or the user gave for the day; nothing when that is unavailable.
 std::optional<DayPrice> SharePortfolioUser::marketPrice(const String& code, const Date& date,
                                                         bool upTo) const {
   try {

@@ -23,7 +23,7 @@ struct WeeklyPrice {
 
 /// Of the full weeks before the day, no more than so many, those of which there are prices, oldest first.
 /// They come from the price cache; what it lacks, up to the day itself, is fetched once
-/// (TallymoorInternet::completeHistory), with nothing asked. What can't be had leaves fewer weeks, and a week
+/// (TallymoorInternet::completeHistory), with nothing asked. What is unavailable leaves fewer weeks, and a week
 /// without any price is left out. Prices are those of the market, not adjusted for splits, and prices from
 /// before a split say nothing of the ones after it: where a day's close is a split's multiple of the one
 /// before (the settings that detect splits), up to the day itself, all that lies before is left out. Throws

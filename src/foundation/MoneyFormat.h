@@ -12,7 +12,7 @@ public:
   explicit MoneyFormat(const std::string& locale);
   ~MoneyFormat();
 
-  /// Of an amount that shows as zero the sign is left out. Empty when the locale's form can't be had.
+  /// Of an amount that shows as zero the sign is left out. Empty when the locale's form is unavailable.
   String format(double amount) const;
 
   /// Reads what format writes, and what a person types: a point is decimal. Where the locale's decimal sign

@@ -321,7 +321,7 @@ void SharePriceCache::loadAllFiles() {
       if (pathOf(file.code) == path && !m_entries.contains(file.code))
         m_entries[file.code].share = std::move(file.share);
     } catch (const Exception&) {
-      // Whoever asks for this code's price hears of it.
+      // The next request for this code's price reports it.
     }
   }
 }

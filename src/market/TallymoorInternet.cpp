@@ -346,7 +346,7 @@ SharePriceCache::Rows TallymoorInternet::cachedRows(const String& code, const Da
 void TallymoorInternet::completeHistory(const String& code, const Date& first, const Date& last) {
   const BigMutexLock lock;
   const CachedShare& known = m_cache.shareOrEmpty(code);
-  // Whoever asks for a price hears of an unreadable file, so its failure is not used up here.
+  // The next request for a price reports an unreadable file, so its failure is not used up here.
   if (!m_client || known.isBad || known.unreadable || !lastMissingDay(code, first, last))
     return;
   showStatus(u"updating historical prices for " + code);
@@ -358,7 +358,7 @@ void TallymoorInternet::completeHistory(const String& code, const Date& first, c
   }
 }
 
-/// Page by page back in time, until all are there or one can't be had.
+/// Page by page back in time, until all are there or one is unavailable.
 void TallymoorInternet::fetchMissingDays(const String& code, const Date& first, const Date& last) {
   constexpr int MOST_PAGES = 100;
   for (int page = 0; page < MOST_PAGES; ++page) {

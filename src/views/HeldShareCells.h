@@ -10,7 +10,7 @@ struct HeldShareRow;
 
 /// The cell functions of the tables of held shares, whose rows carry a HeldShareRow. Each computes from the
 /// records and prices as of the date shown, by way of its table's other cells where it builds on them. They
-/// throw where a price can't be had, which costs the cell. A figure that is not finite is an empty text.
+/// throw where a price is unavailable, which costs the cell. A figure that is not finite is an empty text.
 namespace HeldShareCells {
 
 /// Of the company; empty where it is not known.

@@ -8,7 +8,7 @@ class Row;
 class Table;
 
 /// The cells of a stock's indicators and of the limits made of them, for every table whose rows carry a
-/// HeldShareRow, as of the date shown. What can't be had is an empty text: the stock is too young, or its
+/// HeldShareRow, as of the date shown. What is unavailable is an empty text: the stock is too young, or its
 /// prices can't be fetched.
 namespace IndicatorCells {
 

@@ -7,7 +7,7 @@ class Row;
 class Table;
 
 /// The cell functions of a watchlist, whose rows carry a HeldShareRow with nothing but a code and stand in a
-/// WatchlistTable. All is as of the date shown. They throw where a price can't be had, which costs the cell.
+/// WatchlistTable. All is as of the date shown. They throw where a price is unavailable, which costs the cell.
 /// A figure that is not finite is an empty text.
 namespace WatchlistCells {
 
