@@ -454,8 +454,6 @@ void check(Input& input) {
 // In place of the program's own client: no input reaches a network.
 namespace Tallymoor {
 
-HTTPClient::~HTTPClient() = default;
-
 std::unique_ptr<HTTPClient> createHTTPClient() {
   return std::make_unique<Fuzz::ServiceClient>();
 }

@@ -76,10 +76,13 @@ void CapitalRecordWalk::readSoldShares() {
 }
 
 CapitalRecordWalk::Stock& CapitalRecordWalk::stockOf(const String& code) {
-  const auto [place, isNew] = m_places.try_emplace(code, m_stocks.size());
-  if (isNew)
-    m_stocks.emplace_back().code = code;
-  return m_stocks[place->second];
+  const auto known = std::find_if(m_stocks.begin(), m_stocks.end(),
+                                  [&code](const Stock& stock) { return stock.code == code; });
+  if (known != m_stocks.end())
+    return *known;
+  m_stocks.emplace_back();
+  m_stocks.back().code = code;
+  return m_stocks.back();
 }
 
 void CapitalRecordWalk::addParcel(const String& code, const Parcel& parcel) {
@@ -209,19 +212,18 @@ const std::vector<CapitalRecordWalk::Holding>* CapitalRecordWalk::holdings(const
   return &m_holdings;
 }
 
-CapitalRecordWalk::SplitCheck CapitalRecordWalk::checkForSplits(const Date& day) {
+bool CapitalRecordWalk::checkForSplits(const Date& day) {
   advanceTo(day);
-  SplitCheck check;
+  bool adjusted = false;
   for (std::size_t place : m_held) {
     try {
-      check.adjusted |= m_portfolio.checkPriceForSplit(m_stocks[place].code, day).adjusted;
+      adjusted |= m_portfolio.checkPriceForSplit(m_stocks[place].code, day).adjusted;
     } catch (const Exception&) {
       // A day that is already recorded stays; a stock that is still held fails again where its next day is
       // computed.
-      check.complete = false;
     }
   }
-  return check;
+  return adjusted;
 }
 
 } // namespace Tallymoor

@@ -255,4 +255,8 @@ void CurlHTTPClient::checkPost(const CurlTransfer& transfer, int failure, std::s
     fail(u"sendHTTPRequest2 - written != toWrite ", failure);
 }
 
+std::unique_ptr<HTTPClient> createHTTPClient() {
+  return std::make_unique<CurlHTTPClient>();
+}
+
 } // namespace Tallymoor

@@ -1,5 +1,5 @@
 #include "market/HTTPClient.h"
-#include "market/CurlHTTPClient.h"
+#include "foundation/String.h"
 
 namespace Tallymoor {
 
@@ -7,10 +7,6 @@ HTTPClient::~HTTPClient() = default;
 
 String HTTPClient::getPageUnlessStopped(const URL& url, const StopCheck&) {
   return getPage(url);
-}
-
-std::unique_ptr<HTTPClient> createHTTPClient() {
-  return std::make_unique<CurlHTTPClient>();
 }
 
 } // namespace Tallymoor

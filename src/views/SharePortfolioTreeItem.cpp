@@ -98,13 +98,7 @@ void SharePortfolioTreeItem::update() {
   if (!isSound())
     return;
   makeRecordCurrent();
-  if (investmentTree()->shownItem() == this) {
-    m_performance->update();
-  } else {
-    m_performance->updateWhenWanted();
-    readIndexFigures();
-    showFigures();
-  }
+  m_performance->update();
   // The total above was shown before this portfolio's record was current.
   m_root->tableChanged(false);
 }
@@ -120,10 +114,6 @@ void SharePortfolioTreeItem::tableChanged(bool rebuilt) {
     buildSummary();
     readIndexFigures();
   }
-  showFigures();
-}
-
-void SharePortfolioTreeItem::showFigures() {
   showCapital();
   showGains();
   showTrend();
@@ -255,7 +245,7 @@ void SharePortfolioTreeItem::transactionMade() {
   for (TreeViewItem* child = firstChild(); child; child = child->nextSibling())
     static_cast<PortfolioTableTreeItem*>(child)->recordsChanged();
   if (m_performance)
-    m_performance->recordsChanged();
+    m_performance->table().recordsChanged();
   // The record is made current first: the root adds up all portfolios before their own nodes are reached.
   HandlerScope::whenDone(this, [this] {
     m_root->shareLimitsOfHoldings();

@@ -92,7 +92,6 @@ private:
 
   void makeChildren();
   void buildSummary();
-  void showFigures();
   void showCapital();
   void showGains();
   void showTrend();

@@ -139,19 +139,14 @@ bool TotalCapTreeItem::takePortfoliosChanged() {
 void TotalCapTreeItem::transactionMade() {
   m_portfoliosChanged = true;
   if (m_performance)
-    m_performance->recordsChanged();
+    m_performance->table().recordsChanged();
 }
 
 void TotalCapTreeItem::update() {
   if (!isSound())
     return;
   makeRecordsCurrent();
-  if (investmentTree()->shownItem() == this) {
-    m_performance->update();
-    return;
-  }
-  m_performance->updateWhenWanted();
-  showSummary(false);
+  m_performance->update();
 }
 
 FXint TotalCapTreeItem::onLeftClick(FXint x, FXint y) {
@@ -177,10 +172,6 @@ void TotalCapTreeItem::tableChanged(bool rebuilt) {
   // action.
   if (!isSound() || !m_performance || (!rebuilt && !everyRecordIsOfToday()))
     return;
-  showSummary(rebuilt);
-}
-
-void TotalCapTreeItem::showSummary(bool rebuilt) {
   const Totals sums = totals();
   const std::size_t rowsWanted = sums.capital > 0.0 ? portfolioNodes().size() : 0;
   if (rebuilt || m_summaryLabels.size() != rowsWanted)

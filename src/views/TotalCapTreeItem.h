@@ -96,7 +96,6 @@ private:
   void loadPortfolios(Progress* progress);
   /// Makes the nodes anew and shows what was shown before.
   void reload(const class TreeState& state);
-  void showSummary(bool rebuilt);
   void buildSummary(const Totals& totals);
   void buildPortfolioRows();
   Totals totals() const;

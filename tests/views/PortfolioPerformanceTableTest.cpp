@@ -410,26 +410,6 @@ TEST_F(PortfolioPerformanceTableTest, BrokerageFollowsTheTransaction) {
   EXPECT_EQ("1.00%", cellText(totalTable(), 0, u"Brokerage %"));
 }
 
-TEST_F(PortfolioPerformanceTableTest, FiguresOutOfSightAreThoseOfTheRecordsWhenTheirPageIsShown) {
-  SharePortfolioUser& user = addGrowing();
-  showTree();
-  leftClick(*node(u"Trading").cashReserveItem());
-  PortfolioPerformanceTable& unseen = *find<PortfolioPerformanceTable>(*node(u"Trading").page());
-  {
-    const HandlerScope scope;
-    node(u"Trading").transactionMade();
-    user.creditCash(Date(2026, 3, 3), 300.0, CASH_EVENT_DEPOSIT, u"DEPOSIT salary");
-  }
-  EXPECT_TRUE(unseen.hasChangedRecords()) << "nothing is computed that nobody sees";
-  leftClick(node(u"Trading"));
-  EXPECT_FALSE(unseen.hasChangedRecords());
-  EXPECT_EQ("$400.00", cellText(unseen, 0, u"External Flow"));
-  EXPECT_EQ("$1,500.00", figure(node(u"Trading"), "Total Capital"));
-  leftClick(root());
-  EXPECT_EQ("$400.00", cellText(totalTable(), 0, u"External Flow"));
-  EXPECT_EQ("$1,500.00", figure(root(), "Total Capital"));
-}
-
 TEST_F(PortfolioPerformanceTableTest, DeletedPortfolioLeavesTheTotal) {
   addGrowing();
   addPortfolio(u"Another", 300.0);
