@@ -531,11 +531,13 @@ class Portfolio:
         """The price of the day, and whether it was given for that day."""
         price = self.prices.get((code, day), Decimal(0))
         given = not zero(price)
+        if given:
+            return price, given
         earlier = [d for c, d in self.prices if c == code and d < day and not zero(self.prices[c, d])]
-        if not given and earlier:
+        if earlier:
             last = max(earlier)
             price = self.prices[code, last] / self.shares_between(code, last, day)
-        elif not given:
+        else:
             price, best, nearest = Decimal(0), None, day
             held, sold = self.stock(self.held, code), self.stock(self.sold, code)
             offers = [(p.buy_date, p.num("buy_price")) for p in (held.events if held else [])]
