@@ -9,7 +9,7 @@ public:
   bool question(const String&) override { return false; }
 };
 
-/// A portfolio over days on which prices can and can't be had from a real source. The program was last used
+/// A portfolio over days on which prices are and are not available from a real source. The program was last used
 /// on Thursday 26 February at noon, when the stock stood at 21.
 class ProvisionalDaysTest : public CapitalRecordTest {
 protected:

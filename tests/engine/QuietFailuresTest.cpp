@@ -5,7 +5,7 @@ namespace Tallymoor {
 namespace {
 
 /// Counts what the user is asked and what the source is asked for, when the days of a portfolio are computed
-/// with prices that can't be had. The gateway is online.
+/// with prices that are unavailable. The gateway is online.
 class QuietFailuresTest : public CapitalRecordTest {
 protected:
   QuietFailuresTest() {
