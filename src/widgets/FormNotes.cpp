@@ -22,6 +22,8 @@ long FormNotes::onKeyPress(FXObject* sender, FXSelector selector, void* data) {
   const auto code = static_cast<FXEvent*>(data)->code;
   if (code == KEY_Tab || code == KEY_ISO_Left_Tab)
     return 0;
+  if (!isEditable() && (code == KEY_Return || code == KEY_KP_Enter))
+    return 0;
   return FXText::onKeyPress(sender, selector, data);
 }
 

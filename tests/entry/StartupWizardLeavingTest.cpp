@@ -44,6 +44,14 @@ TEST_F(StartupWizardLeavingTest, EveryPageShowsWhatHasBeenRecorded) {
   EXPECT_TRUE(find<RecordedEntries>(wizard())->shown());
 }
 
+TEST_F(StartupWizardLeavingTest, EnterInTheListGoesOn) {
+  toSections();
+  find<FormNotes>(*find<RecordedEntries>(wizard()))->setFocus();
+  key(wizard(), KEY_Return);
+  letEventsPass();
+  EXPECT_EQ("Shares Already Held", pageTitle());
+}
+
 TEST_F(StartupWizardLeavingTest, TheKeyboardComesBackFromTheProgressWindow) {
   toSections();
   enterPurchase("OLD.AX", "15/01/2026");
