@@ -94,6 +94,7 @@ RecordedEntries::RecordedEntries(FXComposite* parent)
                                       0, 0, 0, 0, 0, 0);
   m_list = new FormNotes(frame, TEXT_READONLY | TEXT_WORDWRAP | LAYOUT_FILL_X | LAYOUT_FILL_Y);
   m_list->setBackColor(getApp()->getBaseColor());
+  m_list->setVisibleColumns(1); // the text wraps, so its width is what the form leaves
   show(nullptr);
 }
 

@@ -59,6 +59,14 @@ void StartupWizard::buildPages() {
   m_entries = new RecordedEntries(besidePages());
 }
 
+void StartupWizard::create() {
+  Wizard::create();
+  if (const FXint missing = getDefaultWidth() - getRoot()->getDefaultWidth(); missing > 0) {
+    m_entries->setWidth(m_entries->getWidth() - missing);
+    resize(getDefaultWidth(), getDefaultHeight());
+  }
+}
+
 std::unique_ptr<SharePortfolioUser> StartupWizard::takePortfolio() {
   m_portfolio = nullptr;
   return std::move(m_user);

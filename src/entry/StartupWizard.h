@@ -39,6 +39,8 @@ public:
   long onNext(FXObject*, FXSelector, void*) override;
   /// One page back, and no further until the next "Next >".
   long onBack(FXObject*, FXSelector, void*) override;
+  /// The list of what was recorded gives way where the screen is narrow.
+  void create() override;
 
 protected:
   StartupWizard();

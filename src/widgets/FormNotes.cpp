@@ -15,7 +15,8 @@ FormNotes::FormNotes(FXComposite* parent, FXuint options) : FXText(parent, nullp
 
 FXint FormNotes::getDefaultWidth() {
   constexpr FXint leastWidth = 400;
-  return std::max(leastWidth, FXText::getDefaultWidth());
+  return getVisibleColumns() > 0 ? FXText::getDefaultWidth()
+                                 : std::max(leastWidth, FXText::getDefaultWidth());
 }
 
 long FormNotes::onKeyPress(FXObject* sender, FXSelector selector, void* data) {

@@ -11,6 +11,7 @@ class FormNotes : public FXText {
 public:
   FormNotes(FXComposite* parent, FXuint options);
 
+  /// At least 400 pixels, unless a number of columns was set.
   FXint getDefaultWidth() override;
 
   long onKeyPress(FXObject*, FXSelector, void*);
