@@ -1,9 +1,9 @@
 #include "shell/PortfolioTransfer.h"
 #include "foundation/Constants.h"
-#include "foundation/Date.h"
 #include "foundation/FileReplacement.h"
 #include "foundation/Settings.h"
 #include "foundation/UserInteraction.h"
+#include "shell/ImportChecks.h"
 #include "widgets/GetStringDialog.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/TextSize.h"
@@ -77,38 +77,6 @@ XMLElement* newRecords() {
   return new XMLPortfolios;
 }
 
-/// Calls the operation for each element under the name.
-template <class Operation>
-void forEach(const XMLElement& parent, std::u16string_view name, Operation operation) {
-  for (std::size_t i = 0; i < parent.numSubElements(name); ++i)
-    operation(parent.subElement(name, i));
-}
-
-void checkDate(const XMLElement& event, std::u16string_view name) {
-  Date(textValue(event, name), DATE_DISPLAY_DMY);
-}
-
-/// A day that can't be read would make the whole portfolio unusable.
-void checkTrade(const XMLElement& event) {
-  checkDate(event, u"BuyDate");
-  forEach(event, u"Adjustments", [](const XMLElement& adjustment) { checkDate(adjustment, u"StartDate"); });
-}
-
-void checkDates(const XMLElement& portfolio) {
-  forEach(portfolio.subElement(u"HeldShares"), u"HeldShares",
-          [](const XMLElement& share) { forEach(share, u"BuyEvents", checkTrade); });
-  forEach(portfolio.subElement(u"SoldShares"), u"SoldShares", [](const XMLElement& share) {
-    forEach(share, u"SellEvents", [](const XMLElement& event) {
-      checkTrade(event);
-      checkDate(event, u"SellDate");
-    });
-  });
-  forEach(portfolio.subElement(u"Dividends"), u"DividendEvents",
-          [](const XMLElement& event) { checkDate(event, u"ReceiveDate"); });
-  forEach(portfolio.subElement(u"CashReserve"), u"CashEvents",
-          [](const XMLElement& event) { checkDate(event, u"Date"); });
-}
-
 void cleanTexts(XMLElement& portfolio) {
   XMLElement& name = portfolio.subElement(u"Name");
   name.setValue(cleanName(name.value()));
@@ -156,7 +124,8 @@ ImportedPortfolios::ImportedPortfolios(const String& path) {
   m_records.decode(readAndWritten(path).c_str());
   for (std::size_t i = 0; i < m_records.numSubElements(u"SharePortfolios"); ++i) {
     XMLElement& portfolio = m_records.subElement(u"SharePortfolios", i);
-    checkDates(portfolio);
+    checkImportedDates(portfolio);
+    checkImportedAmounts(portfolio);
     cleanTexts(portfolio);
     m_kept.push_back(&portfolio);
   }
