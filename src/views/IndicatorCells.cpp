@@ -1,5 +1,6 @@
 #include "views/IndicatorCells.h"
 #include "engine/Indicators.h"
+#include "foundation/Amounts.h"
 #include "foundation/Exception.h"
 #include "foundation/RunTimeSettings.h"
 #include "views/CellFigures.h"
@@ -84,9 +85,10 @@ PriceLimits limitsInForce(Row& row) {
 }
 
 CellResult percentInLimits(Row& row, const PriceLimits& limits, Column::Function price) {
-  if (limits.areNone())
+  const double now = cellValue(row, price);
+  if (showsAsZero(limits.max) || showsAsZero(now))
     return CellResult(String());
-  return figure((cellValue(row, price) - limits.min) / (limits.max - limits.min) * 100.0, CELL_WHOLE_PERCENT);
+  return figure((now - limits.min) / (limits.max - limits.min) * 100.0, CELL_WHOLE_PERCENT);
 }
 
 } // namespace Tallymoor

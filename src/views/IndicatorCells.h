@@ -29,7 +29,8 @@ void declareAutoMinMaxColumn(Table& table);
 PriceLimits automaticLimits(Row& row);
 /// The limits that warnings go by: the user's own, or the automatic ones when these are chosen.
 PriceLimits limitsInForce(Row& row);
-/// Where the price of that column stands between the limits, from 0% to 100%; empty without limits.
+/// Where the price of that column stands between the limits, from 0% to 100%; empty without a price or without an
+/// upper limit.
 CellResult percentInLimits(Row& row, const PriceLimits& limits, Column::Function price);
 
 } // namespace Tallymoor

@@ -23,19 +23,27 @@ const String& codeOf(const Row& row) {
   return row.payload<HeldShareRow>().code;
 }
 
-/// The close of a day. One that the data source doesn't have, as before a stock was listed, is asked for once
-/// a run and not at every refresh; and a stock that is only looked at is no reason to ask the user anything.
-double priceOn(const String& code, const Date& date) {
+/// The close of a day; nothing where there is none. One that the data source doesn't have, as before a stock
+/// was listed, is asked for once a run and not at every refresh; and a stock that is only looked at is no
+/// reason to ask the user anything.
+std::optional<double> priceOn(const String& code, const Date& date) {
   TallymoorInternet& gateway = TallymoorInternet::Instance();
   gateway.completeHistory(code, date, date);
-  return gateway.getCachedPrice(code, date, 0);
+  const std::optional<double> close = gateway.cachedClose(code, date);
+  return close && !showsAsZero(*close) ? close : std::nullopt;
 }
 
+/// The price that the row shows; nothing where its cell is empty.
+std::optional<double> shownPrice(Row& row) {
+  const double price = cellValue(row, &WatchlistCells::priceNow);
+  return showsAsZero(price) ? std::nullopt : std::optional(price);
+}
+
+/// Without one of the two prices there is nothing to tell.
 CellResult percentSince(Row& row, const Date& date) {
-  const double previous = priceOn(codeOf(row), date);
-  if (showsAsZero(previous))
-    return CellResult(0.0, CELL_PERCENT);
-  return figure((cellValue(row, &WatchlistCells::priceNow) - previous) / previous * 100.0, CELL_PERCENT);
+  const std::optional<double> price = shownPrice(row), previous = priceOn(codeOf(row), date);
+  return price && previous ? figure((*price - *previous) / *previous * 100.0, CELL_PERCENT)
+                           : CellResult(String());
 }
 
 CellResult percentSinceMonths(Row& row, int months) {
@@ -51,8 +59,9 @@ bool isBuySignal(Row& row, double price) {
   const PriceLimits limits = automaticLimits(row);
   if (limits.areNone() || tenThousandths(limits.min) > tenThousandths(price))
     return false;
-  return cellValue(row, &IndicatorCells::lrRate) >= RATE_WORTH_BUYING &&
-         tenThousandths(priceOn(codeOf(row), Date().plusDays(-DAYS_OF_A_WEEK))) <= tenThousandths(price);
+  const std::optional<double> aWeekAgo = priceOn(codeOf(row), Date().plusDays(-DAYS_OF_A_WEEK));
+  return cellValue(row, &IndicatorCells::lrRate) >= RATE_WORTH_BUYING && aWeekAgo &&
+         tenThousandths(*aWeekAgo) <= tenThousandths(price);
 }
 
 void tint(Row& row, double price) {
@@ -75,16 +84,18 @@ CellResult name(Row& row) {
 }
 
 CellResult priceNow(Row& row) {
-  const double price = priceOn(codeOf(row), Date());
-  tint(row, price);
-  return CellResult(price, CELL_PRICE);
+  const std::optional<double> price = priceOn(codeOf(row), Date());
+  if (!price) {
+    row.resetColour();
+    return CellResult(String());
+  }
+  tint(row, *price);
+  return CellResult(*price, CELL_PRICE);
 }
 
 CellResult dayMove(Row& row) {
-  const double previous = priceOn(codeOf(row), Date().plusDays(-1));
-  if (showsAsZero(previous))
-    return CellResult(String());
-  return CellResult(cellValue(row, &priceNow) - previous, CELL_PRICE);
+  const std::optional<double> price = shownPrice(row), previous = priceOn(codeOf(row), Date().plusDays(-1));
+  return price && previous ? CellResult(*price - *previous, CELL_PRICE) : CellResult(String());
 }
 
 CellResult dayPercent(Row& row) {
@@ -129,10 +140,11 @@ CellResult percentInMinMax(Row& row) {
 
 CellResult autoMaxPortfolio(Row& row) {
   const std::optional<double> minimum = indicatorsOf(codeOf(row), Date()).autoMin;
-  if (!minimum)
+  const std::optional<double> price = shownPrice(row);
+  if (!minimum || !price)
     return CellResult(String());
   const double capital = static_cast<WatchlistTable*>(row.table())->capital();
-  const auto money = Tallymoor::autoMaxPortfolio(capital, cellValue(row, &priceNow), *minimum);
+  const auto money = Tallymoor::autoMaxPortfolio(capital, *price, *minimum);
   return money ? figure(*money, CELL_MONEY) : CellResult(String());
 }
 

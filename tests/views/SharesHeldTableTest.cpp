@@ -165,6 +165,14 @@ TEST_F(SharesHeldTableTest, TheMinimumIsTestedFirst) {
     EXPECT_EQ(String(u"AAA.AXmin warning"), warning.key);
 }
 
+TEST_F(SharesHeldTableTest, WithoutAnUpperLimitThereIsNoPlaceBetweenTheLimits) {
+  addTrading();
+  limits(5.0, 0.0);
+  showTree();
+  EXPECT_EQ("$5.00 - ", cellText(table(), 0, u"Price Min/Max"));
+  EXPECT_EQ("", cellText(table(), 0, u"% in Min/Max"));
+}
+
 TEST_F(SharesHeldTableTest, UsersLimitsDoNotCountWhileTheAutomaticOnesAreChosen) {
   addTrading();
   limits(7.0, 8.0);

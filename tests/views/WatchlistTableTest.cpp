@@ -158,7 +158,7 @@ TEST_F(WatchlistTableTest, FiguresAreOfTheViewDate) {
   EXPECT_EQ("$7.70 - $12.02", cellText(table(), 0, u"Auto Min/Max"));
 }
 
-TEST_F(WatchlistTableTest, YoungStockHasEmptyIndicatorsAndFailingCellsWhereThereWasNoPrice) {
+TEST_F(WatchlistTableTest, YoungStockHasEmptyCellsWhereThereWasNoPrice) {
   market().setHistory(u"NEW.AX", Date(2026, 2, 2), Date(2026, 3, 3), 2.0);
   addPortfolio(u"Trading", 5000.0);
   addList(u"Main", {u"NEW.AX"});
@@ -166,7 +166,7 @@ TEST_F(WatchlistTableTest, YoungStockHasEmptyIndicatorsAndFailingCellsWhereThere
   EXPECT_EQ("2.00", cellText(table(), 0, u"Price Now"));
   EXPECT_EQ("0.00%", cellText(table(), 0, u"Month %"));
   for (const char16_t* title : {u"3 Months %", u"6 Months %", u"12 Months %", u"Fin. Year %"})
-    EXPECT_EQ("error", cellText(table(), 0, title));
+    EXPECT_EQ("", cellText(table(), 0, title));
   for (const char16_t* title : {u"LR Value", u"LR Rate", u"Av. True Range", u"Auto Min/Max", u"% in Min/Max",
                                 u"Auto Max Portfolio", u"Auto Volatility"})
     EXPECT_EQ("", cellText(table(), 0, title));
@@ -179,8 +179,20 @@ TEST_F(WatchlistTableTest, UnknownStockShowsNoFiguresAndAsksNothing) {
   showTrees();
   leftClick(list());
   EXPECT_TRUE(boxes().empty());
-  EXPECT_EQ("error", cellText(table(), 0, u"Price Now"));
-  EXPECT_EQ("", cellText(table(), 0, u"LR Value"));
+  EXPECT_THAT(rowTexts(table(), 0), testing::Each(""));
+}
+
+TEST_F(WatchlistTableTest, AStockWhoseClosesAreZeroHasAnEmptyRow) {
+  market().setHistory(u"NIL.AX", Date(2024, 12, 1), Date(2026, 3, 3), 0.0);
+  addPortfolio(u"Trading", 5000.0);
+  addList(u"Main", {u"NIL.AX"});
+  keepLimits(u"NIL.AX", 5.0, 7.0);
+  showTrees();
+  std::vector<std::string> texts = rowTexts(table(), 0);
+  std::erase(texts, "$5.00 - $7.00");
+  EXPECT_THAT(texts, testing::Each(""));
+  EXPECT_EQ(TableItem::NO_COLOUR, cellColour(table(), 0, u"Price Now"));
+  EXPECT_TRUE(window().warnings.empty()) << "no price has left its limits";
 }
 
 TEST_F(WatchlistTableTest, MissingDaysAreAskedForOnceARun) {
