@@ -6,15 +6,17 @@ namespace Tallymoor {
 double cashBalance(const XMLElement& portfolio, const Date& day) {
   const XMLElement& reserve = portfolio.subElement(u"CashReserve");
   double balance = 0.0;
-  for (std::size_t i = 0; i < reserve.numSubElements(u"CashEvents"); ++i) {
-    const XMLElement& event = reserve.subElement(u"CashEvents", i);
-    if (dateValue(event, u"Date") > day)
-      continue;
-    const double value = doubleValue(event, u"Value");
-    // What is no credit takes from the balance, an unknown type too.
-    balance += isCreditType(longValue(event, u"Type")) ? value : -value;
-  }
+  for (std::size_t i = 0; i < reserve.numSubElements(u"CashEvents"); ++i)
+    balance += effectOnBalance(reserve.subElement(u"CashEvents", i), day);
   return balance;
+}
+
+double effectOnBalance(const XMLElement& cashEvent, const Date& day) {
+  if (dateValue(cashEvent, u"Date") > day)
+    return 0.0;
+  const double value = doubleValue(cashEvent, u"Value");
+  // What is no credit takes from the balance, an unknown type too.
+  return isCreditType(longValue(cashEvent, u"Type")) ? value : -value;
 }
 
 } // namespace Tallymoor

@@ -9,4 +9,8 @@ class XMLElement;
 /// record, which may not be current while a form is open.
 double cashBalance(const XMLElement& portfolio, const Date& day);
 
+/// What a cash entry (CashEvent) adds to that balance; negative for what it takes, 0 when it is of a later
+/// day.
+double effectOnBalance(const XMLElement& cashEvent, const Date& day);
+
 } // namespace Tallymoor

@@ -5,6 +5,7 @@
 #include "entry/FormIcons.h"
 #include "entry/KnownPrice.h"
 #include "entry/StockSearch.h"
+#include "foundation/UserInteraction.h"
 #include "market/StockNames.h"
 #include "market/TallymoorInternet.h"
 #include "widgets/DateField.h"
@@ -35,6 +36,19 @@ constexpr const char16_t* anotherMarketQuestion =
     u"the portfolio tracking will be inconsistent due to currency differences.\n"
     u"We recommend you do NOT continue, and then buy this stock from a\n"
     u"different portfolio. Do you want to continue?";
+
+/// Nothing where it can't be had: what can be asked about a connection was asked then, and the form says that
+/// the price is unknown. The reason is for the status line.
+std::optional<double> fetchedPrice(const String& code, const Date& day) {
+  TallymoorInternet& internet = TallymoorInternet::Instance();
+  try {
+    return day < Date::realToday() ? internet.historicalPrice(code, day, true)
+                                   : internet.currentPrice(code, true, false);
+  } catch (const Exception& failure) {
+    UserInteraction::Instance().setStatusText(u"No price for " + code + u": " + failure.description());
+    return std::nullopt;
+  }
+}
 
 } // namespace
 
@@ -148,14 +162,15 @@ long BuySharesPanel::onSearchCode(FXObject*, FXSelector, void*) {
 void BuySharesPanel::showFoundStock(const String& code, const String& name) {
   m_code->setText(code);
   m_name->setText(name);
-  TallymoorInternet& internet = TallymoorInternet::Instance();
-  const Date day = dateField()->date().value_or(Date());
-  proposePrice(day < Date::realToday() ? internet.historicalPrice(code, day, true)
-                                       : internet.currentPrice(code, true, false));
+  if (const auto price = fetchedPrice(code, dateField()->date().value_or(Date())))
+    proposePrice(*price);
+  else
+    proposeNoPrice();
 }
 
 long BuySharesPanel::onCodeTyped(FXObject*, FXSelector, void*) {
   m_name->setText(StockNames::nameOf(code()));
+  forgetProposedPrice();
   return 1;
 }
 

@@ -9,8 +9,9 @@ class XMLElement;
 class EditFloatDialog : public GetFloatDialog {
   FXDECLARE(EditFloatDialog)
 public:
-  /// The event is a CashEvent; only read, and only here.
-  EditFloatDialog(FXWindow* owner, const String& title, const String& heading, const XMLElement& cashEvent);
+  /// The event is a CashEvent of the portfolio; both are only read, and only here.
+  EditFloatDialog(FXWindow* owner, const String& title, const String& heading, const XMLElement& portfolio,
+                  const XMLElement& cashEvent);
 
 protected:
   EditFloatDialog() {}

@@ -1,11 +1,14 @@
 #include "entry/EditSoldShareDialog.h"
+#include "engine/CashBalance.h"
 #include "engine/PortfolioEvents.h"
+#include "engine/SaleCash.h"
 #include "engine/SplitTerms.h"
 #include "entry/FormChecks.h"
 #include "entry/FormIcons.h"
 #include "entry/OptionalText.h"
 #include "foundation/Amounts.h"
 #include "foundation/Platform.h"
+#include "market/StockNames.h"
 #include "widgets/CalendarDialog.h"
 #include "widgets/DateField.h"
 #include "widgets/FormRows.h"
@@ -13,7 +16,7 @@
 #include "widgets/HandlerScope.h"
 #include "widgets/NumberField.h"
 #include "widgets/ToolkitText.h"
-#include "xml/Leaves.h"
+#include "xml/PortfolioRecords.h"
 
 namespace Tallymoor {
 
@@ -21,7 +24,7 @@ FXDEFMAP(EditSoldShareDialog)
 EditSoldShareDialogMap[] = {
     FXMAPFUNC(SEL_COMMAND, EditSoldShareDialog::ID_CHOOSE_BUY_DATE, EditSoldShareDialog::onChooseBuyDate),
     FXMAPFUNC(SEL_COMMAND, EditSoldShareDialog::ID_CHOOSE_SELL_DATE, EditSoldShareDialog::onChooseSellDate),
-    FXMAPFUNC(SEL_CHANGED, EditSoldShareDialog::ID_BROKERAGE, EditSoldShareDialog::onBrokerageTyped),
+    FXMAPFUNC(SEL_CHANGED, EditSoldShareDialog::ID_AMOUNT, EditSoldShareDialog::onAmount),
 };
 
 FXIMPLEMENT(EditSoldShareDialog, Dialog, EditSoldShareDialogMap, ARRAYNUMBER(EditSoldShareDialogMap))
@@ -35,6 +38,34 @@ String captionFor(const Date& sellDate) {
   return u"Edit share sold on " + sellDate.toString(DATE_DISPLAY_LOCAL);
 }
 
+/// What would be in the cash reserve now, and whether that leaves out the purchase, too.
+struct CashWithout {
+  std::optional<double> before;
+  bool changesCost = false;
+};
+
+/// Nothing where the sale has no entry in the cash; nor after a split, by which the recorded price and so the
+/// cost may be rounded.
+CashWithout cashWithout(const XMLElement& sale) {
+  const XMLElement* portfolio = portfolioOf(sale);
+  if (!portfolio || sale.numSubElements(u"Adjustments") > 0)
+    return {};
+  const double number = doubleValue(sale, u"NumHeld");
+  const auto proceeds = findProceeds(*portfolio, sale, number);
+  if (!proceeds || !(proceedsOf(sale, number) > 0.0))
+    return {};
+  const XMLElement& reserve = portfolio->subElement(u"CashReserve");
+  const auto effectOf = [&](std::size_t entry) {
+    return effectOnBalance(reserve.subElement(u"CashEvents", entry), Date());
+  };
+  CashWithout cash{cashBalance(*portfolio, Date()) - effectOf(*proceeds)};
+  if (const auto cost = findCost(*portfolio, sale)) {
+    *cash.before -= effectOf(*cost);
+    cash.changesCost = true;
+  }
+  return cash;
+}
+
 } // namespace
 
 EditSoldShareDialog::EditSoldShareDialog() = default;
@@ -46,6 +77,7 @@ EditSoldShareDialog::EditSoldShareDialog(FXWindow* owner, const String& code, co
   buildAmountRows(rows);
   buildBrokerageRows(rows);
   buildDateRows(rows);
+  buildTotalRows(rows);
   rows.align();
   m_comments = rows.addNotes(u"Sale reasons, comments, indicators");
   show(code, sellEvent);
@@ -56,14 +88,15 @@ EditSoldShareDialog::~EditSoldShareDialog() = default;
 
 void EditSoldShareDialog::buildAmountRows(FormRows& rows) {
   m_code = rows.addReadOnly(u"Stock Code");
-  m_number = rows.addNumber(u"Number sold", amountDecimals);
-  m_buyPrice = rows.addNumber(u"Buy price", priceDecimals);
-  m_sellPrice = rows.addNumber(u"Sell price", priceDecimals);
+  m_name = rows.addReadOnly(u"Stock name");
+  m_number = rows.addNumber(u"Number sold", amountDecimals, this, ID_AMOUNT);
+  m_buyPrice = rows.addNumber(u"Buy price", priceDecimals, this, ID_AMOUNT);
+  m_sellPrice = rows.addNumber(u"Sell price", priceDecimals, this, ID_AMOUNT);
 }
 
 void EditSoldShareDialog::buildBrokerageRows(FormRows& rows) {
-  m_buyBrokerage = rows.addNumber(u"Buy Brokerage paid", amountDecimals, this, ID_BROKERAGE);
-  m_sellBrokerage = rows.addNumber(u"Sell Brokerage paid", amountDecimals, this, ID_BROKERAGE);
+  m_buyBrokerage = rows.addNumber(u"Buy Brokerage paid", amountDecimals, this, ID_AMOUNT);
+  m_sellBrokerage = rows.addNumber(u"Sell Brokerage paid", amountDecimals, this, ID_AMOUNT);
   m_totalBrokerage = rows.addNumber(u"TOTAL brokerage paid", amountDecimals);
   m_totalBrokerage->makeReadOnly();
 }
@@ -73,8 +106,15 @@ void EditSoldShareDialog::buildDateRows(FormRows& rows) {
   m_sellDate = addDateRow(rows, u"Date sold", *m_icons, this, ID_CHOOSE_SELL_DATE);
 }
 
+void EditSoldShareDialog::buildTotalRows(FormRows& rows) {
+  m_received = rows.addNumber(u"Total received", amountDecimals);
+  m_received->makeReadOnly();
+  m_cash.addTo(rows);
+}
+
 void EditSoldShareDialog::show(const String& code, const XMLElement& sellEvent) {
   m_code->setText(code);
+  m_name->setText(StockNames::nameOf(code));
   const SharesAt sold = sharesAsSold(sellEvent);
   m_number->setText(recordedNumberText(sold.number));
   m_buyPrice->setValue(sold.price);
@@ -84,11 +124,18 @@ void EditSoldShareDialog::show(const String& code, const XMLElement& sellEvent) 
   m_buyDate->setDate(dateValue(sellEvent, u"BuyDate"));
   m_sellDate->setDate(dateValue(sellEvent, u"SellDate"));
   m_comments->setText(toFox(optionalText(sellEvent, u"Comment")));
-  showTotalBrokerage();
+  const CashWithout cash = cashWithout(sellEvent);
+  m_changesCost = cash.changesCost;
+  m_cash.setBefore(cash.before);
+  showTotals();
 }
 
-void EditSoldShareDialog::showTotalBrokerage() {
+void EditSoldShareDialog::showTotals() {
+  const double received = number() * sellPrice() - sellBrokerage();
+  const double paid = number() * buyPrice() + buyBrokerage();
   m_totalBrokerage->setValue(buyBrokerage() + sellBrokerage());
+  m_received->setValue(received);
+  m_cash.showEffect(m_changesCost ? received - paid : received);
 }
 
 bool EditSoldShareDialog::validate() {
@@ -171,8 +218,8 @@ long EditSoldShareDialog::onChooseSellDate(FXObject*, FXSelector, void*) {
                         [this] { chooseDate(this, *m_sellDate); });
 }
 
-long EditSoldShareDialog::onBrokerageTyped(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"EditSoldShareDialog::onBrokerageTyped failed.", [this] { showTotalBrokerage(); });
+long EditSoldShareDialog::onAmount(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"EditSoldShareDialog::onAmount failed.", [this] { showTotals(); });
 }
 
 } // namespace Tallymoor

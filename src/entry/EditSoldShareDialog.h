@@ -1,4 +1,5 @@
 #pragma once
+#include "entry/CashRow.h"
 #include "foundation/Date.h"
 #include "widgets/Dialog.h"
 #include <memory>
@@ -17,7 +18,7 @@ class XMLElement;
 class EditSoldShareDialog : public Dialog {
   FXDECLARE(EditSoldShareDialog)
 public:
-  enum { ID_CHOOSE_BUY_DATE = Dialog::ID_LAST, ID_CHOOSE_SELL_DATE, ID_BROKERAGE, ID_LAST };
+  enum { ID_CHOOSE_BUY_DATE = Dialog::ID_LAST, ID_CHOOSE_SELL_DATE, ID_AMOUNT, ID_LAST };
 
   /// The event is a SellEvent of the sold share that has the code; only read, and only here.
   EditSoldShareDialog(FXWindow* owner, const String& code, const XMLElement& sellEvent);
@@ -38,8 +39,8 @@ public:
 
   long onChooseBuyDate(FXObject*, FXSelector, void*);
   long onChooseSellDate(FXObject*, FXSelector, void*);
-  /// Keeps the total the sum of both brokerages.
-  long onBrokerageTyped(FXObject*, FXSelector, void*);
+  /// A number was typed: the totals follow.
+  long onAmount(FXObject*, FXSelector, void*);
 
 protected:
   EditSoldShareDialog();
@@ -48,14 +49,16 @@ private:
   void buildAmountRows(FormRows& rows);
   void buildBrokerageRows(FormRows& rows);
   void buildDateRows(FormRows& rows);
+  void buildTotalRows(FormRows& rows);
   void show(const String& code, const XMLElement& sellEvent);
-  void showTotalBrokerage();
+  void showTotals();
   bool checkNumbers() const;
   bool checkBrokerages() const;
   bool checkDates() const;
 
   std::unique_ptr<FormIcons> m_icons;
   FormTextField* m_code = nullptr;
+  FormTextField* m_name = nullptr;
   NumberField* m_number = nullptr;
   NumberField* m_buyPrice = nullptr;
   NumberField* m_sellPrice = nullptr;
@@ -64,6 +67,9 @@ private:
   NumberField* m_totalBrokerage = nullptr;
   DateField* m_buyDate = nullptr;
   DateField* m_sellDate = nullptr;
+  NumberField* m_received = nullptr;
+  CashRow m_cash;
+  bool m_changesCost = false; ///< the purchase has a cash entry of its own, which follows
   FXText* m_comments = nullptr;
 };
 

@@ -1,20 +1,27 @@
 #include "entry/GetFloatPanel.h"
 #include "entry/FormChecks.h"
 #include "widgets/FormRows.h"
+#include "widgets/HandlerScope.h"
 #include "widgets/NumberField.h"
 
 namespace Tallymoor {
 
-FXIMPLEMENT(GetFloatPanel, DatedPanel, nullptr, 0)
+FXDEFMAP(GetFloatPanel)
+GetFloatPanelMap[] = {
+    FXMAPFUNC(SEL_CHANGED, GetFloatPanel::ID_AMOUNT, GetFloatPanel::onAmount),
+};
+
+FXIMPLEMENT(GetFloatPanel, DatedPanel, GetFloatPanelMap, ARRAYNUMBER(GetFloatPanelMap))
 
 GetFloatPanel::GetFloatPanel(FXComposite* parent, const String& title, const String& description,
                              double initialValue, const Date& initialDate)
     : DatedPanel(parent, title, description) {
   constexpr int amountDecimals = 2;
   FormRows rows(this);
-  m_value = rows.addNumber(u"Amount", amountDecimals);
+  m_value = rows.addNumber(u"Amount", amountDecimals, this, ID_AMOUNT);
   addDate(rows, u"Date");
   m_text = rows.addText(u"Description (optional)");
+  m_cash.addTo(rows);
   rows.align();
   reset(initialValue, initialDate);
 }
@@ -23,6 +30,21 @@ void GetFloatPanel::reset(double initialValue, const Date& initialDate) {
   m_value->setValue(initialValue);
   setDate(initialDate);
   m_text->setText(String());
+  showCash();
+}
+
+void GetFloatPanel::setCashBefore(double cash, bool isCredit) {
+  m_isCredit = isCredit;
+  m_cash.setBefore(cash);
+  showCash();
+}
+
+void GetFloatPanel::showCash() {
+  m_cash.showEffect(m_isCredit ? value() : -value());
+}
+
+long GetFloatPanel::onAmount(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"GetFloatPanel::onAmount failed.", [this] { showCash(); });
 }
 
 void GetFloatPanel::setText(const String& description) {

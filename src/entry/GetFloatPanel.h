@@ -1,4 +1,5 @@
 #pragma once
+#include "entry/CashRow.h"
 #include "entry/DatedPanel.h"
 
 namespace Tallymoor {
@@ -11,6 +12,8 @@ class NumberField;
 class GetFloatPanel : public DatedPanel {
   FXDECLARE(GetFloatPanel)
 public:
+  enum { ID_AMOUNT = DatedPanel::ID_LAST, ID_LAST };
+
   GetFloatPanel(FXComposite* parent, const String& title, const String& description,
                 double initialValue = 0.0, const Date& initialDate = Date());
 
@@ -19,6 +22,9 @@ public:
   void setText(const String& description);
   /// For an amount that may well be nothing, as the cash that a portfolio starts with.
   void allowZero(bool allowed) { m_zeroAllowed = allowed; }
+  /// What is in the cash reserve without the amount, which is put into it (credit) or taken from it: the form
+  /// shows what is there afterwards.
+  void setCashBefore(double cash, bool isCredit);
 
   bool validate() override;
   /// The field that has the focus when the form opens.
@@ -29,11 +35,18 @@ public:
   /// What the user wrote on the amount; description() is the form's own.
   String text() const;
 
+  /// The amount was typed: the cash afterwards follows.
+  long onAmount(FXObject*, FXSelector, void*);
+
 protected:
   GetFloatPanel() {}
 
 private:
+  void showCash();
+
   bool m_zeroAllowed = false;
+  bool m_isCredit = true;
+  CashRow m_cash;
   NumberField* m_value = nullptr;
   FormTextField* m_text = nullptr;
 };

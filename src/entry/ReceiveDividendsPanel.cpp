@@ -1,5 +1,7 @@
 #include "entry/ReceiveDividendsPanel.h"
+#include "engine/CashBalance.h"
 #include "engine/FrankingCredit.h"
+#include "engine/PortfolioEvents.h"
 #include "engine/SaleFigures.h"
 #include "engine/SharePortfolioUser.h"
 #include "entry/CountryNames.h"
@@ -15,7 +17,7 @@
 #include "widgets/NumberSpinner.h"
 #include "widgets/ToolkitText.h"
 #include "xml/CountryOfResidence.h"
-#include "xml/Leaves.h"
+#include "xml/PortfolioRecords.h"
 #include <algorithm>
 #include <map>
 
@@ -70,6 +72,22 @@ double heldOrSoldLast(const SharePortfolioUser& portfolio, const String& code) {
   return soldOn.empty() ? 0.0 : soldOn.rbegin()->second;
 }
 
+/// What would be in the cash reserve now; nothing where the dividend should have an entry there that is not
+/// found.
+std::optional<double> cashWithout(const XMLElement& portfolio, const XMLElement& dividendEvent) {
+  const double balance = cashBalance(portfolio, Date());
+  if (!showsAsZero(doubleValue(dividendEvent, u"DRPShares")))
+    return balance;
+  const double held = doubleValue(dividendEvent, u"NumHeld"), rate = doubleValue(dividendEvent, u"Rate");
+  const auto entry = findCashEntry(
+      portfolio, {dayText(dateValue(dividendEvent, u"ReceiveDate")), moneyText(held * rate),
+                  CASH_EVENT_CREDIT, dividendDescription(textValue(dividendEvent, u"Code"), rate, held)});
+  if (!entry)
+    return std::nullopt;
+  const XMLElement& cash = portfolio.subElement(u"CashReserve").subElement(u"CashEvents", *entry);
+  return balance - effectOnBalance(cash, Date());
+}
+
 } // namespace
 
 ReceiveDividendsPanel::ReceiveDividendsPanel(FXComposite* parent, const SharePortfolioUser* portfolio,
@@ -87,22 +105,27 @@ ReceiveDividendsPanel::ReceiveDividendsPanel(FXComposite* parent, const SharePor
 }
 
 void ReceiveDividendsPanel::buildHoldingRows(FormRows& rows) {
-  constexpr FXint spinnerColumns = 5;
   m_code = new StockChoice(rows.addRow(u"Stock Code"), u"<select stock code>", this, ID_CODE,
                            StockChoice::Stocks::HELD_AND_SOLD);
   m_name = rows.addReadOnly(u"Stock name");
   m_held = rows.addNumber(u"On Shares Held", amountDecimals, this, ID_RECOMPUTE);
   m_rate = rows.addNumber(u"Dividend Rate", rateDecimals, this, ID_RECOMPUTE);
-  m_percentFranked = new NumberSpinner(rows.addRow(u"Percent Franked"), spinnerColumns, 0, fullyFranked, 0,
-                                       this, ID_RECOMPUTE);
 }
 
 void ReceiveDividendsPanel::buildValueRows(FormRows& rows) {
   m_value = rows.addNumber(u"Value", amountDecimals);
   m_value->makeReadOnly();
-  m_frankingCredit = rows.addNumber(u"Franking Credit", amountDecimals);
-  m_frankingCredit->makeReadOnly();
+  buildFrankingRow(*rows.addRow(u"Percent Franked"));
   addDate(rows, u"Date Received");
+}
+
+/// One row for both, so that the form fits a page of the wizard.
+void ReceiveDividendsPanel::buildFrankingRow(FXHorizontalFrame& row) {
+  constexpr FXint spinnerColumns = 5, creditColumns = 12;
+  m_percentFranked = new NumberSpinner(&row, spinnerColumns, 0, fullyFranked, 0, this, ID_RECOMPUTE);
+  new FXLabel(&row, "Franking Credit", nullptr, JUSTIFY_LEFT | LAYOUT_CENTER_Y);
+  m_frankingCredit = new NumberField(&row, amountDecimals, creditColumns);
+  m_frankingCredit->makeReadOnly();
 }
 
 void ReceiveDividendsPanel::buildForeignRows(FormRows& rows) {
@@ -121,6 +144,7 @@ void ReceiveDividendsPanel::buildPaymentRows(FormRows& rows) {
   m_sharesLabel = rows.lastLabel();
   m_sharePrice = rows.addNumber(u"Share price", priceDecimals);
   m_sharePriceLabel = rows.lastLabel();
+  m_cashAfter.addTo(rows);
 }
 
 void ReceiveDividendsPanel::setPortfolio(const SharePortfolioUser* portfolio) {
@@ -139,6 +163,8 @@ void ReceiveDividendsPanel::reset(const String& initialCode) {
   showFranking();
   payInCash();
   showHolding();
+  // Not hidden without a portfolio: a wizard is laid out before it has one, and never shows the form then.
+  m_cashAfter.setBefore(m_portfolio ? cashBalance(m_portfolio->portfolio(), Date()) : 0.0);
 }
 
 void ReceiveDividendsPanel::fillCountries() {
@@ -154,7 +180,6 @@ void ReceiveDividendsPanel::showFranking() {
   m_frankingTyped = false;
   proposeFranking();
   setShown(m_percentFranked->getParent(), franking);
-  setShown(m_frankingCredit->getParent(), franking);
   recalc();
 }
 
@@ -181,6 +206,7 @@ void ReceiveDividendsPanel::showDividend(const XMLElement& dividendEvent) {
   recompute();
   if (!country.empty())
     m_country->setText(toFox(country));
+  m_cashAfter.setBefore(cashWithout(m_portfolio->portfolio(), dividendEvent));
   const double shares = doubleValue(dividendEvent, u"DRPShares");
   if (showsAsZero(shares)) {
     payInCash();
@@ -203,6 +229,12 @@ void ReceiveDividendsPanel::recompute() {
   setEnabled(m_country, isForeign());
   if (!isForeign())
     m_country->setText(toFox(countryPrompt));
+  showCash();
+}
+
+/// New shares bring no cash, and the tax that is withheld abroad is only noted.
+void ReceiveDividendsPanel::showCash() {
+  m_cashAfter.showEffect(isReinvested() ? 0.0 : value());
 }
 
 void ReceiveDividendsPanel::payInCash() {
@@ -211,12 +243,14 @@ void ReceiveDividendsPanel::payInCash() {
   m_shares->setValue(0.0);
   m_sharePrice->setValue(0.0);
   enablePaymentFields(false);
+  showCash();
 }
 
 void ReceiveDividendsPanel::reinvest() {
   m_cash->setCheck(FALSE);
   m_drp->setCheck(TRUE);
   enablePaymentFields(true);
+  showCash();
 }
 
 void ReceiveDividendsPanel::enablePaymentFields(bool reinvested) {

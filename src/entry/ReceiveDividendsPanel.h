@@ -1,4 +1,5 @@
 #pragma once
+#include "entry/CashRow.h"
 #include "entry/DatedPanel.h"
 #include <cstdint>
 
@@ -28,7 +29,8 @@ public:
   /// Every field to its initial value, with the stocks to choose from that are held now or were sold: a
   /// dividend may come after the sale. A code that is passed in is chosen, with all its shares.
   void reset(const String& initialCode = String());
-  /// The fields of a recorded dividend; its stock can be chosen although it may not be held any more.
+  /// The fields of a recorded dividend; its stock can be chosen although it may not be held any more. Where
+  /// its cash entry is not found, nothing is told of the cash.
   void showDividend(const XMLElement& dividendEvent);
 
   bool validate() override;
@@ -72,6 +74,7 @@ private:
 
   void buildHoldingRows(FormRows& rows);
   void buildValueRows(FormRows& rows);
+  void buildFrankingRow(FXHorizontalFrame& row);
   void buildForeignRows(FormRows& rows);
   void buildPaymentRows(FormRows& rows);
   void fillCountries();
@@ -81,6 +84,7 @@ private:
   void recompute();
   void payInCash();
   void reinvest();
+  void showCash();
 
   const SharePortfolioUser* m_portfolio = nullptr;
   StockChoice* m_code = nullptr;
@@ -100,6 +104,7 @@ private:
   NumberField* m_shares = nullptr;
   FXLabel* m_sharePriceLabel = nullptr;
   NumberField* m_sharePrice = nullptr;
+  CashRow m_cashAfter;
 };
 
 } // namespace Tallymoor

@@ -33,6 +33,8 @@ TradePanel::TradePanel(FXComposite* parent, const String& title, const String& d
 void TradePanel::addTrade(FormRows& rows, const String& numberLabel, const String& dateLabel) {
   m_number = rows.addNumber(numberLabel, amountDecimals, this, ID_AMOUNT);
   m_price = rows.addNumber(u"Share price", priceDecimals, this, ID_AMOUNT);
+  m_priceNote = new FXLabel(static_cast<FXComposite*>(m_price->getParent()), FXString(), nullptr,
+                            JUSTIFY_LEFT | LAYOUT_CENTER_Y);
   m_brokerage = rows.addNumber(u"Brokerage paid", amountDecimals, this, ID_AMOUNT);
   addDate(rows, dateLabel);
 }
@@ -40,8 +42,7 @@ void TradePanel::addTrade(FormRows& rows, const String& numberLabel, const Strin
 void TradePanel::addTotals(FormRows& rows, const String& label) {
   m_total = rows.addNumber(label, amountDecimals);
   m_total->makeReadOnly();
-  m_cashAfter = rows.addNumber(u"Cash afterwards", amountDecimals);
-  m_cashAfter->makeReadOnly();
+  m_cash.addTo(rows);
 }
 
 void TradePanel::addComments(FormRows& rows, const String& title) {
@@ -62,6 +63,7 @@ void TradePanel::showTrade(const Date& date, double number, double price, double
   m_brokerage->setValue(brokerage);
   m_comments->setText(toFox(comments));
   m_proposedPrice.clear();
+  m_priceNote->setText(FXString());
   m_shownPrice = m_price->text();
   m_priceDay = date;
   showTotals();
@@ -69,24 +71,18 @@ void TradePanel::showTrade(const Date& date, double number, double price, double
 
 // ---- Total and cash ----
 
-void TradePanel::setCashBefore(std::optional<double> cash) {
-  m_cashBefore = cash;
-  if (cash)
-    m_cashAfter->getParent()->show();
-  else
-    m_cashAfter->getParent()->hide();
-  recalc();
-  showTotals();
-}
-
 void TradePanel::showTotals() {
   const double effect = cashEffect();
   m_total->setValue(std::fabs(effect));
-  m_cashAfter->setValue(m_cashBefore.value_or(0.0) + effect);
+  m_cash.showEffect(effect);
 }
 
 long TradePanel::onAmount(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"TradePanel::onAmount failed.", [this] { showTotals(); });
+  return guardedHandler(u"TradePanel::onAmount failed.", [this] {
+    if (!isPriceProposed())
+      m_priceNote->setText(FXString());
+    showTotals();
+  });
 }
 
 // ---- The price of the day ----
@@ -95,13 +91,28 @@ void TradePanel::proposePrice(double price) {
   m_price->setValue(price);
   m_proposedPrice = m_price->text();
   m_priceDay = dateField()->date().value_or(Date());
+  m_priceNote->setText(showsAsZero(price) && !code().empty() ? "No price is known." : "");
   showTotals();
+}
+
+void TradePanel::proposeNoPrice() {
+  if (isPriceProposed())
+    proposePrice(0.0);
+}
+
+void TradePanel::forgetProposedPrice() {
+  proposeNoPrice();
+  m_priceNote->setText(FXString()); // nobody has looked
+}
+
+bool TradePanel::isPriceProposed() const {
+  return m_price->text() == m_proposedPrice;
 }
 
 /// True when that has changed the price.
 bool TradePanel::followDate() {
   const Date day = date();
-  if (code().empty() || day == m_priceDay || !(m_price->text() == m_proposedPrice))
+  if (code().empty() || day == m_priceDay || !isPriceProposed())
     return false;
   const String before = m_price->text();
   proposePrice(priceOfDay(code(), day));

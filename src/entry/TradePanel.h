@@ -1,4 +1,5 @@
 #pragma once
+#include "entry/CashRow.h"
 #include "entry/DatedPanel.h"
 #include <optional>
 
@@ -40,9 +41,13 @@ protected:
   void resetTrade();
   void showTrade(const Date& date, double number, double price, double brokerage, const String& comments);
   /// What is in the cash reserve without the trade. Nothing, which is how a form begins, hides the row.
-  void setCashBefore(std::optional<double> cash);
-  /// A price that is not the user's own, for the form's day.
+  void setCashBefore(std::optional<double> cash) { m_cash.setBefore(cash); }
+  /// A price that is not the user's own, for the form's day; one of zero is said to be unknown.
   void proposePrice(double price);
+  /// The price of the form's stock and day can't be had; one that the user typed himself stays.
+  void proposeNoPrice();
+  /// The stock is another one: a price that was proposed for the one before goes.
+  void forgetProposedPrice();
   void dateChanged() override;
   /// Where the user has just typed another day, the proposed price is that day's now, and he is asked about
   /// it.
@@ -57,15 +62,16 @@ protected:
   NumberField* priceField() const { return m_price; }
 
 private:
+  bool isPriceProposed() const;
   bool followDate();
   void showTotals();
 
   NumberField* m_number = nullptr;
   NumberField* m_price = nullptr;
+  FXLabel* m_priceNote = nullptr; ///< beside the price
   NumberField* m_brokerage = nullptr;
   NumberField* m_total = nullptr;
-  NumberField* m_cashAfter = nullptr;
-  std::optional<double> m_cashBefore;
+  CashRow m_cash;
   String m_proposedPrice; ///< the field's text; empty when it is the user's own
   String m_shownPrice;    ///< that was recorded before; empty in a new form
   Date m_priceDay;        ///< of the proposal, or of the record

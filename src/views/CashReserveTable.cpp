@@ -74,7 +74,8 @@ long CashReserveTable::onEdit(FXObject*, FXSelector, void*) {
 
 void CashReserveTable::editEvent(XMLElement& event) {
   const Date oldDate = dateValue(event, u"Date");
-  EditFloatDialog dialog(&MainWindow::Instance(), u"Edit cash transaction", String(), event);
+  EditFloatDialog dialog(&MainWindow::Instance(), u"Edit cash transaction", String(), portfolio().portfolio(),
+                         event);
   if (dialog.execute() == 0)
     return;
   const GetFloatPanel& panel = *dialog.panel();

@@ -1,4 +1,5 @@
 #include "views/SharePortfolioTreeItem.h"
+#include "engine/CashBalance.h"
 #include "engine/SharePortfolioUser.h"
 #include "entry/BuySharesDialog.h"
 #include "entry/BuySharesPanel.h"
@@ -340,6 +341,7 @@ void SharePortfolioTreeItem::bookCash(const String& title, std::int32_t type,
                                       const String& descriptionStart) {
   HandlerScope scope;
   GetFloatDialog dialog(&MainWindow::Instance(), title);
+  dialog.panel()->setCashBefore(cashBalance(m_portfolio->portfolio(), Date()), isCreditType(type));
   if (dialog.execute() == 0)
     return;
   const GetFloatPanel& panel = *dialog.panel();

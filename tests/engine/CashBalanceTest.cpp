@@ -27,5 +27,13 @@ TEST(CashBalanceTest, CreditsCountUpAndAllElseDownToTheEndOfTheDay) {
   EXPECT_DOUBLE_EQ(1232.75, cashBalance(portfolio, Date(2026, 3, 5)));
 }
 
+TEST(CashBalanceTest, AnEntryOfALaterDayHasNoEffectYet) {
+  XMLSharePortfolio portfolio;
+  book(portfolio, u"2/3/2026", u"50.25", u"2");
+  const XMLElement& debit = portfolio.subElement(u"CashReserve").subElement(u"CashEvents");
+  EXPECT_EQ(-50.25, effectOnBalance(debit, Date(2026, 3, 2)));
+  EXPECT_EQ(0.0, effectOnBalance(debit, Date(2026, 3, 1)));
+}
+
 } // namespace
 } // namespace Tallymoor

@@ -27,6 +27,8 @@ constexpr const char* noCode = "You must record the share code - click 'search' 
 constexpr const char* unchecked = "You have not checked the stock code by searching for the company.\n"
                                   "Are you sure you want to continue with this stock code?";
 
+constexpr const char* noPriceKnown = "No price is known.";
+
 class BuySharesPanelTest : public WindowTest {
 protected:
   BuySharesPanelTest() {
@@ -47,6 +49,7 @@ protected:
   }
   void set(const std::string& label, const std::string& text) { type(field(*m_panel, label), text); }
   std::string shown(const std::string& label) { return field(*m_panel, label).getText().text(); }
+  std::string statusText() { return find<FXStatusLine>(mainWindow())->getText().text(); }
   double storedBrokerage() { return Settings::Instance().readReal(u"Finance", u"Brokerage", 50.0); }
   void searchAndAccept() {
     whenModal("Stock Search", [this](FXWindow& form) { press(form, "OK"); });
@@ -418,6 +421,7 @@ TEST_F(BuySharesPanelTest, ACodeTypedAfterASearchHasNotBeenSearchedFor) {
   fill();
   searchAndAccept();
   set("Stock code", "XYZ.AX");
+  set("Share price", "2.50");
   EXPECT_EQ(String(), m_panel->name());
   answer(unchecked, "Yes");
   EXPECT_TRUE(m_panel->validate());
@@ -455,17 +459,40 @@ TEST_F(BuySharesPanelTest, AnOfflineSearchIsReported) {
   EXPECT_EQ(String(u"ABC.AX"), m_panel->code());
 }
 
-TEST_F(BuySharesPanelTest, APriceThatCannotBeFetchedIsReportedAndTheStockStays) {
+TEST_F(BuySharesPanelTest, APriceThatCannotBeFetchedIsToldBesideItAndTheStockStays) {
+  m_market.addListing(u"NOQ.AX", u"No Quotes", u"Australia");
+  set("Stock code", "NOQ");
+  EXPECT_FALSE(shows(*m_panel, noPriceKnown)) << "nobody has looked yet";
+  searchAndAccept();
+  EXPECT_TRUE(boxes().empty());
+  EXPECT_EQ(String(u"NOQ.AX"), m_panel->code());
+  EXPECT_EQ(String(u"No Quotes in Australia"), m_panel->name());
+  EXPECT_EQ("0.0000", shown("Share price"));
+  EXPECT_TRUE(shows(*m_panel, noPriceKnown));
+  EXPECT_TRUE(statusText().starts_with("No price for NOQ.AX: HTMLException : ")) << statusText();
+  set("Share price", "2.5");
+  EXPECT_FALSE(shows(*m_panel, noPriceKnown));
+}
+
+TEST_F(BuySharesPanelTest, APriceThatWasTypedStaysWhenTheStockFoundHasNone) {
   m_market.addListing(u"NOQ.AX", u"No Quotes", u"Australia");
   fill();
   set("Stock code", "NOQ");
-  whenModal("Stock Search", [this](FXWindow& form) { press(form, "OK"); });
-  whenModal("BuySharesPanel::onSearchCode failed. HTMLException : ",
-            [this](FXWindow& box) { press(box, "OK"); });
-  press(*m_panel, "Search for stock code");
-  EXPECT_EQ(String(u"NOQ.AX"), m_panel->code());
-  EXPECT_EQ(String(u"No Quotes in Australia"), m_panel->name());
-  EXPECT_EQ(12.34, m_panel->price());
+  searchAndAccept();
+  EXPECT_EQ("12.34", shown("Share price"));
+  EXPECT_FALSE(shows(*m_panel, noPriceKnown));
+}
+
+TEST_F(BuySharesPanelTest, APriceProposedForOneStockIsNoneForAnother) {
+  set("Stock code", "alphabet");
+  searchAndAccept();
+  EXPECT_EQ("12.3456", shown("Share price"));
+  set("Stock code", "XYZ.AX");
+  EXPECT_EQ("0.0000", shown("Share price"));
+  EXPECT_FALSE(shows(*m_panel, noPriceKnown));
+  set("Share price", "3");
+  set("Stock code", "XYZ.L");
+  EXPECT_EQ("3", shown("Share price")) << "typed, and not proposed";
 }
 
 TEST_F(BuySharesPanelTest, FieldsLineUp) {

@@ -56,6 +56,29 @@ TEST_F(EditDividendsDialogTest, ShowsAReinvestedForeignDividend) {
   EXPECT_EQ(2.2, panel.withholdingTax());
 }
 
+TEST_F(EditDividendsDialogTest, TheCashAfterwardsCountsTheDividendInPlaceOfTheRecordedOne) {
+  user().creditCash(Date(2026, 2, 26), 1000.0, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
+  user().receiveDividend(u"OLD.AX", Date(2026, 2, 27), 120.0, 0.123456, 40, 0.0, 0.0, String(), 0.0);
+  EditDividendsDialog dialog(&mainWindow(), user(), m_event);
+  const auto cash = [&dialog] { return std::string(field(dialog, "Cash afterwards").getText().text()); };
+  dialog.create();
+  EXPECT_EQ("1014.81", cash());
+  type(field(dialog, "On Shares Held"), "1000");
+  EXPECT_EQ("1123.46", cash());
+}
+
+TEST_F(EditDividendsDialogTest, NothingIsToldOfTheCashWhereTheDividendHasNoEntryThere) {
+  EditDividendsDialog dialog(&mainWindow(), user(), m_event);
+  EXPECT_FALSE(field(dialog, "Cash afterwards").getParent()->shown());
+}
+
+TEST_F(EditDividendsDialogTest, AReinvestedDividendLeavesTheCash) {
+  user().creditCash(Date(2026, 2, 26), 1000.0, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
+  m_event.subElement(u"DRPShares").setValue(u"6.50");
+  EditDividendsDialog dialog(&mainWindow(), user(), m_event);
+  EXPECT_STREQ("1000.00", field(dialog, "Cash afterwards").getText().text());
+}
+
 TEST_F(EditDividendsDialogTest, ARecordWithoutItsOptionalPartsIsShown) {
   m_event.removeSubElements(u"ForeignDividend");
   m_event.removeSubElements(u"WithholdingTax");

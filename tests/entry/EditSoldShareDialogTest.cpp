@@ -1,7 +1,9 @@
 #include "entry/EditSoldShareDialog.h"
 #include "BrokenPlatform.h"
 #include "PortfolioFormTest.h"
+#include "engine/CashBalance.h"
 #include "foundation/LinuxPlatform.h"
+#include "market/StockNames.h"
 #include "widgets/FXCalendar.h"
 
 namespace Tallymoor {
@@ -205,6 +207,78 @@ TEST_F(EditSoldShareDialogTest, ASplitSaleIsShownInSharesOfTheDayOfSale) {
   EXPECT_EQ("100.00", shown("Number sold"));
   EXPECT_EQ("3.0000", shown("Buy price"));
   EXPECT_EQ("3.7500", shown("Sell price"));
+}
+
+TEST_F(EditSoldShareDialogTest, ShowsTheCompanysNameAndWhatTheSaleBrings) {
+  StockNames::remember(u"ABC.AX", u"Alphabet Bricks");
+  m_dialog = std::make_unique<EditSoldShareDialog>(&mainWindow(), u"ABC.AX", m_event);
+  EXPECT_EQ("Alphabet Bricks", shown("Stock name"));
+  EXPECT_FALSE(field(*m_dialog, "Stock name").isEditable());
+  EXPECT_EQ("345.05", shown("Total received"));
+  EXPECT_FALSE(field(*m_dialog, "Total received").isEditable());
+  m_dialog->create();
+  set("Number sold", "200");
+  EXPECT_EQ("720.05", shown("Total received"));
+  set("Sell price", "4");
+  EXPECT_EQ("770.05", shown("Total received"));
+  set("Sell Brokerage paid", "0.05");
+  EXPECT_EQ("799.95", shown("Total received"));
+}
+
+/// A sale of the portfolio itself: 100 of ABC.AX, bought at 2.50 for 260.00, bring 345.05.
+class EditRecordedSaleTest : public PortfolioFormTest {
+protected:
+  void SetUp() override {
+    PortfolioFormTest::SetUp();
+    user().creditCash(Date(2026, 2, 25), 1000.0, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
+  }
+  void buyAndSell(double bought) {
+    user().buyShares(u"NEW.AX", Date(2026, 2, 25), bought, 2.5, 10.0, String());
+    user().capitalRecord().update(user());
+    user().sellShares(u"NEW.AX", Date(2026, 3, 2), 100.0, 3.75, 29.95, true, String());
+  }
+  XMLElement& sale() {
+    std::size_t index = 0;
+    return user().findSoldShare(u"NEW.AX", index)->subElement(u"SellEvents");
+  }
+  std::string cashAfter(FXWindow& dialog) { return field(dialog, "Cash afterwards").getText().text(); }
+};
+
+TEST_F(EditRecordedSaleTest, TheCashAfterwardsFollowsTheSaleAndAPurchaseOfItsOwn) {
+  buyAndSell(100.0);
+  EditSoldShareDialog dialog(&mainWindow(), u"NEW.AX", sale());
+  dialog.create();
+  EXPECT_EQ("1085.05", cashAfter(dialog)) << user().cashReserveToday();
+  type(field(dialog, "Sell price"), "4");
+  EXPECT_EQ("1110.05", cashAfter(dialog));
+  type(field(dialog, "Buy price"), "3");
+  EXPECT_EQ("1060.05", cashAfter(dialog));
+  ASSERT_TRUE(user().editSellEvent(sale(), dialog.buyDate(), dialog.sellDate(), dialog.number(),
+                                   dialog.buyPrice(), dialog.sellPrice(), dialog.buyBrokerage(),
+                                   dialog.sellBrokerage(), String()));
+  EXPECT_DOUBLE_EQ(1060.05, cashBalance(user().portfolio(), Date()));
+}
+
+TEST_F(EditRecordedSaleTest, ThePurchaseOfMoreSharesThanWereSoldStaysPaid) {
+  buyAndSell(200.0);
+  EditSoldShareDialog dialog(&mainWindow(), u"NEW.AX", sale());
+  dialog.create();
+  EXPECT_EQ("835.05", cashAfter(dialog));
+  type(field(dialog, "Buy price"), "3");
+  EXPECT_EQ("835.05", cashAfter(dialog));
+}
+
+TEST_F(EditRecordedSaleTest, NothingIsToldOfTheCashWithoutTheSalesEntryOrAfterASplit) {
+  buyAndSell(100.0);
+  sale().subElement(u"SellPrice").setValue(u"3.0000"); // no longer that of its entry
+  EditSoldShareDialog withoutEntry(&mainWindow(), u"NEW.AX", sale());
+  EXPECT_FALSE(field(withoutEntry, "Cash afterwards").getParent()->shown());
+  sale().subElement(u"SellPrice").setValue(u"3.7500");
+  XMLElement& split = sale().addSubElement(new XMLSplitAdjustment, u"Adjustments");
+  split.subElement(u"StartDate").setValue(u"27/2/2026");
+  split.subElement(u"Factor").setValue(u"2");
+  EditSoldShareDialog afterASplit(&mainWindow(), u"NEW.AX", sale());
+  EXPECT_FALSE(field(afterASplit, "Cash afterwards").getParent()->shown());
 }
 
 TEST_F(EditSoldShareDialogTest, FieldsLineUpAndTabGoesDown) {

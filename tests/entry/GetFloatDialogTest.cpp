@@ -64,12 +64,17 @@ protected:
     m_event.subElement(u"Value").setValue(u"1264.00");
     m_event.subElement(u"Type").setValue(u"4");
     m_event.subElement(u"Description").setValue(u"DEPOSIT savings");
+    XMLElement& fee = m_portfolio.subElement(u"CashReserve").addSubElement(new XMLCashEvent, u"CashEvents");
+    fee.subElement(u"Date").setValue(u"28/2/2026");
+    fee.subElement(u"Value").setValue(u"64.00");
+    fee.subElement(u"Type").setValue(u"2");
   }
-  XMLCashEvent m_event;
+  XMLSharePortfolio m_portfolio;
+  XMLElement& m_event = m_portfolio.subElement(u"CashReserve").addSubElement(new XMLCashEvent, u"CashEvents");
 };
 
 TEST_F(EditFloatDialogTest, ShowsTheRecordedAmountAndOnlyReadsIt) {
-  EditFloatDialog dialog(&mainWindow(), u"Edit cash transaction", String(), m_event);
+  EditFloatDialog dialog(&mainWindow(), u"Edit cash transaction", String(), m_portfolio, m_event);
   EXPECT_EQ(1264.0, dialog.panel()->value());
   EXPECT_EQ(Date(2026, 2, 27), dialog.panel()->date());
   EXPECT_EQ(String(u"DEPOSIT savings"), dialog.panel()->text());
@@ -85,6 +90,20 @@ TEST_F(EditFloatDialogTest, ShowsTheRecordedAmountAndOnlyReadsIt) {
   EXPECT_EQ(1300.0, dialog.panel()->value());
   EXPECT_EQ(Date(2026, 2, 28), dialog.panel()->date());
   EXPECT_EQ(String(u"1264.00"), m_event.subElement(u"Value").value());
+}
+
+TEST_F(EditFloatDialogTest, TheCashAfterwardsCountsTheAmountInPlaceOfTheRecordedOne) {
+  EditFloatDialog deposit(&mainWindow(), u"Edit cash transaction", String(), m_portfolio, m_event);
+  EXPECT_STREQ("1200.00", field(deposit, "Cash afterwards").getText().text());
+  deposit.create();
+  type(field(deposit, "Amount"), "1,000");
+  EXPECT_STREQ("936.00", field(deposit, "Cash afterwards").getText().text());
+  m_event.subElement(u"Type").setValue(u"5");
+  EditFloatDialog withdrawal(&mainWindow(), u"Edit cash transaction", String(), m_portfolio, m_event);
+  EXPECT_STREQ("-1328.00", field(withdrawal, "Cash afterwards").getText().text());
+  withdrawal.create();
+  type(field(withdrawal, "Amount"), "100");
+  EXPECT_STREQ("-164.00", field(withdrawal, "Cash afterwards").getText().text());
 }
 
 } // namespace

@@ -94,6 +94,20 @@ TEST_F(GetFloatPanelTest, NothingIsTakenWhereItIsAllowed) {
   EXPECT_FALSE(m_panel->validate());
 }
 
+TEST_F(GetFloatPanelTest, TheCashAfterwardsFollowsTheAmount) {
+  EXPECT_FALSE(field(*m_panel, "Cash afterwards").getParent()->shown()) << "nothing is known of the cash";
+  m_panel->setCashBefore(1000.0, true);
+  EXPECT_TRUE(field(*m_panel, "Cash afterwards").getParent()->shown());
+  EXPECT_FALSE(field(*m_panel, "Cash afterwards").isEditable());
+  EXPECT_EQ("1012.50", shown("Cash afterwards"));
+  set("Amount", "1,234.5");
+  EXPECT_EQ("2234.50", shown("Cash afterwards"));
+  m_panel->setCashBefore(1000.0, false);
+  EXPECT_EQ("-234.50", shown("Cash afterwards"));
+  m_panel->reset();
+  EXPECT_EQ("1000.00", shown("Cash afterwards"));
+}
+
 TEST_F(GetFloatPanelTest, TheDateButtonFillsTheField) {
   whenModal("Choose the date", [&](FXWindow& form) {
     EXPECT_EQ(Date(2026, 2, 1), find<FXCalendar>(form)->date());

@@ -121,6 +121,21 @@ TEST_F(ReceiveDividendsPanelTest, ValueAndCreditFollowTheNumbers) {
   EXPECT_EQ(100, m_panel->percentFranked());
 }
 
+TEST_F(ReceiveDividendsPanelTest, TheCashAfterwardsFollowsWhatIsPaidInCash) {
+  user().creditCash(Date(2026, 2, 27), 1000.0, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
+  m_panel->reset(u"ABC.AX");
+  EXPECT_EQ("1000.00", shown("Cash afterwards"));
+  EXPECT_FALSE(field(*m_panel, "Cash afterwards").isEditable());
+  set("Dividend Rate", "0.5");
+  EXPECT_EQ("1050.00", shown("Cash afterwards"));
+  set("Withholding Tax", "7"); // only noted
+  EXPECT_EQ("1050.00", shown("Cash afterwards"));
+  choosePayment("Dividend reinvestment");
+  EXPECT_EQ("1000.00", shown("Cash afterwards"));
+  choosePayment("Paid in cash");
+  EXPECT_EQ("1050.00", shown("Cash afterwards"));
+}
+
 TEST_F(ReceiveDividendsPanelTest, TheArrowsOfThePercentageCount) {
   set("On Shares Held", "1000");
   set("Dividend Rate", "0.10");

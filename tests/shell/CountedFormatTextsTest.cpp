@@ -446,9 +446,10 @@ TEST_F(CountedFormatTexts, TextsOfAPage) {
   enter(byCommand(TallymoorWindow::ID_BUY), "Buy Shares", [this](FXWindow& form) {
     type(field(form, "Stock code"), CODE);
     whenModal("Stock Search", [this](FXWindow& search) { press(search, "OK"); });
-    answerBox("BuySharesPanel::onSearchCode failed. Exception : Date::fromString - no separator: " + NAME,
-              "OK");
     press(form, "Search for stock code");
+    expectShown("the passing status",
+                "No price for " + CODE + ": Exception : Date::fromString - no separator: " + NAME,
+                find<FXStatusLine>(run())->getText().text());
     press(form, "Cancel");
   });
 }
