@@ -1,6 +1,6 @@
 #include "engine/WeeklyPrices.h"
+#include "engine/SuspectedSplit.h"
 #include "foundation/Amounts.h"
-#include "foundation/RunTimeSettings.h"
 #include "market/TallymoorInternet.h"
 #include <algorithm>
 #include <optional>
@@ -18,11 +18,6 @@ bool isQuoted(const Date& day, const ShareValue& value) {
 
 Date fridayOf(const Date& day) {
   return day.lastFriday().plusDays(DAYS_OF_A_WEEK); // of a Friday, the last one lies a week back
-}
-
-/// A move by which a share split or merge is recognised.
-bool isSplitSized(double before, double now) {
-  return now < before / splitRatioDetect || now > before * reverseSplitRatioDetect;
 }
 
 /// The close always lies within the range, whatever the source says of high and low.
@@ -60,7 +55,7 @@ std::vector<WeeklyPrice> recentWeeks(const String& code, const Date& day, int co
   for (const auto& [quoted, value] : gateway.cachedRows(code, first, day)) {
     if (!isQuoted(quoted, value))
       continue;
-    if (before && isSplitSized(*before, value.close))
+    if (before && SuspectedSplit::between(*before, value.close))
       weeks.clear();
     before = value.close;
     if (quoted <= last)

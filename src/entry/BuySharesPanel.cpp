@@ -95,8 +95,12 @@ void BuySharesPanel::showCash() {
   setCashBefore(changesCash ? std::optional(cashBalance(m_portfolio->portfolio(), Date())) : std::nullopt);
 }
 
+double BuySharesPanel::total() const {
+  return number() * price() + brokerage();
+}
+
 double BuySharesPanel::cashEffect() const {
-  return -(number() * price() + brokerage());
+  return -total();
 }
 
 void BuySharesPanel::showPurchase(const String& code, const Date& date, double number, double price,

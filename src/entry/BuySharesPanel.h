@@ -42,6 +42,7 @@ public:
 
 protected:
   BuySharesPanel() {}
+  double total() const override;
   double cashEffect() const override;
 
 private:

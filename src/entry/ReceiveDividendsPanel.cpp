@@ -273,8 +273,13 @@ bool ReceiveDividendsPanel::validate() {
         !requirePositive(*m_held, u"You must select the number of shares the dividend was given for") ||
         !requirePositive(*m_rate, u"You must record the dividend rate"))
       return false;
-    return checkOrigin() && checkPayment();
+    return checkFranking() && checkOrigin() && checkPayment();
   });
+}
+
+bool ReceiveDividendsPanel::checkFranking() const {
+  return !m_percentFranked->isBeyondLimits() ||
+         refuse(*m_percentFranked->field(), u"The percentage franked must be from 0 to 100.");
 }
 
 bool ReceiveDividendsPanel::checkOrigin() const {

@@ -69,6 +69,7 @@ protected:
   virtual void enablePaymentFields(bool reinvested);
 
 private:
+  bool checkFranking() const;
   bool checkOrigin() const;
   bool checkPayment() const;
 

@@ -89,8 +89,12 @@ void SellSharesPanel::showHolding(double price) {
   proposePrice(price);
 }
 
-double SellSharesPanel::cashEffect() const {
+double SellSharesPanel::total() const {
   return number() * price() - brokerage();
+}
+
+double SellSharesPanel::cashEffect() const {
+  return total();
 }
 
 FXWindow* SellSharesPanel::firstField() const {

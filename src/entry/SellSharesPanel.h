@@ -35,6 +35,7 @@ public:
 
 protected:
   SellSharesPanel() {}
+  double total() const override;
   double cashEffect() const override;
 
 private:

@@ -9,7 +9,6 @@
 #include "widgets/HandlerScope.h"
 #include "widgets/NumberField.h"
 #include "widgets/ToolkitText.h"
-#include <cmath>
 
 namespace Tallymoor {
 
@@ -72,9 +71,8 @@ void TradePanel::showTrade(const Date& date, double number, double price, double
 // ---- Total and cash ----
 
 void TradePanel::showTotals() {
-  const double effect = cashEffect();
-  m_total->setValue(std::fabs(effect));
-  m_cash.showEffect(effect);
+  m_total->setValue(total());
+  m_cash.showEffect(cashEffect());
 }
 
 long TradePanel::onAmount(FXObject*, FXSelector, void*) {

@@ -31,6 +31,8 @@ public:
 
 protected:
   TradePanel() {}
+  /// What the contract note comes to; negative where the brokerage of a sale is more than it brings.
+  virtual double total() const = 0;
   /// What the trade brings into the cash reserve; negative for what it takes.
   virtual double cashEffect() const = 0;
   void addTrade(FormRows& rows, const String& numberLabel, const String& dateLabel);

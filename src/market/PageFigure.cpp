@@ -66,6 +66,41 @@ double unitOf(char16_t letter) {
   }
 }
 
+/// The value of digits of base 10 or 16; nothing for other characters, and beyond what is a character.
+std::optional<char32_t> codePoint(const String& digits, unsigned base) {
+  constexpr char32_t LAST = 0x10FFFF;
+  char32_t value = 0;
+  for (const char16_t unit : digits) {
+    const unsigned letter = (unit | 0x20u) - u'a';
+    const unsigned digit = isDigit(unit) ? unit - u'0' : letter < 26 ? letter + 10 : base;
+    if (digit >= base || value > LAST)
+      return std::nullopt;
+    value = value * base + digit;
+  }
+  const bool isCharacter = value > 0 && value <= LAST && (value < 0xD800 || value > 0xDFFF);
+  return isCharacter ? std::optional(value) : std::nullopt;
+}
+
+/// What a reference stands for, given without its "&" and ";".
+std::optional<String> referredCharacter(const String& name) {
+  static const std::array<std::pair<String, String>, 6> NAMES{
+      {{u"amp", u"&"}, {u"lt", u"<"}, {u"gt", u">"}, {u"quot", u"\""}, {u"apos", u"'"}, {u"nbsp", u" "}}};
+  for (const auto& [known, character] : NAMES)
+    if (name == known)
+      return character;
+  if (!name.starts_with(u'#'))
+    return std::nullopt;
+  const bool hexadecimal = name.size() > 1 && (name[1] | 0x20) == u'x';
+  const auto value = codePoint(String(name.substr(hexadecimal ? 2 : 1)), hexadecimal ? 16 : 10);
+  if (!value)
+    return std::nullopt;
+  if (*value < 0x10000)
+    return String(1, static_cast<char16_t>(*value));
+  const char32_t beyond = *value - 0x10000;
+  return String{static_cast<char16_t>(0xD800 + (beyond >> 10)),
+                static_cast<char16_t>(0xDC00 + (beyond & 0x3FF))};
+}
+
 } // namespace
 
 String withoutPageBlanks(const String& text) {
@@ -81,6 +116,18 @@ String withoutPageBlanks(const String& text) {
     }
   }
   return rest;
+}
+
+String withCharacters(const String& text) {
+  String plain;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t end = text[at] == u'&' ? text.find(u';', at) : String::npos;
+    const auto character =
+        end == String::npos ? std::nullopt : referredCharacter(String(text.substr(at + 1, end - at - 1)));
+    plain += character ? *character : String(text.substr(at, 1));
+    at = character ? end + 1 : at + 1;
+  }
+  return plain;
 }
 
 bool holdsDigits(const String& text) {

@@ -1,5 +1,6 @@
 #include "market/SearchTable.h"
 #include "market/HTMLTable.h"
+#include "market/PageFigure.h"
 #include <array>
 #include <utility>
 
@@ -37,7 +38,7 @@ SearchTable::Row SearchTable::row(std::size_t index) const {
   Row row{Reading::Read, {}};
   CodeSearchResult& result = row.result;
   result.code = m_table.cellValue(index, m_code);
-  result.name = m_table.cellValue(index, m_name);
+  result.name = withCharacters(m_table.cellValue(index, m_name));
   result.market = marketOf(result.code, m_table.cellValue(index, m_market));
   if (result.code.empty())
     row.reading = Reading::NoCode;

@@ -38,8 +38,8 @@ void InvestmentTree::showFirst() {
     m_beforeUpdate();
   for (TreeViewItem* root = firstRoot(); root; root = root->nextSibling())
     root->update();
-  if (TreeViewItem* first = firstRoot())
-    first->onLeftClick(0, 0);
+  if (TreeViewItem* first = firstRoot(); first && !m_shownItem)
+    static_cast<InvestmentTreeItem*>(first)->activate();
 }
 
 void InvestmentTree::showPageOf(InvestmentTreeItem* item) {

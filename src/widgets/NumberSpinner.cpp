@@ -30,6 +30,16 @@ bool NumberSpinner::isEmpty() const {
   return typed().empty();
 }
 
+bool NumberSpinner::isBeyondLimits() const {
+  const std::int32_t value = typed().toLong();
+  return !isEmpty() && value != std::clamp(value, range[0], range[1]);
+}
+
+void NumberSpinner::setValue(FXint value, FXbool notify) {
+  FXSpinner::setValue(value, notify);
+  textField->setText(FXStringVal(pos));
+}
+
 long NumberSpinner::onTyped(FXObject*, FXSelector selector, void*) {
   if (isEmpty())
     return 1;

@@ -19,6 +19,10 @@ public:
   bool isEmpty() const;
   /// The number in the field, brought to the nearer limit; an empty field has the last one.
   std::int32_t number() const { return getValue(); }
+  /// True when a number is typed that lies beyond the limits.
+  bool isBeyondLimits() const;
+  /// What was typed gives way, also when it counted as this number.
+  void setValue(FXint value, FXbool notify = FALSE) override;
   FXTextField* field() const { return textField; }
 
   long onTyped(FXObject*, FXSelector, void*);

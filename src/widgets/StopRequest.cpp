@@ -21,12 +21,15 @@ constexpr std::chrono::milliseconds BETWEEN_LOOKS{50};
 struct Look {
   Window progress = 0; ///< 0 without a progress dialog
   Window cancel = 0;
+  Atom closing = 0; ///< what a window manager sends for the close button
   bool found = false;
 };
 
 bool isPressOfCancel(const Look& look, XEvent& event) {
+  // A window manager also sends messages to give the keyboard, and to see whether the program answers.
   if (event.type == ClientMessage)
-    return event.xclient.window == look.progress; // its close button; nobody else sends it one
+    return event.xclient.window == look.progress &&
+           static_cast<Atom>(event.xclient.data.l[0]) == look.closing;
   if (event.type == ButtonRelease)
     return event.xbutton.window == look.cancel;
   if (event.type != KeyPress)
@@ -79,6 +82,7 @@ bool StopRequest::isInEvents() {
   if (m_progress) {
     look.progress = m_progress->id();
     look.cancel = m_progress->cancelButton().id();
+    look.closing = XInternAtom(display, "WM_DELETE_WINDOW", False);
   }
   XEvent taken;
   XCheckIfEvent(display, &taken, &lookAt, reinterpret_cast<XPointer>(&look));

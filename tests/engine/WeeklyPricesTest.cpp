@@ -53,7 +53,7 @@ TEST_F(WeeklyPricesTest, AWeekHasTheCloseOfItsFridayAndTheRangeOfItsDays) {
   m_market.setDay(m_code, Date(2026, 2, 24), 12, 15, 11, 1000);
   m_market.setDay(m_code, Date(2026, 2, 26), 8, 9, 7.5, 1000);
   m_market.setDay(m_code, Date(2026, 2, 27), 9.5, 10, 9, 1000);
-  m_market.setDay(m_code, Date(2026, 3, 2), 15, 60, 5, 1000);
+  m_market.setDay(m_code, Date(2026, 3, 2), 13, 60, 5, 1000);
   const std::vector<WeeklyPrice> found = weeks(2);
   ASSERT_EQ(found.size(), 2u);
   EXPECT_EQ(textOf(found[0]), String(u"20/2/2026 10.00 10.50 9.50"));
@@ -81,10 +81,19 @@ TEST_F(WeeklyPricesTest, AMergeSinceTheLastFullWeekLeavesNone) {
 TEST_F(WeeklyPricesTest, AMoveThatNoSplitIsRecognisedByStays) {
   setHistory(27, 10);
   gateway().historicalPrice(m_code, m_lastFriday, true);
-  setPrice(m_code, m_today, 20);
+  setPrice(m_code, m_today, 17.5);
   EXPECT_EQ(weeks(27).size(), 27u);
-  setPrice(m_code, m_today, 5);
+  setPrice(m_code, m_today, 7.5);
   EXPECT_EQ(weeks(27).size(), 27u);
+}
+
+TEST_F(WeeklyPricesTest, AJumpByWhichASplitIsAskedForLeavesNoneFromBeforeIt) {
+  setHistory(27, 10);
+  gateway().historicalPrice(m_code, m_lastFriday, true);
+  for (const double close : {5.2, 20.0, 18.5, 6.7, 2.1}) {
+    setPrice(m_code, m_today, close);
+    EXPECT_TRUE(weeks(27).empty()) << close;
+  }
 }
 
 TEST_F(WeeklyPricesTest, AHolidayOnFridayLeavesThursdaysCloseAndAddsNoRange) {
@@ -112,7 +121,7 @@ TEST_F(WeeklyPricesTest, AWeekendThatCarriesAPriceIsNoPartOfAWeek) {
 }
 
 TEST_F(WeeklyPricesTest, ATradedSundayBelongsToTheFridayAfterIt) {
-  m_market.setDay(m_code, Date(2026, 2, 22), 15, 31, 14, 1000);
+  m_market.setDay(m_code, Date(2026, 2, 22), 13, 31, 12, 1000);
   m_market.setDay(m_code, Date(2026, 2, 23), 10, 11, 9, 1000);
   EXPECT_EQ(textOf(weeks(1).back()), String(u"27/2/2026 10.00 31.00 9.00"));
 }
@@ -153,7 +162,7 @@ TEST_F(WeeklyPricesTest, HalfAYearAndTheWeekBeforeItComeFromOneFetchWithNothingS
 
 TEST_F(WeeklyPricesTest, UnderAViewDateTheWeeksEndBeforeIt) {
   m_market.setHistory(m_code, Date(2024, 1, 1), Date(2025, 6, 13), 20);
-  m_market.setHistory(m_code, Date(2025, 6, 14), m_today, 39);
+  m_market.setHistory(m_code, Date(2025, 6, 14), m_today, 35);
   gateway().pauseUpdates();
   Date::setFixedDate(Date(2025, 6, 16));
   const Indicators figures = indicatorsOf(m_code, Date());

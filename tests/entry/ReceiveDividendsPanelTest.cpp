@@ -136,6 +136,19 @@ TEST_F(ReceiveDividendsPanelTest, TheCashAfterwardsFollowsWhatIsPaidInCash) {
   EXPECT_EQ("1050.00", shown("Cash afterwards"));
 }
 
+TEST_F(ReceiveDividendsPanelTest, APercentageBeyondAllIsRefusedAndGivesWayToTheNextForms) {
+  m_panel->reset(u"ABC.AX");
+  set("On Shares Held", "100");
+  set("Dividend Rate", "0.10");
+  for (const char* typed : {"250", "-5", "101"}) {
+    type(*spinner().field(), typed);
+    expectRefused("The percentage franked must be from 0 to 100.", *spinner().field());
+    EXPECT_STREQ(typed, spinner().field()->getText().text());
+  }
+  m_panel->reset();
+  EXPECT_STREQ("100", spinner().field()->getText().text());
+}
+
 TEST_F(ReceiveDividendsPanelTest, TheArrowsOfThePercentageCount) {
   set("On Shares Held", "1000");
   set("Dividend Rate", "0.10");

@@ -287,6 +287,9 @@ TEST_F(SellSharesPanelTest, ShowsTheNameTheTotalAndTheCashAfterwards) {
   EXPECT_EQ("Alphabet Bricks", shown("Stock name"));
   EXPECT_EQ("200.00", shown("Total received")); // 100 at 2.50, less 50.00
   EXPECT_EQ("1200.00", shown("Cash afterwards"));
+  set("Number sold", "10");
+  EXPECT_EQ("-25.00", shown("Total received")) << "the brokerage is more";
+  EXPECT_EQ("975.00", shown("Cash afterwards"));
   set("Number sold", "40");
   EXPECT_EQ("50.00", shown("Total received"));
   EXPECT_EQ("1050.00", shown("Cash afterwards"));

@@ -397,6 +397,18 @@ TEST_F(TallymoorInternetPricesTest, AMissingMarketIsToldByTheCode) {
                                           u"Switzerland", u"Australia", u"N/A", u"Sydney"}));
 }
 
+TEST_F(TallymoorInternetPricesTest, NamesAreReadAsTheyStandOnThePage) {
+  m_market.answerWith(Page::Search,
+                      searchPage({{"A", "Bricks &amp; Mortar", "X"},
+                                  {"B", "&#66;&#x62;&#X42; &lt;&gt;&quot;&apos;&nbsp;!", "X"},
+                                  {"C", "&#128200; &amp;amp; R&D; &#0; &#xD800; &#1114112; &#; &", "X"}}));
+  std::vector<String> names;
+  for (const CodeSearchResult& result : gateway().stockSearch(u"any", true, false))
+    names.push_back(result.name);
+  EXPECT_EQ(names, (std::vector<String>{u"Bricks & Mortar", u"BbB <>\"' !",
+                                        u"\U0001F4C8 &amp; R&D; &#0; &#xD800; &#1114112; &#; &"}));
+}
+
 TEST_F(TallymoorInternetPricesTest, RowsWithoutACodeOrWithAMarkedOneAreNoResults) {
   m_market.answerWith(Page::Search,
                       searchPage({{"", "none", "X"}, {"E:ABC", "marked", "X"}, {"AE:C", "fine", "X"}}));

@@ -178,6 +178,10 @@ TEST_F(WholeRouteTest, LeavesTheExpectedRecordsAndTheNode) {
   EXPECT_NEAR(10202.34, portfolio.cashReserveToday(), 0.001);
   EXPECT_NEAR(800.0, portfolio.sharesValueToday(), 0.001);
   EXPECT_TRUE(shows(tallymoor(), "$11,002.34")) << "the total stands on the page";
+  SharePortfolioTreeItem* node = tallymoor().totalCapital()->portfolioNode(u"Trading Co");
+  EXPECT_TRUE(node->page()->shown());
+  EXPECT_TRUE(node->isSelected()) << "tree and page agree";
+  EXPECT_EQ(node, tallymoor().portfolioTree()->getCurrentItem());
   EXPECT_TRUE(TestProfile::fileExists(profile().dataFolder() + u"Trading CoCapRecord.xml"));
   leave();
   EXPECT_EQ(EXPECTED, TestProfile::readFile(recordsPath()));

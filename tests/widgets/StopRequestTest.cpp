@@ -28,6 +28,16 @@ protected:
     event.xkey.same_screen = True;
     send(to, event);
   }
+  /// What a window manager tells a window by its protocols.
+  void sendProtocol(FXWindow& to, const char* name) {
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = static_cast<Window>(to.id());
+    event.xclient.message_type = XInternAtom(display(), "WM_PROTOCOLS", False);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = static_cast<long>(XInternAtom(display(), name, False));
+    send(to, event);
+  }
   void send(FXWindow& to, XEvent& event) {
     event.xany.display = display();
     XSendEvent(display(), static_cast<Window>(to.id()), False, NoEventMask, &event);
@@ -106,6 +116,19 @@ TEST_F(StopRequestTest, TheCancelButtonOfAProgressDialogEndsTheWork) {
       event.xbutton.state = type == ButtonRelease ? Button1Mask : 0;
       send(cancel, event);
     }
+    EXPECT_TRUE(isWanted());
+  };
+  UserInteraction::Instance().runLengthy(u"Caption", u"Heading", 5, *this, 0);
+}
+
+TEST_F(StopRequestTest, OnlyTheCloseButtonOfAWindowManagerEndsTheWork) {
+  m_work = [this](Progress& progress) {
+    auto& dialog = dynamic_cast<ProgressDialog&>(progress);
+    sendProtocol(dialog, "WM_TAKE_FOCUS");
+    sendProtocol(dialog, "_NET_WM_PING");
+    EXPECT_FALSE(isWanted());
+    std::this_thread::sleep_for(std::chrono::milliseconds(60)); // it looks a few times a second
+    sendProtocol(dialog, "WM_DELETE_WINDOW");
     EXPECT_TRUE(isWanted());
   };
   UserInteraction::Instance().runLengthy(u"Caption", u"Heading", 5, *this, 0);
