@@ -140,17 +140,23 @@ void ProgramUpdater::look() {
   Updates updates(m_settings);
   const CurrentUpdates current(*this, updates);
   const UpdatesFound found = lookForUpdates(updates, true);
-  if (found.any)
-    inStretch([] {
-      user().warnOnce(u"Updates are available. Please use the 'Tools/Check For Updates' menu to download.",
-                      CAPTION, nextWarningKey(), 0);
-    });
+  inStretch([&] {
+    if (found.any || found.failures.empty())
+      takeBack(m_available);
+    if (found.any)
+      tell(m_available, u"Updates are available. Please use the 'Tools/Check For Updates' menu to download.",
+           0);
+    else if (found.failures.empty())
+      takeBack(m_failed); // there is nothing left that could fail
+  });
   if (!found.failures.empty() && !m_cutOff)
     throw found.failures.front();
 }
 
 void ProgramUpdater::downloadAll() {
-  inStretch([] {
+  inStretch([this] {
+    takeBack(m_available);
+    takeBack(m_failed);
     user().setNormalStatusText(u"Updates are downloading, you will be notified when they are ready.");
   });
   UpdatesFound found;
@@ -170,9 +176,20 @@ void ProgramUpdater::downloadAll() {
   inStretch([&] {
     if (!goesOnLater)
       for (const Exception& failure : found.failures)
-        user().warnOnce(u"Failed to download updates: " + failure.description(), CAPTION, String(), 2);
+        tell(m_failed, u"Failed to download updates: " + failure.description(), 2);
     user().setNormalStatusText(restingStatusText());
   });
+}
+
+void ProgramUpdater::tell(Keys& keys, const String& text, int level) {
+  keys.push_back(nextWarningKey());
+  user().warnOnce(text, CAPTION, keys.back(), level);
+}
+
+void ProgramUpdater::takeBack(Keys& keys) {
+  for (const String& key : keys)
+    user().warningOver(key);
+  keys.clear();
 }
 
 void ProgramUpdater::waitForConnection() {
@@ -194,9 +211,10 @@ void ProgramUpdater::install(Updates& updates, UpdatesFound& found) {
         found.failures.push_back(exception);
       }
     }
-    if (documents || programFiles)
-      user().warnOnce(u"Updates were installed.\nYou should restart as soon as possible.", CAPTION, String(),
-                      0);
+    if (documents || programFiles) {
+      takeBack(m_installed);
+      tell(m_installed, u"Updates were installed.\nYou should restart as soon as possible.", 0);
+    }
   });
 }
 

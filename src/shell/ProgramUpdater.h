@@ -3,6 +3,7 @@
 #include "shell/UpdateSettings.h"
 #include <atomic>
 #include <mutex>
+#include <vector>
 
 namespace Tallymoor {
 
@@ -43,6 +44,9 @@ private:
   void downloadAll();
   void waitForConnection();
   void install(Updates& updates, UpdatesFound& found);
+  using Keys = std::vector<String>;
+  static void tell(Keys& keys, const String& text, int level);
+  static void takeBack(Keys& keys);
   template <class Work>
   void inStretch(Work work);
 
@@ -52,6 +56,8 @@ private:
   Updates* m_updates = nullptr; ///< of the pass under way; guarded by m_mutex
   /// The pass under way was aborted because the user went offline.
   std::atomic<bool> m_cutOff = false;
+  /// Keys of the warnings that hold, each until its cause has gone; guarded by the big mutex.
+  Keys m_available, m_failed, m_installed;
 };
 
 } // namespace Tallymoor

@@ -7,6 +7,7 @@
 #include "shell/WindowIcons.h"
 #include "widgets/MainWindow.h"
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -260,6 +261,13 @@ private:
   FXButton* m_onlineButton = nullptr;
   ViewDateRow* m_viewDateRow = nullptr;
   WarningStrip* m_warnings = nullptr;
+  /// The key of what a balloon told, and whether its cause has gone.
+  struct ToldByBalloon {
+    String key;
+    bool over = false;
+  };
+  /// By the text.
+  std::map<String, ToldByBalloon> m_toldByBalloon;
   AdvertStrip* m_adverts = nullptr;
   std::unique_ptr<AdvertThread> m_advertThread;
   FXTabBook* m_tabBook = nullptr;

@@ -59,15 +59,20 @@ void TallymoorWindow::warn(const String& text, const String& caption, const Stri
   // A balloon goes by itself, seen or not: a warning stays in the window, too.
   if (level > 0)
     m_warnings->add(caption, text, level, key);
+  else
+    m_toldByBalloon[text] = {key};
 }
 
 void TallymoorWindow::warningOver(const String& key) {
   m_warnings->withdraw(key);
+  for (auto& [text, told] : m_toldByBalloon)
+    told.over = told.over || (!key.empty() && told.key == key);
 }
 
 void TallymoorWindow::onBalloonNotShown(const String& text, const String& title, int level) {
-  if (level == 0)
-    m_warnings->add(title, text, level);
+  const ToldByBalloon told = m_toldByBalloon[text];
+  if (level == 0 && !told.over)
+    m_warnings->add(title, text, level, told.key);
 }
 
 bool TallymoorWindow::isOffScreen() const {

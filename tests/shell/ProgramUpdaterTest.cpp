@@ -60,8 +60,79 @@ protected:
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
     updater.stopAndJoin();
   }
+  /// The thread's pass downloads, and waits for the next one then.
+  void download(ProgramUpdater& updater) {
+    const std::size_t before = user().texts(Kind::NormalStatus).size();
+    updater.requestDownload();
+    for (int i = 0; i < 3000 && user().texts(Kind::NormalStatus).size() < before + 2; ++i)
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    EXPECT_EQ(before + 2, user().texts(Kind::NormalStatus).size());
+  }
+  /// A download whose document doesn't bear its signature.
+  void failToDownload(ProgramUpdater& updater) {
+    offerCountries();
+    service().serve("CountryConfig.xml.sig", std::string(64, 's'));
+    download(updater);
+    ASSERT_TRUE(balloons().back().text.startsWith(u"Failed to download updates: "));
+  }
+  /// Keys of the warnings that were told to be over, in order.
+  std::vector<String> takenBack() {
+    std::vector<String> keys;
+    for (const auto& call : user().calls(Kind::WarningOver))
+      keys.push_back(call.key);
+    return keys;
+  }
   std::vector<FakeUserInteraction::Call> balloons() { return user().calls(Kind::WarnOnce); }
 };
+
+// --- Warnings that go with their cause
+
+TEST_F(ProgramUpdaterTest, AFailureIsTakenBackWhenTheNextDownloadBegins) {
+  ProgramUpdater updater(idle());
+  failToDownload(updater);
+  EXPECT_THAT(takenBack(), IsEmpty());
+  failToDownload(updater);
+  ASSERT_EQ(2u, balloons().size());
+  EXPECT_THAT(takenBack(), ElementsAre(balloons()[0].key)) << "the second one is told";
+}
+
+TEST_F(ProgramUpdaterTest, AFailureIsTakenBackWhenThereIsNothingToDownloadAnyMore) {
+  ProgramUpdater updater(idle());
+  failToDownload(updater);
+  updater.runPass();
+  EXPECT_EQ(AVAILABLE, balloons().back().text);
+  EXPECT_THAT(takenBack(), IsEmpty()) << "it can fail again";
+  service().offerDocuments({});
+  updater.runPass();
+  EXPECT_THAT(takenBack(), ElementsAre(balloons()[1].key, balloons()[0].key));
+}
+
+TEST_F(ProgramUpdaterTest, ALookThatFailsTakesNothingBack) {
+  ProgramUpdater updater(idle());
+  failToDownload(updater);
+  service().server().stop();
+  updater.runPass();
+  EXPECT_THAT(takenBack(), IsEmpty());
+}
+
+TEST_F(ProgramUpdaterTest, ThatUpdatesAreAvailableIsTakenBackByTheNextLookAndTheDownload) {
+  offerCountries();
+  ProgramUpdater updater(idle());
+  updater.runPass();
+  ASSERT_EQ(AVAILABLE, balloons().at(0).text);
+  EXPECT_THAT(takenBack(), IsEmpty());
+  updater.runPass();
+  EXPECT_THAT(takenBack(), ElementsAre(balloons().at(0).key)) << "the second look tells anew";
+  download(updater);
+  ASSERT_EQ(INSTALLED, balloons().at(2).text);
+  EXPECT_THAT(takenBack(), ElementsAre(balloons()[0].key, balloons()[1].key));
+  service().offerDocuments({{"CountryConfig.xml", "7.0.0"}});
+  service().serveSigned("CountryConfig.xml", countries(7));
+  download(updater);
+  ASSERT_EQ(4u, balloons().size());
+  EXPECT_EQ(INSTALLED, balloons()[3].text);
+  EXPECT_EQ(balloons()[2].key, takenBack().back()) << "one of them is enough";
+}
 
 // --- The pass that only asks
 
@@ -170,7 +241,7 @@ TEST_F(ProgramUpdaterTest, DownloadPutsDocumentsInPlaceAndReloads) {
 
   EXPECT_EQ(INSTALLED, balloons()[0].text);
   EXPECT_EQ(String(u"Tallymoor Updates"), balloons()[0].title);
-  EXPECT_EQ(String(), balloons()[0].key);
+  EXPECT_TRUE(balloons()[0].key.startsWith(u"updates"));
   EXPECT_EQ(0, balloons()[0].level);
   EXPECT_EQ(countries(6), document("CountryConfig.xml"));
   EXPECT_EQ(6, CountryOfResidence::Instance().financialYearStart().month())

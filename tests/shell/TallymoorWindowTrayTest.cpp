@@ -71,6 +71,10 @@ protected:
     BigMutexLock lock;
     tallymoor().warnOnce(text, u"Warning from Tallymoor!", key, level);
   }
+  void over(const String& key) {
+    BigMutexLock lock;
+    tallymoor().warningOver(key);
+  }
 
 private:
   std::optional<TestDesktop> m_desktop;
@@ -310,6 +314,19 @@ TEST_F(TallymoorWindowTrayTest, ANoteStandsInTheWindowOnlyIfNoServiceShowsIt) {
   EXPECT_TRUE(serveUntil([this] { return desktop().notifications().notices().size() == 1; }));
   letEventsPass();
   EXPECT_THAT(tallymoor().warnings()->shownTexts(), SizeIs(1));
+}
+
+TEST_F(TallymoorWindowTrayTest, ANoteInTheWindowGoesWithItsCause) {
+  warn(u"Updates are available.", u"updates1", 0);
+  EXPECT_TRUE(runUntil([this] { return tallymoor().warnings()->shownTexts().size() == 1; }));
+  over(u"updates1");
+  letEventsPass();
+  EXPECT_THAT(tallymoor().warnings()->shownTexts(), IsEmpty());
+  warn(u"Updates are available.", u"updates2", 0);
+  over(u"updates2"); // before it is known that no service shows it
+  warn(u"Something else.", u"c", 0);
+  EXPECT_TRUE(runUntil([this] { return !tallymoor().warnings()->shownTexts().empty(); }));
+  EXPECT_THAT(tallymoor().warnings()->shownTexts(), ElementsAre(String(u"Something else.")));
 }
 
 // ---- A portfolio with a share that has limits ----
