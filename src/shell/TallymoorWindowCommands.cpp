@@ -298,14 +298,14 @@ long TallymoorWindow::onResize(FXObject* sender, FXSelector selector, void* data
       return; // where it is then is no place of the user's choice
     const FXPoint place = placeOnScreen();
     Settings& settings = Settings::Instance();
-    const auto remember = [&settings](const char16_t* key, FXint value) {
-      if (value > 0)
+    const auto remember = [&settings](const char16_t* key, FXint value, FXint least) {
+      if (value >= least)
         settings.writeUnsigned(u"Gui Settings", key, static_cast<std::uint32_t>(value));
     };
-    remember(u"MainWidth", size.w);
-    remember(u"MainHeight", size.h);
-    remember(u"MainX", place.x);
-    remember(u"MainY", place.y);
+    remember(u"MainWidth", size.w, 1);
+    remember(u"MainHeight", size.h, 1);
+    remember(u"MainX", place.x, 0);
+    remember(u"MainY", place.y, 0);
   });
   return MainWindow::onConfigure(sender, selector, data);
 }

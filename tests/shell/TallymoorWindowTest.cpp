@@ -187,6 +187,13 @@ TEST_F(TallymoorWindowTest, NegativePlaceLeavesTheRememberedOneAlone) {
   EXPECT_EQ(140u, Settings::Instance().readUnsigned(u"Gui Settings", u"MainY"));
 }
 
+TEST_F(TallymoorWindowTest, ThePlaceInACornerOfTheScreenIsRemembered) {
+  tallymoor().position(0, 0, 900, 650);
+  letEventsPass();
+  EXPECT_EQ(0u, Settings::Instance().readUnsigned(u"Gui Settings", u"MainX", 1));
+  EXPECT_EQ(0u, Settings::Instance().readUnsigned(u"Gui Settings", u"MainY", 1));
+}
+
 TEST_F(TallymoorWindowTest, NewPortfolioStandsInTreeRecordsAndFile) {
   makePortfolio("Trading");
   ASSERT_NE(nullptr, tallymoor().totalCapital()->portfolioNode(u"Trading"));
