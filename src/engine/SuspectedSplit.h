@@ -20,6 +20,9 @@ public:
   /// Nothing when the jump is none. The prices are above zero.
   static std::optional<SuspectedSplit> between(double yesterday, double today);
 
+  /// True for the split of 3:2, by which prices fall no further than bad news makes them fall.
+  bool isThreeForTwo() const { return m_kind == Kind::ThreeForTwo; }
+
   /// Asks the user. The factors to record for the answer; a single 1, or -1 for a merge, stands for No.
   std::vector<std::int32_t> ask(const String& code, const Date& date) const;
 

@@ -1,6 +1,7 @@
 #include "engine/WeeklyPrices.h"
 #include "engine/SuspectedSplit.h"
 #include "foundation/Amounts.h"
+#include "foundation/RunTimeSettings.h"
 #include "market/TallymoorInternet.h"
 #include <algorithm>
 #include <optional>
@@ -18,6 +19,12 @@ bool isQuoted(const Date& day, const ShareValue& value) {
 
 Date fridayOf(const Date& day) {
   return day.lastFriday().plusDays(DAYS_OF_A_WEEK); // of a Friday, the last one lies a week back
+}
+
+/// A fall by a third alone is no split here: it is just what automatic limits are to warn of.
+bool isSplitSized(double before, double now) {
+  const auto split = SuspectedSplit::between(before, now);
+  return split && (!split->isThreeForTwo() || now < before / splitRatioDetect);
 }
 
 /// The close always lies within the range, whatever the source says of high and low.
@@ -55,7 +62,7 @@ std::vector<WeeklyPrice> recentWeeks(const String& code, const Date& day, int co
   for (const auto& [quoted, value] : gateway.cachedRows(code, first, day)) {
     if (!isQuoted(quoted, value))
       continue;
-    if (before && SuspectedSplit::between(*before, value.close))
+    if (before && isSplitSized(*before, value.close))
       weeks.clear();
     before = value.close;
     if (quoted <= last)

@@ -7,6 +7,7 @@
 #include "views/CellFigures.h"
 #include "views/HeldShareRow.h"
 #include "views/IndicatorCells.h"
+#include "views/SplitHistory.h"
 #include "views/WatchlistTable.h"
 #include "widgets/Colours.h"
 #include "widgets/Row.h"
@@ -33,6 +34,16 @@ std::optional<double> priceOn(const String& code, const Date& date) {
   return close && !showsAsZero(*close) ? close : std::nullopt;
 }
 
+/// The same of an earlier day, for what is one share now: the splits are those that the portfolios record.
+std::optional<double> earlierPrice(const Row& row, const Date& date) {
+  std::optional<double> close = priceOn(codeOf(row), date);
+  if (close) {
+    const auto& table = static_cast<const WatchlistTable&>(*row.table());
+    *close /= SplitHistory(codeOf(row), table.portfolios()).closeDivisor(date, Date());
+  }
+  return close;
+}
+
 /// The price that the row shows; nothing where its cell is empty.
 std::optional<double> shownPrice(Row& row) {
   const double price = cellValue(row, &WatchlistCells::priceNow);
@@ -41,7 +52,7 @@ std::optional<double> shownPrice(Row& row) {
 
 /// Without one of the two prices there is nothing to tell.
 CellResult percentSince(Row& row, const Date& date) {
-  const std::optional<double> price = shownPrice(row), previous = priceOn(codeOf(row), date);
+  const std::optional<double> price = shownPrice(row), previous = earlierPrice(row, date);
   return price && previous ? figure((*price - *previous) / *previous * 100.0, CELL_PERCENT)
                            : CellResult(String());
 }
@@ -59,7 +70,7 @@ bool isBuySignal(Row& row, double price) {
   const PriceLimits limits = automaticLimits(row);
   if (limits.areNone() || tenThousandths(limits.min) > tenThousandths(price))
     return false;
-  const std::optional<double> aWeekAgo = priceOn(codeOf(row), Date().plusDays(-DAYS_OF_A_WEEK));
+  const std::optional<double> aWeekAgo = earlierPrice(row, Date().plusDays(-DAYS_OF_A_WEEK));
   return cellValue(row, &IndicatorCells::lrRate) >= RATE_WORTH_BUYING && aWeekAgo &&
          tenThousandths(*aWeekAgo) <= tenThousandths(price);
 }
@@ -94,7 +105,7 @@ CellResult priceNow(Row& row) {
 }
 
 CellResult dayMove(Row& row) {
-  const std::optional<double> price = shownPrice(row), previous = priceOn(codeOf(row), Date().plusDays(-1));
+  const std::optional<double> price = shownPrice(row), previous = earlierPrice(row, Date().plusDays(-1));
   return price && previous ? CellResult(*price - *previous, CELL_PRICE) : CellResult(String());
 }
 

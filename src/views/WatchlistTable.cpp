@@ -70,6 +70,10 @@ double WatchlistTable::capital() const {
   return m_commands->capitalOf(editable() ? String() : name());
 }
 
+Portfolios WatchlistTable::portfolios() const {
+  return m_commands->portfolios();
+}
+
 String WatchlistTable::chosenCode() const {
   const Row* current = rowAt(getCurrentRow());
   const Row* row = current ? current : rowAt(0);

@@ -1,4 +1,5 @@
 #pragma once
+#include "engine/Performance.h"
 #include "market/PriceUpdater.h"
 #include "views/HeldShareRow.h"
 #include "views/WatchedCodes.h"
@@ -34,6 +35,8 @@ public:
   void setCodes(const std::vector<String>& codes);
   /// Of the portfolio whose shares it lists, or of all of them.
   double capital() const;
+  /// All that are open, for the splits that they record.
+  Portfolios portfolios() const;
 
   /// Code of the row that the user has chosen, else of the first one; empty without rows.
   String chosenCode() const;

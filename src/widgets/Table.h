@@ -142,6 +142,7 @@ public:
   long onRightClick(FXObject* sender, FXSelector selector, void* data);
   long onLeftClick(FXObject* sender, FXSelector selector, void* data);
   long onLeftClickColumns(FXObject* sender, FXSelector selector, void* data);
+  long onLeftClickRows(FXObject* sender, FXSelector selector, void* data);
   long onLeftClickCorner(FXObject* sender, FXSelector selector, void* data);
   long onSwallow(FXObject* sender, FXSelector selector, void* data);
   long onSelectColumns(FXObject* sender, FXSelector selector, void* data);

@@ -22,6 +22,7 @@ tableMap[] = {
     FXMAPFUNC(SEL_RIGHTBUTTONRELEASE, Table::ID_TABLE, Table::onRightClick),
     FXMAPFUNC(SEL_LEFTBUTTONRELEASE, Table::ID_TABLE, Table::onLeftClick),
     FXMAPFUNC(SEL_COMMAND, Table::ID_SELECT_COLUMN_INDEX, Table::onLeftClickColumns),
+    FXMAPFUNC(SEL_COMMAND, Table::ID_SELECT_ROW_INDEX, Table::onLeftClickRows),
     FXMAPFUNC(SEL_COMMAND, Table::ID_SELECT_ALL, Table::onLeftClickCorner),
     FXMAPFUNC(SEL_COMMAND, Table::ID_CUT_SEL, Table::onSwallow),
     FXMAPFUNC(SEL_COMMAND, Table::ID_PASTE_SEL, Table::onSwallow),
@@ -73,6 +74,16 @@ long Table::onRightClickRows(FXObject*, FXSelector, void* data) {
   return guardedHandler(u"Table::onRightClickRows failed.", [&] {
     openRowPopup(rowAt(getRowHeader()->getItemAt(event.win_y)), event.root_x, event.root_y);
   });
+}
+
+// The keys go on from the row whose head was clicked; the toolkit would only select it.
+long Table::onLeftClickRows(FXObject* sender, FXSelector selector, void* data) {
+  guardedHandler(u"Table::onLeftClickRows failed.", [&] {
+    const auto row = static_cast<FXint>(reinterpret_cast<FXival>(data));
+    if (rowAt(row) && getNumColumns() > 0)
+      setCurrentItem(row, std::max(getCurrentColumn(), 0), TRUE);
+  });
+  return FXTable::handle(sender, selector, data);
 }
 
 void Table::openRowPopup(Row* row, FXint screenX, FXint screenY) {

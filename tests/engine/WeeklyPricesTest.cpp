@@ -83,14 +83,16 @@ TEST_F(WeeklyPricesTest, AMoveThatNoSplitIsRecognisedByStays) {
   gateway().historicalPrice(m_code, m_lastFriday, true);
   setPrice(m_code, m_today, 17.5);
   EXPECT_EQ(weeks(27).size(), 27u);
-  setPrice(m_code, m_today, 7.5);
-  EXPECT_EQ(weeks(27).size(), 27u);
+  for (const double close : {7.5, 6.7}) { // the second could be a split of 3:2, or bad news
+    setPrice(m_code, m_today, close);
+    EXPECT_EQ(weeks(27).size(), 27u) << close;
+  }
 }
 
 TEST_F(WeeklyPricesTest, AJumpByWhichASplitIsAskedForLeavesNoneFromBeforeIt) {
   setHistory(27, 10);
   gateway().historicalPrice(m_code, m_lastFriday, true);
-  for (const double close : {5.2, 20.0, 18.5, 6.7, 2.1}) {
+  for (const double close : {5.2, 20.0, 18.5, 2.1}) {
     setPrice(m_code, m_today, close);
     EXPECT_TRUE(weeks(27).empty()) << close;
   }

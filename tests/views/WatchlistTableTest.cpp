@@ -85,6 +85,22 @@ TEST_F(WatchlistTableTest, TheCompanysNameStandsBesideTheCode) {
   EXPECT_EQ("Alpha Mining", cellText(table(), 0, u"Name"));
 }
 
+TEST_F(WatchlistTableTest, GainsOverASplitAreThoseOfTheSharesHeld) {
+  addTrading();
+  addList(u"Main", {u"AAA.AX"});
+  showTrees();
+  for (WatchlistTable* each : {&table(), heldList().table()}) {
+    EXPECT_EQ("32.00%", cellText(*each, 0, u"Month %")) << "from 10.00 for what are two shares now";
+    EXPECT_EQ("10.00%", cellText(*each, 0, u"Day %"));
+    EXPECT_EQ("0.60", cellText(*each, 0, u"Day move"));
+  }
+  viewDateOfBoth(Date(2026, 2, 16));
+  EXPECT_EQ("10.00%", cellText(table(), 0, u"Day %"));
+  EXPECT_EQ("0.50", cellText(table(), 0, u"Day move"));
+  viewDateOfBoth(Date(2026, 2, 13));
+  EXPECT_EQ("0.00%", cellText(table(), 0, u"Day %")) << "the split has not come";
+}
+
 TEST_F(WatchlistTableTest, ADoubleClickTypesIntoTheLimits) {
   watchOne();
   showTrees();

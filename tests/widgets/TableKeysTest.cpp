@@ -101,6 +101,17 @@ TEST_F(TableKeysTest, AClickBesideTheCellsEndsAnEditWithWhatWasTyped) {
   EXPECT_EQ(0, table().sortColumn());
 }
 
+TEST_F(TableKeysTest, TheKeysGoOnFromTheRowWhoseHeadWasClicked) {
+  std::vector<String> edited;
+  table().onEditRow = [&](Row& row) { edited.push_back(row.key()); };
+  table().setCurrentItem(0, 0);
+  leftClick(*table().getRowHeader(), 5, middle(*table().getRowHeader(), 2));
+  EXPECT_EQ(2, table().getCurrentRow());
+  EXPECT_TRUE(table().isRowSelected(2));
+  keys({KEY_Return});
+  EXPECT_THAT(edited, ElementsAre(String(u"CCC.AX")));
+}
+
 TEST_F(TableKeysTest, ReturnEditsTheRowWhereTheCellItselfIsNotTypedInto) {
   std::vector<String> edited;
   table().onEditRow = [&](Row& row) { edited.push_back(row.key()); };
