@@ -69,7 +69,7 @@ void BuySharesPanel::buildStockRows(FormRows& rows) {
                                   u"\tSearch for stock code\tSearch for stock code", this, ID_SEARCH_CODE);
   m_code->setTarget(this);
   m_code->setSelector(ID_CODE);
-  m_name = rows.addReadOnly(u"Stock name");
+  m_name = rows.addName(u"Stock name");
 }
 
 void BuySharesPanel::setPortfolio(const SharePortfolioUser* portfolio) {

@@ -88,7 +88,7 @@ EditSoldShareDialog::~EditSoldShareDialog() = default;
 
 void EditSoldShareDialog::buildAmountRows(FormRows& rows) {
   m_code = rows.addReadOnly(u"Stock Code");
-  m_name = rows.addReadOnly(u"Stock name");
+  m_name = rows.addName(u"Stock name");
   m_number = rows.addNumber(u"Number sold", amountDecimals, this, ID_AMOUNT);
   m_buyPrice = rows.addNumber(u"Buy price", priceDecimals, this, ID_AMOUNT);
   m_sellPrice = rows.addNumber(u"Sell price", priceDecimals, this, ID_AMOUNT);

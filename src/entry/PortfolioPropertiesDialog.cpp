@@ -74,7 +74,7 @@ void PortfolioPropertiesDialog::buildFields() {
                                        this, ID_SEARCH_CODE);
   m_indexCode->setTarget(this);
   m_indexCode->setSelector(ID_CODE);
-  m_indexName = rows.addReadOnly(u"Index Name");
+  m_indexName = rows.addName(u"Index Name");
   m_indexName->setNumColumns(FormRows::columns * 3 / 2);
   rows.align();
 }

@@ -107,7 +107,7 @@ ReceiveDividendsPanel::ReceiveDividendsPanel(FXComposite* parent, const SharePor
 void ReceiveDividendsPanel::buildHoldingRows(FormRows& rows) {
   m_code = new StockChoice(rows.addRow(u"Stock Code"), u"<select stock code>", this, ID_CODE,
                            StockChoice::Stocks::HELD_AND_SOLD);
-  m_name = rows.addReadOnly(u"Stock name");
+  m_name = rows.addName(u"Stock name");
   m_held = rows.addNumber(u"On Shares Held", amountDecimals, this, ID_RECOMPUTE);
   m_rate = rows.addNumber(u"Dividend Rate", rateDecimals, this, ID_RECOMPUTE);
 }

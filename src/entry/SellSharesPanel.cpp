@@ -61,7 +61,7 @@ SellSharesPanel::SellSharesPanel(FXComposite* parent, const SharePortfolioUser* 
       m_portfolio(portfolio) {
   FormRows rows(this);
   m_code = new StockChoice(rows.addRow(u"Stock code"), u"<select held stock>", this, ID_CODE);
-  m_name = rows.addReadOnly(u"Stock name");
+  m_name = rows.addName(u"Stock name");
   addTrade(rows, u"Number sold", u"Date sold");
   addTotals(rows, u"Total received");
   rows.align();

@@ -4,7 +4,7 @@
 namespace Tallymoor {
 
 /// What companies and indexes are called. The records know codes alone, so a name that the data source told
-/// is kept by its code in the settings, beside which it is shown. GUI thread only, under the big mutex.
+/// is kept by its code in the settings, beside which it is shown. Under the big mutex.
 namespace StockNames {
 
 /// Empty where no name is known.

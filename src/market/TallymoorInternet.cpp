@@ -9,9 +9,11 @@
 #include "market/DataSource.h"
 #include "market/HTTPClient.h"
 #include "market/LocatorSet.h"
+#include "market/StockNames.h"
 #include <algorithm>
 #include <atomic>
 #include <iterator>
+#include <set>
 #include <utility>
 
 namespace Tallymoor {
@@ -41,6 +43,34 @@ bool isStopWanted() {
   return UserInteraction::exists() && UserInteraction::Instance().isStopWanted();
 }
 
+/// Codes whose names the source was asked for in this run. Guarded by the big mutex.
+std::set<String>& codesAskedForNames() {
+  static std::set<String> codes;
+  return codes;
+}
+
+bool wantsName(const String& code) {
+  const BigMutexLock lock;
+  return StockNames::nameOf(code).empty() && codesAskedForNames().insert(code).second;
+}
+
+/// The records know codes alone: the name of one that was never searched for is asked for once a run. A
+/// failure is no reason to tell anybody, and a name of another code is none.
+void learnName(const DataSource& source, const String& code) {
+  if (!wantsName(code))
+    return;
+  std::vector<CodeSearchResult> found;
+  try {
+    source.search(code, !code.startsWith(u"^"), false, found, &isStopWanted);
+  } catch (const Exception&) {
+    // What came before the failure counts.
+  }
+  const BigMutexLock lock;
+  for (const CodeSearchResult& stock : found)
+    if (stock.code == code)
+      return StockNames::remember(code, stock.name);
+}
+
 String local(const Date& date) {
   return date.toString(DATE_DISPLAY_LOCAL);
 }
@@ -67,6 +97,7 @@ bool TallymoorInternet::shutdown() {
   // Before the mutex is given up: nobody may find the gateway, or build a new one, while its thread ends.
   inShutdownMode = true;
   const std::unique_ptr<TallymoorInternet> gateway(currentGateway.exchange(nullptr));
+  codesAskedForNames().clear();
   if (!gateway)
     return true;
   gateway->endUpdates();
@@ -131,7 +162,10 @@ double TallymoorInternet::currentPrice(const String& code, bool useUpdater, bool
       return *known;
     const DataSource source = dataSource(u"currentPrice");
     try {
-      return source.currentPrice(code, &isStopWanted);
+      const double price = source.currentPrice(code, &isStopWanted);
+      if (silent)
+        learnName(source, code);
+      return price;
     } catch (const HTTPException& failure) {
       if (silent || !m_questions.wantsQuoteAgain(code, failure))
         throw;
@@ -264,6 +298,7 @@ void TallymoorInternet::forgetFailures() {
   m_failures.forget();
   m_questions.forget();
   m_refreshes.clear();
+  codesAskedForNames().clear();
 }
 
 void TallymoorInternet::keepHistory(const String& code, const SharePriceCache::Rows& fetched,

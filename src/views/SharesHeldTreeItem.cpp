@@ -1,5 +1,6 @@
 #include "views/SharesHeldTreeItem.h"
 #include "engine/SharePortfolioUser.h"
+#include "market/StockNames.h"
 #include "views/HeldShareCells.h"
 #include "views/PriceChart.h"
 #include "views/ShareHeldTable.h"
@@ -88,9 +89,17 @@ SharesHeldTreeItem* SharesHeldTreeItem::purchasesOf(const String& code) const {
 void SharesHeldTreeItem::update() {
   if (!isPurchases())
     HandlerScope::whenDone(this, [this] { updateChildren(); });
+  else
+    showName();
   PortfolioTableTreeItem::update();
   if (m_chart && investmentTree()->shownItem() == this)
     showChart();
+}
+
+/// It may have become known since.
+void SharesHeldTreeItem::showName() {
+  const String name = StockNames::nameOf(m_code);
+  setHeading(name.empty() ? label() : label() + u" (" + name + u")");
 }
 
 void SharesHeldTreeItem::showChart() {

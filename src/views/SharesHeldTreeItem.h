@@ -61,6 +61,7 @@ private:
   void arrangeChildren(const std::vector<String>& codes);
   /// A page that nobody sees need not have the years that a chart goes back.
   void showChart();
+  void showName();
 
   String m_code;
   RememberedSplitter* m_splitter = nullptr; ///< between the table and the chart

@@ -27,6 +27,12 @@ FormTextField* FormRows::addReadOnly(const String& label) {
   return field;
 }
 
+FormTextField* FormRows::addName(const String& label) {
+  FormTextField* field = addReadOnly(label);
+  field->setLayoutHints(field->getLayoutHints() | LAYOUT_FILL_X);
+  return field;
+}
+
 NumberField* FormRows::addNumber(const String& label, int decimals, FXObject* target, FXSelector selector) {
   return new NumberField(addRow(label), decimals, columns, target, selector);
 }

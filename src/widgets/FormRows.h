@@ -20,6 +20,8 @@ public:
   FXHorizontalFrame* addRow(const String& label);
   FormTextField* addText(const String& label, FXObject* target = nullptr, FXSelector selector = 0);
   FormTextField* addReadOnly(const String& label);
+  /// A read-only name, which may be long: it takes the rest of the row.
+  FormTextField* addName(const String& label);
   NumberField* addNumber(const String& label, int decimals, FXObject* target = nullptr,
                          FXSelector selector = 0);
   /// A field with a small button beside it; the icon is the caller's, the tip is "\ttip\thelp" as the toolkit

@@ -34,12 +34,17 @@ void InvestmentTreeItem::buildHeading() {
   auto* frame = new FXVerticalFrame(m_page, LAYOUT_FILL_X | LAYOUT_FIX_HEIGHT, 0, 0, 0, 0, 0, 0, 0, 0,
                                     SPACING, SPACING);
   frame->setBackColor(tree.backColour());
-  auto* heading =
+  m_heading =
       new FXLabel(frame, labelText(label()), nullptr, LABEL_NORMAL | LAYOUT_CENTER_X | LAYOUT_CENTER_Y);
-  heading->setFont(font);
-  heading->setTextColor(tree.textColour());
-  heading->setBackColor(tree.backColour());
+  m_heading->setFont(font);
+  m_heading->setTextColor(tree.textColour());
+  m_heading->setBackColor(tree.backColour());
   frame->setHeight(2 * font->getTextHeight(toFox(label())));
+}
+
+void InvestmentTreeItem::setHeading(const String& text) {
+  if (m_page)
+    m_heading->setText(labelText(text));
 }
 
 void InvestmentTreeItem::buildFailed() {

@@ -43,11 +43,15 @@ protected:
     }
   }
 
+  /// What stands above the views, which is the label at first.
+  void setHeading(const String& text);
+
 private:
   void buildHeading();
   void buildFailed();
 
   FXVerticalFrame* m_page = nullptr;
+  FXLabel* m_heading = nullptr; ///< of the page
 };
 
 } // namespace Tallymoor

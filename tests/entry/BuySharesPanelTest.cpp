@@ -495,6 +495,14 @@ TEST_F(BuySharesPanelTest, APriceProposedForOneStockIsNoneForAnother) {
   EXPECT_EQ("3", shown("Share price")) << "typed, and not proposed";
 }
 
+TEST_F(BuySharesPanelTest, ALongNameHasTheRestOfItsRow) {
+  mainWindow().recalc();
+  letEventsPass();
+  const FXTextField& name = field(*m_panel, "Stock name");
+  EXPECT_GT(name.getWidth(), 2 * field(*m_panel, "Number bought").getWidth() - 50);
+  EXPECT_EQ(name.getParent()->getWidth(), name.getX() + name.getWidth());
+}
+
 TEST_F(BuySharesPanelTest, FieldsLineUp) {
   const FXint left = field(*m_panel, "Stock code").getX();
   for (const char* label : {"Stock name", "Number bought", "Share price", "Brokerage paid", "Date bought"})

@@ -1,5 +1,6 @@
 #include "foundation/RunTimeSettings.h"
 #include "market/GatewayTest.h"
+#include "market/StockNames.h"
 #include "support/TestHttpServer.h"
 
 namespace Tallymoor {
@@ -53,6 +54,45 @@ TEST_F(TallymoorInternetPricesTest, FetchesACurrentPrice) {
   m_market.setCurrentPrice(m_code, 12.34);
   EXPECT_DOUBLE_EQ(gateway().currentPrice(m_code, false, false), 12.34);
   EXPECT_EQ(m_market.requested(Page::Quote), std::vector<String>{m_code});
+}
+
+TEST_F(TallymoorInternetPricesTest, TheUpdaterLearnsTheNameOfACodeThatHasNone) {
+  m_market.setCurrentPrice(m_code, 12.34);
+  m_market.answerWith(Page::Search, searchPage({{(m_code + u"X").toUTF8(), "Another Company", "X"},
+                                                {m_code.toUTF8(), "Alphabet Bricks", "X"}}));
+  gateway().currentPrice(m_code, false, false);
+  EXPECT_EQ(StockNames::nameOf(m_code), String()) << "a form's price asks for nothing else";
+  updater().addCode(m_code);
+  updater().runPass();
+  EXPECT_EQ(StockNames::nameOf(m_code), String(u"Alphabet Bricks"));
+  EXPECT_EQ(StockNames::nameOf(m_code + u"X"), String());
+  updater().runPass();
+  EXPECT_EQ(m_market.requested(Page::Search), std::vector<String>{m_code});
+}
+
+TEST_F(TallymoorInternetPricesTest, ANameThatIsNotFoundIsAskedForOnceARunAndNobodyIsTold) {
+  m_market.setCurrentPrice(m_code, 12.34);
+  m_market.refuse(Page::Search, 500);
+  updater().addCode(m_code);
+  updater().runPass();
+  updater().runPass();
+  EXPECT_EQ(m_market.requested(Page::Search), std::vector<String>{m_code});
+  EXPECT_DOUBLE_EQ(updater().getCurrentPrice(m_code), 12.34);
+  EXPECT_TRUE(StockNames::nameOf(m_code).empty());
+  for (const String& text : m_user.texts(FakeUserInteraction::Kind::Status))
+    EXPECT_FALSE(text.contains(u"failed")) << text.toUTF8();
+  gateway().forgetFailures();
+  updater().runPass();
+  EXPECT_EQ(m_market.requested(Page::Search).size(), 2u);
+}
+
+TEST_F(TallymoorInternetPricesTest, AnIndexIsAskedForAsOne) {
+  m_market.setCurrentPrice(u"^AORD", 5000.0);
+  m_market.answerWith(Page::Search, searchPage({{"^AORD", "All Ordinaries", "X"}}));
+  updater().addCode(u"^AORD");
+  updater().runPass();
+  EXPECT_EQ(StockNames::nameOf(u"^AORD"), String(u"All Ordinaries"));
+  EXPECT_TRUE(m_market.server().requests().back().target.ends_with("&kind=I"));
 }
 
 TEST_F(TallymoorInternetPricesTest, TakesTheUpdatersPriceIfWanted) {

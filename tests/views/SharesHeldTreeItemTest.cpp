@@ -1,5 +1,6 @@
 #include "ViewsTest.h"
 #include "foundation/Settings.h"
+#include "market/StockNames.h"
 #include "views/HeldShareCells.h"
 #include "views/PriceChart.h"
 #include "widgets/ChartView.h"
@@ -40,6 +41,18 @@ protected:
     showTree();
   }
 };
+
+TEST_F(SharesHeldTreeItemTest, TheHeadingOfThePurchasesTellsTheCompanysNameOnceItIsKnown) {
+  addTrading();
+  showTree();
+  SharesHeldTreeItem& parcels = *purchases(u"Trading", u"AAA.AX");
+  leftClick(parcels);
+  EXPECT_TRUE(shows(*parcels.page(), "AAA.AX Purchases"));
+  StockNames::remember(u"AAA.AX", u"Alpha & Mining");
+  leftClick(parcels);
+  EXPECT_TRUE(shows(*parcels.page(), "AAA.AX Purchases (Alpha & Mining)"));
+  EXPECT_EQ(String(u"AAA.AX Purchases"), parcels.label());
+}
 
 TEST_F(SharesHeldTreeItemTest, TotalsOfSharesAndOfPurchases) {
   buy(addTrading(), u"BBB.AX", 100, 2.0);
