@@ -392,14 +392,14 @@ TEST_F(WatchlistTableTest, LimitsOfAHoldingAreThoseOfTheWatchedStock) {
 }
 
 TEST_F(WatchlistTableTest, AutomaticLimitsTakeThePlaceOfTheUsersWhenChosen) {
-  watchRising(7.0); // below 7.84
+  watchRising(7.5); // below 7.84, and no split
   keepLimits(u"UP.AX", 1.0, 20.0);
   showTrees();
   EXPECT_TRUE(window().warnings.empty());
   autoMinMaxPrices = true;
   leftClick(list());
   ASSERT_FALSE(window().warnings.empty());
-  EXPECT_EQ(String(u"UP.AX has dropped below $7.84 and is now at $7.00"), window().warnings.back().text);
+  EXPECT_EQ(String(u"UP.AX has dropped below $7.84 and is now at $7.50"), window().warnings.back().text);
   EXPECT_EQ(red, cellColour(table(), 0, u"Price Now"));
   EXPECT_EQ("$1.00 - $20.00", cellText(table(), 0, u"Price Min/Max"));
 }
