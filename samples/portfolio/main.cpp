@@ -6,6 +6,7 @@
 #include "foundation/FileReplacement.h"
 #include "foundation/Platform.h"
 #include "foundation/Settings.h"
+#include "market/StockNames.h"
 #include "market/TallymoorInternet.h"
 #include "service/SampleMarket.h"
 #include "xml/DocumentFile.h"
@@ -206,6 +207,8 @@ void writeSettings() {
   Settings::Instance().writeUnsigned(u"Gui Settings", u"MainWidth", 1150);
   Settings::Instance().writeUnsigned(u"Gui Settings", u"MainHeight", 720);
   Settings::Instance().writeUnsigned(u"Gui Settings", u"X Splitter Portfolios", 220);
+  for (const SampleService::Listing& listing : SampleService::SampleMarket::listings())
+    StockNames::remember(String::fromUTF8(listing.code), String::fromUTF8(listing.name)); // as searches do
   Settings::Instance().commit();
   Settings::attach(nullptr);
 }

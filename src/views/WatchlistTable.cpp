@@ -118,8 +118,11 @@ void WatchlistTable::rowPopup(const TableClick& click) {
 }
 
 void WatchlistTable::editRow(Row& row) {
-  if (const FXint limits = getColumn(&WatchlistCells::priceMinMax).index(); limits >= 0)
-    startInput(row.index(), limits);
+  const FXint limits = getColumn(&WatchlistCells::priceMinMax).index();
+  if (limits < 0)
+    return;
+  makePositionVisible(row.index(), limits); // far to the right, and what is typed would not be seen
+  startInput(row.index(), limits);
 }
 
 long WatchlistTable::onRemoveRow(FXObject*, FXSelector, void*) {

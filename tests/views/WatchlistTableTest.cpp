@@ -108,6 +108,8 @@ TEST_F(WatchlistTableTest, ADoubleClickTypesIntoTheLimits) {
   doubleClick(table(), 0, u"Day %");
   auto* editor = find<FXTextField>(table());
   ASSERT_TRUE(editor);
+  EXPECT_GE(editor->getX(), table().getRowHeaderWidth());
+  EXPECT_LE(editor->getX() + editor->getWidth(), table().getWidth()) << "what is typed is in sight";
   editor->setText("5 - 9");
   table().acceptInput(TRUE);
   EXPECT_EQ("$5.00 - $9.00", cellText(table(), 0, u"Price Min/Max"));
