@@ -1,6 +1,7 @@
 #include "entry/RecordedEntries.h"
 #include "engine/CashBalance.h"
 #include "engine/SaleFigures.h"
+#include "engine/SplitTerms.h"
 #include "foundation/Amounts.h"
 #include "foundation/Platform.h"
 #include "widgets/FormNotes.h"
@@ -45,11 +46,12 @@ String lines(const XMLElement& parent, std::u16string_view events, const LineOf&
   return text.empty() ? text : String(text.substr(1, text.size() - 2));
 }
 
+/// In shares of today, as the forms count them.
 String purchases(const XMLElement& stock) {
   const String code = textValue(stock, u"Code");
   return lines(stock, u"BuyEvents", [&code](const XMLElement& event) {
-    return day(event, u"BuyDate") + u"  " +
-           trade(doubleValue(event, u"NumHeld"), code, doubleValue(event, u"BuyPrice"));
+    const SharesAt held = sharesOn(event, Date());
+    return day(event, u"BuyDate") + u"  " + trade(held.number, code, held.price);
   });
 }
 

@@ -44,6 +44,26 @@ TEST_F(StartupWizardLeavingTest, EveryPageShowsWhatHasBeenRecorded) {
   EXPECT_TRUE(find<RecordedEntries>(wizard())->shown());
 }
 
+TEST_F(StartupWizardLeavingTest, TheListCountsHeldSharesAsOfTodayAndSoldOnesAsOfTheirDay) {
+  toStage(1);
+  next();
+  fillPurchase("ABC.AX", "10/02/2026", "100", "5");
+  next();
+  XMLElement& parcel =
+      portfolio().subElement(u"HeldShares").subElement(u"HeldShares").subElement(u"BuyEvents");
+  XMLElement& split = parcel.addSubElement(new XMLSplitAdjustment, u"Adjustments");
+  split.subElement(u"StartDate").setValue(u"15/2/2026");
+  split.subElement(u"Factor").setValue(u"5");
+  finishSection();
+  finishSection();
+  next();
+  fillSale("ABC.AX", "25/02/2026", "100");
+  next();
+  const std::string listed = find<FormNotes>(*find<RecordedEntries>(wizard()))->getText().text();
+  EXPECT_NE(std::string::npos, listed.find("Shares held\n10/02/2026  400.00 ABC.AX at 1.00\n")) << listed;
+  EXPECT_NE(std::string::npos, listed.find("Shares sold\n25/02/2026  100.00 ABC.AX at 6.00\n")) << listed;
+}
+
 TEST_F(StartupWizardLeavingTest, EnterInTheListGoesOn) {
   toSections();
   find<FormNotes>(*find<RecordedEntries>(wizard()))->setFocus();
