@@ -14,6 +14,7 @@ namespace {
 SharePortfolioUser::CashWatcher* s_cashWatcher = nullptr; ///< GUI thread only
 
 constexpr int WARNING_LEVEL = 1;
+constexpr const char16_t* AMOUNT = u"The amount";
 
 void storeCashEvent(XMLElement& event, const Date& date, double value, const String& description) {
   event.subElement(u"Date").setValue(dayText(date));
@@ -45,16 +46,21 @@ void SharePortfolioUser::addCashEvent(const Date& date, double value, std::int32
 
 void SharePortfolioUser::creditCash(const Date& date, double value, std::int32_t type,
                                     const String& description) {
+  if (type != CASH_EVENT_CREDIT) // a sale for less than its brokerage brings in less than nothing
+    requireNotNegative(value, AMOUNT);
   addCashEvent(date, value, type, description);
 }
 
 void SharePortfolioUser::debitCash(const Date& date, double value, std::int32_t type,
                                    const String& description) {
+  requireNotNegative(value, AMOUNT);
   addCashEvent(date, value, type, description);
 }
 
 void SharePortfolioUser::editCashEvent(XMLElement& event, const Date& newDate, const Date& oldDate,
                                        double value, const String& description) {
+  if (!(doubleValue(event, u"Value") < 0.0))
+    requireNotNegative(value, AMOUNT);
   const Date earliest = std::min({newDate, oldDate, dateValue(event, u"Date")});
   storeCashEvent(event, newDate, value, description);
   m_capitalRecord.recordsChangedFrom(earliest);

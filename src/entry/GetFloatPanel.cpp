@@ -27,6 +27,7 @@ GetFloatPanel::GetFloatPanel(FXComposite* parent, const String& title, const Str
 }
 
 void GetFloatPanel::reset(double initialValue, const Date& initialDate) {
+  m_negativeAllowed = initialValue < 0.0;
   m_value->setValue(initialValue);
   setDate(initialDate);
   m_text->setText(String());
@@ -59,8 +60,14 @@ bool GetFloatPanel::validate() {
   return runChecks([this] {
     if (!checkDate(u"You can't specify a date in the future."))
       return false;
-    return m_zeroAllowed || value() != 0.0 || refuse(*m_value, u"You must enter the value.");
+    return checkValue();
   });
+}
+
+bool GetFloatPanel::checkValue() const {
+  if (!m_zeroAllowed && value() == 0.0)
+    return refuse(*m_value, u"You must enter the value.");
+  return m_negativeAllowed || requireNotNegative(*m_value, u"The amount");
 }
 
 double GetFloatPanel::value() const {

@@ -17,7 +17,8 @@ public:
   GetFloatPanel(FXComposite* parent, const String& title, const String& description,
                 double initialValue = 0.0, const Date& initialDate = Date());
 
-  /// These values, and no description.
+  /// These values, and no description. An amount that is negative already, as the proceeds of a sale for
+  /// less than its brokerage, may stay so; any other may not be made so.
   void reset(double initialValue = 0.0, const Date& initialDate = Date());
   void setText(const String& description);
   /// For an amount that may well be nothing, as the cash that a portfolio starts with.
@@ -30,7 +31,6 @@ public:
   /// The field that has the focus when the form opens.
   FXWindow* firstField() const;
 
-  /// May be negative.
   double value() const;
   /// What the user wrote on the amount; description() is the form's own.
   String text() const;
@@ -43,7 +43,9 @@ protected:
 
 private:
   void showCash();
+  bool checkValue() const;
 
+  bool m_negativeAllowed = false;
   bool m_zeroAllowed = false;
   bool m_isCredit = true;
   CashRow m_cash;

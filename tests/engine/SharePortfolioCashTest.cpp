@@ -1,6 +1,7 @@
 #include "engine/EngineTest.h"
 #include "engine/PortfolioEvents.h"
 #include "foundation/RunTimeSettings.h"
+#include "support/MessageOf.h"
 
 namespace Tallymoor {
 namespace {
@@ -54,6 +55,22 @@ TEST_F(CashTest, EditingOverwritesAllButTheType) {
   EXPECT_EQ(cashEntryText(0), String(u"5/1/2026 3 7.50 INTEREST other"));
   user().editCashEvent(cashEntry(m_portfolio, 0), Date(2026, 1, 5), Date(2026, 1, 5), 7.5, u"");
   EXPECT_EQ(cashEntryText(0), String(u"5/1/2026 3 7.50 "));
+}
+
+TEST_F(CashTest, AnAmountBelowZeroIsRefusedUnlessItWasSo) {
+  const String refused = u"The amount can't be less than zero.";
+  EXPECT_EQ(refused, messageOf([&] { user().creditCash(m_today, -500, CASH_EVENT_DEPOSIT, u""); }));
+  EXPECT_EQ(refused, messageOf([&] { user().creditCash(m_today, -5, CASH_EVENT_INTEREST, u""); }));
+  EXPECT_EQ(refused, messageOf([&] { user().debitCash(m_today, -5, CASH_EVENT_WITHDRAWAL, u""); }));
+  EXPECT_EQ(refused, messageOf([&] { user().debitCash(m_today, -5, CASH_EVENT_DEBIT, u""); }));
+  EXPECT_EQ(numCashEntries(), 0u);
+  user().creditCash(m_today, 5, CASH_EVENT_DEPOSIT, u"");
+  EXPECT_EQ(refused,
+            messageOf([&] { user().editCashEvent(cashEntry(m_portfolio, 0), m_today, m_today, -5, u""); }));
+  EXPECT_EQ(cashEntryText(0), String(u"3/3/2026 4 5.00 "));
+  user().creditCash(m_today, -20, CASH_EVENT_CREDIT, u"SELL"); // for less than its brokerage
+  user().editCashEvent(cashEntry(m_portfolio, 1), m_today, m_today, -25, u"SELL");
+  EXPECT_EQ(cashEntryText(1), String(u"3/3/2026 1 -25.00 SELL"));
 }
 
 TEST_F(CashTest, EditingDropsTheDaysFromTheEarlierDate) {

@@ -66,12 +66,14 @@ TEST_F(GetFloatPanelTest, TheChecksComeInTheirOrder) {
   EXPECT_EQ(&field(*m_panel, "Amount"), focused(*m_panel));
 }
 
-TEST_F(GetFloatPanelTest, AnyAmountButNothingIsTaken) {
+TEST_F(GetFloatPanelTest, AnyAmountAboveNothingIsTaken) {
   set("Amount", "0.00001"); // exactly nothing is meant
   EXPECT_TRUE(m_panel->validate());
   set("Amount", "-5");
-  EXPECT_TRUE(m_panel->validate());
-  EXPECT_EQ(-5.0, m_panel->value());
+  answer("The amount can't be less than zero.", "OK");
+  EXPECT_FALSE(m_panel->validate());
+  EXPECT_EQ("-5", shown("Amount"));
+  EXPECT_EQ(&field(*m_panel, "Amount"), focused(*m_panel));
   set("Amount", "nothing");
   answer("You must enter the value.", "OK");
   EXPECT_FALSE(m_panel->validate());
@@ -89,8 +91,24 @@ TEST_F(GetFloatPanelTest, NothingIsTakenWhereItIsAllowed) {
   m_panel->allowZero(true);
   set("Amount", "0.00");
   EXPECT_TRUE(m_panel->validate());
+  set("Amount", "-5");
+  answer("The amount can't be less than zero.", "OK");
+  EXPECT_FALSE(m_panel->validate());
+  set("Amount", "0.00");
   m_panel->allowZero(false);
   answer("You must enter the value.", "OK");
+  EXPECT_FALSE(m_panel->validate());
+}
+
+TEST_F(GetFloatPanelTest, AnAmountThatWasNegativeMayStaySo) {
+  m_panel->reset(-25.0, Date(2026, 2, 1));
+  EXPECT_TRUE(m_panel->validate());
+  set("Amount", "-20");
+  EXPECT_TRUE(m_panel->validate());
+  EXPECT_EQ(-20.0, m_panel->value());
+  m_panel->reset(25.0, Date(2026, 2, 1));
+  set("Amount", "-20");
+  answer("The amount can't be less than zero.", "OK");
   EXPECT_FALSE(m_panel->validate());
 }
 
