@@ -2,8 +2,8 @@
 #include "engine/Indicators.h"
 #include "foundation/Amounts.h"
 #include "foundation/Exception.h"
+#include "market/CompletedClose.h"
 #include "market/StockNames.h"
-#include "market/TallymoorInternet.h"
 #include "views/CellFigures.h"
 #include "views/HeldShareRow.h"
 #include "views/IndicatorCells.h"
@@ -24,19 +24,9 @@ const String& codeOf(const Row& row) {
   return row.payload<HeldShareRow>().code;
 }
 
-/// The close of a day; nothing where there is none. One that the data source doesn't have, as before a stock
-/// was listed, is asked for once a run and not at every refresh; and a stock that is only looked at is no
-/// reason to ask the user anything.
-std::optional<double> priceOn(const String& code, const Date& date) {
-  TallymoorInternet& gateway = TallymoorInternet::Instance();
-  gateway.completeHistory(code, date, date);
-  const std::optional<double> close = gateway.cachedClose(code, date);
-  return close && !showsAsZero(*close) ? close : std::nullopt;
-}
-
-/// The same of an earlier day, for what is one share now: the splits are those that the portfolios record.
+/// The close of an earlier day, for what is one share now: the splits are those that the portfolios record.
 std::optional<double> earlierPrice(const Row& row, const Date& date) {
-  std::optional<double> close = priceOn(codeOf(row), date);
+  std::optional<double> close = completedClose(codeOf(row), date);
   if (close) {
     const auto& table = static_cast<const WatchlistTable&>(*row.table());
     *close /= SplitHistory(codeOf(row), table.portfolios()).closeDivisor(date, Date());
@@ -95,7 +85,7 @@ CellResult name(Row& row) {
 }
 
 CellResult priceNow(Row& row) {
-  const std::optional<double> price = priceOn(codeOf(row), Date());
+  const std::optional<double> price = completedClose(codeOf(row), Date());
   if (!price) {
     row.resetColour();
     return CellResult(String());
