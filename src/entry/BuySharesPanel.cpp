@@ -3,7 +3,6 @@
 #include "engine/SharePortfolioUser.h"
 #include "entry/FormChecks.h"
 #include "entry/FormIcons.h"
-#include "entry/KnownPrice.h"
 #include "entry/StockSearch.h"
 #include "foundation/UserInteraction.h"
 #include "market/StockNames.h"
@@ -37,8 +36,8 @@ constexpr const char16_t* anotherMarketQuestion =
     u"We recommend you do NOT continue, and then buy this stock from a\n"
     u"different portfolio. Do you want to continue?";
 
-/// Nothing where it can't be had: what can be asked about a connection was asked then, and the form says that
-/// the price is unknown. The reason is for the status line.
+/// Nothing where it is unavailable: what can be asked about a connection was asked then, and the form says
+/// what is known. The reason is for the status line.
 std::optional<double> fetchedPrice(const String& code, const Date& day) {
   TallymoorInternet& internet = TallymoorInternet::Instance();
   try {
@@ -53,8 +52,8 @@ std::optional<double> fetchedPrice(const String& code, const Date& day) {
 } // namespace
 
 BuySharesPanel::BuySharesPanel(FXComposite* parent, const SharePortfolioUser* portfolio)
-    : TradePanel(parent, u"Buy Shares", u"Specify the share code, date and buy price of a share purchase."),
-      m_portfolio(portfolio) {
+    : TradePanel(parent, u"Buy Shares", u"Specify the share code, date and buy price of a share purchase.",
+                 portfolio) {
   FormRows rows(this);
   buildStockRows(rows);
   addTrade(rows, u"Number bought", u"Date bought");
@@ -86,7 +85,7 @@ void BuySharesPanel::reset(const String& initialCode) {
   resetTrade();
   m_code->setText(initialCode);
   m_name->setText(StockNames::nameOf(initialCode));
-  proposePrice(knownPrice(initialCode));
+  proposePrice(knownPrice(initialCode, Date(), m_portfolio));
   showCash();
 }
 
@@ -166,10 +165,11 @@ long BuySharesPanel::onSearchCode(FXObject*, FXSelector, void*) {
 void BuySharesPanel::showFoundStock(const String& code, const String& name) {
   m_code->setText(code);
   m_name->setText(name);
-  if (const auto price = fetchedPrice(code, dateField()->date().value_or(Date())))
-    proposePrice(*price);
+  const Date day = dateField()->date().value_or(Date());
+  if (const auto price = fetchedPrice(code, day))
+    proposePrice({*price, day});
   else
-    proposeNoPrice();
+    proposeKnownPrice();
 }
 
 long BuySharesPanel::onCodeTyped(FXObject*, FXSelector, void*) {

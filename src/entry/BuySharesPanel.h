@@ -53,7 +53,6 @@ private:
   bool checkMarket() const;
   void showCash();
 
-  const SharePortfolioUser* m_portfolio = nullptr;
   bool m_paidFromCash = true;
   FormTextField* m_code = nullptr;
   FormTextField* m_name = nullptr;

@@ -124,6 +124,9 @@ void EditSoldShareDialog::show(const String& code, const XMLElement& sellEvent) 
   m_buyDate->setDate(dateValue(sellEvent, u"BuyDate"));
   m_sellDate->setDate(dateValue(sellEvent, u"SellDate"));
   m_comments->setText(toFox(optionalText(sellEvent, u"Comment")));
+  m_buyPriceIsOfItsDay = !isSplitBy(sellEvent, dateValue(sellEvent, u"SellDate"));
+  m_buyPriceDoubt.beginWith(*m_buyPrice, buyDate());
+  m_sellPriceDoubt.beginWith(*m_sellPrice, sellDate());
   const CashWithout cash = cashWithout(sellEvent);
   m_changesCost = cash.changesCost;
   m_cash.setBefore(cash.before);
@@ -139,7 +142,8 @@ void EditSoldShareDialog::showTotals() {
 }
 
 bool EditSoldShareDialog::validate() {
-  return GUIPanel::runChecks([this] { return checkNumbers() && checkBrokerages() && checkDates(); });
+  return GUIPanel::runChecks(
+      [this] { return checkNumbers() && checkBrokerages() && checkDates() && checkPricesOfDays(); });
 }
 
 bool EditSoldShareDialog::checkNumbers() const {
@@ -168,6 +172,11 @@ bool EditSoldShareDialog::checkDates() const {
       !requireNotInFuture(*m_buyDate, u"You can't specify a buy date in the future."))
     return false;
   return sellDate() >= buyDate() || refuse(*m_sellDate, u"The sell date is before the buy date!");
+}
+
+bool EditSoldShareDialog::checkPricesOfDays() const {
+  return (!m_buyPriceIsOfItsDay || m_buyPriceDoubt.check(*m_buyPrice, code(), buyDate())) &&
+         m_sellPriceDoubt.check(*m_sellPrice, code(), sellDate());
 }
 
 String EditSoldShareDialog::code() const {

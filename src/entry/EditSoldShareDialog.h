@@ -1,5 +1,6 @@
 #pragma once
 #include "entry/CashRow.h"
+#include "entry/PriceDoubt.h"
 #include "foundation/Date.h"
 #include "widgets/Dialog.h"
 #include <memory>
@@ -55,6 +56,7 @@ private:
   bool checkNumbers() const;
   bool checkBrokerages() const;
   bool checkDates() const;
+  bool checkPricesOfDays() const;
 
   std::unique_ptr<FormIcons> m_icons;
   FormTextField* m_code = nullptr;
@@ -69,7 +71,10 @@ private:
   DateField* m_sellDate = nullptr;
   NumberField* m_received = nullptr;
   CashRow m_cash;
-  bool m_changesCost = false; ///< the purchase has a cash entry of its own, which follows
+  bool m_changesCost = false;        ///< the purchase has a cash entry of its own, which follows
+  bool m_buyPriceIsOfItsDay = false; ///< and not in shares of the day of sale, which a split made others
+  PriceDoubt m_buyPriceDoubt;
+  PriceDoubt m_sellPriceDoubt;
   FXText* m_comments = nullptr;
 };
 

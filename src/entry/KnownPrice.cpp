@@ -1,30 +1,43 @@
 #include "entry/KnownPrice.h"
+#include "engine/RecordedSplits.h"
 #include "foundation/Amounts.h"
+#include "market/CompletedClose.h"
 #include "market/TallymoorInternet.h"
 
 namespace Tallymoor {
 
-double knownPrice(const String& code, const Date& day) {
-  if (code.empty() || !TallymoorInternet::exists())
-    return 0.0;
-  TallymoorInternet& internet = TallymoorInternet::Instance();
-  if (day == Date::realToday() && internet.priceUpdater().hasCode(code)) {
-    const double price = internet.priceUpdater().getCurrentPrice(code);
+namespace {
+
+double knownOfTheDayItself(TallymoorInternet& gateway, const String& code, const Date& day) {
+  if (day == Date::realToday() && gateway.priceUpdater().hasCode(code)) {
+    const double price = gateway.priceUpdater().getCurrentPrice(code);
     if (!showsAsZero(price))
       return price;
   }
-  return internet.cachedClose(code, day).value_or(0.0);
+  const auto close = gateway.closeOn(code, day);
+  return close ? close->close : 0.0;
 }
 
-double priceOfDay(const String& code, const Date& day) {
+} // namespace
+
+KnownPrice knownPrice(const String& code, const Date& day, const SharePortfolioUser* portfolio) {
+  if (code.empty() || !TallymoorInternet::exists())
+    return {};
+  TallymoorInternet& gateway = TallymoorInternet::Instance();
+  if (const double price = knownOfTheDayItself(gateway, code, day); !showsAsZero(price))
+    return {price, day};
+  const auto last = gateway.lastCloseBefore(code, day);
+  if (!last)
+    return {};
+  const double shares = portfolio ? RecordedSplits(*portfolio, code).sharesBetween(last->day, day) : 1.0;
+  return {last->close / shares, last->day};
+}
+
+KnownPrice priceOfDay(const String& code, const Date& day, const SharePortfolioUser* portfolio) {
   if (!code.empty() && day < Date::realToday() && TallymoorInternet::exists())
-    TallymoorInternet::Instance().completeHistory(code, day, day);
-  return knownPrice(code, day);
-}
-
-bool isFarFrom(double price, double priceOfDay) {
-  constexpr double FAR = 1.25;
-  return price > priceOfDay * FAR || price * FAR < priceOfDay;
+    if (const auto close = completedClose(code, day))
+      return {*close, day};
+  return knownPrice(code, day, portfolio);
 }
 
 } // namespace Tallymoor

@@ -162,6 +162,7 @@ void ReceiveDividendsPanel::reset(const String& initialCode) {
   fillCountries();
   showFranking();
   payInCash();
+  m_sharePriceDoubt.forget();
   showHolding();
   // Not hidden without a portfolio: a wizard is laid out before it has one, and never shows the form then.
   m_cashAfter.setBefore(m_portfolio ? cashBalance(m_portfolio->portfolio(), Date()) : 0.0);
@@ -215,6 +216,7 @@ void ReceiveDividendsPanel::showDividend(const XMLElement& dividendEvent) {
   reinvest();
   m_shares->setValue(shares);
   m_sharePrice->setValue(doubleValue(dividendEvent, u"DRPRate"));
+  m_sharePriceDoubt.beginWith(*m_sharePrice, dateValue(dividendEvent, u"ReceiveDate"));
 }
 
 void ReceiveDividendsPanel::showHolding() {
@@ -295,9 +297,10 @@ bool ReceiveDividendsPanel::checkPayment() const {
   if (!requirePositive(*m_shares, u"You must enter the number of shares received.") ||
       !requireNotNegative(*m_sharePrice, u"The share price"))
     return false;
-  return !showsAsZero(sharePrice()) ||
-         confirm(*m_sharePrice, u"Do you really want to record a share price of " +
-                                    Platform::Instance().currencyFormat(sharePrice()) + u"?");
+  if (showsAsZero(sharePrice()))
+    return confirm(*m_sharePrice, u"Do you really want to record a share price of " +
+                                      Platform::Instance().currencyFormat(sharePrice()) + u"?");
+  return m_sharePriceDoubt.check(*m_sharePrice, code(), date());
 }
 
 String ReceiveDividendsPanel::code() const {

@@ -1,6 +1,7 @@
 #pragma once
 #include "entry/CashRow.h"
 #include "entry/DatedPanel.h"
+#include "entry/PriceDoubt.h"
 #include <cstdint>
 
 namespace Tallymoor {
@@ -105,6 +106,7 @@ private:
   NumberField* m_shares = nullptr;
   FXLabel* m_sharePriceLabel = nullptr;
   NumberField* m_sharePrice = nullptr;
+  PriceDoubt m_sharePriceDoubt;
   CashRow m_cashAfter;
 };
 

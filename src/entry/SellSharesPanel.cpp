@@ -2,7 +2,6 @@
 #include "engine/CashBalance.h"
 #include "engine/SharePortfolioUser.h"
 #include "entry/FormChecks.h"
-#include "entry/KnownPrice.h"
 #include "entry/StockChoice.h"
 #include "foundation/Amounts.h"
 #include "foundation/Platform.h"
@@ -10,7 +9,6 @@
 #include "widgets/DateField.h"
 #include "widgets/FormRows.h"
 #include "widgets/HandlerScope.h"
-#include "widgets/MainWindow.h"
 #include "widgets/NumberField.h"
 #include "xml/Leaves.h"
 
@@ -34,15 +32,6 @@ String wholeHolding(double held) {
                                                                        : String::fromDouble(held, 4);
 }
 
-double priceOn(const SharePortfolioUser& portfolio, const String& code, const Date& day) {
-  try {
-    return portfolio.sharePriceFor(code, day, true);
-  } catch (const Exception&) {
-    MainWindow::error(u"Problem getting stock price");
-    return 0.0;
-  }
-}
-
 /// The stock on a day of the capital record; null when it was not held then.
 const XMLElement* holdingOn(const XMLElement& dayCap, const String& code) {
   for (std::size_t i = 0; i < dayCap.numSubElements(u"ShareVals"); ++i) {
@@ -57,8 +46,8 @@ const XMLElement* holdingOn(const XMLElement& dayCap, const String& code) {
 
 SellSharesPanel::SellSharesPanel(FXComposite* parent, const SharePortfolioUser* portfolio,
                                  const String& initialCode)
-    : TradePanel(parent, u"Sell Shares", u"Specify the share code, date and sell price of a share sale."),
-      m_portfolio(portfolio) {
+    : TradePanel(parent, u"Sell Shares", u"Specify the share code, date and sell price of a share sale.",
+                 portfolio) {
   FormRows rows(this);
   m_code = new StockChoice(rows.addRow(u"Stock code"), u"<select held stock>", this, ID_CODE);
   m_name = rows.addName(u"Stock name");
@@ -81,10 +70,10 @@ void SellSharesPanel::reset(const String& initialCode) {
   m_name->setText(StockNames::nameOf(code()));
   setCashBefore(m_portfolio ? std::optional(cashBalance(m_portfolio->portfolio(), Date())) : std::nullopt);
   if (!code().empty())
-    showHolding(knownPrice(code()));
+    showHolding(knownPrice(code(), Date(), m_portfolio));
 }
 
-void SellSharesPanel::showHolding(double price) {
+void SellSharesPanel::showHolding(const KnownPrice& price) {
   numberField()->setText(wholeHolding(m_portfolio->numHeld(code())));
   proposePrice(price);
 }
@@ -149,7 +138,7 @@ long SellSharesPanel::onListChanged(FXObject*, FXSelector, void*) {
   return guardedHandler(u"SellSharesPanel::onListChanged failed.", [this] {
     m_name->setText(StockNames::nameOf(code()));
     if (!code().empty())
-      showHolding(priceOn(*m_portfolio, code(), dateField()->date().value_or(Date())));
+      showHolding(priceOfDay(code(), dateField()->date().value_or(Date()), m_portfolio));
   });
 }
 

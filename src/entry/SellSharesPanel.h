@@ -39,13 +39,12 @@ protected:
   double cashEffect() const override;
 
 private:
-  void showHolding(double price);
+  void showHolding(const KnownPrice& price);
   bool checkCode() const;
   bool checkHeldOnDate() const;
   bool checkNumber() const;
   bool checkPrice() const;
 
-  const SharePortfolioUser* m_portfolio = nullptr;
   StockChoice* m_code = nullptr;
   FormTextField* m_name = nullptr;
 };

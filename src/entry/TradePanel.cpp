@@ -2,7 +2,6 @@
 #include "engine/PortfolioEvents.h"
 #include "entry/Brokerage.h"
 #include "entry/FormChecks.h"
-#include "entry/KnownPrice.h"
 #include "foundation/Amounts.h"
 #include "widgets/DateField.h"
 #include "widgets/FormRows.h"
@@ -24,10 +23,18 @@ namespace {
 constexpr int amountDecimals = 2;
 constexpr int priceDecimals = 4;
 
+/// What stands beside a price that a form proposes for a day.
+String noteOn(const KnownPrice& price, const Date& day) {
+  if (showsAsZero(price.price))
+    return u"No price is known.";
+  return price.day == day ? String() : u"last known, of " + price.day.toString(DATE_DISPLAY_LOCAL);
+}
+
 } // namespace
 
-TradePanel::TradePanel(FXComposite* parent, const String& title, const String& description)
-    : DatedPanel(parent, title, description) {}
+TradePanel::TradePanel(FXComposite* parent, const String& title, const String& description,
+                       const SharePortfolioUser* portfolio)
+    : DatedPanel(parent, title, description), m_portfolio(portfolio) {}
 
 void TradePanel::addTrade(FormRows& rows, const String& numberLabel, const String& dateLabel) {
   m_number = rows.addNumber(numberLabel, amountDecimals, this, ID_AMOUNT);
@@ -50,8 +57,8 @@ void TradePanel::addComments(FormRows& rows, const String& title) {
 
 void TradePanel::resetTrade() {
   showTrade(Date(), 0.0, 0.0, defaultBrokerage(), String());
-  m_shownPrice.clear();
-  proposePrice(0.0);
+  m_doubt.forget();
+  m_proposedPrice = m_price->text(); // the user hasn't typed it
 }
 
 void TradePanel::showTrade(const Date& date, double number, double price, double brokerage,
@@ -63,7 +70,7 @@ void TradePanel::showTrade(const Date& date, double number, double price, double
   m_comments->setText(toFox(comments));
   m_proposedPrice.clear();
   m_priceNote->setText(FXString());
-  m_shownPrice = m_price->text();
+  m_doubt.beginWith(*m_price, date);
   m_priceDay = date;
   showTotals();
 }
@@ -85,21 +92,23 @@ long TradePanel::onAmount(FXObject*, FXSelector, void*) {
 
 // ---- The price of the day ----
 
-void TradePanel::proposePrice(double price) {
-  m_price->setValue(price);
+void TradePanel::proposePrice(const KnownPrice& price) {
+  m_price->setValue(price.price);
   m_proposedPrice = m_price->text();
+  m_proposedOf = price.day;
   m_priceDay = dateField()->date().value_or(Date());
-  m_priceNote->setText(showsAsZero(price) && !code().empty() ? "No price is known." : "");
+  m_priceNote->setText(code().empty() ? FXString() : toFox(noteOn(price, m_priceDay)));
   showTotals();
 }
 
-void TradePanel::proposeNoPrice() {
+void TradePanel::proposeKnownPrice() {
   if (isPriceProposed())
-    proposePrice(0.0);
+    proposePrice(knownPrice(code(), dateField()->date().value_or(Date()), m_portfolio));
 }
 
 void TradePanel::forgetProposedPrice() {
-  proposeNoPrice();
+  if (isPriceProposed())
+    proposePrice({});
   m_priceNote->setText(FXString()); // nobody has looked
 }
 
@@ -113,7 +122,7 @@ bool TradePanel::followDate() {
   if (code().empty() || day == m_priceDay || !isPriceProposed())
     return false;
   const String before = m_price->text();
-  proposePrice(priceOfDay(code(), day));
+  proposePrice(priceOfDay(code(), day, m_portfolio));
   return !(m_price->text() == before);
 }
 
@@ -123,20 +132,19 @@ void TradePanel::dateChanged() {
 
 bool TradePanel::checkProposedPrice() {
   return !followDate() || showsAsZero(price()) ||
-         confirm(*m_price, u"The price of " + code() + u" on " + shownDate() + u" was " +
-                               shortPriceText(price()) + u".\nDo you want to record this price?");
+         confirm(*m_price, proposalText() + u"\nDo you want to record this price?");
+}
+
+String TradePanel::proposalText() const {
+  const String wasThat = u" was " + shortPriceText(price()) + u".";
+  if (m_proposedOf == m_priceDay)
+    return u"The price of " + code() + u" on " + shownDate() + wasThat;
+  return u"No price of " + code() + u" on " + shownDate() + u" is known. The last one before, of " +
+         m_proposedOf.toString(DATE_DISPLAY_LOCAL) + u"," + wasThat;
 }
 
 bool TradePanel::checkPriceOfDay() const {
-  const Date day = date();
-  const bool isRecorded = m_price->text() == m_shownPrice && day == m_priceDay;
-  if (isRecorded || showsAsZero(price()))
-    return true;
-  const double known = priceOfDay(code(), day);
-  return showsAsZero(known) || !isFarFrom(price(), known) ||
-         confirm(*m_price, u"The price of " + shortPriceText(price()) + u" is far from that of " + code() +
-                               u" on " + shownDate() + u", which was " + shortPriceText(known) +
-                               u".\nDo you want to record it all the same?");
+  return m_doubt.check(*m_price, code(), date());
 }
 
 bool TradePanel::checkBrokerage(const String& noneQuestion, const String& defaultQuestion) const {

@@ -1,23 +1,29 @@
 #pragma once
 #include "entry/CashRow.h"
 #include "entry/DatedPanel.h"
+#include "entry/KnownPrice.h"
+#include "entry/PriceDoubt.h"
 #include <optional>
 
 namespace Tallymoor {
 
 class NumberField;
+class SharePortfolioUser;
 
 /// What the forms for a purchase and for a sale have in common: the number of shares, their price, the
 /// brokerage, the day and the user's comments; the total, which the contract note has too, and the cash that
 /// is there afterwards.
 ///
 /// The price that a form proposes is that of the form's day, and follows it until the user types another one.
+/// Where that is unavailable it is the last one known, and a note beside the field says of which day.
 class TradePanel : public DatedPanel {
   FXDECLARE_ABSTRACT(TradePanel)
 public:
   enum { ID_AMOUNT = DatedPanel::ID_LAST, ID_LAST };
 
-  TradePanel(FXComposite* parent, const String& title, const String& description);
+  /// The portfolio is only read, and must outlive the form; null while there is none yet.
+  TradePanel(FXComposite* parent, const String& title, const String& description,
+             const SharePortfolioUser* portfolio);
 
   /// Of the stock that is traded; empty while there is none.
   virtual String code() const = 0;
@@ -44,10 +50,11 @@ protected:
   void showTrade(const Date& date, double number, double price, double brokerage, const String& comments);
   /// What is in the cash reserve without the trade. Nothing, which is how a form begins, hides the row.
   void setCashBefore(std::optional<double> cash) { m_cash.setBefore(cash); }
-  /// A price that is not the user's own, for the form's day; one of zero is said to be unknown.
-  void proposePrice(double price);
-  /// The price of the form's stock and day can't be had; one that the user typed himself stays.
-  void proposeNoPrice();
+  /// A price that is not the user's own, for the form's day; the note says so when it is of another, or when
+  /// none is known.
+  void proposePrice(const KnownPrice& price);
+  /// What is known without asking anyone; a price that the user typed himself stays.
+  void proposeKnownPrice();
   /// The stock is another one: a price that was proposed for the one before goes.
   void forgetProposedPrice();
   void dateChanged() override;
@@ -63,9 +70,12 @@ protected:
   NumberField* numberField() const { return m_number; }
   NumberField* priceField() const { return m_price; }
 
+  const SharePortfolioUser* m_portfolio = nullptr;
+
 private:
   bool isPriceProposed() const;
   bool followDate();
+  String proposalText() const;
   void showTotals();
 
   NumberField* m_number = nullptr;
@@ -75,8 +85,9 @@ private:
   NumberField* m_total = nullptr;
   CashRow m_cash;
   String m_proposedPrice; ///< the field's text; empty when it is the user's own
-  String m_shownPrice;    ///< that was recorded before; empty in a new form
-  Date m_priceDay;        ///< of the proposal, or of the record
+  Date m_proposedOf;      ///< the day that the proposed price is of
+  Date m_priceDay;        ///< the form's day when the price was proposed or shown
+  PriceDoubt m_doubt;
   FXText* m_comments = nullptr;
 };
 

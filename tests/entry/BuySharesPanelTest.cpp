@@ -302,6 +302,7 @@ TEST_F(BuySharesPanelTest, TheProposedPriceFollowsTheDate) {
   date.setFocus();
   set("Date bought", "16 Feb 26");
   field(*m_panel, "Number bought").setFocus();
+  letEventsPass();
   EXPECT_EQ("16/02/2026", shown("Date bought"));
   EXPECT_EQ("10.5000", shown("Share price"));
   EXPECT_EQ("1100.00", shown("Total to pay"));
@@ -316,6 +317,7 @@ TEST_F(BuySharesPanelTest, TheProposedPriceFollowsTheDate) {
   date.setFocus();
   set("Date bought", "16/02/2026");
   field(*m_panel, "Number bought").setFocus();
+  letEventsPass();
   EXPECT_EQ("11.9", shown("Share price")) << "a typed price is the user's";
 }
 
@@ -332,6 +334,35 @@ TEST_F(BuySharesPanelTest, APriceThatFollowsOnlyAtOkIsAskedAbout) {
   EXPECT_EQ(&field(*m_panel, "Share price"), focused(*m_panel));
   answer(unchecked, "Yes"); // it stands there now, and is asked about no more
   EXPECT_TRUE(m_panel->validate());
+}
+
+TEST_F(BuySharesPanelTest, ALastKnownPriceThatFollowsAtOkIsAskedAboutWithItsDay) {
+  TallymoorInternet::Instance().goOffline();
+  TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2026, 3, 3), 12.0);
+  TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2026, 2, 16), 10.5);
+  m_panel->reset(u"ABC.AX");
+  set("Number bought", "100");
+  set("Date bought", "20/02/2026");
+  answer("No price of ABC.AX on 20/02/2026 is known. The last one before, of 16/02/2026, was 10.50.\n"
+         "Do you want to record this price?",
+         "No");
+  EXPECT_FALSE(m_panel->validate());
+  EXPECT_EQ("10.5000", shown("Share price"));
+  EXPECT_TRUE(shows(*m_panel, "last known, of 16/02/2026"));
+  set("Share price", "10.4");
+  EXPECT_FALSE(shows(*m_panel, "last known, of 16/02/2026")) << "the user's own";
+}
+
+TEST_F(BuySharesPanelTest, AStockFoundWithoutAPriceOfTheDayHasTheLastKnownOne) {
+  m_market.addListing(u"NOQ.AX", u"No Quotes", u"Australia");
+  TallymoorInternet::Instance().setCachedPrice(u"NOQ.AX", Date(2026, 2, 16), 10.5);
+  set("Stock code", "NOQ");
+  searchAndAccept();
+  EXPECT_EQ("10.5000", shown("Share price"));
+  EXPECT_TRUE(shows(*m_panel, "last known, of 16/02/2026"));
+  m_panel->reset(u"NOQ.AX");
+  EXPECT_EQ("10.5000", shown("Share price"));
+  EXPECT_TRUE(shows(*m_panel, "last known, of 16/02/2026"));
 }
 
 TEST_F(BuySharesPanelTest, APriceFarFromThatOfTheDayIsDoubted) {

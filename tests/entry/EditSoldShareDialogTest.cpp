@@ -197,6 +197,43 @@ TEST_F(EditSoldShareDialogTest, FailuresOfTheDateButtonsAreReported) {
       0);
 }
 
+TEST_F(EditSoldShareDialogTest, APriceFarFromThatOfItsDayIsDoubtedOnceItIsChanged) {
+  TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2025, 7, 3), 25.0);
+  TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2026, 2, 3), 3.5);
+  run([&](FXWindow& form) { press(form, "OK"); }, 1); // what was recorded is not doubted
+  run(
+      [&](FXWindow& form) {
+        set("Sell price", "37.5");
+        expectRefused("The price of 37.50 is far from that of ABC.AX on 03/02/2026, which was 3.50.\n"
+                      "Do you want to record it all the same?",
+                      "No", "Sell price");
+        set("Sell price", "3.8");
+        set("Buy price", "2.6");
+        answer("The price of 2.60 is far from that of ABC.AX on 03/07/2025, which was 25.00.\n"
+               "Do you want to record it all the same?",
+               "Yes");
+        press(form, "OK");
+      },
+      1);
+  EXPECT_EQ(2.6, m_dialog->buyPrice());
+}
+
+TEST_F(EditSoldShareDialogTest, TheBuyPriceOfASplitSaleIsNoneOfItsDay) {
+  TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2025, 7, 3), 7.5);
+  XMLElement& split = m_event.addSubElement(new XMLSplitAdjustment, u"Adjustments");
+  split.subElement(u"StartDate").setValue(u"1/8/2025");
+  split.subElement(u"Factor").setValue(u"3");
+  m_event.subElement(u"BuyPrice").setValue(u"7.5000");
+  m_dialog = std::make_unique<EditSoldShareDialog>(&mainWindow(), u"ABC.AX", m_event);
+  run(
+      [&](FXWindow& form) {
+        EXPECT_EQ("2.5000", shown("Buy price"));
+        set("Buy price", "2.6");
+        press(form, "OK");
+      },
+      1);
+}
+
 TEST_F(EditSoldShareDialogTest, ASplitSaleIsShownInSharesOfTheDayOfSale) {
   m_event.subElement(u"NumHeld").setValue(u"33.333333");
   m_event.subElement(u"BuyPrice").setValue(u"9.0000");

@@ -342,6 +342,32 @@ TEST_F(ReceiveDividendsPanelTest, AReinvestmentNeedsShares) {
   EXPECT_TRUE(m_panel->validate());
 }
 
+TEST_F(ReceiveDividendsPanelTest, AReinvestmentsPriceFarFromThatOfTheDayIsDoubted) {
+  choose(*m_panel, "ABC.AX");
+  set("Dividend Rate", "0.1");
+  choosePayment("Dividend reinvestment");
+  set("Shares received", "3");
+  set("Share price", "25");
+  const char* doubt = "The price of 25.00 is far from that of ABC.AX on 03/03/2026, which was 2.50.\n"
+                      "Do you want to record it all the same?";
+  answer(doubt, "No");
+  EXPECT_FALSE(m_panel->validate());
+  EXPECT_EQ(&field(*m_panel, "Share price"), focused(*m_panel));
+  answer(doubt, "Yes");
+  EXPECT_TRUE(m_panel->validate());
+  user().receiveDividend(u"ABC.AX", Date(2026, 3, 2), 100, 0.1, 0, 3, 25, String(), 0);
+  m_panel->showDividend(user().portfolio().subElement(u"Dividends").subElement(u"DividendEvents"));
+  EXPECT_TRUE(m_panel->validate()) << "what was recorded is not doubted";
+  m_panel->reset(u"ABC.AX");
+  set("Dividend Rate", "0.1");
+  choosePayment("Dividend reinvestment");
+  set("Shares received", "3");
+  set("Share price", "25");
+  set("Date Received", "02/03/2026");
+  whenModal("is far from that of ABC.AX on 02/03/2026", [this](FXWindow& box) { press(box, "No"); });
+  EXPECT_FALSE(m_panel->validate()) << "a new entry is";
+}
+
 TEST_F(ReceiveDividendsPanelTest, ANegativeTaxIsRefused) {
   choose(*m_panel, "ABC.AX");
   set("Dividend Rate", "0.1");

@@ -95,12 +95,12 @@ TEST_F(SellSharesPanelTest, ChoosingThePromptLeavesTheNumbers) {
   EXPECT_EQ(100.0, m_panel->number());
 }
 
-TEST_F(SellSharesPanelTest, AStockWithoutAPriceIsReportedAndItsSharesShown) {
+TEST_F(SellSharesPanelTest, AStockWithoutAPriceIsToldBesideItAndItsSharesShown) {
   user().addBuyEvent(u"FREE.AX", Date(2026, 3, 2), 30.0, 0.0, 0.0, String());
   m_panel->reset();
   set("Share price", "9");
-  answer("Problem getting stock price", "OK");
   choose(*m_panel, "FREE.AX");
+  EXPECT_TRUE(shows(*m_panel, "No price is known."));
   EXPECT_EQ(0.0, m_panel->price()); // not that of another stock
   EXPECT_EQ(30.0, m_panel->number());
 }
@@ -302,10 +302,50 @@ TEST_F(SellSharesPanelTest, TheProposedPriceFollowsTheDate) {
   field(*m_panel, "Date sold").setFocus();
   set("Date sold", "26/2/26");
   field(*m_panel, "Number sold").setFocus();
+  letEventsPass();
   EXPECT_EQ("2.2500", shown("Share price"));
   choose(*m_panel, "XYZ.AX");
   choose(*m_panel, "ABC.AX");
   EXPECT_EQ("2.2500", shown("Share price")) << "also when the stock is chosen after the date";
+}
+
+TEST_F(SellSharesPanelTest, WithoutAPriceOfTheDayTheLastKnownOneIsProposed) {
+  TallymoorInternet& gateway = TallymoorInternet::Instance();
+  gateway.setCachedPrice(u"GAP.AX", Date(2026, 2, 26), 12.5);
+  gateway.setCachedPrice(u"GAP.AX", Date(2026, 2, 24), 11.0);
+  user().addBuyEvent(u"GAP.AX", Date(2026, 2, 24), 30.0, 10.0, 0.0, String());
+  m_panel->reset(u"GAP.AX");
+  EXPECT_EQ("12.5000", shown("Share price"));
+  EXPECT_TRUE(shows(*m_panel, "last known, of 26/02/2026"));
+  m_panel->reset();
+  EXPECT_FALSE(shows(*m_panel, "last known, of 26/02/2026"));
+  choose(*m_panel, "GAP.AX");
+  EXPECT_EQ("12.5000", shown("Share price")) << "chosen from the list as well";
+  EXPECT_TRUE(shows(*m_panel, "last known, of 26/02/2026"));
+  field(*m_panel, "Date sold").setFocus();
+  set("Date sold", "25/2/26");
+  field(*m_panel, "Number sold").setFocus();
+  letEventsPass();
+  EXPECT_EQ("11.0000", shown("Share price")) << "never one of a later day";
+  EXPECT_TRUE(shows(*m_panel, "last known, of 24/02/2026"));
+  field(*m_panel, "Date sold").setFocus();
+  set("Date sold", "26/2/26");
+  field(*m_panel, "Number sold").setFocus();
+  letEventsPass();
+  EXPECT_EQ("12.5000", shown("Share price"));
+  EXPECT_FALSE(shows(*m_panel, "last known, of 26/02/2026")) << "it is the day's own";
+  EXPECT_TRUE(m_market.requested(MarketFixture::Page::History).empty());
+  EXPECT_TRUE(m_market.requested(MarketFixture::Page::Quote).empty());
+}
+
+TEST_F(SellSharesPanelTest, TheLastKnownPriceIsInSharesOfTheFormsDay) {
+  TallymoorInternet::Instance().setCachedPrice(u"GAP.AX", Date(2026, 2, 26), 12.5);
+  user().addBuyEvent(u"GAP.AX", Date(2026, 2, 26), 30.0, 10.0, 0.0, String());
+  user().recordAdjustment(u"GAP.AX", Date(2026, 3, 1), 5, false);
+  m_panel->reset(u"GAP.AX");
+  EXPECT_EQ("150.00", shown("Number sold"));
+  EXPECT_EQ("2.5000", shown("Share price"));
+  EXPECT_TRUE(shows(*m_panel, "last known, of 26/02/2026"));
 }
 
 TEST_F(SellSharesPanelTest, APriceFarFromThatOfTheDayIsDoubted) {
