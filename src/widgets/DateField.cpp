@@ -5,13 +5,26 @@
 
 namespace Tallymoor {
 
-FXIMPLEMENT(DateField, FormTextField, nullptr, 0)
+FXDEFMAP(DateField)
+DateFieldMap[] = {
+    FXMAPFUNC(SEL_TIMEOUT, DateField::ID_TELL, DateField::onTell),
+};
+
+FXIMPLEMENT(DateField, FormTextField, DateFieldMap, ARRAYNUMBER(DateFieldMap))
 
 namespace {
 
 /// The last day of a year tells which number is the month.
 String example() {
   return Date(Date::realToday().year(), 12, 31).toString(DATE_DISPLAY_LOCAL);
+}
+
+/// The widget of the window that has the keyboard whenever the window has it.
+const FXWindow* keyboardIn(const FXWindow& window) {
+  const FXWindow* widget = &window;
+  while (widget->getFocus())
+    widget = widget->getFocus();
+  return widget;
 }
 
 } // namespace
@@ -22,6 +35,10 @@ DateField::DateField(FXComposite* parent, const String& label, FXint columns, FX
   setTipText(toFox(u"A date is written like " + example()));
 }
 
+DateField::~DateField() {
+  getApp()->removeTimeout(this, ID_TELL);
+}
+
 std::optional<Date> DateField::date() const {
   Date read;
   return Platform::Instance().readTypedDate(text(), read) ? std::optional(read) : std::nullopt;
@@ -29,6 +46,7 @@ std::optional<Date> DateField::date() const {
 
 void DateField::setDate(const Date& date) {
   setText(date.toString(DATE_DISPLAY_LOCAL));
+  m_told = text();
 }
 
 void DateField::choose(const Date& date) {
@@ -50,14 +68,24 @@ void DateField::killFocus() {
   FormTextField::killFocus();
   try {
     if (const auto read = date())
-      setDate(*read);
+      setText(read->toString(DATE_DISPLAY_LOCAL));
   } catch (const Exception&) {
     // What can be read, but not written, stays as it was typed.
   }
-  tellTarget();
+  // The toolkit takes the keyboard away first and then gives it to the next widget, if there is one.
+  if (!(text() == m_told))
+    getApp()->addTimeout(this, ID_TELL, 0);
+}
+
+long DateField::onTell(FXObject*, FXSelector, void*) {
+  const FXWindow* form = getParent()->getParent();
+  if (!(text() == m_told) && form->containsChild(keyboardIn(*getShell())))
+    tellTarget();
+  return 1;
 }
 
 void DateField::tellTarget() {
+  m_told = text();
   if (target)
     target->tryHandle(this, FXSEL(SEL_COMMAND, message), nullptr);
 }

@@ -6,14 +6,21 @@
 namespace Tallymoor {
 
 /// A form's field for a day, which is typed as people type dates (see TypedDate). When the keyboard leaves
-/// the field a text that is a date is written in the user's short form, so that he sees how it was read, and
-/// the target hears SEL_COMMAND.
+/// the field a text that is a date is written in the user's short form, so that he sees how it was read.
+///
+/// When it has gone on to another widget of the form, and the text is another than when the target last
+/// heard of it, the target hears SEL_COMMAND. Not on the way out of the form (a button of the dialog, Escape,
+/// a page that is left): whoever leaves wants nothing fetched, and for OK the form's validate() looks itself.
+/// The form is what the field's row stands in.
 class DateField : public FormTextField {
   FXDECLARE(DateField)
 public:
+  enum { ID_TELL = FXTextField::ID_LAST, ID_LAST };
+
   /// The label is what the user knows the field by.
   DateField(FXComposite* parent, const String& label, FXint columns, FXObject* target = nullptr,
             FXSelector selector = 0);
+  ~DateField() override;
 
   /// Nothing when the text is no date.
   std::optional<Date> date() const;
@@ -25,6 +32,8 @@ public:
   String complaint() const;
 
   void killFocus() override;
+  /// The keyboard has left the field, and has come to where it goes.
+  long onTell(FXObject*, FXSelector, void*);
 
 protected:
   DateField() {}
@@ -33,6 +42,7 @@ private:
   void tellTarget();
 
   String m_label;
+  String m_told; ///< the text that the target knows
 };
 
 } // namespace Tallymoor

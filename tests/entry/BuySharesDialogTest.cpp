@@ -53,5 +53,40 @@ TEST_F(BuySharesDialogTest, AFailedCheckStaysAndKeepsTheFields) {
   EXPECT_EQ(0u, dialog.execute());
 }
 
+TEST_F(BuySharesDialogTest, WhoLeavesTheFormFetchesNothing) {
+  m_market.setHistory(u"ABC.AX", Date(2026, 1, 1), Date(2026, 3, 3), 10.5);
+  const SharePortfolioUser portfolio(m_portfolio);
+  for (const bool byEscape : {true, false}) {
+    BuySharesDialog dialog(&mainWindow(), portfolio, u"ABC.AX");
+    whenModal("Buy Shares", [&](FXWindow& form) {
+      FXTextField& date = field(form, "Date bought");
+      date.setFocus();
+      type(date, "16/02/2026");
+      if (byEscape) {
+        key(form, KEY_Escape);
+      } else {
+        button(form, "Cancel").setFocus(); // as a click does before it is a command
+        letEventsPass();
+        press(form, "Cancel");
+      }
+    });
+    EXPECT_EQ(0u, dialog.execute());
+    letEventsPass();
+  }
+  EXPECT_TRUE(m_market.requested(MarketFixture::Page::History).empty());
+  BuySharesDialog dialog(&mainWindow(), portfolio, u"ABC.AX");
+  whenModal("Buy Shares", [&](FXWindow& form) {
+    FXTextField& date = field(form, "Date bought");
+    date.setFocus();
+    type(date, "16/02/2026");
+    field(form, "Number bought").setFocus();
+    letEventsPass();
+    EXPECT_STREQ("10.5000", field(form, "Share price").getText().text());
+    key(form, KEY_Escape);
+  });
+  EXPECT_EQ(0u, dialog.execute());
+  EXPECT_EQ(1u, m_market.requested(MarketFixture::Page::History).size());
+}
+
 } // namespace
 } // namespace Tallymoor

@@ -86,6 +86,7 @@ TEST_F(CalendarDialogTest, WhatIsTypedMovesTheMarkWhenTheKeyboardLeaves) {
   dialog.typed()->setFocus();
   type(*dialog.typed(), "2023-11-01");
   dialog.calendar()->setFocus();
+  letEventsPass();
   EXPECT_EQ(Date(2023, 11, 1), dialog.calendar()->date());
   EXPECT_EQ(String(u"01/11/2023"), dialog.typed()->text());
 }

@@ -21,15 +21,23 @@ class DateFieldTest : public WindowTest {
 protected:
   void SetUp() override {
     WindowTest::SetUp();
-    m_field = new DateField(mainWindow().contentFrame(), u"Date sold", 20, &m_listener, 1);
-    m_other = new FXTextField(mainWindow().contentFrame(), 20);
-    m_field->create();
-    m_other->create();
+    auto* form = new FXVerticalFrame(mainWindow().contentFrame());
+    m_field = new DateField(new FXHorizontalFrame(form), u"Date sold", 20, &m_listener, 1);
+    m_other = new FXTextField(new FXHorizontalFrame(form), 20);
+    m_cancel = new FXButton(mainWindow().contentFrame(), "Cancel");
+    form->create();
+    m_cancel->create();
     m_field->setFocus();
+  }
+  /// The keyboard goes there, and whatever follows from that has happened.
+  void goTo(FXWindow& widget) {
+    widget.setFocus();
+    letEventsPass();
   }
   Listener m_listener;
   DateField* m_field = nullptr;
   FXTextField* m_other = nullptr;
+  FXButton* m_cancel = nullptr; ///< of no form
 };
 
 TEST_F(DateFieldTest, ReadsWhatIsTyped) {
@@ -47,7 +55,47 @@ TEST_F(DateFieldTest, ShowsHowItWasReadWhenTheKeyboardLeaves) {
   EXPECT_EQ(String(u"1 nov 23"), m_field->text());
   m_other->setFocus();
   EXPECT_EQ(String(u"01/11/2023"), m_field->text());
+  letEventsPass();
   EXPECT_EQ(1, m_listener.told);
+}
+
+TEST_F(DateFieldTest, TheTargetHearsOfEachTextOnce) {
+  m_field->setDate(Date(2026, 1, 2));
+  goTo(*m_other);
+  EXPECT_EQ(0, m_listener.told) << "the form itself shows it";
+  goTo(*m_field);
+  type(*m_field, "3/1/26");
+  goTo(*m_other);
+  goTo(*m_field);
+  goTo(*m_other);
+  EXPECT_EQ(1, m_listener.told);
+  goTo(*m_field);
+  type(*m_field, "yesterday");
+  goTo(*m_other);
+  EXPECT_EQ(2, m_listener.told) << "whoever listens looks whether it is a date";
+}
+
+TEST_F(DateFieldTest, WhoLeavesTheFormHearsNothing) {
+  type(*m_field, "3/1/26");
+  goTo(*m_cancel);
+  EXPECT_EQ(String(u"03/01/2026"), m_field->text());
+  EXPECT_EQ(0, m_listener.told);
+  goTo(*m_field);
+  mainWindow().hide();
+  letEventsPass();
+  EXPECT_EQ(0, m_listener.told);
+  mainWindow().show();
+  goTo(*m_field);
+  goTo(*m_other);
+  EXPECT_EQ(1, m_listener.told) << "it is still to be told";
+}
+
+TEST_F(DateFieldTest, AFieldThatGoesTellsNothing) {
+  type(*m_field, "3/1/26");
+  m_other->setFocus();
+  delete m_field;
+  letEventsPass();
+  EXPECT_EQ(0, m_listener.told);
 }
 
 TEST_F(DateFieldTest, WhatIsNoDateStaysAsItWasTyped) {
