@@ -164,10 +164,15 @@ long Table::onRightClick(FXObject*, FXSelector, void* data) {
   });
 }
 
-/// Not handled: a second click then begins to edit the cell.
-long Table::onLeftClick(FXObject*, FXSelector, void*) {
-  guardedHandler(u"TallymoorWindow::onAbout failed.", [] {});
-  return 0;
+/// Not handled: a second click then begins to edit the cell. One beside the cells, of which the last current
+/// one knows nothing, ends here.
+long Table::onLeftClick(FXObject*, FXSelector, void* data) {
+  const FXEvent& event = *static_cast<FXEvent*>(data);
+  bool hitsCurrentCell = false;
+  guardedHandler(u"TallymoorWindow::onAbout failed.", [&] {
+    hitsCurrentCell = rowAtY(event.win_y) == getCurrentRow() && colAtX(event.win_x) == getCurrentColumn();
+  });
+  return event.click_count > 1 && !hitsCurrentCell ? 1 : 0;
 }
 
 /// Comes when the header's button goes up where it went down: who drags off a header does not sort.

@@ -60,10 +60,11 @@ protected:
     mouse(window, SEL_LEFTBUTTONPRESS, x, y, LEFTBUTTON);
     mouse(window, SEL_LEFTBUTTONRELEASE, x, y, LEFTBUTTON);
   }
-  void doubleClick(FXint row, FXint column) {
+  void doubleClick(FXint row, FXint column) { doubleClickAt(cellX(column), cellY(row)); }
+  void doubleClickAt(FXint x, FXint y) {
     for (const FXint count : {1, 2}) {
-      mouse(table(), SEL_LEFTBUTTONPRESS, cellX(column), cellY(row), LEFTBUTTON, count);
-      mouse(table(), SEL_LEFTBUTTONRELEASE, cellX(column), cellY(row), LEFTBUTTON, count);
+      mouse(table(), SEL_LEFTBUTTONPRESS, x, y, LEFTBUTTON, count);
+      mouse(table(), SEL_LEFTBUTTONRELEASE, x, y, LEFTBUTTON, count);
     }
     letEventsPass();
   }

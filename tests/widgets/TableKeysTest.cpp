@@ -146,6 +146,26 @@ TEST_F(TableKeysTest, ADoubleClickEditsTheRowAndOnAnEditableCellTheCell) {
   EXPECT_TRUE(table().openEditor());
 }
 
+TEST_F(TableKeysTest, ADoubleClickBesideTheCellsOpensNothing) {
+  std::vector<String> edited;
+  table().onEditRow = [&](Row& row) { edited.push_back(row.key()); };
+  const FXint lastRow = table().getNumRows() - 1, lastColumn = table().getNumColumns() - 1;
+  const FXint below = cellY(lastRow) + 3 * table().getRowHeight(lastRow);
+  const FXint beside = cellX(lastColumn) + 3 * table().getColumnWidth(lastColumn);
+  ASSERT_LT(below, table().getHeight());
+  ASSERT_LT(beside, table().getWidth());
+  for (const FXint column : {0, 1}) {
+    table().setCurrentItem(0, column);
+    doubleClickAt(cellX(column), below);
+    doubleClickAt(beside, cellY(0));
+    doubleClickAt(beside, below);
+  }
+  EXPECT_TRUE(edited.empty());
+  EXPECT_FALSE(table().openEditor());
+  key(mainWindow(), KEY_Return);
+  EXPECT_TRUE(table().openEditor()) << "the key means the current cell, wherever the mouse is";
+}
+
 TEST_F(TableKeysTest, TheMenuKeyOpensTheColumnsPopupBelowItsTitle) {
   for (const auto& [code, state] : {std::pair<FXuint, FXuint>{KEY_Menu, 0}, {KEY_F10, SHIFTMASK}}) {
     whenModal("Select columns...", [&](FXWindow& menu) {
