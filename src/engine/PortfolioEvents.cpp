@@ -71,6 +71,14 @@ String dividendDescriptionStart(const String& code) {
   return u"DIVIDEND " + code + u" @ ";
 }
 
+double purchaseCost(const XMLElement& purchase, double number, double price) {
+  return number * price + doubleValue(purchase, u"Brokerage");
+}
+
+double purchaseCost(const XMLElement& purchase) {
+  return purchaseCost(purchase, doubleValue(purchase, u"NumHeld"), doubleValue(purchase, u"BuyPrice"));
+}
+
 void requireNotNegative(double value, const char16_t* name) {
   if (value < 0.0)
     throw Exception(String(name) + u" can't be less than zero.");

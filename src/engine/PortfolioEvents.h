@@ -31,6 +31,12 @@ String priceText(double price);
 /// Dividend for each share, at six decimals.
 String dividendRateText(double rate);
 
+/// What the shares of a purchase (BuyEvent) cost with its brokerage, which counts as it is recorded, at two
+/// decimals.
+double purchaseCost(const XMLElement& purchase, double number, double price);
+/// The same of the purchase as it was recorded, whatever splits came since; its cash entry was made of that.
+double purchaseCost(const XMLElement& purchase);
+
 /// "BUY 100.00 of ABC.AX @ 12.3400"
 String purchaseDescription(const String& code, double number, double price);
 /// "SELL 100.00 of ABC.AX @ 12.3400"

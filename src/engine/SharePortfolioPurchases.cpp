@@ -11,11 +11,6 @@ namespace Tallymoor {
 
 namespace {
 
-/// The brokerage counts as it is recorded, at two decimals.
-double purchaseCost(const XMLElement& event, double number, double price) {
-  return number * price + doubleValue(event, u"Brokerage");
-}
-
 void storeBuyEvent(XMLElement& event, const Date& date, const String& number, double price, double brokerage,
                    const String& comment) {
   event.subElement(u"BuyDate").setValue(dayText(date));
@@ -115,10 +110,8 @@ bool SharePortfolioUser::deleteBuyEvent(const String& code, const Date& date, do
   XMLElement* parcel = stock ? findParcel(*stock, date, number) : nullptr;
   if (!parcel)
     return false;
-  // The cash entry was made of the values as bought, whatever splits came since.
-  const double cost =
-      purchaseCost(*parcel, doubleValue(*parcel, u"NumHeld"), doubleValue(*parcel, u"BuyPrice"));
-  const auto entry = findCashEntry(m_portfolio, {dayText(date), moneyText(cost), CASH_EVENT_DEBIT, code});
+  const auto entry =
+      findCashEntry(m_portfolio, {dayText(date), moneyText(purchaseCost(*parcel)), CASH_EVENT_DEBIT, code});
   if (entry)
     removeCashEntry(m_portfolio, *entry);
   removeParcel(*stock, *parcel);

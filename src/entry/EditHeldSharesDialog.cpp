@@ -18,8 +18,7 @@ String captionFor(const String& code, const Date& date) {
 /// What would be in the cash reserve now; nothing where the purchase has no entry there.
 std::optional<double> cashWithout(const XMLElement& portfolio, const String& code,
                                   const XMLElement& buyEvent) {
-  const double cost = doubleValue(buyEvent, u"NumHeld") * doubleValue(buyEvent, u"BuyPrice") +
-                      doubleValue(buyEvent, u"Brokerage");
+  const double cost = purchaseCost(buyEvent);
   const CashEntryKey key{textValue(buyEvent, u"BuyDate"), moneyText(cost), CASH_EVENT_DEBIT, code};
   if (!findCashEntry(portfolio, key))
     return std::nullopt;

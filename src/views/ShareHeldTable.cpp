@@ -1,4 +1,5 @@
 #include "views/ShareHeldTable.h"
+#include "engine/PortfolioEvents.h"
 #include "engine/SharePortfolioUser.h"
 #include "entry/BuySharesPanel.h"
 #include "entry/EditHeldSharesDialog.h"
@@ -83,8 +84,7 @@ long ShareHeldTable::onEdit(FXObject*, FXSelector, void*) {
 }
 
 void ShareHeldTable::editPurchase(XMLElement& purchase) {
-  const double oldCost = doubleValue(purchase, u"NumHeld") * doubleValue(purchase, u"BuyPrice") +
-                         doubleValue(purchase, u"Brokerage");
+  const double oldCost = purchaseCost(purchase);
   const Date oldDate = dateValue(purchase, u"BuyDate");
   EditHeldSharesDialog dialog(&MainWindow::Instance(), portfolio(), m_code, purchase);
   if (dialog.execute() == 0)
