@@ -34,7 +34,7 @@ std::optional<HeldOnDay> heldOn(const SharePortfolioUser& portfolio, const Strin
 
 /// The stock's price as the views show it: the current one of the real today, with a recorded purchase or
 /// sale to stand in for it; of an earlier day that of the capital record, or else the market's alone, since a
-/// price that was paid on a later day must not stand in. Throws Exception when none can be had.
+/// price that was paid on a later day must not stand in. Throws Exception when none is known.
 double shownPrice(const SharePortfolioUser& portfolio, const String& code, const Date& day);
 
 } // namespace Tallymoor

@@ -15,7 +15,7 @@ namespace IndexHistory {
 /// user may be asked once about a failure; see FetchQuestions.
 void fetch(const String& code, const std::vector<Date>& days);
 
-/// True when the price of the day can be had with no fetch.
+/// True when the price of the day is known with no fetch.
 bool isKnown(const String& code, const Date& day);
 
 } // namespace IndexHistory

@@ -95,7 +95,7 @@ std::optional<double> indexGain(const Portfolios& portfolios, const ReportPeriod
   try {
     return indexGainBetween(portfolios, period.dayBefore(), period.last);
   } catch (const Exception&) {
-    addNote(report, u"The price of the comparison index could not be had.");
+    addNote(report, u"The price of the comparison index is unavailable.");
     return std::nullopt;
   }
 }
@@ -117,7 +117,8 @@ void noteProvisionalDays(const Portfolios& portfolios, const ReportPeriod& perio
   for (const Date& day : {period.dayBefore(), period.last})
     if (isProvisional(portfolios, day))
       addNote(report, u"The figures of " + day.toString(DATE_DISPLAY_LOCAL) +
-                          u" are provisional: for a price that could not be had an earlier one stands in.");
+                          u" are provisional. Where a price is unavailable, the last known one, or that of a "
+                          u"purchase or sale, stands in.");
 }
 
 /// One stock at the end of a period, as a row of the table of held shares has it. Without a price the figures
@@ -289,7 +290,7 @@ void PortfolioReport::fillSharesHeld(XMLElement& section, XMLElement& report) co
       if (!holding.price)
         addNote(report, u"The price of " + holding.code + u" on " +
                             m_period.last.toString(DATE_DISPLAY_LOCAL) +
-                            u" could not be had: its value and gain are missing in the totals of the shares "
+                            u" is unavailable: its value and gain are missing in the totals of the shares "
                             u"held.");
       if (withRows())
         addHolding(section, holding, capital);

@@ -14,8 +14,8 @@ using ReportChart = std::function<String(const Portfolios&, const ReportPeriod&)
 /// one for all where there are several.
 ///
 /// First brings their capital records up to date, which may ask about share splits. Throws Exception when a
-/// price is unavailable, or when the record of a portfolio stops before the end of the period because the user
-/// cancelled: rather no report than one that lacks days. GUI thread, under the big mutex.
+/// price is unavailable, or when the record of a portfolio stops before the end of the period because the
+/// user cancelled: rather no report than one that lacks days. GUI thread, under the big mutex.
 std::unique_ptr<XMLReport> makeReport(const Portfolios& portfolios, const ReportPeriod& period,
                                       const String& title, const ReportChart& chart = {});
 

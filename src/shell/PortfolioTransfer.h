@@ -17,7 +17,7 @@ namespace Tallymoor {
 // the big mutex.
 
 /// Portfolios that were read from a file and belong to whoever holds this: each complete, with a name that a
-/// prompt would have taken, dates that can be read and no amount that a form would have refused as below zero.
+/// prompt would have taken, dates that can be read and no number, price, brokerage, rate or tax below zero.
 class ImportedPortfolios {
 public:
   /// The largest file that is read, in bytes: a file to import may come from anybody. The program's own

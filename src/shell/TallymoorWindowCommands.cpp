@@ -29,7 +29,6 @@ namespace {
 constexpr int MINIMUM_HEIGHT = 400;
 constexpr int PORTFOLIO_TAB = 0;
 constexpr int WATCHLIST_TAB = 1;
-/// Asked for dividends, and in the same words for interest, deposits and withdrawals.
 constexpr std::uint32_t FAILURE_SHOWN_FOR = 1000; ///< milliseconds
 
 } // namespace

@@ -25,12 +25,12 @@ void declareTrendColumns(Table& table, bool defaultVisible);
 /// The column "Auto Min/Max".
 void declareAutoMinMaxColumn(Table& table);
 
-/// Those that the row's table shows as "Auto Min/Max"; none where they can't be had.
+/// Those that the row's table shows as "Auto Min/Max"; none where they are unavailable.
 PriceLimits automaticLimits(Row& row);
 /// The limits that warnings go by: the user's own, or the automatic ones when these are chosen.
 PriceLimits limitsInForce(Row& row);
-/// Where the price of that column stands between the limits, from 0% to 100%; empty without a price or without an
-/// upper limit.
+/// Where the price of that column stands between the limits, from 0% to 100%; empty without a price or
+/// without an upper limit.
 CellResult percentInLimits(Row& row, const PriceLimits& limits, Column::Function price);
 
 } // namespace Tallymoor

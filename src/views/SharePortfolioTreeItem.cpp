@@ -198,7 +198,7 @@ void SharePortfolioTreeItem::readIndexFigures() {
   }
   m_indexGainToday = m_indexGainWeek = u"failed";
   m_indexTrendTip = String(u"The prices of ") + m_portfolio->comparisonIndex() +
-                    u" that its moving averages need can't be had.";
+                    u" that its moving averages need are unavailable.";
   // The table has asked already for what is missing; the user is not asked a second time.
   const BackgroundPassScope quiet;
   try {
@@ -230,8 +230,8 @@ void SharePortfolioTreeItem::readIndexTrend() {
                     u" is " + longAverage + u".\nRecent days weigh more in both (exponential averages).";
 }
 
-/// The table tells of all other prices. The index is read again only for a price of its own: one that can't
-/// be had would otherwise be fetched for every price.
+/// The table tells of all other prices. The index is read again only for a price of its own: one that is
+/// unavailable would otherwise be fetched for every price.
 void SharePortfolioTreeItem::pricesCame(const std::set<String>& codes) {
   if (!m_performance || !hasRecordOfToday() || !codes.contains(m_portfolio->comparisonIndex()))
     return;

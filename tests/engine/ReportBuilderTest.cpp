@@ -56,7 +56,7 @@ TEST_F(ReportBuilderTest, AnIndexWithoutAPriceIsNoted) {
   user().setComparisonIndex(u"^IDX");
   const auto report = january();
   expectValues(part(*report).subElement(u"Performance"), {{u"indexGainPercent", u" "}});
-  EXPECT_THAT(notes(part(*report)), ElementsAre(u"The price of the comparison index could not be had."));
+  EXPECT_THAT(notes(part(*report)), ElementsAre(u"The price of the comparison index is unavailable."));
 }
 
 TEST_F(ReportBuilderTest, HoldingsAreThoseOfTheEndWithWhatWasSoldSince) {
@@ -234,9 +234,10 @@ TEST_F(ReportBuilderTest, AHoldingWithoutAPriceCountsAsInTheCapitalAndTheDayIsNo
                {{u"buyPrice", u"3.0000 3.00"}, {u"price", u"3.0000 3.00"}, {u"value", u"30.00 $30.00"}});
   expectValues(held.subElement(u"Totals"), {{u"value", u"4474.00 $4,474.00"}});
   EXPECT_EQ(part(*report).subElement(u"Performance").attribute(u"sharesEnd"), String(u"4474.00"));
-  EXPECT_THAT(notes(part(*report)),
-              ElementsAre(u"The figures of 31/01/2026 are provisional: for a price that could not be had an "
-                          u"earlier one stands in."));
+  EXPECT_THAT(
+      notes(part(*report)),
+      ElementsAre(u"The figures of 31/01/2026 are provisional. Where a price is unavailable, the last "
+                  u"known one, or that of a purchase or sale, stands in."));
 }
 
 TEST_F(ReportBuilderTest, SeveralPortfoliosHaveATotal) {

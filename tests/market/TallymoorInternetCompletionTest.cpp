@@ -4,7 +4,7 @@
 namespace Tallymoor {
 namespace {
 
-/// Completing the history of a code for figures that stay empty where it can't be had.
+/// Completing the history of a code for figures that stay empty where it is unavailable.
 class CompletionTest : public GatewayTest {
 protected:
   void complete(const Date& first, const Date& last) {

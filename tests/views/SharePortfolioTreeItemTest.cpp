@@ -402,7 +402,7 @@ TEST_F(SharePortfolioTreeItemTest, IndexTooYoungForATrendStillShowsItsGains) {
   showTree();
   EXPECT_EQ("2.91% (2.00%)", figure(node(u"Trading"), "Gain today (index)"));
   EXPECT_EQ("<index trend disabled>", trendText(u"Trading"));
-  EXPECT_STREQ("The prices of ^IDX that its moving averages need can't be had.",
+  EXPECT_STREQ("The prices of ^IDX that its moving averages need are unavailable.",
                trend(u"Trading")->getTipText().text());
 }
 
