@@ -7,9 +7,9 @@ class Row;
 class Table;
 
 /// The cell functions of a watchlist, whose rows carry a HeldShareRow with nothing but a code and stand in a
-/// WatchlistTable. All is as of the date shown. They throw where a price is unavailable, which costs the cell.
-/// A figure that is not finite is an empty text. Gains over a split compare what one share of today was worth
-/// before it.
+/// WatchlistTable. All is as of the date shown. They throw where a price is unavailable, which costs the
+/// cell. A figure that is not finite is an empty text. Gains over a split compare what one share of today was
+/// worth before it.
 namespace WatchlistCells {
 
 /// Of the company; empty where it is not known.
