@@ -14,6 +14,7 @@
 #include "xml/Leaves.h"
 #include <map>
 #include <set>
+#include <utility>
 
 namespace Tallymoor {
 
@@ -69,9 +70,7 @@ void SharesHeldTable::watchShares() {
 
 void SharesHeldTable::fillTable() {
   clearShares();
-  setEmptyText(Date::hasFixedDate() ? u"No shares were held on the day shown."
-                                    : u"No shares are held.\nRecord a purchase by Portfolios, Buy Shares... "
-                                      u"(Ctrl+B).");
+  setEmptyText(emptyText());
   declareHeldShareColumns(*this);
   const SharePortfolioCapitalRecordUser& record = portfolio().capitalRecord();
   if (record.hasDayCap(Date())) {
@@ -81,6 +80,16 @@ void SharesHeldTable::fillTable() {
   }
   watchShares();
   rebuild();
+}
+
+String SharesHeldTable::emptyText() const {
+  if (Date::hasFixedDate())
+    return u"No shares were held on the day shown.";
+  const XMLElement& shares = std::as_const(portfolio()).portfolio().subElement(u"HeldShares");
+  if (shares.numSubElements(u"HeldShares") > 0 && !portfolio().capitalRecord().hasDayCap(Date()))
+    return u"This day has not been computed, since that was cancelled.\nClick \"Shares Held\" in the tree to "
+           u"have it done.";
+  return u"No shares are held.\nRecord a purchase by Portfolios, Buy Shares... (Ctrl+B).";
 }
 
 void SharesHeldTable::addShareOfDay(const XMLElement& shareVal) {

@@ -57,6 +57,7 @@ protected:
   static const String& deletionWarning();
 
 private:
+  String emptyText() const;
   void addShareOfDay(const XMLElement& shareVal);
   void limitsEdited(const String& text, const HeldShareRow& share);
   void priceEdited(const String& text, const String& code);

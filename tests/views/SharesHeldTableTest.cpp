@@ -73,6 +73,18 @@ TEST_F(SharesHeldTableTest, DayWithoutARecordGivesAnEmptyTableAndTotalsOfZero) {
   EXPECT_STREQ("0.00%", totals.total(&HeldShareCells::dayPercent)->getText().text());
 }
 
+TEST_F(SharesHeldTableTest, ADayThatWasNotComputedIsNotTakenForOneWithoutShares) {
+  SharePortfolioUser& user = addTrading();
+  showTree();
+  user.capitalRecord().recordsChangedFrom(Date(2026, 3, 1)); // as after a change whose walk was cancelled
+  table().updateTable();
+  EXPECT_EQ(String(u"This day has not been computed, since that was cancelled.\nClick \"Shares Held\" in the "
+                   u"tree to have it done."),
+            table().shownEmptyText());
+  leftClick(held(u"Trading"));
+  EXPECT_EQ(String(), table().shownEmptyText());
+}
+
 TEST_F(SharesHeldTableTest, APortfolioWithoutSharesSaysHowToBuyThem) {
   addPortfolio(u"Trading", 100.0);
   showTree();
