@@ -1,4 +1,5 @@
 #include "ViewsTest.h"
+#include "market/StockNames.h"
 #include "views/DividendCells.h"
 
 using namespace Tallymoor;
@@ -70,6 +71,13 @@ TEST_F(DividendsTableTest, ShowsEachDividend) {
                                                 "$2.68", "2.00 shares at 6.2500"));
   EXPECT_THAT(rowTexts(table(), 2),
               ElementsAre("AAA.AX", "", "100.00", "0.020000", "$2.00", "0.00%", "$0.00", "Cash"));
+}
+
+TEST_F(DividendsTableTest, TheCompanysNameStandsBesideTheCode) {
+  StockNames::remember(u"AAA.AX", u"Alpha Mining");
+  addDividends();
+  showTree();
+  EXPECT_EQ("Alpha Mining", cellText(table(), 0, u"Name"));
 }
 
 TEST_F(DividendsTableTest, TotalsAreSumsUnderTheirColumns) {

@@ -259,6 +259,21 @@ TEST_F(SharePortfolioTreeItemTest, CancelledFormsChangeNothing) {
   EXPECT_FALSE(root().takePortfoliosChanged());
 }
 
+TEST_F(SharePortfolioTreeItemTest, CashFormsShowTheCashThatRemains) {
+  addPortfolio(u"Trading", 5000.0);
+  showTree();
+  for (const auto& [entry, form, cash] : {std::tuple("Receive interest...", "Receive interest", "5100.00"),
+                                          std::tuple("Deposit cash...", "Deposit cash", "5100.00"),
+                                          std::tuple("Withdraw cash...", "Withdraw cash", "4900.00")})
+    choose(node(u"Trading"), entry, [&, form = form, cash = cash] {
+      whenModal(form, [this, cash](FXWindow& dialog) {
+        type(field(dialog, "Amount"), "100");
+        EXPECT_STREQ(cash, field(dialog, "Cash afterwards").getText().text());
+        press(dialog, "Cancel");
+      });
+    });
+}
+
 TEST_F(SharePortfolioTreeItemTest, FailuresOfFormsAreReported) {
   addTrading();
   showTree();
