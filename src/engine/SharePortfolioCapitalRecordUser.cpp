@@ -243,7 +243,7 @@ void SharePortfolioCapitalRecordUser::updateTo(SharePortfolioUser& portfolio, Pr
 /// False when the user has cancelled.
 bool SharePortfolioCapitalRecordUser::computeDay(CapitalRecordWalk& walk, const Date& day,
                                                  Progress* progress) {
-  // Only a day whose prices could all be had becomes part of the record.
+  // Only a day on which each stock has a price becomes part of the record.
   const std::vector<CapitalRecordWalk::Holding>* holdings = walk.holdings(day, progress);
   if (!holdings)
     return false;

@@ -21,10 +21,10 @@ class XMLSharePortfolioCapitalRecord;
 /// the days from it on, and the next update computes them again, forward only, up to today (or the view
 /// date).
 ///
-/// A day is computed with what prices can be had. Where one is missing, an earlier close or a transaction
+/// A day is computed with what prices are known. Where one is missing, an earlier close or a transaction
 /// stands in, and the day is provisional; where the day was not over, its price is open. Such prices are
 /// known by stock and day (m_unsettled). An update looks whether the day's own close has come, and has it
-/// fetched if it may be had; and the cache tells of each close that changes. The price is then put right at
+/// fetched if it may exist; and the cache tells of each close that changes. The price is then put right at
 /// once, and the next update computes anew from that day on, since a split may lie there.
 ///
 /// Days rise strictly both in the tree and in the index, so that a day's place in the one is its place in the
@@ -57,8 +57,8 @@ public:
   void recordsChangedFrom(const Date& date);
   /// Computes the missing days up to and including today; 15 days and more run under a progress dialog, which
   /// the user may cancel after any day. May ask about share splits. Returns at once inside another update of
-  /// this record, and in a background pass, where nothing may be asked. Throws Exception when a price can't
-  /// be had; the days before stay.
+  /// this record, and in a background pass, where nothing may be asked. Throws Exception when a price is
+  /// unavailable; the days before stay.
   void update(SharePortfolioUser& portfolio);
 
   bool hasDayCap(const Date& date) const;

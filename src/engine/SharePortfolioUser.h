@@ -154,11 +154,12 @@ public:
 
   // ---- Dividends and cash ----
 
-  /// Types 1, 3 and 4 (credit, interest, deposit). The value is positive.
+  /// Types 1, 3 and 4 (credit, interest, deposit). The value is positive, but that of a credit may be less
+  /// than zero: a sale that brings in less than its brokerage.
   void creditCash(const Date& date, double value, std::int32_t type, const String& description);
   /// Types 2 and 5 (debit, withdrawal). The value is positive here too: the type alone gives the sign.
   void debitCash(const Date& date, double value, std::int32_t type, const String& description);
-  /// Overwrites all but the type.
+  /// Overwrites all but the type. A value that is negative already may stay so.
   void editCashEvent(XMLElement& event, const Date& newDate, const Date& oldDate, double value,
                      const String& description);
   /// An event that is none of this portfolio's does nothing.
