@@ -95,8 +95,8 @@ public:
     stop(title);
   }
   std::optional<Date> askDate(const String& title, const String&, const Date&) override { stop(title); }
-  std::optional<std::int32_t> askWholeNumber(const String&, const String& heading, std::int32_t, std::int32_t,
-                                             std::int32_t) override {
+  std::optional<WholeRatio> askRatio(const String&, const String& heading, const String&, std::int32_t,
+                                     const WholeRatio&) override {
     stop(heading);
   }
   bool runLengthy(const String&, const String&, unsigned, HasLengthyFunctions& work, int argument) override {

@@ -1,47 +1,84 @@
 #include "engine/SuspectedSplit.h"
 #include "foundation/RunTimeSettings.h"
-#include "foundation/UserInteraction.h"
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace Tallymoor {
 
 namespace {
 
-constexpr std::int32_t LEAST_FACTOR = 1;
-constexpr std::int32_t LARGEST_FACTOR = 1000000;
-constexpr double THREE_FOR_TWO = 1.5;
+constexpr std::int32_t LARGEST_NUMBER = 1000000;
+/// Splits that happen besides those in whole numbers, the likely ones first.
+constexpr WholeRatio BROKEN_RATIOS[] = {{3, 2}, {5, 2}, {4, 3}, {5, 4}};
+constexpr std::size_t LOOKED_FOR = 2; ///< of these, whatever the ratio of the options is
 
-std::int32_t roundedFactor(double ratio) {
-  const double bounded = std::clamp(ratio, double(LEAST_FACTOR), double(LARGEST_FACTOR));
-  return static_cast<std::int32_t>(bounded + 0.5);
+double valueOf(const WholeRatio& ratio) {
+  return double(ratio.first) / ratio.second;
 }
 
-/// True when at most a tenth, up or down, is left of the jump apart from the ratio.
-bool isNear(double jump, double ratio) {
+/// How much is left of the jump apart from the ratio, up or down; 1 for nothing.
+double restOf(double jump, const WholeRatio& ratio) {
+  return std::max(jump / valueOf(ratio), valueOf(ratio) / jump);
+}
+
+WholeRatio nearestWhole(double jump) {
+  return {static_cast<std::int32_t>(std::clamp(jump, 1.0, double(LARGEST_NUMBER)) + 0.5), 1};
+}
+
+/// True when at most a tenth is left of the jump apart from the ratio.
+bool isNear(double jump, const WholeRatio& ratio) {
   constexpr double A_TENTH_MORE = 1.1 + 1e-9; // prices of whole cents reach the edge inexactly
-  return std::max(jump / ratio, ratio / jump) <= A_TENTH_MORE;
+  return restOf(jump, ratio) <= A_TENTH_MORE;
 }
 
 bool isNearWholeRatio(double jump) {
-  const std::int32_t factor = roundedFactor(jump);
-  return factor > 1 && isNear(jump, factor);
+  const WholeRatio whole = nearestWhole(jump);
+  return whole.first > 1 && isNear(jump, whole);
+}
+
+const WholeRatio* nearBrokenRatio(double jump) {
+  const auto* const end = BROKEN_RATIOS + LOOKED_FOR;
+  const auto* const found =
+      std::find_if(BROKEN_RATIOS, end, [jump](const WholeRatio& ratio) { return isNear(jump, ratio); });
+  return found == end ? nullptr : found;
 }
 
 bool reaches(double jump, double ratio) {
   return jump >= ratio - 1e-9;
 }
 
+/// What is looked for comes first, then the ratio that leaves the least of the jump.
+WholeRatio likeliestRatio(double jump) {
+  WholeRatio likeliest = nearestWhole(jump);
+  if (isNearWholeRatio(jump))
+    return likeliest;
+  if (const WholeRatio* broken = nearBrokenRatio(jump))
+    return *broken;
+  for (const WholeRatio& ratio : BROKEN_RATIOS)
+    if (restOf(jump, ratio) < restOf(jump, likeliest))
+      likeliest = ratio;
+  return likeliest;
+}
+
+/// So many shares after for so many before, as adjustments have it.
+std::vector<std::int32_t> factorsOf(const WholeRatio& shares) {
+  const std::int32_t common = std::gcd(shares.first, shares.second);
+  const std::int32_t after = shares.first / common;
+  const std::int32_t before = shares.second / common;
+  if (before == 1)
+    return {after};
+  return after == 1 ? std::vector{-before} : std::vector{after, -before};
+}
+
 } // namespace
 
-SuspectedSplit::SuspectedSplit(Kind kind, double jump) : m_kind(kind), m_factor(roundedFactor(jump)) {}
+SuspectedSplit::SuspectedSplit(Kind kind, double jump) : m_kind(kind), m_proposed(likeliestRatio(jump)) {}
 
 std::optional<SuspectedSplit> SuspectedSplit::between(double yesterday, double today) {
   const double fall = yesterday / today;
   const double rise = today / yesterday;
-  if (isNear(fall, THREE_FOR_TWO))
-    return SuspectedSplit(Kind::ThreeForTwo, fall);
-  if (fall > 1.0 && (isNearWholeRatio(fall) || reaches(fall, splitRatioDetect)))
+  if (fall > 1.0 && (isNearWholeRatio(fall) || nearBrokenRatio(fall) || reaches(fall, splitRatioDetect)))
     return SuspectedSplit(Kind::Split, fall);
   if (rise > 1.0 && (isNearWholeRatio(rise) || reaches(rise, reverseSplitRatioDetect)))
     return SuspectedSplit(Kind::Merge, rise);
@@ -49,29 +86,24 @@ std::optional<SuspectedSplit> SuspectedSplit::between(double yesterday, double t
 }
 
 std::vector<std::int32_t> SuspectedSplit::ask(const String& code, const Date& date) const {
-  UserInteraction& user = UserInteraction::Instance();
-  // Its ratio is no whole number, and three shares for two are three for one, merged two to one.
-  if (m_kind == Kind::ThreeForTwo)
-    return user.question(question(code, date)) ? std::vector<std::int32_t>{3, -2}
-                                               : std::vector<std::int32_t>{1};
   const bool merge = m_kind == Kind::Merge;
   const String title = merge ? u"Possible reverse share split (share merge)" : u"Possible share split";
-  const std::int32_t factor =
-      user.askWholeNumber(title, question(code, date), LEAST_FACTOR, LARGEST_FACTOR, m_factor).value_or(1);
-  return {merge ? -factor : factor};
+  const String remark = merge ? u"  (shares before : shares after)" : u"  (shares after : shares before)";
+  const auto answer =
+      UserInteraction::Instance().askRatio(title, question(code, date), remark, LARGEST_NUMBER, m_proposed);
+  if (!answer || answer->first == answer->second)
+    return {merge ? -1 : 1};
+  return factorsOf(merge ? WholeRatio{answer->second, answer->first} : *answer);
 }
 
 String SuspectedSplit::question(const String& code, const Date& date) const {
   const bool merge = m_kind == Kind::Merge;
   const String kind = merge ? u"reverse share split" : u"share split";
   const String confirmed = merge ? u"reverse split" : u"share split";
-  const String ratio = m_kind == Kind::ThreeForTwo ? String(u"3:2") : String::fromLong(m_factor) + u":1";
-  const String detected = u"A possible " + kind + u" was detected for the stock\nwith code " + code +
-                          u" around the day of \n" + date.toString(DATE_DISPLAY_LOCAL) + u" at a value of " +
-                          ratio + u".\n";
-  if (m_kind == Kind::ThreeForTwo)
-    return detected + u"Did two shares become three? Answer No\nif this was just stock value movement.";
-  return detected + u"Please confirm the " + confirmed +
+  return u"A possible " + kind + u" was detected for the stock\nwith code " + code +
+         u" around the day of \n" + date.toString(DATE_DISPLAY_LOCAL) + u" at a value of " +
+         String::fromLong(m_proposed.first) + u":" + String::fromLong(m_proposed.second) +
+         u".\nPlease confirm the " + confirmed +
          u" ratio, or press cancel\nif this was just stock value movement.";
 }
 

@@ -10,6 +10,13 @@
 
 namespace Tallymoor {
 
+/// Two whole numbers as of a share split: 5:2 for five shares that two became.
+struct WholeRatio {
+  std::int32_t first = 1;
+  std::int32_t second = 1;
+  bool operator==(const WholeRatio&) const = default;
+};
+
 /// What the folders below the windows may ask of the user and tell him. The main window implements it.
 /// Questions and messages are for the GUI thread; the status texts may be set from any thread.
 class UserInteraction {
@@ -43,10 +50,10 @@ public:
                                                     const std::vector<String>& entries) = 0;
   /// Nothing when the user cancelled.
   virtual std::optional<Date> askDate(const String& title, const String& heading, const Date& initial) = 0;
-  /// Nothing when the user cancelled; otherwise a number from minimum to maximum.
-  virtual std::optional<std::int32_t> askWholeNumber(const String& title, const String& heading,
-                                                     std::int32_t minimum, std::int32_t maximum,
-                                                     std::int32_t initial) = 0;
+  /// Nothing when the user cancelled; otherwise two numbers from 1 to the maximum. The remark says what they
+  /// stand for.
+  virtual std::optional<WholeRatio> askRatio(const String& title, const String& heading, const String& remark,
+                                             std::int32_t maximum, const WholeRatio& initial) = 0;
 
   /// Runs the work under a modal progress dialog; false when the user cancelled it.
   virtual bool runLengthy(const String& caption, const String& heading, unsigned steps,

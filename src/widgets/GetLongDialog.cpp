@@ -10,9 +10,9 @@ GetLongDialog::GetLongDialog(FXWindow* owner, const String& title, const String&
                              std::int32_t minimum, std::int32_t maximum, std::int32_t initial)
     : Dialog(owner, title, heading) {
   constexpr FXint columns = 12;
-  auto* row = new FXHorizontalFrame(contents(), LAYOUT_FILL_X, 0, 0, 0, 0, 0, 0, 0, 0);
-  new FXLabel(row, "Value: ", nullptr, JUSTIFY_LEFT | LAYOUT_CENTER_Y);
-  m_spinner = new NumberSpinner(row, columns, minimum, maximum, initial);
+  m_row = new FXHorizontalFrame(contents(), LAYOUT_FILL_X, 0, 0, 0, 0, 0, 0, 0, 0);
+  new FXLabel(m_row, "Value: ", nullptr, JUSTIFY_LEFT | LAYOUT_CENTER_Y);
+  m_spinner = new NumberSpinner(m_row, columns, minimum, maximum, initial);
   m_value = m_spinner->number();
   m_spinner->field()->selectAll();
   setFirstFocus(m_spinner->field());

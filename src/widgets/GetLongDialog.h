@@ -19,8 +19,11 @@ public:
 
 protected:
   GetLongDialog() {}
+  /// The row of the number, for what stands beside it.
+  FXHorizontalFrame* row() const { return m_row; }
 
 private:
+  FXHorizontalFrame* m_row = nullptr;
   NumberSpinner* m_spinner = nullptr;
   std::int32_t m_value = 0;
 };

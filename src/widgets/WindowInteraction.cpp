@@ -1,6 +1,6 @@
 #include "widgets/WindowInteraction.h"
 #include "widgets/CalendarDialog.h"
-#include "widgets/GetLongDialog.h"
+#include "widgets/GetRatioDialog.h"
 #include "widgets/ListChoiceDialog.h"
 #include "widgets/MainWindow.h"
 #include "widgets/ModalDialogs.h"
@@ -108,15 +108,15 @@ std::optional<Date> WindowInteraction::askDate(const String& title, const String
   return dialog.date();
 }
 
-std::optional<std::int32_t> WindowInteraction::askWholeNumber(const String& title, const String& heading,
-                                                              std::int32_t minimum, std::int32_t maximum,
-                                                              std::int32_t initial) {
+std::optional<WholeRatio> WindowInteraction::askRatio(const String& title, const String& heading,
+                                                      const String& remark, std::int32_t maximum,
+                                                      const WholeRatio& initial) {
   if (!MainWindow::Instance().mayOpenDialog())
     return std::nullopt;
-  GetLongDialog dialog(&MainWindow::Instance(), title, heading, minimum, maximum, initial);
+  GetRatioDialog dialog(&MainWindow::Instance(), title, heading, remark, maximum, initial);
   if (!dialog.execute())
     return std::nullopt;
-  return dialog.value();
+  return dialog.ratio();
 }
 
 bool WindowInteraction::runLengthy(const String& caption, const String& heading, unsigned steps,

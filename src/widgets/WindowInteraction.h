@@ -29,8 +29,8 @@ public:
   std::optional<std::size_t> chooseFromList(const String& title, const String& heading,
                                             const std::vector<String>& entries) override;
   std::optional<Date> askDate(const String& title, const String& heading, const Date& initial) override;
-  std::optional<std::int32_t> askWholeNumber(const String& title, const String& heading, std::int32_t minimum,
-                                             std::int32_t maximum, std::int32_t initial) override;
+  std::optional<WholeRatio> askRatio(const String& title, const String& heading, const String& remark,
+                                     std::int32_t maximum, const WholeRatio& initial) override;
   bool runLengthy(const String& caption, const String& heading, unsigned steps, HasLengthyFunctions& work,
                   int argument) override;
   bool isStopWanted() override;

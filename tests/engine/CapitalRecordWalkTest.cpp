@@ -95,18 +95,13 @@ private:
   std::map<String, ShareVal> m_shareVals;
 };
 
-/// Answers split questions by their number, with a cancel for each third, and keeps their texts.
+/// Answers split questions by the proposed ratio, with a cancel for each third, and keeps their texts.
 class AnsweringUser : public FakeUserInteraction {
 public:
-  std::optional<std::int32_t> askWholeNumber(const String& title, const String& heading, std::int32_t,
-                                             std::int32_t, std::int32_t initial) override {
+  std::optional<WholeRatio> askRatio(const String& title, const String& heading, const String&, std::int32_t,
+                                     const WholeRatio& initial) override {
     questions.push_back(title + u": " + heading);
-    return questions.size() % 3 == 0 ? std::nullopt : std::optional<std::int32_t>(initial);
-  }
-
-  bool question(const String& text) override {
-    questions.push_back(text);
-    return questions.size() % 3 != 0;
+    return questions.size() % 3 == 0 ? std::nullopt : std::optional(initial);
   }
 
   std::vector<String> questions;

@@ -159,7 +159,7 @@ private:
     m_lastDay = a.date();
     Date::setFixedDate(m_lastDay);
   }
-  void answerSplit(Arguments& a) { m_interaction.answerWholeNumber(a.whole()); }
+  void answerSplit(Arguments& a) { m_interaction.answerRatio(a.whole()); }
   void buy(Arguments& a) {
     const String code = a.text();
     provide(code);

@@ -77,7 +77,7 @@ TEST_F(ProvisionalDaysTest, DaysAwayAndAnOfflineStartLeaveNoTrace) {
   update();
   EXPECT_EQ(shares(m_thursday, m_monday), (Texts{u"100.00 x 22.00", u"100.00 x 23.00", u"100.00 x 23.00",
                                                  u"100.00 x 23.00", u"100.00 x 23.00"}));
-  EXPECT_TRUE(m_interaction.calls(Kind::AskWholeNumber).empty());
+  EXPECT_TRUE(m_interaction.calls(Kind::AskRatio).empty());
   EXPECT_TRUE(m_interaction.calls(Kind::Question).empty());
 }
 
@@ -143,14 +143,14 @@ TEST_F(ProvisionalDaysTest, ACloseThatWasFetchedWhileTheRecordWasNotThereIsTaken
 TEST_F(ProvisionalDaysTest, ASplitThatCameMeanwhileIsAskedOnceTheClosesAreThere) {
   restart(m_monday, false);
   update();
-  EXPECT_TRUE(m_interaction.calls(Kind::AskWholeNumber).empty());
+  EXPECT_TRUE(m_interaction.calls(Kind::AskRatio).empty());
   closeTheWeek(11);
   goOnline();
-  m_interaction.answerWholeNumber(2);
+  m_interaction.answerRatio(2);
   update();
-  ASSERT_EQ(m_interaction.calls(Kind::AskWholeNumber).size(), 1u);
+  ASSERT_EQ(m_interaction.calls(Kind::AskRatio).size(), 1u);
   EXPECT_TRUE(
-      m_interaction.calls(Kind::AskWholeNumber)[0].text.contains(m_friday.toString(DATE_DISPLAY_LOCAL)));
+      m_interaction.calls(Kind::AskRatio)[0].text.contains(m_friday.toString(DATE_DISPLAY_LOCAL)));
   EXPECT_EQ(shares(m_thursday, Date(2026, 2, 28)),
             (Texts{u"100.00 x 22.00", u"200.00 x 11.00", u"200.00 x 11.00"}));
 }
@@ -177,7 +177,7 @@ TEST_F(ProvisionalDaysTest, AStockWithoutAnyPriceCountsAtItsPurchaseUntilItsPric
   update();
   EXPECT_EQ(shares(m_friday, m_monday),
             (Texts{u"10.00 x 1.50", u"10.00 x 1.50", u"10.00 x 1.50", u"10.00 x 1.50"}));
-  EXPECT_TRUE(user.calls(Kind::AskWholeNumber).empty());
+  EXPECT_TRUE(user.calls(Kind::AskRatio).empty());
 }
 
 TEST_F(ProvisionalDaysTest, ADayWithoutTradeIsNotProvisional) {

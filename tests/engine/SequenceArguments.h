@@ -1,8 +1,10 @@
 #pragma once
 #include "foundation/Date.h"
 #include "foundation/String.h"
+#include "foundation/UserInteraction.h"
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,6 +23,14 @@ public:
   Date date() { return Date(text(), DATE_DISPLAY_DMY); }
   double number() { return text().toDouble(); }
   std::int32_t whole() { return text().toLong(); }
+  /// As "2", "5:2", or "cancel" for none.
+  std::optional<WholeRatio> ratio() {
+    const std::string word = m_words.at(m_next++);
+    const std::size_t colon = word.find(':');
+    if (word == "cancel")
+      return std::nullopt;
+    return WholeRatio{std::stoi(word), colon == std::string::npos ? 1 : std::stoi(word.substr(colon + 1))};
+  }
 
 private:
   const std::vector<std::string>& m_words;

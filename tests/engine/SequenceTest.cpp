@@ -97,8 +97,7 @@ protected:
     return {};
   }
   Answer answerSplit(Arguments& a) {
-    const String number = a.text();
-    m_interaction.answerWholeNumber(number == u"cancel" ? std::nullopt : std::optional(number.toLong()));
+    m_interaction.answerRatio(a.ratio());
     return {};
   }
 

@@ -61,9 +61,9 @@ TEST_F(CapitalRecordTest, AConfirmedSplitCountsOnTheDayItself) {
   user().addBuyEvent(u"ABC.AX", m_yesterday, 7, 10, 0, u"");
   setPrices(u"ABC.AX", Date(2026, 2, 27), Date(2026, 3, 1), 10);
   setPrices(u"ABC.AX", m_yesterday, m_today, 4.9);
-  m_interaction.answerWholeNumber(2);
+  m_interaction.answerRatio(2);
   update();
-  EXPECT_EQ(m_interaction.calls(Kind::AskWholeNumber).size(), 1u);
+  EXPECT_EQ(m_interaction.calls(Kind::AskRatio).size(), 1u);
   EXPECT_EQ(dayOf(Date(2026, 3, 1)), String(u"1/3/2026 cash 0.00; ABC.AX 100.00 x 10.00"));
   EXPECT_EQ(dayOf(m_yesterday), String(u"2/3/2026 cash 0.00; ABC.AX 207.00 x 4.90"));
   EXPECT_EQ(dayOf(m_today), String(u"3/3/2026 cash 0.00; ABC.AX 207.00 x 4.90"));
@@ -76,10 +76,10 @@ TEST_F(CapitalRecordTest, SplitsAreAskedForInTheOrderOfTheRecords) {
     setPrices(code, Date(2026, 2, 27), m_yesterday, 10);
     setPrice(code, m_today, 2);
   }
-  m_interaction.answerWholeNumber(5);
-  m_interaction.answerWholeNumber(std::nullopt);
+  m_interaction.answerRatio(5);
+  m_interaction.answerRatio(std::nullopt);
   update();
-  const auto questions = m_interaction.calls(Kind::AskWholeNumber);
+  const auto questions = m_interaction.calls(Kind::AskRatio);
   ASSERT_EQ(questions.size(), 2u);
   EXPECT_TRUE(questions[0].text.contains(u"BBB.AX"));
   EXPECT_EQ(dayOf(m_today), String(u"3/3/2026 cash 0.00; BBB.AX 5.00 x 2.00; AAA.AX 1.00 x 2.00"));
@@ -360,13 +360,13 @@ TEST_F(CapitalRecordTest, ASplitThatCameWithALivePriceIsAskedForNextDay) {
   setPrice(u"ABC.AX", m_today, 4.9);
   record().currentPriceUpdated(u"ABC.AX", 4.9);
   update();
-  EXPECT_TRUE(m_interaction.calls(Kind::AskWholeNumber).empty());
+  EXPECT_TRUE(m_interaction.calls(Kind::AskRatio).empty());
 
   m_profile.setToday(Date(2026, 3, 4));
   setPrice(u"ABC.AX", Date(2026, 3, 4), 4.9);
-  m_interaction.answerWholeNumber(2);
+  m_interaction.answerRatio(2);
   update();
-  EXPECT_EQ(m_interaction.calls(Kind::AskWholeNumber).size(), 1u);
+  EXPECT_EQ(m_interaction.calls(Kind::AskRatio).size(), 1u);
   EXPECT_EQ(dayOf(m_yesterday), String(u"2/3/2026 cash 0.00; ABC.AX 10.00 x 10.00"));
   EXPECT_EQ(dayOf(m_today), String(u"3/3/2026 cash 0.00; ABC.AX 20.00 x 4.90"));
   EXPECT_EQ(dayOf(Date(2026, 3, 4)), String(u"4/3/2026 cash 0.00; ABC.AX 20.00 x 4.90"));

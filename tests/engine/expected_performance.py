@@ -18,7 +18,7 @@ import subprocess
 import sys
 from bisect import bisect_left, bisect_right
 from datetime import date, timedelta
-from decimal import Decimal
+from decimal import Decimal, ROUND_HALF_UP
 from itertools import accumulate
 from pathlib import Path
 
@@ -120,13 +120,22 @@ class Market:
 
 # ---- indicators
 
+def may_be_split(before, close):
+    """At least a half or a double, or within a tenth of a whole ratio; a fall by a third is none here."""
+    for jump in (before / close, close / before):
+        whole = jump.quantize(Decimal(1), ROUND_HALF_UP)
+        if jump >= 2 or whole > 1 and max(jump / whole, whole / jump) <= Decimal("1.1"):
+            return True
+    return False
+
+
 def last_split(market, code, first, day):
-    """The last day up to this one whose close is less than half or more than twice that of the trading day before."""
+    """The last day up to this one between whose close and that of the trading day before a split is suspected."""
     before, last = None, first
     while first <= day:
         if (code, first) in market.ranges:
             close = market.closes[code, first]
-            if before and (close * 2 < before or close > before * 2):
+            if before and may_be_split(before, close):
                 last = first
             before = close
         first += timedelta(1)

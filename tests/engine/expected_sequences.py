@@ -22,7 +22,7 @@ getcontext().prec = 60
 TODAY = date(2026, 3, 3)
 CREDITS, EXTERNAL = (1, 3, 4), (4, 5)
 SPLIT_RATIO = Decimal(2)
-THREE_FOR_TWO, A_TENTH_MORE = Decimal("1.5"), Decimal("1.1")
+BROKEN_RATIOS, A_TENTH_MORE = [Decimal(ratio) for ratio in ("1.5", "2.5")], Decimal("1.1")
 
 
 class Refused(Exception):
@@ -262,7 +262,7 @@ class Portfolio:
             wanted = number - sold
             part = self.as_recorded(parcel, day, wanted)
             if wanted < available and not zero(available - wanted, 2):
-                taken, buy_brokerage = wanted, "0.00"
+                taken, buy_brokerage, buy_comment = wanted, "0.00"
                 parcel.number = recorded(parcel.num("number") - Decimal(part))
             else:
                 taken, buy_brokerage, part = available, parcel.brokerage, parcel.number
@@ -329,10 +329,10 @@ class Portfolio:
             back = self.add_parcel(code, sale.buy_date, Decimal(0), Decimal(0), Decimal(0), "")
             back.number, back.buy_price, back.brokerage = sale.number, sale.buy_price, sale.buy_brokerage
             back.adjustments = [Event(start=a.start, factor=a.factor) for a in sale.adjustments]
-            others = [e for s in self.held + self.sold if s.code == code for e in s.events]
-            for a in (a for e in others for a in e.adjustments):
-                if a.start > day and all(a.start != known.start for known in back.adjustments):
-                    back.adjustments.append(Event(start=a.start, factor=a.factor))
+            for other in [e for s in self.held + self.sold if s.code == code for e in s.events]:
+                known = {a.start for a in back.adjustments}
+                back.adjustments += [Event(start=a.start, factor=a.factor) for a in other.adjustments
+                                     if a.start > day and a.start not in known]
             held = self.stock(self.held, code)
             held.events.remove(back)
             place = len(held.events)
@@ -498,18 +498,33 @@ class Portfolio:
     def take_splits(self, event, code, bought, last):
         """The splits of the stock that lie between the two days."""
         event.adjustments = [a for a in event.adjustments if bought < a.start <= last]
-        others = [e for s in self.held + self.sold if s.code == code for e in s.events]
-        for a in [a for e in others for a in e.adjustments]:
-            if bought < a.start <= last and all(a.start != known.start for known in event.adjustments):
-                event.adjustments.append(Event(start=a.start, factor=a.factor))
+        for other in [e for s in self.held + self.sold if s.code == code for e in s.events]:
+            known = {a.start for a in event.adjustments}
+            event.adjustments += [Event(start=a.start, factor=a.factor) for a in other.adjustments
+                                  if bought < a.start <= last and a.start not in known]
 
-    def record_split(self, code, day, factor):
+    @staticmethod
+    def factors_of(answer, reverse):
+        """A ratio as it is answered, "5:2", as the factors of its day."""
+        if answer == "cancel":
+            return [-1 if reverse else 1]
+        ratio = Fraction(*map(int, answer.split(":")))
+        if ratio == 1:
+            return [-1 if reverse else 1]
+        ratio = 1 / ratio if reverse else ratio
+        up, down = ratio.numerator, ratio.denominator
+        return [up] if down == 1 else [-down] if up == 1 else [up, -down]
+
+    def record_split(self, code, day, *factors):
         for event in self.spanning(code, day):
-            known = next((a for a in event.adjustments if a.start == day), None)
-            if known:
-                known.factor = factor
-            else:
-                event.adjustments.append(Event(start=day, factor=factor))
+            places = [i for i, a in enumerate(event.adjustments) if a.start == day]
+            for place in reversed(places[len(factors):]):
+                del event.adjustments[place]
+            for i, factor in enumerate(factors):
+                if i < len(places):
+                    event.adjustments[places[i]].factor = factor
+                else:
+                    event.adjustments.append(Event(start=day, factor=factor))
 
     def shares_between(self, code, first, last):
         """How many shares of the last day are one of the first, by the splits that any parcel knows."""
@@ -518,9 +533,13 @@ class Portfolio:
         held, sold = self.stock(self.held, code), self.stock(self.sold, code)
         splits = {}
         for event in (held.events if held else []) + (sold.events if sold else []):
+            ratios = {}
             for a in event.adjustments:
-                if abs(a.factor) != 1:
-                    splits.setdefault(a.start, Decimal(a.factor) if a.factor > 0 else 1 / Decimal(-a.factor))
+                ratio = Decimal(a.factor) if a.factor > 0 else 1 / Decimal(-a.factor)
+                ratios[a.start] = ratios.get(a.start, Decimal(1)) * ratio
+            for start, ratio in ratios.items():
+                if ratio != 1:
+                    splits.setdefault(start, ratio)
         shares = Decimal(1)
         for start, ratio in splits.items():
             if first < start <= last:
@@ -555,14 +574,11 @@ class Portfolio:
 
     @staticmethod
     def jump(yesterday, today):
-        """What the closes may tell of: "split", "merge" or nothing. None of the cases is a split of 3:2."""
+        """What the closes may tell of: "split", "merge" or nothing."""
         fall, rise = yesterday / today, today / yesterday
-        if max(fall / THREE_FOR_TWO, THREE_FOR_TWO / fall) <= A_TENTH_MORE:
-            raise Refused("a split of 3:2 would be asked for")
-        for word, ratio in (("split", fall), ("merge", rise)):
-            whole = ratio.quantize(Decimal(1), ROUND_HALF_UP)
-            if ratio > 1 and (ratio >= SPLIT_RATIO or
-                              whole > 1 and max(ratio / whole, whole / ratio) <= A_TENTH_MORE):
+        for word, jump, broken in (("split", fall, BROKEN_RATIOS), ("merge", rise, [])):
+            ratios = [r for r in (jump.quantize(Decimal(1), ROUND_HALF_UP), *broken) if r > 1]
+            if jump > 1 and (jump >= SPLIT_RATIO or any(max(jump / r, r / jump) <= A_TENTH_MORE for r in ratios)):
                 return word
         return None
 
@@ -573,9 +589,7 @@ class Portfolio:
             reverse = word == "merge"
             if not self.factors:
                 raise Refused(f"a split of {code} would be asked for on {day}")
-            answer = self.factors.pop(0)
-            factor = 1 if answer == "cancel" else int(answer)
-            self.record_split(code, day, -factor if reverse else factor)
+            self.record_split(code, day, *self.factors_of(self.factors.pop(0), reverse))
         return today
 
     # ---- the capital record

@@ -61,12 +61,12 @@ TEST(FakeUserInteractionTest, AnswersInOrderAndRecordsCalls) {
   user.answerQuestion(false);
   user.answerChoice(1);
   user.answerDate(std::nullopt);
-  user.answerWholeNumber(4);
+  user.answerRatio(4);
   EXPECT_TRUE(user.question(u"first?"));
   EXPECT_FALSE(user.question(u"second?"));
   EXPECT_EQ(user.chooseFromList(u"t", u"h", {u"a", u"b"}), 1u);
   EXPECT_FALSE(user.askDate(u"t", u"day?", Date(2026, 1, 1)));
-  EXPECT_EQ(user.askWholeNumber(u"t", u"ratio?", 1, 9, 2), 4);
+  EXPECT_EQ(user.askRatio(u"t", u"ratio?", u"", 9, {2, 1}), (WholeRatio{4, 1}));
   user.reportException(u"Where failed.", XMLException(u"why"));
   EXPECT_EQ(user.texts(Kind::Question), (std::vector<String>{u"first?", u"second?"}));
   EXPECT_EQ(user.calls(Kind::AskDate).at(0).initialDate, Date(2026, 1, 1));

@@ -5,7 +5,7 @@
 #include "support/windows/RealKeys.h"
 #include "views/WatchlistSettings.h"
 #include "widgets/GUIPanel.h"
-#include "widgets/GetLongDialog.h"
+#include "widgets/GetRatioDialog.h"
 #include "widgets/InvestmentTree.h"
 #include "widgets/InvestmentTreeItem.h"
 #include "widgets/ListChoiceDialog.h"
@@ -234,10 +234,10 @@ private:
       expect("Stock Search", visit);
       search.execute();
     }
-    GetLongDialog split(&tallymoor(), u"Possible share split",
-                        u"It appears that the share AAA.AX was split on 3/03/2026.\nHow many new shares did "
-                        u"each old one become?",
-                        1, 100, 2);
+    GetRatioDialog split(&tallymoor(), u"Possible share split",
+                         u"It appears that the share AAA.AX was split on 3/03/2026.\nHow many new shares did "
+                         u"each old one become?",
+                         u"  (shares after : shares before)", 100, {5, 2});
     expect("Possible share split", visit);
     split.execute();
     ListChoiceDialog columns(&tallymoor(), u"Choose Columns",

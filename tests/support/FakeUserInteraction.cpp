@@ -1,4 +1,5 @@
 #include "support/FakeUserInteraction.h"
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace Tallymoor {
@@ -31,7 +32,7 @@ FakeUserInteraction::~FakeUserInteraction() {
   EXPECT_TRUE(m_questions.empty()) << "a scripted answer to a question was not asked for";
   EXPECT_TRUE(m_choices.empty()) << "a scripted choice was not asked for";
   EXPECT_TRUE(m_dates.empty()) << "a scripted date was not asked for";
-  EXPECT_TRUE(m_numbers.empty()) << "a scripted whole number was not asked for";
+  EXPECT_TRUE(m_ratios.empty()) << "a scripted ratio was not asked for";
 }
 
 void FakeUserInteraction::answerQuestion(bool yes) {
@@ -49,9 +50,9 @@ void FakeUserInteraction::answerDate(std::optional<Date> date) {
   m_dates.push_back(date);
 }
 
-void FakeUserInteraction::answerWholeNumber(std::optional<std::int32_t> number) {
+void FakeUserInteraction::answerRatio(std::optional<WholeRatio> ratio) {
   const std::lock_guard lock(m_mutex);
-  m_numbers.push_back(number);
+  m_ratios.push_back(ratio);
 }
 
 void FakeUserInteraction::cancelLengthyAfter(unsigned steps) {
@@ -167,17 +168,19 @@ std::optional<Date> FakeUserInteraction::askDate(const String& title, const Stri
   return next(m_dates, heading, {});
 }
 
-std::optional<std::int32_t> FakeUserInteraction::askWholeNumber(const String& title, const String& heading,
-                                                                std::int32_t minimum, std::int32_t maximum,
-                                                                std::int32_t initial) {
-  record({.kind = Kind::AskWholeNumber,
+std::optional<WholeRatio> FakeUserInteraction::askRatio(const String& title, const String& heading,
+                                                        const String& remark, std::int32_t maximum,
+                                                        const WholeRatio& initial) {
+  record({.kind = Kind::AskRatio,
           .text = heading,
           .title = title,
-          .minimum = minimum,
+          .remark = remark,
           .maximum = maximum,
-          .initial = initial});
-  const auto answer = next(m_numbers, heading, {});
-  EXPECT_TRUE(!answer || (*answer >= minimum && *answer <= maximum)) << "the scripted number is out of range";
+          .ratio = initial});
+  const auto answer = next(m_ratios, heading, {});
+  EXPECT_TRUE(!answer || (std::min(answer->first, answer->second) >= 1 &&
+                          std::max(answer->first, answer->second) <= maximum))
+      << "the scripted ratio is out of range";
   return answer;
 }
 

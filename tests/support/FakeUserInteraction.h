@@ -26,21 +26,21 @@ public:
     WarningOver,
     ChooseFromList,
     AskDate,
-    AskWholeNumber,
+    AskRatio,
     Lengthy
   };
 
-  /// One call: its text (the heading of a choice, date or number), its caption or title where it has one.
+  /// One call: its text (the heading of a choice, date or ratio), its caption or title where it has one.
   struct Call {
     Kind kind;
     String text = {};
     String title = {};
-    String key = {};                  ///< of warnOnce
-    int level = 0;                    ///< of warnOnce
-    std::vector<String> entries = {}; ///< of a choice
-    std::int32_t minimum = 0;         ///< of a whole number
-    std::int32_t maximum = 0;
-    std::int32_t initial = 0;
+    String key = {};                      ///< of warnOnce
+    int level = 0;                        ///< of warnOnce
+    std::vector<String> entries = {};     ///< of a choice
+    String remark = {};                   ///< of a ratio
+    std::int32_t maximum = 0;             ///< of a ratio
+    WholeRatio ratio = {};                ///< that was proposed
     std::optional<Date> initialDate = {}; ///< of a date
   };
 
@@ -51,7 +51,8 @@ public:
   /// Nothing is a cancel, here and below.
   void answerChoice(std::optional<std::size_t> index);
   void answerDate(std::optional<Date> date);
-  void answerWholeNumber(std::optional<std::int32_t> number);
+  void answerRatio(std::optional<WholeRatio> ratio);
+  void answerRatio(std::int32_t first) { answerRatio(WholeRatio{first, 1}); }
   /// The progress of lengthy work tells from this step on that the user cancelled.
   void cancelLengthyAfter(unsigned steps);
 
@@ -77,8 +78,8 @@ public:
   std::optional<std::size_t> chooseFromList(const String& title, const String& heading,
                                             const std::vector<String>& entries) override;
   std::optional<Date> askDate(const String& title, const String& heading, const Date& initial) override;
-  std::optional<std::int32_t> askWholeNumber(const String& title, const String& heading, std::int32_t minimum,
-                                             std::int32_t maximum, std::int32_t initial) override;
+  std::optional<WholeRatio> askRatio(const String& title, const String& heading, const String& remark,
+                                     std::int32_t maximum, const WholeRatio& initial) override;
   bool runLengthy(const String& caption, const String& heading, unsigned steps, HasLengthyFunctions& work,
                   int argument) override;
 
@@ -92,7 +93,7 @@ private:
   std::deque<bool> m_questions;
   std::deque<std::optional<std::size_t>> m_choices;
   std::deque<std::optional<Date>> m_dates;
-  std::deque<std::optional<std::int32_t>> m_numbers;
+  std::deque<std::optional<WholeRatio>> m_ratios;
   std::optional<unsigned> m_cancelAfter;
   int m_openWaits = 0;
 };

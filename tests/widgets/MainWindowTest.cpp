@@ -424,7 +424,7 @@ TEST_F(MainWindowTest, LowerFoldersCanAskForAChoice) {
   EXPECT_EQ(std::nullopt, user.chooseFromList(u"Country", u"Where?", {u"A"}));
 }
 
-TEST_F(MainWindowTest, LowerFoldersCanAskForADateAndANumber) {
+TEST_F(MainWindowTest, LowerFoldersCanAskForADateAndARatio) {
   UserInteraction& user = UserInteraction::Instance();
   whenModal("Start", [&](FXWindow& dialog) {
     EXPECT_TRUE(shows(dialog, "First day"));
@@ -432,9 +432,9 @@ TEST_F(MainWindowTest, LowerFoldersCanAskForADateAndANumber) {
   });
   EXPECT_EQ(std::optional<Date>(Date(2025, 7, 1)), user.askDate(u"Start", u"First day", Date(2025, 7, 1)));
   whenModal("Split", [&](FXWindow& dialog) { press(dialog, "OK"); });
-  EXPECT_EQ(std::optional<std::int32_t>(3), user.askWholeNumber(u"Split", u"Ratio", 1, 100, 3));
+  EXPECT_EQ(std::optional(WholeRatio{5, 2}), user.askRatio(u"Split", u"Ratio", u"new : old", 100, {5, 2}));
   whenModal("Split", [&](FXWindow& dialog) { key(dialog, KEY_Escape); });
-  EXPECT_EQ(std::nullopt, user.askWholeNumber(u"Split", u"Ratio", 1, 100, 3));
+  EXPECT_EQ(std::nullopt, user.askRatio(u"Split", u"Ratio", u"new : old", 100, {5, 2}));
 }
 
 struct CountingWork : HasLengthyFunctions {
@@ -457,7 +457,7 @@ TEST_F(MainWindowTest, ABackgroundPassIsAskedNothingAndWorksUnseen) {
   UserInteraction& user = UserInteraction::Instance();
   EXPECT_EQ(std::nullopt, user.chooseFromList(u"T", u"H", {u"A"}));
   EXPECT_EQ(std::nullopt, user.askDate(u"T", u"H", Date(2025, 7, 1)));
-  EXPECT_EQ(std::nullopt, user.askWholeNumber(u"T", u"H", 1, 2, 1));
+  EXPECT_EQ(std::nullopt, user.askRatio(u"T", u"H", u"R", 2, {1, 1}));
   CountingWork work;
   EXPECT_TRUE(user.runLengthy(u"Caption", u"Heading", 3, work, 3));
   EXPECT_EQ(1, work.runs);
