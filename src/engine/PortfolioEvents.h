@@ -19,6 +19,9 @@ class XMLElement;
 /// Later than every day.
 inline const Date FAR_OFF(std::numeric_limits<std::uint32_t>::max());
 
+/// The comment of a purchase, as an attribute of the sale with which the last of it went.
+inline constexpr std::u16string_view BUY_COMMENT = u"BuyComment";
+
 String dayText(const Date& date);
 String moneyText(double amount);
 String numberText(double shares);

@@ -95,6 +95,8 @@ void SharePortfolioUser::giveBack(const XMLElement& sale, const XMLElement* rest
   XMLElement& parcel = stock.subElement(u"BuyEvents", *indexOf(stock, u"BuyEvents", *rest));
   addAmount(parcel, u"NumHeld", doubleValue(sale, u"NumHeld"), &recordedNumberText);
   addAmount(parcel, u"Brokerage", doubleValue(sale, u"BuyBrokerage"), &moneyText);
+  if (textValue(parcel, u"Comment").empty())
+    setOptionalText(parcel, u"Comment", boughtComment(sale, parcel));
 }
 
 XMLElement& SharePortfolioUser::parcelOfSale(const XMLElement& sale) {
@@ -104,9 +106,19 @@ XMLElement& SharePortfolioUser::parcelOfSale(const XMLElement& sale) {
   parcel.subElement(u"NumHeld").setValue(textValue(sale, u"NumHeld"));
   parcel.subElement(u"BuyPrice").setValue(textValue(sale, u"BuyPrice"));
   parcel.subElement(u"Brokerage").setValue(textValue(sale, u"BuyBrokerage"));
-  setOptionalText(parcel, u"Comment", reinvestmentComment(parcel));
+  setOptionalText(parcel, u"Comment", boughtComment(sale, parcel));
   copyAdjustments(sale, parcel, FAR_OFF);
   return parcel;
+}
+
+/// What the sale has kept, which sales of earlier versions have not. That of a reinvestment follows its
+/// dividend, by which it is found again.
+String SharePortfolioUser::boughtComment(const XMLElement& sale, const XMLElement& parcel) const {
+  const String kept = sale.hasAttribute(BUY_COMMENT) ? sale.attribute(BUY_COMMENT) : String();
+  if (!kept.empty() && !kept.startsWith(dividendDescriptionStart(textValue(*parcel.parent(), u"Code"))))
+    return kept;
+  const String reinvested = reinvestmentComment(parcel);
+  return reinvested.empty() ? kept : reinvested;
 }
 
 String SharePortfolioUser::reinvestmentComment(const XMLElement& parcel) const {

@@ -2,10 +2,12 @@
 #include "engine/SaleCash.h"
 #include "engine/SharePortfolioUser.h"
 #include "engine/SplitTerms.h"
+#include "engine/UnreadableDates.h"
 #include "foundation/Amounts.h"
 #include "foundation/Exception.h"
 #include "xml/PortfolioRecords.h"
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace Tallymoor {
@@ -27,13 +29,37 @@ double boughtOfOne(const XMLElement& event, const Date& day) {
   return sharesAsBought(event, day, {1.0, 1.0}).number;
 }
 
-std::vector<XMLElement*> parcelsOf(XMLElement& stock, bool firstInFirstOut) {
-  std::vector<XMLElement*> parcels;
+/// In the order in which a sale takes from them.
+template <class Element>
+std::vector<Element*> parcelsOf(Element& stock, bool firstInFirstOut) {
+  std::vector<Element*> parcels;
   for (std::size_t i = 0; i < stock.numSubElements(u"BuyEvents"); ++i)
-    parcels.push_back(&stock.subElement(u"BuyEvents", i));
+    if (Element& parcel = stock.subElement(u"BuyEvents", i); !isSetAside(parcel, u"BuyDate"))
+      parcels.push_back(&parcel);
   if (!firstInFirstOut)
     std::reverse(parcels.begin(), parcels.end());
   return parcels;
+}
+
+/// What a sale takes from a parcel, in the shares of its day, and what it leaves.
+struct Part {
+  double taken;
+  String number; ///< as the sale records it
+  String rest;   ///< as the parcel records it; empty when the parcel goes whole
+};
+
+Part partOf(const XMLElement& parcel, const Date& day, double wanted) {
+  const double available = sharesOn(parcel, day).number;
+  const String number = recordedText(parcel, day, wanted);
+  const String rest = recordedNumberText(doubleValue(parcel, u"NumHeld") - number.toDouble());
+  // A rest that would be recorded, or read, as 0.00 shares goes with the parcel.
+  if (wanted < available && !showsAsZero(available - wanted, 2) && rest.toDouble() > 0.0)
+    return {wanted, number, rest};
+  return {available, textValue(parcel, u"NumHeld"), String()};
+}
+
+bool isAllSold(double sold, double number) {
+  return sold >= number || showsTheSame(sold, number, 4);
 }
 
 } // namespace
@@ -58,7 +84,7 @@ void SharePortfolioUser::sellShares(const String& code, const Date& date, double
   double sold = 0.0;
   // The stock itself dies with its last parcel, and only then.
   for (XMLElement* parcel : parcelsOf(*stock, firstInFirstOut)) {
-    if (sold >= number || showsTheSame(sold, number, 4))
+    if (isAllSold(sold, number))
       break;
     sold += sellFromBuyEvent(*stock, *parcel, number - sold, sale);
     sale.brokerage = 0.0;
@@ -67,35 +93,48 @@ void SharePortfolioUser::sellShares(const String& code, const Date& date, double
 
 double SharePortfolioUser::sellFromBuyEvent(XMLElement& stock, XMLElement& parcel, double wanted,
                                             const Sale& sale) {
-  const double available = sharesOn(parcel, sale.date).number;
-  const double recorded = doubleValue(parcel, u"NumHeld");
-  const String wantedText = recordedText(parcel, sale.date, wanted);
-  const String restText = recordedNumberText(recorded - wantedText.toDouble());
+  const Part part = partOf(parcel, sale.date, wanted);
   XMLElement& event = addSellEvent(sale.code);
   event.subElement(u"BuyDate").setValue(textValue(parcel, u"BuyDate"));
   event.subElement(u"BuyPrice").setValue(textValue(parcel, u"BuyPrice"));
   copyAdjustments(parcel, event, sale.date);
 
-  double taken = available;
-  // A rest that would be recorded, or read, as 0.00 shares goes with the parcel.
-  if (wanted < available && !showsAsZero(available - wanted, 2) && restText.toDouble() > 0.0) {
-    taken = wanted;
-    event.subElement(u"NumHeld").setValue(wantedText);
+  event.subElement(u"NumHeld").setValue(part.number);
+  if (!part.rest.empty()) {
     event.subElement(u"BuyBrokerage").setValue(moneyText(0.0));
-    parcel.subElement(u"NumHeld").setValue(restText);
+    parcel.subElement(u"NumHeld").setValue(part.rest);
   } else {
-    // The brokerage of a purchase is never divided: it goes with the last of the parcel.
-    event.subElement(u"NumHeld").setValue(textValue(parcel, u"NumHeld"));
+    // What can't be divided goes with the last of the parcel.
     event.subElement(u"BuyBrokerage").setValue(moneyText(doubleValue(parcel, u"Brokerage")));
+    if (const String comment = textValue(parcel, u"Comment"); !comment.empty())
+      event.setAttribute(BUY_COMMENT, comment);
     removeParcel(stock, parcel);
   }
   event.subElement(u"SellDate").setValue(dayText(sale.date));
   event.subElement(u"SellPrice").setValue(priceText(sale.price));
   event.subElement(u"SellBrokerage").setValue(moneyText(sale.brokerage));
   setOptionalText(event, u"Comment", sale.comment);
-  creditCash(sale.date, taken * sale.price - sale.brokerage, CASH_EVENT_CREDIT,
-             saleDescription(sale.code, taken, sale.price));
-  return taken;
+  creditCash(sale.date, part.taken * sale.price - sale.brokerage, CASH_EVENT_CREDIT,
+             saleDescription(sale.code, part.taken, sale.price));
+  return part.taken;
+}
+
+double SharePortfolioUser::proceedsOfSale(const String& code, const Date& date, double number, double price,
+                                          double brokerage, bool firstInFirstOut) const {
+  std::size_t index = 0;
+  const XMLElement* stock = findHeldShare(code, index);
+  double sold = 0.0;
+  double proceeds = 0.0;
+  for (const XMLElement* parcel :
+       stock ? parcelsOf(*stock, firstInFirstOut) : std::vector<const XMLElement*>()) {
+    if (isAllSold(sold, number))
+      break;
+    const double taken = partOf(*parcel, date, number - sold).taken;
+    sold += taken;
+    proceeds += moneyText(taken * price - std::exchange(brokerage, 0.0)).toDouble();
+  }
+  const double lacking = isAllSold(sold, number) ? 0.0 : number - sold;
+  return proceeds + lacking * price - brokerage;
 }
 
 XMLElement& SharePortfolioUser::addSellEvent(const String& code) {

@@ -1,6 +1,8 @@
 #include "engine/SharePortfolioUser.h"
 #include "engine/Gains.h"
 #include "engine/RecordedSplits.h"
+#include "engine/SplitTerms.h"
+#include "engine/UnreadableDates.h"
 #include "foundation/Amounts.h"
 #include "foundation/Exception.h"
 #include "market/TallymoorInternet.h"
@@ -171,12 +173,9 @@ double SharePortfolioUser::numHeld(const String& code, const Date& day) const {
   if (!stock)
     return 0.0;
   double sum = 0.0;
-  for (std::size_t i = 0; i < stock->numSubElements(u"BuyEvents"); ++i) {
-    double number = 0.0;
-    double price = 0.0;
-    adjustedBuyEvent(stock->subElement(u"BuyEvents", i), day, number, price, true);
-    sum += number;
-  }
+  for (std::size_t i = 0; i < stock->numSubElements(u"BuyEvents"); ++i)
+    if (const XMLElement& parcel = stock->subElement(u"BuyEvents", i); !isSetAside(parcel, u"BuyDate"))
+      sum += sharesOn(parcel, day).number;
   return sum;
 }
 

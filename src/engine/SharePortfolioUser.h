@@ -71,7 +71,8 @@ public:
   const XMLElement* findSoldShare(const String& code, std::size_t& index) const;
   /// Earliest purchase (of held or sold shares) or cash event; today when there is nothing.
   Date portfolioStartDate() const;
-  /// Split-adjusted number of shares of the code as of today; 0 when it is not held.
+  /// Split-adjusted number of shares of the code as of today, without purchases that are set aside for their
+  /// unreadable dates; 0 when it is not held.
   double numHeld(const String& code) const;
   /// The same parcels in shares of the day: what a sale on it can take.
   double numHeld(const String& code, const Date& day) const;
@@ -120,6 +121,9 @@ public:
   /// parcels can't supply is dropped. Throws Exception when the stock is not held.
   void sellShares(const String& code, const Date& date, double number, double price, double brokerage,
                   bool firstInFirstOut, const String& comment);
+  /// What the cash would gain by that sale. Shares that are not held count, too.
+  double proceedsOfSale(const String& code, const Date& date, double number, double price, double brokerage,
+                        bool firstInFirstOut) const;
 
   // ---- Removing and changing records ----
 
@@ -244,6 +248,7 @@ private:
   XMLElement& heldShareFor(const String& code);
   void giveBack(const XMLElement& sale, const XMLElement* rest);
   XMLElement& parcelOfSale(const XMLElement& sale);
+  String boughtComment(const XMLElement& sale, const XMLElement& parcel) const;
   String reinvestmentComment(const XMLElement& parcel) const;
   void addCashEvent(const Date& date, double value, std::int32_t type, const String& description);
   bool moveCashEntry(const CashEntryKey& key, double oldValue, const Date& date, double value,

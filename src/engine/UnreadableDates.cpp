@@ -2,9 +2,11 @@
 #include "foundation/Date.h"
 #include "foundation/Exception.h"
 #include "xml/Leaves.h"
+#include "xml/Utf8Writer.h"
 #include <algorithm>
 #include <map>
 #include <optional>
+#include <sstream>
 #include <string>
 
 namespace Tallymoor {
@@ -30,18 +32,10 @@ String asTold(const String& text) {
   return text.size() <= MOST_CHARACTERS ? text : text.substr(0, MOST_CHARACTERS) + u"...";
 }
 
-/// Attributes of this name are written as they are.
-String asAttribute(const String& text) {
-  String kept;
-  for (const char16_t unit : text)
-    kept.push_back(unit == u'<' || unit == u'>' || unit == u'&' || unit == u'"' || unit < u' ' ? u'?' : unit);
-  return kept;
-}
-
 void setAside(XMLElement& date) {
   if (date.hasAttribute(UNREADABLE))
     return;
-  date.setAttribute(UNREADABLE, asAttribute(date.value()));
+  date.setAttribute(UNREADABLE, date.value());
   date.setValue(FAR_OFF);
 }
 
@@ -126,7 +120,21 @@ public:
   explicit LineFinder(std::string_view content) : m_content(content) {}
 
   /// Counted from 1; 0 when the text is not found.
-  std::size_t lineOf(const std::string& text) {
+  std::size_t lineOf(const String& text) {
+    const std::size_t line = lineOfBytes(text.toUTF8());
+    return line > 0 ? line : lineOfBytes(escaped(text));
+  }
+
+private:
+  static std::string escaped(const String& text) {
+    std::ostringstream bytes;
+    Utf8Writer writer(bytes);
+    writer.escaped(text);
+    writer.flush();
+    return bytes.str();
+  }
+
+  std::size_t lineOfBytes(const std::string& text) {
     std::size_t& from = m_from[text];
     std::size_t place = m_content.find(">" + text + "<", from);
     if (place == std::string_view::npos)
@@ -138,7 +146,6 @@ public:
                    m_content.begin(), m_content.begin() + static_cast<std::ptrdiff_t>(place), '\n'));
   }
 
-private:
   std::string_view m_content;
   std::map<std::string, std::size_t> m_from; ///< where the search for each text goes on
 };
@@ -152,13 +159,18 @@ std::vector<UnreadableDate> setAsideUnreadableDates(XMLElement& records) {
   return std::move(search.found);
 }
 
+bool isSetAside(const XMLElement& event, std::u16string_view date) {
+  const XMLElement& element = event.subElement(date);
+  return element.hasAttribute(UNREADABLE) && element.value() == FAR_OFF;
+}
+
 String unreadableDatesText(const std::vector<UnreadableDate>& dates, std::string_view fileContent) {
   if (dates.empty())
     return String();
   LineFinder lines(fileContent);
   String text = u"Your records hold dates that can't be read:\n";
   for (std::size_t i = 0; i < std::min(dates.size(), MOST_TOLD); ++i) {
-    const std::size_t line = lines.lineOf(dates[i].text.toUTF8());
+    const std::size_t line = lines.lineOf(dates[i].text);
     text +=
         asTold(dates[i].portfolio) + u", " + asTold(dates[i].entry) + u": \"" + asTold(dates[i].text) + u"\"";
     if (line > 0)

@@ -23,6 +23,10 @@ struct UnreadableDate {
 /// that have been put right since then count again.
 std::vector<UnreadableDate> setAsideUnreadableDates(XMLElement& records);
 
+/// True for a purchase, sale, dividend or cash entry whose date of this name is set aside, so that no figure
+/// counts it.
+bool isSetAside(const XMLElement& event, std::u16string_view date);
+
 /// What the user is told: each date with portfolio, stock, and line in the file of which the content is
 /// given. Empty when there is none.
 String unreadableDatesText(const std::vector<UnreadableDate>& dates, std::string_view fileContent);

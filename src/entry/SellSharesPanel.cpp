@@ -79,7 +79,11 @@ void SellSharesPanel::showHolding(const KnownPrice& price) {
 }
 
 double SellSharesPanel::total() const {
-  return number() * price() - brokerage();
+  if (!m_portfolio)
+    return number() * price() - brokerage();
+  // As the engine rounds it; a date that is none yet has no splits of its own.
+  const Date day = dateField()->date().value_or(Date());
+  return m_portfolio->proceedsOfSale(code(), day, number(), price(), brokerage(), true);
 }
 
 double SellSharesPanel::cashEffect() const {

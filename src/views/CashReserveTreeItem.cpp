@@ -1,5 +1,6 @@
 #include "views/CashReserveTreeItem.h"
 #include "engine/SharePortfolioUser.h"
+#include "engine/UnreadableDates.h"
 #include "foundation/Platform.h"
 #include "views/CashReserveTable.h"
 #include "views/EventDates.h"
@@ -62,6 +63,8 @@ double CashReserveTreeItem::interestOfFinancialYear() const {
     const Date date = dateValue(event, u"Date");
     // What came after a day in the past that is looked at is not shown in the table either.
     const bool yetToCome = Date::hasFixedDate() && date > today;
+    if (isSetAside(event, u"Date"))
+      continue;
     if (longValue(event, u"Type") == CASH_EVENT_INTEREST && date >= start && !yetToCome)
       sum += doubleValue(event, u"Value");
   }

@@ -1,4 +1,5 @@
 #include "views/EventTable.h"
+#include "engine/UnreadableDates.h"
 #include "widgets/ContextMenu.h"
 #include "xml/Leaves.h"
 
@@ -39,7 +40,10 @@ void EventTable::addEvents(XMLElement& parent, std::u16string_view events, std::
       continue;
     }
     m_rowData.push_back({&event, &portfolio()});
-    addRow(std::make_unique<Row>(day.toString(DATE_DISPLAY_LOCAL), &m_rowData.back()));
+    auto row = std::make_unique<Row>(day.toString(DATE_DISPLAY_LOCAL), &m_rowData.back());
+    if (isSetAside(event, date))
+      row->leaveOutOfTotals();
+    addRow(std::move(row));
   }
 }
 

@@ -1,6 +1,7 @@
 #include "views/SharesHeldTable.h"
 #include "engine/ShareAsOfDay.h"
 #include "engine/SharePortfolioUser.h"
+#include "engine/UnreadableDates.h"
 #include "foundation/Amounts.h"
 #include "foundation/Platform.h"
 #include "market/TallymoorInternet.h"
@@ -54,7 +55,10 @@ void SharesHeldTable::addShare(const String& key, HeldShareRow share) {
   share.portfolio = &portfolio();
   share.table = this;
   m_rowData.push_back(std::move(share));
-  addRow(std::make_unique<Row>(key, &m_rowData.back()));
+  auto row = std::make_unique<Row>(key, &m_rowData.back());
+  if (m_rowData.back().buyEvent && isSetAside(*m_rowData.back().buyEvent, u"BuyDate"))
+    row->leaveOutOfTotals();
+  addRow(std::move(row));
 }
 
 // While the past is shown nobody asks for current prices, and those of today must still be there when it
@@ -117,6 +121,8 @@ double SharesHeldTable::percentGainSince(const Date& date) {
   };
   std::map<String, Worth> worths;
   for (Row* row : rows()) {
+    if (!row->countsInTotals())
+      continue;
     const HeldShareRow& share = row->payload<HeldShareRow>();
     const bool firstOfCode = !worths.contains(share.code);
     Worth& worth = worths[share.code];

@@ -22,6 +22,9 @@ public:
   Payload& payload() const {
     return *static_cast<Payload*>(m_data);
   }
+  /// From now on no total counts the row.
+  void leaveOutOfTotals() { m_counts = false; }
+  bool countsInTotals() const { return m_counts; }
   /// Position in the toolkit's table; -1 until the row has been placed there.
   FXint index() const { return m_index; }
   /// The table that the row was added to; null before.
@@ -39,6 +42,7 @@ private:
 
   String m_key;
   void* m_data;
+  bool m_counts = true;
   FXint m_index = -1;
   Table* m_table = nullptr;
 };

@@ -141,6 +141,8 @@ double Table::sumColumn(Column::Function function) const {
   Column& column = getColumn(function);
   double sum = 0.0;
   for (Row* row : m_rows.all()) {
+    if (!row->countsInTotals())
+      continue;
     try {
       sum += column.result(*row).amount();
     } catch (...) {

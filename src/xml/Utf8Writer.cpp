@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstring>
 #include <ostream>
+#include <string>
 
 namespace Tallymoor {
 
@@ -56,6 +57,18 @@ void Utf8Writer::text(std::u16string_view units) {
 
 void Utf8Writer::escaped(std::u16string_view units) {
   write<true>(units);
+}
+
+void Utf8Writer::attribute(std::u16string_view units) {
+  const auto isWhite = [](char16_t unit) { return unit == u'\t' || unit == u'\n' || unit == u'\r'; };
+  for (std::size_t done = 0; done < units.size();) {
+    const auto white = std::find_if(units.begin() + static_cast<std::ptrdiff_t>(done), units.end(), isWhite);
+    const auto end = static_cast<std::size_t>(white - units.begin());
+    escaped(units.substr(done, end - done));
+    if (white != units.end())
+      raw("&#" + std::to_string(static_cast<unsigned>(*white)) + ";");
+    done = end + 1;
+  }
 }
 
 void Utf8Writer::flush() {

@@ -24,6 +24,8 @@ public:
   void text(std::u16string_view units);
   /// With the five characters of markup as entities.
   void escaped(std::u16string_view units);
+  /// For the value of an attribute, where a reader takes line ends and tabs for blanks: as entities, too.
+  void attribute(std::u16string_view units);
   /// Hands the buffer to the stream. Needed at the end; nothing does it by itself.
   void flush();
 

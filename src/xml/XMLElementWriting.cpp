@@ -111,7 +111,7 @@ void XMLElement::encodeAttributes(Utf8Writer& writer) const {
     if (m_layout->isAttributeSafe(name))
       writer.text(value);
     else
-      writer.escaped(value);
+      writer.attribute(value);
     writer.raw('"');
   }
 }

@@ -58,7 +58,7 @@ protected:
   std::string document() {
     std::string text = encodedPortfolio().toUTF8();
     for (const char* tag : {"<HeldShares", "<HeldShare>", "<BuyEvent>", "<SoldShares", "<SoldShare>",
-                            "<SellEvent>", "<Dividends", "<DividendEvent>", "<CashReserve", "<CashEvent>"})
+                            "<SellEvent", "<Dividends", "<DividendEvent>", "<CashReserve", "<CashEvent>"})
       for (std::size_t at = text.find(tag); at != std::string::npos; at = text.find(tag, at + 2))
         text.insert(at, 1, '\n');
     return text + "\n";

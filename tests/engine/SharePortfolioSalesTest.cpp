@@ -1,3 +1,4 @@
+#include "engine/CashBalance.h"
 #include "engine/EngineTest.h"
 #include "engine/SaleDeletion.h"
 #include "engine/SaleFigures.h"
@@ -125,6 +126,29 @@ TEST_F(SalesTest, ARestThatWouldReadAsNothingGoesWithTheParcel) {
   EXPECT_EQ(textValue(parcel(u"ABC.AX"), u"NumHeld"), String(u"5.00"));
   EXPECT_FALSE(user().deleteSellEvent(u"ABC.AX", m_today, 100 / 3.0)) << "there is no cost";
   EXPECT_EQ(numCashEntries(), 0u) << "what the sale brought in is found by the number that it was made of";
+}
+
+TEST_F(SalesTest, WhatASaleBringsInIsToldBeforehandToTheCent) {
+  EXPECT_DOUBLE_EQ(user().proceedsOfSale(u"ABC.AX", m_today, 10, 2, 3, true), 17) << "nothing is held";
+  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 1), 100, 10, 30, u"");
+  addAdjustment(parcel(u"ABC.AX"), Date(2026, 2, 1), -3); // 33.333... shares
+  for (int day = 2; day <= 5; ++day)
+    user().addBuyEvent(u"ABC.AX", Date(2026, 2, day), 0.5, 10, 0, u"");
+  EXPECT_DOUBLE_EQ(user().proceedsOfSale(u"ABC.AX", m_today, 0, 31, 5, true), -5);
+  const double prices[] = {31, 0.07, 12.3333};
+  for (const bool firstInFirstOut : {true, false})
+    for (const double number : {33.33, 33.3333, 10.0, 1.25, 34.58, 99.0})
+      for (const double price : prices) {
+        SCOPED_TRACE(number);
+        SCOPED_TRACE(price);
+        XMLSharePortfolio copy;
+        static_cast<XMLElement&>(copy) = user().portfolio();
+        SharePortfolioUser seller(copy);
+        const double told = seller.proceedsOfSale(u"ABC.AX", m_today, number, price, 5, firstInFirstOut);
+        seller.sellShares(u"ABC.AX", m_today, number, price, 5, firstInFirstOut, u"");
+        const double lacking = number > 50 ? (number - 33.0 - 1.0 / 3 - 2) * price : 0.0;
+        EXPECT_NEAR(told, cashBalance(copy, m_today) + lacking, 1e-6);
+      }
 }
 
 TEST_F(SalesTest, APartlySoldSplitParcelStaysInSharesOfItsPurchase) {

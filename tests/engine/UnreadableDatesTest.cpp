@@ -89,7 +89,7 @@ TEST_F(UnreadableDatesTest, ItIsKeptInTheFileAndToldAgainUntilItIsPutRight) {
   setAsideUnreadableDates(m_records);
   const auto again = reload();
   ASSERT_EQ(again.size(), 1u);
-  EXPECT_EQ(again[0].text, String(u"31.2.2026 ? more"));
+  EXPECT_EQ(again[0].text, String(u"31.2.2026 & more"));
   EXPECT_DOUBLE_EQ(capital(), 157);
   purchaseDate().setValue(u"2/3/2026");
   EXPECT_TRUE(reload().empty());
@@ -97,16 +97,48 @@ TEST_F(UnreadableDatesTest, ItIsKeptInTheFileAndToldAgainUntilItIsPutRight) {
   EXPECT_DOUBLE_EQ(capital(), 207);
 }
 
+TEST_F(UnreadableDatesTest, TheTextIsKeptAsItStoodToTheLastCharacter) {
+  const String odd =
+      u"<1st> & \"2nd\" of 'M\u00e4rz'\t\r\n2026 or so, as somebody wrote it into the file by hand";
+  purchaseDate().setValue(odd);
+  setAsideUnreadableDates(m_records);
+  for (int run = 0; run < 2; ++run) {
+    const auto again = reload();
+    ASSERT_EQ(again.size(), 1u);
+    EXPECT_EQ(again[0].text, odd);
+    EXPECT_EQ(purchaseDate().attribute(u"Unreadable"), odd);
+    const String told = unreadableDatesText(again, "");
+    EXPECT_TRUE(told.contains(odd.substr(0, 30) + u"...\"")) << told.toUTF8();
+    EXPECT_FALSE(told.contains(odd.substr(0, 31))) << told.toUTF8();
+  }
+}
+
+TEST_F(UnreadableDatesTest, APurchaseThatIsSetAsideIsNeitherHeldNorSold) {
+  m_damaged->addBuyEvent(u"ABC.AX", Date(2026, 3, 1), 4, 5, 0, u"");
+  EXPECT_DOUBLE_EQ(m_damaged->numHeld(u"ABC.AX"), 14);
+  purchaseDate().setValue(u"31.2.2026");
+  setAsideUnreadableDates(m_records);
+  EXPECT_DOUBLE_EQ(m_damaged->numHeld(u"ABC.AX"), 4);
+  EXPECT_DOUBLE_EQ(m_damaged->proceedsOfSale(u"ABC.AX", m_today, 4, 5, 1, true), 19);
+  m_damaged->sellShares(u"ABC.AX", m_today, 4, 5, 1, true, u"");
+  EXPECT_DOUBLE_EQ(m_damaged->numHeld(u"ABC.AX"), 0);
+  EXPECT_EQ(purchaseDate().attribute(u"Unreadable"), String(u"31.2.2026"));
+  purchaseDate().setValue(u"1/3/2026");
+  EXPECT_DOUBLE_EQ(m_damaged->numHeld(u"ABC.AX"), 10) << "it has been put right";
+}
+
 TEST_F(UnreadableDatesTest, TheTextNamesPortfolioStockAndLine) {
   EXPECT_EQ(unreadableDatesText({}, ""), String());
-  const String text =
-      unreadableDatesText({{u"Trading", u"ABC.AX, purchase 3", u"31.2"},
-                           {u"Trading", u"DEF.AX, sale 1", u"31.2"},
-                           {u"A", u"B", u"none"}},
-                          "first\n<Date>31.2</Date>\n\n<Date Unreadable=\"31.2\">1/1/9999</Date>");
+  const String text = unreadableDatesText(
+      {{u"Trading", u"ABC.AX, purchase 3", u"31.2"},
+       {u"Trading", u"DEF.AX, sale 1", u"31.2"},
+       {u"A", u"B", u"<&"},
+       {u"A", u"B", u"none"}},
+      "first\n<Date>31.2</Date>\n\n<Date Unreadable=\"31.2\">1/1/9999</Date>\n<Date>&lt;&amp;</Date>");
   EXPECT_TRUE(text.contains(u"Trading, ABC.AX, purchase 3: \"31.2\" (line 2 of the file)\n"))
       << text.toUTF8();
   EXPECT_TRUE(text.contains(u"Trading, DEF.AX, sale 1: \"31.2\" (line 4 of the file)\n")) << text.toUTF8();
+  EXPECT_TRUE(text.contains(u"A, B: \"<&\" (line 5 of the file)\n")) << text.toUTF8();
   EXPECT_TRUE(text.contains(u"A, B: \"none\"\n")) << text.toUTF8();
 }
 

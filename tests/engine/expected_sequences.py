@@ -129,7 +129,8 @@ class Portfolio:
         for stock in self.sold:
             lines.append("<SoldShare>" + leaf("String", stock.code))
             for s in stock.events:
-                lines.append("<SellEvent>" + leaf("Date", day_text(s.buy_date)) + leaf("Date", day_text(s.sell_date)) +
+                bought = f' BuyComment="{escape(s.buy_comment)}"' if s.buy_comment else ""
+                lines.append(f"<SellEvent{bought}>" + leaf("Date", day_text(s.buy_date)) + leaf("Date", day_text(s.sell_date)) +
                              constants(s.number, s.buy_price, s.sell_price, s.buy_brokerage, s.sell_brokerage) +
                              leaf("String", s.comment) + adjustments(s) + "</SellEvent>")
             lines[-1] += "</SoldShare>"
@@ -262,10 +263,11 @@ class Portfolio:
             wanted = number - sold
             part = self.as_recorded(parcel, day, wanted)
             if wanted < available and not zero(available - wanted, 2):
-                taken, buy_brokerage, buy_comment = wanted, "0.00"
+                taken, buy_brokerage, buy_comment = wanted, "0.00", ""
                 parcel.number = recorded(parcel.num("number") - Decimal(part))
             else:
                 taken, buy_brokerage, part = available, parcel.brokerage, parcel.number
+                buy_comment = parcel.comment
                 self.take_event(self.held, stock, parcel)
             target = self.stock(self.sold, code)
             if not target:
@@ -275,7 +277,7 @@ class Portfolio:
             target.events.append(Event(code=code, buy_date=parcel.buy_date, sell_date=day, number=part,
                                        buy_price=parcel.buy_price, sell_price=fixed(price, 4),
                                        buy_brokerage=buy_brokerage, sell_brokerage=money(brokerage),
-                                       comment=comment, adjustments=splits))
+                                       comment=comment, buy_comment=buy_comment, adjustments=splits))
             self.add_cash(day, taken * price - brokerage, 1, f"SELL {fixed(taken, 2)} of {code} @ {fixed(price, 4)}")
             brokerage = Decimal(0)
             sold += taken
@@ -325,9 +327,11 @@ class Portfolio:
         if rest:
             rest.number = recorded(rest.num("number") + sale.num("number"))
             rest.brokerage = money(rest.num("brokerage") + sale.num("buy_brokerage"))
+            rest.comment = rest.comment or sale.buy_comment
         else:
             back = self.add_parcel(code, sale.buy_date, Decimal(0), Decimal(0), Decimal(0), "")
             back.number, back.buy_price, back.brokerage = sale.number, sale.buy_price, sale.buy_brokerage
+            back.comment = sale.buy_comment
             back.adjustments = [Event(start=a.start, factor=a.factor) for a in sale.adjustments]
             for other in [e for s in self.held + self.sold if s.code == code for e in s.events]:
                 known = {a.start for a in back.adjustments}

@@ -1,6 +1,7 @@
 #include "entry/SellSharesPanel.h"
 #include "BrokenPlatform.h"
 #include "PortfolioFormTest.h"
+#include "engine/CashBalance.h"
 #include "entry/StockChoice.h"
 #include "foundation/LinuxPlatform.h"
 #include "market/StockNames.h"
@@ -293,6 +294,20 @@ TEST_F(SellSharesPanelTest, ShowsTheNameTheTotalAndTheCashAfterwards) {
   set("Number sold", "40");
   EXPECT_EQ("50.00", shown("Total received"));
   EXPECT_EQ("1050.00", shown("Cash afterwards"));
+}
+
+TEST_F(SellSharesPanelTest, TheTotalIsWhatIsRecordedWhereAMergeHasLeftAFraction) {
+  user().addBuyEvent(u"MRG.AX", Date(2026, 1, 1), 100.0, 10.0, 0.0, String());
+  user().recordAdjustment(u"MRG.AX", Date(2026, 2, 1), 3, true);
+  TallymoorInternet::Instance().setCachedPrice(u"MRG.AX", Date(), 31.0);
+  m_panel->reset();
+  choose(*m_panel, "MRG.AX");
+  set("Share price", "31");
+  set("Brokerage", "0");
+  EXPECT_EQ("33.33", shown("Number sold"));
+  EXPECT_EQ("1033.33", shown("Total received"));
+  user().sellShares(u"MRG.AX", Date(), 33.33, 31.0, 0.0, true, String());
+  EXPECT_DOUBLE_EQ(1033.33, cashBalance(user().portfolio(), Date()));
 }
 
 TEST_F(SellSharesPanelTest, TheProposedPriceFollowsTheDate) {

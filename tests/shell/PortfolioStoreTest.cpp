@@ -56,6 +56,26 @@ TEST_F(PortfolioStoreTest, WhatWasSavedIsLoadedAgainToTheLetter) {
   EXPECT_EQ(document("Trading", "100.00"), TestProfile::readFile(records()));
 }
 
+TEST_F(PortfolioStoreTest, AnUnreadableDateIsToldAtTheStartAndTheRestIsOpened) {
+  std::string content = document("Trading", "100.00");
+  content.replace(content.find("3/3/2006"), 8, "31/2 &amp; so");
+  put(content);
+  for (int run = 0; run < 2; ++run) {
+    user.clearCalls();
+    PortfolioStore store;
+    store.load();
+    ASSERT_EQ(1u, user.calls().size());
+    EXPECT_EQ(String(u"Your records hold dates that can't be read:\n"
+                     u"Trading, cash reserve, entry 1: \"31/2 & so\" (line 3 of the file)\n"
+                     u"These entries are shown on the day 01/01/9999 and left out of all figures\n"
+                     u"until you put their dates right in the table. All else is computed as ever."),
+              user.texts(Kind::Warning).at(0));
+    EXPECT_FALSE(store.loadFailed());
+    EXPECT_EQ(1u, store.portfolios().count(u"Trading"));
+    store.save();
+  }
+}
+
 TEST_F(PortfolioStoreTest, BackupHoldsTheLastSavedState) {
   put(document("Trading", "100.00"));
   PortfolioStore store;

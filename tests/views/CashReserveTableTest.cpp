@@ -62,6 +62,16 @@ TEST_F(CashReserveTableTest, ShowsTheEventsInTheOrderOfTheirDaysWithTheBalance) 
   EXPECT_THAT(rowTexts(table(), 4), ElementsAre("INTEREST bank", "$7.50", "", "$3,659.75"));
 }
 
+TEST_F(CashReserveTableTest, InterestWithoutAReadableDateIsNotCounted) {
+  addInterest();
+  const std::size_t last = numCashEntries() - 1;
+  ASSERT_EQ("INTEREST old", textValue(cashEntry(last), u"Description").toUTF8());
+  cashEntry(last - 1).subElement(u"Date").setValue(u"27/O2/2026");
+  ASSERT_EQ(setAsideUnreadableDates(records()).size(), 1u);
+  showTree();
+  EXPECT_EQ(std::string("$0.00"), interest().substr(interest().size() - 5)) << interest();
+}
+
 TEST_F(CashReserveTableTest, LinesBelowTellTheCashAndTheInterestOfTheFinancialYear) {
   addInterest();
   showTree();

@@ -1,4 +1,5 @@
 #include "ViewsTest.h"
+#include "engine/UnreadableDates.h"
 #include "views/HeldShareCells.h"
 #include "xml/Leaves.h"
 
@@ -38,6 +39,23 @@ TEST_F(ShareHeldTableTest, TwoPurchasesOfOneDayAreTwoRows) {
   EXPECT_THAT(rowKeys(table()), ElementsAre("02/02/2026", "20/02/2026", "20/02/2026"));
   EXPECT_EQ("50.00", cellText(table(), 1, u"Number"));
   EXPECT_EQ("7.00", cellText(table(), 2, u"Number"));
+}
+
+TEST_F(ShareHeldTableTest, APurchaseWithoutAReadableDateIsShownAndCountsInNoTotal) {
+  SharePortfolioUser& user = addTrading();
+  user.buyShares(u"AAA.AX", Date(2026, 2, 23), 7, 6.0, 0.0, String());
+  std::size_t index = 0;
+  user.findHeldShare(u"AAA.AX", index)->subElement(u"BuyEvents", 2).subElement(u"BuyDate").setValue(u"31/2");
+  ASSERT_EQ(setAsideUnreadableDates(records()).size(), 1u);
+  showTree();
+  EXPECT_THAT(rowKeys(table()), ElementsAre("02/02/2026", "20/02/2026", "01/01/9999"));
+  EXPECT_EQ("7.00", cellText(table(), 2, u"Number"));
+  EXPECT_EQ("$1,650.00", total(*purchases(u"Trading", u"AAA.AX"), &HeldShareCells::currentValue));
+  EXPECT_EQ("$1,650.00", total(held(u"Trading"), &HeldShareCells::currentValue));
+  EXPECT_EQ("$1,650.00", figure(node(u"Trading"), "Capital in shares"));
+  EXPECT_EQ(total(held(u"Trading"), &HeldShareCells::dayPercent),
+            total(*purchases(u"Trading", u"AAA.AX"), &HeldShareCells::dayPercent));
+  EXPECT_DOUBLE_EQ(250, user.numHeld(u"AAA.AX"));
 }
 
 TEST_F(ShareHeldTableTest, PurchasesNeverWarn) {
