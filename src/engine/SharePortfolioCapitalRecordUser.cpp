@@ -337,6 +337,20 @@ void SharePortfolioCapitalRecordUser::currentPriceUpdated(const String& code, do
   setPrice(code, Date(), price, PriceStanding::Open);
 }
 
+bool SharePortfolioCapitalRecordUser::wantsHistory(const String& code) const {
+  const auto unsettled = m_unsettled.find(code);
+  if (unsettled == m_unsettled.end())
+    return false;
+  TallymoorInternet& gateway = TallymoorInternet::Instance();
+  const HistoryRange recent = gateway.recentRange();
+  return std::any_of(unsettled->second.begin(), unsettled->second.end(), [&](const Date& day) {
+    const std::optional<DayPrice> price = priceOn(code, day);
+    // That of today comes with the current prices.
+    return day < Date::realToday() && recent.contains(day) && price && isStandIn(price->standing) &&
+           !gateway.hasAnsweredFor(code, day);
+  });
+}
+
 void SharePortfolioCapitalRecordUser::historicalPriceChanged(const String& code, const Date& date,
                                                              double close) {
   const std::optional<KnownClose> known = TallymoorInternet::Instance().closeOn(code, date);

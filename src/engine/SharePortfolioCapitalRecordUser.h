@@ -84,6 +84,8 @@ public:
   /// From the price updater's thread, under the big mutex; also called when the user types a price.
   void currentPriceUpdated(const String& code, double price) override;
   void pricesUpdateFinished() override {}
+  /// True when another price stands in for a recent close of the stock that nobody has asked the source for.
+  bool wantsHistory(const String& code) const override;
   void historicalPriceChanged(const String& code, const Date& date, double close) override;
 
   /// The walk of a long update, under a progress dialog.

@@ -52,6 +52,10 @@ PriceUpdater::PricesObserver::~PricesObserver() = default;
 
 void PriceUpdater::PricesObserver::pricesUpdateFinished() {}
 
+bool PriceUpdater::PricesObserver::wantsHistory(const String&) const {
+  return false;
+}
+
 void PriceUpdater::PricesObserver::historicalPriceChanged(const String&, const Date&, double) {}
 
 PriceUpdater::PriceUpdater(TallymoorInternet& gateway, std::uint32_t startDelay)
@@ -198,7 +202,9 @@ bool PriceUpdater::walkCodes() {
   for (const String& code : codes) {
     if (!attempt(code, failures, [&] { return updateCurrentPrice(code, observers); }))
       return false;
-    if (historicalDue && !attempt(code, failures, [&] { return refreshRecentCloses(code, observers); }))
+    // A source that has just answered may also have what was missing.
+    const bool wanted = historicalDue || (!failures.codes.contains(code) && isHistoryWanted(code, observers));
+    if (wanted && !attempt(code, failures, [&] { return refreshRecentCloses(code, observers); }))
       return false;
   }
   if (!tellObservers(observers, [](PricesObserver& observer) { observer.pricesUpdateFinished(); }))
@@ -274,33 +280,26 @@ bool PriceUpdater::refreshRecentCloses(const String& code, const Observers& obse
   return inStretch([&] {
            if (m_gateway.isBadCode(code))
              return;
-           const Date today;
-           const RecentCloses before = recentCloses(code, today);
-           m_gateway.storeHistory(code, recent);
-           goOn = tellChanges(code, today, before, recentCloses(code, today), observers);
+           goOn = tellChanges(code, m_gateway.storeHistory(code, recent), observers);
          }) &&
          goOn;
 }
 
-PriceUpdater::RecentCloses PriceUpdater::recentCloses(const String& code, const Date& today) const {
-  RecentCloses closes{};
-  for (int i = 0; i < RECENT_DAYS; ++i)
-    closes[i] = m_gateway.cachedClose(code, today.plusDays(-i)).value_or(0.0);
-  return closes;
+bool PriceUpdater::tellChanges(const String& code, const SharePriceCache::Closes& changed,
+                               const Observers& observers) {
+  const std::map<Date, double> byDay(changed.begin(), changed.end());
+  return std::all_of(byDay.rbegin(), byDay.rend(), [&](const auto& item) {
+    return tellObservers(observers, [&](PricesObserver& observer) {
+      observer.historicalPriceChanged(code, item.first, item.second);
+    });
+  });
 }
 
-bool PriceUpdater::tellChanges(const String& code, const Date& today, const RecentCloses& before,
-                               const RecentCloses& after, const Observers& observers) {
-  for (int i = 0; i < RECENT_DAYS; ++i) {
-    if (showsTheSame(before[i], after[i], 4)) // a close of zero takes no price's place in the cache
-      continue;
-    const Date day = today.plusDays(-i);
-    const bool goOn = tellObservers(
-        observers, [&](PricesObserver& observer) { observer.historicalPriceChanged(code, day, after[i]); });
-    if (!goOn)
-      return false;
-  }
-  return true;
+/// False also when the thread has been told to stop.
+bool PriceUpdater::isHistoryWanted(const String& code, const Observers& observers) {
+  bool wanted = false;
+  tellObservers(observers, [&](const PricesObserver& observer) { wanted |= observer.wantsHistory(code); });
+  return wanted;
 }
 
 /// Compares elapsed times, which holds when the tick wraps around.

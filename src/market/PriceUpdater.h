@@ -2,7 +2,7 @@
 #include "foundation/Date.h"
 #include "foundation/String.h"
 #include "foundation/Thread.h"
-#include <array>
+#include "market/SharePriceCache.h"
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -14,7 +14,8 @@ namespace Tallymoor {
 class TallymoorInternet;
 
 /// The background thread that keeps the current prices of all codes on view up to date, and from time to time
-/// refreshes their closes of the last week. It belongs to the gateway and lives and dies with it.
+/// refreshes their recent closes, at once where an observer lacks one. It belongs to the gateway and lives
+/// and dies with it.
 ///
 /// A pass works on copies of the codes and observers, taken at its start. Prices are fetched without any
 /// lock; everything else runs in short stretches under the big mutex with inBackgroundPass set, and before
@@ -31,6 +32,8 @@ public:
     virtual void currentPriceUpdated(const String& code, double price) = 0;
     /// One pass over all codes has ended.
     virtual void pricesUpdateFinished();
+    /// True when recent closes of the code are missing, so that the pass should ask for them.
+    virtual bool wantsHistory(const String& code) const;
     /// A close in the cache has changed.
     virtual void historicalPriceChanged(const String& code, const Date& date, double close);
   };
@@ -39,7 +42,6 @@ public:
   enum class Rank { Cache, Records, Views };
 
   static constexpr std::uint32_t DEFAULT_START_DELAY = 5000;
-  static constexpr int RECENT_DAYS = 7; ///< days whose closes a historical check compares
 
   /// The gateway is not owned and outlives the updater. The delay, in milliseconds, comes before the first
   /// pass. The thread is not started here: the gateway starts it at the end of its own construction.
@@ -99,15 +101,14 @@ private:
     std::set<String> codes;
     String text() const;
   };
-  using RecentCloses = std::array<double, RECENT_DAYS>; ///< today's first; 0.0 for a day that is not cached
 
   // The parts of a pass. A false result means that the thread has been told to stop and nothing more may be
   // done.
   bool walkCodes();
   bool updateCurrentPrice(const String& code, const Observers& observers);
   bool refreshRecentCloses(const String& code, const Observers& observers);
-  bool tellChanges(const String& code, const Date& today, const RecentCloses& before,
-                   const RecentCloses& after, const Observers& observers);
+  bool tellChanges(const String& code, const SharePriceCache::Closes& changed, const Observers& observers);
+  bool isHistoryWanted(const String& code, const Observers& observers);
   template <class Tell>
   bool tellObservers(const Observers& observers, Tell tell);
   template <class Work>
@@ -115,7 +116,6 @@ private:
   template <class Step>
   bool attempt(const String& code, PassFailures& failures, Step step);
 
-  RecentCloses recentCloses(const String& code, const Date& today) const;
   bool isObserving(const PricesObserver* observer) const;
   bool historicalCheckIsDue();
   void scheduleHistoricalCheck();

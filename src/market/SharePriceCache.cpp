@@ -68,12 +68,13 @@ CacheFile readCacheFile(const String& path) {
   for (std::size_t i = 0; i < numRows; ++i) {
     const auto& row = static_cast<const XMLShareValue&>(document.subElement(u"Values", i));
     const Date day = row.date();
-    if (day > today) // of a clock that was ahead
+    const PriceOrigin origin = originOf(row);
+    // Of a clock that was ahead. It may as well be slow now, and what was typed can't be fetched again.
+    if (day > today && origin != PriceOrigin::Typed)
       file.share.modified = true;
     else
-      file.share.values.emplace_hint(
-          file.share.values.end(), day,
-          ShareValue{row.close(), row.high(), row.low(), row.volume(), originOf(row)});
+      file.share.values.emplace_hint(file.share.values.end(), day,
+                                     ShareValue{row.close(), row.high(), row.low(), row.volume(), origin});
   }
   if (isOldDelistedMark(file.share.values)) {
     file.share.values.clear();

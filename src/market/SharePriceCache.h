@@ -26,7 +26,7 @@ struct KnownClose {
 /// the code begins empty, and nothing is written over the file.
 ///
 /// No price of a day after the real today is taken, and those in a file, of a clock that was ahead, are
-/// dropped when it is read.
+/// dropped when it is read, but for typed ones.
 class SharePriceCache {
 public:
   using Rows = std::map<Date, ShareValue>;

@@ -281,16 +281,21 @@ TallymoorInternet::RecentHistory TallymoorInternet::fetchRecentHistory(const Str
   {
     const BigMutexLock lock;
     source = dataSource(u"historicalPrice");
-    recent.range = rangeAround(Date(), true);
+    recent.range = recentRange();
   }
   recent.rows = source->history(code, recent.range);
   return recent;
 }
 
-void TallymoorInternet::storeHistory(const String& code, const RecentHistory& recent) {
+HistoryRange TallymoorInternet::recentRange() const {
+  const BigMutexLock lock;
+  return rangeAround(Date(), true);
+}
+
+SharePriceCache::Closes TallymoorInternet::storeHistory(const String& code, const RecentHistory& recent) {
   const BigMutexLock lock;
   m_failures.forgetFailuresOn(code, recent.range.end);
-  keepHistory(code, recent.rows, recent.range);
+  return keepHistory(code, recent.rows, recent.range);
 }
 
 void TallymoorInternet::forgetFailures() {
@@ -301,13 +306,17 @@ void TallymoorInternet::forgetFailures() {
   codesAskedForNames().clear();
 }
 
-void TallymoorInternet::keepHistory(const String& code, const SharePriceCache::Rows& fetched,
-                                    const HistoryRange& range) {
+/// The days whose close is new or another one, without those that show as zero.
+SharePriceCache::Closes TallymoorInternet::keepHistory(const String& code,
+                                                       const SharePriceCache::Rows& fetched,
+                                                       const HistoryRange& range) {
   if (!hasAnsweredFor(code, range.start) || !hasAnsweredFor(code, range.end))
     m_answered[code].push_back(range);
-  for (const auto& [day, close] : m_cache.merge(code, fetched, range))
-    if (!showsAsZero(close))
-      m_updater.tellRecords(code, day, close);
+  SharePriceCache::Closes changed = m_cache.merge(code, fetched, range);
+  std::erase_if(changed, [](const auto& item) { return showsAsZero(item.second); });
+  for (const auto& [day, close] : changed)
+    m_updater.tellRecords(code, day, close);
+  return changed;
 }
 
 double TallymoorInternet::getCachedPrice(const String& code, const Date& date, int column) {

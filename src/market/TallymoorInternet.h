@@ -87,8 +87,10 @@ public:
   };
   /// For a thread that does not hold the big mutex, which is taken only to begin; throws as historicalPrice.
   RecentHistory fetchRecentHistory(const String& code) const;
-  /// Keeps what the last operation has fetched.
-  void storeHistory(const String& code, const RecentHistory& recent);
+  /// The days that it asks for.
+  HistoryRange recentRange() const;
+  /// Keeps what fetchRecentHistory has fetched. The days whose close is new or another one.
+  SharePriceCache::Closes storeHistory(const String& code, const RecentHistory& recent);
 
   /// What could not be fetched is remembered for the run, by code and days, and not asked for again; nor is
   /// the user (see FetchQuestions). From here on everything is tried afresh. Going online does this, too.
@@ -174,7 +176,8 @@ private:
   void fetchDay(const String& code, const Date& date, bool upTo);
   std::optional<Date> fetchRange(const String& code, const Date& date, bool upTo);
   bool wantsAnotherTry(const String& code, const HistoryFailures::Failure& failure);
-  void keepHistory(const String& code, const SharePriceCache::Rows& fetched, const HistoryRange& range);
+  SharePriceCache::Closes keepHistory(const String& code, const SharePriceCache::Rows& fetched,
+                                      const HistoryRange& range);
   std::optional<Date> lastMissingDay(const String& code, const Date& first, const Date& last);
   void fetchMissingDays(const String& code, const Date& first, const Date& last);
   bool wantsRetry(const String& question);

@@ -167,9 +167,10 @@ long TallymoorWindow::onCheckUpdates(FXObject*, FXSelector, void*) {
 }
 
 long TallymoorWindow::onRefreshPrices(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"TallymoorWindow::onRefreshPrices failed.", [] {
+  return guardedHandler(u"TallymoorWindow::onRefreshPrices failed.", [this] {
     TallymoorInternet::Instance().forgetFailures();
     TallymoorInternet::Instance().priceUpdater().wakeUp();
+    refreshViews(false); // days that are provisional, whose prices may be had now
   });
 }
 

@@ -9,8 +9,8 @@ public:
   bool question(const String&) override { return false; }
 };
 
-/// A portfolio over days on which prices are and are not available from a real source. The program was last used
-/// on Thursday 26 February at noon, when the stock stood at 21.
+/// A portfolio over days on which prices are and are not available from a real source. The program was last
+/// used on Thursday 26 February at noon, when the stock stood at 21.
 class ProvisionalDaysTest : public CapitalRecordTest {
 protected:
   ProvisionalDaysTest() {
@@ -40,6 +40,7 @@ protected:
     if (online)
       goOnline();
     m_user = std::make_unique<SharePortfolioUser>(m_portfolio);
+    m_fetchesBefore = m_market.requested(MarketFixture::Page::History).size();
   }
   /// What the source has by Monday.
   void closeTheWeek(double friday = 23) {
@@ -56,7 +57,10 @@ protected:
     return texts;
   }
   using Texts = std::vector<String>;
+  /// Pages of past prices since the restart.
+  std::size_t fetches() { return m_market.requested(MarketFixture::Page::History).size() - m_fetchesBefore; }
 
+  std::size_t m_fetchesBefore = 0;
   const Date m_thursday{2026, 2, 26};
   const Date m_friday{2026, 2, 27};
   const Date m_monday{2026, 3, 2};
@@ -149,8 +153,7 @@ TEST_F(ProvisionalDaysTest, ASplitThatCameMeanwhileIsAskedOnceTheClosesAreThere)
   m_interaction.answerRatio(2);
   update();
   ASSERT_EQ(m_interaction.calls(Kind::AskRatio).size(), 1u);
-  EXPECT_TRUE(
-      m_interaction.calls(Kind::AskRatio)[0].text.contains(m_friday.toString(DATE_DISPLAY_LOCAL)));
+  EXPECT_TRUE(m_interaction.calls(Kind::AskRatio)[0].text.contains(m_friday.toString(DATE_DISPLAY_LOCAL)));
   EXPECT_EQ(shares(m_thursday, Date(2026, 2, 28)),
             (Texts{u"100.00 x 22.00", u"200.00 x 11.00", u"200.00 x 11.00"}));
 }
@@ -162,6 +165,62 @@ TEST_F(ProvisionalDaysTest, ALivePriceEndsTheStandInOfToday) {
   EXPECT_EQ(shares(m_monday, m_monday), Texts{u"100.00 x 24.00"});
   record().historicalPriceChanged(u"ABC.AX", m_friday, 23);
   EXPECT_EQ(shares(m_friday, m_friday), Texts{u"100.00 x 23.00"});
+}
+
+/// As a view is told of prices.
+class NotingView : public PriceUpdater::PricesObserver {
+public:
+  void currentPriceUpdated(const String&, double) override {}
+  void historicalPriceChanged(const String&, const Date& date, double) override { days.insert(date); }
+  std::set<Date> days;
+};
+
+TEST_F(ProvisionalDaysTest, APassOfTheUpdaterFetchesWhatIsMissingAndTellsTheViews) {
+  restart(Date(2026, 3, 12), false); // longer ago than a week
+  update();
+  EXPECT_TRUE(record().isProvisional(m_friday));
+  m_market.setHistory(u"ABC.AX", m_thursday, Date(2026, 3, 12), 22);
+  goOnline();
+  gateway().priceUpdater().addCode(u"ABC.AX");
+  NotingView view;
+  gateway().priceUpdater().addObserver(&view);
+  gateway().priceUpdater().runPass();
+  gateway().priceUpdater().removeObserver(&view);
+  EXPECT_EQ(fetches(), 1u);
+  for (Date day = m_friday; day <= Date(2026, 3, 12); day.addDays(1)) {
+    EXPECT_FALSE(record().isProvisional(day)) << day.toString(DATE_DISPLAY_DMY).toUTF8();
+    EXPECT_EQ(view.days.count(day), 1u) << day.toString(DATE_DISPLAY_DMY).toUTF8();
+  }
+  EXPECT_EQ(textValue(record().dayCapFor(m_friday).subElement(u"ShareVals"), u"Price"), String(u"22.00"));
+  gateway().priceUpdater().runPass();
+  EXPECT_EQ(fetches(), 1u) << "nothing is missing any more";
+}
+
+TEST_F(ProvisionalDaysTest, APassDoesNotAskAgainForWhatTheSourceHasNot) {
+  m_market.addListing(u"NEW.AX", u"new", u"Australia");
+  m_market.setCurrentPrice(u"NEW.AX", 5);
+  user().addBuyEvent(u"NEW.AX", m_thursday, 10, 3, 0, u"");
+  restart(m_monday, false);
+  update();
+  EXPECT_TRUE(record().isProvisional(m_friday));
+  m_market.setDay(u"NEW.AX", m_monday, 5);
+  goOnline();
+  gateway().priceUpdater().addCode(u"NEW.AX");
+  for (int pass = 0; pass < 3; ++pass)
+    gateway().priceUpdater().runPass();
+  EXPECT_EQ(fetches(), 1u);
+}
+
+TEST_F(ProvisionalDaysTest, APassWhoseSourceDoesNotAnswerForACodeAsksForNoCloses) {
+  restart(m_monday, false);
+  update();
+  closeTheWeek();
+  goOnline();
+  gateway().priceUpdater().addCode(u"ABC.AX");
+  m_market.answerWith(MarketFixture::Page::Quote, "<html><body><form>Please log in</form></body></html>");
+  gateway().priceUpdater().runPass();
+  EXPECT_EQ(fetches(), 0u);
+  EXPECT_TRUE(record().isProvisional(m_friday));
 }
 
 TEST_F(ProvisionalDaysTest, AStockWithoutAnyPriceCountsAtItsPurchaseUntilItsPriceComes) {
@@ -197,6 +256,16 @@ TEST_F(ProvisionalDaysTest, NoDayOfTheFutureIsKeptInTheCacheOfAClockThatWasAhead
   EXPECT_FALSE(record().hasDayCap(Date(2026, 2, 28)));
   EXPECT_FALSE(gateway().hasCachedPrice(u"ABC.AX", Date(2026, 2, 28)));
   EXPECT_TRUE(gateway().hasCachedPrice(u"ABC.AX", m_friday));
+}
+
+TEST_F(ProvisionalDaysTest, ATypedPriceOutlivesAClockThatIsSlow) {
+  restart(Date(2026, 3, 20), false);
+  gateway().setCachedPrice(u"ABC.AX", Date(2026, 3, 20), 35);
+  restart(m_friday, false);
+  gateway().setCachedPrice(u"ABC.AX", m_friday, 30); // the file is written again
+  restart(Date(2026, 3, 20), false);
+  update();
+  EXPECT_EQ(shares(Date(2026, 3, 20), Date(2026, 3, 20)), Texts{u"100.00 x 35.00"});
 }
 
 } // namespace

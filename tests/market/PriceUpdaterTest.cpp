@@ -315,11 +315,11 @@ TEST_F(PriceUpdaterTest, TheHoursBetweenChecksAreASetting) {
   EXPECT_EQ(m_market.requested(Page::History).size(), 2u);
 }
 
-TEST_F(PriceUpdaterTest, ChangedClosesOfTheWeekAreTold) {
+TEST_F(PriceUpdaterTest, ChangedClosesAreToldTheLatestFirst) {
   m_market.setHistory(m_code, Date(2006, 11, 1), Date(2006, 11, 14), 1.5);
   gateway().historicalPrice(m_code, m_today, true);
   watch(m_code, 1.75);
-  // The exchange corrects the Monday, and a day that is too long ago to be told; today's own close is out,
+  // The exchange corrects the Monday, and a day before the last week; today's own close is out,
   // too.
   m_market.setDay(m_code, Date(2006, 11, 13), 1.25);
   m_market.setDay(m_code, Date(2006, 11, 8), 1.25);
@@ -328,7 +328,8 @@ TEST_F(PriceUpdaterTest, ChangedClosesOfTheWeekAreTold) {
   m_clock->tick += 8 * HOUR + 1;
   runPass();
   EXPECT_EQ(observer.heard(), (std::vector<String>{u"price ABC.AX 1.7500", u"close ABC.AX 15/11/2006 2.0000",
-                                                   u"close ABC.AX 13/11/2006 1.2500", u"finished"}));
+                                                   u"close ABC.AX 13/11/2006 1.2500",
+                                                   u"close ABC.AX 8/11/2006 1.2500", u"finished"}));
   EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, Date(2006, 11, 8), 0), 1.25);
 }
 

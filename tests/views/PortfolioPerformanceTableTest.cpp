@@ -360,6 +360,29 @@ TEST_F(PortfolioPerformanceTableTest, CorrectedCloseRefreshesTheRowsFromItsDayOn
   EXPECT_EQ("4.76%", cellText(table(), 0, u"1 Month"));
 }
 
+TEST_F(PortfolioPerformanceTableTest, DaysOfStandInPricesBearAStarUntilTheirPricesCome) {
+  SharePortfolioUser& user = addPortfolio(u"Trading", 2000.0, Date(2026, 1, 2));
+  market().setHistory(u"AAA.AX", Date(2026, 1, 1), Date(2026, 2, 25), 10.0);
+  user.buyShares(u"AAA.AX", Date(2026, 2, 2), 100, 10.0, 0.0, String());
+  TallymoorInternet::Instance().historicalPrice(u"AAA.AX", Date(2026, 2, 25), true);
+  TallymoorInternet::Instance().goOffline();
+  showTree();
+  const std::vector<std::string> marked{"$2,000.00 *", "$2,000.00 *", "$2,000.00"};
+  EXPECT_EQ(marked, column(table(), u"Total Capital"));
+  EXPECT_EQ(marked, column(totalTable(), u"Total Capital"));
+  EXPECT_EQ("$2,000.00", figure(node(u"Trading"), "Total Capital")) << "only the table bears the mark";
+
+  market().setHistory(u"AAA.AX", Date(2026, 2, 26), Date(2026, 3, 2), 11.0);
+  market().setCurrentPrice(u"AAA.AX", 12.0);
+  ASSERT_TRUE(TallymoorInternet::Instance().reconnect());
+  TallymoorInternet::Instance().pauseUpdates();
+  runPass();
+  const std::vector<std::string> settled{"$2,200.00", "$2,100.00", "$2,000.00"};
+  EXPECT_EQ(settled, column(table(), u"Total Capital"));
+  EXPECT_EQ(settled, column(totalTable(), u"Total Capital"));
+  EXPECT_EQ("$2,200.00", figure(node(u"Trading"), "Total Capital"));
+}
+
 TEST_F(PortfolioPerformanceTableTest, OtherCodesRefreshNothing) {
   addGrowing();
   showTree();
