@@ -1,5 +1,8 @@
 #include "ViewsTest.h"
 #include "foundation/LengthyFunctions.h"
+#include "views/HeldShareCells.h"
+#include "views/PerformanceView.h"
+#include "views/PortfolioPerformanceTable.h"
 #include "views/SummaryFrame.h"
 
 using namespace Tallymoor;
@@ -79,6 +82,36 @@ TEST_F(TotalCapTreeItemTest, SumsAreToTheCent) {
   EXPECT_EQ("$16,777,217.01", figure(root(), "Capital in A"));
   EXPECT_EQ("$16,777,218.01", figure(root(), "Total Capital"));
   EXPECT_THAT(labels(*root().page()), testing::Contains("100.00%"));
+}
+
+TEST_F(TotalCapTreeItemTest, FractionsOfCentsAddUpToTheSameFigureEverywhere) {
+  buy(addPortfolio(u"Half", 1000.0), u"HLF.AX", 100000, 0.005);
+  // More cents than 32 bits hold, from two stocks whose prices are no whole cents.
+  SharePortfolioUser& large = addPortfolio(u"Large", 60000000.0);
+  buy(large, u"AAA.AX", 5000000000, 0.0055);
+  buy(large, u"BBB.AX", 333333, 0.0035);
+  showTree();
+  const auto expectFigures = [this] {
+    for (const auto& [name, shares, capital] : {std::tuple{u"Half", "$500.00", "$1,000.00"},
+                                                std::tuple{u"Large", "$27,501,166.67", "$60,000,000.00"}}) {
+      SCOPED_TRACE(shares);
+      EXPECT_EQ(shares, figure(node(name), "Capital in shares"));
+      EXPECT_EQ(shares, total(held(name), &HeldShareCells::currentValue));
+      EXPECT_EQ(capital, figure(node(name), "Total Capital"));
+      EXPECT_EQ(capital, figure(root(), "Capital in " + String(name).toUTF8()));
+      EXPECT_EQ(capital, cellText(node(name).performance()->table(), 0, u"Total Capital"));
+    }
+    EXPECT_EQ("$60,001,000.00", figure(root(), "Total Capital"));
+    EXPECT_EQ("$60,001,000.00", cellText(root().performance()->table(), 0, u"Total Capital"));
+  };
+  expectFigures();
+  viewDate(Date(2026, 2, 27));
+  expectFigures();
+  viewDate(Date(2026, 3, 2));
+  Date::clearFixedDate();
+  tree().updateItems();
+  runPass();
+  expectFigures();
 }
 
 TEST_F(TotalCapTreeItemTest, RowsComeWhenPricesMakeTheTotalPositive) {
