@@ -62,16 +62,20 @@ StopRequest::~StopRequest() {
 bool StopRequest::isWanted() {
   if (std::this_thread::get_id() != m_thread)
     return false;
-  if (m_wanted || EndingSignalsNoted::hasCome())
+  if (wasWanted())
     return true;
   const auto now = std::chrono::steady_clock::now();
   if (now < m_nextLook)
     return false;
   m_nextLook = now + BETWEEN_LOOKS;
-  m_wanted = isInEvents();
-  if (m_wanted)
-    m_app->addTimeout(this, ID_LOOP, 0);
+  if (isInEvents())
+    want();
   return m_wanted;
+}
+
+void StopRequest::want() {
+  m_wanted = true;
+  m_app->addTimeout(this, ID_LOOP, 0);
 }
 
 bool StopRequest::isInEvents() {

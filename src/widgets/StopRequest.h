@@ -23,6 +23,10 @@ public:
   /// True from the request on until the toolkit's loop has its turn; after an ending signal until the end has
   /// begun. May be asked often: it looks at the events a few times a second.
   bool isWanted();
+  /// Without another look at the events.
+  bool wasWanted() const { return m_wanted || EndingSignalsNoted::hasCome(); }
+  /// The user has said so in another way.
+  void want();
   /// The progress dialog that is open now, not owned; null for none.
   void setProgress(const ProgressDialog* dialog) { m_progress = dialog; }
 

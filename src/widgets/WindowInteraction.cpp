@@ -126,10 +126,16 @@ bool WindowInteraction::runLengthy(const String& caption, const String& heading,
     work.runLengthyFunction(unseen, argument);
     return true;
   }
+  // Of a handler that was cancelled the next view would begin anew.
+  if (m_stopRequest->wasWanted())
+    return false;
   ProgressDialog dialog(ownerOfNextWindow(), caption, heading, steps,
                         ProgressDialog::PERCENT_BAR | ProgressDialog::CAN_CANCEL);
   const ProgressKnown known(*m_stopRequest, dialog);
-  return dialog.run(work, argument);
+  const bool finished = dialog.run(work, argument);
+  if (!finished)
+    m_stopRequest->want();
+  return finished;
 }
 
 } // namespace Tallymoor

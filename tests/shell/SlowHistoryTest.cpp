@@ -2,6 +2,7 @@
 #include "foundation/Constants.h"
 #include "market/LocatorSet.h"
 #include "support/LoopbackPeer.h"
+#include "support/TestHttpServer.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/TotalCapTreeItem.h"
 #include <X11/Xlib.h>
