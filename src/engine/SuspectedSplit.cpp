@@ -91,7 +91,7 @@ std::vector<std::int32_t> SuspectedSplit::ask(const String& code, const Date& da
   const String remark = merge ? u"  (shares before : shares after)" : u"  (shares after : shares before)";
   const auto answer =
       UserInteraction::Instance().askRatio(title, question(code, date), remark, LARGEST_NUMBER, m_proposed);
-  if (!answer || answer->first == answer->second)
+  if (!answer)
     return {merge ? -1 : 1};
   return factorsOf(merge ? WholeRatio{answer->second, answer->first} : *answer);
 }

@@ -76,7 +76,7 @@ void CashReserveTreeItem::checkDates() const {
   const XMLElement& reserve = portfolio().portfolio().subElement(u"CashReserve");
   for (std::size_t i = 0; i < reserve.numSubElements(u"CashEvents"); ++i) {
     const XMLElement& event = reserve.subElement(u"CashEvents", i);
-    if (dateValue(event, u"Date") > today)
+    if (dateValue(event, u"Date") > today && !isSetAside(event, u"Date")) // which has been told of
       tellOfWrongDate(portfolio(), u"cash transaction", textValue(event, u"Description"), u"in the future");
   }
 }

@@ -1,5 +1,6 @@
 #include "views/DividendsTreeItem.h"
 #include "engine/SharePortfolioUser.h"
+#include "engine/UnreadableDates.h"
 #include "views/DividendCells.h"
 #include "views/DividendsTable.h"
 #include "views/EventDates.h"
@@ -41,7 +42,7 @@ void DividendsTreeItem::checkDates() const {
   const XMLElement& dividends = portfolio().portfolio().subElement(u"Dividends");
   for (std::size_t i = 0; i < dividends.numSubElements(u"DividendEvents"); ++i) {
     const XMLElement& dividend = dividends.subElement(u"DividendEvents", i);
-    if (dateValue(dividend, u"ReceiveDate") > today)
+    if (dateValue(dividend, u"ReceiveDate") > today && !isSetAside(dividend, u"ReceiveDate"))
       tellOfWrongDate(portfolio(), u"dividend for ", textValue(dividend, u"Code"), u"in the future");
   }
 }

@@ -1,5 +1,6 @@
 #include "views/SharesSoldTreeItem.h"
 #include "engine/SharePortfolioUser.h"
+#include "engine/UnreadableDates.h"
 #include "views/EventDates.h"
 #include "views/NodeIcons.h"
 #include "views/SharePortfolioTreeItem.h"
@@ -37,6 +38,8 @@ void SharesSoldTreeItem::checkDates() const {
     const String& code = textValue(stock, u"Code");
     for (std::size_t j = 0; j < stock.numSubElements(u"SellEvents"); ++j) {
       const XMLElement& sale = stock.subElement(u"SellEvents", j);
+      if (isSetAside(sale, u"SellDate"))
+        continue;
       const Date bought = dateValue(sale, u"BuyDate");
       const Date sold = dateValue(sale, u"SellDate");
       if (bought > today)

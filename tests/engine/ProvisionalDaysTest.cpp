@@ -196,6 +196,23 @@ TEST_F(ProvisionalDaysTest, APassOfTheUpdaterFetchesWhatIsMissingAndTellsTheView
   EXPECT_EQ(fetches(), 1u) << "nothing is missing any more";
 }
 
+TEST_F(ProvisionalDaysTest, APassAsksOnceForWhatOnePageOfTheSourceReaches) {
+  const Date later(2026, 4, 20);
+  m_market.setMaxEntries(10);
+  restart(later, false);
+  update();
+  m_market.setHistory(u"ABC.AX", m_thursday, later, 22);
+  goOnline();
+  gateway().priceUpdater().addCode(u"ABC.AX");
+  for (int pass = 0; pass < 3; ++pass)
+    gateway().priceUpdater().runPass();
+  EXPECT_EQ(fetches(), 1u);
+  EXPECT_FALSE(record().isProvisional(later.plusDays(-3)));
+  EXPECT_TRUE(record().isProvisional(m_friday)) << "too long ago for that";
+  update();
+  EXPECT_FALSE(record().isProvisional(m_friday));
+}
+
 TEST_F(ProvisionalDaysTest, APassDoesNotAskAgainForWhatTheSourceHasNot) {
   m_market.addListing(u"NEW.AX", u"new", u"Australia");
   m_market.setCurrentPrice(u"NEW.AX", 5);

@@ -303,7 +303,7 @@ TEST_F(SellSharesPanelTest, TheTotalIsWhatIsRecordedWhereAMergeHasLeftAFraction)
   m_panel->reset();
   choose(*m_panel, "MRG.AX");
   set("Share price", "31");
-  set("Brokerage", "0");
+  set("Brokerage paid", "0");
   EXPECT_EQ("33.33", shown("Number sold"));
   EXPECT_EQ("1033.33", shown("Total received"));
   user().sellShares(u"MRG.AX", Date(), 33.33, 31.0, 0.0, true, String());

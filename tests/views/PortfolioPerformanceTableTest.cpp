@@ -374,6 +374,7 @@ TEST_F(PortfolioPerformanceTableTest, DaysOfStandInPricesBearAStarUntilTheirPric
 
   market().setHistory(u"AAA.AX", Date(2026, 2, 26), Date(2026, 3, 2), 11.0);
   market().setCurrentPrice(u"AAA.AX", 12.0);
+  market().addListing(u"TEST", u"test", u"Australia"); // what is searched for to try a connection
   ASSERT_TRUE(TallymoorInternet::Instance().reconnect());
   TallymoorInternet::Instance().pauseUpdates();
   runPass();

@@ -46,17 +46,17 @@ TEST_F(GetRatioDialogTest, GivesTheTypedNumbersWithinTheLimits) {
 }
 
 TEST_F(GetRatioDialogTest, NeitherNumberMayBeEmpty) {
-  for (const std::size_t place : {0, 1})
+  for (const std::size_t place : {0, 1}) {
     whenModal("Ratio", [this, place](FXWindow& form) {
       type(number(form, place), "");
       answer(" You must enter a value.", "OK");
       press(form, "OK");
       type(number(form, place), "3");
       press(form, "OK");
-      EXPECT_EQ(place == 0 ? (WholeRatio{3, 2}) : (WholeRatio{3, 3}), dialog().ratio());
     });
-  EXPECT_EQ(1u, dialog().execute());
-  EXPECT_EQ(1u, dialog().execute());
+    EXPECT_EQ(1u, dialog().execute());
+    EXPECT_EQ(place == 0 ? (WholeRatio{3, 2}) : (WholeRatio{3, 3}), dialog().ratio());
+  }
   EXPECT_EQ(2u, boxes().size());
 }
 
