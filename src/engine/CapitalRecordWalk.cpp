@@ -76,13 +76,10 @@ void CapitalRecordWalk::readSoldShares() {
 }
 
 CapitalRecordWalk::Stock& CapitalRecordWalk::stockOf(const String& code) {
-  const auto known = std::find_if(m_stocks.begin(), m_stocks.end(),
-                                  [&code](const Stock& stock) { return stock.code == code; });
-  if (known != m_stocks.end())
-    return *known;
-  m_stocks.emplace_back();
-  m_stocks.back().code = code;
-  return m_stocks.back();
+  const auto [place, isNew] = m_places.try_emplace(code, m_stocks.size());
+  if (isNew)
+    m_stocks.emplace_back().code = code;
+  return m_stocks[place->second];
 }
 
 void CapitalRecordWalk::addParcel(const String& code, const Parcel& parcel) {
@@ -212,18 +209,19 @@ const std::vector<CapitalRecordWalk::Holding>* CapitalRecordWalk::holdings(const
   return &m_holdings;
 }
 
-bool CapitalRecordWalk::checkForSplits(const Date& day) {
+CapitalRecordWalk::SplitCheck CapitalRecordWalk::checkForSplits(const Date& day) {
   advanceTo(day);
-  bool adjusted = false;
+  SplitCheck check;
   for (std::size_t place : m_held) {
     try {
-      adjusted |= m_portfolio.checkPriceForSplit(m_stocks[place].code, day).adjusted;
+      check.adjusted |= m_portfolio.checkPriceForSplit(m_stocks[place].code, day).adjusted;
     } catch (const Exception&) {
       // A day that is already recorded stays; a stock that is still held fails again where its next day is
       // computed.
+      check.complete = false;
     }
   }
-  return adjusted;
+  return check;
 }
 
 } // namespace Tallymoor

@@ -4,6 +4,7 @@
 #include "foundation/String.h"
 #include <cstddef>
 #include <limits>
+#include <map>
 #include <vector>
 
 namespace Tallymoor {
@@ -45,9 +46,12 @@ public:
   /// tells of codes whose history is yet to be fetched. Null when the user has cancelled, or the program is
   /// to end. Throws Exception when a price is unavailable.
   const std::vector<Holding>* holdings(const Date& day, Progress* progress);
-  /// Asks about the splits of the stocks held on the day and does nothing else; true when an answer was
-  /// recorded.
-  bool checkForSplits(const Date& day);
+  struct SplitCheck {
+    bool adjusted = false; ///< an answer was recorded
+    bool complete = true;  ///< false when some stock had no price to be looked at
+  };
+  /// Asks about the splits of the stocks held on the day and does nothing else.
+  SplitCheck checkForSplits(const Date& day);
 
 private:
   struct CashEvent {
@@ -96,8 +100,9 @@ private:
   std::vector<Date> m_cashDays;  ///< days with cash events, rising, each once
   std::size_t m_nextCashDay = 0;
   String m_cashTotal;
-  std::vector<Stock> m_stocks;   ///< in the order of the records
-  std::vector<Change> m_changes; ///< by day
+  std::map<String, std::size_t> m_places; ///< of the stocks, by code
+  std::vector<Stock> m_stocks;            ///< in the order of the records
+  std::vector<Change> m_changes;          ///< by day
   std::size_t m_nextChange = 0;
   std::size_t m_parcelCount = 0;
   std::vector<std::size_t> m_held; ///< stocks held on the day of the walk, in the order of their first parcel

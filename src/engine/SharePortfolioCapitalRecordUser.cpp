@@ -90,6 +90,8 @@ void SharePortfolioCapitalRecordUser::load() {
 
 void SharePortfolioCapitalRecordUser::indexDays() {
   m_dayCaps.clear();
+  m_lookUps.clear();
+  m_splitLook.reset();
   m_unsettled.clear();
   const std::size_t count = m_record->numSubElements(u"DayCaps");
   for (std::size_t i = 0; i < count; ++i) {
@@ -108,6 +110,8 @@ void SharePortfolioCapitalRecordUser::indexDays() {
 
 void SharePortfolioCapitalRecordUser::startAgain() {
   m_dayCaps.clear();
+  m_lookUps.clear();
+  m_splitLook.reset();
   m_unsettled.clear();
   m_record->reset();
   m_record->subElement(u"Name").setValue(m_name);
@@ -157,6 +161,9 @@ void SharePortfolioCapitalRecordUser::dropFrom(DayCaps::iterator first) {
     return;
   m_modified = true;
   forgetUnsettledFrom(first->first);
+  m_lookUps.erase(m_lookUps.lower_bound(first->first), m_lookUps.end());
+  if (m_splitLook && m_splitLook->day >= first->first)
+    m_splitLook.reset();
   if (first == m_dayCaps.begin()) {
     startAgain();
     return;
@@ -219,9 +226,14 @@ void SharePortfolioCapitalRecordUser::checkLastDayForSplits(SharePortfolioUser& 
   if (m_dayCaps.empty())
     return;
   // A price that came in during the day replaced the day's without a question, since none may be asked then.
-  const Date lastDay = m_dayCaps.rbegin()->first;
-  if (CapitalRecordWalk(portfolio).checkForSplits(lastDay))
-    recordsChangedFrom(lastDay);
+  const SplitLook look{m_dayCaps.rbegin()->first, splitRatioDetect, reverseSplitRatioDetect};
+  if (m_splitLook == look)
+    return;
+  const CapitalRecordWalk::SplitCheck found = CapitalRecordWalk(portfolio).checkForSplits(look.day);
+  if (found.adjusted)
+    recordsChangedFrom(look.day);
+  else if (found.complete)
+    m_splitLook = look;
 }
 
 void SharePortfolioCapitalRecordUser::updateTo(SharePortfolioUser& portfolio, Progress* progress) {
@@ -257,6 +269,7 @@ bool SharePortfolioCapitalRecordUser::computeDay(CapitalRecordWalk& walk, const 
     dayCap.addSubElement(new XMLConstant, u"CashInjected").setValue(injected);
   for (const CapitalRecordWalk::Holding& holding : *holdings)
     noteStanding(addShareVal(dayCap, holding), holding.code, day, holding.standing);
+  m_lookUps.erase(day);
   return !progress || !progress->isCancelled();
 }
 
@@ -282,12 +295,16 @@ double SharePortfolioCapitalRecordUser::capitalOn(const Date& date) const {
 
 double SharePortfolioCapitalRecordUser::sharesValueOn(const Date& date) const {
   const XMLElement& dayCap = dayCapFor(date);
+  std::optional<double>& known = m_lookUps[date].sharesValue;
+  if (known)
+    return *known;
   double value = 0.0;
   const std::size_t count = dayCap.numSubElements(u"ShareVals");
   for (std::size_t i = 0; i < count; ++i) {
     const XMLElement& shareVal = dayCap.subElement(u"ShareVals", i);
     value += doubleValue(shareVal, u"Number") * doubleValue(shareVal, u"Price");
   }
+  known = value;
   return value;
 }
 
@@ -314,9 +331,24 @@ bool SharePortfolioCapitalRecordUser::isProvisional(const Date& date) const {
 }
 
 std::optional<DayPrice> SharePortfolioCapitalRecordUser::priceOn(const String& code, const Date& date) const {
-  const XMLElement* shareVal = shareValOf(code, date);
+  const XMLElement* shareVal = knownShareVal(code, date);
   return shareVal ? std::optional(DayPrice{doubleValue(*shareVal, u"Price"), standingOf(*shareVal)})
                   : std::nullopt;
+}
+
+/// The share values that are asked for day by day, by tables above all, are found without a search.
+const XMLElement* SharePortfolioCapitalRecordUser::knownShareVal(const String& code, const Date& date) const {
+  const auto day = m_dayCaps.find(date);
+  if (day == m_dayCaps.end())
+    return nullptr;
+  auto& shareVals = m_lookUps[date].shareVals;
+  if (shareVals.empty())
+    for (std::size_t i = 0; i < day->second->numSubElements(u"ShareVals"); ++i) {
+      const XMLElement& shareVal = day->second->subElement(u"ShareVals", i);
+      shareVals.emplace(textValue(shareVal, u"Code"), &shareVal);
+    }
+  const auto found = shareVals.find(code);
+  return found == shareVals.end() ? nullptr : found->second;
 }
 
 XMLElement* SharePortfolioCapitalRecordUser::shareValOf(const String& code, const Date& date) const {
@@ -359,10 +391,14 @@ void SharePortfolioCapitalRecordUser::historicalPriceChanged(const String& code,
 
 void SharePortfolioCapitalRecordUser::setPrice(const String& code, const Date& date, double price,
                                                PriceStanding standing) {
+  // A jump is one from the day before.
+  if (m_splitLook && (date == m_splitLook->day || date.plusDays(1) == m_splitLook->day))
+    m_splitLook.reset();
   XMLElement* shareVal = shareValOf(code, date);
   if (!shareVal)
     return;
   m_modified = true;
+  m_lookUps.erase(date);
   noteStanding(*shareVal, code, date, standing);
   const String text = recordedPriceText(price);
   if (textValue(*shareVal, u"Price") == text)

@@ -93,6 +93,19 @@ public:
 
 private:
   using DayCaps = std::map<Date, XMLElement*>;
+  /// A day at which all stocks were looked at for splits, by the ratios of the options.
+  struct SplitLook {
+    Date day;
+    double ratio;
+    double reverseRatio;
+    bool operator==(const SplitLook&) const = default;
+  };
+
+  /// What was asked of a day since it last changed. Tables ask the same for each of their rows.
+  struct DayLookUps {
+    std::optional<double> sharesValue;
+    std::map<String, const XMLElement*> shareVals; ///< by code; empty before the first question
+  };
 
   void indexDays();
   void startAgain();
@@ -105,6 +118,7 @@ private:
   void updateTo(SharePortfolioUser& portfolio, Progress* progress);
   bool computeDay(CapitalRecordWalk& walk, const Date& day, Progress* progress);
   void setPrice(const String& code, const Date& date, double price, PriceStanding standing);
+  const XMLElement* knownShareVal(const String& code, const Date& date) const;
   XMLElement* shareValOf(const String& code, const Date& date) const;
   void noteStanding(XMLElement& shareVal, const String& code, const Date& date, PriceStanding standing);
   void recomputeFrom(const Date& date);
@@ -115,12 +129,14 @@ private:
 
   std::unique_ptr<XMLSharePortfolioCapitalRecord> m_record;
   DayCaps m_dayCaps; ///< index of the tree by day; does not own
+  mutable std::map<Date, DayLookUps> m_lookUps;
   String m_fileName;
   String m_name;
   SharePortfolioUser* m_updating = nullptr; ///< set during an update
   bool m_modified = false;
   std::map<String, std::set<Date>> m_unsettled; ///< days on which a stock's price is not final
-  std::optional<Date> m_recomputeFrom;          ///< the earliest day whose price is another one since
+  std::optional<SplitLook> m_splitLook; ///< that of the last day; none once one of its prices is another one
+  std::optional<Date> m_recomputeFrom;  ///< the earliest day whose price is another one since
 };
 
 } // namespace Tallymoor

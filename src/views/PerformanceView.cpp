@@ -1,6 +1,7 @@
 #include "views/PerformanceView.h"
 #include "views/CapitalChart.h"
 #include "views/PortfolioPerformanceTable.h"
+#include <utility>
 
 namespace Tallymoor {
 
@@ -21,14 +22,31 @@ PerformanceView::PerformanceView(FXComposite* page, const Portfolios& portfolios
   m_chart = new CapitalChart(this, portfolios);
 }
 
+PortfolioPerformanceTable& PerformanceView::table() const {
+  if (std::exchange(m_overdue, false))
+    m_table->updateTable();
+  return *m_table;
+}
+
 void PerformanceView::setPortfolios(const Portfolios& portfolios) {
+  m_overdue = false;
   m_table->setPortfolios(portfolios);
   m_chart->setPortfolios(portfolios);
 }
 
 void PerformanceView::update() {
   recalc(); // the bar may have been moved on another page
+  m_overdue = false;
   m_table->updateTable();
+}
+
+void PerformanceView::updateWhenWanted() {
+  m_overdue = true;
+  recordsChanged();
+}
+
+void PerformanceView::recordsChanged() {
+  m_table->recordsChanged();
 }
 
 } // namespace Tallymoor

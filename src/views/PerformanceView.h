@@ -18,12 +18,18 @@ public:
   PerformanceView(FXComposite* page, const Portfolios& portfolios, bool isTotal, const String& tableName,
                   Table::Watcher* watcher);
 
-  PortfolioPerformanceTable& table() const { return *m_table; }
+  /// Up to date, also out of sight.
+  PortfolioPerformanceTable& table() const;
   CapitalChart& chart() const { return *m_chart; }
   /// Shows these from now on: called before one of the old ones ends.
   void setPortfolios(const Portfolios& portfolios);
   /// Fills the table anew, when that is safe, and follows the line of the other pages.
   void update();
+  /// The same for a page out of sight: the table reads nothing until somebody asks for it or the page, which
+  /// updates it, is shown.
+  void updateWhenWanted();
+  /// The portfolios' records change: until it is filled anew the table stays as it is.
+  void recordsChanged();
 
 protected:
   PerformanceView() = default;
@@ -31,6 +37,7 @@ protected:
 private:
   PortfolioPerformanceTable* m_table = nullptr;
   CapitalChart* m_chart = nullptr;
+  mutable bool m_overdue = false; ///< the table is to be filled when it is wanted
 };
 
 } // namespace Tallymoor

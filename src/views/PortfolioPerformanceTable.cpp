@@ -139,8 +139,13 @@ bool PortfolioPerformanceTable::concerns(const String& code) const {
   });
 }
 
-/// The capital of a day counts in the rows that end on it or later.
+/// The capital of a day counts in the rows that end on it or later. Rows that are yet to be made anew don't
+/// say which days there are.
 void PortfolioPerformanceTable::markFrom(const Date& day) {
+  if (hasChangedRecords()) {
+    markAllStale();
+    return;
+  }
   for (const PerformanceRow& row : m_rowData) {
     if (row.end < day)
       return;

@@ -99,7 +99,13 @@ void SharePortfolioTreeItem::update() {
   if (!isSound())
     return;
   makeRecordCurrent();
-  m_performance->update();
+  if (investmentTree()->shownItem() == this) {
+    m_performance->update();
+  } else {
+    m_performance->updateWhenWanted();
+    readIndexFigures();
+    showFigures();
+  }
   // The total above was shown before this portfolio's record was current.
   m_root->tableChanged(false);
 }
@@ -115,6 +121,10 @@ void SharePortfolioTreeItem::tableChanged(bool rebuilt) {
     buildSummary();
     readIndexFigures();
   }
+  showFigures();
+}
+
+void SharePortfolioTreeItem::showFigures() {
   showCapital();
   showGains();
   showTrend();
@@ -246,7 +256,7 @@ void SharePortfolioTreeItem::transactionMade() {
   for (TreeViewItem* child = firstChild(); child; child = child->nextSibling())
     static_cast<PortfolioTableTreeItem*>(child)->recordsChanged();
   if (m_performance)
-    m_performance->table().recordsChanged();
+    m_performance->recordsChanged();
   // The record is made current first: the root adds up all portfolios before their own nodes are reached.
   HandlerScope::whenDone(this, [this] {
     m_root->shareLimitsOfHoldings();

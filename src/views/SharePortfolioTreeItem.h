@@ -47,6 +47,7 @@ public:
   void update() override;
   FXint onRightClick(FXint x, FXint y) override;
   void tableChanged(bool rebuilt) override;
+  void pricesCameUnderRows() override { tableChanged(false); }
 
   void buyShares(const String& code) override;
   void sellShares(const String& code) override;
@@ -92,6 +93,7 @@ private:
 
   void makeChildren();
   void buildSummary();
+  void showFigures();
   void showCapital();
   void showGains();
   void showTrend();

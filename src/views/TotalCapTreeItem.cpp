@@ -139,14 +139,19 @@ bool TotalCapTreeItem::takePortfoliosChanged() {
 void TotalCapTreeItem::transactionMade() {
   m_portfoliosChanged = true;
   if (m_performance)
-    m_performance->table().recordsChanged();
+    m_performance->recordsChanged();
 }
 
 void TotalCapTreeItem::update() {
   if (!isSound())
     return;
   makeRecordsCurrent();
-  m_performance->update();
+  if (investmentTree()->shownItem() == this) {
+    m_performance->update();
+    return;
+  }
+  m_performance->updateWhenWanted();
+  showSummary(false);
 }
 
 FXint TotalCapTreeItem::onLeftClick(FXint x, FXint y) {
@@ -172,6 +177,10 @@ void TotalCapTreeItem::tableChanged(bool rebuilt) {
   // action.
   if (!isSound() || !m_performance || (!rebuilt && !everyRecordIsOfToday()))
     return;
+  showSummary(rebuilt);
+}
+
+void TotalCapTreeItem::showSummary(bool rebuilt) {
   const Totals sums = totals();
   const std::size_t rowsWanted = sums.capital > 0.0 ? portfolioNodes().size() : 0;
   if (rebuilt || m_summaryLabels.size() != rowsWanted)

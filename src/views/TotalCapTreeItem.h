@@ -40,6 +40,7 @@ public:
   /// Deletes the portfolio of that node for good: the node, its records, and the file of its capital record.
   void removeChild(TreeViewItem* child) override;
   void tableChanged(bool rebuilt) override;
+  void pricesCameUnderRows() override { tableChanged(false); }
 
   /// Asks for a name and makes an empty portfolio, whose node is shown.
   void newSharePortfolio();
@@ -96,6 +97,7 @@ private:
   void loadPortfolios(Progress* progress);
   /// Makes the nodes anew and shows what was shown before.
   void reload(const class TreeState& state);
+  void showSummary(bool rebuilt);
   void buildSummary(const Totals& totals);
   void buildPortfolioRows();
   Totals totals() const;

@@ -35,6 +35,8 @@ FXuint layoutOptions(bool fillsParent) {
 
 Table::Watcher::~Watcher() = default;
 
+void Table::Watcher::pricesCameUnderRows() {}
+
 Table::Table(const String& name, FXComposite* parent, bool fillsParent, Watcher* watcher,
              std::int32_t rowCompareType)
     : FXTable(parent, nullptr, ID_TABLE, layoutOptions(fillsParent)), m_name(name), m_choice(name),
@@ -448,20 +450,23 @@ void Table::markRoundFinished() {
 void Table::refreshMarked() {
   // Nothing may be asked of the user because a price came.
   const BackgroundPassScope pass;
-  if (isWorking() || m_recordsChanged || m_wish == Wish::FILL)
+  if (isWorking() || m_wish == Wish::FILL || m_marks.empty())
     return; // the end of the rebuild wakes again
-  const StaleMarks::Taken marks = m_marks.take();
-  if (marks.empty())
-    return;
   try {
-    withUnforeseenFailures([&] {
-      refreshRows(marks);
-      if (m_watcher)
-        m_watcher->tableChanged(false);
-    });
+    withUnforeseenFailures([&] { followMarks(); });
   } catch (const Exception& exception) {
     UserInteraction::Instance().setStatusText(exception.description());
   }
+}
+
+/// Marks of rows over changed records wait for the end of the rebuild, too.
+void Table::followMarks() {
+  if (!m_recordsChanged)
+    refreshRows(m_marks.take());
+  if (m_watcher && m_recordsChanged)
+    m_watcher->pricesCameUnderRows();
+  else if (m_watcher)
+    m_watcher->tableChanged(false);
 }
 
 void Table::refreshRows(const StaleMarks::Taken& marks) {

@@ -38,6 +38,10 @@ public:
     /// True after the table was rebuilt as a whole, false after rows were refreshed or a round of prices has
     /// ended.
     virtual void tableChanged(bool rebuilt) = 0;
+    /// Prices came, or a round of them has ended, while the records under the rows have changed: the rows
+    /// keep what they show until the table is filled anew. For figures that are read from the records and not
+    /// from the rows; nothing here.
+    virtual void pricesCameUnderRows();
   };
 
   /// 88 to 91 with this toolkit; a subclass numbers its own commands from ID_LAST, 92.
@@ -235,6 +239,7 @@ private:
   long openPopupOfCurrentRow();
   void haveCurrentCell();
   void refreshMarked();
+  void followMarks();
   void refreshRows(const StaleMarks::Taken& marks);
 
   String m_name;

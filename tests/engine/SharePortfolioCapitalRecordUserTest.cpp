@@ -405,6 +405,135 @@ TEST_F(CapitalRecordTest, CapitalIsSharesAndCash) {
   EXPECT_DOUBLE_EQ(record().cashOn(m_today), 100);
 }
 
+TEST_F(CapitalRecordTest, WhatIsAskedOfADayAgainFollowsItsChanges) {
+  user().addBuyEvent(u"ABC.AX", Date(2026, 3, 1), 10, 5, 0, u"");
+  setPrices(u"ABC.AX", Date(2026, 2, 28), m_today, 5);
+  setPrices(u"DEF.AX", Date(2026, 2, 28), m_today, 2);
+  update();
+  EXPECT_DOUBLE_EQ(record().sharesValueOn(m_today), 50);
+  EXPECT_DOUBLE_EQ(record().priceOn(u"ABC.AX", m_today)->price, 5);
+  EXPECT_FALSE(record().priceOn(u"DEF.AX", m_today));
+  record().currentPriceUpdated(u"ABC.AX", 6);
+  EXPECT_DOUBLE_EQ(record().sharesValueOn(m_today), 60);
+  EXPECT_DOUBLE_EQ(record().priceOn(u"ABC.AX", m_today)->price, 6);
+  user().addBuyEvent(u"DEF.AX", m_yesterday, 3, 2, 0, u"");
+  EXPECT_FALSE(record().priceOn(u"ABC.AX", m_today));
+  EXPECT_FALSE(messageOf([this] { record().sharesValueOn(m_today); }).empty());
+  update();
+  EXPECT_DOUBLE_EQ(record().sharesValueOn(m_today), 56); // today's price is that of the cache again
+  EXPECT_DOUBLE_EQ(record().priceOn(u"DEF.AX", m_today)->price, 2);
+}
+
+TEST_F(CapitalRecordTest, WhatIsAskedOfADayAgainFollowsEditsSalesAndSplits) {
+  const Date bought(2026, 3, 1);
+  setPrices(u"ABC.AX", Date(2026, 2, 28), m_today, 5);
+  user().buyShares(u"ABC.AX", bought, 10, 5, 0, u"");
+  const auto shares = [this] {
+    update();
+    return record().sharesValueOn(m_today);
+  };
+  EXPECT_DOUBLE_EQ(shares(), 50);
+  std::size_t index = 0;
+  XMLElement& purchase = user().findHeldShare(u"ABC.AX", index)->subElement(u"BuyEvents");
+  user().editBuyEvent(purchase, bought, 8, 5, 0, u"", 50, bought);
+  EXPECT_DOUBLE_EQ(shares(), 40);
+  user().sellShares(u"ABC.AX", m_yesterday, 2, 5, 0, true, u"");
+  EXPECT_DOUBLE_EQ(shares(), 30);
+  EXPECT_TRUE(user().undoSale(sale(u"ABC.AX")));
+  EXPECT_DOUBLE_EQ(shares(), 40);
+  user().recordAdjustment(u"ABC.AX", m_yesterday, 2, false);
+  record().recordsChangedFrom(m_yesterday);
+  EXPECT_DOUBLE_EQ(shares(), 80);
+  EXPECT_DOUBLE_EQ(record().capitalOn(m_today), 40);
+}
+
+TEST_F(CapitalRecordTest, WhatIsAskedOfAPastDayAgainFollowsItsClose) {
+  user().addBuyEvent(u"ABC.AX", Date(2026, 3, 1), 10, 5, 0, u"");
+  setPrices(u"ABC.AX", Date(2026, 2, 28), m_today, 5);
+  update();
+  EXPECT_DOUBLE_EQ(record().sharesValueOn(m_yesterday), 50);
+  EXPECT_DOUBLE_EQ(record().priceOn(u"ABC.AX", m_yesterday)->price, 5);
+  setPrices(u"ABC.AX", m_yesterday, m_yesterday, 6);
+  EXPECT_DOUBLE_EQ(record().sharesValueOn(m_yesterday), 60);
+  EXPECT_DOUBLE_EQ(record().priceOn(u"ABC.AX", m_yesterday)->price, 6);
+  update();
+  EXPECT_DOUBLE_EQ(record().sharesValueOn(m_yesterday), 60);
+  EXPECT_DOUBLE_EQ(record().sharesValueOn(m_today), 50);
+}
+
+TEST_F(CapitalRecordTest, WhatIsAskedOfADayIsThatOfTheViewDateAndOfTodayAgain) {
+  user().addBuyEvent(u"ABC.AX", Date(2026, 3, 1), 10, 5, 0, u"");
+  setPrices(u"ABC.AX", Date(2026, 2, 28), m_yesterday, 5);
+  setPrices(u"ABC.AX", m_today, m_today, 7);
+  update();
+  EXPECT_DOUBLE_EQ(record().sharesValueOn(Date()), 70);
+  Date::setFixedDate(m_yesterday);
+  user().addBuyEvent(u"ABC.AX", m_yesterday, 2, 5, 0, u"");
+  update();
+  EXPECT_DOUBLE_EQ(record().sharesValueOn(Date()), 60);
+  Date::clearFixedDate();
+  update();
+  record().currentPriceUpdated(u"ABC.AX", 8);
+  EXPECT_DOUBLE_EQ(record().sharesValueOn(Date()), 96);
+  EXPECT_DOUBLE_EQ(record().priceOn(u"ABC.AX", Date())->price, 8);
+}
+
+TEST_F(CapitalRecordTest, WhatIsAskedOfAReadRecordIsWhatItHolds) {
+  user().addBuyEvent(u"ABC.AX", m_yesterday, 10, 5, 0, u"");
+  setPrices(u"ABC.AX", Date(2026, 2, 28), m_today, 5);
+  update();
+  record().save();
+  record().currentPriceUpdated(u"ABC.AX", 6);
+  EXPECT_DOUBLE_EQ(record().sharesValueOn(m_today), 60);
+  EXPECT_DOUBLE_EQ(record().priceOn(u"ABC.AX", m_today)->price, 6);
+  record().load();
+  EXPECT_DOUBLE_EQ(record().sharesValueOn(m_today), 50);
+  EXPECT_DOUBLE_EQ(record().priceOn(u"ABC.AX", m_today)->price, 5);
+}
+
+class LastDayTest : public CapitalRecordTest {
+protected:
+  LastDayTest() {
+    user().addBuyEvent(u"ABC.AX", Date(2026, 2, 26), 100, 10, 0, u"");
+    setPrices(u"ABC.AX", Date(2026, 2, 25), m_yesterday.plusDays(-1), 10);
+    setPrices(u"ABC.AX", m_yesterday, m_today, 8);
+    update();
+    changeToday();
+    update(); // has looked at yesterday's prices
+  }
+  /// Yesterday is the last day of the record then.
+  void changeToday() { user().creditCash(m_today, 1, CASH_EVENT_INTEREST, u""); }
+  std::size_t questions() { return m_interaction.calls(Kind::AskWholeNumber).size(); }
+};
+
+TEST_F(LastDayTest, IsLookedAtForASplitAgainWhenItsPriceIsAnotherOne) {
+  EXPECT_EQ(questions(), 0u);
+  changeToday();
+  setPrices(u"ABC.AX", m_yesterday, m_today, 5);
+  m_interaction.answerWholeNumber(2);
+  update();
+  EXPECT_EQ(questions(), 1u);
+  EXPECT_EQ(dayOf(m_yesterday), String(u"2/3/2026 cash 0.00; ABC.AX 200.00 x 5.00"));
+  EXPECT_EQ(dayOf(m_today), String(u"3/3/2026 cash 2.00; ABC.AX 200.00 x 5.00"));
+}
+
+TEST_F(LastDayTest, IsLookedAtForASplitAgainByAnotherRatio) {
+  changeToday();
+  splitRatioDetect = 1.2;
+  m_interaction.answerWholeNumber(std::nullopt);
+  update();
+  EXPECT_EQ(questions(), 1u);
+}
+
+TEST_F(LastDayTest, IsLookedAtForASplitAgainWhenItWasComputedAnew) {
+  user().creditCash(m_yesterday, 1, CASH_EVENT_INTEREST, u"");
+  setPrices(u"ABC.AX", m_yesterday, m_today, 5);
+  m_interaction.answerWholeNumber(2);
+  update();
+  EXPECT_EQ(questions(), 1u);
+  EXPECT_EQ(dayOf(m_yesterday), String(u"2/3/2026 cash 1.00; ABC.AX 200.00 x 5.00"));
+}
+
 TEST_F(CapitalRecordTest, ADayWithoutRecordThrows) {
   const String message = u"SharePortfolioCapitalRecordUser::dayCapFor - doesn't have one for " +
                          m_today.toString(DATE_DISPLAY_LOCAL);
