@@ -154,6 +154,31 @@ TEST_F(StockSearchDialogTest, AClickSelectsTheWholeRow) {
   EXPECT_EQ(String(u"BHPX.SI"), dialog.code());
 }
 
+TEST_F(StockSearchDialogTest, ADoubleClickAcceptsTheRowUnderIt) {
+  StockSearchDialog dialog(&mainWindow(), u"b", true, false);
+  const auto doubleClick = [&](FXint y) {
+    StockSearchTable& table = *dialog.table();
+    FXEvent event{};
+    event.code = event.click_button = LEFTBUTTON;
+    event.win_x = event.click_x = table.getRowHeaderWidth() + 10;
+    event.win_y = event.click_y = y;
+    for (const FXint count : {1, 2}) {
+      event.click_count = count;
+      table.handle(&app(), FXSEL(SEL_LEFTBUTTONPRESS, 0), &event);
+      table.handle(&app(), FXSEL(SEL_LEFTBUTTONRELEASE, 0), &event);
+    }
+  };
+  whenModal("Stock Search", [&](FXWindow& form) {
+    StockSearchTable& table = *dialog.table();
+    const FXint height = table.getRowHeight(0);
+    doubleClick(table.getColumnHeaderHeight() + table.getNumRows() * height + 3);
+    EXPECT_TRUE(form.shown()) << "there is no row";
+    doubleClick(table.getColumnHeaderHeight() + 2 * height + height / 2);
+  });
+  EXPECT_EQ(1u, dialog.execute());
+  EXPECT_EQ(String(u"BHPX.SI"), dialog.code());
+}
+
 TEST_F(StockSearchDialogTest, EnterInTheTableAccepts) {
   StockSearchDialog dialog(&mainWindow(), u"bhp", true, false);
   whenModal("Stock Search", [&](FXWindow& form) { key(form, KEY_Return); });
