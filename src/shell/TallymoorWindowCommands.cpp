@@ -170,7 +170,7 @@ long TallymoorWindow::onRefreshPrices(FXObject*, FXSelector, void*) {
   return guardedHandler(u"TallymoorWindow::onRefreshPrices failed.", [this] {
     TallymoorInternet::Instance().forgetFailures();
     TallymoorInternet::Instance().priceUpdater().wakeUp();
-    refreshViews(false); // days that are provisional, whose prices may be had now
+    refreshViews(false); // days that are provisional, whose prices may be known now
   });
 }
 

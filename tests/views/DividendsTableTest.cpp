@@ -1,4 +1,5 @@
 #include "ViewsTest.h"
+#include "engine/UnreadableDates.h"
 #include "market/StockNames.h"
 #include "views/DividendCells.h"
 
@@ -360,6 +361,15 @@ TEST_F(DividendsTableTest, DatesOfTheFutureAreToldAndTheTableStillBuilds) {
   showTree();
   EXPECT_EQ(1u, boxes().size());
   EXPECT_THAT(rowKeys(table()), ElementsAre("24/02/2026", "02/03/2026", "04/03/2026"));
+}
+
+TEST_F(DividendsTableTest, ADateThatIsSetAsideIsNotToldAgain) {
+  addDividends();
+  event(0).subElement(u"ReceiveDate").setValue(u"some day");
+  ASSERT_EQ(setAsideUnreadableDates(records()).size(), 1u);
+  showTree();
+  EXPECT_TRUE(boxes().empty());
+  EXPECT_TRUE(dividends().isSound());
 }
 
 TEST_F(DividendsTableTest, PriceThatComesUnderTheBoxOfAReloadFindsWhatIsThere) {

@@ -1,4 +1,5 @@
 #include "ViewsTest.h"
+#include "engine/UnreadableDates.h"
 #include "market/StockNames.h"
 #include "views/SoldShareCells.h"
 #include <algorithm>
@@ -404,6 +405,16 @@ TEST_F(SharesSoldTableTest, DatesThatCannotBeRightAreToldAndTheTableStillBuilds)
   showTree();
   EXPECT_EQ(3u, boxes().size());
   EXPECT_THAT(rowKeys(table()), ElementsAre("20/02/2026", "05/03/2026"));
+  EXPECT_TRUE(sold().isSound());
+}
+
+TEST_F(SharesSoldTableTest, DatesThatAreSetAsideAreNotToldAgain) {
+  addSales();
+  sale().subElement(u"BuyDate").setValue(u"some day");
+  sale(1).subElement(u"SellDate").setValue(u"another");
+  ASSERT_EQ(setAsideUnreadableDates(records()).size(), 2u);
+  showTree();
+  EXPECT_TRUE(boxes().empty());
   EXPECT_TRUE(sold().isSound());
 }
 
