@@ -1,4 +1,5 @@
 #include "engine/CapitalRecordWalk.h"
+#include "engine/CashBalance.h"
 #include "engine/PortfolioEvents.h"
 #include "engine/SharePortfolioUser.h"
 #include "foundation/Amounts.h"
@@ -42,9 +43,8 @@ void CapitalRecordWalk::readCash() {
   const std::size_t count = reserve.numSubElements(u"CashEvents");
   for (std::size_t i = 0; i < count; ++i) {
     const XMLElement& event = reserve.subElement(u"CashEvents", i);
-    const std::int32_t type = longValue(event, u"Type");
-    const double value = doubleValue(event, u"Value");
-    m_cash.push_back({dateValue(event, u"Date"), isCreditType(type) ? value : -value, isExternalType(type)});
+    m_cash.push_back(
+        {dateValue(event, u"Date"), signedAmount(event), isExternalType(longValue(event, u"Type"))});
     m_cashDays.push_back(m_cash.back().day);
   }
   std::sort(m_cashDays.begin(), m_cashDays.end());

@@ -11,12 +11,14 @@ double cashBalance(const XMLElement& portfolio, const Date& day) {
   return balance;
 }
 
-double effectOnBalance(const XMLElement& cashEvent, const Date& day) {
-  if (dateValue(cashEvent, u"Date") > day)
-    return 0.0;
+double signedAmount(const XMLElement& cashEvent) {
   const double value = doubleValue(cashEvent, u"Value");
   // What is no credit takes from the balance, an unknown type too.
   return isCreditType(longValue(cashEvent, u"Type")) ? value : -value;
+}
+
+double effectOnBalance(const XMLElement& cashEvent, const Date& day) {
+  return dateValue(cashEvent, u"Date") > day ? 0.0 : signedAmount(cashEvent);
 }
 
 } // namespace Tallymoor

@@ -9,7 +9,10 @@ class XMLElement;
 /// record, which may not be current while a form is open.
 double cashBalance(const XMLElement& portfolio, const Date& day);
 
-/// What a cash entry (CashEvent) adds to that balance; negative for what it takes, 0 when it is of a later
+/// A cash entry's (CashEvent) amount; negative for what it takes from the reserve.
+double signedAmount(const XMLElement& cashEvent);
+
+/// What a cash entry adds to that balance; negative for what it takes, 0 when it is of a later
 /// day.
 double effectOnBalance(const XMLElement& cashEvent, const Date& day);
 

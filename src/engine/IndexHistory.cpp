@@ -31,7 +31,7 @@ void IndexHistory::fetch(const String& code, const std::vector<Date>& days) {
     if (isKnown(code, day))
       continue;
     try {
-      gateway.historicalPrice(code, day, true); // so that the user hears of a failure
+      gateway.historicalPrice(code, day, true); // tells the user of a failure
     } catch (const Exception&) {
       return;
     }

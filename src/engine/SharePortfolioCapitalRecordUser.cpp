@@ -39,6 +39,7 @@ private:
 };
 
 const String STANDING = u"Standing";
+const String RECOMPUTE_FROM = u"RecomputeFrom";
 
 XMLElement& addShareVal(XMLElement& dayCap, const CapitalRecordWalk::Holding& holding) {
   XMLElement& shareVal = dayCap.addSubElement(XMLShareVal::create(), u"ShareVals");
@@ -80,6 +81,8 @@ void SharePortfolioCapitalRecordUser::load() {
             u"SharePortfolioCapitalRecordUser::load - another portfolio's record, clear and start again");
     }
     indexDays();
+    if (m_record->hasAttribute(RECOMPUTE_FROM))
+      m_recomputeFrom = Date(m_record->attribute(RECOMPUTE_FROM), DATE_DISPLAY_DMY);
   } catch (const Exception&) {
     // All of it can be worked out again, so there is nothing to tell the user.
     startAgain();
@@ -202,8 +205,10 @@ void SharePortfolioCapitalRecordUser::update(SharePortfolioUser& portfolio) {
 }
 
 void SharePortfolioCapitalRecordUser::updateDays(SharePortfolioUser& portfolio) {
-  if (const auto changed = std::exchange(m_recomputeFrom, std::nullopt))
+  if (const auto changed = std::exchange(m_recomputeFrom, std::nullopt)) {
+    m_record->removeAttribute(RECOMPUTE_FROM);
     recordsChangedFrom(*changed);
+  }
   const Date today;
   if (hasDayCap(today) || nextDay(portfolio) > today)
     return;
@@ -423,6 +428,9 @@ void SharePortfolioCapitalRecordUser::noteStanding(XMLElement& shareVal, const S
 
 void SharePortfolioCapitalRecordUser::recomputeFrom(const Date& date) {
   m_recomputeFrom = m_recomputeFrom ? std::min(*m_recomputeFrom, date) : date;
+  // The program may be left before the next update.
+  m_modified = true;
+  m_record->setAttribute(RECOMPUTE_FROM, dayText(*m_recomputeFrom));
 }
 
 void SharePortfolioCapitalRecordUser::forgetUnsettledFrom(const Date& date) {

@@ -55,6 +55,9 @@ public:
 
   /// The records changed as of this day: drops it and every later day. Before the first day, all is dropped.
   void recordsChangedFrom(const Date& date);
+  /// The days from this one on are computed again by the next update, or at the end of the one that runs;
+  /// until then they stay. Kept in the document, too.
+  void recomputeFrom(const Date& date);
   /// Computes the missing days up to and including today; 15 days and more run under a progress dialog, which
   /// the user may cancel after any day. May ask about share splits. Returns at once inside another update of
   /// this record, and in a background pass, where nothing may be asked. Throws Exception when a price is
@@ -121,7 +124,6 @@ private:
   const XMLElement* knownShareVal(const String& code, const Date& date) const;
   XMLElement* shareValOf(const String& code, const Date& date) const;
   void noteStanding(XMLElement& shareVal, const String& code, const Date& date, PriceStanding standing);
-  void recomputeFrom(const Date& date);
   void settlePrices();
   void fetchUnsettled(const String& code, const std::set<Date>& days);
   void settlePrice(const String& code, const Date& day);

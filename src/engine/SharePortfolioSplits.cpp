@@ -1,4 +1,5 @@
 // Share splits: what a parcel was worth as of a day, and how a jump of the price becomes an adjustment.
+#include "engine/OldSales.h"
 #include "engine/PortfolioEvents.h"
 #include "engine/SharePortfolioUser.h"
 #include "engine/SplitTerms.h"
@@ -140,6 +141,20 @@ void SharePortfolioUser::recordAdjustments(const String& code, const Date& date,
       if (wasHeldAcross(sale, date))
         noteFactors(*this, sale, date, factors);
     }
+  mendOldSales();
+}
+
+void SharePortfolioUser::mendOldSales() {
+  const OldSales old(m_portfolio);
+  XMLElement& stocks = m_portfolio.subElement(u"SoldShares");
+  for (std::size_t i = 0; i < stocks.numSubElements(u"SoldShares"); ++i) {
+    XMLElement& stock = stocks.subElement(u"SoldShares", i);
+    for (std::size_t j = 0; j < stock.numSubElements(u"SellEvents"); ++j) {
+      XMLElement& sale = stock.subElement(u"SellEvents", j);
+      if (old.mend(sale, textValue(stock, u"Code")))
+        m_capitalRecord.recomputeFrom(dateValue(sale, u"BuyDate"));
+    }
+  }
 }
 
 void SharePortfolioUser::takeSplitsBetween(XMLElement& event, const String& code, const Date& bought,

@@ -225,9 +225,10 @@ DayPrice SharePortfolioUser::standInPrice(const String& code, const Date& date) 
     const double price = last->close / splits.sharesBetween(last->day, date);
     if (!gateway.hasAnsweredFor(code, date))
       return {price, PriceStanding::LastClose};
-    // A day without trade has the close before it. Of the last days the source may still say more.
+    // A day without trade has the close before it. Of the last days the source may still say more, also of a
+    // code that was taken for delisted by mistake.
     const bool isLate = date < Date::realToday().plusDays(-SharePriceCache::LONGEST_CLOSURE);
-    return {price, isLate || gateway.isBadCode(code) ? PriceStanding::Final : PriceStanding::Open};
+    return {price, isLate ? PriceStanding::Final : PriceStanding::Open};
   }
   const NearestPrice nearest = nearestTransaction(*this, code, date);
   return {nearest.price() / splits.sharesBetween(nearest.day(), date), PriceStanding::Transaction};

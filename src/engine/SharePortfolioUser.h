@@ -210,6 +210,9 @@ public:
   /// The same for several factors that count together: 3 and -2 for three shares that two became.
   void recordAdjustments(const String& code, const Date& date, const std::vector<std::int32_t>& factors);
   void setAdjustment(XMLElement& adjustment, const Date& date, std::int32_t factor, bool reverse);
+  /// Puts sales of an earlier version into the terms of their purchase (OldSales); the days since those
+  /// purchases are computed again at the next update. Called for records that were read from a file.
+  void mendOldSales();
   /// The day's price. A jump since the day before (SuspectedSplit) is put to the user as a split, once,
   /// unless a background pass runs, and the answer is recorded on the parcels. A price that only stands in
   /// for that of its day says nothing of splits. Throws as sharePriceFor.

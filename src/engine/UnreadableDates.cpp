@@ -119,8 +119,10 @@ class LineFinder {
 public:
   explicit LineFinder(std::string_view content) : m_content(content) {}
 
-  /// Counted from 1; 0 when the text is not found.
+  /// Counted from 1; 0 when the text is not found, or is empty as that of many elements is.
   std::size_t lineOf(const String& text) {
+    if (text.empty())
+      return 0;
     const std::size_t line = lineOfBytes(text.toUTF8());
     return line > 0 ? line : lineOfBytes(escaped(text));
   }

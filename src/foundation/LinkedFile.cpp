@@ -91,13 +91,11 @@ void removeBoth(const std::string& note, const std::string& temporary) {
 }
 
 /// Nothing but the file's last name then leads to the new content.
-void renameAfterAll(const std::string& temporary, const std::string& target, const std::string& note,
-                    int reason) {
+void renameAfterAll(const std::string& temporary, const std::string& target, const std::string& note) {
   if (uninterrupted([&] { return FileOperations::current().rename(temporary.c_str(), target.c_str()); }) != 0)
     failReplacing("cannot replace", target, errno); // note and temporary stay for the next start
   ::unlink(note.c_str());
   flushFolderOf(target);
-  failReplacing("wrote the file, but could not keep the hard link of", target, reason);
 }
 
 bool isOwnRegularFile(const std::string& path) {
@@ -128,8 +126,8 @@ void finish(const std::string& folder, const std::string& noteName) {
   const std::optional<std::string> name = readNote(note);
   const std::string target = folder + "/" + name.value_or(std::string());
   if (name && isOwnRegularFile(temporary) && isRegularFile(target))
-    if (const int error = overwrite(temporary, target))
-      renameAfterAll(temporary, target, note, error);
+    if (overwrite(temporary, target) != 0)
+      renameAfterAll(temporary, target, note); // a lost link is no reason not to start
   removeBoth(note, temporary);
 }
 
@@ -159,8 +157,10 @@ void writeIntoLinkedFile(const std::string& temporary, const std::string& target
     removeBoth(note, temporary);
     throw;
   }
-  if (const int error = overwrite(temporary, target))
-    renameAfterAll(temporary, target, note, error);
+  if (const int error = overwrite(temporary, target)) {
+    renameAfterAll(temporary, target, note);
+    failReplacing("wrote the file, but could not keep the hard link of", target, error);
+  }
   removeBoth(note, temporary);
 }
 

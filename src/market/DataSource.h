@@ -40,7 +40,7 @@ public:
   void search(const String& text, bool isShare, bool usOnly, std::vector<CodeSearchResult>& results,
               const StopCheck& isStopWanted = {}) const;
 
-  // --- The steps of the above, for whoever tries a document on a page of his own
+  // --- The steps of the above, for trying a document on a saved page
 
   /// The price on a page's "html" tag; 0 where the page has no number in its place, as "N/A" or "-". Throws
   /// HTMLException also where the document does not say "Float".

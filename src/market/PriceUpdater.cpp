@@ -147,7 +147,7 @@ void PriceUpdater::removeObserver(PricesObserver* observer) {
 
 void PriceUpdater::tellRecords(const String& code, const Date& date, double close) {
   const BackgroundPassScope scope;
-  // By place: one that hears of it may take itself away.
+  // By place, since an observer may remove itself.
   for (std::size_t i = 0; i < m_registrations.size(); ++i)
     if (m_registrations[i].rank == Rank::Records)
       m_registrations[i].observer->historicalPriceChanged(code, date, close);

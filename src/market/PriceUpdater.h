@@ -81,7 +81,7 @@ public:
 
   /// One pass over all codes on the calling thread, which must not hold the big mutex. Throws nothing. What
   /// fails for a code leaves the others alone and shows in the status text at the end, with the code that
-  /// failed first; only without a connection the pass ends at once.
+  /// failed first; in offline mode the pass ends at once.
   void runPass();
   /// Milliseconds between passes by the present setting, at least a minute.
   static std::uint32_t passPeriod();

@@ -12,7 +12,7 @@ namespace Tallymoor {
 
 namespace {
 
-constexpr int PRICE_DECIMALS = 4;
+constexpr int PRICE_DECIMALS = 6; ///< at most, as in the capital record; at least four
 constexpr int LONGEST_CLOSURE = SharePriceCache::LONGEST_CLOSURE;
 const String EXTENSION = u".xml";
 
@@ -84,13 +84,18 @@ CacheFile readCacheFile(const String& path) {
   return file;
 }
 
+String cachedPriceText(double price) {
+  const String text = String::fromDouble(price, PRICE_DECIMALS);
+  return text.ends_with(u"00") ? String::fromDouble(price, 4) : text;
+}
+
 void addRow(XMLShareValues& document, const Date& day, const ShareValue& value) {
   XMLElement& row = document.addSubElement(XMLShareValue::create(), u"Values");
   setOrigin(row, value);
   row.subElement(u"Date").setValue(day.toString(DATE_DISPLAY_DMY));
-  row.subElement(u"Close").setValue(String::fromDouble(value.close, PRICE_DECIMALS));
-  row.subElement(u"High").setValue(String::fromDouble(value.high, PRICE_DECIMALS));
-  row.subElement(u"Low").setValue(String::fromDouble(value.low, PRICE_DECIMALS));
+  row.subElement(u"Close").setValue(cachedPriceText(value.close));
+  row.subElement(u"High").setValue(cachedPriceText(value.high));
+  row.subElement(u"Low").setValue(cachedPriceText(value.low));
   row.subElement(u"Volume").setValue(String::fromLong(value.volume));
 }
 

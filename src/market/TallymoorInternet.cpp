@@ -167,7 +167,7 @@ double TallymoorInternet::currentPrice(const String& code, bool useUpdater, bool
         learnName(source, code);
       return price;
     } catch (const HTTPException& failure) {
-      if (silent || !m_questions.wantsQuoteAgain(code, failure))
+      if (silent || isStopWanted() || !m_questions.wantsQuoteAgain(code, failure))
         throw;
     }
   }

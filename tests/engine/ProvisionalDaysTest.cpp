@@ -158,6 +158,38 @@ TEST_F(ProvisionalDaysTest, ASplitThatCameMeanwhileIsAskedOnceTheClosesAreThere)
             (Texts{u"100.00 x 22.00", u"200.00 x 11.00", u"200.00 x 11.00"}));
 }
 
+TEST_F(ProvisionalDaysTest, WhatIsToBeComputedAgainOutlivesTheRun) {
+  restart(m_monday, false);
+  update();
+  closeTheWeek(11);
+  m_market.setCurrentPrice(u"ABC.AX", 11);
+  goOnline();
+  gateway().priceUpdater().addCode(u"ABC.AX");
+  gateway().priceUpdater().runPass();
+  EXPECT_EQ(shares(m_friday, m_friday), Texts{u"100.00 x 11.00"});
+  restart(m_monday, false);
+  m_interaction.answerRatio(2);
+  update();
+  EXPECT_EQ(m_interaction.calls(Kind::AskRatio).size(), 1u);
+  EXPECT_EQ(shares(m_friday, m_friday), Texts{u"200.00 x 11.00"});
+  restart(m_monday, false);
+  EXPECT_EQ(TestProfile::readFile(file()).find("RecomputeFrom"), std::string::npos);
+}
+
+TEST_F(ProvisionalDaysTest, ACodeTakenForDelistedByMistakeLeavesNoTraceInItsLastDays) {
+  m_market.answerWith(MarketFixture::Page::History, "<html><body><form>Please log in</form></body></html>");
+  m_interaction.answerQuestion(true);
+  restart(m_monday, true);
+  update();
+  EXPECT_TRUE(gateway().isBadCode(u"ABC.AX"));
+  m_market.answerWith(MarketFixture::Page::History, "");
+  closeTheWeek();
+  gateway().clearBadCode(u"ABC.AX");
+  restart(m_monday, true);
+  update();
+  EXPECT_EQ(shares(m_friday, m_friday), Texts{u"100.00 x 23.00"});
+}
+
 TEST_F(ProvisionalDaysTest, ALivePriceEndsTheStandInOfToday) {
   restart(m_monday, false);
   update();

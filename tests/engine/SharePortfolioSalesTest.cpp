@@ -211,6 +211,49 @@ TEST_F(SalesTest, TheCashTellsThatAnOldSaleIsInSharesOfItsDay) {
   EXPECT_TRUE(user().deleteSellEvent(u"ABC.AX", m_today, 150));
 }
 
+TEST_F(SalesTest, AnOldSaleThatIsAskedForItsSplitAgainIsPutIntoTheTermsOfItsPurchase) {
+  user().debitCash(Date(2026, 1, 1), 1000.03, CASH_EVENT_DEBIT, u"BUY 99.00 of ABC.AX @ 10.1010");
+  user().creditCash(m_today, 1776, CASH_EVENT_CREDIT, u"SELL 297.00 of ABC.AX @ 6.0000");
+  XMLElement& old = addSale(u"ABC.AX", Date(2026, 1, 1), m_today, 297, 3.3670, 6);
+  old.subElement(u"SellBrokerage").setValue(u"6.00");
+  const String cash = cashEntryText(1);
+  user().recordAdjustment(u"ABC.AX", Date(2026, 2, 1), 3, false);
+  EXPECT_EQ(textValue(old, u"NumHeld") + u" at " + textValue(old, u"BuyPrice"), String(u"99.00 at 10.1010"));
+  EXPECT_DOUBLE_EQ(SaleFigures(old).number(), 297);
+  EXPECT_EQ(cashEntryText(1), cash);
+  double number = 0, price = 0;
+  user().adjustedSellEvent(old, Date(2026, 1, 31), number, price);
+  EXPECT_DOUBLE_EQ(number, 99);
+  user().adjustedSellEvent(old, Date(2026, 2, 1), number, price);
+  EXPECT_DOUBLE_EQ(number, 297);
+  user().mendOldSales();
+  EXPECT_DOUBLE_EQ(SaleFigures(old).number(), 297) << "once";
+}
+
+TEST_F(SalesTest, ASaleWhosePurchaseSaysNothingOfASplitStaysAsItIs) {
+  XMLElement& event = addSale(u"ABC.AX", Date(2026, 1, 1), m_today, 200, 5, 6);
+  addAdjustment(event, Date(2026, 2, 1), 2);
+  user().creditCash(m_today, 1200, CASH_EVENT_CREDIT, u"SELL 200.00 of ABC.AX @ 6.0000");
+  const auto staysWith = [&](const String& purchase) {
+    user().debitCash(Date(2026, 1, 1), 1000, CASH_EVENT_DEBIT, purchase);
+    user().mendOldSales();
+    EXPECT_EQ(textValue(event, u"NumHeld"), String(u"200.00")) << purchase.toUTF8();
+  };
+  staysWith(u"rent, 5 of 12 @ 10.0000");
+  staysWith(u"BUY 100.00 of DEF.AX @ 10.0000");
+  staysWith(u"BUY 100.00 of ABC.AX @ 11.0000");
+  staysWith(u"BUY 200.00 of ABC.AX @ 5.0000");
+  staysWith(u"BUY 100.00 of ABC.AX @ 10.0000"); // either may be the one
+}
+
+TEST_F(SalesTest, ThePurchaseAloneDoesNotMakeASaleAnOldOne) {
+  XMLElement& event = addSale(u"ABC.AX", Date(2026, 1, 1), m_today, 200, 5, 6);
+  addAdjustment(event, Date(2026, 2, 1), 2);
+  user().debitCash(Date(2026, 1, 1), 1000, CASH_EVENT_DEBIT, u"BUY 100.00 of ABC.AX @ 10.0000");
+  user().mendOldSales();
+  EXPECT_EQ(textValue(event, u"NumHeld"), String(u"200.00"));
+}
+
 TEST_F(SalesTest, WithoutItsCashASaleIsReadByItsSplits) {
   XMLElement& event = addSale(u"ABC.AX", Date(2026, 1, 1), m_today, 100, 10, 6);
   addAdjustment(event, Date(2026, 2, 1), 2);

@@ -129,17 +129,19 @@ TEST_F(UnreadableDatesTest, APurchaseThatIsSetAsideIsNeitherHeldNorSold) {
 
 TEST_F(UnreadableDatesTest, TheTextNamesPortfolioStockAndLine) {
   EXPECT_EQ(unreadableDatesText({}, ""), String());
-  const String text = unreadableDatesText(
-      {{u"Trading", u"ABC.AX, purchase 3", u"31.2"},
-       {u"Trading", u"DEF.AX, sale 1", u"31.2"},
-       {u"A", u"B", u"<&"},
-       {u"A", u"B", u"none"}},
-      "first\n<Date>31.2</Date>\n\n<Date Unreadable=\"31.2\">1/1/9999</Date>\n<Date>&lt;&amp;</Date>");
+  const String text = unreadableDatesText({{u"Trading", u"ABC.AX, purchase 3", u"31.2"},
+                                           {u"Trading", u"DEF.AX, sale 1", u"31.2"},
+                                           {u"A", u"B", u"<&"},
+                                           {u"A", u"B", u"none"},
+                                           {u"A", u"B", u""}},
+                                          "first<Empty></Empty>\n<Date>31.2</Date>\n\n<Date "
+                                          "Unreadable=\"31.2\">1/1/9999</Date>\n<Date>&lt;&amp;</Date>");
   EXPECT_TRUE(text.contains(u"Trading, ABC.AX, purchase 3: \"31.2\" (line 2 of the file)\n"))
       << text.toUTF8();
   EXPECT_TRUE(text.contains(u"Trading, DEF.AX, sale 1: \"31.2\" (line 4 of the file)\n")) << text.toUTF8();
   EXPECT_TRUE(text.contains(u"A, B: \"<&\" (line 5 of the file)\n")) << text.toUTF8();
   EXPECT_TRUE(text.contains(u"A, B: \"none\"\n")) << text.toUTF8();
+  EXPECT_TRUE(text.contains(u"A, B: \"\"\n")) << "any empty element could be it" << text.toUTF8();
 }
 
 TEST_F(UnreadableDatesTest, TheTextStaysShortWhateverTheFileHolds) {

@@ -170,6 +170,17 @@ TEST_F(LinkedFileTest, WhatCannotBeWrittenAtAllWaitsForTheNextStart) {
   EXPECT_EQ(filesInFolder(), 1);
 }
 
+TEST_F(LinkedFileTest, AStartThatLosesTheLinkGoesOn) {
+  writeAndDie(3, "new", [](FileOperations& operations) { operations.write = writeOrDie; });
+  FileOperations::current().write = writeOrFail;
+  calls = 0;
+  failingCall = 1;
+  removeLeftoverTemporaries(profile.path("files"));
+  EXPECT_EQ(TestProfile::readFile(path), "new");
+  EXPECT_FALSE(isStillLinked());
+  EXPECT_EQ(filesInFolder(), 1);
+}
+
 TEST_F(LinkedFileTest, AFailureBeforeTheFileIsTouchedLeavesTheOldContentAndNothingBeside) {
   const std::string old = TestProfile::readFile(path);
   FileOperations::current().write = writeOrFail;

@@ -186,29 +186,29 @@ TEST_F(SharePriceCacheTest, AFolderInPlaceOfAFileIsAFailureToo) {
 
 // --- Writing
 
-TEST_F(SharePriceCacheTest, WritesRowsInDateOrderWithFourDecimals) {
+TEST_F(SharePriceCacheTest, WritesRowsInDateOrderWithFourToSixDecimals) {
   SharePriceCache cache(m_directory);
   cache.merge(CODE,
-              {{Date(2006, 11, 10), {1.5, 1.75, 1.25, 2000}}, {Date(2006, 11, 9), {1.23456, 0, 0, 1000}}},
+              {{Date(2006, 11, 10), {1.5, 1.75, 1.25, 2000}}, {Date(2006, 11, 9), {1.23456, 0, 2.3456789, 1000}}},
               {Date(2006, 11, 9), Date(2006, 11, 10)});
   cache.save();
   EXPECT_EQ(readFile("PriceCache.ABC.AX.xml"),
             std::string(HEAD) + "<ShareValues><String>ABC.AX</String>"
-                                "<ShareValue><Date>9/11/2006</Date><Constant>1.2346</Constant>"
-                                "<Constant>0.0000</Constant><Constant>0.0000</Constant>"
+                                "<ShareValue><Date>9/11/2006</Date><Constant>1.234560</Constant>"
+                                "<Constant>0.0000</Constant><Constant>2.345679</Constant>"
                                 "<Constant>1000</Constant></ShareValue>"
                                 "<ShareValue><Date>10/11/2006</Date><Constant>1.5000</Constant>"
                                 "<Constant>1.7500</Constant><Constant>1.2500</Constant>"
                                 "<Constant>2000</Constant></ShareValue></ShareValues>");
 }
 
-TEST_F(SharePriceCacheTest, APriceReadBackHasFourDecimals) {
+TEST_F(SharePriceCacheTest, APriceReadBackHasAsManyDecimalsAsTheCapitalRecord) {
   SharePriceCache cache(m_directory);
-  cache.setTypedPrice(CODE, Date(2006, 11, 3), 1.23456);
-  EXPECT_DOUBLE_EQ(closeOf(cache, Date(2006, 11, 3)), 1.23456);
+  cache.setTypedPrice(CODE, Date(2006, 11, 3), 1.2345678);
+  EXPECT_DOUBLE_EQ(closeOf(cache, Date(2006, 11, 3)), 1.2345678);
   cache.save();
   SharePriceCache next(m_directory);
-  EXPECT_DOUBLE_EQ(closeOf(next, Date(2006, 11, 3)), 1.2346);
+  EXPECT_DOUBLE_EQ(closeOf(next, Date(2006, 11, 3)), 1.234568);
 }
 
 TEST_F(SharePriceCacheTest, ACodeKeepsItsPointInTheFileName) {
@@ -445,7 +445,7 @@ TEST_F(SharePriceCacheTest, AMergeTellsWhichClosesAreOthersThanBefore) {
   const Date friday(2006, 11, 10);
   cache.merge(CODE, {{friday, {5.0, 5.5, 4.5, 100}}}, {friday, Date(2006, 11, 12)});
   EXPECT_EQ(cache.merge(CODE,
-                        {{friday, {5.00001, 5.5, 4.5, 200}}, {Date(2006, 11, 13), {6.0, 6.5, 5.5, 200}}},
+                        {{friday, {5.0000001, 5.5, 4.5, 200}}, {Date(2006, 11, 13), {6.0, 6.5, 5.5, 200}}},
                         {friday, Date(2006, 11, 13)}),
             (SharePriceCache::Closes{{Date(2006, 11, 13), 6.0}}));
   EXPECT_EQ(cache.merge(CODE, {{friday, {5.5, 5.5, 4.5, 200}}}, {friday, Date(2006, 11, 13)}),

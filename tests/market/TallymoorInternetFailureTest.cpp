@@ -398,7 +398,7 @@ TEST_F(TallymoorInternetFailureTest, ACompletionQuoteAndSearchCanBeCancelled) {
   gateway().completeHistory(m_code, m_start, m_friday);
   EXPECT_EQ(m_market.server().requests().size(), 1u);
   m_user.stopWanted = [this] { return m_market.server().requests().size() == 2; };
-  EXPECT_THROW(gateway().currentPrice(m_code, false, false), HTTPException);
+  EXPECT_THROW(gateway().currentPrice(u"DEF.AX", false, false), HTTPException);
   m_user.stopWanted = [this] { return m_market.server().requests().size() == 3; };
   EXPECT_THROW(gateway().stockSearch(u"soup", true, false), HTTPException);
   EXPECT_TRUE(questions().empty());

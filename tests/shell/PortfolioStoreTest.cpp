@@ -1,12 +1,15 @@
 #include "shell/PortfolioStore.h"
+#include "engine/SharePortfolioUser.h"
 #include "foundation/FileReplacement.h"
 #include "support/FakeUserInteraction.h"
 #include "support/FileMode.h"
 #include "support/GatewayScope.h"
 #include "support/MarketFixture.h"
 #include "support/TestProfile.h"
+#include "xml/PortfolioRecords.h"
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <map>
 
 namespace Tallymoor {
 namespace {
@@ -192,6 +195,45 @@ TEST_F(PortfolioStoreTest, ALaterPortfolioOfTheSameNameTakesThePlaceOfTheEarlier
   ASSERT_EQ(1u, store.portfolios().size());
   EXPECT_EQ(&store.records().subElement(u"SharePortfolios", 1),
             &store.portfolios().at(u"Trading")->portfolio());
+}
+
+/// As an earlier version left 200 shares that were sold whole after a 2:1 split, which it then asked for
+/// again.
+void addSaleCountedTwice(SharePortfolioUser& portfolio) {
+  portfolio.debitCash(Date(2006, 1, 3), 1000, CASH_EVENT_DEBIT, u"BUY 100.00 of ABC.AX @ 10.0000");
+  portfolio.creditCash(Date(2006, 3, 1), 1200, CASH_EVENT_CREDIT, u"SELL 200.00 of ABC.AX @ 6.0000");
+  XMLElement& stock =
+      portfolio.portfolio().subElement(u"SoldShares").addSubElement(new XMLSoldShare, u"SoldShares");
+  stock.subElement(u"Code").setValue(u"ABC.AX");
+  XMLElement& sale = stock.addSubElement(new XMLSellEvent, u"SellEvents");
+  for (const auto& [reference, value] : std::map<String, String>{{u"BuyDate", u"3/1/2006"},
+                                                                 {u"SellDate", u"1/3/2006"},
+                                                                 {u"NumHeld", u"200.00"},
+                                                                 {u"BuyPrice", u"5.0000"},
+                                                                 {u"SellPrice", u"6.0000"},
+                                                                 {u"BuyBrokerage", u"0.00"},
+                                                                 {u"SellBrokerage", u"0.00"}})
+    sale.subElement(reference).setValue(value);
+  portfolio.setAdjustment(sale.addSubElement(new XMLSplitAdjustment, u"Adjustments"), Date(2006, 2, 1), 2,
+                          false);
+}
+
+TEST_F(PortfolioStoreTest, ASaleThatAnEarlierVersionCountedTwiceIsMended) {
+  put(document("Trading", "100.00"));
+  PortfolioStore store;
+  store.load();
+  addSaleCountedTwice(*store.portfolios().at(u"Trading"));
+  store.save();
+  PortfolioStore next;
+  next.load();
+  const XMLElement& sale = next.portfolios()
+                               .at(u"Trading")
+                               ->portfolio()
+                               .subElement(u"SoldShares")
+                               .subElement(u"SoldShares")
+                               .subElement(u"SellEvents");
+  EXPECT_EQ(textValue(sale, u"NumHeld") + u" at " + textValue(sale, u"BuyPrice"),
+            String(u"100.00 at 10.0000"));
 }
 
 TEST_F(PortfolioStoreTest, CapitalRecordsOfChangedPortfoliosAreWrittenAfterTheRecords) {
