@@ -503,14 +503,14 @@ protected:
   }
   /// Yesterday is the last day of the record then.
   void changeToday() { user().creditCash(m_today, 1, CASH_EVENT_INTEREST, u""); }
-  std::size_t questions() { return m_interaction.calls(Kind::AskWholeNumber).size(); }
+  std::size_t questions() { return m_interaction.calls(Kind::AskRatio).size(); }
 };
 
 TEST_F(LastDayTest, IsLookedAtForASplitAgainWhenItsPriceIsAnotherOne) {
   EXPECT_EQ(questions(), 0u);
   changeToday();
   setPrices(u"ABC.AX", m_yesterday, m_today, 5);
-  m_interaction.answerWholeNumber(2);
+  m_interaction.answerRatio(2);
   update();
   EXPECT_EQ(questions(), 1u);
   EXPECT_EQ(dayOf(m_yesterday), String(u"2/3/2026 cash 0.00; ABC.AX 200.00 x 5.00"));
@@ -520,7 +520,7 @@ TEST_F(LastDayTest, IsLookedAtForASplitAgainWhenItsPriceIsAnotherOne) {
 TEST_F(LastDayTest, IsLookedAtForASplitAgainByAnotherRatio) {
   changeToday();
   splitRatioDetect = 1.2;
-  m_interaction.answerWholeNumber(std::nullopt);
+  m_interaction.answerRatio(std::nullopt);
   update();
   EXPECT_EQ(questions(), 1u);
 }
@@ -528,7 +528,7 @@ TEST_F(LastDayTest, IsLookedAtForASplitAgainByAnotherRatio) {
 TEST_F(LastDayTest, IsLookedAtForASplitAgainWhenItWasComputedAnew) {
   user().creditCash(m_yesterday, 1, CASH_EVENT_INTEREST, u"");
   setPrices(u"ABC.AX", m_yesterday, m_today, 5);
-  m_interaction.answerWholeNumber(2);
+  m_interaction.answerRatio(2);
   update();
   EXPECT_EQ(questions(), 1u);
   EXPECT_EQ(dayOf(m_yesterday), String(u"2/3/2026 cash 1.00; ABC.AX 200.00 x 5.00"));
