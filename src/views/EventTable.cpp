@@ -2,6 +2,7 @@
 #include "engine/UnreadableDates.h"
 #include "widgets/ContextMenu.h"
 #include "xml/Leaves.h"
+#include <utility>
 
 namespace Tallymoor {
 
@@ -20,31 +21,62 @@ EventTable::EventTable(const String& name, SharePortfolioUser& portfolio, Portfo
     : PortfolioTable(name, portfolio, commands, parent, watcher, COMPARE_OLDEST_FIRST) {}
 
 void EventTable::fillTable() {
+  if (columns().empty())
+    declareColumns();
+  try {
+    releaseRows();
+    m_shownBefore = std::exchange(m_shown, {});
+    m_leftSomeOut = false;
+    addAllEvents();
+    setEmptyText(m_leftSomeOut ? EVENTS_LEFT_OUT : noEventsText());
+    rebuild();
+    m_shownBefore.clear();
+  } catch (...) {
+    forgetAll();
+    throw;
+  }
+}
+
+/// No row may be left that speaks of an event that has gone.
+void EventTable::forgetAll() {
   clear();
-  m_rowData.clear();
+  m_shown.clear();
+  m_shownBefore.clear();
+}
+
+void EventTable::declareColumns() {
   for (const ColumnOf& column : columnsOfEvents())
     addColumn(std::make_unique<Column>(column.title, column.function, column.compareType,
                                        column.defaultVisible, column.justify));
-  m_leftSomeOut = false;
-  addAllEvents();
-  setEmptyText(m_leftSomeOut ? EVENTS_LEFT_OUT : noEventsText());
-  rebuild();
 }
 
 void EventTable::addEvents(XMLElement& parent, std::u16string_view events, std::u16string_view date) {
-  for (std::size_t i = 0; i < parent.numSubElements(events); ++i) {
+  const std::size_t count = parent.numSubElements(events);
+  for (std::size_t i = 0; i < count; ++i) {
     XMLElement& event = parent.subElement(events, i);
     const Date day = dateValue(event, date);
-    if (!dateShown(day)) {
+    if (dateShown(day))
+      addEvent(event, day, !isSetAside(event, date));
+    else
       m_leftSomeOut = true;
-      continue;
-    }
-    m_rowData.push_back({&event, &portfolio()});
-    auto row = std::make_unique<Row>(day.toString(DATE_DISPLAY_LOCAL), &m_rowData.back());
-    if (isSetAside(event, date))
-      row->leaveOutOfTotals();
-    addRow(std::move(row));
   }
+}
+
+/// An event of the same day keeps its row. It may be another one in the place of one that has gone: the cells
+/// are computed anew in any case.
+void EventTable::addEvent(XMLElement& event, const Date& day, bool counts) {
+  const auto before = m_shownBefore.find(&event);
+  if (before != m_shownBefore.end() && before->second.day == day &&
+      before->second.row->countsInTotals() == counts) {
+    keepRow(*before->second.row);
+    m_shown.insert(m_shownBefore.extract(before));
+    return;
+  }
+  Shown& shown = m_shown.try_emplace(&event, Shown{{&event, &portfolio()}, day, nullptr}).first->second;
+  auto row = std::make_unique<Row>(day.toString(DATE_DISPLAY_LOCAL), &shown.data);
+  if (!counts)
+    row->leaveOutOfTotals();
+  shown.row = &addRow(std::move(row));
 }
 
 void EventTable::eventPopup(const TableClick& click, const Entry& edit, const Entry& remove) {

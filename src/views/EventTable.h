@@ -1,7 +1,7 @@
 #pragma once
 #include "views/PortfolioTable.h"
-#include <list>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace Tallymoor {
@@ -56,7 +56,19 @@ protected:
   XMLElement* inputEvent() const;
 
 private:
-  std::list<EventRow> m_rowData;
+  struct Shown {
+    EventRow data;
+    Date day;
+    Row* row;
+  };
+  using ShownEvents = std::unordered_map<const XMLElement*, Shown>;
+
+  void declareColumns();
+  void addEvent(XMLElement& event, const Date& day, bool counts);
+  void forgetAll();
+
+  ShownEvents m_shown;
+  ShownEvents m_shownBefore; ///< while the table is filled: those that have not been met again
   bool m_leftSomeOut = false;
 };
 

@@ -31,6 +31,14 @@ CellResult::CellResult(std::int32_t number) : m_number(number), m_type(CELL_WHOL
 
 CellResult::CellResult(const Date& date) : m_date(date), m_type(CELL_DATE) {}
 
+bool operator==(const CellResult& left, const CellResult& right) {
+  // Nothing may be shown with a sign.
+  return left.m_type == right.m_type && left.m_value == right.m_value &&
+         std::signbit(left.m_value) == std::signbit(right.m_value) && left.m_number == right.m_number &&
+         left.m_date == right.m_date && left.m_provisional == right.m_provisional &&
+         left.m_text == right.m_text;
+}
+
 double CellResult::amount() const {
   if (m_type == CELL_WHOLE_NUMBER)
     return m_number;

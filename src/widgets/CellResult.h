@@ -40,6 +40,9 @@ public:
     return *this;
   }
 
+  /// True when both show the same.
+  friend bool operator==(const CellResult& left, const CellResult& right);
+
   /// The text that the cell shows. Throws Exception "Column::operator() - bad type".
   String shown() const;
 

@@ -2,6 +2,7 @@
 #include "foundation/Exception.h"
 #include "widgets/Row.h"
 #include "widgets/Table.h"
+#include <utility>
 
 namespace Tallymoor {
 
@@ -26,16 +27,32 @@ String Column::operator()(Row& row) {
 
 const CellResult& Column::result(Row& row) {
   const auto known = m_cache.find(&row);
-  Cached& cached = known == m_cache.end() ? compute(row) : known->second;
+  const bool isKnown = known != m_cache.end() && known->second.generation == m_generation;
+  const Cached& cached = isKnown ? known->second : compute(row);
   if (cached.failure)
     std::rethrow_exception(cached.failure);
   return *cached.result;
+}
+
+bool Column::renew(Row& row) {
+  const auto known = m_cache.find(&row);
+  if (known == m_cache.end()) {
+    compute(row);
+    return true;
+  }
+  // Another cell may have asked for it already.
+  if (known->second.generation == m_generation)
+    return true;
+  const Cached before = std::move(known->second);
+  const Cached& now = compute(row);
+  return before.failure || now.failure || !(*before.result == *now.result);
 }
 
 Column::Cached& Column::compute(Row& row) {
   if (m_table && m_table->hasChangedRecords())
     throw Exception(u"Column::compute - the records of the row have changed");
   Cached computed;
+  computed.generation = m_generation;
   try {
     computed.result.emplace(m_function(row));
   } catch (...) {

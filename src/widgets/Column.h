@@ -2,6 +2,7 @@
 #include "foundation/String.h"
 #include "widgets/CellResult.h"
 #include "widgets/RowCompare.h"
+#include <cstdint>
 #include <exception>
 #include <fx.h>
 #include <optional>
@@ -46,12 +47,19 @@ public:
   /// failure that is remembered. The reference holds until the row's next refresh.
   const CellResult& result(Row& row);
 
+  /// Counts all results as unknown.
+  void outdate() { ++m_generation; }
+  /// Computes the cell unless that was done since outdate. False when it certainly shows what it showed
+  /// before.
+  bool renew(Row& row);
+
 private:
   friend class Table;
 
   struct Cached {
     std::optional<CellResult> result;
     std::exception_ptr failure;
+    std::uint64_t generation = 0;
   };
 
   Cached& compute(Row& row);
@@ -66,7 +74,8 @@ private:
   bool m_defaultVisible;
   CompareType m_compareType;
   bool m_editable;
-  std::unordered_map<const Row*, Cached> m_cache;
+  std::unordered_map<const Row*, Cached> m_cache; ///< those of an earlier generation only for comparison
+  std::uint64_t m_generation = 0;
 };
 
 } // namespace Tallymoor

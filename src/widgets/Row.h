@@ -1,5 +1,6 @@
 #pragma once
 #include "foundation/String.h"
+#include <cstddef>
 #include <fx.h>
 
 namespace Tallymoor {
@@ -38,6 +39,7 @@ public:
   void resetColour();
 
 private:
+  friend class RowList;
   friend class Table;
 
   String m_key;
@@ -45,6 +47,7 @@ private:
   bool m_counts = true;
   FXint m_index = -1;
   Table* m_table = nullptr;
+  std::size_t m_place = 0; ///< among rows with equal keys: that of its insertion
 };
 
 } // namespace Tallymoor

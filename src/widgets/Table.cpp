@@ -19,7 +19,6 @@ namespace Tallymoor {
 namespace {
 
 constexpr FXint ROW_EXTRA_HEIGHT = 6;
-constexpr FXint EXTRA_WIDTH = 20; ///< of columns and of the row header, around the widest text
 constexpr FXint CELL_MARGIN = 3;
 constexpr FXint GRID_WIDTH = 2; ///< what each row and column counts for in a table as large as its contents
 constexpr FXint TOTALS_OFFSET = 6;
@@ -88,7 +87,19 @@ void Table::clear() {
   m_placedRows.clear();
   m_rows.clear();
   m_columns.clear();
+  m_keepsRows = false;
   setTableSize(0, 0);
+}
+
+void Table::releaseRows() {
+  m_inputRow = nullptr;
+  m_inputColumn = nullptr;
+  for (const std::unique_ptr<Column>& column : m_columns) {
+    m_choice.declare(*column);
+    column->outdate();
+  }
+  m_rows.release();
+  m_keepsRows = true;
 }
 
 Column& Table::addColumn(std::unique_ptr<Column> column) {
@@ -221,19 +232,32 @@ void Table::build() {
   {
     const FlagScope building(m_building);
     keepCurrentCell();
+    const std::vector<Row*> leaving = m_rows.leaving();
+    const std::vector<Column*> columnsBefore = m_visibleColumns;
     chooseVisibleColumns();
-    setUpToolkitTable();
-    const std::vector<Row*> ordered = rowsInOrder();
-    for (Row* row : ordered)
-      place(*row);
-    fitRows();
-    fitColumns();
+    if (const auto changes = changesInPlace(columnsBefore))
+      buildInPlace(*changes);
+    else
+      buildAnew();
+    m_keepsRows = false;
+    for (const Row* row : leaving)
+      forgetRow(*row);
+    m_rows.dropLeaving();
     if (!m_fillsParent)
       fitWidget();
     restoreCurrentCell();
   }
   if (m_watcher)
     m_watcher->tableChanged(true);
+}
+
+void Table::buildAnew() {
+  setUpToolkitTable();
+  const std::vector<Row*> ordered = rowsInOrder();
+  for (Row* row : ordered)
+    place(*row);
+  fitRows();
+  fitColumns();
 }
 
 void Table::chooseVisibleColumns() {
@@ -349,26 +373,41 @@ void Table::repaintRow(const Row& row) const {
 }
 
 void Table::fitRows() {
-  FXint widest = 0;
-  for (const Row* row : m_placedRows) {
-    const FXString text = getRowText(row->index());
-    const FXint height = getFont()->getTextHeight(text) + ROW_EXTRA_HEIGHT;
-    if (height != getRowHeight(row->index()))
-      setRowHeight(row->index(), height);
-    widest = std::max(widest, getRowHeaderFont()->getTextWidth(text));
-  }
-  setRowHeaderWidth(widest + EXTRA_WIDTH);
+  m_widestKey.begin();
+  for (const Row* row : m_placedRows)
+    fitRow(*row);
+  setRowHeaderWidth(m_widestKey.width() + EXTRA_WIDTH);
+}
+
+void Table::fitRow(const Row& row) {
+  const FXString text = getRowText(row.index());
+  const FXint height = getFont()->getTextHeight(text) + ROW_EXTRA_HEIGHT;
+  if (height != getRowHeight(row.index()))
+    setRowHeight(row.index(), height);
+  m_widestKey.come(getRowHeaderFont()->getTextWidth(text));
 }
 
 void Table::fitColumns() {
+  m_widestTexts.resize(m_visibleColumns.size());
   for (const Column* column : m_visibleColumns) {
-    const FXint index = column->index();
-    FXint widest = getColumnHeaderFont()->getTextWidth(getColumnText(index));
-    for (const Row* row : m_placedRows)
-      widest = std::max(widest, getFont()->getTextWidth(itemAt(row->index(), index)->label()));
-    setColumnWidth(index, widest + EXTRA_WIDTH);
-    setColumnJustify(index, 0);
+    measureColumn(*column);
+    fitColumn(*column);
   }
+}
+
+void Table::fitColumn(const Column& column) {
+  setColumnWidth(column.index(),
+                 m_widestTexts[static_cast<std::size_t>(column.index())].width() + EXTRA_WIDTH);
+  setColumnJustify(column.index(), 0);
+}
+
+void Table::measureColumn(const Column& column) {
+  const FXint index = column.index();
+  WidestText& widest = m_widestTexts[static_cast<std::size_t>(index)];
+  widest.begin();
+  widest.come(getColumnHeaderFont()->getTextWidth(getColumnText(index)));
+  for (const Row* row : m_placedRows)
+    widest.come(getFont()->getTextWidth(itemAt(row->index(), index)->label()));
 }
 
 void Table::fitWidget() {

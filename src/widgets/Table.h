@@ -5,12 +5,15 @@
 #include "widgets/ColumnChoice.h"
 #include "widgets/GuiWakeUp.h"
 #include "widgets/Row.h"
+#include "widgets/RowChanges.h"
 #include "widgets/RowList.h"
 #include "widgets/StaleMarks.h"
 #include "widgets/TableClick.h"
+#include "widgets/WidestText.h"
 #include <cstdint>
 #include <fx.h>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace Tallymoor {
@@ -170,6 +173,11 @@ protected:
   /// rebuild. Here only rebuild. A subclass's constructor ends with updateTable, whose first run is never put
   /// off.
   virtual void fillTable();
+  /// Begins a fillTable that keeps what it can, in the place of clear: the columns stay, and so does each row
+  /// that is kept. All other rows go with the rebuild. The cells of all rows are computed anew all the same.
+  void releaseRows();
+  /// In the place of addRow, for a row from before.
+  void keepRow(Row& row) { m_rows.keep(row); }
   /// Back to the order of row keys, or its reversal.
   virtual void clickCorner();
   /// A right click in the body; nothing here.
@@ -205,6 +213,8 @@ private:
   friend class Column;
   friend class Row;
 
+  static constexpr FXint EXTRA_WIDTH = 20; ///< of columns and of the row header, around the widest text
+
   enum class Wish { NOTHING, REBUILD, FILL };
   struct CurrentCell {
     String rowKey;
@@ -218,12 +228,23 @@ private:
   bool isWorking() const { return m_filling || m_building; }
 
   void build();
+  void buildAnew();
+  void buildInPlace(const RowChanges& changes);
+  std::optional<RowChanges> changesInPlace(const std::vector<Column*>& columnsBefore) const;
+  void removePlaces(const RowChanges::Run& run);
+  void forgetRow(const Row& row);
+  void renewCells(Row& row);
+  void showText(TableItem& item, const Column& column, const FXString& text);
+  void fitInPlace();
   void chooseVisibleColumns();
   void setUpToolkitTable();
   std::vector<Row*> rowsInOrder();
   void place(Row& row);
   void fitRows();
+  void fitRow(const Row& row);
   void fitColumns();
+  void fitColumn(const Column& column);
+  void measureColumn(const Column& column);
   void fitWidget();
   void keepCurrentCell();
   void restoreCurrentCell();
@@ -248,8 +269,10 @@ private:
   std::vector<std::unique_ptr<Column>> m_columns; ///< in order of declaration
   std::vector<Column*> m_visibleColumns;          ///< by position in the toolkit's table
   RowList m_rows;
-  std::vector<Row*> m_placedRows; ///< by position in the toolkit's table
-  CurrentCell m_keptCell;         ///< the current cell from before the rebuild
+  std::vector<Row*> m_placedRows;        ///< by position in the toolkit's table
+  CurrentCell m_keptCell;                ///< the current cell from before the rebuild
+  std::vector<WidestText> m_widestTexts; ///< of the visible columns, with their titles
+  WidestText m_widestKey;
   Row* m_inputRow = nullptr;
   Column* m_inputColumn = nullptr;
   bool m_fillsParent;
@@ -261,6 +284,7 @@ private:
   Wish m_wish = Wish::NOTHING; ///< waits for the end of the handler or of the editor
   bool m_served = false;       ///< was filled or rebuilt at least once
   bool m_filling = false;
+  bool m_keepsRows = false; ///< in a filling that began with releaseRows
   bool m_building = false;
   bool m_acceptingInput = false;
   bool m_recordsChanged = false;

@@ -1,0 +1,181 @@
+// Tables of events keep their rows where they can: what they show must be what a table shows that is made
+// anew.
+#include "ViewsTest.h"
+#include "views/CashReserveTable.h"
+#include "views/DividendsTable.h"
+#include "views/SharesSoldTable.h"
+#include "widgets/HandlerScope.h"
+#include <random>
+
+using namespace Tallymoor;
+using testing::ElementsAre;
+
+namespace {
+
+class EventTableTest : public ViewsTest {
+protected:
+  void SetUp() override {
+    ViewsTest::SetUp();
+    addTrading();
+    showTree();
+  }
+  SharePortfolioUser& user() { return node(u"Trading").portfolio(); }
+  /// As a form's command does it.
+  template <class Change>
+  void change(Change made) {
+    {
+      const HandlerScope scope;
+      node(u"Trading").transactionMade();
+      made();
+    }
+    letEventsPass();
+  }
+  void deposit(const Date& day, double value, const String& description) {
+    change([&] { user().creditCash(day, value, CASH_EVENT_DEPOSIT, description); });
+  }
+  template <class EventTable>
+  void expectAsMadeAnew(EventTable& shown, const std::string& when) {
+    EventTable* fresh = new EventTable(user(), node(u"Trading"), mainWindow().contentFrame(), nullptr);
+    fresh->create();
+    EXPECT_EQ(rowKeys(*fresh), rowKeys(shown)) << when;
+    ASSERT_EQ(fresh->getNumRows(), shown.getNumRows()) << when;
+    for (FXint row = 0; row < shown.getNumRows(); ++row) {
+      EXPECT_EQ(rowTexts(*fresh, row), rowTexts(shown, row)) << when << ", row " << row;
+      EXPECT_EQ(fresh->getRowHeight(row), shown.getRowHeight(row)) << when;
+      EXPECT_EQ(row, shown.rowAt(row)->index()) << when;
+    }
+    for (FXint column = 0; column < shown.getNumColumns(); ++column)
+      EXPECT_EQ(fresh->getColumnWidth(column), shown.getColumnWidth(column)) << when << ", column " << column;
+    EXPECT_EQ(fresh->getRowHeaderWidth(), shown.getRowHeaderWidth()) << when;
+    for (const auto& column : shown.columns())
+      EXPECT_DOUBLE_EQ(fresh->sumColumn(column->function()), shown.sumColumn(column->function())) << when;
+    delete fresh;
+  }
+  void expectAllAsMadeAnew(const std::string& when) {
+    expectAsMadeAnew(dynamic_cast<CashReserveTable&>(*cash().table()), when + ", cash");
+    expectAsMadeAnew(dynamic_cast<SharesSoldTable&>(*sold().table()), when + ", sold");
+    expectAsMadeAnew(dynamic_cast<DividendsTable&>(*dividends().table()), when + ", dividends");
+  }
+};
+
+TEST_F(EventTableTest, RowsThatStayKeepTheirCells) {
+  leftClick(cash());
+  Table& table = *cash().table();
+  const FXTableItem* first = table.getItem(0, 0);
+  const FXTableItem* last = table.getItem(2, 0);
+  deposit(Date(2026, 2, 10), 300.0, u"DEPOSIT salary");
+  EXPECT_EQ(first, table.getItem(0, 0));
+  EXPECT_EQ(last, table.getItem(3, 0));
+  EXPECT_THAT(rowTexts(table, 2), ElementsAre("DEPOSIT salary", "$300.00", "", "$4,270.00"));
+  EXPECT_THAT(rowTexts(table, 3), ElementsAre("BUY 50.00 of AAA.AX @ 6.0000", "", "$320.00", "$3,950.00"));
+  change([this] { user().deleteCashEvent(cashEntry(3)); });
+  EXPECT_EQ(first, table.getItem(0, 0));
+  EXPECT_EQ(last, table.getItem(2, 0));
+  EXPECT_EQ(3, table.getNumRows());
+}
+
+TEST_F(EventTableTest, ColumnsAreAsWideAsTheWidestTextThatIsLeft) {
+  leftClick(cash());
+  Table& table = *cash().table();
+  const FXint before = table.getColumnWidth(0);
+  deposit(Date(2026, 2, 10), 300.0, u"DEPOSIT of what my aunt has left me by her will of 1987");
+  EXPECT_LT(before, table.getColumnWidth(0));
+  expectAllAsMadeAnew("with the wide text");
+  change([this] {
+    user().editCashEvent(cashEntry(3), Date(2026, 2, 10), Date(2026, 2, 10), 300.0, u"DEPOSIT");
+  });
+  EXPECT_EQ(before, table.getColumnWidth(0));
+}
+
+TEST_F(EventTableTest, EventsOfOneDayStandInTheOrderOfTheRecords) {
+  buy(user(), u"BBB.AX", 100, 2.0);
+  leftClick(sold());
+  change([this] { user().sellShares(u"BBB.AX", Date(2026, 2, 27), 10, 2.0, 0.0, true, u"first"); });
+  change([this] { user().sellShares(u"AAA.AX", Date(2026, 2, 27), 10, 6.0, 0.0, true, u"second"); });
+  change([this] { user().sellShares(u"BBB.AX", Date(2026, 2, 27), 20, 2.0, 0.0, true, u"third"); });
+  expectAllAsMadeAnew("after sales");
+  viewDate(Date(2026, 2, 26));
+  EXPECT_EQ(0, sold().table()->getNumRows());
+  expectAllAsMadeAnew("on an earlier day");
+  Date::clearFixedDate();
+  tree().updateItems();
+  settle();
+  EXPECT_EQ(3, sold().table()->getNumRows());
+  expectAllAsMadeAnew("today again");
+}
+
+TEST_F(EventTableTest, SortedTablesFollowToo) {
+  leftClick(sold());
+  Table& table = *sold().table();
+  const auto sell = [this](double number) {
+    change([&] { user().sellShares(u"AAA.AX", Date(2026, 2, 27), number, 6.0, 0.0, true, String()); });
+  };
+  const auto numbers = [&table] {
+    std::vector<std::string> texts;
+    for (FXint row = 0; row < table.getNumRows(); ++row)
+      texts.push_back(cellText(table, row, u"Num Sold"));
+    return texts;
+  };
+  const auto clickNumbers = [&table] {
+    FXHeader& header = *table.getColumnHeader();
+    header.getTarget()->handle(&header, FXSEL(SEL_COMMAND, header.getSelector()),
+                               reinterpret_cast<void*>(FXival(columnOf(table, u"Num Sold"))));
+  };
+  sell(20);
+  sell(10);
+  clickNumbers();
+  sell(15);
+  EXPECT_THAT(numbers(), ElementsAre("10.00", "15.00", "20.00"));
+  clickNumbers();
+  sell(12);
+  EXPECT_THAT(numbers(), ElementsAre("20.00", "15.00", "12.00", "10.00"));
+}
+
+/// Anything that can happen to cash, sales and dividends, and the days that are looked at.
+TEST_F(EventTableTest, TablesShowWhatTheyShowWhenTheyAreMadeAnew) {
+  buy(user(), u"BBB.AX", 1000, 2.0);
+  std::mt19937 random(1729); // the same changes on each run
+  const auto upTo = [&random](std::size_t most) { return random() % most; };
+  const auto anyDay = [&] { return Date(2026, 2, 20).plusDays(static_cast<int>(upTo(12))); };
+  const std::array<InvestmentTreeItem*, 3> pages{&cash(), &sold(), &dividends()};
+  for (int step = 0; step < 60; ++step) {
+    leftClick(*pages.at(upTo(3)));
+    const Date day = anyDay();
+    const double amount = 1.0 + static_cast<double>(upTo(2000)) / 8;
+    const String text = u"step " + String::fromLong(step);
+    change([&] {
+      switch (upTo(8)) {
+      case 0:
+      case 1:
+        user().creditCash(day, amount, CASH_EVENT_DEPOSIT, text);
+        break;
+      case 2:
+        user().editCashEvent(cashEntry(numCashEntries() - 1), day,
+                             dateValue(cashEntry(numCashEntries() - 1), u"Date"), amount, text);
+        break;
+      case 3:
+        user().deleteCashEvent(cashEntry(upTo(numCashEntries())));
+        break;
+      case 4:
+        user().sellShares(u"BBB.AX", day, 5, amount, 1.0, true, text);
+        break;
+      case 5: {
+        std::size_t index = 0;
+        if (XMLElement* stock = user().findSoldShare(u"BBB.AX", index))
+          user().undoSale(stock->subElement(u"SellEvents", upTo(stock->numSubElements(u"SellEvents"))));
+        break;
+      }
+      case 6:
+        user().receiveDividend(u"BBB.AX", day, 1000, 0.01 * amount, 100, 0, 0, String(), 0);
+        break;
+      default:
+        Date::setFixedDate(day);
+        break;
+      }
+    });
+    expectAllAsMadeAnew("step " + std::to_string(step));
+    Date::clearFixedDate();
+  }
+}
+
+} // namespace
