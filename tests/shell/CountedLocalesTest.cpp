@@ -116,8 +116,8 @@ protected:
     expectRecorded("0.123456");
     expectRecorded("9.26");
     dividend(byCommand(TallymoorWindow::ID_DIVIDENDS), "ABC.AX", day(9, 22), amount("1", "000", "5"),
-             amount("0", "05"), 100, asShares(amount("10", "25"), amount("4", "8805")));
-    expectRecorded("<Constant>10.25</Constant><Constant>4.8805</Constant>");
+             amount("0", "05"), 100, asShares(amount("10", "25"), amount("9", "8805")));
+    expectRecorded("<Constant>10.25</Constant><Constant>9.8805</Constant>");
     sell(byCommand(TallymoorWindow::ID_SELL), "ABC.AX", day(11, 10), amount("250", "5"),
          amount("11", "5678"));
     expectRecorded("<Constant>11.5678</Constant>");

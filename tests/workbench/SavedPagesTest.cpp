@@ -56,7 +56,7 @@ const std::vector<SavedPage> PAGES{
      {"2026/2/27 21.7500 21.9000 21.2000 40250", "2026/2/26 21.4500 21.5000 20.9500 38100"},
      {"26-Feb-26", "21.00", "21.50", "20.95", "21.45", "38,100"}},
     {"search-table",
-     {"\"OWL.AX\", \"Owl Ridge Timber Ltd\", \"Australia\"", "\"OWLT\", \"Owlett &amp; Tern Inc\", \"NYSE\"",
+     {"\"OWL.AX\", \"Owl Ridge Timber Ltd\", \"Australia\"", "\"OWLT\", \"Owlett & Tern Inc\", \"NYSE\"",
       "\"OWX.TA\", \"Owlex Sea Transport\", \"Israel\""},
      {"OWL.AX", "Owl Ridge Timber Ltd", "N/A"}},
     {"search-list",
