@@ -70,6 +70,16 @@ SharesAt sharesAsBought(const XMLElement& event, const Date& day, const SharesAt
   return {shares.number * one.price, shares.price * one.number};
 }
 
+double sharesBetween(const XMLElement& event, const Date& from, const Date& to) {
+  SharesAt one{1.0, 1.0};
+  for (std::size_t i = 0; i < event.numSubElements(u"Adjustments"); ++i) {
+    const XMLElement& adjustment = event.subElement(u"Adjustments", i);
+    if (const Date start = dateValue(adjustment, u"StartDate"); start > from && start <= to)
+      applyFactor(longValue(adjustment, u"Factor"), one);
+  }
+  return one.number;
+}
+
 bool isSplitBy(const XMLElement& event, const Date& day) {
   bool split = false;
   forEachFactor(event, day, [&split](std::int32_t factor) { split |= std::abs(double(factor)) != 1.0; });

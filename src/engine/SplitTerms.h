@@ -23,6 +23,8 @@ void applyFactor(std::int32_t factor, SharesAt& shares);
 SharesAt sharesOn(const XMLElement& event, const Date& day);
 /// The way back: shares of the day in the terms of the event's purchase.
 SharesAt sharesAsBought(const XMLElement& event, const Date& day, const SharesAt& shares);
+/// How many shares of the second day are one share of the first, a day since the purchase and not later.
+double sharesBetween(const XMLElement& event, const Date& from, const Date& to);
 /// True when a split or merge of the event counts by the day, so that the two above change anything.
 bool isSplitBy(const XMLElement& event, const Date& day);
 

@@ -1,7 +1,7 @@
 #include "views/HeldShareCells.h"
 #include "engine/HoldingOnDay.h"
-#include "engine/RecordedSplits.h"
 #include "engine/SharePortfolioUser.h"
+#include "engine/SplitTerms.h"
 #include "foundation/Amounts.h"
 #include "market/StockNames.h"
 #include "views/CellFigures.h"
@@ -59,11 +59,13 @@ const XMLElement* earliestParcel(const HeldShareRow& share) {
 /// Price to compare today's with: that of the day, or what was paid first where the share was bought later;
 /// in shares of today, as the number is.
 double previousPrice(const HeldShareRow& share, const Date& date) {
-  const RecordedSplits splits(*share.portfolio, share.code);
   const XMLElement* first = earliestParcel(share);
-  if (first && dateValue(*first, u"BuyDate") > date)
-    return doubleValue(*first, u"BuyPrice") / splits.sharesBetween(dateValue(*first, u"BuyDate"), Date());
-  return sharePriceOn(share, date) / splits.sharesBetween(date, Date());
+  if (!first)
+    return sharePriceOn(share, date);
+  // Of all parcels the earliest one knows the most splits.
+  const Date bought = dateValue(*first, u"BuyDate");
+  return bought > date ? doubleValue(*first, u"BuyPrice") / sharesBetween(*first, bought, Date())
+                       : sharePriceOn(share, date) / sharesBetween(*first, date, Date());
 }
 
 /// True when another price stands in for that of the day shown.
