@@ -24,7 +24,7 @@ const String& codeOf(const Row& row) {
   return row.payload<HeldShareRow>().code;
 }
 
-/// The close of an earlier day, for what is one share now: the splits are those that the portfolios record.
+/// The close of an earlier day in shares of today, by the splits that the portfolios have recorded.
 std::optional<double> earlierPrice(const Row& row, const Date& date) {
   std::optional<double> close = completedClose(codeOf(row), date);
   if (close) {
