@@ -28,8 +28,7 @@ constexpr CompareType PERCENT = COMPARE_PERCENT;
 const ColumnOf COLUMNS[] = {
     {u"Total Capital", &totalCapital, COMPARE_AMOUNT, true, false,
      u"Cash and shares at the end of the day. * Provisional. Where a price is unavailable, the last known "
-     u"one, "
-     u"or that of a purchase or sale, stands in. The day is computed again when the price comes."},
+     u"one, or that of a purchase or sale, stands in. The day is computed again when the price comes."},
     {u"Index", &index, COMPARE_NUMBER, true, true},
     {u"1 Month", &gain<1>, PERCENT, true, false, u"Gain since the last day of the month before."},
     {u"Brokerage %", &brokerage, PERCENT, true, false,

@@ -31,6 +31,13 @@ constexpr const char* noPriceKnown = "No price is known.";
 
 class BuySharesPanelTest : public WindowTest {
 protected:
+  /// Offline, with a price of today and one of two weeks ago.
+  void proposeKnownPrices() {
+    TallymoorInternet::Instance().goOffline();
+    TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2026, 3, 3), 12.0);
+    TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2026, 2, 16), 10.5);
+    m_panel->reset(u"ABC.AX");
+  }
   BuySharesPanelTest() {
     m_market.addListing(u"ABC.AX", u"Alphabet Bricks", u"Australia");
     m_market.setCurrentPrice(u"ABC.AX", 12.3456);
@@ -292,10 +299,7 @@ TEST_F(BuySharesPanelTest, ShowsTheTotalAndTheCashThatRemains) {
 // The price of the day
 
 TEST_F(BuySharesPanelTest, TheProposedPriceFollowsTheDate) {
-  TallymoorInternet::Instance().goOffline();
-  TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2026, 3, 3), 12.0);
-  TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2026, 2, 16), 10.5);
-  m_panel->reset(u"ABC.AX");
+  proposeKnownPrices();
   set("Number bought", "100");
   EXPECT_EQ("12.0000", shown("Share price"));
   FXTextField& date = field(*m_panel, "Date bought");
@@ -322,10 +326,7 @@ TEST_F(BuySharesPanelTest, TheProposedPriceFollowsTheDate) {
 }
 
 TEST_F(BuySharesPanelTest, APriceThatFollowsOnlyAtOkIsAskedAbout) {
-  TallymoorInternet::Instance().goOffline();
-  TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2026, 3, 3), 12.0);
-  TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2026, 2, 16), 10.5);
-  m_panel->reset(u"ABC.AX");
+  proposeKnownPrices();
   set("Number bought", "100");
   set("Date bought", "16/02/2026");
   answer("The price of ABC.AX on 16/02/2026 was 10.50.\nDo you want to record this price?", "No");
@@ -337,10 +338,7 @@ TEST_F(BuySharesPanelTest, APriceThatFollowsOnlyAtOkIsAskedAbout) {
 }
 
 TEST_F(BuySharesPanelTest, ALastKnownPriceThatFollowsAtOkIsAskedAboutWithItsDay) {
-  TallymoorInternet::Instance().goOffline();
-  TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2026, 3, 3), 12.0);
-  TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2026, 2, 16), 10.5);
-  m_panel->reset(u"ABC.AX");
+  proposeKnownPrices();
   set("Number bought", "100");
   set("Date bought", "20/02/2026");
   answer("No price of ABC.AX on 20/02/2026 is known. The last one before, of 16/02/2026, was 10.50.\n"
