@@ -55,7 +55,9 @@ Part partOf(const XMLElement& parcel, const Date& day, double wanted) {
   // A rest that would be recorded, or read, as 0.00 shares goes with the parcel.
   if (wanted < available && !showsAsZero(available - wanted, 2) && rest.toDouble() > 0.0)
     return {wanted, number, rest};
-  return {available, textValue(parcel, u"NumHeld"), String()};
+  // A number that a split divided may come back as 200.000001; the cash is that of the 200 that were typed.
+  const String whole = textValue(parcel, u"NumHeld");
+  return {isSplitBy(parcel, day) && number == whole ? wanted : available, whole, String()};
 }
 
 bool isAllSold(double sold, double number) {

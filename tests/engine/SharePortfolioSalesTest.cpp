@@ -186,6 +186,16 @@ TEST_F(SalesTest, ARestThatCouldNotBeRecordedGoesWithTheParcel) {
   EXPECT_EQ(textValue(sale(u"ABC.AX"), u"NumHeld"), String(u"1.00"));
 }
 
+TEST_F(SalesTest, TheRestOfADividedPurchaseIsSoldAtTheNumberThatWasTyped) {
+  user().buyShares(u"ABC.AX", Date(2026, 1, 1), 100, 27000, 0, u"");
+  user().recordAdjustment(u"ABC.AX", Date(2026, 2, 1), 3, false);
+  user().sellShares(u"ABC.AX", m_today, 100, 9000, 0, true, u"");
+  EXPECT_DOUBLE_EQ(user().proceedsOfSale(u"ABC.AX", m_today, 200, 9000, 0, true), 1'800'000.0);
+  user().sellShares(u"ABC.AX", m_today, 200, 9000, 0, true, u"");
+  EXPECT_EQ(cashEntryText(2), String(u"3/3/2026 1 1800000.00 SELL 200.00 of ABC.AX @ 9000.0000"));
+  EXPECT_TRUE(user().undoSale(sale(u"ABC.AX", 1))) << "its cash entry is found again";
+}
+
 TEST_F(SalesTest, ASaleOfTheWholeKnowsItsSplits) {
   user().buyShares(u"ABC.AX", Date(2026, 1, 1), 100, 10, 30, u"");
   user().recordAdjustment(u"ABC.AX", Date(2026, 2, 1), 2, false);
