@@ -135,6 +135,7 @@ TestNotifications::TestNotifications(const std::string& address, const std::vect
   m_service = sdbus::createObject(*m_connection, "/org/freedesktop/Notifications");
   m_service->registerMethod("GetCapabilities").onInterface(NOTIFICATIONS).implementedAs([this, abilities] {
     ++m_timesAsked;
+    m_client = m_service->getCurrentlyProcessedMessage()->getSender();
     return abilities;
   });
   m_service->registerMethod("Notify")
@@ -151,6 +152,18 @@ TestNotifications::TestNotifications(const std::string& address, const std::vect
       });
   m_service->finishRegistration();
   m_connection->requestName(NOTIFICATIONS);
+}
+
+TestNotifications::~TestNotifications() {
+  m_connection->releaseName(NOTIFICATIONS);
+}
+
+void TestNotifications::ping(const std::string& client) {
+  m_pingAnswered = false;
+  m_pinged = sdbus::createProxy(*m_connection, client, "/");
+  m_pinged->callMethodAsync("Ping")
+      .onInterface("org.freedesktop.DBus.Peer")
+      .uponReplyInvoke([this](const sdbus::Error* error) { m_pingAnswered = !error; });
 }
 
 void TestNotifications::serve() {

@@ -77,7 +77,15 @@ public:
   };
 
   TestNotifications(const std::string& address, const std::vector<std::string>& abilities);
+  /// Gives its name back before it leaves, so that the next service finds it free.
+  ~TestNotifications();
   void serve();
+  /// Bus name of the program that last asked for something.
+  const std::string& client() const { return m_client; }
+  /// Asks a program on the bus for a sign of life. The bus keeps the order: once it is answered, the program has
+  /// dealt with all that this service sent before.
+  void ping(const std::string& client);
+  bool pingAnswered() const { return m_pingAnswered; }
   const std::vector<Notice>& notices() const { return m_notices; }
   unsigned timesAsked() const { return m_timesAsked; }
   /// From now on every balloon is answered by an error.
@@ -86,7 +94,10 @@ public:
 private:
   std::unique_ptr<sdbus::IConnection> m_connection;
   std::unique_ptr<sdbus::IObject> m_service;
+  std::unique_ptr<sdbus::IProxy> m_pinged;
   std::vector<Notice> m_notices;
+  std::string m_client;
+  bool m_pingAnswered = false;
   unsigned m_timesAsked = 0;
   bool m_refuses = false;
 };
