@@ -1,12 +1,17 @@
 #include "foundation/FXJulianDate.h"
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <ctime>
 #include <strings.h>
 
 namespace Tallymoor {
 
 namespace {
+
+using std::chrono::days;
+using std::chrono::sys_days;
+using std::chrono::year_month_day;
 
 constexpr std::int64_t JULIAN_DAY_OF_EPOCH = 2440588; // 1 January 1970
 constexpr int FIRST_YEAR = 1;
@@ -18,32 +23,29 @@ constexpr std::array<const char*, 12> MONTH_NAMES = {"January",   "February", "M
 constexpr std::array<const char*, 12> SHORT_MONTH_NAMES = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                                            "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 
-/// Days from 1 January 1970 to the first of a month. Counts in eras of 400 years that begin on 1 March, so
-/// that the leap day is the last of its year.
-constexpr std::int64_t daysToFirstOf(std::int64_t year, std::int64_t month) {
-  const std::int64_t y = month <= 2 ? year - 1 : year;
-  const std::int64_t era = (y >= 0 ? y : y - 399) / 400;
-  const std::int64_t yearOfEra = y - era * 400;
-  const std::int64_t dayOfYear = (153 * (month > 2 ? month - 3 : month + 9) + 2) / 5;
-  return era * 146097 + yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear - 719468;
+/// Counts months since January of the year 0, so that any month number carries into the year.
+constexpr std::int64_t julianDayOf(std::int64_t months, std::int64_t day) {
+  const std::int64_t year = (months >= 0 ? months : months - 11) / 12;
+  const auto month = static_cast<int>(months - year * 12 + 1);
+  // Eras of 400 years are alike: the library's year holds no wild ones.
+  constexpr std::int64_t DAYS_OF_ERA = 146097;
+  const sys_days first = std::chrono::year(static_cast<int>(year % 400)) / month / 1;
+  return year / 400 * DAYS_OF_ERA + first.time_since_epoch().count() + JULIAN_DAY_OF_EPOCH + day - 1;
 }
 
-constexpr std::int64_t FIRST_DAY = daysToFirstOf(FIRST_YEAR, 1) + JULIAN_DAY_OF_EPOCH;
-constexpr std::int64_t LAST_DAY = daysToFirstOf(LAST_YEAR + 1, 1) + JULIAN_DAY_OF_EPOCH - 1;
+constexpr std::int64_t FIRST_DAY = julianDayOf(FIRST_YEAR * 12, 1);
+constexpr std::int64_t LAST_DAY = julianDayOf((LAST_YEAR + 1) * 12, 1) - 1;
 
 std::uint32_t insideCalendar(std::int64_t julianDay) {
   return static_cast<std::uint32_t>(std::clamp(julianDay, FIRST_DAY, LAST_DAY));
 }
 
-/// Months since January of the year 0, taken apart again so that any month number carries into the year.
-std::int64_t julianDayOf(std::int64_t months, std::int64_t day) {
-  const std::int64_t year = (months >= 0 ? months : months - 11) / 12;
-  return daysToFirstOf(year, months - year * 12 + 1) + JULIAN_DAY_OF_EPOCH + day - 1;
+sys_days dayOf(std::uint32_t julianDay) {
+  return sys_days(days(std::int64_t{julianDay} - JULIAN_DAY_OF_EPOCH));
 }
 
-int monthLength(int year, int month) {
-  const std::int64_t months = std::int64_t{year} * 12 + month - 1;
-  return static_cast<int>(julianDayOf(months + 1, 1) - julianDayOf(months, 1));
+int lengthOf(const std::chrono::year_month& month) {
+  return static_cast<int>(unsigned((month / std::chrono::last).day()));
 }
 
 } // namespace
@@ -78,57 +80,44 @@ void FXJulianDate::addDays(int days) {
 }
 
 void FXJulianDate::addMonths(int months) {
-  int year = 0, month = 0, day = 0;
-  jul2greg(m_julian, year, month, day);
-  const std::int64_t reached = std::clamp<std::int64_t>(std::int64_t{year} * 12 + month - 1 + months,
-                                                        FIRST_YEAR * 12, LAST_YEAR * 12 + 11);
-  const int reachedYear = static_cast<int>(reached / 12);
-  const int reachedMonth = static_cast<int>(reached % 12) + 1;
-  setDate(reachedYear, reachedMonth, std::min(day, monthLength(reachedYear, reachedMonth)));
+  const year_month_day date(dayOf(m_julian));
+  const std::int64_t reached =
+      std::clamp(std::int64_t{int(date.year())} * 12 + unsigned(date.month()) - 1 + months,
+                 std::int64_t{FIRST_YEAR * 12}, std::int64_t{LAST_YEAR * 12 + 11});
+  const auto reachedMonth = std::chrono::year(0) / 1 + std::chrono::months(static_cast<int>(reached));
+  m_julian = insideCalendar(julianDayOf(reached, std::min(day(), lengthOf(reachedMonth))));
 }
 
 int FXJulianDate::day() const {
-  int year = 0, month = 0, day = 0;
-  jul2greg(m_julian, year, month, day);
-  return day;
+  return static_cast<int>(unsigned(year_month_day(dayOf(m_julian)).day()));
 }
 
 int FXJulianDate::month() const {
-  int year = 0, month = 0, day = 0;
-  jul2greg(m_julian, year, month, day);
-  return month;
+  return static_cast<int>(unsigned(year_month_day(dayOf(m_julian)).month()));
 }
 
 int FXJulianDate::year() const {
-  int year = 0, month = 0, day = 0;
-  jul2greg(m_julian, year, month, day);
-  return year;
+  return int(year_month_day(dayOf(m_julian)).year());
 }
 
 int FXJulianDate::dayOfWeek() const {
-  return static_cast<int>((std::uint64_t{m_julian} + 1) % 7);
+  return static_cast<int>(std::chrono::weekday(dayOf(m_julian)).c_encoding());
 }
 
 int FXJulianDate::daysSince(const FXJulianDate& other) const {
-  return static_cast<int>(std::int64_t{m_julian} - std::int64_t{other.m_julian});
+  return static_cast<int>((dayOf(m_julian) - dayOf(other.m_julian)).count());
 }
 
 int FXJulianDate::daysThisMonth() const {
-  int year = 0, month = 0, day = 0;
-  jul2greg(m_julian, year, month, day);
-  return monthLength(year, month);
+  const year_month_day date(dayOf(m_julian));
+  return lengthOf(date.year() / date.month());
 }
 
 void FXJulianDate::jul2greg(std::uint32_t julianDay, int& year, int& month, int& day) {
-  const std::int64_t days = std::int64_t{julianDay} - JULIAN_DAY_OF_EPOCH + 719468;
-  const std::int64_t era = (days >= 0 ? days : days - 146096) / 146097;
-  const std::int64_t dayOfEra = days - era * 146097;
-  const std::int64_t yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
-  const std::int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
-  const std::int64_t shiftedMonth = (5 * dayOfYear + 2) / 153; // 0 is March
-  day = static_cast<int>(dayOfYear - (153 * shiftedMonth + 2) / 5 + 1);
-  month = static_cast<int>(shiftedMonth < 10 ? shiftedMonth + 3 : shiftedMonth - 9);
-  year = static_cast<int>(yearOfEra + era * 400 + (month <= 2 ? 1 : 0));
+  const year_month_day date(dayOf(julianDay));
+  year = int(date.year());
+  month = static_cast<int>(unsigned(date.month()));
+  day = static_cast<int>(unsigned(date.day()));
 }
 
 const char* FXJulianDate::shortMonthName(int month) {
