@@ -11,10 +11,10 @@
 #include "market/URL.h"
 #include "shell/AdvertPicture.h"
 #include "shell/AdvertThread.h"
-#include "shell/Updates.h"
 #include "support/Input.h"
 #include "support/Require.h"
 #include "support/ScratchFolder.h"
+#include "updates/Updates.h"
 #include "xml/LocatorDocuments.h"
 #include <algorithm>
 #include <array>

@@ -1,9 +1,9 @@
 #pragma once
+#include "desktop/SystemTray.h"
 #include "foundation/Date.h"
 #include "foundation/LengthyFunctions.h"
 #include "market/PriceUpdater.h"
 #include "shell/PortfolioStore.h"
-#include "shell/SystemTray.h"
 #include "shell/WindowIcons.h"
 #include "widgets/MainWindow.h"
 #include <functional>

@@ -1,6 +1,6 @@
 // The window's side of the desktop's session: what is saved when the user logs out.
+#include "desktop/SessionClient.h"
 #include "foundation/RunTimeSettings.h"
-#include "shell/SessionClient.h"
 #include "shell/TallymoorWindow.h"
 
 namespace Tallymoor {

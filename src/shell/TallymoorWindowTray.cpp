@@ -1,8 +1,8 @@
 // The window's side of the system tray: where it goes when it is minimised, and how it comes back.
+#include "desktop/DesktopTray.h"
 #include "foundation/FileReplacement.h"
 #include "foundation/RunTimeSettings.h"
 #include "foundation/Settings.h"
-#include "shell/DesktopTray.h"
 #include "shell/TallymoorWindow.h"
 #include "shell/TrayTip.h"
 #include "shell/WarningStrip.h"

@@ -1,7 +1,7 @@
 // The view date: the day at which the window shows all capital.
+#include "foundation/RestingStatus.h"
 #include "foundation/UserInteraction.h"
 #include "market/TallymoorInternet.h"
-#include "shell/RestingStatus.h"
 #include "shell/TallymoorWindow.h"
 #include "shell/ViewDateRow.h"
 #include "widgets/HandlerScope.h"

@@ -9,7 +9,7 @@
 #include "shell/PortfolioStore.h"
 #include "shell/PortfolioTransfer.h"
 #include "shell/ProfileFolders.h"
-#include "shell/Updates.h"
+#include "updates/Updates.h"
 #include <array>
 #include <filesystem>
 

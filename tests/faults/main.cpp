@@ -6,14 +6,14 @@
 //   fault_target serve                            is the update service; prints its address and key
 #include "Profile.h"
 #include "Saves.h"
-#include "TestUpdateService.h"
 #include "foundation/Constants.h"
 #include "foundation/UnforeseenFailure.h"
 #include "market/SharePriceCache.h"
 #include "shell/PortfolioStore.h"
 #include "shell/ProfileFolders.h"
-#include "shell/UpdateHandover.h"
-#include "shell/Updates.h"
+#include "support/updates/TestUpdateService.h"
+#include "updates/UpdateHandover.h"
+#include "updates/Updates.h"
 #include <filesystem>
 #include <iostream>
 #include <unistd.h>

@@ -9,10 +9,10 @@
 #include "shell/AdvertThread.h"
 #include "shell/PortfolioStore.h"
 #include "shell/PortfolioTransfer.h"
-#include "shell/Updates.h"
 #include "support/FakeUserInteraction.h"
 #include "support/GatewayScope.h"
 #include "support/InstalledFolder.h"
+#include "updates/Updates.h"
 #include "xml/CapitalRecord.h"
 #include "xml/CountryOfResidence.h"
 #include <filesystem>

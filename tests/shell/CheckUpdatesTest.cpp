@@ -1,10 +1,10 @@
 #include "ShellTest.h"
-#include "TestUpdateService.h"
 #include "foundation/ProgramFiles.h"
 #include "market/TallymoorInternet.h"
-#include "shell/UpdateCheck.h"
 #include "shell/WarningStrip.h"
 #include "support/InstalledFolder.h"
+#include "support/updates/TestUpdateService.h"
+#include "updates/UpdateCheck.h"
 #include <functional>
 #include <gmock/gmock.h>
 #include <unistd.h>
@@ -145,9 +145,8 @@ TEST_F(UpdatesInTheWindowTest, GoingOfflineAbortsTheDownloadAndGoingOnlineTakesI
   const auto askedFor = [this](const char* name) {
     return [this, name] { return ::testing::Value(service().asked(), ::testing::Contains(name)); };
   };
-  service().server().stall([](const TestHttpServer::Request& request) {
-    return request.target.ends_with("CountryConfig.xml");
-  });
+  service().server().stall(
+      [](const TestHttpServer::Request& request) { return request.target.ends_with("CountryConfig.xml"); });
   command(TallymoorWindow::ID_CHECK_UPDATES);
   EXPECT_TRUE(runUntil(askedFor("CountryConfig.xml")));
   command(TallymoorWindow::ID_STATUS);
@@ -190,9 +189,8 @@ TEST_F(UpdatesOfAForeignFolderTest, BringDocumentsAloneAndTheCheckSaysSo) {
 }
 
 TEST_F(UpdatesInTheWindowTest, LeavingEndsADownloadUnderWay) {
-  service().server().stall([](const TestHttpServer::Request& request) {
-    return request.target.ends_with("CountryConfig.xml");
-  });
+  service().server().stall(
+      [](const TestHttpServer::Request& request) { return request.target.ends_with("CountryConfig.xml"); });
   answer("Updates are available. Download now in the background?", "Yes");
   command(TallymoorWindow::ID_CHECK_UPDATES);
   EXPECT_TRUE(runUntil([this] {

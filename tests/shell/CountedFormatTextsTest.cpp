@@ -1,5 +1,4 @@
 #include "RecordingPlatform.h"
-#include "TestDesktop.h"
 #include "TestPaths.h"
 #include "YearOfTransactionsTest.h"
 #include "foundation/RunTimeSettings.h"
@@ -7,6 +6,7 @@
 #include "shell/WarningStrip.h"
 #include "support/LoopbackPeer.h"
 #include "support/TestHttpServer.h"
+#include "support/desktop/TestDesktop.h"
 #include "widgets/FormNotes.h"
 #include <filesystem>
 #include <iostream>

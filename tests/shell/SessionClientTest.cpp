@@ -1,4 +1,4 @@
-#include "shell/SessionClient.h"
+#include "desktop/SessionClient.h"
 #include "ShellTest.h"
 #include "TestSessionManager.h"
 #include "shell/WarningStrip.h"

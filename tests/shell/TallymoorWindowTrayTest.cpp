@@ -1,7 +1,7 @@
 #include "ShellTest.h"
-#include "TestDesktop.h"
 #include "foundation/RunTimeSettings.h"
 #include "shell/WarningStrip.h"
+#include "support/desktop/TestDesktop.h"
 #include "views/TotalCapTreeItem.h"
 #include "widgets/ContextMenu.h"
 #include <gmock/gmock.h>

@@ -1,9 +1,0 @@
-#include "shell/SystemTray.h"
-
-namespace Tallymoor {
-
-SystemTray::Watcher::~Watcher() = default;
-
-SystemTray::~SystemTray() = default;
-
-} // namespace Tallymoor

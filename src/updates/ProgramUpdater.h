@@ -1,0 +1,63 @@
+#pragma once
+#include "foundation/Thread.h"
+#include "updates/UpdateSettings.h"
+#include <atomic>
+#include <mutex>
+#include <vector>
+
+namespace Tallymoor {
+
+class Updates;
+struct UpdatesFound;
+
+/// The background thread that looks for updates every three hours and tells of them, and that downloads and
+/// installs them when it was asked to. The network is used with no lock; what the user is told, and the
+/// reload of what was installed, are short stretches under the big mutex. It starts in its construction; the
+/// first pass comes after the start delay.
+class ProgramUpdater : public Thread {
+public:
+  explicit ProgramUpdater(const UpdateSettings& settings = UpdateSettings::current());
+  /// Stops the thread and waits for it, with the big mutex given up meanwhile.
+  ~ProgramUpdater() override;
+
+  /// The next pass, which is woken, downloads and installs. Any thread.
+  void requestDownload();
+  /// The user is online again: a download that waits for that begins.
+  void connectionIsBack();
+  /// The user has gone offline: what is being fetched is aborted. Nobody is told, and a download that was
+  /// asked for waits until the connection is back.
+  void connectionIsGone();
+  /// Tells the thread to stop, aborts what it fetches, and waits for its end with the big mutex given up.
+  void stopAndJoin();
+  /// One pass on the calling thread, which must not hold the big mutex. Throws nothing.
+  void runPass();
+
+protected:
+  void threadFunction() override;
+
+private:
+  class CurrentUpdates;
+
+  static bool isOffline();
+  void abortFetch();
+  void look();
+  void downloadAll();
+  void waitForConnection();
+  void install(Updates& updates, UpdatesFound& found);
+  using Keys = std::vector<String>;
+  static void tell(Keys& keys, const String& text, int level);
+  static void takeBack(Keys& keys);
+  template <class Work>
+  void inStretch(Work work);
+
+  const UpdateSettings m_settings;
+  std::atomic<bool> m_downloadRequested = false;
+  std::mutex m_mutex;
+  Updates* m_updates = nullptr; ///< of the pass under way; guarded by m_mutex
+  /// The pass under way was aborted because the user went offline.
+  std::atomic<bool> m_cutOff = false;
+  /// Keys of the warnings that hold, each until its cause has gone; guarded by the big mutex.
+  Keys m_available, m_failed, m_installed;
+};
+
+} // namespace Tallymoor
