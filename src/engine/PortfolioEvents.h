@@ -1,6 +1,7 @@
 #pragma once
 #include "foundation/Date.h"
 #include "foundation/String.h"
+#include "xml/RecordTexts.h"
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -11,28 +12,15 @@ namespace Tallymoor {
 
 class XMLElement;
 
-// What the operations on a portfolio share: how amounts and days are written in the records, how descriptions
-// of cash entries read, and how an event or a cash entry is found again. Descriptions and texts are what
-// links a purchase, sale or dividend to its cash entry, so their forms are fixed by the records that users
-// have.
+// What the operations on a portfolio share: how descriptions of cash entries read, and how a cash entry is
+// found again. Descriptions and texts are what links a purchase, sale or dividend to its cash entry, so their
+// forms are fixed by the records that users have.
 
 /// Later than every day.
 inline const Date FAR_OFF(std::numeric_limits<std::uint32_t>::max());
 
 /// The comment of a purchase, as an attribute of the sale with which the last of it went.
 inline constexpr std::u16string_view BUY_COMMENT = u"BuyComment";
-
-String dayText(const Date& date);
-String moneyText(double amount);
-String numberText(double shares);
-/// A number of shares in the terms of their purchase: two decimals, or up to six where it was divided by a
-/// split and needs them.
-String recordedNumberText(double shares);
-/// True for a number that was recorded with more than two decimals.
-bool hasFractionOfHundredths(const String& number);
-String priceText(double price);
-/// Dividend for each share, at six decimals.
-String dividendRateText(double rate);
 
 /// What the shares of a purchase (BuyEvent) cost with its brokerage, which counts as it is recorded, at two
 /// decimals.

@@ -1,7 +1,6 @@
 #include "engine/UnreadableDates.h"
 #include "foundation/Date.h"
-#include "foundation/Exception.h"
-#include "xml/Leaves.h"
+#include "xml/PortfolioRecords.h"
 #include "xml/Utf8Writer.h"
 #include <algorithm>
 #include <map>
@@ -13,43 +12,12 @@ namespace Tallymoor {
 
 namespace {
 
-const String UNREADABLE = u"Unreadable";
-const String FAR_OFF = u"1/1/9999";
 constexpr std::size_t MOST_TOLD = 10;
-
-bool isDate(const String& text) {
-  try {
-    Date(text, DATE_DISPLAY_DMY);
-    return true;
-  } catch (const Exception&) {
-    return false;
-  }
-}
 
 /// A damaged file may hold a text of any length where a name or a date should stand.
 String asTold(const String& text) {
   constexpr std::size_t MOST_CHARACTERS = 30;
   return text.size() <= MOST_CHARACTERS ? text : text.substr(0, MOST_CHARACTERS) + u"...";
-}
-
-void setAside(XMLElement& date) {
-  if (date.hasAttribute(UNREADABLE))
-    return;
-  date.setAttribute(UNREADABLE, date.value());
-  date.setValue(FAR_OFF);
-}
-
-/// A date that was set aside in an earlier run and may count again.
-void putBack(XMLElement& date) {
-  if (!date.hasAttribute(UNREADABLE))
-    return;
-  const String kept = date.attribute(UNREADABLE);
-  const bool wasPutRight = !(date.value() == FAR_OFF);
-  if (!wasPutRight && !isDate(kept))
-    return;
-  if (!wasPutRight)
-    date.setValue(kept);
-  date.removeAttribute(UNREADABLE);
 }
 
 class Search {
@@ -58,60 +26,49 @@ public:
   String portfolio;
 
   /// The dates of an entry, of which one that can't be read puts all of them aside: half a sale would count.
-  void look(XMLElement& event, std::initializer_list<std::u16string_view> names, const String& entry) {
+  void look(XMLEvent& event, const String& entry) {
     std::optional<String> bad;
-    for (const std::u16string_view name : names)
-      if (const auto text = badTextOf(event.subElement(name)); text && !bad)
+    for (XMLDate* date : event.dates()) {
+      date->putBack();
+      if (const auto text = date->unreadableText(); text && !bad)
         bad = text;
+    }
     if (!bad)
       return;
-    for (const std::u16string_view name : names)
-      setAside(event.subElement(name));
+    for (XMLDate* date : event.dates())
+      date->setAside();
     found.push_back({portfolio, entry, *bad});
   }
 
-  void lookAtStocks(XMLElement& stocks, std::u16string_view reference, std::u16string_view events,
-                    std::initializer_list<std::u16string_view> names, const String& kind) {
-    for (std::size_t i = 0; i < stocks.numSubElements(reference); ++i) {
-      XMLElement& stock = stocks.subElement(reference, i);
-      for (std::size_t j = 0; j < stock.numSubElements(events); ++j) {
-        XMLElement& event = stock.subElement(events, j);
-        const String entry = textValue(stock, u"Code") + numbered(kind, j);
-        look(event, names, entry);
-        for (std::size_t k = 0; k < event.numSubElements(u"Adjustments"); ++k)
-          look(event.subElement(u"Adjustments", k), {u"StartDate"}, entry + numbered(u"split", k));
-      }
+  /// Those of a list, counted from 1.
+  template <class Event>
+  void lookAtAll(const ElementList<Event>& events, const String& kind) {
+    std::int64_t number = 0;
+    for (Event& event : events)
+      look(event, kind + u" " + String::fromLong(++number));
+  }
+
+  template <class Parcel>
+  void lookAtParcels(const ElementList<Parcel>& parcels, const String& code, const String& kind) {
+    std::int64_t number = 0;
+    for (Parcel& parcel : parcels) {
+      const String entry = code + u", " + kind + u" " + String::fromLong(++number);
+      look(parcel, entry);
+      lookAtAll(parcel.adjustments(), entry + u", split");
     }
-  }
-
-  static String numbered(const String& kind, std::size_t place) {
-    return u", " + kind + u" " + String::fromLong(static_cast<std::int64_t>(place) + 1);
-  }
-
-private:
-  static std::optional<String> badTextOf(XMLElement& date) {
-    putBack(date);
-    if (date.hasAttribute(UNREADABLE))
-      return date.attribute(UNREADABLE);
-    return isDate(date.value()) ? std::nullopt : std::optional(date.value());
   }
 };
 
-void searchPortfolio(XMLElement& portfolio, Search& search) {
-  search.portfolio = textValue(portfolio, u"Name");
-  search.lookAtStocks(portfolio.subElement(u"HeldShares"), u"HeldShares", u"BuyEvents", {u"BuyDate"},
-                      u"purchase");
-  search.lookAtStocks(portfolio.subElement(u"SoldShares"), u"SoldShares", u"SellEvents",
-                      {u"BuyDate", u"SellDate"}, u"sale");
-  XMLElement& dividends = portfolio.subElement(u"Dividends");
-  for (std::size_t i = 0; i < dividends.numSubElements(u"DividendEvents"); ++i) {
-    XMLElement& event = dividends.subElement(u"DividendEvents", i);
-    search.look(event, {u"ReceiveDate"}, textValue(event, u"Code") + Search::numbered(u"dividend", i));
-  }
-  XMLElement& reserve = portfolio.subElement(u"CashReserve");
-  for (std::size_t i = 0; i < reserve.numSubElements(u"CashEvents"); ++i)
-    search.look(reserve.subElement(u"CashEvents", i), {u"Date"},
-                u"cash reserve" + Search::numbered(u"entry", i));
+void searchPortfolio(XMLSharePortfolio& portfolio, Search& search) {
+  search.portfolio = portfolio.portfolioName();
+  for (XMLHeldShare& stock : portfolio.heldShares())
+    search.lookAtParcels(stock.parcels(), stock.code(), u"purchase");
+  for (XMLSoldShare& stock : portfolio.soldShares())
+    search.lookAtParcels(stock.sales(), stock.code(), u"sale");
+  std::int64_t number = 0;
+  for (XMLDividendEvent& dividend : portfolio.dividends())
+    search.look(dividend, dividend.code() + u", dividend " + String::fromLong(++number));
+  search.lookAtAll(portfolio.cashEvents(), u"cash reserve, entry");
 }
 
 /// Finds texts of elements or attributes one after the other, each occurrence once.
@@ -154,16 +111,15 @@ private:
 
 } // namespace
 
-std::vector<UnreadableDate> setAsideUnreadableDates(XMLElement& records) {
+std::vector<UnreadableDate> setAsideUnreadableDates(XMLPortfolios& records) {
   Search search;
-  for (std::size_t i = 0; i < records.numSubElements(u"SharePortfolios"); ++i)
-    searchPortfolio(records.subElement(u"SharePortfolios", i), search);
+  for (XMLSharePortfolio& portfolio : records.portfolios())
+    searchPortfolio(portfolio, search);
   return std::move(search.found);
 }
 
 bool isSetAside(const XMLElement& event, std::u16string_view date) {
-  const XMLElement& element = event.subElement(date);
-  return element.hasAttribute(UNREADABLE) && element.value() == FAR_OFF;
+  return elementAs<XMLDate>(event.subElement(date)).isSetAside();
 }
 
 String unreadableDatesText(const std::vector<UnreadableDate>& dates, std::string_view fileContent) {
@@ -182,8 +138,7 @@ String unreadableDatesText(const std::vector<UnreadableDate>& dates, std::string
   if (dates.size() > MOST_TOLD)
     text =
         text + u"and " + String::fromLong(static_cast<std::int64_t>(dates.size() - MOST_TOLD)) + u" more.\n";
-  return text + u"These entries are shown on the day " +
-         Date(FAR_OFF, DATE_DISPLAY_DMY).toString(DATE_DISPLAY_LOCAL) +
+  return text + u"These entries are shown on the day " + XMLDate::farOff().toString(DATE_DISPLAY_LOCAL) +
          u" and left out of all figures\nuntil you put their dates right in the table. All else is computed "
          u"as ever.";
 }

@@ -6,6 +6,7 @@
 namespace Tallymoor {
 
 class XMLElement;
+class XMLPortfolios;
 
 // A file of records that was edited by hand, or damaged, may hold a date that is none. It must cost no more
 // than its own entry: the entry is put on a day far in the future, where no figure counts it, and the date as
@@ -21,7 +22,7 @@ struct UnreadableDate {
 
 /// Sets all unreadable dates of the records aside and tells of them, of those from earlier runs, too. Dates
 /// that have been put right since then count again.
-std::vector<UnreadableDate> setAsideUnreadableDates(XMLElement& records);
+std::vector<UnreadableDate> setAsideUnreadableDates(XMLPortfolios& records);
 
 /// True for a purchase, sale, dividend or cash entry whose date of this name is set aside, so that no figure
 /// counts it.

@@ -3,12 +3,57 @@
 
 namespace Tallymoor {
 
+namespace {
+
+constexpr std::u16string_view UNREADABLE = u"Unreadable";
+constexpr const char16_t* FAR_OFF_TEXT = u"1/1/9999";
+
+bool isDate(const String& text) {
+  try {
+    Date(text, DATE_DISPLAY_DMY);
+    return true;
+  } catch (const Exception&) {
+    return false;
+  }
+}
+
+} // namespace
+
 XMLString::XMLString() : XMLElement(layoutOf<XMLString>(u"String")) {}
 
 XMLDate::XMLDate() : XMLElement(layoutOf<XMLDate>(u"Date")) {}
 
 Date XMLDate::date() const {
   return Date(value(), DATE_DISPLAY_DMY);
+}
+
+bool XMLDate::isSetAside() const {
+  return hasAttribute(UNREADABLE) && value() == FAR_OFF_TEXT;
+}
+
+void XMLDate::setAside() {
+  if (hasAttribute(UNREADABLE))
+    return;
+  setAttribute(UNREADABLE, value());
+  setValue(FAR_OFF_TEXT);
+}
+
+void XMLDate::putBack() {
+  if (!hasAttribute(UNREADABLE))
+    return;
+  const String kept = attribute(UNREADABLE);
+  const bool wasPutRight = value() != FAR_OFF_TEXT;
+  if (!wasPutRight && !isDate(kept))
+    return;
+  if (!wasPutRight)
+    setValue(kept);
+  removeAttribute(UNREADABLE);
+}
+
+std::optional<String> XMLDate::unreadableText() const {
+  if (hasAttribute(UNREADABLE))
+    return attribute(UNREADABLE);
+  return isDate(value()) ? std::nullopt : std::optional(value());
 }
 
 XMLConstant::XMLConstant() : XMLElement(layoutOf<XMLConstant>(u"Constant")) {}

@@ -1,6 +1,7 @@
 #pragma once
 #include "foundation/Date.h"
 #include "xml/XMLElement.h"
+#include <optional>
 
 namespace Tallymoor {
 
@@ -16,6 +17,18 @@ public:
   XMLDate();
   /// Throws Exception when the content is no date.
   Date date() const;
+
+  // A date that can't be read is kept in an attribute; the content is then a day far in the future, where no
+  // figure counts it, until it is put right.
+
+  static Date farOff() { return Date(9999, 1, 1); }
+  /// True while it stands on that day.
+  bool isSetAside() const;
+  void setAside();
+  /// Ends it where the content is another day now, or where the date that was kept can be read after all.
+  void putBack();
+  /// The text that can't be read: the one that was set aside, or the content. Nothing for a date.
+  std::optional<String> unreadableText() const;
 };
 
 /// A decimal number as text.

@@ -4,6 +4,7 @@
 #include "xml/ElementLayout.h"
 #include "xml/ElementSlot.h"
 #include <algorithm>
+#include <utility>
 
 namespace Tallymoor {
 
@@ -189,6 +190,55 @@ void XMLElement::addInstance(XMLElement* element, std::size_t rego) {
   }
   element->m_parent = this;
   slot.add(element);
+}
+
+XMLElement& XMLElement::subElementAt(std::size_t place) {
+  return const_cast<XMLElement&>(std::as_const(*this).subElementAt(place));
+}
+
+const XMLElement& XMLElement::subElementAt(std::size_t place) const {
+  const ElementSlot* slot = existingSlot(place);
+  if (!slot || slot->empty())
+    throw XMLException(u"XMLElement::subElementAt: " + asString(place) + u" in " + name());
+  return *(*slot)[0];
+}
+
+const String& XMLElement::textAt(std::size_t place) const {
+  static const String none;
+  const ElementSlot* slot = existingSlot(place);
+  return slot && !slot->empty() ? (*slot)[0]->m_value : none;
+}
+
+void XMLElement::setTextAt(std::size_t place, const String& text) {
+  const ElementSlot* slot = existingSlot(place);
+  (slot && !slot->empty() ? *(*slot)[0] : addAt(place)).setValue(text);
+}
+
+std::span<XMLElement* const> XMLElement::instancesAt(std::size_t place) const {
+  const ElementSlot* slot = existingSlot(place);
+  return slot ? std::span(slot->begin(), slot->size()) : std::span<XMLElement* const>();
+}
+
+XMLElement& XMLElement::addAt(std::size_t place) {
+  XMLElement* element = m_layout->subElements()[place].factory();
+  addInstance(element, place);
+  return *element;
+}
+
+bool XMLElement::removeAt(std::size_t place, const XMLElement& instance) {
+  const std::span<XMLElement* const> instances = instancesAt(place);
+  const auto found = std::find(instances.begin(), instances.end(), &instance);
+  if (found == instances.end())
+    return false;
+  XMLElement* element = *found;
+  slotFor(place).remove(static_cast<std::size_t>(found - instances.begin()));
+  release(element);
+  return true;
+}
+
+void XMLElement::moveLastAt(std::size_t place, std::size_t index) {
+  ElementSlot& slot = slotFor(place);
+  std::rotate(slot.begin() + index, slot.end() - 1, slot.end());
 }
 
 // --- Values

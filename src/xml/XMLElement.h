@@ -6,6 +6,7 @@
 #include <iosfwd>
 #include <map>
 #include <memory>
+#include <span>
 #include <string_view>
 #include <vector>
 #include <xercesc/sax2/ContentHandler.hpp>
@@ -145,6 +146,25 @@ protected:
   /// All that lies below the registration is escaped on writing.
   void markContentUnsafe(std::u16string_view referenceName);
 
+  // What an element class reaches by the place of a registration in its constructor, counted from 0: its own
+  // operations need no search by name. ElementList gives the instances of a repeated one.
+
+  /// The first instance; throws when there is none.
+  XMLElement& subElementAt(std::size_t place);
+  const XMLElement& subElementAt(std::size_t place) const;
+  /// The text of the first instance; empty when there is none, as may be of an optional one.
+  const String& textAt(std::size_t place) const;
+  /// Sets the text of a single sub-element, which is made where there is none.
+  void setTextAt(std::size_t place, const String& text);
+  /// Valid until one is added or removed.
+  std::span<XMLElement* const> instancesAt(std::size_t place) const;
+  /// Makes one by the registered factory.
+  XMLElement& addAt(std::size_t place);
+  /// False when the instance is none of that registration.
+  bool removeAt(std::size_t place, const XMLElement& instance);
+  /// Moves the last instance before the one with this index.
+  void moveLastAt(std::size_t place, std::size_t index);
+
   /// Called when the element's end tag was read, before its parent goes on. Classes that check themselves
   /// while they are read throw from here.
   virtual void endTagRead() {}
@@ -155,6 +175,8 @@ protected:
 private:
   template <class>
   friend class ElementPool;
+  template <class>
+  friend class ElementList;
   class ParseScope;
 
   struct NameLess {
