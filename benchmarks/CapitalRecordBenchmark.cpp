@@ -53,13 +53,12 @@ double secondsOf(const Work& work) {
 class NoConnection : public HTTPClient {
 public:
   void goOnline() override { fail(); }
-  String getPage(const URL&) override {
+  String getPage(const URL&, const std::stop_token&) override {
     fail();
     return String();
   }
-  void getPage(const URL&, std::vector<std::uint8_t>&) override { fail(); }
+  void getPage(const URL&, std::vector<std::uint8_t>&, const std::stop_token&) override { fail(); }
   void setBodyLimit(std::size_t) override {}
-  void abort() override {}
 
 private:
   static void fail() { throw HTTPException(u"NoConnection - there is no network here"); }

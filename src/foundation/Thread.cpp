@@ -1,6 +1,8 @@
 #include "foundation/Thread.h"
+#include "foundation/BigMutex.h"
 #include "foundation/EndingSignals.h"
 #include <chrono>
+#include <memory>
 
 namespace Tallymoor {
 
@@ -10,66 +12,72 @@ Thread::Thread(std::uint32_t period, bool deleteWhenDone, std::uint32_t startDel
 Thread::~Thread() {
   stop();
   join();
+  if (m_thread.get_id() == std::this_thread::get_id())
+    m_thread.detach(); // it deletes itself at its end
 }
 
 void Thread::start() {
-  const std::lock_guard lock(m_stateMutex);
+  const std::lock_guard lock(m_mutex);
   startLocked();
 }
 
 void Thread::startLocked() {
-  if (!m_finished) {
-    m_restart = m_stopRequested;
+  if (m_running && !m_thread.get_stop_token().stop_requested())
     return;
-  }
-  if (m_thread.joinable())
-    m_thread.join(); // it has left its last guarded stretch, so it is about to end
-  // First of all, since it may fail; the loop waits for the lock that is held here.
-  {
+  // A run that still has to end needs the lock that is held here, so the new one waits for it.
+  const auto previous = std::make_shared<std::jthread>(std::move(m_thread));
+  try {
     const EndingSignalsBlocked blocked;
-    m_thread = std::thread(&Thread::run, this);
+    m_thread = std::jthread([this, previous](const std::stop_token& stop) {
+      *previous = std::jthread();
+      run(stop);
+    });
+  } catch (...) {
+    m_thread = std::move(*previous);
+    throw;
   }
-  m_finished = false;
-  m_started = true;
-  m_stopRequested = false;
+  m_running = true;
   m_woken = false;
 }
 
 void Thread::stop() {
-  const std::lock_guard lock(m_stateMutex);
-  if (m_finished)
+  const std::lock_guard lock(m_mutex);
+  if (!m_running)
     return;
-  m_stopRequested = true;
-  m_restart = false;
-  m_wake.notify_all();
+  m_thread.request_stop();
+  m_pass.request_stop();
+}
+
+void Thread::abortPass() {
+  const std::lock_guard lock(m_mutex);
+  m_pass.request_stop();
 }
 
 void Thread::wakeUp() {
-  const std::lock_guard lock(m_stateMutex);
-  if (m_stopRequested)
+  const std::lock_guard lock(m_mutex);
+  if (m_running && m_thread.get_stop_token().stop_requested())
     return;
-  if (m_finished && m_started)
+  if (m_thread.joinable()) // one that was never started stays so
     startLocked();
   m_woken = true;
-  m_wake.notify_all();
+  m_changed.notify_all();
 }
 
 void Thread::join() {
-  const std::lock_guard joining(m_joinMutex);
-  std::thread ending;
-  {
-    const std::lock_guard lock(m_stateMutex);
-    ending = std::move(m_thread);
-  }
-  if (ending.get_id() == std::this_thread::get_id())
-    ending.detach(); // it deletes itself at its end
-  else if (ending.joinable())
-    ending.join();
+  std::unique_lock lock(m_mutex);
+  if (m_thread.get_id() != std::this_thread::get_id())
+    m_changed.wait(lock, [this] { return !m_running; });
+}
+
+void Thread::stopAndJoin() {
+  stop();
+  const BigMutexRelease release;
+  join();
 }
 
 bool Thread::isRunning() const {
-  const std::lock_guard lock(m_stateMutex);
-  return !m_finished;
+  const std::lock_guard lock(m_mutex);
+  return m_running;
 }
 
 void Thread::sleep(std::uint32_t milliseconds) {
@@ -79,66 +87,74 @@ void Thread::sleep(std::uint32_t milliseconds) {
 void Thread::threadFunction() {}
 
 bool Thread::stopRequested() const {
-  const std::lock_guard lock(m_stateMutex);
-  return m_stopRequested;
+  const std::lock_guard lock(m_mutex);
+  return m_stop.stop_requested();
+}
+
+std::stop_token Thread::passToken() const {
+  const std::lock_guard lock(m_mutex);
+  return m_pass.get_token();
 }
 
 std::uint32_t Thread::period() const {
-  const std::lock_guard lock(m_stateMutex);
+  const std::lock_guard lock(m_mutex);
   return m_period;
 }
 
 void Thread::setPeriod(std::uint32_t milliseconds) {
-  const std::lock_guard lock(m_stateMutex);
+  const std::lock_guard lock(m_mutex);
   m_period = milliseconds;
-  m_wake.notify_all();
+  m_changed.notify_all();
 }
 
-void Thread::run() {
-  std::unique_lock lock(m_stateMutex);
-  waitStartDelay(lock);
-  passes(lock);
-  while (m_restart) {
-    m_restart = false;
-    m_stopRequested = false;
-    waitStartDelay(lock);
-    passes(lock);
-  }
-  m_finished = true;
-  m_stopRequested = false;
+void Thread::run(const std::stop_token& stop) {
+  Lock lock(m_mutex);
+  m_stop = stop;
+  m_changed.wait_for(lock, stop, std::chrono::milliseconds(m_startDelay), [this] { return m_woken; });
+  passes(lock, stop);
+  m_stop = {};
+  m_pass = std::stop_source();
+  // Started again meanwhile: what follows is the business of the next run.
+  if (m_thread.get_stop_token() != stop)
+    return;
+  m_running = false;
+  m_changed.notify_all();
   lock.unlock();
   if (m_deleteWhenDone)
     delete this;
 }
 
-void Thread::waitStartDelay(std::unique_lock<std::mutex>& lock) {
-  const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(m_startDelay);
-  m_wake.wait_until(lock, end, [this] { return m_stopRequested || m_woken; });
-}
-
-void Thread::passes(std::unique_lock<std::mutex>& lock) {
-  while (!m_stopRequested) {
-    m_woken = false;
-    lock.unlock();
-    try {
-      threadFunction();
-    } catch (...) {
-      // A pass that wants its failure known has told of it; the next pass comes all the same, whatever this
-      // one threw: it must not end the program.
-    }
-    lock.lock();
+void Thread::passes(Lock& lock, const std::stop_token& stop) {
+  while (!stop.stop_requested()) {
+    makePass(lock);
     if (m_period == 0 && !m_woken)
       return;
-    waitPeriod(lock);
+    waitPeriod(lock, stop);
   }
 }
 
-void Thread::waitPeriod(std::unique_lock<std::mutex>& lock) {
+void Thread::makePass(Lock& lock) {
+  m_woken = false;
+  m_pass = std::stop_source();
+  lock.unlock();
+  try {
+    threadFunction();
+  } catch (...) {
+    // A pass that wants its failure known has told of it; the next pass comes all the same, whatever this
+    // one threw: it must not end the program.
+  }
+  lock.lock();
+}
+
+void Thread::waitPeriod(Lock& lock, const std::stop_token& stop) {
   const auto begin = std::chrono::steady_clock::now();
-  auto end = begin + std::chrono::milliseconds(m_period);
-  while (!m_stopRequested && !m_woken && std::chrono::steady_clock::now() < end) {
-    m_wake.wait_until(lock, end);
-    end = begin + std::chrono::milliseconds(m_period); // the period may have been changed meanwhile
+  const auto isOver = [&] {
+    return std::chrono::steady_clock::now() >= begin + std::chrono::milliseconds(m_period);
+  };
+  while (!m_woken && !stop.stop_requested() && !isOver()) {
+    const std::uint32_t period = m_period; // may be changed meanwhile
+    m_changed.wait_until(lock, stop, begin + std::chrono::milliseconds(period),
+                         [&] { return m_woken || m_period != period; });
   }
 }
 

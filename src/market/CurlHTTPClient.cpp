@@ -15,7 +15,6 @@ constexpr unsigned STATUS_OK = 200;
 constexpr std::size_t POST_PIECE = 1024;
 constexpr std::size_t STATUS_TEXT_LIMIT = 500; ///< a text that doesn't fit with its end mark is left out
 constexpr int LONGEST_WAIT = 1000;
-constexpr int STOP_CHECK_WAIT = 100; ///< soon enough for someone who has pressed a key
 
 /// The code is libcurl's.
 [[noreturn]] void fail(const char16_t* what, int code) {
@@ -53,7 +52,7 @@ bool isSendFailure(int code) {
 
 } // namespace
 
-/// A transfer for the time of one fetch, from the pool if one is idle. While it is held, abort reaches it.
+/// A transfer for the time of one fetch, from the pool if one is idle.
 class CurlHTTPClient::Lease {
 public:
   explicit Lease(CurlHTTPClient& client) : m_client(client) {
@@ -64,12 +63,10 @@ public:
       m_transfer = std::move(client.m_idle.back());
       client.m_idle.pop_back();
     }
-    client.m_active.push_back(m_transfer.get());
   }
 
   ~Lease() {
     const std::lock_guard lock(m_client.m_mutex);
-    std::erase(m_client.m_active, m_transfer.get());
     m_client.m_idle.push_back(std::move(m_transfer));
   }
 
@@ -97,7 +94,6 @@ void CurlHTTPClient::goOnline() {
   const int failure = openSession();
   if (failure != 0)
     fail(u"goOnline - InternetOpen failed ", failure);
-  m_aborted = false;
   m_online = true;
 }
 
@@ -118,41 +114,31 @@ int CurlHTTPClient::openSession() const {
   return ready != CURLE_OK || CurlTransfer().isReady() ? ready : CURLE_OUT_OF_MEMORY;
 }
 
-String CurlHTTPClient::getPage(const URL& url) {
-  return getPageUnlessStopped(url, StopCheck());
-}
-
-String CurlHTTPClient::getPageUnlessStopped(const URL& url, const StopCheck& isStopWanted) {
+String CurlHTTPClient::getPage(const URL& url, const std::stop_token& stop) {
   std::vector<std::uint8_t> body;
-  fetch(url, "Accept: text/html", body, isStopWanted);
+  fetch(url, "Accept: text/html", body, stop);
   body.push_back(0);
   return String(reinterpret_cast<const char*>(body.data()));
 }
 
-void CurlHTTPClient::getPage(const URL& url, std::vector<std::uint8_t>& body) {
+void CurlHTTPClient::getPage(const URL& url, std::vector<std::uint8_t>& body, const std::stop_token& stop) {
   // No meaning, but what servers of updates and adverts have always been sent.
-  fetch(url, "Accept: ummm", body);
+  fetch(url, "Accept: ummm", body, stop);
 }
 
 void CurlHTTPClient::setBodyLimit(std::size_t bytes) {
   m_bodyLimit = bytes;
 }
 
-void CurlHTTPClient::abort() {
-  m_aborted = true;
-  const std::lock_guard lock(m_mutex);
-  for (CurlTransfer* const transfer : m_active)
-    transfer->wake();
-}
-
 void CurlHTTPClient::fetch(const URL& url, const char* acceptHeader, std::vector<std::uint8_t>& body,
-                           const StopCheck& isStopWanted) {
+                           const std::stop_token& stop) {
   const Lease lease(*this);
   CurlTransfer& transfer = *lease;
   connect(transfer, url);
   openRequest(transfer, url, acceptHeader);
   setTimeouts(transfer);
-  getResponse(transfer, sendHTTPRequest(transfer, isStopWanted), body);
+  const std::stop_callback wake(stop, [&transfer] { transfer.wake(); });
+  getResponse(transfer, sendHTTPRequest(transfer, stop), body);
 }
 
 void CurlHTTPClient::connect(CurlTransfer& transfer, const URL& url) const {
@@ -203,16 +189,15 @@ int CurlHTTPClient::waitForNetwork(CurlTransfer& transfer, int milliseconds) con
   return transfer.waitForNetwork(milliseconds);
 }
 
-int CurlHTTPClient::run(CurlTransfer& transfer, const StopCheck& isStopWanted) const {
-  const int wait = isStopWanted ? STOP_CHECK_WAIT : LONGEST_WAIT;
+int CurlHTTPClient::run(CurlTransfer& transfer, const std::stop_token& stop) const {
   return transfer.run([&]() -> int {
-    const bool stop = m_aborted || (isStopWanted && isStopWanted());
-    return stop ? static_cast<int>(CURLE_ABORTED_BY_CALLBACK) : waitForNetwork(transfer, wait);
+    return stop.stop_requested() ? static_cast<int>(CURLE_ABORTED_BY_CALLBACK)
+                                 : waitForNetwork(transfer, LONGEST_WAIT);
   });
 }
 
-int CurlHTTPClient::sendHTTPRequest(CurlTransfer& transfer, const StopCheck& isStopWanted) const {
-  const int failure = run(transfer, isStopWanted);
+int CurlHTTPClient::sendHTTPRequest(CurlTransfer& transfer, const std::stop_token& stop) const {
+  const int failure = run(transfer, stop);
   const bool onTheWay = transfer.waitFailed() ? !transfer.hasAnswer() : isSendFailure(failure);
   const bool noAnswer = !transfer.hasAnswer() && failure != CURLE_FILESIZE_EXCEEDED;
   if (failure != 0 && (onTheWay || noAnswer))

@@ -21,19 +21,17 @@ class URL;
 class CurlHTTPClient : public HTTPClient {
 public:
   /// Milliseconds: to connect, to wait for the next byte (in whole seconds), and for a whole page. The last
-  /// is there because past prices are fetched under the big mutex: a server that sends a byte now and then
-  /// would otherwise keep the windows waiting for days. A larger body limit gets more in proportion.
+  /// is there because some fetches are waited for under the big mutex: a server that sends a byte now and
+  /// then would otherwise keep the windows waiting for days. A larger body limit gets more in proportion.
   explicit CurlHTTPClient(long connectTimeout = 10000, long receiveTimeout = 10000, long pageTimeout = 60000);
   ~CurlHTTPClient() override;
   CurlHTTPClient(const CurlHTTPClient&) = delete;
   CurlHTTPClient& operator=(const CurlHTTPClient&) = delete;
 
   void goOnline() override;
-  String getPage(const URL& url) override;
-  String getPageUnlessStopped(const URL& url, const StopCheck& isStopWanted) override;
-  void getPage(const URL& url, std::vector<std::uint8_t>& body) override;
+  String getPage(const URL& url, const std::stop_token& stop = {}) override;
+  void getPage(const URL& url, std::vector<std::uint8_t>& body, const std::stop_token& stop = {}) override;
   void setBodyLimit(std::size_t bytes) override;
-  void abort() override;
 
   /// Posts a body in pieces of at most 1024 bytes and returns the status of the answer, whose own body is
   /// dropped.
@@ -62,24 +60,22 @@ private:
   void setTimeouts(CurlTransfer& transfer) const;
   long wholeTimeout() const;
   /// Runs the transfer and returns the library's code.
-  int run(CurlTransfer& transfer, const StopCheck& isStopWanted = {}) const;
+  int run(CurlTransfer& transfer, const std::stop_token& stop = {}) const;
   /// Throws when there is no answer; otherwise returns the code of a failure that came later, or 0.
-  int sendHTTPRequest(CurlTransfer& transfer, const StopCheck& isStopWanted) const;
+  int sendHTTPRequest(CurlTransfer& transfer, const std::stop_token& stop) const;
   void checkPost(const CurlTransfer& transfer, int failure, std::size_t bodySize) const;
   void getResponse(CurlTransfer& transfer, int failure, std::vector<std::uint8_t>& body) const;
   void fetch(const URL& url, const char* acceptHeader, std::vector<std::uint8_t>& body,
-             const StopCheck& isStopWanted = {});
+             const std::stop_token& stop);
 
   const long m_connectTimeout;
   const long m_receiveTimeout;
   const long m_pageTimeout;
   std::atomic<std::size_t> m_bodyLimit{PAGE_BODY_LIMIT};
-  std::atomic<bool> m_aborted{false};
   std::atomic<bool> m_online{false};
 
-  std::mutex m_mutex;                                ///< guards the two lists
+  std::mutex m_mutex;                                ///< guards the idle ones
   std::vector<std::unique_ptr<CurlTransfer>> m_idle; ///< with their connections
-  std::vector<CurlTransfer*> m_active;               ///< not owned
 };
 
 } // namespace Tallymoor

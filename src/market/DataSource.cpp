@@ -36,13 +36,13 @@ DataSource::DataSource(std::shared_ptr<HTTPClient> client, const LocatorSet& loc
       m_codeSearch(locators.codeSearch()), m_historicalPrices(locators.historicalPrices()) {}
 
 HTMLPage DataSource::fetch(const XMLElement& locator, const URLVariablesProvider& variables,
-                           const StopCheck& isStopWanted) const {
+                           const std::stop_token& stop) const {
   const URL url = URLResolver(&urlLocator(locator))(variables);
-  return HTMLParser::Parse(m_client->getPageUnlessStopped(url, isStopWanted));
+  return HTMLParser::Parse(m_client->getPage(url, stop));
 }
 
-double DataSource::currentPrice(const String& code, const StopCheck& isStopWanted) const {
-  const HTMLPage page = fetch(m_currentPrice, URLVariables(code, true, true), isStopWanted);
+double DataSource::currentPrice(const String& code, const std::stop_token& stop) const {
+  const HTMLPage page = fetch(m_currentPrice, URLVariables(code, true, true), stop);
   return readCurrentPrice(m_currentPrice, page.get());
 }
 
@@ -63,19 +63,19 @@ URLVariables DataSource::historyVariables(const String& code, const HistoryRange
 }
 
 DataSource::Rows DataSource::history(const String& code, const HistoryRange& range,
-                                     const StopCheck& isStopWanted) const {
-  const HTMLPage page = fetch(m_historicalPrices, historyVariables(code, range), isStopWanted);
+                                     const std::stop_token& stop) const {
+  const HTMLPage page = fetch(m_historicalPrices, historyVariables(code, range), stop);
   const HTMLTable table = readTable(m_historicalPrices, page);
   return HistoryTable(table).rows();
 }
 
 void DataSource::search(const String& text, bool isShare, bool usOnly, std::vector<CodeSearchResult>& results,
-                        const StopCheck& isStopWanted) const {
+                        const std::stop_token& stop) const {
   const URLVariables variables(text, isShare, usOnly);
   const std::size_t numDetails = m_codeSearch.numSubElements(u"Details");
   for (std::size_t i = 0; i < numDetails; ++i) {
     const XMLElement& detail = m_codeSearch.subElement(u"Details", i);
-    const HTMLTable table = readTable(detail, fetch(detail, variables, isStopWanted));
+    const HTMLTable table = readTable(detail, fetch(detail, variables, stop));
     const SearchTable found(table);
     for (std::size_t row = 0; row < table.numRows(); ++row) {
       SearchTable::Row read = found.row(row);

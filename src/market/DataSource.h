@@ -20,25 +20,24 @@ class LocatorSet;
 /// that it can be made under the big mutex and used without it, while the gateway goes offline or takes new
 /// locators.
 ///
-/// A fetch ends with a failure when its stop check says so.
+/// A fetch ends with a failure when a stop is requested.
 ///
 /// All operations throw HTTPException when the network fails, HTMLException when the page is not what its
 /// locator says, and Exception for a cell that can't be read.
 class DataSource {
 public:
   using Rows = std::map<Date, ShareValue>;
-  using StopCheck = HTTPClient::StopCheck;
 
   DataSource(std::shared_ptr<HTTPClient> client, const LocatorSet& locators);
 
   /// 0 when the source has no price now.
-  double currentPrice(const String& code, const StopCheck& isStopWanted = {}) const;
+  double currentPrice(const String& code, const std::stop_token& stop = {}) const;
   /// The days of the range as the source has them; dividend and split rows, and days that can't be right, are
   /// left out.
-  Rows history(const String& code, const HistoryRange& range, const StopCheck& isStopWanted = {}) const;
+  Rows history(const String& code, const HistoryRange& range, const std::stop_token& stop = {}) const;
   /// Adds what all search pages found, page by page, so that a failure leaves what came before.
   void search(const String& text, bool isShare, bool usOnly, std::vector<CodeSearchResult>& results,
-              const StopCheck& isStopWanted = {}) const;
+              const std::stop_token& stop = {}) const;
 
   // --- The steps of the above, for trying a document on a saved page
 
@@ -50,7 +49,7 @@ public:
 
 private:
   HTMLPage fetch(const XMLElement& locator, const URLVariablesProvider& variables,
-                 const StopCheck& isStopWanted) const;
+                 const std::stop_token& stop) const;
 
   std::shared_ptr<HTTPClient> m_client;
   XMLCurrentPrice m_currentPrice;

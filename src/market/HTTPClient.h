@@ -2,45 +2,37 @@
 #include "foundation/Exception.h"
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <memory>
+#include <stop_token>
 #include <vector>
 
 namespace Tallymoor {
 
 class URL;
 
-/// Fetches pages and files. Having no client object is what "offline" means: going offline aborts and drops
-/// it.
+/// Fetches pages and files. Having no client object is what "offline" means.
 ///
 /// The fetches may be called on any thread, several at once; hold the client by shared_ptr for the time of a
 /// fetch that runs outside the big mutex. Every failure is an HTTPException, whose code is the HTTP status
-/// when the server refused and 0 otherwise.
+/// when the server refused and 0 otherwise. A stop that is requested ends a fetch under way at once, with a
+/// failure.
 class HTTPClient {
 public:
   /// The largest body taken, in bytes: of a page or picture, and of a program update.
   static constexpr std::size_t PAGE_BODY_LIMIT = 10u * 1024 * 1024;
   static constexpr std::size_t UPDATE_BODY_LIMIT = 200u * 1024 * 1024;
 
-  /// Asked several times a second during a fetch, on the fetch's thread; true ends it with a failure.
-  using StopCheck = std::function<bool()>;
-
   virtual ~HTTPClient();
 
   /// To be called once before the first fetch. Succeeds when any network interface is up.
   virtual void goOnline() = 0;
   /// The page as text: bytes that are no valid UTF-8 are read as Latin-1; the text ends at a zero byte.
-  virtual String getPage(const URL& url) = 0;
-  /// The same, but asks now and then whether to stop. A client that never waits need not ask.
-  virtual String getPageUnlessStopped(const URL& url, const StopCheck& isStopWanted);
+  virtual String getPage(const URL& url, const std::stop_token& stop = {}) = 0;
   /// Replaces body by the bytes that the server sent, as they are.
-  virtual void getPage(const URL& url, std::vector<std::uint8_t>& body) = 0;
+  virtual void getPage(const URL& url, std::vector<std::uint8_t>& body, const std::stop_token& stop = {}) = 0;
 
   /// Bodies larger than this fail, of all fetches that begin from now on. PAGE_BODY_LIMIT until set.
   virtual void setBodyLimit(std::size_t bytes) = 0;
-  /// Makes every fetch under way end soon with a failure, and every later one at once, until goOnline is
-  /// called again. Any thread; returns at once.
-  virtual void abort() = 0;
 };
 
 /// A new client of this platform, not yet online.

@@ -83,12 +83,6 @@ void PriceUpdater::wakeUp() {
     Thread::wakeUp();
 }
 
-void PriceUpdater::stopAndJoin() {
-  stop();
-  const BigMutexRelease release;
-  join();
-}
-
 void PriceUpdater::addCode(const String& code) {
   const BigMutexLock lock;
   if (!m_gateway.isBadCode(code))
@@ -258,7 +252,7 @@ bool PriceUpdater::updateCurrentPrice(const String& code, const Observers& obser
   if (stopRequested())
     return false;
   tellStatus(u"updating current price for " + code);
-  const double fetched = m_gateway.currentPrice(code, false, true);
+  const double fetched = m_gateway.currentPrice(code, false, true, passToken());
   // What the user has typed for the day stays.
   const double price = m_gateway.priceTypedToday(code).value_or(fetched);
   if (showsAsZero(price))
@@ -274,7 +268,7 @@ bool PriceUpdater::refreshRecentCloses(const String& code, const Observers& obse
   if (m_gateway.isBadCode(code))
     return true;
   tellStatus(u"updating recent historical prices for " + code);
-  const TallymoorInternet::RecentHistory recent = m_gateway.fetchRecentHistory(code);
+  const TallymoorInternet::RecentHistory recent = m_gateway.fetchRecentHistory(code, passToken());
   // One stretch for all of it: what the observers hear must be what they find in the cache.
   bool goOn = true;
   return inStretch([&] {

@@ -52,8 +52,6 @@ public:
   /// As Thread's, but they do nothing while a view date is set: past days need no current prices.
   void start();
   void wakeUp();
-  /// Tells the thread to stop, gives the big mutex up for as long as that takes, and takes it again.
-  void stopAndJoin();
 
   /// From now on the code is kept up to date. A code that is known keeps its price; a delisted one is not
   /// taken.

@@ -10,6 +10,7 @@
 #include "market/HTTPClient.h"
 #include "market/LocatorSet.h"
 #include "market/StockNames.h"
+#include "market/WatchedFetch.h"
 #include <algorithm>
 #include <atomic>
 #include <iterator>
@@ -38,11 +39,6 @@ void showStatus(const String& text) {
     UserInteraction::Instance().setStatusText(text);
 }
 
-/// True once the user, or the system, wants what the GUI thread is doing to end.
-bool isStopWanted() {
-  return UserInteraction::exists() && UserInteraction::Instance().isStopWanted();
-}
-
 /// Codes whose names the source was asked for in this run. Guarded by the big mutex.
 std::set<String>& codesAskedForNames() {
   static std::set<String> codes;
@@ -56,12 +52,12 @@ bool wantsName(const String& code) {
 
 /// The records know codes alone: the name of one that was never searched for is asked for once a run. A
 /// failure is no reason to tell anybody, and a name of another code is none.
-void learnName(const DataSource& source, const String& code) {
+void learnName(const DataSource& source, const String& code, const std::stop_token& stop) {
   if (!wantsName(code))
     return;
   std::vector<CodeSearchResult> found;
   try {
-    source.search(code, !code.startsWith(u"^"), false, found, &isStopWanted);
+    source.search(code, !code.startsWith(u"^"), false, found, stop);
   } catch (const Exception&) {
     // What came before the failure counts.
   }
@@ -100,7 +96,7 @@ bool TallymoorInternet::shutdown() {
   codesAskedForNames().clear();
   if (!gateway)
     return true;
-  gateway->endUpdates();
+  gateway->m_updater.stopAndJoin();
   try {
     gateway->save();
   } catch (const Exception&) {
@@ -144,7 +140,7 @@ TallymoorInternet::TallymoorInternet(const Options& options)
 }
 
 TallymoorInternet::~TallymoorInternet() {
-  endUpdates();
+  m_updater.stopAndJoin();
 }
 
 // --- Prices
@@ -156,15 +152,18 @@ DataSource TallymoorInternet::dataSource(const String& operation) const {
   return DataSource(m_client, *m_locators);
 }
 
-double TallymoorInternet::currentPrice(const String& code, bool useUpdater, bool silent) {
+double TallymoorInternet::currentPrice(const String& code, bool useUpdater, bool silent,
+                                       const std::stop_token& stop) {
   for (;;) {
     if (const std::optional<double> known = beginCurrentPrice(code, useUpdater))
       return *known;
     const DataSource source = dataSource(u"currentPrice");
     try {
-      const double price = source.currentPrice(code, &isStopWanted);
-      if (silent)
-        learnName(source, code);
+      if (!silent)
+        return watchedFetch(
+            [&](const std::stop_token& stopped) { return source.currentPrice(code, stopped); });
+      const double price = source.currentPrice(code, stop);
+      learnName(source, code, stop);
       return price;
     } catch (const HTTPException& failure) {
       if (silent || isStopWanted() || !m_questions.wantsQuoteAgain(code, failure))
@@ -249,7 +248,8 @@ std::optional<Date> TallymoorInternet::fetchRange(const String& code, const Date
   if (isStopWanted())
     throw HTTPException(u"TallymoorInternet::historicalPrice - cancelled.");
   try {
-    const DataSource::Rows rows = source.history(code, range, &isStopWanted);
+    const DataSource::Rows rows =
+        watchedFetch([&](const std::stop_token& stop) { return source.history(code, range, stop); });
     keepHistory(code, rows, range);
     if (!rows.empty())
       return rows.begin()->first;
@@ -275,7 +275,8 @@ bool TallymoorInternet::wantsAnotherTry(const String& code, const HistoryFailure
   }
 }
 
-TallymoorInternet::RecentHistory TallymoorInternet::fetchRecentHistory(const String& code) const {
+TallymoorInternet::RecentHistory TallymoorInternet::fetchRecentHistory(const String& code,
+                                                                       const std::stop_token& stop) const {
   std::optional<DataSource> source;
   RecentHistory recent;
   {
@@ -283,7 +284,7 @@ TallymoorInternet::RecentHistory TallymoorInternet::fetchRecentHistory(const Str
     source = dataSource(u"historicalPrice");
     recent.range = recentRange();
   }
-  recent.rows = source->history(code, recent.range);
+  recent.rows = source->history(code, recent.range, stop);
   return recent;
 }
 
@@ -445,7 +446,7 @@ std::vector<CodeSearchResult> TallymoorInternet::stockSearch(const String& text,
     WaitCursor wait;
     std::vector<CodeSearchResult> results;
     try {
-      source.search(text, isShare, usOnly, results, &isStopWanted);
+      watchedFetch([&](const std::stop_token& stop) { source.search(text, isShare, usOnly, results, stop); });
       return results;
     } catch (const HTTPException&) {
       wait.end();
@@ -532,7 +533,7 @@ void TallymoorInternet::goOnline() {
 
 void TallymoorInternet::goOffline() {
   const BigMutexLock lock;
-  endUpdates();
+  m_updater.stopAndJoin();
   m_client.reset();
 }
 
@@ -558,33 +559,13 @@ bool TallymoorInternet::dataSourceAnswers() {
 
 void TallymoorInternet::pauseUpdates() {
   const BigMutexLock lock;
-  if (!m_updater.isRunning())
-    return;
-  endUpdates();
-  if (!m_client)
-    return;
-  try {
-    m_client->goOnline();
-  } catch (const Exception&) {
-    m_client.reset();
-  }
+  m_updater.stopAndJoin();
 }
 
 void TallymoorInternet::resumeUpdates() {
   const BigMutexLock lock;
   if (m_client)
     m_updater.start();
-}
-
-/// Ends what the updater fetches, if anything, and waits for the thread. The client is of no use afterwards
-/// until it goes online anew.
-void TallymoorInternet::endUpdates() {
-  const BigMutexLock lock;
-  // Told to stop first, so that the fetch that fails now ends the pass without a word.
-  m_updater.stop();
-  if (m_client)
-    m_client->abort();
-  m_updater.stopAndJoin();
 }
 
 // --- The cache as a whole

@@ -69,8 +69,9 @@ public:
   TallymoorInternet& operator=(const TallymoorInternet&) = delete;
 
   /// The price of now: the updater's if wanted and there, else fetched. Silent fetches ask nothing; those are
-  /// for threads that don't hold the big mutex, which is taken only to begin.
-  double currentPrice(const String& code, bool useUpdater, bool silent);
+  /// for threads that don't hold the big mutex, which is taken only to begin, and end when a stop is
+  /// requested.
+  double currentPrice(const String& code, bool useUpdater, bool silent, const std::stop_token& stop = {});
   /// The close of a day, from the cache if it is there. Else fetches a range that reaches from the date on,
   /// or up to it, and fills its gaps, so that weekends have the close of the day before. Throws Exception
   /// "TallymoorInternet::getCachedPrice - dont have cached price for code ..." when the source has no such
@@ -86,7 +87,7 @@ public:
     SharePriceCache::Rows rows;
   };
   /// For a thread that does not hold the big mutex, which is taken only to begin; throws as historicalPrice.
-  RecentHistory fetchRecentHistory(const String& code) const;
+  RecentHistory fetchRecentHistory(const String& code, const std::stop_token& stop = {}) const;
   /// The days that it asks for.
   HistoryRange recentRange() const;
   /// Keeps what fetchRecentHistory has fetched. The days whose close is new or another one.
@@ -137,7 +138,7 @@ public:
   /// Goes offline, then online with a new client, and tries a search; true when that found something. Shows
   /// and asks nothing. The updater runs afterwards unless a view date is set or the connection itself failed.
   bool reconnect();
-  /// Aborts what is being fetched and waits for the updater's end with the big mutex given up.
+  /// Ends the updater, with what it fetches, and waits for that with the big mutex given up.
   void goOffline();
 
   /// Stops the updater for as long as a view date is set: call it before Date::setFixedDate. The big mutex is
@@ -163,7 +164,6 @@ private:
   explicit TallymoorInternet(const Options& options);
 
   void goOnline();
-  void endUpdates();
   bool dataSourceAnswers();
   /// What a fetch needs, for use with or without the big mutex. Throws HTTPException, with the operation's
   /// name, when offline.

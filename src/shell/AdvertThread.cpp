@@ -50,19 +50,6 @@ AdvertThread::~AdvertThread() {
   stopAndJoin();
 }
 
-void AdvertThread::connectionIsGone() {
-  const std::lock_guard lock(m_mutex);
-  if (m_client)
-    m_client->abort();
-}
-
-void AdvertThread::stopAndJoin() {
-  stop();
-  connectionIsGone();
-  const BigMutexRelease release;
-  join();
-}
-
 void AdvertThread::threadFunction() {
   runPass();
 }
@@ -76,35 +63,24 @@ bool AdvertThread::mayFetch() {
 void AdvertThread::runPass() {
   if (!mayFetch())
     return;
-  const std::shared_ptr<HTTPClient> client = createHTTPClient();
-  client->goOnline();
-  {
-    const std::lock_guard lock(m_mutex);
-    if (stopRequested())
-      return;
-    m_client = client;
-  }
-  if (!mayFetch()) // offline since, when nothing was there to abort
-    return;
-  PendingAdvert advert = fetch(*client);
-  {
-    const std::lock_guard lock(m_mutex);
-    m_client.reset();
-  }
+  PendingAdvert advert = fetch();
   const BackgroundPassScope scope;
   m_pending = std::move(advert);
 }
 
-PendingAdvert AdvertThread::fetch(HTTPClient& client) const {
-  client.setBodyLimit(LARGEST_PICTURE);
+PendingAdvert AdvertThread::fetch() const {
+  const std::stop_token stop = passToken();
+  const std::unique_ptr<HTTPClient> client = createHTTPClient();
+  client->goOnline();
+  client->setBodyLimit(LARGEST_PICTURE);
   XMLAdvertisement reply;
-  reply.decode(client.getPage(URL(m_settings.base)).toUTF8().c_str());
+  reply.decode(client->getPage(URL(m_settings.base), stop).toUTF8().c_str());
   const String& name = reply.attribute(u"image");
   if (!isPlainName(name))
     throw Exception(u"AdvertThread::fetch - not the name of a picture: " + name);
   PendingAdvert advert;
   advert.url = reply.attribute(u"url");
-  client.getPage(URL(m_settings.base + u"?image=" + name), advert.image);
+  client->getPage(URL(m_settings.base + u"?image=" + name), advert.image, stop);
   if (!isSoundGif(advert.image))
     throw Exception(u"AdvertThread::fetch - not a picture that can be shown: " + name);
   return advert;

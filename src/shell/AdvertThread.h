@@ -2,13 +2,9 @@
 #include "foundation/String.h"
 #include "foundation/Thread.h"
 #include <cstdint>
-#include <memory>
-#include <mutex>
 #include <vector>
 
 namespace Tallymoor {
-
-class HTTPClient;
 
 /// Where adverts come from, and how often.
 struct AdvertSettings {
@@ -42,9 +38,7 @@ public:
   ~AdvertThread() override;
 
   /// The user has gone offline: what is being fetched is aborted.
-  void connectionIsGone();
-  /// Tells the thread to stop, aborts what it fetches, and waits for its end with the big mutex given up.
-  void stopAndJoin();
+  void connectionIsGone() { abortPass(); }
   /// One pass on the calling thread, which must not hold the big mutex. Throws Exception.
   void runPass();
 
@@ -53,12 +47,10 @@ protected:
 
 private:
   bool mayFetch();
-  PendingAdvert fetch(HTTPClient& client) const;
+  PendingAdvert fetch() const;
 
   const AdvertSettings m_settings;
   PendingAdvert& m_pending;
-  std::mutex m_mutex;
-  std::shared_ptr<HTTPClient> m_client; ///< of the pass under way; guarded by m_mutex
 };
 
 } // namespace Tallymoor

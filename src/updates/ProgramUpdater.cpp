@@ -33,32 +33,6 @@ void reloadDocuments() {
 
 } // namespace
 
-/// While it lives, stopAndJoin and connectionIsGone reach the updates of the pass under way.
-class ProgramUpdater::CurrentUpdates {
-public:
-  CurrentUpdates(ProgramUpdater& updater, Updates& updates) : m_updater(updater) {
-    {
-      const std::lock_guard lock(updater.m_mutex);
-      updater.m_updates = &updates;
-      updater.m_cutOff = false;
-    }
-    // What was told just before could not reach them.
-    if (isOffline())
-      updater.connectionIsGone();
-    if (updater.stopRequested())
-      updates.abort();
-  }
-  ~CurrentUpdates() {
-    const std::lock_guard lock(m_updater.m_mutex);
-    m_updater.m_updates = nullptr;
-  }
-  CurrentUpdates(const CurrentUpdates&) = delete;
-  CurrentUpdates& operator=(const CurrentUpdates&) = delete;
-
-private:
-  ProgramUpdater& m_updater;
-};
-
 ProgramUpdater::ProgramUpdater(const UpdateSettings& settings)
     : Thread(settings.period, false, settings.startDelay), m_settings(settings) {
   start();
@@ -76,24 +50,6 @@ void ProgramUpdater::requestDownload() {
 void ProgramUpdater::connectionIsBack() {
   if (m_downloadRequested)
     wakeUp();
-}
-
-void ProgramUpdater::connectionIsGone() {
-  m_cutOff = true;
-  abortFetch();
-}
-
-void ProgramUpdater::abortFetch() {
-  const std::lock_guard lock(m_mutex);
-  if (m_updates)
-    m_updates->abort();
-}
-
-void ProgramUpdater::stopAndJoin() {
-  stop();
-  abortFetch();
-  const BigMutexRelease release;
-  join();
 }
 
 void ProgramUpdater::threadFunction() {
@@ -135,10 +91,14 @@ bool ProgramUpdater::isOffline() {
   return TallymoorInternet::exists() && !TallymoorInternet::Instance().isOnline();
 }
 
+/// The pass under way was aborted because the user went offline.
+bool ProgramUpdater::isCutOff() const {
+  return passToken().stop_requested() && !stopRequested();
+}
+
 // That the program's files can't be replaced is told where the user asks for updates, not every three hours.
 void ProgramUpdater::look() {
-  Updates updates(m_settings);
-  const CurrentUpdates current(*this, updates);
+  Updates updates(m_settings, passToken());
   const UpdatesFound found = lookForUpdates(updates, true);
   inStretch([&] {
     if (found.any || found.failures.empty())
@@ -149,7 +109,7 @@ void ProgramUpdater::look() {
     else if (found.failures.empty())
       takeBack(m_failed); // there is nothing left that could fail
   });
-  if (!found.failures.empty() && !m_cutOff)
+  if (!found.failures.empty() && !isCutOff())
     throw found.failures.front();
 }
 
@@ -161,8 +121,7 @@ void ProgramUpdater::downloadAll() {
   });
   UpdatesFound found;
   try {
-    Updates updates(m_settings);
-    const CurrentUpdates current(*this, updates);
+    Updates updates(m_settings, passToken());
     found = lookForUpdates(updates, false);
     install(updates, found);
   } catch (const Exception& exception) {
@@ -170,7 +129,7 @@ void ProgramUpdater::downloadAll() {
   } catch (const std::exception& exception) {
     found.failures.emplace_back(String(exception.what()));
   }
-  const bool goesOnLater = m_cutOff && !found.failures.empty();
+  const bool goesOnLater = isCutOff() && !found.failures.empty();
   if (goesOnLater)
     waitForConnection();
   inStretch([&] {

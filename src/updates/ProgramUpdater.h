@@ -2,7 +2,6 @@
 #include "foundation/Thread.h"
 #include "updates/UpdateSettings.h"
 #include <atomic>
-#include <mutex>
 #include <vector>
 
 namespace Tallymoor {
@@ -26,9 +25,7 @@ public:
   void connectionIsBack();
   /// The user has gone offline: what is being fetched is aborted. Nobody is told, and a download that was
   /// asked for waits until the connection is back.
-  void connectionIsGone();
-  /// Tells the thread to stop, aborts what it fetches, and waits for its end with the big mutex given up.
-  void stopAndJoin();
+  void connectionIsGone() { abortPass(); }
   /// One pass on the calling thread, which must not hold the big mutex. Throws nothing.
   void runPass();
 
@@ -36,10 +33,8 @@ protected:
   void threadFunction() override;
 
 private:
-  class CurrentUpdates;
-
   static bool isOffline();
-  void abortFetch();
+  bool isCutOff() const;
   void look();
   void downloadAll();
   void waitForConnection();
@@ -52,10 +47,6 @@ private:
 
   const UpdateSettings m_settings;
   std::atomic<bool> m_downloadRequested = false;
-  std::mutex m_mutex;
-  Updates* m_updates = nullptr; ///< of the pass under way; guarded by m_mutex
-  /// The pass under way was aborted because the user went offline.
-  std::atomic<bool> m_cutOff = false;
   /// Keys of the warnings that hold, each until its cause has gone; guarded by the big mutex.
   Keys m_available, m_failed, m_installed;
 };

@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <fstream>
 #include <future>
+#include <stop_token>
 
 namespace Tallymoor {
 
@@ -25,12 +26,13 @@ class WatchedLook : public HasLengthyFunctions {
 public:
   void runLengthyFunction(Progress& progress, int) override {
     progress.setText(u"asking the update service");
-    Updates updates;
+    std::stop_source stop;
+    Updates updates(UpdateSettings::current(), stop.get_token());
     auto answer = std::async(std::launch::async, [&updates] { return lookForUpdates(updates, true); });
     while (!isThere(answer)) {
       progress.setText(String());
       if (progress.isCancelled())
-        updates.abort();
+        stop.request_stop();
     }
     m_found = answer.get();
   }

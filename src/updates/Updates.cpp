@@ -114,8 +114,8 @@ void keepMode(const String& from, const String& to) {
 
 } // namespace
 
-Updates::Updates(const UpdateSettings& settings)
-    : m_settings(settings), m_client(createHTTPClient()), m_folder(updateFolder()) {
+Updates::Updates(const UpdateSettings& settings, std::stop_token stop)
+    : m_settings(settings), m_stop(std::move(stop)), m_client(createHTTPClient()), m_folder(updateFolder()) {
   Platform& platform = Platform::Instance();
   const String config = configDirectory(platform, APP_NAME);
   m_documents = {
@@ -144,10 +144,6 @@ Updates::LocalDocument Updates::localDocument(const String& folder, const String
   return document;
 }
 
-void Updates::abort() {
-  m_client->abort();
-}
-
 // --- The service
 
 std::vector<std::uint8_t> Updates::fetch(const String& fileName, std::size_t limit) {
@@ -158,7 +154,7 @@ std::vector<std::uint8_t> Updates::fetch(const String& fileName, std::size_t lim
     throw *m_connectFailure;
   std::vector<std::uint8_t> reply;
   m_client->setBodyLimit(limit);
-  m_client->getPage(URL(m_settings.queryBase + QUERY_KEY + fileName), reply);
+  m_client->getPage(URL(m_settings.queryBase + QUERY_KEY + fileName), reply, m_stop);
   return reply;
 }
 

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -30,7 +31,7 @@ public:
 };
 
 /// One look at the update service. It keeps two tracks apart: the five documents that the program reads, and
-/// the program's own files. Made for one pass and used by one thread, except for abort.
+/// the program's own files. Made for one pass and used by one thread.
 ///
 /// Nothing that the service says is trusted. A reply is bounded in size. A file is asked for only by a name
 /// that the program knows. Documents and program files must be signed; a document must decode as what it
@@ -50,7 +51,8 @@ public:
 
   /// Makes the folder "./updates" where there is none and it may be made, and reads the versions of the local
   /// documents. One that is missing or can't be read has version 0, so that any update mends it.
-  explicit Updates(const UpdateSettings& settings = UpdateSettings::current());
+  /// Every fetch ends with a failure when the token's stop is requested.
+  explicit Updates(const UpdateSettings& settings = UpdateSettings::current(), std::stop_token stop = {});
   ~Updates();
   Updates(const Updates&) = delete;
   Updates& operator=(const Updates&) = delete;
@@ -82,9 +84,6 @@ public:
   /// for the installer, which replaces them together. True when program files were downloaded.
   bool installBinaryUpdates();
 
-  /// Ends a fetch under way, and every later one, with a failure. Any thread.
-  void abort();
-
 private:
   struct LocalDocument {
     String fileName;
@@ -109,6 +108,7 @@ private:
   void publishProgramFiles();
 
   const UpdateSettings m_settings;
+  const std::stop_token m_stop;
   const std::unique_ptr<HTTPClient> m_client;
   std::optional<HTTPException> m_connectFailure; ///< of the client; every fetch throws it
   const std::string m_folder;                    ///< of the downloads, with a trailing separator

@@ -145,22 +145,26 @@ TEST_F(CurlHTTPClientTest, FetchesOnSeveralThreadsAtOnce) {
   EXPECT_TRUE(connections.contains(m_server.requests().back().clientPort)) << "and they are used again";
 }
 
-TEST_F(CurlHTTPClientTest, MayGoOffAndOnWhileOthersFetch) {
+TEST_F(CurlHTTPClientTest, MayBeStoppedAndGoOnlineWhileOthersFetch) {
   constexpr int THREADS = 4;
+  constexpr std::size_t TURNS = 20;
   m_server.route("/", {200, "x"});
+  std::vector<std::stop_source> stops(TURNS + 1);
+  std::atomic<std::size_t> turn = 1;
   std::atomic<bool> enough = false;
   auto others = onThreads(THREADS, [&](int) {
     String unexpected;
     while (!enough) {
-      const HTTPException failure = failureOf([&] { m_client.getPage(url("/")); });
+      const HTTPException failure =
+          failureOf([&] { m_client.getPage(url("/"), stops[turn - 1].get_token()); });
       if (failure.message() != u"no failure" && failure.message() != words(SEND, CURLE_ABORTED_BY_CALLBACK))
         unexpected = failure.message();
     }
     return unexpected;
   });
-  for (std::size_t turn = 1; turn <= 20; ++turn) {
+  for (; turn <= TURNS; ++turn) {
     EXPECT_TRUE(m_server.waitForRequests(turn * THREADS));
-    m_client.abort();
+    stops[turn - 1].request_stop();
     m_client.goOnline();
   }
   enough = true;
@@ -280,9 +284,15 @@ TEST_F(CurlHTTPClientTest, BoundsTheBody) {
   EXPECT_EQ(HTTPClient::UPDATE_BODY_LIMIT, 209715200u);
 }
 
-/// Ends a fetch that a time-out ought to have ended, after so many looks: some ten seconds.
-HTTPClient::StopCheck patience() {
-  return [looks = 0]() mutable { return ++looks > 100; };
+/// The words of a fetch that a time-out ought to end; a stop ends it after a minute.
+String failureByTimeOut(CurlHTTPClient& client, const URL& url) {
+  std::stop_source stop;
+  std::future<String> failure = std::async(std::launch::async, [&] {
+    return failureOf([&] { client.getPage(url, stop.get_token()); }).message();
+  });
+  if (failure.wait_for(std::chrono::minutes(1)) != std::future_status::ready)
+    stop.request_stop();
+  return failure.get();
 }
 
 TEST_F(CurlHTTPClientTest, GivesUpOnASilentServer) {
@@ -290,8 +300,7 @@ TEST_F(CurlHTTPClientTest, GivesUpOnASilentServer) {
   client.goOnline();
   m_server.route("/", {200, "x"});
   m_server.stall();
-  EXPECT_EQ(failureOf([&] { client.getPageUnlessStopped(url("/"), patience()); }).message(),
-            words(SEND, CURLE_OPERATION_TIMEDOUT));
+  EXPECT_EQ(failureByTimeOut(client, url("/")), words(SEND, CURLE_OPERATION_TIMEDOUT));
   m_server.release();
 }
 
@@ -329,23 +338,20 @@ TEST_F(CurlHTTPClientTest, GivesUpOnAServerThatTakesNoConnection) {
   const FullPort port;
   CurlHTTPClient client(200, 60000, 60000);
   client.goOnline();
-  EXPECT_EQ(failureOf([&] { client.getPageUnlessStopped(URL(port.address()), patience()); }).message(),
-            words(SEND, CURLE_OPERATION_TIMEDOUT));
+  EXPECT_EQ(failureByTimeOut(client, URL(port.address())), words(SEND, CURLE_OPERATION_TIMEDOUT));
 }
 
 TEST_F(CurlHTTPClientTest, APageThatComesByteByByteCanBeStopped) {
-  LoopbackPeer peer([](LoopbackPeer::Connection& connection) {
+  std::stop_source stop;
+  LoopbackPeer peer([&stop](LoopbackPeer::Connection& connection) {
     connection.readHead();
     connection.write("HTTP/1.1 200 OK\r\nConnection: close\r\n\r\n");
-    while (connection.write("x")) {
-    }
+    for (int bytes = 0; connection.write("x"); ++bytes)
+      if (bytes == 3)
+        stop.request_stop();
   });
-  int looks = 0;
-  EXPECT_EQ(failureOf([&] {
-              m_client.getPageUnlessStopped(URL(peer.address()), [&looks] { return ++looks == 3; });
-            }).message(),
+  EXPECT_EQ(failureOf([&] { m_client.getPage(URL(peer.address()), stop.get_token()); }).message(),
             words(SEND, CURLE_ABORTED_BY_CALLBACK));
-  EXPECT_EQ(looks, 3);
 }
 
 TEST_F(CurlHTTPClientTest, GivesUpOnAServerThatNeverComesToAnEnd) {
@@ -361,17 +367,17 @@ TEST_F(CurlHTTPClientTest, GivesUpOnAServerThatNeverComesToAnEnd) {
             words(SEND, CURLE_OPERATION_TIMEDOUT));
 }
 
-TEST_F(CurlHTTPClientTest, AbortEndsAStalledFetchAndAllLaterOnes) {
+TEST_F(CurlHTTPClientTest, AStopEndsAStalledFetchAndAllLaterOnesOfItsToken) {
   m_server.route("/", {200, "x"});
   m_server.stall();
-  std::future<HTTPException> failure =
-      std::async(std::launch::async, [this] { return failureOf([this] { m_client.getPage(url("/")); }); });
+  std::stop_source stop;
+  const auto fetch = [&] { return failureOf([&] { m_client.getPage(url("/"), stop.get_token()); }); };
+  std::future<HTTPException> failure = std::async(std::launch::async, fetch);
   ASSERT_TRUE(m_server.waitForRequests(1));
-  m_client.abort();
+  stop.request_stop();
   EXPECT_EQ(failure.get().message(), words(SEND, CURLE_ABORTED_BY_CALLBACK));
   m_server.release();
-  EXPECT_EQ(failureOf([&] { m_client.getPage(url("/")); }).message(), words(SEND, CURLE_ABORTED_BY_CALLBACK));
-  m_client.goOnline();
+  EXPECT_EQ(fetch().message(), words(SEND, CURLE_ABORTED_BY_CALLBACK));
   EXPECT_EQ(m_client.getPage(url("/")), u"x");
 }
 

@@ -11,25 +11,27 @@ namespace {
 // The updater on its own thread while the user goes on with his work. Every wait is for something that
 // happens, never for a time.
 
-/// A network that never answers: only an abort ends a fetch.
+/// A network that never answers: only a stop ends a fetch.
 class SilentNetwork {
 public:
   class Client : public HTTPClient {
   public:
     explicit Client(SilentNetwork& network) : m_network(network) {}
     void goOnline() override {}
-    String getPage(const URL&) override {
+    String getPage(const URL&, const std::stop_token& stop) override {
       m_network.fetches = true;
       m_network.signpost.notify();
+      const std::stop_callback stopped(stop, [this] {
+        m_network.aborted = true;
+        m_network.signpost.notify();
+      });
       m_network.signpost.await([this] { return m_network.aborted.load(); });
       throw HTTPException(u"aborted");
     }
-    void getPage(const URL& url, std::vector<std::uint8_t>&) override { getPage(url); }
-    void setBodyLimit(std::size_t) override {}
-    void abort() override {
-      m_network.aborted = true;
-      m_network.signpost.notify();
+    void getPage(const URL& url, std::vector<std::uint8_t>&, const std::stop_token& stop) override {
+      getPage(url, stop);
     }
+    void setBodyLimit(std::size_t) override {}
 
   private:
     SilentNetwork& m_network;

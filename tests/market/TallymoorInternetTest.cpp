@@ -13,10 +13,11 @@ namespace {
 class UnconnectedClient : public HTTPClient {
 public:
   void goOnline() override { throw HTTPException(u"no interface"); }
-  String getPage(const URL&) override { throw HTTPException(u"not online"); }
-  void getPage(const URL&, std::vector<std::uint8_t>&) override { throw HTTPException(u"not online"); }
+  String getPage(const URL&, const std::stop_token&) override { throw HTTPException(u"not online"); }
+  void getPage(const URL&, std::vector<std::uint8_t>&, const std::stop_token&) override {
+    throw HTTPException(u"not online");
+  }
   void setBodyLimit(std::size_t) override {}
-  void abort() override {}
 };
 
 class TallymoorInternetTest : public GatewayTest {

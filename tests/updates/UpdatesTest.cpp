@@ -178,10 +178,11 @@ TEST_F(UpdatesTest, CutConnectionIsAFailure) {
 
 TEST_F(UpdatesTest, AbortEndsAFetchUnderWay) {
   service().server().stall();
-  Updates updates(service().settings());
+  std::stop_source stop;
+  Updates updates(service().settings(), stop.get_token());
   std::thread aborter([&] {
     service().server().waitForRequests(1);
-    updates.abort();
+    stop.request_stop();
   });
   const String failure = messageOf([&] { updates.getConfigUpdates(true); });
   aborter.join();

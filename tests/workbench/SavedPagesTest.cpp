@@ -75,10 +75,9 @@ class OnePage : public HTTPClient {
 public:
   explicit OnePage(const std::string& page) : m_page(page) {}
   void goOnline() override {}
-  String getPage(const URL&) override { return String(m_page.c_str()); }
-  void getPage(const URL&, std::vector<std::uint8_t>&) override {}
+  String getPage(const URL&, const std::stop_token&) override { return String(m_page.c_str()); }
+  void getPage(const URL&, std::vector<std::uint8_t>&, const std::stop_token&) override {}
   void setBodyLimit(std::size_t) override {}
-  void abort() override {}
 
 private:
   const std::string m_page;
