@@ -1,6 +1,6 @@
 #pragma once
-#include "market/HTMLNames.h"
 #include "market/HTMLPageArena.h"
+#include <array>
 #include <cstdint>
 #include <string_view>
 #include <vector>
@@ -15,45 +15,44 @@ namespace Tallymoor {
 /// second time. So a tag may be found under two parents; the later one is its parent.
 ///
 /// No entry is looked at to close a tag but those that are taken off for good: the list of sub tags is a run
-/// that the arena knows by its end, and each name knows its last entry and its last unclosed entry.
+/// that the arena knows by its end, and each name knows its last unclosed entry.
 class HTMLFlatList {
 public:
-  static constexpr std::uint32_t NONE = HTMLTag::NONE;
+  explicit HTMLFlatList(HTMLPageArena& arena) : m_arena(arena) {}
 
-  HTMLFlatList(HTMLPageArena& arena, HTMLNames& names);
+  /// The name as it stands in the page, in any case. Throws HTMLException "HTMLParser::Parse - too many
+  /// different tag names" for one beyond the arena's MOST_NAMES.
+  HTMLName& named(std::u16string_view name);
 
-  bool empty() const { return m_entries.empty(); }
-  /// Appends a new tag, unclosed, and returns its index in the arena.
-  std::uint32_t open(HTMLNames::Id name);
-  /// Marks the last tag as ended by "/>".
-  void closeLast();
+  /// Appends a new tag, unclosed. Its attributes begin at that place of the page.
+  void open(HTMLName& name, std::size_t attributes);
+  /// The last tag's attributes end at that place, perhaps with "/>", which closes it.
+  void endAttributes(std::size_t end, bool isClosing);
   /// A closing tag; one that closes nothing changes nothing.
-  void close(HTMLNames::Id name);
-  /// True when the last tag would take a text: it has no text and no sub tags yet.
-  bool wantsText() const;
-  /// The text must live as long as the arena.
-  void setText(std::u16string_view text);
+  void close(HTMLName& name);
+  /// The last tag takes it unless it has a text or sub tags already. It must live as long as the arena.
+  void offerText(std::u16string_view text);
 
   /// Sets the parents of the tags that are still in the list; to be called once, at the end of the page.
   void finish();
-  /// The first tag in the list with that name, or NONE.
-  std::uint32_t firstNamed(HTMLNames::Id name) const;
+  /// The first tag in the list with that name, or null.
+  const HTMLTag* firstNamed(const HTMLName& name) const;
 
 private:
+  static constexpr std::size_t RECENT = 256;
   struct Entry {
     std::uint32_t tag;
-    HTMLNames::Id name;
-    std::uint32_t previousOfName; ///< where the entry of this name before this one is
-    std::uint32_t previousOpen;   ///< where the entry before that was unclosed when this one came
-    std::uint32_t closingOrder;   ///< number of the closing tag that closed it, from 1; 0 for none
+    std::uint32_t previousOpen; ///< where the last unclosed entry of this name was when this one came
+    std::uint32_t closingOrder; ///< number of the closing tag that closed it, from 1; 0 if it is open
   };
 
-  void dropLast(std::uint32_t newParent);
+  HTMLName& lookUp(std::u16string_view name);
+  HTMLTag& tagOf(const Entry& entry) const { return m_arena.tags[entry.tag]; }
 
   HTMLPageArena& m_arena;
-  HTMLNames& m_names;
   std::vector<Entry> m_entries;
   std::uint32_t m_numClosings = 0;
+  std::array<HTMLName*, RECENT> m_recent{}; ///< the name met last for each value of a quick hash
 };
 
 } // namespace Tallymoor

@@ -1,15 +1,10 @@
 #pragma once
 #include "market/HTMLTag.h"
 #include <cstddef>
-#include <cstdint>
 #include <memory>
-#include <string_view>
 
 namespace Tallymoor {
 
-class HTMLFlatList;
-class HTMLNames;
-class HTMLPageArena;
 class HTMLWalkLimit;
 
 /// A parsed page: points to its "html" tag and keeps every tag of the page alive.
@@ -37,32 +32,6 @@ public:
   /// too when it has no parent. Same failure and limit.
   static const HTMLTag* FindSiblingTag(const HTMLTag* tag, const String& name, std::size_t index,
                                        HTMLWalkLimit* limit = nullptr);
-
-private:
-  enum class Reading { Opening, Closing };
-  struct Buffers;
-
-  explicit HTMLParser(HTMLPageArena& arena);
-  void readTags(HTMLFlatList& tags, HTMLNames& names);
-  Reading readText(Buffers& buffers);
-  void skipComment();
-  void skipScript();
-  std::u16string_view readName();
-  /// True when the tag ends in "/>".
-  bool readAttributes();
-  /// False when it repeats the one before it.
-  bool readAttribute();
-  std::u16string_view readValue();
-
-  bool atEnd() const { return m_position >= m_html.size(); }
-  char16_t peek(std::size_t ahead = 0) const;
-  void skipOne();
-  void skipWhiteSpace();
-  std::u16string_view readUntil(std::uint8_t endKinds);
-
-  HTMLPageArena& m_arena;
-  const std::u16string_view m_html;
-  std::size_t m_position = 0;
 };
 
 } // namespace Tallymoor

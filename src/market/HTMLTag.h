@@ -2,13 +2,18 @@
 #include "foundation/String.h"
 #include <cstddef>
 #include <cstdint>
+#include <map>
+#include <optional>
 #include <string_view>
 #include <utility>
 
 namespace Tallymoor {
 
-struct HTMLAttribute;
-class HTMLPageArena;
+struct HTMLPageArena;
+
+/// A name of tags, lower case. While the page is read: the place of the last unclosed tag of this name in the
+/// flat list, or NONE.
+using HTMLName = std::pair<const std::u16string_view, std::uint32_t>;
 
 /// One tag of a parsed page. Made by HTMLParser only, lives in the page's arena as long as any HTMLPage of
 /// that page, and never changes. Failures are HTMLException.
@@ -16,7 +21,7 @@ class HTMLPageArena;
 /// Sub tags are not held as lists of their own, because a tag may be found under many parents and the lists
 /// of a deeply nested page would have quadratic length. While a page was read, each tag was put behind
 /// exactly one other tag; the sub tags of a tag are the run of tags from the one behind it to the one that
-/// was last when it was closed. So three numbers are enough for any list: see previous, lastSub and position.
+/// was last when it was closed. So two numbers are enough for any list: see previous and lastSub.
 class HTMLTag {
 public:
   HTMLTag(const HTMLTag&) = delete;
@@ -33,15 +38,16 @@ public:
   bool isClosed() const { return m_closed; }
 
   // The same as name and text without a copy; valid as long as the page.
-  std::u16string_view nameView() const { return {m_name, m_nameLength}; }
+  std::u16string_view nameView() const { return m_name->first; }
   std::u16string_view textView() const { return {m_text, m_textLength}; }
 
-  std::size_t numAttributes() const { return m_numAttributes; }
-  bool hasAttr(std::u16string_view name) const { return findAttribute(name) != nullptr; }
+  bool hasAttr(std::u16string_view name) const { return findAttribute(name).has_value(); }
   /// Throws "HTMLTag::attrVal - not found attr: " and the name.
   String attrVal(std::u16string_view name) const;
-  /// Name and value at the index in the order of the names; throws "HTMLTag::attribute - bad index".
-  std::pair<String, String> attribute(std::size_t index) const;
+  /// How many units of the page's text they take, which is what looking for one of them may cost.
+  std::size_t attributesSize() const { return m_attributesSize; }
+  /// All values by name: of several with one name the first. Read from the page's text with each call.
+  std::map<String, String> attributes() const;
 
   /// Length of the whole page's text.
   std::size_t pageSize() const;
@@ -60,28 +66,29 @@ public:
 
 private:
   friend class HTMLFlatList;
-  friend class HTMLPageArena;
+  friend struct HTMLPageArena;
+
+  /// A name of tags, lower case. While the page is read: the place of the last unclosed tag of this name in
+  /// the flat list, or NONE.
+  using HTMLName = std::pair<const std::u16string_view, std::uint32_t>;
   friend class HTMLTagSearch;
 
   static constexpr std::uint32_t NONE = 0xFFFFFFFF;
-  explicit HTMLTag(const HTMLPageArena& arena) : m_arena(&arena) {}
-  const HTMLAttribute* findAttribute(std::u16string_view name) const;
+  HTMLTag(const HTMLPageArena& arena, HTMLName& name, std::uint32_t attributes, std::uint32_t previous)
+      : m_arena(&arena), m_name(&name), m_attributes(attributes), m_previous(previous) {}
+  std::optional<std::u16string_view> findAttribute(std::u16string_view name) const;
   std::uint32_t index() const;
 
   const HTMLPageArena* m_arena;
-  const char16_t* m_name = nullptr;
+  HTMLName* m_name;
   const char16_t* m_text = nullptr;
-  std::uint32_t m_nameLength = 0;
-  std::uint32_t m_textLength = 0;
-  std::uint32_t m_firstAttribute = 0; ///< in the arena's list, sorted by name from here
-  std::uint32_t m_numAttributes = 0;
+  std::uint32_t m_textLength : 31 = 0;
+  std::uint32_t m_closed : 1 = false;
+  std::uint32_t m_attributes; ///< where they begin in the page's text
+  std::uint32_t m_attributesSize = 0;
   std::uint32_t m_parent = NONE;
-  std::uint32_t m_previous = NONE;   ///< the tag that this one was put behind
-  std::uint32_t m_lastSub = NONE;    ///< end of the run of sub tags; NONE without sub tags
-  std::uint32_t m_position = 0;      ///< number of tags before this one in the run that leads to it
-  std::uint32_t m_firstFollower = 0; ///< in the arena's list of tags put behind this one
-  std::uint32_t m_numFollowers = 0;
-  bool m_closed = false;
+  std::uint32_t m_previous;       ///< the tag that this one was put behind
+  std::uint32_t m_lastSub = NONE; ///< end of the run of sub tags; NONE without sub tags
 };
 
 } // namespace Tallymoor

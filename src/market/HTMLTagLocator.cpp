@@ -98,7 +98,11 @@ const HTMLTag* HTMLTagLocator::applySearch(const XMLElement& search, const HTMLT
   const HTMLTagSearch below(*current);
   if (limit != nullptr)
     limit->spend(below.numTags());
-  const HTMLTag* const found = below.first([&wanted](const HTMLTag& tag) { return wanted.matches(tag); });
+  const HTMLTag* const found = below.first([&](const HTMLTag& tag) {
+    if (limit != nullptr && !wanted.attribute.empty() && tag.nameView() == wanted.name)
+      limit->spend(tag.attributesSize());
+    return wanted.matches(tag);
+  });
   if (found == nullptr)
     throw HTMLException(u"HTMLTagLocator::FindTagForTagSearch - failed to find " + wanted.name + u", w/attr" +
                         wanted.attribute + u" from " + current->name());

@@ -4,7 +4,7 @@
 
 namespace Tallymoor {
 
-HTMLTagSearch::HTMLTagSearch(const HTMLTag& start) : m_arena(*start.m_arena), m_start(start.index()) {
+HTMLTagSearch::HTMLTagSearch(const HTMLTag& start) : m_tags(start.m_arena->tags), m_start(start.index()) {
   std::vector<std::uint32_t> pending{m_start};
   reach(m_start);
   while (!pending.empty()) {
@@ -13,9 +13,9 @@ HTMLTagSearch::HTMLTagSearch(const HTMLTag& start) : m_arena(*start.m_arena), m_
     // Where a tag of a run was reached, all before it on the run were too: every list that has the one has
     // the others, or begins behind one of them. So a run is followed backwards to the first reached tag and
     // no further.
-    std::uint32_t tag = m_arena[opener].m_lastSub;
+    std::uint32_t tag = m_tags[opener].m_lastSub;
     for (; tag != HTMLTag::NONE && (tag - m_start >= m_reached.size() || !isReached(tag));
-         tag = m_arena[tag].m_previous) {
+         tag = m_tags[tag].m_previous) {
       reach(tag);
       pending.push_back(tag);
     }
@@ -45,7 +45,7 @@ const HTMLTag* HTMLTagSearch::first(const std::function<bool(const HTMLTag&)>& m
   for (std::uint32_t i = static_cast<std::uint32_t>(m_reached.size()); i-- > 0;) {
     if (!m_reached[i])
       continue;
-    const HTMLTag& tag = m_arena[m_start + i];
+    const HTMLTag& tag = m_tags[m_start + i];
     leads[i] = matches(tag) || (tag.m_lastSub != HTMLTag::NONE && find(tag.m_lastSub - m_start) != i);
     if (!leads[i] && i != 0)
       nearest[i] = tag.m_previous - m_start;
@@ -53,7 +53,7 @@ const HTMLTag* HTMLTagSearch::first(const std::function<bool(const HTMLTag&)>& m
   if (!leads[0])
     return nullptr;
   // Then down to the match, at each tag along its run to the first sub tag that leads to one.
-  const HTMLTag* tag = &m_arena[m_start];
+  const HTMLTag* tag = &m_tags[m_start];
   while (!matches(*tag)) {
     const HTMLTag* sub = tag->firstSubTag();
     while (!leads[sub->index() - m_start])

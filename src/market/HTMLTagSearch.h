@@ -6,8 +6,6 @@
 
 namespace Tallymoor {
 
-class HTMLPageArena;
-
 /// The tags below one tag, for searches and counts. A tag can be found under many parents, so a plain
 /// recursion would take exponential time on nested tags of one name; here every tag is looked at once.
 class HTMLTagSearch {
@@ -25,7 +23,7 @@ private:
   bool isReached(std::uint32_t tag) const { return m_reached[tag - m_start]; }
   void reach(std::uint32_t tag);
 
-  const HTMLPageArena& m_arena;
+  const std::vector<HTMLTag>& m_tags;
   const std::uint32_t m_start;
   std::vector<bool> m_reached; ///< by index less m_start: nothing below a tag has a smaller index
   std::size_t m_numTags = 0;

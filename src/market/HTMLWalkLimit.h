@@ -8,7 +8,7 @@ namespace Tallymoor {
 /// cells, by the square of its length: hours and all memory for a page that the client still accepts.
 class HTMLWalkLimit {
 public:
-  /// So many tags to step over, and units of text to copy.
+  /// So many tags to step over, and units of text to copy and of attributes to read.
   explicit HTMLWalkLimit(std::size_t units) : m_left(units) {}
 
   /// Throws HTMLException "HTMLTable::fillFrom - too many tags to walk over" when more is spent than there

@@ -174,8 +174,8 @@ std::vector<LocatorWay> LocatorWay::withoutLabels(const HTMLTag& target, const H
   if (depth(target) > DEEPEST)
     return ways;
   // A walk has a step at least, so the root itself is only reached by a mark of its own.
-  if (&target == &root && root.numAttributes() != 0)
-    add(ways, fromAttribute(root, root.attribute(0).first, root, root));
+  if (const auto attributes = root.attributes(); &target == &root && !attributes.empty())
+    add(ways, fromAttribute(root, attributes.begin()->first, root, root));
   add(ways, byAttribute(target, root));
   add(ways, byPosition(target, root));
   return ways;

@@ -2,7 +2,6 @@
 #include "market/HTMLTag.h"
 #include <algorithm>
 #include <array>
-#include <numeric>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -87,23 +86,22 @@ String onOneLine(std::u16string_view text) {
   return result;
 }
 
-/// The indexes of a tag's attributes, those first by which pages are mended.
-std::vector<std::size_t> inOrderOfUse(const HTMLTag& tag) {
-  std::vector<std::size_t> order(tag.numAttributes());
-  std::iota(order.begin(), order.end(), std::size_t{0});
-  std::stable_sort(order.begin(), order.end(), [&tag](std::size_t left, std::size_t right) {
+/// A tag's attributes, those first by which pages are mended.
+std::vector<std::pair<String, String>> inOrderOfUse(const HTMLTag& tag) {
+  const std::map<String, String> values = tag.attributes();
+  std::vector<std::pair<String, String>> order(values.begin(), values.end());
+  std::stable_sort(order.begin(), order.end(), [](const auto& left, const auto& right) {
     const auto rank = [](const String& name) { return name == u"id" ? 0 : name == u"class" ? 1 : 2; };
-    return rank(tag.attribute(left).first) < rank(tag.attribute(right).first);
+    return rank(left.first) < rank(right.first);
   });
   return order;
 }
 
 String nameAndAttributes(const HTMLTag& tag, std::size_t mostAttributes) {
   String title = shortened(tag.nameView(), 20);
-  std::vector<std::size_t> order = inOrderOfUse(tag);
+  std::vector<std::pair<String, String>> order = inOrderOfUse(tag);
   order.resize(std::min(order.size(), mostAttributes));
-  for (const std::size_t i : order) {
-    const auto [name, value] = tag.attribute(i);
+  for (const auto& [name, value] : order) {
     title += u" " + shortened(name, 20);
     if (!value.empty())
       title += u"=\"" + shortened(value, 30) + u"\"";

@@ -87,9 +87,10 @@ bool holdsSeveralDates(const HTMLTag& tag) {
 bool walkFromMark(XMLTagLocator& column, const HTMLTag& mark, const HTMLTag& head, const HTMLTag& cell) {
   if (&mark != &head)
     return LocatorWay::addMoveDown(column, mark, head) && LocatorWay::addMovesIn(column, head, cell);
-  if (&head != &cell || mark.numAttributes() == 0)
+  const std::map<String, String> attributes = mark.attributes();
+  if (&head != &cell || attributes.empty())
     return false;
-  LocatorWay::addSearchByAttribute(column, mark, mark.attribute(0).first);
+  LocatorWay::addSearchByAttribute(column, mark, attributes.begin()->first);
   return true;
 }
 

@@ -220,5 +220,14 @@ TEST_F(HTMLTableTest, RowsInRowsDoNotTakeAllMemory) {
   EXPECT_EQ(fillFailure(html, column("", 0)), u"HTMLTable::fillFrom - too many tags to walk over");
 }
 
+/// So is a tag with long attributes that the walks of all rows come by.
+TEST_F(HTMLTableTest, RowsInRowsDoNotReadLongAttributesForEver) {
+  const String html = u"<html><table>" + repeated(u"<tr>", 1000) + u"<td b=\"" + repeated(u"x", 100000) +
+                      u"\"/><td a=\"\"/>" + repeated(u"</tr>", 1000) + u"</table></html>";
+  EXPECT_EQ(
+      fillFailure(html, "<TagLocator><TagFind><TagSearch tagname=\"td\" attr=\"a\"/></TagFind></TagLocator>"),
+      u"HTMLTable::fillFrom - too many tags to walk over");
+}
+
 } // namespace
 } // namespace Tallymoor
