@@ -2,7 +2,7 @@
 #include "foundation/Amounts.h"
 #include "foundation/Constants.h"
 #include "foundation/FileReplacement.h"
-#include "xml/PriceCache.h"
+#include "market/PriceCacheFile.h"
 #include <algorithm>
 #include <filesystem>
 #include <memory>
@@ -12,92 +12,8 @@ namespace Tallymoor {
 
 namespace {
 
-constexpr int PRICE_DECIMALS = 6; ///< at most, as in the capital record; at least four
 constexpr int LONGEST_CLOSURE = SharePriceCache::LONGEST_CLOSURE;
 const String EXTENSION = u".xml";
-
-/// A row without a price in it, alone in its file, is how delisted codes were marked before there was an
-/// attribute.
-bool isOldDelistedMark(const SharePriceCache::Rows& rows) {
-  return rows.size() == 1 && showsAsZero(rows.begin()->second.close);
-}
-
-/// How a row says where it came from. Rows of the data source with a volume say nothing, as they always did;
-/// an earlier version ignores the attribute.
-const String ORIGIN = u"Origin";
-
-struct NamedOrigin {
-  PriceOrigin origin;
-  const char16_t* name;
-};
-constexpr NamedOrigin NAMED_ORIGINS[] = {{PriceOrigin::Source, u"source"},
-                                         {PriceOrigin::Filled, u"filled"},
-                                         {PriceOrigin::Current, u"current"},
-                                         {PriceOrigin::Typed, u"typed"}};
-
-PriceOrigin originOf(const XMLShareValue& row) {
-  if (row.hasAttribute(ORIGIN))
-    for (const NamedOrigin& named : NAMED_ORIGINS)
-      if (row.attribute(ORIGIN) == String(named.name))
-        return named.origin;
-  return row.volume() != 0 ? PriceOrigin::Source : PriceOrigin::Unknown;
-}
-
-void setOrigin(XMLElement& row, const ShareValue& value) {
-  if (value.origin == PriceOrigin::Source && value.volume != 0)
-    return;
-  for (const NamedOrigin& named : NAMED_ORIGINS)
-    if (named.origin == value.origin)
-      row.setAttribute(ORIGIN, named.name);
-}
-
-struct CacheFile {
-  String code;
-  CachedShare share;
-};
-
-/// Throws XMLException or Exception.
-CacheFile readCacheFile(const String& path) {
-  XMLShareValues document;
-  document.decode(path);
-  CacheFile file;
-  file.code = textValue(document, u"Code");
-  file.share.isBad = document.isBad();
-  const Date today = Date::realToday();
-  const std::size_t numRows = document.numSubElements(u"Values");
-  for (std::size_t i = 0; i < numRows; ++i) {
-    const auto& row = static_cast<const XMLShareValue&>(document.subElement(u"Values", i));
-    const Date day = row.date();
-    const PriceOrigin origin = originOf(row);
-    // Of a clock that was ahead. It may as well be slow now, and what was typed can't be fetched again.
-    if (day > today && origin != PriceOrigin::Typed)
-      file.share.modified = true;
-    else
-      file.share.values.emplace_hint(file.share.values.end(), day,
-                                     ShareValue{row.close(), row.high(), row.low(), row.volume(), origin});
-  }
-  if (isOldDelistedMark(file.share.values)) {
-    file.share.values.clear();
-    file.share.isBad = true;
-    file.share.modified = true;
-  }
-  return file;
-}
-
-String cachedPriceText(double price) {
-  const String text = String::fromDouble(price, PRICE_DECIMALS);
-  return text.ends_with(u"00") ? String::fromDouble(price, 4) : text;
-}
-
-void addRow(XMLShareValues& document, const Date& day, const ShareValue& value) {
-  XMLElement& row = document.addSubElement(XMLShareValue::create(), u"Values");
-  setOrigin(row, value);
-  row.subElement(u"Date").setValue(day.toString(DATE_DISPLAY_DMY));
-  row.subElement(u"Close").setValue(cachedPriceText(value.close));
-  row.subElement(u"High").setValue(cachedPriceText(value.high));
-  row.subElement(u"Low").setValue(cachedPriceText(value.low));
-  row.subElement(u"Volume").setValue(String::fromLong(value.volume));
-}
 
 /// Runs the work for each item; when all have had their turn, the first failure is thrown on as Exception.
 template <class Items, class Work>
@@ -168,7 +84,7 @@ void SharePriceCache::load(const String& code, Entry& entry) const {
     case FilePresence::Unusable: // not left to the XML library, which loses memory over a folder
       throw XMLException(u"SharePriceCache::load - can't read " + path);
     case FilePresence::RegularFile:
-      entry.share = readCacheFile(path).share;
+      entry.share = readPriceCache(path).share;
     }
   } catch (const Exception& exception) {
     entry.share.unreadable = true;
@@ -208,7 +124,7 @@ SharePriceCache::Closes SharePriceCache::merge(const String& code, const Rows& f
     const bool losesPrice = showsAsZero(value.close) && !showsAsZero(row->second.close);
     if (!isNew && (row->second.origin == PriceOrigin::Typed || losesPrice))
       return;
-    if (isNew || !showsTheSame(row->second.close, value.close, PRICE_DECIMALS))
+    if (isNew || !showsTheSame(row->second.close, value.close, PRICE_CACHE_DECIMALS))
       changed.emplace_back(day, value.close);
     row->second = value;
   };
@@ -322,7 +238,7 @@ void SharePriceCache::loadAllFiles() {
     if (!path.startsWith(prefix) || filePresence(path) != FilePresence::RegularFile)
       continue;
     try {
-      CacheFile file = readCacheFile(path);
+      PriceCacheFile file = readPriceCache(path);
       // A file under another code's name is not what a later run would read for its own.
       if (pathOf(file.code) == path && !m_entries.contains(file.code))
         m_entries[file.code].share = std::move(file.share);
@@ -335,21 +251,11 @@ void SharePriceCache::loadAllFiles() {
 void SharePriceCache::save() {
   forEachDespiteFailures(m_entries, [this](auto& item) {
     CachedShare& share = item.second.share;
-    if (share.modified && !share.unreadable)
-      write(item.first, share);
+    if (!share.modified || share.unreadable)
+      return;
+    writePriceCache(pathOf(item.first), item.first, share);
+    share.modified = false;
   });
-}
-
-void SharePriceCache::write(const String& code, CachedShare& share) const {
-  XMLShareValues document;
-  document.subElement(u"Code").setValue(code);
-  if (share.isBad)
-    document.setAttribute(u"IsBad", u"true");
-  for (const auto& [day, value] : share.values)
-    addRow(document, day, value);
-  replaceFile(pathOf(code),
-              [&document](std::ostream& stream) { document.encodeWithDoctype(stream, SHARE_CACHE_DTD); });
-  share.modified = false;
 }
 
 void SharePriceCache::clear() {

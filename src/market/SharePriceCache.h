@@ -84,7 +84,6 @@ private:
   Entry& entry(const String& code);
   void load(const String& code, Entry& entry) const;
   void loadAllFiles();
-  void write(const String& code, CachedShare& share) const;
   static bool isFinal(const CachedShare& known, Rows::const_iterator row);
 
   String m_directory;
