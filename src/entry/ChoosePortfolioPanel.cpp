@@ -2,7 +2,7 @@
 #include "entry/FormChecks.h"
 #include "widgets/FormRows.h"
 #include "widgets/FormTextField.h"
-#include "widgets/GetStringDialog.h"
+#include "xml/CleanName.h"
 #include "xml/Leaves.h"
 
 namespace Tallymoor {

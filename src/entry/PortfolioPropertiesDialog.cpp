@@ -5,9 +5,9 @@
 #include "widgets/FormRows.h"
 #include "widgets/FormTextField.h"
 #include "widgets/GUIPanel.h"
-#include "widgets/GetStringDialog.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/ListChoiceDialog.h"
+#include "xml/CleanName.h"
 #include <iterator>
 
 namespace Tallymoor {

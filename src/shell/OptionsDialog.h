@@ -1,6 +1,6 @@
 #pragma once
 #include "foundation/RunTimeSettings.h"
-#include "views/OpenPortfolios.h"
+#include "session/OpenPortfolios.h"
 #include "widgets/Dialog.h"
 
 namespace Tallymoor {

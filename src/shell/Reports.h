@@ -1,6 +1,6 @@
 #pragma once
 #include "engine/ReportPeriod.h"
-#include "views/OpenPortfolios.h"
+#include "session/OpenPortfolios.h"
 
 namespace Tallymoor {
 

@@ -2,6 +2,7 @@
 #include "desktop/SessionClient.h"
 #include "foundation/Constants.h"
 #include "foundation/Settings.h"
+#include "foundation/UserInteraction.h"
 #include "market/TallymoorInternet.h"
 #include "shell/AdvertStrip.h"
 #include "shell/ViewDateRow.h"
@@ -84,7 +85,8 @@ tallymoorWindowMap[] = {
 FXIMPLEMENT_ABSTRACT(TallymoorWindow, MainWindow, tallymoorWindowMap, ARRAYNUMBER(tallymoorWindowMap))
 
 TallymoorWindow::TallymoorWindow(FXApp* app, WindowIcons& icons)
-    : MainWindow(app, icons.big.get(), icons.mini.get()), m_icons(icons) {
+    : MainWindow(app, icons.big.get(), icons.mini.get()), m_icons(icons),
+      m_session(UserInteraction::Instance()) {
   new FXToolTip(app, TOOLTIP_VARIABLE);
   restorePlace();
   buildMenus();
@@ -94,20 +96,20 @@ TallymoorWindow::TallymoorWindow(FXApp* app, WindowIcons& icons)
   m_adverts = new AdvertStrip(panelFrame(), this, ID_AD1, ID_AD2);
   buildTray();
   m_programUpdater = std::make_unique<ProgramUpdater>();
-  buildSession();
+  buildSessionClient();
 }
 
 // Views first, then the portfolios that they show, then the records.
 TallymoorWindow::~TallymoorWindow() {
   BigMutexLock lock;
-  m_session.reset();
+  m_sessionClient.reset();
   m_programUpdater->stopAndJoin();
   m_advertThread.reset();
   Date::clearFixedDate();
   if (TallymoorInternet::exists())
     TallymoorInternet::Instance().priceUpdater().removeObserver(this);
   closeViews();
-  m_store.clear();
+  store().clear();
   m_menus.clear();
   m_tray.reset();
   for (const FXSelector timer : {ID_HIDE_AFTER_BALLOON, ID_TRAY_GONE, ID_TRAY_MENU})
@@ -262,7 +264,7 @@ void TallymoorWindow::create() {
   keepOnScreen();
   m_onlineButton->setWidth(normalFont()->getTextWidth("offline") + m_icons.online->getWidth() + 24);
   MainWindow::create();
-  m_session->connect();
+  m_sessionClient->connect();
   loadUnderProgress();
 }
 

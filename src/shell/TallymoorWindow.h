@@ -3,7 +3,7 @@
 #include "foundation/Date.h"
 #include "foundation/LengthyFunctions.h"
 #include "market/PriceUpdater.h"
-#include "shell/PortfolioStore.h"
+#include "session/PortfolioSession.h"
 #include "shell/WindowIcons.h"
 #include "widgets/MainWindow.h"
 #include <functional>
@@ -84,9 +84,6 @@ public:
   static constexpr const char16_t* STARTUP_FAILURE =
       u"There was a failure during startup. Please restart Tallymoor";
 
-  /// Key of the warnings that the records on disk are not those in memory.
-  static constexpr const char16_t* UNSAVED_RECORDS = u"unsaved records";
-
   /// The icons outlive the window.
   TallymoorWindow(FXApp* app, WindowIcons& icons);
   ~TallymoorWindow() override;
@@ -94,7 +91,7 @@ public:
   /// Shows the window, then loads caches and records under a progress dialog.
   void create() override;
 
-  PortfolioStore& store() { return m_store; }
+  PortfolioStore& store() { return m_session.store(); }
   TotalCapTreeItem* totalCapital() const { return m_totalCapital; }
   InvestmentTree* portfolioTree() const { return m_portfolios.tree; }
   InvestmentTree* watchlistTree() const { return m_watchlists.tree; }
@@ -104,7 +101,7 @@ public:
   WarningStrip* warnings() const { return m_warnings; }
   AdvertStrip* adverts() const { return m_adverts; }
   SystemTray& tray() const { return *m_tray; }
-  SessionClient& session() const { return *m_session; }
+  SessionClient& sessionClient() const { return *m_sessionClient; }
 
   void applicationTitle(String& title) const override;
   void saveAll() override;
@@ -221,7 +218,7 @@ private:
   bool busyWithAnotherWindow() const;
   void showTrayMenu(FXint x, FXint y);
 
-  void buildSession();
+  void buildSessionClient();
   std::optional<bool> saveForSession();
   bool nothingToLose();
   bool saveUnasked(bool recordsOnly);
@@ -234,8 +231,6 @@ private:
   void saveUntilDoneOrGivenUp();
   void closeViews();
 
-  void saveEverything();
-  void importFrom(const String& file, TotalCapTreeItem& totalCapital);
   void rememberSplitters();
   void showOnlineState();
   void goOfflineByUser();
@@ -256,7 +251,7 @@ private:
 
   WindowIcons& m_icons;
   std::vector<std::unique_ptr<FXMenuPane>> m_menus; ///< must go before the window does
-  PortfolioStore m_store;
+  PortfolioSession m_session;
   FXHorizontalFrame* m_toolBarRow = nullptr;
   FXButton* m_onlineButton = nullptr;
   ViewDateRow* m_viewDateRow = nullptr;
@@ -278,7 +273,7 @@ private:
   std::unique_ptr<SystemTray> m_tray;
   std::unique_ptr<PriceWatch> m_trayPrices;
   std::unique_ptr<ProgramUpdater> m_programUpdater;
-  std::unique_ptr<SessionClient> m_session;
+  std::unique_ptr<SessionClient> m_sessionClient;
   std::optional<bool> m_shownOnline; ///< what the online button shows
   bool m_changingOnlineState = false;
   bool m_loadEnded = false;

@@ -45,12 +45,12 @@ long TallymoorWindow::onKeyPress(FXObject* sender, FXSelector selector, void* da
 XMLElement* TallymoorWindow::choosePortfolio(const String& prompt) {
   ListChoiceDialog dialog(this, u"Choose Portfolio", prompt, false);
   const String likely = likelyPortfolio();
-  for (const auto& [name, portfolio] : m_store.portfolios())
+  for (const auto& [name, portfolio] : store().portfolios())
     dialog.addListEntry(name, nullptr, name == likely);
   if (!dialog.execute())
     return nullptr;
   const String chosen = dialog.chosenTexts().front();
-  XMLElement& records = m_store.records();
+  XMLElement& records = store().records();
   for (std::size_t i = 0; i < records.numSubElements(u"SharePortfolios"); ++i)
     if (textValue(records.subElement(u"SharePortfolios", i), u"Name") == chosen)
       return &records.subElement(u"SharePortfolios", i);
@@ -60,8 +60,8 @@ XMLElement* TallymoorWindow::choosePortfolio(const String& prompt) {
 /// The only one, or else that of the selected node; empty where neither says one, or the tree is out of
 /// sight.
 String TallymoorWindow::likelyPortfolio() {
-  if (m_store.portfolios().size() == 1)
-    return m_store.portfolios().begin()->first;
+  if (store().portfolios().size() == 1)
+    return store().portfolios().begin()->first;
   if (m_tabBook->getCurrent() == WATCHLIST_TAB)
     return String();
   for (TreeViewItem* node = m_portfolios.tree->shownItem(); node; node = node->parentItem())
@@ -176,7 +176,7 @@ long TallymoorWindow::onRefreshPrices(FXObject*, FXSelector, void*) {
 
 long TallymoorWindow::onSettings(FXObject*, FXSelector, void*) {
   return guardedHandler(u"TallymoorWindow::onSettings failed.", [this] {
-    OptionsDialog dialog(this, m_store.portfolios());
+    OptionsDialog dialog(this, store().portfolios());
     dialog.execute();
     // Also after Cancel: the caches and capital records may have been dropped.
     refreshViews(true);

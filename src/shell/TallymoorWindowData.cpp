@@ -5,9 +5,8 @@
 #include "foundation/UserInteraction.h"
 #include "market/TallymoorInternet.h"
 #include "shell/AdvertStrip.h"
-#include "shell/PortfolioTransfer.h"
-#include "shell/ProfileFolders.h"
 #include "shell/TallymoorWindow.h"
+#include "shell/TransferDialogs.h"
 #include "updates/ProgramUpdater.h"
 #include "updates/UpdateCheck.h"
 #include "views/NodeIcons.h"
@@ -17,7 +16,6 @@
 #include "widgets/HandlerScope.h"
 #include "widgets/InvestmentTree.h"
 #include "widgets/ProgressDialog.h"
-#include "xml/CountryOfResidence.h"
 
 namespace Tallymoor {
 
@@ -40,7 +38,7 @@ void TallymoorWindow::loadUnderProgress() {
     withUnforeseenFailures([&] { dialog.run(*this, LOAD); });
     dialog.finish();
   } catch (const Exception& exception) {
-    m_store.setLoadFailed();
+    store().setLoadFailed();
     reportException(u"Failure during startup. You may need to restart.\n", exception);
   }
   m_loadEnded = true;
@@ -55,22 +53,18 @@ void TallymoorWindow::runLengthyFunction(Progress& progress, int argument) {
 
 void TallymoorWindow::load(Progress& progress) {
   progress.setTotal(4);
-  tidyProfileFolders();
   forgetWarnings(); // of a run that did not come to its end
-  CountryOfResidence::Instance();
-  progress.step(1, u"loading price cache");
+  m_session.load(progress);
   TallymoorInternet::Instance().priceUpdater().addObserver(this);
-  progress.step(1, u"loading portfolio records");
-  m_store.load();
-  progress.setTotal(static_cast<unsigned>(m_store.portfolios().size()) + 4);
+  progress.setTotal(static_cast<unsigned>(store().portfolios().size()) + 4);
   const NodeIcons nodeIcons{m_icons.portfolio.get(), m_icons.sharesHeld.get(),  m_icons.sharesSold.get(),
                             m_icons.dividends.get(), m_icons.cashReserve.get(), m_icons.watchHeld.get(),
                             m_icons.watchlist.get()};
   m_totalCapital =
-      new TotalCapTreeItem(m_portfolios.tree, m_store.portfolios(), m_store.records(), nodeIcons, &progress);
+      new TotalCapTreeItem(m_portfolios.tree, store().portfolios(), store().records(), nodeIcons, &progress);
   m_watchlistRoot = std::make_unique<WatchlistRootTreeItem>(m_totalCapital, m_watchlists.tree, nodeIcons,
                                                             [this] { onBuy(this, 0, nullptr); });
-  if (m_store.portfolios().empty() && !m_store.loadFailed())
+  if (store().portfolios().empty() && !store().loadFailed())
     runFirstWizard(progress);
   progress.step(1, u"showing Total Capital");
   m_portfolios.tree->showFirst();
@@ -124,7 +118,7 @@ void TallymoorWindow::unload(Progress& progress) {
   forgetWarnings();
   saveUntilDoneOrGivenUp();
   closeViews();
-  m_store.clear();
+  store().clear();
   progress.step(1, u"writing share price cache, waiting for background tasks");
   TallymoorInternet::shutdown();
   progress.step(1, u"shutting down");
@@ -134,7 +128,7 @@ void TallymoorWindow::unload(Progress& progress) {
 // missing folder must not end them unasked.
 void TallymoorWindow::saveUntilDoneOrGivenUp() {
   saveAll();
-  while (!m_store.lastSaveSucceeded() &&
+  while (!store().lastSaveSucceeded() &&
          question(u"Your records could not be saved, and leaving now loses the changes since the last save.\n"
                   u"Do you want to try to save them again?"))
     saveAll();
@@ -152,14 +146,17 @@ void TallymoorWindow::saveAll() {
 }
 
 long TallymoorWindow::onSave(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"TallymoorWindow::onSave failed.", [this] { saveEverything(); });
+  return guardedHandler(u"TallymoorWindow::onSave failed.", [this] {
+    rememberSplitters();
+    m_session.save();
+  });
 }
 
 // The refresh and the save wait until the new portfolio has its node.
 long TallymoorWindow::onWizard(FXObject*, FXSelector, void*) {
   return guardedHandler(u"TallymoorWindow::onWizard failed.", [this] {
     TotalCapTreeItem& totalCapital = loadedTree();
-    StartupWizard wizard(this, m_store.records());
+    StartupWizard wizard(this, store().records());
     if (wizard.execute())
       totalCapital.openPortfolio(wizard.takePortfolio());
     HandlerScope::whenDone(this, [this] {
@@ -171,69 +168,27 @@ long TallymoorWindow::onWizard(FXObject*, FXSelector, void*) {
 
 long TallymoorWindow::onExport(FXObject*, FXSelector, void*) {
   return guardedHandler(u"TallymoorWindow::onExport failed.",
-                        [this] { exportPortfolios(this, m_store.records()); });
+                        [this] { exportPortfolios(this, store().records()); });
 }
 
 long TallymoorWindow::onImport(FXObject*, FXSelector, void*) {
   return guardedHandler(u"TallymoorWindow::onImport failed.", [this] {
     TotalCapTreeItem& totalCapital = loadedTree();
     const String file = chooseImportFile(this);
-    if (!file.empty())
-      importFrom(file, totalCapital);
+    if (file.empty())
+      return;
+    const auto imported = m_session.readImport(file);
+    if (!imported)
+      return;
+    const std::vector<String> names = imported->names();
+    if (names.empty())
+      information(u"No portfolios were imported.");
+    else
+      totalCapital.takePortfolios(imported->take(), [this, names] {
+        refreshViews(true);
+        information(importSummary(names));
+      });
   });
-}
-
-void TallymoorWindow::importFrom(const String& file, TotalCapTreeItem& totalCapital) {
-  std::optional<ImportedPortfolios> imported;
-  try {
-    const WaitCursor wait;
-    withUnforeseenFailures([&] { imported.emplace(file); });
-  } catch (const Exception& exception) {
-    error(u"Failed to decode the imported portfolios:  " + exception.description() +
-          u"\nNothing was imported from " + file + u", and your portfolios are as they were.");
-    return;
-  }
-  std::set<String> existing;
-  for (const auto& [name, portfolio] : m_store.portfolios())
-    existing.insert(name);
-  imported->askForReplacements(existing);
-  const std::vector<String> names = imported->names();
-  if (names.empty())
-    information(u"No portfolios were imported.");
-  else
-    totalCapital.takePortfolios(imported->take(), [this, names] {
-      refreshViews(true);
-      information(importSummary(names));
-    });
-}
-
-// Whatever fails on the way, the records are saved and the wait cursor ends; then the first failure is told.
-// When the records could not be saved, that has been told, and the rest mostly has the same cause, as a full
-// disk: the next save writes it too, or tells.
-void TallymoorWindow::saveEverything() {
-  std::optional<Exception> failure;
-  const auto attempt = [&failure](auto step) {
-    try {
-      withUnforeseenFailures(step);
-    } catch (const Exception& exception) {
-      if (!failure)
-        failure = exception;
-    }
-  };
-  {
-    WaitCursor wait;
-    setStatusText(u"saving portfolio, price cache and registry settings...");
-    attempt([] {
-      if (TallymoorInternet::exists())
-        TallymoorInternet::Instance().save();
-    });
-    attempt([this] { m_store.save(); });
-    attempt([this] { rememberSplitters(); });
-  }
-  if (m_store.lastSaveSucceeded())
-    warningOver(UNSAVED_RECORDS);
-  if (failure && m_store.lastSaveSucceeded())
-    throw *failure;
 }
 
 void TallymoorWindow::rememberSplitters() {
@@ -241,7 +196,6 @@ void TallymoorWindow::rememberSplitters() {
   for (const Tab& tab : {m_portfolios, m_watchlists})
     settings.writeUnsigned(u"Gui Settings", tab.widthKey,
                            static_cast<std::uint32_t>(tab.splitter->getSplit(0)));
-  settings.commit();
 }
 
 } // namespace Tallymoor

@@ -21,7 +21,7 @@ long TallymoorWindow::reportOf(const String& handler, const String& title,
                                const std::function<ReportPeriod()>& period) {
   return guardedHandler(u"TallymoorWindow::" + handler + u" failed.", [&] {
     loadedTree();
-    showReport(m_store.portfolios(), period(), title);
+    showReport(store().portfolios(), period(), title);
   });
 }
 
@@ -54,7 +54,7 @@ long TallymoorWindow::onReportCustom(FXObject*, FXSelector, void*) {
     loadedTree();
     ReportPeriodDialog dialog(this, yearSoFar());
     if (dialog.execute())
-      showReport(m_store.portfolios(), dialog.period(), u"Custom report");
+      showReport(store().portfolios(), dialog.period(), u"Custom report");
   });
 }
 

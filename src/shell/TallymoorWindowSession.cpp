@@ -5,10 +5,10 @@
 
 namespace Tallymoor {
 
-void TallymoorWindow::buildSession() {
-  m_session = std::make_unique<SessionClient>(
+void TallymoorWindow::buildSessionClient() {
+  m_sessionClient = std::make_unique<SessionClient>(
       getApp(),
-      SessionClient::Hooks{[this] { return saveForSession(); }, [this] { m_store.keepBackup(false); },
+      SessionClient::Hooks{[this] { return saveForSession(); }, [this] { store().keepBackup(false); },
                            [this] { handle(this, FXSEL(SEL_COMMAND, ID_SHUTDOWN), nullptr); }});
 }
 
@@ -22,20 +22,20 @@ std::optional<bool> TallymoorWindow::saveForSession() {
     return true; // nothing was entered yet
   const bool busy = bigMutex().heldByThisThread() || getApp()->getModality() != MODAL_FOR_NONE;
   BigMutexLock lock;
-  if (m_store.loadFailed())
+  if (store().loadFailed())
     return nothingToLose();
   const bool saved = saveUnasked(busy);
-  m_store.keepBackup(saved);
+  store().keepBackup(saved);
   return saved;
 }
 
 /// After a failed load the records on disk are overwritten only when the user says so.
 bool TallymoorWindow::nothingToLose() {
-  if (m_store.portfolios().empty())
+  if (store().portfolios().empty())
     return true;
   warn(u"Your portfolios were not saved, since the ones on disk could not be loaded and are not "
        u"overwritten unasked. Use File, Save.",
-       u"End of the Session", UNSAVED_RECORDS, 2);
+       u"End of the Session", PortfolioSession::UNSAVED_RECORDS, 2);
   return false;
 }
 
@@ -44,15 +44,15 @@ bool TallymoorWindow::saveUnasked(bool recordsOnly) {
   {
     const BackgroundPassScope noBoxes;
     if (recordsOnly)
-      m_store.saveRecords();
+      store().saveRecords();
     else
       saveAll();
   }
-  if (m_store.lastSaveSucceeded())
-    warningOver(UNSAVED_RECORDS);
+  if (store().lastSaveSucceeded())
+    warningOver(PortfolioSession::UNSAVED_RECORDS);
   else
-    warn(u"Your records could not be saved.", u"End of the Session", UNSAVED_RECORDS, 2);
-  return m_store.lastSaveSucceeded();
+    warn(u"Your records could not be saved.", u"End of the Session", PortfolioSession::UNSAVED_RECORDS, 2);
+  return store().lastSaveSucceeded();
 }
 
 } // namespace Tallymoor

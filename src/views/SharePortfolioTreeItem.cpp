@@ -31,6 +31,7 @@
 #include "widgets/InvestmentTree.h"
 #include "widgets/MainWindow.h"
 #include "widgets/ToolkitText.h"
+#include "xml/CleanName.h"
 #include "xml/PortfolioRecords.h"
 
 namespace Tallymoor {

@@ -1,5 +1,5 @@
 #pragma once
-#include "views/OpenPortfolios.h"
+#include "session/OpenPortfolios.h"
 
 namespace Tallymoor {
 

@@ -19,6 +19,7 @@
 #include "widgets/HandlerScope.h"
 #include "widgets/InvestmentTree.h"
 #include "widgets/MainWindow.h"
+#include "xml/CleanName.h"
 #include "xml/PortfolioRecords.h"
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #pragma once
+#include "session/OpenPortfolios.h"
 #include "views/NodeIcons.h"
-#include "views/OpenPortfolios.h"
 #include "widgets/InvestmentTreeItem.h"
 #include "widgets/Table.h"
 #include <functional>

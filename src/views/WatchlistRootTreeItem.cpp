@@ -9,6 +9,7 @@
 #include "widgets/HandlerScope.h"
 #include "widgets/InvestmentTree.h"
 #include "widgets/MainWindow.h"
+#include "xml/CleanName.h"
 
 namespace Tallymoor {
 

@@ -35,9 +35,4 @@ private:
   String m_text;
 };
 
-/// The filter for names that go into documents and file names as they are: without the five characters that
-/// XML escapes, path separators and control characters, without blanks at the ends and with single ones
-/// between words, cut to 60 units.
-String cleanName(const String& text);
-
 } // namespace Tallymoor

@@ -6,9 +6,9 @@
 #include "foundation/Constants.h"
 #include "foundation/Settings.h"
 #include "market/SharePriceCache.h"
-#include "shell/PortfolioStore.h"
-#include "shell/PortfolioTransfer.h"
-#include "shell/ProfileFolders.h"
+#include "session/PortfolioExport.h"
+#include "session/PortfolioStore.h"
+#include "session/ProfileFolders.h"
 #include "updates/Updates.h"
 #include <array>
 #include <filesystem>
@@ -34,7 +34,7 @@ void addCash(PortfolioStore& store, const std::string& word) {
 
 /// The records of the profile, with a portfolio in them where there was none, and with more cash.
 std::shared_ptr<PortfolioStore> changedRecords(const std::string& word) {
-  auto store = std::make_shared<PortfolioStore>();
+  auto store = std::make_shared<PortfolioStore>(UserInteraction::Instance());
   store->load();
   if (store->portfolios().empty()) {
     XMLElement& portfolio = store->records().addSubElement(new XMLSharePortfolio, u"SharePortfolios");

@@ -9,8 +9,8 @@
 #include "foundation/Constants.h"
 #include "foundation/UnforeseenFailure.h"
 #include "market/SharePriceCache.h"
-#include "shell/PortfolioStore.h"
-#include "shell/ProfileFolders.h"
+#include "session/PortfolioStore.h"
+#include "session/ProfileFolders.h"
 #include "support/updates/TestUpdateService.h"
 #include "updates/UpdateHandover.h"
 #include "updates/Updates.h"
@@ -69,7 +69,7 @@ void startUntilUpdatesAreIn() {
 }
 
 void loadAll() {
-  PortfolioStore store;
+  PortfolioStore store(UserInteraction::Instance());
   store.load();
   if (store.loadFailed())
     throw Exception(u"the records can't be read");

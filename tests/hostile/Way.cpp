@@ -6,9 +6,9 @@
 #include "market/LocatorSet.h"
 #include "market/SharePriceCache.h"
 #include "market/TallymoorInternet.h"
+#include "session/ImportedPortfolios.h"
+#include "session/PortfolioStore.h"
 #include "shell/AdvertThread.h"
-#include "shell/PortfolioStore.h"
-#include "shell/PortfolioTransfer.h"
 #include "support/FakeUserInteraction.h"
 #include "support/GatewayScope.h"
 #include "support/InstalledFolder.h"
@@ -129,7 +129,7 @@ public:
   std::string state() override { return encodedRecords(m_store); }
 
 private:
-  PortfolioStore m_store;
+  PortfolioStore m_store{user()};
 };
 
 /// A file that the user imports into his records.
@@ -144,7 +144,7 @@ public:
   std::string state() override { return encodedRecords(m_store); }
 
 private:
-  PortfolioStore m_store;
+  PortfolioStore m_store{user()};
   std::string m_document;
 };
 

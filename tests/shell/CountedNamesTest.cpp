@@ -4,8 +4,8 @@
 #include "engine/SharePortfolioUser.h"
 #include "foundation/Constants.h"
 #include "market/SharePriceCache.h"
-#include "shell/PortfolioStore.h"
-#include "shell/PortfolioTransfer.h"
+#include "session/ImportedPortfolios.h"
+#include "session/PortfolioStore.h"
 #include "support/FailureOf.h"
 #include "support/FakeUserInteraction.h"
 #include "support/updates/UpdatesTest.h"
@@ -13,7 +13,7 @@
 #include "views/SharePortfolioTreeItem.h"
 #include "views/TotalCapTreeItem.h"
 #include "views/WatchlistSettings.h"
-#include "widgets/GetStringDialog.h"
+#include "xml/CleanName.h"
 #include "xml/Leaves.h"
 #include <gmock/gmock.h>
 #include <iostream>
@@ -188,14 +188,14 @@ TEST_F(CountedNames, EveryPortfolioOfAHandEditedFileIsThereAndStaysThere) {
   TestProfile::writeFile(recordsPath(), records(names));
   within(profile.dataFolder(), [&] {
     {
-      PortfolioStore store;
+      PortfolioStore store(user);
       store.load();
       EXPECT_TRUE(user.calls(FakeUserInteraction::Kind::Error).empty());
       for (const auto& [name, portfolio] : store.portfolios())
         portfolio->capitalRecord().update(*portfolio);
       store.save();
     }
-    PortfolioStore again;
+    PortfolioStore again(user);
     again.load();
     std::set<double> deposits;
     for (const auto& [name, portfolio] : again.portfolios()) {
@@ -375,7 +375,7 @@ TEST_F(CountedNamesTyped, Portfolios) {
     if (!cleanName(name).empty())
       current = cleanName(name);
     command(TallymoorWindow::ID_SAVE);
-    PortfolioStore saved;
+    PortfolioStore saved(UserInteraction::Instance());
     saved.load();
     expectFound(saved.portfolios().size() == 1 && saved.portfolios().contains(current), name);
   }

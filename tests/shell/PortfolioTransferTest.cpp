@@ -1,92 +1,17 @@
-#include "shell/PortfolioTransfer.h"
 #include "ShellTest.h"
 #include "foundation/FileReplacement.h"
-#include "shell/ProfileFolders.h"
-#include "support/MessageOf.h"
+#include "session/ProfileFolders.h"
+#include "support/ImportFiles.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/TotalCapTreeItem.h"
 #include "widgets/InvestmentTree.h"
 #include "xml/Leaves.h"
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <utility>
 
 namespace Tallymoor {
 namespace {
-
-/// A portfolio with one deposit, on the fixture's own day.
-std::string portfolio(const std::string& name, const std::string& amount,
-                      const std::string& day = "3/3/2026") {
-  return "<SharePortfolio><String>" + name +
-         "</String><HeldShares/><SoldShares/><Dividends/><CashReserve><CashEvent><Date>" + day +
-         "</Date><Constant>" + amount +
-         "</Constant><Constant>4</Constant><String>DEPOSIT </String></CashEvent></CashReserve><String/>"
-         "</SharePortfolio>";
-}
-
-/// A portfolio "Savings" with an entry of each kind, and a name in place of each amount.
-std::string withTrades() {
-  const auto constants = [](std::initializer_list<const char*> names) {
-    std::string text;
-    for (const std::string name : names)
-      text += "<Constant>" + name + "</Constant>";
-    return text;
-  };
-  return "<SharePortfolio><String>Savings</String><HeldShares><HeldShare><String>ABC.AX</String><BuyEvent>"
-         "<Date>2/3/2026</Date>" +
-         constants({"#bought", "#paid", "#brokerage"}) + "</BuyEvent>" +
-         constants({"#least", "#most", "0.00"}) +
-         "</HeldShare></HeldShares><SoldShares><SoldShare><String>XYZ.AX</String><SellEvent>"
-         "<Date>2/2/2026</Date><Date>3/2/2026</Date>" +
-         constants({"#sold", "#cost", "#proceeds", "#buying", "#selling"}) +
-         "</SellEvent></SoldShare></SoldShares><Dividends><DividendEvent><String>DIV.AX</String>"
-         "<Date>1/3/2026</Date>" +
-         constants({"#held", "#rate", "#franked", "#received", "#reinvested"}) + "<String>France</String>" +
-         constants({"#tax"}) +
-         "</DividendEvent></Dividends><CashReserve><CashEvent><Date>3/3/2026</Date><Constant>9.00</Constant>"
-         "<Constant>4</Constant><String>DEPOSIT </String></CashEvent></CashReserve><String/>"
-         "</SharePortfolio>";
-}
-
-struct SpoiltAmount {
-  const char* name;
-  const char* value;
-  const char* words;
-};
-constexpr SpoiltAmount AMOUNTS[] = {
-    {"#bought", "-1.00", "number of the purchase of ABC.AX on 02/03/2026"},
-    {"#paid", "-5.0000", "buy price of the purchase of ABC.AX on 02/03/2026"},
-    {"#brokerage", "-0.01", "brokerage of the purchase of ABC.AX on 02/03/2026"},
-    {"#least", "-1.0000", "minimum price of the stock ABC.AX"},
-    {"#most", "-1.0000", "maximum price of the stock ABC.AX"},
-    {"#sold", "-1.00", "number of the sale of XYZ.AX on 03/02/2026"},
-    {"#cost", "-1.0000", "buy price of the sale of XYZ.AX on 03/02/2026"},
-    {"#proceeds", "-5.0000", "sell price of the sale of XYZ.AX on 03/02/2026"},
-    {"#buying", "-1.00", "buy brokerage of the sale of XYZ.AX on 03/02/2026"},
-    {"#selling", "-1.00", "sell brokerage of the sale of XYZ.AX on 03/02/2026"},
-    {"#held", "-1.00", "number of shares of the dividend of DIV.AX on 01/03/2026"},
-    {"#rate", "-0.100000", "dividend rate of the dividend of DIV.AX on 01/03/2026"},
-    {"#franked", "-1", "percent franked of the dividend of DIV.AX on 01/03/2026"},
-    {"#received", "-1.00", "number of shares received of the dividend of DIV.AX on 01/03/2026"},
-    {"#reinvested", "-1.0000", "share price of the dividend of DIV.AX on 01/03/2026"},
-    {"#tax", "-2.20", "withholding tax of the dividend of DIV.AX on 01/03/2026"},
-};
-
-/// Each name that is left becomes an amount that a form takes.
-std::string written(std::string portfolio) {
-  for (const SpoiltAmount& amount : AMOUNTS)
-    if (const std::size_t at = portfolio.find(amount.name); at != std::string::npos)
-      portfolio.replace(at, std::string(amount.name).size(), "1");
-  return portfolio;
-}
-
-std::string document(const std::string& portfolios) {
-  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-         "<!DOCTYPE Portfolios SYSTEM \"Tallymoor Records.dtd\">\n"
-         "<Portfolios>" +
-         portfolios + "</Portfolios>";
-}
 
 /// Importing and exporting in the real window, which starts with the portfolio "Trading" with 100.00 in cash.
 class PortfolioTransferTest : public ShellTest {
@@ -336,39 +261,10 @@ TEST_F(PortfolioTransferTest, FilesThatAreNoRecordsLeaveEverythingAsItWas) {
   expectRefused(nested, "");
 }
 
-TEST_F(PortfolioTransferTest, AmountsBelowZeroAreRefusedByTheNameOfTheirStockAndField) {
-  const String path = profile().path("spoilt.xml");
-  for (const auto& [name, value, words] : AMOUNTS) {
-    std::string spoilt = withTrades();
-    const std::size_t at = spoilt.find(name);
-    ASSERT_NE(std::string::npos, at) << name;
-    TestProfile::writeFile(path, document(written(spoilt.replace(at, std::string(name).size(), value))));
-    EXPECT_EQ("In the portfolio \"Savings\", the " + std::string(words) + " is " + value +
-                  ".\nIt can't be less than zero.",
-              messageOf([&] { ImportedPortfolios{path}; }).toUTF8());
-  }
-}
-
 TEST_F(PortfolioTransferTest, ASaleBelowZeroLeavesEverythingAsItWas) {
   std::string spoilt = withTrades();
   spoilt.replace(spoilt.find("#proceeds"), 9, "-5.0000");
   expectRefused(document(written(spoilt)), "the sell price of the sale of XYZ.AX on 03/02/2026 is -5.0000.");
-}
-
-TEST_F(PortfolioTransferTest, SoundAmountsAndCashBelowZeroComeIn) {
-  std::string sound = written(withTrades());
-  sound.replace(sound.find(">9.00<"), 6, ">-9.00<");
-  const String path = profile().path("sound.xml");
-  TestProfile::writeFile(path, document(sound));
-  const auto portfolios = ImportedPortfolios(path).take();
-  ASSERT_EQ(1u, portfolios.size());
-  const XMLElement& cash = portfolios.front()->subElement(u"CashReserve").subElement(u"CashEvents");
-  EXPECT_EQ(String(u"-9.00"), textValue(cash, u"Value"));
-}
-
-TEST_F(PortfolioTransferTest, FileThatDoesNotExistIsRefused) {
-  EXPECT_EQ(u"There is no such file: /nowhere/at all.xml",
-            messageOf([] { ImportedPortfolios{u"/nowhere/at all.xml"}; }));
 }
 
 TEST_F(PortfolioTransferTest, RefusalNamesTheFileAndSaysThatNothingChanged) {
@@ -376,32 +272,6 @@ TEST_F(PortfolioTransferTest, RefusalNamesTheFileAndSaysThatNothingChanged) {
   expectRefused("<Portfolios><SharePortfolio>", "\nNothing was imported from " +
                                                     profile().path("import.xml").toUTF8() +
                                                     ", and your portfolios are as they were.");
-}
-
-TEST_F(PortfolioTransferTest, FileThatIsFarTooLongIsNotRead) {
-  const std::string path = profile().folder() + "/long.xml";
-  std::ofstream(path) << "<Portfolios>";
-  std::filesystem::resize_file(path, ImportedPortfolios::LARGEST_FILE + 1); // takes no room on most disks
-  EXPECT_EQ(u"The file is longer than 64 MB, far more than any portfolios take.",
-            messageOf([&] { ImportedPortfolios{String(path.c_str())}; }));
-}
-
-TEST_F(PortfolioTransferTest, NumberOfPortfoliosIsBounded) {
-  const auto fileOf = [this](std::size_t count) {
-    std::string portfolios;
-    for (std::size_t i = 0; i < count; ++i)
-      portfolios += portfolio("P" + std::to_string(i), "1.00");
-    const String path = profile().path("many.xml");
-    TestProfile::writeFile(path, document(portfolios));
-    return path;
-  };
-  const ImportedPortfolios most(fileOf(ImportedPortfolios::MOST_PORTFOLIOS));
-  EXPECT_EQ(ImportedPortfolios::MOST_PORTFOLIOS, most.names().size());
-  EXPECT_EQ(u"The file holds more than 1000 portfolios.",
-            messageOf([&] { ImportedPortfolios{fileOf(ImportedPortfolios::MOST_PORTFOLIOS + 1)}; }));
-  const std::string summary = importSummary(most.names()).toUTF8();
-  EXPECT_TRUE(summary.starts_with("The following share portfolios were imported:\nP0, P1, "));
-  EXPECT_TRUE(summary.ends_with(", P49 and 950 more"));
 }
 
 /// With records that can't be read, import is the way back.

@@ -42,7 +42,7 @@ protected:
     runUntil([this] { return tallymoor().warnings()->shownTexts().size() == 1; });
     return tallymoor().warnings()->shownTexts().at(0);
   }
-  SessionClient& session() { return tallymoor().session(); }
+  SessionClient& session() { return tallymoor().sessionClient(); }
   bool findsNoManager() {
     return runUntil([this] { return !session().connecting(); }) && !session().connected();
   }

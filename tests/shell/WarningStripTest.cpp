@@ -192,7 +192,7 @@ TEST_F(WarningStripTest, RecordsThatAreSavedAtLastTakeTheWarningBack) {
   {
     BigMutexLock lock;
     tallymoor().warn(u"Your records could not be saved.", u"End of the Session",
-                     TallymoorWindow::UNSAVED_RECORDS, 2);
+                     PortfolioSession::UNSAVED_RECORDS, 2);
   }
   letEventsPass();
   EXPECT_EQ(1u, strip().shownTexts().size());

@@ -1,4 +1,4 @@
-#include "shell/PortfolioStore.h"
+#include "session/PortfolioStore.h"
 #include "engine/SharePortfolioUser.h"
 #include "foundation/FileReplacement.h"
 #include "support/FakeUserInteraction.h"
@@ -43,7 +43,7 @@ protected:
 };
 
 TEST_F(PortfolioStoreTest, FirstRunHasNoMessageAndNoPortfolio) {
-  PortfolioStore store;
+  PortfolioStore store(user);
   store.load();
   EXPECT_FALSE(store.loadFailed());
   EXPECT_TRUE(store.portfolios().empty());
@@ -52,7 +52,7 @@ TEST_F(PortfolioStoreTest, FirstRunHasNoMessageAndNoPortfolio) {
 
 TEST_F(PortfolioStoreTest, WhatWasSavedIsLoadedAgainToTheLetter) {
   put(document("Trading", "100.00"));
-  PortfolioStore store;
+  PortfolioStore store(user);
   store.load();
   ASSERT_EQ(1u, store.portfolios().count(u"Trading"));
   store.save();
@@ -65,7 +65,7 @@ TEST_F(PortfolioStoreTest, AnUnreadableDateIsToldAtTheStartAndTheRestIsOpened) {
   put(content);
   for (int run = 0; run < 2; ++run) {
     user.clearCalls();
-    PortfolioStore store;
+    PortfolioStore store(user);
     store.load();
     ASSERT_EQ(1u, user.calls().size());
     EXPECT_EQ(String(u"Your records hold dates that can't be read:\n"
@@ -81,7 +81,7 @@ TEST_F(PortfolioStoreTest, AnUnreadableDateIsToldAtTheStartAndTheRestIsOpened) {
 
 TEST_F(PortfolioStoreTest, BackupHoldsTheLastSavedState) {
   put(document("Trading", "100.00"));
-  PortfolioStore store;
+  PortfolioStore store(user);
   store.load();
   SharePortfolioUser& trading = *store.portfolios().at(u"Trading");
   trading.creditCash(Date(2006, 3, 4), 1.0, CASH_EVENT_DEPOSIT, u"DEPOSIT one");
@@ -94,7 +94,7 @@ TEST_F(PortfolioStoreTest, BackupHoldsTheLastSavedState) {
 }
 
 TEST_F(PortfolioStoreTest, MissingFileGivesNoBackupAndNoError) {
-  PortfolioStore store;
+  PortfolioStore store(user);
   store.load();
   store.save();
   EXPECT_FALSE(TestProfile::fileExists(backup()));
@@ -117,7 +117,7 @@ const char16_t* const OVERWRITE = u"Since there was a problem when you opened yo
 
 TEST_F(PortfolioStoreTest, CorruptFileLeadsToTheRecoveryTextAndStaysByteForByte) {
   put("<Portfolios><SharePortfolio><String>Tra");
-  PortfolioStore store;
+  PortfolioStore store(user);
   store.load();
   EXPECT_TRUE(store.loadFailed());
   EXPECT_TRUE(store.portfolios().empty());
@@ -138,7 +138,7 @@ TEST_F(PortfolioStoreTest, CorruptFileLeadsToTheRecoveryTextAndStaysByteForByte)
 TEST_F(PortfolioStoreTest, OverwritingAfterAFailedLoadSetsTheOldBackupAside) {
   put("broken");
   TestProfile::writeFile(backup(), "the last good state");
-  PortfolioStore store;
+  PortfolioStore store(user);
   store.load();
   user.answerQuestion(true);
   store.save();
@@ -149,21 +149,21 @@ TEST_F(PortfolioStoreTest, OverwritingAfterAFailedLoadSetsTheOldBackupAside) {
 
 TEST_F(PortfolioStoreTest, AFolderInTheFilesPlaceIsAFailureAndNoFirstRun) {
   std::filesystem::create_directories(records().toUTF8());
-  PortfolioStore store;
+  PortfolioStore store(user);
   store.load();
   EXPECT_TRUE(store.loadFailed());
 }
 
 TEST_F(PortfolioStoreTest, ADanglingLinkIsAFailureAndNoFirstRun) {
   std::filesystem::create_symlink(profile.folder() + "/nowhere", records().toUTF8());
-  PortfolioStore store;
+  PortfolioStore store(user);
   store.load();
   EXPECT_TRUE(store.loadFailed());
 }
 
 TEST_F(PortfolioStoreTest, SaveThatFailsIsToldAndLeavesTheOldFile) {
   put(document("Trading", "100.00"));
-  PortfolioStore store;
+  PortfolioStore store(user);
   store.load();
   // A value that the file's own form can't hold: written raw, it would not be readable again.
   store.records().subElement(u"SharePortfolios").subElement(u"Name").setValue(u"A&B");
@@ -178,7 +178,7 @@ TEST_F(PortfolioStoreTest, SaveThatFailsIsToldAndLeavesTheOldFile) {
 
 TEST_F(PortfolioStoreTest, NamesFromAHandEditedFileAreCleaned) {
   put(document("../Tra&lt;ding", "100.00"));
-  PortfolioStore store;
+  PortfolioStore store(user);
   store.load();
   EXPECT_EQ(1u, store.portfolios().count(u"..Trading"));
   EXPECT_FALSE(store.loadFailed());
@@ -190,7 +190,7 @@ TEST_F(PortfolioStoreTest, ALaterPortfolioOfTheSameNameTakesThePlaceOfTheEarlier
       two.substr(two.find("<SharePortfolio>"), two.find("</Portfolios>") - two.find("<SharePortfolio>"));
   two.insert(two.find("</Portfolios>"), second);
   put(two);
-  PortfolioStore store;
+  PortfolioStore store(user);
   store.load();
   ASSERT_EQ(1u, store.portfolios().size());
   EXPECT_EQ(&store.records().subElement(u"SharePortfolios", 1),
@@ -220,11 +220,11 @@ void addSaleCountedTwice(SharePortfolioUser& portfolio) {
 
 TEST_F(PortfolioStoreTest, ASaleThatAnEarlierVersionCountedTwiceIsMended) {
   put(document("Trading", "100.00"));
-  PortfolioStore store;
+  PortfolioStore store(user);
   store.load();
   addSaleCountedTwice(*store.portfolios().at(u"Trading"));
   store.save();
-  PortfolioStore next;
+  PortfolioStore next(user);
   next.load();
   const XMLElement& sale = next.portfolios()
                                .at(u"Trading")
@@ -238,7 +238,7 @@ TEST_F(PortfolioStoreTest, ASaleThatAnEarlierVersionCountedTwiceIsMended) {
 
 TEST_F(PortfolioStoreTest, CapitalRecordsOfChangedPortfoliosAreWrittenAfterTheRecords) {
   put(document("Trading", "100.00"));
-  PortfolioStore store;
+  PortfolioStore store(user);
   store.load();
   store.portfolios().at(u"Trading")->checkCashReserve();
   store.save();
@@ -248,7 +248,7 @@ TEST_F(PortfolioStoreTest, CapitalRecordsOfChangedPortfoliosAreWrittenAfterTheRe
 
 TEST_F(PortfolioStoreTest, CapitalRecordsThatMayBeWrongAreEmptiedBeforeTheRecordsAreWritten) {
   put(document("Trading", "100.00"));
-  PortfolioStore store;
+  PortfolioStore store(user);
   store.load();
   SharePortfolioUser& trading = *store.portfolios().at(u"Trading");
   trading.checkCashReserve();
@@ -260,7 +260,7 @@ TEST_F(PortfolioStoreTest, CapitalRecordsThatMayBeWrongAreEmptiedBeforeTheRecord
 
 TEST_F(PortfolioStoreTest, ASaveKeepsTheModesAndNamesThatTheUserGaveItsFiles) {
   put(document("Trading", "100.00"));
-  PortfolioStore store;
+  PortfolioStore store(user);
   store.load();
   SharePortfolioUser& trading = *store.portfolios().at(u"Trading");
   trading.checkCashReserve();
@@ -283,7 +283,7 @@ TEST_F(PortfolioStoreTest, ASaveKeepsTheModesAndNamesThatTheUserGaveItsFiles) {
 
 TEST_F(PortfolioStoreTest, ADataFolderThatIsDeletedWhileTheProgramRunsIsMadeAgain) {
   put(document("Trading", "100.00"));
-  PortfolioStore store;
+  PortfolioStore store(user);
   store.load();
   std::filesystem::remove_all(profile.dataFolder().toUTF8());
   store.save();

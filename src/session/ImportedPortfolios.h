@@ -2,22 +2,17 @@
 #include "foundation/String.h"
 #include "xml/PortfolioRecords.h"
 #include <cstddef>
-#include <functional>
 #include <memory>
 #include <set>
 #include <vector>
 
-namespace FX {
-class FXWindow;
-}
-
 namespace Tallymoor {
 
-// Portfolios to and from files of the user's choice, in the form of the records document. GUI thread, under
-// the big mutex.
+class UserInteraction;
 
-/// Portfolios that were read from a file and belong to whoever holds this: each complete, with a name that a
-/// prompt would have taken, dates that can be read and no number, price, brokerage, rate or tax below zero.
+/// Portfolios that were read from a file of the user's choice, in the form of the records document. Each is
+/// complete, with a name that a prompt would have taken, dates that can be read and no number, price,
+/// brokerage, rate or tax below zero. They belong to this object. Under the big mutex.
 class ImportedPortfolios {
 public:
   /// The largest file that is read, in bytes: a file to import may come from anybody. The program's own
@@ -33,7 +28,7 @@ public:
 
   /// Asks for each portfolio whose name is taken, by an existing one or by one before it in the file, whether
   /// it may replace that one, and keeps those that may come in. All questions come before anything changes.
-  void askForReplacements(const std::set<String>& existing);
+  void askForReplacements(const std::set<String>& existing, UserInteraction& user);
 
   /// Names of what is kept, in the order of the file; a name comes twice when the file held it twice.
   std::vector<String> names() const;
@@ -47,18 +42,5 @@ private:
 
 /// "The following share portfolios were imported:" and the names, of many only the first.
 String importSummary(const std::vector<String>& names);
-
-/// Asks for the file, and whether it may be overwritten, writes the records there and says so. Throws
-/// Exception when it can't be written; an older file then stands.
-void exportPortfolios(FX::FXWindow* owner, XMLPortfolios& records);
-
-/// Writes the records to this file, and keeps its folder as the one where the next choice of a file begins.
-/// Throws Exception when it can't be written; an older file then stands.
-void writeExport(const String& path, XMLPortfolios& records);
-/// The folder of the last export or import, from the settings; empty when there was none.
-String lastTransferFolder();
-
-/// Asks for the file to import from; an empty text when the user cancelled.
-String chooseImportFile(FX::FXWindow* owner);
 
 } // namespace Tallymoor

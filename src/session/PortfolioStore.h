@@ -1,15 +1,18 @@
 #pragma once
-#include "views/OpenPortfolios.h"
+#include "session/OpenPortfolios.h"
 #include "xml/PortfolioRecords.h"
 
 namespace Tallymoor {
+
+class UserInteraction;
 
 /// Owns the records of all portfolios, and reads and writes them: "Portfolios.xml" with its ".bak", and the
 /// capital records beside it. The portfolios work on the records in place, so they always go first. GUI
 /// thread, under the big mutex.
 class PortfolioStore {
 public:
-  PortfolioStore() = default;
+  /// The user is told of failures and asked before an old file is overwritten.
+  explicit PortfolioStore(UserInteraction& user) : m_user(user) {}
   PortfolioStore(const PortfolioStore&) = delete;
   PortfolioStore& operator=(const PortfolioStore&) = delete;
 
@@ -50,6 +53,7 @@ private:
   void replaceRecords(const String& path);
   void saveCapitalRecords();
 
+  UserInteraction& m_user;
   XMLPortfolios m_records;
   OpenPortfolios m_portfolios;
   bool m_loadFailed = false;

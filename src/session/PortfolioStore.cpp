@@ -1,11 +1,11 @@
-#include "shell/PortfolioStore.h"
+#include "session/PortfolioStore.h"
 #include "engine/UnreadableDates.h"
 #include "foundation/Constants.h"
 #include "foundation/FileReplacement.h"
 #include "foundation/Platform.h"
 #include "foundation/UnforeseenFailure.h"
 #include "foundation/UserInteraction.h"
-#include "widgets/GetStringDialog.h"
+#include "xml/CleanName.h"
 #include "xml/DocumentFile.h"
 #include "xml/Leaves.h"
 #include <fstream>
@@ -101,7 +101,7 @@ void PortfolioStore::load() {
   } catch (const Exception& exception) {
     clear();
     m_loadFailed = true;
-    UserInteraction::Instance().reportException(recoveryText(), exception);
+    m_user.reportException(recoveryText(), exception);
   }
 }
 
@@ -121,7 +121,7 @@ void PortfolioStore::setUnreadableDatesAside(const String& path) {
     return;
   std::ostringstream content;
   content << std::ifstream(path.toUTF8(), std::ios::binary).rdbuf();
-  UserInteraction::Instance().warning(unreadableDatesText(dates, content.str()));
+  m_user.warning(unreadableDatesText(dates, content.str()));
 }
 
 void PortfolioStore::readDocument(const String& path) {
@@ -161,7 +161,7 @@ void PortfolioStore::save() {
 }
 
 bool PortfolioStore::saveRecords() {
-  if (m_loadFailed && !UserInteraction::Instance().question(OVERWRITE_QUESTION))
+  if (m_loadFailed && !m_user.question(OVERWRITE_QUESTION))
     return false;
   m_lastSaveSucceeded = writeRecords(recordsPath());
   return m_lastSaveSucceeded;
@@ -179,14 +179,13 @@ bool PortfolioStore::writeRecords(const String& path) {
     withUnforeseenFailures([&] { replaceRecords(path); });
     m_keepBackup = false;
     if (backupFailure)
-      UserInteraction::Instance().reportException(u"Your data were saved, but not the copy of the last ones.",
-                                                  *backupFailure);
+      m_user.reportException(u"Your data were saved, but not the copy of the last ones.", *backupFailure);
     return true;
   } catch (const Exception& exception) {
     const NothingLostYet told(exception);
     String typeName;
     told.typeName(typeName);
-    UserInteraction::Instance().reportException(
+    m_user.reportException(
         typeName + u" occurred while saving your data. \nYou should load a previous data file.", told);
     return false;
   }

@@ -1,4 +1,4 @@
-#include "shell/ImportChecks.h"
+#include "session/ImportChecks.h"
 #include "foundation/Date.h"
 #include "foundation/Exception.h"
 #include "xml/PortfolioRecords.h"

@@ -1,9 +1,9 @@
-#include "shell/ProfileFolders.h"
+#include "session/ProfileFolders.h"
 #include "foundation/Constants.h"
 #include "foundation/FileReplacement.h"
 #include "foundation/Platform.h"
 #include "foundation/Settings.h"
-#include "shell/PortfolioTransfer.h"
+#include "session/PortfolioExport.h"
 
 namespace Tallymoor {
 

@@ -6,8 +6,8 @@
 
 namespace Tallymoor {
 
-/// All open portfolios by name. The application's window owns the map; the root node adds to it, renames and
-/// deletes.
+/// All open portfolios by name. PortfolioStore owns the map; the root node of the tree adds to it, renames
+/// and deletes.
 using OpenPortfolios = std::map<String, std::unique_ptr<SharePortfolioUser>>;
 
 } // namespace Tallymoor

@@ -1,0 +1,16 @@
+#pragma once
+#include "foundation/String.h"
+
+namespace Tallymoor {
+
+class XMLPortfolios;
+
+/// Writes the records to this file, and keeps its folder as lastTransferFolder. Throws Exception when it
+/// can't be written; an older file then stands. Under the big mutex.
+void writeExport(const String& path, XMLPortfolios& records);
+
+/// The folder of the last export or import, from the settings; empty if there was none.
+String lastTransferFolder();
+void rememberTransferFolder(const String& folder);
+
+} // namespace Tallymoor
