@@ -25,6 +25,9 @@ target_link_libraries(Icu::Icu INTERFACE ICU::i18n ICU::uc)
 
 find_package(sdbus-c++ 1.2 REQUIRED)
 
+# For the arguments of the workbench.
+find_package(CLI11 2.1 REQUIRED)
+
 pkg_check_modules(SM REQUIRED IMPORTED_TARGET sm ice)
 add_library(Sm::Sm ALIAS PkgConfig::SM)
 

@@ -6,6 +6,9 @@
 #include "workbench/PlainOutput.h"
 #include "workbench/TableCommand.h"
 #include "workbench/WorkbenchFailure.h"
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <iterator>
 #include <ostream>
 #include <utility>
 
@@ -49,56 +52,66 @@ String textOf(const std::string& argument) {
   return String(argument.c_str());
 }
 
-bool isOption(const std::string& argument) {
-  return argument.compare(0, 2, "--") == 0;
-}
-
-/// Reads the arguments of "check".
-class CheckArguments {
-public:
-  explicit CheckArguments(const Arguments& arguments) : m_arguments(arguments) {}
-
-  CheckCommand::Options options() {
-    while (m_next < m_arguments.size())
-      take(m_arguments[m_next++]);
-    if (m_options.document.empty())
-      failForUse(u"check needs a locator document");
-    if (m_options.code && !m_options.pages.empty())
-      failForUse(u"--page and --code can't go together");
-    if (!m_options.saveTo.empty() && !m_options.code)
-      failForUse(u"--save goes with --code");
-    return m_options;
+/// A command line, taken apart. Throws WorkbenchFailure for a wrong one.
+struct CommandLine {
+  explicit CommandLine(Arguments arguments) {
+    for (CLI::App* part : {&app, check, find, table})
+      part->set_help_flag();
+    app.add_flag("--help", help);
+    app.add_flag("--version", version);
+    app.allow_extras()->require_subcommand(0, 1);
+    addCheckOptions();
+    // What stands on a page may look like an option.
+    find->prefix_command();
+    table->prefix_command();
+    std::reverse(arguments.begin(), arguments.end());
+    try {
+      app.parse(std::move(arguments));
+    } catch (const CLI::ParseError& error) { // begins with the option, whose value is missing or empty
+      const std::string what = error.what();
+      failForUse(textOf(what.substr(0, what.find(':'))) + u" needs a value");
+    }
+    if (*check)
+      checkTheCheck();
   }
+
+  CLI::App app;
+  CLI::App* const check = app.add_subcommand("check");
+  CLI::App* const find = app.add_subcommand("find");
+  CLI::App* const table = app.add_subcommand("table");
+  bool help = false;
+  bool version = false;
+  CheckCommand::Options options; ///< of check
 
 private:
-  void take(const std::string& argument) {
-    if (argument == "--page")
-      m_options.pages.push_back(value(argument));
-    else if (argument == "--code")
-      m_options.code = textOf(value(argument));
-    else if (argument == "--save")
-      m_options.saveTo = value(argument);
-    else if (argument == "--domain")
-      m_options.domain = textOf(value(argument));
-    else if (argument == "--all")
-      m_options.allRows = true;
-    else if (isOption(argument))
-      failForUse(u"check knows no option " + textOf(argument));
-    else if (m_options.document.empty())
-      m_options.document = argument;
-    else
-      failForUse(u"check takes one document");
+  void addCheckOptions() {
+    const CLI::Validator hasText([](const std::string& text) { return text.empty() ? "empty" : ""; }, "");
+    check->allow_extras();
+    check->add_option("document", options.document);
+    check->add_option("--page", options.pages)->allow_extra_args(false)->check(hasText);
+    check
+        ->add_option_function<std::string>("--code",
+                                           [this](const auto& text) { options.code = textOf(text); })
+        ->check(hasText);
+    check->add_option("--save", options.saveTo)->check(hasText);
+    check
+        ->add_option_function<std::string>("--domain",
+                                           [this](const auto& text) { options.domain = textOf(text); })
+        ->check(hasText);
+    check->add_flag("--all", options.allRows);
   }
 
-  std::string value(const std::string& option) {
-    if (m_next == m_arguments.size() || m_arguments[m_next].empty())
-      failForUse(textOf(option) + u" needs a value");
-    return m_arguments[m_next++];
+  void checkTheCheck() const {
+    for (const std::string& extra : check->remaining())
+      failForUse(extra.starts_with('-') ? u"check knows no option " + textOf(extra)
+                                        : String(u"check takes one document"));
+    if (options.document.empty())
+      failForUse(u"check needs a locator document");
+    if (options.code && !options.pages.empty())
+      failForUse(u"--page and --code can't go together");
+    if (!options.saveTo.empty() && !options.code)
+      failForUse(u"--save goes with --code");
   }
-
-  const Arguments& m_arguments;
-  std::size_t m_next = 1;
-  CheckCommand::Options m_options;
 };
 
 } // namespace
@@ -124,32 +137,34 @@ int Workbench::fail(int status, const String& message) {
 
 bool Workbench::runCommand(const Arguments& arguments) {
   PlainOutput out(m_out);
-  const std::string command = arguments.empty() ? std::string() : arguments.front();
-  if (command == "--help") {
+  const CommandLine line(arguments);
+  if (line.help) {
     out.line(HELP);
     return true;
   }
-  if (command == "--version") {
+  if (line.version) {
     out.line(u"tallymoor-locator, " + String(VERSION_TEXT));
     return true;
   }
-  if (command == "check")
-    return CheckCommand(out, CheckArguments(arguments).options(), m_makeClient).run();
-  if (command == "find") {
-    if (arguments.size() != 3)
+  if (*line.check)
+    return CheckCommand(out, line.options, m_makeClient).run();
+  if (*line.find) {
+    const Arguments texts = line.find->remaining();
+    if (texts.size() != 2)
       failForUse(u"find takes a page and a text; a text of several words stands in quotation marks");
-    return FindCommand(out, arguments[1], textOf(arguments[2])).run();
+    return FindCommand(out, texts[0], textOf(texts[1])).run();
   }
-  if (command == "table") {
-    if (arguments.size() < 3)
+  if (*line.table) {
+    const Arguments texts = line.table->remaining();
+    if (texts.size() < 2)
       failForUse(u"table takes a page and the texts of one row");
-    std::vector<String> texts;
-    for (std::size_t i = 2; i < arguments.size(); ++i)
-      texts.push_back(textOf(arguments[i]));
-    return TableCommand(out, arguments[1], texts).run();
+    std::vector<String> cells;
+    std::transform(texts.begin() + 1, texts.end(), std::back_inserter(cells), textOf);
+    return TableCommand(out, texts[0], cells).run();
   }
-  failForUse(command.empty() ? String(u"no command is given; --help tells of them")
-                             : u"there is no command " + textOf(command) + u"; --help tells of them");
+  const Arguments unknown = line.app.remaining();
+  failForUse(unknown.empty() ? String(u"no command is given; --help tells of them")
+                             : u"there is no command " + textOf(unknown[0]) + u"; --help tells of them");
 }
 
 } // namespace Tallymoor

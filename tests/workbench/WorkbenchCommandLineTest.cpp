@@ -69,6 +69,25 @@ TEST_F(WorkbenchCommandLineTest, FilesThatCannotBeReadAreNamed) {
   EXPECT_NE(complaint({"find", "/dev/zero", "x"}).find("larger than 10 MB"), std::string::npos);
 }
 
+TEST_F(WorkbenchCommandLineTest, TextsOfAPageMayLookLikeAnythingElse) {
+  for (const std::string text : {"-1.50", "--", "--page", "check", "/all", "x=1", "-h", "--help"}) {
+    const std::string page = write("page.html", "<html><p>" + text + "</p></html>");
+    const Result result = run({"find", page, text});
+    EXPECT_EQ(result.status, 0) << text << result.errors;
+    EXPECT_TRUE(result.says(text)) << text << result.out;
+    const Result table = run({"table", page, text, text, text});
+    EXPECT_NE(table.status, 2) << text << table.errors;
+  }
+}
+
+TEST_F(WorkbenchCommandLineTest, AValueMayBeJoinedToItsOption) {
+  const std::string document = quoteDocument(in("p"));
+  const std::string page = write("page.html", "<html><p>1.50</p></html>");
+  const Result joined = run({"check", document, "--page=" + page});
+  EXPECT_EQ(joined.status, 0) << joined.errors;
+  EXPECT_EQ(joined.out, run({"check", document, "--page", page}).out);
+}
+
 TEST_F(WorkbenchCommandLineTest, NamesFromTheCommandLineAreHarmlessToo) {
   const Result result = run({"check", "/nowhere/\x1B[31m"});
   EXPECT_EQ(result.errors.find('\x1B'), std::string::npos);
