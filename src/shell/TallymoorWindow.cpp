@@ -7,6 +7,7 @@
 #include "shell/AdvertStrip.h"
 #include "shell/ViewDateRow.h"
 #include "shell/WarningStrip.h"
+#include "shell/WindowCommands.h"
 #include "updates/ProgramUpdater.h"
 #include "views/NodeIcons.h"
 #include "views/PriceWatch.h"
@@ -24,7 +25,6 @@ namespace Tallymoor {
 namespace {
 
 constexpr int TREE_WIDTH = 150;
-constexpr FXint SEPARATOR_WIDTH = 2;
 constexpr FXint TITLE_BAR_HEIGHT = 24; ///< room for what the window manager puts above the window
 
 /// "DarkOliveGreen4", laid over white.
@@ -41,43 +41,24 @@ FXDEFMAP(TallymoorWindow)
 tallymoorWindowMap[] = {
     FXMAPFUNC(SEL_CONFIGURE, MainWindow::ID_MAINWINDOW, TallymoorWindow::onResize),
     FXMAPFUNC(SEL_KEYPRESS, 0, TallymoorWindow::onKeyPress),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_ABOUT_TRAY, TallymoorWindow::onAbout),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_RESTORE, TallymoorWindow::onRestore),
     FXMAPFUNC(SEL_TIMEOUT, TallymoorWindow::ID_HIDE_AFTER_BALLOON, TallymoorWindow::onHideAfterBalloon),
     FXMAPFUNC(SEL_TIMEOUT, TallymoorWindow::ID_TRAY_GONE, TallymoorWindow::onTrayGone),
     FXMAPFUNC(SEL_TIMEOUT, TallymoorWindow::ID_TRAY_MENU, TallymoorWindow::onTrayMenu),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_TABBOOK, TallymoorWindow::onTabBook),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_NEW_PORTFOLIO, TallymoorWindow::onNewPortfolio),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_NEW_WATCHLIST, TallymoorWindow::onNewWatchlist),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_SAVE, TallymoorWindow::onSave),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_WIZARD, TallymoorWindow::onWizard),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_IMPORT, TallymoorWindow::onImport),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_EXPORT, TallymoorWindow::onExport),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_BUY, TallymoorWindow::onBuy),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_SELL, TallymoorWindow::onSell),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_DIVIDENDS, TallymoorWindow::onDividends),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_INTEREST, TallymoorWindow::onInterest),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_DEPOSIT_CASH, TallymoorWindow::onDepositCash),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_WITHDRAW_CASH, TallymoorWindow::onWithdrawCash),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_REPORT_LAST_MONTH, TallymoorWindow::onReportLastMonth),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_REPORT_LAST_FQ, TallymoorWindow::onReportLastFQ),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_REPORT_LAST_CQ, TallymoorWindow::onReportLastCQ),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_REPORT_LAST_FY, TallymoorWindow::onReportLastFY),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_REPORT_LAST_CY, TallymoorWindow::onReportLastCY),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_REPORT_CUSTOM, TallymoorWindow::onReportCustom),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_CHECK_UPDATES, TallymoorWindow::onCheckUpdates),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_REFRESH_PRICES, TallymoorWindow::onRefreshPrices),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_SETTINGS, TallymoorWindow::onSettings),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_FAQ, TallymoorWindow::onFAQ),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_FEEDBACK, TallymoorWindow::onFeedback),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_ABOUT, TallymoorWindow::onAbout),
     FXMAPFUNC(SEL_LEFTBUTTONPRESS, TallymoorWindow::ID_AD1, TallymoorWindow::onClickAd1),
     FXMAPFUNC(SEL_LEFTBUTTONPRESS, TallymoorWindow::ID_AD2, TallymoorWindow::onClickAd2),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_STATUS, TallymoorWindow::onChangeStatus),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_FORWARD, TallymoorWindow::onForwardViewDate),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_FFORWARD, TallymoorWindow::onFForwardViewDate),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_BACK, TallymoorWindow::onBackViewDate),
-    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_BBACK, TallymoorWindow::onBBackViewDate),
+    // The commands of the table.
+    FXMAPFUNCS(SEL_COMMAND, TallymoorWindow::ID_ABOUT_TRAY, TallymoorWindow::ID_RESTORE,
+               TallymoorWindow::onTableCommand),
+    FXMAPFUNCS(SEL_COMMAND, TallymoorWindow::ID_NEW_PORTFOLIO, TallymoorWindow::ID_ABOUT,
+               TallymoorWindow::onTableCommand),
+    FXMAPFUNCS(SEL_UPDATE, TallymoorWindow::ID_NEW_PORTFOLIO, TallymoorWindow::ID_ABOUT,
+               TallymoorWindow::onTableUpdate),
+    FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_STATUS, TallymoorWindow::onTableCommand),
+    FXMAPFUNCS(SEL_COMMAND, TallymoorWindow::ID_FORWARD, TallymoorWindow::ID_BBACK,
+               TallymoorWindow::onTableCommand),
+    FXMAPFUNCS(SEL_UPDATE, TallymoorWindow::ID_FORWARD, TallymoorWindow::ID_BBACK,
+               TallymoorWindow::onTableUpdate),
 };
 
 } // namespace
@@ -86,10 +67,10 @@ FXIMPLEMENT_ABSTRACT(TallymoorWindow, MainWindow, tallymoorWindowMap, ARRAYNUMBE
 
 TallymoorWindow::TallymoorWindow(FXApp* app, WindowIcons& icons)
     : MainWindow(app, icons.big.get(), icons.mini.get()), m_icons(icons),
-      m_session(UserInteraction::Instance()) {
+      m_session(UserInteraction::Instance()), m_commands(std::make_unique<WindowCommands>(*this, icons)) {
   new FXToolTip(app, TOOLTIP_VARIABLE);
   restorePlace();
-  buildMenus();
+  m_menus = m_commands->makeMenus(*menuBar());
   buildToolBars();
   buildTabs();
   m_warnings = new WarningStrip(panelFrame());
@@ -138,100 +119,23 @@ void TallymoorWindow::keepOnScreen() {
            std::clamp(getY(), TITLE_BAR_HEIGHT, screenHeight - height), width, height);
 }
 
-FXMenuPane* TallymoorWindow::addMenu(const char* title) {
-  m_menus.push_back(std::make_unique<FXMenuPane>(this));
-  new FXMenuTitle(menuBar(), title, nullptr, m_menus.back().get());
-  return m_menus.back().get();
-}
-
-void TallymoorWindow::addEntry(FXMenuPane* menu, const char* label, FXSelector command) {
-  new FXMenuCommand(menu, label, nullptr, this, command);
-}
-
-void TallymoorWindow::buildMenus() {
-  FXMenuPane* file = addMenu("&File");
-  addEntry(file, "New &Portfolio...\tCtrl+P", ID_NEW_PORTFOLIO);
-  addEntry(file, "New &Watchlist...\tCtrl+W", ID_NEW_WATCHLIST);
-  new FXMenuSeparator(file);
-  addEntry(file, "New Portfolio &Wizard...", ID_WIZARD);
-  new FXMenuSeparator(file);
-  addEntry(file, "&Save...\tCtrl+S", ID_SAVE);
-  addEntry(file, "&Import...", ID_IMPORT);
-  addEntry(file, "&Export...", ID_EXPORT);
-  new FXMenuSeparator(file);
-  addEntry(file, "&Minimise", FXTopWindow::ID_MINIMIZE);
-  new FXMenuSeparator(file);
-  addEntry(file, "E&xit\tAlt-F4", ID_SHUTDOWN);
-
-  FXMenuPane* portfolios = addMenu("&Portfolios");
-  addEntry(portfolios, "&New Portfolio...\tCtrl+P", ID_NEW_PORTFOLIO);
-  addEntry(portfolios, "&Buy Shares...\tCtrl+B", ID_BUY);
-  addEntry(portfolios, "&Sell Shares...\tCtrl+L", ID_SELL);
-  addEntry(portfolios, "Receive a &Dividend...\tCtrl+D", ID_DIVIDENDS);
-  addEntry(portfolios, "Receive &Interest...\tCtrl+I", ID_INTEREST);
-  addEntry(portfolios, "Deposit &Cash...", ID_DEPOSIT_CASH);
-  addEntry(portfolios, "&Withdraw Cash...", ID_WITHDRAW_CASH);
-
-  FXMenuPane* reports = addMenu("&Reports");
-  addEntry(reports, "Report for last &month...", ID_REPORT_LAST_MONTH);
-  addEntry(reports, "Report for last &financial quarter...", ID_REPORT_LAST_FQ);
-  addEntry(reports, "Report for last &calendar quarter...", ID_REPORT_LAST_CQ);
-  addEntry(reports, "Report for last financial &year...", ID_REPORT_LAST_FY);
-  addEntry(reports, "Report for last ca&lendar year...", ID_REPORT_LAST_CY);
-  addEntry(reports, "Custom &Report...", ID_REPORT_LAST_CY); // a period of one's own is the tool bar's
-
-  FXMenuPane* tools = addMenu("&Tools");
-  addEntry(tools, "Check For &Updates...\tCtrl+U", ID_CHECK_UPDATES);
-  addEntry(tools, "Refresh &Prices\tCtrl+R", ID_REFRESH_PRICES);
-  new FXMenuSeparator(tools);
-  addEntry(tools, "&Options...\tCtrl+O", ID_SETTINGS);
-
-  FXMenuPane* help = addMenu("&Help\tCtrl+H");
-  addEntry(help, "&Online Help...\tCtrl+F", ID_FAQ);
-  addEntry(help, "Feedback or Suggestion?", ID_FEEDBACK);
-  new FXMenuSeparator(help);
-  addEntry(help, "&About...\tCtrl+A", ID_ABOUT);
-}
-
 void TallymoorWindow::buildToolBars() {
   m_toolBarRow = new FXHorizontalFrame(contentFrame(), LAYOUT_FILL_X, 0, 0, 0, 0, 2, 2, 2, 2, 6, 0);
   buildCommandBar(m_toolBarRow);
-  m_viewDateRow = new ViewDateRow(m_toolBarRow, *this, m_icons);
+  m_viewDateRow = new ViewDateRow(m_toolBarRow, *this, m_commands->table());
   buildOnlineBar(m_toolBarRow);
 }
 
 void TallymoorWindow::buildCommandBar(FXComposite* parent) {
-  auto* bar = new FXToolBar(parent, FRAME_NONE | PACK_UNIFORM_HEIGHT, 0, 0, 0, 0, 2, 2, 2, 2, 2, 0);
-  const auto button = [this, bar](const char* tip, const std::unique_ptr<FXIcon>& icon, FXSelector command) {
-    new FXButton(bar, tip, icon.get(), this, command, BUTTON_TOOLBAR | FRAME_RAISED, 0, 0, 0, 0, 3, 3, 4, 4);
-  };
-  const auto gap = [bar](int separators) {
-    for (int i = 0; i < separators; ++i)
-      new FXFrame(bar, LAYOUT_FIX_WIDTH, 0, 0, SEPARATOR_WIDTH);
-  };
-  button("\tNew Portfolio\tCreates a new portfolio", m_icons.newPortfolio, ID_NEW_PORTFOLIO);
-  button("\tNew Watchlist\tCreates new watchlist", m_icons.newWatchlist, ID_NEW_WATCHLIST);
-  gap(3);
-  button("\tBuy Shares\tRegister the purchase of shares", m_icons.buy, ID_BUY);
-  button("\tSell Shares\tRegister the sale of shares", m_icons.sell, ID_SELL);
-  gap(2);
-  button("\tReceive a Dividend\tRegister the receipt of a dividend", m_icons.dividend, ID_DIVIDENDS);
-  button("\tReceive Interest\tRegister interest received", m_icons.interest, ID_INTEREST);
-  gap(2);
-  button("\tDeposit Cash\tRegister cash deposit", m_icons.deposit, ID_DEPOSIT_CASH);
-  button("\tWithdraw Cash\tRegister cash withdrawal", m_icons.withdraw, ID_WITHDRAW_CASH);
-  gap(3);
-  button("\tReport\tGenerate a report", m_icons.report, ID_REPORT_CUSTOM);
-  gap(3);
-  button("\tPrice Update\tGet the latest prices for held and watched shares", m_icons.priceUpdate,
-         ID_REFRESH_PRICES);
+  m_commands->addButtons(
+      *new FXToolBar(parent, FRAME_NONE | PACK_UNIFORM_HEIGHT, 0, 0, 0, 0, 2, 2, 2, 2, 2, 0));
 }
 
 void TallymoorWindow::buildOnlineBar(FXComposite* parent) {
   auto* bar = new FXToolBar(parent, LAYOUT_RIGHT | FRAME_NONE, 0, 0, 0, 0, 2, 2, 2, 2);
-  m_onlineButton = new FXButton(bar, "\tOnline\tPress to go offline", m_icons.online.get(), this, ID_STATUS,
-                                BUTTON_TOOLBAR | FRAME_RAISED | ICON_BEFORE_TEXT | LAYOUT_FIX_WIDTH, 0, 0, 0,
-                                0, 4, 4, 4, 4);
+  m_onlineButton = new FXButton(
+      bar, FXString("\t") + m_commands->table().at(ID_STATUS).tip, m_icons.online.get(), this, ID_STATUS,
+      BUTTON_TOOLBAR | FRAME_RAISED | ICON_BEFORE_TEXT | LAYOUT_FIX_WIDTH, 0, 0, 0, 0, 4, 4, 4, 4);
 }
 
 void TallymoorWindow::buildTabs() {

@@ -6,7 +6,6 @@
 #include "session/PortfolioSession.h"
 #include "shell/WindowIcons.h"
 #include "widgets/MainWindow.h"
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -19,13 +18,12 @@ class AdvertThread;
 class InvestmentTree;
 class ProgramUpdater;
 class PriceWatch;
-struct ReportPeriod;
 class SessionClient;
-class SharePortfolioTreeItem;
 class TotalCapTreeItem;
 class ViewDateRow;
 class WarningStrip;
 class WatchlistRootTreeItem;
+class WindowCommands;
 
 /// The program's window: menus, tool bars, the tabs with their trees, the online button. It owns the records,
 /// the portfolios and the nodes, loads them when it is created and saves them when the user leaves.
@@ -80,6 +78,9 @@ public:
     ID_LAST
   };
 
+  /// Of the tab book.
+  enum { PORTFOLIO_TAB, WATCHLIST_TAB };
+
   /// Told when a start leaves no sound tree, and afterwards by each command that needs one.
   static constexpr const char16_t* STARTUP_FAILURE =
       u"There was a failure during startup. Please restart Tallymoor";
@@ -91,6 +92,7 @@ public:
   /// Shows the window, then loads caches and records under a progress dialog.
   void create() override;
 
+  PortfolioSession& session() { return m_session; }
   PortfolioStore& store() { return m_session.store(); }
   TotalCapTreeItem* totalCapital() const { return m_totalCapital; }
   InvestmentTree* portfolioTree() const { return m_portfolios.tree; }
@@ -128,9 +130,17 @@ public:
   /// Shows the day's result in the tip of the tray.
   void updateTrayTip();
 
-  /// Asks for one of the portfolios; null when the user cancelled. Throws Exception "Failed to find the
-  /// chosen portfolio".
-  XMLElement* choosePortfolio(const String& prompt);
+  // What commands work with.
+  /// Throw Exception STARTUP_FAILURE after a start that has not come to them.
+  TotalCapTreeItem& loadedTree() const;
+  WatchlistRootTreeItem& loadedWatchlists() const;
+  ProgramUpdater& programUpdater() const { return *m_programUpdater; }
+  /// Saves everything. Throws Exception.
+  void save();
+  /// Out of the tray, and above other windows.
+  void bringToFront();
+  /// Goes offline, or tries to get online.
+  void changeOnlineState();
   /// Every node recomputes and repaints its view.
   void refreshViews(bool repaintTrees);
 
@@ -153,42 +163,15 @@ public:
 
   /// The tab key comes round to every part of the window: the toolkit's own walk ends at the tabs.
   long onKeyPress(FXObject*, FXSelector, void*);
-  long onRestore(FXObject*, FXSelector, void*);
   long onHideAfterBalloon(FXObject*, FXSelector, void*);
   long onTrayGone(FXObject*, FXSelector, void*);
   long onTrayMenu(FXObject*, FXSelector, void*);
   long onTabBook(FXObject*, FXSelector, void*);
-  long onNewPortfolio(FXObject*, FXSelector, void*);
-  long onNewWatchlist(FXObject*, FXSelector, void*);
-  long onSave(FXObject*, FXSelector, void*);
-  long onWizard(FXObject*, FXSelector, void*);
-  long onImport(FXObject*, FXSelector, void*);
-  long onExport(FXObject*, FXSelector, void*);
-  long onBuy(FXObject*, FXSelector, void*);
-  long onSell(FXObject*, FXSelector, void*);
-  long onDividends(FXObject*, FXSelector, void*);
-  long onInterest(FXObject*, FXSelector, void*);
-  long onDepositCash(FXObject*, FXSelector, void*);
-  long onWithdrawCash(FXObject*, FXSelector, void*);
-  long onReportLastMonth(FXObject*, FXSelector, void*);
-  long onReportLastFQ(FXObject*, FXSelector, void*);
-  long onReportLastCQ(FXObject*, FXSelector, void*);
-  long onReportLastFY(FXObject*, FXSelector, void*);
-  long onReportLastCY(FXObject*, FXSelector, void*);
-  long onReportCustom(FXObject*, FXSelector, void*);
-  long onCheckUpdates(FXObject*, FXSelector, void*);
-  long onRefreshPrices(FXObject*, FXSelector, void*);
-  long onSettings(FXObject*, FXSelector, void*);
-  long onFAQ(FXObject*, FXSelector, void*);
-  long onFeedback(FXObject*, FXSelector, void*);
-  long onAbout(FXObject*, FXSelector, void*);
+  /// What widgets of a command send: see CommandTable.
+  long onTableCommand(FXObject*, FXSelector, void*);
+  long onTableUpdate(FXObject*, FXSelector, void*);
   long onClickAd1(FXObject*, FXSelector, void*);
   long onClickAd2(FXObject*, FXSelector, void*);
-  long onChangeStatus(FXObject*, FXSelector, void*);
-  long onForwardViewDate(FXObject*, FXSelector, void*);
-  long onFForwardViewDate(FXObject*, FXSelector, void*);
-  long onBackViewDate(FXObject*, FXSelector, void*);
-  long onBBackViewDate(FXObject*, FXSelector, void*);
   long onResize(FXObject*, FXSelector, void*);
 
 private:
@@ -206,9 +189,6 @@ private:
   void buildCommandBar(FXComposite* parent);
   void buildTabs();
   Tab buildTab(const char* label, FXColor treeColour, const String& widthKey);
-  void buildMenus();
-  FXMenuPane* addMenu(const char* title);
-  void addEntry(FXMenuPane* menu, const char* label, FXSelector command);
 
   void buildTray();
   void followPricesInTray();
@@ -239,19 +219,11 @@ private:
   /// Takes the window back to the least size; gives the size that it then has.
   FXSize heldToMinimum(const FXSize& size);
   void showViewDate();
-  String likelyPortfolio();
-  TotalCapTreeItem& loadedTree() const;
-  SharePortfolioTreeItem& nodeOf(const XMLElement& portfolio) const;
-  /// Asks for a portfolio and hands its node to the operation, unless the user cancelled. The context is what
-  /// a failure is reported with.
-  long registerFor(const String& context, const String& prompt,
-                   const std::function<void(SharePortfolioTreeItem&)>& operation);
-  /// Makes and opens a report; the handler's name is what a failure is reported with.
-  long reportOf(const String& handler, const String& title, const std::function<ReportPeriod()>& period);
 
   WindowIcons& m_icons;
   std::vector<std::unique_ptr<FXMenuPane>> m_menus; ///< must go before the window does
   PortfolioSession m_session;
+  std::unique_ptr<WindowCommands> m_commands;
   FXHorizontalFrame* m_toolBarRow = nullptr;
   FXButton* m_onlineButton = nullptr;
   ViewDateRow* m_viewDateRow = nullptr;

@@ -1,25 +1,18 @@
-// The commands of the window's menus and tool bars.
-#include "foundation/Platform.h"
+// What the window shows and does for its commands: tabs, size, online state.
 #include "foundation/Settings.h"
 #include "foundation/Thread.h"
 #include "foundation/UserInteraction.h"
 #include "market/TallymoorInternet.h"
-#include "shell/AboutDialog.h"
 #include "shell/AdvertStrip.h"
-#include "shell/OnlineHelp.h"
-#include "shell/OptionsDialog.h"
 #include "shell/TallymoorWindow.h"
+#include "shell/WindowCommands.h"
 #include "updates/ProgramUpdater.h"
-#include "updates/UpdateCheck.h"
-#include "views/SharePortfolioTreeItem.h"
 #include "views/TotalCapTreeItem.h"
 #include "views/WatchlistRootTreeItem.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/InvestmentTree.h"
-#include "widgets/ListChoiceDialog.h"
 #include "widgets/TabWalk.h"
 #include "widgets/ToolkitText.h"
-#include "xml/Leaves.h"
 #include <algorithm>
 
 namespace Tallymoor {
@@ -27,8 +20,6 @@ namespace Tallymoor {
 namespace {
 
 constexpr int MINIMUM_HEIGHT = 400;
-constexpr int PORTFOLIO_TAB = 0;
-constexpr int WATCHLIST_TAB = 1;
 constexpr std::uint32_t FAILURE_SHOWN_FOR = 1000; ///< milliseconds
 
 } // namespace
@@ -42,34 +33,6 @@ long TallymoorWindow::onKeyPress(FXObject* sender, FXSelector selector, void* da
   return walkWithTab(*this, isBackTab(event)) ? 1 : handled;
 }
 
-XMLElement* TallymoorWindow::choosePortfolio(const String& prompt) {
-  ListChoiceDialog dialog(this, u"Choose Portfolio", prompt, false);
-  const String likely = likelyPortfolio();
-  for (const auto& [name, portfolio] : store().portfolios())
-    dialog.addListEntry(name, nullptr, name == likely);
-  if (!dialog.execute())
-    return nullptr;
-  const String chosen = dialog.chosenTexts().front();
-  XMLElement& records = store().records();
-  for (std::size_t i = 0; i < records.numSubElements(u"SharePortfolios"); ++i)
-    if (textValue(records.subElement(u"SharePortfolios", i), u"Name") == chosen)
-      return &records.subElement(u"SharePortfolios", i);
-  throw Exception(u"Failed to find the chosen portfolio");
-}
-
-/// The only one, or else that of the selected node; empty where neither says one, or the tree is out of
-/// sight.
-String TallymoorWindow::likelyPortfolio() {
-  if (store().portfolios().size() == 1)
-    return store().portfolios().begin()->first;
-  if (m_tabBook->getCurrent() == WATCHLIST_TAB)
-    return String();
-  for (TreeViewItem* node = m_portfolios.tree->shownItem(); node; node = node->parentItem())
-    if (const auto* portfolio = dynamic_cast<SharePortfolioTreeItem*>(node))
-      return portfolio->portfolio().name();
-  return String();
-}
-
 /// The tree that a start which failed has not come to.
 TotalCapTreeItem& TallymoorWindow::loadedTree() const {
   if (!m_totalCapital)
@@ -77,11 +40,10 @@ TotalCapTreeItem& TallymoorWindow::loadedTree() const {
   return *m_totalCapital;
 }
 
-SharePortfolioTreeItem& TallymoorWindow::nodeOf(const XMLElement& portfolio) const {
-  SharePortfolioTreeItem* node = loadedTree().portfolioNode(textValue(portfolio, u"Name"));
-  if (!node)
-    throw Exception(u"Failed to find the chosen portfolio");
-  return *node;
+WatchlistRootTreeItem& TallymoorWindow::loadedWatchlists() const {
+  if (!m_watchlistRoot)
+    throw Exception(STARTUP_FAILURE);
+  return *m_watchlistRoot;
 }
 
 void TallymoorWindow::refreshViews(bool repaintTrees) {
@@ -104,110 +66,6 @@ long TallymoorWindow::onTabBook(FXObject*, FXSelector, void*) {
   });
 }
 
-long TallymoorWindow::onNewPortfolio(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"TallymoorWindow::onNewPortfolio failed.", [this] {
-    loadedTree().newSharePortfolio();
-    m_tabBook->setCurrent(PORTFOLIO_TAB);
-  });
-}
-
-long TallymoorWindow::onNewWatchlist(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"TallymoorWindow::onNewWatchlist failed.", [this] {
-    if (!m_watchlistRoot)
-      throw Exception(STARTUP_FAILURE);
-    m_watchlistRoot->onNew();
-    m_tabBook->setCurrent(WATCHLIST_TAB);
-  });
-}
-
-long TallymoorWindow::registerFor(const String& context, const String& prompt,
-                                  const std::function<void(SharePortfolioTreeItem&)>& operation) {
-  return guardedHandler(context, [&] {
-    if (const XMLElement* portfolio = choosePortfolio(prompt))
-      operation(nodeOf(*portfolio));
-  });
-}
-
-long TallymoorWindow::onBuy(FXObject*, FXSelector, void*) {
-  return registerFor(u"TallymoorWindow::onBuy failed.",
-                     u"Select the portfolio to register a share purchase for.",
-                     [](SharePortfolioTreeItem& node) { node.buyShares(String()); });
-}
-
-long TallymoorWindow::onSell(FXObject*, FXSelector, void*) {
-  return registerFor(u"TallymoorWindow::onSell failed.",
-                     u"Select the portfolio to register a share sale from.",
-                     [](SharePortfolioTreeItem& node) { node.sellShares(String()); });
-}
-
-long TallymoorWindow::onDividends(FXObject*, FXSelector, void*) {
-  return registerFor(u"TallymoorWindow::onDividends failed.",
-                     u"Select the portfolio to receive a dividend from.",
-                     &SharePortfolioTreeItem::receiveDividend);
-}
-
-long TallymoorWindow::onInterest(FXObject*, FXSelector, void*) {
-  return registerFor(u"TallymoorWindow::onInterest failed.", u"Select the portfolio to receive interest for.",
-                     &SharePortfolioTreeItem::receiveInterest);
-}
-
-long TallymoorWindow::onDepositCash(FXObject*, FXSelector, void*) {
-  return registerFor(u"TallymoorWindow::onDepositCash failed.", u"Select the portfolio to deposit cash into.",
-                     &SharePortfolioTreeItem::depositCash);
-}
-
-long TallymoorWindow::onWithdrawCash(FXObject*, FXSelector, void*) {
-  return registerFor(u"TallymoorWindow::onWithdrawCash failed.",
-                     u"Select the portfolio to withdraw cash from.", &SharePortfolioTreeItem::withdrawCash);
-}
-
-long TallymoorWindow::onCheckUpdates(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"TallymoorWindow::onCheckUpdates failed.",
-                        [this] { checkForUpdates(*m_programUpdater); });
-}
-
-long TallymoorWindow::onRefreshPrices(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"TallymoorWindow::onRefreshPrices failed.", [this] {
-    TallymoorInternet::Instance().forgetFailures();
-    TallymoorInternet::Instance().priceUpdater().wakeUp();
-    refreshViews(false); // days that are provisional, whose prices may be known now
-  });
-}
-
-long TallymoorWindow::onSettings(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"TallymoorWindow::onSettings failed.", [this] {
-    OptionsDialog dialog(this, store().portfolios());
-    dialog.execute();
-    // Also after Cancel: the caches and capital records may have been dropped.
-    refreshViews(true);
-    updateTrayTip();
-  });
-}
-
-long TallymoorWindow::onFAQ(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"TallymoorWindow::onFAQ failed.", [] {
-    setStatusText(u"launching web browser...");
-    const String page = helpPage();
-    if (!Platform::Instance().openDocument(page))
-      information(u"Failed to open the browser for you.\nOnline help is at\n" + page);
-  });
-}
-
-long TallymoorWindow::onFeedback(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"TallymoorWindow::onFeedback failed.", [] {
-    setStatusText(u"launching email...");
-    if (!Platform::Instance().openDocument(feedbackLink()))
-      information(u"Failed to start an email for you.\nEmail your feedback to " + FEEDBACK_ADDRESS);
-  });
-}
-
-long TallymoorWindow::onAbout(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"TallymoorWindow::onAbout failed.", [this] {
-    AboutDialog dialog(this, m_icons.big.get());
-    dialog.execute();
-  });
-}
-
 long TallymoorWindow::onClickAd1(FXObject*, FXSelector, void*) {
   return guardedHandler(u"TallymoorWindow::onClickAd1 failed.",
                         [this] { openAdvert(m_adverts->advertUrl1()); });
@@ -218,15 +76,21 @@ long TallymoorWindow::onClickAd2(FXObject*, FXSelector, void*) {
                         [this] { openAdvert(m_adverts->advertUrl2()); });
 }
 
-long TallymoorWindow::onChangeStatus(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"TallymoorWindow::onChangeStatus failed.", [this] {
-    if (m_changingOnlineState)
-      return; // a second press while the first one lets events pass
-    if (TallymoorInternet::Instance().isOnline())
-      goOfflineByUser();
-    else
-      reconnectByUser();
-  });
+long TallymoorWindow::onTableCommand(FXObject*, FXSelector selector, void*) {
+  return m_commands->table().run(FXSELID(selector));
+}
+
+long TallymoorWindow::onTableUpdate(FXObject* sender, FXSelector selector, void*) {
+  return m_commands->table().update(FXSELID(selector), *sender);
+}
+
+void TallymoorWindow::changeOnlineState() {
+  if (m_changingOnlineState)
+    return; // a second press while the first one lets events pass
+  if (TallymoorInternet::Instance().isOnline())
+    goOfflineByUser();
+  else
+    reconnectByUser();
 }
 
 void TallymoorWindow::goOfflineByUser() {

@@ -1,12 +1,11 @@
 // The window's data: how it is loaded when the window is created, and how it is saved and let go at the end.
-#include "entry/StartupWizard.h"
 #include "foundation/Settings.h"
 #include "foundation/UnforeseenFailure.h"
 #include "foundation/UserInteraction.h"
 #include "market/TallymoorInternet.h"
 #include "shell/AdvertStrip.h"
 #include "shell/TallymoorWindow.h"
-#include "shell/TransferDialogs.h"
+#include "shell/WindowCommands.h"
 #include "updates/ProgramUpdater.h"
 #include "updates/UpdateCheck.h"
 #include "views/NodeIcons.h"
@@ -63,7 +62,7 @@ void TallymoorWindow::load(Progress& progress) {
   m_totalCapital =
       new TotalCapTreeItem(m_portfolios.tree, store().portfolios(), store().records(), nodeIcons, &progress);
   m_watchlistRoot = std::make_unique<WatchlistRootTreeItem>(m_totalCapital, m_watchlists.tree, nodeIcons,
-                                                            [this] { onBuy(this, 0, nullptr); });
+                                                            [this] { m_commands->table().run(ID_BUY); });
   if (store().portfolios().empty() && !store().loadFailed())
     runFirstWizard(progress);
   progress.step(1, u"showing Total Capital");
@@ -81,7 +80,7 @@ void TallymoorWindow::runFirstWizard(Progress& progress) {
   auto* dialog = dynamic_cast<FXWindow*>(&progress);
   if (dialog)
     dialog->hide();
-  onWizard(this, 0, nullptr);
+  m_commands->table().run(ID_WIZARD);
   if (dialog)
     dialog->show();
 }
@@ -142,53 +141,12 @@ void TallymoorWindow::closeViews() {
 }
 
 void TallymoorWindow::saveAll() {
-  onSave(this, 0, nullptr);
+  m_commands->table().run(ID_SAVE);
 }
 
-long TallymoorWindow::onSave(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"TallymoorWindow::onSave failed.", [this] {
-    rememberSplitters();
-    m_session.save();
-  });
-}
-
-// The refresh and the save wait until the new portfolio has its node.
-long TallymoorWindow::onWizard(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"TallymoorWindow::onWizard failed.", [this] {
-    TotalCapTreeItem& totalCapital = loadedTree();
-    StartupWizard wizard(this, store().records());
-    if (wizard.execute())
-      totalCapital.openPortfolio(wizard.takePortfolio());
-    HandlerScope::whenDone(this, [this] {
-      refreshViews(true);
-      saveAll();
-    });
-  });
-}
-
-long TallymoorWindow::onExport(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"TallymoorWindow::onExport failed.",
-                        [this] { exportPortfolios(this, store().records()); });
-}
-
-long TallymoorWindow::onImport(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"TallymoorWindow::onImport failed.", [this] {
-    TotalCapTreeItem& totalCapital = loadedTree();
-    const String file = chooseImportFile(this);
-    if (file.empty())
-      return;
-    const auto imported = m_session.readImport(file);
-    if (!imported)
-      return;
-    const std::vector<String> names = imported->names();
-    if (names.empty())
-      information(u"No portfolios were imported.");
-    else
-      totalCapital.takePortfolios(imported->take(), [this, names] {
-        refreshViews(true);
-        information(importSummary(names));
-      });
-  });
+void TallymoorWindow::save() {
+  rememberSplitters();
+  m_session.save();
 }
 
 void TallymoorWindow::rememberSplitters() {

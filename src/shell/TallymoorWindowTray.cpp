@@ -6,6 +6,7 @@
 #include "shell/TallymoorWindow.h"
 #include "shell/TrayTip.h"
 #include "shell/WarningStrip.h"
+#include "shell/WindowCommands.h"
 #include "views/PriceWatch.h"
 #include "widgets/ContextMenu.h"
 #include "widgets/HandlerScope.h"
@@ -138,22 +139,20 @@ void TallymoorWindow::bringIntoSight() {
   m_tray->menuChanged();
 }
 
-long TallymoorWindow::onRestore(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"TallymoorWindow::onRestore failed.", [this] {
-    if (isShuttingDown())
-      return;
-    bringIntoSight();
-    raise();
-    // An open dialog is what the user has to go on with.
-    if (FXWindow* modal = getApp()->getModalWindow(); modal && modal->shown())
-      modal->raise();
-  });
+void TallymoorWindow::bringToFront() {
+  if (isShuttingDown())
+    return;
+  bringIntoSight();
+  raise();
+  // An open dialog is what the user has to go on with.
+  if (FXWindow* modal = getApp()->getModalWindow(); modal && modal->shown())
+    modal->raise();
 }
 
 void TallymoorWindow::onLeftClick() {}
 
 void TallymoorWindow::onDoubleClick() {
-  onRestore(this, 0, nullptr);
+  m_commands->table().run(ID_RESTORE);
 }
 
 void TallymoorWindow::onMouseMove() {}
@@ -161,7 +160,7 @@ void TallymoorWindow::onMouseMove() {}
 // What ends the program cancels a dialog by itself; anything else can't be done before it is answered.
 void TallymoorWindow::onCommand(unsigned identifier) {
   if (identifier != ID_SHUTDOWN && busyWithAnotherWindow())
-    onRestore(this, 0, nullptr);
+    m_commands->table().run(ID_RESTORE);
   else
     handle(this, FXSEL(SEL_COMMAND, identifier), nullptr);
 }
@@ -187,7 +186,7 @@ long TallymoorWindow::onTrayMenu(FXObject*, FXSelector, void*) {
   if (dynamic_cast<FXPopup*>(getApp()->getModalWindow()))
     return 1; // a second click, while the first one's popup is open
   if (busyWithAnotherWindow())
-    return onRestore(this, 0, nullptr);
+    return m_commands->table().run(ID_RESTORE);
   return guardedHandler(u"TallymoorWindow::onTrayMenu failed.", [this] {
     FXint x, y;
     FXuint buttons;

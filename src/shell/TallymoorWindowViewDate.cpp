@@ -4,14 +4,11 @@
 #include "market/TallymoorInternet.h"
 #include "shell/TallymoorWindow.h"
 #include "shell/ViewDateRow.h"
-#include "widgets/HandlerScope.h"
 #include "widgets/Table.h"
 
 namespace Tallymoor {
 
 namespace {
-
-constexpr int WEEK = 7;
 
 /// What is being typed into a cell belongs to the day that it was typed on.
 void finishEdits(FXWindow& window) {
@@ -57,28 +54,6 @@ void TallymoorWindow::moveViewDate(int days) {
     resetViewDate();
   else
     setViewDate(moved);
-}
-
-long TallymoorWindow::onForwardViewDate(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"TallymoorWindow::onForwardViewDate failed.", [this] {
-    if (viewDateMoved())
-      moveViewDate(1);
-  });
-}
-
-long TallymoorWindow::onFForwardViewDate(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"TallymoorWindow::onFForwardViewDate failed.", [this] {
-    if (viewDateMoved())
-      moveViewDate(WEEK);
-  });
-}
-
-long TallymoorWindow::onBackViewDate(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"TallymoorWindow::onBackViewDate failed.", [this] { moveViewDate(-1); });
-}
-
-long TallymoorWindow::onBBackViewDate(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"TallymoorWindow::onBBackViewDate failed.", [this] { moveViewDate(-WEEK); });
 }
 
 } // namespace Tallymoor

@@ -3,15 +3,15 @@
 
 namespace Tallymoor {
 
-class WindowIcons;
+class CommandTable;
 
 /// The row that moves the view date: forward a week and a day, the field with the date, back a day and a
 /// week. The buttons that go forward are dead while the date is today.
 class ViewDateRow : public FXHorizontalFrame {
   FXDECLARE_ABSTRACT(ViewDateRow)
 public:
-  /// The commands go to the window, by its own identifiers. The icons outlive the row.
-  ViewDateRow(FXComposite* parent, TallymoorWindow& window, WindowIcons& icons);
+  /// The commands go to the window. The table outlives the row.
+  ViewDateRow(FXComposite* parent, TallymoorWindow& window, const CommandTable& commands);
 
   /// Both after Date's view date has changed.
   void showToday();
@@ -22,10 +22,11 @@ public:
   FXButton* forwardDay() const { return m_forwardDay; }
 
 private:
-  FXButton* addButton(const char* text, FXIcon* icon, FXSelector command);
+  FXButton* addButton();
+  void setUp(FXButton& button, FXuint id);
 
   TallymoorWindow& m_window;
-  WindowIcons& m_icons;
+  const CommandTable& m_commands;
   FXButton* m_forwardWeek = nullptr;
   FXButton* m_forwardDay = nullptr;
   DateTextField* m_field = nullptr;

@@ -280,6 +280,7 @@ void WindowTest::press(FXWindow& in, const std::string& label) {
 }
 
 void WindowTest::press(FXWindow& button) {
+  button.handle(&app(), FXSEL(SEL_UPDATE, 0), nullptr); // as the toolkit does after every event
   if (!button.isEnabled())
     throw std::runtime_error("\"" + shownText(button) + "\" is disabled");
   FXEvent event = keyEvent(SEL_KEYPRESS, KEY_Return, 0);
