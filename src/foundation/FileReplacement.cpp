@@ -10,12 +10,9 @@
 #include <cerrno>
 #include <climits>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <dirent.h>
 #include <fcntl.h>
 #include <fstream>
-#include <memory>
 #include <optional>
 #include <ostream>
 #include <random>
@@ -23,6 +20,7 @@
 #include <streambuf>
 #include <string_view>
 #include <sys/stat.h>
+#include <unicode/utf16.h>
 #include <unistd.h>
 #include <vector>
 
@@ -65,11 +63,11 @@ private:
 
 /// Where the content belongs: behind a link, so that a file that the user keeps elsewhere stays there.
 std::string resolved(const std::string& path) {
-  struct stat info {};
-  if (::lstat(path.c_str(), &info) != 0 || !S_ISLNK(info.st_mode))
+  std::error_code failed;
+  if (!std::filesystem::is_symlink(path, failed))
     return path;
-  const std::unique_ptr<char, void (*)(void*)> target(::realpath(path.c_str(), nullptr), std::free);
-  return target ? std::string(target.get()) : path;
+  const std::string target = std::filesystem::canonical(path, failed);
+  return failed ? path : target;
 }
 
 std::string randomLetters() {
@@ -158,10 +156,9 @@ private:
 std::set<std::string> removeTemporariesIn(const std::string& folder) {
   finishLinkedFiles(folder);
   std::set<std::string> linked;
-  const std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(folder.c_str()), ::closedir);
-  while (const dirent* entry = directory ? ::readdir(directory.get()) : nullptr) {
-    const std::string path = folder + "/" + entry->d_name;
-    if (isTemporaryName(entry->d_name))
+  for (const std::string& name : namesIn(folder)) {
+    const std::string path = folder + "/" + name;
+    if (isTemporaryName(name))
       ::unlink(path.c_str());
     else if (const std::string target = resolved(path); target != path)
       linked.insert(folderOf(target));
@@ -289,18 +286,11 @@ namespace {
 
 constexpr std::u16string_view HEX = u"0123456789ABCDEF";
 
-bool isHighSurrogate(char16_t unit) {
-  return (unit & 0xFC00) == 0xD800;
-}
-bool isLowSurrogate(char16_t unit) {
-  return (unit & 0xFC00) == 0xDC00;
-}
-
 /// Half of a pair without the other half: UTF-8 has no bytes for it.
 bool isLoneSurrogate(const String& text, std::size_t i) {
-  if (isHighSurrogate(text[i]))
-    return i + 1 == text.size() || !isLowSurrogate(text[i + 1]);
-  return isLowSurrogate(text[i]) && (i == 0 || !isHighSurrogate(text[i - 1]));
+  UChar32 character = 0;
+  U16_GET(text, 0, i, text.size(), character);
+  return U_IS_SURROGATE(character);
 }
 
 /// The least significant digits of a number, in hexadecimal.
@@ -343,7 +333,7 @@ String fingerprintOf(const String& text) {
 /// As much of the beginning as takes no more bytes, with no character cut in two.
 String firstBytes(const String& text, std::size_t bytes) {
   String first = text.substr(0, bytes);
-  while (!first.empty() && (first.toUTF8().size() > bytes || isHighSurrogate(first.back())))
+  while (!first.empty() && (first.toUTF8().size() > bytes || U16_IS_LEAD(first.back())))
     first.pop_back();
   return first;
 }

@@ -5,7 +5,6 @@
 #include "foundation/TemporaryName.h"
 #include <climits>
 #include <cstring>
-#include <dirent.h>
 #include <fcntl.h>
 #include <fstream>
 #include <memory>
@@ -131,15 +130,6 @@ void finish(const std::string& folder, const std::string& noteName) {
   removeBoth(note, temporary);
 }
 
-std::vector<std::string> notesIn(const std::string& folder) {
-  std::vector<std::string> notes;
-  const std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(folder.c_str()), ::closedir);
-  while (const dirent* entry = directory ? ::readdir(directory.get()) : nullptr)
-    if (isNoteName(entry->d_name))
-      notes.emplace_back(entry->d_name);
-  return notes;
-}
-
 } // namespace
 
 bool hasAnotherName(const std::string& path) {
@@ -165,8 +155,9 @@ void writeIntoLinkedFile(const std::string& temporary, const std::string& target
 }
 
 void finishLinkedFiles(const std::string& folder) {
-  for (const std::string& note : notesIn(folder))
-    finish(folder, note);
+  for (const std::string& name : namesIn(folder))
+    if (isNoteName(name))
+      finish(folder, name);
 }
 
 } // namespace Tallymoor

@@ -10,11 +10,11 @@
 #include "foundation/Uninterrupted.h"
 #include <array>
 #include <cerrno>
-#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <fcntl.h>
+#include <filesystem>
 #include <pwd.h>
 #include <string_view>
 #include <sys/mman.h>
@@ -24,6 +24,8 @@
 namespace Tallymoor {
 
 namespace {
+
+namespace fs = std::filesystem;
 
 constexpr const char* FALLBACK_LOCALE = "en_US";
 
@@ -68,24 +70,18 @@ std::string userDataHome() {
   return home.empty() ? "" : home + "/.local/share";
 }
 
-std::string readLink(const std::string& path) {
-  std::array<char, PATH_MAX> target{};
-  const ssize_t length = ::readlink(path.c_str(), target.data(), target.size());
-  return length < 0 ? "" : std::string(target.data(), static_cast<std::size_t>(length));
-}
-
 std::string folderOfThisProgram() {
-  const std::string image = readLink("/proc/self/exe");
-  return image.substr(0, image.rfind('/'));
+  std::error_code failed;
+  return fs::read_symlink("/proc/self/exe", failed).parent_path();
 }
 
 std::string baseName(const std::string& path) {
-  return path.substr(path.rfind('/') + 1);
+  return fs::path(path).filename();
 }
 
 bool isFolder(const std::string& path) {
-  struct stat info {};
-  return ::stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+  std::error_code failed;
+  return fs::is_directory(path, failed);
 }
 
 /// Throws Exception with the words of the step, then the folder and the system's reason.
@@ -108,9 +104,9 @@ void makeFolder(const std::string& path, const char16_t* step) {
 void makeFolders(const std::string& path, const char16_t* step) {
   if (isFolder(path))
     return;
-  const std::size_t slash = path.rfind('/');
-  if (slash != std::string::npos && slash > 0)
-    makeFolders(path.substr(0, slash), step);
+  const std::string parent = fs::path(path).parent_path();
+  if (!parent.empty() && parent.size() < path.size())
+    makeFolders(parent, step);
   makeFolder(path, step);
 }
 

@@ -4,6 +4,7 @@
 #include <string>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 namespace Tallymoor {
 
@@ -36,6 +37,16 @@ inline std::string folderOf(const std::string& path) {
   if (slash == std::string::npos)
     return ".";
   return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+/// The names of what is in a folder; those before a failure, which a folder that can't be read begins with.
+inline std::vector<std::string> namesIn(const std::string& folder) {
+  std::vector<std::string> names;
+  std::error_code failed;
+  for (std::filesystem::directory_iterator entry(folder, failed), end; !failed && entry != end;
+       entry.increment(failed))
+    names.push_back(entry->path().filename());
+  return names;
 }
 
 } // namespace Tallymoor

@@ -2,7 +2,7 @@
 #include "foundation/Exception.h"
 #include "foundation/FileReplacement.h"
 #include "foundation/LinuxPlatform.h"
-#include <dirent.h>
+#include "foundation/OpenFile.h"
 #include <memory>
 #include <mutex>
 
@@ -18,12 +18,9 @@ std::unique_ptr<Platform>& instanceSlot() {
 }
 
 void copyMissing(const std::string& from, const String& to) {
-  const std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(from.c_str()), ::closedir);
-  if (!directory)
-    return; // an installation without defaults of this kind
-  while (const dirent* entry = ::readdir(directory.get())) {
-    const String source((from + "/" + entry->d_name).c_str());
-    const String target = to + String(entry->d_name);
+  for (const std::string& name : namesIn(from)) { // an installation may have no defaults of this kind
+    const String source((from + "/" + name).c_str());
+    const String target = to + String(name.c_str());
     if (filePresence(source) == FilePresence::RegularFile && filePresence(target) == FilePresence::Missing)
       copyFileReplacing(source, target);
   }

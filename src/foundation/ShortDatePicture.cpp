@@ -167,7 +167,7 @@ String ShortDatePicture::format(const Date& date) const {
 
 bool ShortDatePicture::parse(const String& text, Date& date) const {
   const Date read = Walk(m_picture, text).date();
-  if (!(format(read) == text))
+  if (format(read) != text)
     return false;
   date = read;
   return true;

@@ -1,25 +1,19 @@
 #include "foundation/String.h"
 #include "foundation/Exception.h"
-#include "foundation/TextTranscoders.h"
 #include <algorithm>
 #include <bit>
 #include <charconv>
 #include <cmath>
 #include <limits>
-#include <memory>
 #include <unicode/uchar.h>
-#include <vector>
-#include <xercesc/util/TransService.hpp>
-#include <xercesc/util/TranscodingException.hpp>
-#include <xercesc/util/UTFDataFormatException.hpp>
-#include <xercesc/util/XML88591Transcoder.hpp>
-#include <xercesc/util/XMLException.hpp>
+#include <unicode/ustring.h>
 
 namespace Tallymoor {
 
 namespace {
 
-constexpr char16_t REPLACEMENT_CHARACTER = 0xFFFD;
+constexpr UChar32 REPLACEMENT_CHARACTER = 0xFFFD;
+constexpr std::size_t BYTES_PER_UNIT = 3; ///< in UTF-8, at most
 /// More places than any double needs for its rounding to be seen, and few enough for a buffer on the stack.
 constexpr int MOST_DECIMALS = 100;
 
@@ -31,78 +25,26 @@ bool isAscii(const String& text) {
   return std::all_of(text.begin(), text.end(), [](char16_t unit) { return unit < 0x80; });
 }
 
-bool isHighSurrogate(char16_t unit) {
-  return unit >= 0xD800 && unit <= 0xDBFF;
-}
-
-bool isLowSurrogate(char16_t unit) {
-  return unit >= 0xDC00 && unit <= 0xDFFF;
-}
-
-/// White space of any script, the no-break spaces of web pages included.
-bool isBlank(char16_t unit) {
-  if (unit < 0x80)
-    return unit == u' ' || (unit >= 9 && unit <= 13);
-  return unit == 0x85 || unit == 0xA0 || unit == 0x1680 || (unit >= 0x2000 && unit <= 0x200A) ||
-         unit == 0x2028 || unit == 0x2029 || unit == 0x202F || unit == 0x205F || unit == 0x3000;
-}
-
 bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-/// Decodes with a transcoder. Returns false when it stopped before the last byte.
-bool decode(xercesc::XMLTranscoder& transcoder, std::string_view bytes, String& text) {
-  text.assign(bytes.size(), u'\0');
-  std::vector<unsigned char> sizes(bytes.size());
-  XMLSize_t eaten = 0;
-  const XMLSize_t units =
-      transcoder.transcodeFrom(reinterpret_cast<const XMLByte*>(bytes.data()), bytes.size(), text.data(),
-                               text.size(), eaten, sizes.data());
-  text.resize(units);
-  return eaten == bytes.size();
-}
-
-/// True when a sequence would stand for more than the last character, U+10FFFF.
-bool exceedsUnicode(std::string_view bytes) {
-  for (std::size_t i = 0; i < bytes.size(); ++i) {
-    const auto byte = static_cast<unsigned char>(bytes[i]);
-    const auto next = static_cast<unsigned char>(i + 1 < bytes.size() ? bytes[i + 1] : 0);
-    if (byte > 0xF4 || (byte == 0xF4 && next > 0x8F))
-      return true;
-  }
-  return false;
+/// ICU counts in 32 bits, and refuses a negative size.
+std::int32_t sizeOf(std::size_t size) {
+  return size > std::numeric_limits<std::int32_t>::max() ? std::numeric_limits<std::int32_t>::min()
+                                                         : static_cast<std::int32_t>(size);
 }
 
 /// False when the bytes are no UTF-8 as a whole.
 bool decodeUTF8(std::string_view bytes, String& text) {
-  try {
-    return decode(utf8Decoder(), bytes, text);
-  } catch (const xercesc::UTFDataFormatException&) {
+  text.resize(bytes.size()); // a unit for each byte at most
+  std::int32_t length = 0;
+  UErrorCode status = U_ZERO_ERROR;
+  u_strFromUTF8(text.data(), sizeOf(text.size()), &length, bytes.data(), sizeOf(bytes.size()), &status);
+  if (U_FAILURE(status))
     return false;
-  } catch (const xercesc::TranscodingException&) {
-    if (!exceedsUnicode(bytes)) // which the library takes for a failure of another kind
-      throw;
-    return false;
-  }
-}
-
-void decodeLatin1(std::string_view bytes, String& text) {
-  xercesc::XML88591Transcoder transcoder(u"latin1", TRANSCODER_BLOCK_SIZE,
-                                         xercesc::XMLPlatformUtils::fgMemoryManager);
-  decode(transcoder, bytes, text);
-}
-
-/// Text in which every surrogate has its partner: the transcoder would join or pass lone ones as they are.
-String withoutLoneSurrogates(const String& text) {
-  String result = text;
-  for (std::size_t i = 0; i < result.size(); ++i) {
-    if (isHighSurrogate(result[i]) && i + 1 < result.size() && isLowSurrogate(result[i + 1]))
-      ++i;
-    else if (isHighSurrogate(result[i]) || isLowSurrogate(result[i]))
-      result[i] = REPLACEMENT_CHARACTER;
-  }
-  return result;
+  text.resize(static_cast<std::size_t>(length));
+  return true;
 }
 
 /// The part of a text that a number can stand in: no commas, no leading blanks, up to the first unit beyond
@@ -112,7 +54,7 @@ std::string numberText(const String& text) {
   result.reserve(text.size());
   bool leading = true;
   for (const char16_t unit : text) {
-    if (unit == u',' || (leading && isBlank(unit)))
+    if (unit == u',' || (leading && u_isUWhiteSpace(unit)))
       continue;
     if (unit >= 0x80)
       break;
@@ -188,33 +130,24 @@ String::String(const char* utf8) {
 }
 
 String String::fromUTF8(std::string_view utf8) {
-  if (isAscii(utf8))
-    return Base(utf8.begin(), utf8.end());
   String text;
-  try {
-    if (!decodeUTF8(utf8, text))
-      decodeLatin1(utf8, text);
-  } catch (const xercesc::XMLException& e) {
-    throw Exception(String(u"String::String from utf8 - ") + e.getMessage());
-  }
+  if (isAscii(utf8) || !decodeUTF8(utf8, text)) // else it is Latin-1, a unit for each byte
+    text.assign(reinterpret_cast<const unsigned char*>(utf8.data()),
+                reinterpret_cast<const unsigned char*>(utf8.data()) + utf8.size());
   return text;
 }
 
 std::string String::toUTF8() const {
   if (isAscii(*this))
     return std::string(begin(), end());
-  const String source = withoutLoneSurrogates(*this);
-  std::string result(4 * source.size() + 1, '\0');
-  try {
-    XMLSize_t eaten = 0;
-    result.resize(utf8Encoder().transcodeTo(source.data(), source.size(),
-                                            reinterpret_cast<XMLByte*>(result.data()), result.size(), eaten,
-                                            xercesc::XMLTranscoder::UnRep_RepChar));
-  } catch (const xercesc::UTFDataFormatException& e) {
-    throw Exception(String(u"String::toUTF8(), UTFDataFormatException - ") + e.getMessage());
-  } catch (const xercesc::XMLException& e) {
-    throw Exception(String(u"String::toUTF8() - ") + e.getMessage());
-  }
+  std::string result(BYTES_PER_UNIT * size(), '\0');
+  std::int32_t length = 0;
+  UErrorCode status = U_ZERO_ERROR;
+  u_strToUTF8WithSub(result.data(), sizeOf(result.size()), &length, data(), sizeOf(size()),
+                     REPLACEMENT_CHARACTER, nullptr, &status);
+  if (U_FAILURE(status))
+    throw Exception(u"String::toUTF8() - the text is too long");
+  result.resize(static_cast<std::size_t>(length));
   return result;
 }
 
@@ -315,8 +248,8 @@ String String::toUpper() const {
 }
 
 String String::trimmed() const {
-  const auto first = std::find_if_not(begin(), end(), isBlank);
-  const auto last = std::find_if_not(rbegin(), std::make_reverse_iterator(first), isBlank).base();
+  const auto first = std::find_if_not(begin(), end(), u_isUWhiteSpace);
+  const auto last = std::find_if_not(rbegin(), std::make_reverse_iterator(first), u_isUWhiteSpace).base();
   return Base(first, last);
 }
 

@@ -19,13 +19,13 @@ public:
   /// Copies up to the terminating 0; a null pointer gives an empty text.
   String(const char16_t* text);
   /// Decodes UTF-8; bytes that are no valid UTF-8 make the whole text be read as Latin-1. Null gives an empty
-  /// text. Throws Exception when the XML library's transcoder fails otherwise.
+  /// text.
   String(const char* utf8);
 
   /// As the constructor from const char*, for bytes of known length, which may hold NUL.
   static String fromUTF8(std::string_view utf8);
 
-  /// Half a surrogate pair becomes U+FFFD. Throws Exception when the XML library's transcoder fails.
+  /// Half a surrogate pair becomes U+FFFD. Throws Exception for a text of more than 2 GB in UTF-8.
   std::string toUTF8() const;
   /// One byte a unit; units above 0xFF become "?".
   std::string toLatin1() const;

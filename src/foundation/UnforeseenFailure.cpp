@@ -6,7 +6,7 @@ namespace Tallymoor {
 
 namespace {
 
-const char16_t* const ADVICE = u"\nWhat you did may not have come to its end. Please look it over, save your "
+constexpr const char16_t* ADVICE = u"\nWhat you did may not have come to its end. Please look it over, save your "
                                u"records, and start Tallymoor\n"
                                u"again if something looks wrong.";
 

@@ -1,5 +1,4 @@
 #include "foundation/XmlLibrary.h"
-#include "foundation/TextTranscoders.h"
 #include <atomic>
 #include <mutex>
 #include <xercesc/util/PlatformUtils.hpp>
@@ -27,7 +26,6 @@ void terminateXmlLibrary() {
   const std::lock_guard lock(initialising);
   if (!isUp.load(std::memory_order_relaxed))
     return;
-  destroyTranscoders();
   xercesc::XMLPlatformUtils::Terminate();
   isUp.store(false, std::memory_order_release);
 }

@@ -40,7 +40,6 @@ private:
   bool checkPrice(const XMLElement& source);
   bool checkHistory(const XMLElement& source);
   bool checkSearch(const XMLElement& source);
-  bool checkTable(const XMLElement& part, const String& page, bool isHistory);
   /// The page that a locator is tried on, from where the options say; null when they name none for it.
   std::unique_ptr<WebPage> pageFor(const XMLElement& part, std::size_t number);
   URL address(const XMLElement& part) const;

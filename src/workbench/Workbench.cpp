@@ -18,7 +18,7 @@ namespace {
 
 using Arguments = std::vector<std::string>;
 
-const char16_t* const HELP =
+constexpr const char16_t* HELP =
     u"tallymoor-locator tries and mends the documents that tell Tallymoor where prices come from.\n"
     u"\n"
     u"  tallymoor-locator check DOCUMENT [--page FILE | --code CODE [--save FILE]] [--domain NAME] [--all]\n"

@@ -1,49 +1,14 @@
 #include "foundation/String.h"
 #include "foundation/Exception.h"
-#include "foundation/TextTranscoders.h"
 #include "support/MessageOf.h"
 #include "support/StringPrinting.h"
 #include <clocale>
 #include <gtest/gtest.h>
 #include <limits>
 #include <locale>
-#include <xercesc/util/TranscodingException.hpp>
-#include <xercesc/util/UTFDataFormatException.hpp>
 
 namespace Tallymoor {
 namespace {
-
-/// A transcoder that fails as the library's can.
-template <typename Failure>
-class FailingTranscoder : public xercesc::XMLTranscoder {
-public:
-  FailingTranscoder()
-      : XMLTranscoder(u"failing", TRANSCODER_BLOCK_SIZE, xercesc::XMLPlatformUtils::fgMemoryManager) {}
-
-  XMLSize_t transcodeFrom(const XMLByte*, XMLSize_t, XMLCh*, XMLSize_t, XMLSize_t&, unsigned char*) override {
-    fail();
-  }
-  XMLSize_t transcodeTo(const XMLCh*, XMLSize_t, XMLByte*, XMLSize_t, XMLSize_t&, UnRepOpts) override {
-    fail();
-  }
-  bool canTranscodeTo(unsigned int) override { return true; }
-
-private:
-  [[noreturn]] static void fail() {
-    throw Failure("here", 1, xercesc::XMLExcepts::Trans_BadSrcSeq,
-                  xercesc::XMLPlatformUtils::fgMemoryManager);
-  }
-};
-
-/// Puts a failing transcoder in for a scope.
-template <typename Failure>
-struct WithFailure {
-  WithFailure() {
-    utf8Decoder(); // the library must be up before a failure of its can be made
-    setTranscodersForTest(std::make_unique<FailingTranscoder<Failure>>());
-  }
-  ~WithFailure() { setTranscodersForTest(nullptr); }
-};
 
 TEST(StringTest, NullPointersGiveEmptyTexts) {
   EXPECT_EQ(String(static_cast<const char*>(nullptr)), u"");
@@ -134,28 +99,6 @@ TEST(StringTest, LongTextsComeBackWhole) {
   for (int i = 0; i < 5000; ++i)
     text += u"price \u20AC \xD83D\xDE00 ";
   EXPECT_EQ(String(text.toUTF8().c_str()), text);
-}
-
-TEST(StringTest, FailuresOfTheTranscoderAreTold) {
-  const String reason = messageOf([] {
-    const WithFailure<xercesc::TranscodingException> failing;
-    String(u"\u00E9").toUTF8();
-  });
-  ASSERT_TRUE(reason.startsWith(u"String::toUTF8() - ")) << reason.toUTF8();
-  EXPECT_GT(reason.size(), String(u"String::toUTF8() - ").size());
-  EXPECT_TRUE(messageOf([] {
-                const WithFailure<xercesc::UTFDataFormatException> failing;
-                String(u"\u00E9").toUTF8();
-              }).startsWith(u"String::toUTF8(), UTFDataFormatException - "));
-  EXPECT_TRUE(messageOf([] {
-                const WithFailure<xercesc::TranscodingException> failing;
-                String text("\xC3\xA9");
-              }).startsWith(u"String::String from utf8 - "));
-}
-
-TEST(StringTest, MalformedDataAloneFallsBack) {
-  const WithFailure<xercesc::UTFDataFormatException> failing;
-  EXPECT_EQ(String("\xC3\xA9"), u"\u00C3\u00A9");
 }
 
 TEST(StringTest, Latin1ReplacesWhatDoesNotFit) {
