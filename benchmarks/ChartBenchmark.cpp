@@ -77,7 +77,7 @@ private:
   static double secondsInMemory(const ChartModel& model) {
     return secondsOf([&model] {
       const ChartLayout layout(model, WIDTH, HEIGHT, ChartMetrics::estimated(12.0));
-      drawChart(model, layout, WIDTH, HEIGHT, 15.0);
+      ChartPicture(model, layout, WIDTH, HEIGHT, 15.0);
     });
   }
 

@@ -25,11 +25,18 @@ target_link_libraries(Icu::Icu INTERFACE ICU::i18n ICU::uc)
 
 find_package(sdbus-c++ 1.2 REQUIRED)
 
+# For charts.
+pkg_check_modules(CAIRO REQUIRED IMPORTED_TARGET cairo)
+add_library(Cairo::Cairo ALIAS PkgConfig::CAIRO)
+
 # For the arguments of the workbench.
 find_package(CLI11 2.1 REQUIRED)
 
 pkg_check_modules(SM REQUIRED IMPORTED_TARGET sm ice)
 add_library(Sm::Sm ALIAS PkgConfig::SM)
+
+# For the pictures of adverts.
+find_package(GIF 5.0 REQUIRED)
 
 # For the signatures of program updates alone.
 find_package(OpenSSL 3.0 REQUIRED)

@@ -1,107 +1,83 @@
 #include "shell/AdvertPicture.h"
-#include <cstddef>
-#include <cstring>
-#include <optional>
+#include <algorithm>
+#include <gif_lib.h>
+#include <span>
+#include <string_view>
 
 namespace Tallymoor {
 
 namespace {
 
-constexpr unsigned LARGEST_WIDTH = 2000;
-constexpr unsigned LARGEST_HEIGHT = 1000;
-constexpr unsigned COLOUR_TABLE = 0x80;      ///< flag: a table of colours follows
-constexpr unsigned COLOUR_TABLE_SIZE = 0x07; ///< its size as a power of two, less one
-constexpr unsigned LEAST_CODE_SIZE = 2, LARGEST_CODE_SIZE = 8;
+constexpr int LARGEST_WIDTH = 2000;
+constexpr int LARGEST_HEIGHT = 1000;
+constexpr int LEAST_CODE_SIZE = 2;
 
-/// Goes through a GIF block by block (their layout is that of GIF89a, CompuServe 1990).
+/// Goes through a GIF block by block, without making its pictures.
 class GifWalk {
 public:
-  explicit GifWalk(const std::vector<std::uint8_t>& bytes) : m_bytes(bytes) {}
+  explicit GifWalk(std::span<const std::uint8_t> bytes)
+      : m_rest(bytes), m_file(DGifOpen(&m_rest, read, nullptr)) {}
+  ~GifWalk() {
+    if (m_file)
+      DGifCloseFile(m_file, nullptr);
+  }
+  GifWalk(const GifWalk&) = delete;
+  GifWalk& operator=(const GifWalk&) = delete;
 
-  bool isSound() { return hasHeader() && skipScreen() && walkBlocks(); }
+  bool isSound() { return m_file && isSize(m_file->SWidth, m_file->SHeight) && walkBlocks(); }
 
 private:
-  /// Nothing at the end of the file.
-  std::optional<unsigned> next() {
-    return m_at < m_bytes.size() ? std::optional<unsigned>(m_bytes[m_at++]) : std::nullopt;
+  static int read(GifFileType* file, GifByteType* bytes, int size) {
+    auto& rest = *static_cast<std::span<const std::uint8_t>*>(file->UserData);
+    const auto part = rest.first(std::min(rest.size(), static_cast<std::size_t>(size)));
+    std::copy(part.begin(), part.end(), bytes);
+    rest = rest.subspan(part.size());
+    return static_cast<int>(part.size());
   }
-  bool skip(std::size_t count) {
-    if (m_bytes.size() - m_at < count)
-      return false;
-    m_at += count;
-    return true;
-  }
-  bool hasHeader() {
-    const auto starts = [this](const char* with) { return std::memcmp(m_bytes.data(), with, 6) == 0; };
-    return m_bytes.size() >= 6 && (starts("GIF87a") || starts("GIF89a")) && skip(6);
-  }
-  /// Two sizes of two bytes each, within what an advert needs.
-  bool takeSize() {
-    if (m_bytes.size() - m_at < 4)
-      return false;
-    const unsigned width = m_bytes[m_at] | m_bytes[m_at + 1] << 8;
-    const unsigned height = m_bytes[m_at + 2] | m_bytes[m_at + 3] << 8;
-    m_at += 4;
+  /// Within what an advert needs.
+  static bool isSize(int width, int height) {
     return width > 0 && height > 0 && width <= LARGEST_WIDTH && height <= LARGEST_HEIGHT;
   }
-  bool skipColours(unsigned flags) {
-    return !(flags & COLOUR_TABLE) || skip(3u << ((flags & COLOUR_TABLE_SIZE) + 1));
-  }
-  bool skipScreen() {
-    if (!takeSize())
-      return false;
-    const auto flags = next();
-    return flags && skip(2) && skipColours(*flags);
-  }
-  /// Blocks of data, each behind its length, up to one of length 0.
-  bool skipData() {
-    while (const auto length = next()) {
-      if (*length == 0)
-        return true;
-      if (!skip(*length))
-        return false;
-    }
-    return false;
+
+  bool skipExtension() {
+    int label = 0;
+    GifByteType* data = nullptr;
+    int read = DGifGetExtension(m_file, &label, &data);
+    while (read == GIF_OK && data)
+      read = DGifGetExtensionNext(m_file, &data);
+    return read == GIF_OK;
   }
   bool skipPicture() {
-    if (!skip(4) || !takeSize()) // its place, then its size
+    int codeSize = 0;
+    GifByteType* data = nullptr;
+    if (DGifGetImageDesc(m_file) != GIF_OK || !isSize(m_file->Image.Width, m_file->Image.Height) ||
+        DGifGetCode(m_file, &codeSize, &data) != GIF_OK || codeSize < LEAST_CODE_SIZE)
       return false;
-    const auto flags = next();
-    if (!flags || !skipColours(*flags))
-      return false;
-    const auto codeSize = next();
-    return codeSize && *codeSize >= LEAST_CODE_SIZE && *codeSize <= LARGEST_CODE_SIZE && skipData();
+    int read = GIF_OK;
+    while (read == GIF_OK && data)
+      read = DGifGetCodeNext(m_file, &data);
+    return read == GIF_OK;
   }
   bool walkBlocks() {
     bool hasPicture = false;
-    while (const auto kind = next()) {
-      switch (*kind) {
-      case 0x21: // extension: a label, then data
-        if (!next() || !skipData())
-          return false;
-        break;
-      case 0x2C:
-        if (!skipPicture())
-          return false;
-        hasPicture = true;
-        break;
-      case 0x3B: // the end mark
-        return hasPicture;
-      default:
+    GifRecordType kind = UNDEFINED_RECORD_TYPE;
+    while (DGifGetRecordType(m_file, &kind) == GIF_OK && kind != TERMINATE_RECORD_TYPE) {
+      if (!(kind == IMAGE_DESC_RECORD_TYPE ? skipPicture() : skipExtension()))
         return false;
-      }
+      hasPicture = hasPicture || kind == IMAGE_DESC_RECORD_TYPE;
     }
-    return false;
+    return hasPicture && kind == TERMINATE_RECORD_TYPE;
   }
 
-  const std::vector<std::uint8_t>& m_bytes;
-  std::size_t m_at = 0;
+  std::span<const std::uint8_t> m_rest;
+  GifFileType* const m_file; ///< null if it does not begin as a GIF
 };
 
 } // namespace
 
 bool isSoundGif(const std::vector<std::uint8_t>& bytes) {
-  return GifWalk(bytes).isSound();
+  const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+  return (text.starts_with("GIF87a") || text.starts_with("GIF89a")) && GifWalk(bytes).isSound();
 }
 
 } // namespace Tallymoor

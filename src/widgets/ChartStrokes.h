@@ -11,6 +11,14 @@ const std::vector<double>& strokePattern(ChartStyle style);
 /// Of a level: unlike any series.
 const std::vector<double>& levelPattern();
 
+namespace ChartStrokes {
+// At the usual size of texts.
+inline constexpr double LINE_WIDTH = 1.8;
+inline constexpr double LEVEL_WIDTH = 1.2;
+inline constexpr double MARKER_SIZE = 9.0;
+inline constexpr double MARKER_WIDTH = 1.5; ///< of its outline
+} // namespace ChartStrokes
+
 namespace ChartColours {
 inline constexpr FXColor GRID = FXRGB(228, 228, 228);
 inline constexpr FXColor AXIS = FXRGB(150, 150, 150);

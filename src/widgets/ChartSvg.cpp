@@ -7,11 +7,10 @@ namespace Tallymoor {
 
 namespace {
 
+using namespace ChartStrokes;
+
 constexpr double FONT_SIZE = 12.0;
 constexpr double BASELINE = 0.95; ///< below the top of a text, in font sizes
-constexpr double LINE_WIDTH = 1.8;
-constexpr double LEVEL_WIDTH = 1.2;
-constexpr double MARKER_SIZE = 9.0;
 
 String number(double value) {
   String text = String::fromDouble(value, 1);
@@ -169,8 +168,8 @@ private:
     const String colour = hexColour(up ? ChartColours::PURCHASE : ChartColours::SALE);
     m_text += u"<path d=\"M" + number(tip.x) + u" " + number(tip.y) + u"L" + number(tip.x - MARKER_SIZE / 2) +
               u" " + number(base) + u"L" + number(tip.x + MARKER_SIZE / 2) + u" " + number(base) +
-              u"Z\" fill=\"" + (up ? colour : u"#ffffff") + u"\" stroke=\"" + colour +
-              u"\" stroke-width=\"1.5\">";
+              u"Z\" fill=\"" + (up ? colour : u"#ffffff") + u"\" stroke=\"" + colour + u"\" stroke-width=\"" +
+              number(MARKER_WIDTH) + u"\">";
     if (!title.empty())
       m_text += u"<title>" + escaped(title) + u"</title>";
     m_text += u"</path>\n";

@@ -144,9 +144,9 @@ void ChartView::drawPicture() {
     return;
   const FXint areaWidth = innerWidth();
   const FXint areaHeight = innerHeight();
-  const ChartCanvas canvas = drawChart(m_model, layout, areaWidth, areaHeight, font()->getFontHeight());
+  const ChartPicture chart(m_model, layout, areaWidth, areaHeight, font()->getFontHeight());
   m_picture = std::make_unique<FXImage>(getApp(), nullptr, IMAGE_KEEP | IMAGE_OWNED, areaWidth, areaHeight);
-  std::copy(canvas.pixels().begin(), canvas.pixels().end(), m_picture->getData());
+  std::copy(chart.pixels().begin(), chart.pixels().end(), m_picture->getData());
   m_picture->create();
   m_picture->release();
   m_frame = std::make_unique<FXImage>(getApp(), nullptr, 0, areaWidth, areaHeight);
