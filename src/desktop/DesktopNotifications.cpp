@@ -1,8 +1,8 @@
 #include "desktop/DesktopNotifications.h"
-#include "desktop/FirstUnits.h"
 #include "desktop/SessionBus.h"
 #include "desktop/SystemTray.h"
 #include "foundation/Constants.h"
+#include "foundation/FirstUnits.h"
 #include <algorithm>
 #include <map>
 #include <sdbus-c++/sdbus-c++.h>

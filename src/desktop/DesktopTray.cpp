@@ -1,5 +1,5 @@
 #include "desktop/DesktopTray.h"
-#include "desktop/FirstUnits.h"
+#include "foundation/FirstUnits.h"
 #include "widgets/HandlerScope.h"
 #include <algorithm>
 

@@ -70,7 +70,7 @@ std::string stemOfProgramFile(const std::string& fileName) {
 
 std::vector<std::string> filesWithStem(const std::string& stem) {
   std::vector<std::string> names;
-  const auto folder = despiteInterruptions([] { return std::filesystem::directory_iterator("."); });
+  const auto folder = retryIfInterrupted([] { return std::filesystem::directory_iterator("."); });
   for (const auto& entry : folder) {
     const std::string name = entry.path().filename();
     std::error_code unreadable;
@@ -84,14 +84,14 @@ std::vector<std::string> filesWithStem(const std::string& stem) {
 bool moveUpCompleteUpdates() {
   namespace fs = std::filesystem;
   try {
-    if (!despiteInterruptions([] { return fs::exists(COMPLETE_UPDATES); }))
+    if (!retryIfInterrupted([] { return fs::exists(COMPLETE_UPDATES); }))
       return true;
     std::vector<fs::path> files;
-    for (const auto& entry : despiteInterruptions([] { return fs::directory_iterator(COMPLETE_UPDATES); }))
+    for (const auto& entry : retryIfInterrupted([] { return fs::directory_iterator(COMPLETE_UPDATES); }))
       files.push_back(entry.path());
     for (const fs::path& file : files)
-      despiteInterruptions([&file] { fs::rename(file, UPDATE_FOLDER / file.filename()); });
-    despiteInterruptions([] { fs::remove(COMPLETE_UPDATES); });
+      retryIfInterrupted([&file] { fs::rename(file, UPDATE_FOLDER / file.filename()); });
+    retryIfInterrupted([] { fs::remove(COMPLETE_UPDATES); });
     return true;
   } catch (const fs::filesystem_error&) {
     return false;

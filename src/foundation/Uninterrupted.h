@@ -18,7 +18,7 @@ auto uninterrupted(SystemCall call) {
 
 /// The same for work by the standard library, which throws.
 template <class Work>
-auto despiteInterruptions(Work work) {
+auto retryIfInterrupted(Work work) {
   for (;;)
     try {
       return work();
@@ -39,9 +39,9 @@ inline std::ifstream openToRead(const std::string& path) {
 }
 
 /// Removes a folder with all that is in it, or a file. What can't be removed stays; false then.
-inline bool removedWhole(const std::filesystem::path& path) {
+inline bool removeWithContents(const std::filesystem::path& path) {
   try {
-    despiteInterruptions([&path] { std::filesystem::remove_all(path); });
+    retryIfInterrupted([&path] { std::filesystem::remove_all(path); });
     return true;
   } catch (const std::filesystem::filesystem_error&) {
     return false;

@@ -1,7 +1,10 @@
 #include "market/PageFigure.h"
 #include "foundation/Exception.h"
+#include "foundation/IcuText.h"
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <unicode/uchar.h>
 
 namespace Tallymoor {
 
@@ -67,18 +70,14 @@ double unitOf(char16_t letter) {
 }
 
 /// The value of digits of base 10 or 16; nothing for other characters, and beyond what is a character.
-std::optional<char32_t> codePoint(const String& digits, unsigned base) {
-  constexpr char32_t LAST = 0x10FFFF;
-  char32_t value = 0;
-  for (const char16_t unit : digits) {
-    const unsigned letter = (unit | 0x20u) - u'a';
-    const unsigned digit = isDigit(unit) ? unit - u'0' : letter < 26 ? letter + 10 : base;
-    if (digit >= base || value > LAST)
-      return std::nullopt;
-    value = value * base + digit;
-  }
-  const bool isCharacter = value > 0 && value <= LAST && (value < 0xD800 || value > 0xDFFF);
-  return isCharacter ? std::optional(value) : std::nullopt;
+std::optional<UChar32> codePoint(const String& digits, int base) {
+  const std::string text = digits.toLatin1();
+  const char* const end = text.data() + text.size();
+  std::uint32_t value = 0;
+  const auto [rest, error] = std::from_chars(text.data(), end, value, base);
+  const bool isCharacter = error == std::errc() && rest == end && value > 0 &&
+                           value <= static_cast<std::uint32_t>(UCHAR_MAX_VALUE) && !U_IS_SURROGATE(value);
+  return isCharacter ? std::optional(static_cast<UChar32>(value)) : std::nullopt;
 }
 
 /// What a reference stands for, given without its "&" and ";".
@@ -92,13 +91,7 @@ std::optional<String> referredCharacter(const String& name) {
     return std::nullopt;
   const bool hexadecimal = name.size() > 1 && (name[1] | 0x20) == u'x';
   const auto value = codePoint(String(name.substr(hexadecimal ? 2 : 1)), hexadecimal ? 16 : 10);
-  if (!value)
-    return std::nullopt;
-  if (*value < 0x10000)
-    return String(1, static_cast<char16_t>(*value));
-  const char32_t beyond = *value - 0x10000;
-  return String{static_cast<char16_t>(0xD800 + (beyond >> 10)),
-                static_cast<char16_t>(0xDC00 + (beyond & 0x3FF))};
+  return value ? std::optional(fromIcu(icu::UnicodeString(*value))) : std::nullopt;
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "market/StockNames.h"
+#include "foundation/FirstUnits.h"
 #include "foundation/Settings.h"
 
 namespace Tallymoor::StockNames {
@@ -20,11 +21,7 @@ String cleaned(const String& text) {
     if (unit != u' ' || !name.ends_with(u' '))
       name += unit;
   }
-  name = name.trimmed();
-  if (name.size() <= LONGEST_NAME)
-    return name;
-  const bool splitsPair = (name[LONGEST_NAME - 1] & 0xFC00) == 0xD800;
-  return String(name.substr(0, LONGEST_NAME - (splitsPair ? 1 : 0))).trimmed();
+  return firstUnits(name.trimmed(), LONGEST_NAME).trimmed();
 }
 
 } // namespace

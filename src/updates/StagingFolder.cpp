@@ -11,7 +11,7 @@
 namespace Tallymoor {
 
 StagingFolder::StagingFolder(const std::string& path) : m_path(path) {
-  removedWhole(m_path);
+  removeWithContents(m_path);
   if (::mkdir(m_path.c_str(), 0700) != 0)
     throw Exception(String(u"StagingFolder::StagingFolder - cannot make ") + m_path.c_str() + u": " +
                     std::strerror(errno));
@@ -19,7 +19,7 @@ StagingFolder::StagingFolder(const std::string& path) : m_path(path) {
 
 StagingFolder::~StagingFolder() {
   if (!m_published)
-    removedWhole(m_path);
+    removeWithContents(m_path);
 }
 
 String StagingFolder::file(const String& name) const {
@@ -33,9 +33,9 @@ void StagingFolder::write(const String& name, const std::vector<std::uint8_t>& c
 }
 
 void StagingFolder::publishAs(const std::string& path) {
-  removedWhole(path);
+  removeWithContents(path);
   try {
-    despiteInterruptions([&] { std::filesystem::rename(m_path, path); });
+    retryIfInterrupted([&] { std::filesystem::rename(m_path, path); });
   } catch (const std::filesystem::filesystem_error& error) {
     throw Exception(String(u"StagingFolder::publishAs - cannot make ") + path.c_str() + u": " +
                     error.code().message().c_str());

@@ -22,7 +22,7 @@ constexpr auto POLL = std::chrono::milliseconds(50);
 /// The files that wait, the program's own image last: it is replaced when all that it needs is there.
 std::vector<std::string> waitingFiles() {
   std::vector<std::string> names;
-  for (const auto& entry : despiteInterruptions([] { return fs::directory_iterator(UPDATE_FOLDER); }))
+  for (const auto& entry : retryIfInterrupted([] { return fs::directory_iterator(UPDATE_FOLDER); }))
     if (entry.symlink_status().type() != fs::file_type::directory)
       names.push_back(entry.path().filename());
   const std::string& program = programFileStems().front();
@@ -40,8 +40,8 @@ bool isSafeFile(const fs::path& path) {
 }
 
 void refuse(const std::string& fileName) {
-  despiteInterruptions([] { fs::create_directory(REFUSED); });
-  despiteInterruptions([&] { fs::rename(fs::path(UPDATE_FOLDER) / fileName, REFUSED / fileName); });
+  retryIfInterrupted([] { fs::create_directory(REFUSED); });
+  retryIfInterrupted([&] { fs::rename(fs::path(UPDATE_FOLDER) / fileName, REFUSED / fileName); });
 }
 
 /// Where a file or link is made before it is renamed to its place: what is left of it goes with the folder.
@@ -82,7 +82,7 @@ bool runsImage(const fs::path& process, const std::string& image) {
 }
 
 bool programRuns(const std::string& image) {
-  for (const auto& process : despiteInterruptions([] { return fs::directory_iterator("/proc"); }))
+  for (const auto& process : retryIfInterrupted([] { return fs::directory_iterator("/proc"); }))
     if (runsImage(process.path(), image))
       return true;
   return false;
@@ -106,8 +106,8 @@ void UpdateInstallation::run() {
     requireOwnFolders();
     if (!moveUpCompleteUpdates())
       throw InstallationFailure("a downloaded file could not be moved");
-    despiteInterruptions([] { fs::remove_all(OLD_FILES); });
-    despiteInterruptions([] { fs::create_directory(OLD_FILES); });
+    retryIfInterrupted([] { fs::remove_all(OLD_FILES); });
+    retryIfInterrupted([] { fs::create_directory(OLD_FILES); });
     for (const std::string& fileName : waitingFiles()) {
       const std::string stem = stemOfProgramFile(fileName);
       if (stem.empty() || !isSafeFile(fs::path(UPDATE_FOLDER) / fileName))
@@ -122,7 +122,7 @@ void UpdateInstallation::run() {
     undoAll();
     throw;
   }
-  removedWhole(OLD_FILES); // the files in it are of no more use
+  removeWithContents(OLD_FILES); // the files in it are of no more use
 }
 
 void UpdateInstallation::requireOwnFolders() const {
@@ -138,7 +138,7 @@ void UpdateInstallation::install(const std::string& fileName, const std::string&
       stem == programFileStems().front() ? std::vector<std::string>{fileName} : filesWithStem(stem);
   std::erase_if(oldNames, [](const std::string& name) { return !fs::exists(name); });
   if (!oldNames.empty())
-    despiteInterruptions([&] { fs::permissions(waiting, fs::status(oldNames.front()).permissions()); });
+    retryIfInterrupted([&] { fs::permissions(waiting, fs::status(oldNames.front()).permissions()); });
   for (const std::string& old : oldNames)
     keepOld(old);
   const bool isNewName = std::find(oldNames.begin(), oldNames.end(), fileName) == oldNames.end();
@@ -166,9 +166,9 @@ void UpdateInstallation::keepOld(const std::string& fileName) {
 
 void UpdateInstallation::turnLinks(const std::vector<std::string>& oldNames, const std::string& newName) {
   std::vector<fs::path> links;
-  if (!despiteInterruptions([] { return fs::exists(LIBRARY_LINKS); }))
+  if (!retryIfInterrupted([] { return fs::exists(LIBRARY_LINKS); }))
     return;
-  for (const auto& entry : despiteInterruptions([] { return fs::directory_iterator(LIBRARY_LINKS); }))
+  for (const auto& entry : retryIfInterrupted([] { return fs::directory_iterator(LIBRARY_LINKS); }))
     if (entry.is_symlink())
       links.push_back(entry.path());
   for (const fs::path& link : links) {
@@ -183,7 +183,7 @@ void UpdateInstallation::turnLinks(const std::vector<std::string>& oldNames, con
 void UpdateInstallation::step(const std::string& what, const std::function<void()>& work,
                               std::function<void()> undo) {
   try {
-    despiteInterruptions(work);
+    retryIfInterrupted(work);
   } catch (const fs::filesystem_error& error) {
     throw InstallationFailure(what + ": " + error.code().message());
   }
@@ -193,7 +193,7 @@ void UpdateInstallation::step(const std::string& what, const std::function<void(
 void UpdateInstallation::undoAll() {
   while (!m_undo.empty()) {
     try {
-      despiteInterruptions(m_undo.back());
+      retryIfInterrupted(m_undo.back());
     } catch (const fs::filesystem_error&) {
       // The others go back all the same; the kept file stays where it can be found.
     }

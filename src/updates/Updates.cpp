@@ -377,11 +377,11 @@ bool Updates::installBinaryUpdates() {
     if (!std::filesystem::exists(UPDATE_FOLDER))
       return false;
     for (const auto& entry :
-         despiteInterruptions([] { return std::filesystem::directory_iterator(UPDATE_FOLDER); })) {
+         retryIfInterrupted([] { return std::filesystem::directory_iterator(UPDATE_FOLDER); })) {
       const std::string name = entry.path().filename();
       any = any || !stemOfProgramFile(name).empty();
       if (name == installer)
-        despiteInterruptions([&] { std::filesystem::rename(entry.path(), installer); });
+        retryIfInterrupted([&] { std::filesystem::rename(entry.path(), installer); });
     }
   } catch (const std::filesystem::filesystem_error&) {
     // What can't be moved now stays for the next start.
@@ -397,14 +397,14 @@ void finishInterruptedUpdates() {
   for (const std::string& folder : {std::string(UPDATE_FOLDER), usersUpdateFolder()}) {
     if (!mayHoldUpdates(folder))
       continue;
-    removedWhole(folder + STAGING);
-    removedWhole(folder + LOCATORS_TOGETHER);
+    removeWithContents(folder + STAGING);
+    removeWithContents(folder + LOCATORS_TOGETHER);
     documentsWait = documentsWait || std::filesystem::exists(folder + DOCUMENTS, ignored);
   }
   if (mayHoldUpdates(UPDATE_FOLDER)) {
     moveUpCompleteUpdates();
     if (!updatesPending())
-      removedWhole(PREVIOUS_FILES);
+      removeWithContents(PREVIOUS_FILES);
   }
   if (!documentsWait)
     return;

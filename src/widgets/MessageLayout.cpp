@@ -1,5 +1,7 @@
 #include "widgets/MessageLayout.h"
+#include "foundation/FirstUnits.h"
 #include <algorithm>
+#include <unicode/utf16.h>
 #include <vector>
 
 namespace Tallymoor {
@@ -10,19 +12,9 @@ constexpr std::size_t LONGEST_LINE = 150;
 constexpr std::size_t FEWEST_LINES = 3;
 const String OMISSION = u"\u2026";
 
-bool isHighSurrogate(char16_t unit) {
-  return (unit & 0xFC00) == 0xD800;
-}
-
-/// The beginning of a text with no pair cut in two.
-String beginning(const String& text, std::size_t length) {
-  const bool splitsPair = length > 0 && length < text.size() && isHighSurrogate(text[length - 1]);
-  return text.substr(0, splitsPair ? length - 1 : length);
-}
-
 String ending(const String& text, std::size_t length) {
   const std::size_t from = text.size() - std::min(length, text.size());
-  const bool splitsPair = from > 0 && isHighSurrogate(text[from - 1]);
+  const bool splitsPair = from > 0 && U16_IS_LEAD(text[from - 1]);
   return text.substr(splitsPair ? from + 1 : from);
 }
 
@@ -31,7 +23,7 @@ String withoutEndlessMiddle(const String& text, std::size_t lines) {
   const std::size_t half = lines * LONGEST_LINE;
   if (text.size() <= 2 * half)
     return text;
-  return beginning(text, half) + u'\n' + OMISSION + u'\n' + ending(text, half);
+  return firstUnits(text, half) + u'\n' + OMISSION + u'\n' + ending(text, half);
 }
 
 class Breaker {
@@ -67,9 +59,9 @@ private:
     std::size_t tooLong = std::min(line.size(), LONGEST_LINE) + 1;
     while (tooLong - fitting > 1) {
       const std::size_t middle = (fitting + tooLong) / 2;
-      (fits(beginning(line, middle)) ? fitting : tooLong) = middle;
+      (fits(firstUnits(line, middle)) ? fitting : tooLong) = middle;
     }
-    const std::size_t whole = beginning(line, fitting).size();
+    const std::size_t whole = firstUnits(line, fitting).size();
     return whole > 0 ? whole : 2; // the first character is a pair
   }
 

@@ -1,4 +1,5 @@
 #include "xml/CleanName.h"
+#include "foundation/FirstUnits.h"
 #include <string_view>
 
 namespace Tallymoor {
@@ -7,17 +8,6 @@ namespace {
 
 /// In any script the file names made of such a name stay below the 255 bytes that file systems take.
 constexpr std::size_t longestName = 60;
-
-bool isHighSurrogate(char16_t unit) {
-  return unit >= 0xD800 && unit < 0xDC00;
-}
-
-String shortened(const String& name) {
-  if (name.size() <= longestName)
-    return name;
-  const bool splitsPair = isHighSurrogate(name[longestName - 1]);
-  return name.substr(0, splitsPair ? longestName - 1 : longestName);
-}
 
 } // namespace
 
@@ -33,7 +23,7 @@ String cleanName(const String& text) {
     name += unit;
     last = unit;
   }
-  return shortened(name).trimmed();
+  return firstUnits(name, longestName).trimmed();
 }
 
 } // namespace Tallymoor

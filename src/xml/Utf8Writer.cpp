@@ -3,6 +3,8 @@
 #include <cstring>
 #include <ostream>
 #include <string>
+#include <unicode/utf16.h>
+#include <unicode/utf8.h>
 
 namespace Tallymoor {
 
@@ -109,27 +111,13 @@ void Utf8Writer::write(std::u16string_view units) {
 
 /// Writes the character at the index, which moves behind it.
 char* Utf8Writer::writeNonAscii(std::u16string_view units, std::size_t& index, char* out) {
-  const auto continuation = [](char32_t bits) { return static_cast<char>(0x80 | (bits & 0x3F)); };
-  const char32_t unit = units[index++];
-  if (unit < 0x800) {
-    *out++ = static_cast<char>(0xC0 | (unit >> 6));
-    *out++ = continuation(unit);
-  } else if (unit >= 0xD800 && unit < 0xE000) {
-    const char32_t next = index < units.size() ? units[index] : 0;
-    if (unit >= 0xDC00 || next < 0xDC00 || next >= 0xE000)
-      return out; // half a pair is no character
-    ++index;
-    const char32_t character = 0x10000 + ((unit - 0xD800) << 10) + (next - 0xDC00);
-    *out++ = static_cast<char>(0xF0 | (character >> 18));
-    *out++ = continuation(character >> 12);
-    *out++ = continuation(character >> 6);
-    *out++ = continuation(character);
-  } else if (unit < 0xFFFE) {
-    *out++ = static_cast<char>(0xE0 | (unit >> 12));
-    *out++ = continuation(unit >> 6);
-    *out++ = continuation(unit);
-  }
-  return out;
+  UChar32 character = 0;
+  U16_NEXT(units, index, units.size(), character);
+  if (U_IS_SURROGATE(character) || character == 0xFFFE || character == 0xFFFF)
+    return out; // half a pair, and what XML has no place for
+  std::size_t length = 0;
+  U8_APPEND_UNSAFE(out, length, character);
+  return out + length;
 }
 
 } // namespace Tallymoor

@@ -1,6 +1,7 @@
 #pragma once
 #include "foundation/String.h"
 #include <cstddef>
+#include <unicode/utf16.h>
 
 namespace Tallymoor {
 
@@ -8,7 +9,7 @@ namespace Tallymoor {
 inline String firstUnits(const String& text, std::size_t length) {
   if (text.size() <= length)
     return text;
-  const bool splitsPair = length > 0 && (text[length - 1] & 0xFC00) == 0xD800;
+  const bool splitsPair = length > 0 && U16_IS_LEAD(text[length - 1]);
   return text.substr(0, splitsPair ? length - 1 : length);
 }
 
