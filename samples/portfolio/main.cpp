@@ -121,9 +121,9 @@ double closeOn(const SampleService::SampleMarket& market, const String& code, co
   return static_cast<double>(history->rows.back().close) / 10000.0;
 }
 
-XMLElement& addPortfolio(XMLPortfolios& records, const String& name) {
-  XMLElement& portfolio = records.addSubElement(new XMLSharePortfolio, u"SharePortfolios");
-  portfolio.subElement(u"Name").setValue(name);
+XMLSharePortfolio& addPortfolio(XMLPortfolios& records, const String& name) {
+  XMLSharePortfolio& portfolio = records.portfolios().add();
+  portfolio.setPortfolioName(name);
   return portfolio;
 }
 

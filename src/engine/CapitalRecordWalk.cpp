@@ -2,6 +2,7 @@
 #include "engine/CashBalance.h"
 #include "engine/PortfolioEvents.h"
 #include "engine/SharePortfolioUser.h"
+#include "engine/SplitTerms.h"
 #include "foundation/Amounts.h"
 #include "foundation/LengthyFunctions.h"
 #include "foundation/UserInteraction.h"
@@ -15,8 +16,8 @@ namespace Tallymoor {
 namespace {
 
 /// Of a purchase that a sale has divided into parts that are no hundredths.
-bool isDivided(const XMLElement& event) {
-  return hasFractionOfHundredths(textValue(event, u"NumHeld"));
+bool isDivided(const XMLParcel& parcel) {
+  return hasFractionOfHundredths(parcel.numberText());
 }
 
 /// True when the user, or the end of the program, wants the walk to end.
@@ -30,8 +31,7 @@ bool isCancelled(const Progress* progress) {
 CapitalRecordWalk::CapitalRecordWalk(SharePortfolioUser& portfolio)
     : m_portfolio(portfolio), m_cashTotal(moneyText(0.0)) {
   readCash();
-  readHeldShares();
-  readSoldShares();
+  readParcels();
   std::stable_sort(m_changes.begin(), m_changes.end(),
                    [](const Change& a, const Change& b) { return a.day < b.day; });
 }
@@ -39,40 +39,22 @@ CapitalRecordWalk::CapitalRecordWalk(SharePortfolioUser& portfolio)
 CapitalRecordWalk::~CapitalRecordWalk() = default;
 
 void CapitalRecordWalk::readCash() {
-  const XMLElement& reserve = m_portfolio.portfolio().subElement(u"CashReserve");
-  const std::size_t count = reserve.numSubElements(u"CashEvents");
-  for (std::size_t i = 0; i < count; ++i) {
-    const XMLElement& event = reserve.subElement(u"CashEvents", i);
-    m_cash.push_back(
-        {dateValue(event, u"Date"), signedAmount(event), isExternalType(longValue(event, u"Type"))});
+  for (const XMLCashEvent& event : std::as_const(m_portfolio).portfolio().cashEvents()) {
+    m_cash.push_back({event.day(), signedAmount(event), event.isExternal()});
     m_cashDays.push_back(m_cash.back().day);
   }
   std::sort(m_cashDays.begin(), m_cashDays.end());
   m_cashDays.erase(std::unique(m_cashDays.begin(), m_cashDays.end()), m_cashDays.end());
 }
 
-void CapitalRecordWalk::readHeldShares() {
-  const XMLElement& stocks = std::as_const(m_portfolio).portfolio().subElement(u"HeldShares");
-  for (std::size_t i = 0; i < stocks.numSubElements(u"HeldShares"); ++i) {
-    const XMLElement& stock = stocks.subElement(u"HeldShares", i);
-    for (std::size_t j = 0; j < stock.numSubElements(u"BuyEvents"); ++j) {
-      const XMLElement& event = stock.subElement(u"BuyEvents", j);
-      addParcel(textValue(stock, u"Code"),
-                {&event, false, isDivided(event), dateValue(event, u"BuyDate"), FAR_OFF, m_parcelCount++});
-    }
-  }
-}
-
-void CapitalRecordWalk::readSoldShares() {
-  const XMLElement& stocks = std::as_const(m_portfolio).portfolio().subElement(u"SoldShares");
-  for (std::size_t i = 0; i < stocks.numSubElements(u"SoldShares"); ++i) {
-    const XMLElement& stock = stocks.subElement(u"SoldShares", i);
-    for (std::size_t j = 0; j < stock.numSubElements(u"SellEvents"); ++j) {
-      const XMLElement& event = stock.subElement(u"SellEvents", j);
-      addParcel(textValue(stock, u"Code"), {&event, true, isDivided(event), dateValue(event, u"BuyDate"),
-                                            dateValue(event, u"SellDate"), m_parcelCount++});
-    }
-  }
+void CapitalRecordWalk::readParcels() {
+  const XMLSharePortfolio& portfolio = std::as_const(m_portfolio).portfolio();
+  for (const XMLHeldShare& stock : portfolio.heldShares())
+    for (const XMLBuyEvent& parcel : stock.parcels())
+      addParcel(stock.code(), {&parcel, false, isDivided(parcel), parcel.bought(), FAR_OFF, m_parcelCount++});
+  for (const XMLSoldShare& stock : portfolio.soldShares())
+    for (const XMLSellEvent& sale : stock.sales())
+      addParcel(stock.code(), {&sale, true, isDivided(sale), sale.bought(), sale.sold(), m_parcelCount++});
 }
 
 CapitalRecordWalk::Stock& CapitalRecordWalk::stockOf(const String& code) {
@@ -92,13 +74,12 @@ void CapitalRecordWalk::noteChanges(const Parcel& parcel, std::size_t stock) {
   m_changes.push_back({parcel.from, stock});
   if (parcel.sold)
     m_changes.push_back({parcel.until, stock});
-  const std::size_t adjustments = parcel.event->numSubElements(u"Adjustments");
-  if (adjustments == 0)
+  if (parcel.event->adjustments().empty())
     return;
   // Adjustments don't count on the day of purchase itself.
   m_changes.push_back({parcel.from.plusDays(1), stock});
-  for (std::size_t i = 0; i < adjustments; ++i)
-    m_changes.push_back({dateValue(parcel.event->subElement(u"Adjustments", i), u"StartDate"), stock});
+  for (const XMLSplitAdjustment& adjustment : parcel.event->adjustments())
+    m_changes.push_back({adjustment.day(), stock});
 }
 
 const String& CapitalRecordWalk::cashTotal(const Date& day) {
@@ -157,23 +138,14 @@ void CapitalRecordWalk::recompute(Stock& stock, const Date& day) {
       continue;
     if (stock.rank == NOT_HELD)
       stock.rank = parcel.rank;
+    const double number = sharesOn(*parcel.event, day).number;
     if (parcel.divided)
-      divided += numberOn(parcel, day);
+      divided += number;
     else
-      stock.number = numberText(stock.number.toDouble() + numberOn(parcel, day));
+      stock.number = numberText(stock.number.toDouble() + number);
   }
   if (!showsAsZero(divided, 2))
     stock.number = numberText(stock.number.toDouble() + divided);
-}
-
-double CapitalRecordWalk::numberOn(const Parcel& parcel, const Date& day) const {
-  double number = 0.0;
-  double price = 0.0;
-  if (parcel.sold)
-    m_portfolio.adjustedSellEvent(*parcel.event, day, number, price);
-  else
-    m_portfolio.adjustedBuyEvent(*parcel.event, day, number, price, true);
-  return number;
 }
 
 void CapitalRecordWalk::announceFetch(Stock& stock, const Date& day, Progress* progress) {

@@ -11,7 +11,7 @@ namespace Tallymoor {
 
 class Progress;
 class SharePortfolioUser;
-class XMLElement;
+class XMLParcel;
 
 /// The figures of a portfolio day by day, forward, as the capital record writes them.
 ///
@@ -60,7 +60,7 @@ private:
     bool external;
   };
   struct Parcel {
-    const XMLElement* event;
+    const XMLParcel* event;
     bool sold;
     bool divided;     ///< a part of a purchase whose number has more than two decimals
     Date from;        ///< first day held
@@ -85,14 +85,12 @@ private:
   static constexpr std::size_t NOT_HELD = std::numeric_limits<std::size_t>::max();
 
   void readCash();
-  void readHeldShares();
-  void readSoldShares();
+  void readParcels();
   Stock& stockOf(const String& code);
   void addParcel(const String& code, const Parcel& parcel);
   void noteChanges(const Parcel& parcel, std::size_t stock);
   void advanceTo(const Date& day);
   void recompute(Stock& stock, const Date& day);
-  double numberOn(const Parcel& parcel, const Date& day) const;
   void announceFetch(Stock& stock, const Date& day, Progress* progress);
 
   SharePortfolioUser& m_portfolio;

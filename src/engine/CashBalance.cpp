@@ -3,22 +3,20 @@
 
 namespace Tallymoor {
 
-double cashBalance(const XMLElement& portfolio, const Date& day) {
-  const XMLElement& reserve = portfolio.subElement(u"CashReserve");
+double cashBalance(const XMLSharePortfolio& portfolio, const Date& day) {
   double balance = 0.0;
-  for (std::size_t i = 0; i < reserve.numSubElements(u"CashEvents"); ++i)
-    balance += effectOnBalance(reserve.subElement(u"CashEvents", i), day);
+  for (const XMLCashEvent& event : portfolio.cashEvents())
+    balance += effectOnBalance(event, day);
   return balance;
 }
 
-double signedAmount(const XMLElement& cashEvent) {
-  const double value = doubleValue(cashEvent, u"Value");
+double signedAmount(const XMLCashEvent& cashEvent) {
   // What is no credit takes from the balance, an unknown type too.
-  return isCreditType(longValue(cashEvent, u"Type")) ? value : -value;
+  return cashEvent.isCredit() ? cashEvent.amount() : -cashEvent.amount();
 }
 
-double effectOnBalance(const XMLElement& cashEvent, const Date& day) {
-  return dateValue(cashEvent, u"Date") > day ? 0.0 : signedAmount(cashEvent);
+double effectOnBalance(const XMLCashEvent& cashEvent, const Date& day) {
+  return cashEvent.day() > day ? 0.0 : signedAmount(cashEvent);
 }
 
 } // namespace Tallymoor

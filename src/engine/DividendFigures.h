@@ -1,35 +1,34 @@
 #pragma once
 #include "foundation/Date.h"
 #include "foundation/String.h"
+#include "xml/PortfolioRecords.h"
 
 namespace Tallymoor {
 
-class XMLElement;
-
-/// What a recorded dividend (DividendEvent) paid. Reads the record at each call and refers to it.
+/// What a recorded dividend paid. Reads the record at each call and refers to it.
 class DividendFigures {
 public:
-  explicit DividendFigures(const XMLElement& dividend) : m_dividend(dividend) {}
+  explicit DividendFigures(const XMLDividendEvent& dividend) : m_dividend(dividend) {}
 
-  const String& code() const;
-  Date received() const;
-  double numHeld() const;
-  double rate() const;
+  const String& code() const { return m_dividend.code(); }
+  Date received() const { return m_dividend.received(); }
+  double numHeld() const { return m_dividend.number(); }
+  double rate() const { return m_dividend.rate(); }
   /// The text as it was recorded, with all its decimals.
-  const String& rateText() const;
+  const String& rateText() const { return m_dividend.rateText(); }
   /// The gross amount, whether it was paid out or reinvested.
   double value() const { return rate() * numHeld(); }
-  double percentFranked() const;
+  double percentFranked() const { return m_dividend.percentFranked(); }
   double frankingCredit() const;
   bool isReinvested() const;
   /// "Cash", or the shares that it was reinvested in.
   String receivedAs() const;
   /// The country; empty for a domestic dividend.
-  String foreignSource() const;
-  double withholdingTax() const;
+  const String& foreignSource() const { return m_dividend.foreignDividend(); }
+  double withholdingTax() const { return m_dividend.withholdingTax(); }
 
 private:
-  const XMLElement& m_dividend;
+  const XMLDividendEvent& m_dividend;
 };
 
 } // namespace Tallymoor

@@ -7,7 +7,7 @@
 namespace Tallymoor {
 
 class SharePortfolioUser;
-class XMLElement;
+class XMLHeldShare;
 
 /// Number and cost of some parcels, without brokerage, adjusted for share splits.
 struct ParcelCost {
@@ -24,8 +24,7 @@ struct HeldOnDay {
   Date earliest;                ///< the first day of purchase
   std::vector<String> comments; ///< of the purchases that have one
 };
-std::optional<HeldOnDay> heldOn(const SharePortfolioUser& portfolio, const XMLElement& heldShare,
-                                const Date& day);
+std::optional<HeldOnDay> heldOn(const XMLHeldShare& heldShare, const Date& day);
 
 /// The same of all that a portfolio held of a stock at the end of the day, sold since or not. The number is
 /// that of the day's capital record.

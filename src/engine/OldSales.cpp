@@ -28,25 +28,23 @@ std::optional<Bought> readDescription(const String& description) {
 
 } // namespace
 
-OldSales::OldSales(const XMLElement& portfolio) {
-  const XMLElement& reserve = portfolio.subElement(u"CashReserve");
-  for (std::size_t i = 0; i < reserve.numSubElements(u"CashEvents"); ++i) {
-    const XMLElement& entry = reserve.subElement(u"CashEvents", i);
-    if (longValue(entry, u"Type") != CASH_EVENT_DEBIT)
+OldSales::OldSales(const XMLSharePortfolio& portfolio) {
+  for (const XMLCashEvent& entry : portfolio.cashEvents()) {
+    if (entry.type() != CASH_EVENT_DEBIT)
       continue;
-    if (const auto bought = readDescription(textValue(entry, u"Description")))
-      m_boughtAt[{dateValue(entry, u"Date"), bought->code}].push_back(bought->price);
+    if (const auto bought = readDescription(entry.description()))
+      m_boughtAt[{entry.day(), bought->code}].push_back(bought->price);
   }
 }
 
-bool OldSales::mend(XMLElement& sale, const String& code) const {
-  const Date sold = dateValue(sale, u"SellDate");
+bool OldSales::mend(XMLSellEvent& sale) const {
+  const Date sold = sale.sold();
   if (!isSplitBy(sale, sold))
     return false;
-  const auto purchases = m_boughtAt.find({dateValue(sale, u"BuyDate"), code});
+  const auto purchases = m_boughtAt.find({sale.bought(), sale.code()});
   if (purchases == m_boughtAt.end())
     return false;
-  const SharesAt recorded{doubleValue(sale, u"NumHeld"), doubleValue(sale, u"BuyPrice")};
+  const SharesAt recorded{sale.number(), sale.price()};
   const SharesAt bought = sharesAsBought(sale, sold, recorded);
   std::optional<double> price;
   for (const double paid : purchases->second) {
@@ -57,8 +55,8 @@ bool OldSales::mend(XMLElement& sale, const String& code) const {
   }
   if (!price || !isRecordedAsSold(sale))
     return false;
-  sale.subElement(u"NumHeld").setValue(recordedNumberText(bought.number));
-  sale.subElement(u"BuyPrice").setValue(priceText(*price));
+  sale.setNumberText(recordedNumberText(bought.number));
+  sale.setPrice(*price);
   return true;
 }
 

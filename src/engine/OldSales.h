@@ -7,9 +7,10 @@
 
 namespace Tallymoor {
 
-class XMLElement;
+class XMLSellEvent;
+class XMLSharePortfolio;
 
-/// Sales (SellEvents) that an earlier version recorded in shares of their own day, and that tell a split all
+/// Sales that an earlier version recorded in shares of their own day, and that tell a split all
 /// the same, since the user was asked for it again. Read by their splits they would be counted twice.
 ///
 /// The cash knows better: its entry of the sale was made of the same number, and its entry of the purchase
@@ -18,10 +19,10 @@ class XMLElement;
 class OldSales {
 public:
   /// Reads the purchases among the portfolio's cash entries; later ones are not seen.
-  explicit OldSales(const XMLElement& portfolio);
+  explicit OldSales(const XMLSharePortfolio& portfolio);
 
-  /// True when the sale of the code was such a one; then its number and buying price are others now.
-  bool mend(XMLElement& sale, const String& code) const;
+  /// True when the sale was such a one; then its number and buying price are others now.
+  bool mend(XMLSellEvent& sale) const;
 
 private:
   std::map<std::pair<Date, String>, std::vector<double>> m_boughtAt; ///< prices by day and code

@@ -3,7 +3,7 @@
 #include "engine/SharePortfolioUser.h"
 #include "foundation/Amounts.h"
 #include "xml/CountryOfResidence.h"
-#include "xml/Leaves.h"
+#include "xml/PortfolioRecords.h"
 #include <algorithm>
 
 namespace Tallymoor {
@@ -107,27 +107,20 @@ std::optional<double> annualisedIndexGain(const Portfolios& portfolios, const Da
 
 PaidBrokerage::PaidBrokerage(const Portfolios& portfolios) {
   for (const SharePortfolioUser* portfolio : portfolios) {
-    addEvents(portfolio->portfolio().subElement(u"HeldShares"), u"HeldShares", u"BuyEvents",
-              {{u"BuyDate", u"Brokerage"}});
-    addEvents(portfolio->portfolio().subElement(u"SoldShares"), u"SoldShares", u"SellEvents",
-              {{u"BuyDate", u"BuyBrokerage"}, {u"SellDate", u"SellBrokerage"}});
+    for (const XMLHeldShare& stock : portfolio->portfolio().heldShares())
+      for (const XMLBuyEvent& parcel : stock.parcels())
+        addPayment(parcel.bought(), parcel.brokerage());
+    for (const XMLSoldShare& stock : portfolio->portfolio().soldShares())
+      for (const XMLSellEvent& sale : stock.sales()) {
+        addPayment(sale.bought(), sale.brokerage());
+        addPayment(sale.sold(), sale.sellBrokerage());
+      }
   }
 }
 
-void PaidBrokerage::addEvents(const XMLElement& stocks, std::u16string_view stockName,
-                              std::u16string_view eventName, const std::vector<Leaves>& leaves) {
-  for (std::size_t i = 0; i < stocks.numSubElements(stockName); ++i) {
-    const XMLElement& stock = stocks.subElement(stockName, i);
-    for (std::size_t j = 0; j < stock.numSubElements(eventName); ++j)
-      for (const Leaves& leaf : leaves)
-        addPayment(stock.subElement(eventName, j), leaf);
-  }
-}
-
-void PaidBrokerage::addPayment(const XMLElement& event, const Leaves& leaf) {
-  const double amount = doubleValue(event, leaf.brokerage);
+void PaidBrokerage::addPayment(const Date& day, double amount) {
   if (amount != 0.0)
-    m_payments.push_back({dateValue(event, leaf.day), amount});
+    m_payments.push_back({day, amount});
 }
 
 double PaidBrokerage::within(const PerformanceSpan& span) const {

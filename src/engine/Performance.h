@@ -69,14 +69,7 @@ private:
     Date day;
     double amount;
   };
-  /// Where an event says when it was paid, and how much.
-  struct Leaves {
-    std::u16string_view day;
-    std::u16string_view brokerage;
-  };
-  void addEvents(const XMLElement& stocks, std::u16string_view stockName, std::u16string_view eventName,
-                 const std::vector<Leaves>& leaves);
-  void addPayment(const XMLElement& event, const Leaves& leaf);
+  void addPayment(const Date& day, double amount);
 
   std::vector<Payment> m_payments; ///< in the order of the records
 };

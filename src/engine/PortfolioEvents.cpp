@@ -1,8 +1,7 @@
 #include "engine/PortfolioEvents.h"
-#include "foundation/Amounts.h"
 #include "foundation/Exception.h"
 #include "xml/PortfolioRecords.h"
-#include <memory>
+#include <utility>
 
 namespace Tallymoor {
 
@@ -30,12 +29,12 @@ String dividendDescriptionStart(const String& code) {
   return u"DIVIDEND " + code + u" @ ";
 }
 
-double purchaseCost(const XMLElement& purchase, double number, double price) {
-  return number * price + doubleValue(purchase, u"Brokerage");
+double purchaseCost(const XMLBuyEvent& purchase, double number, double price) {
+  return number * price + purchase.brokerage();
 }
 
-double purchaseCost(const XMLElement& purchase) {
-  return purchaseCost(purchase, doubleValue(purchase, u"NumHeld"), doubleValue(purchase, u"BuyPrice"));
+double purchaseCost(const XMLBuyEvent& purchase) {
+  return purchaseCost(purchase, purchase.number(), purchase.price());
 }
 
 void requireNotNegative(double value, const char16_t* name) {
@@ -49,42 +48,16 @@ void requireTrade(double number, double price, double brokerage) {
   requireNotNegative(brokerage, u"The brokerage");
 }
 
-void setOptionalText(XMLElement& event, std::u16string_view reference, const String& text) {
-  if (text.empty())
-    return;
-  // The text may be the one that is about to be replaced.
-  auto element = std::make_unique<XMLString>();
-  element->setValue(text);
-  event.addSubElement(element.release(), reference);
+XMLCashEvent* findCashEntry(XMLSharePortfolio& portfolio, const CashEntryKey& key) {
+  return const_cast<XMLCashEvent*>(findCashEntry(std::as_const(portfolio), key));
 }
 
-std::optional<std::size_t> indexOf(const XMLElement& parent, std::u16string_view reference,
-                                   const XMLElement& instance) {
-  const std::size_t count = parent.numSubElements(reference);
-  for (std::size_t i = 0; i < count; ++i)
-    if (&parent.subElement(reference, i) == &instance)
-      return i;
-  return std::nullopt;
-}
-
-std::optional<std::size_t> findCashEntry(const XMLElement& portfolio, const CashEntryKey& key) {
-  const XMLElement& reserve = portfolio.subElement(u"CashReserve");
-  const std::size_t count = reserve.numSubElements(u"CashEvents");
-  for (std::size_t i = 0; i < count; ++i) {
-    const XMLElement& entry = reserve.subElement(u"CashEvents", i);
-    if (textValue(entry, u"Date") == key.day && textValue(entry, u"Value") == key.value &&
-        longValue(entry, u"Type") == key.type && textValue(entry, u"Description").contains(key.description))
-      return i;
-  }
-  return std::nullopt;
-}
-
-XMLElement& cashEntry(XMLElement& portfolio, std::size_t index) {
-  return portfolio.subElement(u"CashReserve").subElement(u"CashEvents", index);
-}
-
-void removeCashEntry(XMLElement& portfolio, std::size_t index) {
-  portfolio.subElement(u"CashReserve").removeSubElement(u"CashEvents", index);
+const XMLCashEvent* findCashEntry(const XMLSharePortfolio& portfolio, const CashEntryKey& key) {
+  for (const XMLCashEvent& entry : portfolio.cashEvents())
+    if (entry.dayText() == key.day && entry.amountText() == key.value && entry.type() == key.type &&
+        entry.description().contains(key.description))
+      return &entry;
+  return nullptr;
 }
 
 } // namespace Tallymoor

@@ -2,15 +2,14 @@
 #include "foundation/Date.h"
 #include "foundation/String.h"
 #include "xml/RecordTexts.h"
-#include <cstddef>
 #include <cstdint>
 #include <limits>
-#include <optional>
-#include <string_view>
 
 namespace Tallymoor {
 
-class XMLElement;
+class XMLBuyEvent;
+class XMLCashEvent;
+class XMLSharePortfolio;
 
 // What the operations on a portfolio share: how descriptions of cash entries read, and how a cash entry is
 // found again. Descriptions and texts are what links a purchase, sale or dividend to its cash entry, so their
@@ -19,14 +18,10 @@ class XMLElement;
 /// Later than every day.
 inline const Date FAR_OFF(std::numeric_limits<std::uint32_t>::max());
 
-/// The comment of a purchase, as an attribute of the sale with which the last of it went.
-inline constexpr std::u16string_view BUY_COMMENT = u"BuyComment";
-
-/// What the shares of a purchase (BuyEvent) cost with its brokerage, which counts as it is recorded, at two
-/// decimals.
-double purchaseCost(const XMLElement& purchase, double number, double price);
+/// What the shares of a purchase cost with its brokerage, which counts as it is recorded, at two decimals.
+double purchaseCost(const XMLBuyEvent& purchase, double number, double price);
 /// The same of the purchase as it was recorded, whatever splits came since; its cash entry was made of that.
-double purchaseCost(const XMLElement& purchase);
+double purchaseCost(const XMLBuyEvent& purchase);
 
 /// "BUY 100.00 of ABC.AX @ 12.3400"
 String purchaseDescription(const String& code, double number, double price);
@@ -43,13 +38,6 @@ void requireNotNegative(double value, const char16_t* name);
 /// The same of what every purchase and sale has.
 void requireTrade(double number, double price, double brokerage);
 
-/// Sets the value of an optional text, unless the new text is empty.
-void setOptionalText(XMLElement& event, std::u16string_view reference, const String& text);
-
-/// Place of an instance among those of its reference name, by identity; nothing when it is not there.
-std::optional<std::size_t> indexOf(const XMLElement& parent, std::u16string_view reference,
-                                   const XMLElement& instance);
-
 /// What a cash entry is known by. The description must contain the text.
 struct CashEntryKey {
   String day;
@@ -58,9 +46,8 @@ struct CashEntryKey {
   String description;
 };
 
-/// Place of the first cash entry of the portfolio that fits the key.
-std::optional<std::size_t> findCashEntry(const XMLElement& portfolio, const CashEntryKey& key);
-XMLElement& cashEntry(XMLElement& portfolio, std::size_t index);
-void removeCashEntry(XMLElement& portfolio, std::size_t index);
+/// The first cash entry of the portfolio that fits the key; null when none does.
+XMLCashEvent* findCashEntry(XMLSharePortfolio& portfolio, const CashEntryKey& key);
+const XMLCashEvent* findCashEntry(const XMLSharePortfolio& portfolio, const CashEntryKey& key);
 
 } // namespace Tallymoor

@@ -21,59 +21,56 @@ void addNote(XMLElement& report, const String& text) {
 }
 
 /// A recorded event of a portfolio.
-struct Event {
+template <class Record>
+struct EventOf {
   Date day;
-  const XMLElement* record;
+  const Record* record;
   const SharePortfolioUser* portfolio;
 };
-using Events = std::vector<Event>;
+using CashFlow = EventOf<XMLCashEvent>;
 
 /// Gathers the events of a period; the oldest first, those of one day in the order of the records.
+template <class Record>
 class EventsWithin {
 public:
   explicit EventsWithin(const ReportPeriod& period) : m_period(period) {}
 
-  void add(const SharePortfolioUser& portfolio, const XMLElement& parent, std::u16string_view name,
-           std::u16string_view dateName) {
-    for (std::size_t i = 0; i < parent.numSubElements(name); ++i) {
-      const XMLElement& record = parent.subElement(name, i);
-      if (const Date day = dateValue(record, dateName); m_period.contains(day))
+  void add(const SharePortfolioUser& portfolio, const ElementList<const Record>& records) {
+    for (const Record& record : records)
+      if (const Date day = record.day(); m_period.contains(day))
         m_events.push_back({day, &record, &portfolio});
-    }
   }
-  Events sorted() {
+  std::vector<EventOf<Record>> sorted() {
     std::stable_sort(m_events.begin(), m_events.end(),
-                     [](const Event& a, const Event& b) { return a.day < b.day; });
+                     [](const auto& a, const auto& b) { return a.day < b.day; });
     return std::move(m_events);
   }
 
 private:
   ReportPeriod m_period;
-  Events m_events;
+  std::vector<EventOf<Record>> m_events;
 };
 
-Events salesWithin(const Portfolios& portfolios, const ReportPeriod& period) {
-  EventsWithin events(period);
-  for (const SharePortfolioUser* portfolio : portfolios) {
-    const XMLElement& stocks = portfolio->portfolio().subElement(u"SoldShares");
-    for (std::size_t i = 0; i < stocks.numSubElements(u"SoldShares"); ++i)
-      events.add(*portfolio, stocks.subElement(u"SoldShares", i), u"SellEvents", u"SellDate");
-  }
+std::vector<EventOf<XMLSellEvent>> salesWithin(const Portfolios& portfolios, const ReportPeriod& period) {
+  EventsWithin<XMLSellEvent> events(period);
+  for (const SharePortfolioUser* portfolio : portfolios)
+    for (const XMLSoldShare& stock : portfolio->portfolio().soldShares())
+      events.add(*portfolio, stock.sales());
   return events.sorted();
 }
 
-Events dividendsWithin(const Portfolios& portfolios, const ReportPeriod& period) {
-  EventsWithin events(period);
+std::vector<EventOf<XMLDividendEvent>> dividendsWithin(const Portfolios& portfolios,
+                                                       const ReportPeriod& period) {
+  EventsWithin<XMLDividendEvent> events(period);
   for (const SharePortfolioUser* portfolio : portfolios)
-    events.add(*portfolio, portfolio->portfolio().subElement(u"Dividends"), u"DividendEvents",
-               u"ReceiveDate");
+    events.add(*portfolio, portfolio->portfolio().dividends());
   return events.sorted();
 }
 
-Events cashWithin(const Portfolios& portfolios, const ReportPeriod& period) {
-  EventsWithin events(period);
+std::vector<CashFlow> cashWithin(const Portfolios& portfolios, const ReportPeriod& period) {
+  EventsWithin<XMLCashEvent> events(period);
   for (const SharePortfolioUser* portfolio : portfolios)
-    events.add(*portfolio, portfolio->portfolio().subElement(u"CashReserve"), u"CashEvents", u"Date");
+    events.add(*portfolio, portfolio->portfolio().cashEvents());
   return events.sorted();
 }
 
@@ -195,13 +192,12 @@ void addHolding(XMLElement& section, const Holding& holding, double capital) {
     putPercent(row, u"portfolioPercent", percentOf(*holding.value(), capital));
 }
 
-void addSale(XMLElement& section, const XMLElement& record) {
-  const SaleFigures sale(record);
+void addSale(XMLElement& section, const SaleFigures& sale) {
   XMLElement& row = section.addSubElement(new XMLSaleReport, u"Sales");
   putCode(row, sale.code());
   row.setAttribute(u"number", numberText(sale.number()));
   row.setAttribute(u"daysHeld", String::fromLong(sale.daysHeld()));
-  row.setAttribute(u"comment", textValue(record, u"Comment"));
+  row.setAttribute(u"comment", sale.comment());
   putDate(row, u"bought", sale.bought());
   putDate(row, u"sold", sale.sold());
   putPrice(row, u"buyPrice", sale.buyPrice());
@@ -214,8 +210,7 @@ void addSale(XMLElement& section, const XMLElement& record) {
   putPercent(row, u"netGain", sale.netGain());
 }
 
-void addDividend(XMLElement& section, const XMLElement& record) {
-  const DividendFigures dividend(record);
+void addDividend(XMLElement& section, const DividendFigures& dividend) {
   XMLElement& row = section.addSubElement(new XMLDividendReport, u"Dividends");
   putCode(row, dividend.code());
   row.setAttribute(u"number", numberText(dividend.numHeld()));
@@ -229,19 +224,19 @@ void addDividend(XMLElement& section, const XMLElement& record) {
   putMoney(row, u"withholdingTax", dividend.withholdingTax());
 }
 
-void addInterest(XMLElement& section, const Event& event) {
+void addInterest(XMLElement& section, const CashFlow& event) {
   XMLElement& row = section.addSubElement(new XMLInterestReport, u"Interests");
-  row.setAttribute(u"description", textValue(*event.record, u"Description"));
+  row.setAttribute(u"description", event.record->description());
   putDate(row, u"date", event.day);
-  putMoney(row, u"amount", doubleValue(*event.record, u"Value"));
+  putMoney(row, u"amount", event.record->amount());
 }
 
-void addCashFlow(XMLElement& section, const Event& event) {
+void addCashFlow(XMLElement& section, const CashFlow& event) {
   XMLElement& row = section.addSubElement(new XMLCashFlowReport, u"CashFlows");
-  const bool credit = isCreditType(longValue(*event.record, u"Type"));
-  row.setAttribute(u"description", textValue(*event.record, u"Description"));
+  const bool credit = event.record->isCredit();
+  row.setAttribute(u"description", event.record->description());
   putDate(row, u"date", event.day);
-  putMoney(row, credit ? u"credit" : u"debit", doubleValue(*event.record, u"Value"));
+  putMoney(row, credit ? u"credit" : u"debit", event.record->amount());
   putMoney(row, u"balance", cashOn(*event.portfolio, event.day));
 }
 
@@ -306,7 +301,7 @@ void PortfolioReport::fillSharesHeld(XMLElement& section, XMLElement& report) co
 
 void PortfolioReport::fillSales(XMLElement& section) const {
   double cost = 0.0, proceeds = 0.0, profit = 0.0, brokerage = 0.0, net = 0.0;
-  for (const Event& event : salesWithin(m_portfolios, m_period)) {
+  for (const auto& event : salesWithin(m_portfolios, m_period)) {
     const SaleFigures sale(*event.record);
     cost += sale.grossCost();
     proceeds += sale.grossSale();
@@ -314,7 +309,7 @@ void PortfolioReport::fillSales(XMLElement& section) const {
     brokerage += sale.totalBrokerage();
     net += sale.netProfit();
     if (withRows())
-      addSale(section, *event.record);
+      addSale(section, sale);
   }
   putMoney(section, u"grossCost", cost);
   putMoney(section, u"grossSale", proceeds);
@@ -325,14 +320,14 @@ void PortfolioReport::fillSales(XMLElement& section) const {
 
 void PortfolioReport::fillDividends(XMLElement& section) const {
   double value = 0.0, reinvested = 0.0, franking = 0.0, tax = 0.0;
-  for (const Event& event : dividendsWithin(m_portfolios, m_period)) {
+  for (const auto& event : dividendsWithin(m_portfolios, m_period)) {
     const DividendFigures dividend(*event.record);
     value += dividend.value();
     reinvested += dividend.isReinvested() ? dividend.value() : 0.0;
     franking += dividend.frankingCredit();
     tax += dividend.withholdingTax();
     if (withRows())
-      addDividend(section, *event.record);
+      addDividend(section, dividend);
   }
   putMoney(section, u"value", value);
   putMoney(section, u"paidOut", value - reinvested);
@@ -343,10 +338,10 @@ void PortfolioReport::fillDividends(XMLElement& section) const {
 
 void PortfolioReport::fillInterests(XMLElement& section) const {
   double amount = 0.0;
-  for (const Event& event : cashWithin(m_portfolios, m_period)) {
-    if (longValue(*event.record, u"Type") != CASH_EVENT_INTEREST)
+  for (const CashFlow& event : cashWithin(m_portfolios, m_period)) {
+    if (event.record->type() != CASH_EVENT_INTEREST)
       continue;
-    amount += doubleValue(*event.record, u"Value");
+    amount += event.record->amount();
     if (withRows())
       addInterest(section, event);
   }
@@ -355,9 +350,9 @@ void PortfolioReport::fillInterests(XMLElement& section) const {
 
 void PortfolioReport::fillCashFlows(XMLElement& section) const {
   double credit = 0.0, debit = 0.0, deposits = 0.0, withdrawals = 0.0;
-  for (const Event& event : cashWithin(m_portfolios, m_period)) {
-    const double value = doubleValue(*event.record, u"Value");
-    const std::int32_t type = longValue(*event.record, u"Type");
+  for (const CashFlow& event : cashWithin(m_portfolios, m_period)) {
+    const double value = event.record->amount();
+    const CashEventType type = event.record->type();
     (isCreditType(type) ? credit : debit) += value;
     deposits += type == CASH_EVENT_DEPOSIT ? value : 0.0;
     withdrawals += type == CASH_EVENT_WITHDRAWAL ? value : 0.0;

@@ -1,39 +1,37 @@
 #include "engine/RecordedSplits.h"
 #include "engine/SharePortfolioUser.h"
+#include "engine/SplitTerms.h"
 #include "foundation/Amounts.h"
-#include "xml/Leaves.h"
+#include "xml/PortfolioRecords.h"
 
 namespace Tallymoor {
 
 namespace {
 
-/// A day may have two factors, of which one multiplies and the other divides.
-RecordedSplits::Ratios ratiosOf(const SharePortfolioUser& portfolio, const XMLElement& parcel) {
+/// Each parcel that was held across a split has it recorded. A day may have two factors, of which one
+/// multiplies and the other divides.
+void addSplits(const XMLParcel& parcel, RecordedSplits::Ratios& all) {
   RecordedSplits::Ratios ratios;
-  for (std::size_t i = 0; i < parcel.numSubElements(u"Adjustments"); ++i) {
-    const XMLElement& adjustment = parcel.subElement(u"Adjustments", i);
-    double price = 1.0;
-    double& number = ratios.try_emplace(dateValue(adjustment, u"StartDate"), 1.0).first->second;
-    portfolio.applyAdjustment(adjustment, dateValue(adjustment, u"StartDate"), number, price);
+  for (const XMLSplitAdjustment& adjustment : parcel.adjustments()) {
+    double& ratio = ratios.try_emplace(adjustment.day(), 1.0).first->second;
+    SharesAt shares{ratio, 1.0};
+    applyFactor(adjustment.factor(), shares);
+    ratio = shares.number;
   }
-  return ratios;
-}
-
-/// Each parcel that was held across a split has it recorded.
-void addStock(const SharePortfolioUser& portfolio, const XMLElement* stock, std::u16string_view events,
-              RecordedSplits::Ratios& all) {
-  for (std::size_t i = 0; stock && i < stock->numSubElements(events); ++i)
-    for (const auto& [day, ratio] : ratiosOf(portfolio, stock->subElement(events, i)))
-      if (!showsTheSame(ratio, 1.0, 6))
-        all.emplace(day, ratio);
+  for (const auto& [day, ratio] : ratios)
+    if (!showsTheSame(ratio, 1.0, 6))
+      all.emplace(day, ratio);
 }
 
 } // namespace
 
 RecordedSplits::RecordedSplits(const SharePortfolioUser& portfolio, const String& code) {
-  std::size_t index = 0;
-  addStock(portfolio, portfolio.findHeldShare(code, index), u"BuyEvents", m_ratios);
-  addStock(portfolio, portfolio.findSoldShare(code, index), u"SellEvents", m_ratios);
+  if (const XMLHeldShare* held = portfolio.findHeldShare(code))
+    for (const XMLBuyEvent& parcel : held->parcels())
+      addSplits(parcel, m_ratios);
+  if (const XMLSoldShare* sold = portfolio.findSoldShare(code))
+    for (const XMLSellEvent& sale : sold->sales())
+      addSplits(sale, m_ratios);
 }
 
 double RecordedSplits::sharesBetween(const Date& from, const Date& to) const {

@@ -3,42 +3,35 @@
 
 namespace Tallymoor {
 
-namespace {
-
-const String& codeOf(const XMLElement& sale) {
-  return textValue(*sale.parent(), u"Code");
-}
-
-} // namespace
-
-const XMLElement* portfolioOf(const XMLElement& sale) {
+const XMLSharePortfolio* portfolioOf(const XMLSellEvent& sale) {
   const XMLElement* stock = sale.parent();
   const XMLElement* stocks = stock ? stock->parent() : nullptr;
-  return stocks ? stocks->parent() : nullptr;
+  const XMLElement* portfolio = stocks ? stocks->parent() : nullptr;
+  return portfolio ? &elementAs<XMLSharePortfolio>(*portfolio) : nullptr;
 }
 
-double proceedsOf(const XMLElement& sale, double number) {
-  return number * doubleValue(sale, u"SellPrice") - doubleValue(sale, u"SellBrokerage");
+double proceedsOf(const XMLSellEvent& sale, double number) {
+  return number * sale.sellPrice() - sale.sellBrokerage();
 }
 
-CashEntryKey proceedsKey(const XMLElement& sale, double number) {
-  return {dayText(dateValue(sale, u"SellDate")), moneyText(proceedsOf(sale, number)), CASH_EVENT_CREDIT,
-          codeOf(sale)};
+CashEntryKey proceedsKey(const XMLSellEvent& sale, double number) {
+  return {dayText(sale.sold()), moneyText(proceedsOf(sale, number)), CASH_EVENT_CREDIT, sale.code()};
 }
 
-std::optional<std::size_t> findProceeds(const XMLElement& portfolio, const XMLElement& sale, double number) {
+const XMLCashEvent* findProceeds(const XMLSharePortfolio& portfolio, const XMLSellEvent& sale,
+                                 double number) {
   return findCashEntry(portfolio, proceedsKey(sale, number));
 }
 
-double costOf(const XMLElement& sale) {
-  return doubleValue(sale, u"NumHeld") * doubleValue(sale, u"BuyPrice") + doubleValue(sale, u"BuyBrokerage");
+double costOf(const XMLSellEvent& sale) {
+  return sale.number() * sale.price() + sale.brokerage();
 }
 
-CashEntryKey costKey(const XMLElement& sale) {
-  return {dayText(dateValue(sale, u"BuyDate")), moneyText(costOf(sale)), CASH_EVENT_DEBIT, codeOf(sale)};
+CashEntryKey costKey(const XMLSellEvent& sale) {
+  return {dayText(sale.bought()), moneyText(costOf(sale)), CASH_EVENT_DEBIT, sale.code()};
 }
 
-std::optional<std::size_t> findCost(const XMLElement& portfolio, const XMLElement& sale) {
+const XMLCashEvent* findCost(const XMLSharePortfolio& portfolio, const XMLSellEvent& sale) {
   return findCashEntry(portfolio, costKey(sale));
 }
 

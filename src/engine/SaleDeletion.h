@@ -1,25 +1,26 @@
 #pragma once
 #include "foundation/Date.h"
 #include "foundation/String.h"
-#include <cstddef>
 #include <optional>
 
 namespace Tallymoor {
 
-class XMLElement;
+class XMLBuyEvent;
+class XMLCashEvent;
+class XMLSellEvent;
 
-/// What deleting a recorded sale (SellEvent) does to the cash and the shares, told before it is done: the
+/// What deleting a recorded sale does to the cash and the shares, told before it is done: the
 /// sale alone can go, so that its shares are held again, or the purchase of its shares goes with it.
 struct SaleDeletion {
   struct CashLine {
-    std::size_t place; ///< among the portfolio's cash events
+    const XMLCashEvent* event;
     Date day;
     double value;
     String description;
   };
 
   /// The sale must belong to a portfolio.
-  explicit SaleDeletion(const XMLElement& sale);
+  explicit SaleDeletion(const XMLSellEvent& sale);
 
   double number;   ///< shares of the day of sale
   double buyPrice; ///< of the day of sale, too
@@ -30,7 +31,7 @@ struct SaleDeletion {
   /// The entry of exactly these shares' purchase; nothing also where they were a part of it.
   std::optional<CashLine> cost;
   /// The parcel that holds the rest of the purchase, to which the shares go back; null where there is none.
-  const XMLElement* rest;
+  const XMLBuyEvent* rest;
 };
 
 } // namespace Tallymoor

@@ -2,27 +2,27 @@
 #include "engine/SplitTerms.h"
 #include "foundation/Date.h"
 #include "foundation/String.h"
+#include "xml/PortfolioRecords.h"
 #include <cstdint>
 #include <optional>
 
 namespace Tallymoor {
 
-class XMLElement;
-
-/// What a recorded sale (SellEvent) cost, brought in and made. Prices and numbers are those of the day of
+/// What a recorded sale cost, brought in and made. Prices and numbers are those of the day of
 /// sale, whatever splits came before it. Refers to the record; percentages are nothing where they are not
 /// finite.
 class SaleFigures {
 public:
-  explicit SaleFigures(const XMLElement& sale) : m_sale(sale), m_shares(sharesAsSold(sale)) {}
+  explicit SaleFigures(const XMLSellEvent& sale) : m_sale(sale), m_shares(sharesAsSold(sale)) {}
 
-  const String& code() const;
-  Date bought() const;
-  Date sold() const;
+  const String& code() const { return m_sale.code(); }
+  Date bought() const { return m_sale.bought(); }
+  Date sold() const { return m_sale.sold(); }
+  const String& comment() const { return m_sale.comment(); }
   std::int32_t daysHeld() const { return sold().daysSince(bought()); }
   double number() const { return m_shares.number; }
   double buyPrice() const { return m_shares.price; }
-  double sellPrice() const;
+  double sellPrice() const { return m_sale.sellPrice(); }
 
   // Without brokerage.
   double grossCost() const { return buyPrice() * number(); }
@@ -31,12 +31,12 @@ public:
   std::optional<double> grossGain() const;
 
   /// Of the purchase and of the sale.
-  double totalBrokerage() const;
+  double totalBrokerage() const { return m_sale.brokerage() + m_sale.sellBrokerage(); }
   double netProfit() const { return grossProfit() - totalBrokerage(); }
   std::optional<double> netGain() const;
 
 private:
-  const XMLElement& m_sale;
+  const XMLSellEvent& m_sale;
   SharesAt m_shares;
 };
 

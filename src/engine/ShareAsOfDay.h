@@ -6,7 +6,6 @@
 namespace Tallymoor {
 
 class SharePortfolioUser;
-class XMLElement;
 class XMLHeldShare;
 
 /// A share as it was held at the end of a day, where parcels of it have been sold since: the parcels that are

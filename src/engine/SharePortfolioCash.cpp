@@ -16,12 +16,6 @@ SharePortfolioUser::CashWatcher* s_cashWatcher = nullptr; ///< GUI thread only
 constexpr int WARNING_LEVEL = 1;
 constexpr const char16_t* AMOUNT = u"The amount";
 
-void storeCashEvent(XMLElement& event, const Date& date, double value, const String& description) {
-  event.subElement(u"Date").setValue(dayText(date));
-  event.subElement(u"Value").setValue(moneyText(value));
-  event.subElement(u"Description").setValue(description);
-}
-
 } // namespace
 
 SharePortfolioUser::CashWatcher::~CashWatcher() = default;
@@ -37,9 +31,9 @@ void SharePortfolioUser::tellCashChanged() {
 
 void SharePortfolioUser::addCashEvent(const Date& date, double value, std::int32_t type,
                                       const String& description) {
-  XMLElement& event = m_portfolio.subElement(u"CashReserve").addSubElement(new XMLCashEvent, u"CashEvents");
-  storeCashEvent(event, date, value, description);
-  event.subElement(u"Type").setValue(String::fromLong(type));
+  XMLCashEvent& event = m_portfolio.cashEvents().add();
+  event.set(date, value, description);
+  event.setType(type);
   m_capitalRecord.recordsChangedFrom(date);
   tellCashChanged();
 }
@@ -57,22 +51,21 @@ void SharePortfolioUser::debitCash(const Date& date, double value, std::int32_t 
   addCashEvent(date, value, type, description);
 }
 
-void SharePortfolioUser::editCashEvent(XMLElement& event, const Date& newDate, const Date& oldDate,
+void SharePortfolioUser::editCashEvent(XMLCashEvent& event, const Date& newDate, const Date& oldDate,
                                        double value, const String& description) {
-  if (!(doubleValue(event, u"Value") < 0.0))
+  if (!(event.amount() < 0.0))
     requireNotNegative(value, AMOUNT);
-  const Date earliest = std::min({newDate, oldDate, dateValue(event, u"Date")});
-  storeCashEvent(event, newDate, value, description);
+  const Date earliest = std::min({newDate, oldDate, event.day()});
+  event.set(newDate, value, description);
   m_capitalRecord.recordsChangedFrom(earliest);
   tellCashChanged();
 }
 
-void SharePortfolioUser::deleteCashEvent(const XMLElement& event) {
-  const auto place = indexOf(m_portfolio.subElement(u"CashReserve"), u"CashEvents", event);
-  if (!place)
+void SharePortfolioUser::deleteCashEvent(const XMLCashEvent& event) {
+  if (!m_portfolio.cashEvents().contains(event))
     return;
-  m_capitalRecord.recordsChangedFrom(dateValue(event, u"Date"));
-  removeCashEntry(m_portfolio, *place);
+  m_capitalRecord.recordsChangedFrom(event.day());
+  m_portfolio.cashEvents().remove(event);
   tellCashChanged();
 }
 
@@ -80,10 +73,10 @@ bool SharePortfolioUser::moveCashEntry(const CashEntryKey& key, double oldValue,
                                        double value, const String& description) {
   if (!(oldValue > 0.0))
     return false;
-  const auto place = findCashEntry(m_portfolio, key);
-  if (!place)
+  XMLCashEvent* entry = findCashEntry(m_portfolio, key);
+  if (!entry)
     return false;
-  storeCashEvent(cashEntry(m_portfolio, *place), date, value, description);
+  entry->set(date, value, description);
   return true;
 }
 

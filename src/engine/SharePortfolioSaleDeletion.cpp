@@ -6,75 +6,57 @@
 #include "foundation/Amounts.h"
 #include "xml/PortfolioRecords.h"
 #include <algorithm>
-#include <utility>
-#include <vector>
 
 namespace Tallymoor {
 
 namespace {
 
-XMLElement* findSale(XMLElement& stock, const Date& date, double number) {
+const XMLSellEvent* findSale(const XMLSoldShare& stock, const Date& date, double number) {
   const String day = dayText(date);
-  for (std::size_t i = 0; i < stock.numSubElements(u"SellEvents"); ++i) {
-    XMLElement& sale = stock.subElement(u"SellEvents", i);
-    if (textValue(sale, u"SellDate") == day && showsTheSame(sharesAsSold(sale).number, number, 4))
+  for (const XMLSellEvent& sale : stock.sales())
+    if (sale.dayLeaf().value() == day && showsTheSame(sharesAsSold(sale).number, number, 4))
       return &sale;
-  }
   return nullptr;
 }
 
 /// Puts the last parcel behind those bought by its day.
-void sortInLast(XMLElement& stock) {
-  const std::size_t last = stock.numSubElements(u"BuyEvents") - 1;
-  const Date bought = dateValue(stock.subElement(u"BuyEvents", last), u"BuyDate");
-  std::size_t place = last;
-  while (place > 0 && dateValue(stock.subElement(u"BuyEvents", place - 1), u"BuyDate") > bought)
+void sortInLast(XMLHeldShare& stock) {
+  const auto parcels = stock.parcels();
+  const Date bought = parcels.back().bought();
+  std::size_t place = parcels.size() - 1;
+  while (place > 0 && parcels[place - 1].bought() > bought)
     --place;
-  // Elements can only be appended, so those that belong behind it go there one by one.
-  for (std::size_t i = place; i < last; ++i) {
-    stock.addSubElement(stock.subElement(u"BuyEvents", place).clone(&newElement<XMLBuyEvent>), u"BuyEvents");
-    stock.removeSubElement(u"BuyEvents", place);
-  }
-}
-
-void addAmount(XMLElement& event, std::u16string_view reference, double amount, String (*text)(double)) {
-  event.subElement(reference).setValue(text(doubleValue(event, reference) + amount));
+  parcels.moveLastTo(place);
 }
 
 } // namespace
 
 bool SharePortfolioUser::deleteSellEvent(const String& code, const Date& date, double number) {
-  std::size_t index = 0;
-  XMLElement* stock = findSoldShare(code, index);
-  const XMLElement* sale = stock ? findSale(*stock, date, number) : nullptr;
+  const XMLSoldShare* stock = findSoldShare(code);
+  const XMLSellEvent* sale = stock ? findSale(*stock, date, number) : nullptr;
   return sale && deleteSale(*sale);
 }
 
-bool SharePortfolioUser::deleteSale(const XMLElement& sale) {
+bool SharePortfolioUser::deleteSale(const XMLSellEvent& sale) {
   const SaleDeletion deletion(sale);
-  const Date earliest = std::min(deletion.bought, dateValue(sale, u"SellDate"));
-  std::vector<std::size_t> places;
+  const Date earliest = std::min(deletion.bought, sale.sold());
   for (const auto& line : {deletion.proceeds, deletion.cost})
     if (line)
-      places.push_back(line->place);
-  // From the back, so that the place of the other one stays true.
-  std::sort(places.rbegin(), places.rend());
-  for (std::size_t place : places)
-    removeCashEntry(m_portfolio, place);
+      m_portfolio.cashEvents().remove(*line->event);
   removeSale(sale);
   m_capitalRecord.recordsChangedFrom(earliest);
-  if (!places.empty())
+  if (deletion.proceeds || deletion.cost)
     tellCashChanged();
   return deletion.proceeds && deletion.cost;
 }
 
-bool SharePortfolioUser::undoSale(const XMLElement& sale) {
+bool SharePortfolioUser::undoSale(const XMLSellEvent& sale) {
   const SaleDeletion deletion(sale);
   // Until its sale the parcel counted as held all the same.
-  const Date earliest = dateValue(sale, u"SellDate");
+  const Date earliest = sale.sold();
   giveBack(sale, deletion.rest);
   if (deletion.proceeds)
-    removeCashEntry(m_portfolio, deletion.proceeds->place);
+    m_portfolio.cashEvents().remove(*deletion.proceeds->event);
   removeSale(sale);
   m_capitalRecord.recordsChangedFrom(earliest);
   if (deletion.proceeds)
@@ -82,68 +64,55 @@ bool SharePortfolioUser::undoSale(const XMLElement& sale) {
   return deletion.proceeds.has_value();
 }
 
-void SharePortfolioUser::giveBack(const XMLElement& sale, const XMLElement* rest) {
-  const String code = textValue(*sale.parent(), u"Code");
+void SharePortfolioUser::giveBack(const XMLSellEvent& sale, const XMLBuyEvent* rest) {
+  XMLHeldShare& stock = heldShareFor(sale.code());
   if (!rest) {
-    XMLElement& parcel = parcelOfSale(sale);
-    takeKnownSplits(parcel, code, dateValue(sale, u"SellDate"), FAR_OFF);
-    sortInLast(*parcel.parent());
+    takeKnownSplits(parcelOfSale(sale), sale.sold(), FAR_OFF);
+    sortInLast(stock);
     return;
   }
-  std::size_t index = 0;
-  XMLElement& stock = *findHeldShare(code, index);
-  XMLElement& parcel = stock.subElement(u"BuyEvents", *indexOf(stock, u"BuyEvents", *rest));
-  addAmount(parcel, u"NumHeld", doubleValue(sale, u"NumHeld"), &recordedNumberText);
-  addAmount(parcel, u"Brokerage", doubleValue(sale, u"BuyBrokerage"), &moneyText);
-  if (textValue(parcel, u"Comment").empty())
-    setOptionalText(parcel, u"Comment", boughtComment(sale, parcel));
+  const auto parcels = stock.parcels();
+  XMLBuyEvent& parcel = *std::find_if(parcels.begin(), parcels.end(),
+                                      [rest](const XMLBuyEvent& other) { return &other == rest; });
+  parcel.setNumberText(recordedNumberText(parcel.number() + sale.number()));
+  parcel.setBrokerage(parcel.brokerage() + sale.brokerage());
+  if (const String comment = boughtComment(sale, parcel); parcel.comment().empty() && !comment.empty())
+    parcel.setComment(comment);
 }
 
-XMLElement& SharePortfolioUser::parcelOfSale(const XMLElement& sale) {
-  XMLElement& stock = heldShareFor(textValue(*sale.parent(), u"Code"));
-  XMLElement& parcel = stock.addSubElement(new XMLBuyEvent, u"BuyEvents");
-  parcel.subElement(u"BuyDate").setValue(textValue(sale, u"BuyDate"));
-  parcel.subElement(u"NumHeld").setValue(textValue(sale, u"NumHeld"));
-  parcel.subElement(u"BuyPrice").setValue(textValue(sale, u"BuyPrice"));
-  parcel.subElement(u"Brokerage").setValue(textValue(sale, u"BuyBrokerage"));
-  setOptionalText(parcel, u"Comment", boughtComment(sale, parcel));
+XMLBuyEvent& SharePortfolioUser::parcelOfSale(const XMLSellEvent& sale) {
+  XMLBuyEvent& parcel = heldShareFor(sale.code()).parcels().add();
+  parcel.copyPurchase(sale);
+  if (const String comment = boughtComment(sale, parcel); !comment.empty())
+    parcel.setComment(comment);
   copyAdjustments(sale, parcel, FAR_OFF);
   return parcel;
 }
 
 /// What the sale has kept, which sales of earlier versions have not. That of a reinvestment follows its
 /// dividend, by which it is found again.
-String SharePortfolioUser::boughtComment(const XMLElement& sale, const XMLElement& parcel) const {
-  const String kept = sale.hasAttribute(BUY_COMMENT) ? sale.attribute(BUY_COMMENT) : String();
-  if (!kept.empty() && !kept.startsWith(dividendDescriptionStart(textValue(*parcel.parent(), u"Code"))))
+String SharePortfolioUser::boughtComment(const XMLSellEvent& sale, const XMLBuyEvent& parcel) const {
+  const String kept = sale.buyComment();
+  if (!kept.empty() && !kept.startsWith(dividendDescriptionStart(parcel.code())))
     return kept;
   const String reinvested = reinvestmentComment(parcel);
   return reinvested.empty() ? kept : reinvested;
 }
 
-String SharePortfolioUser::reinvestmentComment(const XMLElement& parcel) const {
-  const XMLElement& dividends = std::as_const(m_portfolio).subElement(u"Dividends");
-  for (std::size_t i = 0; i < dividends.numSubElements(u"DividendEvents"); ++i) {
-    const XMLElement& dividend = dividends.subElement(u"DividendEvents", i);
-    if (textValue(dividend, u"Code") == textValue(*parcel.parent(), u"Code") &&
-        dateValue(dividend, u"ReceiveDate") == dateValue(parcel, u"BuyDate") &&
-        showsTheSame(doubleValue(dividend, u"DRPShares"), doubleValue(parcel, u"NumHeld"), 4) &&
-        showsTheSame(doubleValue(dividend, u"DRPRate"), doubleValue(parcel, u"BuyPrice"), 4))
-      return dividendDescription(textValue(dividend, u"Code"), doubleValue(dividend, u"Rate"),
-                                 doubleValue(dividend, u"NumHeld"));
-  }
+String SharePortfolioUser::reinvestmentComment(const XMLBuyEvent& parcel) const {
+  for (const XMLDividendEvent& dividend : portfolio().dividends())
+    if (dividend.code() == parcel.code() && dividend.received() == parcel.bought() &&
+        showsTheSame(dividend.drpShares(), parcel.number(), 4) &&
+        showsTheSame(dividend.drpRate(), parcel.price(), 4))
+      return dividendDescription(dividend.code(), dividend.rate(), dividend.number());
   return String();
 }
 
-void SharePortfolioUser::removeSale(const XMLElement& sale) {
-  XMLElement& stock = *sale.parent();
-  if (const auto place = indexOf(stock, u"SellEvents", sale))
-    stock.removeSubElement(u"SellEvents", *place);
-  if (stock.numSubElements(u"SellEvents") > 0)
-    return;
-  XMLElement& stocks = m_portfolio.subElement(u"SoldShares");
-  if (const auto place = indexOf(stocks, u"SoldShares", stock))
-    stocks.removeSubElement(u"SoldShares", *place);
+void SharePortfolioUser::removeSale(const XMLSellEvent& sale) {
+  auto& stock = elementAs<XMLSoldShare>(*sale.parent());
+  stock.sales().remove(sale);
+  if (stock.sales().empty())
+    m_portfolio.soldShares().remove(stock);
 }
 
 } // namespace Tallymoor

@@ -6,119 +6,100 @@
 #include "engine/SuspectedSplit.h"
 #include "foundation/RunTimeSettings.h"
 #include "xml/PortfolioRecords.h"
-#include <cmath>
+#include <algorithm>
+#include <set>
 
 namespace Tallymoor {
 
 namespace {
 
-bool wasHeldBefore(const XMLElement& parcel, const Date& date) {
-  return dateValue(parcel, u"BuyDate") < date;
+bool wasHeldAcross(const XMLBuyEvent& parcel, const Date& date) {
+  return parcel.bought() < date;
 }
 
-bool wasHeldAcross(const XMLElement& sale, const Date& date) {
-  return wasHeldBefore(sale, date) && dateValue(sale, u"SellDate") > date;
+bool wasHeldAcross(const XMLSellEvent& sale, const Date& date) {
+  return sale.bought() < date && sale.sold() > date;
 }
 
-bool anyAdjustmentOn(const XMLElement* stock, std::u16string_view events, const Date& date) {
-  if (!stock)
-    return false;
-  for (std::size_t i = 0; i < stock->numSubElements(events); ++i)
-    if (findAdjustment(stock->subElement(events, i), date))
-      return true;
-  return false;
+template <class Parcel>
+bool anyAdjustmentOn(const ElementList<Parcel>& parcels, const Date& date) {
+  return std::any_of(parcels.begin(), parcels.end(),
+                     [&date](const Parcel& parcel) { return findAdjustment(parcel, date); });
 }
 
-/// Copies from a stock's parcels or sales the splits between the two days, the last one included, that the
-/// event does not know.
-void takeSplitsOf(const XMLElement& stock, std::u16string_view events, XMLElement& event, const Date& after,
-                  const Date& last) {
-  for (std::size_t i = 0; i < stock.numSubElements(events); ++i) {
-    const XMLElement& other = stock.subElement(events, i);
-    const std::size_t known = event.numSubElements(u"Adjustments"); // what follows comes from this one
-    for (std::size_t j = 0; j < other.numSubElements(u"Adjustments"); ++j) {
-      const XMLElement& adjustment = other.subElement(u"Adjustments", j);
-      const Date start = dateValue(adjustment, u"StartDate");
-      if (start > after && start <= last && findAdjustment(event, start).value_or(known) >= known)
-        event.addSubElement(adjustment.clone(&newElement<XMLSplitAdjustment>), u"Adjustments");
-    }
-  }
+template <class Parcel>
+bool allAdjusted(const ElementList<Parcel>& parcels, const Date& date) {
+  return std::all_of(parcels.begin(), parcels.end(), [&date](const Parcel& parcel) {
+    return !wasHeldAcross(parcel, date) || findAdjustment(parcel, date);
+  });
+}
+
+/// Copies the splits between the two days, the last one included, that the parcel does not know from another.
+void takeSplitsOf(const XMLParcel& other, XMLParcel& parcel, const Date& after, const Date& last) {
+  if (&other == &parcel)
+    return;
+  std::set<String> known; // what is added comes from this one
+  for (const XMLSplitAdjustment& adjustment : parcel.adjustments())
+    known.insert(adjustment.dayLeaf().value());
+  for (const XMLSplitAdjustment& adjustment : other.adjustments())
+    if (const Date start = adjustment.day();
+        start > after && start <= last && !known.contains(dayText(start)))
+      parcel.adjustments().addCopy(adjustment);
 }
 
 /// Puts the factors in the place of what is noted for the day.
-void noteFactors(SharePortfolioUser& portfolio, XMLElement& event, const Date& date,
-                 const std::vector<std::int32_t>& factors) {
+void noteFactors(XMLParcel& parcel, const Date& date, const std::vector<std::int32_t>& factors) {
   const String day = dayText(date);
+  const auto adjustments = parcel.adjustments();
   std::size_t noted = 0;
-  for (std::size_t i = 0; i < event.numSubElements(u"Adjustments");) {
-    XMLElement& adjustment = event.subElement(u"Adjustments", i);
-    if (!(textValue(adjustment, u"StartDate") == day)) {
+  for (std::size_t i = 0; i < adjustments.size();) {
+    XMLSplitAdjustment& adjustment = adjustments[i];
+    if (adjustment.dayLeaf().value() != day) {
       ++i;
     } else if (noted < factors.size()) {
-      portfolio.setAdjustment(adjustment, date, factors[noted++], false);
+      adjustment.set(date, factors[noted++]);
       ++i;
     } else {
-      event.removeSubElement(u"Adjustments", i);
+      adjustments.remove(adjustment);
     }
   }
   for (; noted < factors.size(); ++noted)
-    portfolio.setAdjustment(event.addSubElement(new XMLSplitAdjustment, u"Adjustments"), date, factors[noted],
-                            false);
+    adjustments.add().set(date, factors[noted]);
+}
+
+template <class Parcel>
+void noteFactorsAcross(const ElementList<Parcel>& parcels, const Date& date,
+                       const std::vector<std::int32_t>& factors) {
+  for (Parcel& parcel : parcels)
+    if (wasHeldAcross(parcel, date))
+      noteFactors(parcel, date, factors);
 }
 
 } // namespace
 
-void SharePortfolioUser::adjustedBuyEvent(const XMLElement& event, const Date& date, double& number,
-                                          double& price, bool numberOnly) const {
-  const SharesAt shares = sharesOn(event, date);
-  number = shares.number;
-  if (!numberOnly)
-    price = shares.price;
+SharesAt SharePortfolioUser::adjustedBuyEvent(const XMLBuyEvent& event, const Date& date) const {
+  return sharesOn(event, date);
 }
 
-void SharePortfolioUser::adjustedSellEvent(const XMLElement& event, const Date& date, double& number,
-                                           double& price) const {
+SharesAt SharePortfolioUser::adjustedSellEvent(const XMLSellEvent& event, const Date& date) const {
   // A day on which no split counts leaves number and price as recorded.
-  const SharesAt shares = sharesOn(event, wasHeldAcross(event, date) ? date : dateValue(event, u"BuyDate"));
-  number = shares.number;
-  price = shares.price;
-}
-
-void SharePortfolioUser::applyAdjustment(const XMLElement& adjustment, const Date& date, double& number,
-                                         double& price) const {
-  if (dateValue(adjustment, u"StartDate") > date)
-    return;
-  SharesAt shares{number, price};
-  applyFactor(longValue(adjustment, u"Factor"), shares);
-  number = shares.number;
-  price = shares.price;
+  return sharesOn(event, wasHeldAcross(event, date) ? date : event.bought());
 }
 
 bool SharePortfolioUser::hasHeldAdjustment(const String& code, const Date& date) const {
-  std::size_t index = 0;
-  return anyAdjustmentOn(findHeldShare(code, index), u"BuyEvents", date);
+  const XMLHeldShare* held = findHeldShare(code);
+  return held && anyAdjustmentOn(held->parcels(), date);
 }
 
 bool SharePortfolioUser::hasSoldAdjustment(const String& code, const Date& date) const {
-  std::size_t index = 0;
-  return anyAdjustmentOn(findSoldShare(code, index), u"SellEvents", date);
+  const XMLSoldShare* sold = findSoldShare(code);
+  return sold && anyAdjustmentOn(sold->sales(), date);
 }
 
 bool SharePortfolioUser::isAdjusted(const String& code, const Date& date) const {
-  std::size_t index = 0;
-  if (const XMLElement* held = findHeldShare(code, index))
-    for (std::size_t i = 0; i < held->numSubElements(u"BuyEvents"); ++i) {
-      const XMLElement& parcel = held->subElement(u"BuyEvents", i);
-      if (wasHeldBefore(parcel, date) && !findAdjustment(parcel, date))
-        return false;
-    }
-  if (const XMLElement* sold = findSoldShare(code, index))
-    for (std::size_t i = 0; i < sold->numSubElements(u"SellEvents"); ++i) {
-      const XMLElement& sale = sold->subElement(u"SellEvents", i);
-      if (wasHeldAcross(sale, date) && !findAdjustment(sale, date))
-        return false;
-    }
-  return true;
+  const XMLHeldShare* held = findHeldShare(code);
+  const XMLSoldShare* sold = findSoldShare(code);
+  return (!held || allAdjusted(held->parcels(), date)) && (!sold || allAdjusted(sold->sales(), date));
 }
 
 void SharePortfolioUser::recordAdjustment(const String& code, const Date& date, std::int32_t factor,
@@ -128,58 +109,41 @@ void SharePortfolioUser::recordAdjustment(const String& code, const Date& date, 
 
 void SharePortfolioUser::recordAdjustments(const String& code, const Date& date,
                                            const std::vector<std::int32_t>& factors) {
-  std::size_t index = 0;
-  if (XMLElement* held = findHeldShare(code, index))
-    for (std::size_t i = 0; i < held->numSubElements(u"BuyEvents"); ++i) {
-      XMLElement& parcel = held->subElement(u"BuyEvents", i);
-      if (wasHeldBefore(parcel, date))
-        noteFactors(*this, parcel, date, factors);
-    }
-  if (XMLElement* sold = findSoldShare(code, index))
-    for (std::size_t i = 0; i < sold->numSubElements(u"SellEvents"); ++i) {
-      XMLElement& sale = sold->subElement(u"SellEvents", i);
-      if (wasHeldAcross(sale, date))
-        noteFactors(*this, sale, date, factors);
-    }
+  if (XMLHeldShare* held = findHeldShare(code))
+    noteFactorsAcross(held->parcels(), date, factors);
+  if (XMLSoldShare* sold = findSoldShare(code))
+    noteFactorsAcross(sold->sales(), date, factors);
   mendOldSales();
 }
 
 void SharePortfolioUser::mendOldSales() {
   const OldSales old(m_portfolio);
-  XMLElement& stocks = m_portfolio.subElement(u"SoldShares");
-  for (std::size_t i = 0; i < stocks.numSubElements(u"SoldShares"); ++i) {
-    XMLElement& stock = stocks.subElement(u"SoldShares", i);
-    for (std::size_t j = 0; j < stock.numSubElements(u"SellEvents"); ++j) {
-      XMLElement& sale = stock.subElement(u"SellEvents", j);
-      if (old.mend(sale, textValue(stock, u"Code")))
-        m_capitalRecord.recomputeFrom(dateValue(sale, u"BuyDate"));
-    }
-  }
+  for (XMLSoldShare& stock : m_portfolio.soldShares())
+    for (XMLSellEvent& sale : stock.sales())
+      if (old.mend(sale))
+        m_capitalRecord.recomputeFrom(sale.bought());
 }
 
-void SharePortfolioUser::takeSplitsBetween(XMLElement& event, const String& code, const Date& bought,
-                                           const Date& last) {
-  for (std::size_t i = event.numSubElements(u"Adjustments"); i-- > 0;) {
-    const Date start = dateValue(event.subElement(u"Adjustments", i), u"StartDate");
-    if (start <= bought || start > last)
-      event.removeSubElement(u"Adjustments", i);
-  }
-  takeKnownSplits(event, code, bought, last);
+void SharePortfolioUser::takeSplitsBetween(XMLParcel& parcel, const Date& bought, const Date& last) {
+  const auto adjustments = parcel.adjustments();
+  for (std::size_t i = adjustments.size(); i-- > 0;)
+    if (const Date start = adjustments[i].day(); start <= bought || start > last)
+      adjustments.remove(adjustments[i]);
+  takeKnownSplits(parcel, bought, last);
 }
 
-void SharePortfolioUser::takeKnownSplits(XMLElement& event, const String& code, const Date& after,
-                                         const Date& last) {
-  std::size_t index = 0;
-  if (const XMLElement* held = findHeldShare(code, index))
-    takeSplitsOf(*held, u"BuyEvents", event, after, last);
-  if (const XMLElement* sold = findSoldShare(code, index))
-    takeSplitsOf(*sold, u"SellEvents", event, after, last);
+void SharePortfolioUser::takeKnownSplits(XMLParcel& parcel, const Date& after, const Date& last) {
+  if (const XMLHeldShare* held = findHeldShare(parcel.code()))
+    for (const XMLBuyEvent& other : held->parcels())
+      takeSplitsOf(other, parcel, after, last);
+  if (const XMLSoldShare* sold = findSoldShare(parcel.code()))
+    for (const XMLSellEvent& other : sold->sales())
+      takeSplitsOf(other, parcel, after, last);
 }
 
-void SharePortfolioUser::setAdjustment(XMLElement& adjustment, const Date& date, std::int32_t factor,
+void SharePortfolioUser::setAdjustment(XMLSplitAdjustment& adjustment, const Date& date, std::int32_t factor,
                                        bool reverse) {
-  adjustment.subElement(u"StartDate").setValue(dayText(date));
-  adjustment.subElement(u"Factor").setValue(String::fromLong(reverse ? -std::int64_t(factor) : factor));
+  adjustment.set(date, reverse ? -std::int64_t(factor) : factor);
 }
 
 double SharePortfolioUser::priceWithSplitCheck(const String& code, const Date& date) {

@@ -2,7 +2,6 @@
 #include "engine/Gains.h"
 #include "engine/RecordedSplits.h"
 #include "engine/SplitTerms.h"
-#include "engine/UnreadableDates.h"
 #include "foundation/Amounts.h"
 #include "foundation/Exception.h"
 #include "market/TallymoorInternet.h"
@@ -15,19 +14,19 @@
 
 namespace Tallymoor {
 
-SharePortfolioUser::SharePortfolioUser(XMLElement& portfolio)
-    : m_portfolio(portfolio), m_capitalRecord(textValue(portfolio, u"Name")) {}
+SharePortfolioUser::SharePortfolioUser(XMLSharePortfolio& portfolio)
+    : m_portfolio(portfolio), m_capitalRecord(portfolio.portfolioName()) {}
 
 SharePortfolioUser::~SharePortfolioUser() = default;
 
 const String& SharePortfolioUser::name() const {
-  return textValue(m_portfolio, u"Name");
+  return m_portfolio.portfolioName();
 }
 
 void SharePortfolioUser::rename(const String& newName) {
   forgetCashWarning();
   m_capitalRecord.rename(newName);
-  m_portfolio.subElement(u"Name").setValue(newName);
+  m_portfolio.setPortfolioName(newName);
 }
 
 void SharePortfolioUser::removeFiles() {
@@ -35,9 +34,7 @@ void SharePortfolioUser::removeFiles() {
 }
 
 String SharePortfolioUser::comparisonIndex() const {
-  if (m_portfolio.numSubElements(u"ComparisonIndex") == 0)
-    return String();
-  return textValue(m_portfolio, u"ComparisonIndex");
+  return m_portfolio.comparisonIndex();
 }
 
 bool SharePortfolioUser::hasComparisonIndex() const {
@@ -45,38 +42,18 @@ bool SharePortfolioUser::hasComparisonIndex() const {
 }
 
 void SharePortfolioUser::setComparisonIndex(const String& code) {
-  const String index = code; // the code may be the very text that is about to go
   m_indexTrends.clear();
-  m_portfolio.removeSubElements(u"ComparisonIndex");
-  if (!index.empty())
-    m_portfolio.addSubElement(new XMLString, u"ComparisonIndex").setValue(index);
+  m_portfolio.setComparisonIndex(code);
 }
 
 namespace {
 
-/// The stock of a code in one of the portfolio's two lists; Element is XMLElement or const XMLElement.
-template <class Element>
-Element* findStock(Element& stocks, std::u16string_view reference, const String& code, std::size_t& index) {
-  const std::size_t count = stocks.numSubElements(reference);
-  for (std::size_t i = 0; i < count; ++i) {
-    Element& stock = stocks.subElement(reference, i);
-    if (textValue(stock, u"Code") == code) {
-      index = i;
-      return &stock;
-    }
-  }
-  return nullptr;
-}
-
-/// Calls with each event of each stock of one of the portfolio's two lists.
-template <class Use>
-void forEachEvent(const XMLElement& stocks, std::u16string_view stockReference,
-                  std::u16string_view eventReference, Use use) {
-  for (std::size_t i = 0; i < stocks.numSubElements(stockReference); ++i) {
-    const XMLElement& stock = stocks.subElement(stockReference, i);
-    for (std::size_t j = 0; j < stock.numSubElements(eventReference); ++j)
-      use(stock.subElement(eventReference, j));
-  }
+/// The stock of a code in one of the portfolio's two lists; null when it is not there.
+template <class Stock>
+Stock* findStock(const ElementList<Stock>& stocks, const String& code) {
+  const auto found = std::find_if(stocks.begin(), stocks.end(),
+                                  [&code](const Stock& stock) { return stock.code() == code; });
+  return found == stocks.end() ? nullptr : &*found;
 }
 
 /// Keeps the price of the day that lies nearest to another; the first one wins a tie.
@@ -84,13 +61,12 @@ class NearestPrice {
 public:
   explicit NearestPrice(const Date& date) : m_date(date), m_day(date) {}
 
-  void offer(const XMLElement& event, std::u16string_view day, std::u16string_view price) {
-    const Date offered = dateValue(event, day);
-    const int distance = std::abs(m_date.daysSince(offered));
+  void offer(const Date& day, double price) {
+    const int distance = std::abs(m_date.daysSince(day));
     if (distance < m_distance) {
       m_distance = distance;
-      m_day = offered;
-      m_price = doubleValue(event, price);
+      m_day = day;
+      m_price = price;
     }
   }
 
@@ -106,15 +82,13 @@ private:
 
 NearestPrice nearestTransaction(const SharePortfolioUser& portfolio, const String& code, const Date& date) {
   NearestPrice nearest(date);
-  std::size_t index = 0;
-  if (const XMLElement* held = portfolio.findHeldShare(code, index))
-    for (std::size_t i = 0; i < held->numSubElements(u"BuyEvents"); ++i)
-      nearest.offer(held->subElement(u"BuyEvents", i), u"BuyDate", u"BuyPrice");
-  if (const XMLElement* sold = portfolio.findSoldShare(code, index))
-    for (std::size_t i = 0; i < sold->numSubElements(u"SellEvents"); ++i) {
-      const XMLElement& sale = sold->subElement(u"SellEvents", i);
-      nearest.offer(sale, u"BuyDate", u"BuyPrice");
-      nearest.offer(sale, u"SellDate", u"SellPrice");
+  if (const XMLHeldShare* held = portfolio.findHeldShare(code))
+    for (const XMLBuyEvent& parcel : held->parcels())
+      nearest.offer(parcel.bought(), parcel.price());
+  if (const XMLSoldShare* sold = portfolio.findSoldShare(code))
+    for (const XMLSellEvent& sale : sold->sales()) {
+      nearest.offer(sale.bought(), sale.price());
+      nearest.offer(sale.sold(), sale.sellPrice());
     }
   return nearest;
 }
@@ -130,20 +104,20 @@ DayPrice dayPriceOf(const KnownClose& close) {
 
 } // namespace
 
-XMLElement* SharePortfolioUser::findHeldShare(const String& code, std::size_t& index) {
-  return findStock(m_portfolio.subElement(u"HeldShares"), u"HeldShares", code, index);
+XMLHeldShare* SharePortfolioUser::findHeldShare(const String& code) {
+  return findStock(m_portfolio.heldShares(), code);
 }
 
-const XMLElement* SharePortfolioUser::findHeldShare(const String& code, std::size_t& index) const {
-  return findStock(std::as_const(m_portfolio).subElement(u"HeldShares"), u"HeldShares", code, index);
+const XMLHeldShare* SharePortfolioUser::findHeldShare(const String& code) const {
+  return findStock(portfolio().heldShares(), code);
 }
 
-XMLElement* SharePortfolioUser::findSoldShare(const String& code, std::size_t& index) {
-  return findStock(m_portfolio.subElement(u"SoldShares"), u"SoldShares", code, index);
+XMLSoldShare* SharePortfolioUser::findSoldShare(const String& code) {
+  return findStock(m_portfolio.soldShares(), code);
 }
 
-const XMLElement* SharePortfolioUser::findSoldShare(const String& code, std::size_t& index) const {
-  return findStock(std::as_const(m_portfolio).subElement(u"SoldShares"), u"SoldShares", code, index);
+const XMLSoldShare* SharePortfolioUser::findSoldShare(const String& code) const {
+  return findStock(portfolio().soldShares(), code);
 }
 
 Date SharePortfolioUser::portfolioStartDate() const {
@@ -152,14 +126,14 @@ Date SharePortfolioUser::portfolioStartDate() const {
     if (!earliest || date < *earliest)
       earliest = date;
   };
-  const auto considerPurchase = [&consider](const XMLElement& event) {
-    consider(dateValue(event, u"BuyDate"));
-  };
-  forEachEvent(m_portfolio.subElement(u"HeldShares"), u"HeldShares", u"BuyEvents", considerPurchase);
-  forEachEvent(m_portfolio.subElement(u"SoldShares"), u"SoldShares", u"SellEvents", considerPurchase);
-  const XMLElement& reserve = m_portfolio.subElement(u"CashReserve");
-  for (std::size_t i = 0; i < reserve.numSubElements(u"CashEvents"); ++i)
-    consider(dateValue(reserve.subElement(u"CashEvents", i), u"Date"));
+  for (const XMLHeldShare& stock : portfolio().heldShares())
+    for (const XMLBuyEvent& parcel : stock.parcels())
+      consider(parcel.bought());
+  for (const XMLSoldShare& stock : portfolio().soldShares())
+    for (const XMLSellEvent& sale : stock.sales())
+      consider(sale.bought());
+  for (const XMLCashEvent& event : portfolio().cashEvents())
+    consider(event.day());
   return earliest.value_or(Date());
 }
 
@@ -168,13 +142,12 @@ double SharePortfolioUser::numHeld(const String& code) const {
 }
 
 double SharePortfolioUser::numHeld(const String& code, const Date& day) const {
-  std::size_t index = 0;
-  const XMLElement* stock = findHeldShare(code, index);
+  const XMLHeldShare* stock = findHeldShare(code);
   if (!stock)
     return 0.0;
   double sum = 0.0;
-  for (std::size_t i = 0; i < stock->numSubElements(u"BuyEvents"); ++i)
-    if (const XMLElement& parcel = stock->subElement(u"BuyEvents", i); !isSetAside(parcel, u"BuyDate"))
+  for (const XMLBuyEvent& parcel : stock->parcels())
+    if (!parcel.isSetAside())
       sum += sharesOn(parcel, day).number;
   return sum;
 }

@@ -3,7 +3,6 @@
 #include "engine/SharePortfolioCapitalRecordUser.h"
 #include "foundation/Date.h"
 #include "foundation/String.h"
-#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -12,7 +11,15 @@
 namespace Tallymoor {
 
 class SuspectedSplit;
-class XMLElement;
+class XMLBuyEvent;
+class XMLCashEvent;
+class XMLDividendEvent;
+class XMLHeldShare;
+class XMLParcel;
+class XMLSellEvent;
+class XMLSharePortfolio;
+class XMLSoldShare;
+class XMLSplitAdjustment;
 struct CashEntryKey;
 struct SharesAt;
 
@@ -22,8 +29,7 @@ struct SharesAt;
 ///
 /// Values pass through text on each store: 2 decimals for money and numbers of shares, 4 for prices, 6 for
 /// dividend rates. Records have no keys: a purchase or sale finds its cash entry again because the texts of
-/// date, amount, type and code agree. Events are passed as elements of the tree (BuyEvent, SellEvent,
-/// CashEvent, DividendEvent) and told apart by identity.
+/// date, amount, type and code agree. Events are passed as elements of the tree and told apart by identity.
 ///
 /// Used on the GUI thread, under the big mutex.
 class SharePortfolioUser {
@@ -39,7 +45,7 @@ public:
   static void setCashWatcher(CashWatcher* watcher);
 
   /// The portfolio element must outlive this object. Reads the capital record under the portfolio's name.
-  explicit SharePortfolioUser(XMLElement& portfolio);
+  explicit SharePortfolioUser(XMLSharePortfolio& portfolio);
   ~SharePortfolioUser();
   SharePortfolioUser(const SharePortfolioUser&) = delete;
   SharePortfolioUser& operator=(const SharePortfolioUser&) = delete;
@@ -49,8 +55,8 @@ public:
   /// file name, so the caller cleans it. Throws Exception and changes nothing when the
   /// file can't be written.
   void rename(const String& newName);
-  XMLElement& portfolio() { return m_portfolio; }
-  const XMLElement& portfolio() const { return m_portfolio; }
+  XMLSharePortfolio& portfolio() { return m_portfolio; }
+  const XMLSharePortfolio& portfolio() const { return m_portfolio; }
   SharePortfolioCapitalRecordUser& capitalRecord() { return m_capitalRecord; }
   const SharePortfolioCapitalRecordUser& capitalRecord() const { return m_capitalRecord; }
   /// Removes the portfolio's own files; for a portfolio that is about to be deleted.
@@ -64,11 +70,12 @@ public:
 
   // ---- Finding ----
 
-  /// Null when the code is not held; otherwise its place among the held shares is filled in.
-  XMLElement* findHeldShare(const String& code, std::size_t& index);
-  const XMLElement* findHeldShare(const String& code, std::size_t& index) const;
-  XMLElement* findSoldShare(const String& code, std::size_t& index);
-  const XMLElement* findSoldShare(const String& code, std::size_t& index) const;
+  /// Null when the code is not held.
+  XMLHeldShare* findHeldShare(const String& code);
+  const XMLHeldShare* findHeldShare(const String& code) const;
+  /// Null when nothing was sold of the code.
+  XMLSoldShare* findSoldShare(const String& code);
+  const XMLSoldShare* findSoldShare(const String& code) const;
   /// Earliest purchase (of held or sold shares) or cash event; today when there is nothing.
   Date portfolioStartDate() const;
   /// Split-adjusted number of shares of the code as of today, without purchases that are set aside for their
@@ -114,8 +121,8 @@ public:
   void buyShares(const String& code, const Date& date, double number, double price, double brokerage,
                  const String& comment);
   /// Stores the parcel only, with no cash entry.
-  XMLElement& addBuyEvent(const String& code, const Date& date, double number, double price, double brokerage,
-                          const String& comment);
+  XMLBuyEvent& addBuyEvent(const String& code, const Date& date, double number, double price,
+                           double brokerage, const String& comment);
   /// Takes the number from the parcels in their stored order, from the first or from the last, whatever their
   /// dates; each parcel gives a sale and a cash entry, the first of which bears the whole brokerage. What the
   /// parcels can't supply is dropped. Throws Exception when the stock is not held.
@@ -137,24 +144,24 @@ public:
   /// purchase, were found and removed; one that is found alone is removed all the same.
   bool deleteSellEvent(const String& code, const Date& date, double number);
   /// The same for a sale of this portfolio (see SaleDeletion for what it will do).
-  bool deleteSale(const XMLElement& sale);
+  bool deleteSale(const XMLSellEvent& sale);
   /// Deletes the sale alone, with its own cash entry, and gives its shares back: to the rest of their
   /// purchase where that is still held, else as a parcel among the others by its day. The purchase's cash
   /// entry stays. Only the comment of a purchase that was sold whole is not known any more, and the limits of
   /// a stock that was. True if the cash entry was found.
-  bool undoSale(const XMLElement& sale);
+  bool undoSale(const XMLSellEvent& sale);
   /// Stores the new values (an empty comment leaves the old one) and lets the cash entry of the old cost and
   /// date follow. True if that was found.
-  bool editBuyEvent(XMLElement& event, const Date& date, double number, double price, double brokerage,
+  bool editBuyEvent(XMLBuyEvent& event, const Date& date, double number, double price, double brokerage,
                     const String& comment, double oldCost, const Date& oldDate);
   /// Likewise for a sale; the old amounts and dates are read from the event. True if both cash entries were
   /// found; one that is found alone follows all the same.
-  bool editSellEvent(XMLElement& event, const Date& buyDate, const Date& sellDate, double number,
+  bool editSellEvent(XMLSellEvent& event, const Date& buyDate, const Date& sellDate, double number,
                      double buyPrice, double sellPrice, double buyBrokerage, double sellBrokerage,
                      const String& comment);
   /// Alarm limits of a held stock; 0 means none.
-  void setMinMax(XMLElement& heldShare, double min, double max);
-  void setPortfolioMax(XMLElement& heldShare, double value);
+  void setMinMax(XMLHeldShare& heldShare, double min, double max);
+  void setPortfolioMax(XMLHeldShare& heldShare, double value);
 
   // ---- Dividends and cash ----
 
@@ -164,10 +171,10 @@ public:
   /// Types 2 and 5 (debit, withdrawal). The value is positive here too: the type alone gives the sign.
   void debitCash(const Date& date, double value, std::int32_t type, const String& description);
   /// Overwrites all but the type. A value that is negative already may stay so.
-  void editCashEvent(XMLElement& event, const Date& newDate, const Date& oldDate, double value,
+  void editCashEvent(XMLCashEvent& event, const Date& newDate, const Date& oldDate, double value,
                      const String& description);
   /// An event that is none of this portfolio's does nothing.
-  void deleteCashEvent(const XMLElement& event);
+  void deleteCashEvent(const XMLCashEvent& event);
   /// Records a dividend. With drpShares it was reinvested and makes a parcel at drpRate, without brokerage
   /// and without a cash entry; else it makes a cash entry of the gross amount. The tax withheld is only
   /// noted.
@@ -178,12 +185,12 @@ public:
   /// follow. oldValue is the cash entry's amount, 0.0 when the dividend was reinvested; oldDRPShares and
   /// oldBuyPrice find the parcel of a reinvested one. False if the old cash entry or parcel was not found: a
   /// dividend that changes between cash and shares is then paid in the new way all the same.
-  bool editDividend(XMLElement& event, const String& code, const Date& date, double numHeld, double rate,
-                    std::int32_t percentFranked, double drpShares, double drpRate,
+  bool editDividend(XMLDividendEvent& event, const String& code, const Date& date, double numHeld,
+                    double rate, std::int32_t percentFranked, double drpShares, double drpRate,
                     const String& foreignDividend, double withholdingTax, double oldDRPShares,
                     double oldBuyPrice, double oldValue, const Date& oldDate);
   /// True if the cash entry or parcel of the dividend was found and removed.
-  bool deleteDividend(const XMLElement& event);
+  bool deleteDividend(const XMLDividendEvent& event);
   /// Brings the capital record up to date and warns, once a run, of a negative cash reserve; takes the
   /// warning back when the reserve no longer is. Reports failures itself. Does nothing in a background pass.
   void checkCashReserve();
@@ -192,12 +199,10 @@ public:
 
   // ---- Share splits ----
 
-  /// Number and price of a parcel as of the day. With numberOnly the price is left alone.
-  void adjustedBuyEvent(const XMLElement& event, const Date& date, double& number, double& price,
-                        bool numberOnly = false) const;
+  /// Number and price of a parcel as of the day.
+  SharesAt adjustedBuyEvent(const XMLBuyEvent& event, const Date& date) const;
   /// The same for a sold parcel; adjustments apply only to days on which it was held.
-  void adjustedSellEvent(const XMLElement& event, const Date& date, double& number, double& price) const;
-  void applyAdjustment(const XMLElement& adjustment, const Date& date, double& number, double& price) const;
+  SharesAt adjustedSellEvent(const XMLSellEvent& event, const Date& date) const;
   /// True if any parcel of the code has an adjustment that starts on that very day.
   bool hasHeldAdjustment(const String& code, const Date& date) const;
   bool hasSoldAdjustment(const String& code, const Date& date) const;
@@ -209,7 +214,7 @@ public:
   void recordAdjustment(const String& code, const Date& date, std::int32_t factor, bool reverse);
   /// The same for several factors that count together: 3 and -2 for three shares that two became.
   void recordAdjustments(const String& code, const Date& date, const std::vector<std::int32_t>& factors);
-  void setAdjustment(XMLElement& adjustment, const Date& date, std::int32_t factor, bool reverse);
+  void setAdjustment(XMLSplitAdjustment& adjustment, const Date& date, std::int32_t factor, bool reverse);
   /// Puts sales of an earlier version into the terms of their purchase (OldSales); the days since those
   /// purchases are computed again at the next update. Called for records that were read from a file.
   void mendOldSales();
@@ -241,18 +246,18 @@ private:
 
   double gainSince(const Date& then) const;
   double indexGainSince(const Date& then) const;
-  XMLElement* findParcel(XMLElement& stock, const Date& date, double number) const;
-  void removeParcel(XMLElement& stock, const XMLElement& parcel);
-  double sellFromBuyEvent(XMLElement& stock, XMLElement& parcel, double wanted, const Sale& sale);
-  XMLElement& addSellEvent(const String& code);
-  void storeSoldShares(XMLElement& sale, const Date& buyDate, const Date& sellDate, const SharesAt& shares,
+  XMLBuyEvent* findParcel(XMLHeldShare& stock, const Date& date, double number) const;
+  void removeParcel(XMLHeldShare& stock, const XMLBuyEvent& parcel);
+  double sellFromBuyEvent(XMLHeldShare& stock, XMLBuyEvent& parcel, double wanted, const Sale& sale);
+  XMLSellEvent& addSellEvent(const String& code);
+  void storeSoldShares(XMLSellEvent& sale, const Date& buyDate, const Date& sellDate, const SharesAt& shares,
                        bool recordedAsSold);
-  void removeSale(const XMLElement& sale);
-  XMLElement& heldShareFor(const String& code);
-  void giveBack(const XMLElement& sale, const XMLElement* rest);
-  XMLElement& parcelOfSale(const XMLElement& sale);
-  String boughtComment(const XMLElement& sale, const XMLElement& parcel) const;
-  String reinvestmentComment(const XMLElement& parcel) const;
+  void removeSale(const XMLSellEvent& sale);
+  XMLHeldShare& heldShareFor(const String& code);
+  void giveBack(const XMLSellEvent& sale, const XMLBuyEvent* rest);
+  XMLBuyEvent& parcelOfSale(const XMLSellEvent& sale);
+  String boughtComment(const XMLSellEvent& sale, const XMLBuyEvent& parcel) const;
+  String reinvestmentComment(const XMLBuyEvent& parcel) const;
   void addCashEvent(const Date& date, double value, std::int32_t type, const String& description);
   bool moveCashEntry(const CashEntryKey& key, double oldValue, const Date& date, double value,
                      const String& description);
@@ -260,19 +265,19 @@ private:
   String cashWarningKey() const { return name() + u"CRW"; }
   void payDividend(const Dividend& dividend);
   bool moveCashDividend(const CashEntryKey& key, double oldValue, const Dividend& now);
-  void moveReinvestment(const String& oldCode, XMLElement* stock, XMLElement* parcel, const Dividend& now);
+  void moveReinvestment(const String& oldCode, XMLHeldShare* stock, XMLBuyEvent* parcel, const Dividend& now);
   bool removeCashDividend(const Dividend& dividend);
   bool removeReinvestment(const Dividend& dividend);
-  /// Adds the splits after the one day, up to the other, that an event of the stock knows and this one does
+  /// Adds the splits after the one day, up to the other, that a parcel of the stock knows and this one does
   /// not.
-  void takeKnownSplits(XMLElement& event, const String& code, const Date& after, const Date& last);
-  /// Leaves the event the splits after its purchase, up to the last day, that any event of the stock knows.
-  void takeSplitsBetween(XMLElement& event, const String& code, const Date& bought, const Date& last);
+  void takeKnownSplits(XMLParcel& parcel, const Date& after, const Date& last);
+  /// Leaves the parcel the splits after its purchase, up to the last day, that any of its stock knows.
+  void takeSplitsBetween(XMLParcel& parcel, const Date& bought, const Date& last);
   std::optional<DayPrice> marketPrice(const String& code, const Date& date, bool upTo) const;
   DayPrice standInPrice(const String& code, const Date& date) const;
   bool askForSplit(const String& code, const Date& date, const SuspectedSplit& split);
 
-  XMLElement& m_portfolio;
+  XMLSharePortfolio& m_portfolio;
   SharePortfolioCapitalRecordUser m_capitalRecord;
   std::map<int, std::map<Date, double>> m_indexTrends; ///< moving averages by period in days, then day
 };

@@ -118,10 +118,6 @@ std::vector<UnreadableDate> setAsideUnreadableDates(XMLPortfolios& records) {
   return std::move(search.found);
 }
 
-bool isSetAside(const XMLElement& event, std::u16string_view date) {
-  return elementAs<XMLDate>(event.subElement(date)).isSetAside();
-}
-
 String unreadableDatesText(const std::vector<UnreadableDate>& dates, std::string_view fileContent) {
   if (dates.empty())
     return String();

@@ -5,7 +5,6 @@
 
 namespace Tallymoor {
 
-class XMLElement;
 class XMLPortfolios;
 
 // A file of records that was edited by hand, or damaged, may hold a date that is none. It must cost no more
@@ -23,10 +22,6 @@ struct UnreadableDate {
 /// Sets all unreadable dates of the records aside and tells of them, of those from earlier runs, too. Dates
 /// that have been put right since then count again.
 std::vector<UnreadableDate> setAsideUnreadableDates(XMLPortfolios& records);
-
-/// True for a purchase, sale, dividend or cash entry whose date of this name is set aside, so that no figure
-/// counts it.
-bool isSetAside(const XMLElement& event, std::u16string_view date);
 
 /// What the user is told: each date with portfolio, stock, and line in the file of which the content is
 /// given. Empty when there is none.

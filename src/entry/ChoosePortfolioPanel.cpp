@@ -3,13 +3,14 @@
 #include "widgets/FormRows.h"
 #include "widgets/FormTextField.h"
 #include "xml/CleanName.h"
-#include "xml/Leaves.h"
+#include "xml/PortfolioRecords.h"
+#include <algorithm>
 
 namespace Tallymoor {
 
 FXIMPLEMENT(ChoosePortfolioPanel, GUIPanel, nullptr, 0)
 
-ChoosePortfolioPanel::ChoosePortfolioPanel(FXComposite* parent, const XMLElement& records)
+ChoosePortfolioPanel::ChoosePortfolioPanel(FXComposite* parent, const XMLPortfolios& records)
     : GUIPanel(parent, u"Choose a portfolio name", u"Enter the name of a new portfolio to set up"),
       m_records(&records) {
   FormRows rows(this);
@@ -27,10 +28,10 @@ bool ChoosePortfolioPanel::validate() {
 }
 
 bool ChoosePortfolioPanel::isTaken(const String& name) const {
-  for (std::size_t i = 0; i < m_records->numSubElements(u"SharePortfolios"); ++i)
-    if (textValue(m_records->subElement(u"SharePortfolios", i), u"Name") == name)
-      return true;
-  return false;
+  const auto portfolios = m_records->portfolios();
+  return std::any_of(portfolios.begin(), portfolios.end(), [&name](const XMLSharePortfolio& portfolio) {
+    return portfolio.portfolioName() == name;
+  });
 }
 
 String ChoosePortfolioPanel::name() const {

@@ -4,14 +4,14 @@
 namespace Tallymoor {
 
 class FormTextField;
-class XMLElement;
+class XMLPortfolios;
 
 /// Asks for the name of a new portfolio.
 class ChoosePortfolioPanel : public GUIPanel {
   FXDECLARE(ChoosePortfolioPanel)
 public:
   /// The root element of the records, which is only read and outlives the form.
-  ChoosePortfolioPanel(FXComposite* parent, const XMLElement& records);
+  ChoosePortfolioPanel(FXComposite* parent, const XMLPortfolios& records);
 
   /// Cleans the name first, and shows what it then is.
   bool validate() override;
@@ -24,7 +24,7 @@ protected:
 private:
   bool isTaken(const String& name) const;
 
-  const XMLElement* m_records = nullptr;
+  const XMLPortfolios* m_records = nullptr;
   FormTextField* m_name = nullptr;
 };
 

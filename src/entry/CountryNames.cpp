@@ -1,9 +1,9 @@
 #include "entry/CountryNames.h"
 #include "engine/SharePortfolioUser.h"
-#include "entry/OptionalText.h"
 #include "foundation/Constants.h"
 #include "foundation/Exception.h"
 #include "foundation/Platform.h"
+#include "xml/PortfolioRecords.h"
 #include "xml/SmallDocuments.h"
 
 namespace Tallymoor {
@@ -28,11 +28,9 @@ std::set<String> countriesOfResidence() {
 
 std::set<String> likelyCountries(const SharePortfolioUser* portfolio) {
   std::set<String> names = countriesOfResidence();
-  if (portfolio) {
-    const XMLElement& dividends = portfolio->portfolio().subElement(u"Dividends");
-    for (std::size_t i = 0; i < dividends.numSubElements(u"DividendEvents"); ++i)
-      names.insert(optionalText(dividends.subElement(u"DividendEvents", i), u"ForeignDividend"));
-  }
+  if (portfolio)
+    for (const XMLDividendEvent& dividend : portfolio->portfolio().dividends())
+      names.insert(dividend.foreignDividend());
   names.erase(String());
   return names;
 }

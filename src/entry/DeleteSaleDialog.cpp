@@ -8,7 +8,7 @@
 #include "widgets/MessageLayout.h"
 #include "widgets/TextSize.h"
 #include "widgets/ToolkitText.h"
-#include "xml/Leaves.h"
+#include "xml/PortfolioRecords.h"
 
 namespace Tallymoor {
 
@@ -22,9 +22,8 @@ FXIMPLEMENT(DeleteSaleDialog, Dialog, DeleteSaleDialogMap, ARRAYNUMBER(DeleteSal
 
 namespace {
 
-String captionFor(const XMLElement& sale) {
-  return u"Delete the sale of " + textValue(*sale.parent(), u"Code") + u" on " +
-         dateValue(sale, u"SellDate").toString(DATE_DISPLAY_LOCAL);
+String captionFor(const XMLSellEvent& sale) {
+  return u"Delete the sale of " + sale.code() + u" on " + sale.sold().toString(DATE_DISPLAY_LOCAL);
 }
 
 String money(double value) {
@@ -72,7 +71,7 @@ String fitted(const String& text, const FXFont& font) {
 
 } // namespace
 
-DeleteSaleDialog::DeleteSaleDialog(FXWindow* owner, const XMLElement& sale)
+DeleteSaleDialog::DeleteSaleDialog(FXWindow* owner, const XMLSellEvent& sale)
     : Dialog(owner, captionFor(sale), String()) {
   const SaleDeletion deletion(sale);
   m_giveBack = addChoice(ID_GIVE_BACK, u"Give the shares back", ofGivingBack(deletion));

@@ -3,7 +3,7 @@
 
 namespace Tallymoor {
 
-class XMLElement;
+class XMLSellEvent;
 struct SaleDeletion;
 
 /// Says what deleting a recorded sale will do to the cash and the shares, and asks for one of two ways: the
@@ -14,8 +14,8 @@ class DeleteSaleDialog : public Dialog {
 public:
   enum { ID_GIVE_BACK = Dialog::ID_LAST, ID_DELETE_PURCHASE, ID_LAST };
 
-  /// The sale is a SellEvent of a portfolio; only read, and only here.
-  DeleteSaleDialog(FXWindow* owner, const XMLElement& sale);
+  /// The sale belongs to a portfolio; only read, and only here.
+  DeleteSaleDialog(FXWindow* owner, const XMLSellEvent& sale);
 
   /// True when the shares are to be held again.
   bool givesSharesBack() const { return m_giveBack->getCheck() == TRUE; }

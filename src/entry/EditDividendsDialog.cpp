@@ -1,6 +1,6 @@
 #include "entry/EditDividendsDialog.h"
 #include "entry/ReceiveDividendsPanel.h"
-#include "xml/Leaves.h"
+#include "xml/PortfolioRecords.h"
 
 namespace Tallymoor {
 
@@ -8,15 +8,15 @@ FXIMPLEMENT(EditDividendsDialog, Dialog, nullptr, 0)
 
 namespace {
 
-String captionFor(const XMLElement& dividendEvent) {
-  return u"Edit dividend of " + textValue(dividendEvent, u"Code") + u" on " +
-         dateValue(dividendEvent, u"ReceiveDate").toString(DATE_DISPLAY_LOCAL);
+String captionFor(const XMLDividendEvent& dividendEvent) {
+  return u"Edit dividend of " + dividendEvent.code() + u" on " +
+         dividendEvent.received().toString(DATE_DISPLAY_LOCAL);
 }
 
 } // namespace
 
 EditDividendsDialog::EditDividendsDialog(FXWindow* owner, const SharePortfolioUser& portfolio,
-                                         const XMLElement& dividendEvent)
+                                         const XMLDividendEvent& dividendEvent)
     : Dialog(owner, captionFor(dividendEvent), String()),
       m_panel(new ReceiveDividendsPanel(contents(), &portfolio)) {
   m_panel->showDividend(dividendEvent);

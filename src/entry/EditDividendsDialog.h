@@ -5,14 +5,15 @@ namespace Tallymoor {
 
 class ReceiveDividendsPanel;
 class SharePortfolioUser;
-class XMLElement;
+class XMLDividendEvent;
 
 /// Changes a recorded dividend; the caller edits the record from panel() when execute() gives 1.
 class EditDividendsDialog : public Dialog {
   FXDECLARE(EditDividendsDialog)
 public:
-  /// The event is a DividendEvent of the portfolio; only read, and only here.
-  EditDividendsDialog(FXWindow* owner, const SharePortfolioUser& portfolio, const XMLElement& dividendEvent);
+  /// The dividend is one of the portfolio; only read, and only here.
+  EditDividendsDialog(FXWindow* owner, const SharePortfolioUser& portfolio,
+                      const XMLDividendEvent& dividendEvent);
 
   bool validate() override;
   ReceiveDividendsPanel* panel() const { return m_panel; }

@@ -8,12 +8,12 @@ namespace Tallymoor {
 FXIMPLEMENT(EditFloatDialog, GetFloatDialog, nullptr, 0)
 
 EditFloatDialog::EditFloatDialog(FXWindow* owner, const String& title, const String& heading,
-                                 const XMLElement& portfolio, const XMLElement& cashEvent)
+                                 const XMLSharePortfolio& portfolio, const XMLCashEvent& cashEvent)
     : GetFloatDialog(owner, title, heading) {
-  const bool isCredit = isCreditType(longValue(cashEvent, u"Type"));
-  panel()->setCashBefore(cashBalance(portfolio, Date()) - effectOnBalance(cashEvent, Date()), isCredit);
-  panel()->reset(doubleValue(cashEvent, u"Value"), dateValue(cashEvent, u"Date"));
-  panel()->setText(textValue(cashEvent, u"Description"));
+  panel()->setCashBefore(cashBalance(portfolio, Date()) - effectOnBalance(cashEvent, Date()),
+                         cashEvent.isCredit());
+  panel()->reset(cashEvent.amount(), cashEvent.day());
+  panel()->setText(cashEvent.description());
 }
 
 } // namespace Tallymoor

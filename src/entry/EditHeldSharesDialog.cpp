@@ -16,10 +16,9 @@ String captionFor(const String& code, const Date& date) {
 }
 
 /// What would be in the cash reserve now; nothing where the purchase has no entry there.
-std::optional<double> cashWithout(const XMLElement& portfolio, const String& code,
-                                  const XMLElement& buyEvent) {
+std::optional<double> cashWithout(const XMLSharePortfolio& portfolio, const XMLBuyEvent& buyEvent) {
   const double cost = purchaseCost(buyEvent);
-  const CashEntryKey key{textValue(buyEvent, u"BuyDate"), moneyText(cost), CASH_EVENT_DEBIT, code};
+  const CashEntryKey key{buyEvent.boughtLeaf().value(), moneyText(cost), CASH_EVENT_DEBIT, buyEvent.code()};
   if (!findCashEntry(portfolio, key))
     return std::nullopt;
   return cashBalance(portfolio, Date()) + cost;
@@ -28,12 +27,12 @@ std::optional<double> cashWithout(const XMLElement& portfolio, const String& cod
 } // namespace
 
 EditHeldSharesDialog::EditHeldSharesDialog(FXWindow* owner, const SharePortfolioUser& portfolio,
-                                           const String& code, const XMLElement& buyEvent)
-    : Dialog(owner, captionFor(code, dateValue(buyEvent, u"BuyDate")), String()),
+                                           const XMLBuyEvent& buyEvent)
+    : Dialog(owner, captionFor(buyEvent.code(), buyEvent.bought()), String()),
       m_panel(new BuySharesPanel(contents(), &portfolio)) {
-  m_panel->showPurchase(code, dateValue(buyEvent, u"BuyDate"), doubleValue(buyEvent, u"NumHeld"),
-                        doubleValue(buyEvent, u"BuyPrice"), doubleValue(buyEvent, u"Brokerage"),
-                        textValue(buyEvent, u"Comment"), cashWithout(portfolio.portfolio(), code, buyEvent));
+  m_panel->showPurchase(buyEvent.code(), buyEvent.bought(), buyEvent.number(), buyEvent.price(),
+                        buyEvent.brokerage(), buyEvent.comment(),
+                        cashWithout(portfolio.portfolio(), buyEvent));
   setFirstFocus(m_panel->firstField());
 }
 

@@ -5,15 +5,14 @@ namespace Tallymoor {
 
 class BuySharesPanel;
 class SharePortfolioUser;
-class XMLElement;
+class XMLBuyEvent;
 
 /// Changes a recorded purchase; the caller edits the record from panel() when execute() gives 1.
 class EditHeldSharesDialog : public Dialog {
   FXDECLARE(EditHeldSharesDialog)
 public:
-  /// The event is a BuyEvent of the portfolio's held share that has the code; both are only read.
-  EditHeldSharesDialog(FXWindow* owner, const SharePortfolioUser& portfolio, const String& code,
-                       const XMLElement& buyEvent);
+  /// The purchase is one of the portfolio; both are only read.
+  EditHeldSharesDialog(FXWindow* owner, const SharePortfolioUser& portfolio, const XMLBuyEvent& buyEvent);
 
   bool validate() override;
   BuySharesPanel* panel() const { return m_panel; }

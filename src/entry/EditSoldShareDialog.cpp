@@ -5,7 +5,6 @@
 #include "engine/SplitTerms.h"
 #include "entry/FormChecks.h"
 #include "entry/FormIcons.h"
-#include "entry/OptionalText.h"
 #include "foundation/Amounts.h"
 #include "foundation/Platform.h"
 #include "market/StockNames.h"
@@ -46,21 +45,16 @@ struct CashWithout {
 
 /// Nothing where the sale has no entry in the cash; nor after a split, by which the recorded price and so the
 /// cost may be rounded.
-CashWithout cashWithout(const XMLElement& sale) {
-  const XMLElement* portfolio = portfolioOf(sale);
-  if (!portfolio || sale.numSubElements(u"Adjustments") > 0)
+CashWithout cashWithout(const XMLSellEvent& sale) {
+  const XMLSharePortfolio* portfolio = portfolioOf(sale);
+  if (!portfolio || !sale.adjustments().empty())
     return {};
-  const double number = doubleValue(sale, u"NumHeld");
-  const auto proceeds = findProceeds(*portfolio, sale, number);
-  if (!proceeds || !(proceedsOf(sale, number) > 0.0))
+  const XMLCashEvent* proceeds = findProceeds(*portfolio, sale, sale.number());
+  if (!proceeds || !(proceedsOf(sale, sale.number()) > 0.0))
     return {};
-  const XMLElement& reserve = portfolio->subElement(u"CashReserve");
-  const auto effectOf = [&](std::size_t entry) {
-    return effectOnBalance(reserve.subElement(u"CashEvents", entry), Date());
-  };
-  CashWithout cash{cashBalance(*portfolio, Date()) - effectOf(*proceeds)};
-  if (const auto cost = findCost(*portfolio, sale)) {
-    *cash.before -= effectOf(*cost);
+  CashWithout cash{cashBalance(*portfolio, Date()) - effectOnBalance(*proceeds, Date())};
+  if (const XMLCashEvent* cost = findCost(*portfolio, sale)) {
+    *cash.before -= effectOnBalance(*cost, Date());
     cash.changesCost = true;
   }
   return cash;
@@ -70,9 +64,8 @@ CashWithout cashWithout(const XMLElement& sale) {
 
 EditSoldShareDialog::EditSoldShareDialog() = default;
 
-EditSoldShareDialog::EditSoldShareDialog(FXWindow* owner, const String& code, const XMLElement& sellEvent)
-    : Dialog(owner, captionFor(dateValue(sellEvent, u"SellDate")), String()),
-      m_icons(std::make_unique<FormIcons>(getApp())) {
+EditSoldShareDialog::EditSoldShareDialog(FXWindow* owner, const XMLSellEvent& sellEvent)
+    : Dialog(owner, captionFor(sellEvent.sold()), String()), m_icons(std::make_unique<FormIcons>(getApp())) {
   FormRows rows(contents());
   buildAmountRows(rows);
   buildBrokerageRows(rows);
@@ -80,7 +73,7 @@ EditSoldShareDialog::EditSoldShareDialog(FXWindow* owner, const String& code, co
   buildTotalRows(rows);
   rows.align();
   m_comments = rows.addNotes(u"Sale reasons, comments, indicators");
-  show(code, sellEvent);
+  show(sellEvent);
   setFirstFocus(m_number);
 }
 
@@ -112,19 +105,19 @@ void EditSoldShareDialog::buildTotalRows(FormRows& rows) {
   m_cash.addTo(rows);
 }
 
-void EditSoldShareDialog::show(const String& code, const XMLElement& sellEvent) {
-  m_code->setText(code);
-  m_name->setText(StockNames::nameOf(code));
+void EditSoldShareDialog::show(const XMLSellEvent& sellEvent) {
+  m_code->setText(sellEvent.code());
+  m_name->setText(StockNames::nameOf(sellEvent.code()));
   const SharesAt sold = sharesAsSold(sellEvent);
   m_number->setText(recordedNumberText(sold.number));
   m_buyPrice->setValue(sold.price);
-  m_sellPrice->setValue(doubleValue(sellEvent, u"SellPrice"));
-  m_buyBrokerage->setValue(doubleValue(sellEvent, u"BuyBrokerage"));
-  m_sellBrokerage->setValue(doubleValue(sellEvent, u"SellBrokerage"));
-  m_buyDate->setDate(dateValue(sellEvent, u"BuyDate"));
-  m_sellDate->setDate(dateValue(sellEvent, u"SellDate"));
-  m_comments->setText(toFox(optionalText(sellEvent, u"Comment")));
-  m_buyPriceIsOfItsDay = !isSplitBy(sellEvent, dateValue(sellEvent, u"SellDate"));
+  m_sellPrice->setValue(sellEvent.sellPrice());
+  m_buyBrokerage->setValue(sellEvent.brokerage());
+  m_sellBrokerage->setValue(sellEvent.sellBrokerage());
+  m_buyDate->setDate(sellEvent.bought());
+  m_sellDate->setDate(sellEvent.sold());
+  m_comments->setText(toFox(sellEvent.comment()));
+  m_buyPriceIsOfItsDay = !isSplitBy(sellEvent, sellEvent.sold());
   m_buyPriceDoubt.beginWith(*m_buyPrice, buyDate());
   m_sellPriceDoubt.beginWith(*m_sellPrice, sellDate());
   const CashWithout cash = cashWithout(sellEvent);

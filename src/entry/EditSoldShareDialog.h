@@ -12,7 +12,7 @@ class FormIcons;
 class FormRows;
 class FormTextField;
 class NumberField;
-class XMLElement;
+class XMLSellEvent;
 
 /// Changes a recorded sale, both the side of the purchase and that of the sale, in shares of the day of sale;
 /// the caller edits the record when execute() gives 1.
@@ -21,8 +21,8 @@ class EditSoldShareDialog : public Dialog {
 public:
   enum { ID_CHOOSE_BUY_DATE = Dialog::ID_LAST, ID_CHOOSE_SELL_DATE, ID_AMOUNT, ID_LAST };
 
-  /// The event is a SellEvent of the sold share that has the code; only read, and only here.
-  EditSoldShareDialog(FXWindow* owner, const String& code, const XMLElement& sellEvent);
+  /// The sale is only read, and only here.
+  EditSoldShareDialog(FXWindow* owner, const XMLSellEvent& sellEvent);
   ~EditSoldShareDialog() override;
 
   bool validate() override;
@@ -51,7 +51,7 @@ private:
   void buildBrokerageRows(FormRows& rows);
   void buildDateRows(FormRows& rows);
   void buildTotalRows(FormRows& rows);
-  void show(const String& code, const XMLElement& sellEvent);
+  void show(const XMLSellEvent& sellEvent);
   void showTotals();
   bool checkNumbers() const;
   bool checkBrokerages() const;

@@ -6,7 +6,6 @@
 #include "engine/SharePortfolioUser.h"
 #include "entry/CountryNames.h"
 #include "entry/FormChecks.h"
-#include "entry/OptionalText.h"
 #include "entry/StockChoice.h"
 #include "foundation/Amounts.h"
 #include "foundation/Platform.h"
@@ -60,13 +59,12 @@ void setShown(FXWindow* widget, bool shown) {
 /// The number held now; of a stock that is held no more, all that was sold on the last day of a sale.
 double heldOrSoldLast(const SharePortfolioUser& portfolio, const String& code) {
   const double held = portfolio.numHeld(code);
-  std::size_t index = 0;
-  const XMLElement* stock = portfolio.findSoldShare(code, index);
+  const XMLSoldShare* stock = portfolio.findSoldShare(code);
   if (!showsAsZero(held) || !stock)
     return held;
   std::map<Date, double> soldOn;
-  for (std::size_t i = 0; i < stock->numSubElements(u"SellEvents"); ++i) {
-    const SaleFigures sale(stock->subElement(u"SellEvents", i));
+  for (const XMLSellEvent& event : stock->sales()) {
+    const SaleFigures sale(event);
     soldOn[sale.sold()] += sale.number();
   }
   return soldOn.empty() ? 0.0 : soldOn.rbegin()->second;
@@ -74,18 +72,15 @@ double heldOrSoldLast(const SharePortfolioUser& portfolio, const String& code) {
 
 /// What would be in the cash reserve now; nothing where the dividend should have an entry there that is not
 /// found.
-std::optional<double> cashWithout(const XMLElement& portfolio, const XMLElement& dividendEvent) {
+std::optional<double> cashWithout(const XMLSharePortfolio& portfolio, const XMLDividendEvent& dividendEvent) {
   const double balance = cashBalance(portfolio, Date());
-  if (!showsAsZero(doubleValue(dividendEvent, u"DRPShares")))
+  if (!showsAsZero(dividendEvent.drpShares()))
     return balance;
-  const double held = doubleValue(dividendEvent, u"NumHeld"), rate = doubleValue(dividendEvent, u"Rate");
-  const auto entry = findCashEntry(
-      portfolio, {dayText(dateValue(dividendEvent, u"ReceiveDate")), moneyText(held * rate),
-                  CASH_EVENT_CREDIT, dividendDescription(textValue(dividendEvent, u"Code"), rate, held)});
-  if (!entry)
-    return std::nullopt;
-  const XMLElement& cash = portfolio.subElement(u"CashReserve").subElement(u"CashEvents", *entry);
-  return balance - effectOnBalance(cash, Date());
+  const double held = dividendEvent.number(), rate = dividendEvent.rate();
+  const XMLCashEvent* entry =
+      findCashEntry(portfolio, {dayText(dividendEvent.received()), moneyText(held * rate), CASH_EVENT_CREDIT,
+                                dividendDescription(dividendEvent.code(), rate, held)});
+  return entry ? std::optional(balance - effectOnBalance(*entry, Date())) : std::nullopt;
 }
 
 } // namespace
@@ -192,31 +187,31 @@ void ReceiveDividendsPanel::proposeFranking() {
   m_percentFranked->setValue(franked ? fullyFranked : 0);
 }
 
-void ReceiveDividendsPanel::showDividend(const XMLElement& dividendEvent) {
-  m_code->add(textValue(dividendEvent, u"Code"));
-  m_code->choose(textValue(dividendEvent, u"Code"));
+void ReceiveDividendsPanel::showDividend(const XMLDividendEvent& dividendEvent) {
+  m_code->add(dividendEvent.code());
+  m_code->choose(dividendEvent.code());
   m_name->setText(StockNames::nameOf(code()));
-  m_held->setValue(doubleValue(dividendEvent, u"NumHeld"));
-  m_rate->setValue(doubleValue(dividendEvent, u"Rate"));
-  m_percentFranked->setValue(longValue(dividendEvent, u"PercentFranked"));
+  m_held->setValue(dividendEvent.number());
+  m_rate->setValue(dividendEvent.rate());
+  m_percentFranked->setValue(static_cast<std::int32_t>(dividendEvent.percentFranked()));
   m_frankingTyped = true;
-  setDate(dateValue(dividendEvent, u"ReceiveDate"));
-  const String country = optionalText(dividendEvent, u"ForeignDividend");
+  setDate(dividendEvent.received());
+  const String country = dividendEvent.foreignDividend();
   m_foreign->setCheck(!country.empty());
-  m_withholdingTax->setValue(optionalText(dividendEvent, u"WithholdingTax").toDouble());
+  m_withholdingTax->setValue(dividendEvent.withholdingTax());
   recompute();
   if (!country.empty())
     m_country->setText(toFox(country));
   m_cashAfter.setBefore(cashWithout(m_portfolio->portfolio(), dividendEvent));
-  const double shares = doubleValue(dividendEvent, u"DRPShares");
+  const double shares = dividendEvent.drpShares();
   if (showsAsZero(shares)) {
     payInCash();
     return;
   }
   reinvest();
   m_shares->setValue(shares);
-  m_sharePrice->setValue(doubleValue(dividendEvent, u"DRPRate"));
-  m_sharePriceDoubt.beginWith(*m_sharePrice, dateValue(dividendEvent, u"ReceiveDate"));
+  m_sharePrice->setValue(dividendEvent.drpRate());
+  m_sharePriceDoubt.beginWith(*m_sharePrice, dividendEvent.received());
 }
 
 void ReceiveDividendsPanel::showHolding() {

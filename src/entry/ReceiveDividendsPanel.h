@@ -12,7 +12,7 @@ class NumberSpinner;
 class SharePortfolioUser;
 class FormTextField;
 class StockChoice;
-class XMLElement;
+class XMLDividendEvent;
 
 /// The form for one dividend: on how many shares and at what rate, how far it was franked, where it comes
 /// from, and whether it was paid in cash or reinvested in new shares.
@@ -32,7 +32,7 @@ public:
   void reset(const String& initialCode = String());
   /// The fields of a recorded dividend; its stock can be chosen although it may not be held any more. Where
   /// its cash entry is not found, nothing is told of the cash.
-  void showDividend(const XMLElement& dividendEvent);
+  void showDividend(const XMLDividendEvent& dividendEvent);
 
   bool validate() override;
   /// The first field that there is something to do in, which has the focus when the form opens.

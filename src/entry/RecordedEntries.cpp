@@ -1,5 +1,6 @@
 #include "entry/RecordedEntries.h"
 #include "engine/CashBalance.h"
+#include "engine/DividendFigures.h"
 #include "engine/SaleFigures.h"
 #include "engine/SplitTerms.h"
 #include "foundation/Amounts.h"
@@ -8,7 +9,6 @@
 #include "widgets/TextSize.h"
 #include "widgets/ToolkitText.h"
 #include "xml/PortfolioRecords.h"
-#include <functional>
 
 namespace Tallymoor {
 
@@ -16,10 +16,8 @@ FXIMPLEMENT(RecordedEntries, FXGroupBox, nullptr, 0)
 
 namespace {
 
-using LineOf = std::function<String(const XMLElement& event)>;
-
-String day(const XMLElement& event, std::u16string_view name) {
-  return dateValue(event, name).toString(DATE_DISPLAY_LOCAL);
+String dayOf(const XMLEvent& event) {
+  return event.day().toString(DATE_DISPLAY_LOCAL);
 }
 
 String money(double amount) {
@@ -32,57 +30,56 @@ String trade(double number, const String& code, double price) {
 
 /// A line for each event, below the heading; nothing at all for none. A line may be empty for an event that
 /// is not shown.
-String section(const String& heading, const XMLElement& parent, std::u16string_view events,
-               const LineOf& line) {
+template <class Event, class LineOf>
+String section(const String& heading, const ElementList<const Event>& events, const LineOf& line) {
   String text;
-  for (std::size_t i = 0; i < parent.numSubElements(events); ++i)
-    if (const String shown = line(parent.subElement(events, i)); !shown.empty())
+  for (const Event& event : events)
+    if (const String shown = line(event); !shown.empty())
       text += u"\n" + shown;
   return text.empty() ? text : heading + text + u"\n";
 }
 
-String lines(const XMLElement& parent, std::u16string_view events, const LineOf& line) {
-  const String text = section(String(), parent, events, line);
+template <class Event, class LineOf>
+String lines(const ElementList<const Event>& events, const LineOf& line) {
+  const String text = section(String(), events, line);
   return text.empty() ? text : String(text.substr(1, text.size() - 2));
 }
 
 /// In shares of today, as the forms count them.
-String purchases(const XMLElement& stock) {
-  const String code = textValue(stock, u"Code");
-  return lines(stock, u"BuyEvents", [&code](const XMLElement& event) {
-    const SharesAt held = sharesOn(event, Date());
-    return day(event, u"BuyDate") + u"  " + trade(held.number, code, held.price);
+String purchases(const XMLHeldShare& stock) {
+  return lines(stock.parcels(), [&stock](const XMLBuyEvent& parcel) {
+    const SharesAt held = sharesOn(parcel, Date());
+    return dayOf(parcel) + u"  " + trade(held.number, stock.code(), held.price);
   });
 }
 
-String sales(const XMLElement& stock) {
-  return lines(stock, u"SellEvents", [](const XMLElement& event) {
+String sales(const XMLSoldShare& stock) {
+  return lines(stock.sales(), [](const XMLSellEvent& event) {
     const SaleFigures sale(event);
-    return day(event, u"SellDate") + u"  " + trade(sale.number(), sale.code(), sale.sellPrice());
+    return dayOf(event) + u"  " + trade(sale.number(), sale.code(), sale.sellPrice());
   });
 }
 
-String dividend(const XMLElement& event) {
-  return day(event, u"ReceiveDate") + u"  " + textValue(event, u"Code") + u" " +
-         money(doubleValue(event, u"NumHeld") * doubleValue(event, u"Rate"));
+String dividend(const XMLDividendEvent& event) {
+  return dayOf(event) + u"  " + event.code() + u" " + money(DividendFigures(event).value());
 }
 
 /// What trades and dividends have booked is told by their own lines.
-String ownCash(const XMLElement& event) {
-  const std::int32_t type = longValue(event, u"Type");
-  if (type != CASH_EVENT_INTEREST && !isExternalType(type))
+String ownCash(const XMLCashEvent& event) {
+  const CashEventType type = event.type();
+  if (type != CASH_EVENT_INTEREST && !event.isExternal())
     return String();
   const String kind = type == CASH_EVENT_INTEREST  ? u"interest "
                       : type == CASH_EVENT_DEPOSIT ? u"deposit "
                                                    : u"withdrawal ";
-  return day(event, u"Date") + u"  " + kind + money(doubleValue(event, u"Value"));
+  return dayOf(event) + u"  " + kind + money(event.amount());
 }
 
-String entriesOf(const XMLElement& portfolio) {
-  const String text = section(u"Cash", portfolio.subElement(u"CashReserve"), u"CashEvents", ownCash) +
-                      section(u"Shares held", portfolio.subElement(u"HeldShares"), u"HeldShares", purchases) +
-                      section(u"Dividends", portfolio.subElement(u"Dividends"), u"DividendEvents", dividend) +
-                      section(u"Shares sold", portfolio.subElement(u"SoldShares"), u"SoldShares", sales);
+String entriesOf(const XMLSharePortfolio& portfolio) {
+  const String text = section(u"Cash", portfolio.cashEvents(), ownCash) +
+                      section(u"Shares held", portfolio.heldShares(), purchases) +
+                      section(u"Dividends", portfolio.dividends(), dividend) +
+                      section(u"Shares sold", portfolio.soldShares(), sales);
   return text.empty() ? String(u"Nothing yet.")
                       : text + u"Cash reserve now: " + money(cashBalance(portfolio, Date()));
 }
@@ -100,17 +97,15 @@ RecordedEntries::RecordedEntries(FXComposite* parent)
   show(nullptr);
 }
 
-void RecordedEntries::show(const XMLElement* portfolio) {
+void RecordedEntries::show(const XMLSharePortfolio* portfolio) {
   const FXString text = toFox(portfolio ? entriesOf(*portfolio) : u"Nothing yet.");
   if (text != m_list->getText())
     m_list->setText(text);
 }
 
-bool hasEntries(const XMLElement& portfolio) {
-  return portfolio.subElement(u"CashReserve").numSubElements(u"CashEvents") > 0 ||
-         portfolio.subElement(u"HeldShares").numSubElements(u"HeldShares") > 0 ||
-         portfolio.subElement(u"SoldShares").numSubElements(u"SoldShares") > 0 ||
-         portfolio.subElement(u"Dividends").numSubElements(u"DividendEvents") > 0;
+bool hasEntries(const XMLSharePortfolio& portfolio) {
+  return !portfolio.cashEvents().empty() || !portfolio.heldShares().empty() ||
+         !portfolio.soldShares().empty() || !portfolio.dividends().empty();
 }
 
 } // namespace Tallymoor

@@ -5,7 +5,7 @@
 namespace Tallymoor {
 
 class FormNotes;
-class XMLElement;
+class XMLSharePortfolio;
 
 /// A list, for reading, of what the start-up wizard has recorded so far.
 class RecordedEntries : public FXGroupBox {
@@ -14,7 +14,7 @@ public:
   explicit RecordedEntries(FXComposite* parent);
 
   /// Lists what stands in a portfolio's records now; null while there is none.
-  void show(const XMLElement* portfolio);
+  void show(const XMLSharePortfolio* portfolio);
 
 protected:
   RecordedEntries() {}
@@ -24,6 +24,6 @@ private:
 };
 
 /// True when anything at all has been entered into a portfolio.
-bool hasEntries(const XMLElement& portfolio);
+bool hasEntries(const XMLSharePortfolio& portfolio);
 
 } // namespace Tallymoor

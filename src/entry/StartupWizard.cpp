@@ -23,8 +23,6 @@ FXIMPLEMENT(StartupWizard, Wizard, nullptr, 0)
 
 namespace {
 
-const String PORTFOLIOS = u"SharePortfolios";
-
 String localText(const Date& date) {
   return date.toString(DATE_DISPLAY_LOCAL);
 }
@@ -33,7 +31,7 @@ String localText(const Date& date) {
 
 StartupWizard::StartupWizard() = default;
 
-StartupWizard::StartupWizard(FXWindow* owner, XMLElement& records)
+StartupWizard::StartupWizard(FXWindow* owner, XMLPortfolios& records)
     : Wizard(owner, u"Tallymoor - Getting Started"), m_records(&records) {
   buildPages();
   setToPage(m_introPage);
@@ -134,7 +132,7 @@ StartupWizard::State StartupWizard::state() const {
   State now;
   now.page = currentPage();
   if (m_portfolio)
-    now.records = std::make_unique<XMLElement>(*m_portfolio);
+    now.records = std::make_unique<XMLSharePortfolio>(*m_portfolio);
   now.stage = m_stage;
   now.startDate = m_startDate;
   now.sectionFinished = m_loopPage->isFinished();
@@ -172,8 +170,8 @@ bool StartupWizard::takesUpUnrecorded(const GUIPanel* page) {
 // ---- The portfolio ----
 
 void StartupWizard::makePortfolio() {
-  m_portfolio = &m_records->addSubElement(new XMLSharePortfolio, PORTFOLIOS);
-  m_portfolio->subElement(u"Name").setValue(m_choosePage->name());
+  m_portfolio = &m_records->portfolios().add();
+  m_portfolio->setPortfolioName(m_choosePage->name());
   m_user = std::make_unique<SharePortfolioUser>(*m_portfolio);
   forgetDays(); // a file that lies on disk under the name holds those of other records
   m_buyPage->setPortfolio(m_user.get());
@@ -189,8 +187,7 @@ void StartupWizard::dropPortfolio() {
   m_dividendPage->setPortfolio(nullptr);
   m_sellPage->setPortfolio(nullptr);
   m_user.reset();
-  if (const auto place = indexOf(*m_records, PORTFOLIOS, *m_portfolio))
-    m_records->removeSubElement(PORTFOLIOS, *place);
+  m_records->portfolios().remove(*m_portfolio);
   m_portfolio = nullptr;
 }
 
@@ -234,7 +231,7 @@ void StartupWizard::leaveLoopPage() {
 
 /// There is nothing to sell without shares.
 int StartupWizard::nextStage() const {
-  const bool holdsShares = m_portfolio->subElement(u"HeldShares").numSubElements(u"HeldShares") > 0;
+  const bool holdsShares = !m_portfolio->heldShares().empty();
   return m_stage == STAGE_DIVIDENDS && !holdsShares ? STAGE_INTEREST : m_stage + 1;
 }
 

@@ -16,7 +16,8 @@ class ReceiveDividendsPanel;
 class RecordedEntries;
 class SellSharesPanel;
 class SharePortfolioUser;
-class XMLElement;
+class XMLPortfolios;
+class XMLSharePortfolio;
 
 /// Takes a new user through setting up a portfolio from paper records: its name, the cash at a start date,
 /// the shares held then, and all that has happened since. Beside every page stands what has been recorded.
@@ -26,7 +27,7 @@ class StartupWizard : public Wizard {
   FXDECLARE(StartupWizard)
 public:
   /// The root element of the records ("SharePortfolios") outlives the wizard.
-  StartupWizard(FXWindow* owner, XMLElement& records);
+  StartupWizard(FXWindow* owner, XMLPortfolios& records);
   /// Takes a portfolio that was not finished out of the records.
   ~StartupWizard() override;
 
@@ -48,8 +49,8 @@ protected:
 private:
   /// What "< Back" restores: how it was before the last "Next >".
   struct State {
-    GUIPanel* page = nullptr;            ///< that was left
-    std::unique_ptr<XMLElement> records; ///< a copy; null before there is a portfolio
+    GUIPanel* page = nullptr;                   ///< that was left
+    std::unique_ptr<XMLSharePortfolio> records; ///< a copy; null before there is a portfolio
     int stage = 0;
     Date startDate;
     bool sectionFinished = false;
@@ -100,8 +101,8 @@ private:
   int m_stage = 0; ///< a StartupStage
   Date m_startDate;
   std::unique_ptr<SharePortfolioUser> m_user;
-  XMLElement* m_portfolio = nullptr; ///< stands in the records
-  XMLElement* m_records = nullptr;
+  XMLSharePortfolio* m_portfolio = nullptr; ///< stands in the records
+  XMLPortfolios* m_records = nullptr;
   State m_before;
   std::optional<Unrecorded> m_unrecorded;
 };

@@ -1,7 +1,7 @@
 #include "entry/StockChoice.h"
 #include "engine/SharePortfolioUser.h"
 #include "widgets/ToolkitText.h"
-#include "xml/Leaves.h"
+#include "xml/PortfolioRecords.h"
 #include <algorithm>
 #include <set>
 
@@ -13,12 +13,11 @@ namespace {
 
 constexpr FXint mostVisible = 12;
 
-/// The reference name is both that of the list and of what stands in it.
-std::set<String> codesIn(const SharePortfolioUser& portfolio, std::u16string_view list) {
+template <class Stock>
+std::set<String> codesOf(const ElementList<Stock>& stocks) {
   std::set<String> codes;
-  const XMLElement& shares = portfolio.portfolio().subElement(list);
-  for (std::size_t i = 0; i < shares.numSubElements(list); ++i)
-    codes.insert(textValue(shares.subElement(list, i), u"Code"));
+  for (const Stock& stock : stocks)
+    codes.insert(stock.code());
   return codes;
 }
 
@@ -34,10 +33,10 @@ void StockChoice::fill(const SharePortfolioUser* portfolio) {
   clearItems();
   appendItem(m_prompt);
   if (portfolio)
-    for (const String& code : codesIn(*portfolio, u"HeldShares"))
+    for (const String& code : codesOf(portfolio->portfolio().heldShares()))
       appendItem(toFox(code));
   if (portfolio && m_stocks == Stocks::HELD_AND_SOLD)
-    for (const String& code : codesIn(*portfolio, u"SoldShares"))
+    for (const String& code : codesOf(portfolio->portfolio().soldShares()))
       add(code);
   setCurrentItem(0);
   showNoMoreThanFits();

@@ -147,8 +147,8 @@ void PortfolioStore::cleanNames() {
 }
 
 void PortfolioStore::openPortfolios() {
-  for (std::size_t i = 0; i < m_records.numSubElements(u"SharePortfolios"); ++i) {
-    auto portfolio = std::make_unique<SharePortfolioUser>(m_records.subElement(u"SharePortfolios", i));
+  for (XMLSharePortfolio& records : m_records.portfolios()) {
+    auto portfolio = std::make_unique<SharePortfolioUser>(records);
     portfolio->mendOldSales();
     const String name = portfolio->name();
     m_portfolios[name] = std::move(portfolio);

@@ -1,28 +1,25 @@
 #include "views/CashCells.h"
 #include "engine/SharePortfolioUser.h"
 #include "views/EventTable.h"
-#include "xml/PortfolioRecords.h"
 
 namespace Tallymoor::CashCells {
 
 namespace {
 
-const XMLElement& eventOf(const Row& row) {
-  return *row.payload<EventRow>().event;
+const XMLCashEvent& eventOf(const Row& row) {
+  return row.payload<EventRow>().as<XMLCashEvent>();
 }
 
 /// What is no credit takes from the balance, an unknown type too.
 CellResult valueIfCredit(const Row& row, bool credit) {
-  const XMLElement& event = eventOf(row);
-  if (isCreditType(longValue(event, u"Type")) != credit)
-    return CellResult(String());
-  return CellResult(doubleValue(event, u"Value"), CELL_MONEY);
+  const XMLCashEvent& event = eventOf(row);
+  return event.isCredit() == credit ? CellResult(event.amount(), CELL_MONEY) : CellResult(String());
 }
 
 } // namespace
 
 CellResult description(Row& row) {
-  return CellResult(textValue(eventOf(row), u"Description"));
+  return CellResult(eventOf(row).description());
 }
 
 CellResult credits(Row& row) {
@@ -35,7 +32,7 @@ CellResult debits(Row& row) {
 
 CellResult balance(Row& row) {
   const SharePortfolioCapitalRecordUser& record = row.payload<EventRow>().portfolio->capitalRecord();
-  const Date date = dateValue(eventOf(row), u"Date");
+  const Date date = eventOf(row).day();
   return CellResult(record.hasDayCap(date) ? record.cashOn(date) : 0.0, CELL_MONEY);
 }
 

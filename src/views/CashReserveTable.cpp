@@ -6,7 +6,6 @@
 #include "views/PortfolioCommands.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/MainWindow.h"
-#include "xml/Leaves.h"
 
 namespace Tallymoor {
 
@@ -37,7 +36,7 @@ String CashReserveTable::noEventsText() const {
 }
 
 void CashReserveTable::addAllEvents() {
-  addEvents(portfolio().portfolio().subElement(u"CashReserve"), u"CashEvents", u"Date");
+  addEvents(portfolio().portfolio().cashEvents());
 }
 
 void CashReserveTable::rowPopup(const TableClick& click) {
@@ -50,12 +49,12 @@ void CashReserveTable::rowPopup(const TableClick& click) {
 
 long CashReserveTable::onDelete(FXObject*, FXSelector, void*) {
   return guardedHandler(u"CashReserveTable::onDelete failed.", [this] {
-    if (const XMLElement* event = inputEvent())
+    if (const auto* event = inputEvent<XMLCashEvent>())
       deleteEvent(*event);
   });
 }
 
-void CashReserveTable::deleteEvent(const XMLElement& event) {
+void CashReserveTable::deleteEvent(const XMLCashEvent& event) {
   if (!MainWindow::question(
           u"Are you sure you want to delete a record of this cash event? \nThis will affect "
           u"your Total Capital!"))
@@ -67,13 +66,13 @@ void CashReserveTable::deleteEvent(const XMLElement& event) {
 
 long CashReserveTable::onEdit(FXObject*, FXSelector, void*) {
   return guardedHandler(u"CashReserveTable::onEdit failed.", [this] {
-    if (XMLElement* event = inputEvent())
+    if (auto* event = inputEvent<XMLCashEvent>())
       editEvent(*event);
   });
 }
 
-void CashReserveTable::editEvent(XMLElement& event) {
-  const Date oldDate = dateValue(event, u"Date");
+void CashReserveTable::editEvent(XMLCashEvent& event) {
+  const Date oldDate = event.day();
   EditFloatDialog dialog(&MainWindow::Instance(), u"Edit cash transaction", String(), portfolio().portfolio(),
                          event);
   if (dialog.execute() == 0)

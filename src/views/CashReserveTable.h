@@ -27,8 +27,8 @@ protected:
   void clickCorner() override {}
 
 private:
-  void deleteEvent(const XMLElement& event);
-  void editEvent(XMLElement& event);
+  void deleteEvent(const XMLCashEvent& event);
+  void editEvent(XMLCashEvent& event);
 };
 
 } // namespace Tallymoor

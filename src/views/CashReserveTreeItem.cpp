@@ -1,6 +1,5 @@
 #include "views/CashReserveTreeItem.h"
 #include "engine/SharePortfolioUser.h"
-#include "engine/UnreadableDates.h"
 #include "foundation/Platform.h"
 #include "views/CashReserveTable.h"
 #include "views/EventDates.h"
@@ -56,29 +55,22 @@ void CashReserveTreeItem::showTotals() {
 double CashReserveTreeItem::interestOfFinancialYear() const {
   const Date today;
   const Date start = CountryOfResidence::Instance().financialYearOf(today);
-  const XMLElement& reserve = portfolio().portfolio().subElement(u"CashReserve");
   double sum = 0.0;
-  for (std::size_t i = 0; i < reserve.numSubElements(u"CashEvents"); ++i) {
-    const XMLElement& event = reserve.subElement(u"CashEvents", i);
-    const Date date = dateValue(event, u"Date");
+  for (const XMLCashEvent& event : portfolio().portfolio().cashEvents()) {
+    const Date date = event.day();
     // What came after a day in the past that is looked at is not shown in the table either.
     const bool yetToCome = Date::hasFixedDate() && date > today;
-    if (isSetAside(event, u"Date"))
-      continue;
-    if (longValue(event, u"Type") == CASH_EVENT_INTEREST && date >= start && !yetToCome)
-      sum += doubleValue(event, u"Value");
+    if (event.type() == CASH_EVENT_INTEREST && date >= start && !yetToCome && !event.isSetAside())
+      sum += event.amount();
   }
   return sum;
 }
 
 void CashReserveTreeItem::checkDates() const {
   const Date today = Date::realToday();
-  const XMLElement& reserve = portfolio().portfolio().subElement(u"CashReserve");
-  for (std::size_t i = 0; i < reserve.numSubElements(u"CashEvents"); ++i) {
-    const XMLElement& event = reserve.subElement(u"CashEvents", i);
-    if (dateValue(event, u"Date") > today && !isSetAside(event, u"Date")) // which has been told of
-      tellOfWrongDate(portfolio(), u"cash transaction", textValue(event, u"Description"), u"in the future");
-  }
+  for (const XMLCashEvent& event : portfolio().portfolio().cashEvents())
+    if (event.day() > today && !event.isSetAside()) // which has been told of
+      tellOfWrongDate(portfolio(), u"cash transaction", event.description(), u"in the future");
 }
 
 FXint CashReserveTreeItem::onRightClick(FXint x, FXint y) {

@@ -3,6 +3,7 @@
 #include "engine/Indicators.h"
 #include "engine/SaleFigures.h"
 #include "engine/SharePortfolioUser.h"
+#include "engine/SplitTerms.h"
 #include "foundation/Amounts.h"
 #include "foundation/RunTimeSettings.h"
 #include "market/TallymoorInternet.h"
@@ -10,7 +11,7 @@
 #include "views/SplitHistory.h"
 #include "widgets/CellResult.h"
 #include "widgets/ChartTexts.h"
-#include "xml/Leaves.h"
+#include "xml/PortfolioRecords.h"
 #include <map>
 #include <utility>
 
@@ -50,13 +51,12 @@ public:
       : m_splits(splits), m_from(from), m_to(to) {}
 
   void read(const String& code, const SharePortfolioUser& portfolio) {
-    std::size_t index = 0;
-    if (const XMLElement* held = portfolio.findHeldShare(code, index))
-      for (std::size_t i = 0; i < held->numSubElements(u"BuyEvents"); ++i)
-        readPurchase(held->subElement(u"BuyEvents", i), portfolio);
-    if (const XMLElement* sold = portfolio.findSoldShare(code, index))
-      for (std::size_t i = 0; i < sold->numSubElements(u"SellEvents"); ++i)
-        readSale(sold->subElement(u"SellEvents", i));
+    if (const XMLHeldShare* held = portfolio.findHeldShare(code))
+      for (const XMLBuyEvent& parcel : held->parcels())
+        readPurchase(parcel);
+    if (const XMLSoldShare* sold = portfolio.findSoldShare(code))
+      for (const XMLSellEvent& sale : sold->sales())
+        readSale(SaleFigures(sale));
   }
 
   std::vector<ChartMarker> markers() const {
@@ -67,16 +67,13 @@ public:
   }
 
 private:
-  void readPurchase(const XMLElement& parcel, const SharePortfolioUser& portfolio) {
-    double number = 0.0;
-    double price = 0.0;
-    portfolio.adjustedBuyEvent(parcel, m_to, number, price);
-    add(m_purchases, dateValue(parcel, u"BuyDate"), number, price);
+  void readPurchase(const XMLBuyEvent& parcel) {
+    const SharesAt shares = sharesOn(parcel, m_to);
+    add(m_purchases, parcel.bought(), shares.number, shares.price);
   }
 
   /// A sale tells number and purchase price as of its own day.
-  void readSale(const XMLElement& event) {
-    const SaleFigures sale(event);
+  void readSale(const SaleFigures& sale) {
     const double shares = m_splits.sharesBetween(sale.sold(), m_to);
     add(m_purchases, sale.bought(), sale.number() * shares, sale.buyPrice() / shares);
     add(m_sales, sale.sold(), sale.number() * shares, sale.sellPrice() / shares);
@@ -110,9 +107,8 @@ PriceLimits limitsInForce(const String& code, const Portfolios& portfolios, cons
     const Indicators indicators = indicatorsOf(code, day);
     return {indicators.autoMin.value_or(0.0), indicators.autoMax.value_or(0.0)};
   }
-  std::size_t index = 0;
   for (const SharePortfolioUser* portfolio : portfolios)
-    if (const XMLElement* held = portfolio->findHeldShare(code, index))
+    if (const XMLHeldShare* held = portfolio->findHeldShare(code))
       return PriceLimits::ofHeldShare(*held);
   return PriceLimits::ofStock(code);
 }

@@ -8,7 +8,7 @@ namespace Tallymoor::DividendCells {
 namespace {
 
 DividendFigures dividendOf(const Row& row) {
-  return DividendFigures(*row.payload<EventRow>().event);
+  return DividendFigures(row.payload<EventRow>().as<XMLDividendEvent>());
 }
 
 } // namespace

@@ -7,7 +7,6 @@
 #include "views/PortfolioCommands.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/MainWindow.h"
-#include "xml/Leaves.h"
 
 namespace Tallymoor {
 
@@ -22,9 +21,9 @@ FXIMPLEMENT_ABSTRACT(DividendsTable, EventTable, DividendsTableMap, ARRAYNUMBER(
 namespace {
 
 /// "dividend <word> ABC.AX on 3/03/2026"
-String named(const XMLElement& dividend, const String& word) {
-  return u"dividend " + word + u" " + textValue(dividend, u"Code") + u" on " +
-         dateValue(dividend, u"ReceiveDate").toString(DATE_DISPLAY_LOCAL);
+String named(const XMLDividendEvent& dividend, const String& word) {
+  return u"dividend " + word + u" " + dividend.code() + u" on " +
+         dividend.received().toString(DATE_DISPLAY_LOCAL);
 }
 
 } // namespace
@@ -56,25 +55,25 @@ String DividendsTable::noEventsText() const {
 }
 
 void DividendsTable::addAllEvents() {
-  addEvents(portfolio().portfolio().subElement(u"Dividends"), u"DividendEvents", u"ReceiveDate");
+  addEvents(portfolio().portfolio().dividends());
 }
 
 void DividendsTable::rowPopup(const TableClick& click) {
   if (!click.row)
     return;
   setInputRow(click.row);
-  eventPopup(click, {u"Edit " + named(*inputEvent(), u"for") + u"...", ID_EDIT},
+  eventPopup(click, {u"Edit " + named(*inputEvent<XMLDividendEvent>(), u"for") + u"...", ID_EDIT},
              {u"Delete from records!...", ID_DELETE});
 }
 
 long DividendsTable::onDelete(FXObject*, FXSelector, void*) {
   return guardedHandler(u"DividendsTable::onDelete failed.", [this] {
-    if (const XMLElement* dividend = inputEvent())
+    if (const auto* dividend = inputEvent<XMLDividendEvent>())
       deleteDividend(*dividend);
   });
 }
 
-void DividendsTable::deleteDividend(const XMLElement& dividend) {
+void DividendsTable::deleteDividend(const XMLDividendEvent& dividend) {
   if (!MainWindow::question(u"Delete " + named(dividend, u"of") + u"?"))
     return;
   const bool reinvested = DividendFigures(dividend).isReinvested();
@@ -90,18 +89,17 @@ void DividendsTable::deleteDividend(const XMLElement& dividend) {
 
 long DividendsTable::onEdit(FXObject*, FXSelector, void*) {
   return guardedHandler(u"DividendsTable::onEdit failed.", [this] {
-    if (XMLElement* dividend = inputEvent())
+    if (auto* dividend = inputEvent<XMLDividendEvent>())
       editDividend(*dividend);
   });
 }
 
-void DividendsTable::editDividend(XMLElement& dividend) {
+void DividendsTable::editDividend(XMLDividendEvent& dividend) {
   const bool reinvested = DividendFigures(dividend).isReinvested();
-  const double oldShares = doubleValue(dividend, u"DRPShares");
-  const double oldSharePrice = doubleValue(dividend, u"DRPRate");
-  const double oldCash =
-      reinvested ? 0.0 : doubleValue(dividend, u"Rate") * doubleValue(dividend, u"NumHeld");
-  const Date oldDate = dateValue(dividend, u"ReceiveDate");
+  const double oldShares = dividend.drpShares();
+  const double oldSharePrice = dividend.drpRate();
+  const double oldCash = reinvested ? 0.0 : DividendFigures(dividend).value();
+  const Date oldDate = dividend.received();
   EditDividendsDialog dialog(&MainWindow::Instance(), portfolio(), dividend);
   if (dialog.execute() == 0)
     return;

@@ -24,8 +24,8 @@ protected:
   String noEventsText() const override;
 
 private:
-  void deleteDividend(const XMLElement& dividend);
-  void editDividend(XMLElement& dividend);
+  void deleteDividend(const XMLDividendEvent& dividend);
+  void editDividend(XMLDividendEvent& dividend);
 };
 
 } // namespace Tallymoor

@@ -1,6 +1,5 @@
 #include "views/DividendsTreeItem.h"
 #include "engine/SharePortfolioUser.h"
-#include "engine/UnreadableDates.h"
 #include "views/DividendCells.h"
 #include "views/DividendsTable.h"
 #include "views/EventDates.h"
@@ -9,7 +8,7 @@
 #include "widgets/ContextMenu.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/InvestmentTree.h"
-#include "xml/Leaves.h"
+#include "xml/PortfolioRecords.h"
 
 namespace Tallymoor {
 
@@ -39,12 +38,9 @@ std::vector<Column::Function> DividendsTreeItem::summedColumns() const {
 
 void DividendsTreeItem::checkDates() const {
   const Date today = Date::realToday();
-  const XMLElement& dividends = portfolio().portfolio().subElement(u"Dividends");
-  for (std::size_t i = 0; i < dividends.numSubElements(u"DividendEvents"); ++i) {
-    const XMLElement& dividend = dividends.subElement(u"DividendEvents", i);
-    if (dateValue(dividend, u"ReceiveDate") > today && !isSetAside(dividend, u"ReceiveDate"))
-      tellOfWrongDate(portfolio(), u"dividend for ", textValue(dividend, u"Code"), u"in the future");
-  }
+  for (const XMLDividendEvent& dividend : portfolio().portfolio().dividends())
+    if (dividend.received() > today && !dividend.isSetAside())
+      tellOfWrongDate(portfolio(), u"dividend for ", dividend.code(), u"in the future");
 }
 
 FXint DividendsTreeItem::onRightClick(FXint x, FXint y) {

@@ -1,7 +1,5 @@
 #include "views/EventTable.h"
-#include "engine/UnreadableDates.h"
 #include "widgets/ContextMenu.h"
-#include "xml/Leaves.h"
 #include <utility>
 
 namespace Tallymoor {
@@ -50,21 +48,17 @@ void EventTable::declareColumns() {
                                        column.defaultVisible, column.justify));
 }
 
-void EventTable::addEvents(XMLElement& parent, std::u16string_view events, std::u16string_view date) {
-  const std::size_t count = parent.numSubElements(events);
-  for (std::size_t i = 0; i < count; ++i) {
-    XMLElement& event = parent.subElement(events, i);
-    const Date day = dateValue(event, date);
-    if (dateShown(day))
-      addEvent(event, day, !isSetAside(event, date));
-    else
-      m_leftSomeOut = true;
-  }
+void EventTable::addEvent(XMLEvent& event) {
+  const Date day = event.day();
+  if (dateShown(day))
+    addRowOf(event, day, !event.isSetAside());
+  else
+    m_leftSomeOut = true;
 }
 
 /// An event of the same day keeps its row. It may be another one in the place of one that has gone: the cells
 /// are computed anew in any case.
-void EventTable::addEvent(XMLElement& event, const Date& day, bool counts) {
+void EventTable::addRowOf(XMLEvent& event, const Date& day, bool counts) {
   const auto before = m_shownBefore.find(&event);
   if (before != m_shownBefore.end() && before->second.day == day &&
       before->second.row->countsInTotals() == counts) {
@@ -90,10 +84,6 @@ void EventTable::eventPopup(const TableClick& click, const Entry& edit, const En
 void EventTable::editRow(Row& row) {
   setInputRow(&row);
   handle(this, FXSEL(SEL_COMMAND, editCommand()), nullptr);
-}
-
-XMLElement* EventTable::inputEvent() const {
-  return inputRow() ? inputRow()->payload<EventRow>().event : nullptr;
 }
 
 } // namespace Tallymoor

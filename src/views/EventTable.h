@@ -1,18 +1,22 @@
 #pragma once
 #include "views/PortfolioTable.h"
-#include <string_view>
+#include "xml/PortfolioRecords.h"
 #include <unordered_map>
 #include <vector>
 
 namespace Tallymoor {
 
-class XMLElement;
-
 /// What a row of recorded events is computed from. The event belongs to the records; a table that reads it is
 /// told before it changes.
 struct EventRow {
-  XMLElement* event = nullptr;
+  XMLEvent* event = nullptr;
   const SharePortfolioUser* portfolio = nullptr;
+
+  /// The event as the class that the table's events are of.
+  template <class Event>
+  Event& as() const {
+    return elementAs<Event>(*event);
+  }
 };
 
 /// A table with a row for each recorded event of one kind, by the event's day, the oldest first. Events that
@@ -42,8 +46,12 @@ protected:
   virtual std::vector<ColumnOf> columnsOfEvents() const = 0;
   /// Finds the events and calls addEvents.
   virtual void addAllEvents() = 0;
-  /// A row for each instance of that name; the date's name is that of the leaf with the day of the event.
-  void addEvents(XMLElement& parent, std::u16string_view events, std::u16string_view date);
+  /// A row for each.
+  template <class Event>
+  void addEvents(const ElementList<Event>& events) {
+    for (Event& event : events)
+      addEvent(event);
+  }
 
   /// The row's popup: a way to edit its event, and below it one to delete it.
   void eventPopup(const TableClick& click, const Entry& edit, const Entry& remove);
@@ -53,7 +61,10 @@ protected:
   /// What stands there while no event of the kind is recorded: how one is.
   virtual String noEventsText() const = 0;
   /// The event behind the row whose popup was opened; null when there is none.
-  XMLElement* inputEvent() const;
+  template <class Event>
+  Event* inputEvent() const {
+    return inputRow() ? &inputRow()->template payload<EventRow>().template as<Event>() : nullptr;
+  }
 
 private:
   struct Shown {
@@ -61,10 +72,11 @@ private:
     Date day;
     Row* row;
   };
-  using ShownEvents = std::unordered_map<const XMLElement*, Shown>;
+  using ShownEvents = std::unordered_map<const XMLEvent*, Shown>;
 
   void declareColumns();
-  void addEvent(XMLElement& event, const Date& day, bool counts);
+  void addEvent(XMLEvent& event);
+  void addRowOf(XMLEvent& event, const Date& day, bool counts);
   void forgetAll();
 
   ShownEvents m_shown;

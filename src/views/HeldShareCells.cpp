@@ -9,8 +9,8 @@
 #include "views/IndicatorCells.h"
 #include "views/SharesHeldTable.h"
 #include "widgets/Row.h"
-#include "xml/Leaves.h"
-#include <vector>
+#include "xml/PortfolioRecords.h"
+#include <utility>
 
 namespace Tallymoor {
 
@@ -20,51 +20,37 @@ const HeldShareRow& shareOf(const Row& row) {
   return row.payload<HeldShareRow>();
 }
 
-/// The parcels of the share that were bought by the date shown.
-std::vector<const XMLElement*> parcelsOf(const HeldShareRow& share) {
-  std::vector<const XMLElement*> parcels;
-  const Date shown;
-  for (std::size_t i = 0; i < share.heldShare->numSubElements(u"BuyEvents"); ++i) {
-    const XMLElement& parcel = share.heldShare->subElement(u"BuyEvents", i);
-    if (dateValue(parcel, u"BuyDate") <= shown)
-      parcels.push_back(&parcel);
-  }
-  return parcels;
-}
-
 /// Number and cost of the row's parcels, adjusted for splits up to the date shown.
 ParcelCost costOf(const HeldShareRow& share) {
-  ParcelCost cost;
   if (!share.buyEvent) {
-    const std::optional<HeldOnDay> held = heldOn(*share.portfolio, *share.heldShare, Date());
-    return held ? held->cost : cost;
+    const std::optional<HeldOnDay> held = heldOn(*share.heldShare, Date());
+    return held ? held->cost : ParcelCost();
   }
-  double price = 0.0;
-  share.portfolio->adjustedBuyEvent(*share.buyEvent, Date(), cost.number, price);
-  cost.value = cost.number * price;
-  return cost;
+  const SharesAt shares = sharesOn(*share.buyEvent, Date());
+  return {shares.number, shares.number * shares.price};
 }
 
 /// The parcel that was bought first, by its date; the one entered last of a day. Null without parcels.
-const XMLElement* earliestParcel(const HeldShareRow& share) {
-  const XMLElement* earliest = nullptr;
-  for (std::size_t i = 0; i < share.heldShare->numSubElements(u"BuyEvents"); ++i) {
-    const XMLElement& parcel = share.heldShare->subElement(u"BuyEvents", i);
-    if (!earliest || dateValue(parcel, u"BuyDate") <= dateValue(*earliest, u"BuyDate"))
+const XMLBuyEvent* earliestParcel(const HeldShareRow& share) {
+  const XMLBuyEvent* earliest = nullptr;
+  Date day;
+  for (const XMLBuyEvent& parcel : share.heldShare->parcels())
+    if (const Date bought = parcel.bought(); !earliest || bought <= day) {
       earliest = &parcel;
-  }
+      day = bought;
+    }
   return earliest;
 }
 
 /// Price to compare today's with: that of the day, or what was paid first where the share was bought later;
 /// in shares of today, as the number is.
 double previousPrice(const HeldShareRow& share, const Date& date) {
-  const XMLElement* first = earliestParcel(share);
+  const XMLBuyEvent* first = earliestParcel(share);
   if (!first)
     return sharePriceOn(share, date);
   // Of all parcels the earliest one knows the most splits.
-  const Date bought = dateValue(*first, u"BuyDate");
-  return bought > date ? doubleValue(*first, u"BuyPrice") / sharesBetween(*first, bought, Date())
+  const Date bought = first->bought();
+  return bought > date ? first->price() / sharesBetween(*first, bought, Date())
                        : sharePriceOn(share, date) / sharesBetween(*first, date, Date());
 }
 
@@ -89,17 +75,12 @@ double sharePriceOn(const HeldShareRow& share, const Date& date) {
 }
 
 double heldValueSince(const HeldShareRow& share, const Date& date) {
+  const Date shown;
   double sum = 0.0;
-  for (const XMLElement* parcel : parcelsOf(share)) {
-    if (dateValue(*parcel, u"BuyDate") > date) {
-      sum += doubleValue(*parcel, u"NumHeld") * doubleValue(*parcel, u"BuyPrice");
-      continue;
-    }
-    double number = 0.0;
-    double price = 0.0;
-    share.portfolio->adjustedBuyEvent(*parcel, date, number, price, true);
-    sum += number * sharePriceOn(share, date);
-  }
+  for (const XMLBuyEvent& parcel : std::as_const(*share.heldShare).parcels())
+    if (const Date bought = parcel.bought(); bought <= shown)
+      sum += bought > date ? parcel.number() * parcel.price()
+                           : sharesOn(parcel, date).number * sharePriceOn(share, date);
   return sum;
 }
 
@@ -190,17 +171,17 @@ CellResult daysHeld(Row& row) {
   const HeldShareRow& share = shareOf(row);
   const Date shown;
   if (share.buyEvent)
-    return CellResult(std::int32_t(shown.daysSince(dateValue(*share.buyEvent, u"BuyDate"))));
-  const std::optional<HeldOnDay> held = heldOn(*share.portfolio, *share.heldShare, shown);
+    return CellResult(std::int32_t(shown.daysSince(share.buyEvent->bought())));
+  const std::optional<HeldOnDay> held = heldOn(*share.heldShare, shown);
   return CellResult(held ? std::int32_t(shown.daysSince(held->earliest)) : 0);
 }
 
 CellResult buyDate(Row& row) {
-  return CellResult(dateValue(*shareOf(row).buyEvent, u"BuyDate"));
+  return CellResult(shareOf(row).buyEvent->bought());
 }
 
 CellResult comment(Row& row) {
-  return CellResult(textValue(*shareOf(row).buyEvent, u"Comment"));
+  return CellResult(shareOf(row).buyEvent->comment());
 }
 
 } // namespace HeldShareCells

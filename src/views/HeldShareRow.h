@@ -6,7 +6,8 @@ namespace Tallymoor {
 
 class SharePortfolioUser;
 class Table;
-class XMLElement;
+class XMLBuyEvent;
+class XMLHeldShare;
 
 /// What a row of stocks is computed from: a whole share that is held, one purchase of it, or a stock that is
 /// watched, which has no elements and no portfolio. The elements belong to the records; a table that reads
@@ -14,8 +15,8 @@ class XMLElement;
 struct HeldShareRow {
   String code;
   std::optional<double> numberOnDay; ///< of the day's record; nothing for a purchase
-  XMLElement* heldShare = nullptr;
-  XMLElement* buyEvent = nullptr; ///< null for a whole share
+  XMLHeldShare* heldShare = nullptr;
+  XMLBuyEvent* buyEvent = nullptr; ///< null for a whole share
   SharePortfolioUser* portfolio = nullptr;
   Table* table = nullptr;
 };

@@ -133,8 +133,7 @@ void PortfolioPerformanceTable::fetchIndex(const std::vector<PerformanceSpan>& m
 
 bool PortfolioPerformanceTable::concerns(const String& code) const {
   return std::any_of(m_portfolios.begin(), m_portfolios.end(), [&](const SharePortfolioUser* portfolio) {
-    std::size_t index = 0;
-    return portfolio->findHeldShare(code, index) || portfolio->comparisonIndex() == code;
+    return portfolio->findHeldShare(code) || portfolio->comparisonIndex() == code;
   });
 }
 

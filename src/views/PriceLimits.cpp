@@ -8,7 +8,7 @@
 #include "views/HeldShareRow.h"
 #include "widgets/Colours.h"
 #include "widgets/Row.h"
-#include "xml/Leaves.h"
+#include "xml/PortfolioRecords.h"
 
 namespace Tallymoor {
 
@@ -77,8 +77,8 @@ PriceLimits PriceLimits::MinMaxFromString(const String& typed) {
           platform.parseAmount(text.substr(split + SEPARATOR.size()))};
 }
 
-PriceLimits PriceLimits::ofHeldShare(const XMLElement& heldShare) {
-  return {doubleValue(heldShare, u"MinPrice"), doubleValue(heldShare, u"MaxPrice")};
+PriceLimits PriceLimits::ofHeldShare(const XMLHeldShare& heldShare) {
+  return {heldShare.minPrice(), heldShare.maxPrice()};
 }
 
 PriceLimits PriceLimits::ofStock(const String& code) {

@@ -5,7 +5,7 @@
 namespace Tallymoor {
 
 class Row;
-class XMLElement;
+class XMLHeldShare;
 struct HeldShareRow;
 
 /// The prices between which a stock is to be held or watched; a limit that shows as zero is none.
@@ -25,7 +25,7 @@ struct PriceLimits {
   /// price.
   static PriceLimits MinMaxFromString(const String& typed);
   /// The user's limits as a held share has them.
-  static PriceLimits ofHeldShare(const XMLElement& heldShare);
+  static PriceLimits ofHeldShare(const XMLHeldShare& heldShare);
   /// The user's limits as the settings have them.
   static PriceLimits ofStock(const String& code);
   /// The user's limits of what a row shows: those of the holding, otherwise of the stock.

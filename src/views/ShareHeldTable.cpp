@@ -1,6 +1,7 @@
 #include "views/ShareHeldTable.h"
 #include "engine/PortfolioEvents.h"
 #include "engine/SharePortfolioUser.h"
+#include "engine/SplitTerms.h"
 #include "entry/BuySharesPanel.h"
 #include "entry/EditHeldSharesDialog.h"
 #include "foundation/Amounts.h"
@@ -9,7 +10,6 @@
 #include "widgets/ContextMenu.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/MainWindow.h"
-#include "xml/Leaves.h"
 
 namespace Tallymoor {
 
@@ -23,8 +23,8 @@ FXIMPLEMENT_ABSTRACT(ShareHeldTable, SharesHeldTable, ShareHeldTableMap, ARRAYNU
 
 namespace {
 
-String shownDate(const XMLElement& purchase) {
-  return dateValue(purchase, u"BuyDate").toString(DATE_DISPLAY_LOCAL);
+String shownDate(const XMLBuyEvent& purchase) {
+  return purchase.bought().toString(DATE_DISPLAY_LOCAL);
 }
 
 } // namespace
@@ -38,15 +38,14 @@ ShareHeldTable::ShareHeldTable(SharePortfolioUser& portfolio, const String& code
 void ShareHeldTable::fillTable() {
   clearShares();
   declarePurchaseColumns(*this);
-  std::size_t index = 0;
-  XMLElement* held = portfolio().findHeldShare(m_code, index);
+  XMLHeldShare* held = portfolio().findHeldShare(m_code);
   if (held && portfolio().capitalRecord().hasDayCap(Date()))
-    for (std::size_t i = 0; i < held->numSubElements(u"BuyEvents"); ++i) {
+    for (XMLBuyEvent& parcel : held->parcels()) {
       HeldShareRow purchase;
       purchase.code = m_code;
       purchase.heldShare = held;
-      purchase.buyEvent = &held->subElement(u"BuyEvents", i);
-      addShare(shownDate(*purchase.buyEvent), purchase);
+      purchase.buyEvent = &parcel;
+      addShare(shownDate(parcel), purchase);
     }
   watchShares();
   rebuild();
@@ -83,10 +82,10 @@ long ShareHeldTable::onEdit(FXObject*, FXSelector, void*) {
   });
 }
 
-void ShareHeldTable::editPurchase(XMLElement& purchase) {
+void ShareHeldTable::editPurchase(XMLBuyEvent& purchase) {
   const double oldCost = purchaseCost(purchase);
-  const Date oldDate = dateValue(purchase, u"BuyDate");
-  EditHeldSharesDialog dialog(&MainWindow::Instance(), portfolio(), m_code, purchase);
+  const Date oldDate = purchase.bought();
+  EditHeldSharesDialog dialog(&MainWindow::Instance(), portfolio(), purchase);
   if (dialog.execute() == 0)
     return;
   const BuySharesPanel& panel = *dialog.panel();
@@ -107,14 +106,12 @@ long ShareHeldTable::onDeletePurchase(FXObject*, FXSelector, void*) {
   });
 }
 
-void ShareHeldTable::deletePurchase(const XMLElement& purchase) {
-  const Date date = dateValue(purchase, u"BuyDate");
+void ShareHeldTable::deletePurchase(const XMLBuyEvent& purchase) {
+  const Date date = purchase.bought();
   if (!MainWindow::question(deletionWarning() + u"Continue to delete the share purchase of " + m_code +
                             u" at " + date.toString(DATE_DISPLAY_LOCAL) + u"?"))
     return;
-  double number = 0.0;
-  double price = 0.0;
-  portfolio().adjustedBuyEvent(purchase, Date(), number, price, true);
+  const double number = sharesOn(purchase, Date()).number;
   commands().transactionMade();
   if (!portfolio().deleteBuyEvent(m_code, date, number))
     MainWindow::error(u"Please find and delete the corresponding cash withdrawal from this transaction.");

@@ -24,8 +24,8 @@ protected:
   void markPrice(const String& code) override;
 
 private:
-  void editPurchase(XMLElement& purchase);
-  void deletePurchase(const XMLElement& purchase);
+  void editPurchase(XMLBuyEvent& purchase);
+  void deletePurchase(const XMLBuyEvent& purchase);
 
   String m_code;
 };

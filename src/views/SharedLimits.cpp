@@ -1,8 +1,7 @@
 #include "views/SharedLimits.h"
 #include "foundation/Settings.h"
 #include "views/PriceLimits.h"
-#include "xml/Leaves.h"
-#include "xml/XMLElement.h"
+#include "xml/PortfolioRecords.h"
 #include <algorithm>
 #include <vector>
 
@@ -13,7 +12,7 @@ namespace {
 /// A stock's shares in one portfolio.
 struct Holding {
   SharePortfolioUser* portfolio;
-  XMLElement* share;
+  XMLHeldShare* share;
   PriceLimits limits() const { return PriceLimits::ofHeldShare(*share); }
   void setLimits(const PriceLimits& limits) const { portfolio->setMinMax(*share, limits.min, limits.max); }
 };
@@ -23,13 +22,9 @@ using Holdings = std::map<String, std::vector<Holding>>;
 /// By code, those of a code in the order of the portfolios' names.
 Holdings holdingsOf(OpenPortfolios& portfolios) {
   Holdings holdings;
-  for (const auto& [name, portfolio] : portfolios) {
-    XMLElement& shares = portfolio->portfolio().subElement(u"HeldShares");
-    for (std::size_t i = 0; i < shares.numSubElements(u"HeldShares"); ++i) {
-      XMLElement& share = shares.subElement(u"HeldShares", i);
-      holdings[textValue(share, u"Code")].push_back({portfolio.get(), &share});
-    }
-  }
+  for (const auto& [name, portfolio] : portfolios)
+    for (XMLHeldShare& share : portfolio->portfolio().heldShares())
+      holdings[share.code()].push_back({portfolio.get(), &share});
   return holdings;
 }
 
@@ -58,7 +53,7 @@ void bringLimitsTogether(OpenPortfolios& portfolios) {
     const PriceLimits limits = limitsFor(code, holdings);
     if (limits.areNone())
       continue;
-    if (!(limits == PriceLimits::ofStock(code)))
+    if (limits != PriceLimits::ofStock(code))
       limits.keepForStock(code);
     for (const Holding& holding : holdings)
       if (holding.limits().areNone())

@@ -1,7 +1,6 @@
 #include "views/SharesHeldTable.h"
 #include "engine/ShareAsOfDay.h"
 #include "engine/SharePortfolioUser.h"
-#include "engine/UnreadableDates.h"
 #include "foundation/Amounts.h"
 #include "foundation/Platform.h"
 #include "market/TallymoorInternet.h"
@@ -56,7 +55,7 @@ void SharesHeldTable::addShare(const String& key, HeldShareRow share) {
   share.table = this;
   m_rowData.push_back(std::move(share));
   auto row = std::make_unique<Row>(key, &m_rowData.back());
-  if (m_rowData.back().buyEvent && isSetAside(*m_rowData.back().buyEvent, u"BuyDate"))
+  if (m_rowData.back().buyEvent && m_rowData.back().buyEvent->isSetAside())
     row->leaveOutOfTotals();
   addRow(std::move(row));
 }
@@ -89,8 +88,7 @@ void SharesHeldTable::fillTable() {
 String SharesHeldTable::emptyText() const {
   if (Date::hasFixedDate())
     return u"No shares were held on the day shown.";
-  const XMLElement& shares = std::as_const(portfolio()).portfolio().subElement(u"HeldShares");
-  if (shares.numSubElements(u"HeldShares") > 0 && !portfolio().capitalRecord().hasDayCap(Date()))
+  if (!portfolio().portfolio().heldShares().empty() && !portfolio().capitalRecord().hasDayCap(Date()))
     return u"This day has not been computed, since that was cancelled.\nClick \"Shares Held\" in the tree to "
            u"have it done.";
   return u"No shares are held.\nRecord a purchase by Portfolios, Buy Shares... (Ctrl+B).";
@@ -100,8 +98,7 @@ void SharesHeldTable::addShareOfDay(const XMLElement& shareVal) {
   HeldShareRow share;
   share.code = textValue(shareVal, u"Code");
   share.numberOnDay = doubleValue(shareVal, u"Number");
-  std::size_t index = 0;
-  share.heldShare = portfolio().findHeldShare(share.code, index);
+  share.heldShare = portfolio().findHeldShare(share.code);
   if (Date::hasFixedDate())
     if (auto ofThatDay = shareWithParcelsSoldSince(portfolio(), share.code, *share.numberOnDay, Date())) {
       const PriceLimits limits = PriceLimits::ofRow(share);
@@ -197,9 +194,8 @@ void SharesHeldTable::rowPopup(const TableClick& click) {
     return;
   setInputRow(click.row);
   const HeldShareRow& share = click.row->payload<HeldShareRow>();
-  std::size_t index = 0;
   // Under a view date a row may be of a share that has been sold since.
-  const bool stillHeld = portfolio().findHeldShare(share.code, index) != nullptr;
+  const bool stillHeld = portfolio().findHeldShare(share.code) != nullptr;
   ContextMenu menu(this, this);
   if (stillHeld)
     menu.addCommand(String(u"Sell ") + share.code + u"...", ID_SELL);

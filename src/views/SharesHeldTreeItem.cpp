@@ -13,7 +13,7 @@
 #include "widgets/HandlerScope.h"
 #include "widgets/InvestmentTree.h"
 #include "widgets/RememberedSplitter.h"
-#include "xml/Leaves.h"
+#include "xml/PortfolioRecords.h"
 #include <algorithm>
 #include <utility>
 
@@ -121,9 +121,8 @@ std::vector<String> SharesHeldTreeItem::codesToShow() const {
   std::vector<String> codes;
   if (Date::hasFixedDate())
     return codes;
-  const XMLElement& held = portfolio().portfolio().subElement(u"HeldShares");
-  for (std::size_t i = 0; i < held.numSubElements(u"HeldShares"); ++i)
-    codes.push_back(textValue(held.subElement(u"HeldShares", i), u"Code"));
+  for (const XMLHeldShare& share : portfolio().portfolio().heldShares())
+    codes.push_back(share.code());
   std::sort(codes.begin(), codes.end());
   return codes;
 }

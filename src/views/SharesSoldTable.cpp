@@ -6,7 +6,6 @@
 #include "views/SoldShareCells.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/MainWindow.h"
-#include "xml/Leaves.h"
 
 namespace Tallymoor {
 
@@ -17,14 +16,6 @@ SharesSoldTableMap[] = {
 };
 
 FXIMPLEMENT_ABSTRACT(SharesSoldTable, EventTable, SharesSoldTableMap, ARRAYNUMBER(SharesSoldTableMap))
-
-namespace {
-
-const String& codeOf(const XMLElement& sale) {
-  return textValue(*sale.parent(), u"Code");
-}
-
-} // namespace
 
 SharesSoldTable::SharesSoldTable(SharePortfolioUser& portfolio, PortfolioCommands& commands,
                                  FXComposite* parent, Watcher* watcher)
@@ -58,27 +49,27 @@ String SharesSoldTable::noEventsText() const {
 }
 
 void SharesSoldTable::addAllEvents() {
-  XMLElement& stocks = portfolio().portfolio().subElement(u"SoldShares");
-  for (std::size_t i = 0; i < stocks.numSubElements(u"SoldShares"); ++i)
-    addEvents(stocks.subElement(u"SoldShares", i), u"SellEvents", u"SellDate");
+  for (XMLSoldShare& stock : portfolio().portfolio().soldShares())
+    addEvents(stock.sales());
 }
 
 void SharesSoldTable::rowPopup(const TableClick& click) {
   if (!click.row)
     return;
   setInputRow(click.row);
-  const String sale = u"sale of " + codeOf(*inputEvent()) + u" from " + click.row->key() + u"...";
+  const String sale =
+      u"sale of " + inputEvent<XMLSellEvent>()->code() + u" from " + click.row->key() + u"...";
   eventPopup(click, {u"Edit " + sale, ID_EDIT}, {u"Delete " + sale, ID_DELETE});
 }
 
 long SharesSoldTable::onDelete(FXObject*, FXSelector, void*) {
   return guardedHandler(u"SharesSoldTable::onDelete failed.", [this] {
-    if (const XMLElement* sale = inputEvent())
+    if (const auto* sale = inputEvent<XMLSellEvent>())
       deleteSale(*sale);
   });
 }
 
-void SharesSoldTable::deleteSale(const XMLElement& sale) {
+void SharesSoldTable::deleteSale(const XMLSellEvent& sale) {
   DeleteSaleDialog dialog(&MainWindow::Instance(), sale);
   if (dialog.execute() == 0)
     return;
@@ -93,13 +84,13 @@ void SharesSoldTable::deleteSale(const XMLElement& sale) {
 // A failure to edit goes by the words of the purchases' table, which users know it by.
 long SharesSoldTable::onEdit(FXObject*, FXSelector, void*) {
   return guardedHandler(u"ShareHeldTable::onEdit failed.", [this] {
-    if (XMLElement* sale = inputEvent())
+    if (auto* sale = inputEvent<XMLSellEvent>())
       editSale(*sale);
   });
 }
 
-void SharesSoldTable::editSale(XMLElement& sale) {
-  EditSoldShareDialog dialog(&MainWindow::Instance(), codeOf(sale), sale);
+void SharesSoldTable::editSale(XMLSellEvent& sale) {
+  EditSoldShareDialog dialog(&MainWindow::Instance(), sale);
   if (dialog.execute() == 0)
     return;
   commands().transactionMade();

@@ -24,8 +24,8 @@ protected:
   String noEventsText() const override;
 
 private:
-  void deleteSale(const XMLElement& sale);
-  void editSale(XMLElement& sale);
+  void deleteSale(const XMLSellEvent& sale);
+  void editSale(XMLSellEvent& sale);
 };
 
 } // namespace Tallymoor

@@ -1,13 +1,12 @@
 #include "views/SharesSoldTreeItem.h"
 #include "engine/SharePortfolioUser.h"
-#include "engine/UnreadableDates.h"
 #include "views/EventDates.h"
 #include "views/NodeIcons.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/SharesSoldTable.h"
 #include "views/SoldShareCells.h"
 #include "widgets/HandlerScope.h"
-#include "xml/Leaves.h"
+#include "xml/PortfolioRecords.h"
 
 namespace Tallymoor {
 
@@ -32,24 +31,19 @@ std::vector<Column::Function> SharesSoldTreeItem::summedColumns() const {
 
 void SharesSoldTreeItem::checkDates() const {
   const Date today = Date::realToday();
-  const XMLElement& stocks = portfolio().portfolio().subElement(u"SoldShares");
-  for (std::size_t i = 0; i < stocks.numSubElements(u"SoldShares"); ++i) {
-    const XMLElement& stock = stocks.subElement(u"SoldShares", i);
-    const String& code = textValue(stock, u"Code");
-    for (std::size_t j = 0; j < stock.numSubElements(u"SellEvents"); ++j) {
-      const XMLElement& sale = stock.subElement(u"SellEvents", j);
-      if (isSetAside(sale, u"SellDate"))
+  for (const XMLSoldShare& stock : portfolio().portfolio().soldShares())
+    for (const XMLSellEvent& sale : stock.sales()) {
+      if (sale.isSetAside())
         continue;
-      const Date bought = dateValue(sale, u"BuyDate");
-      const Date sold = dateValue(sale, u"SellDate");
+      const Date bought = sale.bought();
+      const Date sold = sale.sold();
       if (bought > today)
-        tellOfWrongDate(portfolio(), u"buy date for sold share", code, u"in the future");
+        tellOfWrongDate(portfolio(), u"buy date for sold share", stock.code(), u"in the future");
       if (sold > today)
-        tellOfWrongDate(portfolio(), u"sell date for sold share", code, u"in the future");
+        tellOfWrongDate(portfolio(), u"sell date for sold share", stock.code(), u"in the future");
       if (sold < bought)
-        tellOfWrongDate(portfolio(), u"sell date for sold share", code, u"before its buy date");
+        tellOfWrongDate(portfolio(), u"sell date for sold share", stock.code(), u"before its buy date");
     }
-  }
 }
 
 FXint SharesSoldTreeItem::onRightClick(FXint, FXint) {

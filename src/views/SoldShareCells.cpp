@@ -3,14 +3,13 @@
 #include "market/StockNames.h"
 #include "views/CellFigures.h"
 #include "views/EventTable.h"
-#include "xml/Leaves.h"
 
 namespace Tallymoor::SoldShareCells {
 
 namespace {
 
 SaleFigures saleOf(const Row& row) {
-  return SaleFigures(*row.payload<EventRow>().event);
+  return SaleFigures(row.payload<EventRow>().as<XMLSellEvent>());
 }
 
 } // namespace
@@ -80,7 +79,7 @@ CellResult daysHeld(Row& row) {
 }
 
 CellResult comment(Row& row) {
-  return CellResult(textValue(*row.payload<EventRow>().event, u"Comment"));
+  return CellResult(row.payload<EventRow>().as<XMLSellEvent>().comment());
 }
 
 } // namespace Tallymoor::SoldShareCells

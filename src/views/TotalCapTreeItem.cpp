@@ -35,7 +35,6 @@ FXIMPLEMENT_ABSTRACT(TotalCapTreeItem, InvestmentTreeItem, TotalCapTreeItemMap,
 
 namespace {
 
-const String PORTFOLIOS = u"SharePortfolios";
 const String CAPITAL_IN = u"Capital in ";
 
 String money(double amount) {
@@ -66,7 +65,7 @@ Portfolios listOf(const OpenPortfolios& open, const String& butNot = String()) {
 
 } // namespace
 
-TotalCapTreeItem::TotalCapTreeItem(InvestmentTree* tree, OpenPortfolios& portfolios, XMLElement& records,
+TotalCapTreeItem::TotalCapTreeItem(InvestmentTree* tree, OpenPortfolios& portfolios, XMLPortfolios& records,
                                    const NodeIcons& icons, Progress* progress)
     : InvestmentTreeItem(tree, nullptr, u"Total Investment Capital", nullptr, nullptr),
       m_portfolios(&portfolios), m_records(&records), m_icons(icons) {
@@ -285,8 +284,8 @@ bool TotalCapTreeItem::checkNewName(const String& name) const {
 }
 
 void TotalCapTreeItem::makePortfolio(const String& name) {
-  XMLElement& portfolio = m_records->addSubElement(new XMLSharePortfolio, PORTFOLIOS);
-  portfolio.subElement(u"Name").setValue(name);
+  XMLSharePortfolio& portfolio = m_records->portfolios().add();
+  portfolio.setPortfolioName(name);
   openPortfolio(std::make_unique<SharePortfolioUser>(portfolio));
 }
 
@@ -345,7 +344,7 @@ void TotalCapTreeItem::dropPortfolio(const String& name) {
   if (SharePortfolioTreeItem* node = portfolioNode(name))
     tree()->removeItem(node);
   m_performance->setPortfolios(listOf(*m_portfolios, name));
-  const XMLElement& records = found->second->portfolio();
+  const XMLSharePortfolio& records = found->second->portfolio();
   m_portfolios->erase(found);
   removeRecords(records);
 }
@@ -368,20 +367,18 @@ void TotalCapTreeItem::takePortfolios(std::vector<std::unique_ptr<XMLElement>> i
 
 /// The days of a capital record that lies on disk under that name are those of other records.
 void TotalCapTreeItem::addPortfolio(XMLElement* portfolio) {
-  const String name = textValue(*portfolio, u"Name");
+  auto& records = elementAs<XMLSharePortfolio>(*portfolio);
+  const String name = records.portfolioName();
   dropPortfolio(name);
-  auto user = std::make_unique<SharePortfolioUser>(m_records->addSubElement(portfolio, PORTFOLIOS));
+  m_records->addSubElement(portfolio, u"SharePortfolios");
+  auto user = std::make_unique<SharePortfolioUser>(records);
   SharePortfolioCapitalRecordUser& record = user->capitalRecord();
   record.recordsChangedFrom(record.firstRecordDate());
   m_portfolios->emplace(name, std::move(user));
 }
 
-void TotalCapTreeItem::removeRecords(const XMLElement& portfolio) {
-  for (std::size_t i = 0; i < m_records->numSubElements(PORTFOLIOS); ++i)
-    if (&m_records->subElement(PORTFOLIOS, i) == &portfolio) {
-      m_records->removeSubElement(PORTFOLIOS, i);
-      return;
-    }
+void TotalCapTreeItem::removeRecords(const XMLSharePortfolio& portfolio) {
+  m_records->portfolios().remove(portfolio);
 }
 
 void TotalCapTreeItem::priceTyped(const String& code, const Date& date, double price) {

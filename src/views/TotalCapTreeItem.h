@@ -16,6 +16,8 @@ struct PriceLimits;
 class SharePortfolioTreeItem;
 class SummaryFrame;
 class XMLElement;
+class XMLPortfolios;
+class XMLSharePortfolio;
 
 /// The root of the tree of portfolios: "Total Investment Capital". It makes the node of each open portfolio,
 /// shows their capital and gains together and how they performed month by month, and is where portfolios are
@@ -30,7 +32,7 @@ public:
 
   /// The portfolios and the root element of the records ("SharePortfolios") outlive the node. With a
   /// progress, each portfolio is a step of it.
-  TotalCapTreeItem(InvestmentTree* tree, OpenPortfolios& portfolios, XMLElement& records,
+  TotalCapTreeItem(InvestmentTree* tree, OpenPortfolios& portfolios, XMLPortfolios& records,
                    const NodeIcons& icons, Progress* progress);
   ~TotalCapTreeItem() override;
 
@@ -106,12 +108,12 @@ private:
   void deletePortfolio(const String& name);
   void dropPortfolio(const String& name);
   void addPortfolio(XMLElement* portfolio);
-  void removeRecords(const XMLElement& portfolio);
+  void removeRecords(const XMLSharePortfolio& portfolio);
   bool everyRecordIsOfToday() const;
   void makeRecordsCurrent();
 
   OpenPortfolios* m_portfolios = nullptr;
-  XMLElement* m_records = nullptr;
+  XMLPortfolios* m_records = nullptr;
   NodeIcons m_icons;
   SummaryFrame* m_summaryFrame = nullptr;
   std::map<String, Labels> m_summaryLabels;

@@ -1,7 +1,8 @@
 #include "views/WatchHeldSharesTreeItem.h"
 #include "engine/SharePortfolioUser.h"
 #include "views/WatchlistRootTreeItem.h"
-#include "xml/Leaves.h"
+#include "xml/PortfolioRecords.h"
+#include <algorithm>
 
 namespace Tallymoor {
 
@@ -9,48 +10,32 @@ FXIMPLEMENT_ABSTRACT(WatchHeldSharesTreeItem, WatchlistTreeItem, nullptr, 0)
 
 namespace {
 
-template <class Test>
-bool anyEvent(const XMLElement& stock, const char16_t* events, Test test) {
-  for (std::size_t i = 0; i < stock.numSubElements(events); ++i)
-    if (test(stock.subElement(events, i)))
-      return true;
-  return false;
+bool isHeldOn(const XMLBuyEvent& parcel, const Date& day) {
+  return parcel.bought() <= day;
 }
 
-bool isBoughtBy(const XMLElement& event, const Date& day) {
-  return dateValue(event, u"BuyDate") <= day;
+bool isHeldOn(const XMLSellEvent& sale, const Date& day) {
+  return sale.bought() <= day && sale.sold() > day;
 }
 
-void addHeld(const XMLElement& portfolio, std::vector<String>& codes) {
-  const Date shown;
-  const XMLElement& held = portfolio.subElement(u"HeldShares");
-  for (std::size_t i = 0; i < held.numSubElements(u"HeldShares"); ++i) {
-    const XMLElement& share = held.subElement(u"HeldShares", i);
-    if (anyEvent(share, u"BuyEvents", [&](const XMLElement& event) { return isBoughtBy(event, shown); }))
-      codes.push_back(textValue(share, u"Code"));
-  }
-}
-
-void addSoldSince(const XMLElement& portfolio, std::vector<String>& codes) {
-  const Date shown;
-  const XMLElement& sold = portfolio.subElement(u"SoldShares");
-  const auto wasHeld = [&](const XMLElement& sale) {
-    return isBoughtBy(sale, shown) && dateValue(sale, u"SellDate") > shown;
-  };
-  for (std::size_t i = 0; i < sold.numSubElements(u"SoldShares"); ++i) {
-    const XMLElement& share = sold.subElement(u"SoldShares", i);
-    if (anyEvent(share, u"SellEvents", wasHeld))
-      codes.push_back(textValue(share, u"Code"));
-  }
+template <class Parcel>
+bool anyHeldOn(const ElementList<Parcel>& parcels, const Date& day) {
+  return std::any_of(parcels.begin(), parcels.end(),
+                     [&day](const Parcel& parcel) { return isHeldOn(parcel, day); });
 }
 
 } // namespace
 
 std::vector<String> codesHeld(const SharePortfolioUser& portfolio) {
   std::vector<String> codes;
-  addHeld(portfolio.portfolio(), codes);
+  const Date shown;
+  for (const XMLHeldShare& stock : portfolio.portfolio().heldShares())
+    if (anyHeldOn(stock.parcels(), shown))
+      codes.push_back(stock.code());
   if (Date::hasFixedDate())
-    addSoldSince(portfolio.portfolio(), codes);
+    for (const XMLSoldShare& stock : portfolio.portfolio().soldShares())
+      if (anyHeldOn(stock.sales(), shown))
+        codes.push_back(stock.code());
   if (portfolio.hasComparisonIndex())
     codes.push_back(portfolio.comparisonIndex());
   return codes;

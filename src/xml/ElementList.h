@@ -1,5 +1,6 @@
 #pragma once
 #include "xml/XMLElement.h"
+#include <algorithm>
 #include <iterator>
 #include <type_traits>
 #include <typeinfo>
@@ -69,6 +70,11 @@ public:
   /// The index is below size().
   Element& operator[](std::size_t index) const { return elementAs<Class>(*instances()[index]); }
   Element& back() const { return (*this)[size() - 1]; }
+
+  bool contains(const Class& element) const {
+    const auto all = instances();
+    return std::find(all.begin(), all.end(), &element) != all.end();
+  }
 
   /// A new one behind the others.
   Element& add() const { return elementAs<Class>(m_parent.addAt(m_place)); }

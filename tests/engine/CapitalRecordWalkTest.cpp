@@ -1,5 +1,6 @@
 #include "engine/CapitalRecordWalk.h"
 #include "engine/EngineTest.h"
+#include "engine/SplitTerms.h"
 #include "foundation/Amounts.h"
 #include <map>
 #include <random>
@@ -17,12 +18,10 @@ public:
     String text = cashText(day);
     m_order.clear();
     m_shareVals.clear();
-    const XMLElement& held = m_portfolio.portfolio().subElement(u"HeldShares");
-    for (std::size_t i = 0; i < held.numSubElements(u"HeldShares"); ++i)
-      addHeld(held.subElement(u"HeldShares", i), day);
-    const XMLElement& sold = m_portfolio.portfolio().subElement(u"SoldShares");
-    for (std::size_t i = 0; i < sold.numSubElements(u"SoldShares"); ++i)
-      addSold(sold.subElement(u"SoldShares", i), day);
+    for (const XMLHeldShare& stock : m_portfolio.portfolio().heldShares())
+      addHeld(stock, day);
+    for (const XMLSoldShare& stock : m_portfolio.portfolio().soldShares())
+      addSold(stock, day);
     for (const String& code : m_order)
       text = text + u"; " + code + u' ' + m_shareVals[code].number + u" x " + m_shareVals[code].price;
     return text;
@@ -54,29 +53,21 @@ private:
     return text;
   }
 
-  void addHeld(const XMLElement& stock, const Date& day) {
-    for (std::size_t i = 0; i < stock.numSubElements(u"BuyEvents"); ++i) {
-      const XMLElement& event = stock.subElement(u"BuyEvents", i);
+  void addHeld(const XMLHeldShare& stock, const Date& day) {
+    for (const XMLBuyEvent& event : stock.parcels()) {
       if (dateValue(event, u"BuyDate") > day)
         continue;
       const double price = m_portfolio.priceWithSplitCheck(textValue(stock, u"Code"), day);
-      double number = 0;
-      double bought = 0;
-      m_portfolio.adjustedBuyEvent(event, day, number, bought);
-      addShareVal(textValue(stock, u"Code"), number, price);
+      addShareVal(textValue(stock, u"Code"), m_portfolio.adjustedBuyEvent(event, day).number, price);
     }
   }
 
-  void addSold(const XMLElement& stock, const Date& day) {
-    for (std::size_t i = 0; i < stock.numSubElements(u"SellEvents"); ++i) {
-      const XMLElement& event = stock.subElement(u"SellEvents", i);
+  void addSold(const XMLSoldShare& stock, const Date& day) {
+    for (const XMLSellEvent& event : stock.sales()) {
       if (dateValue(event, u"BuyDate") > day || dateValue(event, u"SellDate") <= day)
         continue;
       const double price = m_portfolio.priceWithSplitCheck(textValue(stock, u"Code"), day);
-      double number = 0;
-      double bought = 0;
-      m_portfolio.adjustedSellEvent(event, day, number, bought);
-      addShareVal(textValue(stock, u"Code"), number, price);
+      addShareVal(textValue(stock, u"Code"), m_portfolio.adjustedSellEvent(event, day).number, price);
     }
   }
 
@@ -120,7 +111,7 @@ protected:
       switch (upTo(4)) {
       case 0:
       case 1: {
-        XMLElement& event = user().addBuyEvent(code, bought, amount(300), amount(20), 0, u"");
+        XMLBuyEvent& event = user().addBuyEvent(code, bought, amount(300), amount(20), 0, u"");
         if (upTo(3) == 0)
           addAdjustment(event, m_first.plusDays(upTo(m_days)), upTo(6) - 7);
         if (upTo(3) == 0)
@@ -128,7 +119,8 @@ protected:
         break;
       }
       case 2: {
-        XMLElement& event = addSale(code, bought, bought.plusDays(upTo(40) - 3), amount(300), amount(20), 1);
+        XMLSellEvent& event =
+            addSale(code, bought, bought.plusDays(upTo(40) - 3), amount(300), amount(20), 1);
         if (upTo(3) == 0)
           addAdjustment(event, m_first.plusDays(upTo(m_days)), 3);
         break;

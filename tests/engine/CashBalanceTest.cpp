@@ -30,7 +30,7 @@ TEST(CashBalanceTest, CreditsCountUpAndAllElseDownToTheEndOfTheDay) {
 TEST(CashBalanceTest, AnEntryOfALaterDayHasNoEffectYet) {
   XMLSharePortfolio portfolio;
   book(portfolio, u"2/3/2026", u"50.25", u"2");
-  const XMLElement& debit = portfolio.subElement(u"CashReserve").subElement(u"CashEvents");
+  const auto& debit = portfolio.cashEvents()[0];
   EXPECT_EQ(-50.25, effectOnBalance(debit, Date(2026, 3, 2)));
   EXPECT_EQ(0.0, effectOnBalance(debit, Date(2026, 3, 1)));
 }

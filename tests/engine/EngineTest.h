@@ -85,43 +85,36 @@ protected:
       setPrice(code, day, close);
   }
 
-  XMLElement& parcel(const String& code, std::size_t place = 0) {
-    std::size_t index = 0;
-    return user().findHeldShare(code, index)->subElement(u"BuyEvents", place);
+  XMLBuyEvent& parcel(const String& code, std::size_t place = 0) {
+    return user().findHeldShare(code)->parcels()[place];
   }
-  XMLElement& sale(const String& code, std::size_t place = 0) {
-    std::size_t index = 0;
-    return user().findSoldShare(code, index)->subElement(u"SellEvents", place);
+  XMLSellEvent& sale(const String& code, std::size_t place = 0) {
+    return user().findSoldShare(code)->sales()[place];
   }
   std::size_t numParcels(const String& code) {
-    std::size_t index = 0;
-    const XMLElement* stock = user().findHeldShare(code, index);
-    return stock ? stock->numSubElements(u"BuyEvents") : 0;
+    const XMLHeldShare* stock = user().findHeldShare(code);
+    return stock ? stock->parcels().size() : 0;
   }
   std::size_t numSales(const String& code) {
-    std::size_t index = 0;
-    const XMLElement* stock = user().findSoldShare(code, index);
-    return stock ? stock->numSubElements(u"SellEvents") : 0;
+    const XMLSoldShare* stock = user().findSoldShare(code);
+    return stock ? stock->sales().size() : 0;
   }
-  std::size_t numCashEntries() {
-    return m_portfolio.subElement(u"CashReserve").numSubElements(u"CashEvents");
-  }
+  std::size_t numCashEntries() { return m_portfolio.cashEvents().size(); }
   /// "3/3/2026 1 100.00 DEPOSIT x": date, type, value and description.
   String cashEntryText(std::size_t place) {
-    const XMLElement& entry = m_portfolio.subElement(u"CashReserve").subElement(u"CashEvents", place);
+    const auto& entry = m_portfolio.cashEvents()[place];
     return textValue(entry, u"Date") + u' ' + textValue(entry, u"Type") + u' ' + textValue(entry, u"Value") +
            u' ' + textValue(entry, u"Description");
   }
   /// A sale with the cost and proceeds that sellShares would have noted on its day.
-  XMLElement& addSale(const String& code, const Date& bought, const Date& sold, double number,
-                      double buyPrice, double sellPrice) {
-    std::size_t index = 0;
-    XMLElement* stock = user().findSoldShare(code, index);
+  XMLSellEvent& addSale(const String& code, const Date& bought, const Date& sold, double number,
+                        double buyPrice, double sellPrice) {
+    XMLSoldShare* stock = user().findSoldShare(code);
     if (!stock) {
-      stock = &m_portfolio.subElement(u"SoldShares").addSubElement(new XMLSoldShare, u"SoldShares");
-      stock->subElement(u"Code").setValue(code);
+      stock = &m_portfolio.soldShares().add();
+      stock->setCode(code);
     }
-    XMLElement& event = stock->addSubElement(new XMLSellEvent, u"SellEvents");
+    XMLSellEvent& event = stock->sales().add();
     event.subElement(u"BuyDate").setValue(bought.toString(DATE_DISPLAY_DMY));
     event.subElement(u"SellDate").setValue(sold.toString(DATE_DISPLAY_DMY));
     event.subElement(u"NumHeld").setValue(String::fromDouble(number, 2));
@@ -131,8 +124,8 @@ protected:
     event.subElement(u"SellBrokerage").setValue(u"0.00");
     return event;
   }
-  void addAdjustment(XMLElement& event, const Date& start, std::int32_t factor) {
-    user().setAdjustment(event.addSubElement(new XMLSplitAdjustment, u"Adjustments"), start, factor, false);
+  void addAdjustment(XMLParcel& event, const Date& start, std::int32_t factor) {
+    user().setAdjustment(event.adjustments().add(), start, factor, false);
   }
 
   /// A recorded day: "2/3/2026 cash 100.00 injected 100.00; ABC.AX 10.00 x 5.00"

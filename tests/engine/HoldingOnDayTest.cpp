@@ -64,8 +64,8 @@ TEST_F(HoldingOnDayTest, OnlyASaleThatTellsNoSplitIsReadByTheDaysNumber) {
   addSale(u"ABC.AX", Date(2026, 1, 12), Date(2026, 1, 20), 200, 2, 3);
   addAdjustment(addSale(u"ABC.AX", Date(2026, 1, 12), Date(2026, 1, 20), 100, 4, 3), Date(2026, 1, 16), 2);
   const auto share = shareWithParcelsSoldSince(user(), u"ABC.AX", 200, Date(2026, 1, 15));
-  EXPECT_EQ(doubleValue(share->subElement(u"BuyEvents", 0), u"NumHeld"), 100);
-  EXPECT_EQ(doubleValue(share->subElement(u"BuyEvents", 1), u"NumHeld"), 100);
+  EXPECT_EQ(doubleValue(share->parcels()[0], u"NumHeld"), 100);
+  EXPECT_EQ(doubleValue(share->parcels()[1], u"NumHeld"), 100);
 }
 
 TEST_F(HoldingOnDayTest, OnlyTheCurrentPriceMayBeARecordedOne) {

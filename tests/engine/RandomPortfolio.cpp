@@ -57,44 +57,35 @@ String RandomPortfolio::anyComment() {
   return comments[below(5)];
 }
 
-bool RandomPortfolio::drawParcel(Drawn& drawn) {
-  XMLElement* stock = drawEvent(u"HeldShares", u"HeldShares");
+bool RandomPortfolio::drawParcel(DrawnParcel& drawn) {
+  auto* stock = draw(m_portfolio.heldShares());
   if (!stock)
     return false;
-  const auto count = static_cast<int>(stock->numSubElements(u"BuyEvents"));
-  drawn.event = &stock->subElement(u"BuyEvents", static_cast<std::size_t>(below(count)));
+  drawn.event = draw(stock->parcels());
   drawn.code = indexOfCode(textValue(*stock, u"Code"));
   drawn.day = indexOfDay(dateValue(*drawn.event, u"BuyDate"));
   drawn.number = hundredths(*drawn.event, u"NumHeld");
   return true;
 }
 
-std::vector<RandomPortfolio::Drawn> RandomPortfolio::parcelsOf(XMLElement& stock) {
-  std::vector<Drawn> parcels;
-  for (std::size_t i = 0; i < stock.numSubElements(u"BuyEvents"); ++i) {
-    XMLElement& event = stock.subElement(u"BuyEvents", i);
+std::vector<RandomPortfolio::DrawnParcel> RandomPortfolio::parcelsOf(XMLHeldShare& stock) {
+  std::vector<DrawnParcel> parcels;
+  for (XMLBuyEvent& event : stock.parcels()) {
     parcels.push_back({&event, indexOfCode(textValue(stock, u"Code")),
                        indexOfDay(dateValue(event, u"BuyDate")), hundredths(event, u"NumHeld")});
   }
   return parcels;
 }
 
-bool RandomPortfolio::drawSale(Drawn& drawn) {
-  XMLElement* stock = drawEvent(u"SoldShares", u"SoldShares");
+bool RandomPortfolio::drawSale(DrawnSale& drawn) {
+  auto* stock = draw(m_portfolio.soldShares());
   if (!stock)
     return false;
-  const auto count = static_cast<int>(stock->numSubElements(u"SellEvents"));
-  drawn.event = &stock->subElement(u"SellEvents", static_cast<std::size_t>(below(count)));
+  drawn.event = draw(stock->sales());
   drawn.code = indexOfCode(textValue(*stock, u"Code"));
   drawn.day = indexOfDay(dateValue(*drawn.event, u"BuyDate"));
   drawn.number = hundredths(*drawn.event, u"NumHeld");
   return true;
-}
-
-XMLElement* RandomPortfolio::drawEvent(std::u16string_view list, std::u16string_view reference) {
-  XMLElement& events = m_portfolio.subElement(list);
-  const auto count = static_cast<int>(events.numSubElements(reference));
-  return count == 0 ? nullptr : &events.subElement(reference, static_cast<std::size_t>(below(count)));
 }
 
 // ---- Operations ----
@@ -163,15 +154,15 @@ void RandomPortfolio::addParcel() {
 }
 
 void RandomPortfolio::sell() {
-  Drawn drawn;
+  DrawnParcel drawn;
   if (!drawParcel(drawn))
     return;
   const bool firstInFirstOut = oneIn(2);
-  std::vector<Drawn> parcels = parcelsOf(*drawn.event->parent());
+  std::vector<DrawnParcel> parcels = parcelsOf(elementAs<XMLHeldShare>(*drawn.event->parent()));
   if (!firstInFirstOut)
     std::reverse(parcels.begin(), parcels.end());
   int last = 0;
-  for (const Drawn& parcel : parcels)
+  for (const DrawnParcel& parcel : parcels)
     last = std::max(last, parcel.day);
   const int day = dayFrom(last);
   // Some parcels whole, and of the next one a part that every split and merge leaves even.
@@ -182,7 +173,7 @@ void RandomPortfolio::sell() {
     number += numberOn(parcels[static_cast<std::size_t>(i)], day);
   }
   if (whole < static_cast<int>(parcels.size())) {
-    Drawn part = parcels[static_cast<std::size_t>(whole)];
+    DrawnParcel part = parcels[static_cast<std::size_t>(whole)];
     part.number = 16 * (1 + below(static_cast<int>(part.number / 16)));
     ofPurchase += part.number;
     number += numberOn(part, day);
@@ -218,7 +209,7 @@ void RandomPortfolio::receiveDividend() {
 }
 
 void RandomPortfolio::editBuy() {
-  Drawn parcel;
+  DrawnParcel parcel;
   if (!drawParcel(parcel))
     return;
   const int day = anyDay();
@@ -237,7 +228,7 @@ void RandomPortfolio::editBuy() {
 }
 
 void RandomPortfolio::editSell() {
-  Drawn sale;
+  DrawnSale sale;
   if (!drawSale(sale))
     return;
   const int sold = indexOfDay(dateValue(*sale.event, u"SellDate"));
@@ -261,7 +252,7 @@ void RandomPortfolio::editSell() {
 }
 
 void RandomPortfolio::editCash() {
-  XMLElement* event = drawEvent(u"CashReserve", u"CashEvents");
+  XMLCashEvent* event = draw(m_portfolio.cashEvents());
   if (!event)
     return;
   const int day = anyDay();
@@ -271,7 +262,7 @@ void RandomPortfolio::editCash() {
 }
 
 void RandomPortfolio::editDividend() {
-  XMLElement* event = drawEvent(u"Dividends", u"DividendEvents");
+  XMLDividendEvent* event = draw(m_portfolio.dividends());
   if (!event)
     return;
   const int oldCode = indexOfCode(textValue(*event, u"Code"));
@@ -298,26 +289,25 @@ void RandomPortfolio::editDividend() {
 }
 
 void RandomPortfolio::deleteBuy() {
-  Drawn parcel;
+  DrawnParcel parcel;
   if (!drawParcel(parcel))
     return;
   note("delete parcel " + std::to_string(parcel.code) + " day " + std::to_string(parcel.day));
-  double number = 0.0, price = 0.0;
-  m_user.adjustedBuyEvent(*parcel.event, Date(), number, price, true);
+  const double number = m_user.adjustedBuyEvent(*parcel.event, Date()).number;
   m_user.deleteBuyEvent(codeText(parcel.code), dayAt(parcel.day), number);
   m_bought[static_cast<std::size_t>(parcel.code)][static_cast<std::size_t>(parcel.day)] -= parcel.number;
 }
 
 void RandomPortfolio::deleteSell() {
-  Drawn sale;
+  DrawnSale sale;
   if (!drawSale(sale))
     return;
   // Of equal sales the first one goes, and it may be of other parcels.
   const String sold = textValue(*sale.event, u"SellDate");
   const double number = SaleFigures(*sale.event).number();
-  const XMLElement& stock = *sale.event->parent();
-  for (std::size_t i = 0; i < stock.numSubElements(u"SellEvents"); ++i) {
-    const XMLElement& other = stock.subElement(u"SellEvents", i);
+  const auto& stock = elementAs<XMLSoldShare>(*sale.event->parent());
+  for (std::size_t i = 0; i < stock.sales().size(); ++i) {
+    const auto& other = stock.sales()[i];
     if (textValue(other, u"SellDate") == sold && showsTheSame(SaleFigures(other).number(), number, 4)) {
       sale.day = indexOfDay(dateValue(other, u"BuyDate"));
       sale.number = hundredths(other, u"NumHeld");
@@ -332,7 +322,7 @@ void RandomPortfolio::deleteSell() {
 }
 
 void RandomPortfolio::undoSell() {
-  Drawn sale;
+  DrawnSale sale;
   if (!drawSale(sale))
     return;
   note("undo sale " + std::to_string(sale.code) + " number " + std::to_string(sale.number));
@@ -352,7 +342,7 @@ std::size_t RandomPortfolio::countPurchasesPaid() const {
 }
 
 void RandomPortfolio::deleteCash() {
-  const XMLElement* event = drawEvent(u"CashReserve", u"CashEvents");
+  const XMLCashEvent* event = draw(m_portfolio.cashEvents());
   if (!event)
     return;
   note("delete cash");
@@ -360,7 +350,7 @@ void RandomPortfolio::deleteCash() {
 }
 
 void RandomPortfolio::deleteDividend() {
-  const XMLElement* event = drawEvent(u"Dividends", u"DividendEvents");
+  const XMLDividendEvent* event = draw(m_portfolio.dividends());
   if (!event)
     return;
   const auto code = static_cast<std::size_t>(indexOfCode(textValue(*event, u"Code")));
@@ -410,7 +400,7 @@ void RandomPortfolio::split() {
 }
 
 void RandomPortfolio::setLimits() {
-  XMLElement* stock = drawEvent(u"HeldShares", u"HeldShares");
+  auto* stock = draw(m_portfolio.heldShares());
   if (!stock)
     return;
   note("limits");
@@ -421,7 +411,7 @@ void RandomPortfolio::setLimits() {
 
 // ---- Splits ----
 
-RandomPortfolio::Hundredths RandomPortfolio::numberOn(const Drawn& parcel, int day) const {
+RandomPortfolio::Hundredths RandomPortfolio::numberOn(const DrawnParcel& parcel, int day) const {
   return adjusted(parcel.number, parcel.code, parcel.day, day);
 }
 

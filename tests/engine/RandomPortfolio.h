@@ -51,12 +51,15 @@ private:
     int factor; ///< negative for a merge
   };
   /// An event of the tree that a change was drawn for.
+  template <class Event>
   struct Drawn {
-    XMLElement* event;
+    Event* event;
     int code;
     int day; ///< of purchase
     Hundredths number;
   };
+  using DrawnParcel = Drawn<XMLBuyEvent>;
+  using DrawnSale = Drawn<XMLSellEvent>;
 
   static Date dayAt(int index);
   static int indexOfDay(const Date& day);
@@ -73,10 +76,14 @@ private:
   double anyPrice() { return (5000 + below(200000)) / 10000.0; }
   double anyMoney(int limit) { return below(limit * 100) / 100.0; }
   String anyComment();
-  bool drawParcel(Drawn& drawn);
-  bool drawSale(Drawn& drawn);
-  static std::vector<Drawn> parcelsOf(XMLElement& stock);
-  XMLElement* drawEvent(std::u16string_view list, std::u16string_view reference);
+  bool drawParcel(DrawnParcel& drawn);
+  bool drawSale(DrawnSale& drawn);
+  static std::vector<DrawnParcel> parcelsOf(XMLHeldShare& stock);
+  /// Null where there is none.
+  template <class Element>
+  Element* draw(const ElementList<Element>& all) {
+    return all.empty() ? nullptr : &all[static_cast<std::size_t>(below(static_cast<int>(all.size())))];
+  }
 
   // Operations
   void buy();
@@ -102,7 +109,7 @@ private:
 
   bool isSplit(int code) const { return !m_splits[static_cast<std::size_t>(code)].empty(); }
   /// Shares of the parcel on a day.
-  Hundredths numberOn(const Drawn& parcel, int day) const;
+  Hundredths numberOn(const DrawnParcel& parcel, int day) const;
   /// Notes the splits of a code on its new parcels, as the user would when asked about them.
   void noteSplits(int code);
   Hundredths adjusted(Hundredths number, int code, int bought, int day) const;

@@ -104,29 +104,20 @@ String recordedDay(const SharePortfolioCapitalRecordUser& record, const Date& da
 
 RandomPortfolio::Ledger RandomPortfolio::held() const {
   Ledger ledger{};
-  const XMLElement& stocks = m_portfolio.subElement(u"HeldShares");
-  for (std::size_t i = 0; i < stocks.numSubElements(u"HeldShares"); ++i) {
-    const XMLElement& stock = stocks.subElement(u"HeldShares", i);
+  for (const XMLHeldShare& stock : m_portfolio.heldShares()) {
     auto& days = ledger[static_cast<std::size_t>(indexOfCode(textValue(stock, u"Code")))];
-    for (std::size_t j = 0; j < stock.numSubElements(u"BuyEvents"); ++j) {
-      const XMLElement& parcel = stock.subElement(u"BuyEvents", j);
-      days[static_cast<std::size_t>(indexOfDay(dateValue(parcel, u"BuyDate")))] +=
-          hundredths(parcel, u"NumHeld");
-    }
+    for (const XMLBuyEvent& parcel : stock.parcels())
+      days[static_cast<std::size_t>(indexOfDay(parcel.bought()))] += hundredths(parcel, u"NumHeld");
   }
   return ledger;
 }
 
 RandomPortfolio::Ledger RandomPortfolio::sold() const {
   Ledger ledger{};
-  const XMLElement& stocks = m_portfolio.subElement(u"SoldShares");
-  for (std::size_t i = 0; i < stocks.numSubElements(u"SoldShares"); ++i) {
-    const XMLElement& stock = stocks.subElement(u"SoldShares", i);
+  for (const XMLSoldShare& stock : m_portfolio.soldShares()) {
     auto& days = ledger[static_cast<std::size_t>(indexOfCode(textValue(stock, u"Code")))];
-    for (std::size_t j = 0; j < stock.numSubElements(u"SellEvents"); ++j) {
-      const XMLElement& sale = stock.subElement(u"SellEvents", j);
-      days[static_cast<std::size_t>(indexOfDay(dateValue(sale, u"BuyDate")))] += hundredths(sale, u"NumHeld");
-    }
+    for (const XMLSellEvent& sale : stock.sales())
+      days[static_cast<std::size_t>(indexOfDay(sale.bought()))] += hundredths(sale, u"NumHeld");
   }
   return ledger;
 }
@@ -169,10 +160,9 @@ RandomPortfolio::Hundredths RandomPortfolio::expectedOn(int code, int day) const
   Hundredths sum = 0;
   for (int bought = 0; bought <= day; ++bought)
     sum += adjusted(m_bought[place][static_cast<std::size_t>(bought)], code, bought, day);
-  std::size_t index = 0;
-  if (const XMLElement* stock = m_user.findSoldShare(codeText(code), index))
-    for (std::size_t i = 0; i < stock->numSubElements(u"SellEvents"); ++i) {
-      const XMLElement& sale = stock->subElement(u"SellEvents", i);
+  if (const auto* stock = m_user.findSoldShare(codeText(code)))
+    for (std::size_t i = 0; i < stock->sales().size(); ++i) {
+      const auto& sale = stock->sales()[i];
       if (indexOfDay(dateValue(sale, u"SellDate")) <= day)
         sum -= adjusted(hundredths(sale, u"NumHeld"), code, indexOfDay(dateValue(sale, u"BuyDate")), day);
     }

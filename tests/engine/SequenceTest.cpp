@@ -64,19 +64,14 @@ protected:
     return text + "\n";
   }
 
-  XMLElement& stockHeld(const String& code) {
-    std::size_t index = 0;
-    XMLElement* stock = user().findHeldShare(code, index);
+  XMLHeldShare& stockHeld(const String& code) {
+    auto* stock = user().findHeldShare(code);
     if (!stock)
       throw std::runtime_error("not held: " + code.toUTF8());
     return *stock;
   }
-  XMLElement& dividend(std::size_t place) {
-    return m_portfolio.subElement(u"Dividends").subElement(u"DividendEvents", place);
-  }
-  XMLElement& cashEvent(std::size_t place) {
-    return m_portfolio.subElement(u"CashReserve").subElement(u"CashEvents", place);
-  }
+  XMLDividendEvent& dividend(std::size_t place) { return m_portfolio.dividends()[place]; }
+  XMLCashEvent& cashEvent(std::size_t place) { return m_portfolio.cashEvents()[place]; }
 
   // ---- What the user and the market answer ----
 
@@ -152,17 +147,16 @@ protected:
     const String code = a.text();
     const Date day = a.date();
     const double number = a.number();
-    std::size_t index = 0;
-    if (const XMLElement* stock = user().findSoldShare(code, index))
-      for (std::size_t i = 0; i < stock->numSubElements(u"SellEvents"); ++i)
-        if (const SaleFigures figures(stock->subElement(u"SellEvents", i));
+    if (const auto* stock = user().findSoldShare(code))
+      for (std::size_t i = 0; i < stock->sales().size(); ++i)
+        if (const SaleFigures figures(stock->sales()[i]);
             figures.sold() == day && showsTheSame(figures.number(), number, 4))
-          return truth(user().undoSale(stock->subElement(u"SellEvents", i)));
+          return truth(user().undoSale(stock->sales()[i]));
     return truth(false);
   }
   Answer editBuy(Arguments& a) {
     const String code = a.text();
-    XMLElement& event = parcel(code, static_cast<std::size_t>(a.whole()));
+    auto& event = parcel(code, static_cast<std::size_t>(a.whole()));
     const Date day = a.date();
     const double number = a.number(), price = a.number(), brokerage = a.number();
     const String comment = a.text();
@@ -171,7 +165,7 @@ protected:
   }
   Answer editSell(Arguments& a) {
     const String code = a.text();
-    XMLElement& event = sale(code, static_cast<std::size_t>(a.whole()));
+    auto& event = sale(code, static_cast<std::size_t>(a.whole()));
     const Date bought = a.date(), sold = a.date();
     const double number = a.number(), buyPrice = a.number(), sellPrice = a.number();
     const double buyBrokerage = a.number(), sellBrokerage = a.number();
@@ -179,13 +173,13 @@ protected:
                                       sellBrokerage, a.text()));
   }
   Answer minMax(Arguments& a) {
-    XMLElement& stock = stockHeld(a.text());
+    XMLHeldShare& stock = stockHeld(a.text());
     const double min = a.number();
     user().setMinMax(stock, min, a.number());
     return {};
   }
   Answer portfolioMax(Arguments& a) {
-    XMLElement& stock = stockHeld(a.text());
+    XMLHeldShare& stock = stockHeld(a.text());
     user().setPortfolioMax(stock, a.number());
     return {};
   }
@@ -207,7 +201,7 @@ protected:
     return {};
   }
   Answer editCash(Arguments& a) {
-    XMLElement& event = cashEvent(static_cast<std::size_t>(a.whole()));
+    XMLCashEvent& event = cashEvent(static_cast<std::size_t>(a.whole()));
     const Date newDate = a.date(), oldDate = a.date();
     const double value = a.number();
     user().editCashEvent(event, newDate, oldDate, value, a.text());
@@ -228,7 +222,7 @@ protected:
     return {};
   }
   Answer editDividend(Arguments& a) {
-    XMLElement& event = dividend(static_cast<std::size_t>(a.whole()));
+    XMLDividendEvent& event = dividend(static_cast<std::size_t>(a.whole()));
     const String code = a.text();
     const Date day = a.date();
     const double number = a.number(), rate = a.number();

@@ -172,12 +172,7 @@ TEST_F(CapitalRecordTest, ChangesTellTheEarliestDayTouched) {
 TEST_F(CapitalRecordTest, TodayWithARecordNeedsNothing) {
   makeDays(m_yesterday);
   record().save();
-  user()
-      .portfolio()
-      .subElement(u"CashReserve")
-      .subElement(u"CashEvents")
-      .subElement(u"Value")
-      .setValue(u"7.00");
+  user().portfolio().cashEvents()[0].subElement(u"Value").setValue(u"7.00");
   update();
   EXPECT_EQ(dayOf(m_today), String(u"3/3/2026 cash 100.00"));
   EXPECT_FALSE(record().isModified());
@@ -433,8 +428,7 @@ TEST_F(CapitalRecordTest, WhatIsAskedOfADayAgainFollowsEditsSalesAndSplits) {
     return record().sharesValueOn(m_today);
   };
   EXPECT_DOUBLE_EQ(shares(), 50);
-  std::size_t index = 0;
-  XMLElement& purchase = user().findHeldShare(u"ABC.AX", index)->subElement(u"BuyEvents");
+  auto& purchase = user().findHeldShare(u"ABC.AX")->parcels()[0];
   user().editBuyEvent(purchase, bought, 8, 5, 0, u"", 50, bought);
   EXPECT_DOUBLE_EQ(shares(), 40);
   user().sellShares(u"ABC.AX", m_yesterday, 2, 5, 0, true, u"");

@@ -50,10 +50,11 @@ TEST_F(CashTest, EachKindHasItsSignInTheRecord) {
 
 TEST_F(CashTest, EditingOverwritesAllButTheType) {
   user().creditCash(Date(2026, 1, 2), 12, CASH_EVENT_INTEREST, u"INTEREST bank");
-  user().editCashEvent(cashEntry(m_portfolio, 0), Date(2026, 1, 5), Date(2026, 1, 2), 7.5, u"INTEREST other");
+  user().editCashEvent(m_portfolio.cashEvents()[0], Date(2026, 1, 5), Date(2026, 1, 2), 7.5,
+                       u"INTEREST other");
   ASSERT_EQ(numCashEntries(), 1u);
   EXPECT_EQ(cashEntryText(0), String(u"5/1/2026 3 7.50 INTEREST other"));
-  user().editCashEvent(cashEntry(m_portfolio, 0), Date(2026, 1, 5), Date(2026, 1, 5), 7.5, u"");
+  user().editCashEvent(m_portfolio.cashEvents()[0], Date(2026, 1, 5), Date(2026, 1, 5), 7.5, u"");
   EXPECT_EQ(cashEntryText(0), String(u"5/1/2026 3 7.50 "));
 }
 
@@ -66,10 +67,10 @@ TEST_F(CashTest, AnAmountBelowZeroIsRefusedUnlessItWasSo) {
   EXPECT_EQ(numCashEntries(), 0u);
   user().creditCash(m_today, 5, CASH_EVENT_DEPOSIT, u"");
   EXPECT_EQ(refused,
-            messageOf([&] { user().editCashEvent(cashEntry(m_portfolio, 0), m_today, m_today, -5, u""); }));
+            messageOf([&] { user().editCashEvent(m_portfolio.cashEvents()[0], m_today, m_today, -5, u""); }));
   EXPECT_EQ(cashEntryText(0), String(u"3/3/2026 4 5.00 "));
   user().creditCash(m_today, -20, CASH_EVENT_CREDIT, u"SELL"); // for less than its brokerage
-  user().editCashEvent(cashEntry(m_portfolio, 1), m_today, m_today, -25, u"SELL");
+  user().editCashEvent(m_portfolio.cashEvents()[1], m_today, m_today, -25, u"SELL");
   EXPECT_EQ(cashEntryText(1), String(u"3/3/2026 1 -25.00 SELL"));
 }
 
@@ -81,14 +82,14 @@ TEST_F(CashTest, EditingDropsTheDaysFromTheEarlierDate) {
   user().creditCash(first, 100, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
   user().creditCash(Date(2026, 2, 27), 5, CASH_EVENT_INTEREST, u"INTEREST ");
   record().update(user());
-  user().editCashEvent(cashEntry(m_portfolio, 1), Date(2026, 3, 1), Date(2026, 2, 27), 5, u"INTEREST ");
+  user().editCashEvent(m_portfolio.cashEvents()[1], Date(2026, 3, 1), Date(2026, 2, 27), 5, u"INTEREST ");
   EXPECT_TRUE(daysFrom(Date(2026, 2, 27)));
   record().update(user());
-  user().editCashEvent(cashEntry(m_portfolio, 1), Date(2026, 2, 26), Date(2026, 3, 1), 5, u"INTEREST ");
+  user().editCashEvent(m_portfolio.cashEvents()[1], Date(2026, 2, 26), Date(2026, 3, 1), 5, u"INTEREST ");
   EXPECT_TRUE(daysFrom(Date(2026, 2, 26)));
   record().update(user());
   // What the caller tells of the old date may be wrong: the event's own counts as well.
-  user().editCashEvent(cashEntry(m_portfolio, 1), Date(2026, 3, 2), Date(2026, 3, 2), 5, u"INTEREST ");
+  user().editCashEvent(m_portfolio.cashEvents()[1], Date(2026, 3, 2), Date(2026, 3, 2), 5, u"INTEREST ");
   EXPECT_TRUE(daysFrom(Date(2026, 2, 26)));
 }
 
@@ -96,7 +97,7 @@ TEST_F(CashTest, DeletingFindsTheEventByIdentity) {
   for (int i = 0; i < 3; ++i)
     user().creditCash(Date(2026, 2, 25 + i), 5, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
   record().update(user());
-  user().deleteCashEvent(cashEntry(m_portfolio, 1));
+  user().deleteCashEvent(m_portfolio.cashEvents()[1]);
   ASSERT_EQ(numCashEntries(), 2u);
   EXPECT_EQ(cashEntryText(0), String(u"25/2/2026 4 5.00 DEPOSIT "));
   EXPECT_EQ(cashEntryText(1), String(u"27/2/2026 4 5.00 DEPOSIT "));
@@ -122,7 +123,7 @@ TEST_F(CashTest, TheWatcherHearsOfEditsDeletionsAndDividends) {
   };
   const auto edit = [this](double drpShares, double drpRate, double oldShares, double oldPrice,
                            double oldValue) {
-    XMLElement& event = m_portfolio.subElement(u"Dividends").subElement(u"DividendEvents");
+    auto& event = m_portfolio.dividends()[0];
     user().editDividend(event, u"ABC.AX", m_today, 100, 0.5, 0, drpShares, drpRate, u"", 0, oldShares,
                         oldPrice, oldValue, m_today);
   };
@@ -131,14 +132,11 @@ TEST_F(CashTest, TheWatcherHearsOfEditsDeletionsAndDividends) {
   EXPECT_EQ(calls([&] { edit(5, 10, 0, 0, 50); }), 1u);
   EXPECT_EQ(calls([&] { edit(6, 10, 5, 10, 0); }), 0u);
   EXPECT_EQ(calls([&] { edit(0, 0, 6, 10, 0); }), 1u);
-  EXPECT_EQ(calls([&] {
-              user().deleteDividend(m_portfolio.subElement(u"Dividends").subElement(u"DividendEvents"));
-            }),
-            1u);
+  EXPECT_EQ(calls([&] { user().deleteDividend(m_portfolio.dividends()[0]); }), 1u);
   EXPECT_EQ(calls([&] { user().receiveDividend(u"ABC.AX", m_today, 100, 0.5, 0, 5, 10, u"", 0); }), 0u);
   user().creditCash(m_today, 1, CASH_EVENT_DEPOSIT, u"");
-  EXPECT_EQ(calls([&] { user().editCashEvent(cashEntry(m_portfolio, 0), m_today, m_today, 2, u""); }), 1u);
-  EXPECT_EQ(calls([&] { user().deleteCashEvent(cashEntry(m_portfolio, 0)); }), 1u);
+  EXPECT_EQ(calls([&] { user().editCashEvent(m_portfolio.cashEvents()[0], m_today, m_today, 2, u""); }), 1u);
+  EXPECT_EQ(calls([&] { user().deleteCashEvent(m_portfolio.cashEvents()[0]); }), 1u);
 }
 
 TEST_F(CashTest, ANegativeReserveIsWarnedOf) {

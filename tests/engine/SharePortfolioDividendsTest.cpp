@@ -8,12 +8,8 @@ namespace {
 
 class DividendsTest : public EngineTest {
 protected:
-  XMLElement& dividend(std::size_t place = 0) {
-    return m_portfolio.subElement(u"Dividends").subElement(u"DividendEvents", place);
-  }
-  std::size_t numDividends() {
-    return m_portfolio.subElement(u"Dividends").numSubElements(u"DividendEvents");
-  }
+  XMLDividendEvent& dividend(std::size_t place = 0) { return m_portfolio.dividends()[place]; }
+  std::size_t numDividends() { return m_portfolio.dividends().size(); }
   /// All fields of a dividend in the order of the file.
   String dividendText(std::size_t place = 0) {
     String text;
@@ -152,10 +148,10 @@ TEST_F(DividendsTest, TheEntryIsFoundByTheOldDescription) {
 
 TEST_F(DividendsTest, AnEntryMustAgreeInEveryPart) {
   receiveInCash();
-  const String description = textValue(cashEntry(m_portfolio, 0), u"Description");
+  const String description = textValue(m_portfolio.cashEvents()[0], u"Description");
   const auto editFails = [this, &description](const Date& date, double value, std::int32_t type,
                                               const String& text) {
-    removeCashEntry(m_portfolio, 0);
+    user().deleteCashEvent(m_portfolio.cashEvents()[0]);
     user().creditCash(date, value, type, text);
     const String before = cashEntryText(0);
     const bool failed = !editCash(m_received, 0.5, 0, 0);
@@ -180,14 +176,14 @@ TEST_F(DividendsTest, ACashDividendThatIsReinvestedLosesItsEntry) {
 
 TEST_F(DividendsTest, WithoutItsEntryACashDividendIsReinvestedAllTheSame) {
   receiveInCash();
-  user().deleteCashEvent(cashEntry(m_portfolio, 0));
+  user().deleteCashEvent(m_portfolio.cashEvents()[0]);
   EXPECT_FALSE(editCash(m_received, 0.5, 25, 2));
   EXPECT_EQ(numParcels(u"ABC.AX"), 1u);
 }
 
 TEST_F(DividendsTest, WithoutItsEntryACashDividendMakesNoSecondOne) {
   receiveInCash();
-  user().deleteCashEvent(cashEntry(m_portfolio, 0));
+  user().deleteCashEvent(m_portfolio.cashEvents()[0]);
   EXPECT_FALSE(editCash(m_received, 0.7, 0, 0));
   EXPECT_EQ(numCashEntries(), 0u);
   EXPECT_EQ(dividendText(), String(u"ABC.AX|10/2/2026|100.00|0.700000|100|0.00|0.0000|||"));
@@ -240,8 +236,7 @@ TEST_F(DividendsTest, APurchaseIsNotTakenForTheParcelOfADividend) {
 TEST_F(DividendsTest, AReinvestedDividendTakenInCashLosesItsParcelAndItsStock) {
   receiveInShares();
   EXPECT_TRUE(editShares(Date(2026, 2, 11), 0, 0));
-  std::size_t index = 0;
-  EXPECT_EQ(user().findHeldShare(u"ABC.AX", index), nullptr);
+  EXPECT_EQ(user().findHeldShare(u"ABC.AX"), nullptr);
   ASSERT_EQ(numCashEntries(), 1u);
   EXPECT_EQ(cashEntryText(0), String(u"11/2/2026 1 50.00 DIVIDEND ABC.AX @ 0.500000 x 100.00"));
 }
@@ -293,7 +288,7 @@ TEST_F(DividendsTest, EditingDropsTheDaysFromTheEarliestDate) {
 
 TEST_F(DividendsTest, EditingMayBeGivenTheTextsOfTheRecordItself) {
   user().receiveDividend(u"ABC.US", m_received, 100, 0.5, 0, 0, 0, u"United States", 5);
-  XMLElement& event = dividend();
+  XMLDividendEvent& event = dividend();
   EXPECT_TRUE(user().editDividend(event, textValue(event, u"Code"), m_received, 100, 0.6, 0, 0, 0,
                                   textValue(event, u"ForeignDividend"), 6, 0, 0, 50, m_received));
   EXPECT_EQ(dividendText(), String(u"ABC.US|10/2/2026|100.00|0.600000|0|0.00|0.0000|United States|6.00|"));
@@ -316,7 +311,7 @@ TEST_F(DividendsTest, TheEntryToDeleteIsKnownByItsStart) {
     m_portfolio.subElement(u"Dividends").removeSubElements(u"DividendEvents");
     m_portfolio.subElement(u"CashReserve").removeSubElements(u"CashEvents");
     receiveInCash();
-    removeCashEntry(m_portfolio, 0);
+    user().deleteCashEvent(m_portfolio.cashEvents()[0]);
     user().creditCash(date, value, type, text);
     const bool found = user().deleteDividend(dividend());
     EXPECT_EQ(numCashEntries(), found ? 0u : 1u);
@@ -340,8 +335,7 @@ TEST_F(DividendsTest, DeletingAReinvestedDividendTakesItsParcel) {
   user().removeHeldShare(u"ABC.AX");
   receiveInShares();
   EXPECT_TRUE(user().deleteDividend(dividend()));
-  std::size_t index = 0;
-  EXPECT_EQ(user().findHeldShare(u"ABC.AX", index), nullptr);
+  EXPECT_EQ(user().findHeldShare(u"ABC.AX"), nullptr);
 }
 
 TEST_F(DividendsTest, TheParcelToDeleteIsKnownByDatePriceToTheCentAndNumber) {
@@ -363,7 +357,7 @@ TEST_F(DividendsTest, TheParcelToDeleteIsKnownByDatePriceToTheCentAndNumber) {
 
 TEST_F(DividendsTest, DeletingWithoutTheLinkStillRemovesTheDividend) {
   receiveInCash();
-  user().deleteCashEvent(cashEntry(m_portfolio, 0));
+  user().deleteCashEvent(m_portfolio.cashEvents()[0]);
   EXPECT_FALSE(user().deleteDividend(dividend()));
   receiveInShares();
   user().removeHeldShare(u"ABC.AX");

@@ -9,7 +9,7 @@ class PurchasesTest : public EngineTest {};
 TEST_F(PurchasesTest, BuyingRecordsParcelAndCashEntry) {
   user().buyShares(u"ABC.AX", Date(2026, 2, 1), 100, 12.34, 30, u"first");
 
-  const XMLElement& event = parcel(u"ABC.AX");
+  const auto& event = parcel(u"ABC.AX");
   EXPECT_EQ(textValue(event, u"BuyDate"), String(u"1/2/2026"));
   EXPECT_EQ(textValue(event, u"NumHeld"), String(u"100.00"));
   EXPECT_EQ(textValue(event, u"BuyPrice"), String(u"12.3400"));
@@ -55,7 +55,7 @@ TEST_F(PurchasesTest, NothingLessThanZeroIsRecorded) {
 }
 
 TEST_F(PurchasesTest, AddBuyEventMakesNoCashEntry) {
-  XMLElement& event = user().addBuyEvent(u"ABC.AX", m_today, 5, 2, 0, u"");
+  XMLBuyEvent& event = user().addBuyEvent(u"ABC.AX", m_today, 5, 2, 0, u"");
   EXPECT_EQ(&event, &parcel(u"ABC.AX"));
   EXPECT_EQ(numCashEntries(), 0u);
 }
@@ -78,8 +78,7 @@ TEST_F(PurchasesTest, MarketIsWhatStandsBehindTheFirstPoint) {
 TEST_F(PurchasesTest, DeletingTakesParcelStockAndCashEntry) {
   user().buyShares(u"ABC.AX", Date(2026, 2, 1), 100, 12.34, 30, u"");
   EXPECT_TRUE(user().deleteBuyEvent(u"ABC.AX", Date(2026, 2, 1), 100));
-  std::size_t index = 0;
-  EXPECT_EQ(user().findHeldShare(u"ABC.AX", index), nullptr);
+  EXPECT_EQ(user().findHeldShare(u"ABC.AX"), nullptr);
   EXPECT_EQ(numCashEntries(), 0u);
 }
 
@@ -122,8 +121,7 @@ TEST_F(PurchasesTest, DeletingWithoutItsCashEntryIsToldAndDeletesTheParcel) {
 
 TEST_F(PurchasesTest, DeletingMayBeGivenTheCodeOfTheRecordItself) {
   user().buyShares(u"ABC.AX", m_today, 10, 1, 0, u"");
-  std::size_t index = 0;
-  const String& code = textValue(*user().findHeldShare(u"ABC.AX", index), u"Code");
+  const String& code = textValue(*user().findHeldShare(u"ABC.AX"), u"Code");
   EXPECT_TRUE(user().deleteBuyEvent(code, m_today, 10));
   EXPECT_EQ(numParcels(u"ABC.AX"), 0u);
 }
@@ -132,7 +130,7 @@ TEST_F(PurchasesTest, EditingCarriesTheCashEntryAlong) {
   user().buyShares(u"ABC.AX", Date(2026, 2, 1), 100, 12.34, 30, u"old");
   EXPECT_TRUE(
       user().editBuyEvent(parcel(u"ABC.AX"), Date(2026, 2, 5), 50, 10.5, 20, u"new", 1264, Date(2026, 2, 1)));
-  const XMLElement& event = parcel(u"ABC.AX");
+  const auto& event = parcel(u"ABC.AX");
   EXPECT_EQ(textValue(event, u"BuyDate"), String(u"5/2/2026"));
   EXPECT_EQ(textValue(event, u"NumHeld"), String(u"50.00"));
   EXPECT_EQ(textValue(event, u"BuyPrice"), String(u"10.5000"));
@@ -161,17 +159,14 @@ TEST_F(PurchasesTest, RemovingAStockLeavesItsCash) {
   user().buyShares(u"DEF.AX", m_today, 10, 1, 0, u"");
   user().removeHeldShare(u"ABC.AX");
   user().removeHeldShare(u"NONE.AX");
-  std::size_t index = 7;
-  EXPECT_EQ(user().findHeldShare(u"ABC.AX", index), nullptr);
-  EXPECT_NE(user().findHeldShare(u"DEF.AX", index), nullptr);
-  EXPECT_EQ(index, 0u);
+  EXPECT_EQ(user().findHeldShare(u"ABC.AX"), nullptr);
+  EXPECT_NE(user().findHeldShare(u"DEF.AX"), nullptr);
   EXPECT_EQ(numCashEntries(), 2u);
 }
 
 TEST_F(PurchasesTest, LimitsAreStoredAsTexts) {
   user().buyShares(u"ABC.AX", m_today, 10, 1, 0, u"");
-  std::size_t index = 0;
-  XMLElement& stock = *user().findHeldShare(u"ABC.AX", index);
+  XMLHeldShare& stock = *user().findHeldShare(u"ABC.AX");
   user().setMinMax(stock, 1.23456, 20);
   user().setPortfolioMax(stock, 1000.005);
   EXPECT_EQ(textValue(stock, u"MinPrice"), String(u"1.2346"));
@@ -181,7 +176,7 @@ TEST_F(PurchasesTest, LimitsAreStoredAsTexts) {
 
 TEST_F(PurchasesTest, EditingMayBeGivenTheCommentOfTheRecordItself) {
   const String comment = u"a comment that is too long to be kept in place";
-  XMLElement& event = user().addBuyEvent(u"ABC.AX", m_today, 10, 1, 0, comment);
+  XMLBuyEvent& event = user().addBuyEvent(u"ABC.AX", m_today, 10, 1, 0, comment);
   user().editBuyEvent(event, m_today, 20, 1, 0, textValue(event, u"Comment"), 10, m_today);
   EXPECT_EQ(textValue(event, u"Comment"), comment);
 }

@@ -10,7 +10,7 @@ namespace {
 class SalesTest : public EngineTest {
 protected:
   String saleText(const String& code, std::size_t place) {
-    const XMLElement& event = sale(code, place);
+    const auto& event = sale(code, place);
     String text;
     for (const char16_t* reference :
          {u"BuyDate", u"SellDate", u"NumHeld", u"BuyPrice", u"SellPrice", u"BuyBrokerage", u"SellBrokerage"})
@@ -41,8 +41,7 @@ TEST_F(SalesTest, AnEditToLessThanZeroChangesNothing) {
   user().buyShares(u"ABC.AX", m_today, 10, 1, 0, u"");
   user().sellShares(u"ABC.AX", m_today, 10, 2, 0, true, u"");
   const String before = encodedPortfolio();
-  std::size_t index = 0;
-  XMLElement& sale = user().findSoldShare(u"ABC.AX", index)->subElement(u"SellEvents");
+  auto& sale = user().findSoldShare(u"ABC.AX")->sales()[0];
   const auto editing = [&](double number, double buyPrice, double sellPrice, double brokerage) {
     return messageOf([&] {
       user().editSellEvent(sale, m_today, m_today, number, buyPrice, sellPrice, 0, brokerage, u"");
@@ -58,8 +57,7 @@ TEST_F(SalesTest, AnEditToLessThanZeroChangesNothing) {
 TEST_F(SalesTest, SellingExactlyAParcelTakesItAway) {
   user().addBuyEvent(u"ABC.AX", Date(2026, 1, 1), 100, 10, 30, u"bought");
   user().sellShares(u"ABC.AX", m_today, 100, 12, 25, true, u"sold");
-  std::size_t index = 0;
-  EXPECT_EQ(user().findHeldShare(u"ABC.AX", index), nullptr);
+  EXPECT_EQ(user().findHeldShare(u"ABC.AX"), nullptr);
   ASSERT_EQ(numSales(u"ABC.AX"), 1u);
   EXPECT_EQ(saleText(u"ABC.AX", 0), String(u"1/1/2026 3/3/2026 100.00 10.0000 12.0000 30.00 25.00 sold"));
   ASSERT_EQ(numCashEntries(), 1u);
@@ -210,7 +208,7 @@ TEST_F(SalesTest, ASaleOfTheWholeKnowsItsSplits) {
 TEST_F(SalesTest, TheCashTellsThatAnOldSaleIsInSharesOfItsDay) {
   user().debitCash(Date(2026, 1, 1), 1000, CASH_EVENT_DEBIT, u"BUY 100.00 of ABC.AX @ 10.0000");
   user().creditCash(m_today, 1200, CASH_EVENT_CREDIT, u"SELL 200.00 of ABC.AX @ 6.0000");
-  XMLElement& old = addSale(u"ABC.AX", Date(2026, 1, 1), m_today, 200, 5, 6);
+  XMLSellEvent& old = addSale(u"ABC.AX", Date(2026, 1, 1), m_today, 200, 5, 6);
   EXPECT_DOUBLE_EQ(SaleFigures(old).number(), 200);
   addAdjustment(old, Date(2026, 2, 1), 2);
   EXPECT_DOUBLE_EQ(SaleFigures(old).number(), 200);
@@ -224,24 +222,21 @@ TEST_F(SalesTest, TheCashTellsThatAnOldSaleIsInSharesOfItsDay) {
 TEST_F(SalesTest, AnOldSaleThatIsAskedForItsSplitAgainIsPutIntoTheTermsOfItsPurchase) {
   user().debitCash(Date(2026, 1, 1), 1000.03, CASH_EVENT_DEBIT, u"BUY 99.00 of ABC.AX @ 10.1010");
   user().creditCash(m_today, 1776, CASH_EVENT_CREDIT, u"SELL 297.00 of ABC.AX @ 6.0000");
-  XMLElement& old = addSale(u"ABC.AX", Date(2026, 1, 1), m_today, 297, 3.3670, 6);
+  XMLSellEvent& old = addSale(u"ABC.AX", Date(2026, 1, 1), m_today, 297, 3.3670, 6);
   old.subElement(u"SellBrokerage").setValue(u"6.00");
   const String cash = cashEntryText(1);
   user().recordAdjustment(u"ABC.AX", Date(2026, 2, 1), 3, false);
   EXPECT_EQ(textValue(old, u"NumHeld") + u" at " + textValue(old, u"BuyPrice"), String(u"99.00 at 10.1010"));
   EXPECT_DOUBLE_EQ(SaleFigures(old).number(), 297);
   EXPECT_EQ(cashEntryText(1), cash);
-  double number = 0, price = 0;
-  user().adjustedSellEvent(old, Date(2026, 1, 31), number, price);
-  EXPECT_DOUBLE_EQ(number, 99);
-  user().adjustedSellEvent(old, Date(2026, 2, 1), number, price);
-  EXPECT_DOUBLE_EQ(number, 297);
+  EXPECT_DOUBLE_EQ(user().adjustedSellEvent(old, Date(2026, 1, 31)).number, 99);
+  EXPECT_DOUBLE_EQ(user().adjustedSellEvent(old, Date(2026, 2, 1)).number, 297);
   user().mendOldSales();
   EXPECT_DOUBLE_EQ(SaleFigures(old).number(), 297) << "once";
 }
 
 TEST_F(SalesTest, ASaleWhosePurchaseSaysNothingOfASplitStaysAsItIs) {
-  XMLElement& event = addSale(u"ABC.AX", Date(2026, 1, 1), m_today, 200, 5, 6);
+  XMLSellEvent& event = addSale(u"ABC.AX", Date(2026, 1, 1), m_today, 200, 5, 6);
   addAdjustment(event, Date(2026, 2, 1), 2);
   user().creditCash(m_today, 1200, CASH_EVENT_CREDIT, u"SELL 200.00 of ABC.AX @ 6.0000");
   const auto staysWith = [&](const String& purchase) {
@@ -257,7 +252,7 @@ TEST_F(SalesTest, ASaleWhosePurchaseSaysNothingOfASplitStaysAsItIs) {
 }
 
 TEST_F(SalesTest, ThePurchaseAloneDoesNotMakeASaleAnOldOne) {
-  XMLElement& event = addSale(u"ABC.AX", Date(2026, 1, 1), m_today, 200, 5, 6);
+  XMLSellEvent& event = addSale(u"ABC.AX", Date(2026, 1, 1), m_today, 200, 5, 6);
   addAdjustment(event, Date(2026, 2, 1), 2);
   user().debitCash(Date(2026, 1, 1), 1000, CASH_EVENT_DEBIT, u"BUY 100.00 of ABC.AX @ 10.0000");
   user().mendOldSales();
@@ -265,7 +260,7 @@ TEST_F(SalesTest, ThePurchaseAloneDoesNotMakeASaleAnOldOne) {
 }
 
 TEST_F(SalesTest, WithoutItsCashASaleIsReadByItsSplits) {
-  XMLElement& event = addSale(u"ABC.AX", Date(2026, 1, 1), m_today, 100, 10, 6);
+  XMLSellEvent& event = addSale(u"ABC.AX", Date(2026, 1, 1), m_today, 100, 10, 6);
   addAdjustment(event, Date(2026, 2, 1), 2);
   EXPECT_DOUBLE_EQ(SaleFigures(event).number(), 200);
   EXPECT_DOUBLE_EQ(SaleFigures(event).buyPrice(), 5);
@@ -329,8 +324,7 @@ TEST_F(SalesTest, AdjustmentsAfterTheSaleDateDontCount) {
 
 TEST_F(SalesTest, SellingMayBeGivenTheCodeOfTheRecordItself) {
   user().addBuyEvent(u"ABC.AX", Date(2026, 1, 1), 10, 1, 0, u"");
-  std::size_t index = 0;
-  const String& code = textValue(*user().findHeldShare(u"ABC.AX", index), u"Code");
+  const String& code = textValue(*user().findHeldShare(u"ABC.AX"), u"Code");
   user().sellShares(code, m_today, 10, 5, 0, true, u"");
   EXPECT_EQ(cashEntryText(0), String(u"3/3/2026 1 50.00 SELL 10.00 of ABC.AX @ 5.0000"));
 }
@@ -340,8 +334,7 @@ TEST_F(SalesTest, DeletingASaleDoesNotRestoreTheParcel) {
   user().creditCash(Date(2026, 1, 2), 500, CASH_EVENT_DEPOSIT, u"DEPOSIT between");
   user().sellShares(u"ABC.AX", m_today, 10, 5, 7, true, u"");
   EXPECT_TRUE(user().deleteSellEvent(u"ABC.AX", m_today, 10));
-  std::size_t index = 0;
-  EXPECT_EQ(user().findSoldShare(u"ABC.AX", index), nullptr);
+  EXPECT_EQ(user().findSoldShare(u"ABC.AX"), nullptr);
   EXPECT_EQ(numParcels(u"ABC.AX"), 0u);
   ASSERT_EQ(numCashEntries(), 1u);
   EXPECT_EQ(cashEntryText(0), String(u"2/1/2026 4 500.00 DEPOSIT between"));

@@ -1,4 +1,5 @@
 #include "engine/EngineTest.h"
+#include "engine/SplitTerms.h"
 #include "foundation/RunTimeSettings.h"
 
 namespace Tallymoor {
@@ -6,19 +7,9 @@ namespace {
 
 class SplitsTest : public EngineTest {
 protected:
-  struct Amount {
-    double number = 0;
-    double price = 0;
-  };
-  Amount asOf(const XMLElement& event, const Date& date) {
-    Amount amount;
-    user().adjustedBuyEvent(event, date, amount.number, amount.price);
-    return amount;
-  }
-  Amount soldAsOf(const XMLElement& event, const Date& date) {
-    Amount amount;
-    user().adjustedSellEvent(event, date, amount.number, amount.price);
-    return amount;
+  SharesAt asOf(const XMLBuyEvent& event, const Date& date) { return user().adjustedBuyEvent(event, date); }
+  SharesAt soldAsOf(const XMLSellEvent& event, const Date& date) {
+    return user().adjustedSellEvent(event, date);
   }
   static String adjustmentsOf(const XMLElement& event) {
     String text;
@@ -42,7 +33,7 @@ protected:
 };
 
 TEST_F(SplitsTest, AFactorCountsFromItsStartDate) {
-  XMLElement& event = user().addBuyEvent(u"ABC.AX", Date(2006, 3, 1), 100, 10, 0, u"");
+  XMLBuyEvent& event = user().addBuyEvent(u"ABC.AX", Date(2006, 3, 1), 100, 10, 0, u"");
   addAdjustment(event, Date(2006, 3, 10), 2);
   EXPECT_DOUBLE_EQ(asOf(event, Date(2006, 3, 9)).number, 100);
   EXPECT_DOUBLE_EQ(asOf(event, Date(2006, 3, 9)).price, 10);
@@ -52,7 +43,7 @@ TEST_F(SplitsTest, AFactorCountsFromItsStartDate) {
 }
 
 TEST_F(SplitsTest, FactorsMultiplyDivideOrLeaveAlone) {
-  XMLElement& event = user().addBuyEvent(u"ABC.AX", Date(2006, 3, 1), 100, 10, 0, u"");
+  XMLBuyEvent& event = user().addBuyEvent(u"ABC.AX", Date(2006, 3, 1), 100, 10, 0, u"");
   addAdjustment(event, Date(2006, 3, 10), -4);
   EXPECT_DOUBLE_EQ(asOf(event, Date(2006, 3, 10)).number, 25);
   EXPECT_DOUBLE_EQ(asOf(event, Date(2006, 3, 10)).price, 40);
@@ -63,24 +54,15 @@ TEST_F(SplitsTest, FactorsMultiplyDivideOrLeaveAlone) {
   EXPECT_DOUBLE_EQ(asOf(event, Date(2006, 3, 13)).number, 75);
 }
 
-TEST_F(SplitsTest, NumberOnlyLeavesThePriceAlone) {
-  XMLElement& event = user().addBuyEvent(u"ABC.AX", Date(2006, 3, 1), 100, 10, 0, u"");
-  double number = 0;
-  double price = -7;
-  user().adjustedBuyEvent(event, m_today, number, price, true);
-  EXPECT_DOUBLE_EQ(number, 100);
-  EXPECT_DOUBLE_EQ(price, -7);
-}
-
 TEST_F(SplitsTest, AParcelBoughtOnTheDayIsNotAdjusted) {
-  XMLElement& event = user().addBuyEvent(u"ABC.AX", Date(2006, 3, 10), 100, 10, 0, u"");
+  XMLBuyEvent& event = user().addBuyEvent(u"ABC.AX", Date(2006, 3, 10), 100, 10, 0, u"");
   addAdjustment(event, Date(2006, 3, 10), 2);
   EXPECT_DOUBLE_EQ(asOf(event, Date(2006, 3, 10)).number, 100);
   EXPECT_DOUBLE_EQ(asOf(event, Date(2006, 3, 11)).number, 200);
 }
 
 TEST_F(SplitsTest, ASoldParcelIsAdjustedOnlyWhileItWasHeld) {
-  XMLElement& event = addSale(u"ABC.AX", Date(2006, 3, 1), Date(2006, 3, 20), 100, 10, 6);
+  XMLSellEvent& event = addSale(u"ABC.AX", Date(2006, 3, 1), Date(2006, 3, 20), 100, 10, 6);
   addAdjustment(event, Date(2006, 3, 10), 2);
   EXPECT_DOUBLE_EQ(soldAsOf(event, Date(2006, 3, 1)).number, 100);
   EXPECT_DOUBLE_EQ(soldAsOf(event, Date(2006, 3, 9)).number, 100);

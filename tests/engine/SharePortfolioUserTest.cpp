@@ -9,17 +9,14 @@ TEST_F(SharePortfolioUserTest, FindsStocksByTheirWholeCode) {
   user().addBuyEvent(u"ABC.AX", m_today, 1, 1, 0, u"");
   user().addBuyEvent(u"AB.AX", m_today, 1, 1, 0, u"");
   addSale(u"SOLD.AX", Date(2026, 1, 1), m_today, 1, 1, 1);
-  std::size_t index = 9;
   const SharePortfolioUser& constUser = user();
-  EXPECT_EQ(textValue(*user().findHeldShare(u"AB.AX", index), u"Code"), String(u"AB.AX"));
-  EXPECT_EQ(index, 1u);
-  EXPECT_EQ(constUser.findHeldShare(u"AB.AX", index), user().findHeldShare(u"AB.AX", index));
-  EXPECT_EQ(user().findHeldShare(u"A", index), nullptr);
-  EXPECT_EQ(user().findHeldShare(u"SOLD.AX", index), nullptr);
-  EXPECT_EQ(textValue(*user().findSoldShare(u"SOLD.AX", index), u"Code"), String(u"SOLD.AX"));
-  EXPECT_EQ(index, 0u);
-  EXPECT_EQ(constUser.findSoldShare(u"SOLD.AX", index), user().findSoldShare(u"SOLD.AX", index));
-  EXPECT_EQ(constUser.findSoldShare(u"ABC.AX", index), nullptr);
+  EXPECT_EQ(textValue(*user().findHeldShare(u"AB.AX"), u"Code"), String(u"AB.AX"));
+  EXPECT_EQ(constUser.findHeldShare(u"AB.AX"), user().findHeldShare(u"AB.AX"));
+  EXPECT_EQ(user().findHeldShare(u"A"), nullptr);
+  EXPECT_EQ(user().findHeldShare(u"SOLD.AX"), nullptr);
+  EXPECT_EQ(textValue(*user().findSoldShare(u"SOLD.AX"), u"Code"), String(u"SOLD.AX"));
+  EXPECT_EQ(constUser.findSoldShare(u"SOLD.AX"), user().findSoldShare(u"SOLD.AX"));
+  EXPECT_EQ(constUser.findSoldShare(u"ABC.AX"), nullptr);
 }
 
 TEST_F(SharePortfolioUserTest, StartsAtTheEarliestPurchaseOrCashEvent) {

@@ -7,8 +7,8 @@ namespace {
 class UnreadableDatesTest : public EngineTest {
 protected:
   UnreadableDatesTest() {
-    XMLElement& element = m_records.addSubElement(new XMLSharePortfolio, u"SharePortfolios");
-    element.subElement(u"Name").setValue(u"Damaged");
+    XMLSharePortfolio& element = m_records.portfolios().add();
+    element.setPortfolioName(u"Damaged");
     m_damaged = std::make_unique<SharePortfolioUser>(element);
     for (const char16_t* code : {u"ABC.AX", u"DEF.AX"}) {
       m_damaged->addBuyEvent(code, Date(2026, 3, 1), 10, 5, 0, u"");
@@ -18,8 +18,7 @@ protected:
     m_damaged->creditCash(Date(2026, 3, 1), 7, CASH_EVENT_DEPOSIT, u"");
   }
   XMLElement& purchaseDate() {
-    std::size_t index = 0;
-    return m_damaged->findHeldShare(u"ABC.AX", index)->subElement(u"BuyEvents").subElement(u"BuyDate");
+    return m_damaged->findHeldShare(u"ABC.AX")->parcels()[0].subElement(u"BuyDate");
   }
   double capital() {
     m_damaged->capitalRecord().recordsChangedFrom(m_damaged->capitalRecord().firstRecordDate());
@@ -36,7 +35,7 @@ protected:
     m_records.reset();
     m_records.decode(name);
     auto found = setAsideUnreadableDates(m_records);
-    m_damaged = std::make_unique<SharePortfolioUser>(m_records.subElement(u"SharePortfolios"));
+    m_damaged = std::make_unique<SharePortfolioUser>(m_records.portfolios()[0]);
     return found;
   }
 
@@ -63,15 +62,11 @@ TEST_F(UnreadableDatesTest, EveryKindOfEntryIsFound) {
   m_damaged->addBuyEvent(u"GHI.AX", Date(2026, 2, 1), 10, 5, 0, u"");
   setPrices(u"GHI.AX", Date(2026, 1, 1), m_today, 5);
   m_damaged->recordAdjustment(u"GHI.AX", Date(2026, 3, 2), 2, false);
-  XMLElement& portfolio = m_damaged->portfolio();
-  portfolio.subElement(u"CashReserve").subElement(u"CashEvents", 1).subElement(u"Date").setValue(u"");
-  portfolio.subElement(u"Dividends").subElement(u"DividendEvents").subElement(u"ReceiveDate").setValue(u"x");
-  std::size_t index = 0;
-  m_damaged->findSoldShare(u"DEF.AX", index)
-      ->subElement(u"SellEvents")
-      .subElement(u"SellDate")
-      .setValue(u"2026");
-  m_damaged->findHeldShare(u"GHI.AX", index)
+  XMLSharePortfolio& portfolio = m_damaged->portfolio();
+  portfolio.cashEvents()[1].subElement(u"Date").setValue(u"");
+  portfolio.dividends()[0].subElement(u"ReceiveDate").setValue(u"x");
+  m_damaged->findSoldShare(u"DEF.AX")->subElement(u"SellEvents").subElement(u"SellDate").setValue(u"2026");
+  m_damaged->findHeldShare(u"GHI.AX")
       ->subElement(u"BuyEvents")
       .subElement(u"Adjustments")
       .subElement(u"StartDate")

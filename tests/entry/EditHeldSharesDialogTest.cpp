@@ -15,13 +15,15 @@ namespace {
 class EditHeldSharesDialogTest : public WindowTest {
 protected:
   EditHeldSharesDialogTest() {
+    m_share.setCode(u"ABC.AX");
     m_event.subElement(u"BuyDate").setValue(u"3/7/2025");
     m_event.subElement(u"NumHeld").setValue(u"100.00");
     m_event.subElement(u"BuyPrice").setValue(u"12.3400");
     m_event.subElement(u"Brokerage").setValue(u"50.00");
     m_event.subElement(u"Comment").setValue(u"cheap & sound");
   }
-  XMLBuyEvent m_event;
+  XMLHeldShare m_share;
+  XMLBuyEvent& m_event = m_share.parcels().add();
   MarketFixture m_market;
   GatewayScope m_gateway;
   XMLSharePortfolio m_portfolio;
@@ -29,7 +31,7 @@ protected:
 
 TEST_F(EditHeldSharesDialogTest, ShowsThePurchase) {
   const SharePortfolioUser portfolio(m_portfolio);
-  EditHeldSharesDialog dialog(&mainWindow(), portfolio, u"ABC.AX", m_event);
+  EditHeldSharesDialog dialog(&mainWindow(), portfolio, m_event);
   const std::string caption =
       "Edit share purchase for ABC.AX on " + Date(2025, 7, 3).toString(DATE_DISPLAY_LOCAL).toUTF8();
   EXPECT_EQ(caption, title(dialog));
@@ -44,14 +46,14 @@ TEST_F(EditHeldSharesDialogTest, ShowsThePurchase) {
 TEST_F(EditHeldSharesDialogTest, APartOfAPurchaseKeepsItsDigits) {
   m_event.subElement(u"NumHeld").setValue(u"66.666667");
   const SharePortfolioUser portfolio(m_portfolio);
-  EditHeldSharesDialog dialog(&mainWindow(), portfolio, u"ABC.AX", m_event);
+  EditHeldSharesDialog dialog(&mainWindow(), portfolio, m_event);
   EXPECT_EQ("66.666667", std::string(field(dialog, "Number bought").getText().text()));
   EXPECT_EQ(66.666667, dialog.panel()->number());
 }
 
 TEST_F(EditHeldSharesDialogTest, TheCodeCannotBeChanged) {
   const SharePortfolioUser portfolio(m_portfolio);
-  EditHeldSharesDialog dialog(&mainWindow(), portfolio, u"ABC.AX", m_event);
+  EditHeldSharesDialog dialog(&mainWindow(), portfolio, m_event);
   EXPECT_FALSE(field(dialog, "Stock code").isEditable());
   EXPECT_FALSE(button(dialog, "Search for stock code").shown());
 }
@@ -61,9 +63,7 @@ TEST_F(EditHeldSharesDialogTest, ShowsTheNameTheTotalAndTheCashWithoutTheOldCost
   StockNames::remember(u"ABC.AX", u"Alphabet Bricks");
   user.creditCash(Date(2025, 7, 1), 5000.0, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
   user.buyShares(u"ABC.AX", Date(2025, 7, 3), 100.0, 12.34, 50.0, String());
-  std::size_t index = 0;
-  EditHeldSharesDialog dialog(&mainWindow(), user, u"ABC.AX",
-                              user.findHeldShare(u"ABC.AX", index)->subElement(u"BuyEvents"));
+  EditHeldSharesDialog dialog(&mainWindow(), user, user.findHeldShare(u"ABC.AX")->parcels()[0]);
   EXPECT_STREQ("Alphabet Bricks", field(dialog, "Stock name").getText().text());
   EXPECT_STREQ("1284.00", field(dialog, "Total to pay").getText().text());
   EXPECT_STREQ("3716.00", field(dialog, "Cash afterwards").getText().text());
@@ -76,15 +76,13 @@ TEST_F(EditHeldSharesDialogTest, ShowsTheNameTheTotalAndTheCashWithoutTheOldCost
 TEST_F(EditHeldSharesDialogTest, APurchaseThatTookNoCashShowsNone) {
   SharePortfolioUser user(m_portfolio);
   user.addBuyEvent(u"ABC.AX", Date(2025, 7, 3), 100.0, 12.34, 50.0, String());
-  std::size_t index = 0;
-  EditHeldSharesDialog dialog(&mainWindow(), user, u"ABC.AX",
-                              user.findHeldShare(u"ABC.AX", index)->subElement(u"BuyEvents"));
+  EditHeldSharesDialog dialog(&mainWindow(), user, user.findHeldShare(u"ABC.AX")->parcels()[0]);
   EXPECT_FALSE(field(dialog, "Cash afterwards").getParent()->shown());
 }
 
 TEST_F(EditHeldSharesDialogTest, AllChecksApply) {
   const SharePortfolioUser portfolio(m_portfolio);
-  EditHeldSharesDialog dialog(&mainWindow(), portfolio, u"ABC.AX", m_event);
+  EditHeldSharesDialog dialog(&mainWindow(), portfolio, m_event);
   whenModal("Edit share purchase for ABC.AX on 03/07/2025", [&](FXWindow& form) {
     type(field(form, "Number bought"), "0");
     answer("You must select the number of shares purchased.", "OK");
@@ -103,7 +101,7 @@ TEST_F(EditHeldSharesDialogTest, AllChecksApply) {
 
 TEST_F(EditHeldSharesDialogTest, TheRecordItselfIsOnlyRead) {
   const SharePortfolioUser portfolio(m_portfolio);
-  EditHeldSharesDialog dialog(&mainWindow(), portfolio, u"ABC.AX", m_event);
+  EditHeldSharesDialog dialog(&mainWindow(), portfolio, m_event);
   whenModal("Edit share purchase for ABC.AX on 03/07/2025", [&](FXWindow& form) {
     type(field(form, "Number bought"), "120");
     key(form, KEY_Escape);

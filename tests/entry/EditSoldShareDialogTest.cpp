@@ -14,6 +14,7 @@ constexpr const char* caption = "Edit share sold on 03/02/2026";
 class EditSoldShareDialogTest : public PortfolioFormTest {
 protected:
   EditSoldShareDialogTest() {
+    m_share.setCode(u"ABC.AX");
     m_event.subElement(u"BuyDate").setValue(u"3/7/2025");
     m_event.subElement(u"SellDate").setValue(u"3/2/2026");
     m_event.subElement(u"NumHeld").setValue(u"100.00");
@@ -25,7 +26,7 @@ protected:
   }
   void SetUp() override {
     PortfolioFormTest::SetUp();
-    m_dialog = std::make_unique<EditSoldShareDialog>(&mainWindow(), u"ABC.AX", m_event);
+    m_dialog = std::make_unique<EditSoldShareDialog>(&mainWindow(), m_event);
   }
   void TearDown() override {
     m_dialog.reset();
@@ -44,7 +45,8 @@ protected:
     EXPECT_TRUE(m_dialog->shown());
   }
 
-  XMLSellEvent m_event;
+  XMLSoldShare m_share;
+  XMLSellEvent& m_event = m_share.sales().add();
   std::unique_ptr<EditSoldShareDialog> m_dialog;
 };
 
@@ -67,7 +69,7 @@ TEST_F(EditSoldShareDialogTest, ShowsBothSidesOfTheSale) {
 
 TEST_F(EditSoldShareDialogTest, ARecordWithoutACommentIsShown) {
   m_event.removeSubElement(u"Comment", 0);
-  EditSoldShareDialog dialog(&mainWindow(), u"ABC.AX", m_event);
+  EditSoldShareDialog dialog(&mainWindow(), m_event);
   EXPECT_EQ(String(), dialog.comments());
 }
 
@@ -224,7 +226,7 @@ TEST_F(EditSoldShareDialogTest, TheBuyPriceOfASplitSaleIsNoneOfItsDay) {
   split.subElement(u"StartDate").setValue(u"1/8/2025");
   split.subElement(u"Factor").setValue(u"3");
   m_event.subElement(u"BuyPrice").setValue(u"7.5000");
-  m_dialog = std::make_unique<EditSoldShareDialog>(&mainWindow(), u"ABC.AX", m_event);
+  m_dialog = std::make_unique<EditSoldShareDialog>(&mainWindow(), m_event);
   run(
       [&](FXWindow& form) {
         EXPECT_EQ("2.5000", shown("Buy price"));
@@ -240,7 +242,7 @@ TEST_F(EditSoldShareDialogTest, ASplitSaleIsShownInSharesOfTheDayOfSale) {
   XMLElement& split = m_event.addSubElement(new XMLSplitAdjustment, u"Adjustments");
   split.subElement(u"StartDate").setValue(u"1/8/2025");
   split.subElement(u"Factor").setValue(u"3");
-  m_dialog = std::make_unique<EditSoldShareDialog>(&mainWindow(), u"ABC.AX", m_event);
+  m_dialog = std::make_unique<EditSoldShareDialog>(&mainWindow(), m_event);
   EXPECT_EQ("100.00", shown("Number sold"));
   EXPECT_EQ("3.0000", shown("Buy price"));
   EXPECT_EQ("3.7500", shown("Sell price"));
@@ -248,7 +250,7 @@ TEST_F(EditSoldShareDialogTest, ASplitSaleIsShownInSharesOfTheDayOfSale) {
 
 TEST_F(EditSoldShareDialogTest, ShowsTheCompanysNameAndWhatTheSaleBrings) {
   StockNames::remember(u"ABC.AX", u"Alphabet Bricks");
-  m_dialog = std::make_unique<EditSoldShareDialog>(&mainWindow(), u"ABC.AX", m_event);
+  m_dialog = std::make_unique<EditSoldShareDialog>(&mainWindow(), m_event);
   EXPECT_EQ("Alphabet Bricks", shown("Stock name"));
   EXPECT_FALSE(field(*m_dialog, "Stock name").isEditable());
   EXPECT_EQ("345.05", shown("Total received"));
@@ -274,16 +276,13 @@ protected:
     user().capitalRecord().update(user());
     user().sellShares(u"NEW.AX", Date(2026, 3, 2), 100.0, 3.75, 29.95, true, String());
   }
-  XMLElement& sale() {
-    std::size_t index = 0;
-    return user().findSoldShare(u"NEW.AX", index)->subElement(u"SellEvents");
-  }
+  XMLSellEvent& sale() { return user().findSoldShare(u"NEW.AX")->sales()[0]; }
   std::string cashAfter(FXWindow& dialog) { return field(dialog, "Cash afterwards").getText().text(); }
 };
 
 TEST_F(EditRecordedSaleTest, TheCashAfterwardsFollowsTheSaleAndAPurchaseOfItsOwn) {
   buyAndSell(100.0);
-  EditSoldShareDialog dialog(&mainWindow(), u"NEW.AX", sale());
+  EditSoldShareDialog dialog(&mainWindow(), sale());
   dialog.create();
   EXPECT_EQ("1085.05", cashAfter(dialog)) << user().cashReserveToday();
   type(field(dialog, "Sell price"), "4");
@@ -298,7 +297,7 @@ TEST_F(EditRecordedSaleTest, TheCashAfterwardsFollowsTheSaleAndAPurchaseOfItsOwn
 
 TEST_F(EditRecordedSaleTest, ThePurchaseOfMoreSharesThanWereSoldStaysPaid) {
   buyAndSell(200.0);
-  EditSoldShareDialog dialog(&mainWindow(), u"NEW.AX", sale());
+  EditSoldShareDialog dialog(&mainWindow(), sale());
   dialog.create();
   EXPECT_EQ("835.05", cashAfter(dialog));
   type(field(dialog, "Buy price"), "3");
@@ -308,13 +307,13 @@ TEST_F(EditRecordedSaleTest, ThePurchaseOfMoreSharesThanWereSoldStaysPaid) {
 TEST_F(EditRecordedSaleTest, NothingIsToldOfTheCashWithoutTheSalesEntryOrAfterASplit) {
   buyAndSell(100.0);
   sale().subElement(u"SellPrice").setValue(u"3.0000"); // no longer that of its entry
-  EditSoldShareDialog withoutEntry(&mainWindow(), u"NEW.AX", sale());
+  EditSoldShareDialog withoutEntry(&mainWindow(), sale());
   EXPECT_FALSE(field(withoutEntry, "Cash afterwards").getParent()->shown());
   sale().subElement(u"SellPrice").setValue(u"3.7500");
-  XMLElement& split = sale().addSubElement(new XMLSplitAdjustment, u"Adjustments");
+  auto& split = sale().addSubElement(new XMLSplitAdjustment, u"Adjustments");
   split.subElement(u"StartDate").setValue(u"27/2/2026");
   split.subElement(u"Factor").setValue(u"2");
-  EditSoldShareDialog afterASplit(&mainWindow(), u"NEW.AX", sale());
+  EditSoldShareDialog afterASplit(&mainWindow(), sale());
   EXPECT_FALSE(field(afterASplit, "Cash afterwards").getParent()->shown());
 }
 

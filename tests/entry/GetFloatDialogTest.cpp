@@ -64,13 +64,13 @@ protected:
     m_event.subElement(u"Value").setValue(u"1264.00");
     m_event.subElement(u"Type").setValue(u"4");
     m_event.subElement(u"Description").setValue(u"DEPOSIT savings");
-    XMLElement& fee = m_portfolio.subElement(u"CashReserve").addSubElement(new XMLCashEvent, u"CashEvents");
+    XMLCashEvent& fee = m_portfolio.cashEvents().add();
     fee.subElement(u"Date").setValue(u"28/2/2026");
     fee.subElement(u"Value").setValue(u"64.00");
     fee.subElement(u"Type").setValue(u"2");
   }
   XMLSharePortfolio m_portfolio;
-  XMLElement& m_event = m_portfolio.subElement(u"CashReserve").addSubElement(new XMLCashEvent, u"CashEvents");
+  XMLCashEvent& m_event = m_portfolio.cashEvents().add();
 };
 
 TEST_F(EditFloatDialogTest, ShowsTheRecordedAmountAndOnlyReadsIt) {

@@ -40,10 +40,7 @@ protected:
   }
 
   SharePortfolioUser& user() { return *m_user; }
-  XMLElement& parcel(const String& code) {
-    std::size_t index = 0;
-    return m_user->findHeldShare(code, index)->subElement(u"BuyEvents");
-  }
+  XMLBuyEvent& parcel(const String& code) { return m_user->findHeldShare(code)->parcels()[0]; }
   /// A record that no date can be read from: reading the number held then fails.
   void spoilParcel(const String& code) { parcel(code).subElement(u"BuyDate").setValue(u"nonsense"); }
 

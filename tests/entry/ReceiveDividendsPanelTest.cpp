@@ -356,7 +356,7 @@ TEST_F(ReceiveDividendsPanelTest, AReinvestmentsPriceFarFromThatOfTheDayIsDoubte
   answer(doubt, "Yes");
   EXPECT_TRUE(m_panel->validate());
   user().receiveDividend(u"ABC.AX", Date(2026, 3, 2), 100, 0.1, 0, 3, 25, String(), 0);
-  m_panel->showDividend(user().portfolio().subElement(u"Dividends").subElement(u"DividendEvents"));
+  m_panel->showDividend(user().portfolio().dividends()[0]);
   EXPECT_TRUE(m_panel->validate()) << "what was recorded is not doubted";
   m_panel->reset(u"ABC.AX");
   set("Dividend Rate", "0.1");

@@ -242,8 +242,7 @@ TEST_P(MergedHoldingTest, IsSoldWholeAsTheFormOffersIt) {
   EXPECT_EQ(GetParam().second, shown("Number sold"));
   ASSERT_TRUE(m_panel->validate());
   user().sellShares(u"SPLIT.AX", Date(2026, 3, 3), m_panel->number(), 3.0, 0.0, true, String());
-  std::size_t index = 0;
-  EXPECT_EQ(nullptr, user().findHeldShare(u"SPLIT.AX", index));
+  EXPECT_EQ(nullptr, user().findHeldShare(u"SPLIT.AX"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Numbers, MergedHoldingTest,

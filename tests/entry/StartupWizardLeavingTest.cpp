@@ -49,8 +49,7 @@ TEST_F(StartupWizardLeavingTest, TheListCountsHeldSharesAsOfTodayAndSoldOnesAsOf
   next();
   fillPurchase("ABC.AX", "10/02/2026", "100", "5");
   next();
-  XMLElement& parcel =
-      portfolio().subElement(u"HeldShares").subElement(u"HeldShares").subElement(u"BuyEvents");
+  auto& parcel = portfolio().heldShares()[0].parcels()[0];
   XMLElement& split = parcel.addSubElement(new XMLSplitAdjustment, u"Adjustments");
   split.subElement(u"StartDate").setValue(u"15/2/2026");
   split.subElement(u"Factor").setValue(u"5");

@@ -137,8 +137,7 @@ TEST_F(StartupWizardTest, APortfolioMayStartWithNoCash) {
   toCash();
   enterCash("0.00", "02/02/2026");
   EXPECT_EQ("Held Shares at Start Date", pageTitle());
-  EXPECT_EQ("2/2/2026",
-            textValue(portfolio().subElement(u"CashReserve").subElement(u"CashEvents"), u"Date").toUTF8());
+  EXPECT_EQ("2/2/2026", textValue(portfolio().cashEvents()[0], u"Date").toUTF8());
   for (int i = 0; i < 3; ++i)
     finishSection();
   next();
@@ -536,12 +535,7 @@ TEST_F(StartupWizardTest, ARecordThatCannotBeMadeIsToldAndTheRouteGoesOn) {
   next();
   finishSection();
   finishSection();
-  portfolio()
-      .subElement(u"HeldShares")
-      .subElement(u"HeldShares")
-      .subElement(u"BuyEvents")
-      .subElement(u"BuyPrice")
-      .setValue(u"0");
+  portfolio().heldShares()[0].subElement(u"BuyEvents").subElement(u"BuyPrice").setValue(u"0");
   whenModal("There was a problem refreshing your capital records.",
             [this](FXWindow& box) { press(box, "OK"); });
   next();

@@ -50,8 +50,8 @@ protected:
   StartupWizard& wizard() { return *m_wizard; }
   FXWindow& page() { return *m_wizard->currentPage(); }
   std::string pageTitle() { return m_wizard->currentPage()->title().toUTF8(); }
-  XMLElement& records() { return m_records; }
-  XMLElement& portfolio() { return m_records.subElement(u"SharePortfolios"); }
+  XMLPortfolios& records() { return m_records; }
+  XMLSharePortfolio& portfolio() { return m_records.portfolios()[0]; }
   std::size_t portfolios() const { return m_records.numSubElements(u"SharePortfolios"); }
   /// The whole records as they would be written.
   std::string document() {

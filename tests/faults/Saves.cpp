@@ -37,8 +37,8 @@ std::shared_ptr<PortfolioStore> changedRecords(const std::string& word) {
   auto store = std::make_shared<PortfolioStore>(UserInteraction::Instance());
   store->load();
   if (store->portfolios().empty()) {
-    XMLElement& portfolio = store->records().addSubElement(new XMLSharePortfolio, u"SharePortfolios");
-    portfolio.subElement(u"Name").setValue(u"Trading");
+    XMLSharePortfolio& portfolio = store->records().portfolios().add();
+    portfolio.setPortfolioName(u"Trading");
     store->portfolios()[u"Trading"] = std::make_unique<SharePortfolioUser>(portfolio);
   }
   addCash(*store, word);

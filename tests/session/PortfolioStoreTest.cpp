@@ -202,10 +202,9 @@ TEST_F(PortfolioStoreTest, ALaterPortfolioOfTheSameNameTakesThePlaceOfTheEarlier
 void addSaleCountedTwice(SharePortfolioUser& portfolio) {
   portfolio.debitCash(Date(2006, 1, 3), 1000, CASH_EVENT_DEBIT, u"BUY 100.00 of ABC.AX @ 10.0000");
   portfolio.creditCash(Date(2006, 3, 1), 1200, CASH_EVENT_CREDIT, u"SELL 200.00 of ABC.AX @ 6.0000");
-  XMLElement& stock =
-      portfolio.portfolio().subElement(u"SoldShares").addSubElement(new XMLSoldShare, u"SoldShares");
-  stock.subElement(u"Code").setValue(u"ABC.AX");
-  XMLElement& sale = stock.addSubElement(new XMLSellEvent, u"SellEvents");
+  XMLSoldShare& stock = portfolio.portfolio().soldShares().add();
+  stock.setCode(u"ABC.AX");
+  XMLSellEvent& sale = stock.sales().add();
   for (const auto& [reference, value] : std::map<String, String>{{u"BuyDate", u"3/1/2006"},
                                                                  {u"SellDate", u"1/3/2006"},
                                                                  {u"NumHeld", u"200.00"},
@@ -214,8 +213,7 @@ void addSaleCountedTwice(SharePortfolioUser& portfolio) {
                                                                  {u"BuyBrokerage", u"0.00"},
                                                                  {u"SellBrokerage", u"0.00"}})
     sale.subElement(reference).setValue(value);
-  portfolio.setAdjustment(sale.addSubElement(new XMLSplitAdjustment, u"Adjustments"), Date(2006, 2, 1), 2,
-                          false);
+  portfolio.setAdjustment(sale.adjustments().add(), Date(2006, 2, 1), 2, false);
 }
 
 TEST_F(PortfolioStoreTest, ASaleThatAnEarlierVersionCountedTwiceIsMended) {
@@ -226,12 +224,7 @@ TEST_F(PortfolioStoreTest, ASaleThatAnEarlierVersionCountedTwiceIsMended) {
   store.save();
   PortfolioStore next(user);
   next.load();
-  const XMLElement& sale = next.portfolios()
-                               .at(u"Trading")
-                               ->portfolio()
-                               .subElement(u"SoldShares")
-                               .subElement(u"SoldShares")
-                               .subElement(u"SellEvents");
+  const auto& sale = next.portfolios().at(u"Trading")->portfolio().soldShares()[0].subElement(u"SellEvents");
   EXPECT_EQ(textValue(sale, u"NumHeld") + u" at " + textValue(sale, u"BuyPrice"),
             String(u"100.00 at 10.0000"));
 }

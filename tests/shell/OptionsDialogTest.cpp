@@ -244,11 +244,7 @@ TEST_F(OptionsDialogTest, CacheIsDroppedAfterAYesAndStaysSoAfterCancel) {
 TEST_F(OptionsDialogTest, CapitalIsComputedAgainFromTheRecords) {
   SharePortfolioUser& portfolio = *tallymoor().store().portfolios().at(u"Trading");
   // A day that no longer agrees with the records.
-  portfolio.portfolio()
-      .subElement(u"CashReserve")
-      .subElement(u"CashEvents")
-      .subElement(u"Value")
-      .setValue(u"250.00");
+  portfolio.portfolio().cashEvents()[0].subElement(u"Value").setValue(u"250.00");
   ASSERT_EQ(100.0, portfolio.capitalRecord().capitalOn(Date(2026, 3, 2)));
   withOptions([this](FXWindow& dialog) {
     press(dialog, "Refresh");
@@ -261,8 +257,7 @@ TEST_F(OptionsDialogTest, CapitalIsComputedAgainFromTheRecords) {
 
 TEST_F(OptionsDialogTest, FailureOfThatIsToldUnderTheNameOfTheReset) {
   SharePortfolioUser& portfolio = *tallymoor().store().portfolios().at(u"Trading");
-  XMLElement& day =
-      portfolio.portfolio().subElement(u"CashReserve").subElement(u"CashEvents").subElement(u"Date");
+  XMLElement& day = portfolio.portfolio().cashEvents()[0].subElement(u"Date");
   const String good = day.value();
   withOptions([&](FXWindow& dialog) {
     day.setValue(u"someday");

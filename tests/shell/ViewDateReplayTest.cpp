@@ -308,8 +308,7 @@ TEST_F(ViewDateReplayTest, ANegativeReserveOfAPastDayIsNoWarning) {
 
 TEST_F(ViewDateReplayTest, APriceBeyondItsLimitOnAPastDayTintsTheRowAndIsNoWarning) {
   keepTheRecords();
-  std::size_t index = 0;
-  m_portfolio->setMinMax(*m_portfolio->findHeldShare(u"BBB.AX", index), 4.3, 9.0);
+  m_portfolio->setMinMax(*m_portfolio->findHeldShare(u"BBB.AX"), 4.3, 9.0);
   tallymoor().refreshViews(true);
   const FXColor plain = heldTint(1);
   pickViewDate(Date(2026, 1, 13));

@@ -185,8 +185,7 @@ private:
   }
   /// The last entry of the cash reserve, which is one of the three kinds above.
   void correctOrStrike(SharePortfolioUser& portfolio, int number) const {
-    XMLElement& reserve = portfolio.portfolio().subElement(u"CashReserve");
-    XMLElement& last = reserve.subElement(u"CashEvents", reserve.numSubElements(u"CashEvents") - 1);
+    XMLCashEvent& last = portfolio.portfolio().cashEvents().back();
     if (number % 16 < 8)
       portfolio.editCashEvent(last, m_day, m_day, 11.0, u"corrected");
     else

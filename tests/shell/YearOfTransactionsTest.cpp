@@ -376,8 +376,7 @@ protected:
   void expectTheForeignDividendInTheDocument() {
     XMLPortfolios records;
     records.decode(recordsPath());
-    const XMLElement& dividend =
-        records.subElement(u"SharePortfolios").subElement(u"Dividends").subElement(u"DividendEvents", 1);
+    const auto& dividend = records.portfolios()[0].dividends()[1];
     EXPECT_EQ("XYZ.AX", textValue(dividend, u"Code").toUTF8());
     EXPECT_EQ("New Zealand", textValue(dividend, u"ForeignDividend").toUTF8());
     EXPECT_EQ(9.26, doubleValue(dividend, u"WithholdingTax"));
@@ -385,12 +384,11 @@ protected:
   double sharesInTheDocument(const String& code) {
     XMLPortfolios records;
     records.decode(recordsPath());
-    const XMLElement& held = records.subElement(u"SharePortfolios").subElement(u"HeldShares");
     double sum = 0.0;
-    for (std::size_t i = 0; i < held.numSubElements(u"HeldShares"); ++i)
-      if (const XMLElement& stock = held.subElement(u"HeldShares", i); textValue(stock, u"Code") == code)
-        for (std::size_t parcel = 0; parcel < stock.numSubElements(u"BuyEvents"); ++parcel)
-          sum += doubleValue(stock.subElement(u"BuyEvents", parcel), u"NumHeld");
+    for (const XMLHeldShare& stock : records.portfolios()[0].heldShares())
+      if (stock.code() == code)
+        for (const XMLBuyEvent& parcel : stock.parcels())
+          sum += parcel.number();
     return sum;
   }
 

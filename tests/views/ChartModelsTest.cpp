@@ -293,15 +293,14 @@ TEST_F(ChartModelsTest, TheLimitsOfAHoldingAreDrawn) {
   user.buyShares(u"AAA.AX", Date(2026, 1, 5), 100, 9.0, 5.0, String());
   cache(u"AAA.AX", Date(2025, 12, 1));
   EXPECT_TRUE(prices(u"AAA.AX").levels.empty());
-  std::size_t index = 0;
-  user.setMinMax(*user.findHeldShare(u"AAA.AX", index), 8.0, 12.0);
+  user.setMinMax(*user.findHeldShare(u"AAA.AX"), 8.0, 12.0);
   const ChartModel model = prices(u"AAA.AX");
   ASSERT_EQ(2u, model.levels.size());
   EXPECT_EQ(u"Min", model.levels[0].name);
   EXPECT_DOUBLE_EQ(8.0, model.levels[0].value);
   EXPECT_EQ(u"Max", model.levels[1].name);
   EXPECT_DOUBLE_EQ(12.0, model.levels[1].value);
-  user.setMinMax(*user.findHeldShare(u"AAA.AX", index), 0.0, 12.0);
+  user.setMinMax(*user.findHeldShare(u"AAA.AX"), 0.0, 12.0);
   EXPECT_EQ(1u, prices(u"AAA.AX").levels.size()) << "zero is no limit";
 }
 

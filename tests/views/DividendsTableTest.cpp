@@ -23,11 +23,8 @@ protected:
     user.receiveDividend(u"AAA.AX", Date(2026, 3, 2), 100, 0.02, 0, 0.0, 0.0, u"New Zealand", 0.3);
     return user;
   }
-  XMLElement& event(std::size_t index) {
-    return portfolios()[u"Trading"]
-        ->portfolio()
-        .subElement(u"Dividends")
-        .subElement(u"DividendEvents", index);
+  XMLDividendEvent& event(std::size_t index) {
+    return portfolios()[u"Trading"]->portfolio().dividends()[index];
   }
   void showHiddenColumns() {
     Settings::Instance().writeUnsigned(u"Upgrades", u"Visible Columns Dividends Table", 1);
@@ -212,8 +209,7 @@ TEST_F(DividendsTableTest, DeletingThatFindsNoDepositSaysSo) {
 
 TEST_F(DividendsTableTest, DeletingThatFindsNoSharesSaysSo) {
   addDividends();
-  std::size_t index = 0;
-  XMLElement& parcel = portfolios()[u"Trading"]->findHeldShare(u"AAA.AX", index)->subElement(u"BuyEvents", 2);
+  auto& parcel = portfolios()[u"Trading"]->findHeldShare(u"AAA.AX")->parcels()[2];
   parcel.subElement(u"NumHeld").setValue(u"3.00");
   showTree();
   chooseFromRow(table(), 1, deleteEntry, [this] {
@@ -288,9 +284,8 @@ TEST_F(DividendsTableTest, EditThatTheDepositCouldNotFollowSaysSo) {
 
 TEST_F(DividendsTableTest, EditThatTheSharesCouldNotFollowSaysSo) {
   addDividends();
-  std::size_t index = 0;
   portfolios()[u"Trading"]
-      ->findHeldShare(u"AAA.AX", index)
+      ->findHeldShare(u"AAA.AX")
       ->subElement(u"BuyEvents", 2)
       .subElement(u"NumHeld")
       .setValue(u"3.00");

@@ -160,9 +160,8 @@ TEST_F(EventTableTest, TablesShowWhatTheyShowWhenTheyAreMadeAnew) {
         user().sellShares(u"BBB.AX", day, 5, amount, 1.0, true, text);
         break;
       case 5: {
-        std::size_t index = 0;
-        if (XMLElement* stock = user().findSoldShare(u"BBB.AX", index))
-          user().undoSale(stock->subElement(u"SellEvents", upTo(stock->numSubElements(u"SellEvents"))));
+        if (auto* stock = user().findSoldShare(u"BBB.AX"))
+          user().undoSale(stock->sales()[upTo(stock->sales().size())]);
         break;
       }
       case 6:

@@ -44,8 +44,7 @@ TEST_F(ShareHeldTableTest, TwoPurchasesOfOneDayAreTwoRows) {
 TEST_F(ShareHeldTableTest, APurchaseWithoutAReadableDateIsShownAndCountsInNoTotal) {
   SharePortfolioUser& user = addTrading();
   user.buyShares(u"AAA.AX", Date(2026, 2, 23), 7, 6.0, 0.0, String());
-  std::size_t index = 0;
-  user.findHeldShare(u"AAA.AX", index)->subElement(u"BuyEvents", 2).subElement(u"BuyDate").setValue(u"31/2");
+  user.findHeldShare(u"AAA.AX")->parcels()[2].subElement(u"BuyDate").setValue(u"31/2");
   ASSERT_EQ(setAsideUnreadableDates(records()).size(), 1u);
   showTree();
   EXPECT_THAT(rowKeys(table()), ElementsAre("02/02/2026", "20/02/2026", "01/01/9999"));
@@ -61,8 +60,7 @@ TEST_F(ShareHeldTableTest, APurchaseWithoutAReadableDateIsShownAndCountsInNoTota
 TEST_F(ShareHeldTableTest, PurchasesNeverWarn) {
   SharePortfolioUser& user = addTrading();
   showTree();
-  std::size_t index = 0;
-  user.setMinMax(*user.findHeldShare(u"AAA.AX", index), 7.0, 0.0);
+  user.setMinMax(*user.findHeldShare(u"AAA.AX"), 7.0, 0.0);
   table().updateTable();
   EXPECT_TRUE(window().warnings.empty());
   EXPECT_EQ(TableItem::NO_COLOUR, cellColour(table(), 0, u"Price Now"));

@@ -13,21 +13,20 @@ namespace {
 /// Portfolios whose shares have limits, without any window.
 class SharedLimitsTest : public ::testing::Test {
 protected:
-  XMLElement& hold(const String& name, const String& code, double min = 0.0, double max = 0.0) {
+  XMLHeldShare& hold(const String& name, const String& code, double min = 0.0, double max = 0.0) {
     if (!portfolios.contains(name)) {
-      XMLElement& element = m_records.addSubElement(new XMLSharePortfolio, u"SharePortfolios");
-      element.subElement(u"Name").setValue(name);
+      XMLSharePortfolio& element = m_records.portfolios().add();
+      element.setPortfolioName(name);
       portfolios[name] = std::make_unique<SharePortfolioUser>(element);
     }
     SharePortfolioUser& user = *portfolios[name];
-    XMLElement& share =
-        user.portfolio().subElement(u"HeldShares").addSubElement(new XMLHeldShare, u"HeldShares");
-    share.subElement(u"Code").setValue(code);
+    XMLHeldShare& share = user.portfolio().heldShares().add();
+    share.setCode(code);
     if (min != 0.0 || max != 0.0)
       user.setMinMax(share, min, max);
     return share;
   }
-  static void expectLimits(const XMLElement& share, double min, double max) {
+  static void expectLimits(const XMLHeldShare& share, double min, double max) {
     const PriceLimits limits = PriceLimits::ofHeldShare(share);
     EXPECT_DOUBLE_EQ(min, limits.min);
     EXPECT_DOUBLE_EQ(max, limits.max);
@@ -45,9 +44,9 @@ protected:
 };
 
 TEST_F(SharedLimitsTest, LimitsAreSetInEveryHoldingAndInTheSettings) {
-  XMLElement& first = hold(u"A", u"AAA.AX", 1.0, 2.0);
-  XMLElement& second = hold(u"B", u"AAA.AX");
-  XMLElement& another = hold(u"B", u"BBB.AX");
+  XMLHeldShare& first = hold(u"A", u"AAA.AX", 1.0, 2.0);
+  XMLHeldShare& second = hold(u"B", u"AAA.AX");
+  XMLHeldShare& another = hold(u"B", u"BBB.AX");
   shareLimits(portfolios, u"AAA.AX", {3.0, 4.0});
   expectLimits(first, 3.0, 4.0);
   expectLimits(second, 3.0, 4.0);
@@ -59,7 +58,7 @@ TEST_F(SharedLimitsTest, LimitsAreSetInEveryHoldingAndInTheSettings) {
 
 TEST_F(SharedLimitsTest, HoldingWithoutLimitsTakesThoseOfTheWatchedStock) {
   PriceLimits{1.0, 2.0}.keepForStock(u"AAA.AX");
-  XMLElement& share = hold(u"A", u"AAA.AX");
+  XMLHeldShare& share = hold(u"A", u"AAA.AX");
   bringLimitsTogether(portfolios);
   expectLimits(share, 1.0, 2.0);
 }
@@ -69,13 +68,12 @@ TEST_F(SharedLimitsTest, LimitsOfAHoldingComeToTheSettings) {
   hold(u"B", u"AAA.AX", 1.0, 2.0);
   bringLimitsTogether(portfolios);
   expectKept(u"AAA.AX", 1.0, 2.0);
-  std::size_t index = 0;
-  expectLimits(*portfolios[u"A"]->findHeldShare(u"AAA.AX", index), 1.0, 2.0);
+  expectLimits(*portfolios[u"A"]->findHeldShare(u"AAA.AX"), 1.0, 2.0);
 }
 
 TEST_F(SharedLimitsTest, RecordsFromElsewhereWinOverTheSettings) {
   PriceLimits{1.0, 2.0}.keepForStock(u"AAA.AX");
-  XMLElement& share = hold(u"A", u"AAA.AX", 3.0, 4.0);
+  XMLHeldShare& share = hold(u"A", u"AAA.AX", 3.0, 4.0);
   bringLimitsTogether(portfolios);
   expectLimits(share, 3.0, 4.0);
   expectKept(u"AAA.AX", 3.0, 4.0);
@@ -83,8 +81,8 @@ TEST_F(SharedLimitsTest, RecordsFromElsewhereWinOverTheSettings) {
 
 TEST_F(SharedLimitsTest, HoldingsThatDifferKeepTheirsUntilLimitsAreSetAnew) {
   PriceLimits{5.0, 6.0}.keepForStock(u"AAA.AX");
-  XMLElement& first = hold(u"A", u"AAA.AX", 3.0, 4.0);
-  XMLElement& second = hold(u"B", u"AAA.AX", 5.0, 6.0);
+  XMLHeldShare& first = hold(u"A", u"AAA.AX", 3.0, 4.0);
+  XMLHeldShare& second = hold(u"B", u"AAA.AX", 5.0, 6.0);
   bringLimitsTogether(portfolios);
   expectLimits(first, 3.0, 4.0);
   expectLimits(second, 5.0, 6.0);
@@ -95,7 +93,7 @@ TEST_F(SharedLimitsTest, HoldingsThatDifferKeepTheirsUntilLimitsAreSetAnew) {
 }
 
 TEST_F(SharedLimitsTest, NothingComesOfNothing) {
-  XMLElement& share = hold(u"A", u"AAA.AX");
+  XMLHeldShare& share = hold(u"A", u"AAA.AX");
   bringLimitsTogether(portfolios);
   expectLimits(share, 0.0, 0.0);
   expectKept(u"AAA.AX", 0.0, 0.0);

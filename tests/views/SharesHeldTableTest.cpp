@@ -16,10 +16,7 @@ namespace {
 class SharesHeldTableTest : public ViewsTest {
 protected:
   SharesHeldTable& table() { return *held(u"Trading").table(); }
-  XMLElement& share(const String& code) {
-    std::size_t index = 0;
-    return *portfolios()[u"Trading"]->findHeldShare(code, index);
-  }
+  XMLHeldShare& share(const String& code) { return *portfolios()[u"Trading"]->findHeldShare(code); }
   void limits(double min, double max) { portfolios()[u"Trading"]->setMinMax(share(u"AAA.AX"), min, max); }
   const std::string deletion = "Warning! Deleting this share will affect the Total Capital.\n If you sold "
                                "this share, use the \"Sell Share\" "
@@ -464,8 +461,7 @@ TEST_F(SharesHeldTableTest, DeletingAShareRemovesItFromRecordsAndTree) {
                 [this] { answer(deletion + "Continue to delete all share holdings of AAA.AX?", "Yes"); });
   EXPECT_THAT(rowKeys(table()), ElementsAre("BBB.AX"));
   EXPECT_THAT(childLabels(held(u"Trading")), ElementsAre("BBB.AX Purchases"));
-  std::size_t index = 0;
-  EXPECT_FALSE(user.findHeldShare(u"AAA.AX", index));
+  EXPECT_FALSE(user.findHeldShare(u"AAA.AX"));
   EXPECT_EQ("$3,450.00", figure(node(u"Trading"), "Capital in cash")); // no cash entry is touched
   EXPECT_TRUE(root().takePortfoliosChanged());
 }

@@ -34,9 +34,8 @@ protected:
   void spoilBeforeShowing() {
     SharePortfolioUser& user = *portfolios()[u"Trading"];
     user.checkCashReserve();
-    std::size_t index = 0;
-    XMLElement& share = *user.findHeldShare(u"AAA.AX", index);
-    share.subElement(u"BuyEvents", 1).subElement(u"BuyDate").setValue(u"no date");
+    XMLHeldShare& share = *user.findHeldShare(u"AAA.AX");
+    share.parcels()[1].subElement(u"BuyDate").setValue(u"no date");
     answer(unsoundWords, "OK");
     showTree();
   }

@@ -26,12 +26,8 @@ protected:
     user.sellShares(u"BBB.AX", Date(2026, 3, 2), 20, 3.5, 15.0, true, String());
     return user;
   }
-  XMLElement& sale(std::size_t stock = 0) {
-    return portfolios()[u"Trading"]
-        ->portfolio()
-        .subElement(u"SoldShares")
-        .subElement(u"SoldShares", stock)
-        .subElement(u"SellEvents");
+  XMLSellEvent& sale(std::size_t stock = 0) {
+    return portfolios()[u"Trading"]->portfolio().soldShares()[stock].sales()[0];
   }
   const std::string editEntry = "Edit sale of ABC.AX from 20/02/2026...";
   const std::string deleteEntry = "Delete sale of ABC.AX from 20/02/2026...";

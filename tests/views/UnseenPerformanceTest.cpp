@@ -91,8 +91,7 @@ TEST_F(UnseenPerformanceTest, FiguresFollowPricesAfterAViewDate) {
 TEST_F(UnseenPerformanceTest, FiguresFollowAPurchaseThatIsEdited) {
   showCash();
   change([](SharePortfolioUser& user) {
-    std::size_t index = 0;
-    XMLElement& purchase = user.findHeldShare(u"AAA.AX", index)->subElement(u"BuyEvents");
+    auto& purchase = user.findHeldShare(u"AAA.AX")->parcels()[0];
     user.editBuyEvent(purchase, Date(2026, 2, 2), 50, 10.0, 0.0, String(), 1000.0, Date(2026, 2, 2));
   });
   expectCapital("$1,150.00"); // 550.00 in shares, 600.00 in cash
@@ -107,8 +106,7 @@ TEST_F(UnseenPerformanceTest, FiguresFollowASaleAndItsDeletion) {
   });
   expectCapital("$1,250.00");
   change([](SharePortfolioUser& user) {
-    std::size_t index = 0;
-    EXPECT_TRUE(user.undoSale(user.findSoldShare(u"AAA.AX", index)->subElement(u"SellEvents")));
+    EXPECT_TRUE(user.undoSale(user.findSoldShare(u"AAA.AX")->sales()[0]));
   });
   expectCapital("$1,200.00");
 }

@@ -68,8 +68,8 @@ protected:
   /// A new open portfolio with a deposit, before the tree is shown.
   SharePortfolioUser& addPortfolio(const String& name, double deposit = 0.0,
                                    const Date& date = Date(2026, 2, 1)) {
-    XMLElement& element = m_records.addSubElement(new XMLSharePortfolio, u"SharePortfolios");
-    element.subElement(u"Name").setValue(name);
+    XMLSharePortfolio& element = m_records.portfolios().add();
+    element.setPortfolioName(name);
     auto user = std::make_unique<SharePortfolioUser>(element);
     if (deposit > 0.0)
       user->creditCash(date, deposit, CASH_EVENT_DEPOSIT, u"DEPOSIT start");
@@ -149,11 +149,11 @@ protected:
   }
 
   /// The cash events of a portfolio.
-  XMLElement& cashReserve(const String& name = u"Trading") {
-    return portfolios()[name]->portfolio().subElement(u"CashReserve");
+  ElementList<XMLCashEvent> cashEvents(const String& name = u"Trading") {
+    return portfolios()[name]->portfolio().cashEvents();
   }
-  XMLElement& cashEntry(std::size_t index) { return cashReserve().subElement(u"CashEvents", index); }
-  std::size_t numCashEntries() { return cashReserve().numSubElements(u"CashEvents"); }
+  XMLCashEvent& cashEntry(std::size_t index) { return cashEvents()[index]; }
+  std::size_t numCashEntries() { return cashEvents().size(); }
 
   /// What the bar below the table of a node shows under a column; "none" where there is no total.
   static std::string total(const PortfolioTableTreeItem& item, Column::Function function) {

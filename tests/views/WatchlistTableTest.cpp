@@ -31,9 +31,8 @@ protected:
   static void keepLimits(const String& code, double min, double max) {
     PriceLimits{min, max}.keepForStock(code);
   }
-  XMLElement& share(const String& portfolio, const String& code) {
-    std::size_t index = 0;
-    return *portfolios()[portfolio]->findHeldShare(code, index);
+  XMLHeldShare& share(const String& portfolio, const String& code) {
+    return *portfolios()[portfolio]->findHeldShare(code);
   }
   static constexpr FXColor red = FXRGB(255, 175, 175);
   static constexpr FXColor green = FXRGB(175, 255, 175);

@@ -233,6 +233,8 @@ TEST(RecordOperationsTest, AListGivesUpWhatIsRemovedAndKeepsWhatIsNotItsOwn) {
   XMLSharePortfolio portfolio = portfolioOf(u"abc"), other = portfolioOf(u"x");
   EXPECT_TRUE(portfolio.heldShares().remove(portfolio.heldShares()[1]));
   EXPECT_EQ(codesOf(portfolio), u"ac");
+  EXPECT_TRUE(portfolio.heldShares().contains(portfolio.heldShares()[1]));
+  EXPECT_FALSE(portfolio.heldShares().contains(other.heldShares()[0]));
   EXPECT_FALSE(portfolio.heldShares().remove(other.heldShares()[0]));
   EXPECT_EQ(codesOf(portfolio), u"ac");
   EXPECT_EQ(codesOf(other), u"x");
