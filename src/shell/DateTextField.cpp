@@ -1,5 +1,5 @@
 #include "shell/DateTextField.h"
-#include "shell/TallymoorWindow.h"
+#include "shell/ViewDateController.h"
 #include "widgets/CalendarDialog.h"
 #include "widgets/Colours.h"
 #include "widgets/HandlerScope.h"
@@ -29,8 +29,9 @@ FXColor pastTint() {
 
 } // namespace
 
-DateTextField::DateTextField(FXComposite* parent, TallymoorWindow& window, FXSelector selector)
-    : FXTextField(parent, COLUMNS, &window, selector, STYLE), m_window(window) {
+DateTextField::DateTextField(FXComposite* parent, FXWindow& window, ViewDateController& viewDate,
+                             FXSelector selector)
+    : FXTextField(parent, COLUMNS, &window, selector, STYLE), m_window(window), m_viewDate(viewDate) {
   setTipText("Click this control to set a date in the past for viewing your capital");
   setHelpText("Viewing Capital at this date");
   setDefaultCursor(getApp()->getDefaultCursor(DEF_HAND_CURSOR));
@@ -54,13 +55,13 @@ long DateTextField::onPress(FXObject*, FXSelector, void*) {
 
 long DateTextField::onChangeCurrentDate(FXObject*, FXSelector, void*) {
   return guardedHandler(u"DateTextField::onChangeCurrentDate failed.", [this] {
-    CalendarDialog dialog(&m_window, u"Choose the date", m_window.viewDate());
+    CalendarDialog dialog(&m_window, u"Choose the date", Date());
     if (!dialog.execute())
       return;
     if (dialog.date() < Date::realToday())
-      m_window.setViewDate(dialog.date());
+      m_viewDate.set(dialog.date());
     else
-      m_window.resetViewDate();
+      m_viewDate.reset();
   });
 }
 

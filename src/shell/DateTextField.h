@@ -3,14 +3,15 @@
 
 namespace Tallymoor {
 
-class TallymoorWindow;
+class ViewDateController;
 
 /// Shows the view date, and asks for another one when it is clicked or Enter or the space bar is pressed in
 /// it. Tinted while the day is not today.
 class DateTextField : public FXTextField {
   FXDECLARE_ABSTRACT(DateTextField)
 public:
-  DateTextField(FXComposite* parent, TallymoorWindow& window, FXSelector selector);
+  /// Window and controller outlive the field.
+  DateTextField(FXComposite* parent, FXWindow& window, ViewDateController& viewDate, FXSelector selector);
 
   void showToday();
   /// A day in the past.
@@ -22,7 +23,8 @@ public:
   long onKeyPress(FXObject*, FXSelector, void*);
 
 private:
-  TallymoorWindow& m_window;
+  FXWindow& m_window;
+  ViewDateController& m_viewDate;
 };
 
 } // namespace Tallymoor

@@ -1,52 +1,28 @@
 #include "shell/TallymoorWindow.h"
-#include "desktop/SessionClient.h"
 #include "foundation/Constants.h"
 #include "foundation/Settings.h"
+#include "foundation/UnforeseenFailure.h"
 #include "foundation/UserInteraction.h"
 #include "market/TallymoorInternet.h"
 #include "shell/AdvertStrip.h"
-#include "shell/ViewDateRow.h"
 #include "shell/WarningStrip.h"
-#include "shell/WindowCommands.h"
 #include "updates/ProgramUpdater.h"
+#include "updates/UpdateCheck.h"
 #include "views/NodeIcons.h"
-#include "views/PriceWatch.h"
 #include "views/TotalCapTreeItem.h"
 #include "views/WatchlistRootTreeItem.h"
-#include "widgets/Colours.h"
+#include "widgets/HandlerScope.h"
 #include "widgets/InvestmentTree.h"
-#include "widgets/PageSwitcher.h"
-#include "widgets/TextSize.h"
-#include "widgets/ToolkitText.h"
-#include <algorithm>
+#include "widgets/ProgressDialog.h"
+#include "widgets/TabWalk.h"
 
 namespace Tallymoor {
-
-namespace {
-
-constexpr int TREE_WIDTH = 150;
-constexpr FXint TITLE_BAR_HEIGHT = 24; ///< room for what the window manager puts above the window
-
-/// "DarkOliveGreen4", laid over white.
-FXColor portfolioTreeColour() {
-  return makeColour(110, 139, 61, 100);
-}
-
-/// "SteelBlue", the same.
-FXColor watchlistTreeColour() {
-  return makeColour(70, 130, 180, 100);
-}
 
 FXDEFMAP(TallymoorWindow)
 tallymoorWindowMap[] = {
     FXMAPFUNC(SEL_CONFIGURE, MainWindow::ID_MAINWINDOW, TallymoorWindow::onResize),
     FXMAPFUNC(SEL_KEYPRESS, 0, TallymoorWindow::onKeyPress),
-    FXMAPFUNC(SEL_TIMEOUT, TallymoorWindow::ID_HIDE_AFTER_BALLOON, TallymoorWindow::onHideAfterBalloon),
-    FXMAPFUNC(SEL_TIMEOUT, TallymoorWindow::ID_TRAY_GONE, TallymoorWindow::onTrayGone),
-    FXMAPFUNC(SEL_TIMEOUT, TallymoorWindow::ID_TRAY_MENU, TallymoorWindow::onTrayMenu),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_TABBOOK, TallymoorWindow::onTabBook),
-    FXMAPFUNC(SEL_LEFTBUTTONPRESS, TallymoorWindow::ID_AD1, TallymoorWindow::onClickAd1),
-    FXMAPFUNC(SEL_LEFTBUTTONPRESS, TallymoorWindow::ID_AD2, TallymoorWindow::onClickAd2),
     // The commands of the table.
     FXMAPFUNCS(SEL_COMMAND, TallymoorWindow::ID_ABOUT_TRAY, TallymoorWindow::ID_RESTORE,
                TallymoorWindow::onTableCommand),
@@ -54,6 +30,8 @@ tallymoorWindowMap[] = {
                TallymoorWindow::onTableCommand),
     FXMAPFUNCS(SEL_UPDATE, TallymoorWindow::ID_NEW_PORTFOLIO, TallymoorWindow::ID_ABOUT,
                TallymoorWindow::onTableUpdate),
+    FXMAPFUNCS(SEL_LEFTBUTTONPRESS, TallymoorWindow::ID_AD1, TallymoorWindow::ID_AD2,
+               TallymoorWindow::onTableCommand),
     FXMAPFUNC(SEL_COMMAND, TallymoorWindow::ID_STATUS, TallymoorWindow::onTableCommand),
     FXMAPFUNCS(SEL_COMMAND, TallymoorWindow::ID_FORWARD, TallymoorWindow::ID_BBACK,
                TallymoorWindow::onTableCommand),
@@ -61,29 +39,40 @@ tallymoorWindowMap[] = {
                TallymoorWindow::onTableUpdate),
 };
 
-} // namespace
-
 FXIMPLEMENT_ABSTRACT(TallymoorWindow, MainWindow, tallymoorWindowMap, ARRAYNUMBER(tallymoorWindowMap))
+
+namespace {
+
+/// Which of the window's lengthy functions runs.
+enum LengthyWork { LOAD, UNLOAD };
+
+/// What was told once may be told again.
+void forgetWarnings() {
+  Settings::Instance().deleteSection(u"Warnings");
+}
+
+} // namespace
 
 TallymoorWindow::TallymoorWindow(FXApp* app, WindowIcons& icons)
     : MainWindow(app, icons.big.get(), icons.mini.get()), m_icons(icons),
-      m_session(UserInteraction::Instance()), m_commands(std::make_unique<WindowCommands>(*this, icons)) {
+      m_session(UserInteraction::Instance()), m_place(*this), m_viewDate(*this), m_online(*this, icons),
+      m_commands(*this, icons) {
   new FXToolTip(app, TOOLTIP_VARIABLE);
-  restorePlace();
-  m_menus = m_commands->makeMenus(*menuBar());
+  m_place.restore();
+  m_menus = m_commands.makeMenus(*menuBar());
   buildToolBars();
-  buildTabs();
+  m_tabs.emplace(contentFrame(), boldFont(), this, ID_TABBOOK);
   m_warnings = new WarningStrip(panelFrame());
   m_adverts = new AdvertStrip(panelFrame(), this, ID_AD1, ID_AD2);
-  buildTray();
+  m_trayController = std::make_unique<TrayController>(*this, *icons.tray);
   m_programUpdater = std::make_unique<ProgramUpdater>();
-  buildSessionClient();
+  m_logOut = std::make_unique<LogOutController>(*this);
 }
 
 // Views first, then the portfolios that they show, then the records.
 TallymoorWindow::~TallymoorWindow() {
   BigMutexLock lock;
-  m_sessionClient.reset();
+  m_logOut.reset();
   m_programUpdater->stopAndJoin();
   m_advertThread.reset();
   Date::clearFixedDate();
@@ -92,84 +81,220 @@ TallymoorWindow::~TallymoorWindow() {
   closeViews();
   store().clear();
   m_menus.clear();
-  m_tray.reset();
-  for (const FXSelector timer : {ID_HIDE_AFTER_BALLOON, ID_TRAY_GONE, ID_TRAY_MENU})
-    getApp()->removeTimeout(this, timer);
+  m_trayController.reset();
 }
 
 void TallymoorWindow::applicationTitle(String& title) const {
   title = APP_NAME;
 }
 
-void TallymoorWindow::restorePlace() {
-  const Settings& settings = Settings::Instance();
-  const String section = u"Gui Settings";
-  position(static_cast<FXint>(settings.readUnsigned(section, u"MainX", 100)),
-           static_cast<FXint>(settings.readUnsigned(section, u"MainY", 100)),
-           static_cast<FXint>(settings.readUnsigned(section, u"MainWidth", scaledToText(800))),
-           static_cast<FXint>(settings.readUnsigned(section, u"MainHeight", scaledToText(600))));
-}
-
-// A first start on a small screen, or a larger screen that is gone, would leave a part of it out of reach.
-void TallymoorWindow::keepOnScreen() {
-  const FXint screenWidth = getRoot()->getWidth(), screenHeight = getRoot()->getHeight();
-  const FXint width = std::min(getWidth(), screenWidth);
-  const FXint height = std::min(getHeight(), screenHeight - TITLE_BAR_HEIGHT);
-  position(std::clamp(getX(), 0, screenWidth - width),
-           std::clamp(getY(), TITLE_BAR_HEIGHT, screenHeight - height), width, height);
-}
-
 void TallymoorWindow::buildToolBars() {
   m_toolBarRow = new FXHorizontalFrame(contentFrame(), LAYOUT_FILL_X, 0, 0, 0, 0, 2, 2, 2, 2, 6, 0);
-  buildCommandBar(m_toolBarRow);
-  m_viewDateRow = new ViewDateRow(m_toolBarRow, *this, m_commands->table());
-  buildOnlineBar(m_toolBarRow);
-}
-
-void TallymoorWindow::buildCommandBar(FXComposite* parent) {
-  m_commands->addButtons(
-      *new FXToolBar(parent, FRAME_NONE | PACK_UNIFORM_HEIGHT, 0, 0, 0, 0, 2, 2, 2, 2, 2, 0));
-}
-
-void TallymoorWindow::buildOnlineBar(FXComposite* parent) {
-  auto* bar = new FXToolBar(parent, LAYOUT_RIGHT | FRAME_NONE, 0, 0, 0, 0, 2, 2, 2, 2);
-  m_onlineButton = new FXButton(
-      bar, FXString("\t") + m_commands->table().at(ID_STATUS).tip, m_icons.online.get(), this, ID_STATUS,
-      BUTTON_TOOLBAR | FRAME_RAISED | ICON_BEFORE_TEXT | LAYOUT_FIX_WIDTH, 0, 0, 0, 0, 4, 4, 4, 4);
-}
-
-void TallymoorWindow::buildTabs() {
-  m_tabBook = new FXTabBook(contentFrame(), this, ID_TABBOOK, LAYOUT_FILL_X | LAYOUT_FILL_Y);
-  m_portfolios = buildTab("  Portfolios  ", portfolioTreeColour(), u"X Splitter Portfolios");
-  m_watchlists = buildTab("  Watchlists  ", watchlistTreeColour(), u"X Splitter Watchlists");
-}
-
-TallymoorWindow::Tab TallymoorWindow::buildTab(const char* label, FXColor treeColour,
-                                               const String& widthKey) {
-  Tab tab;
-  tab.widthKey = widthKey;
-  (new FXTabItem(m_tabBook, label))->setFont(boldFont());
-  tab.splitter = new FXSplitter(m_tabBook, SPLITTER_HORIZONTAL | SPLITTER_TRACKING | FRAME_RAISED |
-                                               LAYOUT_FILL_X | LAYOUT_FILL_Y);
-  const auto half = [&tab] {
-    return new FXVerticalFrame(tab.splitter, FRAME_SUNKEN | LAYOUT_FILL_X | LAYOUT_FILL_Y, 0, 0, 0, 0, 0, 0,
-                               0, 0, 0, 0);
-  };
-  tab.tree = new InvestmentTree(half(), treeColour, FXRGB(0, 0, 0));
-  tab.tree->setSwitcher(new PageSwitcher(half(), LAYOUT_FILL_X | LAYOUT_FILL_Y));
-  tab.splitter->setSplit(0, static_cast<FXint>(Settings::Instance().readUnsigned(u"Gui Settings", widthKey,
-                                                                                 scaledToText(TREE_WIDTH))));
-  return tab;
+  m_commands.addButtons(
+      *new FXToolBar(m_toolBarRow, FRAME_NONE | PACK_UNIFORM_HEIGHT, 0, 0, 0, 0, 2, 2, 2, 2, 2, 0));
+  m_viewDate.buildRow(m_toolBarRow, m_commands.table());
+  m_online.buildButton(m_toolBarRow, m_commands.table().at(ID_STATUS));
 }
 
 void TallymoorWindow::create() {
   BigMutexLock lock;
   m_icons.create();
-  keepOnScreen();
-  m_onlineButton->setWidth(normalFont()->getTextWidth("offline") + m_icons.online->getWidth() + 24);
+  m_place.keepOnScreen();
+  m_online.fitButton();
   MainWindow::create();
-  m_sessionClient->connect();
+  m_logOut->client().connect();
   loadUnderProgress();
+}
+
+void TallymoorWindow::loadUnderProgress() {
+  ProgressDialog dialog(this, u"Tallymoor startup", u"Please wait while caches and portfolio are loaded.", 5,
+                        ProgressDialog::PERCENT_BAR, m_icons.banner.get());
+  try {
+    withUnforeseenFailures([&] { dialog.run(*this, LOAD); });
+    dialog.finish();
+  } catch (const Exception& exception) {
+    store().setLoadFailed();
+    reportException(u"Failure during startup. You may need to restart.\n", exception);
+  }
+  m_loadEnded = true;
+}
+
+void TallymoorWindow::runLengthyFunction(Progress& progress, int argument) {
+  if (argument == LOAD)
+    load(progress);
+  else
+    unload(progress);
+}
+
+void TallymoorWindow::load(Progress& progress) {
+  progress.setTotal(4);
+  forgetWarnings(); // of a run that did not come to its end
+  m_session.load(progress);
+  TallymoorInternet::Instance().priceUpdater().addObserver(this);
+  progress.setTotal(static_cast<unsigned>(store().portfolios().size()) + 4);
+  buildNodes(progress);
+  if (store().portfolios().empty() && !store().loadFailed())
+    runFirstWizard(progress);
+  progress.step(1, u"showing Total Capital");
+  if (!m_tabs->showFirst())
+    throw Exception(STARTUP_FAILURE);
+  m_trayController->followPrices();
+  m_advertThread = std::make_unique<AdvertThread>(AdvertSettings::current(), m_adverts->pending());
+  tellInstallerFailure();
+}
+
+void TallymoorWindow::buildNodes(Progress& progress) {
+  const NodeIcons nodeIcons{m_icons.portfolio.get(), m_icons.sharesHeld.get(),  m_icons.sharesSold.get(),
+                            m_icons.dividends.get(), m_icons.cashReserve.get(), m_icons.watchHeld.get(),
+                            m_icons.watchlist.get()};
+  m_totalCapital =
+      new TotalCapTreeItem(portfolioTree(), store().portfolios(), store().records(), nodeIcons, &progress);
+  m_watchlistRoot = std::make_unique<WatchlistRootTreeItem>(m_totalCapital, watchlistTree(), nodeIcons,
+                                                            [this] { m_commands.table().run(ID_BUY); });
+}
+
+/// The progress of the start is out of the way meanwhile.
+void TallymoorWindow::runFirstWizard(Progress& progress) {
+  auto* dialog = dynamic_cast<FXWindow*>(&progress);
+  if (dialog)
+    dialog->hide();
+  m_commands.table().run(ID_WIZARD);
+  if (dialog)
+    dialog->show();
+}
+
+void TallymoorWindow::shutdown() {
+  if (m_shutdownDone)
+    return;
+  {
+    ProgressDialog dialog(this, u"Tallymoor shutdown", u"Please wait while caches and portfolio are saved.",
+                          4, ProgressDialog::PERCENT_BAR, m_icons.banner.get());
+    dialog.run(*this, UNLOAD);
+    dialog.finish();
+  }
+  getApp()->handle(this, FXSEL(SEL_COMMAND, FXApp::ID_QUIT), nullptr); // writes the settings, too
+  m_shutdownDone = true;
+}
+
+void TallymoorWindow::endAfterFailure(const Exception& exception) {
+  reportException(u"Tallymoor has to end because of a failure. It saves your records now; the state before\n"
+                  u"stays beside them, in \"Portfolios.xml.bak\".\n",
+                  exception);
+  onShutdown(this, 0, nullptr);
+  if (!m_shutdownDone)
+    saveAll();
+}
+
+void TallymoorWindow::unload(Progress& progress) {
+  if (TallymoorInternet::exists())
+    TallymoorInternet::Instance().priceUpdater().removeObserver(this);
+  progress.step(1, u"waiting for update threads");
+  m_programUpdater->stopAndJoin();
+  m_advertThread.reset();
+  progress.step(1, u"saving portfolio records");
+  forgetWarnings();
+  saveUntilDoneOrGivenUp();
+  closeViews();
+  store().clear();
+  progress.step(1, u"writing share price cache, waiting for background tasks");
+  TallymoorInternet::shutdown();
+  progress.step(1, u"shutting down");
+}
+
+// The records in memory are all that there is of what was typed since the last save, so a full disk or a
+// missing folder must not end them unasked.
+void TallymoorWindow::saveUntilDoneOrGivenUp() {
+  saveAll();
+  while (!store().lastSaveSucceeded() &&
+         question(u"Your records could not be saved, and leaving now loses the changes since the last save.\n"
+                  u"Do you want to try to save them again?"))
+    saveAll();
+}
+
+void TallymoorWindow::closeViews() {
+  m_trayController->stopFollowing();
+  m_watchlistRoot.reset(); // its lists show portfolios
+  m_totalCapital = nullptr;
+  portfolioTree()->clearItems();
+}
+
+void TallymoorWindow::saveAll() {
+  m_commands.table().run(ID_SAVE);
+}
+
+void TallymoorWindow::save() {
+  m_tabs->rememberWidths();
+  m_session.save();
+}
+
+TotalCapTreeItem& TallymoorWindow::loadedTree() const {
+  if (!m_totalCapital)
+    throw Exception(STARTUP_FAILURE);
+  return *m_totalCapital;
+}
+
+WatchlistRootTreeItem& TallymoorWindow::loadedWatchlists() const {
+  if (!m_watchlistRoot)
+    throw Exception(STARTUP_FAILURE);
+  return *m_watchlistRoot;
+}
+
+bool TallymoorWindow::isBusy() const {
+  return bigMutex().heldByThisThread() || getApp()->getModality() != MODAL_FOR_NONE;
+}
+
+bool TallymoorWindow::isOffScreen() const {
+  const FXPoint place = placeOnScreen();
+  return place.x < 0 && place.y < 0;
+}
+
+void TallymoorWindow::refreshViews(bool repaintTrees) {
+  m_tabs->refreshViews(repaintTrees);
+  m_trayController->updateTip();
+}
+
+void TallymoorWindow::updateStatus() {
+  m_adverts->showPending();
+  m_online.updateButton();
+}
+
+void TallymoorWindow::currentPriceUpdated(const String&, double) {}
+
+void TallymoorWindow::pricesUpdateFinished() {
+  setStatusText(u"Prices are up to date.");
+}
+
+long TallymoorWindow::onKeyPress(FXObject* sender, FXSelector selector, void* data) {
+  const FXEvent event = *static_cast<FXEvent*>(data);
+  FXWindow* const before = widgetWithKeyboard(*this);
+  const long handled = MainWindow::onKeyPress(sender, selector, data);
+  if (!isTab(event) || widgetWithKeyboard(*this) != before)
+    return handled;
+  return walkWithTab(*this, isBackTab(event)) ? 1 : handled;
+}
+
+long TallymoorWindow::onTabBook(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"TallymoorWindow::onTabBook.", [this] { m_tabs->tabOpened(); });
+}
+
+long TallymoorWindow::onTableCommand(FXObject*, FXSelector selector, void*) {
+  return m_commands.table().run(FXSELID(selector));
+}
+
+long TallymoorWindow::onTableUpdate(FXObject* sender, FXSelector selector, void*) {
+  return m_commands.table().update(FXSELID(selector), *sender);
+}
+
+/// Comes before the toolkit takes over the size that the event tells.
+long TallymoorWindow::onResize(FXObject* sender, FXSelector selector, void* data) {
+  const FXRectangle told = static_cast<FXEvent*>(data)->rect;
+  guardedHandler(u"TallymoorWindow::onResize failed.", [this, &told] {
+    const FXint leastWidth = m_toolBarRow->getDefaultWidth() + 2 * contentFrame()->getPadLeft();
+    const FXSize size = m_place.heldToMinimum(FXSize(told.w, told.h), leastWidth);
+    if (shown() && !isMinimized()) // where it is otherwise is no place of the user's choice
+      m_place.remember(placeOnScreen(), size);
+  });
+  return MainWindow::onConfigure(sender, selector, data);
 }
 
 } // namespace Tallymoor

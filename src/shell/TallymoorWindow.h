@@ -1,12 +1,17 @@
 #pragma once
-#include "desktop/SystemTray.h"
 #include "foundation/Date.h"
 #include "foundation/LengthyFunctions.h"
 #include "market/PriceUpdater.h"
 #include "session/PortfolioSession.h"
+#include "shell/LogOutController.h"
+#include "shell/OnlineController.h"
+#include "shell/TrayController.h"
+#include "shell/ViewDateController.h"
+#include "shell/WindowCommands.h"
 #include "shell/WindowIcons.h"
+#include "shell/WindowPlace.h"
+#include "shell/WindowTabs.h"
 #include "widgets/MainWindow.h"
-#include <map>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -17,20 +22,14 @@ class AdvertStrip;
 class AdvertThread;
 class InvestmentTree;
 class ProgramUpdater;
-class PriceWatch;
-class SessionClient;
 class TotalCapTreeItem;
-class ViewDateRow;
 class WarningStrip;
 class WatchlistRootTreeItem;
-class WindowCommands;
 
-/// The program's window: menus, tool bars, the tabs with their trees, the online button. It owns the records,
-/// the portfolios and the nodes, loads them when it is created and saves them when the user leaves.
-class TallymoorWindow : public MainWindow,
-                        public HasLengthyFunctions,
-                        public SystemTray::Watcher,
-                        public PriceUpdater::PricesObserver {
+/// The program's window: it puts menus, tool bars, tabs and strips together and owns the session, the nodes
+/// and the threads, which it starts when it is created and ends when the user leaves. What the user does in
+/// it is the work of its commands and controllers.
+class TallymoorWindow : public MainWindow, public HasLengthyFunctions, public PriceUpdater::PricesObserver {
   FXDECLARE_ABSTRACT(TallymoorWindow)
 public:
   // The names and their order are those of the whole program; what has no command yet has no number here.
@@ -71,15 +70,8 @@ public:
     ID_BACK,
     ID_BBACK,
     ID_NO_COMMAND, ///< of a button that does nothing for now
-    // Timers.
-    ID_HIDE_AFTER_BALLOON,
-    ID_TRAY_GONE,
-    ID_TRAY_MENU,
     ID_LAST
   };
-
-  /// Of the tab book.
-  enum { PORTFOLIO_TAB, WATCHLIST_TAB };
 
   /// Told when a start leaves no sound tree, and afterwards by each command that needs one.
   static constexpr const char16_t* STARTUP_FAILURE =
@@ -94,16 +86,23 @@ public:
 
   PortfolioSession& session() { return m_session; }
   PortfolioStore& store() { return m_session.store(); }
+  ViewDateController& viewDateController() { return m_viewDate; }
+  OnlineController& onlineController() { return m_online; }
+  TrayController& trayController() { return *m_trayController; }
+  WindowPlace& place() { return m_place; }
   TotalCapTreeItem* totalCapital() const { return m_totalCapital; }
-  InvestmentTree* portfolioTree() const { return m_portfolios.tree; }
-  InvestmentTree* watchlistTree() const { return m_watchlists.tree; }
-  FXTabBook* tabBook() const { return m_tabBook; }
-  FXButton* onlineButton() const { return m_onlineButton; }
-  ViewDateRow* viewDateRow() const { return m_viewDateRow; }
+  InvestmentTree* portfolioTree() const { return m_tabs->portfolioTree(); }
+  InvestmentTree* watchlistTree() const { return m_tabs->watchlistTree(); }
+  FXTabBook* tabBook() const { return m_tabs->book(); }
+  FXButton* onlineButton() const { return m_online.button(); }
+  ViewDateRow* viewDateRow() const { return m_viewDate.row(); }
   WarningStrip* warnings() const { return m_warnings; }
   AdvertStrip* adverts() const { return m_adverts; }
-  SystemTray& tray() const { return *m_tray; }
-  SessionClient& sessionClient() const { return *m_sessionClient; }
+  SystemTray& tray() const { return m_trayController->tray(); }
+  SessionClient& sessionClient() const { return m_logOut->client(); }
+  ProgramUpdater& programUpdater() const { return *m_programUpdater; }
+  /// Null until the start has come to it.
+  AdvertThread* advertThread() const { return m_advertThread.get(); }
 
   void applicationTitle(String& title) const override;
   void saveAll() override;
@@ -111,49 +110,36 @@ public:
   /// For an exception that nobody caught, once the toolkit's loop has ended because of it: tells of it, saves
   /// the records and lets everything go, as on Exit.
   void endAfterFailure(const Exception& exception);
-  void minimiseToTray() override;
+  void minimiseToTray() override { m_trayController->minimise(); }
   void updateStatus() override;
-  void warnOnce(const String& text, const String& caption, const String& key, int level) override;
-  void warningOver(const String& key) override;
+  void warnOnce(const String& text, const String& caption, const String& key, int level) override {
+    m_trayController->warnOnce(text, caption, key, level);
+  }
+  void warningOver(const String& key) override { m_trayController->warningOver(key); }
   /// As warnOnce, and every time.
-  void warn(const String& text, const String& caption, const String& key, int level);
+  void warn(const String& text, const String& caption, const String& key, int level) {
+    m_trayController->warn(text, caption, key, level);
+  }
 
-  // What the tray tells.
-  void onLeftClick() override;
-  void onRightClick() override;
-  void onDoubleClick() override;
-  void onMouseMove() override;
-  void onCommand(unsigned identifier) override;
-  std::vector<SystemTray::MenuEntry> menuEntries() const override;
-  void onPlaceChanged() override;
-  void onBalloonNotShown(const String& text, const String& title, int level) override;
-  /// Shows the day's result in the tip of the tray.
-  void updateTrayTip();
-
-  // What commands work with.
   /// Throw Exception STARTUP_FAILURE after a start that has not come to them.
   TotalCapTreeItem& loadedTree() const;
   WatchlistRootTreeItem& loadedWatchlists() const;
-  ProgramUpdater& programUpdater() const { return *m_programUpdater; }
+  /// True once the start has ended, well or not.
+  bool loadEnded() const { return m_loadEnded; }
+  /// A dialog or popup is open, or a handler lets events pass.
+  bool isBusy() const;
+  /// A window dragged off the screen counts as minimised.
+  bool isOffScreen() const;
   /// Saves everything. Throws Exception.
   void save();
-  /// Out of the tray, and above other windows.
-  void bringToFront();
-  /// Goes offline, or tries to get online.
-  void changeOnlineState();
   /// Every node recomputes and repaints its view.
   void refreshViews(bool repaintTrees);
 
-  /// The day at which the capital is shown: today unless it was moved.
+  /// The day at which the capital is shown: see ViewDateController.
   static Date viewDate() { return Date(); }
-  static bool viewDateMoved() { return Date::hasFixedDate(); }
-  /// Shows everything as of this day, which lies before today. No prices are fetched until today is shown
-  /// again. Throws Exception.
-  void setViewDate(const Date& date);
-  /// Back to today.
-  void resetViewDate();
-  /// Counts from the day shown; today is as far as it goes.
-  void moveViewDate(int days);
+  static bool viewDateMoved() { return ViewDateController::isMoved(); }
+  void setViewDate(const Date& date) { m_viewDate.set(date); }
+  void resetViewDate() { m_viewDate.reset(); }
 
   /// The load and the end of the data, under their progress dialogs.
   void runLengthyFunction(Progress& progress, int argument) override;
@@ -163,91 +149,39 @@ public:
 
   /// The tab key comes round to every part of the window: the toolkit's own walk ends at the tabs.
   long onKeyPress(FXObject*, FXSelector, void*);
-  long onHideAfterBalloon(FXObject*, FXSelector, void*);
-  long onTrayGone(FXObject*, FXSelector, void*);
-  long onTrayMenu(FXObject*, FXSelector, void*);
   long onTabBook(FXObject*, FXSelector, void*);
   /// What widgets of a command send: see CommandTable.
   long onTableCommand(FXObject*, FXSelector, void*);
   long onTableUpdate(FXObject*, FXSelector, void*);
-  long onClickAd1(FXObject*, FXSelector, void*);
-  long onClickAd2(FXObject*, FXSelector, void*);
   long onResize(FXObject*, FXSelector, void*);
 
 private:
-  /// A tab: a tree, and behind the splitter the pages of its nodes.
-  struct Tab {
-    FXSplitter* splitter = nullptr;
-    InvestmentTree* tree = nullptr;
-    String widthKey; ///< where the width of the tree is kept
-  };
-
-  void restorePlace();
-  void keepOnScreen();
   void buildToolBars();
-  void buildOnlineBar(FXComposite* parent);
-  void buildCommandBar(FXComposite* parent);
-  void buildTabs();
-  Tab buildTab(const char* label, FXColor treeColour, const String& widthKey);
-
-  void buildTray();
-  void followPricesInTray();
-  bool isOffScreen() const;
-  void hideBehindIcon();
-  void bringIntoSight();
-  bool busyWithAnotherWindow() const;
-  void showTrayMenu(FXint x, FXint y);
-
-  void buildSessionClient();
-  std::optional<bool> saveForSession();
-  bool nothingToLose();
-  bool saveUnasked(bool recordsOnly);
-
   void loadUnderProgress();
   void load(Progress& progress);
+  void buildNodes(Progress& progress);
   void runFirstWizard(Progress& progress);
-  void loadGateway();
   void unload(Progress& progress);
   void saveUntilDoneOrGivenUp();
   void closeViews();
 
-  void rememberSplitters();
-  void showOnlineState();
-  void goOfflineByUser();
-  void abortBackgroundFetches();
-  void reconnectByUser();
-  /// Takes the window back to the least size; gives the size that it then has.
-  FXSize heldToMinimum(const FXSize& size);
-  void showViewDate();
-
   WindowIcons& m_icons;
-  std::vector<std::unique_ptr<FXMenuPane>> m_menus; ///< must go before the window does
   PortfolioSession m_session;
-  std::unique_ptr<WindowCommands> m_commands;
+  WindowPlace m_place;
+  ViewDateController m_viewDate;
+  OnlineController m_online;
+  WindowCommands m_commands;
+  std::vector<std::unique_ptr<FXMenuPane>> m_menus; ///< must go before the window does
   FXHorizontalFrame* m_toolBarRow = nullptr;
-  FXButton* m_onlineButton = nullptr;
-  ViewDateRow* m_viewDateRow = nullptr;
+  std::optional<WindowTabs> m_tabs;
   WarningStrip* m_warnings = nullptr;
-  /// The key of what a balloon told, and whether its cause has gone.
-  struct ToldByBalloon {
-    String key;
-    bool over = false;
-  };
-  /// By the text.
-  std::map<String, ToldByBalloon> m_toldByBalloon;
   AdvertStrip* m_adverts = nullptr;
   std::unique_ptr<AdvertThread> m_advertThread;
-  FXTabBook* m_tabBook = nullptr;
-  Tab m_portfolios;
-  Tab m_watchlists;
   TotalCapTreeItem* m_totalCapital = nullptr;
   std::unique_ptr<WatchlistRootTreeItem> m_watchlistRoot;
-  std::unique_ptr<SystemTray> m_tray;
-  std::unique_ptr<PriceWatch> m_trayPrices;
+  std::unique_ptr<TrayController> m_trayController;
   std::unique_ptr<ProgramUpdater> m_programUpdater;
-  std::unique_ptr<SessionClient> m_sessionClient;
-  std::optional<bool> m_shownOnline; ///< what the online button shows
-  bool m_changingOnlineState = false;
+  std::unique_ptr<LogOutController> m_logOut;
   bool m_loadEnded = false;
   bool m_shutdownDone = false;
 };

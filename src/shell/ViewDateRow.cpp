@@ -14,12 +14,13 @@ constexpr FXint BUTTON_SIZE = 26; ///< fixed, so that nothing moves when an icon
 
 } // namespace
 
-ViewDateRow::ViewDateRow(FXComposite* parent, TallymoorWindow& window, const CommandTable& commands)
+ViewDateRow::ViewDateRow(FXComposite* parent, FXWindow& window, ViewDateController& viewDate,
+                         const CommandTable& commands)
     : FXHorizontalFrame(parent, LAYOUT_CENTER_Y, 0, 0, 0, 0, 2, 2, 2, 2, 2, 0), m_window(window),
       m_commands(commands) {
   m_forwardWeek = addButton();
   m_forwardDay = addButton();
-  m_field = new DateTextField(this, window, TallymoorWindow::ID_DATE_FIELD);
+  m_field = new DateTextField(this, window, viewDate, TallymoorWindow::ID_DATE_FIELD);
   setUp(*addButton(), TallymoorWindow::ID_BACK);
   setUp(*addButton(), TallymoorWindow::ID_BBACK);
 }

@@ -4,6 +4,7 @@
 namespace Tallymoor {
 
 class CommandTable;
+class ViewDateController;
 
 /// The row that moves the view date: forward a week and a day, the field with the date, back a day and a
 /// week. The buttons that go forward are dead while the date is today.
@@ -11,7 +12,8 @@ class ViewDateRow : public FXHorizontalFrame {
   FXDECLARE_ABSTRACT(ViewDateRow)
 public:
   /// The commands go to the window. The table outlives the row.
-  ViewDateRow(FXComposite* parent, TallymoorWindow& window, const CommandTable& commands);
+  ViewDateRow(FXComposite* parent, FXWindow& window, ViewDateController& viewDate,
+              const CommandTable& commands);
 
   /// Both after Date's view date has changed.
   void showToday();
@@ -25,7 +27,7 @@ private:
   FXButton* addButton();
   void setUp(FXButton& button, FXuint id);
 
-  TallymoorWindow& m_window;
+  FXWindow& m_window;
   const CommandTable& m_commands;
   FXButton* m_forwardWeek = nullptr;
   FXButton* m_forwardDay = nullptr;

@@ -3,6 +3,7 @@
 #include "foundation/Platform.h"
 #include "market/TallymoorInternet.h"
 #include "shell/AboutDialog.h"
+#include "shell/AdvertStrip.h"
 #include "shell/OnlineHelp.h"
 #include "shell/OptionsDialog.h"
 #include "shell/TallymoorWindow.h"
@@ -22,7 +23,6 @@ namespace {
 
 using Window = TallymoorWindow;
 
-constexpr int WEEK = 7;
 constexpr CommandTable::MenuLine SEPARATOR{};
 
 std::vector<CommandTable::Menu> menus() {
@@ -100,9 +100,10 @@ void WindowCommands::addButtons(FXToolBar& bar) const {
 
 WindowCommands::Rows WindowCommands::rows(const WindowIcons& icons) {
   Rows all;
-  for (const Rows& rows : {fileRows(icons), portfolioRows(icons),
-                           m_reports.commands(icons.report.get(), [this] { return hasPortfolio(); }),
-                           otherRows(icons), viewDateRows(icons)})
+  for (const Rows& rows :
+       {fileRows(icons), portfolioRows(icons),
+        m_reports.commands(icons.report.get(), [this] { return hasPortfolio(); }), otherRows(icons),
+        m_window.viewDateController().commands(icons, [this] { return isLoaded(); })})
     all.insert(all.end(), rows.begin(), rows.end());
   return all;
 }
@@ -177,30 +178,13 @@ WindowCommands::Rows WindowCommands::otherRows(const WindowIcons& icons) {
       {Window::ID_FEEDBACK, "Feedback or Suggestion?", "", "", nullptr, u"onFeedback", writeFeedback},
       {Window::ID_ABOUT, "&About...", "Ctrl+A", "", nullptr, u"onAbout", about},
       {Window::ID_ABOUT_TRAY, "", "", "", nullptr, u"onAbout", about},
-      {Window::ID_RESTORE, "", "", "", nullptr, u"onRestore", [this] { m_window.bringToFront(); }},
-      {Window::ID_STATUS, "", "", "Online\tPress to go offline", icons.online.get(), u"onChangeStatus",
-       [this] { m_window.changeOnlineState(); }},
-  };
-}
-
-WindowCommands::Rows WindowCommands::viewDateRows(const WindowIcons& icons) {
-  const auto loaded = [this] { return isLoaded(); };
-  const auto moving = [this](int days) { return [this, days] { m_window.moveViewDate(days); }; };
-  const auto forward = [this](int days) {
-    return [this, days] {
-      if (Window::viewDateMoved())
-        m_window.moveViewDate(days);
-    };
-  };
-  return {
-      {Window::ID_FORWARD, "", "", "Forward a day\tMove the view date for your capital forward a day",
-       icons.forwardDay.get(), u"onForwardViewDate", forward(1), Window::viewDateMoved},
-      {Window::ID_FFORWARD, "", "", "Forward a week\tMove the view date for your capital forward a week",
-       icons.forwardWeek.get(), u"onFForwardViewDate", forward(WEEK), Window::viewDateMoved},
-      {Window::ID_BACK, "", "", "Back a day\tMove the view date for your capital back a day",
-       icons.backDay.get(), u"onBackViewDate", moving(-1), loaded},
-      {Window::ID_BBACK, "", "", "Back a week\tMove the view date for your capital back a week",
-       icons.backWeek.get(), u"onBBackViewDate", moving(-WEEK), loaded},
+      {Window::ID_RESTORE, "", "", "", nullptr, u"onRestore",
+       [this] { m_window.trayController().bringToFront(); }},
+      {Window::ID_AD1, "", "", "", nullptr, u"onClickAd1",
+       [this] { openAdvert(m_window.adverts()->advertUrl1()); }},
+      {Window::ID_AD2, "", "", "", nullptr, u"onClickAd2",
+       [this] { openAdvert(m_window.adverts()->advertUrl2()); }},
+      m_window.onlineController().command(),
   };
 }
 
@@ -214,12 +198,12 @@ bool WindowCommands::hasPortfolio() const {
 
 void WindowCommands::newPortfolio() {
   m_window.loadedTree().newSharePortfolio();
-  m_window.tabBook()->setCurrent(Window::PORTFOLIO_TAB);
+  m_window.tabBook()->setCurrent(WindowTabs::PORTFOLIOS);
 }
 
 void WindowCommands::newWatchlist() {
   m_window.loadedWatchlists().onNew();
-  m_window.tabBook()->setCurrent(Window::WATCHLIST_TAB);
+  m_window.tabBook()->setCurrent(WindowTabs::WATCHLISTS);
 }
 
 // The refresh and the save wait until the new portfolio has its node.
@@ -277,7 +261,7 @@ String WindowCommands::likelyPortfolio() const {
   const OpenPortfolios& portfolios = m_window.store().portfolios();
   if (portfolios.size() == 1)
     return portfolios.begin()->first;
-  if (m_window.tabBook()->getCurrent() == Window::WATCHLIST_TAB)
+  if (m_window.tabBook()->getCurrent() == WindowTabs::WATCHLISTS)
     return String();
   for (TreeViewItem* node = m_window.portfolioTree()->shownItem(); node; node = node->parentItem())
     if (const auto* portfolio = dynamic_cast<SharePortfolioTreeItem*>(node))

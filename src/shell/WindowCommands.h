@@ -27,7 +27,6 @@ private:
   Rows fileRows(const WindowIcons& icons);
   Rows portfolioRows(const WindowIcons& icons);
   Rows otherRows(const WindowIcons& icons);
-  Rows viewDateRows(const WindowIcons& icons);
 
   // When commands can be used.
   bool isLoaded() const;

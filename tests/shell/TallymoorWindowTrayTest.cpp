@@ -47,7 +47,7 @@ protected:
     return std::get<2>(desktop().panel().answer()->get<TestPanel::ToolTip>());
   }
 
-  void timer(FXuint id) { tallymoor().handle(&app(), FXSEL(SEL_TIMEOUT, id), nullptr); }
+  void timer(FXuint id) { tallymoor().trayController().handle(&app(), FXSEL(SEL_TIMEOUT, id), nullptr); }
   void knowTheTray() { Settings::Instance().writeInt(u"Gui Settings", u"MinimizeWarn", 1); }
   /// Without a window manager nothing is ever minimised; a window off the screen counts as such.
   void moveOffScreen() {
@@ -105,9 +105,10 @@ TEST_F(TallymoorWindowTrayTest, TheFirstTimeABalloonTellsWhereTheWindowGoes) {
   EXPECT_EQ(1, Settings::Instance().readInt(u"Gui Settings", u"MinimizeWarn"));
   EXPECT_EQ(1, Settings::Instance().readInt(u"Warnings", u"system tray notification"));
   EXPECT_TRUE(tallymoor().shown()) << "the user has a moment to read";
-  EXPECT_TRUE(app().hasTimeout(&tallymoor(), TallymoorWindow::ID_HIDE_AFTER_BALLOON));
-  EXPECT_LE(app().remainingTimeout(&tallymoor(), TallymoorWindow::ID_HIDE_AFTER_BALLOON), 3000u);
-  timer(TallymoorWindow::ID_HIDE_AFTER_BALLOON);
+  EXPECT_TRUE(app().hasTimeout(&tallymoor().trayController(), TrayController::ID_HIDE_AFTER_BALLOON));
+  EXPECT_LE(app().remainingTimeout(&tallymoor().trayController(), TrayController::ID_HIDE_AFTER_BALLOON),
+            3000u);
+  timer(TrayController::ID_HIDE_AFTER_BALLOON);
   EXPECT_FALSE(tallymoor().shown());
 }
 
@@ -131,8 +132,8 @@ TEST_F(TallymoorWindowTrayTest, AWindowThatIsFetchedBackAtOnceStays) {
   startPanel();
   moveOffScreen();
   click("Activate");
-  EXPECT_FALSE(app().hasTimeout(&tallymoor(), TallymoorWindow::ID_HIDE_AFTER_BALLOON));
-  timer(TallymoorWindow::ID_HIDE_AFTER_BALLOON); // one that was on its way
+  EXPECT_FALSE(app().hasTimeout(&tallymoor().trayController(), TrayController::ID_HIDE_AFTER_BALLOON));
+  timer(TrayController::ID_HIDE_AFTER_BALLOON); // one that was on its way
   EXPECT_TRUE(tallymoor().shown());
 }
 
@@ -141,7 +142,7 @@ TEST_F(TallymoorWindowTrayTest, AWindowDoesNotHideBehindAPanelThatHasGoneMeanwhi
   moveOffScreen();
   desktop().stopPanel();
   EXPECT_TRUE(runUntil([this] { return !tallymoor().tray().hasPlace(); }));
-  timer(TallymoorWindow::ID_HIDE_AFTER_BALLOON);
+  timer(TrayController::ID_HIDE_AFTER_BALLOON);
   EXPECT_TRUE(tallymoor().shown());
 }
 
@@ -160,20 +161,22 @@ TEST_F(TallymoorWindowTrayTest, AClickOnTheIconBringsTheWindowBackIntoSight) {
 TEST_F(TallymoorWindowTrayTest, AHiddenWindowComesBackWhenThePanelHasGone) {
   hideInTray();
   desktop().stopPanel();
-  EXPECT_TRUE(runUntil([this] { return app().hasTimeout(&tallymoor(), TallymoorWindow::ID_TRAY_GONE); }));
+  EXPECT_TRUE(runUntil(
+      [this] { return app().hasTimeout(&tallymoor().trayController(), TrayController::ID_TRAY_GONE); }));
   EXPECT_FALSE(tallymoor().shown()) << "a panel may only start anew";
-  timer(TallymoorWindow::ID_TRAY_GONE);
+  timer(TrayController::ID_TRAY_GONE);
   EXPECT_TRUE(tallymoor().shown());
 }
 
 TEST_F(TallymoorWindowTrayTest, AHiddenWindowStaysSoWhenThePanelOnlyStartsAnew) {
   hideInTray();
   desktop().stopPanel();
-  EXPECT_TRUE(runUntil([this] { return app().hasTimeout(&tallymoor(), TallymoorWindow::ID_TRAY_GONE); }));
+  EXPECT_TRUE(runUntil(
+      [this] { return app().hasTimeout(&tallymoor().trayController(), TrayController::ID_TRAY_GONE); }));
   startPanel();
   letEventsPass();
-  EXPECT_FALSE(app().hasTimeout(&tallymoor(), TallymoorWindow::ID_TRAY_GONE));
-  timer(TallymoorWindow::ID_TRAY_GONE);
+  EXPECT_FALSE(app().hasTimeout(&tallymoor().trayController(), TrayController::ID_TRAY_GONE));
+  timer(TrayController::ID_TRAY_GONE);
   EXPECT_FALSE(tallymoor().shown());
 }
 
@@ -181,8 +184,9 @@ TEST_F(TallymoorWindowTrayTest, AHiddenWindowComesBackWhenTheBusIsLost) {
   hideInTray();
   desktop().stopPanel();
   desktop().bus().stop();
-  EXPECT_TRUE(runUntil([this] { return app().hasTimeout(&tallymoor(), TallymoorWindow::ID_TRAY_GONE); }));
-  timer(TallymoorWindow::ID_TRAY_GONE);
+  EXPECT_TRUE(runUntil(
+      [this] { return app().hasTimeout(&tallymoor().trayController(), TrayController::ID_TRAY_GONE); }));
+  timer(TrayController::ID_TRAY_GONE);
   EXPECT_TRUE(tallymoor().shown());
 }
 
