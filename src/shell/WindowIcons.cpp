@@ -21,24 +21,20 @@ WindowIcons::WindowIcons(FXApp* app)
       dividend(icon(app, icons::dividend_gif)), interest(icon(app, icons::interest_gif)),
       deposit(icon(app, icons::deposit_gif)), withdraw(icon(app, icons::withdraw_gif)),
       report(icon(app, icons::report_gif)), priceUpdate(icon(app, icons::price_update_gif)),
-      save(icon(app, icons::save_gif)), minimise(icon(app, icons::minimise_gif)),
-      exit(icon(app, icons::exit_gif)), about(icon(app, icons::about_gif)),
       online(icon(app, icons::online_gif)), offline(icon(app, icons::offline_gif)),
       trying(icon(app, icons::trying_gif)), forwardWeek(icon(app, icons::forward_week_gif)),
       forwardDay(icon(app, icons::forward_day_gif)), backDay(icon(app, icons::back_day_gif)),
-      backWeek(icon(app, icons::back_week_gif)), totalCapital(icon(app, icons::total_capital_gif)),
-      portfolio(icon(app, icons::portfolio_gif)), sharesHeld(icon(app, icons::shares_held_gif)),
-      sharesSold(icon(app, icons::shares_sold_gif)), dividends(icon(app, icons::dividends_gif)),
-      cashReserve(icon(app, icons::cash_reserve_gif)), watchHeld(icon(app, icons::watch_held_gif)),
-      watchlist(icon(app, icons::watchlist_gif)) {}
+      backWeek(icon(app, icons::back_week_gif)), portfolio(icon(app, icons::portfolio_gif)),
+      sharesHeld(icon(app, icons::shares_held_gif)), sharesSold(icon(app, icons::shares_sold_gif)),
+      dividends(icon(app, icons::dividends_gif)), cashReserve(icon(app, icons::cash_reserve_gif)),
+      watchHeld(icon(app, icons::watch_held_gif)), watchlist(icon(app, icons::watchlist_gif)) {}
 
 void WindowIcons::create() {
   for (const auto* each :
-       {&big,        &mini,        &banner,    &newPortfolio, &newWatchlist, &buy,         &sell,
-        &dividend,   &interest,    &deposit,   &withdraw,     &report,       &priceUpdate, &save,
-        &minimise,   &exit,        &about,     &online,       &offline,      &trying,      &forwardWeek,
-        &forwardDay, &backDay,     &backWeek,  &totalCapital, &portfolio,    &sharesHeld,  &sharesSold,
-        &dividends,  &cashReserve, &watchHeld, &watchlist})
+       {&big,        &mini,       &banner,      &newPortfolio, &newWatchlist, &buy,         &sell,
+        &dividend,   &interest,   &deposit,     &withdraw,     &report,       &priceUpdate, &online,
+        &offline,    &trying,     &forwardWeek, &forwardDay,   &backDay,      &backWeek,    &portfolio,
+        &sharesHeld, &sharesSold, &dividends,   &cashReserve,  &watchHeld,    &watchlist})
     (*each)->create();
 }
 

@@ -16,10 +16,9 @@ public:
   std::unique_ptr<FXIcon> tray; ///< keeps its pixels; not for widgets
   std::unique_ptr<FXIcon> newPortfolio, newWatchlist, buy, sell, dividend, interest, deposit, withdraw,
       report, priceUpdate;
-  std::unique_ptr<FXIcon> save, minimise, exit, about;
   std::unique_ptr<FXIcon> online, offline, trying;
   std::unique_ptr<FXIcon> forwardWeek, forwardDay, backDay, backWeek;
-  std::unique_ptr<FXIcon> totalCapital, portfolio, sharesHeld, sharesSold, dividends, cashReserve;
+  std::unique_ptr<FXIcon> portfolio, sharesHeld, sharesSold, dividends, cashReserve;
   std::unique_ptr<FXIcon> watchHeld, watchlist;
 };
 
