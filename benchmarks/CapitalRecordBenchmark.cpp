@@ -184,8 +184,8 @@ private:
   }
 
   void buy(int share, const Date& date) {
-    m_user->buyShares(codeOf(share), date, 100.0 + share, priceOn(share, date.daysSince(m_first)), 29.95,
-                      String());
+    m_user->buyShares(codeOf(share),
+                      {date, 100.0 + share, priceOn(share, date.daysSince(m_first)), 29.95, String()});
   }
 
   void trade(const Date& date) {
@@ -197,8 +197,8 @@ private:
     case 1:
       // Last in, first out, and never the parcel of the first day: every share stays held throughout.
       if (m_user->numHeld(codeOf(share)) > 250)
-        m_user->sellShares(codeOf(share), date, 50, priceOn(share, date.daysSince(m_first)), 29.95, false,
-                           String());
+        m_user->sellShares(codeOf(share),
+                           {date, 50, priceOn(share, date.daysSince(m_first)), 29.95, String()}, false);
       break;
     default:
       buy(share, date);

@@ -156,11 +156,11 @@ private:
   void enterStock(const Entry& entry, const String& code, const Date& date) {
     switch (entry.kind) {
     case Kind::Purchase:
-      m_portfolio.buyShares(code, date, entry.figure, closeOn(m_market, code, date), BROKERAGE, entry.text);
+      m_portfolio.buyShares(code, {date, entry.figure, closeOn(m_market, code, date), BROKERAGE, entry.text});
       break;
     case Kind::Sale:
-      m_portfolio.sellShares(code, date, entry.figure, closeOn(m_market, code, date), BROKERAGE, true,
-                             entry.text);
+      m_portfolio.sellShares(code, {date, entry.figure, closeOn(m_market, code, date), BROKERAGE, entry.text},
+                             true);
       break;
     case Kind::Split:
     case Kind::Merge:
@@ -181,8 +181,8 @@ private:
       price = closeOn(m_market, code, date);
       shares = std::floor(amount / price);
     }
-    m_portfolio.receiveDividend(code, date, held, entry.figure, foreign ? 0 : 100, shares, price,
-                                foreign ? String(entry.text) : String(), foreign ? amount * 0.15 : 0.0);
+    m_portfolio.receiveDividend({code, date, held, entry.figure, foreign ? 0 : 100, shares, price,
+                                 foreign ? String(entry.text) : String(), foreign ? amount * 0.15 : 0.0});
   }
 
   SharePortfolioUser& m_portfolio;

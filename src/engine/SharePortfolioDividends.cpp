@@ -7,49 +7,28 @@
 
 namespace Tallymoor {
 
-/// What of a dividend makes, or finds again, its cash entry or parcel.
-struct SharePortfolioUser::Dividend {
-  static Dividend recorded(const XMLDividendEvent& event) {
-    return {event.code(), event.received(), event.number(), event.rate(), event.drpShares(), event.drpRate()};
-  }
-
-  bool isReinvested() const { return !showsAsZero(drpShares); }
-  /// The gross amount: tax withheld abroad is noted for the user and changes no cash.
-  double amount() const { return numHeld * rate; }
-  String description() const { return dividendDescription(code, rate, numHeld); }
-
-  String code;
-  Date date;
-  double numHeld;
-  double rate;
-  double drpShares;
-  double drpRate;
-};
-
 namespace {
 
 const char16_t* const DIVIDEND_MARK = u"DIVIDEND";
 
-void requireDividend(double numHeld, double rate, double drpShares, double drpRate, double withholdingTax) {
-  requireTrade(drpShares, drpRate, 0.0);
-  requireNotNegative(numHeld, u"The number of shares");
-  requireNotNegative(rate, u"The dividend rate");
-  requireNotNegative(withholdingTax, u"The withholding tax");
+void requireDividend(const DividendEntry& dividend) {
+  requireTrade(dividend.drpShares, dividend.drpRate, 0.0);
+  requireNotNegative(dividend.number, u"The number of shares");
+  requireNotNegative(dividend.rate, u"The dividend rate");
+  requireNotNegative(dividend.withholdingTax, u"The withholding tax");
 }
 
-void storeDividend(XMLDividendEvent& event, const String& code, const Date& date, double numHeld, double rate,
-                   std::int32_t percentFranked, double drpShares, double drpRate,
-                   const String& foreignDividend, double withholdingTax) {
-  event.setCode(code);
-  event.setReceived(date);
-  event.setNumber(numHeld);
-  event.setRate(rate);
-  event.setPercentFranked(percentFranked);
-  event.setReinvestment(drpShares, drpRate);
-  if (!foreignDividend.empty())
-    event.setForeignDividend(foreignDividend);
-  if (!showsAsZero(withholdingTax, 2))
-    event.setWithholdingTax(withholdingTax);
+void storeDividend(XMLDividendEvent& event, const DividendEntry& dividend) {
+  event.setCode(dividend.code);
+  event.setReceived(dividend.date);
+  event.setNumber(dividend.number);
+  event.setRate(dividend.rate);
+  event.setPercentFranked(dividend.percentFranked);
+  event.setReinvestment(dividend.drpShares, dividend.drpRate);
+  if (!dividend.foreignDividend.empty())
+    event.setForeignDividend(dividend.foreignDividend);
+  if (!showsAsZero(dividend.withholdingTax, 2))
+    event.setWithholdingTax(dividend.withholdingTax);
 }
 
 /// The parcel that a reinvested dividend made, as an edit looks for it. A parcel with brokerage or without
@@ -78,48 +57,42 @@ const XMLBuyEvent* findParcelToDelete(const XMLHeldShare& stock, const Date& dat
 
 } // namespace
 
-void SharePortfolioUser::receiveDividend(const String& code, const Date& date, double numHeld, double rate,
-                                         std::int32_t percentFranked, double drpShares, double drpRate,
-                                         const String& foreignDividend, double withholdingTax) {
-  requireDividend(numHeld, rate, drpShares, drpRate, withholdingTax);
-  storeDividend(m_portfolio.dividends().add(), code, date, numHeld, rate, percentFranked, drpShares, drpRate,
-                foreignDividend, withholdingTax);
-  payDividend({code, date, numHeld, rate, drpShares, drpRate});
+void SharePortfolioUser::receiveDividend(const DividendEntry& dividend) {
+  requireDividend(dividend);
+  storeDividend(m_portfolio.dividends().add(), dividend);
+  payDividend(dividend);
 }
 
-void SharePortfolioUser::payDividend(const Dividend& dividend) {
+void SharePortfolioUser::payDividend(const DividendEntry& dividend) {
   if (dividend.isReinvested())
-    addBuyEvent(dividend.code, dividend.date, dividend.drpShares, dividend.drpRate, 0.0,
-                dividend.description());
+    addBuyEvent(dividend.code,
+                {dividend.date, dividend.drpShares, dividend.drpRate, 0.0, dividend.description()});
   else
     creditCash(dividend.date, dividend.amount(), CASH_EVENT_CREDIT, dividend.description());
 }
 
-bool SharePortfolioUser::editDividend(XMLDividendEvent& event, const String& code, const Date& date,
-                                      double numHeld, double rate, std::int32_t percentFranked,
-                                      double drpShares, double drpRate, const String& foreignDividend,
-                                      double withholdingTax, double oldDRPShares, double oldBuyPrice,
-                                      double oldValue, const Date& oldDate) {
-  requireDividend(numHeld, rate, drpShares, drpRate, withholdingTax);
-  const Dividend before = Dividend::recorded(event);
-  const Dividend now{code, date, numHeld, rate, drpShares, drpRate};
-  storeDividend(event, now.code, date, numHeld, rate, percentFranked, drpShares, drpRate, foreignDividend,
-                withholdingTax);
+bool SharePortfolioUser::editDividend(XMLDividendEvent& event, const DividendEntry& dividend,
+                                      double oldDRPShares, double oldBuyPrice, double oldValue,
+                                      const Date& oldDate) {
+  requireDividend(dividend);
+  const DividendEntry before = DividendEntry::recorded(event);
+  storeDividend(event, dividend);
   bool followed = false;
   if (oldValue > 0.0) {
     followed = moveCashDividend(
-        {dayText(oldDate), moneyText(oldValue), CASH_EVENT_CREDIT, before.description()}, oldValue, now);
+        {dayText(oldDate), moneyText(oldValue), CASH_EVENT_CREDIT, before.description()}, oldValue, dividend);
   } else {
     XMLHeldShare* stock = findHeldShare(before.code);
     XMLBuyEvent* parcel = stock ? findReinvestment(*stock, oldDate, oldDRPShares, oldBuyPrice) : nullptr;
     followed = parcel != nullptr;
-    moveReinvestment(before.code, stock, parcel, now);
+    moveReinvestment(before.code, stock, parcel, dividend);
   }
-  m_capitalRecord.recordsChangedFrom(std::min({date, oldDate, before.date}));
+  m_capitalRecord.recordsChangedFrom(std::min({dividend.date, oldDate, before.date}));
   return followed;
 }
 
-bool SharePortfolioUser::moveCashDividend(const CashEntryKey& key, double oldValue, const Dividend& now) {
+bool SharePortfolioUser::moveCashDividend(const CashEntryKey& key, double oldValue,
+                                          const DividendEntry& now) {
   bool followed = false;
   if (now.isReinvested()) {
     const XMLCashEvent* entry = findCashEntry(m_portfolio, key);
@@ -134,7 +107,7 @@ bool SharePortfolioUser::moveCashDividend(const CashEntryKey& key, double oldVal
 }
 
 void SharePortfolioUser::moveReinvestment(const String& oldCode, XMLHeldShare* stock, XMLBuyEvent* parcel,
-                                          const Dividend& now) {
+                                          const DividendEntry& now) {
   // A parcel can't change its stock, so with another code the shares are received anew.
   if (now.isReinvested() && now.code == oldCode) {
     if (!parcel)
@@ -154,14 +127,14 @@ void SharePortfolioUser::moveReinvestment(const String& oldCode, XMLHeldShare* s
 bool SharePortfolioUser::deleteDividend(const XMLDividendEvent& event) {
   if (!m_portfolio.dividends().contains(event))
     return false;
-  const Dividend dividend = Dividend::recorded(event);
+  const DividendEntry dividend = DividendEntry::recorded(event);
   const bool found = dividend.isReinvested() ? removeReinvestment(dividend) : removeCashDividend(dividend);
   m_capitalRecord.recordsChangedFrom(dividend.date);
   m_portfolio.dividends().remove(event);
   return found;
 }
 
-bool SharePortfolioUser::removeCashDividend(const Dividend& dividend) {
+bool SharePortfolioUser::removeCashDividend(const DividendEntry& dividend) {
   // The rate and number behind the code are left out: the amount says enough.
   const XMLCashEvent* entry =
       findCashEntry(m_portfolio, {dayText(dividend.date), moneyText(dividend.amount()), CASH_EVENT_CREDIT,
@@ -173,7 +146,7 @@ bool SharePortfolioUser::removeCashDividend(const Dividend& dividend) {
   return true;
 }
 
-bool SharePortfolioUser::removeReinvestment(const Dividend& dividend) {
+bool SharePortfolioUser::removeReinvestment(const DividendEntry& dividend) {
   XMLHeldShare* stock = findHeldShare(dividend.code);
   const XMLBuyEvent* parcel =
       stock ? findParcelToDelete(*stock, dividend.date, dividend.drpShares, dividend.drpRate) : nullptr;

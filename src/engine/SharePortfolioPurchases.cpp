@@ -11,14 +11,13 @@ namespace Tallymoor {
 
 namespace {
 
-void storeBuyEvent(XMLBuyEvent& event, const Date& date, const String& number, double price, double brokerage,
-                   const String& comment) {
-  event.setBought(date);
+void storeBuyEvent(XMLBuyEvent& event, const String& number, const Trade& purchase) {
+  event.setBought(purchase.date);
   event.setNumberText(number);
-  event.setPrice(price);
-  event.setBrokerage(brokerage);
-  if (!comment.empty())
-    event.setComment(comment);
+  event.setPrice(purchase.price);
+  event.setBrokerage(purchase.brokerage);
+  if (!purchase.comment.empty())
+    event.setComment(purchase.comment);
 }
 
 /// What was not changed stays as it is, to the last digit: a number that was divided has more of them.
@@ -35,11 +34,10 @@ bool SharePortfolioUser::isOfAnotherMarket(const String& code) const {
   return !stocks.empty() && StockCode(stocks[0].code()).suffix() != StockCode(code).suffix();
 }
 
-void SharePortfolioUser::buyShares(const String& code, const Date& date, double number, double price,
-                                   double brokerage, const String& comment) {
-  const XMLBuyEvent& event = addBuyEvent(code, date, number, price, brokerage, comment);
-  debitCash(date, purchaseCost(event, number, price), CASH_EVENT_DEBIT,
-            purchaseDescription(code, number, price));
+void SharePortfolioUser::buyShares(const String& code, const Trade& purchase) {
+  const XMLBuyEvent& event = addBuyEvent(code, purchase);
+  debitCash(purchase.date, purchaseCost(event, purchase.number, purchase.price), CASH_EVENT_DEBIT,
+            purchaseDescription(code, purchase.number, purchase.price));
 }
 
 XMLHeldShare& SharePortfolioUser::heldShareFor(const String& code) {
@@ -50,12 +48,11 @@ XMLHeldShare& SharePortfolioUser::heldShareFor(const String& code) {
   return stock;
 }
 
-XMLBuyEvent& SharePortfolioUser::addBuyEvent(const String& code, const Date& date, double number,
-                                             double price, double brokerage, const String& comment) {
-  requireTrade(number, price, brokerage);
+XMLBuyEvent& SharePortfolioUser::addBuyEvent(const String& code, const Trade& purchase) {
+  requireTrade(purchase.number, purchase.price, purchase.brokerage);
   XMLBuyEvent& event = heldShareFor(code).parcels().add();
-  storeBuyEvent(event, date, numberText(number), price, brokerage, comment);
-  m_capitalRecord.recordsChangedFrom(date);
+  storeBuyEvent(event, numberText(purchase.number), purchase);
+  m_capitalRecord.recordsChangedFrom(purchase.date);
   return event;
 }
 
@@ -103,18 +100,17 @@ bool SharePortfolioUser::deleteBuyEvent(const String& code, const Date& date, do
   return entry != nullptr;
 }
 
-bool SharePortfolioUser::editBuyEvent(XMLBuyEvent& event, const Date& date, double number, double price,
-                                      double brokerage, const String& comment, double oldCost,
+bool SharePortfolioUser::editBuyEvent(XMLBuyEvent& event, const Trade& purchase, double oldCost,
                                       const Date& oldDate) {
-  requireTrade(number, price, brokerage);
+  requireTrade(purchase.number, purchase.price, purchase.brokerage);
   const String code = event.code();
-  const Date earlier = std::min({date, oldDate, event.bought()});
-  if (date != event.bought())
-    takeSplitsBetween(event, date, FAR_OFF);
-  storeBuyEvent(event, date, editedNumber(event, number), price, brokerage, comment);
-  const bool followed =
-      moveCashEntry({dayText(oldDate), moneyText(oldCost), CASH_EVENT_DEBIT, code}, oldCost, date,
-                    purchaseCost(event, number, price), purchaseDescription(code, number, price));
+  const Date earlier = std::min({purchase.date, oldDate, event.bought()});
+  if (purchase.date != event.bought())
+    takeSplitsBetween(event, purchase.date, FAR_OFF);
+  storeBuyEvent(event, editedNumber(event, purchase.number), purchase);
+  const bool followed = moveCashEntry({dayText(oldDate), moneyText(oldCost), CASH_EVENT_DEBIT, code}, oldCost,
+                                      purchase.date, purchaseCost(event, purchase.number, purchase.price),
+                                      purchaseDescription(code, purchase.number, purchase.price));
   m_capitalRecord.recordsChangedFrom(earlier);
   if (followed)
     tellCashChanged();

@@ -65,36 +65,28 @@ bool isAllSold(double sold, double number) {
 
 } // namespace
 
-/// One sale by the user, which may take from several parcels.
-struct SharePortfolioUser::Sale {
-  String code;
-  Date date;
-  double price;
-  double brokerage; ///< what no sale event bears yet
-  String comment;
-};
-
-void SharePortfolioUser::sellShares(const String& code, const Date& date, double number, double price,
-                                    double brokerage, bool firstInFirstOut, const String& comment) {
-  requireTrade(number, price, brokerage);
+void SharePortfolioUser::sellShares(const String& code, const Trade& sale, bool firstInFirstOut) {
+  requireTrade(sale.number, sale.price, sale.brokerage);
   XMLHeldShare* stock = findHeldShare(code);
   if (!stock)
     throw Exception(u"SharePortfolioUser::sellShares - cant find held shares to sell");
-  Sale sale{code, date, price, brokerage, comment};
+  const String codeSold = code; // which may be that of the stock itself
+  Trade part = sale;
   double sold = 0.0;
   // The stock itself dies with its last parcel, and only then.
   for (XMLBuyEvent* parcel : inOrderOfSale(stock->parcels(), firstInFirstOut)) {
-    if (isAllSold(sold, number))
+    if (isAllSold(sold, sale.number))
       break;
-    sold += sellFromBuyEvent(*stock, *parcel, number - sold, sale);
-    sale.brokerage = 0.0;
+    part.number = sale.number - sold;
+    sold += sellFromBuyEvent(*stock, *parcel, codeSold, part);
+    part.brokerage = 0.0;
   }
 }
 
-double SharePortfolioUser::sellFromBuyEvent(XMLHeldShare& stock, XMLBuyEvent& parcel, double wanted,
-                                            const Sale& sale) {
-  const Part part = partOf(parcel, sale.date, wanted);
-  XMLSellEvent& event = addSellEvent(sale.code);
+double SharePortfolioUser::sellFromBuyEvent(XMLHeldShare& stock, XMLBuyEvent& parcel, const String& code,
+                                            const Trade& sale) {
+  const Part part = partOf(parcel, sale.date, sale.number);
+  XMLSellEvent& event = addSellEvent(code);
   event.copyPurchase(parcel);
   copyAdjustments(parcel, event, sale.date);
 
@@ -115,25 +107,25 @@ double SharePortfolioUser::sellFromBuyEvent(XMLHeldShare& stock, XMLBuyEvent& pa
   if (!sale.comment.empty())
     event.setComment(sale.comment);
   creditCash(sale.date, part.taken * sale.price - sale.brokerage, CASH_EVENT_CREDIT,
-             saleDescription(sale.code, part.taken, sale.price));
+             saleDescription(code, part.taken, sale.price));
   return part.taken;
 }
 
-double SharePortfolioUser::proceedsOfSale(const String& code, const Date& date, double number, double price,
-                                          double brokerage, bool firstInFirstOut) const {
+double SharePortfolioUser::proceedsOfSale(const String& code, const Trade& sale, bool firstInFirstOut) const {
   const XMLHeldShare* stock = findHeldShare(code);
   double sold = 0.0;
   double proceeds = 0.0;
+  double brokerage = sale.brokerage;
   for (const XMLBuyEvent* parcel :
        stock ? inOrderOfSale(stock->parcels(), firstInFirstOut) : std::vector<const XMLBuyEvent*>()) {
-    if (isAllSold(sold, number))
+    if (isAllSold(sold, sale.number))
       break;
-    const double taken = partOf(*parcel, date, number - sold).taken;
+    const double taken = partOf(*parcel, sale.date, sale.number - sold).taken;
     sold += taken;
-    proceeds += moneyText(taken * price - std::exchange(brokerage, 0.0)).toDouble();
+    proceeds += moneyText(taken * sale.price - std::exchange(brokerage, 0.0)).toDouble();
   }
-  const double lacking = isAllSold(sold, number) ? 0.0 : number - sold;
-  return proceeds + lacking * price - brokerage;
+  const double lacking = isAllSold(sold, sale.number) ? 0.0 : sale.number - sold;
+  return proceeds + lacking * sale.price - brokerage;
 }
 
 XMLSellEvent& SharePortfolioUser::addSellEvent(const String& code) {
@@ -177,29 +169,27 @@ void SharePortfolioUser::storeSoldShares(XMLSellEvent& sale, const Date& buyDate
     sale.setPrice(recorded.price);
 }
 
-bool SharePortfolioUser::editSellEvent(XMLSellEvent& event, const Date& buyDate, const Date& sellDate,
-                                       double number, double buyPrice, double sellPrice, double buyBrokerage,
-                                       double sellBrokerage, const String& comment) {
-  requireTrade(number, buyPrice, buyBrokerage);
-  requireTrade(number, sellPrice, sellBrokerage);
+bool SharePortfolioUser::editSellEvent(XMLSellEvent& event, const SaleEntry& sale) {
+  requireTrade(sale.number, sale.buyPrice, sale.buyBrokerage);
+  requireTrade(sale.number, sale.sellPrice, sale.sellBrokerage);
   const String code = event.code();
   const bool recordedAsSold = isRecordedAsSold(event);
   const SharesAt before = sharesAsSold(event, recordedAsSold);
   const CashEntryKey costBefore = costKey(event), proceedsBefore = proceedsKey(event, before.number);
   const double paidBefore = costOf(event), receivedBefore = proceedsOf(event, before.number);
-  const Date earliest = std::min({earlierDate(event), buyDate, sellDate});
-  storeSoldShares(event, buyDate, sellDate, {number, buyPrice}, recordedAsSold);
-  event.setSellPrice(sellPrice);
-  event.setBrokerage(buyBrokerage);
-  event.setSellBrokerage(sellBrokerage);
-  if (!comment.empty())
-    event.setComment(comment);
+  const Date earliest = std::min({earlierDate(event), sale.bought, sale.sold});
+  storeSoldShares(event, sale.bought, sale.sold, {sale.number, sale.buyPrice}, recordedAsSold);
+  event.setSellPrice(sale.sellPrice);
+  event.setBrokerage(sale.buyBrokerage);
+  event.setSellBrokerage(sale.sellBrokerage);
+  if (!sale.comment.empty())
+    event.setComment(sale.comment);
 
   // Each entry speaks of the shares as they were on its day.
-  const bool purchaseFollowed = moveCashEntry(costBefore, paidBefore, buyDate, costOf(event),
+  const bool purchaseFollowed = moveCashEntry(costBefore, paidBefore, sale.bought, costOf(event),
                                               purchaseDescription(code, event.number(), event.price()));
   const double sold = sharesAsSold(event, recordedAsSold).number;
-  const bool saleFollowed = moveCashEntry(proceedsBefore, receivedBefore, sellDate, proceedsOf(event, sold),
+  const bool saleFollowed = moveCashEntry(proceedsBefore, receivedBefore, sale.sold, proceedsOf(event, sold),
                                           saleDescription(code, sold, event.sellPrice()));
   m_capitalRecord.recordsChangedFrom(earliest);
   if (purchaseFollowed || saleFollowed)

@@ -1,6 +1,8 @@
 #pragma once
 #include "engine/DayPrice.h"
+#include "engine/DividendEntry.h"
 #include "engine/SharePortfolioCapitalRecordUser.h"
+#include "engine/Trade.h"
 #include "foundation/Date.h"
 #include "foundation/String.h"
 #include <cstdint>
@@ -118,19 +120,15 @@ public:
   /// currency. A form asks about that before it closes.
   bool isOfAnotherMarket(const String& code) const;
   /// Records a purchase and its cash entry.
-  void buyShares(const String& code, const Date& date, double number, double price, double brokerage,
-                 const String& comment);
+  void buyShares(const String& code, const Trade& purchase);
   /// Stores the parcel only, with no cash entry.
-  XMLBuyEvent& addBuyEvent(const String& code, const Date& date, double number, double price,
-                           double brokerage, const String& comment);
+  XMLBuyEvent& addBuyEvent(const String& code, const Trade& purchase);
   /// Takes the number from the parcels in their stored order, from the first or from the last, whatever their
   /// dates; each parcel gives a sale and a cash entry, the first of which bears the whole brokerage. What the
   /// parcels can't supply is dropped. Throws Exception when the stock is not held.
-  void sellShares(const String& code, const Date& date, double number, double price, double brokerage,
-                  bool firstInFirstOut, const String& comment);
+  void sellShares(const String& code, const Trade& sale, bool firstInFirstOut);
   /// What the cash would gain by that sale. Shares that are not held count, too.
-  double proceedsOfSale(const String& code, const Date& date, double number, double price, double brokerage,
-                        bool firstInFirstOut) const;
+  double proceedsOfSale(const String& code, const Trade& sale, bool firstInFirstOut) const;
 
   // ---- Removing and changing records ----
 
@@ -152,13 +150,10 @@ public:
   bool undoSale(const XMLSellEvent& sale);
   /// Stores the new values (an empty comment leaves the old one) and lets the cash entry of the old cost and
   /// date follow. True if that was found.
-  bool editBuyEvent(XMLBuyEvent& event, const Date& date, double number, double price, double brokerage,
-                    const String& comment, double oldCost, const Date& oldDate);
+  bool editBuyEvent(XMLBuyEvent& event, const Trade& purchase, double oldCost, const Date& oldDate);
   /// Likewise for a sale; the old amounts and dates are read from the event. True if both cash entries were
   /// found; one that is found alone follows all the same.
-  bool editSellEvent(XMLSellEvent& event, const Date& buyDate, const Date& sellDate, double number,
-                     double buyPrice, double sellPrice, double buyBrokerage, double sellBrokerage,
-                     const String& comment);
+  bool editSellEvent(XMLSellEvent& event, const SaleEntry& sale);
   /// Alarm limits of a held stock; 0 means none.
   void setMinMax(XMLHeldShare& heldShare, double min, double max);
   void setPortfolioMax(XMLHeldShare& heldShare, double value);
@@ -178,16 +173,12 @@ public:
   /// Records a dividend. With drpShares it was reinvested and makes a parcel at drpRate, without brokerage
   /// and without a cash entry; else it makes a cash entry of the gross amount. The tax withheld is only
   /// noted.
-  void receiveDividend(const String& code, const Date& date, double numHeld, double rate,
-                       std::int32_t percentFranked, double drpShares, double drpRate,
-                       const String& foreignDividend, double withholdingTax);
+  void receiveDividend(const DividendEntry& dividend);
   /// Stores the new values (an empty country and no tax leave the old ones) and lets the cash entry or parcel
   /// follow. oldValue is the cash entry's amount, 0.0 when the dividend was reinvested; oldDRPShares and
   /// oldBuyPrice find the parcel of a reinvested one. False if the old cash entry or parcel was not found: a
   /// dividend that changes between cash and shares is then paid in the new way all the same.
-  bool editDividend(XMLDividendEvent& event, const String& code, const Date& date, double numHeld,
-                    double rate, std::int32_t percentFranked, double drpShares, double drpRate,
-                    const String& foreignDividend, double withholdingTax, double oldDRPShares,
+  bool editDividend(XMLDividendEvent& event, const DividendEntry& dividend, double oldDRPShares,
                     double oldBuyPrice, double oldValue, const Date& oldDate);
   /// True if the cash entry or parcel of the dividend was found and removed.
   bool deleteDividend(const XMLDividendEvent& event);
@@ -241,14 +232,11 @@ public:
   static int trendDays(double period);
 
 private:
-  struct Sale;
-  struct Dividend;
-
   double gainSince(const Date& then) const;
   double indexGainSince(const Date& then) const;
   XMLBuyEvent* findParcel(XMLHeldShare& stock, const Date& date, double number) const;
   void removeParcel(XMLHeldShare& stock, const XMLBuyEvent& parcel);
-  double sellFromBuyEvent(XMLHeldShare& stock, XMLBuyEvent& parcel, double wanted, const Sale& sale);
+  double sellFromBuyEvent(XMLHeldShare& stock, XMLBuyEvent& parcel, const String& code, const Trade& sale);
   XMLSellEvent& addSellEvent(const String& code);
   void storeSoldShares(XMLSellEvent& sale, const Date& buyDate, const Date& sellDate, const SharesAt& shares,
                        bool recordedAsSold);
@@ -263,11 +251,12 @@ private:
                      const String& description);
   void tellCashChanged();
   String cashWarningKey() const { return name() + u"CRW"; }
-  void payDividend(const Dividend& dividend);
-  bool moveCashDividend(const CashEntryKey& key, double oldValue, const Dividend& now);
-  void moveReinvestment(const String& oldCode, XMLHeldShare* stock, XMLBuyEvent* parcel, const Dividend& now);
-  bool removeCashDividend(const Dividend& dividend);
-  bool removeReinvestment(const Dividend& dividend);
+  void payDividend(const DividendEntry& dividend);
+  bool moveCashDividend(const CashEntryKey& key, double oldValue, const DividendEntry& now);
+  void moveReinvestment(const String& oldCode, XMLHeldShare* stock, XMLBuyEvent* parcel,
+                        const DividendEntry& now);
+  bool removeCashDividend(const DividendEntry& dividend);
+  bool removeReinvestment(const DividendEntry& dividend);
   /// Adds the splits after the one day, up to the other, that a parcel of the stock knows and this one does
   /// not.
   void takeKnownSplits(XMLParcel& parcel, const Date& after, const Date& last);

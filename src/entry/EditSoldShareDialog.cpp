@@ -208,6 +208,11 @@ String EditSoldShareDialog::comments() const {
   return fromFox(m_comments->getText());
 }
 
+SaleEntry EditSoldShareDialog::entry() const {
+  return {buyDate(),   sellDate(),     number(),        buyPrice(),
+          sellPrice(), buyBrokerage(), sellBrokerage(), comments()};
+}
+
 // Both failures are reported under the name of the form for sales, which users know them by.
 
 long EditSoldShareDialog::onChooseBuyDate(FXObject*, FXSelector, void*) {

@@ -1,4 +1,5 @@
 #pragma once
+#include "engine/Trade.h"
 #include "entry/CashRow.h"
 #include "entry/PriceDoubt.h"
 #include "foundation/Date.h"
@@ -37,6 +38,8 @@ public:
   Date buyDate() const;
   Date sellDate() const;
   String comments() const;
+  /// All of it; throws as the dates.
+  SaleEntry entry() const;
 
   long onChooseBuyDate(FXObject*, FXSelector, void*);
   long onChooseSellDate(FXObject*, FXSelector, void*);

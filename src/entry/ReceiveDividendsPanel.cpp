@@ -347,6 +347,11 @@ double ReceiveDividendsPanel::sharePrice() const {
   return m_sharePrice->value();
 }
 
+DividendEntry ReceiveDividendsPanel::entry() const {
+  return {code(),           date(),       numHeld(), rate(),          percentFranked(),
+          sharesReceived(), sharePrice(), country(), withholdingTax()};
+}
+
 long ReceiveDividendsPanel::onListChanged(FXObject*, FXSelector, void*) {
   return guardedHandler(u"ReceiveDividendsPanel::onListChanged failed.", [this] { showHolding(); });
 }

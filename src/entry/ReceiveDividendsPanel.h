@@ -1,4 +1,5 @@
 #pragma once
+#include "engine/DividendEntry.h"
 #include "entry/CashRow.h"
 #include "entry/DatedPanel.h"
 #include "entry/PriceDoubt.h"
@@ -56,6 +57,8 @@ public:
   /// These two are 0 for a payment in cash.
   double sharesReceived() const;
   double sharePrice() const;
+  /// All of it; throws Exception when the date is none.
+  DividendEntry entry() const;
 
   /// A stock was chosen: fills in the number held, or the one that was sold last.
   long onListChanged(FXObject*, FXSelector, void*);

@@ -83,7 +83,7 @@ double SellSharesPanel::total() const {
     return number() * price() - brokerage();
   // As the engine rounds it; a date that is none yet has no splits of its own.
   const Date day = dateField()->date().value_or(Date());
-  return m_portfolio->proceedsOfSale(code(), day, number(), price(), brokerage(), true);
+  return m_portfolio->proceedsOfSale(code(), {day, number(), price(), brokerage(), String()}, true);
 }
 
 double SellSharesPanel::cashEffect() const {

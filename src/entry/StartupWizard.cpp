@@ -336,7 +336,7 @@ bool StartupWizard::recordPurchase() {
     return false;
   }
   if (m_stage == STAGE_BOUGHT && !beforeStart) {
-    m_user->buyShares(form.code(), date, form.number(), form.price(), form.brokerage(), form.comments());
+    m_user->buyShares(form.code(), form.trade());
     return true;
   }
   if (m_stage == STAGE_BOUGHT &&
@@ -347,7 +347,7 @@ bool StartupWizard::recordPurchase() {
     m_buyPage->focusDate();
     return false;
   }
-  m_user->addBuyEvent(form.code(), date, form.number(), form.price(), form.brokerage(), form.comments());
+  m_user->addBuyEvent(form.code(), form.trade());
   return true;
 }
 
@@ -362,8 +362,7 @@ bool StartupWizard::recordDividend() {
     m_dividendPage->focusDate();
     return false;
   }
-  m_user->receiveDividend(form.code(), date, form.numHeld(), form.rate(), form.percentFranked(),
-                          form.sharesReceived(), form.sharePrice(), form.country(), form.withholdingTax());
+  m_user->receiveDividend(form.entry());
   return true;
 }
 
@@ -379,7 +378,7 @@ bool StartupWizard::recordSale() {
     m_sellPage->focusDate();
     return false;
   }
-  m_user->sellShares(form.code(), date, form.number(), form.price(), form.brokerage(), true, form.comments());
+  m_user->sellShares(form.code(), form.trade(), true);
   return true;
 }
 

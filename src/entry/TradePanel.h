@@ -1,4 +1,5 @@
 #pragma once
+#include "engine/Trade.h"
 #include "entry/CashRow.h"
 #include "entry/DatedPanel.h"
 #include "entry/KnownPrice.h"
@@ -31,6 +32,8 @@ public:
   double price() const;
   double brokerage() const;
   String comments() const;
+  /// All of it; throws Exception when the date is none.
+  Trade trade() const { return {date(), number(), price(), brokerage(), comments()}; }
 
   /// A number was typed: the total follows.
   long onAmount(FXObject*, FXSelector, void*);

@@ -105,10 +105,7 @@ void DividendsTable::editDividend(XMLDividendEvent& dividend) {
     return;
   const ReceiveDividendsPanel& panel = *dialog.panel();
   commands().transactionMade();
-  if (portfolio().editDividend(dividend, panel.code(), panel.date(), panel.numHeld(), panel.rate(),
-                               panel.percentFranked(), panel.sharesReceived(), panel.sharePrice(),
-                               panel.country(), panel.withholdingTax(), oldShares, oldSharePrice, oldCash,
-                               oldDate))
+  if (portfolio().editDividend(dividend, panel.entry(), oldShares, oldSharePrice, oldCash, oldDate))
     return;
   MainWindow::error(
       reinvested ? u"Please find and edit the corresponding reinvested held shares from this transaction."

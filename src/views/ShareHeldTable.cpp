@@ -93,8 +93,7 @@ void ShareHeldTable::editPurchase(XMLBuyEvent& purchase) {
   // Asked for before the change, so that the tables are safe whatever the change meets, and under the box
   // below.
   commands().transactionMade();
-  const bool cashFollowed = portfolio().editBuyEvent(purchase, panel.date(), panel.number(), panel.price(),
-                                                     panel.brokerage(), panel.comments(), oldCost, oldDate);
+  const bool cashFollowed = portfolio().editBuyEvent(purchase, panel.trade(), oldCost, oldDate);
   if (!cashFollowed && !showsTheSame(newCost, oldCost, 4))
     MainWindow::information(u"Please find and edit the corresponding cash withdrawal for this transaction.");
 }

@@ -282,8 +282,7 @@ void SharePortfolioTreeItem::buyShares(const String& code) {
   const BuySharesPanel& panel = *dialog.panel();
   // Asked for before the change, here and below: a sale takes parcels away that tables may be reading.
   transactionMade();
-  m_portfolio->buyShares(panel.code(), panel.date(), panel.number(), panel.price(), panel.brokerage(),
-                         panel.comments());
+  m_portfolio->buyShares(panel.code(), panel.trade());
 }
 
 void SharePortfolioTreeItem::sellShares(const String& code) {
@@ -293,8 +292,7 @@ void SharePortfolioTreeItem::sellShares(const String& code) {
     return;
   const SellSharesPanel& panel = *dialog.panel();
   transactionMade();
-  m_portfolio->sellShares(panel.code(), panel.date(), panel.number(), panel.price(), panel.brokerage(), true,
-                          panel.comments());
+  m_portfolio->sellShares(panel.code(), panel.trade(), true);
 }
 
 void SharePortfolioTreeItem::showPurchases(const String& code) {
@@ -313,9 +311,7 @@ void SharePortfolioTreeItem::receiveDividend() {
     return;
   const ReceiveDividendsPanel& panel = *dialog.panel();
   transactionMade();
-  m_portfolio->receiveDividend(panel.code(), panel.date(), panel.numHeld(), panel.rate(),
-                               panel.percentFranked(), panel.sharesReceived(), panel.sharePrice(),
-                               panel.country(), panel.withholdingTax());
+  m_portfolio->receiveDividend(panel.entry());
 }
 
 void SharePortfolioTreeItem::receiveInterest() {

@@ -94,9 +94,7 @@ void SharesSoldTable::editSale(XMLSellEvent& sale) {
   if (dialog.execute() == 0)
     return;
   commands().transactionMade();
-  if (!portfolio().editSellEvent(sale, dialog.buyDate(), dialog.sellDate(), dialog.number(),
-                                 dialog.buyPrice(), dialog.sellPrice(), dialog.buyBrokerage(),
-                                 dialog.sellBrokerage(), dialog.comments()))
+  if (!portfolio().editSellEvent(sale, dialog.entry()))
     MainWindow::information(
         u"Please find and edit the corresponding cash deposit and withdrawal for this transaction.");
 }

@@ -111,7 +111,7 @@ protected:
       switch (upTo(4)) {
       case 0:
       case 1: {
-        XMLBuyEvent& event = user().addBuyEvent(code, bought, amount(300), amount(20), 0, u"");
+        XMLBuyEvent& event = user().addBuyEvent(code, {bought, amount(300), amount(20), 0, u""});
         if (upTo(3) == 0)
           addAdjustment(event, m_first.plusDays(upTo(m_days)), upTo(6) - 7);
         if (upTo(3) == 0)
@@ -198,7 +198,7 @@ TEST_F(CapitalRecordWalkTest, ASumThatIsNothingKeepsItsSign) {
 
 TEST_F(CapitalRecordWalkTest, EachParcelIsRoundedIntoTheSum) {
   for (int i = 0; i < 3; ++i) {
-    user().addBuyEvent(u"ABC.AX", Date(2026, 1, 1), 1, 1, 0, u"");
+    user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 1), 1, 1, 0, u""});
     addAdjustment(parcel(u"ABC.AX", static_cast<std::size_t>(i)), Date(2026, 2, 1), -3); // 0.333... each
   }
   setPrices(u"ABC.AX", m_today.plusDays(-1), m_today, 1);
@@ -207,10 +207,10 @@ TEST_F(CapitalRecordWalkTest, EachParcelIsRoundedIntoTheSum) {
 }
 
 TEST_F(CapitalRecordWalkTest, PartsOfADividedPurchaseAreAddedUpBeforeTheyAreRounded) {
-  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 1), 100, 1, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 1), 100, 1, 0, u""});
   addAdjustment(parcel(u"ABC.AX"), Date(2026, 3, 2), 3);
   for (int i = 0; i < 2; ++i)
-    user().sellShares(u"ABC.AX", m_today, 100, 1, 0, true, u"");
+    user().sellShares(u"ABC.AX", {m_today, 100, 1, 0, u""}, true);
   setPrices(u"ABC.AX", Date(2026, 2, 28), m_today, 1);
   CapitalRecordWalk walk(user());
   EXPECT_EQ(walk.holdings(Date(2026, 3, 1), nullptr)->at(0).number, String(u"100.00")); // not 33.33 x 3

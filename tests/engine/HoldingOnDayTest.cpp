@@ -26,8 +26,8 @@ TEST_F(HoldingOnDayTest, NothingIsHeldBeforeThePurchaseNorFromTheSaleOn) {
 }
 
 TEST_F(HoldingOnDayTest, ParcelsHeldStillAndSoldLaterAddUp) {
-  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 12), 300, 4, 0, String());
-  user().addBuyEvent(u"ABC.AX", Date(2026, 2, 12), 300, 4, 0, String());
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 12), 300, 4, 0, String()});
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 2, 12), 300, 4, 0, String()});
   addSale(u"ABC.AX", Date(2026, 1, 10), Date(2026, 1, 20), 100, 2, 3);
   expectHeld(Date(2026, 1, 15), 400, 3.5, Date(2026, 1, 10));
   expectHeld(Date(2026, 1, 20), 300, 4, Date(2026, 1, 12));
@@ -35,24 +35,26 @@ TEST_F(HoldingOnDayTest, ParcelsHeldStillAndSoldLaterAddUp) {
 }
 
 TEST_F(HoldingOnDayTest, SplitsCountFromTheirDay) {
-  addAdjustment(user().addBuyEvent(u"ABC.AX", Date(2026, 1, 12), 300, 4, 0, String()), Date(2026, 1, 16), 2);
+  addAdjustment(user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 12), 300, 4, 0, String()}), Date(2026, 1, 16),
+                2);
   addAdjustment(addSale(u"ABC.AX", Date(2026, 1, 12), Date(2026, 1, 20), 100, 4, 3), Date(2026, 1, 16), 2);
   expectHeld(Date(2026, 1, 15), 400, 4, Date(2026, 1, 12));
   expectHeld(Date(2026, 1, 16), 800, 2, Date(2026, 1, 12));
 }
 
 TEST_F(HoldingOnDayTest, ASaleThatNoLongerTellsOfASplitIsReadByTheDaysNumber) {
-  addAdjustment(user().addBuyEvent(u"ABC.AX", Date(2026, 1, 12), 300, 4, 0, String()), Date(2026, 1, 16), 2);
+  addAdjustment(user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 12), 300, 4, 0, String()}), Date(2026, 1, 16),
+                2);
   addSale(u"ABC.AX", Date(2026, 1, 12), Date(2026, 1, 20), 200, 2, 3);
   expectHeld(Date(2026, 1, 15), 400, 4, Date(2026, 1, 12));
   expectHeld(Date(2026, 1, 16), 800, 2, Date(2026, 1, 12));
 }
 
 TEST_F(HoldingOnDayTest, SalesOfASplitShareAreHeldUntilTheirDay) {
-  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 12), 100, 9, 0, String());
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 12), 100, 9, 0, String()});
   addAdjustment(parcel(u"ABC.AX"), Date(2026, 1, 16), 3);
-  user().sellShares(u"ABC.AX", Date(2026, 1, 20), 100, 4, 0, true, String());
-  user().sellShares(u"ABC.AX", Date(2026, 1, 25), 100, 4, 0, true, String());
+  user().sellShares(u"ABC.AX", {Date(2026, 1, 20), 100, 4, 0, String()}, true);
+  user().sellShares(u"ABC.AX", {Date(2026, 1, 25), 100, 4, 0, String()}, true);
   expectHeld(Date(2026, 1, 15), 100, 9, Date(2026, 1, 12));
   expectHeld(Date(2026, 1, 16), 300, 3, Date(2026, 1, 12));
   const std::optional<HeldOnDay> held = heldOn(user(), u"ABC.AX", 200, Date(2026, 1, 20));
@@ -69,11 +71,11 @@ TEST_F(HoldingOnDayTest, OnlyASaleThatTellsNoSplitIsReadByTheDaysNumber) {
 }
 
 TEST_F(HoldingOnDayTest, OnlyTheCurrentPriceMayBeARecordedOne) {
-  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 12), 300, 4, 0, String());
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 12), 300, 4, 0, String()});
   setPrice(u"ABC.AX", Date(2026, 2, 3), 5);
   EXPECT_DOUBLE_EQ(shownPrice(user(), u"ABC.AX", Date(2026, 2, 3)), 5);
   EXPECT_DOUBLE_EQ(shownPrice(user(), u"ABC.AX", m_today), 5); // the last one known
-  user().addBuyEvent(u"NEW.AX", Date(2026, 1, 12), 300, 4, 0, String());
+  user().addBuyEvent(u"NEW.AX", {Date(2026, 1, 12), 300, 4, 0, String()});
   EXPECT_DOUBLE_EQ(shownPrice(user(), u"NEW.AX", m_today), 4);
   EXPECT_FALSE(messageOf([&] { shownPrice(user(), u"ABC.AX", Date(2026, 2, 1)); }).empty());
 }

@@ -165,14 +165,14 @@ private:
     provide(code);
     const Date day = a.date();
     const double number = a.number(), price = a.number(), brokerage = a.number();
-    only().buyShares(code, day, number, price, brokerage, a.text());
+    only().buyShares(code, {day, number, price, brokerage, a.text()});
   }
   void sell(Arguments& a) {
     const String code = a.text();
     const Date day = a.date();
     const double number = a.number(), price = a.number(), brokerage = a.number();
     const bool firstInFirstOut = a.text() == u"fifo";
-    only().sellShares(code, day, number, price, brokerage, firstInFirstOut, a.text());
+    only().sellShares(code, {day, number, price, brokerage, a.text()}, firstInFirstOut);
   }
   void dividend(Arguments& a) {
     const String code = a.text();
@@ -181,7 +181,7 @@ private:
     const std::int32_t franked = a.whole();
     const double shares = a.number(), price = a.number();
     const String country = a.text();
-    only().receiveDividend(code, day, number, rate, franked, shares, price, country, a.number());
+    only().receiveDividend({code, day, number, rate, franked, shares, price, country, a.number()});
   }
   void credit(Arguments& a) {
     const Date day = a.date();

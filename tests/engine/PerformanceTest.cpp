@@ -228,7 +228,7 @@ TEST_F(IndexPerformanceTest, WithoutARecordOfTheStartNoPriceIsAskedFor) {
 class BrokerageTest : public PerformanceTest {
 protected:
   void buy(const Date& day, double brokerage) {
-    user().addBuyEvent(u"ABC.AX", day, 1, 1, brokerage, String());
+    user().addBuyEvent(u"ABC.AX", {day, 1, 1, brokerage, String()});
   }
   void sell(const Date& bought, double buyBrokerage, const Date& sold, double sellBrokerage) {
     XMLElement& event = addSale(u"XYZ.AX", bought, sold, 1, 1, 1);

@@ -18,7 +18,7 @@ protected:
     m_market.setHistory(u"ABC.AX", Date(2026, 1, 1), Date(2026, 2, 25), 20);
     m_market.setCurrentPrice(u"ABC.AX", 21);
     m_profile.setToday(m_thursday);
-    user().addBuyEvent(u"ABC.AX", Date(2026, 2, 24), 100, 40, 0, u"");
+    user().addBuyEvent(u"ABC.AX", {Date(2026, 2, 24), 100, 40, 0, u""});
     user().creditCash(Date(2026, 2, 24), 1000, CASH_EVENT_DEPOSIT, u"");
     goOnline();
     gateway().priceUpdater().addCode(u"ABC.AX");
@@ -248,7 +248,7 @@ TEST_F(ProvisionalDaysTest, APassAsksOnceForWhatOnePageOfTheSourceReaches) {
 TEST_F(ProvisionalDaysTest, APassDoesNotAskAgainForWhatTheSourceHasNot) {
   m_market.addListing(u"NEW.AX", u"new", u"Australia");
   m_market.setCurrentPrice(u"NEW.AX", 5);
-  user().addBuyEvent(u"NEW.AX", m_thursday, 10, 3, 0, u"");
+  user().addBuyEvent(u"NEW.AX", {m_thursday, 10, 3, 0, u""});
   restart(m_monday, false);
   update();
   EXPECT_TRUE(record().isProvisional(m_friday));
@@ -277,7 +277,7 @@ TEST_F(ProvisionalDaysTest, AStockWithoutAnyPriceCountsAtItsPurchaseUntilItsPric
   const DenyingUser user;
   gateway().goOffline();
   this->user().removeHeldShare(u"ABC.AX");
-  this->user().addBuyEvent(u"NEW.AX", m_friday, 10, 3, 0, u"");
+  this->user().addBuyEvent(u"NEW.AX", {m_friday, 10, 3, 0, u""});
   update();
   EXPECT_EQ(shares(m_friday, m_friday), Texts{u"10.00 x 3.00 *"});
   m_market.setHistory(u"NEW.AX", m_friday, m_monday, 1.5);

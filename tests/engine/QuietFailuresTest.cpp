@@ -24,7 +24,7 @@ protected:
     m_user = std::make_unique<SharePortfolioUser>(m_portfolio);
     update();
   }
-  void buy(const String& code, const Date& day) { user().buyShares(code, day, 100, 10.0, 0.0, String()); }
+  void buy(const String& code, const Date& day) { user().buyShares(code, {day, 100, 10.0, 0.0, String()}); }
   /// The views ask for prices of many days, too.
   void lookAround(const String& code) {
     for (Date day = m_today.plusDays(-400); day <= m_today; day.addDays(7))

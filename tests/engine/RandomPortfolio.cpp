@@ -136,8 +136,8 @@ void RandomPortfolio::buy() {
   const Hundredths number = anyNumber();
   note("buy " + std::to_string(code) + " day " + std::to_string(day) + " number " + std::to_string(number));
   const double price = anyPrice();
-  m_user.buyShares(codeText(code), dayAt(day), static_cast<double>(number) / 100, price, anyMoney(40),
-                   anyComment());
+  m_user.buyShares(codeText(code),
+                   {dayAt(day), static_cast<double>(number) / 100, price, anyMoney(40), anyComment()});
   m_bought[static_cast<std::size_t>(code)][static_cast<std::size_t>(day)] += number;
   noteSplits(code);
 }
@@ -147,8 +147,8 @@ void RandomPortfolio::addParcel() {
   const Hundredths number = anyNumber();
   note("add parcel " + std::to_string(code) + " day " + std::to_string(day) + " number " +
        std::to_string(number));
-  m_user.addBuyEvent(codeText(code), dayAt(day), static_cast<double>(number) / 100, anyPrice(), 0.0,
-                     anyComment());
+  m_user.addBuyEvent(codeText(code),
+                     {dayAt(day), static_cast<double>(number) / 100, anyPrice(), 0.0, anyComment()});
   m_bought[static_cast<std::size_t>(code)][static_cast<std::size_t>(day)] += number;
   noteSplits(code);
 }
@@ -181,8 +181,9 @@ void RandomPortfolio::sell() {
   note("sell " + std::to_string(drawn.code) + " day " + std::to_string(day) + " number " +
        std::to_string(number) + (firstInFirstOut ? " fifo" : " lifo"));
   const double price = anyPrice();
-  m_user.sellShares(codeText(drawn.code), dayAt(day), static_cast<double>(number) / 100, price, anyMoney(40),
-                    firstInFirstOut, anyComment());
+  m_user.sellShares(codeText(drawn.code),
+                    {dayAt(day), static_cast<double>(number) / 100, price, anyMoney(40), anyComment()},
+                    firstInFirstOut);
   m_soldSum[static_cast<std::size_t>(drawn.code)] += ofPurchase;
 }
 
@@ -202,8 +203,8 @@ void RandomPortfolio::receiveDividend() {
   note("dividend " + std::to_string(code) + " day " + std::to_string(day) + " shares " +
        std::to_string(shares));
   const double number = anyMoney(1000), rate = anyPrice() / 10, price = shares ? anyPrice() : 0.0;
-  m_user.receiveDividend(codeText(code), dayAt(day), number, rate, below(101),
-                         static_cast<double>(shares) / 100, price, anyComment(), oneIn(3) ? 1.5 : 0.0);
+  m_user.receiveDividend({codeText(code), dayAt(day), number, rate, below(101),
+                          static_cast<double>(shares) / 100, price, anyComment(), oneIn(3) ? 1.5 : 0.0});
   m_bought[static_cast<std::size_t>(code)][static_cast<std::size_t>(day)] += shares;
   noteSplits(code);
 }
@@ -219,8 +220,9 @@ void RandomPortfolio::editBuy() {
   const double cost = doubleValue(*parcel.event, u"NumHeld") * doubleValue(*parcel.event, u"BuyPrice") +
                       doubleValue(*parcel.event, u"Brokerage");
   const double price = anyPrice();
-  m_user.editBuyEvent(*parcel.event, dayAt(day), static_cast<double>(number) / 100, price, anyMoney(40),
-                      anyComment(), oneIn(5) ? cost + 1 : cost, dayAt(parcel.day));
+  m_user.editBuyEvent(*parcel.event,
+                      {dayAt(day), static_cast<double>(number) / 100, price, anyMoney(40), anyComment()},
+                      oneIn(5) ? cost + 1 : cost, dayAt(parcel.day));
   auto& bought = m_bought[static_cast<std::size_t>(parcel.code)];
   bought[static_cast<std::size_t>(parcel.day)] -= parcel.number;
   bought[static_cast<std::size_t>(day)] += number;
@@ -242,9 +244,9 @@ void RandomPortfolio::editSell() {
   const double sharesOfOne = m_splits[static_cast<std::size_t>(sale.code)].empty()
                                  ? 1.0
                                  : SaleFigures(*sale.event).number() * 100 / static_cast<double>(sale.number);
-  m_user.editSellEvent(*sale.event, dayAt(newBought), dayAt(newSold),
-                       static_cast<double>(number) * sharesOfOne / 100, buyPrice, sellPrice, 1.0, 2.0,
-                       anyComment());
+  m_user.editSellEvent(*sale.event,
+                       {dayAt(newBought), dayAt(newSold), static_cast<double>(number) * sharesOfOne / 100,
+                        buyPrice, sellPrice, 1.0, 2.0, anyComment()});
   const auto code = static_cast<std::size_t>(sale.code);
   m_soldSum[code] += number - sale.number;
   m_bought[code][static_cast<std::size_t>(sale.day)] -= sale.number;
@@ -277,8 +279,9 @@ void RandomPortfolio::editDividend() {
        " shares " + std::to_string(shares));
   const double oldValue = oldShares ? 0.0 : doubleValue(*event, u"NumHeld") * doubleValue(*event, u"Rate");
   const double number = anyMoney(1000), rate = anyPrice() / 10, price = shares ? anyPrice() : 0.0;
-  const bool found = m_user.editDividend(*event, codeText(code), dayAt(day), number, rate, below(101),
-                                         static_cast<double>(shares) / 100, price, u"", 0.0,
+  const bool found = m_user.editDividend(*event,
+                                         {codeText(code), dayAt(day), number, rate, below(101),
+                                          static_cast<double>(shares) / 100, price, u"", 0.0},
                                          static_cast<double>(oldShares) / 100,
                                          doubleValue(*event, u"DRPRate"), oldValue, dayAt(oldDay));
   if (oldShares && found)

@@ -83,8 +83,8 @@ TEST_F(ReportBuilderTest, HoldingsAreThoseOfTheEndWithWhatWasSoldSince) {
 TEST_F(ReportBuilderTest, NamesAndCommentsStandBesideTheCodes) {
   trade();
   StockNames::remember(u"ABC.AX", u"Alpha & Co");
-  user().buyShares(u"ABC.AX", Date(2026, 1, 12), 10, 20, 20, u"on a tip");
-  user().buyShares(u"ABC.AX", Date(2026, 1, 13), 10, 20, 20, u"<once> more");
+  user().buyShares(u"ABC.AX", {Date(2026, 1, 12), 10, 20, 20, u"on a tip"});
+  user().buyShares(u"ABC.AX", {Date(2026, 1, 13), 10, 20, 20, u"<once> more"});
   const auto january = report(m_january), february = report(m_february);
   const XMLElement& held = part(*january).subElement(u"SharesHeld").subElement(u"Shares");
   expectTexts(held, {{u"name", u"Alpha & Co"}});
@@ -123,9 +123,9 @@ TEST_F(ReportBuilderTest, SalesAreThoseOfThePeriod) {
 
 TEST_F(ReportBuilderTest, SalesOfSplitSharesAreInSharesOfTheirDay) {
   setPrices(u"ABC.AX", Date(2025, 12, 10), m_today, 6);
-  user().buyShares(u"ABC.AX", Date(2025, 12, 10), 100, 9, 30, String());
+  user().buyShares(u"ABC.AX", {Date(2025, 12, 10), 100, 9, 30, String()});
   user().recordAdjustment(u"ABC.AX", Date(2026, 1, 5), 3, false);
-  user().sellShares(u"ABC.AX", Date(2026, 1, 10), 100, 6, 20, true, String());
+  user().sellShares(u"ABC.AX", {Date(2026, 1, 10), 100, 6, 20, String()}, true);
   const auto made = january();
   const XMLElement& sale = part(*made).subElement(u"Sales").subElement(u"Sales");
   expectTexts(sale, {{u"number", u"100.00"}});
@@ -226,7 +226,7 @@ TEST_F(ReportBuilderTest, APortfolioThatBeganWithinThePeriodHasNoPercentage) {
 
 TEST_F(ReportBuilderTest, AHoldingWithoutAPriceCountsAsInTheCapitalAndTheDayIsNotedAsProvisional) {
   trade();
-  user().addBuyEvent(u"NOP.AX", Date(2026, 1, 7), 10, 3, 0, String());
+  user().addBuyEvent(u"NOP.AX", {Date(2026, 1, 7), 10, 3, 0, String()});
   const auto report = january();
   const XMLElement& held = part(*report).subElement(u"SharesHeld");
   ASSERT_EQ(held.numSubElements(u"Shares"), 2u);

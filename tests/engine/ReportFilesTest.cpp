@@ -69,7 +69,7 @@ TEST_F(ReportFilesTest, TheDocumentIsOfItsType) {
 TEST_F(ReportFilesTest, ThePageShowsNamesAndComments) {
   trade();
   StockNames::remember(u"ABC.AX", u"Alpha & Co");
-  user().buyShares(u"ABC.AX", Date(2026, 2, 12), 10, 20, 20, u"on a <tip>");
+  user().buyShares(u"ABC.AX", {Date(2026, 2, 12), 10, 20, 20, u"on a <tip>"});
   const std::string page = pageOf(*report({Date(2026, 1, 1), Date(2026, 2, 28)}));
   EXPECT_TRUE(parsed(page));
   std::size_t names = 0;
@@ -109,7 +109,7 @@ TEST_F(ReportFilesTest, MarkupInNamesComesOutAsText) {
   m_portfolio.subElement(u"Name").setValue(u"<i>R&D</i> \"x\" 'y'");
   user().creditCash(Date(2026, 1, 28), 1, CASH_EVENT_INTEREST, u"</td><script>alert(1)</script>");
   setPrices(u"A<B>&C", Date(2026, 1, 6), m_today, 2);
-  user().addBuyEvent(u"A<B>&C", Date(2026, 1, 6), 10, 2, 0, String());
+  user().addBuyEvent(u"A<B>&C", {Date(2026, 1, 6), 10, 2, 0, String()});
   const auto report = makeReport({&user()}, {Date(2026, 1, 1), Date(2026, 2, 28)}, u"Report");
   const std::string page = pageOf(*report);
   EXPECT_TRUE(parsed(page));

@@ -22,14 +22,14 @@ protected:
     setPrices(u"ABC.AX", Date(2026, 1, 1), Date(2026, 1, 31), 22);
     setPrices(u"ABC.AX", Date(2026, 2, 1), m_today, 30);
     user().creditCash(Date(2025, 12, 1), 10000, CASH_EVENT_DEPOSIT, u"DEPOSIT start");
-    user().buyShares(u"ABC.AX", Date(2025, 12, 10), 100, 10, 30, String());
-    user().buyShares(u"ABC.AX", Date(2026, 1, 5), 100, 20, 20, String());
-    user().receiveDividend(u"ABC.AX", Date(2026, 1, 15), 200, 0.5, 70, 0, 0, String(), 0);
-    user().receiveDividend(u"ABC.AX", Date(2026, 1, 20), 200, 0.25, 0, 2, 25, u"New <Zealand>", 7.5);
+    user().buyShares(u"ABC.AX", {Date(2025, 12, 10), 100, 10, 30, String()});
+    user().buyShares(u"ABC.AX", {Date(2026, 1, 5), 100, 20, 20, String()});
+    user().receiveDividend({u"ABC.AX", Date(2026, 1, 15), 200, 0.5, 70, 0, 0, String(), 0});
+    user().receiveDividend({u"ABC.AX", Date(2026, 1, 20), 200, 0.25, 0, 2, 25, u"New <Zealand>", 7.5});
     user().creditCash(Date(2026, 1, 21), 12.34, CASH_EVENT_INTEREST, u"INTEREST <1> & more");
     user().creditCash(Date(2026, 1, 25), 500, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
     user().debitCash(Date(2026, 1, 26), 62.34, CASH_EVENT_WITHDRAWAL, u"WITHDRAWAL ");
-    user().sellShares(u"ABC.AX", Date(2026, 2, 10), 50, 30, 15, true, COMMENT);
+    user().sellShares(u"ABC.AX", {Date(2026, 2, 10), 50, 30, 15, COMMENT}, true);
     // The price doubles by itself.
     user().recordAdjustment(u"ABC.AX", Date(2026, 1, 1), 1, true);
   }

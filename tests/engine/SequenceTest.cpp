@@ -107,14 +107,14 @@ protected:
     // As the form does before it closes.
     if (user().isOfAnotherMarket(code) && !m_interaction.question(u"another market"))
       return truth(false);
-    user().buyShares(code, day, number, price, brokerage, comment);
+    user().buyShares(code, {day, number, price, brokerage, comment});
     return truth(true);
   }
   Answer addParcel(Arguments& a) {
     const String code = a.text();
     const Date day = a.date();
     const double number = a.number(), price = a.number(), brokerage = a.number();
-    user().addBuyEvent(code, day, number, price, brokerage, a.text());
+    user().addBuyEvent(code, {day, number, price, brokerage, a.text()});
     return {};
   }
   Answer sell(Arguments& a) {
@@ -122,7 +122,7 @@ protected:
     const Date day = a.date();
     const double number = a.number(), price = a.number(), brokerage = a.number();
     const bool firstInFirstOut = a.text() == u"fifo";
-    user().sellShares(code, day, number, price, brokerage, firstInFirstOut, a.text());
+    user().sellShares(code, {day, number, price, brokerage, a.text()}, firstInFirstOut);
     return {};
   }
   Answer removeHeld(Arguments& a) {
@@ -161,7 +161,7 @@ protected:
     const double number = a.number(), price = a.number(), brokerage = a.number();
     const String comment = a.text();
     const double oldCost = a.number();
-    return truth(user().editBuyEvent(event, day, number, price, brokerage, comment, oldCost, a.date()));
+    return truth(user().editBuyEvent(event, {day, number, price, brokerage, comment}, oldCost, a.date()));
   }
   Answer editSell(Arguments& a) {
     const String code = a.text();
@@ -169,8 +169,8 @@ protected:
     const Date bought = a.date(), sold = a.date();
     const double number = a.number(), buyPrice = a.number(), sellPrice = a.number();
     const double buyBrokerage = a.number(), sellBrokerage = a.number();
-    return truth(user().editSellEvent(event, bought, sold, number, buyPrice, sellPrice, buyBrokerage,
-                                      sellBrokerage, a.text()));
+    return truth(user().editSellEvent(
+        event, {bought, sold, number, buyPrice, sellPrice, buyBrokerage, sellBrokerage, a.text()}));
   }
   Answer minMax(Arguments& a) {
     XMLHeldShare& stock = stockHeld(a.text());
@@ -218,7 +218,7 @@ protected:
     const std::int32_t franked = a.whole();
     const double shares = a.number(), price = a.number();
     const String country = a.text();
-    user().receiveDividend(code, day, number, rate, franked, shares, price, country, a.number());
+    user().receiveDividend({code, day, number, rate, franked, shares, price, country, a.number()});
     return {};
   }
   Answer editDividend(Arguments& a) {
@@ -230,7 +230,7 @@ protected:
     const double shares = a.number(), price = a.number();
     const String country = a.text();
     const double tax = a.number(), oldShares = a.number(), oldPrice = a.number(), oldValue = a.number();
-    return truth(user().editDividend(event, code, day, number, rate, franked, shares, price, country, tax,
+    return truth(user().editDividend(event, {code, day, number, rate, franked, shares, price, country, tax},
                                      oldShares, oldPrice, oldValue, a.date()));
   }
   Answer deleteDividend(Arguments& a) {

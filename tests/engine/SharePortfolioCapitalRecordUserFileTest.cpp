@@ -10,7 +10,7 @@ using CapitalRecordFileTest = CapitalRecordTest;
 
 TEST_F(CapitalRecordFileTest, SavedDaysComeBack) {
   user().creditCash(m_yesterday, 100, CASH_EVENT_DEPOSIT, u"");
-  user().addBuyEvent(u"ABC.AX", m_yesterday, 10, 5, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {m_yesterday, 10, 5, 0, u""});
   setPrices(u"ABC.AX", Date(2026, 3, 1), m_today, 5.5);
   update();
   EXPECT_TRUE(record().isModified());

@@ -26,9 +26,9 @@ TEST_F(CapitalRecordTest, WhatCameAndWentOnOneDayIsNotInjected) {
 }
 
 TEST_F(CapitalRecordTest, TwoParcelsMakeOneEntryWithTheirSum) {
-  user().addBuyEvent(u"ABC.AX", m_yesterday, 10, 5, 0, u"");
-  user().addBuyEvent(u"DEF.AX", m_yesterday, 1, 1, 0, u"");
-  user().addBuyEvent(u"ABC.AX", m_today, 2.5, 5, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {m_yesterday, 10, 5, 0, u""});
+  user().addBuyEvent(u"DEF.AX", {m_yesterday, 1, 1, 0, u""});
+  user().addBuyEvent(u"ABC.AX", {m_today, 2.5, 5, 0, u""});
   setPrices(u"ABC.AX", Date(2026, 3, 1), m_today, 5);
   setPrices(u"DEF.AX", Date(2026, 3, 1), m_today, 1.236);
   update();
@@ -37,9 +37,9 @@ TEST_F(CapitalRecordTest, TwoParcelsMakeOneEntryWithTheirSum) {
 }
 
 TEST_F(CapitalRecordTest, OnTheDayOfSaleTheCashIsThereAndTheSharesAreNot) {
-  user().addBuyEvent(u"ABC.AX", Date(2026, 3, 1), 10, 5, 0, u"");
-  user().addBuyEvent(u"ABC.AX", Date(2026, 3, 1), 5, 5, 0, u"");
-  user().sellShares(u"ABC.AX", m_today, 10, 6, 0, true, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 3, 1), 10, 5, 0, u""});
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 3, 1), 5, 5, 0, u""});
+  user().sellShares(u"ABC.AX", {m_today, 10, 6, 0, u""}, true);
   setPrices(u"ABC.AX", Date(2026, 2, 28), m_today, 5);
   update();
   EXPECT_EQ(dayOf(m_yesterday), String(u"2/3/2026 cash 0.00; ABC.AX 15.00 x 5.00"));
@@ -48,7 +48,7 @@ TEST_F(CapitalRecordTest, OnTheDayOfSaleTheCashIsThereAndTheSharesAreNot) {
 
 TEST_F(CapitalRecordTest, SoldStocksStandBehindHeldOnes) {
   addSale(u"SOLD.AX", m_yesterday, Date(2026, 3, 9), 3, 1, 1);
-  user().addBuyEvent(u"HELD.AX", m_today, 1, 1, 0, u"");
+  user().addBuyEvent(u"HELD.AX", {m_today, 1, 1, 0, u""});
   setPrices(u"SOLD.AX", Date(2026, 3, 1), m_today, 2);
   setPrices(u"HELD.AX", Date(2026, 3, 1), m_today, 4);
   update();
@@ -57,8 +57,8 @@ TEST_F(CapitalRecordTest, SoldStocksStandBehindHeldOnes) {
 }
 
 TEST_F(CapitalRecordTest, AConfirmedSplitCountsOnTheDayItself) {
-  user().addBuyEvent(u"ABC.AX", Date(2026, 2, 28), 100, 10, 0, u"");
-  user().addBuyEvent(u"ABC.AX", m_yesterday, 7, 10, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 2, 28), 100, 10, 0, u""});
+  user().addBuyEvent(u"ABC.AX", {m_yesterday, 7, 10, 0, u""});
   setPrices(u"ABC.AX", Date(2026, 2, 27), Date(2026, 3, 1), 10);
   setPrices(u"ABC.AX", m_yesterday, m_today, 4.9);
   m_interaction.answerRatio(2);
@@ -70,8 +70,8 @@ TEST_F(CapitalRecordTest, AConfirmedSplitCountsOnTheDayItself) {
 }
 
 TEST_F(CapitalRecordTest, SplitsAreAskedForInTheOrderOfTheRecords) {
-  user().addBuyEvent(u"BBB.AX", Date(2026, 2, 28), 1, 10, 0, u"");
-  user().addBuyEvent(u"AAA.AX", Date(2026, 2, 28), 1, 10, 0, u"");
+  user().addBuyEvent(u"BBB.AX", {Date(2026, 2, 28), 1, 10, 0, u""});
+  user().addBuyEvent(u"AAA.AX", {Date(2026, 2, 28), 1, 10, 0, u""});
   for (const char16_t* code : {u"AAA.AX", u"BBB.AX"}) {
     setPrices(code, Date(2026, 2, 27), m_yesterday, 10);
     setPrice(code, m_today, 2);
@@ -93,10 +93,10 @@ TEST_F(CapitalRecordTest, WeekendsAreDaysToo) {
 
 TEST_F(CapitalRecordTest, AChangeDropsItsDayAndAllLaterOnes) {
   user().creditCash(Date(2026, 2, 20), 1000, CASH_EVENT_DEPOSIT, u"");
-  user().buyShares(u"ABC.AX", Date(2026, 2, 24), 10, 5, 0, u"");
+  user().buyShares(u"ABC.AX", {Date(2026, 2, 24), 10, 5, 0, u""});
   setPrices(u"ABC.AX", Date(2026, 2, 19), m_today, 5);
   update();
-  user().editBuyEvent(parcel(u"ABC.AX"), Date(2026, 2, 24), 20, 5, 0, u"", 50, Date(2026, 2, 24));
+  user().editBuyEvent(parcel(u"ABC.AX"), {Date(2026, 2, 24), 20, 5, 0, u""}, 50, Date(2026, 2, 24));
   EXPECT_EQ(numDays(Date(2026, 2, 1), m_today), 4u);
   EXPECT_TRUE(record().hasDayCap(Date(2026, 2, 23)));
   EXPECT_FALSE(record().hasDayCap(Date(2026, 2, 24)));
@@ -108,7 +108,7 @@ TEST_F(CapitalRecordTest, AChangeDropsItsDayAndAllLaterOnes) {
 TEST_F(CapitalRecordTest, AChangeBeforeTheFirstDayDropsAll) {
   makeDays(Date(2026, 3, 1));
   record().save();
-  user().addBuyEvent(u"ABC.AX", Date(2026, 2, 28), 1, 1, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 2, 28), 1, 1, 0, u""});
   EXPECT_EQ(numDays(Date(2026, 1, 1), m_today), 0u);
   EXPECT_EQ(record().firstRecordDate(), m_today);
   EXPECT_TRUE(record().isModified());
@@ -146,16 +146,16 @@ TEST_F(CapitalRecordTest, ChangesTellTheEarliestDayTouched) {
   };
   user().creditCash(first, 1000, CASH_EVENT_DEPOSIT, u"");
   setPrices(u"ABC.AX", first.plusDays(-1), m_today, 5);
-  user().addBuyEvent(u"ABC.AX", Date(2026, 2, 25), 10, 5, 0, u"");
-  user().addBuyEvent(u"ABC.AX", Date(2026, 2, 23), 10, 5, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 2, 25), 10, 5, 0, u""});
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 2, 23), 10, 5, 0, u""});
   update();
-  user().editBuyEvent(parcel(u"ABC.AX"), Date(2026, 2, 26), 10, 5, 0, u"", 0, Date(2026, 2, 25));
+  user().editBuyEvent(parcel(u"ABC.AX"), {Date(2026, 2, 26), 10, 5, 0, u""}, 0, Date(2026, 2, 25));
   EXPECT_EQ(lastDay(), Date(2026, 2, 24));
   update();
-  user().sellShares(u"ABC.AX", Date(2026, 3, 1), 10, 6, 0, true, u"");
+  user().sellShares(u"ABC.AX", {Date(2026, 3, 1), 10, 6, 0, u""}, true);
   EXPECT_EQ(lastDay(), Date(2026, 2, 28));
   update();
-  user().editSellEvent(sale(u"ABC.AX"), Date(2026, 2, 27), Date(2026, 3, 2), 10, 5, 6, 0, 0, u"");
+  user().editSellEvent(sale(u"ABC.AX"), {Date(2026, 2, 27), Date(2026, 3, 2), 10, 5, 6, 0, 0, u""});
   EXPECT_EQ(lastDay(), Date(2026, 2, 25));
   update();
   user().deleteSellEvent(u"ABC.AX", Date(2026, 3, 2), 10);
@@ -232,8 +232,8 @@ TEST_F(CapitalRecordTest, ALongUpdateTellsTheMonths) {
 }
 
 TEST_F(CapitalRecordTest, ALongUpdateTellsOfCodesWithoutHistory) {
-  user().addBuyEvent(u"ABC.AX", Date(2026, 2, 10), 1, 5, 0, u"");
-  user().addBuyEvent(u"DEF.AX", Date(2026, 2, 10), 1, 5, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 2, 10), 1, 5, 0, u""});
+  user().addBuyEvent(u"DEF.AX", {Date(2026, 2, 10), 1, 5, 0, u""});
   setPrices(u"DEF.AX", Date(2026, 2, 9), m_today, 5);
   update();
   ASSERT_FALSE(m_interaction.progress.texts.empty());
@@ -258,7 +258,7 @@ TEST_F(CapitalRecordTest, ACancelledUpdateEndsBeforeTheNextStockIsFetched) {
   user().creditCash(Date(2026, 1, 10), 100, CASH_EVENT_DEPOSIT, u"");
   for (const char16_t* code : {u"AAA.AX", u"BBB.AX", u"CCC.AX"}) {
     m_market.setHistory(code, Date(2025, 12, 1), m_today, 5);
-    user().addBuyEvent(code, Date(2026, 1, 12), 1, 5, 0, u"");
+    user().addBuyEvent(code, {Date(2026, 1, 12), 1, 5, 0, u""});
   }
   m_market.addListing(u"TEST", u"test", u"Australia");
   ASSERT_TRUE(gateway().reconnect());
@@ -280,7 +280,7 @@ TEST_F(CapitalRecordTest, AnotherPageOfAHistoryIsAnnouncedToo) {
   m_market.setMaxEntries(20); // a month
   TallymoorInternet::reset();
   m_market.setHistory(u"AAA.AX", Date(2025, 12, 1), m_today, 5);
-  user().addBuyEvent(u"AAA.AX", Date(2026, 1, 12), 1, 5, 0, u"");
+  user().addBuyEvent(u"AAA.AX", {Date(2026, 1, 12), 1, 5, 0, u""});
   m_market.addListing(u"TEST", u"test", u"Australia");
   ASSERT_TRUE(gateway().reconnect());
   gateway().priceUpdater().stopAndJoin();
@@ -305,9 +305,9 @@ TEST_F(CapitalRecordTest, AnUpdateInsideAnUpdateReturnsAtOnce) {
 
 TEST_F(CapitalRecordTest, AFailureLeavesTheDaysBeforeAndNoHalfDay) {
   user().creditCash(Date(2026, 2, 26), 100, CASH_EVENT_DEPOSIT, u"");
-  user().addBuyEvent(u"AAA.AX", Date(2026, 2, 28), 1, 5, 0, u"");
+  user().addBuyEvent(u"AAA.AX", {Date(2026, 2, 28), 1, 5, 0, u""});
   setPrices(u"AAA.AX", Date(2026, 2, 27), m_today, 5);
-  user().addBuyEvent(u"ZERO.AX", Date(2026, 3, 1), 1, 0, 0, u"");
+  user().addBuyEvent(u"ZERO.AX", {Date(2026, 3, 1), 1, 0, 0, u""});
   EXPECT_FALSE(messageOf([this] { update(); }).empty());
   EXPECT_EQ(numDays(Date(2026, 1, 1), m_today), 3u);
   EXPECT_FALSE(record().hasDayCap(Date(2026, 3, 1)));
@@ -318,7 +318,7 @@ TEST_F(CapitalRecordTest, AFailureLeavesTheDaysBeforeAndNoHalfDay) {
 }
 
 TEST_F(CapitalRecordTest, ALivePriceReplacesTodays) {
-  user().addBuyEvent(u"ABC.AX", m_yesterday, 10, 5, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {m_yesterday, 10, 5, 0, u""});
   setPrices(u"ABC.AX", Date(2026, 3, 1), m_today, 5);
   update();
   record().save();
@@ -334,7 +334,7 @@ TEST_F(CapitalRecordTest, ALivePriceReplacesTodays) {
 }
 
 TEST_F(CapitalRecordTest, TheUpdatersPassReachesTheRecord) {
-  user().addBuyEvent(u"ABC.AX", m_yesterday, 10, 5, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {m_yesterday, 10, 5, 0, u""});
   setPrices(u"ABC.AX", Date(2026, 3, 1), m_yesterday, 5);
   update();
   m_market.setCurrentPrice(u"ABC.AX", 7.5);
@@ -348,7 +348,7 @@ TEST_F(CapitalRecordTest, TheUpdatersPassReachesTheRecord) {
 }
 
 TEST_F(CapitalRecordTest, ASplitThatCameWithALivePriceIsAskedForNextDay) {
-  user().addBuyEvent(u"ABC.AX", Date(2026, 3, 1), 10, 10, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 3, 1), 10, 10, 0, u""});
   setPrices(u"ABC.AX", Date(2026, 2, 28), m_today, 10);
   update();
   // During the day the price falls to the half; nothing is asked while it comes in.
@@ -368,11 +368,11 @@ TEST_F(CapitalRecordTest, ASplitThatCameWithALivePriceIsAskedForNextDay) {
 }
 
 TEST_F(CapitalRecordTest, APriceThatIsGoneDoesNotHoldUpTheNextDay) {
-  user().addBuyEvent(u"ZERO.AX", m_yesterday, 10, 0, 0, u"");
+  user().addBuyEvent(u"ZERO.AX", {m_yesterday, 10, 0, 0, u""});
   user().creditCash(m_yesterday, 100, CASH_EVENT_DEPOSIT, u"");
   setPrices(u"ZERO.AX", Date(2026, 3, 1), m_today, 5);
   update();
-  user().sellShares(u"ZERO.AX", Date(2026, 3, 4), 10, 0, 0, true, u"");
+  user().sellShares(u"ZERO.AX", {Date(2026, 3, 4), 10, 0, 0, u""}, true);
   gateway().clear();
   m_profile.setToday(Date(2026, 3, 4));
   EXPECT_EQ(messageOf([this] { update(); }), String());
@@ -390,8 +390,8 @@ TEST_F(CapitalRecordTest, ABackgroundPassDoesNotExtendTheRecord) {
 
 TEST_F(CapitalRecordTest, CapitalIsSharesAndCash) {
   user().creditCash(m_yesterday, 100, CASH_EVENT_DEPOSIT, u"");
-  user().addBuyEvent(u"ABC.AX", m_yesterday, 10, 5, 0, u"");
-  user().addBuyEvent(u"DEF.AX", m_yesterday, 4, 5, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {m_yesterday, 10, 5, 0, u""});
+  user().addBuyEvent(u"DEF.AX", {m_yesterday, 4, 5, 0, u""});
   setPrices(u"ABC.AX", Date(2026, 3, 1), m_today, 5.5);
   setPrices(u"DEF.AX", Date(2026, 3, 1), m_today, 2);
   update();
@@ -401,7 +401,7 @@ TEST_F(CapitalRecordTest, CapitalIsSharesAndCash) {
 }
 
 TEST_F(CapitalRecordTest, WhatIsAskedOfADayAgainFollowsItsChanges) {
-  user().addBuyEvent(u"ABC.AX", Date(2026, 3, 1), 10, 5, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 3, 1), 10, 5, 0, u""});
   setPrices(u"ABC.AX", Date(2026, 2, 28), m_today, 5);
   setPrices(u"DEF.AX", Date(2026, 2, 28), m_today, 2);
   update();
@@ -411,7 +411,7 @@ TEST_F(CapitalRecordTest, WhatIsAskedOfADayAgainFollowsItsChanges) {
   record().currentPriceUpdated(u"ABC.AX", 6);
   EXPECT_DOUBLE_EQ(record().sharesValueOn(m_today), 60);
   EXPECT_DOUBLE_EQ(record().priceOn(u"ABC.AX", m_today)->price, 6);
-  user().addBuyEvent(u"DEF.AX", m_yesterday, 3, 2, 0, u"");
+  user().addBuyEvent(u"DEF.AX", {m_yesterday, 3, 2, 0, u""});
   EXPECT_FALSE(record().priceOn(u"ABC.AX", m_today));
   EXPECT_FALSE(messageOf([this] { record().sharesValueOn(m_today); }).empty());
   update();
@@ -422,16 +422,16 @@ TEST_F(CapitalRecordTest, WhatIsAskedOfADayAgainFollowsItsChanges) {
 TEST_F(CapitalRecordTest, WhatIsAskedOfADayAgainFollowsEditsSalesAndSplits) {
   const Date bought(2026, 3, 1);
   setPrices(u"ABC.AX", Date(2026, 2, 28), m_today, 5);
-  user().buyShares(u"ABC.AX", bought, 10, 5, 0, u"");
+  user().buyShares(u"ABC.AX", {bought, 10, 5, 0, u""});
   const auto shares = [this] {
     update();
     return record().sharesValueOn(m_today);
   };
   EXPECT_DOUBLE_EQ(shares(), 50);
   auto& purchase = user().findHeldShare(u"ABC.AX")->parcels()[0];
-  user().editBuyEvent(purchase, bought, 8, 5, 0, u"", 50, bought);
+  user().editBuyEvent(purchase, {bought, 8, 5, 0, u""}, 50, bought);
   EXPECT_DOUBLE_EQ(shares(), 40);
-  user().sellShares(u"ABC.AX", m_yesterday, 2, 5, 0, true, u"");
+  user().sellShares(u"ABC.AX", {m_yesterday, 2, 5, 0, u""}, true);
   EXPECT_DOUBLE_EQ(shares(), 30);
   EXPECT_TRUE(user().undoSale(sale(u"ABC.AX")));
   EXPECT_DOUBLE_EQ(shares(), 40);
@@ -442,7 +442,7 @@ TEST_F(CapitalRecordTest, WhatIsAskedOfADayAgainFollowsEditsSalesAndSplits) {
 }
 
 TEST_F(CapitalRecordTest, WhatIsAskedOfAPastDayAgainFollowsItsClose) {
-  user().addBuyEvent(u"ABC.AX", Date(2026, 3, 1), 10, 5, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 3, 1), 10, 5, 0, u""});
   setPrices(u"ABC.AX", Date(2026, 2, 28), m_today, 5);
   update();
   EXPECT_DOUBLE_EQ(record().sharesValueOn(m_yesterday), 50);
@@ -456,13 +456,13 @@ TEST_F(CapitalRecordTest, WhatIsAskedOfAPastDayAgainFollowsItsClose) {
 }
 
 TEST_F(CapitalRecordTest, WhatIsAskedOfADayIsThatOfTheViewDateAndOfTodayAgain) {
-  user().addBuyEvent(u"ABC.AX", Date(2026, 3, 1), 10, 5, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 3, 1), 10, 5, 0, u""});
   setPrices(u"ABC.AX", Date(2026, 2, 28), m_yesterday, 5);
   setPrices(u"ABC.AX", m_today, m_today, 7);
   update();
   EXPECT_DOUBLE_EQ(record().sharesValueOn(Date()), 70);
   Date::setFixedDate(m_yesterday);
-  user().addBuyEvent(u"ABC.AX", m_yesterday, 2, 5, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {m_yesterday, 2, 5, 0, u""});
   update();
   EXPECT_DOUBLE_EQ(record().sharesValueOn(Date()), 60);
   Date::clearFixedDate();
@@ -473,7 +473,7 @@ TEST_F(CapitalRecordTest, WhatIsAskedOfADayIsThatOfTheViewDateAndOfTodayAgain) {
 }
 
 TEST_F(CapitalRecordTest, WhatIsAskedOfAReadRecordIsWhatItHolds) {
-  user().addBuyEvent(u"ABC.AX", m_yesterday, 10, 5, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {m_yesterday, 10, 5, 0, u""});
   setPrices(u"ABC.AX", Date(2026, 2, 28), m_today, 5);
   update();
   record().save();
@@ -488,7 +488,7 @@ TEST_F(CapitalRecordTest, WhatIsAskedOfAReadRecordIsWhatItHolds) {
 class LastDayTest : public CapitalRecordTest {
 protected:
   LastDayTest() {
-    user().addBuyEvent(u"ABC.AX", Date(2026, 2, 26), 100, 10, 0, u"");
+    user().addBuyEvent(u"ABC.AX", {Date(2026, 2, 26), 100, 10, 0, u""});
     setPrices(u"ABC.AX", Date(2026, 2, 25), m_yesterday.plusDays(-1), 10);
     setPrices(u"ABC.AX", m_yesterday, m_today, 8);
     update();

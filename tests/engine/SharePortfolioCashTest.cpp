@@ -30,9 +30,9 @@ TEST_F(CashTest, TheWatcherHearsOfEachChange) {
   user().creditCash(m_today, 100, CASH_EVENT_DEPOSIT, u"");
   user().debitCash(m_today, 10, CASH_EVENT_DEBIT, u"Account fee ");
   EXPECT_EQ(watcher.portfolios, (std::vector<SharePortfolioUser*>{&user(), &user()}));
-  user().buyShares(u"ABC.AX", m_today, 1, 1, 0, u"");
+  user().buyShares(u"ABC.AX", {m_today, 1, 1, 0, u""});
   EXPECT_EQ(watcher.portfolios.size(), 3u);
-  user().editBuyEvent(parcel(u"ABC.AX"), m_today, 2, 1, 0, u"", 1, m_today);
+  user().editBuyEvent(parcel(u"ABC.AX"), {m_today, 2, 1, 0, u""}, 1, m_today);
   EXPECT_EQ(watcher.portfolios.size(), 4u);
   user().deleteBuyEvent(u"ABC.AX", m_today, 2);
   EXPECT_EQ(watcher.portfolios.size(), 5u);
@@ -124,16 +124,16 @@ TEST_F(CashTest, TheWatcherHearsOfEditsDeletionsAndDividends) {
   const auto edit = [this](double drpShares, double drpRate, double oldShares, double oldPrice,
                            double oldValue) {
     auto& event = m_portfolio.dividends()[0];
-    user().editDividend(event, u"ABC.AX", m_today, 100, 0.5, 0, drpShares, drpRate, u"", 0, oldShares,
+    user().editDividend(event, {u"ABC.AX", m_today, 100, 0.5, 0, drpShares, drpRate, u"", 0}, oldShares,
                         oldPrice, oldValue, m_today);
   };
-  EXPECT_EQ(calls([&] { user().receiveDividend(u"ABC.AX", m_today, 100, 0.5, 0, 0, 0, u"", 0); }), 1u);
+  EXPECT_EQ(calls([&] { user().receiveDividend({u"ABC.AX", m_today, 100, 0.5, 0, 0, 0, u"", 0}); }), 1u);
   EXPECT_EQ(calls([&] { edit(0, 0, 0, 0, 50); }), 1u);
   EXPECT_EQ(calls([&] { edit(5, 10, 0, 0, 50); }), 1u);
   EXPECT_EQ(calls([&] { edit(6, 10, 5, 10, 0); }), 0u);
   EXPECT_EQ(calls([&] { edit(0, 0, 6, 10, 0); }), 1u);
   EXPECT_EQ(calls([&] { user().deleteDividend(m_portfolio.dividends()[0]); }), 1u);
-  EXPECT_EQ(calls([&] { user().receiveDividend(u"ABC.AX", m_today, 100, 0.5, 0, 5, 10, u"", 0); }), 0u);
+  EXPECT_EQ(calls([&] { user().receiveDividend({u"ABC.AX", m_today, 100, 0.5, 0, 5, 10, u"", 0}); }), 0u);
   user().creditCash(m_today, 1, CASH_EVENT_DEPOSIT, u"");
   EXPECT_EQ(calls([&] { user().editCashEvent(m_portfolio.cashEvents()[0], m_today, m_today, 2, u""); }), 1u);
   EXPECT_EQ(calls([&] { user().deleteCashEvent(m_portfolio.cashEvents()[0]); }), 1u);
@@ -164,7 +164,7 @@ TEST_F(CashTest, AReserveThatWasNegativeInThePastIsNotWarnedOf) {
 
 TEST_F(CashTest, AFailureIsReportedAndTheNextCheckGoesOn) {
   user().creditCash(Date(2026, 2, 26), 100, CASH_EVENT_DEPOSIT, u"");
-  user().addBuyEvent(u"ABC.AX", Date(2026, 3, 1), 1, 0, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 3, 1), 1, 0, 0, u""});
   user().checkCashReserve();
   const auto errors = m_interaction.texts(Kind::Error);
   ASSERT_EQ(errors.size(), 1u);

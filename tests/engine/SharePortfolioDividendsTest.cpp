@@ -24,16 +24,16 @@ protected:
       text = text + textValue(parcel(code, place), reference) + u'|';
     return text;
   }
-  void receiveInCash() { user().receiveDividend(u"ABC.AX", m_received, 100, 0.5, 100, 0, 0, u"", 0); }
-  void receiveInShares() { user().receiveDividend(u"ABC.AX", m_received, 100, 0.5, 100, 50, 1, u"", 0); }
+  void receiveInCash() { user().receiveDividend({u"ABC.AX", m_received, 100, 0.5, 100, 0, 0, u"", 0}); }
+  void receiveInShares() { user().receiveDividend({u"ABC.AX", m_received, 100, 0.5, 100, 50, 1, u"", 0}); }
   /// Changes the one dividend, found by what it was received as.
   bool editCash(const Date& date, double rate, double drpShares, double drpRate,
                 const String& code = u"ABC.AX") {
-    return user().editDividend(dividend(), code, date, 100, rate, 100, drpShares, drpRate, u"", 0, 0, 0, 50,
+    return user().editDividend(dividend(), {code, date, 100, rate, 100, drpShares, drpRate, u"", 0}, 0, 0, 50,
                                m_received);
   }
   bool editShares(const Date& date, double drpShares, double drpRate, const String& code = u"ABC.AX") {
-    return user().editDividend(dividend(), code, date, 100, 0.5, 100, drpShares, drpRate, u"", 0, 50, 1, 0,
+    return user().editDividend(dividend(), {code, date, 100, 0.5, 100, drpShares, drpRate, u"", 0}, 50, 1, 0,
                                m_received);
   }
   /// Days from the deposit at the month's first to today.
@@ -62,11 +62,11 @@ TEST_F(DividendsTest, NothingLessThanZeroIsRecorded) {
   const String before = encodedPortfolio();
   const auto receiving = [this](double held, double rate, double shares, double price, double tax) {
     const auto receive = [&] {
-      user().receiveDividend(u"ABC.AX", m_received, held, rate, 0, shares, price, u"", tax);
+      user().receiveDividend({u"ABC.AX", m_received, held, rate, 0, shares, price, u"", tax});
     };
     const auto edit = [&] {
-      user().editDividend(dividend(), u"ABC.AX", m_received, held, rate, 0, shares, price, u"", tax, 0, 0, 50,
-                          m_received);
+      user().editDividend(dividend(), {u"ABC.AX", m_received, held, rate, 0, shares, price, u"", tax}, 0, 0,
+                          50, m_received);
     };
     const String message = messageOf(receive);
     EXPECT_EQ(messageOf(edit), message);
@@ -88,7 +88,7 @@ TEST_F(DividendsTest, TheRecordedValuesGiveTheFrankingCredit) {
 }
 
 TEST_F(DividendsTest, EachFieldHasItsDecimals) {
-  user().receiveDividend(u"ABC.AX", m_received, 33.337, 0.12345678, 70, 1.239, 2.34567, u"", 0);
+  user().receiveDividend({u"ABC.AX", m_received, 33.337, 0.12345678, 70, 1.239, 2.34567, u"", 0});
   EXPECT_EQ(dividendText(), String(u"ABC.AX|10/2/2026|33.34|0.123457|70|1.24|2.3457|||"));
 }
 
@@ -102,13 +102,13 @@ TEST_F(DividendsTest, AReinvestedDividendMakesAParcelAndNoCashEntry) {
 }
 
 TEST_F(DividendsTest, SharesThatShowAsNothingAreNoReinvestment) {
-  user().receiveDividend(u"ABC.AX", m_received, 100, 0.5, 100, 0.00004, 1, u"", 0);
+  user().receiveDividend({u"ABC.AX", m_received, 100, 0.5, 100, 0.00004, 1, u"", 0});
   EXPECT_EQ(numParcels(u"ABC.AX"), 0u);
   EXPECT_EQ(numCashEntries(), 1u);
 }
 
 TEST_F(DividendsTest, WithholdingTaxLeavesTheCashGross) {
-  user().receiveDividend(u"ABC.US", m_received, 100, 0.5, 0, 0, 0, u"United States", 5);
+  user().receiveDividend({u"ABC.US", m_received, 100, 0.5, 0, 0, 0, u"United States", 5});
   EXPECT_EQ(dividendText(), String(u"ABC.US|10/2/2026|100.00|0.500000|0|0.00|0.0000|United States|5.00|"));
   EXPECT_EQ(cashEntryText(0), String(u"10/2/2026 1 50.00 DIVIDEND ABC.US @ 0.500000 x 100.00"));
 }
@@ -129,7 +129,7 @@ TEST_F(DividendsTest, ReceivingDropsTheDaysFromItsDate) {
 TEST_F(DividendsTest, EditingACashDividendCarriesItsEntryAlong) {
   user().creditCash(m_received, 50, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
   receiveInCash();
-  EXPECT_TRUE(user().editDividend(dividend(), u"ABC.AX", Date(2026, 2, 20), 200, 0.25, 60, 0, 0, u"Fiji", 3,
+  EXPECT_TRUE(user().editDividend(dividend(), {u"ABC.AX", Date(2026, 2, 20), 200, 0.25, 60, 0, 0, u"Fiji", 3},
                                   0, 0, 50, m_received));
   EXPECT_EQ(dividendText(), String(u"ABC.AX|20/2/2026|200.00|0.250000|60|0.00|0.0000|Fiji|3.00|"));
   ASSERT_EQ(numCashEntries(), 2u);
@@ -138,9 +138,9 @@ TEST_F(DividendsTest, EditingACashDividendCarriesItsEntryAlong) {
 }
 
 TEST_F(DividendsTest, TheEntryIsFoundByTheOldDescription) {
-  user().receiveDividend(u"ABC.AX", m_received, 50, 1, 100, 0, 0, u"", 0); // 50.00 as well, on that day
+  user().receiveDividend({u"ABC.AX", m_received, 50, 1, 100, 0, 0, u"", 0}); // 50.00 as well, on that day
   receiveInCash();
-  EXPECT_TRUE(user().editDividend(dividend(1), u"ABC.AX", m_received, 100, 0.6, 100, 0, 0, u"", 0, 0, 0, 50,
+  EXPECT_TRUE(user().editDividend(dividend(1), {u"ABC.AX", m_received, 100, 0.6, 100, 0, 0, u"", 0}, 0, 0, 50,
                                   m_received));
   EXPECT_EQ(cashEntryText(0), String(u"10/2/2026 1 50.00 DIVIDEND ABC.AX @ 1.000000 x 50.00"));
   EXPECT_EQ(cashEntryText(1), String(u"10/2/2026 1 60.00 DIVIDEND ABC.AX @ 0.600000 x 100.00"));
@@ -197,8 +197,8 @@ TEST_F(DividendsTest, ACashDividendMayChangeItsStock) {
 }
 
 TEST_F(DividendsTest, CountryAndTaxCantBeCleared) {
-  user().receiveDividend(u"ABC.US", m_received, 100, 0.5, 0, 0, 0, u"United States", 5);
-  EXPECT_TRUE(user().editDividend(dividend(), u"ABC.US", m_received, 100, 0.5, 0, 0, 0, u"", 0, 0, 0, 50,
+  user().receiveDividend({u"ABC.US", m_received, 100, 0.5, 0, 0, 0, u"United States", 5});
+  EXPECT_TRUE(user().editDividend(dividend(), {u"ABC.US", m_received, 100, 0.5, 0, 0, 0, u"", 0}, 0, 0, 50,
                                   m_received));
   EXPECT_EQ(dividendText(), String(u"ABC.US|10/2/2026|100.00|0.500000|0|0.00|0.0000|United States|5.00|"));
 }
@@ -219,7 +219,7 @@ TEST_F(DividendsTest, APurchaseIsNotTakenForTheParcelOfADividend) {
   const auto editMissesParcel = [this](const Date& date, double number, double price, double brokerage,
                                        const String& comment) {
     user().removeHeldShare(u"ABC.AX");
-    user().addBuyEvent(u"ABC.AX", date, number, price, brokerage, comment);
+    user().addBuyEvent(u"ABC.AX", {date, number, price, brokerage, comment});
     const String before = parcelText(u"ABC.AX");
     const bool missed = !editShares(m_received, 60, 2);
     return missed && parcelText(u"ABC.AX") == before && numParcels(u"ABC.AX") == 1;
@@ -242,7 +242,7 @@ TEST_F(DividendsTest, AReinvestedDividendTakenInCashLosesItsParcelAndItsStock) {
 }
 
 TEST_F(DividendsTest, TakenInCashTheOtherParcelsStay) {
-  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 1), 100, 10, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 1), 100, 10, 0, u""});
   receiveInShares();
   EXPECT_TRUE(editShares(m_received, 0, 0));
   ASSERT_EQ(numParcels(u"ABC.AX"), 1u);
@@ -280,17 +280,19 @@ TEST_F(DividendsTest, EditingDropsTheDaysFromTheEarliestDate) {
   EXPECT_TRUE(record().hasDayCap(m_received.plusDays(-1)));
   EXPECT_FALSE(record().hasDayCap(m_received));
   record().update(user());
-  EXPECT_TRUE(user().editDividend(dividend(), u"ABC.AX", Date(2026, 2, 5), 100, 0.5, 100, 0, 0, u"", 0, 0, 0,
-                                  50, Date(2026, 2, 20)));
+  EXPECT_TRUE(user().editDividend(dividend(), {u"ABC.AX", Date(2026, 2, 5), 100, 0.5, 100, 0, 0, u"", 0}, 0,
+                                  0, 50, Date(2026, 2, 20)));
   EXPECT_TRUE(record().hasDayCap(Date(2026, 2, 4)));
   EXPECT_FALSE(record().hasDayCap(Date(2026, 2, 5)));
 }
 
 TEST_F(DividendsTest, EditingMayBeGivenTheTextsOfTheRecordItself) {
-  user().receiveDividend(u"ABC.US", m_received, 100, 0.5, 0, 0, 0, u"United States", 5);
+  user().receiveDividend({u"ABC.US", m_received, 100, 0.5, 0, 0, 0, u"United States", 5});
   XMLDividendEvent& event = dividend();
-  EXPECT_TRUE(user().editDividend(event, textValue(event, u"Code"), m_received, 100, 0.6, 0, 0, 0,
-                                  textValue(event, u"ForeignDividend"), 6, 0, 0, 50, m_received));
+  EXPECT_TRUE(user().editDividend(
+      event,
+      {textValue(event, u"Code"), m_received, 100, 0.6, 0, 0, 0, textValue(event, u"ForeignDividend"), 6}, 0,
+      0, 50, m_received));
   EXPECT_EQ(dividendText(), String(u"ABC.US|10/2/2026|100.00|0.600000|0|0.00|0.0000|United States|6.00|"));
 }
 
@@ -326,7 +328,7 @@ TEST_F(DividendsTest, TheEntryToDeleteIsKnownByItsStart) {
 }
 
 TEST_F(DividendsTest, DeletingAReinvestedDividendTakesItsParcel) {
-  user().addBuyEvent(u"ABC.AX", m_received, 50, 2, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {m_received, 50, 2, 0, u""});
   receiveInShares();
   EXPECT_TRUE(user().deleteDividend(dividend()));
   ASSERT_EQ(numParcels(u"ABC.AX"), 1u);
@@ -343,7 +345,7 @@ TEST_F(DividendsTest, TheParcelToDeleteIsKnownByDatePriceToTheCentAndNumber) {
     m_portfolio.subElement(u"Dividends").removeSubElements(u"DividendEvents");
     receiveInShares();
     user().removeHeldShare(u"ABC.AX");
-    user().addBuyEvent(u"ABC.AX", date, number, price, 30, u"bought");
+    user().addBuyEvent(u"ABC.AX", {date, number, price, 30, u"bought"});
     const bool found = user().deleteDividend(dividend());
     EXPECT_EQ(numParcels(u"ABC.AX"), found ? 0u : 1u);
     EXPECT_EQ(numDividends(), 0u);
@@ -367,7 +369,7 @@ TEST_F(DividendsTest, DeletingWithoutTheLinkStillRemovesTheDividend) {
 
 TEST_F(DividendsTest, TheOneThatIsMeantIsDeleted) {
   receiveInCash();
-  user().receiveDividend(u"XYZ.AX", m_received, 10, 1, 0, 0, 0, u"", 0);
+  user().receiveDividend({u"XYZ.AX", m_received, 10, 1, 0, 0, 0, u"", 0});
   EXPECT_TRUE(user().deleteDividend(dividend(1)));
   ASSERT_EQ(numDividends(), 1u);
   EXPECT_EQ(textValue(dividend(), u"Code"), String(u"ABC.AX"));

@@ -7,7 +7,7 @@ namespace {
 class PurchasesTest : public EngineTest {};
 
 TEST_F(PurchasesTest, BuyingRecordsParcelAndCashEntry) {
-  user().buyShares(u"ABC.AX", Date(2026, 2, 1), 100, 12.34, 30, u"first");
+  user().buyShares(u"ABC.AX", {Date(2026, 2, 1), 100, 12.34, 30, u"first"});
 
   const auto& event = parcel(u"ABC.AX");
   EXPECT_EQ(textValue(event, u"BuyDate"), String(u"1/2/2026"));
@@ -20,50 +20,51 @@ TEST_F(PurchasesTest, BuyingRecordsParcelAndCashEntry) {
 }
 
 TEST_F(PurchasesTest, CostTakesTheBrokerageAsRecorded) {
-  user().buyShares(u"ABC.AX", m_today, 10, 1, 0.004, u"");
+  user().buyShares(u"ABC.AX", {m_today, 10, 1, 0.004, u""});
   EXPECT_EQ(textValue(parcel(u"ABC.AX"), u"Brokerage"), String(u"0.00"));
   EXPECT_EQ(cashEntryText(0), String(u"3/3/2026 2 10.00 BUY 10.00 of ABC.AX @ 1.0000"));
 }
 
 TEST_F(PurchasesTest, EmptyCommentLeavesTheDefault) {
-  user().buyShares(u"ABC.AX", m_today, 10, 1, 0, u"");
+  user().buyShares(u"ABC.AX", {m_today, 10, 1, 0, u""});
   ASSERT_EQ(parcel(u"ABC.AX").numSubElements(u"Comment"), 1u);
   EXPECT_EQ(textValue(parcel(u"ABC.AX"), u"Comment"), String());
 }
 
 TEST_F(PurchasesTest, ParcelsStandInTheOrderOfEntry) {
-  user().buyShares(u"ABC.AX", Date(2026, 2, 1), 1, 1, 0, u"");
-  user().buyShares(u"ABC.AX", Date(2026, 1, 1), 2, 1, 0, u"");
+  user().buyShares(u"ABC.AX", {Date(2026, 2, 1), 1, 1, 0, u""});
+  user().buyShares(u"ABC.AX", {Date(2026, 1, 1), 2, 1, 0, u""});
   ASSERT_EQ(numParcels(u"ABC.AX"), 2u);
   EXPECT_EQ(textValue(parcel(u"ABC.AX", 0), u"NumHeld"), String(u"1.00"));
   EXPECT_EQ(textValue(parcel(u"ABC.AX", 1), u"NumHeld"), String(u"2.00"));
 }
 
 TEST_F(PurchasesTest, NothingLessThanZeroIsRecorded) {
-  user().buyShares(u"ABC.AX", m_today, 10, 1, 0, u"");
+  user().buyShares(u"ABC.AX", {m_today, 10, 1, 0, u""});
   const String before = encodedPortfolio();
   const auto buying = [this](double number, double price, double brokerage) {
-    return messageOf([=, this] { user().buyShares(u"XYZ.AX", m_today, number, price, brokerage, u""); });
+    return messageOf([=, this] { user().buyShares(u"XYZ.AX", {m_today, number, price, brokerage, u""}); });
   };
   EXPECT_EQ(buying(-1, 1, 1), u"The number of shares can't be less than zero.");
   EXPECT_EQ(buying(1, -1, 1), u"The share price can't be less than zero.");
   EXPECT_EQ(buying(1, 1, -1), u"The brokerage can't be less than zero.");
-  EXPECT_EQ(
-      messageOf([this] { user().editBuyEvent(parcel(u"ABC.AX"), m_today, 10, -1, 0, u"", 10, m_today); }),
-      u"The share price can't be less than zero.");
+  EXPECT_EQ(messageOf([this] {
+              user().editBuyEvent(parcel(u"ABC.AX"), {m_today, 10, -1, 0, u""}, 10, m_today);
+            }),
+            u"The share price can't be less than zero.");
   EXPECT_EQ(encodedPortfolio(), before);
 }
 
 TEST_F(PurchasesTest, AddBuyEventMakesNoCashEntry) {
-  XMLBuyEvent& event = user().addBuyEvent(u"ABC.AX", m_today, 5, 2, 0, u"");
+  XMLBuyEvent& event = user().addBuyEvent(u"ABC.AX", {m_today, 5, 2, 0, u""});
   EXPECT_EQ(&event, &parcel(u"ABC.AX"));
   EXPECT_EQ(numCashEntries(), 0u);
 }
 
 TEST_F(PurchasesTest, TheFirstStockHeldDecidesTheMarket) {
   EXPECT_FALSE(user().isOfAnotherMarket(u"XYZ.L"));
-  user().buyShares(u"ABC.AX", m_today, 1, 1, 0, u"");
-  user().buyShares(u"XYZ.L", m_today, 1, 1, 0, u"");
+  user().buyShares(u"ABC.AX", {m_today, 1, 1, 0, u""});
+  user().buyShares(u"XYZ.L", {m_today, 1, 1, 0, u""});
   EXPECT_FALSE(user().isOfAnotherMarket(u"DEF.AX"));
   EXPECT_TRUE(user().isOfAnotherMarket(u"DEF.L"));
   EXPECT_TRUE(user().isOfAnotherMarket(u"XYZ"));
@@ -71,20 +72,20 @@ TEST_F(PurchasesTest, TheFirstStockHeldDecidesTheMarket) {
 }
 
 TEST_F(PurchasesTest, MarketIsWhatStandsBehindTheFirstPoint) {
-  user().buyShares(u"ABC.AX", m_today, 1, 1, 0, u"");
+  user().buyShares(u"ABC.AX", {m_today, 1, 1, 0, u""});
   EXPECT_TRUE(user().isOfAnotherMarket(u"ABC.B.AX"));
 }
 
 TEST_F(PurchasesTest, DeletingTakesParcelStockAndCashEntry) {
-  user().buyShares(u"ABC.AX", Date(2026, 2, 1), 100, 12.34, 30, u"");
+  user().buyShares(u"ABC.AX", {Date(2026, 2, 1), 100, 12.34, 30, u""});
   EXPECT_TRUE(user().deleteBuyEvent(u"ABC.AX", Date(2026, 2, 1), 100));
   EXPECT_EQ(user().findHeldShare(u"ABC.AX"), nullptr);
   EXPECT_EQ(numCashEntries(), 0u);
 }
 
 TEST_F(PurchasesTest, DeletingTakesTheFirstOfTwinParcels) {
-  user().buyShares(u"ABC.AX", m_today, 10, 1, 0, u"one");
-  user().buyShares(u"ABC.AX", m_today, 10, 2, 0, u"two");
+  user().buyShares(u"ABC.AX", {m_today, 10, 1, 0, u"one"});
+  user().buyShares(u"ABC.AX", {m_today, 10, 2, 0, u"two"});
   EXPECT_TRUE(user().deleteBuyEvent(u"ABC.AX", m_today, 10));
   ASSERT_EQ(numParcels(u"ABC.AX"), 1u);
   EXPECT_EQ(textValue(parcel(u"ABC.AX"), u"Comment"), String(u"two"));
@@ -93,7 +94,7 @@ TEST_F(PurchasesTest, DeletingTakesTheFirstOfTwinParcels) {
 }
 
 TEST_F(PurchasesTest, DeletingMatchesTheAdjustedNumberAndTheCostAsBought) {
-  user().buyShares(u"ABC.AX", Date(2026, 1, 1), 100, 10, 30, u"");
+  user().buyShares(u"ABC.AX", {Date(2026, 1, 1), 100, 10, 30, u""});
   addAdjustment(parcel(u"ABC.AX"), Date(2026, 2, 1), 2);
   EXPECT_FALSE(user().deleteBuyEvent(u"ABC.AX", Date(2026, 1, 1), 100));
   EXPECT_EQ(numParcels(u"ABC.AX"), 1u);
@@ -103,7 +104,7 @@ TEST_F(PurchasesTest, DeletingMatchesTheAdjustedNumberAndTheCostAsBought) {
 
 TEST_F(PurchasesTest, DeletingWhatIsNotThereDoesNothing) {
   EXPECT_FALSE(user().deleteBuyEvent(u"ABC.AX", m_today, 1));
-  user().buyShares(u"ABC.AX", m_today, 10, 1, 0, u"");
+  user().buyShares(u"ABC.AX", {m_today, 10, 1, 0, u""});
   const String before = encodedPortfolio();
   EXPECT_FALSE(user().deleteBuyEvent(u"ABC.AX", m_today, 11));
   EXPECT_FALSE(user().deleteBuyEvent(u"ABC.AX", Date(2026, 3, 2), 10));
@@ -111,7 +112,7 @@ TEST_F(PurchasesTest, DeletingWhatIsNotThereDoesNothing) {
 }
 
 TEST_F(PurchasesTest, DeletingWithoutItsCashEntryIsToldAndDeletesTheParcel) {
-  user().addBuyEvent(u"ABC.AX", m_today, 10, 1, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {m_today, 10, 1, 0, u""});
   user().debitCash(m_today, 10, CASH_EVENT_DEBIT, u"BUY 10.00 of XYZ.AX @ 1.0000");
   user().creditCash(m_today, 10, CASH_EVENT_CREDIT, u"BUY 10.00 of ABC.AX @ 1.0000");
   EXPECT_FALSE(user().deleteBuyEvent(u"ABC.AX", m_today, 10));
@@ -120,16 +121,16 @@ TEST_F(PurchasesTest, DeletingWithoutItsCashEntryIsToldAndDeletesTheParcel) {
 }
 
 TEST_F(PurchasesTest, DeletingMayBeGivenTheCodeOfTheRecordItself) {
-  user().buyShares(u"ABC.AX", m_today, 10, 1, 0, u"");
+  user().buyShares(u"ABC.AX", {m_today, 10, 1, 0, u""});
   const String& code = textValue(*user().findHeldShare(u"ABC.AX"), u"Code");
   EXPECT_TRUE(user().deleteBuyEvent(code, m_today, 10));
   EXPECT_EQ(numParcels(u"ABC.AX"), 0u);
 }
 
 TEST_F(PurchasesTest, EditingCarriesTheCashEntryAlong) {
-  user().buyShares(u"ABC.AX", Date(2026, 2, 1), 100, 12.34, 30, u"old");
-  EXPECT_TRUE(
-      user().editBuyEvent(parcel(u"ABC.AX"), Date(2026, 2, 5), 50, 10.5, 20, u"new", 1264, Date(2026, 2, 1)));
+  user().buyShares(u"ABC.AX", {Date(2026, 2, 1), 100, 12.34, 30, u"old"});
+  EXPECT_TRUE(user().editBuyEvent(parcel(u"ABC.AX"), {Date(2026, 2, 5), 50, 10.5, 20, u"new"}, 1264,
+                                  Date(2026, 2, 1)));
   const auto& event = parcel(u"ABC.AX");
   EXPECT_EQ(textValue(event, u"BuyDate"), String(u"5/2/2026"));
   EXPECT_EQ(textValue(event, u"NumHeld"), String(u"50.00"));
@@ -140,23 +141,23 @@ TEST_F(PurchasesTest, EditingCarriesTheCashEntryAlong) {
 }
 
 TEST_F(PurchasesTest, ACommentCannotBeClearedByAnEdit) {
-  user().buyShares(u"ABC.AX", m_today, 1, 1, 0, u"stays");
-  user().editBuyEvent(parcel(u"ABC.AX"), m_today, 1, 1, 0, u"", 1, m_today);
+  user().buyShares(u"ABC.AX", {m_today, 1, 1, 0, u"stays"});
+  user().editBuyEvent(parcel(u"ABC.AX"), {m_today, 1, 1, 0, u""}, 1, m_today);
   EXPECT_EQ(textValue(parcel(u"ABC.AX"), u"Comment"), String(u"stays"));
 }
 
 TEST_F(PurchasesTest, EditingWithAnotherOldCostLeavesTheCash) {
-  user().buyShares(u"ABC.AX", m_today, 10, 1, 0, u"");
+  user().buyShares(u"ABC.AX", {m_today, 10, 1, 0, u""});
   const String before = cashEntryText(0);
-  EXPECT_FALSE(user().editBuyEvent(parcel(u"ABC.AX"), m_today, 20, 1, 0, u"", 11, m_today));
-  EXPECT_FALSE(user().editBuyEvent(parcel(u"ABC.AX"), m_today, 20, 1, 0, u"", 0, m_today));
+  EXPECT_FALSE(user().editBuyEvent(parcel(u"ABC.AX"), {m_today, 20, 1, 0, u""}, 11, m_today));
+  EXPECT_FALSE(user().editBuyEvent(parcel(u"ABC.AX"), {m_today, 20, 1, 0, u""}, 0, m_today));
   EXPECT_EQ(cashEntryText(0), before);
   EXPECT_EQ(textValue(parcel(u"ABC.AX"), u"NumHeld"), String(u"20.00"));
 }
 
 TEST_F(PurchasesTest, RemovingAStockLeavesItsCash) {
-  user().buyShares(u"ABC.AX", m_today, 10, 1, 0, u"");
-  user().buyShares(u"DEF.AX", m_today, 10, 1, 0, u"");
+  user().buyShares(u"ABC.AX", {m_today, 10, 1, 0, u""});
+  user().buyShares(u"DEF.AX", {m_today, 10, 1, 0, u""});
   user().removeHeldShare(u"ABC.AX");
   user().removeHeldShare(u"NONE.AX");
   EXPECT_EQ(user().findHeldShare(u"ABC.AX"), nullptr);
@@ -165,7 +166,7 @@ TEST_F(PurchasesTest, RemovingAStockLeavesItsCash) {
 }
 
 TEST_F(PurchasesTest, LimitsAreStoredAsTexts) {
-  user().buyShares(u"ABC.AX", m_today, 10, 1, 0, u"");
+  user().buyShares(u"ABC.AX", {m_today, 10, 1, 0, u""});
   XMLHeldShare& stock = *user().findHeldShare(u"ABC.AX");
   user().setMinMax(stock, 1.23456, 20);
   user().setPortfolioMax(stock, 1000.005);
@@ -176,17 +177,17 @@ TEST_F(PurchasesTest, LimitsAreStoredAsTexts) {
 
 TEST_F(PurchasesTest, EditingMayBeGivenTheCommentOfTheRecordItself) {
   const String comment = u"a comment that is too long to be kept in place";
-  XMLBuyEvent& event = user().addBuyEvent(u"ABC.AX", m_today, 10, 1, 0, comment);
-  user().editBuyEvent(event, m_today, 20, 1, 0, textValue(event, u"Comment"), 10, m_today);
+  XMLBuyEvent& event = user().addBuyEvent(u"ABC.AX", {m_today, 10, 1, 0, comment});
+  user().editBuyEvent(event, {m_today, 20, 1, 0, textValue(event, u"Comment")}, 10, m_today);
   EXPECT_EQ(textValue(event, u"Comment"), comment);
 }
 
 TEST_F(PurchasesTest, ANumberThatWasNotEditedKeepsItsDigits) {
-  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 1), 100, 10, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 1), 100, 10, 0, u""});
   parcel(u"ABC.AX").subElement(u"NumHeld").setValue(u"12.3456");
-  user().editBuyEvent(parcel(u"ABC.AX"), Date(2026, 1, 2), 12.3456, 11, 0, u"", 0, Date(2026, 1, 1));
+  user().editBuyEvent(parcel(u"ABC.AX"), {Date(2026, 1, 2), 12.3456, 11, 0, u""}, 0, Date(2026, 1, 1));
   EXPECT_EQ(textValue(parcel(u"ABC.AX"), u"NumHeld"), String(u"12.3456"));
-  user().editBuyEvent(parcel(u"ABC.AX"), Date(2026, 1, 2), 12.3457, 11, 0, u"", 0, Date(2026, 1, 1));
+  user().editBuyEvent(parcel(u"ABC.AX"), {Date(2026, 1, 2), 12.3457, 11, 0, u""}, 0, Date(2026, 1, 1));
   EXPECT_EQ(textValue(parcel(u"ABC.AX"), u"NumHeld"), String(u"12.35"));
 }
 

@@ -23,7 +23,7 @@ protected:
 
   /// Two prices in a row for a stock bought well before.
   void setJump(double before, double after) {
-    user().addBuyEvent(u"ABC.AX", Date(2026, 1, 1), 100, 10, 0, u"");
+    user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 1), 100, 10, 0, u""});
     setPrice(u"ABC.AX", m_eve, before);
     setPrice(u"ABC.AX", m_splitDay, after);
   }
@@ -33,7 +33,7 @@ protected:
 };
 
 TEST_F(SplitsTest, AFactorCountsFromItsStartDate) {
-  XMLBuyEvent& event = user().addBuyEvent(u"ABC.AX", Date(2006, 3, 1), 100, 10, 0, u"");
+  XMLBuyEvent& event = user().addBuyEvent(u"ABC.AX", {Date(2006, 3, 1), 100, 10, 0, u""});
   addAdjustment(event, Date(2006, 3, 10), 2);
   EXPECT_DOUBLE_EQ(asOf(event, Date(2006, 3, 9)).number, 100);
   EXPECT_DOUBLE_EQ(asOf(event, Date(2006, 3, 9)).price, 10);
@@ -43,7 +43,7 @@ TEST_F(SplitsTest, AFactorCountsFromItsStartDate) {
 }
 
 TEST_F(SplitsTest, FactorsMultiplyDivideOrLeaveAlone) {
-  XMLBuyEvent& event = user().addBuyEvent(u"ABC.AX", Date(2006, 3, 1), 100, 10, 0, u"");
+  XMLBuyEvent& event = user().addBuyEvent(u"ABC.AX", {Date(2006, 3, 1), 100, 10, 0, u""});
   addAdjustment(event, Date(2006, 3, 10), -4);
   EXPECT_DOUBLE_EQ(asOf(event, Date(2006, 3, 10)).number, 25);
   EXPECT_DOUBLE_EQ(asOf(event, Date(2006, 3, 10)).price, 40);
@@ -55,7 +55,7 @@ TEST_F(SplitsTest, FactorsMultiplyDivideOrLeaveAlone) {
 }
 
 TEST_F(SplitsTest, AParcelBoughtOnTheDayIsNotAdjusted) {
-  XMLBuyEvent& event = user().addBuyEvent(u"ABC.AX", Date(2006, 3, 10), 100, 10, 0, u"");
+  XMLBuyEvent& event = user().addBuyEvent(u"ABC.AX", {Date(2006, 3, 10), 100, 10, 0, u""});
   addAdjustment(event, Date(2006, 3, 10), 2);
   EXPECT_DOUBLE_EQ(asOf(event, Date(2006, 3, 10)).number, 100);
   EXPECT_DOUBLE_EQ(asOf(event, Date(2006, 3, 11)).number, 200);
@@ -73,7 +73,7 @@ TEST_F(SplitsTest, ASoldParcelIsAdjustedOnlyWhileItWasHeld) {
 
 TEST_F(SplitsTest, LooksForAdjustmentsOfAVeryDay) {
   EXPECT_FALSE(user().hasHeldAdjustment(u"ABC.AX", m_splitDay));
-  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 1), 100, 10, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 1), 100, 10, 0, u""});
   addAdjustment(parcel(u"ABC.AX"), m_splitDay, 2);
   EXPECT_TRUE(user().hasHeldAdjustment(u"ABC.AX", m_splitDay));
   EXPECT_FALSE(user().hasHeldAdjustment(u"ABC.AX", m_eve));
@@ -113,7 +113,7 @@ TEST_F(SplitsTest, AJumpWithinATenthOfAWholeRatioIsPutToTheUser) {
                         {10, 11, u""},      {1, 1.5, u""},     {0.02, 0.011, u"2:1"}, {0.02, 0.0115, u""},
                         {200, 10, u"20:1"}, {10, 7.3, u"3:2"}, {10, 6.67, u"3:2"},    {10, 6.07, u"3:2"},
                         {10, 4.41, u"5:2"}, {10, 4, u"5:2"},   {10, 3.7, u"5:2"},     {10, 2.85, u"4:1"}};
-  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 1), 100, 10, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 1), 100, 10, 0, u""});
   for (const Jump& jump : jumps) {
     SCOPED_TRACE(jump.before);
     SCOPED_TRACE(jump.after);
@@ -259,7 +259,7 @@ TEST_F(SplitsTest, ACancelledMergeIsRecordedAsMinusOne) {
 
 TEST_F(SplitsTest, TheAnswerGoesToWhatWasHeldAcrossTheDay) {
   setJump(10.00, 4.90);
-  user().addBuyEvent(u"ABC.AX", m_splitDay, 1, 1, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {m_splitDay, 1, 1, 0, u""});
   addSale(u"ABC.AX", Date(2026, 1, 1), m_today, 1, 1, 1);
   addSale(u"ABC.AX", Date(2026, 1, 1), m_splitDay, 1, 1, 1);
   addSale(u"ABC.AX", m_splitDay, m_today, 1, 1, 1);
@@ -273,7 +273,7 @@ TEST_F(SplitsTest, TheAnswerGoesToWhatWasHeldAcrossTheDay) {
 }
 
 TEST_F(SplitsTest, AnAdjustmentOfTheDayIsOverwritten) {
-  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 1), 100, 10, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 1), 100, 10, 0, u""});
   user().recordAdjustment(u"ABC.AX", m_splitDay, 2, false);
   user().recordAdjustment(u"ABC.AX", m_today, 5, false);
   user().recordAdjustment(u"ABC.AX", m_splitDay, 3, true);
@@ -297,7 +297,7 @@ TEST_F(SplitsTest, AnAnswerCountsForItsOwnDayAndForWhatWasHeld) {
 }
 
 TEST_F(SplitsTest, NoSplitIsSuspectedAgainstAStandIn) {
-  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 1), 100, 10, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 1), 100, 10, 0, u""});
   setPrice(u"ABC.AX", m_splitDay, 4.9);
   EXPECT_DOUBLE_EQ(user().priceWithSplitCheck(u"ABC.AX", m_splitDay), 4.9) << "yesterday's is the purchase's";
   setPrice(u"ABC.AX", m_eve.plusDays(-3), 10);

@@ -6,8 +6,8 @@ namespace {
 class SharePortfolioUserTest : public EngineTest {};
 
 TEST_F(SharePortfolioUserTest, FindsStocksByTheirWholeCode) {
-  user().addBuyEvent(u"ABC.AX", m_today, 1, 1, 0, u"");
-  user().addBuyEvent(u"AB.AX", m_today, 1, 1, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {m_today, 1, 1, 0, u""});
+  user().addBuyEvent(u"AB.AX", {m_today, 1, 1, 0, u""});
   addSale(u"SOLD.AX", Date(2026, 1, 1), m_today, 1, 1, 1);
   const SharePortfolioUser& constUser = user();
   EXPECT_EQ(textValue(*user().findHeldShare(u"AB.AX"), u"Code"), String(u"AB.AX"));
@@ -21,7 +21,7 @@ TEST_F(SharePortfolioUserTest, FindsStocksByTheirWholeCode) {
 
 TEST_F(SharePortfolioUserTest, StartsAtTheEarliestPurchaseOrCashEvent) {
   EXPECT_EQ(user().portfolioStartDate(), m_today);
-  user().addBuyEvent(u"ABC.AX", Date(2026, 2, 3), 1, 1, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 2, 3), 1, 1, 0, u""});
   EXPECT_EQ(user().portfolioStartDate(), Date(2026, 2, 3));
   user().creditCash(Date(2026, 2, 2), 1, CASH_EVENT_DEPOSIT, u"");
   EXPECT_EQ(user().portfolioStartDate(), Date(2026, 2, 2));
@@ -36,9 +36,9 @@ TEST_F(SharePortfolioUserTest, AnEmptyPortfolioStartsOnTheViewDate) {
 
 TEST_F(SharePortfolioUserTest, CountsSharesAdjustedForSplits) {
   EXPECT_EQ(user().numHeld(u"ABC.AX"), 0.0);
-  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 1), 100, 10, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 1), 100, 10, 0, u""});
   addAdjustment(parcel(u"ABC.AX"), Date(2026, 2, 1), 2);
-  user().addBuyEvent(u"ABC.AX", Date(2026, 2, 15), 50, 5, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 2, 15), 50, 5, 0, u""});
   EXPECT_DOUBLE_EQ(user().numHeld(u"ABC.AX"), 250);
   Date::setFixedDate(Date(2026, 1, 31));
   EXPECT_DOUBLE_EQ(user().numHeld(u"ABC.AX"), 150);
@@ -46,17 +46,17 @@ TEST_F(SharePortfolioUserTest, CountsSharesAdjustedForSplits) {
 
 TEST_F(SharePortfolioUserTest, NearestRecordedPriceLooksAtPurchasesAndBothEndsOfSales) {
   EXPECT_EQ(user().nearestRecordedPrice(u"ABC.AX", m_today), 0.0);
-  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 10), 1, 10, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 10), 1, 10, 0, u""});
   addSale(u"ABC.AX", Date(2026, 1, 1), Date(2026, 1, 31), 1, 20, 30);
-  user().addBuyEvent(u"DEF.AX", Date(2026, 1, 20), 1, 99, 0, u"");
+  user().addBuyEvent(u"DEF.AX", {Date(2026, 1, 20), 1, 99, 0, u""});
   EXPECT_DOUBLE_EQ(user().nearestRecordedPrice(u"ABC.AX", Date(2025, 1, 1)), 20);
   EXPECT_DOUBLE_EQ(user().nearestRecordedPrice(u"ABC.AX", Date(2026, 1, 11)), 10);
   EXPECT_DOUBLE_EQ(user().nearestRecordedPrice(u"ABC.AX", m_today), 30);
 }
 
 TEST_F(SharePortfolioUserTest, TheFirstOfEquallyNearPricesWins) {
-  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 10), 1, 10, 0, u"");
-  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 12), 1, 12, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 10), 1, 10, 0, u""});
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 12), 1, 12, 0, u""});
   addSale(u"ABC.AX", Date(2026, 1, 10), Date(2026, 1, 12), 1, 20, 30);
   EXPECT_DOUBLE_EQ(user().nearestRecordedPrice(u"ABC.AX", Date(2026, 1, 11)), 10);
 }
@@ -78,13 +78,13 @@ TEST_F(SharePortfolioUserTest, APastPriceIsTheCaches) {
 }
 
 TEST_F(SharePortfolioUserTest, AMissingPriceFallsBackOnTheRecords) {
-  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 10), 1, 10, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 10), 1, 10, 0, u""});
   EXPECT_DOUBLE_EQ(user().sharePriceFor(u"ABC.AX", Date(2026, 2, 2), false), 10);
   EXPECT_DOUBLE_EQ(user().sharePriceFor(u"ABC.AX", m_today, false), 10);
 }
 
 TEST_F(SharePortfolioUserTest, TheLastKnownCloseStandsInBeforeAnyTransaction) {
-  user().addBuyEvent(u"ABC.AX", Date(2026, 2, 1), 1, 10, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 2, 1), 1, 10, 0, u""});
   setPrice(u"ABC.AX", Date(2025, 6, 2), 7);
   const DayPrice price = user().dayPriceFor(u"ABC.AX", Date(2026, 2, 2), false);
   EXPECT_DOUBLE_EQ(price.price, 7);
@@ -96,7 +96,7 @@ TEST_F(SharePortfolioUserTest, TheLastKnownCloseStandsInBeforeAnyTransaction) {
 }
 
 TEST_F(SharePortfolioUserTest, AStandInIsInSharesOfTheDay) {
-  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 1), 1, 10, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 1), 1, 10, 0, u""});
   user().recordAdjustments(u"ABC.AX", Date(2026, 2, 10), {3, -2});
   EXPECT_DOUBLE_EQ(user().sharePriceFor(u"ABC.AX", Date(2026, 2, 9), false), 10);
   EXPECT_DOUBLE_EQ(user().sharePriceFor(u"ABC.AX", Date(2026, 2, 10), false), 10 / 1.5);
@@ -109,7 +109,7 @@ TEST_F(SharePortfolioUserTest, NoPriceAtAllThrows) {
   EXPECT_EQ(messageOf([this] { user().sharePriceFor(u"ABC.AX", Date(2026, 2, 3), false); }),
             u"SharePortfolioUser::sharePriceFor - could not get price for ABC.AX at " +
                 Date(2026, 2, 3).toString(DATE_DISPLAY_LOCAL));
-  user().addBuyEvent(u"ABC.AX", Date(2026, 1, 10), 1, 0.00004, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 10), 1, 0.00004, 0, u""});
   EXPECT_FALSE(messageOf([this] { user().sharePriceFor(u"ABC.AX", Date(2026, 2, 3), false); }).empty());
 }
 
@@ -125,7 +125,7 @@ TEST_F(SharePortfolioUserTest, FiguresOfADayWithoutRecord) {
 
 TEST_F(SharePortfolioUserTest, FiguresOfToday) {
   user().creditCash(Date(2026, 3, 1), 500, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
-  user().addBuyEvent(u"ABC.AX", Date(2026, 3, 1), 100, 10, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 3, 1), 100, 10, 0, u""});
   setPrices(u"ABC.AX", Date(2026, 2, 1), m_today, 12);
   user().checkCashReserve();
   EXPECT_DOUBLE_EQ(user().sharesValueToday(), 1200);
@@ -134,7 +134,7 @@ TEST_F(SharePortfolioUserTest, FiguresOfToday) {
 }
 
 TEST_F(SharePortfolioUserTest, DailyGainLeavesOutMoneyFromOutside) {
-  user().addBuyEvent(u"ABC.AX", Date(2026, 2, 1), 100, 10, 0, u"");
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 2, 1), 100, 10, 0, u""});
   setPrices(u"ABC.AX", Date(2026, 1, 31), Date(2026, 3, 2), 10);
   setPrice(u"ABC.AX", m_today, 11);
   user().creditCash(m_today, 100, CASH_EVENT_DEPOSIT, u"DEPOSIT ");

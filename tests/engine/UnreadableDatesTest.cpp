@@ -11,7 +11,7 @@ protected:
     element.setPortfolioName(u"Damaged");
     m_damaged = std::make_unique<SharePortfolioUser>(element);
     for (const char16_t* code : {u"ABC.AX", u"DEF.AX"}) {
-      m_damaged->addBuyEvent(code, Date(2026, 3, 1), 10, 5, 0, u"");
+      m_damaged->addBuyEvent(code, {Date(2026, 3, 1), 10, 5, 0, u""});
       setPrices(code, Date(2026, 2, 1), m_today, 5);
     }
     m_damaged->creditCash(Date(2026, 3, 1), 100, CASH_EVENT_DEPOSIT, u"");
@@ -57,9 +57,9 @@ TEST_F(UnreadableDatesTest, OneCostsItsEntryAlone) {
 }
 
 TEST_F(UnreadableDatesTest, EveryKindOfEntryIsFound) {
-  m_damaged->receiveDividend(u"DEF.AX", Date(2026, 3, 2), 10, 1, 0, 0, 0, String(), 0);
-  m_damaged->sellShares(u"DEF.AX", Date(2026, 3, 2), 5, 5, 0, true, u"");
-  m_damaged->addBuyEvent(u"GHI.AX", Date(2026, 2, 1), 10, 5, 0, u"");
+  m_damaged->receiveDividend({u"DEF.AX", Date(2026, 3, 2), 10, 1, 0, 0, 0, String(), 0});
+  m_damaged->sellShares(u"DEF.AX", {Date(2026, 3, 2), 5, 5, 0, u""}, true);
+  m_damaged->addBuyEvent(u"GHI.AX", {Date(2026, 2, 1), 10, 5, 0, u""});
   setPrices(u"GHI.AX", Date(2026, 1, 1), m_today, 5);
   m_damaged->recordAdjustment(u"GHI.AX", Date(2026, 3, 2), 2, false);
   XMLSharePortfolio& portfolio = m_damaged->portfolio();
@@ -109,13 +109,13 @@ TEST_F(UnreadableDatesTest, TheTextIsKeptAsItStoodToTheLastCharacter) {
 }
 
 TEST_F(UnreadableDatesTest, APurchaseThatIsSetAsideIsNeitherHeldNorSold) {
-  m_damaged->addBuyEvent(u"ABC.AX", Date(2026, 3, 1), 4, 5, 0, u"");
+  m_damaged->addBuyEvent(u"ABC.AX", {Date(2026, 3, 1), 4, 5, 0, u""});
   EXPECT_DOUBLE_EQ(m_damaged->numHeld(u"ABC.AX"), 14);
   purchaseDate().setValue(u"31.2.2026");
   setAsideUnreadableDates(m_records);
   EXPECT_DOUBLE_EQ(m_damaged->numHeld(u"ABC.AX"), 4);
-  EXPECT_DOUBLE_EQ(m_damaged->proceedsOfSale(u"ABC.AX", m_today, 4, 5, 1, true), 19);
-  m_damaged->sellShares(u"ABC.AX", m_today, 4, 5, 1, true, u"");
+  EXPECT_DOUBLE_EQ(m_damaged->proceedsOfSale(u"ABC.AX", {m_today, 4, 5, 1, String()}, true), 19);
+  m_damaged->sellShares(u"ABC.AX", {m_today, 4, 5, 1, u""}, true);
   EXPECT_DOUBLE_EQ(m_damaged->numHeld(u"ABC.AX"), 0);
   EXPECT_EQ(purchaseDate().attribute(u"Unreadable"), String(u"31.2.2026"));
   purchaseDate().setValue(u"1/3/2026");

@@ -254,7 +254,7 @@ TEST_F(BuySharesPanelTest, TodayIsTheViewDateWhileOneIsSet) {
 TEST_F(BuySharesPanelTest, AnotherMarketIsAskedAboutInTheForm) {
   XMLSharePortfolio records;
   SharePortfolioUser user(records);
-  user.addBuyEvent(u"OLD.AX", Date(2026, 1, 5), 10.0, 1.0, 0.0, String());
+  user.addBuyEvent(u"OLD.AX", {Date(2026, 1, 5), 10.0, 1.0, 0.0, String()});
   m_panel->setPortfolio(&user);
   fill();
   answer(unchecked, "Yes");

@@ -58,7 +58,7 @@ TEST_F(EditDividendsDialogTest, ShowsAReinvestedForeignDividend) {
 
 TEST_F(EditDividendsDialogTest, TheCashAfterwardsCountsTheDividendInPlaceOfTheRecordedOne) {
   user().creditCash(Date(2026, 2, 26), 1000.0, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
-  user().receiveDividend(u"OLD.AX", Date(2026, 2, 27), 120.0, 0.123456, 40, 0.0, 0.0, String(), 0.0);
+  user().receiveDividend({u"OLD.AX", Date(2026, 2, 27), 120.0, 0.123456, 40, 0.0, 0.0, String(), 0.0});
   EditDividendsDialog dialog(&mainWindow(), user(), m_event);
   const auto cash = [&dialog] { return std::string(field(dialog, "Cash afterwards").getText().text()); };
   dialog.create();

@@ -62,7 +62,7 @@ TEST_F(EditHeldSharesDialogTest, ShowsTheNameTheTotalAndTheCashWithoutTheOldCost
   SharePortfolioUser user(m_portfolio);
   StockNames::remember(u"ABC.AX", u"Alphabet Bricks");
   user.creditCash(Date(2025, 7, 1), 5000.0, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
-  user.buyShares(u"ABC.AX", Date(2025, 7, 3), 100.0, 12.34, 50.0, String());
+  user.buyShares(u"ABC.AX", {Date(2025, 7, 3), 100.0, 12.34, 50.0, String()});
   EditHeldSharesDialog dialog(&mainWindow(), user, user.findHeldShare(u"ABC.AX")->parcels()[0]);
   EXPECT_STREQ("Alphabet Bricks", field(dialog, "Stock name").getText().text());
   EXPECT_STREQ("1284.00", field(dialog, "Total to pay").getText().text());
@@ -75,7 +75,7 @@ TEST_F(EditHeldSharesDialogTest, ShowsTheNameTheTotalAndTheCashWithoutTheOldCost
 
 TEST_F(EditHeldSharesDialogTest, APurchaseThatTookNoCashShowsNone) {
   SharePortfolioUser user(m_portfolio);
-  user.addBuyEvent(u"ABC.AX", Date(2025, 7, 3), 100.0, 12.34, 50.0, String());
+  user.addBuyEvent(u"ABC.AX", {Date(2025, 7, 3), 100.0, 12.34, 50.0, String()});
   EditHeldSharesDialog dialog(&mainWindow(), user, user.findHeldShare(u"ABC.AX")->parcels()[0]);
   EXPECT_FALSE(field(dialog, "Cash afterwards").getParent()->shown());
 }

@@ -272,9 +272,9 @@ protected:
     user().creditCash(Date(2026, 2, 25), 1000.0, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
   }
   void buyAndSell(double bought) {
-    user().buyShares(u"NEW.AX", Date(2026, 2, 25), bought, 2.5, 10.0, String());
+    user().buyShares(u"NEW.AX", {Date(2026, 2, 25), bought, 2.5, 10.0, String()});
     user().capitalRecord().update(user());
-    user().sellShares(u"NEW.AX", Date(2026, 3, 2), 100.0, 3.75, 29.95, true, String());
+    user().sellShares(u"NEW.AX", {Date(2026, 3, 2), 100.0, 3.75, 29.95, String()}, true);
   }
   XMLSellEvent& sale() { return user().findSoldShare(u"NEW.AX")->sales()[0]; }
   std::string cashAfter(FXWindow& dialog) { return field(dialog, "Cash afterwards").getText().text(); }
@@ -289,9 +289,9 @@ TEST_F(EditRecordedSaleTest, TheCashAfterwardsFollowsTheSaleAndAPurchaseOfItsOwn
   EXPECT_EQ("1110.05", cashAfter(dialog));
   type(field(dialog, "Buy price"), "3");
   EXPECT_EQ("1060.05", cashAfter(dialog));
-  ASSERT_TRUE(user().editSellEvent(sale(), dialog.buyDate(), dialog.sellDate(), dialog.number(),
-                                   dialog.buyPrice(), dialog.sellPrice(), dialog.buyBrokerage(),
-                                   dialog.sellBrokerage(), String()));
+  ASSERT_TRUE(user().editSellEvent(sale(), {dialog.buyDate(), dialog.sellDate(), dialog.number(),
+                                            dialog.buyPrice(), dialog.sellPrice(), dialog.buyBrokerage(),
+                                            dialog.sellBrokerage(), String()}));
   EXPECT_DOUBLE_EQ(1060.05, cashBalance(user().portfolio(), Date()));
 }
 

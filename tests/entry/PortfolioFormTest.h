@@ -34,8 +34,8 @@ protected:
       TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", day, 2.5);
       TallymoorInternet::Instance().setCachedPrice(u"XYZ.AX", day, 7.25);
     }
-    m_user->addBuyEvent(u"XYZ.AX", Date(2026, 3, 2), 50.0, 7.0, 10.0, String());
-    m_user->addBuyEvent(u"ABC.AX", Date(2026, 2, 25), 100.0, 2.0, 10.0, String());
+    m_user->addBuyEvent(u"XYZ.AX", {Date(2026, 3, 2), 50.0, 7.0, 10.0, String()});
+    m_user->addBuyEvent(u"ABC.AX", {Date(2026, 2, 25), 100.0, 2.0, 10.0, String()});
     m_user->capitalRecord().update(*m_user);
   }
 

@@ -185,8 +185,8 @@ TEST_F(ReceiveDividendsPanelTest, OffersTheCountriesThatItKnows) {
   TestProfile::writeFile(profile().configFolder() + u"CountryConfig.xml",
                          "<?xml version=\"1.0\"?>\n<CountryOptions version=\"1\">"
                          "<CountryOption Name=\"Australia\" FinYearStart=\"1/7/2000\"/></CountryOptions>");
-  user().receiveDividend(u"ABC.AX", Date(2026, 3, 1), 100.0, 0.1, 0, 0.0, 0.0, u"Fiji", 1.0);
-  user().receiveDividend(u"ABC.AX", Date(2026, 3, 2), 100.0, 0.1, 0, 0.0, 0.0, String(), 0.0);
+  user().receiveDividend({u"ABC.AX", Date(2026, 3, 1), 100.0, 0.1, 0, 0.0, 0.0, u"Fiji", 1.0});
+  user().receiveDividend({u"ABC.AX", Date(2026, 3, 2), 100.0, 0.1, 0, 0.0, 0.0, String(), 0.0});
   m_panel->reset();
   EXPECT_EQ((std::vector<std::string>{"Australia", "Fiji"}), entries(countries()));
 }
@@ -310,10 +310,10 @@ TEST_F(ReceiveDividendsPanelTest, AnUnreadableDateIsAProblem) {
 
 TEST_F(ReceiveDividendsPanelTest, AStockThatWasSoldAltogetherCanBeChosen) {
   StockNames::remember(u"XYZ.AX", u"Xylo Zinc");
-  user().addBuyEvent(u"AAA.AX", Date(2026, 2, 26), 70.0, 1.0, 0.0, String());
-  user().sellShares(u"AAA.AX", Date(2026, 2, 27), 20.0, 2.0, 0.0, true, String());
-  user().sellShares(u"AAA.AX", Date(2026, 3, 2), 50.0, 2.0, 0.0, true, String());
-  user().sellShares(u"XYZ.AX", Date(2026, 3, 2), 10.0, 7.0, 0.0, true, String());
+  user().addBuyEvent(u"AAA.AX", {Date(2026, 2, 26), 70.0, 1.0, 0.0, String()});
+  user().sellShares(u"AAA.AX", {Date(2026, 2, 27), 20.0, 2.0, 0.0, String()}, true);
+  user().sellShares(u"AAA.AX", {Date(2026, 3, 2), 50.0, 2.0, 0.0, String()}, true);
+  user().sellShares(u"XYZ.AX", {Date(2026, 3, 2), 10.0, 7.0, 0.0, String()}, true);
   m_panel->reset();
   EXPECT_EQ((std::vector<std::string>{"<select stock code>", "ABC.AX", "XYZ.AX", "AAA.AX"}),
             entries(*find<StockChoice>(*m_panel)));
@@ -355,7 +355,7 @@ TEST_F(ReceiveDividendsPanelTest, AReinvestmentsPriceFarFromThatOfTheDayIsDoubte
   EXPECT_EQ(&field(*m_panel, "Share price"), focused(*m_panel));
   answer(doubt, "Yes");
   EXPECT_TRUE(m_panel->validate());
-  user().receiveDividend(u"ABC.AX", Date(2026, 3, 2), 100, 0.1, 0, 3, 25, String(), 0);
+  user().receiveDividend({u"ABC.AX", Date(2026, 3, 2), 100, 0.1, 0, 3, 25, String(), 0});
   m_panel->showDividend(user().portfolio().dividends()[0]);
   EXPECT_TRUE(m_panel->validate()) << "what was recorded is not doubted";
   m_panel->reset(u"ABC.AX");

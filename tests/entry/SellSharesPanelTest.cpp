@@ -57,7 +57,7 @@ TEST_F(SellSharesPanelTest, BeginsWithItsInitialValues) {
 }
 
 TEST_F(SellSharesPanelTest, EachHeldCodeIsInTheListOnce) {
-  user().addBuyEvent(u"ABC.AX", Date(2026, 3, 1), 10.0, 2.0, 0.0, String());
+  user().addBuyEvent(u"ABC.AX", {Date(2026, 3, 1), 10.0, 2.0, 0.0, String()});
   m_panel->reset();
   EXPECT_EQ((std::vector<std::string>{"<select held stock>", "ABC.AX", "XYZ.AX"}), entries(codes()));
 }
@@ -65,7 +65,7 @@ TEST_F(SellSharesPanelTest, EachHeldCodeIsInTheListOnce) {
 TEST_F(SellSharesPanelTest, TheListOfALongPortfolioScrolls) {
   EXPECT_EQ(3, codes().getNumVisible());
   for (int i = 0; i < 30; ++i)
-    user().addBuyEvent(u"S" + String::fromLong(i), Date(2026, 3, 1), 10.0, 2.0, 0.0, String());
+    user().addBuyEvent(u"S" + String::fromLong(i), {Date(2026, 3, 1), 10.0, 2.0, 0.0, String()});
   m_panel->reset();
   EXPECT_EQ(33, codes().getNumItems());
   EXPECT_EQ(12, codes().getNumVisible());
@@ -97,7 +97,7 @@ TEST_F(SellSharesPanelTest, ChoosingThePromptLeavesTheNumbers) {
 }
 
 TEST_F(SellSharesPanelTest, AStockWithoutAPriceIsToldBesideItAndItsSharesShown) {
-  user().addBuyEvent(u"FREE.AX", Date(2026, 3, 2), 30.0, 0.0, 0.0, String());
+  user().addBuyEvent(u"FREE.AX", {Date(2026, 3, 2), 30.0, 0.0, 0.0, String()});
   m_panel->reset();
   set("Share price", "9");
   choose(*m_panel, "FREE.AX");
@@ -231,7 +231,7 @@ class MergedHoldingTest : public SellSharesPanelTest,
                           public ::testing::WithParamInterface<std::pair<double, const char*>> {};
 
 TEST_P(MergedHoldingTest, IsSoldWholeAsTheFormOffersIt) {
-  user().addBuyEvent(u"SPLIT.AX", Date(2026, 3, 1), GetParam().first, 1.0, 0.0, String());
+  user().addBuyEvent(u"SPLIT.AX", {Date(2026, 3, 1), GetParam().first, 1.0, 0.0, String()});
   TallymoorInternet::Instance().setCachedPrice(u"SPLIT.AX", Date(2026, 3, 1), 1.0);
   TallymoorInternet::Instance().setCachedPrice(u"SPLIT.AX", Date(2026, 3, 2), 3.0);
   TallymoorInternet::Instance().setCachedPrice(u"SPLIT.AX", Date(2026, 3, 3), 3.0);
@@ -241,7 +241,7 @@ TEST_P(MergedHoldingTest, IsSoldWholeAsTheFormOffersIt) {
   m_panel->reset(u"SPLIT.AX");
   EXPECT_EQ(GetParam().second, shown("Number sold"));
   ASSERT_TRUE(m_panel->validate());
-  user().sellShares(u"SPLIT.AX", Date(2026, 3, 3), m_panel->number(), 3.0, 0.0, true, String());
+  user().sellShares(u"SPLIT.AX", {Date(2026, 3, 3), m_panel->number(), 3.0, 0.0, String()}, true);
   EXPECT_EQ(nullptr, user().findHeldShare(u"SPLIT.AX"));
 }
 
@@ -296,7 +296,7 @@ TEST_F(SellSharesPanelTest, ShowsTheNameTheTotalAndTheCashAfterwards) {
 }
 
 TEST_F(SellSharesPanelTest, TheTotalIsWhatIsRecordedWhereAMergeHasLeftAFraction) {
-  user().addBuyEvent(u"MRG.AX", Date(2026, 1, 1), 100.0, 10.0, 0.0, String());
+  user().addBuyEvent(u"MRG.AX", {Date(2026, 1, 1), 100.0, 10.0, 0.0, String()});
   user().recordAdjustment(u"MRG.AX", Date(2026, 2, 1), 3, true);
   TallymoorInternet::Instance().setCachedPrice(u"MRG.AX", Date(), 31.0);
   m_panel->reset();
@@ -305,7 +305,7 @@ TEST_F(SellSharesPanelTest, TheTotalIsWhatIsRecordedWhereAMergeHasLeftAFraction)
   set("Brokerage paid", "0");
   EXPECT_EQ("33.33", shown("Number sold"));
   EXPECT_EQ("1033.33", shown("Total received"));
-  user().sellShares(u"MRG.AX", Date(), 33.33, 31.0, 0.0, true, String());
+  user().sellShares(u"MRG.AX", {Date(), 33.33, 31.0, 0.0, String()}, true);
   EXPECT_DOUBLE_EQ(1033.33, cashBalance(user().portfolio(), Date()));
 }
 
@@ -327,7 +327,7 @@ TEST_F(SellSharesPanelTest, WithoutAPriceOfTheDayTheLastKnownOneIsProposed) {
   TallymoorInternet& gateway = TallymoorInternet::Instance();
   gateway.setCachedPrice(u"GAP.AX", Date(2026, 2, 26), 12.5);
   gateway.setCachedPrice(u"GAP.AX", Date(2026, 2, 24), 11.0);
-  user().addBuyEvent(u"GAP.AX", Date(2026, 2, 24), 30.0, 10.0, 0.0, String());
+  user().addBuyEvent(u"GAP.AX", {Date(2026, 2, 24), 30.0, 10.0, 0.0, String()});
   m_panel->reset(u"GAP.AX");
   EXPECT_EQ("12.5000", shown("Share price"));
   EXPECT_TRUE(shows(*m_panel, "last known, of 26/02/2026"));
@@ -354,7 +354,7 @@ TEST_F(SellSharesPanelTest, WithoutAPriceOfTheDayTheLastKnownOneIsProposed) {
 
 TEST_F(SellSharesPanelTest, TheLastKnownPriceIsInSharesOfTheFormsDay) {
   TallymoorInternet::Instance().setCachedPrice(u"GAP.AX", Date(2026, 2, 26), 12.5);
-  user().addBuyEvent(u"GAP.AX", Date(2026, 2, 26), 30.0, 10.0, 0.0, String());
+  user().addBuyEvent(u"GAP.AX", {Date(2026, 2, 26), 30.0, 10.0, 0.0, String()});
   user().recordAdjustment(u"GAP.AX", Date(2026, 3, 1), 5, false);
   m_panel->reset(u"GAP.AX");
   EXPECT_EQ("150.00", shown("Number sold"));

@@ -63,12 +63,12 @@ protected:
     command(TallymoorWindow::ID_NEW_PORTFOLIO);
     SharePortfolioUser& trading = *tallymoor().store().portfolios().at(u"Trading");
     trading.creditCash(Date(2026, 1, 2), 50000.0, 4, u"DEPOSIT start");
-    trading.buyShares(u"AAA.AX", Date(2026, 1, 5), 1000, 11.5, 29.95, String());
-    trading.buyShares(u"AAA.AX", Date(2026, 1, 19), 500, 12.25, 29.95, String());
-    trading.receiveDividend(u"AAA.AX", Date(2026, 2, 2), 1500, 0.123456, 85, 0, 0, String(), 0);
-    trading.receiveDividend(u"AAA.AX", Date(2026, 2, 3), 1500, 0.1, 0, 12, 12.5, u"France", 22.5);
-    trading.sellShares(u"AAA.AX", Date(2026, 2, 10), 1200, 13, 33, true, u"half of it");
-    trading.sellShares(u"AAA.AX", Date(2026, 3, 2), 100, 13.2, 33, true, String());
+    trading.buyShares(u"AAA.AX", {Date(2026, 1, 5), 1000, 11.5, 29.95, String()});
+    trading.buyShares(u"AAA.AX", {Date(2026, 1, 19), 500, 12.25, 29.95, String()});
+    trading.receiveDividend({u"AAA.AX", Date(2026, 2, 2), 1500, 0.123456, 85, 0, 0, String(), 0});
+    trading.receiveDividend({u"AAA.AX", Date(2026, 2, 3), 1500, 0.1, 0, 12, 12.5, u"France", 22.5});
+    trading.sellShares(u"AAA.AX", {Date(2026, 2, 10), 1200, 13, 33, u"half of it"}, true);
+    trading.sellShares(u"AAA.AX", {Date(2026, 3, 2), 100, 13.2, 33, String()}, true);
     tallymoor().refreshViews(true);
   }
   RecordingPlatform& platform(const RecordingPlatform::Behaviour& behaviour = {}) {

@@ -100,7 +100,7 @@ protected:
   void computeTheRecord() {
     {
       BigMutexLock lock;
-      portfolio().buyShares(CODE, Date(2025, 1, 2), 100, 10, 0, String());
+      portfolio().buyShares(CODE, {Date(2025, 1, 2), 100, 10, 0, String()});
     }
     command(TallymoorWindow::ID_REFRESH_PRICES);
   }

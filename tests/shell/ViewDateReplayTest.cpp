@@ -57,15 +57,17 @@ protected:
   void keepTheRecords() {
     SharePortfolioUser& user = *m_portfolio;
     on(Date(2026, 1, 5), [&] { user.creditCash(today(), 10000, CASH_EVENT_DEPOSIT, u"DEPOSIT start"); });
-    on(Date(2026, 1, 6), [&] { user.buyShares(u"AAA.AX", today(), 100, 10, 20, String()); });
-    on(Date(2026, 1, 12), [&] { user.buyShares(u"BBB.AX", today(), 200, 4, 20, String()); });
+    on(Date(2026, 1, 6), [&] { user.buyShares(u"AAA.AX", {today(), 100, 10, 20, String()}); });
+    on(Date(2026, 1, 12), [&] { user.buyShares(u"BBB.AX", {today(), 200, 4, 20, String()}); });
     on(Date(2026, 1, 13), [] {});
     whenModal("Possible share split", [this](FXWindow& dialog) { press(dialog, "OK"); });
     on(Date(2026, 1, 26), [] {});
-    on(Date(2026, 1, 27), [&] { user.sellShares(u"BBB.AX", today(), 80, 4.5, 20, true, String()); });
-    on(Date(2026, 2, 2), [&] { user.receiveDividend(u"AAA.AX", today(), 200, 0.1, 100, 0, 0, String(), 0); });
-    on(Date(2026, 2, 9), [&] { user.sellShares(u"AAA.AX", today(), 200, 7, 20, true, String()); });
-    on(Date(2026, 2, 16), [&] { user.buyShares(u"AAA.AX", today(), 50, 7.2, 20, String()); });
+    on(Date(2026, 1, 27), [&] { user.sellShares(u"BBB.AX", {today(), 80, 4.5, 20, String()}, true); });
+    on(Date(2026, 2, 2), [&] {
+      user.receiveDividend({u"AAA.AX", today(), 200, 0.1, 100, 0, 0, String(), 0});
+    });
+    on(Date(2026, 2, 9), [&] { user.sellShares(u"AAA.AX", {today(), 200, 7, 20, String()}, true); });
+    on(Date(2026, 2, 16), [&] { user.buyShares(u"AAA.AX", {today(), 50, 7.2, 20, String()}); });
     on(Date(2026, 2, 23), [&] { user.creditCash(today(), 5.5, CASH_EVENT_INTEREST, u"INTEREST February"); });
     on(Date(2026, 3, 3), [] {});
   }

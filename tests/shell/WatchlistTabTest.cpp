@@ -80,7 +80,7 @@ TEST_F(WatchlistTabTest, ThePortfoliosListFollowsPurchasesWhenTheTabIsShown) {
   makePortfolio();
   SharePortfolioUser& trading = *tallymoor().store().portfolios().at(u"Trading");
   trading.creditCash(Date(2026, 2, 1), 5000.0, 4, u"DEPOSIT start");
-  trading.buyShares(u"AAA.AX", Date(2026, 2, 2), 100, 6.0, 0.0, String());
+  trading.buyShares(u"AAA.AX", {Date(2026, 2, 2), 100, 6.0, 0.0, String()});
   tallymoor().totalCapital()->portfolioNode(u"Trading")->transactionMade();
   showTab(1);
   EXPECT_THAT(lists(), ElementsAre("for Trading"));
@@ -93,7 +93,7 @@ TEST_F(WatchlistTabTest, ViewDateIsThatOfBothTrees) {
   makePortfolio();
   SharePortfolioUser& trading = *tallymoor().store().portfolios().at(u"Trading");
   trading.creditCash(Date(2026, 2, 1), 5000.0, 4, u"DEPOSIT start");
-  trading.buyShares(u"AAA.AX", Date(2026, 2, 2), 100, 6.0, 0.0, String());
+  trading.buyShares(u"AAA.AX", {Date(2026, 2, 2), 100, 6.0, 0.0, String()});
   tallymoor().refreshViews(true);
   pickViewDate(Date(2026, 1, 30));
   const auto holds = [this] {

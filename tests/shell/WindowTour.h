@@ -104,11 +104,11 @@ private:
   static void keepRecords(SharePortfolioUser& user) {
     user.portfolio().subElement(u"ComparisonIndex").setValue(u"^AORD");
     user.creditCash(Date(2025, 12, 1), 1234567.89, CASH_EVENT_DEPOSIT, u"DEPOSIT start");
-    user.buyShares(u"AAA.AX", Date(2025, 12, 2), 100, 1200, 30, String());
-    user.buyShares(u"AAA.AX", Date(2026, 1, 6), 50, 1210, 20, String());
-    user.buyShares(u"BBB.AX", Date(2026, 1, 12), 200, 1230, 20, String());
-    user.sellShares(u"BBB.AX", Date(2026, 1, 27), 80, 1250, 20, true, String());
-    user.receiveDividend(u"AAA.AX", Date(2026, 2, 2), 150, 0.1, 100, 0, 0, String(), 0);
+    user.buyShares(u"AAA.AX", {Date(2025, 12, 2), 100, 1200, 30, String()});
+    user.buyShares(u"AAA.AX", {Date(2026, 1, 6), 50, 1210, 20, String()});
+    user.buyShares(u"BBB.AX", {Date(2026, 1, 12), 200, 1230, 20, String()});
+    user.sellShares(u"BBB.AX", {Date(2026, 1, 27), 80, 1250, 20, String()}, true);
+    user.receiveDividend({u"AAA.AX", Date(2026, 2, 2), 150, 0.1, 100, 0, 0, String(), 0});
   }
   static void addBranch(TreeViewItem& item, std::vector<InvestmentTreeItem*>& all) {
     all.push_back(static_cast<InvestmentTreeItem*>(&item));

@@ -47,7 +47,7 @@ protected:
     transact([this](SharePortfolioUser& portfolio) {
       portfolio.creditCash(m_day, 10'000'000.0, CASH_EVENT_DEPOSIT, u"DEPOSIT opening");
       for (int i = 0; i < m_codes; ++i)
-        portfolio.buyShares(codeAt(i), m_day, 1000.0, basePrice(i), 19.95, u"");
+        portfolio.buyShares(codeAt(i), {m_day, 1000.0, basePrice(i), 19.95, u""});
     });
     m_transactions += m_codes; // and the deposit, which transact has counted
   }
@@ -158,13 +158,13 @@ private:
     const double amount = 10.0 + number % 90;
     switch (number % 8) {
     case 0:
-      portfolio.buyShares(codeAt(index), m_day, 10.0, basePrice(index), 19.95, text);
+      portfolio.buyShares(codeAt(index), {m_day, 10.0, basePrice(index), 19.95, text});
       break;
     case 1:
-      portfolio.sellShares(codeAt(index), m_day, 10.0, basePrice(index), 19.95, true, text);
+      portfolio.sellShares(codeAt(index), {m_day, 10.0, basePrice(index), 19.95, text}, true);
       break;
     case 2:
-      portfolio.receiveDividend(codeAt(index), m_day, 1000.0, 0.05, 100, 0.0, 0.0, u"", 0.0);
+      portfolio.receiveDividend({codeAt(index), m_day, 1000.0, 0.05, 100, 0.0, 0.0, u"", 0.0});
       break;
     case 3:
       portfolio.creditCash(m_day, amount, CASH_EVENT_INTEREST, u"INTEREST " + text);

@@ -88,7 +88,7 @@ TEST_F(ChartModelsTest, CapitalIsShownApartFromFlowsAgainstTheIndex) {
   market().setHistory(u"XJO", Date(2026, 1, 20), Date(2026, 2, 19), 8000.0);
   market().setHistory(u"XJO", Date(2026, 2, 20), TODAY, 8400.0);
   user.creditCash(Date(2026, 2, 2), 1000.0, CASH_EVENT_DEPOSIT, u"DEPOSIT");
-  user.buyShares(u"AAA.AX", Date(2026, 2, 2), 100, 10.0, 0.0, String());
+  user.buyShares(u"AAA.AX", {Date(2026, 2, 2), 100, 10.0, 0.0, String()});
   user.creditCash(Date(2026, 2, 25), 500.0, CASH_EVENT_DEPOSIT, u"DEPOSIT");
   user.setComparisonIndex(u"XJO");
   user.capitalRecord().update(user);
@@ -171,10 +171,10 @@ TEST_F(ChartModelsTest, PurchasesAndSalesAreMarked) {
   market().setHistory(u"AAA.AX", Date(2025, 11, 3), TODAY, 10.0);
   SharePortfolioUser& one = addPortfolio(u"One");
   SharePortfolioUser& two = addPortfolio(u"Two");
-  one.buyShares(u"AAA.AX", Date(2026, 1, 5), 100, 9.0, 5.0, String());
-  one.buyShares(u"AAA.AX", Date(2026, 1, 12), 50, 9.5, 5.0, String());
-  two.buyShares(u"AAA.AX", Date(2026, 1, 12), 150, 10.5, 5.0, String());
-  one.sellShares(u"AAA.AX", Date(2026, 2, 9), 120, 11.0, 5.0, true, String());
+  one.buyShares(u"AAA.AX", {Date(2026, 1, 5), 100, 9.0, 5.0, String()});
+  one.buyShares(u"AAA.AX", {Date(2026, 1, 12), 50, 9.5, 5.0, String()});
+  two.buyShares(u"AAA.AX", {Date(2026, 1, 12), 150, 10.5, 5.0, String()});
+  one.sellShares(u"AAA.AX", {Date(2026, 2, 9), 120, 11.0, 5.0, String()}, true);
   cache(u"AAA.AX", Date(2025, 12, 1));
   // 120 shares came of two parcels, and two portfolios bought on one day.
   EXPECT_THAT(notes(prices(u"AAA.AX")),
@@ -186,8 +186,8 @@ TEST_F(ChartModelsTest, PurchasesAndSalesAreMarked) {
 TEST_F(ChartModelsTest, TradesOutsideTheRangeAreNotMarked) {
   market().setHistory(u"AAA.AX", Date(2025, 11, 3), TODAY, 10.0);
   SharePortfolioUser& user = addPortfolio(u"One");
-  user.buyShares(u"AAA.AX", Date(2026, 1, 5), 100, 9.0, 5.0, String());
-  user.sellShares(u"AAA.AX", Date(2026, 2, 9), 100, 11.0, 5.0, true, String());
+  user.buyShares(u"AAA.AX", {Date(2026, 1, 5), 100, 9.0, 5.0, String()});
+  user.sellShares(u"AAA.AX", {Date(2026, 2, 9), 100, 11.0, 5.0, String()}, true);
   cache(u"AAA.AX", Date(2025, 12, 1));
   EXPECT_THAT(notes(prices(u"AAA.AX", Date(2026, 1, 6), Date(2026, 2, 8))), testing::IsEmpty());
   EXPECT_THAT(notes(prices(u"AAA.AX", Date(2026, 1, 5), Date(2026, 2, 8))),
@@ -198,8 +198,8 @@ TEST_F(ChartModelsTest, PricesBeforeASplitAreAsOfTheLastDay) {
   market().setHistory(u"AAA.AX", Date(2025, 11, 3), Date(2026, 2, 13), 10.0);
   market().setHistory(u"AAA.AX", Date(2026, 2, 16), TODAY, 5.5);
   SharePortfolioUser& user = addPortfolio(u"One");
-  user.buyShares(u"AAA.AX", Date(2026, 1, 5), 100, 9.0, 5.0, String());
-  user.sellShares(u"AAA.AX", Date(2026, 1, 20), 40, 10.0, 5.0, true, String());
+  user.buyShares(u"AAA.AX", {Date(2026, 1, 5), 100, 9.0, 5.0, String()});
+  user.sellShares(u"AAA.AX", {Date(2026, 1, 20), 40, 10.0, 5.0, String()}, true);
   user.recordAdjustment(u"AAA.AX", Date(2026, 2, 16), 2, false);
   cache(u"AAA.AX", Date(2025, 12, 1));
   const ChartModel model = prices(u"AAA.AX");
@@ -219,10 +219,10 @@ TEST_F(ChartModelsTest, SalesOfSplitSharesAreMarkedAsTheyWereSold) {
   market().setHistory(u"AAA.AX", Date(2025, 11, 3), Date(2026, 1, 16), 9.0);
   market().setHistory(u"AAA.AX", Date(2026, 1, 19), TODAY, 3.0);
   SharePortfolioUser& user = addPortfolio(u"One");
-  user.buyShares(u"AAA.AX", Date(2026, 1, 5), 100, 9.0, 5.0, String());
+  user.buyShares(u"AAA.AX", {Date(2026, 1, 5), 100, 9.0, 5.0, String()});
   user.recordAdjustment(u"AAA.AX", Date(2026, 1, 19), 3, false);
-  user.sellShares(u"AAA.AX", Date(2026, 1, 19), 50, 3.2, 5.0, true, String());
-  user.sellShares(u"AAA.AX", Date(2026, 2, 2), 250, 3.5, 5.0, true, String());
+  user.sellShares(u"AAA.AX", {Date(2026, 1, 19), 50, 3.2, 5.0, String()}, true);
+  user.sellShares(u"AAA.AX", {Date(2026, 2, 2), 250, 3.5, 5.0, String()}, true);
   cache(u"AAA.AX", Date(2025, 12, 1));
   const ChartModel model = prices(u"AAA.AX");
   EXPECT_DOUBLE_EQ(3.0, *valueOn(model, 0, Date(2026, 1, 16))) << "the split is known after the sale of all";
@@ -235,7 +235,7 @@ TEST_F(ChartModelsTest, PricesBeforeAMergeAreAsOfTheLastDay) {
   market().setHistory(u"AAA.AX", Date(2025, 11, 3), Date(2026, 2, 13), 1.0);
   market().setHistory(u"AAA.AX", Date(2026, 2, 16), TODAY, 5.0);
   SharePortfolioUser& user = addPortfolio(u"One");
-  user.buyShares(u"AAA.AX", Date(2026, 1, 5), 1000, 0.9, 5.0, String());
+  user.buyShares(u"AAA.AX", {Date(2026, 1, 5), 1000, 0.9, 5.0, String()});
   user.recordAdjustment(u"AAA.AX", Date(2026, 2, 16), 5, true);
   cache(u"AAA.AX", Date(2025, 12, 1));
   const ChartModel model = prices(u"AAA.AX");
@@ -247,7 +247,7 @@ TEST_F(ChartModelsTest, ClosesThatTheSourceHasAdjustedAreLeftAlone) {
   market().setHistory(u"AAA.AX", Date(2025, 11, 3), Date(2026, 2, 13), 5.2);
   market().setHistory(u"AAA.AX", Date(2026, 2, 16), TODAY, 5.5);
   SharePortfolioUser& user = addPortfolio(u"One");
-  user.buyShares(u"AAA.AX", Date(2026, 1, 5), 100, 10.0, 5.0, String());
+  user.buyShares(u"AAA.AX", {Date(2026, 1, 5), 100, 10.0, 5.0, String()});
   user.recordAdjustment(u"AAA.AX", Date(2026, 2, 16), 2, false);
   cache(u"AAA.AX", Date(2025, 12, 1));
   const ChartModel model = prices(u"AAA.AX");
@@ -259,7 +259,7 @@ TEST_F(ChartModelsTest, ADaysJumpThatWasNoSplitChangesNothing) {
   market().setHistory(u"AAA.AX", Date(2025, 11, 3), Date(2026, 2, 13), 10.0);
   market().setHistory(u"AAA.AX", Date(2026, 2, 16), TODAY, 4.0);
   SharePortfolioUser& user = addPortfolio(u"One");
-  user.buyShares(u"AAA.AX", Date(2026, 1, 5), 100, 10.0, 5.0, String());
+  user.buyShares(u"AAA.AX", {Date(2026, 1, 5), 100, 10.0, 5.0, String()});
   user.recordAdjustment(u"AAA.AX", Date(2026, 2, 16), 1, false);
   cache(u"AAA.AX", Date(2025, 12, 1));
   EXPECT_DOUBLE_EQ(10.0, *valueOn(prices(u"AAA.AX"), 0, Date(2026, 2, 13)));
@@ -290,7 +290,7 @@ TEST_F(ChartModelsTest, TheLimitsOfAHoldingAreDrawn) {
   market().setHistory(u"AAA.AX", Date(2025, 11, 3), TODAY, 10.0);
   addPortfolio(u"Empty");
   SharePortfolioUser& user = addPortfolio(u"One");
-  user.buyShares(u"AAA.AX", Date(2026, 1, 5), 100, 9.0, 5.0, String());
+  user.buyShares(u"AAA.AX", {Date(2026, 1, 5), 100, 9.0, 5.0, String()});
   cache(u"AAA.AX", Date(2025, 12, 1));
   EXPECT_TRUE(prices(u"AAA.AX").levels.empty());
   user.setMinMax(*user.findHeldShare(u"AAA.AX"), 8.0, 12.0);

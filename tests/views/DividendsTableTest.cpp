@@ -18,9 +18,9 @@ protected:
   /// Zealand, on 2 March.
   SharePortfolioUser& addDividends() {
     SharePortfolioUser& user = addTrading();
-    user.receiveDividend(u"AAA.AX", Date(2026, 2, 17), 200, 0.10, 100, 0.0, 0.0, String(), 0.0);
-    user.receiveDividend(u"AAA.AX", Date(2026, 2, 24), 250, 0.05, 50, 2.0, 6.25, String(), 0.0);
-    user.receiveDividend(u"AAA.AX", Date(2026, 3, 2), 100, 0.02, 0, 0.0, 0.0, u"New Zealand", 0.3);
+    user.receiveDividend({u"AAA.AX", Date(2026, 2, 17), 200, 0.10, 100, 0.0, 0.0, String(), 0.0});
+    user.receiveDividend({u"AAA.AX", Date(2026, 2, 24), 250, 0.05, 50, 2.0, 6.25, String(), 0.0});
+    user.receiveDividend({u"AAA.AX", Date(2026, 3, 2), 100, 0.02, 0, 0.0, 0.0, u"New Zealand", 0.3});
     return user;
   }
   XMLDividendEvent& event(std::size_t index) {

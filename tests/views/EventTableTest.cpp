@@ -90,9 +90,9 @@ TEST_F(EventTableTest, ColumnsAreAsWideAsTheWidestTextThatIsLeft) {
 TEST_F(EventTableTest, EventsOfOneDayStandInTheOrderOfTheRecords) {
   buy(user(), u"BBB.AX", 100, 2.0);
   leftClick(sold());
-  change([this] { user().sellShares(u"BBB.AX", Date(2026, 2, 27), 10, 2.0, 0.0, true, u"first"); });
-  change([this] { user().sellShares(u"AAA.AX", Date(2026, 2, 27), 10, 6.0, 0.0, true, u"second"); });
-  change([this] { user().sellShares(u"BBB.AX", Date(2026, 2, 27), 20, 2.0, 0.0, true, u"third"); });
+  change([this] { user().sellShares(u"BBB.AX", {Date(2026, 2, 27), 10, 2.0, 0.0, u"first"}, true); });
+  change([this] { user().sellShares(u"AAA.AX", {Date(2026, 2, 27), 10, 6.0, 0.0, u"second"}, true); });
+  change([this] { user().sellShares(u"BBB.AX", {Date(2026, 2, 27), 20, 2.0, 0.0, u"third"}, true); });
   expectAllAsMadeAnew("after sales");
   viewDate(Date(2026, 2, 26));
   EXPECT_EQ(0, sold().table()->getNumRows());
@@ -108,7 +108,7 @@ TEST_F(EventTableTest, SortedTablesFollowToo) {
   leftClick(sold());
   Table& table = *sold().table();
   const auto sell = [this](double number) {
-    change([&] { user().sellShares(u"AAA.AX", Date(2026, 2, 27), number, 6.0, 0.0, true, String()); });
+    change([&] { user().sellShares(u"AAA.AX", {Date(2026, 2, 27), number, 6.0, 0.0, String()}, true); });
   };
   const auto numbers = [&table] {
     std::vector<std::string> texts;
@@ -157,7 +157,7 @@ TEST_F(EventTableTest, TablesShowWhatTheyShowWhenTheyAreMadeAnew) {
         user().deleteCashEvent(cashEntry(upTo(numCashEntries())));
         break;
       case 4:
-        user().sellShares(u"BBB.AX", day, 5, amount, 1.0, true, text);
+        user().sellShares(u"BBB.AX", {day, 5, amount, 1.0, text}, true);
         break;
       case 5: {
         if (auto* stock = user().findSoldShare(u"BBB.AX"))
@@ -165,7 +165,7 @@ TEST_F(EventTableTest, TablesShowWhatTheyShowWhenTheyAreMadeAnew) {
         break;
       }
       case 6:
-        user().receiveDividend(u"BBB.AX", day, 1000, 0.01 * amount, 100, 0, 0, String(), 0);
+        user().receiveDividend({u"BBB.AX", day, 1000, 0.01 * amount, 100, 0, 0, String(), 0});
         break;
       default:
         Date::setFixedDate(day);

@@ -69,9 +69,9 @@ TEST_F(HeldShareCellsTest, FigureEachPurchaseByItself) {
 TEST_F(HeldShareCellsTest, CountWhatWasSoldSinceTheDateShown) {
   SharePortfolioUser& user = addPortfolio(u"Partly", 5000.0);
   market().setHistory(u"BBB.AX", Date(2026, 1, 20), Date(2026, 3, 3), 3.0);
-  user.buyShares(u"BBB.AX", Date(2026, 2, 2), 100, 1.0, 0.0, String());
-  user.buyShares(u"BBB.AX", Date(2026, 2, 9), 100, 2.0, 0.0, String());
-  user.sellShares(u"BBB.AX", Date(2026, 2, 25), 150, 3.0, 0.0, true, String());
+  user.buyShares(u"BBB.AX", {Date(2026, 2, 2), 100, 1.0, 0.0, String()});
+  user.buyShares(u"BBB.AX", {Date(2026, 2, 9), 100, 2.0, 0.0, String()});
+  user.sellShares(u"BBB.AX", {Date(2026, 2, 25), 150, 3.0, 0.0, String()}, true);
   showTree();
   Table& table = *held(u"Partly").table();
   const auto expectAt = [&](const Date& day, const char* number, const char* price, const char* cost,
@@ -93,8 +93,8 @@ TEST_F(HeldShareCellsTest, CountWhatWasSoldSinceTheDateShown) {
 TEST_F(HeldShareCellsTest, CompareWithTheFirstPurchaseWhereTheShareWasNotHeldYet) {
   SharePortfolioUser& user = addPortfolio(u"New", 1000.0);
   market().setHistory(u"BBB.AX", Date(2026, 1, 20), Date(2026, 3, 3), 3.0);
-  user.buyShares(u"BBB.AX", Date(2026, 3, 3), 10, 2.0, 0.0, String());
-  user.buyShares(u"BBB.AX", Date(2026, 2, 26), 10, 2.5, 0.0, String());
+  user.buyShares(u"BBB.AX", {Date(2026, 3, 3), 10, 2.0, 0.0, String()});
+  user.buyShares(u"BBB.AX", {Date(2026, 2, 26), 10, 2.5, 0.0, String()});
   showTree();
   const Table& table = *held(u"New").table();
   // A month ago nothing was held: 2.50, paid first, is what 3.00 is compared with. Yesterday it was held.
@@ -108,7 +108,7 @@ TEST_F(HeldShareCellsTest, CompareWithTheFirstPurchaseWhereTheShareWasNotHeldYet
 TEST_F(HeldShareCellsTest, ShareBoughtForNothingTodayHasNoMoveAndNoGain) {
   SharePortfolioUser& user = addPortfolio(u"Gift", 1000.0);
   market().setHistory(u"BBB.AX", Date(2026, 1, 20), Date(2026, 3, 3), 3.0);
-  user.addBuyEvent(u"BBB.AX", Date(2026, 3, 3), 10, 0.0, 0.0, String());
+  user.addBuyEvent(u"BBB.AX", {Date(2026, 3, 3), 10, 0.0, 0.0, String()});
   showTree();
   const Table& table = *held(u"Gift").table();
   EXPECT_EQ("", cellText(table, 0, u"Day Move"));
@@ -139,7 +139,7 @@ TEST_F(HeldShareCellsTest, AroundASplitTheRowAgreesWithTheTotals) {
   SharePortfolioUser& user = addPortfolio(u"Trading", 5000.0);
   market().setHistory(u"AAA.AX", Date(2026, 1, 20), Date(2026, 3, 2), 10.0);
   market().setDay(u"AAA.AX", Date(2026, 3, 3), 5.5);
-  user.buyShares(u"AAA.AX", Date(2026, 2, 2), 100, 10.0, 0.0, String());
+  user.buyShares(u"AAA.AX", {Date(2026, 2, 2), 100, 10.0, 0.0, String()});
   user.recordAdjustment(u"AAA.AX", Date(2026, 3, 3), 2, false);
   showTree();
   expectCells(*held(u"Trading").table(), 0,
@@ -157,7 +157,7 @@ TEST_F(HeldShareCellsTest, AValueOfAStandInPriceBearsAStar) {
   market().setHistory(u"AAA.AX", Date(2026, 1, 20), Date(2026, 2, 20), 10.0);
   TallymoorInternet::Instance().historicalPrice(u"AAA.AX", Date(2026, 2, 20), true);
   TallymoorInternet::Instance().goOffline();
-  user.buyShares(u"AAA.AX", Date(2026, 2, 20), 100, 12.0, 0.0, String());
+  user.buyShares(u"AAA.AX", {Date(2026, 2, 20), 100, 12.0, 0.0, String()});
   showTree();
   const Table& table = *held(u"Trading").table();
   EXPECT_EQ("$1,000.00 *", cellText(table, 0, u"Current Value"));

@@ -18,7 +18,7 @@ protected:
     SharePortfolioUser& user = addPortfolio(u"Trading", 1000.0, Date(2026, 2, 1));
     market().setHistory(u"AAA.AX", Date(2026, 1, 20), Date(2026, 2, 27), 10.0);
     market().setHistory(u"AAA.AX", Date(2026, 3, 2), Date(2026, 3, 3), 11.0);
-    user.buyShares(u"AAA.AX", Date(2026, 2, 2), 100, 10.0, 0.0, String());
+    user.buyShares(u"AAA.AX", {Date(2026, 2, 2), 100, 10.0, 0.0, String()});
     user.creditCash(Date(2026, 3, 2), 100.0, CASH_EVENT_DEPOSIT, u"DEPOSIT more");
     return user;
   }

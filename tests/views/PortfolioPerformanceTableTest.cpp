@@ -178,7 +178,7 @@ TEST_F(PortfolioPerformanceTableTest, CapitalOfZeroLeavesTheCellEmpty) {
 
 TEST_F(PortfolioPerformanceTableTest, BrokerageIsThatOfTheMonth) {
   addTrading(); // 30.00 and 20.00 in February, whose start has no record
-  portfolios()[u"Trading"]->buyShares(u"AAA.AX", Date(2026, 3, 2), 10, 6.0, 50.25, String());
+  portfolios()[u"Trading"]->buyShares(u"AAA.AX", {Date(2026, 3, 2), 10, 6.0, 50.25, String()});
   showTree();
   EXPECT_EQ("1.00%", cellText(table(), 0, u"Brokerage %")); // of 5,025.00
   EXPECT_EQ("", cellText(table(), 1, u"Brokerage %"));
@@ -348,7 +348,7 @@ TEST_F(PortfolioPerformanceTableTest, CorrectedCloseRefreshesTheRowsFromItsDayOn
 TEST_F(PortfolioPerformanceTableTest, DaysOfStandInPricesBearAStarUntilTheirPricesCome) {
   SharePortfolioUser& user = addPortfolio(u"Trading", 2000.0, Date(2026, 1, 2));
   market().setHistory(u"AAA.AX", Date(2026, 1, 1), Date(2026, 2, 25), 10.0);
-  user.buyShares(u"AAA.AX", Date(2026, 2, 2), 100, 10.0, 0.0, String());
+  user.buyShares(u"AAA.AX", {Date(2026, 2, 2), 100, 10.0, 0.0, String()});
   TallymoorInternet::Instance().historicalPrice(u"AAA.AX", Date(2026, 2, 25), true);
   TallymoorInternet::Instance().goOffline();
   showTree();
@@ -413,7 +413,7 @@ TEST_F(PortfolioPerformanceTableTest, BrokerageFollowsTheTransaction) {
   addGrowing();
   showTree();
   EXPECT_EQ("0.00%", cellText(table(), 0, u"Brokerage %"));
-  node(u"Trading").portfolio().buyShares(u"AAA.AX", Date(2026, 3, 3), 1, 11.0, 10.0, String());
+  node(u"Trading").portfolio().buyShares(u"AAA.AX", {Date(2026, 3, 3), 1, 11.0, 10.0, String()});
   node(u"Trading").transactionMade();
   EXPECT_EQ("1.00%", cellText(table(), 0, u"Brokerage %")); // of 1,000.00
   EXPECT_EQ("1.00%", cellText(totalTable(), 0, u"Brokerage %"));

@@ -34,7 +34,7 @@ TEST_F(ShareHeldTableTest, DeclaresItsColumnsInOrder) {
 
 TEST_F(ShareHeldTableTest, TwoPurchasesOfOneDayAreTwoRows) {
   SharePortfolioUser& user = addTrading();
-  user.buyShares(u"AAA.AX", Date(2026, 2, 20), 7, 6.0, 0.0, String());
+  user.buyShares(u"AAA.AX", {Date(2026, 2, 20), 7, 6.0, 0.0, String()});
   showTree();
   EXPECT_THAT(rowKeys(table()), ElementsAre("02/02/2026", "20/02/2026", "20/02/2026"));
   EXPECT_EQ("50.00", cellText(table(), 1, u"Number"));
@@ -43,7 +43,7 @@ TEST_F(ShareHeldTableTest, TwoPurchasesOfOneDayAreTwoRows) {
 
 TEST_F(ShareHeldTableTest, APurchaseWithoutAReadableDateIsShownAndCountsInNoTotal) {
   SharePortfolioUser& user = addTrading();
-  user.buyShares(u"AAA.AX", Date(2026, 2, 23), 7, 6.0, 0.0, String());
+  user.buyShares(u"AAA.AX", {Date(2026, 2, 23), 7, 6.0, 0.0, String()});
   user.findHeldShare(u"AAA.AX")->parcels()[2].subElement(u"BuyDate").setValue(u"31/2");
   ASSERT_EQ(setAsideUnreadableDates(records()).size(), 1u);
   showTree();
@@ -68,7 +68,7 @@ TEST_F(ShareHeldTableTest, PurchasesNeverWarn) {
 
 TEST_F(ShareHeldTableTest, TheCommentOfAPurchaseHasAColumn) {
   SharePortfolioUser& user = addTrading();
-  user.buyShares(u"AAA.AX", Date(2026, 2, 23), 7, 6.0, 0.0, u"on a tip");
+  user.buyShares(u"AAA.AX", {Date(2026, 2, 23), 7, 6.0, 0.0, u"on a tip"});
   showTree();
   EXPECT_EQ("", cellText(table(), 0, u"Comment"));
   EXPECT_EQ("on a tip", cellText(table(), 2, u"Comment"));

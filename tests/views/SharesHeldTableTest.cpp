@@ -199,7 +199,7 @@ TEST_F(SharesHeldTableTest, IndicatorsAreShownAndTheAutomaticLimitsWarnWhenChose
   market().setHistory(u"AAA.AX", Date(2025, 1, 6), Date(2026, 3, 2),
                       [](const Date& day) { return 10.0 + 0.02 * day.daysSince(Date(2026, 3, 3)); });
   market().setDay(u"AAA.AX", Date(2026, 3, 3), 7.4);
-  user.buyShares(u"AAA.AX", Date(2026, 2, 2), 100, 9.42, 0.0, String());
+  user.buyShares(u"AAA.AX", {Date(2026, 2, 2), 100, 9.42, 0.0, String()});
   limits(1.0, 20.0);
   showTree();
   EXPECT_TRUE(window().warnings.empty());
@@ -222,7 +222,7 @@ TEST_F(SharesHeldTableTest, IndicatorsAreShownAndTheAutomaticLimitsWarnWhenChose
 TEST_F(SharesHeldTableTest, TypedLimitsAreThoseOfEveryPortfolio) {
   addTrading();
   SharePortfolioUser& other = addPortfolio(u"Other", 100.0);
-  other.buyShares(u"AAA.AX", Date(2026, 2, 20), 10, 6.0, 0.0, String());
+  other.buyShares(u"AAA.AX", {Date(2026, 2, 20), 10, 6.0, 0.0, String()});
   showTree();
   typeInto(table(), 0, u"Price Min/Max", "7 - 9");
   EXPECT_EQ("$7.00 - $9.00", cellText(*held(u"Other").table(), 0, u"Price Min/Max"));
@@ -242,7 +242,7 @@ TEST_F(SharesHeldTableTest, NewHoldingTakesTheLimitsOfTheWatchedStock) {
 TEST_F(SharesHeldTableTest, LimitsOfAShareSoldSinceTheViewDateAreTheStocks) {
   SharePortfolioUser& user = addTrading();
   buy(user, u"BBB.AX", 100, 2.0);
-  user.sellShares(u"BBB.AX", Date(2026, 2, 25), 100, 2.5, 0.0, true, String());
+  user.sellShares(u"BBB.AX", {Date(2026, 2, 25), 100, 2.5, 0.0, String()}, true);
   showTree();
   viewDate(Date(2026, 2, 18));
   typeInto(table(), 1, u"Price Min/Max", "1 - 3");
@@ -316,7 +316,7 @@ TEST_F(SharesHeldTableTest, EmptiedLimitsAreNone) {
 TEST_F(SharesHeldTableTest, TypedPriceCountsInEveryPortfolio) {
   addTrading();
   SharePortfolioUser& other = addPortfolio(u"Other", 100.0);
-  other.buyShares(u"AAA.AX", Date(2026, 2, 20), 10, 6.0, 0.0, String());
+  other.buyShares(u"AAA.AX", {Date(2026, 2, 20), 10, 6.0, 0.0, String()});
   showTree();
   answer("Do you want to manually update the price of AAA.AX on 03/03/2026 to $8.00?", "Yes");
   typeInto(table(), 0, u"Price Now", "8");
@@ -404,8 +404,8 @@ TEST_F(SharesHeldTableTest, CodesAreWatchedAsLongAsAViewShowsThem) {
 TEST_F(SharesHeldTableTest, ShareSoldSinceTheViewDateStillHasItsRow) {
   SharePortfolioUser& user = addTrading();
   buy(user, u"BBB.AX", 100, 2.0);
-  user.sellShares(u"BBB.AX", Date(2026, 2, 20), 40, 2.5, 0.0, true, String());
-  user.sellShares(u"BBB.AX", Date(2026, 2, 25), 60, 2.5, 0.0, true, String());
+  user.sellShares(u"BBB.AX", {Date(2026, 2, 20), 40, 2.5, 0.0, String()}, true);
+  user.sellShares(u"BBB.AX", {Date(2026, 2, 25), 60, 2.5, 0.0, String()}, true);
   showTree();
   EXPECT_THAT(rowKeys(table()), ElementsAre("AAA.AX"));
   viewDate(Date(2026, 2, 18));
@@ -440,7 +440,7 @@ TEST_F(SharesHeldTableTest, RowOffersItsCommands) {
 TEST_F(SharesHeldTableTest, ShareThatIsNoLongerHeldCannotBeDeleted) {
   SharePortfolioUser& user = addTrading();
   buy(user, u"BBB.AX", 100, 2.0);
-  user.sellShares(u"BBB.AX", Date(2026, 2, 25), 100, 2.5, 0.0, true, String());
+  user.sellShares(u"BBB.AX", {Date(2026, 2, 25), 100, 2.5, 0.0, String()}, true);
   showTree();
   viewDate(Date(2026, 2, 18));
   std::vector<std::string> entries;

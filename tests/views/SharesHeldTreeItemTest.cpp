@@ -175,7 +175,7 @@ TEST_F(SharesHeldTreeItemTest, PageOfASharesPurchasesSurvivesANewNeighbour) {
   showTree();
   leftClick(*purchases(u"Trading", u"AAA.AX"));
   market().setHistory(u"BBB.AX", Date(2026, 1, 20), Date(2026, 3, 3), 3.0);
-  user.buyShares(u"BBB.AX", Date(2026, 2, 2), 5, 3.0, 0.0, String());
+  user.buyShares(u"BBB.AX", {Date(2026, 2, 2), 5, 3.0, 0.0, String()});
   node(u"Trading").transactionMade();
   EXPECT_THAT(childLabels(held(u"Trading")), ElementsAre("AAA.AX Purchases", "BBB.AX Purchases"));
   EXPECT_EQ(purchases(u"Trading", u"AAA.AX"), tree().shownItem());
@@ -211,7 +211,7 @@ TEST_F(SharesHeldTreeItemTest, TableOutOfSightIsFilledWhenItIsShown) {
   {
     const HandlerScope scope;
     node(u"Trading").transactionMade();
-    user.sellShares(u"AAA.AX", Date(2026, 3, 3), 200, 6.6, 0.0, true, String());
+    user.sellShares(u"AAA.AX", {Date(2026, 3, 3), 200, 6.6, 0.0, String()}, true);
   }
   EXPECT_TRUE(table->hasChangedRecords()) << "it must read nothing before it is filled";
   EXPECT_EQ(0, table->getNumRows());

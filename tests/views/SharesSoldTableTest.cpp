@@ -20,10 +20,10 @@ protected:
     market().setHistory(u"ABC.AX", Date(2026, 1, 20), Date(2026, 3, 3), 12.0);
     market().setHistory(u"BBB.AX", Date(2026, 1, 20), Date(2026, 3, 3), 4.0);
     SharePortfolioUser& user = addPortfolio(u"Trading", 5000.0);
-    user.buyShares(u"ABC.AX", Date(2026, 2, 2), 100, 10.0, 30.0, String());
-    user.sellShares(u"ABC.AX", Date(2026, 2, 20), 100, 12.5, 20.0, true, u"half of it");
-    user.buyShares(u"BBB.AX", Date(2026, 2, 2), 50, 4.0, 10.0, String());
-    user.sellShares(u"BBB.AX", Date(2026, 3, 2), 20, 3.5, 15.0, true, String());
+    user.buyShares(u"ABC.AX", {Date(2026, 2, 2), 100, 10.0, 30.0, String()});
+    user.sellShares(u"ABC.AX", {Date(2026, 2, 20), 100, 12.5, 20.0, u"half of it"}, true);
+    user.buyShares(u"BBB.AX", {Date(2026, 2, 2), 50, 4.0, 10.0, String()});
+    user.sellShares(u"BBB.AX", {Date(2026, 3, 2), 20, 3.5, 15.0, String()}, true);
     return user;
   }
   XMLSellEvent& sale(std::size_t stock = 0) {
@@ -130,8 +130,8 @@ TEST_F(SharesSoldTableTest, NoSalesGiveAnEmptyTableAndTotalsOfZero) {
 
 TEST_F(SharesSoldTableTest, SaleOnTheDayOfPurchaseHasNoDaysAndNoAnnualisedGain) {
   SharePortfolioUser& user = addSales();
-  user.buyShares(u"ABC.AX", Date(2026, 2, 23), 10, 10.0, 0.0, String());
-  user.sellShares(u"ABC.AX", Date(2026, 2, 23), 10, 11.0, 0.0, true, String());
+  user.buyShares(u"ABC.AX", {Date(2026, 2, 23), 10, 10.0, 0.0, String()});
+  user.sellShares(u"ABC.AX", {Date(2026, 2, 23), 10, 11.0, 0.0, String()}, true);
   showTree();
   EXPECT_EQ("23/02/2026", cellText(table(), 1, u"Sell Date"));
   EXPECT_EQ("0", cellText(table(), 1, u"Days Held"));
@@ -141,8 +141,8 @@ TEST_F(SharesSoldTableTest, SaleOnTheDayOfPurchaseHasNoDaysAndNoAnnualisedGain) 
 
 TEST_F(SharesSoldTableTest, TwoSalesOfOneDayAreTwoRows) {
   SharePortfolioUser& user = addSales();
-  user.sellShares(u"BBB.AX", Date(2026, 2, 20), 5, 3.5, 0.0, true, String());
-  user.sellShares(u"BBB.AX", Date(2026, 2, 20), 7, 3.5, 0.0, true, String());
+  user.sellShares(u"BBB.AX", {Date(2026, 2, 20), 5, 3.5, 0.0, String()}, true);
+  user.sellShares(u"BBB.AX", {Date(2026, 2, 20), 7, 3.5, 0.0, String()}, true);
   showTree();
   EXPECT_THAT(rowKeys(table()), ElementsAre("20/02/2026", "20/02/2026", "20/02/2026", "02/03/2026"));
   EXPECT_EQ("5.00", cellText(table(), 1, u"Num Sold"));
@@ -284,9 +284,9 @@ TEST_F(SharesSoldTableTest, TheQuestionFitsTheScreenWhateverTheCashSays) {
 TEST_F(SharesSoldTableTest, SalesOfSplitSharesAreShownAndDeletedAsTheyWereSold) {
   market().setHistory(u"ABC.AX", Date(2026, 1, 20), Date(2026, 3, 3), 6.0);
   SharePortfolioUser& user = addPortfolio(u"Trading", 5000.0);
-  user.buyShares(u"ABC.AX", Date(2026, 2, 2), 100, 9.0, 30.0, String());
+  user.buyShares(u"ABC.AX", {Date(2026, 2, 2), 100, 9.0, 30.0, String()});
   user.recordAdjustment(u"ABC.AX", Date(2026, 2, 10), 3, false);
-  user.sellShares(u"ABC.AX", Date(2026, 2, 20), 100, 6.0, 20.0, true, String());
+  user.sellShares(u"ABC.AX", {Date(2026, 2, 20), 100, 6.0, 20.0, String()}, true);
   showTree();
   EXPECT_THAT(rowTexts(table(), 0),
               ElementsAre("ABC.AX", "", "100.00", "3.00", "6.00", "$300.00", "$600.00", "$300.00", "$20.00",

@@ -117,7 +117,7 @@ TEST_F(TotalCapTreeItemTest, FractionsOfCentsAddUpToTheSameFigureEverywhere) {
 TEST_F(TotalCapTreeItemTest, RowsComeWhenPricesMakeTheTotalPositive) {
   SharePortfolioUser& user = addPortfolio(u"Gift");
   market().setHistory(u"AAA.AX", Date(2026, 1, 20), Date(2026, 3, 3), 1.0);
-  user.buyShares(u"AAA.AX", Date(2026, 3, 3), 10, 1.0, 5.0, String());
+  user.buyShares(u"AAA.AX", {Date(2026, 3, 3), 10, 1.0, 5.0, String()});
   showTree();
   EXPECT_EQ("-$5.00", figure(root(), "Total Capital"));
   EXPECT_EQ("no Capital in Gift", figure(root(), "Capital in Gift"));

@@ -92,7 +92,7 @@ TEST_F(UnseenPerformanceTest, FiguresFollowAPurchaseThatIsEdited) {
   showCash();
   change([](SharePortfolioUser& user) {
     auto& purchase = user.findHeldShare(u"AAA.AX")->parcels()[0];
-    user.editBuyEvent(purchase, Date(2026, 2, 2), 50, 10.0, 0.0, String(), 1000.0, Date(2026, 2, 2));
+    user.editBuyEvent(purchase, {Date(2026, 2, 2), 50, 10.0, 0.0, String()}, 1000.0, Date(2026, 2, 2));
   });
   expectCapital("$1,150.00"); // 550.00 in shares, 600.00 in cash
   passWithPrice(12.0);
@@ -102,7 +102,7 @@ TEST_F(UnseenPerformanceTest, FiguresFollowAPurchaseThatIsEdited) {
 TEST_F(UnseenPerformanceTest, FiguresFollowASaleAndItsDeletion) {
   showCash();
   change([](SharePortfolioUser& user) {
-    user.sellShares(u"AAA.AX", Date(2026, 3, 2), 50, 12.0, 0.0, true, String());
+    user.sellShares(u"AAA.AX", {Date(2026, 3, 2), 50, 12.0, 0.0, String()}, true);
   });
   expectCapital("$1,250.00");
   change([](SharePortfolioUser& user) {

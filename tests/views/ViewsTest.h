@@ -80,9 +80,9 @@ protected:
   SharePortfolioUser& addTrading() {
     priceTrading();
     SharePortfolioUser& user = addPortfolio(u"Trading", 5000.0);
-    user.buyShares(u"AAA.AX", Date(2026, 2, 2), 100, 10.0, 30.0, String());
+    user.buyShares(u"AAA.AX", {Date(2026, 2, 2), 100, 10.0, 30.0, String()});
     user.recordAdjustment(u"AAA.AX", Date(2026, 2, 16), 2, false);
-    user.buyShares(u"AAA.AX", Date(2026, 2, 20), 50, 6.0, 20.0, String());
+    user.buyShares(u"AAA.AX", {Date(2026, 2, 20), 50, 6.0, 20.0, String()});
     return user;
   }
   void priceTrading() {
@@ -94,7 +94,7 @@ protected:
   /// A share at one price on every trading day, bought on 2 February.
   void buy(SharePortfolioUser& user, const String& code, double number, double price) {
     market().setHistory(code, Date(2026, 1, 20), Date(2026, 3, 3), price);
-    user.buyShares(code, Date(2026, 2, 2), number, price, 0.0, String());
+    user.buyShares(code, {Date(2026, 2, 2), number, price, 0.0, String()});
   }
 
   TotalCapTreeItem& showTree(const NodeIcons& icons = {}, Progress* progress = nullptr) {

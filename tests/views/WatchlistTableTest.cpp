@@ -364,7 +364,7 @@ TEST_F(WatchlistTableTest, UnchangedLimitsChangeNothing) {
 TEST_F(WatchlistTableTest, LimitsOfAWatchedStockAreThoseOfEveryHolding) {
   addTrading();
   SharePortfolioUser& other = addPortfolio(u"Other", 100.0);
-  other.buyShares(u"AAA.AX", Date(2026, 2, 20), 10, 6.0, 0.0, String());
+  other.buyShares(u"AAA.AX", {Date(2026, 2, 20), 10, 6.0, 0.0, String()});
   addList(u"Main", {u"AAA.AX"});
   showTrees();
   typeInto(table(), 0, u"Price Min/Max", "7 - 9");

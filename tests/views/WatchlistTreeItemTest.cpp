@@ -55,7 +55,7 @@ TEST_F(WatchlistTreeItemTest, PortfolioListsWhatIsHeldAndItsIndex) {
   SharePortfolioUser& user = addTrading();
   buy(user, u"BBB.AX", 100, 2.0);
   buy(user, u"CCC.AX", 100, 2.0);
-  user.sellShares(u"CCC.AX", Date(2026, 2, 20), 100, 2.5, 0.0, true, String());
+  user.sellShares(u"CCC.AX", {Date(2026, 2, 20), 100, 2.5, 0.0, String()}, true);
   market().setHistory(u"^XAO", Date(2024, 12, 1), Date(2026, 3, 3), 8000.0);
   user.setComparisonIndex(u"^XAO");
   showTrees();
@@ -73,7 +73,7 @@ TEST_F(WatchlistTreeItemTest, IndexThatIsHeldTooIsListedOnce) {
 TEST_F(WatchlistTreeItemTest, PortfolioListsWhatItHeldOnTheViewDate) {
   SharePortfolioUser& user = addTrading(); // AAA.AX since 2 February
   buy(user, u"BBB.AX", 100, 2.0);
-  user.sellShares(u"BBB.AX", Date(2026, 2, 20), 100, 2.5, 0.0, true, String());
+  user.sellShares(u"BBB.AX", {Date(2026, 2, 20), 100, 2.5, 0.0, String()}, true);
   showTrees();
   EXPECT_THAT(rowKeys(*heldList().table()), ElementsAre("AAA.AX"));
   viewDateOfBoth(Date(2026, 2, 19)); // the day before the sale
@@ -91,7 +91,7 @@ TEST_F(WatchlistTreeItemTest, NewHoldingIsListedAtTheNextUpdate) {
   SharePortfolioUser& user = addTrading();
   market().setHistory(u"BBB.AX", Date(2026, 1, 20), Date(2026, 3, 3), 2.0);
   showTrees();
-  user.buyShares(u"BBB.AX", Date(2026, 3, 2), 10, 2.0, 0.0, String());
+  user.buyShares(u"BBB.AX", {Date(2026, 3, 2), 10, 2.0, 0.0, String()});
   node(u"Trading").transactionMade();
   leftClick(heldList());
   EXPECT_THAT(rowKeys(*heldList().table()), ElementsAre("AAA.AX", "BBB.AX"));
