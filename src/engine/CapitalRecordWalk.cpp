@@ -148,6 +148,33 @@ void CapitalRecordWalk::recompute(Stock& stock, const Date& day) {
     stock.number = numberText(stock.number.toDouble() + divided);
 }
 
+/// What the walk will ask for from the day on: of each stock the days on which it is held and, for splits,
+/// the day before each purchase. Today's price is a current one.
+std::vector<HistoryNeed> CapitalRecordWalk::pricesFrom(const Date& day) const {
+  const Date last = Date::hasFixedDate() ? Date() : Date().plusDays(-1);
+  std::vector<HistoryNeed> held;
+  for (const Stock& stock : m_stocks)
+    for (const Parcel& parcel : stock.parcels)
+      held.push_back({stock.code, std::max(parcel.from, day), std::min(parcel.until.plusDays(-1), last)});
+  std::erase_if(held, [](const HistoryNeed& days) { return days.first > days.last; });
+  std::stable_sort(held.begin(), held.end(),
+                   [](const HistoryNeed& a, const HistoryNeed& b) { return a.first < b.first; });
+  std::vector<HistoryNeed> needs;
+  for (const HistoryNeed& days : held) {
+    needs.push_back({days.code, days.first, days.first});
+    needs.push_back({days.code, days.first.plusDays(-1), days.last});
+  }
+  return needs;
+}
+
+/// Has the prices of all stocks from the day on fetched when that of the stock is missing. False when it was
+/// cancelled.
+bool CapitalRecordWalk::fetchPrices(const Stock& stock, const Date& day, Progress* progress) const {
+  TallymoorInternet& gateway = TallymoorInternet::Instance();
+  return day >= Date::realToday() || !gateway.isToBeFetched(stock.code, day) ||
+         gateway.completeHistory(pricesFrom(day), progress);
+}
+
 void CapitalRecordWalk::announceFetch(Stock& stock, const Date& day, Progress* progress) {
   if (!progress)
     return;
@@ -164,6 +191,8 @@ const std::vector<CapitalRecordWalk::Holding>* CapitalRecordWalk::holdings(const
   m_holdings.clear();
   for (std::size_t place : m_held) {
     Stock& stock = m_stocks[place];
+    if (!fetchPrices(stock, day, progress))
+      return nullptr;
     announceFetch(stock, day, progress);
     if (isCancelled(progress))
       return nullptr;

@@ -10,6 +10,7 @@
 namespace Tallymoor {
 
 class Progress;
+struct HistoryNeed;
 class SharePortfolioUser;
 class XMLParcel;
 
@@ -42,9 +43,10 @@ public:
   const String& cashTotal(const Date& day);
   /// Money from outside on the very day; empty when it would read as zero.
   String cashInjected(const Date& day) const;
-  /// The stocks held at the end of the day, in the order of the records. Asks about splits; a progress text
-  /// tells of codes whose history is yet to be fetched. Null when the user has cancelled, or the program is
-  /// to end. Throws Exception when a price is unavailable.
+  /// The stocks held at the end of the day, in the order of the records. Asks about splits. The first price
+  /// that is not cached has those of all stocks and of all days from there on fetched, of which a progress
+  /// text tells. Null when the user has cancelled, or the program is to end. Throws Exception when a price is
+  /// unavailable.
   const std::vector<Holding>* holdings(const Date& day, Progress* progress);
   struct SplitCheck {
     bool adjusted = false; ///< an answer was recorded
@@ -91,6 +93,8 @@ private:
   void noteChanges(const Parcel& parcel, std::size_t stock);
   void advanceTo(const Date& day);
   void recompute(Stock& stock, const Date& day);
+  bool fetchPrices(const Stock& stock, const Date& day, Progress* progress) const;
+  std::vector<HistoryNeed> pricesFrom(const Date& day) const;
   void announceFetch(Stock& stock, const Date& day, Progress* progress);
 
   SharePortfolioUser& m_portfolio;

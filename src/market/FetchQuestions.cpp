@@ -29,6 +29,11 @@ bool FetchQuestions::mayAsk() {
   return !inBackgroundPass && UserInteraction::exists();
 }
 
+void FetchQuestions::showStatus(const String& text) {
+  if (mayAsk())
+    UserInteraction::Instance().setStatusText(text);
+}
+
 bool FetchQuestions::isNotFound(const HTTPException& failure) {
   return failure.code() == NOT_FOUND || failure.code() == GONE;
 }

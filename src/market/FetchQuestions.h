@@ -27,6 +27,8 @@ public:
 
   /// True when a question may be asked at all.
   static bool mayAsk();
+  /// Tells in the status line what is fetched, where the user may be told anything.
+  static void showStatus(const String& text);
   /// True for "not found" as an answer of the source.
   static bool isNotFound(const HTTPException& failure);
 

@@ -2,11 +2,10 @@
 #include "foundation/Date.h"
 #include "foundation/String.h"
 #include "market/CodeSearchResult.h"
+#include "market/Connection.h"
 #include "market/FetchQuestions.h"
-#include "market/HistoryFailures.h"
-#include "market/HistoryRange.h"
+#include "market/PriceHistory.h"
 #include "market/PriceUpdater.h"
-#include "market/SharePriceCache.h"
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -16,13 +15,9 @@
 
 namespace Tallymoor {
 
-class DataSource;
-class HTTPClient;
-class LocatorSet;
-
-/// The one door to market data. It answers from the cache of past prices where it can, fetches by the locator
-/// documents where it must, asks the user when a fetch fails, keeps the online or offline state, and owns the
-/// price updater.
+/// The one door to market data: a thin face over the connection to the data source, the history of past
+/// prices, and the price updater. It answers from the cache where it can, fetches where it must, and asks the
+/// user when a fetch fails.
 ///
 /// Unless told otherwise an operation belongs to the GUI thread or to a stretch of a background pass, under
 /// the big mutex. While inBackgroundPass is set nothing is asked or shown: failures go straight to the
@@ -36,7 +31,7 @@ class LocatorSet;
 /// not what its locator says, XMLException once for a code whose cache file can't be read.
 class TallymoorInternet : public PriceUpdater::PricesObserver {
 public:
-  using ClientFactory = std::function<std::unique_ptr<HTTPClient>()>;
+  using ClientFactory = Connection::ClientFactory;
 
   /// How the gateway is built; the defaults are the program's own.
   struct Options {
@@ -117,6 +112,13 @@ public:
   /// and charts, which have holes without. Says in the status line what it fetches, asks and throws nothing,
   /// and leaves out what has failed in this run. Does nothing offline.
   void completeHistory(const String& code, const Date& first, const Date& last);
+  /// The same for many codes, before their days are asked for one by one: several fetches at a time, page by
+  /// page from each first day on, up to a failure, of which those questions will tell. Tells the progress, if
+  /// there is one, and lets events pass meanwhile. False when the user, or the end of the program, wanted it
+  /// to end.
+  bool completeHistory(const std::vector<HistoryNeed>& needs, Progress* progress);
+  /// True when the price of the day is neither cached nor known to fail, and the gateway is online.
+  bool isToBeFetched(const String& code, const Date& day);
   /// True when any price of the code is cached.
   bool hasCachedHistory(const String& code);
   /// Codes by a part of a name. An unreadable page counts as one without matches.
@@ -159,40 +161,17 @@ public:
   void currentPriceUpdated(const String& code, double price) override;
 
 private:
-  enum class CacheUse { Answer, Skip };
-
   explicit TallymoorInternet(const Options& options);
 
-  void goOnline();
   bool dataSourceAnswers();
-  /// What a fetch needs, for use with or without the big mutex. Throws HTTPException, with the operation's
-  /// name, when offline.
   DataSource dataSource(const String& operation) const;
   std::optional<double> beginCurrentPrice(const String& code, bool useUpdater);
-  double closeOf(const String& code, const Date& date, bool upTo, CacheUse use);
-  HistoryRange rangeAround(const Date& date, bool upTo) const;
-  bool isKnownToFail(const String& code, const Date& date) const;
-  void fetchDayVisibly(const String& code, const Date& date, bool upTo);
-  void fetchDay(const String& code, const Date& date, bool upTo);
-  std::optional<Date> fetchRange(const String& code, const Date& date, bool upTo);
-  bool wantsAnotherTry(const String& code, const HistoryFailures::Failure& failure);
-  SharePriceCache::Closes keepHistory(const String& code, const SharePriceCache::Rows& fetched,
-                                      const HistoryRange& range);
-  std::optional<Date> lastMissingDay(const String& code, const Date& first, const Date& last);
-  void fetchMissingDays(const String& code, const Date& first, const Date& last);
   bool wantsRetry(const String& question);
 
-  // All guarded by the big mutex, but for what never changes.
-  const ClientFactory m_makeClient;
-  SharePriceCache m_cache;
-  std::unique_ptr<const LocatorSet> m_locators;
-  std::shared_ptr<HTTPClient> m_client; ///< null while offline; shared with the fetches under way
-  HistoryFailures m_failures;
+  // All guarded by the big mutex.
+  Connection m_connection;
   FetchQuestions m_questions;
-  /// The real day on which refreshClosesFrom last tried a code from a day on.
-  std::map<std::pair<String, Date>, Date> m_refreshes;
-  /// The ranges that the source has answered for in this run.
-  std::map<String, std::vector<HistoryRange>> m_answered;
+  PriceHistory m_history;
   PriceUpdater m_updater;
 };
 

@@ -276,6 +276,30 @@ TEST_F(CapitalRecordTest, ACancelledUpdateEndsBeforeTheNextStockIsFetched) {
             String(u"12/1/2026 cash 100.00; AAA.AX 1.00 x 5.00; BBB.AX 1.00 x 5.00; CCC.AX 1.00 x 5.00"));
 }
 
+TEST_F(CapitalRecordTest, PricesOfManyStocksAreFetchedAtOnceAndTheEndOfTheProgramEndsThat) {
+  constexpr std::size_t AT_ONCE = 6;
+  for (char16_t letter = u'A'; letter < u'I'; ++letter) {
+    const String code = String() + letter + u".AX";
+    m_market.setHistory(code, Date(2025, 12, 1), m_today, 5);
+    user().addBuyEvent(code, Date(2026, 1, 12), 1, 5, 0, u"");
+  }
+  m_market.addListing(u"TEST", u"test", u"Australia");
+  ASSERT_TRUE(gateway().reconnect());
+  gateway().priceUpdater().stopAndJoin();
+  m_market.stall(MarketFixture::Page::History);
+  const auto asked = [this] { return m_market.requested(MarketFixture::Page::History).size(); };
+  m_interaction.stopWanted = [&] { return asked() >= AT_ONCE; };
+  update();
+  EXPECT_EQ(asked(), AT_ONCE) << "none is answered, and the others wait for these";
+  EXPECT_FALSE(record().hasDayCap(Date(2026, 1, 12))) << "no day with prices that stand in";
+  m_interaction.stopWanted = {};
+  m_market.release(MarketFixture::Page::History);
+  update();
+  EXPECT_EQ(numDays(Date(2026, 1, 12), m_today), 51u);
+  EXPECT_TRUE(dayOf(m_yesterday).contains(u"H.AX 1.00 x 5.00"));
+  EXPECT_TRUE(m_interaction.calls(EngineInteraction::Kind::Question).empty());
+}
+
 TEST_F(CapitalRecordTest, AnotherPageOfAHistoryIsAnnouncedToo) {
   m_market.setMaxEntries(20); // a month
   TallymoorInternet::reset();

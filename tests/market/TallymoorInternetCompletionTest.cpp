@@ -1,4 +1,6 @@
+#include "foundation/LengthyFunctions.h"
 #include "foundation/RunTimeSettings.h"
+#include "market/FetchQueue.h"
 #include "market/GatewayTest.h"
 
 namespace Tallymoor {
@@ -177,6 +179,138 @@ TEST_F(CompletionTest, CachedRowsIncludeBothEnds) {
   EXPECT_EQ(rows.begin()->second.close, 2);
   EXPECT_EQ(rows.rbegin()->second.close, 4);
   EXPECT_TRUE(gateway().cachedRows(u"XYZ.AX", Date(2006, 11, 2), Date(2006, 11, 4)).empty());
+}
+
+// --- Many codes at once
+
+/// What is told of the progress of a completion.
+class TestProgress : public Progress {
+public:
+  void setTotal(unsigned) override {}
+  void step(unsigned, const String&) override {}
+  void setText(const String& text) override {
+    if (text.empty())
+      ++eventsPassed;
+    else
+      texts.push_back(text);
+    if (onText)
+      onText();
+  }
+  bool isCancelled() const override { return cancelled; }
+
+  std::vector<String> texts;
+  int eventsPassed = 0;
+  bool cancelled = false;
+  std::function<void()> onText;
+};
+
+class ManyCodesTest : public CompletionTest {
+protected:
+  /// Codes with prices of all days, and what is needed of them.
+  std::vector<HistoryNeed> needsOf(int count) {
+    std::vector<HistoryNeed> needs;
+    for (int i = 0; i < count; ++i) {
+      const String code = u"C" + String::fromLong(i) + u".AX";
+      m_market.setHistory(code, Date(2005, 1, 3), m_today, 10 + i);
+      needs.push_back({code, m_first, m_friday});
+    }
+    return needs;
+  }
+  void expectComplete(const HistoryNeed& need) {
+    EXPECT_EQ(gateway().cachedRows(need.code, need.first, need.last).size(),
+              static_cast<std::size_t>(need.last.daysSince(need.first)) + 1)
+        << need.code.toUTF8();
+  }
+};
+
+TEST_F(ManyCodesTest, AreFetchedSeveralAtOnceWhileEventsPass) {
+  const std::vector<HistoryNeed> needs = needsOf(8);
+  m_market.stall(Page::History);
+  TestProgress progress;
+  // What a window does while it waits: without it, nothing would ever be answered here.
+  progress.onText = [&] {
+    if (progress.eventsPassed == 3) {
+      m_market.awaitRequests(Page::History, FetchQueue::AT_ONCE);
+      m_market.release(Page::History);
+    }
+  };
+  EXPECT_TRUE(gateway().completeHistory(needs, &progress));
+  for (const HistoryNeed& need : needs)
+    expectComplete(need);
+  EXPECT_EQ(numFetches(), needs.size());
+  EXPECT_EQ(progress.texts.size(), needs.size());
+  EXPECT_EQ(progress.texts.front(), u"Retrieving historical prices for C0.AX");
+  expectNothingAsked();
+}
+
+TEST_F(ManyCodesTest, PageFollowsPageAndTheRecordsHearOfTheCodesInOrder) {
+  m_market.setMaxEntries(50); // 70 days
+  TallymoorInternet::reset();
+  const std::vector<HistoryNeed> needs = needsOf(3);
+  RecordingObserver observer(PriceUpdater::Rank::Records);
+  EXPECT_TRUE(gateway().completeHistory(needs, nullptr));
+  for (const HistoryNeed& need : needs)
+    expectComplete(need);
+  EXPECT_EQ(numFetches(), 9u);
+  std::vector<String> codes;
+  for (const String& heard : observer.heard())
+    if (const String code = heard.substr(heard.find(u'C'), 5); codes.empty() || codes.back() != code)
+      codes.push_back(code);
+  const std::vector<String> once{u"C0.AX", u"C1.AX", u"C2.AX"};
+  std::vector<String> expected;
+  for (int page = 0; page < 3; ++page)
+    expected.insert(expected.end(), once.begin(), once.end());
+  EXPECT_EQ(codes, expected);
+}
+
+TEST_F(ManyCodesTest, AFailureEndsItsCodeAloneAndIsAskedAboutLater) {
+  std::vector<HistoryNeed> needs = needsOf(2);
+  needs.insert(needs.begin() + 1, {u"NONE.AX", m_first, m_friday});
+  EXPECT_TRUE(gateway().completeHistory(needs, nullptr));
+  expectComplete(needs[0]);
+  expectComplete(needs[2]);
+  EXPECT_EQ(numFetches(), 3u);
+  expectNothingAsked();
+  EXPECT_FALSE(gateway().isToBeFetched(u"NONE.AX", m_first));
+  m_user.answerQuestion(false);
+  EXPECT_THROW(gateway().historicalPrice(u"NONE.AX", m_first, false), HTMLException);
+  EXPECT_EQ(numFetches(), 3u) << "it is not fetched again for that";
+}
+
+TEST_F(ManyCodesTest, ACancelEndsItInTheMidstOfTheFetches) {
+  const std::vector<HistoryNeed> needs = needsOf(8);
+  m_market.stall(Page::History);
+  TestProgress progress;
+  progress.onText = [&] { progress.cancelled = progress.eventsPassed > 0; };
+  EXPECT_FALSE(gateway().completeHistory(needs, &progress));
+  EXPECT_FALSE(gateway().isToBeFetched(needs[0].code, m_first)) << "it would only be waited for again";
+  EXPECT_THROW(gateway().historicalPrice(needs[0].code, m_first, false), HTTPException);
+  EXPECT_TRUE(questions().empty());
+  for (std::size_t i = 1; i < needs.size(); ++i)
+    EXPECT_TRUE(gateway().isToBeFetched(needs[i].code, m_first)) << "it is no failure of the source";
+  m_market.release(Page::History);
+  gateway().forgetFailures();
+  progress.onText = nullptr;
+  progress.cancelled = false;
+  EXPECT_TRUE(gateway().completeHistory(needs, &progress));
+  for (const HistoryNeed& need : needs)
+    expectComplete(need);
+}
+
+TEST_F(ManyCodesTest, TheEndOfTheProgramEndsItToo) {
+  const std::vector<HistoryNeed> needs = needsOf(2);
+  m_market.stall(Page::History);
+  m_user.stopWanted = [] { return true; };
+  EXPECT_FALSE(gateway().completeHistory(needs, nullptr));
+  m_market.release(Page::History);
+}
+
+TEST_F(ManyCodesTest, OfflineNothingIsFetched) {
+  const std::vector<HistoryNeed> needs = needsOf(2);
+  gateway().goOffline();
+  EXPECT_TRUE(gateway().completeHistory(needs, nullptr));
+  EXPECT_FALSE(gateway().isToBeFetched(needs[0].code, m_first));
+  EXPECT_EQ(numFetches(), 0u);
 }
 
 } // namespace

@@ -1,0 +1,87 @@
+#include "market/HistoryCompletion.h"
+#include "foundation/LengthyFunctions.h"
+#include "market/FetchQuestions.h"
+#include "market/PriceHistory.h"
+#include "market/WatchedFetch.h"
+#include <map>
+#include <utility>
+
+namespace Tallymoor {
+
+HistoryCompletion::HistoryCompletion(PriceHistory& history, DataSource source,
+                                     const std::vector<HistoryNeed>& needs)
+    : m_history(history), m_source(std::move(source)) {
+  std::map<String, std::size_t> places;
+  for (const HistoryNeed& need : needs) {
+    const auto [place, isNew] = places.try_emplace(need.code, m_chains.size());
+    if (isNew)
+      m_chains.emplace_back();
+    m_chains[place->second].needs.push_back(need);
+  }
+}
+
+bool HistoryCompletion::run(Progress* progress) {
+  constexpr std::chrono::milliseconds BETWEEN_EVENTS{60};
+  m_progress = progress;
+  const WaitCursor wait;
+  for (Chain& chain : m_chains)
+    begin(chain);
+  while (!m_queue.isEmpty()) {
+    m_queue.applyNext(BETWEEN_EVENTS);
+    // Before events pass: a key that the dialog does not get, for want of the focus, would be lost with them.
+    if (isCancelled())
+      break;
+    if (m_progress)
+      m_progress->setText(String());
+  }
+  if (!isCancelled())
+    return true;
+  if (!m_underWay.empty())
+    m_history.noteCancelled(m_underWay.front()->fetch);
+  return false;
+}
+
+/// Has the next missing day of the chain fetched, if there is one.
+void HistoryCompletion::begin(Chain& chain) {
+  for (; chain.next < chain.needs.size(); ++chain.next) {
+    auto& [code, first, last] = chain.needs[chain.next];
+    const std::optional<Date> day = m_history.firstToFetch(code, first, last);
+    if (!day)
+      continue;
+    first = *day; // those before need no other look
+    FetchQuestions::showStatus(u"updating historical price for " + code + u" for days from " +
+                               day->toString(DATE_DISPLAY_LOCAL));
+    if (m_progress)
+      m_progress->setText(u"Retrieving historical prices for " + code);
+    if (isCancelled())
+      return;
+    chain.fetch = m_history.beginFetch(code, *day, false);
+    return request(chain);
+  }
+}
+
+void HistoryCompletion::request(Chain& chain) {
+  m_underWay.push_back(&chain);
+  m_queue.add(
+      [this, &chain, code = chain.fetch.code, range = chain.fetch.range](const std::stop_token& stop) {
+        HistoryPage page = HistoryPage::fetch(m_source, code, range, stop);
+        return [this, &chain, page = std::move(page)] { keep(chain, page); };
+      });
+}
+
+void HistoryCompletion::keep(Chain& chain, const HistoryPage& page) {
+  m_underWay.pop_front();
+  const bool goesOn = m_history.keepPage(chain.fetch, page);
+  if (page.failure)
+    return; // the user is asked first, and may call the code delisted
+  if (goesOn)
+    request(chain);
+  else
+    begin(chain);
+}
+
+bool HistoryCompletion::isCancelled() const {
+  return (m_progress && m_progress->isCancelled()) || isStopWanted();
+}
+
+} // namespace Tallymoor

@@ -1,0 +1,283 @@
+#include "market/PriceHistory.h"
+#include "foundation/Amounts.h"
+#include "foundation/Exception.h"
+#include "foundation/RunTimeSettings.h"
+#include "market/Connection.h"
+#include "market/FetchQuestions.h"
+#include "market/HistoryCompletion.h"
+#include "market/WatchedFetch.h"
+#include <algorithm>
+#include <iterator>
+
+namespace Tallymoor {
+
+namespace {
+
+String local(const Date& date) {
+  return date.toString(DATE_DISPLAY_LOCAL);
+}
+
+HTTPException cancelled() {
+  return HTTPException(u"TallymoorInternet::historicalPrice - cancelled.");
+}
+
+} // namespace
+
+PriceHistory::PriceHistory(const String& cacheDirectory, const Connection& connection,
+                           FetchQuestions& questions, CloseChanged closeChanged)
+    : m_cache(cacheDirectory), m_connection(connection), m_questions(questions),
+      m_closeChanged(std::move(closeChanged)) {}
+
+double PriceHistory::closeOf(const String& code, const Date& day, bool upTo, CacheUse use) {
+  for (;; use = CacheUse::Answer) {
+    const CachedShare& known = m_cache.share(code);
+    const ShareValue* row = use == CacheUse::Answer ? known.find(day) : nullptr;
+    if (row)
+      return row->close;
+    if (known.isBad)
+      throw Exception(u"TallymoorInternet::historicalPrice - code does not exist(cached): " + code);
+    const HistoryRange request = m_connection.pageAround(day, upTo);
+    const HistoryFailures::Failure* failure =
+        use == CacheUse::Skip ? nullptr : m_failures.failureOf(code, day, request);
+    if (!failure && (use == CacheUse::Skip || !m_failures.isAbsent(code, day))) {
+      fetchDayVisibly(code, day, upTo);
+      failure = m_failures.failureOn(code, day);
+    }
+    if (!failure)
+      return cachedPrice(code, day, 0);
+    if (!wantsAnotherTry(code, *failure))
+      std::rethrow_exception(failure->what);
+    m_failures.forget(code);
+  }
+}
+
+std::optional<Date> PriceHistory::firstToFetch(const String& code, const Date& first, const Date& last) {
+  const CachedShare& known = m_cache.shareOrEmpty(code);
+  // The next request for a price reports an unreadable file, so its failure is not used up here.
+  if (known.isBad || known.unreadable)
+    return std::nullopt;
+  auto row = known.values.lower_bound(first);
+  for (Date day = first; day <= last; day.addDays(1)) {
+    if (row != known.values.end() && row->first == day)
+      ++row;
+    else if (!m_failures.isAbsent(code, day) &&
+             !m_failures.failureOf(code, day, m_connection.pageAround(day, false)))
+      return day;
+  }
+  return std::nullopt;
+}
+
+bool PriceHistory::isKnownToFail(const String& code, const Date& day) const {
+  return m_failures.failureOn(code, day) || m_failures.isAbsent(code, day);
+}
+
+void PriceHistory::fetchDayVisibly(const String& code, const Date& day, bool upTo) {
+  m_connection.source(u"historicalPrice"); // fails offline, with nothing shown
+  FetchQuestions::showStatus(u"updating historical price for " + code + u" for days " +
+                             (upTo ? u"up to " : u"from ") + local(day));
+  const WaitCursor wait;
+  fetchDay(code, day, upTo);
+}
+
+/// Afterwards the day is cached, or it is known to fail.
+void PriceHistory::fetchDay(const String& code, const Date& day, bool upTo) {
+  DayFetch fetch = beginFetch(code, day, upTo);
+  HistoryPage page;
+  do {
+    const DataSource source = m_connection.source(u"historicalPrice");
+    if (isStopWanted())
+      throw cancelled();
+    page = watchedFetch(
+        [&](const std::stop_token& stop) { return HistoryPage::fetch(source, code, fetch.range, stop); });
+    if (page.failure && isStopWanted())
+      m_questions.dontAsk(code);
+  } while (keepPage(fetch, page));
+}
+
+DayFetch PriceHistory::beginFetch(const String& code, const Date& day, bool upTo) {
+  m_failures.forgetFailuresOn(code, day);
+  return {code, day, upTo, m_connection.pageAround(day, upTo)};
+}
+
+bool PriceHistory::keepPage(DayFetch& fetch, const HistoryPage& page) {
+  const auto& [code, day, upTo, range, isLast] = fetch;
+  if (page.failure)
+    m_failures.noteFailure(code, range, page.failure);
+  else if (page.rows.empty())
+    m_failures.noteAbsent(code, range);
+  if (!page.failure)
+    keepRows(code, page.rows, range);
+  if (m_cache.shareOrEmpty(code).find(day) || m_failures.failureOn(code, day))
+    return false;
+  if (!isLast) {
+    // With nothing at or before the day in a range from it on, the last close lies before the range, if any.
+    const Date before = page.rows.empty() ? day : page.rows.begin()->first.plusDays(-1);
+    fetch.range = m_connection.pageAround(before, true);
+    fetch.isLast = true;
+    return true;
+  }
+  m_failures.noteAbsent(code, {day, day});
+  return false;
+}
+
+void PriceHistory::noteCancelled(const DayFetch& fetch) {
+  m_failures.noteFailure(fetch.code, fetch.range, std::make_exception_ptr(cancelled()));
+  m_questions.dontAsk(fetch.code);
+}
+
+/// False also when nothing may be asked.
+bool PriceHistory::wantsAnotherTry(const String& code, const HistoryFailures::Failure& failure) {
+  switch (m_questions.afterHistory(code, failure)) {
+  case FetchQuestions::Answer::Retry:
+    return true;
+  case FetchQuestions::Answer::Delisted:
+    m_cache.setBad(code, true);
+    return false;
+  default:
+    return false;
+  }
+}
+
+SharePriceCache::Closes PriceHistory::keepRecent(const String& code, const HistoryRange& range,
+                                                 const SharePriceCache::Rows& rows) {
+  m_failures.forgetFailuresOn(code, range.end);
+  return keepRows(code, rows, range);
+}
+
+/// The days whose close is new or another one, without those that show as zero.
+SharePriceCache::Closes PriceHistory::keepRows(const String& code, const SharePriceCache::Rows& rows,
+                                               const HistoryRange& range) {
+  if (!hasAnsweredFor(code, range.start) || !hasAnsweredFor(code, range.end))
+    m_answered[code].push_back(range);
+  SharePriceCache::Closes changed = m_cache.merge(code, rows, range);
+  std::erase_if(changed, [](const auto& item) { return showsAsZero(item.second); });
+  tell(code, changed);
+  return changed;
+}
+
+void PriceHistory::tell(const String& code, const SharePriceCache::Closes& changed) const {
+  for (const auto& [day, close] : changed)
+    m_closeChanged(code, day, close);
+}
+
+double PriceHistory::cachedPrice(const String& code, const Date& day, int column) {
+  const ShareValue* row = m_cache.share(code).find(day);
+  if (!row)
+    throw Exception(u"TallymoorInternet::getCachedPrice - dont have cached price for code " + code + u" at " +
+                    local(day));
+  switch (column) {
+  case 1:
+    return row->high;
+  case 2:
+    return row->low;
+  default:
+    return row->close;
+  }
+}
+
+std::optional<double> PriceHistory::cachedClose(const String& code, const Date& day) {
+  const ShareValue* row = m_cache.shareOrEmpty(code).find(day);
+  return row ? std::optional(row->close) : std::nullopt;
+}
+
+SharePriceCache::Rows PriceHistory::cachedRows(const String& code, const Date& first, const Date& last) {
+  const SharePriceCache::Rows& rows = m_cache.shareOrEmpty(code).values;
+  return SharePriceCache::Rows(rows.lower_bound(first), rows.upper_bound(last));
+}
+
+bool PriceHistory::hasAnsweredFor(const String& code, const Date& day) {
+  const std::vector<HistoryRange>& ranges = m_answered[code];
+  return isBad(code) || std::any_of(ranges.begin(), ranges.end(),
+                                    [&day](const HistoryRange& range) { return range.contains(day); });
+}
+
+bool PriceHistory::setTypedPrice(const String& code, const Date& day, double close) {
+  const SharePriceCache::Closes changed = m_cache.setTypedPrice(code, day, close);
+  tell(code, changed);
+  return !changed.empty();
+}
+
+void PriceHistory::refreshClosesFrom(const String& code, const Date& first) {
+  if (!m_connection.isOnline() || isBad(code) || m_cache.shareOrEmpty(code).unreadable)
+    return;
+  const Date now = Date::realToday();
+  const auto [tried, isNew] = m_refreshes.try_emplace({code, first}, now);
+  if (!isNew && std::exchange(tried->second, now) == now)
+    return;
+  FetchQuestions::showStatus(u"updating recent historical prices for " + code);
+  const WaitCursor wait;
+  const BackgroundPassScope askNothing;
+  try {
+    closeOf(code, first, false, CacheUse::Skip);
+  } catch (const Exception&) {
+    // The closes stay as they are, and as open as they were.
+  }
+}
+
+// --- Ranges of days
+
+bool PriceHistory::completeHistory(const std::vector<HistoryNeed>& needs, Progress* progress) {
+  return !m_connection.isOnline() ||
+         HistoryCompletion(*this, m_connection.source(u"historicalPrice"), needs).run(progress);
+}
+
+void PriceHistory::completeHistory(const String& code, const Date& first, const Date& last) {
+  const CachedShare& known = m_cache.shareOrEmpty(code);
+  // The next request for a price reports an unreadable file, so its failure is not used up here.
+  if (!m_connection.isOnline() || known.isBad || known.unreadable || !lastMissingDay(code, first, last))
+    return;
+  FetchQuestions::showStatus(u"updating historical prices for " + code);
+  const WaitCursor wait;
+  try {
+    fetchMissingDays(code, first, last);
+  } catch (const HTTPException&) {
+    // Cancelled: the days stay missing, as those before a stock was listed do.
+  }
+}
+
+/// Page by page back in time, until all are there or one is unavailable.
+void PriceHistory::fetchMissingDays(const String& code, const Date& first, const Date& last) {
+  constexpr int MOST_PAGES = 100;
+  for (int page = 0; page < MOST_PAGES; ++page) {
+    const std::optional<Date> missing = lastMissingDay(code, first, last);
+    if (!missing)
+      return;
+    fetchDay(code, *missing, true);
+    if (isKnownToFail(code, *missing)) {
+      m_failures.endCompletionAt(code, *missing);
+      return;
+    }
+  }
+}
+
+std::optional<Date> PriceHistory::lastMissingDay(const String& code, const Date& first, const Date& last) {
+  const SharePriceCache::Rows& rows = m_cache.shareOrEmpty(code).values;
+  auto row = rows.upper_bound(last);
+  for (Date day = last; day >= first; day.addDays(-1)) {
+    if (row != rows.begin() && std::prev(row)->first == day)
+      --row;
+    else if (m_failures.isBeyondCompletion(code, day))
+      return std::nullopt;
+    else if (!isKnownToFail(code, day))
+      return day;
+  }
+  return std::nullopt;
+}
+
+void PriceHistory::forgetFailures() {
+  m_failures.forget();
+  m_refreshes.clear();
+}
+
+void PriceHistory::clearBad(const String& code) {
+  m_cache.setBad(code, false);
+  m_failures.forget(code);
+  m_refreshes.clear();
+}
+
+void PriceHistory::clear() {
+  m_cache.clear();
+  m_answered.clear();
+}
+
+} // namespace Tallymoor
