@@ -10,9 +10,11 @@
 #include "xml/CountryOfResidence.h"
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <filesystem>
 #include <fxkeys.h>
 #include <set>
+#include <thread>
 #include <unistd.h>
 
 namespace Tallymoor {
@@ -416,7 +418,15 @@ TEST_F(TallymoorWindowTest, ReconnectingShowsThatItTriesAndThatItFailed) {
   ButtonDiary diary(app(), online);
   runUntil([&] { return !diary.entries().empty(); });
   diary.lookSoon();
+  // The diary looks again after a millisecond at the earliest, so the answer must not come sooner.
+  market().stall(MarketFixture::Page::Search);
+  std::thread answering([this] {
+    market().awaitRequests(MarketFixture::Page::Search, 1);
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    market().release(MarketFixture::Page::Search);
+  });
   command(TallymoorWindow::ID_STATUS);
+  answering.join();
   runUntil([&] { return diary.entries().size() >= 4; });
   const Entry offline{"offline", "Offline", "Press to reconnect"};
   EXPECT_EQ((std::vector<Entry>{offline,
