@@ -102,15 +102,14 @@ double BuySharesPanel::cashEffect() const {
   return -total();
 }
 
-void BuySharesPanel::showPurchase(const String& code, const Date& date, double number, double price,
-                                  double brokerage, const String& comments,
+void BuySharesPanel::showPurchase(const String& code, const Trade& purchase,
                                   std::optional<double> cashBefore) {
   m_code->setText(code);
   m_code->makeReadOnly();
   m_name->setText(StockNames::nameOf(code));
   if (FXWindow* search = m_code->getNext())
     search->hide();
-  showTrade(date, number, price, brokerage, comments);
+  showTrade(purchase);
   setCashBefore(cashBefore);
 }
 

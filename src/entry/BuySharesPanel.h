@@ -25,8 +25,8 @@ public:
   void reset(const String& initialCode = String());
   /// The fields of a recorded purchase; its code can't be changed. Its cash is what is in the cash reserve
   /// without it; nothing for a purchase that took none.
-  void showPurchase(const String& code, const Date& date, double number, double price, double brokerage,
-                    const String& comments, std::optional<double> cashBefore = std::nullopt);
+  void showPurchase(const String& code, const Trade& purchase,
+                    std::optional<double> cashBefore = std::nullopt);
 
   bool validate() override;
   /// The first field that takes typing, which has the focus when the form opens.

@@ -30,9 +30,10 @@ EditHeldSharesDialog::EditHeldSharesDialog(FXWindow* owner, const SharePortfolio
                                            const XMLBuyEvent& buyEvent)
     : Dialog(owner, captionFor(buyEvent.code(), buyEvent.bought()), String()),
       m_panel(new BuySharesPanel(contents(), &portfolio)) {
-  m_panel->showPurchase(buyEvent.code(), buyEvent.bought(), buyEvent.number(), buyEvent.price(),
-                        buyEvent.brokerage(), buyEvent.comment(),
-                        cashWithout(portfolio.portfolio(), buyEvent));
+  m_panel->showPurchase(
+      buyEvent.code(),
+      {buyEvent.bought(), buyEvent.number(), buyEvent.price(), buyEvent.brokerage(), buyEvent.comment()},
+      cashWithout(portfolio.portfolio(), buyEvent));
   setFirstFocus(m_panel->firstField());
 }
 

@@ -56,22 +56,21 @@ void TradePanel::addComments(FormRows& rows, const String& title) {
 }
 
 void TradePanel::resetTrade() {
-  showTrade(Date(), 0.0, 0.0, defaultBrokerage(), String());
+  showTrade({Date(), 0.0, 0.0, defaultBrokerage(), String()});
   m_doubt.forget();
   m_proposedPrice = m_price->text(); // the user hasn't typed it
 }
 
-void TradePanel::showTrade(const Date& date, double number, double price, double brokerage,
-                           const String& comments) {
-  setDate(date);
-  m_number->setText(recordedNumberText(number)); // a part of a purchase may need more decimals
-  m_price->setValue(price);
-  m_brokerage->setValue(brokerage);
-  m_comments->setText(toFox(comments));
+void TradePanel::showTrade(const Trade& trade) {
+  setDate(trade.date);
+  m_number->setText(recordedNumberText(trade.number)); // a part of a purchase may need more decimals
+  m_price->setValue(trade.price);
+  m_brokerage->setValue(trade.brokerage);
+  m_comments->setText(toFox(trade.comment));
   m_proposedPrice.clear();
   m_priceNote->setText(FXString());
-  m_doubt.beginWith(*m_price, date);
-  m_priceDay = date;
+  m_doubt.beginWith(*m_price, trade.date);
+  m_priceDay = trade.date;
   showTotals();
 }
 

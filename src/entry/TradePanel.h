@@ -50,7 +50,7 @@ protected:
   void addComments(FormRows& rows, const String& title);
   /// Nothing bought or sold yet, the default brokerage, today, no comments.
   void resetTrade();
-  void showTrade(const Date& date, double number, double price, double brokerage, const String& comments);
+  void showTrade(const Trade& trade);
   /// What is in the cash reserve without the trade. Nothing, which is how a form begins, hides the row.
   void setCashBefore(std::optional<double> cash) { m_cash.setBefore(cash); }
   /// A price that is not the user's own, for the form's day; the note says so when it is of another, or when

@@ -392,7 +392,7 @@ TEST_F(BuySharesPanelTest, APriceFarFromThatOfTheDayIsDoubted) {
 TEST_F(BuySharesPanelTest, ARecordedPriceIsNotDoubtedAgain) {
   TallymoorInternet::Instance().goOffline();
   TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2026, 2, 16), 12.0);
-  m_panel->showPurchase(u"ABC.AX", Date(2026, 2, 16), 100.0, 1.2, 50.0, String());
+  m_panel->showPurchase(u"ABC.AX", {Date(2026, 2, 16), 100.0, 1.2, 50.0, String()});
   EXPECT_TRUE(m_panel->validate());
   set("Share price", "1.3");
   whenModal("The price of 1.30 is far from that of ABC.AX", [this](FXWindow& box) { press(box, "Yes"); });
