@@ -281,7 +281,7 @@ TEST_F(CapitalRecordTest, PricesOfManyStocksAreFetchedAtOnceAndTheEndOfTheProgra
   for (char16_t letter = u'A'; letter < u'I'; ++letter) {
     const String code = String() + letter + u".AX";
     m_market.setHistory(code, Date(2025, 12, 1), m_today, 5);
-    user().addBuyEvent(code, Date(2026, 1, 12), 1, 5, 0, u"");
+    user().addBuyEvent(code, {Date(2026, 1, 12), 1, 5, 0, u""});
   }
   m_market.addListing(u"TEST", u"test", u"Australia");
   ASSERT_TRUE(gateway().reconnect());
