@@ -13,10 +13,11 @@ namespace Tallymoor {
 ///
 /// What holds for every document, whoever made it:
 /// - An element's text has at most LONGEST_TEXT units, and an element MOST_ATTRIBUTES attributes.
-/// - Elements may outnumber bytes / BYTES_PER_ELEMENT only by FREE_ELEMENTS. Elements that exist without being
+/// - Elements may outnumber bytes / BYTES_PER_ELEMENT only by FREE_ELEMENTS. Elements that exist without
+/// being
 ///   mentioned count, so this is what stops a file of a million empty events, each of which would become ten
-///   elements. What the program writes mentions all of them, and is never so dense: the leanest is a sale with
-///   nothing in it, 101 bytes for 9 elements.
+///   elements. What the program writes mentions all of them, and is never so dense: the leanest is a sale
+///   with nothing in it, 101 bytes for 9 elements.
 /// - The parser holds at most PARSER_MEMORY bytes, whatever a name, comment or attribute would have it hold.
 /// - A file of CHECKED_END or more bytes must hold the end of its root among its last ones. One that was cut
 ///   short is thus refused before it is read, and not after.

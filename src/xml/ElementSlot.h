@@ -34,6 +34,10 @@ struct ElementSlot {
       delete[] m_many;
   }
 
+  /// Beside their elements (see XMLElement).
+  static void* operator new[](std::size_t size);
+  static void operator delete[](void* slots, std::size_t size);
+
   std::size_t size() const { return m_count; }
   bool empty() const { return m_count == 0; }
   XMLElement** begin() { return m_capacity > 0 ? m_many : &m_one; }

@@ -24,7 +24,11 @@ XMLString::XMLString() : XMLElement(layoutOf<XMLString>(u"String")) {}
 XMLDate::XMLDate() : XMLElement(layoutOf<XMLDate>(u"Date")) {}
 
 Date XMLDate::date() const {
-  return Date(value(), DATE_DISPLAY_DMY);
+  if (!m_date || m_dateStamp != changeStamp()) {
+    m_date.emplace(value(), DATE_DISPLAY_DMY);
+    m_dateStamp = changeStamp();
+  }
+  return *m_date;
 }
 
 bool XMLDate::isSetAside() const {
@@ -67,7 +71,10 @@ std::int32_t XMLConstant::toLong() const {
 }
 
 Date dateValue(const XMLElement& parent, std::u16string_view referenceName) {
-  return Date(textValue(parent, referenceName), DATE_DISPLAY_DMY);
+  const XMLElement& leaf = parent.subElement(referenceName);
+  if (const auto* date = dynamic_cast<const XMLDate*>(&leaf))
+    return date->date();
+  return Date(leaf.value(), DATE_DISPLAY_DMY);
 }
 
 double doubleValue(const XMLElement& parent, std::u16string_view referenceName) {

@@ -29,6 +29,11 @@ public:
   void putBack();
   /// The text that can't be read: the one that was set aside, or the content. Nothing for a date.
   std::optional<String> unreadableText() const;
+
+private:
+  // The day is asked for far more often than it changes.
+  mutable std::optional<Date> m_date;
+  mutable std::uint64_t m_dateStamp = 0; ///< of the content that m_date was read from
 };
 
 /// A decimal number as text.

@@ -4,6 +4,8 @@
 #include "xml/ElementLayout.h"
 #include "xml/ElementSlot.h"
 #include <algorithm>
+#include <atomic>
+#include <memory_resource>
 #include <utility>
 
 namespace Tallymoor {
@@ -23,11 +25,50 @@ String asString(std::size_t number) {
 thread_local XMLElement* waitingForDestruction = nullptr;
 thread_local bool destroying = false;
 
+/// Counts the changes of all trees. Trees of several threads share it, so that a stamp never comes twice.
+std::atomic<std::uint64_t> changes{0};
+
+/// Lives as long as the process: elements in statics are destroyed late.
+std::pmr::memory_resource& elementMemory() {
+  static auto& memory = *new std::pmr::synchronized_pool_resource;
+  return memory;
+}
+
 } // namespace
 
 XMLElement::XMLElement(const String& name) : m_layout(&ElementLayout::named(name)) {}
 
 XMLElement::XMLElement(const ElementLayout& layout) : m_layout(&layout) {}
+
+void* XMLElement::operator new(std::size_t size) {
+  return elementMemory().allocate(size);
+}
+
+void XMLElement::operator delete(void* element, std::size_t size) {
+  elementMemory().deallocate(element, size);
+}
+
+void* ElementSlot::operator new[](std::size_t size) {
+  return elementMemory().allocate(size);
+}
+
+void ElementSlot::operator delete[](void* slots, std::size_t size) {
+  elementMemory().deallocate(slots, size);
+}
+
+std::uint64_t XMLElement::presentStamp() {
+  return changes.load(std::memory_order_relaxed);
+}
+
+std::uint64_t XMLElement::nextStamp() {
+  return changes.fetch_add(1, std::memory_order_relaxed) + 1;
+}
+
+void XMLElement::markChanged() {
+  const std::uint64_t stamp = nextStamp();
+  for (XMLElement* element = this; element; element = element->m_parent)
+    element->m_changeStamp = stamp;
+}
 
 XMLElement::XMLElement(const XMLElement& other) : xercesc::ContentHandler(), m_layout(other.m_layout) {
   copyFrom(other);
@@ -51,6 +92,7 @@ XMLElement::~XMLElement() {
 }
 
 void XMLElement::copyFrom(const XMLElement& other) {
+  markChanged();
   m_layout = other.m_layout;
   m_value = other.m_value;
   dropComments();
@@ -139,6 +181,7 @@ XMLElement& XMLElement::addSubElement(XMLElement* element, std::u16string_view r
     findRego(referenceName, u"XMLElement::findRego: ");
   }
   addInstance(element, rego);
+  element->markChanged();
   return *element;
 }
 
@@ -150,11 +193,15 @@ void XMLElement::removeSubElement(std::u16string_view referenceName, std::size_t
   XMLElement* element = (*slot)[index];
   slotFor(rego).remove(index);
   release(element);
+  markChanged();
 }
 
 std::size_t XMLElement::removeSubElements(std::u16string_view referenceName) {
   const std::size_t rego = findRego(referenceName, u"XMLElement::findRego: ");
-  return rego < m_slotCount ? destroySubElements(m_slots[rego]) : 0;
+  if (rego >= m_slotCount)
+    return 0;
+  markChanged();
+  return destroySubElements(m_slots[rego]);
 }
 
 std::size_t XMLElement::findRego(std::u16string_view referenceName, const char16_t* failure) const {
@@ -222,6 +269,7 @@ std::span<XMLElement* const> XMLElement::instancesAt(std::size_t place) const {
 XMLElement& XMLElement::addAt(std::size_t place) {
   XMLElement* element = m_layout->subElements()[place].factory();
   addInstance(element, place);
+  element->markChanged();
   return *element;
 }
 
@@ -233,12 +281,14 @@ bool XMLElement::removeAt(std::size_t place, const XMLElement& instance) {
   XMLElement* element = *found;
   slotFor(place).remove(static_cast<std::size_t>(found - instances.begin()));
   release(element);
+  markChanged();
   return true;
 }
 
 void XMLElement::moveLastAt(std::size_t place, std::size_t index) {
   ElementSlot& slot = slotFor(place);
   std::rotate(slot.begin() + index, slot.end() - 1, slot.end());
+  markChanged();
 }
 
 // --- Values
@@ -248,6 +298,7 @@ void XMLElement::setValue(const String& text) {
     throw XMLException(u"XMLElement::setValue: m_registeredSubElements.size() > 0 :" + name() +
                        u" with value: " + text);
   m_value = text;
+  markChanged();
 }
 
 const String& XMLElement::attribute(std::u16string_view name) const {
@@ -267,6 +318,7 @@ void XMLElement::setAttribute(std::u16string_view name, const String& value) {
   if (!m_attributes)
     m_attributes = std::make_unique<AttributeValues>();
   m_attributes->insert_or_assign(asString(name), value);
+  markChanged();
 }
 
 void XMLElement::removeAttribute(std::u16string_view name) {
@@ -275,6 +327,7 @@ void XMLElement::removeAttribute(std::u16string_view name) {
   const auto found = m_attributes->find(name);
   if (found != m_attributes->end())
     m_attributes->erase(found);
+  markChanged();
 }
 
 // --- Life
@@ -290,6 +343,12 @@ void XMLElement::destroy() {
 }
 
 void XMLElement::reset() {
+  empty();
+  markChanged();
+}
+
+void XMLElement::empty() {
+  m_changeStamp = nextStamp();
   m_attributes.reset();
   m_value.clear();
   m_lastReference = NO_REFERENCE;
@@ -301,7 +360,7 @@ void XMLElement::reset() {
       continue;
     const SubElementRego& rego = m_layout->subElements()[index];
     if (rego.required && !rego.multiple)
-      slot[0]->reset();
+      slot[0]->empty();
     else
       destroySubElements(slot);
   }

@@ -136,8 +136,11 @@ std::size_t XMLElement::findExpected(const char16_t* tag) const {
 
 XMLElement& XMLElement::instanceFor(std::size_t index) {
   const SubElementRego& rego = m_layout->subElements()[index];
-  if (rego.required && !rego.multiple && m_slots[index].size() == 1)
-    return *m_slots[index][0];
+  if (rego.required && !rego.multiple && m_slots[index].size() == 1) {
+    XMLElement& known = *m_slots[index][0];
+    known.m_changeStamp = presentStamp(); // a new one has that already, of a time after the decode began
+    return known;
+  }
   const auto place = static_cast<std::size_t>(rego.reference);
   const bool replaces = !rego.multiple && m_slots[place].size() == 1;
   XMLElement* instance = rego.factory();
@@ -202,6 +205,7 @@ void XMLElement::decodeFrom(const MakeSource& makeSource) {
   }
   TallymoorXMLErrorHandler errors;
   ParseException exception;
+  markChanged();
   {
     ParseScope scope(*this, errors);
     m_parser->beginDocument(DocumentLimits::of(name()), keepsComments());

@@ -226,9 +226,13 @@ TEST_F(XMLElementTest, DestroyEndsTheWholeTree) {
 
 TEST_F(XMLElementTest, AMillionLevelsAreTornDown) {
   XMLCountedOwner owner;
-  XMLElement* deepest = &owner.addSubElement(new XMLCounted, u"Single");
-  for (int i = 0; i < 1000000; ++i)
-    deepest = &deepest->addSubElement(new XMLCounted, u"Nested");
+  XMLElement* top = new XMLCounted;
+  for (int i = 0; i < 1000000; ++i) { // from the deepest up: a change is told to all levels above it
+    auto* above = new XMLCounted;
+    above->addSubElement(top, u"Nested");
+    top = above;
+  }
+  owner.addSubElement(top, u"Single");
   EXPECT_EQ(XMLCounted::alive, 1000001);
   owner.removeSubElements(u"Single");
   EXPECT_EQ(XMLCounted::alive, 0);
