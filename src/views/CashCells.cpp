@@ -31,8 +31,8 @@ CellResult debits(Row& row) {
 }
 
 CellResult balance(Row& row) {
-  const SharePortfolioCapitalRecordUser& record = row.payload<EventRow>().portfolio->capitalRecord();
-  const Date date = eventOf(row).day();
+  const auto& [event, portfolio, date] = row.payload<EventRow>();
+  const SharePortfolioCapitalRecordUser& record = portfolio->capitalRecord();
   return CellResult(record.hasDayCap(date) ? record.cashOn(date) : 0.0, CELL_MONEY);
 }
 

@@ -25,9 +25,10 @@ CashReserveTable::CashReserveTable(SharePortfolioUser& portfolio, PortfolioComma
 
 std::vector<EventTable::ColumnOf> CashReserveTable::columnsOfEvents() const {
   using namespace CashCells;
-  return {{u"Description", &description, COMPARE_TEXT, FXTableItem::LEFT},
-          {u"Credits", &credits, COMPARE_AMOUNT},
-          {u"Debits", &debits, COMPARE_AMOUNT},
+  constexpr FXuint RIGHT = FXTableItem::RIGHT;
+  return {{u"Description", &description, COMPARE_TEXT, FXTableItem::LEFT, true, EVENT_ALONE},
+          {u"Credits", &credits, COMPARE_AMOUNT, RIGHT, true, EVENT_ALONE},
+          {u"Debits", &debits, COMPARE_AMOUNT, RIGHT, true, EVENT_ALONE},
           {u"Balance", &balance, COMPARE_AMOUNT}};
 }
 

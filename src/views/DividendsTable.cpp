@@ -36,18 +36,19 @@ DividendsTable::DividendsTable(SharePortfolioUser& portfolio, PortfolioCommands&
 
 std::vector<EventTable::ColumnOf> DividendsTable::columnsOfEvents() const {
   using namespace DividendCells;
+  constexpr FXuint LEFT = FXTableItem::LEFT;
   constexpr FXuint RIGHT = FXTableItem::RIGHT;
   constexpr FXuint CENTRED = 0;
-  return {{u"Code", &code, COMPARE_TEXT, FXTableItem::LEFT},
-          {u"Name", &DividendCells::name, COMPARE_TEXT, FXTableItem::LEFT},
-          {u"On Num Held", &onNumHeld, COMPARE_NUMBER},
-          {u"Rate", &rate, COMPARE_NUMBER},
-          {u"Value", &value, COMPARE_AMOUNT},
-          {u"% Franked", &percentFranked, COMPARE_PERCENT},
-          {u"Franking Credit", &frankingCreditOf, COMPARE_AMOUNT},
-          {u"Received As", &receivedAs, COMPARE_TEXT, CENTRED},
-          {u"Foreign Source", &foreignSource, COMPARE_TEXT, CENTRED, false},
-          {u"Withholding Tax", &withholdingTax, COMPARE_AMOUNT, RIGHT, false}};
+  return {{u"Code", &code, COMPARE_TEXT, LEFT, true, EVENT_ALONE},
+          {u"Name", &DividendCells::name, COMPARE_TEXT, LEFT},
+          {u"On Num Held", &onNumHeld, COMPARE_NUMBER, RIGHT, true, EVENT_ALONE},
+          {u"Rate", &rate, COMPARE_NUMBER, RIGHT, true, EVENT_ALONE},
+          {u"Value", &value, COMPARE_AMOUNT, RIGHT, true, EVENT_ALONE},
+          {u"% Franked", &percentFranked, COMPARE_PERCENT, RIGHT, true, EVENT_ALONE},
+          {u"Franking Credit", &frankingCreditOf, COMPARE_AMOUNT, RIGHT, true, EVENT_ALONE},
+          {u"Received As", &receivedAs, COMPARE_TEXT, CENTRED, true, EVENT_ALONE},
+          {u"Foreign Source", &foreignSource, COMPARE_TEXT, CENTRED, false, EVENT_ALONE},
+          {u"Withholding Tax", &withholdingTax, COMPARE_AMOUNT, RIGHT, false, EVENT_ALONE}};
 }
 
 String DividendsTable::noEventsText() const {

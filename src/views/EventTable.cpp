@@ -43,30 +43,38 @@ void EventTable::forgetAll() {
 }
 
 void EventTable::declareColumns() {
-  for (const ColumnOf& column : columnsOfEvents())
-    addColumn(std::make_unique<Column>(column.title, column.function, column.compareType,
-                                       column.defaultVisible, column.justify));
+  for (const ColumnOf& column : columnsOfEvents()) {
+    Column& added = addColumn(std::make_unique<Column>(column.title, column.function, column.compareType,
+                                                       column.defaultVisible, column.justify));
+    if (column.follows == EVENT_ALONE)
+      added.followPayloadAlone();
+  }
 }
 
+/// An event of the same day keeps its row. It may be another one in the place of one that has gone, which its
+/// stamp tells: records are long, so that of an unchanged event nothing is read again.
 void EventTable::addEvent(XMLEvent& event) {
-  const Date day = event.day();
-  if (dateShown(day))
-    addRowOf(event, day, !event.isSetAside());
-  else
-    m_leftSomeOut = true;
-}
-
-/// An event of the same day keeps its row. It may be another one in the place of one that has gone: the cells
-/// are computed anew in any case.
-void EventTable::addRowOf(XMLEvent& event, const Date& day, bool counts) {
   const auto before = m_shownBefore.find(&event);
-  if (before != m_shownBefore.end() && before->second.day == day &&
-      before->second.row->countsInTotals() == counts) {
-    keepRow(*before->second.row);
+  const bool wasShown = before != m_shownBefore.end();
+  const bool isUnchanged = wasShown && before->second.stamp == event.changeStamp();
+  const Date day = isUnchanged ? before->second.data.day : event.day();
+  if (!dateShown(day)) {
+    m_leftSomeOut = true;
+    return;
+  }
+  const bool counts = isUnchanged ? before->second.row->countsInTotals() : !event.isSetAside();
+  if (wasShown && before->second.data.day == day && before->second.row->countsInTotals() == counts) {
+    before->second.stamp = event.changeStamp();
+    keepRow(*before->second.row, !isUnchanged);
     m_shown.insert(m_shownBefore.extract(before));
     return;
   }
-  Shown& shown = m_shown.try_emplace(&event, Shown{{&event, &portfolio()}, day, nullptr}).first->second;
+  addRowOf(event, day, counts);
+}
+
+void EventTable::addRowOf(XMLEvent& event, const Date& day, bool counts) {
+  Shown& shown = m_shown.try_emplace(&event, Shown{{&event, &portfolio(), day}, nullptr, event.changeStamp()})
+                     .first->second;
   auto row = std::make_unique<Row>(day.toString(DATE_DISPLAY_LOCAL), &shown.data);
   if (!counts)
     row->leaveOutOfTotals();

@@ -1,6 +1,7 @@
 #pragma once
 #include "views/PortfolioTable.h"
 #include "xml/PortfolioRecords.h"
+#include <cstdint>
 #include <unordered_map>
 #include <vector>
 
@@ -11,6 +12,7 @@ namespace Tallymoor {
 struct EventRow {
   XMLEvent* event = nullptr;
   const SharePortfolioUser* portfolio = nullptr;
+  Date day; ///< of the event
 
   /// The event as the class that the table's events are of.
   template <class Event>
@@ -29,12 +31,16 @@ public:
              FXComposite* parent, Watcher* watcher);
 
 protected:
+  /// What a column is computed from: its event alone (Column::followPayloadAlone), or also names, prices and
+  /// so on.
+  enum Follows { EVENT_AND_MORE, EVENT_ALONE };
   struct ColumnOf {
     const char16_t* title;
     Column::Function function;
     CompareType compareType = COMPARE_TEXT;
     FXuint justify = FXTableItem::RIGHT;
     bool defaultVisible = true;
+    Follows follows = EVENT_AND_MORE;
   };
   struct Entry {
     String text;
@@ -69,8 +75,8 @@ protected:
 private:
   struct Shown {
     EventRow data;
-    Date day;
     Row* row;
+    std::uint64_t stamp; ///< of the event, when its cells were computed
   };
   using ShownEvents = std::unordered_map<const XMLEvent*, Shown>;
 

@@ -4,6 +4,7 @@
 
 namespace Tallymoor {
 
+class Row;
 class SharePortfolioUser;
 class Table;
 class XMLBuyEvent;
@@ -19,6 +20,7 @@ struct HeldShareRow {
   XMLBuyEvent* buyEvent = nullptr; ///< null for a whole share
   SharePortfolioUser* portfolio = nullptr;
   Table* table = nullptr;
+  Row* row = nullptr;
 };
 
 } // namespace Tallymoor

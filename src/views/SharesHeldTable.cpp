@@ -12,6 +12,7 @@
 #include "widgets/HandlerScope.h"
 #include "widgets/MainWindow.h"
 #include "xml/Leaves.h"
+#include <algorithm>
 #include <map>
 #include <set>
 #include <utility>
@@ -47,17 +48,34 @@ SharesHeldTable::~SharesHeldTable() {
 void SharesHeldTable::clearShares() {
   clear();
   m_rowData.clear();
+  m_rowDataBefore.clear();
+  m_viewDateShares.clear();
+}
+
+void SharesHeldTable::releaseShares() {
+  releaseRows();
+  m_rowDataBefore = std::exchange(m_rowData, {});
   m_viewDateShares.clear();
 }
 
 void SharesHeldTable::addShare(const String& key, HeldShareRow share) {
   share.portfolio = &portfolio();
   share.table = this;
+  const auto before = std::find_if(m_rowDataBefore.begin(), m_rowDataBefore.end(),
+                                   [&share](const HeldShareRow& other) { return other.code == share.code; });
+  if (before != m_rowDataBefore.end()) {
+    share.row = before->row;
+    *before = std::move(share);
+    m_rowData.splice(m_rowData.end(), m_rowDataBefore, before);
+    keepRow(*m_rowData.back().row);
+    return;
+  }
   m_rowData.push_back(std::move(share));
-  auto row = std::make_unique<Row>(key, &m_rowData.back());
-  if (m_rowData.back().buyEvent && m_rowData.back().buyEvent->isSetAside())
+  HeldShareRow& added = m_rowData.back();
+  auto row = std::make_unique<Row>(key, &added);
+  if (added.buyEvent && added.buyEvent->isSetAside())
     row->leaveOutOfTotals();
-  addRow(std::move(row));
+  added.row = &addRow(std::move(row));
 }
 
 // While the past is shown nobody asks for current prices, and those of today must still be there when it
@@ -72,9 +90,19 @@ void SharesHeldTable::watchShares() {
 }
 
 void SharesHeldTable::fillTable() {
-  clearShares();
+  try {
+    fillWithShares();
+  } catch (...) {
+    clearShares(); // no row may be left that speaks of a share that has gone
+    throw;
+  }
+}
+
+void SharesHeldTable::fillWithShares() {
+  if (columns().empty())
+    declareHeldShareColumns(*this);
+  releaseShares();
   setEmptyText(emptyText());
-  declareHeldShareColumns(*this);
   const SharePortfolioCapitalRecordUser& record = portfolio().capitalRecord();
   if (record.hasDayCap(Date())) {
     const XMLElement& day = record.dayCapFor(Date());
@@ -83,6 +111,7 @@ void SharesHeldTable::fillTable() {
   }
   watchShares();
   rebuild();
+  m_rowDataBefore.clear();
 }
 
 String SharesHeldTable::emptyText() const {

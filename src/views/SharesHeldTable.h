@@ -50,6 +50,8 @@ protected:
 
   /// Drops rows, columns and payloads.
   void clearShares();
+  /// Begins a fillTable in which a whole share that is added again keeps its row.
+  void releaseShares();
   void addShare(const String& key, HeldShareRow share);
   /// The updater keeps exactly the codes of the rows up to date; under a view date, those of before.
   void watchShares();
@@ -57,12 +59,14 @@ protected:
   static const String& deletionWarning();
 
 private:
+  void fillWithShares();
   String emptyText() const;
   void addShareOfDay(const XMLElement& shareVal);
   void limitsEdited(const String& text, const HeldShareRow& share);
   void priceEdited(const String& text, const String& code);
 
   std::list<HeldShareRow> m_rowData;
+  std::list<HeldShareRow> m_rowDataBefore; ///< while the table is filled: of the shares not yet added again
   std::vector<std::unique_ptr<XMLHeldShare>>
       m_viewDateShares; ///< of shares sold, in part or whole, since the view date
   WatchedCodes m_watchedCodes;

@@ -16,6 +16,16 @@ Column& Column::setToolTip(const String& text) {
   return *this;
 }
 
+Column& Column::followPayloadAlone() {
+  m_followsPayloadAlone = true;
+  return *this;
+}
+
+void Column::outdate() {
+  if (!m_followsPayloadAlone)
+    ++m_generation;
+}
+
 String Column::operator()(Row& row) {
   // One cell that fails must not cost the others theirs.
   try {

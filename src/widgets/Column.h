@@ -32,6 +32,10 @@ public:
   const String& toolTip() const { return m_toolTip; }
   /// Help text of the header; empty for none. Gives the column back, so that it can follow the declaration.
   Column& setToolTip(const String& text);
+  /// Says that a cell depends on its row's payload and on nothing else: what was computed then holds until
+  /// the payload changes (Table::keepRow). Gives the column back.
+  Column& followPayloadAlone();
+  bool followsPayloadAlone() const { return m_followsPayloadAlone; }
   Function function() const { return m_function; }
   Table* table() const { return m_table; }
   /// Position among the visible columns; -1 while hidden.
@@ -47,8 +51,8 @@ public:
   /// failure that is remembered. The reference holds until the row's next refresh.
   const CellResult& result(Row& row);
 
-  /// Counts all results as unknown.
-  void outdate() { ++m_generation; }
+  /// Counts all results as unknown, but for those that follow their payload alone.
+  void outdate();
   /// Computes the cell unless that was done since outdate. False when it certainly shows what it showed
   /// before.
   bool renew(Row& row);
@@ -74,6 +78,7 @@ private:
   bool m_defaultVisible;
   CompareType m_compareType;
   bool m_editable;
+  bool m_followsPayloadAlone = false;
   std::unordered_map<const Row*, Cached> m_cache; ///< those of an earlier generation only for comparison
   std::uint64_t m_generation = 0;
 };

@@ -45,6 +45,7 @@ private:
   String m_key;
   void* m_data;
   bool m_counts = true;
+  bool m_payloadChanged = true; ///< since its cells were computed
   FXint m_index = -1;
   Table* m_table = nullptr;
   std::size_t m_place = 0; ///< among rows with equal keys: that of its insertion

@@ -102,6 +102,16 @@ void Table::releaseRows() {
   m_keepsRows = true;
 }
 
+void Table::keepRow(Row& row, bool payloadChanged) {
+  m_rows.keep(row);
+  if (!payloadChanged)
+    return;
+  row.m_payloadChanged = true;
+  for (const std::unique_ptr<Column>& column : m_columns)
+    if (column->followsPayloadAlone())
+      column->forget(row);
+}
+
 Column& Table::addColumn(std::unique_ptr<Column> column) {
   column->m_table = this;
   m_choice.declare(*column);
@@ -324,6 +334,7 @@ void Table::refreshRow(Row& row) {
     column->forget(row);
   if (row.m_index < 0)
     return;
+  row.m_payloadChanged = false;
   resetCells(row);
   for (Column* column : m_visibleColumns)
     itemAt(row.m_index, column->index())->setText(toFox((*column)(row)));

@@ -174,10 +174,11 @@ protected:
   /// off.
   virtual void fillTable();
   /// Begins a fillTable that keeps what it can, in the place of clear: the columns stay, and so does each row
-  /// that is kept. All other rows go with the rebuild. The cells of all rows are computed anew all the same.
+  /// that is kept. All other rows go with the rebuild. The cells of all rows are computed anew all the same,
+  /// but for those of an unchanged payload in columns that follow it alone.
   void releaseRows();
   /// In the place of addRow, for a row from before.
-  void keepRow(Row& row) { m_rows.keep(row); }
+  void keepRow(Row& row, bool payloadChanged = true);
   /// Back to the order of row keys, or its reversal.
   virtual void clickCorner();
   /// A right click in the body; nothing here.
@@ -233,6 +234,7 @@ private:
   std::optional<RowChanges> changesInPlace(const std::vector<Column*>& columnsBefore) const;
   void removePlaces(const RowChanges::Run& run);
   void forgetRow(const Row& row);
+  bool needsRenewal(const Column& column, const Row& row) const;
   void renewCells(Row& row);
   void showText(TableItem& item, const Column& column, const FXString& text);
   void fitInPlace();

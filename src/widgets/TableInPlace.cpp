@@ -58,8 +58,13 @@ void Table::forgetRow(const Row& row) {
 
 void Table::renewCells(Row& row) {
   for (Column* column : m_visibleColumns)
-    if (column->renew(row))
+    if (needsRenewal(*column, row) && column->renew(row))
       showText(*itemAt(row.m_index, column->index()), *column, toFox((*column)(row)));
+  row.m_payloadChanged = false;
+}
+
+bool Table::needsRenewal(const Column& column, const Row& row) const {
+  return row.m_payloadChanged || !column.followsPayloadAlone();
 }
 
 void Table::showText(TableItem& item, const Column& column, const FXString& text) {

@@ -3,6 +3,7 @@
 #include "ViewsTest.h"
 #include "views/CashReserveTable.h"
 #include "views/DividendsTable.h"
+#include "views/SharesHeldTable.h"
 #include "views/SharesSoldTable.h"
 #include "widgets/HandlerScope.h"
 #include <random>
@@ -11,6 +12,37 @@ using namespace Tallymoor;
 using testing::ElementsAre;
 
 namespace {
+
+int computedAlone = 0;
+int computedWithMore = 0;
+
+CellResult descriptionAlone(Row& row) {
+  ++computedAlone;
+  return CellResult(row.payload<EventRow>().as<XMLCashEvent>().description());
+}
+
+CellResult descriptionWithMore(Row& row) {
+  ++computedWithMore;
+  return CellResult(row.payload<EventRow>().as<XMLCashEvent>().description());
+}
+
+/// Cash entries, with columns that count the cells that are computed.
+class CountingTable : public EventTable {
+public:
+  CountingTable(SharePortfolioUser& portfolio, PortfolioCommands& commands, FXComposite* parent)
+      : EventTable(u"Counting Table", portfolio, commands, parent, nullptr) {
+    updateTable();
+  }
+
+protected:
+  std::vector<ColumnOf> columnsOfEvents() const override {
+    return {{u"Alone", &descriptionAlone, COMPARE_TEXT, FXTableItem::LEFT, true, EVENT_ALONE},
+            {u"With More", &descriptionWithMore}};
+  }
+  void addAllEvents() override { addEvents(portfolio().portfolio().cashEvents()); }
+  FXSelector editCommand() const override { return 0; }
+  String noEventsText() const override { return {}; }
+};
 
 class EventTableTest : public ViewsTest {
 protected:
@@ -53,6 +85,7 @@ protected:
   }
   void expectAllAsMadeAnew(const std::string& when) {
     expectAsMadeAnew(dynamic_cast<CashReserveTable&>(*cash().table()), when + ", cash");
+    expectAsMadeAnew(dynamic_cast<SharesHeldTable&>(*held(u"Trading").table()), when + ", held");
     expectAsMadeAnew(dynamic_cast<SharesSoldTable&>(*sold().table()), when + ", sold");
     expectAsMadeAnew(dynamic_cast<DividendsTable&>(*dividends().table()), when + ", dividends");
   }
@@ -175,6 +208,32 @@ TEST_F(EventTableTest, TablesShowWhatTheyShowWhenTheyAreMadeAnew) {
     expectAllAsMadeAnew("step " + std::to_string(step));
     Date::clearFixedDate();
   }
+}
+
+TEST_F(EventTableTest, OfAnUnchangedEventOnlyCellsAreComputedAgainThatFollowMore) {
+  deposit(Date(2026, 2, 2), 500.0, u"DEPOSIT first");
+  deposit(Date(2026, 2, 3), 600.0, u"DEPOSIT second");
+  auto* table = new CountingTable(user(), node(u"Trading"), mainWindow().contentFrame());
+  table->create();
+  const FXint rows = table->getNumRows();
+  computedAlone = computedWithMore = 0;
+  table->updateTable();
+  EXPECT_EQ(0, computedAlone);
+  EXPECT_EQ(rows, computedWithMore);
+  table->rowAt(rows - 1)->payload<EventRow>().event->subElement(u"Description").setValue(u"DEPOSIT changed");
+  table->updateTable();
+  EXPECT_EQ(1, computedAlone);
+  EXPECT_EQ("DEPOSIT changed", rowTexts(*table, rows - 1)[0]);
+  delete table;
+}
+
+TEST_F(EventTableTest, AShareThatIsStillHeldKeepsItsRow) {
+  auto& table = dynamic_cast<SharesHeldTable&>(*held(u"Trading").table());
+  ASSERT_LT(0, table.getNumRows());
+  const Row* first = table.rowAt(0);
+  deposit(Date(2026, 2, 2), 500.0, u"DEPOSIT first");
+  held(u"Trading").table();
+  EXPECT_EQ(first, table.rowAt(0));
 }
 
 } // namespace

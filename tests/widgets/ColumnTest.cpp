@@ -54,6 +54,21 @@ TEST_F(ColumnTest, BeginsHiddenAndWithoutHelp) {
   EXPECT_EQ(0x2000u, static_cast<FXuint>(FXTableItem::RIGHT));
 }
 
+TEST_F(ColumnTest, WhatFollowsItsPayloadAloneIsNeverOutdatedByTheTable) {
+  Column column(u"Code", countedKey);
+  EXPECT_FALSE(column.followsPayloadAlone());
+  EXPECT_TRUE(column.followPayloadAlone().followsPayloadAlone());
+  column(m_row);
+  column.outdate();
+  column(m_row);
+  EXPECT_EQ(1, computed);
+  Column other(u"Code", countedKey);
+  other(m_row);
+  other.outdate();
+  other(m_row);
+  EXPECT_EQ(3, computed);
+}
+
 TEST_F(ColumnTest, ComputesACellOnceUntilItsRowIsRefreshed) {
   Column column(u"Code", countedKey);
   EXPECT_EQ(String(u"ABC.AX"), column(m_row));
