@@ -28,6 +28,8 @@ thread_local bool destroying = false;
 /// Counts the changes of all trees. Trees of several threads share it, so that a stamp never comes twice.
 std::atomic<std::uint64_t> changes{0};
 
+constexpr std::size_t ALIGNMENT = std::max(alignof(XMLElement), alignof(ElementSlot));
+
 /// Lives as long as the process: elements in statics are destroyed late.
 std::pmr::memory_resource& elementMemory() {
   static auto& memory = *new std::pmr::synchronized_pool_resource;
@@ -41,19 +43,19 @@ XMLElement::XMLElement(const String& name) : m_layout(&ElementLayout::named(name
 XMLElement::XMLElement(const ElementLayout& layout) : m_layout(&layout) {}
 
 void* XMLElement::operator new(std::size_t size) {
-  return elementMemory().allocate(size);
+  return elementMemory().allocate(size, ALIGNMENT);
 }
 
 void XMLElement::operator delete(void* element, std::size_t size) {
-  elementMemory().deallocate(element, size);
+  elementMemory().deallocate(element, size, ALIGNMENT);
 }
 
 void* ElementSlot::operator new[](std::size_t size) {
-  return elementMemory().allocate(size);
+  return elementMemory().allocate(size, ALIGNMENT);
 }
 
 void ElementSlot::operator delete[](void* slots, std::size_t size) {
-  elementMemory().deallocate(slots, size);
+  elementMemory().deallocate(slots, size, ALIGNMENT);
 }
 
 std::uint64_t XMLElement::presentStamp() {
