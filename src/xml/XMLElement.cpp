@@ -30,9 +30,19 @@ std::atomic<std::uint64_t> changes{0};
 
 constexpr std::size_t ALIGNMENT = std::max(alignof(XMLElement), alignof(ElementSlot));
 
-/// Lives as long as the process: elements in statics are destroyed late.
+#if defined(__SANITIZE_ADDRESS__) // of gcc
+constexpr bool FINDS_USE_AFTER_DELETION = true;
+#elif defined(__has_feature) // of clang
+constexpr bool FINDS_USE_AFTER_DELETION = __has_feature(address_sanitizer);
+#else
+constexpr bool FINDS_USE_AFTER_DELETION = false;
+#endif
+
+/// Lives as long as the process: elements in statics are destroyed late. A pool would hide from the sanitizer
+/// that an element is used after its end.
 std::pmr::memory_resource& elementMemory() {
-  static auto& memory = *new std::pmr::synchronized_pool_resource;
+  static auto& memory =
+      FINDS_USE_AFTER_DELETION ? *std::pmr::new_delete_resource() : *new std::pmr::synchronized_pool_resource;
   return memory;
 }
 
