@@ -10,7 +10,7 @@ DividendEntry DividendEntry::recorded(const XMLDividendEvent& event) {
           event.received(),
           event.number(),
           event.rate(),
-          static_cast<std::int32_t>(event.percentFranked()),
+          event.wholePercentFranked(),
           event.drpShares(),
           event.drpRate(),
           event.foreignDividend(),

@@ -65,7 +65,8 @@ bool SharePortfolioUser::undoSale(const XMLSellEvent& sale) {
 }
 
 void SharePortfolioUser::giveBack(const XMLSellEvent& sale, const XMLBuyEvent* rest) {
-  XMLHeldShare& stock = heldShareFor(sale.code());
+  // A file may hold a code twice.
+  XMLHeldShare& stock = rest ? elementAs<XMLHeldShare>(*rest->parent()) : heldShareFor(sale.code());
   if (!rest) {
     takeKnownSplits(parcelOfSale(sale), sale.sold(), FAR_OFF);
     sortInLast(stock);

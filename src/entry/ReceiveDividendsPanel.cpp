@@ -193,7 +193,7 @@ void ReceiveDividendsPanel::showDividend(const XMLDividendEvent& dividendEvent) 
   m_name->setText(StockNames::nameOf(code()));
   m_held->setValue(dividendEvent.number());
   m_rate->setValue(dividendEvent.rate());
-  m_percentFranked->setValue(static_cast<std::int32_t>(dividendEvent.percentFranked()));
+  m_percentFranked->setValue(dividendEvent.wholePercentFranked());
   m_frankingTyped = true;
   setDate(dividendEvent.received());
   const String country = dividendEvent.foreignDividend();

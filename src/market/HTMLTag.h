@@ -68,9 +68,6 @@ private:
   friend class HTMLFlatList;
   friend struct HTMLPageArena;
 
-  /// A name of tags, lower case. While the page is read: the place of the last unclosed tag of this name in
-  /// the flat list, or NONE.
-  using HTMLName = std::pair<const std::u16string_view, std::uint32_t>;
   friend class HTMLTagSearch;
 
   static constexpr std::uint32_t NONE = 0xFFFFFFFF;

@@ -8,6 +8,23 @@
 
 namespace Tallymoor {
 
+namespace {
+
+constexpr std::chrono::milliseconds BETWEEN_EVENTS{60};
+
+/// A failure that other codes have in common, in contrast to an answer that speaks of this one.
+bool isOfNetwork(const std::exception_ptr& failure) {
+  try {
+    std::rethrow_exception(failure);
+  } catch (const HTTPException& exception) {
+    return !FetchQuestions::isNotFound(exception);
+  } catch (...) {
+    return false;
+  }
+}
+
+} // namespace
+
 HistoryCompletion::HistoryCompletion(PriceHistory& history, DataSource source,
                                      const std::vector<HistoryNeed>& needs)
     : m_history(history), m_source(std::move(source)) {
@@ -21,24 +38,30 @@ HistoryCompletion::HistoryCompletion(PriceHistory& history, DataSource source,
 }
 
 bool HistoryCompletion::run(Progress* progress) {
-  constexpr std::chrono::milliseconds BETWEEN_EVENTS{60};
   m_progress = progress;
   const WaitCursor wait;
   for (Chain& chain : m_chains)
-    begin(chain);
-  while (!m_queue.isEmpty()) {
+    if (!isCancelled())
+      begin(chain);
+  while (!isCancelled() && !m_networkFailed && !m_queue.isEmpty()) {
     m_queue.applyNext(BETWEEN_EVENTS);
-    // Before events pass: a key that the dialog does not get, for want of the focus, would be lost with them.
-    if (isCancelled())
-      break;
-    if (m_progress)
-      m_progress->setText(String());
+    letEventsPass();
   }
-  if (!isCancelled())
+  if (!m_cancelled)
     return true;
   if (!m_underWay.empty())
     m_history.noteCancelled(m_underWay.front()->fetch);
   return false;
+}
+
+/// Not after each page of a quick source, and after a look for Cancel: a key that the dialog does not get,
+/// for want of the focus, is lost with the events.
+void HistoryCompletion::letEventsPass() {
+  const auto now = std::chrono::steady_clock::now();
+  if (!m_progress || now - m_eventsPassed < BETWEEN_EVENTS || isCancelled())
+    return;
+  m_eventsPassed = now;
+  m_progress->setText(String());
 }
 
 /// Has the next missing day of the chain fetched, if there is one.
@@ -51,7 +74,7 @@ void HistoryCompletion::begin(Chain& chain) {
     first = *day; // those before need no other look
     FetchQuestions::showStatus(u"updating historical price for " + code + u" for days from " +
                                day->toString(DATE_DISPLAY_LOCAL));
-    if (m_progress)
+    if (m_progress && !isCancelled())
       m_progress->setText(u"Retrieving historical prices for " + code);
     if (isCancelled())
       return;
@@ -72,16 +95,20 @@ void HistoryCompletion::request(Chain& chain) {
 void HistoryCompletion::keep(Chain& chain, const HistoryPage& page) {
   m_underWay.pop_front();
   const bool goesOn = m_history.keepPage(chain.fetch, page);
-  if (page.failure)
+  if (page.failure) {
+    m_networkFailed = isOfNetwork(page.failure);
     return; // the user is asked first, and may call the code delisted
+  }
   if (goesOn)
     request(chain);
   else
     begin(chain);
 }
 
-bool HistoryCompletion::isCancelled() const {
-  return (m_progress && m_progress->isCancelled()) || isStopWanted();
+/// Once it was seen it holds: a stop is taken back when events pass.
+bool HistoryCompletion::isCancelled() {
+  m_cancelled = m_cancelled || (m_progress && m_progress->isCancelled()) || isStopWanted();
+  return m_cancelled;
 }
 
 } // namespace Tallymoor

@@ -2,6 +2,7 @@
 #include "market/DataSource.h"
 #include "market/FetchQueue.h"
 #include "market/HistoryPage.h"
+#include <chrono>
 #include <cstddef>
 #include <deque>
 #include <vector>
@@ -13,7 +14,7 @@ class Progress;
 
 /// Fetches the past prices that somebody is going to ask for day by day: of many codes at once, page by page
 /// forward in each, up to a failure. What is kept, failures included, is what those questions would have
-/// brought one after the other.
+/// brought one after the other: so a failure of the network ends all, and no other code is blamed for it.
 ///
 /// GUI thread, under the big mutex; the fetches are made without it.
 class HistoryCompletion {
@@ -37,11 +38,15 @@ private:
   void begin(Chain& chain);
   void request(Chain& chain);
   void keep(Chain& chain, const HistoryPage& page);
-  bool isCancelled() const;
+  void letEventsPass();
+  bool isCancelled();
 
   PriceHistory& m_history;
   const DataSource m_source;
   Progress* m_progress = nullptr;
+  bool m_cancelled = false;
+  bool m_networkFailed = false;
+  std::chrono::steady_clock::time_point m_eventsPassed{};
   std::vector<Chain> m_chains;
   std::deque<const Chain*> m_underWay; ///< in the order of asking
   FetchQueue m_queue;                  ///< ends first, since it refers to the others

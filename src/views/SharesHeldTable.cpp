@@ -67,6 +67,7 @@ void SharesHeldTable::addShare(const String& key, HeldShareRow share) {
     share.row = before->row;
     *before = std::move(share);
     m_rowData.splice(m_rowData.end(), m_rowDataBefore, before);
+    m_rowData.back().row->resetColour(); // its price may be unavailable now, which tints no row
     keepRow(*m_rowData.back().row);
     return;
   }

@@ -56,9 +56,10 @@ void Table::forgetRow(const Row& row) {
     column->forget(row);
 }
 
+/// In a cell that can be edited a typed text may stand, which is no result.
 void Table::renewCells(Row& row) {
   for (Column* column : m_visibleColumns)
-    if (needsRenewal(*column, row) && column->renew(row))
+    if (needsRenewal(*column, row) && (column->renew(row) || column->editable()))
       showText(*itemAt(row.m_index, column->index()), *column, toFox((*column)(row)));
   row.m_payloadChanged = false;
 }
@@ -71,7 +72,8 @@ void Table::showText(TableItem& item, const Column& column, const FXString& text
   if (item.label() == text)
     return;
   WidestText& widest = m_widestTexts[static_cast<std::size_t>(column.index())];
-  widest.go(getFont()->getTextWidth(item.label()));
+  // A typed text stands in the place of one that is not known any more.
+  widest.go(column.editable() ? widest.width() : getFont()->getTextWidth(item.label()));
   widest.come(getFont()->getTextWidth(text));
   item.setText(text);
 }

@@ -193,6 +193,8 @@ public:
   double number() const { return textAt(NUM_HELD).toDouble(); }
   double rate() const { return rateText().toDouble(); }
   double percentFranked() const { return textAt(PERCENT_FRANKED).toDouble(); }
+  /// As forms have it, within the bounds of the type.
+  std::int32_t wholePercentFranked() const { return textAt(PERCENT_FRANKED).toLong(); }
   // The shares that it was reinvested in, and the price of each; 0 for a dividend that was paid out.
   double drpShares() const { return textAt(DRP_SHARES).toDouble(); }
   double drpRate() const { return drpRateText().toDouble(); }

@@ -138,7 +138,7 @@ XMLElement& XMLElement::instanceFor(std::size_t index) {
   const SubElementRego& rego = m_layout->subElements()[index];
   if (rego.required && !rego.multiple && m_slots[index].size() == 1) {
     XMLElement& known = *m_slots[index][0];
-    known.m_changeStamp = presentStamp(); // a new one has that already, of a time after the decode began
+    known.m_changeStamp = presentStamp(); // a new one has a stamp that nobody can have kept
     return known;
   }
   const auto place = static_cast<std::size_t>(rego.reference);

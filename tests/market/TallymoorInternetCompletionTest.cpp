@@ -277,6 +277,23 @@ TEST_F(ManyCodesTest, AFailureEndsItsCodeAloneAndIsAskedAboutLater) {
   EXPECT_EQ(numFetches(), 3u) << "it is not fetched again for that";
 }
 
+TEST_F(ManyCodesTest, AFailureOfTheNetworkIsThatOfNoOtherCode) {
+  const std::vector<HistoryNeed> needs = needsOf(8);
+  m_market.refuse(Page::History, 503);
+  EXPECT_TRUE(gateway().completeHistory(needs, nullptr));
+  expectNothingAsked();
+  EXPECT_FALSE(gateway().isToBeFetched(needs[0].code, m_first)) << "whoever asks for a price asks the user";
+  for (std::size_t i = 1; i < needs.size(); ++i)
+    EXPECT_TRUE(gateway().isToBeFetched(needs[i].code, m_first));
+  m_market.refuse(Page::History, 200);
+  m_user.answerQuestion(true);
+  EXPECT_EQ(gateway().historicalPrice(needs[0].code, m_first, false), 10);
+  EXPECT_TRUE(gateway().completeHistory(needs, nullptr));
+  for (const HistoryNeed& need : needs)
+    expectComplete(need);
+  EXPECT_EQ(questions().size(), 1u);
+}
+
 TEST_F(ManyCodesTest, ACancelEndsItInTheMidstOfTheFetches) {
   const std::vector<HistoryNeed> needs = needsOf(8);
   m_market.stall(Page::History);

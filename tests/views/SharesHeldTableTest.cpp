@@ -281,6 +281,15 @@ TEST_F(SharesHeldTableTest, APriceBelowZeroIsRefused) {
   EXPECT_EQ(1u, boxes().size());
 }
 
+TEST_F(SharesHeldTableTest, LimitsThatReadAsBeforeReplaceTheTextThatWasTyped) {
+  addTrading();
+  limits(5.0, 7.0);
+  showTree();
+  typeInto(table(), 0, u"Price Min/Max", "5.001 - 7.00");
+  EXPECT_EQ(String(u"5.0010"), textValue(share(u"AAA.AX"), u"MinPrice"));
+  EXPECT_EQ("$5.00 - $7.00", cellText(table(), 0, u"Price Min/Max"));
+}
+
 TEST_F(SharesHeldTableTest, BadLimitsAreRefused) {
   addTrading();
   limits(5.0, 7.0);
