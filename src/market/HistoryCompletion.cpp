@@ -12,17 +12,6 @@ namespace {
 
 constexpr std::chrono::milliseconds BETWEEN_EVENTS{60};
 
-/// A failure that other codes have in common, in contrast to an answer that speaks of this one.
-bool isOfNetwork(const std::exception_ptr& failure) {
-  try {
-    std::rethrow_exception(failure);
-  } catch (const HTTPException& exception) {
-    return !FetchQuestions::isNotFound(exception);
-  } catch (...) {
-    return false;
-  }
-}
-
 } // namespace
 
 HistoryCompletion::HistoryCompletion(PriceHistory& history, DataSource source,
@@ -40,9 +29,7 @@ HistoryCompletion::HistoryCompletion(PriceHistory& history, DataSource source,
 bool HistoryCompletion::run(Progress* progress) {
   m_progress = progress;
   const WaitCursor wait;
-  for (Chain& chain : m_chains)
-    if (!isCancelled())
-      begin(chain);
+  beginChains();
   while (!isCancelled() && !m_networkFailed && !m_queue.isEmpty()) {
     m_queue.applyNext(BETWEEN_EVENTS);
     letEventsPass();
@@ -52,6 +39,12 @@ bool HistoryCompletion::run(Progress* progress) {
   if (!m_underWay.empty())
     m_history.noteCancelled(m_underWay.front()->fetch);
   return false;
+}
+
+/// While the network has failed, one request tries whether it is back.
+void HistoryCompletion::beginChains() {
+  while (m_begun < m_chains.size() && !isCancelled() && (m_underWay.empty() || !m_history.hasNetworkFailed()))
+    begin(m_chains[m_begun++]);
 }
 
 /// Not after each page of a quick source, and after a look for Cancel: a key that the dialog does not get,
@@ -96,13 +89,14 @@ void HistoryCompletion::keep(Chain& chain, const HistoryPage& page) {
   m_underWay.pop_front();
   const bool goesOn = m_history.keepPage(chain.fetch, page);
   if (page.failure) {
-    m_networkFailed = isOfNetwork(page.failure);
+    m_networkFailed = page.isFailureOfNetwork();
     return; // the user is asked first, and may call the code delisted
   }
   if (goesOn)
     request(chain);
   else
     begin(chain);
+  beginChains();
 }
 
 /// Once it was seen it holds: a stop is taken back when events pass.

@@ -35,6 +35,7 @@ private:
     DayFetch fetch = {};
   };
 
+  void beginChains();
   void begin(Chain& chain);
   void request(Chain& chain);
   void keep(Chain& chain, const HistoryPage& page);
@@ -48,6 +49,7 @@ private:
   bool m_networkFailed = false;
   std::chrono::steady_clock::time_point m_eventsPassed{};
   std::vector<Chain> m_chains;
+  std::size_t m_begun = 0;             ///< of the chains
   std::deque<const Chain*> m_underWay; ///< in the order of asking
   FetchQueue m_queue;                  ///< ends first, since it refers to the others
 };

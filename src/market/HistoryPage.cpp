@@ -1,5 +1,6 @@
 #include "market/HistoryPage.h"
 #include "foundation/Exception.h"
+#include "market/FetchQuestions.h"
 
 namespace Tallymoor {
 
@@ -12,6 +13,18 @@ HistoryPage HistoryPage::fetch(const DataSource& source, const String& code, con
     page.failure = std::current_exception();
   }
   return page;
+}
+
+bool HistoryPage::isFailureOfNetwork() const {
+  if (!failure)
+    return false;
+  try {
+    std::rethrow_exception(failure);
+  } catch (const HTTPException& exception) {
+    return !FetchQuestions::isNotFound(exception);
+  } catch (...) {
+    return false;
+  }
 }
 
 } // namespace Tallymoor

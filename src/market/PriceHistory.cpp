@@ -101,6 +101,7 @@ DayFetch PriceHistory::beginFetch(const String& code, const Date& day, bool upTo
 
 bool PriceHistory::keepPage(DayFetch& fetch, const HistoryPage& page) {
   const auto& [code, day, upTo, range, isLast] = fetch;
+  m_networkFailed = page.isFailureOfNetwork();
   if (page.failure)
     m_failures.noteFailure(code, range, page.failure);
   else if (page.rows.empty())

@@ -56,6 +56,8 @@ public:
   DayFetch beginFetch(const String& code, const Date& day, bool upTo);
   /// Keeps the page of the request that was due. True when another one is due.
   bool keepPage(DayFetch& fetch, const HistoryPage& page);
+  /// True while the last page that was asked for met a failure of the network.
+  bool hasNetworkFailed() const { return m_networkFailed; }
   /// The request that was due counts as failed, and nobody is asked about it.
   void noteCancelled(const DayFetch& fetch);
 
@@ -79,6 +81,7 @@ private:
   FetchQuestions& m_questions;
   const CloseChanged m_closeChanged;
   HistoryFailures m_failures;
+  bool m_networkFailed = false;
   /// The real day on which refreshClosesFrom last tried a code from a day on.
   std::map<std::pair<String, Date>, Date> m_refreshes;
   /// The ranges that the source has answered for in this run.
