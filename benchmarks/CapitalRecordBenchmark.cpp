@@ -2,9 +2,9 @@
 // measured against reading the same record from its document, and so the growth that a chart draws of it. No
 // network: every price is in the cache.
 #include "Ratio.h"
-#include "engine/CapitalGrowth.h"
-#include "engine/Indicators.h"
-#include "engine/SharePortfolioUser.h"
+#include "analysis/CapitalGrowth.h"
+#include "analysis/Indicators.h"
+#include "books/SharePortfolioUser.h"
 #include "foundation/Constants.h"
 #include "foundation/LinuxPlatform.h"
 #include "foundation/RunTimeSettings.h"

@@ -3,7 +3,7 @@
 // outside the time.
 #include "Ratio.h"
 #include "foundation/String.h"
-#include "market/HTMLParser.h"
+#include "pages/HTMLParser.h"
 #include <benchmark/benchmark.h>
 #include <chrono>
 #include <cstdio>

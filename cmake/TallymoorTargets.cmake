@@ -1,7 +1,6 @@
 # How this project builds its parts: one library a folder of src/, one test program a folder of tests/.
 
 add_library(tallymoor_options INTERFACE)
-target_include_directories(tallymoor_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 target_compile_options(tallymoor_options INTERFACE
   -Wall -Wextra -Werror -Wno-deprecated-enum-enum-conversion
   # g++ 12 takes joined and inserted standard strings for overlapping copies when it optimises (its bug 105651).
@@ -24,9 +23,19 @@ set(TALLYMOOR_COMMON_HEADERS
   <mutex> <numeric> <optional> <ostream> <random> <set> <sstream> <stdexcept> <string> <string_view> <thread>
   <unordered_map> <utility> <vector>)
 
+# tallymoor_headers(TARGET SCOPE FOLDER): TARGET finds the headers of src/FOLDER.
+function(tallymoor_headers target scope folder)
+  set(headers ${PROJECT_BINARY_DIR}/headers/${folder})
+  file(MAKE_DIRECTORY ${headers})
+  file(CREATE_LINK ${PROJECT_SOURCE_DIR}/src/${folder} ${headers}/${folder} SYMBOLIC)
+  target_include_directories(${target} ${scope} ${headers})
+endfunction()
+
 # tallymoor_library(FOLDER [USES folder...] [LINK target...] [WITHOUT file...]): the library tallymoor_FOLDER from
 # src/FOLDER/*.cpp, without the named ones.
 # It links only the folders it may include; CMake puts the link line in order.
+# Its headers are found by the name of the folder, "FOLDER/Header.h", by itself and by whatever links it, through a link
+# to the folder in the build: an include of a folder that isn't linked doesn't compile.
 function(tallymoor_library folder)
   cmake_parse_arguments(ARG "" "" "USES;LINK;WITHOUT" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/${folder}/*.cpp)
@@ -47,6 +56,7 @@ function(tallymoor_library folder)
     set(scope INTERFACE)
   endif()
   target_link_libraries(tallymoor_${folder} ${scope} tallymoor_options ${ARG_LINK})
+  tallymoor_headers(tallymoor_${folder} ${scope} ${folder})
   foreach(used IN LISTS ARG_USES)
     target_link_libraries(tallymoor_${folder} ${scope} tallymoor_${used})
   endforeach()

@@ -2,13 +2,13 @@
 // from the network or as any units; the rest is the page. The tree is that of the plain parser, every tag is
 // found where it says it is, and a table holds nothing but what stands in the page.
 #include "foundation/Exception.h"
-#include "market/HTMLParser.h"
-#include "market/HTMLTable.h"
-#include "market/HTMLTag.h"
-#include "market/HTMLTagLocator.h"
-#include "market/HTMLTagSearch.h"
 #include "market/LocatorSet.h"
-#include "market/ReferenceHTMLParser.h"
+#include "pages/HTMLParser.h"
+#include "pages/HTMLTable.h"
+#include "pages/HTMLTag.h"
+#include "pages/HTMLTagLocator.h"
+#include "pages/HTMLTagSearch.h"
+#include "pages/ReferenceHTMLParser.h"
 #include "support/Input.h"
 #include "support/Require.h"
 #include <map>

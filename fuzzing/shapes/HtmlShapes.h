@@ -1,9 +1,9 @@
 #pragma once
 #include "foundation/Exception.h"
 #include "foundation/String.h"
-#include "market/HTMLParser.h"
-#include "market/HTMLTag.h"
-#include "market/HTMLTagSearch.h"
+#include "pages/HTMLParser.h"
+#include "pages/HTMLTag.h"
+#include "pages/HTMLTagSearch.h"
 #include <functional>
 #include <limits>
 #include <utility>

@@ -1,6 +1,6 @@
 // Fills a scratch profile with sample portfolios, entered through the program's own operations at the sample
 // market's prices, so that ./run demo has something to show.
-#include "engine/SharePortfolioUser.h"
+#include "books/SharePortfolioUser.h"
 #include "foundation/BigMutex.h"
 #include "foundation/Constants.h"
 #include "foundation/FileReplacement.h"

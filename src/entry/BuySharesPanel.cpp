@@ -1,6 +1,6 @@
 #include "entry/BuySharesPanel.h"
-#include "engine/CashBalance.h"
-#include "engine/SharePortfolioUser.h"
+#include "books/CashBalance.h"
+#include "books/SharePortfolioUser.h"
 #include "entry/FormChecks.h"
 #include "entry/FormIcons.h"
 #include "entry/StockSearch.h"

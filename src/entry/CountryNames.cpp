@@ -1,5 +1,5 @@
 #include "entry/CountryNames.h"
-#include "engine/SharePortfolioUser.h"
+#include "books/SharePortfolioUser.h"
 #include "foundation/Constants.h"
 #include "foundation/Exception.h"
 #include "foundation/Platform.h"

@@ -1,6 +1,6 @@
 #include "entry/DeleteSaleDialog.h"
-#include "engine/PortfolioEvents.h"
-#include "engine/SaleDeletion.h"
+#include "books/PortfolioEvents.h"
+#include "books/SaleDeletion.h"
 #include "foundation/Amounts.h"
 #include "foundation/Platform.h"
 #include "widgets/HandlerScope.h"

@@ -1,5 +1,5 @@
 #include "entry/EditFloatDialog.h"
-#include "engine/CashBalance.h"
+#include "books/CashBalance.h"
 #include "entry/GetFloatPanel.h"
 #include "xml/PortfolioRecords.h"
 

@@ -1,7 +1,7 @@
 #include "entry/EditHeldSharesDialog.h"
-#include "engine/CashBalance.h"
-#include "engine/PortfolioEvents.h"
-#include "engine/SharePortfolioUser.h"
+#include "books/CashBalance.h"
+#include "books/PortfolioEvents.h"
+#include "books/SharePortfolioUser.h"
 #include "entry/BuySharesPanel.h"
 #include "xml/PortfolioRecords.h"
 

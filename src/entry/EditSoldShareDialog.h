@@ -1,5 +1,5 @@
 #pragma once
-#include "engine/Trade.h"
+#include "books/Trade.h"
 #include "entry/CashRow.h"
 #include "entry/PriceDoubt.h"
 #include "foundation/Date.h"

@@ -1,5 +1,5 @@
 #include "entry/KnownPrice.h"
-#include "engine/RecordedSplits.h"
+#include "books/RecordedSplits.h"
 #include "foundation/Amounts.h"
 #include "market/CompletedClose.h"
 #include "market/TallymoorInternet.h"

@@ -1,5 +1,5 @@
 #pragma once
-#include "engine/DividendEntry.h"
+#include "books/DividendEntry.h"
 #include "entry/CashRow.h"
 #include "entry/DatedPanel.h"
 #include "entry/PriceDoubt.h"

@@ -1,5 +1,5 @@
 #pragma once
-#include "engine/ReportPeriod.h"
+#include "analysis/ReportPeriod.h"
 #include "widgets/Dialog.h"
 #include <memory>
 

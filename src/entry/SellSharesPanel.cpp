@@ -1,6 +1,6 @@
 #include "entry/SellSharesPanel.h"
-#include "engine/CashBalance.h"
-#include "engine/SharePortfolioUser.h"
+#include "books/CashBalance.h"
+#include "books/SharePortfolioUser.h"
 #include "entry/FormChecks.h"
 #include "entry/StockChoice.h"
 #include "foundation/Amounts.h"
@@ -81,7 +81,7 @@ void SellSharesPanel::showHolding(const KnownPrice& price) {
 double SellSharesPanel::total() const {
   if (!m_portfolio)
     return number() * price() - brokerage();
-  // As the engine rounds it; a date that is none yet has no splits of its own.
+  // As the books round it; a date that is none yet has no splits of its own.
   const Date day = dateField()->date().value_or(Date());
   return m_portfolio->proceedsOfSale(code(), {day, number(), price(), brokerage(), String()}, true);
 }

@@ -1,6 +1,6 @@
 #include "entry/StartupWizard.h"
-#include "engine/PortfolioEvents.h"
-#include "engine/SharePortfolioUser.h"
+#include "books/PortfolioEvents.h"
+#include "books/SharePortfolioUser.h"
 #include "entry/BuySharesPanel.h"
 #include "entry/ChoosePortfolioPanel.h"
 #include "entry/FinishPanel.h"

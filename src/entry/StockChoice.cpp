@@ -1,5 +1,5 @@
 #include "entry/StockChoice.h"
-#include "engine/SharePortfolioUser.h"
+#include "books/SharePortfolioUser.h"
 #include "widgets/ToolkitText.h"
 #include "xml/PortfolioRecords.h"
 #include <algorithm>

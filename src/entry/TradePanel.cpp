@@ -1,5 +1,5 @@
 #include "entry/TradePanel.h"
-#include "engine/PortfolioEvents.h"
+#include "books/PortfolioEvents.h"
 #include "entry/Brokerage.h"
 #include "entry/FormChecks.h"
 #include "foundation/Amounts.h"

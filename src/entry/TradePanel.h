@@ -1,5 +1,5 @@
 #pragma once
-#include "engine/Trade.h"
+#include "books/Trade.h"
 #include "entry/CashRow.h"
 #include "entry/DatedPanel.h"
 #include "entry/KnownPrice.h"

@@ -6,9 +6,10 @@ namespace Tallymoor {
 
 namespace {
 
-constexpr const char16_t* ADVICE = u"\nWhat you did may not have come to its end. Please look it over, save your "
-                               u"records, and start Tallymoor\n"
-                               u"again if something looks wrong.";
+constexpr const char16_t* ADVICE =
+    u"\nWhat you did may not have come to its end. Please look it over, save your "
+    u"records, and start Tallymoor\n"
+    u"again if something looks wrong.";
 
 } // namespace
 

@@ -1,14 +1,14 @@
 #include "market/DataSource.h"
 #include "foundation/Exception.h"
-#include "market/HTMLTable.h"
-#include "market/HTMLTag.h"
-#include "market/HTMLTagLocator.h"
 #include "market/HTTPClient.h"
 #include "market/HistoryTable.h"
 #include "market/LocatorSet.h"
-#include "market/PageFigure.h"
 #include "market/SearchTable.h"
 #include "market/URLResolver.h"
+#include "pages/HTMLTable.h"
+#include "pages/HTMLTag.h"
+#include "pages/HTMLTagLocator.h"
+#include "pages/PageFigure.h"
 #include <utility>
 
 namespace Tallymoor {

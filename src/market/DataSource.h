@@ -3,10 +3,10 @@
 #include "foundation/String.h"
 #include "market/CachedShare.h"
 #include "market/CodeSearchResult.h"
-#include "market/HTMLParser.h"
 #include "market/HTTPClient.h"
 #include "market/HistoryRange.h"
 #include "market/URLVariables.h"
+#include "pages/HTMLParser.h"
 #include "xml/LocatorDocuments.h"
 #include <map>
 #include <memory>

@@ -1,7 +1,7 @@
 #include "market/HistoryTable.h"
 #include "foundation/Exception.h"
-#include "market/HTMLTable.h"
-#include "market/PageFigure.h"
+#include "pages/HTMLTable.h"
+#include "pages/PageFigure.h"
 #include <cmath>
 
 namespace Tallymoor {

@@ -1,6 +1,6 @@
 #include "market/SearchTable.h"
-#include "market/HTMLTable.h"
-#include "market/PageFigure.h"
+#include "pages/HTMLTable.h"
+#include "pages/PageFigure.h"
 #include <array>
 #include <utility>
 

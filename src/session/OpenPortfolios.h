@@ -1,5 +1,5 @@
 #pragma once
-#include "engine/SharePortfolioUser.h"
+#include "books/SharePortfolioUser.h"
 #include "foundation/String.h"
 #include <map>
 #include <memory>

@@ -1,5 +1,5 @@
 #include "session/PortfolioStore.h"
-#include "engine/UnreadableDates.h"
+#include "books/UnreadableDates.h"
 #include "foundation/Constants.h"
 #include "foundation/FileReplacement.h"
 #include "foundation/Platform.h"

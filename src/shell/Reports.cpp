@@ -1,6 +1,6 @@
 #include "shell/Reports.h"
-#include "engine/ReportBuilder.h"
-#include "engine/ReportFiles.h"
+#include "analysis/ReportBuilder.h"
+#include "analysis/ReportFiles.h"
 #include "foundation/Platform.h"
 #include "foundation/UserInteraction.h"
 #include "views/ChartModels.h"

@@ -1,5 +1,5 @@
 #include "shell/TrayTip.h"
-#include "engine/SharePortfolioUser.h"
+#include "books/SharePortfolioUser.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/TotalCapTreeItem.h"
 

@@ -1,5 +1,5 @@
 #include "views/CashCells.h"
-#include "engine/SharePortfolioUser.h"
+#include "books/SharePortfolioUser.h"
 #include "views/EventTable.h"
 
 namespace Tallymoor::CashCells {

@@ -1,5 +1,5 @@
 #include "views/CashReserveTable.h"
-#include "engine/SharePortfolioUser.h"
+#include "books/SharePortfolioUser.h"
 #include "entry/EditFloatDialog.h"
 #include "entry/GetFloatPanel.h"
 #include "views/CashCells.h"

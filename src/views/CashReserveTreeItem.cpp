@@ -1,5 +1,5 @@
 #include "views/CashReserveTreeItem.h"
-#include "engine/SharePortfolioUser.h"
+#include "books/SharePortfolioUser.h"
 #include "foundation/Platform.h"
 #include "views/CashReserveTable.h"
 #include "views/EventDates.h"

@@ -1,5 +1,5 @@
 #pragma once
-#include "engine/Performance.h"
+#include "analysis/Performance.h"
 #include "foundation/Date.h"
 #include "foundation/String.h"
 #include "widgets/ChartModel.h"

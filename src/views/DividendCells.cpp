@@ -1,5 +1,5 @@
 #include "views/DividendCells.h"
-#include "engine/DividendFigures.h"
+#include "analysis/DividendFigures.h"
 #include "market/StockNames.h"
 #include "views/EventTable.h"
 

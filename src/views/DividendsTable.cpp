@@ -1,6 +1,6 @@
 #include "views/DividendsTable.h"
-#include "engine/DividendFigures.h"
-#include "engine/SharePortfolioUser.h"
+#include "analysis/DividendFigures.h"
+#include "books/SharePortfolioUser.h"
 #include "entry/EditDividendsDialog.h"
 #include "entry/ReceiveDividendsPanel.h"
 #include "views/DividendCells.h"

@@ -1,5 +1,5 @@
 #include "views/DividendsTreeItem.h"
-#include "engine/SharePortfolioUser.h"
+#include "books/SharePortfolioUser.h"
 #include "views/DividendCells.h"
 #include "views/DividendsTable.h"
 #include "views/EventDates.h"

@@ -1,5 +1,5 @@
 #include "views/EventDates.h"
-#include "engine/SharePortfolioUser.h"
+#include "books/SharePortfolioUser.h"
 #include "widgets/MainWindow.h"
 
 namespace Tallymoor {

@@ -1,5 +1,5 @@
 #include "views/IndicatorCells.h"
-#include "engine/Indicators.h"
+#include "analysis/Indicators.h"
 #include "foundation/Amounts.h"
 #include "foundation/Exception.h"
 #include "foundation/RunTimeSettings.h"

@@ -1,6 +1,6 @@
 #include "views/PortfolioPerformanceTable.h"
-#include "engine/IndexHistory.h"
-#include "engine/SharePortfolioUser.h"
+#include "analysis/IndexHistory.h"
+#include "books/SharePortfolioUser.h"
 #include "market/TallymoorInternet.h"
 #include <algorithm>
 

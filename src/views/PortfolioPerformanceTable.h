@@ -1,5 +1,5 @@
 #pragma once
-#include "engine/Performance.h"
+#include "analysis/Performance.h"
 #include "market/PriceUpdater.h"
 #include "views/PerformanceCells.h"
 #include "widgets/Table.h"

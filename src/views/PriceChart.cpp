@@ -1,5 +1,5 @@
 #include "views/PriceChart.h"
-#include "engine/Indicators.h"
+#include "analysis/Indicators.h"
 #include "market/TallymoorInternet.h"
 #include "views/ChartModels.h"
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "views/SharePortfolioTreeItem.h"
-#include "engine/CashBalance.h"
-#include "engine/SharePortfolioUser.h"
+#include "books/CashBalance.h"
+#include "books/SharePortfolioUser.h"
 #include "entry/BuySharesDialog.h"
 #include "entry/BuySharesPanel.h"
 #include "entry/GetFloatDialog.h"

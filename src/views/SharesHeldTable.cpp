@@ -1,6 +1,6 @@
 #include "views/SharesHeldTable.h"
-#include "engine/ShareAsOfDay.h"
-#include "engine/SharePortfolioUser.h"
+#include "analysis/ShareAsOfDay.h"
+#include "books/SharePortfolioUser.h"
 #include "foundation/Amounts.h"
 #include "foundation/Platform.h"
 #include "market/TallymoorInternet.h"

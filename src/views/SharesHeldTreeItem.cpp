@@ -1,5 +1,5 @@
 #include "views/SharesHeldTreeItem.h"
-#include "engine/SharePortfolioUser.h"
+#include "books/SharePortfolioUser.h"
 #include "market/StockNames.h"
 #include "views/HeldShareCells.h"
 #include "views/PriceChart.h"

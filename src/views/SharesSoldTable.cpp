@@ -1,5 +1,5 @@
 #include "views/SharesSoldTable.h"
-#include "engine/SharePortfolioUser.h"
+#include "books/SharePortfolioUser.h"
 #include "entry/DeleteSaleDialog.h"
 #include "entry/EditSoldShareDialog.h"
 #include "views/PortfolioCommands.h"

@@ -1,5 +1,5 @@
 #include "views/SharesSoldTreeItem.h"
-#include "engine/SharePortfolioUser.h"
+#include "books/SharePortfolioUser.h"
 #include "views/EventDates.h"
 #include "views/NodeIcons.h"
 #include "views/SharePortfolioTreeItem.h"

@@ -1,5 +1,5 @@
 #include "views/SoldShareCells.h"
-#include "engine/SaleFigures.h"
+#include "analysis/SaleFigures.h"
 #include "market/StockNames.h"
 #include "views/CellFigures.h"
 #include "views/EventTable.h"

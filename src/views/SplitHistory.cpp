@@ -1,6 +1,6 @@
 #include "views/SplitHistory.h"
-#include "engine/RecordedSplits.h"
-#include "engine/SharePortfolioUser.h"
+#include "books/RecordedSplits.h"
+#include "books/SharePortfolioUser.h"
 #include "foundation/Amounts.h"
 #include "market/TallymoorInternet.h"
 #include <cmath>

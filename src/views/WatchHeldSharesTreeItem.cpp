@@ -1,5 +1,5 @@
 #include "views/WatchHeldSharesTreeItem.h"
-#include "engine/SharePortfolioUser.h"
+#include "books/SharePortfolioUser.h"
 #include "views/WatchlistRootTreeItem.h"
 #include "xml/PortfolioRecords.h"
 #include <algorithm>

@@ -1,5 +1,5 @@
 #include "views/WatchlistCells.h"
-#include "engine/Indicators.h"
+#include "analysis/Indicators.h"
 #include "foundation/Amounts.h"
 #include "foundation/Exception.h"
 #include "market/CompletedClose.h"

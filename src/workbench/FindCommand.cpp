@@ -1,6 +1,6 @@
 #include "workbench/FindCommand.h"
-#include "market/HTMLTag.h"
-#include "market/PageFigure.h"
+#include "pages/HTMLTag.h"
+#include "pages/PageFigure.h"
 #include "workbench/LocatorWay.h"
 #include "workbench/LocatorXml.h"
 #include "workbench/NumberRemark.h"

@@ -1,7 +1,7 @@
 #include "workbench/LocatorWay.h"
 #include "foundation/Exception.h"
-#include "market/HTMLTag.h"
-#include "market/HTMLTagLocator.h"
+#include "pages/HTMLTag.h"
+#include "pages/HTMLTagLocator.h"
 #include "workbench/PageText.h"
 #include "workbench/TagLists.h"
 #include <algorithm>

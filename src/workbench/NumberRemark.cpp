@@ -1,5 +1,5 @@
 #include "workbench/NumberRemark.h"
-#include "market/PageFigure.h"
+#include "pages/PageFigure.h"
 #include "workbench/PageText.h"
 #include <algorithm>
 

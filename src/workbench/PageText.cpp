@@ -1,5 +1,5 @@
 #include "workbench/PageText.h"
-#include "market/HTMLTag.h"
+#include "pages/HTMLTag.h"
 #include <algorithm>
 #include <array>
 #include <optional>

@@ -1,8 +1,8 @@
 #include "workbench/TableFault.h"
 #include "foundation/Exception.h"
-#include "market/HTMLTable.h"
-#include "market/HTMLTagLocator.h"
-#include "market/HTMLWalkLimit.h"
+#include "pages/HTMLTable.h"
+#include "pages/HTMLTagLocator.h"
+#include "pages/HTMLWalkLimit.h"
 #include "xml/LocatorDocuments.h"
 
 namespace Tallymoor {

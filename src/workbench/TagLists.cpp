@@ -1,6 +1,6 @@
 #include "workbench/TagLists.h"
-#include "market/HTMLTag.h"
-#include "market/HTMLTagSearch.h"
+#include "pages/HTMLTag.h"
+#include "pages/HTMLTagSearch.h"
 #include "workbench/PageText.h"
 #include "workbench/PlainOutput.h"
 #include <algorithm>

@@ -1,5 +1,5 @@
 #include "workbench/TextOnPage.h"
-#include "market/HTMLTag.h"
+#include "pages/HTMLTag.h"
 #include "workbench/PageText.h"
 #include "workbench/TagLists.h"
 #include <algorithm>

@@ -1,6 +1,6 @@
 #pragma once
 #include "foundation/String.h"
-#include "market/HTMLParser.h"
+#include "pages/HTMLParser.h"
 #include <string>
 
 namespace Tallymoor {

@@ -1,5 +1,5 @@
 #include "entry/BuySharesDialog.h"
-#include "engine/SharePortfolioUser.h"
+#include "books/SharePortfolioUser.h"
 #include "entry/BuySharesPanel.h"
 #include "support/GatewayScope.h"
 #include "support/MarketFixture.h"

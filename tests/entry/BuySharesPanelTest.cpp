@@ -1,7 +1,7 @@
 #include "entry/BuySharesPanel.h"
 #include "BrokenPlatform.h"
 #include "FocusedWidget.h"
-#include "engine/SharePortfolioUser.h"
+#include "books/SharePortfolioUser.h"
 #include "entry/BuySharesDialog.h"
 #include "foundation/LinuxPlatform.h"
 #include "foundation/Settings.h"

@@ -1,6 +1,6 @@
 #include "entry/EditHeldSharesDialog.h"
-#include "engine/PortfolioEvents.h"
-#include "engine/SharePortfolioUser.h"
+#include "books/PortfolioEvents.h"
+#include "books/SharePortfolioUser.h"
 #include "entry/BuySharesPanel.h"
 #include "market/StockNames.h"
 #include "support/GatewayScope.h"

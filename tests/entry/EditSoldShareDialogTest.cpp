@@ -1,7 +1,7 @@
 #include "entry/EditSoldShareDialog.h"
 #include "BrokenPlatform.h"
 #include "PortfolioFormTest.h"
-#include "engine/CashBalance.h"
+#include "books/CashBalance.h"
 #include "foundation/LinuxPlatform.h"
 #include "market/StockNames.h"
 #include "widgets/FXCalendar.h"

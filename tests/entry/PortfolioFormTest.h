@@ -1,6 +1,6 @@
 #pragma once
 #include "FocusedWidget.h"
-#include "engine/SharePortfolioUser.h"
+#include "books/SharePortfolioUser.h"
 #include "entry/FormComboBox.h"
 #include "foundation/Settings.h"
 #include "market/TallymoorInternet.h"

@@ -1,5 +1,5 @@
 #pragma once
-#include "engine/SharePortfolioUser.h"
+#include "books/SharePortfolioUser.h"
 #include "entry/ReceiveDividendsPanel.h"
 #include "entry/StartupWizard.h"
 #include "foundation/FileReplacement.h"

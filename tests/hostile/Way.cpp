@@ -1,6 +1,6 @@
 #include "Way.h"
 #include "DocumentServer.h"
-#include "engine/SharePortfolioCapitalRecordUser.h"
+#include "books/SharePortfolioCapitalRecordUser.h"
 #include "foundation/Constants.h"
 #include "foundation/Settings.h"
 #include "market/LocatorSet.h"

@@ -1,7 +1,7 @@
 #include "market/HistoryTable.h"
 #include "foundation/Exception.h"
-#include "market/HTMLParser.h"
-#include "market/HTMLTable.h"
+#include "pages/HTMLParser.h"
+#include "pages/HTMLTable.h"
 #include "support/MessageOf.h"
 #include "support/TestProfile.h"
 #include <gtest/gtest.h>

@@ -188,9 +188,10 @@ TEST_F(SharePriceCacheTest, AFolderInPlaceOfAFileIsAFailureToo) {
 
 TEST_F(SharePriceCacheTest, WritesRowsInDateOrderWithFourToSixDecimals) {
   SharePriceCache cache(m_directory);
-  cache.merge(CODE,
-              {{Date(2006, 11, 10), {1.5, 1.75, 1.25, 2000}}, {Date(2006, 11, 9), {1.23456, 0, 2.3456789, 1000}}},
-              {Date(2006, 11, 9), Date(2006, 11, 10)});
+  cache.merge(
+      CODE,
+      {{Date(2006, 11, 10), {1.5, 1.75, 1.25, 2000}}, {Date(2006, 11, 9), {1.23456, 0, 2.3456789, 1000}}},
+      {Date(2006, 11, 9), Date(2006, 11, 10)});
   cache.save();
   EXPECT_EQ(readFile("PriceCache.ABC.AX.xml"),
             std::string(HEAD) + "<ShareValues><String>ABC.AX</String>"

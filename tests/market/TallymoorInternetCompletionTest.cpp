@@ -282,7 +282,8 @@ TEST_F(ManyCodesTest, AFailureOfTheNetworkIsThatOfNoOtherCode) {
   m_market.refuse(Page::History, 503);
   EXPECT_TRUE(gateway().completeHistory(needs, nullptr));
   expectNothingAsked();
-  EXPECT_FALSE(gateway().isToBeFetched(needs[0].code, m_first)) << "the user is asked when its price is needed";
+  EXPECT_FALSE(gateway().isToBeFetched(needs[0].code, m_first))
+      << "the user is asked when its price is needed";
   for (std::size_t i = 1; i < needs.size(); ++i)
     EXPECT_TRUE(gateway().isToBeFetched(needs[i].code, m_first));
   m_market.refuse(Page::History, 200);

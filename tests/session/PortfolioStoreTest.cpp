@@ -1,5 +1,5 @@
 #include "session/PortfolioStore.h"
-#include "engine/SharePortfolioUser.h"
+#include "books/SharePortfolioUser.h"
 #include "foundation/FileReplacement.h"
 #include "support/FakeUserInteraction.h"
 #include "support/FileMode.h"

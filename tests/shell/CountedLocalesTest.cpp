@@ -143,9 +143,8 @@ protected:
     confirmUnchanged(cashNode(), "INTEREST December", "Edit cash transaction from " + day(12, 31) + "...",
                      "Edit cash transaction", day(12, 31));
     confirmUnchanged(purchasesNode("ABC.AX"), day(3, 5), "Edit purchase from " + day(3, 5) + "...",
-                     "Edit share purchase for ABC.AX on " + day(3, 5), day(3, 5), [this] {
-                       answer("Would you like to make this the default brokerage rate?", "No");
-                     });
+                     "Edit share purchase for ABC.AX on " + day(3, 5), day(3, 5),
+                     [this] { answer("Would you like to make this the default brokerage rate?", "No"); });
     confirmUnchanged(
         soldNode(), day(11, 10), "Edit sale of ABC.AX from " + day(11, 10) + "...",
         "Edit share sold on " + day(11, 10), day(11, 10), [this] {

@@ -1,6 +1,6 @@
 #include "shell/OptionsDialog.h"
 #include "ShellTest.h"
-#include "engine/SharePortfolioUser.h"
+#include "books/SharePortfolioUser.h"
 #include "foundation/RunTimeSettings.h"
 #include "market/TallymoorInternet.h"
 #include "views/SharePortfolioTreeItem.h"

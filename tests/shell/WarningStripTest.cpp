@@ -1,6 +1,6 @@
 #include "shell/WarningStrip.h"
 #include "ShellTest.h"
-#include "engine/SharePortfolioUser.h"
+#include "books/SharePortfolioUser.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/TotalCapTreeItem.h"
 #include "xml/PortfolioRecords.h"

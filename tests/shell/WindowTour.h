@@ -1,6 +1,6 @@
 #pragma once
 #include "ShellTest.h"
-#include "engine/SharePortfolioUser.h"
+#include "books/SharePortfolioUser.h"
 #include "entry/StockSearchDialog.h"
 #include "support/windows/RealKeys.h"
 #include "views/WatchlistSettings.h"

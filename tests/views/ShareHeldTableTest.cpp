@@ -1,5 +1,5 @@
 #include "ViewsTest.h"
-#include "engine/UnreadableDates.h"
+#include "books/UnreadableDates.h"
 #include "views/HeldShareCells.h"
 #include "xml/Leaves.h"
 

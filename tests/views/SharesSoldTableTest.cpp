@@ -1,5 +1,5 @@
 #include "ViewsTest.h"
-#include "engine/UnreadableDates.h"
+#include "books/UnreadableDates.h"
 #include "market/StockNames.h"
 #include "views/SoldShareCells.h"
 #include <algorithm>

@@ -1,5 +1,5 @@
 #pragma once
-#include "engine/SharePortfolioUser.h"
+#include "books/SharePortfolioUser.h"
 #include "foundation/RunTimeSettings.h"
 #include "foundation/Settings.h"
 #include "market/TallymoorInternet.h"

@@ -1,6 +1,6 @@
+#include "widgets/TextSize.h"
 #include "foundation/Settings.h"
 #include "support/windows/WindowTest.h"
-#include "widgets/TextSize.h"
 
 namespace Tallymoor {
 namespace {

@@ -1,5 +1,5 @@
 #include "workbench/PageText.h"
-#include "market/HTMLParser.h"
+#include "pages/HTMLParser.h"
 #include "support/StringPrinting.h"
 #include "workbench/NumberRemark.h"
 #include "workbench/PlainOutput.h"

@@ -49,9 +49,10 @@ TEST_F(ChangeStampTest, GrowsInTheElementAndInAllAboveIt) {
 
 TEST_F(ChangeStampTest, GrowsInAllThatIsReadAndInAllAboveIt) {
   expectTold("it is read", [&] {
-    m_first.decode("<?xml version=\"1.0\" encoding=\"UTF-8\"?><HeldShare><String>ABC.AX</String><BuyEvent>"
-                   "<Date>3/3/2006</Date><Constant>5.00</Constant><Constant>2.0000</Constant>"
-                   "<Constant>0.00</Constant><String/></BuyEvent><Constant/><Constant/><Constant/></HeldShare>");
+    m_first.decode(
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?><HeldShare><String>ABC.AX</String><BuyEvent>"
+        "<Date>3/3/2006</Date><Constant>5.00</Constant><Constant>2.0000</Constant>"
+        "<Constant>0.00</Constant><String/></BuyEvent><Constant/><Constant/><Constant/></HeldShare>");
   });
   EXPECT_EQ(Date(2006, 3, 3), m_first.parcels()[0].bought());
 }

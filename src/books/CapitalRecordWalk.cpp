@@ -1,0 +1,228 @@
+#include "books/CapitalRecordWalk.h"
+#include "books/CashBalance.h"
+#include "books/PortfolioEvents.h"
+#include "books/SharePortfolioUser.h"
+#include "books/SplitTerms.h"
+#include "foundation/Amounts.h"
+#include "foundation/LengthyFunctions.h"
+#include "foundation/UserInteraction.h"
+#include "market/TallymoorInternet.h"
+#include "xml/PortfolioRecords.h"
+#include <algorithm>
+#include <utility>
+
+namespace Tallymoor {
+
+namespace {
+
+/// Of a purchase that a sale has divided into parts that are no hundredths.
+bool isDivided(const XMLParcel& parcel) {
+  return hasFractionOfHundredths(parcel.numberText());
+}
+
+/// True when the user, or the end of the program, wants the walk to end.
+bool isCancelled(const Progress* progress) {
+  return (progress && progress->isCancelled()) ||
+         (UserInteraction::exists() && UserInteraction::Instance().isStopWanted());
+}
+
+} // namespace
+
+CapitalRecordWalk::CapitalRecordWalk(SharePortfolioUser& portfolio)
+    : m_portfolio(portfolio), m_cashTotal(moneyText(0.0)) {
+  readCash();
+  readParcels();
+  std::stable_sort(m_changes.begin(), m_changes.end(),
+                   [](const Change& a, const Change& b) { return a.day < b.day; });
+}
+
+CapitalRecordWalk::~CapitalRecordWalk() = default;
+
+void CapitalRecordWalk::readCash() {
+  for (const XMLCashEvent& event : std::as_const(m_portfolio).portfolio().cashEvents()) {
+    m_cash.push_back({event.day(), signedAmount(event), event.isExternal()});
+    m_cashDays.push_back(m_cash.back().day);
+  }
+  std::sort(m_cashDays.begin(), m_cashDays.end());
+  m_cashDays.erase(std::unique(m_cashDays.begin(), m_cashDays.end()), m_cashDays.end());
+}
+
+void CapitalRecordWalk::readParcels() {
+  const XMLSharePortfolio& portfolio = std::as_const(m_portfolio).portfolio();
+  for (const XMLHeldShare& stock : portfolio.heldShares())
+    for (const XMLBuyEvent& parcel : stock.parcels())
+      addParcel(stock.code(), {&parcel, false, isDivided(parcel), parcel.bought(), FAR_OFF, m_parcelCount++});
+  for (const XMLSoldShare& stock : portfolio.soldShares())
+    for (const XMLSellEvent& sale : stock.sales())
+      addParcel(stock.code(), {&sale, true, isDivided(sale), sale.bought(), sale.sold(), m_parcelCount++});
+}
+
+CapitalRecordWalk::Stock& CapitalRecordWalk::stockOf(const String& code) {
+  const auto [place, isNew] = m_places.try_emplace(code, m_stocks.size());
+  if (isNew)
+    m_stocks.emplace_back().code = code;
+  return m_stocks[place->second];
+}
+
+void CapitalRecordWalk::addParcel(const String& code, const Parcel& parcel) {
+  Stock& stock = stockOf(code);
+  stock.parcels.push_back(parcel);
+  noteChanges(parcel, static_cast<std::size_t>(&stock - m_stocks.data()));
+}
+
+void CapitalRecordWalk::noteChanges(const Parcel& parcel, std::size_t stock) {
+  m_changes.push_back({parcel.from, stock});
+  if (parcel.sold)
+    m_changes.push_back({parcel.until, stock});
+  if (parcel.event->adjustments().empty())
+    return;
+  // Adjustments don't count on the day of purchase itself.
+  m_changes.push_back({parcel.from.plusDays(1), stock});
+  for (const XMLSplitAdjustment& adjustment : parcel.event->adjustments())
+    m_changes.push_back({adjustment.day(), stock});
+}
+
+const String& CapitalRecordWalk::cashTotal(const Date& day) {
+  const auto passed = std::upper_bound(m_cashDays.begin() + static_cast<std::ptrdiff_t>(m_nextCashDay),
+                                       m_cashDays.end(), day);
+  const auto next = static_cast<std::size_t>(passed - m_cashDays.begin());
+  if (next == m_nextCashDay)
+    return m_cashTotal;
+  m_nextCashDay = next;
+  // Summed in the order of the records: another order could differ in the last digit, or in the sign of
+  // nothing.
+  double total = 0.0;
+  for (const CashEvent& event : m_cash)
+    if (event.day <= day)
+      total += event.value;
+  m_cashTotal = moneyText(total);
+  return m_cashTotal;
+}
+
+String CapitalRecordWalk::cashInjected(const Date& day) const {
+  if (!std::binary_search(m_cashDays.begin(), m_cashDays.end(), day))
+    return String();
+  double injected = 0.0;
+  for (const CashEvent& event : m_cash)
+    if (event.external && event.day == day)
+      injected += event.value;
+  return showsAsZero(injected, 2) ? String() : moneyText(injected);
+}
+
+void CapitalRecordWalk::advanceTo(const Date& day) {
+  bool changed = false;
+  for (; m_nextChange < m_changes.size() && m_changes[m_nextChange].day <= day; ++m_nextChange) {
+    m_stocks[m_changes[m_nextChange].stock].stale = true;
+    changed = true;
+  }
+  if (!changed)
+    return;
+  m_held.clear();
+  for (std::size_t i = 0; i < m_stocks.size(); ++i) {
+    if (m_stocks[i].stale)
+      recompute(m_stocks[i], day);
+    if (m_stocks[i].rank != NOT_HELD)
+      m_held.push_back(i);
+  }
+  std::sort(m_held.begin(), m_held.end(),
+            [this](std::size_t a, std::size_t b) { return m_stocks[a].rank < m_stocks[b].rank; });
+}
+
+void CapitalRecordWalk::recompute(Stock& stock, const Date& day) {
+  stock.stale = false;
+  stock.rank = NOT_HELD;
+  stock.number = numberText(0.0);
+  double divided = 0.0;
+  for (const Parcel& parcel : stock.parcels) {
+    if (parcel.from > day || parcel.until <= day)
+      continue;
+    if (stock.rank == NOT_HELD)
+      stock.rank = parcel.rank;
+    const double number = sharesOn(*parcel.event, day).number;
+    if (parcel.divided)
+      divided += number;
+    else
+      stock.number = numberText(stock.number.toDouble() + number);
+  }
+  if (!showsAsZero(divided, 2))
+    stock.number = numberText(stock.number.toDouble() + divided);
+}
+
+/// What the walk will ask for from the day on: of each stock the days on which it is held and, for splits,
+/// the day before each purchase. Today's price is a current one.
+std::vector<HistoryNeed> CapitalRecordWalk::pricesFrom(const Date& day) const {
+  const Date last = Date::hasFixedDate() ? Date() : Date().plusDays(-1);
+  std::vector<HistoryNeed> held;
+  for (const Stock& stock : m_stocks)
+    for (const Parcel& parcel : stock.parcels)
+      held.push_back({stock.code, std::max(parcel.from, day), std::min(parcel.until.plusDays(-1), last)});
+  std::erase_if(held, [](const HistoryNeed& days) { return days.first > days.last; });
+  std::stable_sort(held.begin(), held.end(),
+                   [](const HistoryNeed& a, const HistoryNeed& b) { return a.first < b.first; });
+  std::vector<HistoryNeed> needs;
+  for (const HistoryNeed& days : held) {
+    needs.push_back({days.code, days.first, days.first});
+    needs.push_back({days.code, days.first.plusDays(-1), days.last});
+  }
+  return needs;
+}
+
+/// Has the prices of all stocks from the day on fetched when that of the stock is missing. False when it was
+/// cancelled.
+bool CapitalRecordWalk::fetchPrices(const Stock& stock, const Date& day, Progress* progress) const {
+  TallymoorInternet& gateway = TallymoorInternet::Instance();
+  return day >= Date::realToday() || !gateway.isToBeFetched(stock.code, day) ||
+         gateway.completeHistory(pricesFrom(day), progress);
+}
+
+void CapitalRecordWalk::announceFetch(Stock& stock, const Date& day, Progress* progress) {
+  if (!progress)
+    return;
+  TallymoorInternet& gateway = TallymoorInternet::Instance();
+  stock.historyKnown = stock.historyKnown || gateway.hasCachedHistory(stock.code);
+  // A page is asked for again where the last one ends; the price of today comes with the current ones.
+  if (!stock.historyKnown || (day < Date::realToday() && !gateway.hasCachedPrice(stock.code, day)))
+    progress->setText(u"Retrieving historical prices for " + stock.code);
+}
+
+const std::vector<CapitalRecordWalk::Holding>* CapitalRecordWalk::holdings(const Date& day,
+                                                                           Progress* progress) {
+  advanceTo(day);
+  m_holdings.clear();
+  for (std::size_t place : m_held) {
+    Stock& stock = m_stocks[place];
+    if (!fetchPrices(stock, day, progress))
+      return nullptr;
+    announceFetch(stock, day, progress);
+    if (isCancelled(progress))
+      return nullptr;
+    const SharePortfolioUser::CheckedPrice checked = m_portfolio.checkPriceForSplit(stock.code, day);
+    if (isCancelled(progress))
+      return nullptr; // its fetch may have been broken off, and the price a stand-in
+    if (checked.adjusted)
+      recompute(stock, day);
+    if (stock.price.empty() || checked.price.price != stock.lastPrice) {
+      stock.price = recordedPriceText(checked.price.price);
+      stock.lastPrice = checked.price.price;
+    }
+    m_holdings.push_back({stock.code, stock.number, stock.price, checked.price.standing});
+  }
+  return &m_holdings;
+}
+
+CapitalRecordWalk::SplitCheck CapitalRecordWalk::checkForSplits(const Date& day) {
+  advanceTo(day);
+  SplitCheck check;
+  for (std::size_t place : m_held) {
+    try {
+      check.adjusted |= m_portfolio.checkPriceForSplit(m_stocks[place].code, day).adjusted;
+    } catch (const Exception&) {
+      // A day that is already recorded stays; a stock that is still held fails again where its next day is
+      // computed.
+      check.complete = false;
+    }
+  }
+  return check;
+}
+
+} // namespace Tallymoor

@@ -1,0 +1,114 @@
+#pragma once
+#include "books/DayPrice.h"
+#include "foundation/Date.h"
+#include "foundation/String.h"
+#include <cstddef>
+#include <limits>
+#include <map>
+#include <vector>
+
+namespace Tallymoor {
+
+class Progress;
+struct HistoryNeed;
+class SharePortfolioUser;
+class XMLParcel;
+
+/// The figures of a portfolio day by day, forward, as the capital record writes them.
+///
+/// A day is defined by all records up to it: the cash is the sum of all cash events up to the day in the
+/// order of the records; the number of a stock is the sum over its parcels, each adjusted for splits as of
+/// the day, with the sum written at two decimals after each parcel; parts of a divided purchase are added up
+/// first, since three thirds of 100 would else be 99.99. Years of days over thousands of events
+/// are too many to work that out afresh each day, so the walk reads the records once and recomputes a figure
+/// only on the days on which one of its events begins, ends or is adjusted. Prices are looked at on each day.
+///
+/// Refers to the portfolio's events, so these must not change while it lives, but for the adjustments that it
+/// records itself. GUI thread, under the big mutex.
+class CapitalRecordWalk {
+public:
+  struct Holding {
+    String code;
+    String number;
+    String price;
+    PriceStanding standing;
+  };
+
+  explicit CapitalRecordWalk(SharePortfolioUser& portfolio);
+  ~CapitalRecordWalk();
+
+  // Days are asked for in rising order.
+
+  /// All cash up to the end of the day.
+  const String& cashTotal(const Date& day);
+  /// Money from outside on the very day; empty when it would read as zero.
+  String cashInjected(const Date& day) const;
+  /// The stocks held at the end of the day, in the order of the records. Asks about splits. The first price
+  /// that is not cached has those of all stocks and of all days from there on fetched, of which a progress
+  /// text tells. Null when the user has cancelled, or the program is to end. Throws Exception when a price is
+  /// unavailable.
+  const std::vector<Holding>* holdings(const Date& day, Progress* progress);
+  struct SplitCheck {
+    bool adjusted = false; ///< an answer was recorded
+    bool complete = true;  ///< false when some stock had no price to be looked at
+  };
+  /// Asks about the splits of the stocks held on the day and does nothing else.
+  SplitCheck checkForSplits(const Date& day);
+
+private:
+  struct CashEvent {
+    Date day;
+    double value; ///< with the sign of its type
+    bool external;
+  };
+  struct Parcel {
+    const XMLParcel* event;
+    bool sold;
+    bool divided;     ///< a part of a purchase whose number has more than two decimals
+    Date from;        ///< first day held
+    Date until;       ///< first day not held any more; far off for a parcel that is still held
+    std::size_t rank; ///< place in the order of the records
+  };
+  struct Stock {
+    String code;
+    std::vector<Parcel> parcels;
+    std::size_t rank = NOT_HELD; ///< of the first parcel held on the day of the walk
+    String number;
+    String price;
+    double lastPrice = 0.0; ///< what `price` says
+    bool stale = true;
+    bool historyKnown = false;
+  };
+  /// A day on which the number of a stock may change.
+  struct Change {
+    Date day;
+    std::size_t stock;
+  };
+  static constexpr std::size_t NOT_HELD = std::numeric_limits<std::size_t>::max();
+
+  void readCash();
+  void readParcels();
+  Stock& stockOf(const String& code);
+  void addParcel(const String& code, const Parcel& parcel);
+  void noteChanges(const Parcel& parcel, std::size_t stock);
+  void advanceTo(const Date& day);
+  void recompute(Stock& stock, const Date& day);
+  bool fetchPrices(const Stock& stock, const Date& day, Progress* progress) const;
+  std::vector<HistoryNeed> pricesFrom(const Date& day) const;
+  void announceFetch(Stock& stock, const Date& day, Progress* progress);
+
+  SharePortfolioUser& m_portfolio;
+  std::vector<CashEvent> m_cash; ///< in the order of the records
+  std::vector<Date> m_cashDays;  ///< days with cash events, rising, each once
+  std::size_t m_nextCashDay = 0;
+  String m_cashTotal;
+  std::map<String, std::size_t> m_places; ///< of the stocks, by code
+  std::vector<Stock> m_stocks;            ///< in the order of the records
+  std::vector<Change> m_changes;          ///< by day
+  std::size_t m_nextChange = 0;
+  std::size_t m_parcelCount = 0;
+  std::vector<std::size_t> m_held; ///< stocks held on the day of the walk, in the order of their first parcel
+  std::vector<Holding> m_holdings;
+};
+
+} // namespace Tallymoor

@@ -1,0 +1,156 @@
+#include "pages/PageFigure.h"
+#include "foundation/Exception.h"
+#include "foundation/IcuText.h"
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <unicode/uchar.h>
+
+namespace Tallymoor {
+
+namespace {
+
+constexpr std::size_t GROUP = 3;
+
+bool isDigit(char16_t unit) {
+  return unit >= u'0' && unit <= u'9';
+}
+
+bool isLetter(char16_t unit) {
+  return (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z');
+}
+
+std::size_t endOfDigits(const String& text, std::size_t from) {
+  while (from < text.size() && isDigit(text[from]))
+    ++from;
+  return from;
+}
+
+/// Where the digits before the point end, with their commas; where they begin if there are none, or not so
+/// divided.
+std::size_t endOfWholePart(const String& text, std::size_t from) {
+  std::size_t end = endOfDigits(text, from);
+  bool isFirstGroup = true;
+  while (end < text.size() && text[end] == u',') {
+    const std::size_t next = endOfDigits(text, end + 1);
+    if (next - end - 1 != GROUP || (isFirstGroup && (end == from || end - from > GROUP)))
+      return from;
+    isFirstGroup = false;
+    end = next;
+  }
+  return end;
+}
+
+/// Where the number at the head of the text ends; 0 when there is none.
+std::size_t endOfNumber(const String& text) {
+  const std::size_t first = !text.empty() && (text[0] == u'-' || text[0] == u'+') ? 1 : 0;
+  std::size_t end = endOfWholePart(text, first);
+  if (end == first && !(end < text.size() && text[end] == u'.'))
+    return 0;
+  if (end < text.size() && text[end] == u'.')
+    end = endOfDigits(text, end + 1);
+  return end;
+}
+
+/// What a letter behind a number stands for; 1 for any other.
+double unitOf(char16_t letter) {
+  switch (letter) {
+  case u'K':
+  case u'k':
+    return 1e3;
+  case u'M':
+  case u'm':
+    return 1e6;
+  case u'B':
+  case u'b':
+    return 1e9;
+  default:
+    return 1.0;
+  }
+}
+
+/// The value of digits of base 10 or 16; nothing for other characters, and beyond what is a character.
+std::optional<UChar32> codePoint(const String& digits, int base) {
+  const std::string text = digits.toLatin1();
+  const char* const end = text.data() + text.size();
+  std::uint32_t value = 0;
+  const auto [rest, error] = std::from_chars(text.data(), end, value, base);
+  const bool isCharacter = error == std::errc() && rest == end && value > 0 &&
+                           value <= static_cast<std::uint32_t>(UCHAR_MAX_VALUE) && !U_IS_SURROGATE(value);
+  return isCharacter ? std::optional(static_cast<UChar32>(value)) : std::nullopt;
+}
+
+/// What a reference stands for, given without its "&" and ";".
+std::optional<String> referredCharacter(const String& name) {
+  static const std::array<std::pair<String, String>, 6> NAMES{
+      {{u"amp", u"&"}, {u"lt", u"<"}, {u"gt", u">"}, {u"quot", u"\""}, {u"apos", u"'"}, {u"nbsp", u" "}}};
+  for (const auto& [known, character] : NAMES)
+    if (name == known)
+      return character;
+  if (!name.starts_with(u'#'))
+    return std::nullopt;
+  const bool hexadecimal = name.size() > 1 && (name[1] | 0x20) == u'x';
+  const auto value = codePoint(String(name.substr(hexadecimal ? 2 : 1)), hexadecimal ? 16 : 10);
+  return value ? std::optional(fromIcu(icu::UnicodeString(*value))) : std::nullopt;
+}
+
+} // namespace
+
+String withoutPageBlanks(const String& text) {
+  static const std::array<String, 2> BLANKS{u"&nbsp;", u"&#160;"};
+  String rest = text.trimmed();
+  for (std::size_t before = rest.size() + 1; rest.size() < before;) {
+    before = rest.size();
+    for (const String& blank : BLANKS) {
+      if (rest.starts_with(blank))
+        rest = rest.substr(blank.size()).trimmed();
+      if (rest.ends_with(blank))
+        rest = rest.substr(0, rest.size() - blank.size()).trimmed();
+    }
+  }
+  return rest;
+}
+
+String withCharacters(const String& text) {
+  String plain;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t end = text[at] == u'&' ? text.find(u';', at) : String::npos;
+    const auto character =
+        end == String::npos ? std::nullopt : referredCharacter(String(text.substr(at + 1, end - at - 1)));
+    plain += character ? *character : String(text.substr(at, 1));
+    at = character ? end + 1 : at + 1;
+  }
+  return plain;
+}
+
+bool holdsDigits(const String& text) {
+  const String rest = withoutPageBlanks(text);
+  return std::any_of(rest.begin(), rest.end(), isDigit);
+}
+
+std::optional<double> readFigure(const String& text) {
+  const String number = withoutPageBlanks(text);
+  const std::size_t end = endOfNumber(number);
+  if (std::none_of(number.begin(), number.begin() + static_cast<std::ptrdiff_t>(end), isDigit))
+    return std::nullopt;
+  const String behind = number.substr(end);
+  const bool goesOn = !behind.empty() && (isLetter(behind[0]) || behind[0] == u'.' || behind[0] == u',');
+  if (goesOn || std::any_of(behind.begin(), behind.end(), isDigit))
+    return std::nullopt;
+  return number.substr(0, end).toDouble();
+}
+
+std::optional<double> readVolume(const String& text) {
+  const String number = withoutPageBlanks(text);
+  const double unit = number.empty() ? 1.0 : unitOf(number.back());
+  const std::optional<double> figure = readFigure(unit > 1.0 ? number.substr(0, number.size() - 1) : number);
+  return figure ? std::optional(*figure * unit) : std::nullopt;
+}
+
+double requireFigure(const String& text) {
+  if (const std::optional<double> figure = readFigure(text))
+    return *figure;
+  throw HTMLException(u"TallymoorInternet - no number: " + text);
+}
+
+} // namespace Tallymoor

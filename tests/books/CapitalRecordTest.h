@@ -1,0 +1,30 @@
+#pragma once
+#include "books/EngineTest.h"
+
+namespace Tallymoor {
+
+/// Looks at the days of the portfolio's capital record and at its file.
+class CapitalRecordTest : public EngineTest {
+protected:
+  std::size_t numDays(const Date& first, const Date& last) {
+    std::size_t days = 0;
+    for (Date day = first; day <= last; day.addDays(1))
+      days += record().hasDayCap(day);
+    return days;
+  }
+  void update() { record().update(user()); }
+  /// A record of the days from the first to today, from a deposit.
+  void makeDays(const Date& first) {
+    user().creditCash(first, 100, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
+    update();
+  }
+  String file() const { return m_profile.dataFolder() + u"TradingCapRecord.xml"; }
+  void reopen() {
+    m_user.reset();
+    m_user = std::make_unique<SharePortfolioUser>(m_portfolio);
+  }
+
+  const Date m_yesterday{2026, 3, 2};
+};
+
+} // namespace Tallymoor
