@@ -1,7 +1,6 @@
 #include "books/CapitalRecordWalk.h"
 #include "books/CashBalance.h"
 #include "books/PortfolioEvents.h"
-#include "books/SharePortfolioUser.h"
 #include "books/SplitTerms.h"
 #include "foundation/Amounts.h"
 #include "foundation/LengthyFunctions.h"
@@ -28,7 +27,9 @@ bool isCancelled(const Progress* progress) {
 
 } // namespace
 
-CapitalRecordWalk::CapitalRecordWalk(SharePortfolioUser& portfolio)
+WalkedPortfolio::~WalkedPortfolio() = default;
+
+CapitalRecordWalk::CapitalRecordWalk(WalkedPortfolio& portfolio)
     : m_portfolio(portfolio), m_cashTotal(moneyText(0.0)) {
   readCash();
   readParcels();
@@ -39,7 +40,7 @@ CapitalRecordWalk::CapitalRecordWalk(SharePortfolioUser& portfolio)
 CapitalRecordWalk::~CapitalRecordWalk() = default;
 
 void CapitalRecordWalk::readCash() {
-  for (const XMLCashEvent& event : std::as_const(m_portfolio).portfolio().cashEvents()) {
+  for (const XMLCashEvent& event : m_portfolio.portfolio().cashEvents()) {
     m_cash.push_back({event.day(), signedAmount(event), event.isExternal()});
     m_cashDays.push_back(m_cash.back().day);
   }
@@ -48,7 +49,7 @@ void CapitalRecordWalk::readCash() {
 }
 
 void CapitalRecordWalk::readParcels() {
-  const XMLSharePortfolio& portfolio = std::as_const(m_portfolio).portfolio();
+  const XMLSharePortfolio& portfolio = m_portfolio.portfolio();
   for (const XMLHeldShare& stock : portfolio.heldShares())
     for (const XMLBuyEvent& parcel : stock.parcels())
       addParcel(stock.code(), {&parcel, false, isDivided(parcel), parcel.bought(), FAR_OFF, m_parcelCount++});
@@ -196,7 +197,7 @@ const std::vector<CapitalRecordWalk::Holding>* CapitalRecordWalk::holdings(const
     announceFetch(stock, day, progress);
     if (isCancelled(progress))
       return nullptr;
-    const SharePortfolioUser::CheckedPrice checked = m_portfolio.checkPriceForSplit(stock.code, day);
+    const CheckedPrice checked = m_portfolio.checkPriceForSplit(stock.code, day);
     if (isCancelled(progress))
       return nullptr; // its fetch may have been broken off, and the price a stand-in
     if (checked.adjusted)

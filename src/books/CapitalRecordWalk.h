@@ -11,8 +11,26 @@ namespace Tallymoor {
 
 class Progress;
 struct HistoryNeed;
-class SharePortfolioUser;
 class XMLParcel;
+class XMLSharePortfolio;
+
+/// The price of a stock on a day, looked at for a split.
+struct CheckedPrice {
+  DayPrice price;
+  bool adjusted; ///< an answer has just been recorded, so numbers as of the day may have changed
+};
+
+/// The portfolio whose days are computed: its events, and the prices of its stocks.
+class WalkedPortfolio {
+public:
+  virtual ~WalkedPortfolio();
+  virtual const XMLSharePortfolio& portfolio() const = 0;
+  /// The first day that has a record.
+  virtual Date portfolioStartDate() const = 0;
+  /// The day's price. A jump since the day before may be put to the user as a split; the answer is recorded
+  /// on the parcels. Throws Exception when there is no price.
+  virtual CheckedPrice checkPriceForSplit(const String& code, const Date& date) = 0;
+};
 
 /// The figures of a portfolio day by day, forward, as the capital record writes them.
 ///
@@ -34,7 +52,7 @@ public:
     PriceStanding standing;
   };
 
-  explicit CapitalRecordWalk(SharePortfolioUser& portfolio);
+  explicit CapitalRecordWalk(WalkedPortfolio& portfolio);
   ~CapitalRecordWalk();
 
   // Days are asked for in rising order.
@@ -97,7 +115,7 @@ private:
   std::vector<HistoryNeed> pricesFrom(const Date& day) const;
   void announceFetch(Stock& stock, const Date& day, Progress* progress);
 
-  SharePortfolioUser& m_portfolio;
+  WalkedPortfolio& m_portfolio;
   std::vector<CashEvent> m_cash; ///< in the order of the records
   std::vector<Date> m_cashDays;  ///< days with cash events, rising, each once
   std::size_t m_nextCashDay = 0;

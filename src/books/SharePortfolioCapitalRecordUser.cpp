@@ -2,7 +2,6 @@
 #include "books/CapitalRecordWalk.h"
 #include "books/PortfolioEvents.h"
 #include "books/PortfolioFiles.h"
-#include "books/SharePortfolioUser.h"
 #include "foundation/Amounts.h"
 #include "foundation/Constants.h"
 #include "foundation/Exception.h"
@@ -27,7 +26,7 @@ constexpr int UPDATE_WALK = 3; ///< the argument by which the progress dialog as
 /// Marks an update for its time, also when it fails.
 class UpdateScope {
 public:
-  UpdateScope(SharePortfolioUser*& updating, SharePortfolioUser& portfolio) : m_updating(updating) {
+  UpdateScope(WalkedPortfolio*& updating, WalkedPortfolio& portfolio) : m_updating(updating) {
     m_updating = &portfolio;
   }
   ~UpdateScope() { m_updating = nullptr; }
@@ -35,7 +34,7 @@ public:
   UpdateScope& operator=(const UpdateScope&) = delete;
 
 private:
-  SharePortfolioUser*& m_updating;
+  WalkedPortfolio*& m_updating;
 };
 
 const String STANDING = u"Standing";
@@ -188,11 +187,11 @@ void SharePortfolioCapitalRecordUser::dropDaysAfterToday() {
     dropFrom(m_dayCaps.upper_bound(Date()));
 }
 
-Date SharePortfolioCapitalRecordUser::nextDay(const SharePortfolioUser& portfolio) const {
+Date SharePortfolioCapitalRecordUser::nextDay(const WalkedPortfolio& portfolio) const {
   return m_dayCaps.empty() ? portfolio.portfolioStartDate() : m_dayCaps.rbegin()->first.plusDays(1);
 }
 
-void SharePortfolioCapitalRecordUser::update(SharePortfolioUser& portfolio) {
+void SharePortfolioCapitalRecordUser::update(WalkedPortfolio& portfolio) {
   if (m_updating || inBackgroundPass)
     return;
   const UpdateScope scope(m_updating, portfolio);
@@ -204,7 +203,7 @@ void SharePortfolioCapitalRecordUser::update(SharePortfolioUser& portfolio) {
     updateDays(portfolio);
 }
 
-void SharePortfolioCapitalRecordUser::updateDays(SharePortfolioUser& portfolio) {
+void SharePortfolioCapitalRecordUser::updateDays(WalkedPortfolio& portfolio) {
   if (const auto changed = std::exchange(m_recomputeFrom, std::nullopt)) {
     m_record->removeAttribute(RECOMPUTE_FROM);
     recordsChangedFrom(*changed);
@@ -227,7 +226,7 @@ void SharePortfolioCapitalRecordUser::runLengthyFunction(Progress& progress, int
     updateTo(*m_updating, &progress);
 }
 
-void SharePortfolioCapitalRecordUser::checkLastDayForSplits(SharePortfolioUser& portfolio) {
+void SharePortfolioCapitalRecordUser::checkLastDayForSplits(WalkedPortfolio& portfolio) {
   if (m_dayCaps.empty())
     return;
   // A price that came in during the day replaced the day's without a question, since none may be asked then.
@@ -241,7 +240,7 @@ void SharePortfolioCapitalRecordUser::checkLastDayForSplits(SharePortfolioUser& 
     m_splitLook = look;
 }
 
-void SharePortfolioCapitalRecordUser::updateTo(SharePortfolioUser& portfolio, Progress* progress) {
+void SharePortfolioCapitalRecordUser::updateTo(WalkedPortfolio& portfolio, Progress* progress) {
   CapitalRecordWalk walk(portfolio);
   const Date today;
   Date before = nextDay(portfolio);

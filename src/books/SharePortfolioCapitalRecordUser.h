@@ -12,7 +12,7 @@
 namespace Tallymoor {
 
 class CapitalRecordWalk;
-class SharePortfolioUser;
+class WalkedPortfolio;
 class XMLElement;
 class XMLSharePortfolioCapitalRecord;
 
@@ -62,7 +62,7 @@ public:
   /// the user may cancel after any day. May ask about share splits. Returns at once inside another update of
   /// this record, and in a background pass, where nothing may be asked. Throws Exception when a price is
   /// unavailable; the days before stay.
-  void update(SharePortfolioUser& portfolio);
+  void update(WalkedPortfolio& portfolio);
 
   bool hasDayCap(const Date& date) const;
   /// The day's element: Date, CashTotal, ShareVals, CashInjected. Valid until the record changes. Throws
@@ -115,10 +115,10 @@ private:
   void setName(const String& name);
   void dropFrom(DayCaps::iterator first);
   void dropDaysAfterToday();
-  Date nextDay(const SharePortfolioUser& portfolio) const;
-  void checkLastDayForSplits(SharePortfolioUser& portfolio);
-  void updateDays(SharePortfolioUser& portfolio);
-  void updateTo(SharePortfolioUser& portfolio, Progress* progress);
+  Date nextDay(const WalkedPortfolio& portfolio) const;
+  void checkLastDayForSplits(WalkedPortfolio& portfolio);
+  void updateDays(WalkedPortfolio& portfolio);
+  void updateTo(WalkedPortfolio& portfolio, Progress* progress);
   bool computeDay(CapitalRecordWalk& walk, const Date& day, Progress* progress);
   void setPrice(const String& code, const Date& date, double price, PriceStanding standing);
   const XMLElement* knownShareVal(const String& code, const Date& date) const;
@@ -134,7 +134,7 @@ private:
   mutable std::map<Date, DayLookUps> m_lookUps;
   String m_fileName;
   String m_name;
-  SharePortfolioUser* m_updating = nullptr; ///< set during an update
+  WalkedPortfolio* m_updating = nullptr; ///< set during an update
   bool m_modified = false;
   std::map<String, std::set<Date>> m_unsettled; ///< days on which a stock's price is not final
   std::optional<SplitLook> m_splitLook; ///< that of the last day; none once one of its prices is another one

@@ -150,8 +150,7 @@ double SharePortfolioUser::priceWithSplitCheck(const String& code, const Date& d
   return checkPriceForSplit(code, date).price.price;
 }
 
-SharePortfolioUser::CheckedPrice SharePortfolioUser::checkPriceForSplit(const String& code,
-                                                                        const Date& date) {
+CheckedPrice SharePortfolioUser::checkPriceForSplit(const String& code, const Date& date) {
   const DayPrice today = dayPriceFor(code, date, false);
   const DayPrice yesterday = dayPriceFor(code, date.plusDays(-1), false);
   if (isStandIn(today.standing) || isStandIn(yesterday.standing))

@@ -1,4 +1,5 @@
 #pragma once
+#include "books/CapitalRecordWalk.h"
 #include "books/DayPrice.h"
 #include "books/DividendEntry.h"
 #include "books/SharePortfolioCapitalRecordUser.h"
@@ -34,7 +35,7 @@ struct SharesAt;
 /// date, amount, type and code agree. Events are passed as elements of the tree and told apart by identity.
 ///
 /// Used on the GUI thread, under the big mutex.
-class SharePortfolioUser {
+class SharePortfolioUser : public WalkedPortfolio {
 public:
   /// Hears that the cash reserve of some portfolio has changed, in the middle of the operation that changed
   /// it: note what is to be refreshed, and return.
@@ -48,7 +49,7 @@ public:
 
   /// The portfolio element must outlive this object. Reads the capital record under the portfolio's name.
   explicit SharePortfolioUser(XMLSharePortfolio& portfolio);
-  ~SharePortfolioUser();
+  ~SharePortfolioUser() override;
   SharePortfolioUser(const SharePortfolioUser&) = delete;
   SharePortfolioUser& operator=(const SharePortfolioUser&) = delete;
 
@@ -58,7 +59,7 @@ public:
   /// file can't be written.
   void rename(const String& newName);
   XMLSharePortfolio& portfolio() { return m_portfolio; }
-  const XMLSharePortfolio& portfolio() const { return m_portfolio; }
+  const XMLSharePortfolio& portfolio() const override { return m_portfolio; }
   SharePortfolioCapitalRecordUser& capitalRecord() { return m_capitalRecord; }
   const SharePortfolioCapitalRecordUser& capitalRecord() const { return m_capitalRecord; }
   /// Removes the portfolio's own files; for a portfolio that is about to be deleted.
@@ -79,7 +80,7 @@ public:
   XMLSoldShare* findSoldShare(const String& code);
   const XMLSoldShare* findSoldShare(const String& code) const;
   /// Earliest purchase (of held or sold shares) or cash event; today when there is nothing.
-  Date portfolioStartDate() const;
+  Date portfolioStartDate() const override;
   /// Split-adjusted number of shares of the code as of today, without purchases that are set aside for their
   /// unreadable dates; 0 when it is not held.
   double numHeld(const String& code) const;
@@ -213,12 +214,8 @@ public:
   /// unless a background pass runs, and the answer is recorded on the parcels. A price that only stands in
   /// for that of its day says nothing of splits. Throws as sharePriceFor.
   double priceWithSplitCheck(const String& code, const Date& date);
-  struct CheckedPrice {
-    DayPrice price;
-    bool adjusted; ///< an answer has just been recorded, so numbers as of the day may have changed
-  };
   /// The same, telling whether the user was asked.
-  CheckedPrice checkPriceForSplit(const String& code, const Date& date);
+  CheckedPrice checkPriceForSplit(const String& code, const Date& date) override;
 
   // ---- Trend of the comparison index ----
 
