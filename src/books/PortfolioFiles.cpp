@@ -1,6 +1,6 @@
 #include "books/PortfolioFiles.h"
 #include "foundation/Constants.h"
-#include "foundation/FileReplacement.h"
+#include "foundation/FileName.h"
 #include "foundation/Platform.h"
 #include "xml/CapitalRecord.h"
 #include <string_view>

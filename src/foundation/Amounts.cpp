@@ -6,7 +6,7 @@ namespace Tallymoor {
 
 bool showsAsZero(double value, int decimals) {
   if (std::isfinite(value) && std::fabs(value) >= 1.0)
-    return false; // without the text: tables ask this for every price
+    return false; // Fast path: tables call this for every price.
   return String::fromDouble(std::fabs(value), decimals) == String::fromDouble(0.0, decimals);
 }
 

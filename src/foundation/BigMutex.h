@@ -5,33 +5,32 @@
 
 namespace Tallymoor {
 
-/// The one lock of the program: whoever touches records, the price cache, settings or a widget holds it.
-/// Recursive, since a modal loop inside a handler enters handlers again, and it knows its depth, so that it
-/// can be given up whole. Order of locks: this one first, then a Thread's own.
+/// The program's single lock. It guards the records, the price cache, the settings and all widgets. It is
+/// recursive because a modal loop inside a handler runs other handlers. It counts its depth so that
+/// BigMutexRelease can release all levels. Lock order: this mutex first, then a Thread's own mutex.
 class BigMutex {
 public:
-  /// Waits until no other thread holds it. Scopes are better: see below.
+  /// Blocks until the mutex is free. Prefer BigMutexLock.
   void lock();
-  /// Gives one level up; only on the thread that holds it.
+  /// Releases one level. Call it only on the owning thread.
   void unlock();
   bool heldByThisThread() const;
 
 private:
   friend class BigMutexRelease;
-  /// Gives up every level that this thread holds and returns their number.
+  /// Releases every level held by this thread and returns their number.
   unsigned releaseAll();
   void acquire(unsigned depth);
 
   std::recursive_mutex m_mutex;
-  unsigned m_depth = 0; ///< guarded by m_mutex
+  unsigned m_depth = 0; ///< Guarded by m_mutex.
   std::atomic<std::thread::id> m_owner{};
 };
 
-/// The big mutex of this process (MainWindow::mutex is the same one).
+/// The big mutex of this process, also available as MainWindow::mutex.
 BigMutex& bigMutex();
 
-/// Holds the big mutex for a scope: the head of every message handler and of each stretch of a background
-/// pass.
+/// Holds the big mutex for a scope. Used by every message handler and every step of a background pass.
 class BigMutexLock {
 public:
   BigMutexLock() { bigMutex().lock(); }
@@ -40,9 +39,9 @@ public:
   BigMutexLock& operator=(const BigMutexLock&) = delete;
 };
 
-/// Gives the big mutex up for a scope, whatever the depth, and takes it again at the end: around the joining
-/// of a thread, and around dialogs that let the price updater go on. Does nothing when this thread doesn't
-/// hold it.
+/// Releases all levels of the big mutex for a scope and takes them again at the end. Used when joining a
+/// thread and around dialogs during which price updates continue. Does nothing if this thread doesn't hold
+/// the mutex.
 class BigMutexRelease {
 public:
   BigMutexRelease();

@@ -2,7 +2,7 @@
 
 namespace Tallymoor {
 
-/// How many threads wait for the big mutex now. For tests, which can't see it otherwise.
+/// Number of threads waiting for the big mutex. For tests.
 unsigned threadsWaitingForBigMutex();
 
 } // namespace Tallymoor

@@ -17,13 +17,13 @@ constexpr int SUNDAY = 0;
 using Pieces = std::array<String, 3>;
 
 Exception failure(const char16_t* reason, const String& text) {
-  constexpr std::size_t LONGEST = 80; // what a file has in place of a date may be of any length
+  constexpr std::size_t LONGEST = 80; // Text from a file can have any length.
   const bool isLong = text.size() > LONGEST;
   return Exception(u"Date::fromString - " + String(reason) + text.substr(0, LONGEST) +
                    (isLong ? u"..." : u""));
 }
 
-/// Cuts a text at its first two separators; what stands behind a third stays in the last piece.
+/// Splits a text at its first two separators. The last piece keeps any further separators.
 Pieces cutAtSeparators(const String& text, char16_t separator) {
   const std::size_t first = text.find(separator);
   if (first == String::npos)
@@ -36,8 +36,8 @@ Pieces cutAtSeparators(const String& text, char16_t separator) {
 
 using Numbers = std::array<std::int32_t, 3>;
 
-/// What documents hold: digits and two slashes. Nothing for any other text. Years of records are tens of
-/// thousands of days, so these are read without a copy of their pieces.
+/// Reads the documents' form: digits and two slashes. Empty for any other text. It copies nothing, because a
+/// record has tens of thousands of dates.
 std::optional<Numbers> plainNumbers(const String& text) {
   constexpr int MOST_DIGITS = 6;
   Numbers numbers{};

@@ -43,7 +43,7 @@ EndingSignalsNoted::EndingSignalsNoted() {
     passOnTo[i] = before == SIG_DFL || before == SIG_IGN ? nullptr : before;
     struct sigaction noting = m_before[i];
     noting.sa_handler = &note;
-    // Without a handler to pass it on to, the signal does what it always did.
+    // With no handler installed, the signal keeps its default action.
     if (passOnTo[i])
       sigaction(ENDING[i], &noting, nullptr);
   }

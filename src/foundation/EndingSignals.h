@@ -5,9 +5,9 @@
 
 namespace Tallymoor {
 
-/// Blocks the signals that end the program for a scope. A thread that is made in it is born so and never
-/// takes one: they are left to the main thread, where the toolkit waits for them. Taken by another thread,
-/// one would lie there until the next event.
+/// Blocks the termination signals for a scope. A thread started in this scope inherits the mask, so that only
+/// the main thread, where the toolkit waits for these signals, receives them. On another thread a signal
+/// would be handled only at the next event.
 class EndingSignalsBlocked {
 public:
   EndingSignalsBlocked();
@@ -19,9 +19,9 @@ private:
   sigset_t m_before;
 };
 
-/// Notes for its life that an ending signal has come, and passes it on to the handler that was set before.
-/// The toolkit only tells of one when its loop has its turn: this is for work that keeps it waiting. One at a
-/// time.
+/// Records for its lifetime that a termination signal has arrived, then calls the previous handler. The
+/// toolkit reports a signal only from its event loop; this class serves work that blocks the loop. Only one
+/// object may exist at a time.
 class EndingSignalsNoted {
 public:
   EndingSignalsNoted();
@@ -29,7 +29,7 @@ public:
   EndingSignalsNoted(const EndingSignalsNoted&) = delete;
   EndingSignalsNoted& operator=(const EndingSignalsNoted&) = delete;
 
-  /// True from the signal on until forget is called: when the end has begun.
+  /// True from the arrival of a signal until forget() is called.
   static bool hasCome();
   static void forget();
 

@@ -3,8 +3,8 @@
 
 namespace Tallymoor {
 
-/// Base of every failure of the program. Thrown by value, caught by reference; the message names the thrower
-/// at its head, as in "SharePortfolioUser::sellShares - cant find held shares to sell".
+/// Base class of all failures. Throw by value, catch by reference. The message begins with the name of the
+/// throwing function: "SharePortfolioUser::sellShares - cant find held shares to sell".
 class Exception {
 public:
   explicit Exception(const String& message) : m_message(message) {}
@@ -12,22 +12,21 @@ public:
   Exception& operator=(const Exception&) = default;
   virtual ~Exception() = default;
 
-  /// Fills the text that message boxes show: the type name, " : ", the message. The same form for every
-  /// class.
+  /// Sets text to the message box text: type name, " : ", message. All subclasses use this form.
   virtual void description(String& text) const;
-  /// Fills the text with the class's name as users see it.
+  /// Sets text to the class name shown to users.
   virtual void typeName(String& text) const;
 
   const String& message() const { return m_message; }
-  /// description as a value.
+  /// Returns the description.
   String description() const;
 
 private:
   String m_message;
 };
 
-/// A processor fault, for platforms that can turn one into an exception. Here a fault ends the process, and
-/// FaultReport.h tells of it.
+/// A processor fault, for platforms that convert faults into exceptions. On Linux a fault ends the process;
+/// see FaultReport.h.
 class C_Exception : public Exception {
 public:
   using Exception::Exception;
@@ -43,7 +42,7 @@ public:
   void typeName(String& text) const override;
 };
 
-/// The network failed. The code is the HTTP status of a refused request, otherwise 0.
+/// The network failed. code() is the HTTP status of a refused request, otherwise 0.
 class HTTPException : public Exception {
 public:
   explicit HTTPException(const String& message, unsigned code = 0) : Exception(message), m_code(code) {}
@@ -55,7 +54,7 @@ private:
   unsigned m_code;
 };
 
-/// A page could not be read, or is not what its locator says.
+/// A page could not be read or does not match its locator.
 class HTMLException : public Exception {
 public:
   using Exception::Exception;

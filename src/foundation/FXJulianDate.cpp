@@ -23,11 +23,11 @@ constexpr std::array<const char*, 12> MONTH_NAMES = {"January",   "February", "M
 constexpr std::array<const char*, 12> SHORT_MONTH_NAMES = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                                            "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 
-/// Counts months since January of the year 0, so that any month number carries into the year.
+/// months counts from January of the year 0, so that any month number carries into the year.
 constexpr std::int64_t julianDayOf(std::int64_t months, std::int64_t day) {
   const std::int64_t year = (months >= 0 ? months : months - 11) / 12;
   const auto month = static_cast<int>(months - year * 12 + 1);
-  // Eras of 400 years are alike: the library's year holds no wild ones.
+  // std::chrono::year has a limited range, so whole eras of 400 years are split off first.
   constexpr std::int64_t DAYS_OF_ERA = 146097;
   const sys_days first = std::chrono::year(static_cast<int>(year % 400)) / month / 1;
   return year / 400 * DAYS_OF_ERA + first.time_since_epoch().count() + JULIAN_DAY_OF_EPOCH + day - 1;

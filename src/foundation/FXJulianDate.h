@@ -4,22 +4,22 @@
 
 namespace Tallymoor {
 
-/// Where "today" comes from: the local calendar day of the system clock, unless a test has set another one.
+/// The current local day. Tests can replace it.
 class Clock {
 public:
-  /// Julian day number of today's local date.
+  /// Julian day number of the current local day.
   static std::uint32_t today();
-  /// For tests: today becomes this Julian day; 0 goes back to the system clock. Safe on any thread.
+  /// For tests: sets the current day. 0 restores the system clock. Thread-safe.
   static void setToday(std::uint32_t julianDay);
 
 private:
   static std::atomic<std::uint32_t> s_today;
 };
 
-/// A Julian day number over the proleptic Gregorian calendar, years 1 to 9999.
+/// A Julian day number in the proleptic Gregorian calendar, years 1 to 9999.
 class FXJulianDate {
 public:
-  /// Today by Clock.
+  /// The current day of Clock.
   FXJulianDate();
   explicit FXJulianDate(std::uint32_t julianDay) : m_julian(julianDay) {}
   FXJulianDate(int year, int month, int day);
@@ -27,11 +27,11 @@ public:
   FXJulianDate& operator=(const FXJulianDate&) = default;
   virtual ~FXJulianDate() = default;
 
-  /// Parts outside the calendar are carried over (31 April is 1 May), never refused.
+  /// Values out of range carry over: 31 April becomes 1 May.
   void setDate(int year, int month, int day);
-  /// A negative count goes back. At either end of the calendar the date stays there.
+  /// A negative count subtracts. The result is clamped to the calendar's range.
   void addDays(int days);
-  /// Keeps the day of the month, clamped to the month's last day.
+  /// Keeps the day of the month, or takes the last day of a shorter month.
   void addMonths(int months);
 
   int day() const;
@@ -39,21 +39,21 @@ public:
   int year() const;
   /// 0 for Sunday to 6 for Saturday.
   int dayOfWeek() const;
-  /// Signed days from other to this date.
+  /// Days from other to this date, negative if other is later.
   int daysSince(const FXJulianDate& other) const;
-  /// Length of the date's month.
+  /// Number of days in the date's month.
   int daysThisMonth() const;
   std::uint32_t julianDay() const { return m_julian; }
 
-  /// The calendar parts of a day number.
+  /// Sets year, month and day of a Julian day number.
   static void jul2greg(std::uint32_t julianDay, int& year, int& month, int& day);
-  /// Three-letter English name; an empty text for a month outside 1 to 12.
+  /// Three-letter English name; empty if the month is not 1 to 12.
   static const char* shortMonthName(int month);
-  /// Full English name; an empty text for a month outside 1 to 12.
+  /// Full English name; empty if the month is not 1 to 12.
   static const char* monthName(int month);
-  /// Month number for a three-letter English name in any case, or -1.
+  /// Month number of a three-letter English name in any case; -1 if unknown.
   static int monthFromShortName(const char* name);
-  /// 0 to 69 are 20xx, 70 to 99 are 19xx, anything else stays as it is.
+  /// 0 to 69 become 20xx, 70 to 99 become 19xx, other values are unchanged.
   static unsigned ShortYearToFullYear(unsigned year);
 
 protected:

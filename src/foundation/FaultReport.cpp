@@ -20,7 +20,7 @@ void putDigits(FaultLine& line, std::size_t at, std::uint32_t number) {
     line[at + place - 1] = "0123456789ABCDEF"[number & 15];
 }
 
-/// Calls nothing that a signal handler must not call.
+/// Async-signal-safe.
 FaultLine faultLine(std::uint32_t code, std::uintptr_t address) {
   FaultLine line{};
   for (std::size_t i = 0; i < line.size(); ++i)
@@ -31,11 +31,11 @@ FaultLine faultLine(std::uint32_t code, std::uintptr_t address) {
 }
 
 void reportAndEnd(int signal, siginfo_t* info, void*) {
-  const bool sent = info->si_code <= 0; // by a process, and then without an address
+  const bool sent = info->si_code <= 0; // Sent by a process, so there is no fault address.
   const FaultLine line = faultLine(static_cast<std::uint32_t>(signal),
                                    sent ? 0 : reinterpret_cast<std::uintptr_t>(info->si_addr));
   [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, line.data(), line.size());
-  ::raise(signal); // the default action is back in place
+  ::raise(signal); // The default action is restored by now.
 }
 
 } // namespace

@@ -4,14 +4,13 @@
 
 namespace Tallymoor {
 
-/// The text of a processor fault: code and address with eight capital hexadecimal digits each, of the address
-/// the lower ones.
+/// The text of a processor fault. Code and address have eight upper-case hexadecimal digits each; of the
+/// address, the low 32 bits.
 String faultText(std::uint32_t code, std::uintptr_t address);
 
-/// From now on a processor fault on any thread writes its text to the standard error, with the signal as
-/// code, before it ends the process as it always does: a signal handler must not throw, so there is no way
-/// back into the program. A handler that somebody else has put in place, such as a sanitizer's, stays. May be
-/// called again.
+/// Installs handlers that write faultText() to standard error on a processor fault, with the signal number as
+/// code. The process then ends by the default action, because a signal handler can't throw. Handlers
+/// installed by others (a sanitizer, for example) are kept. May be called repeatedly.
 void reportFaults();
 
 } // namespace Tallymoor

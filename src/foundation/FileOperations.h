@@ -3,16 +3,16 @@
 
 namespace Tallymoor {
 
-/// The system calls under replaceFile, as pointers, so that tests can let one fail after so many bytes, be
-/// interrupted, or write less than it was given. Changed by tests only, while no other thread writes files.
+/// The system calls of replaceFile, as pointers. Tests replace them to simulate failures, interruptions and
+/// partial writes. Change them only while no other thread writes files.
 struct FileOperations {
   ssize_t (*write)(int file, const void* bytes, size_t count);
   int (*sync)(int file);
   int (*rename)(const char* from, const char* to);
 
-  /// What is called now.
+  /// The functions in use.
   static FileOperations& current();
-  /// The system's own, to go back to.
+  /// The real system calls.
   static const FileOperations& system();
 };
 

@@ -6,9 +6,7 @@
 #include "foundation/OpenFile.h"
 #include "foundation/TemporaryName.h"
 #include "foundation/Uninterrupted.h"
-#include <algorithm>
 #include <cerrno>
-#include <climits>
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
@@ -20,7 +18,6 @@
 #include <streambuf>
 #include <string_view>
 #include <sys/stat.h>
-#include <unicode/utf16.h>
 #include <unistd.h>
 #include <vector>
 
@@ -30,7 +27,7 @@ namespace {
 
 constexpr std::size_t BUFFER_SIZE = 64 * 1024;
 
-/// Feeds a stream's bytes to a file and remembers the first error.
+/// Stream buffer that writes to a file descriptor and keeps the first error.
 class FileBuffer : public std::streambuf {
 public:
   explicit FileBuffer(int file) : m_file(file), m_buffer(BUFFER_SIZE) {
@@ -61,7 +58,7 @@ private:
   std::vector<char> m_buffer;
 };
 
-/// Where the content belongs: behind a link, so that a file that the user keeps elsewhere stays there.
+/// Follows a symbolic link, so that a file kept elsewhere by the user stays there.
 std::string resolved(const std::string& path) {
   std::error_code failed;
   if (!std::filesystem::is_symlink(path, failed))
@@ -80,7 +77,7 @@ std::string randomLetters() {
   return text;
 }
 
-/// A temporary beside a file, removed with its scope unless it has been published.
+/// A temporary file next to its target. Removed at the end of the scope unless published.
 class Temporary {
 public:
   explicit Temporary(const std::string& target) : m_target(target), m_file(create()) {}
@@ -109,9 +106,9 @@ public:
       failReplacing("cannot close", m_target, error);
   }
 
-  /// Gives the content to all names of the target.
+  /// Writes the content into the existing file, so that all hard links of the target get it.
   void publishInto() {
-    m_published = true; // or, where it can't be, it is needed at the next start
+    m_published = true; // Keep the temporary on failure: the next start needs it.
     writeIntoLinkedFile(m_path, m_target);
   }
 
@@ -123,7 +120,7 @@ public:
   }
 
 private:
-  /// A new file with the access rights of the old one; else it is the user's alone, whatever the folder is.
+  /// Creates the file with the mode of the target, or 0600 if the target is new.
   int create() {
     for (;;) {
       m_path = folderOf(m_target) + "/" + std::string(TEMPORARY_PREFIX) + randomLetters() +
@@ -140,7 +137,7 @@ private:
 
   void keepMode(int file) const {
     struct stat info {};
-    // A file system without access rights refuses the change, and then there is nothing to keep.
+    // Errors are ignored: some file systems have no modes.
     if (::stat(m_target.c_str(), &info) == 0)
       ::fchmod(file, info.st_mode & 07777);
   }
@@ -151,8 +148,8 @@ private:
   bool m_published = false;
 };
 
-/// Gives the other folders that links in this one lead to: what is written through a link has its temporary
-/// there.
+/// Returns the other folders that symbolic links in this folder point to. A write through a link puts its
+/// temporary there.
 std::set<std::string> removeTemporariesIn(const std::string& folder) {
   finishLinkedFiles(folder);
   std::set<std::string> linked;
@@ -166,7 +163,7 @@ std::set<std::string> removeTemporariesIn(const std::string& folder) {
   return linked;
 }
 
-/// Nothing when the file can't be read to its end.
+/// Empty if the file can't be read to its end.
 std::optional<std::string> contentOf(const String& path) {
   std::ifstream file = openToRead(path.toUTF8());
   std::string content;
@@ -178,7 +175,7 @@ std::optional<std::string> contentOf(const String& path) {
 
 enum class OtherNames { Keep, Leave };
 
-/// The content, the check and the target's other names are those of replaceFile.
+/// Implements replaceFile for a resolved target.
 void replace(const std::string& target, const std::function<void(std::ostream&)>& write,
              const std::function<void(const String& temporaryPath)>& check, OtherNames names) {
   Temporary temporary(target);
@@ -200,7 +197,6 @@ bool isSameFile(int file, const std::string& path) {
          left.st_ino == right.st_ino;
 }
 
-/// Copies the open file to the stream.
 void copyTo(std::ostream& out, int file, const std::string& source) {
   std::vector<char> buffer(BUFFER_SIZE);
   for (;;) {
@@ -228,7 +224,8 @@ bool copyFileReplacing(const String& from, const String& to) {
   if (file.get() < 0)
     failReplacing("cannot read", source, errno);
   const std::string target = resolved(to.toUTF8());
-  // A copy that is only another name of its source would change with it.
+  // A target that is a hard link to the source must become a separate file, or later changes would affect
+  // both.
   const OtherNames names = isSameFile(file.get(), target) ? OtherNames::Leave : OtherNames::Keep;
   replace(
       target, [&](std::ostream& out) { copyTo(out, file.get(), source); }, {}, names);
@@ -262,7 +259,7 @@ bool emptyFile(const String& path) {
   if (file.get() < 0 && errno == ENOENT)
     return false;
   if (file.get() < 0)
-    return removeFile(path); // one that may not be written may still be taken away
+    return removeFile(path); // A read-only file can still be removed.
   int error = uninterrupted([&file] { return ::ftruncate(file.get(), 0); }) == 0 ? 0 : errno;
   if (error == 0 && uninterrupted([&file] { return FileOperations::current().sync(file.get()); }) != 0)
     error = errno;
@@ -280,74 +277,6 @@ bool removeFile(const String& path) {
   if (errno == ENOENT)
     return false;
   throw Exception(String(u"removeFile - cannot remove ") + path + u": " + String(std::strerror(errno)));
-}
-
-namespace {
-
-constexpr std::u16string_view HEX = u"0123456789ABCDEF";
-
-/// Half of a pair without the other half: UTF-8 has no bytes for it.
-bool isLoneSurrogate(const String& text, std::size_t i) {
-  UChar32 character = 0;
-  U16_GET(text, 0, i, text.size(), character);
-  return U_IS_SURROGATE(character);
-}
-
-/// The least significant digits of a number, in hexadecimal.
-template <typename Number>
-String hexDigits(Number number, int digits) {
-  String text;
-  for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4)
-    text.push_back(HEX[static_cast<std::size_t>(number >> shift) & 15]);
-  return text;
-}
-
-String escapedForFile(const String& name) {
-  String escaped;
-  for (std::size_t i = 0; i < name.size(); ++i) {
-    const char16_t unit = name[i];
-    // "%" too, or two names could meet in one.
-    if (unit < 0x20 || unit == 0x7F || unit == u'/' || unit == u'%')
-      escaped += u'%' + hexDigits(unit, 2);
-    else if (isLoneSurrogate(name, i))
-      escaped += u"%u" + hexDigits(unit, 4);
-    else
-      escaped.push_back(unit);
-  }
-  return escaped;
-}
-
-/// FNV-1a in 128 bits: two names that a user has never meet in it.
-String fingerprintOf(const String& text) {
-  __extension__ using Hash = unsigned __int128;
-  constexpr Hash PRIME = (Hash(1) << 88) + 0x13B;
-  Hash hash = (Hash(0x6C62272E07BB0142) << 64) + 0x62B821756295C58D;
-  for (const char16_t unit : text)
-    for (const unsigned byte : {unit & 0xFFu, unsigned(unit >> 8)}) {
-      hash ^= byte;
-      hash *= PRIME;
-    }
-  return hexDigits(hash, 32);
-}
-
-/// As much of the beginning as takes no more bytes, with no character cut in two.
-String firstBytes(const String& text, std::size_t bytes) {
-  String first = text.substr(0, bytes);
-  while (!first.empty() && (first.toUTF8().size() > bytes || U16_IS_LEAD(first.back())))
-    first.pop_back();
-  return first;
-}
-
-} // namespace
-
-String fileNameFor(const String& code, std::size_t bytesBeside) {
-  const std::size_t room = NAME_MAX - std::min<std::size_t>(bytesBeside, NAME_MAX);
-  const String name = escapedForFile(code);
-  if (name.toUTF8().size() <= room)
-    return name;
-  // No other name holds "%~".
-  const String tail = u"%~" + fingerprintOf(code);
-  return firstBytes(name, room - std::min(room, tail.size())) + tail;
 }
 
 } // namespace Tallymoor

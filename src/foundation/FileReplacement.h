@@ -5,42 +5,38 @@
 
 namespace Tallymoor {
 
-/// Writes a file so that a crash or failure at any moment leaves the old one or the new one, whole: the
-/// content goes to a temporary beside it, is flushed to disk, checked, and renamed over the old file. Throws
-/// Exception with the path and the system's reason; the old file then stands and the temporary is removed.
-/// Only when the folder can't be flushed at the end does the new file stand, and may not last.
+/// Replaces a file atomically: a crash or failure leaves either the old or the new content, complete. The
+/// content is written to a temporary in the same folder, flushed to disk, checked and renamed. Throws
+/// Exception with the path and the system's reason. The old file is then unchanged and the temporary removed,
+/// except if the last step, the flush of the folder, fails: then the new file is in place but may not survive
+/// a power failure.
 ///
-/// An existing file keeps its mode, a link is followed, and all names of a file with several (hard links) get
-/// the new content, as LinkedFile.h tells. A new file can be read and written by this user alone.
+/// An existing file keeps its mode. A symbolic link is followed. All hard links of a file get the new
+/// content; see LinkedFile.h. A new file has mode 0600.
 ///
-/// check, if given, is called with the path of the finished temporary and throws to refuse it.
+/// check, if given, gets the path of the finished temporary and throws to reject it.
 void replaceFile(const String& path, const std::function<void(std::ostream&)>& write,
                  const std::function<void(const String& temporaryPath)>& check = {});
 
-/// Copies a file by replaceFile. A missing source does nothing and gives false. A copy that is a hard link of
-/// its source becomes a file of its own.
+/// Copies a file by replaceFile. Returns false and does nothing if the source is missing. If the target is a
+/// hard link to the source, it becomes a separate file.
 bool copyFileReplacing(const String& from, const String& to);
 
-/// True when both files can be read and agree in every byte.
+/// True if both files can be read and are equal byte by byte.
 bool haveSameContent(const String& left, const String& right);
 
-/// Removes temporaries that an interrupted replaceFile left in a folder, or behind a link that stands in it;
-/// a file with several names, of which one was being written, is finished first. Throws Exception where that
-/// can't be done.
+/// Removes temporaries left by an interrupted replaceFile, in this folder and in the folders of symbolic
+/// links in it. An interrupted write to a file with several hard links is completed first. Throws Exception
+/// if that fails.
 void removeLeftoverTemporaries(const String& folder);
 
 enum class FilePresence { Missing, RegularFile, Unusable };
-/// Missing means "does not exist" alone; a dangling link, a folder or missing permission is Unusable.
+/// Missing: the path does not exist. A dangling link, a folder or an unreadable file is Unusable.
 FilePresence filePresence(const String& path);
-/// Takes a file's content away for good and keeps its mode, its links and its other names; one that may not
-/// be written is removed. False when there was none; throws Exception.
+/// Truncates a file and keeps its mode and links. A read-only file is removed instead. Returns false if the
+/// file is missing; throws Exception on failure.
 bool emptyFile(const String& path);
-/// False when there was none; throws Exception when it can't be removed.
+/// Returns false if the file is missing; throws Exception if it can't be removed.
 bool removeFile(const String& path);
-
-/// A stock code as part of a file name, different for each code: characters that a file name can't hold
-/// become %XX (half of a surrogate pair %uXXXX), plain codes stay. One that is too long beside the bytes that
-/// the file name has besides keeps its beginning and gets a fingerprint.
-String fileNameFor(const String& code, std::size_t bytesBeside = 0);
 
 } // namespace Tallymoor

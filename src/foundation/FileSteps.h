@@ -3,18 +3,17 @@
 
 namespace Tallymoor {
 
-// The steps that replaceFile is made of. Each throws Exception "replaceFile - ..." with the path and the
-// system's reason.
+// The steps of replaceFile. Each throws Exception "replaceFile - ..." with the path and the system's reason.
 
-/// Throws it.
+/// Throws that exception.
 [[noreturn]] void failReplacing(const char* what, const std::string& path, int reason);
 
-/// Writes all bytes, whatever is interrupted or written in part. 0, or the error.
+/// Writes all bytes, repeating interrupted and partial writes. Returns 0 or the errno value.
 int writeWhole(int file, const char* bytes, std::size_t count);
 
-/// Makes what happened to the names in a file's folder last. The files are in their places by now, so a
-/// folder that may not be read, or a file system that can't flush one, is no failure; a disk that fails is,
-/// since the old file may come back with the next start of the machine.
+/// Flushes the folder of a path, so that renames in it survive a power failure. An unreadable folder and a
+/// file system without folder flushing are ignored. Throws on an I/O error, since the old file could then
+/// come back after a restart.
 void flushFolderOf(const std::string& path);
 
 } // namespace Tallymoor

@@ -10,7 +10,7 @@ bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-/// True where digits, a point and a digit stand: a single number, as in "libz3", is no version.
+/// True at digits, a point and a digit. A single number, as in "libz3", is not a version.
 bool beginsVersion(std::string_view text) {
   std::size_t digits = 0;
   while (digits < text.size() && isDigit(text[digits]))
@@ -37,7 +37,7 @@ std::optional<FileVersion> readVersionNumbers(std::string_view text) {
 }
 
 std::optional<FileVersion> versionInImage(std::string_view bytes) {
-  // The mark alone stands in every image that can look for it, so only one with a number behind it counts.
+  // An image that searches for the mark contains it too, so only a mark followed by a number counts.
   static constexpr std::string_view MARK = TALLYMOOR_VERSION_MARK;
   for (std::size_t at = bytes.find(MARK); at != std::string_view::npos; at = bytes.find(MARK, at + 1))
     if (const auto version = readVersionNumbers(bytes.substr(at + MARK.size(), 48)))

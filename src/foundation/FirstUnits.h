@@ -5,7 +5,7 @@
 
 namespace Tallymoor {
 
-/// The text's beginning, at most so many units; no character is cut in two.
+/// The first units of a text, at most length. Doesn't split a surrogate pair.
 inline String firstUnits(const String& text, std::size_t length) {
   if (text.size() <= length)
     return text;

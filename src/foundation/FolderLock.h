@@ -4,18 +4,16 @@
 
 namespace Tallymoor {
 
-/// Says that a program works in a folder, so that a second one can leave it alone. It is held until the end
-/// of its scope, or of the process, however that ends; no process that this one starts inherits it. It only
-/// asks, and never waits. Where a file system knows no locks, or nothing can be written, the folder counts as
-/// free.
+/// An advisory lock on a folder, held until destruction or the end of the process. Child processes don't
+/// inherit it. Never blocks. If the file system has no locks or is read-only, the folder counts as free.
 class FolderLock {
 public:
-  /// By an empty file in the folder, which stays there. That also works over a network.
+  /// Locks an empty file in the folder and leaves the file there. Works on network file systems.
   static FolderLock onFileIn(const String& folder);
-  /// By the folder itself, for one that must hold nothing else.
+  /// Locks the folder itself, for a folder that must contain no extra file.
   static FolderLock on(const String& folder);
 
-  /// True when another program, or another lock of this one, was first; this one is not held then.
+  /// True if another program or another FolderLock holds the lock. This object then holds nothing.
   bool isHeldByAnother() const { return m_heldByAnother; }
 
 private:

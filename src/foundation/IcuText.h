@@ -4,11 +4,11 @@
 
 namespace Tallymoor {
 
-/// Text that ICU gives.
+/// Converts ICU text.
 String fromIcu(const icu::UnicodeString& text);
 
-/// True for the invisible marks that ICU puts beside numbers and dates of scripts written from right to left:
-/// they would make a text read back as another one.
+/// True for invisible direction marks. ICU adds them to numbers and dates of right-to-left scripts; a text
+/// with them can't be read back.
 bool isDirectionMark(char16_t unit);
 
 } // namespace Tallymoor

@@ -3,25 +3,24 @@
 
 namespace Tallymoor {
 
-/// How lengthy work tells of its progress; a progress dialog implements it. GUI thread only. Each call lets
-/// events pass.
+/// Progress report of a long operation. GUI thread only. Every call processes pending events.
 class Progress {
 public:
   virtual ~Progress();
-  /// How many steps the bar has.
+  /// Sets the number of steps of the progress bar.
   virtual void setTotal(unsigned steps) = 0;
-  /// Moves the bar on and, if the text is not empty, shows it.
+  /// Advances the bar and shows the text unless it is empty.
   virtual void step(unsigned increment, const String& text) = 0;
   virtual void setText(const String& text) = 0;
-  /// True once the user wants the work to end.
+  /// True after the user has cancelled.
   virtual bool isCancelled() const = 0;
 };
 
-/// Supplies a function to run under a progress dialog. What it throws reaches whoever started it.
+/// An operation to run under a progress dialog. Exceptions propagate to the caller of the dialog.
 class HasLengthyFunctions {
 public:
   virtual ~HasLengthyFunctions();
-  /// The work; the argument says which, for a class that has several.
+  /// Does the work. The argument selects it in a class with several operations.
   virtual void runLengthyFunction(Progress& progress, int argument) = 0;
 };
 

@@ -17,7 +17,7 @@ namespace Tallymoor {
 namespace {
 
 constexpr std::size_t BUFFER_SIZE = 64 * 1024;
-constexpr char END_OF_NOTE = '\n'; ///< a note without it was cut off, and the old file stands
+constexpr char END_OF_NOTE = '\n'; ///< A note without it is incomplete and is discarded.
 
 int openFile(const std::string& path, int flags) {
   return uninterrupted([&] { return ::open(path.c_str(), flags | O_CLOEXEC | O_NOFOLLOW, 0600); });
@@ -39,7 +39,7 @@ void writeNote(const std::string& note, const std::string& target) {
     failReplacing("cannot write beside", target, error);
 }
 
-/// Has the disk give the room before the old content is touched; 0, or the error.
+/// Reserves disk space before the old content is touched. Returns 0 or the errno value.
 int reserve(int file, off_t size) {
   struct stat info {};
   if (::fstat(file, &info) != 0)
@@ -51,13 +51,13 @@ int reserve(int file, off_t size) {
     error = ::posix_fallocate(file, info.st_size, size - info.st_size);
   while (error == EINTR);
   if (error == EINVAL || error == EOPNOTSUPP)
-    return 0; // a file system that can't promise it
+    return 0; // The file system can't reserve space.
   if (error != 0)
     uninterrupted([&] { return ::ftruncate(file, info.st_size); });
   return error;
 }
 
-/// Writes one file's content over the other's; 0, or the error.
+/// Overwrites the target with the source's content. Returns 0 or the errno value.
 int overwrite(const std::string& source, const std::string& target) {
   const OpenFile from(openFile(source, O_RDONLY));
   OpenFile to(openFile(target, O_WRONLY));
@@ -83,16 +83,16 @@ int overwrite(const std::string& source, const std::string& target) {
   return to.close();
 }
 
-/// The note goes first: a temporary without one is a mere remainder.
+/// Removes the note first: a temporary without a note is discarded at the next start.
 void removeBoth(const std::string& note, const std::string& temporary) {
   ::unlink(note.c_str());
   ::unlink(temporary.c_str());
 }
 
-/// Nothing but the file's last name then leads to the new content.
+/// Fallback: renames the temporary over the target. Other hard links keep the old content.
 void renameAfterAll(const std::string& temporary, const std::string& target, const std::string& note) {
   if (uninterrupted([&] { return FileOperations::current().rename(temporary.c_str(), target.c_str()); }) != 0)
-    failReplacing("cannot replace", target, errno); // note and temporary stay for the next start
+    failReplacing("cannot replace", target, errno); // Note and temporary stay for the next start.
   ::unlink(note.c_str());
   flushFolderOf(target);
 }
@@ -107,7 +107,7 @@ bool isRegularFile(const std::string& path) {
   return ::lstat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode);
 }
 
-/// The name that a note holds; nothing where it was cut off, or is no note of ours.
+/// The file name stored in a note. Empty if the note is incomplete or foreign.
 std::optional<std::string> readNote(const std::string& note) {
   if (!isOwnRegularFile(note))
     return std::nullopt;
@@ -126,7 +126,7 @@ void finish(const std::string& folder, const std::string& noteName) {
   const std::string target = folder + "/" + name.value_or(std::string());
   if (name && isOwnRegularFile(temporary) && isRegularFile(target))
     if (overwrite(temporary, target) != 0)
-      renameAfterAll(temporary, target, note); // a lost link is no reason not to start
+      renameAfterAll(temporary, target, note); // A broken hard link must not prevent the start.
   removeBoth(note, temporary);
 }
 

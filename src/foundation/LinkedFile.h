@@ -3,27 +3,27 @@
 
 namespace Tallymoor {
 
-// A file that the user has given a second name (a hard link) can't be replaced by renaming: the other name
-// would keep the old content. It is written in its place instead, and whatever happens meanwhile, the new
-// content lies whole in a temporary beside it:
+// Replacing a file with several hard links by a rename would leave the other links with the old content. Such
+// a file is overwritten in place, and a temporary holds the complete new content meanwhile:
 //
-//   1. the temporary is whole, flushed and checked, as for every file;
-//   2. a note beside it says which file it is for, and the folder is flushed; from here on the new content
-//      counts, and the next start finishes what is cut off;
-//   3. room is reserved, the content is written over the old one, cut to its length and flushed;
-//   4. note and temporary are removed.
+//   1. The temporary is written, flushed and checked, as for every file.
+//   2. A note next to it names the target, and the folder is flushed. From here on the new content counts,
+//      and the next start completes an interrupted write.
+//   3. Disk space is reserved; the content is written over the old content, truncated and flushed.
+//   4. The note and the temporary are removed.
 //
-// Where step 3 fails, the temporary is renamed over the file after all: the content goes before the link.
-// Between a cut in step 3 and the next start, the file holds a mixture. All throw Exception.
+// If step 3 fails, the temporary is renamed over the file: saving the content matters more than the link. If
+// step 3 is interrupted, the file holds mixed content until the next start. All functions throw Exception.
 
-/// True for a regular file that has another name besides this one and can be opened to write.
+/// True for a writable regular file with more than one hard link.
 bool hasAnotherName(const std::string& path);
 
-/// Steps 2 to 4; the temporary is taken over. The old file stands where it throws before step 3, the new one
-/// where it throws later.
+/// Does steps 2 to 4 and takes over the temporary. If it throws before step 3, the file has the old content,
+/// otherwise the new one.
 void writeIntoLinkedFile(const std::string& temporary, const std::string& target);
 
-/// Finishes in a folder what was cut off. Only files of this user that stand in the folder itself are taken.
+/// Completes interrupted writes in a folder. Uses only files that belong to this user and lie directly in the
+/// folder.
 void finishLinkedFiles(const std::string& folder);
 
 } // namespace Tallymoor

@@ -34,13 +34,13 @@ std::string environment(const char* name) {
   return value ? value : "";
 }
 
-/// The name of a locale without encoding and modifier, as ICU takes it.
+/// The locale's name without encoding and modifier, for ICU.
 std::string plainLocale(const std::string& name) {
   const std::string plain = name.substr(0, name.find_first_of(".@"));
   return plain.empty() || plain == "C" || plain == "POSIX" ? FALLBACK_LOCALE : plain;
 }
 
-/// The user's locale for a category such as LC_TIME, by the order that POSIX gives.
+/// The user's locale for a category (LC_TIME, for example), in the order of POSIX.
 std::string localeFor(const std::string& wanted, const char* category) {
   if (!wanted.empty())
     return plainLocale(wanted);
@@ -61,7 +61,8 @@ std::string homeFolder() {
   return found && found->pw_dir ? found->pw_dir : "";
 }
 
-/// Empty when the environment names no folder. A relative XDG_DATA_HOME has to be ignored.
+/// Empty if the environment sets no folder. A relative XDG_DATA_HOME is ignored, as its specification
+/// demands.
 std::string userDataHome() {
   const std::string data = environment("XDG_DATA_HOME");
   if (!data.empty() && data[0] == '/')
@@ -84,15 +85,15 @@ bool isFolder(const std::string& path) {
   return fs::is_directory(path, failed);
 }
 
-/// Throws Exception with the words of the step, then the folder and the system's reason.
+/// Throws Exception with the step, the folder and the system's reason.
 [[noreturn]] void failMaking(const std::string& path, const char16_t* step, int reason) {
   throw Exception(String(u"Win32Platform::userHomeDirectory - ") + step +
                   u"\nYour records belong into your home folder, and no folder can be made there:\n" +
                   String(path.c_str()) + u": " + String(std::strerror(reason)));
 }
 
-/// For this user alone. Another process or thread may make it first, which is as good; a file, or a link that
-/// leads nowhere, in its place is not.
+/// Creates a folder with mode 0700. Accepts a folder that another process or thread creates meanwhile. Fails
+/// on a file or a dangling link at this path.
 void makeFolder(const std::string& path, const char16_t* step) {
   if (isFolder(path) || ::mkdir(path.c_str(), 0700) == 0)
     return;
@@ -110,7 +111,7 @@ void makeFolders(const std::string& path, const char16_t* step) {
   makeFolder(path, step);
 }
 
-/// A file's bytes, mapped for a scope.
+/// Maps a file into memory for a scope.
 class MappedFile {
 public:
   explicit MappedFile(const std::string& path) {

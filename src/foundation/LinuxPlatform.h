@@ -10,17 +10,16 @@ class MoneyFormat;
 class ShortDatePicture;
 class TypedDate;
 
-/// Where a LinuxPlatform finds what belongs to the user. An empty text stands for what the environment says.
+/// Values that replace those of the environment. An empty member means the default.
 struct LinuxPlatformOptions {
-  std::string dataHome; ///< parent of the company folder; else $XDG_DATA_HOME, else ~/.local/share
-  std::string locale;   ///< such as "en_AU", for dates and money; else LC_ALL, LC_TIME or LC_MONETARY, LANG
-  std::string datePicture; ///< short date form in the letters d, dd, M, MM, yy, yyyy; else that of the locale
-  std::string programFolder; ///< folder of the running program; else that of its image
-  std::string opener;        ///< program that opens documents; else xdg-open
+  std::string dataHome;      ///< Parent of the vendor's folder. Default: $XDG_DATA_HOME, then ~/.local/share.
+  std::string locale;        ///< For dates and money: "en_AU". Default: LC_ALL, LC_TIME or LC_MONETARY, LANG.
+  std::string datePicture;   ///< Short date form; see ShortDatePicture. Default: from the locale.
+  std::string programFolder; ///< Folder of the running program. Default: from its image.
+  std::string opener;        ///< Program that opens documents. Default: xdg-open.
 };
 
-/// The platform on a freedesktop system. All that it knows of the environment is read at its construction,
-/// which also sees to it that processor faults are reported.
+/// The platform on a freedesktop system. The constructor reads the environment and calls reportFaults().
 class LinuxPlatform : public Platform {
 public:
   explicit LinuxPlatform(const LinuxPlatformOptions& options = {});
@@ -44,7 +43,7 @@ private:
   const std::string m_opener;
   const std::string m_dateLocale;
   std::unique_ptr<const ShortDatePicture> m_picture;
-  std::once_flag m_typedDateMade; ///< at the first use: it takes ICU some milliseconds
+  std::once_flag m_typedDateMade; ///< Made on first use, since ICU takes milliseconds.
   std::unique_ptr<const TypedDate> m_typedDate;
   std::unique_ptr<const MoneyFormat> m_money;
 };

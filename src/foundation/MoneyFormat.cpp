@@ -13,7 +13,7 @@ namespace {
 
 constexpr char16_t MINUS_SIGN = 0x2212;
 
-/// A locale with a region, which says what the currency is, and with Latin digits.
+/// A locale with a region, which determines the currency, and with Latin digits.
 icu::Locale moneyLocale(const std::string& name) {
   icu::Locale locale(name.c_str());
   UErrorCode status = U_ZERO_ERROR;
@@ -24,7 +24,7 @@ icu::Locale moneyLocale(const std::string& name) {
   return locale;
 }
 
-/// The locale's currency by its ISO 4217 code; that of "no currency" where the locale has none.
+/// The ISO 4217 code of the locale's currency, or XXX if it has none.
 String currencyOf(const icu::Locale& locale) {
   UErrorCode status = U_ZERO_ERROR;
   char16_t code[4] = {};
@@ -32,7 +32,7 @@ String currencyOf(const icu::Locale& locale) {
   return U_SUCCESS(status) ? String(code) : String(u"XXX");
 }
 
-/// ICU's text as it is shown: without direction marks, which stand in some currency signs, too.
+/// Converts ICU text and removes direction marks, which some currency symbols contain.
 String shown(const icu::UnicodeString& icuText) {
   String text = fromIcu(icuText);
   std::erase_if(text, isDirectionMark);
@@ -46,13 +46,13 @@ void removeAll(String& text, const String& part) {
     text.erase(at, part.size());
 }
 
-/// Other minus signs become the plain one.
+/// Replaces other minus signs by "-".
 String withPlainMinus(String text) {
   std::replace(text.begin(), text.end(), MINUS_SIGN, u'-');
   return text;
 }
 
-/// With a single comma, and no point behind it: as in "0,5" and "1.234,50".
+/// True for a single comma with no point after it, as in "0,5" and "1.234,50".
 bool endsInDecimalComma(const String& text) {
   const std::size_t comma = text.find(u',');
   return comma != String::npos && text.find(u',', comma + 1) == String::npos &&
@@ -62,7 +62,7 @@ bool endsInDecimalComma(const String& text) {
 } // namespace
 
 struct MoneyFormat::Parts {
-  /// ICU compiles a formatter after a few uses, behind the back of its constness: one thread at a time.
+  /// Serialises access: an ICU formatter changes its state after a few uses, even in const functions.
   mutable std::mutex mutex;
   icu::number::LocalizedNumberFormatter formatter;
   String decimalSign;
@@ -99,7 +99,7 @@ String MoneyFormat::format(double amount) const {
   return U_SUCCESS(status) ? text : String();
 }
 
-/// Reads by the locale's signs alone. The minus sign may stand anywhere, since some locales put it behind.
+/// Reads by the locale's symbols only. The minus sign may be anywhere, because some locales put it last.
 double MoneyFormat::readAsWritten(const String& text) const {
   String number = text;
   removeAll(number, m_parts->currencySign);
@@ -119,7 +119,7 @@ double MoneyFormat::readAsWritten(const String& text) const {
 
 double MoneyFormat::read(const String& text) const {
   String amount = withPlainMinus(text);
-  // A text of our own may group with points; that it is one shows in its reading back the same.
+  // format() may group with points. The text is its output if the value formats to the same text.
   const double asWritten = readAsWritten(amount);
   if (withPlainMinus(format(asWritten)) == amount)
     return asWritten;
@@ -127,7 +127,7 @@ double MoneyFormat::read(const String& text) const {
     std::erase(amount, u'.');
     std::replace(amount.begin(), amount.end(), u',', u'.');
   }
-  // "0.0012.34" is a slip, and its head would be a wrong amount.
+  // "0.0012.34" is a typing error; its first part would be a wrong amount.
   return std::count(amount.begin(), amount.end(), u'.') > 1 ? 0.0 : amount.toDoubleFiltered();
 }
 

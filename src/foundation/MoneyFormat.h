@@ -5,20 +5,20 @@
 
 namespace Tallymoor {
 
-/// Money in the currency form of a locale, by ICU, with Latin digits. The formatter is costly to make and
-/// never changes afterwards: made once, safe on any thread.
+/// Formats money in a locale's currency form, by ICU, with Latin digits. Expensive to construct, immutable
+/// and thread-safe.
 class MoneyFormat {
 public:
   explicit MoneyFormat(const std::string& locale);
   ~MoneyFormat();
 
-  /// Of an amount that shows as zero the sign is left out. Empty when the locale's form is unavailable.
+  /// Omits the sign of an amount that rounds to zero. Empty if ICU has no form for the locale.
   String format(double amount) const;
 
-  /// Reads what format writes, and what a person types: a point is decimal. Where the locale's decimal sign
-  /// is a comma, so is a single comma with no point behind it, and points before it only group: "1.234,50"
-  /// there must not become 1.2345. All else but digits and signs is ignored. With two decimal points it is no
-  /// amount: 0.
+  /// Reads the output of format() and typed amounts. A point is the decimal sign. If the locale's decimal
+  /// sign is a comma, a single comma with no point after it is decimal too, and points before it group:
+  /// "1.234,50" must not become 1.2345. Ignores everything else except digits and signs. Returns 0 for two
+  /// decimal points.
   double read(const String& text) const;
 
 private:

@@ -8,7 +8,7 @@
 
 namespace Tallymoor {
 
-/// An open file that is closed with its scope. A negative descriptor stands for none.
+/// Owns a file descriptor. Negative if the file is not open.
 class OpenFile {
 public:
   explicit OpenFile(int descriptor) : m_descriptor(descriptor) {}
@@ -18,7 +18,7 @@ public:
   OpenFile& operator=(const OpenFile&) = delete;
 
   int get() const { return m_descriptor; }
-  /// 0, or the error of closing, where some file systems tell late of a failed write.
+  /// Closes the file. Returns 0 or the errno value: some file systems report a failed write only here.
   int close() {
     if (m_descriptor < 0)
       return 0;
@@ -31,7 +31,7 @@ private:
   int m_descriptor;
 };
 
-/// The folder that a path stands in, "." for a plain name.
+/// The folder of a path; "." for a plain file name.
 inline std::string folderOf(const std::string& path) {
   const std::size_t slash = path.rfind('/');
   if (slash == std::string::npos)
@@ -39,7 +39,7 @@ inline std::string folderOf(const std::string& path) {
   return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-/// The names of what is in a folder; those before a failure, which a folder that can't be read begins with.
+/// The names in a folder. If reading fails, the names read so far.
 inline std::vector<std::string> namesIn(const std::string& folder) {
   std::vector<std::string> names;
   std::error_code failed;

@@ -18,7 +18,7 @@ std::unique_ptr<Platform>& instanceSlot() {
 }
 
 void copyMissing(const std::string& from, const String& to) {
-  for (const std::string& name : namesIn(from)) { // an installation may have no defaults of this kind
+  for (const std::string& name : namesIn(from)) { // Empty if the installation has no such defaults.
     const String source((from + "/" + name).c_str());
     const String target = to + String(name.c_str());
     if (filePresence(source) == FilePresence::RegularFile && filePresence(target) == FilePresence::Missing)

@@ -27,7 +27,7 @@ bool isLibraryName(const std::string& fileName, const std::string& stem) {
          std::all_of(fileName.begin(), fileName.end(), isNameCharacter);
 }
 
-/// False when a byte of it, or the file itself, could not be written.
+/// False if the file could not be written completely.
 bool writeWhole(const std::string& path, std::string_view content) {
   const int file =
       uninterrupted([&path] { return ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600); });
@@ -44,7 +44,7 @@ bool writeWhole(const std::string& path, std::string_view content) {
 
 } // namespace
 
-// The texts of the constants, which would draw in the libraries that text stands on.
+// Repeats the values of Constants.h, whose String type would link further libraries into the installer.
 const std::vector<std::string>& programFileStems() {
   static const std::vector<std::string> stems{"Tallymoor.exe", "UpdateInstaller", "FOXDLL", "FxEx",
                                               "xerces-c"};

@@ -4,53 +4,52 @@
 
 namespace Tallymoor {
 
-// The program's own files, as they lie in the folder of an installed copy, and what passes between the
-// program and the installer of its updates. Texts are in UTF-8 and all paths relative to the current folder:
-// the installer shares this, and it must not need the libraries that it replaces.
+// The program's own files in an installed folder, and the files by which the program and its update installer
+// communicate. All text is UTF-8 and all paths are relative to the current folder. The installer links this
+// file, so it must not depend on the libraries that the installer replaces.
 
-/// Where downloaded program files wait; a file right in it sends the next start to the installer.
+/// Downloaded program files. If a file lies directly in it, the next start runs the installer.
 inline constexpr const char* UPDATE_FOLDER = "./updates/";
-/// A set of downloaded files that is whole and is about to be moved up into the update folder.
+/// A complete set of downloaded files that is to be moved up into the update folder.
 inline constexpr const char* COMPLETE_UPDATES = "./updates/complete";
-/// Lets one start pass although updates wait.
+/// Lets one start skip the installer while updates wait.
 inline constexpr const char* OVERRIDE_MARKER = "override.start.tallymoor";
-/// Files as they were, and links and files on their way to their places, while the installer works.
+/// The installer's backup of the old files, and its intermediate links and files.
 inline constexpr const char* PREVIOUS_FILES = "./updates/previous";
-/// Why the installer could not do its work; the program tells of it and removes it.
+/// Reason of a failed installation. The program shows it and removes the file.
 inline constexpr const char* INSTALLER_FAILURE = "update.failure.tallymoor";
-/// Laid down by a package of the system. The files beside it are the package manager's, which nothing but a
-/// newer package may change, whoever runs the program.
+/// Present in an installation by a system package. Its files belong to the package manager; only a newer
+/// package may change them.
 inline constexpr const char* PACKAGE_MARKER = "package.tallymoor";
-/// Holds links to the libraries by the names that the loader looks for.
+/// Links to the libraries under the names the loader looks for.
 inline constexpr const char* LIBRARY_LINKS = "./lib/";
 
-/// The program, its installer, then the stems of its libraries, in the order in which updates look at them.
+/// The program, its installer and the stems of its libraries, in the order of an update.
 const std::vector<std::string>& programFileStems();
 
-/// True for a plain file name that belongs to the stem: the very name of an executable; for a library the
-/// stem, then letters, digits, ".", "_" and "-", and ".dll" at the end.
+/// True for a plain file name of the stem. An executable's name must be equal. A library's name is the stem,
+/// then letters, digits, ".", "_" and "-", then ".dll".
 bool isProgramFileName(const std::string& fileName, const std::string& stem);
-/// The stem that a file name belongs to by isProgramFileName; empty when there is none.
+/// The stem of a file name by isProgramFileName. Empty if none matches.
 std::string stemOfProgramFile(const std::string& fileName);
 
-/// Names of the files, not folders, in the current folder that begin with the stem in any case, sorted.
-/// Throws std::filesystem::filesystem_error where the folder can't be read.
+/// Names of the files in the current folder that begin with the stem in any case, sorted. Folders are
+/// skipped. Throws std::filesystem::filesystem_error if the folder can't be read.
 std::vector<std::string> filesWithStem(const std::string& stem);
 
-/// Moves the files of COMPLETE_UPDATES up into the update folder, whole or as far as it goes; what could not
-/// be moved stays there for the next attempt, and the result is false. Does nothing when there is no such
-/// folder.
+/// Moves the files of COMPLETE_UPDATES to UPDATE_FOLDER. Returns false if a file could not be moved; the
+/// remaining files wait for the next attempt. Does nothing if there is no such folder.
 bool moveUpCompleteUpdates();
 
-/// True for a folder that belongs to this user, who can write to it, and that nobody else can write to.
+/// True for a folder that belongs to this user and that only this user can write to.
 bool isOwnFolder(const std::string& path);
 
-/// True when the program in the current folder was installed as a package of the system.
+/// True if the program in the current folder was installed by a system package.
 bool belongsToPackage();
 
-/// Creates the empty marker file. False when it could not be made.
+/// Creates OVERRIDE_MARKER. Returns false on failure.
 bool leaveOverrideMarker();
-/// Leaves the reason in INSTALLER_FAILURE, whole or not at all.
+/// Writes the reason to INSTALLER_FAILURE. Leaves no partial file.
 void leaveInstallerFailure(const std::string& reason);
 
 } // namespace Tallymoor

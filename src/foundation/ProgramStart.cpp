@@ -15,7 +15,7 @@ namespace Tallymoor {
 
 namespace {
 
-/// What a new process gets: no blocked signals, none ignored that it does not expect, and no files of ours.
+/// Gives a child process an empty signal mask, the default action for SIGPIPE and none of our open files.
 class SpawnSettings {
 public:
   SpawnSettings() {
@@ -41,7 +41,7 @@ public:
   posix_spawnattr_t attributes;
 };
 
-/// Collects the end of a child whenever it comes, so that it never stays as a zombie.
+/// Waits for a child on a detached thread, so that it doesn't remain as a zombie.
 void reapLater(pid_t child) {
   const EndingSignalsBlocked blocked;
   std::thread([child] {

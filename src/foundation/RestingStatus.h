@@ -3,8 +3,7 @@
 
 namespace Tallymoor {
 
-/// What the status line shows while nothing happens: "Ready.", or that a past day is shown. Under the big
-/// mutex.
+/// The status line's default text: "Ready.", or the view date. Call it under the big mutex.
 String restingStatusText();
 
 } // namespace Tallymoor

@@ -48,7 +48,7 @@ void readSettings() {
   values.reverseSplitRatioDetect = real(u"ReverseSplitRatioDetect", DEFAULTS.reverseSplitRatioDetect);
   values.indexTrendShort = real(u"IndexTrendShort", DEFAULTS.indexTrendShort);
   values.indexTrendLong = real(u"IndexTrendLong", DEFAULTS.indexTrendLong);
-  values.autoMinMaxPrices = false; // the option is written, but a run always starts without it
+  values.autoMinMaxPrices = false; // The option is stored, but is off at every start.
   values.trayFormat = settings.readString(SECTION, u"TrayFormat");
   values.hideLastFYTransactions = settings.readUnsigned(SECTION, u"HideLastFYTransactions") != 0;
   take(values);

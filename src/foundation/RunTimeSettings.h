@@ -6,25 +6,25 @@
 
 namespace Tallymoor {
 
-// Copies of the settings of section "Operation" that background threads read without any lock. Written on the
-// GUI thread under the big mutex by readSettings.
-extern std::atomic<std::uint32_t> currentPriceUpdateMins;     ///< minutes between passes over current prices
-extern std::atomic<std::uint32_t> historicalPriceUpdateHours; ///< hours between refreshes of recent closes
-extern std::atomic<double> splitRatioDetect;                  ///< day multiple that flags a share split
-extern std::atomic<double> reverseSplitRatioDetect;           ///< day multiple that flags a merge
-extern std::atomic<double> indexTrendShort;                   ///< days of the short moving average
-extern std::atomic<double> indexTrendLong;                    ///< days of the long moving average
-extern std::atomic<bool> hideLastFYTransactions;              ///< hide events from before the financial year
-extern std::atomic<bool> autoMinMaxPrices; ///< warn by the automatic limits; false at every start
-extern String trayFormat;                  ///< read and written under the big mutex
+// Settings of the section "Operation", copied for background threads, which read them without a lock. Set by
+// readSettings and writeSettings on the GUI thread under the big mutex.
+extern std::atomic<std::uint32_t> currentPriceUpdateMins;     ///< Minutes between updates of current prices.
+extern std::atomic<std::uint32_t> historicalPriceUpdateHours; ///< Hours between updates of recent closes.
+extern std::atomic<double> splitRatioDetect;        ///< Daily price ratio that suggests a share split.
+extern std::atomic<double> reverseSplitRatioDetect; ///< Daily price ratio that suggests a merge.
+extern std::atomic<double> indexTrendShort;         ///< Days of the short moving average.
+extern std::atomic<double> indexTrendLong;          ///< Days of the long moving average.
+extern std::atomic<bool> hideLastFYTransactions;    ///< Hides events before the current financial year.
+extern std::atomic<bool> autoMinMaxPrices;          ///< Warns by automatic price limits. Off at every start.
+extern String trayFormat;                           ///< Guarded by the big mutex.
 
-/// True while a background pass holds the big mutex: no dialog may open and no wait cursor start.
+/// True while a background pass holds the big mutex. No dialog or wait cursor may then be shown.
 extern std::atomic<bool> inBackgroundPass;
 
-/// Reads the variables above from the settings store.
+/// Reads these variables from the settings.
 void readSettings();
 
-/// What the user can change of the variables above, for a form to work on; made with the defaults.
+/// Values of the variables above for a settings form, initialised to the defaults.
 struct OperationSettings {
   std::uint32_t currentPriceUpdateMins = 10;
   std::uint32_t historicalPriceUpdateHours = 8;
@@ -33,17 +33,17 @@ struct OperationSettings {
   double indexTrendShort = 10.0;
   double indexTrendLong = 30.0;
   bool autoMinMaxPrices = false;
-  String trayFormat; ///< empty, as a name that no portfolio has, stands for the total
+  String trayFormat; ///< Portfolio shown in the tray. Empty for the total.
   bool hideLastFYTransactions = false;
 };
 
-/// The variables as they are. GUI thread, under the big mutex, as below.
+/// The current values. GUI thread, under the big mutex.
 OperationSettings operationSettings();
-/// Takes the values into the variables and the settings store.
+/// Stores the values in the variables and the settings. GUI thread, under the big mutex.
 void writeSettings(const OperationSettings& values);
 
-/// One stretch of a background pass: takes the big mutex, then sets inBackgroundPass; clears it before the
-/// mutex goes.
+/// One step of a background pass: takes the big mutex and sets inBackgroundPass. Clears the flag before it
+/// releases the mutex.
 class BackgroundPassScope {
 public:
   BackgroundPassScope();

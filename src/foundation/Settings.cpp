@@ -17,18 +17,18 @@ namespace Tallymoor {
 
 namespace {
 
-// The toolkit's file is read in lines of some 2,000 bytes, and a byte of a value may take four there. A
-// longer value goes on under its key with this mark and a number behind it; no escaped name of ours holds the
-// mark.
+// The toolkit reads lines of about 2,000 bytes, and a byte of a value can take four. A longer value continues
+// under its key followed by this mark and a number. No escaped name contains the mark.
 constexpr std::size_t LONGEST_PIECE = 400;
 constexpr const char* CONTINUATION_MARK = "%+";
-/// A section or key of more bytes would leave a line no room for its value.
+/// A longer section or key would leave no room for the value.
 constexpr std::size_t LONGEST_NAME = 350;
-constexpr const char* SETTINGS_FOLDER = "/.foxrc/"; ///< where the toolkit reads them, below the user's home
+constexpr const char* SETTINGS_FOLDER =
+    "/.foxrc/"; ///< Folder of the toolkit's settings below the user's home.
 
 FX::FXRegistry* attached = nullptr;
 
-/// A store that lasts as long as the process, for tests and for a start that has no application yet.
+/// A store in memory, for tests and before the application is attached.
 std::unique_ptr<FX::FXRegistry>& memoryStore() {
   static std::unique_ptr<FX::FXRegistry> store = std::make_unique<FX::FXRegistry>();
   return store;
@@ -42,7 +42,7 @@ int hexValue(char c) {
   return c <= '9' ? c - '0' : c - 'A' + 10;
 }
 
-/// True for a byte that the toolkit's file would lose, or that would read as one of our own escapes.
+/// True for a byte that the toolkit's file can't hold or that would read as one of our escapes.
 bool needsEscape(const std::string& name, std::size_t i) {
   const char c = name[i];
   const bool atEdge = i == 0 || i + 1 == name.size();
@@ -72,7 +72,7 @@ std::string escaped(const String& text) {
   return result;
 }
 
-/// Throws Exception for a name with which nothing can be kept.
+/// Throws Exception if the name is too long or empty.
 std::string escapedForWriting(const String& text) {
   std::string name = escaped(text);
   if (name.size() > LONGEST_NAME)
@@ -98,7 +98,7 @@ std::string continuation(const std::string& key, unsigned number) {
   return key + CONTINUATION_MARK + std::to_string(number);
 }
 
-/// The stored text of an entry with its continuations; nothing when it does not exist.
+/// The stored text of an entry with its continuations. Empty if missing.
 std::optional<std::string> readRaw(FX::FXRegistry& registry, const String& section, const String& key) {
   const std::string sectionName = escaped(section);
   const std::string keyName = escaped(key);
@@ -123,7 +123,7 @@ void deleteContinuations(FX::FXRegistry& registry, const std::string& section, c
   }
 }
 
-/// Writes a text that may be of any length. Control bytes that the toolkit's file can't hold are left out.
+/// Writes a text of any length. Drops control bytes that the toolkit's file can't hold.
 void writeRaw(FX::FXRegistry& registry, const String& section, const String& key, std::string text) {
   const std::string sectionName = escapedForWriting(section);
   const std::string keyName = escapedForWriting(key);
@@ -136,8 +136,7 @@ void writeRaw(FX::FXRegistry& registry, const String& section, const String& key
                               text.substr(begin, LONGEST_PIECE).c_str());
 }
 
-/// The whole number at the head of a text, as a hand-edited file may hold it; nothing when there is none in
-/// range.
+/// The integer at the start of a text (the file may be edited by hand). Empty if missing or out of range.
 template <typename Number>
 std::optional<Number> leadingNumber(const std::string& text) {
   const std::size_t begin = text.find_first_not_of(" \t+");
@@ -150,8 +149,8 @@ std::optional<Number> leadingNumber(const std::string& text) {
   return number;
 }
 
-/// What the toolkit would write to the file. It does not notice a full disk and would put half a file in the
-/// old one's place, so it writes to memory alone.
+/// The toolkit's file content, produced in memory: FOX ignores a full disk and would replace the file by a
+/// truncated one.
 std::string fileContent(FX::FXRegistry& registry) {
   const int memory = ::memfd_create("settings", MFD_CLOEXEC);
   if (memory < 0)
@@ -165,7 +164,7 @@ std::string fileContent(FX::FXRegistry& registry) {
   return content;
 }
 
-/// For this user alone. Throws Exception with the folder that can't be made.
+/// Creates the folders above a path with mode 0700. Throws Exception with the folder's name on failure.
 void makeFoldersAbove(const std::string& path) {
   for (std::size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1)) {
     const std::string folder = path.substr(0, slash);
@@ -316,7 +315,7 @@ void Settings::commitIfPossible() {
   try {
     commit();
   } catch (const Exception&) {
-    // All of it is still in memory and counts as changed.
+    // The values are still in memory and stay marked as changed.
   }
 }
 

@@ -11,18 +11,16 @@ class FXRegistry;
 
 namespace Tallymoor {
 
-/// Everything that the user can change and that lasts: the toolkit's file registry, with section and key
-/// names made safe for its file form ("=", leading "#" and "[", "]" and control characters are kept as %XX)
-/// and real numbers independent of the locale. GUI thread only, under the big mutex. An empty section or key
-/// throws Exception.
+/// The user's settings, stored in the toolkit's registry file. Escapes section and key names for the file
+/// format ("=", leading "#" and "[", "]" and control characters become %XX). Numbers don't depend on the
+/// locale. GUI thread only, under the big mutex. An empty section or key throws Exception.
 class Settings {
 public:
   static Settings& Instance();
-  /// Uses this registry from now on, not owned (the application's); null goes back to a store in memory that
-  /// no file backs.
+  /// Uses this registry from now on; it is not owned. Null selects a store in memory without a file.
   static void attach(FX::FXRegistry* registry);
 
-  // Each gives the fallback when there is no entry, or none that can be read so.
+  // Each returns the fallback if the entry is missing or can't be converted.
   String readString(const String& section, const String& key, const String& fallback = String()) const;
   std::int32_t readInt(const String& section, const String& key, std::int32_t fallback = 0) const;
   std::uint32_t readUnsigned(const String& section, const String& key, std::uint32_t fallback = 0) const;
@@ -30,7 +28,7 @@ public:
   bool readBool(const String& section, const String& key, bool fallback = false) const;
   bool hasEntry(const String& section, const String& key) const;
 
-  // What is written lasts from the next commit on.
+  // Values are saved by the next commit.
   void writeString(const String& section, const String& key, const String& value);
   void writeInt(const String& section, const String& key, std::int32_t value);
   void writeUnsigned(const String& section, const String& key, std::uint32_t value);
@@ -39,17 +37,17 @@ public:
 
   void deleteEntry(const String& section, const String& key);
   void deleteSection(const String& section);
-  /// The keys of a section, in no particular order; none when there is no such section.
+  /// The keys of a section, unordered. Empty if the section is missing.
   std::vector<String> keys(const String& section) const;
-  /// Sections whose name begins with the prefix.
+  /// The sections whose names begin with the prefix.
   std::vector<String> sections(const String& prefix) const;
 
-  /// Commits the store to its file, which is replaced as a whole. Throws Exception where that fails; the old
-  /// file then stands, and the next commit writes what this one could not.
+  /// Saves the settings by replacing the file. Throws Exception on failure: the old file is then unchanged
+  /// and the next commit saves again.
   void commit();
-  /// For a change that need not be told of by itself when it can't be written: the next commit tells of it.
+  /// Like commit, but leaves a failure to be reported by the next commit. For unimportant changes.
   void commitIfPossible();
-  /// The full name of the file; empty for the store in memory.
+  /// The file's path. Empty for the store in memory.
   String filePath() const;
 
 private:

@@ -11,13 +11,13 @@ namespace {
 
 const String FALLBACK_PICTURE = u"dd/MM/yyyy";
 
-/// One of the picture's parts: the letter that begins it and how many units of the picture it takes.
+/// A part of the picture: its first letter and its number of code units.
 struct Part {
   char16_t letter;
   std::size_t length;
 };
 
-/// The part at a position. A longer run of one letter is read as several parts, as "ddd" is "dd" and "d".
+/// The part at a position. A longer run of a letter is split: "ddd" is "dd" and "d".
 Part partAt(const String& picture, std::size_t position) {
   const char16_t letter = picture[position];
   const auto run = [&](std::size_t wanted) {
@@ -37,7 +37,7 @@ String padded(int number, std::size_t width) {
   return String(String::Base(width > digits.size() ? width - digits.size() : 0, u'0')) + digits;
 }
 
-/// Without the text between apostrophes, where ICU puts words such as "de".
+/// Removes quoted text, in which ICU puts words like "de".
 String withoutQuotes(const String& pattern) {
   String result;
   bool quoted = false;
@@ -50,8 +50,8 @@ String withoutQuotes(const String& pattern) {
   return result;
 }
 
-/// Turns ICU's letters into the picture's: runs of y, u or r are the year, of M or L the month, of d the day.
-/// What else is a letter (an era, a weekday) goes.
+/// Converts ICU's pattern letters: runs of y, u or r become the year, M or L the month, d the day. Other
+/// letters (era, weekday) are removed.
 String pictureOf(const String& pattern) {
   String picture;
   for (std::size_t i = 0; i < pattern.size();) {
@@ -72,7 +72,7 @@ String pictureOf(const String& pattern) {
   return picture.trimmed();
 }
 
-/// Reads a text along a picture.
+/// Parses a text by a picture.
 class Walk {
 public:
   Walk(const String& picture, const String& text) : m_picture(picture), m_text(text) {}
@@ -106,7 +106,7 @@ private:
     }
   }
 
-  /// A number of exactly so many units; those that a short text lacks read as 0.
+  /// A number of exactly this width. Missing digits read as 0.
   int fixedNumber(std::size_t width) {
     const int number = String(rest().substr(0, width)).toLong();
     m_position += width;

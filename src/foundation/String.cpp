@@ -13,8 +13,8 @@ namespace Tallymoor {
 namespace {
 
 constexpr UChar32 REPLACEMENT_CHARACTER = 0xFFFD;
-constexpr std::size_t BYTES_PER_UNIT = 3; ///< in UTF-8, at most
-/// More places than any double needs for its rounding to be seen, and few enough for a buffer on the stack.
+constexpr std::size_t BYTES_PER_UNIT = 3; ///< At most, in UTF-8.
+/// Enough decimals to round any double, and few enough for a buffer on the stack.
 constexpr int MOST_DECIMALS = 100;
 
 bool isAscii(std::string_view text) {
@@ -29,15 +29,15 @@ bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-/// ICU counts in 32 bits, and refuses a negative size.
+/// ICU has 32-bit sizes and rejects negative ones.
 std::int32_t sizeOf(std::size_t size) {
   return size > std::numeric_limits<std::int32_t>::max() ? std::numeric_limits<std::int32_t>::min()
                                                          : static_cast<std::int32_t>(size);
 }
 
-/// False when the bytes are no UTF-8 as a whole.
+/// False if the bytes are not valid UTF-8.
 bool decodeUTF8(std::string_view bytes, String& text) {
-  text.resize(bytes.size()); // a unit for each byte at most
+  text.resize(bytes.size()); // Each byte gives at most one unit.
   std::int32_t length = 0;
   UErrorCode status = U_ZERO_ERROR;
   u_strFromUTF8(text.data(), sizeOf(text.size()), &length, bytes.data(), sizeOf(bytes.size()), &status);
@@ -47,8 +47,8 @@ bool decodeUTF8(std::string_view bytes, String& text) {
   return true;
 }
 
-/// The part of a text that a number can stand in: no commas, no leading blanks, up to the first unit beyond
-/// ASCII.
+/// The part of a text that can hold a number: without commas and leading blanks, up to the first non-ASCII
+/// unit.
 std::string numberText(const String& text) {
   std::string result;
   result.reserve(text.size());
@@ -64,8 +64,8 @@ std::string numberText(const String& text) {
   return result;
 }
 
-/// True for an exact tie: a value whose lowest binary digit is worth half a unit of 2^-decimals lies, in
-/// decimal notation too, exactly between two neighbours at so many places, and no other value does.
+/// True if the value lies exactly between two neighbours at this number of decimals. That is so only if its
+/// lowest binary digit is worth half a unit of 2^-decimals.
 bool isTie(double magnitude, int decimals) {
   const std::uint64_t bits = std::bit_cast<std::uint64_t>(magnitude);
   const int biased = static_cast<int>(bits >> 52);
@@ -75,7 +75,7 @@ bool isTie(double magnitude, int decimals) {
   return significand != 0 && exponent + std::countr_zero(significand) == -(decimals + 1);
 }
 
-/// Adds one to the last place of a text of digits and perhaps a point.
+/// Adds one to the last digit of a decimal text, with carry.
 void incrementLastPlace(std::string& digits) {
   for (auto place = digits.rbegin(); place != digits.rend(); ++place) {
     if (*place == '.')
@@ -89,7 +89,7 @@ void incrementLastPlace(std::string& digits) {
   digits.insert(digits.begin(), '1');
 }
 
-/// A tie rounded away from zero: its text with one more place is exact and ends in 5.
+/// Rounds a tie away from zero. The text has one more decimal, which is exact and ends in 5.
 String roundedTie(bool negative, const char* first, const char* last) {
   std::string digits(first, last - 1);
   if (digits.back() == '.')
@@ -131,7 +131,7 @@ String::String(const char* utf8) {
 
 String String::fromUTF8(std::string_view utf8) {
   String text;
-  if (isAscii(utf8) || !decodeUTF8(utf8, text)) // else it is Latin-1, a unit for each byte
+  if (isAscii(utf8) || !decodeUTF8(utf8, text)) // Invalid UTF-8 is read as Latin-1, one unit per byte.
     text.assign(reinterpret_cast<const unsigned char*>(utf8.data()),
                 reinterpret_cast<const unsigned char*>(utf8.data()) + utf8.size());
   return text;
@@ -188,7 +188,7 @@ double String::toDouble() const {
   const bool negative = first != last && *first == '-';
   if (first != last && (*first == '-' || *first == '+'))
     ++first;
-  // Nothing but digits and a point may begin a number: the library's reader would take "inf" and "nan" too.
+  // std::from_chars would accept "inf" and "nan".
   if (first == last || !(isDigit(*first) || *first == '.'))
     return 0.0;
   double value = 0.0;

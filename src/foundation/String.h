@@ -5,9 +5,9 @@
 
 namespace Tallymoor {
 
-/// The one text type: UTF-16 code units, ordered by plain numeric comparison of the units. All money, prices
-/// and quantities become text and come back through the conversions here, never through the process's locale.
-/// A plain value; not to be shared between threads without a copy.
+/// The program's text type: UTF-16 code units, compared numerically. All amounts, prices and quantities are
+/// converted to and from text by these functions, which don't depend on the process's locale. Not
+/// synchronised: copy it to share it between threads.
 class String : public std::basic_string<char16_t> {
 public:
   using Base = std::basic_string<char16_t>;
@@ -16,55 +16,54 @@ public:
   String() = default;
   String(const Base& text) : Base(text) {}
   String(Base&& text) noexcept : Base(std::move(text)) {}
-  /// Copies up to the terminating 0; a null pointer gives an empty text.
+  /// Copies a null-terminated text. A null pointer gives an empty text.
   String(const char16_t* text);
-  /// Decodes UTF-8; bytes that are no valid UTF-8 make the whole text be read as Latin-1. Null gives an empty
+  /// Decodes UTF-8. If the bytes are not valid UTF-8, reads them as Latin-1. A null pointer gives an empty
   /// text.
   String(const char* utf8);
 
-  /// As the constructor from const char*, for bytes of known length, which may hold NUL.
+  /// Like the constructor from const char*, for bytes that may contain NUL.
   static String fromUTF8(std::string_view utf8);
 
-  /// Half a surrogate pair becomes U+FFFD. Throws Exception for a text of more than 2 GB in UTF-8.
+  /// A lone surrogate becomes U+FFFD. Throws Exception if the result exceeds 2 GB.
   std::string toUTF8() const;
-  /// One byte a unit; units above 0xFF become "?".
+  /// One byte per unit; units above 0xFF become "?".
   std::string toLatin1() const;
 
-  /// Commas are dropped, leading blanks and trailing junk ignored; unreadable gives 0, out of range
-  /// saturates.
+  /// Ignores commas, leading blanks and trailing text. Returns 0 if there is no number; clamps to the range.
   std::int32_t toLong() const;
   std::int64_t toLong64() const;
-  /// Base 10, without padding or separators.
+  /// Decimal, without padding or separators.
   static String fromLong(std::int64_t value);
 
-  /// Decimal syntax only, a point as decimal sign; commas are dropped; unreadable gives 0.0.
+  /// Reads decimal notation with a point; ignores commas. Returns 0 if there is no number.
   double toDouble() const;
-  /// Fixed notation without separators, rounded correctly from the binary value, exact ties away from zero.
-  /// The sign is the value's, so -0.004 at two places is "-0.00", but -0.0 is "0.00". A value that is not
-  /// finite reads as 0.
+  /// Fixed notation without separators, correctly rounded; exact ties round away from zero. Keeps the sign:
+  /// -0.004 with two decimals is "-0.00", but -0.0 is "0.00". A non-finite value gives the text of 0.
   static String fromDouble(double value, int decimals);
 
   /// "12.50%": two decimals.
   static String toPercent(double value);
-  /// The text and a "%" behind it.
+  /// Appends "%".
   static String appendPercent(const String& text);
-  /// Reads a number with an optional "%" behind it; it is not divided by 100.
+  /// Reads a number with an optional "%" after it. Does not divide by 100.
   double fromPercent() const;
-  /// Reads what is left of the digits, "-", "+" and ".": for amounts with currency signs and separators.
+  /// Reads the digits, "-", "+" and "." and ignores everything else. For amounts with currency symbols and
+  /// separators.
   double toDoubleFiltered() const;
 
-  /// Takes every "," out, in place.
+  /// Removes every "," in place.
   static void removeCommas(String& text);
 
-  /// The base's, as a String.
+  /// Hides the base's substr to return a String.
   String substr(size_type position = 0, size_type count = npos) const {
     return Base::substr(position, count);
   }
 
-  /// Independent of the locale: the simple case mapping of each unit.
+  /// Simple case mapping per code unit, independent of the locale.
   String toLower() const;
   String toUpper() const;
-  /// Without white space at both ends.
+  /// Without leading and trailing white space.
   String trimmed() const;
   bool contains(const String& part) const { return find(part) != npos; }
   bool startsWith(const String& part) const { return compare(0, part.size(), part) == 0; }
@@ -76,10 +75,10 @@ String operator+(const String& left, char16_t right);
 bool operator==(const String& left, const String& right);
 
 String operator+(const char16_t* left, const String& right);
-/// The right side is read as the constructor from const char* reads it.
+/// Converts the right operand like the constructor from const char*.
 String operator+(const String& left, const char* right);
 
-// Some inherited operations give a plain base text: these keep it from being ambiguous.
+// Overloads for the base type, which some inherited functions return. They prevent ambiguity.
 String operator+(const String& left, const String::Base& right);
 String operator+(const String::Base& left, const String& right);
 bool operator==(const String& left, const String::Base& right);

@@ -4,12 +4,13 @@
 
 namespace Tallymoor {
 
-// The names of what replaceFile puts beside a file. They are short whatever the file is called, since a name
-// may already have all the length that the file system allows.
+// Names of the files that replaceFile puts next to its target. They are short because the target's name may
+// already have the maximum length.
 
 inline constexpr std::string_view TEMPORARY_PREFIX = ".tallymoor-";
 inline constexpr std::string_view TEMPORARY_SUFFIX = ".tmp";
-inline constexpr std::string_view NOTE_SUFFIX = ".for"; ///< says which file a temporary is for
+inline constexpr std::string_view NOTE_SUFFIX =
+    ".for"; ///< Names the target of a temporary; see LinkedFile.h.
 
 inline bool isTemporaryName(std::string_view name) {
   return name.starts_with(TEMPORARY_PREFIX) && name.ends_with(TEMPORARY_SUFFIX);
@@ -19,7 +20,7 @@ inline bool isNoteName(std::string_view name) {
   return name.starts_with(TEMPORARY_PREFIX) && name.ends_with(NOTE_SUFFIX);
 }
 
-/// Names or paths, both ways.
+/// Both functions accept a name or a path.
 inline std::string noteOfTemporary(const std::string& temporary) {
   return temporary.substr(0, temporary.size() - TEMPORARY_SUFFIX.size()) + std::string(NOTE_SUFFIX);
 }

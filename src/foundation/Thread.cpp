@@ -13,7 +13,7 @@ Thread::~Thread() {
   stop();
   join();
   if (m_thread.get_id() == std::this_thread::get_id())
-    m_thread.detach(); // it deletes itself at its end
+    m_thread.detach(); // The thread deletes this object at its end.
 }
 
 void Thread::start() {
@@ -24,7 +24,7 @@ void Thread::start() {
 void Thread::startLocked() {
   if (m_running && !m_thread.get_stop_token().stop_requested())
     return;
-  // A run that still has to end needs the lock that is held here, so the new one waits for it.
+  // The previous run needs this lock to end, so the new thread joins it instead of this one.
   const auto previous = std::make_shared<std::jthread>(std::move(m_thread));
   try {
     const EndingSignalsBlocked blocked;
@@ -57,7 +57,7 @@ void Thread::wakeUp() {
   const std::lock_guard lock(m_mutex);
   if (m_running && m_thread.get_stop_token().stop_requested())
     return;
-  if (m_thread.joinable()) // one that was never started stays so
+  if (m_thread.joinable()) // Not joinable if never started.
     startLocked();
   m_woken = true;
   m_changed.notify_all();
@@ -114,7 +114,7 @@ void Thread::run(const std::stop_token& stop) {
   passes(lock, stop);
   m_stop = {};
   m_pass = std::stop_source();
-  // Started again meanwhile: what follows is the business of the next run.
+  // Restarted meanwhile: the state belongs to the new run.
   if (m_thread.get_stop_token() != stop)
     return;
   m_running = false;
@@ -140,8 +140,7 @@ void Thread::makePass(Lock& lock) {
   try {
     threadFunction();
   } catch (...) {
-    // A pass that wants its failure known has told of it; the next pass comes all the same, whatever this
-    // one threw: it must not end the program.
+    // A pass must not end the program. It reports its own failures.
   }
   lock.lock();
 }
@@ -152,7 +151,7 @@ void Thread::waitPeriod(Lock& lock, const std::stop_token& stop) {
     return std::chrono::steady_clock::now() >= begin + std::chrono::milliseconds(m_period);
   };
   while (!m_woken && !stop.stop_requested() && !isOver()) {
-    const std::uint32_t period = m_period; // may be changed meanwhile
+    const std::uint32_t period = m_period; // Copied, because setPeriod may change it during the wait.
     m_changed.wait_until(lock, stop, begin + std::chrono::milliseconds(period),
                          [&] { return m_woken || m_period != period; });
   }

@@ -7,46 +7,45 @@
 
 namespace Tallymoor {
 
-/// The one shape of a background thread: wait for a first delay, make a pass, wait a period or until woken,
-/// and so on until told to stop. stop, wake and the timed wait share one lock and a predicate, so no wake-up
-/// is lost. What a pass fetches takes its stop token, so that a stop ends it at once.
+/// A background thread: waits for a start delay, then makes a pass after each period or wake-up until it is
+/// stopped. stop, wakeUp and the timed wait share one lock and a predicate, so no wake-up is lost. Blocking
+/// calls of a pass take its stop token, so that a stop ends them at once.
 ///
-/// Start, stop and wakeUp may be called from any thread; join must be called, with the big mutex released,
-/// before the derived object dies.
+/// Any thread may call start, stop and wakeUp. The owner must call join, without holding the big mutex,
+/// before the derived object is destroyed.
 class Thread {
 public:
-  /// Milliseconds; a period of 0 means one pass only.
+  /// Times are in milliseconds. A period of 0 means a single pass.
   Thread(std::uint32_t period, bool deleteWhenDone, std::uint32_t startDelay);
   virtual ~Thread();
   Thread(const Thread&) = delete;
   Thread& operator=(const Thread&) = delete;
 
-  /// Does nothing on a running thread; on a stopping one it starts again after the end.
+  /// Does nothing if the thread runs. If it is stopping, starts it again after its end.
   void start();
-  /// Asks the loop to end, the start delay included; does not wait.
+  /// Asks the loop to end, even during the start delay. Does not wait.
   void stop();
-  /// Asks the pass under way to end. The thread goes on, with its next pass after the period.
+  /// Asks the current pass to end. The next pass follows after the period.
   void abortPass();
-  /// Makes a pass happen now; a finished thread is started anew.
+  /// Starts a pass now. Restarts a finished thread. Ignored before start() and while the thread is stopping.
   void wakeUp();
-  /// Waits for the end of a thread that was told to stop, or that makes one pass. On the thread
-  /// itself, where only an object that deletes itself calls it, it waits for nothing.
+  /// Waits for the end of a stopped or single-pass thread. Returns at once if called on the thread itself,
+  /// which only a self-deleting object does.
   void join();
-  /// Both, with the big mutex given up meanwhile.
+  /// Calls stop and join with the big mutex released.
   void stopAndJoin();
   bool isRunning() const;
-  /// Milliseconds from one pass to the next, as set now.
+  /// Current time between passes, in milliseconds.
   std::uint32_t period() const;
 
   static void sleep(std::uint32_t milliseconds);
 
 protected:
-  /// One pass of work. An exception from it, of whatever class, is dropped; the next pass comes after the
-  /// period.
+  /// Makes one pass. Exceptions are ignored; the next pass follows after the period.
   virtual void threadFunction();
-  /// The stop check of a pass.
+  /// True after stop() for the current run.
   bool stopRequested() const;
-  /// Stops when the pass under way is to end: by stop, or by abortPass.
+  /// Token that stop and abortPass trigger.
   std::stop_token passToken() const;
   void setPeriod(std::uint32_t milliseconds);
 
@@ -59,15 +58,15 @@ private:
   void makePass(Lock& lock);
   void waitPeriod(Lock& lock, const std::stop_token& stop);
 
-  mutable std::mutex m_mutex;            ///< guards all that follows
-  std::condition_variable_any m_changed; ///< woken, or another period, or the end
+  mutable std::mutex m_mutex;            ///< Guards all following members.
+  std::condition_variable_any m_changed; ///< Signalled on a wake-up, a new period and a stop.
   std::uint32_t m_period;
   std::uint32_t m_startDelay;
   const bool m_deleteWhenDone;
-  bool m_running = false; ///< from the start until the end of its last pass
+  bool m_running = false; ///< True from start() to the end of the last pass.
   bool m_woken = false;
-  std::stop_token m_stop;  ///< of the run under way
-  std::stop_source m_pass; ///< of the pass under way
+  std::stop_token m_stop;  ///< Token of the current run.
+  std::stop_source m_pass; ///< Source of the current pass.
   std::jthread m_thread;
 };
 

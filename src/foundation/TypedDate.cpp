@@ -30,7 +30,7 @@ icu::Locale gregorian(const std::string& name) {
   return locale;
 }
 
-/// ICU's pattern for these fields; empty when it has none.
+/// ICU's pattern for these fields. Empty if ICU has none.
 String patternOf(const std::string& locale, const char16_t* fields) {
   UErrorCode status = U_ZERO_ERROR;
   const std::unique_ptr<icu::DateTimePatternGenerator> generator(
@@ -41,13 +41,13 @@ String patternOf(const std::string& locale, const char16_t* fields) {
   return U_FAILURE(status) ? String() : fromIcu(pattern);
 }
 
-/// True when one letter stands before any of the others.
+/// True if the letter comes before all the others.
 bool comesFirst(const String& pattern, char16_t letter, std::u16string_view others) {
   const std::size_t place = pattern.find(letter);
   return place != String::npos && place < pattern.find_first_of(others);
 }
 
-/// One spelling for what looks alike: plain digits, blanks and hyphens, and no direction marks.
+/// Normalises digits, blanks and hyphens and removes direction marks.
 String plain(const String& text) {
   String result;
   for (char16_t unit : text) {
@@ -72,11 +72,11 @@ bool isLetter(char16_t unit) {
   return u_isalpha(unit) || (U_GET_GC_MASK(unit) & U_GC_M_MASK);
 }
 
-/// A number or a word of a date.
+/// A number or a word in a date.
 struct Token {
   bool isNumber() const { return isDigit(text[0]); }
   bool isYear() const { return isNumber() && text.size() == 4; }
-  /// A day, a month or the last two digits of a year.
+  /// True for a day, a month or a two-digit year.
   bool isShort() const { return isNumber() && text.size() <= 2; }
   int number() const { return text.toLong(); }
 
@@ -84,13 +84,13 @@ struct Token {
 };
 using Tokens = std::vector<Token>;
 
-/// One of the characters that stand between the parts of a date, with blanks around it, or blanks alone.
+/// True for one separator character with optional blanks around it, or blanks alone.
 bool isGap(const String& text) {
   const String mark = text.trimmed();
   return mark.empty() || (mark.size() == 1 && String(u"/.-,").contains(mark));
 }
 
-/// The three parts of a date; nothing for a text of more or fewer, or with anything odd in it.
+/// Splits a date into its three parts. Empty if the text has another form.
 std::optional<Tokens> cut(const String& text) {
   Tokens tokens;
   for (std::size_t i = 0; i < text.size();) {
@@ -108,7 +108,7 @@ std::optional<Tokens> cut(const String& text) {
     } else {
       end = endOf([](char16_t unit) { return !isDigit(unit) && !isLetter(unit); });
       const String gap = text.substr(i, end - i);
-      // Some write a full stop behind the year, too.
+      // Some locales put a full stop after the year.
       const bool fits = end == text.size() ? gap == String(u".") : !tokens.empty() && isGap(gap);
       if (!fits)
         return std::nullopt;
@@ -124,7 +124,7 @@ struct Day {
   int day;
 };
 
-/// Of a year's two or four digits.
+/// Converts a year of two or four digits.
 int fullYear(const Token& token) {
   const int year = token.number();
   return token.isYear() ? year : static_cast<int>(FXJulianDate::ShortYearToFullYear(unsigned(year)));
@@ -141,17 +141,17 @@ std::optional<Day> dayOf(const Token& year, int month, const Token& day) {
 }
 
 bool fill(const std::optional<Day>& read, Date& date) {
-  constexpr int FIRST_YEAR = 1000; // less is a slip
+  constexpr int FIRST_YEAR = 1000; // A smaller year is a typing error.
   if (!read || read->year < FIRST_YEAR || read->month < 1 || read->month > MONTHS || read->day < 1)
     return false;
   const Date day(read->year, read->month, read->day);
-  if (day.day() != read->day) // carried over into the next month
+  if (day.day() != read->day) // The day was carried over into the next month.
     return false;
   date = day;
   return true;
 }
 
-/// By the forms that the locale itself writes, such as "1 de noviembre de 2023".
+/// Reads the locale's own forms: "1 de noviembre de 2023".
 std::optional<Day> readByIcu(const String& text, const std::string& locale, icu::DateFormat::EStyle style) {
   UErrorCode status = U_ZERO_ERROR;
   const std::unique_ptr<icu::DateFormat> format(
@@ -176,14 +176,14 @@ std::optional<Day> readByIcu(const String& text, const std::string& locale, icu:
 
 } // namespace
 
-/// In which order the parts of a date stand.
+/// The order of day, month and year.
 struct TypedDate::Order {
   Order(const ShortDatePicture& picture, const std::string& locale)
       : yearFirst(comesFirst(picture.text(), u'y', u"Md")),
         yearBeforeName(comesFirst(patternOf(locale, u"yMMMd"), u'y', u"MLd")),
         dayBeforeMonth(comesFirst(yearFirst ? patternOf(locale, u"Md") : picture.text(), u'd', u"ML")) {}
 
-  /// Of three numbers.
+  /// Assigns three numbers.
   std::optional<Day> ofNumbers(const Tokens& part) const {
     if (part[0].isYear() || (yearFirst && !part[2].isYear()))
       return part[1].isShort() ? dayOf(part[0], part[1].number(), part[2]) : std::nullopt;
@@ -192,7 +192,7 @@ struct TypedDate::Order {
     return month.isShort() ? dayOf(part[2], month.number(), day) : std::nullopt;
   }
 
-  /// Of two numbers, between which or before which the month was named.
+  /// Assigns two numbers; the month's name was before or between them.
   std::optional<Day> ofNamedMonth(const Token& first, int month, const Token& last) const {
     const bool yearLeads = first.isYear() || (yearBeforeName && !last.isYear());
     return yearLeads ? dayOf(first, month, last) : dayOf(last, month, first);
@@ -203,12 +203,12 @@ struct TypedDate::Order {
   bool dayBeforeMonth;
 };
 
-/// The months by their names in a locale and in English, without regard to case and accents.
+/// Month names in a locale and in English. Ignores case and accents.
 class TypedDate::MonthNames {
 public:
   explicit MonthNames(const std::string& locale) : m_local(locale), m_english("en") {}
 
-  /// 1 to 12; 0 when the word is no month, or could be two of them.
+  /// Returns 1 to 12, or 0 if the word is unknown or ambiguous.
   int month(const String& word) const {
     const int local = m_local.exact(word);
     if (local > 0)
@@ -246,7 +246,7 @@ private:
       return 0;
     }
 
-    /// A name is begun by at least three letters.
+    /// Months whose names begin with the word. It needs at least three letters.
     std::set<int> begunBy(const String& word) const {
       constexpr std::int32_t FEWEST_LETTERS = 3;
       const icu::UnicodeString typed = toIcu(word);
@@ -259,7 +259,7 @@ private:
     }
 
   private:
-    /// A name that is a number, as of months in Chinese, tells nothing.
+    /// Skips names that are numbers, as in Chinese.
     void addName(int month, icu::UnicodeString name) {
       name.findAndReplace(icu::UnicodeString(u'.'), icu::UnicodeString());
       if (!name.isEmpty() && u_isalpha(name.char32At(0)))

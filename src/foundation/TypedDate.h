@@ -8,22 +8,21 @@ namespace Tallymoor {
 
 class ShortDatePicture;
 
-/// Reads dates as people type them: "1/11/2023", "01/11/23", "2023-11-01", "1 Nov 2023", "1.11.2023", and
-/// what the locale itself writes, such as "1 de noviembre de 2023". Day and month stand in the order of the
-/// locale. A month may be written in the locale's language or in English, whole or shortened to what can be
-/// no other month. A year has two digits or four; with four it may come first, and then month and day follow.
-/// Blanks around any part are ignored, and digits of other scripts count as digits.
+/// Reads typed dates: "1/11/2023", "01/11/23", "2023-11-01", "1 Nov 2023", "1.11.2023", and the locale's own
+/// forms ("1 de noviembre de 2023"). Day and month are in the locale's order. A month's name can be in the
+/// locale's language or in English, complete or abbreviated to an unambiguous prefix. A year has two or four
+/// digits; a four-digit year may come first, followed by month and day. Blanks around the parts are ignored.
+/// Digits of all scripts are accepted.
 ///
-/// What could be two different days in one locale, or is no day at all, as 29 February of most years, is not
-/// read. Records and pages have forms of their own; this is for forms alone. Never changes: safe on any
-/// thread.
+/// Rejects ambiguous dates and invalid days, like 29 February of most years. For input fields only: documents
+/// and pages have their own formats. Immutable and thread-safe.
 class TypedDate {
 public:
-  /// The picture is the user's short form, which says the order; the locale such as "en_AU".
+  /// The picture is the user's short form, which determines the order. The locale is a name like "en_AU".
   TypedDate(const ShortDatePicture& picture, const std::string& locale);
   ~TypedDate();
 
-  /// True when the text is a date; it is filled then only.
+  /// Returns true and sets the date if the text is a date. Otherwise leaves the date unchanged.
   bool read(const String& text, Date& date) const;
 
 private:

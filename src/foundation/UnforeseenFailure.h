@@ -3,19 +3,18 @@
 
 namespace Tallymoor {
 
-/// What the standard library or another library threw where nobody had foreseen it.
+/// Wraps an exception of the standard library or another library that was not expected.
 class UnforeseenFailure : public Exception {
 public:
   using Exception::Exception;
   void typeName(String& text) const override;
 };
 
-/// For a catch clause of everything: the exception under way, in words for the user. Not for one that is an
-/// Exception already.
+/// For a catch-all clause: describes the current exception for the user. Not for an Exception.
 UnforeseenFailure unforeseenFailure();
 
-/// Runs the work. Whatever it throws comes out as an Exception, one from outside that family as
-/// UnforeseenFailure, so that one catch clause serves both.
+/// Runs the work. Passes an Exception on and converts any other exception to UnforeseenFailure, so that
+/// callers need only one catch clause.
 template <class Work>
 void withUnforeseenFailures(Work&& work) {
   try {

@@ -7,7 +7,7 @@
 
 namespace Tallymoor {
 
-/// Makes a system call, again as long as a signal interrupts it, and gives its result.
+/// Repeats a system call while a signal interrupts it. Returns its result.
 template <class SystemCall>
 auto uninterrupted(SystemCall call) {
   auto result = call();
@@ -16,7 +16,7 @@ auto uninterrupted(SystemCall call) {
   return result;
 }
 
-/// The same for work by the standard library, which throws.
+/// The same for std::filesystem operations, which throw.
 template <class Work>
 auto retryIfInterrupted(Work work) {
   for (;;)
@@ -28,7 +28,7 @@ auto retryIfInterrupted(Work work) {
     }
 }
 
-/// A file as a stream of its bytes; not open when it can't be opened.
+/// Opens a binary stream. Check is_open() for failure.
 inline std::ifstream openToRead(const std::string& path) {
   std::ifstream file;
   do {
@@ -38,7 +38,7 @@ inline std::ifstream openToRead(const std::string& path) {
   return file;
 }
 
-/// Removes a folder with all that is in it, or a file. What can't be removed stays; false then.
+/// Removes a file, or a folder with its content. Returns false if something could not be removed.
 inline bool removeWithContents(const std::filesystem::path& path) {
   try {
     retryIfInterrupted([&path] { std::filesystem::remove_all(path); });

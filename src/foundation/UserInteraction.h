@@ -10,71 +10,70 @@
 
 namespace Tallymoor {
 
-/// Two whole numbers as of a share split: 5:2 for five shares that two became.
+/// A ratio of two integers. For a share split, 5:2 turns two shares into five.
 struct WholeRatio {
   std::int32_t first = 1;
   std::int32_t second = 1;
   bool operator==(const WholeRatio&) const = default;
 };
 
-/// What the folders below the windows may ask of the user and tell him. The main window implements it.
-/// Questions and messages are for the GUI thread; the status texts may be set from any thread.
+/// User interaction for the layers below the windows; the main window implements it. Questions and messages:
+/// GUI thread only. Status texts: any thread.
 class UserInteraction {
 public:
   virtual ~UserInteraction();
 
-  // Message boxes. They come back when the user has closed them.
+  // Message boxes. Each returns after the user has closed it.
   virtual void information(const String& text) = 0;
-  /// True when the answer is Yes.
+  /// True if the answer is Yes.
   virtual bool question(const String& text) = 0;
   virtual void warning(const String& text) = 0;
   virtual void error(const String& text) = 0;
-  /// One error box: the context, a blank, the exception's description.
+  /// Shows an error box: the context, a blank, the exception's description.
   virtual void reportException(const String& context, const Exception& exception) = 0;
 
-  /// The passing text of the status line, and the text that it goes back to. Any thread.
+  /// Set the status line's temporary text and its default text. Any thread.
   virtual void setStatusText(const String& text) = 0;
   virtual void setNormalStatusText(const String& text) = 0;
-  /// Show and end the wait cursor; they nest. WaitCursor calls them in pairs.
+  /// Show and hide the wait cursor. Calls nest; WaitCursor pairs them.
   virtual void beginWait() = 0;
   virtual void endWait() = 0;
 
-  /// A warning that is shown once a run for its key. Level 0 is information, 1 warning, 2 error.
+  /// Shows a warning once per run and key. Level: 0 information, 1 warning, 2 error.
   virtual void warnOnce(const String& text, const String& caption, const String& key, int level) = 0;
 
-  /// The cause of the warning with this key has gone: what still shows of it goes, too.
+  /// The cause of this warning has ended. Removes it from the display.
   virtual void warningOver(const String& key) = 0;
 
-  /// Index of the chosen entry; nothing when the user cancelled.
+  /// Returns the index of the chosen entry. Empty if the user cancelled.
   virtual std::optional<std::size_t> chooseFromList(const String& title, const String& heading,
                                                     const std::vector<String>& entries) = 0;
-  /// Nothing when the user cancelled.
+  /// Empty if the user cancelled.
   virtual std::optional<Date> askDate(const String& title, const String& heading, const Date& initial) = 0;
-  /// Nothing when the user cancelled; otherwise two numbers from 1 to the maximum. The remark says what they
-  /// stand for.
+  /// Asks for two numbers from 1 to the maximum. The remark explains them. Empty if the user cancelled.
   virtual std::optional<WholeRatio> askRatio(const String& title, const String& heading, const String& remark,
                                              std::int32_t maximum, const WholeRatio& initial) = 0;
 
-  /// Runs the work under a modal progress dialog; false when the user cancelled it.
+  /// Runs the work under a modal progress dialog. Returns false if the user cancelled.
   virtual bool runLengthy(const String& caption, const String& heading, unsigned steps,
                           HasLengthyFunctions& work, int argument) = 0;
 
-  /// True from when the user (Escape, or Cancel of the progress dialog) or the system (a signal that ends the
-  /// program) wants the work under way to end, until its handler has returned. Looks without running any
-  /// handler, so that a fetch may ask this in its midst. GUI thread.
+  /// True if the user (Escape, or Cancel in the progress dialog) or a termination signal asked to stop the
+  /// current work. Reset when the work's handler returns. Runs no event handlers, so a fetch may poll it. GUI
+  /// thread.
   virtual bool isStopWanted();
 
-  /// The windows' side. Throws Exception "MainWindow::Instance - no MainWindow yet!" when there is none.
+  /// The main window. Throws Exception "MainWindow::Instance - no MainWindow yet!" if there is none.
   static UserInteraction& Instance();
   static bool exists();
-  /// Not owned; null takes it away.
+  /// Not owned. Null removes it.
   static void setInstance(UserInteraction* interaction);
 };
 
-/// The wait cursor for a scope. It ends before any question; end() may be called early, once.
+/// Shows the wait cursor for a scope. Call end() to hide it earlier, before a question for example.
 class WaitCursor {
 public:
-  /// Does nothing while a background pass runs or when there is no window.
+  /// Does nothing during a background pass or without a main window.
   explicit WaitCursor(bool wanted = true);
   ~WaitCursor();
   void end();

@@ -2,12 +2,12 @@
 
 namespace Tallymoor {
 
-/// What a file version record in an image begins with; the four numbers follow, joined by points. It can be
-/// seen with strings(1) or what(1). Update checks of released programs look for it: it must stay as it is.
+/// Start of the file version record in an image; the four numbers follow, separated by points. Readable with
+/// strings(1) and what(1). The update check of released versions searches for it, so it must not change.
 #define TALLYMOOR_VERSION_MARK "@(#)Brindlecove file version "
 
-/// Puts a version record into the image that this stands in, once an image, at namespace scope of one of its
-/// own sources: TALLYMOOR_VERSION_RECORD("1.3.1.510");
+/// Defines the version record of an image. Use it once per image, at namespace scope of one of its sources:
+/// TALLYMOOR_VERSION_RECORD("1.3.1.510");
 #define TALLYMOOR_VERSION_RECORD(numbers)                                                                    \
   extern "C" {                                                                                               \
   __attribute__((used, section(".tallymoor_version"))) extern const char tallymoorVersionRecord[] =          \

@@ -2,10 +2,10 @@
 
 namespace Tallymoor {
 
-/// Makes the XML library ready; safe to call often and from any thread.
+/// Initialises the XML library. Thread-safe; may be called repeatedly.
 void ensureXmlLibrary();
-/// Ends the XML library after all threads have been joined; the transcoders go first. Nothing may convert
-/// text afterwards.
+/// Terminates the XML library and releases the transcoders. Call it after all threads have ended. No text
+/// conversion may follow.
 void terminateXmlLibrary();
 
 } // namespace Tallymoor

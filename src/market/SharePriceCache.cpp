@@ -1,6 +1,7 @@
 #include "market/SharePriceCache.h"
 #include "foundation/Amounts.h"
 #include "foundation/Constants.h"
+#include "foundation/FileName.h"
 #include "foundation/FileReplacement.h"
 #include "market/PriceCacheFile.h"
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "shell/TrayController.h"
 #include "desktop/DesktopTray.h"
-#include "foundation/FileReplacement.h"
+#include "foundation/FileName.h"
 #include "foundation/RunTimeSettings.h"
 #include "foundation/Settings.h"
 #include "shell/TallymoorWindow.h"
