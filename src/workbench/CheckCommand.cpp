@@ -73,7 +73,7 @@ std::unique_ptr<WebPage> CheckCommand::pageFor(const XMLElement& part, std::size
   const URL url = address(part);
   m_out.line(u"Address: " + url.whole());
   if (!m_options.code && number >= m_options.pages.size()) {
-    m_out.line(u"No page to try it on: name a saved one with --page, or have one fetched with --code.");
+    m_out.line(u"No page to test: give a saved page with --page, or fetch one with --code.");
     return nullptr;
   }
   std::unique_ptr<WebPage> page;
@@ -109,19 +109,19 @@ bool CheckCommand::showPrice(const XMLElement& source, const WebPage& page) {
     return false;
   m_out.line();
   if (priceLocator(source).format() != VALUE_FORMAT_FLOAT) {
-    m_out.line(u"STOPPED: the TagLocator must say format=\"Float\"; without it the program takes no price.");
+    m_out.line(u"STOPPED: the TagLocator must have format=\"Float\"; without it the program reads no price.");
     return false;
   }
   const String remark = remarkOnNumber(tag->text());
   if (!remark.empty()) {
-    m_out.line(u"WRONG: " + remark + u". The program takes no price from it.");
+    m_out.line(u"WRONG: " + remark + u". The program reads no price from it.");
     return false;
   }
   const double price = DataSource::readCurrentPrice(static_cast<const XMLCurrentPrice&>(source), page.root());
   m_out.line(u"The price: " + inQuotes(tag->textView()) + u" reads as " + String::fromDouble(price, 4));
   if (price > 0.0)
     return true;
-  m_out.line(u"WRONG: that is no price. The program passes over a price of 0.");
+  m_out.line(u"WRONG: this is not a price. The program ignores a price of 0.");
   return false;
 }
 
@@ -129,7 +129,7 @@ bool CheckCommand::checkHistory(const XMLElement& source) {
   const int entries = static_cast<const XMLHistoricalPrices&>(source).maxEntries();
   m_out.line(u"Rows on a page: " + String::fromLong(entries) + u" at the most (maxEntries)");
   if (entries <= 0)
-    m_out.line(u"Mind: with that number a single day is asked for at a time.");
+    m_out.line(u"Note: with this number the program fetches one day at a time.");
   const std::unique_ptr<WebPage> page = pageFor(source, 0);
   if (!page)
     return true;
@@ -166,14 +166,14 @@ void CheckCommand::showHelp(const WebPage& page, const char16_t* command) const 
   const String fileName = m_options.code ? String(m_options.saveTo.c_str()) : page.name();
   m_out.line();
   if (fileName.empty())
-    m_out.line(u"To go on, keep the page in a file: run this again with --save FILE.");
+    m_out.line(u"To continue, save the page: run this again with --save FILE.");
   if (m_document->kind() == LocatorDocument::Kind::CodeSearch && m_options.code)
     m_out.line(u"If the source says that nothing matches, try another text first.");
-  m_out.line(String(isTable ? u"To mend the document, take the texts of one row from the page, and let\n"
-                            : u"To mend the document, take the value from the page, and let\n") +
+  m_out.line(String(isTable ? u"To repair the document, copy the texts of one row from the page and run\n"
+                            : u"To repair the document, copy the value from the page and run\n") +
              u"  tallymoor-locator " + String(command) + u" " + (fileName.empty() ? u"FILE" : fileName) +
-             String(isTable ? u" TEXT TEXT ...\npropose a TableLocator for it."
-                            : u" VALUE\npropose steps that lead to it."));
+             String(isTable ? u" TEXT TEXT ...\nto get a TableLocator for it."
+                            : u" VALUE\nto get the steps to it."));
 }
 
 } // namespace Tallymoor

@@ -16,15 +16,15 @@ class WebPage;
 class XMLElement;
 class XMLTagLocator;
 
-/// Tries a locator document on a page, and shows what the program would do with it.
+/// Tries a locator document on a page and shows what the program would read.
 class CheckCommand {
 public:
   struct Options {
     std::string document;
-    std::vector<std::string> pages; ///< saved ones; several for a search that asks several pages
-    std::optional<String> code;     ///< a code or text to fetch the page for
-    std::string saveTo;             ///< where to keep the fetched page; empty for nowhere
-    String domain;                  ///< the source to check; empty for the one in use
+    std::vector<std::string> pages; ///< Saved pages; a search over several pages needs several.
+    std::optional<String> code;     ///< A code or text for which to fetch the page.
+    std::string saveTo;             ///< File for the fetched page; empty to keep none.
+    String domain;                  ///< The source to check; empty for the active one.
     bool allRows = false;
   };
   using ClientFactory = std::function<std::unique_ptr<HTTPClient>()>;
@@ -32,15 +32,15 @@ public:
   CheckCommand(PlainOutput& out, Options options, ClientFactory makeClient);
   ~CheckCommand();
 
-  /// True when the program would get from the pages what it wants, and without a page when the document is
-  /// sound. Throws WorkbenchFailure.
+  /// True if the program could read what it needs from the pages, or, without a page, if the document is
+  /// valid. Throws WorkbenchFailure.
   bool run();
 
 private:
   bool checkPrice(const XMLElement& source);
   bool checkHistory(const XMLElement& source);
   bool checkSearch(const XMLElement& source);
-  /// The page that a locator is tried on, from where the options say; null when they name none for it.
+  /// The page for a locator, from the options. Null if they name none.
   std::unique_ptr<WebPage> pageFor(const XMLElement& part, std::size_t number);
   URL address(const XMLElement& part) const;
   bool showPrice(const XMLElement& source, const WebPage& page);

@@ -3,10 +3,10 @@
 
 namespace Tallymoor {
 
-// The types of columns by the names that documents use.
+// Conversion between column types and their names in documents.
 
 String columnTypeName(ColumnType type);
-/// COLUMN_TYPE_NONE for a name that is not known.
+/// COLUMN_TYPE_NONE if the name is unknown.
 ColumnType columnTypeNamed(const String& name);
 
 } // namespace Tallymoor

@@ -20,13 +20,13 @@ constexpr std::size_t MOST_TAGS = 10;
 const char16_t* title(LocatorWay::By by) {
   switch (by) {
   case LocatorWay::By::Label:
-    return u"From the label before it, which holds as long as the label stays:";
+    return u"From the label before it; works until the label changes:";
   case LocatorWay::By::Attribute:
-    return u"From the nearest tag with a mark of its own:";
+    return u"From the nearest tag with an identifying attribute:";
   case LocatorWay::By::Position:
     break;
   }
-  return u"By position, which holds as long as nothing is put before it:";
+  return u"By position; works until something is inserted before it:";
 }
 
 bool looksLikeAmount(const String& text) {
@@ -44,7 +44,7 @@ bool FindCommand::run() {
   std::vector<const HTMLTag*> tags = found.whole;
   tags.insert(tags.end(), found.part.begin(), found.part.end());
   if (tags.empty()) {
-    m_out.line(u"No tag holds the text " + inQuotes(m_text) + u".");
+    m_out.line(u"No tag contains the text " + inQuotes(m_text) + u".");
     m_out.line(TextOnPage::whyNotInTags(page.text(), m_text));
     return false;
   }
@@ -59,7 +59,8 @@ bool FindCommand::run() {
     m_out.line(u"\n" + numberText(tags.size() - MOST_TAGS) +
                u" more are not shown. A longer text finds fewer.");
   if (reached)
-    m_out.line(u"\nTake one that fits the pages of all stocks: no label or mark that names this one.");
+    m_out.line(
+        u"\nUse one that fits the pages of all stocks, without a label or attribute that names this stock.");
   return reached;
 }
 
@@ -70,7 +71,7 @@ bool FindCommand::showTag(const WebPage& page, const HTMLTag& tag, std::size_t n
   if (looksLikeAmount(m_text)) {
     const String remark = remarkOnNumber(tag.text());
     m_out.line(remark.empty() ? u"as a number it reads as " + String::fromDouble(requireFigure(tag.text()), 4)
-                              : u"Mind: " + remark + u".",
+                              : u"Note: " + remark + u".",
                1);
   }
   const std::vector<LocatorWay> ways = LocatorWay::to(tag, *page.root());
@@ -82,7 +83,7 @@ bool FindCommand::showTag(const WebPage& page, const HTMLTag& tag, std::size_t n
   }
   if (ways.empty())
     m_out.line(
-        u"No walk leads there from <html>: the page's tags are closed in too odd an order, or nested too "
+        u"No walk leads there from <html>: the page's tags are closed in an irregular order, or nested too "
         u"deeply.",
         1);
   return !ways.empty();

@@ -8,13 +8,13 @@ class HTMLTag;
 class PlainOutput;
 class WebPage;
 
-/// Shows which tags of a page hold a text, and proposes the walks that lead to them.
+/// Lists the tags of a page that contain a text and proposes walks to them.
 class FindCommand {
 public:
   FindCommand(PlainOutput& out, const std::string& page, const String& text)
       : m_out(out), m_page(page), m_text(text) {}
 
-  /// True when a walk leads to at least one of them. Throws WorkbenchFailure.
+  /// True if a walk leads to at least one of the tags. Throws WorkbenchFailure.
   bool run();
 
 private:

@@ -9,11 +9,11 @@
 
 namespace Tallymoor {
 
-/// One of the kinds of documents.
+/// A kind of locator document.
 struct LocatorDocument::Form {
   Kind kind;
   std::u16string_view root;
-  std::u16string_view sources; ///< the reference name
+  std::u16string_view sources; ///< The reference name.
   const char16_t* what;
   String fileName;
   XMLElement::Factory make;
@@ -21,7 +21,7 @@ struct LocatorDocument::Form {
 
 namespace {
 
-/// Reads the name of a document's first tag and passes over all else.
+/// Reads the name of the root element and ignores everything else.
 class RootName : public XMLElement {
 public:
   RootName() : XMLElement(u"") {}
@@ -43,7 +43,7 @@ String rootOf(const String& path) {
   try {
     root.decode(path);
   } catch (const XMLException& failure) {
-    fail(path, u"this is no sound XML document.\n" + failure.message());
+    fail(path, u"this is not valid XML.\n" + failure.message());
   }
   return root.found;
 }
@@ -58,8 +58,8 @@ String messageOfDecoding(XMLElement::Factory make, const std::string& text) {
   return String();
 }
 
-/// The line at which a document breaks its form: that of the shortest piece from its head that is refused
-/// with the same words. A piece that ends before is refused only for its end.
+/// The line of an error: the length of the shortest prefix of the document that is rejected with the same
+/// message. A shorter prefix is rejected with another message, for being incomplete.
 std::size_t lineOfFault(XMLElement::Factory make, const std::string& text, const String& message) {
   std::size_t good = 0;
   std::size_t bad = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) + 1;
@@ -76,27 +76,27 @@ std::size_t lineOfFault(XMLElement::Factory make, const std::string& text, const
   return bad;
 }
 
-/// The reader's words for a broken form, in the words of documents.
+/// Translates the reader's message into terms of the document.
 String meaningOf(const String& message) {
   if (message.contains(u"pFoundSubElementRego == NULL"))
-    return u"An element stands there that does not belong in " + message.substr(message.find(u" in ") + 4) +
-           u": its name is wrong, it stands in the wrong order, or there is one too many.";
+    return u"There is an unexpected element in " + message.substr(message.find(u" in ") + 4) +
+           u": its name or its place in the order is wrong, or there is one too many.";
   if (message.contains(u"missing attribute"))
-    return u"An element ends there without an attribute that it must have.";
+    return u"An element lacks a required attribute.";
   if (message.contains(u"both are present"))
-    return u"A TagFind holds a TagSearch and a TagMove; it must hold one of them.";
+    return u"A TagFind contains a TagSearch and a TagMove; it must contain one of them.";
   if (message.contains(u"neither are present"))
-    return u"A TagFind holds neither a TagSearch nor a TagMove.";
-  return u"An element ends there without something that it must hold.";
+    return u"A TagFind contains neither a TagSearch nor a TagMove.";
+  return u"An element lacks a required element.";
 }
 
 void readDocument(const String& path, const std::string& bytes, XMLElement& root, XMLElement::Factory make) {
   try {
     root.decode(path);
-    root.attribute(u"active"); // a root that is not the whole document would lack it
+    root.attribute(u"active"); // Fails if the document ended before its root was complete.
   } catch (const XMLException& failure) {
     const String& message = failure.message();
-    String place = u"this locator document breaks the form";
+    String place = u"this locator document is invalid";
     if (messageOfDecoding(make, bytes) == message)
       place += u" at line " + numberText(lineOfFault(make, bytes, message));
     fail(path, place + u".\n" + meaningOf(message) + u"\n(" + message + u")");
@@ -137,10 +137,8 @@ const XMLElement& LocatorDocument::source(const String& domain) const {
     if (source.attribute(u"domain") == wanted)
       return source;
   }
-  fail(m_path, String(domain.empty() ? u"its \"active\" names" : u"there is") +
-                   u" no source with the domain " + inQuotes(wanted) +
-                   String(domain.empty() ? u" as one that it holds" : u"") + u".\nIts sources are: " +
-                   sourceNames());
+  fail(m_path, String(domain.empty() ? u"its active source " : u"the source ") + inQuotes(wanted) +
+                   u" does not exist.\nIts sources are: " + sourceNames());
 }
 
 String LocatorDocument::sourceNames() const {
@@ -154,7 +152,7 @@ void LocatorDocument::show(PlainOutput& out) const {
   out.line(u"Document: " + m_path + u", for " + m_form->what + u", version " + m_root->attribute(u"version"));
   out.line(u"Sources: " + sourceNames() + u"; in use is " + inQuotes(m_root->attribute(u"active")));
   if (!m_path.contains(m_form->fileName))
-    out.line(u"The program looks for such a document under the name " + m_form->fileName + u".");
+    out.line(u"The program reads this kind of document from the file " + m_form->fileName + u".");
 }
 
 } // namespace Tallymoor

@@ -8,20 +8,20 @@ namespace Tallymoor {
 
 class PlainOutput;
 
-/// A locator document from a file, of whichever of the three kinds its root says.
+/// A locator document read from a file. Its root element determines which of the three kinds it is.
 class LocatorDocument {
 public:
   enum class Kind { CurrentPrices, HistoricalPrices, CodeSearch };
 
-  /// Throws WorkbenchFailure for a file that can't be read or holds something else, and for one that breaks
-  /// the form, with the line.
+  /// Throws WorkbenchFailure if the file can't be read, is no locator document or is invalid; then with the
+  /// line.
   explicit LocatorDocument(const std::string& path);
 
   Kind kind() const;
-  /// The source with this domain, the first of several; an empty text stands for the one in use. Throws
-  /// WorkbenchFailure when there is none.
+  /// The first source with this domain; an empty domain selects the active one. Throws WorkbenchFailure if
+  /// there is none.
   const XMLElement& source(const String& domain) const;
-  /// What it is, and the sources that it describes.
+  /// Shows the kind of document and its sources.
   void show(PlainOutput& out) const;
 
 private:

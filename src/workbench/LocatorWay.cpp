@@ -15,7 +15,7 @@ namespace {
 
 using Way = std::optional<LocatorWay>;
 
-constexpr std::size_t DEEPEST = 200; ///< a page this deep is no page of prices
+constexpr std::size_t DEEPEST = 200; ///< No page of prices is nested this deep.
 
 XMLElement& addStep(XMLTagLocator& locator, XMLElement* step, std::u16string_view kind) {
   auto find = std::make_unique<XMLTagFind>();
@@ -31,7 +31,7 @@ std::size_t depth(const HTMLTag& tag) {
   return count;
 }
 
-/// The way itself when it leads where it should.
+/// Returns the walk if it leads to the target, otherwise nothing.
 Way tried(LocatorWay way, const HTMLTag& target, const HTMLTag& root) {
   if (way.locator.numSubElements(u"TagFinds") == 0)
     return std::nullopt;
@@ -60,8 +60,8 @@ Way fromAttribute(const HTMLTag& marked, const String& attribute, const HTMLTag&
                                                              : std::nullopt;
 }
 
-/// From the nearest tag around the target, or the target itself, that bears a mark. What names a tag goes
-/// before what styles it; a value's own style may change with the value.
+/// Starts at the nearest tag with an identifying attribute, at the target or above it. Prefers naming
+/// attributes to styling ones, because a value's style can change with the value.
 Way byAttribute(const HTMLTag& target, const HTMLTag& root) {
   static const std::array<String, 2> NAMING{u"id", u"name"};
   static const std::array<String, 2> STYLING{u"class", u"summary"};
@@ -78,7 +78,7 @@ Way byAttribute(const HTMLTag& target, const HTMLTag& root) {
   return std::nullopt;
 }
 
-/// True for a text that looks like the name of a value and not like a value.
+/// True if the text looks like the label of a value.
 bool isLabel(const HTMLTag& tag) {
   constexpr std::size_t LONGEST = 60;
   const std::u16string_view text = tag.textView();
@@ -90,7 +90,7 @@ bool isLabel(const HTMLTag& tag) {
          std::any_of(text.begin(), text.end(), isLetter) && std::none_of(text.begin(), text.end(), isDigit);
 }
 
-/// From a label that stands before the target, or before a tag around it.
+/// Starts at a label before the target or before one of its ancestors.
 Way byLabel(const HTMLTag& target, const HTMLTag& root) {
   constexpr std::size_t LEVELS = 4;
   constexpr std::size_t NEAREST = 4;
@@ -173,7 +173,7 @@ std::vector<LocatorWay> LocatorWay::withoutLabels(const HTMLTag& target, const H
   std::vector<LocatorWay> ways;
   if (depth(target) > DEEPEST)
     return ways;
-  // A walk has a step at least, so the root itself is only reached by a mark of its own.
+  // A walk needs at least one step, so only a search by attribute can lead to the root itself.
   if (const auto attributes = root.attributes(); &target == &root && !attributes.empty())
     add(ways, fromAttribute(root, attributes.begin()->first, root, root));
   add(ways, byAttribute(target, root));

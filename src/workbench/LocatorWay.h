@@ -6,26 +6,25 @@ namespace Tallymoor {
 
 class HTMLTag;
 
-/// A walk that leads from a page's root to a tag, tried before it is proposed.
+/// A walk from a page's root to a tag. Walks are tested before they are proposed.
 struct LocatorWay {
   enum class By { Label, Attribute, Position };
 
   By by;
   XMLTagLocator locator;
 
-  /// The ways to a tag, the one first that is likely to go on leading there when the page changes. None where
-  /// no walk leads to the tag.
+  /// All walks found, the one least likely to break first. Empty if there is none.
   static std::vector<LocatorWay> to(const HTMLTag& target, const HTMLTag& root);
-  /// Those that don't go by a label: for what is no single value.
+  /// The walks that don't start at a label, for a target that is not a single value.
   static std::vector<LocatorWay> withoutLabels(const HTMLTag& target, const HTMLTag& root);
 
-  // --- For building walks
+  // --- Building blocks of walks
 
   static void addSearchByText(XMLTagLocator& locator, const HTMLTag& tag);
   static void addSearchByAttribute(XMLTagLocator& locator, const HTMLTag& tag, const String& attribute);
-  /// A move along the siblings from one tag to another behind it. False where none leads there.
+  /// Adds a move from one sibling to a later one. False if there is none.
   static bool addMoveDown(XMLTagLocator& locator, const HTMLTag& from, const HTMLTag& to);
-  /// As HTMLTagLocator::fillTagMovesFor; false where there is no way down.
+  /// Like HTMLTagLocator::fillTagMovesFor. False if `to` is not inside `from`.
   static bool addMovesIn(XMLTagLocator& locator, const HTMLTag& from, const HTMLTag& to);
 };
 

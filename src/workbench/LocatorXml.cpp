@@ -19,7 +19,7 @@ String escaped(const String& value) {
   for (const char16_t unit : value) {
     const bool isMarkup = unit == u'&' || unit == u'<' || unit == u'>' || unit == u'"';
     const String one(1, unit);
-    // The last: a no-break space looks like any other.
+    // 0xA0 is the no-break space, which looks like a normal one.
     const bool isInvisible = PlainOutput::harmless(one) != one || unit == 0xA0;
     text += isMarkup || isInvisible ? characterReference(unit) : one;
   }

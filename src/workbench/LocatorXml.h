@@ -6,8 +6,8 @@ namespace Tallymoor {
 class PlainOutput;
 class XMLElement;
 
-// Locators as a person would write them into a document: indented, ready to be pasted. What a terminal or an
-// editor could spoil is written as a character reference.
+// Formats locators as indented XML, ready to be pasted into a document. Characters that a terminal or an
+// editor could change are written as character references.
 
 void writeTagLocator(PlainOutput& out, const XMLElement& tagLocator, unsigned level);
 void writeTableLocator(PlainOutput& out, const XMLElement& tableLocator, unsigned level);

@@ -11,7 +11,7 @@ bool isDigit(char16_t unit) {
   return unit >= u'0' && unit <= u'9';
 }
 
-/// Where the number at the head of a text without blanks in front ends.
+/// End of the number at the start of a text, which has no leading blanks.
 std::size_t endOfNumber(const String& text) {
   std::size_t end = !text.empty() && (text[0] == u'-' || text[0] == u'+') ? 1 : 0;
   while (end < text.size() && (isDigit(text[end]) || text[end] == u'.' || text[end] == u','))
@@ -34,10 +34,9 @@ String remarkOnNumber(const String& text) {
   if (readFigure(text))
     return String();
   if (!holdsDigits(text))
-    return inQuotes(text) + u" is no number";
-  return inQuotes(text) +
-         u" can't be read as a number: there is something in front of it, a comma that does not divide "
-         u"thousands, or something behind it that may belong to it";
+    return inQuotes(text) + u" is not a number";
+  return inQuotes(text) + u" can't be read as a number: it has text before it, a comma that does not "
+                          u"separate thousands, or text after it that could belong to it";
 }
 
 String remarkOnVolume(const String& text) {

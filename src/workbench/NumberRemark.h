@@ -3,13 +3,13 @@
 
 namespace Tallymoor {
 
-/// Why the program does not read a text of a page as a number. Empty when it does.
+/// Explains why the program can't read a text as a number. Empty if it can.
 String remarkOnNumber(const String& text);
 
-/// The same for a number of shares, which may be shortened.
+/// The same for a volume, which may be abbreviated.
 String remarkOnVolume(const String& text);
 
-/// True when the text begins with a number for the program, be it 0.
+/// True if the program reads a number at the start of the text, even 0.
 bool beginsWithNumber(const String& text);
 
 } // namespace Tallymoor

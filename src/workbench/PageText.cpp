@@ -36,7 +36,7 @@ std::optional<char16_t> characterNumbered(const String& digits, int base) {
   return value == 0 || value > 0xFFFF || isSurrogate(unit) ? std::nullopt : std::optional(unit);
 }
 
-/// What stands between "&" and ";".
+/// The character of a reference; name is the part between "&" and ";".
 std::optional<char16_t> referenced(const String& name) {
   static constexpr std::array<std::pair<std::u16string_view, char16_t>, 9> NAMES{{{u"nbsp", NO_BREAK_SPACE},
                                                                                   {u"amp", u'&'},
@@ -86,7 +86,7 @@ String onOneLine(std::u16string_view text) {
   return result;
 }
 
-/// A tag's attributes, those first by which pages are mended.
+/// A tag's attributes, the most useful ones for a locator first.
 std::vector<std::pair<String, String>> inOrderOfUse(const HTMLTag& tag) {
   const std::map<String, String> values = tag.attributes();
   std::vector<std::pair<String, String>> order(values.begin(), values.end());
@@ -116,7 +116,7 @@ String asShown(std::u16string_view text) {
 }
 
 String shortened(std::u16string_view text, std::size_t most) {
-  // Cut first: a page's text may be megabytes of blanks.
+  // Cut first, because the text may contain megabytes of blanks.
   const String line = onOneLine(text.substr(0, 8 * most));
   const bool whole = line.size() <= most && text.size() <= 8 * most;
   return whole ? line : line.substr(0, most) + u"...";

@@ -7,29 +7,28 @@ namespace Tallymoor {
 
 class HTMLTag;
 
-// How the workbench shows pieces of a page.
+// Display of parts of a page.
 
-/// The text as a browser shows it: runs of white space are one blank, none at the ends, and the common
-/// character references are replaced by what they stand for.
+/// The text as a browser shows it: collapses and trims white space and replaces common character references.
 String asShown(std::u16string_view text);
-/// On one line and cut to a length that leaves room for more on it.
+/// One line, cut to a maximum length.
 String shortened(std::u16string_view text, std::size_t most = 60);
-/// The same in quotation marks.
+/// The shortened text in quotation marks.
 String inQuotes(std::u16string_view text);
-/// As in "1 row" and "3 rows".
+/// "1 row" or "3 rows".
 String counted(std::size_t number, const char16_t* one, const char16_t* many);
-/// With blanks behind it up to the width.
+/// Appends blanks up to the width.
 String padded(const String& text, std::size_t width);
 String numberText(std::size_t number);
 
-/// As in `<td class="price">`: the tag's first attributes, cut.
+/// `<td class="price">`: the tag's first attributes, shortened.
 String tagTitle(const HTMLTag& tag);
-/// The title with the tag's text, or with the number of tags in it.
+/// The title followed by the tag's text, or by the number of tags inside it.
 String tagSummary(const HTMLTag& tag);
-/// The tags around a tag, from the outermost: "html > body > table id="prices" > tr > td".
+/// The path of a tag from the root: "html > body > table id="prices" > tr > td".
 String placeOf(const HTMLTag& tag);
 
-/// True for a text that holds nothing which an XML document can't hold.
+/// True if an XML document can contain the text.
 bool isWritableInXml(std::u16string_view text);
 
 } // namespace Tallymoor

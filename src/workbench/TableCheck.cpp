@@ -32,7 +32,7 @@ String reason(HistoryTable::Reading reading, const Date& day) {
   case HistoryTable::Reading::NoClose:
     return u"its close is empty, as in the row of a dividend";
   case HistoryTable::Reading::UnbelievableDay:
-    return u"its day " + day.toString(DATE_DISPLAY_YMD) + u" lies before 1900 or after tomorrow";
+    return u"its day " + day.toString(DATE_DISPLAY_YMD) + u" is before 1900 or after tomorrow";
   case HistoryTable::Reading::Read:
     break;
   }
@@ -118,7 +118,7 @@ bool TableCheck::hasColumns(Content content) {
   if (missing.empty())
     return true;
   m_out.line();
-  m_out.line(u"STOPPED: the program needs columns of these types too: " + missing);
+  m_out.line(u"STOPPED: the program also needs columns of these types: " + missing);
   return false;
 }
 
@@ -130,8 +130,8 @@ bool TableCheck::showFault() {
   const bool isMissing = fault->kind == TableFault::Kind::MissingCell;
   m_out.line(isMissing ? row + u"has no cell for " + columnName(fault->column) +
                              u". One row that lacks a cell makes the whole table unreadable."
-                       : u"WRONG: " + row + u"is too short: what is read for its " +
-                             columnName(fault->column) + u" belongs to the row behind it.");
+                       : u"WRONG: " + row + u"is too short: the cell read as its " +
+                             columnName(fault->column) + u" belongs to the next row.");
   WalkTrace(m_locator.subElement(u"Columns", fault->column), *fault->row).show(m_out, 1);
   m_out.line(TableFault::ADVICE);
   return true;
@@ -170,7 +170,7 @@ bool TableCheck::showPrices(const HTMLTable& table) {
 
 bool TableCheck::showPriceRow(std::size_t index, const HistoryTable::Row& row) {
   if (row.reading != HistoryTable::Reading::Read) {
-    showRow(index, u"passed over: " + reason(row.reading, row.day), true);
+    showRow(index, u"skipped: " + reason(row.reading, row.day), true);
     return true;
   }
   const ShareValue& value = row.value;
@@ -178,7 +178,7 @@ bool TableCheck::showPriceRow(std::size_t index, const HistoryTable::Row& row) {
   showRow(index,
           padded(row.day.toString(DATE_DISPLAY_YMD), 12) + price(value.close) + price(value.high) +
               price(value.low) + String::fromLong(value.volume) +
-              String(worthless ? u"   <- WRONG: a close of nothing" : u""),
+              String(worthless ? u"   <- WRONG: a close of zero" : u""),
           worthless);
   return !worthless;
 }
@@ -195,9 +195,9 @@ bool TableCheck::showCodes(const HTMLTable& table) {
       ++read;
       showRow(i, inQuotes(found.code) + u", " + inQuotes(found.name) + u", " + inQuotes(found.market), false);
     } else if (row.reading == SearchTable::Reading::NoCode) {
-      showRow(i, u"passed over: its code is empty", true);
+      showRow(i, u"skipped: its code is empty", true);
     } else {
-      showRow(i, u"passed over: " + inQuotes(found.code) + u" begins with E: and can't be traded", true);
+      showRow(i, u"skipped: " + inQuotes(found.code) + u" begins with E: and is not traded", true);
     }
   }
   showCount(table.numRows(), read);
@@ -208,7 +208,7 @@ void TableCheck::showCount(std::size_t rows, std::size_t read) {
   if (m_rowsHidden != 0)
     m_out.line(u"... and " + counted(m_rowsHidden, u"row", u"rows") + u" more; --all shows them", 1);
   m_out.line(counted(rows, u"row", u"rows") + u": " + numberText(read) + u" read, " +
-             numberText(rows - read) + u" passed over.");
+             numberText(rows - read) + u" skipped.");
 }
 
 void TableCheck::showRow(std::size_t row, const String& text, bool notable) {
@@ -236,7 +236,7 @@ void TableCheck::showRemarks() {
   if (m_remarks.empty())
     return;
   m_out.line();
-  m_out.line(u"Mind:");
+  m_out.line(u"Note:");
   for (std::size_t i = 0; i < std::min(m_remarks.size(), REMARKS_SHOWN); ++i)
     m_out.line(m_remarks[i], 1);
   if (m_remarks.size() > REMARKS_SHOWN)

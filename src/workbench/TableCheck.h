@@ -11,30 +11,30 @@ class HTMLTag;
 class PlainOutput;
 class XMLTableLocator;
 
-/// Shows how a table locator reads a page: the walks to the table, to its first row and to the cells of that
-/// row, then the rows as the program takes them, by the classes with which it does.
+/// Shows how a table locator reads a page: the walks to the table, to its first row and to the cells, then
+/// the rows. Uses the same classes as the program.
 class TableCheck {
 public:
   enum class Content { PastPrices, StockCodes };
 
-  /// All is borrowed. Unless all rows are wanted, the list of rows is cut.
+  /// Borrows its arguments. Cuts a long list of rows unless allRows is set.
   TableCheck(PlainOutput& out, const XMLTableLocator& locator, const HTMLTag* page, bool allRows);
 
-  /// True when the program would take something from the table.
+  /// True if the program could read at least one row.
   bool show(Content content);
 
 private:
   bool showWalks();
   bool showColumns(const HTMLTag& row);
   bool hasColumns(Content content);
-  /// True when there is one.
+  /// True if there is a fault.
   bool showFault();
   bool showPrices(const HTMLTable& table);
-  /// False for a row that the program would read wrong.
+  /// False if the program would read the row wrongly.
   bool showPriceRow(std::size_t index, const HistoryTable::Row& row);
   bool showCodes(const HTMLTable& table);
   void showCount(std::size_t rows, std::size_t read);
-  /// A row's line, unless there were enough; one with something to notice is always shown.
+  /// Shows a row unless enough rows were shown. A notable row is always shown.
   void showRow(std::size_t row, const String& text, bool notable);
   void noteNumbers(const HTMLTable& table, std::size_t row);
   void showRemarks();

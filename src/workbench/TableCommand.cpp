@@ -28,7 +28,7 @@ bool isDate(const String& text) {
   }
 }
 
-/// Without a type where the text bears none.
+/// The type is COLUMN_TYPE_NONE if the text names none.
 ExampleCell asGiven(const String& text) {
   const std::size_t sign = text.find(u'=');
   const ColumnType type = sign == String::npos ? COLUMN_TYPE_NONE : columnTypeNamed(text.substr(0, sign));
@@ -37,9 +37,9 @@ ExampleCell asGiven(const String& text) {
 
 [[noreturn]] void failForTypes() {
   throw WorkbenchFailure(WorkbenchFailure::WRONG_COMMAND,
-                         u"it can't be told which column each text is of. Without types the texts are\n"
+                         u"the columns of the texts are unknown. Without types the texts must be\n"
                          u"  date open high low close volume [adjusted close]    or    code name market\n"
-                         u"Otherwise say it for each, as in Date=3-Mar-06 Close=1.52. The types are Date, "
+                         u"Otherwise give the type of each: Date=3-Mar-06 Close=1.52. The types are Date, "
                          u"Open, High, Low, Close,\n"
                          u"Volume, AdjClose, Code, StockName, MarketName.");
 }
@@ -80,7 +80,7 @@ bool TableCommand::run() {
   page.show(m_out);
   const TableProposal proposal(page, m_cells);
   if (!proposal.locator()) {
-    m_out.line(u"No TableLocator is found.");
+    m_out.line(u"No TableLocator was found.");
     m_out.line(proposal.reason());
     return false;
   }
@@ -90,9 +90,10 @@ bool TableCommand::run() {
   writeTableLocator(m_out, *proposal.locator(), 2);
   m_out.line();
   if (proposal.numRows() == 1)
-    m_out.line(u"Mind: it reads this row alone. If the page shows more, their tags do not stand beside it.");
+    m_out.line(
+        u"Note: it reads only this row. If the page shows more rows, their tags are not its siblings.");
   showNotes();
-  m_out.line(u"Put it in the place of the document's TableLocator, and see what the program makes of it:");
+  m_out.line(u"Replace the document's TableLocator with it, then test it:");
   m_out.line(u"tallymoor-locator check DOCUMENT --page " + page.name(), 1);
   return true;
 }
@@ -106,7 +107,7 @@ void TableCommand::showNotes() const {
                           : isAmount(cell.type) ? remarkOnNumber(cell.text)
                                                 : String();
     if (!remark.empty())
-      m_out.line(u"Mind: " + columnTypeName(cell.type) + u": " + remark + u".");
+      m_out.line(u"Note: " + columnTypeName(cell.type) + u": " + remark + u".");
   }
 }
 
@@ -120,16 +121,15 @@ void TableCommand::showMissingColumns() const {
     if (!has(type) && type != COLUMN_TYPE_OPEN && type != COLUMN_TYPE_ADJ_CLOSE)
       missing += (missing.empty() ? u"" : u", ") + columnTypeName(type);
   if (!missing.empty())
-    m_out.line(u"Mind: the program needs these columns too: " + missing + u".");
+    m_out.line(u"Note: the program also needs these columns: " + missing + u".");
 }
 
 void TableCommand::showAlikeTexts() const {
   for (std::size_t i = 0; i < m_cells.size(); ++i)
     for (std::size_t j = i + 1; j < m_cells.size(); ++j)
       if (asShown(m_cells[i].text) == asShown(m_cells[j].text))
-        m_out.line(
-            u"Mind: " + columnTypeName(m_cells[i].type) + u" and " + columnTypeName(m_cells[j].type) +
-            u" have the same text here and may be taken for each other. Take a row whose texts differ.");
+        m_out.line(u"Note: " + columnTypeName(m_cells[i].type) + u" and " + columnTypeName(m_cells[j].type) +
+                   u" have the same text here and can be confused. Use a row whose texts differ.");
 }
 
 } // namespace Tallymoor

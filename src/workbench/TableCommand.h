@@ -8,14 +8,13 @@ namespace Tallymoor {
 
 class PlainOutput;
 
-/// Proposes a table locator for the row of a page that the user gives as an example.
+/// Proposes a table locator for a row of a page, given by the user as an example.
 class TableCommand {
 public:
-  /// The texts may bear their column's type, as in "Close=1.52". Throws WorkbenchFailure where the types
-  /// can't be told.
+  /// A text can name its column's type: "Close=1.52". Throws WorkbenchFailure if a type can't be determined.
   TableCommand(PlainOutput& out, const std::string& page, const std::vector<String>& texts);
 
-  /// True when there is a proposal. Throws WorkbenchFailure.
+  /// True if a locator was found. Throws WorkbenchFailure.
   bool run();
 
 private:

@@ -9,14 +9,14 @@ namespace Tallymoor {
 
 namespace {
 
-/// The first column whose cell the row lacks or takes from the next row.
+/// The first column whose cell is missing in the row or belongs to the next row.
 std::optional<TableFault> faultIn(const XMLTableLocator& locator, const HTMLTag* row, const HTMLTag* next,
                                   HTMLWalkLimit& limit) {
   const std::size_t count = locator.numSubElements(u"Columns");
   for (std::size_t column = 0; column < count; ++column)
     try {
       const HTMLTag* const cell = HTMLTagLocator(&locator.subElement(u"Columns", column))(row, &limit);
-      if (next != nullptr && cell >= next) // tags lie in memory in the order of the page
+      if (next != nullptr && cell >= next) // The tags' order in memory is their order on the page.
         return TableFault{TableFault::Kind::CellOfNextRow, row, 0, column};
     } catch (const HTMLException&) {
       return TableFault{TableFault::Kind::MissingCell, row, 0, column};
@@ -27,7 +27,7 @@ std::optional<TableFault> faultIn(const XMLTableLocator& locator, const HTMLTag*
 } // namespace
 
 std::optional<TableFault> TableFault::find(const XMLTableLocator& locator, const HTMLTag* page) {
-  constexpr std::size_t MOST_STEPS = 20000000; // far above what a page of 10 MB needs
+  constexpr std::size_t MOST_STEPS = 20000000; // Far more than a page of 10 MB needs.
   HTMLWalkLimit limit(MOST_STEPS);
   try {
     std::size_t number = 0;
@@ -40,7 +40,7 @@ std::optional<TableFault> TableFault::find(const XMLTableLocator& locator, const
       }
     }
   } catch (const HTMLException&) {
-    // There is no first row, or the page is nested in itself beyond reason.
+    // There is no first row, or the step limit was reached.
   }
   return std::nullopt;
 }

@@ -7,14 +7,14 @@ namespace Tallymoor {
 class HTMLTag;
 class XMLTableLocator;
 
-/// The first cell that keeps a table from being read right.
+/// The first cell that prevents correct reading of a table.
 struct TableFault {
   enum class Kind {
-    MissingCell,  ///< makes the whole table unreadable
-    CellOfNextRow ///< where rows are not closed, a short one leads on into the next and gives its figures
+    MissingCell,  ///< Makes the whole table unreadable.
+    CellOfNextRow ///< The rows are not closed, and the cell belongs to the next row.
   };
 
-  /// What to do about a row that is too short.
+  /// Advice for a row that is too short.
   static constexpr const char16_t* ADVICE =
       u"If the row belongs to the table, no document can read this page. Many sources can leave such rows "
       u"out:\n"
@@ -22,11 +22,10 @@ struct TableFault {
 
   Kind kind;
   const HTMLTag* row;
-  std::size_t rowNumber; ///< from 0
+  std::size_t rowNumber; ///< From 0.
   std::size_t column;
 
-  /// Nothing where every row that the document leads to has every cell of its own, or where the walk to the
-  /// first row fails already.
+  /// Empty if every row has all its cells, or if the walk to the first row fails.
   static std::optional<TableFault> find(const XMLTableLocator& locator, const HTMLTag* page);
 };
 

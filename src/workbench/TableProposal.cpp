@@ -9,7 +9,6 @@
 #include "workbench/PageText.h"
 #include "workbench/TableFault.h"
 #include "workbench/TagLists.h"
-#include "workbench/TextOnPage.h"
 #include "workbench/WebPage.h"
 #include <algorithm>
 #include <map>
@@ -19,28 +18,10 @@ namespace Tallymoor {
 
 namespace {
 
-constexpr std::ptrdiff_t NEAREST = 50; ///< tags with a text that are looked at to find the one in a row
-constexpr std::size_t LEVELS = 12;     ///< between a cell and its row
-constexpr std::size_t MOST_MARKS = 12; ///< looked at before a row's first cell
-constexpr std::size_t MOST_ROWS = 20;  ///< tried before giving up
+constexpr std::size_t MOST_MARKS = 12; ///< Tags tried before a row's first cell.
 
-/// The tag on the way up from a tag that lies directly in another; null when the other is not above it.
-const HTMLTag* headUnder(const HTMLTag* tag, const HTMLTag& top) {
-  for (std::size_t level = 0; level <= LEVELS && tag != nullptr; ++level, tag = tag->parent())
-    if (tag->parent() == &top)
-      return tag;
-  return nullptr;
-}
-
-std::size_t depthOf(const HTMLTag* tag) {
-  std::size_t depth = 0;
-  for (; tag != nullptr; tag = tag->parent())
-    ++depth;
-  return depth;
-}
-
-/// True for a tag with no other of its name beside it: then the rows are tags around tags like it.
-bool standsAlone(const HTMLTag* tag) {
+/// True if no sibling has the tag's name: the row is then an ancestor of the tag.
+bool hasUniqueName(const HTMLTag* tag) {
   if (tag->parent() == nullptr || tag->parent()->parent() == nullptr)
     return false;
   const std::vector<const HTMLTag*> beside = tagsIn(*tag->parent());
@@ -72,7 +53,7 @@ bool isReadableDate(const String& text) {
   }
 }
 
-/// True for what is no row but a whole table whose rows are not closed.
+/// True for a whole table whose rows are not closed.
 bool holdsSeveralDates(const HTMLTag& tag) {
   const auto isDate = [](const HTMLTag& inside) {
     constexpr std::size_t LONGEST = 20;
@@ -82,8 +63,8 @@ bool holdsSeveralDates(const HTMLTag& tag) {
   return tagsBelow(tag, isDate).size() > 1;
 }
 
-/// A walk from the tag that begins a row to a cell that stands behind it under the same parent, or to the tag
-/// itself, which only a search can reach. False where there is none.
+/// Adds a walk from a row's first tag to a cell in a later sibling, or to the tag itself, which only a search
+/// can reach. False if there is none.
 bool walkFromMark(XMLTagLocator& column, const HTMLTag& mark, const HTMLTag& head, const HTMLTag& cell) {
   if (&mark != &head)
     return LocatorWay::addMoveDown(column, mark, head) && LocatorWay::addMovesIn(column, head, cell);
@@ -98,92 +79,22 @@ bool walkFromMark(XMLTagLocator& column, const HTMLTag& mark, const HTMLTag& hea
 
 TableProposal::TableProposal(const WebPage& page, std::vector<ExampleCell> example)
     : m_page(page), m_example(std::move(example)), m_tagsOnPage(page.root()->countTags()) {
-  if (findTexts())
-    search();
-}
-
-bool TableProposal::findTexts() {
-  for (const ExampleCell& cell : m_example) {
-    TextOnPage found(*m_page.root(), cell.text);
-    Cells& tags = found.whole.empty() ? found.part : found.whole;
-    if (tags.empty()) {
-      m_reason = u"No tag holds the text " + inQuotes(cell.text) + u".\n" +
-                 TextOnPage::whyNotInTags(m_page.text(), cell.text);
-      return false;
-    }
-    m_candidates.push_back(std::move(tags));
-  }
-  m_reason = u"The texts do not stand in one row.";
-  return true;
-}
-
-void TableProposal::search() {
-  // A date may stand in two rows, so the texts may also be found in parts of both, but then the tag around
-  // them is no row and stands less deep.
-  std::size_t deepest = 0;
-  std::vector<std::pair<const HTMLTag*, Cells>> rows;
-  const Cells& rarest =
-      *std::min_element(m_candidates.begin(), m_candidates.end(),
-                        [](const Cells& left, const Cells& right) { return left.size() < right.size(); });
-  for (const HTMLTag* const cell : rarest) {
-    auto [around, cells] = rowAround(cell);
-    if (around == nullptr || depthOf(around) < deepest)
-      continue;
-    if (depthOf(around) > deepest)
-      rows.clear();
-    deepest = depthOf(around);
-    rows.emplace_back(around, std::move(cells));
-  }
-  rows.resize(std::min(rows.size(), MOST_ROWS));
-  for (const auto& [around, cells] : rows) {
+  const ExampleRows rows(page, m_example);
+  m_reason = rows.reason().empty() ? String(u"The texts are not in one row.") : rows.reason();
+  for (const auto& [around, cells] : rows.places()) {
     tryRow(around, cells);
     if (m_best.locator)
       return;
   }
 }
 
-/// The nearest tag around one that holds a tag for each text; null when none does.
-std::pair<const HTMLTag*, TableProposal::Cells> TableProposal::rowAround(const HTMLTag* cell) const {
-  const HTMLTag* around = cell->parent();
-  for (std::size_t level = 0; level < LEVELS && around != nullptr; ++level, around = around->parent()) {
-    Cells cells = cellsIn(*around);
-    if (!cells.empty())
-      return {around, std::move(cells)};
-  }
-  return {nullptr, {}};
-}
-
 void TableProposal::tryRow(const HTMLTag* row, const Cells& cells) {
   tryAround(*row, cells);
-  tryBehindMarks(*row, cells);
-  for (std::size_t level = 0; level < LEVELS && standsAlone(row); ++level) {
+  tryAfterMarks(*row, cells);
+  for (std::size_t level = 0; level < ExampleRows::MOST_LEVELS && hasUniqueName(row); ++level) {
     row = row->parent();
     tryAround(*row, cells);
   }
-}
-
-/// One tag for each text, in the order of the page where there is a choice; none when one is missing.
-TableProposal::Cells TableProposal::cellsIn(const HTMLTag& around) const {
-  Cells cells;
-  for (const Cells& candidates : m_candidates) {
-    // What is in a tag follows it on the page.
-    const auto start = std::lower_bound(candidates.begin(), candidates.end(), &around);
-    const auto end = start + std::min(NEAREST, candidates.end() - start);
-    const HTMLTag* chosen = nullptr;
-    for (auto tag = start; tag != end; ++tag) {
-      if (std::find(cells.begin(), cells.end(), *tag) != cells.end() || !headUnder(*tag, around))
-        continue;
-      const bool isBehind = cells.empty() || *tag > cells.back();
-      if (!chosen || isBehind)
-        chosen = *tag;
-      if (isBehind)
-        break;
-    }
-    if (!chosen)
-      return {};
-    cells.push_back(chosen);
-  }
-  return cells;
 }
 
 void TableProposal::tryAround(const HTMLTag& row, const Cells& cells) {
@@ -199,17 +110,17 @@ void TableProposal::tryAround(const HTMLTag& row, const Cells& cells) {
   tryPlan(plan, cells);
 }
 
-void TableProposal::tryBehindMarks(const HTMLTag& table, const Cells& cells) {
+void TableProposal::tryAfterMarks(const HTMLTag& table, const Cells& cells) {
   Cells heads;
   for (const HTMLTag* const cell : cells)
-    heads.push_back(headUnder(cell, table));
+    heads.push_back(ExampleRows::childAround(cell, table));
   const HTMLTag* const first = *std::min_element(heads.begin(), heads.end());
   Cells marks = tagsBefore(*first);
   marks.resize(std::min(marks.size(), MOST_MARKS));
   noteIfFoundTwice(*first, marks);
   marks.insert(marks.begin(), first);
   for (const HTMLTag* const mark : marks) {
-    // A cell in another tag of the mark's name is in another row.
+    // A cell inside a later tag with the mark's name belongs to another row.
     if (std::any_of(heads.begin(), heads.end(), [mark](const HTMLTag* head) {
           return head != mark && head->nameView() == mark->nameView();
         }))
@@ -225,21 +136,20 @@ void TableProposal::tryBehindMarks(const HTMLTag& table, const Cells& cells) {
   }
 }
 
-/// Where tags stand directly in tags of their own name, those inside are found beside the outer ones as well.
+/// A search also finds tags nested directly in tags of the same name.
 void TableProposal::noteIfFoundTwice(const HTMLTag& cell, const Cells& before) {
   for (const HTMLTag* const tag : before) {
     const bool isSameName = tag->nameView() == cell.nameView();
     const Cells inside = isSameName ? tagsIn(*tag) : Cells();
     if (std::find(inside.begin(), inside.end(), &cell) != inside.end())
-      noteReason(
-          u"The cells are " + tagTitle(cell) + u" in " + tagTitle(*tag) +
-          u": tags directly in tags of the same name. There the program finds the\ncells beside the rows "
-          u"too and can't tell them apart, so no document can read the table.");
+      noteReason(u"The cells are " + tagTitle(cell) + u" in " + tagTitle(*tag) +
+                 u": tags directly in tags of the same name. The program then finds\nthe cells as well as "
+                 u"the rows and can't tell them apart, so no document can read the table.");
   }
 }
 
-/// Keeps what the plan leads to when it reads more rows than what is kept. A table of prices begins with the
-/// first row that holds some; any other with the example, since only the user knows its heading.
+/// Keeps the plan's locator if it reads more rows than the best so far. A price table starts at its first row
+/// of prices, any other table at the example, because headings can't be recognised there.
 void TableProposal::tryPlan(const Plan& plan, const Cells& cells) {
   if (plan.row->parent() == nullptr)
     return;
@@ -254,7 +164,7 @@ void TableProposal::tryPlan(const Plan& plan, const Cells& cells) {
     m_best = std::move(trial);
 }
 
-/// The earliest of the rows of prices before the plan's own that follow each other up to it.
+/// The first of the adjacent price rows before the plan's row.
 const HTMLTag& TableProposal::firstRowOf(const Plan& plan) const {
   const HTMLTag* first = plan.row;
   const HTMLTag* next = plan.row;
@@ -288,7 +198,7 @@ TableProposal::RowKind TableProposal::kindOf(const Plan& plan, const HTMLTag& ro
     return RowKind::Other;
   const String& date = texts[COLUMN_TYPE_DATE];
   if (date.empty() || (texts.contains(COLUMN_TYPE_CLOSE) && texts[COLUMN_TYPE_CLOSE].empty()))
-    return RowKind::PassedOver;
+    return RowKind::Skipped;
   return isReadableDate(date) ? RowKind::Prices : RowKind::Other;
 }
 
@@ -320,7 +230,7 @@ void TableProposal::setTypes(XMLTagLocator& column, std::size_t index) const {
   column.setFormat(formatOf(m_example[index].type));
 }
 
-/// Takes the locator away again when the page can't be read with it.
+/// Reads the page with the trial's locator and removes the locator on failure.
 void TableProposal::read(Trial& trial, const Cells& cells) {
   HTMLTable table(trial.locator.get());
   String fault;
@@ -350,7 +260,7 @@ void TableProposal::read(Trial& trial, const Cells& cells) {
   trial.locator.reset();
 }
 
-/// What is tried first is what is most likely meant, so its failure is the one to tell.
+/// Keeps the first reason, because the most likely plan is tried first.
 void TableProposal::noteReason(const String& reason) {
   if (!m_hasReason)
     m_reason = reason;
@@ -363,11 +273,11 @@ String TableProposal::describe(const TableFault& fault) const {
   return row +
          String(fault.kind == TableFault::Kind::MissingCell
                     ? u"One row that lacks a cell makes a whole table unreadable for the program."
-                    : u"The program would read the row behind it for that.") +
+                    : u"The program would read a cell of the next row instead.") +
          u"\n" + TableFault::ADVICE;
 }
 
-/// The first row whose date the program can't read, in words; empty when there is none.
+/// Describes the first row with an unreadable date. Empty if there is none.
 String TableProposal::unreadableDate(const HTMLTable& table) {
   if (!table.hasColumn(COLUMN_TYPE_DATE))
     return String();
@@ -379,7 +289,7 @@ String TableProposal::unreadableDate(const HTMLTable& table) {
       continue;
     if (!isReadableDate(text))
       return u"row " + numberText(row + 1) + u" has " + inQuotes(text) +
-             u" for its date, and dates must look like 3-Mar-06.";
+             u" as its date; dates must look like 3-Mar-06.";
   }
   return String();
 }

@@ -22,13 +22,13 @@ void showRest(PlainOutput& out, std::size_t count, unsigned level) {
 std::vector<const HTMLTag*> tagsBelow(const HTMLTag& start,
                                       const std::function<bool(const HTMLTag&)>& matches) {
   std::vector<const HTMLTag*> found;
-  // The search looks at every tag once until one pleases it; none does here.
+  // The search visits every tag once, because the predicate never accepts one.
   HTMLTagSearch(start).first([&](const HTMLTag& tag) {
     if (matches(tag))
       found.push_back(&tag);
     return false;
   });
-  std::sort(found.begin(), found.end()); // tags lie in memory in the order of the page
+  std::sort(found.begin(), found.end()); // The tags' order in memory is their order on the page.
   return found;
 }
 

@@ -9,19 +9,19 @@ namespace Tallymoor {
 class HTMLTag;
 class PlainOutput;
 
-// What there is around a tag of a page.
+// Queries around a tag of a page, and their display.
 
-/// The tags below a tag, itself included, that match, in the order of the page.
+/// The matching tags at and below a tag, in page order.
 std::vector<const HTMLTag*> tagsBelow(const HTMLTag& start,
                                       const std::function<bool(const HTMLTag&)>& matches);
-/// The tags directly in it.
+/// The direct children.
 std::vector<const HTMLTag*> tagsIn(const HTMLTag& parent);
-/// Those that follow it under its parent, as a move of a walk sees them.
+/// The following siblings, as a walk's move counts them.
 std::vector<const HTMLTag*> tagsBehind(const HTMLTag& tag);
-/// Those before it under its parent, the nearest first.
+/// The preceding siblings, nearest first.
 std::vector<const HTMLTag*> tagsBefore(const HTMLTag& tag);
 
-/// A line for each tag, with the index by which a move reaches it; the list is cut when it is long.
+/// Shows a line per tag with the index that a move uses. Cuts a long list.
 void showIndexed(PlainOutput& out, const std::vector<const HTMLTag*>& tags, unsigned level);
 /// The same without indexes.
 void showTags(PlainOutput& out, const std::vector<const HTMLTag*>& tags, unsigned level);

@@ -8,7 +8,7 @@ namespace Tallymoor {
 
 namespace {
 
-/// True when the mark that opens something stands nearer before the place than the one that closes it.
+/// True if the last opening mark before the position is not closed.
 bool isWithin(const String& page, std::size_t place, const String& opening, const String& closing) {
   const std::size_t opened = page.rfind(opening, place);
   if (opened == String::npos)
@@ -19,16 +19,15 @@ bool isWithin(const String& page, std::size_t place, const String& opening, cons
 
 String whyNotAt(const String& page, std::size_t place) {
   if (isWithin(page, place, u"<script", u"</script"))
-    return u"in a script. The program runs no scripts, so what they would put on the page does not exist for "
-           u"it. Look for another page of the source that shows the value itself.";
+    return u"in a script. The program runs no scripts, so it does not see what they add. Look for another "
+           u"page of the source that contains the value itself.";
   if (isWithin(page, place, u"<!--", u"-->"))
-    return u"in a comment, which the program passes over.";
+    return u"in a comment, which the program ignores.";
   if (isWithin(page, place, u"<", u">"))
-    return u"inside the brackets of a tag, as a part of an attribute. A walk can only take a tag's text.";
-  return u"as text that belongs to no tag for the program. A tag's text is what stands just before its "
-         u"closing "
-         u"tag; text before an opening tag, or outside of <html>, is passed over. Look for a place where the "
-         u"value stands alone in a tag that is closed.";
+    return u"inside a tag, in an attribute. A walk can only read a tag's text.";
+  return u"as text that the program assigns to no tag. A tag's text is the text just before its closing tag; "
+         u"text before an opening tag or outside of <html> is ignored. Look for a place where the value is "
+         u"alone in a closed tag.";
 }
 
 } // namespace
@@ -50,16 +49,15 @@ TextOnPage::TextOnPage(const HTMLTag& start, const String& text) {
 }
 
 String TextOnPage::whyNotInTags(const String& page, const String& text) {
-  const String lowerPage = page.toLower(); // one unit for one, so places stay
+  const String lowerPage = page.toLower(); // Has the same length, so positions stay valid.
   const std::size_t place = lowerPage.find(text.toLower());
   if (place == String::npos)
-    return u"The page does not hold this text at all. The program gets a page as the server sends it; a "
-           u"browser "
-           u"may show what scripts add later, and save it too. Have the page fetched by check --code CODE "
-           u"--save FILE, and look at that file.";
+    return u"The page does not contain this text. The program reads the page as the server sends it; a "
+           u"browser also shows and saves what scripts add later. Fetch the page with check --code CODE "
+           u"--save FILE and look at that file.";
   const auto line = static_cast<std::size_t>(
       std::count(page.begin(), page.begin() + static_cast<std::ptrdiff_t>(place), u'\n') + 1);
-  return u"It stands on line " + numberText(line) + u" of the page, but " + whyNotAt(lowerPage, place);
+  return u"It is on line " + numberText(line) + u" of the page, but " + whyNotAt(lowerPage, place);
 }
 
 } // namespace Tallymoor

@@ -6,14 +6,14 @@ namespace Tallymoor {
 
 class HTMLTag;
 
-/// The tags of a page that hold a text, in the order of the page. Texts are compared as a browser shows them.
+/// The tags of a page that contain a text, in page order. Compares texts as a browser shows them.
 struct TextOnPage {
-  std::vector<const HTMLTag*> whole; ///< whose text it is
-  std::vector<const HTMLTag*> part;  ///< whose text it is a part of
+  std::vector<const HTMLTag*> whole; ///< Tags with exactly this text.
+  std::vector<const HTMLTag*> part;  ///< Tags with this text and more.
 
   TextOnPage(const HTMLTag& start, const String& text);
 
-  /// Why a text that no tag holds can't be reached by a walk, by the place where it stands on the page.
+  /// Explains why no walk can reach a text that is in no tag.
   static String whyNotInTags(const String& page, const String& text);
 };
 

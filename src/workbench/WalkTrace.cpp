@@ -49,21 +49,20 @@ void showStopInside(PlainOutput& out, const XMLTagMove& move, const HTMLTag& cur
   }
   out.line(head + u" has no tags in it.", level);
   if (!current.isClosed())
-    out.line(u"It is never closed on the page, so what follows stands beside it: a move \"Down\" gets there.",
-             level);
+    out.line(u"It is never closed, so the tags after it are its siblings: use a move \"Down\".", level);
 }
 
 void showStopBehind(PlainOutput& out, const XMLTagMove& move, const HTMLTag& current, unsigned level) {
   const std::vector<const HTMLTag*> behind = tagsBehind(current);
-  out.line(u"STOPPED: behind " + tagTitle(current) + u" there is no " + describeMove(move).substr(6) +
-               u" under the same parent. Behind it stands:",
+  out.line(u"STOPPED: after " + tagTitle(current) + u" there is no " + describeMove(move).substr(6) +
+               u" under the same parent. The tags after it are:",
            level);
   showIndexed(out, behind, level + 1);
   if (behind.empty())
     out.line(u"nothing", level + 1);
 }
 
-/// What a search by text may have meant: tags with that text in another form or under another name.
+/// Near matches of a search by text: tags whose text or name differs slightly.
 std::vector<const HTMLTag*> nearText(const HTMLTag& start, const String& name, const String& text) {
   const String wanted = asShown(text).toLower();
   return tagsBelow(start, [&](const HTMLTag& tag) {
@@ -81,14 +80,13 @@ void showStopOfSearch(PlainOutput& out, const XMLElement& search, const HTMLTag&
   if (search.hasAttribute(u"val")) {
     const std::vector<const HTMLTag*> near = nearText(current, name, search.attribute(u"val"));
     if (!near.empty()) {
-      out.line(u"The text must be the same to the last blank, and so must the tag's name. Near to it are:",
-               level);
+      out.line(u"The text and the tag's name must match exactly. Similar tags are:", level);
       showTags(out, near, level + 1);
       return;
     }
   }
   out.line(named.empty() ? u"There is no <" + shortened(name) + u"> at all."
-                         : u"What there is of <" + shortened(name) + u">:",
+                         : u"The <" + shortened(name) + u"> tags are:",
            level);
   showTags(out, named, level + 1);
 }

@@ -7,14 +7,14 @@ class HTMLTag;
 class PlainOutput;
 class XMLElement;
 
-/// Shows how a walk of a locator document goes on a page: each step with the tag that it reaches, and at a
-/// step that fails what stands there instead.
+/// Shows the steps of a locator's walk on a page with the tag that each reaches. For a failing step it shows
+/// the tags that are there instead.
 class WalkTrace {
 public:
-  /// The locator and the page are not owned and must outlive this.
+  /// The locator and the page are not owned and must outlive this object.
   WalkTrace(const XMLElement& tagLocator, const HTMLTag& start) : m_locator(tagLocator), m_start(start) {}
 
-  /// The tag reached, or null after showing where the walk stopped.
+  /// The tag reached; null if a step failed.
   const HTMLTag* show(PlainOutput& out, unsigned level) const;
   /// The steps alone, on one line.
   String steps() const;

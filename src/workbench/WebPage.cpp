@@ -30,19 +30,19 @@ String systemsReason() {
   return String(std::strerror(errno));
 }
 
-/// The parser's words, and what they mean for whoever looks at the page.
+/// The parser's message with an explanation.
 String whyNotRead(const String& name, const HTMLException& failure) {
   String meaning;
   if (failure.message().contains(u"no tags found"))
-    meaning = u"There is not a single tag in it, so it is no web page.";
+    meaning = u"It contains no tags, so it is not a web page.";
   else if (failure.message().contains(u"no html tag found"))
-    meaning = u"It has no <html> tag, where every walk begins, so the program can't read it.";
+    meaning = u"It has no <html> tag, where every walk starts, so the program can't read it.";
   else
-    meaning = u"A <script> has no </script> behind it in all small or all capital letters.";
+    meaning = u"A <script> has no </script> after it in all lower-case or all upper-case letters.";
   return name + u" can't be read as a web page: " + failure.message() + u"\n" + meaning;
 }
 
-/// The network library's words for the number at the end of a failure of the client.
+/// The message for the network library's error code at the end of a failure text.
 String reasonOf(const HTTPException& failure) {
   const String& message = failure.message();
   if (failure.code() != 0)
@@ -54,9 +54,9 @@ String reasonOf(const HTTPException& failure) {
     --start;
   const auto code = static_cast<CURLcode>(message.substr(start).toLong());
   if (code == CURLE_FILESIZE_EXCEEDED)
-    return u"the answer is larger than " + megabytes() + u", which the program does not take.";
+    return u"the answer is larger than " + megabytes() + u", the program's limit.";
   if (code == CURLE_UNSUPPORTED_PROTOCOL)
-    return u"only http and https are fetched, also after a redirection.";
+    return u"only http and https are supported, also after a redirection.";
   return code == CURLE_OK || start == message.size() ? message : String(curl_easy_strerror(code)) + u".";
 }
 
@@ -64,7 +64,7 @@ void checkScheme(const URL& address) {
   const String scheme = address.scheme();
   if (!scheme.empty() && scheme != u"http" && scheme != u"https")
     throw WorkbenchFailure(WorkbenchFailure::NOT_READ, u"The address begins with " + scheme +
-                                                           u"://, but only http and https are fetched.");
+                                                           u"://, but only http and https are supported.");
 }
 
 } // namespace
@@ -82,8 +82,7 @@ std::string readWholeFile(const std::string& path) {
     failForFile(path, "can't read", systemsReason());
   bytes.resize(static_cast<std::size_t>(file.gcount()));
   if (bytes.size() > HTTPClient::PAGE_BODY_LIMIT)
-    failForFile(path, "can't read",
-                u"it is larger than " + megabytes() + u", which the program does not take");
+    failForFile(path, "can't read", u"it is larger than " + megabytes() + u", the program's limit");
   return bytes;
 }
 
@@ -113,7 +112,7 @@ WebPage WebPage::fetched(HTTPClient& client, const URL& address) {
 }
 
 void WebPage::save(const std::string& path) const {
-  // Never over a file that is there: it may be the page that was read when all was well.
+  // O_EXCL: never overwrite a file, which may be a page that could still be read.
   const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
   if (file < 0)
     failForFile(path, "can't save to", systemsReason());
@@ -135,11 +134,11 @@ void WebPage::show(PlainOutput& out) const {
   out.line(u"Page: " + m_name + u", " + counted(m_text.size(), u"character", u"characters") + u", " +
            counted(root()->countTags(), u"tag", u"tags"));
   if (m_cutAtZero)
-    out.line(u"Mind: there are zero bytes in it (is it UTF-16?); the program reads what stands before the "
+    out.line(u"Note: it contains zero bytes (is it UTF-16?); the program reads only the text before the "
              u"first one.");
   if (root()->numSubTags() == 0)
-    out.line(u"Mind: its <html> tag has no tags in it. It is empty or never closed by </html>; then the "
-             u"program sees nothing of the page.");
+    out.line(u"Note: its <html> tag contains no tags. It is empty or never closed by </html>, so the program "
+             u"sees nothing of the page.");
 }
 
 } // namespace Tallymoor

@@ -9,22 +9,21 @@ class HTTPClient;
 class PlainOutput;
 class URL;
 
-/// A web page that a command looks at, read exactly as the program reads the pages it fetches. Failures are
-/// WorkbenchFailure.
+/// A web page, parsed exactly as the program parses fetched pages. Failures throw WorkbenchFailure.
 class WebPage {
 public:
-  /// A page that was saved. What is larger than the program would fetch is refused.
+  /// Reads a saved page. Rejects a page larger than the program would fetch.
   static WebPage fromFile(const std::string& path);
-  /// A page from the web. The client is put online.
+  /// Fetches a page and puts the client online.
   static WebPage fetched(HTTPClient& client, const URL& address);
 
   const String& text() const { return m_text; }
   const HTMLTag* root() const { return m_tags.get(); }
-  /// How to speak of it: the file's name, or "the page".
+  /// The page's name in messages: the file's name or "the page".
   const String& name() const { return m_name; }
-  /// Keeps the page in a new file; throws also when there is one of that name.
+  /// Saves the page as a new file. Throws if the file exists.
   void save(const std::string& path) const;
-  /// A line of what was read, and what is odd about the page as a whole.
+  /// Shows a line about the page, and what is unusual about it.
   void show(PlainOutput& out) const;
 
 private:
@@ -32,11 +31,11 @@ private:
 
   String m_name;
   String m_text;
-  bool m_cutAtZero; ///< the bytes go on behind a zero byte, the text doesn't
+  bool m_cutAtZero; ///< True if a zero byte ends the text before the end of the bytes.
   HTMLPage m_tags;
 };
 
-/// The bytes of a file that is no larger than a page may be. Throws WorkbenchFailure.
+/// Reads a file up to the maximum size of a page. Throws WorkbenchFailure.
 std::string readWholeFile(const std::string& path);
 
 } // namespace Tallymoor

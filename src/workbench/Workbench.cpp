@@ -19,30 +19,29 @@ namespace {
 using Arguments = std::vector<std::string>;
 
 constexpr const char16_t* HELP =
-    u"tallymoor-locator tries and mends the documents that tell Tallymoor where prices come from.\n"
+    u"tallymoor-locator tests locator documents, which tell Tallymoor where prices come from, and helps to\n"
+    u"repair them.\n"
     u"\n"
     u"  tallymoor-locator check DOCUMENT [--page FILE | --code CODE [--save FILE]] [--domain NAME] [--all]\n"
     u"  tallymoor-locator find PAGE TEXT\n"
     u"  tallymoor-locator table PAGE TEXT TEXT ...\n"
     u"\n"
-    u"check shows what the program makes of a page: the walk step by step, and the price or the rows that "
-    u"it\n"
-    u"ends with, or where it stops and what stands there instead.\n"
-    u"  --page FILE    a page that was saved; again for each further page of a search\n"
+    u"check shows how the program reads a page: the walk step by step and the price or rows it leads to, or\n"
+    u"the step that fails and the tags that are there instead.\n"
+    u"  --page FILE    a saved page; repeat it for each further page of a search\n"
     u"  --code CODE    fetch the page for this stock code (for a search: this text)\n"
-    u"  --save FILE    keep the fetched page in a new file, for find and table\n"
-    u"  --domain NAME  the source to check, where the document has several; the one in use if not given\n"
+    u"  --save FILE    save the fetched page to a new file, for find and table\n"
+    u"  --domain NAME  the source to check; default: the active one\n"
     u"  --all          show all rows of a long table\n"
     u"\n"
-    u"find shows the tags of a saved page that hold a text, and writes the steps that lead to each.\n"
+    u"find lists the tags of a saved page that contain a text and writes the steps to each.\n"
     u"\n"
     u"table takes the texts of one row of a saved page, either\n"
     u"    date open high low close volume [adjusted close]   or   code name market\n"
-    u"or with their types, as in Date=3-Mar-06 Close=1.52, and writes a TableLocator that reads the table.\n"
+    u"or with their types (Date=3-Mar-06 Close=1.52), and writes a TableLocator that reads the table.\n"
     u"\n"
-    u"The exit status is 0 when what was asked for is there, 1 when it is not, 2 for a wrong command line or "
-    u"a\n"
-    u"file that can't be read.";
+    u"The exit status is 0 if the result was found, 1 if it was not, 2 for a wrong command line or an\n"
+    u"unreadable file.";
 
 [[noreturn]] void failForUse(const String& message) {
   throw WorkbenchFailure(WorkbenchFailure::WRONG_COMMAND, message);
@@ -52,7 +51,7 @@ String textOf(const std::string& argument) {
   return String(argument.c_str());
 }
 
-/// A command line, taken apart. Throws WorkbenchFailure for a wrong one.
+/// A parsed command line. Throws WorkbenchFailure if it is wrong.
 struct CommandLine {
   explicit CommandLine(Arguments arguments) {
     for (CLI::App* part : {&app, check, find, table})
@@ -61,13 +60,13 @@ struct CommandLine {
     app.add_flag("--version", version);
     app.allow_extras()->require_subcommand(0, 1);
     addCheckOptions();
-    // What stands on a page may look like an option.
+    // Text from a page can look like an option.
     find->prefix_command();
     table->prefix_command();
     std::reverse(arguments.begin(), arguments.end());
     try {
       app.parse(std::move(arguments));
-    } catch (const CLI::ParseError& error) { // begins with the option, whose value is missing or empty
+    } catch (const CLI::ParseError& error) { // The message begins with the option whose value is missing.
       const std::string what = error.what();
       failForUse(textOf(what.substr(0, what.find(':'))) + u" needs a value");
     }
@@ -81,7 +80,7 @@ struct CommandLine {
   CLI::App* const table = app.add_subcommand("table");
   bool help = false;
   bool version = false;
-  CheckCommand::Options options; ///< of check
+  CheckCommand::Options options; ///< Of the check command.
 
 private:
   void addCheckOptions() {
@@ -103,14 +102,14 @@ private:
 
   void checkTheCheck() const {
     for (const std::string& extra : check->remaining())
-      failForUse(extra.starts_with('-') ? u"check knows no option " + textOf(extra)
-                                        : String(u"check takes one document"));
+      failForUse(extra.starts_with('-') ? u"check has no option " + textOf(extra)
+                                        : String(u"check needs exactly one document"));
     if (options.document.empty())
       failForUse(u"check needs a locator document");
     if (options.code && !options.pages.empty())
-      failForUse(u"--page and --code can't go together");
+      failForUse(u"--page and --code exclude each other");
     if (!options.saveTo.empty() && !options.code)
-      failForUse(u"--save goes with --code");
+      failForUse(u"--save needs --code");
   }
 };
 
@@ -151,20 +150,20 @@ bool Workbench::runCommand(const Arguments& arguments) {
   if (*line.find) {
     const Arguments texts = line.find->remaining();
     if (texts.size() != 2)
-      failForUse(u"find takes a page and a text; a text of several words stands in quotation marks");
+      failForUse(u"find needs a page and a text; put a text of several words in quotation marks");
     return FindCommand(out, texts[0], textOf(texts[1])).run();
   }
   if (*line.table) {
     const Arguments texts = line.table->remaining();
     if (texts.size() < 2)
-      failForUse(u"table takes a page and the texts of one row");
+      failForUse(u"table needs a page and the texts of one row");
     std::vector<String> cells;
     std::transform(texts.begin() + 1, texts.end(), std::back_inserter(cells), textOf);
     return TableCommand(out, texts[0], cells).run();
   }
   const Arguments unknown = line.app.remaining();
-  failForUse(unknown.empty() ? String(u"no command is given; --help tells of them")
-                             : u"there is no command " + textOf(unknown[0]) + u"; --help tells of them");
+  failForUse(unknown.empty() ? String(u"no command given; see --help")
+                             : u"unknown command " + textOf(unknown[0]) + u"; see --help");
 }
 
 } // namespace Tallymoor

@@ -6,17 +6,17 @@
 
 namespace Tallymoor {
 
-/// What the program tallymoor-locator does: tries locator documents on pages, and proposes walks for them.
+/// The program tallymoor-locator: tests locator documents on pages and proposes walks.
 class Workbench {
 public:
-  static constexpr int DONE = 0;      ///< what was asked for is there
-  static constexpr int NOT_READ = 1;  ///< the document or page does not give it, or could not be fetched
-  static constexpr int WRONG_USE = 2; ///< the command line is wrong, or names a file that can't be read
+  static constexpr int DONE = 0;      ///< The result was found.
+  static constexpr int NOT_READ = 1;  ///< The document or page does not give the result, or can't be fetched.
+  static constexpr int WRONG_USE = 2; ///< The command line is wrong or names an unreadable file.
 
-  /// The streams are not owned. The factory makes the client for pages that are fetched.
+  /// The streams are not owned. The factory makes the HTTP client.
   Workbench(std::ostream& out, std::ostream& errors, CheckCommand::ClientFactory makeClient);
 
-  /// Runs one command line, without the program's name; returns the exit status.
+  /// Runs a command line without the program's name. Returns the exit status.
   int run(const std::vector<std::string>& arguments);
 
 private:

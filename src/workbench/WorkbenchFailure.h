@@ -3,11 +3,11 @@
 
 namespace Tallymoor {
 
-/// Ends a command of the workbench. The message is for the user, in one or more lines.
+/// Ends a command. The message is shown to the user and may have several lines.
 class WorkbenchFailure : public Exception {
 public:
-  /// The program's exit status: what was looked for can't be read, or the command itself was wrong (also a
-  /// file that isn't there).
+  /// The exit status: NOT_READ if the result can't be read, WRONG_COMMAND for a wrong command or a missing
+  /// file.
   enum Status { NOT_READ = 1, WRONG_COMMAND = 2 };
 
   WorkbenchFailure(Status status, const String& message) : Exception(message), m_status(status) {}

@@ -10,7 +10,7 @@ int main(int argc, char** argv) {
   int status = Workbench(std::cout, std::cerr, createHTTPClient).run(arguments);
   std::cout.flush();
   if (!std::cout && status == Workbench::DONE)
-    status = Workbench::WRONG_USE; // what was found could not be told
+    status = Workbench::WRONG_USE; // The output could not be written.
   terminateXmlLibrary();
   return status;
 }

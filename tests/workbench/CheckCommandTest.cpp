@@ -39,7 +39,7 @@ TEST_F(CheckCommandTest, TellsTheKindOfADocument) {
   const Result search = run({"check", defaults + "CodeSearchLocators.xml"});
   EXPECT_TRUE(search.says("for searches for stock codes, version 1"));
   EXPECT_TRUE(search.says("Address: http://127.0.0.1:8317/search?s=CODE&t=S&m=ALL\n"));
-  EXPECT_TRUE(search.says("No page to try it on"));
+  EXPECT_TRUE(search.says("No page to test: give"));
   EXPECT_EQ(search.status, 0);
 }
 
@@ -57,7 +57,7 @@ TEST_F(CheckCommandTest, RefusesWhatIsNoLocatorDocument) {
   EXPECT_TRUE(other.complains("this is not a locator document. Its root is \"Portfolios\"")) << other.errors;
   const Result text = run({"check", write("x.xml", "hello")});
   EXPECT_EQ(text.status, 1);
-  EXPECT_TRUE(text.complains("this is no sound XML document")) << text.errors;
+  EXPECT_TRUE(text.complains("this is not valid XML")) << text.errors;
   EXPECT_TRUE(text.complains("Parse problem at line 1 column 1")) << text.errors;
 }
 
@@ -71,11 +71,11 @@ TEST_F(CheckCommandTest, NamesTheLineWhereADocumentBreaksTheForm) {
     return result.errors;
   };
   EXPECT_THAT(complaint("<TagLocator>\n<TagMove move=\"In\" name=\"b\"/>\n</TagLocator>\n"),
-              ::testing::AllOf(::testing::HasSubstr("breaks the form at line 5."),
-                               ::testing::HasSubstr("does not belong in TagLocator")));
+              ::testing::AllOf(::testing::HasSubstr("is invalid at line 5."),
+                               ::testing::HasSubstr("unexpected element in TagLocator")));
   EXPECT_THAT(complaint("<TagLocator><TagFind>\n<TagMove move=\"In\"/>\n</TagFind></TagLocator>\n"),
               ::testing::AllOf(::testing::HasSubstr("at line 5."),
-                               ::testing::HasSubstr("without an attribute that it must have"),
+                               ::testing::HasSubstr("lacks a required attribute"),
                                ::testing::HasSubstr("missing attribute name in TagMove")));
   EXPECT_THAT(complaint("<TagLocator>\n\n<TagFind>\n</TagFind></TagLocator>\n"),
               ::testing::AllOf(::testing::HasSubstr("at line 7."),
@@ -83,10 +83,10 @@ TEST_F(CheckCommandTest, NamesTheLineWhereADocumentBreaksTheForm) {
   EXPECT_THAT(complaint("<TagLocator><TagFind><TagSearch tagname=\"a\" val=\"x\"/>\n<TagMove move=\"In\" "
                         "name=\"b\"/></TagFind></TagLocator>\n"),
               ::testing::AllOf(::testing::HasSubstr("at line 5."),
-                               ::testing::HasSubstr("holds a TagSearch and a TagMove")));
-  EXPECT_THAT(complaint("<TagLocator/>\n"),
-              ::testing::AllOf(::testing::HasSubstr("at line 4."),
-                               ::testing::HasSubstr("without something that it must hold")));
+                               ::testing::HasSubstr("contains a TagSearch and a TagMove")));
+  EXPECT_THAT(
+      complaint("<TagLocator/>\n"),
+      ::testing::AllOf(::testing::HasSubstr("at line 4."), ::testing::HasSubstr("lacks a required element")));
 }
 
 TEST_F(CheckCommandTest, ARootThatIsOnlyAPartOfADocumentIsRefused) {
@@ -109,20 +109,18 @@ TEST_F(CheckCommandTest, ChecksTheSourceInUseOrTheOneNamed) {
   const Result inUse = run({"check", document});
   EXPECT_TRUE(inUse.says("Sources: \"a\", \"b\"; in use is \"b\"\n"));
   EXPECT_TRUE(inUse.says("Address: http://b.example\n"));
-  EXPECT_TRUE(inUse.says("The program looks for such a document under the name CurrentPriceLocators.xml"));
+  EXPECT_TRUE(inUse.says("The program reads this kind of document from the file CurrentPriceLocators.xml"));
   EXPECT_TRUE(run({"check", document, "--domain", "a"}).says("Address: http://a.example\n"));
   const Result unknown = run({"check", document, "--domain", "c"});
   EXPECT_EQ(unknown.status, 1);
-  EXPECT_TRUE(unknown.complains("there is no source with the domain \"c\"")) << unknown.errors;
+  EXPECT_TRUE(unknown.complains("the source \"c\" does not exist")) << unknown.errors;
   EXPECT_TRUE(unknown.complains("Its sources are: \"a\", \"b\""));
 }
 
 TEST_F(CheckCommandTest, AnActiveNameWithoutASourceIsTold) {
   const Result result = run({"check", write("x.xml", "<CodeSearchLocators active=\"gone\" version=\"1\"/>")});
   EXPECT_EQ(result.status, 1);
-  EXPECT_TRUE(
-      result.complains("its \"active\" names no source with the domain \"gone\" as one that it holds"))
-      << result.errors;
+  EXPECT_TRUE(result.complains("its active source \"gone\" does not exist")) << result.errors;
   EXPECT_TRUE(result.complains("Its sources are: none"));
 }
 
@@ -166,31 +164,29 @@ TEST_F(CheckCommandTest, AMoveInThatFailsShowsWhatIsThere) {
   EXPECT_TRUE(empty.says("STOPPED: <ul> has no tags in it.\n")) << empty.out;
   EXPECT_FALSE(empty.says("never closed"));
   const Result unclosed = check(in("body") + in("p") + in("ul"));
-  EXPECT_TRUE(
-      unclosed.says("It is never closed on the page, so what follows stands beside it: a move \"Down\""))
+  EXPECT_TRUE(unclosed.says("It is never closed, so the tags after it are its siblings: use a move \"Down\""))
       << unclosed.out;
 }
 
 TEST_F(CheckCommandTest, AMoveDownThatFailsShowsWhatFollows) {
   const Result result = check(m_toTable + in("tr") + in("td") + down("th"));
-  EXPECT_TRUE(
-      result.says("STOPPED: behind <td class=\"p\"> there is no th 0 under the same parent. Behind it "
-                  "stands:\n        td 0: <td> \"3.40\"\n"))
+  EXPECT_TRUE(result.says("STOPPED: after <td class=\"p\"> there is no th 0 under the same parent. The tags "
+                          "after it are:\n        td 0: <td> \"3.40\"\n"))
       << result.out;
-  EXPECT_TRUE(check(m_toTable + down("td")).says("Behind it stands:\n        p 0: <p>"));
-  EXPECT_TRUE(check(down("td")).says("Behind it stands:\n        nothing\n"));
+  EXPECT_TRUE(check(m_toTable + down("td")).says("The tags after it are:\n        p 0: <p>"));
+  EXPECT_TRUE(check(down("td")).says("The tags after it are:\n        nothing\n"));
 }
 
 TEST_F(CheckCommandTest, ASearchThatFailsShowsWhatIsNearest) {
   const Result text = check(search("tagname=\"th\" val=\"Last Trade:\""));
   EXPECT_EQ(text.status, 1);
-  EXPECT_TRUE(text.says("The text must be the same to the last blank")) << text.out;
-  EXPECT_TRUE(text.says("Near to it are:\n        <th> \"Last Trade:\"\n")) << text.out;
+  EXPECT_TRUE(text.says("The text and the tag's name must match exactly")) << text.out;
+  EXPECT_TRUE(text.says("Similar tags are:\n        <th> \"Last Trade:\"\n")) << text.out;
   const Result name = check(search("tagname=\"td\" val=\"last trade: \""));
-  EXPECT_TRUE(name.says("Near to it are:\n        <th> \"Last Trade:\"\n")) << name.out;
+  EXPECT_TRUE(name.says("Similar tags are:\n        <th> \"Last Trade:\"\n")) << name.out;
   const Result attribute = check(search("tagname=\"td\" attr=\"id\" attrVal=\"p\""));
   EXPECT_TRUE(attribute.says("1. search: <td> with id=\"p\"\n      STOPPED: there is no such tag in <html>.\n"
-                             "      What there is of <td>:\n        <td class=\"p\"> \"3.42\"\n"))
+                             "      The <td> tags are:\n        <td class=\"p\"> \"3.42\"\n"))
       << attribute.out;
   const Result none = check(search("tagname=\"TABLE\" attr=\"id\""));
   EXPECT_TRUE(none.says("There is no <TABLE> at all.")) << none.out;
@@ -208,20 +204,20 @@ TEST_F(CheckCommandTest, APriceThatIsNoneIsWrong) {
   const Result currency = check(in("b"), "<html><b>$3.42</b></html>");
   EXPECT_EQ(currency.status, 1);
   EXPECT_TRUE(currency.says("WRONG: \"$3.42\" can't be read as a number")) << currency.out;
-  EXPECT_TRUE(currency.says("The program takes no price from it."));
+  EXPECT_TRUE(currency.says("The program reads no price from it."));
   const Result comma = check(in("b"), "<html><b>12,30</b></html>");
   EXPECT_EQ(comma.status, 1);
   EXPECT_TRUE(comma.says("WRONG: \"12,30\" can't be read as a number")) << comma.out;
   const Result nothing = check(in("b"), "<html><b>0.00</b></html>");
   EXPECT_EQ(nothing.status, 1);
-  EXPECT_TRUE(nothing.says("WRONG: that is no price.")) << nothing.out;
+  EXPECT_TRUE(nothing.says("WRONG: this is not a price.")) << nothing.out;
 }
 
 TEST_F(CheckCommandTest, APriceWithoutTheFloatFormatIsWrong) {
   const Result result =
       run({"check", quoteDocument(in("b"), ""), "--page", write("p", "<html><b>1</b></html>")});
   EXPECT_EQ(result.status, 1);
-  EXPECT_TRUE(result.says("STOPPED: the TagLocator must say format=\"Float\"")) << result.out;
+  EXPECT_TRUE(result.says("STOPPED: the TagLocator must have format=\"Float\"")) << result.out;
 }
 
 // --- The page
@@ -233,13 +229,13 @@ TEST_F(CheckCommandTest, TellsWhatIsWrongWithAPage) {
     return result.errors;
   };
   using ::testing::HasSubstr;
-  EXPECT_THAT(complaint("date;close\n1;2\n"), HasSubstr("There is not a single tag in it"));
+  EXPECT_THAT(complaint("date;close\n1;2\n"), HasSubstr("It contains no tags"));
   EXPECT_THAT(complaint(""), HasSubstr("HTMLParser::Parse - no tags found"));
   EXPECT_THAT(complaint("<p>x</p>"), HasSubstr("It has no <html> tag"));
   EXPECT_THAT(complaint("<html><script>x</Script></html>"),
-              HasSubstr("A <script> has no </script> behind it"));
+              HasSubstr("A <script> has no </script> after it"));
   EXPECT_TRUE(check(in("b"), "<html><b>1</b>").says("never closed by </html>"));
-  EXPECT_TRUE(check(in("b"), std::string("<html><b>1</b></html>\0x", 23)).says("there are zero bytes in it"));
+  EXPECT_TRUE(check(in("b"), std::string("<html><b>1</b></html>\0x", 23)).says("it contains zero bytes"));
 }
 
 TEST_F(CheckCommandTest, WhatAPageHoldsIsHarmlessForATerminal) {
@@ -262,11 +258,11 @@ TEST_F(CheckCommandTest, ShowsTheRowsThatArePassedOverAndWhy) {
                    row({"27-Feb-26", "1.45", "1.50", "1.41", "900"}));
   EXPECT_EQ(result.status, 0);
   EXPECT_TRUE(result.says("  1     2026/3/2    1.5000      1.6000      1.4000      12000\n"
-                          "  2     passed over: its close is empty, as in the row of a dividend\n"
-                          "  3     passed over: its date is empty\n"
-                          "  4     passed over: its day 2026/3/5 lies before 1900 or after tomorrow\n"
+                          "  2     skipped: its close is empty, as in the row of a dividend\n"
+                          "  3     skipped: its date is empty\n"
+                          "  4     skipped: its day 2026/3/5 is before 1900 or after tomorrow\n"
                           "  5     2026/2/27   1.4500      1.5000      1.4100      900\n"
-                          "5 rows: 2 read, 3 passed over.\n"))
+                          "5 rows: 2 read, 3 skipped.\n"))
       << result.out;
 }
 
@@ -295,15 +291,15 @@ TEST_F(CheckCommandTest, ADateThatCannotBeReadIsNamed) {
 TEST_F(CheckCommandTest, ACloseOfNothingIsWrong) {
   const Result result = checkHistory(row({"2-Mar-26", "0.00", "1.60", "1.40", "1.2x"}));
   EXPECT_EQ(result.status, 1);
-  EXPECT_TRUE(result.says("<- WRONG: a close of nothing")) << result.out;
-  EXPECT_TRUE(result.says("Mind:\n  row 1, Volume: \"1.2x\" can't be read as a number")) << result.out;
+  EXPECT_TRUE(result.says("<- WRONG: a close of zero")) << result.out;
+  EXPECT_TRUE(result.says("Note:\n  row 1, Volume: \"1.2x\" can't be read as a number")) << result.out;
 }
 
 TEST_F(CheckCommandTest, ACloseThatIsNoNumberIsNamed) {
   const Result result = checkHistory(row({"2-Mar-26", "A$1.50", "1.60", "1.40", "1"}));
   EXPECT_EQ(result.status, 1);
   EXPECT_TRUE(result.says("STOPPED: TallymoorInternet - no number: A$1.50")) << result.out;
-  EXPECT_TRUE(result.says("Mind:\n  row 1, Close: \"A$1.50\" can't be read as a number")) << result.out;
+  EXPECT_TRUE(result.says("Note:\n  row 1, Close: \"A$1.50\" can't be read as a number")) << result.out;
 }
 
 TEST_F(CheckCommandTest, AShortRowThatLeadsIntoTheNextIsWrong) {
@@ -316,16 +312,15 @@ TEST_F(CheckCommandTest, AShortRowThatLeadsIntoTheNextIsWrong) {
   const Result result =
       run({"check", write("h.xml", document), "--page", write("p.html", "<html>" + flat + "</html>")});
   EXPECT_EQ(result.status, 1);
-  EXPECT_TRUE(
-      result.says("WRONG: Row 1, <tr>, empty, is too short: what is read for its High belongs to the row "
-                  "behind it."))
+  EXPECT_TRUE(result.says(
+      "WRONG: Row 1, <tr>, empty, is too short: the cell read as its High belongs to the next row."))
       << result.out;
 }
 
 TEST_F(CheckCommandTest, MissingColumnsAreNamed) {
   const Result result = checkHistory(row({"2-Mar-26", "1.50"}), {"Date", "Close"});
   EXPECT_EQ(result.status, 1);
-  EXPECT_TRUE(result.says("STOPPED: the program needs columns of these types too: High, Low, Volume\n"));
+  EXPECT_TRUE(result.says("STOPPED: the program also needs columns of these types: High, Low, Volume\n"));
 }
 
 TEST_F(CheckCommandTest, AColumnThatFailsInTheFirstRowIsTraced) {
@@ -340,8 +335,7 @@ TEST_F(CheckCommandTest, LongTablesAreCutUnlessAllIsWanted) {
     rows += row({std::to_string(i) + "-Jan-26", "1.5", "1.6", "1.4", "9"});
   const Result cut = checkHistory(rows);
   EXPECT_EQ(cut.status, 0);
-  EXPECT_TRUE(cut.says("... and 16 rows more; --all shows them\n28 rows: 28 read, 0 passed over.\n"))
-      << cut.out;
+  EXPECT_TRUE(cut.says("... and 16 rows more; --all shows them\n28 rows: 28 read, 0 skipped.\n")) << cut.out;
   const Result all = run({"check", historyDocument({"Date", "Close", "High", "Low", "Volume"}), "--all",
                           "--page", write("page.html", "<html><table>" + rows + "</table></html>")});
   EXPECT_TRUE(all.says("  28    2026/1/28   1.5000"));
@@ -363,7 +357,7 @@ TEST_F(CheckCommandTest, ATableOfNothingIsNotRead) {
 
 TEST_F(CheckCommandTest, OddNumbersOfEntriesAreTold) {
   const Result result = run({"check", historyDocument({"Date"}, 0, "many")});
-  EXPECT_TRUE(result.says("Mind: with that number a single day is asked for at a time.")) << result.out;
+  EXPECT_TRUE(result.says("Note: with this number the program fetches one day at a time.")) << result.out;
 }
 
 TEST_F(CheckCommandTest, EachPageOfASearchHasItsOwn) {
@@ -387,7 +381,7 @@ TEST_F(CheckCommandTest, EachPageOfASearchHasItsOwn) {
   EXPECT_TRUE(both.says("\"A.AX\", \"Name\", \"Australia\""));
   EXPECT_TRUE(both.says("\"B.SW\", \"Name\", \"Switzerland\""));
   const Result one = run({"check", document, "--page", page("A.AX")});
-  EXPECT_TRUE(one.says("No page to try it on"));
+  EXPECT_TRUE(one.says("No page to test: give"));
   EXPECT_EQ(run({"check", document, "--page", page("A.AX"), "--page", page("")}).status, 1)
       << "nothing is found";
 }

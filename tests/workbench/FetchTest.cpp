@@ -74,8 +74,7 @@ TEST_F(FetchTest, AnAnswerOverTenMegabytesIsRefused) {
   m_server.route(m_target, {.body = std::string(10 * 1024 * 1024 + 1, ' ')});
   const Result result = check({"--save", m_profile.folder() + "/kept.html"});
   EXPECT_EQ(result.status, 1);
-  EXPECT_TRUE(result.complains("the answer is larger than 10 MB, which the program does not take"))
-      << result.errors;
+  EXPECT_TRUE(result.complains("the answer is larger than 10 MB, the program's limit")) << result.errors;
   EXPECT_FALSE(std::filesystem::exists(m_profile.folder() + "/kept.html"));
 }
 
@@ -85,7 +84,7 @@ TEST_F(FetchTest, ARedirectionToAnotherProtocolIsRefused) {
     m_server.redirect(m_target, location);
     const Result result = check();
     EXPECT_EQ(result.status, 1);
-    EXPECT_TRUE(result.complains("only http and https are fetched, also after a redirection"))
+    EXPECT_TRUE(result.complains("only http and https are supported, also after a redirection"))
         << result.errors;
     EXPECT_FALSE(result.says("3.42"));
   }
@@ -99,7 +98,7 @@ TEST_F(FetchTest, AnAddressOfAnotherProtocolIsRefused) {
   for (const std::string& address : {"file://localhost" + secret, std::string("ftp://127.0.0.1/")}) {
     const Result result = fetch(address);
     EXPECT_EQ(result.status, 1);
-    EXPECT_TRUE(result.complains("but only http and https are fetched")) << result.errors;
+    EXPECT_TRUE(result.complains("but only http and https are supported")) << result.errors;
     EXPECT_FALSE(result.says("3.42"));
   }
   EXPECT_TRUE(fetch("file://" + secret).complains("The parts of the address name no host"));

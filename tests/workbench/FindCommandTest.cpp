@@ -16,7 +16,7 @@ TEST_F(FindCommandTest, WritesTheMovesFromTheRoot) {
   EXPECT_TRUE(result.says("1 tag has the text \"3.42\".\n\n1. <b> \"3.42\"\n  at html > body > p > b\n"
                           "  as a number it reads as 3.4200\n"))
       << result.out;
-  EXPECT_TRUE(result.says("  By position, which holds as long as nothing is put before it:\n"
+  EXPECT_TRUE(result.says("  By position; works until something is inserted before it:\n"
                           "    <TagLocator format=\"Float\">\n"
                           "      <TagFind><TagMove move=\"In\" name=\"body\" index=\"0\"/></TagFind>\n"
                           "      <TagFind><TagMove move=\"In\" name=\"p\" index=\"1\"/></TagFind>\n"
@@ -65,31 +65,31 @@ TEST_F(FindCommandTest, WhatAnXmlDocumentWouldChangeIsWrittenAsReferences) {
   EXPECT_TRUE(label.says("val=\"A &#x26;amp; B&#xA0;&#x9;&#x22;last&#x22;\"")) << label.out;
 }
 
-TEST_F(FindCommandTest, MindsNumbersThatReadOtherwise) {
+TEST_F(FindCommandTest, WarnsOfUnreadableNumbers) {
   EXPECT_TRUE(
-      find("<html><b>US$ 3.42</b></html>", "3.42").says("Mind: \"US$ 3.42\" can't be read as a number"));
+      find("<html><b>US$ 3.42</b></html>", "3.42").says("Note: \"US$ 3.42\" can't be read as a number"));
   EXPECT_FALSE(find("<html><b>Name</b></html>", "Name").says("number"));
   EXPECT_FALSE(find("<html><b>3-Mar-06</b></html>", "3-Mar-06").says("number")) << "a date is none";
 }
 
-TEST_F(FindCommandTest, SaysWhereATextStandsThatNoTagHolds) {
+TEST_F(FindCommandTest, ExplainsWhereATextOutsideOfTagsIs) {
   const auto told = [this](const std::string& page) {
     const Result result = find(page, "3.42");
     EXPECT_EQ(result.status, 1);
-    EXPECT_TRUE(result.says("No tag holds the text \"3.42\".\n"));
+    EXPECT_TRUE(result.says("No tag contains the text \"3.42\".\n"));
     return result.out;
   };
-  const auto holds = [](const std::string& text, const std::string& part) {
+  const auto expectPart = [](const std::string& text, const std::string& part) {
     EXPECT_NE(text.find(part), std::string::npos) << text;
   };
-  holds(told("<html>\n<!-- 3.42 --></html>"), "It stands on line 2 of the page, but in a comment");
-  holds(told("<html><b data-p=\"3.42\">x</b></html>"), "inside the brackets of a tag");
-  holds(told("<html><b>3.42<i>x</i></b></html>"), "as text that belongs to no tag for the program");
-  holds(told("<html><SCRIPT>p = 3.42</SCRIPT></html>"), "but in a script");
-  holds(told("<html><b>3,42</b></html>"), "The page does not hold this text at all");
+  expectPart(told("<html>\n<!-- 3.42 --></html>"), "It is on line 2 of the page, but in a comment");
+  expectPart(told("<html><b data-p=\"3.42\">x</b></html>"), "inside a tag, in an attribute");
+  expectPart(told("<html><b>3.42<i>x</i></b></html>"), "as text that the program assigns to no tag");
+  expectPart(told("<html><SCRIPT>p = 3.42</SCRIPT></html>"), "but in a script");
+  expectPart(told("<html><b>3,42</b></html>"), "The page does not contain this text.");
 }
 
-TEST_F(FindCommandTest, OfManyTagsSomeAreShown) {
+TEST_F(FindCommandTest, CutsALongListOfTags) {
   std::string page = "<html>";
   for (int i = 0; i < 25; ++i)
     page += "<b>7</b>";
@@ -100,7 +100,7 @@ TEST_F(FindCommandTest, OfManyTagsSomeAreShown) {
   EXPECT_TRUE(result.says("15 more are not shown."));
 }
 
-TEST_F(FindCommandTest, NoWalkIsProposedForWhatLiesTooDeep) {
+TEST_F(FindCommandTest, ProposesNoWalkToATagNestedTooDeep) {
   std::string page = "<html>";
   for (int i = 0; i < 3000; ++i)
     page += "<t" + std::to_string(i) + ">";

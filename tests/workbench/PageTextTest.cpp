@@ -56,8 +56,8 @@ TEST(NumberRemark, TellsWhatIsNotRead) {
   const auto says = [](const char16_t* text, const char16_t* part) {
     EXPECT_TRUE(remarkOnNumber(text).contains(part)) << remarkOnNumber(text).toUTF8();
   };
-  says(u"", u"is no number");
-  says(u"n/a", u"\"n/a\" is no number");
+  says(u"", u"is not a number");
+  says(u"n/a", u"\"n/a\" is not a number");
   for (const char16_t* const text : {u"$3.42", u"12,30", u"1.234,50", u"1,2345", u"1 234.50", u"1.2M"})
     says(text, u"can't be read as a number");
 }

@@ -227,7 +227,7 @@ TEST_F(SavedPagesTest, AScriptIsNeverRun) {
   for (const char* const written : {"99.99", "98.76", "97.53", "11.11"}) {
     const Result result = run({"find", html, written});
     EXPECT_EQ(result.status, 1);
-    EXPECT_TRUE(result.says(std::string("No tag holds the text \"") + written + "\"")) << result.out;
+    EXPECT_TRUE(result.says(std::string("No tag contains the text \"") + written + "\"")) << result.out;
     EXPECT_TRUE(result.says("but in a script. The program runs no scripts")) << result.out;
   }
 }

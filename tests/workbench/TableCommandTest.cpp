@@ -59,7 +59,7 @@ TEST_F(TableCommandTest, APageMadeToWasteTimeIsGivenUp) {
   const Result result =
       run({"table", write("p.html", "<html><body>" + cells + "</body></html>"), "1", "1", "1"});
   EXPECT_EQ(result.status, 1);
-  EXPECT_TRUE(result.says("No TableLocator is found.")) << result.out;
+  EXPECT_TRUE(result.says("No TableLocator was found.")) << result.out;
 }
 
 TEST_F(TableCommandTest, TheSameTextInTwoColumnsIsTwoCells) {
@@ -69,11 +69,10 @@ TEST_F(TableCommandTest, TheSameTextInTwoColumnsIsTwoCells) {
     EXPECT_TRUE(result.says("name=\"td\" index=\"" + std::to_string(column) + "\"")) << result.out;
 }
 
-TEST_F(TableCommandTest, TextsThatCouldBeTakenForEachOtherAreMinded) {
+TEST_F(TableCommandTest, WarnsOfTextsThatCanBeConfused) {
   const Result result =
       table(row({"2-Mar-26", "1.2", "1.3", "1.2"}), {"Date=2-Mar-26", "Close=1.2", "Low=1.2"});
-  EXPECT_TRUE(result.says("Mind: Close and Low have the same text here and may be taken for each other."))
-      << result.out;
+  EXPECT_TRUE(result.says("Note: Close and Low have the same text here and can be confused.")) << result.out;
   EXPECT_FALSE(table(row(m_first), m_first).says("taken for each other"));
 }
 
@@ -84,14 +83,14 @@ TEST_F(TableCommandTest, ColumnsMayStandInAnyOrder) {
       result.says("<TagLocator type=\"Date\" format=\"MidDate1\">\n        <TagFind><TagMove move=\"In\" "
                   "name=\"td\" index=\"2\"/>"))
       << result.out;
-  EXPECT_TRUE(result.says("Mind: the program needs these columns too: High, Low.\n"));
+  EXPECT_TRUE(result.says("Note: the program also needs these columns: High, Low.\n"));
 }
 
 TEST_F(TableCommandTest, ARowThatWouldSpoilTheTableIsNamed) {
   const Result result = table(row(m_first) + "<tr><td colspan=6>Advertisement</td></tr>", m_first);
   EXPECT_EQ(result.status, 1);
   EXPECT_TRUE(
-      result.says("No TableLocator is found.\nThe table was found, but the program can't read it: row 2 of "
+      result.says("No TableLocator was found.\nThe table was found, but the program can't read it: row 2 of "
                   "the table, <tr>, 1 tag in it, has no cell of its own for Open.\nOne row that lacks a cell "
                   "makes a whole table unreadable for the program.\n"))
       << result.out;
@@ -102,8 +101,8 @@ TEST_F(TableCommandTest, ShortRowsThatAreNotClosedAreNotReadAcross) {
       "<tr><td>2-Mar-26</td><td>1.1</td><tr><td>27-Feb-26</td><tr><td>26-Feb-26</td><td>1.0</td>";
   const Result result = table(flat, {"Date=2-Mar-26", "Close=1.1"});
   EXPECT_EQ(result.status, 1);
-  EXPECT_TRUE(
-      result.says("has no cell of its own for Close.\nThe program would read the row behind it for that."))
+  EXPECT_TRUE(result.says(
+      "has no cell of its own for Close.\nThe program would read a cell of the next row instead."))
       << result.out;
 }
 
@@ -127,30 +126,30 @@ TEST_F(TableCommandTest, ATableOfDivsInDivsIsToldToBeUnreadable) {
       << result.out;
 }
 
-TEST_F(TableCommandTest, ASingleRowIsMinded) {
-  EXPECT_TRUE(table(row(m_first), m_first).says("Mind: it reads this row alone."));
+TEST_F(TableCommandTest, WarnsOfASingleRow) {
+  EXPECT_TRUE(table(row(m_first), m_first).says("Note: it reads only this row."));
   EXPECT_FALSE(table(row(m_first) + row(m_second), m_first).says("alone"));
 }
 
 TEST_F(TableCommandTest, DatesOfAnotherFormAreNamed) {
   const Result result = table(row({"27/02/2026", "1.1"}), {"Date=27/02/2026", "Close=1.1"});
   EXPECT_EQ(result.status, 1);
-  EXPECT_TRUE(result.says("row 1 has \"27/02/2026\" for its date, and dates must look like 3-Mar-06."))
+  EXPECT_TRUE(result.says("row 1 has \"27/02/2026\" as its date; dates must look like 3-Mar-06."))
       << result.out;
 }
 
 TEST_F(TableCommandTest, TextsThatAreNotThereOrNotInOneRowAreNamed) {
   const Result missing = table(row(m_first), {"Date=2-Mar-26", "Close=9.99"});
   EXPECT_EQ(missing.status, 1);
-  EXPECT_TRUE(missing.says("No tag holds the text \"9.99\".\nThe page does not hold this text at all."))
+  EXPECT_TRUE(missing.says("No tag contains the text \"9.99\".\nThe page does not contain this text."))
       << missing.out;
   const Result apart = run({"table", write("p.html", "<html><b>2-Mar-26</b></html><html><b>1.1</b></html>"),
                             "Date=2-Mar-26", "Close=1.1"});
   EXPECT_EQ(apart.status, 1);
-  EXPECT_TRUE(apart.says("No tag holds the text \"1.1\".")) << apart.out;
+  EXPECT_TRUE(apart.says("No tag contains the text \"1.1\".")) << apart.out;
   const Result rows = table(row(m_first) + row(m_second), {"Date=2-Mar-26", "Volume=800"});
   EXPECT_EQ(rows.status, 1);
-  EXPECT_TRUE(rows.says("No TableLocator is found.\nThe texts do not stand in one row.\n")) << rows.out;
+  EXPECT_TRUE(rows.says("No TableLocator was found.\nThe texts are not in one row.\n")) << rows.out;
 }
 
 TEST_F(TableCommandTest, RowsDirectlyInHtmlNeedAMarkOfIt) {
@@ -164,10 +163,10 @@ TEST_F(TableCommandTest, RowsDirectlyInHtmlNeedAMarkOfIt) {
   EXPECT_TRUE(bare.says("No walk leads to the tag around the rows, <html>.")) << bare.out;
 }
 
-TEST_F(TableCommandTest, NumbersThatReadOtherwiseAreMinded) {
+TEST_F(TableCommandTest, WarnsOfUnreadableNumbers) {
   const Result result = table(row({"2-Mar-26", "$1.1"}), {"Date=2-Mar-26", "Close=$1.1"});
   EXPECT_EQ(result.status, 0);
-  EXPECT_TRUE(result.says("Mind: Close: \"$1.1\" can't be read as a number")) << result.out;
+  EXPECT_TRUE(result.says("Note: Close: \"$1.1\" can't be read as a number")) << result.out;
 }
 
 TEST_F(TableCommandTest, TypesMustBeClear) {
@@ -176,7 +175,7 @@ TEST_F(TableCommandTest, TypesMustBeClear) {
                                                 {"Date=2-Mar-26", "1.1"}}) {
     const Result result = table(row(m_first), texts);
     EXPECT_EQ(result.status, 2);
-    EXPECT_TRUE(result.complains("it can't be told which column each text is of")) << result.errors;
+    EXPECT_TRUE(result.complains("the columns of the texts are unknown")) << result.errors;
   }
   const Result empty = table(row(m_first), {"Date=2-Mar-26", "Close="});
   EXPECT_EQ(empty.status, 2);

@@ -29,22 +29,22 @@ TEST_F(WorkbenchCommandLineTest, RefusesWrongCommandLines) {
     return result.errors;
   };
   const std::string head = "tallymoor-locator: ";
-  EXPECT_EQ(complaint({}), head + "no command is given; --help tells of them\n");
-  EXPECT_EQ(complaint({"mend"}), head + "there is no command mend; --help tells of them\n");
+  EXPECT_EQ(complaint({}), head + "no command given; see --help\n");
+  EXPECT_EQ(complaint({"mend"}), head + "unknown command mend; see --help\n");
   EXPECT_EQ(complaint({"check"}), head + "check needs a locator document\n");
-  EXPECT_EQ(complaint({"check", "a", "b"}), head + "check takes one document\n");
-  EXPECT_EQ(complaint({"check", "a", "--fast"}), head + "check knows no option --fast\n");
+  EXPECT_EQ(complaint({"check", "a", "b"}), head + "check needs exactly one document\n");
+  EXPECT_EQ(complaint({"check", "a", "--fast"}), head + "check has no option --fast\n");
   EXPECT_EQ(complaint({"check", "a", "--page"}), head + "--page needs a value\n");
   EXPECT_EQ(complaint({"check", "a", "--code", ""}), head + "--code needs a value\n");
   EXPECT_EQ(complaint({"check", "a", "--code", "b", "--page", "c"}),
-            head + "--page and --code can't go together\n");
-  EXPECT_EQ(complaint({"check", "a", "--save", "b"}), head + "--save goes with --code\n");
+            head + "--page and --code exclude each other\n");
+  EXPECT_EQ(complaint({"check", "a", "--save", "b"}), head + "--save needs --code\n");
   EXPECT_EQ(complaint({"find", "a"}),
-            head + "find takes a page and a text; a text of several words stands in quotation marks\n");
+            head + "find needs a page and a text; put a text of several words in quotation marks\n");
   EXPECT_EQ(complaint({"find", "a", "b", "c"}).substr(0, 40),
-            (head + "find takes a page and a text").substr(0, 40));
+            (head + "find needs a page and a text").substr(0, 40));
   EXPECT_EQ(complaint({"find", "a", " "}), head + "the text to look for is empty\n");
-  EXPECT_EQ(complaint({"table", "a"}), head + "table takes a page and the texts of one row\n");
+  EXPECT_EQ(complaint({"table", "a"}), head + "table needs a page and the texts of one row\n");
 }
 
 TEST_F(WorkbenchCommandLineTest, FilesThatCannotBeReadAreNamed) {
@@ -64,8 +64,7 @@ TEST_F(WorkbenchCommandLineTest, FilesThatCannotBeReadAreNamed) {
             "tallymoor-locator: can't read " + missing + ": No such file or directory\n");
   const std::string large = write("large.html", std::string(10 * 1024 * 1024 + 1, 'x'));
   EXPECT_EQ(complaint({"find", large, "x"}),
-            "tallymoor-locator: can't read " + large +
-                ": it is larger than 10 MB, which the program does not take\n");
+            "tallymoor-locator: can't read " + large + ": it is larger than 10 MB, the program's limit\n");
   EXPECT_NE(complaint({"find", "/dev/zero", "x"}).find("larger than 10 MB"), std::string::npos);
 }
 
