@@ -31,6 +31,22 @@ function(tallymoor_headers target scope folder)
   target_include_directories(${target} ${scope} ${headers})
 endfunction()
 
+# tallymoor_lone_headers(RESULT FOLDER NAME): a list of sources, each of which includes one of the headers of FOLDER that
+# have no source of their own, as "NAME/Header.h". So each header is compiled by itself: a source includes its own first,
+# which scripts/folders checks.
+function(tallymoor_lone_headers result folder name)
+  file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${folder} ${folder}/*.h)
+  set(sources "")
+  foreach(header IN LISTS headers)
+    string(REPLACE ".h" ".cpp" source ${header})
+    if(NOT EXISTS ${folder}/${source})
+      file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/lone_headers/${name}/${source} CONTENT "#include \"${name}/${header}\"\n")
+      list(APPEND sources ${PROJECT_BINARY_DIR}/lone_headers/${name}/${source})
+    endif()
+  endforeach()
+  set(${result} ${sources} PARENT_SCOPE)
+endfunction()
+
 # tallymoor_library(FOLDER [USES folder...] [LINK target...] [WITHOUT file...]): the library tallymoor_FOLDER from
 # src/FOLDER/*.cpp, without the named ones.
 # It links only the folders it may include; CMake puts the link line in order.
@@ -57,6 +73,10 @@ function(tallymoor_library folder)
   endif()
   target_link_libraries(tallymoor_${folder} ${scope} tallymoor_options ${ARG_LINK})
   tallymoor_headers(tallymoor_${folder} ${scope} ${folder})
+  if(TALLYMOOR_TESTS AND sources)
+    tallymoor_lone_headers(lone_headers ${PROJECT_SOURCE_DIR}/src/${folder} ${folder})
+    target_sources(tallymoor_${folder} PRIVATE ${lone_headers})
+  endif()
   foreach(used IN LISTS ARG_USES)
     target_link_libraries(tallymoor_${folder} ${scope} tallymoor_${used})
   endforeach()

@@ -14,6 +14,7 @@
 #include <fxkeys.h>
 #include <memory>
 #include <sstream>
+#include <stdexcept>
 
 namespace Tallymoor {
 

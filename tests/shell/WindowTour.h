@@ -13,6 +13,7 @@
 #include "widgets/Table.h"
 #include "widgets/Wizard.h"
 #include <fxkeys.h>
+#include <stdexcept>
 
 namespace Tallymoor {
 

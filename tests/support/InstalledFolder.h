@@ -1,7 +1,9 @@
 #pragma once
 #include "support/TestProfile.h"
+#include <algorithm>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <vector>
 
 namespace Tallymoor {
 

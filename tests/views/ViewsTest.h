@@ -24,6 +24,7 @@
 #include "xml/PortfolioRecords.h"
 #include <gmock/gmock.h>
 #include <optional>
+#include <stdexcept>
 
 namespace Tallymoor {
 

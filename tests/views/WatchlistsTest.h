@@ -10,6 +10,7 @@
 #include "views/WatchlistTreeItem.h"
 #include "widgets/PageSwitcher.h"
 #include <memory>
+#include <stdexcept>
 
 namespace Tallymoor {
 

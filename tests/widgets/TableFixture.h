@@ -4,6 +4,7 @@
 #include "support/windows/WindowTest.h"
 #include <fxkeys.h>
 #include <gmock/gmock.h>
+#include <stdexcept>
 
 namespace Tallymoor {
 

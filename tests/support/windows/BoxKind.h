@@ -1,5 +1,6 @@
 #pragma once
 #include <fx.h>
+#include <utility>
 
 // The toolkit's own pictures of its message boxes.
 namespace FX {
