@@ -20,8 +20,8 @@ void printRow(const DayRow& row) {
 
 } // namespace
 
-/// Prints a code's prices in the made-up market, up to the day before the one given, as a file of the folder
-/// prices.
+/// Prints a code's prices in the sample market up to the day before the given one, in the CSV form of the
+/// prices folder.
 int main(int argc, char** argv) {
   const auto today = argc == 3 ? isoDay(argv[2]) : std::nullopt;
   if (!today) {

@@ -1,5 +1,5 @@
-// Fills a scratch profile with sample portfolios, entered through the program's own operations at the sample
-// market's prices, so that ./run demo has something to show.
+// Fills a scratch profile with sample portfolios for ./run demo. Uses the program's own operations and the
+// sample market's prices.
 #include "books/SharePortfolioUser.h"
 #include "foundation/BigMutex.h"
 #include "foundation/Constants.h"
@@ -22,28 +22,28 @@ namespace {
 constexpr double BROKERAGE = 29.95;
 
 enum class Kind {
-  Deposit,    ///< amount
-  Withdrawal, ///< amount
-  Interest,   ///< amount
-  Fee,        ///< amount
-  Purchase,   ///< number
-  Sale,       ///< number, first in first out
-  Dividend,   ///< rate on what is held, fully franked, in cash
-  Reinvested, ///< rate on what is held, fully franked, for shares at the day's close
-  Foreign,    ///< rate on what is held, unfranked, from overseas with 15% withheld
-  Split,      ///< factor
-  Merge       ///< factor
+  Deposit,    ///< Amount.
+  Withdrawal, ///< Amount.
+  Interest,   ///< Amount.
+  Fee,        ///< Amount.
+  Purchase,   ///< Number.
+  Sale,       ///< Number, first in first out.
+  Dividend,   ///< Rate per share held, fully franked, in cash.
+  Reinvested, ///< Rate per share held, fully franked, reinvested at the day's close.
+  Foreign,    ///< Rate per share held, unfranked, foreign with 15% withheld.
+  Split,      ///< Factor.
+  Merge       ///< Factor.
 };
 
 struct Entry {
   Kind kind;
   int year, month, day;
-  const char16_t* code; ///< of a stock; null for cash
-  double figure;        ///< see Kind
+  const char16_t* code; ///< Stock code; null for cash.
+  double figure;        ///< Depends on the kind.
   const char16_t* text = u"";
 };
 
-/// More than five years of a portfolio that trades.
+/// More than five years of an actively traded portfolio.
 const Entry TRADING[] = {
     {Kind::Deposit, 2021, 2, 1, nullptr, 60000.0, u"opening balance"},
     {Kind::Purchase, 2021, 2, 9, u"ABC.AX", 400, u"Order book full until next year"},
@@ -91,7 +91,7 @@ const Entry TRADING[] = {
     {Kind::Dividend, 2026, 3, 25, u"EVR.AX", 1.20},
 };
 
-/// A portfolio that is left alone.
+/// A portfolio with few transactions.
 const Entry RETIREMENT[] = {
     {Kind::Deposit, 2021, 2, 1, nullptr, 90000.0, u"transferred"},
     {Kind::Purchase, 2021, 2, 15, u"CBR.AX", 300},
@@ -127,7 +127,7 @@ XMLSharePortfolio& addPortfolio(XMLPortfolios& records, const String& name) {
   return portfolio;
 }
 
-/// Enters one line after the other, as a user would.
+/// Enters one line after another, like a user.
 class Bookkeeper {
 public:
   explicit Bookkeeper(SharePortfolioUser& portfolio) : m_portfolio(portfolio) {}
@@ -208,7 +208,7 @@ void writeSettings() {
   Settings::Instance().writeUnsigned(u"Gui Settings", u"MainHeight", 720);
   Settings::Instance().writeUnsigned(u"Gui Settings", u"X Splitter Portfolios", 220);
   for (const SampleService::Listing& listing : SampleService::SampleMarket::listings())
-    StockNames::remember(String::fromUTF8(listing.code), String::fromUTF8(listing.name)); // as searches do
+    StockNames::remember(String::fromUTF8(listing.code), String::fromUTF8(listing.name)); // Like a search.
   Settings::Instance().commit();
   Settings::attach(nullptr);
 }

@@ -5,7 +5,7 @@
 
 namespace SampleService {
 
-/// Reads "2026-03-02"; nothing for any other form and for days that the calendar does not have.
+/// Reads "2026-03-02". Empty for other forms and invalid dates.
 std::optional<Day> isoDay(std::string_view text);
 
 } // namespace SampleService

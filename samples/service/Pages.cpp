@@ -16,7 +16,7 @@ std::string withThousandsCommas(std::int64_t whole) {
   return text;
 }
 
-/// "1,234.50": thousands commas and two decimals, four below ten.
+/// "1,234.50": with thousands separators and two decimals, or four below ten.
 std::string priceText(std::int64_t price) {
   const bool small = price < 100000;
   char decimals[8];

@@ -6,16 +6,15 @@
 
 namespace SampleService {
 
-/// A folder of CODE.csv files as providers export them: date, open, high, low, close, adjusted close, volume,
-/// a header line first. Files are read anew at each request, so that a changed one counts at once.
+/// A folder of CODE.csv files as exported by providers: a header line, then date, open, high, low, close,
+/// adjusted close, volume. Files are read at each request, so changes apply at once.
 class PriceFolder {
 public:
   explicit PriceFolder(std::filesystem::path folder) : m_folder(std::move(folder)) {}
 
-  /// Nothing when there is no such file or the code is no plain file name. Lines that can't be read are left
-  /// out.
+  /// Empty if the file is missing or the code is not a plain file name. Skips unreadable lines.
   std::optional<PriceHistory> history(const std::string& code) const;
-  /// A listing for each file; the name is the code.
+  /// One listing per file, with the code as its name.
   std::vector<Listing> listings() const;
 
 private:

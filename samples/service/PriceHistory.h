@@ -8,7 +8,7 @@ namespace SampleService {
 
 using Day = std::chrono::sys_days;
 
-/// One trading day as a data source shows it. Prices in ten-thousandths, not adjusted for later splits.
+/// A trading day as shown by a data source. Prices are in ten-thousandths, not adjusted for later splits.
 struct DayRow {
   Day day;
   std::int64_t open = 0;
@@ -19,13 +19,13 @@ struct DayRow {
   std::int64_t volume = 0;
 };
 
-/// Something other than a price that a history table tells of a day.
+/// An entry of a history table other than a price.
 struct DayEvent {
   Day day;
-  std::string text; ///< as in "2:1 Stock Split" or "$0.1250 Dividend"
+  std::string text; ///< "2:1 Stock Split" or "$0.1250 Dividend".
 };
 
-/// The rows of one code, oldest first, and its events.
+/// The rows of a code, oldest first, and its events.
 struct PriceHistory {
   std::vector<DayRow> rows;
   std::vector<DayEvent> events;
@@ -34,7 +34,7 @@ struct PriceHistory {
 struct Listing {
   std::string code;
   std::string name;
-  std::string market; ///< "N/A" where the source leaves it to the code's suffix
+  std::string market; ///< "N/A" if the code's suffix determines it.
   bool isIndex = false;
 };
 

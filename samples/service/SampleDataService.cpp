@@ -31,7 +31,7 @@ Now localNow() {
       local.tm_hour * 60 + local.tm_min};
 }
 
-/// A number of at most four digits; anything else gives -1.
+/// A number of at most four digits, otherwise -1.
 int numberParameter(const httplib::Request& request, const char* name) {
   const std::string text = request.get_param_value(name);
   int value = -1;
@@ -39,7 +39,7 @@ int numberParameter(const httplib::Request& request, const char* name) {
   return error == std::errc() && value >= 0 && value <= 9999 ? value : -1;
 }
 
-/// A day from the parameters for day, month (counted from 0) and year; the fallback when they make none.
+/// A date from the parameters for day, month (counted from 0) and year, or the fallback if they are invalid.
 Day dayParameter(const httplib::Request& request, const char* dayName, const char* monthName,
                  const char* yearName, Day fallback) {
   const int y = numberParameter(request, yearName);
@@ -148,7 +148,7 @@ private:
     response.set_content(searchPage(text, found), HTML);
   }
 
-  /// A list that is not there is one without updates.
+  /// A missing list means that there are no updates.
   void update(const httplib::Request& request, httplib::Response& response) const {
     const std::string name = request.get_param_value("filename");
     const bool plain = !name.empty() && name.front() != '.' && name.find_first_of("/\\") == std::string::npos;
@@ -174,7 +174,7 @@ private:
     }
   }
 
-  /// A picture by its name, or else the next advert's document.
+  /// A picture if a name is given, otherwise the next advert's document.
   void advert(const httplib::Request& request, httplib::Response& response) {
     if (request.has_param("image")) {
       const auto picture = m_adverts.find(request.get_param_value("image"));
@@ -195,7 +195,7 @@ private:
   }
 
   const ServiceOptions m_options;
-  std::map<std::string, std::string> m_adverts; ///< GIFs by file name
+  std::map<std::string, std::string> m_adverts; ///< GIFs by file name.
   std::atomic<unsigned> m_nextAdvert = 0;
   const PriceFolder m_folder;
   const SampleMarket m_market;

@@ -7,24 +7,24 @@
 namespace SampleService {
 
 struct ServiceOptions {
-  std::filesystem::path prices;  ///< folder of CODE.csv files, which win over the made-up market
-  std::filesystem::path updates; ///< folder that the update service serves; empty: it has no updates
-  std::filesystem::path adverts; ///< folder of GIFs that are served as adverts in turn; empty: none
-  int port = 8317;               ///< 0 takes a free one
-  std::optional<Day> today;      ///< nothing: the machine's date
+  std::filesystem::path prices;  ///< Folder of CODE.csv files, which take precedence over the sample market.
+  std::filesystem::path updates; ///< Folder served by the update service; empty for no updates.
+  std::filesystem::path adverts; ///< Folder of GIFs served as adverts in turn; empty for none.
+  int port = 8317;               ///< 0 selects a free port.
+  std::optional<Day> today;      ///< Empty: the machine's date.
 };
 
-/// The sample data source: an HTTP server on loopback with a quote, a price-history and a search page. It
-/// plays the update service, too: "/updates/update.php?filename=NAME" gives the file of that name.
+/// The sample data source: an HTTP server on the loopback interface with quote, price history and search
+/// pages. Also acts as the update service: "/updates/update.php?filename=NAME" returns the file of that name.
 class SampleDataService {
 public:
   explicit SampleDataService(const ServiceOptions& options);
   ~SampleDataService();
 
-  /// Takes the port; false when it is in use. port() then tells which.
+  /// Binds the port. False if it is in use. port() then returns the actual port.
   bool bind();
   int port() const;
-  /// Serves until stop() is called from another thread.
+  /// Serves until stop() is called on another thread.
   void serve();
   void stop();
 

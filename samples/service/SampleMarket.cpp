@@ -8,15 +8,15 @@ namespace SampleService {
 
 using namespace std::chrono;
 
-/// What makes one stock's story differ from another's.
+/// Parameters of a stock's price series.
 struct Security {
   const char* code;
   const char* name;
   const char* market;
   int firstPriceCents;
-  int driftPerMillion;      ///< mean daily return
-  int volatilityPerMillion; ///< typical daily return
-  int dividendPerMille;     ///< of the price, twice a year; 0 for none
+  int driftPerMillion;      ///< Mean daily return.
+  int volatilityPerMillion; ///< Typical daily return.
+  int dividendPerMille;     ///< Per mille of the price, paid twice a year; 0 for none.
   int listedYear = 2001;
 };
 
@@ -25,7 +25,7 @@ namespace {
 struct SplitEvent {
   const char* code;
   year_month_day day;
-  int numerator; ///< new shares for denominator old ones
+  int numerator; ///< New shares per `denominator` old shares.
   int denominator;
 };
 
@@ -101,7 +101,7 @@ const Security* findSecurity(std::string_view code) {
   return found == std::end(SECURITIES) ? nullptr : found;
 }
 
-/// A stream of numbers that follows from a text alone: FNV-1a for the seed, then splitmix64.
+/// Pseudo-random numbers derived from a text: FNV-1a for the seed, then splitmix64.
 class Sequence {
 public:
   explicit Sequence(std::string_view text) {
@@ -118,7 +118,7 @@ public:
   std::int64_t below(std::int64_t limit) {
     return static_cast<std::int64_t>(next() % static_cast<std::uint64_t>(limit));
   }
-  /// Roughly normal with the given typical size: the sum of four evenly spread numbers.
+  /// Approximately normally distributed: the sum of four uniform numbers.
   std::int64_t around(std::int64_t size) {
     std::int64_t sum = 0;
     for (int i = 0; i < 4; ++i)
@@ -130,7 +130,7 @@ private:
   std::uint64_t m_state = 14695981039346656037ULL;
 };
 
-/// Prices move in half cents below two units of money, in cents above, as on an exchange.
+/// The tick size: half a cent below two currency units, one cent above.
 std::int64_t tick(std::int64_t price) {
   const std::int64_t step = price < 20000 ? 50 : 100;
   return std::max<std::int64_t>((price + step / 2) / step * step, step);
@@ -150,7 +150,7 @@ std::string dividendText(std::int64_t amount) {
   return text;
 }
 
-/// Makes one security's days in order.
+/// Creates the days of one security in order.
 class HistoryMaker {
 public:
   explicit HistoryMaker(const Security& security)
@@ -170,7 +170,7 @@ private:
     std::int64_t change = m_security.driftPerMillion + m_random.around(m_security.volatilityPerMillion);
     if (const SplitEvent* split = splitOn(m_security.code, day)) {
       m_value = m_value * split->denominator / split->numerator;
-      change = -12000; // a split day that closes lower, so that the jump is clearly beyond the ratio
+      change = -12000; // Makes a split day close lower, so that the jump clearly exceeds the ratio.
       if (split->numerator < split->denominator)
         change = 9000;
       m_history.events.push_back({day, std::to_string(split->numerator) + ":" +
@@ -230,7 +230,7 @@ const std::vector<Listing>& SampleMarket::listings() {
   return all;
 }
 
-// Today's row is among them: history() keeps it back until the day is over, quote() moves towards it.
+// Contains today's row too. history() omits it until the day is over; quote() moves towards it.
 const PriceHistory& SampleMarket::computed(const Security& security, Day today) const {
   if (m_computedFor != today) {
     m_histories.clear();

@@ -3,11 +3,11 @@
 
 namespace SampleService {
 
-/// True on weekdays that are none of the sample market's holidays: New Year, 26 January, Good Friday, Easter
-/// Monday, 25 April, Christmas and the day after.
+/// True on weekdays except the sample market's holidays: New Year, 26 January, Good Friday, Easter Monday, 25
+/// April, Christmas and 26 December.
 bool isTradingDay(Day day);
 
-/// Easter Sunday of a Gregorian year, by the rule of Gauss in the form of Meeus, Jones and Butcher.
+/// Easter Sunday of a Gregorian year, by the algorithm of Meeus, Jones and Butcher.
 Day easterSunday(int year);
 
 } // namespace SampleService

@@ -4,7 +4,8 @@
 namespace Tallymoor {
 namespace {
 
-/// Days from Sunday, 1 February 2026. Capital is cash: interest is a gain, deposits and withdrawals are not.
+/// Days from Sunday, 1 February 2026. The capital is cash only: interest is a gain, deposits and withdrawals
+/// are not.
 class CapitalGrowthTest : public CapitalRecordTest {
 protected:
   static Date february(int day) { return Date(2026, 2, day); }
@@ -37,7 +38,7 @@ protected:
     for (std::size_t i = 0; i < days.size(); ++i)
       EXPECT_NEAR(days[i].growth, expected[i], 1e-9) << i;
   }
-  /// -1 stands for no index.
+  /// -1 means no index.
   static void expectIndex(const std::vector<GrowthDay>& days, const Numbers& expected) {
     ASSERT_EQ(days.size(), expected.size());
     for (std::size_t i = 0; i < days.size(); ++i)
@@ -102,7 +103,7 @@ TEST_F(CapitalGrowthTest, ADayThatWouldLeaveNothingOrLessStartsAgain) {
   deposit(2, 10000);
   fee(2, 30);
   interest(3, 997.1);
-  // 30 lost of 1 would be a factor of -29.
+  // A loss of 30 from 1 would give a factor of -29.
   expectGrowth(growth(1, 3), {1, 9971, 10968.1});
 }
 
@@ -181,7 +182,7 @@ TEST_F(CapitalGrowthTest, TheGapsOfTheIndexAreFetched) {
   setPrice(u"^AORD", february(2), 4000);
   setPrice(u"^AORD", february(5), 4000);
   expectIndex(growth(2, 5), {1000, -1, -1, 1000});
-  m_market.addListing(u"TEST.AX", u"Test", u"Australia"); // what going online looks for
+  m_market.addListing(u"TEST.AX", u"Test", u"Australia"); // Going online searches for it.
   ASSERT_TRUE(gateway().reconnect());
   gateway().priceUpdater().stopAndJoin();
   m_market.setHistory(u"^AORD", Date(2026, 1, 5), february(27), 4000);

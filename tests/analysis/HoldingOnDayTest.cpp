@@ -74,7 +74,7 @@ TEST_F(HoldingOnDayTest, OnlyTheCurrentPriceMayBeARecordedOne) {
   user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 12), 300, 4, 0, String()});
   setPrice(u"ABC.AX", Date(2026, 2, 3), 5);
   EXPECT_DOUBLE_EQ(shownPrice(user(), u"ABC.AX", Date(2026, 2, 3)), 5);
-  EXPECT_DOUBLE_EQ(shownPrice(user(), u"ABC.AX", m_today), 5); // the last one known
+  EXPECT_DOUBLE_EQ(shownPrice(user(), u"ABC.AX", m_today), 5); // The last known price.
   user().addBuyEvent(u"NEW.AX", {Date(2026, 1, 12), 300, 4, 0, String()});
   EXPECT_DOUBLE_EQ(shownPrice(user(), u"NEW.AX", m_today), 4);
   EXPECT_FALSE(messageOf([&] { shownPrice(user(), u"ABC.AX", Date(2026, 2, 1)); }).empty());

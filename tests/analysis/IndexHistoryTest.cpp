@@ -15,7 +15,7 @@ class IndexHistoryTest : public testing::Test {
 protected:
   ~IndexHistoryTest() override { Date::clearFixedDate(); }
 
-  /// Today and the ends of the months before it.
+  /// Today and the preceding month ends.
   static std::vector<Date> days(int months) {
     std::vector<Date> list{Date()};
     for (int i = 1; i <= months; ++i)
@@ -38,7 +38,7 @@ TEST_F(IndexHistoryTest, FetchesWhatIsMissingAndNothingTwice) {
   for (const Date& day : days(36))
     EXPECT_TRUE(knows(day)) << day.toString(DATE_DISPLAY_YMD).toUTF8();
   const std::size_t fetches = numFetches();
-  EXPECT_LE(fetches, 8u); // pages of 200 days
+  EXPECT_LE(fetches, 8u); // Pages of 200 days.
   IndexHistory::fetch(u"^IDX", days(36));
   EXPECT_EQ(fetches, numFetches());
 }
@@ -65,7 +65,7 @@ TEST_F(IndexHistoryTest, AnotherIndexBeginsAnew) {
 TEST_F(IndexHistoryTest, TheFirstFailureEndsTheMatterUntilTheNextTime) {
   m_market.setHistory(u"^IDX", Date(2023, 1, 2), Date(2026, 3, 3), 4000.0);
   m_market.refuse(MarketFixture::Page::History, 500);
-  m_user.answerQuestion(false); // another try
+  m_user.answerQuestion(false); // A second attempt.
   IndexHistory::fetch(u"^IDX", days(36));
   IndexHistory::fetch(u"^IDX", days(36));
   EXPECT_FALSE(knows(Date()));

@@ -9,13 +9,13 @@ namespace {
 
 using Weeks = std::vector<WeeklyPrice>;
 
-/// A Tuesday: four days, 4/7 of a week, after Friday, 27 February 2026.
+/// A Tuesday, four days (4/7 of a week) after Friday, 27 February 2026.
 const Date TODAY(2026, 3, 3);
 const Date LAST_FRIDAY(2026, 2, 27);
 constexpr double SINCE_FRIDAY = 4.0 / 7.0;
 
-/// So many weeks up to the last Friday, by a function of the weeks before it: 0 is the last one. High and low
-/// lie 1 above and below the close.
+/// Weeks up to the last Friday. The close comes from a function of the number of weeks before the last one
+/// (0). High and low are 1 above and below the close.
 Weeks weeksOf(int count, const std::function<double(int)>& closeBack) {
   Weeks weeks;
   for (int back = count - 1; back >= 0; --back)
@@ -46,15 +46,15 @@ void expectNothing(const Indicators& figures) {
 TEST(IndicatorsTest, AStraightLineGoesOnToTheDayItself) {
   const Indicators figures = indicatorsOf(weeksOf(26, [](int back) { return 100.0 - 2 * back; }), TODAY);
   EXPECT_NEAR(figures.lrValue.value(), 100 + 2 * SINCE_FRIDAY, 1e-9);
-  // 26 weeks ago it stood 52 lower; half a year's growth is squared.
+  // It was 52 lower 26 weeks ago. The growth of half a year is squared.
   const double now = 100 + 2 * SINCE_FRIDAY;
   const double factor = now / (now - 52);
   EXPECT_NEAR(figures.lrRate.value(), (factor * factor - 1) * 100, 1e-8);
 }
 
 TEST(IndicatorsTest, TheLineIsThatOfLeastSquares) {
-  // Eight weeks at 10, but the last at 18: the mean is 11, the slope 28/42 about the middle, 3.5 weeks
-  // before the last Friday. 11 + (3.5 + 4/7) * 2/3 = 96/7.
+  // Eight weeks at 10, except the last one at 18: the mean is 11, the slope 28/42 about the middle, which is
+  // 3.5 weeks before the last Friday. 11 + (3.5 + 4/7) * 2/3 = 96/7.
   Weeks weeks = constantWeeks(8, 10);
   weeks.back() = {LAST_FRIDAY, 18, 19, 17};
   EXPECT_NEAR(indicatorsOf(weeks, TODAY).lrValue.value(), 96.0 / 7, 1e-12);
@@ -74,7 +74,7 @@ TEST(IndicatorsTest, SevenWeeksAreTooFewAndEightAreEnough) {
 
 TEST(IndicatorsTest, SevenOfTheLastTwentySixWeeksAreTooFewWhateverLiesBefore) {
   Weeks weeks = constantWeeks(40, 10);
-  weeks.erase(weeks.end() - 19, weeks.end()); // 21 are left, of which 7 are recent
+  weeks.erase(weeks.end() - 19, weeks.end()); // 21 remain, 7 of them recent.
   expectNothing(indicatorsOf(weeks, TODAY));
 }
 
@@ -114,12 +114,12 @@ TEST(IndicatorsTest, OnALaterDayTheLineIsLongerByItsPartOfAWeek) {
 }
 
 TEST(IndicatorsTest, ALineAtOrBelowZeroHasNoRate) {
-  // Now below: -3 each week.
+  // It is negative now: -3 per week.
   const Indicators fallen = indicatorsOf(weeksOf(26, [](int back) { return 1.0 + 3 * back; }), TODAY);
   EXPECT_LT(fallen.lrValue.value(), 0);
   EXPECT_FALSE(fallen.lrRate);
   EXPECT_FALSE(fallen.autoVolatility);
-  // Below it 26 weeks ago: a young stock that rose fast.
+  // It was negative 26 weeks ago: a young stock that rose fast.
   const Indicators risen = indicatorsOf(weeksOf(8, [](int back) { return 80.0 - 10 * back; }), TODAY);
   EXPECT_GT(risen.lrValue.value(), 80);
   EXPECT_FALSE(risen.lrRate);
@@ -129,9 +129,9 @@ TEST(IndicatorsTest, ALineAtOrBelowZeroHasNoRate) {
 // ---- The ranges
 
 TEST(IndicatorsTest, ARangeReachesToTheCloseOfTheWeekBefore) {
-  Weeks weeks = constantWeeks(8, 10);                           // ranges of 2
-  weekBack(weeks, 5) = {weekBack(weeks, 5).friday, 14, 15, 13}; // from 10 up to 15
-  weekBack(weeks, 4) = {weekBack(weeks, 4).friday, 10, 11, 9};  // from 14 down to 9
+  Weeks weeks = constantWeeks(8, 10);                           // Ranges of 2.
+  weekBack(weeks, 5) = {weekBack(weeks, 5).friday, 14, 15, 13}; // From 10 up to 15.
+  weekBack(weeks, 4) = {weekBack(weeks, 4).friday, 10, 11, 9};  // From 14 down to 9.
   EXPECT_NEAR(indicatorsOf(weeks, TODAY).averageTrueRange.value(), (6 * 2 + 5 + 5) / 8.0, 1e-12);
 }
 
@@ -139,7 +139,7 @@ TEST(IndicatorsTest, TheFirstRangeReachesToTheCloseBeforeItWhereThatIsKnown) {
   EXPECT_NEAR(indicatorsOf(constantWeeks(26, 10), TODAY).averageTrueRange.value(), 2, 1e-12);
   Weeks weeks = constantWeeks(27, 10);
   weeks.front() = {weeks.front().friday, 37, 1000, 1};
-  // From 9 to 37, where its own range was 2; the first week's own range plays no part.
+  // From 9 to 37 instead of its own range of 2. The first week's range does not count.
   EXPECT_NEAR(indicatorsOf(weeks, TODAY).averageTrueRange.value(), (25 * 2 + 28) / 26.0, 1e-12);
   Weeks more = constantWeeks(28, 10);
   more.front() = {more.front().friday, 1000, 1000, 1};
@@ -151,7 +151,7 @@ TEST(IndicatorsTest, AfterAMissingWeekTheRangeReachesToTheLastCloseThereIs) {
   for (std::size_t back = 0; back < 10; ++back)
     weekBack(weeks, back) = {weekBack(weeks, back).friday, 20, 21, 19};
   weeks.erase(weeks.end() - 10);
-  // The week after the gap: from 10 to 21.
+  // The week after the gap ranges from 10 to 21.
   EXPECT_NEAR(indicatorsOf(weeks, TODAY).averageTrueRange.value(), (24 * 2 + 11) / 25.0, 1e-12);
 }
 

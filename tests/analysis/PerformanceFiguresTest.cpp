@@ -1,5 +1,5 @@
-// Asks the questions of data/performance. What they must give was worked out by expected_performance.py,
-// which knows nothing of the program, and is compared to the last digit that the program shows.
+// Runs the queries of data/performance. The expected results come from expected_performance.py, an
+// independent implementation, and are compared to the last displayed digit.
 #include "TestPaths.h"
 #include "analysis/CapitalGrowth.h"
 #include "analysis/Indicators.h"
@@ -23,7 +23,7 @@ namespace Tallymoor {
 namespace {
 
 constexpr int FEWEST_FIGURES = 20000;
-const Date LAST_DAY(2026, 3, 2); ///< of all prices
+const Date LAST_DAY(2026, 3, 2); ///< Of all prices.
 
 using Texts = std::vector<std::string>;
 
@@ -43,7 +43,7 @@ std::string dayText(const Date& day) {
   return day.toString(DATE_DISPLAY_DMY).toUTF8();
 }
 
-/// A figure of the index stays empty on a day without a price.
+/// An index figure is empty on a day without a price.
 template <class Figure>
 std::optional<double> ifPriced(Figure figure) {
   try {
@@ -55,7 +55,7 @@ std::optional<double> ifPriced(Figure figure) {
 
 using Arguments = SequenceArguments;
 
-/// A portfolio of a case, with its records up to the last day.
+/// A portfolio of a case with its records up to the last day.
 struct CasePortfolio {
   XMLSharePortfolio records;
   std::unique_ptr<SharePortfolioUser> user;
@@ -116,7 +116,7 @@ private:
     const auto history = SampleService::PriceFolder(TALLYMOOR_SAMPLES "/prices").history(code);
     return history ? history : SampleService::SampleMarket().history(code, sys_days(2026y / March / 3));
   }
-  /// Writes the code's cache file before the gateway first looks for it. A code that is not listed has none.
+  /// Writes the code's cache file before the gateway first reads it. An unlisted code gets none.
   void provide(const String& code) {
     if (!m_provided.insert(code).second)
       return;
@@ -206,7 +206,7 @@ private:
     CountryOfResidence::destroyInstance();
   }
 
-  // ---- Questions ----
+  // ---- Queries ----
 
   std::vector<PerformanceSpan> monthsOn(const Date& today) {
     const Portfolios& portfolios = table();
@@ -224,7 +224,7 @@ private:
         return figuresOf(span, today);
     return {"no such month"};
   }
-  /// In the order that the file tells.
+  /// In the order of the file.
   Texts figuresOf(const PerformanceSpan& span, const Date& today) {
     const Date& end = span.end;
     Texts texts{dayText(span.start), money(capitalOn(m_table, end)),

@@ -6,7 +6,7 @@
 namespace Tallymoor {
 namespace {
 
-/// Capital is made of cash alone: deposits and withdrawals cross the border, interest is a gain.
+/// The capital is cash only: deposits and withdrawals are flows, interest is a gain.
 class PerformanceTest : public CapitalRecordTest {
 protected:
   PerformanceTest() { m_second.subElement(u"Name").setValue(u"Savings"); }
@@ -22,7 +22,7 @@ protected:
   }
   Portfolios one() { return {&user()}; }
 
-  /// A second portfolio with a record from its deposit on.
+  /// A second portfolio with a record that starts at its deposit.
   SharePortfolioUser& second(const Date& day, double value) {
     m_secondUser = std::make_unique<SharePortfolioUser>(m_second);
     m_secondUser->creditCash(day, value, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
@@ -113,7 +113,7 @@ TEST_F(PerformanceTest, MoneyOfTheFirstDayIsCapitalAndThatOfTheLastIsFlow) {
 
 TEST_F(PerformanceTest, OneMonthOfTheCurrentRowReachesBackToTheEndOfTheMonthBefore) {
   deposit(Date(2026, 1, 15), 1000);
-  interest(Date(2026, 2, 10), 500); // February's, so not of the current row
+  interest(Date(2026, 2, 10), 500); // In February, so not in the current row.
   interest(Date(2026, 3, 1), 300);
   update();
   EXPECT_NEAR(periodGain(one(), m_today, 1).value(), 20, 1e-9);
@@ -155,7 +155,7 @@ TEST_F(PerformanceTest, GainsOfSeveralPortfoliosWeighByCapital) {
 TEST_F(PerformanceTest, AGainOfYearsIsAlsoGivenAsGrowthAYear) {
   deposit(Date(2021, 2, 28), 1000);
   interest(Date(2021, 3, 10), 1000);
-  interest(Date(2024, 5, 5), 662); // 33.1% of 2000
+  interest(Date(2024, 5, 5), 662); // 33.1% of 2000.
   update();
   EXPECT_NEAR(annualisedGain(one(), Date(2026, 2, 28), 3).value(), 10, 1e-9);
   // The fifth root of 2.662.
@@ -220,7 +220,7 @@ TEST_F(IndexPerformanceTest, OnlyTheAnnualisedIndexNeedsARecordOfTheStart) {
 
 TEST_F(IndexPerformanceTest, WithoutARecordOfTheStartNoPriceIsAskedFor) {
   makeDays(Date(2026, 2, 1));
-  EXPECT_FALSE(annualisedIndexGain(one(), Date(2026, 2, 28), 3)); // would throw, as no price is there
+  EXPECT_FALSE(annualisedIndexGain(one(), Date(2026, 2, 28), 3)); // A request for a price would throw.
 }
 
 // ---- Brokerage and flow
@@ -235,7 +235,7 @@ protected:
     event.subElement(u"BuyBrokerage").setValue(String::fromDouble(buyBrokerage, 2));
     event.subElement(u"SellBrokerage").setValue(String::fromDouble(sellBrokerage, 2));
   }
-  /// A record of cash alone, made before the purchases and sales, which here have no prices.
+  /// A record of cash only, made before the purchases and sales, which have no prices here.
   void makeCapital(double capital) {
     deposit(Date(2026, 1, 1), capital);
     update();

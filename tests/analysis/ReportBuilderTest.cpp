@@ -299,7 +299,7 @@ TEST_F(ReportBuilderTest, APortfolioWithoutRecordsOfThePeriodIsEmpty) {
 
 TEST_F(ReportBuilderTest, NoReportIsMadeOfARecordThatStopsEarlier) {
   trade();
-  m_interaction.progress.cancelAfter = 1; // at the end of December
+  m_interaction.progress.cancelAfter = 1; // At the end of December.
   EXPECT_EQ(messageOf([&] { january(); }),
             String(u"The capital record of Trading does not reach 31/01/2026, so no report was made."));
 }

@@ -14,14 +14,14 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-/// Restores the system's calls at the end of a scope.
+/// Restores the system calls at the end of a scope.
 struct FileOperationsScope {
   ~FileOperationsScope() { FileOperations::current() = FileOperations::system(); }
 };
 
 using XmlDocument = std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)>;
 
-/// Null when the text is no well-formed XML.
+/// Null if the text is not well-formed XML.
 XmlDocument parsed(const std::string& text) {
   return {xmlReadMemory(text.data(), int(text.size()), nullptr, nullptr,
                         XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING),
@@ -56,7 +56,7 @@ TEST_F(ReportFilesTest, TheDocumentIsOfItsType) {
                     [](const Portfolios&, const ReportPeriod&) { return String(u"<svg/>"); }));
   const XmlDocument report = parsed(document());
   ASSERT_TRUE(report);
-  const String type = m_profile.path("type.dtd"); // an address without blanks
+  const String type = m_profile.path("type.dtd"); // A URL without blanks.
   TestProfile::writeFile(type, TestProfile::readFile(folder() + u"Tallymoor Report.dtd"));
   const std::unique_ptr<xmlDtd, decltype(&xmlFreeDtd)> dtd(
       xmlParseDTD(nullptr, BAD_CAST type.toUTF8().c_str()), &xmlFreeDtd);

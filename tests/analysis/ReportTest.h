@@ -6,8 +6,8 @@
 
 namespace Tallymoor {
 
-/// A portfolio whose figures of January 2026 can be worked out by hand: it begins with 8,970.00 in cash and
-/// 100 shares at 11.00, and ends with 7,500.00 and 202 shares at 22.00. In February 50 of them are sold.
+/// A portfolio with figures for January 2026 that can be verified by hand. It starts with 8,970.00 in cash
+/// and 100 shares at 11.00, and ends with 7,500.00 and 202 shares at 22.00. 50 of them are sold in February.
 class ReportTest : public EngineTest {
 protected:
   ReportTest() {
@@ -30,7 +30,7 @@ protected:
     user().creditCash(Date(2026, 1, 25), 500, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
     user().debitCash(Date(2026, 1, 26), 62.34, CASH_EVENT_WITHDRAWAL, u"WITHDRAWAL ");
     user().sellShares(u"ABC.AX", {Date(2026, 2, 10), 50, 30, 15, COMMENT}, true);
-    // The price doubles by itself.
+    // The price doubles although there was no split.
     user().recordAdjustment(u"ABC.AX", Date(2026, 1, 1), 1, true);
   }
 
@@ -43,7 +43,7 @@ protected:
     return report.subElement(u"Portfolios", place);
   }
 
-  /// A value with its shown form: "1234.50 $1,234.50".
+  /// A value with its displayed form: "1234.50 $1,234.50".
   static String value(const XMLElement& element, const String& name) {
     return element.attribute(name) + u" " + element.attribute(name + u"Shown");
   }

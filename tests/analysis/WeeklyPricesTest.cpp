@@ -10,7 +10,7 @@
 namespace Tallymoor {
 namespace {
 
-/// Tuesday, 3 March 2026, online. The last full week is 23 to 27 February.
+/// Tuesday, 3 March 2026, online. The last complete week is 23 to 27 February.
 class WeeklyPricesTest : public testing::Test {
 protected:
   using Page = MarketFixture::Page;
@@ -22,11 +22,11 @@ protected:
 
   std::vector<WeeklyPrice> weeks(int count) { return recentWeeks(m_code, Date(), count); }
   std::size_t numFetches() { return m_market.requested(Page::History).size(); }
-  /// Every weekday so many weeks back has the same close.
+  /// Sets the same close on every weekday of the last weeks.
   void setHistory(int weeks, double close) {
     m_market.setHistory(m_code, m_lastFriday.plusDays(-7 * weeks + 1), m_today, close);
   }
-  /// Nothing was asked; what is fetched is told in the status line.
+  /// Checks that no question was asked and that the fetch was shown in the status line.
   void expectQuiet() {
     using Kind = FakeUserInteraction::Kind;
     for (const FakeUserInteraction::Call& call : m_interaction.calls())
@@ -83,7 +83,7 @@ TEST_F(WeeklyPricesTest, AMoveThatNoSplitIsRecognisedByStays) {
   gateway().historicalPrice(m_code, m_lastFriday, true);
   setPrice(m_code, m_today, 17.5);
   EXPECT_EQ(weeks(27).size(), 27u);
-  for (const double close : {7.5, 6.7}) { // the second could be a split of 3:2, or bad news
+  for (const double close : {7.5, 6.7}) { // The second one could be a 3:2 split or bad news.
     setPrice(m_code, m_today, close);
     EXPECT_EQ(weeks(27).size(), 27u) << close;
   }
@@ -131,7 +131,7 @@ TEST_F(WeeklyPricesTest, ATradedSundayBelongsToTheFridayAfterIt) {
 TEST_F(WeeklyPricesTest, ADayOfWhichOnlyTheCurrentPriceWasSeenCountsWithThat) {
   gateway().goOffline();
   setPrice(m_code, Date(2026, 2, 25), 14);
-  setPrice(m_code, Date(2026, 2, 26), 0); // not a price
+  setPrice(m_code, Date(2026, 2, 26), 0); // Not a price.
   setPrice(m_code, Date(2026, 2, 24), 9);
   EXPECT_EQ(textOf(weeks(1).back()), String(u"27/2/2026 14.00 14.00 9.00"));
 }
@@ -174,7 +174,7 @@ TEST_F(WeeklyPricesTest, UnderAViewDateTheWeeksEndBeforeIt) {
 }
 
 TEST_F(WeeklyPricesTest, ASplitInTheRunningWeekIsLookedForAtTheSource) {
-  // A 5:1 split on Monday; nothing after the last Friday is in the cache.
+  // A 5:1 split on Monday. The cache has nothing after the last Friday.
   m_market.setHistory(m_code, Date(2025, 6, 2), m_lastFriday, 50);
   m_market.setHistory(m_code, Date(2026, 3, 2), m_today, 10);
   gateway().completeHistory(m_code, Date(2025, 6, 2), m_lastFriday);
@@ -195,7 +195,7 @@ TEST_F(WeeklyPricesTest, AYoungStockHasTheWeeksSinceItsListingAndIsNotFetchedAtE
   for (int again = 0; again < 5; ++again)
     EXPECT_FALSE(indicatorsOf(m_code, m_today).lrValue);
   EXPECT_EQ(weeks(27).size(), 7u);
-  EXPECT_EQ(numFetches(), 2u); // the page with the listing, and the empty one before it
+  EXPECT_EQ(numFetches(), 2u); // The page with the listing and the empty one before it.
   expectQuiet();
 }
 
@@ -209,7 +209,7 @@ TEST_F(WeeklyPricesTest, OfflineTheCacheAlonePlaysAPart) {
   setHistory(60, 10);
   gateway().goOffline();
   EXPECT_TRUE(weeks(27).empty());
-  m_market.addListing(u"TEST.AX", u"Test", u"Australia"); // what going online looks for
+  m_market.addListing(u"TEST.AX", u"Test", u"Australia"); // Going online searches for it.
   ASSERT_TRUE(gateway().reconnect());
   EXPECT_EQ(weeks(27).size(), 27u);
 }

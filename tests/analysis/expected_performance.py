@@ -22,17 +22,17 @@ from decimal import Decimal, ROUND_HALF_UP
 from itertools import accumulate
 from pathlib import Path
 
-sys.dont_write_bytecode = True  # leave nothing in the source tree
+sys.dont_write_bytecode = True  # Leaves no files in the source tree.
 sys.path.insert(0, str(Path(__file__).parents[1] / "books"))
 import expected_sequences
 from expected_sequences import Failure, Portfolio, Refused, day_text, fixed, read_day, words_of, zero
 
 REAL_INDEX = "^SPHIST"
-LAST_DAY = date(2026, 3, 2)  # a Monday
+LAST_DAY = date(2026, 3, 2)  # A Monday.
 PRICES = Path(__file__).parents[2] / "samples" / "prices"
 WEEKS, FEWEST_WEEKS, RANGES_FROM_VALUE, RISK = 26, 8, 2, Decimal("0.02")
 SPANS = (1, 3, 6, 9, 12)
-NEARNESS = Decimal("1e-5")  # of a tie, in units of the last digit
+NEARNESS = Decimal("1e-5")  # Maximum distance from a tie, in units of the last digit.
 EMPTY = "-"
 
 
@@ -81,8 +81,8 @@ class Market:
 
     def __init__(self, sample_prices):
         self.sample_prices = sample_prices
-        self.closes = {}   # (code, day) to the close
-        self.ranges = {}   # (code, day) to (high, low)
+        self.closes = {}  # Maps (code, day) to the close.
+        self.ranges = {}  # Maps (code, day) to (high, low).
         self.known = set()
 
     def load(self, code):
@@ -108,10 +108,10 @@ class Market:
             done = subprocess.run([self.sample_prices, code, after.isoformat()], capture_output=True, text=True)
             if done.returncode != 0 and "is not listed" not in done.stderr:
                 raise Refused(f"{self.sample_prices} {code}: {done.stderr}")
-            text = done.stdout  # nothing of a code that is not listed
+            text = done.stdout  # Empty for an unlisted code.
         for line in text.splitlines()[1:]:
             fields = line.split(",")
-            # The cache keeps four decimals.
+            # The cache stores four decimals.
             yield (date.fromisoformat(fields[0]), *(Decimal(fixed(Decimal(fields[i]), 4)) for i in (2, 3, 4)))
 
     def close(self, code, day):
@@ -176,7 +176,7 @@ def true_range(week, before):
 
 def indicators(market, code, day, capital):
     """The texts of LR value and rate, true range, minimum, maximum, volatility and largest position."""
-    known = weeks_before(market, code, day, WEEKS + 1)  # the first one may be there for its close alone
+    known = weeks_before(market, code, day, WEEKS + 1)  # The first one may have only its close.
     weeks = known[-WEEKS:]
     if len(weeks) < FEWEST_WEEKS:
         return [EMPTY] * 7
@@ -363,7 +363,7 @@ class Table:
         return [price(moving_average(self.market, self.index, today, int(period))) for period in periods]
 
 
-# ---- the files
+# ---- files
 
 class Reader:
     """Answers the questions of a file, line by line."""

@@ -3,7 +3,7 @@
 
 namespace Tallymoor {
 
-/// Looks at the days of the portfolio's capital record and at its file.
+/// Access to the days of the portfolio's capital record and to its file.
 class CapitalRecordTest : public EngineTest {
 protected:
   std::size_t numDays(const Date& first, const Date& last) {
@@ -13,7 +13,7 @@ protected:
     return days;
   }
   void update() { record().update(user()); }
-  /// A record of the days from the first to today, from a deposit.
+  /// Creates a record from the first day to today by a deposit.
   void makeDays(const Date& first) {
     user().creditCash(first, 100, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
     update();

@@ -8,8 +8,8 @@
 namespace Tallymoor {
 namespace {
 
-/// The capital record by its plain definition, everything afresh for each day. Slow, and easy to check by
-/// eye.
+/// A reference implementation of the capital record that computes every day from scratch. Slow, but easy to
+/// verify.
 class PlainWalk {
 public:
   explicit PlainWalk(SharePortfolioUser& portfolio) : m_portfolio(portfolio) {}
@@ -86,7 +86,7 @@ private:
   std::map<String, ShareVal> m_shareVals;
 };
 
-/// Answers split questions by the proposed ratio, with a cancel for each third, and keeps their texts.
+/// Answers split questions with the proposed ratio, cancels every third one, and records their texts.
 class AnsweringUser : public FakeUserInteraction {
 public:
   std::optional<WholeRatio> askRatio(const String& title, const String& heading, const String&, std::int32_t,
@@ -100,7 +100,7 @@ public:
 
 class CapitalRecordWalkTest : public EngineTest {
 protected:
-  /// Random purchases, sales, adjustments and cash over the first days, entered in no order of date.
+  /// Random purchases, sales, adjustments and cash over the first days, entered in random order.
   void makeRandomPortfolio(unsigned seed) {
     std::mt19937 random(seed);
     const auto upTo = [&random](int limit) { return std::uniform_int_distribution<int>(0, limit)(random); };
@@ -185,7 +185,7 @@ TEST_F(CapitalRecordWalkTest, GivesTheSameToTheLetterAsThePlainDefinition) {
 }
 
 TEST_F(CapitalRecordWalkTest, ASumThatIsNothingKeepsItsSign) {
-  // In the order of the records the tiny rest of these amounts is negative, in any other it may not be.
+  // Added in record order the tiny remainder of these amounts is negative; in another order it may not be.
   user().creditCash(Date(2026, 3, 1), 0.3, CASH_EVENT_CREDIT, u"");
   user().debitCash(Date(2026, 3, 3), 0.1, CASH_EVENT_DEBIT, u"");
   user().debitCash(Date(2026, 3, 2), 0.2, CASH_EVENT_DEBIT, u"");
@@ -199,11 +199,11 @@ TEST_F(CapitalRecordWalkTest, ASumThatIsNothingKeepsItsSign) {
 TEST_F(CapitalRecordWalkTest, EachParcelIsRoundedIntoTheSum) {
   for (int i = 0; i < 3; ++i) {
     user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 1), 1, 1, 0, u""});
-    addAdjustment(parcel(u"ABC.AX", static_cast<std::size_t>(i)), Date(2026, 2, 1), -3); // 0.333... each
+    addAdjustment(parcel(u"ABC.AX", static_cast<std::size_t>(i)), Date(2026, 2, 1), -3); // 0.333... each.
   }
   setPrices(u"ABC.AX", m_today.plusDays(-1), m_today, 1);
   CapitalRecordWalk walk(user());
-  EXPECT_EQ(walk.holdings(m_today, nullptr)->at(0).number, String(u"0.99")); // 0.33, 0.66, 0.99
+  EXPECT_EQ(walk.holdings(m_today, nullptr)->at(0).number, String(u"0.99")); // Sums of 0.33, 0.66 and 0.99.
 }
 
 TEST_F(CapitalRecordWalkTest, PartsOfADividedPurchaseAreAddedUpBeforeTheyAreRounded) {
@@ -213,7 +213,7 @@ TEST_F(CapitalRecordWalkTest, PartsOfADividedPurchaseAreAddedUpBeforeTheyAreRoun
     user().sellShares(u"ABC.AX", {m_today, 100, 1, 0, u""}, true);
   setPrices(u"ABC.AX", Date(2026, 2, 28), m_today, 1);
   CapitalRecordWalk walk(user());
-  EXPECT_EQ(walk.holdings(Date(2026, 3, 1), nullptr)->at(0).number, String(u"100.00")); // not 33.33 x 3
+  EXPECT_EQ(walk.holdings(Date(2026, 3, 1), nullptr)->at(0).number, String(u"100.00")); // Not 33.33 x 3.
   EXPECT_EQ(walk.holdings(Date(2026, 3, 2), nullptr)->at(0).number, String(u"300.00"));
   EXPECT_EQ(walk.holdings(m_today, nullptr)->at(0).number, String(u"100.00"));
 }

@@ -15,12 +15,12 @@ void book(XMLElement& portfolio, const char16_t* date, const char16_t* value, co
 TEST(CashBalanceTest, CreditsCountUpAndAllElseDownToTheEndOfTheDay) {
   XMLSharePortfolio portfolio;
   EXPECT_EQ(0.0, cashBalance(portfolio, Date(2026, 3, 3)));
-  book(portfolio, u"5/3/2026", u"1000.00", u"4"); // deposit
-  book(portfolio, u"1/3/2026", u"300.00", u"1");  // credit
-  book(portfolio, u"2/3/2026", u"50.25", u"2");   // debit
-  book(portfolio, u"2/3/2026", u"4.00", u"3");    // interest
-  book(portfolio, u"3/3/2026", u"20.00", u"5");   // withdrawal
-  book(portfolio, u"3/3/2026", u"1.00", u"9");    // of no known type
+  book(portfolio, u"5/3/2026", u"1000.00", u"4"); // Deposit.
+  book(portfolio, u"1/3/2026", u"300.00", u"1");  // Credit.
+  book(portfolio, u"2/3/2026", u"50.25", u"2");   // Debit.
+  book(portfolio, u"2/3/2026", u"4.00", u"3");    // Interest.
+  book(portfolio, u"3/3/2026", u"20.00", u"5");   // Withdrawal.
+  book(portfolio, u"3/3/2026", u"1.00", u"9");    // Unknown type.
   EXPECT_DOUBLE_EQ(300.0, cashBalance(portfolio, Date(2026, 3, 1)));
   EXPECT_DOUBLE_EQ(253.75, cashBalance(portfolio, Date(2026, 3, 2)));
   EXPECT_DOUBLE_EQ(232.75, cashBalance(portfolio, Date(2026, 3, 4)));

@@ -17,7 +17,7 @@
 
 namespace Tallymoor {
 
-/// Notes what lengthy work tells of its progress, and may cancel it.
+/// Records the progress of lengthy work and can cancel it.
 class RecordingProgress : public Progress {
 public:
   void setTotal(unsigned) override {}
@@ -31,7 +31,7 @@ public:
   std::vector<String> texts;
   unsigned steps = 0;
   std::optional<unsigned> cancelAfter;
-  std::optional<String> cancelAtText; ///< the user cancels when he reads it
+  std::optional<String> cancelAtText; ///< Cancels when this text is shown.
 };
 
 /// A user who watches the progress dialog.
@@ -60,8 +60,8 @@ public:
   std::function<void()> duringLengthy;
 };
 
-/// A portfolio named "Trading" of a user on 3 March 2026 (a Tuesday), with a gateway that is offline, so that
-/// prices are those that a test puts into the cache.
+/// A portfolio named "Trading" on Tuesday, 3 March 2026, with an offline gateway, so that prices come only
+/// from the cache as set by the test.
 class EngineTest : public testing::Test {
 protected:
   EngineTest() {
@@ -79,7 +79,7 @@ protected:
   static void setPrice(const String& code, const Date& day, double close) {
     gateway().setCachedPrice(code, day, close);
   }
-  /// One close on every day, weekends included.
+  /// Sets the same close on every day, including weekends.
   static void setPrices(const String& code, const Date& first, const Date& last, double close) {
     for (Date day = first; day <= last; day.addDays(1))
       setPrice(code, day, close);
@@ -106,7 +106,7 @@ protected:
     return textValue(entry, u"Date") + u' ' + textValue(entry, u"Type") + u' ' + textValue(entry, u"Value") +
            u' ' + textValue(entry, u"Description");
   }
-  /// A sale with the cost and proceeds that sellShares would have noted on its day.
+  /// Adds a sale with the cost and proceeds that sellShares would have recorded.
   XMLSellEvent& addSale(const String& code, const Date& bought, const Date& sold, double number,
                         double buyPrice, double sellPrice) {
     XMLSoldShare* stock = user().findSoldShare(code);
@@ -142,14 +142,14 @@ protected:
     return text;
   }
 
-  /// The whole portfolio as the file would hold it.
+  /// The portfolio's XML.
   String encodedPortfolio() {
     std::ostringstream text;
     m_portfolio.encode(text);
     return String::fromUTF8(text.str());
   }
 
-  /// What the operation throws; an empty text when it throws nothing.
+  /// The message thrown by the operation; empty if nothing is thrown.
   template <class Operation>
   static String messageOf(Operation operation) {
     try {

@@ -50,7 +50,7 @@ TEST(GainsTest, AllLostIsAllLostInAnyTime) {
 
 TEST(GainsTest, MoreThanAllLostOrNoTimeHasNoGrowthAYear) {
   EXPECT_FALSE(annualise(-100.5, 3));
-  // The square of a factor below nothing would read as a gain.
+  // The square of a negative factor would look like a gain.
   EXPECT_FALSE(annualise(-400, 0.5));
   EXPECT_FALSE(annualise(-50, 0));
   EXPECT_FALSE(annualise(50, 0));

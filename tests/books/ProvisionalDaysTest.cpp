@@ -9,8 +9,8 @@ public:
   bool question(const String&) override { return false; }
 };
 
-/// A portfolio over days on which prices are and are not available from a real source. The program was last
-/// used on Thursday 26 February at noon, when the stock stood at 21.
+/// A portfolio over days with and without prices from a real source. The program was last used at noon on
+/// Thursday, 26 February, when the stock's price was 21.
 class ProvisionalDaysTest : public CapitalRecordTest {
 protected:
   ProvisionalDaysTest() {
@@ -30,7 +30,7 @@ protected:
     ASSERT_TRUE(gateway().reconnect());
     gateway().priceUpdater().stopAndJoin();
   }
-  /// The program is left and started again.
+  /// Restarts the program.
   void restart(const Date& day, bool online) {
     record().save();
     m_user.reset();
@@ -42,7 +42,7 @@ protected:
     m_user = std::make_unique<SharePortfolioUser>(m_portfolio);
     m_fetchesBefore = m_market.requested(MarketFixture::Page::History).size();
   }
-  /// What the source has by Monday.
+  /// Adds the source's prices up to Monday.
   void closeTheWeek(double friday = 23) {
     m_market.setDay(u"ABC.AX", m_thursday, 22);
     m_market.setDay(u"ABC.AX", m_friday, friday);
@@ -57,7 +57,7 @@ protected:
     return texts;
   }
   using Texts = std::vector<String>;
-  /// Pages of past prices since the restart.
+  /// History pages requested since the restart.
   std::size_t fetches() { return m_market.requested(MarketFixture::Page::History).size() - m_fetchesBefore; }
 
   std::size_t m_fetchesBefore = 0;
@@ -199,7 +199,7 @@ TEST_F(ProvisionalDaysTest, ALivePriceEndsTheStandInOfToday) {
   EXPECT_EQ(shares(m_friday, m_friday), Texts{u"100.00 x 23.00"});
 }
 
-/// As a view is told of prices.
+/// Receives price notifications like a view.
 class NotingView : public PriceUpdater::PricesObserver {
 public:
   void currentPriceUpdated(const String&, double) override {}
@@ -208,7 +208,7 @@ public:
 };
 
 TEST_F(ProvisionalDaysTest, APassOfTheUpdaterFetchesWhatIsMissingAndTellsTheViews) {
-  restart(Date(2026, 3, 12), false); // longer ago than a week
+  restart(Date(2026, 3, 12), false); // More than a week ago.
   update();
   EXPECT_TRUE(record().isProvisional(m_friday));
   m_market.setHistory(u"ABC.AX", m_thursday, Date(2026, 3, 12), 22);
@@ -289,7 +289,7 @@ TEST_F(ProvisionalDaysTest, AStockWithoutAnyPriceCountsAtItsPurchaseUntilItsPric
 }
 
 TEST_F(ProvisionalDaysTest, ADayWithoutTradeIsNotProvisional) {
-  // The source answers for the Saturday, and has nothing.
+  // The source answers for Saturday without a price.
   closeTheWeek();
   restart(Date(2026, 2, 28), true);
   update();
@@ -311,7 +311,7 @@ TEST_F(ProvisionalDaysTest, ATypedPriceOutlivesAClockThatIsSlow) {
   restart(Date(2026, 3, 20), false);
   gateway().setCachedPrice(u"ABC.AX", Date(2026, 3, 20), 35);
   restart(m_friday, false);
-  gateway().setCachedPrice(u"ABC.AX", m_friday, 30); // the file is written again
+  gateway().setCachedPrice(u"ABC.AX", m_friday, 30); // The file is written again.
   restart(Date(2026, 3, 20), false);
   update();
   EXPECT_EQ(shares(Date(2026, 3, 20), Date(2026, 3, 20)), Texts{u"100.00 x 35.00"});

@@ -4,12 +4,12 @@
 namespace Tallymoor {
 namespace {
 
-/// Counts what the user is asked and what the source is asked for, when the days of a portfolio are computed
-/// with prices that are unavailable. The gateway is online.
+/// Counts questions and requests while a portfolio's days are computed without available prices. The gateway
+/// is online.
 class QuietFailuresTest : public CapitalRecordTest {
 protected:
   QuietFailuresTest() {
-    m_market.addListing(u"TEST.AX", u"Test", u"Australia"); // what going online looks for
+    m_market.addListing(u"TEST.AX", u"Test", u"Australia"); // Going online searches for it.
     goOnline();
   }
   void goOnline() {
@@ -17,7 +17,7 @@ protected:
     gateway().priceUpdater().stopAndJoin();
     m_interaction.clearCalls();
   }
-  /// The program ends and starts again, and computes all days anew.
+  /// Restarts the program and recomputes all days.
   void restart() {
     m_user.reset();
     m_gateway.restart();
@@ -25,7 +25,7 @@ protected:
     update();
   }
   void buy(const String& code, const Date& day) { user().buyShares(code, {day, 100, 10.0, 0.0, String()}); }
-  /// The views ask for prices of many days, too.
+  /// Requests prices of many days, like the views.
   void lookAround(const String& code) {
     for (Date day = m_today.plusDays(-400); day <= m_today; day.addDays(7))
       EXPECT_DOUBLE_EQ(user().sharePriceFor(code, day, true), 10.0);
@@ -40,7 +40,7 @@ TEST_F(QuietFailuresTest, ACodeThatTheSourceDoesNotKnowCostsOneQuestionARun) {
   update();
   lookAround(u"NONE.AX");
   EXPECT_EQ(numQuestions(), 1u);
-  EXPECT_LE(numRequests(), 5u); // pages of 280 days
+  EXPECT_LE(numRequests(), 5u); // Pages of 280 days.
   EXPECT_TRUE(dayOf(m_yesterday).contains(u"NONE.AX 100.00 x 10.00"));
   m_interaction.answerQuestion(false);
   restart();

@@ -50,7 +50,7 @@ void RandomPortfolio::note(const std::string& operation) {
   m_history += operation + '\n';
 }
 
-// ---- Chance ----
+// ---- Random numbers ----
 
 String RandomPortfolio::anyComment() {
   static const char16_t* const comments[] = {u"", u"", u"plain", u"<Tom & \"Ann's\">", u"größer 漢字"};
@@ -165,7 +165,7 @@ void RandomPortfolio::sell() {
   for (const DrawnParcel& parcel : parcels)
     last = std::max(last, parcel.day);
   const int day = dayFrom(last);
-  // Some parcels whole, and of the next one a part that every split and merge leaves even.
+  // Some complete parcels and a part of the next one. The part stays exact after every split and merge.
   const int whole = oneIn(4) ? static_cast<int>(parcels.size()) : below(static_cast<int>(parcels.size()));
   Hundredths ofPurchase = 0, number = 0;
   for (int i = 0; i < whole; ++i) {
@@ -240,7 +240,7 @@ void RandomPortfolio::editSell() {
   note("edit sale " + std::to_string(sale.code) + " day " + std::to_string(sale.day) + " to " +
        std::to_string(newBought) + " sold " + std::to_string(newSold) + " number " + std::to_string(number));
   const double buyPrice = anyPrice(), sellPrice = anyPrice();
-  // The form shows the shares of the day of sale.
+  // The form shows the number of shares on the day of the sale.
   const double sharesOfOne = m_splits[static_cast<std::size_t>(sale.code)].empty()
                                  ? 1.0
                                  : SaleFigures(*sale.event).number() * 100 / static_cast<double>(sale.number);
@@ -305,7 +305,7 @@ void RandomPortfolio::deleteSell() {
   DrawnSale sale;
   if (!drawSale(sale))
     return;
-  // Of equal sales the first one goes, and it may be of other parcels.
+  // If there are equal sales, the first one is deleted, which may be of other parcels.
   const String sold = textValue(*sale.event, u"SellDate");
   const double number = SaleFigures(*sale.event).number();
   const auto& stock = elementAs<XMLSoldShare>(*sale.event->parent());
@@ -394,7 +394,7 @@ void RandomPortfolio::split() {
       std::find_if(splits.begin(), splits.end(), [day](const Split& s) { return s.day == day; });
   if (known != splits.end())
     known->factor = factor;
-  else if (splits.size() < 2) // two merges by four still come out even
+  else if (splits.size() < 2) // Two merges by four still give exact numbers.
     splits.push_back({day, factor});
   else
     return;

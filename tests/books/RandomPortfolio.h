@@ -9,35 +9,35 @@
 
 namespace Tallymoor {
 
-/// A portfolio to which anything may happen, in an order that a seed decides, and what must hold of it
-/// whatever happens. All events lie within the twelve days up to 3 March 2026, in three stocks of one market.
+/// A portfolio changed by random operations from a seed, and its invariants. All events are within the twelve
+/// days up to 3 March 2026, in three stocks of one market.
 ///
-/// Beside the portfolio runs a ledger that knows only how many shares came and went, by the day on which they
-/// were bought, in shares of then. These are multiples of 0.16, so that every split and merge here comes out
-/// even; sequences of their own show what does not.
+/// A ledger beside the portfolio knows only how many shares were bought and sold, by day of purchase, in
+/// units of that day. They are multiples of 0.16, so that every split and merge gives exact numbers. Rounding
+/// is tested by separate sequences.
 ///
-/// Needs a TestProfile of that day, and an offline gateway that setPrices has been called on.
+/// Needs a TestProfile of that day and an offline gateway on which setPrices was called.
 class RandomPortfolio {
 public:
   explicit RandomPortfolio(std::uint32_t seed);
-  /// Prices of all stocks on all days, which never jump; the same for every portfolio.
+  /// Sets prices of all stocks on all days, without jumps. The same for every portfolio.
   static void setPrices();
 
-  /// One operation, any of those that a user can do. Some find nothing to work on and do nothing.
+  /// Performs a random user operation. Does nothing if it is not applicable.
   void step();
 
-  // Each adds a failure to the running test where something does not hold.
+  // Each check adds a failure to the running test if it fails.
 
-  /// Every stock has a parcel or a sale, no stock is there twice, and shares bought less shares sold less
-  /// shares held is nothing, by code and day of purchase, as recorded and as adjusted to today.
+  /// Each stock occurs once and has a parcel or a sale. For each code and day of purchase, shares bought
+  /// minus sold minus held are zero, both as recorded and as adjusted to today.
   void checkShares();
-  /// The days computed so far and forward from there equal those computed from nothing; cash and numbers of
-  /// each day are what the cash events and the ledger make of them.
+  /// The incrementally computed days equal those computed from scratch. Cash and share numbers of each day
+  /// match the cash events and the ledger.
   void checkRecord();
-  /// What would be written decodes to the same tree.
+  /// The written document decodes to the same tree.
   void checkDocument();
 
-  /// What was done, a line an operation.
+  /// The operations performed, one per line.
   const std::string& history() const { return m_history; }
   int stepsDone() const { return m_stepsDone; }
 
@@ -45,17 +45,17 @@ private:
   static constexpr int CODES = 3;
   static constexpr int DAYS = 12;
   using Hundredths = std::int64_t;
-  using Ledger = std::array<std::array<Hundredths, DAYS>, CODES>; ///< by code and day of purchase
+  using Ledger = std::array<std::array<Hundredths, DAYS>, CODES>; ///< By code and day of purchase.
   struct Split {
     int day;
-    int factor; ///< negative for a merge
+    int factor; ///< Negative for a merge.
   };
-  /// An event of the tree that a change was drawn for.
+  /// An event selected for a change.
   template <class Event>
   struct Drawn {
     Event* event;
     int code;
-    int day; ///< of purchase
+    int day; ///< Of the purchase.
     Hundredths number;
   };
   using DrawnParcel = Drawn<XMLBuyEvent>;
@@ -67,7 +67,7 @@ private:
   static int indexOfCode(const String& code);
   static Hundredths hundredths(const XMLElement& event, std::u16string_view reference);
 
-  // Chance
+  // Random choices
   int below(int limit) { return static_cast<int>(m_chance() % static_cast<std::uint32_t>(limit)); }
   bool oneIn(int count) { return below(count) == 0; }
   int anyDay() { return below(DAYS); }
@@ -79,7 +79,7 @@ private:
   bool drawParcel(DrawnParcel& drawn);
   bool drawSale(DrawnSale& drawn);
   static std::vector<DrawnParcel> parcelsOf(XMLHeldShare& stock);
-  /// Null where there is none.
+  /// Null if there is none.
   template <class Element>
   Element* draw(const ElementList<Element>& all) {
     return all.empty() ? nullptr : &all[static_cast<std::size_t>(below(static_cast<int>(all.size())))];
@@ -108,9 +108,9 @@ private:
   std::size_t countPurchasesPaid() const;
 
   bool isSplit(int code) const { return !m_splits[static_cast<std::size_t>(code)].empty(); }
-  /// Shares of the parcel on a day.
+  /// Number of the parcel's shares on a day.
   Hundredths numberOn(const DrawnParcel& parcel, int day) const;
-  /// Notes the splits of a code on its new parcels, as the user would when asked about them.
+  /// Applies the splits of a code to its new parcels, as the user does when asked.
   void noteSplits(int code);
   Hundredths adjusted(Hundredths number, int code, int bought, int day) const;
   void note(const std::string& operation);
@@ -125,8 +125,8 @@ private:
   SharePortfolioUser m_user;
   SharePortfolioCapitalRecordUser m_fresh;
   std::mt19937 m_chance;
-  Ledger m_bought{};                         ///< shares that came, less those whose record was taken back
-  std::array<Hundredths, CODES> m_soldSum{}; ///< shares sold, as they were bought
+  Ledger m_bought{};                         ///< Shares added, minus deleted records.
+  std::array<Hundredths, CODES> m_soldSum{}; ///< Shares sold, in units of their purchase.
   std::array<std::vector<Split>, CODES> m_splits;
   std::string m_history;
   int m_stepsDone = 0;

@@ -1,4 +1,4 @@
-// What must hold of a portfolio whatever happens to it.
+// Invariants of every portfolio.
 #include "books/RandomPortfolio.h"
 #include "support/StringPrinting.h"
 #include <algorithm>
@@ -10,7 +10,7 @@ namespace Tallymoor {
 
 namespace {
 
-/// Everything that a portfolio's element holds, by reference name.
+/// The content of a portfolio's element, by reference name.
 struct Layout {
   std::u16string_view reference;
   std::vector<Layout> parts = {};
@@ -79,8 +79,8 @@ String described(const XMLElement& portfolio) {
   return text;
 }
 
-/// A day of a record in one text; empty where there is none. The order of the stocks is left out: a day shows
-/// them in the order that the records had when it was computed, and a sale changes that order.
+/// A day of a record as text; empty if missing. The stocks' order is ignored, because it is that of the
+/// records at the time of computing, and a sale changes it.
 String recordedDay(const SharePortfolioCapitalRecordUser& record, const Date& day) {
   if (!record.hasDayCap(day))
     return String();

@@ -1,5 +1,5 @@
-// What must hold of every portfolio, tried on ten thousand that chance made, or on a thousand of them in the
-// short form. A failure tells the seed and the operations that led to it.
+// Checks the invariants on ten thousand random portfolios (a thousand in the short form). A failure shows the
+// seed and the operations.
 #include "books/RandomPortfolio.h"
 #include "support/FakeUserInteraction.h"
 #include "support/GatewayScope.h"
@@ -13,9 +13,9 @@ namespace Tallymoor {
 namespace {
 
 constexpr int RANGES = 20;
-constexpr int SEQUENCES = 500; ///< in a range
+constexpr int SEQUENCES = 500; ///< Per range of seeds.
 constexpr int SEQUENCES_IN_SHORT = 50;
-constexpr int OPERATIONS = 50; ///< in a sequence
+constexpr int OPERATIONS = 50; ///< Per sequence.
 constexpr int STEPS_BETWEEN_RECORDS = 4;
 
 /// The parameter is the range of seeds.
@@ -26,14 +26,14 @@ protected:
     RandomPortfolio::setPrices();
   }
 
-  /// False as soon as something does not hold.
+  /// False as soon as a check fails.
   static bool survives(std::uint32_t seed) {
     RandomPortfolio portfolio(seed);
     std::mt19937 rhythm(seed);
     while (portfolio.stepsDone() < OPERATIONS && !HasFailure()) {
       portfolio.step();
       portfolio.checkShares();
-      // Not after each operation, so that the changes of several add up.
+      // Not after each operation, so that several changes accumulate.
       if (rhythm() % STEPS_BETWEEN_RECORDS == 0)
         portfolio.checkRecord();
     }

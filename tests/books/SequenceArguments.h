@@ -10,11 +10,11 @@
 
 namespace Tallymoor {
 
-/// The arguments of a step, read in their order. Read them into variables before a call that takes several:
-/// the order in which a call evaluates its own is not fixed. The words must outlive this object.
+/// Reads the arguments of a step in order. Read them into variables before a call with several arguments,
+/// because the order of evaluation is unspecified. The words must outlive this object.
 class SequenceArguments {
 public:
-  /// The first word names the operation.
+  /// The first word is the operation's name.
   explicit SequenceArguments(const std::vector<std::string>& words) : m_words(words) {}
 
   std::size_t count() const { return m_words.size() - 1; }
@@ -23,7 +23,7 @@ public:
   Date date() { return Date(text(), DATE_DISPLAY_DMY); }
   double number() { return text().toDouble(); }
   std::int32_t whole() { return text().toLong(); }
-  /// As "2", "5:2", or "cancel" for none.
+  /// "2", "5:2", or "cancel" for none.
   std::optional<WholeRatio> ratio() {
     const std::string word = m_words.at(m_next++);
     const std::size_t colon = word.find(':');

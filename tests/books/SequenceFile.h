@@ -6,26 +6,26 @@
 
 namespace Tallymoor {
 
-/// One line of a sequence: an operation or a question, and what it must give.
+/// A line of a sequence: an operation or a query with its expected result.
 struct SequenceStep {
   int line = 0;
   std::string text;
-  std::vector<std::string> words;      ///< the operation and its arguments, without quotation marks
-  std::optional<std::string> expected; ///< what stands behind "->"
-  std::string document;                ///< the lines below "document", each on a line of its own
+  std::vector<std::string> words;      ///< The operation and its arguments, without quotation marks.
+  std::optional<std::string> expected; ///< The text after "->".
+  std::string document;                ///< The lines below "document".
 };
 
-/// A case of data/sequences: what is done to an empty portfolio on 3 March 2026, line by line.
+/// A case of data/sequences: operations on an empty portfolio on 3 March 2026.
 struct Sequence {
-  std::string name; ///< the file and the title in one word, for the name of the test
+  std::string name; ///< File and title in one word, for the test's name.
   std::string title;
   std::vector<SequenceStep> steps;
 };
 
 void PrintTo(const Sequence& sequence, std::ostream* out);
 
-/// All cases of all files, files in the order of their names. Throws std::runtime_error for a file that can't
-/// be read or a line outside any case.
+/// All cases of all files, in order of file name. Throws std::runtime_error for an unreadable file or a line
+/// outside of a case.
 std::vector<Sequence> readSequences(const std::string& folder);
 
 } // namespace Tallymoor

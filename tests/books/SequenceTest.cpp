@@ -1,5 +1,5 @@
-// Runs the cases of data/sequences. What they must give was worked out by expected_sequences.py, which knows
-// nothing of the program.
+// Runs the cases of data/sequences. The expected results come from expected_sequences.py, an independent
+// implementation.
 #include "TestPaths.h"
 #include "analysis/SaleFigures.h"
 #include "books/EngineTest.h"
@@ -13,10 +13,10 @@
 namespace Tallymoor {
 namespace {
 
-/// Nothing, a text, or a figure that is compared up to the last digits of a double.
+/// Nothing, a text, or a number compared to the last digits of a double.
 using Answer = std::variant<std::monostate, std::string, double>;
 
-constexpr double TOLERANCE = 2e-6; ///< figures in the files have six decimals
+constexpr double TOLERANCE = 2e-6; ///< Numbers in the files have six decimals.
 
 Answer truth(bool value) {
   return std::string(value ? "true" : "false");
@@ -54,7 +54,7 @@ protected:
     }
   }
 
-  /// The document with each record on a line of its own, as the files show it.
+  /// The document with each record on its own line, as in the files.
   std::string document() {
     std::string text = encodedPortfolio().toUTF8();
     for (const char* tag : {"<HeldShares", "<HeldShare>", "<BuyEvent>", "<SoldShares", "<SoldShare>",
@@ -73,7 +73,7 @@ protected:
   XMLDividendEvent& dividend(std::size_t place) { return m_portfolio.dividends()[place]; }
   XMLCashEvent& cashEvent(std::size_t place) { return m_portfolio.cashEvents()[place]; }
 
-  // ---- What the user and the market answer ----
+  // ---- Answers of the user and the market ----
 
   Answer price(Arguments& a) {
     const bool range = a.count() == 4;
@@ -96,8 +96,8 @@ protected:
     return {};
   }
 
-  // ---- Shares ----
-  // Arguments are read into variables first: the order in which a call evaluates its own is not fixed.
+  // ---- Shares ---- Arguments are read into variables first, because the order of evaluation in a call is
+  // unspecified.
 
   Answer buy(Arguments& a) {
     const String code = a.text();
@@ -279,7 +279,7 @@ protected:
         return day.toString(DATE_DISPLAY_DMY).toUTF8();
     return std::string("none");
   }
-  /// Without the date, which stands in the question.
+  /// Without the date, which is part of the question.
   Answer day(Arguments& a) {
     const std::string text = dayOf(a.date()).toUTF8();
     return text.substr(text.find(' ') + 1);
@@ -363,7 +363,7 @@ const std::vector<Sequence>& sequences() {
 INSTANTIATE_TEST_SUITE_P(Table, SequenceTest, testing::ValuesIn(sequences()),
                          [](const testing::TestParamInfo<Sequence>& info) { return info.param.name; });
 
-/// A case that asks nothing could not fail, and one of a name that is taken would hide the other.
+/// A case without a query can't fail, and a duplicate name would hide a case.
 TEST(SequenceFileTest, EachCaseAsksSomethingUnderItsOwnName) {
   std::set<std::string> names;
   for (const Sequence& sequence : sequences()) {

@@ -1,4 +1,4 @@
-// The file of a capital record: saving, loading, renaming, removing.
+// The capital record's file: saving, loading, renaming, removing.
 #include "books/CapitalRecordTest.h"
 #include "books/PortfolioFiles.h"
 #include <filesystem>

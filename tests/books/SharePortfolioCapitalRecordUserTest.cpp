@@ -206,7 +206,7 @@ TEST_F(CapitalRecordTest, DaysAfterTheRealTodayAreDropped) {
 }
 
 TEST_F(CapitalRecordTest, FourteenDaysAreComputedWithoutProgress) {
-  makeDays(Date(2026, 2, 17)); // 14 days before today
+  makeDays(Date(2026, 2, 17)); // 14 days before today.
   EXPECT_TRUE(m_interaction.lengthyCaption.empty());
   EXPECT_EQ(numDays(Date(2026, 1, 1), m_today), 15u);
 }
@@ -223,7 +223,7 @@ TEST_F(CapitalRecordTest, FifteenDaysShowTheirProgress) {
 
 TEST_F(CapitalRecordTest, ALongUpdateTellsTheMonths) {
   makeDays(Date(2025, 12, 15));
-  EXPECT_EQ(m_interaction.lengthySteps, 2u); // 78 days
+  EXPECT_EQ(m_interaction.lengthySteps, 2u); // 78 days.
   EXPECT_EQ(m_interaction.progress.texts,
             (std::vector<String>{u"updating capital record for month 2026 January",
                                  u"updating capital record for month 2026 February",
@@ -243,7 +243,7 @@ TEST_F(CapitalRecordTest, ALongUpdateTellsOfCodesWithoutHistory) {
 }
 
 TEST_F(CapitalRecordTest, ACancelledUpdateEndsAfterTheDayAndGoesOnLater) {
-  m_interaction.progress.cancelAfter = 1; // on the first day of February
+  m_interaction.progress.cancelAfter = 1; // On the first day of February.
   makeDays(Date(2026, 1, 10));
   EXPECT_TRUE(record().hasDayCap(Date(2026, 2, 1)));
   EXPECT_FALSE(record().hasDayCap(Date(2026, 2, 2)));
@@ -253,7 +253,7 @@ TEST_F(CapitalRecordTest, ACancelledUpdateEndsAfterTheDayAndGoesOnLater) {
   EXPECT_EQ(numDays(Date(2026, 1, 1), m_today), 53u);
 }
 
-// A day of many stocks, each of which has its history fetched, takes minutes.
+// A day with many stocks whose histories must be fetched takes minutes.
 TEST_F(CapitalRecordTest, ACancelledUpdateEndsBeforeTheNextStockIsFetched) {
   user().creditCash(Date(2026, 1, 10), 100, CASH_EVENT_DEPOSIT, u"");
   for (const char16_t* code : {u"AAA.AX", u"BBB.AX", u"CCC.AX"}) {
@@ -301,7 +301,7 @@ TEST_F(CapitalRecordTest, PricesOfManyStocksAreFetchedAtOnceAndTheEndOfTheProgra
 }
 
 TEST_F(CapitalRecordTest, AnotherPageOfAHistoryIsAnnouncedToo) {
-  m_market.setMaxEntries(20); // a month
+  m_market.setMaxEntries(20); // Covers a month.
   TallymoorInternet::reset();
   m_market.setHistory(u"AAA.AX", Date(2025, 12, 1), m_today, 5);
   user().addBuyEvent(u"AAA.AX", {Date(2026, 1, 12), 1, 5, 0, u""});
@@ -375,7 +375,7 @@ TEST_F(CapitalRecordTest, ASplitThatCameWithALivePriceIsAskedForNextDay) {
   user().addBuyEvent(u"ABC.AX", {Date(2026, 3, 1), 10, 10, 0, u""});
   setPrices(u"ABC.AX", Date(2026, 2, 28), m_today, 10);
   update();
-  // During the day the price falls to the half; nothing is asked while it comes in.
+  // The price halves during the day. No question may be asked when it arrives.
   setPrice(u"ABC.AX", m_today, 4.9);
   record().currentPriceUpdated(u"ABC.AX", 4.9);
   update();
@@ -439,7 +439,7 @@ TEST_F(CapitalRecordTest, WhatIsAskedOfADayAgainFollowsItsChanges) {
   EXPECT_FALSE(record().priceOn(u"ABC.AX", m_today));
   EXPECT_FALSE(messageOf([this] { record().sharesValueOn(m_today); }).empty());
   update();
-  EXPECT_DOUBLE_EQ(record().sharesValueOn(m_today), 56); // today's price is that of the cache again
+  EXPECT_DOUBLE_EQ(record().sharesValueOn(m_today), 56); // Today's price is the cached one again.
   EXPECT_DOUBLE_EQ(record().priceOn(u"DEF.AX", m_today)->price, 2);
 }
 
@@ -517,9 +517,9 @@ protected:
     setPrices(u"ABC.AX", m_yesterday, m_today, 8);
     update();
     changeToday();
-    update(); // has looked at yesterday's prices
+    update(); // This has read yesterday's prices.
   }
-  /// Yesterday is the last day of the record then.
+  /// Yesterday is then the last day of the record.
   void changeToday() { user().creditCash(m_today, 1, CASH_EVENT_INTEREST, u""); }
   std::size_t questions() { return m_interaction.calls(Kind::AskRatio).size(); }
 };
@@ -578,7 +578,7 @@ TEST_F(CapitalRecordTest, ItStopsObservingWhenItEnds) {
   ASSERT_TRUE(gateway().reconnect());
   gateway().priceUpdater().stopAndJoin();
   gateway().priceUpdater().addCode(u"ABC.AX");
-  gateway().priceUpdater().runPass(); // under the address checker a call of the dead record would show
+  gateway().priceUpdater().runPass(); // The address sanitizer would report a call of the destroyed record.
   EXPECT_DOUBLE_EQ(gateway().priceUpdater().getCurrentPrice(u"ABC.AX"), 7.5);
 }
 

@@ -69,7 +69,7 @@ TEST_F(CashTest, AnAmountBelowZeroIsRefusedUnlessItWasSo) {
   EXPECT_EQ(refused,
             messageOf([&] { user().editCashEvent(m_portfolio.cashEvents()[0], m_today, m_today, -5, u""); }));
   EXPECT_EQ(cashEntryText(0), String(u"3/3/2026 4 5.00 "));
-  user().creditCash(m_today, -20, CASH_EVENT_CREDIT, u"SELL"); // for less than its brokerage
+  user().creditCash(m_today, -20, CASH_EVENT_CREDIT, u"SELL"); // For less than its brokerage.
   user().editCashEvent(m_portfolio.cashEvents()[1], m_today, m_today, -25, u"SELL");
   EXPECT_EQ(cashEntryText(1), String(u"3/3/2026 1 -25.00 SELL"));
 }
@@ -88,7 +88,7 @@ TEST_F(CashTest, EditingDropsTheDaysFromTheEarlierDate) {
   user().editCashEvent(m_portfolio.cashEvents()[1], Date(2026, 2, 26), Date(2026, 3, 1), 5, u"INTEREST ");
   EXPECT_TRUE(daysFrom(Date(2026, 2, 26)));
   record().update(user());
-  // What the caller tells of the old date may be wrong: the event's own counts as well.
+  // The old date given by the caller may be wrong, so the event's own date counts too.
   user().editCashEvent(m_portfolio.cashEvents()[1], Date(2026, 3, 2), Date(2026, 3, 2), 5, u"INTEREST ");
   EXPECT_TRUE(daysFrom(Date(2026, 2, 26)));
 }

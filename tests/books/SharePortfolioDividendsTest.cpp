@@ -10,7 +10,7 @@ class DividendsTest : public EngineTest {
 protected:
   XMLDividendEvent& dividend(std::size_t place = 0) { return m_portfolio.dividends()[place]; }
   std::size_t numDividends() { return m_portfolio.dividends().size(); }
-  /// All fields of a dividend in the order of the file.
+  /// All fields of a dividend in file order.
   String dividendText(std::size_t place = 0) {
     String text;
     for (const char16_t* reference : {u"Code", u"ReceiveDate", u"NumHeld", u"Rate", u"PercentFranked",
@@ -26,7 +26,7 @@ protected:
   }
   void receiveInCash() { user().receiveDividend({u"ABC.AX", m_received, 100, 0.5, 100, 0, 0, u"", 0}); }
   void receiveInShares() { user().receiveDividend({u"ABC.AX", m_received, 100, 0.5, 100, 50, 1, u"", 0}); }
-  /// Changes the one dividend, found by what it was received as.
+  /// Edits the only dividend.
   bool editCash(const Date& date, double rate, double drpShares, double drpRate,
                 const String& code = u"ABC.AX") {
     return user().editDividend(dividend(), {code, date, 100, rate, 100, drpShares, drpRate, u"", 0}, 0, 0, 50,
@@ -36,7 +36,7 @@ protected:
     return user().editDividend(dividend(), {code, date, 100, 0.5, 100, drpShares, drpRate, u"", 0}, 50, 1, 0,
                                m_received);
   }
-  /// Days from the deposit at the month's first to today.
+  /// Creates days from a deposit on the first of the month to today.
   void makeRecord() {
     setPrices(u"ABC.AX", Date(2026, 1, 31), m_today, 2);
     setPrices(u"XYZ.AX", Date(2026, 1, 31), m_today, 2);
@@ -124,7 +124,7 @@ TEST_F(DividendsTest, ReceivingDropsTheDaysFromItsDate) {
   EXPECT_FALSE(record().hasDayCap(m_received));
 }
 
-// ---- Editing what was received in cash ----
+// ---- Editing a dividend received in cash ----
 
 TEST_F(DividendsTest, EditingACashDividendCarriesItsEntryAlong) {
   user().creditCash(m_received, 50, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
@@ -138,7 +138,7 @@ TEST_F(DividendsTest, EditingACashDividendCarriesItsEntryAlong) {
 }
 
 TEST_F(DividendsTest, TheEntryIsFoundByTheOldDescription) {
-  user().receiveDividend({u"ABC.AX", m_received, 50, 1, 100, 0, 0, u"", 0}); // 50.00 as well, on that day
+  user().receiveDividend({u"ABC.AX", m_received, 50, 1, 100, 0, 0, u"", 0}); // Another 50.00 on that day.
   receiveInCash();
   EXPECT_TRUE(user().editDividend(dividend(1), {u"ABC.AX", m_received, 100, 0.6, 100, 0, 0, u"", 0}, 0, 0, 50,
                                   m_received));
@@ -203,7 +203,7 @@ TEST_F(DividendsTest, CountryAndTaxCantBeCleared) {
   EXPECT_EQ(dividendText(), String(u"ABC.US|10/2/2026|100.00|0.500000|0|0.00|0.0000|United States|5.00|"));
 }
 
-// ---- Editing what was reinvested ----
+// ---- Editing a reinvested dividend ----
 
 TEST_F(DividendsTest, EditingAReinvestedDividendCarriesItsParcelAlong) {
   receiveInShares();

@@ -118,7 +118,7 @@ TEST_F(SalesTest, SellingNothingRecordsNothing) {
 
 TEST_F(SalesTest, ARestThatWouldReadAsNothingGoesWithTheParcel) {
   user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 1), 100, 10, 30, u""});
-  addAdjustment(parcel(u"ABC.AX"), Date(2026, 2, 1), -3); // 33.333... shares
+  addAdjustment(parcel(u"ABC.AX"), Date(2026, 2, 1), -3); // 33.333... shares.
   user().addBuyEvent(u"ABC.AX", {Date(2026, 2, 2), 5, 10, 0, u""});
   user().sellShares(u"ABC.AX", {m_today, 33.33, 12, 0, u""}, true);
   ASSERT_EQ(numSales(u"ABC.AX"), 1u);
@@ -133,7 +133,7 @@ TEST_F(SalesTest, WhatASaleBringsInIsToldBeforehandToTheCent) {
   EXPECT_DOUBLE_EQ(user().proceedsOfSale(u"ABC.AX", {m_today, 10, 2, 3, String()}, true), 17)
       << "nothing is held";
   user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 1), 100, 10, 30, u""});
-  addAdjustment(parcel(u"ABC.AX"), Date(2026, 2, 1), -3); // 33.333... shares
+  addAdjustment(parcel(u"ABC.AX"), Date(2026, 2, 1), -3); // 33.333... shares.
   for (int day = 2; day <= 5; ++day)
     user().addBuyEvent(u"ABC.AX", {Date(2026, 2, day), 0.5, 10, 0, u""});
   EXPECT_DOUBLE_EQ(user().proceedsOfSale(u"ABC.AX", {m_today, 0, 31, 5, String()}, true), -5);
@@ -156,7 +156,7 @@ TEST_F(SalesTest, WhatASaleBringsInIsToldBeforehandToTheCent) {
 
 TEST_F(SalesTest, APartlySoldSplitParcelStaysInSharesOfItsPurchase) {
   user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 1), 100, 10, 30, u""});
-  addAdjustment(parcel(u"ABC.AX"), Date(2026, 2, 1), 2); // 200 shares at 5
+  addAdjustment(parcel(u"ABC.AX"), Date(2026, 2, 1), 2); // 200 shares at 5.
   user().sellShares(u"ABC.AX", {m_today, 50, 6, 0, u""}, true);
   EXPECT_EQ(saleText(u"ABC.AX", 0), String(u"1/1/2026 3/3/2026 25.00 10.0000 6.0000 0.00 0.00 "));
   EXPECT_EQ(sale(u"ABC.AX").numSubElements(u"Adjustments"), 1u);
@@ -208,8 +208,7 @@ TEST_F(SalesTest, ASaleOfTheWholeKnowsItsSplits) {
   EXPECT_EQ(cashEntryText(1), String(u"3/3/2026 1 1195.00 SELL 200.00 of ABC.AX @ 6.0000"));
 }
 
-// A sale that an earlier version recorded in shares of its own day, and that was then asked for the split
-// again.
+// A sale that an earlier version recorded in units of its own day, before it asked for the split again.
 TEST_F(SalesTest, TheCashTellsThatAnOldSaleIsInSharesOfItsDay) {
   user().debitCash(Date(2026, 1, 1), 1000, CASH_EVENT_DEBIT, u"BUY 100.00 of ABC.AX @ 10.0000");
   user().creditCash(m_today, 1200, CASH_EVENT_CREDIT, u"SELL 200.00 of ABC.AX @ 6.0000");
@@ -253,7 +252,7 @@ TEST_F(SalesTest, ASaleWhosePurchaseSaysNothingOfASplitStaysAsItIs) {
   staysWith(u"BUY 100.00 of DEF.AX @ 10.0000");
   staysWith(u"BUY 100.00 of ABC.AX @ 11.0000");
   staysWith(u"BUY 200.00 of ABC.AX @ 5.0000");
-  staysWith(u"BUY 100.00 of ABC.AX @ 10.0000"); // either may be the one
+  staysWith(u"BUY 100.00 of ABC.AX @ 10.0000"); // Either can be the one.
 }
 
 TEST_F(SalesTest, ThePurchaseAloneDoesNotMakeASaleAnOldOne) {

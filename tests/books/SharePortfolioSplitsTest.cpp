@@ -21,7 +21,7 @@ protected:
   }
   std::vector<FakeUserInteraction::Call> splitQuestions() { return m_interaction.calls(Kind::AskRatio); }
 
-  /// Two prices in a row for a stock bought well before.
+  /// Sets two consecutive prices of a stock bought long before.
   void setJump(double before, double after) {
     user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 1), 100, 10, 0, u""});
     setPrice(u"ABC.AX", m_eve, before);
@@ -105,7 +105,7 @@ TEST_F(SplitsTest, AJumpWithinATenthOfAWholeRatioIsPutToTheUser) {
   struct Jump {
     double before;
     double after;
-    const char16_t* ratio; ///< empty for a move that is none
+    const char16_t* ratio; ///< Empty if the price change suggests no split.
   };
   const Jump jumps[] = {{10, 5, u"2:1"},    {10, 5.5, u"2:1"}, {10, 5.51, u""},       {10, 6.06, u""},
                         {10, 3.03, u"3:1"}, {10, 1.9, u"5:1"}, {1, 1.81, u""},        {1, 1.82, u"2:1"},

@@ -6,7 +6,7 @@ namespace Tallymoor {
 namespace {
 
 /// Today is Tuesday, 3 March 2026. With a period of 10, the recent days are 17 February to 2 March, and the
-/// ones before are 3 to 16 February.
+/// days before them are 3 to 16 February.
 class TrendTest : public EngineTest {
 protected:
   TrendTest() { user().setComparisonIndex(u"^AORD"); }
@@ -21,7 +21,7 @@ protected:
 TEST_F(TrendTest, TwiceThePeriodOfWeekdaysBeforeTodayIsNeededAndNoMore) {
   setWeekdays(Date(2026, 2, 3), Date(2026, 3, 2), 4000);
   EXPECT_DOUBLE_EQ(user().computeIndexMovingAverage(10), 4000);
-  // 22 weekdays are needed and 20 are there.
+  // 22 weekdays are needed, but only 20 are available.
   EXPECT_THROW(user().computeIndexMovingAverage(11), HTTPException);
 }
 

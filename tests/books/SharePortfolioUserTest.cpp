@@ -67,7 +67,7 @@ TEST_F(SharePortfolioUserTest, TodaysPriceIsTheUpdaters) {
   gateway().priceUpdater().addCode(u"ABC.AX");
   gateway().priceUpdater().setCurrentPrice(u"ABC.AX", 8);
   EXPECT_DOUBLE_EQ(user().sharePriceFor(u"ABC.AX", m_today, false), 8);
-  // On a view date the updater has nothing to say, even when that is the real today.
+  // With a view date set, the updater's price is ignored, even if the view date is today.
   Date::setFixedDate(m_today);
   EXPECT_DOUBLE_EQ(user().sharePriceFor(u"ABC.AX", m_today, false), 7);
 }
@@ -140,7 +140,7 @@ TEST_F(SharePortfolioUserTest, DailyGainLeavesOutMoneyFromOutside) {
   user().creditCash(m_today, 100, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
   user().checkCashReserve();
   EXPECT_DOUBLE_EQ(user().capitalToday(), 1200);
-  EXPECT_DOUBLE_EQ(user().dailyGain(), 10); // 1000 to 1200, of which 100 was put in
+  EXPECT_DOUBLE_EQ(user().dailyGain(), 10); // From 1000 to 1200, including a deposit of 100.
 }
 
 TEST_F(SharePortfolioUserTest, WeeklyGainCountsFromFridayBeforeLastWeekend) {

@@ -25,7 +25,7 @@ protected:
     m_damaged->capitalRecord().update(*m_damaged);
     return m_damaged->capitalToday();
   }
-  /// As the next start finds what was saved.
+  /// Reads the saved records, as after a restart.
   std::vector<UnreadableDate> reload() {
     std::ostringstream text;
     m_records.encodeWithDoctype(text, u"x");

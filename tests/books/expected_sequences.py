@@ -92,7 +92,7 @@ class Event:
 
 class Portfolio:
     def __init__(self):
-        self.held = []  # (code, parcels, limits)
+        self.held = []  # Each is (code, parcels, limits).
         self.sold = []
         self.dividends = []
         self.cash = []
@@ -632,7 +632,7 @@ class Portfolio:
         for code, event in self.held_on(day):
             number = self.adjusted(event, day)[0]
             before = shares[code][0] or "0.00"
-            # Parts of a divided purchase are added up before they are rounded.
+            # The parts of a divided purchase are added before rounding.
             if len(recorded(event.num("number")).partition(".")[2]) > 2:
                 divided[code] = divided.get(code, Decimal(0)) + number
                 shares[code][0] = before

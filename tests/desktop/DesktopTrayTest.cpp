@@ -14,7 +14,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-/// Notes what it hears, and whether it heard it in the middle of a message from the bus.
+/// Records its calls, and whether they came during the handling of a bus message.
 class NotingWatcher : public SystemTray::Watcher {
 public:
   void onLeftClick() override { heard("left"); }
@@ -42,13 +42,13 @@ private:
   }
 };
 
-/// Two pixels: a red one, and a blue one that can be seen through.
+/// Two pixels: a red one and a transparent blue one.
 std::unique_ptr<FXIcon> twoPixels(FXApp* app) {
   static const FXColor pixels[] = {FXRGBA(255, 1, 2, 255), FXRGBA(3, 4, 250, 128)};
   return std::make_unique<FXIcon>(app, pixels, 0, IMAGE_KEEP, 2, 1);
 }
 
-/// A tray without a bus; the tests below give it one.
+/// A tray without a bus. The tests below start one.
 class DesktopTrayTest : public WindowTest {
 protected:
   void SetUp() override {
@@ -115,7 +115,7 @@ protected:
   void stopNotifications() { m_desktop->stopNotifications(); }
   TestNotifications& notifications() { return m_desktop->notifications(); }
 
-  /// Serves the desktop's side together with the program's.
+  /// Serves the desktop and the program until the condition holds.
   bool serveUntil(const std::function<bool()>& condition) {
     return runUntil([&] {
       m_desktop->serve();
@@ -136,7 +136,7 @@ protected:
     serveUntil([this, count] { return notifications().notices().size() >= count; });
     return notifications().notices();
   }
-  /// The tray has dealt with all that a service sent, and with all that the bus told it before.
+  /// Waits until the tray has handled everything that the service and the bus sent before.
   void awaitTray(const std::string& client) {
     notifications().ping(client);
     EXPECT_TRUE(serveUntil([this] { return notifications().pingAnswered(); }));
@@ -234,7 +234,7 @@ TEST_F(TrayOnABusTest, ImpatientClicksCountOnce) {
   panel().click("ContextMenu");
   panel().click("ContextMenu");
   panel().click("Activate");
-  // What asks the bus comes after the clicks on their way through it.
+  // The request follows the clicks through the bus.
   for (int i = 0; i < 3; ++i)
     EXPECT_TRUE(panel().owned(panel().items()[0]));
   EXPECT_TRUE(serveUntil([this] { return panel().clicksAnswered() == 3; }));
@@ -243,7 +243,7 @@ TEST_F(TrayOnABusTest, ImpatientClicksCountOnce) {
   EXPECT_THAT(watcher().clicks, ElementsAre("right", "double"));
 }
 
-// ---- The popup, as panels show it that do so themselves ----
+// ---- The popup of panels that draw it themselves ----
 
 class TrayMenuTest : public TrayOnABusTest {
 protected:
@@ -412,7 +412,7 @@ TEST_F(TrayOnABusTest, AnotherServiceIsAskedAnewWhatItCan) {
   const std::string client = notifications().client();
   stopNotifications();
   startNotifications({"body"});
-  awaitTray(client); // which hears of the change
+  awaitTray(client); // Informs the tray of the change.
   balloon(u"A & B", u"title", 1);
   EXPECT_EQ("A & B", noticesAfter(1).at(0).text);
 }
@@ -427,9 +427,9 @@ TEST_F(TrayOnABusTest, WhatIsOnItsWayWhenTheBusIsLostComesBack) {
   startNotifications({"body"});
   balloon(u"first", u"title", 0);
   noticesAfter(1);
-  awaitTray(notifications().client()); // the first is answered
+  awaitTray(notifications().client()); // The first one is answered.
   balloon(u"second", u"title", 0);
-  letEventsPass(); // it is sent, but the service does not answer
+  letEventsPass(); // Sent, but the service does not answer.
   stopNotifications();
   bus().stop();
   EXPECT_TRUE(runUntil([this] { return !watcher().notShown.empty(); }));
@@ -444,7 +444,7 @@ TEST_F(TrayOnABusTest, ATrayThatIsRemovedGivesBackWhatWaits) {
   EXPECT_THAT(watcher().notShown, ElementsAre(String(u"title|text|0")));
 }
 
-/// A panel and a service that are on the bus and never answer.
+/// A panel and a service on the bus that never answer.
 class HungDesktopTest : public TrayOnABusTest {
 protected:
   DesktopTray::Options options() const override {
@@ -462,7 +462,7 @@ TEST_F(HungDesktopTest, AHungServiceCostsNothingAndTheBalloonComesBack) {
 TEST_F(HungDesktopTest, AHungPanelIsNoPlace) {
   startPanel();
   makeTray();
-  balloon(u"text", u"title", 1); // comes back after the panel's time is over, too
+  balloon(u"text", u"title", 1); // Returns even after the panel's timeout.
   EXPECT_TRUE(runUntil([this] { return !watcher().notShown.empty(); }));
   EXPECT_FALSE(tray().hasPlace());
 }

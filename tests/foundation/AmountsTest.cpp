@@ -15,10 +15,10 @@ TEST(AmountsTest, ShowsAsZero) {
   EXPECT_TRUE(showsAsZero(0.004, 2));
   EXPECT_TRUE(showsAsZero(-0.004, 2));
   EXPECT_FALSE(showsAsZero(0.006, 2));
-  EXPECT_FALSE(showsAsZero(0.5, 0)); // an exact tie goes away from zero
+  EXPECT_FALSE(showsAsZero(0.5, 0)); // An exact tie rounds away from zero.
   EXPECT_FALSE(showsAsZero(1.0));
   EXPECT_FALSE(showsAsZero(-1e300));
-  // What is no number is written as 0.
+  // NaN is written as 0.
   EXPECT_TRUE(showsAsZero(std::numeric_limits<double>::quiet_NaN()));
   EXPECT_TRUE(showsAsZero(std::numeric_limits<double>::infinity()));
 }

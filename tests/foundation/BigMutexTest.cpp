@@ -5,7 +5,7 @@
 namespace Tallymoor {
 namespace {
 
-/// Takes the big mutex on another thread and comes back: returns only if nobody else holds it.
+/// Takes and releases the big mutex on another thread. Returns only if no other thread holds it.
 void passThroughOnAnotherThread() {
   std::thread([] { const BigMutexLock lock; }).join();
 }

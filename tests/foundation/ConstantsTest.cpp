@@ -5,7 +5,7 @@
 namespace Tallymoor {
 namespace {
 
-// Files, folders and the update service know these names: none may change by accident.
+// Files, folders and the update service depend on these names.
 TEST(ConstantsTest, NamesOnDiskStayAsTheyAre) {
   EXPECT_EQ(APP_NAME, u"Tallymoor");
   EXPECT_EQ(APP_EXE, u"Tallymoor.exe");

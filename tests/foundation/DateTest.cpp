@@ -9,7 +9,7 @@ namespace {
 
 class DateTest : public testing::Test {
 protected:
-  /// What reading the text throws; the date must be as it was.
+  /// The message thrown when reading the text. Checks that the date is unchanged.
   static String refusal(const String& text, int format) {
     Date date(2020, 5, 6);
     const String message = messageOf([&] { date.fromString(text, format); });
@@ -65,7 +65,8 @@ TEST_F(DateTest, RefusalsSayWhy) {
   EXPECT_EQ(refusal(u"3-Mrz-06", 5), u"Date::fromString - DATE_DISPLAY_MIDDATE1 unknown month: 3-Mrz-06");
   EXPECT_EQ(refusal(u"3/3/2006", 4), u"Date::fromString - bad format: 3/3/2006");
   EXPECT_EQ(refusal(u"3/3/2006", 7), u"Date::fromString - bad format: 3/3/2006");
-  EXPECT_EQ(refusal(u"3.3.2006", 4), u"Date::fromString - no separator: 3.3.2006"); // looked for first
+  EXPECT_EQ(refusal(u"3.3.2006", 4),
+            u"Date::fromString - no separator: 3.3.2006"); // The separator is checked first.
   EXPECT_EQ(refusal(u"3/3/2006", 6), u"Date::fromString - not in local format: 3/3/2006");
 }
 
@@ -112,7 +113,7 @@ TEST_F(DateTest, ComparesByDay) {
 
 TEST_F(DateTest, WeekHelpers) {
   const struct {
-    int day; // of March 2026; the 1st is a Sunday
+    int day; // Day of March 2026; the 1st is a Sunday.
     int beforeWeekend;
     int lastFriday;
     bool weekend;

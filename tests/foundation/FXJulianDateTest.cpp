@@ -11,7 +11,7 @@ std::string parts(const FXJulianDate& date) {
   return std::to_string(date.year()) + "-" + std::to_string(date.month()) + "-" + std::to_string(date.day());
 }
 
-/// Ends a fixed today with the test.
+/// Restores the system clock at the end of the test.
 struct ClockReset {
   ~ClockReset() { Clock::setToday(0); }
 };

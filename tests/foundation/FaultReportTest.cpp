@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t PAGE = 4096;
 
-/// How a child process ended and what it wrote to its standard error.
+/// Exit status and standard error of a child process.
 struct Ending {
   int status = 0;
   std::string told;
@@ -28,7 +28,7 @@ Ending endingOf(const Work& work) {
     const rlimit noCore{};
     ::setrlimit(RLIMIT_CORE, &noCore);
     ::dup2(pipe[1], STDERR_FILENO);
-    std::signal(SIGSEGV, SIG_DFL); // whatever a sanitizer has put there
+    std::signal(SIGSEGV, SIG_DFL); // Removes a sanitizer's handler.
     std::signal(SIGFPE, SIG_DFL);
     work();
     ::_exit(0);

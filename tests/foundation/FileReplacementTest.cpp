@@ -59,7 +59,7 @@ int interruptedSync(int file) {
 
 int syncError = 0;
 
-/// Flushes the file, and fails to flush the folder.
+/// Flushes the file, then fails to flush the folder.
 int failSecondSync(int file) {
   if (++syncCalls == 1)
     return ::fsync(file);
@@ -90,7 +90,7 @@ protected:
   void write(const std::string& content) {
     replaceFile(path, [&](std::ostream& out) { out << content; });
   }
-  /// What a failed writing says; the old file must stand, alone in its folder.
+  /// The message of a failed write. Checks that the old file is unchanged and alone in its folder.
   String failure(const std::string& content) {
     const String message = messageOf([&] { write(content); });
     FileOperations::current() = FileOperations::system();
@@ -128,7 +128,7 @@ TEST_F(FileReplacementTest, LargeContentSurvivesInterruptionsAndShortWrites) {
   content += "more";
   write(content);
   EXPECT_EQ(TestProfile::readFile(path), content);
-  EXPECT_EQ(syncCalls, 3); // interrupted, again, and then the folder
+  EXPECT_EQ(syncCalls, 3); // Interrupted, repeated, then the folder.
 }
 
 TEST_F(FileReplacementTest, AFullDiskLeavesTheOldFileWhateverItsMoment) {
@@ -165,7 +165,7 @@ TEST_F(FileReplacementTest, AFolderThatCannotBeFlushedIsTold) {
   EXPECT_EQ(TestProfile::readFile(path), "new");
   EXPECT_EQ(filesInFolder(), 1);
   syncCalls = 0;
-  syncError = EINVAL; // of a file system that knows no such thing
+  syncError = EINVAL; // From a file system that can't flush folders.
   write("newer");
   EXPECT_EQ(TestProfile::readFile(path), "newer");
 }

@@ -22,7 +22,7 @@ TEST(FileVersionTest, RecordsInImages) {
   const std::string mark = TALLYMOOR_VERSION_MARK;
   EXPECT_EQ(versionInImage("x" + mark + "1.3.1.510\n y"), (FileVersion{1, 3, 1, 510}));
   EXPECT_EQ(versionInImage(mark + "2"), (FileVersion{2, 0, 0, 0}));
-  // The mark alone, as every image holds it that looks for records, is none.
+  // The mark without numbers, as in every image that searches for it.
   EXPECT_EQ(versionInImage(mark + std::string(1, '\0') + mark + "7.8"), (FileVersion{7, 8, 0, 0}));
   EXPECT_FALSE(versionInImage(mark));
   EXPECT_FALSE(versionInImage("nothing here"));

@@ -78,7 +78,7 @@ TEST_F(FolderLockTest, AProgramThatWasStartedDoesNotInheritIt) {
     ::execl("/bin/cat", "cat", static_cast<char*>(nullptr));
     ::_exit(127);
   }
-  // The lock goes with the last descriptor: those of the child go when it becomes another program.
+  // The lock ends with its last descriptor. The child's descriptors are closed by exec.
   lock.reset();
   for (int tries = 0; tries < 1000 && FolderLock::onFileIn(folder).isHeldByAnother(); ++tries)
     ::usleep(10000);

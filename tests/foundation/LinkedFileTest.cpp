@@ -16,7 +16,7 @@ namespace Tallymoor {
 namespace {
 
 int calls = 0;
-int failingCall = 0; ///< the first is 1
+int failingCall = 0; ///< Counted from 1.
 
 ssize_t writeOrFail(int file, const void* bytes, size_t count) {
   if (++calls < failingCall)
@@ -44,7 +44,7 @@ int failRename(const char*, const char*) {
   return -1;
 }
 
-/// A file with a second name in another folder.
+/// A file with a second hard link in another folder.
 class LinkedFileTest : public testing::Test {
 protected:
   LinkedFileTest() {
@@ -63,7 +63,7 @@ protected:
     const std::filesystem::directory_iterator files(profile.folder() + "/files");
     return static_cast<int>(std::distance(begin(files), end(files)));
   }
-  /// What a writer leaves that dies at the call with this number.
+  /// Writes in a child that dies at this call.
   void writeAndDie(int call, const std::string& content,
                    const std::function<void(FileOperations&)>& setUp) const {
     const pid_t child = ::fork();
@@ -113,7 +113,7 @@ TEST_F(LinkedFileTest, ALinkBehindASymbolicLinkIsKept) {
 TEST_F(LinkedFileTest, AWriterThatDiesLeavesTheOldContentOrTheNextStartFinishesTheNew) {
   const std::string old = TestProfile::readFile(path);
   const std::string content = "the new content, which is much longer than what was there before it";
-  // Content of the temporary, the note, the file itself.
+  // Writes of the temporary, the note and the file itself.
   for (const int call : {1, 2, 3}) {
     writeAndDie(call, content, [](FileOperations& operations) { operations.write = writeOrDie; });
     EXPECT_GT(filesInFolder(), 1) << call;
@@ -130,7 +130,7 @@ TEST_F(LinkedFileTest, AWriterThatDiesLeavesTheOldContentOrTheNextStartFinishesT
 
 TEST_F(LinkedFileTest, FromTheFlushedNoteOnTheNewContentCounts) {
   const std::string old = TestProfile::readFile(path);
-  // Flushes of the temporary, the note, the folder, the file itself.
+  // Flushes of the temporary, the note, the folder and the file itself.
   for (const int call : {1, 2, 3, 4}) {
     writeAndDie(call, "new", [](FileOperations& operations) { operations.sync = syncOrDie; });
     removeLeftoverTemporaries(profile.path("files"));
@@ -143,7 +143,7 @@ TEST_F(LinkedFileTest, FromTheFlushedNoteOnTheNewContentCounts) {
 
 TEST_F(LinkedFileTest, TheContentGoesBeforeTheLinkAndTheUserIsTold) {
   FileOperations::current().write = writeOrFail;
-  failingCall = 3; // of the file itself
+  failingCall = 3; // The flush of the file itself.
   EXPECT_EQ(messageOf([this] { write("new"); }),
             u"replaceFile - wrote the file, but could not keep the hard link of " + path +
                 u": Input/output error");
@@ -184,7 +184,7 @@ TEST_F(LinkedFileTest, AStartThatLosesTheLinkGoesOn) {
 TEST_F(LinkedFileTest, AFailureBeforeTheFileIsTouchedLeavesTheOldContentAndNothingBeside) {
   const std::string old = TestProfile::readFile(path);
   FileOperations::current().write = writeOrFail;
-  failingCall = 2; // of the note
+  failingCall = 2; // The write of the note.
   EXPECT_EQ(messageOf([this] { write("new"); }),
             u"replaceFile - cannot write beside " + path + u": Input/output error");
   EXPECT_EQ(TestProfile::readFile(path), old);
@@ -196,10 +196,10 @@ TEST_F(LinkedFileTest, NotesThatAreNotOursChangeNothing) {
   const std::string old = TestProfile::readFile(path);
   const String temporary = profile.path("files/.tallymoor-abc.tmp");
   const String note = profile.path("files/.tallymoor-abc.for");
-  const std::string notes[] = {"Portfolios.xml",          // cut off
+  const std::string notes[] = {"Portfolios.xml",          // Incomplete.
                                "",                        //
                                "\n",                      //
-                               "../elsewhere/mine.xml\n", // another folder
+                               "../elsewhere/mine.xml\n", // Another folder.
                                "none.xml\n",
                                std::string(300, 'n') + "\n"};
   for (const std::string& content : notes) {

@@ -73,7 +73,7 @@ TEST_F(LinuxPlatformTest, TheFoldersAreTheUsersAloneAndAChosenModeStays) {
   EXPECT_EQ(modeOf(data), 0750u);
 }
 
-/// What is told after the words of the step.
+/// The message after the text of the step.
 String unmadeFolder(const String& path, const char16_t* reason) {
   return u"\nYour records belong into your home folder, and no folder can be made there:\n" + path + u": " +
          reason;
@@ -84,7 +84,7 @@ TEST_F(LinuxPlatformTest, FoldersThatCannotBeMadeAreNamed) {
   EXPECT_EQ(messageOf([&] { platformAt(profile.folder() + "/file/share")->userHomeDirectory(APP_NAME); }),
             u"Win32Platform::userHomeDirectory - SHGetFolderPath failed!" +
                 unmadeFolder(profile.path("file"), u"Not a directory"));
-  // Nobody, not even root, makes folders there.
+  // Not even root can create folders there.
   EXPECT_EQ(messageOf([&] { platformAt("/proc/self")->userHomeDirectory(APP_NAME); }),
             u"Win32Platform::userHomeDirectory - CreateDirectory(companyFolder) failed!" +
                 unmadeFolder(u"/proc/self/Brindlecove", u"No such file or directory"));
@@ -115,7 +115,7 @@ TEST_F(LinuxPlatformTest, TheDataFolderComesFromTheEnvironment) {
   }
 }
 
-/// Sets variables for a scope.
+/// Sets environment variables for a scope.
 class Environment {
 public:
   explicit Environment(std::map<std::string, std::string> wanted) {
@@ -195,14 +195,14 @@ TEST_F(LinuxPlatformTest, Money) {
   EXPECT_EQ(Platform::Instance().parseAmount(u"$1,234.57"), 1234.57);
   EXPECT_EQ(platformIn("de_DE").parseAmount(u"1,5"), 1.5);
   EXPECT_EQ(Platform::Instance().parseAmount(u"0.0012.34"), 0.0);
-  EXPECT_EQ(platformIn("de_DE").parseAmount(u"1.234.567"), 0.0); // never 1.234
+  EXPECT_EQ(platformIn("de_DE").parseAmount(u"1.234.567"), 0.0); // Not 1.234.
   EXPECT_EQ(platformIn("de_DE").parseAmount(u"1.234.567,50"), 1234567.5);
 }
 
 TEST_F(LinuxPlatformTest, TicksNeverGoBack) {
   const std::uint32_t first = Platform::Instance().tickCount();
   const std::uint32_t second = Platform::Instance().tickCount();
-  EXPECT_LT(second - first, 60000u); // safe over the wrap
+  EXPECT_LT(second - first, 60000u); // Unsigned difference, correct across the wrap.
   timespec now{};
   ::clock_gettime(CLOCK_MONOTONIC, &now);
   const auto milliseconds = static_cast<std::uint32_t>(now.tv_sec * 1000ll + now.tv_nsec / 1000000);
@@ -247,7 +247,7 @@ protected:
     pipe = profile.folder() + "/pipe";
     ::mkfifo(pipe.c_str(), 0600);
   }
-  /// A program that tells through the pipe what it was given.
+  /// A script that writes its arguments to the pipe.
   std::string program(const std::string& name) {
     const String path = profile.path("bin/" + name);
     TestProfile::writeFile(path, "#!/bin/sh\nprintf '%s|%s' $# \"$1\" > " + pipe + "\n");

@@ -98,7 +98,7 @@ TEST(MoneyFormatTest, AMinusSignBehindIsReadWhereTheLocaleWritesItSo) {
   const MoneyFormat money("fy_NL");
   EXPECT_EQ(money.format(-1234.5), u"\u20AC\u00A01.234,50-");
   EXPECT_EQ(money.read(u"\u20AC\u00A01.234,50-"), -1234.5);
-  EXPECT_EQ(MoneyFormat("en_AU").read(u"1-2"), 1.0); // nowhere else
+  EXPECT_EQ(MoneyFormat("en_AU").read(u"1-2"), 1.0); // Not in other locales.
 }
 
 TEST(MoneyFormatTest, ServesManyThreads) {

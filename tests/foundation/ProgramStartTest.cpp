@@ -15,7 +15,8 @@ namespace {
 
 class ProgramStartTest : public testing::Test {
 protected:
-  /// A script that writes what it was given into a pipe which the test reads to its end: no waiting for time.
+  /// A script that writes its arguments to a pipe. The test reads the pipe to its end, so it needs no waiting
+  /// time.
   std::string script(const std::string& body) {
     const String path = profile.path("bin/program");
     TestProfile::writeFile(path, "#!/bin/sh\n" + body);
@@ -47,7 +48,7 @@ TEST_F(ProgramStartTest, ArgumentsReachTheProgramWithoutAShell) {
   EXPECT_EQ(readToEnd(pipe), "a b|$(id)|;x|");
 }
 
-/// The bits of the signals that a thread of this process does not take; none when it has ended meanwhile.
+/// Bit mask of the signals that a thread of this process blocks. Empty if the thread has ended.
 std::optional<std::uint64_t> blockedSignals(const std::filesystem::path& task) {
   std::ifstream status(task / "status");
   for (std::string line; std::getline(status, line);)
@@ -58,7 +59,7 @@ std::optional<std::uint64_t> blockedSignals(const std::filesystem::path& task) {
 
 TEST_F(ProgramStartTest, WhoWaitsForTheProgramLeavesEndingSignalsToTheMainThread) {
   const std::string pipe = pipePath();
-  ASSERT_TRUE(startProgram(script("printf x > " + pipe + "\n"), {})); // it runs until the pipe is read
+  ASSERT_TRUE(startProgram(script("printf x > " + pipe + "\n"), {})); // Runs until the pipe is read.
   int waiting = 0;
   for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
     const auto blocked = blockedSignals(task.path());

@@ -44,7 +44,7 @@ TEST_F(RunTimeSettingsTest, ReadsEveryKey) {
   EXPECT_EQ(indexTrendShort, 5.0);
   EXPECT_EQ(indexTrendLong, 50.0);
   EXPECT_TRUE(hideLastFYTransactions);
-  EXPECT_EQ(trayFormat, u"no such portfolio"); // kept as it stands
+  EXPECT_EQ(trayFormat, u"no such portfolio"); // Kept unchanged.
 }
 
 TEST_F(RunTimeSettingsTest, AutomaticLimitsStartOffWhateverIsStored) {

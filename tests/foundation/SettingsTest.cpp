@@ -15,7 +15,7 @@
 namespace Tallymoor {
 namespace {
 
-/// A settings file in the scratch home, which can be written and read back as by a new start.
+/// A settings file in the scratch home that can be written and read back, as after a restart.
 class SettingsTest : public testing::Test {
 protected:
   SettingsTest() { open(); }

@@ -24,7 +24,7 @@ TEST(StringTest, CopiesUpToTheTerminatingZero) {
 TEST(StringTest, OrderIsNumericByUnitAndShorterFirst) {
   EXPECT_LT(String(u"ABC"), String(u"ABCD"));
   EXPECT_LT(String(u"Z"), String(u"a"));
-  EXPECT_LT(String(u"\xD83D\xDE00"), String(u"\xFFFD")); // a surrogate pair sorts by its units
+  EXPECT_LT(String(u"\xD83D\xDE00"), String(u"\xFFFD")); // A surrogate pair is compared by its code units.
 }
 
 TEST(StringTest, JoiningLeavesItsSourceAlone) {
@@ -57,17 +57,17 @@ TEST(StringTest, DecodesUTF8) {
 
 TEST(StringTest, BytesThatAreNoUTF8AreReadAsLatin1AsAWhole) {
   const DecodeRow rows[] = {
-      {"a\xE9z", u"a\u00E9z"},                           // a Latin-1 letter in the middle
-      {"caf\xE9", u"caf\u00E9"},                         // at the end, where the transcoder would just stop
-      {"\xC3\xA9 \xE9!", u"\u00C3\u00A9 \u00E9!"},       // a valid sequence beside it falls apart too
-      {"\xC3\xA9\xE2\x82", u"\u00C3\u00A9\u00E2\u0082"}, // a cut sequence at the end
-      {"\xC0\xAF", u"\u00C0\u00AF"},                     // overlong
-      {"\xE0\x80\xAF", u"\u00E0\u0080\u00AF"},           // overlong
-      {"\xED\xA0\x80", u"\u00ED\u00A0\u0080"},           // a surrogate
-      {"\xF4\x90\x80\x80", u"\u00F4\u0090\u0080\u0080"}, // beyond the last character
-      {"\xF6\x97\x8B\x8B", u"\u00F6\u0097\u008B\u008B"}, // far beyond it
-      {"\xF8\x88\x80\x80\x80", u"\u00F8\u0088\u0080\u0080\u0080"}, // five bytes
-      {"\x80", u"\u0080"},                                         // a lone continuation
+      {"a\xE9z", u"a\u00E9z"},                                     // A Latin-1 letter in the middle.
+      {"caf\xE9", u"caf\u00E9"},                                   // At the end, where ICU would just stop.
+      {"\xC3\xA9 \xE9!", u"\u00C3\u00A9 \u00E9!"},                 // A valid sequence is read as Latin-1 too.
+      {"\xC3\xA9\xE2\x82", u"\u00C3\u00A9\u00E2\u0082"},           // An incomplete sequence at the end.
+      {"\xC0\xAF", u"\u00C0\u00AF"},                               // Overlong.
+      {"\xE0\x80\xAF", u"\u00E0\u0080\u00AF"},                     // Overlong.
+      {"\xED\xA0\x80", u"\u00ED\u00A0\u0080"},                     // A surrogate.
+      {"\xF4\x90\x80\x80", u"\u00F4\u0090\u0080\u0080"},           // Beyond the last code point.
+      {"\xF6\x97\x8B\x8B", u"\u00F6\u0097\u008B\u008B"},           // Far beyond it.
+      {"\xF8\x88\x80\x80\x80", u"\u00F8\u0088\u0080\u0080\u0080"}, // Five bytes.
+      {"\x80", u"\u0080"},                                         // A lone continuation byte.
       {"\xFF\xFE", u"\u00FF\u00FE"},
   };
   for (const DecodeRow& row : rows)
@@ -283,7 +283,7 @@ TEST(StringTest, EveryTieGoesAwayFromZeroOnBothSides) {
   }
 }
 
-/// Writes and reads numbers the other way round: a comma is decimal, a point groups every two digits.
+/// A locale with a decimal comma and points that group every two digits.
 class StrangeNumbers : public std::numpunct<char> {
 protected:
   char do_decimal_point() const override { return ','; }
@@ -301,14 +301,14 @@ void expectPlainNumbers() {
 
 TEST(StringTest, NumbersDoNotFollowTheLocaleOfStreams) {
   const std::locale before =
-      std::locale::global(std::locale(std::locale::classic(), new StrangeNumbers)); // the locale owns it
+      std::locale::global(std::locale(std::locale::classic(), new StrangeNumbers)); // Owned by the locale.
   expectPlainNumbers();
   std::locale::global(before);
 }
 
 TEST(StringTest, NumbersDoNotFollowTheProcessLocale) {
   const std::string before = std::setlocale(LC_ALL, nullptr);
-  // Those of them that this system has.
+  // Those installed on this system.
   for (const char* name : {"de_DE.UTF-8", "fr_FR.UTF-8", "C.UTF-8"})
     if (std::setlocale(LC_ALL, name))
       expectPlainNumbers();
@@ -330,7 +330,7 @@ TEST(StringTest, FilteredAmounts) {
   EXPECT_EQ(String(u"A$-3").toDoubleFiltered(), -3.0);
   EXPECT_EQ(String(u"1-2").toDoubleFiltered(), 1.0);
   EXPECT_EQ(String(u"\u20AC 1 234.5").toDoubleFiltered(), 1234.5);
-  EXPECT_EQ(String(u"1e5").toDoubleFiltered(), 15.0); // the letter is dropped like any other
+  EXPECT_EQ(String(u"1e5").toDoubleFiltered(), 15.0); // The letter is dropped like any other.
   EXPECT_EQ(String(u"none").toDoubleFiltered(), 0.0);
 }
 
@@ -344,7 +344,7 @@ TEST(StringTest, CaseMappingIsThatOfNoLocale) {
   EXPECT_EQ(String(u"DIV").toLower(), u"div");
   EXPECT_EQ(String(u"div.ax").toUpper(), u"DIV.AX");
   EXPECT_EQ(String(u"\u00C4\u0416\u0391").toLower(), u"\u00E4\u0436\u03B1");
-  EXPECT_EQ(String(u"stra\u00DFe").toUpper(), u"STRA\u00DFE"); // one unit stays one unit
+  EXPECT_EQ(String(u"stra\u00DFe").toUpper(), u"STRA\u00DFE"); // Each unit maps to one unit.
   EXPECT_EQ(String(u"\xD83D\xDE00").toUpper(), u"\xD83D\xDE00");
 }
 

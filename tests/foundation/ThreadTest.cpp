@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::uint32_t NEVER = 3600u * 1000u;
 
-/// A thread whose passes are counted; tests wait for counts, never for time.
+/// Counts its passes. Tests wait for counts, never for time.
 class CountingThread : public Thread {
 public:
   explicit CountingThread(std::uint32_t period, std::uint32_t startDelay = 0, bool deleteWhenDone = false)
@@ -55,7 +55,7 @@ private:
   int m_passes = 0;
 };
 
-/// A door that a pass waits at until the test opens it.
+/// Blocks a pass until the test opens it.
 class Gate {
 public:
   void open() {
@@ -74,7 +74,7 @@ private:
   bool m_open = false;
 };
 
-/// A thread in the middle of its first pass, which lasts until the test lets it go.
+/// A thread in its first pass, which lasts until the test ends it.
 class ThreadInItsFirstPass : public CountingThread {
 public:
   explicit ThreadInItsFirstPass(std::uint32_t period) : CountingThread(period) {
@@ -100,12 +100,12 @@ TEST(ThreadTest, IsNotRunningBeforeItsStart) {
   CountingThread thread(NEVER);
   EXPECT_FALSE(thread.isRunning());
   thread.stop();
-  thread.wakeUp(); // a thread that was never started stays so
+  thread.wakeUp(); // Has no effect before start().
   EXPECT_FALSE(thread.isRunning());
   EXPECT_EQ(thread.passes(), 0);
 }
 
-/// The signals that the calling thread does not take.
+/// The signals blocked by the calling thread.
 sigset_t blockedHere() {
   sigset_t blocked;
   pthread_sigmask(SIG_BLOCK, nullptr, &blocked);
@@ -143,7 +143,7 @@ TEST(ThreadTest, StopBeforeTheFirstPassEndsItWithNone) {
   CountingThread thread(NEVER, NEVER);
   thread.start();
   EXPECT_TRUE(thread.isRunning());
-  thread.stop(); // cuts the start delay short
+  thread.stop(); // Interrupts the start delay.
   thread.join();
   EXPECT_FALSE(thread.isRunning());
   EXPECT_EQ(thread.passes(), 0);

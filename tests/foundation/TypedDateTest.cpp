@@ -81,7 +81,7 @@ TEST_F(TypedDateTest, ANameThatCouldBeTwoMonthsIsRefused) {
   EXPECT_EQ(std::nullopt, typedIn("fr_FR", u"1 jui 2023"));
   EXPECT_EQ(std::nullopt, typedIn("en_AU", u"1 ma 2023"));
   EXPECT_EQ(std::nullopt, typedIn("en_AU", u"1 J 2023"));
-  // March in English, November in Finnish.
+  // "mar" is March in English and November in Finnish.
   EXPECT_EQ(std::nullopt, typedIn("fi_FI", u"1 mar 2023"));
   EXPECT_EQ(NOVEMBER, typedIn("fi_FI", u"1 marras 2023"));
 }
@@ -151,7 +151,7 @@ TEST_F(TypedDateTest, WhatIsNoDayIsRefused) {
 
                                u"1,,11,2023"})
     EXPECT_EQ(std::nullopt, typedIn("en_AU", text)) << String(text).toUTF8();
-  // The other order is not tried: it would be another day.
+  // The other order is not tried, because it would be another day.
   EXPECT_EQ(std::nullopt, typedIn("en_US", u"13/11/2023"));
   EXPECT_EQ(std::nullopt, typedIn("en_AU", u"11/13/2023"));
   EXPECT_EQ(std::nullopt, typedIn("en_AU", String(String::Base(5000, u'1')).c_str()));

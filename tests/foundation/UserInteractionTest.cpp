@@ -45,7 +45,7 @@ TEST(UserInteractionTest, WaitCursorEndsEarlyOnce) {
 }
 
 TEST(UserInteractionTest, WaitCursorStaysAwayWhereItIsNotWanted) {
-  { const WaitCursor wait; } // no window
+  { const WaitCursor wait; } // Without a window.
   FakeUserInteraction user;
   { const WaitCursor wait(false); }
   {

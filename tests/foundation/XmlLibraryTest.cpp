@@ -10,7 +10,7 @@
 namespace Tallymoor {
 namespace {
 
-/// What only a library that is up can make.
+/// True if the library is initialised, because only then it can create a reader.
 bool hasReader() {
   return std::unique_ptr<xercesc::SAX2XMLReader>(xercesc::XMLReaderFactory::createXMLReader()) != nullptr;
 }

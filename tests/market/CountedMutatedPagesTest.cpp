@@ -1,5 +1,5 @@
-// Pages of prices that have changed in some way since their locator was written: what is read from them is
-// right, or nothing is read. All prices of a page are different, and the page knows what it states; see
+// Price pages that changed after their locator was written. The values read from them must be right, or
+// nothing must be read. All prices of a page are different, and the page knows its own values; see
 // MutatedPages.h.
 #include "MutatedPages.h"
 #include "TestPaths.h"
@@ -19,7 +19,7 @@ namespace {
 constexpr unsigned PAGES = 1000;
 constexpr std::uint32_t JULIAN_DAY_OF_1970 = 2440588;
 
-/// Gives the same page whatever is asked for.
+/// Returns the same page for every request.
 class OnePageClient : public HTTPClient {
 public:
   void goOnline() override {}
@@ -74,7 +74,7 @@ bool isStated(const DayStatements& statements, const std::string& heading, doubl
   return false;
 }
 
-/// A figure of 0 stands for one that is not known, but for a close.
+/// A value of 0 means unknown, except for a close.
 bool isRight(const DayStatements& statements, const ShareValue& value) {
   return isStated(statements, "Close", value.close) &&
          (value.high == 0.0 || isStated(statements, "High", value.high)) &&
@@ -109,7 +109,7 @@ TEST_F(CountedMutatedPages, OfAPriceGiveTheRightOneOrNone) {
   for (unsigned seed = 1; seed <= PAGES; ++seed) {
     const MutatedQuotePage page(seed);
     std::optional<double> price = currentPrice(page.html());
-    if (price == 0.0) // the page has no number in its place
+    if (price == 0.0) // The page has no number there.
       price.reset();
     const bool isGood = !price || isStated({{"Last Trade:", page.prices()}}, "Last Trade:", *price);
     (!price ? failed : isGood ? right : wrong) += 1;

@@ -28,7 +28,7 @@ HTTPException failureOf(const std::function<void()>& work) {
   return HTTPException(u"no failure");
 }
 
-/// The words of a failure, with the code of the library behind them.
+/// A failure text followed by the library's error code.
 String words(const char16_t* text, int code) {
   return String(u"Win32HTTPClient::") + text + String::fromLong(code);
 }
@@ -120,7 +120,7 @@ TEST_F(CurlHTTPClientTest, KeepsOneConnectionPerHostAndPort) {
   EXPECT_EQ(connections.size(), 1u);
 }
 
-/// Calls the work on so many threads, with their numbers.
+/// Runs the work on several threads and passes each its number.
 std::vector<std::future<String>> onThreads(int count, const std::function<String(int)>& work) {
   std::vector<std::future<String>> results;
   for (int i = 0; i < count; ++i)
@@ -284,7 +284,7 @@ TEST_F(CurlHTTPClientTest, BoundsTheBody) {
   EXPECT_EQ(HTTPClient::UPDATE_BODY_LIMIT, 209715200u);
 }
 
-/// The words of a fetch that a time-out ought to end; a stop ends it after a minute.
+/// The failure text of a fetch that should time out. A stop ends it after a minute.
 String failureByTimeOut(CurlHTTPClient& client, const URL& url) {
   std::stop_source stop;
   std::future<String> failure = std::async(std::launch::async, [&] {
@@ -304,7 +304,7 @@ TEST_F(CurlHTTPClientTest, GivesUpOnASilentServer) {
   m_server.release();
 }
 
-/// A port whose queue of connections is full, so that the next one waits for ever.
+/// A port with a full connection queue, so that the next connection hangs.
 class FullPort {
 public:
   FullPort() {
@@ -319,7 +319,7 @@ public:
     EXPECT_EQ(getsockname(listener, generic, &length), 0);
     m_port = ntohs(address.sin_port);
     for (int i = 0; i < 8; ++i)
-      connect(add(), generic, length); // does not wait
+      connect(add(), generic, length); // Does not block.
   }
   ~FullPort() {
     for (const int socket : m_sockets)
@@ -388,7 +388,7 @@ TEST(CurlHTTPClient, FetchesNothingBeforeItIsOnline) {
             words(u"connect - InternetConnect failed : ", CURLE_FAILED_INIT));
 }
 
-// --- What the system or the library refuses
+// --- Errors of the system or the library
 
 class RefusingClient : public CurlHTTPClient {
 public:
@@ -399,7 +399,7 @@ public:
   int wholeTimeout = 0;
   std::function<int(CurlTransfer&)> waiting;
   std::vector<std::size_t> pieces;
-  mutable std::vector<long> timeouts; ///< in the order of their setting
+  mutable std::vector<long> timeouts; ///< In the order in which they were set.
 
 protected:
   int attemptConnect() const override { return interfaces; }
@@ -491,7 +491,7 @@ TEST(CurlHTTPClientPost, GoesOutInPiecesOfAtMost1024Bytes) {
   EXPECT_EQ(client.sendHTTPRequest2(URL(String(server.url("/nowhere").c_str())), {}), 404u);
 }
 
-const Bytes LARGE_BODY(64u * 1024 * 1024, 'x'); ///< more than the system buffers between two sockets
+const Bytes LARGE_BODY(64u * 1024 * 1024, 'x'); ///< More than the system buffers between two sockets.
 
 TEST(CurlHTTPClientPost, FailsWithoutAServer) {
   CurlHTTPClient client;
@@ -506,7 +506,7 @@ TEST(CurlHTTPClientPost, FailsWithoutAServer) {
 TEST(CurlHTTPClientPost, FailsWhenTheConnectionBreaksWhileTheBodyIsWritten) {
   LoopbackPeer peer([](LoopbackPeer::Connection& connection) {
     connection.readHead();
-    connection.read(1); // until the body is under way
+    connection.read(1); // Waits for the start of the body.
     connection.reset();
   });
   CurlHTTPClient client;
@@ -522,7 +522,7 @@ TEST(CurlHTTPClientPost, FailsWhenTheServerAnswersBeforeItHasTakenTheBody) {
   LoopbackPeer peer([&given](LoopbackPeer::Connection& connection) {
     connection.readHead();
     connection.write("HTTP/1.1 413 Too Large\r\nContent-Length: 0\r\n\r\n");
-    given.get_future().wait(); // takes nothing of the body until the client has given up
+    given.get_future().wait(); // Reads nothing of the body until the client has given up.
   });
   CurlHTTPClient client;
   client.goOnline();

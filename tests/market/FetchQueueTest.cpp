@@ -11,7 +11,7 @@ constexpr std::chrono::seconds LONG{60};
 
 class FetchQueueTest : public testing::Test {
 protected:
-  /// A fetch that waits for its turn to be let go, or for a stop.
+  /// A fetch that waits until the test releases it or until a stop.
   FetchQueue::Fetch numbered(int number) {
     return [this, number](const std::stop_token& stop) {
       const std::stop_callback wake(stop, [this] { m_signpost.notify(); });
@@ -53,7 +53,7 @@ TEST_F(FetchQueueTest, SeveralFetchesAreUnderWayAtOnceAndNoMore) {
 
 TEST_F(FetchQueueTest, ResultsComeInTheOrderOfTheQueueWhicheverIsThereFirst) {
   FetchQueue queue(2);
-  queue.add(numbered(2)); // waits longer than the next one
+  queue.add(numbered(2)); // Waits longer than the next one.
   queue.add(numbered(1));
   awaitUnderWay(2);
   release(1);

@@ -18,14 +18,15 @@
 
 namespace Tallymoor {
 
-/// Lets a test wait, without a clock, for what another thread does.
+/// Lets a test wait for the work of another thread without using time.
 class Signpost {
 public:
   void notify() {
     const std::lock_guard lock(m_mutex);
     m_changed.notify_all();
   }
-  /// Fails the test when the condition, looked at after each notify, does not come true in a very long time.
+  /// Checks the condition after each notify. Fails the test if it does not become true within a very long
+  /// time.
   template <class Condition>
   void await(Condition isTrue) {
     std::unique_lock lock(m_mutex);
@@ -38,7 +39,7 @@ private:
   std::condition_variable m_changed;
 };
 
-/// A user who does something in the world before he answers, and notices what is shown while he is asked.
+/// A user who performs an action before answering, and records what is displayed during a question.
 class BusyUser : public FakeUserInteraction {
 public:
   bool question(const String& text) override {
@@ -52,7 +53,7 @@ public:
     FakeUserInteraction::setStatusText(text);
     m_told.notify();
   }
-  /// Returns when the status line has shown this text.
+  /// Waits until the status line has shown this text.
   void awaitStatus(const String& text) {
     m_told.await([&] {
       const std::vector<String> shown = texts(Kind::Status);
@@ -61,13 +62,13 @@ public:
   }
   bool isStopWanted() override { return stopWanted && stopWanted(); }
   std::function<void()> beforeAnswer;
-  std::function<bool()> stopWanted; ///< looked at during fetches on the GUI thread
+  std::function<bool()> stopWanted; ///< Polled during fetches on the GUI thread.
 
 private:
   Signpost m_told;
 };
 
-/// A platform whose clock a test sets.
+/// A platform with a clock set by the test.
 class ClockPlatform : public LinuxPlatform {
 public:
   explicit ClockPlatform(const LinuxPlatformOptions& options) : LinuxPlatform(options) {}
@@ -75,8 +76,8 @@ public:
   std::atomic<std::uint32_t> tick = 1000;
 };
 
-/// A gateway over a made-up exchange, on Wednesday 15 November 2006. The updater runs only where a test
-/// starts it.
+/// A gateway with a simulated exchange, on Wednesday, 15 November 2006. The updater runs only in tests that
+/// start it.
 class GatewayTest : public ::testing::Test {
 protected:
   using Page = MarketFixture::Page;
@@ -112,9 +113,8 @@ protected:
   GatewayScope m_scope;
 };
 
-/// Writes down what it hears, in the words "price ABC.AX 12.3400", "close ABC.AX 10/11/2006 5.0000" and
-/// "finished", and does what a test wants on hearing it. Registered for its life. What it holds is guarded by
-/// the big mutex.
+/// Records its calls as "price ABC.AX 12.3400", "close ABC.AX 10/11/2006 5.0000" and "finished", and runs an
+/// action of the test on each. Registered during its lifetime. Guarded by the big mutex.
 class RecordingObserver : public PriceUpdater::PricesObserver {
 public:
   explicit RecordingObserver(PriceUpdater::Rank rank = PriceUpdater::Rank::Views,
@@ -145,8 +145,7 @@ public:
     const BigMutexLock lock;
     return *m_heard;
   }
-  /// Returns when so many passes have ended since the observer was made; not to be called with the big mutex
-  /// held.
+  /// Waits until this number of passes has ended since construction. Don't call it with the big mutex held.
   void awaitFinished(int passes) {
     m_signpost.await([&] { return m_finished >= passes; });
   }

@@ -36,7 +36,7 @@ TEST_F(HistoryRangeTest, FromADayEndsToday) {
 TEST_F(HistoryRangeTest, FromADayCloseToTodayReachesBackAFortnight) {
   expectRange(HistoryRange::around(Date(2006, 11, 10), false, 100), Date(2006, 11, 1), m_today);
   expectRange(HistoryRange::around(Date(2006, 11, 2), false, 100), Date(2006, 11, 1), m_today);
-  // Exactly a fortnight is long enough as it is.
+  // Exactly a fortnight is long enough.
   expectRange(HistoryRange::around(Date(2006, 11, 1), false, 100), Date(2006, 11, 1), m_today);
   expectRange(HistoryRange::around(Date(2006, 10, 31), false, 100), Date(2006, 10, 31), m_today);
 }
@@ -52,7 +52,7 @@ TEST_F(HistoryRangeTest, UpToADayReachesBackAsFarAsAPage) {
 TEST_F(HistoryRangeTest, UpToARecentDayGoesOnToToday) {
   expectRange(HistoryRange::around(m_today, true, 100), Date(2006, 7, 3), m_today);
   expectRange(HistoryRange::around(Date(2006, 11, 11), true, 100), Date(2006, 6, 29), m_today);
-  // Five days ago is not recent any more.
+  // Five days ago is not recent.
   expectRange(HistoryRange::around(Date(2006, 11, 10), true, 100), Date(2006, 6, 23), Date(2006, 11, 10));
 }
 

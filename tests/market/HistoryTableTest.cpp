@@ -9,7 +9,7 @@
 namespace Tallymoor {
 namespace {
 
-/// A page of one row with these cells for date, close, high, low and volume, as the program reads it.
+/// A page with one row of date, close, high, low and volume, as the program reads it.
 class HistoryTableTest : public ::testing::Test {
 protected:
   HistoryTableTest() {

@@ -19,7 +19,7 @@ protected:
     m_plain.redirect("/to-https", m_tls.url("/page"));
     m_plain.redirect("/to-https-and-back", m_tls.url("/to-http"));
   }
-  /// What the fetch ends with; its body is then in m_body.
+  /// Fetches the address into m_body and returns the result code.
   CURLcode fetch(const std::string& address, bool trusting = true) {
     CurlTransfer transfer;
     const URL url{String(address.c_str())};
@@ -41,7 +41,7 @@ protected:
   std::string m_body;
 
 private:
-  /// A client that goes away must not end the test.
+  /// Ignores SIGPIPE, which a disconnecting client causes.
   struct NoBrokenPipe {
     NoBrokenPipe() { std::signal(SIGPIPE, SIG_IGN); }
   } m_noBrokenPipe;

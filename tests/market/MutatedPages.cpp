@@ -26,7 +26,7 @@ std::string withCommas(long whole) {
   return text;
 }
 
-/// A price in ten-thousandths as a page writes it.
+/// A price in ten-thousandths as written on a page.
 std::string priceText(long price, bool fourDecimals) {
   std::array<char, 16> decimals{};
   if (fourDecimals)
@@ -49,7 +49,7 @@ std::string dateText(long day) {
   return text.data();
 }
 
-/// The day of a date as a person reads it; nothing where there is no such day.
+/// The day that a person reads in a date. Empty if there is none.
 std::optional<long> dayStated(std::string text) {
   for (std::size_t at = text.find("&nbsp;"); at != std::string::npos; at = text.find("&nbsp;"))
     text.erase(at, 6);
@@ -97,13 +97,13 @@ MutatedHistoryPage::MutatedHistoryPage(unsigned seed)
   }
   state();
   write();
-  // A cell lost in the table and another one doubled by a tag would make a row that states other figures.
+  // A lost table cell and a cell doubled by a tag could form a row with other values.
   if (!m_ragged && chance(3))
     mutateTags();
 }
 
 PageCell MutatedHistoryPage::priceCell(const std::string& column) {
-  // Far enough apart that none reads as another one when its last decimals are not shown.
+  // The prices differ enough to stay different when their last decimals are cut.
   m_lastPrice += 100 + static_cast<long>(pick(300)) * 100;
   const bool fourDecimals = m_lastPrice < 100000;
   PageCell cell{priceText(m_lastPrice, fourDecimals), column, std::nullopt, std::nullopt};
@@ -113,7 +113,7 @@ PageCell MutatedHistoryPage::priceCell(const std::string& column) {
 
 void MutatedHistoryPage::makeRows() {
   const std::size_t count = 2 + pick(24);
-  long day = 20000 + static_cast<long>(pick(400)); // from October 2024 on
+  long day = 20000 + static_cast<long>(pick(400)); // From October 2024 on.
   for (std::size_t i = 0; i < count; ++i, day -= 1 + static_cast<long>(pick(3))) {
     Row row;
     for (const std::string& heading : m_headings) {
@@ -129,7 +129,7 @@ void MutatedHistoryPage::makeRows() {
   }
 }
 
-/// Columns move with their headings, come and go; rows too; and cells of single rows.
+/// Moves, adds and removes columns with their headings, rows, and cells of single rows.
 void MutatedHistoryPage::mutateTable() {
   const std::size_t column = pick(m_headings.size());
   const std::size_t other = pick(m_headings.size());
@@ -202,7 +202,7 @@ void MutatedHistoryPage::mutateCell(PageCell& cell) {
     changeWriting(cell);
 }
 
-/// The page states another number then, or another day.
+/// Changes a digit. The page then states another number or day.
 void MutatedHistoryPage::changeDigit(PageCell& cell) {
   note("digit changed in " + cell.text);
   std::size_t at = pick(cell.text.size());
@@ -217,7 +217,7 @@ void MutatedHistoryPage::changeDigit(PageCell& cell) {
     cell.number = std::strtod(withoutCommas(cell.text).c_str(), nullptr);
 }
 
-/// The page states the same as before, or nothing, and writes it in a way that the program may not know.
+/// Changes the notation. The page states the same value or none, possibly in a form unknown to the program.
 void MutatedHistoryPage::changeWriting(PageCell& cell) {
   note("writing changed of " + cell.text);
   const std::size_t point = cell.text.find('.');
@@ -229,7 +229,7 @@ void MutatedHistoryPage::changeWriting(PageCell& cell) {
   case 1:
     cell.text = "&nbsp;" + cell.text + "&nbsp;";
     break;
-  case 2: // as on the continent: a point groups, and a comma is decimal
+  case 2: // Continental notation: a point groups, a comma is the decimal sign.
     for (char& c : cell.text)
       c = c == '.' ? ',' : c == ',' ? '.' : c;
     break;
@@ -249,14 +249,14 @@ void MutatedHistoryPage::changeWriting(PageCell& cell) {
   case 7:
     cell = {chance(2) ? "N/A" : "-", cell.column, std::nullopt, std::nullopt};
     break;
-  case 8: // nobody can tell what this number was
+  case 8: // The number is lost.
     cell.text.insert(cell.text.size() / 2, "x");
     makeUnclear(cell);
     break;
   case 9:
     cell.text = "\n  " + cell.text + "\t\n";
     break;
-  case 10: // a hundredth of what the number says
+  case 10: // A hundredth of the number.
     cell.text += "p";
     makeUnclear(cell);
     break;
@@ -265,8 +265,7 @@ void MutatedHistoryPage::changeWriting(PageCell& cell) {
   }
 }
 
-/// A row with a cell too many or too few states what its cells were made for, if anything: nobody can say
-/// more.
+/// A row with too many or too few cells states only what its cells were made for, if anything.
 void MutatedHistoryPage::state() {
   for (const Row& row : m_rows) {
     std::set<long> days;
@@ -298,7 +297,7 @@ std::string MutatedHistoryPage::closing(const std::string& name) {
   return m_untidy && chance(60) ? "" : "</" + name + ">";
 }
 
-/// What may stand between tags without a meaning.
+/// Meaningless text between tags.
 std::string MutatedHistoryPage::between() {
   static const std::array<const char*, 4> PIECES{"\n", "<!-- <td>6.66</td> -->",
                                                  "<script>'<td>6.66</td>'</script>", "  "};
@@ -334,7 +333,7 @@ void MutatedHistoryPage::mutateTags() {
 }
 
 MutatedQuotePage::MutatedQuotePage(unsigned seed) {
-  constexpr unsigned IN_PENCE = 5; // the page states a hundredth of the number then
+  constexpr unsigned IN_PENCE = 5; // The page then states a hundredth of the number.
   std::mt19937 random(seed);
   struct Line {
     std::string label;
@@ -385,7 +384,7 @@ MutatedQuotePage::MutatedQuotePage(unsigned seed) {
 }
 
 std::string withOneTagMutated(const std::string& html, std::mt19937& random) {
-  std::vector<std::pair<std::size_t, std::size_t>> tags; // where each begins and ends
+  std::vector<std::pair<std::size_t, std::size_t>> tags; // Start and end of each.
   for (std::size_t at = 0; (at = html.find('<', at)) != std::string::npos;) {
     const std::size_t end =
         std::find_if(html.begin() + static_cast<std::ptrdiff_t>(at) + 1, html.end(), isMark) - html.begin();
@@ -407,7 +406,7 @@ std::string withOneTagMutated(const std::string& html, std::mt19937& random) {
   case 3:
     return html.substr(0, begin) + other + html.substr(begin);
   case 4:
-    return html.substr(0, end - 1) + html.substr(end); // without its ">"
+    return html.substr(0, end - 1) + html.substr(end); // Without its ">".
   default:
     return html.substr(0, begin + 1);
   }

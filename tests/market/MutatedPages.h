@@ -8,31 +8,28 @@
 
 namespace Tallymoor {
 
-/// A cell of a made-up page: its text, and what a careful person takes from it, whatever the program makes of
-/// it.
+/// A cell of a generated page: its text and what a careful person reads in it.
 struct PageCell {
   std::string text;
-  std::string column;           ///< the heading that it was made for
-  std::optional<double> number; ///< nothing where it states none
-  std::optional<long> day;      ///< of a date, days from 1 January 1970
-  bool isUnclear = false;       ///< states nothing, whatever its digits
+  std::string column;           ///< The heading it was made for.
+  std::optional<double> number; ///< Empty if it states none.
+  std::optional<long> day;      ///< For a date: days since 1 January 1970.
+  bool isUnclear = false;       ///< States nothing, even if it has digits.
 };
 
-/// What a page states about one day: every acceptable figure, by heading. There are several only where a page
-/// contradicts itself.
+/// The values that a page states for a day, by heading. Several only if the page contradicts itself.
 using DayStatements = std::map<std::string, std::set<double>>;
 
-/// A page with a table of prices, all of them different, and what was done to it. First cells, columns and
-/// rows are changed, and with them what the page states; then how it is written, which changes nothing that
-/// it states.
+/// A page with a table of prices, all different, and the mutations applied to it. The first mutations change
+/// cells, columns and rows, and with them what the page states. The later ones change only the notation.
 class MutatedHistoryPage {
 public:
   explicit MutatedHistoryPage(unsigned seed);
 
   const std::string& html() const { return m_html; }
-  /// What it states, by day.
+  /// The stated values by day.
   const std::map<long, DayStatements>& statements() const { return m_statements; }
-  /// Names what was done, for a failure's message.
+  /// The mutations applied, for failure messages.
   const std::string& history() const { return m_history; }
 
 private:
@@ -60,20 +57,20 @@ private:
   long m_lastPrice;
   std::vector<std::string> m_headings;
   std::vector<Row> m_rows;
-  bool m_ragged = false; ///< a row has more or fewer cells than there are headings
-  bool m_untidy;         ///< closing tags are left out now and then, and so on
+  bool m_ragged = false; ///< A row has more or fewer cells than there are headings.
+  bool m_untidy;         ///< Some closing tags are omitted, and similar.
   std::string m_html;
   std::map<long, DayStatements> m_statements;
   std::string m_history;
 };
 
-/// A page with the current price beside its label, among others, mutated likewise.
+/// A page with the current price next to its label, mutated in the same way.
 class MutatedQuotePage {
 public:
   explicit MutatedQuotePage(unsigned seed);
 
   const std::string& html() const { return m_html; }
-  /// The prices that stand beside "Last Trade:".
+  /// The prices next to "Last Trade:".
   const std::set<double>& prices() const { return m_prices; }
 
 private:
@@ -81,7 +78,7 @@ private:
   std::set<double> m_prices;
 };
 
-/// Drops, doubles, exchanges or adds one tag of a page, changes the case of one, or cuts the page off.
+/// Removes, duplicates, exchanges or adds a tag, changes its case, or truncates the page.
 std::string withOneTagMutated(const std::string& html, std::mt19937& random);
 
 } // namespace Tallymoor

@@ -11,7 +11,7 @@
 namespace Tallymoor {
 namespace {
 
-// The quick reader must give what reading by elements gives, or nothing.
+// The fast reader must give the same result as the element reader, or nothing.
 
 const std::string HEAD = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
                          "<!DOCTYPE ShareValues SYSTEM \"Tallymoor Share Cache.dtd\">\n";
@@ -19,7 +19,7 @@ const std::string HEAD = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
 const std::string ROW = "<ShareValue><Date>3/11/2006</Date><Constant>1.5</Constant><Constant>2</Constant>"
                         "<Constant>1</Constant><Constant>7</Constant></ShareValue>";
 
-/// Everything that a file tells, as text.
+/// The content of a file as text.
 String told(const PriceCacheFile& file) {
   String text = file.code + (file.share.isBad ? u" bad" : u"");
   for (const auto& [day, value] : file.share.values)
@@ -31,7 +31,7 @@ String told(const PriceCacheFile& file) {
 
 class PlainPriceCacheTest : public testing::Test {
 protected:
-  /// By elements: a document in a form that the quick reader leaves alone, but with the same content.
+  /// Reads by elements: an equivalent document in a form that the fast reader rejects.
   String toldByElements(const std::string& document) const {
     EXPECT_FALSE(readPlainPriceCache(document + "\n"));
     std::ofstream(m_path.toUTF8(), std::ios::binary) << document << "\n";

@@ -6,7 +6,7 @@
 namespace Tallymoor {
 namespace {
 
-// Passes on the test's own thread: what is fetched, stored and told, and in which order.
+// Passes on the test's own thread: fetches, stored prices, notifications and their order.
 
 class PriceUpdaterTest : public GatewayTest {
 protected:
@@ -306,7 +306,7 @@ TEST_F(PriceUpdaterTest, TheHoursBetweenChecksAreASetting) {
   m_clock->tick += HOUR + 1;
   runPass();
   EXPECT_EQ(m_market.requested(Page::History).size(), 1u);
-  // The last check ended with the setting of that time; from now on it is 0, which counts as an hour.
+  // From here on the setting is 0, which counts as an hour.
   historicalPriceUpdateHours = 0;
   m_clock->tick += HOUR + 1;
   runPass();
@@ -319,8 +319,7 @@ TEST_F(PriceUpdaterTest, ChangedClosesAreToldTheLatestFirst) {
   m_market.setHistory(m_code, Date(2006, 11, 1), Date(2006, 11, 14), 1.5);
   gateway().historicalPrice(m_code, m_today, true);
   watch(m_code, 1.75);
-  // The exchange corrects the Monday, and a day before the last week; today's own close is out,
-  // too.
+  // The exchange corrects Monday and a day before the last week, and publishes today's close.
   m_market.setDay(m_code, Date(2006, 11, 13), 1.25);
   m_market.setDay(m_code, Date(2006, 11, 8), 1.25);
   m_market.setDay(m_code, m_today, 2.0);
@@ -339,7 +338,7 @@ TEST_F(PriceUpdaterTest, ADayThatWasNotCachedCountsAsZero) {
   RecordingObserver observer;
   m_clock->tick += 8 * HOUR + 1;
   runPass();
-  // Today's row is there from the current price of the same pass.
+  // Today's row comes from the current price of the same pass.
   EXPECT_EQ(observer.heard(),
             (std::vector<String>{u"price ABC.AX 1.5000", u"close ABC.AX 14/11/2006 1.5000", u"finished"}));
 }
@@ -400,7 +399,7 @@ TEST_F(PriceUpdaterTest, APassTakesOverThePeriodOfTheSettings) {
   runPass();
   EXPECT_EQ(updater().period(), 3u * 60000);
   currentPriceUpdateMins = 4;
-  gateway().goOffline(); // a pass that fails does so, too
+  gateway().goOffline(); // A failing pass does so too.
   runPass();
   EXPECT_EQ(updater().period(), 4u * 60000);
 }

@@ -8,10 +8,9 @@
 namespace Tallymoor {
 namespace {
 
-// The updater on its own thread while the user goes on with his work. Every wait is for something that
-// happens, never for a time.
+// The updater on its own thread while the user continues to work. Tests wait for events, never for time.
 
-/// A network that never answers: only a stop ends a fetch.
+/// A network that never answers, so only a stop ends a fetch.
 class SilentNetwork {
 public:
   class Client : public HTTPClient {
@@ -63,7 +62,7 @@ protected:
         return true;
     return false;
   }
-  /// A pass is in the middle of its first fetch, which the exchange does not answer.
+  /// Starts a pass whose first fetch hangs.
   void startStalledPass() {
     m_market.stall(Page::Quote);
     updater().start();
@@ -123,7 +122,7 @@ TEST_F(PriceUpdaterThreadTest, TheUserGoesOnWhileRecentClosesAreFetched) {
   updater().start();
   m_market.awaitRequests(Page::History, 1);
   {
-    const BigMutexLock lock; // would wait for ever if the fetch held it
+    const BigMutexLock lock; // Would hang if the fetch held the mutex.
     gateway().setCachedPrice(u"DEF.AX", m_friday, 5.0);
   }
   m_market.release(Page::History);
@@ -136,7 +135,7 @@ TEST_F(PriceUpdaterThreadTest, TheUserGoesOnWhileACurrentPriceIsFetched) {
   RecordingObserver observer;
   startStalledPass();
   {
-    const BigMutexLock lock; // would wait for ever if the fetch held it
+    const BigMutexLock lock; // Would hang if the fetch held the mutex.
     gateway().setCachedPrice(u"DEF.AX", m_friday, 5.0);
   }
   m_market.release(Page::Quote);
@@ -234,7 +233,7 @@ TEST_F(PriceUpdaterThreadTest, AStopIsSeenOnceTheMutexIsInHand) {
   {
     const BigMutexLock handler;
     m_market.release(Page::Quote);
-    // It has seen no stop before it began to wait for the mutex, and must look again once it has it.
+    // The pass saw no stop before it waited for the mutex, so it must check again once it has it.
     while (threadsWaitingForBigMutex() == 0)
       std::this_thread::yield();
     updater().stop();
@@ -293,7 +292,7 @@ TEST_F(PriceUpdaterThreadTest, AShutDownDuringAStalledFetchSavesAndEnds) {
 }
 
 TEST_F(PriceUpdaterThreadTest, NobodyGetsANewGatewayWhileTheOldOneEnds) {
-  // An observer is in the middle of its work when the user shuts down; what it asks for then is refused.
+  // The user shuts down while an observer is working; the observer's requests are then refused.
   watch(m_code, 1.5);
   Signpost signpost;
   std::atomic<bool> inCall = false;
@@ -346,7 +345,7 @@ TEST_F(PriceUpdaterThreadTest, StartsAndStopsInAnyOrderLeaveTheThreadStopped) {
   watch(m_code, 1.5);
   RecordingObserver observer;
   for (int turn = 0; turn < 20; ++turn) {
-    const int passesBefore = observer.passes(); // the next may be over before it is waited for
+    const int passesBefore = observer.passes(); // The next pass may end before the wait begins.
     updater().start();
     updater().wakeUp();
     if (turn % 3 == 0)

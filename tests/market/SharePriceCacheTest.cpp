@@ -360,10 +360,10 @@ TEST_F(SharePriceCacheTest, AFetchedRowReplacesWhatIsThereAndOtherRowsCarryOn) {
   EXPECT_DOUBLE_EQ(closeOf(cache, Date(2006, 11, 11)), 8.0);
 }
 
-// Else the first days of every page that begins at a weekend would have no price.
+// Otherwise the first days of a page that begins at a weekend would have no price.
 TEST_F(SharePriceCacheTest, ARangeThatBeginsWithoutTradeGoesOnFromTheDayBefore) {
   SharePriceCache cache(m_directory);
-  cache.setTypedPrice(CODE, Date(2006, 11, 10), 5.0); // Friday
+  cache.setTypedPrice(CODE, Date(2006, 11, 10), 5.0); // A Friday.
   cache.merge(CODE, {{Date(2006, 11, 13), {6.0, 6.5, 5.5, 200}}}, {Date(2006, 11, 11), Date(2006, 11, 14)});
   EXPECT_DOUBLE_EQ(closeOf(cache, Date(2006, 11, 11)), 5.0);
   EXPECT_DOUBLE_EQ(closeOf(cache, Date(2006, 11, 12)), 5.0);
@@ -450,8 +450,9 @@ TEST_F(SharePriceCacheTest, AMergeTellsWhichClosesAreOthersThanBefore) {
                         {friday, Date(2006, 11, 13)}),
             (SharePriceCache::Closes{{Date(2006, 11, 13), 6.0}}));
   EXPECT_EQ(cache.merge(CODE, {{friday, {5.5, 5.5, 4.5, 200}}}, {friday, Date(2006, 11, 13)}),
-            (SharePriceCache::Closes{
-                {friday, 5.5}, {Date(2006, 11, 11), 5.5}, {Date(2006, 11, 12), 5.5}})); // the weekend follows
+            (SharePriceCache::Closes{{friday, 5.5},
+                                     {Date(2006, 11, 11), 5.5},
+                                     {Date(2006, 11, 12), 5.5}})); // The weekend follows.
 }
 
 TEST_F(SharePriceCacheTest, ADayThatTheSourcePassesOverTakesTheCloseBefore) {
@@ -461,7 +462,7 @@ TEST_F(SharePriceCacheTest, ADayThatTheSourcePassesOverTakesTheCloseBefore) {
   cache.merge(CODE, {{Date(2006, 11, 10), {5.0, 5.5, 4.5, 100}}, {Date(2006, 11, 13), {6.0, 6.5, 5.5, 200}}},
               {Date(2006, 11, 10), Date(2006, 11, 14)});
   EXPECT_DOUBLE_EQ(closeOf(cache, Date(2006, 11, 11)), 5.0);
-  EXPECT_DOUBLE_EQ(closeOf(cache, Date(2006, 11, 14)), 9.5); // the source may not have that day yet
+  EXPECT_DOUBLE_EQ(closeOf(cache, Date(2006, 11, 14)), 9.5); // The source may not have that day yet.
 }
 
 TEST_F(SharePriceCacheTest, NoPriceOfTheFutureIsTaken) {

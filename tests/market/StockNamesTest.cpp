@@ -42,7 +42,7 @@ TEST_F(StockNamesTest, ANameIsOneLineOfAShownLength) {
   EXPECT_EQ(String(u"Alpha & Beta Ltd"), StockNames::nameOf(u"A.AX"));
   StockNames::remember(u"B.AX", String(String::Base(150, u'x')));
   EXPECT_EQ(100u, StockNames::nameOf(u"B.AX").size());
-  // A pair of surrogates is not cut in two.
+  // A surrogate pair is not split.
   StockNames::remember(u"C.AX", String(String::Base(99, u'x') + u"\U0001F600" + u"y"));
   EXPECT_EQ(99u, StockNames::nameOf(u"C.AX").size());
 }

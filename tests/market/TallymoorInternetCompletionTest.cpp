@@ -6,14 +6,14 @@
 namespace Tallymoor {
 namespace {
 
-/// Completing the history of a code for figures that stay empty where it is unavailable.
+/// Fetches the missing history of a code. Figures stay empty where prices are unavailable.
 class CompletionTest : public GatewayTest {
 protected:
   void complete(const Date& first, const Date& last) {
     gateway().completeHistory(m_code, first, last);
     expectNothingAsked();
   }
-  /// What is fetched is told in the status line, under the wait cursor, and nowhere else.
+  /// Checks that the fetch was shown in the status line and by the wait cursor only.
   void expectNothingAsked() const {
     for (const FakeUserInteraction::Call& call : m_user.calls())
       EXPECT_TRUE(call.kind == Kind::Status || call.kind == Kind::BeginWait || call.kind == Kind::EndWait)
@@ -21,7 +21,7 @@ protected:
     EXPECT_EQ(m_user.openWaits(), 0);
   }
   void reconnect() {
-    m_market.addListing(u"TEST.AX", u"Test", u"Australia"); // what going online looks for
+    m_market.addListing(u"TEST.AX", u"Test", u"Australia"); // Going online searches for it.
     ASSERT_TRUE(gateway().reconnect());
     updater().stopAndJoin();
     m_user.clearCalls();
@@ -49,7 +49,7 @@ TEST_F(CompletionTest, ASingleMissingDayIsFetched) {
 }
 
 TEST_F(CompletionTest, SmallPagesAreFetchedUntilTheFirstDayIsReached) {
-  m_market.setMaxEntries(50); // 70 days
+  m_market.setMaxEntries(50); // Covers 70 days.
   m_market.setHistory(m_code, Date(2005, 1, 1), m_today, 7);
   complete(m_first, m_friday);
   EXPECT_EQ(numFetches(), 3u);
@@ -61,7 +61,7 @@ TEST_F(CompletionTest, DaysBeforeTheListingAreAskedForOnceARun) {
   m_market.setHistory(m_code, Date(2006, 9, 1), m_today, 7);
   for (int again = 0; again < 3; ++again)
     complete(m_first, m_friday);
-  EXPECT_EQ(numFetches(), 2u); // the page with the listing, and the empty one before it
+  EXPECT_EQ(numFetches(), 2u); // The page with the listing and the empty one before it.
   m_profile.setToday(m_today.plusDays(1));
   complete(m_first, m_friday);
   EXPECT_EQ(numFetches(), 2u);
@@ -72,7 +72,7 @@ TEST_F(CompletionTest, DaysBeforeTheListingAreAskedForOnceARun) {
 
 TEST_F(CompletionTest, AnEmptyPageEndsTheCompletionAndNoOtherRequest) {
   m_market.setHistory(m_code, Date(2004, 1, 5), Date(2004, 4, 1), 6);
-  m_market.setHistory(m_code, Date(2006, 6, 1), m_today, 7); // after two years without trade
+  m_market.setHistory(m_code, Date(2006, 6, 1), m_today, 7); // After two years without trades.
   for (int again = 0; again < 3; ++again)
     complete(Date(2004, 1, 5), m_friday);
   EXPECT_EQ(numFetches(), 2u);
@@ -183,7 +183,7 @@ TEST_F(CompletionTest, CachedRowsIncludeBothEnds) {
 
 // --- Many codes at once
 
-/// What is told of the progress of a completion.
+/// Records the progress of a completion.
 class TestProgress : public Progress {
 public:
   void setTotal(unsigned) override {}
@@ -206,7 +206,7 @@ public:
 
 class ManyCodesTest : public CompletionTest {
 protected:
-  /// Codes with prices of all days, and what is needed of them.
+  /// Codes with prices on all days, and the days needed of them.
   std::vector<HistoryNeed> needsOf(int count) {
     std::vector<HistoryNeed> needs;
     for (int i = 0; i < count; ++i) {
@@ -227,7 +227,7 @@ TEST_F(ManyCodesTest, AreFetchedSeveralAtOnceWhileEventsPass) {
   const std::vector<HistoryNeed> needs = needsOf(8);
   m_market.stall(Page::History);
   TestProgress progress;
-  // What a window does while it waits: without it, nothing would ever be answered here.
+  // Plays the window's part during the wait: without it, no request would be answered.
   progress.onText = [&] {
     if (progress.eventsPassed == 3) {
       m_market.awaitRequests(Page::History, FetchQueue::AT_ONCE);
@@ -244,7 +244,7 @@ TEST_F(ManyCodesTest, AreFetchedSeveralAtOnceWhileEventsPass) {
 }
 
 TEST_F(ManyCodesTest, PageFollowsPageAndTheRecordsHearOfTheCodesInOrder) {
-  m_market.setMaxEntries(50); // 70 days
+  m_market.setMaxEntries(50); // Covers 70 days.
   TallymoorInternet::reset();
   const std::vector<HistoryNeed> needs = needsOf(3);
   RecordingObserver observer(PriceUpdater::Rank::Records);

@@ -5,7 +5,7 @@
 namespace Tallymoor {
 namespace {
 
-// What happens when a fetch fails: what is asked, what the answers do, and what reaches the caller.
+// Failing fetches: the questions asked, the effect of the answers and the result for the caller.
 
 class TallymoorInternetFailureTest : public GatewayTest {
 protected:
@@ -31,7 +31,7 @@ protected:
   const String m_unknownQuestion =
       delistedQuestion(m_code, u"The page that the price source sent can't be read.\n"
                                u"You may need an update to support new internet data.");
-  // Of a request up to the Friday with the exchange's 200 days a page, which are 280 calendar days.
+  // Start of a request that ends on the Friday: a page of 200 trading days covers 280 calendar days.
   const Date m_start{2006, 2, 3};
 };
 
@@ -186,7 +186,7 @@ TEST_F(TallymoorInternetFailureTest, AfterANoNoCodeIsAskedAboutUntilTheUserRefre
 }
 
 TEST_F(TallymoorInternetFailureTest, GoingOnlineNewLocatorsAndAnEmptyCacheAllowAnotherTry) {
-  m_market.addListing(u"TEST.AX", u"Test", u"Australia"); // what going online looks for
+  m_market.addListing(u"TEST.AX", u"Test", u"Australia"); // Going online searches for it.
   m_market.refuse(Page::History, 503);
   const std::vector<std::function<void()>> occasions{[] { EXPECT_TRUE(gateway().reconnect()); },
                                                      [] { TallymoorInternet::reset(); },
@@ -290,8 +290,7 @@ TEST_F(TallymoorInternetFailureTest, AShareThatHadNotListedYetHasNoPrice) {
 }
 
 TEST_F(TallymoorInternetFailureTest, DaysBeforeTheFirstPriceCostAFewRequestsForAllOfThem) {
-  // Bought two years before the source begins, and asked about day by day, as a portfolio's days are
-  // computed.
+  // Bought two years before the source begins, and requested day by day, as for a portfolio's days.
   const Date listed(2006, 11, 1);
   m_market.setHistory(m_code, listed, m_today, 5.0);
   for (Date day(2004, 11, 1); day < listed; day.addDays(1)) {
@@ -299,7 +298,7 @@ TEST_F(TallymoorInternetFailureTest, DaysBeforeTheFirstPriceCostAFewRequestsForA
     EXPECT_THROW(gateway().historicalPrice(m_code, day, true), Exception);
   }
   EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, listed, false), 5.0);
-  EXPECT_LE(numFetches(), 6u); // pages of 280 days
+  EXPECT_LE(numFetches(), 6u); // Pages of 280 days.
   EXPECT_TRUE(questions().empty());
 }
 
@@ -311,7 +310,7 @@ TEST_F(TallymoorInternetFailureTest, ADayBeforeARangeFromItOnHasTheCloseBeforeIt
 }
 
 TEST_F(TallymoorInternetFailureTest, PagesThatAreSmallerThanSaidHideNoDays) {
-  // The document says 200 days, the page has ten: what lies before them is there all the same.
+  // The document says 200 days per page, but a page has ten. Earlier days must be found all the same.
   std::string rows;
   for (Date day(2006, 11, 10); day > Date(2006, 10, 27); day.addDays(-1))
     if (!day.isWeekend())
@@ -368,7 +367,7 @@ TEST_F(TallymoorInternetFailureTest, WithoutAWindowNothingIsAsked) {
   EXPECT_THROW(gateway().historicalPrice(m_code, m_friday, true), HTMLException);
 }
 
-// --- Fetches that the user or the end of the program breaks off
+// --- Fetches cancelled by the user or by the end of the program
 
 TEST_F(TallymoorInternetFailureTest, AHistoryThatDoesNotComeCanBeCancelled) {
   m_market.stall(Page::History);

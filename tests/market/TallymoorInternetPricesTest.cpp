@@ -6,11 +6,11 @@
 namespace Tallymoor {
 namespace {
 
-// What the gateway answers from the cache and from the network. Failures have a file of their own.
+// The gateway's answers from the cache and from the network. For failures see TallymoorInternetFailureTest.
 
 class TallymoorInternetPricesTest : public GatewayTest {
 protected:
-  /// A page of past prices from rows of cells.
+  /// A page of past prices with these rows.
   static std::string historyPage(const std::vector<std::vector<std::string>>& rows) {
     std::string html = "<html><body><table id=\"prices\">";
     for (const auto& row : rows) {
@@ -165,7 +165,7 @@ TEST_F(TallymoorInternetPricesTest, ASaturdayHasTheFridaysCloseAndNoVolume) {
   EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, saturday, true), 5.0);
   EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, saturday, 1), 0.0);
   EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, saturday, 2), 0.0);
-  // A current price may replace it: that is what volume 0 means.
+  // Volume 0 means that a current price may replace it.
   Clock::setToday(saturday.julianDay());
   gateway().currentPriceUpdated(m_code, 5.5);
   EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, saturday, 0), 5.5);
@@ -195,12 +195,12 @@ TEST_F(TallymoorInternetPricesTest, AsksForAsManyDaysAsAPageHolds) {
   EXPECT_EQ(ranges[1].end, Date(2005, 6, 21));
 }
 
-// Who walks day by day asks for the next page on whatever day the last one ended before.
+// A caller that goes back day by day requests the next page from the day before the last page's start.
 TEST_F(TallymoorInternetPricesTest, APageThatBeginsOnASaturdayHasTheFridaysClose) {
   m_market.setMaxEntries(100);
   m_market.setHistory(m_code, Date(2005, 1, 3), m_today, [](const Date& day) { return 5.0 + day.day(); });
   const Date saturday(2006, 6, 3);
-  gateway().historicalPrice(m_code, saturday.plusDays(-141), false); // a page up to Friday
+  gateway().historicalPrice(m_code, saturday.plusDays(-141), false); // A page up to Friday.
   ASSERT_TRUE(gateway().hasCachedPrice(m_code, saturday.plusDays(-1)));
   ASSERT_FALSE(gateway().hasCachedPrice(m_code, saturday));
   EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, saturday, false), 7.0);
@@ -229,7 +229,7 @@ TEST_F(TallymoorInternetPricesTest, MonthsInARequestCountFromZero) {
 TEST_F(TallymoorInternetPricesTest, TellsWhatItFetchesUnderAWaitCursor) {
   m_market.setHistory(m_code, Date(2006, 1, 2), m_today, 5.0);
   gateway().historicalPrice(m_code, m_friday, true);
-  gateway().historicalPrice(m_code, Date(2006, 11, 9), false); // cached by now
+  gateway().historicalPrice(m_code, Date(2006, 11, 9), false); // Cached by now.
   EXPECT_EQ(statuses(),
             (std::vector<String>{u"updating historical price for ABC.AX for days up to " + local(m_friday)}));
   EXPECT_EQ(m_user.calls(Kind::BeginWait).size(), 1u);
@@ -269,13 +269,13 @@ TEST_F(TallymoorInternetPricesTest, RowsWithoutADateOrACloseAreLeftOut) {
 }
 
 TEST_F(TallymoorInternetPricesTest, DaysThatCantBeRightAreLeftOut) {
-  // The short years 70 to 99 belong to the last century, and the pages write no other.
+  // The short years 70 to 99 are in the last century, and pages use no others.
   m_market.answerWith(Page::History, historyPage({{"3-Jan-1802", "1", "1", "7.00", "1"},
                                                   {"17-Nov-06", "1", "1", "8.00", "1"},
                                                   {"16-Nov-06", "1", "1", "6.00", "1"},
                                                   {"10-Nov-06", "1", "1", "5.00", "1"}}));
   EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_today, true), 5.0);
-  EXPECT_FALSE(gateway().hasCachedPrice(m_code, Date(2006, 11, 16))); // tomorrow
+  EXPECT_FALSE(gateway().hasCachedPrice(m_code, Date(2006, 11, 16))); // Tomorrow.
   EXPECT_FALSE(gateway().hasCachedPrice(m_code, Date(2006, 11, 17)));
   EXPECT_FALSE(gateway().hasCachedPrice(m_code, Date(2006, 11, 9)));
 }

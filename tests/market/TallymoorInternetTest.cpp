@@ -7,9 +7,9 @@
 namespace Tallymoor {
 namespace {
 
-// The life of the gateway: built, online or offline, with new locators, shut down.
+// Lifetime of the gateway: construction, going online and offline, new locators, shutdown.
 
-/// A machine whose network interfaces are all down.
+/// A machine with all network interfaces down.
 class UnconnectedClient : public HTTPClient {
 public:
   void goOnline() override { throw HTTPException(u"no interface"); }
@@ -33,7 +33,7 @@ protected:
   static String instanceFailure() {
     return failureOf<HTMLException>([] { TallymoorInternet::Instance(); });
   }
-  /// The gateway is built on a machine without a network.
+  /// Creates the gateway on a machine without a network.
   static void startUnconnected() {
     TallymoorInternet::Options options = GatewayScope::defaults();
     options.startUpdater = true;

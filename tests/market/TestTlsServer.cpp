@@ -21,7 +21,7 @@ constexpr int POLL_MILLISECONDS = 20;
 using Key = std::unique_ptr<EVP_PKEY, void (*)(EVP_PKEY*)>;
 using Certificate = std::unique_ptr<X509, void (*)(X509*)>;
 
-/// Signed by its own key, for the address of the loopback interface.
+/// A self-signed certificate for the loopback address.
 Certificate certificateOf(EVP_PKEY* key) {
   Certificate certificate(X509_new(), X509_free);
   X509_set_version(certificate.get(), 2);
@@ -102,7 +102,7 @@ void TestTlsServer::answer(int connection) {
   const std::unique_ptr<SSL, void (*)(SSL*)> line(SSL_new(m_context.get()), SSL_free);
   SSL_set_fd(line.get(), connection);
   if (SSL_accept(line.get()) != 1)
-    return; // whoever does not trust the certificate goes away
+    return; // A client that does not trust the certificate disconnects.
   std::string request;
   std::array<char, 1024> piece{};
   while (request.find("\r\n\r\n") == std::string::npos) {

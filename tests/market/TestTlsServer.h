@@ -9,13 +9,13 @@
 
 namespace Tallymoor {
 
-/// An https server on the loopback interface, with a certificate of its own that nobody else trusts.
+/// An HTTPS server on the loopback interface with a self-signed certificate.
 class TestTlsServer {
 public:
-  /// The answer to a request for a path: status, headers and body as they go over the line.
+  /// Returns the raw response to a request for a path: status line, headers and body.
   using Handler = std::function<std::string(const std::string& path)>;
 
-  /// Writes the certificate to this file, for whoever is to trust it.
+  /// Writes the certificate to this file, for clients that should trust it.
   TestTlsServer(const std::string& certificateFile, Handler handler);
   ~TestTlsServer();
   TestTlsServer(const TestTlsServer&) = delete;

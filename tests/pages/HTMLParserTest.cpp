@@ -23,7 +23,7 @@ std::string readFile(const std::string& name) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// The tree as a text: name, attributes, text in quotes, "/" when closed, sub tags in brackets.
+/// The tree as text: name, attributes, quoted text, "/" if closed, sub-tags in brackets.
 String shape(const HTMLTag& tag) {
   String text = tag.name();
   for (const auto& [name, value] : tag.attributes())
@@ -164,7 +164,7 @@ TEST(HTMLParser, ClosedTagInATagOfItsNameIsFoundTwice) {
 }
 
 TEST(HTMLParser, StopsAtTheEndOfTheText) {
-  // What is cut off counts as ended by ">".
+  // An incomplete construct ends as if by ">".
   for (const char16_t* const end : {u"<", u"</", u"<!--", u"<!-- x --", u"text", u"</td", u"<td", u"<td ",
                                     u"<td a", u"<td a=", u"<td a=\"b", u"<td a=b", u"<td /", u"<!", u"<!-"})
     EXPECT_EQ(parsed(String(u"<html><p>x</p></html>") + end), u"html/[p'x'/]") << String(end).toUTF8();
@@ -199,9 +199,9 @@ TEST(HTMLParser, FindsFollowingSiblings) {
   EXPECT_EQ(HTMLParser::FindSiblingTag(page.get(), u"td", 0), nullptr) << "no parent";
 }
 
-// --- The tree against the plain parser
+// --- Comparison with the reference parser
 
-/// Walks both trees at once; a tag must stand for the same reference tag wherever it is found.
+/// Walks both trees in parallel. A tag must always match the same reference tag.
 class Comparison {
 public:
   void compare(const HTMLTag* tag, const ReferenceTag* reference) {
@@ -228,7 +228,7 @@ public:
     ASSERT_EQ(sub, nullptr);
   }
 
-  /// Parents may lie outside the html tag, so they are walked too, which brings up their parents in turn.
+  /// A parent may be outside the html tag, so parents and their parents are compared too.
   void compareParents() {
     while (!m_parents.empty() && !::testing::Test::HasFatalFailure()) {
       const auto [tag, reference] = m_parents.back();
@@ -250,7 +250,7 @@ private:
   std::vector<std::pair<const HTMLTag*, const ReferenceTag*>> m_parents;
 };
 
-/// The plain recursion in document order that passes over what it has seen.
+/// Recursion in document order that skips visited tags.
 const ReferenceTag* searchPlainly(const ReferenceTag* tag, const String& name,
                                   std::set<const ReferenceTag*>& seen) {
   if (!seen.insert(tag).second)
@@ -374,8 +374,8 @@ TEST(HTMLParserAgainstReference, OddPages) {
   }
 }
 
-// --- Shapes that would take plain lists and walks for ever; the limit is the test's own time limit
-// ----------------
+// --- Inputs with quadratic cost in a simple implementation; the test's time limit is the check
+// -------------------
 
 constexpr std::size_t MANY = 400000;
 
@@ -451,7 +451,7 @@ TEST(HTMLParserOnHostilePages, AttributesOfATagAreBounded) {
 
 TEST(HTMLParserOnHostilePages, DifferentTagNamesAreBounded) {
   constexpr std::size_t MOST = 4096;
-  // "script" and "html" are two of them.
+  // Two of the 4096 names are "script" and "html".
   String names = u"<html>";
   for (std::size_t i = 0; i < MOST - 2; ++i)
     names += u"<n" + String::fromLong(static_cast<std::int64_t>(i)) + u">";

@@ -112,7 +112,7 @@ TEST_F(HTMLTableTest, SaysWhichWalkFailed) {
 const std::string HEADED =
     column("type=\"Date\" heading=\"Date\"", 0) + column("type=\"Close\" heading=\"Close\"", 1);
 
-/// The failure of a table whose first row and rows are these; "no failure" when it can be read.
+/// The error message for a table with this first row and these rows, or "no failure".
 String headedFailure(const std::string& table, const std::string& columns = HEADED, int firstRow = 1) {
   XMLTableLocator locator;
   decode(locator, in("table"), firstRow, columns);
@@ -199,7 +199,7 @@ String fillFailure(const String& html, const std::string& columns) {
   return failureOf<HTMLException>([&] { table.fillFrom(page.get()); });
 }
 
-/// Every row has all rows in it, so to reach its own cells each walk passes them all.
+/// Every row contains all following rows, so a walk to its cells passes all of them.
 TEST_F(HTMLTableTest, RowsInRowsDoNotTakeForEver) {
   const auto page = [](std::size_t rows) {
     return u"<html><table>" + repeated(u"<tr>", rows) + repeated(u"<td a=\"\"/></tr>", rows) +
@@ -213,14 +213,14 @@ TEST_F(HTMLTableTest, RowsInRowsDoNotTakeForEver) {
             tooMany);
 }
 
-/// A cell that all rows share is copied for each of them.
+/// A cell shared by all rows is copied for each row.
 TEST_F(HTMLTableTest, RowsInRowsDoNotTakeAllMemory) {
   const String html = u"<html><table>" + repeated(u"<tr>", 1000) + u"<td>" + repeated(u"x", 10000) +
                       u"</td><tr><td/></tr>" + repeated(u"</tr>", 1000) + u"</table></html>";
   EXPECT_EQ(fillFailure(html, column("", 0)), u"HTMLTable::fillFrom - too many tags to walk over");
 }
 
-/// So is a tag with long attributes that the walks of all rows come by.
+/// A tag with long attributes that the walks of all rows pass.
 TEST_F(HTMLTableTest, RowsInRowsDoNotReadLongAttributesForEver) {
   const String html = u"<html><table>" + repeated(u"<tr>", 1000) + u"<td b=\"" + repeated(u"x", 100000) +
                       u"\"/><td a=\"\"/>" + repeated(u"</tr>", 1000) + u"</table></html>";

@@ -7,7 +7,7 @@
 
 namespace Tallymoor {
 
-/// A tag as the reference parser makes it: with a list of sub tags of its own.
+/// A tag of the reference parser, with its own list of sub-tags.
 struct ReferenceTag {
   String name;
   String text;
@@ -17,11 +17,10 @@ struct ReferenceTag {
   bool closed = false;
 };
 
-/// The page parser written the plain way, one unit and one list entry at a time, with no thought of speed:
-/// what the program's parser must agree with.
+/// A simple, slow page parser that processes one unit at a time. The program's parser must agree with it.
 class ReferenceHTMLParser {
 public:
-  /// Keeps all tags alive. Throws as HTMLParser does.
+  /// Owns all tags. Throws like HTMLParser.
   explicit ReferenceHTMLParser(const String& html) : m_html(html) {}
   ReferenceTag* parse();
 

@@ -34,11 +34,11 @@ public:
   std::vector<String> texts;
 };
 
-/// A session over records with the portfolio "Trading", which has 100.00 in cash.
+/// A session with the portfolio "Trading", which has 100.00 in cash.
 class PortfolioSessionTest : public ::testing::Test {
 protected:
   PortfolioSessionTest() {
-    CountryOfResidence::destroyInstance(); // of another test
+    CountryOfResidence::destroyInstance(); // Left by another test.
     Settings::Instance().writeString(u"Config", u"Country", u"Australia");
     TestProfile::writeFile(records(), document(portfolio("Trading", "100.00")));
     session.load(progress);

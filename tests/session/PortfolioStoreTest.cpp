@@ -19,7 +19,7 @@ using Kind = FakeUserInteraction::Kind;
 const char* const HEAD = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
                          "<!DOCTYPE Portfolios SYSTEM \"Tallymoor Records.dtd\">\n";
 
-/// One portfolio with one deposit.
+/// A portfolio with one deposit.
 std::string document(const std::string& name, const std::string& amount) {
   return HEAD +
          ("<Portfolios><SharePortfolio><String>" + name +
@@ -165,7 +165,7 @@ TEST_F(PortfolioStoreTest, SaveThatFailsIsToldAndLeavesTheOldFile) {
   put(document("Trading", "100.00"));
   PortfolioStore store(user);
   store.load();
-  // A value that the file's own form can't hold: written raw, it would not be readable again.
+  // Written without escaping, this value would make the file unreadable.
   store.records().subElement(u"SharePortfolios").subElement(u"Name").setValue(u"A&B");
   store.save();
   EXPECT_FALSE(store.lastSaveSucceeded());
@@ -197,8 +197,8 @@ TEST_F(PortfolioStoreTest, ALaterPortfolioOfTheSameNameTakesThePlaceOfTheEarlier
             &store.portfolios().at(u"Trading")->portfolio());
 }
 
-/// As an earlier version left 200 shares that were sold whole after a 2:1 split, which it then asked for
-/// again.
+/// Records of an earlier version: 200 shares were all sold after a 2:1 split, and the program then asked for
+/// the split again.
 void addSaleCountedTwice(SharePortfolioUser& portfolio) {
   portfolio.debitCash(Date(2006, 1, 3), 1000, CASH_EVENT_DEBIT, u"BUY 100.00 of ABC.AX @ 10.0000");
   portfolio.creditCash(Date(2006, 3, 1), 1200, CASH_EVENT_CREDIT, u"SELL 200.00 of ABC.AX @ 6.0000");

@@ -5,8 +5,8 @@
 
 namespace Tallymoor {
 
-/// The message of the failure that the work throws, which must be of exactly this class: callers tell
-/// failures apart by it. "no failure" when the work throws nothing.
+/// Returns the message of the exception thrown by the work, which must be of exactly this class. Returns "no
+/// failure" if nothing is thrown.
 template <class Failure, class Work>
 String failureOf(const Work& work) {
   try {

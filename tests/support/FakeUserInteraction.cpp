@@ -6,7 +6,7 @@ namespace Tallymoor {
 
 namespace {
 
-/// Counts steps, and is cancelled from a chosen one on.
+/// Counts steps and reports a cancel from a given step on.
 class CountingProgress : public Progress {
 public:
   explicit CountingProgress(std::optional<unsigned> cancelAfter) : m_cancelAfter(cancelAfter) {}

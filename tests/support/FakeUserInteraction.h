@@ -7,10 +7,9 @@
 
 namespace Tallymoor {
 
-/// A user for tests without windows. Answers are scripted in the order in which they will be asked for; every
-/// call is recorded. A question without a scripted answer fails the test (and is answered with No or a
-/// cancel); so does an answer that nobody asked for, at the end. Takes the place of the windows while it
-/// lives. Safe on any thread.
+/// A simulated user. Answers are scripted in the order of the questions, and every call is recorded. A
+/// question without an answer fails the test (and gets No or a cancel); so does an unused answer at the end.
+/// Is the installed UserInteraction during its lifetime. Thread-safe.
 class FakeUserInteraction : public UserInteraction {
 public:
   enum class Kind {
@@ -30,38 +29,38 @@ public:
     Lengthy
   };
 
-  /// One call: its text (the heading of a choice, date or ratio), its caption or title where it has one.
+  /// A call: its text (or the heading of a choice, date or ratio) and its caption or title, if any.
   struct Call {
     Kind kind;
     String text = {};
     String title = {};
-    String key = {};                      ///< of warnOnce
-    int level = 0;                        ///< of warnOnce
-    std::vector<String> entries = {};     ///< of a choice
-    String remark = {};                   ///< of a ratio
-    std::int32_t maximum = 0;             ///< of a ratio
-    WholeRatio ratio = {};                ///< that was proposed
-    std::optional<Date> initialDate = {}; ///< of a date
+    String key = {};                      ///< For warnOnce.
+    int level = 0;                        ///< For warnOnce.
+    std::vector<String> entries = {};     ///< For a choice.
+    String remark = {};                   ///< For a ratio.
+    std::int32_t maximum = 0;             ///< For a ratio.
+    WholeRatio ratio = {};                ///< The proposed ratio.
+    std::optional<Date> initialDate = {}; ///< For a date.
   };
 
   FakeUserInteraction();
   ~FakeUserInteraction() override;
 
   void answerQuestion(bool yes);
-  /// Nothing is a cancel, here and below.
+  /// An empty answer is a cancel, here and below.
   void answerChoice(std::optional<std::size_t> index);
   void answerDate(std::optional<Date> date);
   void answerRatio(std::optional<WholeRatio> ratio);
   void answerRatio(std::int32_t first) { answerRatio(WholeRatio{first, 1}); }
-  /// The progress of lengthy work tells from this step on that the user cancelled.
+  /// Lengthy work is cancelled from this step on.
   void cancelLengthyAfter(unsigned steps);
 
   std::vector<Call> calls() const;
   std::vector<Call> calls(Kind kind) const;
-  /// Texts of the calls of a kind, in order.
+  /// Texts of the calls of this kind, in order.
   std::vector<String> texts(Kind kind) const;
   void clearCalls();
-  /// Wait cursors that have begun and not ended.
+  /// Number of wait cursors begun and not ended.
   int openWaits() const;
 
   void information(const String& text) override;

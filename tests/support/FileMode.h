@@ -4,13 +4,13 @@
 
 namespace Tallymoor {
 
-/// The access rights of a file or folder; 0 where there is none.
+/// The permission bits of a file or folder; 0 if missing.
 inline unsigned modeOf(const String& path) {
   struct stat info {};
   return ::stat(path.toUTF8().c_str(), &info) == 0 ? info.st_mode & 07777u : 0u;
 }
 
-/// What a program that cares for no rights would give to everybody, for a scope.
+/// Sets the umask to 0 for a scope, so that new files are open to everybody unless restricted.
 class NoUmask {
 public:
   NoUmask() : m_before(::umask(0)) {}

@@ -3,9 +3,9 @@
 
 namespace Tallymoor {
 
-/// A gateway of its own for a test: built at the first use, ended with the scope. Its updater runs no pass by
-/// itself; call priceUpdater().runPass() for one on this thread (with the big mutex not held), or start() for
-/// the thread, which then begins at once. Make it after the TestProfile and the MarketFixture.
+/// A gateway for one test: created at first use, destroyed with the scope. Its updater makes no pass by
+/// itself; call priceUpdater().runPass() for a pass on this thread (without holding the big mutex), or
+/// start() for the thread, which then begins at once. Create it after the TestProfile and the MarketFixture.
 class GatewayScope {
 public:
   GatewayScope() : GatewayScope(defaults()) {}
@@ -23,8 +23,7 @@ public:
     options.startUpdater = false;
     return options;
   }
-  /// Saves and ends the gateway as at the end of a run; the next use builds another, as at the beginning of
-  /// the next.
+  /// Saves and destroys the gateway, as at the end of a run. The next use creates a new one.
   void restart() {
     TallymoorInternet::shutdownForNextTest();
     TallymoorInternet::setOptions(defaults());

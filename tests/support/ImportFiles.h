@@ -2,10 +2,10 @@
 #include <initializer_list>
 #include <string>
 
-/// Files of portfolios as users import them.
+/// Portfolio files as users import them.
 namespace Tallymoor {
 
-/// A portfolio with one deposit, on the fixture's own day.
+/// A portfolio with one deposit on 3 March 2026.
 inline std::string portfolio(const std::string& name, const std::string& amount,
                              const std::string& day = "3/3/2026") {
   return "<SharePortfolio><String>" + name +
@@ -15,7 +15,7 @@ inline std::string portfolio(const std::string& name, const std::string& amount,
          "</SharePortfolio>";
 }
 
-/// A portfolio "Savings" with an entry of each kind, and a name in place of each amount.
+/// A portfolio "Savings" with one entry of each kind. The amounts are placeholders.
 inline std::string withTrades() {
   const auto constants = [](std::initializer_list<const char*> names) {
     std::string text;
@@ -39,7 +39,7 @@ inline std::string withTrades() {
          "</SharePortfolio>";
 }
 
-/// What one of its amounts is called, a value below zero, and how a refusal names it.
+/// A placeholder, a negative value for it, and its name in the error message.
 struct SpoiltAmount {
   const char* name;
   const char* value;
@@ -64,7 +64,7 @@ inline constexpr SpoiltAmount AMOUNTS[] = {
     {"#tax", "-2.20", "withholding tax of the dividend of DIV.AX on 01/03/2026"},
 };
 
-/// Each name that is left becomes an amount that a form takes.
+/// Replaces the remaining placeholders by valid amounts.
 inline std::string written(std::string portfolio) {
   for (const SpoiltAmount& amount : AMOUNTS)
     if (const std::size_t at = portfolio.find(amount.name); at != std::string::npos)

@@ -7,7 +7,7 @@
 
 namespace Tallymoor {
 
-/// The folder of an installed copy, with stand-ins for the program's files, as the current folder.
+/// The folder of an installed copy with dummy program files, as the current folder.
 class InstalledFolder {
 public:
   explicit InstalledFolder(const TestProfile& profile)
@@ -27,7 +27,7 @@ public:
 
   const std::string& path() const { return m_folder; }
 
-  /// What an image of a version looks like to the program.
+  /// Content of a program file of this version.
   static std::string image(const std::string& version) {
     return "image @(#)Brindlecove file version " + version + ".0\n";
   }
@@ -40,7 +40,7 @@ public:
   static unsigned mode(const std::string& name) {
     return static_cast<unsigned>(std::filesystem::status(name).permissions());
   }
-  /// Names of all that lies in "./updates", folders and what is in them included.
+  /// Names of everything in "./updates", including subfolders and their content.
   static std::vector<std::string> waiting() {
     std::vector<std::string> names;
     std::error_code none;

@@ -79,7 +79,7 @@ String LoopbackPeer::address() const {
 void LoopbackPeer::join() {
   if (!m_thread.joinable())
     return;
-  shutdown(m_listener, SHUT_RDWR); // wakes the accept
+  shutdown(m_listener, SHUT_RDWR); // Wakes the accept call.
   m_thread.join();
 }
 

@@ -6,22 +6,22 @@
 
 namespace Tallymoor {
 
-/// The far end of connections on the loopback interface, for what no proper web server does: every connection
-/// is handled, one after the other, by a script that reads and writes bytes as it likes, and is then closed.
+/// A server on the loopback interface that violates HTTP as a test demands. Each connection, one after the
+/// other, is handled by a script that reads and writes arbitrary bytes, then closed.
 class LoopbackPeer {
 public:
   class Connection {
   public:
     explicit Connection(int socket) : m_socket(socket) {}
-    /// Up to so many bytes; fewer when the client closes.
+    /// Reads up to count bytes; fewer if the client closes.
     std::string read(std::size_t count);
-    /// Up to the empty line, and nothing of what follows.
+    /// Reads up to the empty line and nothing after it.
     void readHead();
-    /// False when the client has gone.
+    /// False if the client has closed the connection.
     bool write(const std::string& bytes);
-    /// Reads until the client has closed its side.
+    /// Reads until the client closes the connection.
     void waitForClose();
-    /// Makes the close at the end of the script break the connection.
+    /// Makes the close at the end of the script reset the connection.
     void reset();
 
   private:
@@ -36,7 +36,7 @@ public:
 
   /// "http://127.0.0.1:PORT/"
   String address() const;
-  /// Takes no more connections and waits for the end of the script under way.
+  /// Accepts no more connections and waits for the current script to end.
   void join();
 
 private:

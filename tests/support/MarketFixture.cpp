@@ -36,7 +36,7 @@ struct Listing {
   String market;
 };
 
-/// What the exchange does with requests of one kind.
+/// How the exchange handles requests of one kind.
 struct PageState {
   int status = 200;
   std::string html;
@@ -78,7 +78,7 @@ std::string tableRow(std::initializer_list<std::string> cells) {
   return row + "</tr>";
 }
 
-/// "3-Mar-06", as the data sources write it.
+/// "3-Mar-06", the date format of the sources.
 std::string pageDate(const Date& day) {
   return day.toString(DATE_DISPLAY_MIDDATE1).toUTF8();
 }
@@ -171,7 +171,7 @@ public:
   }
   PageState& page(Page which) { return pages[static_cast<std::size_t>(which)]; }
 
-  mutable std::mutex mutex; ///< guards all but the server
+  mutable std::mutex mutex; ///< Guards everything except the server.
   std::condition_variable changed;
   std::array<PageState, NUM_PAGES> pages;
   std::map<String, double> currentPrices;
@@ -179,7 +179,7 @@ public:
   std::vector<Listing> listings;
   std::vector<Range> ranges;
   int maxEntries = DEFAULT_MAX_ENTRIES;
-  TestHttpServer server; ///< last, so that its threads are gone before what they use
+  TestHttpServer server; ///< Last, so that its threads end before the other members are destroyed.
 
 private:
   static std::optional<Page> pageOf(const std::string& target) {
@@ -228,7 +228,7 @@ private:
     return "<div id=\"price\">" + number(price->second) + "</div>";
   }
 
-  /// Newest first, below a row with nothing in it.
+  /// Newest first, after an empty row.
   std::string history(const String& code, const Date& start, const Date& end) const {
     const auto found = histories.find(code);
     if (found == histories.end())

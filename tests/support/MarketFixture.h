@@ -11,14 +11,14 @@ namespace Tallymoor {
 
 class TestHttpServer;
 
-/// A small stock exchange of a test's own making, behind a real web server on the loopback interface. While
-/// it lives, the locator documents in the test profile's Config folder lead to it, so make it after the
-/// TestProfile and before the first use of the gateway. Prices may be changed at any time, also while the
-/// gateway's thread fetches.
+/// A small simulated stock exchange behind a real web server on the loopback interface. During its lifetime
+/// the locator documents in the test profile's Config folder lead to it, so create it after the TestProfile
+/// and before the first use of the gateway. Prices may be changed at any time, even while the gateway's
+/// thread fetches.
 ///
-/// It trades what the test says and nothing else: a code without a current price gets a page that the locator
-/// does not fit (HTMLException), a code without any history likewise. A code with history, but with none in
-/// the range asked for, gets a table without rows.
+/// It contains only what the test sets. A code without a current price or without any history gets a page
+/// that the locator does not match (HTMLException). A code with history, but none in the requested range,
+/// gets a table without rows.
 class MarketFixture {
 public:
   enum class Page { Quote, History, Search };
@@ -29,37 +29,37 @@ public:
   MarketFixture& operator=(const MarketFixture&) = delete;
 
   void setCurrentPrice(const String& code, double price);
-  /// A trading day; high and low are the close plus and minus 0.5.
+  /// Sets a trading day. High and low are the close plus and minus 0.5.
   void setDay(const String& code, const Date& day, double close, int volume = 1000);
   void setDay(const String& code, const Date& day, double close, double high, double low, int volume);
-  /// Every day from the first to the last, weekends left out, by a function of the day.
+  /// Sets every weekday from first to last, with closes from a function of the day.
   void setHistory(const String& code, const Date& first, const Date& last,
                   const std::function<double(const Date&)>& close);
-  /// The same with one close for all days.
+  /// Sets the same close for every weekday from first to last.
   void setHistory(const String& code, const Date& first, const Date& last, double close);
-  /// A stock that the search finds by any part of its code or name, whatever the case.
+  /// Adds a stock that the search finds by any part of its code or name, in any case.
   void addListing(const String& code, const String& name, const String& market);
 
-  /// From now on every such request is refused with this HTTP status; 200 ends it.
+  /// Refuses such requests with this HTTP status from now on; 200 ends it.
   void refuse(Page page, int status);
-  /// From now on every such request gets this text instead of a page of the exchange; an empty text ends it.
+  /// Answers such requests with this text from now on; an empty text ends it.
   void answerWith(Page page, const std::string& html);
-  /// From now on every such request waits until release is called or the client goes away.
+  /// Makes such requests wait from now on, until release is called or the client disconnects.
   void stall(Page page);
   void release(Page page);
-  /// Returns when so many requests of the kind, counted from the beginning, have come in.
+  /// Waits until this number of requests of the kind has arrived since the beginning.
   void awaitRequests(Page page, std::size_t count);
 
-  /// The codes, or texts of searches, that were asked for, in the order of coming in.
+  /// The requested codes or search texts, in order of arrival.
   std::vector<String> requested(Page page) const;
-  /// The ranges of the requests for histories, in the same order.
+  /// The date ranges of the history requests, in the same order.
   struct Range {
     Date start;
     Date end;
   };
   std::vector<Range> requestedRanges() const;
 
-  /// Days that one page of history is said to hold; 200 at first. Writes the locator documents again.
+  /// Sets the number of days per history page (initially 200) and rewrites the locator documents.
   void setMaxEntries(int entries);
   /// Writes the three locator documents into the profile's Config folder.
   void writeLocators() const;

@@ -3,7 +3,7 @@
 
 namespace Tallymoor {
 
-/// The message of the Exception that the work throws; "(nothing thrown)" when it throws none.
+/// Returns the message of the Exception thrown by the work, or "(nothing thrown)".
 template <typename Work>
 String messageOf(const Work& work) {
   try {

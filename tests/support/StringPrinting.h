@@ -5,7 +5,7 @@
 
 namespace Tallymoor {
 
-// How GoogleTest shows our values in a failure. To be included wherever tests compare them.
+// Prints our value types in GoogleTest failures. Include it wherever tests compare them.
 
 inline void PrintTo(const String& text, std::ostream* out) {
   *out << '"' << text.toUTF8() << '"';

@@ -15,7 +15,7 @@ namespace Tallymoor {
 
 namespace {
 
-constexpr std::size_t THREADS = 24; // an idle connection holds one
+constexpr std::size_t THREADS = 24; // An idle connection occupies a thread.
 constexpr auto PATIENCE = std::chrono::seconds(30);
 
 std::string lowerCase(std::string text) {
@@ -32,7 +32,7 @@ int portOf(int socket) {
   return ntohs(address.sin_port);
 }
 
-/// Ends the server's own sides of its connections, which it would otherwise keep for some seconds.
+/// Closes the server's ends of its connections, which the library would keep open for some seconds.
 void cutConnections(int port) {
   DIR* const folder = opendir("/proc/self/fd");
   if (folder == nullptr)
@@ -81,7 +81,7 @@ struct TestHttpServer::Implementation {
   int port = 0;
   std::thread listener;
 
-  mutable std::mutex mutex; ///< guards all below
+  mutable std::mutex mutex; ///< Guards everything below.
   mutable std::condition_variable changed;
   std::map<std::string, Response> routes;
   Handler fallback;

@@ -23,7 +23,7 @@ std::string makeScratchFolder() {
 void resetSettings() {
   Settings::attach(nullptr);
   for (const String& section : Settings::Instance().sections(String()))
-    Settings::Instance().deleteSection(section); // what an earlier test left in memory
+    Settings::Instance().deleteSection(section); // Left in memory by an earlier test.
   readSettings();
 }
 
@@ -34,7 +34,7 @@ TestProfile::TestProfile(const std::string& locale) : TestProfile(locale, Date(2
 TestProfile::TestProfile(const std::string& locale, const Date& today) : m_folder(makeScratchFolder()) {
   setEnvironment("HOME", m_folder);
   setEnvironment("XDG_DATA_HOME", m_folder + "/share");
-  // The desktop on which the tests run is none of their business.
+  // Isolates the test from the desktop session it runs in.
   setEnvironment("DBUS_SESSION_BUS_ADDRESS", "disabled:");
   setEnvironment("SESSION_MANAGER", "");
   setLocale(locale);

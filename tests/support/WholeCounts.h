@@ -3,8 +3,7 @@
 
 namespace Tallymoor {
 
-/// Whether a test that counts cases tries all of them, as ./counts has it. Otherwise it tries some of each
-/// kind, which ./test has time for.
+/// True if a counting test should try all cases, as for ./counts. Otherwise it tries a sample, to save time.
 inline bool wholeCounts() {
   return std::getenv("TALLYMOOR_WHOLE_COUNTS") != nullptr;
 }

@@ -24,7 +24,7 @@ const String DOWNLOADING = u"Updates are downloading, you will be notified when 
 const String NONE = u"There are currently no updates available.";
 const String QUESTION = u"Updates are available. Download now in the background?";
 
-/// Passes run on the test's own thread unless a test starts the updater's.
+/// Passes run on the test's own thread unless a test starts the updater's thread.
 class ProgramUpdaterTest : public UpdatesTest {
 protected:
   ProgramUpdaterTest() {
@@ -38,7 +38,7 @@ protected:
     CountryOfResidence::destroyInstance();
   }
 
-  /// The settings of the service, with a thread that makes no pass by itself.
+  /// The service's settings with a thread that makes no pass by itself.
   UpdateSettings idle() {
     UpdateSettings settings = service().settings();
     settings.startDelay = settings.period;
@@ -48,19 +48,19 @@ protected:
     service().offerDocuments({{"CountryConfig.xml", "6.0.0"}});
     service().serveSigned("CountryConfig.xml", countries(6));
   }
-  /// Waits until the user has been told so many times by balloons.
+  /// Waits until this number of balloons has been shown.
   void awaitBalloons(std::size_t count) {
     for (int i = 0; i < 3000 && user().calls(Kind::WarnOnce).size() < count; ++i)
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
     EXPECT_LE(count, user().calls(Kind::WarnOnce).size());
   }
-  /// The thread's pass that downloads has come to its end, which is told in the status line.
+  /// Waits for the end of the thread's downloading pass, which is shown in the status line.
   void awaitDownload(ProgramUpdater& updater) {
     for (int i = 0; i < 3000 && user().texts(Kind::NormalStatus).size() < 2; ++i)
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
     updater.stopAndJoin();
   }
-  /// The thread's pass downloads, and waits for the next one then.
+  /// Lets the thread's pass download, then wait for the next one.
   void download(ProgramUpdater& updater) {
     const std::size_t before = user().texts(Kind::NormalStatus).size();
     updater.requestDownload();
@@ -68,14 +68,14 @@ protected:
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
     EXPECT_EQ(before + 2, user().texts(Kind::NormalStatus).size());
   }
-  /// A download whose document doesn't bear its signature.
+  /// A download whose document has a wrong signature.
   void failToDownload(ProgramUpdater& updater) {
     offerCountries();
     service().serve("CountryConfig.xml.sig", std::string(64, 's'));
     download(updater);
     ASSERT_TRUE(balloons().back().text.startsWith(u"Failed to download updates: "));
   }
-  /// Keys of the warnings that were told to be over, in order.
+  /// Keys of the ended warnings, in order.
   std::vector<String> takenBack() {
     std::vector<String> keys;
     for (const auto& call : user().calls(Kind::WarningOver))
@@ -85,7 +85,7 @@ protected:
   std::vector<FakeUserInteraction::Call> balloons() { return user().calls(Kind::WarnOnce); }
 };
 
-// --- Warnings that go with their cause
+// --- Warnings that end with their cause
 
 TEST_F(ProgramUpdaterTest, AFailureIsTakenBackWhenTheNextDownloadBegins) {
   ProgramUpdater updater(idle());
@@ -134,7 +134,7 @@ TEST_F(ProgramUpdaterTest, ThatUpdatesAreAvailableIsTakenBackByTheNextLookAndThe
   EXPECT_EQ(balloons()[2].key, takenBack().back()) << "one of them is enough";
 }
 
-// --- The pass that only asks
+// --- The pass that only checks
 
 TEST_F(ProgramUpdaterTest, EveryPassThatFindsUpdatesShowsItsBalloonAgain) {
   service().offerProgramFiles({{"Tallymoor.exe", "2.0.0"}});
@@ -190,7 +190,7 @@ TEST_F(ProgramUpdaterTest, OfflineNothingIsAskedAndADownloadWaitsForTheConnectio
   EXPECT_TRUE(user().texts(Kind::Information)[0].startsWith(u"You are working offline."));
 
   updater.requestDownload();
-  updater.stopAndJoin(); // its pass has not downloaded
+  updater.stopAndJoin(); // Its pass has not downloaded anything.
   EXPECT_TRUE(balloons().empty());
   market().addListing(u"TEST.AX", u"test", u"Australia");
   ASSERT_TRUE(TallymoorInternet::Instance().reconnect());
@@ -321,7 +321,7 @@ TEST_F(ProgramUpdaterTest, EndAbortsAFetchAndTellsNothing) {
   service().server().stall();
   ProgramUpdater updater(service().settings());
   ASSERT_TRUE(service().server().waitForRequests(1));
-  const BigMutexLock lock; // as the window holds it
+  const BigMutexLock lock; // Held like by the window.
   updater.stopAndJoin();
   EXPECT_FALSE(updater.isRunning());
   EXPECT_TRUE(user().calls().empty());
@@ -335,7 +335,7 @@ TEST_F(ProgramUpdaterTest, GoingOfflineAbortsALookAndTellsNothing) {
   TallymoorInternet::Instance().goOffline();
   updater.connectionIsGone();
   updater.stop();
-  updater.join(); // only when the look has ended
+  updater.join(); // Ends only after the check.
   EXPECT_TRUE(user().calls().empty());
   service().server().release();
 }
@@ -404,7 +404,7 @@ TEST_F(ProgramUpdaterTest, CheckWithYesDownloadsInTheNextPass) {
   EXPECT_EQ(INSTALLED, balloons()[0].text);
 }
 
-/// What a check says of a copy that has no key.
+/// The text of a check in a copy without a key.
 const String NO_KEY = u"This copy was built without the key by which updates are recognised as genuine.";
 const String ONLY_DOCUMENTS = u"\n\nTallymoor can't update its own program files, only its documents.\n";
 
@@ -453,15 +453,15 @@ TEST_F(ProgramUpdaterTest, FailureOfTheInstallerIsToldOnce) {
   EXPECT_EQ(2, balloons()[0].level);
 }
 
-// --- The whole way
+// --- The complete update
 
-/// A stand-in for the program: notes its version and ends.
+/// A stand-in for the program that records its version and ends.
 std::string program(const std::string& version) {
   return "#!/bin/sh\n# " + InstalledFolder::image(version) + "echo " + version + " > started.new\n" +
          "mv started.new started\n";
 }
 
-/// From the check to the new version's start: the real installer, started as the program's entry starts it.
+/// From the check to the start of the new version, with the real installer.
 TEST_F(ProgramUpdaterTest, UpdatesEndToEnd) {
   folder().write("Tallymoor.exe", program("1.3.1"), 0755);
   std::filesystem::copy_file(TALLYMOOR_UPDATE_INSTALLER, "UpdateInstaller.exe",
@@ -476,7 +476,7 @@ TEST_F(ProgramUpdaterTest, UpdatesEndToEnd) {
   user().answerQuestion(true);
   {
     ProgramUpdater updater(service().settings());
-    awaitBalloons(1); // of its own first pass
+    awaitBalloons(1); // Of its own first pass.
     checkForUpdates(updater);
     awaitBalloons(2);
   }

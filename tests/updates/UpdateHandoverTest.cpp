@@ -7,7 +7,7 @@
 namespace Tallymoor {
 namespace {
 
-/// Starts nothing, but notes what it was asked to start.
+/// Records the programs to start instead of starting them.
 class RecordingPlatform : public Platform {
 public:
   explicit RecordingPlatform(bool canStart) : m_canStart(canStart) {}
@@ -31,7 +31,7 @@ private:
   bool m_canStart;
 };
 
-/// The update folder and the marker are looked for in the current folder, so each test has one of its own.
+/// The update folder and the marker are in the current folder, so each test has its own.
 class UpdateHandoverTest : public ::testing::Test {
 protected:
   UpdateHandoverTest() : m_before(std::filesystem::current_path()) {

@@ -16,7 +16,7 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-/// The real installer in the folder of an installed copy, whose program is a script that notes its start.
+/// The real installer in an installed folder whose program is a script that records its start.
 class UpdateInstallerTest : public ::testing::Test {
 protected:
   UpdateInstallerTest() { m_folder.write("Tallymoor.exe", script("1.3.1"), 0755); }
@@ -29,12 +29,12 @@ protected:
     std::filesystem::create_directory("updates");
     m_folder.write("updates/" + name, content);
   }
-  /// Its exit status.
+  /// Returns its exit status.
   static int install() {
     const int status = std::system(TALLYMOOR_UPDATE_INSTALLER " 2>messages");
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   }
-  /// What the program that was started again noted.
+  /// The record of the restarted program.
   static std::string started() {
     for (int i = 0; i < 3000 && !InstalledFolder::exists("started"); ++i)
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
@@ -92,12 +92,12 @@ TEST_F(UpdateInstallerTest, FinishesAnInstallationThatWasCutOffBeforeTheLinksWer
 }
 
 TEST_F(UpdateInstallerTest, WaitsForTheProgramToEnd) {
-  // Reads until its pipe is closed, so it runs as long as the test wants.
+  // cat runs until its input pipe is closed by the test.
   std::filesystem::copy_file("/bin/cat", "Tallymoor.exe", std::filesystem::copy_options::overwrite_existing);
   FILE* const program = ::popen("./Tallymoor.exe", "we");
   ASSERT_NE(nullptr, program);
   while (waitForProgramsEnd(0))
-    std::this_thread::yield(); // it is about to start
+    std::this_thread::yield(); // It is about to start.
   wait("Tallymoor.exe", script("2.0.0"));
   int status = -1;
   std::thread installer([&status] { status = install(); });
@@ -131,7 +131,8 @@ TEST_F(UpdateInstallerTest, FailureMovesEverythingBackAndLetsTheProgramStart) {
   wait("FOXDLL-1.6.58.dll", "new library");
   wait("UpdateInstaller.exe", "new installer");
   wait("xerces-c_4.0.0.dll", "new library");
-  // A folder in the place of the old library can't be read as one, after the others have been replaced.
+  // A folder in place of the old library can't be read as a file. This is found after other files were
+  // replaced.
   std::filesystem::create_directory("xerces-c_4.0.0.dll");
   folder().write("xerces-c_4.0.0.dll/in the way", "");
   EXPECT_EQ(1, install());

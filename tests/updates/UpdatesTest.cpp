@@ -17,7 +17,7 @@ const char* const MULTIPLE = "Updates::getUpdateForBinFile - multiple matches fo
 const char* const PROBLEM = "Updates::getBinaryUpdates - Problem getting updates: ";
 const char* const FAILED = "Updates::getBinaryUpdates failed: ";
 
-// --- The look at what is there
+// --- The check for updates
 
 TEST_F(UpdatesTest, ReadsTheVersionsOfTheLocalDocuments) {
   writeDocument("CodeSearchLocators.xml", locators("CodeSearchLocators.xml", 7));
@@ -229,7 +229,7 @@ TEST_F(UpdatesTest, MissingLocalDocumentIsReplacedToo) {
   EXPECT_EQ(stylesheet(1), TestProfile::readFile(stylesheetPath()));
 }
 
-/// A download of one document in place of what it should be.
+/// A download with wrong content in place of a document.
 struct BadDocument {
   const char* what;
   TestHttpServer::Response reply;
@@ -251,7 +251,7 @@ TEST_F(UpdatesTest, DocumentThatIsNotWhatItClaimsToBeTakesTheWholeTrackWithIt) {
   service().offerDocuments({{"Tallymoor Report.xsl", "6.0.0"}, {"CountryConfig.xml", "6.0.0"}});
   service().serveSigned("Tallymoor Report.xsl", stylesheet(6));
   for (const BadDocument& bad : replies) {
-    service().serveSigned("CountryConfig.xml", bad.reply.body); // whoever signed it
+    service().serveSigned("CountryConfig.xml", bad.reply.body); // Signed by another key.
     service().serve("CountryConfig.xml", bad.reply);
     Updates updates(service().settings());
     const String failure = messageOf([&] { updates.getConfigUpdates(false); });
@@ -420,7 +420,7 @@ TEST_F(UpdatesTest, NamesThatAreNoPlainNamesOfProgramFilesAreRefused) {
   EXPECT_THAT(folder().waiting(), IsEmpty());
 }
 
-// --- Copies that can't know what is genuine, or whose files can't be replaced
+// --- Copies without a key, or with files that can't be replaced
 
 const char16_t* const NO_KEY =
     u"This copy was built without the key by which updates are recognised as genuine.";
@@ -491,7 +491,7 @@ TEST_F(UpdatesTest, PlainHttpIsForThisMachineAlone) {
   }
 }
 
-/// The text for a folder that must not be touched.
+/// The text for a folder that must not be changed.
 const char16_t* const NOT_YOURS =
     u"The folder that the program was started in is not yours, or others can write to it.\n"
     u"Whoever installed the program there can update it.";
@@ -512,7 +512,7 @@ TEST_F(UpdatesTest, CopyOfTheLastDocumentOutlivesAnInstallationThatWasCutOff) {
   folder().write("updates/documents/CountryConfig.xml", countries(6));
   std::filesystem::permissions("updates", std::filesystem::perms(0700));
   writeDocument("CountryConfig.xml.bak", countries(5));
-  writeDocument("CountryConfig.xml", countries(6)); // and then it was killed
+  writeDocument("CountryConfig.xml", countries(6)); // And then it was killed.
   finishInterruptedUpdates();
   EXPECT_EQ(countries(6), document("CountryConfig.xml"));
   EXPECT_EQ(countries(5), document("CountryConfig.xml.bak"));

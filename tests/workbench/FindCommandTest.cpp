@@ -113,7 +113,7 @@ TEST_F(FindCommandTest, ProposesNoWalkToATagNestedTooDeep) {
 }
 
 TEST_F(FindCommandTest, ATagThatIsTakenByAnotherParentIsNotPromised) {
-  // The inner div is found under the outer one and, later, under body: moves lead to it by body.
+  // The inner div is found both below the outer one and, later, below body, so the moves start at body.
   const Result result = find("<html><body><div><div>3.42</div></div></body></html>", "3.42");
   EXPECT_EQ(result.status, 0);
   EXPECT_TRUE(result.says("<TagMove move=\"In\" name=\"div\" index=\"1\"/>")) << result.out;

@@ -8,13 +8,13 @@ namespace {
 
 const std::string REPOSITORY = TALLYMOOR_SAMPLES "/..";
 
-/// A command line of the guide, and what the guide says that it answers.
+/// A command line from the guide with the output shown there.
 struct Session {
   std::vector<std::string> arguments;
   std::string answer;
 };
 
-/// Words are divided by blanks; a text in quotation marks is one.
+/// Splits a line at blanks. A quoted text is one word.
 std::vector<std::string> words(const std::string& line) {
   std::vector<std::string> found;
   std::istringstream stream(line);
@@ -23,7 +23,7 @@ std::vector<std::string> words(const std::string& line) {
   return found;
 }
 
-/// The blocks of the guide that show a command and its answer.
+/// The guide's blocks that show a command with its output.
 std::vector<Session> sessions() {
   std::vector<Session> found;
   std::istringstream lines(readTestFile(REPOSITORY + "/docs/locators.md"));

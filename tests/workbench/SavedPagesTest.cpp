@@ -11,8 +11,8 @@
 namespace Tallymoor {
 namespace {
 
-/// A saved page, what stands on it, and the texts by which a user asks for proposals. A price is one line; a
-/// day is date, close, high, low and volume; a match of a search is code, name and market.
+/// A saved page, its values, and the texts for which a user asks for proposals. A price has one line. A day
+/// has date, close, high, low and volume. A match of a search has code, name and market.
 struct SavedPage {
   std::string name;
   std::vector<std::string> values;
@@ -70,7 +70,7 @@ const std::vector<SavedPage> PAGES{
       "MarketName=Gen\xC3\xA8ve"}},
 };
 
-/// A web that consists of one page.
+/// An HTTP client that returns one page for every address.
 class OnePage : public HTTPClient {
 public:
   explicit OnePage(const std::string& page) : m_page(page) {}
@@ -83,7 +83,7 @@ private:
   const std::string m_page;
 };
 
-/// A page as it goes over the network: one of them is a megabyte of script.
+/// The page's content as transmitted. One page has a megabyte of script.
 std::string contentOf(const SavedPage& page) {
   std::string content = readTestFile(testData(page.name + ".html"));
   const std::size_t filler = content.find("FILLER");
@@ -96,7 +96,7 @@ std::string contentOf(const SavedPage& page) {
   return content;
 }
 
-/// Every piece of a text from an opening mark to the closing one.
+/// All parts of a text from an opening to a closing mark.
 std::vector<std::string> pieces(const std::string& text, const std::string& opening,
                                 const std::string& closing) {
   std::vector<std::string> found;
@@ -107,7 +107,7 @@ std::vector<std::string> pieces(const std::string& text, const std::string& open
 
 class SavedPagesTest : public WorkbenchTest {
 protected:
-  /// The values that "check" shows.
+  /// The values shown by "check".
   std::vector<std::string> shown(const SavedPage& page, const std::string& document) const {
     const std::string html = write("page.html", contentOf(page));
     const Result result = run({"check", document, "--page", html});
@@ -124,7 +124,7 @@ protected:
     return values;
   }
 
-  /// The same as the gateway gets them: by the class with which it fetches and reads.
+  /// The same values from the classes used by the gateway.
   std::vector<std::string> gateways(const SavedPage& page, const std::string& document) const {
     for (const String& name :
          {CURRENT_PRICE_LOCATORS_FILE, HISTORICAL_PRICE_LOCATORS_FILE, CODE_SEARCH_LOCATORS_FILE})
@@ -149,7 +149,7 @@ protected:
                         String::fromDouble(value.high, 4) + u" " + String::fromDouble(value.low, 4) + u" " +
                         String::fromLong(value.volume))
                            .toUTF8());
-    std::reverse(values.begin(), values.end()); // pages begin with the newest
+    std::reverse(values.begin(), values.end()); // Pages start with the newest day.
     return values;
   }
   static std::vector<std::string> matches(const DataSource& source) {
@@ -162,7 +162,7 @@ protected:
     return values;
   }
 
-  /// The documents that the program's proposals make of the page's own document.
+  /// The page's document with its locators replaced by the program's proposals.
   std::vector<std::string> proposed(const SavedPage& page) const {
     std::vector<std::string> arguments{page.isQuote() ? "find" : "table",
                                        write("page.html", contentOf(page))};

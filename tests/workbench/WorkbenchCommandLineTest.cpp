@@ -92,7 +92,7 @@ TEST_F(WorkbenchCommandLineTest, NamesFromTheCommandLineAreHarmlessToo) {
   EXPECT_EQ(result.errors.find('\x1B'), std::string::npos);
 }
 
-// The program itself.
+// Runs the real program.
 
 int statusOf(const std::string& arguments) {
   const int status = std::system((TALLYMOOR_LOCATOR_PROGRAM " " + arguments).c_str());

@@ -22,7 +22,7 @@ inline std::string testData(const std::string& name) {
   return std::string(TALLYMOOR_TEST_DATA) + "/" + name;
 }
 
-/// Runs command lines of the workbench on Tuesday 3 March 2026, with a scratch folder for files.
+/// Runs the workbench's commands on Tuesday, 3 March 2026, with a scratch folder for files.
 class WorkbenchTest : public ::testing::Test {
 protected:
   struct Result {
@@ -56,7 +56,7 @@ protected:
             address + "</URLPart><URLPart type=\"Code\"/></URLLocator>\n<TagLocator" + attributes + ">" +
             steps + "</TagLocator>\n</CurrentPrice>\n</CurrentPriceLocators>\n");
   }
-  /// A document of past prices; the table is the page's first, its columns are td 0 and on.
+  /// A document of past prices. Its table is the first one of the page; the columns are td 0, td 1 and so on.
   std::string historyDocument(const std::vector<std::string>& columns, int firstRow = 0,
                               const std::string& entries = "60") const {
     std::string text = "<HistoricalPricesLocators active=\"k\" version=\"1\"><HistoricalPrices domain=\"k\" "

@@ -7,7 +7,7 @@
 namespace Tallymoor {
 namespace {
 
-/// Takes what is free, so that the next request needs a new block, and gives all back at the end.
+/// Allocates all free elements, so that the next request needs a new block. Frees them at the end.
 template <class Element>
 class EmptiedPool {
 public:
@@ -110,7 +110,8 @@ TEST(CapitalRecordTest, AReleasedDayIsEmptyWhenTakenAgain) {
   EXPECT_FALSE(again->hasAttribute(u"x"));
   EXPECT_EQ(again->numSubElements(u"ShareVals"), 0u);
   EXPECT_EQ(again->numSubElements(u"CashInjected"), 0u);
-  again->decode("<DayCap><Date>4/3/2006</Date></DayCap>"); // nothing counts as met from its former life
+  again->decode(
+      "<DayCap><Date>4/3/2006</Date></DayCap>"); // State of the element's previous use must not count.
   EXPECT_EQ(textValue(*again, u"Date"), String(u"4/3/2006"));
   again->destroy();
 }

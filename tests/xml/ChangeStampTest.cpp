@@ -1,4 +1,4 @@
-// What was computed from an element holds until the element's stamp grows.
+// A value computed from an element is valid until the element's stamp grows.
 #include "xml/PortfolioRecords.h"
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@ protected:
     m_first.setCode(u"ABC.AX");
     m_second.setCode(u"XYZ.AX");
   }
-  /// Every change of the first stock or of what lies below it, and of nothing else.
+  /// Checks that a change below the first stock changes its stamp and no other.
   template <class Change>
   void expectTold(const char* what, Change change) {
     const std::uint64_t records = m_records.changeStamp();
@@ -59,7 +59,7 @@ TEST_F(ChangeStampTest, GrowsInAllThatIsReadAndInAllAboveIt) {
 
 TEST_F(ChangeStampTest, IsNotThatOfAnEarlierElement) {
   std::uint64_t last = 0;
-  for (int i = 0; i < 3; ++i) { // allocators give the same place again
+  for (int i = 0; i < 3; ++i) { // Allocators return the same address again.
     const XMLBuyEvent& parcel = m_first.parcels().add();
     EXPECT_LT(last, parcel.changeStamp());
     last = parcel.changeStamp();

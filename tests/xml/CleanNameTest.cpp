@@ -24,7 +24,7 @@ TEST(CleanNameTest, IsShortEnoughForAFileName) {
   EXPECT_EQ(String(sixty), cleanName(sixty));
   EXPECT_EQ(String(sixty), cleanName(sixty + u"y"));
   EXPECT_EQ(String(sixty.substr(1)), cleanName(sixty.substr(1) + u" y"));
-  // A character of two units is kept or cut as a whole.
+  // A surrogate pair is kept or removed as a whole.
   EXPECT_EQ(String(sixty.substr(1)), cleanName(sixty.substr(1) + u"\U0001F600"));
   EXPECT_EQ(String(sixty.substr(2) + u"\U0001F600"), cleanName(sixty.substr(2) + u"\U0001F600"));
 }

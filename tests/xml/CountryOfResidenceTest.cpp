@@ -75,14 +75,14 @@ TEST_F(CountryOfResidenceTest, OtherAsksForTheStartAndIsTheUnitedStates) {
   const auto calls = m_user.calls();
   ASSERT_EQ(calls.size(), 3u);
   EXPECT_EQ(calls[1].kind, Kind::AskDate);
-  EXPECT_EQ(calls[1].initialDate, Date(2026, 1, 1)); // the year that the user is in, as far as is known
+  EXPECT_EQ(calls[1].initialDate, Date(2026, 1, 1)); // The user's current year, as far as known.
   EXPECT_EQ(calls[1].text, String(u"Choose the start of your financial\nyear for tax purposes."));
   EXPECT_EQ(calls[2].kind, Kind::Information);
   EXPECT_EQ(calls[2].text,
             String(u"Your country of residence for tax purposes has been set to United States.\n"
                    u"If your country is unsupported, it may become an option at a later date,\n"
                    u"and you can change it from the Tools menu."));
-  // The next run finds no option of that name and goes by the date that the user gave.
+  // After a restart, no option has that name, so the date given by the user applies.
   CountryOfResidence::destroyInstance();
   EXPECT_EQ(CountryOfResidence::Instance().country(), String(u"United States"));
   expectStart(5, 10);
@@ -95,7 +95,7 @@ TEST_F(CountryOfResidenceTest, TheStartThatTheUserGaveComesBeforeTheOptionOfThat
   m_user.answerDate(Date(2026, 10, 5));
   CountryOfResidence::Instance();
   expectStart(5, 10);
-  CountryOfResidence::destroyInstance(); // the next start
+  CountryOfResidence::destroyInstance(); // A restart.
   EXPECT_EQ(CountryOfResidence::Instance().country(), String(u"United States"));
   expectStart(5, 10);
   CountryOfResidence::Instance().reload();

@@ -1,4 +1,4 @@
-// What documents from outside may try.
+// Hostile documents.
 #include "xml/DocumentReader.h"
 #include "XmlTestTools.h"
 #include "support/TestProfile.h"
@@ -20,7 +20,7 @@ namespace {
 const String NO_DECLARATIONS =
     u"XMLElement::decode, parse exception in Sample : declarations in the document are not accepted";
 
-/// A port on the loopback interface that knows whether anybody came.
+/// A port on the loopback interface that records whether a connection was made.
 class Listener {
 public:
   Listener() : m_socket(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0)) {
@@ -45,7 +45,7 @@ private:
   int m_port = 0;
 };
 
-/// Knows whether a file was opened since it began to watch.
+/// Records whether a file was opened.
 class OpenWatch {
 public:
   explicit OpenWatch(const String& path) : m_queue(inotify_init1(IN_NONBLOCK)) {
@@ -153,7 +153,7 @@ TEST_F(DocumentReaderTest, OtherDeclarationsAreRefusedToo) {
 }
 
 TEST_F(DocumentReaderTest, DeclarationsAreRefusedBeforeTheyAreRead) {
-  // This one is not even well-formed: whoever read on would tell of a syntax error.
+  // Not well-formed either: reading further would give a syntax error.
   std::string choices;
   for (int i = 0; i < 100000; ++i)
     choices += "b|";
@@ -181,13 +181,13 @@ std::string nested(const std::string& tag, std::size_t levels) {
 }
 
 TEST_F(DocumentReaderTest, NestingIsBounded) {
-  // An element that is named as its parent is the only way that a document has to nest without end.
+  // Only an element with its parent's name can nest without limit.
   const String tooDeep = u"XMLElement::decode, parse exception in Sample : elements are nested too deeply";
   EXPECT_EQ(failureOfReading(nested("Sample", 100000)), tooDeep);
   EXPECT_EQ(failureOfReading(nested("Sample", DocumentReader::MAX_DEPTH + 1)), tooDeep);
   XMLSample sample;
   sample.decode(nested("Sample", DocumentReader::MAX_DEPTH).c_str());
-  // The depth of an abandoned document does not count for the next one.
+  // The depth of an aborted document does not count for the next one.
   failureOf([&] { sample.decode(nested("Sample", 100000).c_str()); });
   sample.reset();
   sample.decode(nested("Sample", DocumentReader::MAX_DEPTH).c_str());
@@ -267,7 +267,7 @@ TEST_F(DocumentReaderTest, ElementsThatNobodyMentionsCountToo) {
             refusal(u"Portfolios", EMPTY_ELEMENTS));
 }
 
-/// Writes so many of one kind with nothing in them, and reads them again.
+/// Writes and reads back a number of empty elements of one kind.
 void expectRead(XMLElement& root, XMLElement& parent, std::u16string_view kind, XMLElement::Factory create) {
   for (int i = 0; i < 30000; ++i)
     parent.addSubElement(create(), kind);
@@ -328,7 +328,7 @@ TEST_F(DocumentReaderTest, TheAttributesOfAnElementAreBounded) {
   sample.decode(("<Sample" + attributes(DocumentLimits::MOST_ATTRIBUTES) + "/>").c_str());
   EXPECT_EQ(sample.attribute(u"a255"), String(u"255"));
   EXPECT_EQ(failureOfReading("<Sample" + attributes(DocumentLimits::MOST_ATTRIBUTES + 1) + "/>"), tooMany);
-  // An element that is named as its parent gives its attributes to that.
+  // An element with its parent's name adds its attributes to the parent.
   EXPECT_EQ(failureOfReading("<Sample" + attributes(200) + "><Sample" + attributes(100) + "/></Sample>"),
             tooMany);
 }

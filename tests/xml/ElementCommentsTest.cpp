@@ -9,7 +9,7 @@
 namespace Tallymoor {
 namespace {
 
-/// Records with a comment at every place that can hold one.
+/// Records with a comment at every possible place.
 const std::string COMMENTED =
     "<!--first--><!--of all--><Portfolios><!--a portfolio--><SharePortfolio><!--its name--><String>Trading"
     "<!--in the name--></String><HeldShares><!--none yet--></HeldShares><SoldShares/><Dividends/>"

@@ -4,7 +4,7 @@
 namespace Tallymoor {
 namespace {
 
-// The operations reach sub-elements by the place of their registration: each must be the one of its name.
+// The operations access sub-elements by registration index. Each index must match its name.
 
 void set(XMLElement& element, std::initializer_list<std::pair<std::u16string_view, const char16_t*>> values) {
   for (const auto& [reference, value] : values)

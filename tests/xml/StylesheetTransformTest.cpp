@@ -12,7 +12,7 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-/// A stylesheet with this version, these further attributes and this inside.
+/// A stylesheet with this version, content and further attributes.
 std::string stylesheet(const std::string& inside, const std::string& attributes = "",
                        const std::string& version = "1") {
   return "<?xml version='1.0' encoding='UTF-8'?><xsl:stylesheet version='" + version + "' " + attributes +
@@ -81,7 +81,7 @@ TEST(StylesheetTransformTest, NoEndingIsAFailure) {
   EXPECT_THAT(
       failure(stylesheet("<xsl:template match='/' name='a'><xsl:call-template name='a'/></xsl:template>")),
       HasSubstr("The stylesheet of the report failed"));
-  // Not deep, but wide: each level calls the next one twice.
+  // Exponential instead of deep: each level calls the next one twice.
   EXPECT_THAT(
       failure(stylesheet("<xsl:template match='/'><p/><xsl:call-template name='a'/></xsl:template>"
                          "<xsl:template name='a'><xsl:param name='n' select='0'/><xsl:if test='$n &lt; 200'>"
@@ -92,7 +92,7 @@ TEST(StylesheetTransformTest, NoEndingIsAFailure) {
       HasSubstr("The stylesheet of the report failed"));
 }
 
-/// Files and a server that a stylesheet would like to reach.
+/// Files and a server that a stylesheet must not access.
 class StylesheetSecurityTest : public testing::Test {
 protected:
   StylesheetSecurityTest() {

@@ -6,7 +6,7 @@ namespace Tallymoor {
 namespace {
 
 xercesc::SAXParseException problemAt(XMLFileLoc line, XMLFileLoc column) {
-  XMLString(); // makes the library ready
+  XMLString(); // Initialises the library.
   return xercesc::SAXParseException(u"the parser's own words", u"", u"", line, column);
 }
 

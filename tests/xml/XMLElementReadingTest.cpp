@@ -84,7 +84,7 @@ TEST_F(XMLElementReadingTest, AChildNamedAsItsParentIsTakenForItsOwnStartTag) {
   EXPECT_EQ(m_sample.attribute(u"late"), String(u"yes"));
   EXPECT_EQ(textValue(m_sample, u"First"), String(u"1"));
   EXPECT_EQ(textValue(m_sample, u"Optional"), String(u"3/3/2006"));
-  // The walk begins anew at the start tag, but what was filled once is not filled again.
+  // The order restarts at the start tag, but filled sub-elements are not filled again.
   XMLSample other;
   other.decode("<Sample><Constant>1</Constant><Sample><Constant>2</Constant></Sample></Sample>");
   EXPECT_EQ(textValue(other, u"First"), String(u"1"));
@@ -164,7 +164,7 @@ TEST_F(XMLElementReadingTest, AfterAResetASecondDocumentIsRead) {
 TEST_F(XMLElementReadingTest, AFatalErrorTellsItsPlaceAndTheRoot) {
   EXPECT_EQ(failureOfReading("<Sample>\n<Constant>1</Constant"),
             String(u"XMLElement::decode, parse fatal error in Sample : Parse problem at line 2 column 22"));
-  // What was built before it stays.
+  // Elements read before the error remain.
   EXPECT_EQ(textValue(m_sample, u"First"), String(u"1"));
 }
 
@@ -175,7 +175,7 @@ TEST_F(XMLElementReadingTest, AnExceptionOfTheParseTellsItsText) {
           u"XMLElement::decode, parse exception in Sample : declarations in the document are not accepted"));
 }
 
-/// Throws what the library may throw, out of the parse.
+/// Throws an exception of the library during the parse.
 template <class Failure>
 class XMLFailing : public XMLElement {
 public:

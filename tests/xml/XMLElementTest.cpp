@@ -4,7 +4,7 @@
 namespace Tallymoor {
 namespace {
 
-/// Counts its instances, so that a test sees what is destroyed.
+/// Counts its instances to detect leaks.
 class XMLCounted : public XMLElement {
 public:
   XMLCounted() : XMLElement(u"Counted") {
@@ -56,7 +56,7 @@ TEST_F(XMLElementTest, AnUnknownReferenceNameFails) {
             String(u"XMLElement::findRego: Nowhere"));
   EXPECT_EQ(failureOf([&] { m_sample.removeSubElements(u"Nowhere"); }),
             String(u"XMLElement::findRego: Nowhere"));
-  // The tag is not the reference name.
+  // The tag and the reference name differ.
   EXPECT_EQ(failureOf([&] { m_sample.subElement(u"Constant"); }), String(u"XMLElement::findRego: Constant"));
 }
 
@@ -227,7 +227,8 @@ TEST_F(XMLElementTest, DestroyEndsTheWholeTree) {
 TEST_F(XMLElementTest, AMillionLevelsAreTornDown) {
   XMLCountedOwner owner;
   XMLElement* top = new XMLCounted;
-  for (int i = 0; i < 1000000; ++i) { // from the deepest up: a change is told to all levels above it
+  for (int i = 0; i < 1000000;
+       ++i) { // From the deepest level up, because a change is reported to all levels above it.
     auto* above = new XMLCounted;
     above->addSubElement(top, u"Nested");
     top = above;

@@ -96,7 +96,7 @@ TEST_F(XMLElementWritingTest, AMissingAttributeFailsAfterTheTagsName) {
             String(u"XMLElement::checkAttributes, missing attribute version in Sample"));
   EXPECT_EQ(stream.str(), "<Sample");
   m_sample.setAttribute(u"version", u"1");
-  m_sample.markAttributeUnsafe(u"note"); // registered by that, so it must be there, too
+  m_sample.markAttributeUnsafe(u"note"); // This registers the attribute, so it is required.
   EXPECT_EQ(failureOf([&] { m_sample.checkAttributes(); }),
             String(u"XMLElement::checkAttributes, missing attribute note in Sample"));
 }

@@ -8,7 +8,7 @@
 
 namespace Tallymoor {
 
-/// What the work fails with: the message of its XMLException. No failure, or another one, fails the test.
+/// The message of the XMLException thrown by the work. No exception or another one fails the test.
 template <class Work>
 String failureOf(const Work& work) {
   try {
@@ -29,8 +29,8 @@ inline std::string encoded(XMLElement& element) {
   return stream.str();
 }
 
-/// Leaves on either side of a list: "First" and "Second" share a tag, "Optional" may be missing, "Items" is
-/// any number.
+/// Leaf elements around a list: "First" and "Second" share a tag, "Optional" may be missing, "Items" may
+/// occur any number of times.
 class XMLSample : public XMLElement {
 public:
   XMLSample() : XMLElement(u"Sample") {

@@ -22,9 +22,9 @@ std::string configuration(const std::string& address) {
          "<allow own=\"*\"/></policy></busconfig>\n";
 }
 
-/// In the child that becomes the daemon; never returns.
+/// Runs in the child that becomes the daemon. Never returns.
 void becomeDaemon(std::vector<std::string>& arguments, const std::string& log) {
-  ::prctl(PR_SET_PDEATHSIG, SIGKILL); // also when the tests are aborted
+  ::prctl(PR_SET_PDEATHSIG, SIGKILL); // Ends the daemon even if the tests are aborted.
   ::dup2(::open(log.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600), STDERR_FILENO);
   std::vector<char*> pointers;
   for (std::string& argument : arguments)
@@ -65,7 +65,7 @@ void TestBus::start() {
     becomeDaemon(arguments, m_log);
   ::close(ready[1]);
   char byte;
-  const bool answered = ::read(ready[0], &byte, 1) == 1; // it prints its address when it listens
+  const bool answered = ::read(ready[0], &byte, 1) == 1; // The daemon prints its address when it listens.
   ::close(ready[0]);
   if (!answered)
     throw std::runtime_error("dbus-daemon did not start, see " + m_log);

@@ -4,8 +4,8 @@
 
 namespace Tallymoor {
 
-/// A session bus of a test's own, that of dbus-daemon, in a scratch folder: what the process looks for
-/// there, it finds here. No service is started on it by itself. Make it after the TestProfile.
+/// A private session bus (dbus-daemon) in a scratch folder, set in the environment. It activates no services.
+/// Create it after the TestProfile.
 class TestBus {
 public:
   explicit TestBus(const std::string& folder);
@@ -14,9 +14,9 @@ public:
   TestBus& operator=(const TestBus&) = delete;
 
   const std::string& address() const { return m_address; }
-  /// The bus ends, as when the desktop breaks down.
+  /// Ends the bus, as after a crash of the desktop.
   void stop();
-  /// Another one, at the same address.
+  /// Starts a new bus at the same address.
   void start();
 
 private:

@@ -5,7 +5,7 @@
 
 namespace Tallymoor {
 
-/// A desktop session: a bus, and on it a panel and a notification service that come and go as a test likes.
+/// A desktop session: a bus with a panel and a notification service that a test starts and stops.
 class TestDesktop {
 public:
   explicit TestDesktop(const std::string& folder) : m_bus(folder) {}
@@ -20,7 +20,7 @@ public:
   void stopNotifications() { m_notifications.reset(); }
   TestNotifications& notifications() { return *m_notifications; }
 
-  /// Lets the panel and the service do what waits for them.
+  /// Lets the panel and the service handle their pending messages.
   void serve() {
     if (m_panel)
       m_panel->serve();

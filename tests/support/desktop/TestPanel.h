@@ -9,9 +9,8 @@
 
 namespace Tallymoor {
 
-/// A desktop's panel: the watcher of status notifier items, with a host that shows them or without. It
-/// stands on a connection of its own, and does something only while serve() is called; one that is not
-/// served hangs.
+/// A desktop panel: the watcher of status notifier items, with or without a host that shows them. Has its own
+/// connection and works only inside serve(), so an unserved panel is a hanging one.
 class TestPanel {
 public:
   using Pixmap = sdbus::Struct<std::int32_t, std::int32_t, std::vector<std::uint8_t>>;
@@ -19,31 +18,31 @@ public:
 
   explicit TestPanel(const std::string& address, bool hostThere = true);
   void serve();
-  /// Tells it as a host does that comes or goes.
+  /// Announces that a host has come or gone.
   void setHost(bool there);
 
-  /// Bus names of the items, in the order of coming.
+  /// Bus names of the items, in order of registration.
   const std::vector<std::string>& items() const { return m_items; }
-  /// Signals of the last item since it came.
+  /// Signals of the last item since its registration.
   const std::vector<std::string>& signals() const { return m_signals; }
-  /// Asks the last item for a property; served until it is there, with the other side's loop in between.
+  /// Requests a property of the last item. The answer arrives while both sides are served.
   void ask(const std::string& property);
   const std::optional<sdbus::Variant>& answer() const { return m_answer; }
-  /// Calls a method of the last item as a click on it does.
+  /// Calls a method of the last item, as a click does.
   void click(const std::string& method);
-  /// Reads the item's popup anew, as before it is shown.
+  /// Reads the item's popup, as a panel does before showing it.
   void readMenu();
-  /// Its lines, "-" for a separator; nothing until it was read.
+  /// The popup's lines, "-" for a separator. Empty until it was read.
   const std::optional<std::vector<std::string>>& menu() const { return m_menu; }
   unsigned menuChanges() const { return m_menuChanges; }
   /// Asks whether the popup has changed since it was read.
   void askMenuChanged();
   const std::optional<bool>& menuChanged() const { return m_menuChanged; }
-  /// Chooses a line by its text; a number in its place sends that.
+  /// Selects a line by its text, or by its identifier if the text is a number.
   void choose(const std::string& line);
   void chooseNumber(std::int32_t number);
   unsigned clicksAnswered() const { return m_clicksAnswered; }
-  /// True while a name is on the bus.
+  /// True if the name has an owner on the bus.
   bool owned(const std::string& name);
 
 private:
@@ -63,12 +62,12 @@ private:
   unsigned m_clicksAnswered = 0;
   std::unique_ptr<sdbus::IProxy> m_itemMenu;
   std::optional<std::vector<std::string>> m_menu;
-  std::map<std::string, std::int32_t> m_numbers; ///< of the menu's lines
+  std::map<std::string, std::int32_t> m_numbers; ///< Identifiers of the menu's lines.
   unsigned m_menuChanges = 0;
   std::optional<bool> m_menuChanged;
 };
 
-/// A desktop's notification service; served as the panel is.
+/// A desktop's notification service. Works only inside serve(), like the panel.
 class TestNotifications {
 public:
   struct Notice {
@@ -78,18 +77,18 @@ public:
   };
 
   TestNotifications(const std::string& address, const std::vector<std::string>& abilities);
-  /// Gives its name back before it leaves, so that the next service finds it free.
+  /// Releases its bus name first, so that the next service can take it.
   ~TestNotifications();
   void serve();
-  /// Bus name of the program that last asked for something.
+  /// Bus name of the last client.
   const std::string& client() const { return m_client; }
-  /// Asks a program on the bus for a sign of life. The bus keeps the order: once it is answered, the program
-  /// has dealt with all that this service sent before.
+  /// Pings a client. The bus preserves the order, so the reply means that the client has handled everything
+  /// this service sent before.
   void ping(const std::string& client);
   bool pingAnswered() const { return m_pingAnswered; }
   const std::vector<Notice>& notices() const { return m_notices; }
   unsigned timesAsked() const { return m_timesAsked; }
-  /// From now on every balloon is answered by an error.
+  /// Answers every notification with an error from now on.
   void refuse() { m_refuses = true; }
 
 private:

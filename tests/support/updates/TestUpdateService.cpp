@@ -10,7 +10,7 @@ namespace {
 
 const std::string PATH = "/updates/update.php?filename=";
 
-/// As the client sends it.
+/// URL-encoded as the client sends it.
 std::string encoded(const std::string& fileName) {
   std::string text;
   for (const char c : fileName)

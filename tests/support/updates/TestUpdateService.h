@@ -9,7 +9,7 @@
 
 namespace Tallymoor {
 
-/// An update service on the loopback interface, with a key pair of its own.
+/// An update service on the loopback interface with its own key pair.
 class TestUpdateService {
 public:
   struct Component {
@@ -20,20 +20,21 @@ public:
   TestUpdateService();
 
   TestHttpServer& server() { return m_server; }
-  /// Those of a build that knows this service and its key; the thread looks at once, then every three hours.
+  /// Settings of a build that knows this service and its key. The thread checks at once, then every three
+  /// hours.
   UpdateSettings settings() const;
 
-  /// What a list of the service has on offer.
+  /// Sets the content of an update list.
   void offer(const std::string& list, const std::vector<Component>& components);
   void offerDocuments(const std::vector<Component>& components) { offer("configupdates.xml", components); }
   void offerProgramFiles(const std::vector<Component>& components) { offer("binaryupdates.xml", components); }
-  /// Answers to the request for a file.
+  /// Sets the response to a request for a file.
   void serve(const std::string& fileName, TestHttpServer::Response response);
   void serve(const std::string& fileName, const std::string& content);
-  /// Serves a file and the signature for it.
+  /// Serves a file and its signature.
   void serveSigned(const std::string& fileName, const std::string& content);
   std::string signatureOf(const std::string& fileName, const std::string& content) const;
-  /// Names that were asked for, in order.
+  /// Requested names, in order.
   std::vector<std::string> asked() const;
 
 private:

@@ -38,7 +38,7 @@ protected:
   }
   std::string document(const char* name) const { return TestProfile::readFile(documentPath(name)); }
 
-  /// The document that leads to the fixture's exchange, with this version.
+  /// A locator document for the fixture's exchange with this version.
   std::string locators(const char* name, int version) const {
     std::string text = document(name);
     const std::size_t at = text.find("version=\"", text.find("Locators ")) + 9;

@@ -2,7 +2,7 @@
 #include <fx.h>
 #include <utility>
 
-// The toolkit's own pictures of its message boxes.
+// The toolkit's icons of its message boxes.
 namespace FX {
 extern const unsigned char infoicon[];
 extern const unsigned char questionicon[];
@@ -25,7 +25,7 @@ inline FXIcon* iconIn(FXWindow& window) {
   return nullptr;
 }
 
-/// By colours alone: what lies behind a transparent place is not told apart.
+/// Compares colours only; ignores the background behind transparent pixels.
 inline bool samePicture(FXIcon& left, FXIcon& right) {
   constexpr FXColor COLOURS = 0x00FFFFFF;
   if (left.getWidth() != right.getWidth() || left.getHeight() != right.getHeight())
@@ -41,7 +41,7 @@ inline bool samePicture(FXIcon& left, FXIcon& right) {
 
 } // namespace BoxKinds
 
-/// What a message box is, by the picture that it shows.
+/// The kind of a message box, by its icon.
 inline BoxKind boxKind(FXWindow& box) {
   FXIcon* shown = BoxKinds::iconIn(box);
   if (!shown)

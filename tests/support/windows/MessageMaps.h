@@ -8,8 +8,7 @@
 
 namespace Tallymoor::MessageMaps {
 
-/// The toolkit keeps its class table and the maps to itself; naming a private member in an explicit
-/// instantiation is the one place where the language lets us see it.
+/// Gives access to a private member. Access rules don't apply to the arguments of an explicit instantiation.
 template <auto Member, class Tag>
 struct Reveal {
   friend constexpr auto reveal(Tag) { return Member; }
@@ -37,7 +36,7 @@ template struct Reveal<&FXMetaClass::assocsz, EntrySize>;
 template struct Reveal<&FXMetaClass::metaClassTable, Classes>;
 template struct Reveal<&FXMetaClass::nmetaClassTable, ClassTableSize>;
 
-/// Every map entry begins with the range of selectors that it answers.
+/// Start of every map entry: the range of selectors that it handles.
 struct Range {
   FXSelector low;
   FXSelector high;
@@ -53,7 +52,7 @@ inline std::vector<Range> rangesOf(const FXMetaClass& metaClass) {
   return ranges;
 }
 
-/// The second of two rows for one selector never gets a message.
+/// True if two rows of the map handle the same selector. The second one would never be reached.
 inline bool hasDuplicates(const FXMetaClass& metaClass) {
   const std::vector<Range> ranges = rangesOf(metaClass);
   for (std::size_t later = 1; later < ranges.size(); ++later)
@@ -63,19 +62,19 @@ inline bool hasDuplicates(const FXMetaClass& metaClass) {
   return false;
 }
 
-/// By where the map lies: the class objects themselves are copied into the program that names them.
+/// Compares the address of the map, because class objects are copied into the program that uses them.
 inline bool isOfTheToolkit(const FXMetaClass& metaClass) {
   Dl_info place{};
   return dladdr(metaClass.*reveal(Map()), &place) != 0 && place.dli_fname &&
          std::strstr(place.dli_fname, "libFOX");
 }
 
-/// All classes of this program that have a map.
+/// All classes of this program that have a message map.
 inline std::vector<const FXMetaClass*> ownClasses() {
   std::vector<const FXMetaClass*> own;
   const FXMetaClass* const* table = *reveal(Classes());
   for (FXuint slot = 0; slot < *reveal(ClassTableSize()); ++slot) {
-    // The table marks a slot that was given up with a pointer to no class.
+    // Removed entries of the table contain -1.
     const bool used = table[slot] && table[slot] != reinterpret_cast<const FXMetaClass*>(-1L);
     if (used && !rangesOf(*table[slot]).empty() && !isOfTheToolkit(*table[slot]))
       own.push_back(table[slot]);
@@ -83,7 +82,7 @@ inline std::vector<const FXMetaClass*> ownClasses() {
   return own;
 }
 
-/// Names of the program's classes in whose maps two rows answer one selector.
+/// Names of the program's classes whose maps contain a selector twice.
 inline std::vector<std::string> classesWithDuplicates() {
   std::vector<std::string> names;
   for (const FXMetaClass* metaClass : ownClasses())

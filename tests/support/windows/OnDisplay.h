@@ -3,11 +3,11 @@
 
 namespace Tallymoor {
 
-/// Whether the display server shows the window: it and all that it stands in are mapped. The toolkit's own
-/// shown() only says that they are meant to be.
+/// True if the window and all its ancestors are mapped on the display server. FXWindow::shown() only reflects
+/// the request.
 bool isOnDisplay(const FXWindow& window);
 
-/// Another size as a window manager gives it: the toolkit hears of it by the server's event alone.
+/// Resizes the window as a window manager does: the toolkit is informed only by the server's event.
 void resizeOnDisplay(const FXWindow& window, unsigned width, unsigned height);
 
 } // namespace Tallymoor

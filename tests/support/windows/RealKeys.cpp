@@ -15,9 +15,9 @@ FXWindow& receiver(FXApp& app, FXWindow& mainWindow) {
   return modal && modal->shown() ? *modal : mainWindow;
 }
 
-/// Until neither side has anything left to say and what was opened has its layout. The toolkit's own loop
-/// ends early, at an event that it keeps to itself, and what a key has opened takes the next one only when
-/// the server has told that it is there.
+/// Runs the event loop until both sides are idle and new windows are laid out. A single run is not enough:
+/// the toolkit's loop can return early, and a window opened by a key is ready only after further events from
+/// the server.
 void letItWork(FXApp& app, FXWindow& mainWindow) {
   auto* display = static_cast<Display*>(app.getDisplay());
   do {
@@ -49,7 +49,7 @@ void RealKeys::press(FXWindow& mainWindow, FXuint code, FXuint state) {
   FXWindow& to = receiver(m_app, mainWindow);
   send(to, code, state, true);
   letItWork(m_app, mainWindow);
-  // A popup may be gone by now; its key goes up over the window below it.
+  // A popup may have closed; the release of its key goes to the window below.
   FXWindow& then = receiver(m_app, mainWindow);
   send(then, code, state, false);
   letItWork(m_app, mainWindow);

@@ -6,16 +6,15 @@
 
 namespace Tallymoor {
 
-/// The keyboard as the display server has it: each key is sent to the server, which hands it to the window,
-/// so that it takes the toolkit's whole road with its grabs, focus and accelerators. The keys have been
-/// handled when an operation returns.
+/// Keyboard input through the display server, so that each key takes the toolkit's complete path with grabs,
+/// focus and accelerators. Each operation returns after the keys were handled.
 class RealKeys {
 public:
   explicit RealKeys(FXApp& app) : m_app(app) {}
 
-  /// A key, by the toolkit's KEY_ code, down and up, to the modal window or else to this one.
+  /// Presses and releases a key (a KEY_ code of the toolkit) in the modal window, or else in this one.
   void press(FXWindow& mainWindow, FXuint code, FXuint state = 0);
-  /// The same key so many times.
+  /// Presses the key several times.
   void press(FXWindow& mainWindow, FXuint code, FXuint state, int times);
 
 private:
@@ -24,10 +23,10 @@ private:
   FXApp& m_app;
 };
 
-/// The widget that has the keyboard in this window; the window itself when none has.
+/// The widget with the focus in this window; the window itself if there is none.
 FXWindow& focusedWidget(FXWindow& shell);
 
-/// All widgets that the tab key comes to, from the one that has the keyboard now until it comes round.
+/// All widgets reached by the Tab key, from the focused one until it is reached again.
 std::vector<FXWindow*> tabStops(RealKeys& keys, FXWindow& mainWindow, FXWindow& shell);
 
 } // namespace Tallymoor

@@ -6,7 +6,7 @@
 
 namespace Tallymoor {
 
-/// The least main window: it notes what was asked of it.
+/// A minimal main window that records the calls it gets.
 class TestWindow : public MainWindow {
 public:
   explicit TestWindow(FXApp* app) : MainWindow(app, nullptr, nullptr) {}
@@ -35,7 +35,7 @@ public:
   int minimises = 0;
   int statusUpdates = 0;
   std::vector<Warning> warnings;
-  std::set<String> warningsOver; ///< by key
+  std::set<String> warningsOver; ///< By key.
   std::function<void()> onShutdownRuns;
 };
 

@@ -13,10 +13,10 @@ namespace Tallymoor {
 namespace {
 
 constexpr FXuint tickMilliseconds = 4;
-/// A modal window that nothing awaits is refused after so many ticks, some seconds.
+/// Ticks (some seconds in total) after which an unexpected modal window is cancelled.
 constexpr unsigned patience = 1500;
 constexpr std::chrono::seconds longestWait(30);
-/// A test that takes longer than this hangs somewhere outside the toolkit's loop.
+/// A test that takes longer hangs outside the toolkit's event loop.
 constexpr unsigned longestTestSeconds = 150;
 
 extern "C" void testHangs(int) {
@@ -29,7 +29,7 @@ std::unique_ptr<FXApp> makeApplication() {
   if (!std::getenv("DISPLAY"))
     throw std::runtime_error("window tests need a display: run them under xvfb-run");
   static char name[] = "window_test";
-  static char* arguments[] = {name, nullptr}; // the application keeps the pointer
+  static char* arguments[] = {name, nullptr}; // The application keeps this pointer.
   int count = 1;
   auto app = std::make_unique<FXApp>("Tallymoor", "Brindlecove");
   app->init(count, arguments);
@@ -46,7 +46,7 @@ FXEvent keyEvent(FXuint type, FXuint code, FXuint state, const std::string& text
   return event;
 }
 
-/// What a widget shows as its own text; empty for those that have none.
+/// The widget's own text; empty if it has none.
 std::string shownText(FXWindow& window) {
   if (auto* label = dynamic_cast<FXLabel*>(&window))
     return label->getText().text();
@@ -73,7 +73,7 @@ void eachWindow(FXWindow& in, const std::function<void(FXWindow&)>& visit) {
     eachWindow(*child, visit);
 }
 
-/// The text of a message box, which is the last label in front of its buttons.
+/// The text of a message box: the last label before its buttons.
 std::string boxText(FXWindow& box) {
   std::string text;
   eachWindow(box, [&](FXWindow& window) {
@@ -83,7 +83,7 @@ std::string boxText(FXWindow& box) {
   return text;
 }
 
-/// The characters of a UTF-8 text, each with its code point.
+/// Splits a UTF-8 text into characters with their code points.
 std::vector<std::pair<FXuint, std::string>> characters(const std::string& text) {
   std::vector<std::pair<FXuint, std::string>> found;
   const FXString all(text.c_str());
@@ -94,7 +94,7 @@ std::vector<std::pair<FXuint, std::string>> characters(const std::string& text) 
 
 } // namespace
 
-/// Receives the timer that looks for modal windows; it runs in every loop, modal ones too.
+/// Receives the timer that looks for modal windows. It runs in every event loop, including modal ones.
 class WindowTest::Driver : public FXObject {
 public:
   explicit Driver(WindowTest& test) : m_test(test) {}
@@ -121,7 +121,7 @@ void WindowTest::SetUp() {
   std::signal(SIGALRM, testHangs);
   alarm(longestTestSeconds);
   m_window = makeWindow(m_app.get());
-  startTicking(); // a window may ask something while it is created
+  startTicking(); // A window may open a modal window while it is created.
   m_app->create();
   letEventsPass();
 }
@@ -138,7 +138,7 @@ void WindowTest::startTicking() {
 }
 
 void WindowTest::tick() {
-  // A step may open a loop of its own, in which the next ones must be found: so the timer goes on first.
+  // Restart the timer first: the step may open a modal loop with further windows.
   startTicking();
   FXWindow* modal = m_app->getModality() == MODAL_FOR_NONE ? nullptr : m_app->getModalWindow();
   const bool inItsStep = std::find(m_inStep.begin(), m_inStep.end(), modal) != m_inStep.end();
@@ -280,7 +280,7 @@ void WindowTest::press(FXWindow& in, const std::string& label) {
 }
 
 void WindowTest::press(FXWindow& button) {
-  button.handle(&app(), FXSEL(SEL_UPDATE, 0), nullptr); // as the toolkit does after every event
+  button.handle(&app(), FXSEL(SEL_UPDATE, 0), nullptr); // The toolkit does this after every event.
   if (!button.isEnabled())
     throw std::runtime_error("\"" + shownText(button) + "\" is disabled");
   FXEvent event = keyEvent(SEL_KEYPRESS, KEY_Return, 0);

@@ -32,36 +32,35 @@ protected:
   ~WindowTest() override;
   void SetUp() override;
   void TearDown() override;
-  /// Override to make another main window; it is created and shown by SetUp.
+  /// Override to use another main window. SetUp creates and shows it.
   virtual std::unique_ptr<MainWindow> makeWindow(FXApp* app);
 
   TestProfile& profile() { return m_profile; }
   FXApp& app() { return *m_app; }
   MainWindow& mainWindow() { return *m_window; }
-  /// The main window as the fixture makes it.
+  /// The fixture's own main window.
   TestWindow& window() { return dynamic_cast<TestWindow&>(*m_window); }
-  /// Deletes the main window before the test's end.
+  /// Deletes the main window before the end of the test.
   void deleteWindow() { m_window.reset(); }
 
-  /// Queues a step for the modal window that has this title, or shows this text, or holds it as part of a
-  /// label.
+  /// Queues a step for the modal window with this title or this text, or with a label that contains the text.
   void whenModal(const std::string& titleOrText, Step step);
-  /// Queues: a message box that shows exactly this text is answered by its button ("OK", "Yes", "No").
+  /// Queues an answer to the message box with exactly this text: presses the button ("OK", "Yes", "No").
   void answer(const std::string& text, const std::string& button);
-  /// Runs the toolkit's loop until the condition holds; fails when it doesn't within the watchdog's time.
+  /// Runs the event loop until the condition holds. Fails after the watchdog's time.
   bool runUntil(const std::function<bool()>& condition);
-  /// Lets all waiting events, wake-ups and paints be handled.
+  /// Handles all pending events, wake-ups and paints.
   void letEventsPass();
-  /// Texts of the message boxes that were answered, in order.
+  /// Texts of the answered message boxes, in order.
   const std::vector<std::string>& boxes() const { return m_boxes; }
 
-  // Finding widgets. Those that must exist fail the test by throwing std::runtime_error when they don't.
-  /// A button, check button, radio button or menu command by what it shows (without "&"), or by its tip.
+  // Finding widgets. A required widget that is missing throws std::runtime_error, which fails the test.
+  /// A button, check button, radio button or menu command by its text (without "&") or its tip.
   static FXWindow* findButton(FXWindow& in, const std::string& label);
   static FXWindow& button(FXWindow& in, const std::string& label);
-  /// The text field in the row behind the label.
+  /// The text field in the row of the label.
   static FXTextField& field(FXWindow& in, const std::string& label);
-  /// The first widget of a class, in tab order; null when there is none.
+  /// The first widget of a class in tab order; null if there is none.
   template <typename Widget>
   static Widget* find(FXWindow& in) {
     if (auto* found = dynamic_cast<Widget*>(&in))
@@ -81,19 +80,19 @@ protected:
         all.push_back(found);
     return all;
   }
-  /// What a window's labels show, buttons included, in tab order.
+  /// Texts of a window's labels, including buttons, in tab order.
   static std::vector<std::string> labels(FXWindow& in);
   static bool shows(FXWindow& in, const std::string& text);
   static std::string title(FXWindow& window);
 
-  // Acting as the user does.
-  /// Presses a real button by its keyboard road; a disabled one fails the test.
+  // Simulating the user.
+  /// Presses a button through its keyboard handling. A disabled button fails the test.
   void press(FXWindow& in, const std::string& label);
   void press(FXWindow& button);
-  /// Replaces a field's text by typing, key by key.
+  /// Replaces a field's text by typing.
   void type(FXTextField& field, const std::string& text);
-  /// A key to the window that holds the focus, as the window manager would deliver it; names as "Escape" or
-  /// "Return" are the toolkit's KEY_ codes.
+  /// Sends a key to the focused window, as the window manager would. The code is one of the toolkit's KEY_
+  /// codes.
   void key(FXWindow& shell, FXuint code, FXuint state = 0);
 
 private:
@@ -116,8 +115,8 @@ private:
   std::unique_ptr<MainWindow> m_window;
   std::deque<Awaited> m_awaited;
   std::vector<std::string> m_boxes;
-  std::vector<FXWindow*> m_inStep; ///< modal windows whose step is on the stack
-  FXWindow* m_strange = nullptr;   ///< the modal window that no step names, and for how long
+  std::vector<FXWindow*> m_inStep; ///< Modal windows whose step is running.
+  FXWindow* m_strange = nullptr;   ///< The modal window without a step, and how long it has been open.
   unsigned m_strangeTicks = 0;
 };
 
