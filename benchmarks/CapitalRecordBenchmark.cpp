@@ -1,6 +1,6 @@
-// A capital record of 20 years and 30 shares, worked out anew from 2,000 records and a full price cache,
-// measured against reading the same record from its document, and so the growth that a chart draws of it. No
-// network: every price is in the cache.
+// Recomputes a capital record of 20 years and 30 shares from 2,000 records and a full price cache, compared
+// with reading the same record from its document. Also computes the growth shown by its chart. Uses no
+// network: every price is cached.
 #include "Ratio.h"
 #include "analysis/CapitalGrowth.h"
 #include "analysis/Indicators.h"
@@ -35,7 +35,7 @@ constexpr int ROUNDS = 7;
 constexpr double REBUILD_LIMIT = 3.0;
 constexpr double GROWTH_LIMIT = 0.5;
 
-/// Processor time, which other programs on the machine lengthen least; all the work is done on one thread.
+/// CPU time, which is least affected by other programs. All work is done on one thread.
 double processorSeconds() {
   timespec now{};
   clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
@@ -49,7 +49,7 @@ double secondsOf(const Work& work) {
   return processorSeconds() - start;
 }
 
-/// A gateway with this client is offline from the start.
+/// Keeps the gateway offline from the start.
 class NoConnection : public HTTPClient {
 public:
   void goOnline() override { fail(); }
@@ -72,8 +72,7 @@ public:
   bool isCancelled() const override { return false; }
 };
 
-/// Nobody is there: lengthy work runs at once, and a question ends the program, since nothing here should ask
-/// one.
+/// No user: lengthy work runs at once. A question ends the program, because none is expected.
 class Nobody : public UserInteraction {
 public:
   Nobody() { setInstance(this); }
@@ -111,7 +110,7 @@ private:
   }
 };
 
-/// A user's folder that is gone at the end.
+/// A user's folder that is removed at the end.
 class ScratchProfile {
 public:
   ScratchProfile() {
@@ -143,7 +142,7 @@ String codeOf(int share) {
   return String(u"AB") + static_cast<char16_t>(u'A' + share % 26) + (share < 26 ? u".AX" : u"X.AX");
 }
 
-/// 20 years of one portfolio: all shares are held from the first day on; then purchases, sales, fees and
+/// A portfolio over 20 years: all shares are held from the first day, followed by purchases, sales, fees and
 /// deposits.
 class LongHeldPortfolio {
 public:
@@ -195,7 +194,7 @@ private:
       m_user->creditCash(date, 123.45, CASH_EVENT_DEPOSIT, u"DEPOSIT savings");
       break;
     case 1:
-      // Last in, first out, and never the parcel of the first day: every share stays held throughout.
+      // Last in, first out, but never the first day's parcel, so that every share stays held.
       if (m_user->numHeld(codeOf(share)) > 250)
         m_user->sellShares(codeOf(share),
                            {date, 50, priceOn(share, date.daysSince(m_first)), 29.95, String()}, false);
@@ -228,7 +227,7 @@ double decode(const std::string& document) {
   return secondsOf([&] { record.decode(document.c_str()); });
 }
 
-/// The document of the record that a rebuild makes.
+/// The document of a rebuilt record.
 std::string documentOf(LongHeldPortfolio& portfolio) {
   rebuild(portfolio);
   SharePortfolioCapitalRecordUser& record = portfolio.user().capitalRecord();

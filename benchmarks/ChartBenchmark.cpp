@@ -1,6 +1,6 @@
-// A chart of 20 years of days with its index: what redrawing it costs, measured against the same chart of a
-// year, which has as many points as pixels have room, and against a frame of a screen of 60 Hz. With a
-// display it is drawn in a window, waiting for the server, without one in memory only.
+// Redraws a chart of 20 years of days with its index, compared with the same chart of one year, which has as
+// many points as fit into the pixels, and with a frame at 60 Hz. With a display, draws in a window and waits
+// for the server; without one, in memory.
 #include "Ratio.h"
 #include "widgets/ChartPicture.h"
 #include "widgets/ChartView.h"
@@ -44,7 +44,7 @@ double secondsOf(const Work& work) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-/// From a new model to what is on the screen.
+/// The time from a new model to the screen.
 class Redraw {
 public:
   explicit Redraw(FXApp& app)
@@ -96,7 +96,7 @@ bool measure(FXApp& app) {
     return seconds.back();
   };
   const double length = Bench::measureRatio(ROUNDS, ours, [&] { return redraw.seconds(year); });
-  // The fastest run: what else the machine does meanwhile is none of the chart's.
+  // The fastest run, to exclude other load on the machine.
   const double fastest = *std::min_element(seconds.begin(), seconds.end());
   std::printf("20 years of days redrawn %s in %.2f ms, mostly %.2f ms\n",
               app.getDisplay() ? "on the screen" : "in memory", fastest * 1000,

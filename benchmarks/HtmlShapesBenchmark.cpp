@@ -1,6 +1,6 @@
-// Pages of two million pieces, or of as many as are read before the page is refused, in shapes that a
-// careless reader takes for ever with: each takes at most 2.2 times the time of half the page. ./test counts
-// the same in comparisons, which are the same on every machine.
+// Pages of two million elements (or as many as are read before the page is rejected) in shapes with quadratic
+// cost in a simple implementation. Each may take at most 2.2 times the time of half the page. ./test checks
+// the same by counting comparisons, which does not depend on the machine.
 #include "Ratio.h"
 #include "shapes/HtmlShapes.h"
 #include <algorithm>
@@ -12,16 +12,16 @@
 namespace Tallymoor {
 namespace {
 
-/// So many that the tree of half of them fits into no processor's cache: else the whole page would be
-/// measured against one that does.
+/// Large enough that even half of the tree exceeds every CPU cache. Otherwise an uncached page would be
+/// compared with a cached one.
 constexpr std::size_t PIECES = 2000000;
 constexpr std::size_t LEAST_ROUNDS = 9;
-constexpr double LEAST_SECONDS = 0.6; ///< that a shape is measured for: the shorter it is the more the rounds
+constexpr double LEAST_SECONDS = 0.6; ///< Minimum time per shape; shorter runs are repeated more often.
 constexpr double LIMIT = 2.2;
-/// Below this a page takes no time worth a ratio: what is new in the cache shows more than its size.
+/// Below this a ratio shows cache effects rather than the page's size.
 constexpr double SHORTEST = 0.004;
 
-/// Seconds of the processor, so that whatever else the machine does is left out.
+/// CPU time, to exclude other load on the machine.
 double processorSeconds() {
   timespec time{};
   clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
@@ -35,8 +35,8 @@ double secondsToRead(const String& page) {
   return processorSeconds() - start;
 }
 
-/// The middle one of many ratios, each of two runs right after each other, so that what slows the machine
-/// falls on both. Pages that are read at once are made longer until they aren't.
+/// The median of many ratios of two consecutive runs, so that other load affects both. Pages that are too
+/// fast are made longer.
 double ratioOf(const HtmlShape& shape) {
   for (std::size_t pieces = std::min(PIECES, shape.mostPieces);; pieces *= 2) {
     const String half = shape.page(pieces / 2);
@@ -70,9 +70,8 @@ bool checkLimits() {
 } // namespace Tallymoor
 
 int main() {
-  // Memory is kept from run to run: else blocks above a certain size alone, so those of the whole page more
-  // often than those of its half, would come fresh from the system each time, and clearing them would be
-  // measured.
+  // Keeps freed memory in the process. Otherwise large blocks, which a whole page needs more often than half
+  // a page, would be fetched from the system and cleared in each run.
   mallopt(M_MMAP_MAX, 0);
   mallopt(M_TRIM_THRESHOLD, -1);
   return Tallymoor::checkLimits() ? 0 : 1;

@@ -1,6 +1,5 @@
-// What a transaction costs at the end of a year in one session, from its entry to the tables that follow it,
-// against the same transaction in a session that has just been started on the same records, and that against
-// one in a small portfolio. Needs a display.
+// Cost of a transaction, from its entry to the updated tables, at the end of a year in one session, compared
+// with a new session on the same records; and the latter compared with a small portfolio. Needs a display.
 #include "Ratio.h"
 #include "YearInOneSession.h"
 #include <array>
@@ -12,19 +11,19 @@
 namespace Tallymoor {
 namespace {
 
-constexpr int ROUNDS = 24; // three of each kind of transaction
+constexpr int ROUNDS = 24; // Three of each kind of transaction.
 constexpr double LIMIT = 1.25;
 constexpr int SMALL_CODES = 5;
 constexpr int SMALL_DAYS = 2;
 constexpr int PAGES = 7;
 constexpr std::array<const char*, PAGES> PAGE_NAMES{"total", "portfolio", "held", "purchases",
                                                     "sold",  "dividends", "cash"};
-/// For 40 times the stocks and 100 times the transactions, over all pages: less than in proportion to the
-/// stocks, so neither is there a search of all stocks for each of them, nor are all records read for a page
-/// that nobody sees.
+/// Limit for 40 times the stocks and 100 times the transactions, over all pages. It is less than proportional
+/// to the stocks, so it excludes a search of all stocks per stock and reading all records for an invisible
+/// page.
 constexpr double LARGE_LIMIT = 35.0;
 
-/// Of this program alone, whatever else the machine does.
+/// CPU time of this program.
 double processorSeconds() {
   timespec now{};
   clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
@@ -37,11 +36,11 @@ protected:
 
   void SetUp() override {
     YearInOneSession::SetUp();
-    alarm(900); // longer than tests of windows take
+    alarm(900); // Longer than window tests.
   }
   double medianOfTransactions(int page) {
     openPage(page);
-    makeTransaction(true); // reads what is read once
+    makeTransaction(true); // Reads everything that is read only once.
     std::vector<double> seconds;
     for (int round = 0; round < ROUNDS; ++round) {
       const double start = processorSeconds();
@@ -52,10 +51,10 @@ protected:
   }
 };
 
-/// By the page in front, in seconds.
+/// Seconds, by visible page.
 using ByPage = std::array<double, PAGES>;
 
-/// A new session on records of so many days.
+/// A new session on records of this many days.
 class PortfolioBenchmark : public SessionBenchmark {
 protected:
   PortfolioBenchmark(int codes, int days) : SessionBenchmark(codes), m_days(days) {}
@@ -93,7 +92,7 @@ TEST_F(SmallPortfolioBenchmark, IsMeasuredFirst) {
     EXPECT_LT(0.0, seconds);
 }
 
-/// What a transaction costs must not grow as the records do.
+/// The cost of a transaction must not grow in proportion to the records.
 TEST_F(LargePortfolioBenchmark, ATransactionCostsLittleMoreThanInASmallOne) {
   const ByPage large = measure();
   for (std::size_t page = 0; page < PAGES; ++page)

@@ -1,5 +1,5 @@
-// A table of 5,000 rows and 20 columns: what building it anew costs, measured against the bare formatting of
-// its 100,000 numbers, and what refreshing one row costs, measured against the rebuild. Needs no display.
+// Rebuilds a table of 5,000 rows and 20 columns, compared with formatting its 100,000 numbers, and refreshes
+// one row, compared with the rebuild. Needs no display.
 #include "Ratio.h"
 #include "widgets/Table.h"
 #include <chrono>
@@ -21,7 +21,7 @@ constexpr double REFRESH_LIMIT = 0.001;
 
 using Figures = std::vector<double>;
 
-/// A column is known by its function, so each of the twenty has its own.
+/// A column is identified by its function, so each of the twenty needs its own.
 template <int COLUMN>
 CellResult figure(Row& row) {
   return CellResult(row.payload<Figures>()[COLUMN], CELL_NUMBER);
@@ -78,7 +78,7 @@ double formatBare(const std::vector<Figures>& rows) {
       for (const double figure : row)
         units += String::fromDouble(figure, 2).size();
   });
-  return units > 0 ? seconds : 0.0; // the sum keeps the work from being dropped
+  return units > 0 ? seconds : 0.0; // Uses the sum, so that the compiler doesn't remove the work.
 }
 
 double refreshOne(Table& table) {

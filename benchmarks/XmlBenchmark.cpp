@@ -1,5 +1,5 @@
-// A capital record of 20 years and 30 shares: what reading it into elements, keeping it and writing it costs,
-// measured against a bare reader of the XML library that reads the same bytes and does nothing with them.
+// A capital record of 20 years and 30 shares: the cost of reading it into elements, of storing it and of
+// writing it, compared with a SAX reader of the XML library that reads the same bytes and ignores them.
 #include "Ratio.h"
 #include "foundation/Constants.h"
 #include "foundation/Date.h"
@@ -32,7 +32,7 @@ constexpr double DECODE_LIMIT = 2.0;
 constexpr double MEMORY_LIMIT = 8.0;
 constexpr double ENCODE_LIMIT = 1.0;
 
-/// Swallows what is written, so that writing is measured and not the disk or a growing string.
+/// Discards the output, so that neither the disk nor a growing string is measured.
 class Discard : public std::streambuf {
 protected:
   std::streamsize xsputn(const char* bytes, std::streamsize count) override {
@@ -55,7 +55,7 @@ void addDay(XMLElement& record, const Date& day, int number) {
   }
 }
 
-/// The document as the program itself would write it.
+/// The document as written by the program.
 std::string makeDocument() {
   auto record = std::make_unique<XMLSharePortfolioCapitalRecord>();
   record->subElement(u"Name").setValue(u"Trading");
@@ -67,7 +67,7 @@ std::string makeDocument() {
   return stream.str();
 }
 
-/// Processor time, which other programs on the machine lengthen least; all the work is done on one thread.
+/// CPU time, which is least affected by other programs. All work is done on one thread.
 double processorSeconds() {
   timespec now{};
   clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
@@ -105,7 +105,7 @@ double writeElements(XMLElement& record) {
   return secondsOf([&] { record.encodeWithDoctype(stream, RECORDS_DTD); });
 }
 
-/// Runs the work in a process of its own, whose pools are empty, and gives what it answers.
+/// Runs the work in a new process, whose pools are empty, and returns its result.
 template <class Work>
 double inFreshProcess(const Work& work) {
   int ends[2];
@@ -127,7 +127,7 @@ double inFreshProcess(const Work& work) {
   return answer;
 }
 
-/// The largest size that this process ever had, in bytes, counted from the last call of forgetPeak.
+/// Peak memory of this process in bytes since the last call of forgetPeak.
 double peakMemory() {
   std::ifstream status("/proc/self/status");
   for (std::string line; std::getline(status, line);)
@@ -148,8 +148,8 @@ double memoryOfTree(const std::string& path) {
   return peakMemory() - before;
 }
 
-/// All that is measured needs pools that no earlier measurement has filled, so the first comes from fresh
-/// processes, forked before this one has made an element.
+/// All measurements need empty pools, so the first ones are made in processes forked before this one creates
+/// an element.
 int checkLimits(const std::string& path) {
   const auto size = static_cast<double>(std::filesystem::file_size(path));
   std::string document;
@@ -205,7 +205,7 @@ int main(int argc, char** argv) {
   using namespace Tallymoor;
   const auto path =
       std::filesystem::temp_directory_path() / ("capital-record-" + std::to_string(getpid()) + ".xml");
-  // The document is made by another process, which leaves this one's pools empty.
+  // Another process creates the document, so that this one's pools stay empty.
   inFreshProcess([&] {
     std::ofstream(path, std::ios::binary) << makeDocument();
     return 1.0;

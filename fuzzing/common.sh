@@ -1,6 +1,6 @@
 # Shared by ./fuzz and fuzzing/counted. To be sourced with the root of the project as the current folder.
 
-# What went wrong comes with the names of functions, and freed memory doesn't pile up.
+# Prints function names in failures, and limits the memory kept after it was freed.
 export ASAN_OPTIONS=detect_leaks=1:quarantine_size_mb=32
 export UBSAN_OPTIONS=print_stacktrace=1
 
@@ -13,11 +13,11 @@ fuzz_names() {
   done
 }
 
-# Every target has its program and its corpus. Paths are absolute, since a target may work in a folder of its own.
+# Each target has a program and a corpus. Paths are absolute, because a target may change its folder.
 fuzz_program() { printf '%s\n' "$PWD/build/fuzzing/fuzzing/fuzz-$1"; }
 fuzz_corpus() { printf '%s\n' "$PWD/fuzzing/corpus/$1"; }
 
-# fuzz_options NAME: what bounds an input and its run, one option a line.
+# fuzz_options NAME: limits of an input and of a run, one option per line.
 fuzz_options() {
   local longest=4096
   case $1 in
@@ -28,13 +28,13 @@ fuzz_options() {
   [ ! -f "fuzzing/dictionaries/$1" ] || printf '%s\n' "-dict=$PWD/fuzzing/dictionaries/$1"
 }
 
-# fuzz_statistic LOG NAME: a figure of those that a target prints at its end.
+# fuzz_statistic LOG NAME: one of the statistics printed at the end of a run.
 fuzz_statistic() { sed -n "s/^stat::$2: *//p" "$1"; }
 
 # with_commas NUMBER: 1234567 as 1,234,567.
 with_commas() { printf '%s\n' "$1" | sed ':again; s/\([0-9]\)\([0-9]\{3\}\)\($\|,\)/\1,\2\3/; t again'; }
 
-# fuzz_tell_failure NAME LOG: what failed, and how to see it again.
+# fuzz_tell_failure NAME LOG: shows the failure and how to reproduce it.
 fuzz_tell_failure() {
   local input
   grep -a -m 4 -E '^NOT SO|ERROR: |runtime error: |terminate called' "$2" || tail -n 20 "$2"

@@ -1,7 +1,6 @@
-// What is read from pages and typed into forms: the first byte chooses a locale and a form of dates, 24 bytes
-// follow for two whole numbers and a real one, and then lines: a text that may be a date, one that may be a
-// number, and a date picture. A date and a number are themselves again when they are read from their own
-// text.
+// Texts from pages and forms. The first byte selects a locale and a date format. 24 bytes follow for two
+// integers and a real number, then lines: a possible date, a possible number and a date picture. A date or
+// number must survive conversion to text and back.
 #include "foundation/Amounts.h"
 #include "foundation/Date.h"
 #include "foundation/Exception.h"
@@ -31,7 +30,7 @@ bool isInCalendar(const Date& date) {
          date.day() >= 1 && date.day() <= date.daysThisMonth();
 }
 
-/// The text of a year has two digits in this form, and some years share them.
+/// The year has two digits in this format, which is ambiguous for some years.
 bool hasRoomFor(int format, const Date& date) {
   return format != DATE_DISPLAY_MIDDATE1 || (date.year() >= 1970 && date.year() <= 2069);
 }
@@ -75,7 +74,7 @@ void checkDateText(const String& text, int format) {
   checkTexts(date);
 }
 
-/// True where every part of a date stands apart from the others in the picture, and with all its digits.
+/// True if every part of a date is separated from the others and complete in the picture.
 bool tellsDatesApart(const String& picture) {
   String letters;
   for (const char16_t unit : picture) {
@@ -111,8 +110,7 @@ String printed(double value, int decimals) {
   return String::fromUTF8(buffer.data());
 }
 
-/// A number's text, by the C library: equal but for exact ties, which that rounds to the even digit, and
-/// minus zero.
+/// Compares with the C library. Only exact ties (rounded to even there) and minus zero may differ.
 void checkAgainstLibrary(double value, int decimals) {
   const String ours = String::fromDouble(value, decimals);
   const String theirs = printed(value == 0.0 ? 0.0 : value, decimals);
@@ -129,7 +127,7 @@ void checkReal(double value) {
     return require(String::fromDouble(value, 2) == String(u"0.00"), "what is not finite is written as 0");
   for (const int decimals : {0, 2, 4}) {
     const String text = String::fromDouble(value, decimals);
-    // What is rounded to zero loses its sign on the way.
+    // The sign is lost if the value rounds to zero.
     require(String::fromDouble(text.toDouble(), decimals) == text || showsAsZero(value, decimals),
             "a number read from its own text is written the same");
     checkAgainstLibrary(value, decimals);
@@ -146,7 +144,7 @@ void checkReal(double value) {
           "a percentage is read from its own text");
 }
 
-/// Everything that a text can be read as.
+/// Reads the text by every conversion.
 void checkNumberText(const String& text) {
   const double real = text.toDouble();
   require(std::isfinite(real), "a text reads as a finite number");
@@ -171,7 +169,7 @@ void checkNumberText(const String& text) {
 class Locale {
 public:
   explicit Locale(const char* name) : m_money(name), m_picture(ShortDatePicture::ofLocale(name)) {
-    // Yen have no decimals: what is left of them shows in the text of a half.
+    // Yen have no decimals. The text of 0.5 shows how many the currency has.
     m_decimals = m_money.read(m_money.format(0.5)) == 0.5 ? 2 : 0;
   }
 

@@ -1,6 +1,6 @@
-// Pages: the first byte chooses a table locator of the sample data source and how the page comes, as bytes
-// from the network or as any units; the rest is the page. The tree is that of the plain parser, every tag is
-// found where it says it is, and a table holds nothing but what stands in the page.
+// Pages. The first byte selects a table locator of the sample data source and whether the page arrives as
+// bytes or as code units. The rest is the page. The tree must equal the reference parser's, every tag must be
+// found at its place, and a table may contain only text of the page.
 #include "foundation/Exception.h"
 #include "market/LocatorSet.h"
 #include "pages/HTMLParser.h"
@@ -19,14 +19,13 @@
 namespace Tallymoor::Fuzz {
 namespace {
 
-/// The plain parser takes time by the square of a page's length, and the walk over both trees goes as deep as
-/// they do.
+/// The reference parser needs quadratic time, and comparing the trees recurses to their depth.
 constexpr std::size_t LONGEST_COMPARED = 8192;
 /// Each costs a walk over the page.
 constexpr std::size_t MOST_WAYS = 12;
 constexpr std::uint8_t AS_UNITS = 0x80;
 
-/// Both trees at once; a tag must stand for the same plain tag wherever it is found.
+/// Walks both trees in parallel. A tag must always match the same reference tag.
 class Comparison {
 public:
   void compare(const HTMLTag* tag, const ReferenceTag* plain) {
@@ -44,7 +43,7 @@ public:
     compareSubTags(*tag, *plain);
   }
 
-  /// Parents may lie outside the html tag, so they are walked too, which brings up their parents in turn.
+  /// A parent may be outside the html tag, so parents and their parents are compared too.
   void compareParents() {
     while (!m_parents.empty()) {
       const auto [tag, plain] = m_parents.back();
@@ -97,7 +96,7 @@ void compareWithPlainParser(const String& html, const HTMLPage& page, const Stri
   comparison.compareParents();
 }
 
-/// The tags below one, itself included, each once.
+/// The tags at and below one, each once.
 std::vector<const HTMLTag*> tagsBelow(const HTMLTag* start) {
   std::vector<const HTMLTag*> tags{start};
   std::set<const HTMLTag*> seen{start};
@@ -108,8 +107,7 @@ std::vector<const HTMLTag*> tagsBelow(const HTMLTag* start) {
   return tags;
 }
 
-/// A way leads where it was written for. One along parents may not be found, since a tag can lie in the lists
-/// of several.
+/// A walk must lead to its target. A walk by parents may fail, because a tag can be in several lists.
 void checkWay(const HTMLTag* start, const HTMLTag* target) {
   XMLTagLocator locator;
   try {
@@ -120,7 +118,7 @@ void checkWay(const HTMLTag* start, const HTMLTag* target) {
   const HTMLTag* top = target;
   while (top != start && top->parent() != nullptr)
     top = top->parent();
-  // Tags without a name can't be asked for.
+  // A tag without a name can't be searched for.
   const String failure = failureOf([&] {
     require(HTMLTagLocator(&locator)(top) == target, "the way that was written to a tag leads to it");
   });
@@ -149,7 +147,7 @@ void checkTable(const XMLElement& locator, const HTMLTag* root, const String& ht
   for (std::size_t row = 0; row < table.numRows(); ++row)
     for (std::size_t column = 0; column < table.numColumns(); ++column) {
       const String cell = table.cellValue(row, column);
-      // A comment may have been taken out of the middle.
+      // A comment inside the text is removed.
       require(html.contains(cell) || html.contains(u"<!--"), "a cell's text stands in the page");
     }
 }

@@ -1,8 +1,8 @@
-// Replies of the update and advert services: the first byte says whether the service signs what it serves,
-// whether the program only looks, and whether what was downloaded is installed. Then come the replies, apart
-// by lines of "----": the list of documents, the list of program files, the advert, its picture, and then
-// what is downloaded, in turn. Whatever they say, only files that the program knows are asked for and
-// written, only into their folders, and only good ones.
+// Replies of the update and advert services. The first byte selects whether the service signs its files,
+// whether the program only checks, and whether the download is installed. The replies follow, separated by
+// lines of "----": the list of documents, the list of program files, the advert, its picture, then the
+// downloads in order. For any input, the program may request and write only files it knows, only in their
+// folders, and only valid ones.
 #include "foundation/Constants.h"
 #include "foundation/LinuxPlatform.h"
 #include "foundation/ProgramFiles.h"
@@ -37,7 +37,7 @@ constexpr std::uint8_t NO_ADVERT = 8;
 
 const String UPDATE_BASE = u"https://updates.test/update.php?";
 const String ADVERT_BASE = u"http://adverts.test/advert.php";
-constexpr int LOCAL_VERSION = 5; ///< of all documents
+constexpr int LOCAL_VERSION = 5; ///< Of all documents.
 const std::string LOCAL_IMAGE = "@(#)Brindlecove file version 1.3.1.0\n";
 const std::string BACKUP = ".bak";
 
@@ -46,7 +46,7 @@ std::string locators(const std::string& root, const std::string& locator, const 
          "><URLLocator><URLPart>http://prices.test/</URLPart></URLLocator>" + reading;
 }
 
-/// The documents of the user, by file name.
+/// The user's documents by file name.
 std::map<std::string, std::string> localDocuments() {
   const std::string tag = "<TagLocator><TagFind><TagMove move=\"In\" name=\"b\"/></TagFind></TagLocator>";
   const std::string table = "<TableLocator>" + tag + tag + tag + "</TableLocator>";
@@ -88,7 +88,7 @@ std::string contentOf(const std::filesystem::path& path) {
 
 // --- The service
 
-/// The key of the test's service: always the same, so that an input always has the same end.
+/// The key of the service. It is constant, so that an input always has the same result.
 class SigningKey {
 public:
   SigningKey()
@@ -132,7 +132,7 @@ const SigningKey& signingKey() {
   return key;
 }
 
-/// Answers from the input, and sees to it that nothing else is asked for than may be.
+/// Answers from the input, and checks that only permitted requests are made.
 class Service {
 public:
   Service(std::string_view replies, bool signs) : m_signs(signs) {
@@ -158,7 +158,7 @@ public:
     return file(String(address.substr(query.size())).toUTF8());
   }
 
-  /// That the file with this name was served with this content, and signed.
+  /// True if this content was served and signed under this name.
   bool hasSigned(const std::string& name, const std::string& content) const {
     const auto served = m_files.find(name);
     return m_signs && served != m_files.end() && served->second == content;
@@ -220,12 +220,12 @@ private:
   std::string m_programList;
   std::string m_advert;
   std::string m_picture;
-  std::map<std::string, std::string> m_files; ///< contents that were served, by name
+  std::map<std::string, std::string> m_files; ///< Served contents by name.
 };
 
-Service* s_service = nullptr; ///< of the input that is under way
+Service* s_service = nullptr; ///< Of the current input.
 
-/// A client whose network is the service of the input.
+/// An HTTP client connected to the input's service.
 class ServiceClient : public HTTPClient {
 public:
   void goOnline() override {}
@@ -253,7 +253,7 @@ private:
 
 // --- The installed copy
 
-/// The program's folder is the current one for as long as this is.
+/// Sets the program's folder as the current one during its lifetime.
 class CurrentFolder {
 public:
   explicit CurrentFolder(const std::filesystem::path& folder) : m_before(std::filesystem::current_path()) {
@@ -267,7 +267,7 @@ private:
   const std::filesystem::path m_before;
 };
 
-/// The user's folder and the program's.
+/// The user's folder and the program's folder.
 class Installation {
 public:
   Installation() {
@@ -289,7 +289,7 @@ public:
     TallymoorInternet::Instance();
   }
 
-  /// Puts everything back as it was before the first input.
+  /// Restores the state before the first input.
   void restore() {
     std::filesystem::remove_all("updates");
     for (const auto& [name, content] : localDocuments()) {
@@ -304,7 +304,7 @@ public:
     return (name.ends_with(".xsl") ? m_report : m_config) + name;
   }
 
-  /// Every file, by its path from the folder that holds both.
+  /// All files, relative to the folder that contains both.
   std::set<std::string> files() const {
     std::set<std::string> names;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(m_folder.path()))
@@ -333,7 +333,7 @@ Installation& installation() {
   return made;
 }
 
-// --- What must hold afterwards
+// --- Checks
 
 int versionOfDocument(const std::string& path, const std::string& name) {
   const std::unique_ptr<XMLElement> root(factoryOf(name)());
@@ -363,7 +363,7 @@ void checkProgramFile(const std::filesystem::path& path, const Service& service)
               "what waits for the installer is newer");
 }
 
-/// Nothing lies anywhere but what was there before, what was downloaded as a whole, and what it replaced.
+/// Checks that there are only the initial files, complete downloads and the files replaced by them.
 void checkFiles(const Service& service, bool onlyLooked, bool installed) {
   const std::string program = installation().programFolder();
   const std::string updates = program + "updates/";
@@ -417,13 +417,13 @@ void lookForUpdates(const Service& service, bool onlyLooks, bool installs) {
   updates.installBinaryUpdates();
   checkFiles(service, onlyLooks, true);
   checkDocuments(service, true);
-  TallymoorInternet::reset(); // throws where the locators lead nowhere
+  TallymoorInternet::reset(); // Throws if the locators are invalid.
 }
 
 void fetchAdvert() {
   AdvertSettings settings;
   settings.base = ADVERT_BASE;
-  settings.wanted = false; // no thread: the pass runs here
+  settings.wanted = false; // No thread: the pass runs here.
   PendingAdvert advert;
   AdvertThread thread(settings, advert);
   try {
@@ -450,7 +450,7 @@ void check(Input& input) {
 } // namespace
 } // namespace Tallymoor::Fuzz
 
-// In place of the program's own client: no input reaches a network.
+// Replaces the program's client, so that no input reaches a network.
 namespace Tallymoor {
 
 std::unique_ptr<HTTPClient> createHTTPClient() {

@@ -1,6 +1,6 @@
-// Addresses: a line each for an address, a code and two literal parts of a locator, after a byte that chooses
-// the variables. An address is split without loss, and what a user types as a code stays inside its place in
-// the address.
+// Addresses. The first byte selects the variables. Lines follow for an address, a code and two literal parts
+// of a locator. Splitting an address must lose nothing, and a typed code must not change other parts of the
+// address.
 #include "foundation/Exception.h"
 #include "market/StockCode.h"
 #include "market/URL.h"
@@ -40,12 +40,12 @@ void checkUrl(const String& text) {
   require(url->hasPort() || url->port() == 80, "the port is 80 unless the address says otherwise");
   require(url->scheme() == url->scheme().toLower(), "a scheme is in lower case");
   const std::size_t schemeEnd = text.find(u"://");
-  // Put together again from its parts it is the same, as long as the port is one.
+  // The parts form the same address again if the port is valid.
   const std::int64_t port = static_cast<std::int32_t>(url->port());
   const String together = (schemeEnd == String::npos ? String() : url->scheme() + u"://") + url->host() +
                           u":" + String::fromLong(port) + url->path();
   if (schemeEnd == String::npos && url->path().contains(u"://"))
-    return; // the text would have had a scheme
+    return; // The text would have had a scheme.
   const std::optional<URL> again = urlOf(together);
   require(again.has_value(), "an address put together from its parts is one");
   require(again->host() == url->host() && again->path() == url->path() && again->port() == url->port(),
@@ -85,7 +85,7 @@ std::unique_ptr<XMLURLPart> part(const String& text, URLVariableType type) {
   return made;
 }
 
-/// A locator's address is a text, a variable and another text.
+/// The address of a locator: a text, a variable and another text.
 void checkResolver(const String& before, URLVariableType type, const String& behind, const String& code) {
   XMLURLLocator locator;
   locator.addSubElement(part(before, URL_VARIABLE_NONE).release(), u"URLParts");
@@ -101,7 +101,7 @@ void checkResolver(const String& before, URLVariableType type, const String& beh
   const std::string value = URLResolver::percentEncode(variables.urlVariable(type).toUTF8());
   require(url->whole() == before + String::fromUTF8(value) + behind,
           "an address is its parts one after another");
-  // Once the fixed text has begun a path, no code leads to another host.
+  // After the fixed text has begun a path, no code may change the host.
   const std::optional<URL> fixed = urlOf(before);
   if (fixed && before.contains(u"://") &&
       String(before.substr(before.find(u"://") + 3)).find(u'/') != String::npos)

@@ -1,5 +1,6 @@
-// Documents of every kind: the first byte chooses the kind and whether the document comes as a text or as a
-// file, the rest is the document. What was read is written, read again, and written the same.
+// Documents of every kind. The first byte selects the kind and whether the document is read as text or as a
+// file. The rest is the document. A document that was read must be the same after it was written and read
+// again.
 #include "foundation/Exception.h"
 #include "support/Input.h"
 #include "support/Require.h"
@@ -37,7 +38,7 @@ struct Destroy {
 };
 using Document = std::unique_ptr<XMLElement, Destroy>;
 
-/// What is written in case that it can be: nothing where something is missing.
+/// The written document. Empty if it is incomplete.
 std::optional<std::string> written(XMLElement& document) {
   std::ostringstream stream;
   try {
@@ -72,9 +73,9 @@ bool read(XMLElement& document, std::string_view bytes, bool asFile) {
   return asFile ? readFile(document, bytes) : readText(document, std::string(bytes));
 }
 
-/// Values are written as they stand unless their class says that they are free text. So a document may hold,
-/// as a reference, in a section of character data or between apostrophes, what can't be written back: then
-/// saving says so and leaves the old file alone.
+/// Values are written unescaped unless their class declares free text. A document can contain values (as
+/// references, in CDATA sections or between apostrophes) that can't be written back. Saving then fails and
+/// leaves the old file unchanged.
 bool mayHoldMarkup(std::string_view bytes) {
   return bytes.find_first_of("&['") != std::string_view::npos;
 }
@@ -104,7 +105,7 @@ void check(XMLElement::Factory kind, std::string_view bytes, bool asFile) {
   document->reset();
   require(read(*document, bytes, asFile) == isRead,
           "a document is taken or refused the second time as the first");
-  // A report has values from its construction on, which a reset takes away; nobody reads one twice.
+  // The constructor of a report sets values that a reset removes. No report is read twice.
   if (isRead && kind != newElement<XMLReport>)
     require(written(*document) == text, "a document read a second time is the same");
 }

@@ -1,4 +1,5 @@
-# How the scripts that try the whole program report: a line for each check, and a count at the end. To be sourced.
+# Output of the scripts that test the whole program: a line per check and a count at the end. Source this
+# file.
 checks=0
 failures=0
 
@@ -13,7 +14,7 @@ failed() {
   printf 'FAILED %d %s\n' "$checks" "$1"
 }
 
-# check WHAT command...: met when the command succeeds.
+# check WHAT command...: passes if the command succeeds.
 check() {
   local what=$1
   shift

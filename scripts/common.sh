@@ -1,7 +1,7 @@
-# Shared by ./run, ./test and ./bench: what the machine needs, and how the project is built. To be sourced with the
-# root of the project as the current folder.
+# Shared by ./run, ./test and ./bench: installs the required packages and builds the project. Source this file
+# with the repository's root as the current folder.
 
-# Debian packages that the program is built and installed with.
+# Debian packages needed to build and install the program.
 build_packages=(
   g++ cmake ninja-build pkg-config
   libfox-1.6-dev libxerces-c-dev libcurl4-openssl-dev libicu-dev libxslt1-dev libcpp-httplib-dev
@@ -10,7 +10,7 @@ build_packages=(
   cmark-gfm python3
 )
 
-# What testing needs as well, and showing the program without a display.
+# Additional packages for testing and for running without a display.
 packages=(
   "${build_packages[@]}"
   libgtest-dev libgmock-dev libbenchmark-dev
@@ -22,8 +22,8 @@ packages=(
 
 say() { printf '%s\n' "$*" >&2; }
 
-# install_packages [PACKAGE...]: installs those of the named packages, or of all, that are missing, as root or with sudo.
-# Quick when all are there.
+# install_packages [PACKAGE...]: installs the missing ones of the named packages, or of all packages, as root
+# or with sudo. Fast if none is missing.
 install_packages() {
   local missing=() package
   [ $# -gt 0 ] || set -- "${packages[@]}"

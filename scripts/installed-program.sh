@@ -1,18 +1,19 @@
-# Uses an installed copy of the program as a new user does, on an X display. To be sourced after samples/desktop-driver.sh and
-# checks.sh, with HOME as the user's home.
+# Uses an installed program on an X display like a new user. Source this file after samples/desktop-driver.sh
+# and checks.sh, with HOME set to the user's home.
 
-# In the past, and the same in every form of dates.
+# In the past, and identical in every date format.
 purchase_date=5/5/2024
 records_of_user() { printf '%s' "${XDG_DATA_HOME:-$HOME/.local/share}/Brindlecove/Tallymoor/Data/Portfolios.xml"; }
 settings_of_user() { printf '%s' "$HOME/.foxrc/Brindlecove/Tallymoor"; }
 
-# start_launcher COMMAND: from a folder that has nothing to do with it. Sets program.
+# start_launcher COMMAND: starts it from an unrelated folder. Sets program.
 start_launcher() {
   (cd / && exec "$1") &
   program=$!
 }
 
-# The window that asks for the country has the class that the menu's entry names, by which desktops group windows.
+# The window that asks for the country must have the window class named in the desktop file, by which desktops
+# group windows.
 first_start() {
   start_launcher "$1"
   wait_for_window "Country of Residence"
@@ -37,7 +38,7 @@ runs_in_its_folder() {
   [ "$(readlink "/proc/$program/cwd")" = "$(dirname "$(readlink "/proc/$program/exe")")" ]
 }
 
-# With no source of prices: the user is offline and types what the contract note says.
+# The user is offline without a price source and types the values.
 makes_purchase() {
   press_online_button
   use_main_window
@@ -51,7 +52,7 @@ makes_purchase() {
   choose_from_list "Choose Portfolio" 1
   wait_for_window "Buy Shares"
   replace_text WTL.AX
-  press Tab Tab # past the search
+  press Tab Tab  # Skips the search.
   replace_text 200
   press Tab
   replace_text 12.34
@@ -60,8 +61,8 @@ makes_purchase() {
   press Tab
   replace_text "$purchase_date"
   press_ok
-  answer_box alt+y # the code has not been looked up
-  answer_box alt+y # the default brokerage from now on
+  answer_box alt+y  # The code was not searched for.
+  answer_box alt+y  # Sets the default brokerage.
   wait_for_no_window "Buy Shares"
   use_main_window
 }
@@ -82,7 +83,8 @@ records_hold_purchase() {
   grep -qF "<HeldShare><String>WTL.AX</String>$parcel" "$(records_of_user)" && grep -qF "$debit" "$(records_of_user)"
 }
 
-# The main window is shown before the load, whose questions bear its title: it is the widest.
+# The main window is shown before loading, whose questions have the same title; the widest window is the main
+# one.
 find_widest_window() {
   local number width=0
   for number in $(windows_titled Tallymoor); do
@@ -95,7 +97,7 @@ find_widest_window() {
   [ "$width" -gt 0 ]
 }
 
-# The prices since the purchase are asked for. Where nobody answers: no, don't retry; yes, go offline.
+# Loading requests the prices since the purchase. If no source answers: don't retry, go offline.
 waits_for_load_without_prices() {
   local answers=(alt+n alt+y Return) next=0
   wait_until "The main window" find_widest_window
@@ -109,7 +111,7 @@ waits_for_load_without_prices() {
 
 loaded_or_asked() { has_box || ! has_window "Tallymoor startup"; }
 
-# A later start leaves the records as they are.
+# A second start must not change the records.
 second_start() {
   local before
   before=$(cksum <"$(records_of_user)")
@@ -120,14 +122,14 @@ second_start() {
   check_text "the records are as they were" "$before" "$(cksum <"$(records_of_user)")"
 }
 
-# ---- An installation for one user below $HOME/.local ----
+# ---- Installation for one user below $HOME/.local ----
 #
-# A script that uses these defines install_program and uninstall_program.
+# The sourcing script defines install_program and uninstall_program.
 
 lies_at() { find "$1" -mindepth 1 -printf '%P %y\n' | LC_ALL=C sort; }
 digests_of() { (cd "$1" && find . -type f -exec cksum {} + | LC_ALL=C sort); }
 
-# A home that others use too: a file of another program, and an empty folder that somebody made.
+# A home with other content: a file of another program, and an empty folder.
 make_home() {
   HOME=$1
   mkdir -p "$HOME/.local/share/applications" "$HOME/.local/share/icons/hicolor"
@@ -137,7 +139,7 @@ make_home() {
   menu_entry=$prefix/share/applications/tallymoor.desktop
 }
 
-# Sets laid_down, the number of files, and installing_took, in seconds.
+# Sets laid_down (number of files) and installing_took (seconds).
 installs_for_user() {
   local start=$SECONDS
   before=$(lies_at "$HOME")
@@ -145,10 +147,10 @@ installs_for_user() {
   installing_took=$((SECONDS - start))
   laid_down=$(grep -c '^file ' "$folder/installed-files")
   check_text "its record tells of every file" "$(lies_at "$HOME" | grep -c ' [fl]$')" \
-    "$((laid_down + 2 + $(grep -c ' [fl]$' <<<"$before")))" # the record and uninstall are not in the record
+    "$((laid_down + 2 + $(grep -c ' [fl]$' <<<"$before")))"  # Everything in the record, plus the record and the uninstaller themselves.
 }
 
-# runs_for_user: a purchase through the launcher, by a link to it as some lay into their PATH.
+# runs_for_user: makes a purchase through the launcher, started by a link as users put it into their PATH.
 runs_for_user() {
   local before_start
   ln -s "$prefix/bin/tallymoor" "$HOME/shares"
@@ -169,7 +171,7 @@ refuses_to_uninstall() {
   ! uninstall_program 2>/dev/null && [ "$all" = "$(lies_at "$prefix/bin" && lies_at "$folder")" ]
 }
 
-# What an update of the program leaves: a library under a new name, a download, and what starts leave for each other.
+# Simulates the files left by an update: a renamed library, a download, and the start markers.
 make_it_updated() {
   mv "$folder"/FOXDLL-*.dll "$folder/FOXDLL-99.0.0.dll"
   ln -sfn ../FOXDLL-99.0.0.dll "$folder"/lib/libFOX-*
@@ -177,7 +179,7 @@ make_it_updated() {
   touch "$folder/updates/refused/FxEx-99.0.0.dll" "$folder/override.start.tallymoor" "$folder/update.failure.tallymoor"
 }
 
-# Sets left_behind: the number of files and folders that were not there before, the user's aside.
+# Sets left_behind: number of new files and folders, not counting the user's.
 uninstalls_for_user() {
   local data left
   data=$(digests_of "$(dirname "$(records_of_user)")"; cksum <"$(settings_of_user)")

@@ -11,15 +11,15 @@
 
 namespace Tallymoor {
 
-/// A page that can be made in any size, of a shape that a careless reader takes for ever with.
+/// A page of any size in a shape with quadratic cost in a simple implementation.
 struct HtmlShape {
   const char* name;
-  std::function<String(std::size_t)> page; ///< of so many pieces
-  /// The most pieces that are read: a longer page is refused when so many have been.
+  std::function<String(std::size_t)> page; ///< Makes a page of this many elements.
+  /// The most elements read; a longer page is rejected after that many.
   std::size_t mostPieces = std::numeric_limits<std::size_t>::max();
 };
 
-/// Different names on a page, beside "html" and "script", and attributes in a tag.
+/// Limits of different names per page (besides "html" and "script") and of attributes per tag.
 constexpr std::size_t MOST_NAMES = 4096 - 2;
 constexpr std::size_t MOST_ATTRIBUTES = 16384;
 
@@ -31,7 +31,7 @@ inline String repeated(std::u16string_view piece, std::size_t count) {
   return text;
 }
 
-/// Names of equal length in an order that is none.
+/// Unordered names of equal length.
 inline String manyNames(std::u16string_view before, std::size_t count, std::u16string_view behind) {
   constexpr std::size_t FIRST = 10000000;
   String text;
@@ -87,13 +87,13 @@ inline std::vector<HtmlShape> htmlShapes() {
   };
 }
 
-/// What the program does with a page: makes the tree and looks through all of it.
+/// Builds the tree and walks through all of it, like the program.
 inline void readShape(String page) {
   try {
     const HTMLPage tree = HTMLParser::Parse(std::move(page));
     HTMLTagSearch(*tree).first([](const HTMLTag& tag) { return tag.nameView() == u"no such name"; });
   } catch (const HTMLException&) {
-    // A page may fail, as long as it does so soon.
+    // A page may be rejected if that happens early.
   }
 }
 

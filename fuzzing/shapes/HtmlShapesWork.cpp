@@ -1,6 +1,6 @@
-// How the work of reading a page grows with its size, for pages of bad shapes: each at most 2.2 times the
-// work of half the page. Work is not measured in seconds, which depend on the machine, but in comparisons
-// that the code makes: the compiler has put a call before each of them.
+// Growth of the cost of reading a page with its size, for adverse shapes: at most 2.2 times the cost of half
+// the page. The cost is measured in comparisons, counted by compiler instrumentation, because time depends on
+// the machine.
 #include "shapes/HtmlShapes.h"
 #include <algorithm>
 #include <cstdint>

@@ -7,23 +7,23 @@
 
 namespace Tallymoor::Fuzz {
 
-/// Takes the bytes of one input apart, from the front. Behind the end everything is 0 or empty.
+/// Splits an input from the front. After the end everything is 0 or empty.
 class Input {
 public:
   Input(const std::uint8_t* data, std::size_t size)
       : m_left(reinterpret_cast<const char*>(data), data == nullptr ? 0 : size) {}
 
   std::uint8_t byte();
-  /// A choice from 0 to count - 1, by a letter or digit as well as by any other byte.
+  /// A choice from 0 to count - 1. Letters, digits and all other bytes are usable.
   std::size_t choice(std::size_t count) { return byte() % count; }
   std::int64_t number64();
   std::int32_t number32() { return static_cast<std::int32_t>(number64()); }
   double real();
-  /// The bytes up to the next line feed, which goes too.
+  /// Removes and returns the bytes up to the next line feed.
   std::string_view line();
   std::string_view rest() const { return m_left; }
 
-  /// A line as text, read as the bytes of a page are.
+  /// A line decoded like the bytes of a page.
   String text() { return String::fromUTF8(line()); }
 
 private:

@@ -2,7 +2,7 @@
 
 namespace Tallymoor::Fuzz {
 
-/// Ends the program, as a crash would, when something that must hold for any input does not.
+/// Aborts the program if a guarantee is violated.
 void require(bool holds, const char* what);
 
 } // namespace Tallymoor::Fuzz

@@ -4,8 +4,8 @@
 
 namespace Tallymoor::Fuzz {
 
-/// A folder of its own for files that live as long as the program, in memory where the system has such a
-/// place. It is removed at the end; after a crash it stays.
+/// A temporary folder for the lifetime of the program, in memory if possible. Removed at the end, but kept
+/// after a crash.
 class ScratchFolder {
 public:
   ScratchFolder();
@@ -14,7 +14,7 @@ public:
   ScratchFolder& operator=(const ScratchFolder&) = delete;
 
   const std::string& path() const { return m_path; }
-  /// Writes a file, in place of one that is there, with the folders above it, and gives its path.
+  /// Writes or replaces a file, creates the folders above it, and returns its path.
   std::string write(const std::string& name, std::string_view bytes) const;
 
 private:

@@ -4,7 +4,7 @@
 
 namespace Tallymoor {
 
-/// Can't write dates.
+/// A platform that fails to format dates.
 class BrokenPlatform : public LinuxPlatform {
 public:
   String shortDateFormat(const Date&) override { throw Exception(u"no form for dates"); }

@@ -65,7 +65,7 @@ TEST_F(BuySharesDialogTest, WhoLeavesTheFormFetchesNothing) {
       if (byEscape) {
         key(form, KEY_Escape);
       } else {
-        button(form, "Cancel").setFocus(); // as a click does before it is a command
+        button(form, "Cancel").setFocus(); // A click does so before its command.
         letEventsPass();
         press(form, "Cancel");
       }

@@ -31,7 +31,7 @@ constexpr const char* noPriceKnown = "No price is known.";
 
 class BuySharesPanelTest : public WindowTest {
 protected:
-  /// Offline, with a price of today and one of two weeks ago.
+  /// Offline, with prices for today and for two weeks ago.
   void proposeKnownPrices() {
     TallymoorInternet::Instance().goOffline();
     TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2026, 3, 3), 12.0);
@@ -48,7 +48,7 @@ protected:
     m_panel->create();
     letEventsPass();
   }
-  /// A form that lacks nothing but a search.
+  /// A complete form except for the code search.
   void fill() {
     set("Stock code", "ABC.AX");
     set("Number bought", "100");
@@ -128,7 +128,7 @@ TEST_F(BuySharesPanelTest, ACodePassedInBringsItsKnownPrice) {
   EXPECT_TRUE(m_market.requested(MarketFixture::Page::Quote).empty());
 }
 
-// The checks, in their order
+// The checks, in order
 
 TEST_F(BuySharesPanelTest, UnderAViewDateACodePassedInBringsThePriceOfThatDay) {
   PriceUpdater& updater = TallymoorInternet::Instance().priceUpdater();
@@ -204,7 +204,7 @@ TEST_F(BuySharesPanelTest, AnotherBrokerageMayBecomeTheDefault) {
   answer(unchecked, "No");
   EXPECT_FALSE(m_panel->validate());
   EXPECT_EQ(29.95, storedBrokerage());
-  answer(unchecked, "Yes"); // the same brokerage asks no more
+  answer(unchecked, "Yes"); // The same brokerage is not asked about again.
   EXPECT_TRUE(m_panel->validate());
 }
 
@@ -333,7 +333,7 @@ TEST_F(BuySharesPanelTest, APriceThatFollowsOnlyAtOkIsAskedAbout) {
   EXPECT_FALSE(m_panel->validate());
   EXPECT_EQ("10.5000", shown("Share price"));
   EXPECT_EQ(&field(*m_panel, "Share price"), focused(*m_panel));
-  answer(unchecked, "Yes"); // it stands there now, and is asked about no more
+  answer(unchecked, "Yes"); // The price is set now and not asked about again.
   EXPECT_TRUE(m_panel->validate());
 }
 
@@ -384,7 +384,7 @@ TEST_F(BuySharesPanelTest, APriceFarFromThatOfTheDayIsDoubted) {
   whenModal("The price of 1200.00 is far from that of ABC.AX on 03/03/2026, which was 12.00.",
             [this](FXWindow& box) { press(box, "Yes"); });
   EXPECT_TRUE(m_panel->validate());
-  set("Date bought", "20/02/2026"); // nothing is known of that day
+  set("Date bought", "20/02/2026"); // No price is known for that day.
   answer(unchecked, "Yes");
   EXPECT_TRUE(m_panel->validate());
 }
@@ -443,7 +443,7 @@ TEST_F(BuySharesPanelTest, ASearchFillsCodeNameAndPrice) {
   EXPECT_EQ(String(u"ABC.AX"), m_panel->code());
   EXPECT_EQ(String(u"Alphabet Bricks in Australia"), m_panel->name());
   EXPECT_EQ("12.3456", shown("Share price"));
-  EXPECT_TRUE(m_panel->validate()); // and nothing is asked
+  EXPECT_TRUE(m_panel->validate()); // Nothing is asked.
 }
 
 TEST_F(BuySharesPanelTest, ACodeTypedAfterASearchHasNotBeenSearchedFor) {

@@ -11,7 +11,7 @@ constexpr const char* caption = "Edit dividend of OLD.AX on 27/02/2026";
 
 class EditDividendsDialogTest : public PortfolioFormTest {
 protected:
-  /// Of a stock that is not held any more.
+  /// For a stock that was sold completely.
   EditDividendsDialogTest() {
     m_event.subElement(u"Code").setValue(u"OLD.AX");
     m_event.subElement(u"ReceiveDate").setValue(u"27/2/2026");

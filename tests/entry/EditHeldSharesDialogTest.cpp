@@ -92,7 +92,7 @@ TEST_F(EditHeldSharesDialogTest, AllChecksApply) {
     answer("You can't specify a buy date in the future.", "OK");
     press(form, "OK");
     type(field(form, "Date bought"), "04/07/2025");
-    press(form, "OK"); // the code stands, and is not asked about
+    press(form, "OK"); // The code is fixed and not asked about.
   });
   EXPECT_EQ(1u, dialog.execute());
   EXPECT_EQ(120.0, dialog.panel()->number());

@@ -107,7 +107,7 @@ TEST_F(EditSoldShareDialogTest, TheChecksComeInTheirOrder) {
         expectRefused("You can't specify a buy date in the future.", "OK", "Date bought");
         set("Date bought", "02/03/2026");
         expectRefused("The sell date is before the buy date!", "OK", "Date sold");
-        set("Date sold", "02/03/2026"); // on the same day is fine
+        set("Date sold", "02/03/2026"); // The same day is allowed.
         press(form, "OK");
       },
       1);
@@ -132,7 +132,7 @@ TEST_F(EditSoldShareDialogTest, NothingForFreeIsTakenWhenTheUserMeansIt) {
       },
       1);
   EXPECT_EQ(0.0, m_dialog->sellPrice());
-  EXPECT_EQ(50.0, storedBrokerage()); // a recorded sale doesn't touch the default
+  EXPECT_EQ(50.0, storedBrokerage()); // Editing a sale doesn't change the default.
 }
 
 TEST_F(EditSoldShareDialogTest, NothingIsLessThanZero) {
@@ -164,7 +164,7 @@ TEST_F(EditSoldShareDialogTest, AnUnreadableDateStaysInTheForm) {
         key(form, KEY_Escape);
       },
       0);
-  EXPECT_EQ(String(u"3/7/2025"), m_event.subElement(u"BuyDate").value()); // the record is only read
+  EXPECT_EQ(String(u"3/7/2025"), m_event.subElement(u"BuyDate").value()); // The record itself is unchanged.
 }
 
 TEST_F(EditSoldShareDialogTest, EachDateHasItsButton) {
@@ -202,7 +202,7 @@ TEST_F(EditSoldShareDialogTest, FailuresOfTheDateButtonsAreReported) {
 TEST_F(EditSoldShareDialogTest, APriceFarFromThatOfItsDayIsDoubtedOnceItIsChanged) {
   TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2025, 7, 3), 25.0);
   TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2026, 2, 3), 3.5);
-  run([&](FXWindow& form) { press(form, "OK"); }, 1); // what was recorded is not doubted
+  run([&](FXWindow& form) { press(form, "OK"); }, 1); // Recorded values are not questioned.
   run(
       [&](FXWindow& form) {
         set("Sell price", "37.5");
@@ -264,7 +264,7 @@ TEST_F(EditSoldShareDialogTest, ShowsTheCompanysNameAndWhatTheSaleBrings) {
   EXPECT_EQ("799.95", shown("Total received"));
 }
 
-/// A sale of the portfolio itself: 100 of ABC.AX, bought at 2.50 for 260.00, bring 345.05.
+/// A real sale of the portfolio: 100 ABC.AX, bought at 2.50 for 260.00, sold for 345.05.
 class EditRecordedSaleTest : public PortfolioFormTest {
 protected:
   void SetUp() override {
@@ -306,7 +306,7 @@ TEST_F(EditRecordedSaleTest, ThePurchaseOfMoreSharesThanWereSoldStaysPaid) {
 
 TEST_F(EditRecordedSaleTest, NothingIsToldOfTheCashWithoutTheSalesEntryOrAfterASplit) {
   buyAndSell(100.0);
-  sale().subElement(u"SellPrice").setValue(u"3.0000"); // no longer that of its entry
+  sale().subElement(u"SellPrice").setValue(u"3.0000"); // It now differs from that of its cash entry.
   EditSoldShareDialog withoutEntry(&mainWindow(), sale());
   EXPECT_FALSE(field(withoutEntry, "Cash afterwards").getParent()->shown());
   sale().subElement(u"SellPrice").setValue(u"3.7500");

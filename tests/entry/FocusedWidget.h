@@ -3,7 +3,7 @@
 
 namespace Tallymoor {
 
-/// The widget that gets the keys of its window, whether or not the display has given that window the focus.
+/// The window's focused widget, even if the display has not given the focus to the window.
 inline FXWindow* focused(FXWindow& window) {
   FXWindow* widget = &window;
   while (widget->getFocus())

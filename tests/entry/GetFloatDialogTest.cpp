@@ -17,7 +17,7 @@ TEST_F(GetFloatDialogTest, TakesAnAmountFromTheKeyboardAlone) {
   EXPECT_TRUE(shows(dialog, "How much?"));
   whenModal("Deposit cash", [&](FXWindow& form) {
     EXPECT_EQ(&field(form, "Amount"), focused(form));
-    EXPECT_TRUE(field(form, "Amount").isPosSelected(0)); // typing replaces all of "0.00"
+    EXPECT_TRUE(field(form, "Amount").isPosSelected(0)); // Typing replaces the selected "0.00".
     EXPECT_TRUE(field(form, "Amount").isPosSelected(3));
     answer("You must enter the value.", "OK");
     key(form, KEY_Return);
@@ -39,7 +39,7 @@ TEST_F(GetFloatDialogTest, WithoutAHeadingItShowsItsTitle) {
   EXPECT_EQ(0u, dialog.execute());
 }
 
-/// Its checks fail as a whole.
+/// A dialog whose checks throw.
 class BrokenDialog : public GetFloatDialog {
 public:
   explicit BrokenDialog(FXWindow* owner) : GetFloatDialog(owner, u"Deposit cash") {}

@@ -67,7 +67,7 @@ TEST_F(GetFloatPanelTest, TheChecksComeInTheirOrder) {
 }
 
 TEST_F(GetFloatPanelTest, AnyAmountAboveNothingIsTaken) {
-  set("Amount", "0.00001"); // exactly nothing is meant
+  set("Amount", "0.00001"); // Only an exact zero counts.
   EXPECT_TRUE(m_panel->validate());
   set("Amount", "-5");
   answer("The amount can't be less than zero.", "OK");

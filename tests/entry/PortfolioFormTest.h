@@ -15,8 +15,8 @@
 
 namespace Tallymoor {
 
-/// Forms over a portfolio "Trading" of a user in Australia on 3 March 2026, offline: 100 of ABC.AX were
-/// bought on 25 February and 50 of XYZ.AX on 2 March, and the capital record is current.
+/// Forms over a portfolio "Trading" of a user in Australia on 3 March 2026, offline: 100 ABC.AX were bought
+/// on 25 February and 50 XYZ.AX on 2 March, and the capital record is up to date.
 class PortfolioFormTest : public WindowTest {
 protected:
   PortfolioFormTest() {
@@ -41,10 +41,10 @@ protected:
 
   SharePortfolioUser& user() { return *m_user; }
   XMLBuyEvent& parcel(const String& code) { return m_user->findHeldShare(code)->parcels()[0]; }
-  /// A record that no date can be read from: reading the number held then fails.
+  /// Writes an unreadable date, so that reading the number held throws.
   void spoilParcel(const String& code) { parcel(code).subElement(u"BuyDate").setValue(u"nonsense"); }
 
-  /// Chooses from a form's list, as a click in it does.
+  /// Selects an entry of a form's list, like a click.
   static void choose(FXWindow& form, const std::string& entry) {
     auto* box = find<FormComboBox>(form);
     const FXint index = box->findItem(entry.c_str());
@@ -58,7 +58,7 @@ protected:
       texts.emplace_back(box.getItemText(i).text());
     return texts;
   }
-  /// Every stop of the Tab key, from the field that has the focus until it comes round again.
+  /// All widgets in Tab order, from the focused one until it is reached again.
   std::vector<FXWindow*> tabStops(FXWindow& dialog) {
     std::vector<FXWindow*> stops{focused(dialog)};
     for (int i = 0; i < 40; ++i) {
@@ -69,20 +69,20 @@ protected:
     }
     return stops;
   }
-  /// Where a widget stands below the top of the dialog.
+  /// Distance of a widget from the top of the dialog.
   static FXint height(FXWindow& dialog, FXWindow& widget) {
     FXint x = 0;
     FXint y = 0;
     widget.translateCoordinatesTo(x, y, &dialog, 0, 0);
     return y;
   }
-  /// Tab goes down the form and ends at the buttons.
+  /// Checks that Tab moves down the form and ends at the buttons.
   void expectTabGoesDown(FXWindow& dialog) {
     FXint last = 0;
     const std::vector<FXWindow*> stops = tabStops(dialog);
     EXPECT_GT(stops.size(), 4u);
     for (FXWindow* stop : stops) {
-      // Neighbours of a row differ by a frame's width.
+      // Widgets in a row may differ by the width of a frame.
       EXPECT_GE(height(dialog, *stop) + 6, last) << stop->getClassName();
       last = height(dialog, *stop);
     }

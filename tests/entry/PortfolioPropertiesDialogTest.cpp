@@ -17,7 +17,7 @@ protected:
     m_market.addListing(u"^NOSM", u"Northern Small Index", u"Norway");
   }
 
-  /// Opens the form, lets the user work in it, and leaves it as the last press of the step says.
+  /// Opens the form and runs the step, whose last press closes it.
   FXuint run(const std::function<void(FXWindow&)>& step, const String& indexCode = String()) {
     m_dialog = std::make_unique<PortfolioPropertiesDialog>(&mainWindow(), u"Trading", indexCode,
                                                            [this](const String& name) {
@@ -32,14 +32,14 @@ protected:
     WindowTest::TearDown();
   }
 
-  /// The user opens the list of common indexes and chooses an entry.
+  /// Opens the list of common indexes and chooses an entry.
   void chooseFromList(FXWindow& form, const std::string& entry, const std::function<void()>& expected = {}) {
     whenModal("Common Stock Indexes", [this, entry](FXWindow& list) {
       press(list, entry);
       press(list, "OK");
     });
     if (expected)
-      expected(); // what comes after the list
+      expected(); // Queues what follows the list.
     press(form, "Search for a comparison index");
   }
   static std::string shown(FXWindow& form, const std::string& label) {
@@ -50,7 +50,7 @@ protected:
   MarketFixture m_market;
   GatewayScope m_gateway;
   std::unique_ptr<PortfolioPropertiesDialog> m_dialog;
-  std::vector<String> m_checked; ///< names that the check was asked about
+  std::vector<String> m_checked; ///< Names passed to the check.
   bool m_nameIsFree = true;
 };
 

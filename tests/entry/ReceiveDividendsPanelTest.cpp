@@ -19,7 +19,7 @@ constexpr const char* noRate = "You must record the dividend rate";
 constexpr const char* noCountry = "You must enter the country of origin of the foreign dividend.";
 constexpr const char* countryPrompt = "<enter country of origin>";
 
-/// Its fields of the new shares can break.
+/// A panel whose fields of the new shares can be made to throw.
 class BreakablePanel : public ReceiveDividendsPanel {
 public:
   using ReceiveDividendsPanel::ReceiveDividendsPanel;
@@ -117,7 +117,7 @@ TEST_F(ReceiveDividendsPanelTest, ValueAndCreditFollowTheNumbers) {
   EXPECT_EQ("42.86", shown("Franking Credit"));
   type(*spinner().field(), "50");
   EXPECT_EQ("21.43", shown("Franking Credit"));
-  type(*spinner().field(), "250"); // no more than all
+  type(*spinner().field(), "250"); // Not more than all.
   EXPECT_EQ(100, m_panel->percentFranked());
 }
 
@@ -128,7 +128,7 @@ TEST_F(ReceiveDividendsPanelTest, TheCashAfterwardsFollowsWhatIsPaidInCash) {
   EXPECT_FALSE(field(*m_panel, "Cash afterwards").isEditable());
   set("Dividend Rate", "0.5");
   EXPECT_EQ("1050.00", shown("Cash afterwards"));
-  set("Withholding Tax", "7"); // only noted
+  set("Withholding Tax", "7"); // Only recorded.
   EXPECT_EQ("1050.00", shown("Cash afterwards"));
   choosePayment("Dividend reinvestment");
   EXPECT_EQ("1000.00", shown("Cash afterwards"));
@@ -161,7 +161,7 @@ TEST_F(ReceiveDividendsPanelTest, ADividendFromAbroadHasItsCountry) {
   EXPECT_FALSE(countries().isEnabled());
   check(true);
   EXPECT_TRUE(countries().isEnabled());
-  EXPECT_EQ(String(), m_panel->country()); // the prompt is none
+  EXPECT_EQ(String(), m_panel->country()); // The prompt is not a country.
   auto& text = *find<FXTextField>(countries());
   EXPECT_EQ(&text, focused(*m_panel));
   type(text, " New Zealand ");
@@ -173,7 +173,7 @@ TEST_F(ReceiveDividendsPanelTest, ADividendFromAbroadHasItsCountry) {
 TEST_F(ReceiveDividendsPanelTest, TurningForeignOffRestoresTheCountryPrompt) {
   check(true);
   type(*find<FXTextField>(countries()), "Fiji");
-  set("Dividend Rate", "0.2"); // and a number typed meanwhile leaves the country
+  set("Dividend Rate", "0.2"); // A number typed meanwhile clears the country.
   EXPECT_EQ(String(u"Fiji"), m_panel->country());
   check(false);
   EXPECT_EQ(countryPrompt, countryShown());

@@ -110,7 +110,7 @@ TEST_F(ReportPeriodDialogTest, FailuresOfTheCalendarButtonsAreReported) {
   EXPECT_EQ(0u, dialog.execute());
 }
 
-/// Its checks fail as a whole.
+/// A dialog whose checks throw.
 class BrokenDialog : public ReportPeriodDialog {
 public:
   using ReportPeriodDialog::ReportPeriodDialog;

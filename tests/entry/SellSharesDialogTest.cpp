@@ -20,7 +20,7 @@ TEST_F(SellSharesDialogTest, TakesASaleFromTheKeyboardAlone) {
     type(field(form, "Date sold"), "27/02/2026");
     type(field(form, "Number sold"), "40");
     field(form, "Stock code").setFocus();
-    key(form, KEY_Return); // the list lets it through
+    key(form, KEY_Return); // The list passes it on.
   });
   EXPECT_EQ(1u, dialog.execute());
   EXPECT_EQ(String(u"ABC.AX"), dialog.panel()->code());

@@ -102,7 +102,7 @@ TEST_F(SellSharesPanelTest, AStockWithoutAPriceIsToldBesideItAndItsSharesShown) 
   set("Share price", "9");
   choose(*m_panel, "FREE.AX");
   EXPECT_TRUE(shows(*m_panel, "No price is known."));
-  EXPECT_EQ(0.0, m_panel->price()); // not that of another stock
+  EXPECT_EQ(0.0, m_panel->price()); // Not the price of another stock.
   EXPECT_EQ(30.0, m_panel->number());
 }
 
@@ -137,7 +137,7 @@ TEST_F(SellSharesPanelTest, GivesWhatWasTyped) {
   EXPECT_EQ(String(u"dear &\nshaky"), m_panel->comments());
 }
 
-// The checks, in their order
+// The checks, in order
 
 TEST_F(SellSharesPanelTest, TheChecksComeInTheirOrder) {
   set("Date sold", "04/03/2026");
@@ -208,7 +208,7 @@ TEST_F(SellSharesPanelTest, SharesOfTheDaysBeforeAMergeCanBeSold) {
 TEST_F(SellSharesPanelTest, SharesThatWereSoldSinceCannotBeSoldAgain) {
   choose(*m_panel, "ABC.AX");
   set("Date sold", "26/02/2026");
-  parcel(u"ABC.AX").subElement(u"NumHeld").setValue(u"60.00"); // the record of the day still says 100
+  parcel(u"ABC.AX").subElement(u"NumHeld").setValue(u"60.00"); // The capital record still says 100.
   set("Number sold", "60.0001");
   expectRefused(notEnoughNow, "Number sold");
   set("Number sold", "60");
@@ -225,8 +225,8 @@ TEST_F(SellSharesPanelTest, AFractionBelowFourDecimalsAndANegativeNumberAreNoNum
   EXPECT_TRUE(m_panel->validate());
 }
 
-/// A holding of this many shares, merged three to one, is sold as the form offers it; nothing may be left of
-/// it.
+/// A holding of this many shares, merged three to one, is sold in the number that the form proposes. Nothing
+/// may remain.
 class MergedHoldingTest : public SellSharesPanelTest,
                           public ::testing::WithParamInterface<std::pair<double, const char*>> {};
 
@@ -255,7 +255,7 @@ TEST_F(SellSharesPanelTest, AnotherBrokerageMayBecomeTheDefault) {
   answer(newDefault, "Yes");
   EXPECT_TRUE(m_panel->validate());
   EXPECT_EQ(29.95, storedBrokerage());
-  EXPECT_TRUE(m_panel->validate()); // the same brokerage asks no more
+  EXPECT_TRUE(m_panel->validate()); // The same brokerage is not asked about again.
   set("Brokerage paid", "29.954");
   EXPECT_TRUE(m_panel->validate());
 }
@@ -285,7 +285,7 @@ TEST_F(SellSharesPanelTest, ShowsTheNameTheTotalAndTheCashAfterwards) {
   EXPECT_EQ("", shown("Stock name"));
   choose(*m_panel, "ABC.AX");
   EXPECT_EQ("Alphabet Bricks", shown("Stock name"));
-  EXPECT_EQ("200.00", shown("Total received")); // 100 at 2.50, less 50.00
+  EXPECT_EQ("200.00", shown("Total received")); // 100 at 2.50, less 50.00.
   EXPECT_EQ("1200.00", shown("Cash afterwards"));
   set("Number sold", "10");
   EXPECT_EQ("-25.00", shown("Total received")) << "the brokerage is more";

@@ -98,7 +98,7 @@ TEST_F(StartupWizardLeavingTest, LeavingAsksBeforeItDropsWhatWasRecorded) {
   EXPECT_EQ(3u, boxes().size());
   EXPECT_TRUE(wizard().shown());
   EXPECT_EQ(before, document());
-  next(); // and it goes on
+  next(); // The wizard continues.
   EXPECT_EQ("Shares Already Held", pageTitle());
   answer(question, "Yes");
   wizard().handle(&app(), FXSEL(SEL_CLOSE, 0), nullptr);

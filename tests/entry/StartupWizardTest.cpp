@@ -142,13 +142,13 @@ TEST_F(StartupWizardTest, APortfolioMayStartWithNoCash) {
     finishSection();
   next();
   EXPECT_EQ("Interest Received", pageTitle());
-  answer("You must enter the value.", "OK"); // of all other cash
+  answer("You must enter the value.", "OK"); // Of all other cash.
   next();
 }
 
 TEST_F(StartupWizardTest, InterestDepositsAndWithdrawalsAreBooked) {
   toStage(2);
-  finishSection(); // no shares: on to interest
+  finishSection(); // No shares, so interest is next.
   for (const char* amount : {"1", "2", "3"}) {
     next();
     EXPECT_EQ("0.00", shown("Amount"));
@@ -236,7 +236,7 @@ const Section SECTIONS[] = {
      "Please enter the value of the cash withdrawal\nmade for the date of the debit."},
 };
 
-/// Widgets that are smaller than what they show, or lie outside their frame.
+/// Checks that no widget is smaller than its content or outside its frame.
 void expectNothingCutOff(FXWindow& in) {
   for (FXWindow* child = in.getFirst(); child; child = child->getNext()) {
     if (!child->shown())
@@ -247,7 +247,7 @@ void expectNothingCutOff(FXWindow& in) {
     EXPECT_GE(child->getY(), 0) << name;
     EXPECT_LE(child->getX() + child->getWidth(), in.getWidth()) << name;
     EXPECT_LE(child->getY() + child->getHeight(), in.getHeight()) << name;
-    // The field of a drop-down list is as wide as the list makes it.
+    // A combo box determines the width of its field.
     const bool isField = dynamic_cast<FXTextField*>(child) && !dynamic_cast<FXComboBox*>(&in);
     if (label || isField) {
       EXPECT_GE(child->getWidth(), child->getDefaultWidth()) << name;
@@ -259,7 +259,7 @@ void expectNothingCutOff(FXWindow& in) {
 }
 
 TEST_F(StartupWizardTest, EachSectionHasItsTextsAndNothingIsCutOffAt800By600) {
-  // What a title bar and the frame of the window take.
+  // Room for the title bar and the window frame.
   EXPECT_LE(wizard().getWidth(), 800 - 10);
   EXPECT_LE(wizard().getHeight(), 600 - 40);
   expectNothingCutOff(wizard());
@@ -357,7 +357,7 @@ TEST_F(StartupWizardTest, SharesHeldAtTheStartWereBoughtByThen) {
 
 TEST_F(StartupWizardTest, SharesBoughtSinceAreTakenFromTheCash) {
   toStage(1);
-  enterPurchase("ABC.AX", "02/02/2026"); // the start date itself
+  enterPurchase("ABC.AX", "02/02/2026"); // The start date itself.
   EXPECT_EQ(started(held("ABC.AX", "2/2/2026"), "", "",
                     cashEvent("2/2/2026", "550.00", "2", "BUY 100.00 of ABC.AX @ 5.0000")),
             document());
@@ -503,7 +503,7 @@ TEST_F(StartupWizardTest, SalesAreRecordedTheListFollowsAndBackRestoresTheShares
   back();
   EXPECT_EQ("Shares Sold", pageTitle());
   EXPECT_EQ(started(held("OLD.AX", "15/1/2026"), "", "", ""), document());
-  next(); // the form still knows what was chosen, and the record has its days again
+  next(); // The form keeps the selection, and the record has its days again.
   EXPECT_EQ("Shares Sold Since Start Date", pageTitle());
   next();
   EXPECT_EQ(1, find<FXComboBox>(page())->getNumItems()) << "nothing is left to sell";
@@ -560,7 +560,7 @@ TEST_F(StartupWizardTest, CancelLeavesNoPortfolioAndNoFile) {
 
 TEST_F(StartupWizardTest, CancelEndsTheWizardAlsoWhenTheFileStays) {
   toSections();
-  // A folder of that name can't be removed as a file.
+  // A folder with this name can't be removed as a file.
   TestProfile::writeFile(profile().dataFolder() + u"TradingCapRecord.xml/inside", "x");
   whenModal("If you leave now, the portfolio Trading is dropped",
             [this](FXWindow& box) { press(box, "Yes"); });

@@ -18,8 +18,8 @@
 
 namespace Tallymoor {
 
-/// The start-up wizard in a real window, with records of its own, for a user in Australia on 3 March 2026 who
-/// is offline. Prices that he has not typed are in the cache.
+/// The start-up wizard in a real window with its own records, for an offline user in Australia on 3 March
+/// 2026. Prices that the user has not typed are in the cache.
 class StartupWizardTest : public WindowTest {
 protected:
   StartupWizardTest() {
@@ -54,7 +54,7 @@ protected:
   XMLPortfolios& records() { return m_records; }
   XMLSharePortfolio& portfolio() { return m_records.portfolios()[0]; }
   std::size_t portfolios() const { return m_records.numSubElements(u"SharePortfolios"); }
-  /// The whole records as they would be written.
+  /// The complete records as XML.
   std::string document() {
     std::ostringstream stream;
     m_records.encode(stream);
@@ -71,7 +71,7 @@ protected:
   }
   void set(const std::string& label, const std::string& text) { type(field(page(), label), text); }
   std::string shown(const std::string& label) { return field(page(), label).getText().text(); }
-  /// Ends the section that is shown.
+  /// Finishes the current section.
   void finishSection() {
     press(*find<FXCheckButton>(page()));
     next();
@@ -99,7 +99,7 @@ protected:
     for (int i = 0; i < stage; ++i)
       finishSection();
   }
-  /// Fills the form for a purchase in; its code has not been searched for, which is asked about.
+  /// Fills in the purchase form. The code was not searched for, which causes a question.
   void fillPurchase(const std::string& code, const std::string& date, const std::string& number = "100",
                     const std::string& price = "5") {
     set("Stock code", code);

@@ -64,7 +64,7 @@ TEST_F(StockSearchDialogTest, ElseTheFirstRowThatHoldsTheTextIsSelected) {
 }
 
 TEST_F(StockSearchDialogTest, ElseTheFirstRowIsSelected) {
-  StockSearchDialog dialog(&mainWindow(), u".ax", true, false); // found by code, in no name
+  StockSearchDialog dialog(&mainWindow(), u".ax", true, false); // Matches a code, but no name.
   EXPECT_EQ(2, dialog.table()->getNumRows());
   EXPECT_EQ(String(u"ABC.AX"), dialog.table()->selected()->code);
 }
@@ -76,7 +76,7 @@ TEST_F(StockSearchDialogTest, AClickOnAHeaderSortsThoughTheDialogWasOpenedByAHan
     const auto firstMarket = [&] { return std::string(dialog.table()->getItemText(2, 1).text()); };
     before = firstMarket();
     FXHeader& header = *dialog.table()->getColumnHeader();
-    for (int click = 0; click < 2; ++click) // by market, then the other way round
+    for (int click = 0; click < 2; ++click) // By market, then in reverse.
       header.getTarget()->handle(&header, FXSEL(SEL_COMMAND, header.getSelector()),
                                  reinterpret_cast<void*>(FXival(1)));
     after = firstMarket();

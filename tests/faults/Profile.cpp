@@ -15,7 +15,7 @@ namespace Tallymoor {
 
 namespace {
 
-/// Starts the installer of updates as the program does, but waits for its end.
+/// Starts the update installer like the program, but waits for its end.
 class WaitingPlatform : public LinuxPlatform {
 public:
   using LinuxPlatform::LinuxPlatform;

@@ -10,22 +10,22 @@ class FXRegistry;
 
 namespace Tallymoor {
 
-/// The user and the installed copy that live in a folder of the driver's: home and data folder, a fixed
-/// today, settings in a file, and "program" as the current folder. What the program tells the user is noted.
+/// The user and the installed copy in a folder of the driver: home and data folder, a fixed current day,
+/// settings in a file, and "program" as the current folder. Messages to the user are recorded.
 class Profile {
 public:
-  /// The settings are read, as by a start of the program.
+  /// Reads the settings, like a start of the program.
   explicit Profile(const std::string& folder);
   ~Profile();
   Profile(const Profile&) = delete;
   Profile& operator=(const Profile&) = delete;
 
   const std::string& folder() const { return m_folder; }
-  /// The errors that were told, each in one line.
+  /// The errors shown to the user, one line each.
   std::vector<std::string> errorsTold() const;
 
   static void write(const std::string& path, const std::string& content, unsigned mode = 0644);
-  /// Empty when there is no such file.
+  /// Empty if the file is missing.
   static std::string read(const std::string& path);
 
 private:

@@ -19,7 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int ENTRIES = 300; ///< enough for more than one write of a document
+constexpr int ENTRIES = 300; ///< Enough for several write calls per document.
 const std::string ASSETS = TALLYMOOR_ASSETS;
 
 // ---- Records, backup, capital record ----
@@ -32,7 +32,7 @@ void addCash(PortfolioStore& store, const std::string& word) {
   portfolio.capitalRecord().update(portfolio);
 }
 
-/// The records of the profile, with a portfolio in them where there was none, and with more cash.
+/// The profile's records with more cash. Adds a portfolio if there is none.
 std::shared_ptr<PortfolioStore> changedRecords(const std::string& word) {
   auto store = std::make_shared<PortfolioStore>(UserInteraction::Instance());
   store->load();
@@ -53,7 +53,7 @@ Save records() {
           [](const UpdateServiceAddress&) { return [store = changedRecords("new")] { store->save(); }; }};
 }
 
-/// The same where the user has given the records a second name.
+/// The same for records with a second hard link.
 Save linkedRecords() {
   return {[](bool overwrite) {
             changedRecords("older")->save();
@@ -67,7 +67,7 @@ Save linkedRecords() {
 }
 
 Save exported() {
-  const String file = u"../elsewhere/Exported.xml"; // of the current folder, which is that of the program
+  const String file = u"../elsewhere/Exported.xml"; // Relative to the current folder, which is the program's.
   return {[file](bool overwrite) {
             fs::create_directory("../elsewhere");
             const auto store = changedRecords("old");
@@ -140,7 +140,7 @@ Save settings() {
           }};
 }
 
-/// What the first start copies, or a later one of what has been removed.
+/// Copies the default documents, as the first start does, or restores removed ones.
 Save defaults() {
   return {[](bool overwrite) {
             Platform& platform = Platform::Instance();
@@ -157,7 +157,7 @@ Save defaults() {
 
 // ---- Updates ----
 
-/// A program file of this version, as the program sees it.
+/// A program file of this version.
 std::string image(const std::string& version, const std::string& command = "exit 0") {
   return "#!/bin/sh\n# image @(#)Brindlecove file version " + version + ".0\n" + command + "\n";
 }
@@ -205,7 +205,7 @@ Save programFiles() {
             installProgram();
             fs::create_directory("updates");
             fs::permissions("updates", fs::perms(0700));
-            if (overwrite) // a set that was published, and then the program was killed
+            if (overwrite) // A published set of files; the program was then killed.
               Profile::write("updates/complete/Tallymoor.exe", image("1.9.0"), 0755);
           },
           [](const UpdateServiceAddress& address) {
@@ -217,12 +217,12 @@ Save programFiles() {
           }};
 }
 
-/// The installer is a program of its own, so the driver runs it.
+/// The installer is a separate program, so the driver runs it.
 Save installation() {
   return {[](bool overwrite) {
             installProgram();
             if (!overwrite)
-              fs::remove("FxEx-1.0.0.dll"); // a library that this copy does not have yet
+              fs::remove("FxEx-1.0.0.dll"); // A library that this copy does not have yet.
             for (const auto& [name, content] : offeredProgramFiles())
               Profile::write("updates/" + name, content);
             Profile::write("updates/FxEx-1.0.0.dll", "new library");

@@ -1,9 +1,8 @@
-// What "inject-faults" runs: one save in a profile of its own, so that a fault may hit it, and the next start
-// of the program afterwards.
+// The program under test of "inject-faults": makes a save in a separate profile, and the next start after it.
 //   fault_target prepare KIND first|overwrite FOLDER
-//   fault_target save KIND FOLDER QUERYBASE KEY   prints what the user was told, after "told: "
-//   fault_target start                            reads folders, one a line; prints a line for each
-//   fault_target serve                            is the update service; prints its address and key
+//   fault_target save KIND FOLDER QUERYBASE KEY   prints the messages to the user after "told: "
+//   fault_target start                            reads folders, one per line; prints a line for each
+//   fault_target serve                            runs the update service; prints its address and key
 #include "Profile.h"
 #include "Saves.h"
 #include "foundation/Constants.h"
@@ -24,9 +23,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int MOST_STARTS = 4; ///< the installer's failure lets one start pass
+constexpr int MOST_STARTS = 4; ///< After a failed installation, one start skips the installer.
 
-/// The driver sees these names in the trace.
+/// Marks a place in the trace for the driver.
 void mark(const char* name) {
   (void)::access(name, F_OK);
 }
@@ -54,16 +53,16 @@ int save(const std::string& kind, const std::string& folder, const UpdateService
   for (const std::string& error : told)
     std::cout << "told: " << error << '\n';
   std::cout << "came to its end" << std::endl;
-  ::_exit(0); // what follows is no part of the save
+  ::_exit(0); // What follows is not part of the save.
 }
 
-/// The part of a start that deals with updates, until none wait.
+/// Repeats the update part of a start until no updates wait.
 void startUntilUpdatesAreIn() {
   for (int start = 0; start < MOST_STARTS; ++start) {
     finishInterruptedUpdates();
     if (handOverToUpdateInstaller(Platform::Instance()) == UpdateHandover::StartProgram && !updatesPending())
       return;
-    fs::remove(INSTALLER_FAILURE); // the start has told of it
+    fs::remove(INSTALLER_FAILURE); // The start has shown it.
   }
   throw Exception(u"updates wait for ever");
 }
@@ -114,7 +113,7 @@ int serve() {
   }
   service.offerProgramFiles(files);
   std::cout << service.settings().queryBase.toUTF8() << '\n' << service.settings().publicKey << std::endl;
-  std::cin.get(); // until the driver ends
+  std::cin.get(); // Until the driver ends.
   return 0;
 }
 

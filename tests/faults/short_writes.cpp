@@ -1,6 +1,6 @@
-// Preloaded into a process, lets one write take only half of its bytes, as the system may at any time. Only
-// writes to files below SHORT_FOLDER count; SHORT_AT tells which, from 1. With SHORT_THEN_KILL set the
-// process is killed right after it. At 0 all are whole. Each one that counts is told on the standard error.
+// A preloaded library that makes one write call accept only half of its bytes. Counts only writes to files
+// below SHORT_FOLDER. SHORT_AT selects the call, from 1; 0 selects none. With SHORT_THEN_KILL set, the
+// process is killed right after it. Each counted call is reported on standard error.
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
@@ -22,7 +22,7 @@ bool countsFor(int file) {
   return folder && length > 0 && std::string(path, std::size_t(length)).rfind(folder, 0) == 0;
 }
 
-/// How many of the bytes the write may take.
+/// Number of bytes that the write may accept.
 size_t allowed(int file, size_t count) {
   if (count < 2 || !countsFor(file))
     return count;

@@ -4,11 +4,11 @@
 
 namespace Tallymoor {
 
-/// The update and advert services, in a process of their own so that their memory is not the reader's. What
-/// is asked for stands in the address: "/KIND/PATH/OF/DOCUMENT?QUERY", where the kind is
-/// - "list": the document is the list of updates;
-/// - "delivered-N": the document is the Nth of the program's documents, and the list has it in version 9;
-/// - "advert": the document describes an advert, whose picture is a good one.
+/// The update and advert services, in a separate process so that their memory does not count as the reader's.
+/// The address selects the answer: "/KIND/PATH/OF/DOCUMENT?QUERY". KIND is
+/// - "list": the document is the update list;
+/// - "delivered-N": the document is number N of the program's documents, listed in version 9;
+/// - "advert": the document describes an advert with a valid picture.
 class DocumentServer {
 public:
   DocumentServer();
@@ -23,10 +23,10 @@ private:
 
   pid_t m_process = -1;
   int m_port = 0;
-  int m_living = -1; ///< the server ends when this is closed
+  int m_living = -1; ///< Closing it ends the server.
 };
 
-/// The documents that an update can deliver, in the order of their numbers.
+/// The documents that an update can deliver, by number.
 extern const char* const DELIVERED_DOCUMENTS[5];
 
 } // namespace Tallymoor

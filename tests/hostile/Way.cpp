@@ -31,7 +31,7 @@ String text(const std::string& utf8) {
   return String::fromUTF8(utf8);
 }
 
-/// What the work fails with as users see it; a document that was read fails with nothing.
+/// The failure text shown to users. Empty if the document was read.
 template <class Work>
 Outcome outcomeOf(const Work& work) {
   try {
@@ -49,7 +49,7 @@ std::string contentOf(const std::string& path) {
   return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
-/// A user with all of the program's documents, and records with one portfolio of 3 days.
+/// A user with all of the program's documents, and records of one portfolio with 3 days.
 class WayOfProfile : public Way {
 public:
   explicit WayOfProfile(const std::string& soundFolder) : m_sound(soundFolder) {
@@ -81,14 +81,14 @@ protected:
   TestProfile& profile() { return m_profile; }
   FakeUserInteraction& user() { return m_user; }
 
-  /// In place of what stands there. A link: some documents are large.
+  /// Replaces a file. Uses a link, because some documents are large.
   static void replace(const String& path, const std::string& document) {
     std::filesystem::remove(path.toUTF8());
     std::filesystem::create_symlink(document, path.toUTF8());
   }
 
 private:
-  /// The sound document, in version 1 where that of the folder bears version 9.
+  /// Writes the valid document, in version 1 where the folder's document has version 9.
   void write(const String& path, const std::string& kind) const {
     std::string content = contentOf(m_sound + "/" + kind + ".xml");
     const std::size_t at = content.find("version=\"9\"");
@@ -98,7 +98,7 @@ private:
   }
 
   const std::string m_sound;
-  std::map<String, std::string> m_files; ///< path: which sound document
+  std::map<String, std::string> m_files; ///< Path to the kind of valid document.
   TestProfile m_profile;
   FakeUserInteraction m_user;
   GatewayScope m_gateway;
@@ -110,7 +110,7 @@ std::string encodedRecords(PortfolioStore& store) {
   return stream.str();
 }
 
-/// The user's records at the start of the program.
+/// The user's records at the start.
 class RecordsWay : public WayOfProfile {
 public:
   using WayOfProfile::WayOfProfile;
@@ -122,7 +122,8 @@ public:
     m_store.load();
     if (user().calls().empty())
       return Outcome{true};
-    // A failure is told as one. What is only a warning, of single dates, comes with records that were read.
+    // Refused records give an error as the last message. Warnings of single dates belong to records that were
+    // read.
     const FakeUserInteraction::Call told = user().calls().back();
     return Outcome{told.kind == FakeUserInteraction::Kind::Warning, told.text.toUTF8()};
   }
@@ -132,7 +133,7 @@ private:
   PortfolioStore m_store{user()};
 };
 
-/// A file that the user imports into his records.
+/// A file imported by the user.
 class ImportWay : public WayOfProfile {
 public:
   using WayOfProfile::WayOfProfile;
@@ -148,7 +149,7 @@ private:
   std::string m_document;
 };
 
-/// The cached prices of a code, while those of another are in use.
+/// Cached prices of a code, while those of another code are in use.
 class PricesWay : public WayOfProfile {
 public:
   using WayOfProfile::WayOfProfile;
@@ -157,7 +158,7 @@ public:
     m_cache->share(u"ABC.AX");
   }
   void place(const std::string& document) override {
-    m_code = u"BAD" + String::fromLong(++m_placed); // a code's file is read only once
+    m_code = u"BAD" + String::fromLong(++m_placed); // A code's file is read only once.
     replace(profile().cacheFolder() + PRICE_CACHE_NAME + u"." + m_code + u".xml", document);
   }
   Outcome read() override {
@@ -176,8 +177,8 @@ private:
   int m_placed = 0;
 };
 
-/// The capital record of a portfolio. What can't be used is silently worked out again, so its days tell
-/// whether it was read.
+/// The capital record of a portfolio. An unusable record is silently recomputed, so its days show whether it
+/// was read.
 class CapitalWay : public WayOfProfile {
 public:
   using WayOfProfile::WayOfProfile;
@@ -194,7 +195,7 @@ private:
   std::optional<SharePortfolioCapitalRecordUser> m_record;
 };
 
-/// One of the three locator documents, taken into the living gateway.
+/// One of the three locator documents, loaded into the running gateway.
 class LocatorsWay : public WayOfProfile {
 public:
   LocatorsWay(const std::string& soundFolder, std::size_t document)
@@ -211,7 +212,7 @@ private:
   std::size_t m_number;
 };
 
-/// The country document. One that can't be used counts as one without countries.
+/// The country document. An unusable one counts as empty.
 class CountryWay : public WayOfProfile {
 public:
   using WayOfProfile::WayOfProfile;
@@ -226,7 +227,7 @@ public:
   }
 };
 
-/// What the update service replies: its list, or one of the five documents.
+/// A reply of the update service: its list, or one of the five documents.
 class UpdateWay : public WayOfProfile {
 public:
   UpdateWay(const std::string& soundFolder, int port, const std::string& kind)
@@ -251,7 +252,7 @@ private:
   std::optional<Updates> m_updates;
 };
 
-/// What the advert service replies.
+/// A reply of the advert service.
 class AdvertWay : public WayOfProfile {
 public:
   AdvertWay(const std::string& soundFolder, int port)
@@ -259,7 +260,7 @@ public:
   void start() override { TallymoorInternet::Instance(); }
   void place(const std::string& document) override { m_settings.base = text(m_base + document); }
   Outcome read() override {
-    m_settings.wanted = false; // the thread itself stays at rest
+    m_settings.wanted = false; // The thread itself makes no pass.
     AdvertThread thread(m_settings, m_pending);
     return outcomeOf([&] {
       thread.runPass();

@@ -4,33 +4,33 @@
 
 namespace Tallymoor {
 
-/// What became of a document.
+/// The result for a document.
 struct Outcome {
   bool read = false;
-  std::string message = {}; ///< why it was refused
+  std::string message = {}; ///< Reason of a refusal.
 };
 
-/// A way by which a document comes into the program, walked with the program's own classes. Each stands on a
-/// profile with sound documents and records. A document may be placed and read after another one.
+/// A way by which documents enter the program, implemented with the program's own classes. Each has a profile
+/// with valid documents and records. Documents may be placed and read repeatedly.
 class Way {
 public:
   virtual ~Way() = default;
-  /// Takes away what an earlier process has placed and read.
+  /// Removes what an earlier process has placed and read.
   virtual void restore() = 0;
-  /// What the program has begun before the document comes. Threads begin here and not in the constructor, so
-  /// that a process can be split before.
+  /// Starts what the program has running before the document arrives. Threads start here and not in the
+  /// constructor, so that the process can fork before.
   virtual void start() {}
-  /// Puts the document where the program will find it.
+  /// Puts the document where the program reads it.
   virtual void place(const std::string& document) = 0;
   virtual Outcome read() = 0;
-  /// What the program holds in memory and a refused document must not change.
+  /// State in memory that a refused document must not change.
   virtual std::string state() { return {}; }
   /// The profile's folder.
   virtual std::string folder() const = 0;
 };
 
-/// By its name; throws std::out_of_range for another one. The folder holds the sound documents; the server is
-/// that of DocumentServer.
+/// Throws std::out_of_range for an unknown name. The folder contains the valid documents. The server is a
+/// DocumentServer.
 std::unique_ptr<Way> makeWay(const std::string& name, const std::string& soundFolder, int serverPort);
 
 } // namespace Tallymoor

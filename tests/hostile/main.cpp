@@ -1,16 +1,14 @@
-// hostile_reader: has the program read documents by a way of its choice, and tells what became of them.
-//
+// hostile_reader: reads documents by a chosen way into the program and prints the results.
 //   hostile_reader SOUND pairs        reads lines "WAY DOCUMENT" from the standard input
 //   hostile_reader SOUND cuts WAY DOCUMENT
 //
-// SOUND is the folder of the sound documents. Each pair has a process of its own and gives a line of fields
-// with tabs between them: way, document, "read" or "refused" or "crashed", milliseconds of processor time,
-// kilobytes by which the most memory in use exceeded that of before, what of the program's data changed, and
-// the message. Between the calls access("/hostile/begin") and access("/hostile/end") a trace of system calls
-// shows what the reading alone did.
+// SOUND is the folder of the valid documents. "pairs" uses a process per document and prints a line of fields
+// separated by tabs: way, document, "read", "refused" or "crashed", processor time in milliseconds, growth of
+// the peak memory in kilobytes, changes of the program's data, and the message. The calls
+// access("/hostile/begin") and access("/hostile/end") mark the reading in a trace of system calls.
 //
-// "cuts" reads all beginnings of a document, or every eleventh of them in the short form, in one process and
-// gives a line: way, beginnings, how many were refused, how many changed any data.
+// "cuts" reads every prefix of a document (every eleventh in the short form) in one process and prints a
+// line: way, number of prefixes, how many were refused, how many changed any data.
 #include "DocumentServer.h"
 #include "Way.h"
 #include "support/WholeCounts.h"
@@ -32,7 +30,7 @@
 namespace Tallymoor {
 namespace {
 
-constexpr std::size_t STEP_OF_SHORT_FORM = 11; ///< bytes between two cuts
+constexpr std::size_t STEP_OF_SHORT_FORM = 11; ///< Bytes between two cuts.
 
 double processorMilliseconds() {
   rusage usage{};
@@ -43,7 +41,7 @@ double processorMilliseconds() {
   return milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime);
 }
 
-/// A field of the process's status, in kilobytes.
+/// A field of /proc/self/status, in kilobytes.
 long statusField(const std::string& name) {
   std::ifstream status("/proc/self/status");
   for (std::string line; std::getline(status, line);)
@@ -52,7 +50,7 @@ long statusField(const std::string& name) {
   throw std::runtime_error("the process has no " + name);
 }
 
-/// From now on the peak is that of now. Returns the memory in use.
+/// Resets the peak to the current memory use, which is returned.
 long resetMemoryPeak() {
   ::malloc_trim(0);
   std::ofstream("/proc/self/clear_refs") << "5";
@@ -66,7 +64,7 @@ std::string contentOf(const std::filesystem::path& path) {
 
 using Contents = std::map<std::string, std::size_t>;
 
-/// A hash of each of the profile's files.
+/// A hash per file of the profile.
 Contents contentsOf(const std::string& folder) {
   Contents contents;
   for (const auto& entry : std::filesystem::recursive_directory_iterator(folder))
@@ -75,8 +73,7 @@ Contents contentsOf(const std::string& folder) {
   return contents;
 }
 
-/// Empty when nothing was lost: every file is there and the same. What was read may add files, what was
-/// refused not.
+/// Empty if no file was lost or changed. Only a document that was read may add files.
 std::string changeIn(const Contents& before, const Contents& after, bool mayAdd) {
   for (const auto& [path, hash] : before) {
     const auto found = after.find(path);
@@ -86,7 +83,7 @@ std::string changeIn(const Contents& before, const Contents& after, bool mayAdd)
   return after.size() == before.size() || mayAdd ? "" : "a new file";
 }
 
-/// What the whole of the program's data looks like.
+/// A summary of all of the program's data.
 struct Data {
   explicit Data(Way& way) : files(contentsOf(way.folder())), state(way.state()) {}
   std::string changedUntil(const Data& after, const Outcome& outcome) const {
@@ -128,7 +125,7 @@ int readPairs(const std::string& sound) {
   std::unique_ptr<Way> way;
   for (std::string name, document; std::cin >> name >> document;) {
     if (name != wayName) {
-      way.reset(); // there can be one profile at a time
+      way.reset(); // Only one profile may exist.
       way = makeWay(name, sound, server.port());
       wayName = name;
     }
@@ -182,7 +179,7 @@ int readCuts(const std::string& sound, const std::string& name, const std::strin
 } // namespace Tallymoor
 
 int main(int argc, char** argv) {
-  ::testing::InitGoogleTest(&argc, argv); // the scripted user reports what he does not expect
+  ::testing::InitGoogleTest(&argc, argv); // The scripted user reports unexpected calls through GoogleTest.
   if (argc == 3 && std::strcmp(argv[2], "pairs") == 0)
     return Tallymoor::readPairs(argv[1]);
   if (argc == 5 && std::strcmp(argv[2], "cuts") == 0)

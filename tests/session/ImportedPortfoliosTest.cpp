@@ -47,8 +47,7 @@ TEST_F(ImportedPortfoliosTest, FileThatDoesNotExistIsRefused) {
 TEST_F(ImportedPortfoliosTest, FileThatIsFarTooLongIsNotRead) {
   const std::string path = profile.folder() + "/long.xml";
   std::ofstream(path) << "<Portfolios>";
-  std::filesystem::resize_file(path,
-                               ImportedPortfolios::LARGEST_FILE + 1); // A sparse file on most file systems.
+  std::filesystem::resize_file(path, ImportedPortfolios::LARGEST_FILE + 1); // A sparse file.
   EXPECT_EQ(u"The file is longer than 64 MB, far more than any portfolios take.",
             messageOf([&] { ImportedPortfolios{String(path.c_str())}; }));
 }

@@ -12,7 +12,7 @@ namespace {
 
 using ::testing::HasSubstr;
 
-/// The beginnings of the names of the libraries that this program was linked with, as the loader knows them.
+/// File name prefixes of the libraries that this program is linked with.
 std::vector<std::string> neededLibraries() {
   const char* texts = nullptr;
   for (const ElfW(Dyn)* entry = _DYNAMIC; entry->d_tag != DT_NULL; ++entry)
@@ -25,8 +25,8 @@ std::vector<std::string> neededLibraries() {
   return names;
 }
 
-/// The name in the dialog for each library, by the beginning of its file's name. Empty: our own, what every
-/// C++ program has, or what belongs to the tests alone.
+/// The dialog's name for each library, by file name prefix. Empty for our own libraries, the standard C++
+/// ones and those of the tests.
 const std::pair<std::string, std::string> NAMES[] = {{"libFOX-", "FOX Toolkit"},
                                                      {"libxerces-c", "Xerces-C++"},
                                                      {"libxml2.", "libxml2"},

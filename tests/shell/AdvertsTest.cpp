@@ -57,7 +57,7 @@ TEST(AdvertPictureTest, OtherFilesAreNot) {
 
 // ---- The strip in the window ----
 
-/// The real window with an advert service on loopback, whose adverts are fetched by passes of the test's own.
+/// The real window with an advert service on the loopback interface. The test makes the fetch passes itself.
 class AdvertsTest : public ShellTest {
 protected:
   AdvertsTest() : m_platform(RecordingPlatform::install(profile(), {})) {}
@@ -87,7 +87,7 @@ protected:
   String failureOfPass() {
     return messageOf([this] { pass(); });
   }
-  /// A pass, and the update message that shows what it brought.
+  /// Makes a pass and handles the resulting update message.
   void fetchAndShow(const std::string& url) {
     m_url = url;
     pass();
@@ -160,7 +160,7 @@ TEST_F(AdvertsTest, GoingOfflineAbortsAFetch) {
   thread.stop();
   {
     const BigMutexRelease release;
-    thread.join(); // only when the fetch has ended
+    thread.join(); // Only after the fetch has ended.
   }
   EXPECT_TRUE(strip().pending().image.empty());
   m_server.release();
@@ -223,7 +223,7 @@ TEST_F(AdvertsTest, NameOfAPictureMustBePlain) {
   EXPECT_EQ(1u, numRequests());
 }
 
-// Whatever passes for a sound file, the toolkit must be able to decode it or to refuse it.
+// The toolkit must decode or reject every file that passes the check.
 TEST_F(AdvertsTest, DamagedPicturesNeverDisturbTheWindow) {
   std::mt19937 random(20260303);
   const Bytes whole = sampleGif("deposits.gif");
@@ -245,7 +245,7 @@ TEST_F(AdvertsTest, DamagedPicturesNeverDisturbTheWindow) {
 }
 
 TEST_F(AdvertsTest, LargePictureIsScaledToTheStrip) {
-  // One black pixel, claimed to be 1200 by 600: the toolkit fills up what the data do not tell.
+  // One black pixel in a picture of 1200 by 600: the toolkit fills in missing data.
   Bytes large = {'G', 'I',  'F', '8', '9', 'a', 0xB0, 0x04, 0x58, 0x02, 0x80, 0, 0, 0,    0,    0, 255, 255,
                  255, 0x2C, 0,   0,   0,   0,   0xB0, 0x04, 0x58, 0x02, 0,    2, 2, 0x44, 0x01, 0, 0x3B};
   ASSERT_TRUE(isSoundGif(large));

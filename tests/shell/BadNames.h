@@ -9,8 +9,9 @@
 
 namespace Tallymoor {
 
-/// Names that lead out of a folder, mean something to a shell, the settings' file or the file system, hold
-/// what no file or document can hold, are too long, or meet when they are escaped, cleaned or cut.
+/// Names that leave a folder, have a meaning to a shell, the settings file or the file system, contain
+/// characters not allowed in files or documents, are too long, or become equal when escaped, cleaned or
+/// shortened.
 inline std::vector<String> badNames() {
   const auto repeated = [](const char16_t* text, int times) {
     String name;
@@ -115,7 +116,7 @@ inline std::vector<String> badNames() {
   return names;
 }
 
-/// What may stand in an XML document.
+/// True if an XML document can contain the name.
 inline bool xmlHolds(const String& name) {
   for (std::size_t i = 0; i < name.size(); ++i) {
     const char16_t unit = name[i];
@@ -139,8 +140,8 @@ inline std::string asXmlText(const String& name) {
   return text;
 }
 
-/// All that lies below a folder, with its content, but for what lies right in one of its folders. Links are
-/// not followed.
+/// All files below a folder with their content, except the files in the folder of the path `but`. Does not
+/// follow links.
 inline std::map<std::string, std::string> filesBelow(const std::string& folder, const std::string& but) {
   std::map<std::string, std::string> files;
   for (const auto& item : std::filesystem::recursive_directory_iterator(folder)) {

@@ -34,7 +34,7 @@ protected:
         "<CountryOptions version=\"2\"><CountryOption Name=\"Australia\" FinYearStart=\"1/7/2000\"/>"
         "</CountryOptions>");
   }
-  /// That the window shows a warning.
+  /// True if the window shows this warning.
   std::function<bool()> shown(const std::string& text) {
     return [this, text] {
       for (const String& warning : tallymoor().warnings()->shownTexts())
@@ -72,7 +72,7 @@ TEST_F(CheckUpdatesTest, AsksWhetherToDownload) {
   EXPECT_EQ(1u, boxes().size());
 }
 
-/// What stands below the result for a copy whose files the check leaves alone.
+/// Appended to the result if the check can't update the program files.
 const std::string ONLY_DOCUMENTS = "\n\nTallymoor can't update its own program files, only its documents.\n";
 const std::string QUESTION = "Updates are available. Download now in the background?";
 
@@ -119,7 +119,7 @@ TEST_F(CheckUpdatesTest, FailureIsReported) {
   command(TallymoorWindow::ID_CHECK_UPDATES);
 }
 
-/// A copy whose thread makes its passes at once.
+/// A copy whose update thread makes its passes at once.
 class UpdatesInTheWindowTest : public CheckUpdatesTest {
 protected:
   UpdatesInTheWindowTest() {
@@ -158,7 +158,7 @@ TEST_F(UpdatesInTheWindowTest, GoingOfflineAbortsTheDownloadAndGoingOnlineTakesI
   service().server().release();
 }
 
-/// A copy that root, or somebody else, installed for others.
+/// A copy installed by root or another user.
 class UpdatesOfAForeignFolderTest : public UpdatesInTheWindowTest {
 protected:
   UpdatesOfAForeignFolderTest() {
@@ -169,7 +169,7 @@ protected:
     service().offerProgramFiles({{"Tallymoor.exe", "9.0.0"}});
   }
   ~UpdatesOfAForeignFolderTest() override {
-    std::filesystem::permissions(".", std::filesystem::perms(0755)); // so that it can be removed
+    std::filesystem::permissions(".", std::filesystem::perms(0755)); // So that it can be removed.
   }
 };
 

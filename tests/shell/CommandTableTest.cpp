@@ -8,10 +8,10 @@
 namespace Tallymoor {
 namespace {
 
-/// The commands of the real window, which starts without any portfolio.
+/// The commands of the real window, which starts without portfolios.
 class CommandTableTest : public ShellTest {
 protected:
-  /// The buttons with that command, and the menu entries.
+  /// The buttons and menu entries of a command.
   std::vector<FXWindow*> widgetsOf(FXuint id) {
     std::vector<FXWindow*> found;
     for (FXMenuTitle* title : findAll<FXMenuTitle>(tallymoor()))
@@ -23,7 +23,7 @@ protected:
         found.push_back(button);
     return found;
   }
-  /// As the toolkit does after every event.
+  /// The toolkit does this after every event.
   void update() {
     for (FXWindow* widget : everything())
       widget->handle(&app(), FXSEL(SEL_UPDATE, 0), nullptr);
@@ -37,7 +37,7 @@ protected:
         EXPECT_EQ(usable, bool(widget->isEnabled())) << id;
     }
   }
-  /// Those that are not of the background, as the display has them.
+  /// Number of pixels on the display that differ from the background.
   FXint paintedPixels(FXButton& button) {
     button.update();
     app().repaint();
@@ -111,13 +111,13 @@ TEST_F(CommandTableTest, AGreyedButtonShowsItsWholePicture) {
   EXPECT_FALSE(button->isEnabled());
 }
 
-// The toolkit asks again after every event, also for the entries of menus that are closed.
+// The toolkit updates commands after every event, including entries of closed menus.
 TEST_F(CommandTableTest, AKeyWorksAsSoonAsItsCommandCanBeUsed) {
   RealKeys keys(app());
   tallymoor().setFocus();
   runUntil([this] { return tallymoor().hasFocus(); });
   runUntil([this] { return !menuEntry("Buy Shares...")->isEnabled(); });
-  keys.press(tallymoor(), KEY_b, CONTROLMASK); // would be a dialog that nobody answers
+  keys.press(tallymoor(), KEY_b, CONTROLMASK); // Would open a dialog that nobody answers.
   makePortfolio();
   runUntil([this] { return bool(menuEntry("Buy Shares...")->isEnabled()); });
   bool opened = false;
@@ -133,7 +133,7 @@ TEST_F(CommandTableTest, ForwardIsUsableFromAPastDayOnly) {
   tallymoor().setViewDate(Date(2026, 2, 20));
   const std::vector<FXuint> forward = {TallymoorWindow::ID_FORWARD, TallymoorWindow::ID_FFORWARD};
   expectUsable(forward, true);
-  Date::clearFixedDate(); // as far as the buttons can know
+  Date::clearFixedDate(); // As far as the buttons know.
   expectUsable(forward, false);
   tallymoor().resetViewDate();
 }
@@ -145,7 +145,7 @@ TEST_F(CommandTableTest, AnUnknownCommandIsRefused) {
   EXPECT_EQ(u"CommandTable::at - no command has the number 8", messageOf([&] { table.at(8); }));
 }
 
-/// The start found no sound locator document, so there is no tree.
+/// The start found no valid locator document, so there is no tree.
 class CommandsAfterAFailedStartTest : public CommandTableTest {
 protected:
   CommandsAfterAFailedStartTest() {

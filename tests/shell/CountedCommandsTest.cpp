@@ -9,7 +9,7 @@
 namespace Tallymoor {
 namespace {
 
-/// Takes the place of a command's own target, so that each can be reached without its work being done.
+/// Replaces a command's target, so that commands can be triggered without being executed.
 class Reached : public FXObject {
 public:
   long handle(FXObject*, FXSelector selector, void*) override {
@@ -21,7 +21,7 @@ public:
   int times = 0;
 };
 
-/// The letter that the keyboard has for a widget; 0 where it has none.
+/// The widget's mnemonic; 0 if it has none.
 struct LabelKey : FXLabel {
   static FXHotKey of(const FXLabel& label) { return label.*(&LabelKey::hotkey); }
 };
@@ -35,12 +35,12 @@ FXHotKey keyOf(FXWindow& widget) {
     return CaptionKey::of(*caption);
   return 0;
 }
-/// What to press for it in a menu that is open.
+/// The key to press in an open menu.
 FXuint letterOf(FXHotKey key) {
   return key & 0xffff;
 }
 
-/// Every command of the program, found in its real menus, bars, pages and popups, and used with keys alone.
+/// Every command in the program's menus, bars, pages and popups, used by keyboard only.
 class CountedCommandsTest : public WindowTour {
 protected:
   CountedCommandsTest() : m_keys(app()) {}
@@ -49,7 +49,7 @@ protected:
   void press(FXuint code, FXuint state = 0, int times = 1) { m_keys.press(tallymoor(), code, state, times); }
   using WindowTour::press;
 
-  /// A command, and whether its keys led to it. One that is met again is counted once.
+  /// Counts a command and whether its keys triggered it. A repeated command is counted once.
   void count(const std::string& what, bool reached) {
     m_counted.insert(what);
     if (reached)
@@ -88,7 +88,7 @@ protected:
       useLetter(title, pane, entry, name, reached);
     entry.setTarget(target);
   }
-  /// A letter that two entries of a menu have is the later one's; the arrows lead to both.
+  /// If two entries of a menu have the same letter, it triggers the later one; the arrow keys reach both.
   void useLetter(FXMenuTitle& title, FXMenuPane& pane, FXMenuCommand& entry, const std::string& name,
                  Reached& reached) {
     if (entriesWith(pane, keyOf(entry)).back() != &entry)
@@ -109,7 +109,7 @@ protected:
 
   // ---- Popups ----
 
-  /// Uses all entries of the popup that these keys open, which is opened once for each.
+  /// Uses all entries of a popup. `open` opens it once for each.
   void usePopup(const std::string& name, const std::function<void()>& open) {
     for (std::size_t place = 0, entries = 1; place < entries; ++place) {
       entries = 0;
@@ -137,7 +137,7 @@ protected:
 
   // ---- Trees and tables ----
 
-  /// Walks to the node from the top of its tree, as the arrows go.
+  /// Walks to the node from the top of its tree with the arrow keys.
   bool walkTo(FXint tab, InvestmentTreeItem& wanted) {
     tree(tab).setFocus();
     press(KEY_Home);
@@ -156,7 +156,7 @@ protected:
     for (Table* table : findAll<Table>(*item.page()))
       useTable("table of " + name, *table);
   }
-  /// Nothing is to be done with what was sold as a whole, nor with the watchlist of a portfolio.
+  /// Completely sold shares and the watchlist of a portfolio have no popup.
   static bool hasPopup(InvestmentTreeItem& item) {
     const std::string name = item.label().toUTF8();
     return name != "Shares Sold" && name != "for Trading";
@@ -218,7 +218,7 @@ protected:
     count("usual order of " + name, sorted && table.sortColumn() == -1);
     press(KEY_Down);
   }
-  /// Cash keeps the order of its days, as each line's balance follows from the one before.
+  /// Cash rows keep their order, because each balance follows from the previous one.
   static bool sortable(const Table& table) { return !dynamic_cast<const CashReserveTable*>(&table); }
   void useEditableCells(const std::string& name, Table& table) {
     for (FXint column = 0; table.getNumRows() > 0 && column < table.getNumColumns(); ++column) {
@@ -261,7 +261,7 @@ protected:
       return widget.getClassName();
     return std::string(label->getText().text()) + " " + label->getTipText().text();
   }
-  /// All buttons, fields, tabs and charts in sight: the tab key comes to each, and the space bar presses it.
+  /// Checks all visible buttons, fields, tabs and charts: Tab reaches each, and the space bar presses it.
   void useStops(FXint tab, const std::string& page) {
     std::vector<FXWindow*> wanted{tallymoor().viewDateRow()->field()};
     for (FXWindow* widget : findAll<FXWindow>(tallymoor()))
@@ -269,14 +269,14 @@ protected:
         wanted.push_back(widget);
     tree(tab).setFocus();
     const std::vector<FXWindow*> stops = tabStops(keys(), tallymoor(), tallymoor());
-    showTab(tab); // the walk has come to the other tab, which opened
+    showTab(tab); // The walk has reached the other tab, which opened.
     for (FXWindow* widget : wanted) {
       const bool reached = std::find(stops.begin(), stops.end(), widget) != stops.end();
       auto* button = dynamic_cast<FXButton*>(widget);
       count(placeOf(page, *widget), reached && (!button || spacePresses(*button)));
     }
   }
-  /// What stands around the pages is counted once.
+  /// Widgets around the pages are counted once.
   std::string placeOf(const std::string& page, FXWindow& widget) {
     const bool onPage = tallymoor().tabBook()->containsChild(&widget);
     return (onPage ? page : "the main window") + ": " + nameOf(widget);
@@ -284,7 +284,7 @@ protected:
   bool spacePresses(FXButton& button) {
     Reached reached;
     const FXuint state = button.getState();
-    button.setState(STATE_UP); // one that is chosen already has nothing to do
+    button.setState(STATE_UP); // A selected button does nothing.
     FXObject* const target = button.getTarget();
     button.setTarget(&reached);
     button.setFocus();
@@ -315,8 +315,8 @@ protected:
            dynamic_cast<FXTable*>(&widget) || dynamic_cast<FXTabItem*>(&widget) ||
            dynamic_cast<FXList*>(&widget) || dynamic_cast<FXCalendar*>(&widget);
   }
-  /// The days and headings of a calendar are walked by its own keys; a table's corner and the small parts of
-  /// a combo box belong to these.
+  /// A calendar handles keys for its days and headings. A table's corner and the parts of a combo box belong
+  /// to their parents.
   static bool isPartOfOther(FXWindow& widget) {
     for (FXWindow* outer = widget.getParent(); outer; outer = outer->getParent())
       if (dynamic_cast<FXCalendar*>(outer) || dynamic_cast<FXTable*>(outer) ||
@@ -339,7 +339,7 @@ protected:
       return;
     dialog.setFocus();
     letEventsPass();
-    std::vector<FXWindow*> wanted; // now: the walk opens the pages of a dialog, one after the other
+    std::vector<FXWindow*> wanted; // Collected now, because the walk opens other pages of the dialog.
     for (FXWindow* widget : findAll<FXWindow>(dialog))
       if (widget != &dialog && takesInput(*widget) && !isPartOfOther(*widget))
         wanted.push_back(widget);
@@ -353,7 +353,7 @@ protected:
   }
   std::size_t dialogs() const { return m_dialogs; }
 
-  /// No letter of the keyboard has two meanings in a window.
+  /// Checks that no letter has two meanings in a window.
   static void expectOwnLetters(const std::string& name, FXWindow& shell) {
     std::map<FXHotKey, std::string> taken;
     for (FXWindow* widget : findAll<FXWindow>(shell)) {
@@ -364,7 +364,7 @@ protected:
       EXPECT_TRUE(first) << name << ": " << place->second << " and " << nameOf(*widget);
     }
   }
-  /// The labels of the File menu are given, and two of them have one letter; it is the wizard's.
+  /// The labels of the File menu are prescribed, and two of them share a letter, which triggers the wizard.
   static bool sharesItsLetter(FXWindow& widget) {
     auto* caption = dynamic_cast<FXMenuCaption*>(&widget);
     return caption && std::string(caption->getText().text()) == "New Portfolio Wizard...";

@@ -10,14 +10,14 @@
 namespace Tallymoor {
 namespace {
 
-/// What a printf would take for conversions: one that writes through a pointer, one that reads one, and one
-/// that asks for ten million blanks.
+/// Conversions of printf: one that writes through a pointer, one that reads through one, and one that prints
+/// ten million blanks.
 const std::string FORMATS = "%n%s%x%1$*9999999d";
 
-/// The same for an amount, of whose text the digits alone are read.
+/// The same for an amount field, which reads only the digits.
 const std::string NO_AMOUNT = "%n%s%x%*d";
 
-/// Fields that refuse what is no number, with the beginning of what they say.
+/// Fields that reject non-numbers, with the start of the message.
 const std::pair<const char*, const char*> REFUSED_NUMBERS[] = {
     {"Amount", "You must enter the value."},
     {"Number sold", "You must select the number of shares sold"},
@@ -26,8 +26,7 @@ const std::pair<const char*, const char*> REFUSED_NUMBERS[] = {
     {"On Shares Held", "You must select the number of shares the dividend was given for"},
     {"Dividend Rate", "You must record the dividend rate"}};
 
-/// Types conversions into every field of every window, and where dates and numbers are awaited has them
-/// refused.
+/// Types conversions into every field of every window. Fields for dates and numbers must reject them.
 class CountedFormatTextsInFields : public WindowTour {
 protected:
   void typeIntoFields(const std::string& name, FXWindow& shell) {
@@ -38,8 +37,7 @@ protected:
       if (inSight(*notes) && notes->isEditable())
         typeInto(*notes);
   }
-  /// The window is one that OK would close, and says what is wrong instead; each field is put back
-  /// afterwards.
+  /// Checks each field of a window that OK would close: it shows an error instead. Restores each field.
   void haveRefused(const std::string& name, FXWindow& shell) {
     m_name = name;
     chooseStock(shell);
@@ -120,7 +118,7 @@ private:
     m_refused += told;
     type(field, before);
   }
-  /// So that nothing but the text is refused.
+  /// Fills the other number fields, so that only the text is rejected.
   void fillZeros(FXWindow& shell) {
     for (FXTextField* each : shownFields(shell))
       if (auto* number = dynamic_cast<NumberField*>(each); number && number->value() == 0.0)
@@ -156,7 +154,7 @@ TEST_F(CountedFormatTextsInFields, RefusedDatesAndNumbers) {
 
 // ---- Names ----
 
-/// As it is typed, with what a name loses, and what is kept of it.
+/// A name as typed, and as stored.
 struct TypedName {
   std::string typed;
   std::string kept;
@@ -177,7 +175,7 @@ protected:
     type(field, name.typed);
     expectShown("the field", name.typed, field.getText().text());
   }
-  /// In the tree, on its page and in the records, without another portfolio of such a name.
+  /// Checks the tree, the page and the records, and that no other portfolio has such a name.
   void expectPortfolio(const std::string& name) {
     InvestmentTreeItem& found = node(PORTFOLIOS, name);
     expectShown("the tree", name, found.getText().text());
@@ -197,7 +195,7 @@ protected:
       ++times;
     return times;
   }
-  /// An entry of the popup of the portfolio's node, and the window that it opens.
+  /// Chooses an entry of the portfolio's popup and handles the window it opens.
   void fromPopup(const std::string& portfolio, const std::string& entry, const std::string& opened,
                  const Step& fill) {
     InvestmentTreeItem& found = node(PORTFOLIOS, portfolio);
@@ -222,7 +220,7 @@ TEST_F(CountedFormatTextsAsNames, OfTheWizard) {
     next();
     type(field(*wizard.currentPage(), "Amount"), "1000");
     next();
-    for (int stage = 0; stage < 6; ++stage) { // there is nothing to sell
+    for (int stage = 0; stage < 6; ++stage) { // There is nothing to sell.
       press(*find<FXCheckButton>(*wizard.currentPage()));
       next();
     }

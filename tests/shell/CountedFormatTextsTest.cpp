@@ -14,12 +14,12 @@
 namespace Tallymoor {
 namespace {
 
-/// What a printf would take for conversions: one that writes through a pointer, one that reads one, and one
-/// that asks for ten million blanks.
+/// Conversions of printf: one that writes through a pointer, one that reads through one, and one that prints
+/// ten million blanks.
 const std::string FORMATS = "%n%s%x%1$*9999999d";
-/// With what the toolkit takes for marks of keys, and panels for the same.
+/// With characters that mark mnemonics for the toolkit and for panels.
 const std::string TEXT = FORMATS + " & _s <b> 5% of";
-/// As a page holds it, whose text is not decoded.
+/// As on a page, whose text is not decoded.
 const std::string NAME = FORMATS + " & _s 5% of";
 const std::string CODE = FORMATS + "&_.AX";
 const std::string INDEX = "^" + FORMATS;
@@ -31,9 +31,8 @@ std::string escaped(std::string text) {
   return text;
 }
 
-/// Types conversions into every field, and has pages and servers send them, and looks at each place where
-/// they come to be seen. Both a place where the text is awaited and every text of the whole window that holds
-/// a part of it count.
+/// Types conversions into every field, receives them from pages and servers, and checks each place where they
+/// are displayed. Counts both the expected places and every text of the window with a part of them.
 class CountedFormatTexts : public YearOfTransactionsTest {
 protected:
   CountedFormatTexts() {
@@ -55,14 +54,14 @@ protected:
     shown == text ? ++places : ++changed;
     EXPECT_EQ(text, shown) << place;
   }
-  /// Among the labels, buttons and entries of the window.
+  /// Checks the labels, buttons and entries of the window.
   static void expectLabel(const std::string& place, const std::string& text, FXWindow& in) {
     const std::vector<std::string> all = labels(in);
     const bool found = std::find(all.begin(), all.end(), text) != all.end();
     found ? ++places : ++changed;
     EXPECT_TRUE(found) << place << " among " << testing::PrintToString(all);
   }
-  /// Every text of the window that holds the end of the conversions holds all of them.
+  /// Checks that every text with the end of the conversions contains all of them.
   static void sweep(FXWindow& in) {
     for (const std::string& text : textsOf(in)) {
       if (text.find("9999999d") == std::string::npos)
@@ -113,7 +112,7 @@ protected:
 
   // ---- Acting ----
 
-  /// A box with this text is answered.
+  /// Answers a box with this text.
   void answerBox(const std::string& text, const std::string& button) {
     whenModal(text, [=, this](FXWindow& box) {
       expectLabel("a box", text, box);
@@ -135,11 +134,11 @@ protected:
     type(field, text);
     expectShown("a field", text, field.getText().text());
   }
-  /// Looks at the entry of the row's popup and at what it opens, which is cancelled.
+  /// Checks the entry of the row's popup and the window it opens, then cancels.
   void lookFromRow(InvestmentTreeItem& node, const std::string& rowText, const std::string& entry,
                    const std::string& opened, const std::string& cancel, const Step& look = {}) {
     fromRow(node, rowText, entry, [=, this] {
-      ++places; // the popup's entry was found by its text
+      ++places; // The popup's entry was found by its text.
       whenModal(opened, [=, this](FXWindow& window) {
         sweep(window);
         if (look)
@@ -177,7 +176,7 @@ protected:
     });
   }
 
-  /// The page of last month's report holds these.
+  /// Checks that the page of last month's report contains these texts.
   void expectReport(const std::vector<std::string>& texts) {
     std::filesystem::copy(TALLYMOOR_SAMPLES "/../assets/defaults/Report",
                           profile().defaultsFolder() + "/Report", std::filesystem::copy_options::recursive);
@@ -189,7 +188,7 @@ protected:
       expectShown("the report", "true", page.find(text) != std::string::npos ? "true" : "false: " + text);
   }
 
-  /// The entry of a node's popup is chosen, and what it opens is looked at and cancelled.
+  /// Chooses an entry of a node's popup, checks the window it opens, and cancels.
   void lookFromNode(InvestmentTreeItem& node, const std::string& entry, const std::string& opened,
                     const std::string& cancel, const Step& look = {}) {
     whenModal(entry, [=, this](FXWindow& popup) {

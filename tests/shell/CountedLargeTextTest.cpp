@@ -8,7 +8,7 @@ namespace {
 
 constexpr FXuint PERCENT = 200;
 
-/// Every window of the program with texts of twice the usual size, on a screen of 1280 x 1024.
+/// Every window of the program with texts at 200 % on a screen of 1280 x 1024.
 class CountedLargeTextTest : public WindowTour {
 protected:
   CountedLargeTextTest() { Settings::Instance().writeUnsigned(u"Gui Settings", u"TextSize", PERCENT); }
@@ -71,7 +71,7 @@ private:
       lookAtSize(widget);
     lookInside(widget);
   }
-  /// What an area scrolls may reach beyond it; nothing else may.
+  /// Only the content of a scroll area may exceed its parent.
   static bool mayScrollAway(FXWindow& widget) {
     FXWindow* const parent = widget.getParent();
     return dynamic_cast<FXScrollArea*>(parent) || dynamic_cast<TotalsBar*>(parent->getParent());
@@ -95,7 +95,7 @@ private:
             field->getWidth())
       tell(widget, "is narrower than its text");
   }
-  /// A name of any length is read with the arrows, from its beginning.
+  /// A long name in a read-only field can be scrolled with the arrow keys.
   static bool scrollsItsText(FXTextField& field) { return field.canFocus() == FALSE; }
   void lookAtTable(Table& table) {
     ++m_widgets;

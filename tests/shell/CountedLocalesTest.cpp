@@ -5,13 +5,13 @@
 namespace Tallymoor {
 namespace {
 
-/// How people of a country write days, and amounts such as 1,234.50 and 0.125.
+/// How people in a country write dates and amounts like 1,234.50 and 0.125.
 struct Manner {
   const char* locale;
   std::string (*date)(int year, int month, int day);
   char group;
   char decimal;
-  std::string (*money)(const std::string& digits); ///< of digits with groups and decimals
+  std::string (*money)(const std::string& digits); ///< From digits with groups and decimals.
   int moneyDecimals;
 };
 
@@ -43,15 +43,14 @@ const Manner MANNERS[] = {
      '.', [](const std::string& digits) { return "\uFFE5" + digits; }, 0},
 };
 
-/// Every form is filled in as it is written in a country, what it made is read in the saved records, and the
-/// form that changes it is confirmed as it opens, which must change nothing, and then with another amount.
+/// Fills in every form in the notation of a country and checks the saved records. The form that edits the
+/// entry is then confirmed unchanged, which must change nothing, and then with another amount.
 class CountedLocales : public YearOfTransactionsTest, public testing::WithParamInterface<Manner> {
 protected:
   CountedLocales() { profile().setLocale(GetParam().locale); }
 
   std::string day(int month, int day) const { return GetParam().date(2025, month, day); }
-  /// An amount as it is typed, from its parts: "1", "234", "50" is one thousand two hundred and thirty four
-  /// and a half.
+  /// A typed amount from its parts: "1", "234", "50" for 1,234.50.
   std::string amount(const std::string& thousands, const std::string& units,
                      const std::string& decimals) const {
     return (thousands.empty() ? "" : thousands + GetParam().group) + units + GetParam().decimal + decimals;
@@ -59,7 +58,7 @@ protected:
   std::string amount(const std::string& units, const std::string& decimals) const {
     return amount("", units, decimals);
   }
-  /// An amount of money without its hundredths where the country has none; rounded is what then stands there.
+  /// A typed amount of money. `rounded` is used if the currency has no cents.
   std::string money(const std::string& thousands, const std::string& units, const std::string& cents,
                     const std::string& rounded) const {
     const std::string whole = thousands + GetParam().group;
@@ -81,7 +80,7 @@ protected:
     EXPECT_NO_THROW(rowWith(tableOf(node), text)) << text;
   }
 
-  /// Opens the form of the row, which shows the day, and confirms it as it is.
+  /// Opens the form of the row, checks the day and confirms it unchanged.
   void confirmUnchanged(InvestmentTreeItem& node, const std::string& rowText, const std::string& entry,
                         const std::string& form, const std::string& shownDay, const Open& boxes = {}) {
     const std::string before = savedRecords();
@@ -149,7 +148,7 @@ protected:
         soldNode(), day(11, 10), "Edit sale of ABC.AX from " + day(11, 10) + "...",
         "Edit share sold on " + day(11, 10), day(11, 10), [this] {
           answer("Are you sure there was no buy brokerage charged\nfor this purchase?", "Yes");
-          // The sale took a part of a parcel, whose purchase is no entry of its own.
+          // The sale took part of a parcel, so there is no separate cash entry for its purchase.
           answer("Please find and edit the corresponding cash deposit and withdrawal for this transaction.",
                  "OK");
         });

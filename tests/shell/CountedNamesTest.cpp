@@ -24,12 +24,12 @@ namespace {
 using ::testing::IsEmpty;
 using Files = std::map<std::string, std::string>;
 
-/// What was tried and what went wrong, over all suites of this file.
+/// Cases and failures over all suites of this file.
 struct Count {
   int tried = 0;
   int sources = 0;
   int outside = 0;
-  int lost = 0; ///< or otherwise not what should have become of them
+  int lost = 0; ///< Missing, or with a wrong result.
 
   void tell(const std::string& what, const char* fate = "lost") const {
     std::cout << "COUNT: " << what << ": " << tried << " tried from " << sources << " sources, " << outside
@@ -37,7 +37,7 @@ struct Count {
   }
 };
 
-/// Files that are there in one state only, or otherwise.
+/// Files that exist in one state only or differ.
 std::vector<std::string> differences(const Files& before, const Files& after) {
   std::vector<std::string> names;
   for (const auto& [path, content] : before)
@@ -49,8 +49,7 @@ std::vector<std::string> differences(const Files& before, const Files& after) {
   return names;
 }
 
-/// Entries of the folder around the profile that bear the profile's name, so that other programs' files don't
-/// disturb.
+/// Entries next to the profile's folder that start with its name. Other programs' files are ignored.
 std::vector<std::string> aroundProfile(const TestProfile& profile) {
   const std::filesystem::path folder(profile.folder());
   std::vector<std::string> names;
@@ -60,7 +59,7 @@ std::vector<std::string> aroundProfile(const TestProfile& profile) {
   return names;
 }
 
-/// The names, and one that climbs to a file of a known name beside the profile.
+/// The names, and one that leads to a known file outside of the profile.
 std::vector<String> namesFor(const TestProfile& profile) {
   std::vector<String> names = badNames();
   const String climbing = String(std::filesystem::path(profile.folder()).filename().string().c_str());
@@ -80,7 +79,7 @@ protected:
   }
   static void TearDownTestSuite() { count.tell("bad names"); }
 
-  /// Does the work, which may change files of that one folder alone.
+  /// Runs the work and checks that only files in this folder change.
   template <class Work>
   void within(const String& folder, Work work) {
     ++count.sources;
@@ -98,7 +97,7 @@ protected:
     count.lost += found ? 0 : 1;
     EXPECT_TRUE(found) << name.toUTF8();
   }
-  /// Portfolios of these names, each with a deposit of its own, as a file by another hand holds them.
+  /// A foreign file with portfolios of these names, each with its own deposit.
   static std::string records(const std::vector<String>& names) {
     std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Portfolios>";
     for (std::size_t i = 0; i < names.size(); ++i)
@@ -160,7 +159,7 @@ TEST_F(CountedNames, PlainCodesKeepTheirFiles) {
     cache.save();
     EXPECT_TRUE(TestProfile::fileExists(profile.cacheFolder() + u"PriceCache." + code + u".xml"));
   }
-  const String longest(String::Base(239, u'L')); // with "PriceCache." and ".xml" all that a name can be
+  const String longest(String::Base(239, u'L')); // With "PriceCache." and ".xml" the longest possible name.
   cache.setBad(longest, true);
   cache.save();
   EXPECT_EQ(254u, (u"PriceCache." + longest + u".xml").size());
@@ -225,7 +224,7 @@ TEST_F(CountedNames, ImportedPortfoliosAreCleanedOrRefused) {
   });
 }
 
-/// Settings that are written to a file and read back, as between two runs.
+/// Settings written to a file and read back, as after a restart.
 template <class Write, class Read>
 void throughSettingsFile(Write write, Read read) {
   FXRegistry first(APP_NAME.toUTF8().c_str(), VENDOR_NAME.toUTF8().c_str());
@@ -243,7 +242,7 @@ void throughSettingsFile(Write write, Read read) {
 TEST_F(CountedNames, WatchlistsAndTheirCodesComeBackFromTheSettingsFile) {
   std::vector<String> names;
   for (const String& name : namesFor(profile)) {
-    // Half a pair has no bytes; what the file can't hold, no list is called.
+    // A lone surrogate has no bytes; no list can have a name that the file can't hold.
     const String held = String::fromUTF8(name.toUTF8());
     if (std::find(names.begin(), names.end(), held) == names.end())
       names.push_back(held);
@@ -275,7 +274,7 @@ TEST_F(CountedNames, WatchlistsAndTheirCodesComeBackFromTheSettingsFile) {
           for (const String& name : names) {
             expectFound(WatchlistSettings::exists(name) != refused.contains(name), name);
             const std::vector<String> codes = WatchlistSettings::codes(name);
-            const bool isMark = name == String(u"watchlist exists"); // no prompt takes it for a code
+            const bool isMark = name == String(u"watchlist exists"); // No prompt accepts it as a code.
             expectFound(refused.contains(name) || isMark || codes == std::vector<String>{name}, name);
           }
         });
@@ -297,7 +296,7 @@ TEST_F(CountedNames, LinksInPlaceOfFilesAreTheUsersOwn) {
   EXPECT_TRUE(std::filesystem::is_symlink(link));
 
   TestProfile::writeFile(String(kept.c_str()),
-                         "<ShareValues><String>LINK</String></ShareValues>"); // the user keeps it elsewhere
+                         "<ShareValues><String>LINK</String></ShareValues>"); // The user keeps it elsewhere.
   SharePriceCache cache(profile.cacheFolder());
   cache.setBad(u"LINK", true);
   cache.save();
@@ -318,7 +317,7 @@ protected:
     return xmlHolds(name) && name.size() <= 300 && name.find(u'\n') == String::npos &&
            name.find(u'\t') == String::npos && name.find(u'\u007F') == String::npos;
   }
-  /// Each third one: a name costs a window's time here.
+  /// Every third name, because each takes a window's time.
   std::vector<String> typedNames() {
     std::vector<String> names = namesFor(profile());
     std::erase_if(names, [](const String& name) { return !canBeTyped(name); });
@@ -326,7 +325,7 @@ protected:
     std::erase_if(names, [&index](const String&) { return index++ % 3 != 0; });
     return names;
   }
-  /// Types the name into the prompt; it is taken, or told to be none.
+  /// Types the name into the prompt, which accepts or rejects it.
   void typeName(const std::string& prompt, const String& name) {
     whenModal(prompt, [=, this](FXWindow& dialog) {
       type(*find<FXTextField>(dialog), name.toUTF8());
@@ -359,11 +358,11 @@ protected:
   static inline Count count;
 };
 
-/// One portfolio bears each name in turn, since the window's work grows with their number.
+/// One portfolio gets each name in turn, because the window's work grows with the number of portfolios.
 TEST_F(CountedNamesTyped, Portfolios) {
   ++count.sources;
   enterName("New Portfolio", "New Portfolio", u"../first");
-  command(TallymoorWindow::ID_SAVE); // with all that a save makes besides
+  command(TallymoorWindow::ID_SAVE); // With everything else that a save does.
   const Files before = filesOutside(profile().dataFolder());
   String current = u"..first";
   for (const String& name : typedNames()) {
@@ -416,13 +415,13 @@ TEST_F(CountedNamesTyped, ExportedFiles) {
   expectUnchanged(before, folder);
 }
 
-// ---- Told by the update service ----
+// ---- Names from the update service ----
 
 class CountedNamesInUpdates : public UpdatesTest {
 protected:
   static void TearDownTestSuite() { count.tell("bad names in updates", "taken for a component"); }
 
-  /// Neither list makes anything of the name: it is refused, or nobody asks for it.
+  /// Checks that both lists reject or ignore the name.
   void expectNothingDone(const std::string& name) {
     ++count.tried;
     service().offerProgramFiles({{asXmlText(String(name.c_str())), "9.0.0"}});
@@ -450,8 +449,8 @@ protected:
 };
 
 TEST_F(CountedNamesInUpdates, NoFileIsMadeForAnUnknownName) {
-  count.sources = 2;             // program files and documents
-  Updates(service().settings()); // makes its folder
+  count.sources = 2;             // Program files and documents.
+  Updates(service().settings()); // Creates its folder.
   std::vector<std::string> names;
   for (const String& name : namesFor(profile()))
     if (xmlHolds(name) && name.size() < 300)

@@ -1,5 +1,4 @@
-// Sanitizers have a heap of their own and take ten times as long over the year: there is nothing here for
-// them.
+// Not built with sanitizers: they use their own heap and take ten times as long.
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 #include "YearInOneSession.h"
 #include "support/WholeCounts.h"
@@ -10,7 +9,7 @@
 namespace Tallymoor {
 namespace {
 
-/// What the program holds on its heap, in megabytes; large blocks are counted apart by the library.
+/// Heap memory in use, in megabytes. The C library counts large blocks separately.
 double heapInUse() {
   const struct mallinfo2 info = mallinfo2();
   return static_cast<double>(info.uordblks + info.hblkhd) / 1e6;
@@ -21,7 +20,7 @@ protected:
   void SetUp() override {
     m_before = heapInUse();
     YearInOneSession::SetUp();
-    alarm(600); // longer than other tests of windows take
+    alarm(600); // Longer than other window tests.
   }
   double grown() const { return heapInUse() - m_before; }
 
@@ -29,7 +28,7 @@ private:
   double m_before = 0.0;
 };
 
-/// What the session holds at its end is what the next one holds that starts on the same records.
+/// Compares the memory at the end of the session with that of a new session on the same records.
 TEST_F(CountedYearInOneSession, HoldsNoMoreThanANewSessionOnTheSameRecords) {
   buyTheStocks();
   const int days = wholeCounts() ? DAYS : DAYS / 5;

@@ -11,7 +11,7 @@
 namespace Tallymoor {
 namespace {
 
-/// The real window with one portfolio, "Trading", whose menus, tool bars and keys are used one by one.
+/// Uses the menus, tool bars and keys of the real window with a portfolio "Trading" one by one.
 class MenusTest : public ShellTest {
 protected:
   MenusTest() {
@@ -22,14 +22,14 @@ protected:
         "<String>DEPOSIT </String></CashEvent></CashReserve><String/></SharePortfolio></Portfolios>");
   }
 
-  /// The pane that a title of the menu bar opens.
+  /// The menu panes of the menu bar.
   static std::vector<FXMenuPane*> panes(FXWindow& window) {
     std::vector<FXMenuPane*> found;
     for (FXMenuTitle* title : findAll<FXMenuTitle>(window))
       found.push_back(dynamic_cast<FXMenuPane*>(title->getMenu()));
     return found;
   }
-  /// An entry as it was written, "-" for a separator.
+  /// An entry's text with its mnemonic, "-" for a separator.
   static std::string written(FXWindow& entry) {
     const auto* command = dynamic_cast<FXMenuCommand*>(&entry);
     if (!command)
@@ -54,7 +54,7 @@ protected:
     ASSERT_TRUE(entry) << text;
     press(*entry);
   }
-  /// The widget's press opens a window of that title, which is cancelled.
+  /// Checks that the press opens a window with this title, and cancels it.
   template <class Press>
   void expectOpens(const std::string& title, Press pressIt) {
     bool opened = false;
@@ -128,7 +128,7 @@ TEST_F(MenusTest, EntriesThatActDoSo) {
   EXPECT_TRUE(platform.opened()[1].starts_with(u"mailto:"));
 
   whenModal("TallymoorWindow::onCheckUpdates failed.", [this](FXWindow& box) { press(box, "OK"); });
-  pressEntry("Check For Updates..."); // there is no service in this test
+  pressEntry("Check For Updates..."); // This test has no service.
   EXPECT_EQ(1u, boxes().size());
 
   PriceUpdater& updater = TallymoorInternet::Instance().priceUpdater();
@@ -138,10 +138,10 @@ TEST_F(MenusTest, EntriesThatActDoSo) {
   market().awaitRequests(MarketFixture::Page::Quote, 1);
   pressEntry("Refresh Prices");
   market().awaitRequests(MarketFixture::Page::Quote, 2);
-  press(tallymoor(), "Price Update"); // the tool bar's button
+  press(tallymoor(), "Price Update"); // The tool bar button.
   market().awaitRequests(MarketFixture::Page::Quote, 3);
 
-  // Without a window manager nothing is minimised; that is for the tests of the tray.
+  // Minimising needs a window manager and is tested in the tray's tests.
   EXPECT_EQ(FXSelector(FXTopWindow::ID_MINIMIZE), menuEntry("Minimise")->getSelector());
 }
 

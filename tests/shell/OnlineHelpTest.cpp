@@ -37,8 +37,7 @@ TEST_F(OnlineHelpTest, OpensTheInstalledGuide) {
   EXPECT_THAT(opener.opened(), ElementsAre(guide));
 }
 
-/// What the system opens documents with, in front of all others in the path of programs: it notes what it is
-/// given.
+/// A script that replaces xdg-open in PATH and records its arguments.
 class OpenerInPath {
 public:
   explicit OpenerInPath(const TestProfile& profile)

@@ -17,7 +17,7 @@ const std::string REVERSE = "Detection of Reverse Stock Splits, (day multiple)";
 const std::string SHORTER = "Shorter Exp. Moving Average for Index Trend (days)";
 const std::string LONGER = "Longer Exp. Moving Average for Index Trend (days)";
 
-/// The options of the real window, which holds the portfolio "Trading" with 100.00 in cash since 2 March.
+/// The options of the real window with a portfolio "Trading", which has had 100.00 in cash since 2 March.
 class OptionsDialogTest : public ShellTest {
 protected:
   void SetUp() override {
@@ -32,7 +32,7 @@ protected:
     ShellTest::TearDown();
     readSettings();
   }
-  /// Opens the options by the menu's command and acts on the dialog.
+  /// Opens the options by the menu command and runs the step in the dialog.
   void withOptions(Step step) {
     whenModal("Tallymoor Options", std::move(step));
     command(TallymoorWindow::ID_SETTINGS);
@@ -40,7 +40,7 @@ protected:
   void enter(FXWindow& dialog, const std::string& label, const std::string& text) {
     type(field(dialog, label), text);
   }
-  /// The entry is refused with these words, and the dialog stays open with nothing taken.
+  /// Checks that the value is rejected with this message, and that the dialog stays open and stores nothing.
   void expectRefused(const std::string& label, const std::string& text, const std::string& words) {
     const OperationSettings before = operationSettings();
     whenModal("Tallymoor Options", [=, this](FXWindow& dialog) {
@@ -222,7 +222,7 @@ TEST_F(OptionsDialogTest, ResetFillsInTheDefaultsAndTakesNothingByItself) {
   EXPECT_EQ(99u, currentPriceUpdateMins);
 }
 
-// ---- Upkeep ----
+// ---- Maintenance ----
 
 TEST_F(OptionsDialogTest, CacheIsDroppedAfterAYesAndStaysSoAfterCancel) {
   TallymoorInternet& gateway = TallymoorInternet::Instance();
@@ -243,7 +243,7 @@ TEST_F(OptionsDialogTest, CacheIsDroppedAfterAYesAndStaysSoAfterCancel) {
 
 TEST_F(OptionsDialogTest, CapitalIsComputedAgainFromTheRecords) {
   SharePortfolioUser& portfolio = *tallymoor().store().portfolios().at(u"Trading");
-  // A day that no longer agrees with the records.
+  // This day is now inconsistent with the records.
   portfolio.portfolio().cashEvents()[0].subElement(u"Value").setValue(u"250.00");
   ASSERT_EQ(100.0, portfolio.capitalRecord().capitalOn(Date(2026, 3, 2)));
   withOptions([this](FXWindow& dialog) {
@@ -310,7 +310,7 @@ TEST_F(OptionsDialogTest, CountryIsChangedAtOnceAndShown) {
   EXPECT_EQ(String(u"United States"), CountryOfResidence::Instance().country());
 }
 
-/// Without a gateway nothing can be looked after, but the settings can be changed.
+/// Without a gateway there is no maintenance, but settings can be changed.
 class OptionsWithoutGatewayTest : public OptionsDialogTest {
 protected:
   OptionsWithoutGatewayTest() {

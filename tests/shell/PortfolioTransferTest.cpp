@@ -13,7 +13,7 @@
 namespace Tallymoor {
 namespace {
 
-/// Importing and exporting in the real window, which starts with the portfolio "Trading" with 100.00 in cash.
+/// Import and export in the real window with a portfolio "Trading", which has 100.00 in cash.
 class PortfolioTransferTest : public ShellTest {
 protected:
   void SetUp() override {
@@ -23,12 +23,12 @@ protected:
   virtual void writeRecords() {
     TestProfile::writeFile(recordsPath(), document(portfolio("Trading", "100.00")));
   }
-  /// Notes a box that comes after the file dialog.
+  /// Queues an expectation for a box after the file dialog.
   void then(std::function<void()> expectation) { m_afterwards.push_back(std::move(expectation)); }
   void thenAnswer(const std::string& text, const std::string& button) {
     then([=, this] { answer(text, button); });
   }
-  /// Runs the command, whose file dialog of that title is answered with that name.
+  /// Runs the command and answers the file dialog with this title.
   void run(FXuint id, const std::string& title, const String& path) {
     whenModal(title, [this, path](FXWindow& dialog) {
       type(*find<FXTextField>(dialog), path.toUTF8());
@@ -67,7 +67,7 @@ protected:
       names.push_back(node->portfolio().name());
     return names;
   }
-  /// What an import that is refused must leave.
+  /// Checks that a rejected import changed nothing.
   void expectNothingChanged() {
     EXPECT_EQ(std::vector<String>{u"Trading"}, recordNames());
     EXPECT_EQ(std::vector<String>{u"Trading"}, nodeNames());
@@ -150,7 +150,7 @@ TEST_F(PortfolioTransferTest, OlderFileIsOverwrittenOnlyAfterAYes) {
 }
 
 TEST_F(PortfolioTransferTest, ExportThatCannotBeWrittenSaysSo) {
-  const String path = u"/proc/backup.xml"; // where nobody can make a file
+  const String path = u"/proc/backup.xml"; // No file can be created there.
   then([this] {
     whenModal("TallymoorWindow::onExport failed. ", [this](FXWindow& box) { press(box, "OK"); });
   });
@@ -206,7 +206,7 @@ TEST_F(PortfolioTransferTest, OwnRecordsAskOncePerPortfolioAndNoLeavesAll) {
 
 TEST_F(PortfolioTransferTest, ReplacementTakesThePlaceOfTheOldRecordsAndDays) {
   ASSERT_TRUE(tallymoor().store().portfolios().at(u"Trading")->capitalRecord().hasDayCap(Date(2026, 3, 3)));
-  command(TallymoorWindow::ID_SAVE); // its days are on disk now
+  command(TallymoorWindow::ID_SAVE); // Its days are on disk now.
   answerReplacement("Trading", "Yes");
   expectSummary("Trading");
   import(document(portfolio("Trading", "777.00", "2/3/2026")));
@@ -274,7 +274,7 @@ TEST_F(PortfolioTransferTest, RefusalNamesTheFileAndSaysThatNothingChanged) {
                                                     ", and your portfolios are as they were.");
 }
 
-/// With records that can't be read, import is the way back.
+/// If the records can't be read, an import can recover.
 class PortfolioRecoveryTest : public PortfolioTransferTest {
 protected:
   void writeRecords() override {

@@ -18,8 +18,8 @@ std::string heldShare(const String& code) {
          "<Constant>0.00</Constant><String/></BuyEvent><Constant/><Constant/><Constant/></HeldShare>";
 }
 
-/// The program as it is used: prices come on the updater's thread while the user opens nodes, sorts tables
-/// and fills in forms. Made to be run under a checker of data races.
+/// Prices arrive on the updater's thread while the user opens nodes, sorts tables and fills in forms. Meant
+/// for the thread sanitizer.
 class PricesWhileWorkingTest : public ShellTest {
 protected:
   PricesWhileWorkingTest() {
@@ -51,7 +51,7 @@ protected:
     return true;
   }
 
-  /// A little of what a user does all the time.
+  /// Some typical user actions.
   void work(int round) {
     const auto asAHandler = [this](auto step) {
       {

@@ -7,7 +7,7 @@
 
 namespace Tallymoor {
 
-/// Notes what is to be opened instead of opening it, and fails where a test wants it to.
+/// Records documents instead of opening them, and fails on demand.
 class RecordingPlatform : public LinuxPlatform {
 public:
   struct Behaviour {
@@ -16,7 +16,7 @@ public:
     bool throwsOnOpening = false;
   };
 
-  /// Takes the place of the profile's platform until the profile ends.
+  /// Replaces the profile's platform until the profile ends.
   static RecordingPlatform& install(const TestProfile& profile, const Behaviour& behaviour) {
     LinuxPlatformOptions options;
     options.dataHome = profile.folder() + "/share";

@@ -16,8 +16,8 @@ const std::string PROBLEM =
     "There was a problem accessing the internet for code\nABC.AX between 17/02/2026 and "
     "03/03/2026. \nThe price source answered with status 503.\nDo you want to retry?";
 
-/// A start after some days away, on 3 March 2026, while the price source is out of order. Its prices are
-/// known until 25 February.
+/// A start on 3 March 2026 after some days, while the price source is down. Prices are known up to 25
+/// February.
 class RefreshPricesTest : public ShellTest {
 protected:
   RefreshPricesTest() {
@@ -48,7 +48,7 @@ protected:
   }
 
   SharePortfolioTreeItem& node() { return *tallymoor().totalCapital()->portfolioNode(u"Trading"); }
-  /// Of today, and of the end of February, in the table of performance of the page in front.
+  /// Capital today and at the end of February, from the visible page's performance table.
   std::vector<std::string> capital() {
     BigMutexLock lock;
     PortfolioPerformanceTable& table = tallymoor().totalCapital()->performance()->table();

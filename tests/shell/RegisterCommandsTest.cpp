@@ -15,11 +15,11 @@ using testing::ElementsAre;
 
 struct Register {
   FXuint command;
-  std::string button; ///< the tip of its tool bar button
-  std::string entry;  ///< as in the menu
+  std::string button; ///< Tip of its tool bar button.
+  std::string entry;  ///< Menu entry.
   std::string prompt;
-  std::string form;    ///< the title of what it opens
-  std::string handler; ///< as failures name it
+  std::string form;    ///< Title of the window that it opens.
+  std::string handler; ///< Name in failure messages.
 };
 
 const Register REGISTERS[] = {
@@ -36,7 +36,7 @@ const Register REGISTERS[] = {
     {TallymoorWindow::ID_WITHDRAW_CASH, "Withdraw Cash", "&Withdraw Cash...",
      "Select the portfolio to withdraw cash from.", "Withdraw cash", "onWithdrawCash"}};
 
-/// The commands that ask for a portfolio first, over one portfolio "Trading" with 500.00 of cash.
+/// The commands that ask for a portfolio first. The portfolio "Trading" has 500.00 in cash.
 class RegisterCommandsTest : public ShellTest {
 protected:
   void SetUp() override {
@@ -73,7 +73,7 @@ protected:
   }
   SharePortfolioTreeItem& trading() { return *tallymoor().totalCapital()->portfolioNode(u"Trading"); }
 
-  std::unique_ptr<GuiWakeUp> m_failure; ///< throws in whatever loop it finds running
+  std::unique_ptr<GuiWakeUp> m_failure; ///< Throws in the innermost running event loop.
 };
 
 TEST_F(RegisterCommandsTest, EachAsksForThePortfolioInItsWordsAndOpensItsForm) {

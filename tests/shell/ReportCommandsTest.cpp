@@ -25,10 +25,10 @@ using testing::Not;
 
 struct Report {
   FXuint command;
-  std::string entry;   ///< as in the menu
-  std::string handler; ///< as failures name it
+  std::string entry;   ///< Menu entry.
+  std::string handler; ///< Name in failure messages.
   std::string title;
-  std::string file; ///< on 3 March 2026 in Australia
+  std::string file; ///< On 3 March 2026 in Australia.
 };
 
 const Report REPORTS[] = {
@@ -45,7 +45,7 @@ const Report REPORTS[] = {
     {TallymoorWindow::ID_REPORT_LAST_CY, "Custom Report...", "onReportLastCY",
      "Report for last calendar year", "Report 2025-01-01 to 2025-12-31"}};
 
-/// The commands over a portfolio "Trading" that bought and sold AAA.AX in January and February 2026.
+/// The commands with a portfolio "Trading" that bought and sold AAA.AX in January and February 2026.
 class ReportCommandsTest : public ShellTest {
 protected:
   ReportCommandsTest() {
@@ -91,7 +91,7 @@ protected:
     });
     press(tallymoor(), "Report");
   }
-  /// The columns' cells of a row, as the page has them.
+  /// The cells of a row as HTML.
   static std::string cells(Table& table, FXint row, const std::vector<Column::Function>& columns) {
     std::string text;
     for (const Column::Function column : columns)
@@ -158,7 +158,7 @@ TEST_F(ReportCommandsTest, TheFiguresAreThoseOfTheTables) {
     using namespace HeldShareCells;
     const SharesHeldTreeItem& node = *trading().sharesHeldItem();
     ASSERT_EQ(1, node.table()->getNumRows());
-    // 100 of these were sold since.
+    // 100 of these have been sold since.
     EXPECT_EQ("<td>312.00</td>", cells(*node.table(), 0, {&number}));
     EXPECT_THAT(page,
                 HasSubstr("AAA.AX</td>" + cells(*node.table(), 0,

@@ -22,7 +22,7 @@ std::string recordsOf(const std::string& portfolio) {
          "Portfolios>";
 }
 
-/// The window in a session whose manager a test chooses before SetUp.
+/// The window in a session. A test chooses the session manager before SetUp.
 class SessionTest : public ShellTest {
 protected:
   void makePortfolio(const std::string& name) {
@@ -37,7 +37,7 @@ protected:
   }
   std::string records() { return TestProfile::readFile(recordsPath()); }
   std::string copyOfRecords() { return TestProfile::readFile(recordsPath() + u".bak"); }
-  /// The only one in the strip.
+  /// The only warning in the strip.
   String warning() {
     runUntil([this] { return tallymoor().warnings()->shownTexts().size() == 1; });
     return tallymoor().warnings()->shownTexts().at(0);
@@ -61,7 +61,7 @@ TEST_F(SessionTest, WithoutAManagerNothingIsTried) {
   expectToWorkAlone();
 }
 
-/// The manager whose address the environment still tells is dead.
+/// The environment names a session manager that does not run.
 class DeadAddressTest : public SessionTest {
 protected:
   DeadAddressTest() { m_manager.kill(); }
@@ -101,7 +101,7 @@ protected:
   bool hears(const std::string& line, int times) {
     return runUntil([&] { return manager().heard(line) >= times; });
   }
-  /// The manager has the answer that every new client gives, to a request that is none to save data.
+  /// The manager received the answer to the initial save request.
   bool joins() { return hears("saved", 1); }
   void SetUp() override {
     SessionTest::SetUp();
@@ -132,7 +132,7 @@ TEST_F(ManagedTest, TheManagerLearnsWhoItIsAndNotToStartItAgain) {
   EXPECT_TRUE(session().connected());
   for (const std::string& property :
        {std::string("Program=Tallymoor.exe"), "ProcessID=" + std::to_string(::getpid()),
-        std::string("RestartStyleHint=3")}) // never
+        std::string("RestartStyleHint=3")}) // Never.
     EXPECT_EQ(1, manager().heard("property " + property)) << property;
   EXPECT_THAT(manager().heard(), Contains(HasSubstr("property UserID=")));
   EXPECT_THAT(manager().heard(), Contains(HasSubstr("property RestartCommand=/")));
@@ -191,7 +191,7 @@ TEST_F(ManagedTest, AfterALogoutThatWasCalledOffTheNextSaveMakesItsOwnCopy) {
   manager().askToSaveForLogout();
   manager().callLogoutOff();
   ASSERT_TRUE(hears("saved", 2));
-  manager().askToSaveForLogout(); // the answer comes after what was sent before
+  manager().askToSaveForLogout(); // The answer follows everything sent before.
   ASSERT_TRUE(hears("saved", 3));
   manager().callLogoutOff();
   rename(u"Renamed");
@@ -273,7 +273,7 @@ TEST_F(ManagedTest, AManagerThatDoesNotWaitForTheAnswerDoesNotEndTheProgram) {
   EXPECT_TRUE(tallymoor().shown());
 }
 
-/// The load stands still at its first question.
+/// The load waits at its first question.
 class LogoutDuringLoadTest : public ManagedTest {
 protected:
   LogoutDuringLoadTest() {

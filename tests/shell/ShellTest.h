@@ -15,8 +15,8 @@
 
 namespace Tallymoor {
 
-/// The real main window on a profile of its own, with a stock exchange behind a web server. The country is
-/// known unless a test takes it away before the window is made.
+/// The real main window with its own profile and a simulated exchange behind a web server. The country is set
+/// unless a test clears it before the window is created.
 class ShellTest : public WindowTest {
 protected:
   ShellTest() {
@@ -27,7 +27,7 @@ protected:
     m_adverts.wanted = false;
     AdvertSettings::setForTest(&m_adverts);
     writeCountries();
-    CountryOfResidence::destroyInstance(); // of the test before
+    CountryOfResidence::destroyInstance(); // Left by the previous test.
   }
 
   void TearDown() override {
@@ -44,14 +44,14 @@ protected:
     return std::make_unique<TallymoorWindow>(app, *m_icons);
   }
 
-  /// For who makes another window: its start may lead to the wizard.
+  /// Call it before creating another window whose start opens the wizard.
   void awaitWizard() {
     if (opensWizard())
       whenModal("Tallymoor - Getting Started", [this](FXWindow& wizard) { useWizard(wizard); });
   }
-  /// Whether the start leads to the wizard for a first portfolio.
+  /// True if the start opens the wizard for a first portfolio.
   virtual bool opensWizard() { return !TestProfile::fileExists(recordsPath()); }
-  /// What the test does with that wizard.
+  /// Handles that wizard.
   virtual void useWizard(FXWindow& wizard) { press(wizard, "Cancel"); }
 
   TallymoorWindow& tallymoor() { return dynamic_cast<TallymoorWindow&>(mainWindow()); }
@@ -60,7 +60,7 @@ protected:
   String recordsPath() { return profile().dataFolder() + u"Portfolios.xml"; }
   void command(FXuint id) { tallymoor().handle(&app(), FXSEL(SEL_COMMAND, id), nullptr); }
 
-  /// By its text in the menu, without the mark of its key; null when there is none.
+  /// Finds a menu entry by its text without the mnemonic. Null if missing.
   FXMenuCommand* menuEntry(const std::string& text) {
     for (FXWindow* child = tallymoor().getRoot()->getFirst(); child; child = child->getNext())
       if (auto* pane = dynamic_cast<FXMenuPane*>(child))
@@ -70,10 +70,10 @@ protected:
     return nullptr;
   }
 
-  /// Ends what the window keeps and starts it anew, as the next run of the program does.
+  /// Sends the command that ends the session.
   void leave() { command(MainWindow::ID_SHUTDOWN); }
 
-  /// As answer, for a box of that kind.
+  /// Like answer, and checks the kind of the box.
   void answerKind(BoxKind kind, const std::string& text, const std::string& label) {
     whenModal(text, [this, kind, text, label](FXWindow& box) {
       EXPECT_EQ(kind, boxKind(box)) << text;
@@ -81,7 +81,7 @@ protected:
       press(box, label);
     });
   }
-  /// Clicks the field of the view date and takes a day of the calendar that opens.
+  /// Clicks the view date field and selects a day in the calendar.
   void pickViewDate(const Date& date) {
     whenModal("Choose the date", [this, date](FXWindow& dialog) {
       dynamic_cast<CalendarDialog&>(dialog).calendar()->setDate(date);
@@ -89,7 +89,7 @@ protected:
     });
     click(*tallymoor().viewDateRow()->field());
   }
-  /// Presses the left button of the mouse and lets it go.
+  /// Presses and releases the left mouse button.
   void click(FXWindow& window) {
     for (const FXuint type : {SEL_LEFTBUTTONPRESS, SEL_LEFTBUTTONRELEASE}) {
       FXEvent event{};
@@ -98,11 +98,11 @@ protected:
     }
   }
 
-  /// What the window is made with; no adverts unless a test wants some.
+  /// Settings of the window; no adverts unless a test sets some.
   AdvertSettings m_adverts;
 
 private:
-  /// No look at any update service unless a test wants one.
+  /// No update check unless a test sets one.
   static UpdateSettings noUpdates() {
     UpdateSettings settings;
     settings.queryBase = u"http://127.0.0.1:1/?";

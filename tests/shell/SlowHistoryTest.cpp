@@ -17,7 +17,7 @@ namespace {
 const String CODE = u"ABC.AX";
 const char* const PROGRESS = "Updating daily capital records for Trading";
 
-/// A keyboard apart from the program, on a connection of its own.
+/// Sends keys over a separate connection to the display.
 class OtherClient {
 public:
   OtherClient() : m_display(XOpenDisplay(nullptr)) {}
@@ -25,7 +25,7 @@ public:
   OtherClient(const OtherClient&) = delete;
   OtherClient& operator=(const OtherClient&) = delete;
 
-  /// To the window with this title, as soon as there is one.
+  /// Sends Escape to the window with this title as soon as it exists.
   void pressEscape(const std::string& title) {
     Window window = None;
     while ((window = find(title)) == None)
@@ -62,7 +62,7 @@ private:
   Display* m_display;
 };
 
-/// The main window on a source whose pages of past prices come byte by byte and never end.
+/// The main window with a source whose history pages arrive byte by byte and never end.
 class SlowHistoryTest : public ShellTest {
 protected:
   static constexpr int WHOLE_PAGE = 1000000;
@@ -96,7 +96,7 @@ protected:
   SharePortfolioUser& portfolio() {
     return tallymoor().totalCapital()->portfolioNode(u"Trading")->portfolio();
   }
-  /// More than a year, so that a progress dialog shows.
+  /// More than a year, so that a progress dialog opens.
   void computeTheRecord() {
     {
       BigMutexLock lock;

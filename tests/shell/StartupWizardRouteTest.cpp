@@ -15,12 +15,11 @@ namespace {
 const std::string HEAD = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
                          "<!DOCTYPE Portfolios SYSTEM \"Tallymoor Records.dtd\">\n";
 
-/// The first start of the program: what a new user does in the wizard is what stands in the records
-/// afterwards.
+/// The first start: the records must contain what a new user enters in the wizard.
 class StartupWizardRouteTest : public ShellTest {
 protected:
   StartupWizardRouteTest() {
-    CountryOfResidence::destroyInstance(); // franking is Australia's
+    CountryOfResidence::destroyInstance(); // Franking exists in Australia only.
     for (const char16_t* code : {u"OLD.AX", u"ABC.AX"}) {
       market().addListing(code, String(u"Company ") + code, u"Australia");
       market().setCurrentPrice(code, 5.0);
@@ -35,7 +34,7 @@ protected:
     take(window);
     walk();
   }
-  /// The progress of the start would stand behind the wizard.
+  /// The progress of the start would be behind the wizard.
   void expectNoProgressInSight() {
     for (FXWindow* shell = app().getRootWindow()->getFirst(); shell; shell = shell->getNext())
       EXPECT_FALSE(dynamic_cast<ProgressDialog*>(shell) && shell->shown());
@@ -60,7 +59,7 @@ protected:
     set("Description (optional)", text);
     next();
   }
-  /// Searches for the code, as a user does; the search fills in the price.
+  /// Searches for the code like a user; the search fills in the price.
   void enterPurchase(const std::string& code, const std::string& date, const std::string& comment) {
     next();
     whenModal("Stock Search", [this](FXWindow& search) { press(search, "OK"); });
@@ -131,7 +130,7 @@ protected:
   }
 };
 
-/// Written by hand from what walk() enters.
+/// The records for walk(), written by hand.
 const std::string EXPECTED =
     HEAD +
     "<Portfolios><SharePortfolio><String>Trading Co</String>"
@@ -202,7 +201,7 @@ protected:
   void walk() override {
     nameAndCash();
     heldAndBought();
-    next(); // the form for a dividend brings the capital record up to date
+    next(); // The dividend form brings the capital record up to date.
     whenModal("If you leave now, the portfolio Trading Co is dropped",
               [this](FXWindow& box) { press(box, "Yes"); });
     press(wizard(), "Cancel");

@@ -23,7 +23,7 @@ namespace {
 const std::string HEAD = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
                          "<!DOCTYPE Portfolios SYSTEM \"Tallymoor Records.dtd\">\n";
 
-/// Notes what a button shows, whenever the toolkit's loop lets timers run.
+/// Records a button's text whenever the event loop runs timers.
 class ButtonDiary : public FXObject {
 public:
   struct Entry {
@@ -46,7 +46,7 @@ public:
     waitAgain();
     return 1;
   }
-  /// The next look comes with the next event that the loop looks for.
+  /// Looks again at the next event.
   void lookSoon() { m_app.addTimeout(this, 0, 0); }
   const std::vector<Entry>& entries() const { return m_entries; }
   const std::vector<FXIcon*>& icons() const { return m_icons; }
@@ -70,7 +70,7 @@ protected:
     press(tallymoor(), "New Portfolio");
   }
 
-  /// Chooses the portfolio in the list and confirms.
+  /// Selects the portfolio in the list and confirms.
   void choose(const std::string& portfolio) {
     whenModal("Choose Portfolio", [this, portfolio](FXWindow& dialog) {
       press(dialog, portfolio);
@@ -121,7 +121,7 @@ TEST_F(TallymoorWindowTest, SizeAndPlaceAreRemembered) {
   EXPECT_EQ(140u, settings.readUnsigned(u"Gui Settings", u"MainY"));
 }
 
-/// As the window manager has it, who tells of a size that the toolkit does not know yet.
+/// A size reported by the window manager before the toolkit knows it.
 TEST_F(TallymoorWindowTest, TheSizeOfTheEventIsHeldAndRemembered) {
   const auto sizeByServer = [this](unsigned width, unsigned height) {
     resizeOnDisplay(tallymoor(), width, height);
@@ -148,7 +148,7 @@ TEST_F(TallymoorWindowTest, EscapeLeavesTheWindowWhereItIs) {
   EXPECT_TRUE(tallymoor().shown());
 }
 
-/// Remembered from a screen that is gone.
+/// A stored position on a screen that does not exist.
 class WindowOffTheScreenTest : public TallymoorWindowTest {
 protected:
   WindowOffTheScreenTest() {
@@ -167,7 +167,7 @@ TEST_F(WindowOffTheScreenTest, IsBroughtBackWhole) {
   EXPECT_EQ(450, tallymoor().getHeight());
 }
 
-/// As on a screen of no more than the size of a first start.
+/// A stored size larger than the screen.
 class WindowLargerThanTheScreenTest : public TallymoorWindowTest {
 protected:
   WindowLargerThanTheScreenTest() {
@@ -330,13 +330,13 @@ TEST_F(TallymoorWindowTest, AFullDiskIsToldOnceAndNothingIsLostUntilThereIsRoom)
   for (const String code : {u"ABC.AX", u"DEF.AX", u"GHI.AX"})
     TallymoorInternet::Instance().setCachedPrice(code, Date(2026, 3, 2), 2.5);
   FileOperations::current().write = writeToFullDisk;
-  // A second box, which no step waits for, would fail the test.
+  // An unexpected second box would fail the test.
   whenModal("Exception occurred while saving your data. \nYou should load a previous data file.",
             [this](FXWindow& box) {
               std::string text;
               for (const std::string& label : labels(box))
                 text += label + " ";
-              std::replace(text.begin(), text.end(), '\n', ' '); // a long text is broken into lines
+              std::replace(text.begin(), text.end(), '\n', ' '); // A long text is wrapped.
               EXPECT_NE(std::string::npos, text.find("No space left on device")) << text;
               EXPECT_NE(std::string::npos, text.find("What you entered is still in Tallymoor.")) << text;
               press(box, "OK");
@@ -349,7 +349,7 @@ TEST_F(TallymoorWindowTest, AFullDiskIsToldOnceAndNothingIsLostUntilThereIsRoom)
     EXPECT_TRUE(TestProfile::fileExists(profile().cacheFolder() + u"PriceCache." + String(code) + u".xml"));
 }
 
-/// The records fit, the prices don't.
+/// The records are written, the prices fail.
 ssize_t writeNoPrices(int file, const void* bytes, size_t count) {
   const std::string path = std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(file));
   return path.find("/Cache/") == std::string::npos ? ::write(file, bytes, count)
@@ -368,7 +368,7 @@ TEST_F(TallymoorWindowTest, PricesThatDoNotFitAreToldInOneBoxForAllCodes) {
   EXPECT_NE(std::string::npos, TestProfile::readFile(recordsPath()).find("<String>Trading</String>"));
 }
 
-/// A folder in the place of one code's file.
+/// A folder in place of a code's file.
 TEST_F(TallymoorWindowTest, APriceCacheThatCannotBeWrittenIsToldAndTheRecordsAreSaved) {
   makePortfolio("Trading");
   TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2026, 3, 2), 2.5);
@@ -413,12 +413,12 @@ TEST_F(TallymoorWindowTest, ReconnectingWithoutAnAnswerStaysOffline) {
 TEST_F(TallymoorWindowTest, ReconnectingShowsThatItTriesAndThatItFailed) {
   using Entry = ButtonDiary::Entry;
   FXButton& online = *tallymoor().onlineButton();
-  command(TallymoorWindow::ID_STATUS); // goes offline
+  command(TallymoorWindow::ID_STATUS); // Goes offline.
   FXIcon* const offlineIcon = online.getIcon();
   ButtonDiary diary(app(), online);
   runUntil([&] { return !diary.entries().empty(); });
   diary.lookSoon();
-  // The diary looks again after a millisecond at the earliest, so the answer must not come sooner.
+  // The diary looks again after at least a millisecond, so the answer must not come earlier.
   market().stall(MarketFixture::Page::Search);
   std::thread answering([this] {
     market().awaitRequests(MarketFixture::Page::Search, 1);
@@ -452,12 +452,12 @@ TEST_F(TallymoorWindowTest, RefreshingPricesFetchesThemNow) {
   updater.addCode(u"ABC.AX");
   updater.start();
   market().awaitRequests(MarketFixture::Page::Quote, 1);
-  command(TallymoorWindow::ID_REFRESH_PRICES); // the next pass would come after ten minutes
+  command(TallymoorWindow::ID_REFRESH_PRICES); // The next pass would start after ten minutes.
   market().awaitRequests(MarketFixture::Page::Quote, 2);
   EXPECT_EQ(String("ABC.AX"), market().requested(MarketFixture::Page::Quote).at(1));
 }
 
-/// Every entry of every menu, and every button of the tool bars, is something that the window answers to.
+/// Checks that the window handles every menu entry and tool bar button.
 TEST_F(TallymoorWindowTest, NoEntryDoesNothing) {
   std::set<std::string> entries;
   for (FXWindow* child = tallymoor().getRoot()->getFirst(); child; child = child->getNext())

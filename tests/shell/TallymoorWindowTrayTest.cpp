@@ -13,7 +13,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-/// The main window in a desktop session, whose panel and notification service each test starts.
+/// The main window in a desktop session. Each test starts the panel and the notification service it needs.
 class TallymoorWindowTrayTest : public ShellTest {
 protected:
   TallymoorWindowTrayTest() { m_desktop.emplace(profile().folder()); }
@@ -29,7 +29,7 @@ protected:
       return condition();
     });
   }
-  /// A panel with our icon in it.
+  /// Starts a panel and waits for our icon in it.
   void startPanel() {
     desktop().startPanel();
     serveUntil([this] { return tallymoor().tray().hasPlace(); });
@@ -49,7 +49,7 @@ protected:
 
   void timer(FXuint id) { tallymoor().trayController().handle(&app(), FXSEL(SEL_TIMEOUT, id), nullptr); }
   void knowTheTray() { Settings::Instance().writeInt(u"Gui Settings", u"MinimizeWarn", 1); }
-  /// Without a window manager nothing is ever minimised; a window off the screen counts as such.
+  /// Without a window manager, windows are never minimised. A window off the screen counts as minimised.
   void moveOffScreen() {
     tallymoor().move(-50, -60);
     letEventsPass();
@@ -133,7 +133,7 @@ TEST_F(TallymoorWindowTrayTest, AWindowThatIsFetchedBackAtOnceStays) {
   moveOffScreen();
   click("Activate");
   EXPECT_FALSE(app().hasTimeout(&tallymoor().trayController(), TrayController::ID_HIDE_AFTER_BALLOON));
-  timer(TrayController::ID_HIDE_AFTER_BALLOON); // one that was on its way
+  timer(TrayController::ID_HIDE_AFTER_BALLOON); // A timer that was already running.
   EXPECT_TRUE(tallymoor().shown());
 }
 
@@ -146,7 +146,7 @@ TEST_F(TallymoorWindowTrayTest, AWindowDoesNotHideBehindAPanelThatHasGoneMeanwhi
   EXPECT_TRUE(tallymoor().shown());
 }
 
-// ---- Coming back ----
+// ---- Restoring ----
 
 TEST_F(TallymoorWindowTrayTest, AClickOnTheIconBringsTheWindowBackIntoSight) {
   hideInTray();
@@ -327,13 +327,13 @@ TEST_F(TallymoorWindowTrayTest, ANoteInTheWindowGoesWithItsCause) {
   letEventsPass();
   EXPECT_THAT(tallymoor().warnings()->shownTexts(), IsEmpty());
   warn(u"Updates are available.", u"updates2", 0);
-  over(u"updates2"); // before it is known that no service shows it
+  over(u"updates2"); // Before it is known that no service shows it.
   warn(u"Something else.", u"c", 0);
   EXPECT_TRUE(runUntil([this] { return !tallymoor().warnings()->shownTexts().empty(); }));
   EXPECT_THAT(tallymoor().warnings()->shownTexts(), ElementsAre(String(u"Something else.")));
 }
 
-// ---- A portfolio with a share that has limits ----
+// ---- A portfolio with a share that has price limits ----
 
 class TrayWithPricesTest : public TallymoorWindowTrayTest {
 protected:

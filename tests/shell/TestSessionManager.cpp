@@ -29,8 +29,8 @@ TestSessionManager::TestSessionManager(bool refuses) {
 
 TestSessionManager::~TestSessionManager() {
   if (m_process) {
-    ::kill(m_process, SIGCONT); // if it hangs
-    ::close(m_input);           // it then ends and takes its sockets away
+    ::kill(m_process, SIGCONT); // In case it was stopped.
+    ::close(m_input);           // It then ends and removes its sockets.
     ::waitpid(m_process, nullptr, 0);
   }
   ::close(m_output);
@@ -43,7 +43,7 @@ void TestSessionManager::start(bool refuses) {
     throw std::runtime_error("no pipes to the session manager");
   m_process = ::fork();
   if (m_process == 0) {
-    ::prctl(PR_SET_PDEATHSIG, SIGKILL); // also when the tests are aborted
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL); // Ends the manager even if the tests are aborted.
     ::dup2(input[0], STDIN_FILENO);
     ::dup2(output[1], STDOUT_FILENO);
     ::execl(TALLYMOOR_TEST_SESSION_MANAGER, "test_session_manager", refuses ? "refuse" : nullptr, nullptr);

@@ -5,9 +5,8 @@
 
 namespace Tallymoor {
 
-/// A real session manager in a process of its own, which this process finds by SESSION_MANAGER. It does what
-/// it is told to (see session_manager/main.cpp) and tells what the program did. Make it after the
-/// TestProfile.
+/// A real session manager in a separate process, announced by SESSION_MANAGER. Executes commands (see
+/// session_manager/main.cpp) and reports the program's actions. Create it after the TestProfile.
 class TestSessionManager {
 public:
   explicit TestSessionManager(bool refuses = false);
@@ -15,22 +14,22 @@ public:
   TestSessionManager(const TestSessionManager&) = delete;
   TestSessionManager& operator=(const TestSessionManager&) = delete;
 
-  // What it sends. A log-out is a request to save and, when all have answered, one to die.
+  // Requests to the program. A log-out is a save request followed, after all answers, by a die request.
   void askToSaveForLogout() { send("save 2 1\n"); }
   void askToSaveCheckpoint() { send("save 0 0\n"); }
   void callLogoutOff() { send("cancelled\n"); }
   void askToDie() { send("die\n"); }
   void askToSaveAndQuit() { send("save 2 1\nquit\n"); }
 
-  /// What it has heard so far, in order: "registered", "saved", "failed to save", "left", ...; properties as
+  /// The reports so far, in order: "registered", "saved", "failed to save", "left", ...; properties as
   /// "property NAME=VALUE".
   const std::vector<std::string>& heard();
-  /// How often it has heard this.
+  /// Number of reports with this text.
   int heard(const std::string& line);
 
-  /// It no longer answers.
+  /// Stops the manager, so that it does not answer.
   void hang();
-  /// It ends without a word, as when it breaks down.
+  /// Kills the manager, as in a crash.
   void kill();
 
 private:
@@ -39,8 +38,8 @@ private:
   void read();
 
   pid_t m_process = 0;
-  int m_input = -1;  ///< of the manager
-  int m_output = -1; ///< of the manager
+  int m_input = -1;  ///< Of the manager.
+  int m_output = -1; ///< Of the manager.
   std::string m_unfinished;
   std::vector<std::string> m_heard;
 };

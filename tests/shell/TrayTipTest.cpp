@@ -13,8 +13,8 @@ std::string portfolioText(const std::string& name, const std::string& code, cons
          index + "</String></SharePortfolio>";
 }
 
-/// "Savings" holds 100 GRV.AX, and "Trading", which is compared with ^AORD, 100 ABC.AX. All were at 10.00
-/// yesterday, the index at 8000.
+/// "Savings" holds 100 GRV.AX. "Trading" holds 100 ABC.AX and is compared with ^AORD. All prices were 10.00
+/// yesterday, the index 8000.
 class TrayTipTest : public ShellTest {
 protected:
   TrayTipTest() {
@@ -42,7 +42,7 @@ protected:
 };
 
 TEST_F(TrayTipTest, TheTotalIsWeightedByCapital) {
-  // (1050 * 5% - 900 * 10%) / 1950
+  // (1050 * 5% - 900 * 10%) / 1950.
   EXPECT_EQ(String(u"Total Capital today: -1.92%"), tip(String()));
   EXPECT_EQ(String(u"Total Capital today: -1.92%"), tip(u"Total Capital"));
 }

@@ -20,13 +20,13 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// A portfolio that is kept from 5 January to 3 March 2026, a day at a time, and then looked at again. The
-/// prices: AAA.AX 12.00, from its split on 19 January on 5.90, in February 7.00; BBB.AX 4.00, in February
-/// 4.60; the index 8,000 in January, 8,400 in February.
+/// A portfolio kept day by day from 5 January to 3 March 2026, then viewed at past dates. Prices: AAA.AX
+/// 12.00, 5.90 after its split on 19 January, 7.00 in February; BBB.AX 4.00, 4.60 in February; the index
+/// 8,000 in January, 8,400 in February.
 class ViewDateReplayTest : public ShellTest {
 protected:
   using Row = std::vector<std::string>;
-  /// All that is to be read on all pages: by node, the rows of its table and the texts of its labels.
+  /// All texts of all pages: by node, its table rows and its labels.
   using Snapshot = std::map<std::string, std::vector<Row>>;
 
   ViewDateReplayTest() {
@@ -71,7 +71,7 @@ protected:
     on(Date(2026, 2, 23), [&] { user.creditCash(today(), 5.5, CASH_EVENT_INTEREST, u"INTEREST February"); });
     on(Date(2026, 3, 3), [] {});
   }
-  /// A day as it is lived: its date, what is entered, and what the window shows of it.
+  /// A day: enters its transactions and records what the window shows.
   void on(const Date& day, const std::function<void()>& enter) {
     profile().setToday(day);
     tallymoor().refreshViews(true);
@@ -116,7 +116,7 @@ protected:
     }
     return rows;
   }
-  /// Under these titles, "" for the row's header.
+  /// The cells of these columns; "" is the row header.
   static std::vector<Row> shown(PortfolioTableTreeItem& node, const std::vector<std::string>& titles) {
     Table& table = *node.table();
     std::vector<Row> rows;
@@ -159,7 +159,7 @@ protected:
   std::map<Date, Snapshot> m_days;
 };
 
-/// Sales, a split, a share that was sold and bought again: none of what came later shows through.
+/// Sales, a split, a share sold and bought again: later events must not be visible.
 TEST_F(ViewDateReplayTest, EachDayShowsWhatItShowedWhenItWasToday) {
   keepTheRecords();
   for (auto day = m_days.rbegin(); day != m_days.rend(); ++day) {
@@ -196,7 +196,7 @@ TEST_F(ViewDateReplayTest, ThirteenthOfJanuaryIsThatOfTheSheet) {
 TEST_F(ViewDateReplayTest, TenthOfFebruaryIsThatOfTheSheet) {
   keepTheRecords();
   pickViewDate(Date(2026, 2, 10));
-  // 8,160.00 and the sale of 340.00, the dividend of 20.00 and the sale of 1,380.00.
+  // 8,160.00 plus the sale of 340.00, the dividend of 20.00 and the sale of 1,380.00.
   EXPECT_EQ("$9,900.00", figure(trading(), "Capital in cash"));
   EXPECT_EQ("$552.00", figure(trading(), "Capital in shares"));
   EXPECT_THAT(
@@ -212,7 +212,7 @@ TEST_F(ViewDateReplayTest, TenthOfFebruaryIsThatOfTheSheet) {
 
 TEST_F(ViewDateReplayTest, TodayIsTheSameAfterwards) {
   keepTheRecords();
-  market().setCurrentPrice(u"AAA.AX", 7.1); // not what history has of the day
+  market().setCurrentPrice(u"AAA.AX", 7.1); // Different from the day's price in the history.
   market().setCurrentPrice(u"BBB.AX", 4.7);
   market().setCurrentPrice(u"^AORD", 8450.0);
   TallymoorInternet::Instance().priceUpdater().runPass();
@@ -222,7 +222,7 @@ TEST_F(ViewDateReplayTest, TodayIsTheSameAfterwards) {
     pickViewDate(date);
   press(tallymoor(), "Back a week");
   pickViewDate(Date(2026, 3, 3));
-  TallymoorInternet::Instance().pauseUpdates(); // a pass would bring the same prices once more
+  TallymoorInternet::Instance().pauseUpdates(); // A pass would bring the same prices again.
   EXPECT_EQ(before, snapshot());
   EXPECT_EQ("7.10", shown(*trading().sharesHeldItem(), {"Price Now"}).at(0).at(0));
 }
@@ -244,7 +244,7 @@ TEST_F(ViewDateReplayTest, BeforeTheFirstDayAllIsEmptyAndNobodyIsAsked) {
   for (int day = 0; day < 5; ++day)
     press(tallymoor(), "Back a day");
   EXPECT_EQ(before, fetches());
-  pickViewDate(Date(1990, 1, 1)); // the index on the watchlist is asked for, in vain
+  pickViewDate(Date(1990, 1, 1)); // Requests the index on the watchlist, without success.
   EXPECT_TRUE(boxes().empty());
   EXPECT_EQ("$0.00", figure(root(), "Total Capital"));
   EXPECT_EQ("$0.00", figure(trading(), "Total Capital"));
@@ -255,11 +255,11 @@ TEST_F(ViewDateReplayTest, BeforeTheFirstDayAllIsEmptyAndNobodyIsAsked) {
     EXPECT_EQ(0, node->table()->getNumRows()) << node->label().toUTF8();
 }
 
-/// A purchase that was forgotten: the form proposes the day shown and its price, and all later days follow.
+/// A forgotten purchase: the form proposes the viewed day and its price, and all later days change.
 TEST_F(ViewDateReplayTest, ATransactionOfThePastCountsFromItsDayOn) {
   keepTheRecords();
   market().addListing(u"BBB.AX", u"Baobab", u"Australia");
-  market().setCurrentPrice(u"BBB.AX", 5.0); // of now
+  market().setCurrentPrice(u"BBB.AX", 5.0); // The current price.
   pickViewDate(Date(2026, 2, 5));
   whenModal("Choose Portfolio", [this](FXWindow& dialog) {
     press(dialog, "Trading");
@@ -272,7 +272,7 @@ TEST_F(ViewDateReplayTest, ATransactionOfThePastCountsFromItsDayOn) {
   });
   whenModal("Stock Search", [this](FXWindow& search) { press(search, "OK"); });
   whenModal("Buy Shares", [this](FXWindow& dialog) {
-    EXPECT_EQ(4.6, String(field(dialog, "Share price").getText().text()).toDouble()); // of that day
+    EXPECT_EQ(4.6, String(field(dialog, "Share price").getText().text()).toDouble()); // That day's price.
     type(field(dialog, "Number bought"), "10");
     type(field(dialog, "Brokerage paid"), "4");
     press(dialog, "OK");
@@ -284,13 +284,13 @@ TEST_F(ViewDateReplayTest, ATransactionOfThePastCountsFromItsDayOn) {
   EXPECT_THAT(
       shown(*trading().sharesHeldItem(), titles),
       ElementsAre(ElementsAre("AAA.AX", "200.00", "$1,000.00"), ElementsAre("BBB.AX", "130.00", "$526.00")));
-  EXPECT_EQ("$8,470.00", figure(trading(), "Capital in cash")); // 8,520.00 less 46.00 and 4.00
+  EXPECT_EQ("$8,470.00", figure(trading(), "Capital in cash")); // 8,520.00 less 46.00 and 4.00.
   pickViewDate(Date(2026, 2, 4));
   EXPECT_THAT(
       shown(*trading().sharesHeldItem(), titles),
       ElementsAre(ElementsAre("AAA.AX", "200.00", "$1,000.00"), ElementsAre("BBB.AX", "120.00", "$480.00")));
   pickViewDate(Date(2026, 3, 3));
-  EXPECT_EQ("$9,475.50", figure(trading(), "Capital in cash")); // 9,525.50 less 50.00
+  EXPECT_EQ("$9,475.50", figure(trading(), "Capital in cash")); // 9,525.50 less 50.00.
   EXPECT_THAT(
       shown(*trading().sharesHeldItem(), titles),
       ElementsAre(ElementsAre("AAA.AX", "50.00", "$360.00"), ElementsAre("BBB.AX", "130.00", "$526.00")));
@@ -319,7 +319,7 @@ TEST_F(ViewDateReplayTest, APriceBeyondItsLimitOnAPastDayTintsTheRowAndIsNoWarni
   EXPECT_THAT(tallymoor().warnings()->shownTexts(), IsEmpty());
 }
 
-/// Part of it was sold since, so that the row is made of a copy.
+/// Part of it has been sold since, so the row shows a copy of the record.
 TEST_F(ViewDateReplayTest, LimitsTypedInThePastAreKept) {
   keepTheRecords();
   pickViewDate(Date(2026, 1, 13));
@@ -331,7 +331,7 @@ TEST_F(ViewDateReplayTest, LimitsTypedInThePastAreKept) {
   EXPECT_EQ("$3.00 - $5.00", shown(*trading().sharesHeldItem(), {"Price Min/Max"}).at(1).at(0));
 }
 
-/// What is being typed when the day changes is still meant for the day before the change.
+/// Text typed before a change of the day belongs to the old day.
 TEST_F(ViewDateReplayTest, APriceBeingTypedGoesToTheDayThatItWasTypedOn) {
   keepTheRecords();
   startTyping(1, u"Price Now", "5.25");

@@ -7,8 +7,8 @@
 namespace Tallymoor {
 namespace {
 
-/// The row that moves the view date, on Tuesday 3 March 2026, over a portfolio that got 500.00 on 1 February
-/// and 250.00 on the 25th.
+/// The view date row on Tuesday, 3 March 2026, with a portfolio that got 500.00 on 1 February and 250.00 on
+/// 25 February.
 class ViewDateRowTest : public ShellTest {
 protected:
   void SetUp() override {
@@ -128,7 +128,7 @@ TEST_F(ViewDateRowTest, ForwardDoesNothingAtToday) {
   press(*row().forwardDay());
   press(*row().forwardWeek());
   expectToday();
-  // Not even by the commands themselves.
+  // Not even if the commands are sent directly.
   tallymoor().store().portfolios().at(u"Trading")->creditCash(Date(2026, 3, 1), 1.0, 4, u"DEPOSIT unseen");
   command(TallymoorWindow::ID_FORWARD);
   command(TallymoorWindow::ID_FFORWARD);
@@ -216,7 +216,7 @@ TEST_F(ViewDateRowTest, UpdaterStaysAsleepWhenTodayIsShownAgainOffline) {
   EXPECT_FALSE(updater.isRunning());
 }
 
-/// Each command says by name that it can't write the date.
+/// Each failing command names itself and the date problem.
 TEST_F(ViewDateRowTest, FailuresNameTheCommand) {
   press(row(), "Back a week");
   const auto expectFailure = [this](const std::string& handler, FXuint id) {

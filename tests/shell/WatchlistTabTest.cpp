@@ -44,7 +44,7 @@ protected:
       names.emplace_back(tab->getText().text());
     return names;
   }
-  /// Its tree stands in the splitter, which may hold others in its pages.
+  /// The splitter around the tree. The pages may contain others.
   FXSplitter& splitter() {
     return dynamic_cast<FXSplitter&>(*tallymoor().watchlistTree()->getParent()->getParent());
   }

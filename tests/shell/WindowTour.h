@@ -17,12 +17,11 @@
 
 namespace Tallymoor {
 
-/// The main window as someone has it who uses all of it: a portfolio "Trading" with purchases, a sale, a
-/// dividend and cash, an index to compare with, and a watchlist "Miners". Every window that the program opens
-/// can be visited from here.
+/// A main window with all features in use: a portfolio "Trading" with purchases, a sale, a dividend and cash,
+/// a comparison index, and a watchlist "Miners". Visits every window of the program.
 class WindowTour : public ShellTest {
 protected:
-  /// Is shown a window that is open now, under a name for messages.
+  /// Called with each open window and its name for messages.
   using Visit = std::function<void(const std::string& name, FXWindow& shell)>;
 
   WindowTour() {
@@ -117,12 +116,12 @@ private:
       addBranch(*child, all);
   }
 
-  /// The window of that title opens next: it is visited and cancelled.
+  /// Visits and cancels the next window, which must have this title.
   void expect(const std::string& title, const Visit& visit, const Step& before = {}) {
     whenModal(title, [this, title, visit, before](FXWindow& window) {
       if (before)
         before(window);
-      window.layout(); // the toolkit does so when it is idle
+      window.layout(); // The toolkit does this when idle.
       letEventsPass();
       visit(title, window);
       close(window);
@@ -201,7 +200,7 @@ private:
       command(id);
     }
   }
-  /// The popup of the first row of a node's table, and the form that one of its entries opens.
+  /// Visits the popup of the first table row of a node, and the form that one of its entries opens.
   void visitRowForm(const std::string& label, const std::string& entry, const Visit& visit) {
     showNode(PORTFOLIOS, node(PORTFOLIOS, label));
     Table& table = *find<Table>(*node(PORTFOLIOS, label).page());

@@ -16,16 +16,16 @@
 
 namespace Tallymoor {
 
-/// A year in which the program is never left: 200 stocks, 40 transactions on each of 250 weekdays, two passes
-/// of prices over all stocks every five, another page in front every second, the records saved every tenth.
+/// A year in a single session: 200 stocks, 40 transactions on each of 250 weekdays, two price passes over all
+/// stocks every five days, another page every second day, a save every tenth day.
 class YearInOneSession : public ShellTest {
 protected:
   static constexpr int CODES = 200;
   static constexpr int DAYS = 250;
-  static constexpr int CASH_PAGE = 6; ///< as openPage counts them
+  static constexpr int CASH_PAGE = 6; ///< As counted by openPage.
   static constexpr int TRANSACTIONS_A_DAY = 40;
 
-  /// Fewer stocks for whoever compares.
+  /// Comparisons use fewer stocks.
   explicit YearInOneSession(int codes = CODES) : m_codes(codes) {
     profile().setToday(m_day);
     for (int i = 0; i < m_codes; ++i) {
@@ -42,14 +42,14 @@ protected:
     ShellTest::TearDown();
   }
 
-  /// The money and the stocks that the year begins with; counted as transactions too.
+  /// The initial money and stocks, also counted as transactions.
   void buyTheStocks() {
     transact([this](SharePortfolioUser& portfolio) {
       portfolio.creditCash(m_day, 10'000'000.0, CASH_EVENT_DEPOSIT, u"DEPOSIT opening");
       for (int i = 0; i < m_codes; ++i)
         portfolio.buyShares(codeAt(i), {m_day, 1000.0, basePrice(i), 19.95, u""});
     });
-    m_transactions += m_codes; // and the deposit, which transact has counted
+    m_transactions += m_codes; // transact has already counted the deposit.
   }
 
   void nextDay() {
@@ -64,14 +64,14 @@ protected:
       command(TallymoorWindow::ID_SAVE);
   }
 
-  /// The same transactions, with neither views nor prices that follow.
+  /// The same transactions without updates of views and prices.
   void nextDayOutOfSight() {
     beginDay();
     for (int i = 0; i < TRANSACTIONS_A_DAY; ++i)
       makeTransaction(false);
   }
 
-  /// One of eight kinds in turn. The views follow at once, or with the next one for which they do.
+  /// One of eight kinds in turn. Views update at once or with the next transaction that updates them.
   void makeTransaction(bool viewsFollow) {
     const int number = ++m_made;
     if (viewsFollow)
@@ -83,7 +83,7 @@ protected:
     }
   }
 
-  /// All stocks get new prices, by the updater, on a thread that is not the window's.
+  /// Gives all stocks new prices through the updater on a background thread.
   void passOfPrices() {
     for (int i = 0; i < m_codes; ++i)
       market().setCurrentPrice(codeAt(i), basePrice(i) * (1.0 + 0.001 * ((m_daysGone + i) % 9)));
@@ -97,7 +97,7 @@ protected:
     m_priceUpdates += m_codes;
   }
 
-  /// The program is left and started again on what it has saved.
+  /// Restarts the program on the saved records.
   void startAgain() {
     leave();
     deleteWindow();
@@ -139,7 +139,7 @@ private:
   static String codeAt(int i) { return String(("S" + std::to_string(100 + i) + ".AX").c_str()); }
   static double basePrice(int i) { return 10.0 + i % 7; }
 
-  /// As a form's command does it.
+  /// Like a form's command.
   template <class Step>
   void transact(Step step) {
     {
@@ -183,7 +183,7 @@ private:
       break;
     }
   }
-  /// The last entry of the cash reserve, which is one of the three kinds above.
+  /// Edits or deletes the last entry of the cash reserve, which is of one of the three kinds above.
   void correctOrStrike(SharePortfolioUser& portfolio, int number) const {
     XMLCashEvent& last = portfolio.portfolio().cashEvents().back();
     if (number % 16 < 8)

@@ -7,21 +7,21 @@
 
 namespace Tallymoor {
 
-/// The user's own sheet of paper beside the program: every movement of cash, in cents that were worked out by
-/// hand. It shares nothing with the program but the texts that it expects to read there.
+/// The user's account sheet: every cash movement, in cents worked out by hand. Independent of the program
+/// except for the texts expected there.
 class Sheet {
 public:
   struct Line {
-    std::string date; ///< as "31/12/2025"
+    std::string date; ///< "31/12/2025".
     std::string text;
-    std::int64_t cents; ///< negative for what is paid
+    std::int64_t cents; ///< Negative for payments.
   };
 
   void write(const std::string& date, const std::string& text, std::int64_t cents) {
     m_lines.push_back({date, text, cents});
     sort();
   }
-  /// The line with that text reads otherwise from now on.
+  /// Replaces the line with this text.
   void correct(const std::string& text, const Line& line) {
     *find(text) = line;
     sort();
@@ -38,7 +38,7 @@ public:
     return sum;
   }
 
-  /// "$1,234.50", "-$0.05"
+  /// "$1,234.50", "-$0.05".
   static std::string money(std::int64_t cents) {
     const std::int64_t size = cents < 0 ? -cents : cents;
     std::string dollars = std::to_string(size / 100);
@@ -47,7 +47,7 @@ public:
     const std::string rest = std::to_string(size % 100 + 100).substr(1);
     return (cents < 0 ? "-$" : "$") + dollars + "." + rest;
   }
-  /// The rows of a table of cash movements: day, text, paid in, paid out, balance at the end of the day.
+  /// Rows of a cash table: day, text, paid in, paid out, balance at the end of the day.
   std::vector<std::vector<std::string>> rows() const {
     std::vector<std::vector<std::string>> all;
     for (const Line& line : m_lines)
@@ -73,7 +73,7 @@ private:
     return found;
   }
 
-  std::vector<Line> m_lines; ///< oldest first
+  std::vector<Line> m_lines; ///< Oldest first.
 };
 
 } // namespace Tallymoor

@@ -8,7 +8,7 @@ namespace {
 
 using testing::ElementsAre;
 
-/// A portfolio through the year up to 3 March 2026, written down on a sheet of paper at the same time.
+/// A portfolio over the year up to 3 March 2026, recorded on an account sheet in parallel.
 class WholeYearTest : public YearOfTransactionsTest {
 protected:
   using Row = std::vector<std::string>;
@@ -32,7 +32,7 @@ protected:
     cash(byCommand(TallymoorWindow::ID_INTEREST), "Receive interest", "31/03/2025", "12.34", "March");
     sheet.write("31/03/2025", "INTEREST March", 1'234);
     buy(byPopup(&WholeYearTest::tradingNode, "Buy shares..."), "ABC.AX", "15/04/2025", "333", "9.8765");
-    sheet.write("15/04/2025", "BUY 333.00 of ABC.AX @ 9.8765", -333'887); // 3,288.8745 and 50.00
+    sheet.write("15/04/2025", "BUY 333.00 of ABC.AX @ 9.8765", -333'887); // 3,288.8745 plus 50.00.
     cash(byButton("Withdraw Cash"), "Withdraw cash", "30/04/2025", "1500", "rent");
     sheet.write("30/04/2025", "WITHDRAWAL rent", -150'000);
     buy(byPopup(&WholeYearTest::heldNode, "Buy shares..."), "QRS.AX", "14/05/2025", "2000", "1.25", "19.95");
@@ -56,13 +56,13 @@ protected:
     sheet.write("30/07/2025", "Account fee broker", -1'500);
     dividend(byPopup(&WholeYearTest::tradingNode, "Receive a dividend..."), "XYZ.AX", "12/08/2025", "500",
              "0.123456", 0, fromAbroad("New Zealand", "9.26"));
-    sheet.write("12/08/2025", "DIVIDEND XYZ.AX @ 0.123456 x 500.00", 6'173); // the tax is only noted
+    sheet.write("12/08/2025", "DIVIDEND XYZ.AX @ 0.123456 x 500.00", 6'173); // The tax is only recorded.
   }
 
   void enterSpring() {
-    // 600 are left of the first parcel, 333 in the second, and 67 come from the third.
+    // 600 remain of the first parcel, 333 are in the second, and 67 come from the third.
     sell(byPopup(&WholeYearTest::tradingNode, "Sell shares..."), "ABC.AX", "01/09/2025", "1000", "11");
-    sheet.write("01/09/2025", "SELL 600.00 of ABC.AX @ 11.0000", 655'000); // with all the brokerage
+    sheet.write("01/09/2025", "SELL 600.00 of ABC.AX @ 11.0000", 655'000); // With all of the brokerage.
     sheet.write("01/09/2025", "SELL 333.00 of ABC.AX @ 11.0000", 366'300);
     sheet.write("01/09/2025", "SELL 67.00 of ABC.AX @ 11.0000", 73'700);
     dividend(byPopup(&WholeYearTest::dividendsNode, "Receive a dividend..."), "QRS.AX", "22/09/2025", "2000",
@@ -99,7 +99,7 @@ protected:
     sheet.write("03/03/2026", "DIVIDEND XYZ.AX @ 0.030000 x 800.00", 2'400);
   }
 
-  // ---- One of every kind is corrected ----
+  // ---- One entry of every kind is corrected ----
 
   void correctTheYear() {
     correctCash();
@@ -123,13 +123,13 @@ protected:
     editPurchase("TUV.AX", "15/10/2025", {{"Number bought", "160"}}, {});
     sheet.correct("BUY 150.00 of TUV.AX @ 22.2200",
                   {"15/10/2025", "BUY 160.00 of TUV.AX @ 22.2200", -360'520});
-    // Of these, a part is sold, so that the cost of the rest is not what was paid.
+    // Part of these are sold, so the cost of the rest is not the amount paid.
     editPurchase("ABC.AX", "15/07/2025", {{"Share price", "10.20"}}, [this] { saysToEdit(cashWithdrawal); });
     editCash("BUY 250.00 of ABC.AX @ 10.1000", "15/07/2025",
              {{"Amount", "2600"}, {"Description (optional)", "BUY 250.00 of ABC.AX @ 10.2000"}});
     sheet.correct("BUY 250.00 of ABC.AX @ 10.1000",
                   {"15/07/2025", "BUY 250.00 of ABC.AX @ 10.2000", -260'000});
-    // The bank's figure comes first, and then the brokerage that explains it.
+    // First the bank's figure, then the brokerage that explains it.
     editCash("BUY 800.00 of XYZ.AX @ 4.0500", "09/02/2026", {{"Amount", "3300"}});
     sheet.correct("BUY 800.00 of XYZ.AX @ 4.0500", {"09/02/2026", "BUY 800.00 of XYZ.AX @ 4.0500", -330'000});
     editPurchase("XYZ.AX", "09/02/2026", {{"Brokerage paid", "60"}}, [this] {
@@ -137,22 +137,22 @@ protected:
       saysToEdit(cashWithdrawal);
     });
   }
-  /// When the edit's cash entry isn't found.
+  /// Expects the message that the cash entry was not found.
   void saysToEdit(const std::string& message) { answer(message, "OK"); }
 
   void correctSales() {
     editSale("500.00", "XYZ.AX", "17/11/2025", {{"Sell price", "4.60"}});
     sheet.correct("SELL 500.00 of XYZ.AX @ 4.5500",
                   {"17/11/2025", "SELL 500.00 of XYZ.AX @ 4.6000", 225'000});
-    // One of the three of a day, with all of its parcel.
+    // One of the three of a day, with its complete parcel.
     editSale("333.00", "ABC.AX", "01/09/2025", {{"Buy price", "9.8764"}, {"Sell price", "11.01"}}, [this] {
       answer("Are you sure there was no sell brokerage charged\nfor this purchase?", "Yes");
     });
     sheet.correct("BUY 333.00 of ABC.AX @ 9.8765",
-                  {"15/04/2025", "BUY 333.00 of ABC.AX @ 9.8764", -333'884}); // 3,288.8412 and 50.00
+                  {"15/04/2025", "BUY 333.00 of ABC.AX @ 9.8764", -333'884}); // 3,288.8412 plus 50.00.
     sheet.correct("SELL 333.00 of ABC.AX @ 11.0000",
                   {"01/09/2025", "SELL 333.00 of ABC.AX @ 11.0100", 366'633});
-    // Its purchase is not all sold, and was paid for as a whole: only the proceeds follow.
+    // Its purchase is not completely sold and was paid as a whole, so only the proceeds change.
     editSale("400.00", "ABC.AX", "10/06/2025", {{"Sell price", "10.60"}}, [this] {
       answer("Are you sure there was no buy brokerage charged\nfor this purchase?", "Yes");
       answer("Please find and edit the corresponding cash deposit and withdrawal for this transaction.",
@@ -166,7 +166,7 @@ protected:
     editDividend("ABC.AX", "28/05/2025", {{"Dividend Rate", "0.26"}});
     sheet.correct("DIVIDEND ABC.AX @ 0.250000 x 1333.00",
                   {"28/05/2025", "DIVIDEND ABC.AX @ 0.260000 x 1333.00", 34'658});
-    // The bank paid what the tax left; then the entry isn't the dividend's any more.
+    // The bank paid the amount after tax. The entry then no longer matches the dividend.
     editCash("DIVIDEND XYZ.AX @ 0.123456 x 500.00", "12/08/2025", {{"Amount", "52.47"}});
     sheet.correct("DIVIDEND XYZ.AX @ 0.123456 x 500.00",
                   {"12/08/2025", "DIVIDEND XYZ.AX @ 0.123456 x 500.00", 5'247});
@@ -193,7 +193,7 @@ protected:
     });
   }
 
-  // ---- About half is deleted ----
+  // ---- About half of the entries are deleted ----
 
   void deleteHalfTheYear() {
     deleteCash();
@@ -213,7 +213,7 @@ protected:
   void deletePurchases() {
     removePurchase("TUV.AX", "15/10/2025");
     sheet.strike("BUY 160.00 of TUV.AX @ 22.2200");
-    // With the brokerage corrected, the cost is the bank's figure.
+    // With the brokerage corrected, the cost equals the bank's figure.
     removePurchase("XYZ.AX", "09/02/2026");
     sheet.strike("BUY 800.00 of XYZ.AX @ 4.0500");
     removePurchase("ABC.AX", "15/07/2025", noWithdrawalDeleted);
@@ -222,7 +222,7 @@ protected:
   }
 
   void deleteSales() {
-    removeSale("500.00", "XYZ.AX", "17/11/2025"); // as if the shares had never been bought
+    removeSale("500.00", "XYZ.AX", "17/11/2025"); // As if the shares had never been bought.
     sheet.strike("SELL 500.00 of XYZ.AX @ 4.6000");
     sheet.strike("BUY 500.00 of XYZ.AX @ 4.2000");
     removeSale("400.00", "ABC.AX", "10/06/2025");
@@ -238,7 +238,7 @@ protected:
                    "Please find and delete the corresponding cash deposit from this transaction.");
     removeCash("DIVIDEND XYZ.AX @ 0.123456 x 500.00");
     sheet.strike("DIVIDEND XYZ.AX @ 0.123456 x 500.00");
-    removeDividend("QRS.AX", "23/02/2026"); // and its 30 shares
+    removeDividend("QRS.AX", "23/02/2026"); // And its 30 shares.
     deleteSharesThatTheDividendMisses();
   }
   void deleteSharesThatTheDividendMisses() {
@@ -248,7 +248,7 @@ protected:
     removePurchase("QRS.AX", "22/09/2025", noWithdrawalDeleted);
   }
 
-  // ---- What the window shows ----
+  // ---- The window's content ----
 
   Rows cashRows() { return shown(cashNode(), {"", "Description", "Credits", "Debits", "Balance"}); }
   Rows heldRows() { return shown(heldNode(), {"", "Number", "Current Value"}); }
@@ -263,8 +263,8 @@ protected:
                  {"", "Code", "On Num Held", "Rate", "Value", "% Franked", "Franking Credit", "Received As"});
   }
 
-  /// Every line of the sheet stands in the cash reserve, nothing else does, and the program's three sums are
-  /// the sheet's.
+  /// Checks that the cash reserve has exactly the lines of the sheet, and that the program's three sums agree
+  /// with it.
   void expectTheSheet() {
     EXPECT_EQ(sheet.rows(), cashRows());
     const std::string total = Sheet::money(sheet.total());
@@ -281,14 +281,14 @@ protected:
   void expectTheYear() {
     expectTheSheet();
     EXPECT_EQ(5'072'526, sheet.total());
-    expectCapital(981'820); // 1,830.00 and 3,200.00 and 1,488.20 and 3,300.00
-    EXPECT_TRUE(shows(*cashNode().page(), "Total interest this FY:          $21.10")); // since July
+    expectCapital(981'820); // 1,830.00 plus 3,200.00 plus 1,488.20 plus 3,300.00.
+    EXPECT_TRUE(shows(*cashNode().page(), "Total interest this FY:          $21.10")); // Since July.
     expectHoldingsOfTheYear();
     expectSalesOfTheYear();
     EXPECT_TRUE(shows(*soldNode().page(), "$19,027.50"));
     expectDividendsOfTheYear();
     EXPECT_TRUE(shows(*dividendsNode().page(), "$620.38"));
-    EXPECT_TRUE(shows(*dividendsNode().page(), "$226.56")); // of franking credits
+    EXPECT_TRUE(shows(*dividendsNode().page(), "$226.56")); // Of franking credits.
   }
   void expectHoldingsOfTheYear() {
     EXPECT_THAT(heldRows(),
@@ -326,7 +326,7 @@ protected:
   void expectTheCorrectedYear() {
     expectTheSheet();
     EXPECT_EQ(5'094'949, sheet.total());
-    expectCapital(1'004'240); // ten TUV.AX, two and one QRS.AX more
+    expectCapital(1'004'240); // Ten TUV.AX, two and one QRS.AX more.
     EXPECT_THAT(purchaseRows("QRS.AX"),
                 ElementsAre(Row{"14/05/2025", "965.00", "1.25"}, Row{"22/09/2025", "71.00", "1.4286"},
                             Row{"23/02/2026", "30.00", "1.4786"}));
@@ -342,7 +342,7 @@ protected:
   void expectWhatIsLeft() {
     expectTheSheet();
     EXPECT_EQ(5'204'914, sheet.total());
-    expectCapital(135'100); // 965 QRS.AX
+    expectCapital(135'100); // 965 QRS.AX.
     EXPECT_THAT(heldRows(), ElementsAre(Row{"QRS.AX", "965.00", "$1,351.00"}));
     EXPECT_THAT(purchaseRows("QRS.AX"), ElementsAre(Row{"14/05/2025", "965.00", "1.25"}));
     EXPECT_THAT(soldRows(), ElementsAre(Row{"01/09/2025", "ABC.AX", "600.00", "10.00", "11.00", "$6,600.00"},
@@ -354,7 +354,7 @@ protected:
                                                 "100.00%", "$10.29", "Cash"}));
   }
 
-  /// What another reader of the document would find and add up.
+  /// Adds up the saved document independently.
   void expectTheSheetInTheDocument() {
     XMLPortfolios records;
     records.decode(recordsPath());

@@ -16,8 +16,8 @@
 
 namespace Tallymoor {
 
-/// How a user with one portfolio "Trading" works in the window: opens forms by menus, buttons and popups,
-/// fills them in, and reads the tables.
+/// Actions of a user with one portfolio "Trading": opens forms by menus, buttons and popups, fills them in,
+/// and reads the tables.
 class YearOfTransactionsTest : public ShellTest {
 protected:
   using Open = std::function<void()>;
@@ -43,7 +43,7 @@ protected:
     ShellTest::TearDown();
   }
 
-  /// The program is left and started again, on what it has saved.
+  /// Restarts the program on the saved records.
   void startAgain() {
     leave();
     deleteWindow();
@@ -72,7 +72,7 @@ protected:
   static Table& tableOf(InvestmentTreeItem& node) {
     return *dynamic_cast<PortfolioTableTreeItem&>(node).table();
   }
-  /// What the rows show under these titles; "" stands for the row's header.
+  /// Cells of these columns; "" is the row header.
   static Rows shown(InvestmentTreeItem& node, const std::vector<std::string>& columns) {
     Table& table = tableOf(node);
     Rows rows;
@@ -89,7 +89,7 @@ protected:
         return table.getItemText(row, each->index()).text();
     throw std::runtime_error("no column " + column);
   }
-  /// The row that shows this text in some column.
+  /// The row that contains this text.
   static FXint rowWith(Table& table, const std::string& text) {
     for (FXint row = 0; row < table.getNumRows(); ++row) {
       if (text == table.getRowText(row).text())
@@ -100,7 +100,7 @@ protected:
     }
     throw std::runtime_error("no row with " + text);
   }
-  /// The value behind a caption of a summary.
+  /// The value next to a caption of a summary.
   static std::string figure(InvestmentTreeItem& node, const std::string& caption) {
     for (FXLabel* label : findAll<FXLabel>(*node.page()))
       if (label->getText().text() == caption)
@@ -127,7 +127,7 @@ protected:
   }
   InvestmentTreeItem& tradingNode() { return trading(); }
 
-  /// Opens the form and lets the step fill it in; what comes up before the form is seen to by who opens it.
+  /// Opens the form and runs the step in it. `open` must handle earlier windows.
   void enter(const Open& open, const std::string& form, const Step& fill) {
     m_fill = [this, form, fill] { whenModal(form, fill); };
     open();
@@ -155,7 +155,7 @@ protected:
       press(form, "OK");
     });
   }
-  /// The rest of the form is filled by the step, if there is one.
+  /// The optional step fills in the rest of the form.
   void dividend(const Open& open, const std::string& code, const std::string& date, const std::string& number,
                 const std::string& rate, int franked, const Step& rest = {}) {
     enter(open, "Receive a dividend", [=, this](FXWindow& form) {
@@ -195,7 +195,8 @@ protected:
 
   // ---- Rows ----
 
-  /// The popup of the row that shows the text; what it opens must be queued by the step.
+  /// Chooses an entry of the popup of the row with this text. The step queues the handling of the window that
+  /// opens.
   void fromRow(InvestmentTreeItem& node, const std::string& rowText, const std::string& entry,
                const Open& expected) {
     leftClick(node);
@@ -207,9 +208,9 @@ protected:
     click(header, RIGHT_BUTTON, 5, header.getItemOffset(row) + header.getItemSize(row) / 2);
     letEventsPass();
   }
-  /// Fields of the form and what is typed into them.
+  /// Fields of the form with the texts to type.
   using Changes = std::vector<std::pair<std::string, std::string>>;
-  /// Edits the row in its form; the boxes that answer OK are awaited by the step.
+  /// Edits the row in its form. The step queues answers for the boxes after OK.
   void edit(InvestmentTreeItem& node, const std::string& rowText, const std::string& entry,
             const std::string& form, const Changes& changes, const Open& boxes = {}) {
     fromRow(node, rowText, entry, [=, this] {
@@ -241,7 +242,7 @@ protected:
          "Edit dividend of " + code + " on " + date, changes, boxes);
   }
 
-  /// Deletes the row; the question is answered by Yes, and a text that follows by OK.
+  /// Deletes the row: answers the question with Yes and a following message with OK.
   void remove(InvestmentTreeItem& node, const std::string& rowText, const std::string& entry,
               const std::string& question, const std::string& told) {
     fromRow(node, rowText, entry, [=, this] {
@@ -278,9 +279,9 @@ protected:
                                     "Are you sure you want to continue with this stock code?";
 
   static constexpr FXint RIGHT_BUTTON = RIGHTBUTTON;
-  static constexpr FXint ON_TEXT = 2; ///< the toolkit's answer of hitItem
+  static constexpr FXint ON_TEXT = 2; ///< Result of FXTreeList::hitItem.
 
-  /// Traded for one price on every day.
+  /// Lists a stock with the same price on every day.
   void list(const String& code, double price) {
     market().setHistory(code, Date(2025, 1, 1), Date(2026, 3, 3), price);
     market().setCurrentPrice(code, price);
@@ -344,7 +345,7 @@ private:
     type(field(form, dateLabel), date);
   }
 
-  Open m_fill; ///< queues the form's own step, when what comes before it is queued
+  Open m_fill; ///< Queues the form's step, after the steps for earlier windows were queued.
   std::unique_ptr<MainWindow> m_nextRun;
 };
 

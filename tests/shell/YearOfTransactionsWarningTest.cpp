@@ -4,7 +4,7 @@
 namespace Tallymoor {
 namespace {
 
-/// Notes the warnings that the window is asked to show.
+/// Records the warnings of the window.
 class NotingWindow : public TallymoorWindow {
 public:
   using TallymoorWindow::TallymoorWindow;
@@ -39,7 +39,7 @@ private:
   std::optional<WindowIcons> m_icons;
 };
 
-/// The window shows a warning of one key once a run, so that all must have the same.
+/// The window shows a warning once per key and run, so all must have the same key.
 TEST_F(OverdrawnTest, NegativeReserveOfTodayIsWarnedOfUnderOneKey) {
   deposit("02/03/2026", "100");
   EXPECT_TRUE(takeWarnings().empty());

@@ -10,8 +10,8 @@ namespace {
 class CashReserveTableTest : public ViewsTest {
 protected:
   Table& table() { return *cash().table(); }
-  /// Beside the deposit and the two purchases of "Trading": interest of 7.50 on 27 February and of 2.25 on
-  /// the last day of the financial year before.
+  /// Adds interest of 7.50 on 27 February and of 2.25 on the last day of the previous financial year to the
+  /// entries of "Trading".
   SharePortfolioUser& addInterest() {
     SharePortfolioUser& user = addTrading();
     user.creditCash(Date(2026, 2, 27), 7.5, CASH_EVENT_INTEREST, u"INTEREST bank");
@@ -114,7 +114,7 @@ TEST_F(CashReserveTableTest, EventsOfEarlierFinancialYearsCanBeHidden) {
 TEST_F(CashReserveTableTest, DayWithoutARecordHasABalanceOfZero) {
   addInterest();
   showTree();
-  cashEntry(3).subElement(u"Date").setValue(u"1/1/2020"); // behind the record's back
+  cashEntry(3).subElement(u"Date").setValue(u"1/1/2020"); // Without informing the capital record.
   table().updateTable();
   EXPECT_THAT(rowTexts(table(), 0), ElementsAre("INTEREST bank", "$7.50", "", "$0.00"));
 }

@@ -20,7 +20,7 @@ namespace {
 const Date TODAY(2026, 3, 3);
 const Date FIRST(2025, 1, 1);
 
-/// Portfolios on Tuesday 3 March 2026, with a stock exchange behind a web server and no display.
+/// Portfolios on Tuesday, 3 March 2026, with a simulated exchange behind a web server and without a display.
 class ChartModelsTest : public ::testing::Test {
 protected:
   ChartModelsTest() {
@@ -45,7 +45,7 @@ protected:
     return portfolios;
   }
   MarketFixture& market() { return *m_market; }
-  /// The prices are as if they had been looked at: drawing fetches nothing.
+  /// Puts the prices into the cache, because drawing fetches nothing.
   static void cache(const String& code, const Date& first, const Date& last = TODAY) {
     TallymoorInternet::Instance().completeHistory(code, first, last);
   }
@@ -176,7 +176,7 @@ TEST_F(ChartModelsTest, PurchasesAndSalesAreMarked) {
   two.buyShares(u"AAA.AX", {Date(2026, 1, 12), 150, 10.5, 5.0, String()});
   one.sellShares(u"AAA.AX", {Date(2026, 2, 9), 120, 11.0, 5.0, String()}, true);
   cache(u"AAA.AX", Date(2025, 12, 1));
-  // 120 shares came of two parcels, and two portfolios bought on one day.
+  // 120 shares came from two parcels, and two portfolios bought on the same day.
   EXPECT_THAT(notes(prices(u"AAA.AX")),
               testing::ElementsAre("5/1/2026 up Bought 100.00 at 9.00", "12/1/2026 up Bought 200.00 at 10.25",
                                    "9/2/2026 down Sold 120.00 at 11.00"));

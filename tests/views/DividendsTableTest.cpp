@@ -13,7 +13,7 @@ namespace {
 class DividendsTableTest : public ViewsTest {
 protected:
   Table& table() { return *dividends().table(); }
-  /// Beside the purchases of "Trading", three dividends: 0.10 on 200 shares, fully franked, in cash, on 17
+  /// Adds three dividends to the purchases of "Trading": 0.10 on 200 shares, fully franked, in cash, on 17
   /// February; 0.05 on 250, 50% franked, as 2 shares at 6.25, on the 24th; 0.02 on 100, unfranked, from New
   /// Zealand, on 2 March.
   SharePortfolioUser& addDividends() {
@@ -82,7 +82,7 @@ TEST_F(DividendsTableTest, TotalsAreSumsUnderTheirColumns) {
   addDividends();
   showTree();
   EXPECT_EQ("$34.50", total(dividends(), &value));
-  EXPECT_EQ("$11.25", total(dividends(), &frankingCreditOf)); // 8.5714 and 2.6786
+  EXPECT_EQ("$11.25", total(dividends(), &frankingCreditOf)); // 8.5714 plus 2.6786.
   EXPECT_EQ("none", total(dividends(), &percentFranked));
 }
 

@@ -1,5 +1,4 @@
-// Tables of events keep their rows where they can: what they show must be what a table shows that is made
-// anew.
+// Tables of events reuse their rows where possible. They must show the same as a newly filled table.
 #include "ViewsTest.h"
 #include "views/CashReserveTable.h"
 #include "views/DividendsTable.h"
@@ -26,7 +25,7 @@ CellResult descriptionWithMore(Row& row) {
   return CellResult(row.payload<EventRow>().as<XMLCashEvent>().description());
 }
 
-/// Cash entries, with columns that count the cells that are computed.
+/// Cash entries with columns that count the computed cells.
 class CountingTable : public EventTable {
 public:
   CountingTable(SharePortfolioUser& portfolio, PortfolioCommands& commands, FXComposite* parent)
@@ -52,7 +51,7 @@ protected:
     showTree();
   }
   SharePortfolioUser& user() { return node(u"Trading").portfolio(); }
-  /// As a form's command does it.
+  /// Like a form's command.
   template <class Change>
   void change(Change made) {
     {
@@ -164,10 +163,10 @@ TEST_F(EventTableTest, SortedTablesFollowToo) {
   EXPECT_THAT(numbers(), ElementsAre("20.00", "15.00", "12.00", "10.00"));
 }
 
-/// Anything that can happen to cash, sales and dividends, and the days that are looked at.
+/// Random changes of cash, sales and dividends, at several view dates.
 TEST_F(EventTableTest, TablesShowWhatTheyShowWhenTheyAreMadeAnew) {
   buy(user(), u"BBB.AX", 1000, 2.0);
-  std::mt19937 random(1729); // the same changes on each run
+  std::mt19937 random(1729); // The same changes in each run.
   const auto upTo = [&random](std::size_t most) { return random() % most; };
   const auto anyDay = [&] { return Date(2026, 2, 20).plusDays(static_cast<int>(upTo(12))); };
   const std::array<InvestmentTreeItem*, 3> pages{&cash(), &sold(), &dividends()};

@@ -19,7 +19,7 @@ TEST_F(HeldShareCellsTest, FigureAShareOfTwoParcelsAcrossASplitByHand) {
   showTree();
   const Table& table = *held(u"Trading").table();
   ASSERT_EQ(1, table.getNumRows());
-  // 200 at 5.00 and 50 at 6.00, split-adjusted; the cash is 5,000.00 - 1,030.00 - 320.00.
+  // 200 at 5.00 and 50 at 6.00, adjusted for the split; the cash is 5,000.00 - 1,030.00 - 320.00.
   expectCells(table, 0,
               {{u"Number", "250.00"},
                {u"Buy Price", "5.20"},
@@ -30,7 +30,7 @@ TEST_F(HeldShareCellsTest, FigureAShareOfTwoParcelsAcrossASplitByHand) {
                {u"Day Gain", "$150.00"},
                {u"Day %", "10.00%"},
                {u"Week %", "20.00%"},
-               {u"Month %", "32.00%"}, // from 10.00 for one share before the split, 5.00 for each of two
+               {u"Month %", "32.00%"}, // From 10.00 before the split, which is 5.00 now.
                {u"Gain %", "26.92%"},
                {u"Annualised Gain %", "338.86%"},
                {u"Gross Gain $", "$350.00"},
@@ -97,11 +97,11 @@ TEST_F(HeldShareCellsTest, CompareWithTheFirstPurchaseWhereTheShareWasNotHeldYet
   user.buyShares(u"BBB.AX", {Date(2026, 2, 26), 10, 2.5, 0.0, String()});
   showTree();
   const Table& table = *held(u"New").table();
-  // A month ago nothing was held: 2.50, paid first, is what 3.00 is compared with. Yesterday it was held.
+  // A month ago nothing was held, so 3.00 is compared with 2.50, the first price paid. Yesterday it was held.
   EXPECT_EQ("20.00%", cellText(table, 0, u"Month %"));
   EXPECT_EQ("0.00%", cellText(table, 0, u"Day %"));
   EXPECT_EQ("0.00", cellText(table, 0, u"Day Move"));
-  // Since last Friday's eve ten were bought at 2.00: 60.00 now, 30.00 + 20.00 then.
+  // Ten were bought at 2.00 after that day: 60.00 now, 30.00 + 20.00 then.
   EXPECT_DOUBLE_EQ(20.0, held(u"New").table()->percentGainSince(Date(2026, 2, 26)));
 }
 

@@ -5,7 +5,7 @@
 
 namespace Tallymoor {
 
-/// The tables of performance of a portfolio "Trading" and of the total.
+/// The performance tables of a portfolio "Trading" and of the total.
 class PerformanceTableTest : public ViewsTest {
 protected:
   PortfolioPerformanceTable& table(const String& name = u"Trading") {
@@ -13,7 +13,7 @@ protected:
   }
   PortfolioPerformanceTable& totalTable() { return root().performance()->table(); }
 
-  /// 1,000.00 a month ago, 1,200.00 today, of which 100.00 came in meanwhile.
+  /// 1,000.00 a month ago, 1,200.00 today, including a deposit of 100.00.
   SharePortfolioUser& addGrowing() {
     SharePortfolioUser& user = addPortfolio(u"Trading", 1000.0, Date(2026, 2, 1));
     market().setHistory(u"AAA.AX", Date(2026, 1, 20), Date(2026, 2, 27), 10.0);

@@ -13,13 +13,13 @@ namespace {
 
 class PortfolioPerformanceTableTest : public PerformanceTableTest {
 protected:
-  /// 4,000.00 until February, then 4,100.00 and today 4,200.00.
+  /// 4,000.00 until February, then 4,100.00; 4,200.00 today.
   void longIndex() {
     market().setHistory(u"^IDX", Date(2020, 1, 2), Date(2026, 2, 27), 4000.0);
     market().setDay(u"^IDX", Date(2026, 3, 2), 4100.0);
     market().setDay(u"^IDX", Date(2026, 3, 3), 4200.0);
   }
-  /// Cash that grows by interest of 33.1% within three years, and by 10% within the last.
+  /// Cash that grows by interest of 33.1% in three years, 10% of it in the last year.
   SharePortfolioUser& addFiveYears() {
     SharePortfolioUser& user = addPortfolio(u"Trading", 1000.0, Date(2021, 2, 1));
     user.creditCash(Date(2024, 1, 10), 100.0, CASH_EVENT_INTEREST, u"INTEREST 2024");
@@ -27,18 +27,18 @@ protected:
     user.creditCash(Date(2026, 1, 10), 121.0, CASH_EVENT_INTEREST, u"INTEREST 2026");
     return user;
   }
-  /// A click on the head of a column.
+  /// Clicks a column header.
   void clickHeader(Table& table, const String& title) {
     FXHeader& header = *table.getColumnHeader();
     header.getTarget()->handle(&header, FXSEL(SEL_COMMAND, header.getSelector()),
                                reinterpret_cast<void*>(FXival(columnOf(table, title))));
     letEventsPass();
   }
-  /// The user right-clicks the head of a column and chooses from its popup.
+  /// Right-clicks a column header and chooses from its popup.
   void chooseFromHeader(Table& table, const String& title, const std::string& entry,
                         const std::function<void()>& expected) {
     whenModal(entry, [this, entry](FXWindow& popup) { press(popup, entry); });
-    expected(); // what the command opens
+    expected(); // Queues the handling of what the command opens.
     FXHeader& header = *table.getColumnHeader();
     FXEvent event{};
     event.win_x = header.getItemOffset(columnOf(table, title)) + 3;
@@ -101,7 +101,7 @@ TEST_F(PortfolioPerformanceTableTest, CellsHaveTheirTypes) {
       {"Total Capital", CELL_MONEY},   {"Index", CELL_TEXT},
       {"1 Month", CELL_PERCENT},       {"Brokerage %", CELL_PERCENT},
       {"1 Month Index", CELL_PERCENT}, {"12 Months Index", CELL_PERCENT},
-      {"12 Months", CELL_TEXT}, // empty
+      {"12 Months", CELL_TEXT}, // Empty.
       {"External Flow", CELL_MONEY}};
   for (const auto& column : table().columns()) {
     const auto type = types.find(column->title().toUTF8());
@@ -145,7 +145,7 @@ TEST_F(PortfolioPerformanceTableTest, ViewDateIsTheFirstRow) {
 TEST_F(PortfolioPerformanceTableTest, RowsHaveNoPopup) {
   addTrading();
   showTree();
-  rightClickRow(table(), 0); // a popup would fail the test
+  rightClickRow(table(), 0); // A popup would fail the test.
   letEventsPass();
   EXPECT_TRUE(table().isRowSelected(0));
 }
@@ -160,7 +160,7 @@ TEST_F(PortfolioPerformanceTableTest, MoneyThatCameInIsNoGain) {
   EXPECT_EQ("$100.00", cellText(table(), 0, u"External Flow"));
   EXPECT_EQ("10.00%", cellText(totalTable(), 0, u"1 Month"));
   EXPECT_EQ("$100.00", cellText(totalTable(), 0, u"External Flow"));
-  // The month of the first deposit began without a record.
+  // There is no record at the start of the first deposit's month.
   EXPECT_EQ("", cellText(table(), 1, u"1 Month"));
   EXPECT_EQ("$1,000.00", cellText(table(), 1, u"External Flow"));
 }
@@ -173,14 +173,14 @@ TEST_F(PortfolioPerformanceTableTest, CapitalOfZeroLeavesTheCellEmpty) {
   EXPECT_EQ("$80.00", cellText(table(), 0, u"Total Capital"));
   EXPECT_EQ("", cellText(table(), 0, u"1 Month"));
   EXPECT_EQ("", cellText(table(), 0, u"Brokerage %"));
-  EXPECT_EQ("", cellText(table(), 1, u"External Flow")); // shows as zero
+  EXPECT_EQ("", cellText(table(), 1, u"External Flow")); // Rounds to zero.
 }
 
 TEST_F(PortfolioPerformanceTableTest, BrokerageIsThatOfTheMonth) {
-  addTrading(); // 30.00 and 20.00 in February, whose start has no record
+  addTrading(); // 30.00 and 20.00 in February, which starts without a record.
   portfolios()[u"Trading"]->buyShares(u"AAA.AX", {Date(2026, 3, 2), 10, 6.0, 50.25, String()});
   showTree();
-  EXPECT_EQ("1.00%", cellText(table(), 0, u"Brokerage %")); // of 5,025.00
+  EXPECT_EQ("1.00%", cellText(table(), 0, u"Brokerage %")); // Of 5,025.00.
   EXPECT_EQ("", cellText(table(), 1, u"Brokerage %"));
 }
 
@@ -207,9 +207,9 @@ TEST_F(PortfolioPerformanceTableTest, FiveYearsShowTheirMonthsAndGrowthAYear) {
   EXPECT_EQ("10.00%", cellText(table(), 0, u"12 Months"));
   EXPECT_EQ("10.00%", cellText(table(), 0, u"3 Years Ann."));
   EXPECT_EQ("5.89%", cellText(table(), 0, u"5 Years Ann."));
-  EXPECT_EQ("1.64%", cellText(table(), 0, u"3 Years Index Ann.")); // 5% in all
+  EXPECT_EQ("1.64%", cellText(table(), 0, u"3 Years Index Ann.")); // 5% in total.
   EXPECT_EQ("0.98%", cellText(table(), 0, u"5 Years Index Ann."));
-  // Both ask for a record of the day on which the five years began.
+  // Both need a record of the day on which the five years began.
   EXPECT_EQ("5.89%", cellText(table(), 1, u"5 Years Ann."));
   EXPECT_EQ("", cellText(table(), 2, u"5 Years Ann."));
   EXPECT_EQ("", cellText(table(), 2, u"5 Years Index Ann."));
@@ -219,10 +219,10 @@ TEST_F(PortfolioPerformanceTableTest, FiveYearsShowTheirMonthsAndGrowthAYear) {
 TEST_F(PortfolioPerformanceTableTest, YearsBeginWithTheirMonths) {
   addFiveYears();
   showTree();
-  EXPECT_EQ("10.00%", cellText(table(), 0, u"Cal Year")); // since 31 December 2025
-  EXPECT_EQ("10.00%", cellText(table(), 0, u"Fin Year")); // since 30 June 2025
+  EXPECT_EQ("10.00%", cellText(table(), 0, u"Cal Year")); // Since 31 December 2025.
+  EXPECT_EQ("10.00%", cellText(table(), 0, u"Fin Year")); // Since 30 June 2025.
   const FXint december = table().getRow(u"31/12/2025");
-  EXPECT_EQ("10.00%", cellText(table(), december, u"Cal Year")); // since 31 December 2024
+  EXPECT_EQ("10.00%", cellText(table(), december, u"Cal Year")); // Since 31 December 2024.
   EXPECT_EQ("0.00%", cellText(table(), december, u"Fin Year"));
   EXPECT_EQ("0.00%", cellText(table(), table().getRow(u"31/08/2025"), u"Fin Year"));
 }
@@ -359,7 +359,7 @@ TEST_F(PortfolioPerformanceTableTest, DaysOfStandInPricesBearAStarUntilTheirPric
 
   market().setHistory(u"AAA.AX", Date(2026, 2, 26), Date(2026, 3, 2), 11.0);
   market().setCurrentPrice(u"AAA.AX", 12.0);
-  market().addListing(u"TEST", u"test", u"Australia"); // what is searched for to try a connection
+  market().addListing(u"TEST", u"test", u"Australia"); // Going online searches for it.
   ASSERT_TRUE(TallymoorInternet::Instance().reconnect());
   TallymoorInternet::Instance().pauseUpdates();
   runPass();
@@ -372,7 +372,7 @@ TEST_F(PortfolioPerformanceTableTest, DaysOfStandInPricesBearAStarUntilTheirPric
 TEST_F(PortfolioPerformanceTableTest, OtherCodesRefreshNothing) {
   addGrowing();
   showTree();
-  // Changed behind the table's back: a refresh would show it.
+  // The table is not informed; a refresh would show the change.
   portfolios()[u"Trading"]->capitalRecord().historicalPriceChanged(u"AAA.AX", Date(2026, 3, 3), 20.0);
   {
     BigMutexLock lock;
@@ -415,7 +415,7 @@ TEST_F(PortfolioPerformanceTableTest, BrokerageFollowsTheTransaction) {
   EXPECT_EQ("0.00%", cellText(table(), 0, u"Brokerage %"));
   node(u"Trading").portfolio().buyShares(u"AAA.AX", {Date(2026, 3, 3), 1, 11.0, 10.0, String()});
   node(u"Trading").transactionMade();
-  EXPECT_EQ("1.00%", cellText(table(), 0, u"Brokerage %")); // of 1,000.00
+  EXPECT_EQ("1.00%", cellText(table(), 0, u"Brokerage %")); // Of 1,000.00.
   EXPECT_EQ("1.00%", cellText(totalTable(), 0, u"Brokerage %"));
 }
 
@@ -493,7 +493,7 @@ TEST_F(PortfolioPerformanceTableTest, ColumnsAreShownSortedHiddenAndReset) {
   chooseFromHeader(table(), u"1 Month", "Reset columns to defaults",
                    [this] { answer("Do you want to reset columns to default?", "Yes"); });
   EXPECT_EQ(usual, shownTitles(table()));
-  EXPECT_EQ(12u, totalTable().columns().size()); // its own choice is untouched
+  EXPECT_EQ(12u, totalTable().columns().size()); // Its own columns are unchanged.
 }
 
 TEST_F(PortfolioPerformanceTableTest, ChoiceOfColumnsFollowsThePortfolioToItsNewName) {
@@ -506,12 +506,12 @@ TEST_F(PortfolioPerformanceTableTest, ChoiceOfColumnsFollowsThePortfolioToItsNew
   EXPECT_TRUE(Settings::Instance().keys(u"Visible Columns Trading").empty());
 }
 
-// ---- The line between the table and the chart ----
+// ---- The bar between table and chart ----
 
 class PerformanceViewTest : public PortfolioPerformanceTableTest {
 protected:
   PerformanceView& view() { return *node(u"Trading").performance(); }
-  /// What a drag of the line ends with.
+  /// Ends a drag of the bar at this position.
   static void moveLine(PerformanceView& view, FXint y) {
     view.setSplit(0, y);
     view.handle(&view, FXSEL(SEL_COMMAND, PerformanceView::ID_SPLITTER), nullptr);
@@ -531,7 +531,7 @@ TEST_F(PerformanceViewTest, BothPartsCanBeUsedInASmallWindow) {
   EXPECT_GE(view().chart().getHeight(), 120);
 }
 
-/// As at a start: the first page is filled before the window gives it any height.
+/// As at a start: the first page is filled before it has a height.
 TEST_F(PerformanceViewTest, TheTableOfAPageThatIsFilledWithoutHeightComesOntoTheDisplay) {
   SharePortfolioUser& growing = addGrowing();
   auto* page =

@@ -30,7 +30,7 @@ TEST(PriceLimitsTest, ALimitThatIsNotSetIsLeftOut) {
     EXPECT_TRUE(PriceLimits::MinMaxFromString(limits.text()) == limits) << limits.text().toUTF8();
   EXPECT_EQ(String(u" - $2.00"), (PriceLimits{0.0, 2.0}.text()));
   EXPECT_EQ(String(u"$1.50 - "), (PriceLimits{1.5, 0.0}.text()));
-  // The blank at the edge need not be typed.
+  // The blank at the edge may be omitted.
   EXPECT_TRUE(PriceLimits::MinMaxFromString(u"- 2") == (PriceLimits{0.0, 2.0}));
   EXPECT_TRUE(PriceLimits::MinMaxFromString(u"1.5 -") == (PriceLimits{1.5, 0.0}));
 }
@@ -71,7 +71,7 @@ TEST(PriceLimitsTest, OnlyAChangeIsAChange) {
   const TestProfile profile;
   FakeUserInteraction user;
   const PriceLimits old{1.2345, 2.0};
-  EXPECT_FALSE(changedLimits(old.text(), old.text(), old)); // what the cell shows, with fewer decimals
+  EXPECT_FALSE(changedLimits(old.text(), old.text(), old)); // The cell's text, which has fewer decimals.
   EXPECT_FALSE(changedLimits(u"1.2345 - 2", old.text(), old));
   EXPECT_TRUE(changedLimits(u"1.23 - 2", old.text(), old) == (PriceLimits{1.23, 2.0}));
   EXPECT_TRUE(changedLimits(String(), old.text(), old)->areNone());

@@ -11,7 +11,7 @@ namespace {
 class ShareHeldTableTest : public ViewsTest {
 protected:
   SharesHeldTable& table(const String& code = u"AAA.AX") { return *purchases(u"Trading", code)->table(); }
-  /// The purchase's 20.00 is not the default.
+  /// The purchase's brokerage of 20.00 differs from the default.
   void answerChecks() { answer("Would you like to make this the default brokerage rate?", "No"); }
   const std::string deletion = "Warning! Deleting this share will affect the Total Capital.\n If you sold "
                                "this share, use the \"Sell Share\" "
@@ -94,7 +94,7 @@ TEST_F(ShareHeldTableTest, DeletingAPurchaseTakesItsCashEntryAlong) {
   addTrading();
   showTree();
   leftClick(*purchases(u"Trading", u"AAA.AX"));
-  // The first parcel reads as 200 by the split: it is found by that number.
+  // The first parcel is shown as 200 because of the split, and is found by that number.
   chooseFromRow(table(), 0, "Delete from records!...", [this] {
     answer(deletion + "Continue to delete the share purchase of AAA.AX at 02/02/2026?", "Yes");
   });

@@ -11,7 +11,7 @@ namespace {
 
 class SharePortfolioTreeItemTest : public ViewsTest {
 protected:
-  /// The prices of "Trading", as if fetched before.
+  /// Puts the prices of "Trading" into the cache.
   static void priceOffline() {
     for (Date day(2026, 2, 1); day <= Date(2026, 3, 3); day.addDays(1))
       TallymoorInternet::Instance().setCachedPrice(u"AAA.AX", day,
@@ -25,7 +25,7 @@ protected:
     market().setDay(u"^IDX", Date(2026, 3, 2), yesterday);
     market().setDay(u"^IDX", Date(2026, 3, 3), today);
   }
-  /// As far back as the moving averages reach, at 4,000.00 but for yesterday and today.
+  /// Covers the moving averages. 4,000.00 except for yesterday and today.
   void longIndex(double yesterday, double today) {
     market().setHistory(u"^IDX", Date(2025, 11, 3), Date(2026, 1, 19), 4000.0);
     index(yesterday, today);
@@ -33,12 +33,12 @@ protected:
   FXButton& setIndexButton(const String& name) {
     return dynamic_cast<FXButton&>(button(*node(name).page(), " set index "));
   }
-  /// The text behind the button "set index"; null when there is none.
+  /// The label after the button "set index"; null if there is none.
   FXLabel* trend(const String& name) { return dynamic_cast<FXLabel*>(setIndexButton(name).getNext()); }
   std::string trendText(const String& name) {
     return trend(name) ? trend(name)->getText().text() : "no trend";
   }
-  /// The answers of the form for name and index.
+  /// Fills in the form for name and index.
   void enterProperties(const std::string& name, const std::string& index) {
     whenModal("Portfolio Properties", [=, this](FXWindow& dialog) {
       type(field(dialog, "Name"), name);
@@ -57,8 +57,8 @@ TEST_F(SharePortfolioTreeItemTest, SummaryShowsCapitalAndGains) {
   EXPECT_EQ("$3,650.00", figure(trading, "Capital in cash"));
   EXPECT_EQ("68.87%", figure(trading, "Percent in cash"));
   EXPECT_EQ("$5,300.00", figure(trading, "Total Capital"));
-  EXPECT_EQ("2.91% (n/a)", figure(trading, "Gain today (index)"));     // of 5,150.00
-  EXPECT_EQ("5.47% (n/a)", figure(trading, "Gain this week (index)")); // of 5,025.00
+  EXPECT_EQ("2.91% (n/a)", figure(trading, "Gain today (index)"));     // Of 5,150.00.
+  EXPECT_EQ("5.47% (n/a)", figure(trading, "Gain this week (index)")); // Of 5,025.00.
 }
 
 TEST_F(SharePortfolioTreeItemTest, GainsOfTheIndexStandBesideThePortfolios) {
@@ -162,7 +162,7 @@ TEST_F(SharePortfolioTreeItemTest, SellingShowsTheSaleEverywhere) {
       press(dialog, "OK");
     });
   });
-  // 40 at 4.00, less 50.00 of brokerage; 60 are left.
+  // 40 at 4.00, less 50.00 of brokerage; 60 remain.
   EXPECT_EQ("$240.00", figure(node(u"Trading"), "Capital in shares"));
   EXPECT_EQ("$4,710.00", figure(node(u"Trading"), "Capital in cash"));
   EXPECT_EQ("$4,950.00", figure(root(), "Total Capital"));
@@ -403,7 +403,7 @@ TEST_F(SharePortfolioTreeItemTest, FallingIndexIsCalledFalling) {
 
 TEST_F(SharePortfolioTreeItemTest, PeriodsOfTheTrendAreTheUsers) {
   longIndex(4100.0, 4182.0);
-  indexTrendShort = 4.9; // the fraction is cut off
+  indexTrendShort = 4.9; // The fraction is truncated.
   indexTrendLong = 19.0;
   addTrading().setComparisonIndex(u"^IDX");
   showTree();
@@ -507,7 +507,7 @@ TEST_F(SharePortfolioTreeItemTest, DeletingFromItsOwnPopupTakesEverythingAndShow
   EXPECT_EQ("$100.00", figure(root(), "Total Capital"));
   EXPECT_FALSE(TallymoorInternet::Instance().priceUpdater().hasCode(u"AAA.AX"));
   EXPECT_TRUE(root().takePortfoliosChanged());
-  runPass(); // nothing that is gone hears of prices
+  runPass(); // Deleted nodes get no prices.
 }
 
 TEST_F(SharePortfolioTreeItemTest, RootIsShownBeforeTheNodeGoes) {
@@ -568,7 +568,7 @@ TEST_F(SharePortfolioTreeItemTest, FailuresOfCommandsAreReported) {
   EXPECT_THAT(childLabels(root()), ElementsAre("Trading"));
 }
 
-// ---- The day's record ----
+// ---- Today's record ----
 
 TEST_F(SharePortfolioTreeItemTest, FiguresStayAfterMidnightUntilTheUsersNextAction) {
   addTrading();

@@ -10,7 +10,7 @@ using namespace Tallymoor;
 
 namespace {
 
-/// Portfolios whose shares have limits, without any window.
+/// Portfolios whose shares have limits, without windows.
 class SharedLimitsTest : public ::testing::Test {
 protected:
   XMLHeldShare& hold(const String& name, const String& code, double min = 0.0, double max = 0.0) {
@@ -52,7 +52,7 @@ TEST_F(SharedLimitsTest, LimitsAreSetInEveryHoldingAndInTheSettings) {
   expectLimits(second, 3.0, 4.0);
   expectLimits(another, 0.0, 0.0);
   expectKept(u"AAA.AX", 3.0, 4.0);
-  shareLimits(portfolios, u"CCC.AX", {5.0, 6.0}); // held nowhere
+  shareLimits(portfolios, u"CCC.AX", {5.0, 6.0}); // Not held anywhere.
   expectKept(u"CCC.AX", 5.0, 6.0);
 }
 
@@ -86,7 +86,7 @@ TEST_F(SharedLimitsTest, HoldingsThatDifferKeepTheirsUntilLimitsAreSetAnew) {
   bringLimitsTogether(portfolios);
   expectLimits(first, 3.0, 4.0);
   expectLimits(second, 5.0, 6.0);
-  expectKept(u"AAA.AX", 5.0, 6.0); // which one of the holdings has already
+  expectKept(u"AAA.AX", 5.0, 6.0); // One holding already has these limits.
   shareLimits(portfolios, u"AAA.AX", {7.0, 8.0});
   expectLimits(first, 7.0, 8.0);
   expectLimits(second, 7.0, 8.0);

@@ -73,7 +73,7 @@ TEST_F(SharesHeldTableTest, DayWithoutARecordGivesAnEmptyTableAndTotalsOfZero) {
 TEST_F(SharesHeldTableTest, ADayThatWasNotComputedIsNotTakenForOneWithoutShares) {
   SharePortfolioUser& user = addTrading();
   showTree();
-  user.capitalRecord().recordsChangedFrom(Date(2026, 3, 1)); // as after a change whose walk was cancelled
+  user.capitalRecord().recordsChangedFrom(Date(2026, 3, 1)); // As after a cancelled recomputation.
   table().updateTable();
   EXPECT_EQ(String(u"This day has not been computed, since that was cancelled.\nClick \"Shares Held\" in the "
                    u"tree to have it done."),
@@ -195,7 +195,8 @@ TEST_F(SharesHeldTableTest, UsersLimitsDoNotCountWhileTheAutomaticOnesAreChosen)
 
 TEST_F(SharesHeldTableTest, IndicatorsAreShownAndTheAutomaticLimitsWarnWhenChosen) {
   SharePortfolioUser& user = addPortfolio(u"Trading", 5000.0);
-  // A line of two cents a day, at 10.00 today, with a range of 1.08 a week; the price has fallen off it.
+  // A line that rises by two cents a day to 10.00 today, with a weekly range of 1.08. The current price has
+  // fallen below it.
   market().setHistory(u"AAA.AX", Date(2025, 1, 6), Date(2026, 3, 2),
                       [](const Date& day) { return 10.0 + 0.02 * day.daysSince(Date(2026, 3, 3)); });
   market().setDay(u"AAA.AX", Date(2026, 3, 3), 7.4);
@@ -204,7 +205,7 @@ TEST_F(SharesHeldTableTest, IndicatorsAreShownAndTheAutomaticLimitsWarnWhenChose
   showTree();
   EXPECT_TRUE(window().warnings.empty());
   EXPECT_EQ("$7.84 - $12.16", cellText(table(), 0, u"Auto Min/Max"));
-  EXPECT_EQ("33%", cellText(table(), 0, u"% in Min/Max")); // 6.40 of 19.00
+  EXPECT_EQ("33%", cellText(table(), 0, u"% in Min/Max")); // 6.40 of 19.00.
   Row& row = *table().rowAt(0);
   EXPECT_EQ(String(u"10.00"), table().cell(&IndicatorCells::lrValue, row).shown());
   EXPECT_EQ(String(u"147.22%"), table().cell(&IndicatorCells::lrRate, row).shown());
@@ -216,7 +217,7 @@ TEST_F(SharesHeldTableTest, IndicatorsAreShownAndTheAutomaticLimitsWarnWhenChose
   EXPECT_EQ(String(u"AAA.AX has dropped below $7.84 and is now at $7.40"), window().warnings.back().text);
   EXPECT_EQ(String(u"AAA.AXmin warning"), window().warnings.back().key);
   EXPECT_EQ(red, cellColour(table(), 0, u"Number"));
-  EXPECT_EQ("-10%", cellText(table(), 0, u"% in Min/Max")); // -0.44 of 4.32
+  EXPECT_EQ("-10%", cellText(table(), 0, u"% in Min/Max")); // -0.44 of 4.32.
 }
 
 TEST_F(SharesHeldTableTest, TypedLimitsAreThoseOfEveryPortfolio) {
@@ -255,7 +256,7 @@ TEST_F(SharesHeldTableTest, PricesOfAViewDateTintButDoNotWarn) {
   limits(6.5, 0.0);
   showTree();
   EXPECT_TRUE(window().warnings.empty());
-  viewDate(Date(2026, 2, 27)); // 5.50
+  viewDate(Date(2026, 2, 27)); // 5.50.
   EXPECT_EQ(red, cellColour(table(), 0, u"Number"));
   EXPECT_TRUE(window().warnings.empty());
 }
@@ -306,7 +307,7 @@ TEST_F(SharesHeldTableTest, UnchangedLimitsChangeNothing) {
   addTrading();
   limits(5.1234, 7.0);
   showTree();
-  typeInto(table(), 0, u"Price Min/Max", "$5.12 - $7.00"); // what the cell shows
+  typeInto(table(), 0, u"Price Min/Max", "$5.12 - $7.00"); // The cell's text.
   EXPECT_EQ(String(u"5.1234"), textValue(share(u"AAA.AX"), u"MinPrice"));
   EXPECT_DOUBLE_EQ(5.1234, Settings::Instance().readReal(u"Watchlists", u"minvalue - AAA.AX"));
 }
@@ -365,7 +366,7 @@ TEST_F(SharesHeldTableTest, TypedPriceOfAPastDayBelongsToThatDay) {
   EXPECT_EQ("6.00", cellText(table(), 0, u"Price Now"));
 }
 
-// ---- Prices that come ----
+// ---- New prices ----
 
 TEST_F(SharesHeldTableTest, PriceThatComesRefreshesItsRowAndTheFiguresAbove) {
   addTrading();
@@ -385,7 +386,7 @@ TEST_F(SharesHeldTableTest, PriceThatComesAsksNothing) {
   limits(7.0, 0.0);
   showTree();
   const std::size_t before = window().warnings.size();
-  market().setCurrentPrice(u"AAA.AX", 2.0); // a third of yesterday's
+  market().setCurrentPrice(u"AAA.AX", 2.0); // A third of yesterday's.
   runPass();
   EXPECT_TRUE(boxes().empty());
   EXPECT_GT(window().warnings.size(), before);
@@ -422,10 +423,10 @@ TEST_F(SharesHeldTableTest, ShareSoldSinceTheViewDateStillHasItsRow) {
   EXPECT_EQ("100.00", cellText(table(), 1, u"Number"));
   EXPECT_EQ("$200.00", cellText(table(), 1, u"Purchase Value"));
   EXPECT_EQ("16", cellText(table(), 1, u"Days Held"));
-  // The parcel that was bought two days later is not among those of the day.
+  // Excludes the parcel bought two days later.
   EXPECT_EQ("$1,000.00", cellText(table(), 0, u"Purchase Value"));
   EXPECT_TRUE(childLabels(held(u"Trading")).empty());
-  viewDate(Date(2026, 2, 20)); // forty were sold on this day, so sixty are held at its end
+  viewDate(Date(2026, 2, 20)); // Forty were sold on this day, so sixty are held at its end.
   EXPECT_EQ("60.00", cellText(table(), 1, u"Number"));
   EXPECT_EQ("$120.00", cellText(table(), 1, u"Purchase Value"));
   viewDate(Date(2026, 2, 25));
@@ -471,7 +472,7 @@ TEST_F(SharesHeldTableTest, DeletingAShareRemovesItFromRecordsAndTree) {
   EXPECT_THAT(rowKeys(table()), ElementsAre("BBB.AX"));
   EXPECT_THAT(childLabels(held(u"Trading")), ElementsAre("BBB.AX Purchases"));
   EXPECT_FALSE(user.findHeldShare(u"AAA.AX"));
-  EXPECT_EQ("$3,450.00", figure(node(u"Trading"), "Capital in cash")); // no cash entry is touched
+  EXPECT_EQ("$3,450.00", figure(node(u"Trading"), "Capital in cash")); // No cash entry is changed.
   EXPECT_TRUE(root().takePortfoliosChanged());
 }
 

@@ -17,7 +17,7 @@ const std::string unsoundWords = "This portfolio has suffered an error. Please r
 
 class SharesHeldTreeItemTest : public ViewsTest {
 protected:
-  /// Where a widget's right edge stands in the window.
+  /// Position of a widget's right edge in the window.
   static FXint rightEdge(const FXWindow* widget) {
     FXint x = widget->getWidth();
     for (; widget->getParent() && !widget->isShell(); widget = widget->getParent())
@@ -29,8 +29,8 @@ protected:
     const FXHeader* header = table.getColumnHeader();
     return rightEdge(header) - header->getWidth() + header->getItemOffset(index) + header->getItemSize(index);
   }
-  /// A share whose second parcel has a date that nobody can read: its purchases can't be listed. The record
-  /// of the day is there already.
+  /// Gives the second parcel of a share an unreadable date, so that its purchases can't be listed. The day's
+  /// record exists already.
   void spoilBeforeShowing() {
     SharePortfolioUser& user = *portfolios()[u"Trading"];
     user.checkCashReserve();
@@ -61,8 +61,8 @@ TEST_F(SharesHeldTreeItemTest, TotalsOfSharesAndOfPurchases) {
   EXPECT_EQ("$1,850.00", total(shares, &currentValue));
   EXPECT_EQ("$150.00", total(shares, &dayGain));
   EXPECT_EQ("$350.00", total(shares, &grossGain));
-  EXPECT_EQ("34.91%", total(shares, &portfolioPercent)); // 1,850.00 of 5,300.00
-  EXPECT_EQ("8.82%", total(shares, &dayPercent));        // of 1,700.00
+  EXPECT_EQ("34.91%", total(shares, &portfolioPercent)); // 1,850.00 of 5,300.00.
+  EXPECT_EQ("8.82%", total(shares, &dayPercent));        // Of 1,700.00.
   EXPECT_EQ("none", total(shares, &number));
   SharesHeldTreeItem& parcels = *purchases(u"Trading", u"AAA.AX");
   EXPECT_EQ("$1,650.00", total(parcels, &currentValue));
@@ -247,7 +247,7 @@ TEST_F(SharesHeldTreeItemTest, BuyingMoreFromAPurchasesNode) {
   EXPECT_EQ(3, purchases(u"Trading", u"AAA.AX")->table()->getNumRows());
   EXPECT_EQ("260.00", cellText(*held(u"Trading").table(), 0, u"Number"));
   EXPECT_EQ("$3,534.00",
-            figure(node(u"Trading"), "Capital in cash")); // 66.00 and the default brokerage of 50.00
+            figure(node(u"Trading"), "Capital in cash")); // 66.00 and the default brokerage of 50.00.
 }
 
 TEST_F(SharesHeldTreeItemTest, BuyingANewShareFromSharesHeld) {
@@ -272,11 +272,11 @@ TEST_F(SharesHeldTreeItemTest, SellingSomeFromAPurchasesNode) {
       press(dialog, "OK");
     });
   });
-  // The first parcel, whose 200 shares cost 5.00 each by the split, is gone.
+  // The first parcel is gone; its 200 shares cost 5.00 each because of the split.
   EXPECT_THAT(rowKeys(*purchases(u"Trading", u"AAA.AX")->table()), ElementsAre("20/02/2026"));
   EXPECT_EQ("50.00", cellText(*held(u"Trading").table(), 0, u"Number"));
   EXPECT_THAT(rowKeys(*sold().table()), ElementsAre("03/03/2026"));
-  EXPECT_EQ("$4,920.00", figure(node(u"Trading"), "Capital in cash")); // 1,320.00 less 50.00 of brokerage
+  EXPECT_EQ("$4,920.00", figure(node(u"Trading"), "Capital in cash")); // 1,320.00 less 50.00 of brokerage.
   EXPECT_EQ(purchases(u"Trading", u"AAA.AX"), tree().shownItem());
 }
 
@@ -334,7 +334,7 @@ TEST_F(SharesHeldTreeItemTest, TheTwoCommandsWithoutAMenuDoNothingOnASoundNode) 
   EXPECT_TRUE(boxes().empty());
 }
 
-// ---- Soundness ----
+// ---- Failures ----
 
 TEST_F(SharesHeldTreeItemTest, NodeThatFailedToBuildSpoilsItsAncestorsButNoOtherBranch) {
   addTrading();
@@ -357,7 +357,7 @@ TEST_F(SharesHeldTreeItemTest, NodeThatFailedToBuildSpoilsItsAncestorsButNoOther
     answer(unsoundWords, "OK");
     clickNode(*item, SEL_RIGHTBUTTONPRESS, SEL_RIGHTBUTTONRELEASE, RIGHTBUTTON);
   }
-  EXPECT_EQ(9u, boxes().size()); // and one when the tree was shown
+  EXPECT_EQ(9u, boxes().size()); // And one when the tree was shown.
 }
 
 TEST_F(SharesHeldTreeItemTest, CommandsOfUnsoundNodesTellSo) {
@@ -396,7 +396,7 @@ TEST_F(SharesHeldTreeItemTest, PurchasesHaveTheChartOfTheirShareBelow) {
   showTree();
   EXPECT_EQ(nullptr, held(u"Trading").chart());
   SharesHeldTreeItem& item = *purchases(u"Trading", u"AAA.AX");
-  EXPECT_EQ(String(), item.chart()->code()); // nobody sees it yet
+  EXPECT_EQ(String(), item.chart()->code()); // Not visible yet.
   leftClick(item);
   EXPECT_EQ(String(u"AAA.AX"), item.chart()->code());
   EXPECT_EQ(2u, item.chart()->chart().model().markers.size());

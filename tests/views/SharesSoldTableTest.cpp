@@ -33,7 +33,7 @@ protected:
   const std::string deleteEntry = "Delete sale of ABC.AX from 20/02/2026...";
   const std::string editTitle = "Edit share sold on 20/02/2026";
   const std::string deleteTitle = "Delete the sale of ABC.AX on 20/02/2026";
-  /// Chooses "Delete" for the row and presses these buttons of its question, one after the other.
+  /// Chooses "Delete" for the row and presses these buttons of its questions in turn.
   void deleteRow(FXint row, const std::string& entry, const std::string& caption,
                  const std::vector<std::string>& buttons) {
     chooseFromRow(table(), row, entry, [this, caption, buttons] {
@@ -44,7 +44,7 @@ protected:
       });
     });
   }
-  /// True when the question said this, wherever its lines were broken.
+  /// True if the question contains this text. Ignores line breaks.
   bool told(const std::string& text) const {
     for (std::string label : m_told) {
       std::replace(label.begin(), label.end(), '\n', ' ');
@@ -84,7 +84,7 @@ TEST_F(SharesSoldTableTest, ShowsWhatEachSaleCostBroughtInAndMade) {
               ElementsAre("ABC.AX", "ABC Mining", "100.00", "10.00", "12.50", "$1,000.00", "$1,250.00",
                           "$250.00", "$50.00", "$200.00", "25.00%", "20.00%", "405.56%", "02/02/2026",
                           "20/02/2026", "18", "half of it"));
-  // The purchase's brokerage stays with the 30 that are left.
+  // The purchase's brokerage stays with the remaining 30 shares.
   EXPECT_THAT(rowTexts(table(), 1),
               ElementsAre("BBB.AX", "", "20.00", "4.00", "3.50", "$80.00", "$70.00", "-$10.00", "$15.00",
                           "-$25.00", "-12.50%", "-31.25%", "-407.37%", "02/02/2026", "02/03/2026", "28", ""));
@@ -218,7 +218,7 @@ TEST_F(SharesSoldTableTest, DeletingThePurchaseTooTakesBothCashEntriesAway) {
   EXPECT_TRUE(boxes().empty());
   EXPECT_THAT(rowKeys(table()), ElementsAre("02/03/2026"));
   EXPECT_EQ(3u, numCashEntries());
-  EXPECT_EQ("$4,845.00", figure(node(u"Trading"), "Capital in cash")); // 5,000.00 - 210.00 + 55.00
+  EXPECT_EQ("$4,845.00", figure(node(u"Trading"), "Capital in cash")); // 5,000.00 - 210.00 + 55.00.
   EXPECT_EQ(3, cash().table()->getNumRows());
   EXPECT_EQ(0.0, portfolios()[u"Trading"]->numHeld(u"ABC.AX"));
 }
@@ -239,7 +239,7 @@ TEST_F(SharesSoldTableTest, APartGoesBackToTheRestOfItsPurchase) {
   EXPECT_TRUE(boxes().empty());
   EXPECT_EQ(50.0, portfolios()[u"Trading"]->numHeld(u"BBB.AX"));
   EXPECT_EQ(1u, purchases(u"Trading", u"BBB.AX")->table()->getNumRows());
-  EXPECT_EQ("$4,990.00", figure(node(u"Trading"), "Capital in cash")); // 5,000.00 + 200.00 - 210.00
+  EXPECT_EQ("$4,990.00", figure(node(u"Trading"), "Capital in cash")); // 5,000.00 + 200.00 - 210.00.
 }
 
 TEST_F(SharesSoldTableTest, NothingIsDeletedAtCancel) {
@@ -332,7 +332,7 @@ TEST_F(SharesSoldTableTest, EditedSaleShowsEverywhere) {
                           "$55.00", "$245.00", "30.00%", "24.50%", "526.03%", "03/02/2026", "20/02/2026",
                           "17", "half of it"));
   EXPECT_EQ("$290.00", total(sold(), &grossProfit));
-  EXPECT_EQ("$5,090.00", figure(node(u"Trading"), "Capital in cash")); // 45.00 more
+  EXPECT_EQ("$5,090.00", figure(node(u"Trading"), "Capital in cash")); // 45.00 more.
   EXPECT_EQ("03/02/2026", rowKeys(*cash().table())[2]);
   EXPECT_TRUE(root().takePortfoliosChanged());
 }

@@ -33,7 +33,7 @@ protected:
 
   static FXint right(const FXWindow& window) { return window.getX() + window.getWidth(); }
   static FXLabel& captionOf(const FXWindow& value) { return dynamic_cast<FXLabel&>(*value.getPrev()); }
-  /// What stands free between the first value and the second caption.
+  /// The space between the first value and the second caption.
   FXint gap() const { return captionOf(*m_second).getX() - right(*m_first); }
   static bool showsWholeText(FXLabel& label) { return label.getWidth() >= label.getDefaultWidth(); }
   bool everythingFits() const { return right(*m_second) <= m_second->getParent()->getWidth(); }
@@ -94,7 +94,7 @@ TEST_F(SummaryFrameTest, RoomThatComesBackIsUsedAgain) {
   EXPECT_EQ(50, gap());
 }
 
-// ---- The tail behind the figures ----
+// ---- The part after the figures ----
 
 class SummaryTailTest : public SummaryFrameTest {
 protected:
@@ -105,7 +105,7 @@ protected:
     m_button = m_summary->addButton(u"set & go", &m_target, 7);
     m_remark = m_summary->addRemark();
     m_remark->setText("a remark of some length about the figures");
-    show(u"Capital in shares"); // in a row of its own
+    show(u"Capital in shares"); // In its own row.
     m_row = dynamic_cast<FXComposite*>(m_button->getParent());
   }
   FXint figuresEnd() const { return right(*m_second); }

@@ -28,7 +28,7 @@ public:
 class TotalCapTreeItemTest : public ViewsTest {
 protected:
   std::vector<std::string> shownInSummary() { return labels(*find<SummaryFrame>(*root().page())); }
-  /// The popup's command, with a name typed into its prompt.
+  /// Creates a portfolio by the popup's command and its prompt.
   void makePortfolio(const std::string& name, const std::function<void()>& expected = {}) {
     choose(root(), "New Share Portfolio...", [this, name, expected] {
       whenModal("Please enter the name for your new portfolio.", [this, name](FXWindow& dialog) {
@@ -51,7 +51,7 @@ TEST_F(TotalCapTreeItemTest, AddsThePortfoliosUp) {
   EXPECT_EQ("$5,300.00", figure(root(), "Capital in Trading"));
   EXPECT_EQ("$2,650.00", figure(root(), "Capital in Savings"));
   EXPECT_EQ("$7,950.00", figure(root(), "Total Capital"));
-  // 2.9126% of 5,300.00 and 5.4726%, spread over 7,950.00.
+  // 2.9126% of 5,300.00 and 5.4726%, related to 7,950.00.
   EXPECT_EQ("1.94%", figure(root(), "Gain today"));
   EXPECT_EQ("3.65%", figure(root(), "Gain this week"));
   const auto shown = labels(*root().page());
@@ -76,7 +76,7 @@ TEST_F(TotalCapTreeItemTest, TotalOfZeroHasNoRowsForPortfolios) {
 }
 
 TEST_F(TotalCapTreeItemTest, SumsAreToTheCent) {
-  addPortfolio(u"A", 16777217.01); // more than single precision can hold
+  addPortfolio(u"A", 16777217.01); // Exceeds single precision.
   addPortfolio(u"B", 1.0);
   showTree();
   EXPECT_EQ("$16,777,217.01", figure(root(), "Capital in A"));
@@ -86,7 +86,7 @@ TEST_F(TotalCapTreeItemTest, SumsAreToTheCent) {
 
 TEST_F(TotalCapTreeItemTest, FractionsOfCentsAddUpToTheSameFigureEverywhere) {
   buy(addPortfolio(u"Half", 1000.0), u"HLF.AX", 100000, 0.005);
-  // More cents than 32 bits hold, from two stocks whose prices are no whole cents.
+  // More cents than 32 bits can hold, from two stocks whose prices have fractions of a cent.
   SharePortfolioUser& large = addPortfolio(u"Large", 60000000.0);
   buy(large, u"AAA.AX", 5000000000, 0.0055);
   buy(large, u"BBB.AX", 333333, 0.0035);
@@ -208,7 +208,7 @@ TEST_F(TotalCapTreeItemTest, FailuresOfCommandsAreReported) {
   root().onRightClick(100, 100);
 }
 
-// ---- Portfolios from elsewhere ----
+// ---- Imported portfolios ----
 
 TEST_F(TotalCapTreeItemTest, ReloadingKeepsWhatIsShownAndOpen) {
   addTrading();

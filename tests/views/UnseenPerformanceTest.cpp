@@ -5,7 +5,7 @@ using namespace Tallymoor;
 
 namespace {
 
-/// Another page is in front: the tables of performance are not filled, the figures above them follow.
+/// While another page is visible, performance tables are not filled, but the figures above them are updated.
 class UnseenPerformanceTest : public PerformanceTableTest {
 protected:
   void showCash() {
@@ -14,7 +14,7 @@ protected:
     leftClick(cash());
     m_unseen = find<PortfolioPerformanceTable>(*node(u"Trading").page());
   }
-  /// As a form's command does it.
+  /// Like a form's command.
   template <class Change>
   void change(Change made) {
     {
@@ -51,7 +51,7 @@ TEST_F(UnseenPerformanceTest, FiguresFollowPrices) {
   expectCapital("$1,500.00");
   passWithPrice(12.0);
   expectCapital("$1,600.00");
-  EXPECT_EQ("8.33%", figure(root(), "Gain today")); // of 1,200.00
+  EXPECT_EQ("8.33%", figure(root(), "Gain today")); // Of 1,200.00.
   EXPECT_EQ("8.33% (n/a)", figure(node(u"Trading"), "Gain today (index)"));
   EXPECT_TRUE(m_unseen->hasChangedRecords());
   passWithPrice(13.0);
@@ -70,7 +70,7 @@ TEST_F(UnseenPerformanceTest, FiguresFollowASinglePriceOfADayThatTheTableDoesNot
     BigMutexLock lock;
     for (PriceUpdater::PricesObserver* observer : std::initializer_list<PriceUpdater::PricesObserver*>{
              &node(u"Trading").portfolio().capitalRecord(), m_unseen, unseenTotal()})
-      observer->currentPriceUpdated(u"AAA.AX", 12.0); // as the updater does before its round has ended
+      observer->currentPriceUpdated(u"AAA.AX", 12.0); // As the updater does before the end of its pass.
   }
   letEventsPass();
   expectCapital("$1,600.00");
@@ -94,7 +94,7 @@ TEST_F(UnseenPerformanceTest, FiguresFollowAPurchaseThatIsEdited) {
     auto& purchase = user.findHeldShare(u"AAA.AX")->parcels()[0];
     user.editBuyEvent(purchase, {Date(2026, 2, 2), 50, 10.0, 0.0, String()}, 1000.0, Date(2026, 2, 2));
   });
-  expectCapital("$1,150.00"); // 550.00 in shares, 600.00 in cash
+  expectCapital("$1,150.00"); // 550.00 in shares, 600.00 in cash.
   passWithPrice(12.0);
   expectCapital("$1,200.00");
 }

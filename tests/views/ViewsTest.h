@@ -28,9 +28,8 @@
 
 namespace Tallymoor {
 
-/// The tree of portfolios in a real window, on Tuesday 3 March 2026, with a stock exchange behind a web
-/// server. Prices are told to the views by runPass. The country is Australia, whose financial year starts in
-/// July.
+/// The tree of portfolios in a real window on Tuesday, 3 March 2026, with a simulated exchange behind a web
+/// server. runPass sends prices to the views. The country is Australia, whose financial year starts in July.
 class ViewsTest : public WindowTest {
 protected:
   ViewsTest() {
@@ -66,7 +65,7 @@ protected:
     WindowTest::TearDown();
   }
 
-  /// A new open portfolio with a deposit, before the tree is shown.
+  /// Adds an open portfolio with a deposit before the tree is shown.
   SharePortfolioUser& addPortfolio(const String& name, double deposit = 0.0,
                                    const Date& date = Date(2026, 2, 1)) {
     XMLSharePortfolio& element = m_records.portfolios().add();
@@ -92,7 +91,7 @@ protected:
     market().setDay(u"AAA.AX", Date(2026, 3, 2), 6.0);
     market().setDay(u"AAA.AX", Date(2026, 3, 3), 6.6);
   }
-  /// A share at one price on every trading day, bought on 2 February.
+  /// Buys a share on 2 February that has the same price on every trading day.
   void buy(SharePortfolioUser& user, const String& code, double number, double price) {
     market().setHistory(code, Date(2026, 1, 20), Date(2026, 3, 3), price);
     user.buyShares(code, {Date(2026, 2, 2), number, price, 0.0, String()});
@@ -108,7 +107,7 @@ protected:
     mainWindow().recalc();
     letEventsPass();
   }
-  /// The view date moves and all views follow, as the main window has it.
+  /// Changes the view date and updates all views, like the main window.
   void viewDate(const Date& date) {
     Date::setFixedDate(date);
     m_tree->updateItems();
@@ -143,7 +142,7 @@ protected:
     return labels;
   }
 
-  /// One round of the price updater on this thread, and what it wakes.
+  /// Runs an updater pass on this thread and handles its notifications.
   void runPass() {
     TallymoorInternet::Instance().priceUpdater().runPass();
     letEventsPass();
@@ -156,7 +155,7 @@ protected:
   XMLCashEvent& cashEntry(std::size_t index) { return cashEvents()[index]; }
   std::size_t numCashEntries() { return cashEvents().size(); }
 
-  /// What the bar below the table of a node shows under a column; "none" where there is no total.
+  /// The text of the bar below a node's table under a column; "none" if the column has no total.
   static std::string total(const PortfolioTableTreeItem& item, Column::Function function) {
     const FXLabel* label = item.totalsBar()->total(function);
     return label ? label->getText().text() : "none";
@@ -180,7 +179,7 @@ protected:
       all.push_back(column->title().toUTF8());
     return all;
   }
-  /// What a row shows, from left to right.
+  /// Cells of a row, from left to right.
   static std::vector<std::string> rowTexts(const Table& table, FXint row) {
     std::vector<std::string> texts;
     for (const Column* column : table.visibleColumns())
@@ -193,7 +192,7 @@ protected:
       keys.push_back(table.getRowText(row).text());
     return keys;
   }
-  /// What the sunken value behind a label of a page shows.
+  /// The value next to a label of a page.
   static std::string figure(InvestmentTreeItem& node, const std::string& caption) {
     std::string found = "no " + caption;
     for (FXLabel* label : findAll<FXLabel>(*node.page()))
@@ -202,13 +201,13 @@ protected:
     return found;
   }
 
-  /// Brings the page with the table to the front, where a user has it who works in it.
+  /// Shows the table's page, as for a user who works in it.
   void bringToFront(Table& table) {
     for (FXWindow* window = &table; window; window = window->getParent())
       if (auto* switcher = dynamic_cast<PageSwitcher*>(window->getParent()))
         switcher->showPage(window);
   }
-  /// The user opens an editor in the cell, types and presses Return.
+  /// Opens an editor in the cell, types and presses Return.
   void typeInto(Table& table, FXint row, const String& title, const std::string& text) {
     bringToFront(table);
     table.startInput(row, columnOf(table, title));
@@ -217,7 +216,7 @@ protected:
     editor->setText(text.c_str());
     table.acceptInput(TRUE);
   }
-  /// The user clicks twice on the cell.
+  /// Double-clicks the cell.
   void doubleClick(Table& table, FXint row, const String& title) {
     bringToFront(table);
     const FXint column = columnOf(table, title);
@@ -232,12 +231,12 @@ protected:
       click(table, SEL_LEFTBUTTONPRESS, SEL_LEFTBUTTONRELEASE, LEFTBUTTON, x, y, count);
     letEventsPass();
   }
-  /// The user right-clicks the row's header and chooses from its popup.
+  /// Right-clicks the row's header and chooses from its popup.
   void chooseFromRow(Table& table, FXint row, const std::string& entry,
                      const std::function<void()>& expected = {}) {
     whenModal(entry, [this, entry](FXWindow& popup) { press(popup, entry); });
     if (expected)
-      expected(); // what the command opens
+      expected(); // Queues the handling of what the command opens.
     rightClickRow(table, row);
     letEventsPass();
   }
@@ -261,7 +260,7 @@ protected:
               const std::function<void()>& expected = {}) {
     whenModal(entry, [this, entry](FXWindow& popup) { press(popup, entry); });
     if (expected)
-      expected(); // what the command opens
+      expected(); // Queues the handling of what the command opens.
     clickNode(node, SEL_RIGHTBUTTONPRESS, SEL_RIGHTBUTTONRELEASE, RIGHTBUTTON);
     letEventsPass();
   }
@@ -292,12 +291,12 @@ protected:
     throw std::runtime_error("the node is out of sight");
   }
 
-  /// When the window is open, its loop ends in an Exception "test".
+  /// When the window is open, its event loop throws Exception "test".
   void failInside(const std::string& titleOrText) {
     whenModal(titleOrText, [this](FXWindow&) { m_failure->wake(); });
   }
 
-  /// The amount and the description of a cash form, which is then confirmed.
+  /// Fills in amount and description of a cash form and confirms it.
   void enterCash(const std::string& dialogTitle, const std::string& amount, const std::string& text) {
     whenModal(dialogTitle, [=, this](FXWindow& dialog) {
       EXPECT_EQ(dialogTitle, title(dialog));
@@ -307,12 +306,12 @@ protected:
     });
   }
 
-  /// A command reaches a node as its popup sends it.
+  /// Sends a command to a node like its popup.
   static void command(InvestmentTreeItem& node, FXSelector identifier) {
     EXPECT_EQ(1, node.handle(nullptr, FXSEL(SEL_COMMAND, identifier), nullptr));
   }
 
-  /// The answers of a purchase whose code nobody has searched for.
+  /// Fills in a purchase whose code was not searched for.
   void enterPurchase(const std::string& code, const std::string& number, const std::string& price) {
     whenModal("Buy Shares", [=, this](FXWindow& dialog) {
       if (!code.empty())
@@ -328,7 +327,7 @@ protected:
   }
 
 private:
-  static constexpr FXint ON_TEXT = 2; ///< the toolkit's answer of hitItem
+  static constexpr FXint ON_TEXT = 2; ///< Result of FXTreeList::hitItem.
 
   void click(FXWindow& window, FXuint press, FXuint release, FXint button, FXint x, FXint y,
              FXint count = 1) {
@@ -344,7 +343,7 @@ private:
     }
   }
 
-  std::unique_ptr<GuiWakeUp> m_failure; ///< throws in whatever loop it finds running
+  std::unique_ptr<GuiWakeUp> m_failure; ///< Throws in the innermost running event loop.
   std::optional<MarketFixture> m_market;
   std::optional<GatewayScope> m_gateway;
   XMLPortfolios m_records;

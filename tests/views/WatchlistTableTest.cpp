@@ -15,14 +15,14 @@ namespace {
 
 class WatchlistTableTest : public WatchlistsTest {
 protected:
-  /// A price that has risen by two cents a day to the day before today, where it would be 10.00 now; it is
-  /// what the test says.
+  /// A price that rises by two cents a day until yesterday and would be 10.00 today. Today's price is the
+  /// given one.
   void priceRising(const String& code, double today) {
     market().setHistory(code, Date(2025, 1, 6), Date(2026, 3, 2),
                         [](const Date& day) { return 10.0 + 0.02 * day.daysSince(Date(2026, 3, 3)); });
     market().setDay(code, Date(2026, 3, 3), today);
   }
-  /// "Main" with that stock, and a portfolio of 5,000.00 that holds nothing.
+  /// "Main" with that stock, and a portfolio with 5,000.00 and no shares.
   void watchRising(double today) {
     priceRising(u"UP.AX", today);
     addPortfolio(u"Trading", 5000.0);
@@ -115,7 +115,7 @@ TEST_F(WatchlistTableTest, ADoubleClickTypesIntoTheLimits) {
 }
 
 TEST_F(WatchlistTableTest, AWarningIsOverWhenThePriceIsWithinItsLimitsAgain) {
-  watchOne(); // 6.60
+  watchOne(); // 6.60.
   keepLimits(u"AAA.AX", 7.0, 9.0);
   showTrees();
   EXPECT_EQ(String(u"AAA.AXmin warning"), window().warnings.back().key);
@@ -152,23 +152,23 @@ TEST_F(WatchlistTableTest, ColumnsHaveTheirToolTips) {
 TEST_F(WatchlistTableTest, FiguresAStockByHand) {
   watchRising(10.5);
   showTrees();
-  // The closes lie on a line, so the line is 10.00 today and was 6.36 half a year ago; each week spans 8
-  // cents of closes and 0.50 to each side, a range of 1.08.
+  // The closes are on a line, which is 10.00 today and was 6.36 half a year ago. Each week spans 8 cents of
+  // closes and 0.50 to each side, a range of 1.08.
   const std::vector<std::string> expected = {
-      "",        "10.50",          "0.52",    // 9.98 yesterday
-      "5.21%",   "5.85%",          "11.23%",  // 9.92 on 27 February, 9.44 on 3 February
-      "28.05%",  "64.58%",         "288.89%", // 8.20, 6.38 and 2.70
-      "19.86%",  "105.88%",                   // 8.76 on 31 December, 5.10 on 1 July
-      "10.00",   "147.22%",        "1.08",    // (10.00 / 6.36)^2
-      "",        "$7.84 - $12.16", "61%",     // 2.66 of 4.32
-      "$394.74", "10.80%"};                   // 100.00 * 10.50 / 2.66
+      "",        "10.50",          "0.52",    // 9.98 yesterday.
+      "5.21%",   "5.85%",          "11.23%",  // 9.92 on 27 February, 9.44 on 3 February.
+      "28.05%",  "64.58%",         "288.89%", // 8.20, 6.38 and 2.70.
+      "19.86%",  "105.88%",                   // 8.76 on 31 December, 5.10 on 1 July.
+      "10.00",   "147.22%",        "1.08",    // (10.00 / 6.36)^2.
+      "",        "$7.84 - $12.16", "61%",     // 2.66 of 4.32.
+      "$394.74", "10.80%"};                   // 100.00 * 10.50 / 2.66.
   EXPECT_EQ(expected, rowTexts(table(), 0));
 }
 
 TEST_F(WatchlistTableTest, FiguresAreOfTheViewDate) {
   watchRising(10.5);
   showTrees();
-  viewDateOfBoth(Date(2026, 2, 24)); // the line is at 9.86
+  viewDateOfBoth(Date(2026, 2, 24)); // The line is at 9.86.
   EXPECT_EQ("9.86", cellText(table(), 0, u"Price Now"));
   EXPECT_EQ("0.02", cellText(table(), 0, u"Day move"));
   EXPECT_EQ("9.86", cellText(table(), 0, u"LR Value"));
@@ -217,7 +217,7 @@ TEST_F(WatchlistTableTest, MissingDaysAreAskedForOnceARun) {
   addPortfolio(u"Trading", 5000.0);
   addList(u"Main", {u"NEW.AX"});
   showTrees();
-  leftClick(list()); // with the chart of the years before
+  leftClick(list()); // With the chart of the years before.
   const std::size_t before = market().requested(MarketFixture::Page::History).size();
   leftClick(list());
   leftClick(list());
@@ -231,7 +231,7 @@ TEST_F(WatchlistTableTest, CapitalIsThatOfThePortfolioOrOfAll) {
   showTrees();
   EXPECT_DOUBLE_EQ(7500.0, table().capital());
   EXPECT_DOUBLE_EQ(2500.0, heldList(u"Other").table()->capital());
-  EXPECT_EQ("$592.11", cellText(table(), 0, u"Auto Max Portfolio")); // 150.00 * 10.50 / 2.66
+  EXPECT_EQ("$592.11", cellText(table(), 0, u"Auto Max Portfolio")); // 150.00 * 10.50 / 2.66.
   const WatchlistTable& other = *heldList(u"Other").table();
   EXPECT_EQ("$197.37", cellText(other, other.getRow(u"UP.AX"), u"Auto Max Portfolio"));
 }
@@ -274,7 +274,7 @@ TEST_F(WatchlistTableTest, SlowlyRisingStockIsNoSignal) {
   addPortfolio(u"Trading", 5000.0);
   addList(u"Main", {u"UP.AX"});
   showTrees();
-  EXPECT_EQ("21.02%", cellText(table(), 0, u"LR Rate")); // (20.00 / 18.18)^2
+  EXPECT_EQ("21.02%", cellText(table(), 0, u"LR Rate")); // (20.00 / 18.18)^2.
   EXPECT_EQ(TableItem::NO_COLOUR, cellColour(table(), 0, u"Price Now"));
 }
 
@@ -308,7 +308,7 @@ TEST_F(WatchlistTableTest, SignalEndsWithThePriceThatComes) {
 // ---- Limits ----
 
 TEST_F(WatchlistTableTest, WatchedStockThatLeavesItsLimitsWarns) {
-  watchOne(); // 6.60
+  watchOne(); // 6.60.
   keepLimits(u"AAA.AX", 7.0, 9.0);
   showTrees();
   ASSERT_FALSE(window().warnings.empty());
@@ -357,7 +357,7 @@ TEST_F(WatchlistTableTest, UnchangedLimitsChangeNothing) {
   watchOne();
   keepLimits(u"AAA.AX", 5.1234, 7.0);
   showTrees();
-  typeInto(table(), 0, u"Price Min/Max", "$5.12 - $7.00"); // what the cell shows
+  typeInto(table(), 0, u"Price Min/Max", "$5.12 - $7.00"); // The cell's text.
   EXPECT_DOUBLE_EQ(5.1234, Settings::Instance().readReal(u"Watchlists", u"minvalue - AAA.AX"));
 }
 
@@ -375,7 +375,7 @@ TEST_F(WatchlistTableTest, LimitsOfAWatchedStockAreThoseOfEveryHolding) {
     EXPECT_EQ(red, cellColour(*held(name).table(), 0, u"Number"));
   }
   for (const TestWindow::Warning& warning : window().warnings)
-    EXPECT_EQ(String(u"AAA.AXmin warning"), warning.key); // so the user is told once, wherever it is seen
+    EXPECT_EQ(String(u"AAA.AXmin warning"), warning.key); // Only one warning per key is shown.
 }
 
 TEST_F(WatchlistTableTest, LimitsOfAHoldingAreThoseOfTheWatchedStock) {
@@ -393,7 +393,7 @@ TEST_F(WatchlistTableTest, LimitsOfAHoldingAreThoseOfTheWatchedStock) {
 }
 
 TEST_F(WatchlistTableTest, AutomaticLimitsTakeThePlaceOfTheUsersWhenChosen) {
-  watchRising(7.5); // below 7.84, and no split
+  watchRising(7.5); // Below 7.84, without a split.
   keepLimits(u"UP.AX", 1.0, 20.0);
   showTrees();
   EXPECT_TRUE(window().warnings.empty());
@@ -421,12 +421,12 @@ TEST_F(WatchlistTableTest, PricesOfAViewDateTintButDoNotWarn) {
   watchOne();
   keepLimits(u"AAA.AX", 6.5, 0.0);
   showTrees();
-  viewDateOfBoth(Date(2026, 2, 24)); // 6.00
+  viewDateOfBoth(Date(2026, 2, 24)); // 6.00.
   EXPECT_EQ(red, cellColour(table(), 0, u"Price Now"));
   EXPECT_TRUE(window().warnings.empty());
 }
 
-// ---- Prices that come ----
+// ---- New prices ----
 
 TEST_F(WatchlistTableTest, PriceThatComesRefreshesItsRowAndAsksNothing) {
   market().setHistory(u"AAA.AX", Date(2024, 12, 1), Date(2026, 3, 2), 6.0);

@@ -71,16 +71,16 @@ TEST_F(WatchlistTreeItemTest, IndexThatIsHeldTooIsListedOnce) {
 }
 
 TEST_F(WatchlistTreeItemTest, PortfolioListsWhatItHeldOnTheViewDate) {
-  SharePortfolioUser& user = addTrading(); // AAA.AX since 2 February
+  SharePortfolioUser& user = addTrading(); // AAA.AX since 2 February.
   buy(user, u"BBB.AX", 100, 2.0);
   user.sellShares(u"BBB.AX", {Date(2026, 2, 20), 100, 2.5, 0.0, String()}, true);
   showTrees();
   EXPECT_THAT(rowKeys(*heldList().table()), ElementsAre("AAA.AX"));
-  viewDateOfBoth(Date(2026, 2, 19)); // the day before the sale
+  viewDateOfBoth(Date(2026, 2, 19)); // The day before the sale.
   EXPECT_THAT(rowKeys(*heldList().table()), ElementsAre("AAA.AX", "BBB.AX"));
   viewDateOfBoth(Date(2026, 2, 20));
   EXPECT_THAT(rowKeys(*heldList().table()), ElementsAre("AAA.AX"));
-  viewDateOfBoth(Date(2026, 2, 1)); // before anything was bought
+  viewDateOfBoth(Date(2026, 2, 1)); // Before the first purchase.
   EXPECT_THAT(rowKeys(*heldList().table()), IsEmpty());
   Date::clearFixedDate();
   watchTree().updateItems();
@@ -97,7 +97,7 @@ TEST_F(WatchlistTreeItemTest, NewHoldingIsListedAtTheNextUpdate) {
   EXPECT_THAT(rowKeys(*heldList().table()), ElementsAre("AAA.AX", "BBB.AX"));
 }
 
-// ---- Portfolios that come and go ----
+// ---- Added and removed portfolios ----
 
 TEST_F(WatchlistTreeItemTest, DeletedPortfolioTakesItsListAway) {
   addTrading();
@@ -107,7 +107,7 @@ TEST_F(WatchlistTreeItemTest, DeletedPortfolioTakesItsListAway) {
   leftClick(heldList(u"Other"));
   choose(node(u"Trading"), "Delete share portfolio Trading...",
          [this] { answer("Are you sure you want to delete share portfolio Trading?", "Yes"); });
-  // Until the update the list is there still, and nothing that it shows needs the portfolio.
+  // The list still exists until the update, and shows nothing that needs the portfolio.
   EXPECT_THAT(listLabels(), ElementsAre("for Other", "for Trading", "Main"));
   heldList(u"Trading").table()->updateTable();
   EXPECT_DOUBLE_EQ(0.0, lists().capitalOf(u"Trading"));
@@ -153,10 +153,10 @@ TEST_F(WatchlistTreeItemTest, TransactionLeavesTheNodesAsTheyAre) {
   WatchlistTable* table = heldList().table();
   node(u"Trading").transactionMade();
   lists().update();
-  EXPECT_EQ(table, heldList().table()); // so its order and its choice of a row stay
+  EXPECT_EQ(table, heldList().table()); // So its order and its selected row stay.
 }
 
-// ---- Lists of the user's ----
+// ---- The user's own lists ----
 
 TEST_F(WatchlistTreeItemTest, NewListIsShownAndLasts) {
   watchOne();
@@ -182,7 +182,7 @@ TEST_F(WatchlistTreeItemTest, NameThatIsThereShowsThatList) {
   makeList("Main");
   EXPECT_THAT(listLabels(), ElementsAre("for Trading", "Main"));
   EXPECT_EQ(&list(), watchTree().shownItem());
-  EXPECT_THAT(rowKeys(table()), ElementsAre("AAA.AX")); // nothing is lost
+  EXPECT_THAT(rowKeys(table()), ElementsAre("AAA.AX")); // Nothing is lost.
 }
 
 TEST_F(WatchlistTreeItemTest, EmptyNameIsRefused) {
@@ -309,13 +309,13 @@ TEST_F(WatchlistTreeItemTest, ChartShowsTheChosenStock) {
   market().setHistory(u"BBB.AX", Date(2024, 12, 1), Date(2026, 3, 3), 2.0);
   WatchlistSettings::addCode(u"Main", u"BBB.AX");
   showTrees();
-  EXPECT_EQ(String(), list().chart()->code()); // nobody sees it yet
+  EXPECT_EQ(String(), list().chart()->code()); // Not visible yet.
   leftClick(list());
   EXPECT_EQ(String(u"AAA.AX"), list().chart()->code());
   table().setCurrentItem(1, 2, TRUE);
   EXPECT_EQ(String(u"BBB.AX"), list().chart()->code());
   leftClick(list());
-  EXPECT_EQ(String(u"BBB.AX"), list().chart()->code()); // the choice stays
+  EXPECT_EQ(String(u"BBB.AX"), list().chart()->code()); // The selection stays.
   chooseFromRow(table(), 1, "Remove stock BBB.AX from watchlist");
   EXPECT_EQ(String(u"AAA.AX"), list().chart()->code());
 }

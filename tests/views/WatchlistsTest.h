@@ -14,7 +14,7 @@
 
 namespace Tallymoor {
 
-/// As ViewsTest, with the tree of watchlists below that of the portfolios.
+/// Like ViewsTest, with the tree of watchlists below the tree of portfolios.
 class WatchlistsTest : public ViewsTest {
 protected:
   void SetUp() override {
@@ -31,20 +31,20 @@ protected:
     ViewsTest::TearDown();
   }
 
-  /// Both trees, as the main window makes them.
+  /// Creates both trees like the main window.
   void showTrees(const NodeIcons& icons = {}) {
     showTree(icons);
     m_lists = std::make_unique<WatchlistRootTreeItem>(&root(), m_watchTree, icons, [this] { ++bought; });
     m_watchTree->showFirst();
     settle();
   }
-  /// A list of the user's, before the trees are shown.
+  /// Adds a user's list before the trees are shown.
   static void addList(const String& name, const std::vector<String>& codes) {
     WatchlistSettings::add(name);
     for (const String& code : codes)
       WatchlistSettings::addCode(name, code);
   }
-  /// "Main", with one stock at 6.00 until 1 March and 6.60 today; a portfolio of 5,000.00 holds nothing.
+  /// "Main", with one stock at 6.00 until 1 March and 6.60 today. A portfolio has 5,000.00 and no shares.
   void watchOne() {
     market().setHistory(u"AAA.AX", Date(2024, 12, 1), Date(2026, 3, 2), 6.0);
     market().setDay(u"AAA.AX", Date(2026, 3, 3), 6.6);
@@ -66,7 +66,7 @@ protected:
     return *found;
   }
   WatchlistTable& table(const String& name = u"Main") { return *list(name).table(); }
-  /// The list that a portfolio has by itself.
+  /// The automatic list of a portfolio.
   WatchlistTreeItem& heldList(const String& portfolio = u"Trading") {
     for (TreeViewItem* item = m_watchTree->firstRoot(); item; item = item->nextSibling()) {
       auto& node = static_cast<WatchlistTreeItem&>(*item);
@@ -81,7 +81,7 @@ protected:
       labels.push_back(item->label().toUTF8());
     return labels;
   }
-  /// The user makes a list of that name by the window's command.
+  /// Creates a list by the window's command.
   void makeList(const std::string& name) {
     whenModal("Add New Watchlist", [this, name](FXWindow& dialog) {
       type(*find<FXTextField>(dialog), name);
@@ -90,7 +90,7 @@ protected:
     lists().onNew();
     letEventsPass();
   }
-  /// The user adds a stock by the popup of the list's node.
+  /// Adds a stock by the popup of the list's node.
   void addStock(const String& list, const std::function<void(FXWindow& dialog)>& enter) {
     choose(this->list(list), "Add a stock to watch...",
            [&] { whenModal("Add Stock to Watch", [enter](FXWindow& dialog) { enter(dialog); }); });
@@ -102,7 +102,7 @@ protected:
     });
   }
 
-  int bought = 0; ///< times that the window's flow of a purchase was asked for
+  int bought = 0; ///< Number of calls of the window's purchase command.
 
 private:
   InvestmentTree* m_watchTree = nullptr;

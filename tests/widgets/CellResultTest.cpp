@@ -14,7 +14,7 @@ protected:
   static std::string shown(const CellResult& result) { return result.shown().toUTF8(); }
 };
 
-/// A result whose type no constructor gives.
+/// A result with an invalid type.
 class StrayResult : public CellResult {
 public:
   StrayResult() : CellResult(1) { m_type = static_cast<CellResultType>(8); }

@@ -130,7 +130,7 @@ TEST_F(ChartLayoutTest, TheTimeAxisSuitsTheRangeAndTheWidth) {
 }
 
 TEST_F(ChartLayoutTest, WithoutARoundDayInItTheTimeAxisTellsItsEnds) {
-  // No month begins between these days, and there is no room for weeks.
+  // No month starts in this range, and weeks don't fit.
   const ChartModel model = ChartSamples::model(Date(2026, 3, 3), waves(25));
   const std::vector<String> texts = labels(ChartLayout(model, 250, 300, metrics()).timeTicks());
   EXPECT_THAT(texts, testing::Not(IsEmpty()));
@@ -150,7 +150,7 @@ TEST_F(ChartLayoutTest, DecadesCostNoMoreThanTheWidthAndLoseNoExtreme) {
   };
   EXPECT_TRUE(has(layout.yOf(200000.0)));
   EXPECT_TRUE(has(layout.yOf(-9000.0)));
-  // In each column, what is left out lies between what is kept.
+  // In each column, the omitted values are between the kept ones.
   for (const ChartPoint& point : model.series[0].points) {
     const double x = std::floor(layout.xOf(point.day));
     double least = INFINITE;
@@ -213,7 +213,7 @@ TEST_F(ChartLayoutTest, ASinglePointStandsInTheMiddle) {
 TEST_F(ChartLayoutTest, TheDayUnderThePointerIsTheNearestWithValues) {
   ChartModel model = ChartSamples::model(Date(2026, 3, 1), {1.0, 2.0, 3.0, 4.0, 5.0, 6.0, 7.0, 8.0, 9.0});
   auto& points = model.series[0].points;
-  points.erase(points.begin() + 3, points.begin() + 6); // 4, 5 and 6 March
+  points.erase(points.begin() + 3, points.begin() + 6); // 4, 5 and 6 March.
   const ChartLayout layout(model, 600, 300, metrics());
   const double day = layout.plot().width / 8;
   EXPECT_EQ(Date(2026, 3, 1), layout.dayAt(layout.plot().x));
@@ -314,7 +314,7 @@ TEST_F(ChartLayoutTest, TheBoxGoesDownWhereItWouldHideTheValues) {
 }
 
 TEST_F(ChartLayoutTest, DaysAreWalkedOneByOneUpToTheEnds) {
-  ChartModel model = ChartSamples::model(Date(2026, 3, 6), {1.0}); // a Friday
+  ChartModel model = ChartSamples::model(Date(2026, 3, 6), {1.0}); // A Friday.
   model.series[0].points.push_back({Date(2026, 3, 9), 2.0});
   model.series[0].points.push_back({Date(2026, 3, 10), 3.0});
   const ChartLayout layout(model, 600, 300, metrics());

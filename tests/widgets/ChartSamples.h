@@ -13,7 +13,7 @@ inline ChartMetrics metrics(double zoom = 1.0) {
   return {[zoom](const String& text) { return 7.0 * zoom * double(text.size()); }, LINE_HEIGHT * zoom};
 }
 
-/// A day for each value.
+/// One day per value.
 inline ChartSeries series(const String& name, const Date& first, const std::vector<double>& values) {
   ChartSeries series{name, ChartColours::BLUE, ChartStyle::LINE, {}};
   for (std::size_t i = 0; i < values.size(); ++i)
@@ -28,7 +28,7 @@ inline ChartModel model(const Date& first, const std::vector<double>& values) {
   return model;
 }
 
-/// So many days up to 3 March 2026, which rise and fall.
+/// Rising and falling values for the days up to 3 March 2026.
 inline std::vector<double> waves(std::size_t days, double base = 50000.0) {
   std::vector<double> values;
   for (std::size_t i = 0; i < days; ++i)
@@ -41,7 +41,7 @@ inline ChartModel longModel(int days) {
   return model(Date(2026, 3, 3).plusDays(1 - days), waves(std::size_t(days)));
 }
 
-/// A stock with all that a chart can show.
+/// A stock with everything that a chart can show.
 inline ChartModel priceModel() {
   const Date first(2025, 3, 3);
   ChartModel model = ChartSamples::model(first, waves(366, 12.0));

@@ -18,7 +18,7 @@ namespace {
 
 using namespace ChartSamples;
 
-/// What an XML parser finds in a drawing; a document that is not well formed fails the test.
+/// The elements that an XML parser finds in a drawing. A document that is not well-formed fails the test.
 class Drawing : public xercesc::DefaultHandler {
 public:
   struct Element {
@@ -31,7 +31,7 @@ public:
     ensureXmlLibrary();
     const std::string utf8 = svg.toUTF8();
     const std::unique_ptr<xercesc::SAX2XMLReader> reader(xercesc::XMLReaderFactory::createXMLReader());
-    reader->setFeature(xercesc::XMLUni::fgSAX2CoreNameSpaces, false); // attributes come by the names written
+    reader->setFeature(xercesc::XMLUni::fgSAX2CoreNameSpaces, false); // Keeps qualified names.
     reader->setContentHandler(this);
     reader->setErrorHandler(this);
     const xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(utf8.data()), utf8.size(),

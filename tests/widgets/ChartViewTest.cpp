@@ -32,7 +32,7 @@ protected:
     letEventsPass();
     app().repaint();
   }
-  /// The pointer moves to a place in the window.
+  /// Moves the pointer to a position in the window.
   void point(ChartView& view, FXint x) {
     FXEvent event{};
     event.type = SEL_MOTION;
@@ -54,7 +54,7 @@ protected:
     const std::optional<ChartReading> reading = view.reading();
     return reading ? std::optional(reading->day) : std::nullopt;
   }
-  /// What the window shows.
+  /// The window's pixels.
   std::vector<FXColor> picture(ChartView& view) {
     paint();
     FXImage image(&app(), nullptr, IMAGE_KEEP | IMAGE_OWNED, view.getWidth(), view.getHeight());
@@ -171,7 +171,7 @@ TEST_F(ChartViewTest, TheCrosshairStaysOnItsDayWhenTheModelChanges) {
   pointAt(view, Date(2025, 12, 1));
   ChartModel other = priceModel();
   other.markers.clear();
-  other.series[0].points.resize(100); // up to 10 June 2025
+  other.series[0].points.resize(100); // Up to 10 June 2025.
   other.series.pop_back();
   view.setModel(other);
   EXPECT_EQ(Date(2025, 6, 10), day(view)) << "the nearest that is left";
@@ -233,7 +233,7 @@ TEST_F(ChartViewTest, LargerTextsMakeALargerChart) {
   description.size *= 2;
   auto* large = new FXFont(&app(), description);
   large->create();
-  app().setNormalFont(large); // the application owns it
+  app().setNormalFont(large); // Owned by the application.
   ChartView& view = show(priceModel());
   EXPECT_GT(view.getDefaultHeight(), before * 3 / 2);
   EXPECT_FALSE(view.chart().isEmpty());

@@ -109,7 +109,7 @@ TEST_F(ColumnTest, RowsHaveNoPlaceBeforeATableGivesThemOne) {
   EXPECT_EQ(-1, row.index());
   EXPECT_EQ(nullptr, row.table());
   EXPECT_EQ(7, row.payload<int>());
-  row.setColour(FXRGB(1, 2, 3)); // nothing to paint
+  row.setColour(FXRGB(1, 2, 3)); // Nothing to paint.
   row.clearColour();
   row.resetColour();
 }

@@ -5,7 +5,7 @@
 namespace Tallymoor {
 namespace {
 
-/// Counts what the field tells it.
+/// Counts the field's messages.
 class Listener : public FXObject {
 public:
   long handle(FXObject*, FXSelector selector, void*) override {
@@ -29,7 +29,7 @@ protected:
     m_cancel->create();
     m_field->setFocus();
   }
-  /// The keyboard goes there, and whatever follows from that has happened.
+  /// Moves the focus there and handles the resulting events.
   void goTo(FXWindow& widget) {
     widget.setFocus();
     letEventsPass();
@@ -37,7 +37,7 @@ protected:
   Listener m_listener;
   DateField* m_field = nullptr;
   FXTextField* m_other = nullptr;
-  FXButton* m_cancel = nullptr; ///< of no form
+  FXButton* m_cancel = nullptr; ///< Not part of a form.
 };
 
 TEST_F(DateFieldTest, ReadsWhatIsTyped) {

@@ -5,7 +5,7 @@
 namespace Tallymoor {
 namespace {
 
-/// Notes the dates that a calendar tells it.
+/// Records the dates reported by a calendar.
 class DateListener : public FXObject {
 public:
   long handle(FXObject*, FXSelector selector, void* data) override {
@@ -25,7 +25,7 @@ protected:
     letEventsPass();
     return *calendar;
   }
-  /// What the 42 day buttons show.
+  /// Texts of the 42 day buttons.
   static std::vector<std::string> days(FXCalendar& calendar) {
     std::vector<std::string> texts;
     for (FXButton* button : dayButtons(calendar))
@@ -44,7 +44,7 @@ protected:
 };
 
 TEST_F(FXCalendarTest, ShowsTheMonthFromMondayOn) {
-  FXCalendar& calendar = makeCalendar(Date(2026, 3, 3)); // a Tuesday; the month begins on a Sunday
+  FXCalendar& calendar = makeCalendar(Date(2026, 3, 3)); // A Tuesday; the month begins on a Sunday.
   EXPECT_EQ("March 2026", heading(calendar));
   const std::vector<std::string> shown = days(calendar);
   ASSERT_EQ(42u, shown.size());
@@ -76,7 +76,7 @@ TEST_F(FXCalendarTest, PressingADayTakesItAndTellsTheTarget) {
   FXCalendar& calendar = makeCalendar(Date(2026, 3, 3));
   press(*dayButtons(calendar)[36]);
   EXPECT_EQ(Date(2026, 3, 31), calendar.date());
-  press(*dayButtons(calendar)[41]); // the fifth of the next month
+  press(*dayButtons(calendar)[41]); // The fifth of the next month.
   EXPECT_EQ(Date(2026, 4, 5), calendar.date());
   EXPECT_EQ("April 2026", heading(calendar));
   EXPECT_EQ((std::vector<Date>{Date(2026, 3, 31), Date(2026, 4, 5)}), m_listener.dates);
@@ -144,7 +144,7 @@ TEST_F(FXCalendarTest, StaysWithinTheYearsThatExist) {
   press(calendar, ">>");
   keyTo(calendar, KEY_Right);
   EXPECT_EQ(Date(9999, 12, 31), calendar.date());
-  const std::vector<FXButton*> buttons = dayButtons(calendar); // 9999-12-01 is a Wednesday
+  const std::vector<FXButton*> buttons = dayButtons(calendar); // 9999-12-01 is a Wednesday.
   EXPECT_STREQ("31", buttons[32]->getText().text());
   EXPECT_STREQ("", buttons[33]->getText().text());
   EXPECT_FALSE(buttons[33]->isEnabled());

@@ -7,7 +7,7 @@ namespace {
 
 class GetLongDialogTest : public WindowTest {
 protected:
-  /// What the dialog gives when this is typed.
+  /// The dialog's value after this text was typed.
   std::int32_t valueOf(const std::string& typed) {
     GetLongDialog dialog(&mainWindow(), u"Ratio", u"How many?", 1, 100, 5);
     whenModal("Ratio", [&](FXWindow& form) {

@@ -8,7 +8,7 @@
 namespace Tallymoor {
 namespace {
 
-/// Needs no display: signals are served by the application's loop alone.
+/// Needs no display: the application's loop alone handles signals.
 class GuiWakeUpTest : public ::testing::Test {
 protected:
   GuiWakeUpTest() {
@@ -18,7 +18,7 @@ protected:
     m_app.init(count, arguments, FALSE);
   }
 
-  /// The loop serves one input a turn.
+  /// The loop handles one input per turn.
   void serve() {
     for (int turn = 0; turn < 10; ++turn)
       m_app.runOneEvent(FALSE);

@@ -21,7 +21,7 @@ protected:
   }
 
   std::vector<std::string> m_done;
-  int m_first = 0, m_second = 0; ///< owners
+  int m_first = 0, m_second = 0; ///< Owners.
 };
 
 TEST_F(HandlerScopeTest, RunsAtOnceWhenNoHandlerRuns) {

@@ -195,7 +195,7 @@ TEST_F(ListChoiceDialogTest, TheEntryThatTakesTheKeysScrollsIntoView) {
     focus("entry 25");
     EXPECT_TRUE(isInView("entry 25"));
     EXPECT_FALSE(isInView("entry 1"));
-    focus("entry 20"); // is in view
+    focus("entry 20"); // It is visible.
     EXPECT_TRUE(isInView("entry 25"));
     focus("entry 2");
     EXPECT_TRUE(isInView("entry 2"));

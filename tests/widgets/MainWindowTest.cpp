@@ -20,7 +20,7 @@ class MainWindowTest : public WindowTest {
 protected:
   FXStatusLine& statusLine() { return *mainWindow().statusBar()->getStatusLine(); }
 
-  /// The text that a box shows for a message.
+  /// The text that a message box shows for a message.
   std::string shownAs(const String& message) {
     std::string text;
     whenModal("Tallymoor", [&](FXWindow& box) {
@@ -239,7 +239,7 @@ TEST_F(MainWindowTest, ATextOfTheGuiThreadIsNotOvertakenByAnOlderOne) {
   EXPECT_STREQ("newer", statusLine().getNormalText().text());
 }
 
-// The way out
+// Leaving the program
 
 TEST_F(MainWindowTest, ShutdownRunsOnceAndIsMarkedAtItsStart) {
   bool markedBefore = false, held = false;
@@ -369,7 +369,7 @@ TEST_F(MainWindowTest, UpdatesRefreshTheStatus) {
   EXPECT_EQ(before + 1, window().statusUpdates);
 }
 
-/// Its hooks fail.
+/// A window whose hooks throw.
 class FailingWindow : public TestWindow {
 public:
   using TestWindow::TestWindow;
@@ -391,7 +391,7 @@ TEST_F(FailingWindowTest, AFailingHookIsReportedAndTheCaptionIsTheWindowsOwn) {
   EXPECT_FALSE(bigMutex().heldByThisThread());
 }
 
-// What lower folders ask
+// Requests from lower layers
 
 TEST_F(MainWindowTest, LowerFoldersReachTheSameBoxes) {
   UserInteraction& user = UserInteraction::Instance();

@@ -12,7 +12,7 @@ String repeated(const char16_t* text, int times) {
   return all;
 }
 
-/// Ten pixels a unit.
+/// Ten pixels per code unit.
 MessageRoom room(int width, std::size_t lines) {
   return {[](const String& line) { return 10 * static_cast<int>(line.size()); }, width, lines};
 }

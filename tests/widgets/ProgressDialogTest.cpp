@@ -73,7 +73,7 @@ TEST_F(ProgressDialogTest, EventsPassAtEachStep) {
     progress.step(1, u"one");
     told = progress.isCancelled() ? 1 : 0;
   };
-  // What arrives is the program's end, which cancels the dialog and waits until the work has returned.
+  // A shutdown request arrives. It cancels the dialog and waits until the work has returned.
   EXPECT_FALSE(dialog.run(*this, 0));
   EXPECT_EQ(1, told);
   EXPECT_EQ(0, window().shutdowns);

@@ -22,7 +22,7 @@ protected:
     mainWindow().layout();
   }
   static int share(const FXSplitter& splitter) { return splitter.getSplit(0) * 100 / splitter.getHeight(); }
-  /// The user moves the bar and lets it go.
+  /// Drags the bar.
   void moveBar(RememberedSplitter& splitter, FXint percent) {
     splitter.setSplit(0, splitter.getHeight() * percent / 100);
     settle();
@@ -70,7 +70,7 @@ TEST_F(RememberedSplitterTest, PaneIsNeverLost) {
   EXPECT_NEAR(10, share(makeSplitter(u"Y Splitter Low")), 2);
 }
 
-/// As the first page after a start is made: it is created without any height, and laid out only then.
+/// Like the first page after a start: it is created with a height of 0 and laid out later.
 TEST_F(RememberedSplitterTest, APaneThatBeganWithoutHeightComesOntoTheDisplay) {
   auto* page =
       new FXVerticalFrame(mainWindow().contentFrame(), LAYOUT_FILL_X | LAYOUT_FIX_HEIGHT, 0, 0, 0, 0);

@@ -80,7 +80,7 @@ TEST_F(RowChangesTest, ManyRunsAreNotWorthIt) {
   EXPECT_TRUE(RowChanges::between(all, everySecond));
   all.insert(all.begin(), {&row(48), &row(0)});
   all.erase(all.begin() + 2);
-  all.insert(all.begin() + 1, &row(49)); // 48, 49, 0, 1, 2 ...: one more run
+  all.insert(all.begin() + 1, &row(49)); // 48, 49, 0, 1, 2 ...: one more run.
   EXPECT_FALSE(RowChanges::between(everySecond, all));
   EXPECT_FALSE(RowChanges::between(all, everySecond));
 }

@@ -9,17 +9,18 @@
 
 namespace Tallymoor {
 
-/// A share as the sample table's rows have it.
+/// A share in a row of the sample table.
 struct SampleShare {
   String code;
   double number = 0.0;
   double price = 0.0;
   Date bought{std::uint32_t(0)};
   String note{};
-  bool broken = false; ///< its "Value" can't be computed
+  bool broken = false; ///< Computing its "Value" throws.
 };
 
-/// A table of shares, declared as the program's own tables are. What it does at a click is noted or replaced.
+/// A table of shares, declared like the program's own tables. Its reactions to clicks are recorded or
+/// replaced.
 class SampleTable : public Table {
 public:
   SampleTable(FXComposite* parent, bool fillsParent = true, Watcher* watcher = nullptr,
@@ -141,7 +142,7 @@ private:
   void baseColumnClick(const TableClick& click) { Table::clickColumn(click); }
 };
 
-/// Notes what a table tells.
+/// Records a table's notifications.
 class NotingWatcher : public Table::Watcher {
 public:
   void tableChanged(bool rebuilt) override {

@@ -13,12 +13,12 @@
 namespace Tallymoor {
 namespace {
 
-/// Work that keeps the toolkit's loop waiting asks whether it is to end.
+/// Work that blocks the toolkit's event loop and polls whether it should stop.
 class StopRequestTest : public WindowTest, public HasLengthyFunctions {
 protected:
   static bool isWanted() { return UserInteraction::Instance().isStopWanted(); }
 
-  /// Lies in the toolkit's queue, unhandled.
+  /// Leaves an unhandled key in the toolkit's queue.
   void sendKey(FXWindow& to, KeySym key) {
     XEvent event{};
     event.xkey.type = KeyPress;
@@ -28,7 +28,7 @@ protected:
     event.xkey.same_screen = True;
     send(to, event);
   }
-  /// What a window manager tells a window by its protocols.
+  /// Sends a window manager protocol message.
   void sendProtocol(FXWindow& to, const char* name) {
     XEvent event{};
     event.xclient.type = ClientMessage;
@@ -127,7 +127,7 @@ TEST_F(StopRequestTest, OnlyTheCloseButtonOfAWindowManagerEndsTheWork) {
     sendProtocol(dialog, "WM_TAKE_FOCUS");
     sendProtocol(dialog, "_NET_WM_PING");
     EXPECT_FALSE(isWanted());
-    std::this_thread::sleep_for(std::chrono::milliseconds(60)); // it looks a few times a second
+    std::this_thread::sleep_for(std::chrono::milliseconds(60)); // The poll looks a few times per second.
     sendProtocol(dialog, "WM_DELETE_WINDOW");
     EXPECT_TRUE(isWanted());
   };

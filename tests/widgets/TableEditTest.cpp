@@ -145,7 +145,7 @@ TEST_F(TableEditTest, CutPasteAndDeleteChangeNoCell) {
 
 class TablePriceTest : public TableEditTest {
 protected:
-  /// As the price updater does: marks under the big mutex, touches no widget.
+  /// Marks under the big mutex without touching a widget, like the price updater.
   void markFromAnotherThread(const std::function<void()>& mark) {
     std::thread([&] {
       BigMutexLock lock;
@@ -251,7 +251,7 @@ TEST_F(TablePriceTest, RowsOfChangedRecordsKeepWhatTheyShowUntilTheTableIsFilled
       << "from what was computed before";
   EXPECT_DOUBLE_EQ(0.0, table().sumColumn(SampleTable::bought));
   const int fills = table().fills;
-  table().rebuild(); // rows over changed records can't be shown anew: they are declared anew
+  table().rebuild(); // Rows of changed records must be rebuilt, not refreshed.
   EXPECT_EQ(fills + 1, table().fills);
   EXPECT_EQ("60.00", table().column(1)[1]);
   EXPECT_TRUE(runUntil([&] { return watcher().told.size() == 2; }));

@@ -8,7 +8,7 @@
 
 namespace Tallymoor {
 
-/// A sample table of three shares in the real main window, and the mouse for it.
+/// A sample table of three shares in a real main window, with simulated mouse input.
 class TableFixture : public WindowTest {
 protected:
   void SetUp() override {
@@ -42,7 +42,7 @@ protected:
   }
   Row& row(const String& code) { return *m_table->rowAt(m_table->getRow(code)); }
 
-  /// The middle of a column's header, a row's header and a cell.
+  /// The centre of a column header, a row header and a cell.
   static FXint middle(const FXHeader& header, FXint index) {
     return header.getItemOffset(index) + header.getItemSize(index) / 2;
   }
@@ -90,7 +90,7 @@ protected:
 
   void command(FXSelector identifier) { table().handle(&app(), FXSEL(SEL_COMMAND, identifier), nullptr); }
 
-  /// Begins to edit the cell by the key that does so.
+  /// Opens the cell's editor by key.
   FXTextField& edit(FXint row, FXint column) {
     table().setFocus();
     table().setCurrentItem(row, column, FALSE);
@@ -103,7 +103,7 @@ protected:
 
 private:
   NotingWatcher m_watcher;
-  SampleTable* m_table = nullptr; ///< owned by its window
+  SampleTable* m_table = nullptr; ///< Owned by its window.
 };
 
 } // namespace Tallymoor

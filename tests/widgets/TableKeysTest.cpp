@@ -5,7 +5,7 @@ namespace {
 
 using testing::ElementsAre;
 
-/// A table that is used with keys alone.
+/// A table used by keyboard only.
 class TableKeysTest : public TableFixture {
 protected:
   void SetUp() override {
@@ -119,7 +119,7 @@ TEST_F(TableKeysTest, ReturnEditsTheRowWhereTheCellItselfIsNotTypedInto) {
   keys({KEY_Return});
   EXPECT_THAT(edited, ElementsAre(String(u"BBB.AX")));
   EXPECT_FALSE(table().openEditor());
-  table().setCurrentItem(2, 1); // the price
+  table().setCurrentItem(2, 1); // The price.
   keys({KEY_Return});
   EXPECT_EQ(1u, edited.size());
   EXPECT_TRUE(table().openEditor());
@@ -184,7 +184,7 @@ TEST_F(TableKeysTest, TheMenuKeyOpensTheColumnsPopupBelowItsTitle) {
     EXPECT_FALSE(headerHasKeyboard());
   }
   keys({KEY_Up, KEY_Home, KEY_Left});
-  key(mainWindow(), KEY_Menu); // the corner has none
+  key(mainWindow(), KEY_Menu); // The corner has no popup.
 }
 
 TEST_F(TableKeysTest, DownLeadsBackToTheColumnThatWasReached) {

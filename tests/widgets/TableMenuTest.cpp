@@ -54,7 +54,7 @@ TEST_F(TableMenuTest, OnlyColumnCannotBeRemoved) {
     close(menu);
   });
   rightClickHeader(0);
-  command(Table::ID_REMOVE_COLUMN); // asks nothing
+  command(Table::ID_REMOVE_COLUMN); // Asks no question.
   EXPECT_THAT(table().titles(), ElementsAre("Number"));
   EXPECT_EQ(1u, setting(u"Number"));
 }
@@ -215,13 +215,13 @@ TEST_F(TableMenuTest, MenuKeyOpensTheMenuOfTheCurrentRow) {
   menuKey.code = KEY_Menu;
   table().killSelection();
   table().setCurrentItem(-1, -1);
-  table().handle(&app(), FXSEL(SEL_KEYPRESS, 0), &menuKey); // no row, no menu
+  table().handle(&app(), FXSEL(SEL_KEYPRESS, 0), &menuKey); // Without a row there is no menu.
   EXPECT_THAT(opened, ElementsAre());
   table().setCurrentItem(1, 0);
   table().handle(&app(), FXSEL(SEL_KEYPRESS, 0), &menuKey);
   EXPECT_THAT(opened, ElementsAre(table().rowAt(1)));
   EXPECT_TRUE(table().isRowSelected(1));
-  EXPECT_EQ(1, table().getRowHeader()->getItemAt(y - 1)); // it opens below the row
+  EXPECT_EQ(1, table().getRowHeader()->getItemAt(y - 1)); // It opens below the row.
   EXPECT_NE(1, table().getRowHeader()->getItemAt(y));
 }
 
@@ -250,7 +250,7 @@ TEST_F(TableMenuTest, FailuresAreReportedWithTheHandlersWords) {
 TEST_F(TableMenuTest, FailureToFillIsReportedWithTheWordsOfTheCommand) {
   table().setInputRow(nullptr);
   whenModal("Select columns...", [&](FXWindow& menu) { close(menu); });
-  rightClickHeader(0); // the column that the removal is about
+  rightClickHeader(0); // The column to remove.
   table().declareMore = [](Table&) { throw Exception(u"no records"); };
   answer("Do you want to hide column \"Number\"?", "Yes");
   answer("Table::onRemoveColumn failed. Exception : no records", "OK");

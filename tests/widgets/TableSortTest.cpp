@@ -90,7 +90,7 @@ TEST_F(TableSortTest, ReversedSortThatEndsLeavesTheKeysInTheirOrder) {
   EXPECT_FALSE(table().sortReversed());
   EXPECT_THAT(table().keys(), ElementsAre("AAA.AX", "BBB.AX", "CCC.AX"));
   clickCorner();
-  hide(u"Number"); // no sort ends with this one
+  hide(u"Number"); // Ends no sort.
   EXPECT_THAT(table().keys(), ElementsAre("CCC.AX", "BBB.AX", "AAA.AX"));
 }
 

@@ -231,7 +231,7 @@ TEST_F(TableTest, CellFunctionsMayPaintWhileARowHasNoPlaceYet) {
         COMPARE_TEXT));
   };
   table().updateTable();
-  clickHeader(4); // sorting computes the column before any row is placed
+  clickHeader(4); // Sorting computes the column before any row is placed.
   EXPECT_THAT(table().column(4), ElementsAre("placed", "placed", "placed"));
   EXPECT_EQ(aboveLimitTint(), table().item(0, 0).colour());
   table().rebuild();
@@ -340,7 +340,7 @@ protected:
 
 TEST_F(TableDateTest, EveryDayIsShownUnlessSomethingHidesIt) {
   EXPECT_TRUE(Table::dateShown(Date(1990, 1, 1)));
-  EXPECT_TRUE(Table::dateShown(Date(2026, 3, 4))); // tomorrow: no view date is set
+  EXPECT_TRUE(Table::dateShown(Date(2026, 3, 4))); // Tomorrow: no view date is set.
 }
 
 TEST_F(TableDateTest, DaysAfterTheViewDateAreHidden) {
@@ -353,7 +353,7 @@ TEST_F(TableDateTest, EarlierFinancialYearsCanBeHidden) {
   hideLastFYTransactions = true;
   EXPECT_FALSE(Table::dateShown(Date(2025, 6, 30)));
   EXPECT_TRUE(Table::dateShown(Date(2025, 7, 1)));
-  Date::setFixedDate(Date(2025, 6, 1)); // the current year is then that of the view date
+  Date::setFixedDate(Date(2025, 6, 1)); // The current year is then that of the view date.
   EXPECT_TRUE(Table::dateShown(Date(2024, 7, 1)));
   EXPECT_FALSE(Table::dateShown(Date(2024, 6, 30)));
   EXPECT_FALSE(Table::dateShown(Date(2025, 6, 2)));

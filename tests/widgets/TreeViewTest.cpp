@@ -19,7 +19,7 @@ const std::string UNSOUND = "This portfolio has suffered an error. Please restar
 
 std::vector<std::string> noted;
 
-/// A node that notes what happens to it.
+/// A node that records its events.
 class NotingItem : public InvestmentTreeItem {
 public:
   NotingItem(InvestmentTree* tree, TreeViewItem* parent, const String& label, bool fails = false)
@@ -27,7 +27,7 @@ public:
     buildView([&] {
       m_view = new FXLabel(page(), "view");
       if (fails)
-        throw 17; // anything counts
+        throw 17; // Any exception type.
     });
   }
 
@@ -75,7 +75,7 @@ protected:
   InvestmentTree& tree() { return *m_tree; }
   FXWindow* shownPage() { return m_switcher->childAtIndex(m_switcher->getCurrent()); }
 
-  /// A place where the toolkit answers so for the node: 1 icon, 2 text, 3 box.
+  /// A position where the toolkit's hit test gives this result for the node: 1 icon, 2 text, 3 box.
   FXPoint place(const FXTreeItem* item, FXint hit) {
     for (FXint y = 0; y < tree().getHeight(); ++y)
       for (FXint x = 0; x < tree().getWidth(); ++x)
@@ -203,7 +203,7 @@ TEST_F(TreeViewTest, WalkingByKeysShowsEachNode) {
   keyPress(KEY_Down);
   EXPECT_EQ(first, tree().getCurrentItem());
   EXPECT_EQ(first->page(), shownPage());
-  keyPress(KEY_Right); // unfolds
+  keyPress(KEY_Right); // Expands the node.
   EXPECT_TRUE(first->isExpanded());
   EXPECT_EQ(first->page(), shownPage());
   keyPress(KEY_Down);
@@ -305,7 +305,7 @@ TEST_F(TreeViewTest, FailuresOfNodesAreReportedWithTheHandlersWords) {
 }
 
 TEST_F(TreeViewTest, NodeThatFailedToBuildMakesItsAncestorsUnsound) {
-  clickText(second->parentItem()); // the root, while all is sound
+  clickText(second->parentItem()); // The root, if nothing fails.
   auto* broken = new NotingItem(m_tree, first, u"Broken", true);
   EXPECT_EQ(nullptr, broken->page());
   EXPECT_FALSE(broken->isSound());

@@ -28,11 +28,11 @@ public:
   int checks = 0;
 };
 
-/// Pages 0, 1 and 2 of a route, and a page that is not registered.
+/// Pages 0, 1 and 2 of a route, and an unregistered page.
 class ThreePages : public Wizard {
 public:
   explicit ThreePages(FXWindow* owner) : Wizard(owner, u"Three pages") {
-    // Registered in another order than that of the route.
+    // Registered in a different order than the route.
     third = new Page(pages(), u"The third", u"Of three.");
     first = new Page(pages(), u"The first", u"Begins.\nIn two lines & more.");
     second = new Page(pages(), u"The second");
@@ -70,7 +70,7 @@ protected:
     press(*wizard().backButton());
     letEventsPass();
   }
-  /// The page in sight, by what the banner shows and by what the switcher does.
+  /// Checks the visible page by the banner and by the switcher.
   void expectPage(Page* page, const std::string& title) {
     EXPECT_EQ(page, wizard().currentPage());
     EXPECT_TRUE(page->shown());

@@ -110,8 +110,7 @@ TEST(CapitalRecordTest, AReleasedDayIsEmptyWhenTakenAgain) {
   EXPECT_FALSE(again->hasAttribute(u"x"));
   EXPECT_EQ(again->numSubElements(u"ShareVals"), 0u);
   EXPECT_EQ(again->numSubElements(u"CashInjected"), 0u);
-  again->decode(
-      "<DayCap><Date>4/3/2006</Date></DayCap>"); // State of the element's previous use must not count.
+  again->decode("<DayCap><Date>4/3/2006</Date></DayCap>"); // Must not inherit state of its previous use.
   EXPECT_EQ(textValue(*again, u"Date"), String(u"4/3/2006"));
   again->destroy();
 }

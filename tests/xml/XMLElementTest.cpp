@@ -227,8 +227,8 @@ TEST_F(XMLElementTest, DestroyEndsTheWholeTree) {
 TEST_F(XMLElementTest, AMillionLevelsAreTornDown) {
   XMLCountedOwner owner;
   XMLElement* top = new XMLCounted;
-  for (int i = 0; i < 1000000;
-       ++i) { // From the deepest level up, because a change is reported to all levels above it.
+  // From the deepest level up, because a change is reported to all levels above it.
+  for (int i = 0; i < 1000000; ++i) {
     auto* above = new XMLCounted;
     above->addSubElement(top, u"Nested");
     top = above;

@@ -1,6 +1,6 @@
-// A session manager as the desktops have one, driven by lines on its standard input: "save TYPE SHUTDOWN"
-// (numbers), "cancelled", "die", "quit". It tells on its standard output where it listens and what its
-// clients do. With the argument "refuse" it takes no client.
+// A session manager like those of the desktops, controlled by lines on its standard input: "save TYPE
+// SHUTDOWN" (numbers), "cancelled", "die", "quit". Prints its address and the actions of its clients on
+// standard output. With the argument "refuse" it accepts no clients.
 #include <X11/SM/SMlib.h>
 #include <csignal>
 #include <cstdio>
@@ -32,7 +32,7 @@ Status registerClient(SmsConn connection, SmPointer, char* previousId) {
   SmsRegisterClientReply(connection, identifier);
   std::free(identifier);
   tell("registered");
-  // A client that is new is asked for its state at once.
+  // A new client is asked for its state at once.
   SmsSaveYourself(connection, SmSaveLocal, False, SmInteractStyleNone, False);
   return 1;
 }
@@ -130,7 +130,7 @@ void serve(std::size_t index) {
   connections.erase(connections.begin() + static_cast<std::ptrdiff_t>(index));
 }
 
-/// False for the end.
+/// False to end.
 bool obey(const std::string& line) {
   std::istringstream words(line);
   std::string word;
@@ -145,7 +145,7 @@ bool obey(const std::string& line) {
   return word != "quit";
 }
 
-/// What stands in the pipe, a line at a time. False for the end.
+/// Executes the lines in the pipe. False to end.
 bool obeyInput() {
   static std::string input;
   char bytes[256];
@@ -159,7 +159,7 @@ bool obeyInput() {
   return true;
 }
 
-/// False for the end. Serves one of what is ready, since that may change the rest.
+/// Handles one ready input, since that can change the others. False to end.
 bool step(const Listeners& listeners) {
   std::vector<pollfd> files{{STDIN_FILENO, POLLIN, 0}};
   for (int i = 0; i < listeners.count; ++i)
@@ -186,5 +186,5 @@ int main(int argc, char** argv) {
   const Listeners listeners = listen();
   while (step(listeners))
     ;
-  IceFreeListenObjs(listeners.count, listeners.objects); // the sockets go
+  IceFreeListenObjs(listeners.count, listeners.objects); // Removes the sockets.
 }
