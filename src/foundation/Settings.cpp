@@ -27,6 +27,7 @@ constexpr const char* SETTINGS_FOLDER =
     "/.foxrc/"; ///< Folder of the toolkit's settings below the user's home.
 
 FX::FXRegistry* attached = nullptr;
+std::uint64_t changes = 1;
 
 /// A store in memory, for tests and before the application is attached.
 std::unique_ptr<FX::FXRegistry>& memoryStore() {
@@ -127,6 +128,7 @@ void deleteContinuations(FX::FXRegistry& registry, const std::string& section, c
 void writeRaw(FX::FXRegistry& registry, const String& section, const String& key, std::string text) {
   const std::string sectionName = escapedForWriting(section);
   const std::string keyName = escapedForWriting(key);
+  ++changes;
   std::erase_if(text, [](char c) { return c == '\0' || c == 0x7F; });
   deleteContinuations(registry, sectionName, keyName);
   registry.writeStringEntry(sectionName.c_str(), keyName.c_str(), text.substr(0, LONGEST_PIECE).c_str());
@@ -192,6 +194,7 @@ Settings& Settings::Instance() {
 
 void Settings::attach(FX::FXRegistry* registry) {
   attached = registry;
+  ++changes;
   if (!registry)
     memoryStore() = std::make_unique<FX::FXRegistry>();
 }
@@ -261,11 +264,13 @@ void Settings::writeBool(const String& section, const String& key, bool value) {
 void Settings::deleteEntry(const String& section, const String& key) {
   const std::string sectionName = escaped(section);
   const std::string keyName = escaped(key);
+  ++changes;
   deleteContinuations(registry(), sectionName, keyName);
   registry().deleteEntry(sectionName.c_str(), keyName.c_str());
 }
 
 void Settings::deleteSection(const String& section) {
+  ++changes;
   registry().deleteSection(escaped(section).c_str());
 }
 
@@ -291,6 +296,10 @@ std::vector<String> Settings::sections(const String& prefix) const {
       result.push_back(name);
   }
   return result;
+}
+
+std::uint64_t Settings::changeStamp() const {
+  return changes;
 }
 
 String Settings::filePath() const {

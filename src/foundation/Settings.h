@@ -42,6 +42,9 @@ public:
   /// The sections whose names begin with the prefix.
   std::vector<String> sections(const String& prefix) const;
 
+  /// Differs after each change, so that what was read before can be kept while it is the same.
+  std::uint64_t changeStamp() const;
+
   /// Saves the settings by replacing the file. Throws Exception on failure: the old file is then unchanged
   /// and the next commit saves again.
   void commit();

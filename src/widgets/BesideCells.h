@@ -1,5 +1,5 @@
 #pragma once
-#include "widgets/Table.h"
+#include "widgets/CellGrid.h"
 
 namespace Tallymoor {
 
@@ -9,7 +9,7 @@ template <class Part>
 class BesideCells : public Part {
 public:
   template <class... Arguments>
-  explicit BesideCells(Table* table, Arguments... arguments) : Part(table, arguments...), m_table(table) {}
+  explicit BesideCells(CellGrid* table, Arguments... arguments) : Part(table, arguments...), m_table(table) {}
 
   long handle(FXObject* sender, FXSelector selector, void* data) override {
     if (FXSELTYPE(selector) != SEL_FOCUS_SELF)
@@ -19,7 +19,7 @@ public:
   }
 
 private:
-  Table* m_table;
+  CellGrid* m_table;
 };
 
 } // namespace Tallymoor

@@ -51,6 +51,8 @@ public:
   /// failure that is remembered. The reference holds until the row's next refresh.
   const CellResult& result(Row& row);
 
+  /// Drops what was computed for the row.
+  void forget(const Row& row) { m_cache.erase(&row); }
   /// Counts all results as unknown, but for those that follow their payload alone.
   void outdate();
   /// Computes the cell unless that was done since outdate. False when it certainly shows what it showed
@@ -59,6 +61,7 @@ public:
 
 private:
   friend class Table;
+  friend class TableContents;
 
   struct Cached {
     std::optional<CellResult> result;
@@ -67,8 +70,6 @@ private:
   };
 
   Cached& compute(Row& row);
-  void forget(const Row& row) { m_cache.erase(&row); }
-
   String m_title;
   String m_toolTip;
   Function m_function;

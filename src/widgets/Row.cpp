@@ -5,11 +5,8 @@
 namespace Tallymoor {
 
 void Row::setColour(FXColor colour) {
-  if (m_index < 0)
-    return;
-  for (TableItem* item : m_table->itemsOf(*this))
-    item->setColour(colour);
-  m_table->repaintRow(*this);
+  if (m_table)
+    m_table->m_cells.setColour(*this, colour);
 }
 
 void Row::clearColour() {
@@ -17,11 +14,8 @@ void Row::clearColour() {
 }
 
 void Row::resetColour() {
-  if (m_index < 0)
-    return;
-  for (TableItem* item : m_table->itemsOf(*this))
-    item->setColour(item->defaultColour());
-  m_table->repaintRow(*this);
+  if (m_table)
+    m_table->m_cells.resetColour(*this);
 }
 
 } // namespace Tallymoor

@@ -11,7 +11,7 @@ class Table;
 /// computed from.
 class Row {
 public:
-  /// The payload stays the maker's.
+  /// The payload is not owned.
   explicit Row(const String& key, void* data = nullptr) : m_key(key), m_data(data) {}
   Row(const Row&) = delete;
   Row& operator=(const Row&) = delete;
@@ -23,7 +23,7 @@ public:
   Payload& payload() const {
     return *static_cast<Payload*>(m_data);
   }
-  /// From now on no total counts the row.
+  /// No total counts the row from now on.
   void leaveOutOfTotals() { m_counts = false; }
   bool countsInTotals() const { return m_counts; }
   /// Position in the toolkit's table; -1 until the row has been placed there.
@@ -41,12 +41,16 @@ public:
 private:
   friend class RowList;
   friend class Table;
+  friend class TableCells;
+  friend class TableContents;
+  friend class TableWidths;
 
   String m_key;
   void* m_data;
   bool m_counts = true;
   bool m_payloadChanged = true; ///< since its cells were computed
   FXint m_index = -1;
+  FXint m_keyWidth = -1; ///< in the row header; -1 until it is measured
   Table* m_table = nullptr;
   std::size_t m_place = 0; ///< among rows with equal keys: that of its insertion
 };

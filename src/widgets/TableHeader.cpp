@@ -1,7 +1,8 @@
 #include "widgets/TableHeader.h"
 #include "foundation/UserInteraction.h"
+#include "widgets/CellGrid.h"
+#include "widgets/Column.h"
 #include "widgets/ContextMenu.h"
-#include "widgets/Table.h"
 #include "widgets/TextSize.h"
 #include "widgets/ToolkitText.h"
 #include <algorithm>
@@ -30,7 +31,7 @@ constexpr FXint MARK_WIDTH = 2; ///< of the frame around the title that has the 
 
 } // namespace
 
-TableHeader::TableHeader(Table* table, FXSelector identifier)
+TableHeader::TableHeader(CellGrid* table, FXSelector identifier)
     : FXHeader(table, table, identifier, STYLE | LAYOUT_FIX_HEIGHT, 0, 0, 0, scaledToText(HEIGHT), PADDING,
                PADDING, PADDING, PADDING),
       m_table(table) {}
@@ -67,7 +68,7 @@ long TableHeader::onFocusOut(FXObject* sender, FXSelector selector, void* data) 
   return 1;
 }
 
-/// What it does not take goes on to who holds the table: the tab key leaves the table from here, too.
+/// Other keys go on to the window around the table: the tab key leaves the table from here, too.
 long TableHeader::onKeyPress(FXObject*, FXSelector, void* data) {
   const FXEvent event = *static_cast<FXEvent*>(data);
   m_place = std::min(m_place, getNumItems() - 1); // columns may have gone
@@ -122,7 +123,7 @@ void TableHeader::moveTo(FXint place) {
   showPlace();
 }
 
-/// As the mouse does it, so that both take one road.
+/// Sends what the mouse sends.
 void TableHeader::press() {
   if (m_place == CORNER)
     m_table->handle(m_table->getCornerButton(), FXSEL(SEL_COMMAND, FXTable::ID_SELECT_ALL), nullptr);

@@ -3,9 +3,9 @@
 
 namespace Tallymoor {
 
-class Table;
+class CellGrid;
 
-/// The column header of a Table, which shows the help of the column under the mouse in the status line. With
+/// The column header of a table, which shows the help of the column under the mouse in the status line. With
 /// the keyboard it is reached from the first row by the up arrow: the left and right arrows then go from
 /// title to title, before the first one to the corner; Enter or the space bar is a click on it, the menu key
 /// opens its popup, and the down arrow or Escape leads back to the cells.
@@ -13,7 +13,7 @@ class TableHeader : public FXHeader {
   FXDECLARE(TableHeader)
 public:
   /// Target and owner are the table; its messages carry this identifier.
-  TableHeader(Table* table, FXSelector identifier);
+  TableHeader(CellGrid* table, FXSelector identifier);
 
   /// Gives the keyboard to the title of this column.
   void takeKeyboard(FXint column);
@@ -21,7 +21,7 @@ public:
 
   long onMotion(FXObject* sender, FXSelector selector, void* data);
   long onPaint(FXObject* sender, FXSelector selector, void* data);
-  /// Comes of a click, which sorts and leaves the keyboard in the cells.
+  /// Called by a click, which sorts and leaves the keyboard in the cells.
   long onFocusSelf(FXObject* sender, FXSelector selector, void* data);
   long onFocusIn(FXObject* sender, FXSelector selector, void* data);
   long onFocusOut(FXObject* sender, FXSelector selector, void* data);
@@ -39,7 +39,7 @@ private:
   void makeVisible(FXint column);
   void showPlace();
 
-  Table* m_table = nullptr;
+  CellGrid* m_table = nullptr;
   FXint m_place = 0; ///< the column whose title has the keyboard, or CORNER
 };
 

@@ -15,6 +15,9 @@ public:
 
   /// As getText, without a copy.
   const FXString& label() const { return FXTableItem::label; }
+  /// In this font, which is always the same. Measured again only after the text has changed.
+  FXint textWidth(const FXFont& font) const;
+  void setText(const FXString& text) override;
   FXColor colour() const { return m_colour; }
   void setColour(FXColor colour) { m_colour = colour; }
   /// The tint that the cell has by itself, whatever its row shows.
@@ -29,6 +32,7 @@ protected:
 private:
   FXColor m_colour = NO_COLOUR;
   FXColor m_defaultColour = NO_COLOUR;
+  mutable FXint m_textWidth = -1; ///< -1 until it is measured
 };
 
 } // namespace Tallymoor

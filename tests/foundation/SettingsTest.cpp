@@ -191,6 +191,23 @@ TEST_F(SettingsTest, DeletingOneKeyRestoresThatOneOnly) {
   EXPECT_EQ(settings.readUnsigned(u"Gui Settings", u"MainY", 100), 6u);
 }
 
+TEST_F(SettingsTest, TheStampDiffersAfterEachChangeAndOnlyThen) {
+  std::uint64_t stamp = settings.changeStamp();
+  const auto changed = [&] { return std::exchange(stamp, settings.changeStamp()) != stamp; };
+  settings.writeUnsigned(u"Stamp", u"key", 1);
+  EXPECT_TRUE(changed());
+  EXPECT_EQ(1u, settings.readUnsigned(u"Stamp", u"key"));
+  EXPECT_FALSE(changed());
+  settings.writeString(u"Stamp", u"key", u"text");
+  EXPECT_TRUE(changed());
+  settings.deleteEntry(u"Stamp", u"key");
+  EXPECT_TRUE(changed());
+  settings.deleteSection(u"Stamp");
+  EXPECT_TRUE(changed());
+  startAgain();
+  EXPECT_TRUE(changed()) << "another store";
+}
+
 TEST_F(SettingsTest, SectionsAreFoundAndDeleted) {
   settings.writeBool(u"Watchlist One", u"watchlist exists", true);
   settings.writeBool(u"Watchlist Two", u"watchlist exists", true);
