@@ -1,14 +1,12 @@
 #include "market/FetchQuestions.h"
 #include "foundation/RunTimeSettings.h"
 #include "foundation/UserInteraction.h"
+#include "market/NetworkFailure.h"
 #include "market/TransferFailure.h"
 
 namespace Tallymoor {
 
 namespace {
-
-constexpr unsigned NOT_FOUND = 404;
-constexpr unsigned GONE = 410;
 
 String causeOf(const HTTPException& failure) {
   if (failure.code() != 0)
@@ -32,10 +30,6 @@ bool FetchQuestions::mayAsk() {
 void FetchQuestions::showStatus(const String& text) {
   if (mayAsk())
     UserInteraction::Instance().setStatusText(text);
-}
-
-bool FetchQuestions::isNotFound(const HTTPException& failure) {
-  return failure.code() == NOT_FOUND || failure.code() == GONE;
 }
 
 void FetchQuestions::forget() {

@@ -29,8 +29,6 @@ public:
   static bool mayAsk();
   /// Tells in the status line what is fetched, where the user may be told anything.
   static void showStatus(const String& text);
-  /// True for "not found" as an answer of the source.
-  static bool isNotFound(const HTTPException& failure);
 
 private:
   bool ask(const String& code, const String& question);

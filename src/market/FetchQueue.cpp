@@ -49,6 +49,7 @@ void FetchQueue::stop() {
   const std::lock_guard lock(m_mutex);
   m_stop.request_stop();
   std::erase_if(m_items, [](const auto& item) { return item->state == State::Waiting; });
+  m_changed.notify_all();
 }
 
 std::shared_ptr<FetchQueue::Item> FetchQueue::nextToBegin() const {

@@ -18,7 +18,7 @@ namespace Tallymoor {
 /// The results are taken on the owner's thread in the order of the queue, whichever answer came first, so
 /// that what is made of them does not depend on the network.
 ///
-/// All operations are for the owner's thread.
+/// All operations but stop are for the owner's thread.
 class FetchQueue {
 public:
   /// Does something with the result of a fetch, on the owner's thread; may add further fetches.
@@ -43,7 +43,7 @@ public:
   /// patience.
   bool applyNext(std::chrono::milliseconds patience);
   /// Drops what has not begun, and ends what is under way. Those results still come out, as failures for the
-  /// most part.
+  /// most part. Any thread.
   void stop();
 
 private:

@@ -1,6 +1,7 @@
 #include "market/HistoryCompletion.h"
 #include "foundation/LengthyFunctions.h"
 #include "market/FetchQuestions.h"
+#include "market/NetworkFailure.h"
 #include "market/PriceHistory.h"
 #include "market/WatchedFetch.h"
 #include <map>
@@ -88,15 +89,14 @@ void HistoryCompletion::request(Chain& chain) {
 void HistoryCompletion::keep(Chain& chain, const HistoryPage& page) {
   m_underWay.pop_front();
   const bool goesOn = m_history.keepPage(chain.fetch, page);
-  if (page.failure) {
-    m_networkFailed = page.isFailureOfNetwork();
-    return; // the user is asked first, and may call the code delisted
-  }
-  if (goesOn)
+  m_networkFailed = isFailureOfNetwork(page.failure);
+  // After a failure the user is asked first, and may call the code delisted.
+  if (!page.failure && goesOn)
     request(chain);
-  else
+  else if (!page.failure)
     begin(chain);
-  beginChains();
+  if (!m_networkFailed)
+    beginChains();
 }
 
 /// Once it was seen it holds: a stop is taken back when events pass.

@@ -1,6 +1,5 @@
 #include "market/HistoryPage.h"
 #include "foundation/Exception.h"
-#include "market/FetchQuestions.h"
 
 namespace Tallymoor {
 
@@ -13,18 +12,6 @@ HistoryPage HistoryPage::fetch(const DataSource& source, const String& code, con
     page.failure = std::current_exception();
   }
   return page;
-}
-
-bool HistoryPage::isFailureOfNetwork() const {
-  if (!failure)
-    return false;
-  try {
-    std::rethrow_exception(failure);
-  } catch (const HTTPException& exception) {
-    return !FetchQuestions::isNotFound(exception);
-  } catch (...) {
-    return false;
-  }
 }
 
 } // namespace Tallymoor

@@ -16,9 +16,6 @@ struct HistoryPage {
   DataSource::Rows rows;
   std::exception_ptr failure;
 
-  /// True for a failure that other codes have in common, in contrast to an answer that speaks of this one.
-  bool isFailureOfNetwork() const;
-
   /// Any thread, without the big mutex.
   static HistoryPage fetch(const DataSource& source, const String& code, const HistoryRange& range,
                            const std::stop_token& stop);

@@ -5,6 +5,7 @@
 #include "market/Connection.h"
 #include "market/FetchQuestions.h"
 #include "market/HistoryCompletion.h"
+#include "market/NetworkFailure.h"
 #include "market/WatchedFetch.h"
 #include <algorithm>
 #include <iterator>
@@ -101,7 +102,7 @@ DayFetch PriceHistory::beginFetch(const String& code, const Date& day, bool upTo
 
 bool PriceHistory::keepPage(DayFetch& fetch, const HistoryPage& page) {
   const auto& [code, day, upTo, range, isLast] = fetch;
-  m_networkFailed = page.isFailureOfNetwork();
+  m_networkFailed = isFailureOfNetwork(page.failure);
   if (page.failure)
     m_failures.noteFailure(code, range, page.failure);
   else if (page.rows.empty())

@@ -5,11 +5,11 @@
 #include "foundation/Platform.h"
 #include "foundation/RunTimeSettings.h"
 #include "foundation/UserInteraction.h"
-#include "market/TallymoorInternet.h"
+#include "market/PriceHistory.h"
+#include "market/PricePass.h"
 #include <algorithm>
 #include <exception>
 #include <limits>
-#include <optional>
 
 namespace Tallymoor {
 
@@ -24,42 +24,15 @@ std::uint32_t clampedWait(std::uint32_t count, std::uint32_t unit) {
   return std::clamp<std::uint32_t>(count, 1, LONGEST_WAIT / unit) * unit;
 }
 
-void tellStatus(const String& text) {
-  if (UserInteraction::exists())
-    UserInteraction::Instance().setStatusText(text);
-}
-
 void tellFailure(const String& reason) {
-  tellStatus(u"PriceUpdater::threadFunction failed: " + reason);
-}
-
-/// Does the work and gives the reason of its failure, if it fails.
-template <class Work>
-std::optional<String> failureOf(Work work) {
-  try {
-    work();
-  } catch (const Exception& exception) {
-    return exception.message();
-  } catch (const std::exception& exception) {
-    return String(exception.what());
-  }
-  return std::nullopt;
+  if (UserInteraction::exists())
+    UserInteraction::Instance().setStatusText(u"PriceUpdater::threadFunction failed: " + reason);
 }
 
 } // namespace
 
-PriceUpdater::PricesObserver::~PricesObserver() = default;
-
-void PriceUpdater::PricesObserver::pricesUpdateFinished() {}
-
-bool PriceUpdater::PricesObserver::wantsHistory(const String&) const {
-  return false;
-}
-
-void PriceUpdater::PricesObserver::historicalPriceChanged(const String&, const Date&, double) {}
-
-PriceUpdater::PriceUpdater(TallymoorInternet& gateway, std::uint32_t startDelay)
-    : Thread(passPeriod(), false, startDelay), m_gateway(gateway) {
+PriceUpdater::PriceUpdater(Connection& connection, PriceHistory& history, std::uint32_t startDelay)
+    : Thread(passPeriod(), false, startDelay), m_connection(connection), m_history(history) {
   scheduleHistoricalCheck();
 }
 
@@ -85,7 +58,7 @@ void PriceUpdater::wakeUp() {
 
 void PriceUpdater::addCode(const String& code) {
   const BigMutexLock lock;
-  if (!m_gateway.isBadCode(code))
+  if (!m_history.isBad(code))
     m_prices.emplace(code, 0.0);
 }
 
@@ -97,6 +70,14 @@ void PriceUpdater::removeCode(const String& code) {
 bool PriceUpdater::hasCode(const String& code) const {
   const BigMutexLock lock;
   return m_prices.contains(code);
+}
+
+std::vector<String> PriceUpdater::codes() const {
+  const BigMutexLock lock;
+  std::vector<String> codes;
+  for (const auto& [code, price] : m_prices)
+    codes.push_back(code);
+  return codes;
 }
 
 double PriceUpdater::getCurrentPrice(const String& code) const {
@@ -118,7 +99,7 @@ double PriceUpdater::getLatestPrice(const String& code) {
   const BigMutexLock lock;
   double price = hasCode(code) ? getCurrentPrice(code) : 0.0;
   if (showsAsZero(price))
-    price = m_gateway.historicalPrice(code, Date(), true);
+    price = m_history.closeOf(code, Date(), true, PriceHistory::CacheUse::Answer);
   if (showsAsZero(price))
     throw Exception(u"PriceUpdater::getLatestPrice - could not get price for " + code);
   return price;
@@ -126,30 +107,27 @@ double PriceUpdater::getLatestPrice(const String& code) {
 
 void PriceUpdater::addObserver(PricesObserver* observer, Rank rank) {
   const BigMutexLock lock;
-  if (isObserving(observer))
-    return;
-  const auto behindItsRank =
-      std::upper_bound(m_registrations.begin(), m_registrations.end(), rank,
-                       [](Rank wanted, const Registration& r) { return wanted < r.rank; });
-  m_registrations.insert(behindItsRank, Registration{observer, rank});
+  m_observers.add(observer, rank);
 }
 
 void PriceUpdater::removeObserver(PricesObserver* observer) {
   const BigMutexLock lock;
-  std::erase_if(m_registrations, [observer](const Registration& r) { return r.observer == observer; });
+  m_observers.remove(observer);
+}
+
+bool PriceUpdater::isObserving(const PricesObserver* observer) const {
+  const BigMutexLock lock;
+  return m_observers.contains(observer);
+}
+
+std::vector<PriceUpdater::PricesObserver*> PriceUpdater::observers() const {
+  const BigMutexLock lock;
+  return m_observers.all();
 }
 
 void PriceUpdater::tellRecords(const String& code, const Date& date, double close) {
   const BackgroundPassScope scope;
-  // By place, since an observer may remove itself.
-  for (std::size_t i = 0; i < m_registrations.size(); ++i)
-    if (m_registrations[i].rank == Rank::Records)
-      m_registrations[i].observer->historicalPriceChanged(code, date, close);
-}
-
-bool PriceUpdater::isObserving(const PricesObserver* observer) const {
-  return std::any_of(m_registrations.begin(), m_registrations.end(),
-                     [observer](const Registration& r) { return r.observer == observer; });
+  m_observers.tellRecords(code, date, close);
 }
 
 void PriceUpdater::threadFunction() {
@@ -157,143 +135,25 @@ void PriceUpdater::threadFunction() {
 }
 
 void PriceUpdater::runPass() {
-  bool goOn = false;
-  const std::optional<String> failure = failureOf([&] { goOn = walkCodes(); });
-  if (failure ? stopRequested() : !goOn)
+  const std::stop_token stop = passToken();
+  if (stop.stop_requested())
     return;
-  if (failure)
-    tellFailure(*failure);
+  PricePass pass(m_connection, m_history, *this, stop);
+  String failure;
+  try {
+    pass.run(historicalCheckIsDue(), m_networkFailed);
+    failure = pass.failureText();
+  } catch (const Exception& exception) {
+    failure = exception.message();
+  } catch (const std::exception& exception) {
+    failure = String(exception.what());
+  }
+  m_networkFailed = pass.hasNetworkFailed();
+  if (stop.stop_requested())
+    return;
+  if (!failure.empty())
+    tellFailure(failure);
   setPeriod(passPeriod());
-}
-
-/// Does a piece of work under the big mutex with the background flag set. False, with nothing done, when the
-/// thread has been told to stop; that is looked at again under the mutex, since the GUI thread may have held
-/// it for a while.
-template <class Work>
-bool PriceUpdater::inStretch(Work work) {
-  if (stopRequested())
-    return false;
-  const BackgroundPassScope scope;
-  if (stopRequested())
-    return false;
-  work();
-  return true;
-}
-
-bool PriceUpdater::walkCodes() {
-  std::vector<String> codes;
-  Observers observers;
-  const bool copied = inStretch([&] {
-    for (const auto& [code, price] : m_prices)
-      codes.push_back(code);
-    for (const Registration& registration : m_registrations)
-      observers.push_back(registration.observer);
-  });
-  if (!copied)
-    return false;
-  const bool historicalDue = historicalCheckIsDue();
-  PassFailures failures;
-  for (const String& code : codes) {
-    if (!attempt(code, failures, [&] { return updateCurrentPrice(code, observers); }))
-      return false;
-    // A source that has just answered may also have what was missing.
-    const bool wanted = historicalDue || (!failures.codes.contains(code) && isHistoryWanted(code, observers));
-    if (wanted && !attempt(code, failures, [&] { return refreshRecentCloses(code, observers); }))
-      return false;
-  }
-  if (!tellObservers(observers, [](PricesObserver& observer) { observer.pricesUpdateFinished(); }))
-    return false;
-  if (!failures.codes.empty())
-    tellFailure(failures.text());
-  return true;
-}
-
-String PriceUpdater::PassFailures::text() const {
-  if (codes.size() == 1)
-    return first;
-  return first + u" (and " + String::fromLong(static_cast<std::int64_t>(codes.size()) - 1) + u" more)";
-}
-
-/// Does a step of a pass for one code. A failure is the code's own and is kept for the end of the pass, but
-/// for want of a connection, without which the other codes have no chance either. False when the thread has
-/// been told to stop.
-template <class Step>
-bool PriceUpdater::attempt(const String& code, PassFailures& failures, Step step) {
-  bool goOn = false;
-  const std::optional<String> reason = failureOf([&] { goOn = step(); });
-  if (!reason)
-    return goOn;
-  if (stopRequested())
-    return false;
-  if (!m_gateway.isOnline())
-    throw Exception(*reason);
-  if (failures.codes.empty())
-    failures.first = code + u": " + *reason;
-  failures.codes.insert(code);
-  return true;
-}
-
-/// Each call is a stretch of its own, so that the GUI thread gets its turn; an observer that took itself away
-/// in one of those turns is passed over.
-template <class Tell>
-bool PriceUpdater::tellObservers(const Observers& observers, Tell tell) {
-  for (PricesObserver* observer : observers) {
-    const bool goOn = inStretch([&] {
-      if (isObserving(observer))
-        tell(*observer);
-    });
-    if (!goOn)
-      return false;
-  }
-  return true;
-}
-
-bool PriceUpdater::updateCurrentPrice(const String& code, const Observers& observers) {
-  if (stopRequested())
-    return false;
-  tellStatus(u"updating current price for " + code);
-  const double fetched = m_gateway.currentPrice(code, false, true, passToken());
-  // What the user has typed for the day stays.
-  const double price = m_gateway.priceTypedToday(code).value_or(fetched);
-  if (showsAsZero(price))
-    return true;
-  return inStretch([&] { setCurrentPrice(code, price); }) &&
-         tellObservers(observers,
-                       [&](PricesObserver& observer) { observer.currentPriceUpdated(code, price); });
-}
-
-bool PriceUpdater::refreshRecentCloses(const String& code, const Observers& observers) {
-  if (stopRequested())
-    return false;
-  if (m_gateway.isBadCode(code))
-    return true;
-  tellStatus(u"updating recent historical prices for " + code);
-  const TallymoorInternet::RecentHistory recent = m_gateway.fetchRecentHistory(code, passToken());
-  // One stretch for all of it: what the observers hear must be what they find in the cache.
-  bool goOn = true;
-  return inStretch([&] {
-           if (m_gateway.isBadCode(code))
-             return;
-           goOn = tellChanges(code, m_gateway.storeHistory(code, recent), observers);
-         }) &&
-         goOn;
-}
-
-bool PriceUpdater::tellChanges(const String& code, const SharePriceCache::Closes& changed,
-                               const Observers& observers) {
-  const std::map<Date, double> byDay(changed.begin(), changed.end());
-  return std::all_of(byDay.rbegin(), byDay.rend(), [&](const auto& item) {
-    return tellObservers(observers, [&](PricesObserver& observer) {
-      observer.historicalPriceChanged(code, item.first, item.second);
-    });
-  });
-}
-
-/// False also when the thread has been told to stop.
-bool PriceUpdater::isHistoryWanted(const String& code, const Observers& observers) {
-  bool wanted = false;
-  tellObservers(observers, [&](const PricesObserver& observer) { wanted |= observer.wantsHistory(code); });
-  return wanted;
 }
 
 /// Compares elapsed times, which holds when the tick wraps around.

@@ -8,10 +8,8 @@
 #include "market/DataSource.h"
 #include "market/HTTPClient.h"
 #include "market/LocatorSet.h"
-#include "market/StockNames.h"
 #include "market/WatchedFetch.h"
 #include <atomic>
-#include <set>
 #include <utility>
 
 namespace Tallymoor {
@@ -25,34 +23,6 @@ std::atomic<bool> inShutdownMode = false;
 TallymoorInternet::Options& nextOptions() {
   static TallymoorInternet::Options options;
   return options;
-}
-
-/// Codes whose names the source was asked for in this run. Guarded by the big mutex.
-std::set<String>& codesAskedForNames() {
-  static std::set<String> codes;
-  return codes;
-}
-
-bool wantsName(const String& code) {
-  const BigMutexLock lock;
-  return StockNames::nameOf(code).empty() && codesAskedForNames().insert(code).second;
-}
-
-/// The records know codes alone: the name of one that was never searched for is asked for once a run. A
-/// failure is no reason to tell anybody, and a name of another code is none.
-void learnName(const DataSource& source, const String& code, const std::stop_token& stop) {
-  if (!wantsName(code))
-    return;
-  std::vector<CodeSearchResult> found;
-  try {
-    source.search(code, !code.startsWith(u"^"), false, found, stop);
-  } catch (const Exception&) {
-    // What came before the failure counts.
-  }
-  const BigMutexLock lock;
-  for (const CodeSearchResult& stock : found)
-    if (stock.code == code)
-      return StockNames::remember(code, stock.name);
 }
 
 } // namespace
@@ -77,7 +47,6 @@ bool TallymoorInternet::shutdown() {
   // Before the mutex is given up: nobody may find the gateway, or build a new one, while its thread ends.
   inShutdownMode = true;
   const std::unique_ptr<TallymoorInternet> gateway(currentGateway.exchange(nullptr));
-  codesAskedForNames().clear();
   if (!gateway)
     return true;
   gateway->m_updater.stopAndJoin();
@@ -114,7 +83,7 @@ TallymoorInternet::TallymoorInternet(const Options& options)
                 [this](const String& code, const Date& day, double close) {
                   m_updater.tellRecords(code, day, close);
                 }),
-      m_updater(*this, options.updaterStartDelay) {
+      m_updater(m_connection, m_history, options.updaterStartDelay) {
   try {
     m_connection.goOnline();
   } catch (const Exception&) {
@@ -139,19 +108,15 @@ DataSource TallymoorInternet::dataSource(const String& operation) const {
   return m_connection.source(operation);
 }
 
-double TallymoorInternet::currentPrice(const String& code, bool useUpdater, bool silent,
-                                       const std::stop_token& stop) {
+double TallymoorInternet::currentPrice(const String& code, bool useUpdater, bool silent) {
   for (;;) {
     if (const std::optional<double> known = beginCurrentPrice(code, useUpdater))
       return *known;
     const DataSource source = dataSource(u"currentPrice");
     try {
-      if (!silent)
-        return watchedFetch(
-            [&](const std::stop_token& stopped) { return source.currentPrice(code, stopped); });
-      const double price = source.currentPrice(code, stop);
-      learnName(source, code, stop);
-      return price;
+      return silent
+                 ? source.currentPrice(code)
+                 : watchedFetch([&](const std::stop_token& stop) { return source.currentPrice(code, stop); });
     } catch (const HTTPException& failure) {
       if (silent || isStopWanted() || !m_questions.wantsQuoteAgain(code, failure))
         throw;
@@ -216,34 +181,16 @@ double TallymoorInternet::refreshHistoricalPrice(const String& code, const Date&
   return m_history.closeOf(code, date, upTo, PriceHistory::CacheUse::Skip);
 }
 
-TallymoorInternet::RecentHistory TallymoorInternet::fetchRecentHistory(const String& code,
-                                                                       const std::stop_token& stop) const {
-  std::optional<DataSource> source;
-  RecentHistory recent;
-  {
-    const BigMutexLock lock;
-    source = dataSource(u"historicalPrice");
-    recent.range = recentRange();
-  }
-  recent.rows = source->history(code, recent.range, stop);
-  return recent;
-}
-
 HistoryRange TallymoorInternet::recentRange() const {
   const BigMutexLock lock;
   return m_connection.pageAround(Date(), true);
-}
-
-SharePriceCache::Closes TallymoorInternet::storeHistory(const String& code, const RecentHistory& recent) {
-  const BigMutexLock lock;
-  return m_history.keepRecent(code, recent.range, recent.rows);
 }
 
 void TallymoorInternet::forgetFailures() {
   const BigMutexLock lock;
   m_history.forgetFailures();
   m_questions.forget();
-  codesAskedForNames().clear();
+  m_updater.names().forget();
 }
 
 double TallymoorInternet::getCachedPrice(const String& code, const Date& date, int column) {
@@ -309,11 +256,6 @@ void TallymoorInternet::setCachedPrice(const String& code, const Date& date, dou
   const BigMutexLock lock;
   if (m_history.setTypedPrice(code, date, close) && !Date::hasFixedDate() && date == Date())
     m_updater.setCurrentPrice(code, close);
-}
-
-std::optional<double> TallymoorInternet::priceTypedToday(const String& code) {
-  const BigMutexLock lock;
-  return m_history.cache().typedPrice(code, Date::realToday());
 }
 
 void TallymoorInternet::currentPriceUpdated(const String& code, double price) {

@@ -64,9 +64,8 @@ public:
   TallymoorInternet& operator=(const TallymoorInternet&) = delete;
 
   /// The price of now: the updater's if wanted and there, else fetched. Silent fetches ask nothing; those are
-  /// for threads that don't hold the big mutex, which is taken only to begin, and end when a stop is
-  /// requested.
-  double currentPrice(const String& code, bool useUpdater, bool silent, const std::stop_token& stop = {});
+  /// for threads that don't hold the big mutex, which is taken only to begin.
+  double currentPrice(const String& code, bool useUpdater, bool silent);
   /// The close of a day, from the cache if it is there. Else fetches a range that reaches from the date on,
   /// or up to it, and fills its gaps, so that weekends have the close of the day before. Throws Exception
   /// "TallymoorInternet::getCachedPrice - dont have cached price for code ..." when the source has no such
@@ -76,17 +75,8 @@ public:
   /// price.
   double refreshHistoricalPrice(const String& code, const Date& date, bool upTo);
 
-  /// The days up to today as one page of the source has them.
-  struct RecentHistory {
-    HistoryRange range;
-    SharePriceCache::Rows rows;
-  };
-  /// For a thread that does not hold the big mutex, which is taken only to begin; throws as historicalPrice.
-  RecentHistory fetchRecentHistory(const String& code, const std::stop_token& stop = {}) const;
-  /// The days that it asks for.
+  /// The days up to today that a pass of the updater asks for as one page.
   HistoryRange recentRange() const;
-  /// Keeps what fetchRecentHistory has fetched. The days whose close is new or another one.
-  SharePriceCache::Closes storeHistory(const String& code, const RecentHistory& recent);
 
   /// What could not be fetched is remembered for the run, by code and days, and not asked for again; nor is
   /// the user (see FetchQuestions). From here on everything is tried afresh. Going online does this, too.
@@ -126,8 +116,6 @@ public:
   /// A price typed by the user, which no fetched one replaces; today's also becomes the current price unless
   /// a view date is set. A day after the real today is left alone.
   void setCachedPrice(const String& code, const Date& date, double close);
-  /// What the user has typed for the real today, if he has.
-  std::optional<double> priceTypedToday(const String& code);
 
   bool isBadCode(const String& code);
   void markBadCode(const String& code);

@@ -1,6 +1,7 @@
 #include "market/PriceUpdater.h"
 #include "foundation/RunTimeSettings.h"
 #include "market/GatewayTest.h"
+#include "market/StockNames.h"
 #include <stdexcept>
 
 namespace Tallymoor {
@@ -17,6 +18,12 @@ protected:
     updater().addCode(code);
   }
   static void runPass() { updater().runPass(); }
+  /// Several requests are under way at once, so that they come in in any order.
+  std::vector<String> codesAskedFor() const {
+    std::vector<String> codes = m_market.requested(Page::Quote);
+    std::sort(codes.begin(), codes.end());
+    return codes;
+  }
 };
 
 // --- Codes and prices
@@ -74,11 +81,25 @@ TEST_F(PriceUpdaterTest, APassFetchesAllCodesInOrderAndTellsTheObservers) {
   watch(u"AAA", 1.0);
   RecordingObserver observer;
   runPass();
-  EXPECT_EQ(m_market.requested(Page::Quote), (std::vector<String>{u"AAA", u"BBB"}));
+  EXPECT_EQ(codesAskedFor(), (std::vector<String>{u"AAA", u"BBB"}));
   EXPECT_EQ(observer.heard(), (std::vector<String>{u"price AAA 1.0000", u"price BBB 2.0000", u"finished"}));
   EXPECT_DOUBLE_EQ(updater().getCurrentPrice(u"BBB"), 2.0);
   EXPECT_EQ(statuses(),
             (std::vector<String>{u"updating current price for AAA", u"updating current price for BBB"}));
+}
+
+TEST_F(PriceUpdaterTest, ANameThatNobodyKnowsIsAskedForOnceARun) {
+  watch(m_code, 1.5);
+  watch(u"DEF.AX", 2.5);
+  m_market.addListing(m_code, u"Alphabet Bricks", u"Australia");
+  runPass();
+  EXPECT_EQ(StockNames::nameOf(m_code), u"Alphabet Bricks");
+  EXPECT_EQ(StockNames::nameOf(u"DEF.AX"), String());
+  runPass();
+  EXPECT_EQ(m_market.requested(Page::Search).size(), 2u);
+  gateway().forgetFailures();
+  runPass();
+  EXPECT_EQ(m_market.requested(Page::Search).size(), 3u) << "the one without a name";
 }
 
 TEST_F(PriceUpdaterTest, APassWithoutCodesTellsOfItsEnd) {
@@ -169,7 +190,7 @@ TEST_F(PriceUpdaterTest, ACodeThatIsRemovedDuringAPassIsFetchedAndItsPriceDroppe
   RecordingObserver observer;
   observer.onPrice = [](const String&) { updater().removeCode(u"DEF.AX"); };
   runPass();
-  EXPECT_EQ(m_market.requested(Page::Quote), (std::vector<String>{m_code, u"DEF.AX"}));
+  EXPECT_EQ(codesAskedFor(), (std::vector<String>{m_code, u"DEF.AX"}));
   EXPECT_FALSE(updater().hasCode(u"DEF.AX"));
 }
 

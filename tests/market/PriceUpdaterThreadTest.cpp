@@ -1,9 +1,11 @@
 #include "foundation/BigMutexWaiters.h"
 #include "foundation/RunTimeSettings.h"
+#include "market/FetchQueue.h"
 #include "market/GatewayTest.h"
 #include "market/HTTPClient.h"
 #include "support/TestHttpServer.h"
 #include <thread>
+#include <utility>
 
 namespace Tallymoor {
 namespace {
@@ -50,6 +52,55 @@ public:
   std::atomic<bool> aborted = false;
 };
 
+/// A network that fails, and counts how many fetches are under way at once.
+class FailingNetwork {
+public:
+  class Client : public HTTPClient {
+  public:
+    explicit Client(FailingNetwork& network) : m_network(network) {}
+    void goOnline() override {}
+    String getPage(const URL&, const std::stop_token&) override {
+      m_network.fetch();
+      throw HTTPException(u"no network");
+    }
+    void getPage(const URL& url, std::vector<std::uint8_t>&, const std::stop_token& stop) override {
+      getPage(url, stop);
+    }
+    void setBodyLimit(std::size_t) override {}
+
+  private:
+    FailingNetwork& m_network;
+  };
+
+  TallymoorInternet::Options options() {
+    TallymoorInternet::Options options = GatewayScope::defaults();
+    options.makeClient = [this] { return std::make_unique<Client>(*this); };
+    return options;
+  }
+  /// The most fetches at once, and all of them, since the last call.
+  std::pair<int, int> takeCounts() {
+    const std::lock_guard lock(m_mutex);
+    return {std::exchange(m_mostAtOnce, 0), std::exchange(m_fetches, 0)};
+  }
+
+private:
+  /// Waits a moment for others to join it.
+  void fetch() {
+    std::unique_lock lock(m_mutex);
+    ++m_fetches;
+    m_mostAtOnce = std::max(m_mostAtOnce, ++m_underWay);
+    m_changed.notify_all();
+    m_changed.wait_for(lock, std::chrono::milliseconds(100), [this] { return m_mostAtOnce > 1; });
+    --m_underWay;
+  }
+
+  std::mutex m_mutex;
+  std::condition_variable m_changed;
+  int m_fetches = 0;
+  int m_underWay = 0;
+  int m_mostAtOnce = 0;
+};
+
 class PriceUpdaterThreadTest : public GatewayTest {
 protected:
   void watch(const String& code, double price) {
@@ -62,11 +113,11 @@ protected:
         return true;
     return false;
   }
-  /// Starts a pass whose first fetch hangs.
+  /// Starts a pass whose fetches hang.
   void startStalledPass() {
     m_market.stall(Page::Quote);
     updater().start();
-    m_market.awaitRequests(Page::Quote, 1);
+    m_market.awaitRequests(Page::Quote, updater().codes().size());
   }
 };
 
@@ -111,6 +162,54 @@ TEST_F(PriceUpdaterThreadTest, AFailedPassIsFollowedByTheNext) {
   updater().wakeUp();
   observer.awaitFinished(2);
   EXPECT_DOUBLE_EQ(updater().getCurrentPrice(m_code), 1.5);
+}
+
+TEST_F(PriceUpdaterThreadTest, SeveralCodesAreFetchedAtOnceAndToldInTheirOrder) {
+  std::vector<String> expected;
+  for (int i = 1; i <= 9; ++i) {
+    const String code = u"C" + String::fromLong(i);
+    watch(code, i);
+    expected.push_back(u"price " + code + u" " + String::fromDouble(i, 4));
+  }
+  expected.push_back(u"finished");
+  RecordingObserver observer;
+  m_market.stall(Page::Quote);
+  updater().start();
+  m_market.awaitRequests(Page::Quote, FetchQueue::AT_ONCE);
+  EXPECT_EQ(m_market.requested(Page::Quote).size(), FetchQueue::AT_ONCE);
+  EXPECT_TRUE(observer.heard().empty());
+  m_market.release(Page::Quote);
+  observer.awaitFinished(1);
+  EXPECT_EQ(observer.heard(), expected);
+  EXPECT_EQ(m_market.requested(Page::Quote).size(), 9u) << "each once";
+}
+
+TEST_F(PriceUpdaterThreadTest, RecentClosesOfSeveralCodesAreFetchedAtOnce) {
+  for (std::size_t i = 1; i <= FetchQueue::AT_ONCE; ++i) {
+    const String code = u"C" + String::fromLong(static_cast<std::int64_t>(i));
+    watch(code, 1.5);
+    m_market.setHistory(code, Date(2006, 11, 1), m_today, 1.25);
+  }
+  RecordingObserver observer;
+  m_market.stall(Page::History);
+  m_clock->tick += 8 * HOUR + 1;
+  updater().start();
+  m_market.awaitRequests(Page::History, FetchQueue::AT_ONCE);
+  m_market.release(Page::History);
+  observer.awaitFinished(1);
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(u"C6", m_today, 0), 1.25);
+}
+
+TEST_F(PriceUpdaterThreadTest, WhileTheNetworkHasFailedOneRequestTriesWhetherItIsBack) {
+  FailingNetwork network;
+  const GatewayScope scope(network.options());
+  for (const char16_t* const code : {u"AAA", u"BBB", u"CCC", u"DDD"})
+    updater().addCode(code);
+  updater().runPass();
+  EXPECT_EQ(network.takeCounts().second, 4);
+  updater().runPass();
+  EXPECT_EQ(network.takeCounts(), std::pair(1, 4));
+  EXPECT_EQ(statuses().back(), String(u"PriceUpdater::threadFunction failed: AAA: no network (and 3 more)"));
 }
 
 TEST_F(PriceUpdaterThreadTest, TheUserGoesOnWhileRecentClosesAreFetched) {
@@ -158,7 +257,7 @@ TEST_F(PriceUpdaterThreadTest, GoingOfflineAbortsAStalledFetch) {
   EXPECT_FALSE(gateway().isOnline());
   EXPECT_TRUE(observer.heard().empty());
   EXPECT_FALSE(sawFailure());
-  EXPECT_EQ(m_market.requested(Page::Quote).size(), 1u);
+  EXPECT_EQ(m_market.requested(Page::Quote).size(), 2u);
   EXPECT_TRUE(updater().hasCode(m_code));
 }
 
@@ -223,7 +322,7 @@ TEST_F(PriceUpdaterThreadTest, StoppingWithoutAnAbortTakesEffectWhenTheFetchRetu
   updater().stopAndJoin();
   EXPECT_TRUE(observer.heard().empty());
   EXPECT_DOUBLE_EQ(updater().getCurrentPrice(m_code), 0.0);
-  EXPECT_EQ(m_market.requested(Page::Quote), std::vector<String>{m_code});
+  EXPECT_EQ(m_market.requested(Page::Quote).size(), 2u) << "each once";
 }
 
 TEST_F(PriceUpdaterThreadTest, AStopIsSeenOnceTheMutexIsInHand) {

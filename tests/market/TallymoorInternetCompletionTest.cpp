@@ -295,6 +295,18 @@ TEST_F(ManyCodesTest, AFailureOfTheNetworkIsThatOfNoOtherCode) {
   EXPECT_EQ(questions().size(), 1u);
 }
 
+TEST_F(ManyCodesTest, AnAnswerThatThereIsNothingShowsThatTheNetworkIsBack) {
+  std::vector<HistoryNeed> needs = needsOf(8);
+  needs.insert(needs.begin(), {u"NONE.AX", m_first, m_friday});
+  m_market.refuse(Page::History, 503);
+  EXPECT_TRUE(gateway().completeHistory({needs.back()}, nullptr));
+  m_market.refuse(Page::History, 200);
+  gateway().forgetFailures();
+  EXPECT_TRUE(gateway().completeHistory(needs, nullptr));
+  for (std::size_t i = 1; i < needs.size(); ++i)
+    expectComplete(needs[i]);
+}
+
 TEST_F(ManyCodesTest, ACancelEndsItInTheMidstOfTheFetches) {
   const std::vector<HistoryNeed> needs = needsOf(8);
   m_market.stall(Page::History);

@@ -1,0 +1,24 @@
+#pragma once
+#include "foundation/String.h"
+#include "market/CodeSearchResult.h"
+#include <set>
+#include <vector>
+
+namespace Tallymoor {
+
+/// The records know codes alone: the name of a code that was never searched for is asked for once a run.
+/// Under the big mutex.
+class StockNameSearch {
+public:
+  /// True for a code without a name that was not asked for yet.
+  bool isWanted(const String& code) const;
+  /// After a search for the code itself, failed or not. A name of another code is not taken.
+  void keep(const String& code, const std::vector<CodeSearchResult>& found);
+  /// All codes are asked for again.
+  void forget() { m_asked.clear(); }
+
+private:
+  std::set<String> m_asked;
+};
+
+} // namespace Tallymoor
