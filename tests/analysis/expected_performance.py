@@ -1,17 +1,17 @@
 #!/usr/bin/env python3
-"""Works out the figures of performance and the indicators in data/performance/*.txt, with a model of its own.
+"""Computes the performance figures and indicators in data/performance/*.txt with an independent model.
 
-The portfolios are those of expected_sequences.py, over the real index in samples/prices and the made-up market,
-whose prices the program sample_prices prints. The figures are written from their definitions, in decimal
-arithmetic, and share nothing with the program. They stand behind "->".
+The portfolios are those of expected_sequences.py, with the real index in samples/prices and the sample market, whose
+prices are printed by the program sample_prices. The figures are computed from their definitions in decimal arithmetic,
+without code of the program. They follow "->" in the files.
 
-    expected_performance.py SAMPLE_PRICES            says whether the files agree with the model; if not the exit
-                                                     code is 1
+    expected_performance.py SAMPLE_PRICES            checks the files against the model; the exit code is 1 if they
+                                                     differ
     expected_performance.py SAMPLE_PRICES --write    writes the model's figures into the files
 
-The program rounds what it has worked out in binary fractions, an exact tie away from zero. Here all is exact to 60
-digits, and a figure that lies between two roundings, or so near that binary fractions could err to the other side, is
-refused: ask for another day then. So the texts must agree to the last digit.
+The program computes in binary fractions and rounds exact ties away from zero. The model is exact to 60 digits. It
+rejects a figure at a tie or so near to one that binary fractions could round to the other side: use another day then.
+So the texts must agree to the last digit.
 """
 import calendar
 import subprocess
@@ -39,7 +39,7 @@ EMPTY = "-"
 # ---- texts
 
 def figure(value, places):
-    """The text that the program shows, with "-" for an empty cell."""
+    """The text shown by the program, "-" for an empty cell."""
     if value is None:
         return EMPTY
     beyond = abs(value).scaleb(places) % 1
@@ -63,21 +63,21 @@ def price(value):
 # ---- days
 
 def month_end(day, months_back=0):
-    """The last day of the month so many months before the day's."""
+    """The last day of the month, a number of months before the day's month."""
     month = day.year * 12 + day.month - 1 - months_back
     year, month = divmod(month, 12)
     return date(year, month + 1, calendar.monthrange(year, month + 1)[1])
 
 
 def friday_before(day):
-    """The last Friday before the day; the weeks up to it are over."""
+    """The last Friday before the day; the weeks up to it are complete."""
     return day - timedelta((day.weekday() - 5) % 7 + 1)
 
 
 # ---- prices
 
 class Market:
-    """Closes of every day, a day without trading having the one before, and the highs and lows of trading days."""
+    """Closes of every day (the previous one on a day without trading), and highs and lows of trading days."""
 
     def __init__(self, sample_prices):
         self.sample_prices = sample_prices
@@ -122,7 +122,7 @@ class Market:
 # ---- indicators
 
 def may_be_split(before, close):
-    """At least a half or a double, or within a tenth of a whole ratio; a fall by a third is none here."""
+    """True for a halved or doubled price, or one within a tenth of a whole ratio; not for a fall by a third."""
     for jump in (before / close, close / before):
         whole = jump.quantize(Decimal(1), ROUND_HALF_UP)
         if jump >= 2 or whole > 1 and max(jump / whole, whole / jump) <= Decimal("1.1"):
@@ -131,7 +131,7 @@ def may_be_split(before, close):
 
 
 def last_split(market, code, first, day):
-    """The last day up to this one between whose close and that of the trading day before a split is suspected."""
+    """The last day up to this one whose close suggests a split since the trading day before."""
     before, last = None, first
     while first <= day:
         if (code, first) in market.ranges:
@@ -144,7 +144,7 @@ def last_split(market, code, first, day):
 
 
 def weeks_before(market, code, day, count):
-    """(close, high, low) of the weeks that are over, oldest first."""
+    """(close, high, low) of the complete weeks, oldest first."""
     market.load(code)
     weeks, friday = [], friday_before(day)
     start = last_split(market, code, friday - timedelta(7 * count - 1), day)
@@ -169,7 +169,7 @@ def regression(values):
 
 
 def true_range(week, before):
-    """The week's span of prices, extended to the close before it where there is one."""
+    """The week's price range, extended to the previous close if there is one."""
     _, high, low = week
     return high - low if before is None else max(high, before[0]) - min(low, before[0])
 
@@ -227,7 +227,7 @@ def gain_of(now, then, flow=Decimal(0)):
 
 
 class Recorded(Portfolio):
-    """A portfolio whose days have been recorded up to the last one."""
+    """A portfolio with a complete capital record."""
 
     def __init__(self, market):
         super().__init__()
@@ -328,7 +328,7 @@ class Table:
         return texts
 
     def daily_factor(self, day):
-        """What the capital of the day before was multiplied by, money put in or taken out apart; None from nothing."""
+        """The growth factor since the previous day without deposits and withdrawals; None from zero."""
         before = day - timedelta(1)
         both = [p for p in self.portfolios if before in p.capitals and day in p.capitals]
         capital = sum(p.capitals[before] for p in both)
@@ -338,7 +338,7 @@ class Table:
         return factor if factor > 0 else None
 
     def growth(self, first, last):
-        """Capital on the last day, what the first day's would be with the daily gains alone, and the index's."""
+        """Capital on the last day, the first day's capital grown by the daily gains only, and the index's."""
         start, grown, day = first, self.capital(first), first
         while day < last:
             day += timedelta(1)
@@ -353,7 +353,7 @@ class Table:
         return [money(self.capital(last)), money(grown), money(scaled)]
 
     def gains_on(self, today):
-        """Daily and weekly gain of the portfolio and of its index, which read as zero where there is none."""
+        """Daily and weekly gain of the portfolio and of its index, zero if there is none."""
         (_,) = self.portfolios
         yesterday, friday = today - timedelta(1), today - timedelta(today.weekday() + 3)
         return [percent(gain(then, today) or Decimal(0)) for gain in (self.gain, self.index_gain)
@@ -366,7 +366,7 @@ class Table:
 # ---- files
 
 class Reader:
-    """Answers the questions of a file, line by line."""
+    """Answers the queries of a file line by line."""
 
     def __init__(self, market):
         self.market = market

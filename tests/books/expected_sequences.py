@@ -1,15 +1,14 @@
 #!/usr/bin/env python3
-"""Works out what the sequences in data/sequences/*.txt must give, with a model of its own.
+"""Computes the expected results of the sequences in data/sequences/*.txt with an independent model.
 
-The model is written from the rules of the program's books, in decimal arithmetic and with plain lists, and
-shares nothing with the program. It fills in what stands behind "->" and the block below "document".
+The model implements the rules of the program's books in decimal arithmetic with plain lists, without code of the
+program. It computes the texts after "->" and the block below "document".
 
-    expected_sequences.py            says whether the files agree with the model; the exit code is 1 if not
+    expected_sequences.py            checks the files against the model; the exit code is 1 if they differ
     expected_sequences.py --write    writes the model's figures into the files
 
-A result that lies exactly between two roundings is refused: binary fractions may go either way there, so a
-sequence with such figures would test nothing. Prices stand before the first "update" of a case, so that no price
-replaces one that has been recorded.
+A result exactly between two roundings is rejected: binary fractions may round either way, so such a sequence would
+test nothing. Prices must come before the first "update" of a case, so that none replaces a recorded price.
 """
 import sys
 from datetime import date, timedelta
@@ -26,11 +25,11 @@ BROKEN_RATIOS, A_TENTH_MORE = [Decimal(ratio) for ratio in ("1.5", "2.5")], Deci
 
 
 class Refused(Exception):
-    """A sequence that is no good as a test."""
+    """A sequence that is unsuitable as a test."""
 
 
 class Failure(Exception):
-    """What the program would throw."""
+    """An exception of the program."""
 
 
 def fixed(value, places):
@@ -54,7 +53,7 @@ def money(value):
 
 
 def recorded(value):
-    """Shares in the terms of their purchase, and prices: two to six decimals, as many as they need."""
+    """Formats shares in units of their purchase, and prices, with two to six decimals as needed."""
     text = fixed(value, 6)
     while text.endswith("0") and len(text.partition(".")[2]) > 2:
         text = text[:-1]
@@ -81,7 +80,7 @@ def leaf(tag, text):
 
 
 class Event:
-    """A record; numbers are kept as the texts that the document holds."""
+    """A record. Numbers are stored as the texts of the document."""
 
     def __init__(self, **fields):
         self.__dict__.update(fields)
@@ -187,7 +186,7 @@ class Portfolio:
     # ---- splits between a purchase and a day
 
     def shares_of_one(self, event, day):
-        """What one share of the purchase is on the day."""
+        """The number of shares on the day for one share of the purchase."""
         if event.buy_date >= day:
             return Fraction(1)
         ratios = [Fraction(a.factor) if a.factor > 0 else Fraction(1, -a.factor) for a in event.adjustments
@@ -203,7 +202,7 @@ class Portfolio:
         return fixed(number, 2) if ratio == 1 else recorded(self.times(number, 1 / ratio))
 
     def as_sold(self, sale):
-        """Number and buying price of the day of sale. The cash says in which terms the number stands."""
+        """Number and buying price as of the day of sale. The cash entry shows in which units the number is."""
         ratio = self.shares_of_one(sale, sale.sell_date)
         as_it_stands = sale.num("number"), sale.num("buy_price")
         if ratio == 1:
@@ -500,7 +499,7 @@ class Portfolio:
                 [s for s in (sold.events if sold else []) if s.buy_date < day < s.sell_date])
 
     def take_splits(self, event, code, bought, last):
-        """The splits of the stock that lie between the two days."""
+        """The splits of the stock between the two days."""
         event.adjustments = [a for a in event.adjustments if bought < a.start <= last]
         for other in [e for s in self.held + self.sold if s.code == code for e in s.events]:
             known = {a.start for a in event.adjustments}
@@ -509,7 +508,7 @@ class Portfolio:
 
     @staticmethod
     def factors_of(answer, reverse):
-        """A ratio as it is answered, "5:2", as the factors of its day."""
+        """The factors for an answered ratio like "5:2"."""
         if answer == "cancel":
             return [-1 if reverse else 1]
         ratio = Fraction(*map(int, answer.split(":")))
@@ -531,7 +530,7 @@ class Portfolio:
                     event.adjustments.append(Event(start=day, factor=factor))
 
     def shares_between(self, code, first, last):
-        """How many shares of the last day are one of the first, by the splits that any parcel knows."""
+        """Shares on the last day for one on the first, by the splits recorded in any parcel."""
         if last < first:
             return 1 / self.shares_between(code, last, first)
         held, sold = self.stock(self.held, code), self.stock(self.sold, code)
@@ -578,7 +577,7 @@ class Portfolio:
 
     @staticmethod
     def jump(yesterday, today):
-        """What the closes may tell of: "split", "merge" or nothing."""
+        """What the closes suggest: "split", "merge" or nothing."""
         fall, rise = yesterday / today, today / yesterday
         for word, jump, broken in (("split", fall, BROKEN_RATIOS), ("merge", rise, [])):
             ratios = [r for r in (jump.quantize(Decimal(1), ROUND_HALF_UP), *broken) if r > 1]

@@ -1,5 +1,5 @@
-"""The user guide: its pages beside the program, the documents that they are made of, and their pictures; and that the
-developer's documents speak of what there is.
+"""Tests the user guide: its pages beside the program, their source documents and their pictures; and that names in the
+developers' documents exist.
 
     guide_test.py PROJECT_FOLDER PROGRAM_FOLDER
 """
@@ -34,7 +34,7 @@ def without_code(markdown):
 
 
 def links_of(document):
-    """What the links and pictures of a document in Markdown name."""
+    """Targets of the links and pictures of a Markdown document."""
     return re.findall(r"\]\(([^)\s]+)\)", without_code(document.read_text(encoding="utf-8")))
 
 
@@ -43,7 +43,7 @@ def named_pictures():
 
 
 def pictures_of_the_tour():
-    """Their names without number, and those that are made of a page that the tour leaves."""
+    """Names of the tour's pictures without their numbers, and of the pictures made from the tour's pages."""
     tour = (PROJECT / "samples/tour").read_text(encoding="utf-8")
     names = re.findall(r"^ *(?:picture|part) ([a-z][\w-]*) ", tour, flags=re.M)
     names += re.findall(r'^ *show_form "[^"]*" ([\w-]+) ', tour, flags=re.M)
@@ -136,7 +136,7 @@ class NamesOfTheSource(unittest.TestCase):
 
 
 class TheMaker(unittest.TestCase):
-    """scripts/make-guide with documents that it has to refuse, and with one that it takes."""
+    """Tests scripts/make-guide with invalid documents and with a valid one."""
 
     def make(self, text, pictures=()):
         with tempfile.TemporaryDirectory() as scratch:
@@ -158,7 +158,7 @@ class TheMaker(unittest.TestCase):
         self.assertIn(words, message)
         self.assertEqual("", page)
 
-    def test_refuses_what_leads_nowhere(self):
+    def test_refuses_broken_links(self):
         self.refuses("[x](#nowhere)", '"#nowhere" names no heading')
         self.refuses("[x](other.md#nowhere)", '"other.md#nowhere" names no heading')
         self.refuses("[x](missing.md)", '"missing.md" is not part of the guide')
@@ -166,10 +166,10 @@ class TheMaker(unittest.TestCase):
         self.refuses("![x](../images/missing.png)", 'there is no picture "../images/missing.png"')
         self.refuses("## Twice\n\n## Twice", 'two headings "Twice"')
 
-    def test_refuses_a_picture_without_words(self):
+    def test_refuses_a_picture_without_alternative_text(self):
         status, message, _ = self.make("# Title\n\n![](images/a.png)", ["a.png"])
         self.assertEqual(1, status)
-        self.assertIn("has no words in its place", message)
+        self.assertIn("has no alternative text", message)
 
     def test_refuses_a_document_without_a_title(self):
         self.assertEqual(1, self.make("Text")[0])

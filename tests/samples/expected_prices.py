@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-# A second computation of the sample market's prices, without splits: prints the first and the last row (day, open, close,
-# all in ten-thousandths) of a security. The figures in SampleMarketTest.cpp are its output.
+# An independent computation of the sample market's prices, without splits. Prints the first and the last row of a security
+# (day, open, close, in ten-thousandths). The figures in SampleMarketTest.cpp are its output.
 import datetime as D
 M=(1<<64)-1
 def easter(y):
