@@ -1,4 +1,4 @@
-# Works in the tests' real window on their stock exchange, so it is there only where the tests are built.
+# Uses the tests' real window and simulated exchange, so it is built only with the tests.
 if(TALLYMOOR_TESTS)
   find_package(GTest REQUIRED)
   tallymoor_benchmark(SessionBenchmark SOURCES SessionBenchmark.cpp USES shell test_support window_support

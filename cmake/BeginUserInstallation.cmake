@@ -1,8 +1,9 @@
-# Runs before the files of an installation for one user are laid down. An earlier copy is taken away first, so that no library
-# of it stays beside the new ones. Begins the record that uninstall goes by, one path below the prefix a line, with the
-# folders that this copy or an earlier one made: those of TALLYMOOR_DESTINATIONS, and above them, that are not there yet.
-# Folders above the prefix are absolute: the prefix may be moved, and they stay.
-cmake_policy(VERSION 3.25) # an installation begins with none
+# Runs before the files of an installation for one user are copied. Removes an earlier installation first, so
+# that none of its libraries remains. Begins the record for uninstall, one path below the prefix per line,
+# with the folders created by this or an earlier installation: those of TALLYMOOR_DESTINATIONS that don't
+# exist yet, and their parents. Folders above the prefix are absolute, because they stay if the prefix is
+# moved.
+cmake_policy(VERSION 3.25)  # An installation starts without policies.
 cmake_path(ABSOLUTE_PATH CMAKE_INSTALL_PREFIX NORMALIZE)
 set(tallymoor_prefix "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}")
 set(record "${tallymoor_prefix}/lib/tallymoor/installed-files")

@@ -1,8 +1,8 @@
-# Runs after the files of an installation for one user have been laid down: the entry of the desktop's menu, which names the
-# launcher by its path since the folder may not be in the PATH, and the rest of the record: the files.
-cmake_policy(VERSION 3.25) # an installation begins with none
+# Runs after the files of an installation for one user were copied. Writes the desktop menu's entry, which
+# contains the launcher's path because its folder may not be in PATH, and adds the files to the record.
+cmake_policy(VERSION 3.25)  # An installation starts without policies.
 
-# A path inside quotes, as the Exec line of a desktop file wants it: escaped for the quotes, and that escaped for the line.
+# A quoted path for the Exec line of a desktop file: escaped for the quotes, then for the line.
 function(tallymoor_quoted_for_exec path result)
   string(REGEX REPLACE "([\"`$\\\\])" "\\\\\\1" path "${path}")
   string(REPLACE "\\" "\\\\" path "${path}")
@@ -17,11 +17,11 @@ file(INSTALL DESTINATION "${CMAKE_INSTALL_PREFIX}/share/applications" TYPE FILE 
 set(lines "")
 foreach(file IN LISTS CMAKE_INSTALL_MANIFEST_FILES)
   file(RELATIVE_PATH path "${CMAKE_INSTALL_PREFIX}" "${file}")
-  if(NOT path MATCHES "^lib/tallymoor/(installed-files|uninstall)$") # they go last
+  if(NOT path MATCHES "^lib/tallymoor/(installed-files|uninstall)$")  # They are removed last.
     string(APPEND lines "file ${path}\n")
   endif()
 endforeach()
 file(APPEND "${record}" "${lines}")
 if(IS_DIRECTORY "${tallymoor_prefix}/share/icons/hicolor")
-  file(TOUCH_NOCREATE "${tallymoor_prefix}/share/icons/hicolor") # desktops look at the icons again
+  file(TOUCH_NOCREATE "${tallymoor_prefix}/share/icons/hicolor")  # Makes desktops reload the icons.
 endif()

@@ -1,5 +1,6 @@
-# Run after a test program of windows is built: writes LIST, which ctest includes, with an entry for each suite of
-# PROGRAM. A display for each test would take longer than the tests; one for each suite lets them be chosen by name.
+# Runs after a test program of windows was built. Writes LIST, which ctest includes, with an entry for each
+# suite of PROGRAM. A display per test would take longer than the tests, and a display per suite still allows
+# selecting suites by name.
 execute_process(COMMAND ${CMAKE_COMMAND} -E env ASAN_OPTIONS=detect_leaks=0 ${PROGRAM} --gtest_list_tests OUTPUT_VARIABLE tests RESULT_VARIABLE failed)
 if(failed)
   message(FATAL_ERROR "${PROGRAM} does not list its tests")
@@ -11,7 +12,7 @@ foreach(line IN LISTS lines)
     continue()
   endif()
   set(suite ${CMAKE_MATCH_1})
-  # Those that take long begin first, so that none is left alone at the end.
+  # Long suites start first, so that none runs alone at the end.
   set(cost 1)
   if(suite MATCHES "Counted|YearOf")
     set(cost 50)

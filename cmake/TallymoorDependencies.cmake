@@ -1,5 +1,5 @@
-# The libraries that Debian packages without a CMake configuration, as imported targets. Their headers are system
-# headers, so that our warnings stay about our own code.
+# Imported targets for libraries that Debian packages without a CMake configuration. Their headers are system
+# headers, so that warnings concern only our own code.
 find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
 find_package(CURL REQUIRED)
@@ -38,10 +38,10 @@ add_library(Sm::Sm ALIAS PkgConfig::SM)
 # For the pictures of adverts.
 find_package(GIF 5.0 REQUIRED)
 
-# For the signatures of program updates alone.
+# Only for the signatures of program updates.
 find_package(OpenSSL 3.0 REQUIRED)
 
-# Only the sample data service and the servers inside tests use it.
+# Only for the sample data service and the servers in tests.
 find_path(HTTPLIB_INCLUDE_DIR httplib.h REQUIRED)
 find_library(HTTPLIB_LIBRARY cpp-httplib REQUIRED)
 add_library(Httplib::Httplib UNKNOWN IMPORTED)

@@ -1,5 +1,5 @@
-# The picture of the folders in docs/architecture.md, drawn of the include lines as the sources are now. A test holds it
-# against the one that is checked in, docs/folders.svg.
+# Draws the picture of the folders in docs/architecture.md from the current include lines. A test compares it
+# with the committed docs/folders.svg.
 find_package(Python3 REQUIRED COMPONENTS Interpreter)
 file(GLOB_RECURSE folder_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/*.cpp ${PROJECT_SOURCE_DIR}/src/*.h)
 set(folders_picture ${PROJECT_BINARY_DIR}/folders.svg)

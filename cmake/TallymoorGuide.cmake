@@ -1,4 +1,4 @@
-# The user guide as pages for a browser, beside the program, where Online Help looks for it.
+# The user guide as HTML pages beside the program, where Online Help opens it.
 find_program(CMARK_GFM_EXECUTABLE cmark-gfm REQUIRED)
 find_package(Python3 REQUIRED COMPONENTS Interpreter)
 
@@ -7,7 +7,7 @@ set(guide_documents ${PROJECT_SOURCE_DIR}/docs/guide.md ${PROJECT_SOURCE_DIR}/do
 set(guide_style ${PROJECT_SOURCE_DIR}/docs/guide.css)
 set(guide_maker ${PROJECT_SOURCE_DIR}/scripts/make-guide)
 file(GLOB guide_pictures CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/docs/images/*.png)
-# The pages and documents that the chapter on price sources works on, so that it can be followed where there are no sources.
+# The pages and documents used in the chapter on price sources, for readers without the sources.
 set(guide_example ${PROJECT_SOURCE_DIR}/samples/locators)
 file(GLOB_RECURSE guide_example_files CONFIGURE_DEPENDS ${guide_example}/*)
 
@@ -20,5 +20,5 @@ add_custom_command(
   COMMENT "Making the user guide"
   VERBATIM)
 add_custom_target(tallymoor_guide ALL DEPENDS ${TALLYMOOR_GUIDE_DIR}/guide.html)
-# Who builds the program alone can read the guide from its Help menu, too.
+# The guide is also made if only the program is built, because its Help menu opens it.
 add_dependencies(tallymoor tallymoor_guide)

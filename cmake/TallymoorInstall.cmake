@@ -1,19 +1,20 @@
 # cmake --install BUILD [--prefix FOLDER], by default below ~/.local, installs for one user:
-#   lib/tallymoor/     the program's folder, which can be moved and which the program can update itself in:
+#   lib/tallymoor/     the program's folder, which can be moved and updated by the program:
 #     Tallymoor.exe, UpdateInstaller.exe, tallymoor-locator, the default documents in defaults/, the guide in guide/
 #     FOXDLL-*.dll, FxEx-*.dll, xerces-c_*.dll   the libraries that updates replace, with their versions in their names
-#     lib/             links to them by the names that the loader looks for
-#     uninstall        takes everything away by the record in installed-files
+#     lib/             links to them under the names used by the loader
+#     uninstall        removes everything in the record installed-files
 #   bin/tallymoor      starts the program in its folder
-#   share/             the entry of the desktop's menu, its description, icons and manual pages
+#   share/             the desktop menu's entry, its description, icons and manual pages
 #
-# The package for Debian (cmake/TallymoorPackage.cmake) has the same below /usr, but for what the package manager does:
-# it keeps the record and replaces the files, so the toolkit and the XML library are Debian's.
+# The Debian package (cmake/TallymoorPackage.cmake) has the same files below /usr, except for those that the package
+# manager replaces: the record, uninstall, and the toolkit and XML library, which are Debian's.
 #
-# Components: "program" is common to both, "user" and "package" belong to one of them.
+# Components: "program" is in both, "user" and "package" are in one of them.
 set(tallymoor_folder lib/tallymoor)
-set(tallymoor_scratch ${PROJECT_BINARY_DIR}/installation) # what is made for the installation alone
-set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS # whatever the umask: updates want a folder that others can't write to
+set(tallymoor_scratch ${PROJECT_BINARY_DIR}/installation)  # Files generated for the installation.
+# Independent of the umask: updates need a folder that others can't write to.
+set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 if(CMAKE_INSTALL_PREFIX_INITIALIZED_TO_DEFAULT AND DEFINED ENV{HOME})
   set(CMAKE_INSTALL_PREFIX $ENV{HOME}/.local CACHE PATH "Where cmake --install lays the program down" FORCE)
@@ -22,10 +23,10 @@ endif()
 find_program(RSVG_CONVERT rsvg-convert REQUIRED)
 find_program(GZIP gzip REQUIRED)
 
-# All that is built for the installation.
+# Builds everything for the installation.
 add_custom_target(tallymoor_installation ALL DEPENDS tallymoor update_installer tallymoor_locator tallymoor_guide)
 
-# ---- The begin of an installation for one user. What follows is laid down in its order. ----
+# ---- Start of an installation for one user. The following commands run in this order. ----
 
 set(icon_sizes 16 22 24 32 48 64 128 256)
 set(destinations bin ${tallymoor_folder} share/applications share/metainfo share/man/man1 share/icons/hicolor/scalable/apps)
@@ -39,7 +40,7 @@ install(SCRIPT ${CMAKE_CURRENT_LIST_DIR}/BeginUserInstallation.cmake COMPONENT u
 
 # ---- The program's folder ----
 
-# The name that the loader looks for a library by.
+# The name by which the loader searches for a library.
 function(tallymoor_loader_name library result)
   execute_process(COMMAND ${CMAKE_READELF} -d ${library} OUTPUT_VARIABLE dynamic COMMAND_ERROR_IS_FATAL ANY)
   if(NOT dynamic MATCHES "\\(SONAME\\)[^[]*\\[([^]]+)\\]")
@@ -48,7 +49,7 @@ function(tallymoor_loader_name library result)
   set(${result} ${CMAKE_MATCH_1} PARENT_SCOPE)
 endfunction()
 
-# A library's file under its installed name, and the link to it.
+# Installs a library under its name in the program's folder, with the loader's link to it.
 function(tallymoor_install_library file loader_name installed_name)
   set(link ${tallymoor_scratch}/lib/${loader_name})
   file(MAKE_DIRECTORY ${tallymoor_scratch}/lib)
@@ -84,7 +85,7 @@ install(PROGRAMS ${PROJECT_SOURCE_DIR}/assets/uninstall DESTINATION ${tallymoor_
 
 # ---- Launchers, menu, icons, manual ----
 
-# A manual page, compressed as Debian wants it.
+# Installs a manual page, compressed according to Debian's policy.
 function(tallymoor_install_manual page)
   get_filename_component(name ${page} NAME)
   set(compressed ${tallymoor_scratch}/man/${name}.gz)
@@ -97,7 +98,7 @@ endfunction()
 
 install(PROGRAMS ${PROJECT_SOURCE_DIR}/assets/tallymoor DESTINATION bin COMPONENT program)
 tallymoor_install_manual(${PROJECT_SOURCE_DIR}/assets/man/tallymoor.1)
-# A link, since the workbench works on files of the user's current folder.
+# A link, because the workbench uses files in the user's current folder.
 file(MAKE_DIRECTORY ${tallymoor_scratch}/bin)
 file(CREATE_LINK ../${tallymoor_folder}/tallymoor-locator ${tallymoor_scratch}/bin/tallymoor-locator SYMBOLIC)
 install(FILES ${tallymoor_scratch}/bin/tallymoor-locator DESTINATION bin COMPONENT program)

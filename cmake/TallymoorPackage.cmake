@@ -1,8 +1,8 @@
-# cmake --build BUILD --target package, or ./run package, makes tallymoor_VERSION-1_ARCHITECTURE.deb.
-# What each component holds: see cmake/TallymoorInstall.cmake.
+# cmake --build BUILD --target package, or ./run package, makes tallymoor_VERSION-1_ARCHITECTURE.deb. For the
+# components see cmake/TallymoorInstall.cmake.
 set(package_files ${PROJECT_SOURCE_DIR}/assets/package)
 
-# The toolkit and the XML library are those of Debian; only our own comes along.
+# Uses Debian's toolkit and XML library; contains only our own library.
 install(TARGETS tallymoor_fxex LIBRARY DESTINATION ${tallymoor_folder}/lib NAMELINK_SKIP
   COMPONENT package EXCLUDE_FROM_ALL)
 install(FILES ${package_files}/package.tallymoor DESTINATION ${tallymoor_folder} COMPONENT package EXCLUDE_FROM_ALL)
@@ -45,10 +45,10 @@ set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SECTION misc)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
-# The libraries are found by dpkg-shlibdeps; xdg-open opens reports, the guide and links.
+# dpkg-shlibdeps finds the libraries; xdg-open opens reports, the guide and links.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR})
 set(CPACK_DEBIAN_PACKAGE_DEPENDS xdg-utils)
-# Certificates for sources of prices that speak https; the desktop's bus for tray and balloons.
+# Certificates for price sources with https; the session bus for tray and notifications.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "ca-certificates, default-dbus-session-bus | dbus-session-bus, hicolor-icon-theme")
 include(CPack)

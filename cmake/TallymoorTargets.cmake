@@ -1,21 +1,23 @@
-# How this project builds its parts: one library a folder of src/, one test program a folder of tests/.
+# Functions that build the parts of the project: a library per folder of src/, a test program per folder of
+# tests/.
 
 add_library(tallymoor_options INTERFACE)
 target_compile_options(tallymoor_options INTERFACE
   -Wall -Wextra -Werror -Wno-deprecated-enum-enum-conversion
-  # g++ 12 takes joined and inserted standard strings for overlapping copies when it optimises (its bug 105651).
+  # When optimising, g++ 12 reports overlapping copies for concatenated and inserted standard strings (its bug
+  # 105651).
   $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-restrict>)
 if(TALLYMOOR_SANITIZERS)
   target_compile_options(tallymoor_options INTERFACE
     -fsanitize=${TALLYMOOR_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer
-    # g++ 12 takes instrumented copies of the standard library's short texts for ones that leave their bounds, and from
-    # a precompiled header it no longer knows them for the library's. The release is built with these warnings.
+    # g++ 12 reports out-of-bounds accesses in instrumented copies of the standard library's short strings;
+    # from a precompiled header it does not treat them as library code. The release build has these warnings.
     $<$<CXX_COMPILER_ID:GNU>:-Wno-array-bounds> $<$<CXX_COMPILER_ID:GNU>:-Wno-stringop-overflow> $<$<CXX_COMPILER_ID:GNU>:-Wno-stringop-overread>)
   target_link_options(tallymoor_options INTERFACE -fsanitize=${TALLYMOOR_SANITIZERS})
 endif()
 
-# What nearly every source includes and nobody here changes: the toolkit and the standard library, read once for all
-# libraries. Sources still include what they use: the fuzzing preset builds without this.
+# Stable headers that nearly every source includes: the toolkit and the standard library, precompiled once for
+# all libraries. Sources must still include what they use, because the fuzzing preset builds without this.
 set(TALLYMOOR_COMMON_HEADERS
   <fx.h> <fxkeys.h>
   <algorithm> <array> <atomic> <cerrno> <chrono> <cmath> <condition_variable> <cstddef> <cstdint> <cstdio> <cstdlib>
@@ -23,7 +25,7 @@ set(TALLYMOOR_COMMON_HEADERS
   <mutex> <numeric> <optional> <ostream> <random> <set> <sstream> <stdexcept> <string> <string_view> <thread>
   <unordered_map> <utility> <vector>)
 
-# tallymoor_headers(TARGET SCOPE FOLDER): TARGET finds the headers of src/FOLDER.
+# tallymoor_headers(TARGET SCOPE FOLDER): gives TARGET access to the headers of src/FOLDER.
 function(tallymoor_headers target scope folder)
   set(headers ${PROJECT_BINARY_DIR}/headers/${folder})
   file(MAKE_DIRECTORY ${headers})
@@ -31,9 +33,9 @@ function(tallymoor_headers target scope folder)
   target_include_directories(${target} ${scope} ${headers})
 endfunction()
 
-# tallymoor_lone_headers(RESULT FOLDER NAME): a list of sources, each of which includes one of the headers of FOLDER that
-# have no source of their own, as "NAME/Header.h". So each header is compiled by itself: a source includes its own first,
-# which scripts/folders checks.
+# tallymoor_lone_headers(RESULT FOLDER NAME): a list of sources, each of which includes one header of FOLDER
+# without a source, as "NAME/Header.h". So each header is compiled by itself: every other one is included
+# first by its own source, which scripts/folders checks.
 function(tallymoor_lone_headers result folder name)
   file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${folder} ${folder}/*.h)
   set(sources "")
@@ -47,11 +49,10 @@ function(tallymoor_lone_headers result folder name)
   set(${result} ${sources} PARENT_SCOPE)
 endfunction()
 
-# tallymoor_library(FOLDER [USES folder...] [LINK target...] [WITHOUT file...]): the library tallymoor_FOLDER from
-# src/FOLDER/*.cpp, without the named ones.
-# It links only the folders it may include; CMake puts the link line in order.
-# Its headers are found by the name of the folder, "FOLDER/Header.h", by itself and by whatever links it, through a link
-# to the folder in the build: an include of a folder that isn't linked doesn't compile.
+# tallymoor_library(FOLDER [USES folder...] [LINK target...] [WITHOUT file...]): the library tallymoor_FOLDER
+# from src/FOLDER/*.cpp except the WITHOUT files. It links only the folders that it may include; CMake orders
+# the link line. Its headers are included as "FOLDER/Header.h" through a link in the build folder, by the
+# library itself and by those that link it. Including a folder that is not linked does not compile.
 function(tallymoor_library folder)
   cmake_parse_arguments(ARG "" "" "USES;LINK;WITHOUT" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/${folder}/*.cpp)

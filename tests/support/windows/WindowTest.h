@@ -11,18 +11,20 @@
 
 namespace Tallymoor {
 
-/// Fixture of every test that drives real windows: a toolkit application on the display of Xvfb and a minimal
-/// main window, made anew for each test. Modal windows are answered by steps that are queued before they
-/// open:
+/// Fixture of all tests with real windows: a toolkit application on the display of Xvfb and a minimal main
+/// window, created for each test. Modal windows are answered by steps, which are queued before they open:
 ///
-///     whenModal("Buy Shares", [&](FXWindow& dialog) { type(field(dialog, "Stock code"), "ABC.AX");
-///     press(dialog, "OK"); }); answer("You must select the number of shares purchased.", "OK");
+///     whenModal("Buy Shares", [&](FXWindow& dialog) {
+///       type(field(dialog, "Stock code"), "ABC.AX");
+///       press(dialog, "OK");
+///     });
+///     answer("You must select the number of shares purchased.", "OK");
 ///     whenModal("Buy Shares", [&](FXWindow& dialog) { press(dialog, "Cancel"); });
 ///     EXPECT_EQ(0u, dialog.execute());
 ///
-/// Each step waits for the modal window on top to be the one it names. A modal window that no step names
-/// fails the test and is cancelled, so that nothing hangs; steps that were never reached fail it at the end.
-/// A loop that still doesn't end aborts the program.
+/// Each step waits until the topmost modal window is the one it names. A modal window without a step fails
+/// the test and is cancelled, so that nothing hangs. Steps that were not reached fail the test at its end. An
+/// event loop that does not end aborts the program.
 class WindowTest : public ::testing::Test {
 public:
   using Step = std::function<void(FXWindow& window)>;
