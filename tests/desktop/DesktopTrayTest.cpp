@@ -88,7 +88,7 @@ private:
   std::unique_ptr<DesktopTray> m_tray;
 };
 
-TEST_F(DesktopTrayTest, WithoutABusThereIsNoPlaceAndABalloonComesBack) {
+TEST_F(DesktopTrayTest, WithoutABusIsUnavailableAndReturnsBalloons) {
   EXPECT_FALSE(tray().hasPlace());
   EXPECT_EQ(&watcher(), &tray().watcher());
   tray().setTip(u"Total Capital today: 0.00%");
@@ -146,13 +146,13 @@ private:
   std::optional<TestDesktop> m_desktop;
 };
 
-TEST_F(TrayOnABusTest, WithoutAPanelThereIsNoPlace) {
+TEST_F(TrayOnABusTest, WithoutAPanelIsUnavailable) {
   letEventsPass();
   EXPECT_FALSE(tray().hasPlace());
   EXPECT_EQ(0, watcher().placeChanges);
 }
 
-TEST_F(TrayOnABusTest, StandsInAPanelThatComesLater) {
+TEST_F(TrayOnABusTest, RegistersWithAPanelStartedLater) {
   startPanel();
   ASSERT_TRUE(serveUntilPlace(true));
   EXPECT_TRUE(serveUntil([this] { return watcher().placeChanges == 1; }));
@@ -166,13 +166,13 @@ TEST_F(TrayOnABusTest, StandsInAPanelThatComesLater) {
   EXPECT_EQ("Tallymoor", tip());
 }
 
-TEST_F(TrayOnABusTest, StandsInAPanelThatWasThereBefore) {
+TEST_F(TrayOnABusTest, RegistersWithARunningPanel) {
   startPanel();
   makeTray();
   EXPECT_TRUE(serveUntilPlace(true));
 }
 
-TEST_F(TrayOnABusTest, ThePictureIsGivenAsAlphaRedGreenBlue) {
+TEST_F(TrayOnABusTest, SendsTheIconAsAlphaRedGreenBlue) {
   startPanel();
   ASSERT_TRUE(serveUntilPlace(true));
   const auto pictures = property<std::vector<TestPanel::Pixmap>>("IconPixmap");
@@ -214,7 +214,7 @@ TEST_F(TrayOnABusTest, ATipOfMoreThan64CharactersIsCut) {
   EXPECT_EQ(std::string(63, 'c'), tip()) << "half a character is no character";
 }
 
-TEST_F(TrayOnABusTest, ClicksComeFromTheLoop) {
+TEST_F(TrayOnABusTest, HandlesClicksInTheEventLoop) {
   startPanel();
   ASSERT_TRUE(serveUntilPlace(true));
   panel().click("Activate");
@@ -228,7 +228,7 @@ TEST_F(TrayOnABusTest, ClicksComeFromTheLoop) {
   EXPECT_FALSE(watcher().clickedUnderTheMutex) << "a popup may open";
 }
 
-TEST_F(TrayOnABusTest, ImpatientClicksCountOnce) {
+TEST_F(TrayOnABusTest, RepeatedClicksCountOnce) {
   startPanel();
   ASSERT_TRUE(serveUntilPlace(true));
   panel().click("ContextMenu");
@@ -270,7 +270,7 @@ TEST_F(TrayMenuTest, HoldsTheWatchersEntries) {
   EXPECT_FALSE(menuChanged());
 }
 
-TEST_F(TrayMenuTest, WhatIsChosenComesFromTheLoop) {
+TEST_F(TrayMenuTest, HandlesChosenEntriesInTheEventLoop) {
   menu();
   panel().choose("Exit");
   EXPECT_TRUE(serveUntil([this] { return !watcher().clicks.empty(); }));
@@ -278,7 +278,7 @@ TEST_F(TrayMenuTest, WhatIsChosenComesFromTheLoop) {
   EXPECT_FALSE(watcher().clickedUnderTheMutex);
 }
 
-TEST_F(TrayMenuTest, OnlyWhatWasOfferedCanBeChosen) {
+TEST_F(TrayMenuTest, RejectsEntriesThatWereNotOffered) {
   menu();
   panel().choose("-");
   panel().chooseNumber(8);
@@ -301,7 +301,7 @@ TEST_F(TrayMenuTest, AChangeIsAnnouncedOrFoundBeforeThePopupIsShown) {
   EXPECT_THAT(menu(), ElementsAre("About A & B", "-", "Exit"));
 }
 
-TEST_F(TrayOnABusTest, AWatcherWithoutAPanelIsNoPlace) {
+TEST_F(TrayOnABusTest, AWatcherWithoutAPanelIsUnavailable) {
   startPanel(false);
   ASSERT_TRUE(serveUntil([this] { return !panel().items().empty(); }));
   letEventsPass();
@@ -315,7 +315,7 @@ TEST_F(TrayOnABusTest, AWatcherWithoutAPanelIsNoPlace) {
   EXPECT_TRUE(serveUntil([this] { return watcher().placeChanges == 2; }));
 }
 
-TEST_F(TrayOnABusTest, APanelMayGoAndAnotherCome) {
+TEST_F(TrayOnABusTest, SurvivesAReplacedPanel) {
   startPanel();
   ASSERT_TRUE(serveUntilPlace(true));
   stopPanel();
@@ -325,7 +325,7 @@ TEST_F(TrayOnABusTest, APanelMayGoAndAnotherCome) {
   EXPECT_EQ("Tallymoor", tip());
 }
 
-TEST_F(TrayOnABusTest, TheItemGoesWithTheTray) {
+TEST_F(TrayOnABusTest, RemovesItsItemWhenDestroyed) {
   startPanel();
   ASSERT_TRUE(serveUntilPlace(true));
   const std::string name = panel().items()[0];
@@ -334,7 +334,7 @@ TEST_F(TrayOnABusTest, TheItemGoesWithTheTray) {
   EXPECT_TRUE(serveUntil([this, &name] { return !panel().owned(name); }));
 }
 
-TEST_F(TrayOnABusTest, ABusThatIsLostIsFoundAgain) {
+TEST_F(TrayOnABusTest, ReconnectsToALostBus) {
   startPanel();
   ASSERT_TRUE(serveUntilPlace(true));
   stopPanel();
@@ -372,13 +372,13 @@ TEST_F(TrayOnABusTest, NamesOfSharesAreSafeFromMarkup) {
   EXPECT_EQ("A & <B>", notifications().notices()[0].title) << "a title is plain text";
 }
 
-TEST_F(TrayOnABusTest, AServiceWithoutMarkupGetsTheTextAsItStands) {
+TEST_F(TrayOnABusTest, AServiceWithoutMarkupGetsTheUnescapedText) {
   startNotifications({"body", "actions"});
   balloon(u"A & B <Holdings>", u"title", 1);
   EXPECT_EQ("A & B <Holdings>", noticesAfter(1).at(0).text);
 }
 
-TEST_F(TrayOnABusTest, AServiceThatShowsTitlesAloneGetsTheTextThere) {
+TEST_F(TrayOnABusTest, AServiceThatShowsOnlyTitlesGetsTheTextInTheTitle) {
   startNotifications({});
   balloon(u"It has fallen.", u"Warning", 1);
   EXPECT_EQ("Warning: It has fallen.", noticesAfter(1).at(0).title);
@@ -391,13 +391,13 @@ TEST_F(TrayOnABusTest, TextAndTitleAreCut) {
   EXPECT_EQ(std::string(63, 'b'), notifications().notices()[0].title);
 }
 
-TEST_F(TrayOnABusTest, WithoutAServiceABalloonComesBack) {
+TEST_F(TrayOnABusTest, ReturnsBalloonsWithoutAService) {
   balloon(u"text", u"title", 0);
   EXPECT_TRUE(serveUntil([this] { return !watcher().notShown.empty(); }));
   EXPECT_THAT(watcher().notShown, ElementsAre(String(u"title|text|0")));
 }
 
-TEST_F(TrayOnABusTest, WhatTheServiceRefusesComesBackWhole) {
+TEST_F(TrayOnABusTest, ReturnsRefusedBalloonsUnchanged) {
   startNotifications({"body"});
   notifications().refuse();
   balloon(String(300, u'a'), u"title", 1);
@@ -405,7 +405,7 @@ TEST_F(TrayOnABusTest, WhatTheServiceRefusesComesBackWhole) {
   EXPECT_THAT(watcher().notShown, ElementsAre(String(u"title|") + String(300, u'a') + u"|1"));
 }
 
-TEST_F(TrayOnABusTest, AnotherServiceIsAskedAnewWhatItCan) {
+TEST_F(TrayOnABusTest, AsksANewServiceForItsCapabilities) {
   startNotifications({"body", "body-markup"});
   balloon(u"A & B", u"title", 1);
   EXPECT_EQ("A &amp; B", noticesAfter(1).at(0).text);
@@ -423,7 +423,7 @@ TEST_F(TrayOnABusTest, ABalloonFromAnotherThreadIsShown) {
   EXPECT_EQ("from a pass", noticesAfter(1).at(0).text);
 }
 
-TEST_F(TrayOnABusTest, WhatIsOnItsWayWhenTheBusIsLostComesBack) {
+TEST_F(TrayOnABusTest, ReturnsPendingBalloonsWhenTheBusIsLost) {
   startNotifications({"body"});
   balloon(u"first", u"title", 0);
   noticesAfter(1);
@@ -436,7 +436,7 @@ TEST_F(TrayOnABusTest, WhatIsOnItsWayWhenTheBusIsLostComesBack) {
   EXPECT_THAT(watcher().notShown, ElementsAre(String(u"title|second|0")));
 }
 
-TEST_F(TrayOnABusTest, ATrayThatIsRemovedGivesBackWhatWaits) {
+TEST_F(TrayOnABusTest, ReturnsPendingBalloonsWhenRemoved) {
   startNotifications({"body"});
   balloon(u"text", u"title", 0);
   letEventsPass();
@@ -452,14 +452,14 @@ protected:
   }
 };
 
-TEST_F(HungDesktopTest, AHungServiceCostsNothingAndTheBalloonComesBack) {
+TEST_F(HungDesktopTest, AHangingServiceBlocksNothingAndTheBalloonIsReturned) {
   startNotifications({"body"});
   balloon(u"text", u"title", 1);
   EXPECT_TRUE(runUntil([this] { return !watcher().notShown.empty(); }));
   EXPECT_THAT(watcher().notShown, ElementsAre(String(u"title|text|1")));
 }
 
-TEST_F(HungDesktopTest, AHungPanelIsNoPlace) {
+TEST_F(HungDesktopTest, AHangingPanelIsUnavailable) {
   startPanel();
   makeTray();
   balloon(u"text", u"title", 1); // Returns even after the panel's timeout.

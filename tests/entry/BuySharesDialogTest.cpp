@@ -53,7 +53,7 @@ TEST_F(BuySharesDialogTest, AFailedCheckStaysAndKeepsTheFields) {
   EXPECT_EQ(0u, dialog.execute());
 }
 
-TEST_F(BuySharesDialogTest, WhoLeavesTheFormFetchesNothing) {
+TEST_F(BuySharesDialogTest, CancellingTheFormFetchesNothing) {
   m_market.setHistory(u"ABC.AX", Date(2026, 1, 1), Date(2026, 3, 3), 10.5);
   const SharePortfolioUser portfolio(m_portfolio);
   for (const bool byEscape : {true, false}) {

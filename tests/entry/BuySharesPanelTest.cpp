@@ -91,7 +91,7 @@ TEST_F(BuySharesPanelTest, TheDefaultBrokerageComesFromTheSettings) {
   EXPECT_EQ(19.95, m_panel->brokerage());
 }
 
-TEST_F(BuySharesPanelTest, GivesWhatWasTyped) {
+TEST_F(BuySharesPanelTest, ReturnsTheTypedValues) {
   fill();
   set("Stock code", "  ABC.AX ");
   set("Number bought", "1,234.50");
@@ -107,7 +107,7 @@ TEST_F(BuySharesPanelTest, GivesWhatWasTyped) {
   EXPECT_EQ(String(u"cheap &\nsound"), m_panel->comments());
 }
 
-TEST_F(BuySharesPanelTest, ResetForgetsWhatWasTyped) {
+TEST_F(BuySharesPanelTest, ResetClearsTheTypedValues) {
   fill();
   set("Brokerage paid", "9.99");
   set("Date bought", "28/02/2026");
@@ -121,7 +121,7 @@ TEST_F(BuySharesPanelTest, ResetForgetsWhatWasTyped) {
   EXPECT_EQ(String(), m_panel->comments());
 }
 
-TEST_F(BuySharesPanelTest, ACodePassedInBringsItsKnownPrice) {
+TEST_F(BuySharesPanelTest, ACodePassedInFillsItsKnownPrice) {
   TallymoorInternet::Instance().setCachedPrice(u"XYZ.AX", Date(2026, 3, 3), 4.5);
   m_panel->reset(u"XYZ.AX");
   EXPECT_EQ("4.5000", shown("Share price"));
@@ -176,7 +176,7 @@ TEST_F(BuySharesPanelTest, AFractionBelowFourDecimalsCountsAsZero) {
   EXPECT_FALSE(m_panel->validate());
 }
 
-TEST_F(BuySharesPanelTest, NobodyBuysLessThanNothing) {
+TEST_F(BuySharesPanelTest, NegativeNumbersAndPricesAreRefused) {
   fill();
   set("Number bought", "-100");
   answer(noNumber, "OK");
@@ -325,7 +325,7 @@ TEST_F(BuySharesPanelTest, TheProposedPriceFollowsTheDate) {
   EXPECT_EQ("11.9", shown("Share price")) << "a typed price is the user's";
 }
 
-TEST_F(BuySharesPanelTest, APriceThatFollowsOnlyAtOkIsAskedAbout) {
+TEST_F(BuySharesPanelTest, APriceThatChangesAtOkIsAskedAbout) {
   proposeKnownPrices();
   set("Number bought", "100");
   set("Date bought", "16/02/2026");
@@ -337,7 +337,7 @@ TEST_F(BuySharesPanelTest, APriceThatFollowsOnlyAtOkIsAskedAbout) {
   EXPECT_TRUE(m_panel->validate());
 }
 
-TEST_F(BuySharesPanelTest, ALastKnownPriceThatFollowsAtOkIsAskedAboutWithItsDay) {
+TEST_F(BuySharesPanelTest, ALastKnownPriceThatChangesAtOkIsAskedAboutWithItsDay) {
   proposeKnownPrices();
   set("Number bought", "100");
   set("Date bought", "20/02/2026");
@@ -512,7 +512,7 @@ TEST_F(BuySharesPanelTest, APriceThatWasTypedStaysWhenTheStockFoundHasNone) {
   EXPECT_FALSE(shows(*m_panel, noPriceKnown));
 }
 
-TEST_F(BuySharesPanelTest, APriceProposedForOneStockIsNoneForAnother) {
+TEST_F(BuySharesPanelTest, APriceProposedForOneStockIsNotKeptForAnother) {
   set("Stock code", "alphabet");
   searchAndAccept();
   EXPECT_EQ("12.3456", shown("Share price"));
@@ -524,7 +524,7 @@ TEST_F(BuySharesPanelTest, APriceProposedForOneStockIsNoneForAnother) {
   EXPECT_EQ("3", shown("Share price")) << "typed, and not proposed";
 }
 
-TEST_F(BuySharesPanelTest, ALongNameHasTheRestOfItsRow) {
+TEST_F(BuySharesPanelTest, ALongNameUsesTheRestOfItsRow) {
   mainWindow().recalc();
   letEventsPass();
   const FXTextField& name = field(*m_panel, "Stock name");

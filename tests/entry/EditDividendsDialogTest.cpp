@@ -67,7 +67,7 @@ TEST_F(EditDividendsDialogTest, TheCashAfterwardsCountsTheDividendInPlaceOfTheRe
   EXPECT_EQ("1123.46", cash());
 }
 
-TEST_F(EditDividendsDialogTest, NothingIsToldOfTheCashWhereTheDividendHasNoEntryThere) {
+TEST_F(EditDividendsDialogTest, ShowsNoCashIfTheDividendHasNoCashEntry) {
   EditDividendsDialog dialog(&mainWindow(), user(), m_event);
   EXPECT_FALSE(field(dialog, "Cash afterwards").getParent()->shown());
 }
@@ -95,7 +95,7 @@ TEST_F(EditDividendsDialogTest, FrankingThatIsNotShownIsKept) {
   EXPECT_EQ(40, dialog.panel()->percentFranked());
 }
 
-TEST_F(EditDividendsDialogTest, AllChecksApplyAndTheRecordIsOnlyRead) {
+TEST_F(EditDividendsDialogTest, AllChecksApplyAndTheRecordStaysUnchanged) {
   EditDividendsDialog dialog(&mainWindow(), user(), m_event);
   whenModal(caption, [&](FXWindow& form) {
     type(field(form, "Dividend Rate"), "0");

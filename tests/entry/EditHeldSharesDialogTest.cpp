@@ -99,7 +99,7 @@ TEST_F(EditHeldSharesDialogTest, AllChecksApply) {
   EXPECT_EQ(Date(2025, 7, 4), dialog.panel()->date());
 }
 
-TEST_F(EditHeldSharesDialogTest, TheRecordItselfIsOnlyRead) {
+TEST_F(EditHeldSharesDialogTest, TheRecordItselfStaysUnchanged) {
   const SharePortfolioUser portfolio(m_portfolio);
   EditHeldSharesDialog dialog(&mainWindow(), portfolio, m_event);
   whenModal("Edit share purchase for ABC.AX on 03/07/2025", [&](FXWindow& form) {

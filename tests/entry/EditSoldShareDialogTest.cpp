@@ -120,7 +120,7 @@ TEST_F(EditSoldShareDialogTest, TheChecksComeInTheirOrder) {
   EXPECT_EQ(Date(2026, 3, 2), m_dialog->sellDate());
 }
 
-TEST_F(EditSoldShareDialogTest, NothingForFreeIsTakenWhenTheUserMeansIt) {
+TEST_F(EditSoldShareDialogTest, APriceOfZeroIsAcceptedAfterConfirmation) {
   run(
       [&](FXWindow& form) {
         for (const char* label : {"Sell price", "Buy Brokerage paid", "Sell Brokerage paid"})
@@ -135,7 +135,7 @@ TEST_F(EditSoldShareDialogTest, NothingForFreeIsTakenWhenTheUserMeansIt) {
   EXPECT_EQ(50.0, storedBrokerage()); // Editing a sale doesn't change the default.
 }
 
-TEST_F(EditSoldShareDialogTest, NothingIsLessThanZero) {
+TEST_F(EditSoldShareDialogTest, NegativeValuesAreRefused) {
   run(
       [&](FXWindow& form) {
         const std::pair<const char*, const char*> fields[] = {
@@ -220,7 +220,7 @@ TEST_F(EditSoldShareDialogTest, APriceFarFromThatOfItsDayIsDoubtedOnceItIsChange
   EXPECT_EQ(2.6, m_dialog->buyPrice());
 }
 
-TEST_F(EditSoldShareDialogTest, TheBuyPriceOfASplitSaleIsNoneOfItsDay) {
+TEST_F(EditSoldShareDialogTest, TheBuyPriceOfASplitSaleIsNotComparedWithItsDay) {
   TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2025, 7, 3), 7.5);
   XMLElement& split = m_event.addSubElement(new XMLSplitAdjustment, u"Adjustments");
   split.subElement(u"StartDate").setValue(u"1/8/2025");
@@ -295,7 +295,7 @@ TEST_F(EditRecordedSaleTest, TheCashAfterwardsFollowsTheSaleAndAPurchaseOfItsOwn
   EXPECT_DOUBLE_EQ(1060.05, cashBalance(user().portfolio(), Date()));
 }
 
-TEST_F(EditRecordedSaleTest, ThePurchaseOfMoreSharesThanWereSoldStaysPaid) {
+TEST_F(EditRecordedSaleTest, TheCostOfAPartlySoldPurchaseStaysPaid) {
   buyAndSell(200.0);
   EditSoldShareDialog dialog(&mainWindow(), sale());
   dialog.create();
@@ -304,7 +304,7 @@ TEST_F(EditRecordedSaleTest, ThePurchaseOfMoreSharesThanWereSoldStaysPaid) {
   EXPECT_EQ("835.05", cashAfter(dialog));
 }
 
-TEST_F(EditRecordedSaleTest, NothingIsToldOfTheCashWithoutTheSalesEntryOrAfterASplit) {
+TEST_F(EditRecordedSaleTest, ShowsNoCashWithoutTheSalesEntryOrAfterASplit) {
   buyAndSell(100.0);
   sale().subElement(u"SellPrice").setValue(u"3.0000"); // It now differs from that of its cash entry.
   EditSoldShareDialog withoutEntry(&mainWindow(), sale());

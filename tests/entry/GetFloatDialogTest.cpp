@@ -46,7 +46,7 @@ public:
   bool validate() override { throw Exception(u"broken checks"); }
 };
 
-TEST_F(GetFloatDialogTest, AFailureOfOKIsReportedAndStays) {
+TEST_F(GetFloatDialogTest, AFailureOfOkIsReportedAndTheFormStays) {
   BrokenDialog dialog(&mainWindow());
   whenModal("Deposit cash", [&](FXWindow& form) {
     answer("GetFloatDialog::onOK failed. Exception : broken checks", "OK");
@@ -73,7 +73,7 @@ protected:
   XMLCashEvent& m_event = m_portfolio.cashEvents().add();
 };
 
-TEST_F(EditFloatDialogTest, ShowsTheRecordedAmountAndOnlyReadsIt) {
+TEST_F(EditFloatDialogTest, ShowsTheRecordedAmountAndLeavesTheRecordUnchanged) {
   EditFloatDialog dialog(&mainWindow(), u"Edit cash transaction", String(), m_portfolio, m_event);
   EXPECT_EQ(1264.0, dialog.panel()->value());
   EXPECT_EQ(Date(2026, 2, 27), dialog.panel()->date());

@@ -24,7 +24,7 @@ protected:
   GetFloatPanel* m_panel = nullptr;
 };
 
-TEST_F(GetFloatPanelTest, BeginsWithWhatItIsGiven) {
+TEST_F(GetFloatPanelTest, BeginsWithTheGivenValues) {
   EXPECT_EQ(String(u"Starting Cash"), m_panel->title());
   EXPECT_EQ(String(u"Please enter the value."), m_panel->description());
   EXPECT_EQ("12.50", shown("Amount"));
@@ -32,11 +32,11 @@ TEST_F(GetFloatPanelTest, BeginsWithWhatItIsGiven) {
   EXPECT_EQ("", shown("Description (optional)"));
 }
 
-TEST_F(GetFloatPanelTest, TheDatesTipShowsItsForm) {
+TEST_F(GetFloatPanelTest, TheTipOfTheDateShowsItsFormat) {
   EXPECT_STREQ("A date is written like 31/12/2026", field(*m_panel, "Date").getTipText().text());
 }
 
-TEST_F(GetFloatPanelTest, GivesWhatWasTyped) {
+TEST_F(GetFloatPanelTest, ReturnsTheTypedValues) {
   set("Amount", "1,234.50");
   set("Date", "28/02/2026");
   set("Description (optional)", "gift & more");
@@ -46,7 +46,7 @@ TEST_F(GetFloatPanelTest, GivesWhatWasTyped) {
   EXPECT_TRUE(m_panel->validate());
 }
 
-TEST_F(GetFloatPanelTest, ResetForgetsWhatWasTyped) {
+TEST_F(GetFloatPanelTest, ResetClearsTheTypedValues) {
   set("Description (optional)", "gift");
   m_panel->reset();
   EXPECT_EQ("0.00", shown("Amount"));
@@ -66,7 +66,7 @@ TEST_F(GetFloatPanelTest, TheChecksComeInTheirOrder) {
   EXPECT_EQ(&field(*m_panel, "Amount"), focused(*m_panel));
 }
 
-TEST_F(GetFloatPanelTest, AnyAmountAboveNothingIsTaken) {
+TEST_F(GetFloatPanelTest, AnyPositiveAmountIsAccepted) {
   set("Amount", "0.00001"); // Only an exact zero counts.
   EXPECT_TRUE(m_panel->validate());
   set("Amount", "-5");
@@ -87,7 +87,7 @@ TEST_F(GetFloatPanelTest, AnUnreadableDateIsAProblem) {
   EXPECT_EQ(&field(*m_panel, "Date"), focused(*m_panel));
 }
 
-TEST_F(GetFloatPanelTest, NothingIsTakenWhereItIsAllowed) {
+TEST_F(GetFloatPanelTest, AnAmountOfZeroIsAcceptedWhereAllowed) {
   m_panel->allowZero(true);
   set("Amount", "0.00");
   EXPECT_TRUE(m_panel->validate());
@@ -100,7 +100,7 @@ TEST_F(GetFloatPanelTest, NothingIsTakenWhereItIsAllowed) {
   EXPECT_FALSE(m_panel->validate());
 }
 
-TEST_F(GetFloatPanelTest, AnAmountThatWasNegativeMayStaySo) {
+TEST_F(GetFloatPanelTest, ANegativeAmountMayStayNegative) {
   m_panel->reset(-25.0, Date(2026, 2, 1));
   EXPECT_TRUE(m_panel->validate());
   set("Amount", "-20");

@@ -143,7 +143,7 @@ TEST_F(PortfolioPropertiesDialogTest, SearchAsksForAnIndexOfAllCountriesAndTakes
   EXPECT_THAT(m_market.server().requests()[0].target, testing::EndsWith("code=small&country=ALL&kind=I"));
 }
 
-TEST_F(PortfolioPropertiesDialogTest, SearchWithoutAnAnswerKeepsWhatWasTyped) {
+TEST_F(PortfolioPropertiesDialogTest, ACancelledSearchKeepsTheTypedCode) {
   run([this](FXWindow& form) {
     type(field(form, "Comparison Index"), "unheard of");
     chooseFromList(form, "continue on to a search...", [this] {
@@ -196,7 +196,7 @@ TEST_F(PortfolioPropertiesDialogTest, EmptyNameIsRefused) {
   EXPECT_EQ(String(u"Savings"), m_dialog->name());
 }
 
-TEST_F(PortfolioPropertiesDialogTest, NameThatIsTakenKeepsWhatWasTyped) {
+TEST_F(PortfolioPropertiesDialogTest, ATakenNameKeepsTheTypedText) {
   m_nameIsFree = false;
   EXPECT_EQ(0u, run([this](FXWindow& form) {
               type(field(form, "Name"), "Another");

@@ -136,7 +136,7 @@ TEST_F(ReceiveDividendsPanelTest, TheCashAfterwardsFollowsWhatIsPaidInCash) {
   EXPECT_EQ("1050.00", shown("Cash afterwards"));
 }
 
-TEST_F(ReceiveDividendsPanelTest, APercentageBeyondAllIsRefusedAndGivesWayToTheNextForms) {
+TEST_F(ReceiveDividendsPanelTest, APercentageAboveAHundredIsRefusedAndNotKeptForTheNextForm) {
   m_panel->reset(u"ABC.AX");
   set("On Shares Held", "100");
   set("Dividend Rate", "0.10");
@@ -249,7 +249,7 @@ TEST_F(ReceiveDividendsPanelTest, FrankingIsShownInAustraliaOnly) {
   EXPECT_TRUE(field(*m_panel, "Value").getParent()->shown());
 }
 
-TEST_F(ReceiveDividendsPanelTest, ResetForgetsWhatWasTyped) {
+TEST_F(ReceiveDividendsPanelTest, ResetClearsTheTypedValues) {
   choose(*m_panel, "ABC.AX");
   set("Dividend Rate", "0.1");
   set("Withholding Tax", "5");

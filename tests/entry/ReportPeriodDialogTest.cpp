@@ -49,7 +49,7 @@ TEST_F(ReportPeriodDialogTest, RefusesAnEndBeforeTheBeginning) {
   EXPECT_EQ(0u, dialog.execute());
 }
 
-TEST_F(ReportPeriodDialogTest, RefusesDaysToCome) {
+TEST_F(ReportPeriodDialogTest, RefusesFutureDays) {
   ReportPeriodDialog dialog(&mainWindow(), m_initial);
   whenModal("Custom Report", [&](FXWindow& form) {
     type(field(form, "To"), "04/03/2026");
@@ -64,7 +64,7 @@ TEST_F(ReportPeriodDialogTest, RefusesDaysToCome) {
   EXPECT_EQ(0u, dialog.execute());
 }
 
-TEST_F(ReportPeriodDialogTest, TellsOfATextThatIsNoDate) {
+TEST_F(ReportPeriodDialogTest, ReportsAnInvalidDate) {
   ReportPeriodDialog dialog(&mainWindow(), m_initial);
   whenModal("Custom Report", [&](FXWindow& form) {
     type(field(form, "From"), "soon");
@@ -117,7 +117,7 @@ public:
   bool validate() override { throw Exception(u"broken checks"); }
 };
 
-TEST_F(ReportPeriodDialogTest, AFailureOfOKIsReportedAndStays) {
+TEST_F(ReportPeriodDialogTest, AFailureOfOkIsReportedAndTheFormStays) {
   BrokenDialog dialog(&mainWindow(), m_initial);
   whenModal("Custom Report", [&](FXWindow& form) {
     answer("ReportPeriodDialog::onOK failed. Exception : broken checks", "OK");

@@ -123,7 +123,7 @@ TEST_F(SellSharesPanelTest, AnotherPortfolioHasItsOwnStocks) {
   EXPECT_EQ(3, codes().getNumItems());
 }
 
-TEST_F(SellSharesPanelTest, GivesWhatWasTyped) {
+TEST_F(SellSharesPanelTest, ReturnsTheTypedValues) {
   choose(*m_panel, "ABC.AX");
   set("Number sold", "1,234.50");
   set("Share price", "12.5 ");
@@ -184,7 +184,7 @@ TEST_F(SellSharesPanelTest, AllSharesHeldOnADayWithARecordCanBeSold) {
   EXPECT_EQ("100.0001", shown("Number sold"));
 }
 
-TEST_F(SellSharesPanelTest, ASaleBeforeTheFirstRecordStopsThereWhateverItsNumber) {
+TEST_F(SellSharesPanelTest, ASaleBeforeTheFirstRecordIsRefusedForAnyNumber) {
   choose(*m_panel, "ABC.AX");
   set("Date sold", "24/02/2026");
   set("Number sold", "0");
@@ -215,7 +215,7 @@ TEST_F(SellSharesPanelTest, SharesThatWereSoldSinceCannotBeSoldAgain) {
   EXPECT_TRUE(m_panel->validate());
 }
 
-TEST_F(SellSharesPanelTest, AFractionBelowFourDecimalsAndANegativeNumberAreNoNumber) {
+TEST_F(SellSharesPanelTest, TinyAndNegativeNumbersAreRefused) {
   choose(*m_panel, "ABC.AX");
   set("Number sold", "0.00004");
   expectRefused(noNumber, "Number sold");
@@ -230,7 +230,7 @@ TEST_F(SellSharesPanelTest, AFractionBelowFourDecimalsAndANegativeNumberAreNoNum
 class MergedHoldingTest : public SellSharesPanelTest,
                           public ::testing::WithParamInterface<std::pair<double, const char*>> {};
 
-TEST_P(MergedHoldingTest, IsSoldWholeAsTheFormOffersIt) {
+TEST_P(MergedHoldingTest, IsSoldCompletelyAsProposed) {
   user().addBuyEvent(u"SPLIT.AX", {Date(2026, 3, 1), GetParam().first, 1.0, 0.0, String()});
   TallymoorInternet::Instance().setCachedPrice(u"SPLIT.AX", Date(2026, 3, 1), 1.0);
   TallymoorInternet::Instance().setCachedPrice(u"SPLIT.AX", Date(2026, 3, 2), 3.0);
@@ -260,7 +260,7 @@ TEST_F(SellSharesPanelTest, AnotherBrokerageMayBecomeTheDefault) {
   EXPECT_TRUE(m_panel->validate());
 }
 
-TEST_F(SellSharesPanelTest, NoPriceAndNoBrokerageIsLessThanZero) {
+TEST_F(SellSharesPanelTest, NegativePricesAndBrokeragesAreRefused) {
   choose(*m_panel, "ABC.AX");
   set("Share price", "-5");
   expectRefused("The share price can't be less than zero.", "Share price");

@@ -63,7 +63,7 @@ TEST_F(StartupWizardLeavingTest, TheListCountsHeldSharesAsOfTodayAndSoldOnesAsOf
   EXPECT_NE(std::string::npos, listed.find("Shares sold\n25/02/2026  100.00 ABC.AX at 6.00\n")) << listed;
 }
 
-TEST_F(StartupWizardLeavingTest, EnterInTheListGoesOn) {
+TEST_F(StartupWizardLeavingTest, EnterInTheListContinues) {
   toSections();
   find<FormNotes>(*find<RecordedEntries>(wizard()))->setFocus();
   key(wizard(), KEY_Return);
@@ -83,7 +83,7 @@ TEST_F(StartupWizardLeavingTest, TheKeyboardComesBackFromTheProgressWindow) {
   EXPECT_EQ(find<FormComboBox>(page())->textField(), focused(wizard()));
 }
 
-TEST_F(StartupWizardLeavingTest, LeavingAsksBeforeItDropsWhatWasRecorded) {
+TEST_F(StartupWizardLeavingTest, LeavingAsksBeforeItDiscardsRecordedEntries) {
   const char* question =
       "If you leave now, the portfolio Trading is dropped\nwith all that you have entered here.\n"
       "Do you want to leave?";

@@ -30,7 +30,7 @@ std::string cashEvent(const std::string& date, const std::string& value, const s
          "</Constant><String>" + text + "</String></CashEvent>";
 }
 
-TEST_F(StartupWizardTest, WelcomesWithWhatTheUserNeeds) {
+TEST_F(StartupWizardTest, WelcomePageListsThePapersNeeded) {
   EXPECT_EQ("Tallymoor - Getting Started", title(wizard()));
   EXPECT_TRUE(shows(wizard(), "Welcome to Brindlecove\nTallymoor"));
   for (const char* text :
@@ -64,7 +64,7 @@ TEST_F(StartupWizardTest, ANameIsNeeded) {
   EXPECT_EQ(0u, portfolios());
 }
 
-TEST_F(StartupWizardTest, ANameIsTakenOnce) {
+TEST_F(StartupWizardTest, ATakenNameIsRefused) {
   records().addSubElement(new XMLSharePortfolio, u"SharePortfolios").subElement(u"Name").setValue(u"Trading");
   toName();
   set("Portfolio name", "  Tra<ding>");
@@ -93,7 +93,7 @@ TEST_F(StartupWizardTest, TheNameMakesAnEmptyPortfolioAndBackTakesItAway) {
   EXPECT_EQ("123", shown("Amount")) << "what was typed is still there";
 }
 
-TEST_F(StartupWizardTest, DaysOfAnotherPortfolioOfTheNameAreNotTaken) {
+TEST_F(StartupWizardTest, TheCapitalRecordOfAnEarlierPortfolioOfTheNameIsNotUsed) {
   {
     XMLSharePortfolio old;
     old.subElement(u"Name").setValue(u"Trading");
@@ -337,7 +337,7 @@ TEST_F(StartupWizardTest, SharesHeldAtTheStartTakeNothingFromTheCash) {
   EXPECT_EQ(started(held("OLD.AX", "15/1/2026"), "", "", ""), document());
 }
 
-TEST_F(StartupWizardTest, SharesHeldAtTheStartWereBoughtByThen) {
+TEST_F(StartupWizardTest, SharesHeldAtTheStartMustBeBoughtByThen) {
   toSections();
   next();
   EXPECT_EQ("02/02/2026", shown("Date bought")) << "the start date is proposed";
@@ -384,7 +384,7 @@ TEST_F(StartupWizardTest, BackTakesAPurchaseBackAndKeepsTheForm) {
             document());
 }
 
-TEST_F(StartupWizardTest, WhatWasTypedBeforeBackIsStillThere) {
+TEST_F(StartupWizardTest, InputIsKeptAfterBack) {
   toStage(1);
   next();
   set("Stock code", "ABC.AX");
@@ -441,7 +441,7 @@ TEST_F(StartupWizardTest, AStockOfAnotherMarketThatIsNotWantedStays) {
   EXPECT_EQ(before, document());
 }
 
-TEST_F(StartupWizardTest, AFormThatDoesNotAgreeStays) {
+TEST_F(StartupWizardTest, AFormWithAnErrorStays) {
   toSections();
   next();
   answer("You must select the number of shares purchased.", "OK");
@@ -528,7 +528,7 @@ TEST_F(StartupWizardTest, ASaleBeforeTheStartNamesTheDividendsDate) {
   EXPECT_EQ(before, document());
 }
 
-TEST_F(StartupWizardTest, ARecordThatCannotBeMadeIsToldAndTheRouteGoesOn) {
+TEST_F(StartupWizardTest, AFailedRecordIsReportedAndTheWizardContinues) {
   toSections();
   next();
   fillPurchase("NIL.AX", "15/01/2026");
@@ -558,7 +558,7 @@ TEST_F(StartupWizardTest, CancelLeavesNoPortfolioAndNoFile) {
   EXPECT_FALSE(wizard().shown());
 }
 
-TEST_F(StartupWizardTest, CancelEndsTheWizardAlsoWhenTheFileStays) {
+TEST_F(StartupWizardTest, CancelEndsTheWizardEvenIfTheFileCannotBeRemoved) {
   toSections();
   // A folder with this name can't be removed as a file.
   TestProfile::writeFile(profile().dataFolder() + u"TradingCapRecord.xml/inside", "x");
@@ -570,13 +570,13 @@ TEST_F(StartupWizardTest, CancelEndsTheWizardAlsoWhenTheFileStays) {
   EXPECT_FALSE(wizard().shown());
 }
 
-TEST_F(StartupWizardTest, AWizardThatIsNeverAnsweredLeavesNothing) {
+TEST_F(StartupWizardTest, AWizardDestroyedEarlyLeavesNothing) {
   toSections();
   closeWizard();
   EXPECT_EQ(0u, portfolios());
 }
 
-TEST_F(StartupWizardTest, FinishHandsThePortfolioOver) {
+TEST_F(StartupWizardTest, FinishReturnsThePortfolio) {
   toStage(2);
   for (int i = 0; i < 4; ++i)
     finishSection();

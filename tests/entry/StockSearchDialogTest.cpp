@@ -38,7 +38,7 @@ TEST_F(StockSearchDialogTest, ShowsARowForEachResult) {
   EXPECT_STREQ("Singapore", dialog.table()->getItemText(row, 1).text());
 }
 
-TEST_F(StockSearchDialogTest, GivesCodeAndNameOfTheRowWithThatVeryName) {
+TEST_F(StockSearchDialogTest, ReturnsTheRowWithExactlyThisName) {
   StockSearchDialog dialog(&mainWindow(), u"BHP", true, false);
   whenModal("Stock Search", [&](FXWindow& form) { press(form, "OK"); });
   EXPECT_EQ(1u, dialog.execute());
@@ -55,7 +55,7 @@ TEST_F(StockSearchDialogTest, TheNameOfTheChosenCodeIsRemembered) {
   EXPECT_EQ(String(u"Xylo Zinc"), StockNames::nameOf(u"XYZ.AX"));
 }
 
-TEST_F(StockSearchDialogTest, ElseTheFirstRowThatHoldsTheTextIsSelected) {
+TEST_F(StockSearchDialogTest, OtherwiseSelectsTheFirstRowContainingTheText) {
   StockSearchDialog dialog(&mainWindow(), u"far", true, false);
   ASSERT_NE(nullptr, dialog.table()->selected());
   EXPECT_EQ(String(u"BHPX.SI"), dialog.table()->selected()->code);
@@ -63,13 +63,13 @@ TEST_F(StockSearchDialogTest, ElseTheFirstRowThatHoldsTheTextIsSelected) {
   EXPECT_EQ(String(u"ABC.AX"), wide.table()->selected()->code);
 }
 
-TEST_F(StockSearchDialogTest, ElseTheFirstRowIsSelected) {
+TEST_F(StockSearchDialogTest, OtherwiseSelectsTheFirstRow) {
   StockSearchDialog dialog(&mainWindow(), u".ax", true, false); // Matches a code, but no name.
   EXPECT_EQ(2, dialog.table()->getNumRows());
   EXPECT_EQ(String(u"ABC.AX"), dialog.table()->selected()->code);
 }
 
-TEST_F(StockSearchDialogTest, AClickOnAHeaderSortsThoughTheDialogWasOpenedByAHandler) {
+TEST_F(StockSearchDialogTest, AClickOnAHeaderSortsEvenInADialogOpenedByAHandler) {
   StockSearchDialog dialog(&mainWindow(), u"bhp", true, false);
   std::string before, after;
   whenModal("Stock Search", [&](FXWindow& form) {
@@ -186,7 +186,7 @@ TEST_F(StockSearchDialogTest, EnterInTheTableAccepts) {
   EXPECT_EQ(String(u"BHP.AX"), dialog.code());
 }
 
-TEST_F(StockSearchDialogTest, TheListIsNoLargerThanItsBounds) {
+TEST_F(StockSearchDialogTest, TheListKeepsWithinItsMaximumSize) {
   for (int i = 0; i < 60; ++i)
     m_market.addListing(u"N" + String::fromLong(i) + u".AX",
                         u"Northern Star of the " + String::fromLong(i) +
@@ -214,7 +214,7 @@ TEST_F(StockSearchDialogTest, AFewResultsNeedNoScrollBars) {
   dialog.execute();
 }
 
-TEST_F(StockSearchDialogTest, OfflineTheConstructorThrows) {
+TEST_F(StockSearchDialogTest, TheConstructorThrowsWhenOffline) {
   TallymoorInternet::Instance().goOffline();
   try {
     StockSearchDialog dialog(&mainWindow(), u"bhp", true, false);

@@ -26,7 +26,7 @@ TEST(BigMutexTest, IsRecursiveAndKnowsItsHolder) {
   EXPECT_FALSE(bigMutex().heldByThisThread());
 }
 
-TEST(BigMutexTest, IsReleasedWholeWhateverTheDepth) {
+TEST(BigMutexTest, IsReleasedCompletelyAtAnyDepth) {
   const BigMutexLock first;
   const BigMutexLock second;
   const BigMutexLock third;
@@ -38,7 +38,7 @@ TEST(BigMutexTest, IsReleasedWholeWhateverTheDepth) {
   EXPECT_TRUE(bigMutex().heldByThisThread());
 }
 
-TEST(BigMutexTest, TheDepthComesBack) {
+TEST(BigMutexTest, TheDepthIsRestored) {
   bigMutex().lock();
   bigMutex().lock();
   { const BigMutexRelease release; }
@@ -49,7 +49,7 @@ TEST(BigMutexTest, TheDepthComesBack) {
   passThroughOnAnotherThread();
 }
 
-TEST(BigMutexTest, ReleasingWhatIsNotHeldDoesNothing) {
+TEST(BigMutexTest, ReleasingAFreeMutexDoesNothing) {
   {
     const BigMutexRelease release;
     EXPECT_FALSE(bigMutex().heldByThisThread());
@@ -68,7 +68,7 @@ TEST(BigMutexTest, ReleasesNest) {
   EXPECT_TRUE(bigMutex().heldByThisThread());
 }
 
-TEST(BigMutexTest, GuardsWhatSeveralThreadsChange) {
+TEST(BigMutexTest, ProtectsDataOfSeveralThreads) {
   int counter = 0;
   const auto count = [&] {
     for (int i = 0; i < 2000; ++i) {

@@ -6,7 +6,7 @@ namespace Tallymoor {
 namespace {
 
 // Files, folders and the update service depend on these names.
-TEST(ConstantsTest, NamesOnDiskStayAsTheyAre) {
+TEST(ConstantsTest, NamesOnDiskAreUnchanged) {
   EXPECT_EQ(APP_NAME, u"Tallymoor");
   EXPECT_EQ(APP_EXE, u"Tallymoor.exe");
   EXPECT_EQ(VENDOR_NAME, u"Brindlecove");

@@ -89,7 +89,7 @@ TEST_F(DateTest, TheViewDateIsTheDefaultDate) {
   EXPECT_FALSE(Date().isWeekend());
 }
 
-TEST_F(DateTest, AViewDateDoesNotTouchOtherDates) {
+TEST_F(DateTest, AViewDateDoesNotAffectOtherDates) {
   Date::setFixedDate(Date(2020, 1, 1));
   EXPECT_EQ(Date(u"2/3/2021", 0), Date(2021, 3, 2));
   EXPECT_EQ(Date(2021, 3, 2).toString(0), u"2/3/2021");

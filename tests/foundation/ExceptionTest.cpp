@@ -13,7 +13,7 @@ TEST(ExceptionTest, DescriptionIsTypeAndMessageForEveryClass) {
   EXPECT_EQ(HTMLException(u"a - b").description(), u"HTMLException : a - b");
 }
 
-TEST(ExceptionTest, AnEmptyMessageEndsBehindTheColon) {
+TEST(ExceptionTest, AnEmptyMessageEndsAfterTheColon) {
   EXPECT_EQ(Exception(u"").description(), u"Exception : ");
 }
 
@@ -36,7 +36,7 @@ TEST(ExceptionTest, HttpKeepsItsCode) {
   EXPECT_EQ(HTTPException(u"no network").code(), 0u);
 }
 
-TEST(ExceptionTest, IsCaughtAsItsBaseAndStaysWhatItIs) {
+TEST(ExceptionTest, IsCaughtAsItsBaseAndKeepsItsType) {
   try {
     throw HTMLException(u"page");
   } catch (const Exception& e) {

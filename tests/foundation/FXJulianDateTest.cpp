@@ -47,7 +47,7 @@ TEST(FXJulianDateTest, PartsOutsideTheCalendarCarryOver) {
   EXPECT_EQ(parts(FXJulianDate(2026, -11, 1)), "2025-1-1");
 }
 
-TEST(FXJulianDateTest, WildPartsStayInsideTheCalendar) {
+TEST(FXJulianDateTest, ExtremeValuesAreClampedToTheCalendar) {
   constexpr int BIG = std::numeric_limits<int>::max();
   constexpr int SMALL = std::numeric_limits<int>::min();
   EXPECT_EQ(parts(FXJulianDate(BIG, BIG, BIG)), "9999-12-31");
@@ -122,13 +122,13 @@ TEST(FXJulianDateTest, ShortYears) {
   EXPECT_EQ(FXJulianDate::ShortYearToFullYear(2006), 2006u);
 }
 
-TEST(ClockTest, TodayIsWhatTheTestSays) {
+TEST(ClockTest, TodayIsTheDaySetByTheTest) {
   const ClockReset reset;
   Clock::setToday(FXJulianDate(2001, 2, 3).julianDay());
   EXPECT_EQ(parts(FXJulianDate()), "2001-2-3");
 }
 
-TEST(ClockTest, WithoutATestTodayIsTheLocalDayOfTheSystemClock) {
+TEST(ClockTest, TodayIsTheLocalDayOfTheSystemClock) {
   const auto localDay = [] {
     const std::time_t now = std::time(nullptr);
     std::tm local{};

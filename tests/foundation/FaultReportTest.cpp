@@ -49,12 +49,12 @@ TEST(FaultReportTest, CodeAndAddressHaveEightCapitalDigits) {
   EXPECT_EQ(faultText(11, 0xFFFFFFFFu), u"C Exception number 0x0000000B was thrown from 0xFFFFFFFF");
 }
 
-TEST(FaultReportTest, OfALongAddressTheLowerDigitsAreShown) {
+TEST(FaultReportTest, ALongAddressShowsItsLowerDigits) {
   EXPECT_EQ(faultText(11, static_cast<std::uintptr_t>(0x7f0012345678u)),
             u"C Exception number 0x0000000B was thrown from 0x12345678");
 }
 
-TEST(FaultReportTest, AFaultIsToldAndEndsTheProcessAsEver) {
+TEST(FaultReportTest, AFaultIsPrintedAndEndsTheProcess) {
   void* page = ::mmap(nullptr, PAGE, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
   ASSERT_NE(page, MAP_FAILED);
   const Ending ending = endingOf([page] {
@@ -77,7 +77,7 @@ TEST(FaultReportTest, AFaultSignalThatWasSentHasNoAddress) {
   EXPECT_EQ(WTERMSIG(ending.status), SIGFPE);
 }
 
-TEST(FaultReportTest, AHandlerOfSomebodyElseStays) {
+TEST(FaultReportTest, AForeignHandlerIsKept) {
   const Ending ending = endingOf([] {
     std::signal(SIGSEGV, [](int) { ::_exit(5); });
     reportFaults();

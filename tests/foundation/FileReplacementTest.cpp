@@ -107,7 +107,7 @@ protected:
   const String path = profile.path("files/Portfolios.xml");
 };
 
-TEST_F(FileReplacementTest, ReplacesTheContentAndLeavesNothingBeside) {
+TEST_F(FileReplacementTest, ReplacesTheContentAndLeavesNoTemporary) {
   write("new");
   EXPECT_EQ(TestProfile::readFile(path), "new");
   EXPECT_EQ(filesInFolder(), 1);
@@ -131,7 +131,7 @@ TEST_F(FileReplacementTest, LargeContentSurvivesInterruptionsAndShortWrites) {
   EXPECT_EQ(syncCalls, 3); // Interrupted, repeated, then the folder.
 }
 
-TEST_F(FileReplacementTest, AFullDiskLeavesTheOldFileWhateverItsMoment) {
+TEST_F(FileReplacementTest, AFullDiskAtAnyMomentLeavesTheOldFile) {
   const std::string content(200000, 'x');
   for (const size_t bytes : {0, 1, 1000, 65535, 65536, 65537, 199999}) {
     bytesUntilFailure = bytes;
@@ -141,14 +141,14 @@ TEST_F(FileReplacementTest, AFullDiskLeavesTheOldFileWhateverItsMoment) {
   }
 }
 
-TEST_F(FileReplacementTest, FailuresOfFlushingAndRenamingAreTold) {
+TEST_F(FileReplacementTest, FailuresOfFlushingAndRenamingAreReported) {
   FileOperations::current().sync = failSync;
   EXPECT_EQ(failure("new"), u"replaceFile - cannot flush " + path + u": Input/output error");
   FileOperations::current().rename = failRename;
   EXPECT_EQ(failure("new"), u"replaceFile - cannot replace " + path + u": Invalid cross-device link");
 }
 
-TEST_F(FileReplacementTest, AnInterruptedRenamingIsMadeAgain) {
+TEST_F(FileReplacementTest, AnInterruptedRenameIsRepeated) {
   FileOperations::current().rename = interruptedRename;
   renameCalls = 0;
   write("new");
@@ -156,7 +156,7 @@ TEST_F(FileReplacementTest, AnInterruptedRenamingIsMadeAgain) {
   EXPECT_EQ(TestProfile::readFile(path), "new");
 }
 
-TEST_F(FileReplacementTest, AFolderThatCannotBeFlushedIsTold) {
+TEST_F(FileReplacementTest, AFailureToFlushTheFolderIsReported) {
   FileOperations::current().sync = failSecondSync;
   syncCalls = 0;
   syncError = EIO;
@@ -170,7 +170,7 @@ TEST_F(FileReplacementTest, AFolderThatCannotBeFlushedIsTold) {
   EXPECT_EQ(TestProfile::readFile(path), "newer");
 }
 
-TEST_F(FileReplacementTest, LeftoversBehindALinkAreRemovedToo) {
+TEST_F(FileReplacementTest, LeftoverTemporariesAtTheTargetOfALinkAreRemovedToo) {
   TestProfile::writeFile(profile.path("elsewhere/.tallymoor-abc.tmp"), "half");
   TestProfile::writeFile(profile.path("elsewhere/Portfolios.xml"), "records");
   std::filesystem::create_symlink(profile.path("elsewhere/Portfolios.xml").toUTF8(),
@@ -180,7 +180,7 @@ TEST_F(FileReplacementTest, LeftoversBehindALinkAreRemovedToo) {
   EXPECT_EQ(TestProfile::readFile(profile.path("files/link.xml")), "records");
 }
 
-TEST_F(FileReplacementTest, AFolderThatIsNotThereIsTold) {
+TEST_F(FileReplacementTest, AMissingFolderIsReported) {
   const String nowhere = profile.path("nowhere/file");
   EXPECT_EQ(messageOf([&] { replaceFile(nowhere, [](std::ostream&) {}); }),
             u"replaceFile - cannot create " + nowhere + u": No such file or directory");
@@ -243,7 +243,7 @@ TEST_F(FileReplacementTest, AccessRightsAndLinksStay) {
   EXPECT_EQ(modeOf(path), 0640u);
 }
 
-TEST_F(FileReplacementTest, ANewFileIsTheUsersAloneWhateverTheFolder) {
+TEST_F(FileReplacementTest, ANewFileIsPrivateInAnyFolder) {
   const NoUmask umask;
   ASSERT_EQ(::chmod(profile.path("files").toUTF8().c_str(), 0777), 0);
   ASSERT_EQ(::chmod(path.toUTF8().c_str(), 0644), 0);
@@ -279,7 +279,7 @@ TEST_F(FileReplacementTest, AnEmptiedFileKeepsItsModeAndItsLinks) {
             u"emptyFile - cannot empty " + path + u": Input/output error");
 }
 
-TEST_F(FileReplacementTest, ALongNameFits) {
+TEST_F(FileReplacementTest, AFileWithTheLongestNameIsReplaced) {
   const String name = profile.path("files/" + std::string(255, 'n'));
   replaceFile(name, [](std::ostream& out) { out << "long"; });
   EXPECT_EQ(TestProfile::readFile(name), "long");

@@ -23,7 +23,7 @@ protected:
   const String other = profile.path("other");
 };
 
-TEST_F(FolderLockTest, ASecondProgramIsToldAndAnotherFolderIsFree) {
+TEST_F(FolderLockTest, ASecondProgramIsRefusedAndAnotherFolderIsFree) {
   std::optional<FolderLock> first(FolderLock::onFileIn(folder));
   EXPECT_FALSE(first->isHeldByAnother());
   EXPECT_TRUE(FolderLock::onFileIn(folder).isHeldByAnother());
@@ -33,7 +33,7 @@ TEST_F(FolderLockTest, ASecondProgramIsToldAndAnotherFolderIsFree) {
   EXPECT_FALSE(FolderLock::onFileIn(folder).isHeldByAnother());
 }
 
-TEST_F(FolderLockTest, TheFolderItselfHoldsNothingMore) {
+TEST_F(FolderLockTest, LockingTheFolderItselfCreatesNoFile) {
   const FolderLock first = FolderLock::on(folder);
   EXPECT_FALSE(first.isHeldByAnother());
   EXPECT_TRUE(FolderLock::on(folder).isHeldByAnother());
@@ -41,13 +41,13 @@ TEST_F(FolderLockTest, TheFolderItselfHoldsNothingMore) {
   EXPECT_TRUE(std::filesystem::is_empty(folder.toUTF8()));
 }
 
-TEST_F(FolderLockTest, TheFileIsTheUsersAlone) {
+TEST_F(FolderLockTest, TheLockFileIsPrivate) {
   const NoUmask umask;
   const FolderLock lock = FolderLock::onFileIn(folder);
   EXPECT_EQ(modeOf(folder + u"/running.lock"), 0600u);
 }
 
-TEST_F(FolderLockTest, AProgramThatIsKilledHoldsNothing) {
+TEST_F(FolderLockTest, AKilledProgramReleasesTheLock) {
   int ready[2];
   ASSERT_EQ(::pipe(ready), 0);
   const pid_t child = ::fork();
@@ -67,7 +67,7 @@ TEST_F(FolderLockTest, AProgramThatIsKilledHoldsNothing) {
   ::close(ready[1]);
 }
 
-TEST_F(FolderLockTest, AProgramThatWasStartedDoesNotInheritIt) {
+TEST_F(FolderLockTest, AChildProcessDoesNotInheritTheLock) {
   std::optional<FolderLock> lock(FolderLock::onFileIn(folder));
   int hold[2];
   ASSERT_EQ(::pipe(hold), 0);

@@ -85,7 +85,7 @@ protected:
   const String other = profile.path("elsewhere/mine.xml");
 };
 
-TEST_F(LinkedFileTest, AllNamesGetTheNewContent) {
+TEST_F(LinkedFileTest, AllHardLinksGetTheNewContent) {
   for (const std::string& content : {std::string("short"), std::string(200000, 'l'), std::string()}) {
     write(content);
     EXPECT_EQ(TestProfile::readFile(path), content);
@@ -128,7 +128,7 @@ TEST_F(LinkedFileTest, AWriterThatDiesLeavesTheOldContentOrTheNextStartFinishesT
   }
 }
 
-TEST_F(LinkedFileTest, FromTheFlushedNoteOnTheNewContentCounts) {
+TEST_F(LinkedFileTest, AfterTheNoteIsFlushedTheNewContentCounts) {
   const std::string old = TestProfile::readFile(path);
   // Flushes of the temporary, the note, the folder and the file itself.
   for (const int call : {1, 2, 3, 4}) {
@@ -141,7 +141,7 @@ TEST_F(LinkedFileTest, FromTheFlushedNoteOnTheNewContentCounts) {
   }
 }
 
-TEST_F(LinkedFileTest, TheContentGoesBeforeTheLinkAndTheUserIsTold) {
+TEST_F(LinkedFileTest, SavingTheContentBreaksTheLinkIfNeededAndReportsIt) {
   FileOperations::current().write = writeOrFail;
   failingCall = 3; // The flush of the file itself.
   EXPECT_EQ(messageOf([this] { write("new"); }),
@@ -152,7 +152,7 @@ TEST_F(LinkedFileTest, TheContentGoesBeforeTheLinkAndTheUserIsTold) {
   EXPECT_EQ(filesInFolder(), 1);
 }
 
-TEST_F(LinkedFileTest, WhatCannotBeWrittenAtAllWaitsForTheNextStart) {
+TEST_F(LinkedFileTest, AFailedWriteIsCompletedAtTheNextStart) {
   FileOperations::current().write = writeOrFail;
   FileOperations::current().rename = failRename;
   failingCall = 3;
@@ -170,7 +170,7 @@ TEST_F(LinkedFileTest, WhatCannotBeWrittenAtAllWaitsForTheNextStart) {
   EXPECT_EQ(filesInFolder(), 1);
 }
 
-TEST_F(LinkedFileTest, AStartThatLosesTheLinkGoesOn) {
+TEST_F(LinkedFileTest, AStartContinuesAfterBreakingALink) {
   writeAndDie(3, "new", [](FileOperations& operations) { operations.write = writeOrDie; });
   FileOperations::current().write = writeOrFail;
   calls = 0;
@@ -192,7 +192,7 @@ TEST_F(LinkedFileTest, AFailureBeforeTheFileIsTouchedLeavesTheOldContentAndNothi
   EXPECT_EQ(filesInFolder(), 1);
 }
 
-TEST_F(LinkedFileTest, NotesThatAreNotOursChangeNothing) {
+TEST_F(LinkedFileTest, ForeignNotesChangeNothing) {
   const std::string old = TestProfile::readFile(path);
   const String temporary = profile.path("files/.tallymoor-abc.tmp");
   const String note = profile.path("files/.tallymoor-abc.for");
@@ -216,7 +216,7 @@ TEST_F(LinkedFileTest, NotesThatAreNotOursChangeNothing) {
   EXPECT_EQ(filesInFolder(), 1);
 }
 
-TEST_F(LinkedFileTest, ACopyOfAFileIsNeverTheFileItself) {
+TEST_F(LinkedFileTest, ACopyIsNeverAHardLinkToItsSource) {
   const std::string old = TestProfile::readFile(path);
   const String backup = profile.path("files/Portfolios.xml.bak");
   std::filesystem::create_hard_link(path.toUTF8(), backup.toUTF8());

@@ -37,7 +37,7 @@ protected:
   TestProfile profile;
 };
 
-TEST_F(LinuxPlatformTest, TheFirstRunMakesTheFolders) {
+TEST_F(LinuxPlatformTest, TheFirstRunCreatesTheFolders) {
   const auto platform = platformAt(profile.folder() + "/deep/share");
   EXPECT_EQ(platform->userHomeDirectory(APP_NAME), profile.path("deep/share/Brindlecove/Tallymoor"));
   for (const char* folder : {"", "/Config", "/Cache", "/Data", "/Report"})
@@ -48,7 +48,7 @@ TEST_F(LinuxPlatformTest, TheFirstRunMakesTheFolders) {
   EXPECT_EQ(reportDirectory(*platform, APP_NAME), profile.path("deep/share/Brindlecove/Tallymoor/Report/"));
 }
 
-TEST_F(LinuxPlatformTest, AFolderThatTheUserDeletedIsMadeAgain) {
+TEST_F(LinuxPlatformTest, ADeletedFolderIsCreatedAgain) {
   const auto platform = platformAt(profile.folder() + "/share");
   platform->userHomeDirectory(APP_NAME);
   std::filesystem::remove(profile.folder() + "/share/Brindlecove/Tallymoor/Data");
@@ -58,7 +58,7 @@ TEST_F(LinuxPlatformTest, AFolderThatTheUserDeletedIsMadeAgain) {
   EXPECT_TRUE(isFolder("share/Brindlecove/Tallymoor/Config"));
 }
 
-TEST_F(LinuxPlatformTest, TheFoldersAreTheUsersAloneAndAChosenModeStays) {
+TEST_F(LinuxPlatformTest, FoldersArePrivateAndAChangedModeIsKept) {
   const NoUmask umask;
   const auto platform = platformAt(profile.folder() + "/deep/share");
   platform->userHomeDirectory(APP_NAME);
@@ -94,7 +94,7 @@ TEST_F(LinuxPlatformTest, FoldersThatCannotBeMadeAreNamed) {
                 unmadeFolder(profile.path("home/Brindlecove/Tallymoor"), u"Not a directory"));
 }
 
-TEST_F(LinuxPlatformTest, ADataFolderThatIsALinkToNowhereIsNoFirstRun) {
+TEST_F(LinuxPlatformTest, ADataFolderThatIsADanglingLinkIsNotAFirstRun) {
   const auto platform = platformAt(profile.folder() + "/share");
   const String data = dataDirectory(*platform, APP_NAME);
   std::filesystem::remove(data.toUTF8());
@@ -199,7 +199,7 @@ TEST_F(LinuxPlatformTest, Money) {
   EXPECT_EQ(platformIn("de_DE").parseAmount(u"1.234.567,50"), 1234567.5);
 }
 
-TEST_F(LinuxPlatformTest, TicksNeverGoBack) {
+TEST_F(LinuxPlatformTest, TicksNeverDecrease) {
   const std::uint32_t first = Platform::Instance().tickCount();
   const std::uint32_t second = Platform::Instance().tickCount();
   EXPECT_LT(second - first, 60000u); // Unsigned difference, correct across the wrap.
@@ -221,7 +221,7 @@ TEST_F(LinuxPlatformTest, FileVersions) {
             "3200");
 }
 
-TEST_F(LinuxPlatformTest, FilesWithoutAVersionAreTold) {
+TEST_F(LinuxPlatformTest, AFileWithoutAVersionThrows) {
   unsigned n = 0;
   const auto refusal = [&](const String& path) {
     return messageOf([&] { Platform::Instance().getFileVersion(path, n, n, n, n); });
@@ -279,17 +279,17 @@ TEST_F(OpenDocumentTest, AnExecutableDocumentIsOpenedAndNotRun) {
   EXPECT_EQ(told(), "1|" + document);
 }
 
-TEST_F(OpenDocumentTest, NothingThatLooksLikeAnOptionIsPassedOn) {
+TEST_F(OpenDocumentTest, TargetsThatLookLikeOptionsAreNotPassedOn) {
   EXPECT_FALSE(open(u"--version", program("opener")));
   EXPECT_FALSE(open(u"-", program("opener")));
   EXPECT_FALSE(open(u"", program("opener")));
 }
 
-TEST_F(OpenDocumentTest, TellsWhenThereIsNoOpener) {
+TEST_F(OpenDocumentTest, ReportsAMissingOpener) {
   EXPECT_FALSE(open(u"/a", profile.folder() + "/none"));
 }
 
-TEST_F(OpenDocumentTest, TheInstallerIsStartedItself) {
+TEST_F(OpenDocumentTest, TheInstallerIsStartedDirectly) {
   const std::string installer = program("UpdateInstaller.exe");
   ASSERT_TRUE(open(String(installer.c_str()), profile.folder() + "/none"));
   EXPECT_EQ(told(), "0|");

@@ -55,7 +55,7 @@ struct ReadRow {
   double amount;
 };
 
-TEST(MoneyFormatTest, ReadsWhatAPersonTypes) {
+TEST(MoneyFormatTest, ReadsTypedAmounts) {
   const ReadRow rows[] = {
       {"en_AU", u"1234.5", 1234.5},
       {"en_AU", u"$1,234.50", 1234.5},
@@ -94,14 +94,14 @@ TEST(MoneyFormatTest, ReadsItsOwnFormInEveryLocale) {
   }
 }
 
-TEST(MoneyFormatTest, AMinusSignBehindIsReadWhereTheLocaleWritesItSo) {
+TEST(MoneyFormatTest, ReadsATrailingMinusSignIfTheLocaleUsesIt) {
   const MoneyFormat money("fy_NL");
   EXPECT_EQ(money.format(-1234.5), u"\u20AC\u00A01.234,50-");
   EXPECT_EQ(money.read(u"\u20AC\u00A01.234,50-"), -1234.5);
   EXPECT_EQ(MoneyFormat("en_AU").read(u"1-2"), 1.0); // Not in other locales.
 }
 
-TEST(MoneyFormatTest, ServesManyThreads) {
+TEST(MoneyFormatTest, IsThreadSafe) {
   const MoneyFormat money("de_DE");
   std::vector<std::thread> threads;
   std::vector<int> wrong(4, 0);

@@ -18,7 +18,7 @@ protected:
   TestProfile profile;
 };
 
-TEST_F(PlatformTest, TheInstanceStaysUntilATestPutsAnotherInItsPlace) {
+TEST_F(PlatformTest, TheInstanceIsKeptUntilATestReplacesIt) {
   Platform& first = Platform::Instance();
   EXPECT_EQ(&first, &Platform::Instance());
   auto other = std::make_unique<LinuxPlatform>();
@@ -39,7 +39,7 @@ TEST_F(PlatformTest, MissingDefaultsAreCopied) {
   EXPECT_EQ(TestProfile::readFile(profile.reportFolder() + u"Tallymoor Report.xsl"), "style");
 }
 
-TEST_F(PlatformTest, ADocumentThatIsThereIsNeverTouched) {
+TEST_F(PlatformTest, AnExistingDocumentIsNeverChanged) {
   writeDefault("Config/CountryConfig.xml", "new");
   writeDefault("Config/Dangling.xml", "new");
   TestProfile::writeFile(profile.configFolder() + u"CountryConfig.xml", "the user's own");
@@ -54,7 +54,7 @@ TEST_F(PlatformTest, AnInstallationWithoutDefaultsIsNoFailure) {
   EXPECT_TRUE(std::filesystem::is_empty(profile.configFolder().toUTF8()));
 }
 
-TEST_F(PlatformTest, AReportFolderThatIsMissingIsMade) {
+TEST_F(PlatformTest, AMissingReportFolderIsCreated) {
   writeDefault("Report/Tallymoor Report.xsl", "style");
   std::filesystem::remove(profile.reportFolder().toUTF8());
   installMissingDefaults(Platform::Instance(), APP_NAME);
@@ -66,7 +66,7 @@ int failRename(const char*, const char*) {
   return -1;
 }
 
-TEST_F(PlatformTest, DefaultsThatCannotBeWrittenAreTold) {
+TEST_F(PlatformTest, AFailureToCopyDefaultsIsReported) {
   writeDefault("Config/CountryConfig.xml", "countries");
   FileOperations::current().rename = failRename;
   EXPECT_THROW(installMissingDefaults(Platform::Instance(), APP_NAME), Exception);

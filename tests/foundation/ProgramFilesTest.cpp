@@ -9,7 +9,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-TEST(ProgramFiles, StemsAreTheConstants) {
+TEST(ProgramFiles, StemsMatchTheConstants) {
   std::vector<std::string> constants;
   for (const String& name : {APP_EXE, UPDATE_INSTALLER, TOOLKIT_DLL, EXTENSIONS_DLL, XML_DLL})
     constants.push_back(name.toUTF8());
@@ -25,7 +25,7 @@ TEST(ProgramFiles, NamesBelongToTheirStems) {
   EXPECT_EQ("xerces-c", stemOfProgramFile("xerces-c_3.2.4.dll"));
 }
 
-TEST(ProgramFiles, NothingElseIsTheNameOfOne) {
+TEST(ProgramFiles, OtherNamesBelongToNoStem) {
   for (const char* name : {"", "..", "tallymoor.exe", "Tallymoor.exe.bak", "UpdateInstaller",
                            "UpdateInstaller2.exe", "FOXDLL", "FOXDLL.so", ".dll", "FOXDLL/1.dll",
                            "FOXDLL\\1.dll", "FOXDLL..dll", "FOXDLL 1.dll", "../FOXDLL.dll", "libFOXDLL.dll"})
@@ -42,7 +42,7 @@ TEST(ProgramFiles, FilesWithAStemAreFoundInAnyCaseWithoutFolders) {
   EXPECT_THAT(filesWithStem("nothing"), IsEmpty());
 }
 
-TEST(ProgramFiles, TheReasonOfAFailureIsLeftWholeOrNotAtAll) {
+TEST(ProgramFiles, TheReasonOfAFailureIsWrittenCompletelyOrNotAtAll) {
   const TestProfile profile;
   const InstalledFolder folder(profile);
   leaveInstallerFailure("a disk was full");
@@ -53,7 +53,7 @@ TEST(ProgramFiles, TheReasonOfAFailureIsLeftWholeOrNotAtAll) {
   EXPECT_FALSE(folder.exists(std::string(INSTALLER_FAILURE) + ".new"));
 }
 
-TEST(ProgramFiles, WhatCannotBeMovedUpIsTold) {
+TEST(ProgramFiles, AFailureToMoveUpdatesUpIsReported) {
   const TestProfile profile;
   const InstalledFolder folder(profile);
   EXPECT_TRUE(moveUpCompleteUpdates()) << "there are none";
@@ -78,7 +78,7 @@ TEST(ProgramFiles, OwnFolderIsOneThatNobodyElseCanWriteTo) {
   EXPECT_FALSE(isOwnFolder("."));
 }
 
-TEST(ProgramFiles, MarkerTellsOfAPackage) {
+TEST(ProgramFiles, AMarkerIdentifiesAPackage) {
   const TestProfile profile;
   const InstalledFolder folder(profile);
   EXPECT_FALSE(belongsToPackage());

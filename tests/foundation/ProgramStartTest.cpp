@@ -57,7 +57,7 @@ std::optional<std::uint64_t> blockedSignals(const std::filesystem::path& task) {
   return std::nullopt;
 }
 
-TEST_F(ProgramStartTest, WhoWaitsForTheProgramLeavesEndingSignalsToTheMainThread) {
+TEST_F(ProgramStartTest, TheWaitingThreadBlocksTerminationSignals) {
   const std::string pipe = pipePath();
   ASSERT_TRUE(startProgram(script("printf x > " + pipe + "\n"), {})); // Runs until the pipe is read.
   int waiting = 0;
@@ -73,7 +73,7 @@ TEST_F(ProgramStartTest, WhoWaitsForTheProgramLeavesEndingSignalsToTheMainThread
   EXPECT_EQ(readToEnd(pipe), "x");
 }
 
-TEST_F(ProgramStartTest, AProgramGetsASessionOfItsOwnAndNothingOfOurs) {
+TEST_F(ProgramStartTest, AProgramGetsANewSessionAndNoOpenFiles) {
   const std::string pipe = pipePath();
   constexpr int INHERITABLE = 50;
   ASSERT_EQ(::dup2(STDOUT_FILENO, INHERITABLE), INHERITABLE);
@@ -92,14 +92,14 @@ TEST_F(ProgramStartTest, AProgramGetsASessionOfItsOwnAndNothingOfOurs) {
   ::close(INHERITABLE);
 }
 
-TEST_F(ProgramStartTest, TellsWhenAProgramCannotBeStarted) {
+TEST_F(ProgramStartTest, ReportsAFailedStart) {
   EXPECT_FALSE(startProgram(profile.folder() + "/none", {}));
   EXPECT_FALSE(startProgram("no-such-program-anywhere", {}));
   TestProfile::writeFile(profile.path("plain"), "text");
   EXPECT_FALSE(startProgram(profile.folder() + "/plain", {}));
 }
 
-TEST_F(ProgramStartTest, TrustsOnlyWhatNobodyElseCanWrite) {
+TEST_F(ProgramStartTest, TrustsOnlyProgramsThatOthersCannotWriteTo) {
   const std::string program = script("exit 0\n");
   EXPECT_TRUE(isTrustedProgram(program));
   ASSERT_EQ(::chmod(program.c_str(), 0775), 0);

@@ -47,7 +47,7 @@ TEST_F(RunTimeSettingsTest, ReadsEveryKey) {
   EXPECT_EQ(trayFormat, u"no such portfolio"); // Kept unchanged.
 }
 
-TEST_F(RunTimeSettingsTest, AutomaticLimitsStartOffWhateverIsStored) {
+TEST_F(RunTimeSettingsTest, AutomaticLimitsAreAlwaysOffAtTheStart) {
   settings.writeUnsigned(u"Operation", u"AutoMinMaxPrices", 1);
   autoMinMaxPrices = true;
   readSettings();
@@ -69,7 +69,7 @@ TEST_F(RunTimeSettingsTest, ABackgroundPassHoldsTheMutexWhileTheFlagIsSet) {
   EXPECT_FALSE(bigMutex().heldByThisThread());
 }
 
-TEST_F(RunTimeSettingsTest, WhoeverHoldsTheMutexNeverSeesTheFlagOfAnother) {
+TEST_F(RunTimeSettingsTest, AThreadWithTheMutexNeverSeesTheFlagOfAnother) {
   std::thread pass([] {
     for (int i = 0; i < 500; ++i)
       const BackgroundPassScope scope;

@@ -48,7 +48,7 @@ TEST_F(SettingsTest, MissingEntriesGiveTheFallback) {
   EXPECT_FALSE(settings.hasEntry(u"S", u"K"));
 }
 
-TEST_F(SettingsTest, EverythingSurvivesANewStart) {
+TEST_F(SettingsTest, EverythingSurvivesARestart) {
   settings.writeString(u"Config", u"Country", u"Australia");
   settings.writeInt(u"Gui Settings", u"MinimizeWarn", -5);
   settings.writeUnsigned(u"Gui Settings", u"MainWidth", 4000000000u);
@@ -64,7 +64,7 @@ TEST_F(SettingsTest, EverythingSurvivesANewStart) {
   EXPECT_FALSE(settings.readBool(u"Watchlist A", u"DEF.AX", true));
 }
 
-TEST_F(SettingsTest, NamesThatTheFileWouldLoseSurvive) {
+TEST_F(SettingsTest, NamesNeedingEscapesSurvive) {
   const String names[] = {u"GC=F",    u"^AXJO",       u"#lead",     u"[lead", u"a]b", u";lead",
                           u"a#b",     u"a[b",         u"%3D",       u"50%",   u"%+1", u" edges ",
                           u"tab\tin", u"line\nbreak", u"caf\u00E9", u"=",     u"%25"};
@@ -85,7 +85,7 @@ TEST_F(SettingsTest, NamesThatTheFileWouldLoseSurvive) {
   EXPECT_EQ(settings.sections(u"Sec ").size(), std::size(names));
 }
 
-TEST_F(SettingsTest, ANameThatLeavesNoRoomForItsValueIsRefused) {
+TEST_F(SettingsTest, ATooLongNameIsRefused) {
   Settings& settings = Settings::Instance();
   const String longest(String::Base(350, u'L'));
   const String tooLong = longest + u"1";
@@ -106,7 +106,7 @@ TEST_F(SettingsTest, OrdinaryNamesStayAsTheyAre) {
   EXPECT_STREQ(registry->readStringEntry("Watchlists", "minvalue - ^AXJO", "none"), "2.5");
 }
 
-TEST_F(SettingsTest, EscapesStandInTheFile) {
+TEST_F(SettingsTest, EscapesAreWrittenToTheFile) {
   settings.writeBool(u"Watchlist A", u"GC=F", true);
   EXPECT_STREQ(registry->readStringEntry("Watchlist A", "GC%3DF", "none"), "true");
 }
@@ -141,7 +141,7 @@ TEST_F(SettingsTest, LongValuesSurviveAndShrink) {
   EXPECT_EQ(settings.readString(u"Operation", u"TrayFormat"), u"x");
 }
 
-TEST_F(SettingsTest, NumbersThatAreNoneGiveTheFallback) {
+TEST_F(SettingsTest, InvalidNumbersGiveTheFallback) {
   for (const char16_t* text : {u"", u"abc", u"nan", u"inf", u"99999999999999999999999", u"-"}) {
     settings.writeString(u"S", u"K", text);
     EXPECT_EQ(settings.readInt(u"S", u"K", 7), 7) << String(text).toUTF8();
@@ -234,7 +234,7 @@ TEST_F(SettingsTest, TheStoreInMemoryBeginsEmptyAndTouchesNoFile) {
   EXPECT_FALSE(settings.hasEntry(u"S", u"K"));
 }
 
-TEST_F(SettingsTest, TheFileLiesUnderVendorAndApplication) {
+TEST_F(SettingsTest, TheFileIsBelowVendorAndApplication) {
   settings.writeInt(u"S", u"K", 1);
   settings.commit();
   EXPECT_TRUE(TestProfile::fileExists(profile.path(".foxrc/Brindlecove/Tallymoor")));
@@ -263,7 +263,7 @@ TEST_F(SettingsTest, AFullDiskLeavesTheOldFileAndTheNextCommitWritesAll) {
   EXPECT_EQ(settings.readInt(u"S", u"New"), 2);
 }
 
-TEST_F(SettingsTest, FileAndFoldersAreTheUsersAlone) {
+TEST_F(SettingsTest, FileAndFoldersArePrivate) {
   const NoUmask umask;
   settings.writeInt(u"S", u"K", 1);
   settings.commit();

@@ -69,7 +69,7 @@ TEST(ShortDatePictureTest, OnlyTheExactFormParses) {
   }
 }
 
-TEST(ShortDatePictureTest, ImpossibleDaysReadBackAsOthers) {
+TEST(ShortDatePictureTest, ImpossibleDaysAreRefused) {
   Date date(1990, 1, 1);
   for (const char16_t* text :
        {u"31/02/2006", u"29/02/2023", u"00/03/2006", u"01/13/2006", u"01/00/2006", u"01/01/0000"})

@@ -55,7 +55,7 @@ TEST(StringTest, DecodesUTF8) {
     EXPECT_EQ(String(row.bytes), row.text) << row.bytes;
 }
 
-TEST(StringTest, BytesThatAreNoUTF8AreReadAsLatin1AsAWhole) {
+TEST(StringTest, InvalidUTF8IsReadAsLatin1) {
   const DecodeRow rows[] = {
       {"a\xE9z", u"a\u00E9z"},                                     // A Latin-1 letter in the middle.
       {"caf\xE9", u"caf\u00E9"},                                   // At the end, where ICU would just stop.
@@ -275,7 +275,7 @@ TEST(StringTest, TheLargestValueFits) {
   EXPECT_EQ(String::fromDouble(std::numeric_limits<double>::denorm_min(), 2), u"0.00");
 }
 
-TEST(StringTest, EveryTieGoesAwayFromZeroOnBothSides) {
+TEST(StringTest, EveryTieRoundsAwayFromZero) {
   for (int i = 0; i < 2000; ++i) {
     const double tie = i + 0.5;
     EXPECT_EQ(String::fromDouble(tie, 0), String::fromLong(i + 1));
@@ -340,7 +340,7 @@ TEST(StringTest, RemovesCommasInPlace) {
   EXPECT_EQ(text, u"123");
 }
 
-TEST(StringTest, CaseMappingIsThatOfNoLocale) {
+TEST(StringTest, CaseMappingIsIndependentOfTheLocale) {
   EXPECT_EQ(String(u"DIV").toLower(), u"div");
   EXPECT_EQ(String(u"div.ax").toUpper(), u"DIV.AX");
   EXPECT_EQ(String(u"\u00C4\u0416\u0391").toLower(), u"\u00E4\u0436\u03B1");

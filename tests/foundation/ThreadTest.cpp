@@ -149,7 +149,7 @@ TEST(ThreadTest, StopBeforeTheFirstPassEndsItWithNone) {
   EXPECT_EQ(thread.passes(), 0);
 }
 
-TEST(ThreadTest, AWakeCutsTheStartDelayShort) {
+TEST(ThreadTest, AWakeUpEndsTheStartDelay) {
   CountingThread thread(NEVER, NEVER);
   thread.start();
   thread.wakeUp();
@@ -159,7 +159,7 @@ TEST(ThreadTest, AWakeCutsTheStartDelayShort) {
   EXPECT_EQ(thread.passes(), 1) << "one wake, one pass";
 }
 
-TEST(ThreadTest, AStopRightBehindTheStartIsNeverLost) {
+TEST(ThreadTest, AStopRightAfterTheStartIsNeverLost) {
   for (int i = 0; i < 200; ++i) {
     CountingThread thread(NEVER, NEVER);
     thread.start();
@@ -177,7 +177,7 @@ TEST(ThreadTest, PeriodZeroMakesOnePass) {
   EXPECT_FALSE(thread.isRunning());
 }
 
-TEST(ThreadTest, WakeUpStartsAFinishedThreadAnew) {
+TEST(ThreadTest, WakeUpRestartsAFinishedThread) {
   CountingThread thread(0);
   thread.start();
   thread.join();
@@ -246,7 +246,7 @@ TEST(ThreadTest, StartOnAStoppingThreadStartsAgainAfterTheEnd) {
   EXPECT_FALSE(thread.stopRequested());
 }
 
-TEST(ThreadTest, AStopAfterThatStartHolds) {
+TEST(ThreadTest, AStopAfterThatStartTakesEffect) {
   ThreadInItsFirstPass thread(NEVER);
   thread.stop();
   thread.start();
@@ -280,7 +280,7 @@ TEST(ThreadTest, StopIsIdempotentAndTheThreadCanStartAgain) {
   EXPECT_EQ(thread.passes(), 3);
 }
 
-TEST(ThreadTest, AShorterPeriodCountsForTheWaitUnderWay) {
+TEST(ThreadTest, AShorterPeriodAppliesToTheCurrentWait) {
   CountingThread thread(NEVER);
   thread.start();
   thread.waitForPasses(1);
@@ -296,7 +296,7 @@ TEST(ThreadTest, DeletesItselfWhenAskedTo) {
   dead.wait();
 }
 
-TEST(ThreadTest, MayBeDrivenFromManyThreads) {
+TEST(ThreadTest, CanBeControlledFromManyThreads) {
   CountingThread thread(1);
   const auto drive = [&] {
     for (int i = 0; i < 200; ++i) {

@@ -113,7 +113,7 @@ TEST_F(TypedDateTest, TheLastOfFebruary) {
   EXPECT_EQ(Date(2000, 2, 29), typedIn("en_AU", u"29/2/2000"));
 }
 
-TEST_F(TypedDateTest, WhatIsNoDayIsRefused) {
+TEST_F(TypedDateTest, InvalidDaysAreRefused) {
   for (const char16_t* text : {u"",
                                u" ",
                                u"x",
@@ -157,7 +157,7 @@ TEST_F(TypedDateTest, WhatIsNoDayIsRefused) {
   EXPECT_EQ(std::nullopt, typedIn("en_AU", String(String::Base(5000, u'1')).c_str()));
 }
 
-TEST_F(TypedDateTest, TheUsersOwnPictureSaysTheOrder) {
+TEST_F(TypedDateTest, TheUsersPictureDeterminesTheOrder) {
   LinuxPlatformOptions options;
   options.locale = "en_AU";
   options.datePicture = "MM/dd/yy";
@@ -167,7 +167,7 @@ TEST_F(TypedDateTest, TheUsersOwnPictureSaysTheOrder) {
   EXPECT_EQ(NOVEMBER, date);
 }
 
-TEST_F(TypedDateTest, WhateverTheShortFormWritesIsRead) {
+TEST_F(TypedDateTest, EveryShortFormIsRead) {
   for (const char* locale : {"en_AU", "en_US", "en_CA", "de_DE", "fr_FR", "bg_BG", "ko_KR", "hr_HR", "hu_HU",
                              "lv_LV", "fa_IR", "th_TH", "zh_CN", "nl_NL"}) {
     LinuxPlatformOptions options;

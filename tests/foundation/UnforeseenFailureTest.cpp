@@ -22,7 +22,7 @@ String descriptionOf(const std::function<void()>& work) {
   return u"nothing was thrown";
 }
 
-TEST(UnforeseenFailureTest, WhatOtherLibrariesThrowIsPutIntoWords) {
+TEST(UnforeseenFailureTest, ExceptionsOfOtherLibrariesAreDescribed) {
   EXPECT_EQ(descriptionOf([] { throw std::bad_alloc(); }),
             String(u"Unforeseen failure : there is not enough memory.") + ADVICE);
   EXPECT_EQ(descriptionOf([] { throw std::out_of_range("no such row"); }),
@@ -33,7 +33,7 @@ TEST(UnforeseenFailureTest, WhatOtherLibrariesThrowIsPutIntoWords) {
   EXPECT_NE(missing.find(u"No such file"), String::npos) << missing.toUTF8();
 }
 
-TEST(UnforeseenFailureTest, TheProgramsOwnExceptionsPassAsTheyAre) {
+TEST(UnforeseenFailureTest, TheProgramsOwnExceptionsPassUnchanged) {
   EXPECT_EQ(descriptionOf([] { throw HTTPException(u"no network", 404); }), u"HTTPException : no network");
   EXPECT_EQ(descriptionOf([] {}), u"nothing was thrown");
 }

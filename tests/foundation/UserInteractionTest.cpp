@@ -10,12 +10,12 @@ namespace {
 
 using Kind = FakeUserInteraction::Kind;
 
-TEST(UserInteractionTest, WithoutAWindowItSaysSo) {
+TEST(UserInteractionTest, WithoutAWindowInstanceThrows) {
   EXPECT_FALSE(UserInteraction::exists());
   EXPECT_EQ(messageOf([] { UserInteraction::Instance(); }), u"MainWindow::Instance - no MainWindow yet!");
 }
 
-TEST(UserInteractionTest, TheInstanceIsWhatWasSet) {
+TEST(UserInteractionTest, TheInstanceIsTheOneSet) {
   {
     FakeUserInteraction user;
     EXPECT_TRUE(UserInteraction::exists());
@@ -44,7 +44,7 @@ TEST(UserInteractionTest, WaitCursorEndsEarlyOnce) {
   EXPECT_EQ(user.calls(Kind::EndWait).size(), 1u);
 }
 
-TEST(UserInteractionTest, WaitCursorStaysAwayWhereItIsNotWanted) {
+TEST(UserInteractionTest, WaitCursorIsNotShownIfUnwanted) {
   { const WaitCursor wait; } // Without a window.
   FakeUserInteraction user;
   { const WaitCursor wait(false); }

@@ -15,7 +15,7 @@ bool hasReader() {
   return std::unique_ptr<xercesc::SAX2XMLReader>(xercesc::XMLReaderFactory::createXMLReader()) != nullptr;
 }
 
-TEST(XmlLibraryTest, IsMadeReadyFromAnyThreadAtOnce) {
+TEST(XmlLibraryTest, CanBeInitialisedByAnyThread) {
   terminateXmlLibrary();
   std::vector<std::thread> threads;
   std::array<bool, 4> isReady{};
@@ -29,7 +29,7 @@ TEST(XmlLibraryTest, IsMadeReadyFromAnyThreadAtOnce) {
   EXPECT_EQ(isReady, (std::array{true, true, true, true}));
 }
 
-TEST(XmlLibraryTest, EndsAndComesBack) {
+TEST(XmlLibraryTest, CanBeTerminatedAndInitialisedAgain) {
   ensureXmlLibrary();
   EXPECT_TRUE(hasReader());
   terminateXmlLibrary();

@@ -82,7 +82,7 @@ bool isRight(const DayStatements& statements, const ShareValue& value) {
          (value.volume == 0 || isStated(statements, "Volume", value.volume));
 }
 
-TEST_F(CountedMutatedPages, OfPastPricesGiveTheRightOnesOrNone) {
+TEST_F(CountedMutatedPages, PagesOfPastPricesGiveRightPricesOrNone) {
   unsigned failed = 0, read = 0, right = 0, wrong = 0;
   for (unsigned seed = 1; seed <= PAGES; ++seed) {
     const MutatedHistoryPage page(seed);
@@ -104,7 +104,7 @@ TEST_F(CountedMutatedPages, OfPastPricesGiveTheRightOnesOrNone) {
       PAGES, read, failed, right, wrong);
 }
 
-TEST_F(CountedMutatedPages, OfAPriceGiveTheRightOneOrNone) {
+TEST_F(CountedMutatedPages, PagesOfACurrentPriceGiveTheRightPriceOrNone) {
   unsigned failed = 0, right = 0, wrong = 0;
   for (unsigned seed = 1; seed <= PAGES; ++seed) {
     const MutatedQuotePage page(seed);

@@ -214,7 +214,7 @@ TEST_F(CurlHTTPClientTest, SpeaksHttpAndHttpsOnly) {
               words(u"connect - InternetConnect failed : ", CURLE_UNSUPPORTED_PROTOCOL));
 }
 
-TEST_F(CurlHTTPClientTest, TalksTlsToHttpsServersAndOffersHttp11Alone) {
+TEST_F(CurlHTTPClientTest, UsesTlsForHttpsAndOnlyHttp11) {
   std::string greeting;
   LoopbackPeer peer([&greeting](LoopbackPeer::Connection& connection) {
     greeting = connection.read(5);
@@ -244,20 +244,20 @@ TEST_F(CurlHTTPClientTest, HttpsWithoutAPortGoesToPort443) {
   }
 }
 
-TEST_F(CurlHTTPClientTest, ARefusedConnectionAndAnUnknownHostTakeTheSendWords) {
+TEST_F(CurlHTTPClientTest, ARefusedConnectionAndAnUnknownHostGiveTheSendError) {
   m_server.stop();
   const HTTPException refused = failureOf([&] { m_client.getPage(url("/")); });
   EXPECT_EQ(refused.message(), words(SEND, CURLE_COULDNT_CONNECT));
   EXPECT_EQ(refused.code(), 0u);
 }
 
-TEST_F(CurlHTTPClientTest, AServerThatHangsUpTakesTheSendWords) {
+TEST_F(CurlHTTPClientTest, AServerThatHangsUpGivesTheSendError) {
   LoopbackPeer peer([](LoopbackPeer::Connection& connection) { connection.readHead(); });
   EXPECT_EQ(failureOf([&] { m_client.getPage(URL(peer.address())); }).message(),
             words(SEND, CURLE_GOT_NOTHING));
 }
 
-TEST_F(CurlHTTPClientTest, ABrokenBodyTakesTheReadWords) {
+TEST_F(CurlHTTPClientTest, ABrokenBodyGivesTheReadError) {
   Response half{200, "0123456789"};
   half.closeAfter = 4;
   m_server.route("/half", half);
@@ -295,7 +295,7 @@ String failureByTimeOut(CurlHTTPClient& client, const URL& url) {
   return failure.get();
 }
 
-TEST_F(CurlHTTPClientTest, GivesUpOnASilentServer) {
+TEST_F(CurlHTTPClientTest, TimesOutOnASilentServer) {
   CurlHTTPClient client(60000, 1000, 60000);
   client.goOnline();
   m_server.route("/", {200, "x"});
@@ -334,14 +334,14 @@ private:
   int m_port = 0;
 };
 
-TEST_F(CurlHTTPClientTest, GivesUpOnAServerThatTakesNoConnection) {
+TEST_F(CurlHTTPClientTest, TimesOutWithoutAConnection) {
   const FullPort port;
   CurlHTTPClient client(200, 60000, 60000);
   client.goOnline();
   EXPECT_EQ(failureByTimeOut(client, URL(port.address())), words(SEND, CURLE_OPERATION_TIMEDOUT));
 }
 
-TEST_F(CurlHTTPClientTest, APageThatComesByteByByteCanBeStopped) {
+TEST_F(CurlHTTPClientTest, AnEndlessPageCanBeStopped) {
   std::stop_source stop;
   LoopbackPeer peer([&stop](LoopbackPeer::Connection& connection) {
     connection.readHead();
@@ -354,7 +354,7 @@ TEST_F(CurlHTTPClientTest, APageThatComesByteByByteCanBeStopped) {
             words(SEND, CURLE_ABORTED_BY_CALLBACK));
 }
 
-TEST_F(CurlHTTPClientTest, GivesUpOnAServerThatNeverComesToAnEnd) {
+TEST_F(CurlHTTPClientTest, TimesOutOnAnEndlessResponse) {
   LoopbackPeer peer([](LoopbackPeer::Connection& connection) {
     connection.readHead();
     connection.write("HTTP/1.1 200 OK\r\nConnection: close\r\n\r\n");

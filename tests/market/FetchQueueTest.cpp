@@ -37,7 +37,7 @@ protected:
   std::vector<int> m_applied;
 };
 
-TEST_F(FetchQueueTest, SeveralFetchesAreUnderWayAtOnceAndNoMore) {
+TEST_F(FetchQueueTest, LimitsTheNumberOfParallelFetches) {
   FetchQueue queue(3);
   for (int i = 1; i <= 5; ++i)
     queue.add(numbered(100));
@@ -51,7 +51,7 @@ TEST_F(FetchQueueTest, SeveralFetchesAreUnderWayAtOnceAndNoMore) {
   EXPECT_TRUE(queue.isEmpty());
 }
 
-TEST_F(FetchQueueTest, ResultsComeInTheOrderOfTheQueueWhicheverIsThereFirst) {
+TEST_F(FetchQueueTest, ResultsAreInTheOrderOfTheQueue) {
   FetchQueue queue(2);
   queue.add(numbered(2)); // Waits longer than the next one.
   queue.add(numbered(1));
@@ -76,7 +76,7 @@ TEST_F(FetchQueueTest, AResultMayAddFetches) {
   EXPECT_THAT(m_applied, ElementsAre(2, 3));
 }
 
-TEST_F(FetchQueueTest, AStopEndsWhatIsUnderWayAndDropsTheRest) {
+TEST_F(FetchQueueTest, AStopAbortsRunningFetchesAndDropsTheRest) {
   FetchQueue queue(2);
   for (int i = 1; i <= 5; ++i)
     queue.add(numbered(i));
@@ -88,7 +88,7 @@ TEST_F(FetchQueueTest, AStopEndsWhatIsUnderWayAndDropsTheRest) {
   EXPECT_THAT(m_applied, ElementsAre(-1, -1));
 }
 
-TEST_F(FetchQueueTest, TheEndOfTheQueueEndsWhatIsUnderWay) {
+TEST_F(FetchQueueTest, DestroyingTheQueueAbortsRunningFetches) {
   {
     FetchQueue queue;
     queue.add(numbered(1));
@@ -98,7 +98,7 @@ TEST_F(FetchQueueTest, TheEndOfTheQueueEndsWhatIsUnderWay) {
   EXPECT_TRUE(m_applied.empty());
 }
 
-TEST_F(FetchQueueTest, WhatAFetchThrowsComesOutWhereItsResultWould) {
+TEST_F(FetchQueueTest, AnExceptionOfAFetchIsThrownInPlaceOfItsResult) {
   FetchQueue queue;
   queue.add([](const std::stop_token&) -> FetchQueue::Apply { throw HTTPException(u"no network"); });
   EXPECT_THROW(queue.applyNext(LONG), HTTPException);

@@ -62,7 +62,7 @@ TEST_F(HistoryRangeTest, TakesTheViewDateForToday) {
   expectRange(HistoryRange::around(Date(2006, 3, 15), true, 5), Date(2006, 3, 13), Date(2006, 3, 15));
 }
 
-TEST_F(HistoryRangeTest, BoundsWhatADocumentMaySay) {
+TEST_F(HistoryRangeTest, ClampsTheValueOfTheDocument) {
   expectRange(HistoryRange::around(Date(2006, 6, 30), true, -50), Date(2006, 6, 30), Date(2006, 6, 30));
   const HistoryRange century = HistoryRange::around(Date(2006, 6, 30), true, 2000000000);
   EXPECT_EQ(century.start.year(), 1906);

@@ -59,13 +59,13 @@ TEST_F(HistoryTableTest, ReadsDaysAsPagesWriteThem) {
     EXPECT_EQ(readDate(text).day, Date(2006, 3, 3)) << text;
 }
 
-TEST_F(HistoryTableTest, RefusesDaysThatAreNone) {
+TEST_F(HistoryTableTest, RefusesInvalidDays) {
   for (const char* const text :
        {"31-Feb-06", "0-Mar-06", "33-Mar-06", "3-Mar-6", "3-Mar-0", "3-Mar-", "3-Mar-06x", "x3-Mar-06"})
     EXPECT_EQ(messageOf([&] { readDate(text); }), u"TallymoorInternet - no day: " + String(text));
 }
 
-TEST_F(HistoryTableTest, ACloseWithoutDigitsIsNone) {
+TEST_F(HistoryTableTest, ACloseWithoutDigitsIsMissing) {
   for (const char* const text : {"", "&nbsp;", "&#160;", "-", "N/A"})
     EXPECT_EQ(readClose(text).reading, HistoryTable::Reading::NoClose) << text;
 }

@@ -77,7 +77,7 @@ TEST_F(HttpsTest, NoRedirectionLeadsFromHttpsToHttp) {
   EXPECT_EQ(plainRequests(), 0u);
 }
 
-TEST_F(HttpsTest, NotEvenWhereTheWayBeganWithHttp) {
+TEST_F(HttpsTest, NoRedirectionLeadsBackToHttpAfterHttps) {
   EXPECT_EQ(fetch(plain("/to-https-and-back")), CURLE_UNSUPPORTED_PROTOCOL);
   EXPECT_EQ(m_body, "");
   EXPECT_EQ(plainRequests(), 1u) << "the first, and not the page";

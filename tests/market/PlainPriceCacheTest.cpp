@@ -58,7 +58,7 @@ protected:
   const String m_path = m_profile.configFolder() + u"cache.xml";
 };
 
-TEST_F(PlainPriceCacheTest, ReadsWhatTheProgramWritesAsTheElementsDo) {
+TEST_F(PlainPriceCacheTest, ReadsTheProgramsFilesLikeTheElementReader) {
   for (const CachedShare& share : {manyRows(), CachedShare()}) {
     const std::string document = written(share);
     const auto plain = readPlainPriceCache(document);
@@ -69,7 +69,7 @@ TEST_F(PlainPriceCacheTest, ReadsWhatTheProgramWritesAsTheElementsDo) {
   }
 }
 
-TEST_F(PlainPriceCacheTest, LeavesEveryOtherFormToTheElements) {
+TEST_F(PlainPriceCacheTest, LeavesEveryOtherFormToTheElementReader) {
   const auto document = [](const std::string& root) { return HEAD + root + "</ShareValues>"; };
   const std::string good = "<ShareValues><String>ABC</String>" + ROW;
   ASSERT_TRUE(readPlainPriceCache(document(good)));
@@ -101,7 +101,7 @@ TEST_F(PlainPriceCacheTest, LeavesEveryOtherFormToTheElements) {
     EXPECT_FALSE(readPlainPriceCache(other)) << other;
 }
 
-TEST_F(PlainPriceCacheTest, NoChangedByteMakesItReadAnotherThing) {
+TEST_F(PlainPriceCacheTest, AChangedByteNeverGivesADifferentResult) {
   CachedShare share;
   share.values[Date(2006, 11, 30)] = {12.345678, 13.0, 12.0, 1234, PriceOrigin::Typed};
   const std::string document = written(share);
@@ -118,7 +118,7 @@ TEST_F(PlainPriceCacheTest, NoChangedByteMakesItReadAnotherThing) {
   EXPECT_GT(accepted, 100u);
 }
 
-TEST_F(PlainPriceCacheTest, ADocumentBeyondTheLimitsIsLeftToTheElementsToo) {
+TEST_F(PlainPriceCacheTest, LeavesADocumentBeyondTheLimitsToTheElementReader) {
   std::string rows;
   for (int i = 0; i < 65000; ++i)
     rows += ROW;
