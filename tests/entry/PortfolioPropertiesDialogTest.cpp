@@ -143,7 +143,7 @@ TEST_F(PortfolioPropertiesDialogTest, SearchAsksForAnIndexOfAllCountriesAndTakes
   EXPECT_THAT(m_market.server().requests()[0].target, testing::EndsWith("code=small&country=ALL&kind=I"));
 }
 
-TEST_F(PortfolioPropertiesDialogTest, ACancelledSearchKeepsTheTypedCode) {
+TEST_F(PortfolioPropertiesDialogTest, ASearchWithoutAResultKeepsTheTypedCode) {
   run([this](FXWindow& form) {
     type(field(form, "Comparison Index"), "unheard of");
     chooseFromList(form, "continue on to a search...", [this] {

@@ -28,7 +28,7 @@ protected:
 
 // --- Codes and prices
 
-TEST_F(PriceUpdaterTest, ACodeBeginsWithoutAPriceAndKeepsTheOneItHas) {
+TEST_F(PriceUpdaterTest, ANewCodeHasNoPriceAndAKnownCodeKeepsIts) {
   updater().addCode(m_code);
   EXPECT_TRUE(updater().hasCode(m_code));
   EXPECT_DOUBLE_EQ(updater().getCurrentPrice(m_code), 0.0);
@@ -46,7 +46,7 @@ TEST_F(PriceUpdaterTest, AnUnknownCodeHasNoPrice) {
   EXPECT_FALSE(updater().hasCode(m_code));
 }
 
-TEST_F(PriceUpdaterTest, ADelistedCodeIsNotTaken) {
+TEST_F(PriceUpdaterTest, ADelistedCodeIsNotAdded) {
   gateway().markBadCode(m_code);
   updater().addCode(m_code);
   EXPECT_FALSE(updater().hasCode(m_code));
@@ -68,7 +68,7 @@ TEST_F(PriceUpdaterTest, TheLatestPriceIsTodaysCloseWhereThereIsNoCurrentOne) {
   EXPECT_DOUBLE_EQ(updater().getLatestPrice(m_code), 5.0);
 }
 
-TEST_F(PriceUpdaterTest, APriceThatShowsAsZeroIsNone) {
+TEST_F(PriceUpdaterTest, APriceThatRoundsToZeroIsIgnored) {
   m_market.setHistory(m_code, Date(2006, 11, 1), m_today, 0.0);
   EXPECT_EQ(failureOf<Exception>([&] { updater().getLatestPrice(m_code); }),
             String(u"PriceUpdater::getLatestPrice - could not get price for ABC.AX"));
@@ -76,7 +76,7 @@ TEST_F(PriceUpdaterTest, APriceThatShowsAsZeroIsNone) {
 
 // --- A pass
 
-TEST_F(PriceUpdaterTest, APassFetchesAllCodesInOrderAndTellsTheObservers) {
+TEST_F(PriceUpdaterTest, APassFetchesAllCodesInOrderAndNotifiesTheObservers) {
   watch(u"BBB", 2.0);
   watch(u"AAA", 1.0);
   RecordingObserver observer;
@@ -102,14 +102,14 @@ TEST_F(PriceUpdaterTest, ANameThatNobodyKnowsIsAskedForOnceARun) {
   EXPECT_EQ(m_market.requested(Page::Search).size(), 3u) << "the one without a name";
 }
 
-TEST_F(PriceUpdaterTest, APassWithoutCodesTellsOfItsEnd) {
+TEST_F(PriceUpdaterTest, APassWithoutCodesNotifiesOfItsEnd) {
   RecordingObserver observer;
   runPass();
   EXPECT_EQ(observer.heard(), std::vector<String>{u"finished"});
   EXPECT_TRUE(statuses().empty());
 }
 
-TEST_F(PriceUpdaterTest, TheCacheAndRecordsHearOfAPriceBeforeTheViews) {
+TEST_F(PriceUpdaterTest, TheCacheAndRecordsAreNotifiedBeforeTheViews) {
   watch(m_code, 1.5);
   std::vector<String> heard;
   RecordingObserver view(PriceUpdater::Rank::Views, &heard, u"view ");
@@ -140,7 +140,7 @@ TEST_F(PriceUpdaterTest, ObserversAreCalledUnderTheBigMutexInABackgroundPass) {
   EXPECT_FALSE(bigMutex().heldByThisThread());
 }
 
-TEST_F(PriceUpdaterTest, AnObserverThatWasTakenAwayBetweenStepsIsNotCalled) {
+TEST_F(PriceUpdaterTest, AnObserverRemovedDuringAPassIsNotCalled) {
   watch(m_code, 1.5);
   watch(u"DEF.AX", 2.5);
   RecordingObserver first(PriceUpdater::Rank::Records);
@@ -154,7 +154,7 @@ TEST_F(PriceUpdaterTest, AnObserverThatWasTakenAwayBetweenStepsIsNotCalled) {
   EXPECT_TRUE(other.heard().empty());
 }
 
-TEST_F(PriceUpdaterTest, AnObserverThatJoinsDuringAPassWaitsForTheNext) {
+TEST_F(PriceUpdaterTest, AnObserverAddedDuringAPassIsNotifiedInTheNext) {
   watch(m_code, 1.5);
   RecordingObserver first;
   RecordingObserver late;
@@ -174,7 +174,7 @@ TEST_F(PriceUpdaterTest, AnObserverIsAddedOnce) {
   EXPECT_EQ(observer.heard(), std::vector<String>{u"finished"});
 }
 
-TEST_F(PriceUpdaterTest, ACodeThatIsAddedDuringAPassWaitsForTheNext) {
+TEST_F(PriceUpdaterTest, ACodeAddedDuringAPassIsFetchedInTheNext) {
   watch(m_code, 1.5);
   RecordingObserver observer;
   observer.onPrice = [this](const String&) { watch(u"DEF.AX", 2.5); };
@@ -194,7 +194,7 @@ TEST_F(PriceUpdaterTest, ACodeThatIsRemovedDuringAPassIsFetchedAndItsPriceDroppe
   EXPECT_FALSE(updater().hasCode(u"DEF.AX"));
 }
 
-TEST_F(PriceUpdaterTest, APriceOfZeroIsNeitherStoredNorTold) {
+TEST_F(PriceUpdaterTest, APriceOfZeroIsNeitherStoredNorReported) {
   watch(m_code, 0.00001);
   updater().setCurrentPrice(m_code, 3.0);
   RecordingObserver observer;
@@ -204,7 +204,7 @@ TEST_F(PriceUpdaterTest, APriceOfZeroIsNeitherStoredNorTold) {
   EXPECT_FALSE(gateway().hasCachedPrice(m_code, m_today));
 }
 
-TEST_F(PriceUpdaterTest, ACodeMarkedAsDelistedLaterStaysOnViewButOutOfTheCache) {
+TEST_F(PriceUpdaterTest, ACodeMarkedAsDelistedLaterIsShownButNotCached) {
   watch(m_code, 1.5);
   gateway().markBadCode(m_code);
   RecordingObserver observer;
@@ -216,7 +216,7 @@ TEST_F(PriceUpdaterTest, ACodeMarkedAsDelistedLaterStaysOnViewButOutOfTheCache) 
 
 // --- Failures
 
-TEST_F(PriceUpdaterTest, AFailureOfOneCodeLeavesTheOthersAndShowsInTheStatusLine) {
+TEST_F(PriceUpdaterTest, AFailedCodeDoesNotAffectTheOthersAndShowsInTheStatusLine) {
   watch(u"AAA", 1.0);
   updater().addCode(u"BBB");
   watch(u"CCC", 3.0);
@@ -244,7 +244,7 @@ TEST_F(PriceUpdaterTest, TheStatusLineNamesTheFirstFailureAndCountsTheOthers) {
                                       u"status: Not Found (and 2 more)"));
 }
 
-TEST_F(PriceUpdaterTest, AQuoteWithoutANumberIsPassedOverLikeAPriceOfZero) {
+TEST_F(PriceUpdaterTest, AQuoteWithoutANumberIsIgnoredLikeAPriceOfZero) {
   for (const char* const text : {"N/A", "-", ""}) {
     m_market.answerWith(Page::Quote, std::string("<html><div id=\"price\">") + text + "</div></html>");
     updater().addCode(m_code);
@@ -270,7 +270,7 @@ TEST_F(PriceUpdaterTest, GoingOfflineDuringAPassEndsItAtTheNextFetch) {
                    u"internet offline."));
 }
 
-TEST_F(PriceUpdaterTest, AFailureOfAnObserverIsOneOfTheCode) {
+TEST_F(PriceUpdaterTest, AFailureOfAnObserverCountsAsOneOfTheCode) {
   watch(m_code, 1.5);
   watch(u"DEF.AX", 2.5);
   RecordingObserver observer;
@@ -291,7 +291,7 @@ TEST_F(PriceUpdaterTest, AFailureOfAnObserverIsOneOfTheCode) {
 
 // --- Recent closes
 
-TEST_F(PriceUpdaterTest, RecentClosesAreRefreshedWhenTheTimeHasCome) {
+TEST_F(PriceUpdaterTest, RecentClosesAreRefreshedAfterTheirPeriod) {
   watch(m_code, 1.5);
   m_market.setHistory(m_code, Date(2006, 11, 1), m_today, 1.5);
   runPass();
@@ -336,7 +336,7 @@ TEST_F(PriceUpdaterTest, TheHoursBetweenChecksAreASetting) {
   EXPECT_EQ(m_market.requested(Page::History).size(), 2u);
 }
 
-TEST_F(PriceUpdaterTest, ChangedClosesAreToldTheLatestFirst) {
+TEST_F(PriceUpdaterTest, ChangedClosesAreReportedLatestFirst) {
   m_market.setHistory(m_code, Date(2006, 11, 1), Date(2006, 11, 14), 1.5);
   gateway().historicalPrice(m_code, m_today, true);
   watch(m_code, 1.75);
@@ -376,7 +376,7 @@ TEST_F(PriceUpdaterTest, ARefreshedCloseOfZeroIsNoPrice) {
   EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, Date(2006, 11, 13), 0), 1.5);
 }
 
-TEST_F(PriceUpdaterTest, AnUnknownDayWithACloseOfZeroIsNotTold) {
+TEST_F(PriceUpdaterTest, AnUnknownDayWithACloseOfZeroIsNotReported) {
   m_market.setHistory(m_code, Date(2006, 11, 13), m_today, 0.0);
   watch(m_code, 1.5);
   RecordingObserver observer;
@@ -385,7 +385,7 @@ TEST_F(PriceUpdaterTest, AnUnknownDayWithACloseOfZeroIsNotTold) {
   EXPECT_EQ(observer.heard(), (std::vector<String>{u"price ABC.AX 1.5000", u"finished"}));
 }
 
-TEST_F(PriceUpdaterTest, DelistedCodesAreLeftOutOfTheCheck) {
+TEST_F(PriceUpdaterTest, DelistedCodesAreNotChecked) {
   watch(m_code, 1.5);
   watch(u"DEF.AX", 2.5);
   m_market.setHistory(u"DEF.AX", Date(2006, 11, 1), m_today, 2.5);
@@ -412,7 +412,7 @@ TEST_F(PriceUpdaterTest, AFailedCheckAsksNothingAndLeavesTheOtherCodes) {
 
 // --- Settings
 
-TEST_F(PriceUpdaterTest, APassTakesOverThePeriodOfTheSettings) {
+TEST_F(PriceUpdaterTest, APassAppliesThePeriodOfTheSettings) {
   watch(m_code, 1.5);
   EXPECT_EQ(updater().period(), 10u * 60000);
   currentPriceUpdateMins = 3;
@@ -425,7 +425,7 @@ TEST_F(PriceUpdaterTest, APassTakesOverThePeriodOfTheSettings) {
   EXPECT_EQ(updater().period(), 4u * 60000);
 }
 
-TEST_F(PriceUpdaterTest, ThePeriodIsASettingWithinReason) {
+TEST_F(PriceUpdaterTest, ThePeriodOfTheSettingsIsLimited) {
   EXPECT_EQ(PriceUpdater::passPeriod(), 10u * 60000);
   currentPriceUpdateMins = 3;
   EXPECT_EQ(PriceUpdater::passPeriod(), 3u * 60000);

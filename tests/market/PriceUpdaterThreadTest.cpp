@@ -140,7 +140,7 @@ TEST_F(PriceUpdaterThreadTest, TheGatewayStartsTheThreadItself) {
   observer.awaitFinished(1);
 }
 
-TEST_F(PriceUpdaterThreadTest, AWakeMakesAPassHappenNow) {
+TEST_F(PriceUpdaterThreadTest, AWakeUpStartsAPassAtOnce) {
   watch(m_code, 1.5);
   RecordingObserver observer;
   updater().start();
@@ -212,7 +212,7 @@ TEST_F(PriceUpdaterThreadTest, WhileTheNetworkHasFailedOneRequestTriesWhetherItI
   EXPECT_EQ(statuses().back(), String(u"PriceUpdater::threadFunction failed: AAA: no network (and 3 more)"));
 }
 
-TEST_F(PriceUpdaterThreadTest, TheUserGoesOnWhileRecentClosesAreFetched) {
+TEST_F(PriceUpdaterThreadTest, TheUserCanWorkWhileRecentClosesAreFetched) {
   m_market.setHistory(m_code, Date(2006, 11, 1), m_today, 1.25);
   watch(m_code, 1.5);
   RecordingObserver observer;
@@ -229,7 +229,7 @@ TEST_F(PriceUpdaterThreadTest, TheUserGoesOnWhileRecentClosesAreFetched) {
   EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, m_today, 0), 1.25);
 }
 
-TEST_F(PriceUpdaterThreadTest, TheUserGoesOnWhileACurrentPriceIsFetched) {
+TEST_F(PriceUpdaterThreadTest, TheUserCanWorkWhileACurrentPriceIsFetched) {
   watch(m_code, 1.5);
   RecordingObserver observer;
   startStalledPass();
@@ -275,7 +275,7 @@ TEST_F(PriceUpdaterThreadTest, OfflineViewDateAndShutDownEachAbortTheTransfer) {
   }
 }
 
-TEST_F(PriceUpdaterThreadTest, ReconnectingAfterAStalledFetchGoesOnWithTheSameCodes) {
+TEST_F(PriceUpdaterThreadTest, ReconnectingAfterAStalledFetchContinuesWithTheSameCodes) {
   watch(m_code, 1.5);
   m_market.addListing(u"TST", u"Test", u"Australia");
   RecordingObserver observer;
@@ -287,7 +287,7 @@ TEST_F(PriceUpdaterThreadTest, ReconnectingAfterAStalledFetchGoesOnWithTheSameCo
   EXPECT_DOUBLE_EQ(updater().getCurrentPrice(m_code), 1.5);
 }
 
-TEST_F(PriceUpdaterThreadTest, AFruitlessReconnectShowsInTheStatusLine) {
+TEST_F(PriceUpdaterThreadTest, AFailedReconnectShowsInTheStatusLine) {
   updater().addCode(m_code);
   EXPECT_FALSE(gateway().reconnect());
   m_user.awaitStatus(
@@ -325,7 +325,7 @@ TEST_F(PriceUpdaterThreadTest, StoppingWithoutAnAbortTakesEffectWhenTheFetchRetu
   EXPECT_EQ(m_market.requested(Page::Quote).size(), 2u) << "each once";
 }
 
-TEST_F(PriceUpdaterThreadTest, AStopIsSeenOnceTheMutexIsInHand) {
+TEST_F(PriceUpdaterThreadTest, AStopIsSeenAfterTakingTheMutex) {
   watch(m_code, 1.5);
   RecordingObserver observer;
   startStalledPass();
@@ -390,7 +390,7 @@ TEST_F(PriceUpdaterThreadTest, AShutDownDuringAStalledFetchSavesAndEnds) {
   EXPECT_NE(TestProfile::readFile(m_profile.cacheFolder() + u"PriceCache.DEF.AX.xml"), "");
 }
 
-TEST_F(PriceUpdaterThreadTest, NobodyGetsANewGatewayWhileTheOldOneEnds) {
+TEST_F(PriceUpdaterThreadTest, NoNewGatewayIsCreatedDuringAShutDown) {
   // The user shuts down while an observer is working; the observer's requests are then refused.
   watch(m_code, 1.5);
   Signpost signpost;
@@ -416,7 +416,7 @@ TEST_F(PriceUpdaterThreadTest, NobodyGetsANewGatewayWhileTheOldOneEnds) {
   delete observer;
 }
 
-TEST_F(PriceUpdaterThreadTest, PassesGoOnWhileObserversAndCodesComeAndGo) {
+TEST_F(PriceUpdaterThreadTest, PassesContinueWhileObserversAndCodesChange) {
   constexpr int PASSES = 25;
   const std::vector<String> codes{u"AAA", u"BBB", u"CCC"};
   for (const String& code : codes)

@@ -89,7 +89,7 @@ TEST_F(SharePriceCacheTest, NumbersWithoutAValueReadAsZero) {
   EXPECT_DOUBLE_EQ(closeOf(cache, Date(2006, 11, 4)), 2.5);
 }
 
-TEST_F(SharePriceCacheTest, ASecondRowOfADateLosesToTheFirst) {
+TEST_F(SharePriceCacheTest, OfTwoRowsOfADateTheFirstCounts) {
   writeFile("PriceCache.ABC.AX.xml", document("ABC.AX", {{"3/11/2006", "1.5"}, {"3/11/2006", "2.5"}}));
   SharePriceCache cache(m_directory);
   EXPECT_DOUBLE_EQ(closeOf(cache, Date(2006, 11, 3)), 1.5);
@@ -135,7 +135,7 @@ TEST_F(SharePriceCacheTest, TwoRowsWithoutAPriceAreNoMark) {
   EXPECT_EQ(cache.share(CODE).values.size(), 2u);
 }
 
-TEST_F(SharePriceCacheTest, AFileIsReadOnceARun) {
+TEST_F(SharePriceCacheTest, AFileIsReadOncePerRun) {
   SharePriceCache cache(m_directory);
   EXPECT_TRUE(cache.share(CODE).values.empty());
   writeFile("PriceCache.ABC.AX.xml", document("ABC.AX", {{"3/11/2006", "1.5"}}));
@@ -144,7 +144,7 @@ TEST_F(SharePriceCacheTest, AFileIsReadOnceARun) {
 
 // --- Files that can't be read
 
-TEST_F(SharePriceCacheTest, TheFirstOneToAskHearsOfAMalformedFile) {
+TEST_F(SharePriceCacheTest, AMalformedFileIsReportedAtTheFirstAccess) {
   writeFile("PriceCache.ABC.AX.xml", "<ShareValues><String>ABC.AX</String>");
   SharePriceCache cache(m_directory);
   EXPECT_TRUE(cache.shareOrEmpty(CODE).values.empty());
@@ -152,7 +152,7 @@ TEST_F(SharePriceCacheTest, TheFirstOneToAskHearsOfAMalformedFile) {
   EXPECT_TRUE(cache.share(CODE).values.empty());
 }
 
-TEST_F(SharePriceCacheTest, AFileThatBreaksOffInItsRowsGivesNoHalfHistory) {
+TEST_F(SharePriceCacheTest, ATruncatedFileGivesNoRows) {
   std::string text = document("ABC.AX", {{"3/11/2006", "1.5"}, {"never", "2.5"}});
   writeFile("PriceCache.ABC.AX.xml", text);
   SharePriceCache cache(m_directory);
@@ -160,7 +160,7 @@ TEST_F(SharePriceCacheTest, AFileThatBreaksOffInItsRowsGivesNoHalfHistory) {
   EXPECT_TRUE(cache.share(CODE).values.empty());
 }
 
-TEST_F(SharePriceCacheTest, AMalformedFileIsNeverWrittenOver) {
+TEST_F(SharePriceCacheTest, AMalformedFileIsNeverOverwritten) {
   const std::string broken = "this is <not a document";
   writeFile("PriceCache.ABC.AX.xml", broken);
   SharePriceCache cache(m_directory);
@@ -219,7 +219,7 @@ TEST_F(SharePriceCacheTest, ACodeKeepsItsPointInTheFileName) {
   EXPECT_EQ(files(), std::set<std::string>{"PriceCache.ABC.AX.xml"});
 }
 
-TEST_F(SharePriceCacheTest, ACodeThatIsNoFileNameStaysInTheFolder) {
+TEST_F(SharePriceCacheTest, ACodeWithSeparatorsStaysInTheFolder) {
   SharePriceCache cache(m_directory);
   const String code = u"../A/B";
   cache.setTypedPrice(code, Date(2006, 11, 3), 1.5);
@@ -248,7 +248,7 @@ TEST_F(SharePriceCacheTest, WhatHasNotChangedIsNotWritten) {
   EXPECT_TRUE(files().empty());
 }
 
-TEST_F(SharePriceCacheTest, ASaveClearsTheMarkOfAChange) {
+TEST_F(SharePriceCacheTest, ASaveResetsTheModifiedState) {
   SharePriceCache cache(m_directory);
   cache.setTypedPrice(CODE, Date(2006, 11, 3), 1.5);
   EXPECT_TRUE(cache.share(CODE).modified);
@@ -286,7 +286,7 @@ TEST_F(SharePriceCacheTest, ClearForgetsEverythingAndDeletesEveryXmlFile) {
   EXPECT_EQ(files(), std::set<std::string>{"of the user.txt"});
 }
 
-TEST_F(SharePriceCacheTest, AfterAClearAMalformedFileIsNoHindranceAnyMore) {
+TEST_F(SharePriceCacheTest, AClearRemovesAMalformedFile) {
   writeFile("PriceCache.ABC.AX.xml", "<broken");
   SharePriceCache cache(m_directory);
   EXPECT_THROW(cache.share(CODE), XMLException);
@@ -330,7 +330,7 @@ TEST_F(SharePriceCacheTest, AClearedMarkIsNotWritten) {
 
 // --- Merging and single prices
 
-TEST_F(SharePriceCacheTest, GapsTakeTheLastCloseAndDaysBeforeTheFirstRowStayEmpty) {
+TEST_F(SharePriceCacheTest, GapsAreFilledWithTheLastCloseAndDaysBeforeTheFirstRowStayEmpty) {
   SharePriceCache cache(m_directory);
   cache.merge(CODE, {{Date(2006, 11, 10), {5.0, 5.5, 4.5, 100}}, {Date(2006, 11, 13), {6.0, 6.5, 5.5, 200}}},
               {Date(2006, 11, 8), Date(2006, 11, 15)});
@@ -370,7 +370,7 @@ TEST_F(SharePriceCacheTest, ARangeThatBeginsWithoutTradeGoesOnFromTheDayBefore) 
   EXPECT_DOUBLE_EQ(closeOf(cache, Date(2006, 11, 14)), 6.0);
 }
 
-TEST_F(SharePriceCacheTest, NoCloseIsCarriedOverMoreThanAMarketIsClosed) {
+TEST_F(SharePriceCacheTest, ACloseIsNotCarriedOverMoreDaysThanAMarketIsClosed) {
   for (const int firstRow : {21, 22}) {
     SharePriceCache cache(m_directory);
     cache.setTypedPrice(CODE, Date(2006, 11, 10), 5.0);
@@ -398,7 +398,7 @@ TEST_F(SharePriceCacheTest, ACurrentPriceMakesOrChangesARowWithoutAVolume) {
   EXPECT_DOUBLE_EQ(closeOf(cache, today), 6.0);
 }
 
-TEST_F(SharePriceCacheTest, ARowOfTheDataSourceStandsAgainstACurrentPrice) {
+TEST_F(SharePriceCacheTest, ARowOfTheDataSourceIsKeptAgainstACurrentPrice) {
   SharePriceCache cache(m_directory);
   const Date today(2006, 11, 15);
   cache.merge(CODE, {{today, {5.0, 5.5, 4.5, 100}}}, {today, today});
@@ -408,7 +408,7 @@ TEST_F(SharePriceCacheTest, ARowOfTheDataSourceStandsAgainstACurrentPrice) {
   EXPECT_FALSE(cache.share(CODE).modified);
 }
 
-TEST_F(SharePriceCacheTest, ABadCodeTakesNoCurrentPrice) {
+TEST_F(SharePriceCacheTest, ABadCodeStoresNoCurrentPrice) {
   SharePriceCache cache(m_directory);
   cache.setBad(CODE, true);
   cache.noteCurrentPrice(CODE, Date(2006, 11, 15), 6.0);
@@ -441,7 +441,7 @@ TEST_F(SharePriceCacheTest, DaysThatWereFilledInFollowATypedPrice) {
   EXPECT_DOUBLE_EQ(closeOf(cache, monday), 6.0);
 }
 
-TEST_F(SharePriceCacheTest, AMergeTellsWhichClosesAreOthersThanBefore) {
+TEST_F(SharePriceCacheTest, AMergeReturnsTheChangedCloses) {
   SharePriceCache cache(m_directory);
   const Date friday(2006, 11, 10);
   cache.merge(CODE, {{friday, {5.0, 5.5, 4.5, 100}}}, {friday, Date(2006, 11, 12)});
@@ -455,7 +455,7 @@ TEST_F(SharePriceCacheTest, AMergeTellsWhichClosesAreOthersThanBefore) {
                                      {Date(2006, 11, 12), 5.5}})); // The weekend follows.
 }
 
-TEST_F(SharePriceCacheTest, ADayThatTheSourcePassesOverTakesTheCloseBefore) {
+TEST_F(SharePriceCacheTest, ADayWithoutARowTakesThePreviousClose) {
   SharePriceCache cache(m_directory);
   cache.noteCurrentPrice(CODE, Date(2006, 11, 11), 9.0);
   cache.noteCurrentPrice(CODE, Date(2006, 11, 14), 9.5);
@@ -465,7 +465,7 @@ TEST_F(SharePriceCacheTest, ADayThatTheSourcePassesOverTakesTheCloseBefore) {
   EXPECT_DOUBLE_EQ(closeOf(cache, Date(2006, 11, 14)), 9.5); // The source may not have that day yet.
 }
 
-TEST_F(SharePriceCacheTest, NoPriceOfTheFutureIsTaken) {
+TEST_F(SharePriceCacheTest, FuturePricesAreNotStored) {
   m_profile.setToday(Date(2006, 11, 14));
   SharePriceCache cache(m_directory);
   const Date tomorrow(2006, 11, 15);
@@ -476,7 +476,7 @@ TEST_F(SharePriceCacheTest, NoPriceOfTheFutureIsTaken) {
   EXPECT_EQ(cache.share(CODE).values.size(), 1u);
 }
 
-TEST_F(SharePriceCacheTest, PricesOfAClockThatWasAheadAreDroppedFromTheFile) {
+TEST_F(SharePriceCacheTest, FuturePricesInAFileAreDropped) {
   m_profile.setToday(Date(2006, 11, 3));
   writeFile("PriceCache.ABC.AX.xml", document("ABC.AX", {{"3/11/2006", "1.5000"}, {"4/11/2006", "2.5000"}}));
   SharePriceCache cache(m_directory);

@@ -29,7 +29,7 @@ TEST_F(StockNamesTest, TheLastNameCounts) {
   EXPECT_EQ(String(u"Woolworths Group"), StockNames::nameOf(u"WOW.AX"));
 }
 
-TEST_F(StockNamesTest, NothingIsNeitherCodeNorName) {
+TEST_F(StockNamesTest, EmptyCodesAndNamesAreIgnored) {
   StockNames::remember(u"", u"Nobody");
   StockNames::remember(u"BHP.AX", u"BHP Group");
   StockNames::remember(u"BHP.AX", u" \n ");
@@ -37,7 +37,7 @@ TEST_F(StockNamesTest, NothingIsNeitherCodeNorName) {
   EXPECT_EQ(String(u"BHP Group"), StockNames::nameOf(u"BHP.AX"));
 }
 
-TEST_F(StockNamesTest, ANameIsOneLineOfAShownLength) {
+TEST_F(StockNamesTest, ANameIsOneLineOfLimitedLength) {
   StockNames::remember(u"A.AX", u"\n Alpha \t\u00A0 & Beta\u0085Ltd ");
   EXPECT_EQ(String(u"Alpha & Beta Ltd"), StockNames::nameOf(u"A.AX"));
   StockNames::remember(u"B.AX", String(String::Base(150, u'x')));

@@ -57,7 +57,7 @@ TEST_F(CompletionTest, SmallPagesAreFetchedUntilTheFirstDayIsReached) {
             static_cast<std::size_t>(m_friday.daysSince(m_first)) + 1);
 }
 
-TEST_F(CompletionTest, DaysBeforeTheListingAreAskedForOnceARun) {
+TEST_F(CompletionTest, DaysBeforeTheListingAreRequestedOncePerRun) {
   m_market.setHistory(m_code, Date(2006, 9, 1), m_today, 7);
   for (int again = 0; again < 3; ++again)
     complete(m_first, m_friday);
@@ -99,7 +99,7 @@ TEST_F(CompletionTest, AnUnknownCodeAndARefusalCostOneTryEach) {
   expectNothingAsked();
 }
 
-TEST_F(CompletionTest, OnlyWhatIsFetchedIsTold) {
+TEST_F(CompletionTest, OnlyFetchesAreShown) {
   m_market.setHistory(m_code, Date(2005, 1, 1), m_today, 7);
   complete(m_first, m_friday);
   EXPECT_EQ(statuses(), std::vector<String>{u"updating historical prices for ABC.AX"});
@@ -109,7 +109,7 @@ TEST_F(CompletionTest, OnlyWhatIsFetchedIsTold) {
   EXPECT_EQ(m_user.calls(Kind::BeginWait).size(), 1u);
 }
 
-TEST_F(CompletionTest, InABackgroundPassNothingIsTold) {
+TEST_F(CompletionTest, ABackgroundPassShowsNoFetches) {
   m_market.setHistory(m_code, Date(2005, 1, 1), m_today, 7);
   {
     const BackgroundPassScope pass;
@@ -146,7 +146,7 @@ TEST_F(CompletionTest, ADelistedCodeIsNotFetched) {
   EXPECT_EQ(numFetches(), 0u);
 }
 
-TEST_F(CompletionTest, OfflineNothingIsTriedNorHeldAgainstTheCode) {
+TEST_F(CompletionTest, OfflineNothingIsRequestedAndNoFailureIsRecorded) {
   m_market.setHistory(m_code, Date(2005, 1, 1), m_today, 7);
   gateway().goOffline();
   complete(m_first, m_friday);
@@ -156,14 +156,14 @@ TEST_F(CompletionTest, OfflineNothingIsTriedNorHeldAgainstTheCode) {
   EXPECT_EQ(numFetches(), 1u);
 }
 
-TEST_F(CompletionTest, TheFailureOfAnUnreadableFileIsLeftForWhoeverAsksForAPrice) {
+TEST_F(CompletionTest, AnUnreadableFileIsReportedWhenAPriceIsRequested) {
   TestProfile::writeFile(m_profile.cacheFolder() + u"PriceCache.ABC.AX.xml", "<ShareValues><broken");
   complete(m_first, m_friday);
   EXPECT_EQ(numFetches(), 0u);
   EXPECT_THROW(gateway().historicalPrice(m_code, m_friday, true), XMLException);
 }
 
-TEST_F(CompletionTest, ABackgroundPassGoesOnAsItWas) {
+TEST_F(CompletionTest, ABackgroundPassKeepsItsState) {
   complete(m_first, m_friday);
   EXPECT_FALSE(inBackgroundPass);
   const BackgroundPassScope pass;
@@ -223,7 +223,7 @@ protected:
   }
 };
 
-TEST_F(ManyCodesTest, AreFetchedSeveralAtOnceWhileEventsPass) {
+TEST_F(ManyCodesTest, SeveralAreFetchedAtOnceWhileEventsAreHandled) {
   const std::vector<HistoryNeed> needs = needsOf(8);
   m_market.stall(Page::History);
   TestProgress progress;
@@ -243,7 +243,7 @@ TEST_F(ManyCodesTest, AreFetchedSeveralAtOnceWhileEventsPass) {
   expectNothingAsked();
 }
 
-TEST_F(ManyCodesTest, PageFollowsPageAndTheRecordsHearOfTheCodesInOrder) {
+TEST_F(ManyCodesTest, PagesFollowEachOtherAndTheRecordsAreNotifiedInOrderOfCodes) {
   m_market.setMaxEntries(50); // Covers 70 days.
   TallymoorInternet::reset();
   const std::vector<HistoryNeed> needs = needsOf(3);
@@ -263,7 +263,7 @@ TEST_F(ManyCodesTest, PageFollowsPageAndTheRecordsHearOfTheCodesInOrder) {
   EXPECT_EQ(codes, expected);
 }
 
-TEST_F(ManyCodesTest, AFailureEndsItsCodeAloneAndIsAskedAboutLater) {
+TEST_F(ManyCodesTest, AFailureEndsOnlyItsCodeAndIsAskedAboutLater) {
   std::vector<HistoryNeed> needs = needsOf(2);
   needs.insert(needs.begin() + 1, {u"NONE.AX", m_first, m_friday});
   EXPECT_TRUE(gateway().completeHistory(needs, nullptr));
@@ -277,7 +277,7 @@ TEST_F(ManyCodesTest, AFailureEndsItsCodeAloneAndIsAskedAboutLater) {
   EXPECT_EQ(numFetches(), 3u) << "it is not fetched again for that";
 }
 
-TEST_F(ManyCodesTest, AFailureOfTheNetworkIsThatOfNoOtherCode) {
+TEST_F(ManyCodesTest, AFailureOfTheNetworkIsNotBlamedOnOtherCodes) {
   const std::vector<HistoryNeed> needs = needsOf(8);
   m_market.refuse(Page::History, 503);
   EXPECT_TRUE(gateway().completeHistory(needs, nullptr));
@@ -307,7 +307,7 @@ TEST_F(ManyCodesTest, AnAnswerThatThereIsNothingShowsThatTheNetworkIsBack) {
     expectComplete(needs[i]);
 }
 
-TEST_F(ManyCodesTest, ACancelEndsItInTheMidstOfTheFetches) {
+TEST_F(ManyCodesTest, ACancelAbortsRunningFetches) {
   const std::vector<HistoryNeed> needs = needsOf(8);
   m_market.stall(Page::History);
   TestProgress progress;
@@ -327,7 +327,7 @@ TEST_F(ManyCodesTest, ACancelEndsItInTheMidstOfTheFetches) {
     expectComplete(need);
 }
 
-TEST_F(ManyCodesTest, TheEndOfTheProgramEndsItToo) {
+TEST_F(ManyCodesTest, TheEndOfTheProgramAbortsItToo) {
   const std::vector<HistoryNeed> needs = needsOf(2);
   m_market.stall(Page::History);
   m_user.stopWanted = [] { return true; };

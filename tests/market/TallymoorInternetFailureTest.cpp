@@ -58,7 +58,7 @@ TEST_F(TallymoorInternetFailureTest, ARefusedQuoteAsksOnceAndFails) {
   EXPECT_TRUE(gateway().isOnline());
 }
 
-TEST_F(TallymoorInternetFailureTest, AQuoteThatIsNotFoundIsAnAnswer) {
+TEST_F(TallymoorInternetFailureTest, AQuoteThatIsNotFoundAsksNoQuestion) {
   for (const int status : {404, 410}) {
     m_market.refuse(Page::Quote, status);
     EXPECT_THROW(gateway().currentPrice(m_code, false, false), HTTPException);
@@ -66,7 +66,7 @@ TEST_F(TallymoorInternetFailureTest, AQuoteThatIsNotFoundIsAnAnswer) {
   EXPECT_TRUE(questions().empty());
 }
 
-TEST_F(TallymoorInternetFailureTest, ARetryOfAQuoteIsAWholeTry) {
+TEST_F(TallymoorInternetFailureTest, ARetryOfAQuoteIsACompleteAttempt) {
   m_market.setCurrentPrice(m_code, 12.34);
   m_market.refuse(Page::Quote, 500);
   m_user.answerQuestion(true);
@@ -169,7 +169,7 @@ TEST_F(TallymoorInternetFailureTest, ARefusedHistoryAsksOnceAndIsRememberedForIt
   EXPECT_EQ(m_user.openWaits(), 0);
 }
 
-TEST_F(TallymoorInternetFailureTest, AfterANoNoCodeIsAskedAboutUntilTheUserRefreshes) {
+TEST_F(TallymoorInternetFailureTest, AfterAnAnswerOfNoNothingIsAskedUntilTheUserRefreshes) {
   m_market.refuse(Page::History, 503);
   m_user.answerQuestion(false);
   for (const char16_t* const code : {u"ABC.AX", u"DEF.AX", u"GHI.AX"})
@@ -202,7 +202,7 @@ TEST_F(TallymoorInternetFailureTest, GoingOnlineNewLocatorsAndAnEmptyCacheAllowA
   }
 }
 
-TEST_F(TallymoorInternetFailureTest, WhatFailsInTheBackgroundIsAskedAboutWhenTheUserNeedsIt) {
+TEST_F(TallymoorInternetFailureTest, AFailureInTheBackgroundIsAskedAboutWhenTheUserNeedsThePrice) {
   m_market.refuse(Page::History, 503);
   gateway().completeHistory(m_code, m_friday, m_friday);
   EXPECT_TRUE(questions().empty());
@@ -215,7 +215,7 @@ TEST_F(TallymoorInternetFailureTest, WhatFailsInTheBackgroundIsAskedAboutWhenThe
   EXPECT_EQ(numFetches(), 2u);
 }
 
-TEST_F(TallymoorInternetFailureTest, ARetryOfAHistoryIsAWholeTry) {
+TEST_F(TallymoorInternetFailureTest, ARetryOfAHistoryIsACompleteAttempt) {
   m_market.setDay(m_code, m_friday, 5.0);
   m_market.refuse(Page::History, 503);
   m_user.answerQuestion(true);
@@ -309,7 +309,7 @@ TEST_F(TallymoorInternetFailureTest, ADayBeforeARangeFromItOnHasTheCloseBeforeIt
   EXPECT_EQ(numFetches(), 2u);
 }
 
-TEST_F(TallymoorInternetFailureTest, PagesThatAreSmallerThanSaidHideNoDays) {
+TEST_F(TallymoorInternetFailureTest, PagesSmallerThanDocumentedHideNoDays) {
   // The document says 200 days per page, but a page has ten. Earlier days must be found all the same.
   std::string rows;
   for (Date day(2006, 11, 10); day > Date(2006, 10, 27); day.addDays(-1))
@@ -430,7 +430,7 @@ TEST_F(TallymoorInternetFailureTest, TheUserMayGoOfflineAfterARefusedSearch) {
   EXPECT_FALSE(gateway().isOnline());
 }
 
-TEST_F(TallymoorInternetFailureTest, ARetryOfASearchIsAWholeTry) {
+TEST_F(TallymoorInternetFailureTest, ARetryOfASearchIsACompleteAttempt) {
   m_market.addListing(m_code, u"Soup", u"Australia");
   m_market.refuse(Page::Search, 500);
   m_user.answerQuestion(true);
@@ -476,7 +476,7 @@ TEST_F(TallymoorInternetFailureTest, AnUnreadableSecondPageLeavesTheResultsOfThe
 
 // --- Cache files
 
-TEST_F(TallymoorInternetFailureTest, AMalformedCacheFileReachesTheFirstWhoAsksForAPrice) {
+TEST_F(TallymoorInternetFailureTest, AMalformedCacheFileFailsTheFirstRequestForAPrice) {
   const String path = m_profile.cacheFolder() + u"PriceCache.ABC.AX.xml";
   TestProfile::writeFile(path, "<ShareValues><Str");
   m_market.setDay(m_code, m_friday, 5.0);
@@ -489,7 +489,7 @@ TEST_F(TallymoorInternetFailureTest, AMalformedCacheFileReachesTheFirstWhoAsksFo
   EXPECT_EQ(TestProfile::readFile(path), "<ShareValues><Str");
 }
 
-TEST_F(TallymoorInternetFailureTest, AMalformedCacheFileReachesWhoAsksForACurrentOrCachedPrice) {
+TEST_F(TallymoorInternetFailureTest, AMalformedCacheFileFailsRequestsForACurrentOrCachedPrice) {
   TestProfile::writeFile(m_profile.cacheFolder() + u"PriceCache.ABC.AX.xml", "<ShareValues><Str");
   TestProfile::writeFile(m_profile.cacheFolder() + u"PriceCache.DEF.AX.xml", "<ShareValues><Str");
   m_market.setCurrentPrice(m_code, 5.0);

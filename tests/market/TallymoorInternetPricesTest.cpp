@@ -70,7 +70,7 @@ TEST_F(TallymoorInternetPricesTest, TheUpdaterLearnsTheNameOfACodeThatHasNone) {
   EXPECT_EQ(m_market.requested(Page::Search), std::vector<String>{m_code});
 }
 
-TEST_F(TallymoorInternetPricesTest, ANameThatIsNotFoundIsAskedForOnceARunAndNobodyIsTold) {
+TEST_F(TallymoorInternetPricesTest, ANameThatIsNotFoundIsRequestedOncePerRunSilently) {
   m_market.setCurrentPrice(m_code, 12.34);
   m_market.refuse(Page::Search, 500);
   updater().addCode(m_code);
@@ -86,7 +86,7 @@ TEST_F(TallymoorInternetPricesTest, ANameThatIsNotFoundIsAskedForOnceARunAndNobo
   EXPECT_EQ(m_market.requested(Page::Search).size(), 2u);
 }
 
-TEST_F(TallymoorInternetPricesTest, AnIndexIsAskedForAsOne) {
+TEST_F(TallymoorInternetPricesTest, TheNameOfAnIndexIsSearchedAmongIndexes) {
   m_market.setCurrentPrice(u"^AORD", 5000.0);
   m_market.answerWith(Page::Search, searchPage({{"^AORD", "All Ordinaries", "X"}}));
   updater().addCode(u"^AORD");
@@ -226,7 +226,7 @@ TEST_F(TallymoorInternetPricesTest, MonthsInARequestCountFromZero) {
       "/history?code=ABC.AX&startDay=1&startMonth=10&startYear=2006&endDay=15&endMonth=10&endYear=2006");
 }
 
-TEST_F(TallymoorInternetPricesTest, TellsWhatItFetchesUnderAWaitCursor) {
+TEST_F(TallymoorInternetPricesTest, ShowsWhatItFetchesUnderAWaitCursor) {
   m_market.setHistory(m_code, Date(2006, 1, 2), m_today, 5.0);
   gateway().historicalPrice(m_code, m_friday, true);
   gateway().historicalPrice(m_code, Date(2006, 11, 9), false); // Cached by now.
@@ -236,7 +236,7 @@ TEST_F(TallymoorInternetPricesTest, TellsWhatItFetchesUnderAWaitCursor) {
   EXPECT_EQ(m_user.openWaits(), 0);
 }
 
-TEST_F(TallymoorInternetPricesTest, TellsOfARequestFromADay) {
+TEST_F(TallymoorInternetPricesTest, ShowsARequestFromADay) {
   m_market.setHistory(m_code, Date(2006, 1, 2), m_today, 5.0);
   gateway().historicalPrice(m_code, Date(2006, 1, 2), false);
   EXPECT_EQ(statuses(), (std::vector<String>{u"updating historical price for ABC.AX for days from " +
@@ -268,7 +268,7 @@ TEST_F(TallymoorInternetPricesTest, RowsWithoutADateOrACloseAreLeftOut) {
   EXPECT_NE(file.find("<Constant>2147483647</Constant>"), std::string::npos);
 }
 
-TEST_F(TallymoorInternetPricesTest, DaysThatCantBeRightAreLeftOut) {
+TEST_F(TallymoorInternetPricesTest, ImplausibleDaysAreIgnored) {
   // The short years 70 to 99 are in the last century, and pages use no others.
   m_market.answerWith(Page::History, historyPage({{"3-Jan-1802", "1", "1", "7.00", "1"},
                                                   {"17-Nov-06", "1", "1", "8.00", "1"},
@@ -411,7 +411,7 @@ TEST_F(TallymoorInternetPricesTest, ASearchWithoutMatchesIsEmpty) {
   EXPECT_TRUE(questions().empty());
 }
 
-TEST_F(TallymoorInternetPricesTest, ASearchTellsTheSourceWhatAndWhere) {
+TEST_F(TallymoorInternetPricesTest, ASearchSendsTheTextAndTheMarket) {
   gateway().stockSearch(u"a&b", true, false);
   gateway().stockSearch(u"x", false, true);
   const auto requests = m_market.server().requests();
@@ -420,7 +420,7 @@ TEST_F(TallymoorInternetPricesTest, ASearchTellsTheSourceWhatAndWhere) {
   EXPECT_EQ(requests[1].target, "/search?code=x&country=US&kind=I");
 }
 
-TEST_F(TallymoorInternetPricesTest, AMissingMarketIsToldByTheCode) {
+TEST_F(TallymoorInternetPricesTest, AMissingMarketIsDerivedFromTheCode) {
   m_market.answerWith(Page::Search, searchPage({{"A.AX", "a", "N/A"},
                                                 {"B.VX", "b", "N/A"},
                                                 {"C.MC", "c", "N/A"},
@@ -437,7 +437,7 @@ TEST_F(TallymoorInternetPricesTest, AMissingMarketIsToldByTheCode) {
                                           u"Switzerland", u"Australia", u"N/A", u"Sydney"}));
 }
 
-TEST_F(TallymoorInternetPricesTest, NamesAreReadAsTheyStandOnThePage) {
+TEST_F(TallymoorInternetPricesTest, NamesAreReadUnchangedFromThePage) {
   m_market.answerWith(Page::Search,
                       searchPage({{"A", "Bricks &amp; Mortar", "X"},
                                   {"B", "&#66;&#x62;&#X42; &lt;&gt;&quot;&apos;&nbsp;!", "X"},
@@ -449,7 +449,7 @@ TEST_F(TallymoorInternetPricesTest, NamesAreReadAsTheyStandOnThePage) {
                                         u"\U0001F4C8 &amp; R&D; &#0; &#xD800; &#1114112; &#; &"}));
 }
 
-TEST_F(TallymoorInternetPricesTest, RowsWithoutACodeOrWithAMarkedOneAreNoResults) {
+TEST_F(TallymoorInternetPricesTest, RowsWithoutACodeOrWithAMarkedCodeAreIgnored) {
   m_market.answerWith(Page::Search,
                       searchPage({{"", "none", "X"}, {"E:ABC", "marked", "X"}, {"AE:C", "fine", "X"}}));
   const auto results = gateway().stockSearch(u"any", true, false);

@@ -65,7 +65,7 @@ TEST_F(TallymoorInternetTest, AfterTheShutDownEveryCallFails) {
   EXPECT_TRUE(TallymoorInternet::shutdown());
 }
 
-TEST_F(TallymoorInternetTest, AShutDownBeforeTheFirstCallHoldsToo) {
+TEST_F(TallymoorInternetTest, AShutDownBeforeTheFirstCallIsPermanentToo) {
   EXPECT_TRUE(TallymoorInternet::shutdown());
   EXPECT_EQ(failureOf<Exception>([] { TallymoorInternet::Instance(); }), String(u"in shutdown mode"));
 }
@@ -78,7 +78,7 @@ TEST_F(TallymoorInternetTest, TheShutDownSavesThePrices) {
             std::string::npos);
 }
 
-TEST_F(TallymoorInternetTest, TheShutDownSavesWhatItCanAndTells) {
+TEST_F(TallymoorInternetTest, TheShutDownSavesWhatItCanAndReportsFailures) {
   gateway().setCachedPrice(u"AAA", m_friday, 5.0);
   gateway().setCachedPrice(u"BBB", m_friday, 5.0);
   gateway().setCachedPrice(u"CCC", m_friday, 5.0);
@@ -100,7 +100,7 @@ TEST_F(TallymoorInternetTest, ARunThatFetchesNothingWritesNothing) {
   EXPECT_FALSE(TestProfile::fileExists(path));
 }
 
-TEST_F(TallymoorInternetTest, AMachineWithoutAConnectionStartsOfflineWithoutAWord) {
+TEST_F(TallymoorInternetTest, AMachineWithoutAConnectionStartsOfflineSilently) {
   gateway().setCachedPrice(m_code, m_friday, 5.0);
   m_scope.restart();
   startUnconnected();
@@ -152,7 +152,7 @@ TEST_F(TallymoorInternetTest, OfTwoLocatorsWithOneDomainTheFirstIsUsed) {
   EXPECT_DOUBLE_EQ(gateway().currentPrice(m_code, false, true), 12.34);
 }
 
-TEST_F(TallymoorInternetTest, NewLocatorsComeIntoTheLivingGateway) {
+TEST_F(TallymoorInternetTest, NewLocatorsAreLoadedIntoTheRunningGateway) {
   updater().addCode(m_code);
   updater().setCurrentPrice(m_code, 3.0);
   gateway().setCachedPrice(u"DEF.AX", m_friday, 5.0);
@@ -175,7 +175,7 @@ TEST_F(TallymoorInternetTest, NewLocatorsLeaveTheGatewayOffline) {
   EXPECT_FALSE(gateway().isOnline());
 }
 
-TEST_F(TallymoorInternetTest, NewLocatorsThatAreNoGoodLeaveTheOldOnesInUse) {
+TEST_F(TallymoorInternetTest, InvalidNewLocatorsLeaveTheOldOnesInUse) {
   m_market.setCurrentPrice(m_code, 12.34);
   gateway();
   changeDocument(u"CurrentPriceLocators.xml", m_active, m_inactive);
@@ -225,7 +225,7 @@ TEST_F(TallymoorInternetTest, AReconnectWithoutANetworkStaysOffline) {
   EXPECT_FALSE(updater().isRunning());
 }
 
-TEST_F(TallymoorInternetTest, AReconnectUnderAViewDateLeavesTheUpdaterAlone) {
+TEST_F(TallymoorInternetTest, AReconnectUnderAViewDateDoesNotStartTheUpdater) {
   m_market.addListing(u"TST", u"Test", u"Australia");
   gateway();
   Date::setFixedDate(m_friday);
@@ -259,7 +259,7 @@ TEST_F(TallymoorInternetTest, AViewDatePausesTheUpdater) {
   EXPECT_TRUE(updater().isRunning());
 }
 
-TEST_F(TallymoorInternetTest, ComingBackToTodayOfflineLeavesTheUpdaterAlone) {
+TEST_F(TallymoorInternetTest, ReturningToTodayOfflineDoesNotStartTheUpdater) {
   gateway().goOffline();
   gateway().resumeUpdates();
   EXPECT_FALSE(updater().isRunning());

@@ -331,7 +331,7 @@ TEST(HTMLParserAgainstReference, TagsThatCloseOutOfOrder) {
                 u"<b/>", u"</html>", u"<html>"});
 }
 
-TEST(HTMLParserAgainstReference, EverythingThatAPageCanHold) {
+TEST(HTMLParserAgainstReference, AllKindsOfContentTogether) {
   comparePages(4711, 3000,
                {u"<div a=1>",
                 u"</div>",

@@ -74,7 +74,7 @@ TEST_F(HTMLTableTest, KnowsItsColumns) {
   EXPECT_EQ(table.columnFormat(4), VALUE_FORMAT_NONE);
 }
 
-TEST_F(HTMLTableTest, RefusesCellsThatAreNotThere) {
+TEST_F(HTMLTableTest, MissingCellsThrow) {
   HTMLTable table(&m_locator);
   table.fillFrom(m_page.get());
   EXPECT_EQ(failureOf<HTMLException>([&] { table.cellValue(3, 0); }),
@@ -122,7 +122,7 @@ String headedFailure(const std::string& table, const std::string& columns = HEAD
 
 const std::string ROW = "<tr><td>3-Mar-06</td><td>1.5</td></tr>";
 
-TEST_F(HTMLTableTest, CellsStandUnderTheirHeadings) {
+TEST_F(HTMLTableTest, CellsMatchTheirHeadings) {
   EXPECT_EQ(headedFailure("<tr><th>Date</th><th>Close</th></tr>" + ROW + ROW), u"no failure");
   EXPECT_EQ(headedFailure("<tr><td>Date</td><th><a href=x>&nbsp;Close </a></th></tr>" + ROW), u"no failure");
   EXPECT_EQ(headedFailure("<tr><th>Title</th></tr><tr><th>Date</th><th>Close</th></tr>" + ROW, HEADED, 2),
@@ -148,7 +148,7 @@ TEST_F(HTMLTableTest, RowsHaveAsManyCellsAsHeadings) {
   EXPECT_EQ(headedFailure(headings + ROW + "<tr><td>2-Mar-06</td><td>1.4</td><th>x</th></tr>"), failure);
 }
 
-TEST_F(HTMLTableTest, HeadingsMayStandInTheHeadOfTheTable) {
+TEST_F(HTMLTableTest, HeadingsMayBeInTheTableHead) {
   const std::string columns = HEADED;
   XMLTableLocator locator;
   decode(locator, in("table") + in("tbody"), 0, columns);
@@ -200,7 +200,7 @@ String fillFailure(const String& html, const std::string& columns) {
 }
 
 /// Every row contains all following rows, so a walk to its cells passes all of them.
-TEST_F(HTMLTableTest, RowsInRowsDoNotTakeForEver) {
+TEST_F(HTMLTableTest, NestedRowsAreReadInReasonableTime) {
   const auto page = [](std::size_t rows) {
     return u"<html><table>" + repeated(u"<tr>", rows) + repeated(u"<td a=\"\"/></tr>", rows) +
            u"</table></html>";
@@ -214,14 +214,14 @@ TEST_F(HTMLTableTest, RowsInRowsDoNotTakeForEver) {
 }
 
 /// A cell shared by all rows is copied for each row.
-TEST_F(HTMLTableTest, RowsInRowsDoNotTakeAllMemory) {
+TEST_F(HTMLTableTest, NestedRowsAreReadInReasonableMemory) {
   const String html = u"<html><table>" + repeated(u"<tr>", 1000) + u"<td>" + repeated(u"x", 10000) +
                       u"</td><tr><td/></tr>" + repeated(u"</tr>", 1000) + u"</table></html>";
   EXPECT_EQ(fillFailure(html, column("", 0)), u"HTMLTable::fillFrom - too many tags to walk over");
 }
 
 /// A tag with long attributes that the walks of all rows pass.
-TEST_F(HTMLTableTest, RowsInRowsDoNotReadLongAttributesForEver) {
+TEST_F(HTMLTableTest, NestedRowsReadLongAttributesInReasonableTime) {
   const String html = u"<html><table>" + repeated(u"<tr>", 1000) + u"<td b=\"" + repeated(u"x", 100000) +
                       u"\"/><td a=\"\"/>" + repeated(u"</tr>", 1000) + u"</table></html>";
   EXPECT_EQ(

@@ -85,7 +85,7 @@ TEST(HTMLTagLocator, RefusesNothing) {
             u"HTMLTagLocator::operator() - bad param");
 }
 
-TEST(HTMLTagLocator, SaysWhichStepDidNotFit) {
+TEST(HTMLTagLocator, NamesTheFailingStep) {
   EXPECT_EQ(failureOf<HTMLException>([] { walk(page(), move("move=\"In\" name=\"tr\"")); }),
             u"HTMLTagLocator::operator() - FindIndexedSubTag failed for tr from html");
   EXPECT_EQ(failureOf<HTMLException>([] { walk(page(), move("move=\"In\" name=\"body\" index=\"-1\"")); }),
@@ -117,7 +117,7 @@ TEST(HTMLTagLocator, WritesTheWayToATag) {
   EXPECT_EQ(HTMLTagLocator(&locator)(tree.get()), target);
 }
 
-TEST(HTMLTagLocator, CannotFindATagUnderAStrangeParent) {
+TEST(HTMLTagLocator, CannotFindATagOfAnotherParent) {
   const HTMLPage tree = page();
   const HTMLTag* const cell = walk(tree, search("tagname=\"td\" val=\"4\""));
   EXPECT_EQ(failureOf<HTMLException>([&] { HTMLTagLocator::indexUnder(tree.get(), cell); }),

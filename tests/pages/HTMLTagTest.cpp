@@ -45,7 +45,7 @@ TEST(HTMLTag, CountsTheTagsOfItsSubtree) {
   EXPECT_EQ(page->subTag(u"br").countTags(), 1u);
 }
 
-TEST(HTMLTag, LivesAsLongAsAPageThatPointsIntoIt) {
+TEST(HTMLTag, LivesAsLongAsAPageReferringToIt) {
   HTMLPage page = HTMLParser::Parse(u"<html><td>1.5</td></html>");
   const HTMLTag& cell = page->subTag(u"td");
   const HTMLPage other = page;

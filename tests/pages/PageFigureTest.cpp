@@ -69,7 +69,7 @@ TEST(PageFigure, VolumesMayBeShortened) {
     EXPECT_FALSE(readVolume(text).has_value()) << String(text).toUTF8();
 }
 
-TEST(PageFigure, SaysWhatIsNoNumber) {
+TEST(PageFigure, NamesTextsThatAreNotNumbers) {
   EXPECT_EQ(requireFigure(u"1.5"), 1.5);
   EXPECT_EQ(messageOf([] { requireFigure(u"N/A"); }), String(u"TallymoorInternet - no number: N/A"));
 }

@@ -49,7 +49,7 @@ TEST_F(PriceFolderTest, LeavesOutLinesThatCannotBeRead) {
   EXPECT_EQ(history->rows[0].day, sys_days(2026y / March / 3));
 }
 
-TEST_F(PriceFolderTest, GivesNoFileFromOutside) {
+TEST_F(PriceFolderTest, ReadsNoFileOutsideOfTheFolder) {
   writePrices("A.csv", "2026-03-03,1,1,1,1,1,1\n");
   Tallymoor::TestProfile::writeFile(m_profile.path("outside.csv"), "2026-03-03,1,1,1,1,1,1\n");
   EXPECT_TRUE(m_prices.history("A"));

@@ -102,7 +102,7 @@ TEST_F(SampleDataServiceTest, SplitRowsFallOutOfTheHistory) {
               gateway().getCachedPrice(u"GRV.AX", Date(2024, 5, 13), 0), 0.005);
 }
 
-TEST_F(SampleDataServiceTest, PriceFilesWinOverTheMadeUpMarket) {
+TEST_F(SampleDataServiceTest, PriceFilesTakePrecedenceOverTheSampleMarket) {
   BigMutexLock lock;
   EXPECT_EQ(1455.22, gateway().historicalPrice(u"^SPHIST", Date(2000, 1, 3), false));
   EXPECT_EQ(2874.56, gateway().currentPrice(u"^SPHIST", false, true)) << "the last close of the file";
@@ -138,7 +138,7 @@ TEST_F(SampleDataServiceTest, ReconnectingFindsSomethingForTest) {
   EXPECT_TRUE(gateway().reconnect());
 }
 
-TEST_F(SampleDataServiceTest, ARangeThatIsNoneIsTheWholeHistory) {
+TEST_F(SampleDataServiceTest, AnInvalidRangeGivesTheWholeHistory) {
   const String whole = page("/history?s=ABC.AX");
   EXPECT_TRUE(whole.contains(u"2-Mar-26"));
   for (const char* const range : {"&a=2147483647&b=1&c=2020", "&a=-1&b=1&c=2020", "&a=0&b=300&c=2020",

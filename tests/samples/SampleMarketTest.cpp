@@ -94,7 +94,7 @@ TEST(SampleMarketTest, TwoSplitsAndAMergeAreTheOnlyJumps) {
   EXPECT_EQ(std::size(known), found);
 }
 
-TEST(SampleMarketTest, QuoteStandsStillWithoutTradingAndMovesOtherwise) {
+TEST(SampleMarketTest, QuoteIsConstantWithoutTradingAndMovesOtherwise) {
   const SampleMarket market;
   const Day saturday = sys_days(2026y / March / 7);
   EXPECT_EQ(market.history("ABC.AX", saturday)->rows.back().close, *market.quote("ABC.AX", saturday, 600));

@@ -15,7 +15,7 @@ protected:
   TestProfile profile;
 };
 
-TEST_F(ImportedPortfoliosTest, AmountsBelowZeroAreRefusedByTheNameOfTheirStockAndField) {
+TEST_F(ImportedPortfoliosTest, NegativeAmountsAreRefusedWithStockAndField) {
   const String path = profile.path("spoilt.xml");
   for (const auto& [name, value, words] : AMOUNTS) {
     std::string spoilt = withTrades();
@@ -28,7 +28,7 @@ TEST_F(ImportedPortfoliosTest, AmountsBelowZeroAreRefusedByTheNameOfTheirStockAn
   }
 }
 
-TEST_F(ImportedPortfoliosTest, SoundAmountsAndCashBelowZeroComeIn) {
+TEST_F(ImportedPortfoliosTest, ValidAmountsAndNegativeCashAreImported) {
   std::string sound = written(withTrades());
   sound.replace(sound.find(">9.00<"), 6, ">-9.00<");
   const String path = profile.path("sound.xml");

@@ -61,7 +61,7 @@ protected:
   PortfolioSession session{user};
 };
 
-TEST_F(PortfolioSessionTest, LoadOpensPricesAndPortfoliosAndTellsOfItsSteps) {
+TEST_F(PortfolioSessionTest, LoadOpensPricesAndPortfoliosAndShowsItsSteps) {
   EXPECT_TRUE(TallymoorInternet::exists());
   EXPECT_EQ(1u, session.store().portfolios().count(u"Trading"));
   EXPECT_EQ(2u, progress.steps);
@@ -104,7 +104,7 @@ TEST_F(PortfolioSessionTest, PortfoliosAreSavedWhenThePricesCannotBe) {
   EXPECT_EQ(document(portfolio("Trading", "100.00")), TestProfile::readFile(records()));
 }
 
-TEST_F(PortfolioSessionTest, RecordsThatCannotBeSavedAreToldOnceAndTheWarningStays) {
+TEST_F(PortfolioSessionTest, AFailedSaveIsReportedOnceAndTheWarningStays) {
   session.store().records().subElement(u"SharePortfolios").subElement(u"Name").setValue(u"A&B");
   session.save();
   EXPECT_FALSE(session.store().lastSaveSucceeded());
@@ -112,7 +112,7 @@ TEST_F(PortfolioSessionTest, RecordsThatCannotBeSavedAreToldOnceAndTheWarningSta
   EXPECT_TRUE(user.calls(Kind::WarningOver).empty());
 }
 
-TEST_F(PortfolioSessionTest, AnImportThatIsNoRecordsIsToldAndChangesNothing) {
+TEST_F(PortfolioSessionTest, AnImportOfAnotherDocumentIsReportedAndChangesNothing) {
   const String path = import("<Portfolios><SharePortfolio>");
   EXPECT_FALSE(session.readImport(path));
   ASSERT_EQ(1u, user.texts(Kind::Error).size());

@@ -59,7 +59,7 @@ TEST_F(PortfolioStoreTest, WhatWasSavedIsLoadedAgainToTheLetter) {
   EXPECT_EQ(document("Trading", "100.00"), TestProfile::readFile(records()));
 }
 
-TEST_F(PortfolioStoreTest, AnUnreadableDateIsToldAtTheStartAndTheRestIsOpened) {
+TEST_F(PortfolioStoreTest, AnUnreadableDateIsReportedAtTheStartAndTheRestIsOpened) {
   std::string content = document("Trading", "100.00");
   content.replace(content.find("3/3/2006"), 8, "31/2 &amp; so");
   put(content);
@@ -115,7 +115,7 @@ const char16_t* const OVERWRITE = u"Since there was a problem when you opened yo
                                   u"current portfolios and overwrite the existing ones\n"
                                   u"Tallymoor had a problem opening?";
 
-TEST_F(PortfolioStoreTest, CorruptFileLeadsToTheRecoveryTextAndStaysByteForByte) {
+TEST_F(PortfolioStoreTest, ACorruptFileGivesTheRecoveryTextAndStaysUnchanged) {
   put("<Portfolios><SharePortfolio><String>Tra");
   PortfolioStore store(user);
   store.load();
@@ -147,21 +147,21 @@ TEST_F(PortfolioStoreTest, OverwritingAfterAFailedLoadSetsTheOldBackupAside) {
   EXPECT_EQ(std::string(HEAD) + "<Portfolios/>", TestProfile::readFile(records()));
 }
 
-TEST_F(PortfolioStoreTest, AFolderInTheFilesPlaceIsAFailureAndNoFirstRun) {
+TEST_F(PortfolioStoreTest, AFolderInPlaceOfTheFileIsAFailureAndNotAFirstRun) {
   std::filesystem::create_directories(records().toUTF8());
   PortfolioStore store(user);
   store.load();
   EXPECT_TRUE(store.loadFailed());
 }
 
-TEST_F(PortfolioStoreTest, ADanglingLinkIsAFailureAndNoFirstRun) {
+TEST_F(PortfolioStoreTest, ADanglingLinkIsAFailureAndNotAFirstRun) {
   std::filesystem::create_symlink(profile.folder() + "/nowhere", records().toUTF8());
   PortfolioStore store(user);
   store.load();
   EXPECT_TRUE(store.loadFailed());
 }
 
-TEST_F(PortfolioStoreTest, SaveThatFailsIsToldAndLeavesTheOldFile) {
+TEST_F(PortfolioStoreTest, AFailedSaveIsReportedAndLeavesTheOldFile) {
   put(document("Trading", "100.00"));
   PortfolioStore store(user);
   store.load();
@@ -216,7 +216,7 @@ void addSaleCountedTwice(SharePortfolioUser& portfolio) {
   portfolio.setAdjustment(sale.adjustments().add(), Date(2006, 2, 1), 2, false);
 }
 
-TEST_F(PortfolioStoreTest, ASaleThatAnEarlierVersionCountedTwiceIsMended) {
+TEST_F(PortfolioStoreTest, ASaleCountedTwiceByAnEarlierVersionIsCorrected) {
   put(document("Trading", "100.00"));
   PortfolioStore store(user);
   store.load();
@@ -239,7 +239,7 @@ TEST_F(PortfolioStoreTest, CapitalRecordsOfChangedPortfoliosAreWrittenAfterTheRe
   EXPECT_NE(std::string::npos, record.find("<DayCap><Date>3/3/2006</Date><Constant>100.00</Constant>"));
 }
 
-TEST_F(PortfolioStoreTest, CapitalRecordsThatMayBeWrongAreEmptiedBeforeTheRecordsAreWritten) {
+TEST_F(PortfolioStoreTest, OutdatedCapitalRecordsAreEmptiedBeforeTheRecordsAreWritten) {
   put(document("Trading", "100.00"));
   PortfolioStore store(user);
   store.load();

@@ -25,12 +25,12 @@ Bytes sampleGif(const std::string& name) {
 
 // ---- Pictures ----
 
-TEST(AdvertPictureTest, WholeGifIsSound) {
+TEST(AdvertPictureTest, ACompleteGifIsValid) {
   EXPECT_TRUE(isSoundGif(sampleGif("brokers.gif")));
   EXPECT_TRUE(isSoundGif(sampleGif("deposits.gif")));
 }
 
-TEST(AdvertPictureTest, GifCutAnywhereIsNot) {
+TEST(AdvertPictureTest, ATruncatedGifIsInvalid) {
   const Bytes whole = sampleGif("brokers.gif");
   ASSERT_GT(whole.size(), 1000u);
   for (std::size_t length = 0; length < whole.size(); ++length)
@@ -38,7 +38,7 @@ TEST(AdvertPictureTest, GifCutAnywhereIsNot) {
         << length;
 }
 
-TEST(AdvertPictureTest, FalseSizesAreNot) {
+TEST(AdvertPictureTest, WrongSizesAreInvalid) {
   for (const std::size_t sizeAt : {6u, 8u}) {
     Bytes huge = sampleGif("brokers.gif");
     huge[sizeAt] = huge[sizeAt + 1] = 0x7F;
@@ -49,7 +49,7 @@ TEST(AdvertPictureTest, FalseSizesAreNot) {
   }
 }
 
-TEST(AdvertPictureTest, OtherFilesAreNot) {
+TEST(AdvertPictureTest, OtherFilesAreInvalid) {
   EXPECT_FALSE(isSoundGif({}));
   const std::string page = "<html><body>GIF89a</body></html>";
   EXPECT_FALSE(isSoundGif(Bytes(page.begin(), page.end())));

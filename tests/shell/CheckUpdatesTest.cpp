@@ -97,7 +97,7 @@ TEST_F(CheckUpdatesTest, SaysThatAPackageKeepsItsFilesAndOffersDocuments) {
   EXPECT_THAT(service().asked(), ElementsAre("configupdates.xml")) << "no program file is asked about";
 }
 
-TEST_F(CheckUpdatesTest, AHangingServiceCanBeGivenUp) {
+TEST_F(CheckUpdatesTest, AHangingCheckCanBeCancelled) {
   service().server().stall();
   whenModal("Check For Updates", [this](FXWindow& progress) {
     EXPECT_TRUE(shows(progress, "Looking for updates"));

@@ -60,7 +60,7 @@ protected:
   }
 };
 
-TEST_F(RefreshPricesTest, WhoSaidNoIsAskedAgainOnlyOnceHeRefreshes) {
+TEST_F(RefreshPricesTest, AfterAnAnswerOfNoNothingIsAskedUntilARefresh) {
   EXPECT_EQ(1u, problems());
   const auto want = [](const Date& day) {
     BigMutexLock lock;

@@ -259,7 +259,7 @@ TEST_F(ManagedTest, AShutdownThatRunsIsAnsweredByItsEnd) {
   EXPECT_EQ(recordsOf("Trading"), records());
 }
 
-TEST_F(ManagedTest, TheManagersDeathIsNotTheProgramsEnd) {
+TEST_F(ManagedTest, TheProgramSurvivesTheManagersDeath) {
   manager().kill();
   EXPECT_TRUE(runUntil([this] { return !session().connected(); }));
   expectToWorkAlone();

@@ -59,14 +59,14 @@ TEST_F(TrayTipTest, ADeletedPortfolioShowsTheTotal) {
   EXPECT_EQ(String(u"Total Capital today: -1.92%"), tip(u"Sold long ago"));
 }
 
-TEST_F(TrayTipTest, IsNotToldUnderAViewDate) {
+TEST_F(TrayTipTest, IsNotShownUnderAViewDate) {
   Date::setFixedDate(Date(2026, 2, 20));
   EXPECT_EQ(std::nullopt, tip(String()));
   Date::clearFixedDate();
   EXPECT_NE(std::nullopt, tip(String()));
 }
 
-TEST_F(TrayTipTest, IsNotToldAfterMidnightUntilTodayHasItsRecords) {
+TEST_F(TrayTipTest, IsNotShownAfterMidnightUntilTodayIsComputed) {
   profile().setToday(Date(2026, 3, 4));
   EXPECT_EQ(std::nullopt, tip(String()));
   EXPECT_EQ(std::nullopt, tip(u"Trading"));

@@ -172,7 +172,7 @@ TEST_F(ViewDateReplayTest, EachDayShowsWhatItShowedWhenItWasToday) {
   }
 }
 
-TEST_F(ViewDateReplayTest, ThirteenthOfJanuaryIsThatOfTheSheet) {
+TEST_F(ViewDateReplayTest, ThirteenthOfJanuaryAgreesWithTheSheet) {
   keepTheRecords();
   pickViewDate(Date(2026, 1, 13));
   // 10,000.00 less 1,020.00 and 820.00; 100 at 12.00 and 200 at 4.00.
@@ -193,7 +193,7 @@ TEST_F(ViewDateReplayTest, ThirteenthOfJanuaryIsThatOfTheSheet) {
   EXPECT_EQ(nullptr, trading().sharesHeldItem()->firstChild());
 }
 
-TEST_F(ViewDateReplayTest, TenthOfFebruaryIsThatOfTheSheet) {
+TEST_F(ViewDateReplayTest, TenthOfFebruaryAgreesWithTheSheet) {
   keepTheRecords();
   pickViewDate(Date(2026, 2, 10));
   // 8,160.00 plus the sale of 340.00, the dividend of 20.00 and the sale of 1,380.00.
@@ -237,7 +237,7 @@ TEST_F(ViewDateReplayTest, NothingIsFetchedOrAskedForDaysThatTheRecordHas) {
   EXPECT_TRUE(boxes().empty());
 }
 
-TEST_F(ViewDateReplayTest, BeforeTheFirstDayAllIsEmptyAndNobodyIsAsked) {
+TEST_F(ViewDateReplayTest, BeforeTheFirstDayEverythingIsEmptyAndNothingIsAsked) {
   keepTheRecords();
   const std::size_t before = fetches();
   pickViewDate(Date(2026, 1, 5));
@@ -296,7 +296,7 @@ TEST_F(ViewDateReplayTest, ATransactionOfThePastCountsFromItsDayOn) {
       ElementsAre(ElementsAre("AAA.AX", "50.00", "$360.00"), ElementsAre("BBB.AX", "130.00", "$526.00")));
 }
 
-TEST_F(ViewDateReplayTest, ANegativeReserveOfAPastDayIsNoWarning) {
+TEST_F(ViewDateReplayTest, ANegativeReserveOfAPastDayGivesNoWarning) {
   profile().setToday(Date(2026, 3, 3));
   m_portfolio->creditCash(Date(2026, 1, 5), 100, CASH_EVENT_DEPOSIT, u"DEPOSIT start");
   m_portfolio->debitCash(Date(2026, 1, 6), 150, CASH_EVENT_DEBIT, u"Account fee");

@@ -195,7 +195,7 @@ TEST_F(ViewDateRowTest, PickingTheFutureEndsTheView) {
   expectToday();
 }
 
-TEST_F(ViewDateRowTest, UpdaterRestsWhileThePastIsShown) {
+TEST_F(ViewDateRowTest, UpdaterIsPausedWhileThePastIsShown) {
   PriceUpdater& updater = TallymoorInternet::Instance().priceUpdater();
   updater.start();
   press(row(), "Back a day");
@@ -207,7 +207,7 @@ TEST_F(ViewDateRowTest, UpdaterRestsWhileThePastIsShown) {
   EXPECT_TRUE(updater.isRunning());
 }
 
-TEST_F(ViewDateRowTest, UpdaterStaysAsleepWhenTodayIsShownAgainOffline) {
+TEST_F(ViewDateRowTest, UpdaterStaysPausedWhenTodayIsShownAgainOffline) {
   PriceUpdater& updater = TallymoorInternet::Instance().priceUpdater();
   updater.start();
   press(row(), "Back a day");

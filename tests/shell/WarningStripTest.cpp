@@ -64,7 +64,7 @@ TEST_F(WarningStripTest, AnEmptyKeyIsShownEveryTime) {
   EXPECT_THAT(strip().shownTexts(), ElementsAre(String(u"first"), String(u"second")));
 }
 
-TEST_F(WarningStripTest, WhatDoesNotFitWaitsForAPlace) {
+TEST_F(WarningStripTest, WarningsWithoutSpaceWait) {
   for (const char16_t* text : {u"1", u"2", u"3", u"4", u"5"})
     warn(text, text);
   letEventsPass();
@@ -101,7 +101,7 @@ TEST_F(WarningStripTest, ANegativeCashReserveIsToldOnceARun) {
                   u"the cash reserve with the actual trading account.")));
 }
 
-TEST_F(WarningStripTest, AWarningGoesWithItsCauseAndComesBackWithIt) {
+TEST_F(WarningStripTest, AWarningDisappearsAndReturnsWithItsCause) {
   warn(u"first", u"a");
   warn(u"second", u"b");
   letEventsPass();
@@ -114,7 +114,7 @@ TEST_F(WarningStripTest, AWarningGoesWithItsCauseAndComesBackWithIt) {
   EXPECT_THAT(strip().shownTexts(), ElementsAre(String(u"second"), String(u"first again")));
 }
 
-TEST_F(WarningStripTest, AWarningThatStillHoldsSaysWhatIsSoNow) {
+TEST_F(WarningStripTest, AContinuingWarningShowsItsCurrentText) {
   warn(u"AAA.AX is now at $4.00", u"a");
   letEventsPass();
   warn(u"AAA.AX is now at $3.50", u"a");
@@ -123,7 +123,7 @@ TEST_F(WarningStripTest, AWarningThatStillHoldsSaysWhatIsSoNow) {
   EXPECT_TRUE(shows(strip(), "AAA.AX is now at $3.50"));
 }
 
-TEST_F(WarningStripTest, WhatWaitsForAPlaceGoesWithItsCause) {
+TEST_F(WarningStripTest, AWaitingWarningIsRemovedWithItsCause) {
   for (const char16_t* text : {u"1", u"2", u"3", u"4", u"5", u"6"})
     warn(text, text);
   letEventsPass();
@@ -133,7 +133,7 @@ TEST_F(WarningStripTest, WhatWaitsForAPlaceGoesWithItsCause) {
   EXPECT_THAT(strip().shownTexts(), ElementsAre(String(u"2"), String(u"3"), String(u"4"), String(u"6")));
 }
 
-TEST_F(WarningStripTest, WhatTheUserHasClosedStaysClosed) {
+TEST_F(WarningStripTest, AClosedWarningStaysClosed) {
   warn(u"first", u"a");
   letEventsPass();
   press(strip(), "Close");
@@ -143,7 +143,7 @@ TEST_F(WarningStripTest, WhatTheUserHasClosedStaysClosed) {
   EXPECT_THAT(strip().shownTexts(), IsEmpty());
 }
 
-TEST_F(WarningStripTest, ACashReserveThatIsMadeGoodTakesItsWarningBack) {
+TEST_F(WarningStripTest, ACorrectedCashReserveRemovesItsWarning) {
   SharePortfolioUser& trading = makeTrading();
   const auto book = [&](bool credit) {
     BigMutexLock lock;
@@ -161,7 +161,7 @@ TEST_F(WarningStripTest, ACashReserveThatIsMadeGoodTakesItsWarningBack) {
   EXPECT_THAT(strip().shownTexts(), IsEmpty());
 }
 
-TEST_F(WarningStripTest, TheWarningOfAPortfolioGoesWithItsNameAndWithIt) {
+TEST_F(WarningStripTest, TheWarningOfAPortfolioEndsWhenItIsRenamedOrDeleted) {
   for (const bool renamed : {true, false}) {
     SharePortfolioUser& trading = makeTrading();
     {
@@ -188,7 +188,7 @@ TEST_F(WarningStripTest, TheWarningOfAPortfolioGoesWithItsNameAndWithIt) {
   }
 }
 
-TEST_F(WarningStripTest, RecordsThatAreSavedAtLastTakeTheWarningBack) {
+TEST_F(WarningStripTest, ASuccessfulSaveRemovesTheWarning) {
   {
     BigMutexLock lock;
     tallymoor().warn(u"Your records could not be saved.", u"End of the Session",

@@ -87,7 +87,7 @@ protected:
 
 // --- Warnings that end with their cause
 
-TEST_F(ProgramUpdaterTest, AFailureIsTakenBackWhenTheNextDownloadBegins) {
+TEST_F(ProgramUpdaterTest, AFailuresWarningEndsWhenTheNextDownloadBegins) {
   ProgramUpdater updater(idle());
   failToDownload(updater);
   EXPECT_THAT(takenBack(), IsEmpty());
@@ -96,7 +96,7 @@ TEST_F(ProgramUpdaterTest, AFailureIsTakenBackWhenTheNextDownloadBegins) {
   EXPECT_THAT(takenBack(), ElementsAre(balloons()[0].key)) << "the second one is told";
 }
 
-TEST_F(ProgramUpdaterTest, AFailureIsTakenBackWhenThereIsNothingToDownloadAnyMore) {
+TEST_F(ProgramUpdaterTest, AFailuresWarningEndsWhenThereIsNothingToDownload) {
   ProgramUpdater updater(idle());
   failToDownload(updater);
   updater.runPass();
@@ -107,7 +107,7 @@ TEST_F(ProgramUpdaterTest, AFailureIsTakenBackWhenThereIsNothingToDownloadAnyMor
   EXPECT_THAT(takenBack(), ElementsAre(balloons()[1].key, balloons()[0].key));
 }
 
-TEST_F(ProgramUpdaterTest, ALookThatFailsTakesNothingBack) {
+TEST_F(ProgramUpdaterTest, AFailedCheckEndsNoWarning) {
   ProgramUpdater updater(idle());
   failToDownload(updater);
   service().server().stop();
@@ -115,7 +115,7 @@ TEST_F(ProgramUpdaterTest, ALookThatFailsTakesNothingBack) {
   EXPECT_THAT(takenBack(), IsEmpty());
 }
 
-TEST_F(ProgramUpdaterTest, ThatUpdatesAreAvailableIsTakenBackByTheNextLookAndTheDownload) {
+TEST_F(ProgramUpdaterTest, TheWarningOfAvailableUpdatesEndsWithTheNextCheckAndTheDownload) {
   offerCountries();
   ProgramUpdater updater(idle());
   updater.runPass();
@@ -168,7 +168,7 @@ TEST_F(ProgramUpdaterTest, MissingNetworkShowsInTheStatusLineOnly) {
       u"updates: "));
 }
 
-TEST_F(ProgramUpdaterTest, ThatProgramFilesAreLeftOutIsNotToldByThePass) {
+TEST_F(ProgramUpdaterTest, APassDoesNotReportOmittedProgramFiles) {
   std::filesystem::remove("FxEx-1.0.0.dll");
   offerCountries();
   ProgramUpdater updater(idle());
@@ -317,7 +317,7 @@ TEST_F(ProgramUpdaterTest, DownloadWithoutTheServiceIsToldInTheFailureBalloon) {
                                 u"Problem getting updates: "));
 }
 
-TEST_F(ProgramUpdaterTest, EndAbortsAFetchAndTellsNothing) {
+TEST_F(ProgramUpdaterTest, TheEndAbortsAFetchSilently) {
   service().server().stall();
   ProgramUpdater updater(service().settings());
   ASSERT_TRUE(service().server().waitForRequests(1));
@@ -328,7 +328,7 @@ TEST_F(ProgramUpdaterTest, EndAbortsAFetchAndTellsNothing) {
   service().server().release();
 }
 
-TEST_F(ProgramUpdaterTest, GoingOfflineAbortsALookAndTellsNothing) {
+TEST_F(ProgramUpdaterTest, GoingOfflineAbortsACheckSilently) {
   service().server().stall();
   ProgramUpdater updater(service().settings());
   ASSERT_TRUE(service().server().waitForRequests(1));

@@ -17,7 +17,7 @@ private:
   TestProfile m_profile;
 };
 
-TEST_F(StagingFolderTest, GoesWithItsScopeUnlessItWasPublished) {
+TEST_F(StagingFolderTest, IsRemovedWithItsScopeUnlessPublished) {
   {
     const StagingFolder staging(path("staging"));
     staging.write(u"a file", bytes("content"));
@@ -32,7 +32,7 @@ TEST_F(StagingFolderTest, GoesWithItsScopeUnlessItWasPublished) {
   EXPECT_EQ("content", TestProfile::readFile(String(path("published/a file").c_str())));
 }
 
-TEST_F(StagingFolderTest, BeginsEmptyAndPublishesInPlaceOfWhatWasThere) {
+TEST_F(StagingFolderTest, BeginsEmptyAndReplacesThePublishedFolder) {
   TestProfile::writeFile(String(path("staging/left over").c_str()), "");
   TestProfile::writeFile(String(path("published/old").c_str()), "");
   StagingFolder staging(path("staging"));
@@ -41,7 +41,7 @@ TEST_F(StagingFolderTest, BeginsEmptyAndPublishesInPlaceOfWhatWasThere) {
   EXPECT_TRUE(std::filesystem::is_empty(path("published")));
 }
 
-TEST_F(StagingFolderTest, FailuresSayWhatCouldNotBeMade) {
+TEST_F(StagingFolderTest, FailuresNameTheFolder) {
   const String staging = String(path("missing/staging").c_str());
   EXPECT_EQ(u"StagingFolder::StagingFolder - cannot make " + staging + u": No such file or directory",
             messageOf([&] { StagingFolder(path("missing/staging")); }));

@@ -62,7 +62,7 @@ TEST_F(UpdateHandoverTest, FoldersAreNoUpdates) {
   EXPECT_FALSE(updatesPending());
 }
 
-TEST_F(UpdateHandoverTest, AnyFileSendsToTheInstaller) {
+TEST_F(UpdateHandoverTest, AnyFileStartsTheInstaller) {
   putUpdate("notes.txt");
   RecordingPlatform platform(true);
   EXPECT_TRUE(updatesPending());
@@ -80,7 +80,7 @@ TEST_F(UpdateHandoverTest, InstallerThatCannotBeStartedIsTold) {
   EXPECT_TRUE(markerExists());
 }
 
-TEST_F(UpdateHandoverTest, MarkerLetsOneStartPassAndIsRemoved) {
+TEST_F(UpdateHandoverTest, MarkerSkipsTheInstallerOnceAndIsRemoved) {
   putUpdate("FOXDLL.so");
   putMarker();
   RecordingPlatform platform(true);

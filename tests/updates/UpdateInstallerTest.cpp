@@ -109,7 +109,7 @@ TEST_F(UpdateInstallerTest, WaitsForTheProgramToEnd) {
   EXPECT_EQ("2.0.0\n", started());
 }
 
-TEST_F(UpdateInstallerTest, WhatIsNoProgramFileIsSetAsideAndDoesNotComeBack) {
+TEST_F(UpdateInstallerTest, OtherFilesAreSetAsidePermanently) {
   wait("notes.txt", "of somebody's");
   wait("Tallymoor.exe.sig", "?");
   std::filesystem::create_symlink("/etc/passwd", "updates/FxEx-9.dll");

@@ -94,7 +94,7 @@ TEST_F(UpdatesTest, ComponentsThatAreNotOnOfferAreNotNewer) {
   EXPECT_FALSE(binariesNewer());
 }
 
-TEST_F(UpdatesTest, EveryNameIsLookedAtAlsoAfterTheFirstUpdate) {
+TEST_F(UpdatesTest, AllNamesAreCheckedEvenAfterTheFirstUpdate) {
   service().offerProgramFiles({{"Tallymoor.exe", "2.0.0"}, {"xerces-c_4.0.0.dll", "4.0.0"}});
   service().serveSigned("Tallymoor.exe", InstalledFolder::image("2.0.0"));
   service().serveSigned("xerces-c_4.0.0.dll", "new library");
@@ -142,7 +142,7 @@ TEST_F(UpdatesTest, RefusalOfTheServiceIsTold) {
   EXPECT_TRUE(configFailure().contains(u"503"));
 }
 
-TEST_F(UpdatesTest, ListThatIsNoListFailsBothTracks) {
+TEST_F(UpdatesTest, AnInvalidListFailsBothTracks) {
   for (const char* list : {"configupdates.xml", "binaryupdates.xml"}) {
     service().serve(list, "<html>Page not found</html>");
     const String failure = String(list).startsWith(u"config") ? configFailure() : binaryFailure();
@@ -150,7 +150,7 @@ TEST_F(UpdatesTest, ListThatIsNoListFailsBothTracks) {
   }
 }
 
-TEST_F(UpdatesTest, ComponentWithoutMinorRefusesTheWholeList) {
+TEST_F(UpdatesTest, AComponentWithoutMinorVersionInvalidatesTheList) {
   service().serve("configupdates.xml",
                   "<VersionsAvailable><Component FileName=\"CountryConfig.xml\" Major=\"9\" "
                   "Patch=\"0\"/></VersionsAvailable>");
@@ -235,7 +235,7 @@ struct BadDocument {
   TestHttpServer::Response reply;
 };
 
-TEST_F(UpdatesTest, DocumentThatIsNotWhatItClaimsToBeTakesTheWholeTrackWithIt) {
+TEST_F(UpdatesTest, AMismatchedDocumentFailsTheWholeTrack) {
   const BadDocument replies[] = {
       {"another document", {200, stylesheet(6), "text/xml", {}, -1}},
       {"a page", {200, "<html><body>Sign in</body></html>", "text/html", {}, -1}},
@@ -263,7 +263,7 @@ TEST_F(UpdatesTest, DocumentThatIsNotWhatItClaimsToBeTakesTheWholeTrackWithIt) {
   }
 }
 
-TEST_F(UpdatesTest, DocumentThatIsNotSignedTakesTheWholeTrackWithIt) {
+TEST_F(UpdatesTest, AnUnsignedDocumentFailsTheWholeTrack) {
   const std::string good = countries(6);
   TestUpdateService stranger;
   const struct {
@@ -388,7 +388,7 @@ TEST_F(UpdatesTest, MissingSignatureIsRefused) {
   EXPECT_THAT(folder().waiting(), IsEmpty());
 }
 
-TEST_F(UpdatesTest, LastFileOfASetThatFailsLeavesNothingOfTheFirst) {
+TEST_F(UpdatesTest, AFailedLastFileRemovesTheWholeSet) {
   service().offerProgramFiles({{"Tallymoor.exe", "2.0.0"}, {"xerces-c_4.0.0.dll", "4.0.0"}});
   service().serveSigned("Tallymoor.exe", InstalledFolder::image("2.0.0"));
   service().serve("xerces-c_4.0.0.dll", "unsigned");
@@ -496,7 +496,7 @@ const char16_t* const NOT_YOURS =
     u"The folder that the program was started in is not yours, or others can write to it.\n"
     u"Whoever installed the program there can update it.";
 
-TEST_F(UpdatesTest, StartFinishesWhatWasCutOffAndRemovesTheRest) {
+TEST_F(UpdatesTest, AStartCompletesAnInterruptedUpdateAndRemovesTheRest) {
   folder().write("updates/staging/Tallymoor.exe", "half");
   folder().write("updates/locators/CurrentPriceLocators.xml", "half");
   folder().write("updates/previous/Tallymoor.exe", "of an installation");
@@ -584,7 +584,7 @@ TEST_F(UpdatesTest, FilesOfAPackageAreLeftAloneEvenByTheirOwnerAndDocumentsAreSt
   EXPECT_FALSE(InstalledFolder::exists("updates")) << "nothing is laid beside the package's files";
 }
 
-TEST_F(UpdatesTest, WhereTheProgramLiesIsSaidBeforeAnythingAboutKeys) {
+TEST_F(UpdatesTest, ReasonsOfThePlaceAreReportedBeforeMissingKeys) {
   std::filesystem::permissions(".", std::filesystem::perms(0777));
   UpdateSettings settings = service().settings();
   settings.publicKey.clear();
@@ -600,7 +600,7 @@ TEST_F(UpdatesTest, FolderForUpdatesThatOthersCanWriteToIsNotUsed) {
 
 // --- Both tracks
 
-TEST_F(UpdatesTest, NoTrackSuffersFromTheOther) {
+TEST_F(UpdatesTest, TheTracksAreIndependent) {
   service().serve("binaryupdates.xml", "rubbish");
   service().offerDocuments({{"CountryConfig.xml", "6.0.0"}});
   Updates updates(service().settings());
@@ -611,7 +611,7 @@ TEST_F(UpdatesTest, NoTrackSuffersFromTheOther) {
   EXPECT_FALSE(found.programFilesFixed);
 }
 
-TEST_F(UpdatesTest, WhyProgramFilesAreLeftOutIsNoFailure) {
+TEST_F(UpdatesTest, OmittedProgramFilesAreNotAFailure) {
   std::filesystem::remove("FxEx-1.0.0.dll");
   Updates updates(service().settings());
   const UpdatesFound found = lookForUpdates(updates, true);

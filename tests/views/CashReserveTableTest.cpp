@@ -253,7 +253,7 @@ TEST_F(CashReserveTableTest, FailuresOfCommandsAreReported) {
 
 // ---- The node ----
 
-TEST_F(CashReserveTableTest, DatesOfTheFutureAreToldAndTheTableStillBuilds) {
+TEST_F(CashReserveTableTest, FutureDatesAreReportedAndTheTableStillBuilds) {
   addInterest();
   cashEntry(3).subElement(u"Date").setValue(u"4/3/2026");
   answer("Portfolio Trading has a cash transaction\nINTEREST bank\nthat is in the future, and must be "
@@ -264,7 +264,7 @@ TEST_F(CashReserveTableTest, DatesOfTheFutureAreToldAndTheTableStillBuilds) {
   EXPECT_THAT(rowTexts(table(), 4), ElementsAre("INTEREST bank", "$7.50", "", "$0.00"));
 }
 
-TEST_F(CashReserveTableTest, CommandsOfAnUnsoundNodeTellSo) {
+TEST_F(CashReserveTableTest, CommandsOfABrokenNodeReportIt) {
   addInterest().checkCashReserve();
   cashEntry(3).subElement(u"Date").setValue(u"no date");
   const std::string unsound = "This portfolio has suffered an error. Please restart Tallymoor.";

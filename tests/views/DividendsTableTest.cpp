@@ -348,7 +348,7 @@ TEST_F(DividendsTableTest, FailuresOfCommandsAreReported) {
 
 // ---- The node ----
 
-TEST_F(DividendsTableTest, DatesOfTheFutureAreToldAndTheTableStillBuilds) {
+TEST_F(DividendsTableTest, FutureDatesAreReportedAndTheTableStillBuilds) {
   addDividends();
   event(0).subElement(u"ReceiveDate").setValue(u"4/3/2026");
   answer("Portfolio Trading has a dividend for \nAAA.AX\nthat is in the future, and must be corrected.",
@@ -358,7 +358,7 @@ TEST_F(DividendsTableTest, DatesOfTheFutureAreToldAndTheTableStillBuilds) {
   EXPECT_THAT(rowKeys(table()), ElementsAre("24/02/2026", "02/03/2026", "04/03/2026"));
 }
 
-TEST_F(DividendsTableTest, ADateThatIsSetAsideIsNotToldAgain) {
+TEST_F(DividendsTableTest, AnUnreadableDateIsNotReportedAgain) {
   addDividends();
   event(0).subElement(u"ReceiveDate").setValue(u"some day");
   ASSERT_EQ(setAsideUnreadableDates(records()).size(), 1u);
@@ -367,7 +367,7 @@ TEST_F(DividendsTableTest, ADateThatIsSetAsideIsNotToldAgain) {
   EXPECT_TRUE(dividends().isSound());
 }
 
-TEST_F(DividendsTableTest, PriceThatComesUnderTheBoxOfAReloadFindsWhatIsThere) {
+TEST_F(DividendsTableTest, APriceDuringTheBoxOfAReloadFindsValidRecords) {
   addDividends();
   event(0).subElement(u"ReceiveDate").setValue(u"4/3/2026");
   const std::string future =
@@ -384,7 +384,7 @@ TEST_F(DividendsTableTest, PriceThatComesUnderTheBoxOfAReloadFindsWhatIsThere) {
   EXPECT_EQ("$6,192.00", figure(root(), "Total Capital"));
 }
 
-TEST_F(DividendsTableTest, UnreadableDateCostsTheNode) {
+TEST_F(DividendsTableTest, AnUnreadableDateBreaksTheNode) {
   addDividends();
   event(0).subElement(u"ReceiveDate").setValue(u"no date");
   const std::string unsound = "This portfolio has suffered an error. Please restart Tallymoor.";

@@ -164,7 +164,7 @@ TEST_F(EventTableTest, SortedTablesFollowToo) {
 }
 
 /// Random changes of cash, sales and dividends, at several view dates.
-TEST_F(EventTableTest, TablesShowWhatTheyShowWhenTheyAreMadeAnew) {
+TEST_F(EventTableTest, UpdatedTablesEqualNewlyFilledTables) {
   buy(user(), u"BBB.AX", 1000, 2.0);
   std::mt19937 random(1729); // The same changes in each run.
   const auto upTo = [&random](std::size_t most) { return random() % most; };
@@ -209,7 +209,7 @@ TEST_F(EventTableTest, TablesShowWhatTheyShowWhenTheyAreMadeAnew) {
   }
 }
 
-TEST_F(EventTableTest, OfAnUnchangedEventOnlyCellsAreComputedAgainThatFollowMore) {
+TEST_F(EventTableTest, OfAnUnchangedEventOnlyDependentCellsAreRecomputed) {
   deposit(Date(2026, 2, 2), 500.0, u"DEPOSIT first");
   deposit(Date(2026, 2, 3), 600.0, u"DEPOSIT second");
   auto* table = new CountingTable(user(), node(u"Trading"), mainWindow().contentFrame());
@@ -226,7 +226,7 @@ TEST_F(EventTableTest, OfAnUnchangedEventOnlyCellsAreComputedAgainThatFollowMore
   delete table;
 }
 
-TEST_F(EventTableTest, AShareThatIsStillHeldKeepsItsRow) {
+TEST_F(EventTableTest, AShareStillHeldKeepsItsRow) {
   auto& table = dynamic_cast<SharesHeldTable&>(*held(u"Trading").table());
   ASSERT_LT(0, table.getNumRows());
   const Row* first = table.rowAt(0);

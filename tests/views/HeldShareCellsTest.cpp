@@ -152,7 +152,7 @@ TEST_F(HeldShareCellsTest, AroundASplitTheRowAgreesWithTheTotals) {
   EXPECT_DOUBLE_EQ(10.0, held(u"Trading").table()->percentGainSince(Date(2026, 3, 2)));
 }
 
-TEST_F(HeldShareCellsTest, AValueOfAStandInPriceBearsAStar) {
+TEST_F(HeldShareCellsTest, AValueFromASubstitutePriceHasAStar) {
   SharePortfolioUser& user = addPortfolio(u"Trading", 5000.0);
   market().setHistory(u"AAA.AX", Date(2026, 1, 20), Date(2026, 2, 20), 10.0);
   TallymoorInternet::Instance().historicalPrice(u"AAA.AX", Date(2026, 2, 20), true);

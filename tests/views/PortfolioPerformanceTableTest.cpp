@@ -152,7 +152,7 @@ TEST_F(PortfolioPerformanceTableTest, RowsHaveNoPopup) {
 
 // ---- Figures ----
 
-TEST_F(PortfolioPerformanceTableTest, MoneyThatCameInIsNoGain) {
+TEST_F(PortfolioPerformanceTableTest, DepositsAreNoGain) {
   addGrowing();
   showTree();
   EXPECT_EQ("$1,200.00", cellText(table(), 0, u"Total Capital"));
@@ -265,7 +265,7 @@ TEST_F(PortfolioPerformanceTableTest, HeadingsSayFromWhenTheyCount) {
       tip(u"12 Months Index"));
 }
 
-TEST_F(PortfolioPerformanceTableTest, IndexThatCannotBeHadIsAskedForOnce) {
+TEST_F(PortfolioPerformanceTableTest, AnUnavailableIndexIsRequestedOnce) {
   SharePortfolioUser& user = addFiveYears();
   user.setComparisonIndex(u"^IDX");
   market().setHistory(u"^IDX", Date(2020, 6, 1), Date(2026, 3, 3), 4000.0);
@@ -345,7 +345,7 @@ TEST_F(PortfolioPerformanceTableTest, CorrectedCloseRefreshesTheRowsFromItsDayOn
   EXPECT_EQ("4.76%", cellText(table(), 0, u"1 Month"));
 }
 
-TEST_F(PortfolioPerformanceTableTest, DaysOfStandInPricesBearAStarUntilTheirPricesCome) {
+TEST_F(PortfolioPerformanceTableTest, DaysWithSubstitutePricesHaveAStarUntilTheirPricesArrive) {
   SharePortfolioUser& user = addPortfolio(u"Trading", 2000.0, Date(2026, 1, 2));
   market().setHistory(u"AAA.AX", Date(2026, 1, 1), Date(2026, 2, 25), 10.0);
   user.buyShares(u"AAA.AX", {Date(2026, 2, 2), 100, 10.0, 0.0, String()});
@@ -419,7 +419,7 @@ TEST_F(PortfolioPerformanceTableTest, BrokerageFollowsTheTransaction) {
   EXPECT_EQ("1.00%", cellText(totalTable(), 0, u"Brokerage %"));
 }
 
-TEST_F(PortfolioPerformanceTableTest, FiguresOutOfSightAreThoseOfTheRecordsWhenTheirPageIsShown) {
+TEST_F(PortfolioPerformanceTableTest, HiddenFiguresAreUpdatedWhenTheirPageIsShown) {
   SharePortfolioUser& user = addGrowing();
   showTree();
   leftClick(*node(u"Trading").cashReserveItem());
@@ -532,7 +532,7 @@ TEST_F(PerformanceViewTest, BothPartsCanBeUsedInASmallWindow) {
 }
 
 /// As at a start: the first page is filled before it has a height.
-TEST_F(PerformanceViewTest, TheTableOfAPageThatIsFilledWithoutHeightComesOntoTheDisplay) {
+TEST_F(PerformanceViewTest, TheTableOfAPageFilledWithoutHeightIsShown) {
   SharePortfolioUser& growing = addGrowing();
   auto* page =
       new FXVerticalFrame(mainWindow().contentFrame(), LAYOUT_FILL_X | LAYOUT_FIX_HEIGHT, 0, 0, 0, 0);
@@ -545,7 +545,7 @@ TEST_F(PerformanceViewTest, TheTableOfAPageThatIsFilledWithoutHeightComesOntoThe
   EXPECT_TRUE(isOnDisplay(early->chart()));
 }
 
-TEST_F(PerformanceViewTest, LineStaysWhereItWasPutOnAllPages) {
+TEST_F(PerformanceViewTest, TheBarKeepsItsPositionOnAllPages) {
   addGrowing();
   showTree();
   leftClick(node(u"Trading"));

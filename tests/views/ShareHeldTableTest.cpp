@@ -131,7 +131,7 @@ TEST_F(ShareHeldTableTest, NodeOfTheLastPurchaseGoesFromUnderItsOwnPopup) {
   EXPECT_EQ(tree().getCurrentItem(), &held(u"Trading"));
 }
 
-TEST_F(ShareHeldTableTest, PriceThatComesUnderTheBoxOfADeletionReadsNothingThatIsGone) {
+TEST_F(ShareHeldTableTest, APriceDuringTheBoxOfADeletionReadsNoDeletedRecord) {
   addTrading();
   showTree();
   cashEntry(1).subElement(u"Value").setValue(u"1.00");

@@ -71,7 +71,7 @@ TEST_F(SharedLimitsTest, LimitsOfAHoldingComeToTheSettings) {
   expectLimits(*portfolios[u"A"]->findHeldShare(u"AAA.AX"), 1.0, 2.0);
 }
 
-TEST_F(SharedLimitsTest, RecordsFromElsewhereWinOverTheSettings) {
+TEST_F(SharedLimitsTest, ImportedRecordsTakePrecedenceOverTheSettings) {
   PriceLimits{1.0, 2.0}.keepForStock(u"AAA.AX");
   XMLHeldShare& share = hold(u"A", u"AAA.AX", 3.0, 4.0);
   bringLimitsTogether(portfolios);
@@ -92,7 +92,7 @@ TEST_F(SharedLimitsTest, HoldingsThatDifferKeepTheirsUntilLimitsAreSetAnew) {
   expectLimits(second, 7.0, 8.0);
 }
 
-TEST_F(SharedLimitsTest, NothingComesOfNothing) {
+TEST_F(SharedLimitsTest, WithoutLimitsNothingIsSet) {
   XMLHeldShare& share = hold(u"A", u"AAA.AX");
   bringLimitsTogether(portfolios);
   expectLimits(share, 0.0, 0.0);

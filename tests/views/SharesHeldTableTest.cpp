@@ -70,7 +70,7 @@ TEST_F(SharesHeldTableTest, DayWithoutARecordGivesAnEmptyTableAndTotalsOfZero) {
   EXPECT_STREQ("0.00%", totals.total(&HeldShareCells::dayPercent)->getText().text());
 }
 
-TEST_F(SharesHeldTableTest, ADayThatWasNotComputedIsNotTakenForOneWithoutShares) {
+TEST_F(SharesHeldTableTest, AnUncomputedDayIsNotTreatedAsADayWithoutShares) {
   SharePortfolioUser& user = addTrading();
   showTree();
   user.capitalRecord().recordsChangedFrom(Date(2026, 3, 1)); // As after a cancelled recomputation.
@@ -368,7 +368,7 @@ TEST_F(SharesHeldTableTest, TypedPriceOfAPastDayBelongsToThatDay) {
 
 // ---- New prices ----
 
-TEST_F(SharesHeldTableTest, PriceThatComesRefreshesItsRowAndTheFiguresAbove) {
+TEST_F(SharesHeldTableTest, ANewPriceRefreshesItsRowAndTheFiguresAbove) {
   addTrading();
   showTree();
   market().setCurrentPrice(u"AAA.AX", 7.2);
@@ -381,7 +381,7 @@ TEST_F(SharesHeldTableTest, PriceThatComesRefreshesItsRowAndTheFiguresAbove) {
   EXPECT_EQ("$5,450.00", figure(root(), "Total Capital"));
 }
 
-TEST_F(SharesHeldTableTest, PriceThatComesAsksNothing) {
+TEST_F(SharesHeldTableTest, ANewPriceAsksNothing) {
   addTrading();
   limits(7.0, 0.0);
   showTree();

@@ -336,7 +336,7 @@ TEST_F(SharesHeldTreeItemTest, TheTwoCommandsWithoutAMenuDoNothingOnASoundNode) 
 
 // ---- Failures ----
 
-TEST_F(SharesHeldTreeItemTest, NodeThatFailedToBuildSpoilsItsAncestorsButNoOtherBranch) {
+TEST_F(SharesHeldTreeItemTest, ANodeThatFailedToBuildBreaksItsAncestorsButNoOtherBranch) {
   addTrading();
   buy(addPortfolio(u"Zebra", 1000.0), u"BBB.AX", 5, 6.0);
   spoilBeforeShowing();
@@ -360,7 +360,7 @@ TEST_F(SharesHeldTreeItemTest, NodeThatFailedToBuildSpoilsItsAncestorsButNoOther
   EXPECT_EQ(9u, boxes().size()); // And one when the tree was shown.
 }
 
-TEST_F(SharesHeldTreeItemTest, CommandsOfUnsoundNodesTellSo) {
+TEST_F(SharesHeldTreeItemTest, CommandsOfBrokenNodesReportIt) {
   addTrading();
   spoilBeforeShowing();
   answer(unsoundWords, "OK");
@@ -382,7 +382,7 @@ TEST_F(SharesHeldTreeItemTest, CommandsOfUnsoundNodesTellSo) {
   EXPECT_TRUE(portfolios().contains(u"Trading"));
 }
 
-TEST_F(SharesHeldTreeItemTest, UpdatesOfUnsoundNodesAreSilent) {
+TEST_F(SharesHeldTreeItemTest, UpdatesOfBrokenNodesAreSilent) {
   addTrading();
   spoilBeforeShowing();
   const std::size_t before = boxes().size();

@@ -389,7 +389,7 @@ TEST_F(SharesSoldTableTest, NodeOffersNoCommands) {
   EXPECT_TRUE(boxes().empty());
 }
 
-TEST_F(SharesSoldTableTest, DatesThatCannotBeRightAreToldAndTheTableStillBuilds) {
+TEST_F(SharesSoldTableTest, ImplausibleDatesAreReportedAndTheTableStillBuilds) {
   addSales();
   sale().subElement(u"BuyDate").setValue(u"4/3/2026");
   sale(1).subElement(u"SellDate").setValue(u"5/3/2026");
@@ -404,7 +404,7 @@ TEST_F(SharesSoldTableTest, DatesThatCannotBeRightAreToldAndTheTableStillBuilds)
   EXPECT_TRUE(sold().isSound());
 }
 
-TEST_F(SharesSoldTableTest, DatesThatAreSetAsideAreNotToldAgain) {
+TEST_F(SharesSoldTableTest, UnreadableDatesAreNotReportedAgain) {
   addSales();
   sale().subElement(u"BuyDate").setValue(u"some day");
   sale(1).subElement(u"SellDate").setValue(u"another");
@@ -414,14 +414,14 @@ TEST_F(SharesSoldTableTest, DatesThatAreSetAsideAreNotToldAgain) {
   EXPECT_TRUE(sold().isSound());
 }
 
-TEST_F(SharesSoldTableTest, PastThatIsLookedAtMakesNoDateOneOfTheFuture) {
+TEST_F(SharesSoldTableTest, UnderAViewDateLaterDatesAreNotFutureDates) {
   addSales();
   Date::setFixedDate(Date(2026, 2, 10));
   showTree();
   EXPECT_TRUE(boxes().empty());
 }
 
-TEST_F(SharesSoldTableTest, UnreadableDateCostsTheNode) {
+TEST_F(SharesSoldTableTest, AnUnreadableDateBreaksTheNode) {
   addSales().checkCashReserve();
   sale().subElement(u"SellDate").setValue(u"no date");
   const std::string unsound = "This portfolio has suffered an error. Please restart Tallymoor.";

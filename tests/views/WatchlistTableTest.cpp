@@ -190,7 +190,7 @@ TEST_F(WatchlistTableTest, YoungStockHasEmptyCellsWhereThereWasNoPrice) {
   EXPECT_TRUE(boxes().empty());
 }
 
-TEST_F(WatchlistTableTest, UnknownStockShowsNoFiguresAndAsksNothing) {
+TEST_F(WatchlistTableTest, AnUnknownStockShowsNoFiguresAndAsksNothing) {
   addPortfolio(u"Trading", 5000.0);
   addList(u"Main", {u"NONE.AX"});
   showTrees();
@@ -212,7 +212,7 @@ TEST_F(WatchlistTableTest, AStockWhoseClosesAreZeroHasAnEmptyRow) {
   EXPECT_TRUE(window().warnings.empty()) << "no price has left its limits";
 }
 
-TEST_F(WatchlistTableTest, MissingDaysAreAskedForOnceARun) {
+TEST_F(WatchlistTableTest, MissingDaysAreRequestedOncePerRun) {
   market().setHistory(u"NEW.AX", Date(2026, 2, 2), Date(2026, 3, 3), 2.0);
   addPortfolio(u"Trading", 5000.0);
   addList(u"Main", {u"NEW.AX"});
@@ -295,7 +295,7 @@ TEST_F(WatchlistTableTest, StockWithoutIndicatorsIsNoSignal) {
   EXPECT_EQ(TableItem::NO_COLOUR, cellColour(table(), 0, u"Price Now"));
 }
 
-TEST_F(WatchlistTableTest, SignalEndsWithThePriceThatComes) {
+TEST_F(WatchlistTableTest, TheSignalEndsWithANewPrice) {
   watchRising(10.5);
   showTrees();
   market().setCurrentPrice(u"UP.AX", 9.9);
@@ -405,7 +405,7 @@ TEST_F(WatchlistTableTest, AutomaticLimitsTakeThePlaceOfTheUsersWhenChosen) {
   EXPECT_EQ("$1.00 - $20.00", cellText(table(), 0, u"Price Min/Max"));
 }
 
-TEST_F(WatchlistTableTest, AutomaticLimitsThatCannotBeHadAreNone) {
+TEST_F(WatchlistTableTest, UnavailableAutomaticLimitsAreEmpty) {
   market().setHistory(u"NEW.AX", Date(2026, 2, 2), Date(2026, 3, 3), 2.0);
   addPortfolio(u"Trading", 5000.0);
   addList(u"Main", {u"NEW.AX"});
@@ -428,7 +428,7 @@ TEST_F(WatchlistTableTest, PricesOfAViewDateTintButDoNotWarn) {
 
 // ---- New prices ----
 
-TEST_F(WatchlistTableTest, PriceThatComesRefreshesItsRowAndAsksNothing) {
+TEST_F(WatchlistTableTest, ANewPriceRefreshesItsRowAndAsksNothing) {
   market().setHistory(u"AAA.AX", Date(2024, 12, 1), Date(2026, 3, 2), 6.0);
   addPortfolio(u"Trading", 5000.0);
   addList(u"Main", {u"AAA.AX"});

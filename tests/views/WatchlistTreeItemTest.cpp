@@ -176,7 +176,7 @@ TEST_F(WatchlistTreeItemTest, NameOfAListIsCleaned) {
   EXPECT_THAT(listLabels(), ElementsAre("for Trading", "Main", "Oil Gasx"));
 }
 
-TEST_F(WatchlistTreeItemTest, NameThatIsThereShowsThatList) {
+TEST_F(WatchlistTreeItemTest, AnExistingNameShowsItsList) {
   watchOne();
   showTrees();
   makeList("Main");
@@ -277,7 +277,7 @@ TEST_F(WatchlistTreeItemTest, EmptyCodeIsRefused) {
   EXPECT_THAT(rowKeys(table()), ElementsAre("AAA.AX"));
 }
 
-TEST_F(WatchlistTreeItemTest, CodeWithEveryKindOfSignIsKept) {
+TEST_F(WatchlistTreeItemTest, ACodeWithSpecialCharactersIsKept) {
   watchOne();
   for (const String& code : {String(u"GC=F"), String(u"^XAO"), String(u"#1]")})
     WatchlistSettings::addCode(u"Main", code);
@@ -285,7 +285,7 @@ TEST_F(WatchlistTreeItemTest, CodeWithEveryKindOfSignIsKept) {
               testing::UnorderedElementsAre(u"#1]", u"AAA.AX", u"GC=F", u"^XAO"));
 }
 
-TEST_F(WatchlistTreeItemTest, SearchThatFailsOrHasNothingToSearchForIsToldOf) {
+TEST_F(WatchlistTreeItemTest, AFailedOrEmptySearchIsReported) {
   watchOne();
   showTrees();
   addStock(u"Main", [this](FXWindow& dialog) {
@@ -370,7 +370,7 @@ TEST_F(WatchlistTreeItemTest, FailuresAreReported) {
   EXPECT_THAT(rowKeys(table()), ElementsAre("AAA.AX"));
 }
 
-TEST_F(WatchlistTreeItemTest, UnsoundListSaysSoAndDoesNothing) {
+TEST_F(WatchlistTreeItemTest, ABrokenListReportsItAndDoesNothing) {
   watchOne();
   showTrees();
   list().setSound(false);

@@ -9,7 +9,7 @@ namespace {
 
 using CalendarDialogTest = WindowTest;
 
-TEST_F(CalendarDialogTest, GivesTheDayThatIsMarkedAtOk) {
+TEST_F(CalendarDialogTest, ReturnsTheMarkedDayAtOk) {
   CalendarDialog dialog(&mainWindow(), u"Choose the date", Date(2025, 7, 1));
   EXPECT_EQ(Date(2025, 7, 1), dialog.calendar()->date());
   whenModal("Choose the date", [&](FXWindow& form) {
@@ -80,7 +80,7 @@ TEST_F(CalendarDialogTest, ADateCanBeTypedAboveTheCalendar) {
   EXPECT_EQ(Date(2023, 11, 1), dialog.date());
 }
 
-TEST_F(CalendarDialogTest, WhatIsTypedMovesTheMarkWhenTheKeyboardLeaves) {
+TEST_F(CalendarDialogTest, TypedTextMovesTheMarkWhenTheFieldLosesTheFocus) {
   CalendarDialog dialog(&mainWindow(), u"Choose the date", Date(2025, 7, 1));
   dialog.create();
   dialog.typed()->setFocus();
@@ -91,7 +91,7 @@ TEST_F(CalendarDialogTest, WhatIsTypedMovesTheMarkWhenTheKeyboardLeaves) {
   EXPECT_EQ(String(u"01/11/2023"), dialog.typed()->text());
 }
 
-TEST_F(CalendarDialogTest, WhatIsNoDateIsRefusedWithAnExample) {
+TEST_F(CalendarDialogTest, AnInvalidDateIsRefusedWithAnExample) {
   CalendarDialog dialog(&mainWindow(), u"Choose the date", Date(2025, 7, 1));
   whenModal("Choose the date", [&](FXWindow& form) {
     type(*dialog.typed(), "29 Feb 2023");

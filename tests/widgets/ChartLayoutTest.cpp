@@ -172,7 +172,7 @@ TEST_F(ChartLayoutTest, WhereThereIsRoomEveryPointIsKept) {
   EXPECT_EQ(300u, ChartLayout(model, 1000, 300, metrics()).line(0).size());
 }
 
-TEST_F(ChartLayoutTest, ValuesThatAreNotFiniteAreLeftOut) {
+TEST_F(ChartLayoutTest, NonFiniteValuesAreOmitted) {
   ChartModel model = ChartSamples::model(Date(2026, 3, 1), {10.0, NOT_A_NUMBER, INFINITE, 20.0, -INFINITE});
   const ChartLayout layout(model, 600, 300, metrics());
   EXPECT_EQ(2u, layout.line(0).size());
@@ -237,7 +237,7 @@ TEST_F(ChartLayoutTest, AMarkerCloseToThePointerIsMet) {
   EXPECT_NE(traded, layout.dayAt(x + 3.5));
 }
 
-TEST_F(ChartLayoutTest, AReadingHasTheValuesOfTheDayAndNoneInBetween) {
+TEST_F(ChartLayoutTest, AReadingHasTheValuesOfTheDayWithoutInterpolation) {
   ChartModel model = ChartSamples::model(Date(2026, 3, 1), {10.0, 20.0, 30.0});
   model.series.push_back(series(u"Index", Date(2026, 3, 1), {11.0}));
   model.series[1].points.push_back({Date(2026, 3, 3), 31.0});
@@ -347,7 +347,7 @@ TEST_F(ChartLayoutTest, ALevelFarAwayIsToldInTheLegendAlone) {
   EXPECT_NEAR(both.plot().y, both.band()->y, 1e-9);
 }
 
-TEST_F(ChartLayoutTest, AMarkerStandsAtItsOwnPrice) {
+TEST_F(ChartLayoutTest, AMarkerIsAtItsOwnPrice) {
   ChartModel model = priceModel();
   model.markers = {{Date(2025, 4, 1), 2.0, true, u"Bought"}};
   const ChartLayout layout(model, 600, 300, metrics());

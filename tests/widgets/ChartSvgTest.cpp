@@ -149,7 +149,7 @@ TEST_F(ChartSvgTest, ASinglePointIsADot) {
   EXPECT_TRUE(drawing.all("polyline").empty());
 }
 
-TEST_F(ChartSvgTest, ValuesThatAreNotFiniteAreLeftOut) {
+TEST_F(ChartSvgTest, NonFiniteValuesAreOmitted) {
   ChartModel model = priceModel();
   model.series[0].points[5].value = NOT_A_NUMBER;
   model.series[0].points[6].value = INFINITE;

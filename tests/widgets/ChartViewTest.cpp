@@ -127,7 +127,7 @@ TEST_F(ChartViewTest, TheArrowKeysMoveTheCrosshair) {
   EXPECT_EQ(Date(2026, 3, 3), day(view));
 }
 
-TEST_F(ChartViewTest, OtherKeysAreNotTheCharts) {
+TEST_F(ChartViewTest, OtherKeysAreNotHandled) {
   ChartView& view = show(priceModel());
   FXEvent event{};
   event.type = SEL_KEYPRESS;
@@ -144,7 +144,7 @@ TEST_F(ChartViewTest, AClickGivesTheFocus) {
   EXPECT_EQ(&view, view.getParent()->getFocus());
 }
 
-TEST_F(ChartViewTest, AnEmptyChartBearsPointerAndKeys) {
+TEST_F(ChartViewTest, AnEmptyChartHandlesPointerAndKeys) {
   ChartModel none;
   none.emptyText = u"No prices to show yet.";
   ChartView& view = show(none);

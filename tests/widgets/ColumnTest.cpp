@@ -54,7 +54,7 @@ TEST_F(ColumnTest, BeginsHiddenAndWithoutHelp) {
   EXPECT_EQ(0x2000u, static_cast<FXuint>(FXTableItem::RIGHT));
 }
 
-TEST_F(ColumnTest, WhatFollowsItsPayloadAloneIsNeverOutdatedByTheTable) {
+TEST_F(ColumnTest, AColumnThatDependsOnlyOnItsPayloadIsNotOutdatedByTheTable) {
   Column column(u"Code", countedKey);
   EXPECT_FALSE(column.followsPayloadAlone());
   EXPECT_TRUE(column.followPayloadAlone().followsPayloadAlone());
@@ -92,7 +92,7 @@ TEST_F(ColumnTest, FailingCellReadsErrorAndTheFailureIsRemembered) {
   EXPECT_EQ(1, computed);
 }
 
-TEST_F(ColumnTest, AnyKindOfFailureCostsOnlyTheCell) {
+TEST_F(ColumnTest, AnyExceptionAffectsOnlyItsCell) {
   Column column(u"Code", failingOutsideTheFamily);
   EXPECT_EQ(String(u"error"), column(m_row));
   EXPECT_THROW(column.result(m_row), std::runtime_error);
@@ -103,7 +103,7 @@ TEST_F(ColumnTest, ResultWithoutATextFormReadsError) {
   EXPECT_EQ(String(u"error"), column(m_row));
 }
 
-TEST_F(ColumnTest, RowsHaveNoPlaceBeforeATableGivesThemOne) {
+TEST_F(ColumnTest, RowsHaveNoPositionBeforeATablePlacesThem) {
   int payload = 7;
   Row row(u"ABC.AX", &payload);
   EXPECT_EQ(-1, row.index());

@@ -50,7 +50,7 @@ TEST_F(DateFieldTest, ReadsWhatIsTyped) {
   EXPECT_EQ(std::nullopt, m_field->date());
 }
 
-TEST_F(DateFieldTest, ShowsHowItWasReadWhenTheKeyboardLeaves) {
+TEST_F(DateFieldTest, ShowsTheParsedDateWhenTheFocusLeaves) {
   type(*m_field, "1 nov 23");
   EXPECT_EQ(String(u"1 nov 23"), m_field->text());
   m_other->setFocus();
@@ -59,7 +59,7 @@ TEST_F(DateFieldTest, ShowsHowItWasReadWhenTheKeyboardLeaves) {
   EXPECT_EQ(1, m_listener.told);
 }
 
-TEST_F(DateFieldTest, TheTargetHearsOfEachTextOnce) {
+TEST_F(DateFieldTest, TheTargetIsNotifiedOncePerText) {
   m_field->setDate(Date(2026, 1, 2));
   goTo(*m_other);
   EXPECT_EQ(0, m_listener.told) << "the form itself shows it";
@@ -75,7 +75,7 @@ TEST_F(DateFieldTest, TheTargetHearsOfEachTextOnce) {
   EXPECT_EQ(2, m_listener.told) << "whoever listens looks whether it is a date";
 }
 
-TEST_F(DateFieldTest, WhoLeavesTheFormHearsNothing) {
+TEST_F(DateFieldTest, CancellingTheFormNotifiesNobody) {
   type(*m_field, "3/1/26");
   goTo(*m_cancel);
   EXPECT_EQ(String(u"03/01/2026"), m_field->text());
@@ -90,7 +90,7 @@ TEST_F(DateFieldTest, WhoLeavesTheFormHearsNothing) {
   EXPECT_EQ(1, m_listener.told) << "it is still to be told";
 }
 
-TEST_F(DateFieldTest, AFieldThatGoesTellsNothing) {
+TEST_F(DateFieldTest, ADestroyedFieldNotifiesNobody) {
   type(*m_field, "3/1/26");
   m_other->setFocus();
   delete m_field;
@@ -98,13 +98,13 @@ TEST_F(DateFieldTest, AFieldThatGoesTellsNothing) {
   EXPECT_EQ(0, m_listener.told);
 }
 
-TEST_F(DateFieldTest, WhatIsNoDateStaysAsItWasTyped) {
+TEST_F(DateFieldTest, AnInvalidDateStaysAsTyped) {
   type(*m_field, "31/11/23");
   m_other->setFocus();
   EXPECT_EQ(String(u"31/11/23"), m_field->text());
 }
 
-TEST_F(DateFieldTest, TheTargetHearsOfAChoiceAndNotOfWhatTheFormShows) {
+TEST_F(DateFieldTest, TheTargetIsNotifiedOfAUsersChoiceOnly) {
   m_field->setDate(Date(2026, 1, 2));
   EXPECT_EQ(0, m_listener.told);
   m_field->choose(Date(2026, 1, 3));

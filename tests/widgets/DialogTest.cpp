@@ -49,7 +49,7 @@ public:
 
 using DialogTest = WindowTest;
 
-TEST_F(DialogTest, OkGivesOneAndCancelNothing) {
+TEST_F(DialogTest, OkReturnsOneAndCancelZero) {
   FormDialog dialog(&mainWindow());
   whenModal("Form", [&](FXWindow& form) { press(form, "OK"); });
   EXPECT_EQ(1u, dialog.execute());
@@ -113,7 +113,7 @@ TEST_F(DialogTest, AFailedValidationKeepsTheFieldsAsTyped) {
   EXPECT_EQ(1, dialog.panel->checks);
 }
 
-TEST_F(DialogTest, AFailureOfTheDialogIsReportedAndStays) {
+TEST_F(DialogTest, AFailureOfTheDialogIsReportedAndTheDialogStays) {
   FormDialog dialog(&mainWindow());
   dialog.throwing = true;
   whenModal("Form", [&](FXWindow& form) {

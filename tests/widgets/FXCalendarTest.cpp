@@ -72,7 +72,7 @@ TEST_F(FXCalendarTest, MarksTheDayAndGreysTheNeighbours) {
   EXPECT_EQ(app().getSelbackColor(), buttons[9]->getBackColor());
 }
 
-TEST_F(FXCalendarTest, PressingADayTakesItAndTellsTheTarget) {
+TEST_F(FXCalendarTest, PressingADaySelectsItAndNotifiesTheTarget) {
   FXCalendar& calendar = makeCalendar(Date(2026, 3, 3));
   press(*dayButtons(calendar)[36]);
   EXPECT_EQ(Date(2026, 3, 31), calendar.date());
@@ -82,7 +82,7 @@ TEST_F(FXCalendarTest, PressingADayTakesItAndTellsTheTarget) {
   EXPECT_EQ((std::vector<Date>{Date(2026, 3, 31), Date(2026, 4, 5)}), m_listener.dates);
 }
 
-TEST_F(FXCalendarTest, SettingTheDateTellsNobody) {
+TEST_F(FXCalendarTest, SettingTheDateSendsNoMessage) {
   FXCalendar& calendar = makeCalendar(Date(2026, 3, 3));
   calendar.setDate(Date(2024, 2, 29));
   int year = 0, month = 0, day = 0;

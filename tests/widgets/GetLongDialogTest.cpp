@@ -34,7 +34,7 @@ TEST_F(GetLongDialogTest, GivesTheTypedNumber) {
   EXPECT_EQ(42, valueOf("42"));
 }
 
-TEST_F(GetLongDialogTest, KeepsToTheLimits) {
+TEST_F(GetLongDialogTest, KeepsWithinTheLimits) {
   EXPECT_EQ(100, valueOf("1000"));
   EXPECT_EQ(1, valueOf("0"));
   EXPECT_EQ(1, valueOf("-7"));

@@ -45,7 +45,7 @@ TEST_F(GetStringDialogTest, CancelKeepsTheInitialText) {
   EXPECT_EQ(String(u"old"), dialog.text());
 }
 
-TEST_F(GetStringDialogTest, TheFilterSetsTheFieldToWhatItKeeps) {
+TEST_F(GetStringDialogTest, TheFilterReplacesTheFieldsText) {
   GetStringDialog dialog(&mainWindow(), u"Name", u"Name", String(),
                          [](const String& text) { return text.toUpper(); });
   whenModal("Name", [&](FXWindow& form) {
@@ -58,7 +58,7 @@ TEST_F(GetStringDialogTest, TheFilterSetsTheFieldToWhatItKeeps) {
   EXPECT_EQ(String(u"ABC"), dialog.text());
 }
 
-TEST_F(GetStringDialogTest, WhatTheFilterLeavesEmptyIsRefused) {
+TEST_F(GetStringDialogTest, ATextEmptiedByTheFilterIsRefused) {
   GetStringDialog dialog(&mainWindow(), u"Name", u"Name", u"old", cleanName);
   whenModal("Name", [&](FXWindow& form) {
     auto* field = find<FXTextField>(form);

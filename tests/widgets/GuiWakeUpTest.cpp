@@ -50,7 +50,7 @@ TEST_F(GuiWakeUpTest, CallsCoalesce) {
   EXPECT_EQ(2, calls);
 }
 
-TEST_F(GuiWakeUpTest, EachReceiverHearsOnlyItsOwnCalls) {
+TEST_F(GuiWakeUpTest, EachReceiverGetsOnlyItsOwnCalls) {
   int first = 0, second = 0;
   GuiWakeUp one(&m_app, [&] { ++first; });
   GuiWakeUp two(&m_app, [&] { ++second; });
@@ -60,7 +60,7 @@ TEST_F(GuiWakeUpTest, EachReceiverHearsOnlyItsOwnCalls) {
   EXPECT_EQ(1, second);
 }
 
-TEST_F(GuiWakeUpTest, WakeUpOnItsWayToADeadReceiverIsDropped) {
+TEST_F(GuiWakeUpTest, APendingWakeUpOfADestroyedReceiverIsDropped) {
   int calls = 0;
   auto dead = std::make_unique<GuiWakeUp>(&m_app, [&] { ++calls; });
   GuiWakeUp other(&m_app, [&] { ++calls; });

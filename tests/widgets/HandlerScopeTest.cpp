@@ -45,7 +45,7 @@ TEST_F(HandlerScopeTest, WaitsForTheOutermostHandlerAndKeepsTheOrder) {
   EXPECT_THAT(m_done, ElementsAre("a", "b"));
 }
 
-TEST_F(HandlerScopeTest, LaterWorkOfAnOwnerTakesThePlaceOfItsEarlierOne) {
+TEST_F(HandlerScopeTest, LaterWorkOfAnOwnerReplacesEarlierWork) {
   {
     const HandlerScope scope;
     HandlerScope::whenDone(&m_first, note("old"));
@@ -55,7 +55,7 @@ TEST_F(HandlerScopeTest, LaterWorkOfAnOwnerTakesThePlaceOfItsEarlierOne) {
   EXPECT_THAT(m_done, ElementsAre("b", "new"));
 }
 
-TEST_F(HandlerScopeTest, WorkOfAnOwnerThatDiedIsDropped) {
+TEST_F(HandlerScopeTest, WorkOfADestroyedOwnerIsDropped) {
   {
     const HandlerScope scope;
     HandlerScope::whenDone(&m_first, note("a"));
@@ -123,7 +123,7 @@ TEST_F(HandlerScopeTest, AModalDialogDoesNotServeTheWorkOfTheWindowBehindIt) {
   EXPECT_THAT(m_done, ElementsAre("window", "node"));
 }
 
-TEST_F(HandlerScopeTest, WorkThatADialogLeavesWaitingIsServedOutside) {
+TEST_F(HandlerScopeTest, WorkLeftByADialogRunsOutside) {
   const int dialog = 0;
   {
     const HandlerScope opener;
@@ -141,7 +141,7 @@ TEST_F(HandlerScopeTest, WorkThatADialogLeavesWaitingIsServedOutside) {
   EXPECT_THAT(m_done, ElementsAre("left"));
 }
 
-TEST_F(HandlerScopeTest, LateFailureIsReportedWithTheWordsOfTheHandlerThatAskedForIt) {
+TEST_F(HandlerScopeTest, AFailureOfDeferredWorkIsReportedForTheHandlerThatDeferredIt) {
   FakeUserInteraction user;
   guardedHandler(u"Outer failed.", [this] {
     guardedHandler(u"Inner failed.",

@@ -99,7 +99,7 @@ TEST_F(ListChoiceDialogTest, NothingCheckedIsRefused) {
   EXPECT_EQ(0u, one.execute());
 }
 
-TEST_F(ListChoiceDialogTest, TheOneChoiceStaysWhenItIsPressedAgain) {
+TEST_F(ListChoiceDialogTest, TheOnlyChoiceStaysCheckedWhenPressedAgain) {
   ListChoiceDialog dialog(&mainWindow(), u"Choose", String(), false);
   dialog.addListEntry(u"first", &m_a, true);
   dialog.addListEntry(u"second", &m_b);

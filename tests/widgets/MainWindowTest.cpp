@@ -83,7 +83,7 @@ TEST_F(MainWindowTest, FramesLieFromTopToBottom) {
   EXPECT_EQ(window.normalFont()->getFontHeight() + 10, window.statusBar()->getHeight());
 }
 
-TEST_F(MainWindowTest, FontsAreTheProgramsOwn) {
+TEST_F(MainWindowTest, UsesTheProgramsFonts) {
   EXPECT_STREQ("Ariel", mainWindow().normalFont()->getName().text());
   EXPECT_EQ(90u, mainWindow().normalFont()->getSize());
   EXPECT_EQ(100u, mainWindow().boldFont()->getSize());
@@ -110,7 +110,7 @@ TEST_F(MainWindowTest, EachKindOfMessageHasItsButtons) {
   EXPECT_EQ((std::vector<std::string>{"told", "told", "told"}), boxes());
 }
 
-TEST_F(MainWindowTest, OnlyYesIsYes) {
+TEST_F(MainWindowTest, OnlyYesReturnsTrue) {
   answer("sure?", "Yes");
   EXPECT_TRUE(MainWindow::question(u"sure?"));
   answer("sure?", "No");
@@ -220,7 +220,7 @@ TEST_F(MainWindowTest, StatusTextsFromTheGuiThreadShowAtOnce) {
   EXPECT_STREQ("caf\xC3\xA9 & co", statusLine().getText().text());
 }
 
-TEST_F(MainWindowTest, StatusTextsFromAnotherThreadComeThroughAWakeUp) {
+TEST_F(MainWindowTest, StatusTextsFromAnotherThreadAreShownByAWakeUp) {
   std::thread worker([] {
     MainWindow::setNormalStatusText(u"first");
     MainWindow::setNormalStatusText(u"second");
@@ -345,7 +345,7 @@ TEST_F(MainWindowTest, OneNegativeCoordinateDoesNot) {
   EXPECT_EQ(0, window().minimises);
 }
 
-TEST_F(MainWindowTest, TheMinimiseMessageIsToldOnce) {
+TEST_F(MainWindowTest, TheMinimiseMessageIsShownOnce) {
   mainWindow().handle(&mainWindow(), FXSEL(SEL_MINIMIZE, MainWindow::ID_MAINWINDOW), nullptr);
   mainWindow().handle(&mainWindow(), FXSEL(SEL_MINIMIZE, MainWindow::ID_MAINWINDOW), nullptr);
   EXPECT_EQ(1, window().minimises);
@@ -393,7 +393,7 @@ TEST_F(FailingWindowTest, AFailingHookIsReportedAndTheCaptionIsTheWindowsOwn) {
 
 // Requests from lower layers
 
-TEST_F(MainWindowTest, LowerFoldersReachTheSameBoxes) {
+TEST_F(MainWindowTest, LowerLayersUseTheSameBoxes) {
   UserInteraction& user = UserInteraction::Instance();
   answer("fine", "OK");
   user.information(u"fine");
@@ -413,7 +413,7 @@ TEST_F(MainWindowTest, LowerFoldersReachTheSameBoxes) {
   EXPECT_EQ(1, window().warnings[0].level);
 }
 
-TEST_F(MainWindowTest, LowerFoldersCanAskForAChoice) {
+TEST_F(MainWindowTest, LowerLayersCanAskForAChoice) {
   UserInteraction& user = UserInteraction::Instance();
   whenModal("Country", [&](FXWindow& dialog) {
     press(dialog, "B & C");
@@ -424,7 +424,7 @@ TEST_F(MainWindowTest, LowerFoldersCanAskForAChoice) {
   EXPECT_EQ(std::nullopt, user.chooseFromList(u"Country", u"Where?", {u"A"}));
 }
 
-TEST_F(MainWindowTest, LowerFoldersCanAskForADateAndARatio) {
+TEST_F(MainWindowTest, LowerLayersCanAskForADateAndARatio) {
   UserInteraction& user = UserInteraction::Instance();
   whenModal("Start", [&](FXWindow& dialog) {
     EXPECT_TRUE(shows(dialog, "First day"));
@@ -446,7 +446,7 @@ struct CountingWork : HasLengthyFunctions {
   int runs = 0;
 };
 
-TEST_F(MainWindowTest, LowerFoldersCanRunLengthyWork) {
+TEST_F(MainWindowTest, LowerLayersCanRunLengthyWork) {
   CountingWork work;
   EXPECT_TRUE(UserInteraction::Instance().runLengthy(u"Caption", u"Heading", 3, work, 3));
   EXPECT_EQ(1, work.runs);

@@ -17,7 +17,7 @@ MessageRoom room(int width, std::size_t lines) {
   return {[](const String& line) { return 10 * static_cast<int>(line.size()); }, width, lines};
 }
 
-TEST(MessageLayoutTest, WhatFitsStaysToTheLetter) {
+TEST(MessageLayoutTest, TextThatFitsIsUnchanged) {
   for (const char16_t* text : {u"", u"one", u"one\ntwo", u"\n", u"  two  blanks  ", u"ends\n"})
     EXPECT_EQ(String(text), fittedMessage(text, room(1000, 10)));
 }
@@ -49,13 +49,13 @@ TEST(MessageLayoutTest, NoLineHasMoreThan150UnitsWhateverTheRoom) {
   EXPECT_EQ(143u, longest);
 }
 
-TEST(MessageLayoutTest, OfTooManyLinesTheMiddleIsLeftOut) {
+TEST(MessageLayoutTest, TheMiddleOfTooManyLinesIsOmitted) {
   EXPECT_EQ(String(u"1\n2\n3\n4\n\u2026\n9"), fittedMessage(u"1\n2\n3\n4\n5\n6\n7\n8\n9", room(100, 6)));
   EXPECT_EQ(String(u"1\n2\n3\n4\n5\n6"), fittedMessage(u"1\n2\n3\n4\n5\n6", room(100, 6)));
   EXPECT_EQ(String(u"1\n\u2026\n4"), fittedMessage(u"1\n2\n3\n4", room(100, 0))) << "three lines at least";
 }
 
-TEST(MessageLayoutTest, OfAWholePageTheBeginningAndTheEndAreShown) {
+TEST(MessageLayoutTest, TheBeginningAndTheEndOfALongTextAreShown) {
   const String page = repeated(u"<td>nothing that anybody would read</td>", 100'000);
   int measured = 0;
   MessageRoom counting = room(1000, 12);

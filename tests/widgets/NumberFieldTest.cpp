@@ -39,7 +39,7 @@ TEST_F(NumberFieldTest, ShowsItsDecimals) {
   EXPECT_EQ(String(u"-1234567.50"), amount.text());
 }
 
-TEST_F(NumberFieldTest, UnderstandsWhatPeopleType) {
+TEST_F(NumberFieldTest, ReadsTypedNumbers) {
   EXPECT_EQ(1234.5, valueOf("1,234.50"));
   EXPECT_EQ(12.5, valueOf("12.5 "));
   EXPECT_EQ(12.5, valueOf(" 12.5"));
@@ -59,7 +59,7 @@ TEST_F(NumberFieldTest, ADecimalCommaIsReadWhereItIsUsed) {
   EXPECT_EQ(1234.5, valueOf("1,234.50"));
 }
 
-TEST_F(NumberFieldTest, WhatItShowsItReadsBackInEveryLocale) {
+TEST_F(NumberFieldTest, ReadsItsOwnTextInEveryLocale) {
   profile().setLocale("de_DE");
   NumberField& field = makeField(4);
   field.setValue(1234.5678);

@@ -107,7 +107,7 @@ TEST_F(ProgressDialogTest, TheCancelButtonIsThereOnRequestOnly) {
   EXPECT_TRUE(button(with, "Cancel").shown());
 }
 
-TEST_F(ProgressDialogTest, AFailureComesThroughWithTheDialogHidden) {
+TEST_F(ProgressDialogTest, AFailurePropagatesAfterTheDialogIsHidden) {
   ProgressDialog dialog(&mainWindow(), u"Caption", u"Heading", 5);
   m_work = [](Progress&) {
     throw Exception(u"There was a failure during startup. Please restart Tallymoor");
@@ -137,7 +137,7 @@ TEST_F(ProgressDialogTest, ALongHeadingIsNotCutOff) {
   }
 }
 
-TEST_F(ProgressDialogTest, ATotalOfNothingIsHarmless) {
+TEST_F(ProgressDialogTest, ATotalOfZeroIsHarmless) {
   ProgressDialog dialog(&mainWindow(), u"Caption", u"Heading", 0);
   EXPECT_TRUE(dialog.run(*this, 0));
   EXPECT_EQ(1u, dialog.total());

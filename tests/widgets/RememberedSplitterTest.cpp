@@ -71,7 +71,7 @@ TEST_F(RememberedSplitterTest, PaneIsNeverLost) {
 }
 
 /// Like the first page after a start: it is created with a height of 0 and laid out later.
-TEST_F(RememberedSplitterTest, APaneThatBeganWithoutHeightComesOntoTheDisplay) {
+TEST_F(RememberedSplitterTest, APaneCreatedWithoutHeightIsShown) {
   auto* page =
       new FXVerticalFrame(mainWindow().contentFrame(), LAYOUT_FILL_X | LAYOUT_FIX_HEIGHT, 0, 0, 0, 0);
   auto* splitter = new RememberedSplitter(page, u"Y Splitter Test");

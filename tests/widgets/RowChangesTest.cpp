@@ -68,7 +68,7 @@ TEST_F(RowChangesTest, RowsThatChangePlacesAreNoChangeInPlace) {
   EXPECT_FALSE(RowChanges::between(rows({0, 1, 2}), rows({2, 0, 1})));
 }
 
-TEST_F(RowChangesTest, ManyRunsAreNotWorthIt) {
+TEST_F(RowChangesTest, ManyRunsAreReplacedByAFullChange) {
   std::vector<Row*> all;
   std::vector<Row*> everySecond;
   for (std::size_t i = 0; i < 2 * RowChanges::MOST_RUNS; ++i) {

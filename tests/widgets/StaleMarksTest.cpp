@@ -7,7 +7,7 @@
 namespace Tallymoor {
 namespace {
 
-TEST(StaleMarksTest, TakingGivesWhatWasMarkedAndForgetsIt) {
+TEST(StaleMarksTest, TakingReturnsAndClearsTheMarks) {
   StaleMarks marks;
   EXPECT_TRUE(marks.empty());
   marks.markKey(u"B");

@@ -49,11 +49,11 @@ protected:
   std::function<void(Progress&)> m_work;
 };
 
-TEST_F(StopRequestTest, NothingEndsTheWork) {
+TEST_F(StopRequestTest, WithoutAnEventTheWorkContinues) {
   EXPECT_FALSE(isWanted());
 }
 
-TEST_F(StopRequestTest, EscapeIsTakenAndHoldsUntilTheLoopHasItsTurn) {
+TEST_F(StopRequestTest, EscapeIsConsumedAndKeptUntilTheEventLoopRuns) {
   sendKey(mainWindow(), XK_Escape);
   EXPECT_TRUE(isWanted());
   EXPECT_TRUE(isWanted());
@@ -134,7 +134,7 @@ TEST_F(StopRequestTest, OnlyTheCloseButtonOfAWindowManagerEndsTheWork) {
   UserInteraction::Instance().runLengthy(u"Caption", u"Heading", 5, *this, 0);
 }
 
-TEST_F(StopRequestTest, AnEndingSignalIsNotedAtOnceAndStillTakesTheRoadOfExit) {
+TEST_F(StopRequestTest, ATerminationSignalIsSeenAtOnceAndStillExits) {
   window().onShutdownRuns = [] { throw Exception(u"not yet"); };
   int shutdowns = 0;
   for (const int number : {SIGTERM, SIGINT, SIGHUP}) {

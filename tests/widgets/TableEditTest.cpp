@@ -258,7 +258,7 @@ TEST_F(TablePriceTest, RowsOfChangedRecordsKeepWhatTheyShowUntilTheTableIsFilled
   EXPECT_THAT(watcher().told, ElementsAre(true, false)) << "the mark was not lost";
 }
 
-TEST_F(TablePriceTest, DestroyedTableHearsNothingMore) {
+TEST_F(TablePriceTest, ADestroyedTableGetsNoNotifications) {
   auto* other = new SampleTable(mainWindow().contentFrame());
   other->updateTable();
   other->markAllStale();

@@ -28,7 +28,7 @@ protected:
   bool headerHasKeyboard() { return table().getFocus() == table().getColumnHeader(); }
 };
 
-TEST_F(TableKeysTest, WhoComesFindsTheFirstCell) {
+TEST_F(TableKeysTest, TheFirstCellHasTheFocus) {
   makeTable();
   EXPECT_EQ(-1, table().getCurrentRow());
   table().setFocus();

@@ -122,7 +122,7 @@ protected:
   PageSwitcher* m_switcher = nullptr;
 };
 
-TEST_F(TreeViewTest, LooksAndListensAsItShould) {
+TEST_F(TreeViewTest, HasTheRightStyleAndTarget) {
   EXPECT_EQ(0x1A00000u, tree().getListStyle());
   EXPECT_EQ(0xC00u, tree().getLayoutHints());
   EXPECT_EQ(&tree(), tree().getTarget());
@@ -212,7 +212,7 @@ TEST_F(TreeViewTest, WalkingByKeysShowsEachNode) {
   EXPECT_EQ(root->page(), shownPage());
 }
 
-TEST_F(TreeViewTest, KeyThatLeavesTheNodeRefreshesNothing) {
+TEST_F(TreeViewTest, AKeyThatKeepsTheNodeRefreshesNothing) {
   tree().selectQuietly(root);
   noted.clear();
   keyPress(KEY_Up);
@@ -304,7 +304,7 @@ TEST_F(TreeViewTest, FailuresOfNodesAreReportedWithTheHandlersWords) {
   EXPECT_EQ(3u, boxes().size());
 }
 
-TEST_F(TreeViewTest, NodeThatFailedToBuildMakesItsAncestorsUnsound) {
+TEST_F(TreeViewTest, ANodeThatFailedToBuildBreaksItsAncestors) {
   clickText(second->parentItem()); // The root, if nothing fails.
   auto* broken = new NotingItem(m_tree, first, u"Broken", true);
   EXPECT_EQ(nullptr, broken->page());
@@ -317,7 +317,7 @@ TEST_F(TreeViewTest, NodeThatFailedToBuildMakesItsAncestorsUnsound) {
   EXPECT_EQ(root->page(), shownPage()) << "the page that was shown is still in sight";
 }
 
-TEST_F(TreeViewTest, ClickAboveAnUnsoundNodeShowsTheErrorAndABranchBesideItStillShows) {
+TEST_F(TreeViewTest, AClickAboveABrokenNodeShowsTheErrorAndOtherBranchesWork) {
   clickText(root);
   clickText(second);
   new NotingItem(m_tree, first, u"Broken", true);
@@ -348,7 +348,7 @@ TEST_F(TreeViewTest, DeletingANodeKeepsThePageThatIsShown) {
   EXPECT_EQ(1, m_switcher->numChildren());
 }
 
-TEST_F(TreeViewTest, NodeThatGoesInItsOwnClickGoesWhenTheClickIsDone) {
+TEST_F(TreeViewTest, ANodeDeletedInItsOwnClickIsDeletedAfterTheClick) {
   clickText(root);
   first->onClick = [this] {
     HandlerScope::whenDone(this, [this] { tree().removeItem(first, FALSE); });

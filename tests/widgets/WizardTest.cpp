@@ -119,7 +119,7 @@ TEST_F(WizardTest, NextAfterTheLastPageBecomesFinishAndBackRestoresIt) {
   expectPage(wizard().third, "The third");
 }
 
-TEST_F(WizardTest, StaysOnAPageThatDoesNotAgree) {
+TEST_F(WizardTest, StaysOnAPageWithErrors) {
   wizard().first->valid = false;
   next();
   expectPage(wizard().first, "The first");
@@ -127,7 +127,7 @@ TEST_F(WizardTest, StaysOnAPageThatDoesNotAgree) {
   EXPECT_FALSE(wizard().backButton()->isEnabled());
 }
 
-TEST_F(WizardTest, AFailureIsToldAndStays) {
+TEST_F(WizardTest, AFailureIsReportedAndThePageStays) {
   wizard().first->throwing = true;
   answer("Wizard::onNext failed. Exception : inside", "OK");
   next();

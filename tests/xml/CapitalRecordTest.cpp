@@ -29,7 +29,7 @@ class PoolTest : public ::testing::Test {};
 using Pooled = ::testing::Types<XMLDayCap, XMLShareVal, XMLShareValue>;
 TYPED_TEST_SUITE(PoolTest, Pooled);
 
-TYPED_TEST(PoolTest, TheHundredAndFirstRequestMakesTheSecondBlock) {
+TYPED_TEST(PoolTest, The101stRequestAllocatesASecondBlock) {
   EmptiedPool<TypeParam> emptied;
   const std::size_t blocks = TypeParam::pool().numBlocks();
   std::vector<XMLElement*> taken;
@@ -47,7 +47,7 @@ TYPED_TEST(PoolTest, TheHundredAndFirstRequestMakesTheSecondBlock) {
   EXPECT_EQ(TypeParam::pool().numBlocks(), blocks + 2);
 }
 
-TYPED_TEST(PoolTest, WhatIsGivenBackIsTheNextToBeTaken) {
+TYPED_TEST(PoolTest, AReleasedElementIsReusedFirst) {
   XMLElement* first = TypeParam::create();
   XMLElement* second = TypeParam::create();
   first->destroy();
@@ -65,7 +65,7 @@ TYPED_TEST(PoolTest, ACopyIsLeftAlone) {
   EXPECT_EQ(TypeParam::pool().numFree(), free);
 }
 
-TYPED_TEST(PoolTest, GivingBackTwiceCountsOnce) {
+TYPED_TEST(PoolTest, ReleasingTwiceCountsOnce) {
   XMLElement* element = TypeParam::create();
   element->destroy();
   const std::size_t free = TypeParam::pool().numFree();
@@ -73,7 +73,7 @@ TYPED_TEST(PoolTest, GivingBackTwiceCountsOnce) {
   EXPECT_EQ(TypeParam::pool().numFree(), free);
 }
 
-TYPED_TEST(PoolTest, ServesSeveralThreads) {
+TYPED_TEST(PoolTest, IsThreadSafe) {
   const std::size_t inUse = TypeParam::pool().numInUse();
   std::vector<std::thread> threads;
   for (int i = 0; i < 4; ++i)
@@ -168,7 +168,7 @@ TEST(CapitalRecordTest, CopiesComeFromThePools) {
   EXPECT_EQ(XMLShareVal::pool().numInUse(), shares);
 }
 
-TEST(CapitalRecordTest, AFailedReadGivesEverythingBackWithTheRoot) {
+TEST(CapitalRecordTest, AFailedReadReleasesAllElementsWithTheRoot) {
   const std::size_t days = XMLDayCap::pool().numInUse();
   const std::size_t shares = XMLShareVal::pool().numInUse();
   {

@@ -31,7 +31,7 @@ protected:
   XMLHeldShare& m_second = m_portfolio.heldShares().add();
 };
 
-TEST_F(ChangeStampTest, GrowsInTheElementAndInAllAboveIt) {
+TEST_F(ChangeStampTest, GrowsInTheElementAndItsAncestors) {
   XMLBuyEvent* parcel = nullptr;
   expectTold("a parcel comes", [&] { parcel = &m_first.parcels().add(); });
   expectTold("a value", [&] { parcel->setPrice(12.0); });
@@ -47,7 +47,7 @@ TEST_F(ChangeStampTest, GrowsInTheElementAndInAllAboveIt) {
   expectTold("it is emptied", [&] { m_first.reset(); });
 }
 
-TEST_F(ChangeStampTest, GrowsInAllThatIsReadAndInAllAboveIt) {
+TEST_F(ChangeStampTest, GrowsInElementsReadAndTheirAncestors) {
   expectTold("it is read", [&] {
     m_first.decode(
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?><HeldShare><String>ABC.AX</String><BuyEvent>"
@@ -57,7 +57,7 @@ TEST_F(ChangeStampTest, GrowsInAllThatIsReadAndInAllAboveIt) {
   EXPECT_EQ(Date(2006, 3, 3), m_first.parcels()[0].bought());
 }
 
-TEST_F(ChangeStampTest, IsNotThatOfAnEarlierElement) {
+TEST_F(ChangeStampTest, DiffersFromAnEarlierElementAtTheSameAddress) {
   std::uint64_t last = 0;
   for (int i = 0; i < 3; ++i) { // Allocators return the same address again.
     const XMLBuyEvent& parcel = m_first.parcels().add();

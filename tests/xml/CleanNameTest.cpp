@@ -5,7 +5,7 @@
 namespace Tallymoor {
 namespace {
 
-TEST(CleanNameTest, DropsWhatNamesMayNotHold) {
+TEST(CleanNameTest, RemovesForbiddenCharacters) {
   EXPECT_EQ(String(u"abcdefghi"), cleanName(u"a&b<c>d\"e'f/g\\h\u0007i"));
   EXPECT_EQ(String(u"ab"), cleanName(u"a\n\tb\u0085"));
   EXPECT_EQ(String(u"..etcpasswd"), cleanName(u"../etc/passwd"));
@@ -14,7 +14,7 @@ TEST(CleanNameTest, DropsWhatNamesMayNotHold) {
   EXPECT_EQ(String(), cleanName(u" &<>\"'/\\ "));
 }
 
-TEST(CleanNameTest, LeavesNoGapWhereSomethingWasDropped) {
+TEST(CleanNameTest, LeavesNoGapForRemovedCharacters) {
   EXPECT_EQ(String(u"A B"), cleanName(u"A & B"));
   EXPECT_EQ(String(u"A B"), cleanName(u"A   B"));
 }

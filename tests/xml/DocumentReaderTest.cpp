@@ -70,7 +70,7 @@ protected:
   TestProfile m_profile;
 };
 
-TEST_F(DocumentReaderTest, TheWatchesOfThisTestSeeWhatTheyShould) {
+TEST_F(DocumentReaderTest, TheWatchesOfThisTestWork) {
   const String path = m_profile.path("seen.txt");
   TestProfile::writeFile(path, "x");
   OpenWatch watch(path);
@@ -256,7 +256,7 @@ TEST_F(DocumentReaderTest, ElementsWithoutContentAreBounded) {
   EXPECT_EQ(sample.numSubElements(u"Items"), DocumentLimits::FREE_ELEMENTS);
 }
 
-TEST_F(DocumentReaderTest, ElementsThatNobodyMentionsCountToo) {
+TEST_F(DocumentReaderTest, ImplicitElementsCountToo) {
   XMLPortfolios records;
   EXPECT_EQ(failureOf([&] {
               records.decode(("<Portfolios><SharePortfolio><CashReserve>" +
@@ -278,7 +278,7 @@ void expectRead(XMLElement& root, XMLElement& parent, std::u16string_view kind, 
   root.reset();
 }
 
-TEST_F(DocumentReaderTest, TheLeanestThatTheProgramWritesIsRead) {
+TEST_F(DocumentReaderTest, TheSmallestElementsOfTheProgramAreRead) {
   XMLPortfolios records;
   expectRead(records, records, u"SharePortfolios", newElement<XMLSharePortfolio>);
   XMLHeldShare held;
@@ -441,7 +441,7 @@ TEST_F(DocumentReaderTest, ADocumentCutAnywhereIsRefusedByATreeThatReadsOn) {
   EXPECT_EQ(root.numSubElements(u"SharePortfolios"), 1u);
 }
 
-TEST_F(DocumentReaderTest, ADocumentSpoiltAnywhereIsReadOrRefused) {
+TEST_F(DocumentReaderTest, ADocumentDamagedAnywhereIsReadOrRefused) {
   std::size_t refused = 0;
   for (std::size_t place = 0; place < RECORDS.size(); ++place)
     for (const char byte : {'<', '\xFF', '&', 'x', '\x01'}) {
@@ -457,7 +457,7 @@ TEST_F(DocumentReaderTest, ADocumentSpoiltAnywhereIsReadOrRefused) {
   EXPECT_GT(refused, RECORDS.size() * 3);
 }
 
-TEST_F(DocumentReaderTest, ACapitalRecordCutAnywhereGivesItsElementsBack) {
+TEST_F(DocumentReaderTest, ATruncatedCapitalRecordReleasesItsElements) {
   const std::string text =
       "<SharePortfolioCapitalRecord><String>T</String><DayCap><Date>3/3/2006</Date><Constant>7"
       "</Constant><ShareVal><String>A</String><Constant>1</Constant></ShareVal></DayCap>"

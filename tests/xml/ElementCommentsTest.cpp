@@ -70,7 +70,7 @@ TEST(ElementCommentsTest, CopiesHaveThemAndAnotherDocumentDoesNot) {
   EXPECT_EQ(encoded(copy), "<Portfolios/>");
 }
 
-TEST(ElementCommentsTest, WhatAnAbandonedParseHadReadIsForgotten) {
+TEST(ElementCommentsTest, CommentsOfAnAbortedParseAreDiscarded) {
   XMLPortfolios root;
   EXPECT_THROW(root.decode("<Portfolios><!--lost--><Nothing/></Portfolios>"), XMLException);
   root.reset();

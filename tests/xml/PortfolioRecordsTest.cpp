@@ -33,7 +33,7 @@ void set(XMLElement& element, std::initializer_list<std::pair<std::u16string_vie
     element.subElement(reference).setValue(value);
 }
 
-TEST(PortfolioRecordsTest, AFileIsWrittenToTheLetter) {
+TEST(PortfolioRecordsTest, AFileIsWrittenExactly) {
   XMLPortfolios root;
   XMLElement& portfolio = addPortfolio(root, u"Trading");
   XMLElement& share = portfolio.subElement(u"HeldShares").addSubElement(new XMLHeldShare, u"HeldShares");
@@ -53,7 +53,7 @@ TEST(PortfolioRecordsTest, AFileIsWrittenToTheLetter) {
                 SAMPLE_LINE);
 }
 
-TEST(PortfolioRecordsTest, AFileThatIsReadIsWrittenBackToTheLetter) {
+TEST(PortfolioRecordsTest, AFileThatIsReadIsWrittenBackExactly) {
   XMLPortfolios root;
   root.decode(SAMPLE_LINE);
   EXPECT_EQ(encoded(root), SAMPLE_LINE);

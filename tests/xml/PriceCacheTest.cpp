@@ -5,7 +5,7 @@
 namespace Tallymoor {
 namespace {
 
-TEST(PriceCacheTest, AFileIsWrittenToTheLetter) {
+TEST(PriceCacheTest, AFileIsWrittenExactly) {
   XMLShareValues values;
   values.subElement(u"Code").setValue(u"A&B.AX");
   XMLElement& row = values.addSubElement(XMLShareValue::create(), u"Values");

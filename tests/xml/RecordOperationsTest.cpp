@@ -137,7 +137,7 @@ TEST(RecordOperationsTest, ADividendIsReadAndWrittenByItsNames) {
                             "<Constant>40.00</Constant></DividendEvent>");
 }
 
-TEST(RecordOperationsTest, WhatAnOlderFileLacksReadsAsNothingAndCanBeSet) {
+TEST(RecordOperationsTest, MissingPartsOfAnOlderFileReadAsEmptyAndCanBeSet) {
   XMLDividendEvent event;
   event.reset();
   EXPECT_EQ(event.numSubElements(u"ForeignDividend"), 0u);
@@ -229,7 +229,7 @@ TEST(RecordOperationsTest, AListIsInTheOrderOfTheDocument) {
   EXPECT_EQ(portfolio.soldShares().begin(), portfolio.soldShares().end());
 }
 
-TEST(RecordOperationsTest, AListGivesUpWhatIsRemovedAndKeepsWhatIsNotItsOwn) {
+TEST(RecordOperationsTest, AListRemovesOnlyItsOwnElements) {
   XMLSharePortfolio portfolio = portfolioOf(u"abc"), other = portfolioOf(u"x");
   EXPECT_TRUE(portfolio.heldShares().remove(portfolio.heldShares()[1]));
   EXPECT_EQ(codesOf(portfolio), u"ac");

@@ -59,7 +59,7 @@ TEST(SmallDocumentsTest, NoVersionsAreValid) {
   EXPECT_EQ(versions.numSubElements(u"Components"), 0u);
 }
 
-TEST(SmallDocumentsTest, AComponentThatLacksAnythingIsRefusedOnTheWhole) {
+TEST(SmallDocumentsTest, AnIncompleteComponentInvalidatesTheList) {
   for (const char16_t* lacking : {u"FileName", u"Major", u"Minor", u"Patch"}) {
     std::string text = "<VersionsAvailable><Component FileName='a' Major='1' Minor='2' Patch='3'/><Component";
     for (const char16_t* name : {u"FileName", u"Major", u"Minor", u"Patch"})
@@ -86,7 +86,7 @@ TEST(SmallDocumentsTest, AReplyThatIsAWebPageIsRefused) {
             String(u"XMLElement::startElement - pFoundSubElementRego == NULL in Advertisement"));
 }
 
-TEST(SmallDocumentsTest, TheStylesheetsVersionIsReadAndAllElsePassedOver) {
+TEST(SmallDocumentsTest, OnlyTheStylesheetsVersionIsRead) {
   const char* text =
       "<?xml version='1.0'?><xsl:stylesheet version='12' xmlns:xsl='http://www.w3.org/1999/XSL/Transform' "
       "other='x'><xsl:template match='/'><stylesheet version='99'/>text<br/></xsl:template>"

@@ -29,7 +29,7 @@ std::string failure(const std::string& stylesheetText, const std::string& docume
   return messageOf([&] { transformByStylesheet(stylesheetText, document); }).toUTF8();
 }
 
-TEST(StylesheetTransformTest, TheStylesheetSaysWhatBecomesOfTheDocument) {
+TEST(StylesheetTransformTest, TheStylesheetTransformsTheDocument) {
   EXPECT_EQ(transformByStylesheet(atRoot("<p class='{Report/@kind}'><xsl:value-of select='Report/A'/></p>"),
                                   "<Report kind='&lt;x&gt;'><A>a &amp; \xC3\xA9</A></Report>"),
             "<p class=\"&lt;x&gt;\">a &amp; \xC3\xA9</p>\n");
@@ -61,7 +61,7 @@ TEST(StylesheetTransformTest, ADocumentThatIsNoXmlIsRefused) {
   EXPECT_THAT(failure(atRoot("<p/>"), "<Report>"), HasSubstr("The report can't be read:\n"));
 }
 
-TEST(StylesheetTransformTest, AFaultOnTheWayIsAFailureWithWhatTheStylesheetSays) {
+TEST(StylesheetTransformTest, ARuntimeErrorIsAFailureWithTheStylesheetsMessage) {
   const std::string message = failure(atRoot("<p/><xsl:message terminate='yes'>no such luck</xsl:message>"));
   EXPECT_THAT(message, HasSubstr("The stylesheet of the report failed:\n"));
   EXPECT_THAT(message, HasSubstr("no such luck"));
@@ -77,7 +77,7 @@ TEST(StylesheetTransformTest, AMessageOfOneFailureIsNotRepeatedInTheNext) {
               Not(HasSubstr("first")));
 }
 
-TEST(StylesheetTransformTest, NoEndingIsAFailure) {
+TEST(StylesheetTransformTest, AnEndlessTransformationIsAFailure) {
   EXPECT_THAT(
       failure(stylesheet("<xsl:template match='/' name='a'><xsl:call-template name='a'/></xsl:template>")),
       HasSubstr("The stylesheet of the report failed"));

@@ -18,7 +18,7 @@ protected:
   XMLSample m_sample;
 };
 
-TEST_F(XMLElementReadingTest, PositionTellsApartElementsOfOneName) {
+TEST_F(XMLElementReadingTest, PositionDistinguishesElementsOfOneName) {
   m_sample.decode(
       "<Sample><Constant>1</Constant><Constant>2</Constant><Date>3/3/2006</Date><Item>a</Item><Item>b"
       "</Item><String>text</String><String>last</String></Sample>");
@@ -79,7 +79,7 @@ TEST_F(XMLElementReadingTest, ARequiredSingleThatHoldsNoneIsMade) {
   EXPECT_EQ(textValue(m_sample, u"First"), String(u"1"));
 }
 
-TEST_F(XMLElementReadingTest, AChildNamedAsItsParentIsTakenForItsOwnStartTag) {
+TEST_F(XMLElementReadingTest, AChildWithItsParentsNameIsReadAsTheParentsStartTag) {
   m_sample.decode("<Sample><Constant>1</Constant><Sample late='yes'><Date>3/3/2006</Date></Sample></Sample>");
   EXPECT_EQ(m_sample.attribute(u"late"), String(u"yes"));
   EXPECT_EQ(textValue(m_sample, u"First"), String(u"1"));
@@ -127,7 +127,7 @@ TEST_F(XMLElementReadingTest, WhiteSpaceBetweenElementsDoesNoHarm) {
   EXPECT_EQ(encoded(m_sample), "<Sample><Constant>1</Constant><Constant/><String/></Sample>");
 }
 
-TEST_F(XMLElementReadingTest, ASecondDecodeWithoutResetIsRefusedAtTheFirstSingleMetBefore) {
+TEST_F(XMLElementReadingTest, ASecondDecodeWithoutResetIsRefusedAtTheFirstRepeatedSingle) {
   m_sample.decode("<Sample><Constant>1</Constant><Constant>2</Constant><Item>a</Item></Sample>");
   m_sample.decode("<Sample><Item>b</Item><Item>c</Item></Sample>");
   EXPECT_EQ(m_sample.numSubElements(u"Items"), 3u);
@@ -218,7 +218,7 @@ TEST_F(XMLElementReadingTest, TheReaderServesAgainAfterAFailure) {
   EXPECT_EQ(encoded(m_sample), "<Sample><Constant/><Constant/><Item>a</Item><String/></Sample>");
 }
 
-TEST_F(XMLElementReadingTest, AFailureInAChildLeavesNothingBehindWhenTheChildGoes) {
+TEST_F(XMLElementReadingTest, AFailureInAChildLeavesNothingAfterItsDestruction) {
   failureOfReading("<Sample><Item><Unknown/></Item></Sample>");
   EXPECT_EQ(m_sample.removeSubElements(u"Items"), 1u);
   m_sample.reset();

@@ -224,7 +224,7 @@ TEST_F(XMLElementTest, DestroyEndsTheWholeTree) {
   EXPECT_EQ(XMLCounted::alive, 0);
 }
 
-TEST_F(XMLElementTest, AMillionLevelsAreTornDown) {
+TEST_F(XMLElementTest, AMillionLevelsAreDestroyed) {
   XMLCountedOwner owner;
   XMLElement* top = new XMLCounted;
   // From the deepest level up, because a change is reported to all levels above it.
@@ -239,7 +239,7 @@ TEST_F(XMLElementTest, AMillionLevelsAreTornDown) {
   EXPECT_EQ(XMLCounted::alive, 0);
 }
 
-TEST_F(XMLElementTest, AMillionSiblingsAreTornDown) {
+TEST_F(XMLElementTest, AMillionSiblingsAreDestroyed) {
   XMLCountedOwner owner;
   for (int i = 0; i < 1000000; ++i)
     owner.addSubElement(new XMLCounted, u"Many");

@@ -80,7 +80,7 @@ TEST_F(XMLElementWritingTest, AnUnmarkedTextIsWrittenRawAndThenRefused) {
       }).startsWith(u"XMLElement::decode, parse fatal error in Sample : Parse problem at line 1 column "));
 }
 
-TEST_F(XMLElementWritingTest, UnsafeIsInheritedAndSticksToTheInstance) {
+TEST_F(XMLElementWritingTest, UnsafeIsInheritedAndKeptByTheInstance) {
   m_sample.subElement(u"Text").setValue(u"a&b");
   m_sample.markContentUnsafe();
   EXPECT_TRUE(m_sample.subElement(u"Text").isContentSafe());
@@ -143,7 +143,7 @@ TEST_F(XMLElementWritingTest, TheDocumentTypeStandsBelowTheStylesheet) {
                           "\"Report.dtd\">\n<Report/>");
 }
 
-TEST_F(XMLElementWritingTest, WhatXmlCantHoldIsDropped) {
+TEST_F(XMLElementWritingTest, CharactersNotAllowedInXmlAreDropped) {
   XMLString leaf;
   String text = u"a\u0001b\u001Fc";
   text += char16_t(0);
@@ -179,7 +179,7 @@ TEST_F(XMLElementWritingTest, LongTextsCrossTheBuffersEndWhole) {
   }
 }
 
-TEST_F(XMLElementWritingTest, AFailedStreamTakesNothingAndRaisesNothing) {
+TEST_F(XMLElementWritingTest, AFailedStreamIsIgnored) {
   std::ostringstream stream;
   stream.setstate(std::ios::failbit);
   m_sample.encodeWithDoctype(stream, u"x.dtd");
