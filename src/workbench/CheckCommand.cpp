@@ -127,7 +127,7 @@ bool CheckCommand::showPrice(const XMLElement& source, const WebPage& page) {
 
 bool CheckCommand::checkHistory(const XMLElement& source) {
   const int entries = static_cast<const XMLHistoricalPrices&>(source).maxEntries();
-  m_out.line(u"Rows on a page: " + String::fromLong(entries) + u" at the most (maxEntries)");
+  m_out.line(u"Rows on a page: at most " + String::fromLong(entries) + u" (maxEntries)");
   if (entries <= 0)
     m_out.line(u"Note: with this number the program fetches one day at a time.");
   const std::unique_ptr<WebPage> page = pageFor(source, 0);

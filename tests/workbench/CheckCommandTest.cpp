@@ -46,7 +46,7 @@ TEST_F(CheckCommandTest, TellsTheKindOfADocument) {
 TEST_F(CheckCommandTest, BuildsTheAddressOfPastPricesAsTheProgramDoes) {
   const Result result =
       run({"check", TALLYMOOR_SAMPLES "/../assets/defaults/Config/HistoricalPricesLocators.xml"});
-  EXPECT_TRUE(result.says("Rows on a page: 250 at the most"));
+  EXPECT_TRUE(result.says("Rows on a page: at most 250"));
   // 250 trading days are 350 calendar days, less five, because the range ends today. Months count from 0.
   EXPECT_TRUE(result.says("history?s=CODE&a=2&b=23&c=2025&d=2&e=3&f=2026\n")) << result.out;
 }
