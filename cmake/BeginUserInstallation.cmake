@@ -13,7 +13,7 @@ if(EXISTS "${record}")
   list(TRANSFORM made_folders REPLACE "^folder " "")
   execute_process(COMMAND "${tallymoor_prefix}/lib/tallymoor/uninstall" --quiet RESULT_VARIABLE status)
   if(EXISTS "${tallymoor_prefix}/lib/tallymoor/uninstall" AND NOT status EQUAL 0)
-    message(FATAL_ERROR "The copy in ${tallymoor_prefix} could not be taken away, so no other one was installed.")
+    message(FATAL_ERROR "The copy in ${tallymoor_prefix} could not be removed, so nothing was installed.")
   endif()
 endif()
 

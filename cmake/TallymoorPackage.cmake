@@ -25,7 +25,7 @@ set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME tallymoor)
 set(CPACK_PACKAGE_VENDOR Brindlecove)
 set(CPACK_PACKAGE_CONTACT "Brindlecove <feedback@brindlecove.example>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "records of share portfolios, and how they are doing")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "records of share portfolios and their performance")
 set(CPACK_PACKAGE_DESCRIPTION
 "Tallymoor keeps the records of your share portfolios and shows how they are
 doing. You enter what you bought; it keeps the cash, fetches prices from web

@@ -156,7 +156,7 @@ runs_for_user() {
   ln -s "$prefix/bin/tallymoor" "$HOME/shares"
   before_start=$(digests_of "$folder")
   first_start "$HOME/shares" "$menu_entry"
-  check "while it runs it is not taken away" refuses_to_uninstall
+  check "it is not removed while it runs" refuses_to_uninstall
   makes_purchase
   leaves "first start"
   check "the purchase is in the records" records_hold_purchase
@@ -183,7 +183,7 @@ make_it_updated() {
 uninstalls_for_user() {
   local data left
   data=$(digests_of "$(dirname "$(records_of_user)")"; cksum <"$(settings_of_user)")
-  check "the program is taken away" uninstall_program
+  check "the program is removed" uninstall_program
   check_text "the user's records and settings are as they were" "$data" \
     "$(digests_of "$(dirname "$(records_of_user)")"; cksum <"$(settings_of_user)")"
   left=$(comm -13 <(printf '%s\n' "$before") <(lies_at "$HOME" | grep -vE '^(\.local/share/Brindlecove|\.foxrc)(/| )'))

@@ -73,7 +73,7 @@ TEST_F(ProvisionalDaysTest, DaysAwayAndAnOfflineStartLeaveNoTrace) {
   update();
   EXPECT_EQ(shares(m_thursday, m_monday), (Texts{u"100.00 x 21.00", u"100.00 x 21.00 *", u"100.00 x 21.00 *",
                                                  u"100.00 x 21.00 *", u"100.00 x 21.00 *"}))
-      << "the last known price stands in, not that of the purchase";
+      << "uses the last known price, not that of the purchase";
   EXPECT_DOUBLE_EQ(record().capitalOn(m_monday), 3100);
 
   closeTheWeek();

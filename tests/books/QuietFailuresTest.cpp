@@ -92,7 +92,7 @@ TEST_F(QuietFailuresTest, WithoutANetworkThereIsOneQuestionForAllCodes) {
   for (const String code : {u"AAA.AX", u"BBB.AX", u"CCC.AX"})
     lookAround(code);
   EXPECT_EQ(numQuestions(), 1u);
-  EXPECT_LE(m_interaction.calls(Kind::Status).size(), 12u) << "tries, each of which is told";
+  EXPECT_LE(m_interaction.calls(Kind::Status).size(), 12u) << "each attempt is shown";
 }
 
 TEST_F(QuietFailuresTest, ADayWhosePricesAreNoLongerWantedIsNotRecorded) {

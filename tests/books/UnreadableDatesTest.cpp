@@ -47,7 +47,8 @@ TEST_F(UnreadableDatesTest, OneCostsItsEntryAlone) {
   EXPECT_TRUE(setAsideUnreadableDates(m_records).empty());
   EXPECT_DOUBLE_EQ(capital(), 207);
   purchaseDate().setValue(u"1st of <March>");
-  EXPECT_FALSE(messageOf([this] { capital(); }).empty()) << "as it stands nothing can be computed";
+  EXPECT_FALSE(messageOf([this] { capital(); }).empty())
+      << "nothing can be computed with the unreadable date";
   const auto found = setAsideUnreadableDates(m_records);
   ASSERT_EQ(found.size(), 1u);
   EXPECT_EQ(found[0].portfolio, String(u"Damaged"));

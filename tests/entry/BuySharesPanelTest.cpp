@@ -491,7 +491,7 @@ TEST_F(BuySharesPanelTest, AnOfflineSearchIsReported) {
 TEST_F(BuySharesPanelTest, APriceThatCannotBeFetchedIsToldBesideItAndTheStockStays) {
   m_market.addListing(u"NOQ.AX", u"No Quotes", u"Australia");
   set("Stock code", "NOQ");
-  EXPECT_FALSE(shows(*m_panel, noPriceKnown)) << "nobody has looked yet";
+  EXPECT_FALSE(shows(*m_panel, noPriceKnown)) << "not searched yet";
   searchAndAccept();
   EXPECT_TRUE(boxes().empty());
   EXPECT_EQ(String(u"NOQ.AX"), m_panel->code());

@@ -254,7 +254,7 @@ TEST_F(PriceUpdaterTest, AQuoteWithoutANumberIsIgnoredLikeAPriceOfZero) {
     EXPECT_DOUBLE_EQ(updater().getCurrentPrice(m_code), 3.0);
     EXPECT_EQ(observer.heard(), std::vector<String>{u"finished"});
     EXPECT_FALSE(gateway().hasCachedPrice(m_code, m_today));
-    EXPECT_EQ(statuses().back(), String(u"updating current price for ABC.AX")) << "no failure is told";
+    EXPECT_EQ(statuses().back(), String(u"updating current price for ABC.AX")) << "no failure is shown";
   }
 }
 

@@ -56,7 +56,7 @@ TEST_F(HTMLTableTest, ReadsARealPage) {
   EXPECT_EQ(table.cellValue(0, 1), u"1.52");
   EXPECT_EQ(table.cellValue(2, 2), u"1,004,500");
   table.fillFrom(m_page.get());
-  EXPECT_EQ(table.numRows(), 3u) << "a second fill begins anew";
+  EXPECT_EQ(table.numRows(), 3u) << "a second fill replaces the first";
 }
 
 TEST_F(HTMLTableTest, KnowsItsColumns) {

@@ -87,7 +87,7 @@ TEST_F(RefreshPricesTest, ProvisionalDaysAreComputedAgainAndShown) {
   EXPECT_EQ((Texts{"$1,000.00 *", "$1,000.00 *"}), capital());
   mendTheSource();
   letEventsPass();
-  EXPECT_EQ((Texts{"$1,000.00 *", "$1,000.00 *"}), capital()) << "nobody has asked for it yet";
+  EXPECT_EQ((Texts{"$1,000.00 *", "$1,000.00 *"}), capital()) << "not requested yet";
   command(TallymoorWindow::ID_REFRESH_PRICES);
   letEventsPass();
   EXPECT_EQ("$1,100.00", capital()[1]) << "without any pass of the updater";

@@ -119,7 +119,7 @@ TEST_F(SlowHistoryTest, EscapeInTheProgressDialogEndsTheFetchAndTheWalk) {
   EXPECT_LT(m_written, WHOLE_PAGE);
   EXPECT_TRUE(boxes().empty()) << boxes().front();
   BigMutexLock lock;
-  EXPECT_FALSE(portfolio().capitalRecord().hasDayCap(Date())) << "no day is computed with what stands in";
+  EXPECT_FALSE(portfolio().capitalRecord().hasDayCap(Date())) << "no day is computed with a substitute";
   EXPECT_TRUE(tallymoor().shown());
 }
 

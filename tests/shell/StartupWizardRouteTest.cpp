@@ -176,7 +176,7 @@ TEST_F(WholeRouteTest, LeavesTheExpectedRecordsAndTheNode) {
   const SharePortfolioUser& portfolio = tallymoor().totalCapital()->portfolioNode(u"Trading Co")->portfolio();
   EXPECT_NEAR(10202.34, portfolio.cashReserveToday(), 0.001);
   EXPECT_NEAR(800.0, portfolio.sharesValueToday(), 0.001);
-  EXPECT_TRUE(shows(tallymoor(), "$11,002.34")) << "the total stands on the page";
+  EXPECT_TRUE(shows(tallymoor(), "$11,002.34")) << "the total is on the page";
   SharePortfolioTreeItem* node = tallymoor().totalCapital()->portfolioNode(u"Trading Co");
   EXPECT_TRUE(node->page()->shown());
   EXPECT_TRUE(node->isSelected()) << "tree and page agree";

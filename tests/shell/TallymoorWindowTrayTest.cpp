@@ -88,7 +88,7 @@ TEST_F(TallymoorWindowTrayTest, WithoutAPanelTheWindowStaysInTheTaskBar) {
   tallymoor().minimize(TRUE);
   letEventsPass();
   EXPECT_TRUE(tallymoor().shown());
-  EXPECT_EQ(0, Settings::Instance().readInt(u"Gui Settings", u"MinimizeWarn")) << "nothing was told";
+  EXPECT_EQ(0, Settings::Instance().readInt(u"Gui Settings", u"MinimizeWarn")) << "no balloon was shown";
   desktop().serve();
   EXPECT_THAT(noticeTitles(), IsEmpty());
 }
@@ -163,7 +163,7 @@ TEST_F(TallymoorWindowTrayTest, AHiddenWindowComesBackWhenThePanelHasGone) {
   desktop().stopPanel();
   EXPECT_TRUE(runUntil(
       [this] { return app().hasTimeout(&tallymoor().trayController(), TrayController::ID_TRAY_GONE); }));
-  EXPECT_FALSE(tallymoor().shown()) << "a panel may only start anew";
+  EXPECT_FALSE(tallymoor().shown()) << "the panel may only be restarting";
   timer(TrayController::ID_TRAY_GONE);
   EXPECT_TRUE(tallymoor().shown());
 }

@@ -93,7 +93,7 @@ TEST_F(ProgramUpdaterTest, AFailuresWarningEndsWhenTheNextDownloadBegins) {
   EXPECT_THAT(takenBack(), IsEmpty());
   failToDownload(updater);
   ASSERT_EQ(2u, balloons().size());
-  EXPECT_THAT(takenBack(), ElementsAre(balloons()[0].key)) << "the second one is told";
+  EXPECT_THAT(takenBack(), ElementsAre(balloons()[0].key)) << "the second one is still shown";
 }
 
 TEST_F(ProgramUpdaterTest, AFailuresWarningEndsWhenThereIsNothingToDownload) {
@@ -122,7 +122,7 @@ TEST_F(ProgramUpdaterTest, TheWarningOfAvailableUpdatesEndsWithTheNextCheckAndTh
   ASSERT_EQ(AVAILABLE, balloons().at(0).text);
   EXPECT_THAT(takenBack(), IsEmpty());
   updater.runPass();
-  EXPECT_THAT(takenBack(), ElementsAre(balloons().at(0).key)) << "the second look tells anew";
+  EXPECT_THAT(takenBack(), ElementsAre(balloons().at(0).key)) << "the second check shows it again";
   download(updater);
   ASSERT_EQ(INSTALLED, balloons().at(2).text);
   EXPECT_THAT(takenBack(), ElementsAre(balloons()[0].key, balloons()[1].key));
@@ -378,7 +378,7 @@ TEST_F(ProgramUpdaterTest, CheckRunsUnderAProgressThatCancelsIt) {
   user().cancelLengthyAfter(0);
   ProgramUpdater updater(idle());
   checkForUpdates(updater);
-  ASSERT_EQ(1u, user().calls().size()) << "nothing is told or asked afterwards";
+  ASSERT_EQ(1u, user().calls().size()) << "nothing is shown or asked afterwards";
   EXPECT_EQ(Kind::Lengthy, user().calls()[0].kind);
   EXPECT_EQ(u"Looking for updates", user().calls()[0].text);
   service().server().release();

@@ -443,7 +443,7 @@ TEST_F(UpdatesTest, BuildWithoutAKeyTakesDocumentsFromThisMachineAlone) {
   ASSERT_TRUE(found.documentsFixed);
   EXPECT_EQ(String(NO_KEY), found.documentsFixed->message());
   ASSERT_TRUE(found.programFilesFixed);
-  EXPECT_TRUE(found.failures.empty()) << "nobody was asked";
+  EXPECT_TRUE(found.failures.empty()) << "nothing was requested";
 }
 
 TEST_F(UpdatesTest, UnreadableKeyTakesNothing) {
@@ -581,7 +581,7 @@ TEST_F(UpdatesTest, FilesOfAPackageAreLeftAloneEvenByTheirOwnerAndDocumentsAreSt
   EXPECT_TRUE(updates.getConfigUpdates(false));
   EXPECT_TRUE(updates.installConfigUpdates());
   EXPECT_EQ(countries(6), document("CountryConfig.xml"));
-  EXPECT_FALSE(InstalledFolder::exists("updates")) << "nothing is laid beside the package's files";
+  EXPECT_FALSE(InstalledFolder::exists("updates")) << "nothing is stored beside the package's files";
 }
 
 TEST_F(UpdatesTest, ReasonsOfThePlaceAreReportedBeforeMissingKeys) {

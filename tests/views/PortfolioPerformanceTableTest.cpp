@@ -429,7 +429,7 @@ TEST_F(PortfolioPerformanceTableTest, HiddenFiguresAreUpdatedWhenTheirPageIsShow
     node(u"Trading").transactionMade();
     user.creditCash(Date(2026, 3, 3), 300.0, CASH_EVENT_DEPOSIT, u"DEPOSIT salary");
   }
-  EXPECT_TRUE(unseen.hasChangedRecords()) << "nothing is computed that nobody sees";
+  EXPECT_TRUE(unseen.hasChangedRecords()) << "invisible cells are not computed";
   leftClick(node(u"Trading"));
   EXPECT_FALSE(unseen.hasChangedRecords());
   EXPECT_EQ("$400.00", cellText(unseen, 0, u"External Flow"));

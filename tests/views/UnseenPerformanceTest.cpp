@@ -23,7 +23,7 @@ protected:
       made(node(u"Trading").portfolio());
     }
     letEventsPass();
-    EXPECT_TRUE(m_unseen->hasChangedRecords()) << "nothing is computed that nobody sees";
+    EXPECT_TRUE(m_unseen->hasChangedRecords()) << "invisible cells are not computed";
   }
   void deposit(const Date& day = Date(2026, 3, 3)) {
     change([&](SharePortfolioUser& user) {

@@ -87,7 +87,7 @@ TEST_F(DateFieldTest, CancellingTheFormNotifiesNobody) {
   mainWindow().show();
   goTo(*m_field);
   goTo(*m_other);
-  EXPECT_EQ(1, m_listener.told) << "it is still to be told";
+  EXPECT_EQ(1, m_listener.told) << "the notification is still pending";
 }
 
 TEST_F(DateFieldTest, ADestroyedFieldNotifiesNobody) {

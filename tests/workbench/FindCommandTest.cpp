@@ -69,7 +69,7 @@ TEST_F(FindCommandTest, WarnsOfUnreadableNumbers) {
   EXPECT_TRUE(
       find("<html><b>US$ 3.42</b></html>", "3.42").says("Note: \"US$ 3.42\" can't be read as a number"));
   EXPECT_FALSE(find("<html><b>Name</b></html>", "Name").says("number"));
-  EXPECT_FALSE(find("<html><b>3-Mar-06</b></html>", "3-Mar-06").says("number")) << "a date is none";
+  EXPECT_FALSE(find("<html><b>3-Mar-06</b></html>", "3-Mar-06").says("number")) << "a date is not a number";
 }
 
 TEST_F(FindCommandTest, ExplainsWhereATextOutsideOfTagsIs) {

@@ -108,7 +108,7 @@ TEST_F(WorkbenchCommandLineTest, TheProgramEndsWithTheStatus) {
       0);
   EXPECT_EQ(statusOf("find " + testData("quote-frames.html") + " nothing" + out), 1);
   EXPECT_EQ(statusOf("mend" + out), 2);
-  EXPECT_EQ(statusOf("--help >/dev/full"), 2) << "what it says could not be told";
+  EXPECT_EQ(statusOf("--help >/dev/full"), 2) << "the output could not be written";
 }
 
 } // namespace
