@@ -1,2 +1,2 @@
-tallymoor_benchmark(CapitalRecordBenchmark SOURCES CapitalRecordBenchmark.cpp USES analysis)
+tallymoor_benchmark(CapitalRecordBenchmark SOURCES CapitalRecordBenchmark.cpp USES analysis session)
 target_compile_definitions(CapitalRecordBenchmark PRIVATE TALLYMOOR_PROGRAM_FOLDER="${PROJECT_SOURCE_DIR}/assets")

@@ -10,7 +10,9 @@
 #include "foundation/RunTimeSettings.h"
 #include "foundation/UserInteraction.h"
 #include "market/HTTPClient.h"
+#include "market/MarketPrices.h"
 #include "market/TallymoorInternet.h"
+#include "session/BookQuestions.h"
 #include "xml/CapitalRecord.h"
 #include "xml/PortfolioRecords.h"
 #include <benchmark/benchmark.h>
@@ -149,7 +151,7 @@ public:
   explicit LongHeldPortfolio(const Date& today) : m_first(today.plusDays(1 - DAYS)) {
     m_tree.subElement(u"Name").setValue(u"Trading");
     fillCache(today);
-    m_user = std::make_unique<SharePortfolioUser>(m_tree);
+    m_user = std::make_unique<SharePortfolioUser>(m_tree, gatewayPrices());
     for (int share = 0; share < SHARES; ++share)
       buy(share, m_first);
     for (int day = 1; numEvents() < EVENTS; day = (day + 37) % DAYS)
@@ -211,9 +213,8 @@ private:
 };
 
 double rebuild(LongHeldPortfolio& portfolio) {
-  SharePortfolioCapitalRecordUser& record = portfolio.user().capitalRecord();
-  record.recordsChangedFrom(portfolio.first());
-  return secondsOf([&] { record.update(portfolio.user()); });
+  portfolio.user().capitalRecord().recordsChangedFrom(portfolio.first());
+  return secondsOf([&] { updateCapitalRecord(portfolio.user()); });
 }
 
 double grow(LongHeldPortfolio& portfolio, const Date& today) {

@@ -6,6 +6,7 @@
 #include "foundation/FileReplacement.h"
 #include "foundation/Platform.h"
 #include "foundation/Settings.h"
+#include "market/MarketPrices.h"
 #include "market/StockNames.h"
 #include "market/TallymoorInternet.h"
 #include "service/SampleMarket.h"
@@ -192,7 +193,7 @@ private:
 template <std::size_t Count>
 void makePortfolio(XMLPortfolios& records, const String& name, const String& comparisonIndex,
                    const Entry (&entries)[Count]) {
-  SharePortfolioUser portfolio(addPortfolio(records, name));
+  SharePortfolioUser portfolio(addPortfolio(records, name), gatewayPrices());
   portfolio.setComparisonIndex(comparisonIndex);
   Bookkeeper bookkeeper(portfolio);
   for (const Entry& entry : entries)

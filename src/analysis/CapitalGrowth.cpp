@@ -22,7 +22,7 @@ public:
       TallymoorInternet::Instance().completeHistory(m_code, from, to);
   }
   void startAgain() { m_scale.reset(); }
-  /// Where none has been met since the start, the first close is put on the growth of its day.
+  /// The first close since the start is scaled to the growth of its day.
   std::optional<double> valueOn(const Date& day, double growth) {
     const std::optional<double> close = closeOn(day);
     if (!close)

@@ -37,7 +37,7 @@ std::optional<HeldOnDay> heldOn(const SharePortfolioUser& portfolio, const Strin
 double shownPrice(const SharePortfolioUser& portfolio, const String& code, const Date& day) {
   if (day >= Date::realToday())
     return portfolio.sharePriceFor(code, day, true);
-  // With the record's price the shares come to what the capital says.
+  // With the record's price the value of the shares agrees with the capital.
   if (const std::optional<DayPrice> recorded = portfolio.capitalRecord().priceOn(code, day))
     return recorded->price;
   return TallymoorInternet::Instance().historicalPrice(code, day, true);

@@ -17,8 +17,7 @@ struct ParcelCost {
   double averagePrice() const { return value / number; }
 };
 
-/// What a share's parcels that were bought by a day come to, as of that day. Nothing when there is no such
-/// parcel.
+/// The sum of a share's parcels that were bought by a day, as of that day. Nothing if there is none.
 struct HeldOnDay {
   ParcelCost cost;
   Date earliest;                ///< the first day of purchase
@@ -26,8 +25,8 @@ struct HeldOnDay {
 };
 std::optional<HeldOnDay> heldOn(const XMLHeldShare& heldShare, const Date& day);
 
-/// The same of all that a portfolio held of a stock at the end of the day, sold since or not. The number is
-/// that of the day's capital record.
+/// The same for all shares of a stock that a portfolio held at the end of the day, also those sold since. The
+/// number is that of the day's capital record.
 std::optional<HeldOnDay> heldOn(const SharePortfolioUser& portfolio, const String& code, double numberOnDay,
                                 const Date& day);
 

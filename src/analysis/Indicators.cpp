@@ -15,7 +15,7 @@ using Weeks = std::span<const WeeklyPrice>;
 constexpr double DAYS_OF_A_WEEK = 7.0;
 constexpr double YEARS_OF_RATE = 0.5;
 
-/// Friday of the full week so many full weeks back; 1 is the last one.
+/// Friday of a full week, counted back; 1 is the last one.
 Date fridayBack(const Date& day, int weeks) {
   return day.lastFriday().plusDays((1 - weeks) * 7);
 }

@@ -32,7 +32,7 @@ struct PerformanceSpan {
 /// end.
 std::vector<PerformanceSpan> performanceMonths(const Portfolios& portfolios, const Date& today);
 
-/// True when a price stands in for one of the day in the record of some portfolio, so that its capital is
+/// True when some portfolio's record of the day was computed with a stand-in price, so that the capital is
 /// provisional.
 bool isProvisional(const Portfolios& portfolios, const Date& day);
 /// Summed over the portfolios that have a record of the day.
@@ -40,8 +40,8 @@ double capitalOn(const Portfolios& portfolios, const Date& day);
 bool hasRecordOn(const Portfolios& portfolios, const Date& day);
 std::optional<double> indexValue(const Portfolios& portfolios, const Date& day);
 
-/// Where a period of so many months up to a day begins: so many months back, then on to that month's last
-/// day. One month up to a day in the middle of March begins on the last of February.
+/// The first day of a period of months that ends on a day: that many months back, then the last day of that
+/// month. One month up to a day in the middle of March begins on the last of February.
 Date startOfPeriod(const Date& end, int months);
 
 /// Growth of the capital from one day to another. Money that came in meanwhile is taken off, whenever it
@@ -50,7 +50,7 @@ std::optional<double> gainBetween(const Portfolios& portfolios, const Date& then
 std::optional<double> indexGainBetween(const Portfolios& portfolios, const Date& then, const Date& now);
 std::optional<double> periodGain(const Portfolios& portfolios, const Date& end, int months);
 std::optional<double> indexGain(const Portfolios& portfolios, const Date& end, int months);
-/// The gain of so many years, as growth a year.
+/// The gain over that many years, as growth a year.
 std::optional<double> annualisedGain(const Portfolios& portfolios, const Date& end, int years);
 /// Unlike the other figures of the index this one is empty unless the portfolio has a record of the
 /// period's start: it stands beside a gain that needs it too.
@@ -80,12 +80,12 @@ std::optional<double> brokeragePercent(const Portfolios& portfolios, const Perfo
 /// The same, with the brokerage that has been read already.
 std::optional<double> brokeragePercent(const Portfolios& portfolios, const PerformanceSpan& span,
                                        const PaidBrokerage& paid);
-/// Money that came in after the span's first day, up to and including its last; nothing when it shows as
+/// Money that came in after the span's first day, up to and including its last; nothing if it shows as
 /// zero.
 std::optional<double> externalFlow(const Portfolios& portfolios, const PerformanceSpan& span);
 
-/// Months, in whole ones, from the month in which the financial year of today begins to the end's month, that
-/// one included. May ask for the country when none is known yet.
+/// Whole months from the first month of today's financial year to the month of `end`, both included. May ask
+/// for the country when none is known yet.
 int monthsOfFinancialYear(const Date& end, const Date& today);
 
 } // namespace Tallymoor

@@ -118,8 +118,8 @@ void noteProvisionalDays(const Portfolios& portfolios, const ReportPeriod& perio
                           u"purchase or sale, stands in.");
 }
 
-/// One stock at the end of a period, as a row of the table of held shares has it. Without a price the figures
-/// that need it are nothing.
+/// One stock at the end of a period, like a row of the table of held shares. Figures that need a price are
+/// nothing without one.
 struct Holding {
   Holding(const SharePortfolioUser& portfolio, const XMLElement& shareVal, const HeldOnDay& held,
           const Date& day)

@@ -8,8 +8,7 @@ namespace Tallymoor {
 
 namespace {
 
-void bringUpToDate(SharePortfolioUser& portfolio, const Date& last) {
-  portfolio.capitalRecord().update(portfolio);
+void checkRecord(const SharePortfolioUser& portfolio, const Date& last) {
   if (portfolio.portfolioStartDate() <= last && !portfolio.capitalRecord().hasDayCap(last))
     throw Exception(u"The capital record of " + portfolio.name() + u" does not reach " +
                     last.toString(DATE_DISPLAY_LOCAL) + u", so no report was made.");
@@ -27,8 +26,8 @@ void addPart(XMLElement& part, const String& name, const Portfolios& portfolios,
 
 std::unique_ptr<XMLReport> makeReport(const Portfolios& portfolios, const ReportPeriod& period,
                                       const String& title, const ReportChart& chart) {
-  for (SharePortfolioUser* portfolio : portfolios)
-    bringUpToDate(*portfolio, period.last);
+  for (const SharePortfolioUser* portfolio : portfolios)
+    checkRecord(*portfolio, period.last);
   auto report = std::make_unique<XMLReport>();
   report->setAttribute(u"title", title);
   putDate(*report, u"from", period.first);

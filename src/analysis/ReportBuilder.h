@@ -13,9 +13,9 @@ using ReportChart = std::function<String(const Portfolios&, const ReportPeriod&)
 /// Composes the report of some portfolios over a period that ends no later than today: a part for each, and
 /// one for all where there are several.
 ///
-/// First brings their capital records up to date, which may ask about share splits. Throws Exception when a
-/// price is unavailable, or when the record of a portfolio stops before the end of the period because the
-/// user cancelled: rather no report than one that lacks days. GUI thread, under the big mutex.
+/// Their capital records must be up to date. Throws Exception when one stops before the end of the period
+/// because the user cancelled its update: rather no report than one that lacks days. GUI thread, under the
+/// big mutex.
 std::unique_ptr<XMLReport> makeReport(const Portfolios& portfolios, const ReportPeriod& period,
                                       const String& title, const ReportChart& chart = {});
 

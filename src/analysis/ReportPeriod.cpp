@@ -22,7 +22,7 @@ Date monthOf(const Date& day) {
   return Date(day.year(), day.month(), 1);
 }
 
-/// First day of the quarter that holds the day, in years that start as the function says.
+/// First day of the quarter that contains the day. The function gives the start of a year.
 template <class YearOf>
 Date quarterOf(const Date& day, YearOf yearOf) {
   const Date year = yearOf(day);

@@ -4,7 +4,7 @@
 
 namespace Tallymoor {
 
-/// The days that a report tells of, both ends included. "Last" means the last one that was over before today
+/// The days that a report covers, both ends included. "Last" means the last one that was over before today
 /// (the view date, while one is set): on the last day of a month that month is still under way.
 struct ReportPeriod {
   Date first;
@@ -17,7 +17,7 @@ struct ReportPeriod {
   static ReportPeriod lastFinancialYear(const Date& today = Date());
   static ReportPeriod lastCalendarYear(const Date& today = Date());
 
-  /// What stood at the end of this day is what the period began with.
+  /// The period starts with the state at the end of this day.
   Date dayBefore() const { return first.plusDays(-1); }
   bool contains(const Date& day) const { return first <= day && day <= last; }
   /// Name of a report's files without ending, of digits and fixed words alone: "Report 2025-07-01 to

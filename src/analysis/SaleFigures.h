@@ -8,9 +8,8 @@
 
 namespace Tallymoor {
 
-/// What a recorded sale cost, brought in and made. Prices and numbers are those of the day of
-/// sale, whatever splits came before it. Refers to the record; percentages are nothing where they are not
-/// finite.
+/// Cost, proceeds and profit of a recorded sale. Prices and numbers are those of the day of sale, after all
+/// splits before it. Refers to the record; percentages are nothing if they are not finite.
 class SaleFigures {
 public:
   explicit SaleFigures(const XMLSellEvent& sale) : m_sale(sale), m_shares(sharesAsSold(sale)) {}

@@ -47,8 +47,8 @@ double numberOf(const XMLHeldShare& share, const Date& day) {
   return sum;
 }
 
-/// A sale that an earlier version recorded is in shares of its own day and does not tell of the splits before
-/// it. The number that the day's record has of them tells what they were on that day.
+/// A sale that an earlier version recorded is in shares of its own day, without the splits before
+/// it. The number in the day's capital record says what they were on that day.
 void undoSplits(const std::vector<XMLBuyEvent*>& parcels, double factor) {
   for (XMLBuyEvent* parcel : parcels) {
     parcel->setNumberText(String::fromDouble(parcel->number() * factor, 4));
@@ -77,7 +77,7 @@ std::unique_ptr<XMLHeldShare> shareWithParcelsSoldSince(const SharePortfolioUser
       share->parcels().addCopy(parcel);
   const double numberUntold = numberOf(untold, day);
   const double untoldOnDay = numberOnDay - (numberOf(*share, day) - numberUntold);
-  // The day's number is rounded, so only what a split explains is one.
+  // The day's number is rounded: a small difference is no split.
   if (untoldOnDay > 0.0 && numberUntold > 0.0 &&
       std::abs(untoldOnDay - numberUntold) > LARGEST_ROUNDING * double(share->parcels().size()))
     undoSplits(untold, untoldOnDay / numberUntold);

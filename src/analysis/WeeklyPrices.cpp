@@ -12,7 +12,7 @@ namespace {
 
 constexpr int DAYS_OF_A_WEEK = 7;
 
-/// False for rows that only carry a price over a weekend, or that hold none.
+/// False for rows without a price, and for those that only carry one over a weekend.
 bool isQuoted(const Date& day, const ShareValue& value) {
   return !showsAsZero(value.close) && (!day.isWeekend() || value.volume != 0);
 }
@@ -21,13 +21,13 @@ Date fridayOf(const Date& day) {
   return day.lastFriday().plusDays(DAYS_OF_A_WEEK); // of a Friday, the last one lies a week back
 }
 
-/// A fall by a third alone is no split here: it is just what automatic limits are to warn of.
+/// A fall by a third is no split here: automatic limits are there to warn of it.
 bool isSplitSized(double before, double now) {
   const auto split = SuspectedSplit::between(before, now);
   return split && (!split->isThreeForTwo() || now < before / splitRatioDetect);
 }
 
-/// The close always lies within the range, whatever the source says of high and low.
+/// The range always includes the close, even if the source's high and low don't.
 WeeklyPrice weekOfOneDay(const Date& day, const ShareValue& value) {
   const double high = showsAsZero(value.high) ? value.close : std::max(value.high, value.close);
   const double low = showsAsZero(value.low) ? value.close : std::min(value.low, value.close);

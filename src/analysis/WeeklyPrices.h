@@ -21,13 +21,12 @@ struct WeeklyPrice {
   double low;
 };
 
-/// Of the full weeks before the day, no more than so many, those of which there are prices, oldest first.
-/// They come from the price cache; what it lacks, up to the day itself, is fetched once
-/// (TallymoorInternet::completeHistory), with nothing asked. What is unavailable leaves fewer weeks, and a
-/// week without any price is left out. Prices are those of the market, not adjusted for splits, and prices
-/// from before a split say nothing of the ones after it: where a day's close makes a split suspected (see
-/// SuspectedSplit), but for one of 3:2, up to the day itself, all that lies before is left out. Throws
-/// nothing for want of prices. GUI thread, under the big mutex.
+/// The last full weeks before the day, oldest first, at most `count`. Weeks without any price are left out.
+/// The prices come from the price cache; days that it lacks, up to the day itself, are fetched once
+/// (TallymoorInternet::completeHistory) without a question. Prices are those of the market, not adjusted for
+/// splits, and prices from before a split say nothing of the ones after it: where a day's close makes a split
+/// suspected (see SuspectedSplit), but for one of 3:2, up to the day itself, all that lies before is left
+/// out. Throws nothing for want of prices. GUI thread, under the big mutex.
 std::vector<WeeklyPrice> recentWeeks(const String& code, const Date& day, int count);
 
 } // namespace Tallymoor

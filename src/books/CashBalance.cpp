@@ -11,7 +11,7 @@ double cashBalance(const XMLSharePortfolio& portfolio, const Date& day) {
 }
 
 double signedAmount(const XMLCashEvent& cashEvent) {
-  // What is no credit takes from the balance, an unknown type too.
+  // Every other type, unknown ones too, takes from the balance.
   return cashEvent.isCredit() ? cashEvent.amount() : -cashEvent.amount();
 }
 

@@ -17,15 +17,15 @@ struct DayPrice {
   PriceStanding standing;
 };
 
-/// True for a price that only stands in for one that is unavailable now. What is computed with it is
-/// provisional: it is marked, computed again when the day's own price comes, and says nothing of splits.
+/// True for a price that stands in for one that is unavailable. What is computed with it is provisional: it
+/// is marked, computed again when the day's own price is known, and never suggests a split.
 constexpr bool isStandIn(PriceStanding standing) {
   return standing == PriceStanding::LastClose || standing == PriceStanding::Transaction;
 }
 
-/// How the capital record says it; empty for Final.
+/// The word for it in the capital record; empty for Final.
 String standingName(PriceStanding standing);
-/// The way back. A name of a later version counts as Open.
+/// The reverse. A word of a later version counts as Open.
 PriceStanding standingNamed(const String& name);
 
 } // namespace Tallymoor

@@ -3,7 +3,7 @@
 
 namespace Tallymoor {
 
-/// No figure is ever infinite: such a result of a division or power is no result.
+/// The value, or nothing if a division or power made it infinite or no number.
 std::optional<double> finiteOrNothing(double value);
 
 /// Growth in percent from one capital to another, apart from money put in (positive) or taken out meanwhile,
@@ -17,9 +17,9 @@ std::optional<double> percentOf(double part, double whole);
 /// Growth of an index in percent. Nothing when either close shows as zero or the result is not finite.
 std::optional<double> indexGainPercent(double now, double then);
 
-/// The growth a year, in percent, that makes a growth over so many years when it is compounded: the n-th root
-/// of the growth factor (the compound annual growth rate of the textbooks). Nothing when more than all was
-/// lost, when no time has passed, or when the result is not finite.
+/// The growth a year, in percent, that compounds to a growth over that many years: the n-th root of the
+/// growth factor (the compound annual growth rate of the textbooks). Nothing if more than all was lost, no
+/// time has passed, or the result is not finite.
 std::optional<double> annualise(double gainPercent, double years);
 
 } // namespace Tallymoor

@@ -10,12 +10,13 @@ namespace Tallymoor {
 class XMLSellEvent;
 class XMLSharePortfolio;
 
-/// Sales that an earlier version recorded in shares of their own day, and that tell a split all
-/// the same, since the user was asked for it again. Read by their splits they would be counted twice.
+/// Sales that an earlier version recorded in shares of their own day and that have an adjustment all the
+/// same, since the user was asked about the split again. Reading them by their adjustments would count the
+/// split twice.
 ///
-/// The cash knows better: its entry of the sale was made of the same number, and its entry of the purchase
-/// names the price before the split. Where both say so, the sale is put into the terms of its purchase, as
-/// every other one is.
+/// The cash entries show it: that of the sale was computed from the same number, and that of the purchase
+/// names the price before the split. Where both agree, the sale is put into the terms of its purchase, like
+/// every other sale.
 class OldSales {
 public:
   /// Reads the purchases among the portfolio's cash entries; later ones are not seen.

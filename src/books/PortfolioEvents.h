@@ -20,7 +20,7 @@ inline const Date FAR_OFF(std::numeric_limits<std::uint32_t>::max());
 
 /// What the shares of a purchase cost with its brokerage, which counts as it is recorded, at two decimals.
 double purchaseCost(const XMLBuyEvent& purchase, double number, double price);
-/// The same of the purchase as it was recorded, whatever splits came since; its cash entry was made of that.
+/// The same for the purchase as it was recorded, before any split: the amount of its cash entry.
 double purchaseCost(const XMLBuyEvent& purchase);
 
 /// "BUY 100.00 of ABC.AX @ 12.3400"
@@ -32,13 +32,13 @@ String dividendDescription(const String& code, double rate, double number);
 /// "DIVIDEND ABC.AX @ ", which every description of a dividend of the stock begins with.
 String dividendDescriptionStart(const String& code);
 
-/// Throws Exception, by the name that the user knows the value by, when it is less than zero. Forms refuse
-/// such a value before: this is the last place that can.
+/// Throws Exception, with the name that the user knows, if the value is less than zero. Forms refuse such a
+/// value before; this is the last check.
 void requireNotNegative(double value, const char16_t* name);
-/// The same of what every purchase and sale has.
+/// The same for the values of every purchase and sale.
 void requireTrade(double number, double price, double brokerage);
 
-/// What a cash entry is known by. The description must contain the text.
+/// The texts by which a cash entry is found. Its description must contain the one given.
 struct CashEntryKey {
   String day;
   String value;

@@ -9,7 +9,7 @@ namespace Tallymoor {
 
 namespace {
 
-/// What no escaped name looks like.
+/// True when the name could be taken for an escaped one.
 bool holdsEscape(const String& name) {
   const auto isHex = [](char16_t unit) {
     return std::u16string_view(u"0123456789ABCDEF").find(unit) != std::u16string_view::npos;
@@ -21,7 +21,7 @@ bool holdsEscape(const String& name) {
   return false;
 }
 
-/// Without the escapes of lone percent signs, which files of clean names bear as they are.
+/// Files of clean names keep lone percent signs unescaped.
 String withPlainPercents(String escaped) {
   for (std::size_t i = escaped.find(u"%25"); i != String::npos; i = escaped.find(u"%25", i + 1))
     escaped.erase(i + 1, 2);

@@ -1,5 +1,5 @@
 #include "books/RecordedSplits.h"
-#include "books/SharePortfolioUser.h"
+#include "books/Holdings.h"
 #include "books/SplitTerms.h"
 #include "foundation/Amounts.h"
 #include "xml/PortfolioRecords.h"
@@ -8,8 +8,7 @@ namespace Tallymoor {
 
 namespace {
 
-/// Each parcel that was held across a split has it recorded. A day may have two factors, of which one
-/// multiplies and the other divides.
+/// Adds the splits of a parcel. A day may have two factors, one that multiplies and one that divides.
 void addSplits(const XMLParcel& parcel, RecordedSplits::Ratios& all) {
   RecordedSplits::Ratios ratios;
   for (const XMLSplitAdjustment& adjustment : parcel.adjustments()) {
@@ -25,11 +24,11 @@ void addSplits(const XMLParcel& parcel, RecordedSplits::Ratios& all) {
 
 } // namespace
 
-RecordedSplits::RecordedSplits(const SharePortfolioUser& portfolio, const String& code) {
-  if (const XMLHeldShare* held = portfolio.findHeldShare(code))
+RecordedSplits::RecordedSplits(const Holdings& holdings, const String& code) {
+  if (const XMLHeldShare* held = holdings.findHeldShare(code))
     for (const XMLBuyEvent& parcel : held->parcels())
       addSplits(parcel, m_ratios);
-  if (const XMLSoldShare* sold = portfolio.findSoldShare(code))
+  if (const XMLSoldShare* sold = holdings.findSoldShare(code))
     for (const XMLSellEvent& sale : sold->sales())
       addSplits(sale, m_ratios);
 }

@@ -5,7 +5,7 @@
 
 namespace Tallymoor {
 
-class SharePortfolioUser;
+class Holdings;
 
 /// The splits and merges of a stock as a portfolio has recorded them on its purchases and sales.
 class RecordedSplits {
@@ -14,8 +14,8 @@ public:
   /// two into one. Answers that there was no split are left out.
   using Ratios = std::map<Date, double>;
 
-  /// The portfolio is only read here.
-  RecordedSplits(const SharePortfolioUser& portfolio, const String& code);
+  /// The holdings are only read here.
+  RecordedSplits(const Holdings& holdings, const String& code);
 
   const Ratios& ratios() const { return m_ratios; }
   /// How many shares of the second day are one share of the first: what numbers are to be multiplied and

@@ -11,7 +11,7 @@ class XMLSellEvent;
 /// The portfolio that the sale belongs to; null for a sale outside any.
 const XMLSharePortfolio* portfolioOf(const XMLSellEvent& sale);
 
-/// What the sale brought in for so many shares of its day, less its brokerage.
+/// What the sale brought in for that number of shares of its day, less its brokerage.
 double proceedsOf(const XMLSellEvent& sale, double number);
 CashEntryKey proceedsKey(const XMLSellEvent& sale, double number);
 /// Null when the cash has no such entry.

@@ -50,7 +50,7 @@ SaleDeletion::SaleDeletion(const XMLSellEvent& sale) : bought(sale.bought()), co
   proceedsValue = proceedsOf(sale, number);
   proceeds = lineOf(findProceeds(portfolio, sale, number));
   cost = lineOf(findCost(portfolio, sale));
-  // With a cash entry of its own it was a purchase of its own, whatever else was bought on that day.
+  // A cash entry of exactly these shares means that they were a whole purchase: it left no rest.
   rest = cost ? nullptr : findRest(portfolio, sale);
 }
 

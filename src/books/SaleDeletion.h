@@ -9,8 +9,8 @@ class XMLBuyEvent;
 class XMLCashEvent;
 class XMLSellEvent;
 
-/// What deleting a recorded sale does to the cash and the shares, told before it is done: the
-/// sale alone can go, so that its shares are held again, or the purchase of its shares goes with it.
+/// What deleting a recorded sale will do to the cash and the shares. The sale alone can go, so that its
+/// shares are held again, or the purchase of its shares goes with it.
 struct SaleDeletion {
   struct CashLine {
     const XMLCashEvent* event;
@@ -27,10 +27,10 @@ struct SaleDeletion {
   Date bought;
   double proceedsValue;
   double costValue;
-  std::optional<CashLine> proceeds; ///< nothing where the cash has no such entry
-  /// The entry of exactly these shares' purchase; nothing also where they were a part of it.
+  std::optional<CashLine> proceeds; ///< nothing if the cash has no such entry
+  /// The entry of the purchase of exactly these shares; nothing if they were only a part of it.
   std::optional<CashLine> cost;
-  /// The parcel that holds the rest of the purchase, to which the shares go back; null where there is none.
+  /// The parcel that holds the rest of the purchase, to which the shares go back; null if there is none.
   const XMLBuyEvent* rest;
 };
 

@@ -35,7 +35,7 @@ double asTyped(const XMLSellEvent& sale, const Date& day, double number) {
   return number;
 }
 
-/// A sale's shares as of its own day, by the splits that it tells of.
+/// A sale's shares as of its own day, by its own adjustments.
 SharesAt sharesByItsSplits(const XMLSellEvent& sale) {
   const Date sold = sale.sold();
   SharesAt shares = sharesOn(sale, sold);

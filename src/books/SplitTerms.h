@@ -26,19 +26,19 @@ SharesAt sharesOn(const XMLParcel& parcel, const Date& day);
 SharesAt sharesAsBought(const XMLParcel& parcel, const Date& day, const SharesAt& shares);
 /// How many shares of the second day are one share of the first, a day since the purchase and not later.
 double sharesBetween(const XMLParcel& parcel, const Date& from, const Date& to);
-/// True when a split or merge of the parcel counts by the day, so that the two above change anything.
+/// True when a split or merge of the parcel counts by the day, so that the conversions above change anything.
 bool isSplitBy(const XMLParcel& parcel, const Date& day);
 
-/// A sale's shares as of its own day, as the user sold them. A sale that tells a split in a record of an
-/// earlier version, or that was told it after it had been recorded, has its number in the terms of its own
-/// day: its cash entry says so, since that was made of the same number.
+/// A sale's shares as of its own day, as the user sold them. A sale that an earlier version recorded with a
+/// split, or that was given the split later, has its number in the terms of its own day: the amount of its
+/// cash entry, which was computed from the same number, shows that.
 SharesAt sharesAsSold(const XMLSellEvent& sale);
 /// True for such a sale.
 bool isRecordedAsSold(const XMLSellEvent& sale);
-/// The first of these, where the answer to the second is known.
+/// sharesAsSold(sale), if the result of isRecordedAsSold is known already.
 SharesAt sharesAsSold(const XMLSellEvent& sale, bool recordedAsSold);
 
-/// The adjustment that starts on that very day; null when there is none.
+/// The adjustment that starts on that day; null if there is none.
 const XMLSplitAdjustment* findAdjustment(const XMLParcel& parcel, const Date& day);
 /// Copies the adjustments that start by the day, in their order.
 void copyAdjustments(const XMLParcel& from, XMLParcel& to, const Date& upTo);

@@ -1,6 +1,4 @@
 #pragma once
-#include "foundation/Date.h"
-#include "foundation/String.h"
 #include "foundation/UserInteraction.h"
 #include <cstdint>
 #include <optional>
@@ -19,23 +17,27 @@ namespace Tallymoor {
 /// user may answer with any.
 class SuspectedSplit {
 public:
-  /// Nothing when the jump is none. The prices are above zero.
+  /// Nothing if the prices suggest no split. Both are above zero.
   static std::optional<SuspectedSplit> between(double yesterday, double today);
 
-  /// True for the split of 3:2, by which prices fall no further than bad news makes them fall.
+  /// True for a split of 3:2. Bad news may make prices fall as far.
   bool isThreeForTwo() const { return m_kind == Kind::Split && m_proposed == WholeRatio{3, 2}; }
 
-  /// Asks the user. The factors to record for the answer, of which one day may have two: 3 and -2 for a split
-  /// of 3:2. A single 1, or -1 for a merge, stands for No.
-  std::vector<std::int32_t> ask(const String& code, const Date& date) const;
+  bool isMerge() const { return m_kind == Kind::Merge; }
+  /// Shares after to shares before; for a merge the other way round. So is the answer.
+  const WholeRatio& proposed() const { return m_proposed; }
+  /// The factors to record for the user's answer, of which one day may have two: 3 and -2 for a split of 3:2.
+  /// No answer means that there was no split: a single 1, or -1 for a merge.
+  std::vector<std::int32_t> factors(const std::optional<WholeRatio>& answer) const;
+
+  static constexpr std::int32_t LARGEST_NUMBER = 1000000; ///< of an answer
 
 private:
   enum class Kind { Split, Merge };
   SuspectedSplit(Kind kind, double jump);
-  String question(const String& code, const Date& date) const;
 
   Kind m_kind;
-  WholeRatio m_proposed; ///< of shares after to shares before; for a merge the other way round
+  WholeRatio m_proposed;
 };
 
 } // namespace Tallymoor

@@ -25,7 +25,7 @@ public:
   std::vector<UnreadableDate> found;
   String portfolio;
 
-  /// The dates of an entry, of which one that can't be read puts all of them aside: half a sale would count.
+  /// One unreadable date of an entry sets all its dates aside: else half a sale would count.
   void look(XMLEvent& event, const String& entry) {
     std::optional<String> bad;
     for (XMLDate* date : event.dates()) {

@@ -7,10 +7,9 @@ namespace Tallymoor {
 
 class XMLPortfolios;
 
-// A file of records that was edited by hand, or damaged, may hold a date that is none. It must cost no more
-// than its own entry: the entry is put on a day far in the future, where no figure counts it, and the date as
-// it stood is kept in an attribute, which is written with the records. The user may put it right in the
-// table, or in the file.
+// A file of records that was edited by hand, or damaged, may hold a text that is no date. Only its own entry
+// must suffer: it is put on a day far in the future, where no figure counts it, and the text is kept in an
+// attribute, which is written with the records. The user may correct it in the table, or in the file.
 
 /// Where such a date stands.
 struct UnreadableDate {
@@ -19,12 +18,12 @@ struct UnreadableDate {
   String text;  ///< the date as it stands in the file
 };
 
-/// Sets all unreadable dates of the records aside and tells of them, of those from earlier runs, too. Dates
-/// that have been put right since then count again.
+/// Sets all unreadable dates of the records aside and returns them, with those of earlier runs. Dates that
+/// have been corrected since then count again.
 std::vector<UnreadableDate> setAsideUnreadableDates(XMLPortfolios& records);
 
-/// What the user is told: each date with portfolio, stock, and line in the file of which the content is
-/// given. Empty when there is none.
+/// The message to the user: each date with portfolio, stock, and line in the file with the given content.
+/// Empty if there is none.
 String unreadableDatesText(const std::vector<UnreadableDate>& dates, std::string_view fileContent);
 
 } // namespace Tallymoor

@@ -1,5 +1,6 @@
 #include "entry/KnownPrice.h"
 #include "books/RecordedSplits.h"
+#include "books/SharePortfolioUser.h"
 #include "foundation/Amounts.h"
 #include "market/CompletedClose.h"
 #include "market/TallymoorInternet.h"
@@ -29,7 +30,8 @@ KnownPrice knownPrice(const String& code, const Date& day, const SharePortfolioU
   const auto last = gateway.lastCloseBefore(code, day);
   if (!last)
     return {};
-  const double shares = portfolio ? RecordedSplits(*portfolio, code).sharesBetween(last->day, day) : 1.0;
+  const double shares =
+      portfolio ? RecordedSplits(portfolio->holdings(), code).sharesBetween(last->day, day) : 1.0;
   return {last->close / shares, last->day};
 }
 

@@ -13,6 +13,8 @@
 #include "entry/StartupStages.h"
 #include "foundation/Exception.h"
 #include "foundation/FileReplacement.h"
+#include "market/MarketPrices.h"
+#include "session/BookQuestions.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/MainWindow.h"
 #include "xml/PortfolioRecords.h"
@@ -172,7 +174,7 @@ bool StartupWizard::takesUpUnrecorded(const GUIPanel* page) {
 void StartupWizard::makePortfolio() {
   m_portfolio = &m_records->portfolios().add();
   m_portfolio->setPortfolioName(m_choosePage->name());
-  m_user = std::make_unique<SharePortfolioUser>(*m_portfolio);
+  m_user = std::make_unique<SharePortfolioUser>(*m_portfolio, gatewayPrices());
   forgetDays(); // a file that lies on disk under the name holds those of other records
   m_buyPage->setPortfolio(m_user.get());
   m_dividendPage->setPortfolio(m_user.get());
@@ -290,7 +292,7 @@ void StartupWizard::makeRecordCurrentFor(const GUIPanel* page) {
   if (page != m_dividendPage && page != m_sellPage)
     return;
   try {
-    m_user->capitalRecord().update(*m_user);
+    updateCapitalRecord(*m_user);
   } catch (const Exception& failure) {
     MainWindow::reportException(u"There was a problem refreshing your capital records.", failure);
   }

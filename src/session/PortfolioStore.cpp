@@ -5,6 +5,7 @@
 #include "foundation/Platform.h"
 #include "foundation/UnforeseenFailure.h"
 #include "foundation/UserInteraction.h"
+#include "market/MarketPrices.h"
 #include "xml/CleanName.h"
 #include "xml/DocumentFile.h"
 #include "xml/Leaves.h"
@@ -148,7 +149,7 @@ void PortfolioStore::cleanNames() {
 
 void PortfolioStore::openPortfolios() {
   for (XMLSharePortfolio& records : m_records.portfolios()) {
-    auto portfolio = std::make_unique<SharePortfolioUser>(records);
+    auto portfolio = std::make_unique<SharePortfolioUser>(records, gatewayPrices());
     portfolio->mendOldSales();
     const String name = portfolio->name();
     m_portfolios[name] = std::move(portfolio);

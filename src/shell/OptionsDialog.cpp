@@ -3,6 +3,7 @@
 #include "foundation/Amounts.h"
 #include "foundation/Settings.h"
 #include "market/TallymoorInternet.h"
+#include "session/BookQuestions.h"
 #include "widgets/FormRows.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/ListChoiceDialog.h"
@@ -240,7 +241,7 @@ long OptionsDialog::onRefreshCapital(FXObject*, FXSelector, void*) {
       record.recordsChangedFrom(record.firstRecordDate());
     }
     for (const auto& [name, portfolio] : *m_portfolios)
-      portfolio->capitalRecord().update(*portfolio);
+      updateCapitalRecord(*portfolio);
   });
 }
 

@@ -3,6 +3,7 @@
 #include "analysis/ReportFiles.h"
 #include "foundation/Platform.h"
 #include "foundation/UserInteraction.h"
+#include "session/BookQuestions.h"
 #include "views/ChartModels.h"
 #include "widgets/ChartSvg.h"
 #include "widgets/MainWindow.h"
@@ -27,6 +28,8 @@ String chartOf(const Portfolios& portfolios, const ReportPeriod& period) {
 String writeReport(const Portfolios& portfolios, const ReportPeriod& period, const String& title) {
   const WaitCursor wait;
   MainWindow::setStatusText(u"making the report...");
+  for (SharePortfolioUser* portfolio : portfolios)
+    updateCapitalRecord(*portfolio);
   return writeReportFiles(*makeReport(portfolios, period, title, chartOf), period.fileName());
 }
 

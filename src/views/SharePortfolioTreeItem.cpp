@@ -13,6 +13,7 @@
 #include "foundation/Amounts.h"
 #include "foundation/Platform.h"
 #include "foundation/RunTimeSettings.h"
+#include "session/BookQuestions.h"
 #include "views/CapitalChart.h"
 #include "views/CashReserveTreeItem.h"
 #include "views/DividendsTreeItem.h"
@@ -93,7 +94,7 @@ const NodeIcons& SharePortfolioTreeItem::icons() const {
 }
 
 void SharePortfolioTreeItem::makeRecordCurrent() {
-  m_portfolio->checkCashReserve();
+  checkCashReserve(*m_portfolio);
 }
 
 void SharePortfolioTreeItem::update() {

@@ -17,11 +17,11 @@ struct Holding {
   void setLimits(const PriceLimits& limits) const { portfolio->setMinMax(*share, limits.min, limits.max); }
 };
 
-using Holdings = std::map<String, std::vector<Holding>>;
+using HoldingsByCode = std::map<String, std::vector<Holding>>;
 
-/// By code, those of a code in the order of the portfolios' names.
-Holdings holdingsOf(OpenPortfolios& portfolios) {
-  Holdings holdings;
+/// Those of a code are in the order of the portfolios' names.
+HoldingsByCode holdingsOf(OpenPortfolios& portfolios) {
+  HoldingsByCode holdings;
   for (const auto& [name, portfolio] : portfolios)
     for (XMLHeldShare& share : portfolio->portfolio().heldShares())
       holdings[share.code()].push_back({portfolio.get(), &share});
@@ -43,7 +43,7 @@ PriceLimits limitsFor(const String& code, const std::vector<Holding>& holdings) 
 
 void shareLimits(OpenPortfolios& portfolios, const String& code, const PriceLimits& limits) {
   limits.keepForStock(code);
-  Holdings holdings = holdingsOf(portfolios);
+  HoldingsByCode holdings = holdingsOf(portfolios);
   for (const Holding& holding : holdings[code])
     holding.setLimits(limits);
 }

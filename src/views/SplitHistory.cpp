@@ -30,7 +30,7 @@ bool jumps(const String& code, const Date& day, double ratio) {
 SplitHistory::SplitHistory(const String& code, const Portfolios& portfolios) {
   RecordedSplits::Ratios all;
   for (const SharePortfolioUser* portfolio : portfolios)
-    all.merge(RecordedSplits::Ratios(RecordedSplits(*portfolio, code).ratios()));
+    all.merge(RecordedSplits::Ratios(RecordedSplits(portfolio->holdings(), code).ratios()));
   for (const auto& [day, ratio] : all)
     m_splits.push_back({day, ratio, jumps(code, day, ratio)});
 }

@@ -4,6 +4,8 @@
 #include "foundation/Platform.h"
 #include "foundation/RunTimeSettings.h"
 #include "foundation/Settings.h"
+#include "market/MarketPrices.h"
+#include "session/BookQuestions.h"
 #include "views/CapitalChart.h"
 #include "views/PerformanceView.h"
 #include "views/PortfolioPerformanceTable.h"
@@ -286,7 +288,7 @@ bool TotalCapTreeItem::checkNewName(const String& name) const {
 void TotalCapTreeItem::makePortfolio(const String& name) {
   XMLSharePortfolio& portfolio = m_records->portfolios().add();
   portfolio.setPortfolioName(name);
-  openPortfolio(std::make_unique<SharePortfolioUser>(portfolio));
+  openPortfolio(std::make_unique<SharePortfolioUser>(portfolio, gatewayPrices()));
 }
 
 void TotalCapTreeItem::openPortfolio(std::unique_ptr<SharePortfolioUser> portfolio) {
@@ -304,6 +306,7 @@ void TotalCapTreeItem::renamePortfolio(const String& oldName, const String& newN
     return;
   TreeState state(*investmentTree());
   state.rename(oldName, name);
+  forgetCashWarning(*found->second);
   found->second->rename(name);
   auto entry = m_portfolios->extract(found);
   entry.key() = name;
@@ -340,7 +343,7 @@ void TotalCapTreeItem::dropPortfolio(const String& name) {
   const auto found = m_portfolios->find(name);
   if (found == m_portfolios->end())
     return;
-  found->second->forgetCashWarning();
+  forgetCashWarning(*found->second);
   if (SharePortfolioTreeItem* node = portfolioNode(name))
     tree()->removeItem(node);
   m_performance->setPortfolios(listOf(*m_portfolios, name));
@@ -371,7 +374,7 @@ void TotalCapTreeItem::addPortfolio(XMLElement* portfolio) {
   const String name = records.portfolioName();
   dropPortfolio(name);
   m_records->addSubElement(portfolio, u"SharePortfolios");
-  auto user = std::make_unique<SharePortfolioUser>(records);
+  auto user = std::make_unique<SharePortfolioUser>(records, gatewayPrices());
   SharePortfolioCapitalRecordUser& record = user->capitalRecord();
   record.recordsChangedFrom(record.firstRecordDate());
   m_portfolios->emplace(name, std::move(user));

@@ -111,11 +111,11 @@ TEST_F(CapitalGrowthTest, APortfolioThatBeginsLaterIsNoGrowth) {
   deposit(1, 1000);
   interest(3, 100);
   m_second.subElement(u"Name").setValue(u"Savings");
-  m_secondUser = std::make_unique<SharePortfolioUser>(m_second);
+  m_secondUser = std::make_unique<SharePortfolioUser>(m_second, gatewayPrices());
   deposit(*m_secondUser, 3, 2000);
   m_secondUser->creditCash(february(3), 200, CASH_EVENT_INTEREST, u"INTEREST ");
   m_secondUser->creditCash(february(4), 330, CASH_EVENT_INTEREST, u"INTEREST ");
-  m_secondUser->capitalRecord().update(*m_secondUser);
+  updateCapitalRecord(*m_secondUser);
   update();
   const std::vector<GrowthDay> days = capitalGrowth({&user(), m_secondUser.get()}, february(1), february(4));
   EXPECT_EQ(capitals(days), (Numbers{1000, 1000, 3300, 3630}));
@@ -170,7 +170,7 @@ TEST_F(CapitalGrowthTest, ThereIsNoIndexWithoutOneOrForSeveralPortfolios) {
   expectIndex(growth(1, 2), {-1, -1});
   user().setComparisonIndex(u"^AORD");
   m_second.subElement(u"Name").setValue(u"Savings");
-  m_secondUser = std::make_unique<SharePortfolioUser>(m_second);
+  m_secondUser = std::make_unique<SharePortfolioUser>(m_second, gatewayPrices());
   expectIndex(capitalGrowth({&user(), m_secondUser.get()}, february(1), february(2)), {-1, -1});
   expectIndex(growth(1, 2), {1000, 1000});
 }

@@ -136,7 +136,7 @@ private:
     m_lastDay = LAST_DAY;
     CasePortfolio& portfolio = m_portfolios[title];
     portfolio.records.subElement(u"Name").setValue(String::fromUTF8(title));
-    portfolio.user = std::make_unique<SharePortfolioUser>(portfolio.records);
+    portfolio.user = std::make_unique<SharePortfolioUser>(portfolio.records, gatewayPrices());
     m_table = {portfolio.user.get()};
   }
   SharePortfolioUser& only() { return *m_table.at(0); }
@@ -144,7 +144,7 @@ private:
     if (!m_recorded) {
       Date::setFixedDate(m_lastDay);
       for (SharePortfolioUser* portfolio : m_table)
-        portfolio->capitalRecord().update(*portfolio);
+        updateCapitalRecord(*portfolio);
       m_recorded = true;
     }
     return m_table;

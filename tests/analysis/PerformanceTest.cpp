@@ -24,9 +24,9 @@ protected:
 
   /// A second portfolio with a record that starts at its deposit.
   SharePortfolioUser& second(const Date& day, double value) {
-    m_secondUser = std::make_unique<SharePortfolioUser>(m_second);
+    m_secondUser = std::make_unique<SharePortfolioUser>(m_second, gatewayPrices());
     m_secondUser->creditCash(day, value, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
-    m_secondUser->capitalRecord().update(*m_secondUser);
+    updateCapitalRecord(*m_secondUser);
     return *m_secondUser;
   }
 

@@ -12,7 +12,7 @@ class ReportBuilderTest : public ReportTest {};
 
 TEST_F(ReportBuilderTest, TheReportSaysWhatItIsAbout) {
   trade();
-  const auto report = makeReport({&user()}, m_january, u"Report for last month");
+  const auto report = ReportTest::report({&user()}, m_january, u"Report for last month");
   expectTexts(*report, {{u"title", u"Report for last month"}});
   expectValues(*report, {{u"from", u"1/1/2026 01/01/2026"},
                          {u"to", u"31/1/2026 31/01/2026"},
@@ -244,16 +244,16 @@ TEST_F(ReportBuilderTest, SeveralPortfoliosHaveATotal) {
   trade();
   XMLSharePortfolio second;
   second.subElement(u"Name").setValue(u"Second");
-  SharePortfolioUser other(second);
+  SharePortfolioUser other(second, gatewayPrices());
   other.creditCash(Date(2025, 12, 1), 930, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
   other.creditCash(Date(2026, 1, 31), 63.66, CASH_EVENT_INTEREST, u"INTEREST ");
   std::vector<std::size_t> charted;
-  const auto report = makeReport({&user(), &other}, m_january, u"Report",
-                                 [&](const Portfolios& portfolios, const ReportPeriod& period) {
-                                   EXPECT_EQ(period.last, m_january.last);
-                                   charted.push_back(portfolios.size());
-                                   return portfolios.front() == &other ? String() : String(u"<svg/>");
-                                 });
+  const auto report = ReportTest::report({&user(), &other}, m_january, u"Report",
+                                         [&](const Portfolios& portfolios, const ReportPeriod& period) {
+                                           EXPECT_EQ(period.last, m_january.last);
+                                           charted.push_back(portfolios.size());
+                                           return portfolios.front() == &other ? String() : String(u"<svg/>");
+                                         });
   ASSERT_EQ(report->numSubElements(u"Portfolios"), 2u);
   EXPECT_EQ(part(*report, 1).attribute(u"name"), String(u"Second"));
   const XMLElement& total = report->subElement(u"Total");
@@ -279,9 +279,9 @@ TEST_F(ReportBuilderTest, AYoungPortfolioIsLeftOutOfThePercentageOfAll) {
   trade();
   XMLSharePortfolio second;
   second.subElement(u"Name").setValue(u"Second");
-  SharePortfolioUser other(second);
+  SharePortfolioUser other(second, gatewayPrices());
   other.creditCash(Date(2026, 1, 20), 930, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
-  const auto report = makeReport({&user(), &other}, m_january, u"Report");
+  const auto report = ReportTest::report({&user(), &other}, m_january, u"Report");
   const XMLElement& total = report->subElement(u"Total");
   expectValues(total.subElement(u"Performance"), {{u"gainPercent", u"14.26 14.26%"}});
   EXPECT_THAT(notes(total),

@@ -50,10 +50,10 @@ TEST_F(ReportFilesTest, TheDocumentIsOfItsType) {
   trade();
   XMLSharePortfolio second;
   second.subElement(u"Name").setValue(u"Second");
-  SharePortfolioUser other(second);
+  SharePortfolioUser other(second, gatewayPrices());
   other.creditCash(Date(2026, 1, 20), 930, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
-  write(*makeReport({&user(), &other}, {Date(2025, 12, 1), Date(2026, 2, 28)}, u"Report",
-                    [](const Portfolios&, const ReportPeriod&) { return String(u"<svg/>"); }));
+  write(*report({&user(), &other}, {Date(2025, 12, 1), Date(2026, 2, 28)}, u"Report",
+                [](const Portfolios&, const ReportPeriod&) { return String(u"<svg/>"); }));
   const XmlDocument report = parsed(document());
   ASSERT_TRUE(report);
   const String type = m_profile.path("type.dtd"); // A URL without blanks.
@@ -82,7 +82,8 @@ TEST_F(ReportFilesTest, ThePageShowsNamesAndComments) {
 
 TEST_F(ReportFilesTest, ThePageIsWellFormedAndShowsTheFigures) {
   trade();
-  const auto report = makeReport({&user()}, {Date(2026, 1, 1), Date(2026, 2, 28)}, u"Report for last month");
+  const auto report =
+      ReportTest::report({&user()}, {Date(2026, 1, 1), Date(2026, 2, 28)}, u"Report for last month");
   const std::string page = pageOf(*report);
   EXPECT_TRUE(parsed(page));
   for (const char* text :
@@ -110,7 +111,7 @@ TEST_F(ReportFilesTest, MarkupInNamesComesOutAsText) {
   user().creditCash(Date(2026, 1, 28), 1, CASH_EVENT_INTEREST, u"</td><script>alert(1)</script>");
   setPrices(u"A<B>&C", Date(2026, 1, 6), m_today, 2);
   user().addBuyEvent(u"A<B>&C", {Date(2026, 1, 6), 10, 2, 0, String()});
-  const auto report = makeReport({&user()}, {Date(2026, 1, 1), Date(2026, 2, 28)}, u"Report");
+  const auto report = ReportTest::report({&user()}, {Date(2026, 1, 1), Date(2026, 2, 28)}, u"Report");
   const std::string page = pageOf(*report);
   EXPECT_TRUE(parsed(page));
   EXPECT_THAT(page, HasSubstr("<h2>&lt;i&gt;R&amp;D&lt;/i&gt; \"x\" 'y'</h2>"));
@@ -124,8 +125,8 @@ TEST_F(ReportFilesTest, MarkupInNamesComesOutAsText) {
 TEST_F(ReportFilesTest, AChartStandsInThePageAsItWasDrawn) {
   trade();
   const String svg = u"<svg xmlns=\"http://www.w3.org/2000/svg\"><text>A &amp; B</text></svg>";
-  const auto report = makeReport({&user()}, m_january, u"Report",
-                                 [&](const Portfolios&, const ReportPeriod&) { return svg; });
+  const auto report = ReportTest::report({&user()}, m_january, u"Report",
+                                         [&](const Portfolios&, const ReportPeriod&) { return svg; });
   const std::string page = pageOf(*report);
   EXPECT_TRUE(parsed(page));
   EXPECT_THAT(page, HasSubstr("<div class=\"chart\">" + svg.toUTF8() + "</div>"));

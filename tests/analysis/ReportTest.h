@@ -35,7 +35,14 @@ protected:
   }
 
   std::unique_ptr<XMLReport> report(const ReportPeriod& period) {
-    return makeReport({&user()}, period, u"Report");
+    return report({&user()}, period, u"Report");
+  }
+  /// Made as the program makes it: the records are brought up to date first.
+  static std::unique_ptr<XMLReport> report(const Portfolios& portfolios, const ReportPeriod& period,
+                                           const String& title, const ReportChart& chart = {}) {
+    for (SharePortfolioUser* portfolio : portfolios)
+      updateCapitalRecord(*portfolio);
+    return makeReport(portfolios, period, title, chart);
   }
   std::unique_ptr<XMLReport> january() { return report(m_january); }
 

@@ -12,7 +12,7 @@ protected:
       days += record().hasDayCap(day);
     return days;
   }
-  void update() { record().update(user()); }
+  void update() { updateCapitalRecord(user()); }
   /// Creates a record from the first day to today by a deposit.
   void makeDays(const Date& first) {
     user().creditCash(first, 100, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
@@ -21,7 +21,7 @@ protected:
   String file() const { return m_profile.dataFolder() + u"TradingCapRecord.xml"; }
   void reopen() {
     m_user.reset();
-    m_user = std::make_unique<SharePortfolioUser>(m_portfolio);
+    m_user = std::make_unique<SharePortfolioUser>(m_portfolio, gatewayPrices());
   }
 
   const Date m_yesterday{2026, 3, 2};

@@ -53,11 +53,15 @@ private:
     return text;
   }
 
+  double priceAfterQuestion(const String& code, const Date& day) {
+    return AskingPortfolio(m_portfolio).checkPriceForSplit(code, day).price.price;
+  }
+
   void addHeld(const XMLHeldShare& stock, const Date& day) {
     for (const XMLBuyEvent& event : stock.parcels()) {
       if (dateValue(event, u"BuyDate") > day)
         continue;
-      const double price = m_portfolio.priceWithSplitCheck(textValue(stock, u"Code"), day);
+      const double price = priceAfterQuestion(textValue(stock, u"Code"), day);
       addShareVal(textValue(stock, u"Code"), m_portfolio.adjustedBuyEvent(event, day).number, price);
     }
   }
@@ -66,7 +70,7 @@ private:
     for (const XMLSellEvent& event : stock.sales()) {
       if (dateValue(event, u"BuyDate") > day || dateValue(event, u"SellDate") <= day)
         continue;
-      const double price = m_portfolio.priceWithSplitCheck(textValue(stock, u"Code"), day);
+      const double price = priceAfterQuestion(textValue(stock, u"Code"), day);
       addShareVal(textValue(stock, u"Code"), m_portfolio.adjustedSellEvent(event, day).number, price);
     }
   }
@@ -158,7 +162,7 @@ TEST_F(CapitalRecordWalkTest, GivesTheSameToTheLetterAsThePlainDefinition) {
 
     XMLSharePortfolio copy(m_portfolio);
     copy.subElement(u"Name").setValue(u"Copy");
-    SharePortfolioUser plainUser(copy);
+    SharePortfolioUser plainUser(copy, gatewayPrices());
     std::vector<String> plainDays;
     std::vector<String> plainQuestions;
     {
@@ -169,7 +173,7 @@ TEST_F(CapitalRecordWalkTest, GivesTheSameToTheLetterAsThePlainDefinition) {
       plainQuestions = answers.questions;
     }
     AnsweringUser answers;
-    record().update(user());
+    updateCapitalRecord(user());
 
     EXPECT_EQ(answers.questions, plainQuestions);
     questions += plainQuestions.size();
@@ -189,7 +193,8 @@ TEST_F(CapitalRecordWalkTest, ASumThatIsNothingKeepsItsSign) {
   user().creditCash(Date(2026, 3, 1), 0.3, CASH_EVENT_CREDIT, u"");
   user().debitCash(Date(2026, 3, 3), 0.1, CASH_EVENT_DEBIT, u"");
   user().debitCash(Date(2026, 3, 2), 0.2, CASH_EVENT_DEBIT, u"");
-  CapitalRecordWalk walk(user());
+  AskingPortfolio asking(user());
+  CapitalRecordWalk walk(asking);
   EXPECT_EQ(walk.cashTotal(Date(2026, 3, 1)), String(u"0.30"));
   EXPECT_EQ(walk.cashTotal(Date(2026, 3, 2)), String(u"0.10"));
   EXPECT_EQ(walk.cashTotal(Date(2026, 3, 3)), String::fromDouble(0.3 - 0.1 - 0.2, 2));
@@ -202,7 +207,8 @@ TEST_F(CapitalRecordWalkTest, EachParcelIsRoundedIntoTheSum) {
     addAdjustment(parcel(u"ABC.AX", static_cast<std::size_t>(i)), Date(2026, 2, 1), -3); // 0.333... each.
   }
   setPrices(u"ABC.AX", m_today.plusDays(-1), m_today, 1);
-  CapitalRecordWalk walk(user());
+  AskingPortfolio asking(user());
+  CapitalRecordWalk walk(asking);
   EXPECT_EQ(walk.holdings(m_today, nullptr)->at(0).number, String(u"0.99")); // Sums of 0.33, 0.66 and 0.99.
 }
 
@@ -212,7 +218,8 @@ TEST_F(CapitalRecordWalkTest, PartsOfADividedPurchaseAreAddedUpBeforeTheyAreRoun
   for (int i = 0; i < 2; ++i)
     user().sellShares(u"ABC.AX", {m_today, 100, 1, 0, u""}, true);
   setPrices(u"ABC.AX", Date(2026, 2, 28), m_today, 1);
-  CapitalRecordWalk walk(user());
+  AskingPortfolio asking(user());
+  CapitalRecordWalk walk(asking);
   EXPECT_EQ(walk.holdings(Date(2026, 3, 1), nullptr)->at(0).number, String(u"100.00")); // Not 33.33 x 3.
   EXPECT_EQ(walk.holdings(Date(2026, 3, 2), nullptr)->at(0).number, String(u"300.00"));
   EXPECT_EQ(walk.holdings(m_today, nullptr)->at(0).number, String(u"100.00"));

@@ -1,7 +1,9 @@
 #pragma once
 #include "books/SharePortfolioUser.h"
 #include "foundation/FileReplacement.h"
+#include "market/MarketPrices.h"
 #include "market/TallymoorInternet.h"
+#include "session/BookQuestions.h"
 #include "support/FakeUserInteraction.h"
 #include "support/GatewayScope.h"
 #include "support/MarketFixture.h"
@@ -67,7 +69,7 @@ protected:
   EngineTest() {
     TallymoorInternet::Instance().goOffline();
     m_portfolio.subElement(u"Name").setValue(u"Trading");
-    m_user = std::make_unique<SharePortfolioUser>(m_portfolio);
+    m_user = std::make_unique<SharePortfolioUser>(m_portfolio, gatewayPrices());
     m_interaction.clearCalls();
   }
 
@@ -83,6 +85,11 @@ protected:
   static void setPrices(const String& code, const Date& first, const Date& last, double close) {
     for (Date day = first; day <= last; day.addDays(1))
       setPrice(code, day, close);
+  }
+
+  /// The price of the day, after a question about a split.
+  double priceWithSplitCheck(const String& code, const Date& day) {
+    return AskingPortfolio(user()).checkPriceForSplit(code, day).price.price;
   }
 
   XMLBuyEvent& parcel(const String& code, std::size_t place = 0) {

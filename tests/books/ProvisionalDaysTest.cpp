@@ -39,7 +39,7 @@ protected:
     gateway().goOffline();
     if (online)
       goOnline();
-    m_user = std::make_unique<SharePortfolioUser>(m_portfolio);
+    m_user = std::make_unique<SharePortfolioUser>(m_portfolio, gatewayPrices());
     m_fetchesBefore = m_market.requested(MarketFixture::Page::History).size();
   }
   /// Adds the source's prices up to Monday.
@@ -137,7 +137,7 @@ TEST_F(ProvisionalDaysTest, ACloseThatWasFetchedWhileTheRecordWasNotThereIsTaken
   closeTheWeek();
   m_profile.setToday(m_monday);
   gateway().refreshHistoricalPrice(u"ABC.AX", m_thursday, false);
-  m_user = std::make_unique<SharePortfolioUser>(m_portfolio);
+  m_user = std::make_unique<SharePortfolioUser>(m_portfolio, gatewayPrices());
   EXPECT_EQ(shares(m_thursday, m_thursday), Texts{u"100.00 x 21.00"});
   gateway().goOffline();
   update();

@@ -21,7 +21,7 @@ protected:
   void restart() {
     m_user.reset();
     m_gateway.restart();
-    m_user = std::make_unique<SharePortfolioUser>(m_portfolio);
+    m_user = std::make_unique<SharePortfolioUser>(m_portfolio, gatewayPrices());
     update();
   }
   void buy(const String& code, const Date& day) { user().buyShares(code, {day, 100, 10.0, 0.0, String()}); }

@@ -1,6 +1,7 @@
 #include "books/RandomPortfolio.h"
 #include "analysis/SaleFigures.h"
 #include "foundation/Amounts.h"
+#include "market/MarketPrices.h"
 #include "market/TallymoorInternet.h"
 #include "support/StringPrinting.h"
 #include <algorithm>
@@ -11,8 +12,8 @@
 namespace Tallymoor {
 
 RandomPortfolio::RandomPortfolio(std::uint32_t seed)
-    : m_user((m_portfolio.subElement(u"Name").setValue(u"Random"), m_portfolio)), m_fresh(u"Fresh"),
-      m_chance(seed) {}
+    : m_user((m_portfolio.subElement(u"Name").setValue(u"Random"), m_portfolio), gatewayPrices()),
+      m_fresh(u"Fresh"), m_chance(seed) {}
 
 void RandomPortfolio::setPrices() {
   for (int code = 0; code < CODES; ++code)

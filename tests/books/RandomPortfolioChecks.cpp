@@ -1,5 +1,6 @@
 // Invariants of every portfolio.
 #include "books/RandomPortfolio.h"
+#include "session/BookQuestions.h"
 #include "support/StringPrinting.h"
 #include <algorithm>
 #include <cmath>
@@ -202,9 +203,10 @@ void RandomPortfolio::checkDay(const SharePortfolioCapitalRecordUser& record, in
 }
 
 void RandomPortfolio::checkRecord() {
-  m_user.capitalRecord().update(m_user);
+  updateCapitalRecord(m_user);
   m_fresh.recordsChangedFrom(dayAt(-1));
-  m_fresh.update(m_user);
+  AskingPortfolio asking(m_user);
+  m_fresh.update(asking);
   const int first = indexOfDay(m_user.portfolioStartDate());
   for (int day = 0; day < DAYS; ++day) {
     EXPECT_EQ(recordedDay(m_user.capitalRecord(), dayAt(day)), recordedDay(m_fresh, dayAt(day)));

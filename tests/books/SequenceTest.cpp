@@ -252,7 +252,7 @@ protected:
   // ---- Questions ----
 
   Answer update(Arguments&) {
-    record().update(user());
+    updateCapitalRecord(user());
     return {};
   }
   Answer held(Arguments& a) { return user().numHeld(a.text()); }

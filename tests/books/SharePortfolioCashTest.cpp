@@ -8,15 +8,6 @@ namespace {
 
 class CashTest : public EngineTest {};
 
-class CountingWatcher : public SharePortfolioUser::CashWatcher {
-public:
-  CountingWatcher() { SharePortfolioUser::setCashWatcher(this); }
-  ~CountingWatcher() override { SharePortfolioUser::setCashWatcher(nullptr); }
-  void cashChanged(SharePortfolioUser& portfolio) override { portfolios.push_back(&portfolio); }
-
-  std::vector<SharePortfolioUser*> portfolios;
-};
-
 TEST_F(CashTest, CreditsAndDebitsAreStoredPositive) {
   user().creditCash(Date(2026, 1, 2), 12.345, CASH_EVENT_INTEREST, u"INTEREST bank");
   user().debitCash(Date(2026, 1, 3), 7, CASH_EVENT_WITHDRAWAL, u"WITHDRAWAL rent");
@@ -25,26 +16,13 @@ TEST_F(CashTest, CreditsAndDebitsAreStoredPositive) {
   EXPECT_EQ(cashEntryText(1), String(u"3/1/2026 5 7.00 WITHDRAWAL rent"));
 }
 
-TEST_F(CashTest, TheWatcherHearsOfEachChange) {
-  CountingWatcher watcher;
-  user().creditCash(m_today, 100, CASH_EVENT_DEPOSIT, u"");
-  user().debitCash(m_today, 10, CASH_EVENT_DEBIT, u"Account fee ");
-  EXPECT_EQ(watcher.portfolios, (std::vector<SharePortfolioUser*>{&user(), &user()}));
-  user().buyShares(u"ABC.AX", {m_today, 1, 1, 0, u""});
-  EXPECT_EQ(watcher.portfolios.size(), 3u);
-  user().editBuyEvent(parcel(u"ABC.AX"), {m_today, 2, 1, 0, u""}, 1, m_today);
-  EXPECT_EQ(watcher.portfolios.size(), 4u);
-  user().deleteBuyEvent(u"ABC.AX", m_today, 2);
-  EXPECT_EQ(watcher.portfolios.size(), 5u);
-}
-
 TEST_F(CashTest, EachKindHasItsSignInTheRecord) {
   user().creditCash(m_today, 1000, CASH_EVENT_CREDIT, u"");
   user().debitCash(m_today, 200, CASH_EVENT_DEBIT, u"Account fee ");
   user().creditCash(m_today, 30, CASH_EVENT_INTEREST, u"INTEREST ");
   user().creditCash(m_today, 4, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
   user().debitCash(m_today, 0.5, CASH_EVENT_WITHDRAWAL, u"WITHDRAWAL ");
-  record().update(user());
+  updateCapitalRecord(user());
   EXPECT_EQ(dayOf(m_today), String(u"3/3/2026 cash 833.50 injected 3.50"));
 }
 
@@ -81,13 +59,13 @@ TEST_F(CashTest, EditingDropsTheDaysFromTheEarlierDate) {
   };
   user().creditCash(first, 100, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
   user().creditCash(Date(2026, 2, 27), 5, CASH_EVENT_INTEREST, u"INTEREST ");
-  record().update(user());
+  updateCapitalRecord(user());
   user().editCashEvent(m_portfolio.cashEvents()[1], Date(2026, 3, 1), Date(2026, 2, 27), 5, u"INTEREST ");
   EXPECT_TRUE(daysFrom(Date(2026, 2, 27)));
-  record().update(user());
+  updateCapitalRecord(user());
   user().editCashEvent(m_portfolio.cashEvents()[1], Date(2026, 2, 26), Date(2026, 3, 1), 5, u"INTEREST ");
   EXPECT_TRUE(daysFrom(Date(2026, 2, 26)));
-  record().update(user());
+  updateCapitalRecord(user());
   // The old date given by the caller may be wrong, so the event's own date counts too.
   user().editCashEvent(m_portfolio.cashEvents()[1], Date(2026, 3, 2), Date(2026, 3, 2), 5, u"INTEREST ");
   EXPECT_TRUE(daysFrom(Date(2026, 2, 26)));
@@ -96,7 +74,7 @@ TEST_F(CashTest, EditingDropsTheDaysFromTheEarlierDate) {
 TEST_F(CashTest, DeletingFindsTheEventByIdentity) {
   for (int i = 0; i < 3; ++i)
     user().creditCash(Date(2026, 2, 25 + i), 5, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
-  record().update(user());
+  updateCapitalRecord(user());
   user().deleteCashEvent(m_portfolio.cashEvents()[1]);
   ASSERT_EQ(numCashEntries(), 2u);
   EXPECT_EQ(cashEntryText(0), String(u"25/2/2026 4 5.00 DEPOSIT "));
@@ -107,42 +85,17 @@ TEST_F(CashTest, DeletingFindsTheEventByIdentity) {
 
 TEST_F(CashTest, AnEventOfAnotherPortfolioIsLeftAlone) {
   user().creditCash(m_today, 5, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
-  record().update(user());
+  updateCapitalRecord(user());
   const XMLCashEvent other;
   user().deleteCashEvent(other);
   EXPECT_EQ(numCashEntries(), 1u);
   EXPECT_TRUE(record().hasDayCap(m_today));
 }
 
-TEST_F(CashTest, TheWatcherHearsOfEditsDeletionsAndDividends) {
-  CountingWatcher watcher;
-  const auto calls = [&watcher](auto operation) {
-    watcher.portfolios.clear();
-    operation();
-    return watcher.portfolios.size();
-  };
-  const auto edit = [this](double drpShares, double drpRate, double oldShares, double oldPrice,
-                           double oldValue) {
-    auto& event = m_portfolio.dividends()[0];
-    user().editDividend(event, {u"ABC.AX", m_today, 100, 0.5, 0, drpShares, drpRate, u"", 0}, oldShares,
-                        oldPrice, oldValue, m_today);
-  };
-  EXPECT_EQ(calls([&] { user().receiveDividend({u"ABC.AX", m_today, 100, 0.5, 0, 0, 0, u"", 0}); }), 1u);
-  EXPECT_EQ(calls([&] { edit(0, 0, 0, 0, 50); }), 1u);
-  EXPECT_EQ(calls([&] { edit(5, 10, 0, 0, 50); }), 1u);
-  EXPECT_EQ(calls([&] { edit(6, 10, 5, 10, 0); }), 0u);
-  EXPECT_EQ(calls([&] { edit(0, 0, 6, 10, 0); }), 1u);
-  EXPECT_EQ(calls([&] { user().deleteDividend(m_portfolio.dividends()[0]); }), 1u);
-  EXPECT_EQ(calls([&] { user().receiveDividend({u"ABC.AX", m_today, 100, 0.5, 0, 5, 10, u"", 0}); }), 0u);
-  user().creditCash(m_today, 1, CASH_EVENT_DEPOSIT, u"");
-  EXPECT_EQ(calls([&] { user().editCashEvent(m_portfolio.cashEvents()[0], m_today, m_today, 2, u""); }), 1u);
-  EXPECT_EQ(calls([&] { user().deleteCashEvent(m_portfolio.cashEvents()[0]); }), 1u);
-}
-
 TEST_F(CashTest, ANegativeReserveIsWarnedOf) {
   user().creditCash(Date(2026, 3, 1), 100, CASH_EVENT_DEPOSIT, u"");
   user().debitCash(m_today, 100.01, CASH_EVENT_WITHDRAWAL, u"");
-  user().checkCashReserve();
+  checkCashReserve(user());
   const auto warnings = m_interaction.calls(Kind::WarnOnce);
   ASSERT_EQ(warnings.size(), 1u);
   EXPECT_EQ(
@@ -157,7 +110,7 @@ TEST_F(CashTest, ANegativeReserveIsWarnedOf) {
 TEST_F(CashTest, AReserveThatWasNegativeInThePastIsNotWarnedOf) {
   user().debitCash(Date(2026, 3, 1), 100, CASH_EVENT_WITHDRAWAL, u"");
   user().creditCash(Date(2026, 3, 2), 100, CASH_EVENT_DEPOSIT, u"");
-  user().checkCashReserve();
+  checkCashReserve(user());
   EXPECT_LT(record().capitalOn(Date(2026, 3, 1)), 0.0);
   EXPECT_TRUE(m_interaction.calls(Kind::WarnOnce).empty());
 }
@@ -165,7 +118,7 @@ TEST_F(CashTest, AReserveThatWasNegativeInThePastIsNotWarnedOf) {
 TEST_F(CashTest, AFailureIsReportedAndTheNextCheckGoesOn) {
   user().creditCash(Date(2026, 2, 26), 100, CASH_EVENT_DEPOSIT, u"");
   user().addBuyEvent(u"ABC.AX", {Date(2026, 3, 1), 1, 0, 0, u""});
-  user().checkCashReserve();
+  checkCashReserve(user());
   const auto errors = m_interaction.texts(Kind::Error);
   ASSERT_EQ(errors.size(), 1u);
   EXPECT_TRUE(errors[0].startsWith(u"There was a problem refreshing your capital records. "));
@@ -175,7 +128,7 @@ TEST_F(CashTest, AFailureIsReportedAndTheNextCheckGoesOn) {
   EXPECT_FALSE(record().hasDayCap(Date(2026, 3, 1)));
 
   setPrices(u"ABC.AX", Date(2026, 2, 28), m_today, 5);
-  user().checkCashReserve();
+  checkCashReserve(user());
   EXPECT_EQ(m_interaction.texts(Kind::Error).size(), 1u);
   EXPECT_TRUE(record().hasDayCap(m_today));
 }
@@ -184,7 +137,7 @@ TEST_F(CashTest, ABackgroundPassChecksNothing) {
   user().debitCash(m_today, 1, CASH_EVENT_WITHDRAWAL, u"");
   {
     const BackgroundPassScope pass;
-    user().checkCashReserve();
+    checkCashReserve(user());
   }
   EXPECT_FALSE(record().hasDayCap(m_today));
   EXPECT_TRUE(m_interaction.calls().empty());

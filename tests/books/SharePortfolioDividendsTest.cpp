@@ -42,7 +42,7 @@ protected:
     setPrices(u"XYZ.AX", Date(2026, 1, 31), m_today, 2);
     user().creditCash(Date(2026, 2, 1), 100, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
     m_interaction.cancelLengthyAfter(1000);
-    record().update(user());
+    updateCapitalRecord(user());
     ASSERT_TRUE(record().hasDayCap(m_today));
   }
 
@@ -118,7 +118,7 @@ TEST_F(DividendsTest, ReceivingDropsTheDaysFromItsDate) {
   receiveInCash();
   EXPECT_TRUE(record().hasDayCap(m_received.plusDays(-1)));
   EXPECT_FALSE(record().hasDayCap(m_received));
-  record().update(user());
+  updateCapitalRecord(user());
   receiveInShares();
   EXPECT_TRUE(record().hasDayCap(m_received.plusDays(-1)));
   EXPECT_FALSE(record().hasDayCap(m_received));
@@ -279,7 +279,7 @@ TEST_F(DividendsTest, EditingDropsTheDaysFromTheEarliestDate) {
   EXPECT_TRUE(editCash(Date(2026, 2, 20), 0.5, 0, 0));
   EXPECT_TRUE(record().hasDayCap(m_received.plusDays(-1)));
   EXPECT_FALSE(record().hasDayCap(m_received));
-  record().update(user());
+  updateCapitalRecord(user());
   EXPECT_TRUE(user().editDividend(dividend(), {u"ABC.AX", Date(2026, 2, 5), 100, 0.5, 100, 0, 0, u"", 0}, 0,
                                   0, 50, Date(2026, 2, 20)));
   EXPECT_TRUE(record().hasDayCap(Date(2026, 2, 4)));
@@ -390,7 +390,7 @@ TEST_F(DividendsTest, DeletingDropsTheDaysFromItsDate) {
   EXPECT_TRUE(record().hasDayCap(m_received.plusDays(-1)));
   EXPECT_FALSE(record().hasDayCap(m_received));
   receiveInCash();
-  record().update(user());
+  updateCapitalRecord(user());
   EXPECT_TRUE(record().hasDayCap(m_today));
   EXPECT_TRUE(user().deleteDividend(dividend()));
   EXPECT_FALSE(record().hasDayCap(m_received));

@@ -145,7 +145,7 @@ TEST_F(SalesTest, WhatASaleBringsInIsToldBeforehandToTheCent) {
         SCOPED_TRACE(price);
         XMLSharePortfolio copy;
         static_cast<XMLElement&>(copy) = user().portfolio();
-        SharePortfolioUser seller(copy);
+        SharePortfolioUser seller(copy, gatewayPrices());
         const double told =
             seller.proceedsOfSale(u"ABC.AX", {m_today, number, price, 5, String()}, firstInFirstOut);
         seller.sellShares(u"ABC.AX", {m_today, number, price, 5, u""}, firstInFirstOut);

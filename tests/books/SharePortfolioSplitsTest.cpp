@@ -86,7 +86,7 @@ TEST_F(SplitsTest, LooksForAdjustmentsOfAVeryDay) {
 TEST_F(SplitsTest, AFallByMoreThanHalfIsPutToTheUser) {
   setJump(10.00, 4.90);
   m_interaction.answerRatio(2);
-  EXPECT_DOUBLE_EQ(user().priceWithSplitCheck(u"ABC.AX", m_splitDay), 4.9);
+  EXPECT_DOUBLE_EQ(priceWithSplitCheck(u"ABC.AX", m_splitDay), 4.9);
   const auto questions = splitQuestions();
   ASSERT_EQ(questions.size(), 1u);
   EXPECT_EQ(questions[0].title, String(u"Possible share split"));
@@ -124,7 +124,7 @@ TEST_F(SplitsTest, AJumpWithinATenthOfAWholeRatioIsPutToTheUser) {
     const bool expected = *jump.ratio != 0;
     if (expected)
       m_interaction.answerRatio(std::nullopt);
-    user().priceWithSplitCheck(u"ABC.AX", m_splitDay);
+    priceWithSplitCheck(u"ABC.AX", m_splitDay);
     ASSERT_EQ(splitQuestions().size(), expected ? 1u : 0u);
     if (expected) {
       EXPECT_TRUE(splitQuestions()[0].text.contains(u" at a value of " + String(jump.ratio) + u"."));
@@ -147,14 +147,14 @@ TEST_F(SplitsTest, RatiosThatAreNotWholeAreProposedAndRecorded) {
       user().removeHeldShare(u"ABC.AX");
     setJump(10.00, split.after);
     m_interaction.answerRatio(split.ratio);
-    user().priceWithSplitCheck(u"ABC.AX", m_splitDay);
+    priceWithSplitCheck(u"ABC.AX", m_splitDay);
     ASSERT_EQ(splitQuestions().size(), 1u);
     EXPECT_EQ(splitQuestions()[0].ratio, split.ratio);
     EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX")), String(split.factors));
     EXPECT_DOUBLE_EQ(asOf(parcel(u"ABC.AX"), m_eve).number, 100);
     EXPECT_DOUBLE_EQ(asOf(parcel(u"ABC.AX"), m_splitDay).number, split.number);
     EXPECT_DOUBLE_EQ(asOf(parcel(u"ABC.AX"), m_splitDay).price, 1000 / split.number);
-    user().priceWithSplitCheck(u"ABC.AX", m_splitDay);
+    priceWithSplitCheck(u"ABC.AX", m_splitDay);
     EXPECT_EQ(splitQuestions().size(), 1u);
   }
 }
@@ -163,7 +163,7 @@ TEST_F(SplitsTest, ThreeSharesMayBecomeTwo) {
   reverseSplitRatioDetect = 1.4;
   setJump(2.00, 3.05);
   m_interaction.answerRatio(WholeRatio{3, 2});
-  user().priceWithSplitCheck(u"ABC.AX", m_splitDay);
+  priceWithSplitCheck(u"ABC.AX", m_splitDay);
   ASSERT_EQ(splitQuestions().size(), 1u);
   EXPECT_EQ(splitQuestions()[0].ratio, (WholeRatio{3, 2}));
   EXPECT_TRUE(splitQuestions()[0].text.contains(u" at a value of 3:2."));
@@ -180,7 +180,7 @@ TEST_F(SplitsTest, SmallerRatiosAreProposedWhereTheOptionsLookForThem) {
       user().removeHeldShare(u"ABC.AX");
     setJump(10.00, after);
     m_interaction.answerRatio(std::nullopt);
-    user().priceWithSplitCheck(u"ABC.AX", m_splitDay);
+    priceWithSplitCheck(u"ABC.AX", m_splitDay);
     EXPECT_EQ(splitQuestions()[0].ratio, ratio);
   }
 }
@@ -194,7 +194,7 @@ TEST_F(SplitsTest, AnAnswerIsReducedAndEqualsAreNoSplit) {
   for (const auto& [ratio, factors] : answers) {
     parcel(u"ABC.AX").removeSubElements(u"Adjustments");
     m_interaction.answerRatio(ratio);
-    user().priceWithSplitCheck(u"ABC.AX", m_splitDay);
+    priceWithSplitCheck(u"ABC.AX", m_splitDay);
     EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX")), String(factors));
   }
 }
@@ -202,7 +202,7 @@ TEST_F(SplitsTest, AnAnswerIsReducedAndEqualsAreNoSplit) {
 TEST_F(SplitsTest, ThreeForTwoMayBeDeniedAndCorrected) {
   setJump(10.00, 6.67);
   m_interaction.answerRatio(std::nullopt);
-  user().priceWithSplitCheck(u"ABC.AX", m_splitDay);
+  priceWithSplitCheck(u"ABC.AX", m_splitDay);
   EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX")), String(u"10/2/2026 1;"));
   addAdjustment(parcel(u"ABC.AX"), m_today, 5);
   user().recordAdjustments(u"ABC.AX", m_splitDay, {3, -2});
@@ -214,7 +214,7 @@ TEST_F(SplitsTest, ThreeForTwoMayBeDeniedAndCorrected) {
 TEST_F(SplitsTest, ARiseByMoreThanDoubleIsPutToTheUserAsAMerge) {
   setJump(2.00, 7.60);
   m_interaction.answerRatio(3);
-  EXPECT_DOUBLE_EQ(user().priceWithSplitCheck(u"ABC.AX", m_splitDay), 7.6);
+  EXPECT_DOUBLE_EQ(priceWithSplitCheck(u"ABC.AX", m_splitDay), 7.6);
   const auto questions = splitQuestions();
   ASSERT_EQ(questions.size(), 1u);
   EXPECT_EQ(questions[0].title, String(u"Possible reverse share split (share merge)"));
@@ -233,7 +233,7 @@ TEST_F(SplitsTest, ThresholdsAreSettings) {
   setJump(10.00, 5.00);
   splitRatioDetect = 1.5;
   m_interaction.answerRatio(std::nullopt);
-  user().priceWithSplitCheck(u"ABC.AX", m_splitDay);
+  priceWithSplitCheck(u"ABC.AX", m_splitDay);
   EXPECT_EQ(splitQuestions().size(), 1u);
   EXPECT_EQ(splitQuestions()[0].ratio, (WholeRatio{2, 1}));
 }
@@ -241,19 +241,19 @@ TEST_F(SplitsTest, ThresholdsAreSettings) {
 TEST_F(SplitsTest, ACancelIsRecordedAndNotAskedAgain) {
   setJump(10.00, 4.00);
   m_interaction.answerRatio(std::nullopt);
-  user().priceWithSplitCheck(u"ABC.AX", m_splitDay);
+  priceWithSplitCheck(u"ABC.AX", m_splitDay);
   EXPECT_EQ(splitQuestions()[0].ratio, (WholeRatio{5, 2}));
   EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX")), String(u"10/2/2026 1;"));
-  EXPECT_DOUBLE_EQ(user().priceWithSplitCheck(u"ABC.AX", m_splitDay), 4);
+  EXPECT_DOUBLE_EQ(priceWithSplitCheck(u"ABC.AX", m_splitDay), 4);
   EXPECT_EQ(splitQuestions().size(), 1u);
 }
 
 TEST_F(SplitsTest, ACancelledMergeIsRecordedAsMinusOne) {
   setJump(1.00, 4.00);
   m_interaction.answerRatio(std::nullopt);
-  user().priceWithSplitCheck(u"ABC.AX", m_splitDay);
+  priceWithSplitCheck(u"ABC.AX", m_splitDay);
   EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX")), String(u"10/2/2026 -1;"));
-  user().priceWithSplitCheck(u"ABC.AX", m_splitDay);
+  priceWithSplitCheck(u"ABC.AX", m_splitDay);
   EXPECT_EQ(splitQuestions().size(), 1u);
 }
 
@@ -264,7 +264,7 @@ TEST_F(SplitsTest, TheAnswerGoesToWhatWasHeldAcrossTheDay) {
   addSale(u"ABC.AX", Date(2026, 1, 1), m_splitDay, 1, 1, 1);
   addSale(u"ABC.AX", m_splitDay, m_today, 1, 1, 1);
   m_interaction.answerRatio(2);
-  user().priceWithSplitCheck(u"ABC.AX", m_splitDay);
+  priceWithSplitCheck(u"ABC.AX", m_splitDay);
   EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX", 0)), String(u"10/2/2026 2;"));
   EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX", 1)), String());
   EXPECT_EQ(adjustmentsOf(sale(u"ABC.AX", 0)), String(u"10/2/2026 2;"));
@@ -287,7 +287,7 @@ TEST_F(SplitsTest, AnAnswerCountsForItsOwnDayAndForWhatWasHeld) {
   addAdjustment(parcel(u"ABC.AX"), Date(2026, 1, 5), 2);
   EXPECT_FALSE(user().isAdjusted(u"ABC.AX", m_splitDay));
   m_interaction.answerRatio(std::nullopt);
-  user().priceWithSplitCheck(u"ABC.AX", m_splitDay);
+  priceWithSplitCheck(u"ABC.AX", m_splitDay);
   EXPECT_EQ(splitQuestions().size(), 1u);
   EXPECT_TRUE(user().isAdjusted(u"ABC.AX", m_splitDay));
   EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX")), String(u"5/1/2026 2;10/2/2026 1;"));
@@ -299,16 +299,16 @@ TEST_F(SplitsTest, AnAnswerCountsForItsOwnDayAndForWhatWasHeld) {
 TEST_F(SplitsTest, NoSplitIsSuspectedAgainstAStandIn) {
   user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 1), 100, 10, 0, u""});
   setPrice(u"ABC.AX", m_splitDay, 4.9);
-  EXPECT_DOUBLE_EQ(user().priceWithSplitCheck(u"ABC.AX", m_splitDay), 4.9) << "yesterday's is the purchase's";
+  EXPECT_DOUBLE_EQ(priceWithSplitCheck(u"ABC.AX", m_splitDay), 4.9) << "yesterday's is the purchase's";
   setPrice(u"ABC.AX", m_eve.plusDays(-3), 10);
-  EXPECT_DOUBLE_EQ(user().priceWithSplitCheck(u"ABC.AX", m_splitDay), 4.9) << "yesterday's is an earlier one";
+  EXPECT_DOUBLE_EQ(priceWithSplitCheck(u"ABC.AX", m_splitDay), 4.9) << "yesterday's is an earlier one";
   EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX")), String());
 }
 
 TEST_F(SplitsTest, ABackgroundPassDoesNotAsk) {
   setJump(10.00, 4.90);
   const BackgroundPassScope pass;
-  EXPECT_DOUBLE_EQ(user().priceWithSplitCheck(u"ABC.AX", m_splitDay), 4.9);
+  EXPECT_DOUBLE_EQ(priceWithSplitCheck(u"ABC.AX", m_splitDay), 4.9);
   EXPECT_EQ(adjustmentsOf(parcel(u"ABC.AX")), String());
 }
 

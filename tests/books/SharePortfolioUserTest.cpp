@@ -86,11 +86,11 @@ TEST_F(SharePortfolioUserTest, AMissingPriceFallsBackOnTheRecords) {
 TEST_F(SharePortfolioUserTest, TheLastKnownCloseStandsInBeforeAnyTransaction) {
   user().addBuyEvent(u"ABC.AX", {Date(2026, 2, 1), 1, 10, 0, u""});
   setPrice(u"ABC.AX", Date(2025, 6, 2), 7);
-  const DayPrice price = user().dayPriceFor(u"ABC.AX", Date(2026, 2, 2), false);
+  const DayPrice price = user().prices().priceOn(u"ABC.AX", Date(2026, 2, 2), false);
   EXPECT_DOUBLE_EQ(price.price, 7);
   EXPECT_EQ(price.standing, PriceStanding::LastClose);
-  EXPECT_EQ(user().dayPriceFor(u"ABC.AX", Date(2025, 6, 2), false).standing, PriceStanding::Final);
-  const DayPrice before = user().dayPriceFor(u"ABC.AX", Date(2025, 6, 1), false);
+  EXPECT_EQ(user().prices().priceOn(u"ABC.AX", Date(2025, 6, 2), false).standing, PriceStanding::Final);
+  const DayPrice before = user().prices().priceOn(u"ABC.AX", Date(2025, 6, 1), false);
   EXPECT_DOUBLE_EQ(before.price, 10);
   EXPECT_EQ(before.standing, PriceStanding::Transaction);
 }
@@ -127,7 +127,7 @@ TEST_F(SharePortfolioUserTest, FiguresOfToday) {
   user().creditCash(Date(2026, 3, 1), 500, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
   user().addBuyEvent(u"ABC.AX", {Date(2026, 3, 1), 100, 10, 0, u""});
   setPrices(u"ABC.AX", Date(2026, 2, 1), m_today, 12);
-  user().checkCashReserve();
+  checkCashReserve(user());
   EXPECT_DOUBLE_EQ(user().sharesValueToday(), 1200);
   EXPECT_DOUBLE_EQ(user().cashReserveToday(), 500);
   EXPECT_DOUBLE_EQ(user().capitalToday(), 1700);
@@ -138,7 +138,7 @@ TEST_F(SharePortfolioUserTest, DailyGainLeavesOutMoneyFromOutside) {
   setPrices(u"ABC.AX", Date(2026, 1, 31), Date(2026, 3, 2), 10);
   setPrice(u"ABC.AX", m_today, 11);
   user().creditCash(m_today, 100, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
-  user().checkCashReserve();
+  checkCashReserve(user());
   EXPECT_DOUBLE_EQ(user().capitalToday(), 1200);
   EXPECT_DOUBLE_EQ(user().dailyGain(), 10); // From 1000 to 1200, including a deposit of 100.
 }
@@ -146,7 +146,7 @@ TEST_F(SharePortfolioUserTest, DailyGainLeavesOutMoneyFromOutside) {
 TEST_F(SharePortfolioUserTest, WeeklyGainCountsFromFridayBeforeLastWeekend) {
   user().creditCash(Date(2026, 2, 27), 1000, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
   user().creditCash(Date(2026, 3, 2), 200, CASH_EVENT_INTEREST, u"INTEREST ");
-  user().checkCashReserve();
+  checkCashReserve(user());
   EXPECT_DOUBLE_EQ(user().weeklyGain(), 20);
   EXPECT_DOUBLE_EQ(user().dailyGain(), 0);
 }
@@ -154,7 +154,7 @@ TEST_F(SharePortfolioUserTest, WeeklyGainCountsFromFridayBeforeLastWeekend) {
 TEST_F(SharePortfolioUserTest, AGainWithoutCapitalAtItsStartIsZero) {
   user().creditCash(Date(2026, 3, 2), 0, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
   user().creditCash(m_today, 100, CASH_EVENT_INTEREST, u"INTEREST ");
-  user().checkCashReserve();
+  checkCashReserve(user());
   EXPECT_EQ(user().dailyGain(), 0.0);
   EXPECT_EQ(user().weeklyGain(), 0.0);
 }
@@ -193,7 +193,7 @@ TEST_F(SharePortfolioUserTest, AnEmptyIndexCodeTakesTheElementAway) {
 
 TEST_F(SharePortfolioUserTest, RenamingTakesTheCapitalRecordAlong) {
   user().creditCash(m_today, 100, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
-  user().checkCashReserve();
+  checkCashReserve(user());
   record().save();
   EXPECT_TRUE(TestProfile::fileExists(m_profile.dataFolder() + u"TradingCapRecord.xml"));
   user().rename(u"Saving");
@@ -201,8 +201,6 @@ TEST_F(SharePortfolioUserTest, RenamingTakesTheCapitalRecordAlong) {
   EXPECT_EQ(textValue(m_portfolio, u"Name"), String(u"Saving"));
   EXPECT_FALSE(TestProfile::fileExists(m_profile.dataFolder() + u"TradingCapRecord.xml"));
   EXPECT_TRUE(TestProfile::fileExists(m_profile.dataFolder() + u"SavingCapRecord.xml"));
-  user().removeFiles();
-  EXPECT_FALSE(TestProfile::fileExists(m_profile.dataFolder() + u"SavingCapRecord.xml"));
 }
 
 } // namespace

@@ -9,7 +9,7 @@ protected:
   UnreadableDatesTest() {
     XMLSharePortfolio& element = m_records.portfolios().add();
     element.setPortfolioName(u"Damaged");
-    m_damaged = std::make_unique<SharePortfolioUser>(element);
+    m_damaged = std::make_unique<SharePortfolioUser>(element, gatewayPrices());
     for (const char16_t* code : {u"ABC.AX", u"DEF.AX"}) {
       m_damaged->addBuyEvent(code, {Date(2026, 3, 1), 10, 5, 0, u""});
       setPrices(code, Date(2026, 2, 1), m_today, 5);
@@ -22,7 +22,7 @@ protected:
   }
   double capital() {
     m_damaged->capitalRecord().recordsChangedFrom(m_damaged->capitalRecord().firstRecordDate());
-    m_damaged->capitalRecord().update(*m_damaged);
+    updateCapitalRecord(*m_damaged);
     return m_damaged->capitalToday();
   }
   /// Reads the saved records, as after a restart.
@@ -35,7 +35,7 @@ protected:
     m_records.reset();
     m_records.decode(name);
     auto found = setAsideUnreadableDates(m_records);
-    m_damaged = std::make_unique<SharePortfolioUser>(m_records.portfolios()[0]);
+    m_damaged = std::make_unique<SharePortfolioUser>(m_records.portfolios()[0], gatewayPrices());
     return found;
   }
 

@@ -1,6 +1,7 @@
 #include "entry/BuySharesDialog.h"
 #include "books/SharePortfolioUser.h"
 #include "entry/BuySharesPanel.h"
+#include "market/MarketPrices.h"
 #include "support/GatewayScope.h"
 #include "support/MarketFixture.h"
 #include "support/windows/WindowTest.h"
@@ -21,7 +22,7 @@ constexpr const char* unchecked = "You have not checked the stock code by search
                                   "Are you sure you want to continue with this stock code?";
 
 TEST_F(BuySharesDialogTest, TakesAPurchaseFromTheKeyboardAlone) {
-  const SharePortfolioUser portfolio(m_portfolio);
+  const SharePortfolioUser portfolio(m_portfolio, gatewayPrices());
   BuySharesDialog dialog(&mainWindow(), portfolio);
   whenModal("Buy Shares", [&](FXWindow& form) {
     EXPECT_TRUE(shows(form, "Specify the share code, date and buy price of a share purchase."));
@@ -39,7 +40,7 @@ TEST_F(BuySharesDialogTest, TakesAPurchaseFromTheKeyboardAlone) {
 }
 
 TEST_F(BuySharesDialogTest, AFailedCheckStaysAndKeepsTheFields) {
-  const SharePortfolioUser portfolio(m_portfolio);
+  const SharePortfolioUser portfolio(m_portfolio, gatewayPrices());
   BuySharesDialog dialog(&mainWindow(), portfolio, u"ABC.AX");
   whenModal("Buy Shares", [&](FXWindow& form) {
     EXPECT_STREQ("ABC.AX", field(form, "Stock code").getText().text());
@@ -55,7 +56,7 @@ TEST_F(BuySharesDialogTest, AFailedCheckStaysAndKeepsTheFields) {
 
 TEST_F(BuySharesDialogTest, CancellingTheFormFetchesNothing) {
   m_market.setHistory(u"ABC.AX", Date(2026, 1, 1), Date(2026, 3, 3), 10.5);
-  const SharePortfolioUser portfolio(m_portfolio);
+  const SharePortfolioUser portfolio(m_portfolio, gatewayPrices());
   for (const bool byEscape : {true, false}) {
     BuySharesDialog dialog(&mainWindow(), portfolio, u"ABC.AX");
     whenModal("Buy Shares", [&](FXWindow& form) {

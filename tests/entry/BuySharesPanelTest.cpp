@@ -5,6 +5,7 @@
 #include "entry/BuySharesDialog.h"
 #include "foundation/LinuxPlatform.h"
 #include "foundation/Settings.h"
+#include "market/MarketPrices.h"
 #include "market/StockNames.h"
 #include "market/TallymoorInternet.h"
 #include "support/GatewayScope.h"
@@ -253,7 +254,7 @@ TEST_F(BuySharesPanelTest, TodayIsTheViewDateWhileOneIsSet) {
 
 TEST_F(BuySharesPanelTest, AnotherMarketIsAskedAboutInTheForm) {
   XMLSharePortfolio records;
-  SharePortfolioUser user(records);
+  SharePortfolioUser user(records, gatewayPrices());
   user.addBuyEvent(u"OLD.AX", {Date(2026, 1, 5), 10.0, 1.0, 0.0, String()});
   m_panel->setPortfolio(&user);
   fill();
@@ -277,7 +278,7 @@ TEST_F(BuySharesPanelTest, AnotherMarketIsAskedAboutInTheForm) {
 TEST_F(BuySharesPanelTest, ShowsTheTotalAndTheCashThatRemains) {
   EXPECT_FALSE(field(*m_panel, "Cash afterwards").getParent()->shown()) << "no portfolio, no cash";
   XMLSharePortfolio records;
-  SharePortfolioUser user(records);
+  SharePortfolioUser user(records, gatewayPrices());
   user.creditCash(Date(2026, 1, 5), 2000.0, CASH_EVENT_DEPOSIT, String());
   user.debitCash(Date(2026, 1, 6), 100.0, CASH_EVENT_DEBIT, String());
   m_panel->setPortfolio(&user);

@@ -2,6 +2,7 @@
 #include "books/PortfolioEvents.h"
 #include "books/SharePortfolioUser.h"
 #include "entry/BuySharesPanel.h"
+#include "market/MarketPrices.h"
 #include "market/StockNames.h"
 #include "support/GatewayScope.h"
 #include "support/MarketFixture.h"
@@ -30,7 +31,7 @@ protected:
 };
 
 TEST_F(EditHeldSharesDialogTest, ShowsThePurchase) {
-  const SharePortfolioUser portfolio(m_portfolio);
+  const SharePortfolioUser portfolio(m_portfolio, gatewayPrices());
   EditHeldSharesDialog dialog(&mainWindow(), portfolio, m_event);
   const std::string caption =
       "Edit share purchase for ABC.AX on " + Date(2025, 7, 3).toString(DATE_DISPLAY_LOCAL).toUTF8();
@@ -45,21 +46,21 @@ TEST_F(EditHeldSharesDialogTest, ShowsThePurchase) {
 
 TEST_F(EditHeldSharesDialogTest, APartOfAPurchaseKeepsItsDigits) {
   m_event.subElement(u"NumHeld").setValue(u"66.666667");
-  const SharePortfolioUser portfolio(m_portfolio);
+  const SharePortfolioUser portfolio(m_portfolio, gatewayPrices());
   EditHeldSharesDialog dialog(&mainWindow(), portfolio, m_event);
   EXPECT_EQ("66.666667", std::string(field(dialog, "Number bought").getText().text()));
   EXPECT_EQ(66.666667, dialog.panel()->number());
 }
 
 TEST_F(EditHeldSharesDialogTest, TheCodeCannotBeChanged) {
-  const SharePortfolioUser portfolio(m_portfolio);
+  const SharePortfolioUser portfolio(m_portfolio, gatewayPrices());
   EditHeldSharesDialog dialog(&mainWindow(), portfolio, m_event);
   EXPECT_FALSE(field(dialog, "Stock code").isEditable());
   EXPECT_FALSE(button(dialog, "Search for stock code").shown());
 }
 
 TEST_F(EditHeldSharesDialogTest, ShowsTheNameTheTotalAndTheCashWithoutTheOldCost) {
-  SharePortfolioUser user(m_portfolio);
+  SharePortfolioUser user(m_portfolio, gatewayPrices());
   StockNames::remember(u"ABC.AX", u"Alphabet Bricks");
   user.creditCash(Date(2025, 7, 1), 5000.0, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
   user.buyShares(u"ABC.AX", {Date(2025, 7, 3), 100.0, 12.34, 50.0, String()});
@@ -74,14 +75,14 @@ TEST_F(EditHeldSharesDialogTest, ShowsTheNameTheTotalAndTheCashWithoutTheOldCost
 }
 
 TEST_F(EditHeldSharesDialogTest, APurchaseThatTookNoCashShowsNone) {
-  SharePortfolioUser user(m_portfolio);
+  SharePortfolioUser user(m_portfolio, gatewayPrices());
   user.addBuyEvent(u"ABC.AX", {Date(2025, 7, 3), 100.0, 12.34, 50.0, String()});
   EditHeldSharesDialog dialog(&mainWindow(), user, user.findHeldShare(u"ABC.AX")->parcels()[0]);
   EXPECT_FALSE(field(dialog, "Cash afterwards").getParent()->shown());
 }
 
 TEST_F(EditHeldSharesDialogTest, AllChecksApply) {
-  const SharePortfolioUser portfolio(m_portfolio);
+  const SharePortfolioUser portfolio(m_portfolio, gatewayPrices());
   EditHeldSharesDialog dialog(&mainWindow(), portfolio, m_event);
   whenModal("Edit share purchase for ABC.AX on 03/07/2025", [&](FXWindow& form) {
     type(field(form, "Number bought"), "0");
@@ -100,7 +101,7 @@ TEST_F(EditHeldSharesDialogTest, AllChecksApply) {
 }
 
 TEST_F(EditHeldSharesDialogTest, TheRecordItselfStaysUnchanged) {
-  const SharePortfolioUser portfolio(m_portfolio);
+  const SharePortfolioUser portfolio(m_portfolio, gatewayPrices());
   EditHeldSharesDialog dialog(&mainWindow(), portfolio, m_event);
   whenModal("Edit share purchase for ABC.AX on 03/07/2025", [&](FXWindow& form) {
     type(field(form, "Number bought"), "120");

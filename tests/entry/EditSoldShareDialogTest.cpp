@@ -4,6 +4,7 @@
 #include "books/CashBalance.h"
 #include "foundation/LinuxPlatform.h"
 #include "market/StockNames.h"
+#include "session/BookQuestions.h"
 #include "widgets/FXCalendar.h"
 
 namespace Tallymoor {
@@ -273,7 +274,7 @@ protected:
   }
   void buyAndSell(double bought) {
     user().buyShares(u"NEW.AX", {Date(2026, 2, 25), bought, 2.5, 10.0, String()});
-    user().capitalRecord().update(user());
+    updateCapitalRecord(user());
     user().sellShares(u"NEW.AX", {Date(2026, 3, 2), 100.0, 3.75, 29.95, String()}, true);
   }
   XMLSellEvent& sale() { return user().findSoldShare(u"NEW.AX")->sales()[0]; }

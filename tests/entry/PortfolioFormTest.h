@@ -3,7 +3,9 @@
 #include "books/SharePortfolioUser.h"
 #include "entry/FormComboBox.h"
 #include "foundation/Settings.h"
+#include "market/MarketPrices.h"
 #include "market/TallymoorInternet.h"
+#include "session/BookQuestions.h"
 #include "support/GatewayScope.h"
 #include "support/MarketFixture.h"
 #include "support/windows/WindowTest.h"
@@ -29,14 +31,14 @@ protected:
 
   void SetUp() override {
     WindowTest::SetUp();
-    m_user = std::make_unique<SharePortfolioUser>(m_portfolio);
+    m_user = std::make_unique<SharePortfolioUser>(m_portfolio, gatewayPrices());
     for (Date day(2026, 2, 25); day <= Date(); day.addDays(1)) {
       TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", day, 2.5);
       TallymoorInternet::Instance().setCachedPrice(u"XYZ.AX", day, 7.25);
     }
     m_user->addBuyEvent(u"XYZ.AX", {Date(2026, 3, 2), 50.0, 7.0, 10.0, String()});
     m_user->addBuyEvent(u"ABC.AX", {Date(2026, 2, 25), 100.0, 2.0, 10.0, String()});
-    m_user->capitalRecord().update(*m_user);
+    updateCapitalRecord(*m_user);
   }
 
   SharePortfolioUser& user() { return *m_user; }

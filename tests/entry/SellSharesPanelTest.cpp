@@ -5,6 +5,7 @@
 #include "entry/StockChoice.h"
 #include "foundation/LinuxPlatform.h"
 #include "market/StockNames.h"
+#include "session/BookQuestions.h"
 #include "widgets/FXCalendar.h"
 
 namespace Tallymoor {
@@ -195,7 +196,7 @@ TEST_F(SellSharesPanelTest, ASaleBeforeTheFirstRecordIsRefusedForAnyNumber) {
 TEST_F(SellSharesPanelTest, SharesOfTheDaysBeforeAMergeCanBeSold) {
   user().recordAdjustment(u"ABC.AX", Date(2026, 3, 1), 5, true);
   user().capitalRecord().recordsChangedFrom(Date(2026, 3, 1));
-  user().capitalRecord().update(user());
+  updateCapitalRecord(user());
   choose(*m_panel, "ABC.AX");
   EXPECT_EQ("20.00", shown("Number sold"));
   set("Date sold", "28/02/2026");
@@ -237,7 +238,7 @@ TEST_P(MergedHoldingTest, IsSoldCompletelyAsProposed) {
   TallymoorInternet::Instance().setCachedPrice(u"SPLIT.AX", Date(2026, 3, 3), 3.0);
   user().recordAdjustment(u"SPLIT.AX", Date(2026, 3, 2), 3, true);
   user().capitalRecord().recordsChangedFrom(Date(2026, 3, 1));
-  user().capitalRecord().update(user());
+  updateCapitalRecord(user());
   m_panel->reset(u"SPLIT.AX");
   EXPECT_EQ(GetParam().second, shown("Number sold"));
   ASSERT_TRUE(m_panel->validate());

@@ -137,6 +137,8 @@ protected:
     set("Brokerage paid", "50");
     set("Date sold", date);
   }
+  /// The gateway of a program that starts again.
+  void restartGateway() { m_gateway.restart(); }
 
 private:
   MarketFixture m_market;

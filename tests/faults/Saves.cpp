@@ -5,7 +5,9 @@
 #include "analysis/ReportFiles.h"
 #include "foundation/Constants.h"
 #include "foundation/Settings.h"
+#include "market/MarketPrices.h"
 #include "market/SharePriceCache.h"
+#include "session/BookQuestions.h"
 #include "session/PortfolioExport.h"
 #include "session/PortfolioStore.h"
 #include "session/ProfileFolders.h"
@@ -29,7 +31,7 @@ void addCash(PortfolioStore& store, const std::string& word) {
   for (int i = 0; i < ENTRIES; ++i)
     portfolio.creditCash(Date(2026, 1, 5).plusDays(i % 50), 100.0 + i, CASH_EVENT_DEPOSIT,
                          String(("DEPOSIT " + word + std::string(150, 'x')).c_str()));
-  portfolio.capitalRecord().update(portfolio);
+  updateCapitalRecord(portfolio);
 }
 
 /// The profile's records with more cash. Adds a portfolio if there is none.
@@ -39,7 +41,7 @@ std::shared_ptr<PortfolioStore> changedRecords(const std::string& word) {
   if (store->portfolios().empty()) {
     XMLSharePortfolio& portfolio = store->records().portfolios().add();
     portfolio.setPortfolioName(u"Trading");
-    store->portfolios()[u"Trading"] = std::make_unique<SharePortfolioUser>(portfolio);
+    store->portfolios()[u"Trading"] = std::make_unique<SharePortfolioUser>(portfolio, gatewayPrices());
   }
   addCash(*store, word);
   return store;
@@ -85,6 +87,7 @@ Save exported() {
 Save report() {
   const auto writeReport = [](const std::shared_ptr<PortfolioStore>& store, const std::string& title) {
     SharePortfolioUser& portfolio = *store->portfolios().at(u"Trading");
+    updateCapitalRecord(portfolio);
     std::shared_ptr<XMLReport> made =
         makeReport({&portfolio}, {Date(2026, 1, 1), Date(2026, 2, 28)}, String(title.c_str()));
     return [made] { writeReportFiles(*made, u"Report"); };

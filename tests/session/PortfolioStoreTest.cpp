@@ -1,6 +1,7 @@
 #include "session/PortfolioStore.h"
 #include "books/SharePortfolioUser.h"
 #include "foundation/FileReplacement.h"
+#include "session/BookQuestions.h"
 #include "support/FakeUserInteraction.h"
 #include "support/FileMode.h"
 #include "support/GatewayScope.h"
@@ -233,7 +234,7 @@ TEST_F(PortfolioStoreTest, CapitalRecordsOfChangedPortfoliosAreWrittenAfterTheRe
   put(document("Trading", "100.00"));
   PortfolioStore store(user);
   store.load();
-  store.portfolios().at(u"Trading")->checkCashReserve();
+  checkCashReserve(*store.portfolios().at(u"Trading"));
   store.save();
   const std::string record = TestProfile::readFile(profile.dataFolder() + u"TradingCapRecord.xml");
   EXPECT_NE(std::string::npos, record.find("<DayCap><Date>3/3/2006</Date><Constant>100.00</Constant>"));
@@ -244,7 +245,7 @@ TEST_F(PortfolioStoreTest, OutdatedCapitalRecordsAreEmptiedBeforeTheRecordsAreWr
   PortfolioStore store(user);
   store.load();
   SharePortfolioUser& trading = *store.portfolios().at(u"Trading");
-  trading.checkCashReserve();
+  checkCashReserve(trading);
   store.save();
   trading.creditCash(Date(2006, 3, 4), 1.0, CASH_EVENT_DEPOSIT, u"DEPOSIT one");
   EXPECT_TRUE(store.saveRecords());
@@ -256,7 +257,7 @@ TEST_F(PortfolioStoreTest, ASaveKeepsTheModesAndNamesThatTheUserGaveItsFiles) {
   PortfolioStore store(user);
   store.load();
   SharePortfolioUser& trading = *store.portfolios().at(u"Trading");
-  trading.checkCashReserve();
+  checkCashReserve(trading);
   store.save();
   const String capital = profile.dataFolder() + u"TradingCapRecord.xml";
   EXPECT_EQ(0600u, modeOf(capital));

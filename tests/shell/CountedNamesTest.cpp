@@ -4,6 +4,7 @@
 #include "books/SharePortfolioUser.h"
 #include "foundation/Constants.h"
 #include "market/SharePriceCache.h"
+#include "session/BookQuestions.h"
 #include "session/ImportedPortfolios.h"
 #include "session/PortfolioStore.h"
 #include "support/FailureOf.h"
@@ -191,7 +192,7 @@ TEST_F(CountedNames, EveryPortfolioOfAHandEditedFileIsThereAndStaysThere) {
       store.load();
       EXPECT_TRUE(user.calls(FakeUserInteraction::Kind::Error).empty());
       for (const auto& [name, portfolio] : store.portfolios())
-        portfolio->capitalRecord().update(*portfolio);
+        updateCapitalRecord(*portfolio);
       store.save();
     }
     PortfolioStore again(user);

@@ -1,6 +1,7 @@
 #include "shell/WarningStrip.h"
 #include "ShellTest.h"
 #include "books/SharePortfolioUser.h"
+#include "session/BookQuestions.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/TotalCapTreeItem.h"
 #include "xml/PortfolioRecords.h"
@@ -91,8 +92,8 @@ TEST_F(WarningStripTest, ANegativeCashReserveIsToldOnceARun) {
   {
     BigMutexLock lock;
     trading.debitCash(Date(), 10.0, CASH_EVENT_WITHDRAWAL, u"WITHDRAWAL ");
-    trading.checkCashReserve();
-    trading.checkCashReserve();
+    checkCashReserve(trading);
+    checkCashReserve(trading);
   }
   letEventsPass();
   EXPECT_THAT(strip().shownTexts(),
@@ -151,7 +152,7 @@ TEST_F(WarningStripTest, ACorrectedCashReserveRemovesItsWarning) {
       trading.creditCash(Date(), 20.0, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
     else
       trading.debitCash(Date(), 10.0, CASH_EVENT_WITHDRAWAL, u"WITHDRAWAL ");
-    trading.checkCashReserve();
+    checkCashReserve(trading);
   };
   book(false);
   letEventsPass();
@@ -167,7 +168,7 @@ TEST_F(WarningStripTest, TheWarningOfAPortfolioEndsWhenItIsRenamedOrDeleted) {
     {
       BigMutexLock lock;
       trading.debitCash(Date(), 10.0, CASH_EVENT_WITHDRAWAL, u"WITHDRAWAL ");
-      trading.checkCashReserve();
+      checkCashReserve(trading);
     }
     letEventsPass();
     ASSERT_EQ(1u, strip().shownTexts().size());

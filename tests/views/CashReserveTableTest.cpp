@@ -1,5 +1,6 @@
 #include "ViewsTest.h"
 #include "books/UnreadableDates.h"
+#include "session/BookQuestions.h"
 #include "views/CashCells.h"
 
 using namespace Tallymoor;
@@ -265,7 +266,7 @@ TEST_F(CashReserveTableTest, FutureDatesAreReportedAndTheTableStillBuilds) {
 }
 
 TEST_F(CashReserveTableTest, CommandsOfABrokenNodeReportIt) {
-  addInterest().checkCashReserve();
+  checkCashReserve(addInterest());
   cashEntry(3).subElement(u"Date").setValue(u"no date");
   const std::string unsound = "This portfolio has suffered an error. Please restart Tallymoor.";
   answer(unsound, "OK");

@@ -1,4 +1,5 @@
 #include "ViewsTest.h"
+#include "session/BookQuestions.h"
 #include "views/CapitalChart.h"
 #include "views/PriceChart.h"
 #include "widgets/ChartView.h"
@@ -26,7 +27,7 @@ protected:
   }
   SharePortfolioUser& addCurrentPortfolio() {
     SharePortfolioUser& user = addTrading();
-    user.capitalRecord().update(user);
+    updateCapitalRecord(user);
     return user;
   }
   static FXButton& rangeButton(ChartFrame& chart, const std::string& label) {

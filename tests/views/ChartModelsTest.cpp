@@ -3,7 +3,9 @@
 #include "analysis/Indicators.h"
 #include "books/SharePortfolioUser.h"
 #include "foundation/RunTimeSettings.h"
+#include "market/MarketPrices.h"
 #include "market/TallymoorInternet.h"
+#include "session/BookQuestions.h"
 #include "support/FakeUserInteraction.h"
 #include "support/GatewayScope.h"
 #include "support/MarketFixture.h"
@@ -35,7 +37,7 @@ protected:
   SharePortfolioUser& addPortfolio(const String& name) {
     m_elements.push_back(std::make_unique<XMLSharePortfolio>());
     m_elements.back()->subElement(u"Name").setValue(name);
-    m_users.push_back(std::make_unique<SharePortfolioUser>(*m_elements.back()));
+    m_users.push_back(std::make_unique<SharePortfolioUser>(*m_elements.back(), gatewayPrices()));
     return *m_users.back();
   }
   Portfolios all() const {
@@ -91,7 +93,7 @@ TEST_F(ChartModelsTest, CapitalIsShownApartFromFlowsAgainstTheIndex) {
   user.buyShares(u"AAA.AX", {Date(2026, 2, 2), 100, 10.0, 0.0, String()});
   user.creditCash(Date(2026, 2, 25), 500.0, CASH_EVENT_DEPOSIT, u"DEPOSIT");
   user.setComparisonIndex(u"XJO");
-  user.capitalRecord().update(user);
+  updateCapitalRecord(user);
   cache(u"XJO", Date(2026, 2, 1));
 
   const ChartModel model = capitalChartModel(all(), Date(1, 1, 1), TODAY);
@@ -113,7 +115,7 @@ TEST_F(ChartModelsTest, TheRangeBeginsWithTheCapitalOfItsFirstDay) {
   SharePortfolioUser& user = addPortfolio(u"Trading");
   user.creditCash(Date(2026, 1, 5), 1000.0, CASH_EVENT_DEPOSIT, u"DEPOSIT");
   user.creditCash(Date(2026, 2, 5), 500.0, CASH_EVENT_DEPOSIT, u"DEPOSIT");
-  user.capitalRecord().update(user);
+  updateCapitalRecord(user);
   const ChartModel model = capitalChartModel(all(), Date(2026, 2, 10), Date(2026, 2, 20));
   ASSERT_EQ(11u, model.series.at(0).points.size());
   EXPECT_NEAR(1500.0, model.series[0].points.front().value, 1e-9);
@@ -125,7 +127,7 @@ TEST_F(ChartModelsTest, SeveralPortfoliosAreShownWithoutAnIndex) {
     SharePortfolioUser& user = addPortfolio(name);
     user.creditCash(Date(2026, 2, 2), 1000.0, CASH_EVENT_DEPOSIT, u"DEPOSIT");
     user.setComparisonIndex(u"XJO");
-    user.capitalRecord().update(user);
+    updateCapitalRecord(user);
   }
   const ChartModel model = capitalChartModel(all(), Date(1, 1, 1), TODAY);
   EXPECT_EQ(u"Capital, apart from deposits and withdrawals", model.title);

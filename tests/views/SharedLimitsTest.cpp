@@ -1,4 +1,5 @@
 #include "views/SharedLimits.h"
+#include "market/MarketPrices.h"
 #include "support/GatewayScope.h"
 #include "support/MarketFixture.h"
 #include "support/TestProfile.h"
@@ -17,7 +18,7 @@ protected:
     if (!portfolios.contains(name)) {
       XMLSharePortfolio& element = m_records.portfolios().add();
       element.setPortfolioName(name);
-      portfolios[name] = std::make_unique<SharePortfolioUser>(element);
+      portfolios[name] = std::make_unique<SharePortfolioUser>(element, gatewayPrices());
     }
     SharePortfolioUser& user = *portfolios[name];
     XMLHeldShare& share = user.portfolio().heldShares().add();

@@ -1,6 +1,7 @@
 #include "ViewsTest.h"
 #include "foundation/Settings.h"
 #include "market/StockNames.h"
+#include "session/BookQuestions.h"
 #include "views/HeldShareCells.h"
 #include "views/PriceChart.h"
 #include "widgets/ChartView.h"
@@ -33,7 +34,7 @@ protected:
   /// record exists already.
   void spoilBeforeShowing() {
     SharePortfolioUser& user = *portfolios()[u"Trading"];
-    user.checkCashReserve();
+    checkCashReserve(user);
     XMLHeldShare& share = *user.findHeldShare(u"AAA.AX");
     share.parcels()[1].subElement(u"BuyDate").setValue(u"no date");
     answer(unsoundWords, "OK");

@@ -1,6 +1,7 @@
 #include "ViewsTest.h"
 #include "books/UnreadableDates.h"
 #include "market/StockNames.h"
+#include "session/BookQuestions.h"
 #include "views/SoldShareCells.h"
 #include <algorithm>
 
@@ -422,7 +423,7 @@ TEST_F(SharesSoldTableTest, UnderAViewDateLaterDatesAreNotFutureDates) {
 }
 
 TEST_F(SharesSoldTableTest, AnUnreadableDateBreaksTheNode) {
-  addSales().checkCashReserve();
+  checkCashReserve(addSales());
   sale().subElement(u"SellDate").setValue(u"no date");
   const std::string unsound = "This portfolio has suffered an error. Please restart Tallymoor.";
   answer(unsound, "OK");

@@ -2,6 +2,7 @@
 #include "books/SharePortfolioUser.h"
 #include "foundation/RunTimeSettings.h"
 #include "foundation/Settings.h"
+#include "market/MarketPrices.h"
 #include "market/TallymoorInternet.h"
 #include "session/OpenPortfolios.h"
 #include "support/GatewayScope.h"
@@ -70,7 +71,7 @@ protected:
                                    const Date& date = Date(2026, 2, 1)) {
     XMLSharePortfolio& element = m_records.portfolios().add();
     element.setPortfolioName(name);
-    auto user = std::make_unique<SharePortfolioUser>(element);
+    auto user = std::make_unique<SharePortfolioUser>(element, gatewayPrices());
     if (deposit > 0.0)
       user->creditCash(date, deposit, CASH_EVENT_DEPOSIT, u"DEPOSIT start");
     return *(m_portfolios[name] = std::move(user));

@@ -1,0 +1,62 @@
+#include "market/MarketPrices.h"
+#include "market/TallymoorInternet.h"
+
+namespace Tallymoor {
+
+namespace {
+
+TallymoorInternet& gateway() {
+  return TallymoorInternet::Instance();
+}
+
+class GatewayPrices : public MarketPrices {
+public:
+  double latestPrice(const String& code) override { return gateway().priceUpdater().getLatestPrice(code); }
+  double historicalPrice(const String& code, const Date& date, bool upTo) override {
+    return gateway().historicalPrice(code, date, upTo);
+  }
+  std::optional<KnownClose> closeOn(const String& code, const Date& day) override {
+    return gateway().closeOn(code, day);
+  }
+  std::optional<KnownClose> lastCloseBefore(const String& code, const Date& day) override {
+    return gateway().lastCloseBefore(code, day);
+  }
+  bool hasAnsweredFor(const String& code, const Date& day) override {
+    return gateway().hasAnsweredFor(code, day);
+  }
+  bool isToBeFetched(const String& code, const Date& day) override {
+    return gateway().isToBeFetched(code, day);
+  }
+  bool hasCachedHistory(const String& code) override { return gateway().hasCachedHistory(code); }
+  bool hasCachedPrice(const String& code, const Date& day) override {
+    return gateway().hasCachedPrice(code, day);
+  }
+  HistoryRange recentRange() override { return gateway().recentRange(); }
+  void refreshClosesFrom(const String& code, const Date& first) override {
+    gateway().refreshClosesFrom(code, first);
+  }
+  void completeHistory(const String& code, const Date& first, const Date& last) override {
+    gateway().completeHistory(code, first, last);
+  }
+  bool completeHistory(const std::vector<HistoryNeed>& needs, Progress* progress) override {
+    return gateway().completeHistory(needs, progress);
+  }
+  void addRecord(PriceUpdater::PricesObserver& record) override {
+    gateway().priceUpdater().addObserver(&record, PriceUpdater::Rank::Records);
+  }
+  void removeRecord(PriceUpdater::PricesObserver& record) override {
+    if (TallymoorInternet::exists())
+      gateway().priceUpdater().removeObserver(&record);
+  }
+};
+
+} // namespace
+
+MarketPrices::~MarketPrices() = default;
+
+MarketPrices& gatewayPrices() {
+  static GatewayPrices prices;
+  return prices;
+}
+
+} // namespace Tallymoor
