@@ -75,10 +75,10 @@ public:
 };
 
 /// No user: lengthy work runs at once. A question ends the program, because none is expected.
-class Nobody : public UserInteraction {
+class NoUser : public UserInteraction {
 public:
-  Nobody() { setInstance(this); }
-  ~Nobody() override { setInstance(nullptr); }
+  NoUser() { setInstance(this); }
+  ~NoUser() override { setInstance(nullptr); }
   void information(const String& text) override { stop(text); }
   bool question(const String& text) override { stop(text); }
   void warning(const String& text) override { stop(text); }
@@ -107,7 +107,7 @@ public:
 
 private:
   [[noreturn]] static void stop(const String& text) {
-    std::fprintf(stderr, "nobody can answer: %s\n", text.toUTF8().c_str());
+    std::fprintf(stderr, "unexpected question: %s\n", text.toUTF8().c_str());
     std::abort();
   }
 };
@@ -279,7 +279,7 @@ BENCHMARK(BM_Decode)->UseManualTime()->Unit(benchmark::kMillisecond);
 int main(int argc, char** argv) {
   using namespace Tallymoor;
   readSettings();
-  const Nobody nobody;
+  const NoUser noUser;
   const ScratchProfile profile;
   LongHeldPortfolio portfolio((Date()));
   const std::string document = documentOf(portfolio);
