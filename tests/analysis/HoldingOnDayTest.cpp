@@ -42,7 +42,7 @@ TEST_F(HoldingOnDayTest, SplitsCountFromTheirDay) {
   expectHeld(Date(2026, 1, 16), 800, 2, Date(2026, 1, 12));
 }
 
-TEST_F(HoldingOnDayTest, ASaleThatNoLongerTellsOfASplitIsReadByTheDaysNumber) {
+TEST_F(HoldingOnDayTest, ASaleWithoutItsSplitsIsReadByTheDaysNumber) {
   addAdjustment(user().addBuyEvent(u"ABC.AX", {Date(2026, 1, 12), 300, 4, 0, String()}), Date(2026, 1, 16),
                 2);
   addSale(u"ABC.AX", Date(2026, 1, 12), Date(2026, 1, 20), 200, 2, 3);
@@ -62,7 +62,7 @@ TEST_F(HoldingOnDayTest, SalesOfASplitShareAreHeldUntilTheirDay) {
   EXPECT_NEAR(held->cost.averagePrice(), 3, 1e-6);
 }
 
-TEST_F(HoldingOnDayTest, OnlyASaleThatTellsNoSplitIsReadByTheDaysNumber) {
+TEST_F(HoldingOnDayTest, OnlyASaleWithoutSplitsIsReadByTheDaysNumber) {
   addSale(u"ABC.AX", Date(2026, 1, 12), Date(2026, 1, 20), 200, 2, 3);
   addAdjustment(addSale(u"ABC.AX", Date(2026, 1, 12), Date(2026, 1, 20), 100, 4, 3), Date(2026, 1, 16), 2);
   const auto share = shareWithParcelsSoldSince(user(), u"ABC.AX", 200, Date(2026, 1, 15));

@@ -54,7 +54,7 @@ TEST_F(IndexHistoryTest, IndexThatIsYoungerThanItsPortfolioIsAskedForOnce) {
   EXPECT_EQ(fetches, numFetches());
 }
 
-TEST_F(IndexHistoryTest, AnotherIndexBeginsAnew) {
+TEST_F(IndexHistoryTest, AnotherIndexStartsAgain) {
   m_market.setHistory(u"^IDX", Date(2025, 12, 8), Date(2026, 3, 3), 4000.0);
   m_market.setHistory(u"^OLD", Date(2024, 12, 2), Date(2026, 3, 3), 500.0);
   IndexHistory::fetch(u"^IDX", days(12));
@@ -62,10 +62,10 @@ TEST_F(IndexHistoryTest, AnotherIndexBeginsAnew) {
   EXPECT_TRUE(IndexHistory::isKnown(u"^OLD", Date(2025, 11, 30)));
 }
 
-TEST_F(IndexHistoryTest, TheFirstFailureEndsTheMatterUntilTheNextTime) {
+TEST_F(IndexHistoryTest, AFailureEndsTheRequestsUntilTheNextTime) {
   m_market.setHistory(u"^IDX", Date(2023, 1, 2), Date(2026, 3, 3), 4000.0);
   m_market.refuse(MarketFixture::Page::History, 500);
-  m_user.answerQuestion(false); // A second attempt.
+  m_user.answerQuestion(false); // Don't try again.
   IndexHistory::fetch(u"^IDX", days(36));
   IndexHistory::fetch(u"^IDX", days(36));
   EXPECT_FALSE(knows(Date()));
@@ -76,7 +76,7 @@ TEST_F(IndexHistoryTest, TheFirstFailureEndsTheMatterUntilTheNextTime) {
   EXPECT_TRUE(knows(Date(2024, 1, 31)));
 }
 
-TEST_F(IndexHistoryTest, TodayIsKnownByTheCurrentPriceToo) {
+TEST_F(IndexHistoryTest, TheCurrentPriceCountsForToday) {
   PriceUpdater& updater = TallymoorInternet::Instance().priceUpdater();
   updater.addCode(u"^IDX");
   EXPECT_FALSE(knows(Date()));

@@ -43,7 +43,7 @@ void expectNothing(const Indicators& figures) {
 
 // ---- The line
 
-TEST(IndicatorsTest, AStraightLineGoesOnToTheDayItself) {
+TEST(IndicatorsTest, AStraightLineContinuesToTheDayItself) {
   const Indicators figures = indicatorsOf(weeksOf(26, [](int back) { return 100.0 - 2 * back; }), TODAY);
   EXPECT_NEAR(figures.lrValue.value(), 100 + 2 * SINCE_FRIDAY, 1e-9);
   // It was 52 lower 26 weeks ago. The growth of half a year is squared.
@@ -72,7 +72,7 @@ TEST(IndicatorsTest, SevenWeeksAreTooFewAndEightAreEnough) {
   EXPECT_NEAR(figures.autoVolatility.value(), 20, 1e-12);
 }
 
-TEST(IndicatorsTest, SevenOfTheLastTwentySixWeeksAreTooFewWhateverLiesBefore) {
+TEST(IndicatorsTest, SevenOfTheLastTwentySixWeeksAreTooFewEvenWithEarlierOnes) {
   Weeks weeks = constantWeeks(40, 10);
   weeks.erase(weeks.end() - 19, weeks.end()); // 21 remain, 7 of them recent.
   expectNothing(indicatorsOf(weeks, TODAY));
@@ -92,7 +92,7 @@ TEST(IndicatorsTest, AWeekThatIsMissingLeavesTheOthersInTheirPlaces) {
   EXPECT_NEAR(indicatorsOf(weeks, TODAY).lrValue.value(), 100 + 2 * SINCE_FRIDAY, 1e-9);
 }
 
-TEST(IndicatorsTest, TheWeekOfTheDayAndLaterOnesPlayNoPart) {
+TEST(IndicatorsTest, TheWeekOfTheDayAndLaterOnesAreIgnored) {
   Weeks weeks = constantWeeks(26, 10);
   weeks.push_back({LAST_FRIDAY.plusDays(7), 500, 500, 500});
   weeks.push_back({LAST_FRIDAY.plusDays(14), 500, 500, 500});
@@ -100,7 +100,7 @@ TEST(IndicatorsTest, TheWeekOfTheDayAndLaterOnesPlayNoPart) {
   EXPECT_NEAR(indicatorsOf(weeks, TODAY).averageTrueRange.value(), 2, 1e-12);
 }
 
-TEST(IndicatorsTest, AWeekIsFullOnceItsFridayIsOver) {
+TEST(IndicatorsTest, AWeekIsCompleteAfterItsFriday) {
   Weeks weeks = constantWeeks(8, 10);
   expectNothing(indicatorsOf(weeks, LAST_FRIDAY));
   EXPECT_TRUE(indicatorsOf(weeks, LAST_FRIDAY.plusDays(1)).lrValue);
@@ -171,7 +171,7 @@ TEST(IndicatorsTest, VolatilityReachesToTheCloseBeforeTheTwoWeeks) {
   EXPECT_NEAR(figures.autoVolatility.value(), (6 + 2) / 2.0 / figures.lrValue.value() * 100, 1e-9);
 }
 
-TEST(IndicatorsTest, OfTwoWeeksTheOneThatIsThereMakesTheVolatilityAndNoneMakesNone) {
+TEST(IndicatorsTest, VolatilityUsesTheAvailableOfTheLastTwoWeeks) {
   Weeks weeks = constantWeeks(26, 10);
   weekBack(weeks, 1).high = 14; // 5
   weeks.pop_back();
@@ -201,7 +201,7 @@ TEST(IndicatorsTest, TheMinimumIsNeverBelowZero) {
   EXPECT_DOUBLE_EQ(figures.autoMin.value(), 0);
 }
 
-TEST(IndicatorsTest, WhatIsNotFiniteIsNothing) {
+TEST(IndicatorsTest, NonFiniteResultsAreEmpty) {
   Weeks endless = constantWeeks(26, 10);
   endless[3].close = std::numeric_limits<double>::infinity();
   expectNothing(indicatorsOf(endless, TODAY));

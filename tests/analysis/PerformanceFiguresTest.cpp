@@ -322,7 +322,7 @@ const std::map<std::string, PerformanceFiguresTest::Question>& PerformanceFigure
   return known;
 }
 
-TEST_F(PerformanceFiguresTest, AgreeWithTheSecondComputationToTheLastDigit) {
+TEST_F(PerformanceFiguresTest, AgreeWithTheIndependentModelToTheLastDigit) {
   for (const Sequence& sequence : readSequences(TALLYMOOR_TEST_DATA "/performance")) {
     SCOPED_TRACE(sequence.title);
     run(sequence);

@@ -94,7 +94,7 @@ TEST_F(PerformanceTest, CapitalIsSummedOverThePortfoliosWithARecordOfTheDay) {
   EXPECT_DOUBLE_EQ(capitalOn(both, Date(2026, 1, 31)), 0);
 }
 
-TEST_F(PerformanceTest, MoneyPutInIsNoGain) {
+TEST_F(PerformanceTest, DepositsAreNoGain) {
   deposit(Date(2026, 1, 31), 1000);
   deposit(Date(2026, 2, 15), 100);
   interest(Date(2026, 2, 20), 100);
@@ -120,7 +120,7 @@ TEST_F(PerformanceTest, OneMonthOfTheCurrentRowReachesBackToTheEndOfTheMonthBefo
   EXPECT_NEAR(periodGain(one(), m_today, 2).value(), 80, 1e-9);
 }
 
-TEST_F(PerformanceTest, NoCapitalAtTheStartIsNoGain) {
+TEST_F(PerformanceTest, WithoutCapitalAtTheStartTheGainIsEmpty) {
   deposit(Date(2026, 1, 10), 100);
   withdraw(Date(2026, 1, 20), 100);
   interest(Date(2026, 2, 10), 50);
@@ -144,7 +144,7 @@ TEST_F(PerformanceTest, AYoungPortfolioIsLeftOutOfTheSums) {
   EXPECT_DOUBLE_EQ(gainBetween(both, Date(2026, 2, 15), Date(2026, 2, 28)).value(), 0);
 }
 
-TEST_F(PerformanceTest, GainsOfSeveralPortfoliosWeighByCapital) {
+TEST_F(PerformanceTest, GainsOfSeveralPortfoliosAreWeightedByCapital) {
   deposit(Date(2026, 1, 1), 1000);
   interest(Date(2026, 2, 10), 100);
   update();
@@ -259,7 +259,7 @@ TEST_F(BrokerageTest, BothEndsOfTheSpanCount) {
   EXPECT_NEAR(percent(one()).value(), 14.0 / 1002 * 100, 1e-9);
 }
 
-TEST_F(BrokerageTest, OfASaleEachSideCountsByItsOwnDay) {
+TEST_F(BrokerageTest, EachBrokerageOfASaleCountsOnItsOwnDay) {
   makeCapital(1000);
   sell(Date(2026, 1, 30), 1, Date(2026, 2, 1), 2);
   sell(Date(2026, 1, 31), 4, Date(2026, 3, 1), 8);
@@ -268,7 +268,7 @@ TEST_F(BrokerageTest, OfASaleEachSideCountsByItsOwnDay) {
   EXPECT_NEAR(percent(one()).value(), (2 + 4 + 16 + 32) / 1000.0 * 100, 1e-9);
 }
 
-TEST_F(BrokerageTest, OfSeveralPortfoliosBothSumsAreOfAllButYoungOnesAddNoCapital) {
+TEST_F(BrokerageTest, BrokerageOfAllPortfoliosCountsButYoungOnesAddNoCapital) {
   makeCapital(1000);
   sell(Date(2026, 2, 10), 16, Date(2026, 2, 28), 32);
   EXPECT_NEAR(percent({&user(), &second(Date(2026, 2, 1), 200)}).value(), 4.8, 1e-9);
@@ -281,7 +281,7 @@ TEST_F(BrokerageTest, WithoutCapitalThereIsNoPercentage) {
   EXPECT_FALSE(percent({}));
 }
 
-TEST_F(BrokerageTest, NoBrokerageIsNoughtPercent) {
+TEST_F(BrokerageTest, NoBrokerageIsZeroPercent) {
   makeCapital(1000);
   EXPECT_DOUBLE_EQ(percent(one()).value(), 0);
 }
@@ -299,7 +299,7 @@ TEST_F(PerformanceTest, ExternalFlowIsWhatCameInAfterTheFirstDayUpToTheLast) {
   EXPECT_DOUBLE_EQ(externalFlow({&user(), &second(Date(2026, 2, 5), 40)}, february).value(), 355);
 }
 
-TEST_F(PerformanceTest, AFlowThatShowsAsZeroIsNothing) {
+TEST_F(PerformanceTest, AFlowThatRoundsToZeroIsEmpty) {
   deposit(Date(2026, 1, 1), 100);
   deposit(Date(2026, 2, 3), 70);
   withdraw(Date(2026, 2, 20), 70);

@@ -23,7 +23,7 @@ TEST_F(ReportBuilderTest, TheReportSaysWhatItIsAbout) {
   EXPECT_THAT(notes(part(*report)), IsEmpty());
 }
 
-TEST_F(ReportBuilderTest, PerformanceTakesMoneyPutInOffTheGain) {
+TEST_F(ReportBuilderTest, PerformanceSubtractsDepositsFromTheGain) {
   trade();
   const auto report = january();
   const XMLElement& performance = part(*report).subElement(u"Performance");
@@ -275,7 +275,7 @@ TEST_F(ReportBuilderTest, SeveralPortfoliosHaveATotal) {
   EXPECT_EQ(part(*report, 1).numSubElements(u"Chart"), 0u);
 }
 
-TEST_F(ReportBuilderTest, AYoungPortfolioIsLeftOutOfThePercentageOfAll) {
+TEST_F(ReportBuilderTest, AYoungPortfolioIsNotInThePercentageOfAll) {
   trade();
   XMLSharePortfolio second;
   second.subElement(u"Name").setValue(u"Second");

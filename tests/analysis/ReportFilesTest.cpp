@@ -151,7 +151,7 @@ TEST_F(ReportFilesTest, TheUsersOwnStylesheetIsUsed) {
               HasSubstr("<mine at=\"" + folder().toUTF8() + "\">" + folder().toUTF8() + "</mine>"));
 }
 
-TEST_F(ReportFilesTest, ABrokenStylesheetIsToldAndTheFiguresStay) {
+TEST_F(ReportFilesTest, ABrokenStylesheetIsReportedAndTheFiguresAreKept) {
   trade();
   TestProfile::writeFile(stylesheet(), "<xsl:stylesheet version='1'");
   const String message = messageOf([&] { write(*january()); });
@@ -162,7 +162,7 @@ TEST_F(ReportFilesTest, ABrokenStylesheetIsToldAndTheFiguresStay) {
   EXPECT_FALSE(TestProfile::fileExists(folder() + u"Report test.html"));
 }
 
-TEST_F(ReportFilesTest, AStylesheetThatIsAFolderIsTold) {
+TEST_F(ReportFilesTest, AFolderInPlaceOfTheStylesheetIsReported) {
   trade();
   std::filesystem::create_directories(stylesheet().toUTF8());
   EXPECT_THAT(messageOf([&] { write(*january()); }).toUTF8(),

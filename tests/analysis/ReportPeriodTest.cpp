@@ -42,7 +42,7 @@ TEST_F(ReportPeriodTest, TheLastMonthIsTheOneBeforeTheMonthOfToday) {
   EXPECT_EQ(ReportPeriod::lastMonth(Date(2026, 1, 1)), days("1/12/2025", "31/12/2025"));
 }
 
-TEST_F(ReportPeriodTest, AMonthIsUnderWayUntilItsLastDayIsOver) {
+TEST_F(ReportPeriodTest, AMonthIsIncompleteUntilItsLastDayIsOver) {
   EXPECT_EQ(ReportPeriod::lastMonth(Date(2026, 2, 28)), days("1/1/2026", "31/1/2026"));
   EXPECT_EQ(ReportPeriod::lastCalendarYear(Date(2025, 12, 31)), days("1/1/2024", "31/12/2024"));
   EXPECT_EQ(ReportPeriod::lastFinancialYear(Date(2026, 6, 30)), days("1/7/2024", "30/6/2025"));

@@ -71,14 +71,14 @@ TEST_F(WeeklyPricesTest, PricesFromBeforeASplitAreLeftOut) {
   EXPECT_EQ(textOf(found[0]), String(u"27/2/2026 4.90 5.00 4.80"));
 }
 
-TEST_F(WeeklyPricesTest, AMergeSinceTheLastFullWeekLeavesNone) {
+TEST_F(WeeklyPricesTest, AMergeSinceTheLastCompleteWeekExcludesAllWeeks) {
   setHistory(27, 10);
   gateway().historicalPrice(m_code, m_lastFriday, true);
   setPrice(m_code, m_today, 20.1);
   EXPECT_TRUE(weeks(27).empty());
 }
 
-TEST_F(WeeklyPricesTest, AMoveThatNoSplitIsRecognisedByStays) {
+TEST_F(WeeklyPricesTest, AMoveThatLooksLikeNoSplitIsKept) {
   setHistory(27, 10);
   gateway().historicalPrice(m_code, m_lastFriday, true);
   setPrice(m_code, m_today, 17.5);
@@ -89,7 +89,7 @@ TEST_F(WeeklyPricesTest, AMoveThatNoSplitIsRecognisedByStays) {
   }
 }
 
-TEST_F(WeeklyPricesTest, AJumpByWhichASplitIsAskedForLeavesNoneFromBeforeIt) {
+TEST_F(WeeklyPricesTest, AJumpThatAsksForASplitExcludesEarlierPrices) {
   setHistory(27, 10);
   gateway().historicalPrice(m_code, m_lastFriday, true);
   for (const double close : {5.2, 20.0, 18.5, 2.1}) {
@@ -128,7 +128,7 @@ TEST_F(WeeklyPricesTest, ATradedSundayBelongsToTheFridayAfterIt) {
   EXPECT_EQ(textOf(weeks(1).back()), String(u"27/2/2026 10.00 31.00 9.00"));
 }
 
-TEST_F(WeeklyPricesTest, ADayOfWhichOnlyTheCurrentPriceWasSeenCountsWithThat) {
+TEST_F(WeeklyPricesTest, ADayWithOnlyACurrentPriceUsesThatPrice) {
   gateway().goOffline();
   setPrice(m_code, Date(2026, 2, 25), 14);
   setPrice(m_code, Date(2026, 2, 26), 0); // Not a price.
@@ -136,12 +136,12 @@ TEST_F(WeeklyPricesTest, ADayOfWhichOnlyTheCurrentPriceWasSeenCountsWithThat) {
   EXPECT_EQ(textOf(weeks(1).back()), String(u"27/2/2026 14.00 14.00 9.00"));
 }
 
-TEST_F(WeeklyPricesTest, TheCloseLiesWithinTheRangeWhateverTheSourceSays) {
+TEST_F(WeeklyPricesTest, TheRangeAlwaysContainsTheClose) {
   m_market.setDay(m_code, Date(2026, 2, 23), 10, 9, 12, 1000);
   EXPECT_EQ(textOf(weeks(1).back()), String(u"27/2/2026 10.00 10.00 10.00"));
 }
 
-TEST_F(WeeklyPricesTest, AWeekIsFullOnceItsFridayIsOver) {
+TEST_F(WeeklyPricesTest, AWeekIsCompleteAfterItsFriday) {
   setHistory(27, 10);
   EXPECT_EQ(recentWeeks(m_code, Date(2026, 2, 26), 5).back().friday, Date(2026, 2, 20));
   EXPECT_EQ(recentWeeks(m_code, Date(2026, 2, 27), 5).back().friday, Date(2026, 2, 20));
@@ -150,7 +150,7 @@ TEST_F(WeeklyPricesTest, AWeekIsFullOnceItsFridayIsOver) {
   EXPECT_EQ(recentWeeks(m_code, Date(2026, 3, 2), 5).back().friday, Date(2026, 2, 27));
 }
 
-TEST_F(WeeklyPricesTest, HalfAYearAndTheWeekBeforeItComeFromOneFetchWithNothingShown) {
+TEST_F(WeeklyPricesTest, HalfAYearAndTheWeekBeforeItAreFetchedOnceSilently) {
   setHistory(60, 10);
   const std::vector<WeeklyPrice> found = weeks(27);
   EXPECT_EQ(found.size(), 27u);
@@ -190,7 +190,7 @@ TEST_F(WeeklyPricesTest, ASplitInTheRunningWeekIsLookedForAtTheSource) {
   Date::clearFixedDate();
 }
 
-TEST_F(WeeklyPricesTest, AYoungStockHasTheWeeksSinceItsListingAndIsNotFetchedAtEveryLook) {
+TEST_F(WeeklyPricesTest, AYoungStockHasTheWeeksSinceItsListingAndIsFetchedOnce) {
   setHistory(7, 10);
   for (int again = 0; again < 5; ++again)
     EXPECT_FALSE(indicatorsOf(m_code, m_today).lrValue);
@@ -205,7 +205,7 @@ TEST_F(WeeklyPricesTest, TheEighthWeekBringsTheFigures) {
   EXPECT_EQ(trendLineOf(m_code, m_today).value().from, m_lastFriday.plusDays(-7 * 7));
 }
 
-TEST_F(WeeklyPricesTest, OfflineTheCacheAlonePlaysAPart) {
+TEST_F(WeeklyPricesTest, OfflineOnlyTheCacheIsUsed) {
   setHistory(60, 10);
   gateway().goOffline();
   EXPECT_TRUE(weeks(27).empty());

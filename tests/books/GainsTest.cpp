@@ -5,7 +5,7 @@
 namespace Tallymoor {
 namespace {
 
-TEST(GainsTest, MoneyPutInIsTakenOffTheGain) {
+TEST(GainsTest, DepositsAreSubtractedFromTheGain) {
   EXPECT_DOUBLE_EQ(gainPercent(1200, 1000, 100).value(), 10);
   EXPECT_DOUBLE_EQ(gainPercent(1200, 1000, -100).value(), 30);
   EXPECT_DOUBLE_EQ(gainPercent(-1200, -1000, 0).value(), 20);
@@ -18,12 +18,12 @@ TEST(GainsTest, WithoutCapitalAtTheStartThereIsNoGain) {
   EXPECT_TRUE(gainPercent(1200, 0.0001, 0));
 }
 
-TEST(GainsTest, AResultThatIsNotFiniteIsNone) {
+TEST(GainsTest, ANonFiniteResultIsEmpty) {
   EXPECT_FALSE(gainPercent(std::numeric_limits<double>::infinity(), 1, 0));
   EXPECT_FALSE(indexGainPercent(std::numeric_limits<double>::infinity(), 1));
 }
 
-TEST(GainsTest, AShareOfNothingIsNone) {
+TEST(GainsTest, ARatioToZeroIsEmpty) {
   EXPECT_DOUBLE_EQ(percentOf(25, 200).value(), 12.5);
   EXPECT_FALSE(percentOf(25, 0));
   EXPECT_FALSE(percentOf(0, 0));
@@ -43,12 +43,12 @@ TEST(GainsTest, AGrowthOverYearsIsCompoundedFromTheGrowthOfEach) {
   EXPECT_NEAR(annualise(7.25, 1).value(), 7.25, 1e-9);
 }
 
-TEST(GainsTest, AllLostIsAllLostInAnyTime) {
+TEST(GainsTest, ATotalLossIsATotalLossOverAnyTime) {
   EXPECT_DOUBLE_EQ(annualise(-100, 3).value(), -100);
   EXPECT_DOUBLE_EQ(annualise(-100, 0.5).value(), -100);
 }
 
-TEST(GainsTest, MoreThanAllLostOrNoTimeHasNoGrowthAYear) {
+TEST(GainsTest, AnnualGrowthNeedsTimeAndAtMostATotalLoss) {
   EXPECT_FALSE(annualise(-100.5, 3));
   // The square of a negative factor would look like a gain.
   EXPECT_FALSE(annualise(-400, 0.5));

@@ -60,7 +60,7 @@ protected:
   GatewayScope m_gateway;
 };
 
-TEST_P(RandomPortfolioTest, WhateverHappensTheBooksBalance) {
+TEST_P(RandomPortfolioTest, TheBooksBalanceAfterRandomOperations) {
   const int first = GetParam() * SEQUENCES;
   const int count = wholeCounts() ? SEQUENCES : SEQUENCES_IN_SHORT;
   for (int seed = first; seed < first + count; ++seed) {

@@ -345,7 +345,7 @@ const std::map<std::string, SequenceTest::Operation>& SequenceTest::operations()
   return known;
 }
 
-TEST_P(SequenceTest, GivesWhatWasWorkedOut) {
+TEST_P(SequenceTest, GivesTheExpectedResults) {
   for (const SequenceStep& step : GetParam().steps) {
     SCOPED_TRACE("line " + std::to_string(step.line) + ": " + step.text);
     if (step.words[0] == "document")
@@ -364,7 +364,7 @@ INSTANTIATE_TEST_SUITE_P(Table, SequenceTest, testing::ValuesIn(sequences()),
                          [](const testing::TestParamInfo<Sequence>& info) { return info.param.name; });
 
 /// A case without a query can't fail, and a duplicate name would hide a case.
-TEST(SequenceFileTest, EachCaseAsksSomethingUnderItsOwnName) {
+TEST(SequenceFileTest, EachCaseHasAQueryAndAUniqueName) {
   std::set<std::string> names;
   for (const Sequence& sequence : sequences()) {
     EXPECT_TRUE(names.insert(sequence.name).second) << sequence.name;
