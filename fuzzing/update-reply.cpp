@@ -14,7 +14,7 @@
 #include "support/Input.h"
 #include "support/Require.h"
 #include "support/ScratchFolder.h"
-#include "updates/Updates.h"
+#include "updates/UpdateSearch.h"
 #include "xml/LocatorDocuments.h"
 #include <algorithm>
 #include <array>

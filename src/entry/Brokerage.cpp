@@ -9,7 +9,7 @@ namespace {
 
 constexpr const char16_t* section = u"Finance";
 constexpr const char16_t* key = u"Brokerage";
-/// Of a user who has not chosen one.
+/// Until the user chooses one.
 constexpr double firstDefault = 50.0;
 
 } // namespace

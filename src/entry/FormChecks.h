@@ -19,8 +19,8 @@ void putFocus(FXWindow& field);
 bool refuse(FXWindow& field, const String& message);
 /// A question that has to be answered with Yes for the checks to go on.
 bool confirm(FXWindow& field, const String& question);
-/// Refuses a number that shows as zero or is negative: nobody trades less than no shares, or at less than no
-/// price.
+/// Refuses a number that shows as zero or is negative, which no number of shares and no price of a trade
+/// can be.
 bool requirePositive(NumberField& field, const String& message);
 /// Refuses a number below zero, by the name that the user knows the field by, as in "The brokerage paid".
 bool requireNotNegative(NumberField& field, const String& name);

@@ -4,20 +4,16 @@
 #include "books/CashBalance.h"
 #include "books/PortfolioEvents.h"
 #include "books/SharePortfolioUser.h"
-#include "entry/CountryNames.h"
 #include "entry/FormChecks.h"
 #include "entry/StockChoice.h"
 #include "foundation/Amounts.h"
-#include "foundation/Platform.h"
 #include "market/StockNames.h"
 #include "widgets/FormRows.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/NumberField.h"
 #include "widgets/NumberSpinner.h"
-#include "widgets/ToolkitText.h"
 #include "xml/CountryOfResidence.h"
 #include "xml/PortfolioRecords.h"
-#include <algorithm>
 #include <map>
 
 namespace Tallymoor {
@@ -37,24 +33,8 @@ FXIMPLEMENT(ReceiveDividendsPanel, DatedPanel, ReceiveDividendsPanelMap,
 namespace {
 
 constexpr int amountDecimals = 2;
-constexpr int priceDecimals = 4;
 constexpr int rateDecimals = 6;
 constexpr std::int32_t fullyFranked = 100;
-constexpr const char16_t* countryPrompt = u"<enter country of origin>";
-
-void setEnabled(FXWindow* widget, bool enabled) {
-  if (enabled)
-    widget->enable();
-  else
-    widget->disable();
-}
-
-void setShown(FXWindow* widget, bool shown) {
-  if (shown)
-    widget->show();
-  else
-    widget->hide();
-}
 
 /// The number held now; of a stock that is held no more, all that was sold on the last day of a sale.
 double heldOrSoldLast(const SharePortfolioUser& portfolio, const String& code) {
@@ -93,8 +73,9 @@ ReceiveDividendsPanel::ReceiveDividendsPanel(FXComposite* parent, const SharePor
   FormRows rows(this);
   buildHoldingRows(rows);
   buildValueRows(rows);
-  buildForeignRows(rows);
-  buildPaymentRows(rows);
+  m_origin.addTo(rows, this, ID_RECOMPUTE);
+  m_payment.addTo(rows, this, ID_CASH, ID_DRP);
+  m_cashAfter.addTo(rows);
   rows.align();
   reset(initialCode);
 }
@@ -123,25 +104,6 @@ void ReceiveDividendsPanel::buildFrankingRow(FXHorizontalFrame& row) {
   m_frankingCredit->makeReadOnly();
 }
 
-void ReceiveDividendsPanel::buildForeignRows(FormRows& rows) {
-  constexpr FXint countryColumns = 28; // the prompt can be read whole
-  m_foreign = rows.addCheck(u"Foreign Div", this, ID_RECOMPUTE);
-  m_country = new FormComboBox(static_cast<FXComposite*>(m_foreign->getParent()), nullptr, 0, COMBOBOX_NORMAL,
-                               countryColumns);
-  m_withholdingTax = rows.addNumber(u"Withholding Tax", amountDecimals);
-}
-
-void ReceiveDividendsPanel::buildPaymentRows(FormRows& rows) {
-  FXHorizontalFrame* payment = rows.addRow(String());
-  m_cash = new FXRadioButton(payment, "Paid in cash", this, ID_CASH);
-  m_drp = new FXRadioButton(payment, "Dividend reinvestment", this, ID_DRP);
-  m_shares = rows.addNumber(u"Shares received", amountDecimals);
-  m_sharesLabel = rows.lastLabel();
-  m_sharePrice = rows.addNumber(u"Share price", priceDecimals);
-  m_sharePriceLabel = rows.lastLabel();
-  m_cashAfter.addTo(rows);
-}
-
 void ReceiveDividendsPanel::setPortfolio(const SharePortfolioUser* portfolio) {
   m_portfolio = portfolio;
   reset();
@@ -151,31 +113,25 @@ void ReceiveDividendsPanel::reset(const String& initialCode) {
   m_code->fill(m_portfolio);
   m_code->choose(initialCode);
   m_rate->setValue(0.0);
-  m_withholdingTax->setValue(0.0);
-  m_foreign->setCheck(FALSE);
   setDate(Date());
-  fillCountries();
+  m_origin.reset(m_portfolio);
   showFranking();
-  payInCash();
-  m_sharePriceDoubt.forget();
+  m_payment.reset();
   showHolding();
+  showPayment();
   // Not hidden without a portfolio: a wizard is laid out before it has one, and never shows the form then.
   m_cashAfter.setBefore(m_portfolio ? cashBalance(m_portfolio->portfolio(), Date()) : 0.0);
-}
-
-void ReceiveDividendsPanel::fillCountries() {
-  constexpr FXint mostVisible = 12;
-  m_country->clearItems();
-  for (const String& name : likelyCountries(m_portfolio))
-    m_country->appendItem(toFox(name));
-  m_country->setNumVisible(std::min(m_country->getNumItems(), mostVisible));
 }
 
 void ReceiveDividendsPanel::showFranking() {
   const bool franking = CountryOfResidence::Instance().isAustralia();
   m_frankingTyped = false;
   proposeFranking();
-  setShown(m_percentFranked->getParent(), franking);
+  FXWindow* row = m_percentFranked->getParent();
+  if (franking)
+    row->show();
+  else
+    row->hide();
   recalc();
 }
 
@@ -196,22 +152,11 @@ void ReceiveDividendsPanel::showDividend(const XMLDividendEvent& dividendEvent) 
   m_percentFranked->setValue(dividendEvent.wholePercentFranked());
   m_frankingTyped = true;
   setDate(dividendEvent.received());
-  const String country = dividendEvent.foreignDividend();
-  m_foreign->setCheck(!country.empty());
-  m_withholdingTax->setValue(dividendEvent.withholdingTax());
-  recompute();
-  if (!country.empty())
-    m_country->setText(toFox(country));
+  m_origin.show(dividendEvent);
+  m_payment.show(dividendEvent);
   m_cashAfter.setBefore(cashWithout(m_portfolio->portfolio(), dividendEvent));
-  const double shares = dividendEvent.drpShares();
-  if (showsAsZero(shares)) {
-    payInCash();
-    return;
-  }
-  reinvest();
-  m_shares->setValue(shares);
-  m_sharePrice->setValue(dividendEvent.drpRate());
-  m_sharePriceDoubt.beginWith(*m_sharePrice, dividendEvent.received());
+  recompute();
+  showPayment();
 }
 
 void ReceiveDividendsPanel::showHolding() {
@@ -223,37 +168,18 @@ void ReceiveDividendsPanel::showHolding() {
 void ReceiveDividendsPanel::recompute() {
   m_value->setValue(value());
   m_frankingCredit->setValue(frankingCredit());
-  setEnabled(m_country, isForeign());
-  if (!isForeign())
-    m_country->setText(toFox(countryPrompt));
+  m_origin.followCheck();
+  showCash();
+}
+
+void ReceiveDividendsPanel::showPayment() {
+  enablePaymentFields(isReinvested());
   showCash();
 }
 
 /// New shares bring no cash, and the tax that is withheld abroad is only noted.
 void ReceiveDividendsPanel::showCash() {
   m_cashAfter.showEffect(isReinvested() ? 0.0 : value());
-}
-
-void ReceiveDividendsPanel::payInCash() {
-  m_cash->setCheck(TRUE);
-  m_drp->setCheck(FALSE);
-  m_shares->setValue(0.0);
-  m_sharePrice->setValue(0.0);
-  enablePaymentFields(false);
-  showCash();
-}
-
-void ReceiveDividendsPanel::reinvest() {
-  m_cash->setCheck(FALSE);
-  m_drp->setCheck(TRUE);
-  enablePaymentFields(true);
-  showCash();
-}
-
-void ReceiveDividendsPanel::enablePaymentFields(bool reinvested) {
-  for (FXWindow* widget : {static_cast<FXWindow*>(m_sharesLabel), static_cast<FXWindow*>(m_shares),
-                           static_cast<FXWindow*>(m_sharePriceLabel), static_cast<FXWindow*>(m_sharePrice)})
-    setEnabled(widget, reinvested);
 }
 
 FXWindow* ReceiveDividendsPanel::firstField() const {
@@ -270,44 +196,13 @@ bool ReceiveDividendsPanel::validate() {
         !requirePositive(*m_held, u"You must select the number of shares the dividend was given for") ||
         !requirePositive(*m_rate, u"You must record the dividend rate"))
       return false;
-    return checkFranking() && checkOrigin() && checkPayment();
+    return checkFranking() && m_origin.check() && m_payment.check(code(), date());
   });
 }
 
 bool ReceiveDividendsPanel::checkFranking() const {
   return !m_percentFranked->isBeyondLimits() ||
          refuse(*m_percentFranked->field(), u"The percentage franked must be from 0 to 100.");
-}
-
-bool ReceiveDividendsPanel::checkOrigin() const {
-  if (isForeign() && country().empty())
-    return refuse(*m_country->textField(), u"You must enter the country of origin of the foreign dividend.");
-  return requireNotNegative(*m_withholdingTax, u"The withholding tax");
-}
-
-/// Without shares a reinvestment would be booked as cash.
-bool ReceiveDividendsPanel::checkPayment() const {
-  if (!isReinvested())
-    return true;
-  if (!requirePositive(*m_shares, u"You must enter the number of shares received.") ||
-      !requireNotNegative(*m_sharePrice, u"The share price"))
-    return false;
-  if (showsAsZero(sharePrice()))
-    return confirm(*m_sharePrice, u"Do you really want to record a share price of " +
-                                      Platform::Instance().currencyFormat(sharePrice()) + u"?");
-  return m_sharePriceDoubt.check(*m_sharePrice, code(), date());
-}
-
-String ReceiveDividendsPanel::code() const {
-  return m_code->code();
-}
-
-double ReceiveDividendsPanel::numHeld() const {
-  return m_held->value();
-}
-
-double ReceiveDividendsPanel::rate() const {
-  return m_rate->value();
 }
 
 std::int32_t ReceiveDividendsPanel::percentFranked() const {
@@ -322,31 +217,6 @@ double ReceiveDividendsPanel::frankingCredit() const {
   return Tallymoor::frankingCredit(numHeld(), rate(), percentFranked());
 }
 
-bool ReceiveDividendsPanel::isForeign() const {
-  return m_foreign->getCheck() == TRUE;
-}
-
-String ReceiveDividendsPanel::country() const {
-  const String text = isForeign() ? fromFox(m_country->getText()).trimmed() : String();
-  return text.startsWith(u"<") ? String() : text;
-}
-
-double ReceiveDividendsPanel::withholdingTax() const {
-  return m_withholdingTax->value();
-}
-
-bool ReceiveDividendsPanel::isReinvested() const {
-  return m_drp->getCheck() == TRUE;
-}
-
-double ReceiveDividendsPanel::sharesReceived() const {
-  return m_shares->value();
-}
-
-double ReceiveDividendsPanel::sharePrice() const {
-  return m_sharePrice->value();
-}
-
 DividendEntry ReceiveDividendsPanel::entry() const {
   return {code(),           date(),       numHeld(), rate(),          percentFranked(),
           sharesReceived(), sharePrice(), country(), withholdingTax()};
@@ -357,22 +227,29 @@ long ReceiveDividendsPanel::onListChanged(FXObject*, FXSelector, void*) {
 }
 
 long ReceiveDividendsPanel::onRadioCash(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"ReceiveDividendsPanel::onRadioCash failed.", [this] { payInCash(); });
+  return guardedHandler(u"ReceiveDividendsPanel::onRadioCash failed.", [this] {
+    m_payment.payInCash();
+    showPayment();
+  });
 }
 
 long ReceiveDividendsPanel::onRadioDRP(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"ReceiveDividendsPanel::onRadioDRP failed.", [this] { reinvest(); });
+  return guardedHandler(u"ReceiveDividendsPanel::onRadioDRP failed.", [this] {
+    m_payment.reinvest();
+    showPayment();
+  });
 }
 
 long ReceiveDividendsPanel::onRecompute(FXObject* sender, FXSelector, void*) {
   return guardedHandler(u"ReceiveDividendsPanel::onRecompute failed.", [this, sender] {
     if (sender == m_percentFranked)
       m_frankingTyped = true;
-    if (sender == m_foreign)
+    const bool originChanged = m_origin.isCheck(sender);
+    if (originChanged)
       proposeFranking();
     recompute();
-    if (sender == m_foreign && isForeign())
-      putFocus(*m_country->textField());
+    if (originChanged && isForeign())
+      m_origin.focusCountry();
   });
 }
 

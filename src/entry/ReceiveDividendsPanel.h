@@ -2,17 +2,17 @@
 #include "books/DividendEntry.h"
 #include "entry/CashRow.h"
 #include "entry/DatedPanel.h"
-#include "entry/PriceDoubt.h"
+#include "entry/DividendOrigin.h"
+#include "entry/DividendPayment.h"
+#include "entry/StockChoice.h"
+#include "widgets/NumberField.h"
 #include <cstdint>
 
 namespace Tallymoor {
 
-class FormComboBox;
-class NumberField;
 class NumberSpinner;
 class SharePortfolioUser;
 class FormTextField;
-class StockChoice;
 class XMLDividendEvent;
 
 /// The form for one dividend: on how many shares and at what rate, how far it was franked, where it comes
@@ -32,7 +32,7 @@ public:
   /// dividend may come after the sale. A code that is passed in is chosen, with all its shares.
   void reset(const String& initialCode = String());
   /// The fields of a recorded dividend; its stock can be chosen although it may not be held any more. Where
-  /// its cash entry is not found, nothing is told of the cash.
+  /// its cash entry is not found, the row of the cash is hidden.
   void showDividend(const XMLDividendEvent& dividendEvent);
 
   bool validate() override;
@@ -40,23 +40,23 @@ public:
   FXWindow* firstField() const;
 
   /// Empty when none is chosen.
-  String code() const;
-  double numHeld() const;
+  String code() const { return m_code->code(); }
+  double numHeld() const { return m_held->value(); }
   /// For each share.
-  double rate() const;
+  double rate() const { return m_rate->value(); }
   /// 0 to 100.
   std::int32_t percentFranked() const;
   /// Number held times rate, not rounded.
   double value() const;
   double frankingCredit() const;
-  bool isForeign() const;
+  bool isForeign() const { return m_origin.isForeign(); }
   /// Empty for a domestic dividend, and while none is entered.
-  String country() const;
-  double withholdingTax() const;
-  bool isReinvested() const;
+  String country() const { return m_origin.country(); }
+  double withholdingTax() const { return m_origin.withholdingTax(); }
+  bool isReinvested() const { return m_payment.isReinvested(); }
   /// These two are 0 for a payment in cash.
-  double sharesReceived() const;
-  double sharePrice() const;
+  double sharesReceived() const { return m_payment.shares(); }
+  double sharePrice() const { return m_payment.sharePrice(); }
   /// All of it; throws Exception when the date is none.
   DividendEntry entry() const;
 
@@ -70,25 +70,19 @@ public:
 protected:
   ReceiveDividendsPanel() {}
   /// The fields of the new shares, with their labels.
-  virtual void enablePaymentFields(bool reinvested);
+  virtual void enablePaymentFields(bool reinvested) { m_payment.enableShares(reinvested); }
 
 private:
   bool checkFranking() const;
-  bool checkOrigin() const;
-  bool checkPayment() const;
 
   void buildHoldingRows(FormRows& rows);
   void buildValueRows(FormRows& rows);
   void buildFrankingRow(FXHorizontalFrame& row);
-  void buildForeignRows(FormRows& rows);
-  void buildPaymentRows(FormRows& rows);
-  void fillCountries();
   void showFranking();
   void proposeFranking();
   void showHolding();
   void recompute();
-  void payInCash();
-  void reinvest();
+  void showPayment();
   void showCash();
 
   const SharePortfolioUser* m_portfolio = nullptr;
@@ -97,19 +91,11 @@ private:
   NumberField* m_held = nullptr;
   NumberField* m_rate = nullptr;
   NumberSpinner* m_percentFranked = nullptr;
-  bool m_frankingTyped = false; ///< or recorded: it is the user's, and no longer ours to propose
+  bool m_frankingTyped = false; ///< by the user, now or when it was recorded: nothing is proposed then
   NumberField* m_value = nullptr;
   NumberField* m_frankingCredit = nullptr;
-  FXCheckButton* m_foreign = nullptr;
-  FormComboBox* m_country = nullptr;
-  NumberField* m_withholdingTax = nullptr;
-  FXRadioButton* m_cash = nullptr;
-  FXRadioButton* m_drp = nullptr;
-  FXLabel* m_sharesLabel = nullptr;
-  NumberField* m_shares = nullptr;
-  FXLabel* m_sharePriceLabel = nullptr;
-  NumberField* m_sharePrice = nullptr;
-  PriceDoubt m_sharePriceDoubt;
+  DividendOrigin m_origin;
+  DividendPayment m_payment;
   CashRow m_cashAfter;
 };
 

@@ -8,7 +8,7 @@ namespace Tallymoor {
 class DateField;
 class FormIcons;
 
-/// Asks for the days that a report is to tell of. Both can be typed, or picked from a calendar.
+/// Asks for the first and the last day of a report. Both can be typed, or picked from a calendar.
 class ReportPeriodDialog : public Dialog {
   FXDECLARE(ReportPeriodDialog)
 public:

@@ -23,20 +23,12 @@ namespace Tallymoor {
 
 FXIMPLEMENT(StartupWizard, Wizard, nullptr, 0)
 
-namespace {
-
-String localText(const Date& date) {
-  return date.toString(DATE_DISPLAY_LOCAL);
-}
-
-} // namespace
-
 StartupWizard::StartupWizard() = default;
 
 StartupWizard::StartupWizard(FXWindow* owner, XMLPortfolios& records)
     : Wizard(owner, u"Tallymoor - Getting Started"), m_records(&records) {
   buildPages();
-  setToPage(m_introPage);
+  setToPage(m_pages.intro);
 }
 
 StartupWizard::~StartupWizard() {
@@ -44,17 +36,9 @@ StartupWizard::~StartupWizard() {
 }
 
 void StartupWizard::buildPages() {
-  m_choosePage = new ChoosePortfolioPanel(pages(), *m_records);
-  m_introPage = new IntroPanel(pages());
-  m_moneyPage = new GetFloatPanel(pages(), String(), String());
-  m_buyPage = new BuySharesPanel(pages());
-  m_loopPage = new LoopControlPanel(pages());
-  m_dividendPage = new ReceiveDividendsPanel(pages());
-  m_sellPage = new SellSharesPanel(pages());
-  m_finishPage = new FinishPanel(pages());
+  m_pages = StartupPages(pages(), *m_records);
   int number = 0;
-  for (GUIPanel* page : std::initializer_list<GUIPanel*>{m_introPage, m_choosePage, m_moneyPage, m_loopPage,
-                                                         m_buyPage, m_dividendPage, m_sellPage, m_finishPage})
+  for (GUIPanel* page : m_pages.all())
     registerPage(page, number++);
   m_entries = new RecordedEntries(besidePages());
 }
@@ -75,7 +59,7 @@ std::unique_ptr<SharePortfolioUser> StartupWizard::takePortfolio() {
 // ---- Buttons ----
 
 long StartupWizard::onNext(FXObject* sender, FXSelector selector, void* data) {
-  if (currentPage() == m_introPage)
+  if (currentPage() == m_pages.intro)
     return Wizard::onNext(sender, selector, data);
   return guardedHandler(u"Wizard::onNext failed.", [this] {
     if (!currentPage()->validate())
@@ -97,7 +81,7 @@ long StartupWizard::onNext(FXObject* sender, FXSelector selector, void* data) {
 long StartupWizard::onBack(FXObject* sender, FXSelector selector, void* data) {
   return guardedHandler(u"Wizard::onBack failed.", [&] {
     backButton()->disable();
-    rememberUnrecorded();
+    rememberTypedEntry();
     restore(m_before);
     Wizard::onBack(sender, selector, data);
     makeRecordCurrentFor(currentPage());
@@ -107,7 +91,7 @@ long StartupWizard::onBack(FXObject* sender, FXSelector selector, void* data) {
 }
 
 long StartupWizard::onCancel(FXObject* sender, FXSelector selector, void* data) {
-  // The window itself cancels what stands in the way of the program's end, and nobody may be there to ask.
+  // The main window cancels open dialogs when the program ends; there may be no user to ask then.
   const bool programEnds = sender == &MainWindow::Instance();
   bool mayLeave = true;
   guardedHandler(u"Wizard::onCancel failed.", [&] {
@@ -136,36 +120,36 @@ StartupWizard::State StartupWizard::state() const {
   if (m_portfolio)
     now.records = std::make_unique<XMLSharePortfolio>(*m_portfolio);
   now.stage = m_stage;
-  now.startDate = m_startDate;
-  now.sectionFinished = m_loopPage->isFinished();
+  now.startDate = m_recording.startDate();
+  now.sectionFinished = m_pages.loop->isFinished();
   return now;
 }
 
 void StartupWizard::restore(const State& before) {
   m_stage = before.stage;
-  m_startDate = before.startDate;
+  m_recording.setStartDate(before.startDate);
   if (!before.records) {
     dropPortfolio();
-  } else if (before.page == m_loopPage) {
+  } else if (before.page == m_pages.loop) {
     // That page recorded nothing, and what came after it (an answer on a share split) stays.
     showSection();
-    m_loopPage->setFinished(before.sectionFinished);
+    m_pages.loop->setFinished(before.sectionFinished);
   } else {
     *m_portfolio = *before.records;
-    forgetDays();
+    dropComputedDays();
   }
 }
 
-void StartupWizard::rememberUnrecorded() {
-  if (currentPage() == m_moneyPage || currentPage() == entryPage())
-    m_unrecorded = {currentPage(), m_stage};
+void StartupWizard::rememberTypedEntry() {
+  if (currentPage() == m_pages.money || currentPage() == m_pages.entryPage(m_stage))
+    m_typedEntry = {currentPage(), m_stage};
 }
 
-bool StartupWizard::takesUpUnrecorded(const GUIPanel* page) {
-  if (!m_unrecorded || m_unrecorded->page != page)
+bool StartupWizard::showsTypedEntry(const GUIPanel* page) {
+  if (!m_typedEntry || m_typedEntry->page != page)
     return false;
-  const bool sameStage = m_unrecorded->stage == m_stage;
-  m_unrecorded.reset();
+  const bool sameStage = m_typedEntry->stage == m_stage;
+  m_typedEntry.reset();
   return sameStage;
 }
 
@@ -173,27 +157,23 @@ bool StartupWizard::takesUpUnrecorded(const GUIPanel* page) {
 
 void StartupWizard::makePortfolio() {
   m_portfolio = &m_records->portfolios().add();
-  m_portfolio->setPortfolioName(m_choosePage->name());
+  m_portfolio->setPortfolioName(m_pages.choose->name());
   m_user = std::make_unique<SharePortfolioUser>(*m_portfolio, gatewayPrices());
-  forgetDays(); // a file that lies on disk under the name holds those of other records
-  m_buyPage->setPortfolio(m_user.get());
-  m_dividendPage->setPortfolio(m_user.get());
-  m_sellPage->setPortfolio(m_user.get());
+  dropComputedDays(); // a file of that name may hold those of other records
+  m_pages.setPortfolio(m_user.get());
 }
 
-/// What refers goes before what it refers to.
+/// The pages and the user refer to the records, so they go first.
 void StartupWizard::dropPortfolio() {
   if (!m_portfolio)
     return;
-  m_buyPage->setPortfolio(nullptr);
-  m_dividendPage->setPortfolio(nullptr);
-  m_sellPage->setPortfolio(nullptr);
+  m_pages.setPortfolio(nullptr);
   m_user.reset();
   m_records->portfolios().remove(*m_portfolio);
   m_portfolio = nullptr;
 }
 
-void StartupWizard::forgetDays() {
+void StartupWizard::dropComputedDays() {
   SharePortfolioCapitalRecordUser& record = m_user->capitalRecord();
   record.recordsChangedFrom(record.firstRecordDate());
 }
@@ -203,15 +183,15 @@ void StartupWizard::forgetDays() {
 /// Records the page and shows the next one; false to stay.
 bool StartupWizard::leavePage() {
   const GUIPanel* page = currentPage();
-  if (page == m_choosePage) {
+  if (page == m_pages.choose) {
     makePortfolio();
-    showEntryPage(m_moneyPage, u"Starting Cash",
+    showEntryPage(m_pages.money, u"Starting Cash",
                   u"Please enter the value of the cash reserve\n"
                   u"and the portfolio start date for when it was valid.");
-  } else if (page == m_loopPage) {
+  } else if (page == m_pages.loop) {
     leaveLoopPage();
   } else {
-    if (!record(page))
+    if (!m_recording.record(page, m_stage, *m_user))
       return false;
     showLoopPage();
   }
@@ -219,14 +199,14 @@ bool StartupWizard::leavePage() {
 }
 
 void StartupWizard::leaveLoopPage() {
-  if (!m_loopPage->isFinished()) {
+  if (!m_pages.loop->isFinished()) {
     const StartupStageTexts& texts = startupStageTexts(m_stage);
-    showEntryPage(entryPage(), texts.entryTitle, texts.entryDescription);
+    showEntryPage(m_pages.entryPage(m_stage), texts.entryTitle, texts.entryDescription);
   } else if (nextStage() < STAGE_COUNT) {
     m_stage = nextStage();
     showLoopPage();
   } else {
-    setToPage(m_finishPage);
+    setToPage(m_pages.finish);
     setFinalPage();
   }
 }
@@ -239,57 +219,29 @@ int StartupWizard::nextStage() const {
 
 void StartupWizard::showSection() {
   const StartupStageTexts& texts = startupStageTexts(m_stage);
-  m_loopPage->showSection(texts.title, texts.text, texts.question, texts.help);
+  m_pages.loop->showSection(texts.title, texts.text, texts.question, texts.help);
 }
 
 void StartupWizard::showLoopPage() {
   showSection();
-  m_loopPage->setFinished(false);
-  setToPage(m_loopPage);
+  m_pages.loop->setFinished(false);
+  setToPage(m_pages.loop);
 }
 
-GUIPanel* StartupWizard::entryPage() const {
-  switch (m_stage) {
-  case STAGE_HELD:
-  case STAGE_BOUGHT:
-    return m_buyPage;
-  case STAGE_DIVIDENDS:
-    return m_dividendPage;
-  case STAGE_SOLD:
-    return m_sellPage;
-  default:
-    return m_moneyPage;
-  }
-}
-
-/// What the user typed there and left by "< Back" stands there again.
+/// An entry that was typed there and left by "< Back" is kept.
 void StartupWizard::showEntryPage(GUIPanel* page, const String& title, const String& description) {
   page->setTexts(title, description);
-  m_moneyPage->allowZero(m_stage == STAGE_HELD);
+  m_pages.money->allowZero(m_stage == STAGE_HELD);
   makeRecordCurrentFor(page);
-  if (!takesUpUnrecorded(page))
-    resetEntry(page);
+  if (!showsTypedEntry(page))
+    m_pages.resetEntry(page, m_stage, m_recording.startDate());
   setToPage(page);
-}
-
-void StartupWizard::resetEntry(const GUIPanel* page) {
-  if (page == m_moneyPage)
-    m_moneyPage->reset();
-  else if (page == m_buyPage) {
-    m_buyPage->reset();
-    m_buyPage->setPaidFromCash(m_stage != STAGE_HELD);
-    if (m_stage == STAGE_HELD)
-      m_buyPage->setDate(m_startDate);
-  } else if (page == m_dividendPage)
-    m_dividendPage->reset();
-  else
-    m_sellPage->reset();
 }
 
 /// The forms for dividends and sales look at what was held on a day. A failure is told, and tried again with
 /// the next entry.
 void StartupWizard::makeRecordCurrentFor(const GUIPanel* page) {
-  if (page != m_dividendPage && page != m_sellPage)
+  if (page != m_pages.dividend && page != m_pages.sell)
     return;
   try {
     updateCapitalRecord(*m_user);
@@ -297,91 +249,6 @@ void StartupWizard::makeRecordCurrentFor(const GUIPanel* page) {
     MainWindow::reportException(u"There was a problem refreshing your capital records.", failure);
   }
   setFocus(); // the window that showed the progress has had the keyboard
-}
-
-// ---- The records ----
-
-bool StartupWizard::record(const GUIPanel* page) {
-  if (page == m_buyPage)
-    return recordPurchase();
-  if (page == m_dividendPage)
-    return recordDividend();
-  if (page == m_sellPage)
-    return recordSale();
-  recordCash();
-  return true;
-}
-
-void StartupWizard::recordCash() {
-  const Date date = m_moneyPage->date();
-  const double value = m_moneyPage->value();
-  const String text = m_moneyPage->text();
-  if (m_stage == STAGE_HELD)
-    m_startDate = date;
-  if (m_stage == STAGE_INTEREST)
-    m_user->creditCash(date, value, CASH_EVENT_INTEREST, u"INTEREST " + text);
-  else if (m_stage == STAGE_WITHDRAWALS)
-    m_user->debitCash(date, value, CASH_EVENT_WITHDRAWAL, u"WITHDRAWAL " + text);
-  else
-    m_user->creditCash(date, value, CASH_EVENT_DEPOSIT, u"DEPOSIT " + text);
-}
-
-bool StartupWizard::recordPurchase() {
-  const BuySharesPanel& form = *m_buyPage;
-  const Date date = form.date();
-  const bool beforeStart = date < m_startDate;
-  if (m_stage == STAGE_HELD && date > m_startDate) {
-    MainWindow::error(u"You specified a buy date of " + localText(date) +
-                      u",\nwhich is after your portfolio start date, " + localText(m_startDate) +
-                      u".\nShares bought since then are entered in the next section.");
-    m_buyPage->focusDate();
-    return false;
-  }
-  if (m_stage == STAGE_BOUGHT && !beforeStart) {
-    m_user->buyShares(form.code(), form.trade());
-    return true;
-  }
-  if (m_stage == STAGE_BOUGHT &&
-      MainWindow::question(u"You specified a buy date of " + localText(date) +
-                           u",\nwhich is before your portfolio start date, " + localText(m_startDate) +
-                           u".\nDo you want to re enter the date for this? If you don't\n"
-                           u"the stock will be added as portfolio starting stock.")) {
-    m_buyPage->focusDate();
-    return false;
-  }
-  m_user->addBuyEvent(form.code(), form.trade());
-  return true;
-}
-
-bool StartupWizard::recordDividend() {
-  const ReceiveDividendsPanel& form = *m_dividendPage;
-  const Date date = form.date();
-  if (date < m_startDate) {
-    MainWindow::error(u"You specified a dividend date of " + localText(date) +
-                      u",\nwhich is before your portfolio start date, " + localText(m_startDate) +
-                      u".\nPlease re-enter the date for this, or cancel the dividend\n"
-                      u"as it won't affect your portfolio.");
-    m_dividendPage->focusDate();
-    return false;
-  }
-  m_user->receiveDividend(form.entry());
-  return true;
-}
-
-bool StartupWizard::recordSale() {
-  const SellSharesPanel& form = *m_sellPage;
-  const Date date = form.date();
-  if (date < m_startDate) {
-    // The message names the day of the other form; it has always done so.
-    MainWindow::error(u"You specified a sell date of " + m_dividendPage->shownDate() +
-                      u",\nwhich is before your portfolio start date, " + localText(m_startDate) +
-                      u".\nPlease re-enter the date for this, or cancel the sale\n"
-                      u"as it won't affect your portfolio.");
-    m_sellPage->focusDate();
-    return false;
-  }
-  m_user->sellShares(form.code(), form.trade(), true);
-  return true;
 }
 
 } // namespace Tallymoor

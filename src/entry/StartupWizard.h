@@ -1,4 +1,6 @@
 #pragma once
+#include "entry/StartupPages.h"
+#include "entry/StartupRecording.h"
 #include "foundation/Date.h"
 #include "widgets/Wizard.h"
 #include <memory>
@@ -6,15 +8,7 @@
 
 namespace Tallymoor {
 
-class BuySharesPanel;
-class ChoosePortfolioPanel;
-class FinishPanel;
-class GetFloatPanel;
-class IntroPanel;
-class LoopControlPanel;
-class ReceiveDividendsPanel;
 class RecordedEntries;
-class SellSharesPanel;
 class SharePortfolioUser;
 class XMLPortfolios;
 class XMLSharePortfolio;
@@ -40,7 +34,7 @@ public:
   long onNext(FXObject*, FXSelector, void*) override;
   /// One page back, and no further until the next "Next >".
   long onBack(FXObject*, FXSelector, void*) override;
-  /// The list of what was recorded gives way where the screen is narrow.
+  /// The list of what was recorded gets narrower on a small screen.
   void create() override;
 
 protected:
@@ -56,7 +50,7 @@ private:
     bool sectionFinished = false;
   };
   /// An entry that was typed and left by "< Back".
-  struct Unrecorded {
+  struct TypedEntry {
     GUIPanel* page;
     int stage;
   };
@@ -65,46 +59,31 @@ private:
 
   State state() const;
   void restore(const State& before);
-  void rememberUnrecorded();
-  bool takesUpUnrecorded(const GUIPanel* page);
+  void rememberTypedEntry();
+  bool showsTypedEntry(const GUIPanel* page);
 
   bool mayDropEntries() const;
   void makePortfolio();
   void dropPortfolio();
-  void forgetDays();
+  void dropComputedDays();
 
   bool leavePage();
   void leaveLoopPage();
   int nextStage() const;
   void showSection();
   void showLoopPage();
-  GUIPanel* entryPage() const;
   void showEntryPage(GUIPanel* page, const String& title, const String& description);
-  void resetEntry(const GUIPanel* page);
   void makeRecordCurrentFor(const GUIPanel* page);
 
-  bool record(const GUIPanel* page);
-  void recordCash();
-  bool recordPurchase();
-  bool recordDividend();
-  bool recordSale();
-
-  ChoosePortfolioPanel* m_choosePage = nullptr;
-  IntroPanel* m_introPage = nullptr;
-  GetFloatPanel* m_moneyPage = nullptr;
-  BuySharesPanel* m_buyPage = nullptr;
-  LoopControlPanel* m_loopPage = nullptr;
-  ReceiveDividendsPanel* m_dividendPage = nullptr;
-  SellSharesPanel* m_sellPage = nullptr;
-  FinishPanel* m_finishPage = nullptr;
+  StartupPages m_pages;
+  StartupRecording m_recording{m_pages};
   RecordedEntries* m_entries = nullptr;
   int m_stage = 0; ///< a StartupStage
-  Date m_startDate;
   std::unique_ptr<SharePortfolioUser> m_user;
   XMLSharePortfolio* m_portfolio = nullptr; ///< stands in the records
   XMLPortfolios* m_records = nullptr;
   State m_before;
-  std::optional<Unrecorded> m_unrecorded;
+  std::optional<TypedEntry> m_typedEntry;
 };
 
 } // namespace Tallymoor

@@ -108,7 +108,7 @@ void TradePanel::proposeKnownPrice() {
 void TradePanel::forgetProposedPrice() {
   if (isPriceProposed())
     proposePrice({});
-  m_priceNote->setText(FXString()); // nobody has looked
+  m_priceNote->setText(FXString()); // no price was looked for
 }
 
 bool TradePanel::isPriceProposed() const {

@@ -54,7 +54,7 @@ void AdvertThread::threadFunction() {
   runPass();
 }
 
-/// Whoever has gone offline wants no request to leave the machine.
+/// No request leaves the machine while the user is offline.
 bool AdvertThread::mayFetch() {
   const BackgroundPassScope scope;
   return m_pending.image.empty() && TallymoorInternet::exists() && TallymoorInternet::Instance().isOnline();

@@ -27,8 +27,8 @@ struct PendingAdvert {
 };
 
 /// The background thread that fetches an advert every two minutes, as long as none is waiting to be shown
-/// and the user is online. The network is used with no lock. Failures are nobody's business: the next pass
-/// comes.
+/// and the user is online. The network is used without a lock. Failures are not reported: the next pass
+/// tries again.
 class AdvertThread : public Thread {
 public:
   /// Starts at once, unless adverts are not wanted. What it fetches goes into the pending advert, which

@@ -11,8 +11,8 @@
 #include "foundation/XmlLibrary.h"
 #include "market/TallymoorInternet.h"
 #include "shell/TallymoorWindow.h"
+#include "updates/UpdateFolders.h"
 #include "updates/UpdateHandover.h"
-#include "updates/Updates.h"
 #include "widgets/ToolkitText.h"
 #include "xml/CountryOfResidence.h"
 #include <fx.h>

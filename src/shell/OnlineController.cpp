@@ -99,7 +99,7 @@ void OnlineController::show() {
     abortBackgroundFetches();
 }
 
-/// Who has gone offline wants no request to go on, whatever it is for.
+/// While the user is offline, no request goes on.
 void OnlineController::abortBackgroundFetches() {
   m_window.programUpdater().connectionIsGone();
   if (AdvertThread* thread = m_window.advertThread())

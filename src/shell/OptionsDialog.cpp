@@ -42,7 +42,7 @@ constexpr int REAL_DECIMALS = 2;
 constexpr FXint FIELD_COLUMNS = 10;
 constexpr int MOST_TRAY_ENTRIES_IN_VIEW = 10;
 
-/// A whole number from the field, 0 for what is none, no more than the limit.
+/// The whole number in the field: 0 if there is none, and at most the limit.
 std::uint32_t wholeNumber(const NumberField& field, std::uint32_t limit) {
   const double value = field.value();
   if (!(value >= 1.0))
@@ -50,7 +50,7 @@ std::uint32_t wholeNumber(const NumberField& field, std::uint32_t limit) {
   return value >= limit ? limit : static_cast<std::uint32_t>(value);
 }
 
-/// The field shows two decimals only: a value that nobody has touched keeps all that it has.
+/// The field shows two decimals only: a value that was not edited keeps its others.
 double realNumber(const NumberField& field, double shown) {
   return showsTheSame(field.value(), shown, REAL_DECIMALS) ? shown : field.value();
 }

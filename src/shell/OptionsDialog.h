@@ -10,8 +10,8 @@ class FormTextField;
 class NumberField;
 
 /// All settings of the program on three pages, and the upkeep of caches and capital records. Settings are
-/// taken when the user accepts; what the buttons of the third page do is done at once. Whoever ran the dialog
-/// refreshes the views afterwards, however it was left.
+/// taken when the user accepts; what the buttons of the third page do is done at once. The caller
+/// refreshes the views afterwards, whether the dialog was accepted or not.
 class OptionsDialog : public Dialog {
   FXDECLARE(OptionsDialog)
 public:

@@ -4,7 +4,7 @@
 #include "foundation/RunTimeSettings.h"
 #include "foundation/UserInteraction.h"
 #include "market/TallymoorInternet.h"
-#include "updates/Updates.h"
+#include "updates/UpdateSearch.h"
 #include "xml/CountryOfResidence.h"
 #include <exception>
 
@@ -157,8 +157,8 @@ void ProgramUpdater::waitForConnection() {
     wakeUp();
 }
 
-/// Once the download has ended nothing of this is skipped when the program is told to end, except that nobody
-/// is told.
+/// When the program is told to end after the download, all of this is still done, but the user gets no
+/// message.
 void ProgramUpdater::install(Updates& updates, UpdatesFound& found) {
   const bool programFiles = updates.installBinaryUpdates();
   const bool documents = updates.installConfigUpdates();

@@ -9,9 +9,9 @@ namespace Tallymoor {
 class Updates;
 struct UpdatesFound;
 
-/// The background thread that looks for updates every three hours and tells of them, and that downloads and
-/// installs them when it was asked to. The network is used with no lock; what the user is told, and the
-/// reload of what was installed, are short stretches under the big mutex. It starts in its construction; the
+/// The background thread that looks for updates every three hours, tells the user, and downloads and
+/// installs them on request. It uses the network without a lock; messages to the user and the
+/// reload of installed documents are short stretches under the big mutex. It starts in its constructor; the
 /// first pass comes after the start delay.
 class ProgramUpdater : public Thread {
 public:
@@ -23,8 +23,8 @@ public:
   void requestDownload();
   /// The user is online again: a download that waits for that begins.
   void connectionIsBack();
-  /// The user has gone offline: what is being fetched is aborted. Nobody is told, and a download that was
-  /// asked for waits until the connection is back.
+  /// The user has gone offline: what is being fetched is aborted without a message, and a requested
+  /// download waits until the connection is back.
   void connectionIsGone() { abortPass(); }
   /// One pass on the calling thread, which must not hold the big mutex. Throws nothing.
   void runPass();

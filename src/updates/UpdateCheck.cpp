@@ -5,7 +5,7 @@
 #include "foundation/UserInteraction.h"
 #include "market/TallymoorInternet.h"
 #include "updates/ProgramUpdater.h"
-#include "updates/Updates.h"
+#include "updates/UpdateSearch.h"
 #include <array>
 #include <chrono>
 #include <filesystem>

@@ -32,7 +32,7 @@ std::vector<std::string> waitingFiles() {
   return names;
 }
 
-/// A file of this user or of root, no link, that nobody else can write to.
+/// A file of this user or of root, not a link, that no other user can write to.
 bool isSafeFile(const fs::path& path) {
   struct stat info {};
   return ::lstat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode) &&

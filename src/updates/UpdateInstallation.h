@@ -20,7 +20,7 @@ public:
 /// and the old one goes. A file goes on waiting until all of this is done: when the installer is killed, the
 /// next start of the program lets it finish.
 ///
-/// That the files are genuine was found out before they were put there; here it is made sure that nobody else
+/// The files were checked for being genuine before they were put there; here it is checked that no other user
 /// can have put them there.
 class UpdateInstallation {
 public:

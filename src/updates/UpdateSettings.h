@@ -16,9 +16,9 @@ struct UpdateSettings {
   std::uint32_t startDelay = 30000; ///< milliseconds before the first look
   std::uint32_t period = 10800000;  ///< milliseconds between looks: three hours
 
-  /// True for a service on this machine, as one has it for trying: nobody else can answer in its place.
+  /// True for a service on this machine, for trying: nothing else can answer in its place.
   bool isServiceLocal() const;
-  /// True when nobody on the way to the service can answer in its place.
+  /// True if nothing on the way to the service can answer in its place.
   bool isServiceSafe() const;
 
   /// What the build was configured with (TALLYMOOR_UPDATE_SERVICE and TALLYMOOR_UPDATE_KEY).

@@ -1,12 +1,11 @@
 #pragma once
-#include "foundation/Exception.h"
-#include "foundation/FileVersion.h"
 #include "updates/StagingFolder.h"
+#include "updates/UpdateService.h"
 #include "updates/UpdateSettings.h"
+#include "updates/UpdatesFixed.h"
 #include "xml/SmallDocuments.h"
 #include <array>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <stop_token>
 #include <string>
@@ -14,21 +13,7 @@
 
 namespace Tallymoor {
 
-class HTTPClient;
-
-/// This copy of the program can't have its own files replaced. The message says why; documents are not
-/// concerned.
-class ProgramFilesFixed : public Exception {
-public:
-  using Exception::Exception;
-};
-
-/// This copy of the program could not tell genuine documents from others, so it takes none. The message says
-/// why.
-class DocumentsFixed : public Exception {
-public:
-  using Exception::Exception;
-};
+struct LocalProgramFile;
 
 /// One look at the update service. It keeps two tracks apart: the five documents that the program reads, and
 /// the program's own files. Made for one pass and used by one thread.
@@ -44,16 +29,12 @@ public:
 /// it or, where that folder is not ours to write or belongs to a package, in one of the user's.
 class Updates {
 public:
-  // The largest replies that are taken, in bytes.
-  static constexpr std::size_t LIST_LIMIT = 1024 * 1024;
-  static constexpr std::size_t DOCUMENT_LIMIT = 10 * 1024 * 1024;
-  static constexpr std::size_t SIGNATURE_LIMIT = 4096;
+  static constexpr std::size_t DOCUMENT_LIMIT = 10 * 1024 * 1024; ///< of one that is taken, in bytes
 
   /// Makes the folder "./updates" where there is none and it may be made, and reads the versions of the local
   /// documents. One that is missing or can't be read has version 0, so that any update mends it.
   /// Every fetch ends with a failure when the token's stop is requested.
   explicit Updates(const UpdateSettings& settings = UpdateSettings::current(), std::stop_token stop = {});
-  ~Updates();
   Updates(const Updates&) = delete;
   Updates& operator=(const Updates&) = delete;
 
@@ -94,42 +75,20 @@ private:
 
   static LocalDocument localDocument(const String& folder, const String& fileName,
                                      XMLElement::Factory newRoot);
-  std::vector<std::uint8_t> fetch(const String& fileName, std::size_t limit);
-  /// The reply to BINARY_UPDATES_FILE or CONFIG_UPDATES_FILE.
-  std::unique_ptr<XMLVersionsAvailable> fetchOffered(const String& listName);
   const StagingFolder& staging();
-  std::vector<std::uint8_t> fetchSignature(const String& fileName);
   void downloadSigned(const String& fileName, std::size_t limit);
   void requireKnownDocuments() const;
   void downloadDocument(const LocalDocument& document);
   void checkLocators();
   void requireReplaceableProgramFiles() const;
-  void downloadProgramFile(const String& fileName, const String& localFile, const FileVersion& localVersion);
+  void downloadProgramFile(const String& fileName, const LocalProgramFile& local);
   void publishProgramFiles();
 
   const UpdateSettings m_settings;
-  const std::stop_token m_stop;
-  const std::unique_ptr<HTTPClient> m_client;
-  std::optional<HTTPException> m_connectFailure; ///< of the client; every fetch throws it
-  const std::string m_folder;                    ///< of the downloads, with a trailing separator
+  UpdateService m_service;
+  const std::string m_folder; ///< of the downloads, with a trailing separator
   std::array<LocalDocument, 5> m_documents;
   std::optional<StagingFolder> m_staging; ///< while a track downloads
 };
-
-/// For the start of the program, before it looks for waiting updates: removes what an interrupted download or
-/// installation left, and finishes what was found good, as documents that were to be put in place. What can't
-/// be done now is left for the next start. Changes nothing in a folder that others can write to.
-void finishInterruptedUpdates();
-
-/// What both tracks of the service have for this copy of the program.
-struct UpdatesFound {
-  bool any = false;
-  std::optional<DocumentsFixed> documentsFixed;       ///< why documents were not asked for
-  std::optional<ProgramFilesFixed> programFilesFixed; ///< why the program's files were not asked for
-  std::vector<Exception> failures;                    ///< at most one of each track
-};
-
-/// Goes through both tracks, documents first, and lets no track suffer from the other one.
-UpdatesFound lookForUpdates(Updates& updates, bool checkOnly);
 
 } // namespace Tallymoor

@@ -8,10 +8,10 @@ namespace Tallymoor {
 /// A form's field for a day, which is typed as people type dates (see TypedDate). When the keyboard leaves
 /// the field a text that is a date is written in the user's short form, so that he sees how it was read.
 ///
-/// When it has gone on to another widget of the form, and the text is another than when the target last
-/// heard of it, the target hears SEL_COMMAND. Not on the way out of the form (a button of the dialog, Escape,
-/// a page that is left): whoever leaves wants nothing fetched, and for OK the form's validate() looks itself.
-/// The form is what the field's row stands in.
+/// When the keyboard has moved to another widget of the form, and the text has changed since the target was
+/// last told, the target gets SEL_COMMAND. It gets none when the form is left (a button of the dialog,
+/// Escape, another page): then nothing must be fetched, and for OK the form's validate() checks the date.
+/// The form is the parent of the field's row.
 class DateField : public FormTextField {
   FXDECLARE(DateField)
 public:

@@ -23,7 +23,7 @@ void FormTextField::setText(const String& text) {
   FXTextField::setText(toFox(text));
   if (!m_readOnly)
     return;
-  // Nobody types at its end: a long text is read from its beginning.
+  // A read-only text is read from its beginning.
   setCursorPos(0);
   makePositionVisible(0);
 }

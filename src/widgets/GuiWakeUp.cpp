@@ -79,7 +79,7 @@ bool SignalHub::holds(const Handlers& handlers, const void* receiver) {
                      [receiver](const auto& entry) { return entry.first == receiver; });
 }
 
-/// Who is woken again by a handler is served at the next signal, after other events.
+/// A wake-up from within a handler is served at the next signal, after other events.
 void SignalHub::takeBatch() {
   const std::lock_guard lock(m_mutex);
   m_batch.insert(m_batch.end(), m_woken.begin(), m_woken.end());

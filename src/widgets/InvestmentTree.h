@@ -26,8 +26,8 @@ public:
   /// An empty page in the switcher, owned by the node that asked for it.
   FXVerticalFrame* createPage();
 
-  /// Who fills the tree is told before its nodes are updated, so that those there are no longer are not.
-  /// Empty for nobody.
+  /// Called before the nodes are updated, so that it can remove those that are obsolete. May be
+  /// empty.
   void setBeforeUpdate(std::function<void()> filler) { m_beforeUpdate = std::move(filler); }
   void updateItems() override;
   /// update on each root node, then shows the first one.

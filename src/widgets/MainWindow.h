@@ -10,7 +10,7 @@ namespace Tallymoor {
 class StatusTexts;
 class UserInteraction;
 
-/// The general layer of the program's one window: fonts, frames, status bar, message boxes, and the road out.
+/// The general layer of the program's one window: fonts, frames, status bar, message boxes, and the way out.
 /// It knows nothing of shares; the application's window derives from it. There is one at a time, reached by
 /// Instance().
 ///

@@ -13,9 +13,9 @@ struct MessageRoom {
 };
 
 /// The text with line ends that keep it within the room: a line breaks at its last blank that fits, a word
-/// that is wider than the room breaks anywhere but within a character. A line of more than 150 units breaks
-/// whatever the room, as nobody could follow it. Of a text with too many lines the middle is left out, which
-/// "…" stands for: what happened stands at its beginning, what is asked at its end.
+/// that is wider than the room breaks anywhere but within a character. A line of more than 150 units always
+/// breaks, since it would be hard to read. If there are too many lines, "…" replaces those in the middle:
+/// what happened stands at the beginning, what is asked at the end.
 String fittedMessage(const String& text, const MessageRoom& room);
 
 } // namespace Tallymoor

@@ -21,7 +21,7 @@ public:
   std::int32_t number() const { return getValue(); }
   /// True when a number is typed that lies beyond the limits.
   bool isBeyondLimits() const;
-  /// What was typed gives way, also when it counted as this number.
+  /// Replaces what was typed, even if it was read as this number.
   void setValue(FXint value, FXbool notify = FALSE) override;
   FXTextField* field() const { return textField; }
 

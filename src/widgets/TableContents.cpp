@@ -129,7 +129,7 @@ void TableContents::chooseVisibleColumns() {
   if (!m_sortFunction || sortColumn() >= 0)
     return;
   m_sortFunction = nullptr;
-  m_sortReversed = false; // nobody has asked for the keys the other way round
+  m_sortReversed = false; // the reversal was of the column
 }
 
 } // namespace Tallymoor

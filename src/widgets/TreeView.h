@@ -28,7 +28,7 @@ public:
 
   long onRightMouseUp(FXObject* sender, FXSelector selector, void* data);
   long onLeftMouseUp(FXObject* sender, FXSelector selector, void* data);
-  /// Who walks the tree by keys sees each node that he comes to; the menu key opens the node's popup.
+  /// A node reached by a key is scrolled into view; the menu key opens its popup.
   long onKeyPress(FXObject* sender, FXSelector selector, void* data);
 
 private:

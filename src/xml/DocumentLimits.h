@@ -11,7 +11,7 @@ namespace Tallymoor {
 /// refused for its size that the program wrote itself: records and capital records have no bound of their
 /// own.
 ///
-/// What holds for every document, whoever made it:
+/// For every document, whatever its origin:
 /// - An element's text has at most LONGEST_TEXT units, and an element MOST_ATTRIBUTES attributes.
 /// - Elements may outnumber bytes / BYTES_PER_ELEMENT only by FREE_ELEMENTS. Elements that exist without
 /// being

@@ -22,7 +22,7 @@ namespace {
 
 using xercesc::SAXException;
 
-/// Nobody's parse may begin before the library is ready, and the base class begins at once.
+/// The library must be ready before the base class is constructed.
 xercesc::MemoryManager* readyFor(ParserMemory& memory) {
   ensureXmlLibrary();
   return &memory;

@@ -12,7 +12,7 @@
 #include "session/ProfileFolders.h"
 #include "support/updates/TestUpdateService.h"
 #include "updates/UpdateHandover.h"
-#include "updates/Updates.h"
+#include "updates/UpdateFolders.h"
 #include <filesystem>
 #include <iostream>
 #include <unistd.h>

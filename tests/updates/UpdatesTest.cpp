@@ -159,7 +159,7 @@ TEST_F(UpdatesTest, AComponentWithoutMinorVersionInvalidatesTheList) {
 
 TEST_F(UpdatesTest, ListBeyondItsBoundIsRefused) {
   service().serve("configupdates.xml",
-                  "<VersionsAvailable>" + std::string(Updates::LIST_LIMIT, ' ') + "</VersionsAvailable>");
+                  "<VersionsAvailable>" + std::string(UpdateService::LIST_LIMIT, ' ') + "</VersionsAvailable>");
   EXPECT_TRUE(configFailure().startsWith(PROBLEM)) << configFailure().toUTF8();
 }
 
@@ -365,7 +365,7 @@ TEST_F(UpdatesTest, ProgramFileThatFailsIsRemovedWithTheOthersOfItsSet) {
        "the signature of Tallymoor.exe is wrong"},
       {"a signature for another name", good, service().signatureOf("UpdateInstaller.exe", good),
        "the signature of Tallymoor.exe is wrong"},
-      {"an endless signature", good, std::string(Updates::SIGNATURE_LIMIT + 1, 'x'),
+      {"an endless signature", good, std::string(UpdateService::SIGNATURE_LIMIT + 1, 'x'),
        "no signature for Tallymoor.exe"},
       {"an old file, signed in its day", old, service().signatureOf("Tallymoor.exe", old),
        "Tallymoor.exe is not newer than the local one"},

@@ -6,7 +6,8 @@
 #include "support/MarketFixture.h"
 #include "support/MessageOf.h"
 #include "support/updates/TestUpdateService.h"
-#include "updates/Updates.h"
+#include "updates/UpdateFolders.h"
+#include "updates/UpdateSearch.h"
 
 namespace Tallymoor {
 
