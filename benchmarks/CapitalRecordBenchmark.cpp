@@ -34,7 +34,7 @@ constexpr int SHARES = 30;
 constexpr int EVENTS = 2000;
 constexpr int DAYS = YEARS * 365 + YEARS / 4;
 constexpr int ROUNDS = 7;
-constexpr double REBUILD_LIMIT = 3.0;
+constexpr double REBUILD_LIMIT = 1.0;
 constexpr double GROWTH_LIMIT = 0.5;
 
 /// CPU time, which is least affected by other programs. All work is done on one thread.

@@ -1,1 +1,1 @@
-tallymoor_benchmark(XmlBenchmark SOURCES XmlBenchmark.cpp USES xml LINK Xerces::Xerces)
+tallymoor_benchmark(XmlBenchmark SOURCES XmlBenchmark.cpp USES books LINK Xerces::Xerces)

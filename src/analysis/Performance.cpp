@@ -116,6 +116,7 @@ PaidBrokerage::PaidBrokerage(const Portfolios& portfolios) {
         addPayment(sale.sold(), sale.sellBrokerage());
       }
   }
+  std::ranges::stable_sort(m_payments, {}, &Payment::day);
 }
 
 void PaidBrokerage::addPayment(const Date& day, double amount) {
@@ -125,9 +126,9 @@ void PaidBrokerage::addPayment(const Date& day, double amount) {
 
 double PaidBrokerage::within(const PerformanceSpan& span) const {
   double sum = 0.0;
-  for (const Payment& payment : m_payments)
-    if (payment.day >= span.start && payment.day <= span.end)
-      sum += payment.amount;
+  for (auto payment = std::ranges::lower_bound(m_payments, span.start, {}, &Payment::day);
+       payment != m_payments.end() && payment->day <= span.end; ++payment)
+    sum += payment->amount;
   return sum;
 }
 

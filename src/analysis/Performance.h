@@ -71,7 +71,7 @@ private:
   };
   void addPayment(const Date& day, double amount);
 
-  std::vector<Payment> m_payments; ///< in the order of the records
+  std::vector<Payment> m_payments; ///< by day
 };
 
 /// Brokerage paid from the span's first to its last day, both included, in percent of the capital on the

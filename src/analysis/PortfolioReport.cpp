@@ -121,11 +121,10 @@ void noteProvisionalDays(const Portfolios& portfolios, const ReportPeriod& perio
 /// One stock at the end of a period, like a row of the table of held shares. Figures that need a price are
 /// nothing without one.
 struct Holding {
-  Holding(const SharePortfolioUser& portfolio, const XMLElement& shareVal, const HeldOnDay& held,
+  Holding(const SharePortfolioUser& portfolio, const CapitalRecord::Holding& recorded, const HeldOnDay& held,
           const Date& day)
-      : code(textValue(shareVal, u"Code")), number(doubleValue(shareVal, u"Number")),
-        buyPrice(held.cost.averagePrice()), purchaseValue(held.cost.value),
-        daysHeld(day.daysSince(held.earliest)), comments(held.comments) {
+      : code(recorded.code), number(recorded.number), buyPrice(held.cost.averagePrice()),
+        purchaseValue(held.cost.value), daysHeld(day.daysSince(held.earliest)), comments(held.comments) {
     try {
       price = shownPrice(portfolio, code, day);
     } catch (const Exception&) {
@@ -152,13 +151,9 @@ std::vector<Holding> holdingsOn(const SharePortfolioUser& portfolio, const Date&
   std::vector<Holding> holdings;
   if (!portfolio.capitalRecord().hasDayCap(day))
     return holdings;
-  const XMLElement& record = portfolio.capitalRecord().dayCapFor(day);
-  for (std::size_t i = 0; i < record.numSubElements(u"ShareVals"); ++i) {
-    const XMLElement& shareVal = record.subElement(u"ShareVals", i);
-    if (const auto held =
-            heldOn(portfolio, textValue(shareVal, u"Code"), doubleValue(shareVal, u"Number"), day))
-      holdings.emplace_back(portfolio, shareVal, *held, day);
-  }
+  for (const CapitalRecord::Holding& recorded : portfolio.capitalRecord().holdingsOn(day))
+    if (const auto held = heldOn(portfolio, recorded.code, recorded.number, day))
+      holdings.emplace_back(portfolio, recorded, *held, day);
   std::stable_sort(holdings.begin(), holdings.end(),
                    [](const Holding& a, const Holding& b) { return a.code < b.code; });
   return holdings;

@@ -39,8 +39,8 @@ struct SharesAt;
 /// reserve are results. Used on the GUI thread, under the big mutex.
 class SharePortfolioUser {
 public:
-  /// The portfolio element and the prices must outlive this object. Reads the capital record under the
-  /// portfolio's name.
+  /// The portfolio element and the prices must outlive this object. The capital record is that of
+  /// the portfolio's name.
   SharePortfolioUser(XMLSharePortfolio& portfolio, MarketPrices& prices);
   ~SharePortfolioUser();
   SharePortfolioUser(const SharePortfolioUser&) = delete;

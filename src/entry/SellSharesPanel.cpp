@@ -32,16 +32,6 @@ String wholeHolding(double held) {
                                                                        : String::fromDouble(held, 4);
 }
 
-/// The stock on a day of the capital record; null when it was not held then.
-const XMLElement* holdingOn(const XMLElement& dayCap, const String& code) {
-  for (std::size_t i = 0; i < dayCap.numSubElements(u"ShareVals"); ++i) {
-    const XMLElement& shareVal = dayCap.subElement(u"ShareVals", i);
-    if (textValue(shareVal, u"Code") == code)
-      return &shareVal;
-  }
-  return nullptr;
-}
-
 } // namespace
 
 SellSharesPanel::SellSharesPanel(FXComposite* parent, const SharePortfolioUser* portfolio,
@@ -116,10 +106,10 @@ bool SellSharesPanel::checkHeldOnDate() const {
   const SharePortfolioCapitalRecordUser& record = m_portfolio->capitalRecord();
   if (!record.hasDayCap(date()))
     return refuse(*dateField(), u"No capital record for the sell date. Please refesh the capital record");
-  const XMLElement* holding = holdingOn(record.dayCapFor(date()), code());
+  const auto holding = record.holdingOn(code(), date());
   if (!holding)
     return refuse(*dateField(), u"No shares were held to sell on this date.");
-  return tenThousandths(doubleValue(*holding, u"Number")) >= tenThousandths(number()) ||
+  return tenThousandths(holding->number) >= tenThousandths(number()) ||
          refuse(*numberField(), u"Not enough shares were held to sell this much on this date.");
 }
 

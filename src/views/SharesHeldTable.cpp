@@ -105,11 +105,9 @@ void SharesHeldTable::fillWithShares() {
   releaseShares();
   setEmptyText(emptyText());
   const SharePortfolioCapitalRecordUser& record = portfolio().capitalRecord();
-  if (record.hasDayCap(Date())) {
-    const XMLElement& day = record.dayCapFor(Date());
-    for (std::size_t i = 0; i < day.numSubElements(u"ShareVals"); ++i)
-      addShareOfDay(day.subElement(u"ShareVals", i));
-  }
+  if (record.hasDayCap(Date()))
+    for (const CapitalRecord::Holding& holding : record.holdingsOn(Date()))
+      addShareOfDay(holding.code, holding.number);
   watchShares();
   rebuild();
   m_rowDataBefore.clear();
@@ -124,10 +122,10 @@ String SharesHeldTable::emptyText() const {
   return u"No shares are held.\nRecord a purchase by Portfolios, Buy Shares... (Ctrl+B).";
 }
 
-void SharesHeldTable::addShareOfDay(const XMLElement& shareVal) {
+void SharesHeldTable::addShareOfDay(const String& code, double number) {
   HeldShareRow share;
-  share.code = textValue(shareVal, u"Code");
-  share.numberOnDay = doubleValue(shareVal, u"Number");
+  share.code = code;
+  share.numberOnDay = number;
   share.heldShare = portfolio().findHeldShare(share.code);
   if (Date::hasFixedDate())
     if (auto ofThatDay = shareWithParcelsSoldSince(portfolio(), share.code, *share.numberOnDay, Date())) {

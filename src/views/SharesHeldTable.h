@@ -61,7 +61,7 @@ protected:
 private:
   void fillWithShares();
   String emptyText() const;
-  void addShareOfDay(const XMLElement& shareVal);
+  void addShareOfDay(const String& code, double number);
   void limitsEdited(const String& text, const HeldShareRow& share);
   void priceEdited(const String& text, const String& code);
 

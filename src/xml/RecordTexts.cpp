@@ -32,6 +32,11 @@ String recordedNumberText(double shares) {
 }
 
 bool hasFractionOfHundredths(const String& number) {
+  // Nearly all numbers are told by their length: the walk of the capital record asks this for every parcel.
+  const std::size_t point = number.find_first_not_of(u"0123456789");
+  if (point == String::npos || (number[point] == u'.' && number.size() <= point + 3 &&
+                                number.find_first_not_of(u"0123456789", point + 1) == String::npos))
+    return false;
   const double shares = number.toDouble();
   return !showsTheSame(shares, numberAt(shares, 2), 6);
 }

@@ -132,5 +132,90 @@ TEST_F(CapitalRecordFileTest, ANameLeadsToNoOtherFolder) {
   EXPECT_FALSE(capitalRecordFile(u"a/b") == capitalRecordFile(u"a%2Fb")) << "nor to another's record";
 }
 
+/// A record of yesterday and today in a file that has not been read since.
+class UnreadRecordTest : public CapitalRecordTest {
+protected:
+  UnreadRecordTest() {
+    user().addBuyEvent(u"ABC.AX", {m_yesterday, 10, 5, 0, u""});
+    setPrices(u"ABC.AX", Date(2026, 3, 1), m_today, 5);
+    update();
+    record().save();
+    reopen();
+  }
+};
+
+TEST_F(UnreadRecordTest, IsReadWhenADayIsFirstNeeded) {
+  EXPECT_FALSE(record().isModified());
+  record().save();
+  EXPECT_FALSE(record().isLoaded());
+  EXPECT_TRUE(record().hasDayCap(m_yesterday));
+  EXPECT_TRUE(record().isLoaded());
+  EXPECT_FALSE(record().isModified());
+}
+
+TEST_F(UnreadRecordTest, TakesOverThePricesThatCameBefore) {
+  record().currentPriceUpdated(u"ABC.AX", 6);
+  record().currentPriceUpdated(u"ABC.AX", 7);
+  record().historicalPriceChanged(u"ABC.AX", m_yesterday, 4);
+  m_profile.setToday(Date(2026, 3, 4)); // a price belongs to the day on which it came
+  EXPECT_FALSE(record().isLoaded());
+  EXPECT_EQ(dayOf(m_today), String(u"3/3/2026 cash 0.00; ABC.AX 10.00 x 7.00"));
+  EXPECT_EQ(dayOf(m_yesterday), String(u"2/3/2026 cash 0.00; ABC.AX 10.00 x 4.00"));
+  EXPECT_TRUE(record().isModified());
+}
+
+TEST_F(UnreadRecordTest, HasThePricesThatCameBeforeWritten) {
+  record().currentPriceUpdated(u"ABC.AX", 7);
+  EXPECT_TRUE(record().isModified());
+  record().save();
+  EXPECT_NE(TestProfile::readFile(file()).find("<Constant>7.00</Constant>"), std::string::npos);
+}
+
+TEST_F(UnreadRecordTest, IsNotModifiedByThePriceOfAStockThatIsNotHeld) {
+  record().currentPriceUpdated(u"DEF.AX", 7);
+  EXPECT_FALSE(record().isModified());
+}
+
+TEST_F(UnreadRecordTest, IsReadWhenThePricesOfYearsCome) {
+  for (int i = 2000; i >= 0; --i)
+    record().historicalPriceChanged(u"ABC.AX", m_yesterday.plusDays(-i), 4);
+  EXPECT_TRUE(record().isLoaded());
+  EXPECT_EQ(dayOf(m_yesterday), String(u"2/3/2026 cash 0.00; ABC.AX 10.00 x 4.00"));
+}
+
+TEST_F(UnreadRecordTest, IsRenamedWithItsDays) {
+  record().rename(u"Saving");
+  EXPECT_FALSE(TestProfile::fileExists(file()));
+  const std::string content = TestProfile::readFile(record().fileName());
+  EXPECT_NE(content.find("<String>Saving</String>"), std::string::npos);
+  EXPECT_NE(content.find("<Date>3/3/2026</Date>"), std::string::npos);
+}
+
+TEST_F(UnreadRecordTest, KeepsItsDaysWhenTheFileIsRemoved) {
+  record().removeFile();
+  EXPECT_TRUE(record().isModified());
+  EXPECT_TRUE(record().hasDayCap(m_yesterday));
+  record().save();
+  EXPECT_NE(TestProfile::readFile(file()).find("<Date>2/3/2026</Date>"), std::string::npos);
+}
+
+TEST_F(UnreadRecordTest, LosesTheDaysThatAChangeTouches) {
+  user().creditCash(m_today, 5, CASH_EVENT_DEPOSIT, u"");
+  EXPECT_TRUE(record().isModified());
+  EXPECT_TRUE(record().hasDayCap(m_yesterday));
+  EXPECT_FALSE(record().hasDayCap(m_today));
+}
+
+TEST_F(UnreadRecordTest, KeepsTheMarkOfDaysThatAreToBeComputedAgain) {
+  record().recomputeFrom(m_today);
+  EXPECT_TRUE(record().isModified());
+  EXPECT_TRUE(record().hasDayCap(m_today));
+  record().save();
+  EXPECT_NE(TestProfile::readFile(file()).find(" RecomputeFrom=\"3/3/2026\""), std::string::npos);
+  update();
+  record().save();
+  EXPECT_EQ(TestProfile::readFile(file()).find("RecomputeFrom"), std::string::npos);
+}
+
 } // namespace
 } // namespace Tallymoor
