@@ -4,8 +4,8 @@
 #include "books/SplitTerms.h"
 #include "foundation/Amounts.h"
 #include "foundation/LengthyFunctions.h"
-#include "foundation/UserInteraction.h"
-#include "market/TallymoorInternet.h"
+#include "market/HistoryPage.h"
+#include "market/MarketPrices.h"
 #include "xml/PortfolioRecords.h"
 #include <algorithm>
 #include <utility>
@@ -19,18 +19,12 @@ bool isDivided(const XMLParcel& parcel) {
   return hasFractionOfHundredths(parcel.numberText());
 }
 
-/// True when the user, or the end of the program, wants the walk to end.
-bool isCancelled(const Progress* progress) {
-  return (progress && progress->isCancelled()) ||
-         (UserInteraction::exists() && UserInteraction::Instance().isStopWanted());
-}
-
 } // namespace
 
 WalkedPortfolio::~WalkedPortfolio() = default;
 
-CapitalRecordWalk::CapitalRecordWalk(WalkedPortfolio& portfolio)
-    : m_portfolio(portfolio), m_cashTotal(moneyText(0.0)) {
+CapitalRecordWalk::CapitalRecordWalk(WalkedPortfolio& portfolio, MarketPrices& prices)
+    : m_portfolio(portfolio), m_prices(prices), m_cashTotal(moneyText(0.0)) {
   readCash();
   readParcels();
   std::stable_sort(m_changes.begin(), m_changes.end(),
@@ -168,21 +162,23 @@ std::vector<HistoryNeed> CapitalRecordWalk::pricesFrom(const Date& day) const {
   return needs;
 }
 
+bool CapitalRecordWalk::isCancelled(const Progress* progress) const {
+  return (progress && progress->isCancelled()) || m_portfolio.isStopWanted();
+}
+
 /// Has the prices of all stocks from the day on fetched when that of the stock is missing. False when it was
 /// cancelled.
 bool CapitalRecordWalk::fetchPrices(const Stock& stock, const Date& day, Progress* progress) const {
-  TallymoorInternet& gateway = TallymoorInternet::Instance();
-  return day >= Date::realToday() || !gateway.isToBeFetched(stock.code, day) ||
-         gateway.completeHistory(pricesFrom(day), progress);
+  return day >= Date::realToday() || !m_prices.isToBeFetched(stock.code, day) ||
+         m_prices.completeHistory(pricesFrom(day), progress);
 }
 
 void CapitalRecordWalk::announceFetch(Stock& stock, const Date& day, Progress* progress) {
   if (!progress)
     return;
-  TallymoorInternet& gateway = TallymoorInternet::Instance();
-  stock.historyKnown = stock.historyKnown || gateway.hasCachedHistory(stock.code);
+  stock.historyKnown = stock.historyKnown || m_prices.hasCachedHistory(stock.code);
   // A page is asked for again where the last one ends; the price of today comes with the current ones.
-  if (!stock.historyKnown || (day < Date::realToday() && !gateway.hasCachedPrice(stock.code, day)))
+  if (!stock.historyKnown || (day < Date::realToday() && !m_prices.hasCachedPrice(stock.code, day)))
     progress->setText(u"Retrieving historical prices for " + stock.code);
 }
 

@@ -9,6 +9,8 @@
 
 namespace Tallymoor {
 
+class HasLengthyFunctions;
+class MarketPrices;
 class Progress;
 struct HistoryNeed;
 class XMLParcel;
@@ -20,7 +22,8 @@ struct CheckedPrice {
   bool adjusted; ///< an answer has just been recorded, so numbers as of the day may have changed
 };
 
-/// The portfolio whose days are computed: its events, and the prices of its stocks.
+/// The portfolio whose days are computed: its events, the prices of its stocks, and what the user says of
+/// them meanwhile.
 class WalkedPortfolio {
 public:
   virtual ~WalkedPortfolio();
@@ -30,6 +33,11 @@ public:
   /// The day's price. A jump since the day before may be put to the user as a split; the answer is recorded
   /// on the parcels. Throws Exception when there is no price.
   virtual CheckedPrice checkPriceForSplit(const String& code, const Date& date) = 0;
+  /// Runs an update of many days, which the user may follow and cancel.
+  virtual void runLengthy(const String& caption, const String& heading, unsigned steps,
+                          HasLengthyFunctions& work, int argument) = 0;
+  /// True when the user, or the end of the program, wants the work under way to end.
+  virtual bool isStopWanted() const = 0;
 };
 
 /// The figures of a portfolio day by day, forward, as the capital record writes them.
@@ -52,7 +60,7 @@ public:
     PriceStanding standing;
   };
 
-  explicit CapitalRecordWalk(WalkedPortfolio& portfolio);
+  CapitalRecordWalk(WalkedPortfolio& portfolio, MarketPrices& prices);
   ~CapitalRecordWalk();
 
   // Days are asked for in rising order.
@@ -114,8 +122,10 @@ private:
   bool fetchPrices(const Stock& stock, const Date& day, Progress* progress) const;
   std::vector<HistoryNeed> pricesFrom(const Date& day) const;
   void announceFetch(Stock& stock, const Date& day, Progress* progress);
+  bool isCancelled(const Progress* progress) const;
 
   WalkedPortfolio& m_portfolio;
+  MarketPrices& m_prices;
   std::vector<CashEvent> m_cash; ///< in the order of the records
   std::vector<Date> m_cashDays;  ///< days with cash events, rising, each once
   std::size_t m_nextCashDay = 0;

@@ -2,8 +2,7 @@
 #include "books/CapitalRecordWalk.h"
 #include "foundation/Exception.h"
 #include "foundation/RunTimeSettings.h"
-#include "foundation/UserInteraction.h"
-#include "market/TallymoorInternet.h"
+#include "market/MarketPrices.h"
 #include <algorithm>
 
 namespace Tallymoor {
@@ -34,13 +33,13 @@ bool isOfAnotherMonth(const Date& day, const Date& before) {
 
 } // namespace
 
-SharePortfolioCapitalRecordUser::SharePortfolioCapitalRecordUser(const String& name) : CapitalRecord(name) {
-  TallymoorInternet::Instance().priceUpdater().addObserver(this, PriceUpdater::Rank::Records);
+SharePortfolioCapitalRecordUser::SharePortfolioCapitalRecordUser(const String& name, MarketPrices& prices)
+    : CapitalRecord(name), m_prices(prices) {
+  m_prices.addRecord(*this);
 }
 
 SharePortfolioCapitalRecordUser::~SharePortfolioCapitalRecordUser() {
-  if (TallymoorInternet::exists())
-    TallymoorInternet::Instance().priceUpdater().removeObserver(this);
+  m_prices.removeRecord(*this);
 }
 
 void SharePortfolioCapitalRecordUser::dropDaysAfterToday() {
@@ -77,9 +76,9 @@ void SharePortfolioCapitalRecordUser::updateDays(WalkedPortfolio& portfolio) {
   if (days < LONGEST_QUIET_UPDATE)
     updateTo(portfolio, nullptr);
   else
-    UserInteraction::Instance().runLengthy(u"Updating daily capital records for " + name(),
-                                           u"Updating daily capital records from portfolio records      ",
-                                           static_cast<unsigned>(days) / DAYS_OF_A_STEP, *this, UPDATE_WALK);
+    portfolio.runLengthy(u"Updating daily capital records for " + name(),
+                         u"Updating daily capital records from portfolio records      ",
+                         static_cast<unsigned>(days) / DAYS_OF_A_STEP, *this, UPDATE_WALK);
 }
 
 void SharePortfolioCapitalRecordUser::runLengthyFunction(Progress& progress, int argument) {
@@ -92,7 +91,7 @@ void SharePortfolioCapitalRecordUser::checkLastDayForSplits(WalkedPortfolio& por
   // A price that came in during the day replaced the day's without a question, since none may be asked then.
   if (!last || m_splitLook == SplitLook{*last, splitRatioDetect, reverseSplitRatioDetect})
     return;
-  const CapitalRecordWalk::SplitCheck found = CapitalRecordWalk(portfolio).checkForSplits(*last);
+  const CapitalRecordWalk::SplitCheck found = CapitalRecordWalk(portfolio, m_prices).checkForSplits(*last);
   if (found.adjusted)
     recordsChangedFrom(*last);
   else if (found.complete)
@@ -105,7 +104,7 @@ void SharePortfolioCapitalRecordUser::daysChanged(const Date& first, const Date&
 }
 
 void SharePortfolioCapitalRecordUser::updateTo(WalkedPortfolio& portfolio, Progress* progress) {
-  CapitalRecordWalk walk(portfolio);
+  CapitalRecordWalk walk(portfolio, m_prices);
   const Date today;
   Date before = nextDay(portfolio);
   for (Date day = before; day <= today; day.addDays(1)) {
@@ -145,19 +144,18 @@ bool SharePortfolioCapitalRecordUser::wantsHistory(const String& code) const {
   const auto unsettled = unsettledPrices().find(code);
   if (unsettled == unsettledPrices().end())
     return false;
-  TallymoorInternet& gateway = TallymoorInternet::Instance();
-  const HistoryRange recent = gateway.recentRange();
+  const HistoryRange recent = m_prices.recentRange();
   return std::any_of(unsettled->second.begin(), unsettled->second.end(), [&](const Date& day) {
     const std::optional<DayPrice> price = priceOn(code, day);
     // That of today comes with the current prices.
     return day < Date::realToday() && recent.contains(day) && price && isStandIn(price->standing) &&
-           !gateway.hasAnsweredFor(code, day);
+           !m_prices.hasAnsweredFor(code, day);
   });
 }
 
 void SharePortfolioCapitalRecordUser::historicalPriceChanged(const String& code, const Date& date,
                                                              double close) {
-  const std::optional<KnownClose> known = TallymoorInternet::Instance().closeOn(code, date);
+  const std::optional<KnownClose> known = m_prices.closeOn(code, date);
   setPrice(code, date, {close, known && known->isFinal ? PriceStanding::Final : PriceStanding::Open});
 }
 
@@ -177,9 +175,8 @@ void SharePortfolioCapitalRecordUser::settlePrices() {
 void SharePortfolioCapitalRecordUser::fetchUnsettled(const String& code, const std::set<Date>& days) {
   std::optional<Date> firstOpen;
   std::optional<Date> firstMissing, lastMissing;
-  TallymoorInternet& gateway = TallymoorInternet::Instance();
   for (const Date& day : days) {
-    const std::optional<KnownClose> known = gateway.closeOn(code, day);
+    const std::optional<KnownClose> known = m_prices.closeOn(code, day);
     if (known && !known->isFinal && !firstOpen && day < Date::realToday())
       firstOpen = day;
     if (known)
@@ -188,15 +185,15 @@ void SharePortfolioCapitalRecordUser::fetchUnsettled(const String& code, const s
     lastMissing = day;
   }
   if (firstMissing)
-    gateway.completeHistory(code, *firstMissing, *lastMissing);
+    m_prices.completeHistory(code, *firstMissing, *lastMissing);
   if (firstOpen)
-    gateway.refreshClosesFrom(code, *firstOpen);
+    m_prices.refreshClosesFrom(code, *firstOpen);
 }
 
 /// Takes over what the cache knows of the day; it may have been fetched while this record was not there to
 /// hear of it.
 void SharePortfolioCapitalRecordUser::settlePrice(const String& code, const Date& day) {
-  if (const std::optional<KnownClose> known = TallymoorInternet::Instance().closeOn(code, day))
+  if (const std::optional<KnownClose> known = m_prices.closeOn(code, day))
     if (known->isFinal || (priceOn(code, day) && isStandIn(priceOn(code, day)->standing)))
       historicalPriceChanged(code, day, known->close);
 }

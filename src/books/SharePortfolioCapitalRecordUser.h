@@ -6,6 +6,7 @@
 namespace Tallymoor {
 
 class CapitalRecordWalk;
+class MarketPrices;
 class WalkedPortfolio;
 
 /// The capital record of a portfolio, kept in step with its records and with the prices. The days are derived
@@ -24,8 +25,8 @@ class SharePortfolioCapitalRecordUser : public HasLengthyFunctions,
                                         public PriceUpdater::PricesObserver,
                                         public CapitalRecord {
 public:
-  /// Observes the prices.
-  explicit SharePortfolioCapitalRecordUser(const String& name);
+  /// Observes the prices, which must outlive it.
+  SharePortfolioCapitalRecordUser(const String& name, MarketPrices& prices);
   ~SharePortfolioCapitalRecordUser() override;
 
   /// Computes the missing days up to and including today; 15 days and more run under a progress dialog, which
@@ -62,9 +63,10 @@ private:
   void updateTo(WalkedPortfolio& portfolio, Progress* progress);
   bool computeDay(CapitalRecordWalk& walk, const Date& day, Progress* progress);
   void settlePrices();
-  static void fetchUnsettled(const String& code, const std::set<Date>& days);
+  void fetchUnsettled(const String& code, const std::set<Date>& days);
   void settlePrice(const String& code, const Date& day);
 
+  MarketPrices& m_prices;
   WalkedPortfolio* m_updating = nullptr; ///< set during an update
   std::optional<SplitLook> m_splitLook;  ///< that of the last day; none once one of its prices is another one
 };

@@ -6,7 +6,7 @@
 namespace Tallymoor {
 
 SharePortfolioUser::SharePortfolioUser(XMLSharePortfolio& portfolio, MarketPrices& prices)
-    : m_capitalRecord(portfolio.portfolioName()), m_holdings(portfolio), m_prices(m_holdings, prices),
+    : m_capitalRecord(portfolio.portfolioName(), prices), m_holdings(portfolio), m_prices(m_holdings, prices),
       m_index(portfolio, m_prices, prices), m_splits(m_holdings, m_prices, m_capitalRecord),
       m_cash(portfolio, m_capitalRecord), m_trades(m_holdings, m_cash, m_splits, m_capitalRecord),
       m_dividends(m_holdings, m_trades, m_cash, m_splits, m_capitalRecord) {}

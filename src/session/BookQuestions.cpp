@@ -61,6 +61,15 @@ CheckedPrice AskingPortfolio::checkPriceForSplit(const String& code, const Date&
   return {checked.price, true};
 }
 
+void AskingPortfolio::runLengthy(const String& caption, const String& heading, unsigned steps,
+                                 HasLengthyFunctions& work, int argument) {
+  UserInteraction::Instance().runLengthy(caption, heading, steps, work, argument);
+}
+
+bool AskingPortfolio::isStopWanted() const {
+  return UserInteraction::exists() && UserInteraction::Instance().isStopWanted();
+}
+
 void updateCapitalRecord(SharePortfolioUser& portfolio) {
   AskingPortfolio asking(portfolio);
   portfolio.capitalRecord().update(asking);

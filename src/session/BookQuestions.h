@@ -18,6 +18,9 @@ public:
   const XMLSharePortfolio& portfolio() const override;
   Date portfolioStartDate() const override;
   CheckedPrice checkPriceForSplit(const String& code, const Date& date) override;
+  void runLengthy(const String& caption, const String& heading, unsigned steps, HasLengthyFunctions& work,
+                  int argument) override;
+  bool isStopWanted() const override;
 
 private:
   SharePortfolioUser& m_portfolio;

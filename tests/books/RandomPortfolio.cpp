@@ -13,7 +13,7 @@ namespace Tallymoor {
 
 RandomPortfolio::RandomPortfolio(std::uint32_t seed)
     : m_user((m_portfolio.subElement(u"Name").setValue(u"Random"), m_portfolio), gatewayPrices()),
-      m_fresh(u"Fresh"), m_chance(seed) {}
+      m_fresh(u"Fresh", gatewayPrices()), m_chance(seed) {}
 
 void RandomPortfolio::setPrices() {
   for (int code = 0; code < CODES; ++code)

@@ -2,7 +2,7 @@
 // implementation.
 #include "TestPaths.h"
 #include "analysis/SaleFigures.h"
-#include "books/EngineTest.h"
+#include "books/BooksTest.h"
 #include "books/SequenceArguments.h"
 #include "books/SequenceFile.h"
 #include "foundation/Amounts.h"
@@ -24,7 +24,7 @@ Answer truth(bool value) {
 
 using Arguments = SequenceArguments;
 
-class SequenceTest : public EngineTest, public testing::WithParamInterface<Sequence> {
+class SequenceTest : public BooksTest, public testing::WithParamInterface<Sequence> {
 protected:
   using Operation = Answer (SequenceTest::*)(Arguments&);
 

@@ -297,7 +297,7 @@ TEST_F(CapitalRecordTest, PricesOfManyStocksAreFetchedAtOnceAndTheEndOfTheProgra
   update();
   EXPECT_EQ(numDays(Date(2026, 1, 12), m_today), 51u);
   EXPECT_TRUE(dayOf(m_yesterday).contains(u"H.AX 1.00 x 5.00"));
-  EXPECT_TRUE(m_interaction.calls(EngineInteraction::Kind::Question).empty());
+  EXPECT_TRUE(m_interaction.calls(BooksInteraction::Kind::Question).empty());
 }
 
 TEST_F(CapitalRecordTest, AnotherPageOfAHistoryIsAnnouncedToo) {

@@ -1,4 +1,4 @@
-#include "books/EngineTest.h"
+#include "books/BooksTest.h"
 #include "books/PortfolioEvents.h"
 #include "foundation/RunTimeSettings.h"
 #include "support/MessageOf.h"
@@ -6,7 +6,7 @@
 namespace Tallymoor {
 namespace {
 
-class CashTest : public EngineTest {};
+class CashTest : public BooksTest {};
 
 TEST_F(CashTest, CreditsAndDebitsAreStoredPositive) {
   user().creditCash(Date(2026, 1, 2), 12.345, CASH_EVENT_INTEREST, u"INTEREST bank");

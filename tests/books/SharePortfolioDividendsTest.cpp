@@ -1,12 +1,12 @@
 #include "analysis/FrankingCredit.h"
-#include "books/EngineTest.h"
+#include "books/BooksTest.h"
 #include "books/PortfolioEvents.h"
 #include "support/MessageOf.h"
 
 namespace Tallymoor {
 namespace {
 
-class DividendsTest : public EngineTest {
+class DividendsTest : public BooksTest {
 protected:
   XMLDividendEvent& dividend(std::size_t place = 0) { return m_portfolio.dividends()[place]; }
   std::size_t numDividends() { return m_portfolio.dividends().size(); }

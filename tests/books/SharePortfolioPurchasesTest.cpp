@@ -1,10 +1,10 @@
-#include "books/EngineTest.h"
+#include "books/BooksTest.h"
 #include "support/MessageOf.h"
 
 namespace Tallymoor {
 namespace {
 
-class PurchasesTest : public EngineTest {};
+class PurchasesTest : public BooksTest {};
 
 TEST_F(PurchasesTest, BuyingRecordsParcelAndCashEntry) {
   user().buyShares(u"ABC.AX", {Date(2026, 2, 1), 100, 12.34, 30, u"first"});

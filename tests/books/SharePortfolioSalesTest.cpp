@@ -1,13 +1,13 @@
 #include "analysis/SaleFigures.h"
+#include "books/BooksTest.h"
 #include "books/CashBalance.h"
-#include "books/EngineTest.h"
 #include "books/SaleDeletion.h"
 #include "support/MessageOf.h"
 
 namespace Tallymoor {
 namespace {
 
-class SalesTest : public EngineTest {
+class SalesTest : public BooksTest {
 protected:
   String saleText(const String& code, std::size_t place) {
     const auto& event = sale(code, place);
@@ -145,7 +145,7 @@ TEST_F(SalesTest, WhatASaleBringsInIsToldBeforehandToTheCent) {
         SCOPED_TRACE(price);
         XMLSharePortfolio copy;
         static_cast<XMLElement&>(copy) = user().portfolio();
-        SharePortfolioUser seller(copy, gatewayPrices());
+        SharePortfolioUser seller(copy, m_prices);
         const double told =
             seller.proceedsOfSale(u"ABC.AX", {m_today, number, price, 5, String()}, firstInFirstOut);
         seller.sellShares(u"ABC.AX", {m_today, number, price, 5, u""}, firstInFirstOut);

@@ -1,11 +1,11 @@
-#include "books/EngineTest.h"
+#include "books/BooksTest.h"
 #include "books/SplitTerms.h"
 #include "foundation/RunTimeSettings.h"
 
 namespace Tallymoor {
 namespace {
 
-class SplitsTest : public EngineTest {
+class SplitsTest : public BooksTest {
 protected:
   SharesAt asOf(const XMLBuyEvent& event, const Date& date) { return user().adjustedBuyEvent(event, date); }
   SharesAt soldAsOf(const XMLSellEvent& event, const Date& date) {

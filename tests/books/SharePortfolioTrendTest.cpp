@@ -1,4 +1,4 @@
-#include "books/EngineTest.h"
+#include "books/BooksTest.h"
 #include "foundation/Exception.h"
 #include <limits>
 
@@ -7,11 +7,11 @@ namespace {
 
 /// Today is Tuesday, 3 March 2026. With a period of 10, the recent days are 17 February to 2 March, and the
 /// days before them are 3 to 16 February.
-class TrendTest : public EngineTest {
+class TrendTest : public BooksTest {
 protected:
   TrendTest() { user().setComparisonIndex(u"^AORD"); }
 
-  static void setWeekdays(const Date& first, const Date& last, double close) {
+  void setWeekdays(const Date& first, const Date& last, double close) {
     for (Date day = first; day <= last; day.addDays(1))
       if (!day.isWeekend())
         setPrice(u"^AORD", day, close);
@@ -22,7 +22,7 @@ TEST_F(TrendTest, TwiceThePeriodOfWeekdaysBeforeTodayIsNeededAndNoMore) {
   setWeekdays(Date(2026, 2, 3), Date(2026, 3, 2), 4000);
   EXPECT_DOUBLE_EQ(user().computeIndexMovingAverage(10), 4000);
   // 22 weekdays are needed, but only 20 are available.
-  EXPECT_THROW(user().computeIndexMovingAverage(11), HTTPException);
+  EXPECT_THROW(user().computeIndexMovingAverage(11), Exception);
 }
 
 TEST_F(TrendTest, TodaysCloseAndThoseOfWeekendsPlayNoPart) {
@@ -66,15 +66,15 @@ TEST_F(TrendTest, APeriodOfOneDayIsYesterdaysClose) {
 TEST_F(TrendTest, ASecondRequestOnTheDayAsksForNoPrice) {
   setWeekdays(Date(2026, 2, 3), Date(2026, 3, 2), 4000);
   EXPECT_DOUBLE_EQ(user().indexMovingAverage(10), 4000);
-  gateway().clear();
+  m_prices.clear();
   EXPECT_DOUBLE_EQ(user().indexMovingAverage(10), 4000);
   EXPECT_DOUBLE_EQ(user().indexMovingAverage(10.7), 4000);
-  EXPECT_THROW(user().indexMovingAverage(5), HTTPException);
-  EXPECT_THROW(user().computeIndexMovingAverage(10), HTTPException);
+  EXPECT_THROW(user().indexMovingAverage(5), Exception);
+  EXPECT_THROW(user().computeIndexMovingAverage(10), Exception);
 }
 
 TEST_F(TrendTest, AFailureIsNotKept) {
-  EXPECT_THROW(user().indexMovingAverage(2), HTTPException);
+  EXPECT_THROW(user().indexMovingAverage(2), Exception);
   setWeekdays(Date(2026, 2, 3), Date(2026, 3, 2), 4000);
   EXPECT_DOUBLE_EQ(user().indexMovingAverage(2), 4000);
 }

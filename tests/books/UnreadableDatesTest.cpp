@@ -1,15 +1,15 @@
 #include "books/UnreadableDates.h"
-#include "books/EngineTest.h"
+#include "books/BooksTest.h"
 
 namespace Tallymoor {
 namespace {
 
-class UnreadableDatesTest : public EngineTest {
+class UnreadableDatesTest : public BooksTest {
 protected:
   UnreadableDatesTest() {
     XMLSharePortfolio& element = m_records.portfolios().add();
     element.setPortfolioName(u"Damaged");
-    m_damaged = std::make_unique<SharePortfolioUser>(element, gatewayPrices());
+    m_damaged = std::make_unique<SharePortfolioUser>(element, m_prices);
     for (const char16_t* code : {u"ABC.AX", u"DEF.AX"}) {
       m_damaged->addBuyEvent(code, {Date(2026, 3, 1), 10, 5, 0, u""});
       setPrices(code, Date(2026, 2, 1), m_today, 5);
@@ -35,7 +35,7 @@ protected:
     m_records.reset();
     m_records.decode(name);
     auto found = setAsideUnreadableDates(m_records);
-    m_damaged = std::make_unique<SharePortfolioUser>(m_records.portfolios()[0], gatewayPrices());
+    m_damaged = std::make_unique<SharePortfolioUser>(m_records.portfolios()[0], m_prices);
     return found;
   }
 

@@ -1,0 +1,63 @@
+#pragma once
+#include "foundation/Amounts.h"
+#include "foundation/Exception.h"
+#include "market/HistoryPage.h"
+#include "market/MarketPrices.h"
+#include <map>
+
+namespace Tallymoor {
+
+/// A market in memory: the closes that a test has set, and no others. Nothing is ever fetched.
+class MemoryPrices : public MarketPrices {
+public:
+  /// As if the user had typed it: final, and told to the records.
+  void set(const String& code, const Date& day, double close) {
+    double& known = m_closes[code][day];
+    const bool changed = known != close;
+    known = close;
+    if (changed)
+      for (PriceUpdater::PricesObserver* record : m_records)
+        record->historicalPriceChanged(code, day, close);
+  }
+  void clear() { m_closes.clear(); }
+
+  double latestPrice(const String& code) override { return historicalPrice(code, Date(), false); }
+  double historicalPrice(const String& code, const Date& date, bool) override {
+    if (const auto known = closeOn(code, date))
+      return known->close;
+    throw Exception(u"no price of " + code);
+  }
+  std::optional<KnownClose> closeOn(const String& code, const Date& day) override {
+    const auto& closes = m_closes[code];
+    const auto known = closes.find(day);
+    if (known == closes.end() || showsAsZero(known->second))
+      return std::nullopt;
+    return KnownClose{day, known->second, true};
+  }
+  std::optional<KnownClose> lastCloseBefore(const String& code, const Date& day) override {
+    const auto& closes = m_closes[code];
+    const auto after = closes.lower_bound(day);
+    if (after == closes.begin())
+      return std::nullopt;
+    const auto& [before, close] = *std::prev(after);
+    return KnownClose{before, close, true};
+  }
+  bool hasAnsweredFor(const String&, const Date&) override { return false; }
+
+  bool isToBeFetched(const String&, const Date&) override { return false; }
+  bool hasCachedHistory(const String& code) override { return !m_closes[code].empty(); }
+  bool hasCachedPrice(const String& code, const Date& day) override { return closeOn(code, day).has_value(); }
+  HistoryRange recentRange() override { return {Date().plusDays(-14), Date()}; }
+  void refreshClosesFrom(const String&, const Date&) override {}
+  void completeHistory(const String&, const Date&, const Date&) override {}
+  bool completeHistory(const std::vector<HistoryNeed>&, Progress*) override { return true; }
+
+  void addRecord(PriceUpdater::PricesObserver& record) override { m_records.push_back(&record); }
+  void removeRecord(PriceUpdater::PricesObserver& record) override { std::erase(m_records, &record); }
+
+private:
+  std::map<String, std::map<Date, double>> m_closes;
+  std::vector<PriceUpdater::PricesObserver*> m_records;
+};
+
+} // namespace Tallymoor
