@@ -4,6 +4,8 @@
 add_library(tallymoor_options INTERFACE)
 target_compile_options(tallymoor_options INTERFACE
   -Wall -Wextra -Werror -Wno-deprecated-enum-enum-conversion
+  # Clang, which builds the fuzz targets, checks the locks (foundation/ThreadSafety.h).
+  $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety>
   # When optimising, g++ 12 reports overlapping copies for concatenated and inserted standard strings (its bug
   # 105651).
   $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-restrict>)

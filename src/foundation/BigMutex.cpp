@@ -13,7 +13,7 @@ unsigned threadsWaitingForBigMutex() {
   return waiting;
 }
 
-void BigMutex::lock() {
+void BigMutex::lock() NO_THREAD_SAFETY_ANALYSIS {
   if (!m_mutex.try_lock()) {
     ++waiting;
     m_mutex.lock();
@@ -23,7 +23,7 @@ void BigMutex::lock() {
   ++m_depth;
 }
 
-void BigMutex::unlock() {
+void BigMutex::unlock() NO_THREAD_SAFETY_ANALYSIS {
   if (--m_depth == 0)
     m_owner.store(std::thread::id());
   m_mutex.unlock();
@@ -33,7 +33,7 @@ bool BigMutex::heldByThisThread() const {
   return m_owner.load() == std::this_thread::get_id();
 }
 
-unsigned BigMutex::releaseAll() {
+unsigned BigMutex::releaseAll() NO_THREAD_SAFETY_ANALYSIS {
   if (!heldByThisThread())
     return 0;
   const unsigned depth = m_depth;
@@ -42,7 +42,7 @@ unsigned BigMutex::releaseAll() {
   return depth;
 }
 
-void BigMutex::acquire(unsigned depth) {
+void BigMutex::acquire(unsigned depth) NO_THREAD_SAFETY_ANALYSIS {
   for (unsigned level = 0; level < depth; ++level)
     lock();
 }

@@ -1,4 +1,5 @@
 #pragma once
+#include "foundation/ThreadSafety.h"
 #include <atomic>
 #include <mutex>
 #include <thread>
@@ -8,12 +9,12 @@ namespace Tallymoor {
 /// The program's single lock. It guards the records, the price cache, the settings and all widgets. It is
 /// recursive because a modal loop inside a handler runs other handlers. It counts its depth so that
 /// BigMutexRelease can release all levels. Lock order: this mutex first, then a Thread's own mutex.
-class BigMutex {
+class CAPABILITY("big mutex") BigMutex {
 public:
   /// Blocks until the mutex is free. Prefer BigMutexLock.
-  void lock();
+  void lock() ACQUIRE();
   /// Releases one level. Call it only on the owning thread.
-  void unlock();
+  void unlock() RELEASE();
   bool heldByThisThread() const;
 
 private:
@@ -31,10 +32,10 @@ private:
 BigMutex& bigMutex();
 
 /// Holds the big mutex for a scope. Used by every message handler and every step of a background pass.
-class BigMutexLock {
+class SCOPED_CAPABILITY BigMutexLock {
 public:
-  BigMutexLock() { bigMutex().lock(); }
-  ~BigMutexLock() { bigMutex().unlock(); }
+  BigMutexLock() ACQUIRE(bigMutex()) { bigMutex().lock(); }
+  ~BigMutexLock() RELEASE() { bigMutex().unlock(); }
   BigMutexLock(const BigMutexLock&) = delete;
   BigMutexLock& operator=(const BigMutexLock&) = delete;
 };

@@ -1,12 +1,12 @@
 #include "foundation/ProgramStart.h"
-#include "foundation/EndingSignals.h"
+#include "foundation/Thread.h"
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
+#include <memory>
 #include <spawn.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 extern char** environ;
@@ -41,14 +41,27 @@ public:
   posix_spawnattr_t attributes;
 };
 
-/// Waits for a child on a detached thread, so that it doesn't remain as a zombie.
-void reapLater(pid_t child) {
-  const EndingSignalsBlocked blocked;
-  std::thread([child] {
+/// Waits for a child on a thread of its own, so that it doesn't remain as a zombie. Deletes itself at its
+/// end.
+class Reaper : public Thread {
+public:
+  explicit Reaper(pid_t child) : Thread(0, true, 0), m_child(child) {}
+
+protected:
+  void threadFunction() override {
     int status = 0;
-    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    while (::waitpid(m_child, &status, 0) < 0 && errno == EINTR) {
     }
-  }).detach();
+  }
+
+private:
+  const pid_t m_child;
+};
+
+void reapLater(pid_t child) {
+  auto reaper = std::make_unique<Reaper>(child);
+  reaper->start();
+  reaper.release();
 }
 
 bool onlyOwnersWrite(const struct stat& info) {

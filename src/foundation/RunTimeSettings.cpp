@@ -76,9 +76,10 @@ void writeSettings(const OperationSettings& values) {
   settings.writeUnsigned(SECTION, u"HideLastFYTransactions", values.hideLastFYTransactions ? 1 : 0);
 }
 
-BackgroundPassScope::BackgroundPassScope() : m_previous(inBackgroundPass.exchange(true)) {}
+BackgroundPassScope::BackgroundPassScope() NO_THREAD_SAFETY_ANALYSIS
+    : m_previous(inBackgroundPass.exchange(true)) {}
 
-BackgroundPassScope::~BackgroundPassScope() {
+BackgroundPassScope::~BackgroundPassScope() NO_THREAD_SAFETY_ANALYSIS {
   inBackgroundPass.store(m_previous);
 }
 

@@ -44,10 +44,10 @@ void writeSettings(const OperationSettings& values);
 
 /// One step of a background pass: takes the big mutex and sets inBackgroundPass. Clears the flag before it
 /// releases the mutex.
-class BackgroundPassScope {
+class SCOPED_CAPABILITY BackgroundPassScope {
 public:
-  BackgroundPassScope();
-  ~BackgroundPassScope();
+  BackgroundPassScope() ACQUIRE(bigMutex());
+  ~BackgroundPassScope() RELEASE();
   BackgroundPassScope(const BackgroundPassScope&) = delete;
   BackgroundPassScope& operator=(const BackgroundPassScope&) = delete;
 

@@ -1,4 +1,5 @@
 #pragma once
+#include "foundation/BigMutex.h"
 #include "foundation/String.h"
 #include "market/HistoryRange.h"
 #include <functional>
@@ -10,36 +11,37 @@ class DataSource;
 class HTTPClient;
 class LocatorSet;
 
-/// The way to the data source: an HTTP client while the program is online, and the locator documents that say
-/// where prices lie. Guarded by the big mutex, which its callers hold.
+/// The connection to the data source: an HTTP client while the program is online, and the locator documents,
+/// which say where prices are found. Callers hold the big mutex.
 class Connection {
 public:
   using ClientFactory = std::function<std::unique_ptr<HTTPClient>()>;
 
-  /// Offline, and without locators. createHTTPClient for an empty factory.
+  /// Starts offline and without locators. An empty factory means createHTTPClient.
   explicit Connection(ClientFactory makeClient);
   ~Connection();
 
   /// Reads the user's locator documents; any thread. Throws XMLException for one that can't be read,
   /// HTMLException when one names no locator to use.
   static std::unique_ptr<const LocatorSet> readLocators();
-  void setLocators(std::unique_ptr<const LocatorSet> locators);
+  void setLocators(std::unique_ptr<const LocatorSet> locators) REQUIRES(bigMutex());
 
-  /// With a new client. Throws HTTPException when there is no network.
-  void goOnline();
-  void goOffline();
-  bool isOnline() const { return m_client != nullptr; }
+  /// Makes a new client. Throws HTTPException when there is no network.
+  void goOnline() REQUIRES(bigMutex());
+  void goOffline() REQUIRES(bigMutex());
+  bool isOnline() const REQUIRES(bigMutex()) { return m_client != nullptr; }
 
-  /// What a fetch needs, for use with or without the big mutex. Throws HTTPException, with the operation's
-  /// name, when offline.
-  DataSource source(const String& operation) const;
-  /// The days that one request for past prices asks for.
-  HistoryRange pageAround(const Date& day, bool upTo) const;
+  /// What a fetch needs. The result may be used without the big mutex. Throws HTTPException, which names the
+  /// operation, when offline.
+  DataSource source(const String& operation) const REQUIRES(bigMutex());
+  /// The range of days of one request for past prices.
+  HistoryRange pageAround(const Date& day, bool upTo) const REQUIRES(bigMutex());
 
 private:
   const ClientFactory m_makeClient;
-  std::unique_ptr<const LocatorSet> m_locators;
-  std::shared_ptr<HTTPClient> m_client; ///< null while offline; shared with the fetches under way
+  std::unique_ptr<const LocatorSet> m_locators GUARDED_BY(bigMutex());
+  std::shared_ptr<HTTPClient>
+      m_client GUARDED_BY(bigMutex()); ///< null while offline; shared with the fetches under way
 };
 
 } // namespace Tallymoor

@@ -1,6 +1,7 @@
 #include "market/DataSource.h"
 #include "foundation/Exception.h"
 #include "market/HTTPClient.h"
+#include "market/HistoryPage.h"
 #include "market/HistoryTable.h"
 #include "market/LocatorSet.h"
 #include "market/SearchTable.h"
@@ -67,6 +68,17 @@ DataSource::Rows DataSource::history(const String& code, const HistoryRange& ran
   const HTMLPage page = fetch(m_historicalPrices, historyVariables(code, range), stop);
   const HTMLTable table = readTable(m_historicalPrices, page);
   return HistoryTable(table).rows();
+}
+
+HistoryPage DataSource::historyPage(const String& code, const HistoryRange& range,
+                                    const std::stop_token& stop) const {
+  HistoryPage page;
+  try {
+    page.rows = history(code, range, stop);
+  } catch (const Exception&) {
+    page.failure = std::current_exception();
+  }
+  return page;
 }
 
 void DataSource::search(const String& text, bool isShare, bool usOnly, std::vector<CodeSearchResult>& results,

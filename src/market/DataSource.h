@@ -14,6 +14,7 @@
 
 namespace Tallymoor {
 
+struct HistoryPage;
 class LocatorSet;
 
 /// Fetches and reads the pages of the active data source. Holds the client and copies of the locators, so
@@ -35,6 +36,8 @@ public:
   /// The days of the range as the source has them; dividend and split rows, and days that can't be right, are
   /// left out.
   Rows history(const String& code, const HistoryRange& range, const std::stop_token& stop = {}) const;
+  /// The same with a failure as part of the result; throws nothing that is an Exception.
+  HistoryPage historyPage(const String& code, const HistoryRange& range, const std::stop_token& stop) const;
   /// Adds what all search pages found, page by page, so that a failure leaves what came before.
   void search(const String& text, bool isShare, bool usOnly, std::vector<CodeSearchResult>& results,
               const std::stop_token& stop = {}) const;

@@ -1,4 +1,5 @@
 #pragma once
+#include "foundation/BigMutex.h"
 #include "foundation/Exception.h"
 #include "foundation/String.h"
 #include "market/HistoryFailures.h"
@@ -17,13 +18,13 @@ public:
   enum class Answer { GiveUp, Retry, Delisted };
 
   /// The codes are asked about again: the user wants prices afresh, or has gone online.
-  void forget();
+  void forget() REQUIRES(bigMutex());
   /// The user has cancelled the fetch himself.
-  void dontAsk(const String& code) { m_asked.insert(code); }
+  void dontAsk(const String& code) REQUIRES(bigMutex()) { m_asked.insert(code); }
   /// After a history could not be fetched.
-  Answer afterHistory(const String& code, const HistoryFailures::Failure& failure);
+  Answer afterHistory(const String& code, const HistoryFailures::Failure& failure) REQUIRES(bigMutex());
   /// After a current price could not be fetched; true for another try.
-  bool wantsQuoteAgain(const String& code, const HTTPException& failure);
+  bool wantsQuoteAgain(const String& code, const HTTPException& failure) REQUIRES(bigMutex());
 
   /// True when a question may be asked at all.
   static bool mayAsk();
@@ -31,11 +32,11 @@ public:
   static void showStatus(const String& text);
 
 private:
-  bool ask(const String& code, const String& question);
-  Answer askWhetherDelisted(const String& code, const String& cause);
+  bool ask(const String& code, const String& question) REQUIRES(bigMutex());
+  Answer askWhetherDelisted(const String& code, const String& cause) REQUIRES(bigMutex());
 
-  std::set<String> m_asked;
-  bool m_quiet = false; ///< since the user said No
+  std::set<String> m_asked GUARDED_BY(bigMutex());
+  bool m_quiet GUARDED_BY(bigMutex()) = false; ///< since the user said No
 };
 
 } // namespace Tallymoor

@@ -48,8 +48,8 @@ void HistoryCompletion::beginChains() {
     begin(m_chains[m_begun++]);
 }
 
-/// Not after each page of a quick source, and after a look for Cancel: a key that the dialog does not get,
-/// for want of the focus, is lost with the events.
+/// At most every 60 ms, and only after Cancel was checked: a key that the dialog does not get, because it
+/// lacks the focus, is lost when events are processed.
 void HistoryCompletion::letEventsPass() {
   const auto now = std::chrono::steady_clock::now();
   if (!m_progress || now - m_eventsPassed < BETWEEN_EVENTS || isCancelled())
@@ -81,8 +81,8 @@ void HistoryCompletion::request(Chain& chain) {
   m_underWay.push_back(&chain);
   m_queue.add(
       [this, &chain, code = chain.fetch.code, range = chain.fetch.range](const std::stop_token& stop) {
-        HistoryPage page = HistoryPage::fetch(m_source, code, range, stop);
-        return [this, &chain, page = std::move(page)] { keep(chain, page); };
+        HistoryPage page = m_source.historyPage(code, range, stop);
+        return [this, &chain, page = std::move(page)]() REQUIRES(bigMutex()) { keep(chain, page); };
       });
 }
 

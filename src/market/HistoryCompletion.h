@@ -1,4 +1,5 @@
 #pragma once
+#include "foundation/BigMutex.h"
 #include "market/DataSource.h"
 #include "market/FetchQueue.h"
 #include "market/HistoryPage.h"
@@ -25,7 +26,7 @@ public:
   /// Tells the progress, if there is one, of each page that is fetched, and lets events pass meanwhile. False
   /// when the user, or the end of the program, wanted it to end: then the first request under way counts as
   /// failed, so that the next look at the record does not begin with it again, and nothing more is kept.
-  bool run(Progress* progress);
+  bool run(Progress* progress) REQUIRES(bigMutex());
 
 private:
   /// The requests for a code, of which one is under way.
@@ -35,10 +36,10 @@ private:
     DayFetch fetch = {};
   };
 
-  void beginChains();
-  void begin(Chain& chain);
+  void beginChains() REQUIRES(bigMutex());
+  void begin(Chain& chain) REQUIRES(bigMutex());
   void request(Chain& chain);
-  void keep(Chain& chain, const HistoryPage& page);
+  void keep(Chain& chain, const HistoryPage& page) REQUIRES(bigMutex());
   void letEventsPass();
   bool isCancelled();
 

@@ -9,10 +9,10 @@
 
 namespace Tallymoor {
 
-/// What the data source could not give in this run, by code and days, so that nobody asks it again for every
-/// day and figure. There are two kinds. A request failed: then all days of its range have failed. Or the
-/// source answered and has no price for some days, as before a stock was listed: those are absent. Guarded by
-/// the big mutex, which its callers hold.
+/// The prices that the data source could not give in this run, by code and day, so that they are not
+/// requested again for each figure. If a request failed, all days of its range have failed. If the source
+/// answered without a price for some days, for example before a stock was listed, those days are absent.
+/// Callers hold the big mutex.
 class HistoryFailures {
 public:
   struct Failure {
@@ -23,7 +23,7 @@ public:
   void noteFailure(const String& code, const HistoryRange& range, std::exception_ptr what);
   void noteAbsent(const String& code, const HistoryRange& days);
 
-  /// The failure of a request for a range with this day; null when there was none.
+  /// The failure of a request whose range contains this day; null if there is none.
   const Failure* failureOn(const String& code, const Date& day) const;
   /// The same, or that of a request for much the same days as this range: days that are asked for one after
   /// the other have ranges that hardly differ.

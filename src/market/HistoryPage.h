@@ -4,21 +4,17 @@
 
 namespace Tallymoor {
 
-/// Days of a code whose past prices somebody is going to ask for.
+/// Days of a code whose past prices are needed.
 struct HistoryNeed {
   String code;
   Date first;
   Date last;
 };
 
-/// What a request for a page of past prices brought: rows, or a failure.
+/// The result of a request for one page of past prices: rows, or a failure.
 struct HistoryPage {
   DataSource::Rows rows;
   std::exception_ptr failure;
-
-  /// Any thread, without the big mutex.
-  static HistoryPage fetch(const DataSource& source, const String& code, const HistoryRange& range,
-                           const std::stop_token& stop);
 };
 
 /// The requests for the price of a day, one after the other: the page that begins or ends there and, where

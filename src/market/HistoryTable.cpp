@@ -22,7 +22,7 @@ Date dayOf(const String& text) {
   const String known = text.starts_with(u"0") ? text.substr(1).toLower() : text.toLower();
   const String shortForm = day.toString(DATE_DISPLAY_MIDDATE1).toLower();
   const String longForm = shortForm.substr(0, shortForm.size() - 2) + String::fromLong(day.year());
-  if (!(known == shortForm || known == longForm))
+  if (known != shortForm && known != longForm)
     throw HTMLException(u"TallymoorInternet - no day: " + text);
   return day;
 }

@@ -4,11 +4,10 @@
 
 namespace Tallymoor {
 
-/// True for "not found" as an answer of the source.
+/// True if the source answered "not found".
 bool isNotFound(const HTTPException& failure);
 
-/// True for a failure that other codes have in common, in contrast to an answer that speaks of this one;
-/// false for null.
+/// True if the failure would also happen for other codes; false for an answer about one code, and for null.
 bool isFailureOfNetwork(const std::exception_ptr& failure);
 
 } // namespace Tallymoor

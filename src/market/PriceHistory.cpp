@@ -1,7 +1,6 @@
 #include "market/PriceHistory.h"
 #include "foundation/Amounts.h"
 #include "foundation/Exception.h"
-#include "foundation/RunTimeSettings.h"
 #include "market/Connection.h"
 #include "market/FetchQuestions.h"
 #include "market/HistoryCompletion.h"
@@ -29,18 +28,16 @@ PriceHistory::PriceHistory(const String& cacheDirectory, const Connection& conne
     : m_cache(cacheDirectory), m_connection(connection), m_questions(questions),
       m_closeChanged(std::move(closeChanged)) {}
 
-double PriceHistory::closeOf(const String& code, const Date& day, bool upTo, CacheUse use) {
-  for (;; use = CacheUse::Answer) {
+double PriceHistory::closeOf(const String& code, const Date& day, bool upTo) {
+  for (;;) {
     const CachedShare& known = m_cache.share(code);
-    const ShareValue* row = use == CacheUse::Answer ? known.find(day) : nullptr;
-    if (row)
+    if (const ShareValue* row = known.find(day))
       return row->close;
     if (known.isBad)
       throw Exception(u"TallymoorInternet::historicalPrice - code does not exist(cached): " + code);
     const HistoryRange request = m_connection.pageAround(day, upTo);
-    const HistoryFailures::Failure* failure =
-        use == CacheUse::Skip ? nullptr : m_failures.failureOf(code, day, request);
-    if (!failure && (use == CacheUse::Skip || !m_failures.isAbsent(code, day))) {
+    const HistoryFailures::Failure* failure = m_failures.failureOf(code, day, request);
+    if (!failure && !m_failures.isAbsent(code, day)) {
       fetchDayVisibly(code, day, upTo);
       failure = m_failures.failureOn(code, day);
     }
@@ -89,7 +86,7 @@ void PriceHistory::fetchDay(const String& code, const Date& day, bool upTo) {
     if (isStopWanted())
       throw cancelled();
     page = watchedFetch(
-        [&](const std::stop_token& stop) { return HistoryPage::fetch(source, code, fetch.range, stop); });
+        [&](const std::stop_token& stop) { return source.historyPage(code, fetch.range, stop); });
     if (page.failure && isStopWanted())
       m_questions.dontAsk(code);
   } while (keepPage(fetch, page));
@@ -208,9 +205,8 @@ void PriceHistory::refreshClosesFrom(const String& code, const Date& first) {
     return;
   FetchQuestions::showStatus(u"updating recent historical prices for " + code);
   const WaitCursor wait;
-  const BackgroundPassScope askNothing;
   try {
-    closeOf(code, first, false, CacheUse::Skip);
+    fetchDay(code, first, false);
   } catch (const Exception&) {
     // The closes stay as they are, and as open as they were.
   }

@@ -1,4 +1,5 @@
 #pragma once
+#include "foundation/BigMutex.h"
 #include "foundation/Date.h"
 #include "foundation/String.h"
 #include "market/HistoryFailures.h"
@@ -17,75 +18,77 @@ class Connection;
 class FetchQuestions;
 class Progress;
 
-/// Past prices by code and day: the cache, and what is fetched into it. A page of the source is kept with its
-/// gaps filled; what the source could not give is remembered for the run, and asked about once.
+/// Past prices by code and day: the cache, and the fetches that fill it. Gaps in a page of the source are
+/// filled. Failures are remembered until the program ends, and the user is asked about each once.
 ///
-/// The operations are those of TallymoorInternet, which tells what they are for. Under the big mutex; fetches
-/// are made on other threads, and waited for here.
+/// TallymoorInternet describes the operations. Callers hold the big mutex. Fetches run on other threads while
+/// the caller waits.
 class PriceHistory {
 public:
-  /// Hears of each close that is new in the cache or another one; none that shows as zero.
+  /// Called for each close in the cache that is new or has changed, unless it shows as zero.
   using CloseChanged = std::function<void(const String& code, const Date& day, double close)>;
 
   /// What is referred to is not owned.
   PriceHistory(const String& cacheDirectory, const Connection& connection, FetchQuestions& questions,
                CloseChanged closeChanged);
 
-  SharePriceCache& cache() { return m_cache; }
+  SharePriceCache& cache() REQUIRES(bigMutex()) { return m_cache; }
 
-  enum class CacheUse { Answer, Skip };
-  double closeOf(const String& code, const Date& day, bool upTo, CacheUse use);
-  double cachedPrice(const String& code, const Date& day, int column);
-  std::optional<double> cachedClose(const String& code, const Date& day);
-  SharePriceCache::Rows cachedRows(const String& code, const Date& first, const Date& last);
-  bool isBad(const String& code) { return m_cache.shareOrEmpty(code).isBad; }
+  double closeOf(const String& code, const Date& day, bool upTo) REQUIRES(bigMutex());
+  double cachedPrice(const String& code, const Date& day, int column) REQUIRES(bigMutex());
+  std::optional<double> cachedClose(const String& code, const Date& day) REQUIRES(bigMutex());
+  SharePriceCache::Rows cachedRows(const String& code, const Date& first, const Date& last)
+      REQUIRES(bigMutex());
+  bool isBad(const String& code) REQUIRES(bigMutex()) { return m_cache.shareOrEmpty(code).isBad; }
 
-  bool hasAnsweredFor(const String& code, const Date& day);
-  /// True when a close is another one now.
-  bool setTypedPrice(const String& code, const Date& day, double close);
+  bool hasAnsweredFor(const String& code, const Date& day) REQUIRES(bigMutex());
+  /// True if a close has changed.
+  bool setTypedPrice(const String& code, const Date& day, double close) REQUIRES(bigMutex());
   SharePriceCache::Closes keepRecent(const String& code, const HistoryRange& range,
-                                     const SharePriceCache::Rows& rows);
-  void refreshClosesFrom(const String& code, const Date& first);
-  void completeHistory(const String& code, const Date& first, const Date& last);
-  bool completeHistory(const std::vector<HistoryNeed>& needs, Progress* progress);
+                                     const SharePriceCache::Rows& rows) REQUIRES(bigMutex());
+  void refreshClosesFrom(const String& code, const Date& first) REQUIRES(bigMutex());
+  void completeHistory(const String& code, const Date& first, const Date& last) REQUIRES(bigMutex());
+  bool completeHistory(const std::vector<HistoryNeed>& needs, Progress* progress) REQUIRES(bigMutex());
 
   // The requests for a day, for those who make them in their own way.
 
   /// The first of the days that is neither cached nor known to fail, as closeOf would ask for it.
-  std::optional<Date> firstToFetch(const String& code, const Date& first, const Date& last);
-  DayFetch beginFetch(const String& code, const Date& day, bool upTo);
-  /// Keeps the page of the request that was due. True when another one is due.
-  bool keepPage(DayFetch& fetch, const HistoryPage& page);
-  /// True while the last page that was asked for met a failure of the network.
-  bool hasNetworkFailed() const { return m_networkFailed; }
-  /// The request that was due counts as failed, and nobody is asked about it.
-  void noteCancelled(const DayFetch& fetch);
+  std::optional<Date> firstToFetch(const String& code, const Date& first, const Date& last)
+      REQUIRES(bigMutex());
+  DayFetch beginFetch(const String& code, const Date& day, bool upTo) REQUIRES(bigMutex());
+  /// Stores the page of the last request. True if another request must follow.
+  bool keepPage(DayFetch& fetch, const HistoryPage& page) REQUIRES(bigMutex());
+  /// True if the last page could not be fetched because the network failed.
+  bool hasNetworkFailed() const REQUIRES(bigMutex()) { return m_networkFailed; }
+  /// Records the request as failed, without a question.
+  void noteCancelled(const DayFetch& fetch) REQUIRES(bigMutex());
 
-  void forgetFailures();
-  void clearBad(const String& code);
-  void clear();
+  void forgetFailures() REQUIRES(bigMutex());
+  void clearBad(const String& code) REQUIRES(bigMutex());
+  void clear() REQUIRES(bigMutex());
 
 private:
-  void fetchDayVisibly(const String& code, const Date& day, bool upTo);
-  void fetchDay(const String& code, const Date& day, bool upTo);
-  void fetchMissingDays(const String& code, const Date& first, const Date& last);
-  std::optional<Date> lastMissingDay(const String& code, const Date& first, const Date& last);
-  bool isKnownToFail(const String& code, const Date& day) const;
-  bool wantsAnotherTry(const String& code, const HistoryFailures::Failure& failure);
+  void fetchDayVisibly(const String& code, const Date& day, bool upTo) REQUIRES(bigMutex());
+  void fetchDay(const String& code, const Date& day, bool upTo) REQUIRES(bigMutex());
+  void fetchMissingDays(const String& code, const Date& first, const Date& last) REQUIRES(bigMutex());
+  std::optional<Date> lastMissingDay(const String& code, const Date& first, const Date& last)
+      REQUIRES(bigMutex());
+  bool isKnownToFail(const String& code, const Date& day) const REQUIRES(bigMutex());
+  bool wantsAnotherTry(const String& code, const HistoryFailures::Failure& failure) REQUIRES(bigMutex());
   SharePriceCache::Closes keepRows(const String& code, const SharePriceCache::Rows& rows,
-                                   const HistoryRange& range);
+                                   const HistoryRange& range) REQUIRES(bigMutex());
   void tell(const String& code, const SharePriceCache::Closes& changed) const;
 
-  SharePriceCache m_cache;
+  SharePriceCache m_cache GUARDED_BY(bigMutex());
   const Connection& m_connection;
   FetchQuestions& m_questions;
   const CloseChanged m_closeChanged;
-  HistoryFailures m_failures;
-  bool m_networkFailed = false;
+  HistoryFailures m_failures GUARDED_BY(bigMutex());
+  bool m_networkFailed GUARDED_BY(bigMutex()) = false;
   /// The real day on which refreshClosesFrom last tried a code from a day on.
-  std::map<std::pair<String, Date>, Date> m_refreshes;
+  std::map<std::pair<String, Date>, Date> m_refreshes GUARDED_BY(bigMutex());
   /// The ranges that the source has answered for in this run.
-  std::map<String, std::vector<HistoryRange>> m_answered;
+  std::map<String, std::vector<HistoryRange>> m_answered GUARDED_BY(bigMutex());
 };
 
 } // namespace Tallymoor

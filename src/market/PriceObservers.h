@@ -1,4 +1,5 @@
 #pragma once
+#include "foundation/BigMutex.h"
 #include "foundation/Date.h"
 #include "foundation/String.h"
 #include <vector>
@@ -20,26 +21,26 @@ public:
   virtual void historicalPriceChanged(const String& code, const Date& date, double close);
 };
 
-/// Who hears of prices: by rank, and within a rank in the order of registration. Under the big mutex.
+/// The registered observers, by rank and then in the order of registration. Under the big mutex.
 class PriceObservers {
 public:
-  /// Whoever keeps records must hear of a price before the views that show them.
+  /// Records are told of a price before the views that show them.
   enum class Rank { Cache, Records, Views };
 
   /// Not owned. Adding twice has no effect.
-  void add(PricesObserver* observer, Rank rank);
-  void remove(PricesObserver* observer);
-  bool contains(const PricesObserver* observer) const;
-  std::vector<PricesObserver*> all() const;
-  /// Tells those who keep records, and nobody else, of a close that has changed.
-  void tellRecords(const String& code, const Date& date, double close) const;
+  void add(PricesObserver* observer, Rank rank) REQUIRES(bigMutex());
+  void remove(PricesObserver* observer) REQUIRES(bigMutex());
+  bool contains(const PricesObserver* observer) const REQUIRES(bigMutex());
+  std::vector<PricesObserver*> all() const REQUIRES(bigMutex());
+  /// Tells the observers of rank Records only of a changed close.
+  void tellRecords(const String& code, const Date& date, double close) const REQUIRES(bigMutex());
 
 private:
   struct Registration {
     PricesObserver* observer;
     Rank rank;
   };
-  std::vector<Registration> m_registrations;
+  std::vector<Registration> m_registrations GUARDED_BY(bigMutex());
 };
 
 } // namespace Tallymoor

@@ -57,7 +57,7 @@ void PricePass::run(bool isHistoryDue, bool hasNetworkFailed) {
   m_isHistoryDue = isHistoryDue;
   m_networkFailed = hasNetworkFailed;
   const std::stop_callback stopFetches(m_stop, [this] { m_fetches.stop(); });
-  inStretch([this] {
+  inStretch([this]() REQUIRES(bigMutex()) {
     m_codes = m_updater.codes();
     m_observers = m_updater.observers();
   });
@@ -74,7 +74,9 @@ void PricePass::run(bool isHistoryDue, bool hasNetworkFailed) {
 /// Also looks whether the program is online still, without which what has been fetched is not wanted either.
 void PricePass::beginFetches() {
   std::shared_ptr<const DataSource> source;
-  inStretch([&] { source = std::make_shared<const DataSource>(m_connection.source(u"currentPrice")); });
+  inStretch([&]() REQUIRES(bigMutex()) {
+    source = std::make_shared<const DataSource>(m_connection.source(u"currentPrice"));
+  });
   while (source && m_begun < m_codes.size() &&
          m_underWay.size() < (m_networkFailed ? 1 : FetchQueue::AT_ONCE))
     begin(source, m_codes[m_begun++]);
@@ -92,8 +94,8 @@ PricePass::Request PricePass::requestFor(const String& code) {
   Request request;
   request.code = code;
   request.failure = failureOf([&] {
-    request.history = historyWishFor(code);
-    inStretch([&] {
+    request.history = askForHistory(code);
+    inStretch([&]() REQUIRES(bigMutex()) {
       m_history.cache().share(code); // fails for an unreadable cache file
       request.recent = m_connection.pageAround(Date(), true);
       request.wantsName = m_updater.names().isWanted(code);
@@ -102,17 +104,17 @@ PricePass::Request PricePass::requestFor(const String& code) {
   return request;
 }
 
-/// An observer's wish waits for a source that answers, since such a one may also have what was missing.
-PricePass::HistoryWish PricePass::historyWishFor(const String& code) {
+/// For an observer only after the price has come, since then the source may also have the missing closes.
+PricePass::AskForHistory PricePass::askForHistory(const String& code) {
   bool isBad = false;
-  inStretch([&] { isBad = m_history.isBad(code); });
+  inStretch([&]() REQUIRES(bigMutex()) { isBad = m_history.isBad(code); });
   if (isBad)
-    return HistoryWish::None;
+    return AskForHistory::Never;
   if (m_isHistoryDue)
-    return HistoryWish::Always;
+    return AskForHistory::Always;
   bool wanted = false;
   tellObservers([&](const PricesObserver& observer) { wanted |= observer.wantsHistory(code); });
-  return wanted ? HistoryWish::IfThePriceCame : HistoryWish::None;
+  return wanted ? AskForHistory::AfterPrice : AskForHistory::Never;
 }
 
 /// On a thread of the queue.
@@ -123,12 +125,12 @@ PricePass::Answer PricePass::fetch(const DataSource& source, const Request& requ
                             ? request.failure
                             : failureOf([&] { answer.price = source.currentPrice(request.code, stop); });
   if (request.wantsName && !answer.priceFailure) {
-    // Nobody needs to hear of a failure; what came before it counts.
+    // A failure is not reported; results from before it are used.
     failureOf(
         [&] { source.search(request.code, !request.code.startsWith(u"^"), false, answer.names, stop); });
   }
-  answer.hasHistory = request.history == HistoryWish::Always ||
-                      (request.history == HistoryWish::IfThePriceCame && !answer.priceFailure);
+  answer.hasHistory = request.history == AskForHistory::Always ||
+                      (request.history == AskForHistory::AfterPrice && !answer.priceFailure);
   if (answer.hasHistory)
     answer.historyFailure =
         failureOf([&] { answer.history = source.history(request.code, request.recent, stop); });
@@ -148,7 +150,7 @@ void PricePass::keepPrice(const Request& request, const Answer& answer) {
     std::rethrow_exception(answer.priceFailure);
   const String& code = request.code;
   double price = 0.0;
-  inStretch([&] {
+  inStretch([&]() REQUIRES(bigMutex()) {
     if (request.wantsName)
       m_updater.names().keep(code, answer.names);
     // What the user has typed for the day stays.
@@ -166,7 +168,7 @@ void PricePass::keepHistory(const Request& request, const Answer& answer) {
   if (answer.historyFailure)
     std::rethrow_exception(answer.historyFailure);
   // One stretch for all of it: what the observers hear must be what they find in the cache.
-  inStretch([&] {
+  inStretch([&]() REQUIRES(bigMutex()) {
     if (m_history.isBad(code))
       return;
     const SharePriceCache::Closes changed = m_history.keepRecent(code, request.recent, answer.history);
@@ -189,7 +191,7 @@ void PricePass::attempt(const String& code, Step step) {
   if (!reason)
     std::rethrow_exception(failure);
   bool isOnline = true;
-  inStretch([&] { isOnline = m_connection.isOnline(); });
+  inStretch([&]() REQUIRES(bigMutex()) { isOnline = m_connection.isOnline(); });
   if (!isOnline)
     throw Exception(*reason);
   if (m_failed.empty())
@@ -202,7 +204,7 @@ void PricePass::attempt(const String& code, Step step) {
 template <class Tell>
 void PricePass::tellObservers(Tell tell) {
   for (PricesObserver* observer : m_observers)
-    inStretch([&] {
+    inStretch([&]() REQUIRES(bigMutex()) {
       if (m_updater.isObserving(observer))
         tell(*observer);
     });

@@ -43,11 +43,11 @@ public:
 
 private:
   using Observers = std::vector<PricesObserver*>;
-  enum class HistoryWish { None, IfThePriceCame, Always };
+  enum class AskForHistory { Never, AfterPrice, Always };
   struct Request {
     String code;
     HistoryRange recent;
-    HistoryWish history = HistoryWish::None;
+    AskForHistory history = AskForHistory::Never;
     bool wantsName = false;
     std::exception_ptr failure; ///< nothing is fetched then
   };
@@ -63,7 +63,7 @@ private:
   void beginFetches();
   void begin(const std::shared_ptr<const DataSource>& source, const String& code);
   Request requestFor(const String& code);
-  HistoryWish historyWishFor(const String& code);
+  AskForHistory askForHistory(const String& code);
   static Answer fetch(const DataSource& source, const Request& request, const std::stop_token& stop);
   void keep(const Request& request, const Answer& answer);
   void keepPrice(const Request& request, const Answer& answer);

@@ -19,7 +19,7 @@ constexpr std::uint32_t MINUTE = 60000;
 constexpr std::uint32_t HOUR = 60 * MINUTE;
 constexpr std::uint32_t LONGEST_WAIT = std::numeric_limits<std::uint32_t>::max();
 
-/// So many units in milliseconds, at least one unit and no more than 32 bits hold.
+/// The number of units in milliseconds: at least one unit, and limited to 32 bits.
 std::uint32_t clampedWait(std::uint32_t count, std::uint32_t unit) {
   return std::clamp<std::uint32_t>(count, 1, LONGEST_WAIT / unit) * unit;
 }
@@ -99,7 +99,7 @@ double PriceUpdater::getLatestPrice(const String& code) {
   const BigMutexLock lock;
   double price = hasCode(code) ? getCurrentPrice(code) : 0.0;
   if (showsAsZero(price))
-    price = m_history.closeOf(code, Date(), true, PriceHistory::CacheUse::Answer);
+    price = m_history.closeOf(code, Date(), true);
   if (showsAsZero(price))
     throw Exception(u"PriceUpdater::getLatestPrice - could not get price for " + code);
   return price;

@@ -1,4 +1,5 @@
 #pragma once
+#include "foundation/BigMutex.h"
 #include "foundation/Date.h"
 #include "foundation/String.h"
 #include "foundation/Thread.h"
@@ -61,11 +62,11 @@ public:
   bool isObserving(const PricesObserver* observer) const;
   std::vector<PricesObserver*> observers() const;
 
-  /// Tells those who keep records, and nobody else, of a close that has changed in the cache. Any thread.
+  /// Tells the observers of rank Records only of a changed close in the cache. Any thread.
   void tellRecords(const String& code, const Date& date, double close);
 
   /// Under the big mutex.
-  StockNameSearch& names() { return m_names; }
+  StockNameSearch& names() REQUIRES(bigMutex()) { return m_names; }
 
   /// One pass over all codes on the calling thread, which must not hold the big mutex. Throws nothing. What
   /// fails for a code leaves the others alone and shows in the status text at the end, with the code that
@@ -83,9 +84,9 @@ private:
 
   Connection& m_connection;
   PriceHistory& m_history;
-  std::map<String, double> m_prices; ///< guarded by the big mutex, as the next two
-  PriceObservers m_observers;
-  StockNameSearch m_names;
+  std::map<String, double> m_prices GUARDED_BY(bigMutex());
+  PriceObservers m_observers GUARDED_BY(bigMutex());
+  StockNameSearch m_names GUARDED_BY(bigMutex());
   // Used by passes alone.
   std::uint32_t m_lastHistoricalCheck = 0; ///< tick
   std::uint32_t m_historicalInterval = 0;  ///< milliseconds from there to the next one

@@ -16,9 +16,9 @@ namespace {
 constexpr int LONGEST_CLOSURE = SharePriceCache::LONGEST_CLOSURE;
 const String EXTENSION = u".xml";
 
-/// Runs the work for each item; when all have had their turn, the first failure is thrown on as Exception.
+/// Runs the work for every item, then throws the first failure, if any, as Exception.
 template <class Items, class Work>
-void forEachDespiteFailures(Items&& items, Work work) {
+void forEachThenThrow(Items&& items, Work work) {
   std::optional<Exception> first;
   for (auto& item : items) {
     try {
@@ -250,7 +250,7 @@ void SharePriceCache::loadAllFiles() {
 }
 
 void SharePriceCache::save() {
-  forEachDespiteFailures(m_entries, [this](auto& item) {
+  forEachThenThrow(m_entries, [this](auto& item) {
     CachedShare& share = item.second.share;
     if (!share.modified || share.unreadable)
       return;
@@ -261,7 +261,7 @@ void SharePriceCache::save() {
 
 void SharePriceCache::clear() {
   m_entries.clear();
-  forEachDespiteFailures(xmlFilesIn(m_directory), [](const String& path) { removeFile(path); });
+  forEachThenThrow(xmlFilesIn(m_directory), [](const String& path) { removeFile(path); });
 }
 
 } // namespace Tallymoor

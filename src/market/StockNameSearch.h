@@ -1,4 +1,5 @@
 #pragma once
+#include "foundation/BigMutex.h"
 #include "foundation/String.h"
 #include "market/CodeSearchResult.h"
 #include <set>
@@ -11,14 +12,14 @@ namespace Tallymoor {
 class StockNameSearch {
 public:
   /// True for a code without a name that was not asked for yet.
-  bool isWanted(const String& code) const;
+  bool isWanted(const String& code) const REQUIRES(bigMutex());
   /// After a search for the code itself, failed or not. A name of another code is not taken.
-  void keep(const String& code, const std::vector<CodeSearchResult>& found);
+  void keep(const String& code, const std::vector<CodeSearchResult>& found) REQUIRES(bigMutex());
   /// All codes are asked for again.
-  void forget() { m_asked.clear(); }
+  void forget() REQUIRES(bigMutex()) { m_asked.clear(); }
 
 private:
-  std::set<String> m_asked;
+  std::set<String> m_asked GUARDED_BY(bigMutex());
 };
 
 } // namespace Tallymoor

@@ -173,12 +173,7 @@ bool TallymoorInternet::wantsRetry(const String& question) {
 
 double TallymoorInternet::historicalPrice(const String& code, const Date& date, bool upTo) {
   const BigMutexLock lock;
-  return m_history.closeOf(code, date, upTo, PriceHistory::CacheUse::Answer);
-}
-
-double TallymoorInternet::refreshHistoricalPrice(const String& code, const Date& date, bool upTo) {
-  const BigMutexLock lock;
-  return m_history.closeOf(code, date, upTo, PriceHistory::CacheUse::Skip);
+  return m_history.closeOf(code, date, upTo);
 }
 
 HistoryRange TallymoorInternet::recentRange() const {

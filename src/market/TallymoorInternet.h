@@ -1,4 +1,5 @@
 #pragma once
+#include "foundation/BigMutex.h"
 #include "foundation/Date.h"
 #include "foundation/String.h"
 #include "market/CodeSearchResult.h"
@@ -71,9 +72,6 @@ public:
   /// "TallymoorInternet::getCachedPrice - dont have cached price for code ..." when the source has no such
   /// day, and "TallymoorInternet::historicalPrice - code does not exist(cached): ..." for a delisted code.
   double historicalPrice(const String& code, const Date& date, bool upTo);
-  /// The same, fetched even when the cache has the day: what is cached of recent days may only be a current
-  /// price.
-  double refreshHistoricalPrice(const String& code, const Date& date, bool upTo);
 
   /// The days up to today that a pass of the updater asks for as one page.
   HistoryRange recentRange() const;
@@ -157,9 +155,9 @@ private:
   bool wantsRetry(const String& question);
 
   // All guarded by the big mutex.
-  Connection m_connection;
-  FetchQuestions m_questions;
-  PriceHistory m_history;
+  Connection m_connection GUARDED_BY(bigMutex());
+  FetchQuestions m_questions GUARDED_BY(bigMutex());
+  PriceHistory m_history GUARDED_BY(bigMutex());
   PriceUpdater m_updater;
 };
 

@@ -69,7 +69,9 @@ void ProgramUpdater::inStretch(Work work) {
 
 void ProgramUpdater::runPass() {
   const auto failed = [this](const String& description) {
-    inStretch([&] { user().setStatusText(u"ProgramUpdater::threadFunction failed: " + description); });
+    inStretch([&]() REQUIRES(bigMutex()) {
+      user().setStatusText(u"ProgramUpdater::threadFunction failed: " + description);
+    });
   };
   try {
     if (isOffline())
@@ -100,7 +102,7 @@ bool ProgramUpdater::isCutOff() const {
 void ProgramUpdater::look() {
   Updates updates(m_settings, passToken());
   const UpdatesFound found = lookForUpdates(updates, true);
-  inStretch([&] {
+  inStretch([&]() REQUIRES(bigMutex()) {
     if (found.any || found.failures.empty())
       takeBack(m_available);
     if (found.any)
@@ -114,7 +116,7 @@ void ProgramUpdater::look() {
 }
 
 void ProgramUpdater::downloadAll() {
-  inStretch([this] {
+  inStretch([this]() REQUIRES(bigMutex()) {
     takeBack(m_available);
     takeBack(m_failed);
     user().setNormalStatusText(u"Updates are downloading, you will be notified when they are ready.");
@@ -132,7 +134,7 @@ void ProgramUpdater::downloadAll() {
   const bool goesOnLater = isCutOff() && !found.failures.empty();
   if (goesOnLater)
     waitForConnection();
-  inStretch([&] {
+  inStretch([&]() REQUIRES(bigMutex()) {
     if (!goesOnLater)
       for (const Exception& failure : found.failures)
         tell(m_failed, u"Failed to download updates: " + failure.description(), 2);
@@ -162,7 +164,7 @@ void ProgramUpdater::waitForConnection() {
 void ProgramUpdater::install(Updates& updates, UpdatesFound& found) {
   const bool programFiles = updates.installBinaryUpdates();
   const bool documents = updates.installConfigUpdates();
-  inStretch([&] {
+  inStretch([&]() REQUIRES(bigMutex()) {
     if (documents) {
       try {
         reloadDocuments();

@@ -1,4 +1,5 @@
 #pragma once
+#include "foundation/BigMutex.h"
 #include "foundation/Thread.h"
 #include "updates/UpdateSettings.h"
 #include <atomic>
@@ -47,8 +48,10 @@ private:
 
   const UpdateSettings m_settings;
   std::atomic<bool> m_downloadRequested = false;
-  /// Keys of the warnings that hold, each until its cause has gone; guarded by the big mutex.
-  Keys m_available, m_failed, m_installed;
+  // Keys of the warnings that hold, each until its cause has gone.
+  Keys m_available GUARDED_BY(bigMutex());
+  Keys m_failed GUARDED_BY(bigMutex());
+  Keys m_installed GUARDED_BY(bigMutex());
 };
 
 } // namespace Tallymoor

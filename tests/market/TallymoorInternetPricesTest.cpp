@@ -293,7 +293,7 @@ TEST_F(TallymoorInternetPricesTest, ARefreshFetchesWhatIsCached) {
   EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_today, true), 5.0);
   m_market.setHistory(m_code, Date(2006, 1, 2), m_today, 6.0);
   EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_today, true), 5.0);
-  EXPECT_DOUBLE_EQ(gateway().refreshHistoricalPrice(m_code, m_today, true), 6.0);
+  gateway().refreshClosesFrom(m_code, m_friday);
   EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_friday, true), 6.0);
 }
 
