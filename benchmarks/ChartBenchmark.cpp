@@ -76,8 +76,9 @@ private:
   }
   static double secondsInMemory(const ChartModel& model) {
     return secondsOf([&model] {
-      const ChartLayout layout(model, WIDTH, HEIGHT, ChartMetrics::estimated(12.0));
-      ChartPicture(model, layout, WIDTH, HEIGHT, 15.0);
+      const ChartFont font("sans-serif", 12.0, ChartFont::Target::SCREEN);
+      const ChartLayout layout(model, WIDTH, HEIGHT, font.metrics());
+      ChartPicture(model, layout, WIDTH, HEIGHT, font);
     });
   }
 

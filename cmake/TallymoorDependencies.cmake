@@ -25,9 +25,13 @@ target_link_libraries(Icu::Icu INTERFACE ICU::i18n ICU::uc)
 
 find_package(sdbus-c++ 1.2 REQUIRED)
 
-# For charts.
+# For charts, and for their texts.
 pkg_check_modules(CAIRO REQUIRED IMPORTED_TARGET cairo)
 add_library(Cairo::Cairo ALIAS PkgConfig::CAIRO)
+pkg_check_modules(PANGO REQUIRED IMPORTED_TARGET pangocairo)
+# Without its -pthread, which the precompiled headers don't have: threads come from CMake's target.
+set_target_properties(PkgConfig::PANGO PROPERTIES INTERFACE_COMPILE_OPTIONS "")
+add_library(Pango::Pango ALIAS PkgConfig::PANGO)
 
 # For the arguments of the workbench.
 find_package(CLI11 2.1 REQUIRED)

@@ -9,8 +9,4 @@ class XMLPortfolios;
 /// can't be written; an older file then stands. Under the big mutex.
 void writeExport(const String& path, XMLPortfolios& records);
 
-/// The folder of the last export or import, from the settings; empty if there was none.
-String lastTransferFolder();
-void rememberTransferFolder(const String& folder);
-
 } // namespace Tallymoor

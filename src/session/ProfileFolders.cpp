@@ -3,7 +3,7 @@
 #include "foundation/FileReplacement.h"
 #include "foundation/Platform.h"
 #include "foundation/Settings.h"
-#include "session/PortfolioExport.h"
+#include "foundation/TransferFolder.h"
 
 namespace Tallymoor {
 

@@ -5,7 +5,7 @@
 #include "foundation/UserInteraction.h"
 #include "session/BookQuestions.h"
 #include "views/ChartModels.h"
-#include "widgets/ChartSvg.h"
+#include "widgets/ChartDocument.h"
 #include "widgets/MainWindow.h"
 #include <algorithm>
 

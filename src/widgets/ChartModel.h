@@ -1,17 +1,21 @@
 #pragma once
 #include "foundation/Date.h"
 #include "foundation/String.h"
+#include <algorithm>
+#include <cmath>
+#include <functional>
 #include <fx.h>
 #include <vector>
 
 namespace Tallymoor {
 
-// What a chart shows, as plain values: drawn on the display by ChartView and as SVG by chartSvg. Values that
-// are not finite are left out by both.
+// What a chart shows, as plain values. Values that are not finite are left out wherever it is drawn.
 
 struct ChartPoint {
   Date day;
   double value;
+
+  bool isFinite() const { return std::isfinite(value); }
 };
 
 /// How a line is drawn, so that lines can be told apart without their colours too.
@@ -24,6 +28,10 @@ struct ChartSeries {
   std::vector<ChartPoint> points; ///< in the order of their days, each day once
   /// A line between its points that has a value on every day; the others have values on their own days only.
   bool straight = false;
+
+  bool hasValues() const {
+    return std::any_of(points.begin(), points.end(), std::mem_fn(&ChartPoint::isFinite));
+  }
 };
 
 /// A purchase (up) or a sale.

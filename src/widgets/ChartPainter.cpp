@@ -9,20 +9,36 @@ namespace Tallymoor {
 namespace {
 
 constexpr double USUAL_LINE_HEIGHT = 15.0;
+constexpr double DOT_RADIUS = 3.5; ///< of a reading
 
 class Painter {
 public:
-  Painter(cairo_t* context, const ChartModel& model, const ChartLayout& layout, double lineHeight)
-      : m_context(context), m_model(model), m_layout(layout),
-        m_zoom(std::max(1.0, lineHeight / USUAL_LINE_HEIGHT)) {}
-
-  void paint() {
+  Painter(cairo_t* context, const ChartModel& model, const ChartLayout& layout, const ChartFont& font)
+      : m_context(context), m_model(model), m_layout(layout), m_font(font),
+        m_zoom(std::max(1.0, font.lineHeight() / USUAL_LINE_HEIGHT)) {
     // Decades of days have long lines in many corners: the best smoothing takes ten times as long, to no eye.
     cairo_set_antialias(m_context, CAIRO_ANTIALIAS_FAST);
+  }
+
+  void paint() {
     setColour(ChartColours::BACKGROUND);
     cairo_paint(m_context);
-    if (m_layout.isEmpty())
-      return;
+    if (!m_layout.isEmpty())
+      drawing();
+    texts();
+  }
+
+  void paintReading(const ChartReading& reading) {
+    const ChartArea& plot = m_layout.plot();
+    fill(reading.x, plot.y, std::floor(reading.x) + 1.0, std::floor(plot.bottom()) + 1.0, ChartColours::AXIS);
+    for (const ChartReading::Value& value : reading.values)
+      disc({std::floor(reading.x) + 0.5, std::floor(value.y) + 0.5}, DOT_RADIUS,
+           m_model.series[value.series].colour);
+    box(m_layout.boxOf(reading));
+  }
+
+private:
+  void drawing() {
     band();
     grid();
     levels();
@@ -35,7 +51,35 @@ public:
       sample(key);
   }
 
-private:
+  void texts() {
+    setColour(ChartColours::TEXT);
+    if (m_layout.title())
+      m_font.draw(m_context, *m_layout.title(), ChartFont::Weight::BOLD);
+    for (const ChartText& line : m_layout.emptyText())
+      m_font.draw(m_context, line);
+    for (const auto* ticks : {&m_layout.valueTicks(), &m_layout.timeTicks()})
+      for (const ChartTick& tick : *ticks)
+        if (tick.label)
+          m_font.draw(m_context, *tick.label);
+    for (const ChartKey& key : m_layout.legend())
+      m_font.draw(m_context, key.name);
+  }
+
+  void box(const ChartBox& box) {
+    const ChartArea& area = box.area;
+    fill(area.x, area.y, area.right(), area.bottom(), ChartColours::AXIS);
+    fill(area.x + 1, area.y + 1, area.right() - 1, area.bottom() - 1, ChartColours::BACKGROUND);
+    const double line = m_font.lineHeight();
+    for (const ChartBox::Line& entry : box.lines) {
+      const double x = entry.text.x - line;
+      const double y = std::floor(entry.text.y) + line / 4;
+      if (entry.series)
+        fill(x, y, x + line / 2, y + line / 2, m_model.series[*entry.series].colour);
+      setColour(ChartColours::TEXT);
+      m_font.draw(m_context, entry.text);
+    }
+  }
+
   void setColour(FXColor colour, double opacity = 1.0) {
     cairo_set_source_rgba(m_context, FXREDVAL(colour) / 255.0, FXGREENVAL(colour) / 255.0,
                           FXBLUEVAL(colour) / 255.0, opacity);
@@ -96,15 +140,14 @@ private:
     for (const ChartPixel& point : points)
       cairo_line_to(m_context, point.x, point.y);
     if (points.size() == 1)
-      dot(points[0], series.colour);
+      disc(points[0], ChartStrokes::LINE_WIDTH * m_zoom * 1.5, series.colour);
     else
       stroke(ChartStrokes::LINE_WIDTH, series.colour, strokePattern(series.style));
   }
-  void dot(const ChartPixel& centre, FXColor colour) {
+  void disc(const ChartPixel& centre, double radius, FXColor colour) {
     setColour(colour);
     cairo_new_path(m_context);
-    cairo_arc(m_context, centre.x, centre.y, ChartStrokes::LINE_WIDTH * m_zoom * 1.5, 0.0,
-              2.0 * std::numbers::pi);
+    cairo_arc(m_context, centre.x, centre.y, radius, 0.0, 2.0 * std::numbers::pi);
     cairo_fill(m_context);
   }
 
@@ -144,13 +187,19 @@ private:
   cairo_t* m_context;
   const ChartModel& m_model;
   const ChartLayout& m_layout;
+  const ChartFont& m_font;
   const double m_zoom;
 };
 
 } // namespace
 
-void paintChart(cairo_t* context, const ChartModel& model, const ChartLayout& layout, double lineHeight) {
-  Painter(context, model, layout, lineHeight).paint();
+void paintChart(cairo_t* context, const ChartModel& model, const ChartLayout& layout, const ChartFont& font) {
+  Painter(context, model, layout, font).paint();
+}
+
+void paintReading(cairo_t* context, const ChartModel& model, const ChartLayout& layout,
+                  const ChartReading& reading, const ChartFont& font) {
+  Painter(context, model, layout, font).paintReading(reading);
 }
 
 } // namespace Tallymoor

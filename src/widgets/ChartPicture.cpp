@@ -1,32 +1,29 @@
 #include "widgets/ChartPicture.h"
-#include "widgets/ChartPainter.h"
-#include <algorithm>
-#include <memory>
+#include "foundation/Exception.h"
+#include <cstring>
 
 namespace Tallymoor {
 
-namespace {
-
-/// From cairo's order of the colours to the toolkit's.
-FXColor colourOf(FXColor pixel) {
-  return FXRGB((pixel >> 16) & 0xFF, (pixel >> 8) & 0xFF, pixel & 0xFF);
+void checkDrawing(cairo_status_t status) {
+  if (status != CAIRO_STATUS_SUCCESS)
+    throw Exception(u"A chart can't be drawn: " + String::fromUTF8(cairo_status_to_string(status)));
 }
 
-} // namespace
-
 ChartPicture::ChartPicture(const ChartModel& model, const ChartLayout& layout, int width, int height,
-                           double lineHeight)
-    : m_width(width), m_pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height)) {
-  constexpr int BYTES = sizeof(FXColor);
-  const std::unique_ptr<cairo_surface_t, decltype(&cairo_surface_destroy)> surface(
-      cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(m_pixels.data()),
-                                          CAIRO_FORMAT_RGB24, width, height, width * BYTES),
-      cairo_surface_destroy);
-  const std::unique_ptr<cairo_t, decltype(&cairo_destroy)> context(cairo_create(surface.get()),
-                                                                   cairo_destroy);
-  paintChart(context.get(), model, layout, lineHeight);
-  cairo_surface_flush(surface.get());
-  std::transform(m_pixels.begin(), m_pixels.end(), m_pixels.begin(), colourOf);
+                           const ChartFont& font)
+    : m_surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height)) {
+  const CairoContext context(cairo_create(m_surface.get()));
+  paintChart(context.get(), model, layout, font);
+  checkDrawing(cairo_status(context.get()));
+  cairo_surface_flush(m_surface.get());
+}
+
+FXColor ChartPicture::at(int x, int y) const {
+  const unsigned char* row =
+      cairo_image_surface_get_data(m_surface.get()) + y * cairo_image_surface_get_stride(m_surface.get());
+  FXuint pixel = 0;
+  std::memcpy(&pixel, row + x * int(sizeof pixel), sizeof pixel);
+  return FXRGB((pixel >> 16) & 0xFF, (pixel >> 8) & 0xFF, pixel & 0xFF);
 }
 
 } // namespace Tallymoor

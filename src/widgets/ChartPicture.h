@@ -1,26 +1,26 @@
 #pragma once
-#include "widgets/ChartLayout.h"
-#include <vector>
+#include "widgets/CairoHandles.h"
+#include "widgets/ChartPainter.h"
 
 namespace Tallymoor {
 
-/// A chart without its texts (see paintChart), as the pixels of a picture of the toolkit. Needs no display.
+/// A chart as a picture in memory. Needs no display.
 class ChartPicture {
 public:
-  /// Texts of this height stand in it.
-  ChartPicture(const ChartModel& model, const ChartLayout& layout, int width, int height, double lineHeight);
+  /// Throws Exception when it is too large.
+  ChartPicture(const ChartModel& model, const ChartLayout& layout, int width, int height,
+               const ChartFont& font);
 
-  int width() const { return m_width; }
-  /// Row by row from the top.
-  const std::vector<FXColor>& pixels() const { return m_pixels; }
-  FXColor at(int x, int y) const {
-    return m_pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(m_width) +
-                    static_cast<std::size_t>(x)];
-  }
+  int width() const { return cairo_image_surface_get_width(m_surface.get()); }
+  int height() const { return cairo_image_surface_get_height(m_surface.get()); }
+  FXColor at(int x, int y) const;
+  cairo_surface_t* surface() const { return m_surface.get(); }
 
 private:
-  int m_width;
-  std::vector<FXColor> m_pixels;
+  CairoSurface m_surface;
 };
+
+/// Throws Exception with cairo's reason if drawing has failed.
+void checkDrawing(cairo_status_t status);
 
 } // namespace Tallymoor

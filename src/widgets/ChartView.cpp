@@ -1,22 +1,30 @@
 #include "widgets/ChartView.h"
 #include "foundation/BigMutex.h"
 #include "foundation/Exception.h"
+#include "widgets/CairoHandles.h"
 #include "widgets/ChartPicture.h"
+#include "widgets/ChartSaving.h"
 #include "widgets/ChartStrokes.h"
+#include "widgets/ContextMenu.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/MeasuredFont.h"
-#include "widgets/ToolkitText.h"
 #include <algorithm>
+#include <cairo-xlib.h>
 #include <fxkeys.h>
 
 namespace Tallymoor {
 
 FXDEFMAP(ChartView)
 ChartViewMap[] = {
-    FXMAPFUNC(SEL_PAINT, 0, ChartView::onPaint),       FXMAPFUNC(SEL_MOTION, 0, ChartView::onMotion),
-    FXMAPFUNC(SEL_LEAVE, 0, ChartView::onLeave),       FXMAPFUNC(SEL_LEFTBUTTONPRESS, 0, ChartView::onPress),
-    FXMAPFUNC(SEL_KEYPRESS, 0, ChartView::onKeyPress), FXMAPFUNC(SEL_FOCUSIN, 0, ChartView::onFocusIn),
+    FXMAPFUNC(SEL_PAINT, 0, ChartView::onPaint),
+    FXMAPFUNC(SEL_MOTION, 0, ChartView::onMotion),
+    FXMAPFUNC(SEL_LEAVE, 0, ChartView::onLeave),
+    FXMAPFUNC(SEL_LEFTBUTTONPRESS, 0, ChartView::onPress),
+    FXMAPFUNC(SEL_KEYPRESS, 0, ChartView::onKeyPress),
+    FXMAPFUNC(SEL_FOCUSIN, 0, ChartView::onFocusIn),
     FXMAPFUNC(SEL_FOCUSOUT, 0, ChartView::onFocusOut),
+    FXMAPFUNC(SEL_RIGHTBUTTONRELEASE, 0, ChartView::onRightClick),
+    FXMAPFUNC(SEL_COMMAND, ChartView::ID_SAVE, ChartView::onSave),
 };
 
 FXIMPLEMENT(ChartView, FXFrame, ChartViewMap, ARRAYNUMBER(ChartViewMap))
@@ -25,20 +33,25 @@ namespace {
 
 constexpr FXint DEFAULT_LINES_WIDE = 24;
 constexpr FXint DEFAULT_LINES_HIGH = 11;
-constexpr FXint DOT_RADIUS = 3;
 constexpr int DAYS_WITH_CONTROL = 20; ///< that the arrow keys go with Control
 
-std::unique_ptr<FXFont> boldFont(const FXFont& font) {
-  FXFontDesc description;
-  font.getFontDesc(description);
-  description.weight = FXFont::Bold;
-  return std::make_unique<FXFont>(font.getApp(), description);
+/// On the display, where the image is.
+CairoContext contextOf(const FXImage& image) {
+  const CairoSurface surface(cairo_xlib_surface_create(
+      static_cast<Display*>(image.getApp()->getDisplay()), image.id(),
+      static_cast<Visual*>(image.getVisual()->getVisual()), image.getWidth(), image.getHeight()));
+  return CairoContext(cairo_create(surface.get()));
+}
+
+std::unique_ptr<FXImage> makeImage(FXApp* app, FXint width, FXint height) {
+  auto image = std::make_unique<FXImage>(app, nullptr, 0, width, height);
+  image->create();
+  return image;
 }
 
 } // namespace
 
-ChartView::ChartView(FXComposite* parent, FXuint options)
-    : FXFrame(parent, options), m_titleFont(boldFont(*getApp()->getNormalFont())) {
+ChartView::ChartView(FXComposite* parent, FXuint options) : FXFrame(parent, options) {
   enable();
   setBackColor(ChartColours::BACKGROUND);
   setBorderColor(ChartColours::AXIS);
@@ -48,25 +61,16 @@ ChartView::~ChartView() {
   HandlerScope::forget(this);
 }
 
-void ChartView::create() {
-  measuredFont(m_titleFont.get());
-  FXFrame::create();
-}
-
 bool ChartView::canFocus() const {
   return true;
 }
 
-FXFont* ChartView::font() const {
-  return getApp()->getNormalFont();
-}
-
 FXint ChartView::getDefaultWidth() {
-  return measuredFont(font())->getFontHeight() * DEFAULT_LINES_WIDE;
+  return measuredFont(getApp()->getNormalFont())->getFontHeight() * DEFAULT_LINES_WIDE;
 }
 
 FXint ChartView::getDefaultHeight() {
-  return measuredFont(font())->getFontHeight() * DEFAULT_LINES_HIGH;
+  return measuredFont(getApp()->getNormalFont())->getFontHeight() * DEFAULT_LINES_HIGH;
 }
 
 FXint ChartView::innerWidth() const {
@@ -115,10 +119,8 @@ const ChartLayout& ChartView::chart() {
   const FXint areaWidth = innerWidth();
   const FXint areaHeight = innerHeight();
   if (!m_chart || m_chart->width() != areaWidth || m_chart->height() != areaHeight) {
-    FXFont* textFont = measuredFont(font());
-    const ChartMetrics metrics{[textFont](const String& text) { return textFont->getTextWidth(toFox(text)); },
-                               double(textFont->getFontHeight())};
-    m_chart = std::make_unique<ChartLayout>(m_model, areaWidth, areaHeight, metrics);
+    m_font = std::make_unique<ChartFont>(*measuredFont(getApp()->getNormalFont()), ChartFont::Target::SCREEN);
+    m_chart = std::make_unique<ChartLayout>(m_model, areaWidth, areaHeight, m_font->metrics());
     m_picture.reset();
     if (m_day)
       m_day = m_chart->isEmpty() ? std::nullopt : std::optional(m_chart->dayBeside(*m_day, 0));
@@ -142,73 +144,12 @@ void ChartView::drawPicture() {
   const ChartLayout& layout = chart();
   if (m_picture)
     return;
-  const FXint areaWidth = innerWidth();
-  const FXint areaHeight = innerHeight();
-  const ChartPicture chart(m_model, layout, areaWidth, areaHeight, font()->getFontHeight());
-  m_picture = std::make_unique<FXImage>(getApp(), nullptr, IMAGE_KEEP | IMAGE_OWNED, areaWidth, areaHeight);
-  std::copy(chart.pixels().begin(), chart.pixels().end(), m_picture->getData());
-  m_picture->create();
-  m_picture->release();
-  m_frame = std::make_unique<FXImage>(getApp(), nullptr, 0, areaWidth, areaHeight);
-  m_frame->create();
-  FXDCWindow dc(m_picture.get());
-  drawTexts(dc);
-}
-
-void ChartView::drawText(FXDC& dc, const ChartText& text) const {
-  const FXString shown = toFox(text.text);
-  dc.drawText(FXint(text.x), FXint(text.y) + dc.getFont()->getFontAscent(), shown.text(),
-              FXuint(shown.length()));
-}
-
-void ChartView::drawTexts(FXDC& dc) const {
-  dc.setForeground(ChartColours::TEXT);
-  if (m_chart->title()) {
-    dc.setFont(m_titleFont.get());
-    drawText(dc, *m_chart->title());
-  }
-  dc.setFont(font());
-  for (const ChartText& line : m_chart->emptyText())
-    drawText(dc, line);
-  for (const auto* ticks : {&m_chart->valueTicks(), &m_chart->timeTicks()})
-    for (const ChartTick& tick : *ticks)
-      if (tick.label)
-        drawText(dc, *tick.label);
-  for (const ChartKey& key : m_chart->legend())
-    drawText(dc, key.name);
-}
-
-void ChartView::drawCrosshair(FXDC& dc, const ChartReading& reading) const {
-  const FXint x = FXint(reading.x);
-  dc.setForeground(ChartColours::AXIS);
-  dc.drawLine(x, FXint(m_chart->plot().y), x, FXint(m_chart->plot().bottom()));
-  for (const ChartReading::Value& value : reading.values) {
-    dc.setForeground(m_model.series[value.series].colour);
-    dc.fillArc(x - DOT_RADIUS, FXint(value.y) - DOT_RADIUS, 2 * DOT_RADIUS + 1, 2 * DOT_RADIUS + 1, 0,
-               360 * 64);
-  }
-  drawBox(dc, m_chart->boxOf(reading));
-}
-
-void ChartView::drawBox(FXDC& dc, const ChartBox& box) const {
-  const FXint x = FXint(box.area.x);
-  const FXint y = FXint(box.area.y);
-  const FXint boxWidth = FXint(box.area.width);
-  const FXint boxHeight = FXint(box.area.height);
-  dc.setForeground(ChartColours::BACKGROUND);
-  dc.fillRectangle(x, y, boxWidth, boxHeight);
-  dc.setForeground(ChartColours::AXIS);
-  dc.drawRectangle(x, y, boxWidth - 1, boxHeight - 1);
-  dc.setFont(font());
-  const FXint line = font()->getFontHeight();
-  for (const ChartBox::Line& entry : box.lines) {
-    if (entry.series) {
-      dc.setForeground(m_model.series[*entry.series].colour);
-      dc.fillRectangle(FXint(entry.text.x) - line, FXint(entry.text.y) + line / 4, line / 2, line / 2);
-    }
-    dc.setForeground(ChartColours::TEXT);
-    drawText(dc, entry.text);
-  }
+  const ChartPicture chart(m_model, layout, innerWidth(), innerHeight(), *m_font);
+  m_picture = makeImage(getApp(), innerWidth(), innerHeight());
+  m_frame = makeImage(getApp(), innerWidth(), innerHeight());
+  const CairoContext context = contextOf(*m_picture);
+  cairo_set_source_surface(context.get(), chart.surface(), 0.0, 0.0);
+  cairo_paint(context.get());
 }
 
 long ChartView::onPaint(FXObject*, FXSelector, void* data) {
@@ -220,9 +161,8 @@ long ChartView::onPaint(FXObject*, FXSelector, void* data) {
   drawPicture();
   FXDCWindow dc(this, static_cast<FXEvent*>(data));
   if (m_day) {
-    FXDCWindow frame(m_frame.get());
-    frame.drawImage(m_picture.get(), 0, 0);
-    drawCrosshair(frame, m_chart->reading(*m_day));
+    FXDCWindow(m_frame.get()).drawImage(m_picture.get(), 0, 0);
+    paintReading(contextOf(*m_frame).get(), m_model, *m_chart, m_chart->reading(*m_day), *m_font);
   }
   dc.drawImage(m_day ? m_frame.get() : m_picture.get(), border, border);
   drawFrame(dc, 0, 0, width, height);
@@ -255,8 +195,44 @@ void ChartView::moveCrosshair(int steps) {
   showDay(m_day ? layout.dayBeside(*m_day, steps) : layout.lastDay());
 }
 
+/// Nothing for a chart that has nothing to save.
+void ChartView::openMenu(FXint screenX, FXint screenY) {
+  if (chart().isEmpty())
+    return;
+  ContextMenu menu(this, this);
+  menu.addCommand(u"Save chart as...", ID_SAVE);
+  menu.run(screenX, screenY);
+}
+
+long ChartView::onRightClick(FXObject*, FXSelector, void* data) {
+  return guardedHandler(u"ChartView::onRightClick failed.", [&] {
+    const auto* event = static_cast<FXEvent*>(data);
+    openMenu(event->root_x, event->root_y);
+  });
+}
+
+/// What is shown now: it may change while the dialog is open.
+long ChartView::onSave(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"ChartView::onSave failed.", [this] {
+    const ChartModel shown = m_model;
+    const ChartFont font(*getApp()->getNormalFont(), ChartFont::Target::DOCUMENT);
+    saveChart(this, shown, innerWidth(), innerHeight(), font);
+  });
+}
+
+long ChartView::openMenuByKey() {
+  return guardedHandler(u"ChartView::onKeyPress failed.", [this] {
+    FXint x = 0;
+    FXint y = 0;
+    translateCoordinatesTo(x, y, getRoot(), width / 2, height / 2);
+    openMenu(x, y);
+  });
+}
+
 long ChartView::onKeyPress(FXObject* sender, FXSelector selector, void* data) {
   const auto* event = static_cast<FXEvent*>(data);
+  if (isMenuKey(*event))
+    return openMenuByKey();
   const int steps = event->state & CONTROLMASK ? DAYS_WITH_CONTROL : 1;
   constexpr int ALL = 1 << 20;
   int wanted = 0;

@@ -1,4 +1,5 @@
 #pragma once
+#include "widgets/ChartFont.h"
 #include "widgets/ChartLayout.h"
 #include "widgets/ChartModel.h"
 #include <functional>
@@ -9,13 +10,15 @@
 namespace Tallymoor {
 
 /// A chart in a window. A crosshair follows the pointer, or with the focus the arrow keys, and a box beside
-/// it tells the day and its values. Drawn into a picture once, which is only copied while the crosshair
-/// moves.
+/// it tells the day and its values. A right click or the menu key offers to save the chart. Drawn into a
+/// picture once, which is only copied while the crosshair moves.
 ///
 /// GUI thread, under the big mutex.
 class ChartView : public FXFrame {
   FXDECLARE(ChartView)
 public:
+  enum { ID_SAVE = FXFrame::ID_LAST, ID_LAST };
+
   /// Gives the chart's model; an Exception from it is shown in the chart's place.
   using Source = std::function<ChartModel()>;
 
@@ -36,7 +39,6 @@ public:
   /// What the box beside the crosshair tells; nothing while there is no crosshair.
   std::optional<ChartReading> reading();
 
-  void create() override;
   bool canFocus() const override;
   FXint getDefaultWidth() override;
   FXint getDefaultHeight() override;
@@ -48,6 +50,8 @@ public:
   long onKeyPress(FXObject*, FXSelector, void*);
   long onFocusIn(FXObject*, FXSelector, void*);
   long onFocusOut(FXObject*, FXSelector, void*);
+  long onRightClick(FXObject*, FXSelector, void*);
+  long onSave(FXObject*, FXSelector, void*);
 
 protected:
   ChartView() = default;
@@ -56,23 +60,20 @@ private:
   void askSource();
   void showDay(const std::optional<Date>& day);
   void moveCrosshair(int steps);
-  FXFont* font() const;
   FXint innerWidth() const;
   FXint innerHeight() const;
   void drawPicture();
-  void drawTexts(FXDC& dc) const;
-  void drawText(FXDC& dc, const ChartText& text) const;
-  void drawCrosshair(FXDC& dc, const ChartReading& reading) const;
-  void drawBox(FXDC& dc, const ChartBox& box) const;
+  void openMenu(FXint screenX, FXint screenY);
+  long openMenuByKey();
 
   Source m_source;
   bool m_stale = false; ///< the source is to be asked
   ChartModel m_model;
+  std::unique_ptr<ChartFont> m_font;    ///< of m_chart
   std::unique_ptr<ChartLayout> m_chart; ///< null until it is needed for this model and size
   std::unique_ptr<FXImage> m_picture;   ///< the chart without crosshair; null until drawn for m_chart
   std::unique_ptr<FXImage> m_frame;     ///< the picture with the crosshair, as large
-  std::unique_ptr<FXFont> m_titleFont;
-  std::optional<Date> m_day; ///< where the crosshair stands
+  std::optional<Date> m_day;            ///< where the crosshair stands
 };
 
 } // namespace Tallymoor

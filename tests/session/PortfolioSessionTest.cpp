@@ -1,6 +1,7 @@
 #include "session/PortfolioSession.h"
 #include "foundation/LengthyFunctions.h"
 #include "foundation/Settings.h"
+#include "foundation/TransferFolder.h"
 #include "market/SharePriceCache.h"
 #include "market/TallymoorInternet.h"
 #include "session/PortfolioExport.h"

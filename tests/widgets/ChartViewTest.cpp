@@ -1,6 +1,7 @@
 #include "widgets/ChartView.h"
 #include "ChartSamples.h"
 #include "foundation/Exception.h"
+#include "foundation/TransferFolder.h"
 #include "support/windows/WindowTest.h"
 #include "widgets/HandlerScope.h"
 #include <fxkeys.h>
@@ -237,6 +238,116 @@ TEST_F(ChartViewTest, LargerTextsMakeALargerChart) {
   ChartView& view = show(priceModel());
   EXPECT_GT(view.getDefaultHeight(), before * 3 / 2);
   EXPECT_FALSE(view.chart().isEmpty());
+}
+
+class ChartSavingTest : public ChartViewTest {
+protected:
+  void openMenu(ChartView& view) {
+    FXEvent event{};
+    event.type = SEL_RIGHTBUTTONRELEASE;
+    event.root_x = event.root_y = 100;
+    EXPECT_EQ(1, view.handle(&app(), FXSEL(SEL_RIGHTBUTTONRELEASE, 0), &event));
+  }
+  void chooseSave() {
+    whenModal("Save chart as...", [this](FXWindow& popup) { press(popup, "Save chart as..."); });
+  }
+  void chooseFileName(const String& path) {
+    whenModal("Save chart as:", [this, path](FXWindow& dialog) {
+      EXPECT_EQ("chart.svg", std::string(find<FXTextField>(dialog)->getText().text()));
+      type(*find<FXTextField>(dialog), path.toUTF8());
+      press(dialog, "OK");
+    });
+  }
+  void saveAs(const String& path) {
+    ChartView& view = show(priceModel());
+    chooseSave();
+    chooseFileName(path);
+    openMenu(view);
+  }
+};
+
+TEST_F(ChartSavingTest, TheChartIsSavedByItsMenu) {
+  const String path = profile().path("prices.svg");
+  saveAs(path);
+  const std::string svg = TestProfile::readFile(path);
+  EXPECT_NE(std::string::npos, svg.find("<title>AAA.AX</title>"));
+  EXPECT_NE(std::string::npos, svg.find("<path "));
+  EXPECT_EQ(profile().path(""), lastTransferFolder());
+}
+
+TEST_F(ChartSavingTest, TheMenuKeyOpensTheMenu) {
+  const String path = profile().path("prices.pdf");
+  ChartView& view = show(priceModel());
+  view.setFocus();
+  chooseSave();
+  chooseFileName(path);
+  key(mainWindow(), KEY_Menu);
+  EXPECT_TRUE(TestProfile::readFile(path).starts_with("%PDF-"));
+}
+
+TEST_F(ChartSavingTest, AnEmptyChartHasNoMenu) {
+  ChartView& view = show(ChartModel());
+  openMenu(view);
+  EXPECT_FALSE(app().getPopupWindow());
+}
+
+TEST_F(ChartSavingTest, ANameWithoutExtensionIsADrawing) {
+  saveAs(profile().path("prices"));
+  EXPECT_TRUE(TestProfile::fileExists(profile().path("prices.svg")));
+  EXPECT_FALSE(TestProfile::fileExists(profile().path("prices")));
+}
+
+TEST_F(ChartSavingTest, AnotherExtensionIsRefused) {
+  const String path = profile().path("prices.gif");
+  ChartView& view = show(priceModel());
+  chooseSave();
+  chooseFileName(path);
+  answer("A chart can't be saved as\n" + path.toUTF8() +
+             "\nEnd the name with .svg or .pdf for a drawing, or with .png for a picture.",
+         "OK");
+  openMenu(view);
+  EXPECT_FALSE(TestProfile::fileExists(path));
+}
+
+TEST_F(ChartSavingTest, AnOlderFileIsOverwrittenOnlyAfterAYes) {
+  const String path = profile().path("prices.png");
+  TestProfile::writeFile(path, "old");
+  const std::string question = "Do you want to overwrite the file\n" + path.toUTF8() + "\nwith this chart?";
+  ChartView& view = show(priceModel());
+  chooseSave();
+  chooseFileName(path);
+  answer(question, "No");
+  openMenu(view);
+  EXPECT_EQ("old", TestProfile::readFile(path));
+  chooseSave();
+  chooseFileName(path);
+  answer(question, "Yes");
+  openMenu(view);
+  EXPECT_TRUE(TestProfile::readFile(path).starts_with("\x89PNG"));
+}
+
+TEST_F(ChartSavingTest, AFileThatCannotBeWrittenTellsItsPathAndTheCause) {
+  const String path = u"/proc/prices.svg"; // where nobody can make a file
+  ChartView& view = show(priceModel());
+  chooseSave();
+  chooseFileName(path);
+  whenModal("ChartView::onSave failed.", [this, path](FXWindow& box) {
+    std::string shown;
+    for (const std::string& label : labels(box))
+      shown += label;
+    EXPECT_NE(std::string::npos, shown.find(path.toUTF8())) << shown;
+    EXPECT_NE(std::string::npos, shown.find("No such file or directory")) << shown;
+    press(box, "OK");
+  });
+  openMenu(view);
+}
+
+TEST_F(ChartSavingTest, CancellingSavesNothing) {
+  ChartView& view = show(priceModel());
+  chooseSave();
+  whenModal("Save chart as:", [this](FXWindow& dialog) { press(dialog, "Cancel"); });
+  openMenu(view);
+  EXPECT_FALSE(TestProfile::fileExists(profile().path("chart.svg")));
 }
 
 } // namespace
