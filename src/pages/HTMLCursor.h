@@ -1,6 +1,5 @@
 #pragma once
 #include <cstddef>
-#include <cstdint>
 #include <string_view>
 
 namespace Tallymoor {
@@ -11,12 +10,9 @@ struct HTMLAttribute {
   std::u16string_view value;
 };
 
-/// Reads the text of a page from a place on. Behind its end stands a ">", as often as it is looked for: so
-/// every loop ends there.
+/// Reads the text of a page from a place on. At its end, names, values and tags end as if a ">" stood there.
 class HTMLCursor {
 public:
-  enum class Part { Attribute, End, ClosingEnd };
-
   explicit HTMLCursor(std::u16string_view html, std::size_t position = 0)
       : m_html(html), m_position(position) {}
 
@@ -29,20 +25,19 @@ public:
   std::u16string_view readText();
   /// Past the end of a comment that begins here.
   void skipComment();
-  /// Past the "</" that ends a script. Throws HTMLException when there is none.
+  /// Past the "<" of the closing tag of a script. Throws HTMLException when there is none.
   void skipScript();
   /// The name of a tag, opening or closing.
   std::u16string_view readName();
+  enum class Part { Attribute, End, ClosingEnd };
   /// The next attribute of a tag, or its end, which ">" or "/>" makes; the cursor is behind it then.
   Part readPart(HTMLAttribute& attribute);
 
 private:
-  char16_t peek(std::size_t ahead = 0) const {
-    return m_position + ahead < m_html.size() ? m_html[m_position + ahead] : u'>';
-  }
-  void skipWhiteSpace();
-  std::u16string_view readUntil(std::uint8_t endKinds);
+  template <class Ends>
+  std::u16string_view readUntil(const Ends& ends);
   std::u16string_view readValue();
+  void skipWhiteSpace();
 
   std::u16string_view m_html;
   std::size_t m_position;

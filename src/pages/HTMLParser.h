@@ -15,7 +15,7 @@ using HTMLPage = std::shared_ptr<const HTMLTag>;
 /// Locator documents address tags by position, so the exact shape of the tree is a contract with them, its
 /// oddities included: tags that are never closed become siblings of what follows them, text counts only right
 /// before a closing tag, nothing is decoded, and a closed tag may be found under two parents when its name is
-/// also that of a tag around it. See HTMLFlatList for how that comes about. Time is linear in the length of
+/// also that of a tag around it. See HTMLReader for how that comes about. Time is linear in the length of
 /// the page, whatever its shape.
 class HTMLParser {
 public:

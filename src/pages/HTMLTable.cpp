@@ -71,7 +71,7 @@ std::vector<String> HTMLTable::readRow(const HTMLTag* row, HTMLWalkLimit& limit)
   cells.reserve(m_numColumns);
   for (std::size_t i = 0; i < m_numColumns; ++i) {
     const HTMLTag* const cell = HTMLTagLocator(&column(*m_locator, i))(row, &limit);
-    limit.spend(cell->textView().size());
+    limit.take(cell->textView().size());
     cells.push_back(cell->text());
   }
   return cells;

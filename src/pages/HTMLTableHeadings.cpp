@@ -24,7 +24,7 @@ bool namesHeadings(const XMLTableLocator& locator) {
 /// The cells of a row, be they of the body or of headings.
 std::vector<const HTMLTag*> cellsOf(const HTMLTag& row, HTMLWalkLimit& limit) {
   std::vector<const HTMLTag*> cells;
-  limit.spend(row.numSubTags());
+  limit.take(row.numSubTags());
   for (const HTMLTag* tag = row.firstSubTag(); tag != nullptr; tag = row.nextSubTag(tag))
     if (tag->nameView() == u"td" || tag->nameView() == u"th")
       cells.push_back(tag);
@@ -39,7 +39,7 @@ const HTMLTag* headingRow(const HTMLTag& firstRow, HTMLWalkLimit& limit) {
   const HTMLTag* before = nullptr;
   for (const HTMLTag* tag = parent->firstSubTag(); tag != nullptr && tag != &firstRow;
        tag = parent->nextSubTag(tag)) {
-    limit.spend(1);
+    limit.take(1);
     if (tag->nameView() == firstRow.nameView())
       before = tag;
   }
@@ -61,7 +61,7 @@ const HTMLTag* cellOnTheWay(const XMLElement& column, const HTMLTag& row, HTMLWa
 
 bool bears(const HTMLTag& cell, const String& heading, HTMLWalkLimit& limit) {
   const HTMLTagSearch inCell(cell);
-  limit.spend(inCell.numTags());
+  limit.take(inCell.numTags());
   return inCell.first([&](const HTMLTag& tag) { return withoutPageBlanks(tag.text()) == heading; }) !=
          nullptr;
 }

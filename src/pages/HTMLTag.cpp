@@ -63,15 +63,15 @@ const HTMLTag& HTMLTag::subTag(std::u16string_view name) const {
   throw HTMLException(u"HTMLTag::subTag - sub tag not found : " + String(name));
 }
 
-const HTMLTag* HTMLTag::firstSubTag() const {
-  return nextSubTag(this);
-}
-
 const HTMLTag* HTMLTag::nextSubTag(const HTMLTag* subTag) const {
-  const std::uint32_t from = subTag->index();
-  if (m_lastSub == NONE || from == m_lastSub)
+  if (m_lastSub == NONE || subTag->index() == m_lastSub)
     return nullptr;
-  return &m_arena->tags[m_arena->follower(from, m_lastSub)];
+  // What was put behind the tag later came after the run's end; what was put there earlier had been taken
+  // away again before the run's own follower came.
+  std::uint32_t next = subTag->m_lastFollower;
+  while (next > m_lastSub)
+    next = m_arena->tags[next].m_followerBefore;
+  return &m_arena->tags[next];
 }
 
 } // namespace Tallymoor

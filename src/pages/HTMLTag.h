@@ -21,7 +21,7 @@ using HTMLName = std::pair<const std::u16string_view, std::uint32_t>;
 /// Sub tags are not held as lists of their own, because a tag may be found under many parents and the lists
 /// of a deeply nested page would have quadratic length. While a page was read, each tag was put behind
 /// exactly one other tag; the sub tags of a tag are the run of tags from the one behind it to the one that
-/// was last when it was closed. So two numbers are enough for any list: see previous and lastSub.
+/// was last when it was closed. So the end of the run is enough for any list.
 class HTMLTag {
 public:
   HTMLTag(const HTMLTag&) = delete;
@@ -60,19 +60,18 @@ public:
   const HTMLTag& subTag(std::u16string_view name) const;
 
   /// The first sub tag, or null.
-  const HTMLTag* firstSubTag() const;
+  const HTMLTag* firstSubTag() const { return nextSubTag(this); }
   /// The sub tag of this one that follows the given sub tag of it, or null.
   const HTMLTag* nextSubTag(const HTMLTag* subTag) const;
 
 private:
-  friend class HTMLFlatList;
+  friend class HTMLReader;
   friend struct HTMLPageArena;
-
   friend class HTMLTagSearch;
 
   static constexpr std::uint32_t NONE = 0xFFFFFFFF;
-  HTMLTag(const HTMLPageArena& arena, HTMLName& name, std::uint32_t attributes, std::uint32_t previous)
-      : m_arena(&arena), m_name(&name), m_attributes(attributes), m_previous(previous) {}
+  HTMLTag(const HTMLPageArena& arena, HTMLName& name, std::size_t attributes)
+      : m_arena(&arena), m_name(&name), m_attributes(static_cast<std::uint32_t>(attributes)) {}
   std::optional<std::u16string_view> findAttribute(std::u16string_view name) const;
   std::uint32_t index() const;
 
@@ -84,8 +83,10 @@ private:
   std::uint32_t m_attributes; ///< where they begin in the page's text
   std::uint32_t m_attributesSize = 0;
   std::uint32_t m_parent = NONE;
-  std::uint32_t m_previous;       ///< the tag that this one was put behind
-  std::uint32_t m_lastSub = NONE; ///< end of the run of sub tags; NONE without sub tags
+  std::uint32_t m_lastSub = NONE;        ///< end of the run of sub tags; NONE without sub tags
+  std::uint32_t m_previous = NONE;       ///< the tag that this one was put behind
+  std::uint32_t m_lastFollower = NONE;   ///< the last tag that was put behind this one
+  std::uint32_t m_followerBefore = NONE; ///< the tag that was put behind the same tag before this one
 };
 
 } // namespace Tallymoor

@@ -97,10 +97,10 @@ const HTMLTag* HTMLTagLocator::applySearch(const XMLElement& search, const HTMLT
   const Wanted wanted(search);
   const HTMLTagSearch below(*current);
   if (limit != nullptr)
-    limit->spend(below.numTags());
+    limit->take(below.numTags());
   const HTMLTag* const found = below.first([&](const HTMLTag& tag) {
     if (limit != nullptr && !wanted.attribute.empty() && tag.nameView() == wanted.name)
-      limit->spend(tag.attributesSize());
+      limit->take(tag.attributesSize());
     return wanted.matches(tag);
   });
   if (found == nullptr)

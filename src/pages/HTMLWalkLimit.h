@@ -1,4 +1,5 @@
 #pragma once
+#include "foundation/Exception.h"
 #include <cstddef>
 
 namespace Tallymoor {
@@ -11,9 +12,12 @@ public:
   /// So many tags to step over, and units of text to copy and of attributes to read.
   explicit HTMLWalkLimit(std::size_t units) : m_left(units) {}
 
-  /// Throws HTMLException "HTMLTable::fillFrom - too many tags to walk over" when more is spent than there
-  /// is.
-  void spend(std::size_t units);
+  /// Throws HTMLException when this is more than is left.
+  void take(std::size_t units) {
+    if (units > m_left)
+      throw HTMLException(u"HTMLTable::fillFrom - too many tags to walk over");
+    m_left -= units;
+  }
 
 private:
   std::size_t m_left;

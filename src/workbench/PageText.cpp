@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <unicode/utf16.h>
 #include <utility>
 #include <vector>
 
@@ -17,10 +18,6 @@ bool isBlank(char16_t unit) {
   return unit == u' ' || unit == NO_BREAK_SPACE || (unit >= 9 && unit <= 13);
 }
 
-bool isSurrogate(char16_t unit) {
-  return unit >= 0xD800 && unit <= 0xDFFF;
-}
-
 std::optional<char16_t> characterNumbered(const String& digits, int base) {
   unsigned value = 0;
   if (digits.empty() || digits.size() > 5)
@@ -33,7 +30,7 @@ std::optional<char16_t> characterNumbered(const String& digits, int base) {
         value * static_cast<unsigned>(base) + static_cast<unsigned>(decimal ? unit - u'0' : unit - u'a' + 10);
   }
   const auto unit = static_cast<char16_t>(value);
-  return value == 0 || value > 0xFFFF || isSurrogate(unit) ? std::nullopt : std::optional(unit);
+  return value == 0 || value > 0xFFFF || U_IS_SURROGATE(unit) ? std::nullopt : std::optional(unit);
 }
 
 /// The character of a reference; name is the part between "&" and ";".
@@ -163,16 +160,12 @@ String placeOf(const HTMLTag& tag) {
 }
 
 bool isWritableInXml(std::u16string_view text) {
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char16_t unit = text[i];
-    if ((unit < 0x20 && unit != 9 && unit != 10 && unit != 13) || unit >= 0xFFFE)
+  for (std::size_t i = 0; i < text.size();) {
+    UChar32 character = 0;
+    U16_NEXT(text.data(), i, text.size(), character);
+    const bool isControl = character < 0x20 && character != 9 && character != 10 && character != 13;
+    if (isControl || U_IS_SURROGATE(character) || character == 0xFFFE || character == 0xFFFF)
       return false;
-    if (!isSurrogate(unit))
-      continue;
-    const bool pair = unit < 0xDC00 && i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF;
-    if (!pair)
-      return false;
-    ++i;
   }
   return true;
 }
