@@ -429,7 +429,7 @@ void fetchAdvert() {
   try {
     thread.runPass();
   } catch (const Exception&) {
-    return require(advert.image.empty(), "an advert that can't be had shows nothing");
+    return require(advert.image.empty(), "an advert that is unavailable shows nothing");
   }
   require(isSoundGif(advert.image), "an advert is a sound picture");
 }

@@ -14,7 +14,7 @@ build_packages=(
 packages=(
   "${build_packages[@]}"
   libgtest-dev libgmock-dev libbenchmark-dev
-  clang libclang-rt-dev llvm
+  clang libclang-rt-dev llvm clang-format clang-tidy
   desktop-file-utils appstream x11-utils
   strace
   xvfb xauth xdotool openbox imagemagick fonts-dejavu-core xdg-utils dbus dbus-daemon procps

@@ -24,8 +24,8 @@ void addNote(XMLElement& report, const String& text) {
 template <class Record>
 struct EventOf {
   Date day;
-  const Record* record;
-  const SharePortfolioUser* portfolio;
+  const Record* record = nullptr;
+  const SharePortfolioUser* portfolio = nullptr;
 };
 using CashFlow = EventOf<XMLCashEvent>;
 

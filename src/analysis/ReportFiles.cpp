@@ -68,7 +68,7 @@ String writeReportFiles(XMLElement& report, const String& fileName) {
   installMissingDefaults(platform, APP_NAME);
   const String folder = reportDirectory(platform, APP_NAME);
   const String documentFile = folder + fileName + u".xml";
-  const String pageFile = folder + fileName + u".html";
+  String pageFile = folder + fileName + u".html";
   report.setAttribute(u"directory", folder);
   const std::string document = documentOf(report, folder);
   write(documentFile, document);

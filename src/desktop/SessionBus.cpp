@@ -20,8 +20,8 @@ constexpr std::chrono::seconds LONGEST_TRY(2);
 /// Rounded up, so that the bus finds its time has come.
 FXuint wholeMilliseconds(std::chrono::microseconds time) {
   using std::chrono::milliseconds;
-  constexpr milliseconds longest = std::chrono::hours(1);
-  return static_cast<FXuint>(std::min(std::chrono::ceil<milliseconds>(time), longest).count());
+  constexpr milliseconds LONGEST = std::chrono::hours(1);
+  return static_cast<FXuint>(std::min(std::chrono::ceil<milliseconds>(time), LONGEST).count());
 }
 
 } // namespace

@@ -25,11 +25,11 @@ FXIMPLEMENT(BuySharesPanel, TradePanel, BuySharesPanelMap, ARRAYNUMBER(BuyShares
 
 namespace {
 
-constexpr const char16_t* uncheckedCodeQuestion =
+constexpr const char16_t* UNCHECKED_CODE_QUESTION =
     u"You have not checked the stock code by searching for the company.\n"
     u"Are you sure you want to continue with this stock code?";
 
-constexpr const char16_t* anotherMarketQuestion =
+constexpr const char16_t* ANOTHER_MARKET_QUESTION =
     u"You are about to buy stock from a different market to\n"
     u"existing stock held in this portfolio. If you continue,\n"
     u"the portfolio tracking will be inconsistent due to currency differences.\n"
@@ -139,11 +139,11 @@ bool BuySharesPanel::checkCode() const {
     return refuse(*m_code, u"You must record the share code - click 'search' to help");
   if (!m_code->isEditable())
     return true;
-  return (!name().empty() || confirm(*m_code, uncheckedCodeQuestion)) && checkMarket();
+  return (!name().empty() || confirm(*m_code, UNCHECKED_CODE_QUESTION)) && checkMarket();
 }
 
 bool BuySharesPanel::checkMarket() const {
-  return !m_portfolio || !m_portfolio->isOfAnotherMarket(code()) || confirm(*m_code, anotherMarketQuestion);
+  return !m_portfolio || !m_portfolio->isOfAnotherMarket(code()) || confirm(*m_code, ANOTHER_MARKET_QUESTION);
 }
 
 String BuySharesPanel::code() const {

@@ -6,6 +6,7 @@
 #include "entry/FormChecks.h"
 #include "entry/FormIcons.h"
 #include "foundation/Amounts.h"
+#include "foundation/KeptTexts.h"
 #include "foundation/Platform.h"
 #include "market/StockNames.h"
 #include "widgets/CalendarDialog.h"
@@ -30,8 +31,8 @@ FXIMPLEMENT(EditSoldShareDialog, Dialog, EditSoldShareDialogMap, ARRAYNUMBER(Edi
 
 namespace {
 
-constexpr int amountDecimals = 2;
-constexpr int priceDecimals = 4;
+constexpr int AMOUNT_DECIMALS = 2;
+constexpr int PRICE_DECIMALS = 4;
 
 String captionFor(const Date& sellDate) {
   return u"Edit share sold on " + sellDate.toString(DATE_DISPLAY_LOCAL);
@@ -82,15 +83,15 @@ EditSoldShareDialog::~EditSoldShareDialog() = default;
 void EditSoldShareDialog::buildAmountRows(FormRows& rows) {
   m_code = rows.addReadOnly(u"Stock Code");
   m_name = rows.addName(u"Stock name");
-  m_number = rows.addNumber(u"Number sold", amountDecimals, this, ID_AMOUNT);
-  m_buyPrice = rows.addNumber(u"Buy price", priceDecimals, this, ID_AMOUNT);
-  m_sellPrice = rows.addNumber(u"Sell price", priceDecimals, this, ID_AMOUNT);
+  m_number = rows.addNumber(u"Number sold", AMOUNT_DECIMALS, this, ID_AMOUNT);
+  m_buyPrice = rows.addNumber(u"Buy price", PRICE_DECIMALS, this, ID_AMOUNT);
+  m_sellPrice = rows.addNumber(u"Sell price", PRICE_DECIMALS, this, ID_AMOUNT);
 }
 
 void EditSoldShareDialog::buildBrokerageRows(FormRows& rows) {
-  m_buyBrokerage = rows.addNumber(u"Buy Brokerage paid", amountDecimals, this, ID_AMOUNT);
-  m_sellBrokerage = rows.addNumber(u"Sell Brokerage paid", amountDecimals, this, ID_AMOUNT);
-  m_totalBrokerage = rows.addNumber(u"TOTAL brokerage paid", amountDecimals);
+  m_buyBrokerage = rows.addNumber(u"Buy Brokerage paid", AMOUNT_DECIMALS, this, ID_AMOUNT);
+  m_sellBrokerage = rows.addNumber(u"Sell Brokerage paid", AMOUNT_DECIMALS, this, ID_AMOUNT);
+  m_totalBrokerage = rows.addNumber(u"TOTAL brokerage paid", AMOUNT_DECIMALS);
   m_totalBrokerage->makeReadOnly();
 }
 
@@ -100,7 +101,7 @@ void EditSoldShareDialog::buildDateRows(FormRows& rows) {
 }
 
 void EditSoldShareDialog::buildTotalRows(FormRows& rows) {
-  m_received = rows.addNumber(u"Total received", amountDecimals);
+  m_received = rows.addNumber(u"Total received", AMOUNT_DECIMALS);
   m_received->makeReadOnly();
   m_cash.addTo(rows);
 }
@@ -216,13 +217,11 @@ SaleEntry EditSoldShareDialog::entry() const {
 // Both failures are reported under the name of the form for sales, which users know them by.
 
 long EditSoldShareDialog::onChooseBuyDate(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"SellSharesPanel::onChooseBuyDate failed.",
-                        [this] { chooseDate(this, *m_buyDate); });
+  return guardedHandler(kept::DATE_OF_PURCHASE, [this] { chooseDate(this, *m_buyDate); });
 }
 
 long EditSoldShareDialog::onChooseSellDate(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"SellSharesPanel::onChooseSellDate failed.",
-                        [this] { chooseDate(this, *m_sellDate); });
+  return guardedHandler(kept::DATE_OF_SALE, [this] { chooseDate(this, *m_sellDate); });
 }
 
 long EditSoldShareDialog::onAmount(FXObject*, FXSelector, void*) {

@@ -9,7 +9,7 @@ class FormComboBox : public FXComboBox {
   FXDECLARE(FormComboBox)
 public:
   FormComboBox(FXComposite* parent, FXObject* target, FXSelector selector, FXuint options,
-               FXint columns = FormRows::columns);
+               FXint columns = FormRows::COLUMNS);
 
   /// The part that takes the focus.
   FXTextField* textField() const { return field; }

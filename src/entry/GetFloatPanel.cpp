@@ -16,9 +16,9 @@ FXIMPLEMENT(GetFloatPanel, DatedPanel, GetFloatPanelMap, ARRAYNUMBER(GetFloatPan
 GetFloatPanel::GetFloatPanel(FXComposite* parent, const String& title, const String& description,
                              double initialValue, const Date& initialDate)
     : DatedPanel(parent, title, description) {
-  constexpr int amountDecimals = 2;
+  constexpr int AMOUNT_DECIMALS = 2;
   FormRows rows(this);
-  m_value = rows.addNumber(u"Amount", amountDecimals, this, ID_AMOUNT);
+  m_value = rows.addNumber(u"Amount", AMOUNT_DECIMALS, this, ID_AMOUNT);
   addDate(rows, u"Date");
   m_text = rows.addText(u"Description (optional)");
   m_cash.addTo(rows);

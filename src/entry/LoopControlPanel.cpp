@@ -7,13 +7,13 @@ namespace Tallymoor {
 FXIMPLEMENT(LoopControlPanel, GUIPanel, nullptr, 0)
 
 LoopControlPanel::LoopControlPanel(FXComposite* parent) : GUIPanel(parent, String(), String()) {
-  constexpr FXint indent = 20; // below the text of the check button
+  constexpr FXint INDENT = 20; // below the text of the check button
   m_text = new FXLabel(this, FXString(), nullptr, JUSTIFY_LEFT);
   // As wide as the longest text: the window is made before the texts are known.
-  constexpr FXint widestText = 440;
-  new FXFrame(this, LAYOUT_FIX_WIDTH | LAYOUT_FIX_HEIGHT, 0, 0, scaledToText(widestText), 10);
+  constexpr FXint WIDEST_TEXT = 440;
+  new FXFrame(this, LAYOUT_FIX_WIDTH | LAYOUT_FIX_HEIGHT, 0, 0, scaledToText(WIDEST_TEXT), 10);
   m_finished = new FXCheckButton(this, FXString(), nullptr, 0, CHECKBUTTON_NORMAL | JUSTIFY_LEFT);
-  m_help = new FXLabel(this, FXString(), nullptr, JUSTIFY_LEFT, 0, 0, 0, 0, indent);
+  m_help = new FXLabel(this, FXString(), nullptr, JUSTIFY_LEFT, 0, 0, 0, 0, INDENT);
 }
 
 void LoopControlPanel::showSection(const String& title, const String& text, const String& question,

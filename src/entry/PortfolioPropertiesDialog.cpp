@@ -75,7 +75,7 @@ void PortfolioPropertiesDialog::buildFields() {
   m_indexCode->setTarget(this);
   m_indexCode->setSelector(ID_CODE);
   m_indexName = rows.addName(u"Index Name");
-  m_indexName->setNumColumns(FormRows::columns * 3 / 2);
+  m_indexName->setNumColumns(FormRows::COLUMNS * 3 / 2);
   rows.align();
 }
 

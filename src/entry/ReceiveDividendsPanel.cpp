@@ -32,9 +32,9 @@ FXIMPLEMENT(ReceiveDividendsPanel, DatedPanel, ReceiveDividendsPanelMap,
 
 namespace {
 
-constexpr int amountDecimals = 2;
-constexpr int rateDecimals = 6;
-constexpr std::int32_t fullyFranked = 100;
+constexpr int AMOUNT_DECIMALS = 2;
+constexpr int RATE_DECIMALS = 6;
+constexpr std::int32_t FULLY_FRANKED = 100;
 
 /// The number held now; of a stock that is held no more, all that was sold on the last day of a sale.
 double heldOrSoldLast(const SharePortfolioUser& portfolio, const String& code) {
@@ -84,12 +84,12 @@ void ReceiveDividendsPanel::buildHoldingRows(FormRows& rows) {
   m_code = new StockChoice(rows.addRow(u"Stock Code"), u"<select stock code>", this, ID_CODE,
                            StockChoice::Stocks::HELD_AND_SOLD);
   m_name = rows.addName(u"Stock name");
-  m_held = rows.addNumber(u"On Shares Held", amountDecimals, this, ID_RECOMPUTE);
-  m_rate = rows.addNumber(u"Dividend Rate", rateDecimals, this, ID_RECOMPUTE);
+  m_held = rows.addNumber(u"On Shares Held", AMOUNT_DECIMALS, this, ID_RECOMPUTE);
+  m_rate = rows.addNumber(u"Dividend Rate", RATE_DECIMALS, this, ID_RECOMPUTE);
 }
 
 void ReceiveDividendsPanel::buildValueRows(FormRows& rows) {
-  m_value = rows.addNumber(u"Value", amountDecimals);
+  m_value = rows.addNumber(u"Value", AMOUNT_DECIMALS);
   m_value->makeReadOnly();
   buildFrankingRow(*rows.addRow(u"Percent Franked"));
   addDate(rows, u"Date Received");
@@ -97,10 +97,10 @@ void ReceiveDividendsPanel::buildValueRows(FormRows& rows) {
 
 /// One row for both, so that the form fits a page of the wizard.
 void ReceiveDividendsPanel::buildFrankingRow(FXHorizontalFrame& row) {
-  constexpr FXint spinnerColumns = 5, creditColumns = 12;
-  m_percentFranked = new NumberSpinner(&row, spinnerColumns, 0, fullyFranked, 0, this, ID_RECOMPUTE);
+  constexpr FXint SPINNER_COLUMNS = 5, CREDIT_COLUMNS = 12;
+  m_percentFranked = new NumberSpinner(&row, SPINNER_COLUMNS, 0, FULLY_FRANKED, 0, this, ID_RECOMPUTE);
   new FXLabel(&row, "Franking Credit", nullptr, JUSTIFY_LEFT | LAYOUT_CENTER_Y);
-  m_frankingCredit = new NumberField(&row, amountDecimals, creditColumns);
+  m_frankingCredit = new NumberField(&row, AMOUNT_DECIMALS, CREDIT_COLUMNS);
   m_frankingCredit->makeReadOnly();
 }
 
@@ -140,7 +140,7 @@ void ReceiveDividendsPanel::proposeFranking() {
   if (m_frankingTyped)
     return;
   const bool franked = CountryOfResidence::Instance().isAustralia() && !isForeign();
-  m_percentFranked->setValue(franked ? fullyFranked : 0);
+  m_percentFranked->setValue(franked ? FULLY_FRANKED : 0);
 }
 
 void ReceiveDividendsPanel::showDividend(const XMLDividendEvent& dividendEvent) {

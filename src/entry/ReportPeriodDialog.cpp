@@ -39,9 +39,9 @@ ReportPeriod ReportPeriodDialog::period() const {
 }
 
 bool ReportPeriodDialog::validate() {
-  static const String inFuture = u"You can't specify a date in the future.";
+  static const String IN_FUTURE = u"You can't specify a date in the future.";
   return GUIPanel::runChecks([this] {
-    return requireNotInFuture(*m_first, inFuture) && requireNotInFuture(*m_last, inFuture) && checkOrder();
+    return requireNotInFuture(*m_first, IN_FUTURE) && requireNotInFuture(*m_last, IN_FUTURE) && checkOrder();
   });
 }
 

@@ -4,6 +4,7 @@
 #include "entry/FormChecks.h"
 #include "entry/StockChoice.h"
 #include "foundation/Amounts.h"
+#include "foundation/KeptTexts.h"
 #include "foundation/Platform.h"
 #include "market/StockNames.h"
 #include "widgets/DateField.h"
@@ -105,7 +106,7 @@ bool SellSharesPanel::checkCode() const {
 bool SellSharesPanel::checkHeldOnDate() const {
   const SharePortfolioCapitalRecordUser& record = m_portfolio->capitalRecord();
   if (!record.hasDayCap(date()))
-    return refuse(*dateField(), u"No capital record for the sell date. Please refesh the capital record");
+    return refuse(*dateField(), kept::REFRESH_THE_RECORD);
   const auto holding = record.holdingOn(code(), date());
   if (!holding)
     return refuse(*dateField(), u"No shares were held to sell on this date.");

@@ -11,7 +11,7 @@ FXIMPLEMENT(StockChoice, FormComboBox, nullptr, 0)
 
 namespace {
 
-constexpr FXint mostVisible = 12;
+constexpr FXint MOST_VISIBLE = 12;
 
 template <class Stock>
 std::set<String> codesOf(const ElementList<Stock>& stocks) {
@@ -57,7 +57,7 @@ String StockChoice::code() const {
 }
 
 void StockChoice::showNoMoreThanFits() {
-  setNumVisible(std::min(getNumItems(), mostVisible));
+  setNumVisible(std::min(getNumItems(), MOST_VISIBLE));
 }
 
 } // namespace Tallymoor

@@ -14,12 +14,12 @@ FXIMPLEMENT(StockSearchDialog, Dialog, nullptr, 0)
 
 namespace {
 
-constexpr FXint widestTable = 400;
+constexpr FXint WIDEST_TABLE = 400;
 /// A longer list scrolls, so that the buttons stay on the screen.
-constexpr FXint highestTable = 400;
-constexpr FXint heightBesideRows = 15;
+constexpr FXint HIGHEST_TABLE = 400;
+constexpr FXint HEIGHT_BESIDE_ROWS = 15;
 /// Of the frame, and the line behind the last column: a pixel less would show both scroll bars.
-constexpr FXint widthBesideColumns = 6;
+constexpr FXint WIDTH_BESIDE_COLUMNS = 6;
 
 } // namespace
 
@@ -44,16 +44,16 @@ void StockSearchDialog::buildTable(const String& text) {
   m_table = new StockSearchTable(frame, m_results, this, ID_ACCEPT);
   m_table->selectBest(text);
   setFirstFocus(m_table);
-  FXint width = m_table->getRowHeaderWidth() + widthBesideColumns;
+  FXint width = m_table->getRowHeaderWidth() + WIDTH_BESIDE_COLUMNS;
   for (FXint column = 0; column < m_table->getNumColumns(); ++column)
     width += m_table->getColumnWidth(column);
-  FXint height = m_table->getColumnHeaderHeight() + heightBesideRows;
+  FXint height = m_table->getColumnHeaderHeight() + HEIGHT_BESIDE_ROWS;
   for (FXint row = 0; row < m_table->getNumRows(); ++row)
     height += m_table->getRowHeight(row);
-  if (height > scaledToText(highestTable))
+  if (height > scaledToText(HIGHEST_TABLE))
     width += m_table->verticalScrollBar()->getDefaultWidth();
-  frame->setWidth(std::min(width, scaledToText(widestTable)));
-  frame->setHeight(std::min(height, scaledToText(highestTable)));
+  frame->setWidth(std::min(width, scaledToText(WIDEST_TABLE)));
+  frame->setHeight(std::min(height, scaledToText(HIGHEST_TABLE)));
 }
 
 bool StockSearchDialog::validate() {

@@ -20,8 +20,8 @@ FXIMPLEMENT_ABSTRACT(TradePanel, DatedPanel, TradePanelMap, ARRAYNUMBER(TradePan
 
 namespace {
 
-constexpr int amountDecimals = 2;
-constexpr int priceDecimals = 4;
+constexpr int AMOUNT_DECIMALS = 2;
+constexpr int PRICE_DECIMALS = 4;
 
 /// What stands beside a price that a form proposes for a day.
 String noteOn(const KnownPrice& price, const Date& day) {
@@ -37,16 +37,16 @@ TradePanel::TradePanel(FXComposite* parent, const String& title, const String& d
     : DatedPanel(parent, title, description), m_portfolio(portfolio) {}
 
 void TradePanel::addTrade(FormRows& rows, const String& numberLabel, const String& dateLabel) {
-  m_number = rows.addNumber(numberLabel, amountDecimals, this, ID_AMOUNT);
-  m_price = rows.addNumber(u"Share price", priceDecimals, this, ID_AMOUNT);
+  m_number = rows.addNumber(numberLabel, AMOUNT_DECIMALS, this, ID_AMOUNT);
+  m_price = rows.addNumber(u"Share price", PRICE_DECIMALS, this, ID_AMOUNT);
   m_priceNote = new FXLabel(static_cast<FXComposite*>(m_price->getParent()), FXString(), nullptr,
                             JUSTIFY_LEFT | LAYOUT_CENTER_Y);
-  m_brokerage = rows.addNumber(u"Brokerage paid", amountDecimals, this, ID_AMOUNT);
+  m_brokerage = rows.addNumber(u"Brokerage paid", AMOUNT_DECIMALS, this, ID_AMOUNT);
   addDate(rows, dateLabel);
 }
 
 void TradePanel::addTotals(FormRows& rows, const String& label) {
-  m_total = rows.addNumber(label, amountDecimals);
+  m_total = rows.addNumber(label, AMOUNT_DECIMALS);
   m_total->makeReadOnly();
   m_cash.addTo(rows);
 }

@@ -22,7 +22,7 @@ void note(int number) {
 
 } // namespace
 
-EndingSignalsBlocked::EndingSignalsBlocked() {
+EndingSignalsBlocked::EndingSignalsBlocked() : m_before() {
   sigset_t ending;
   sigemptyset(&ending);
   for (const int number : ENDING)

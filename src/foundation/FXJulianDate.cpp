@@ -33,8 +33,8 @@ constexpr std::int64_t julianDayOf(std::int64_t months, std::int64_t day) {
   return year / 400 * DAYS_OF_ERA + first.time_since_epoch().count() + JULIAN_DAY_OF_EPOCH + day - 1;
 }
 
-constexpr std::int64_t FIRST_DAY = julianDayOf(FIRST_YEAR * 12, 1);
-constexpr std::int64_t LAST_DAY = julianDayOf((LAST_YEAR + 1) * 12, 1) - 1;
+constexpr std::int64_t FIRST_DAY = julianDayOf(std::int64_t{FIRST_YEAR} * 12, 1);
+constexpr std::int64_t LAST_DAY = julianDayOf(std::int64_t{LAST_YEAR + 1} * 12, 1) - 1;
 
 std::uint32_t insideCalendar(std::int64_t julianDay) {
   return static_cast<std::uint32_t>(std::clamp(julianDay, FIRST_DAY, LAST_DAY));
@@ -67,7 +67,7 @@ void Clock::setToday(std::uint32_t julianDay) {
 
 FXJulianDate::FXJulianDate() : m_julian(Clock::today()) {}
 
-FXJulianDate::FXJulianDate(int year, int month, int day) {
+FXJulianDate::FXJulianDate(int year, int month, int day) : m_julian(0) {
   setDate(year, month, day);
 }
 
@@ -83,7 +83,7 @@ void FXJulianDate::addMonths(int months) {
   const year_month_day date(dayOf(m_julian));
   const std::int64_t reached =
       std::clamp(std::int64_t{int(date.year())} * 12 + unsigned(date.month()) - 1 + months,
-                 std::int64_t{FIRST_YEAR * 12}, std::int64_t{LAST_YEAR * 12 + 11});
+                 std::int64_t{FIRST_YEAR} * 12, std::int64_t{LAST_YEAR} * 12 + 11);
   const auto reachedMonth = std::chrono::year(0) / 1 + std::chrono::months(static_cast<int>(reached));
   m_julian = insideCalendar(julianDayOf(reached, std::min(day(), lengthOf(reachedMonth))));
 }

@@ -66,7 +66,7 @@ String firstBytes(const String& text, std::size_t bytes) {
 
 String fileNameFor(const String& code, std::size_t bytesBeside) {
   const std::size_t room = NAME_MAX - std::min<std::size_t>(bytesBeside, NAME_MAX);
-  const String name = escapedForFile(code);
+  String name = escapedForFile(code);
   if (name.toUTF8().size() <= room)
     return name;
   // No escaped name contains "%~".

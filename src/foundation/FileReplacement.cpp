@@ -25,7 +25,7 @@ namespace Tallymoor {
 
 namespace {
 
-constexpr std::size_t BUFFER_SIZE = 64 * 1024;
+constexpr std::size_t BUFFER_SIZE = std::size_t{64} * 1024;
 
 /// Stream buffer that writes to a file descriptor and keeps the first error.
 class FileBuffer : public std::streambuf {

@@ -16,7 +16,7 @@ namespace Tallymoor {
 
 namespace {
 
-constexpr std::size_t BUFFER_SIZE = 64 * 1024;
+constexpr std::size_t BUFFER_SIZE = std::size_t{64} * 1024;
 constexpr char END_OF_NOTE = '\n'; ///< A note without it is incomplete and is discarded.
 
 int openFile(const std::string& path, int flags) {

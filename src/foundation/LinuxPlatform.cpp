@@ -51,7 +51,7 @@ std::string localeFor(const std::string& wanted, const char* category) {
 }
 
 std::string homeFolder() {
-  const std::string home = environment("HOME");
+  std::string home = environment("HOME");
   if (!home.empty())
     return home;
   passwd entry{};
@@ -64,7 +64,7 @@ std::string homeFolder() {
 /// Empty if the environment sets no folder. A relative XDG_DATA_HOME is ignored, as its specification
 /// demands.
 std::string userDataHome() {
-  const std::string data = environment("XDG_DATA_HOME");
+  std::string data = environment("XDG_DATA_HOME");
   if (!data.empty() && data[0] == '/')
     return data;
   const std::string home = homeFolder();

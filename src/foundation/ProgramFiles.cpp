@@ -46,9 +46,9 @@ bool writeWhole(const std::string& path, std::string_view content) {
 
 // Repeats the values of Constants.h, whose String type would link further libraries into the installer.
 const std::vector<std::string>& programFileStems() {
-  static const std::vector<std::string> stems{"Tallymoor.exe", "UpdateInstaller", "FOXDLL", "FxEx",
+  static const std::vector<std::string> STEMS{"Tallymoor.exe", "UpdateInstaller", "FOXDLL", "FxEx",
                                               "xerces-c"};
-  return stems;
+  return STEMS;
 }
 
 bool isProgramFileName(const std::string& fileName, const std::string& stem) {

@@ -9,8 +9,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-extern char** environ;
-
 namespace Tallymoor {
 
 namespace {
@@ -18,7 +16,7 @@ namespace {
 /// Gives a child process an empty signal mask, the default action for SIGPIPE and none of our open files.
 class SpawnSettings {
 public:
-  SpawnSettings() {
+  SpawnSettings() : actions(), attributes() {
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
     posix_spawnattr_init(&attributes);

@@ -106,7 +106,7 @@ std::string CurlTransfer::port() const {
   char* text = nullptr;
   if (curl_url_get(m_address.get(), CURLUPART_PORT, &text, 0) != CURLUE_OK)
     return {};
-  const std::string port = text;
+  std::string port = text;
   curl_free(text);
   return port;
 }

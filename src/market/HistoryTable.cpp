@@ -18,7 +18,7 @@ bool isBelievable(const Date& day) {
 /// The day of a text as "3-Mar-06" or "3-Mar-2006". Days that a month doesn't have would be carried over, and
 /// a year of one digit, as in a text that was cut, would be taken for one of this century.
 Date dayOf(const String& text) {
-  const Date day(text, DATE_DISPLAY_MIDDATE1);
+  Date day(text, DATE_DISPLAY_MIDDATE1);
   const String known = text.starts_with(u"0") ? text.substr(1).toLower() : text.toLower();
   const String shortForm = day.toString(DATE_DISPLAY_MIDDATE1).toLower();
   const String longForm = shortForm.substr(0, shortForm.size() - 2) + String::fromLong(day.year());

@@ -103,7 +103,7 @@ struct Stretch {
 
 Stretch stretchOf(const SharePriceCache::Rows& known, const SharePriceCache::Rows& fetched,
                   const HistoryRange& range) {
-  const Stretch fromFirstRow{fetched.begin()->first, fetched.begin()->second.close};
+  Stretch fromFirstRow{fetched.begin()->first, fetched.begin()->second.close};
   const auto before = known.find(range.start.plusDays(-1));
   if (before == known.end() || showsAsZero(before->second.close) ||
       fromFirstRow.first > range.start.plusDays(LONGEST_CLOSURE))

@@ -14,7 +14,7 @@ namespace {
 
 const AdvertSettings* s_forTest = nullptr;
 
-constexpr std::size_t LARGEST_PICTURE = 1024 * 1024; ///< bytes
+constexpr std::size_t LARGEST_PICTURE = std::size_t{1024} * 1024; ///< bytes
 
 /// The name goes into an address as it is.
 bool isPlainName(const String& name) {

@@ -1,4 +1,5 @@
 #include "shell/OnlineController.h"
+#include "foundation/KeptTexts.h"
 #include "foundation/Thread.h"
 #include "foundation/UserInteraction.h"
 #include "market/TallymoorInternet.h"
@@ -75,7 +76,7 @@ void OnlineController::reconnect() {
 
 void OnlineController::showFailure() {
   m_button->setText("Failed");
-  m_button->setTipText("Failedto connect");
+  m_button->setTipText(kept::FAILED_TO_CONNECT);
   m_button->setHelpText("Failed to reconnect to the network");
   m_window.getApp()->runWhileEvents();
   Thread::sleep(FAILURE_SHOWN_FOR);

@@ -95,7 +95,7 @@ void OptionsDialog::buildNumbers(FormRows page) {
 
 void OptionsDialog::buildChoices(FormRows page) {
   FXHorizontalFrame* row = page.addRow(u"Country of Residence for Tax Purposes");
-  m_country = new FormTextField(row, FormRows::columns, nullptr, 0, TEXTFIELD_NORMAL | LAYOUT_CENTER_Y);
+  m_country = new FormTextField(row, FormRows::COLUMNS, nullptr, 0, TEXTFIELD_NORMAL | LAYOUT_CENTER_Y);
   m_country->makeReadOnly();
   m_country->setText(CountryOfResidence::Instance().country());
   new FXButton(row, "change", nullptr, this, ID_CHANGE_COUNTRY, FRAME_RAISED | FRAME_THICK | LAYOUT_CENTER_Y);

@@ -2,6 +2,7 @@
 #include "analysis/Indicators.h"
 #include "foundation/Amounts.h"
 #include "foundation/Exception.h"
+#include "foundation/KeptTexts.h"
 #include "foundation/RunTimeSettings.h"
 #include "views/CellFigures.h"
 #include "views/HeldShareRow.h"
@@ -69,7 +70,7 @@ void declareTrendColumns(Table& table, bool defaultVisible) {
 
 void declareAutoMinMaxColumn(Table& table) {
   add(table, u"Auto Min/Max", &IndicatorCells::autoMinMax, COMPARE_TEXT, true)
-      .setToolTip(u"Min/Max calculated as a multple of the ATR above and below the LR Value");
+      .setToolTip(kept::LIMITS_BY_RANGE);
 }
 
 PriceLimits automaticLimits(Row& row) {

@@ -15,8 +15,8 @@ using namespace PerformanceCells;
 constexpr int LONGEST_INDEX_SPAN = 12; ///< months before a row's end that need no record of the portfolio
 
 struct ColumnOf {
-  const char16_t* title;
-  Column::Function function;
+  const char16_t* title = nullptr;
+  Column::Function function = nullptr;
   CompareType compareType = COMPARE_PERCENT;
   bool defaultVisible = true;
   bool ofIndex = false;

@@ -2,6 +2,7 @@
 #include "foundation/Amounts.h"
 #include "foundation/Date.h"
 #include "foundation/Exception.h"
+#include "foundation/KeptTexts.h"
 #include "foundation/Platform.h"
 #include "foundation/Settings.h"
 #include "foundation/UserInteraction.h"
@@ -71,7 +72,7 @@ PriceLimits PriceLimits::MinMaxFromString(const String& typed) {
   const String text = u" " + typed + u" ";
   const std::size_t split = text.find(SEPARATOR);
   if (split == String::npos)
-    throw Exception(String(u"SharesHeldTable::MinMaxFromString - bad min/max format ") + typed);
+    throw Exception(String(kept::BAD_LIMITS) + typed);
   Platform& platform = Platform::Instance();
   return {platform.parseAmount(text.substr(0, split)),
           platform.parseAmount(text.substr(split + SEPARATOR.size()))};

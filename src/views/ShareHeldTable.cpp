@@ -5,6 +5,7 @@
 #include "entry/BuySharesPanel.h"
 #include "entry/EditHeldSharesDialog.h"
 #include "foundation/Amounts.h"
+#include "foundation/KeptTexts.h"
 #include "views/HeldShareColumns.h"
 #include "views/PortfolioCommands.h"
 #include "widgets/ContextMenu.h"
@@ -99,7 +100,7 @@ void ShareHeldTable::editPurchase(XMLBuyEvent& purchase) {
 }
 
 long ShareHeldTable::onDeletePurchase(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"SharesHeldTable::onDelete failed.", [this] {
+  return guardedHandler(kept::DELETE_OF_PARCEL, [this] {
     if (inputRow())
       deletePurchase(*inputRow()->payload<HeldShareRow>().buyEvent);
   });

@@ -240,10 +240,10 @@ void SharesHeldTable::editRow(Row& row) {
 }
 
 const String& SharesHeldTable::deletionWarning() {
-  static const String words = u"Warning! Deleting this share will affect the Total Capital.\n "
+  static const String WORDS = u"Warning! Deleting this share will affect the Total Capital.\n "
                               u"If you sold this share, use the \"Sell Share\" menu. \nThis "
                               u"action should only be used to correct a mistake. \n";
-  return words;
+  return WORDS;
 }
 
 long SharesHeldTable::onSell(FXObject*, FXSelector, void*) {

@@ -2,6 +2,7 @@
 #include "books/SharePortfolioUser.h"
 #include "entry/DeleteSaleDialog.h"
 #include "entry/EditSoldShareDialog.h"
+#include "foundation/KeptTexts.h"
 #include "views/PortfolioCommands.h"
 #include "views/SoldShareCells.h"
 #include "widgets/HandlerScope.h"
@@ -83,7 +84,7 @@ void SharesSoldTable::deleteSale(const XMLSellEvent& sale) {
 
 // A failure to edit goes by the words of the purchases' table, which users know it by.
 long SharesSoldTable::onEdit(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"ShareHeldTable::onEdit failed.", [this] {
+  return guardedHandler(kept::EDIT_OF_SALE, [this] {
     if (auto* sale = inputEvent<XMLSellEvent>())
       editSale(*sale);
   });

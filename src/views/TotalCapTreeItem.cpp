@@ -50,7 +50,7 @@ double capitalOf(const SharePortfolioUser& portfolio) {
 
 /// The choice of what the tray shows follows a portfolio to its new name.
 void renameInTray(const String& oldName, const String& newName) {
-  if (!(trayFormat == oldName))
+  if (trayFormat != oldName)
     return;
   trayFormat = newName;
   Settings::Instance().writeString(u"Operation", u"TrayFormat", newName);
@@ -60,7 +60,7 @@ void renameInTray(const String& oldName, const String& newName) {
 Portfolios listOf(const OpenPortfolios& open, const String& butNot = String()) {
   Portfolios list;
   for (const auto& [name, portfolio] : open)
-    if (!(name == butNot))
+    if (name != butNot)
       list.push_back(portfolio.get());
   return list;
 }

@@ -2,6 +2,7 @@
 #include "analysis/Indicators.h"
 #include "foundation/Amounts.h"
 #include "foundation/Exception.h"
+#include "foundation/KeptTexts.h"
 #include "market/CompletedClose.h"
 #include "market/StockNames.h"
 #include "views/CellFigures.h"
@@ -162,7 +163,7 @@ Column& add(Table& table, const char16_t* title, Column::Function function, Comp
 }
 
 void addGainColumns(Table& table) {
-  add(table, u"Day move", &dayMove, COMPARE_NUMBER);
+  add(table, kept::DAY_MOVE, &dayMove, COMPARE_NUMBER);
   add(table, u"Day %", &dayPercent, COMPARE_PERCENT);
   add(table, u"Week %", &weekPercent, COMPARE_PERCENT);
   add(table, u"Month %", &monthPercent, COMPARE_PERCENT)
@@ -177,7 +178,7 @@ void addGainColumns(Table& table) {
   add(table, u"12 Months %", &twelveMonthsPercent, COMPARE_PERCENT)
       .setToolTip(u"Change since the same day twelve months ago. The performance of a portfolio counts from "
                   u"the end of that month.");
-  add(table, u"Calender Year %", &calendarYearPercent, COMPARE_PERCENT);
+  add(table, kept::CALENDAR_YEAR, &calendarYearPercent, COMPARE_PERCENT);
   add(table, u"Fin. Year %", &financialYearPercent, COMPARE_PERCENT);
 }
 

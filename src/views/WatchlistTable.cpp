@@ -1,4 +1,5 @@
 #include "views/WatchlistTable.h"
+#include "foundation/KeptTexts.h"
 #include "market/TallymoorInternet.h"
 #include "views/PriceLimits.h"
 #include "views/WatchlistCells.h"
@@ -139,7 +140,7 @@ void WatchlistTable::removeCode(const String& code) {
 }
 
 long WatchlistTable::onBuy(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"WatchlistTable::onRemoveRow failed.", [this] { m_commands->buyShares(); });
+  return guardedHandler(kept::BUY_OF_WATCHED, [this] { m_commands->buyShares(); });
 }
 
 long WatchlistTable::onChanged(FXObject*, FXSelector, void*) {

@@ -16,10 +16,10 @@ FXIMPLEMENT(CalendarDialog, Dialog, CalendarDialogMap, ARRAYNUMBER(CalendarDialo
 CalendarDialog::CalendarDialog(FXWindow* owner, const String& title, const Date& initialDate,
                                const String& heading)
     : Dialog(owner, title, heading), m_date(initialDate) {
-  constexpr FXint columns = 12;
+  constexpr FXint COLUMNS = 12;
   auto* row = new FXHorizontalFrame(contents(), LAYOUT_FILL_X, 0, 0, 0, 0, 0, 0, 0, 0);
   new FXLabel(row, "Date", nullptr, JUSTIFY_LEFT | LAYOUT_CENTER_Y);
-  m_typed = new DateField(row, u"Date", columns, this, ID_TYPED);
+  m_typed = new DateField(row, u"Date", COLUMNS, this, ID_TYPED);
   m_calendar = new FXCalendar(contents(), initialDate, this, ID_CALENDAR);
   showMarked();
   setFirstFocus(m_calendar);

@@ -87,10 +87,10 @@ std::vector<double> ValueScale::ticks() const {
 }
 
 const std::vector<TimeStep>& TimeStep::all() {
-  static const std::vector<TimeStep> steps = {
+  static const std::vector<TimeStep> STEPS = {
       {DAYS, 1},  {DAYS, 2},  {WEEKS, 1}, {WEEKS, 2},  {MONTHS, 1}, {MONTHS, 2}, {MONTHS, 3},  {MONTHS, 6},
       {YEARS, 1}, {YEARS, 2}, {YEARS, 5}, {YEARS, 10}, {YEARS, 20}, {YEARS, 50}, {YEARS, 100}, {YEARS, 500}};
-  return steps;
+  return STEPS;
 }
 
 std::vector<Date> TimeStep::ticks(const Date& first, const Date& last, std::size_t limit) const {
@@ -106,7 +106,7 @@ std::vector<Date> TimeStep::ticks(const Date& first, const Date& last, std::size
 }
 
 String TimeStep::label(const Date& tick, bool withYear) const {
-  const String year = String::fromLong(tick.year());
+  String year = String::fromLong(tick.year());
   switch (unit) {
   case DAYS:
   case WEEKS:

@@ -51,8 +51,8 @@ String abbreviated(double value, double step) {
     double size;
     const char16_t* text;
   };
-  static constexpr std::array<Suffix, 4> suffixes{{{1e12, u"T"}, {1e9, u"B"}, {1e6, u"M"}, {1e3, u"K"}}};
-  for (const Suffix& suffix : suffixes)
+  static constexpr std::array<Suffix, 4> SUFFIXES{{{1e12, u"T"}, {1e9, u"B"}, {1e6, u"M"}, {1e3, u"K"}}};
+  for (const Suffix& suffix : SUFFIXES)
     if (std::abs(value) >= suffix.size)
       return String::fromDouble(value / suffix.size, std::min(decimalsOf(step / suffix.size), 3)) +
              suffix.text;

@@ -55,7 +55,7 @@ bool Column::renew(Row& row) {
     return true;
   const Cached before = std::move(known->second);
   const Cached& now = compute(row);
-  return before.failure || now.failure || !(*before.result == *now.result);
+  return before.failure || now.failure || *before.result != *now.result;
 }
 
 Column::Cached& Column::compute(Row& row) {

@@ -1,4 +1,5 @@
 #include "widgets/Dialog.h"
+#include "foundation/KeptTexts.h"
 #include "widgets/Colours.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/MainWindow.h"
@@ -39,18 +40,18 @@ void Dialog::buildHeading(FXComposite* parent, const String& description) {
   auto* label =
       new FXLabel(heading, labelText(description), nullptr, JUSTIFY_LEFT | LAYOUT_FILL_X | LAYOUT_FILL_Y);
   label->setBackColor(white);
-  label->setTextColor(namedColour("bloack"));
+  label->setTextColor(namedColour(kept::BLACK));
   label->setFont(font);
 }
 
 void Dialog::buildButtons(FXComposite* parent) {
-  constexpr FXuint options =
+  constexpr FXuint OPTIONS =
       FRAME_RAISED | FRAME_THICK | LAYOUT_FIX_WIDTH | LAYOUT_FIX_HEIGHT | BUTTON_DEFAULT;
   m_buttons = new FXHorizontalFrame(parent, LAYOUT_RIGHT, 0, 0, 0, 0, 10, 10, 10, 10);
   const FXint width = scaledToText(95), height = scaledToText(31);
   m_cancel =
-      new FXButton(m_buttons, "Cancel", nullptr, this, ID_CANCEL, options, 0, 0, width, height, 4, 4, 2, 2);
-  m_ok = new FXButton(m_buttons, "OK", nullptr, this, ID_ACCEPT, options | BUTTON_INITIAL, 0, 0, width,
+      new FXButton(m_buttons, "Cancel", nullptr, this, ID_CANCEL, OPTIONS, 0, 0, width, height, 4, 4, 2, 2);
+  m_ok = new FXButton(m_buttons, "OK", nullptr, this, ID_ACCEPT, OPTIONS | BUTTON_INITIAL, 0, 0, width,
                       height, 4, 4, 2, 2);
   m_ok->setDefault();
   m_firstFocus = m_ok;

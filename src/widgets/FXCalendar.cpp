@@ -16,8 +16,8 @@ FXIMPLEMENT(FXCalendar, FXVerticalFrame, FXCalendarMap, ARRAYNUMBER(FXCalendarMa
 
 namespace {
 
-constexpr int daysInWeek = 7;
-constexpr int monthsInYear = 12;
+constexpr int DAYS_IN_WEEK = 7;
+constexpr int MONTHS_IN_YEAR = 12;
 
 /// Keys walk the calendar as a whole; with 42 stops of its own the tab key would hardly leave it.
 class DayButton : public FXButton {
@@ -31,13 +31,13 @@ public:
 int monthsOf(FXuint id) {
   switch (id) {
   case FXCalendar::ID_PREVIOUS_YEAR:
-    return -monthsInYear;
+    return -MONTHS_IN_YEAR;
   case FXCalendar::ID_PREVIOUS_MONTH:
     return -1;
   case FXCalendar::ID_NEXT_MONTH:
     return 1;
   default:
-    return monthsInYear;
+    return MONTHS_IN_YEAR;
   }
 }
 
@@ -48,7 +48,7 @@ Date clamped(const Date& date) {
 /// The day of the first button: the Monday at or before the first of the month.
 Date firstShown(const Date& date) {
   const Date first(date.year(), date.month(), 1);
-  return first.plusDays(-((first.dayOfWeek() + daysInWeek - 1) % daysInWeek));
+  return first.plusDays(-((first.dayOfWeek() + DAYS_IN_WEEK - 1) % DAYS_IN_WEEK));
 }
 
 } // namespace
@@ -65,30 +65,30 @@ FXCalendar::FXCalendar(FXComposite* parent, const Date& date, FXObject* target, 
 }
 
 void FXCalendar::buildHeading() {
-  constexpr FXuint arrow = FRAME_RAISED | FRAME_THICK;
+  constexpr FXuint ARROW = FRAME_RAISED | FRAME_THICK;
   auto* heading = new FXHorizontalFrame(this, LAYOUT_FILL_X, 0, 0, 0, 0, 0, 0, 0, 0);
   auto* previousYear =
       new FXButton(heading, "<<", nullptr, this, ID_PREVIOUS_YEAR, BUTTON_NORMAL | LAYOUT_FILL_Y);
   previousYear->setTipText("Previous year");
-  auto* previous = new FXArrowButton(heading, this, ID_PREVIOUS_MONTH, arrow | ARROW_LEFT | LAYOUT_FILL_Y);
+  auto* previous = new FXArrowButton(heading, this, ID_PREVIOUS_MONTH, ARROW | ARROW_LEFT | LAYOUT_FILL_Y);
   previous->setTipText("Previous month");
   m_title = new FXLabel(heading, FXString::null, nullptr, JUSTIFY_CENTER_X | LAYOUT_FILL_X | LAYOUT_CENTER_Y);
-  auto* next = new FXArrowButton(heading, this, ID_NEXT_MONTH, arrow | ARROW_RIGHT | LAYOUT_FILL_Y);
+  auto* next = new FXArrowButton(heading, this, ID_NEXT_MONTH, ARROW | ARROW_RIGHT | LAYOUT_FILL_Y);
   next->setTipText("Next month");
   auto* nextYear = new FXButton(heading, ">>", nullptr, this, ID_NEXT_YEAR, BUTTON_NORMAL | LAYOUT_FILL_Y);
   nextYear->setTipText("Next year");
 }
 
 void FXCalendar::buildDays() {
-  constexpr FXuint uniform =
+  constexpr FXuint UNIFORM =
       MATRIX_BY_COLUMNS | PACK_UNIFORM_WIDTH | PACK_UNIFORM_HEIGHT | LAYOUT_FILL_X | LAYOUT_FILL_Y;
-  constexpr FXuint cell = LAYOUT_FILL_X | LAYOUT_FILL_COLUMN;
-  auto* days = new FXMatrix(this, daysInWeek, uniform, 0, 0, 0, 0, 0, 0, 0, 0, 1, 1);
+  constexpr FXuint CELL = LAYOUT_FILL_X | LAYOUT_FILL_COLUMN;
+  auto* days = new FXMatrix(this, DAYS_IN_WEEK, UNIFORM, 0, 0, 0, 0, 0, 0, 0, 0, 1, 1);
   for (const char* name : {"Mon", "Tue", "Wed", "Thu", "Fri", "Sat", "Sun"})
-    new FXLabel(days, name, nullptr, JUSTIFY_CENTER_X | cell);
+    new FXLabel(days, name, nullptr, JUSTIFY_CENTER_X | CELL);
   for (std::size_t i = 0; i < m_days.size(); ++i) {
     m_days[i] = new DayButton(days, this, static_cast<FXSelector>(ID_DAY + i),
-                              FRAME_RAISED | JUSTIFY_CENTER_X | cell | LAYOUT_FILL_Y | LAYOUT_FILL_ROW);
+                              FRAME_RAISED | JUSTIFY_CENTER_X | CELL | LAYOUT_FILL_Y | LAYOUT_FILL_ROW);
   }
 }
 
@@ -145,7 +145,7 @@ long FXCalendar::onDay(FXObject*, FXSelector selector, void*) {
 
 long FXCalendar::onKeyPress(FXObject* sender, FXSelector selector, void* data) {
   const auto* event = static_cast<FXEvent*>(data);
-  const int months = event->state & (SHIFTMASK | CONTROLMASK) ? monthsInYear : 1;
+  const int months = event->state & (SHIFTMASK | CONTROLMASK) ? MONTHS_IN_YEAR : 1;
   switch (event->code) {
   case KEY_Left:
     chooseByUser(m_date.plusDays(-1));
@@ -154,10 +154,10 @@ long FXCalendar::onKeyPress(FXObject* sender, FXSelector selector, void* data) {
     chooseByUser(m_date.plusDays(1));
     return 1;
   case KEY_Up:
-    chooseByUser(m_date.plusDays(-daysInWeek));
+    chooseByUser(m_date.plusDays(-DAYS_IN_WEEK));
     return 1;
   case KEY_Down:
-    chooseByUser(m_date.plusDays(daysInWeek));
+    chooseByUser(m_date.plusDays(DAYS_IN_WEEK));
     return 1;
   case KEY_Page_Up:
     chooseByUser(m_date.plusMonths(-months));

@@ -14,9 +14,9 @@ FXIMPLEMENT(FormNotes, FXText, FormNotesMap, ARRAYNUMBER(FormNotesMap))
 FormNotes::FormNotes(FXComposite* parent, FXuint options) : FXText(parent, nullptr, 0, options) {}
 
 FXint FormNotes::getDefaultWidth() {
-  constexpr FXint leastWidth = 400;
+  constexpr FXint LEAST_WIDTH = 400;
   return getVisibleColumns() > 0 ? FXText::getDefaultWidth()
-                                 : std::max(leastWidth, FXText::getDefaultWidth());
+                                 : std::max(LEAST_WIDTH, FXText::getDefaultWidth());
 }
 
 long FormNotes::onKeyPress(FXObject* sender, FXSelector selector, void* data) {

@@ -18,7 +18,7 @@ FXHorizontalFrame* FormRows::addRow(const String& label) {
 }
 
 FormTextField* FormRows::addText(const String& label, FXObject* target, FXSelector selector) {
-  return new FormTextField(addRow(label), columns, target, selector, TEXTFIELD_NORMAL | LAYOUT_CENTER_Y);
+  return new FormTextField(addRow(label), COLUMNS, target, selector, TEXTFIELD_NORMAL | LAYOUT_CENTER_Y);
 }
 
 FormTextField* FormRows::addReadOnly(const String& label) {
@@ -34,7 +34,7 @@ FormTextField* FormRows::addName(const String& label) {
 }
 
 NumberField* FormRows::addNumber(const String& label, int decimals, FXObject* target, FXSelector selector) {
-  return new NumberField(addRow(label), decimals, columns, target, selector);
+  return new NumberField(addRow(label), decimals, COLUMNS, target, selector);
 }
 
 FormTextField* FormRows::addTextWithButton(const String& label, FXIcon* icon, const String& tip,
@@ -46,7 +46,7 @@ FormTextField* FormRows::addTextWithButton(const String& label, FXIcon* icon, co
 
 DateField* FormRows::addDate(const String& label, FXIcon* icon, const String& tip, FXObject* target,
                              FXSelector buttonSelector, FXSelector fieldSelector) {
-  auto* field = new DateField(addRow(label), label, columns, fieldSelector ? target : nullptr, fieldSelector);
+  auto* field = new DateField(addRow(label), label, COLUMNS, fieldSelector ? target : nullptr, fieldSelector);
   addButton(icon, tip, target, buttonSelector);
   return field;
 }

@@ -43,7 +43,7 @@ public:
   void align();
 
   /// Columns of every field.
-  static constexpr FXint columns = 20;
+  static constexpr FXint COLUMNS = 20;
 
 private:
   void addButton(FXIcon* icon, const String& tip, FXObject* target, FXSelector selector);

@@ -91,7 +91,7 @@ std::function<void()> SignalHub::takeNext() {
   const std::lock_guard lock(m_mutex);
   if (m_batch.empty())
     return {};
-  const std::function<void()> next = *m_batch.front().second;
+  std::function<void()> next = *m_batch.front().second;
   m_batch.pop_front();
   return next;
 }

@@ -22,9 +22,9 @@ FXIMPLEMENT(ListChoiceDialog, Dialog, ListChoiceDialogMap, ARRAYNUMBER(ListChoic
 
 namespace {
 
-constexpr std::size_t rowsInView = 10;
+constexpr std::size_t ROWS_IN_VIEW = 10;
 /// Room for the scroll bar beside the widest row.
-constexpr FXint widthBesideRows = 15;
+constexpr FXint WIDTH_BESIDE_ROWS = 15;
 
 } // namespace
 
@@ -68,8 +68,8 @@ void ListChoiceDialog::sizeList() {
   for (FXWindow* row = m_list->getFirst(); row; row = row->getNext())
     widest = std::max(widest, row->getDefaultWidth());
   const FXint rowHeight = m_list->getFirst()->getDefaultHeight();
-  m_scroller->setWidth(widest + widthBesideRows);
-  m_scroller->setHeight(rowHeight * static_cast<FXint>(std::min(m_buttons.size(), rowsInView)));
+  m_scroller->setWidth(widest + WIDTH_BESIDE_ROWS);
+  m_scroller->setHeight(rowHeight * static_cast<FXint>(std::min(m_buttons.size(), ROWS_IN_VIEW)));
 }
 
 void ListChoiceDialog::scrollTo(const FXWindow& row) {

@@ -30,10 +30,10 @@ FXIMPLEMENT_ABSTRACT(MainWindow, FXMainWindow, MainWindowMap, ARRAYNUMBER(MainWi
 
 namespace {
 
-constexpr int endingSignals[] = {SIGTERM, SIGINT, SIGHUP};
+constexpr int ENDING_SIGNALS[] = {SIGTERM, SIGINT, SIGHUP};
 
 /// Milliseconds between two looks at whether the last dialog and handler have returned.
-constexpr FXuint shutdownRetry = 10;
+constexpr FXuint SHUTDOWN_RETRY = 10;
 
 std::mutex instanceMutex;
 MainWindow* instance = nullptr; // guarded by instanceMutex
@@ -115,12 +115,12 @@ void MainWindow::buildFrames() {
 }
 
 void MainWindow::watchSignals() {
-  for (int signal : endingSignals)
+  for (int signal : ENDING_SIGNALS)
     getApp()->addSignal(signal, this, ID_SHUTDOWN);
 }
 
 void MainWindow::ignoreSignals() {
-  for (int signal : endingSignals)
+  for (int signal : ENDING_SIGNALS)
     getApp()->removeSignal(signal);
 }
 
@@ -209,7 +209,7 @@ long MainWindow::onShutdown(FXObject*, FXSelector, void*) {
   // stack: ending the program under either would pull the data out from under it.
   if (bigMutex().heldByThisThread() || getApp()->getModality() != MODAL_FOR_NONE) {
     cancelModalWindow();
-    getApp()->addTimeout(this, ID_SHUTDOWN, shutdownRetry);
+    getApp()->addTimeout(this, ID_SHUTDOWN, SHUTDOWN_RETRY);
     return 1;
   }
   getApp()->removeTimeout(this, ID_SHUTDOWN);

@@ -7,7 +7,8 @@ FXIMPLEMENT(PageSwitcher, FXSwitcher, nullptr, 0)
 PageSwitcher::PageSwitcher(FXComposite* parent, FXuint options) : FXSwitcher(parent, options) {}
 
 void PageSwitcher::create() {
-  FXWindow::create();
+  // Not the switcher's own, which makes the windows of every page.
+  FXWindow::create(); // NOLINT(bugprone-parent-virtual-call)
   if (FXWindow* page = shownPage())
     page->create();
 }

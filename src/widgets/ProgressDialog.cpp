@@ -18,11 +18,11 @@ FXIMPLEMENT(ProgressDialog, FXProgressDialog, ProgressDialogMap, ARRAYNUMBER(Pro
 
 namespace {
 
-constexpr FXint logRows = 6;
-constexpr FXint logColumns = 55;
-constexpr FXint smallBarWidth = 150;
+constexpr FXint LOG_ROWS = 6;
+constexpr FXint LOG_COLUMNS = 55;
+constexpr FXint SMALL_BAR_WIDTH = 150;
 /// How long the full bar stays in view.
-constexpr std::uint32_t fullBarMilliseconds = 300;
+constexpr std::uint32_t FULL_BAR_MILLISECONDS = 300;
 
 } // namespace
 
@@ -56,8 +56,8 @@ void ProgressDialog::buildLog(FXComposite* parent) {
   auto* frame = new FXHorizontalFrame(parent, FRAME_SUNKEN | FRAME_THICK | LAYOUT_FILL_X | LAYOUT_FILL_Y, 0,
                                       0, 0, 0, 0, 0, 0, 0);
   m_log = new FXText(frame, nullptr, 0, TEXT_READONLY | LAYOUT_FILL_X | LAYOUT_FILL_Y);
-  m_log->setVisibleRows(logRows);
-  m_log->setVisibleColumns(logColumns);
+  m_log->setVisibleRows(LOG_ROWS);
+  m_log->setVisibleColumns(LOG_COLUMNS);
   m_log->setBackColor(namedColour("light grey"));
   m_log->setActiveBackColor(namedColour("light grey"));
 }
@@ -66,7 +66,8 @@ void ProgressDialog::buildBar(FXComposite* parent, unsigned style) {
   const bool wide = style & PERCENT_BAR;
   const FXuint options = wide ? PROGRESSBAR_HORIZONTAL | PROGRESSBAR_PERCENTAGE | LAYOUT_FILL_X
                               : PROGRESSBAR_HORIZONTAL | LAYOUT_FIX_WIDTH;
-  progress = new FXProgressBar(parent, nullptr, 0, options | FRAME_SUNKEN | FRAME_THICK, 0, 0, smallBarWidth);
+  progress =
+      new FXProgressBar(parent, nullptr, 0, options | FRAME_SUNKEN | FRAME_THICK, 0, 0, SMALL_BAR_WIDTH);
   progress->setBarColor(namedColour("DarkOliveGreen4"));
 }
 
@@ -119,7 +120,7 @@ bool ProgressDialog::isCancelled() const {
 void ProgressDialog::finish() {
   progress->setProgress(progress->getTotal());
   letEventsPass();
-  Thread::sleep(fullBarMilliseconds);
+  Thread::sleep(FULL_BAR_MILLISECONDS);
 }
 
 void ProgressDialog::letEventsPass() {

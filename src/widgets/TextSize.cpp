@@ -1,4 +1,5 @@
 #include "widgets/TextSize.h"
+#include "foundation/KeptTexts.h"
 #include "foundation/Settings.h"
 #include "widgets/MeasuredFont.h"
 #include <X11/Xlib.h>
@@ -35,8 +36,8 @@ FXuint textPercent(FXApp& app) {
 
 std::unique_ptr<FXFont> programFont(FXApp& app, FXuint points, FXuint weight) {
   // No system has a face of this name; the toolkit then takes its own choice.
-  FXFont usual(&app, "Ariel", points, weight);
-  FXFontDesc description;
+  FXFont usual(&app, kept::FACE, points, weight);
+  FXFontDesc description{};
   usual.getFontDesc(description);
   description.size = static_cast<FXushort>(points * DECIPOINTS * textPercent(app) / USUAL);
   auto font = std::make_unique<FXFont>(&app, description);

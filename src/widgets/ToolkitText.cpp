@@ -8,10 +8,10 @@ namespace Tallymoor {
 namespace {
 
 /// Pixels of a message box beside its text: picture, margins, and a little of the screen around it.
-constexpr FXint beside = 160;
+constexpr FXint BESIDE = 160;
 /// Pixels above and below it: title, buttons, margins, and bars of the desktop.
-constexpr FXint above = 200;
-constexpr FXint smallestWidth = 640;
+constexpr FXint ABOVE = 200;
+constexpr FXint SMALLEST_WIDTH = 640;
 
 /// Control characters other than the line end would show as boxes, or end the text early.
 String withoutControls(const String& text) {
@@ -54,9 +54,10 @@ MessageRoom boxRoom() {
   FXApp* app = FXApp::instance();
   const FXFont* font = measuredFont(app->getNormalFont());
   const FXRootWindow* screen = app->getRootWindow();
-  const FXint lines = (screen->getHeight() - above) / std::max(1, font->getFontHeight());
+  const FXint lines = (screen->getHeight() - ABOVE) / std::max(1, font->getFontHeight());
   return {[font](const String& line) { return font->getTextWidth(toFox(line)); },
-          std::max(smallestWidth, screen->getWidth()) - beside, static_cast<std::size_t>(std::max(0, lines))};
+          std::max(SMALLEST_WIDTH, screen->getWidth()) - BESIDE,
+          static_cast<std::size_t>(std::max(0, lines))};
 }
 
 } // namespace

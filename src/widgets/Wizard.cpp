@@ -24,11 +24,11 @@ FXIMPLEMENT(Wizard, FXDialogBox, WizardMap, ARRAYNUMBER(WizardMap))
 
 namespace {
 
-constexpr FXint bannerHeight = 96;
+constexpr FXint BANNER_HEIGHT = 96;
 /// Digits of the title's font that find room: the window is made before the texts of later pages are known.
-constexpr FXint bannerColumns = 42;
-constexpr FXuint titleSize = 12;
-constexpr FXuint descriptionSize = 9;
+constexpr FXint BANNER_COLUMNS = 42;
+constexpr FXuint TITLE_SIZE = 12;
+constexpr FXuint DESCRIPTION_SIZE = 9;
 
 FXLabel* addBannerText(FXComposite* parent, FXFont* font) {
   auto* label = new FXLabel(parent, FXString(), nullptr, JUSTIFY_LEFT | LAYOUT_FILL_X, 0, 0, 0, 0, 0, 0);
@@ -58,8 +58,8 @@ Wizard::Wizard() = default;
 Wizard::Wizard(FXWindow* owner, const String& title)
     : FXDialogBox(owner, toFox(title), DECOR_TITLE | DECOR_BORDER | DECOR_CLOSE, 0, 0, 0, 0, 0, 0, 0, 0, 0,
                   0),
-      m_titleFont(programFont(*getApp(), titleSize, FXFont::Bold)),
-      m_descriptionFont(programFont(*getApp(), descriptionSize, FXFont::Normal)),
+      m_titleFont(programFont(*getApp(), TITLE_SIZE, FXFont::Bold)),
+      m_descriptionFont(programFont(*getApp(), DESCRIPTION_SIZE, FXFont::Normal)),
       m_picture(std::make_unique<FXGIFIcon>(getApp(), icons::wizard_gif, 0, IMAGE_OPAQUE)) {
   auto* column = new FXVerticalFrame(this, LAYOUT_FILL_X | LAYOUT_FILL_Y, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
   buildBanner(column);
@@ -76,9 +76,9 @@ Wizard::~Wizard() = default;
 void Wizard::buildBanner(FXComposite* parent) {
   const FXColor white = FXRGB(255, 255, 255);
   auto* banner = new FXHorizontalFrame(parent, LAYOUT_FILL_X | LAYOUT_FIX_HEIGHT, 0, 0, 0,
-                                       scaledToText(bannerHeight), 20, 10, 4, 4);
+                                       scaledToText(BANNER_HEIGHT), 20, 10, 4, 4);
   banner->setBackColor(white);
-  const FXint textWidth = bannerColumns * m_titleFont->getTextWidth("0");
+  const FXint textWidth = BANNER_COLUMNS * m_titleFont->getTextWidth("0");
   auto* texts =
       new FXVerticalFrame(banner, LAYOUT_FIX_WIDTH | LAYOUT_CENTER_Y, 0, 0, textWidth, 0, 0, 0, 0, 0, 0, 4);
   texts->setBackColor(white);
@@ -98,8 +98,8 @@ void Wizard::buildButtons(FXComposite* parent) {
 }
 
 FXButton* Wizard::addButton(FXComposite* parent, const char* text, FXuint command, FXuint options) {
-  constexpr FXuint usual = FRAME_RAISED | FRAME_THICK | LAYOUT_FIX_WIDTH | LAYOUT_FIX_HEIGHT | BUTTON_DEFAULT;
-  return new FXButton(parent, text, nullptr, this, command, usual | options, 0, 0, scaledToText(95),
+  constexpr FXuint USUAL = FRAME_RAISED | FRAME_THICK | LAYOUT_FIX_WIDTH | LAYOUT_FIX_HEIGHT | BUTTON_DEFAULT;
+  return new FXButton(parent, text, nullptr, this, command, USUAL | options, 0, 0, scaledToText(95),
                       scaledToText(31));
 }
 

@@ -31,7 +31,7 @@ void PlainOutput::line(const String& text, unsigned level) {
     const std::size_t end = std::min(text.find(u'\n', start), text.size());
     const String piece = text.substr(start, end - start);
     if (!piece.empty())
-      m_stream << std::string(2 * level, ' ') << harmless(piece).toUTF8();
+      m_stream << std::string(std::size_t{2} * level, ' ') << harmless(piece).toUTF8();
     m_stream << '\n';
     if (end == text.size())
       return;

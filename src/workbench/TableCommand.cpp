@@ -21,7 +21,7 @@ const Types CODES{COLUMN_TYPE_CODE, COLUMN_TYPE_STOCK_NAME, COLUMN_TYPE_MARKET_N
 
 bool isDate(const String& text) {
   try {
-    Date(text, DATE_DISPLAY_MIDDATE1);
+    static_cast<void>(Date(text, DATE_DISPLAY_MIDDATE1));
     return true;
   } catch (const Exception&) {
     return false;

@@ -46,7 +46,7 @@ ValueFormat formatOf(ColumnType type) {
 
 bool isReadableDate(const String& text) {
   try {
-    Date(text, DATE_DISPLAY_MIDDATE1);
+    static_cast<void>(Date(text, DATE_DISPLAY_MIDDATE1));
     return true;
   } catch (const Exception&) {
     return false;

@@ -3,7 +3,8 @@
 #include "workbench/Workbench.h"
 #include <iostream>
 
-int main(int argc, char** argv) {
+// What nobody foresaw ends the program.
+int main(int argc, char** argv) { // NOLINT(bugprone-exception-escape)
   using namespace Tallymoor;
   ensureXmlLibrary();
   const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);

@@ -34,7 +34,7 @@ xercesc::MemoryManager* readyFor(ParserMemory& memory) {
 
 /// The last bytes of a file, without the zeros that a wider encoding puts between its characters.
 std::string endOf(const std::string& path, std::size_t fileSize) {
-  constexpr std::size_t LENGTH = 64 * 1024;
+  constexpr std::size_t LENGTH = std::size_t{64} * 1024;
   std::ifstream file = openToRead(path);
   file.seekg(static_cast<std::streamoff>(fileSize - std::min(fileSize, LENGTH)));
   std::string end(LENGTH, '\0');
@@ -147,8 +147,8 @@ void DocumentReader::doctypeDecl(const xercesc::DTDElementDecl& element, const X
 }
 
 xercesc::InputSource* DocumentReader::resolveEntity(xercesc::XMLResourceIdentifier*) {
-  static const XMLByte nothing[1] = {0};
-  return new xercesc::MemBufInputSource(nothing, 0, "nothing");
+  static const XMLByte NOTHING[1] = {0};
+  return new xercesc::MemBufInputSource(NOTHING, 0, "nothing");
 }
 
 DocumentFileSource::DocumentFileSource(const String& path, const String& rootName, DocumentReader& reader)

@@ -10,7 +10,7 @@ constexpr const char16_t* FAR_OFF_TEXT = u"1/1/9999";
 
 bool isDate(const String& text) {
   try {
-    Date(text, DATE_DISPLAY_DMY);
+    static_cast<void>(Date(text, DATE_DISPLAY_DMY));
     return true;
   } catch (const Exception&) {
     return false;

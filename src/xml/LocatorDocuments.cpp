@@ -1,4 +1,5 @@
 #include "xml/LocatorDocuments.h"
+#include "foundation/KeptTexts.h"
 #include <algorithm>
 #include <array>
 
@@ -157,7 +158,7 @@ void XMLTagFind::endTagRead() {
   if (steps > 1)
     throw XMLException(u"XMLTagFind::endElement - both are present");
   if (steps == 0)
-    throw XMLException(u"XMLTagFind::endElement - neither are present");
+    throw XMLException(kept::NEITHER_FOUND);
 }
 
 XMLTagMove::XMLTagMove() : XMLSelfCheckedElement(u"TagMove") {

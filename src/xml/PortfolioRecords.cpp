@@ -32,7 +32,8 @@ XMLSharePortfolio::XMLSharePortfolio() : XMLElement(layoutOf<XMLSharePortfolio>(
 }
 
 void XMLSharePortfolio::setComparisonIndex(const String& code) {
-  const String index = code; // the code may be the very text that is about to go
+  // A copy: the code may be the very text that is about to go.
+  const String index = code; // NOLINT(performance-unnecessary-copy-initialization)
   removeSubElements(u"ComparisonIndex");
   if (!index.empty())
     setTextAt(COMPARISON_INDEX, index);
@@ -100,8 +101,8 @@ XMLBuyEvent::XMLBuyEvent() : XMLParcel(layoutOf<XMLBuyEvent>(u"BuyEvent")) {
 }
 
 const XMLParcel::Places& XMLBuyEvent::places() const {
-  static constexpr Places places{BUY_DATE, NUM_HELD, BUY_PRICE, BROKERAGE, COMMENT, ADJUSTMENTS};
-  return places;
+  static constexpr Places PLACES{BUY_DATE, NUM_HELD, BUY_PRICE, BROKERAGE, COMMENT, ADJUSTMENTS};
+  return PLACES;
 }
 
 XMLSoldShares::XMLSoldShares() : XMLEntries(layoutOf<XMLSoldShares>(u"SoldShares")) {
@@ -128,8 +129,8 @@ XMLSellEvent::XMLSellEvent() : XMLParcel(layoutOf<XMLSellEvent>(u"SellEvent")) {
 }
 
 const XMLParcel::Places& XMLSellEvent::places() const {
-  static constexpr Places places{BUY_DATE, NUM_HELD, BUY_PRICE, BUY_BROKERAGE, COMMENT, ADJUSTMENTS};
-  return places;
+  static constexpr Places PLACES{BUY_DATE, NUM_HELD, BUY_PRICE, BUY_BROKERAGE, COMMENT, ADJUSTMENTS};
+  return PLACES;
 }
 
 std::vector<XMLDate*> XMLSellEvent::dates() {

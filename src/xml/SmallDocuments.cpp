@@ -1,4 +1,5 @@
 #include "xml/SmallDocuments.h"
+#include "foundation/KeptTexts.h"
 #include <string_view>
 #include <xercesc/sax2/Attributes.hpp>
 
@@ -54,7 +55,7 @@ void XMLXslStylesheet::startElement(const char16_t*, const char16_t*, const char
     return;
   m_rootMet = true;
   if (withoutPrefix(qualifiedName) != name())
-    throw XMLException(u"XMLElement::startElement - pFoundSubElementRego == NULL in " + name());
+    throw XMLException(kept::UNKNOWN_ELEMENT + name());
   for (XMLSize_t i = 0; i < attributes.getLength(); ++i)
     if (String(attributes.getQName(i)) == String(u"version"))
       setAttribute(u"version", attributes.getValue(i));

@@ -107,7 +107,7 @@ Stylesheet compiled(const std::string& text, const Messages& messages) {
   Stylesheet stylesheet(xsltParseStylesheetDoc(document.get()));
   if (!stylesheet)
     messages.fail(u"The stylesheet of the report can't be used");
-  document.release(); // the stylesheet's now
+  static_cast<void>(document.release()); // the stylesheet's now
   if (stylesheet->errors > 0)
     messages.fail(u"The stylesheet of the report can't be used");
   return stylesheet;

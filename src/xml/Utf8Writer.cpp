@@ -10,7 +10,7 @@ namespace Tallymoor {
 
 namespace {
 
-constexpr std::size_t BUFFER_SIZE = 64 * 1024;
+constexpr std::size_t BUFFER_SIZE = std::size_t{64} * 1024;
 constexpr std::size_t LONGEST_OUTPUT = 6; ///< bytes that one unit can become: "&quot;"
 constexpr std::size_t CHUNK = 4096;       ///< units between two looks at the room left
 

@@ -1,4 +1,5 @@
 #include "xml/XMLElement.h"
+#include "foundation/KeptTexts.h"
 #include "xml/DocumentReader.h"
 #include "xml/ElementComments.h"
 #include "xml/ElementLayout.h"
@@ -82,6 +83,8 @@ void XMLElement::markChanged() {
     element->m_changeStamp = stamp;
 }
 
+// g++ warns of a copy that does not name its base.
+// NOLINTNEXTLINE(readability-redundant-member-init)
 XMLElement::XMLElement(const XMLElement& other) : xercesc::ContentHandler(), m_layout(other.m_layout) {
   copyFrom(other);
 }
@@ -161,7 +164,7 @@ void XMLElement::markAttributeUnsafe(std::u16string_view name) {
 
 void XMLElement::markContentUnsafe(std::u16string_view referenceName) {
   if (m_layout->find(referenceName) == m_layout->subElements().size())
-    throw XMLException(u"XMLElement::markContentUnsafe - cant find referenceName " + asString(referenceName));
+    throw XMLException(kept::NO_SUCH_REFERENCE + asString(referenceName));
   m_layout = &m_layout->withUnsafeContent(referenceName);
 }
 

@@ -1,4 +1,5 @@
 // How an element reads itself: the parse events, and the decode that starts them.
+#include "foundation/KeptTexts.h"
 #include "foundation/XmlLibrary.h"
 #include "xml/DocumentReader.h"
 #include "xml/ElementComments.h"
@@ -89,7 +90,7 @@ void XMLElement::startElement(const char16_t* uri, const char16_t* localName, co
   }
   const std::size_t rego = findExpected(tag);
   if (rego == m_layout->subElements().size())
-    throw XMLException(u"XMLElement::startElement - pFoundSubElementRego == NULL in " + name());
+    throw XMLException(kept::UNKNOWN_ELEMENT + name());
   m_lastReference = m_layout->subElements()[rego].reference;
   slotFor(rego).seen = true;
   XMLElement& instance = instanceFor(rego);

@@ -111,22 +111,22 @@ protected:
     const auto amount = [&upTo](int limit) { return upTo(limit * 100) / 100.0; };
     for (int i = 0; i < 40; ++i) {
       const String code = codeOf(upTo(5));
-      const Date bought = m_first.plusDays(upTo(m_days));
+      const Date bought = m_first.plusDays(upTo(DAYS));
       switch (upTo(4)) {
       case 0:
       case 1: {
         XMLBuyEvent& event = user().addBuyEvent(code, {bought, amount(300), amount(20), 0, u""});
         if (upTo(3) == 0)
-          addAdjustment(event, m_first.plusDays(upTo(m_days)), upTo(6) - 7);
+          addAdjustment(event, m_first.plusDays(upTo(DAYS)), upTo(6) - 7);
         if (upTo(3) == 0)
-          addAdjustment(event, m_first.plusDays(upTo(m_days)), upTo(6) + 1);
+          addAdjustment(event, m_first.plusDays(upTo(DAYS)), upTo(6) + 1);
         break;
       }
       case 2: {
         XMLSellEvent& event =
             addSale(code, bought, bought.plusDays(upTo(40) - 3), amount(300), amount(20), 1);
         if (upTo(3) == 0)
-          addAdjustment(event, m_first.plusDays(upTo(m_days)), 3);
+          addAdjustment(event, m_first.plusDays(upTo(DAYS)), 3);
         break;
       }
       default:
@@ -135,7 +135,7 @@ protected:
     }
     for (int place = 0; place <= 5; ++place) {
       double price = 1 + amount(20);
-      for (int day = -1; day <= m_days; ++day) {
+      for (int day = -1; day <= DAYS; ++day) {
         if (upTo(25) == 0)
           price *= upTo(1) == 0 ? 3.3 : 1 / 3.3;
         setPrice(codeOf(place), m_first.plusDays(day), price + amount(1));
@@ -145,8 +145,8 @@ protected:
 
   static String codeOf(int place) { return u"CODE" + String::fromLong(place); }
 
-  static constexpr int m_days = 90;
-  const Date m_first = m_today.plusDays(-m_days);
+  static constexpr int DAYS = 90;
+  const Date m_first = m_today.plusDays(-DAYS);
 };
 
 TEST_F(CapitalRecordWalkTest, GivesTheSameToTheLetterAsThePlainDefinition) {

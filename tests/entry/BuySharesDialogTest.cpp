@@ -18,7 +18,7 @@ protected:
   XMLSharePortfolio m_portfolio;
 };
 
-constexpr const char* unchecked = "You have not checked the stock code by searching for the company.\n"
+constexpr const char* UNCHECKED = "You have not checked the stock code by searching for the company.\n"
                                   "Are you sure you want to continue with this stock code?";
 
 TEST_F(BuySharesDialogTest, TakesAPurchaseFromTheKeyboardAlone) {
@@ -30,7 +30,7 @@ TEST_F(BuySharesDialogTest, TakesAPurchaseFromTheKeyboardAlone) {
     type(field(form, "Stock code"), "ABC.AX");
     type(field(form, "Number bought"), "10");
     type(field(form, "Share price"), "2.5");
-    answer(unchecked, "Yes");
+    answer(UNCHECKED, "Yes");
     key(form, KEY_Return);
   });
   EXPECT_EQ(1u, dialog.execute());

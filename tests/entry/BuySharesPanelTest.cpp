@@ -19,16 +19,16 @@
 namespace Tallymoor {
 namespace {
 
-constexpr const char* futureDate = "You can't specify a buy date in the future.";
-constexpr const char* noNumber = "You must select the number of shares purchased.";
-constexpr const char* noPrice = "You must record the purchase price.";
-constexpr const char* noBrokerage = "Are you sure there was no brokerage charged for this purchase?";
-constexpr const char* newDefault = "Would you like to make this the default brokerage rate?";
-constexpr const char* noCode = "You must record the share code - click 'search' to help";
-constexpr const char* unchecked = "You have not checked the stock code by searching for the company.\n"
+constexpr const char* FUTURE_DATE = "You can't specify a buy date in the future.";
+constexpr const char* NO_NUMBER = "You must select the number of shares purchased.";
+constexpr const char* NO_PRICE = "You must record the purchase price.";
+constexpr const char* NO_BROKERAGE = "Are you sure there was no brokerage charged for this purchase?";
+constexpr const char* NEW_DEFAULT = "Would you like to make this the default brokerage rate?";
+constexpr const char* NO_CODE = "You must record the share code - click 'search' to help";
+constexpr const char* UNCHECKED = "You have not checked the stock code by searching for the company.\n"
                                   "Are you sure you want to continue with this stock code?";
 
-constexpr const char* noPriceKnown = "No price is known.";
+constexpr const char* NO_PRICE_KNOWN = "No price is known.";
 
 class BuySharesPanelTest : public WindowTest {
 protected:
@@ -145,55 +145,55 @@ TEST_F(BuySharesPanelTest, UnderAViewDateACodePassedInBringsThePriceOfThatDay) {
 TEST_F(BuySharesPanelTest, TheChecksComeInTheirOrder) {
   set("Date bought", "04/03/2026");
   set("Brokerage paid", "0");
-  answer(futureDate, "OK");
+  answer(FUTURE_DATE, "OK");
   EXPECT_FALSE(m_panel->validate());
   set("Date bought", "03/03/2026");
-  answer(noNumber, "OK");
+  answer(NO_NUMBER, "OK");
   EXPECT_FALSE(m_panel->validate());
   set("Number bought", "100");
-  answer(noPrice, "OK");
+  answer(NO_PRICE, "OK");
   EXPECT_FALSE(m_panel->validate());
   set("Share price", "12.34");
-  answer(noBrokerage, "No");
+  answer(NO_BROKERAGE, "No");
   EXPECT_FALSE(m_panel->validate());
   set("Brokerage paid", "50.00");
-  answer(noCode, "OK");
+  answer(NO_CODE, "OK");
   EXPECT_FALSE(m_panel->validate());
   set("Stock code", "ABC.AX");
-  answer(unchecked, "No");
+  answer(UNCHECKED, "No");
   EXPECT_FALSE(m_panel->validate());
-  answer(unchecked, "Yes");
+  answer(UNCHECKED, "Yes");
   EXPECT_TRUE(m_panel->validate());
 }
 
 TEST_F(BuySharesPanelTest, AFractionBelowFourDecimalsCountsAsZero) {
   fill();
   set("Number bought", "0.00001");
-  answer(noNumber, "OK");
+  answer(NO_NUMBER, "OK");
   EXPECT_FALSE(m_panel->validate());
   set("Number bought", "0.0001");
   set("Share price", "0.00004");
-  answer(noPrice, "OK");
+  answer(NO_PRICE, "OK");
   EXPECT_FALSE(m_panel->validate());
 }
 
 TEST_F(BuySharesPanelTest, NegativeNumbersAndPricesAreRefused) {
   fill();
   set("Number bought", "-100");
-  answer(noNumber, "OK");
+  answer(NO_NUMBER, "OK");
   EXPECT_FALSE(m_panel->validate());
   set("Number bought", "100");
   set("Share price", "-5");
-  answer(noPrice, "OK");
+  answer(NO_PRICE, "OK");
   EXPECT_FALSE(m_panel->validate());
 }
 
 TEST_F(BuySharesPanelTest, NoBrokerageAsksAndThenAsksForTheDefault) {
   fill();
   set("Brokerage paid", "0");
-  answer(noBrokerage, "Yes");
-  answer(newDefault, "No");
-  answer(unchecked, "Yes");
+  answer(NO_BROKERAGE, "Yes");
+  answer(NEW_DEFAULT, "No");
+  answer(UNCHECKED, "Yes");
   EXPECT_TRUE(m_panel->validate());
   EXPECT_EQ(50.0, storedBrokerage());
 }
@@ -201,18 +201,18 @@ TEST_F(BuySharesPanelTest, NoBrokerageAsksAndThenAsksForTheDefault) {
 TEST_F(BuySharesPanelTest, AnotherBrokerageMayBecomeTheDefault) {
   fill();
   set("Brokerage paid", "29.95");
-  answer(newDefault, "Yes");
-  answer(unchecked, "No");
+  answer(NEW_DEFAULT, "Yes");
+  answer(UNCHECKED, "No");
   EXPECT_FALSE(m_panel->validate());
   EXPECT_EQ(29.95, storedBrokerage());
-  answer(unchecked, "Yes"); // The same brokerage is not asked about again.
+  answer(UNCHECKED, "Yes"); // The same brokerage is not asked about again.
   EXPECT_TRUE(m_panel->validate());
 }
 
 TEST_F(BuySharesPanelTest, BrokeragesThatReadTheSameAtTwoPlacesAreTheSame) {
   fill();
   set("Brokerage paid", "50.004");
-  answer(unchecked, "Yes");
+  answer(UNCHECKED, "Yes");
   EXPECT_TRUE(m_panel->validate());
 }
 
@@ -247,7 +247,7 @@ TEST_F(BuySharesPanelTest, TodayIsTheViewDateWhileOneIsSet) {
   fill();
   EXPECT_EQ(Date(2026, 1, 15), m_panel->date());
   set("Date bought", "16/01/2026");
-  answer(futureDate, "OK");
+  answer(FUTURE_DATE, "OK");
   EXPECT_FALSE(m_panel->validate());
   Date::clearFixedDate();
 }
@@ -258,15 +258,15 @@ TEST_F(BuySharesPanelTest, AnotherMarketIsAskedAboutInTheForm) {
   user.addBuyEvent(u"OLD.AX", {Date(2026, 1, 5), 10.0, 1.0, 0.0, String()});
   m_panel->setPortfolio(&user);
   fill();
-  answer(unchecked, "Yes");
+  answer(UNCHECKED, "Yes");
   EXPECT_TRUE(m_panel->validate());
   set("Stock code", "ABC.L");
-  answer(unchecked, "Yes");
+  answer(UNCHECKED, "Yes");
   whenModal("You are about to buy stock from a different market to\nexisting stock held in this portfolio.",
             [this](FXWindow& box) { press(box, "No"); });
   EXPECT_FALSE(m_panel->validate());
   EXPECT_EQ(&field(*m_panel, "Stock code"), focused(*m_panel));
-  answer(unchecked, "Yes");
+  answer(UNCHECKED, "Yes");
   whenModal("You are about to buy stock from a different market to\nexisting stock held in this portfolio.",
             [this](FXWindow& box) { press(box, "Yes"); });
   EXPECT_TRUE(m_panel->validate());
@@ -334,7 +334,7 @@ TEST_F(BuySharesPanelTest, APriceThatChangesAtOkIsAskedAbout) {
   EXPECT_FALSE(m_panel->validate());
   EXPECT_EQ("10.5000", shown("Share price"));
   EXPECT_EQ(&field(*m_panel, "Share price"), focused(*m_panel));
-  answer(unchecked, "Yes"); // The price is set now and not asked about again.
+  answer(UNCHECKED, "Yes"); // The price is set now and not asked about again.
   EXPECT_TRUE(m_panel->validate());
 }
 
@@ -370,23 +370,23 @@ TEST_F(BuySharesPanelTest, APriceFarFromThatOfTheDayIsDoubted) {
   fill();
   for (const char* price : {"12", "15", "9.6"}) {
     set("Share price", price);
-    answer(unchecked, "Yes");
+    answer(UNCHECKED, "Yes");
     EXPECT_TRUE(m_panel->validate()) << price;
   }
   for (const char* price : {"15.01", "9.59", "1.2", "1200"}) {
     set("Share price", price);
-    answer(unchecked, "Yes");
+    answer(UNCHECKED, "Yes");
     whenModal("is far from that of ABC.AX on 03/03/2026, which was 12.00.",
               [this](FXWindow& box) { press(box, "No"); });
     EXPECT_FALSE(m_panel->validate()) << price;
     EXPECT_EQ(&field(*m_panel, "Share price"), focused(*m_panel));
   }
-  answer(unchecked, "Yes");
+  answer(UNCHECKED, "Yes");
   whenModal("The price of 1200.00 is far from that of ABC.AX on 03/03/2026, which was 12.00.",
             [this](FXWindow& box) { press(box, "Yes"); });
   EXPECT_TRUE(m_panel->validate());
   set("Date bought", "20/02/2026"); // No price is known for that day.
-  answer(unchecked, "Yes");
+  answer(UNCHECKED, "Yes");
   EXPECT_TRUE(m_panel->validate());
 }
 
@@ -453,7 +453,7 @@ TEST_F(BuySharesPanelTest, ACodeTypedAfterASearchHasNotBeenSearchedFor) {
   set("Stock code", "XYZ.AX");
   set("Share price", "2.50");
   EXPECT_EQ(String(), m_panel->name());
-  answer(unchecked, "Yes");
+  answer(UNCHECKED, "Yes");
   EXPECT_TRUE(m_panel->validate());
 }
 
@@ -492,16 +492,16 @@ TEST_F(BuySharesPanelTest, AnOfflineSearchIsReported) {
 TEST_F(BuySharesPanelTest, APriceThatCannotBeFetchedIsToldBesideItAndTheStockStays) {
   m_market.addListing(u"NOQ.AX", u"No Quotes", u"Australia");
   set("Stock code", "NOQ");
-  EXPECT_FALSE(shows(*m_panel, noPriceKnown)) << "not searched yet";
+  EXPECT_FALSE(shows(*m_panel, NO_PRICE_KNOWN)) << "not searched yet";
   searchAndAccept();
   EXPECT_TRUE(boxes().empty());
   EXPECT_EQ(String(u"NOQ.AX"), m_panel->code());
   EXPECT_EQ(String(u"No Quotes in Australia"), m_panel->name());
   EXPECT_EQ("0.0000", shown("Share price"));
-  EXPECT_TRUE(shows(*m_panel, noPriceKnown));
+  EXPECT_TRUE(shows(*m_panel, NO_PRICE_KNOWN));
   EXPECT_TRUE(statusText().starts_with("No price for NOQ.AX: HTMLException : ")) << statusText();
   set("Share price", "2.5");
-  EXPECT_FALSE(shows(*m_panel, noPriceKnown));
+  EXPECT_FALSE(shows(*m_panel, NO_PRICE_KNOWN));
 }
 
 TEST_F(BuySharesPanelTest, APriceThatWasTypedStaysWhenTheStockFoundHasNone) {
@@ -510,7 +510,7 @@ TEST_F(BuySharesPanelTest, APriceThatWasTypedStaysWhenTheStockFoundHasNone) {
   set("Stock code", "NOQ");
   searchAndAccept();
   EXPECT_EQ("12.34", shown("Share price"));
-  EXPECT_FALSE(shows(*m_panel, noPriceKnown));
+  EXPECT_FALSE(shows(*m_panel, NO_PRICE_KNOWN));
 }
 
 TEST_F(BuySharesPanelTest, APriceProposedForOneStockIsNotKeptForAnother) {
@@ -519,7 +519,7 @@ TEST_F(BuySharesPanelTest, APriceProposedForOneStockIsNotKeptForAnother) {
   EXPECT_EQ("12.3456", shown("Share price"));
   set("Stock code", "XYZ.AX");
   EXPECT_EQ("0.0000", shown("Share price"));
-  EXPECT_FALSE(shows(*m_panel, noPriceKnown));
+  EXPECT_FALSE(shows(*m_panel, NO_PRICE_KNOWN));
   set("Share price", "3");
   set("Stock code", "XYZ.L");
   EXPECT_EQ("3", shown("Share price")) << "typed, and not proposed";

@@ -7,7 +7,7 @@
 namespace Tallymoor {
 namespace {
 
-constexpr const char* caption = "Edit dividend of OLD.AX on 27/02/2026";
+constexpr const char* CAPTION = "Edit dividend of OLD.AX on 27/02/2026";
 
 class EditDividendsDialogTest : public PortfolioFormTest {
 protected:
@@ -27,7 +27,7 @@ protected:
 TEST_F(EditDividendsDialogTest, ShowsADividendInCash) {
   EditDividendsDialog dialog(&mainWindow(), user(), m_event);
   const ReceiveDividendsPanel& panel = *dialog.panel();
-  EXPECT_EQ(caption, title(dialog));
+  EXPECT_EQ(CAPTION, title(dialog));
   EXPECT_EQ(String(u"OLD.AX"), panel.code());
   EXPECT_EQ((std::vector<std::string>{"<select stock code>", "ABC.AX", "XYZ.AX", "OLD.AX"}),
             entries(*find<StockChoice>(dialog)));
@@ -97,7 +97,7 @@ TEST_F(EditDividendsDialogTest, FrankingThatIsNotShownIsKept) {
 
 TEST_F(EditDividendsDialogTest, AllChecksApplyAndTheRecordStaysUnchanged) {
   EditDividendsDialog dialog(&mainWindow(), user(), m_event);
-  whenModal(caption, [&](FXWindow& form) {
+  whenModal(CAPTION, [&](FXWindow& form) {
     type(field(form, "Dividend Rate"), "0");
     answer("You must record the dividend rate", "OK");
     press(form, "OK");

@@ -10,7 +10,7 @@
 namespace Tallymoor {
 namespace {
 
-constexpr const char* caption = "Edit share sold on 03/02/2026";
+constexpr const char* CAPTION = "Edit share sold on 03/02/2026";
 
 class EditSoldShareDialogTest : public PortfolioFormTest {
 protected:
@@ -34,7 +34,7 @@ protected:
     PortfolioFormTest::TearDown();
   }
   void run(const Step& step, FXuint result) {
-    whenModal(caption, step);
+    whenModal(CAPTION, step);
     EXPECT_EQ(result, m_dialog->execute());
   }
   void set(const std::string& label, const std::string& text) { type(field(*m_dialog, label), text); }
@@ -52,7 +52,7 @@ protected:
 };
 
 TEST_F(EditSoldShareDialogTest, ShowsBothSidesOfTheSale) {
-  EXPECT_EQ(caption, title(*m_dialog));
+  EXPECT_EQ(CAPTION, title(*m_dialog));
   EXPECT_EQ("ABC.AX", shown("Stock Code"));
   EXPECT_EQ("100.00", shown("Number sold"));
   EXPECT_EQ("2.5000", shown("Buy price"));

@@ -12,12 +12,12 @@
 namespace Tallymoor {
 namespace {
 
-constexpr const char* noCode = "You must select the share code";
-constexpr const char* futureDate = "You can't specify a date in the future.";
-constexpr const char* noHeld = "You must select the number of shares the dividend was given for";
-constexpr const char* noRate = "You must record the dividend rate";
-constexpr const char* noCountry = "You must enter the country of origin of the foreign dividend.";
-constexpr const char* countryPrompt = "<enter country of origin>";
+constexpr const char* NO_CODE = "You must select the share code";
+constexpr const char* FUTURE_DATE = "You can't specify a date in the future.";
+constexpr const char* NO_HELD = "You must select the number of shares the dividend was given for";
+constexpr const char* NO_RATE = "You must record the dividend rate";
+constexpr const char* NO_COUNTRY = "You must enter the country of origin of the foreign dividend.";
+constexpr const char* COUNTRY_PROMPT = "<enter country of origin>";
 
 /// A panel whose fields of the new shares can be made to throw.
 class BreakablePanel : public ReceiveDividendsPanel {
@@ -80,7 +80,7 @@ TEST_F(ReceiveDividendsPanelTest, BeginsWithItsInitialValues) {
   EXPECT_EQ("0.00", shown("Franking Credit"));
   EXPECT_EQ("03/03/2026", shown("Date Received"));
   EXPECT_FALSE(m_panel->isForeign());
-  EXPECT_EQ(countryPrompt, countryShown());
+  EXPECT_EQ(COUNTRY_PROMPT, countryShown());
   EXPECT_EQ(String(), m_panel->country());
   EXPECT_EQ("0.00", shown("Withholding Tax"));
   EXPECT_FALSE(m_panel->isReinvested());
@@ -176,7 +176,7 @@ TEST_F(ReceiveDividendsPanelTest, TurningForeignOffRestoresTheCountryPrompt) {
   set("Dividend Rate", "0.2"); // A number typed meanwhile clears the country.
   EXPECT_EQ(String(u"Fiji"), m_panel->country());
   check(false);
-  EXPECT_EQ(countryPrompt, countryShown());
+  EXPECT_EQ(COUNTRY_PROMPT, countryShown());
   EXPECT_EQ(String(), m_panel->country());
   EXPECT_FALSE(countries().isEnabled());
 }
@@ -266,7 +266,7 @@ TEST_F(ReceiveDividendsPanelTest, ResetClearsTheTypedValues) {
   EXPECT_EQ(100, m_panel->percentFranked());
   EXPECT_EQ(Date(2026, 3, 3), m_panel->date());
   EXPECT_FALSE(m_panel->isForeign());
-  EXPECT_EQ(countryPrompt, countryShown());
+  EXPECT_EQ(COUNTRY_PROMPT, countryShown());
   EXPECT_FALSE(m_panel->isReinvested());
 }
 
@@ -275,25 +275,25 @@ TEST_F(ReceiveDividendsPanelTest, ResetClearsTheTypedValues) {
 TEST_F(ReceiveDividendsPanelTest, TheChecksComeInTheirOrder) {
   set("Date Received", "04/03/2026");
   check(true);
-  expectRefused(noCode, field(*m_panel, "Stock Code"));
+  expectRefused(NO_CODE, field(*m_panel, "Stock Code"));
   choose(*m_panel, "ABC.AX");
   set("On Shares Held", "0.00004");
-  expectRefused(futureDate, field(*m_panel, "Date Received"));
+  expectRefused(FUTURE_DATE, field(*m_panel, "Date Received"));
   set("Date Received", "03/03/2026");
-  expectRefused(noHeld, field(*m_panel, "On Shares Held"));
+  expectRefused(NO_HELD, field(*m_panel, "On Shares Held"));
   set("On Shares Held", "-100");
-  expectRefused(noHeld, field(*m_panel, "On Shares Held"));
+  expectRefused(NO_HELD, field(*m_panel, "On Shares Held"));
   set("On Shares Held", "100");
   set("Dividend Rate", "0.00004");
-  expectRefused(noRate, field(*m_panel, "Dividend Rate"));
+  expectRefused(NO_RATE, field(*m_panel, "Dividend Rate"));
   EXPECT_EQ("0.00004", shown("Dividend Rate"));
   set("Dividend Rate", "0.0001");
   auto& country = *find<FXTextField>(countries());
-  expectRefused(noCountry, country);
+  expectRefused(NO_COUNTRY, country);
   type(country, "  ");
-  expectRefused(noCountry, country);
+  expectRefused(NO_COUNTRY, country);
   type(country, "<somewhere");
-  expectRefused(noCountry, country);
+  expectRefused(NO_COUNTRY, country);
   type(country, "Fiji");
   EXPECT_TRUE(m_panel->validate());
   check(false);

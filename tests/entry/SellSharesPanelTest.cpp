@@ -11,16 +11,16 @@
 namespace Tallymoor {
 namespace {
 
-constexpr const char* noCode = "You must choose the share to sell";
-constexpr const char* futureDate = "You can't specify a sell date in the future.";
-constexpr const char* noRecord = "No capital record for the sell date. Please refesh the capital record";
-constexpr const char* notHeld = "No shares were held to sell on this date.";
-constexpr const char* notEnoughThen = "Not enough shares were held to sell this much on this date.";
-constexpr const char* noNumber = "You must select the number of shares sold";
-constexpr const char* notEnoughNow = "You can't sell more shares than you own";
-constexpr const char* noPrice = "Do you really want to record a sell price of $0.00?";
-constexpr const char* noBrokerage = "Are you sure there was no brokerage charged\nfor this purchase?";
-constexpr const char* newDefault = "Would you like to make this the default\nbrokerage rate?";
+constexpr const char* NO_CODE = "You must choose the share to sell";
+constexpr const char* FUTURE_DATE = "You can't specify a sell date in the future.";
+constexpr const char* NO_RECORD = "No capital record for the sell date. Please refesh the capital record";
+constexpr const char* NOT_HELD = "No shares were held to sell on this date.";
+constexpr const char* NOT_ENOUGH_THEN = "Not enough shares were held to sell this much on this date.";
+constexpr const char* NO_NUMBER = "You must select the number of shares sold";
+constexpr const char* NOT_ENOUGH_NOW = "You can't sell more shares than you own";
+constexpr const char* NO_PRICE = "Do you really want to record a sell price of $0.00?";
+constexpr const char* NO_BROKERAGE = "Are you sure there was no brokerage charged\nfor this purchase?";
+constexpr const char* NEW_DEFAULT = "Would you like to make this the default\nbrokerage rate?";
 
 class SellSharesPanelTest : public PortfolioFormTest {
 protected:
@@ -118,7 +118,7 @@ TEST_F(SellSharesPanelTest, AnotherPortfolioHasItsOwnStocks) {
   m_panel->setPortfolio(nullptr);
   EXPECT_EQ(1, codes().getNumItems());
   EXPECT_EQ(0.0, m_panel->number());
-  answer(noCode, "OK");
+  answer(NO_CODE, "OK");
   EXPECT_FALSE(m_panel->validate());
   m_panel->setPortfolio(&user());
   EXPECT_EQ(3, codes().getNumItems());
@@ -144,33 +144,33 @@ TEST_F(SellSharesPanelTest, TheChecksComeInTheirOrder) {
   set("Date sold", "04/03/2026");
   set("Number sold", "100.0001");
   set("Brokerage paid", "0");
-  expectRefused(noCode, "Stock code");
+  expectRefused(NO_CODE, "Stock code");
   m_panel->reset(u"XYZ.AX");
   set("Date sold", "04/03/2026");
   set("Number sold", "0");
   set("Share price", "0");
   set("Brokerage paid", "0");
-  expectRefused(futureDate, "Date sold");
+  expectRefused(FUTURE_DATE, "Date sold");
   set("Date sold", "20/02/2026");
-  expectRefused(noRecord, "Date sold");
+  expectRefused(NO_RECORD, "Date sold");
   set("Date sold", "28/02/2026");
-  expectRefused(notHeld, "Date sold");
+  expectRefused(NOT_HELD, "Date sold");
   set("Date sold", "03/03/2026");
   set("Number sold", "50.0001");
-  expectRefused(notEnoughThen, "Number sold");
+  expectRefused(NOT_ENOUGH_THEN, "Number sold");
   set("Number sold", "0");
-  expectRefused(noNumber, "Number sold");
+  expectRefused(NO_NUMBER, "Number sold");
   set("Number sold", "50");
-  answer(noPrice, "No");
+  answer(NO_PRICE, "No");
   EXPECT_FALSE(m_panel->validate());
   EXPECT_TRUE(hasFocus("Share price"));
-  answer(noPrice, "Yes");
-  answer(noBrokerage, "No");
+  answer(NO_PRICE, "Yes");
+  answer(NO_BROKERAGE, "No");
   EXPECT_FALSE(m_panel->validate());
   EXPECT_TRUE(hasFocus("Brokerage paid"));
-  answer(noPrice, "Yes");
-  answer(noBrokerage, "Yes");
-  answer(newDefault, "No");
+  answer(NO_PRICE, "Yes");
+  answer(NO_BROKERAGE, "Yes");
+  answer(NEW_DEFAULT, "No");
   EXPECT_TRUE(m_panel->validate());
   EXPECT_EQ(50.0, storedBrokerage());
 }
@@ -181,7 +181,7 @@ TEST_F(SellSharesPanelTest, AllSharesHeldOnADayWithARecordCanBeSold) {
   set("Number sold", "100");
   EXPECT_TRUE(m_panel->validate());
   set("Number sold", "100.0001");
-  expectRefused(notEnoughThen, "Number sold");
+  expectRefused(NOT_ENOUGH_THEN, "Number sold");
   EXPECT_EQ("100.0001", shown("Number sold"));
 }
 
@@ -189,7 +189,7 @@ TEST_F(SellSharesPanelTest, ASaleBeforeTheFirstRecordIsRefusedForAnyNumber) {
   choose(*m_panel, "ABC.AX");
   set("Date sold", "24/02/2026");
   set("Number sold", "0");
-  expectRefused(noRecord, "Date sold");
+  expectRefused(NO_RECORD, "Date sold");
   EXPECT_EQ("24/02/2026", shown("Date sold"));
 }
 
@@ -203,7 +203,7 @@ TEST_F(SellSharesPanelTest, SharesOfTheDaysBeforeAMergeCanBeSold) {
   set("Number sold", "100");
   EXPECT_TRUE(m_panel->validate());
   set("Date sold", "01/03/2026");
-  expectRefused(notEnoughThen, "Number sold");
+  expectRefused(NOT_ENOUGH_THEN, "Number sold");
 }
 
 TEST_F(SellSharesPanelTest, SharesThatWereSoldSinceCannotBeSoldAgain) {
@@ -211,7 +211,7 @@ TEST_F(SellSharesPanelTest, SharesThatWereSoldSinceCannotBeSoldAgain) {
   set("Date sold", "26/02/2026");
   parcel(u"ABC.AX").subElement(u"NumHeld").setValue(u"60.00"); // The capital record still says 100.
   set("Number sold", "60.0001");
-  expectRefused(notEnoughNow, "Number sold");
+  expectRefused(NOT_ENOUGH_NOW, "Number sold");
   set("Number sold", "60");
   EXPECT_TRUE(m_panel->validate());
 }
@@ -219,9 +219,9 @@ TEST_F(SellSharesPanelTest, SharesThatWereSoldSinceCannotBeSoldAgain) {
 TEST_F(SellSharesPanelTest, TinyAndNegativeNumbersAreRefused) {
   choose(*m_panel, "ABC.AX");
   set("Number sold", "0.00004");
-  expectRefused(noNumber, "Number sold");
+  expectRefused(NO_NUMBER, "Number sold");
   set("Number sold", "-5");
-  expectRefused(noNumber, "Number sold");
+  expectRefused(NO_NUMBER, "Number sold");
   set("Number sold", "0.0001");
   EXPECT_TRUE(m_panel->validate());
 }
@@ -253,7 +253,7 @@ INSTANTIATE_TEST_SUITE_P(Numbers, MergedHoldingTest,
 TEST_F(SellSharesPanelTest, AnotherBrokerageMayBecomeTheDefault) {
   choose(*m_panel, "ABC.AX");
   set("Brokerage paid", "29.95");
-  answer(newDefault, "Yes");
+  answer(NEW_DEFAULT, "Yes");
   EXPECT_TRUE(m_panel->validate());
   EXPECT_EQ(29.95, storedBrokerage());
   EXPECT_TRUE(m_panel->validate()); // The same brokerage is not asked about again.

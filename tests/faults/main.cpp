@@ -11,8 +11,8 @@
 #include "session/PortfolioStore.h"
 #include "session/ProfileFolders.h"
 #include "support/updates/TestUpdateService.h"
-#include "updates/UpdateHandover.h"
 #include "updates/UpdateFolders.h"
+#include "updates/UpdateHandover.h"
 #include <filesystem>
 #include <iostream>
 #include <unistd.h>

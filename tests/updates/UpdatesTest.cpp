@@ -158,8 +158,8 @@ TEST_F(UpdatesTest, AComponentWithoutMinorVersionInvalidatesTheList) {
 }
 
 TEST_F(UpdatesTest, ListBeyondItsBoundIsRefused) {
-  service().serve("configupdates.xml",
-                  "<VersionsAvailable>" + std::string(UpdateService::LIST_LIMIT, ' ') + "</VersionsAvailable>");
+  service().serve("configupdates.xml", "<VersionsAvailable>" + std::string(UpdateService::LIST_LIMIT, ' ') +
+                                           "</VersionsAvailable>");
   EXPECT_TRUE(configFailure().startsWith(PROBLEM)) << configFailure().toUTF8();
 }
 

@@ -21,8 +21,8 @@ protected:
   const std::string deletion = "Warning! Deleting this share will affect the Total Capital.\n If you sold "
                                "this share, use the \"Sell Share\" "
                                "menu. \nThis action should only be used to correct a mistake. \n";
-  static constexpr FXColor red = FXRGB(255, 175, 175);
-  static constexpr FXColor green = FXRGB(175, 255, 175);
+  static constexpr FXColor RED = FXRGB(255, 175, 175);
+  static constexpr FXColor GREEN = FXRGB(175, 255, 175);
 };
 
 TEST_F(SharesHeldTableTest, DeclaresItsColumnsInOrder) {
@@ -129,8 +129,8 @@ TEST_F(SharesHeldTableTest, PriceBelowTheMinimumWarnsAndTintsTheRow) {
   EXPECT_EQ(String(u"Warning from Tallymoor!"), warning.caption);
   EXPECT_EQ(String(u"AAA.AXmin warning"), warning.key);
   EXPECT_EQ(1, warning.level);
-  EXPECT_EQ(red, cellColour(table(), 0, u"Number"));
-  EXPECT_EQ(red, cellColour(table(), 0, u"Price Now"));
+  EXPECT_EQ(RED, cellColour(table(), 0, u"Number"));
+  EXPECT_EQ(RED, cellColour(table(), 0, u"Price Now"));
   EXPECT_EQ("$7.00 - ", cellText(table(), 0, u"Price Min/Max"));
 }
 
@@ -142,7 +142,7 @@ TEST_F(SharesHeldTableTest, PriceAboveTheMaximumWarnsInItsOwnWords) {
   const TestWindow::Warning& warning = window().warnings.back();
   EXPECT_EQ(String(u"AAA.AX has increased above$6.50 and is now at $6.60"), warning.text);
   EXPECT_EQ(String(u"AAA.AXmax warning"), warning.key);
-  EXPECT_EQ(green, cellColour(table(), 0, u"Number"));
+  EXPECT_EQ(GREEN, cellColour(table(), 0, u"Number"));
 }
 
 TEST_F(SharesHeldTableTest, LimitsOfZeroNeverWarn) {
@@ -216,7 +216,7 @@ TEST_F(SharesHeldTableTest, IndicatorsAreShownAndTheAutomaticLimitsWarnWhenChose
   ASSERT_FALSE(window().warnings.empty());
   EXPECT_EQ(String(u"AAA.AX has dropped below $7.84 and is now at $7.40"), window().warnings.back().text);
   EXPECT_EQ(String(u"AAA.AXmin warning"), window().warnings.back().key);
-  EXPECT_EQ(red, cellColour(table(), 0, u"Number"));
+  EXPECT_EQ(RED, cellColour(table(), 0, u"Number"));
   EXPECT_EQ("-10%", cellText(table(), 0, u"% in Min/Max")); // -0.44 of 4.32.
 }
 
@@ -227,7 +227,7 @@ TEST_F(SharesHeldTableTest, TypedLimitsAreThoseOfEveryPortfolio) {
   showTree();
   typeInto(table(), 0, u"Price Min/Max", "7 - 9");
   EXPECT_EQ("$7.00 - $9.00", cellText(*held(u"Other").table(), 0, u"Price Min/Max"));
-  EXPECT_EQ(red, cellColour(*held(u"Other").table(), 0, u"Number"));
+  EXPECT_EQ(RED, cellColour(*held(u"Other").table(), 0, u"Number"));
 }
 
 TEST_F(SharesHeldTableTest, NewHoldingTakesTheLimitsOfTheWatchedStock) {
@@ -257,7 +257,7 @@ TEST_F(SharesHeldTableTest, PricesOfAViewDateTintButDoNotWarn) {
   showTree();
   EXPECT_TRUE(window().warnings.empty());
   viewDate(Date(2026, 2, 27)); // 5.50.
-  EXPECT_EQ(red, cellColour(table(), 0, u"Number"));
+  EXPECT_EQ(RED, cellColour(table(), 0, u"Number"));
   EXPECT_TRUE(window().warnings.empty());
 }
 

@@ -34,9 +34,9 @@ protected:
   XMLHeldShare& share(const String& portfolio, const String& code) {
     return *portfolios()[portfolio]->findHeldShare(code);
   }
-  static constexpr FXColor red = FXRGB(255, 175, 175);
-  static constexpr FXColor green = FXRGB(175, 255, 175);
-  static constexpr FXColor blue = FXRGB(215, 215, 255);
+  static constexpr FXColor RED = FXRGB(255, 175, 175);
+  static constexpr FXColor GREEN = FXRGB(175, 255, 175);
+  static constexpr FXColor BLUE = FXRGB(215, 215, 255);
 };
 
 TEST_F(WatchlistTableTest, DeclaresItsColumnsInOrder) {
@@ -256,8 +256,8 @@ TEST_F(WatchlistTableTest, MoneyAmongPercentagesIsSortedAsMoney) {
 TEST_F(WatchlistTableTest, SteeplyRisingStockAboveItsLineIsBlue) {
   watchRising(10.5);
   showTrees();
-  EXPECT_EQ(blue, cellColour(table(), 0, u"Price Now"));
-  EXPECT_EQ(blue, cellColour(table(), 0, u"Price Min/Max"));
+  EXPECT_EQ(BLUE, cellColour(table(), 0, u"Price Now"));
+  EXPECT_EQ(BLUE, cellColour(table(), 0, u"Price Min/Max"));
 }
 
 TEST_F(WatchlistTableTest, PriceOnTheLineIsNoSignal) {
@@ -317,7 +317,7 @@ TEST_F(WatchlistTableTest, WatchedStockThatLeavesItsLimitsWarns) {
   EXPECT_EQ(String(u"Warning from Tallymoor!"), warning.caption);
   EXPECT_EQ(String(u"AAA.AXmin warning"), warning.key);
   EXPECT_EQ(1, warning.level);
-  EXPECT_EQ(red, cellColour(table(), 0, u"Price Now"));
+  EXPECT_EQ(RED, cellColour(table(), 0, u"Price Now"));
   EXPECT_EQ("$7.00 - $9.00", cellText(table(), 0, u"Price Min/Max"));
 }
 
@@ -325,7 +325,7 @@ TEST_F(WatchlistTableTest, LeftLimitsTintBeforeTheSignalDoes) {
   watchRising(10.5);
   keepLimits(u"UP.AX", 0.0, 10.0);
   showTrees();
-  EXPECT_EQ(green, cellColour(table(), 0, u"Price Now"));
+  EXPECT_EQ(GREEN, cellColour(table(), 0, u"Price Now"));
   ASSERT_FALSE(window().warnings.empty());
   EXPECT_EQ(String(u"UP.AXmax warning"), window().warnings.back().key);
 }
@@ -340,7 +340,7 @@ TEST_F(WatchlistTableTest, TypedLimitsAreKeptAndWarnedOfAtOnce) {
   EXPECT_DOUBLE_EQ(6.25, Settings::Instance().readReal(u"Watchlists", u"maxvalue - AAA.AX"));
   ASSERT_FALSE(window().warnings.empty());
   EXPECT_EQ(String(u"AAA.AX has increased above$6.25 and is now at $6.60"), window().warnings.back().text);
-  EXPECT_EQ(green, cellColour(table(), 0, u"Price Now"));
+  EXPECT_EQ(GREEN, cellColour(table(), 0, u"Price Now"));
 }
 
 TEST_F(WatchlistTableTest, BadLimitsAreRefused) {
@@ -372,7 +372,7 @@ TEST_F(WatchlistTableTest, LimitsOfAWatchedStockAreThoseOfEveryHolding) {
     EXPECT_EQ(String(u"7.0000"), textValue(share(name, u"AAA.AX"), u"MinPrice"));
     EXPECT_EQ(String(u"9.0000"), textValue(share(name, u"AAA.AX"), u"MaxPrice"));
     EXPECT_EQ("$7.00 - $9.00", cellText(*held(name).table(), 0, u"Price Min/Max"));
-    EXPECT_EQ(red, cellColour(*held(name).table(), 0, u"Number"));
+    EXPECT_EQ(RED, cellColour(*held(name).table(), 0, u"Number"));
   }
   for (const TestWindow::Warning& warning : window().warnings)
     EXPECT_EQ(String(u"AAA.AXmin warning"), warning.key); // Only one warning per key is shown.
@@ -385,7 +385,7 @@ TEST_F(WatchlistTableTest, LimitsOfAHoldingAreThoseOfTheWatchedStock) {
   typeInto(*held(u"Trading").table(), 0, u"Price Min/Max", "7 - 9");
   leftClick(list());
   EXPECT_EQ("$7.00 - $9.00", cellText(table(), 0, u"Price Min/Max"));
-  EXPECT_EQ(red, cellColour(table(), 0, u"Price Now"));
+  EXPECT_EQ(RED, cellColour(table(), 0, u"Price Now"));
   typeInto(*held(u"Trading").table(), 0, u"Price Min/Max", "");
   leftClick(list());
   EXPECT_EQ("", cellText(table(), 0, u"Price Min/Max"));
@@ -401,7 +401,7 @@ TEST_F(WatchlistTableTest, AutomaticLimitsTakeThePlaceOfTheUsersWhenChosen) {
   leftClick(list());
   ASSERT_FALSE(window().warnings.empty());
   EXPECT_EQ(String(u"UP.AX has dropped below $7.84 and is now at $7.50"), window().warnings.back().text);
-  EXPECT_EQ(red, cellColour(table(), 0, u"Price Now"));
+  EXPECT_EQ(RED, cellColour(table(), 0, u"Price Now"));
   EXPECT_EQ("$1.00 - $20.00", cellText(table(), 0, u"Price Min/Max"));
 }
 
@@ -422,7 +422,7 @@ TEST_F(WatchlistTableTest, PricesOfAViewDateTintButDoNotWarn) {
   keepLimits(u"AAA.AX", 6.5, 0.0);
   showTrees();
   viewDateOfBoth(Date(2026, 2, 24)); // 6.00.
-  EXPECT_EQ(red, cellColour(table(), 0, u"Price Now"));
+  EXPECT_EQ(RED, cellColour(table(), 0, u"Price Now"));
   EXPECT_TRUE(window().warnings.empty());
 }
 
@@ -439,7 +439,7 @@ TEST_F(WatchlistTableTest, ANewPriceRefreshesItsRowAndAsksNothing) {
   runPass();
   EXPECT_EQ("4.50", cellText(table(), 0, u"Price Now"));
   EXPECT_EQ("-1.50", cellText(table(), 0, u"Day move"));
-  EXPECT_EQ(red, cellColour(table(), 0, u"Price Now"));
+  EXPECT_EQ(RED, cellColour(table(), 0, u"Price Now"));
   EXPECT_EQ(1u, window().warnings.size());
   EXPECT_TRUE(boxes().empty());
 }

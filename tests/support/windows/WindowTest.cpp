@@ -12,16 +12,16 @@ namespace Tallymoor {
 
 namespace {
 
-constexpr FXuint tickMilliseconds = 4;
+constexpr FXuint TICK_MILLISECONDS = 4;
 /// Ticks (some seconds in total) after which an unexpected modal window is cancelled.
-constexpr unsigned patience = 1500;
-constexpr std::chrono::seconds longestWait(30);
+constexpr unsigned PATIENCE = 1500;
+constexpr std::chrono::seconds LONGEST_WAIT(30);
 /// A test that takes longer hangs outside the toolkit's event loop.
-constexpr unsigned longestTestSeconds = 150;
+constexpr unsigned LONGEST_TEST_SECONDS = 150;
 
 extern "C" void testHangs(int) {
-  constexpr char message[] = "A window test has not come to its end; giving up.\n";
-  const auto written = write(STDERR_FILENO, message, sizeof message - 1);
+  constexpr char MESSAGE[] = "A window test has not come to its end; giving up.\n";
+  const auto written = write(STDERR_FILENO, MESSAGE, sizeof MESSAGE - 1);
   _exit(written > 0 ? 3 : 4);
 }
 
@@ -119,7 +119,7 @@ std::unique_ptr<MainWindow> WindowTest::makeWindow(FXApp* app) {
 
 void WindowTest::SetUp() {
   std::signal(SIGALRM, testHangs);
-  alarm(longestTestSeconds);
+  alarm(LONGEST_TEST_SECONDS);
   m_window = makeWindow(m_app.get());
   startTicking(); // A window may open a modal window while it is created.
   m_app->create();
@@ -134,7 +134,7 @@ void WindowTest::TearDown() {
 }
 
 void WindowTest::startTicking() {
-  m_app->addTimeout(m_driver.get(), 0, tickMilliseconds);
+  m_app->addTimeout(m_driver.get(), 0, TICK_MILLISECONDS);
 }
 
 void WindowTest::tick() {
@@ -158,7 +158,7 @@ void WindowTest::meet(FXWindow& modal) {
     m_strange = &modal;
     m_strangeTicks = 0;
   }
-  if (dynamic_cast<ProgressDialog*>(&modal) || ++m_strangeTicks < patience)
+  if (dynamic_cast<ProgressDialog*>(&modal) || ++m_strangeTicks < PATIENCE)
     return;
   const std::string expected = m_awaited.empty() ? "nothing" : m_awaited.front().text;
   ADD_FAILURE() << "awaited " << expected << ", but this window is open: " << title(modal) << ": "
@@ -207,7 +207,7 @@ void WindowTest::answer(const std::string& text, const std::string& label) {
 }
 
 bool WindowTest::runUntil(const std::function<bool()>& condition) {
-  const auto end = std::chrono::steady_clock::now() + longestWait;
+  const auto end = std::chrono::steady_clock::now() + LONGEST_WAIT;
   while (!condition()) {
     if (std::chrono::steady_clock::now() > end) {
       ADD_FAILURE() << "what was waited for did not come";
