@@ -70,9 +70,10 @@ const ElementLayout& ElementLayout::withUnsafeContent(std::u16string_view refere
 }
 
 bool ElementLayout::isAttributeSafe(std::u16string_view name) const {
-  const auto rego = std::find_if(m_attributes.begin(), m_attributes.end(),
-                                 [name](const AttributeRego& attribute) { return attribute.name == name; });
-  return rego != m_attributes.end() && rego->contentSafe;
+  const auto registration =
+      std::find_if(m_attributes.begin(), m_attributes.end(),
+                   [name](const AttributeRego& attribute) { return attribute.name == name; });
+  return registration != m_attributes.end() && registration->contentSafe;
 }
 
 std::size_t ElementLayout::find(std::u16string_view referenceName) const {

@@ -87,10 +87,13 @@ public:
   /// Destroys it. False when it is none of these.
   bool remove(const Class& element) const { return m_parent.removeAt(m_place, element); }
   /// Moves the last one before that with the index.
-  void moveLastTo(std::size_t index) const { m_parent.moveLastAt(m_place, index); }
+  void moveLastTo(std::size_t index) const {
+    m_parent.m_subElements.moveLast(m_place, index);
+    m_parent.markChanged();
+  }
 
 private:
-  std::span<XMLElement* const> instances() const { return m_parent.instancesAt(m_place); }
+  std::span<XMLElement* const> instances() const { return m_parent.m_subElements.at(m_place); }
 
   Parent& m_parent;
   std::size_t m_place;

@@ -1,10 +1,12 @@
 #pragma once
-#include "xml/XMLElement.h"
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <utility>
 
 namespace Tallymoor {
+
+class XMLElement;
 
 /// The instances of one registration in one parent, and whether the element was met in the current decode.
 /// Most slots hold one instance, which then needs no memory of its own. The parent owns the instances; a slot
@@ -34,7 +36,7 @@ struct ElementSlot {
       delete[] m_many;
   }
 
-  /// Beside their elements (see XMLElement).
+  // In ElementMemory.
   static void* operator new[](std::size_t size);
   static void operator delete[](void* slots, std::size_t size);
 

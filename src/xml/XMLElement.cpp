@@ -1,13 +1,9 @@
 #include "xml/XMLElement.h"
-#include "foundation/KeptTexts.h"
-#include "xml/DocumentReader.h"
 #include "xml/ElementComments.h"
 #include "xml/ElementLayout.h"
-#include "xml/ElementSlot.h"
+#include "xml/ElementMemory.h"
+#include "xml/ElementWriter.h"
 #include <algorithm>
-#include <atomic>
-#include <memory_resource>
-#include <utility>
 
 namespace Tallymoor {
 
@@ -21,89 +17,34 @@ String asString(std::size_t number) {
   return String::fromLong(static_cast<std::int64_t>(number));
 }
 
-// Elements with children that wait to be destroyed on this thread, linked by m_parent. A teardown works this
-// list off in a loop, so that its depth on the stack does not follow the depth of the tree.
-thread_local XMLElement* waitingForDestruction = nullptr;
-thread_local bool destroying = false;
-
-/// Counts the changes of all trees. Trees of several threads share it, so that a stamp never comes twice.
-std::atomic<std::uint64_t> changes{0};
-
-constexpr std::size_t ALIGNMENT = std::max(alignof(XMLElement), alignof(ElementSlot));
-
-#if defined(__SANITIZE_ADDRESS__) // of gcc
-constexpr bool FINDS_USE_AFTER_DELETION = true;
-#elif defined(__has_feature) // of clang
-constexpr bool FINDS_USE_AFTER_DELETION = __has_feature(address_sanitizer);
-#else
-constexpr bool FINDS_USE_AFTER_DELETION = false;
-#endif
-
-/// Lives as long as the process: elements in statics are destroyed late. A pool would hide from the sanitizer
-/// that an element is used after its end.
-std::pmr::memory_resource& elementMemory() {
-  static auto& memory =
-      FINDS_USE_AFTER_DELETION ? *std::pmr::new_delete_resource() : *new std::pmr::synchronized_pool_resource;
-  return memory;
-}
-
 } // namespace
 
-XMLElement::XMLElement(const String& name) : m_layout(&ElementLayout::named(name)) {}
+static_assert(alignof(XMLElement) <= ElementMemory::ALIGNMENT);
 
-XMLElement::XMLElement(const ElementLayout& layout) : m_layout(&layout) {}
+XMLElement::XMLElement(const String& name) : XMLElement(ElementLayout::named(name)) {}
+
+XMLElement::XMLElement(const ElementLayout& layout) : ElementReading(layout) {}
 
 void* XMLElement::operator new(std::size_t size) {
-  return elementMemory().allocate(size, ALIGNMENT);
+  return ElementMemory::allocate(size);
 }
 
 void XMLElement::operator delete(void* element, std::size_t size) {
-  elementMemory().deallocate(element, size, ALIGNMENT);
+  ElementMemory::release(element, size);
 }
 
-void* ElementSlot::operator new[](std::size_t size) {
-  return elementMemory().allocate(size, ALIGNMENT);
-}
-
-void ElementSlot::operator delete[](void* slots, std::size_t size) {
-  elementMemory().deallocate(slots, size, ALIGNMENT);
-}
-
-std::uint64_t XMLElement::presentStamp() {
-  return changes.load(std::memory_order_relaxed);
-}
-
-std::uint64_t XMLElement::nextStamp() {
-  return changes.fetch_add(1, std::memory_order_relaxed) + 1;
-}
-
-void XMLElement::markChanged() {
-  const std::uint64_t stamp = nextStamp();
-  for (XMLElement* element = this; element; element = element->m_parent)
-    element->m_changeStamp = stamp;
-}
-
-// g++ warns of a copy that does not name its base.
-// NOLINTNEXTLINE(readability-redundant-member-init)
-XMLElement::XMLElement(const XMLElement& other) : xercesc::ContentHandler(), m_layout(other.m_layout) {
+XMLElement::XMLElement(const XMLElement& other) : ElementReading(*other.m_layout) {
   copyFrom(other);
 }
 
 XMLElement& XMLElement::operator=(const XMLElement& other) {
-  if (this != &other) {
-    destroyAllSubElements();
-    m_slots.reset();
-    m_slotCount = 0;
+  if (this != &other)
     copyFrom(other);
-  }
   return *this;
 }
 
 XMLElement::~XMLElement() {
-  destroyAllSubElements();
   dropComments();
-  if (m_ownsParser)
-    delete m_parser;
 }
 
 void XMLElement::copyFrom(const XMLElement& other) {
@@ -115,195 +56,89 @@ void XMLElement::copyFrom(const XMLElement& other) {
   if (m_hasComments)
     ElementComments::set(*this, ElementComments::of(other));
   m_contentSafe = other.m_contentSafe;
-  m_attributes = other.m_attributes ? std::make_unique<AttributeValues>(*other.m_attributes) : nullptr;
-  for (std::size_t rego = 0; rego < other.m_slotCount; ++rego) {
-    const ElementSlot& source = other.m_slots[rego];
-    ElementSlot& target = slotFor(rego);
-    target.seen = source.seen;
-    for (const XMLElement* instance : source) {
-      XMLElement* copy = instance->clone(m_layout->subElements()[rego].factory);
-      copy->m_parent = this;
-      target.add(copy);
-    }
-  }
+  m_attributes = other.m_attributes;
+  m_subElements.copy(*this, other);
 }
 
-const String& XMLElement::name() const {
-  return m_layout->name();
+void XMLElement::markChanged() {
+  const std::uint64_t stamp = nextStamp();
+  for (XMLElement* element = this; element; element = element->m_parent)
+    element->m_changeStamp = stamp;
 }
 
-bool XMLElement::isLeaf() const {
-  return m_layout->subElements().empty();
-}
-
-// --- Declaration
-
-void XMLElement::registerSubElement(std::u16string_view elementName, std::u16string_view referenceName,
-                                    Factory factory, bool optional) {
-  m_layout = &m_layout->withSubElement(elementName, referenceName, factory, !optional, false);
-}
-
-void XMLElement::registerSubElements(std::u16string_view elementName, std::u16string_view referenceName,
-                                     Factory factory, bool atLeastOne) {
-  m_layout = &m_layout->withSubElement(elementName, referenceName, factory, atLeastOne, true);
-}
+// --- Sub-elements by name
 
 void XMLElement::registerAndCreate(std::u16string_view elementName, std::u16string_view referenceName,
                                    Factory factory, bool optional) {
   registerSubElement(elementName, referenceName, factory, optional);
-  addInstance(factory(), m_layout->subElements().size() - 1);
+  m_subElements.add(*this, factory(), m_layout->subElements().size() - 1);
 }
-
-void XMLElement::registerAttribute(std::u16string_view name) {
-  m_layout = &m_layout->withAttribute(name);
-}
-
-void XMLElement::markAttributeUnsafe(std::u16string_view name) {
-  m_layout = &m_layout->withUnsafeAttribute(name);
-}
-
-void XMLElement::markContentUnsafe(std::u16string_view referenceName) {
-  if (m_layout->find(referenceName) == m_layout->subElements().size())
-    throw XMLException(kept::NO_SUCH_REFERENCE + asString(referenceName));
-  m_layout = &m_layout->withUnsafeContent(referenceName);
-}
-
-// --- Sub-elements
 
 XMLElement& XMLElement::subElement(std::u16string_view referenceName, std::size_t index) {
-  const ElementSlot* slot = existingSlot(findRego(referenceName, u"XMLElement::findRego: "));
-  if (!slot || index >= slot->size())
+  const auto instances = m_subElements.at(placeOf(referenceName, u"XMLElement::findRego: "));
+  if (index >= instances.size())
     throw XMLException(u"XMLElement::subElement(2) :" + asString(referenceName) + asString(index));
-  return *(*slot)[index];
+  return *instances[index];
 }
 
 const XMLElement& XMLElement::subElement(std::u16string_view referenceName, std::size_t index) const {
-  const ElementSlot* slot = existingSlot(findRego(referenceName, u"XMLElement::findRego(2): "));
-  if (!slot || index >= slot->size())
+  const auto instances = m_subElements.at(placeOf(referenceName, u"XMLElement::findRego(2): "));
+  if (index >= instances.size())
     throw XMLException(u"XMLElement::subElement :" + asString(referenceName) + asString(index));
-  return *(*slot)[index];
+  return *instances[index];
 }
 
 std::size_t XMLElement::numSubElements(std::u16string_view referenceName) const {
-  const ElementSlot* slot = existingSlot(findRego(referenceName, u"XMLElement::findRego(2): "));
-  return slot ? slot->size() : 0;
+  return m_subElements.at(placeOf(referenceName, u"XMLElement::findRego(2): ")).size();
 }
 
 XMLElement& XMLElement::addSubElement(XMLElement* element, std::u16string_view referenceName) {
-  const std::size_t rego = m_layout->find(referenceName);
-  if (rego == m_layout->subElements().size()) {
-    release(element);
-    findRego(referenceName, u"XMLElement::findRego: ");
+  const std::size_t place = m_layout->find(referenceName);
+  if (place == m_layout->subElements().size()) {
+    SubElements::destroy(element);
+    placeOf(referenceName, u"XMLElement::findRego: ");
   }
-  addInstance(element, rego);
+  m_subElements.add(*this, element, place);
   element->markChanged();
   return *element;
 }
 
 void XMLElement::removeSubElement(std::u16string_view referenceName, std::size_t index) {
-  const std::size_t rego = findRego(referenceName, u"XMLElement::findRego: ");
-  const ElementSlot* slot = existingSlot(rego);
-  if (!slot || index >= slot->size())
+  const std::size_t place = placeOf(referenceName, u"XMLElement::findRego: ");
+  if (index >= m_subElements.at(place).size())
     throw XMLException(u"XMLElement::removeSubElement: " + asString(referenceName) + asString(index));
-  XMLElement* element = (*slot)[index];
-  slotFor(rego).remove(index);
-  release(element);
+  m_subElements.remove(place, index);
   markChanged();
 }
 
 std::size_t XMLElement::removeSubElements(std::u16string_view referenceName) {
-  const std::size_t rego = findRego(referenceName, u"XMLElement::findRego: ");
-  if (rego >= m_slotCount)
-    return 0;
+  const std::size_t place = placeOf(referenceName, u"XMLElement::findRego: ");
   markChanged();
-  return destroySubElements(m_slots[rego]);
+  return m_subElements.removeAll(place);
 }
 
-std::size_t XMLElement::findRego(std::u16string_view referenceName, const char16_t* failure) const {
-  const std::size_t rego = m_layout->find(referenceName);
-  if (rego == m_layout->subElements().size())
-    throw XMLException(failure + asString(referenceName));
-  return rego;
-}
-
-const ElementSlot* XMLElement::existingSlot(std::size_t rego) const {
-  return rego < m_slotCount ? &m_slots[rego] : nullptr;
-}
-
-/// The slot of a registration. All slots that the class will need are made together; only a registration that
-/// comes unexpectedly moves them.
-ElementSlot& XMLElement::slotFor(std::size_t rego) {
-  if (rego >= m_slotCount) {
-    const std::size_t count = std::max(rego + 1, m_layout->expectedSubElements());
-    auto slots = std::make_unique<ElementSlot[]>(count);
-    std::move(m_slots.get(), m_slots.get() + m_slotCount, slots.get());
-    m_slots = std::move(slots);
-    m_slotCount = static_cast<std::uint16_t>(count);
-  }
-  return m_slots[rego];
-}
-
-void XMLElement::addInstance(XMLElement* element, std::size_t rego) {
-  ElementSlot& slot = slotFor(rego);
-  if (!m_layout->subElements()[rego].multiple && slot.size() == 1) {
-    if (slot[0] == element)
-      return;
-    destroySubElements(slot);
-  }
-  element->m_parent = this;
-  slot.add(element);
-}
-
-XMLElement& XMLElement::subElementAt(std::size_t place) {
-  return const_cast<XMLElement&>(std::as_const(*this).subElementAt(place));
-}
-
-const XMLElement& XMLElement::subElementAt(std::size_t place) const {
-  const ElementSlot* slot = existingSlot(place);
-  if (!slot || slot->empty())
-    throw XMLException(u"XMLElement::subElementAt: " + asString(place) + u" in " + name());
-  return *(*slot)[0];
-}
-
-const String& XMLElement::textAt(std::size_t place) const {
-  static const String none;
-  const ElementSlot* slot = existingSlot(place);
-  return slot && !slot->empty() ? (*slot)[0]->m_value : none;
-}
+// --- Sub-elements by place
 
 void XMLElement::setTextAt(std::size_t place, const String& text) {
-  const ElementSlot* slot = existingSlot(place);
-  (slot && !slot->empty() ? *(*slot)[0] : addAt(place)).setValue(text);
-}
-
-std::span<XMLElement* const> XMLElement::instancesAt(std::size_t place) const {
-  const ElementSlot* slot = existingSlot(place);
-  return slot ? std::span(slot->begin(), slot->size()) : std::span<XMLElement* const>();
+  const auto instances = m_subElements.at(place);
+  (instances.empty() ? addAt(place) : *instances.front()).setValue(text);
 }
 
 XMLElement& XMLElement::addAt(std::size_t place) {
   XMLElement* element = m_layout->subElements()[place].factory();
-  addInstance(element, place);
+  m_subElements.add(*this, element, place);
   element->markChanged();
   return *element;
 }
 
 bool XMLElement::removeAt(std::size_t place, const XMLElement& instance) {
-  const std::span<XMLElement* const> instances = instancesAt(place);
+  const auto instances = m_subElements.at(place);
   const auto found = std::find(instances.begin(), instances.end(), &instance);
   if (found == instances.end())
     return false;
-  XMLElement* element = *found;
-  slotFor(place).remove(static_cast<std::size_t>(found - instances.begin()));
-  release(element);
+  m_subElements.remove(place, static_cast<std::size_t>(found - instances.begin()));
   markChanged();
   return true;
-}
-
-void XMLElement::moveLastAt(std::size_t place, std::size_t index) {
-  ElementSlot& slot = slotFor(place);
-  std::rotate(slot.begin() + index, slot.end() - 1, slot.end());
-  markChanged();
 }
 
 // --- Values
@@ -317,31 +152,18 @@ void XMLElement::setValue(const String& text) {
 }
 
 const String& XMLElement::attribute(std::u16string_view name) const {
-  if (m_attributes) {
-    const auto found = m_attributes->find(name);
-    if (found != m_attributes->end())
-      return found->second;
-  }
+  if (const String* value = m_attributes.find(name))
+    return *value;
   throw XMLException(u"XMLElement::attribute :" + asString(name) + u" in " + this->name());
 }
 
-bool XMLElement::hasAttribute(std::u16string_view name) const {
-  return m_attributes && m_attributes->find(name) != m_attributes->end();
-}
-
 void XMLElement::setAttribute(std::u16string_view name, const String& value) {
-  if (!m_attributes)
-    m_attributes = std::make_unique<AttributeValues>();
-  m_attributes->insert_or_assign(asString(name), value);
+  m_attributes.set(name, value);
   markChanged();
 }
 
 void XMLElement::removeAttribute(std::u16string_view name) {
-  if (!m_attributes)
-    return;
-  const auto found = m_attributes->find(name);
-  if (found != m_attributes->end())
-    m_attributes->erase(found);
+  m_attributes.remove(name);
   markChanged();
 }
 
@@ -364,21 +186,11 @@ void XMLElement::reset() {
 
 void XMLElement::empty() {
   m_changeStamp = nextStamp();
-  m_attributes.reset();
+  m_attributes.clear();
   m_value.clear();
-  m_lastReference = NO_REFERENCE;
+  forgetLastReference();
   dropComments();
-  for (std::size_t index = 0; index < m_slotCount; ++index) {
-    ElementSlot& slot = m_slots[index];
-    slot.seen = false;
-    if (slot.empty())
-      continue;
-    const SubElementRego& rego = m_layout->subElements()[index];
-    if (rego.required && !rego.multiple)
-      slot[0]->empty();
-    else
-      destroySubElements(slot);
-  }
+  m_subElements.prepareForReading(*m_layout);
 }
 
 void XMLElement::dropComments() {
@@ -391,41 +203,35 @@ void XMLElement::dropComments() {
 void XMLElement::giveBackToPool() {
   reset();
   m_parent = nullptr;
-  if (m_ownsParser)
-    delete m_parser;
-  m_parser = nullptr;
-  m_ownsParser = false;
+  dropReader();
 }
 
-void XMLElement::destroyAllSubElements() {
-  for (std::size_t index = 0; index < m_slotCount; ++index)
-    destroySubElements(m_slots[index]);
+// --- Writing
+
+void XMLElement::encode(std::ostream& stream) {
+  ElementWriter(stream).write(*this);
 }
 
-std::size_t XMLElement::destroySubElements(ElementSlot& slot) {
-  const std::size_t count = slot.size();
-  for (XMLElement* element : slot)
-    release(element);
-  slot.clear();
-  return count;
+void XMLElement::encodeWithStylesheet(std::ostream& stream, const String& stylesheetPath,
+                                      const String& dtdName) {
+  ElementWriter writer(stream);
+  writer.writeHead(*this, stylesheetPath, dtdName);
+  writer.write(*this);
 }
 
-void XMLElement::release(XMLElement* element) {
-  if (!element->m_slots) {
-    element->destroy();
-    return;
-  }
-  element->m_parent = waitingForDestruction;
-  waitingForDestruction = element;
-  if (destroying)
-    return;
-  destroying = true;
-  while (XMLElement* next = waitingForDestruction) {
-    waitingForDestruction = next->m_parent;
-    next->m_parent = nullptr;
-    next->destroy();
-  }
-  destroying = false;
+void XMLElement::checkAttributes() const {
+  for (const AttributeRego& registration : m_layout->attributes())
+    if (!hasAttribute(registration.name))
+      throw XMLException(u"XMLElement::checkAttributes, missing attribute " + registration.name + u" in " +
+                         name());
+}
+
+void XMLElement::checkSubElements() const {
+  const auto& registrations = m_layout->subElements();
+  for (std::size_t place = 0; place < registrations.size(); ++place)
+    if (registrations[place].required && m_subElements.at(place).empty())
+      throw XMLException(u"XMLElement::checkSubElements - required at least one " +
+                         registrations[place].referenceName + u" in " + name());
 }
 
 } // namespace Tallymoor

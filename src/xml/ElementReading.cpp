@@ -1,10 +1,9 @@
-// How an element reads itself: the parse events, and the decode that starts them.
+#include "xml/ElementReading.h"
 #include "foundation/KeptTexts.h"
 #include "foundation/XmlLibrary.h"
 #include "xml/DocumentReader.h"
 #include "xml/ElementComments.h"
 #include "xml/ElementLayout.h"
-#include "xml/ElementSlot.h"
 #include "xml/TallymoorXMLErrorHandler.h"
 #include "xml/XMLElement.h"
 #include <cstring>
@@ -48,86 +47,99 @@ const char16_t* tagOf(const char16_t* localName, const char16_t* qualifiedName) 
 
 } // namespace
 
-void XMLElement::characters(const char16_t* chars, XMLSize_t length) {
+XMLElement& ElementReading::element() {
+  return static_cast<XMLElement&>(*this);
+}
+
+void ElementReading::dropReader() {
+  if (m_ownsParser)
+    delete m_parser;
+  m_parser = nullptr;
+  m_ownsParser = false;
+}
+
+void ElementReading::characters(const char16_t* chars, XMLSize_t length) {
   // Between sub-elements only white space is expected, and none of it is kept.
-  if (!isLeaf())
+  if (!element().isLeaf())
     return;
-  DocumentReader::checkText(m_value.size() + length);
-  m_value.append(chars, length);
+  String& value = element().m_value;
+  DocumentReader::checkText(value.size() + length);
+  value.append(chars, length);
 }
 
 /// What the reader has met since the last tag.
-void XMLElement::takeComments(std::vector<String> ElementComments::*place) {
+void ElementReading::takeComments(std::vector<String> ElementComments::*place) {
   if (!m_parser || !m_parser->hasComments())
     return;
-  ElementComments comments = m_hasComments ? ElementComments::of(*this) : ElementComments();
+  XMLElement& element = this->element();
+  ElementComments comments = element.m_hasComments ? ElementComments::of(element) : ElementComments();
   for (String& text : m_parser->takeComments())
     (comments.*place).push_back(std::move(text));
-  ElementComments::set(*this, std::move(comments));
-  m_hasComments = true;
+  ElementComments::set(element, std::move(comments));
+  element.m_hasComments = true;
 }
 
-void XMLElement::endDocument() {
+void ElementReading::endDocument() {
   takeComments(&ElementComments::after);
-  m_parent = nullptr;
+  element().m_parent = nullptr;
 }
 
-void XMLElement::endElement(const char16_t*, const char16_t*, const char16_t*) {
+void ElementReading::endElement(const char16_t*, const char16_t*, const char16_t*) {
   takeComments(&ElementComments::inside);
   endTagRead();
-  if (!m_parent)
+  XMLElement* parent = element().m_parent;
+  if (!parent)
     return;
-  m_parser->setContentHandler(m_parent);
+  m_parser->setContentHandler(parent);
   m_parser = nullptr;
 }
 
-void XMLElement::startElement(const char16_t* uri, const char16_t* localName, const char16_t* qualifiedName,
-                              const xercesc::Attributes& attributes) {
+void ElementReading::startElement(const char16_t* uri, const char16_t* localName,
+                                  const char16_t* qualifiedName, const xercesc::Attributes& attributes) {
   const char16_t* tag = tagOf(localName, qualifiedName);
   if (isNamed(tag, m_layout->name())) {
     readOwnStartTag(attributes);
     return;
   }
-  const std::size_t rego = findExpected(tag);
-  if (rego == m_layout->subElements().size())
+  const std::size_t place = findExpected(tag);
+  if (place == m_layout->subElements().size())
     throw XMLException(kept::UNKNOWN_ELEMENT + name());
-  m_lastReference = m_layout->subElements()[rego].reference;
-  slotFor(rego).seen = true;
-  XMLElement& instance = instanceFor(rego);
+  m_lastReference = m_layout->subElements()[place].reference;
+  m_subElements.setSeen(*m_layout, place);
+  XMLElement& instance = instanceFor(place);
   m_parser->setContentHandler(&instance);
   instance.m_parser = m_parser;
   instance.startElement(uri, localName, qualifiedName, attributes);
 }
 
-void XMLElement::readOwnStartTag(const xercesc::Attributes& attributes) {
+void ElementReading::readOwnStartTag(const xercesc::Attributes& attributes) {
   m_lastReference = NO_REFERENCE;
   takeComments(&ElementComments::before);
   const XMLSize_t count = attributes.getLength();
   if (count == 0)
     return;
-  if (!m_attributes)
-    m_attributes = std::make_unique<AttributeValues>();
-  DocumentReader::checkAttributes(m_attributes->size() + count);
+  ElementAttributes& values = element().m_attributes;
+  DocumentReader::checkAttributes(values.size() + count);
   for (XMLSize_t i = 0; i < count; ++i)
-    m_attributes->emplace(String(attributes.getLocalName(i)), String(attributes.getValue(i)));
+    values.add(attributes.getLocalName(i), attributes.getValue(i));
 }
 
 /// The registration that a tag fills, or the number of registrations. The search begins at the registration
 /// that was filled last and goes only forward; registrations that nothing matches are walked over. A single
 /// registration that was met before is never met again, also when a second document is read without a reset.
-std::size_t XMLElement::findExpected(const char16_t* tag) const {
-  const auto& regos = m_layout->subElements();
+std::size_t ElementReading::findExpected(const char16_t* tag) const {
+  const auto& registrations = m_layout->subElements();
   const auto open = [&](std::size_t index) {
-    return regos[index].multiple || !(index < m_slotCount && m_slots[index].seen);
+    return registrations[index].multiple || !m_subElements.isSeen(index);
   };
   bool passed = m_lastReference == NO_REFERENCE;
   // No earlier registration can bear the last reference name, so the walk may start at the first that does.
   std::size_t index = passed ? 0 : static_cast<std::size_t>(m_lastReference);
-  for (; index < regos.size(); ++index) {
-    const bool isLast = regos[index].reference == m_lastReference;
+  for (; index < registrations.size(); ++index) {
+    const bool isLast = registrations[index].reference == m_lastReference;
     if (isLast && open(index))
       passed = true;
-    if (passed && isNamed(tag, regos[index].elementName) && open(index))
+    if (passed && isNamed(tag, registrations[index].elementName) && open(index))
       break;
     if (isLast)
       passed = true;
@@ -135,32 +147,29 @@ std::size_t XMLElement::findExpected(const char16_t* tag) const {
   return index;
 }
 
-XMLElement& XMLElement::instanceFor(std::size_t index) {
-  const SubElementRego& rego = m_layout->subElements()[index];
-  if (rego.required && !rego.multiple && m_slots[index].size() == 1) {
-    XMLElement& known = *m_slots[index][0];
-    known.m_changeStamp = presentStamp(); // a new one has a stamp that nobody can have kept
+XMLElement& ElementReading::instanceFor(std::size_t index) {
+  const SubElementRego& registration = m_layout->subElements()[index];
+  if (registration.required && !registration.multiple && m_subElements.at(index).size() == 1) {
+    XMLElement& known = *m_subElements.at(index).front();
+    known.m_changeStamp = XMLElement::presentStamp(); // a new one has a stamp that nobody can have kept
     return known;
   }
-  const auto place = static_cast<std::size_t>(rego.reference);
-  const bool replaces = !rego.multiple && m_slots[place].size() == 1;
-  XMLElement* instance = rego.factory();
-  addInstance(instance, place);
+  const auto place = static_cast<std::size_t>(registration.reference);
+  const bool replaces = !registration.multiple && m_subElements.at(place).size() == 1;
+  XMLElement* instance = registration.factory();
+  m_subElements.add(element(), instance, place);
   if (!replaces) {
-    std::size_t made = 1;
-    for (std::size_t i = 0; i < instance->m_slotCount; ++i)
-      made += instance->m_slots[i].size();
-    m_parser->countElements(made);
-    m_parser->checkSiblings(m_slots[place].size());
+    m_parser->countElements(1 + instance->m_subElements.size());
+    m_parser->checkSiblings(m_subElements.at(place).size());
   }
   return *instance;
 }
 
-void XMLElement::decode(const String& fileName) {
+void ElementReading::decode(const String& fileName) {
   decodeFrom([&] { return std::make_unique<DocumentFileSource>(fileName, name(), *m_parser); });
 }
 
-void XMLElement::decode(const char* text) {
+void ElementReading::decode(const char* text) {
   const char* content = text ? text : "";
   decodeFrom([this, content] {
     const std::size_t length = std::strlen(content);
@@ -172,7 +181,7 @@ void XMLElement::decode(const char* text) {
 
 /// Whatever way a parse ends, the reader keeps no pointer into the tree or to the error handler, no element
 /// below this one keeps the reader, and this one has its own parent back.
-class XMLElement::ParseScope {
+class ElementReading::ParseScope {
 public:
   ParseScope(XMLElement& root, xercesc::ErrorHandler& errors) : m_root(root), m_parent(root.m_parent) {
     m_root.m_parent = nullptr; // the events must not climb beyond the element that is decoded
@@ -198,7 +207,7 @@ private:
 };
 
 template <class MakeSource>
-void XMLElement::decodeFrom(const MakeSource& makeSource) {
+void ElementReading::decodeFrom(const MakeSource& makeSource) {
   ensureXmlLibrary();
   if (!m_parser) {
     m_parser = new DocumentReader;
@@ -206,9 +215,9 @@ void XMLElement::decodeFrom(const MakeSource& makeSource) {
   }
   TallymoorXMLErrorHandler errors;
   ParseException exception;
-  markChanged();
+  element().markChanged();
   {
-    ParseScope scope(*this, errors);
+    ParseScope scope(element(), errors);
     m_parser->beginDocument(DocumentLimits::of(name()), keepsComments());
     try {
       m_parser->parse(*makeSource());
@@ -224,9 +233,7 @@ void XMLElement::decodeFrom(const MakeSource& makeSource) {
   }
   if (exception.met) {
     // One that was stopped in its midst may hold on to memory.
-    delete m_parser;
-    m_parser = nullptr;
-    m_ownsParser = false;
+    dropReader();
     throw TallymoorXMLErrorHandler::failure(u"exception", name(), exception.text);
   }
   errors.throwIfAny(name());
