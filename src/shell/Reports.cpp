@@ -40,10 +40,7 @@ void showReport(const OpenPortfolios& open, const ReportPeriod& period, const St
     MainWindow::information(u"There are no portfolios to report on.");
     return;
   }
-  Portfolios portfolios;
-  for (const auto& [name, portfolio] : open)
-    portfolios.push_back(portfolio.get());
-  const String page = writeReport(portfolios, period, title);
+  const String page = writeReport(listOf(open), period, title);
   MainWindow::setStatusText(u"launching web browser...");
   if (!Platform::Instance().openDocument(page))
     MainWindow::information(u"Failed to open the report for you.\nThe report is at\n" + page);

@@ -1,5 +1,6 @@
 #include "shell/TrayTip.h"
 #include "books/SharePortfolioUser.h"
+#include "views/IndexFigures.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/TotalCapTreeItem.h"
 
@@ -9,7 +10,7 @@ namespace {
 
 String tipOf(const SharePortfolioTreeItem& node, double change) {
   return node.portfolio().name() + u" : " + (change >= 0.0 ? u"+" : u"") + String::toPercent(change) + u" (" +
-         node.indexGainToday() + u")";
+         node.indexFigures().gainToday() + u")";
 }
 
 } // namespace

@@ -2,7 +2,6 @@
 #include "books/SharePortfolioUser.h"
 #include "foundation/Platform.h"
 #include "views/CashReserveTable.h"
-#include "views/EventDates.h"
 #include "views/NodeIcons.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "widgets/ContextMenu.h"
@@ -28,9 +27,7 @@ FXIMPLEMENT_ABSTRACT(CashReserveTreeItem, PortfolioTableTreeItem, CashReserveTre
 CashReserveTreeItem::CashReserveTreeItem(InvestmentTree* tree, SharePortfolioTreeItem* portfolioNode)
     : PortfolioTableTreeItem(tree, portfolioNode, portfolioNode, u"Cash Reserve",
                              portfolioNode->icons().cashReserve) {
-  buildPage();
-  if (isSound())
-    checkDates();
+  checkDates();
 }
 
 PortfolioTable* CashReserveTreeItem::makeTable(FXComposite* frame) {
@@ -66,11 +63,13 @@ double CashReserveTreeItem::interestOfFinancialYear() const {
   return sum;
 }
 
-void CashReserveTreeItem::checkDates() const {
+std::vector<WrongDate> CashReserveTreeItem::wrongDates() const {
   const Date today = Date::realToday();
+  std::vector<WrongDate> wrong;
   for (const XMLCashEvent& event : portfolio().portfolio().cashEvents())
     if (event.day() > today && !event.isSetAside()) // which has been told of
-      tellOfWrongDate(portfolio(), u"cash transaction", event.description(), u"in the future");
+      wrong.push_back({u"cash transaction", event.description(), u"in the future"});
+  return wrong;
 }
 
 FXint CashReserveTreeItem::onRightClick(FXint x, FXint y) {

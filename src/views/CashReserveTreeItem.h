@@ -24,13 +24,13 @@ protected:
   PortfolioTable* makeTable(FXComposite* frame) override;
   void buildFooter() override;
   void showTotals() override;
+  std::vector<WrongDate> wrongDates() const override;
 
 private:
   using Operation = void (SharePortfolioTreeItem::*)();
 
   long handleCommand(const String& context, Operation operation);
   double interestOfFinancialYear() const;
-  void checkDates() const;
 
   FXLabel* m_availableLabel = nullptr;
   FXLabel* m_interestLabel = nullptr;

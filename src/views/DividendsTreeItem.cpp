@@ -2,7 +2,6 @@
 #include "books/SharePortfolioUser.h"
 #include "views/DividendCells.h"
 #include "views/DividendsTable.h"
-#include "views/EventDates.h"
 #include "views/NodeIcons.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "widgets/ContextMenu.h"
@@ -23,9 +22,7 @@ FXIMPLEMENT_ABSTRACT(DividendsTreeItem, PortfolioTableTreeItem, DividendsTreeIte
 DividendsTreeItem::DividendsTreeItem(InvestmentTree* tree, SharePortfolioTreeItem* portfolioNode)
     : PortfolioTableTreeItem(tree, portfolioNode, portfolioNode, u"Dividends Received",
                              portfolioNode->icons().dividends) {
-  buildPage();
-  if (isSound())
-    checkDates();
+  checkDates();
 }
 
 PortfolioTable* DividendsTreeItem::makeTable(FXComposite* frame) {
@@ -36,11 +33,13 @@ std::vector<Column::Function> DividendsTreeItem::summedColumns() const {
   return {&DividendCells::value, &DividendCells::frankingCreditOf};
 }
 
-void DividendsTreeItem::checkDates() const {
+std::vector<WrongDate> DividendsTreeItem::wrongDates() const {
   const Date today = Date::realToday();
+  std::vector<WrongDate> wrong;
   for (const XMLDividendEvent& dividend : portfolio().portfolio().dividends())
     if (dividend.received() > today && !dividend.isSetAside())
-      tellOfWrongDate(portfolio(), u"dividend for ", dividend.code(), u"in the future");
+      wrong.push_back({u"dividend for ", dividend.code(), u"in the future"});
+  return wrong;
 }
 
 FXint DividendsTreeItem::onRightClick(FXint x, FXint y) {

@@ -21,6 +21,12 @@ CellResult figureOrEmpty(const std::optional<double>& value, CellResultType type
   return value ? figure(*value, type) : CellResult(String());
 }
 
+String autoMinMaxText(const Indicators& indicators) {
+  if (!indicators.autoMin || !indicators.autoMax)
+    return String();
+  return PriceLimits{*indicators.autoMin, *indicators.autoMax}.text();
+}
+
 } // namespace
 
 namespace IndicatorCells {
@@ -38,10 +44,7 @@ CellResult averageTrueRange(Row& row) {
 }
 
 CellResult autoMinMax(Row& row) {
-  const Indicators indicators = indicatorsOf(row);
-  if (!indicators.autoMin || !indicators.autoMax)
-    return CellResult(String());
-  return CellResult(PriceLimits{*indicators.autoMin, *indicators.autoMax}.text());
+  return CellResult(autoMinMaxText(indicatorsOf(row)));
 }
 
 CellResult autoVolatility(Row& row) {
@@ -76,6 +79,14 @@ void declareAutoMinMaxColumn(Table& table) {
 PriceLimits automaticLimits(Row& row) {
   try {
     return PriceLimits::MinMaxFromString(row.table()->cell(&IndicatorCells::autoMinMax, row).text());
+  } catch (const Exception&) {
+    return {};
+  }
+}
+
+PriceLimits automaticLimits(const String& code) {
+  try {
+    return PriceLimits::MinMaxFromString(autoMinMaxText(indicatorsOf(code, Date())));
   } catch (const Exception&) {
     return {};
   }

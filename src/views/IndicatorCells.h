@@ -27,6 +27,8 @@ void declareAutoMinMaxColumn(Table& table);
 
 /// Those that the row's table shows as "Auto Min/Max"; none where they are unavailable.
 PriceLimits automaticLimits(Row& row);
+/// Those of a stock, as that column would show them.
+PriceLimits automaticLimits(const String& code);
 /// The limits that warnings go by: the user's own, or the automatic ones when these are chosen.
 PriceLimits limitsInForce(Row& row);
 /// Where the price of that column stands between the limits, from 0% to 100%; empty without a price or

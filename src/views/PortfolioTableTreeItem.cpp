@@ -15,19 +15,25 @@ PortfolioTableTreeItem::PortfolioTableTreeItem(InvestmentTree* tree, InvestmentT
                                                FXIcon* icon)
     : InvestmentTreeItem(tree, parentItem, label, icon, icon), m_portfolioNode(portfolioNode) {}
 
-void PortfolioTableTreeItem::buildPage() {
-  buildView([this] {
-    m_tableArea = makeTableArea();
-    auto* frame = new FXVerticalFrame(m_tableArea, LAYOUT_FILL_X | LAYOUT_FILL_Y | FRAME_SUNKEN, 0, 0, 0, 0,
-                                      4, 4, 4, 4, 4, 4);
-    m_table = makeTable(frame);
-    buildFooter();
-    tableChanged(true);
-  });
-  if (!page()) {
-    m_table = nullptr;
-    m_totalsBar = nullptr;
-  }
+void PortfolioTableTreeItem::makeViews() {
+  m_tableArea = makeTableArea();
+  auto* frame = new FXVerticalFrame(m_tableArea, LAYOUT_FILL_X | LAYOUT_FILL_Y | FRAME_SUNKEN, 0, 0, 0, 0, 4,
+                                    4, 4, 4, 4, 4);
+  m_table = makeTable(frame);
+  buildFooter();
+  tableChanged(true);
+}
+
+void PortfolioTableTreeItem::viewsGone() {
+  m_table = nullptr;
+  m_totalsBar = nullptr;
+}
+
+void PortfolioTableTreeItem::checkDates() {
+  std::vector<WrongDate> wrong;
+  buildView([&] { wrong = wrongDates(); });
+  if (isSound())
+    tellOfWrongDates(portfolio(), wrong);
 }
 
 void PortfolioTableTreeItem::buildFooter() {
@@ -40,26 +46,29 @@ SharePortfolioUser& PortfolioTableTreeItem::portfolio() const {
 }
 
 void PortfolioTableTreeItem::update() {
-  if (!isSound())
+  const bool isFilled = takePageIsNew();
+  if (!isSound() || !m_table)
     return;
-  m_overdue = true;
+  m_overdue = !isFilled;
   if (followsUnseen() || investmentTree()->shownItem() == this)
     fillOverdue();
   else
     m_table->recordsChanged();
 }
 
-void PortfolioTableTreeItem::fillOverdue() const {
+void PortfolioTableTreeItem::fillOverdue() {
   if (m_table && std::exchange(m_overdue, false))
     m_table->updateTable();
 }
 
-PortfolioTable* PortfolioTableTreeItem::table() const {
+PortfolioTable* PortfolioTableTreeItem::table() {
+  page();
   fillOverdue();
   return m_table;
 }
 
-TotalsBar* PortfolioTableTreeItem::totalsBar() const {
+TotalsBar* PortfolioTableTreeItem::totalsBar() {
+  page();
   fillOverdue();
   return m_totalsBar;
 }

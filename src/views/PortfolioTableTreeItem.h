@@ -1,4 +1,5 @@
 #pragma once
+#include "views/WrongDates.h"
 #include "widgets/InvestmentTreeItem.h"
 #include "widgets/Table.h"
 #include <vector>
@@ -13,14 +14,14 @@ class TotalsBar;
 /// A node below that of a portfolio: its page shows one table of the portfolio's records, with totals below.
 ///
 /// A portfolio may have hundreds of these nodes, and a change of its records concerns most of them. So a
-/// table out of sight is not filled anew before its page is shown or somebody asks for it; until then it
-/// reads nothing.
+/// table is made with its page, and out of sight it is not filled anew before its page is shown or somebody
+/// asks for it; until then it reads nothing.
 ///
 /// GUI thread only, under the big mutex.
 class PortfolioTableTreeItem : public InvestmentTreeItem, public Table::Watcher {
   FXDECLARE_ABSTRACT(PortfolioTableTreeItem)
 public:
-  /// The parent is the portfolio's node or a node below it. The subclass's constructor calls buildPage.
+  /// The parent is the portfolio's node or a node below it. The subclass's constructor calls checkDates.
   PortfolioTableTreeItem(InvestmentTree* tree, InvestmentTreeItem* parentItem,
                          SharePortfolioTreeItem* portfolioNode, const String& label, FXIcon* icon);
 
@@ -35,13 +36,17 @@ public:
 
   SharePortfolioUser& portfolio() const;
   /// Up to date, also out of sight. Null when building the node failed.
-  PortfolioTable* table() const;
+  PortfolioTable* table();
   /// The same. Null as well where the page has no bar of totals.
-  TotalsBar* totalsBar() const;
+  TotalsBar* totalsBar();
 
 protected:
   /// Makes the table and what stands below it.
-  void buildPage();
+  void makeViews() override;
+  void viewsGone() override;
+  /// Tells the user of the records' days that can't be right. One that can't be read leaves the node unsound.
+  void checkDates();
+  virtual std::vector<WrongDate> wrongDates() const = 0;
   virtual PortfolioTable* makeTable(FXComposite* frame) = 0;
   /// What holds the table and its footer: here the page.
   virtual FXComposite* makeTableArea() { return page(); }
@@ -59,13 +64,13 @@ protected:
   SharePortfolioTreeItem* portfolioNode() const { return m_portfolioNode; }
 
 private:
-  void fillOverdue() const;
+  void fillOverdue();
 
   SharePortfolioTreeItem* m_portfolioNode = nullptr;
   PortfolioTable* m_table = nullptr;
   TotalsBar* m_totalsBar = nullptr;
   FXComposite* m_tableArea = nullptr;
-  mutable bool m_overdue = false; ///< the table is to be filled when it is wanted
+  bool m_overdue = false; ///< the table is to be filled when it is wanted
 };
 
 } // namespace Tallymoor

@@ -43,6 +43,16 @@ String maxWarning(const String& code) {
   return code + u"max warning";
 }
 
+enum class Place { BELOW, WITHIN, ABOVE };
+
+/// Where a price stands to its limits; the lower one is looked at first.
+Place placeOf(double price, const PriceLimits& limits) {
+  const auto priceNow = tenThousandths(price);
+  if (priceNow < tenThousandths(limits.min) && !showsAsZero(limits.min))
+    return Place::BELOW;
+  return priceNow > tenThousandths(limits.max) && !showsAsZero(limits.max) ? Place::ABOVE : Place::WITHIN;
+}
+
 /// A price of the past is no news, and would use up the one warning of the run.
 void warn(const String& text, const String& key) {
   if (Date::hasFixedDate())
@@ -117,28 +127,29 @@ std::optional<PriceLimits> changedLimits(const String& typed, const String& show
   }
 }
 
-bool checkLimits(Row& row, const String& code, const PriceLimits& limits, double price) {
-  const auto priceNow = tenThousandths(price);
-  const bool below = priceNow < tenThousandths(limits.min) && !showsAsZero(limits.min);
-  const bool above = !below && priceNow > tenThousandths(limits.max) && !showsAsZero(limits.max);
-  if (below) {
-    row.setColour(belowLimitTint());
+void warnOfLimits(const String& code, const PriceLimits& limits, double price) {
+  const Place place = placeOf(price, limits);
+  if (place == Place::BELOW)
     warn(code + u" has dropped below " + money(limits.min) + u" and is now at " + money(price),
          minWarning(code));
-  } else {
+  else
     warningOver(minWarning(code));
-  }
-  if (above) {
-    row.setColour(aboveLimitTint());
+  if (place == Place::ABOVE)
     // No blank after "above": the text is known by its letters.
     warn(code + u" has increased above" + money(limits.max) + u" and is now at " + money(price),
          maxWarning(code));
-  } else {
+  else
     warningOver(maxWarning(code));
-  }
-  if (!below && !above)
+}
+
+bool checkLimits(Row& row, const String& code, const PriceLimits& limits, double price) {
+  warnOfLimits(code, limits, price);
+  const Place place = placeOf(price, limits);
+  if (place == Place::WITHIN)
     row.resetColour();
-  return below || above;
+  else
+    row.setColour(place == Place::BELOW ? belowLimitTint() : aboveLimitTint());
+  return place != Place::WITHIN;
 }
 
 void forgetLimitWarnings(const String& code) {

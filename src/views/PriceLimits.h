@@ -40,8 +40,12 @@ bool operator==(const PriceLimits& left, const PriceLimits& right);
 /// read or is less than zero, which the user is told.
 std::optional<PriceLimits> changedLimits(const String& typed, const String& shown, const PriceLimits& old);
 
-/// Tints the row of a stock whose price has left its limits, and warns once a run unless the price is of a
-/// view date; otherwise takes the tint back. True when the price has left them.
+/// Warns once a run of a price that has left its limits, unless it is of a view date; of one that is within
+/// them the warning is taken back.
+void warnOfLimits(const String& code, const PriceLimits& limits, double price);
+
+/// As warnOfLimits, and tints the row of a stock whose price has left its limits, or takes the tint back.
+/// True when the price has left them.
 bool checkLimits(Row& row, const String& code, const PriceLimits& limits, double price);
 
 /// Takes the warnings of a stock back that no table shows any longer.

@@ -1,6 +1,6 @@
 #pragma once
 #include "market/PriceUpdater.h"
-#include "widgets/GuiWakeUp.h"
+#include "widgets/PacedWakeUp.h"
 #include <functional>
 #include <set>
 
@@ -31,7 +31,7 @@ private:
   const String m_context; ///< what a failure is reported with
   const Handler m_handler;
   std::set<String> m_codes; ///< not told yet; guarded by the big mutex
-  GuiWakeUp m_wakeUp;
+  PacedWakeUp m_wakeUp;
 };
 
 } // namespace Tallymoor

@@ -1,7 +1,9 @@
 #include "views/SharesHeldTreeItem.h"
 #include "books/SharePortfolioUser.h"
+#include "foundation/RunTimeSettings.h"
 #include "market/StockNames.h"
 #include "views/HeldShareCells.h"
+#include "views/IndicatorCells.h"
 #include "views/PriceChart.h"
 #include "views/ShareHeldTable.h"
 #include "views/SharePortfolioTreeItem.h"
@@ -9,12 +11,14 @@
 #include "views/TotalCapTreeItem.h"
 #include "views/TotalsBar.h"
 #include "views/TreeState.h"
+#include "views/UnseenStocks.h"
 #include "widgets/ContextMenu.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/InvestmentTree.h"
 #include "widgets/RememberedSplitter.h"
 #include "xml/PortfolioRecords.h"
 #include <algorithm>
+#include <set>
 #include <utility>
 
 namespace Tallymoor {
@@ -38,12 +42,21 @@ const String& codeOf(const TreeViewItem& purchases) {
   return static_cast<const SharesHeldTreeItem&>(purchases).code();
 }
 
+/// The limits that warnings go by; none of a stock that is no longer held.
+PriceLimits holdingLimits(const SharePortfolioUser& portfolio, const String& code) {
+  const XMLHeldShare* share = portfolio.findHeldShare(code);
+  if (!share)
+    return {};
+  return autoMinMaxPrices ? automaticLimits(code) : PriceLimits::ofHeldShare(*share);
+}
+
 } // namespace
 
 SharesHeldTreeItem::SharesHeldTreeItem(InvestmentTree* tree, SharePortfolioTreeItem* portfolioNode)
     : PortfolioTableTreeItem(tree, portfolioNode, portfolioNode, u"Shares Held",
                              portfolioNode->icons().sharesHeld) {
-  buildPage();
+  checkDates();
+  watchUnseen();
   updateChildren();
 }
 
@@ -51,13 +64,51 @@ SharesHeldTreeItem::SharesHeldTreeItem(InvestmentTree* tree, SharesHeldTreeItem*
                                        const String& code)
     : PortfolioTableTreeItem(tree, sharesHeld, sharesHeld->portfolioNode(), code + u" Purchases", nullptr),
       m_code(code) {
-  buildPage();
-  if (!page())
-    m_chart = nullptr;
+  checkDates();
 }
 
 SharesHeldTreeItem::~SharesHeldTreeItem() {
   HandlerScope::forget(this);
+}
+
+/// The table watches its codes itself from now on; only then are they given up, lest a price be forgotten.
+void SharesHeldTreeItem::makeViews() {
+  PortfolioTableTreeItem::makeViews();
+  m_unseen.reset();
+}
+
+void SharesHeldTreeItem::viewsGone() {
+  PortfolioTableTreeItem::viewsGone();
+  m_splitter = nullptr;
+  m_chart = nullptr;
+}
+
+/// That all days can be read is seen from reading them.
+std::vector<WrongDate> SharesHeldTreeItem::wrongDates() const {
+  if (const XMLHeldShare* share = isPurchases() ? portfolio().findHeldShare(m_code) : nullptr)
+    for (const XMLBuyEvent& parcel : share->parcels())
+      parcel.bought();
+  return {};
+}
+
+void SharesHeldTreeItem::watchUnseen() {
+  if (!isSound() || isPurchases() || madePage())
+    return;
+  if (!m_unseen)
+    m_unseen = std::make_unique<UnseenStocks>(
+        tree()->getApp(), [this](const String& code) { return holdingLimits(portfolio(), code); },
+        [this](const String& code) { return portfolio().sharePriceFor(code, Date(), true); });
+  std::set<String> codes;
+  for (const XMLHeldShare& share : portfolio().portfolio().heldShares())
+    codes.insert(share.code());
+  m_unseen->watch(codes);
+}
+
+void SharesHeldTreeItem::limitsChanged() {
+  if (madePage())
+    table()->updateTable();
+  else
+    watchUnseen();
 }
 
 PortfolioTable* SharesHeldTreeItem::makeTable(FXComposite* frame) {
@@ -75,8 +126,13 @@ FXComposite* SharesHeldTreeItem::makeTableArea() {
   return area;
 }
 
-SharesHeldTable* SharesHeldTreeItem::table() const {
+SharesHeldTable* SharesHeldTreeItem::table() {
   return static_cast<SharesHeldTable*>(PortfolioTableTreeItem::table());
+}
+
+PriceChart* SharesHeldTreeItem::chart() {
+  page();
+  return m_chart;
 }
 
 SharesHeldTreeItem* SharesHeldTreeItem::purchasesOf(const String& code) const {
@@ -91,6 +147,7 @@ void SharesHeldTreeItem::update() {
     HandlerScope::whenDone(this, [this] { updateChildren(); });
   else
     showName();
+  watchUnseen();
   PortfolioTableTreeItem::update();
   if (m_chart && investmentTree()->shownItem() == this)
     showChart();
@@ -168,7 +225,7 @@ void SharesHeldTreeItem::recordsChanged() {
     static_cast<SharesHeldTreeItem*>(child)->recordsChanged();
 }
 
-/// All shares held: their codes are watched by this table, and it warns of limits.
+/// All shares held: once it has been made, their codes are watched by this table, and it warns of limits.
 bool SharesHeldTreeItem::followsUnseen() const {
   return !isPurchases();
 }

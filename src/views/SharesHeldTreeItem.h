@@ -1,6 +1,7 @@
 #pragma once
 #include "foundation/String.h"
 #include "views/PortfolioTableTreeItem.h"
+#include <memory>
 #include <vector>
 
 namespace Tallymoor {
@@ -8,6 +9,7 @@ namespace Tallymoor {
 class PriceChart;
 class RememberedSplitter;
 class SharesHeldTable;
+class UnseenStocks;
 
 /// The node "Shares Held" of a portfolio, with a row per share, and below it the node of each share's
 /// purchases. Both show a table with a bar of totals, the purchases also the chart of the share's price.
@@ -33,14 +35,17 @@ public:
   void recordsChanged() override;
   void tableChanged(bool rebuilt) override;
 
+  /// Limits were typed somewhere: shows them, and warns where a price has left them.
+  void limitsChanged();
+
   /// Empty on "Shares Held".
   const String& code() const { return m_code; }
   /// The node of a share's purchases below this one; null when there is none.
   SharesHeldTreeItem* purchasesOf(const String& code) const;
   /// Null when building the node failed.
-  SharesHeldTable* table() const;
+  SharesHeldTable* table();
   /// Null on "Shares Held", and when building the node failed.
-  PriceChart* chart() const { return m_chart; }
+  PriceChart* chart();
 
   long onBuyShares(FXObject*, FXSelector, void*);
   long onSellShares(FXObject*, FXSelector, void*);
@@ -48,6 +53,9 @@ public:
   long onRemoveShares(FXObject*, FXSelector, void*);
 
 protected:
+  void makeViews() override;
+  void viewsGone() override;
+  std::vector<WrongDate> wrongDates() const override;
   PortfolioTable* makeTable(FXComposite* frame) override;
   FXComposite* makeTableArea() override;
   std::vector<Column::Function> summedColumns() const override;
@@ -62,10 +70,12 @@ private:
   /// A page that nobody sees need not have the years that a chart goes back.
   void showChart();
   void showName();
+  void watchUnseen();
 
   String m_code;
   RememberedSplitter* m_splitter = nullptr; ///< between the table and the chart
   PriceChart* m_chart = nullptr;
+  std::unique_ptr<UnseenStocks> m_unseen; ///< of "Shares Held", until its page is made
 };
 
 } // namespace Tallymoor

@@ -1,6 +1,5 @@
 #include "views/SharesSoldTreeItem.h"
 #include "books/SharePortfolioUser.h"
-#include "views/EventDates.h"
 #include "views/NodeIcons.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/SharesSoldTable.h"
@@ -15,9 +14,7 @@ FXIMPLEMENT_ABSTRACT(SharesSoldTreeItem, PortfolioTableTreeItem, nullptr, 0)
 SharesSoldTreeItem::SharesSoldTreeItem(InvestmentTree* tree, SharePortfolioTreeItem* portfolioNode)
     : PortfolioTableTreeItem(tree, portfolioNode, portfolioNode, u"Shares Sold",
                              portfolioNode->icons().sharesSold) {
-  buildPage();
-  if (isSound())
-    checkDates();
+  checkDates();
 }
 
 PortfolioTable* SharesSoldTreeItem::makeTable(FXComposite* frame) {
@@ -29,8 +26,9 @@ std::vector<Column::Function> SharesSoldTreeItem::summedColumns() const {
   return {&grossProfit, &totalBrokerage, &netProfit, &grossSale, &grossCost};
 }
 
-void SharesSoldTreeItem::checkDates() const {
+std::vector<WrongDate> SharesSoldTreeItem::wrongDates() const {
   const Date today = Date::realToday();
+  std::vector<WrongDate> wrong;
   for (const XMLSoldShare& stock : portfolio().portfolio().soldShares())
     for (const XMLSellEvent& sale : stock.sales()) {
       if (sale.isSetAside())
@@ -38,12 +36,13 @@ void SharesSoldTreeItem::checkDates() const {
       const Date bought = sale.bought();
       const Date sold = sale.sold();
       if (bought > today)
-        tellOfWrongDate(portfolio(), u"buy date for sold share", stock.code(), u"in the future");
+        wrong.push_back({u"buy date for sold share", stock.code(), u"in the future"});
       if (sold > today)
-        tellOfWrongDate(portfolio(), u"sell date for sold share", stock.code(), u"in the future");
+        wrong.push_back({u"sell date for sold share", stock.code(), u"in the future"});
       if (sold < bought)
-        tellOfWrongDate(portfolio(), u"sell date for sold share", stock.code(), u"before its buy date");
+        wrong.push_back({u"sell date for sold share", stock.code(), u"before its buy date"});
     }
+  return wrong;
 }
 
 FXint SharesSoldTreeItem::onRightClick(FXint, FXint) {

@@ -16,9 +16,7 @@ public:
 protected:
   PortfolioTable* makeTable(FXComposite* frame) override;
   std::vector<Column::Function> summedColumns() const override;
-
-private:
-  void checkDates() const;
+  std::vector<WrongDate> wrongDates() const override;
 };
 
 } // namespace Tallymoor

@@ -2,9 +2,7 @@
 #include "session/OpenPortfolios.h"
 #include "views/NodeIcons.h"
 #include "widgets/InvestmentTreeItem.h"
-#include "widgets/Table.h"
 #include <functional>
-#include <map>
 #include <memory>
 #include <vector>
 
@@ -14,18 +12,16 @@ class PerformanceView;
 class Progress;
 struct PriceLimits;
 class SharePortfolioTreeItem;
-class SummaryFrame;
+class TotalCapPage;
 class XMLElement;
 class XMLPortfolios;
-class XMLSharePortfolio;
 
 /// The root of the tree of portfolios: "Total Investment Capital". It makes the node of each open portfolio,
-/// shows their capital and gains together and how they performed month by month, and is where portfolios are
-/// made, renamed and deleted.
+/// and is where portfolios are made, renamed and deleted.
 ///
 /// GUI thread only, under the big mutex. What deletes nodes waits until no handler is running (see
 /// HandlerScope).
-class TotalCapTreeItem : public InvestmentTreeItem, public Table::Watcher {
+class TotalCapTreeItem : public InvestmentTreeItem {
   FXDECLARE_ABSTRACT(TotalCapTreeItem)
 public:
   enum { ID_NEW_SHARE_PORTFOLIO = 1, ID_LAST };
@@ -41,8 +37,8 @@ public:
   FXint onRightClick(FXint x, FXint y) override;
   /// Deletes the portfolio of that node for good: the node, its records, and the file of its capital record.
   void removeChild(TreeViewItem* child) override;
-  void tableChanged(bool rebuilt) override;
-  void pricesCameUnderRows() override { tableChanged(false); }
+  /// A portfolio's figures are others than those that the page was filled with.
+  void figuresChanged();
 
   /// Asks for a name and makes an empty portfolio, whose node is shown.
   void newSharePortfolio();
@@ -74,7 +70,7 @@ public:
   std::vector<SharePortfolioTreeItem*> portfolioNodes() const;
   const NodeIcons& icons() const { return m_icons; }
   /// Null when building the node failed.
-  PerformanceView* performance() const { return m_performance; }
+  PerformanceView* performance();
 
   /// A typed price counts in every portfolio's record of that day; all views follow.
   void priceTyped(const String& code, const Date& date, double price);
@@ -85,42 +81,24 @@ public:
 
   long onNewSharePortfolio(FXObject*, FXSelector, void*);
 
-private:
-  struct Labels {
-    FXLabel* capital;
-    FXLabel* percent;
-  };
-  struct Totals {
-    double capital = 0.0;
-    double gainToday = 0.0; ///< percent
-    double gainWeek = 0.0;
-  };
+protected:
+  void makeViews() override;
+  void viewsGone() override;
+  void freshenViews() override;
 
+private:
   void loadPortfolios(Progress* progress);
   /// Makes the nodes anew and shows what was shown before.
   void reload(const class TreeState& state);
-  void showSummary(bool rebuilt);
-  void buildSummary(const Totals& totals);
-  void buildPortfolioRows();
-  Totals totals() const;
-  void showPortfolios(const Totals& totals);
   void makePortfolio(const String& name);
   void deletePortfolio(const String& name);
   void dropPortfolio(const String& name);
-  void addPortfolio(XMLElement* portfolio);
-  void removeRecords(const XMLSharePortfolio& portfolio);
-  bool everyRecordIsOfToday() const;
   void makeRecordsCurrent();
 
   OpenPortfolios* m_portfolios = nullptr;
   XMLPortfolios* m_records = nullptr;
   NodeIcons m_icons;
-  SummaryFrame* m_summaryFrame = nullptr;
-  std::map<String, Labels> m_summaryLabels;
-  FXLabel* m_totalLabel = nullptr;
-  FXLabel* m_gainTodayLabel = nullptr;
-  FXLabel* m_gainWeekLabel = nullptr;
-  PerformanceView* m_performance = nullptr;
+  std::unique_ptr<TotalCapPage> m_views; ///< null until the page is made
   bool m_portfoliosChanged = false;
 };
 

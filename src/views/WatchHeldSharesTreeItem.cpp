@@ -49,7 +49,7 @@ void WatchHeldSharesTreeItem::update() {
   if (!isSound())
     return;
   if (const SharePortfolioUser* portfolio = root().portfolio(name()))
-    table()->setCodes(codesHeld(*portfolio));
+    setCodes(codesHeld(*portfolio));
   WatchlistTreeItem::update();
 }
 

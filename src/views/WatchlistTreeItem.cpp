@@ -1,6 +1,12 @@
 #include "views/WatchlistTreeItem.h"
 #include "entry/WatchStockDialog.h"
+#include "foundation/Exception.h"
+#include "foundation/RunTimeSettings.h"
+#include "market/CompletedClose.h"
+#include "views/IndicatorCells.h"
+#include "views/PriceLimits.h"
 #include "views/PriceWatch.h"
+#include "views/UnseenStocks.h"
 #include "views/WatchlistChart.h"
 #include "views/WatchlistRootTreeItem.h"
 #include "views/WatchlistSettings.h"
@@ -9,6 +15,8 @@
 #include "widgets/InvestmentTree.h"
 #include "widgets/MainWindow.h"
 #include "widgets/RememberedSplitter.h"
+#include <optional>
+#include <set>
 
 namespace Tallymoor {
 
@@ -21,36 +29,78 @@ WatchlistTreeItemMap[] = {
 FXIMPLEMENT_ABSTRACT(WatchlistTreeItem, InvestmentTreeItem, WatchlistTreeItemMap,
                      ARRAYNUMBER(WatchlistTreeItemMap))
 
+namespace {
+
+/// The limits that warnings go by.
+PriceLimits stockLimits(const String& code) {
+  return autoMinMaxPrices ? automaticLimits(code) : PriceLimits::ofStock(code);
+}
+
+} // namespace
+
 WatchlistTreeItem::WatchlistTreeItem(WatchlistRootTreeItem& root, const String& name)
     : InvestmentTreeItem(root.tree(), nullptr, name, root.icons().watchlist, root.icons().watchlist),
-      m_root(&root), m_name(name) {
-  buildPage(WatchlistTable::Kind::USERS_LIST, WatchlistSettings::codes(name));
+      m_root(&root), m_name(name), m_codes(WatchlistSettings::codes(name)) {
+  watchUnseen();
 }
 
 WatchlistTreeItem::WatchlistTreeItem(WatchlistRootTreeItem& root, const String& name,
                                      const std::vector<String>& codes)
     : InvestmentTreeItem(root.tree(), nullptr, u"for " + name, root.icons().watchHeld,
                          root.icons().watchHeld),
-      m_root(&root), m_name(name), m_editable(false) {
-  buildPage(WatchlistTable::Kind::HELD_SHARES, codes);
+      m_root(&root), m_name(name), m_editable(false), m_codes(codes) {
+  watchUnseen();
 }
 
 WatchlistTreeItem::~WatchlistTreeItem() {
   HandlerScope::forget(this);
 }
 
-void WatchlistTreeItem::buildPage(WatchlistTable::Kind kind, const std::vector<String>& codes) {
-  buildView([&] {
-    m_splitter = new RememberedSplitter(page(), u"Y Splitter Watchlists");
-    auto* frame = new FXVerticalFrame(m_splitter, LAYOUT_FILL_X | LAYOUT_FILL_Y | FRAME_SUNKEN, 0, 0, 0, 0, 4,
-                                      4, 4, 4, 4, 4);
-    m_table = new WatchlistTable(m_name, kind, codes, *m_root, frame);
-    buildChart();
-  });
-  if (!page()) {
-    m_table = nullptr;
-    m_chart = nullptr;
-  }
+void WatchlistTreeItem::makeViews() {
+  using Kind = WatchlistTable::Kind;
+  m_splitter = new RememberedSplitter(page(), u"Y Splitter Watchlists");
+  auto* frame = new FXVerticalFrame(m_splitter, LAYOUT_FILL_X | LAYOUT_FILL_Y | FRAME_SUNKEN, 0, 0, 0, 0, 4,
+                                    4, 4, 4, 4, 4);
+  m_table =
+      new WatchlistTable(m_name, m_editable ? Kind::USERS_LIST : Kind::HELD_SHARES, m_codes, *m_root, frame);
+  buildChart();
+  m_unseen.reset(); // after the table, which watches its codes itself, lest a price be forgotten
+}
+
+void WatchlistTreeItem::viewsGone() {
+  m_priceWatch.reset();
+  m_table = nullptr;
+  m_splitter = nullptr;
+  m_chart = nullptr;
+}
+
+void WatchlistTreeItem::watchUnseen() {
+  if (!m_unseen)
+    m_unseen = std::make_unique<UnseenStocks>(tree()->getApp(), stockLimits, [](const String& code) {
+      const std::optional<double> price = completedClose(code, Date());
+      if (!price)
+        throw Exception(u"WatchlistTreeItem - no price for " + code);
+      return *price;
+    });
+  m_unseen->watch(std::set<String>(m_codes.begin(), m_codes.end()));
+}
+
+WatchlistTable* WatchlistTreeItem::table() {
+  page();
+  return m_table;
+}
+
+WatchlistChart* WatchlistTreeItem::chart() {
+  page();
+  return m_chart;
+}
+
+void WatchlistTreeItem::setCodes(const std::vector<String>& codes) {
+  m_codes = codes;
+  if (m_table)
+    m_table->setCodes(codes);
+  else
+    watchUnseen();
 }
 
 void WatchlistTreeItem::buildChart() {
@@ -70,10 +120,15 @@ void WatchlistTreeItem::showChosen() {
 }
 
 void WatchlistTreeItem::update() {
+  const bool isFilled = takePageIsNew();
   if (!isSound())
     return;
-  m_splitter->recalc(); // the bar may have been moved on another page
-  m_table->updateTable();
+  if (!m_table) {
+    watchUnseen();
+  } else if (!isFilled) {
+    m_splitter->recalc(); // the bar may have been moved on another page
+    m_table->updateTable();
+  }
   // Last of all: where no handler is running, this node may be made anew.
   m_root->update();
 }
@@ -98,9 +153,7 @@ long WatchlistTreeItem::onAdd(FXObject*, FXSelector, void*) {
     if (dialog.execute() == 0)
       return;
     WatchlistSettings::addCode(m_name, dialog.text());
-    std::vector<String> codes = m_table->codes();
-    codes.push_back(dialog.text());
-    m_table->setCodes(codes);
+    setCodes(WatchlistSettings::codes(m_name));
   });
 }
 

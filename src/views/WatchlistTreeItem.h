@@ -7,6 +7,7 @@ namespace Tallymoor {
 
 class PriceWatch;
 class RememberedSplitter;
+class UnseenStocks;
 class WatchlistChart;
 class WatchlistRootTreeItem;
 
@@ -31,8 +32,8 @@ public:
   /// True for a list that the user makes himself.
   bool editable() const { return m_editable; }
   /// Null when building the node failed.
-  WatchlistTable* table() const { return m_table; }
-  WatchlistChart* chart() const { return m_chart; }
+  WatchlistTable* table();
+  WatchlistChart* chart();
 
   long onAdd(FXObject*, FXSelector, void*);
   long onRemove(FXObject*, FXSelector, void*);
@@ -41,19 +42,25 @@ protected:
   /// A list of held shares, of the portfolio of that name.
   WatchlistTreeItem(WatchlistRootTreeItem& root, const String& name, const std::vector<String>& codes);
   WatchlistRootTreeItem& root() const { return *m_root; }
+  /// Others from now on.
+  void setCodes(const std::vector<String>& codes);
+  void makeViews() override;
+  void viewsGone() override;
 
 private:
-  void buildPage(WatchlistTable::Kind kind, const std::vector<String>& codes);
+  void watchUnseen();
   void buildChart();
   void showChosen();
 
   WatchlistRootTreeItem* m_root = nullptr;
   String m_name;
   bool m_editable = true;
+  std::vector<String> m_codes; ///< until the table is made, which has them then
   WatchlistTable* m_table = nullptr;
   RememberedSplitter* m_splitter = nullptr;
   WatchlistChart* m_chart = nullptr;
   std::unique_ptr<PriceWatch> m_priceWatch; ///< for the chart; the table has its own
+  std::unique_ptr<UnseenStocks> m_unseen;   ///< until the page is made
 };
 
 } // namespace Tallymoor

@@ -43,10 +43,13 @@ void InvestmentTree::showFirst() {
 }
 
 void InvestmentTree::showPageOf(InvestmentTreeItem* item) {
+  FXVerticalFrame* const page = item->page();
+  if (!page)
+    return;
   if (m_shownItem != item && m_switcher->inFocusChain())
     setFocus();
   m_shownItem = item;
-  m_switcher->showPage(item->page());
+  m_switcher->showPage(page);
 }
 
 void InvestmentTree::pageGone(const InvestmentTreeItem* item) {
@@ -54,7 +57,7 @@ void InvestmentTree::pageGone(const InvestmentTreeItem* item) {
     m_shownItem = nullptr;
   // The switcher knows its page by position, which the pages behind the lost one have changed.
   if (m_shownItem)
-    m_switcher->setCurrent(m_switcher->indexOfChild(m_shownItem->page()), FALSE);
+    m_switcher->setCurrent(m_switcher->indexOfChild(m_shownItem->madePage()), FALSE);
 }
 
 } // namespace Tallymoor

@@ -35,7 +35,7 @@ public:
 
   /// The node whose page is shown; null when none is.
   InvestmentTreeItem* shownItem() const { return m_shownItem; }
-  /// Shows the node's page.
+  /// Shows the node's page; one that can't be made leaves what is shown.
   void showPageOf(InvestmentTreeItem* item);
   /// Called by a node that has just lost its page: the page that was shown stays in sight, whatever its place
   /// is now.

@@ -1,6 +1,7 @@
 #include "widgets/InvestmentTreeItem.h"
 #include "foundation/Exception.h"
 #include "foundation/UserInteraction.h"
+#include "widgets/FlagScope.h"
 #include "widgets/InvestmentTree.h"
 #include "widgets/MainWindow.h"
 #include "widgets/MeasuredFont.h"
@@ -18,14 +19,29 @@ constexpr FXint SPACING = 4;
 
 InvestmentTreeItem::InvestmentTreeItem(InvestmentTree* tree, TreeViewItem* parentItem, const String& label,
                                        FXIcon* openIcon, FXIcon* closedIcon)
-    : TreeViewItem(tree, parentItem, label, openIcon, closedIcon), m_page(tree->createPage()) {
-  buildView([this] { buildHeading(); });
-}
+    : TreeViewItem(tree, parentItem, label, openIcon, closedIcon) {}
 
 InvestmentTreeItem::~InvestmentTreeItem() {
   delete m_page;
   m_page = nullptr;
   investmentTree()->pageGone(this);
+}
+
+FXVerticalFrame* InvestmentTreeItem::page() {
+  if (m_page && !m_makingPage)
+    freshenViews();
+  else if (!m_page && !m_failed)
+    makePage();
+  return m_page;
+}
+
+void InvestmentTreeItem::makePage() {
+  const FlagScope making(m_makingPage);
+  m_page = investmentTree()->createPage();
+  buildView([this] {
+    buildHeading();
+    makeViews();
+  });
 }
 
 void InvestmentTreeItem::buildHeading() {
@@ -50,11 +66,15 @@ void InvestmentTreeItem::setHeading(const String& text) {
 void InvestmentTreeItem::buildFailed() {
   delete m_page;
   m_page = nullptr;
+  m_failed = true;
   setSound(false);
+  viewsGone();
   investmentTree()->pageGone(this);
 }
 
 FXint InvestmentTreeItem::onLeftClick(FXint, FXint) {
+  if (isSound() && !m_page)
+    m_pageIsNew = page() != nullptr;
   if (!checkSound())
     return 0;
   investmentTree()->showPageOf(this);

@@ -1,6 +1,6 @@
 #pragma once
 #include "foundation/String.h"
-#include "widgets/GuiWakeUp.h"
+#include "widgets/PacedWakeUp.h"
 #include "widgets/StaleMarks.h"
 
 namespace Tallymoor {
@@ -62,7 +62,7 @@ private:
   bool m_filling = false;
   bool m_recordsChanged = false;
   StaleMarks m_marks;
-  GuiWakeUp m_wakeUp;
+  PacedWakeUp m_wakeUp;
 };
 
 } // namespace Tallymoor

@@ -370,7 +370,7 @@ TEST_F(CountedNamesTyped, Portfolios) {
     SharePortfolioTreeItem* node = tallymoor().totalCapital()->portfolioNode(current);
     ASSERT_NE(nullptr, node) << current.toUTF8();
     typeName("Rename portfolio", name);
-    node->onRenamePortfolio(nullptr, 0, nullptr);
+    node->handle(nullptr, FXSEL(SEL_COMMAND, SharePortfolioTreeItem::ID_RENAME_SHARE_PORTFOLIO), nullptr);
     letEventsPass();
     if (!cleanName(name).empty())
       current = cleanName(name);

@@ -156,7 +156,7 @@ TEST_F(ReportCommandsTest, TheFiguresAreThoseOfTheTables) {
   tallymoor().setViewDate(Date(2026, 2, 28));
   {
     using namespace HeldShareCells;
-    const SharesHeldTreeItem& node = *trading().sharesHeldItem();
+    SharesHeldTreeItem& node = *trading().sharesHeldItem();
     ASSERT_EQ(1, node.table()->getNumRows());
     // 100 of these have been sold since.
     EXPECT_EQ("<td>312.00</td>", cells(*node.table(), 0, {&number}));
@@ -171,7 +171,7 @@ TEST_F(ReportCommandsTest, TheFiguresAreThoseOfTheTables) {
   }
   {
     using namespace SoldShareCells;
-    const SharesSoldTreeItem& node = *trading().sharesSoldItem();
+    SharesSoldTreeItem& node = *trading().sharesSoldItem();
     ASSERT_EQ(2, node.table()->getNumRows());
     for (const FXint row : {0, 1})
       EXPECT_THAT(
@@ -185,7 +185,7 @@ TEST_F(ReportCommandsTest, TheFiguresAreThoseOfTheTables) {
   }
   {
     using namespace DividendCells;
-    const DividendsTreeItem& node = *trading().dividendsItem();
+    DividendsTreeItem& node = *trading().dividendsItem();
     ASSERT_EQ(2, node.table()->getNumRows());
     for (const FXint row : {0, 1})
       EXPECT_THAT(page, HasSubstr(cells(*node.table(), row,

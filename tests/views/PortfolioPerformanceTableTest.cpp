@@ -372,6 +372,7 @@ TEST_F(PortfolioPerformanceTableTest, DaysWithSubstitutePricesHaveAStarUntilThei
 TEST_F(PortfolioPerformanceTableTest, OtherCodesRefreshNothing) {
   addGrowing();
   showTree();
+  table(); // has been made
   // The table is not informed; a refresh would show the change.
   portfolios()[u"Trading"]->capitalRecord().historicalPriceChanged(u"AAA.AX", Date(2026, 3, 3), 20.0);
   {
@@ -386,6 +387,7 @@ TEST_F(PortfolioPerformanceTableTest, OtherCodesRefreshNothing) {
 TEST_F(PortfolioPerformanceTableTest, RowsStayAfterMidnightUntilTheUsersNextAction) {
   addGrowing();
   showTree();
+  table(); // has been made
   profile().setToday(Date(2026, 3, 4));
   market().setDay(u"AAA.AX", Date(2026, 3, 4), 12.0);
   market().setCurrentPrice(u"AAA.AX", 12.0);
@@ -499,6 +501,7 @@ TEST_F(PortfolioPerformanceTableTest, ColumnsAreShownSortedHiddenAndReset) {
 TEST_F(PortfolioPerformanceTableTest, ChoiceOfColumnsFollowsThePortfolioToItsNewName) {
   addGrowing();
   showTree();
+  table(); // has been made
   Settings::Instance().writeUnsigned(u"Visible Columns Trading", u"9 Months", 0);
   table().updateTable();
   root().renamePortfolio(u"Trading", u"Savings");

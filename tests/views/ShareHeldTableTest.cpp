@@ -134,6 +134,7 @@ TEST_F(ShareHeldTableTest, NodeOfTheLastPurchaseGoesFromUnderItsOwnPopup) {
 TEST_F(ShareHeldTableTest, APriceDuringTheBoxOfADeletionReadsNoDeletedRecord) {
   addTrading();
   showTree();
+  held(u"Trading").table(); // has been made
   cashEntry(1).subElement(u"Value").setValue(u"1.00");
   market().setCurrentPrice(u"AAA.AX", 7.2);
   chooseFromRow(table(), 0, "Delete from records!...", [this] {

@@ -573,6 +573,7 @@ TEST_F(SharePortfolioTreeItemTest, FailuresOfCommandsAreReported) {
 TEST_F(SharePortfolioTreeItemTest, FiguresStayAfterMidnightUntilTheUsersNextAction) {
   addTrading();
   showTree();
+  node(u"Trading").page(); // has been made
   profile().setToday(Date(2026, 3, 4));
   market().setDay(u"AAA.AX", Date(2026, 3, 4), 7.0);
   market().setCurrentPrice(u"AAA.AX", 7.0);

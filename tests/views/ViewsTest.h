@@ -157,7 +157,7 @@ protected:
   std::size_t numCashEntries() { return cashEvents().size(); }
 
   /// The text of the bar below a node's table under a column; "none" if the column has no total.
-  static std::string total(const PortfolioTableTreeItem& item, Column::Function function) {
+  static std::string total(PortfolioTableTreeItem& item, Column::Function function) {
     const FXLabel* label = item.totalsBar()->total(function);
     return label ? label->getText().text() : "none";
   }

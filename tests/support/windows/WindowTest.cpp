@@ -1,4 +1,5 @@
 #include "support/windows/WindowTest.h"
+#include "widgets/PacedWakeUp.h"
 #include "widgets/ProgressDialog.h"
 #include <algorithm>
 #include <chrono>
@@ -107,7 +108,9 @@ private:
   WindowTest& m_test;
 };
 
-WindowTest::WindowTest() : m_app(makeApplication()), m_driver(std::make_unique<Driver>(*this)) {}
+WindowTest::WindowTest() : m_app(makeApplication()), m_driver(std::make_unique<Driver>(*this)) {
+  PacedWakeUp::setRest(0); // what prices change is looked at as soon as events have passed
+}
 
 WindowTest::~WindowTest() {
   m_app->removeTimeout(m_driver.get(), 0);

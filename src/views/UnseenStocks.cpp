@@ -1,0 +1,40 @@
+#include "views/UnseenStocks.h"
+#include "foundation/Date.h"
+#include "foundation/Exception.h"
+#include "views/PriceLimits.h"
+#include <utility>
+
+namespace Tallymoor {
+
+UnseenStocks::UnseenStocks(FX::FXApp* app, LimitsOf limitsOf, PriceOf priceOf)
+    : m_limitsOf(std::move(limitsOf)), m_priceOf(std::move(priceOf)),
+      m_prices(app, u"UnseenStocks::check failed.", [this](const std::set<String>& codes) { check(codes); }) {
+}
+
+// Those of today stay watched while the past is shown.
+void UnseenStocks::watch(const std::set<String>& codes) {
+  if (Date::hasFixedDate())
+    return;
+  m_codes = codes;
+  m_watchedCodes.watch(codes);
+  check(codes);
+}
+
+/// Without limits no price is asked for.
+void UnseenStocks::check(const std::set<String>& codes) const {
+  for (const String& code : codes) {
+    if (!m_codes.contains(code))
+      continue;
+    try {
+      const PriceLimits limits = m_limitsOf(code);
+      if (limits.areNone())
+        forgetLimitWarnings(code);
+      else
+        warnOfLimits(code, limits, m_priceOf(code));
+    } catch (const Exception&) {
+      // The table will tell of the price that is missing; no limit is known to be left.
+    }
+  }
+}
+
+} // namespace Tallymoor

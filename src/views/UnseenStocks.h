@@ -1,0 +1,37 @@
+#pragma once
+#include "foundation/String.h"
+#include "views/PriceWatch.h"
+#include "views/WatchedCodes.h"
+#include <functional>
+#include <set>
+
+namespace Tallymoor {
+
+struct PriceLimits;
+
+/// Stands in for the table of a page that nobody has looked at yet: it keeps the prices of the table's stocks
+/// current, and the user is warned when one leaves its limits.
+///
+/// GUI thread only, under the big mutex.
+class UnseenStocks {
+public:
+  using LimitsOf = std::function<PriceLimits(const String& code)>;
+  /// May throw Exception where a price is unavailable.
+  using PriceOf = std::function<double(const String& code)>;
+
+  UnseenStocks(FX::FXApp* app, LimitsOf limitsOf, PriceOf priceOf);
+
+  /// These from now on, whose limits are looked at now. A view date changes nothing.
+  void watch(const std::set<String>& codes);
+
+private:
+  void check(const std::set<String>& codes) const;
+
+  const LimitsOf m_limitsOf;
+  const PriceOf m_priceOf;
+  std::set<String> m_codes;
+  WatchedCodes m_watchedCodes;
+  PriceWatch m_prices;
+};
+
+} // namespace Tallymoor
