@@ -1,5 +1,6 @@
 #include "shell/TallymoorWindow.h"
 #include "foundation/Constants.h"
+#include "foundation/RestingStatus.h"
 #include "foundation/Settings.h"
 #include "foundation/UnforeseenFailure.h"
 #include "foundation/UserInteraction.h"
@@ -107,6 +108,7 @@ void TallymoorWindow::create() {
 }
 
 void TallymoorWindow::loadUnderProgress() {
+  setNormalStatusText(u"Loading your portfolios...");
   ProgressDialog dialog(this, u"Tallymoor startup", u"Please wait while caches and portfolio are loaded.", 5,
                         ProgressDialog::PERCENT_BAR, m_icons.banner.get());
   try {
@@ -116,6 +118,7 @@ void TallymoorWindow::loadUnderProgress() {
     store().setLoadFailed();
     reportException(u"Failure during startup. You may need to restart.\n", exception);
   }
+  setNormalStatusText(restingStatusText());
   m_loadEnded = true;
 }
 

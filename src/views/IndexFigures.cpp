@@ -7,9 +7,7 @@
 
 namespace Tallymoor {
 
-IndexFigures::IndexFigures(SharePortfolioUser& portfolio) : m_portfolio(portfolio) {
-  outdate();
-}
+IndexFigures::IndexFigures(SharePortfolioUser& portfolio) : m_portfolio(portfolio) {}
 
 void IndexFigures::outdate() {
   m_outdated = true;

@@ -12,7 +12,7 @@ class SharePortfolioUser;
 /// GUI thread only, under the big mutex.
 class IndexFigures {
 public:
-  /// The portfolio outlives the figures.
+  /// The portfolio outlives the figures. The index is watched from the first call of outdate on.
   explicit IndexFigures(SharePortfolioUser& portfolio);
 
   /// The index, its prices or the day may be others now.

@@ -42,11 +42,11 @@ FXIMPLEMENT_ABSTRACT(SharePortfolioTreeItem, InvestmentTreeItem, SharePortfolioT
 SharePortfolioTreeItem::SharePortfolioTreeItem(InvestmentTree* tree, TotalCapTreeItem* root,
                                                SharePortfolioUser& portfolio)
     : InvestmentTreeItem(tree, root, portfolio.name(), root->icons().portfolio, root->icons().portfolio),
-      m_root(root), m_portfolio(&portfolio) {
+      m_root(root), m_portfolio(&portfolio), m_indexFigures(std::make_unique<IndexFigures>(portfolio)) {
   buildView([this] {
     makeRecordCurrent();
     makeChildren();
-    m_indexFigures = std::make_unique<IndexFigures>(*m_portfolio);
+    m_indexFigures->outdate();
     m_priceWatch =
         std::make_unique<PriceWatch>(this->tree()->getApp(), u"SharePortfolioTreeItem::tableChanged failed.",
                                      [this](const std::set<String>& codes) { pricesCame(codes); });

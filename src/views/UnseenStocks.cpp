@@ -11,10 +11,9 @@ UnseenStocks::UnseenStocks(FX::FXApp* app, LimitsOf limitsOf, PriceOf priceOf)
       m_prices(app, u"UnseenStocks::check failed.", [this](const std::set<String>& codes) { check(codes); }) {
 }
 
-// Those of today stay watched while the past is shown.
 void UnseenStocks::watch(const std::set<String>& codes) {
   if (Date::hasFixedDate())
-    return;
+    return; // those of today stay watched
   m_codes = codes;
   m_watchedCodes.watch(codes);
   check(codes);
@@ -22,6 +21,8 @@ void UnseenStocks::watch(const std::set<String>& codes) {
 
 /// Without limits no price is asked for.
 void UnseenStocks::check(const std::set<String>& codes) const {
+  if (Date::hasFixedDate())
+    return; // a price of the past is no news
   for (const String& code : codes) {
     if (!m_codes.contains(code))
       continue;

@@ -83,6 +83,29 @@ protected:
   }
 };
 
+/// Notes what the window shows while the start is under way, at its wizard.
+class StartingWindowTest : public ShellTest {
+protected:
+  void useWizard(FXWindow& wizard) override {
+    MainWindow& window = MainWindow::Instance();
+    m_wasShown = window.shown();
+    m_status = normalStatus();
+    press(wizard, "Cancel");
+  }
+  static std::string normalStatus() {
+    return MainWindow::Instance().statusBar()->getStatusLine()->getNormalText().text();
+  }
+
+  bool m_wasShown = false;
+  std::string m_status;
+};
+
+TEST_F(StartingWindowTest, ItIsShownWhileItLoadsAndReadyOnlyWhenItHas) {
+  EXPECT_TRUE(m_wasShown);
+  EXPECT_EQ("Loading your portfolios...", m_status);
+  EXPECT_EQ("Ready.", normalStatus());
+}
+
 TEST_F(TallymoorWindowTest, FirstStartOpens800By600At100And100) {
   EXPECT_EQ(800, tallymoor().getWidth());
   EXPECT_EQ(600, tallymoor().getHeight());
