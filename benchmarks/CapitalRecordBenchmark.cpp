@@ -1,6 +1,7 @@
 // Recomputes a capital record of 20 years and 30 shares from 2,000 records and a full price cache, compared
 // with reading the same record from its document. Also computes the growth shown by its chart. Uses no
 // network: every price is cached.
+#include "Offline.h"
 #include "Ratio.h"
 #include "analysis/CapitalGrowth.h"
 #include "analysis/Indicators.h"
@@ -8,8 +9,6 @@
 #include "foundation/Constants.h"
 #include "foundation/LinuxPlatform.h"
 #include "foundation/RunTimeSettings.h"
-#include "foundation/UserInteraction.h"
-#include "market/HTTPClient.h"
 #include "market/MarketPrices.h"
 #include "market/TallymoorInternet.h"
 #include "session/BookQuestions.h"
@@ -51,67 +50,6 @@ double secondsOf(const Work& work) {
   return processorSeconds() - start;
 }
 
-/// Keeps the gateway offline from the start.
-class NoConnection : public HTTPClient {
-public:
-  void goOnline() override { fail(); }
-  String getPage(const URL&, const std::stop_token&) override {
-    fail();
-    return String();
-  }
-  void getPage(const URL&, std::vector<std::uint8_t>&, const std::stop_token&) override { fail(); }
-  void setBodyLimit(std::size_t) override {}
-
-private:
-  static void fail() { throw HTTPException(u"NoConnection - there is no network here"); }
-};
-
-class NoProgress : public Progress {
-public:
-  void setTotal(unsigned) override {}
-  void step(unsigned, const String&) override {}
-  void setText(const String&) override {}
-  bool isCancelled() const override { return false; }
-};
-
-/// No user: lengthy work runs at once. A question ends the program, because none is expected.
-class NoUser : public UserInteraction {
-public:
-  NoUser() { setInstance(this); }
-  ~NoUser() override { setInstance(nullptr); }
-  void information(const String& text) override { stop(text); }
-  bool question(const String& text) override { stop(text); }
-  void warning(const String& text) override { stop(text); }
-  void error(const String& text) override { stop(text); }
-  void reportException(const String&, const Exception& failure) override { stop(failure.message()); }
-  void setStatusText(const String&) override {}
-  void setNormalStatusText(const String&) override {}
-  void beginWait() override {}
-  void endWait() override {}
-  void warnOnce(const String&, const String&, const String&, int) override {}
-  void warningOver(const String&) override {}
-  std::optional<std::size_t> chooseFromList(const String& title, const String&,
-                                            const std::vector<String>&) override {
-    stop(title);
-  }
-  std::optional<Date> askDate(const String& title, const String&, const Date&) override { stop(title); }
-  std::optional<WholeRatio> askRatio(const String&, const String& heading, const String&, std::int32_t,
-                                     const WholeRatio&) override {
-    stop(heading);
-  }
-  bool runLengthy(const String&, const String&, unsigned, HasLengthyFunctions& work, int argument) override {
-    NoProgress progress;
-    work.runLengthyFunction(progress, argument);
-    return true;
-  }
-
-private:
-  [[noreturn]] static void stop(const String& text) {
-    std::fprintf(stderr, "unexpected question: %s\n", text.toUTF8().c_str());
-    std::abort();
-  }
-};
-
 /// A user's folder that is removed at the end.
 class ScratchProfile {
 public:
@@ -128,7 +66,7 @@ public:
     installMissingDefaults(Platform::Instance(), APP_NAME);
     TallymoorInternet::Options gateway;
     gateway.startUpdater = false;
-    gateway.makeClient = [] { return std::make_unique<NoConnection>(); };
+    gateway.makeClient = [] { return std::make_unique<Bench::NoConnection>(); };
     TallymoorInternet::setOptions(gateway);
   }
   ~ScratchProfile() {
@@ -279,7 +217,7 @@ BENCHMARK(BM_Decode)->UseManualTime()->Unit(benchmark::kMillisecond);
 int main(int argc, char** argv) {
   using namespace Tallymoor;
   readSettings();
-  const NoUser noUser;
+  const Bench::NoUser noUser;
   const ScratchProfile profile;
   LongHeldPortfolio portfolio((Date()));
   const std::string document = documentOf(portfolio);

@@ -1,6 +1,7 @@
 #pragma once
 #include "ShellTest.h"
 #include "foundation/BigMutex.h"
+#include "session/BookQuestions.h"
 #include "views/CashReserveTreeItem.h"
 #include "views/DividendsTreeItem.h"
 #include "views/SharePortfolioTreeItem.h"
@@ -81,6 +82,20 @@ protected:
       record(node().portfolio(), number);
       ++m_transactions;
     }
+  }
+
+  /// A purchase of today.
+  void purchase() {
+    transact([this](SharePortfolioUser& portfolio) {
+      portfolio.buyShares(codeAt(0), {m_day, 10.0, basePrice(0), 19.95, u"one more"});
+    });
+  }
+  /// Today's record of capital, as after a change of today.
+  void computeTodayAgain() {
+    BigMutexLock lock;
+    SharePortfolioUser& portfolio = node().portfolio();
+    portfolio.capitalRecord().recordsChangedFrom(m_day);
+    updateCapitalRecord(portfolio);
   }
 
   /// Gives all stocks new prices through the updater on a background thread.
