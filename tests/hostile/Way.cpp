@@ -4,6 +4,7 @@
 #include "foundation/Constants.h"
 #include "foundation/Settings.h"
 #include "market/LocatorSet.h"
+#include "market/MarketPrices.h"
 #include "market/SharePriceCache.h"
 #include "market/TallymoorInternet.h"
 #include "session/ImportedPortfolios.h"
@@ -186,7 +187,7 @@ public:
     replace(profile().dataFolder() + capitalRecordFileName(u"Trading"), document);
   }
   Outcome read() override {
-    m_record.emplace(u"Trading");
+    m_record.emplace(u"Trading", gatewayPrices());
     const bool hasDays = m_record->firstRecordDate() != Date();
     return {hasDays, hasDays ? "" : "worked out again"};
   }

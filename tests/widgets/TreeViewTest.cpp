@@ -373,7 +373,7 @@ TEST_F(TreeViewTest, OnlyTheShownPageHasWindowsOnTheDisplay) {
   letEventsPass();
   EXPECT_NE(0u, first->m_view->id());
   for (const NotingItem* hidden : {root, held, second}) {
-    EXPECT_EQ(0u, hidden->page()->id()) << hidden->label().toUTF8();
+    EXPECT_EQ(0u, hidden->madePage()->id()) << hidden->label().toUTF8();
     EXPECT_EQ(0u, hidden->m_view->id()) << hidden->label().toUTF8();
   }
   second->activate();
