@@ -46,7 +46,7 @@ public:
   }
 
 private:
-  static constexpr std::size_t PIECE = 256 * 1024; ///< far longer than a day
+  static constexpr std::size_t PIECE = std::size_t{256} * 1024; ///< far longer than a day
   static constexpr std::size_t LONGEST_CODE = 64;
 
   /// False at the end of the file.

@@ -25,7 +25,7 @@ String reinvestmentComment(const XMLSharePortfolio& portfolio, const XMLBuyEvent
 /// dividend, by which it is found again.
 String boughtComment(const XMLSharePortfolio& portfolio, const XMLSellEvent& sale,
                      const XMLBuyEvent& parcel) {
-  const String kept = sale.buyComment();
+  String kept = sale.buyComment();
   if (!kept.empty() && !kept.startsWith(dividendDescriptionStart(parcel.code())))
     return kept;
   const String reinvested = reinvestmentComment(portfolio, parcel);

@@ -23,7 +23,8 @@ double restOf(double jump, const WholeRatio& ratio) {
 }
 
 WholeRatio nearestWhole(double jump) {
-  return {static_cast<std::int32_t>(std::clamp(jump, 1.0, double(SuspectedSplit::LARGEST_NUMBER)) + 0.5), 1};
+  const double within = std::clamp(jump, 1.0, double(SuspectedSplit::LARGEST_NUMBER));
+  return {static_cast<std::int32_t>(std::lround(within)), 1};
 }
 
 /// True when the ratio explains the jump but for a tenth at most.

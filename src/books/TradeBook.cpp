@@ -104,7 +104,8 @@ void TradeBook::sellShares(const String& code, const Trade& sale, bool firstInFi
   XMLHeldShare* stock = m_holdings.findHeldShare(code);
   if (!stock)
     throw Exception(u"SharePortfolioUser::sellShares - cant find held shares to sell");
-  const String codeSold = code; // which may be that of the stock itself
+  // A copy: the code may be that of the stock itself, which goes with its last share.
+  const String codeSold = code; // NOLINT(performance-unnecessary-copy-initialization)
   Trade part = sale;
   for (const SalePart& taken : partsOfSale(*stock, sale, firstInFirstOut)) {
     recordSale(codeSold, taken, part);

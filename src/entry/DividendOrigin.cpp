@@ -37,7 +37,7 @@ void DividendOrigin::reset(const SharePortfolioUser* portfolio) {
 }
 
 void DividendOrigin::show(const XMLDividendEvent& dividendEvent) {
-  const String country = dividendEvent.foreignDividend();
+  const String& country = dividendEvent.foreignDividend();
   m_foreign->setCheck(!country.empty());
   m_withholdingTax->setValue(dividendEvent.withholdingTax());
   followCheck();

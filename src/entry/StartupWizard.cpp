@@ -31,7 +31,8 @@ StartupWizard::StartupWizard(FXWindow* owner, XMLPortfolios& records)
   setToPage(m_pages.intro);
 }
 
-StartupWizard::~StartupWizard() {
+// Nothing is thrown: the portfolio is one of the records.
+StartupWizard::~StartupWizard() { // NOLINT(bugprone-exception-escape)
   dropPortfolio();
 }
 

@@ -59,7 +59,7 @@ private:
 void reapLater(pid_t child) {
   auto reaper = std::make_unique<Reaper>(child);
   reaper->start();
-  reaper.release();
+  static_cast<void>(reaper.release()); // it deletes itself
 }
 
 bool onlyOwnersWrite(const struct stat& info) {

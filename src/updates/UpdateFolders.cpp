@@ -29,7 +29,7 @@ std::string updateFolder() {
     ::mkdir(UPDATE_FOLDER, 0700); // when it is there, or can't be made, the test knows
   if (mayHoldUpdates(UPDATE_FOLDER))
     return UPDATE_FOLDER;
-  const std::string folder = usersUpdateFolder();
+  std::string folder = usersUpdateFolder();
   ::mkdir(folder.c_str(), 0700);
   return folder;
 }

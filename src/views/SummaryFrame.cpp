@@ -72,8 +72,7 @@ void SummaryFrame::addSeparator() {
 }
 
 FXLabel* SummaryFrame::addFigure(const String& caption) {
-  Figure figure;
-  figure.column = m_nextColumn++;
+  Figure figure{m_nextColumn++, nullptr, nullptr};
   figure.caption = new FXLabel(m_row, labelText(caption), nullptr,
                                JUSTIFY_LEFT | LAYOUT_FIX_X | LAYOUT_FIX_WIDTH | LAYOUT_CENTER_Y, 0, 0, 0, 0,
                                CAPTION_PADDING, CAPTION_PADDING, CAPTION_PADDING, CAPTION_PADDING);

@@ -246,7 +246,7 @@ void TotalCapTreeItem::dropPortfolio(const String& name) {
 }
 
 void TotalCapTreeItem::takePortfolios(std::vector<std::unique_ptr<XMLElement>> imported,
-                                      std::function<void()> afterwards) {
+                                      const std::function<void()>& afterwards) {
   if (!checkSound())
     return;
   const auto waiting = std::make_shared<std::vector<std::unique_ptr<XMLElement>>>(std::move(imported));

@@ -56,7 +56,8 @@ public:
 
   /// Adds portfolios that came from elsewhere, each in the place of one of the same name, whose capital
   /// record is dropped. Then does what is handed in.
-  void takePortfolios(std::vector<std::unique_ptr<XMLElement>> imported, std::function<void()> afterwards);
+  void takePortfolios(std::vector<std::unique_ptr<XMLElement>> imported,
+                      const std::function<void()>& afterwards);
 
   /// True once after portfolios were added, removed or renamed or a transaction was made.
   bool takePortfoliosChanged();

@@ -21,7 +21,7 @@ WatchlistTableMap[] = {
 
 FXIMPLEMENT_ABSTRACT(WatchlistTable, Table, WatchlistTableMap, ARRAYNUMBER(WatchlistTableMap))
 
-WatchlistTable::WatchlistTable(const String& name, Kind kind, std::vector<String> codes,
+WatchlistTable::WatchlistTable(const String& name, Kind kind, const std::vector<String>& codes,
                                WatchlistCommands& commands, FXComposite* parent)
     : Table(name, parent, true, nullptr, COMPARE_TEXT), m_kind(kind), m_commands(&commands) {
   setCodes(codes);

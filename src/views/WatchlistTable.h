@@ -26,7 +26,7 @@ public:
   };
 
   /// Shows the codes. The name is that of the list; the commands are not owned and outlive the table.
-  WatchlistTable(const String& name, Kind kind, std::vector<String> codes, WatchlistCommands& commands,
+  WatchlistTable(const String& name, Kind kind, const std::vector<String>& codes, WatchlistCommands& commands,
                  FXComposite* parent);
   ~WatchlistTable() override;
 

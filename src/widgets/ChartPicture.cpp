@@ -19,10 +19,11 @@ ChartPicture::ChartPicture(const ChartModel& model, const ChartLayout& layout, i
 }
 
 FXColor ChartPicture::at(int x, int y) const {
-  const unsigned char* row =
-      cairo_image_surface_get_data(m_surface.get()) + y * cairo_image_surface_get_stride(m_surface.get());
+  const std::ptrdiff_t stride = cairo_image_surface_get_stride(m_surface.get());
   FXuint pixel = 0;
-  std::memcpy(&pixel, row + x * int(sizeof pixel), sizeof pixel);
+  const auto pixelSize = static_cast<std::ptrdiff_t>(sizeof pixel);
+  std::memcpy(&pixel, cairo_image_surface_get_data(m_surface.get()) + y * stride + x * pixelSize,
+              sizeof pixel);
   return FXRGB((pixel >> 16) & 0xFF, (pixel >> 8) & 0xFF, pixel & 0xFF);
 }
 
