@@ -61,8 +61,8 @@ std::string homeFolder() {
   return found && found->pw_dir ? found->pw_dir : "";
 }
 
-/// Empty if the environment sets no folder. A relative XDG_DATA_HOME is ignored, as its specification
-/// demands.
+/// Empty if the environment sets no folder. A relative XDG_DATA_HOME is ignored: the
+/// base directories of desktops must be absolute.
 std::string userDataHome() {
   std::string data = environment("XDG_DATA_HOME");
   if (!data.empty() && data[0] == '/')
