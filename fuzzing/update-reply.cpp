@@ -4,6 +4,7 @@
 // downloads in order. For any input, the program may request and write only files it knows, only in their
 // folders, and only valid ones.
 #include "foundation/Constants.h"
+#include "foundation/FileVersion.h"
 #include "foundation/LinuxPlatform.h"
 #include "foundation/ProgramFiles.h"
 #include "market/HTTPClient.h"
