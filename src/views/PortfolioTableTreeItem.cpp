@@ -50,10 +50,14 @@ void PortfolioTableTreeItem::update() {
   if (!isSound() || !m_table)
     return;
   m_overdue = !isFilled;
-  if (followsUnseen() || investmentTree()->shownItem() == this)
+  if (isShown())
     fillOverdue();
   else
     m_table->recordsChanged();
+}
+
+bool PortfolioTableTreeItem::isShown() const {
+  return investmentTree()->shownItem() == this;
 }
 
 void PortfolioTableTreeItem::fillOverdue() {
@@ -85,7 +89,7 @@ void PortfolioTableTreeItem::recordsChanged() {
 }
 
 void PortfolioTableTreeItem::tableChanged(bool rebuilt) {
-  if (!isSound() || !m_table)
+  if (!isSound() || !m_table || (m_overdue && !rebuilt))
     return;
   if (rebuilt && m_totalsBar)
     m_totalsBar->showColumns(totalledColumns());

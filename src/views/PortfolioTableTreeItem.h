@@ -56,8 +56,7 @@ protected:
   virtual std::vector<Column::Function> summedColumns() const { return {}; }
   /// All columns that have a total in the bar.
   virtual std::vector<Column::Function> totalledColumns() const { return summedColumns(); }
-  /// Whether others depend on the table, so that it must follow the records out of sight as well.
-  virtual bool followsUnseen() const { return false; }
+  bool isShown() const;
   /// Gives the totals their texts: here the sums.
   virtual void showTotals();
 

@@ -56,7 +56,7 @@ SharesHeldTreeItem::SharesHeldTreeItem(InvestmentTree* tree, SharePortfolioTreeI
     : PortfolioTableTreeItem(tree, portfolioNode, portfolioNode, u"Shares Held",
                              portfolioNode->icons().sharesHeld) {
   checkDates();
-  watchUnseen();
+  watchStocks();
   updateChildren();
 }
 
@@ -69,12 +69,6 @@ SharesHeldTreeItem::SharesHeldTreeItem(InvestmentTree* tree, SharesHeldTreeItem*
 
 SharesHeldTreeItem::~SharesHeldTreeItem() {
   HandlerScope::forget(this);
-}
-
-/// The table watches its codes itself from now on; only then are they given up, lest a price be forgotten.
-void SharesHeldTreeItem::makeViews() {
-  PortfolioTableTreeItem::makeViews();
-  m_unseen.reset();
 }
 
 void SharesHeldTreeItem::viewsGone() {
@@ -91,8 +85,9 @@ std::vector<WrongDate> SharesHeldTreeItem::wrongDates() const {
   return {};
 }
 
-void SharesHeldTreeItem::watchUnseen() {
-  if (!isSound() || isPurchases() || madePage())
+/// Also while the table is in sight: when it is left and opened again no price may be forgotten in between.
+void SharesHeldTreeItem::watchStocks() {
+  if (!isSound() || isPurchases())
     return;
   if (!m_unseen)
     m_unseen = std::make_unique<UnseenStocks>(
@@ -105,10 +100,12 @@ void SharesHeldTreeItem::watchUnseen() {
 }
 
 void SharesHeldTreeItem::limitsChanged() {
-  if (madePage())
+  if (isShown()) {
     table()->updateTable();
-  else
-    watchUnseen();
+    return;
+  }
+  PortfolioTableTreeItem::update();
+  watchStocks();
 }
 
 PortfolioTable* SharesHeldTreeItem::makeTable(FXComposite* frame) {
@@ -147,9 +144,9 @@ void SharesHeldTreeItem::update() {
     HandlerScope::whenDone(this, [this] { updateChildren(); });
   else
     showName();
-  watchUnseen();
+  watchStocks();
   PortfolioTableTreeItem::update();
-  if (m_chart && investmentTree()->shownItem() == this)
+  if (m_chart && isShown())
     showChart();
 }
 
@@ -167,7 +164,7 @@ void SharesHeldTreeItem::showChart() {
 
 void SharesHeldTreeItem::tableChanged(bool rebuilt) {
   // One price changes the whole of which each share is a part.
-  if (!rebuilt && !isPurchases() && table())
+  if (!rebuilt && !isPurchases() && isShown())
     table()->refreshColumn(&portfolioPercent);
   PortfolioTableTreeItem::tableChanged(rebuilt);
   if (m_chart)
@@ -223,11 +220,6 @@ void SharesHeldTreeItem::recordsChanged() {
   PortfolioTableTreeItem::recordsChanged();
   for (TreeViewItem* child = firstChild(); child; child = child->nextSibling())
     static_cast<SharesHeldTreeItem*>(child)->recordsChanged();
-}
-
-/// All shares held: once it has been made, their codes are watched by this table, and it warns of limits.
-bool SharesHeldTreeItem::followsUnseen() const {
-  return !isPurchases();
 }
 
 std::vector<Column::Function> SharesHeldTreeItem::summedColumns() const {

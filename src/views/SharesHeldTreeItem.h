@@ -53,7 +53,6 @@ public:
   long onRemoveShares(FXObject*, FXSelector, void*);
 
 protected:
-  void makeViews() override;
   void viewsGone() override;
   std::vector<WrongDate> wrongDates() const override;
   PortfolioTable* makeTable(FXComposite* frame) override;
@@ -61,7 +60,6 @@ protected:
   std::vector<Column::Function> summedColumns() const override;
   std::vector<Column::Function> totalledColumns() const override;
   void showTotals() override;
-  bool followsUnseen() const override;
 
 private:
   bool isPurchases() const { return !m_code.empty(); }
@@ -70,12 +68,12 @@ private:
   /// A page that nobody sees need not have the years that a chart goes back.
   void showChart();
   void showName();
-  void watchUnseen();
+  void watchStocks();
 
   String m_code;
   RememberedSplitter* m_splitter = nullptr; ///< between the table and the chart
   PriceChart* m_chart = nullptr;
-  std::unique_ptr<UnseenStocks> m_unseen; ///< of "Shares Held", until its page is made
+  std::unique_ptr<UnseenStocks> m_unseen; ///< of "Shares Held", whose table knows only what it showed last
 };
 
 } // namespace Tallymoor

@@ -38,6 +38,16 @@ protected:
   static bool isWatched(const String& code) {
     return TallymoorInternet::Instance().priceUpdater().hasCode(code);
   }
+  static const Table* tableIn(const FXWindow* window) {
+    for (const FXWindow* child = window->getFirst(); child; child = child->getNext()) {
+      const auto* table = dynamic_cast<const Table*>(child);
+      if (table || (table = tableIn(child)))
+        return table;
+    }
+    return nullptr;
+  }
+  /// Rows of the table of all shares of "Trading" as it is: table() would fill it.
+  std::size_t madeRows() { return tableIn(held(u"Trading").madePage())->numRows(); }
   void priceComes(const String& code, double price) {
     market().setCurrentPrice(code, price);
     runPass();
@@ -151,6 +161,31 @@ TEST_F(UnseenPagesTest, AHeldStockThatLeavesItsLimitsWarns) {
   priceComes(u"AAA.AX", 6.1);
   EXPECT_TRUE(window().warningsOver.contains(u"AAA.AXmin warning"));
   EXPECT_EQ(nullptr, held(u"Trading").madePage());
+}
+
+TEST_F(UnseenPagesTest, APageLeftWarnsOfLimitsAndIsFilledWhenItIsOpenedAgain) {
+  addTrading();
+  showTrees();
+  leftClick(held(u"Trading"));
+  leftClick(node(u"Trading"));
+  const std::size_t rowsBefore = madeRows();
+  {
+    const HandlerScope scope;
+    buy(node(u"Trading").portfolio(), u"BBB.AX", 10.0, 2.0);
+    limits(u"Trading", u"BBB.AX", 1.5, 0.0);
+    node(u"Trading").transactionMade();
+  }
+  letEventsPass();
+  EXPECT_EQ(rowsBefore, madeRows()) << "out of sight";
+  EXPECT_TRUE(isWatched(u"BBB.AX"));
+  EXPECT_TRUE(window().warnings.empty());
+  priceComes(u"BBB.AX", 1.4);
+  EXPECT_EQ(rowsBefore, madeRows()) << "nor by a price";
+  ASSERT_FALSE(window().warnings.empty());
+  EXPECT_EQ(u"BBB.AXmin warning", window().warnings.back().key);
+  leftClick(held(u"Trading"));
+  EXPECT_EQ(rowsBefore + 1, madeRows());
+  EXPECT_EQ("1.40", cellText(*held(u"Trading").table(), 1, u"Price Now"));
 }
 
 TEST_F(UnseenPagesTest, AWatchedStockThatLeavesItsLimitsWarns) {
