@@ -50,7 +50,7 @@ double IndexTrend::gainSince(const Date& then) const {
 }
 
 int IndexTrend::trendDays(double period) {
-  // Also for what is no number.
+  // NaN is caught here too.
   return period >= 1.0 ? static_cast<int>(std::min(period, LONGEST_TREND)) : 1;
 }
 

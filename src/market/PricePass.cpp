@@ -34,7 +34,7 @@ std::exception_ptr failureOf(Work work) {
   return nullptr;
 }
 
-/// Nothing for what is neither an Exception nor one of the standard library.
+/// Empty if it is neither an Exception nor a standard exception.
 std::optional<String> reasonOf(const std::exception_ptr& failure) {
   try {
     std::rethrow_exception(failure);

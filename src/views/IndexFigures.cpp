@@ -57,7 +57,7 @@ void IndexFigures::read() {
   m_gainToday = m_gainThisWeek = u"failed";
   m_trendTip = String(u"The prices of ") + m_portfolio.comparisonIndex() +
                u" that its moving averages need are unavailable.";
-  // The table has asked already for what is missing; the user is not asked a second time.
+  // The table has already asked about a missing price; the user is not asked again.
   const BackgroundPassScope quiet;
   try {
     readGains();

@@ -6,7 +6,7 @@
 
 namespace Tallymoor {
 
-/// A GuiWakeUp for what is drawn anew because of prices, of which hundreds may come within seconds: the
+/// A GuiWakeUp for redrawing after prices, of which hundreds may come within seconds: the
 /// handler runs at the first call of wake, and then not again before a rest is over, however many calls come
 /// meanwhile. So the window answers in between. The last call is always followed by a run of the handler.
 class PacedWakeUp : public FXObject {
