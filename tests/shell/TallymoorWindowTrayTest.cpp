@@ -62,9 +62,8 @@ protected:
     ASSERT_FALSE(tallymoor().shown());
   }
   void click(const std::string& method) {
-    const unsigned before = desktop().panel().clicksAnswered();
     desktop().panel().click(method);
-    serveUntil([this, before] { return desktop().panel().clicksAnswered() > before; });
+    serveUntil([this] { return desktop().panel().allClicksAnswered(); });
     letEventsPass();
   }
   void warn(const String& text, const String& key, int level) {
@@ -257,9 +256,8 @@ protected:
   }
   void choose(const std::string& line) {
     menu();
-    const unsigned before = desktop().panel().clicksAnswered();
     desktop().panel().choose(line);
-    serveUntil([this, before] { return desktop().panel().clicksAnswered() > before; });
+    serveUntil([this] { return desktop().panel().allClicksAnswered(); });
     letEventsPass();
   }
 };

@@ -63,6 +63,7 @@ void TestPanel::ask(const std::string& property) {
 }
 
 void TestPanel::click(const std::string& method) {
+  ++m_clicks;
   m_item->callMethodAsync(method)
       .onInterface(ITEM)
       .withArguments(std::int32_t(10), std::int32_t(20))
@@ -111,6 +112,7 @@ void TestPanel::choose(const std::string& line) {
 }
 
 void TestPanel::chooseNumber(std::int32_t number) {
+  ++m_clicks;
   m_itemMenu->callMethodAsync("Event")
       .onInterface(MENU)
       .withArguments(number, std::string("clicked"), sdbus::Variant(std::int32_t(0)), std::uint32_t(0))

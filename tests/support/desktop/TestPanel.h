@@ -42,6 +42,9 @@ public:
   void choose(const std::string& line);
   void chooseNumber(std::int32_t number);
   unsigned clicksAnswered() const { return m_clicksAnswered; }
+  /// True once the item has answered every click, those on lines of its popup included. An answer may belong to
+  /// an earlier click than the last one.
+  bool allClicksAnswered() const { return m_clicksAnswered == m_clicks; }
   /// True if the name has an owner on the bus.
   bool owned(const std::string& name);
 
@@ -59,6 +62,7 @@ private:
   std::vector<std::string> m_items;
   std::vector<std::string> m_signals;
   std::optional<sdbus::Variant> m_answer;
+  unsigned m_clicks = 0;
   unsigned m_clicksAnswered = 0;
   std::unique_ptr<sdbus::IProxy> m_itemMenu;
   std::optional<std::vector<std::string>> m_menu;
