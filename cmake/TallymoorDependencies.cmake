@@ -36,6 +36,17 @@ add_library(Pango::Pango ALIAS PkgConfig::PANGO)
 # For the arguments of the workbench.
 find_package(CLI11 2.1 REQUIRED)
 
+# For answers in JSON and CSV.
+find_path(RAPIDJSON_INCLUDE_DIR rapidjson/reader.h REQUIRED)
+add_library(RapidJson::RapidJson INTERFACE IMPORTED)
+set_target_properties(RapidJson::RapidJson PROPERTIES INTERFACE_INCLUDE_DIRECTORIES ${RAPIDJSON_INCLUDE_DIR})
+find_path(CSV_INCLUDE_DIR csv.h REQUIRED)
+find_library(CSV_LIBRARY csv REQUIRED)
+add_library(Csv::Csv UNKNOWN IMPORTED)
+set_target_properties(Csv::Csv PROPERTIES
+  IMPORTED_LOCATION ${CSV_LIBRARY}
+  INTERFACE_INCLUDE_DIRECTORIES ${CSV_INCLUDE_DIR})
+
 pkg_check_modules(SM REQUIRED IMPORTED_TARGET sm ice)
 add_library(Sm::Sm ALIAS PkgConfig::SM)
 

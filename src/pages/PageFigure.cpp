@@ -26,13 +26,19 @@ std::size_t endOfDigits(const String& text, std::size_t from) {
   return from;
 }
 
-/// Where the digits before the point end, with their commas; where they begin if there are none, or not so
-/// divided.
-std::size_t endOfWholePart(const String& text, std::size_t from) {
+/// Where the digits before the decimal sign end, with their group signs; where they begin if there are none,
+/// or not so divided.
+std::size_t endOfWholePart(const String& text, std::size_t from, std::u16string_view groups) {
   std::size_t end = endOfDigits(text, from);
+  if (end == text.size() || groups.find(text[end]) == std::u16string_view::npos)
+    return end;
+  const char16_t group = text[end];
   bool isFirstGroup = true;
-  while (end < text.size() && text[end] == u',') {
+  while (end < text.size() && text[end] == group) {
     const std::size_t next = endOfDigits(text, end + 1);
+    // A blank, unlike the other signs, may stand behind a number too.
+    if (group == u' ' && next == end + 1)
+      return end;
     if (next - end - 1 != GROUP || (isFirstGroup && (end == from || end - from > GROUP)))
       return from;
     isFirstGroup = false;
@@ -42,14 +48,25 @@ std::size_t endOfWholePart(const String& text, std::size_t from) {
 }
 
 /// Where the number at the head of the text ends; 0 when there is none.
-std::size_t endOfNumber(const String& text) {
+std::size_t endOfNumber(const String& text, const NumberSigns& signs) {
   const std::size_t first = !text.empty() && (text[0] == u'-' || text[0] == u'+') ? 1 : 0;
-  std::size_t end = endOfWholePart(text, first);
-  if (end == first && !(end < text.size() && text[end] == u'.'))
+  std::size_t end = endOfWholePart(text, first, signs.groups);
+  if (end == first && !(end < text.size() && text[end] == signs.decimal))
     return 0;
-  if (end < text.size() && text[end] == u'.')
+  if (end < text.size() && text[end] == signs.decimal)
     end = endOfDigits(text, end + 1);
   return end;
+}
+
+/// The value of digits with these signs.
+double valueOf(const String& number, const NumberSigns& signs) {
+  String plain;
+  for (const char16_t unit : number)
+    if (unit == signs.decimal)
+      plain += u'.';
+    else if (signs.groups.find(unit) == std::u16string_view::npos)
+      plain += unit;
+  return plain.toDouble();
 }
 
 /// What a letter behind a number stands for; 1 for any other.
@@ -129,15 +146,19 @@ bool holdsDigits(const String& text) {
 }
 
 std::optional<double> readFigure(const String& text) {
+  return readFigure(text, NumberSigns());
+}
+
+std::optional<double> readFigure(const String& text, const NumberSigns& signs) {
   const String number = withoutPageBlanks(text);
-  const std::size_t end = endOfNumber(number);
+  const std::size_t end = endOfNumber(number, signs);
   if (std::none_of(number.begin(), number.begin() + static_cast<std::ptrdiff_t>(end), isDigit))
     return std::nullopt;
   const String behind = number.substr(end);
   const bool goesOn = !behind.empty() && (isLetter(behind[0]) || behind[0] == u'.' || behind[0] == u',');
   if (goesOn || std::any_of(behind.begin(), behind.end(), isDigit))
     return std::nullopt;
-  return number.substr(0, end).toDouble();
+  return valueOf(number.substr(0, end), signs);
 }
 
 std::optional<double> readVolume(const String& text) {

@@ -1,6 +1,7 @@
 #pragma once
 #include "foundation/String.h"
 #include <optional>
+#include <string_view>
 
 namespace Tallymoor {
 
@@ -22,6 +23,16 @@ bool holdsDigits(const String& text);
 /// decimals. Behind it may stand what holds no digits and is no letter right at the number, as in "12.34 AUD"
 /// and "5.1%". Nothing for any other text: "12,34", "1.234,50", "1&nbsp;234", "$12.34", "1.2M".
 std::optional<double> readFigure(const String& text);
+
+/// How the numbers of an answer are written.
+struct NumberSigns {
+  char16_t decimal = u'.';
+  /// Each may stand before groups of three digits, though not two of them in one number.
+  std::u16string_view groups = u",";
+};
+/// As readFigure above, for numbers of other countries: "1.234,50" with a comma as the decimal sign and a
+/// point before groups.
+std::optional<double> readFigure(const String& text, const NumberSigns& signs);
 
 /// A number of shares, which pages shorten to thousands, millions or billions: "850", "12.5K", "1.2M", "3b".
 std::optional<double> readVolume(const String& text);

@@ -1,0 +1,20 @@
+#pragma once
+#include "pages/AnswerFormat.h"
+#include <string_view>
+
+namespace Tallymoor {
+
+/// The rows of a CSV answer in UTF-8, by RFC 4180: quoted fields may hold separators and line breaks. A byte
+/// order mark is passed over. With headings, the first row that has all of them begins the table; case and
+/// blanks around them do not count. A row with fewer fields than the columns need, or with no digit in its
+/// day, is passed over and counted: sections, sums and notes between the rows.
+///
+/// Throws AnswerException: with the source's words for a JSON object that holds one of the error paths; for a
+/// web page, an empty answer and a row of more than 1000 fields; for headings that no row has.
+AnswerTable readCsvTable(std::string_view bytes, const AnswerFormat& format);
+
+/// All rows of a CSV text as fields without blanks at their ends; empty lines are left out. Throws
+/// AnswerException for a row of more than 1000 fields.
+std::vector<std::vector<String>> readCsvRows(std::string_view bytes, char separator);
+
+} // namespace Tallymoor
