@@ -42,8 +42,8 @@ public:
   void choose(const std::string& line);
   void chooseNumber(std::int32_t number);
   unsigned clicksAnswered() const { return m_clicksAnswered; }
-  /// True once the item has answered every click, those on lines of its popup included. An answer may belong to
-  /// an earlier click than the last one.
+  /// True once the item has answered every click, those on lines of its popup included. An answer may belong
+  /// to an earlier click than the last one.
   bool allClicksAnswered() const { return m_clicksAnswered == m_clicks; }
   /// True if the name has an owner on the bus.
   bool owned(const std::string& name);

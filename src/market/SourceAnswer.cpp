@@ -1,0 +1,139 @@
+#include "market/SourceAnswer.h"
+#include "pages/AnswerFigures.h"
+#include "pages/CsvTable.h"
+#include "pages/JsonTable.h"
+#include "pages/PageFigure.h"
+#include <algorithm>
+#include <cmath>
+
+namespace Tallymoor {
+
+namespace {
+
+using Column = AnswerColumn;
+using Fault = AnswerException::Fault;
+
+AnswerTable tableOf(std::string_view bytes, const AnswerFormat& format) {
+  switch (format.reader) {
+  case AnswerReader::Json:
+    return readJsonTable(bytes, format);
+  case AnswerReader::Csv:
+    return readCsvTable(bytes, format);
+  default:
+    throw AnswerException(Fault::Unreadable, u"no reader for this answer");
+  }
+}
+
+/// Runs the work on a row. A failure gets the place of the row at its head.
+template <typename Work>
+void onRow(const AnswerRow& row, Work work) {
+  try {
+    work();
+  } catch (const AnswerException& failure) {
+    throw AnswerException(failure.fault(), u"row " + String::fromLong(static_cast<std::int64_t>(row.place)) +
+                                               u": " + failure.message());
+  }
+}
+
+/// The clock of the exchange may be a day ahead of ours.
+bool isBelievable(const Date& day) {
+  return day <= Date::realToday().plusDays(1);
+}
+
+std::optional<double> priceIn(const AnswerRow& row, Column column, const AnswerFigures& figures) {
+  return row[column] ? figures.price(*row[column]) : std::nullopt;
+}
+
+/// 0 when it is missing or no number: it is only shown.
+std::int32_t volumeIn(const AnswerRow& row) {
+  const double volume = row[Column::Volume] ? readVolume(*row[Column::Volume]).value_or(0.0) : 0.0;
+  constexpr double MOST = 2147483647.0;
+  return static_cast<std::int32_t>(std::clamp(std::trunc(volume), 0.0, MOST));
+}
+
+void takeEvents(const AnswerRow& row, const Date& day, const AnswerFigures& figures,
+                AnsweredHistory& history) {
+  if (const std::optional<double> dividend = priceIn(row, Column::Dividend, figures))
+    history.dividends.insert_or_assign(day, *dividend);
+  const std::optional<double> split = row[Column::Split] ? figures.number(*row[Column::Split]) : std::nullopt;
+  if (split && *split > 0.0 && *split != 1.0)
+    history.splits.insert_or_assign(day, *split);
+}
+
+/// True when the row has a price.
+bool takeRow(const AnswerRow& row, const AnswerFigures& figures, AnsweredHistory& history) {
+  if (!row[Column::Date])
+    return false;
+  const Date day = figures.day(*row[Column::Date]);
+  if (!isBelievable(day))
+    return false;
+  takeEvents(row, day, figures, history);
+  const std::optional<double> close = priceIn(row, Column::Close, figures);
+  if (!close)
+    return false;
+  ShareValue value;
+  value.close = *close;
+  value.high = priceIn(row, Column::High, figures).value_or(0.0);
+  value.low = priceIn(row, Column::Low, figures).value_or(0.0);
+  value.volume = volumeIn(row);
+  history.prices.insert_or_assign(day, value);
+  return true;
+}
+
+/// The one currency of all rows, else that of the format.
+String currencyOf(const AnswerTable& table, const AnswerFormat& format) {
+  String currency;
+  for (const AnswerRow& row : table.rows) {
+    if (!row[Column::Currency] || row[Column::Currency]->empty())
+      continue;
+    if (!currency.empty() && currency != *row[Column::Currency])
+      throw AnswerException(Fault::Unreadable,
+                            u"prices in two currencies: " + currency + u" and " + *row[Column::Currency]);
+    currency = *row[Column::Currency];
+  }
+  return currency.empty() ? format.currency : currency;
+}
+
+} // namespace
+
+AnsweredHistory readHistory(std::string_view bytes, const AnswerFormat& format) {
+  const AnswerTable table = tableOf(bytes, format);
+  const AnswerFigures figures(format);
+  AnsweredHistory history;
+  history.passedOver = table.passedOver;
+  for (const AnswerRow& row : table.rows)
+    onRow(row, [&] { history.passedOver += takeRow(row, figures, history) ? 0 : 1; });
+  history.currency = currencyOf(table, format);
+  return history;
+}
+
+std::optional<AnsweredPrice> readPrice(std::string_view bytes, const AnswerFormat& format) {
+  const AnswerTable table = tableOf(bytes, format);
+  const AnswerFigures figures(format);
+  std::optional<AnsweredPrice> last;
+  for (const AnswerRow& row : table.rows)
+    onRow(row, [&] {
+      const std::optional<double> price = priceIn(row, Column::Close, figures);
+      if (!price)
+        return;
+      AnsweredPrice answered{*price, std::nullopt, {}};
+      if (row[Column::Date])
+        answered.day = figures.day(*row[Column::Date]);
+      if (!last || !answered.day || !last->day || *answered.day >= *last->day)
+        last = answered;
+    });
+  if (last)
+    last->currency = currencyOf(table, format);
+  return last;
+}
+
+std::vector<CodeSearchResult> readSearch(std::string_view bytes, const AnswerFormat& format) {
+  std::vector<CodeSearchResult> results;
+  for (const AnswerRow& row : tableOf(bytes, format).rows)
+    if (row[Column::Code] && !row[Column::Code]->trimmed().empty())
+      results.push_back({row[Column::Code]->trimmed(), row[Column::Name].value_or(u"").trimmed(),
+                         row[Column::Market].value_or(u"").trimmed()});
+  return results;
+}
+
+} // namespace Tallymoor
