@@ -3,7 +3,11 @@
 #include "foundation/Exception.h"
 #include "market/HistoryPage.h"
 #include "market/MarketPrices.h"
+#include <functional>
 #include <map>
+#include <set>
+#include <utility>
+#include <vector>
 
 namespace Tallymoor {
 
@@ -20,9 +24,17 @@ public:
         record->historicalPriceChanged(code, day, close);
   }
   void clear() { m_closes.clear(); }
+  /// From now on the source has answered for the day, be it without a close.
+  void setAnswered(const String& code, const Date& day) { m_answered.insert({code, day}); }
+  /// Called before each answer to historicalPrice: a source may tell of other days then.
+  std::function<void()> beforeAnswer;
+  /// The codes for which somebody has asked for a range of days.
+  std::vector<String> completed;
 
   double latestPrice(const String& code) override { return historicalPrice(code, Date(), false); }
   double historicalPrice(const String& code, const Date& date, bool) override {
+    if (beforeAnswer)
+      beforeAnswer();
     if (const auto known = closeOn(code, date))
       return known->close;
     throw Exception(u"no price of " + code);
@@ -42,14 +54,16 @@ public:
     const auto& [before, close] = *std::prev(after);
     return KnownClose{before, close, true};
   }
-  bool hasAnsweredFor(const String&, const Date&) override { return false; }
+  bool hasAnsweredFor(const String& code, const Date& day) override {
+    return m_answered.contains({code, day});
+  }
 
   bool isToBeFetched(const String&, const Date&) override { return false; }
   bool hasCachedHistory(const String& code) override { return !m_closes[code].empty(); }
   bool hasCachedPrice(const String& code, const Date& day) override { return closeOn(code, day).has_value(); }
   HistoryRange recentRange() override { return {Date().plusDays(-14), Date()}; }
   void refreshClosesFrom(const String&, const Date&) override {}
-  void completeHistory(const String&, const Date&, const Date&) override {}
+  void completeHistory(const String& code, const Date&, const Date&) override { completed.push_back(code); }
   bool completeHistory(const std::vector<HistoryNeed>&, Progress*) override { return true; }
 
   void addRecord(PriceUpdater::PricesObserver& record) override { m_records.push_back(&record); }
@@ -57,6 +71,7 @@ public:
 
 private:
   std::map<String, std::map<Date, double>> m_closes;
+  std::set<std::pair<String, Date>> m_answered;
   std::vector<PriceUpdater::PricesObserver*> m_records;
 };
 

@@ -286,6 +286,16 @@ TEST_F(SalesTest, AReinvestmentThatWasSoldIsFoundAgainByItsDividend) {
   EXPECT_EQ(textValue(parcel(u"ABC.AX"), u"Comment"), comment);
 }
 
+TEST_F(SalesTest, AReinvestmentThatWasSoldFollowsItsDividendAsItIsNow) {
+  user().receiveDividend({u"ABC.AX", Date(2026, 1, 5), 100, 0.5, 0, 10, 5, u"", 0});
+  user().sellShares(u"ABC.AX", {m_today, 10, 6, 0, u""}, true);
+  XMLDividendEvent& dividend = m_portfolio.dividends()[0];
+  user().editDividend(dividend, {u"ABC.AX", Date(2026, 1, 5), 90, 0.6, 0, 10, 5, u"", 0}, 10, 5, 0,
+                      Date(2026, 1, 5));
+  user().undoSale(sale(u"ABC.AX"));
+  EXPECT_EQ(textValue(parcel(u"ABC.AX"), u"Comment"), u"DIVIDEND ABC.AX @ 0.600000 x 90.00");
+}
+
 TEST_F(SalesTest, AnUndoneSaleLeavesTheRecordsAsTheyWereBeforeIt) {
   user().buyShares(u"ABC.AX", {Date(2026, 1, 1), 100, 10, 30, u"why"});
   user().buyShares(u"ABC.AX", {Date(2026, 1, 2), 50, 11, 31, u""});

@@ -123,6 +123,17 @@ TEST_F(UnreadableDatesTest, APurchaseThatIsSetAsideIsNeitherHeldNorSold) {
   EXPECT_DOUBLE_EQ(m_damaged->numHeld(u"ABC.AX"), 10) << "it has been put right";
 }
 
+TEST_F(UnreadableDatesTest, ASaleIsSetAsideWithBothItsDates) {
+  m_damaged->sellShares(u"ABC.AX", {Date(2026, 3, 2), 10, 6, 0, u""}, true);
+  EXPECT_DOUBLE_EQ(capital(), 217);
+  XMLSellEvent& sale = m_damaged->findSoldShare(u"ABC.AX")->sales()[0];
+  sale.subElement(u"SellDate").setValue(u"2nd of March");
+  setAsideUnreadableDates(m_records);
+  EXPECT_EQ(sale.bought(), XMLDate::farOff());
+  EXPECT_EQ(sale.sold(), XMLDate::farOff());
+  EXPECT_DOUBLE_EQ(capital(), 217) << "it is not held for ever; its cash entries count";
+}
+
 TEST_F(UnreadableDatesTest, TheTextNamesPortfolioStockAndLine) {
   EXPECT_EQ(unreadableDatesText({}, ""), String());
   const String text = unreadableDatesText({{u"Trading", u"ABC.AX, purchase 3", u"31.2"},

@@ -415,6 +415,12 @@ TEST_F(SharePriceCacheTest, ABadCodeStoresNoCurrentPrice) {
   EXPECT_TRUE(cache.share(CODE).values.empty());
 }
 
+TEST_F(SharePriceCacheTest, ACurrentPriceOfADayAfterTheRealTodayIsNotStored) {
+  SharePriceCache cache(m_directory);
+  cache.noteCurrentPrice(CODE, Date::realToday().plusDays(1), 6.0);
+  EXPECT_TRUE(cache.share(CODE).values.empty());
+}
+
 TEST_F(SharePriceCacheTest, NothingReplacesATypedPrice) {
   SharePriceCache cache(m_directory);
   const Date day(2006, 11, 15);
