@@ -12,15 +12,11 @@ namespace Tallymoor::Bench {
 class NoConnection : public HTTPClient {
 public:
   void goOnline() override { fail(); }
-  String getPage(const URL&, const std::stop_token&) override {
-    fail();
-    return String();
-  }
-  void getPage(const URL&, std::vector<std::uint8_t>&, const std::stop_token&) override { fail(); }
+  HTTPAnswer get(const URL&, const HTTPHeaders&, const std::stop_token&) override { fail(); }
   void setBodyLimit(std::size_t) override {}
 
 private:
-  static void fail() { throw HTTPException(u"NoConnection - there is no network here"); }
+  [[noreturn]] static void fail() { throw HTTPException(u"NoConnection - there is no network here"); }
 };
 
 class NoProgress : public Progress {

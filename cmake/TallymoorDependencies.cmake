@@ -6,6 +6,7 @@ find_package(CURL REQUIRED)
 find_package(LibXml2 REQUIRED)
 find_package(LibXslt REQUIRED)
 find_package(X11 REQUIRED)
+find_package(ZLIB REQUIRED)
 
 find_path(FOX_INCLUDE_DIR fx.h PATH_SUFFIXES fox-1.6 REQUIRED)
 find_library(FOX_LIBRARY FOX-1.6 REQUIRED)

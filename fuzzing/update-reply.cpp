@@ -230,13 +230,9 @@ Service* s_service = nullptr; ///< Of the current input.
 class ServiceClient : public HTTPClient {
 public:
   void goOnline() override {}
-  String getPage(const URL& url, const std::stop_token&) override {
+  HTTPAnswer get(const URL& url, const HTTPHeaders&, const std::stop_token&) override {
     const std::string reply = answer(url);
-    return String::fromUTF8(std::string_view(reply).substr(0, reply.find('\0')));
-  }
-  void getPage(const URL& url, std::vector<std::uint8_t>& body, const std::stop_token&) override {
-    const std::string reply = answer(url);
-    body.assign(reply.begin(), reply.end());
+    return {200, "OK", {}, {reply.begin(), reply.end()}};
   }
   void setBodyLimit(std::size_t bytes) override { m_limit = bytes; }
 

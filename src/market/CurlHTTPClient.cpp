@@ -11,9 +11,7 @@ namespace Tallymoor {
 
 namespace {
 
-constexpr unsigned STATUS_OK = 200;
 constexpr std::size_t POST_PIECE = 1024;
-constexpr std::size_t STATUS_TEXT_LIMIT = 500; ///< a text that doesn't fit with its end mark is left out
 constexpr int LONGEST_WAIT = 1000;
 
 /// The code is libcurl's.
@@ -39,15 +37,6 @@ bool isSendFailure(int code) {
   default:
     return false;
   }
-}
-
-[[noreturn]] void failByStatus(const CurlTransfer& transfer) {
-  String message =
-      u"Win32HTTPClient::getResponse - HTTP GET failed \nwith code: " + String::fromLong(transfer.status());
-  const std::string& text = transfer.statusText();
-  if (!text.empty() && text.size() < STATUS_TEXT_LIMIT)
-    message += u" and status: " + String::fromUTF8(text);
-  throw HTTPException(message, transfer.status());
 }
 
 } // namespace
@@ -114,31 +103,23 @@ int CurlHTTPClient::openSession() const {
   return ready != CURLE_OK || CurlTransfer().isReady() ? ready : CURLE_OUT_OF_MEMORY;
 }
 
-String CurlHTTPClient::getPage(const URL& url, const std::stop_token& stop) {
-  std::vector<std::uint8_t> body;
-  fetch(url, "Accept: text/html", body, stop);
-  body.push_back(0);
-  return String(reinterpret_cast<const char*>(body.data()));
-}
-
-void CurlHTTPClient::getPage(const URL& url, std::vector<std::uint8_t>& body, const std::stop_token& stop) {
-  // No meaning, but what servers of updates and adverts have always been sent.
-  fetch(url, "Accept: ummm", body, stop);
-}
-
 void CurlHTTPClient::setBodyLimit(std::size_t bytes) {
   m_bodyLimit = bytes;
 }
 
-void CurlHTTPClient::fetch(const URL& url, const char* acceptHeader, std::vector<std::uint8_t>& body,
-                           const std::stop_token& stop) {
+HTTPAnswer CurlHTTPClient::get(const URL& url, const HTTPHeaders& headers, const std::stop_token& stop) {
   const Lease lease(*this);
   CurlTransfer& transfer = *lease;
   connect(transfer, url);
-  openRequest(transfer, url, acceptHeader);
+  openRequest(transfer, url, headers);
   setTimeouts(transfer);
   const std::stop_callback wake(stop, [&transfer] { transfer.wake(); });
-  getResponse(transfer, sendHTTPRequest(transfer, stop), body);
+  const int failure = sendHTTPRequest(transfer, stop);
+  if (failure != 0 && transfer.answer().isSuccess())
+    fail(transfer.waitFailed() ? u"getResponse - InternetQueryDataAvailable failed "
+                               : u"getResponse - InternetReadFile failed ",
+         failure);
+  return std::move(transfer.answer());
 }
 
 void CurlHTTPClient::connect(CurlTransfer& transfer, const URL& url) const {
@@ -151,8 +132,8 @@ void CurlHTTPClient::connect(CurlTransfer& transfer, const URL& url) const {
     fail(u"connect - InternetConnect failed : ", failure);
 }
 
-void CurlHTTPClient::openRequest(CurlTransfer& transfer, const URL& url, const char* acceptHeader) const {
-  const int failure = transfer.setRequest(url, acceptHeader);
+void CurlHTTPClient::openRequest(CurlTransfer& transfer, const URL& url, const HTTPHeaders& headers) const {
+  const int failure = transfer.setRequest(url, headers);
   if (failure != 0)
     fail(u"getPage - HttpOpenRequest failed ", failure);
 }
@@ -205,27 +186,17 @@ int CurlHTTPClient::sendHTTPRequest(CurlTransfer& transfer, const std::stop_toke
   return failure;
 }
 
-void CurlHTTPClient::getResponse(CurlTransfer& transfer, int failure, std::vector<std::uint8_t>& body) const {
-  if (transfer.status() != STATUS_OK)
-    failByStatus(transfer);
-  if (failure != 0)
-    fail(transfer.waitFailed() ? u"getResponse - InternetQueryDataAvailable failed "
-                               : u"getResponse - InternetReadFile failed ",
-         failure);
-  body = std::move(transfer.body());
-}
-
 unsigned CurlHTTPClient::sendHTTPRequest2(const URL& url, const std::vector<std::uint8_t>& body) {
   const Lease lease(*this);
   CurlTransfer& transfer = *lease;
   connect(transfer, url);
-  openRequest(transfer, url, "Accept: text/html");
+  openRequest(transfer, url, {{"Accept", "text/html"}, {"Accept-Encoding", "identity"}});
   setTimeouts(transfer);
   int failure = transfer.setPost(body, POST_PIECE, [this](std::size_t size) { bodyPieceWritten(size); });
   if (failure == 0)
     failure = run(transfer);
   checkPost(transfer, failure, body.size());
-  return transfer.status();
+  return transfer.answer().status;
 }
 
 void CurlHTTPClient::checkPost(const CurlTransfer& transfer, int failure, std::size_t bodySize) const {

@@ -29,8 +29,7 @@ public:
   CurlHTTPClient& operator=(const CurlHTTPClient&) = delete;
 
   void goOnline() override;
-  String getPage(const URL& url, const std::stop_token& stop = {}) override;
-  void getPage(const URL& url, std::vector<std::uint8_t>& body, const std::stop_token& stop = {}) override;
+  HTTPAnswer get(const URL& url, const HTTPHeaders& headers, const std::stop_token& stop = {}) override;
   void setBodyLimit(std::size_t bytes) override;
 
   /// Posts a body in pieces of at most 1024 bytes and returns the status of the answer, whose own body is
@@ -56,7 +55,7 @@ private:
   class Lease;
 
   void connect(CurlTransfer& transfer, const URL& url) const;
-  void openRequest(CurlTransfer& transfer, const URL& url, const char* acceptHeader) const;
+  void openRequest(CurlTransfer& transfer, const URL& url, const HTTPHeaders& headers) const;
   void setTimeouts(CurlTransfer& transfer) const;
   long wholeTimeout() const;
   /// Runs the transfer and returns the library's code.
@@ -64,9 +63,6 @@ private:
   /// Throws when there is no answer; otherwise returns the code of a failure that came later, or 0.
   int sendHTTPRequest(CurlTransfer& transfer, const std::stop_token& stop) const;
   void checkPost(const CurlTransfer& transfer, int failure, std::size_t bodySize) const;
-  void getResponse(CurlTransfer& transfer, int failure, std::vector<std::uint8_t>& body) const;
-  void fetch(const URL& url, const char* acceptHeader, std::vector<std::uint8_t>& body,
-             const std::stop_token& stop);
 
   const long m_connectTimeout;
   const long m_receiveTimeout;

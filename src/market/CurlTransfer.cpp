@@ -10,7 +10,11 @@ namespace Tallymoor {
 
 namespace {
 
-constexpr const char* AGENT = "BC Win32HTTPClient";
+constexpr const char* AGENT = "Tallymoor/" TALLYMOOR_VERSION;
+constexpr const char* ACCEPT_GZIP = "Accept-Encoding: gzip";
+constexpr std::size_t MOST_HEADERS = 100;
+constexpr std::size_t GZIP_OVERHEAD =
+    64; ///< and one in a thousand: that much more may be sent than comes out
 constexpr const char* PROTOCOLS = "http,https";
 constexpr long MAX_REDIRECTS = 10;
 constexpr std::uint32_t HTTPS_PORT = 443;
@@ -30,6 +34,33 @@ std::string requestTarget(const std::string& path) {
   return percentEncoded(path.substr(0, path.find('#')), [](unsigned char byte) {
     return byte >= 0x80 || std::strchr(" \"<>", byte) != nullptr;
   });
+}
+
+using Header = HTTPHeaders::value_type;
+
+bool isNamed(const Header& header, const char* name) {
+  return strcasecmp(header.first.c_str(), name) == 0;
+}
+
+bool saysWhatIsAccepted(const Header& header) {
+  return strncasecmp(header.first.c_str(), "Accept", std::strlen("Accept")) == 0;
+}
+
+bool isMalformed(const Header& header) {
+  return header.first.empty() || header.second.empty() ||
+         header.first.find_first_of(": ;") != std::string::npos || hasControl(header.first) ||
+         hasControl(header.second);
+}
+
+template <class Wanted>
+curl_slist* headerList(const HTTPHeaders& headers, const char* encoding, Wanted isWanted) {
+  curl_slist* list = curl_slist_append(nullptr, "Expect:");
+  if (encoding)
+    list = curl_slist_append(list, encoding);
+  for (const Header& header : headers)
+    if (isWanted(header))
+      list = curl_slist_append(list, (header.first + ": " + header.second).c_str());
+  return list;
 }
 
 /// The proxy that the environment names is used, but never for this machine itself.
@@ -58,11 +89,11 @@ CURLcode CurlTransfer::begin(std::size_t bodyLimit) {
   curl_easy_reset(m_easy.get());
   m_optionResult = CURLE_OK;
   m_bodyLimit = bodyLimit;
-  m_body.clear();
-  m_body.reserve(FIRST_BODY_RESERVE);
-  m_statusText.clear();
-  m_status = 0;
-  m_headComplete = m_redirects = m_overLimit = m_waitFailed = m_bodyStarted = false;
+  m_answer = HTTPAnswer();
+  m_answer.body.reserve(FIRST_BODY_RESERVE);
+  m_headComplete = m_redirects = m_takesGzip = m_waitFailed = m_bodyStarted = false;
+  m_gzip.reset();
+  m_bodyFailure = CURLE_OK;
   m_post = nullptr;
   m_postOffset = 0;
   m_pieceWritten = {};
@@ -77,7 +108,7 @@ CURLcode CurlTransfer::begin(std::size_t bodyLimit) {
   set(CURLOPT_MAXREDIRS, MAX_REDIRECTS);
   set(CURLOPT_PATH_AS_IS, 1L);
   set(CURLOPT_NOPROXY, hostsWithoutProxy().c_str());
-  set(CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(bodyLimit));
+  set(CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(bodyLimit + bodyLimit / 1000 + GZIP_OVERHEAD));
   set(CURLOPT_HEADERFUNCTION, &CurlTransfer::takeHeader);
   set(CURLOPT_HEADERDATA, this);
   set(CURLOPT_WRITEFUNCTION, &CurlTransfer::takeBody);
@@ -111,13 +142,19 @@ std::string CurlTransfer::port() const {
   return port;
 }
 
-CURLcode CurlTransfer::setRequest(const URL& url, const char* acceptHeader) {
+CURLcode CurlTransfer::setRequest(const URL& url, const HTTPHeaders& headers) {
   const std::string whole = url.path().toUTF8();
   if (hasControl(whole))
     return CURLE_URL_MALFORMAT;
+  if (std::any_of(headers.begin(), headers.end(), isMalformed))
+    return CURLE_BAD_FUNCTION_ARGUMENT;
   // As one text: set by its parts, the library would rewrite what is percent-encoded in them.
   set(CURLOPT_URL, (m_server + requestTarget(whole)).c_str());
-  m_headers.reset(curl_slist_append(curl_slist_append(nullptr, acceptHeader), "Expect:"));
+  m_takesGzip = std::none_of(headers.begin(), headers.end(),
+                             [](const Header& header) { return isNamed(header, "Accept-Encoding"); });
+  const char* const encoding = m_takesGzip ? ACCEPT_GZIP : nullptr;
+  m_headers.reset(headerList(headers, encoding, [](const Header&) { return true; }));
+  m_headersForOthers.reset(headerList(headers, encoding, saysWhatIsAccepted));
   set(CURLOPT_HTTPHEADER, m_headers.get());
   return m_optionResult;
 }
@@ -169,7 +206,14 @@ CURLcode CurlTransfer::run(const std::function<int()>& wait) {
     }
   }
   curl_multi_remove_handle(m_multi.get(), m_easy.get());
-  return m_overLimit ? CURLE_FILESIZE_EXCEEDED : result;
+  return withBody(result);
+}
+
+/// What is wrong with the body says more than that the library was told to end.
+CURLcode CurlTransfer::withBody(CURLcode result) const {
+  if (m_bodyFailure != CURLE_OK)
+    return m_bodyFailure;
+  return result == CURLE_OK && m_gzip && !m_gzip->isWhole() ? CURLE_BAD_CONTENT_ENCODING : result;
 }
 
 bool CurlTransfer::finished(CURLcode& result) {
@@ -203,42 +247,105 @@ std::size_t CurlTransfer::takeHeader(char* data, std::size_t size, std::size_t c
   if (line.compare(0, 5, "HTTP/") == 0)
     transfer.readStatusLine(line);
   else if (line.empty())
-    transfer.m_headComplete = transfer.m_status >= 200;
-  else if (strncasecmp(line.c_str(), "location:", 9) == 0)
-    transfer.meetRedirection();
+    transfer.beginBody();
+  else
+    transfer.readHeader(line);
   return size * count;
 }
 
-/// What was asked for over https is not taken from anywhere else, whatever the way there was.
-void CurlTransfer::meetRedirection() {
+void CurlTransfer::beginBody() {
+  m_headComplete = m_answer.status >= 200;
+  const std::string_view encoding = m_answer.header("Content-Encoding");
+  if (!m_takesGzip || encoding.empty() || strcasecmp(encoding.data(), "identity") == 0)
+    return;
+  const auto encodings =
+      std::count_if(m_answer.headers.begin(), m_answer.headers.end(),
+                    [](const Header& header) { return isNamed(header, "Content-Encoding"); });
+  if (encodings == 1 &&
+      (strcasecmp(encoding.data(), "gzip") == 0 || strcasecmp(encoding.data(), "x-gzip") == 0))
+    m_gzip.emplace();
+  else
+    m_bodyFailure = CURLE_BAD_CONTENT_ENCODING;
+}
+
+void CurlTransfer::readHeader(const std::string& line) {
+  const std::size_t colon = line.find(':');
+  if (colon == std::string::npos)
+    return;
+  const std::size_t value = line.find_first_not_of(" \t", colon + 1);
+  Header header(line.substr(0, colon), value == std::string::npos ? std::string() : line.substr(value));
+  if (isNamed(header, "Location"))
+    meetRedirection(header.second);
+  if (m_answer.headers.size() < MOST_HEADERS)
+    m_answer.headers.push_back(std::move(header));
+}
+
+/// What was asked for over https is not taken from anywhere else, whatever the way there was. Nobody but the
+/// server that was meant gets the caller's headers, which may hold a key.
+void CurlTransfer::meetRedirection(const std::string& target) {
   m_redirects = true;
   const char* from = nullptr;
-  if (curl_easy_getinfo(m_easy.get(), CURLINFO_EFFECTIVE_URL, &from) == CURLE_OK && from &&
-      strncasecmp(from, "https:", 6) == 0)
+  if (curl_easy_getinfo(m_easy.get(), CURLINFO_EFFECTIVE_URL, &from) != CURLE_OK || !from)
+    return;
+  if (strncasecmp(from, "https:", 6) == 0)
     set(CURLOPT_REDIR_PROTOCOLS_STR, "https");
+  if (leadsToAnotherServer(from, target))
+    set(CURLOPT_HTTPHEADER, m_headersForOthers.get());
+}
+
+/// True also for an address that the library refuses.
+bool CurlTransfer::leadsToAnotherServer(const char* from, const std::string& target) const {
+  const std::unique_ptr<CURLU, AddressCleanup> address(curl_url());
+  if (curl_url_set(address.get(), CURLUPART_URL, from, 0) != CURLUE_OK ||
+      curl_url_set(address.get(), CURLUPART_URL, target.c_str(), 0) != CURLUE_OK)
+    return true;
+  const auto isSame = [&](CURLUPart part) {
+    char* here = nullptr;
+    char* there = nullptr;
+    curl_url_get(m_address.get(), part, &here, CURLU_DEFAULT_PORT);
+    curl_url_get(address.get(), part, &there, CURLU_DEFAULT_PORT);
+    const bool same = here && there && strcasecmp(here, there) == 0;
+    curl_free(here);
+    curl_free(there);
+    return same;
+  };
+  return !isSame(CURLUPART_SCHEME) || !isSame(CURLUPART_HOST) || !isSame(CURLUPART_PORT);
 }
 
 /// As in "HTTP/1.1 404 Not Found". One of these comes with every answer on the way.
 void CurlTransfer::readStatusLine(const std::string& line) {
   m_headComplete = m_redirects = false;
-  m_statusText.clear();
+  m_answer.statusText.clear();
+  m_answer.headers.clear();
+  m_gzip.reset();
+  m_bodyFailure = CURLE_OK;
   const std::size_t code = line.find(' ');
-  m_status =
+  m_answer.status =
       code == std::string::npos ? 0 : static_cast<unsigned>(std::strtoul(line.c_str() + code, nullptr, 10));
   const std::size_t text = code == std::string::npos ? code : line.find(' ', code + 1);
   if (text != std::string::npos)
-    m_statusText = line.substr(text + 1);
+    m_answer.statusText = line.substr(text + 1);
 }
 
 std::size_t CurlTransfer::takeBody(char* data, std::size_t size, std::size_t count, void* self) {
-  auto& transfer = *static_cast<CurlTransfer*>(self);
   const std::size_t length = size * count;
-  if (length > transfer.m_bodyLimit - transfer.m_body.size()) {
-    transfer.m_overLimit = true;
-    return 0;
+  return static_cast<CurlTransfer*>(self)->appendToBody(data, length) ? length : 0;
+}
+
+bool CurlTransfer::appendToBody(const char* data, std::size_t length) {
+  std::vector<std::uint8_t>& body = m_answer.body;
+  if (m_gzip) {
+    const GzipReader::Result result = m_gzip->take(data, length, body, m_bodyLimit);
+    if (result == GzipReader::Result::TooLarge)
+      m_bodyFailure = CURLE_FILESIZE_EXCEEDED;
+    else if (result == GzipReader::Result::Broken)
+      m_bodyFailure = CURLE_BAD_CONTENT_ENCODING;
+  } else if (length > m_bodyLimit - body.size()) {
+    m_bodyFailure = CURLE_FILESIZE_EXCEEDED;
+  } else {
+    body.insert(body.end(), data, data + length);
   }
-  transfer.m_body.insert(transfer.m_body.end(), data, data + length);
-  return length;
+  return m_bodyFailure == CURLE_OK;
 }
 
 std::size_t CurlTransfer::giveBody(char* buffer, std::size_t size, std::size_t count, void* self) {

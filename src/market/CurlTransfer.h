@@ -1,9 +1,12 @@
 #pragma once
+#include "market/GzipReader.h"
+#include "market/HTTPAnswer.h"
 #include <cstddef>
 #include <cstdint>
 #include <curl/curl.h>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -31,8 +34,9 @@ public:
   CURLcode setServer(const URL& url);
   /// The port that setServer chose, as text.
   std::string port() const;
-  /// What to ask for. Control bytes are refused; blanks and bytes beyond ASCII are percent-encoded.
-  CURLcode setRequest(const URL& url, const char* acceptHeader);
+  /// What to ask for. Control bytes are refused; blanks and bytes beyond ASCII are percent-encoded. The
+  /// headers go to the server of the address alone, apart from those that say what is accepted.
+  CURLcode setRequest(const URL& url, const HTTPHeaders& headers);
   /// For a server of a test: the certificates in this file are trusted, and no others.
   CURLcode setTrustedCertificates(const std::string& file);
   /// Posts a body, which must outlive the transfer, in pieces of at most pieceSize bytes. The observer is
@@ -60,10 +64,7 @@ public:
   bool hasAnswer() const { return m_headComplete && !isRedirection(); }
   /// True when waiting itself failed.
   bool waitFailed() const { return m_waitFailed; }
-  unsigned status() const { return m_status; }
-  /// The words behind the status, if there are any.
-  const std::string& statusText() const { return m_statusText; }
-  std::vector<std::uint8_t>& body() { return m_body; }
+  HTTPAnswer& answer() { return m_answer; }
   bool bodyStarted() const { return m_bodyStarted; }
   std::size_t bodyBytesSent() const;
 
@@ -84,27 +85,33 @@ private:
   static std::size_t takeHeader(char* data, std::size_t size, std::size_t count, void* self);
   static std::size_t takeBody(char* data, std::size_t size, std::size_t count, void* self);
   static std::size_t giveBody(char* buffer, std::size_t size, std::size_t count, void* self);
-  void meetRedirection();
+  void readHeader(const std::string& line);
+  void meetRedirection(const std::string& target);
+  bool leadsToAnotherServer(const char* from, const std::string& target) const;
+  void beginBody();
+  bool appendToBody(const char* data, std::size_t length);
   void readStatusLine(const std::string& line);
-  bool isRedirection() const { return m_status >= 300 && m_status < 400 && m_redirects; }
+  bool isRedirection() const { return m_answer.status >= 300 && m_answer.status < 400 && m_redirects; }
   template <class Value>
   void set(CURLoption option, Value value);
   bool finished(CURLcode& result);
+  CURLcode withBody(CURLcode result) const;
 
   std::unique_ptr<CURLM, MultiCleanup> m_multi; ///< keeps the connections; outlives the other handle
   std::unique_ptr<CURL, EasyCleanup> m_easy;
   std::unique_ptr<CURLU, AddressCleanup> m_address; ///< of the server; made to check its parts
   std::string m_server;                             ///< the same as text
   std::unique_ptr<curl_slist, ListCleanup> m_headers;
-  CURLcode m_optionResult = CURLE_OK; ///< the first refusal of an option
+  std::unique_ptr<curl_slist, ListCleanup> m_headersForOthers; ///< those without the caller's secrets
+  CURLcode m_optionResult = CURLE_OK;                          ///< the first refusal of an option
 
   std::size_t m_bodyLimit = 0;
-  std::vector<std::uint8_t> m_body;
-  std::string m_statusText;
-  unsigned m_status = 0;
+  HTTPAnswer m_answer;
   bool m_headComplete = false;
   bool m_redirects = false;
-  bool m_overLimit = false;
+  bool m_takesGzip = false;
+  std::optional<GzipReader> m_gzip; ///< while a compressed body comes
+  CURLcode m_bodyFailure = CURLE_OK;
   bool m_waitFailed = false;
 
   const std::vector<std::uint8_t>* m_post = nullptr; ///< not owned

@@ -1,5 +1,6 @@
 #pragma once
 #include "foundation/Exception.h"
+#include "market/HTTPAnswer.h"
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -14,8 +15,8 @@ class URL;
 ///
 /// The fetches may be called on any thread, several at once; hold the client by shared_ptr for the time of a
 /// fetch that runs outside the big mutex. Every failure is an HTTPException, whose code is the HTTP status
-/// when the server refused and 0 otherwise. A stop that is requested ends a fetch under way at once, with a
-/// failure.
+/// when getPage met a status other than 200, and 0 otherwise. A stop that is requested ends a fetch under way
+/// at once, with a failure.
 class HTTPClient {
 public:
   /// The largest body taken, in bytes: of a page or picture, and of a program update.
@@ -26,10 +27,14 @@ public:
 
   /// To be called once before the first fetch. Succeeds when any network interface is up.
   virtual void goOnline() = 0;
+  /// The answer of the server, whatever its status. These headers are sent beside the client's own and
+  /// replace those of the same name; they are not sent on to another server by a redirection. Answers may
+  /// come compressed by gzip, unless the headers name another Accept-Encoding.
+  virtual HTTPAnswer get(const URL& url, const HTTPHeaders& headers, const std::stop_token& stop = {}) = 0;
   /// The page as text: bytes that are no valid UTF-8 are read as Latin-1; the text ends at a zero byte.
-  virtual String getPage(const URL& url, const std::stop_token& stop = {}) = 0;
+  String getPage(const URL& url, const std::stop_token& stop = {});
   /// Replaces body by the bytes that the server sent, as they are.
-  virtual void getPage(const URL& url, std::vector<std::uint8_t>& body, const std::stop_token& stop = {}) = 0;
+  void getPage(const URL& url, std::vector<std::uint8_t>& body, const std::stop_token& stop = {});
 
   /// Bodies larger than this fail, of all fetches that begin from now on. PAGE_BODY_LIMIT until set.
   virtual void setBodyLimit(std::size_t bytes) = 0;

@@ -23,9 +23,8 @@ constexpr std::uint32_t JULIAN_DAY_OF_1970 = 2440588;
 class OnePageClient : public HTTPClient {
 public:
   void goOnline() override {}
-  String getPage(const URL&, const std::stop_token&) override { return String::fromUTF8(page); }
-  void getPage(const URL&, std::vector<std::uint8_t>& body, const std::stop_token&) override {
-    body.assign(page.begin(), page.end());
+  HTTPAnswer get(const URL&, const HTTPHeaders&, const std::stop_token&) override {
+    return {200, "OK", {}, {page.begin(), page.end()}};
   }
   void setBodyLimit(std::size_t) override {}
 

@@ -63,10 +63,10 @@ TEST_F(CurlHTTPClientTest, SendsWhatServersExpect) {
   const auto requests = m_server.requests();
   ASSERT_EQ(requests.size(), 2u);
   EXPECT_EQ(requests[0].method, "GET");
-  EXPECT_EQ(requests[0].headers.at("user-agent"), "BC Win32HTTPClient");
+  EXPECT_EQ(requests[0].headers.at("user-agent"), "Tallymoor/1.3.1");
   EXPECT_EQ(requests[0].headers.at("accept"), "text/html");
   EXPECT_EQ(requests[0].headers.at("host"), "127.0.0.1:" + std::to_string(m_server.port()));
-  EXPECT_EQ(requests[1].headers.at("accept"), "ummm");
+  EXPECT_EQ(requests[1].headers.at("accept"), "*/*");
 }
 
 TEST_F(CurlHTTPClientTest, FetchesBytesAsTheyAre) {

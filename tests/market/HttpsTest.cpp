@@ -25,13 +25,13 @@ protected:
     const URL url{String(address.c_str())};
     EXPECT_EQ(transfer.begin(LIMIT), CURLE_OK);
     EXPECT_EQ(transfer.setServer(url), CURLE_OK);
-    EXPECT_EQ(transfer.setRequest(url, "Accept: text/html"), CURLE_OK);
+    EXPECT_EQ(transfer.setRequest(url, {{"Accept", "text/html"}}), CURLE_OK);
     EXPECT_EQ(trusting ? transfer.setTrustedCertificates(m_certificate) : CURLE_OK, CURLE_OK);
     const CURLcode result = transfer.run([&transfer] {
       transfer.waitForNetwork(1000);
       return 0;
     });
-    m_body.assign(transfer.body().begin(), transfer.body().end());
+    m_body.assign(transfer.answer().body.begin(), transfer.answer().body.end());
     return result;
   }
   std::string secure(const std::string& path) const { return m_tls.url(path); }

@@ -19,7 +19,7 @@ public:
   public:
     explicit Client(SilentNetwork& network) : m_network(network) {}
     void goOnline() override {}
-    String getPage(const URL&, const std::stop_token& stop) override {
+    HTTPAnswer get(const URL&, const HTTPHeaders&, const std::stop_token& stop) override {
       m_network.fetches = true;
       m_network.signpost.notify();
       const std::stop_callback stopped(stop, [this] {
@@ -28,9 +28,6 @@ public:
       });
       m_network.signpost.await([this] { return m_network.aborted.load(); });
       throw HTTPException(u"aborted");
-    }
-    void getPage(const URL& url, std::vector<std::uint8_t>&, const std::stop_token& stop) override {
-      getPage(url, stop);
     }
     void setBodyLimit(std::size_t) override {}
 
@@ -59,12 +56,9 @@ public:
   public:
     explicit Client(FailingNetwork& network) : m_network(network) {}
     void goOnline() override {}
-    String getPage(const URL&, const std::stop_token&) override {
+    HTTPAnswer get(const URL&, const HTTPHeaders&, const std::stop_token&) override {
       m_network.fetch();
       throw HTTPException(u"no network");
-    }
-    void getPage(const URL& url, std::vector<std::uint8_t>&, const std::stop_token& stop) override {
-      getPage(url, stop);
     }
     void setBodyLimit(std::size_t) override {}
 

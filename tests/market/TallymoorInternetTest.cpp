@@ -13,8 +13,7 @@ namespace {
 class UnconnectedClient : public HTTPClient {
 public:
   void goOnline() override { throw HTTPException(u"no interface"); }
-  String getPage(const URL&, const std::stop_token&) override { throw HTTPException(u"not online"); }
-  void getPage(const URL&, std::vector<std::uint8_t>&, const std::stop_token&) override {
+  HTTPAnswer get(const URL&, const HTTPHeaders&, const std::stop_token&) override {
     throw HTTPException(u"not online");
   }
   void setBodyLimit(std::size_t) override {}

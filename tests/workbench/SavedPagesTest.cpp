@@ -75,8 +75,9 @@ class OnePage : public HTTPClient {
 public:
   explicit OnePage(const std::string& page) : m_page(page) {}
   void goOnline() override {}
-  String getPage(const URL&, const std::stop_token&) override { return String(m_page.c_str()); }
-  void getPage(const URL&, std::vector<std::uint8_t>&, const std::stop_token&) override {}
+  HTTPAnswer get(const URL&, const HTTPHeaders&, const std::stop_token&) override {
+    return {200, "OK", {}, {m_page.begin(), m_page.end()}};
+  }
   void setBodyLimit(std::size_t) override {}
 
 private:
