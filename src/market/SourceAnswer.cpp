@@ -1,6 +1,7 @@
 #include "market/SourceAnswer.h"
 #include "pages/AnswerFigures.h"
 #include "pages/CsvTable.h"
+#include "pages/HeadingsTable.h"
 #include "pages/JsonTable.h"
 #include "pages/PageFigure.h"
 #include <algorithm>
@@ -19,6 +20,8 @@ AnswerTable tableOf(std::string_view bytes, const AnswerFormat& format) {
     return readJsonTable(bytes, format);
   case AnswerReader::Csv:
     return readCsvTable(bytes, format);
+  case AnswerReader::Headings:
+    return readHeadingsTable(bytes, format);
   default:
     throw AnswerException(Fault::Unreadable, u"no reader for this answer");
   }
@@ -103,6 +106,8 @@ AnsweredHistory readHistory(std::string_view bytes, const AnswerFormat& format) 
   history.passedOver = table.passedOver;
   for (const AnswerRow& row : table.rows)
     onRow(row, [&] { history.passedOver += takeRow(row, figures, history) ? 0 : 1; });
+  if (!table.rows.empty() && history.prices.empty() && history.dividends.empty() && history.splits.empty())
+    throw AnswerException(Fault::Unreadable, u"none of the rows has a day and a price");
   history.currency = currencyOf(table, format);
   return history;
 }

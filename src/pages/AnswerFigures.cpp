@@ -21,7 +21,7 @@ icu::UnicodeString toIcu(const String& text) {
 }
 
 [[noreturn]] void failAt(const char16_t* what, const String& text) {
-  throw AnswerException(Fault::Unreadable, what + (u": \"" + text + u"\""));
+  throw AnswerException(Fault::Unreadable, what + (u": " + inMessage(text)));
 }
 
 std::unique_ptr<icu::TimeZone> timeZoneOf(const String& name) {

@@ -43,6 +43,15 @@ struct AnswerTable {
   std::size_t passedOver = 0; ///< rows that lack what every row must have, such as the lines of a dividend
 };
 
+struct AnswerFormat;
+
+/// Adds a row of a text or page to the table, or counts it as passed over: one without a digit in its day
+/// where the format has a column of days, or without any text.
+void takeRow(AnswerTable& table, AnswerRow row, const AnswerFormat& format);
+
+/// A text of an answer for a message: in quotation marks, on one line, cut behind 100 characters.
+String inMessage(const String& text);
+
 /// An answer that its reader cannot use. The message names the place and the cause.
 class AnswerException : public Exception {
 public:

@@ -179,7 +179,7 @@ String firstDifference(const std::vector<String>& texts, const std::vector<Value
   return {};
 }
 
-void settleDays(const std::vector<String>& texts, CsvProposal& proposal) {
+void settleDays(const std::vector<String>& texts, FormatProposal& proposal) {
   std::optional<std::vector<Date>> first;
   for (const std::u16string_view pattern : DATE_PATTERNS) {
     AnswerFormat tried;
@@ -200,7 +200,7 @@ void settleDays(const std::vector<String>& texts, CsvProposal& proposal) {
     throw AnswerException(Fault::Unreadable, u"the days are in no known form: \"" + texts.front() + u"\"");
 }
 
-void settleDecimalSign(const std::vector<String>& texts, CsvProposal& proposal) {
+void settleDecimalSign(const std::vector<String>& texts, FormatProposal& proposal) {
   const auto valuesWith = [&](char16_t sign) {
     AnswerFormat tried;
     tried.decimalSign = sign;
@@ -220,8 +220,8 @@ void settleDecimalSign(const std::vector<String>& texts, CsvProposal& proposal) 
 
 } // namespace
 
-CsvProposal proposeCsvFormat(std::string_view bytes) {
-  CsvProposal proposal;
+FormatProposal proposeCsvFormat(std::string_view bytes) {
+  FormatProposal proposal;
   proposal.format = formatByHeadings(bytes);
   const AnswerTable table = readCsvTable(bytes, proposal.format);
   const std::vector<String> days = textsOf(table, {Column::Date});

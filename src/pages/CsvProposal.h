@@ -14,8 +14,8 @@ struct FormatDoubt {
   std::vector<String> choices; ///< values for AnswerFormat::datePattern or decimalSign
 };
 
-/// How a CSV file of prices seems to be written, worked out from its texts alone.
-struct CsvProposal {
+/// How an answer with prices seems to be written, worked out from its texts alone.
+struct FormatProposal {
   AnswerFormat format; ///< holds the first choice of each doubt
   std::vector<FormatDoubt> doubts;
 };
@@ -23,6 +23,6 @@ struct CsvProposal {
 /// Looks at the headings (in English, German, French, Spanish, Hungarian and others), separators, days and
 /// numbers. What fits in one way only is taken; what fits in several is a doubt. Throws AnswerException for a
 /// text that is no table of days and closes, with what is missing.
-CsvProposal proposeCsvFormat(std::string_view bytes);
+FormatProposal proposeCsvFormat(std::string_view bytes);
 
 } // namespace Tallymoor

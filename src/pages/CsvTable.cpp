@@ -1,6 +1,5 @@
 #include "pages/CsvTable.h"
-#include "pages/JsonTable.h"
-#include "pages/PageFigure.h"
+#include "pages/AnswerForm.h"
 #include <algorithm>
 #include <csv.h>
 #include <memory>
@@ -12,9 +11,7 @@ namespace {
 using Fault = AnswerException::Fault;
 using Fields = std::vector<String>;
 
-constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
 constexpr std::size_t MAX_FIELDS = 1000;
-constexpr std::size_t SHOWN_UNITS = 60;
 
 /// Takes the fields from the library, whose callbacks may not throw what it does not know.
 struct RowCollector {
@@ -36,20 +33,6 @@ struct RowCollector {
   }
 };
 
-/// What no table begins with: a message that says what came instead.
-void refuseOtherForms(std::string_view bytes, const AnswerFormat& format) {
-  const std::string_view text = bytes.substr(std::min(bytes.find_first_not_of(" \t\r\n"), bytes.size()));
-  if (text.empty())
-    throw AnswerException(Fault::Unreadable, u"the answer is empty");
-  if (text.front() == '<')
-    throw AnswerException(Fault::Unreadable, u"the answer is a web page where CSV is expected");
-  if (text.front() != '{')
-    return;
-  if (const String error = errorInJson(text, format.errorPaths); !error.empty())
-    throw AnswerException(Fault::SourceError, error);
-  throw AnswerException(Fault::Unreadable, u"the answer is JSON where CSV is expected");
-}
-
 /// The index of a heading in a row; the row's size if it is missing.
 std::size_t placeOfHeading(const Fields& row, const String& heading) {
   const String wanted = heading.trimmed().toLower();
@@ -64,20 +47,33 @@ bool hasAllHeadings(const Fields& row, const AnswerFormat& format) {
   });
 }
 
+String joined(const Fields& fields) {
+  String text;
+  for (const String& field : fields)
+    text += (text.empty() ? String() : String(u", ")) + field;
+  return text;
+}
+
 [[noreturn]] void failWithoutHeadings(const Fields& first, const AnswerFormat& format) {
   String wanted;
   for (const ColumnPlace& column : format.columns)
     wanted += (wanted.empty() ? String() : String(u", ")) + column.place;
-  String seen;
-  for (const String& field : first)
-    seen += (seen.empty() ? String() : String(u", ")) + field;
-  if (seen.size() > SHOWN_UNITS)
-    seen = seen.substr(0, SHOWN_UNITS) + u"...";
-  throw AnswerException(Fault::Unreadable,
-                        u"no row has the headings " + wanted + u"; the first row is " + seen);
+  throw AnswerException(Fault::Unreadable, u"no row has the headings " + wanted + u"; the first row is " +
+                                               inMessage(joined(first)));
 }
 
-/// Where each column of the format stands in a row.
+std::vector<std::size_t> placesByHeading(const Fields& headings, const AnswerFormat& format) {
+  std::vector<std::size_t> places;
+  for (const ColumnPlace& column : format.columns) {
+    places.push_back(placeOfHeading(headings, column.place));
+    const auto behind = headings.begin() + static_cast<std::ptrdiff_t>(places.back()) + 1;
+    if (placeOfHeading(Fields(behind, headings.end()), column.place) <
+        static_cast<std::size_t>(headings.end() - behind))
+      throw AnswerException(Fault::Unreadable, u"two columns have the heading " + column.place);
+  }
+  return places;
+}
+
 std::vector<std::size_t> placesByNumber(const AnswerFormat& format) {
   std::vector<std::size_t> places;
   for (const ColumnPlace& column : format.columns) {
@@ -89,11 +85,19 @@ std::vector<std::size_t> placesByNumber(const AnswerFormat& format) {
   return places;
 }
 
-bool isRow(const AnswerRow& row, const AnswerFormat& format) {
-  for (const ColumnPlace& column : format.columns)
-    if (column.column == AnswerColumn::Date)
-      return row[column.column] && holdsDigits(*row[column.column]);
-  return std::any_of(row.texts.begin(), row.texts.end(), [](const auto& text) { return text.has_value(); });
+/// The texts of the columns; none for a row that has not as many fields as the heading, since a text in it
+/// may stand under another heading.
+AnswerRow rowOf(const Fields& fields, const AnswerFormat& format, const std::vector<std::size_t>& places,
+                std::size_t numFields) {
+  AnswerRow row;
+  const bool isWhole =
+      fields.size() >= numFields &&
+      (!format.hasHeading || std::all_of(fields.begin() + static_cast<std::ptrdiff_t>(numFields),
+                                         fields.end(), [](const String& field) { return field.empty(); }));
+  for (std::size_t i = 0; isWhole && i < places.size(); ++i)
+    if (const String& text = fields[places[i]]; !text.empty())
+      row[format.columns[i].column] = text;
+  return row;
 }
 
 } // namespace
@@ -108,44 +112,41 @@ std::vector<Fields> readCsvRows(std::string_view bytes, char separator) {
   if (csv_parse(&parser, bytes.data(), bytes.size(), &RowCollector::takeField, &RowCollector::endRow,
                 &collector) != bytes.size())
     throw AnswerException(Fault::Unreadable, String(csv_strerror(csv_error(&parser))));
-  csv_fini(&parser, &RowCollector::takeField, &RowCollector::endRow, &collector);
+  csv_set_opts(&parser, CSV_STRICT | CSV_STRICT_FINI); // only for the end: a quote that is still open there
+  if (csv_fini(&parser, &RowCollector::takeField, &RowCollector::endRow, &collector) != 0)
+    throw AnswerException(Fault::Unreadable, u"the last quoted field has no end");
   if (collector.tooLong)
     throw AnswerException(Fault::Unreadable, u"a row has more than 1000 fields");
   return std::move(collector.rows);
 }
 
 AnswerTable readCsvTable(std::string_view bytes, const AnswerFormat& format) {
-  if (bytes.starts_with(BYTE_ORDER_MARK))
-    bytes.remove_prefix(BYTE_ORDER_MARK.size());
-  refuseOtherForms(bytes, format);
-  const std::vector<Fields> rows = readCsvRows(bytes, format.separator);
+  requireForm(bytes, format);
+  const std::vector<Fields> rows = readCsvRows(withoutByteOrderMark(bytes), format.separator);
   std::size_t next = std::min(format.skipLines, rows.size());
+  const std::size_t first = next;
   std::vector<std::size_t> places;
+  std::size_t numFields = 0;
   if (format.hasHeading) {
-    const std::size_t from = next;
     while (next < rows.size() && !hasAllHeadings(rows[next], format))
       ++next;
     if (next == rows.size())
-      failWithoutHeadings(from < rows.size() ? rows[from] : Fields(), format);
-    for (const ColumnPlace& column : format.columns)
-      places.push_back(placeOfHeading(rows[next], column.place));
-    ++next;
+      failWithoutHeadings(first < rows.size() ? rows[first] : Fields(), format);
+    places = placesByHeading(rows[next], format);
+    numFields = rows[next++].size();
   } else {
     places = placesByNumber(format);
+    numFields = places.empty() ? 0 : *std::max_element(places.begin(), places.end()) + 1;
   }
-  const std::size_t numFields = places.empty() ? 0 : *std::max_element(places.begin(), places.end()) + 1;
   AnswerTable table;
   for (; next < rows.size(); ++next) {
-    AnswerRow row;
+    AnswerRow row = rowOf(rows[next], format, places, numFields);
     row.place = next + 1;
-    for (std::size_t i = 0; rows[next].size() >= numFields && i < places.size(); ++i)
-      if (const String& text = rows[next][places[i]]; !text.empty())
-        row[format.columns[i].column] = text;
-    if (isRow(row, format))
-      table.rows.push_back(std::move(row));
-    else
-      ++table.passedOver;
+    takeRow(table, std::move(row), format);
   }
+  if (!format.hasHeading && table.rows.empty() && first < rows.size())
+    throw AnswerException(Fault::Unreadable, u"no row has the columns of the format; the first row is " +
+                                                 inMessage(joined(rows[first])));
   return table;
 }
 

@@ -1,4 +1,5 @@
 #include "pages/JsonTable.h"
+#include "pages/AnswerForm.h"
 #include "pages/JsonPath.h"
 #include "pages/JsonValues.h"
 #include <algorithm>
@@ -9,11 +10,14 @@ namespace {
 
 using Fault = AnswerException::Fault;
 
+constexpr std::size_t MOST_UNITS = 400; ///< of the source's words
+
 String joinedTexts(const std::vector<JsonValues>& found) {
   String joined;
   for (const JsonValues& at : found)
     for (const auto& [place, text] : at.values)
-      joined += (joined.empty() ? String() : String(u"; ")) + text.trimmed();
+      if (joined.size() < MOST_UNITS)
+        joined += (joined.empty() ? String() : String(u"; ")) + text.substr(0, MOST_UNITS).trimmed();
   return joined;
 }
 
@@ -58,18 +62,20 @@ AnswerTable tableOf(const std::vector<JsonValues>& columns, const AnswerFormat& 
 } // namespace
 
 AnswerTable readJsonTable(std::string_view bytes, const AnswerFormat& format) {
+  requireForm(bytes, format);
   std::vector<JsonPath> paths;
   for (const ColumnPlace& column : format.columns)
     paths.emplace_back(column.place);
   for (const String& error : format.errorPaths)
     paths.emplace_back(error);
-  std::vector<JsonValues> columns = readJsonValues(bytes, paths);
+  std::vector<JsonValues> columns = readJsonValues(bytes, paths, static_cast<char>(format.decimalSign));
   const auto firstError = columns.begin() + static_cast<std::ptrdiff_t>(format.columns.size());
   if (const String error = joinedTexts({firstError, columns.end()}); !error.empty())
     throw AnswerException(Fault::SourceError, error);
   columns.erase(firstError, columns.end());
   if (!columns.empty() && !columns.front().isThere)
-    throw AnswerException(Fault::Unreadable, u"the answer has nothing at " + paths.front().text());
+    throw AnswerException(Fault::Unreadable, u"the answer has nothing at " + paths.front().text() + u": " +
+                                                 inMessage(String::fromUTF8(withoutByteOrderMark(bytes))));
   return tableOf(columns, format, commonLength(columns, paths));
 }
 

@@ -1,5 +1,5 @@
 #include "pages/JsonValues.h"
-#include "pages/AnswerTable.h"
+#include "pages/AnswerForm.h"
 #include <algorithm>
 #include <cstdint>
 #include <rapidjson/error/en.h>
@@ -14,13 +14,12 @@ using Fault = AnswerException::Fault;
 using Mask = std::uint64_t; ///< a bit for each path
 
 constexpr std::size_t MAX_PATHS = 64;
-constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
 
 /// Follows all paths at once while the parser walks through the document.
 class PathFollower : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, PathFollower> {
 public:
-  PathFollower(const std::vector<JsonPath>& paths, std::vector<JsonValues>& results)
-      : m_paths(paths), m_results(results), m_places(paths.size()) {
+  PathFollower(const std::vector<JsonPath>& paths, std::vector<JsonValues>& results, char decimalSign)
+      : m_paths(paths), m_results(results), m_decimalSign(decimalSign), m_places(paths.size()) {
     m_root = paths.size() == MAX_PATHS ? ~Mask(0) : (Mask(1) << paths.size()) - 1;
     for (std::size_t i = 0; i < paths.size(); ++i)
       results[i].isList = paths[i].hasEach() || paths[i].namesKeys();
@@ -41,7 +40,13 @@ public:
     return true;
   }
   bool String(const char* text, rapidjson::SizeType length, bool) { return value({text, length}); }
-  bool RawNumber(const char* text, rapidjson::SizeType length, bool) { return value({text, length}); }
+  bool RawNumber(const char* text, rapidjson::SizeType length, bool) {
+    if (m_decimalSign == '.')
+      return value({text, length});
+    std::string number(text, length);
+    std::replace(number.begin(), number.end(), '.', m_decimalSign);
+    return value(number);
+  }
   bool Bool(bool value) { return this->value(value ? "true" : "false"); }
   bool Null() {
     (void)enter();
@@ -164,6 +169,7 @@ private:
 
   const std::vector<JsonPath>& m_paths;
   std::vector<JsonValues>& m_results;
+  char m_decimalSign;
   Mask m_root;
   std::vector<std::size_t> m_places; ///< of each path, in its list
   std::vector<Container> m_containers;
@@ -187,13 +193,13 @@ std::optional<String> JsonValues::at(std::size_t place) const {
   return found == values.end() ? std::nullopt : std::optional(found->second);
 }
 
-std::vector<JsonValues> readJsonValues(std::string_view bytes, const std::vector<JsonPath>& paths) {
+std::vector<JsonValues> readJsonValues(std::string_view bytes, const std::vector<JsonPath>& paths,
+                                       char decimalSign) {
   if (paths.size() > MAX_PATHS)
     throw AnswerException(Fault::Unreadable, u"more than 64 JSON paths");
-  if (bytes.starts_with(BYTE_ORDER_MARK))
-    bytes.remove_prefix(BYTE_ORDER_MARK.size());
+  bytes = withoutByteOrderMark(bytes);
   std::vector<JsonValues> results(paths.size());
-  PathFollower follower(paths, results);
+  PathFollower follower(paths, results, decimalSign);
   rapidjson::MemoryStream memory(bytes.data(), bytes.size());
   rapidjson::EncodedInputStream<rapidjson::UTF8<>, rapidjson::MemoryStream> stream(memory);
   rapidjson::Reader reader;

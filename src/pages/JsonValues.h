@@ -22,11 +22,13 @@ struct JsonValues {
 };
 
 /// The values at the paths, in their order. Numbers are the text as it stands in the document, so "12.3400"
-/// keeps its zeros. A byte order mark is passed over. Reads in one pass with no recursion, so nesting and
-/// size cost memory in proportion only.
+/// keeps its zeros; with another decimal sign than the point, numbers of the document (but not its strings)
+/// get that sign. A byte order mark is passed over. Reads in one pass with no recursion, so nesting and size
+/// cost memory in proportion only.
 ///
 /// Throws AnswerException for bytes that are no JSON document in UTF-8, with the line and column, and where a
 /// path leads to an object, or to a list inside a list. No more than 64 paths.
-std::vector<JsonValues> readJsonValues(std::string_view bytes, const std::vector<JsonPath>& paths);
+std::vector<JsonValues> readJsonValues(std::string_view bytes, const std::vector<JsonPath>& paths,
+                                       char decimalSign = '.');
 
 } // namespace Tallymoor

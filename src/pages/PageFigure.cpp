@@ -97,13 +97,35 @@ std::optional<UChar32> codePoint(const String& digits, int base) {
   return isCharacter ? std::optional(static_cast<UChar32>(value)) : std::nullopt;
 }
 
+struct NamedCharacter {
+  std::u16string_view name;
+  char16_t character;
+};
+
+/// Those of markup, and of headings and names in the languages whose pages have them.
+constexpr std::array NAMED_CHARACTERS{
+    NamedCharacter{u"amp", u'&'},         NamedCharacter{u"lt", u'<'},
+    NamedCharacter{u"gt", u'>'},          NamedCharacter{u"quot", u'"'},
+    NamedCharacter{u"apos", u'\''},       NamedCharacter{u"nbsp", u' '},
+    NamedCharacter{u"auml", u'\u00E4'},   NamedCharacter{u"ouml", u'\u00F6'},
+    NamedCharacter{u"uuml", u'\u00FC'},   NamedCharacter{u"Auml", u'\u00C4'},
+    NamedCharacter{u"Ouml", u'\u00D6'},   NamedCharacter{u"Uuml", u'\u00DC'},
+    NamedCharacter{u"szlig", u'\u00DF'},  NamedCharacter{u"aacute", u'\u00E1'},
+    NamedCharacter{u"eacute", u'\u00E9'}, NamedCharacter{u"iacute", u'\u00ED'},
+    NamedCharacter{u"oacute", u'\u00F3'}, NamedCharacter{u"uacute", u'\u00FA'},
+    NamedCharacter{u"Aacute", u'\u00C1'}, NamedCharacter{u"Eacute", u'\u00C9'},
+    NamedCharacter{u"odblac", u'\u0151'}, NamedCharacter{u"udblac", u'\u0171'},
+    NamedCharacter{u"agrave", u'\u00E0'}, NamedCharacter{u"egrave", u'\u00E8'},
+    NamedCharacter{u"acirc", u'\u00E2'},  NamedCharacter{u"ecirc", u'\u00EA'},
+    NamedCharacter{u"ocirc", u'\u00F4'},  NamedCharacter{u"ccedil", u'\u00E7'},
+    NamedCharacter{u"ntilde", u'\u00F1'}, NamedCharacter{u"atilde", u'\u00E3'},
+    NamedCharacter{u"euro", u'\u20AC'},   NamedCharacter{u"pound", u'\u00A3'}};
+
 /// What a reference stands for, given without its "&" and ";".
 std::optional<String> referredCharacter(const String& name) {
-  static const std::array<std::pair<String, String>, 6> NAMES{
-      {{u"amp", u"&"}, {u"lt", u"<"}, {u"gt", u">"}, {u"quot", u"\""}, {u"apos", u"'"}, {u"nbsp", u" "}}};
-  for (const auto& [known, character] : NAMES)
-    if (name == known)
-      return character;
+  for (const NamedCharacter& known : NAMED_CHARACTERS)
+    if (name == known.name)
+      return String(1, known.character);
   if (!name.starts_with(u'#'))
     return std::nullopt;
   const bool hexadecimal = name.size() > 1 && (name[1] | 0x20) == u'x';

@@ -12,7 +12,8 @@ namespace Tallymoor {
 String withoutPageBlanks(const String& text);
 
 /// A name as the reader of a page sees it: "&amp;", "&lt;", "&gt;", "&quot;", "&apos;", "&nbsp;" and numbers,
-/// as in "&#38;" and "&#x26;", are the characters that they stand for. Others stay as they are.
+/// names of letters such as "&ouml;", "&euro;" and "&pound;", and numbers, as in "&#38;" and "&#x26;", are
+/// the characters that they stand for. Others stay as they are.
 String withCharacters(const String& text);
 
 /// True when there is any digit in it, but for those of blanks at its ends: what is without is no number, as

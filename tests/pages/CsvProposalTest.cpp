@@ -6,7 +6,7 @@
 namespace Tallymoor {
 namespace {
 
-String summaryOf(const CsvProposal& proposal) {
+String summaryOf(const FormatProposal& proposal) {
   String text = String(1, static_cast<char16_t>(proposal.format.separator)) + u" " +
                 proposal.format.datePattern + u" " + String(1, proposal.format.decimalSign);
   for (const ColumnPlace& column : proposal.format.columns)

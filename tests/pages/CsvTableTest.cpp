@@ -67,18 +67,45 @@ TEST(CsvTable, NamesTheCauseOfEachFailure) {
   };
   AnswerFormat format = dateAndClose();
   format.errorPaths = {u"$.Note"};
-  for (const Case& each : {Case{"", u"the answer is empty"}, Case{" \r\n", u"the answer is empty"},
-                           Case{"<!DOCTYPE html>", u"the answer is a web page where CSV is expected"},
-                           Case{"{\"Note\":\"25 requests per day\"}", u"25 requests per day"},
-                           Case{"{\"x\":1}", u"the answer is JSON where CSV is expected"},
-                           Case{"{broken", u"the answer is JSON where CSV is expected"},
-                           Case{"Too many requests\n",
-                                u"no row has the headings Date, Close; the first row is Too many requests"},
-                           Case{"Date," + std::string(70, 'x') + "\n",
-                                u"no row has the headings Date, Close; the first row is Date, "
-                                u"xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx..."},
-                           Case{std::string(2000, ','), u"a row has more than 1000 fields"}})
+  for (const Case& each :
+       {Case{"", u"the answer is empty"}, Case{" \r\n", u"the answer is empty"},
+        Case{"<!DOCTYPE html>", u"the answer is a web page where CSV is expected"},
+        Case{"{\"Note\":\"25 requests per day\"}", u"25 requests per day"},
+        Case{"{\"x\":1}", u"the answer is JSON where CSV is expected"},
+        Case{"{broken", u"the answer is JSON where CSV is expected"},
+        Case{"Too many requests\n",
+             u"no row has the headings Date, Close; the first row is \"Too many requests\""},
+        Case{"Date," + std::string(110, 'x') + "\n",
+             u"no row has the headings Date, Close; the first row is \"Date, "
+             u"xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx"
+             u"xxxxxxxxxxxxxxxxxxxxxxxxxx...\""},
+        Case{"<title>Are&nbsp;you a robot?</title>",
+             u"the answer is a web page, \"Are you a robot?\", where CSV is expected"},
+        Case{"<?xml version=\"1.0\"?><error/>", u"the answer is an XML document where CSV is expected"},
+        Case{"\x1F\x8B\x08", u"the answer is compressed (gzip)"},
+        Case{"\xFF\xFE"
+             "D",
+             u"the answer is a text in UTF-16, not in UTF-8"},
+        Case{"Date,Close\n2024-01-02,\"1\n2024-01-03,2\n", u"the last quoted field has no end"},
+        Case{"Date,Close,Close\n2024-01-02,1,2\n", u"two columns have the heading Close"},
+        Case{std::string(2000, ','), u"a row has more than 1000 fields"}})
     EXPECT_EQ(messageOf([&] { readCsvTable(each.answer, format); }), each.message) << each.answer;
+}
+
+TEST(CsvTable, PassesOverRowsWhoseFieldsMayStandUnderOtherHeadings) {
+  const AnswerTable table = readCsvTable(
+      "Date,Close,Volume\n2024-01-02,1,234.50,7\n2024-01-03,2\n2024-01-04,3,9,\n", dateAndClose());
+  EXPECT_EQ(rowsOf(table), u"2024-01-04=3;");
+  EXPECT_EQ(table.passedOver, 2u);
+}
+
+TEST(CsvTable, RefusesATextWithoutAnyRow) {
+  AnswerFormat format = dateAndClose();
+  format.columns[0].place = u"1";
+  format.columns[1].place = u"2";
+  format.hasHeading = false;
+  EXPECT_EQ(messageOf([&] { readCsvTable("Too many requests\n", format); }),
+            u"no row has the columns of the format; the first row is \"Too many requests\"");
 }
 
 TEST(CsvTable, ReadsAVeryLongLine) {

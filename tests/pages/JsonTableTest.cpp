@@ -111,15 +111,15 @@ TEST(JsonTable, NamesTheCauseOfEachFailure) {
     const char16_t* message;
   };
   for (const Case& each :
-       {Case{"", u"the answer is not JSON: The document is empty. (line 1, column 1)"},
-        Case{"<html>", u"the answer is not JSON: Invalid value. (line 1, column 1)"},
+       {Case{"", u"the answer is empty"}, Case{"<html>", u"the answer is a web page where JSON is expected"},
         Case{"{\"values\":[\n{\"date\":\"2024",
              u"the answer is not JSON: Missing a closing quotation mark in string. (line 2, column 14)"},
         Case{"{} x", u"the answer is not JSON: The document root must not be followed by other values. (line "
                      u"1, column 4)"},
         Case{"{\"values\":NaN}", u"the answer is not JSON: Invalid value. (line 1, column 11)"},
         Case{"[\"\xC3\x28\"]", u"the answer is not JSON: Invalid encoding in string. (line 1, column 3)"},
-        Case{"{}", u"the answer has nothing at $.values[*].date"},
+        Case{"{\"x\":\n1}", u"the answer has nothing at $.values[*].date: \"{\"x\": 1}\""},
+        Case{"Too many requests", u"the answer is plain text where JSON is expected: \"Too many requests\""},
         Case{"{\"values\":[{\"date\":{}}]}",
              u"the answer holds an object where a value is expected: $.values[*].date"},
         Case{"{\"values\":[{\"date\":[1]}]}",
@@ -133,6 +133,20 @@ TEST(JsonTable, RefusesListsOfDifferentLengths) {
             u"lists of different lengths: 3 at $.t, 2 at $.c");
 }
 
+TEST(JsonTable, NumbersOfTheDocumentGetTheDecimalSignOfItsTexts) {
+  AnswerFormat format = formatOf({{Column::Close, u"$[*]"}});
+  format.decimalSign = u',';
+  EXPECT_EQ(textsOf(readJsonTable(R"json(["10.500", 10.500, 1.5e3])json", format), Column::Close),
+            u"10.500 10,500 1,5e3");
+}
+
+TEST(JsonTable, CutsWhatTheSourceTells) {
+  EXPECT_EQ(messageOfReading("{\"Note\":\"" + std::string(10 * 1024 * 1024, 'x') + "\"}",
+                             formatOf({{Column::Close, u"$.c"}}, {u"$.Note"}))
+                .size(),
+            400u);
+}
+
 TEST(JsonTable, PassesOverAByteOrderMark) {
   EXPECT_EQ(textsOf(readJsonTable("\xEF\xBB\xBF[1]", formatOf({{Column::Close, u"$"}})), Column::Close),
             u"1");
@@ -141,7 +155,8 @@ TEST(JsonTable, PassesOverAByteOrderMark) {
 TEST(JsonTable, StandsUpToDepthAndWidth) {
   constexpr std::size_t MANY = 1'000'000;
   const std::string deep = std::string(MANY, '[') + std::string(MANY, ']');
-  EXPECT_EQ(messageOfReading(deep, formatOf({{Column::Close, u"$.c"}})), u"the answer has nothing at $.c");
+  EXPECT_EQ(messageOfReading(deep, formatOf({{Column::Close, u"$.c"}})).substr(0, 33),
+            u"the answer has nothing at $.c: \"[");
   std::string wide = "{\"c\":[1]";
   for (std::size_t i = 0; i < MANY; ++i)
     wide += ",\"k\":0";
