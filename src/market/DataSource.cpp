@@ -2,72 +2,104 @@
 #include "foundation/Exception.h"
 #include "market/HTTPClient.h"
 #include "market/HistoryPage.h"
-#include "market/HistoryTable.h"
+#include "market/LocatorPrices.h"
 #include "market/LocatorSet.h"
-#include "market/SearchTable.h"
-#include "market/URLResolver.h"
-#include "pages/HTMLTable.h"
-#include "pages/HTMLTag.h"
-#include "pages/HTMLTagLocator.h"
-#include "pages/PageFigure.h"
+#include <algorithm>
 #include <utility>
 
 namespace Tallymoor {
 
-namespace {
-
-const XMLURLLocator& urlLocator(const XMLElement& locator) {
-  return static_cast<const XMLURLLocator&>(locator.subElement(u"URLLocator"));
-}
-
-const XMLTableLocator& tableLocator(const XMLElement& locator) {
-  return static_cast<const XMLTableLocator&>(locator.subElement(u"TableLocator"));
-}
-
-HTMLTable readTable(const XMLElement& locator, const HTMLPage& page) {
-  HTMLTable table(&tableLocator(locator));
-  table.fillFrom(page.get());
-  return table;
-}
-
-} // namespace
-
 DataSource::DataSource(std::shared_ptr<HTTPClient> client, const LocatorSet& locators)
-    : m_client(std::move(client)), m_currentPrice(locators.currentPrice()),
-      m_codeSearch(locators.codeSearch()), m_historicalPrices(locators.historicalPrices()) {}
+    : DataSource({{std::make_shared<const LocatorPrices>(std::move(client), locators)},
+                  {},
+                  std::make_shared<SourceLog>()}) {}
 
-HTMLPage DataSource::fetch(const XMLElement& locator, const URLVariablesProvider& variables,
-                           const std::stop_token& stop) const {
-  const URL url = URLResolver(&urlLocator(locator))(variables);
-  return HTMLParser::Parse(m_client->getPage(url, stop));
+DataSource::DataSource(SourceChoice choice) : m_choice(std::move(choice)) {}
+
+/// Their callers remember what has failed, and ask the user.
+bool DataSource::isLocatorsAlone() const {
+  return m_choice.pins.empty() && m_choice.sources.size() == 1 &&
+         m_choice.sources.front()->name() == LocatorPrices::NAME;
+}
+
+template <class Offers>
+std::vector<DataSource::Candidate> DataSource::candidatesFor(const String& code, Offers offers,
+                                                             std::vector<SourceReason>& reasons) const {
+  const auto pin = m_choice.pins.find(code);
+  const bool isPinned = pin != m_choice.pins.end();
+  const String& codeThere = isPinned ? pin->second.codeThere : code;
+  std::vector<Candidate> candidates;
+  for (const auto& source : m_choice.sources)
+    if (isPinned ? source->name() == pin->second.source && offers(*source)
+                 : offers(*source) && source->serves(code))
+      candidates.push_back({source.get(), codeThere});
+  if (isPinned && candidates.empty())
+    reasons.push_back({pin->second.source, SourceFault::Refused,
+                       u"the code is for this source alone, which is off or does not offer this"});
+  return candidates;
+}
+
+/// Nothing when a source answered without a price and none failed.
+template <class Offers, class Ask>
+auto DataSource::firstAnswer(const String& code, const std::stop_token& stop, Offers offers, Ask ask) const {
+  std::vector<SourceReason> reasons;
+  decltype(ask(std::declval<const PriceProvider&>(), code)) answer;
+  const std::vector<Candidate> candidates = candidatesFor(code, offers, reasons);
+  bool hasAnswered = false;
+  for (const auto& [source, codeThere] : candidates) {
+    if (!isLocatorsAlone())
+      if (auto refusal = m_choice.log->beginRequest(code, source->name(), source->requestsADay())) {
+        reasons.push_back(std::move(*refusal));
+        continue;
+      }
+    try {
+      answer = ask(*source, codeThere);
+      if (answer) {
+        m_choice.log->noteAnswer(code, source->name(), std::move(reasons), *answer);
+        return answer;
+      }
+      hasAnswered = true;
+      reasons.push_back({source->name(), SourceFault::NoPrice, u"it has no price for these days"});
+    } catch (const Exception& failure) {
+      if (stop.stop_requested())
+        throw;
+      reasons.push_back({source->name(), faultOf(failure), failure.message()});
+      m_choice.log->noteFailure(code, reasons.back());
+      if (isLocatorsAlone()) {
+        m_choice.log->noteNoAnswer(code, std::move(reasons));
+        throw;
+      }
+    }
+  }
+  if (candidates.empty() && reasons.empty())
+    throw SourceException(SourceFault::WrongCode, u"no source that is on serves the code " + code);
+  m_choice.log->noteNoAnswer(code, reasons);
+  std::erase_if(reasons, [](const SourceReason& reason) { return reason.fault == SourceFault::NoPrice; });
+  if (!reasons.empty() || !hasAnswered)
+    throw SourceException(reasons);
+  return answer;
 }
 
 double DataSource::currentPrice(const String& code, const std::stop_token& stop) const {
-  const HTMLPage page = fetch(m_currentPrice, URLVariables(code, true, true), stop);
-  return readCurrentPrice(m_currentPrice, page.get());
-}
-
-double DataSource::readCurrentPrice(const XMLCurrentPrice& source, const HTMLTag* page) {
-  const auto& locator = static_cast<const XMLTagLocator&>(source.subElement(u"TagLocator"));
-  const HTMLTag* tag = HTMLTagLocator(&locator)(page);
-  if (locator.format() != VALUE_FORMAT_FLOAT)
-    throw HTMLException(u"TallymoorInternet::CurrentPrice - locator format not a double!");
-  // A stock that was not traded has "N/A" or nothing there.
-  return holdsDigits(tag->text()) ? requireFigure(tag->text()) : 0.0;
-}
-
-URLVariables DataSource::historyVariables(const String& code, const HistoryRange& range) {
-  const auto text = String::fromLong;
-  return URLVariables(code, true, true, text(range.start.day()), text(range.start.month() - 1),
-                      text(range.start.year()), text(range.end.day()), text(range.end.month() - 1),
-                      text(range.end.year()));
+  const std::optional<AnsweredPrice> answer = firstAnswer(
+      code, stop, [](const PriceProvider& source) { return source.offersCurrentPrice(); },
+      [&](const PriceProvider& source, const String& codeThere) {
+        return source.currentPrice(codeThere, stop);
+      });
+  return answer ? answer->price : 0.0;
 }
 
 DataSource::Rows DataSource::history(const String& code, const HistoryRange& range,
                                      const std::stop_token& stop) const {
-  const HTMLPage page = fetch(m_historicalPrices, historyVariables(code, range), stop);
-  const HTMLTable table = readTable(m_historicalPrices, page);
-  return HistoryTable(table).rows();
+  std::optional<AnsweredHistory> answer = firstAnswer(
+      code, stop, [](const PriceProvider& source) { return source.offersHistory(); },
+      [&](const PriceProvider& source, const String& codeThere) {
+        std::optional<AnsweredHistory> history = source.history(codeThere, range, stop);
+        if (history->prices.empty())
+          history.reset();
+        return history;
+      });
+  return answer ? std::move(answer->prices) : Rows();
 }
 
 HistoryPage DataSource::historyPage(const String& code, const HistoryRange& range,
@@ -83,18 +115,22 @@ HistoryPage DataSource::historyPage(const String& code, const HistoryRange& rang
 
 void DataSource::search(const String& text, bool isShare, bool usOnly, std::vector<CodeSearchResult>& results,
                         const std::stop_token& stop) const {
-  const URLVariables variables(text, isShare, usOnly);
-  const std::size_t numDetails = m_codeSearch.numSubElements(u"Details");
-  for (std::size_t i = 0; i < numDetails; ++i) {
-    const XMLElement& detail = m_codeSearch.subElement(u"Details", i);
-    const HTMLTable table = readTable(detail, fetch(detail, variables, stop));
-    const SearchTable found(table);
-    for (std::size_t row = 0; row < table.numRows(); ++row) {
-      SearchTable::Row read = found.row(row);
-      if (read.reading == SearchTable::Reading::Read)
-        results.push_back(std::move(read.result));
+  std::vector<SourceReason> reasons;
+  for (const auto& source : m_choice.sources) {
+    if (!source->offersSearch())
+      continue;
+    try {
+      source->search(text, isShare, usOnly, results, stop);
+    } catch (const Exception& failure) {
+      if (isLocatorsAlone() || stop.stop_requested())
+        throw;
+      reasons.push_back({source->name(), faultOf(failure), failure.message()});
     }
+    if (!results.empty())
+      return;
   }
+  if (!reasons.empty())
+    throw SourceException(reasons);
 }
 
 } // namespace Tallymoor

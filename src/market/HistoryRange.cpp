@@ -33,4 +33,8 @@ HistoryRange HistoryRange::around(const Date& date, bool upTo, int maxEntries) {
   return range;
 }
 
+int HistoryRange::daysOfPage(int maxEntries) {
+  return std::max(SHORTEST_FROM_RANGE, calendarDays(maxEntries)) + 1;
+}
+
 } // namespace Tallymoor

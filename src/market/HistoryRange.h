@@ -20,6 +20,8 @@ struct HistoryRange {
   /// Up to the date or from it on, for pages of so many trading days; today is the view date while one is
   /// set.
   static HistoryRange around(const Date& date, bool upTo, int maxEntries);
+  /// The length of the longest of those ranges, both of its ends included.
+  static int daysOfPage(int maxEntries);
 };
 
 } // namespace Tallymoor

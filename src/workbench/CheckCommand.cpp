@@ -1,7 +1,7 @@
 #include "workbench/CheckCommand.h"
 #include "foundation/Exception.h"
-#include "market/DataSource.h"
 #include "market/HTTPClient.h"
+#include "market/LocatorPrices.h"
 #include "market/URLResolver.h"
 #include "market/URLVariables.h"
 #include "pages/HTMLTag.h"
@@ -57,7 +57,7 @@ URL CheckCommand::address(const XMLElement& part) const {
           URLVariables(code, true, m_document->kind() == LocatorDocument::Kind::CurrentPrices));
     const int entries = static_cast<const XMLHistoricalPrices&>(part).maxEntries();
     return URLResolver(&locator)(
-        DataSource::historyVariables(code, HistoryRange::around(Date(), true, entries)));
+        LocatorPrices::historyVariables(code, HistoryRange::around(Date(), true, entries)));
   } catch (const HTTPException&) {
     throw WorkbenchFailure(WorkbenchFailure::NOT_READ, u"The parts of the address name no host.");
   } catch (const HTMLException& failure) {
@@ -117,7 +117,8 @@ bool CheckCommand::showPrice(const XMLElement& source, const WebPage& page) {
     m_out.line(u"WRONG: " + remark + u". The program reads no price from it.");
     return false;
   }
-  const double price = DataSource::readCurrentPrice(static_cast<const XMLCurrentPrice&>(source), page.root());
+  const double price =
+      LocatorPrices::readCurrentPrice(static_cast<const XMLCurrentPrice&>(source), page.root());
   m_out.line(u"The price: " + inQuotes(tag->textView()) + u" reads as " + String::fromDouble(price, 4));
   if (price > 0.0)
     return true;

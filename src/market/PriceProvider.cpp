@@ -1,0 +1,7 @@
+#include "market/PriceProvider.h"
+
+namespace Tallymoor {
+
+PriceProvider::~PriceProvider() = default;
+
+} // namespace Tallymoor

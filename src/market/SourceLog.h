@@ -1,0 +1,81 @@
+#pragma once
+#include "foundation/Date.h"
+#include "foundation/String.h"
+#include "market/SourceAnswer.h"
+#include "market/SourceFailure.h"
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <vector>
+
+namespace Tallymoor {
+
+/// What the sources have told of one code in this run.
+struct ToldOfCode {
+  String source;   ///< that answered last; empty when none has
+  String currency; ///< of its answer; empty when it tells none
+  std::optional<AnsweredPrice> price;
+  std::map<Date, double> dividends;  ///< cash a share, as AnsweredHistory has them
+  std::map<Date, double> splits;     ///< shares that one became
+  std::vector<SourceReason> reasons; ///< of the sources before it in the last request, in their order
+};
+
+/// What became of the requests to sources in this run: by code, which source answered and why each earlier
+/// one did not; by source, its last failure, whether it rests, and how often it was asked today. Any thread.
+class SourceLog {
+public:
+  using Clock = std::chrono::steady_clock;
+  static constexpr int FAILURES_BEFORE_REST = 5;
+  static constexpr std::chrono::minutes REST{15};
+
+  /// Tests choose the time.
+  explicit SourceLog(std::function<Clock::time_point()> now = Clock::now) : m_now(std::move(now)) {}
+
+  void noteAnswer(const String& code, const String& source, std::vector<SourceReason> earlier,
+                  const AnsweredPrice& price);
+  void noteAnswer(const String& code, const String& source, std::vector<SourceReason> earlier,
+                  const AnsweredHistory& history);
+  void noteNoAnswer(const String& code, std::vector<SourceReason> reasons);
+
+  /// A wrong code is remembered. A source that says that it rests, or fails five times in a row for other
+  /// reasons than a code's, rests for a quarter of an hour.
+  void noteFailure(const String& code, const SourceReason& reason);
+  /// Counts a request. Why the source must not be asked for the code now, if so; with a daily limit of 0
+  /// there is none.
+  std::optional<SourceReason> beginRequest(const String& code, const String& source, std::size_t perDay);
+
+  ToldOfCode toldOf(const String& code) const;
+  /// The last failure of a source in this run, with the code for which it failed.
+  struct Failure {
+    String code;
+    SourceReason reason;
+  };
+  std::optional<Failure> lastFailure(const String& source) const;
+
+  /// Wrong codes and rests end: the user wants all to be tried again, or has changed the source.
+  void forgetFailures();
+
+private:
+  struct OfSource {
+    std::set<String> wrongCodes;
+    int failuresInARow = 0;
+    std::optional<Clock::time_point> restsUntil;
+    Date day{0u}; ///< on which the requests were counted
+    std::size_t requests = 0;
+    std::optional<Failure> lastFailure;
+  };
+
+  ToldOfCode& answered(const String& code, const String& source, std::vector<SourceReason> earlier,
+                       const String& currency);
+
+  const std::function<Clock::time_point()> m_now;
+  mutable std::mutex m_mutex; ///< guards the maps
+  std::map<String, ToldOfCode> m_codes;
+  std::map<String, OfSource> m_sources;
+};
+
+} // namespace Tallymoor
