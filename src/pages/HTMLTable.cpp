@@ -109,9 +109,4 @@ ColumnType HTMLTable::columnType(std::size_t index) const {
   return index < m_locator->numSubElements(u"Columns") ? column(*m_locator, index).type() : COLUMN_TYPE_NONE;
 }
 
-ValueFormat HTMLTable::columnFormat(std::size_t index) const {
-  return index < m_locator->numSubElements(u"Columns") ? column(*m_locator, index).format()
-                                                       : VALUE_FORMAT_NONE;
-}
-
 } // namespace Tallymoor

@@ -39,7 +39,6 @@ public:
   std::size_t numRows() const { return m_numRows; }
   /// 0 for an index beyond the columns.
   ColumnType columnType(std::size_t column) const;
-  ValueFormat columnFormat(std::size_t column) const;
 
 private:
   std::optional<std::size_t> findColumn(ColumnType type) const;

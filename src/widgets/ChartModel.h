@@ -66,7 +66,6 @@ inline constexpr FXColor BLUE = FXRGB(0, 114, 178);
 inline constexpr FXColor VERMILLION = FXRGB(213, 94, 0);
 inline constexpr FXColor GREEN = FXRGB(0, 158, 115);
 inline constexpr FXColor PURPLE = FXRGB(163, 73, 132);
-inline constexpr FXColor ORANGE = FXRGB(230, 159, 0);
 } // namespace ChartColours
 
 } // namespace Tallymoor

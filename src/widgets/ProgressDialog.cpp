@@ -134,10 +134,6 @@ unsigned ProgressDialog::total() const {
   return progress->getTotal();
 }
 
-unsigned ProgressDialog::progressSoFar() const {
-  return progress->getProgress();
-}
-
 String ProgressDialog::log() const {
   return fromFox(m_log->getText());
 }

@@ -37,7 +37,6 @@ public:
   void finish();
 
   unsigned total() const;
-  unsigned progressSoFar() const;
   /// What the log shows, a line for each step that had a text.
   String log() const;
   const FXButton& cancelButton() const { return *cancel; }

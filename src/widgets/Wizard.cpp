@@ -122,17 +122,12 @@ void Wizard::setToPage(GUIPanel* panel) {
   const auto found = m_numbers.find(panel);
   if (found == m_numbers.end())
     throw Exception(u"Wizard::setToPage - page not registered: " + panel->title());
-  m_history.push_back({Kind::IN_ORDER, found->second, panel});
+  m_history.push_back({found->second, panel});
   showLastOfHistory();
 }
 
 GUIPanel* Wizard::currentPage() const {
   return m_history.empty() ? nullptr : m_history.back().panel;
-}
-
-void Wizard::restartRoute() {
-  if (!m_history.empty())
-    m_history.push_back({Kind::RESTART, m_history.back().number, m_history.back().panel});
 }
 
 GUIPanel* Wizard::pageNumbered(int number) const {
@@ -190,8 +185,7 @@ long Wizard::onNext(FXObject*, FXSelector, void*) {
 
 void Wizard::goOn() {
   m_back->enable();
-  const Shown& last = m_history.back();
-  if (GUIPanel* next = pageNumbered(last.kind == Kind::RESTART ? 0 : last.number + 1))
+  if (GUIPanel* next = pageNumbered(m_history.back().number + 1))
     setToPage(next);
   else
     setFinalPage();

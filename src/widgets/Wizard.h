@@ -40,8 +40,6 @@ public:
   GUIPanel* currentPage() const;
   /// From now until "< Back" the last button is "Finish".
   void setFinalPage();
-  /// The next "Next >" of the route by itself shows the page numbered 0.
-  void restartRoute();
 
   FXButton* cancelButton() const { return m_cancel; }
   FXButton* backButton() const { return m_back; }
@@ -60,10 +58,7 @@ protected:
   void focusFirstField();
 
 private:
-  /// Why a page came to be in the history.
-  enum class Kind { RESTART = 0, IN_ORDER = 1 };
   struct Shown {
-    Kind kind;
     int number;
     GUIPanel* panel;
   };

@@ -94,16 +94,8 @@ const String& XMLHistoricalPrices::domain() const {
   return attribute(u"domain");
 }
 
-void XMLHistoricalPrices::setDomain(const String& domain) {
-  setAttribute(u"domain", domain);
-}
-
 std::int32_t XMLHistoricalPrices::maxEntries() const {
   return attribute(u"maxEntries").toLong();
-}
-
-void XMLHistoricalPrices::setMaxEntries(std::int32_t entries) {
-  setAttribute(u"maxEntries", String::fromLong(entries));
 }
 
 XMLURLLocator::XMLURLLocator() : XMLSelfCheckedElement(u"URLLocator") {

@@ -91,10 +91,8 @@ class XMLHistoricalPrices : public XMLSelfCheckedElement {
 public:
   XMLHistoricalPrices();
   const String& domain() const;
-  void setDomain(const String& domain);
   /// Rows that one page of the source holds at most.
   std::int32_t maxEntries() const;
-  void setMaxEntries(std::int32_t entries);
 };
 
 /// An address in pieces: one or more "URLParts".

@@ -14,11 +14,6 @@ public:
   void fatalError(const xercesc::SAXParseException& problem) override;
   void resetErrors() override;
 
-  /// Empty while there was no such problem.
-  const String& warningText() const { return m_warning; }
-  const String& errorText() const { return m_error; }
-  const String& fatalErrorText() const { return m_fatalError; }
-
   /// Throws for the problems that were met in a document with this root: for an error before a fatal error,
   /// and for either before a warning, which is as bad.
   void throwIfAny(const String& root) const;

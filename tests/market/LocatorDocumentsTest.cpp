@@ -51,10 +51,6 @@ TEST(LocatorDocuments, HistoricalPricesLocators) {
   auto& locator = static_cast<XMLHistoricalPrices&>(document.subElement(u"HistPrices"));
   EXPECT_EQ(locator.domain(), u"d");
   EXPECT_EQ(locator.maxEntries(), 66);
-  locator.setDomain(u"e");
-  locator.setMaxEntries(200);
-  EXPECT_EQ(locator.domain(), u"e");
-  EXPECT_EQ(locator.attribute(u"maxEntries"), u"200");
 }
 
 TEST(LocatorDocuments, IncompleteDocumentsFailAtLoad) {

@@ -69,9 +69,6 @@ TEST_F(HTMLTableTest, KnowsItsColumns) {
             u"HTMLTable::columnByType - no such type 6");
   EXPECT_EQ(table.columnType(3), COLUMN_TYPE_CLOSE);
   EXPECT_EQ(table.columnType(4), COLUMN_TYPE_NONE);
-  EXPECT_EQ(table.columnFormat(0), VALUE_FORMAT_MID_DATE1);
-  EXPECT_EQ(table.columnFormat(3), VALUE_FORMAT_NONE);
-  EXPECT_EQ(table.columnFormat(4), VALUE_FORMAT_NONE);
 }
 
 TEST_F(HTMLTableTest, MissingCellsThrow) {

@@ -41,11 +41,11 @@ TEST_F(ProgressDialogTest, StepsMoveTheBarAndFillTheLog) {
   ProgressDialog dialog(&mainWindow(), u"Caption", u"Heading", 5);
   m_work = [&](Progress& progress) {
     progress.step(1, u"loading price cache");
-    EXPECT_EQ(1u, dialog.progressSoFar());
+    EXPECT_EQ(1u, find<FXProgressBar>(dialog)->getProgress());
     progress.step(2, String());
-    EXPECT_EQ(3u, dialog.progressSoFar());
+    EXPECT_EQ(3u, find<FXProgressBar>(dialog)->getProgress());
     progress.setText(u"loading portfolio records");
-    EXPECT_EQ(3u, dialog.progressSoFar());
+    EXPECT_EQ(3u, find<FXProgressBar>(dialog)->getProgress());
     progress.setTotal(9);
     EXPECT_EQ(9u, dialog.total());
   };
@@ -123,7 +123,7 @@ TEST_F(ProgressDialogTest, FinishFillsTheBar) {
     dialog.finish();
   };
   dialog.run(*this, 0);
-  EXPECT_EQ(7u, dialog.progressSoFar());
+  EXPECT_EQ(7u, find<FXProgressBar>(dialog)->getProgress());
 }
 
 TEST_F(ProgressDialogTest, ALongHeadingIsNotCutOff) {

@@ -145,14 +145,6 @@ TEST_F(WizardTest, APageThatIsNotRegisteredIsRefused) {
   expectPage(wizard().first, "The first");
 }
 
-TEST_F(WizardTest, ARestartedRouteGoesOnAtPageZero) {
-  next();
-  wizard().restartRoute();
-  next();
-  expectPage(wizard().first, "The first");
-  EXPECT_TRUE(wizard().backButton()->isEnabled());
-}
-
 TEST_F(WizardTest, EachPageBeginsInItsFirstField) {
   const auto hasFocus = [](FXWindow* field) {
     return field->hasFocus() || field->getParent()->getFocus() == field;

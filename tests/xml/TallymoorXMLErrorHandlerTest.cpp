@@ -10,19 +10,21 @@ xercesc::SAXParseException problemAt(XMLFileLoc line, XMLFileLoc column) {
   return xercesc::SAXParseException(u"the parser's own words", u"", u"", line, column);
 }
 
-TEST(TallymoorXMLErrorHandlerTest, EachKindKeepsThePlaceOfItsLastProblem) {
+TEST(TallymoorXMLErrorHandlerTest, TheLastProblemOfAKindIsThrown) {
+  TallymoorXMLErrorHandler handler;
+  handler.warning(problemAt(1, 2));
+  handler.warning(problemAt(70, 80));
+  EXPECT_EQ(failureOf([&] { handler.throwIfAny(u"Root"); }),
+            u"XMLElement::decode, parse warning in Root : Parse problem at line 70 column 80");
+}
+
+TEST(TallymoorXMLErrorHandlerTest, NothingIsThrownAfterAReset) {
   TallymoorXMLErrorHandler handler;
   handler.warning(problemAt(1, 2));
   handler.error(problemAt(3, 4));
   handler.fatalError(problemAt(5, 6));
-  handler.warning(problemAt(70, 80));
-  EXPECT_EQ(handler.warningText(), String(u"Parse problem at line 70 column 80"));
-  EXPECT_EQ(handler.errorText(), String(u"Parse problem at line 3 column 4"));
-  EXPECT_EQ(handler.fatalErrorText(), String(u"Parse problem at line 5 column 6"));
   handler.resetErrors();
-  EXPECT_EQ(handler.warningText(), String());
-  EXPECT_EQ(handler.errorText(), String());
-  EXPECT_EQ(handler.fatalErrorText(), String());
+  EXPECT_NO_THROW(handler.throwIfAny(u"Root"));
 }
 
 TEST(TallymoorXMLErrorHandlerTest, AnErrorIsThrownBeforeAFatalOneAndBothBeforeAWarning) {
