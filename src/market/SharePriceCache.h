@@ -72,6 +72,9 @@ public:
 
   String pathOf(const String& code) const;
 
+  /// True if a row of the code was taken when its day was over.
+  static bool isFinal(const CachedShare& known, Rows::const_iterator row);
+
 private:
   struct CodeHash {
     std::size_t operator()(const String& code) const { return std::hash<std::u16string_view>{}(code); }
@@ -84,7 +87,6 @@ private:
   Entry& entry(const String& code);
   void load(const String& code, Entry& entry) const;
   void loadAllFiles();
-  static bool isFinal(const CachedShare& known, Rows::const_iterator row);
 
   String m_directory;
   std::unordered_map<String, Entry, CodeHash> m_entries;
