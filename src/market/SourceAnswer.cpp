@@ -1,8 +1,6 @@
 #include "market/SourceAnswer.h"
 #include "pages/AnswerFigures.h"
-#include "pages/CsvTable.h"
-#include "pages/HeadingsTable.h"
-#include "pages/JsonTable.h"
+#include "pages/AnswerReading.h"
 #include "pages/PageFigure.h"
 #include <algorithm>
 #include <cmath>
@@ -13,19 +11,6 @@ namespace {
 
 using Column = AnswerColumn;
 using Fault = AnswerException::Fault;
-
-AnswerTable tableOf(std::string_view bytes, const AnswerFormat& format) {
-  switch (format.reader) {
-  case AnswerReader::Json:
-    return readJsonTable(bytes, format);
-  case AnswerReader::Csv:
-    return readCsvTable(bytes, format);
-  case AnswerReader::Headings:
-    return readHeadingsTable(bytes, format);
-  default:
-    throw AnswerException(Fault::Unreadable, u"no reader for this answer");
-  }
-}
 
 /// Runs the work on a row. A failure gets the place of the row at its head.
 template <typename Work>
@@ -100,7 +85,7 @@ String currencyOf(const AnswerTable& table, const AnswerFormat& format) {
 } // namespace
 
 AnsweredHistory readHistory(std::string_view bytes, const AnswerFormat& format) {
-  const AnswerTable table = tableOf(bytes, format);
+  const AnswerTable table = readAnswerTable(bytes, format);
   const AnswerFigures figures(format);
   AnsweredHistory history;
   history.passedOver = table.passedOver;
@@ -113,7 +98,7 @@ AnsweredHistory readHistory(std::string_view bytes, const AnswerFormat& format) 
 }
 
 std::optional<AnsweredPrice> readPrice(std::string_view bytes, const AnswerFormat& format) {
-  const AnswerTable table = tableOf(bytes, format);
+  const AnswerTable table = readAnswerTable(bytes, format);
   const AnswerFigures figures(format);
   std::optional<AnsweredPrice> last;
   for (const AnswerRow& row : table.rows)
@@ -134,7 +119,7 @@ std::optional<AnsweredPrice> readPrice(std::string_view bytes, const AnswerForma
 
 std::vector<CodeSearchResult> readSearch(std::string_view bytes, const AnswerFormat& format) {
   std::vector<CodeSearchResult> results;
-  for (const AnswerRow& row : tableOf(bytes, format).rows)
+  for (const AnswerRow& row : readAnswerTable(bytes, format).rows)
     if (row[Column::Code] && !row[Column::Code]->trimmed().empty())
       results.push_back({row[Column::Code]->trimmed(), row[Column::Name].value_or(u"").trimmed(),
                          row[Column::Market].value_or(u"").trimmed()});

@@ -1,4 +1,4 @@
-#include "pages/CsvProposal.h"
+#include "pages/FormatProposal.h"
 #include "support/MessageOf.h"
 #include "support/StringPrinting.h"
 #include <gtest/gtest.h>
@@ -50,6 +50,13 @@ TEST(CsvProposal, NeverGuessesALoneComma) {
 TEST(CsvProposal, FindsHeadingsBehindADescription) {
   EXPECT_EQ(proposed("Bank of somewhere\n\"Rates, by day\"\n\nDate,Price\n2026-02-26,1.37\n"),
             u", yyyy-MM-dd . Date Price");
+}
+
+TEST(CsvProposal, FindsColumnsWithoutHeadings) {
+  EXPECT_EQ(proposed("20260412;10,5;900\n20260411;10,6;800\n"), u"; yyyyMMdd , 1 2; doubt 10,5, 900: 2 or 3");
+  EXPECT_EQ(proposed("QXZ,2026-04-12,9.9,10.2,9.8,10.1,900\nQXZ,2026-04-11,9.8,10.3,9.7,10.0,800\n"),
+            u", yyyy-MM-dd . 2 3 4 5 6 7; doubt 9.9, 10.2, 9.8, 10.1, 900: 6 or 3");
+  EXPECT_FALSE(proposeCsvFormat("2026-04-12,1.5\n").format.hasHeading);
 }
 
 TEST(CsvProposal, SaysWhatIsMissing) {
