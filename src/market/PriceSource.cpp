@@ -168,41 +168,48 @@ bool usesKey(const SourceRequest* request) {
 
 } // namespace
 
+PriceSource::PriceSource(const XMLElement& document)
+    : m_name(document.attribute(u"name")), m_notTried(attributeOr(document, u"notTried")) {
+  for (std::size_t i = 0; i < document.numSubElements(u"Serves"); ++i) {
+    const XMLElement& codes = document.subElement(u"Serves", i);
+    m_served.push_back({codes.attribute(u"codes"), attributeOr(codes, u"currency")});
+  }
+  if (const XMLElement* const terms = single(document, u"Terms")) {
+    m_terms = terms->value().trimmed();
+    m_termsLink = attributeOr(*terms, u"link");
+  }
+  if (const XMLElement* const limits = single(document, u"Limits")) {
+    m_limits.atOnce = std::max<std::size_t>(1, countIn(*limits, u"atOnce", m_limits.atOnce));
+    m_limits.perMinute = countIn(*limits, u"perMinute", 0);
+    m_limits.perDay = countIn(*limits, u"perDay", 0);
+  }
+  if (const XMLElement* const key = single(document, u"Key")) {
+    m_keyHint = key->value().trimmed();
+    m_keyLink = attributeOr(*key, u"link");
+  }
+  if (const XMLElement* const code = single(document, u"TryCode"))
+    m_tryCode = code->value().trimmed();
+  m_currentPrice = requestIn(document, u"Current", {AnswerColumn::Close});
+  m_history = requestIn(document, u"History", {AnswerColumn::Date, AnswerColumn::Close});
+  m_search = requestIn(document, u"Search", {AnswerColumn::Code, AnswerColumn::Name});
+  if (!m_currentPrice && !m_history)
+    fail(u"neither Current nor History");
+}
+
 PriceSource PriceSource::fromFile(const String& fileName) try {
   XMLPriceSource document;
   document.decode(fileName);
-  PriceSource source;
-  source.m_name = document.attribute(u"name");
-  source.m_notTried = attributeOr(document, u"notTried");
-  for (std::size_t i = 0; i < document.numSubElements(u"Serves"); ++i) {
-    const XMLElement& codes = document.subElement(u"Serves", i);
-    source.m_served.push_back({codes.attribute(u"codes"), attributeOr(codes, u"currency")});
-  }
-  if (const XMLElement* const terms = single(document, u"Terms")) {
-    source.m_terms = terms->value().trimmed();
-    source.m_termsLink = attributeOr(*terms, u"link");
-  }
-  if (const XMLElement* const limits = single(document, u"Limits")) {
-    source.m_limits.atOnce = std::max<std::size_t>(1, countIn(*limits, u"atOnce", source.m_limits.atOnce));
-    source.m_limits.perMinute = countIn(*limits, u"perMinute", 0);
-    source.m_limits.perDay = countIn(*limits, u"perDay", 0);
-  }
-  if (const XMLElement* const key = single(document, u"Key")) {
-    source.m_keyHint = key->value().trimmed();
-    source.m_keyLink = attributeOr(*key, u"link");
-  }
-  if (const XMLElement* const code = single(document, u"TryCode"))
-    source.m_tryCode = code->value().trimmed();
-  source.m_currentPrice = requestIn(document, u"Current", {AnswerColumn::Close});
-  source.m_history = requestIn(document, u"History", {AnswerColumn::Date, AnswerColumn::Close});
-  source.m_search = requestIn(document, u"Search", {AnswerColumn::Code, AnswerColumn::Name});
-  if (!source.m_currentPrice && !source.m_history)
-    fail(u"neither Current nor History");
-  return source;
+  return PriceSource(document);
 } catch (const XMLException&) {
   throw;
 } catch (const Exception& failure) {
   throw Exception(fileName + u": " + failure.message());
+}
+
+PriceSource PriceSource::fromText(const std::string& text) {
+  XMLPriceSource document;
+  document.decode(text.c_str());
+  return PriceSource(document);
 }
 
 const ServedCodes* PriceSource::servedBy(const String& code) const {

@@ -3,6 +3,7 @@
 #include "pages/AnswerFormat.h"
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -37,6 +38,8 @@ public:
   /// Reads the document of a file. Throws XMLException for one that cannot be read, and Exception for a value
   /// in it that means nothing, with the name of the file and what is wrong.
   static PriceSource fromFile(const String& fileName);
+  /// The same for a document in memory.
+  static PriceSource fromText(const std::string& document);
 
   /// What the user sees.
   const String& name() const { return m_name; }
@@ -61,7 +64,7 @@ public:
   const SourceRequest* search() const { return m_search ? &*m_search : nullptr; }
 
 private:
-  PriceSource() = default;
+  explicit PriceSource(const XMLElement& document);
   const ServedCodes* servedBy(const String& code) const;
 
   String m_name;

@@ -1,7 +1,6 @@
 #include "market/SourceAnswer.h"
 #include "pages/AnswerFigures.h"
 #include "pages/AnswerReading.h"
-#include "pages/PageFigure.h"
 #include <algorithm>
 #include <cmath>
 
@@ -33,8 +32,8 @@ std::optional<double> priceIn(const AnswerRow& row, Column column, const AnswerF
 }
 
 /// 0 when it is missing or no number: it is only shown.
-std::int32_t volumeIn(const AnswerRow& row) {
-  const double volume = row[Column::Volume] ? readVolume(*row[Column::Volume]).value_or(0.0) : 0.0;
+std::int32_t volumeIn(const AnswerRow& row, const AnswerFigures& figures) {
+  const double volume = row[Column::Volume] ? figures.volume(*row[Column::Volume]).value_or(0.0) : 0.0;
   constexpr double MOST = 2147483647.0;
   return static_cast<std::int32_t>(std::clamp(std::trunc(volume), 0.0, MOST));
 }
@@ -63,7 +62,7 @@ bool takeRow(const AnswerRow& row, const AnswerFigures& figures, AnsweredHistory
   value.close = *close;
   value.high = priceIn(row, Column::High, figures).value_or(0.0);
   value.low = priceIn(row, Column::Low, figures).value_or(0.0);
-  value.volume = volumeIn(row);
+  value.volume = volumeIn(row, figures);
   history.prices.insert_or_assign(day, value);
   return true;
 }

@@ -143,6 +143,11 @@ std::optional<double> AnswerFigures::number(const String& text) const {
   failAt(u"no number", text);
 }
 
+std::optional<double> AnswerFigures::volume(const String& text) const {
+  const std::optional<double> figure = readVolume(text, signsOf(m_decimalSign));
+  return figure || m_decimalSign != u'.' ? figure : plainNumber(withoutPageBlanks(text));
+}
+
 std::optional<double> AnswerFigures::price(const String& text) const {
   const std::optional<double> figure = number(text);
   if (!figure || *figure == 0.0)

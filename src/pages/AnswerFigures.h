@@ -25,6 +25,8 @@ public:
   /// The number as a price in units of the currency: multiplied by the factor, inverted if so said. Nothing
   /// for 0, which says that there is no price. Throws as number, and for a price below 0.
   std::optional<double> price(const String& text) const;
+  /// A number of shares, perhaps shortened as in "1.2M"; nothing for any other text, since it is only shown.
+  std::optional<double> volume(const String& text) const;
 
 private:
   class DayReader;

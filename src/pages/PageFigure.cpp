@@ -183,10 +183,11 @@ std::optional<double> readFigure(const String& text, const NumberSigns& signs) {
   return valueOf(number.substr(0, end), signs);
 }
 
-std::optional<double> readVolume(const String& text) {
+std::optional<double> readVolume(const String& text, const NumberSigns& signs) {
   const String number = withoutPageBlanks(text);
   const double unit = number.empty() ? 1.0 : unitOf(number.back());
-  const std::optional<double> figure = readFigure(unit > 1.0 ? number.substr(0, number.size() - 1) : number);
+  const std::optional<double> figure =
+      readFigure(unit > 1.0 ? number.substr(0, number.size() - 1) : number, signs);
   return figure ? std::optional(*figure * unit) : std::nullopt;
 }
 

@@ -36,7 +36,7 @@ struct NumberSigns {
 std::optional<double> readFigure(const String& text, const NumberSigns& signs);
 
 /// A number of shares, which pages shorten to thousands, millions or billions: "850", "12.5K", "1.2M", "3b".
-std::optional<double> readVolume(const String& text);
+std::optional<double> readVolume(const String& text, const NumberSigns& signs = {});
 
 /// As readFigure, but throws HTMLException "TallymoorInternet - no number: " and the text.
 double requireFigure(const String& text);

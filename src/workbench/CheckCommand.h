@@ -26,6 +26,9 @@ public:
     std::string saveTo;             ///< File for the fetched page; empty to keep none.
     String domain;                  ///< The source to check; empty for the active one.
     bool allRows = false;
+    // Of a price source alone.
+    std::string part; ///< "current", "history" or "search"; empty for the first that it has
+    String key;       ///< the user's, for the address
   };
   using ClientFactory = std::function<std::unique_ptr<HTTPClient>()>;
 

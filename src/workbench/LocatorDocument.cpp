@@ -38,16 +38,6 @@ public:
   throw WorkbenchFailure(WorkbenchFailure::NOT_READ, path + u": " + why);
 }
 
-String rootOf(const String& path) {
-  RootName root;
-  try {
-    root.decode(path);
-  } catch (const XMLException& failure) {
-    fail(path, u"this is not valid XML.\n" + failure.message());
-  }
-  return root.found;
-}
-
 String messageOfDecoding(XMLElement::Factory make, const std::string& text) {
   const std::unique_ptr<XMLElement> root(make());
   try {
@@ -105,6 +95,17 @@ void readDocument(const String& path, const std::string& bytes, XMLElement& root
 
 } // namespace
 
+String rootElementOf(const std::string& path) {
+  readWholeFile(path); // fails for what is no file
+  RootName root;
+  try {
+    root.decode(String(path.c_str()));
+  } catch (const XMLException& failure) {
+    fail(String(path.c_str()), u"this is not valid XML.\n" + failure.message());
+  }
+  return root.found;
+}
+
 LocatorDocument::LocatorDocument(const std::string& path) : m_path(path.c_str()) {
   static const std::array<Form, 3> FORMS{
       {{Kind::CurrentPrices, u"CurrentPriceLocators", u"CurrentPrices", u"current prices",
@@ -114,13 +115,13 @@ LocatorDocument::LocatorDocument(const std::string& path) : m_path(path.c_str())
        {Kind::CodeSearch, u"CodeSearchLocators", u"CodeSearchs", u"searches for stock codes",
         CODE_SEARCH_LOCATORS_FILE, newElement<XMLCodeSearchLocators>}}};
   const std::string bytes = readWholeFile(path);
-  const String root = rootOf(m_path);
+  const String root = rootElementOf(path);
   const auto form = std::find_if(FORMS.begin(), FORMS.end(),
                                  [&root](const Form& known) { return root == String(known.root); });
   if (form == FORMS.end())
     fail(m_path, u"this is not a locator document. Its root is " + inQuotes(root) +
                      u", but those of locator documents are CurrentPriceLocators, HistoricalPricesLocators "
-                     u"and CodeSearchLocators.");
+                     u"and CodeSearchLocators, and that of a price source is PriceSource.");
   m_form = &*form;
   m_root.reset(form->make());
   readDocument(m_path, bytes, *m_root, form->make);

@@ -14,7 +14,19 @@ String characterReference(char16_t unit) {
   return String(text);
 }
 
-String escaped(const String& value) {
+String attributes(const XMLElement& element) {
+  static constexpr std::array<std::u16string_view, 9> NAMES{
+      u"type", u"format", u"move", u"name", u"index", u"tagname", u"val", u"attr", u"attrVal"};
+  String text;
+  for (const std::u16string_view name : NAMES)
+    if (element.hasAttribute(name))
+      text += u" " + String(name) + u"=\"" + xmlEscaped(element.attribute(name)) + u"\"";
+  return text;
+}
+
+} // namespace
+
+String xmlEscaped(const String& value) {
   String text;
   for (const char16_t unit : value) {
     const bool isMarkup = unit == u'&' || unit == u'<' || unit == u'>' || unit == u'"';
@@ -25,18 +37,6 @@ String escaped(const String& value) {
   }
   return text;
 }
-
-String attributes(const XMLElement& element) {
-  static constexpr std::array<std::u16string_view, 9> NAMES{
-      u"type", u"format", u"move", u"name", u"index", u"tagname", u"val", u"attr", u"attrVal"};
-  String text;
-  for (const std::u16string_view name : NAMES)
-    if (element.hasAttribute(name))
-      text += u" " + String(name) + u"=\"" + escaped(element.attribute(name)) + u"\"";
-  return text;
-}
-
-} // namespace
 
 void writeTagLocator(PlainOutput& out, const XMLElement& tagLocator, unsigned level) {
   out.line(u"<TagLocator" + attributes(tagLocator) + u">", level);

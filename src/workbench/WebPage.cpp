@@ -60,6 +60,8 @@ String reasonOf(const HTTPException& failure) {
   return code == CURLE_OK || start == message.size() ? message : String(curl_easy_strerror(code)) + u".";
 }
 
+} // namespace
+
 void checkScheme(const URL& address) {
   const String scheme = address.scheme();
   if (!scheme.empty() && scheme != u"http" && scheme != u"https")
@@ -67,7 +69,9 @@ void checkScheme(const URL& address) {
                                                            u"://, but only http and https are supported.");
 }
 
-} // namespace
+String fetchFailure(const HTTPException& failure) {
+  return reasonOf(failure) + u"\n(" + failure.message() + u")";
+}
 
 std::string readWholeFile(const std::string& path) {
   std::error_code unknown;
@@ -106,17 +110,20 @@ WebPage WebPage::fetched(HTTPClient& client, const URL& address) {
     client.goOnline();
     return WebPage(u"the page", client.getPage(address), false);
   } catch (const HTTPException& failure) {
-    throw WorkbenchFailure(WorkbenchFailure::NOT_READ, u"The page can't be fetched: " + reasonOf(failure) +
-                                                           u"\n(" + failure.message() + u")");
+    throw WorkbenchFailure(WorkbenchFailure::NOT_READ,
+                           u"The page can't be fetched: " + fetchFailure(failure));
   }
 }
 
 void WebPage::save(const std::string& path) const {
+  writeNewFile(path, m_text.toUTF8());
+}
+
+void writeNewFile(const std::string& path, std::string_view bytes) {
   // O_EXCL: never overwrite a file, which may be a page that could still be read.
   const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
   if (file < 0)
     failForFile(path, "can't save to", systemsReason());
-  const std::string bytes = m_text.toUTF8();
   std::size_t written = 0;
   ssize_t piece = 0;
   while (written < bytes.size() &&

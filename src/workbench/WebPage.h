@@ -2,10 +2,12 @@
 #include "foundation/String.h"
 #include "pages/HTMLParser.h"
 #include <string>
+#include <string_view>
 
 namespace Tallymoor {
 
 class HTTPClient;
+class HTTPException;
 class PlainOutput;
 class URL;
 
@@ -34,6 +36,15 @@ private:
   bool m_cutAtZero; ///< True if a zero byte ends the text before the end of the bytes.
   HTMLPage m_tags;
 };
+
+/// Saves bytes as a new file. Throws WorkbenchFailure, also if the file exists.
+void writeNewFile(const std::string& path, std::string_view bytes);
+
+/// Why an address could not be fetched, for the user.
+String fetchFailure(const HTTPException& failure);
+
+/// Throws WorkbenchFailure for an address that is neither http nor https.
+void checkScheme(const URL& address);
 
 /// Reads a file up to the maximum size of a page. Throws WorkbenchFailure.
 std::string readWholeFile(const std::string& path);
