@@ -46,19 +46,19 @@ private:
 };
 
 TEST_F(NewCommandTest, ReadsAGermanPageWithHeadingsInPlainCells) {
-  EXPECT_EQ(readBack(testData("prices-german.html")),
+  EXPECT_EQ(readBack(testData("prices/german.html")),
             "1/12/2020=1659.25,1661.00,1639.50,1004500 2/12/2020=1665.89,1670.00,1655.05,845 "
             "3/12/2020=665.89,670.00,655.05,12345 1 passed over");
 }
 
 TEST_F(NewCommandTest, ReadsAnAmericanPageWithASplitAcrossAndAFoot) {
-  EXPECT_EQ(readBack(testData("prices-american.html")),
+  EXPECT_EQ(readBack(testData("prices/american.html")),
             "5/8/2022=1007.75,1011.00,1000.25,8700 23/8/2022=1012.25,1020.00,999.50,9001 "
             "24/8/2022=12.50,12.75,12.05,1234500 2 passed over");
 }
 
 TEST_F(NewCommandTest, ReadsAHungarianPageWithoutClosingTags) {
-  EXPECT_EQ(readBack(testData("prices-hungarian.html")),
+  EXPECT_EQ(readBack(testData("prices/hungarian.html")),
             "2/12/2020=671.75,680.00,670.25,845 3/12/2020=10671.75,10700.50,10580.25,12345 1 passed over");
 }
 
@@ -78,7 +78,7 @@ TEST_F(NewCommandTest, ReadsCsvAndJsonOfManyShapes) {
 }
 
 TEST_F(NewCommandTest, WritesNothingWhileAQuestionIsOpen) {
-  const Result result = run({"new", testData("prices-open-questions.html")});
+  const Result result = run({"new", testData("prices/open-questions.html")});
   EXPECT_EQ(result.status, 1);
   EXPECT_TRUE(result.says(
       "Question: Which day is \"08/09/2022\"?\n  1. dd/MM/yyyy: 2022-09-08\n  2. MM/dd/yyyy: 2022-08-09\n"
@@ -89,7 +89,7 @@ TEST_F(NewCommandTest, WritesNothingWhileAQuestionIsOpen) {
                   "2. ,: 12.3450\n"));
   EXPECT_TRUE(result.says("No document is written before these questions are answered"));
   EXPECT_FALSE(result.says("<PriceSource"));
-  EXPECT_EQ(readBack(testData("prices-open-questions.html"), {"--dates", "MM/dd/yyyy", "--decimal", ","}),
+  EXPECT_EQ(readBack(testData("prices/open-questions.html"), {"--dates", "MM/dd/yyyy", "--decimal", ","}),
             "9/7/2022=12.40,0.00,0.00,0 9/8/2022=12.35,0.00,0.00,0 0 passed over")
       << "12.345 rounded";
 }
