@@ -3,6 +3,7 @@
 #include "foundation/FileReplacement.h"
 #include "foundation/LinuxPlatform.h"
 #include "foundation/OpenFile.h"
+#include <filesystem>
 #include <memory>
 #include <mutex>
 
@@ -21,8 +22,11 @@ void copyMissing(const std::string& from, const String& to) {
   for (const std::string& name : namesIn(from)) { // Empty if the installation has no such defaults.
     const String source((from + "/" + name).c_str());
     const String target = to + String(name.c_str());
-    if (filePresence(source) == FilePresence::RegularFile && filePresence(target) == FilePresence::Missing)
-      copyFileReplacing(source, target);
+    if (filePresence(source) != FilePresence::RegularFile || filePresence(target) != FilePresence::Missing)
+      continue;
+    std::error_code failure; // the copy will say more
+    std::filesystem::create_directories(to.toUTF8(), failure);
+    copyFileReplacing(source, target);
   }
 }
 
@@ -60,7 +64,9 @@ String reportDirectory(Platform& platform, const String& product) {
 
 void installMissingDefaults(Platform& platform, const String& product) {
   const std::string defaults = platform.installedDefaultsDirectory().toUTF8();
-  copyMissing(defaults + "/Config", configDirectory(platform, product));
+  const String config = configDirectory(platform, product);
+  copyMissing(defaults + "/Config", config);
+  copyMissing(defaults + "/Config/Sources", config + u"Sources/");
   copyMissing(defaults + "/Report", reportDirectory(platform, product));
 }
 

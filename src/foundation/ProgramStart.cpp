@@ -1,10 +1,8 @@
 #include "foundation/ProgramStart.h"
+#include "foundation/SpawnSettings.h"
 #include "foundation/Thread.h"
 #include <cerrno>
-#include <csignal>
-#include <fcntl.h>
 #include <memory>
-#include <spawn.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -12,32 +10,6 @@
 namespace Tallymoor {
 
 namespace {
-
-/// Gives a child process an empty signal mask, the default action for SIGPIPE and none of our open files.
-class SpawnSettings {
-public:
-  SpawnSettings() : actions(), attributes() {
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
-    posix_spawnattr_init(&attributes);
-    sigset_t signals;
-    sigemptyset(&signals);
-    posix_spawnattr_setsigmask(&attributes, &signals);
-    sigaddset(&signals, SIGPIPE);
-    posix_spawnattr_setsigdefault(&attributes, &signals);
-    posix_spawnattr_setflags(&attributes,
-                             POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-  }
-  ~SpawnSettings() {
-    posix_spawn_file_actions_destroy(&actions);
-    posix_spawnattr_destroy(&attributes);
-  }
-  SpawnSettings(const SpawnSettings&) = delete;
-  SpawnSettings& operator=(const SpawnSettings&) = delete;
-
-  posix_spawn_file_actions_t actions;
-  posix_spawnattr_t attributes;
-};
 
 /// Waits for a child on a thread of its own, so that it doesn't remain as a zombie. Deletes itself at its
 /// end.
@@ -70,14 +42,10 @@ bool onlyOwnersWrite(const struct stat& info) {
 } // namespace
 
 bool startProgram(const std::string& program, const std::vector<std::string>& arguments) {
-  std::vector<char*> argv{const_cast<char*>(program.c_str())};
-  for (const std::string& argument : arguments)
-    argv.push_back(const_cast<char*>(argument.c_str()));
-  argv.push_back(nullptr);
-  const SpawnSettings settings;
+  std::vector<std::string> words{program};
+  words.insert(words.end(), arguments.begin(), arguments.end());
   pid_t child = 0;
-  if (::posix_spawnp(&child, program.c_str(), &settings.actions, &settings.attributes, argv.data(),
-                     environ) != 0)
+  if (SpawnSettings().start(child, words) != 0)
     return false;
   reapLater(child);
   return true;

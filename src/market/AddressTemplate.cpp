@@ -76,6 +76,17 @@ AddressTemplate::AddressTemplate(const String& text) {
   }
 }
 
+String AddressTemplate::server() const {
+  const String start = m_parts.empty() ? String() : m_parts.front().text;
+  const bool isLiteral = !m_parts.empty() && m_parts.front().variable == Variable::None;
+  for (const std::u16string_view scheme : {u"https://", u"http://"})
+    if (isLiteral && start.startsWith(String(String::Base(scheme))))
+      if (const std::size_t path = start.find(u'/', scheme.size());
+          path != String::npos && path > scheme.size())
+        return start.substr(0, path);
+  fail(start, u"does not begin with a server, as \"https://host/\"");
+}
+
 AddressTemplate::Part AddressTemplate::partOf(const String& inBraces, const String& whole) {
   const std::size_t colon = std::min(inBraces.find(u':'), inBraces.size());
   const String name = inBraces.substr(0, colon);

@@ -28,6 +28,10 @@ public:
   /// Throws Exception, with the address and the fault, for an unknown variable or a brace without its other.
   explicit AddressTemplate(const String& text);
 
+  /// "https://host:port": what stands before the path. Throws Exception unless the address begins with it and
+  /// no variable stands in it, so that neither a code nor a text changes the server of a request.
+  String server() const;
+
   String fill(const AddressValues& values) const;
   /// The same for messages and logs: with "(key)" in place of the key.
   String fillForShow(const AddressValues& values) const;

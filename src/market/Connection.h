@@ -10,14 +10,17 @@ namespace Tallymoor {
 class DataSource;
 class HTTPClient;
 class LocatorSet;
+class PriceProvider;
+class SourceList;
 
-/// The connection to the data source: an HTTP client while the program is online, and the locator documents,
-/// which say where prices are found. Callers hold the big mutex.
+/// The connection to the sources of prices: an HTTP client while the program is online, the locator
+/// documents, and the list of all sources, which say where prices are found. Callers hold the big mutex.
 class Connection {
 public:
   using ClientFactory = std::function<std::unique_ptr<HTTPClient>()>;
 
-  /// Starts offline and without locators. An empty factory means createHTTPClient.
+  /// Starts offline, without locators, and with the user's list of sources. An empty factory means
+  /// createHTTPClient.
   explicit Connection(ClientFactory makeClient);
   ~Connection();
 
@@ -36,10 +39,18 @@ public:
   DataSource source(const String& operation) const REQUIRES(bigMutex());
   /// The range of days of one request for past prices.
   HistoryRange pageAround(const Date& day, bool upTo) const REQUIRES(bigMutex());
+  /// The days up to today for which a pass of the updater asks.
+  HistoryRange recentPage() const REQUIRES(bigMutex());
+
+  SourceList& sources() REQUIRES(bigMutex()) { return *m_sources; }
+  const LocatorSet& locators() const REQUIRES(bigMutex()) { return *m_locators; }
+  /// A source for a trial, whether it is on or not. Throws as source does, and for a name that no source has.
+  std::shared_ptr<const PriceProvider> provider(const String& name) const REQUIRES(bigMutex());
 
 private:
   const ClientFactory m_makeClient;
   std::unique_ptr<const LocatorSet> m_locators GUARDED_BY(bigMutex());
+  std::unique_ptr<SourceList> m_sources GUARDED_BY(bigMutex()); ///< never null
   std::shared_ptr<HTTPClient>
       m_client GUARDED_BY(bigMutex()); ///< null while offline; shared with the fetches under way
 };

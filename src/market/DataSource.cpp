@@ -39,14 +39,17 @@ std::vector<DataSource::Candidate> DataSource::candidatesFor(const String& code,
   return candidates;
 }
 
-/// Nothing when a source answered without a price and none failed.
-template <class Offers, class Ask>
-auto DataSource::firstAnswer(const String& code, const std::stop_token& stop, Offers offers, Ask ask) const {
+/// Nothing when a source answered without a price and none failed. What is known already is not asked for.
+template <class Offers, class Known, class Ask>
+auto DataSource::firstAnswer(const String& code, const std::stop_token& stop, Offers offers, Known known,
+                             Ask ask) const {
   std::vector<SourceReason> reasons;
   decltype(ask(std::declval<const PriceProvider&>(), code)) answer;
   const std::vector<Candidate> candidates = candidatesFor(code, offers, reasons);
   bool hasAnswered = false;
   for (const auto& [source, codeThere] : candidates) {
+    if (answer = known(*source); answer)
+      return answer;
     if (!isLocatorsAlone())
       if (auto refusal = m_choice.log->beginRequest(code, source->name(), source->requestsADay())) {
         reasons.push_back(std::move(*refusal));
@@ -83,6 +86,9 @@ auto DataSource::firstAnswer(const String& code, const std::stop_token& stop, Of
 double DataSource::currentPrice(const String& code, const std::stop_token& stop) const {
   const std::optional<AnsweredPrice> answer = firstAnswer(
       code, stop, [](const PriceProvider& source) { return source.offersCurrentPrice(); },
+      [&](const PriceProvider& source) {
+        return source.requestsADay() == 0 ? std::nullopt : m_choice.log->freshPrice(code, source.name());
+      },
       [&](const PriceProvider& source, const String& codeThere) {
         return source.currentPrice(codeThere, stop);
       });
@@ -93,6 +99,7 @@ DataSource::Rows DataSource::history(const String& code, const HistoryRange& ran
                                      const std::stop_token& stop) const {
   std::optional<AnsweredHistory> answer = firstAnswer(
       code, stop, [](const PriceProvider& source) { return source.offersHistory(); },
+      [](const PriceProvider&) { return std::optional<AnsweredHistory>(); },
       [&](const PriceProvider& source, const String& codeThere) {
         std::optional<AnsweredHistory> history = source.history(codeThere, range, stop);
         if (history->prices.empty())

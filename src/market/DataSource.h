@@ -49,8 +49,9 @@ private:
   template <class Offers>
   std::vector<Candidate> candidatesFor(const String& code, Offers offers,
                                        std::vector<SourceReason>& reasons) const;
-  template <class Offers, class Ask>
-  auto firstAnswer(const String& code, const std::stop_token& stop, Offers offers, Ask ask) const;
+  template <class Offers, class Known, class Ask>
+  auto firstAnswer(const String& code, const std::stop_token& stop, Offers offers, Known known,
+                   Ask ask) const;
   bool isLocatorsAlone() const;
 
   SourceChoice m_choice;

@@ -38,4 +38,9 @@ LocatorSet::LocatorSet(const String& configDirectory) {
   require(m_historicalPrices, u"historical prices locator");
 }
 
+bool LocatorSet::isSample() const {
+  const String sample = u"sample";
+  return m_currentPrice->attribute(u"domain") == sample || m_historicalPrices->attribute(u"domain") == sample;
+}
+
 } // namespace Tallymoor

@@ -14,6 +14,9 @@ public:
   LocatorSet(const LocatorSet&) = delete;
   LocatorSet& operator=(const LocatorSet&) = delete;
 
+  /// True if a page of the sample data service is active: its prices are made up.
+  bool isSample() const;
+
   const XMLCurrentPrice& currentPrice() const { return *m_currentPrice; }
   const XMLCodeSearch& codeSearch() const { return *m_codeSearch; }
   const XMLHistoricalPrices& historicalPrices() const { return *m_historicalPrices; }

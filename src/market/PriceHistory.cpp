@@ -273,6 +273,12 @@ void PriceHistory::clearBad(const String& code) {
   m_refreshes.clear();
 }
 
+void PriceHistory::forgetFetched() {
+  m_cache.forgetFetched();
+  m_answered.clear();
+  forgetFailures();
+}
+
 void PriceHistory::clear() {
   m_cache.clear();
   m_answered.clear();

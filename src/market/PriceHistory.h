@@ -66,6 +66,8 @@ public:
   void forgetFailures() REQUIRES(bigMutex());
   void clearBad(const String& code) REQUIRES(bigMutex());
   void clear() REQUIRES(bigMutex());
+  /// Only what was typed stays.
+  void forgetFetched() REQUIRES(bigMutex());
 
 private:
   void fetchDayVisibly(const String& code, const Date& day, bool upTo) REQUIRES(bigMutex());

@@ -97,7 +97,7 @@ PricePass::Request PricePass::requestFor(const String& code) {
     request.history = askForHistory(code);
     inStretch([&]() REQUIRES(bigMutex()) {
       m_history.cache().share(code); // fails for an unreadable cache file
-      request.recent = m_connection.pageAround(Date(), true);
+      request.recent = m_connection.recentPage();
       request.wantsName = m_updater.names().isWanted(code);
     });
   });

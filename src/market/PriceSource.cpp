@@ -138,6 +138,22 @@ void requireColumns(const SourceRequest& request, const char16_t* kind,
            String(String::Base(COLUMNS[static_cast<std::size_t>(needed)].name)));
 }
 
+bool usesKey(const SourceRequest* request) {
+  return request != nullptr && (request->address.usesKey() ||
+                                std::any_of(request->headers.begin(), request->headers.end(),
+                                            [](const auto& header) { return header.second.usesKey(); }));
+}
+
+bool isThisMachine(const String& server) {
+  return server.contains(u"://127.0.0.1") || server.contains(u"://localhost");
+}
+
+void checkServer(const SourceRequest& request) {
+  const String server = request.address.server();
+  if (usesKey(&request) && !server.startsWith(u"https://") && !isThisMachine(server))
+    fail(u"the key would be sent to " + server + u" without encryption");
+}
+
 std::optional<SourceRequest> requestIn(const XMLElement& source, const char16_t* kind,
                                        std::initializer_list<AnswerColumn> needed) {
   if (source.numSubElements(kind) == 0)
@@ -151,6 +167,7 @@ std::optional<SourceRequest> requestIn(const XMLElement& source, const char16_t*
     const XMLElement& header = element.subElement(u"Headers", i);
     request.headers.emplace_back(header.attribute(u"name"), AddressTemplate(header.value().trimmed()));
   }
+  checkServer(request);
   check(request.format);
   requireColumns(request, kind, needed);
   return request;
@@ -158,12 +175,6 @@ std::optional<SourceRequest> requestIn(const XMLElement& source, const char16_t*
 
 const XMLElement* single(const XMLElement& source, std::u16string_view name) {
   return source.numSubElements(name) == 0 ? nullptr : &source.subElement(name);
-}
-
-bool usesKey(const SourceRequest* request) {
-  return request != nullptr && (request->address.usesKey() ||
-                                std::any_of(request->headers.begin(), request->headers.end(),
-                                            [](const auto& header) { return header.second.usesKey(); }));
 }
 
 } // namespace
@@ -225,8 +236,16 @@ String PriceSource::currencyOf(const String& code) const {
   return codes == nullptr ? String() : codes->currency;
 }
 
+std::set<String> PriceSource::keyServers() const {
+  std::set<String> servers;
+  for (const SourceRequest* request : {currentPrice(), history(), search()})
+    if (usesKey(request))
+      servers.insert(request->address.server());
+  return servers;
+}
+
 bool PriceSource::needsKey() const {
-  return usesKey(currentPrice()) || usesKey(history()) || usesKey(search());
+  return !keyServers().empty();
 }
 
 } // namespace Tallymoor

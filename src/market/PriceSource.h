@@ -3,6 +3,7 @@
 #include "pages/AnswerFormat.h"
 #include <cstddef>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -51,6 +52,8 @@ public:
   const String& termsLink() const { return m_termsLink; }
   const SourceLimits& limits() const { return m_limits; }
   bool needsKey() const;
+  /// The servers that get the user's key, such as "https://host".
+  std::set<String> keyServers() const;
   const String& keyHint() const { return m_keyHint; }
   const String& keyLink() const { return m_keyLink; }
   /// A code that the source is known to have; empty when none is.

@@ -249,6 +249,16 @@ void SharePriceCache::loadAllFiles() {
   }
 }
 
+void SharePriceCache::forgetFetched() {
+  loadAllFiles();
+  for (auto& [code, entry] : m_entries) {
+    const std::size_t dropped = std::erase_if(entry.share.values, [](const auto& row) {
+      return row.second.origin != PriceOrigin::Typed && row.second.origin != PriceOrigin::Unknown;
+    });
+    entry.share.modified = entry.share.modified || dropped > 0;
+  }
+}
+
 void SharePriceCache::save() {
   forEachThenThrow(m_entries, [this](auto& item) {
     CachedShare& share = item.second.share;

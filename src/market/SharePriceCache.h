@@ -64,6 +64,9 @@ public:
   /// Sorted; looks into the files of codes that are not loaded too. Files that can't be read are passed over.
   std::vector<String> badCodes();
 
+  /// Drops all prices of all codes that were fetched, or filled in after them; what was typed stays.
+  void forgetFetched();
+
   /// Writes what has changed. A failure does not stop the rest; afterwards the first one is thrown as
   /// Exception.
   void save();

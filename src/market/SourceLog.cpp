@@ -3,18 +3,9 @@
 
 namespace Tallymoor {
 
-namespace {
-
-/// True if the source would fail for other codes too.
-bool isOfSource(SourceFault fault) {
-  return fault == SourceFault::Refused || fault == SourceFault::Network || fault == SourceFault::Resting;
-}
-
-} // namespace
-
 ToldOfCode& SourceLog::answered(const String& code, const String& source, std::vector<SourceReason> earlier,
                                 const String& currency) {
-  m_sources[source].failuresInARow = 0;
+  m_sources[source].refusalsInARow = 0;
   ToldOfCode& told = m_codes[code];
   told.source = source;
   told.currency = currency;
@@ -26,6 +17,15 @@ void SourceLog::noteAnswer(const String& code, const String& source, std::vector
                            const AnsweredPrice& price) {
   const std::lock_guard lock(m_mutex);
   answered(code, source, std::move(earlier), price.currency).price = price;
+  m_prices.insert_or_assign(code, Priced{source, price, m_now()});
+}
+
+std::optional<AnsweredPrice> SourceLog::freshPrice(const String& code, const String& source) const {
+  const std::lock_guard lock(m_mutex);
+  const auto known = m_prices.find(code);
+  const bool isFresh =
+      known != m_prices.end() && known->second.source == source && m_now() < known->second.at + FRESH;
+  return isFresh ? std::optional(known->second.price) : std::nullopt;
 }
 
 void SourceLog::noteAnswer(const String& code, const String& source, std::vector<SourceReason> earlier,
@@ -49,9 +49,10 @@ void SourceLog::noteFailure(const String& code, const SourceReason& reason) {
   source.lastFailure = Failure{code, reason};
   if (reason.fault == SourceFault::WrongCode)
     source.wrongCodes.insert(code);
-  if (!isOfSource(reason.fault))
-    return;
-  if (reason.fault == SourceFault::Resting || ++source.failuresInARow >= FAILURES_BEFORE_REST)
+  const bool isUnasked = reason.fault == SourceFault::Network || reason.fault == SourceFault::Resting;
+  if (isUnasked && source.requests > 0)
+    --source.requests;
+  if (reason.fault == SourceFault::Refused && ++source.refusalsInARow >= REFUSALS_BEFORE_REST)
     source.restsUntil = m_now() + REST;
 }
 
@@ -93,10 +94,11 @@ void SourceLog::forgetFailures() {
   const std::lock_guard lock(m_mutex);
   for (auto& [name, source] : m_sources) {
     source.wrongCodes.clear();
-    source.failuresInARow = 0;
+    source.refusalsInARow = 0;
     source.restsUntil.reset();
     source.lastFailure.reset();
   }
+  m_prices.clear();
 }
 
 } // namespace Tallymoor

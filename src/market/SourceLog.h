@@ -29,8 +29,10 @@ struct ToldOfCode {
 class SourceLog {
 public:
   using Clock = std::chrono::steady_clock;
-  static constexpr int FAILURES_BEFORE_REST = 5;
+  static constexpr int REFUSALS_BEFORE_REST = 5;
   static constexpr std::chrono::minutes REST{15};
+  /// For so long a price of a source with a daily limit is not asked for again.
+  static constexpr std::chrono::hours FRESH{4};
 
   /// Tests choose the time.
   explicit SourceLog(std::function<Clock::time_point()> now = Clock::now) : m_now(std::move(now)) {}
@@ -41,12 +43,15 @@ public:
                   const AnsweredHistory& history);
   void noteNoAnswer(const String& code, std::vector<SourceReason> reasons);
 
-  /// A wrong code is remembered. A source that says that it rests, or fails five times in a row for other
-  /// reasons than a code's, rests for a quarter of an hour.
+  /// A wrong code is remembered. A source that refuses five times in a row, as when its limit is used up,
+  /// rests for a quarter of an hour. For failures of the network its host rests (HostQueues).
   void noteFailure(const String& code, const SourceReason& reason);
-  /// Counts a request. Why the source must not be asked for the code now, if so; with a daily limit of 0
-  /// there is none.
+  /// Counts a request, which one that does not reach the source is taken out of again. Why the source must
+  /// not be asked for the code now, if so; with a daily limit of 0 there is none.
   std::optional<SourceReason> beginRequest(const String& code, const String& source, std::size_t perDay);
+
+  /// The price that this source told for the code a short time ago, if it did.
+  std::optional<AnsweredPrice> freshPrice(const String& code, const String& source) const;
 
   ToldOfCode toldOf(const String& code) const;
   /// The last failure of a source in this run, with the code for which it failed.
@@ -62,11 +67,17 @@ public:
 private:
   struct OfSource {
     std::set<String> wrongCodes;
-    int failuresInARow = 0;
+    int refusalsInARow = 0;
     std::optional<Clock::time_point> restsUntil;
     Date day{0u}; ///< on which the requests were counted
     std::size_t requests = 0;
     std::optional<Failure> lastFailure;
+  };
+
+  struct Priced {
+    String source;
+    AnsweredPrice price;
+    Clock::time_point at;
   };
 
   ToldOfCode& answered(const String& code, const String& source, std::vector<SourceReason> earlier,
@@ -76,6 +87,7 @@ private:
   mutable std::mutex m_mutex; ///< guards the maps
   std::map<String, ToldOfCode> m_codes;
   std::map<String, OfSource> m_sources;
+  std::map<String, Priced> m_prices; ///< the last one of each code
 };
 
 } // namespace Tallymoor

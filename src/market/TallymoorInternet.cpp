@@ -8,6 +8,8 @@
 #include "market/DataSource.h"
 #include "market/HTTPClient.h"
 #include "market/LocatorSet.h"
+#include "market/PriceStatus.h"
+#include "market/SourceList.h"
 #include "market/WatchedFetch.h"
 #include <atomic>
 #include <utility>
@@ -83,7 +85,8 @@ TallymoorInternet::TallymoorInternet(const Options& options)
                 [this](const String& code, const Date& day, double close) {
                   m_updater.tellRecords(code, day, close);
                 }),
-      m_updater(m_connection, m_history, options.updaterStartDelay) {
+      m_updater(m_connection, m_history, options.updaterStartDelay),
+      m_status(std::make_unique<PriceStatus>(m_connection, m_history, m_updater)) {
   try {
     m_connection.goOnline();
   } catch (const Exception&) {
@@ -178,11 +181,12 @@ double TallymoorInternet::historicalPrice(const String& code, const Date& date, 
 
 HistoryRange TallymoorInternet::recentRange() const {
   const BigMutexLock lock;
-  return m_connection.pageAround(Date(), true);
+  return m_connection.recentPage();
 }
 
 void TallymoorInternet::forgetFailures() {
   const BigMutexLock lock;
+  m_connection.sources().log().forgetFailures();
   m_history.forgetFailures();
   m_questions.forget();
   m_updater.names().forget();

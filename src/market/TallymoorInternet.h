@@ -16,6 +16,8 @@
 
 namespace Tallymoor {
 
+class PriceStatus;
+
 /// The one door to market data: a thin face over the connection to the data source, the history of past
 /// prices, and the price updater. It answers from the cache where it can, fetches where it must, and asks the
 /// user when a fetch fails.
@@ -142,6 +144,8 @@ public:
   void clear();
 
   PriceUpdater& priceUpdater() { return m_updater; }
+  /// Where prices come from, and what can be done about it.
+  PriceStatus& priceStatus() { return *m_status; }
 
   /// A fetched current price goes into the day's row, unless the data source has already closed that day.
   void currentPriceUpdated(const String& code, double price) override;
@@ -159,6 +163,7 @@ private:
   FetchQuestions m_questions GUARDED_BY(bigMutex());
   PriceHistory m_history GUARDED_BY(bigMutex());
   PriceUpdater m_updater;
+  const std::unique_ptr<PriceStatus> m_status;
 };
 
 } // namespace Tallymoor

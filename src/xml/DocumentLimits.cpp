@@ -8,13 +8,10 @@ namespace {
 constexpr DocumentLimits DELIVERED{.bytes = 2 * DocumentLimits::MEGABYTE};
 constexpr DocumentLimits PRICES{.bytes = 16 * DocumentLimits::MEGABYTE, .siblings = 65000};
 
-constexpr std::u16string_view DELIVERED_ROOTS[] = {u"CurrentPriceLocators",
-                                                   u"CodeSearchLocators",
-                                                   u"HistoricalPricesLocators",
-                                                   u"CountryOptions",
-                                                   u"VersionsAvailable",
-                                                   u"Advertisement",
-                                                   u"stylesheet"};
+constexpr std::u16string_view DELIVERED_ROOTS[] = {
+    u"CurrentPriceLocators", u"CodeSearchLocators", u"HistoricalPricesLocators",
+    u"PriceSource",          u"CountryOptions",     u"VersionsAvailable",
+    u"Advertisement",        u"stylesheet"};
 
 } // namespace
 

@@ -39,6 +39,15 @@ TEST_F(PlatformTest, MissingDefaultsAreCopied) {
   EXPECT_EQ(TestProfile::readFile(profile.reportFolder() + u"Tallymoor Report.xsl"), "style");
 }
 
+TEST_F(PlatformTest, MissingSourcesOfPricesAreCopiedIntoTheirFolder) {
+  writeDefault("Config/Sources/One.xml", "one");
+  writeDefault("Config/Sources/Two.xml", "two");
+  TestProfile::writeFile(profile.configFolder() + u"Sources/Two.xml", "the user's own");
+  installMissingDefaults(Platform::Instance(), APP_NAME);
+  EXPECT_EQ(TestProfile::readFile(profile.configFolder() + u"Sources/One.xml"), "one");
+  EXPECT_EQ(TestProfile::readFile(profile.configFolder() + u"Sources/Two.xml"), "the user's own");
+}
+
 TEST_F(PlatformTest, AnExistingDocumentIsNeverChanged) {
   writeDefault("Config/CountryConfig.xml", "new");
   writeDefault("Config/Dangling.xml", "new");

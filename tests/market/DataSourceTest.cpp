@@ -129,25 +129,17 @@ TEST_F(DataSourceTest, AWrongCodeIsNotAskedForAgainInThisRun) {
   EXPECT_EQ(m_first->asked.size(), 3u);
 }
 
-TEST_F(DataSourceTest, ASourceRestsAfterFiveFailuresInARow) {
-  m_first->failure = [] { throw HTTPException(u"no route"); };
+TEST_F(DataSourceTest, ASourceRestsAfterFiveRefusalsInARow) {
+  m_first->failure = refuse;
   m_second->price = {6.0, std::nullopt, {}};
   for (int i = 0; i < 7; ++i)
     EXPECT_EQ(source().currentPrice(u"ABC" + String::fromLong(i)), 6.0);
   EXPECT_EQ(m_first->asked.size(), 5u);
-  EXPECT_EQ(reasons(u"ABC6"), u"First|resting|it is not asked for a quarter of an hour after: no route;");
+  EXPECT_EQ(reasons(u"ABC6"), u"First|resting|it is not asked for a quarter of an hour after: status 403;");
   m_now += SourceLog::REST;
   m_first->failure = nullptr;
   m_first->price = {5.0, std::nullopt, {}};
   EXPECT_EQ(source().currentPrice(u"ABC6"), 5.0);
-}
-
-TEST_F(DataSourceTest, ASourceThatWantsToRestIsLeftAloneAtOnce) {
-  m_first->failure = [] { throw HTTPException(u"too many requests", 429); };
-  m_second->price = {6.0, std::nullopt, {}};
-  source().currentPrice(u"ABC");
-  source().currentPrice(u"XYZ");
-  EXPECT_EQ(m_first->asked.size(), 1u);
 }
 
 TEST_F(DataSourceTest, TheRequestsOfADayAreCounted) {
@@ -156,10 +148,17 @@ TEST_F(DataSourceTest, TheRequestsOfADayAreCounted) {
   m_second->price = {6.0, std::nullopt, {}};
   source().currentPrice(u"ABC");
   source().currentPrice(u"ABC");
+  EXPECT_EQ(m_first->asked.size(), 1u) << "a price of a short time ago is not asked for again";
+  source().currentPrice(u"XYZ");
+  m_now += SourceLog::FRESH;
   EXPECT_EQ(source().currentPrice(u"ABC"), 6.0);
   EXPECT_EQ(reasons(u"ABC"), u"First|resting|its 2 requests of the day are used up;");
   m_profile.setToday(Date(2026, 3, 4));
-  EXPECT_EQ(source().currentPrice(u"ABC"), 5.0);
+  m_first->failure = [] { throw HTTPException(u"no route"); };
+  for (int i = 0; i < 3; ++i)
+    EXPECT_EQ(source().currentPrice(u"ABC"), 6.0);
+  m_first->failure = nullptr;
+  EXPECT_EQ(source().currentPrice(u"ABC"), 5.0) << "what did not reach the source does not count";
 }
 
 TEST_F(DataSourceTest, APinnedCodeIsAskedForAtItsSourceAloneAndByItsCodeThere) {

@@ -1,0 +1,152 @@
+#include "market/HttpPrices.h"
+#include "foundation/Exception.h"
+#include "market/AnswerText.h"
+#include "market/HTTPClient.h"
+#include "market/LastPrice.h"
+#include "market/PagedHistory.h"
+#include "market/SourceFailure.h"
+#include "market/TransferFailure.h"
+#include "market/URL.h"
+#include "pages/JsonTable.h"
+#include <utility>
+
+namespace Tallymoor {
+
+namespace {
+
+constexpr unsigned STATUS_OK = 200;
+
+std::string textOf(const HTTPAnswer& answer) {
+  return utf8Of({reinterpret_cast<const char*>(answer.body.data()), answer.body.size()},
+                encodingIn(answer.header("Content-Type")));
+}
+
+/// With the source's own words where the answer holds them.
+[[noreturn]] void failByStatus(const HTTPAnswer& answer, const AnswerFormat& format) {
+  const String words = errorInJson(textOf(answer), format.errorPaths);
+  const HTTPException failure(u"status " + String::fromLong(answer.status) +
+                                  (words.empty() ? String() : u": " + words),
+                              answer.status);
+  throw SourceException(faultOf(failure), failure.message());
+}
+
+String reasonOf(const Exception& failure) {
+  const auto* const transfer = dynamic_cast<const TransferFailure*>(&failure);
+  return transfer ? transfer->reason() : failure.message();
+}
+
+void replaceAll(String& text, const String& what, const String& by) {
+  for (std::size_t at = 0; (at = text.find(what, at)) != String::npos; at += by.size())
+    text.replace(at, what.size(), by);
+}
+
+/// Adds what is new. True if anything was.
+bool addPage(AnsweredHistory& whole, AnsweredHistory page) {
+  const std::size_t before = whole.prices.size();
+  whole.prices.merge(page.prices);
+  whole.dividends.merge(page.dividends);
+  whole.splits.merge(page.splits);
+  whole.currency = whole.currency.empty() ? page.currency : whole.currency;
+  whole.passedOver += page.passedOver;
+  return whole.prices.size() > before;
+}
+
+} // namespace
+
+HttpPrices::HttpPrices(std::shared_ptr<HTTPClient> client, std::shared_ptr<const PriceSource> source,
+                       String key)
+    : m_client(std::move(client)), m_source(std::move(source)), m_key(std::move(key)) {}
+
+/// Sources repeat keys in their errors.
+String HttpPrices::masked(const String& text) const {
+  String shown = text;
+  if (m_key.empty())
+    return shown;
+  AddressValues values;
+  values.key = m_key;
+  replaceAll(shown, m_key, u"(key)");
+  replaceAll(shown, AddressTemplate(u"{KEY}").fill(values), u"(key)");
+  return shown;
+}
+
+template <class Work>
+auto HttpPrices::withoutKey(Work work) const {
+  try {
+    return work();
+  } catch (const Exception& failure) {
+    throw SourceException(faultOf(failure), masked(reasonOf(failure)));
+  }
+}
+
+std::string HttpPrices::answerTo(const SourceRequest& request, AddressValues values,
+                                 const std::stop_token& stop) const {
+  if (m_key.empty() && m_source->needsKey())
+    throw SourceException(SourceFault::Refused, u"it needs a key, which you get from the source");
+  values.key = m_key;
+  HTTPHeaders headers;
+  for (const auto& [name, value] : request.headers)
+    headers.emplace_back(name.toUTF8(), value.fillPlainly(values).toUTF8());
+  const HTTPAnswer answer = m_client->get(URL(request.address.fill(values)), headers, stop);
+  if (answer.status != STATUS_OK)
+    failByStatus(answer, request.format);
+  return textOf(answer);
+}
+
+std::optional<AnsweredPrice> HttpPrices::currentPrice(const String& code, const std::stop_token& stop) const {
+  if (m_source->currentPrice() == nullptr)
+    return lastPrice(history(code, recentDays(), stop));
+  return withoutKey([&] {
+    AddressValues values;
+    values.code = code;
+    const SourceRequest& request = *m_source->currentPrice();
+    std::optional<AnsweredPrice> price = readPrice(answerTo(request, values, stop), request.format);
+    if (price && price->currency.empty())
+      price->currency = m_source->currencyOf(code);
+    return price;
+  });
+}
+
+AnsweredHistory HttpPrices::history(const String& code, const HistoryRange& range,
+                                    const std::stop_token& stop) const {
+  return withoutKey([&] {
+    const SourceRequest& request = *m_source->history();
+    const bool isDivided = request.address.usesRange();
+    AnsweredHistory history =
+        pagedHistory(range, isDivided ? static_cast<int>(request.daysAPage) : 0,
+                     [&](const HistoryRange& days) { return historyPage(code, days, stop); });
+    dropAfter(history, range.end);
+    if (history.currency.empty())
+      history.currency = m_source->currencyOf(code);
+    return history;
+  });
+}
+
+/// The numbered pages of a range, where the source has such, up to one that brings nothing new.
+AnsweredHistory HttpPrices::historyPage(const String& code, const HistoryRange& range,
+                                        const std::stop_token& stop) const {
+  constexpr std::size_t MOST_PAGES = 50;
+  const SourceRequest& request = *m_source->history();
+  AddressValues values;
+  values.code = code;
+  values.first = range.start;
+  values.last = range.end;
+  AnsweredHistory whole;
+  for (; values.page <= MOST_PAGES; ++values.page)
+    if (!addPage(whole, readHistory(answerTo(request, values, stop), request.format)) ||
+        !request.address.usesPage())
+      break;
+  return whole;
+}
+
+void HttpPrices::search(const String& text, bool, bool, std::vector<CodeSearchResult>& results,
+                        const std::stop_token& stop) const {
+  withoutKey([&] {
+    AddressValues values;
+    values.text = text;
+    const SourceRequest& request = *m_source->search();
+    for (CodeSearchResult& found : readSearch(answerTo(request, values, stop), request.format))
+      results.push_back(std::move(found));
+  });
+}
+
+} // namespace Tallymoor

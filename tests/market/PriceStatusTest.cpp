@@ -1,0 +1,221 @@
+#include "market/PriceStatus.h"
+#include "market/GatewayTest.h"
+#include "support/MessageOf.h"
+#include "support/StringPrinting.h"
+#include "support/TestHttpServer.h"
+#include <filesystem>
+
+// The gateway with several sources of prices.
+
+namespace Tallymoor {
+namespace {
+
+const String KEY = u"s3cr+t/key";
+
+class PriceStatusTest : public GatewayTest {
+protected:
+  PriceStatusTest() {
+    std::filesystem::create_directories((m_profile.configFolder() + u"Sources").toUTF8());
+    std::filesystem::create_directory(m_folder.toUTF8());
+    m_service.setFallback([this](const TestHttpServer::Request&) { return m_answer; });
+    writeService();
+  }
+
+  static PriceStatus& status() { return gateway().priceStatus(); }
+
+  /// A service in JSON with a key, not tried.
+  void writeService() {
+    const std::string address =
+        m_service.url("/prices?code={CODE}&amp;from={FROM:yyyy-MM-dd}&amp;to={TO:yyyy-MM-dd}&amp;key={KEY}");
+    TestProfile::writeFile(
+        m_profile.configFolder() + u"Sources/Service.xml",
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<PriceSource name=\"Service\" "
+        "notTried=\"2026-11-22\"><Serves "
+        "codes=\"*.AX\" currency=\"AUD\"/><Terms>For private use.</Terms><TryCode>KNOWN.AX</TryCode><History "
+        "reader=\"json\"><Address>" +
+            address +
+            "</Address><Column type=\"Date\" at=\"$.days[*].date\"/><Column type=\"Close\" "
+            "at=\"$.days[*].close\"/>"
+            "<Column type=\"Split\" at=\"$.days[*].split\"/><Error "
+            "at=\"$.error\"/></History></PriceSource>\n");
+  }
+  void writeFile(const std::string& name, const std::string& text) const {
+    TestProfile::writeFile(m_folder + u"/" + String(name.c_str()), text);
+  }
+  /// Pretends that the locators lead to the sample service.
+  void makeSample() const {
+    for (const char* name :
+         {"CurrentPriceLocators.xml", "HistoricalPricesLocators.xml", "CodeSearchLocators.xml"}) {
+      std::string text = TestProfile::readFile(m_profile.configFolder() + String(name));
+      for (std::size_t at = 0; (at = text.find("\"exchange\"", at)) != std::string::npos;)
+        text.replace(at, std::string("\"exchange\"").size(), "\"sample\"");
+      TestProfile::writeFile(m_profile.configFolder() + String(name), text);
+    }
+  }
+  void useService() {
+    m_answer.body = R"({"days":[{"date":"2006-11-10","close":5.25,"split":1},
+                                {"date":"2006-11-14","close":2.75,"split":2}]})";
+    status().sources().setKey(u"Service", KEY);
+    EXPECT_FALSE(status().trySource(u"Service").failure);
+    status().setOn(u"Service", true);
+  }
+  static String reasonsOf(const String& code) {
+    String text;
+    for (const SourceReason& reason : status().ofCode(code).reasons)
+      text += reason.source + u"|" + wordsOf(reason.fault) + u"|" + reason.text + u";";
+    return text;
+  }
+
+  TestHttpServer m_service;
+  TestHttpServer::Response m_answer;
+  const String m_folder = m_profile.path("prices");
+};
+
+TEST_F(PriceStatusTest, TheLocatorsAloneAreTheSourceOfANewProfile) {
+  m_market.setCurrentPrice(m_code, 5.5);
+  EXPECT_EQ(gateway().currentPrice(m_code, false, true), 5.5);
+  const PriceStatus::OfCode code = status().ofCode(m_code);
+  EXPECT_EQ(code.source, u"locators");
+  EXPECT_FALSE(code.isSample);
+  const auto sources = status().ofSources();
+  ASSERT_EQ(sources.size(), 2u);
+  EXPECT_TRUE(sources[0].listed.isOn);
+  EXPECT_FALSE(sources[1].listed.isOn);
+  EXPECT_EQ(sources[1].notTried, u"2026-11-22");
+  EXPECT_TRUE(sources[1].needsKey);
+  EXPECT_FALSE(sources[1].hasKey);
+}
+
+TEST_F(PriceStatusTest, ATrialShowsWhatTheSourceGivesAndAllowsItToBeSwitchedOn) {
+  m_answer.body = R"({"error":"no such key: s3cr+t/key"})";
+  status().sources().setKey(u"Service", KEY);
+  PriceStatus::Trial trial = status().trySource(u"Service");
+  ASSERT_TRUE(trial.failure);
+  EXPECT_EQ(trial.failure->fault, SourceFault::Refused);
+  EXPECT_EQ(trial.failure->text, u"no such key: (key)");
+  EXPECT_THROW(status().setOn(u"Service", true), Exception);
+
+  m_answer.body = R"({"days":[{"date":"2006-11-14","close":2.75}]})";
+  trial = status().trySource(u"Service");
+  EXPECT_FALSE(trial.failure);
+  EXPECT_EQ(trial.price->price, 2.75);
+  EXPECT_EQ(trial.currency, u"AUD");
+  ASSERT_EQ(trial.lastDays.size(), 1u);
+  EXPECT_EQ(trial.lastDays.begin()->first, Date(2006, 11, 14));
+  EXPECT_NE(m_service.requests().back().target.find("code=KNOWN.AX"), std::string::npos);
+  status().setOn(u"Service", true);
+  EXPECT_TRUE(status().ofSources()[1].listed.isOn);
+}
+
+TEST_F(PriceStatusTest, TheFolderAnswersWhenTheQuotaOfTheServiceIsUsedUp) {
+  useService();
+  status().sources().addFolder(u"My files", m_folder);
+  status().setOn(u"locators", false);
+  writeFile("ABC.AX.csv", "Date,Close\n2006-11-08,4.5\n2006-11-10,4.75\n");
+  EXPECT_EQ(gateway().historicalPrice(m_code, Date(2006, 11, 10), true), 5.25);
+  EXPECT_EQ(status().ofCode(m_code).source, u"Service");
+  EXPECT_EQ(status().ofCode(m_code).currency, u"AUD");
+  EXPECT_EQ(status().ofCode(m_code).splits.at(Date(2006, 11, 14)), 2.0);
+
+  m_answer.body = R"({"error":"25 requests per day"})";
+  writeFile("XYZ.AX.csv", "Date,Close\n2006-11-08,4.5\n2006-11-10,4.75\n");
+  EXPECT_EQ(gateway().historicalPrice(u"XYZ.AX", Date(2006, 11, 10), true), 4.75);
+  const PriceStatus::OfCode code = status().ofCode(u"XYZ.AX");
+  EXPECT_EQ(code.source, u"My files");
+  EXPECT_EQ(code.price, 4.75);
+  EXPECT_EQ(code.day, Date(2006, 11, 10));
+  EXPECT_EQ(code.age, 5);
+  EXPECT_EQ(reasonsOf(u"XYZ.AX"), u"Service|refused|25 requests per day;");
+  EXPECT_EQ(status().ofSources()[1].lastFailure->reason.text, u"25 requests per day");
+  EXPECT_TRUE(questions().empty());
+}
+
+TEST_F(PriceStatusTest, OneCodeThatFailsDoesNotStopTheOthersOfAPass) {
+  status().sources().addFolder(u"My files", m_folder);
+  status().setOn(u"locators", false);
+  writeFile("BAD.csv", "nonsense");
+  writeFile("OKAY.csv", "Date,Close\n2006-11-14,4.75\n");
+  for (const char16_t* code : {u"ABSENT", u"BAD", u"OKAY"})
+    updater().addCode(code);
+  updater().runPass();
+  EXPECT_EQ(updater().getCurrentPrice(u"OKAY"), 4.75);
+  EXPECT_EQ(status().ofCode(u"OKAY").day, Date(2006, 11, 14));
+  EXPECT_EQ(status().ofCode(u"OKAY").age, 1);
+  EXPECT_TRUE(reasonsOf(u"BAD").startsWith(u"My files|answer not readable|BAD.csv: "));
+  EXPECT_FALSE(status().ofCode(u"ABSENT").price);
+}
+
+TEST_F(PriceStatusTest, AChangedFileIsSeenByTheNextPass) {
+  status().sources().addFolder(u"My files", m_folder);
+  status().setOn(u"locators", false);
+  writeFile("OKAY.csv", "Date,Close\n2006-11-14,4.75\n");
+  updater().addCode(u"OKAY");
+  updater().runPass();
+  writeFile("OKAY.csv", "Date,Close\n2006-11-14,4.75\n2006-11-15,4.80\n");
+  updater().runPass();
+  EXPECT_EQ(updater().getCurrentPrice(u"OKAY"), 4.8);
+}
+
+TEST_F(PriceStatusTest, TheFirstSourceOfRealPricesEndsTheSampleMarket) {
+  makeSample();
+  m_market.setCurrentPrice(m_code, 5.5);
+  m_market.setHistory(m_code, Date(2006, 11, 1), Date(2006, 11, 14), 5.0);
+  gateway().historicalPrice(m_code, m_friday, true);
+  gateway().setCachedPrice(m_code, Date(2006, 11, 2), 6.0);
+  updater().addCode(m_code);
+  updater().runPass();
+  EXPECT_TRUE(status().ofCode(m_code).isSample);
+  EXPECT_TRUE(status().ofSources()[0].isSample);
+
+  useService();
+  EXPECT_FALSE(status().ofSources()[0].listed.isOn);
+  EXPECT_EQ(updater().getCurrentPrice(m_code), 0.0);
+  EXPECT_FALSE(gateway().hasCachedPrice(m_code, m_friday));
+  EXPECT_TRUE(gateway().hasCachedPrice(m_code, Date(2006, 11, 2))) << "typed by the user";
+  EXPECT_EQ(gateway().historicalPrice(m_code, m_friday, true), 5.25);
+  EXPECT_FALSE(status().ofCode(m_code).isSample);
+}
+
+TEST_F(PriceStatusTest, AFileIsImportedForACodeOnceItsDoubtsAreAnswered) {
+  writeFile("export.csv", "Date;Close\n06/11/2006;12,345\n07/11/2006;12,346\n");
+  const String path = m_folder + u"/export.csv";
+  PriceStatus::Import import = status().importFile(m_code, path, {});
+  EXPECT_EQ(import.doubts.size(), 2u);
+  EXPECT_FALSE(gateway().hasCachedHistory(m_code));
+  import = status().importFile(m_code, path,
+                               {{FormatDoubt::About::DateOrder, u"dd/MM/yyyy"},
+                                { FormatDoubt::About::DecimalSign,
+                                  u"," }});
+  EXPECT_TRUE(import.doubts.empty());
+  EXPECT_EQ(import.days, 2u);
+  EXPECT_EQ(import.first, Date(2006, 11, 6));
+  EXPECT_EQ(import.last, Date(2006, 11, 7));
+  EXPECT_EQ(gateway().getCachedPrice(m_code, Date(2006, 11, 7), 0), 12.346);
+}
+
+TEST_F(PriceStatusTest, TheKeyIsShownNowhere) {
+  useService();
+  status().setOn(u"locators", false);
+  m_answer = {401, R"({"error":"s3cr+t/key and s3cr%2Bt%2Fkey are wrong"})"};
+  updater().addCode(m_code);
+  updater().runPass();
+  messageOf([&] { gateway().historicalPrice(u"XYZ.AX", m_friday, true); });
+  gateway().save();
+  String shown = reasonsOf(m_code) + reasonsOf(u"XYZ.AX") + status().ofSources()[1].lastFailure->reason.text;
+  for (const Kind kind : {Kind::Status, Kind::Question, Kind::Warning, Kind::Error})
+    for (const String& text : m_user.texts(kind))
+      shown += text;
+  EXPECT_TRUE(shown.contains(u"(key)"));
+  EXPECT_FALSE(shown.contains(u"s3cr")) << shown.toUTF8();
+  std::size_t files = 0;
+  for (const auto& file : std::filesystem::recursive_directory_iterator(m_profile.folder()))
+    if (file.is_regular_file() &&
+        TestProfile::readFile(String(file.path().c_str())).find("s3cr") != std::string::npos) {
+      EXPECT_EQ(file.path().filename(), "PriceSourceKeys.xml");
+      ++files;
+    }
+  EXPECT_EQ(files, 1u);
+}
+
+} // namespace
+} // namespace Tallymoor
