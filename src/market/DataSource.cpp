@@ -121,11 +121,16 @@ HistoryPage DataSource::historyPage(const String& code, const HistoryRange& rang
 }
 
 void DataSource::search(const String& text, bool isShare, bool usOnly, std::vector<CodeSearchResult>& results,
-                        const std::stop_token& stop) const {
+                        const std::stop_token& stop, SearchFor purpose) const {
   std::vector<SourceReason> reasons;
   for (const auto& source : m_choice.sources) {
-    if (!source->offersSearch())
+    if (!source->offersSearch() || (purpose == SearchFor::NameOfCode && source->requestsADay() != 0))
       continue;
+    if (!isLocatorsAlone())
+      if (auto refusal = m_choice.log->beginRequest(String(), source->name(), source->requestsADay())) {
+        reasons.push_back(std::move(*refusal));
+        continue;
+      }
     try {
       source->search(text, isShare, usOnly, results, stop);
     } catch (const Exception& failure) {

@@ -37,9 +37,11 @@ public:
   Rows history(const String& code, const HistoryRange& range, const std::stop_token& stop = {}) const;
   /// The same with a failure as part of the result; throws nothing that is an Exception.
   HistoryPage historyPage(const String& code, const HistoryRange& range, const std::stop_token& stop) const;
-  /// Adds what the first source finds that finds anything.
+  /// Adds what the first source finds that finds anything. The name of a code is not asked of a source with a
+  /// daily limit, which is for prices.
+  enum class SearchFor { Text, NameOfCode };
   void search(const String& text, bool isShare, bool usOnly, std::vector<CodeSearchResult>& results,
-              const std::stop_token& stop = {}) const;
+              const std::stop_token& stop = {}, SearchFor purpose = SearchFor::Text) const;
 
 private:
   struct Candidate {

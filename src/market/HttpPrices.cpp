@@ -92,6 +92,19 @@ std::string HttpPrices::answerTo(const SourceRequest& request, AddressValues val
   return textOf(answer);
 }
 
+template <class Read>
+auto HttpPrices::readAnswer(const SourceRequest& request, const AddressValues& values,
+                            const std::stop_token& stop, Read read) const {
+  const std::string answer = answerTo(request, values, stop);
+  try {
+    return read(answer, request.format);
+  } catch (const AnswerException& failure) {
+    if (errorInJson(answer, request.wrongCodePaths).empty())
+      throw;
+    throw SourceException(SourceFault::WrongCode, failure.message());
+  }
+}
+
 std::optional<AnsweredPrice> HttpPrices::currentPrice(const String& code, const std::stop_token& stop) const {
   if (m_source->currentPrice() == nullptr)
     return lastPrice(history(code, recentDays(), stop));
@@ -99,7 +112,7 @@ std::optional<AnsweredPrice> HttpPrices::currentPrice(const String& code, const 
     AddressValues values;
     values.code = code;
     const SourceRequest& request = *m_source->currentPrice();
-    std::optional<AnsweredPrice> price = readPrice(answerTo(request, values, stop), request.format);
+    std::optional<AnsweredPrice> price = readAnswer(request, values, stop, readPrice);
     if (price && price->currency.empty())
       price->currency = m_source->currencyOf(code);
     return price;
@@ -132,8 +145,7 @@ AnsweredHistory HttpPrices::historyPage(const String& code, const HistoryRange& 
   values.last = range.end;
   AnsweredHistory whole;
   for (; values.page <= MOST_PAGES; ++values.page)
-    if (!addPage(whole, readHistory(answerTo(request, values, stop), request.format)) ||
-        !request.address.usesPage())
+    if (!addPage(whole, readAnswer(request, values, stop, readHistory)) || !request.address.usesPage())
       break;
   return whole;
 }
@@ -144,7 +156,7 @@ void HttpPrices::search(const String& text, bool, bool, std::vector<CodeSearchRe
     AddressValues values;
     values.text = text;
     const SourceRequest& request = *m_source->search();
-    for (CodeSearchResult& found : readSearch(answerTo(request, values, stop), request.format))
+    for (CodeSearchResult& found : readAnswer(request, values, stop, readSearch))
       results.push_back(std::move(found));
   });
 }

@@ -31,6 +31,9 @@ public:
 
 private:
   std::string answerTo(const SourceRequest& request, AddressValues values, const std::stop_token& stop) const;
+  template <class Read>
+  auto readAnswer(const SourceRequest& request, const AddressValues& values, const std::stop_token& stop,
+                  Read read) const;
   AnsweredHistory historyPage(const String& code, const HistoryRange& range,
                               const std::stop_token& stop) const;
   template <class Work>

@@ -126,8 +126,10 @@ PricePass::Answer PricePass::fetch(const DataSource& source, const Request& requ
                             : failureOf([&] { answer.price = source.currentPrice(request.code, stop); });
   if (request.wantsName && !answer.priceFailure) {
     // A failure is not reported; results from before it are used.
-    failureOf(
-        [&] { source.search(request.code, !request.code.startsWith(u"^"), false, answer.names, stop); });
+    failureOf([&] {
+      source.search(request.code, !request.code.startsWith(u"^"), false, answer.names, stop,
+                    DataSource::SearchFor::NameOfCode);
+    });
   }
   answer.hasHistory = request.history == AskForHistory::Always ||
                       (request.history == AskForHistory::AfterPrice && !answer.priceFailure);

@@ -119,6 +119,17 @@ AnswerFormat formatIn(const XMLElement& request) {
   return format;
 }
 
+std::vector<String> wrongCodePathsIn(const XMLElement& request) {
+  constexpr std::array<Named<bool>, 2> MEANINGS{{{u"refusal", false}, {u"wrong code", true}}};
+  std::vector<String> paths;
+  for (std::size_t i = 0; i < request.numSubElements(u"Errors"); ++i) {
+    const XMLElement& error = request.subElement(u"Errors", i);
+    if (error.hasAttribute(u"means") && valueNamed(error.attribute(u"means"), MEANINGS, u"unknown meaning"))
+      paths.push_back(error.attribute(u"at"));
+  }
+  return paths;
+}
+
 /// Fails now for what would otherwise fail at the first answer.
 void check(const AnswerFormat& format) {
   const AnswerFigures figures(format);
@@ -162,6 +173,7 @@ std::optional<SourceRequest> requestIn(const XMLElement& source, const char16_t*
   SourceRequest request{AddressTemplate(element.subElement(u"Address").value().trimmed()),
                         {},
                         formatIn(element),
+                        wrongCodePathsIn(element),
                         countIn(element, u"daysAPage", 0)};
   for (std::size_t i = 0; i < element.numSubElements(u"Headers"); ++i) {
     const XMLElement& header = element.subElement(u"Headers", i);

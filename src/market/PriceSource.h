@@ -17,7 +17,8 @@ struct SourceRequest {
   AddressTemplate address;
   std::vector<std::pair<String, AddressTemplate>> headers; ///< names and values
   AnswerFormat format;
-  std::size_t daysAPage = 0; ///< days of history that one answer covers at most; 0 for any number
+  std::vector<String> wrongCodePaths; ///< those of the format's error paths that say that the code is unknown
+  std::size_t daysAPage = 0;          ///< days of history that one answer covers at most; 0 for any number
 };
 
 /// Codes that a source serves.

@@ -59,10 +59,9 @@ SourceList::SourceList(const String& configDirectory)
   if (find(sources, LocatorPrices::NAME) == sources.end())
     sources.insert(sources.begin(),
                    {.kind = SourceKind::Locators, .name = LocatorPrices::NAME, .isOn = sources.empty()});
-  readDocuments();
 }
 
-void SourceList::complain(const String& file, const Exception& failure) {
+void SourceList::complain(const String& file, const Exception& failure) const {
   m_complaints.push_back({file, failure.message()});
 }
 
@@ -79,7 +78,9 @@ void SourceList::readChosen() {
   }
 }
 
-void SourceList::readDocuments() {
+void SourceList::readDocuments() const {
+  if (std::exchange(m_areDocumentsRead, true))
+    return;
   for (const String& path : documentsIn(m_directory + DOCUMENTS_FOLDER))
     try {
       addDocument(path);
@@ -88,7 +89,7 @@ void SourceList::readDocuments() {
     }
 }
 
-void SourceList::addDocument(const String& path) {
+void SourceList::addDocument(const String& path) const {
   auto document = std::make_shared<const PriceSource>(PriceSource::fromFile(path));
   const auto known = find(m_chosen.sources, document->name());
   if (known == m_chosen.sources.end())
@@ -100,8 +101,18 @@ void SourceList::addDocument(const String& path) {
     throw Exception(u"another source has the name " + document->name());
 }
 
+const std::vector<ListedSource>& SourceList::sources() const {
+  readDocuments();
+  return m_chosen.sources;
+}
+
+const std::vector<SourceComplaint>& SourceList::complaints() const {
+  readDocuments();
+  return m_complaints;
+}
+
 const ListedSource& SourceList::source(const String& name) const {
-  return require(m_chosen.sources, name);
+  return require(sources(), name);
 }
 
 bool SourceList::isLocatorsAlone() const {
@@ -117,6 +128,7 @@ void SourceList::change(Change change) {
   if (m_isUnreadable)
     throw Exception(u"The sources of prices can't be changed, since " + m_directory + CHOICE_FILE +
                     u" can't be read. Mend or remove it first.");
+  readDocuments();
   Chosen changed = m_chosen;
   change(changed);
   writeSourceList(m_directory + CHOICE_FILE, changed.sources, changed.pins);
@@ -232,6 +244,8 @@ std::shared_ptr<const PriceProvider> SourceList::provider(const String& name,
 }
 
 SourceChoice SourceList::choice(const std::shared_ptr<HTTPClient>& client, const LocatorSet& locators) const {
+  if (!isLocatorsAlone())
+    readDocuments();
   SourceChoice choice{{}, m_chosen.pins, m_log};
   for (const ListedSource& source : m_chosen.sources)
     if (source.isOn && !isUntried(source))

@@ -42,12 +42,13 @@ struct SourceComplaint {
 /// file that can't be read is told by complaints and never written over. Callers hold the big mutex.
 class SourceList {
 public:
-  /// The folder with a trailing separator. Reads what is there; throws nothing that is an Exception.
+  /// The folder with a trailing separator. Reads what is there, the documents when they are first needed;
+  /// throws nothing that is an Exception.
   explicit SourceList(const String& configDirectory);
 
-  const std::vector<ListedSource>& sources() const { return m_chosen.sources; }
+  const std::vector<ListedSource>& sources() const;
   const std::map<String, SourcePin>& pins() const { return m_chosen.pins; }
-  const std::vector<SourceComplaint>& complaints() const { return m_complaints; }
+  const std::vector<SourceComplaint>& complaints() const;
   /// Throws Exception for a name that no source has.
   const ListedSource& source(const String& name) const;
   /// True if the locators are the only source that is on, and no code is pinned.
@@ -85,9 +86,9 @@ private:
   };
 
   void readChosen();
-  void readDocuments();
-  void addDocument(const String& path);
-  void complain(const String& file, const Exception& failure);
+  void readDocuments() const;
+  void addDocument(const String& path) const;
+  void complain(const String& file, const Exception& failure) const;
   template <class Change>
   void change(Change change);
   std::shared_ptr<const PriceProvider> providerOf(const ListedSource& source,
@@ -96,9 +97,11 @@ private:
   void add(ListedSource source);
 
   String m_directory;
-  Chosen m_chosen;
   bool m_isUnreadable = false; ///< the file of the choice
-  std::vector<SourceComplaint> m_complaints;
+  // What the documents add comes when it is needed: without a choice the start of the program needs none.
+  mutable bool m_areDocumentsRead = false;
+  mutable Chosen m_chosen;
+  mutable std::vector<SourceComplaint> m_complaints;
   SourceKeys m_keys;
   std::shared_ptr<SourceLog> m_log = std::make_shared<SourceLog>();
   std::shared_ptr<CsvFolderFiles> m_files = std::make_shared<CsvFolderFiles>();

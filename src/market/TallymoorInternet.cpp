@@ -313,8 +313,11 @@ bool TallymoorInternet::reconnect() {
   return isOnline();
 }
 
+/// Sources other than the locators tell their failures themselves, and not all of them search.
 bool TallymoorInternet::dataSourceAnswers() {
   const BackgroundPassScope askNothing;
+  if (!m_connection.sources().isLocatorsAlone())
+    return true;
   return !stockSearch(u"test", true, false).empty();
 }
 

@@ -89,7 +89,8 @@ public:
   XMLAnswerColumn();
 };
 
-/// Attribute "at": where the source tells an error.
+/// Attribute "at": where the source tells an error; perhaps "means": "wrong code", or "refusal", which is
+/// meant without it.
 class XMLAnswerError : public XMLSelfCheckedElement {
 public:
   XMLAnswerError();

@@ -192,8 +192,11 @@ TEST_F(DataSourceTest, TheFirstSearchThatFindsAnythingCounts) {
   source().search(u"abc", true, false, results);
   ASSERT_EQ(results.size(), 1u);
   EXPECT_EQ(results[0].code, u"ABC");
-  m_second->search_ = nullptr;
+  m_second->perDay = 10;
   results.clear();
+  messageOf([&] { source().search(u"abc", true, false, results, {}, DataSource::SearchFor::NameOfCode); });
+  EXPECT_TRUE(results.empty()) << "the requests of a day are for prices";
+  m_second->search_ = nullptr;
   EXPECT_EQ(messageOf([&] { source().search(u"abc", true, false, results); }),
             u"First (refused): status 403");
 }

@@ -23,7 +23,8 @@ protected:
            extra + "<History reader=\"json\"" + m_attributes + "><Address>" + host +
            "/history/{CODE}?from={FROM:yyyy-MM-dd}&amp;to={TO:yyyy-MM-dd}&amp;key={KEY}</Address>"
            "<Header name=\"X-Key\">{KEY}</Header><Column type=\"Date\" at=\"$[*].date\"/>"
-           "<Column type=\"Close\" at=\"$[*].close\"/><Error at=\"$.message\"/></History></PriceSource>\n";
+           "<Column type=\"Close\" at=\"$[*].close\"/><Error at=\"$.message\"/><Error at=\"$.unknown\" "
+           "means=\"wrong code\"/></History></PriceSource>\n";
   }
   HttpPrices prices(const std::string& text, const String& key = KEY) {
     TestProfile::writeFile(m_profile.path("Service.xml"), text);
@@ -79,6 +80,7 @@ TEST_F(HttpPricesTest, EachStatusHasItsClassAndTheSourcesOwnWords) {
   EXPECT_EQ(failure({429, "slow down"}), u"resting: status 429");
   EXPECT_EQ(failure({503, ""}), u"network: status 503");
   EXPECT_EQ(failure({200, R"({"message":"25 requests per day"})"}), u"refused: 25 requests per day");
+  EXPECT_EQ(failure({200, R"({"unknown":"no such symbol"})"}), u"wrong code: no such symbol");
   EXPECT_TRUE(failure({200, "<html>Are you human?</html>"}).startsWith(u"answer not readable: "));
   EXPECT_TRUE(failure({200, ""}).startsWith(u"answer not readable: "));
   EXPECT_TRUE(failure({200, R"([{"date":"2026-02-26","clo)"}).startsWith(u"answer not readable: "));

@@ -145,6 +145,13 @@ TEST_F(PriceStatusTest, OneCodeThatFailsDoesNotStopTheOthersOfAPass) {
   EXPECT_FALSE(status().ofCode(u"ABSENT").price);
 }
 
+TEST_F(PriceStatusTest, AFolderIsEnoughToGoOnline) {
+  status().sources().addFolder(u"My files", m_folder);
+  status().setOn(u"locators", false);
+  EXPECT_TRUE(gateway().reconnect());
+  gateway().pauseUpdates();
+}
+
 TEST_F(PriceStatusTest, AChangedFileIsSeenByTheNextPass) {
   status().sources().addFolder(u"My files", m_folder);
   status().setOn(u"locators", false);
