@@ -44,6 +44,17 @@ std::optional<PriceOrigin> originAttribute(PlainDocument& walk) {
   return std::nullopt;
 }
 
+/// The code and its mark.
+PriceCacheFile readHead(PlainDocument& walk) {
+  PriceCacheFile file;
+  walk.expect(HEAD);
+  file.share.isBad = walk.accept(" IsBad=\"true\"");
+  walk.expect("><String>");
+  file.code = String::fromUTF8(walk.take(isPlain));
+  walk.expect("</String>");
+  return file;
+}
+
 /// The rest of a row whose tag is open.
 bool readRow(PlainDocument& walk, std::map<Date, ShareValue>& rows) {
   const std::optional<PriceOrigin> origin = originAttribute(walk);
@@ -65,17 +76,19 @@ bool readRow(PlainDocument& walk, std::map<Date, ShareValue>& rows) {
 
 } // namespace
 
+bool hasPlainRowsOfListed(std::string_view beginning) {
+  PlainDocument walk(beginning);
+  std::map<Date, ShareValue> rows;
+  return !readHead(walk).share.isBad && walk.accept("<ShareValue") && readRow(walk, rows) &&
+         walk.accept("<ShareValue") && readRow(walk, rows);
+}
+
 std::optional<PriceCacheFile> readPlainPriceCache(std::string_view document) {
   const DocumentLimits limits = DocumentLimits::of(u"ShareValues");
   if (document.size() > limits.bytes)
     return std::nullopt;
   PlainDocument walk(document);
-  PriceCacheFile file;
-  walk.expect(HEAD);
-  file.share.isBad = walk.accept(" IsBad=\"true\"");
-  walk.expect("><String>");
-  file.code = String::fromUTF8(walk.take(isPlain));
-  walk.expect("</String>");
+  PriceCacheFile file = readHead(walk);
   for (std::size_t rows = 0; !walk.failed() && walk.accept("<ShareValue"); ++rows)
     if (rows == limits.siblings || !readRow(walk, file.share.values))
       return std::nullopt;

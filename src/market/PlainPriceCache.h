@@ -10,6 +10,10 @@ namespace Tallymoor {
 /// it good or bad, or longer than one that is accepted; those are read by elements.
 std::optional<PriceCacheFile> readPlainPriceCache(std::string_view document);
 
+/// True for the beginning of such a document if it has no mark of a delisted code and goes on with two rows:
+/// a single one may be such a mark.
+bool hasPlainRowsOfListed(std::string_view beginning);
+
 /// How a row says where it came from. Rows of the data source with a volume say nothing, as they always did;
 /// an earlier version ignores the attribute.
 struct NamedPriceOrigin {

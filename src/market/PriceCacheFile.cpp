@@ -6,6 +6,7 @@
 #include "market/PlainPriceCache.h"
 #include "xml/DocumentLimits.h"
 #include "xml/PriceCache.h"
+#include <array>
 #include <filesystem>
 
 namespace Tallymoor {
@@ -13,6 +14,7 @@ namespace Tallymoor {
 namespace {
 
 const String ORIGIN = u"Origin";
+constexpr std::size_t BYTES_OF_TWO_ROWS = 1024; ///< with the head of the document
 
 /// The bytes of the file; none of one that is longer than any that is accepted.
 std::string contentOf(const String& path) {
@@ -102,6 +104,15 @@ PriceCacheFile readPriceCache(const String& path) {
   dropFuture(file.share);
   readOldDelistedMark(file.share);
   return file;
+}
+
+bool isSurelyListed(const String& path) {
+  if (filePresence(path) != FilePresence::RegularFile)
+    return false;
+  std::array<char, BYTES_OF_TWO_ROWS> head{};
+  std::ifstream file = openToRead(path.toUTF8());
+  file.read(head.data(), head.size());
+  return hasPlainRowsOfListed({head.data(), static_cast<std::size_t>(file.gcount())});
 }
 
 void writePriceCache(const String& path, const String& code, const CachedShare& share) {

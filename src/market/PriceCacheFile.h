@@ -17,6 +17,10 @@ struct PriceCacheFile {
 /// typed ones. Throws XMLException or Exception.
 PriceCacheFile readPriceCache(const String& path);
 
+/// True when the first rows of the file show that its code is not marked as delisted. False when it is, and
+/// when all of the file must be read to know.
+bool isSurelyListed(const String& path);
+
 /// Replaces the file by a document of the share. Throws Exception.
 void writePriceCache(const String& path, const String& code, const CachedShare& share);
 

@@ -39,7 +39,7 @@ public:
   std::optional<double> cachedClose(const String& code, const Date& day) REQUIRES(bigMutex());
   SharePriceCache::Rows cachedRows(const String& code, const Date& first, const Date& last)
       REQUIRES(bigMutex());
-  bool isBad(const String& code) REQUIRES(bigMutex()) { return m_cache.shareOrEmpty(code).isBad; }
+  bool isBad(const String& code) REQUIRES(bigMutex()) { return m_cache.isBad(code); }
 
   bool hasAnsweredFor(const String& code, const Date& day) REQUIRES(bigMutex());
   /// True if a close has changed.

@@ -215,6 +215,12 @@ bool SharePriceCache::isFinal(const CachedShare& known, Rows::const_iterator row
   return false;
 }
 
+bool SharePriceCache::isBad(const String& code) {
+  if (!m_entries.contains(code) && isSurelyListed(pathOf(code)))
+    return false;
+  return shareOrEmpty(code).isBad;
+}
+
 void SharePriceCache::setBad(const String& code, bool bad) {
   CachedShare& known = shareOrEmpty(code);
   if (known.isBad == bad)

@@ -60,6 +60,9 @@ public:
   std::optional<KnownClose> closeOn(const String& code, const Date& day);
   /// The last close before the day, whatever its age; none that shows as zero.
   std::optional<KnownClose> lastCloseBefore(const String& code, const Date& day);
+  /// Looks at the head of the code's file alone where that says enough: all codes are asked about at the
+  /// start, and few of their prices are needed then.
+  bool isBad(const String& code);
   void setBad(const String& code, bool bad);
   /// Sorted; looks into the files of codes that are not loaded too. Files that can't be read are passed over.
   std::vector<String> badCodes();

@@ -298,6 +298,25 @@ TEST_F(SharePriceCacheTest, AClearRemovesAMalformedFile) {
 
 // --- Delisted codes
 
+TEST_F(SharePriceCacheTest, WhetherACodeIsBadIsSeenFromTheHeadOfALongFile) {
+  const auto rows = {std::pair<std::string, std::string>{"3/11/2006", "1.5"}, {"4/11/2006", "1.6"}};
+  writeFile("PriceCache.ABC.AX.xml", document("ABC.AX", rows));
+  writeFile("PriceCache.BAD.AX.xml", document("BAD.AX", rows, " IsBad=\"true\""));
+  writeFile("PriceCache.OLD.AX.xml", document("OLD.AX", {{"3/11/2006", "0.0000"}}));
+  writeFile("PriceCache.HAND.AX.xml", "<ShareValues IsBad=\"true\"><String>HAND.AX</String></ShareValues>");
+  SharePriceCache cache(m_directory);
+  EXPECT_FALSE(cache.isBad(CODE));
+  EXPECT_TRUE(cache.isBad(u"BAD.AX"));
+  EXPECT_TRUE(cache.isBad(u"OLD.AX"));
+  EXPECT_TRUE(cache.isBad(u"HAND.AX"));
+  EXPECT_FALSE(cache.isBad(u"NONE.AX"));
+  // The prices are read only now.
+  writeFile("PriceCache.ABC.AX.xml", document("ABC.AX", {{"3/11/2006", "2.5"}, {"4/11/2006", "2.6"}}));
+  EXPECT_DOUBLE_EQ(closeOf(cache, Date(2006, 11, 3)), 2.5);
+  cache.setBad(CODE, true);
+  EXPECT_TRUE(cache.isBad(CODE));
+}
+
 TEST_F(SharePriceCacheTest, BadCodesAreThoseOfMemoryAndOfAllFiles) {
   writeFile("PriceCache.ZZZ.AX.xml", document("ZZZ.AX", {}, " IsBad=\"true\""));
   writeFile("PriceCache.OLD.AX.xml", document("OLD.AX", {{"3/11/2006", "0"}}));
