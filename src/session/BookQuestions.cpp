@@ -3,6 +3,7 @@
 #include "books/SuspectedSplit.h"
 #include "foundation/Exception.h"
 #include "foundation/RunTimeSettings.h"
+#include "foundation/UnforeseenFailure.h"
 #include "foundation/UserInteraction.h"
 #include <optional>
 
@@ -79,7 +80,7 @@ void checkCashReserve(SharePortfolioUser& portfolio) {
   if (inBackgroundPass)
     return;
   try {
-    updateCapitalRecord(portfolio);
+    withUnforeseenFailures([&portfolio] { updateCapitalRecord(portfolio); });
     // The text speaks of now.
     if (Date::hasFixedDate())
       return;

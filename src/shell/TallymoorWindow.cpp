@@ -57,7 +57,7 @@ void forgetWarnings() {
 TallymoorWindow::TallymoorWindow(FXApp* app, WindowIcons& icons)
     : MainWindow(app, icons.big.get(), icons.mini.get()), m_icons(icons),
       m_session(UserInteraction::Instance()), m_place(*this), m_viewDate(*this), m_online(*this, icons),
-      m_commands(*this, icons) {
+      m_idleLoading(*this), m_commands(*this, icons) {
   new FXToolTip(app, TOOLTIP_VARIABLE);
   m_place.restore();
   m_menus = m_commands.makeMenus(*menuBar());
@@ -73,6 +73,7 @@ TallymoorWindow::TallymoorWindow(FXApp* app, WindowIcons& icons)
 // Views first, then the portfolios that they show, then the records.
 TallymoorWindow::~TallymoorWindow() {
   BigMutexLock lock;
+  m_idleLoading.stop();
   m_logOut.reset();
   m_programUpdater->stopAndJoin();
   m_advertThread.reset();
@@ -113,13 +114,19 @@ void TallymoorWindow::loadUnderProgress() {
                         ProgressDialog::PERCENT_BAR, m_icons.banner.get());
   try {
     withUnforeseenFailures([&] { dialog.run(*this, LOAD); });
-    dialog.finish();
+    m_idleLoading.begin();
   } catch (const Exception& exception) {
     store().setLoadFailed();
     reportException(u"Failure during startup. You may need to restart.\n", exception);
+    setNormalStatusText(restingStatusText());
   }
-  setNormalStatusText(restingStatusText());
   m_loadEnded = true;
+}
+
+void TallymoorWindow::portfoliosLoaded() {
+  m_trayController->updateTip();
+  m_tabs->portfoliosLoaded();
+  setNormalStatusText(restingStatusText());
 }
 
 void TallymoorWindow::runLengthyFunction(Progress& progress, int argument) {
@@ -191,6 +198,7 @@ void TallymoorWindow::endAfterFailure(const Exception& exception) {
 void TallymoorWindow::unload(Progress& progress) {
   if (TallymoorInternet::exists())
     TallymoorInternet::Instance().priceUpdater().removeObserver(this);
+  m_idleLoading.stop();
   progress.step(1, u"waiting for update threads");
   m_programUpdater->stopAndJoin();
   m_advertThread.reset();

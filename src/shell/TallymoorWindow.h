@@ -3,6 +3,7 @@
 #include "foundation/LengthyFunctions.h"
 #include "market/PriceUpdater.h"
 #include "session/PortfolioSession.h"
+#include "shell/IdleLoading.h"
 #include "shell/LogOutController.h"
 #include "shell/OnlineController.h"
 #include "shell/TrayController.h"
@@ -81,7 +82,8 @@ public:
   TallymoorWindow(FXApp* app, WindowIcons& icons);
   ~TallymoorWindow() override;
 
-  /// Shows the window, then loads caches and records under a progress dialog.
+  /// Shows the window, then loads the records under a progress dialog. The portfolios are brought up to date
+  /// afterwards, in idle time.
   void create() override;
 
   PortfolioSession& session() { return m_session; }
@@ -124,8 +126,12 @@ public:
   /// Throw Exception STARTUP_FAILURE after a start that has not come to them.
   TotalCapTreeItem& loadedTree() const;
   WatchlistRootTreeItem& loadedWatchlists() const;
-  /// True once the start has ended, well or not.
+  /// True once the tree is there and the window answers, or the start has failed.
   bool loadEnded() const { return m_loadEnded; }
+  /// True when the portfolios have been brought up to date as well.
+  bool isReady() const { return m_loadEnded && !m_idleLoading.isUnderWay(); }
+  /// The end of the idle loading.
+  void portfoliosLoaded();
   /// A dialog or popup is open, or a handler lets events pass.
   bool isBusy() const;
   /// A window dragged off the screen counts as minimised.
@@ -170,6 +176,7 @@ private:
   WindowPlace m_place;
   ViewDateController m_viewDate;
   OnlineController m_online;
+  IdleLoading m_idleLoading;
   WindowCommands m_commands;
   std::vector<std::unique_ptr<FXMenuPane>> m_menus; ///< must go before the window does
   FXHorizontalFrame* m_toolBarRow = nullptr;

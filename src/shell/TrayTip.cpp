@@ -22,7 +22,7 @@ std::optional<String> trayTip(const TotalCapTreeItem& totalCapital, const String
   std::optional<String> tip;
   for (const SharePortfolioTreeItem* node : totalCapital.portfolioNodes()) {
     const SharePortfolioUser& portfolio = node->portfolio();
-    if (!portfolio.capitalRecord().hasDayCap(Date()))
+    if (!node->hasRecordOfToday())
       return std::nullopt;
     const double capital = portfolio.sharesValueToday() + portfolio.cashReserveToday();
     const double change = portfolio.dailyGain();

@@ -204,6 +204,8 @@ void WindowCommands::newPortfolio() {
 void WindowCommands::newWatchlist() {
   m_window.loadedWatchlists().onNew();
   m_window.tabBook()->setCurrent(WindowTabs::WATCHLISTS);
+  // A new list is shown first, and then stays in sight.
+  HandlerScope::whenDone(m_window.tabBook(), [this] { m_window.onTabBook(nullptr, 0, nullptr); });
 }
 
 // The refresh and the save wait until the new portfolio has its node.

@@ -56,8 +56,12 @@ void WindowTabs::refreshViews(bool repaintTrees) {
 
 void WindowTabs::tabOpened() {
   // What was bought and sold meanwhile stands in the lists as well.
-  if (m_book->getCurrent() == WATCHLISTS)
-    m_watchlists.tree->updateItems();
+  if (m_book->getCurrent() == WATCHLISTS) {
+    if (m_watchlists.tree->shownItem())
+      m_watchlists.tree->updateItems();
+    else
+      m_watchlists.tree->showFirst();
+  }
   m_portfolios.tree->update();
   m_watchlists.tree->update();
   m_book->update();
@@ -65,8 +69,12 @@ void WindowTabs::tabOpened() {
 
 bool WindowTabs::showFirst() {
   m_portfolios.tree->showFirst();
-  m_watchlists.tree->showFirst();
   return m_portfolios.tree->isSound() && m_watchlists.tree->isSound();
+}
+
+void WindowTabs::portfoliosLoaded() {
+  if (m_book->getCurrent() == WATCHLISTS)
+    m_watchlists.tree->updateItems();
 }
 
 void WindowTabs::rememberWidths() const {

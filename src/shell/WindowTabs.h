@@ -23,8 +23,11 @@ public:
   void refreshViews(bool repaintTrees);
   /// After the user has opened a tab.
   void tabOpened();
-  /// Shows the first node of each tree. False if a tree is not sound.
+  /// Shows the first portfolio node; the page of the first watchlist is made when its tab is opened. False if
+  /// a tree is not sound.
   bool showFirst();
+  /// What stands in a watchlist in sight may depend on all of them.
+  void portfoliosLoaded();
   /// Writes the widths of the trees to the settings.
   void rememberWidths() const;
 

@@ -45,9 +45,10 @@ protected:
   /// meanwhile.
   virtual bool hasRecordOfToday() const = 0;
 
+  void show();
+
 private:
   bool isShown() const;
-  void show();
 
   InvestmentTreeItem& m_node;
   SummaryFrame* m_summary = nullptr;

@@ -16,6 +16,7 @@ PortfolioTableTreeItem::PortfolioTableTreeItem(InvestmentTree* tree, InvestmentT
     : InvestmentTreeItem(tree, parentItem, label, icon, icon), m_portfolioNode(portfolioNode) {}
 
 void PortfolioTableTreeItem::makeViews() {
+  m_portfolioNode->ensureRecord();
   m_tableArea = makeTableArea();
   auto* frame = new FXVerticalFrame(m_tableArea, LAYOUT_FILL_X | LAYOUT_FILL_Y | FRAME_SUNKEN, 0, 0, 0, 0, 4,
                                     4, 4, 4, 4, 4);
@@ -30,10 +31,12 @@ void PortfolioTableTreeItem::viewsGone() {
 }
 
 void PortfolioTableTreeItem::checkDates() {
-  std::vector<WrongDate> wrong;
-  buildView([&] { wrong = wrongDates(); });
+  buildView([this] { m_wrongDates = wrongDates(); });
+}
+
+void PortfolioTableTreeItem::tellWrongDates() {
   if (isSound())
-    tellOfWrongDates(portfolio(), wrong);
+    tellOfWrongDates(portfolio(), std::exchange(m_wrongDates, {}));
 }
 
 void PortfolioTableTreeItem::buildFooter() {

@@ -33,6 +33,8 @@ public:
   /// The records have changed: until they are filled anew, the tables of this node and the nodes below read
   /// nothing.
   virtual void recordsChanged();
+  /// Tells the user, once, of the records' days that can't be right.
+  void tellWrongDates();
 
   SharePortfolioUser& portfolio() const;
   /// Up to date, also out of sight. Null when building the node failed.
@@ -44,7 +46,7 @@ protected:
   /// Makes the table and what stands below it.
   void makeViews() override;
   void viewsGone() override;
-  /// Tells the user of the records' days that can't be right. One that can't be read leaves the node unsound.
+  /// Looks for days of the records that can't be right. One that can't be read leaves the node unsound.
   void checkDates();
   virtual std::vector<WrongDate> wrongDates() const = 0;
   virtual PortfolioTable* makeTable(FXComposite* frame) = 0;
@@ -69,7 +71,8 @@ private:
   PortfolioTable* m_table = nullptr;
   TotalsBar* m_totalsBar = nullptr;
   FXComposite* m_tableArea = nullptr;
-  bool m_overdue = false; ///< the table is to be filled when it is wanted
+  std::vector<WrongDate> m_wrongDates; ///< yet to be told
+  bool m_overdue = false;              ///< the table is to be filled when it is wanted
 };
 
 } // namespace Tallymoor

@@ -10,6 +10,7 @@
 #include "entry/ReceiveDividendsPanel.h"
 #include "entry/SellSharesDialog.h"
 #include "entry/SellSharesPanel.h"
+#include "foundation/RunTimeSettings.h"
 #include "session/BookQuestions.h"
 #include "views/CashReserveTreeItem.h"
 #include "views/DividendsTreeItem.h"
@@ -21,12 +22,14 @@
 #include "views/SharesHeldTreeItem.h"
 #include "views/SharesSoldTreeItem.h"
 #include "views/TotalCapTreeItem.h"
+#include "widgets/FlagScope.h"
 #include "widgets/GetStringDialog.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/InvestmentTree.h"
 #include "widgets/MainWindow.h"
 #include "xml/CleanName.h"
 #include "xml/PortfolioRecords.h"
+#include <utility>
 
 namespace Tallymoor {
 
@@ -44,7 +47,6 @@ SharePortfolioTreeItem::SharePortfolioTreeItem(InvestmentTree* tree, TotalCapTre
     : InvestmentTreeItem(tree, root, portfolio.name(), root->icons().portfolio, root->icons().portfolio),
       m_root(root), m_portfolio(&portfolio), m_indexFigures(std::make_unique<IndexFigures>(portfolio)) {
   buildView([this] {
-    makeRecordCurrent();
     makeChildren();
     m_indexFigures->outdate();
     m_priceWatch =
@@ -68,13 +70,41 @@ const NodeIcons& SharePortfolioTreeItem::icons() const {
   return m_root->icons();
 }
 
-void SharePortfolioTreeItem::makeRecordCurrent() {
+void SharePortfolioTreeItem::bringUpToDate() {
+  if (!m_isDue || inBackgroundPass) // in which nothing may be asked
+    return;
+  m_isDue = false;
+  const FlagScope coming(m_isComing);
   checkCashReserve(*m_portfolio);
+  m_indexFigures->outdate();
+  for (TreeViewItem* child = firstChild(); child; child = child->nextSibling())
+    static_cast<PortfolioTableTreeItem*>(child)->tellWrongDates();
+}
+
+void SharePortfolioTreeItem::ensureRecord() {
+  if (!m_isDue)
+    return;
+  bringUpToDate();
+  if (!m_isDue)
+    m_root->recordCame();
+}
+
+void SharePortfolioTreeItem::makeRecordCurrent() {
+  if (m_isDue)
+    ensureRecord();
+  else
+    checkCashReserve(*m_portfolio);
+}
+
+FXint SharePortfolioTreeItem::onLeftClick(FXint x, FXint y) {
+  if (isSound())
+    makeRecordCurrent();
+  return InvestmentTreeItem::onLeftClick(x, y);
 }
 
 void SharePortfolioTreeItem::update() {
   const bool isFilled = takePageIsNew();
-  if (!isSound())
+  if (!isSound() || m_isDue)
     return;
   makeRecordCurrent();
   m_indexFigures->outdate();
@@ -85,12 +115,13 @@ void SharePortfolioTreeItem::update() {
 }
 
 bool SharePortfolioTreeItem::hasRecordOfToday() const {
-  return m_portfolio->capitalRecord().hasDayCap(Date());
+  return isUpToDate() && m_portfolio->capitalRecord().hasDayCap(Date());
 }
 
 // ---- The page ----
 
 void SharePortfolioTreeItem::makeViews() {
+  ensureRecord();
   m_views = std::make_unique<PortfolioPage>(*this, *m_indexFigures);
 }
 
@@ -144,6 +175,7 @@ void SharePortfolioTreeItem::limitsTyped(const String& code, const PriceLimits& 
 
 void SharePortfolioTreeItem::buyShares(const String& code) {
   HandlerScope scope;
+  ensureRecord();
   BuySharesDialog dialog(&MainWindow::Instance(), *m_portfolio, code);
   if (dialog.execute() == 0)
     return;
@@ -155,6 +187,7 @@ void SharePortfolioTreeItem::buyShares(const String& code) {
 
 void SharePortfolioTreeItem::sellShares(const String& code) {
   HandlerScope scope;
+  ensureRecord();
   SellSharesDialog dialog(&MainWindow::Instance(), *m_portfolio, code);
   if (dialog.execute() == 0)
     return;
@@ -174,6 +207,7 @@ void SharePortfolioTreeItem::showPurchases(const String& code) {
 
 void SharePortfolioTreeItem::receiveDividend() {
   HandlerScope scope;
+  ensureRecord();
   ReceiveDividendsDialog dialog(&MainWindow::Instance(), *m_portfolio);
   if (dialog.execute() == 0)
     return;
@@ -200,6 +234,7 @@ void SharePortfolioTreeItem::payAccountFee() {
 
 void SharePortfolioTreeItem::changeProperties() {
   HandlerScope scope;
+  ensureRecord();
   const String name = m_portfolio->name();
   PortfolioPropertiesDialog dialog(&MainWindow::Instance(), name, m_portfolio->comparisonIndex(),
                                    [this](const String& newName) { return m_root->checkNewName(newName); });
@@ -215,6 +250,7 @@ void SharePortfolioTreeItem::changeProperties() {
 void SharePortfolioTreeItem::bookCash(const String& title, std::int32_t type,
                                       const String& descriptionStart) {
   HandlerScope scope;
+  ensureRecord();
   GetFloatDialog dialog(&MainWindow::Instance(), title);
   dialog.panel()->setCashBefore(cashBalance(m_portfolio->portfolio(), Date()), isCreditType(type));
   if (dialog.execute() == 0)

@@ -37,12 +37,14 @@ public:
     ID_LAST
   };
 
-  /// Brings the portfolio's capital record up to date and makes the nodes below. The portfolio outlives the
-  /// node.
+  /// Makes the nodes below. The portfolio's capital record is brought up to date later, by bringUpToDate or
+  /// when something asks for it. The portfolio outlives the node.
   SharePortfolioTreeItem(InvestmentTree* tree, TotalCapTreeItem* root, SharePortfolioUser& portfolio);
   ~SharePortfolioTreeItem() override;
 
+  /// Leaves a record alone that was not brought up to date yet.
   void update() override;
+  FXint onLeftClick(FXint x, FXint y) override;
   FXint onRightClick(FXint x, FXint y) override;
 
   void buyShares(const String& code) override;
@@ -64,6 +66,14 @@ public:
   /// Asks whether the portfolio is to go for good, with its records.
   void remove();
 
+  /// Computes the missing days of the capital record for the first time since the node was made, then tells
+  /// of wrong dates in the records. Reports failures itself. Does nothing when it was done before.
+  void bringUpToDate();
+  /// True once that was done: before, no figure of the portfolio is shown.
+  bool isUpToDate() const { return !m_isDue && !m_isComing; }
+  /// Brings the record up to date if that was not done before, and shows it in the total: before whatever
+  /// needs its figures.
+  void ensureRecord();
   /// Computes the missing days of the capital record, as every user's action on the portfolio's views begins.
   /// Reports failures itself.
   void makeRecordCurrent();
@@ -101,6 +111,8 @@ private:
   std::unique_ptr<IndexFigures> m_indexFigures;
   std::unique_ptr<PortfolioPage> m_views; ///< null until the page is made
   std::unique_ptr<PriceWatch> m_priceWatch;
+  bool m_isDue = true;     ///< the record is yet to be brought up to date
+  bool m_isComing = false; ///< while that is done
 };
 
 } // namespace Tallymoor

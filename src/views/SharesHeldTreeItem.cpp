@@ -97,6 +97,12 @@ void SharesHeldTreeItem::watchStocks() {
   for (const XMLHeldShare& share : portfolio().portfolio().heldShares())
     codes.insert(share.code());
   m_unseen->watch(codes);
+  if (portfolioNode()->isUpToDate())
+    m_unseen->checkAll();
+}
+
+bool SharesHeldTreeItem::checkNextLimit() {
+  return m_unseen && m_unseen->checkNext();
 }
 
 void SharesHeldTreeItem::limitsChanged() {

@@ -37,6 +37,9 @@ public:
 
   /// Limits were typed somewhere: shows them, and warns where a price has left them.
   void limitsChanged();
+  /// Of the stocks whose limits were not looked at since the node was made, looks at the next one; false when
+  /// there is none.
+  bool checkNextLimit();
 
   /// Empty on "Shares Held".
   const String& code() const { return m_code; }

@@ -1,6 +1,8 @@
 #include "views/TotalCapPage.h"
 #include "books/SharePortfolioUser.h"
 #include "foundation/Platform.h"
+#include "views/PerformanceView.h"
+#include "views/PortfolioPerformanceTable.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/SummaryFrame.h"
 #include "views/TotalCapTreeItem.h"
@@ -11,6 +13,7 @@ namespace Tallymoor {
 namespace {
 
 const String CAPITAL_IN = u"Capital in ";
+const String COMING = u"..."; ///< in the place of a figure that is not known yet
 
 String money(double amount) {
   return Platform::Instance().currencyFormat(amount);
@@ -26,6 +29,18 @@ double capitalOf(const SharePortfolioUser& portfolio) {
 TotalCapPage::TotalCapPage(TotalCapTreeItem& node, const Portfolios& portfolios)
     : CapitalPage(node), m_node(node) {
   makeViews(portfolios, true, u"TotalCapPortfoliosTable");
+  if (!node.isComplete())
+    performance().table().setEmptyText(u"Your portfolios are being loaded...");
+}
+
+void TotalCapPage::showKnown() {
+  if (m_node.isSound())
+    show();
+}
+
+void TotalCapPage::showAll(const Portfolios& portfolios) {
+  performance().table().setEmptyText(String());
+  setPortfolios(portfolios); // which shows the figures
 }
 
 bool TotalCapPage::hasRecordOfToday() const {
@@ -39,16 +54,22 @@ void TotalCapPage::buildSummary() {
 }
 
 void TotalCapPage::showFigures() {
-  const Totals sums = totals();
-  if (m_portfolioLabels.size() != (sums.capital > 0.0 ? m_node.portfolioNodes().size() : 0))
+  const std::optional<Totals> sums = totals();
+  if (m_portfolioLabels.size() != (hasRows(sums) ? m_node.portfolioNodes().size() : 0))
     buildSummary(sums);
   showPortfolios(sums);
-  SummaryFrame::setValue(m_totalLabel, money(sums.capital));
-  SummaryFrame::setValue(m_gainTodayLabel, String::toPercent(sums.gainToday));
-  SummaryFrame::setValue(m_gainWeekLabel, String::toPercent(sums.gainWeek));
+  SummaryFrame::setValue(m_totalLabel, sums ? money(sums->capital) : COMING);
+  SummaryFrame::setValue(m_gainTodayLabel, sums ? String::toPercent(sums->gainToday) : COMING);
+  SummaryFrame::setValue(m_gainWeekLabel, sums ? String::toPercent(sums->gainWeek) : COMING);
 }
 
-TotalCapPage::Totals TotalCapPage::totals() const {
+bool TotalCapPage::hasRows(const std::optional<Totals>& totals) {
+  return !totals || totals->capital > 0.0;
+}
+
+std::optional<TotalCapPage::Totals> TotalCapPage::totals() const {
+  if (!m_node.isComplete())
+    return std::nullopt;
   Totals sums;
   for (const SharePortfolioTreeItem* node : m_node.portfolioNodes()) {
     const SharePortfolioUser& portfolio = node->portfolio();
@@ -63,25 +84,26 @@ TotalCapPage::Totals TotalCapPage::totals() const {
   return sums;
 }
 
-void TotalCapPage::showPortfolios(const Totals& totals) {
+void TotalCapPage::showPortfolios(const std::optional<Totals>& totals) {
   for (const SharePortfolioTreeItem* node : m_node.portfolioNodes()) {
     const SharePortfolioUser& portfolio = node->portfolio();
     const auto labels = m_portfolioLabels.find(portfolio.name());
     if (labels == m_portfolioLabels.end())
       continue;
-    const double capital = capitalOf(portfolio);
-    const double percent = totals.capital > 0.0 ? capital / totals.capital * 100.0 : 0.0;
-    SummaryFrame::setValue(labels->second.capital, money(capital));
-    SummaryFrame::setValue(labels->second.percent, String::toPercent(percent));
+    const bool isKnown = node->isUpToDate();
+    const double capital = isKnown ? capitalOf(portfolio) : 0.0;
+    SummaryFrame::setValue(labels->second.capital, isKnown ? money(capital) : COMING);
+    SummaryFrame::setValue(labels->second.percent,
+                           totals ? String::toPercent(capital / totals->capital * 100.0) : COMING);
   }
 }
 
-void TotalCapPage::buildSummary(const Totals& totals) {
+void TotalCapPage::buildSummary(const std::optional<Totals>& totals) {
   SummaryFrame& frame = summary();
   frame.clear();
   m_portfolioLabels.clear();
   frame.reserveValue(String::toPercent(100.0));
-  if (totals.capital > 0.0) {
+  if (hasRows(totals)) {
     buildPortfolioRows();
     frame.addSeparator();
   }

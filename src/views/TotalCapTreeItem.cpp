@@ -18,6 +18,7 @@
 #include "widgets/MainWindow.h"
 #include "xml/CleanName.h"
 #include "xml/PortfolioRecords.h"
+#include <algorithm>
 
 namespace Tallymoor {
 
@@ -66,8 +67,7 @@ void TotalCapTreeItem::loadPortfolios(Progress* progress) {
 
 void TotalCapTreeItem::reload(const TreeState& state) {
   loadPortfolios(nullptr);
-  if (m_views)
-    m_views->setPortfolios(listOf(*m_portfolios)); // which shows the figures
+  bringAllUpToDate();
   state.restore();
 }
 
@@ -100,10 +100,47 @@ bool TotalCapTreeItem::takePortfoliosChanged() {
   return std::exchange(m_portfoliosChanged, false);
 }
 
+// ---- What waits for idle time ----
+
+bool TotalCapTreeItem::bringNextUpToDate() {
+  for (SharePortfolioTreeItem* node : portfolioNodes()) {
+    if (!node->isUpToDate()) {
+      node->ensureRecord();
+      return true;
+    }
+    if (SharesHeldTreeItem* held = node->sharesHeldItem(); held && held->checkNextLimit())
+      return true;
+  }
+  return false;
+}
+
+void TotalCapTreeItem::bringAllUpToDate() {
+  for (SharePortfolioTreeItem* node : portfolioNodes())
+    node->bringUpToDate();
+  recordCame();
+  while (bringNextUpToDate()) { // the limits
+  }
+}
+
+bool TotalCapTreeItem::isComplete() const {
+  const auto nodes = portfolioNodes();
+  return std::all_of(nodes.begin(), nodes.end(),
+                     [](const SharePortfolioTreeItem* node) { return node->isUpToDate(); });
+}
+
+void TotalCapTreeItem::recordCame() {
+  if (!m_views)
+    return;
+  if (isComplete())
+    m_views->showAll(listOf(*m_portfolios));
+  else
+    m_views->showKnown();
+}
+
 // ---- The page ----
 
 void TotalCapTreeItem::makeViews() {
-  m_views = std::make_unique<TotalCapPage>(*this, listOf(*m_portfolios));
+  m_views = std::make_unique<TotalCapPage>(*this, isComplete() ? listOf(*m_portfolios) : Portfolios());
 }
 
 void TotalCapTreeItem::viewsGone() {
@@ -148,7 +185,8 @@ FXint TotalCapTreeItem::onLeftClick(FXint x, FXint y) {
 
 void TotalCapTreeItem::makeRecordsCurrent() {
   for (SharePortfolioTreeItem* node : portfolioNodes())
-    node->makeRecordCurrent();
+    if (node->isUpToDate())
+      node->makeRecordCurrent();
 }
 
 // ---- New, renamed and deleted portfolios ----
@@ -241,7 +279,7 @@ void TotalCapTreeItem::dropPortfolio(const String& name) {
   if (SharePortfolioTreeItem* node = portfolioNode(name))
     tree()->removeItem(node);
   if (m_views)
-    m_views->setPortfolios(listOf(*m_portfolios, name));
+    m_views->setPortfolios(isComplete() ? listOf(*m_portfolios, name) : Portfolios());
   removePortfolio(*m_portfolios, *m_records, name);
 }
 

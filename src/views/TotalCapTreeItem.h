@@ -27,7 +27,8 @@ public:
   enum { ID_NEW_SHARE_PORTFOLIO = 1, ID_LAST };
 
   /// The portfolios and the root element of the records ("SharePortfolios") outlive the node. With a
-  /// progress, each portfolio is a step of it.
+  /// progress, each portfolio is a step of it. The capital records are brought up to date later, by
+  /// bringNextUpToDate.
   TotalCapTreeItem(InvestmentTree* tree, OpenPortfolios& portfolios, XMLPortfolios& records,
                    const NodeIcons& icons, Progress* progress);
   ~TotalCapTreeItem() override;
@@ -37,6 +38,16 @@ public:
   FXint onRightClick(FXint x, FXint y) override;
   /// Deletes the portfolio of that node for good: the node, its records, and the file of its capital record.
   void removeChild(TreeViewItem* child) override;
+  /// Does the next piece of the work that the nodes leave for idle time: brings the record of a portfolio up
+  /// to date, or looks at the limits of a stock. False when all is done.
+  bool bringNextUpToDate();
+  /// All of it at once.
+  void bringAllUpToDate();
+  /// True when the records of all portfolios were brought up to date: until then the page shows the figures
+  /// of those that were, and no total.
+  bool isComplete() const;
+  /// A record was brought up to date for the first time.
+  void recordCame();
   /// A portfolio's figures are others than those that the page was filled with.
   void figuresChanged();
 

@@ -15,8 +15,21 @@ void UnseenStocks::watch(const std::set<String>& codes) {
   if (Date::hasFixedDate())
     return; // those of today stay watched
   m_codes = codes;
+  m_unchecked = codes;
   m_watchedCodes.watch(codes);
-  check(codes);
+}
+
+bool UnseenStocks::checkNext() {
+  if (m_unchecked.empty())
+    return false;
+  const auto next = m_unchecked.extract(m_unchecked.begin());
+  check({next.value()});
+  return true;
+}
+
+void UnseenStocks::checkAll() {
+  while (checkNext()) {
+  }
 }
 
 /// Without limits no price is asked for.

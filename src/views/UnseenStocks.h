@@ -21,8 +21,11 @@ public:
 
   UnseenStocks(FX::FXApp* app, LimitsOf limitsOf, PriceOf priceOf);
 
-  /// These from now on, whose limits are looked at now. A view date changes nothing.
+  /// These from now on; their limits are yet to be looked at. A view date changes nothing.
   void watch(const std::set<String>& codes);
+  /// Looks at the limits of the next stock that was not looked at since; false when there is none.
+  bool checkNext();
+  void checkAll();
 
 private:
   void check(const std::set<String>& codes) const;
@@ -30,6 +33,7 @@ private:
   const LimitsOf m_limitsOf;
   const PriceOf m_priceOf;
   std::set<String> m_codes;
+  std::set<String> m_unchecked; ///< of these codes
   WatchedCodes m_watchedCodes;
   PriceWatch m_prices;
 };

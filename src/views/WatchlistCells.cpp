@@ -143,10 +143,10 @@ CellResult percentInMinMax(Row& row) {
 CellResult autoMaxPortfolio(Row& row) {
   const std::optional<double> minimum = indicatorsOf(codeOf(row), Date()).autoMin;
   const std::optional<double> price = shownPrice(row);
-  if (!minimum || !price)
+  const std::optional<double> capital = static_cast<WatchlistTable*>(row.table())->capital();
+  if (!minimum || !price || !capital)
     return CellResult(String());
-  const double capital = static_cast<WatchlistTable*>(row.table())->capital();
-  const auto money = Tallymoor::autoMaxPortfolio(capital, *price, *minimum);
+  const auto money = Tallymoor::autoMaxPortfolio(*capital, *price, *minimum);
   return money ? figure(*money, CELL_MONEY) : CellResult(String());
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 #include "analysis/Performance.h"
 #include "foundation/String.h"
+#include <optional>
 
 namespace Tallymoor {
 
@@ -15,8 +16,9 @@ public:
   virtual void buyShares() = 0;
   /// The user has typed the limits of a stock: they are the stock's in every portfolio and watchlist.
   virtual void limitsTyped(const String& code, const PriceLimits& limits) = 0;
-  /// Capital of the portfolio of that name, 0 when there is none; of all of them for an empty name.
-  virtual double capitalOf(const String& portfolio) const = 0;
+  /// Capital of the portfolio of that name, 0 when there is none; of all of them for an empty name. Nothing
+  /// before the records were brought up to date after the start.
+  virtual std::optional<double> capitalOf(const String& portfolio) const = 0;
   /// All open portfolios, for use at once.
   virtual Portfolios portfolios() const = 0;
 };

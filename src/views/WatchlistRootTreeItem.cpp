@@ -89,6 +89,17 @@ WatchlistTreeItem* WatchlistRootTreeItem::watchlist(const String& name) const {
   return nullptr;
 }
 
+bool WatchlistRootTreeItem::isComplete() const {
+  return m_totalCapital->isComplete();
+}
+
+bool WatchlistRootTreeItem::checkNextLimit() {
+  for (TreeViewItem* item = m_tree->firstRoot(); item; item = item->nextSibling())
+    if (asWatchlist(item)->checkNextLimit())
+      return true;
+  return false;
+}
+
 void WatchlistRootTreeItem::onNew() {
   guardedHandler(u"WatchlistRootTreeItem::onNew failed.", [this] {
     GetStringDialog dialog(&MainWindow::Instance(), u"Add New Watchlist",
@@ -117,11 +128,15 @@ void WatchlistRootTreeItem::limitsTyped(const String& code, const PriceLimits& l
   m_totalCapital->limitsTyped(code, limits);
 }
 
-double WatchlistRootTreeItem::capitalOf(const String& portfolio) const {
+std::optional<double> WatchlistRootTreeItem::capitalOf(const String& portfolio) const {
   double sum = 0.0;
-  for (const SharePortfolioTreeItem* node : m_totalCapital->portfolioNodes())
-    if (portfolio.empty() || node->portfolio().name() == portfolio)
-      sum += node->portfolio().cashReserveToday() + node->portfolio().sharesValueToday();
+  for (const SharePortfolioTreeItem* node : m_totalCapital->portfolioNodes()) {
+    if (!portfolio.empty() && node->portfolio().name() != portfolio)
+      continue;
+    if (!node->isUpToDate())
+      return std::nullopt;
+    sum += node->portfolio().cashReserveToday() + node->portfolio().sharesValueToday();
+  }
   return sum;
 }
 

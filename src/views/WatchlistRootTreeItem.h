@@ -36,6 +36,12 @@ public:
   /// Asks for a name and makes an empty list, whose node is shown; one of that name is only shown.
   void onNew();
 
+  /// False while the work of the start is not done: limits are then looked at later, by checkNextLimit.
+  bool isComplete() const;
+  /// Of all lists, looks at the next stock whose limits were not looked at since its list was made; false
+  /// when there is none.
+  bool checkNextLimit();
+
   InvestmentTree* tree() const { return m_tree; }
   const NodeIcons& icons() const { return m_icons; }
   /// Null when there is none of that name.
@@ -45,7 +51,7 @@ public:
 
   void buyShares() override;
   void limitsTyped(const String& code, const PriceLimits& limits) override;
-  double capitalOf(const String& portfolio) const override;
+  std::optional<double> capitalOf(const String& portfolio) const override;
   Portfolios portfolios() const override;
 
 private:

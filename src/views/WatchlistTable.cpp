@@ -67,7 +67,7 @@ String WatchlistTable::emptyText() const {
              : u"This portfolio holds no shares.\nWhat you buy is listed here by itself.";
 }
 
-double WatchlistTable::capital() const {
+std::optional<double> WatchlistTable::capital() const {
   return m_commands->capitalOf(editable() ? String() : name());
 }
 

@@ -34,7 +34,7 @@ public:
   /// Others from now on, without those that are there twice.
   void setCodes(const std::vector<String>& codes);
   /// Of the portfolio whose shares it lists, or of all of them.
-  double capital() const;
+  std::optional<double> capital() const;
   /// All that are open, for the splits that they record.
   Portfolios portfolios() const;
 

@@ -83,6 +83,12 @@ void WatchlistTreeItem::watchUnseen() {
       return *price;
     });
   m_unseen->watch(std::set<String>(m_codes.begin(), m_codes.end()));
+  if (m_root->isComplete())
+    m_unseen->checkAll();
+}
+
+bool WatchlistTreeItem::checkNextLimit() {
+  return m_unseen && m_unseen->checkNext();
 }
 
 WatchlistTable* WatchlistTreeItem::table() {

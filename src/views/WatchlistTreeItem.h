@@ -33,6 +33,8 @@ public:
   bool editable() const { return m_editable; }
   /// Null when building the node failed.
   WatchlistTable* table();
+  /// As SharesHeldTreeItem's.
+  bool checkNextLimit();
   WatchlistChart* chart();
 
   long onAdd(FXObject*, FXSelector, void*);

@@ -30,6 +30,16 @@ protected:
     CountryOfResidence::destroyInstance(); // Left by the previous test.
   }
 
+  void SetUp() override {
+    WindowTest::SetUp();
+    awaitReady(tallymoor());
+  }
+  /// Until the portfolios are up to date.
+  void awaitReady(const TallymoorWindow& window) {
+    ASSERT_TRUE(runUntil([&window] { return window.isReady(); }));
+    letEventsPass();
+  }
+
   void TearDown() override {
     deleteWindow();
     AdvertSettings::setForTest(nullptr);

@@ -134,6 +134,21 @@ TEST_F(SavedListsTest, StandInTheTreeFromTheStartOnAndGoBeforeThePortfoliosDo) {
   EXPECT_EQ(nullptr, tallymoor().watchlistTree()->firstRoot());
 }
 
+TEST_F(SavedListsTest, ThePageOfTheFirstOneIsMadeWhenTheirTabIsOpened) {
+  EXPECT_EQ(nullptr, tallymoor().watchlistTree()->shownItem());
+  showTab(1);
+  ASSERT_NE(nullptr, tallymoor().watchlistTree()->shownItem());
+  EXPECT_EQ("Miners", tallymoor().watchlistTree()->shownItem()->label().toUTF8());
+  EXPECT_TRUE(find<Table>(*tallymoor().watchlistTree()->shownItem()->page())->hasRow(u"AAA.AX"));
+}
+
+TEST_F(SavedListsTest, AreShownAlsoWhenANewOneIsGivenUp) {
+  whenModal("Add New Watchlist", [this](FXWindow& dialog) { press(dialog, "Cancel"); });
+  press(tallymoor(), "New Watchlist");
+  EXPECT_EQ(1, tallymoor().tabBook()->getCurrent());
+  ASSERT_NE(nullptr, tallymoor().watchlistTree()->shownItem());
+}
+
 class WatchlistAfterAFailedStartTest : public WatchlistTabTest {
 protected:
   WatchlistAfterAFailedStartTest() {

@@ -119,7 +119,7 @@ protected:
     gateway().restart();
     m_nextRun = makeWindow(&app());
     m_nextRun->create();
-    letEventsPass();
+    awaitReady(dynamic_cast<TallymoorWindow&>(*m_nextRun));
   }
 
   void openPage(int which) {

@@ -50,7 +50,7 @@ protected:
     gateway().restart();
     m_nextRun = makeWindow(&app());
     m_nextRun->create();
-    letEventsPass();
+    awaitReady(dynamic_cast<TallymoorWindow&>(*m_nextRun));
   }
   TallymoorWindow& run() { return m_nextRun ? dynamic_cast<TallymoorWindow&>(*m_nextRun) : tallymoor(); }
 

@@ -98,8 +98,13 @@ protected:
     user.buyShares(code, {Date(2026, 2, 2), number, price, 0.0, String()});
   }
 
-  TotalCapTreeItem& showTree(const NodeIcons& icons = {}, Progress* progress = nullptr) {
+  /// The records are yet to be brought up to date.
+  void makeRoot(const NodeIcons& icons = {}, Progress* progress = nullptr) {
     m_root = new TotalCapTreeItem(m_tree, m_portfolios, m_records, icons, progress);
+  }
+  TotalCapTreeItem& showTree(const NodeIcons& icons = {}, Progress* progress = nullptr) {
+    makeRoot(icons, progress);
+    m_root->bringAllUpToDate();
     m_tree->showFirst();
     settle();
     return *m_root;

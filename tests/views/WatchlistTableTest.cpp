@@ -229,8 +229,8 @@ TEST_F(WatchlistTableTest, CapitalIsThatOfThePortfolioOrOfAll) {
   buy(addPortfolio(u"Other", 2500.0), u"ZZZ.AX", 100, 5.0);
   portfolios()[u"Other"]->setComparisonIndex(u"UP.AX");
   showTrees();
-  EXPECT_DOUBLE_EQ(7500.0, table().capital());
-  EXPECT_DOUBLE_EQ(2500.0, heldList(u"Other").table()->capital());
+  EXPECT_EQ(7500.0, table().capital());
+  EXPECT_EQ(2500.0, heldList(u"Other").table()->capital());
   EXPECT_EQ("$592.11", cellText(table(), 0, u"Auto Max Portfolio")); // 150.00 * 10.50 / 2.66.
   const WatchlistTable& other = *heldList(u"Other").table();
   EXPECT_EQ("$197.37", cellText(other, other.getRow(u"UP.AX"), u"Auto Max Portfolio"));

@@ -110,7 +110,7 @@ TEST_F(WatchlistTreeItemTest, DeletedPortfolioTakesItsListAway) {
   // The list still exists until the update, and shows nothing that needs the portfolio.
   EXPECT_THAT(listLabels(), ElementsAre("for Other", "for Trading", "Main"));
   heldList(u"Trading").table()->updateTable();
-  EXPECT_DOUBLE_EQ(0.0, lists().capitalOf(u"Trading"));
+  EXPECT_EQ(0.0, lists().capitalOf(u"Trading"));
   lists().update();
   EXPECT_THAT(listLabels(), ElementsAre("for Other", "Main"));
   EXPECT_EQ(&heldList(u"Other"), watchTree().shownItem());

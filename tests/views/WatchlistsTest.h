@@ -34,9 +34,12 @@ protected:
   /// Creates both trees like the main window.
   void showTrees(const NodeIcons& icons = {}) {
     showTree(icons);
-    m_lists = std::make_unique<WatchlistRootTreeItem>(&root(), m_watchTree, icons, [this] { ++bought; });
+    makeLists(icons);
     m_watchTree->showFirst();
     settle();
+  }
+  void makeLists(const NodeIcons& icons = {}) {
+    m_lists = std::make_unique<WatchlistRootTreeItem>(&root(), m_watchTree, icons, [this] { ++bought; });
   }
   /// Adds a user's list before the trees are shown.
   static void addList(const String& name, const std::vector<String>& codes) {
