@@ -71,6 +71,19 @@ std::shared_ptr<const AnsweredHistory> CsvFolderFiles::historyIn(const std::stri
   }
 }
 
+void CsvFolderFiles::noteKept(const std::string& path, const CsvAnswers& answers) {
+  std::string stamp = stampOf(path, answers);
+  const std::lock_guard lock(m_mutex);
+  m_kept[path] = std::move(stamp);
+}
+
+bool CsvFolderFiles::isKept(const std::string& path, const CsvAnswers& answers) const {
+  const std::string stamp = stampOf(path, answers);
+  const std::lock_guard lock(m_mutex);
+  const auto kept = m_kept.find(path);
+  return kept != m_kept.end() && kept->second == stamp;
+}
+
 CsvFolder::CsvFolder(const String& name, const String& folder, std::map<String, CsvAnswers> answers,
                      std::shared_ptr<CsvFolderFiles> files)
     : m_name(name), m_folder(folder.toUTF8()), m_answers(std::move(answers)), m_files(std::move(files)) {}
@@ -94,25 +107,38 @@ std::string CsvFolder::fileOf(const String& code) const {
   return variants == 1 ? variant : std::string();
 }
 
-std::shared_ptr<const AnsweredHistory> CsvFolder::read(const String& code) const {
-  const std::string path = fileOf(code);
+std::string CsvFolder::requireFile(const String& code) const {
+  std::string path = fileOf(code);
   if (path.empty())
     throw SourceException(SourceFault::NoPrice, u"it has no file for " + code);
+  return path;
+}
+
+const CsvAnswers& CsvFolder::answersFor(const std::string& path) const {
+  static const CsvAnswers NONE;
   const auto ofFile = m_answers.find(String(std::filesystem::path(path).filename().c_str()));
+  if (ofFile != m_answers.end())
+    return ofFile->second;
   const auto ofAll = m_answers.find(String());
-  const CsvAnswers none;
-  return m_files->historyIn(path, ofFile != m_answers.end()  ? ofFile->second
-                                  : ofAll != m_answers.end() ? ofAll->second
-                                                             : none);
+  return ofAll != m_answers.end() ? ofAll->second : NONE;
+}
+
+bool CsvFolder::hasNewHistory(const String& code) const {
+  const std::string path = fileOf(code);
+  return !path.empty() && !m_files->isKept(path, answersFor(path));
 }
 
 std::optional<AnsweredPrice> CsvFolder::currentPrice(const String& code, const std::stop_token&) const {
-  return lastPrice(*read(code));
+  const std::string path = requireFile(code);
+  return lastPrice(*m_files->historyIn(path, answersFor(path)));
 }
 
+/// A file that can't be read is tried again when it has changed.
 AnsweredHistory CsvFolder::history(const String& code, const HistoryRange& range,
                                    const std::stop_token&) const {
-  AnsweredHistory history = *read(code);
+  const std::string path = requireFile(code);
+  m_files->noteKept(path, answersFor(path));
+  AnsweredHistory history = *m_files->historyIn(path, answersFor(path));
   dropAfter(history, range.end);
   return history;
 }

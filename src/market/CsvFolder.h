@@ -13,6 +13,9 @@ public:
   /// The file's history, read anew when the file has changed. Throws AnswerException or Exception with the
   /// name of the file.
   std::shared_ptr<const AnsweredHistory> historyIn(const std::string& path, const CsvAnswers& answers);
+  /// Notes that the file, as it is now, has been given to somebody who keeps its history.
+  void noteKept(const std::string& path, const CsvAnswers& answers);
+  bool isKept(const std::string& path, const CsvAnswers& answers) const;
 
 private:
   struct Read {
@@ -20,8 +23,9 @@ private:
     std::shared_ptr<const AnsweredHistory> history;
   };
 
-  std::mutex m_mutex; ///< guards the map
+  mutable std::mutex m_mutex; ///< guards the maps
   std::map<std::string, Read> m_files;
+  std::map<std::string, std::string> m_kept; ///< the stamps of kept files
 };
 
 /// A folder with a CSV file of past prices for each stock, as a source. Every request looks at the file
@@ -37,6 +41,7 @@ public:
 
   const String& name() const override { return m_name; }
   bool serves(const String& code) const override { return !fileOf(code).empty(); }
+  bool hasNewHistory(const String& code) const override;
   /// The last close of the file.
   std::optional<AnsweredPrice> currentPrice(const String& code, const std::stop_token& stop) const override;
   AnsweredHistory history(const String& code, const HistoryRange& range,
@@ -47,7 +52,9 @@ public:
 
 private:
   std::string fileOf(const String& code) const;
-  std::shared_ptr<const AnsweredHistory> read(const String& code) const;
+  /// Throws SourceException if the code has no file.
+  std::string requireFile(const String& code) const;
+  const CsvAnswers& answersFor(const std::string& path) const;
 
   String m_name;
   std::string m_folder;

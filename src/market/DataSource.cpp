@@ -120,6 +120,18 @@ HistoryPage DataSource::historyPage(const String& code, const HistoryRange& rang
   return page;
 }
 
+/// Those that are not asked, because one before them answers, don't count.
+bool DataSource::hasNewHistory(const String& code) const {
+  std::vector<SourceReason> none;
+  const std::vector<Candidate> candidates = candidatesFor(
+      code, [](const PriceProvider& source) { return source.offersHistory(); }, none);
+  const String last = m_choice.log->toldOf(code).source;
+  return std::any_of(candidates.begin(), candidates.end(), [&](const Candidate& candidate) {
+    const bool isAsked = candidate.source == candidates.front().source || candidate.source->name() == last;
+    return isAsked && candidate.source->hasNewHistory(candidate.codeThere);
+  });
+}
+
 void DataSource::search(const String& text, bool isShare, bool usOnly, std::vector<CodeSearchResult>& results,
                         const std::stop_token& stop, SearchFor purpose) const {
   std::vector<SourceReason> reasons;

@@ -37,6 +37,9 @@ public:
   Rows history(const String& code, const HistoryRange& range, const std::stop_token& stop = {}) const;
   /// The same with a failure as part of the result; throws nothing that is an Exception.
   HistoryPage historyPage(const String& code, const HistoryRange& range, const std::stop_token& stop) const;
+  /// True if the past prices of the code are known to be others than those given last, as when a file has
+  /// changed.
+  bool hasNewHistory(const String& code) const;
   /// Adds what the first source finds that finds anything. The name of a code is not asked of a source with a
   /// daily limit, which is for prices.
   enum class SearchFor { Text, NameOfCode };

@@ -131,7 +131,7 @@ PricePass::Answer PricePass::fetch(const DataSource& source, const Request& requ
                     DataSource::SearchFor::NameOfCode);
     });
   }
-  answer.hasHistory = request.history == AskForHistory::Always ||
+  answer.hasHistory = request.history == AskForHistory::Always || source.hasNewHistory(request.code) ||
                       (request.history == AskForHistory::AfterPrice && !answer.priceFailure);
   if (answer.hasHistory)
     answer.historyFailure =

@@ -28,6 +28,8 @@ public:
   virtual bool offersSearch() const { return true; }
   /// The most requests that it allows; 0 for any number.
   virtual std::size_t requestsADay() const { return 0; }
+  /// True if it knows, without asking anybody, that its past prices are not those that it gave last.
+  virtual bool hasNewHistory(const String&) const { return false; }
 
   /// Nothing when the source has no price now.
   virtual std::optional<AnsweredPrice> currentPrice(const String& code,

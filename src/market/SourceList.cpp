@@ -171,12 +171,12 @@ void SourceList::add(ListedSource source) {
 void SourceList::addFolder(const String& name, const String& folder) {
   if (!std::filesystem::is_directory(folder.toUTF8()))
     throw Exception(folder + u" is no folder");
-  add({.kind = SourceKind::Folder, .name = name, .isOn = true, .folder = folder});
+  add({.kind = SourceKind::Folder, .name = name, .folder = folder});
 }
 
 void SourceList::addCommand(const String& name, const std::vector<String>& words) {
   const CommandPrices checked(name, words, {});
-  add({.kind = SourceKind::Command, .name = name, .isOn = true, .command = words});
+  add({.kind = SourceKind::Command, .name = name, .command = words});
 }
 
 void SourceList::remove(const String& name) {

@@ -59,7 +59,7 @@ public:
   void noteTried(const String& name);
   /// Moves a source to a place in the order, from 0.
   void move(const String& name, std::size_t place);
-  /// A new one is the last, and on. Throws also if the name is taken.
+  /// A new one is the last, and off. Throws also if the name is taken.
   void addFolder(const String& name, const String& folder);
   /// For the options alone: no document adds a command.
   void addCommand(const String& name, const std::vector<String>& words);

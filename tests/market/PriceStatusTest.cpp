@@ -59,6 +59,10 @@ protected:
     EXPECT_FALSE(status().trySource(u"Service").failure);
     status().setOn(u"Service", true);
   }
+  void addFolder() const {
+    status().sources().addFolder(u"My files", m_folder);
+    status().setOn(u"My files", true);
+  }
   static String reasonsOf(const String& code) {
     String text;
     for (const SourceReason& reason : status().ofCode(code).reasons)
@@ -109,7 +113,7 @@ TEST_F(PriceStatusTest, ATrialShowsWhatTheSourceGivesAndAllowsItToBeSwitchedOn) 
 
 TEST_F(PriceStatusTest, TheFolderAnswersWhenTheQuotaOfTheServiceIsUsedUp) {
   useService();
-  status().sources().addFolder(u"My files", m_folder);
+  addFolder();
   status().setOn(u"locators", false);
   writeFile("ABC.AX.csv", "Date,Close\n2006-11-08,4.5\n2006-11-10,4.75\n");
   EXPECT_EQ(gateway().historicalPrice(m_code, Date(2006, 11, 10), true), 5.25);
@@ -131,7 +135,7 @@ TEST_F(PriceStatusTest, TheFolderAnswersWhenTheQuotaOfTheServiceIsUsedUp) {
 }
 
 TEST_F(PriceStatusTest, OneCodeThatFailsDoesNotStopTheOthersOfAPass) {
-  status().sources().addFolder(u"My files", m_folder);
+  addFolder();
   status().setOn(u"locators", false);
   writeFile("BAD.csv", "nonsense");
   writeFile("OKAY.csv", "Date,Close\n2006-11-14,4.75\n");
@@ -146,14 +150,14 @@ TEST_F(PriceStatusTest, OneCodeThatFailsDoesNotStopTheOthersOfAPass) {
 }
 
 TEST_F(PriceStatusTest, AFolderIsEnoughToGoOnline) {
-  status().sources().addFolder(u"My files", m_folder);
+  addFolder();
   status().setOn(u"locators", false);
   EXPECT_TRUE(gateway().reconnect());
   gateway().pauseUpdates();
 }
 
 TEST_F(PriceStatusTest, AChangedFileIsSeenByTheNextPass) {
-  status().sources().addFolder(u"My files", m_folder);
+  addFolder();
   status().setOn(u"locators", false);
   writeFile("OKAY.csv", "Date,Close\n2006-11-14,4.75\n");
   updater().addCode(u"OKAY");
@@ -161,6 +165,14 @@ TEST_F(PriceStatusTest, AChangedFileIsSeenByTheNextPass) {
   writeFile("OKAY.csv", "Date,Close\n2006-11-14,4.75\n2006-11-15,4.80\n");
   updater().runPass();
   EXPECT_EQ(updater().getCurrentPrice(u"OKAY"), 4.8);
+  RecordingObserver observer;
+  writeFile("OKAY.csv", "Date,Close\n2006-11-14,4.70\n2006-11-15,4.80\n");
+  updater().runPass();
+  EXPECT_EQ(gateway().getCachedPrice(u"OKAY", Date(2006, 11, 14), 0), 4.7);
+  const std::vector<String> heard = observer.heard();
+  EXPECT_EQ(std::count(heard.begin(), heard.end(), u"close OKAY 14/11/2006 4.7000"), 1);
+  updater().runPass();
+  EXPECT_EQ(observer.heard().size(), heard.size() + 2) << "price and end alone: the file is the same";
 }
 
 TEST_F(PriceStatusTest, TheFirstSourceOfRealPricesEndsTheSampleMarket) {

@@ -77,7 +77,8 @@ TEST_F(SourceListTest, ARestartKeepsOrderPinsAnswersAndKeys) {
     SourceList sources = list();
     sources.addFolder(u"My <files>", m_prices);
     sources.addCommand(u"Script", {u"/bin/prices", u"--code={CODE}", u"a & b"});
-    sources.setOn(u"One", true);
+    for (const char16_t* name : {u"One", u"Script", u"My <files>"})
+      sources.setOn(name, true);
     sources.setOn(u"locators", false);
     sources.move(u"Script", 0);
     sources.setAnswers(
