@@ -47,6 +47,8 @@ namespace {
 /// Which of the window's lengthy functions runs.
 enum LengthyWork { LOAD, UNLOAD };
 
+constexpr const char16_t* LOADING = u"Loading your portfolios...";
+
 /// What was told once may be told again.
 void forgetWarnings() {
   Settings::Instance().deleteSection(u"Warnings");
@@ -109,7 +111,8 @@ void TallymoorWindow::create() {
 }
 
 void TallymoorWindow::loadUnderProgress() {
-  setNormalStatusText(u"Loading your portfolios...");
+  setNormalStatusText(LOADING);
+  setStatusText(LOADING); // the other one is shown when the toolkit is idle, which it is not before the end
   ProgressDialog dialog(this, u"Tallymoor startup", u"Please wait while caches and portfolio are loaded.", 5,
                         ProgressDialog::PERCENT_BAR, m_icons.banner.get());
   try {

@@ -21,6 +21,18 @@ std::string portfolioText(const std::string& name, const std::string& code) {
          "</HeldShares><SoldShares/><Dividends/><CashReserve/><String/></SharePortfolio>";
 }
 
+/// Notes what the status line shows when the load begins.
+class NotingWindow : public TallymoorWindow {
+public:
+  using TallymoorWindow::TallymoorWindow;
+  void runLengthyFunction(Progress& progress, int argument) override {
+    if (statusAtLoad.empty())
+      statusAtLoad = statusBar()->getStatusLine()->getText().text();
+    TallymoorWindow::runLengthyFunction(progress, argument);
+  }
+  std::string statusAtLoad;
+};
+
 /// The end of the start, when the window can be used and the records are brought up to date. "Mining" holds
 /// 100 MIN.AX at 5.00, "Trading" 100 ABC.AX at 10.00; both at 10.00 when they were bought.
 class IdleLoadingTest : public ShellTest {
@@ -37,6 +49,9 @@ protected:
   void SetUp() override {
     m_lock.emplace(); // it stands still under a handler
     WindowTest::SetUp();
+  }
+  std::unique_ptr<TallymoorWindow> makeTallymoor(FXApp* app, WindowIcons& icons) override {
+    return std::make_unique<NotingWindow>(app, icons);
   }
   void TearDown() override {
     m_lock.reset();
@@ -67,6 +82,7 @@ private:
 };
 
 TEST_F(IdleLoadingTest, TheWindowIsUsableBeforeAndReadyAfterwards) {
+  EXPECT_EQ("Loading your portfolios...", dynamic_cast<NotingWindow&>(tallymoor()).statusAtLoad);
   EXPECT_TRUE(tallymoor().loadEnded());
   EXPECT_FALSE(tallymoor().isReady());
   EXPECT_EQ("Loading your portfolios...", status());

@@ -51,7 +51,10 @@ protected:
   std::unique_ptr<MainWindow> makeWindow(FXApp* app) override {
     m_icons.emplace(app);
     awaitWizard();
-    return std::make_unique<TallymoorWindow>(app, *m_icons);
+    return makeTallymoor(app, *m_icons);
+  }
+  virtual std::unique_ptr<TallymoorWindow> makeTallymoor(FXApp* app, WindowIcons& icons) {
+    return std::make_unique<TallymoorWindow>(app, icons);
   }
 
   /// Call it before creating another window whose start opens the wizard.
