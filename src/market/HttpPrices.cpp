@@ -74,7 +74,8 @@ auto HttpPrices::withoutKey(Work work) const {
   try {
     return work();
   } catch (const Exception& failure) {
-    throw SourceException(faultOf(failure), masked(reasonOf(failure)));
+    // Cut last: a part of a key would not be found.
+    throw SourceException(faultOf(failure), shortened(masked(reasonOf(failure))));
   }
 }
 

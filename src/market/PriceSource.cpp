@@ -1,5 +1,6 @@
 #include "market/PriceSource.h"
 #include "foundation/Exception.h"
+#include "market/SourceFailure.h"
 #include "pages/AnswerFigures.h"
 #include "pages/JsonPath.h"
 #include "xml/PriceSourceDocument.h"
@@ -192,7 +193,10 @@ const XMLElement* single(const XMLElement& source, std::u16string_view name) {
 } // namespace
 
 PriceSource::PriceSource(const XMLElement& document)
-    : m_name(document.attribute(u"name")), m_notTried(attributeOr(document, u"notTried")) {
+    : m_name(document.attribute(u"name").trimmed()), m_notTried(attributeOr(document, u"notTried")) {
+  constexpr std::size_t LONGEST_NAME = 100;
+  if (m_name.empty() || m_name.size() > LONGEST_NAME)
+    fail(u"a name of 1 to 100 characters is needed");
   for (std::size_t i = 0; i < document.numSubElements(u"Serves"); ++i) {
     const XMLElement& codes = document.subElement(u"Serves", i);
     m_served.push_back({codes.attribute(u"codes"), attributeOr(codes, u"currency")});
@@ -226,7 +230,7 @@ PriceSource PriceSource::fromFile(const String& fileName) try {
 } catch (const XMLException&) {
   throw;
 } catch (const Exception& failure) {
-  throw Exception(fileName + u": " + failure.message());
+  throw Exception(fileName + u": " + shortened(failure.message()));
 }
 
 PriceSource PriceSource::fromText(const std::string& text) {

@@ -52,6 +52,15 @@ String wordsOf(SourceFault fault) {
   }
 }
 
+String shortened(const String& text) {
+  constexpr std::size_t MOST_UNITS = 300;
+  constexpr char16_t FIRST_VISIBLE = u' ';
+  String shown = text.substr(0, MOST_UNITS);
+  std::replace_if(
+      shown.begin(), shown.end(), [](char16_t unit) { return unit < FIRST_VISIBLE; }, u' ');
+  return text.size() > MOST_UNITS ? shown + u"..." : shown;
+}
+
 SourceException::SourceException(const std::vector<SourceReason>& reasons)
     : SourceException(commonFault(reasons), textOf(reasons)) {}
 

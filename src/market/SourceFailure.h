@@ -39,6 +39,9 @@ private:
   SourceFault m_fault;
 };
 
+/// A text of a source or document for a message: on one line, and cut behind 300 characters.
+String shortened(const String& text);
+
 /// What the failure of a source means.
 SourceFault faultOf(const Exception& failure);
 

@@ -61,6 +61,14 @@ SourceList::SourceList(const String& configDirectory)
                    {.kind = SourceKind::Locators, .name = LocatorPrices::NAME, .isOn = sources.empty()});
 }
 
+void SourceList::readAgain() {
+  SourceList fresh(m_directory);
+  fresh.m_log = m_log;
+  fresh.m_files = m_files;
+  *this = std::move(fresh);
+  m_log->forgetFailures();
+}
+
 void SourceList::complain(const String& file, const Exception& failure) const {
   m_complaints.push_back({file, failure.message()});
 }

@@ -46,6 +46,10 @@ public:
   /// throws nothing that is an Exception.
   explicit SourceList(const String& configDirectory);
 
+  /// Reads all files again, which the user may have mended. What this run knows of the sources stays, but for
+  /// their failures.
+  void readAgain();
+
   const std::vector<ListedSource>& sources() const;
   const std::map<String, SourcePin>& pins() const { return m_chosen.pins; }
   const std::vector<SourceComplaint>& complaints() const;

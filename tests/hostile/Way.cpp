@@ -6,6 +6,7 @@
 #include "market/LocatorSet.h"
 #include "market/MarketPrices.h"
 #include "market/SharePriceCache.h"
+#include "market/SourceList.h"
 #include "market/TallymoorInternet.h"
 #include "session/ImportedPortfolios.h"
 #include "session/PortfolioStore.h"
@@ -59,6 +60,7 @@ public:
                {config + text(DELIVERED_DOCUMENTS[1]), "code-search"},
                {config + text(DELIVERED_DOCUMENTS[2]), "historical-prices"},
                {config + text(DELIVERED_DOCUMENTS[3]), "country"},
+               {config + u"Sources/Sound.xml", "price-source"},
                {m_profile.reportFolder() + text(DELIVERED_DOCUMENTS[4]), "stylesheet"},
                {m_profile.dataFolder() + PORTFOLIOS_FILE, "records"},
                {m_profile.dataFolder() + capitalRecordFileName(u"Trading"), "capital"},
@@ -213,6 +215,20 @@ private:
   std::size_t m_number;
 };
 
+/// A document of a source of prices, which the user has put into its folder.
+class PriceSourceWay : public WayOfProfile {
+public:
+  using WayOfProfile::WayOfProfile;
+  void place(const std::string& document) override {
+    replace(profile().configFolder() + u"Sources/Sound.xml", document);
+  }
+  Outcome read() override {
+    SourceList sources(profile().configFolder());
+    const std::vector<SourceComplaint>& complaints = sources.complaints();
+    return {complaints.empty(), complaints.empty() ? "" : complaints.front().cause.toUTF8()};
+  }
+};
+
 /// The country document. An unusable one counts as empty.
 class CountryWay : public WayOfProfile {
 public:
@@ -297,6 +313,7 @@ const std::map<std::string, Maker>& makers() {
       {"current-prices", onFiles<LocatorsWay>(std::size_t(0))},
       {"code-search", onFiles<LocatorsWay>(std::size_t(1))},
       {"historical-prices", onFiles<LocatorsWay>(std::size_t(2))},
+      {"price-source", onFiles<PriceSourceWay>()},
       {"country", onFiles<CountryWay>()},
       {"list", overUpdates("list")},
       {"delivered-current-prices", overUpdates("delivered-0")},

@@ -99,6 +99,13 @@ TEST_F(HttpPricesTest, TheKeyIsInNoMessage) {
   EXPECT_FALSE(unreadable.contains(u"s3cr")) << unreadable.toUTF8();
 }
 
+TEST_F(HttpPricesTest, LongWordsOfASourceAreCutAndNoPartOfTheKeyIsLeft) {
+  const std::string before(292, 'x');
+  const String message = failure({200, R"({"message":")" + before + R"(s3cr+t/key\nand more"})"});
+  EXPECT_EQ(message.size(), String(u"refused: ").size() + 300 + 3);
+  EXPECT_FALSE(message.contains(u"s3cr")) << message.toUTF8();
+}
+
 TEST_F(HttpPricesTest, ALongRangeIsAskedForInPagesBackToAnEmptyOne) {
   m_attributes = " daysAPage=\"20\"";
   m_server.setFallback([](const TestHttpServer::Request& request) {

@@ -127,5 +127,15 @@ TEST_F(PriceSourceDocument, RefusesADocumentWithoutItsParts) {
               u"(nothing thrown)");
 }
 
+TEST_F(PriceSourceDocument, ANameIsNeededAndLongValuesAreCutInMessages) {
+  for (const std::string& name : {std::string(), std::string("  "), std::string(101, 'n')})
+    EXPECT_EQ(failureOf(changed(documentWith(HISTORY), "name=\"Test\"", "name=\"" + name + "\"")),
+              u"a name of 1 to 100 characters is needed");
+  const String message = failureOf(
+      changed(documentWith(HISTORY), "reader=\"csv\"", "reader=\"" + std::string(5000, 'r') + "\""));
+  EXPECT_TRUE(message.startsWith(u"unknown reader: rrr"));
+  EXPECT_EQ(message.size(), 303u);
+}
+
 } // namespace
 } // namespace Tallymoor

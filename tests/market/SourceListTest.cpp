@@ -153,6 +153,9 @@ TEST_F(SourceListTest, ADocumentThatCanNotBeReadIsToldAndLosesNothing) {
   sources.move(u"One", 0);
   writeDocument("One.xml", "One");
   EXPECT_EQ(asked(list()), u"One locators ") << "its place and that it was on are kept";
+  sources.readAgain();
+  EXPECT_EQ(asked(sources), u"One locators ");
+  EXPECT_EQ(complaints(sources), u"");
 }
 
 TEST_F(SourceListTest, TwoDocumentsOfOneNameAreTold) {
