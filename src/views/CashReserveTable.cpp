@@ -4,22 +4,21 @@
 #include "entry/GetFloatPanel.h"
 #include "views/CashCells.h"
 #include "views/PortfolioCommands.h"
-#include "widgets/HandlerScope.h"
 #include "widgets/MainWindow.h"
 
 namespace Tallymoor {
 
-FXDEFMAP(CashReserveTable)
-CashReserveTableMap[] = {
-    FXMAPFUNC(SEL_COMMAND, CashReserveTable::ID_DELETE, CashReserveTable::onDelete),
-    FXMAPFUNC(SEL_COMMAND, CashReserveTable::ID_EDIT, CashReserveTable::onEdit),
-};
+namespace {
 
-FXIMPLEMENT_ABSTRACT(CashReserveTable, EventTable, CashReserveTableMap, ARRAYNUMBER(CashReserveTableMap))
+constexpr EventTable::Texts TEXTS{
+    u"Cash Reserve Table", u"No cash is recorded.\nRecord what you paid in by Portfolios, Deposit Cash...",
+    u"CashReserveTable::onEdit failed.", u"CashReserveTable::onDelete failed."};
+
+} // namespace
 
 CashReserveTable::CashReserveTable(SharePortfolioUser& portfolio, PortfolioCommands& commands,
                                    FXComposite* parent, Watcher* watcher)
-    : EventTable(u"Cash Reserve Table", portfolio, commands, parent, watcher) {
+    : EventTable(TEXTS, portfolio, commands, parent, watcher) {
   updateTable();
 }
 
@@ -32,47 +31,28 @@ std::vector<EventTable::ColumnOf> CashReserveTable::columnsOfEvents() const {
           {u"Balance", &balance, COMPARE_AMOUNT}};
 }
 
-String CashReserveTable::noEventsText() const {
-  return u"No cash is recorded.\nRecord what you paid in by Portfolios, Deposit Cash...";
-}
-
 void CashReserveTable::addAllEvents() {
   addEvents(portfolio().portfolio().cashEvents());
 }
 
-void CashReserveTable::rowPopup(const TableClick& click) {
-  if (!click.row)
-    return;
-  setInputRow(click.row);
-  eventPopup(click, {u"Edit cash transaction from " + click.row->key() + u"...", ID_EDIT},
-             {u"Delete from records!...", ID_DELETE});
+EventTable::PopupLabels CashReserveTable::popupLabels(const EventRow& row) const {
+  return {u"Edit cash transaction from " + row.day.toString(DATE_DISPLAY_LOCAL) + u"...",
+          u"Delete from records!..."};
 }
 
-long CashReserveTable::onDelete(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"CashReserveTable::onDelete failed.", [this] {
-    if (const auto* event = inputEvent<XMLCashEvent>())
-      deleteEvent(*event);
-  });
-}
-
-void CashReserveTable::deleteEvent(const XMLCashEvent& event) {
+void CashReserveTable::deleteEvent(const EventRow& row) {
+  const auto& event = row.as<XMLCashEvent>();
   if (!MainWindow::question(
           u"Are you sure you want to delete a record of this cash event? \nThis will affect "
           u"your Total Capital!"))
     return;
-  // Asked for before the change, here and below, so that the tables are safe whatever the change meets.
+  // Requested before the change, here and below: the tables are then refilled even if the change fails.
   commands().transactionMade();
   portfolio().deleteCashEvent(event);
 }
 
-long CashReserveTable::onEdit(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"CashReserveTable::onEdit failed.", [this] {
-    if (auto* event = inputEvent<XMLCashEvent>())
-      editEvent(*event);
-  });
-}
-
-void CashReserveTable::editEvent(XMLCashEvent& event) {
+void CashReserveTable::editEvent(const EventRow& row) {
+  auto& event = row.as<XMLCashEvent>();
   const Date oldDate = event.day();
   EditFloatDialog dialog(&MainWindow::Instance(), u"Edit cash transaction", String(), portfolio().portfolio(),
                          event);

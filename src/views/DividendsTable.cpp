@@ -5,20 +5,16 @@
 #include "entry/ReceiveDividendsPanel.h"
 #include "views/DividendCells.h"
 #include "views/PortfolioCommands.h"
-#include "widgets/HandlerScope.h"
 #include "widgets/MainWindow.h"
 
 namespace Tallymoor {
 
-FXDEFMAP(DividendsTable)
-DividendsTableMap[] = {
-    FXMAPFUNC(SEL_COMMAND, DividendsTable::ID_DELETE, DividendsTable::onDelete),
-    FXMAPFUNC(SEL_COMMAND, DividendsTable::ID_EDIT, DividendsTable::onEdit),
-};
-
-FXIMPLEMENT_ABSTRACT(DividendsTable, EventTable, DividendsTableMap, ARRAYNUMBER(DividendsTableMap))
-
 namespace {
+
+constexpr EventTable::Texts TEXTS{
+    u"Dividends Table",
+    u"No dividends are recorded.\nRecord one by Portfolios, Receive a Dividend... (Ctrl+D).",
+    u"DividendsTable::onEdit failed.", u"DividendsTable::onDelete failed."};
 
 /// "dividend <word> ABC.AX on 3/03/2026"
 String named(const XMLDividendEvent& dividend, const String& word) {
@@ -30,7 +26,7 @@ String named(const XMLDividendEvent& dividend, const String& word) {
 
 DividendsTable::DividendsTable(SharePortfolioUser& portfolio, PortfolioCommands& commands,
                                FXComposite* parent, Watcher* watcher)
-    : EventTable(u"Dividends Table", portfolio, commands, parent, watcher) {
+    : EventTable(TEXTS, portfolio, commands, parent, watcher) {
   updateTable();
 }
 
@@ -51,35 +47,21 @@ std::vector<EventTable::ColumnOf> DividendsTable::columnsOfEvents() const {
           {u"Withholding Tax", &withholdingTax, COMPARE_AMOUNT, RIGHT, false, EVENT_ALONE}};
 }
 
-String DividendsTable::noEventsText() const {
-  return u"No dividends are recorded.\nRecord one by Portfolios, Receive a Dividend... (Ctrl+D).";
-}
-
 void DividendsTable::addAllEvents() {
   addEvents(portfolio().portfolio().dividends());
 }
 
-void DividendsTable::rowPopup(const TableClick& click) {
-  if (!click.row)
-    return;
-  setInputRow(click.row);
-  eventPopup(click, {u"Edit " + named(*inputEvent<XMLDividendEvent>(), u"for") + u"...", ID_EDIT},
-             {u"Delete from records!...", ID_DELETE});
+EventTable::PopupLabels DividendsTable::popupLabels(const EventRow& row) const {
+  return {u"Edit " + named(row.as<XMLDividendEvent>(), u"for") + u"...", u"Delete from records!..."};
 }
 
-long DividendsTable::onDelete(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"DividendsTable::onDelete failed.", [this] {
-    if (const auto* dividend = inputEvent<XMLDividendEvent>())
-      deleteDividend(*dividend);
-  });
-}
-
-void DividendsTable::deleteDividend(const XMLDividendEvent& dividend) {
+void DividendsTable::deleteEvent(const EventRow& row) {
+  const auto& dividend = row.as<XMLDividendEvent>();
   if (!MainWindow::question(u"Delete " + named(dividend, u"of") + u"?"))
     return;
   const bool reinvested = DividendFigures(dividend).isReinvested();
-  // Asked for before the change, here and below, so that the tables are safe whatever the change meets, and
-  // under the box.
+  // Requested before the change, here and below: the tables are then refilled even if the change fails, and
+  // while the box is open.
   commands().transactionMade();
   if (portfolio().deleteDividend(dividend))
     return;
@@ -88,14 +70,8 @@ void DividendsTable::deleteDividend(const XMLDividendEvent& dividend) {
                         : u"Please find and delete the corresponding cash deposit from this transaction.");
 }
 
-long DividendsTable::onEdit(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"DividendsTable::onEdit failed.", [this] {
-    if (auto* dividend = inputEvent<XMLDividendEvent>())
-      editDividend(*dividend);
-  });
-}
-
-void DividendsTable::editDividend(XMLDividendEvent& dividend) {
+void DividendsTable::editEvent(const EventRow& row) {
+  auto& dividend = row.as<XMLDividendEvent>();
   const bool reinvested = DividendFigures(dividend).isReinvested();
   const double oldShares = dividend.drpShares();
   const double oldSharePrice = dividend.drpRate();

@@ -1,10 +1,17 @@
 #include "views/EventTable.h"
 #include "widgets/ContextMenu.h"
+#include "widgets/HandlerScope.h"
 #include <utility>
 
 namespace Tallymoor {
 
-FXIMPLEMENT_ABSTRACT(EventTable, PortfolioTable, nullptr, 0)
+FXDEFMAP(EventTable)
+EventTableMap[] = {
+    FXMAPFUNC(SEL_COMMAND, EventTable::ID_DELETE, EventTable::onDelete),
+    FXMAPFUNC(SEL_COMMAND, EventTable::ID_EDIT, EventTable::onEdit),
+};
+
+FXIMPLEMENT_ABSTRACT(EventTable, PortfolioTable, EventTableMap, ARRAYNUMBER(EventTableMap))
 
 namespace {
 
@@ -14,9 +21,10 @@ const String EVENTS_LEFT_OUT =
 
 } // namespace
 
-EventTable::EventTable(const String& name, SharePortfolioUser& portfolio, PortfolioCommands& commands,
+EventTable::EventTable(const Texts& texts, SharePortfolioUser& portfolio, PortfolioCommands& commands,
                        FXComposite* parent, Watcher* watcher)
-    : PortfolioTable(name, portfolio, commands, parent, watcher, COMPARE_OLDEST_FIRST) {}
+    : PortfolioTable(texts.tableName, portfolio, commands, parent, watcher, COMPARE_OLDEST_FIRST),
+      m_texts(texts) {}
 
 void EventTable::fillTable() {
   if (columns().empty())
@@ -26,7 +34,7 @@ void EventTable::fillTable() {
     m_shownBefore = std::exchange(m_shown, {});
     m_leftSomeOut = false;
     addAllEvents();
-    setEmptyText(m_leftSomeOut ? EVENTS_LEFT_OUT : noEventsText());
+    setEmptyText(m_leftSomeOut ? EVENTS_LEFT_OUT : String(m_texts.noEvents));
     rebuild();
     m_shownBefore.clear();
   } catch (...) {
@@ -35,7 +43,7 @@ void EventTable::fillTable() {
   }
 }
 
-/// No row may be left that speaks of an event that has gone.
+/// No row may refer to an event that has gone.
 void EventTable::forgetAll() {
   clear();
   m_shown.clear();
@@ -81,17 +89,35 @@ void EventTable::addRowOf(XMLEvent& event, const Date& day, bool counts) {
   shown.row = &addRow(std::move(row));
 }
 
-void EventTable::eventPopup(const TableClick& click, const Entry& edit, const Entry& remove) {
+void EventTable::rowPopup(const TableClick& click) {
+  if (!click.row)
+    return;
+  setInputRow(click.row);
+  const PopupLabels labels = popupLabels(click.row->payload<EventRow>());
   ContextMenu menu(this, this);
-  menu.addCommand(edit.text, edit.command);
+  menu.addCommand(labels.edit, ID_EDIT);
   menu.addSeparator();
-  menu.addCommand(remove.text, remove.command);
+  menu.addCommand(labels.remove, ID_DELETE);
   menu.run(click.screenX, click.screenY);
 }
 
 void EventTable::editRow(Row& row) {
   setInputRow(&row);
-  handle(this, FXSEL(SEL_COMMAND, editCommand()), nullptr);
+  onEdit(this, 0, nullptr);
+}
+
+long EventTable::onDelete(FXObject*, FXSelector, void*) {
+  return guardedHandler(m_texts.deleteFailed, [this] {
+    if (inputRow())
+      deleteEvent(inputRow()->payload<EventRow>());
+  });
+}
+
+long EventTable::onEdit(FXObject*, FXSelector, void*) {
+  return guardedHandler(m_texts.editFailed, [this] {
+    if (inputRow())
+      editEvent(inputRow()->payload<EventRow>());
+  });
 }
 
 } // namespace Tallymoor

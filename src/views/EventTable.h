@@ -26,9 +26,22 @@ struct EventRow {
 class EventTable : public PortfolioTable {
   FXDECLARE_ABSTRACT(EventTable)
 public:
+  enum { ID_DELETE = Table::ID_LAST, ID_EDIT, ID_LAST };
+
+  struct Texts {
+    const char16_t* tableName;
+    const char16_t* noEvents; ///< shown while no event of the kind is recorded: how one is
+    const char16_t* editFailed;
+    const char16_t* deleteFailed;
+  };
+
   /// As PortfolioTable. The subclass's constructor ends with updateTable.
-  EventTable(const String& name, SharePortfolioUser& portfolio, PortfolioCommands& commands,
+  EventTable(const Texts& texts, SharePortfolioUser& portfolio, PortfolioCommands& commands,
              FXComposite* parent, Watcher* watcher);
+
+  // For the event of the input row.
+  long onDelete(FXObject*, FXSelector, void*);
+  long onEdit(FXObject*, FXSelector, void*);
 
 protected:
   /// What a column is computed from: its event alone (Column::followPayloadAlone), or also names, prices and
@@ -42,9 +55,9 @@ protected:
     bool defaultVisible = true;
     Follows follows = EVENT_AND_MORE;
   };
-  struct Entry {
-    String text;
-    FXSelector command;
+  struct PopupLabels {
+    String edit;
+    String remove;
   };
 
   void fillTable() override;
@@ -59,18 +72,12 @@ protected:
       addEvent(event);
   }
 
-  /// The row's popup: a way to edit its event, and below it one to delete it.
-  void eventPopup(const TableClick& click, const Entry& edit, const Entry& remove);
-  /// The command that edits the event of the input row.
-  virtual FXSelector editCommand() const = 0;
+  /// What a row's popup calls its two commands.
+  virtual PopupLabels popupLabels(const EventRow& row) const = 0;
+  virtual void editEvent(const EventRow& row) = 0;
+  virtual void deleteEvent(const EventRow& row) = 0;
+  void rowPopup(const TableClick& click) override;
   void editRow(Row& row) override;
-  /// What stands there while no event of the kind is recorded: how one is.
-  virtual String noEventsText() const = 0;
-  /// The event behind the row whose popup was opened; null when there is none.
-  template <class Event>
-  Event* inputEvent() const {
-    return inputRow() ? &inputRow()->template payload<EventRow>().template as<Event>() : nullptr;
-  }
 
 private:
   struct Shown {
@@ -85,6 +92,7 @@ private:
   void addRowOf(XMLEvent& event, const Date& day, bool counts);
   void forgetAll();
 
+  Texts m_texts;
   ShownEvents m_shown;
   ShownEvents m_shownBefore; ///< while the table is filled: those that have not been met again
   bool m_leftSomeOut = false;

@@ -5,22 +5,22 @@
 #include "foundation/KeptTexts.h"
 #include "views/PortfolioCommands.h"
 #include "views/SoldShareCells.h"
-#include "widgets/HandlerScope.h"
 #include "widgets/MainWindow.h"
 
 namespace Tallymoor {
 
-FXDEFMAP(SharesSoldTable)
-SharesSoldTableMap[] = {
-    FXMAPFUNC(SEL_COMMAND, SharesSoldTable::ID_DELETE, SharesSoldTable::onDelete),
-    FXMAPFUNC(SEL_COMMAND, SharesSoldTable::ID_EDIT, SharesSoldTable::onEdit),
-};
+namespace {
 
-FXIMPLEMENT_ABSTRACT(SharesSoldTable, EventTable, SharesSoldTableMap, ARRAYNUMBER(SharesSoldTableMap))
+/// A failure to edit is reported in the words of the purchases' table, which users know.
+constexpr EventTable::Texts TEXTS{
+    u"Shares Sold Table", u"No sales are recorded.\nRecord one by Portfolios, Sell Shares... (Ctrl+L).",
+    kept::EDIT_OF_SALE, u"SharesSoldTable::onDelete failed."};
+
+} // namespace
 
 SharesSoldTable::SharesSoldTable(SharePortfolioUser& portfolio, PortfolioCommands& commands,
                                  FXComposite* parent, Watcher* watcher)
-    : EventTable(u"Shares Sold Table", portfolio, commands, parent, watcher) {
+    : EventTable(TEXTS, portfolio, commands, parent, watcher) {
   updateTable();
 }
 
@@ -45,36 +45,23 @@ std::vector<EventTable::ColumnOf> SharesSoldTable::columnsOfEvents() const {
           {u"Comment", &comment, COMPARE_TEXT, FXTableItem::LEFT}};
 }
 
-String SharesSoldTable::noEventsText() const {
-  return u"No sales are recorded.\nRecord one by Portfolios, Sell Shares... (Ctrl+L).";
-}
-
 void SharesSoldTable::addAllEvents() {
   for (XMLSoldShare& stock : portfolio().portfolio().soldShares())
     addEvents(stock.sales());
 }
 
-void SharesSoldTable::rowPopup(const TableClick& click) {
-  if (!click.row)
-    return;
-  setInputRow(click.row);
+EventTable::PopupLabels SharesSoldTable::popupLabels(const EventRow& row) const {
   const String sale =
-      u"sale of " + inputEvent<XMLSellEvent>()->code() + u" from " + click.row->key() + u"...";
-  eventPopup(click, {u"Edit " + sale, ID_EDIT}, {u"Delete " + sale, ID_DELETE});
+      u"sale of " + row.as<XMLSellEvent>().code() + u" from " + row.day.toString(DATE_DISPLAY_LOCAL) + u"...";
+  return {u"Edit " + sale, u"Delete " + sale};
 }
 
-long SharesSoldTable::onDelete(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"SharesSoldTable::onDelete failed.", [this] {
-    if (const auto* sale = inputEvent<XMLSellEvent>())
-      deleteSale(*sale);
-  });
-}
-
-void SharesSoldTable::deleteSale(const XMLSellEvent& sale) {
+void SharesSoldTable::deleteEvent(const EventRow& row) {
+  const auto& sale = row.as<XMLSellEvent>();
   DeleteSaleDialog dialog(&MainWindow::Instance(), sale);
   if (dialog.execute() == 0)
     return;
-  // Asked for before the change, here and below, so that the tables are safe whatever the change meets.
+  // Requested before the change, here and below: the tables are then refilled even if the change fails.
   commands().transactionMade();
   if (dialog.givesSharesBack())
     portfolio().undoSale(sale);
@@ -82,15 +69,8 @@ void SharesSoldTable::deleteSale(const XMLSellEvent& sale) {
     portfolio().deleteSale(sale);
 }
 
-// A failure to edit goes by the words of the purchases' table, which users know it by.
-long SharesSoldTable::onEdit(FXObject*, FXSelector, void*) {
-  return guardedHandler(kept::EDIT_OF_SALE, [this] {
-    if (auto* sale = inputEvent<XMLSellEvent>())
-      editSale(*sale);
-  });
-}
-
-void SharesSoldTable::editSale(XMLSellEvent& sale) {
+void SharesSoldTable::editEvent(const EventRow& row) {
+  auto& sale = row.as<XMLSellEvent>();
   EditSoldShareDialog dialog(&MainWindow::Instance(), sale);
   if (dialog.execute() == 0)
     return;

@@ -29,7 +29,7 @@ CellResult descriptionWithMore(Row& row) {
 class CountingTable : public EventTable {
 public:
   CountingTable(SharePortfolioUser& portfolio, PortfolioCommands& commands, FXComposite* parent)
-      : EventTable(u"Counting Table", portfolio, commands, parent, nullptr) {
+      : EventTable({u"Counting Table", u"", u"", u""}, portfolio, commands, parent, nullptr) {
     updateTable();
   }
 
@@ -39,8 +39,9 @@ protected:
             {u"With More", &descriptionWithMore}};
   }
   void addAllEvents() override { addEvents(portfolio().portfolio().cashEvents()); }
-  FXSelector editCommand() const override { return 0; }
-  String noEventsText() const override { return {}; }
+  PopupLabels popupLabels(const EventRow&) const override { return {}; }
+  void editEvent(const EventRow&) override {}
+  void deleteEvent(const EventRow&) override {}
 };
 
 class EventTableTest : public ViewsTest {
