@@ -1,6 +1,7 @@
 #include "analysis/PortfolioReport.h"
 #include "analysis/DividendFigures.h"
 #include "analysis/HoldingOnDay.h"
+#include "analysis/PeriodEvents.h"
 #include "analysis/ReportValues.h"
 #include "analysis/SaleFigures.h"
 #include "books/Gains.h"
@@ -18,60 +19,6 @@ namespace {
 
 void addNote(XMLElement& report, const String& text) {
   report.addSubElement(new XMLReportNote, u"Notes").setValue(text);
-}
-
-/// A recorded event of a portfolio.
-template <class Record>
-struct EventOf {
-  Date day;
-  const Record* record = nullptr;
-  const SharePortfolioUser* portfolio = nullptr;
-};
-using CashFlow = EventOf<XMLCashEvent>;
-
-/// Gathers the events of a period; the oldest first, those of one day in the order of the records.
-template <class Record>
-class EventsWithin {
-public:
-  explicit EventsWithin(const ReportPeriod& period) : m_period(period) {}
-
-  void add(const SharePortfolioUser& portfolio, const ElementList<const Record>& records) {
-    for (const Record& record : records)
-      if (const Date day = record.day(); m_period.contains(day))
-        m_events.push_back({day, &record, &portfolio});
-  }
-  std::vector<EventOf<Record>> sorted() {
-    std::stable_sort(m_events.begin(), m_events.end(),
-                     [](const auto& a, const auto& b) { return a.day < b.day; });
-    return std::move(m_events);
-  }
-
-private:
-  ReportPeriod m_period;
-  std::vector<EventOf<Record>> m_events;
-};
-
-std::vector<EventOf<XMLSellEvent>> salesWithin(const Portfolios& portfolios, const ReportPeriod& period) {
-  EventsWithin<XMLSellEvent> events(period);
-  for (const SharePortfolioUser* portfolio : portfolios)
-    for (const XMLSoldShare& stock : portfolio->portfolio().soldShares())
-      events.add(*portfolio, stock.sales());
-  return events.sorted();
-}
-
-std::vector<EventOf<XMLDividendEvent>> dividendsWithin(const Portfolios& portfolios,
-                                                       const ReportPeriod& period) {
-  EventsWithin<XMLDividendEvent> events(period);
-  for (const SharePortfolioUser* portfolio : portfolios)
-    events.add(*portfolio, portfolio->portfolio().dividends());
-  return events.sorted();
-}
-
-std::vector<CashFlow> cashWithin(const Portfolios& portfolios, const ReportPeriod& period) {
-  EventsWithin<XMLCashEvent> events(period);
-  for (const SharePortfolioUser* portfolio : portfolios)
-    events.add(*portfolio, portfolio->portfolio().cashEvents());
-  return events.sorted();
 }
 
 double cashOn(const SharePortfolioUser& portfolio, const Date& day) {
@@ -296,7 +243,7 @@ void PortfolioReport::fillSharesHeld(XMLElement& section, XMLElement& report) co
 
 void PortfolioReport::fillSales(XMLElement& section) const {
   double cost = 0.0, proceeds = 0.0, profit = 0.0, brokerage = 0.0, net = 0.0;
-  for (const auto& event : salesWithin(m_portfolios, m_period)) {
+  for (const SaleOf& event : salesWithin(m_portfolios, m_period)) {
     const SaleFigures sale(*event.record);
     cost += sale.grossCost();
     proceeds += sale.grossSale();
@@ -315,7 +262,7 @@ void PortfolioReport::fillSales(XMLElement& section) const {
 
 void PortfolioReport::fillDividends(XMLElement& section) const {
   double value = 0.0, reinvested = 0.0, franking = 0.0, tax = 0.0;
-  for (const auto& event : dividendsWithin(m_portfolios, m_period)) {
+  for (const DividendOf& event : dividendsWithin(m_portfolios, m_period)) {
     const DividendFigures dividend(*event.record);
     value += dividend.value();
     reinvested += dividend.isReinvested() ? dividend.value() : 0.0;
@@ -333,7 +280,7 @@ void PortfolioReport::fillDividends(XMLElement& section) const {
 
 void PortfolioReport::fillInterests(XMLElement& section) const {
   double amount = 0.0;
-  for (const CashFlow& event : cashWithin(m_portfolios, m_period)) {
+  for (const CashFlow& event : cashFlowsWithin(m_portfolios, m_period)) {
     if (event.record->type() != CASH_EVENT_INTEREST)
       continue;
     amount += event.record->amount();
@@ -345,7 +292,7 @@ void PortfolioReport::fillInterests(XMLElement& section) const {
 
 void PortfolioReport::fillCashFlows(XMLElement& section) const {
   double credit = 0.0, debit = 0.0, deposits = 0.0, withdrawals = 0.0;
-  for (const CashFlow& event : cashWithin(m_portfolios, m_period)) {
+  for (const CashFlow& event : cashFlowsWithin(m_portfolios, m_period)) {
     const double value = event.record->amount();
     const CashEventType type = event.record->type();
     (isCreditType(type) ? credit : debit) += value;

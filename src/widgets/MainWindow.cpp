@@ -3,7 +3,7 @@
 #include "foundation/EndingSignals.h"
 #include "foundation/RunTimeSettings.h"
 #include "widgets/HandlerScope.h"
-#include "widgets/ModalDialogs.h"
+#include "widgets/MessageBox.h"
 #include "widgets/StatusTexts.h"
 #include "widgets/TextSize.h"
 #include "widgets/ToolkitText.h"
@@ -37,23 +37,6 @@ constexpr FXuint SHUTDOWN_RETRY = 10;
 
 std::mutex instanceMutex;
 MainWindow* instance = nullptr; // guarded by instanceMutex
-
-String caption() {
-  String title;
-  MainWindow::Instance().applicationTitle(title);
-  return title;
-}
-
-using Box = FXuint (*)(FXWindow*, FXuint, const char*, const char*, ...);
-
-FXuint showBox(Box box, FXuint buttons, const String& text) {
-  MainWindow& window = MainWindow::Instance();
-  if (!window.mayOpenDialog()) {
-    MainWindow::setStatusText(text);
-    return MBOX_CLICKED_CANCEL;
-  }
-  return box(ownerOfNextWindow(), buttons, caption().toUTF8().c_str(), messageBoxText(text).text());
-}
 
 } // namespace
 
@@ -157,19 +140,19 @@ bool MainWindow::mayOpenDialog() const {
 }
 
 void MainWindow::information(const String& text) {
-  showBox(&FXMessageBox::information, MBOX_OK, text);
+  showMessageBox(&FXMessageBox::information, MBOX_OK, text);
 }
 
 bool MainWindow::question(const String& text) {
-  return showBox(&FXMessageBox::question, MBOX_YES_NO, text) == MBOX_CLICKED_YES;
+  return showMessageBox(&FXMessageBox::question, MBOX_YES_NO, text) == MBOX_CLICKED_YES;
 }
 
 void MainWindow::warning(const String& text) {
-  showBox(&FXMessageBox::warning, MBOX_OK, text);
+  showMessageBox(&FXMessageBox::warning, MBOX_OK, text);
 }
 
 void MainWindow::error(const String& text) {
-  showBox(&FXMessageBox::error, MBOX_OK, text);
+  showMessageBox(&FXMessageBox::error, MBOX_OK, text);
 }
 
 void MainWindow::reportException(const String& context, const Exception& exception) {
@@ -238,7 +221,7 @@ void MainWindow::cancelModalWindow() {
 }
 
 /// Asked of the display: the toolkit takes over what an event says only after its handlers, and the event of
-/// a framed window may speak of the frame.
+/// a framed window may tell the place of the frame.
 FXPoint MainWindow::placeOnScreen() const {
   FXint x = 0, y = 0;
   translateCoordinatesTo(x, y, getRoot(), 0, 0);
