@@ -1,11 +1,11 @@
 #include "analysis/HoldingOnDay.h"
 #include "analysis/ShareAsOfDay.h"
-#include "books/EngineTest.h"
+#include "books/BooksWithGatewayTest.h"
 
 namespace Tallymoor {
 namespace {
 
-class HoldingOnDayTest : public EngineTest {
+class HoldingOnDayTest : public BooksWithGatewayTest {
 protected:
   void expectHeld(const Date& day, double number, double price, const Date& earliest) {
     const std::optional<HeldOnDay> held = heldOn(user(), u"ABC.AX", number, day);

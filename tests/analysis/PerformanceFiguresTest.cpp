@@ -4,7 +4,7 @@
 #include "analysis/CapitalGrowth.h"
 #include "analysis/Indicators.h"
 #include "analysis/Performance.h"
-#include "books/EngineTest.h"
+#include "books/BooksWithGatewayTest.h"
 #include "books/SequenceArguments.h"
 #include "books/SequenceFile.h"
 #include "foundation/Settings.h"
@@ -61,7 +61,7 @@ struct CasePortfolio {
   std::unique_ptr<SharePortfolioUser> user;
 };
 
-class PerformanceFiguresTest : public EngineTest {
+class PerformanceFiguresTest : public BooksWithGatewayTest {
 protected:
   PerformanceFiguresTest() { CountryOfResidence::destroyInstance(); }
   ~PerformanceFiguresTest() override { CountryOfResidence::destroyInstance(); }

@@ -1,14 +1,14 @@
 #pragma once
 #include "TestPaths.h"
 #include "analysis/ReportBuilder.h"
-#include "books/EngineTest.h"
+#include "books/BooksWithGatewayTest.h"
 #include <filesystem>
 
 namespace Tallymoor {
 
 /// A portfolio with figures for January 2026 that can be verified by hand. It starts with 8,970.00 in cash
 /// and 100 shares at 11.00, and ends with 7,500.00 and 202 shares at 22.00. 50 of them are sold in February.
-class ReportTest : public EngineTest {
+class ReportTest : public BooksWithGatewayTest {
 protected:
   ReportTest() {
     std::filesystem::copy(TALLYMOOR_SAMPLES "/../assets/defaults/Report",

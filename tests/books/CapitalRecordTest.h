@@ -1,10 +1,10 @@
 #pragma once
-#include "books/EngineTest.h"
+#include "books/BooksWithGatewayTest.h"
 
 namespace Tallymoor {
 
 /// Access to the days of the portfolio's capital record and to its file.
-class CapitalRecordTest : public EngineTest {
+class CapitalRecordTest : public BooksWithGatewayTest {
 protected:
   std::size_t numDays(const Date& first, const Date& last) {
     std::size_t days = 0;

@@ -1,9 +1,9 @@
-#include "books/EngineTest.h"
+#include "books/BooksWithGatewayTest.h"
 
 namespace Tallymoor {
 namespace {
 
-class SharePortfolioUserTest : public EngineTest {};
+class SharePortfolioUserTest : public BooksWithGatewayTest {};
 
 TEST_F(SharePortfolioUserTest, FindsStocksByTheirWholeCode) {
   user().addBuyEvent(u"ABC.AX", {m_today, 1, 1, 0, u""});

@@ -10,13 +10,13 @@ namespace Tallymoor {
 
 /// A portfolio with a real gateway, which is offline at first, so that prices come only from the cache as set
 /// by the test.
-class EngineTest : public PortfolioTest {
+class BooksWithGatewayTest : public PortfolioTest {
 protected:
-  EngineTest() {
+  BooksWithGatewayTest() {
     TallymoorInternet::Instance().goOffline();
     open(gatewayPrices());
   }
-  ~EngineTest() override { m_user.reset(); }
+  ~BooksWithGatewayTest() override { m_user.reset(); }
 
   static TallymoorInternet& gateway() { return TallymoorInternet::Instance(); }
 
