@@ -14,7 +14,7 @@
 namespace Tallymoor {
 namespace {
 
-constexpr std::size_t PAGE_SIZE = 500 * 1000;
+constexpr std::size_t PAGE_SIZE = 500'000;
 constexpr int TABLE_ROWS = 250;
 constexpr int ROUNDS = 41;
 constexpr double PARSE_LIMIT = 0.3;

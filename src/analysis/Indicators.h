@@ -18,7 +18,7 @@ namespace Tallymoor {
 // line then goes through the other weeks at their places in time. A share that was split has no figures until
 // eight weeks have gone by, as if it were young.
 
-/// The numbers behind the indicators, which are nobody's law but usage.
+/// The usual numbers of the indicators.
 namespace IndicatorRules {
 /// Half a year of full weeks: enough that one bad week moves the line little, and the span of "LR Rate".
 constexpr int WEEKS = 26;

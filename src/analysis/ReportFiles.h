@@ -10,7 +10,7 @@ class XMLElement;
 /// name are replaced, each as a whole. Gives the full name of the page.
 ///
 /// Throws Exception where a file can't be read or written, or the stylesheet fails, which the user may have
-/// edited; the document then stands all the same, and the message says where.
+/// edited; the document is written nevertheless, and the message says where.
 String writeReportFiles(XMLElement& report, const String& fileName);
 
 } // namespace Tallymoor

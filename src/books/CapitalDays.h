@@ -80,7 +80,7 @@ public:
   void dropFrom(std::size_t day);
 
   void write(Utf8Writer& writer, std::size_t day) const;
-  /// The day as an element, made anew.
+  /// The day as a new element.
   std::unique_ptr<XMLDayCap> element(std::size_t day) const;
 
 private:

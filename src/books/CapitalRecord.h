@@ -16,7 +16,7 @@ namespace Tallymoor {
 /// keeps it.
 ///
 /// The file is read when a day is first needed: prices that come before that wait until then. A file that
-/// can't be used is silently started again, since all of it can be worked out anew.
+/// can't be used is silently started again, since all of it can be worked out again.
 ///
 /// The big mutex guards it.
 class CapitalRecord {
@@ -57,7 +57,7 @@ public:
   void recomputeFrom(const Date& date);
 
   bool hasDayCap(const Date& date) const;
-  /// The day as an element: Date, CashTotal, ShareVals, CashInjected. Made anew by each call, and valid until
+  /// The day as an element: Date, CashTotal, ShareVals, CashInjected. Rebuilt by each call, and valid until
   /// the next one. Throws Exception when there is no such day.
   const XMLElement& dayCapFor(const Date& date) const;
   /// True when another price stands in for that of the day with some stock, so that what is computed from the
@@ -91,7 +91,7 @@ protected:
   bool isToBeRecomputed() const { return m_recomputeFrom.has_value(); }
   /// Puts a stock's price of a day right; what is not in the record is ignored.
   void setPrice(const String& code, const Date& date, const DayPrice& price);
-  /// Told when days from the one to the other go, or a price that they are compared by becomes another one.
+  /// Called when days from first to last are removed, or a price that they are compared with changes.
   virtual void daysChanged(const Date& first, const Date& last) = 0;
 
   /// Appends a day after all others. The texts are as in the document; injected may be empty.

@@ -49,7 +49,7 @@ public:
 /// are too many to work that out afresh each day, so the walk reads the records once and recomputes a figure
 /// only on the days on which one of its events begins, ends or is adjusted. Prices are looked at on each day.
 ///
-/// Refers to the portfolio's events, so these must not change while it lives, but for the adjustments that it
+/// Refers to the portfolio's events, so these must not change while it lives, except the adjustments that it
 /// records itself. GUI thread, under the big mutex.
 class CapitalRecordWalk {
 public:

@@ -110,7 +110,7 @@ bool DividendBook::moveCash(const DividendEntry& before, const DividendEntry& no
 
 void DividendBook::moveReinvestment(const DividendEntry& before, XMLBuyEvent* parcel,
                                     const DividendEntry& now) {
-  // A parcel can't change its stock, so with another code the shares are received anew.
+  // A parcel can't change its stock, so with another code the shares are received again.
   if (now.isReinvested() && now.code == before.code) {
     if (!parcel)
       return;

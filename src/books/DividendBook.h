@@ -29,7 +29,7 @@ public:
   /// Stores the new values (an empty country and no tax leave the old ones) and lets the cash entry or parcel
   /// follow. oldValue is the cash entry's amount, 0.0 when the dividend was reinvested; oldDRPShares and
   /// oldBuyPrice find the parcel of a reinvested one. False if the old cash entry or parcel was not found: a
-  /// dividend that changes between cash and shares is then paid in the new way all the same.
+  /// dividend that changes between cash and shares is then paid in the new way nevertheless.
   bool edit(XMLDividendEvent& event, const DividendEntry& dividend, double oldDRPShares, double oldBuyPrice,
             double oldValue, const Date& oldDate);
   /// True if the cash entry or parcel of the dividend was found and removed.

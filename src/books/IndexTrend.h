@@ -29,7 +29,7 @@ public:
   /// Exponential moving average over trendDays weekdays before today, started from the mean of as many before
   /// those. Kept for each period and day. Throws as MarketPrices::historicalPrice.
   double movingAverage(double period);
-  /// The same, computed anew.
+  /// The same, computed again.
   double computeMovingAverage(double period) const;
   /// The period as the whole number of days that it stands for: at least one, no fraction, bounded above.
   static int trendDays(double period);

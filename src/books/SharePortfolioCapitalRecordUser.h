@@ -16,7 +16,7 @@ class WalkedPortfolio;
 /// A day is computed with what prices are known. Where one is missing, an earlier close or a transaction
 /// stands in, and the day is provisional; where the day was not over, its price is open. An update looks
 /// whether the day's own close has come, and has it fetched if it may exist; and the cache tells of each
-/// close that changes. The price is then put right at once, and the next update computes anew from that day
+/// close that changes. The price is then put right at once, and the next update computes again from that day
 /// on, since a split may lie there.
 ///
 /// The GUI thread calls everything but the observer's operations, which come from the price updater; the big
@@ -38,7 +38,7 @@ public:
   /// From the price updater's thread, under the big mutex; also called when the user types a price.
   void currentPriceUpdated(const String& code, double price) override;
   void pricesUpdateFinished() override {}
-  /// True when another price stands in for a recent close of the stock that nobody has asked the source for.
+  /// True when another price stands in for a recent close of the stock that the source was not asked for.
   /// False before the file was read: the first update then looks for the closes itself.
   bool wantsHistory(const String& code) const override;
   void historicalPriceChanged(const String& code, const Date& date, double close) override;

@@ -24,7 +24,7 @@ SharesAt recordedShares(const XMLParcel& parcel) {
 }
 
 /// The number with the fewest decimals that is recorded as this one is: of 300 shares, 100 are recorded as
-/// 33.333333 before their 3:1 split, and are 100 all the same.
+/// 33.333333 before their 3:1 split, and are 100 nevertheless.
 double asTyped(const XMLSellEvent& sale, const Date& day, double number) {
   const String recorded = recordedNumberText(sale.number());
   for (int decimals = 2; decimals < 6; ++decimals) {

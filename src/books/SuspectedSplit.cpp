@@ -27,7 +27,7 @@ WholeRatio nearestWhole(double jump) {
   return {static_cast<std::int32_t>(std::lround(within)), 1};
 }
 
-/// True when the ratio explains the jump but for a tenth at most.
+/// True when the ratio explains the jump except for a tenth at most.
 bool isNear(double jump, const WholeRatio& ratio) {
   constexpr double A_TENTH_MORE = 1.1 + 1e-9; // prices of whole cents reach the edge inexactly
   return restOf(jump, ratio) <= A_TENTH_MORE;

@@ -8,13 +8,13 @@ namespace Tallymoor {
 
 /// A jump between the closes of two days that may come from a share split or a merge.
 ///
-/// The jump counts when it reaches the ratio of the options, or when a split would explain it but for a move
-/// of at most a tenth: prices that fall to between 1/2.2 and 1.1/2 of what they were may be a split of 2:1.
-/// Splits in whole numbers are looked for (2:1, 3:1 and so on), as are merges (1:2, 1:5), and the splits of
-/// 3:2 and 5:2; for that of 3:2 prices fall to between 1/1.65 and 1.1/1.5, that is by 27 to 39 in a hundred.
-/// Other ratios lie too near to what prices do by themselves: a merge of 2:3 would be suspected wherever a
-/// takeover bid raises a price by half. They are proposed when the ratio of the options is reached, and the
-/// user may answer with any.
+/// The jump counts when it reaches the ratio of the options, or when a split would explain it except for a
+/// move of at most a tenth: prices that fall to between 1/2.2 and 1.1/2 of what they were may be a split of
+/// 2:1. Splits in whole numbers are looked for (2:1, 3:1 and so on), as are merges (1:2, 1:5), and the splits
+/// of 3:2 and 5:2; for that of 3:2 prices fall to between 1/1.65 and 1.1/1.5, that is by 27 to 39 in a
+/// hundred. Other ratios lie too near to what prices do by themselves: a merge of 2:3 would be suspected
+/// wherever a takeover bid raises a price by half. They are proposed when the ratio of the options is
+/// reached, and the user may answer with any.
 class SuspectedSplit {
 public:
   /// Nothing if the prices suggest no split. Both are above zero.

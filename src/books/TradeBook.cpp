@@ -12,6 +12,7 @@
 #include "books/Trade.h"
 #include "foundation/Amounts.h"
 #include "foundation/Exception.h"
+#include "foundation/KeptTexts.h"
 #include "xml/PortfolioRecords.h"
 #include <algorithm>
 #include <utility>
@@ -103,7 +104,7 @@ void TradeBook::sellShares(const String& code, const Trade& sale, bool firstInFi
   requireTrade(sale.number, sale.price, sale.brokerage);
   XMLHeldShare* stock = m_holdings.findHeldShare(code);
   if (!stock)
-    throw Exception(u"SharePortfolioUser::sellShares - cant find held shares to sell");
+    throw Exception(kept::NO_SHARES_TO_SELL);
   // A copy: the code may be that of the stock itself, which goes with its last share.
   const String codeSold = code; // NOLINT(performance-unnecessary-copy-initialization)
   Trade part = sale;
@@ -178,7 +179,7 @@ bool TradeBook::deleteSale(const XMLSellEvent& sale) {
 
 bool TradeBook::undoSale(const XMLSellEvent& sale) {
   const SaleDeletion deletion(sale);
-  // Until its sale the parcel counted as held all the same.
+  // Until its sale the parcel counted as held nevertheless.
   const Date earliest = sale.sold();
   giveSharesBack(m_holdings, m_splits, sale, deletion.rest);
   if (deletion.proceeds)
@@ -224,7 +225,7 @@ bool TradeBook::editSellEvent(XMLSellEvent& event, const SaleEntry& sale) {
   if (!sale.comment.empty())
     event.setComment(sale.comment);
 
-  // Each entry speaks of the shares as they were on its day.
+  // Each entry is in shares of its own day.
   const bool purchaseFollowed = m_cash.move(costBefore, paidBefore, sale.bought, costOf(event),
                                             purchaseDescription(code, event.number(), event.price()));
   const double sold = sharesAsSold(event, recordedAsSold).number;

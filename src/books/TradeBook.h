@@ -43,7 +43,7 @@ public:
   /// removed too.
   bool deleteBuyEvent(const String& code, const Date& date, double number);
   /// date is the day of sale, number the one sold on it. True if both cash entries, of the sale and of its
-  /// purchase, were found and removed; one that is found alone is removed all the same.
+  /// purchase, were found and removed; one that is found alone is removed nevertheless.
   bool deleteSellEvent(const String& code, const Date& date, double number);
   /// The same for a sale of this portfolio (see SaleDeletion for what it will do).
   bool deleteSale(const XMLSellEvent& sale);
@@ -55,7 +55,7 @@ public:
   /// date follow. True if that was found.
   bool editBuyEvent(XMLBuyEvent& event, const Trade& purchase, double oldCost, const Date& oldDate);
   /// Likewise for a sale; the old amounts and dates are read from the event. True if both cash entries were
-  /// found; one that is found alone follows all the same.
+  /// found; one that is found alone follows nevertheless.
   bool editSellEvent(XMLSellEvent& event, const SaleEntry& sale);
 
 private:

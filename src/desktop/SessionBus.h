@@ -11,7 +11,7 @@ namespace Tallymoor {
 
 /// The connection to the desktop's session bus, served by the toolkit's loop: it has no thread of its own.
 /// There may be no bus, and it may go away at any moment; then another connection is tried now and then. What
-/// stands on the bus is built by the first hook, each time anew, and taken down by the second.
+/// stands on the bus is built by the first hook, for each connection, and taken down by the second.
 ///
 /// GUI thread only.
 class SessionBus : public FX::FXObject {

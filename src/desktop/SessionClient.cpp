@@ -47,7 +47,7 @@ struct SessionClient::Callbacks {
   static void saveComplete(SmcConn, SmPointer) {}
   static void shutdownCancelled(SmcConn, SmPointer client) { note(client, Request::CANCELLED); }
 
-  /// Null for what nobody listens to yet.
+  /// Null for messages without a listener so far.
   static SmcCallbacks of(SessionClient* client) {
     SmcCallbacks callbacks;
     callbacks.save_yourself = {&saveYourself, client};

@@ -12,7 +12,7 @@ namespace Tallymoor {
 /// The program's place in the desktop's notification area: an icon with a tip, and balloons. DesktopTray is
 /// the one for this desktop.
 ///
-/// GUI thread only, save where an operation says otherwise.
+/// GUI thread only, except where an operation says otherwise.
 class SystemTray {
 public:
   /// A line of the icon's popup: a command, or a separator, which has no text.

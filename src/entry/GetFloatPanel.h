@@ -21,7 +21,7 @@ public:
   /// less than its brokerage, may stay so; any other may not be made so.
   void reset(double initialValue = 0.0, const Date& initialDate = Date());
   void setText(const String& description);
-  /// For an amount that may well be nothing, as the cash that a portfolio starts with.
+  /// For an amount that may be zero, as the cash that a portfolio starts with.
   void allowZero(bool allowed) { m_zeroAllowed = allowed; }
   /// What is in the cash reserve without the amount, which is put into it (credit) or taken from it: the form
   /// shows what is there afterwards.

@@ -72,7 +72,7 @@ void SellSharesPanel::showHolding(const KnownPrice& price) {
 double SellSharesPanel::total() const {
   if (!m_portfolio)
     return number() * price() - brokerage();
-  // As the books round it; a date that is none yet has no splits of its own.
+  // As the books round it; an incomplete date has no splits.
   const Date day = dateField()->date().value_or(Date());
   return m_portfolio->proceedsOfSale(code(), {day, number(), price(), brokerage(), String()}, true);
 }

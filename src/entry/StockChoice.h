@@ -18,7 +18,7 @@ public:
   StockChoice(FXComposite* parent, const String& prompt, FXObject* target, FXSelector selector,
               Stocks stocks = Stocks::HELD);
 
-  /// Makes the list anew, with nothing chosen; without a portfolio only the prompt is in it.
+  /// Fills the list again, with nothing chosen; without a portfolio only the prompt is in it.
   void fill(const SharePortfolioUser* portfolio);
   /// Puts a code at the end of the list unless it is there.
   void add(const String& code);

@@ -122,7 +122,7 @@ bool TradePanel::followDate() {
     return false;
   const String before = m_price->text();
   proposePrice(priceOfDay(code(), day, m_portfolio));
-  return !(m_price->text() == before);
+  return m_price->text() != before;
 }
 
 void TradePanel::dateChanged() {

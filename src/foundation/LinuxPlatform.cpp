@@ -3,6 +3,7 @@
 #include "foundation/Exception.h"
 #include "foundation/FaultReport.h"
 #include "foundation/FileVersion.h"
+#include "foundation/KeptTexts.h"
 #include "foundation/MoneyFormat.h"
 #include "foundation/ProgramStart.h"
 #include "foundation/ShortDatePicture.h"
@@ -87,7 +88,7 @@ bool isFolder(const std::string& path) {
 
 /// Throws Exception with the step, the folder and the system's reason.
 [[noreturn]] void failMaking(const std::string& path, const char16_t* step, int reason) {
-  throw Exception(String(u"Win32Platform::userHomeDirectory - ") + step +
+  throw Exception(String(kept::MAKE_FOLDERS) + step +
                   u"\nYour records belong into your home folder, and no folder can be made there:\n" +
                   String(path.c_str()) + u": " + String(std::strerror(reason)));
 }
@@ -165,23 +166,21 @@ LinuxPlatform::LinuxPlatform(const LinuxPlatformOptions& options)
 LinuxPlatform::~LinuxPlatform() = default;
 
 String LinuxPlatform::userHomeDirectory(const String& product) {
-  constexpr const char16_t* NO_HOME = u"SHGetFolderPath failed!";
   if (m_dataHome.empty())
-    throw Exception(String(u"Win32Platform::userHomeDirectory - ") + NO_HOME +
+    throw Exception(String(kept::MAKE_FOLDERS) + kept::NO_HOME_FOLDER +
                     u"\nThe environment names no home folder.");
-  makeFolders(m_dataHome, NO_HOME);
+  makeFolders(m_dataHome, kept::NO_HOME_FOLDER);
   const std::string companyFolder = m_dataHome + "/" + VENDOR_NAME.toUTF8();
-  makeFolder(companyFolder, u"CreateDirectory(companyFolder) failed!");
+  makeFolder(companyFolder, kept::NO_VENDOR_FOLDER);
   const std::string productFolder = companyFolder + "/" + product.toUTF8();
   for (const char* folder : {"", "/Config", "/Cache", "/Data", "/Report"})
-    makeFolder(productFolder + folder, u"CreateDirectory(productFolder) failed!");
+    makeFolder(productFolder + folder, kept::NO_PRODUCT_FOLDER);
   return String(productFolder.c_str());
 }
 
 String LinuxPlatform::shortDateFormat(const Date& date) {
   if (date.year() < 1 || date.year() > 9999)
-    throw Exception(String(u"Win32Platform::shortDateFormat - invalid date: ") +
-                    date.toString(DATE_DISPLAY_DMY));
+    throw Exception(String(kept::NO_SUCH_DAY) + date.toString(DATE_DISPLAY_DMY));
   return m_picture->format(date);
 }
 
@@ -228,12 +227,12 @@ void LinuxPlatform::getFileVersion(const String& path, unsigned& major, unsigned
   const std::string name = path.toUTF8();
   const MappedFile file(name);
   if (!file.readable())
-    throw Exception(String(u"Win32Platform::getFileVersion - GetFileVersionInfo failed for ") + path);
+    throw Exception(String(kept::UNREADABLE_PROGRAM_FILE) + path);
   std::optional<FileVersion> version = versionInImage(file.bytes());
   if (!version)
     version = versionInName(baseName(name));
   if (!version)
-    throw Exception(String(u"Win32Platform::getFileVersion - VerQueryValue failed for ") + path);
+    throw Exception(String(kept::NO_FILE_VERSION) + path);
   major = (*version)[0];
   minor = (*version)[1];
   patch = (*version)[2];

@@ -1,4 +1,5 @@
 #include "market/CurlHTTPClient.h"
+#include "foundation/KeptTexts.h"
 #include "market/CurlTransfer.h"
 #include "market/TransferFailure.h"
 #include "market/URL.h"
@@ -74,8 +75,7 @@ CurlHTTPClient::~CurlHTTPClient() = default;
 void CurlHTTPClient::goOnline() {
   const int reason = attemptConnect();
   if (reason != 0)
-    throw HTTPException(u"Win32HTTPClient::goOnline - InternetAttemptConnect failed " +
-                        String::fromLong(reason));
+    throw HTTPException(kept::NOT_ONLINE + String::fromLong(reason));
   {
     const std::lock_guard lock(m_mutex);
     m_idle.clear();

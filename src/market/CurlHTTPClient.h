@@ -48,7 +48,7 @@ protected:
   virtual int setWholeTimeout(CurlTransfer& transfer, long milliseconds) const;
   /// Waits until the transfer may go on; 0, or the library's code.
   virtual int waitForNetwork(CurlTransfer& transfer, int milliseconds) const;
-  /// Told of each piece of a posted body as it goes out.
+  /// Called for each piece of a posted body as it goes out.
   virtual void bodyPieceWritten(std::size_t) {}
 
 private:

@@ -1,4 +1,5 @@
 #include "market/HTTPClient.h"
+#include "foundation/KeptTexts.h"
 
 namespace Tallymoor {
 
@@ -7,10 +8,8 @@ namespace {
 constexpr unsigned STATUS_OK = 200;
 constexpr std::size_t STATUS_TEXT_LIMIT = 500; ///< a text that doesn't fit with its end mark is left out
 
-/// Users and support know this text, which names another platform's client.
 [[noreturn]] void failByStatus(const HTTPAnswer& answer) {
-  String message =
-      u"Win32HTTPClient::getResponse - HTTP GET failed \nwith code: " + String::fromLong(answer.status);
+  String message = kept::BAD_STATUS + String::fromLong(answer.status);
   const std::string& text = answer.statusText;
   if (!text.empty() && text.size() < STATUS_TEXT_LIMIT)
     message += u" and status: " + String::fromUTF8(text);

@@ -1,6 +1,7 @@
 #include "market/PriceHistory.h"
 #include "foundation/Amounts.h"
 #include "foundation/Exception.h"
+#include "foundation/KeptTexts.h"
 #include "market/Connection.h"
 #include "market/FetchQuestions.h"
 #include "market/HistoryCompletion.h"
@@ -162,8 +163,7 @@ void PriceHistory::tell(const String& code, const SharePriceCache::Closes& chang
 double PriceHistory::cachedPrice(const String& code, const Date& day, int column) {
   const ShareValue* row = m_cache.share(code).find(day);
   if (!row)
-    throw Exception(u"TallymoorInternet::getCachedPrice - dont have cached price for code " + code + u" at " +
-                    local(day));
+    throw Exception(kept::NO_CACHED_PRICE + code + u" at " + local(day));
   switch (column) {
   case 1:
     return row->high;

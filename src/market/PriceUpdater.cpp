@@ -2,6 +2,7 @@
 #include "foundation/Amounts.h"
 #include "foundation/BigMutex.h"
 #include "foundation/Exception.h"
+#include "foundation/KeptTexts.h"
 #include "foundation/Platform.h"
 #include "foundation/RunTimeSettings.h"
 #include "foundation/UserInteraction.h"
@@ -84,7 +85,7 @@ double PriceUpdater::getCurrentPrice(const String& code) const {
   const BigMutexLock lock;
   const auto known = m_prices.find(code);
   if (known == m_prices.end())
-    throw Exception(u"PriceUpdater::getCurrentPrice - dont' have this code: " + code);
+    throw Exception(kept::UNKNOWN_CODE + code);
   return known->second;
 }
 

@@ -81,7 +81,7 @@ void checkCashReserve(SharePortfolioUser& portfolio) {
     return;
   try {
     withUnforeseenFailures([&portfolio] { updateCapitalRecord(portfolio); });
-    // The text speaks of now.
+    // The text tells the present state.
     if (Date::hasFixedDate())
       return;
     if (portfolio.checkCashReserve() == SharePortfolioUser::CashReserve::Negative)

@@ -33,7 +33,7 @@ void updateCapitalRecord(SharePortfolioUser& portfolio);
 /// longer is. Reports failures itself. Does nothing in a background pass.
 void checkCashReserve(SharePortfolioUser& portfolio);
 
-/// Takes the warning of a negative cash reserve back, since it speaks of a portfolio, or a name, that goes.
+/// Takes the warning of a negative cash reserve back, since it names a portfolio that goes, or its old name.
 void forgetCashWarning(const SharePortfolioUser& portfolio);
 
 } // namespace Tallymoor

@@ -6,10 +6,10 @@
 
 namespace Tallymoor {
 
-std::vector<SharePortfolioUser*> listOf(const OpenPortfolios& open, const String& butNot) {
+std::vector<SharePortfolioUser*> listOf(const OpenPortfolios& open, const String& except) {
   std::vector<SharePortfolioUser*> list;
   for (const auto& [name, portfolio] : open)
-    if (name != butNot)
+    if (name != except)
       list.push_back(portfolio.get());
   return list;
 }

@@ -14,10 +14,10 @@ class XMLPortfolios;
 /// and deletes, by the operations below.
 using OpenPortfolios = std::map<String, std::unique_ptr<SharePortfolioUser>>;
 
-/// All of them by name, but for the one given.
-std::vector<SharePortfolioUser*> listOf(const OpenPortfolios& open, const String& butNot = String());
+/// All of them by name, except the one given.
+std::vector<SharePortfolioUser*> listOf(const OpenPortfolios& open, const String& except = String());
 
-/// An open portfolio goes by another name from now on, which no other one has.
+/// Gives an open portfolio another name, which no other one has.
 void renamePortfolio(OpenPortfolios& open, const String& oldName, const String& newName);
 
 /// Closes an open portfolio for good: its records go as well, but not the file of its capital record.

@@ -74,7 +74,7 @@ public:
     ID_LAST
   };
 
-  /// Told when a start leaves no sound tree, and afterwards by each command that needs one.
+  /// Shown when a start leaves no sound tree, and afterwards by each command that needs one.
   static constexpr const char16_t* STARTUP_FAILURE =
       u"There was a failure during startup. Please restart Tallymoor";
 

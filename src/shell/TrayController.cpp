@@ -116,7 +116,7 @@ long TrayController::onHideAfterBalloon(FXObject*, FXSelector, void*) {
   });
 }
 
-/// Without the icon nothing would lead back to a hidden window. A panel that only starts anew is given time.
+/// Without the icon nothing would lead back to a hidden window. A panel that only restarts is given time.
 void TrayController::onPlaceChanged() {
   guardedHandler(u"TallymoorWindow::onPlaceChanged failed.", [this] {
     if (m_tray->hasPlace())

@@ -11,7 +11,7 @@ class TallymoorWindow;
 
 /// The window's side of the system tray: where the window goes when it is minimised and how it comes back,
 /// the tip, and the balloons, whose warnings stay in the window's strip. GUI thread, under the big mutex,
-/// save where an operation says otherwise.
+/// except where an operation says otherwise.
 class TrayController : public FXObject, public SystemTray::Watcher {
   FXDECLARE_ABSTRACT(TrayController)
 public:

@@ -83,7 +83,7 @@ void checkForUpdates(ProgramUpdater& updater) {
     if (user.question(withLimits(u"Updates are available. Download now in the background?", limits)))
       updater.requestDownload();
   } else if (found.documentsFixed) {
-    user.information(limits); // nobody was asked, so nothing is known of updates
+    user.information(limits); // no service was asked: nothing is known of updates
   } else {
     user.information(withLimits(u"There are currently no updates available.", limits));
   }

@@ -195,7 +195,7 @@ void UpdateInstallation::undoAll() {
     try {
       retryIfInterrupted(m_undo.back());
     } catch (const fs::filesystem_error&) {
-      // The others go back all the same; the kept file stays where it can be found.
+      // The others go back nevertheless; the kept file stays where it can be found.
     }
     m_undo.pop_back();
   }

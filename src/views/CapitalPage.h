@@ -10,7 +10,7 @@ class SummaryFrame;
 
 /// What stands on the page of total capital and on that of a portfolio: a summary of figures, and below it
 /// the table and the chart of performance. Out of sight nothing is computed: the figures are shown when the
-/// page is, or when somebody asks for it.
+/// page is, or when it is asked for.
 ///
 /// GUI thread only, under the big mutex.
 class CapitalPage : public Table::Watcher {
@@ -25,7 +25,7 @@ public:
   void update();
   /// Shows the figures that were put off while the page was out of sight.
   void freshen();
-  /// The records change: until it is filled anew the table stays as it is.
+  /// The records change: until it is filled again the table stays as it is.
   void recordsChanged();
   /// Shows these from now on: called before one of the old ones ends.
   void setPortfolios(const Portfolios& portfolios);

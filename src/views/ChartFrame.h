@@ -25,7 +25,7 @@ public:
   ChartView& chart() const { return *m_chart; }
   ChartRange range() const;
 
-  /// Prices or records have changed: the chart is drawn anew from them when it is next seen.
+  /// Prices or records have changed: the chart is drawn again from them when it is next seen.
   void refresh();
 
   long onRange(FXObject*, FXSelector, void*);

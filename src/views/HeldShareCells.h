@@ -43,7 +43,7 @@ CellResult comment(Row& row);
 /// price that was paid on a later day must not stand in. Throws Exception.
 double sharePriceOn(const HeldShareRow& share, const Date& date);
 
-/// What the share was worth on an earlier day to whoever holds it now: parcels bought later count at their
+/// What the share was worth on an earlier day to its present holder: parcels bought later count at their
 /// cost. Throws as sharePriceOn.
 double heldValueSince(const HeldShareRow& share, const Date& date);
 

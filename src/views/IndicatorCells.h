@@ -29,7 +29,7 @@ void declareAutoMinMaxColumn(Table& table);
 PriceLimits automaticLimits(Row& row);
 /// Those of a stock, as that column would show them.
 PriceLimits automaticLimits(const String& code);
-/// The limits that warnings go by: the user's own, or the automatic ones when these are chosen.
+/// The limits for warnings: the user's own, or the automatic ones when these are chosen.
 PriceLimits limitsInForce(Row& row);
 /// Where the price of that column stands between the limits, from 0% to 100%; empty without a price or
 /// without an upper limit.

@@ -23,12 +23,12 @@ public:
   CapitalChart& chart() const { return *m_chart; }
   /// Shows these from now on: called before one of the old ones ends.
   void setPortfolios(const Portfolios& portfolios);
-  /// Fills the table anew, when that is safe, and follows the line of the other pages.
+  /// Fills the table again, when that is safe, and follows the line of the other pages.
   void update();
-  /// The same for a page out of sight: the table reads nothing until somebody asks for it or the page, which
+  /// The same for a page out of sight: the table reads nothing until it is asked for, or the page, which
   /// updates it, is shown.
   void updateWhenWanted();
-  /// The portfolios' records change: until it is filled anew the table stays as it is.
+  /// The portfolios' records change: until it is filled again the table stays as it is.
   void recordsChanged();
 
 protected:

@@ -18,7 +18,7 @@ public:
   /// Shows the page of the share's purchases; nothing happens where there is none, as under a view date.
   virtual void showPurchases(const String& code) = 0;
   /// The portfolio's records have just changed: its tables stop reading them at once, and everything that
-  /// shows them is made anew when the running handler has returned.
+  /// shows them is rebuilt when the running handler has returned.
   virtual void transactionMade() = 0;
   /// The user has typed the price of a share on a day: it counts in every portfolio that held the share.
   virtual void priceTyped(const String& code, const Date& date, double price) = 0;

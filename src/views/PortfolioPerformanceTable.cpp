@@ -137,7 +137,7 @@ bool PortfolioPerformanceTable::concerns(const String& code) const {
   });
 }
 
-/// The capital of a day counts in the rows that end on it or later. Rows that are yet to be made anew don't
+/// The capital of a day counts in the rows that end on it or later. Rows that are yet to be rebuilt don't
 /// say which days there are.
 void PortfolioPerformanceTable::markFrom(const Date& day) {
   if (hasChangedRecords()) {

@@ -21,7 +21,7 @@ public:
   ~PortfolioPerformanceTable() override;
 
   const Portfolios& portfolios() const { return m_portfolios; }
-  /// Shows these from now on, and is filled anew when that is safe: called before one of the old ones ends.
+  /// Shows these from now on, and is filled again when that is safe: called before one of the old ones ends.
   void setPortfolios(const Portfolios& portfolios);
   /// That of the portfolios, as of the last time that the table was filled.
   const PaidBrokerage& paidBrokerage() const;

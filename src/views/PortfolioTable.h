@@ -9,7 +9,7 @@ class TotalsBar;
 
 /// A table of what one portfolio's records hold, with a bar of totals that goes along with its columns.
 ///
-/// Rows point into the records, so whoever changes those calls recordsChanged at once and updateTable when it
+/// Rows point into the records: after a change of these, call recordsChanged at once and updateTable when it
 /// is safe.
 class PortfolioTable : public Table {
   FXDECLARE_ABSTRACT(PortfolioTable)

@@ -14,7 +14,7 @@ class TotalsBar;
 /// A node below that of a portfolio: its page shows one table of the portfolio's records, with totals below.
 ///
 /// A portfolio may have hundreds of these nodes, and a change of its records concerns most of them. So a
-/// table is made with its page, and out of sight it is not filled anew before its page is shown or somebody
+/// table is made with its page, and out of sight it is not filled again before its page is shown or somebody
 /// asks for it; until then it reads nothing.
 ///
 /// GUI thread only, under the big mutex.
@@ -25,12 +25,12 @@ public:
   PortfolioTableTreeItem(InvestmentTree* tree, InvestmentTreeItem* parentItem,
                          SharePortfolioTreeItem* portfolioNode, const String& label, FXIcon* icon);
 
-  /// Fills the table anew, now or, out of sight, when it is wanted.
+  /// Fills the table again, now or, out of sight, when it is wanted.
   void update() override;
   FXint onLeftClick(FXint x, FXint y) override;
   void tableChanged(bool rebuilt) override;
 
-  /// The records have changed: until they are filled anew, the tables of this node and the nodes below read
+  /// The records have changed: until they are filled again, the tables of this node and the nodes below read
   /// nothing.
   virtual void recordsChanged();
   /// Tells the user, once, of the records' days that can't be right.

@@ -91,8 +91,8 @@ void ShareHeldTable::editPurchase(XMLBuyEvent& purchase) {
     return;
   const BuySharesPanel& panel = *dialog.panel();
   const double newCost = panel.number() * panel.price() + panel.brokerage();
-  // Asked for before the change, so that the tables are safe whatever the change meets, and under the box
-  // below.
+  // Requested before the change: the tables are then refilled even if the change fails, and while the box
+  // below is open.
   commands().transactionMade();
   const bool cashFollowed = portfolio().editBuyEvent(purchase, panel.trade(), oldCost, oldDate);
   if (!cashFollowed && !showsTheSame(newCost, oldCost, 4))

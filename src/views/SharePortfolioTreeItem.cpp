@@ -240,9 +240,9 @@ void SharePortfolioTreeItem::changeProperties() {
                                    [this](const String& newName) { return m_root->checkNewName(newName); });
   if (dialog.execute() == 0)
     return;
-  if (!(dialog.indexCode() == m_portfolio->comparisonIndex()))
+  if (dialog.indexCode() != m_portfolio->comparisonIndex())
     m_portfolio->setComparisonIndex(dialog.indexCode());
-  // Under the root's name: a rename takes its place, since that makes all nodes anew.
+  // Under the root's name: a rename takes its place, since that rebuilds all nodes.
   HandlerScope::whenDone(m_root, [this] { tree()->updateItems(); });
   m_root->renamePortfolio(name, dialog.name());
 }

@@ -15,7 +15,7 @@ void shareLimits(OpenPortfolios& portfolios, const String& code, const PriceLimi
 /// Brings both places together where they may differ, after records came from elsewhere and after a purchase.
 /// A holding without limits takes those of the settings. Limits of a holding go to the settings, unless
 /// another holding of the stock has those of the settings already. So nothing that was typed is lost:
-/// holdings that differ keep what they have until the user sets limits anew.
+/// holdings that differ keep what they have until the user sets limits again.
 void bringLimitsTogether(OpenPortfolios& portfolios);
 
 } // namespace Tallymoor

@@ -79,7 +79,7 @@ void SharesHeldTable::addShare(const String& key, HeldShareRow share) {
   added.row = &addRow(std::move(row));
 }
 
-// While the past is shown nobody asks for current prices, and those of today must still be there when it
+// While the past is shown no current price is asked for, and those of today must still be there when it
 // comes back.
 void SharesHeldTable::watchShares() {
   if (Date::hasFixedDate())
@@ -94,7 +94,7 @@ void SharesHeldTable::fillTable() {
   try {
     fillWithShares();
   } catch (...) {
-    clearShares(); // no row may be left that speaks of a share that has gone
+    clearShares(); // no row may refer to a share that has gone
     throw;
   }
 }

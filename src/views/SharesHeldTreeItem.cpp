@@ -42,7 +42,7 @@ const String& codeOf(const TreeViewItem& purchases) {
   return static_cast<const SharesHeldTreeItem&>(purchases).code();
 }
 
-/// The limits that warnings go by; none of a stock that is no longer held.
+/// The limits for warnings; none for a stock that is no longer held.
 PriceLimits holdingLimits(const SharePortfolioUser& portfolio, const String& code) {
   const XMLHeldShare* share = portfolio.findHeldShare(code);
   if (!share)
@@ -164,7 +164,7 @@ void SharesHeldTreeItem::showName() {
 
 void SharesHeldTreeItem::showChart() {
   m_splitter->recalc(); // the bar may have been moved on another page
-  if (!(m_chart->code() == m_code))
+  if (m_chart->code() != m_code)
     m_chart->show(m_code);
 }
 

@@ -29,7 +29,7 @@ public:
   void update() override;
   FXint onRightClick(FXint x, FXint y) override;
 
-  /// Makes the nodes of the shares' purchases anew where they differ from what is held; a view date leaves
+  /// Rebuilds the nodes of the shares' purchases where they differ from what is held; a view date leaves
   /// none. A page that goes with its node gives way to this node's.
   void updateChildren();
   void recordsChanged() override;
@@ -68,7 +68,7 @@ private:
   bool isPurchases() const { return !m_code.empty(); }
   std::vector<String> codesToShow() const;
   void arrangeChildren(const std::vector<String>& codes);
-  /// A page that nobody sees need not have the years that a chart goes back.
+  /// A hidden page does not need the years that a chart shows.
   void showChart();
   void showName();
   void watchStocks();

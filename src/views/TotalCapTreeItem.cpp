@@ -255,7 +255,7 @@ void TotalCapTreeItem::removeChild(TreeViewItem* child) {
   if (!checkSound())
     return;
   const String name = static_cast<SharePortfolioTreeItem*>(child)->portfolio().name();
-  // By name: the node may have been made anew by then.
+  // By name: the node may have been rebuilt by then.
   HandlerScope::whenDone(this, [this, name] { deletePortfolio(name); });
 }
 

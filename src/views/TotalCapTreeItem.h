@@ -61,7 +61,7 @@ public:
   /// Takes a portfolio whose records stand in the document already, and shows its node. No other one has its
   /// name.
   void openPortfolio(std::unique_ptr<SharePortfolioUser> portfolio);
-  /// Makes all nodes anew from the open portfolios: after some came from elsewhere (an import, the wizard).
+  /// Rebuilds all nodes from the open portfolios: after some came from elsewhere (an import, the wizard).
   /// The page that was shown stays in sight; with the name of a portfolio, that one is shown instead.
   void reloadPortfolios(const String& showPortfolio = String());
 
@@ -72,8 +72,8 @@ public:
 
   /// True once after portfolios were added, removed or renamed or a transaction was made.
   bool takePortfoliosChanged();
-  /// A portfolio's records are about to change, or have just changed: until they are filled anew, the figures
-  /// of all portfolios together stay as they are.
+  /// A portfolio's records are about to change, or have just changed: until they are filled again, the
+  /// figures of all portfolios together stay as they are.
   void transactionMade();
 
   /// Null when there is none of that name.
@@ -100,7 +100,7 @@ protected:
 
 private:
   void loadPortfolios(Progress* progress);
-  /// Makes the nodes anew and shows what was shown before.
+  /// Rebuilds the nodes and shows what was shown before.
   void reload(const class TreeState& state);
   void makePortfolio(const String& name);
   void deletePortfolio(const String& name);

@@ -41,7 +41,7 @@ TreeViewItem* TreeState::find(const Path& path) const {
   TreeViewItem* found = nullptr;
   TreeViewItem* level = m_tree.firstRoot();
   for (const String& label : path) {
-    while (level && !(level->label() == label))
+    while (level && level->label() != label)
       level = level->nextSibling();
     if (!level)
       break;

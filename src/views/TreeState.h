@@ -9,7 +9,7 @@ class InvestmentTreeItem;
 class TreeViewItem;
 
 /// What the user sees of a tree, by the names of nodes and not by the nodes: which page is shown, which node
-/// is current, which ones are open. Taken before nodes are made anew and restored afterwards.
+/// is current, which ones are open. Taken before nodes are rebuilt and restored afterwards.
 class TreeState {
 public:
   explicit TreeState(InvestmentTree& tree);

@@ -27,10 +27,10 @@ public:
   WatchlistRootTreeItem(const WatchlistRootTreeItem&) = delete;
   WatchlistRootTreeItem& operator=(const WatchlistRootTreeItem&) = delete;
 
-  /// Makes the nodes anew when the portfolios have changed. The tree does so by itself before its nodes are
+  /// Rebuilds the nodes when the portfolios have changed. The tree does so by itself before its nodes are
   /// updated.
   virtual void update();
-  /// Makes the nodes anew where they are not those of the portfolios and lists that there are. The page that
+  /// Rebuilds the nodes where they are not those of the portfolios and lists that there are. The page that
   /// was shown stays in sight; when it has gone, the first one is shown.
   void refill();
   /// Asks for a name and makes an empty list, whose node is shown; one of that name is only shown.

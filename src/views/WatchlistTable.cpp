@@ -51,7 +51,7 @@ void WatchlistTable::fillTable() {
     stock.table = this;
     addRow(std::make_unique<Row>(code, &stock));
   }
-  // While the past is shown nobody asks for current prices, and those of today must still be there when it
+  // While the past is shown no current price is asked for, and those of today must still be there when it
   // comes back.
   if (!Date::hasFixedDate())
     m_watchedCodes.watch(std::set<String>(m_codes.begin(), m_codes.end()));
@@ -103,7 +103,7 @@ void WatchlistTable::cellEdited(Column& column, Row& row) {
   const PriceLimits old = PriceLimits::ofStock(code);
   if (const auto limits = changedLimits(shownText(column, row), old.text(), old)) {
     m_commands->limitsTyped(code, *limits);
-    choiceChanged(); // for what is drawn of the limits
+    choiceChanged(); // the limits are drawn, too
   }
 }
 

@@ -40,7 +40,7 @@ public:
 
   /// Code of the row that the user has chosen, else of the first one; empty without rows.
   String chosenCode() const;
-  /// Told when the user chooses a row or types limits, and when other rows are shown.
+  /// Called when the user chooses a row or types limits, and when other rows are shown.
   void setChoiceWatcher(std::function<void()> watcher) { m_choiceWatcher = std::move(watcher); }
 
   void currentPriceUpdated(const String& code, double price) override;

@@ -31,7 +31,7 @@ FXIMPLEMENT_ABSTRACT(WatchlistTreeItem, InvestmentTreeItem, WatchlistTreeItemMap
 
 namespace {
 
-/// The limits that warnings go by.
+/// The limits for warnings.
 PriceLimits stockLimits(const String& code) {
   return autoMinMaxPrices ? automaticLimits(code) : PriceLimits::ofStock(code);
 }
@@ -64,7 +64,7 @@ void WatchlistTreeItem::makeViews() {
   m_table =
       new WatchlistTable(m_name, m_editable ? Kind::USERS_LIST : Kind::HELD_SHARES, m_codes, *m_root, frame);
   buildChart();
-  m_unseen.reset(); // after the table, which watches its codes itself, lest a price be forgotten
+  m_unseen.reset(); // after the table, which watches its codes itself: so no price is lost
 }
 
 void WatchlistTreeItem::viewsGone() {
@@ -119,7 +119,7 @@ void WatchlistTreeItem::buildChart() {
                                               });
 }
 
-/// A page that nobody sees need not have the years that a chart goes back.
+/// A hidden page does not need the years that a chart shows.
 void WatchlistTreeItem::showChosen() {
   if (investmentTree()->shownItem() == this)
     m_chart->choose(m_table->chosenCode());
@@ -135,7 +135,7 @@ void WatchlistTreeItem::update() {
     m_splitter->recalc(); // the bar may have been moved on another page
     m_table->updateTable();
   }
-  // Last of all: where no handler is running, this node may be made anew.
+  // Last of all: where no handler is running, this node may be rebuilt.
   m_root->update();
 }
 

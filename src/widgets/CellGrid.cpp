@@ -1,4 +1,5 @@
 #include "widgets/CellGrid.h"
+#include "foundation/KeptTexts.h"
 #include "widgets/BesideCells.h"
 #include "widgets/Column.h"
 #include "widgets/ContextMenu.h"
@@ -253,7 +254,7 @@ long CellGrid::onRightClick(FXObject*, FXSelector, void* data) {
 long CellGrid::onLeftClick(FXObject*, FXSelector, void* data) {
   const FXEvent& event = *static_cast<FXEvent*>(data);
   bool hitsCurrentCell = false;
-  guardedHandler(u"TallymoorWindow::onAbout failed.", [&] {
+  guardedHandler(kept::CLICK_ON_CELL, [&] {
     hitsCurrentCell = rowAtY(event.win_y) == getCurrentRow() && colAtX(event.win_x) == getCurrentColumn();
   });
   return event.click_count > 1 && !hitsCurrentCell ? 1 : 0;

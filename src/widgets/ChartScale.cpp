@@ -11,16 +11,16 @@ constexpr int MONTHS_IN_YEAR = 12;
 constexpr double LARGEST = 1e300;
 constexpr double MARGIN = 0.04; ///< of the values' range, on either side
 
-/// The smallest round number that is not below the wish.
-double roundStep(double wish) {
-  const double power = std::pow(10.0, std::floor(std::log10(wish)));
+/// The smallest round number that is not below the least step.
+double roundStep(double least) {
+  const double power = std::pow(10.0, std::floor(std::log10(least)));
   for (const double factor : {1.0, 2.0, 2.5, 5.0})
-    if (wish <= factor * power * (1.0 + 1e-9))
+    if (least <= factor * power * (1.0 + 1e-9))
       return factor * power;
   return 10.0 * power;
 }
 
-/// What a constant value is given on either side.
+/// The margin on either side of a constant value.
 double roomAround(double value) {
   return std::max(std::abs(value) * 0.05, 1e-4);
 }

@@ -53,7 +53,7 @@ public:
 
   /// Drops what was computed for the row.
   void forget(const Row& row) { m_cache.erase(&row); }
-  /// Counts all results as unknown, but for those that follow their payload alone.
+  /// Counts all results as unknown, except those that follow their payload alone.
   void outdate();
   /// Computes the cell unless that was done since outdate. False when it certainly shows what it showed
   /// before.

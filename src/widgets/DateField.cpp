@@ -73,13 +73,13 @@ void DateField::killFocus() {
     // What can be read, but not written, stays as it was typed.
   }
   // The toolkit takes the keyboard away first and then gives it to the next widget, if there is one.
-  if (!(text() == m_told))
+  if (text() != m_told)
     getApp()->addTimeout(this, ID_TELL, 0);
 }
 
 long DateField::onTell(FXObject*, FXSelector, void*) {
   const FXWindow* form = getParent()->getParent();
-  if (!(text() == m_told) && form->containsChild(keyboardIn(*getShell())))
+  if (text() != m_told && form->containsChild(keyboardIn(*getShell())))
     tellTarget();
   return 1;
 }

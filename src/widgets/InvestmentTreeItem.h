@@ -7,7 +7,7 @@ namespace Tallymoor {
 class InvestmentTree;
 
 /// A node that owns one page of its tree's switcher, with a heading above the node's own views. There may be
-/// hundreds of nodes, so the page is made when it is first wanted: one that nobody looks at costs nothing.
+/// hundreds of nodes, so the page is made when it is first wanted: a page that is never shown costs nothing.
 class InvestmentTreeItem : public TreeViewItem {
   FXDECLARE_ABSTRACT(InvestmentTreeItem)
 public:

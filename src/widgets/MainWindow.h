@@ -14,8 +14,8 @@ class UserInteraction;
 /// It knows nothing of shares; the application's window derives from it. There is one at a time, reached by
 /// Instance().
 ///
-/// Everything here is for the GUI thread, save where an operation says otherwise. The message operations open
-/// no box while a background pass holds the big mutex, nor on another thread: the text then goes to the
+/// Everything here is for the GUI thread, except where an operation says otherwise. The message operations
+/// open no box while a background pass holds the big mutex, nor on another thread: the text then goes to the
 /// status line, and a question counts as answered with No.
 class MainWindow : public FXMainWindow {
   FXDECLARE_ABSTRACT(MainWindow)

@@ -9,7 +9,7 @@ namespace Tallymoor {
 class Row;
 
 /// What makes one order of rows of another: the toolkit's table is then changed in place. Few changes are
-/// worth that; for many, it is faster to make the table anew.
+/// worth that; for many, it is faster to rebuild the table.
 struct RowChanges {
   /// Neighbours in the toolkit's table.
   struct Run {

@@ -14,8 +14,8 @@ class Column;
 /// The rows of a table by key, in the table's order; equal keys are allowed and keep their order of
 /// insertion.
 ///
-/// Rows can be inserted anew without being made anew: after release, those that are kept take the places that
-/// they are kept in, and the others wait to be dropped.
+/// Rows can be reordered without being rebuilt: after release, those that are kept get new places in the
+/// order of keeping, and the others wait to be dropped.
 class RowList {
 public:
   explicit RowList(std::int32_t compareType) : m_compare(compareType) {}

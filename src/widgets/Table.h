@@ -21,13 +21,13 @@ namespace Tallymoor {
 /// of any column.
 ///
 /// It is a face over what it declares (TableContents), what of that is shown (TableCells, in a CellGrid), and
-/// when that is done anew (TableUpdates): rows are deleted then, so never under a running handler or an edit.
+/// when that is done again (TableUpdates): rows are deleted then, never under a running handler or an edit.
 ///
 /// GUI thread only, under the big mutex; only the three mark operations may be called from any thread.
 class Table : public CellGrid, private TableUpdates::Work {
   FXDECLARE_ABSTRACT(Table)
 public:
-  /// Told of every change of a table.
+  /// Learns of every change of a table.
   class Watcher {
   public:
     virtual ~Watcher();
@@ -35,8 +35,8 @@ public:
     /// ended.
     virtual void tableChanged(bool rebuilt) = 0;
     /// Prices came, or a round of them has ended, while the records under the rows have changed: the rows
-    /// keep what they show until the table is filled anew. For figures that are read from the records and not
-    /// from the rows; nothing here.
+    /// keep what they show until the table is filled again. For figures that are read from the records and
+    /// not from the rows; nothing here.
     virtual void pricesCameUnderRows();
   };
 
@@ -50,19 +50,19 @@ public:
 
   const String& name() const { return m_name; }
 
-  /// Declares the columns and rows anew from the records and shows them, now or when that is safe. To be
+  /// Declares the columns and rows again from the records and shows them, now or when that is safe. To be
   /// called after a change of the records.
   void updateTable() { m_updates.fill(); }
-  /// Shows the declared columns and rows anew, now or when that is safe. Within fillTable always at once.
+  /// Shows the declared columns and rows again, now or when that is safe. Within fillTable always at once.
   void rebuild();
-  /// Computes the row's cells anew. Does nothing while the records have changed under the table, and only
+  /// Computes the row's cells again. Does nothing while the records have changed under the table, and only
   /// forgets what was computed when the row has no place yet.
   void refreshRow(Row& row);
-  /// Computes one column anew in all rows, for figures that depend on the other rows. Does nothing where the
+  /// Computes one column again in all rows, for figures that depend on the other rows. Does nothing where the
   /// table has no such column.
   void refreshColumn(Column::Function function);
-  /// The records under the rows have changed: until the table is filled anew, rows keep what they show and no
-  /// cell function is called.
+  /// The records under the rows have changed: until the table is filled again, rows keep what they show and
+  /// no cell function is called.
   void recordsChanged() { m_updates.recordsChanged(); }
   bool hasChangedRecords() const { return m_updates.haveRecordsChanged(); }
 
@@ -131,8 +131,8 @@ protected:
   /// rebuild. Here only rebuild. A subclass's constructor ends with updateTable, whose first run never waits.
   void fillTable() override { rebuild(); }
   /// Begins a fillTable that keeps what it can, in the place of clear: the columns stay, and so does each row
-  /// that is kept. All other rows go with the rebuild. The cells of all rows are computed anew all the same,
-  /// but for those of an unchanged payload in columns that follow it alone.
+  /// that is kept. All other rows go with the rebuild. The cells of all rows are computed again nevertheless,
+  /// except those of an unchanged payload in columns that follow it alone.
   void releaseRows();
   /// In the place of addRow, for a row from before.
   void keepRow(Row& row, bool payloadChanged = true) { m_contents.keepRow(row, payloadChanged); }

@@ -24,7 +24,7 @@ void TableCells::show() {
   if (const auto changes = changesInPlace(columnsBefore))
     showInPlace(*changes);
   else
-    showAnew();
+    rebuild();
   m_contents.endShowing();
   m_grid.fitToContents();
   restoreCurrentCell();
@@ -42,9 +42,9 @@ Row* TableCells::rowAt(FXint index) const {
   return index >= 0 && index < static_cast<FXint>(m_placedRows.size()) ? m_placedRows[index] : nullptr;
 }
 
-// Anew
+// Rebuilding
 
-void TableCells::showAnew() {
+void TableCells::rebuild() {
   setUpGrid();
   for (Row* row : m_contents.rowsInOrder()) {
     m_placedRows.push_back(row);
@@ -82,7 +82,7 @@ void TableCells::place(Row& row, FXint index) {
 
 // In place
 
-/// Nothing when the table is to be made anew.
+/// Nothing when the table is to be rebuilt.
 std::optional<RowChanges> TableCells::changesInPlace(const std::vector<Column*>& columnsBefore) const {
   if (!m_contents.keepsRows() || !m_contents.isInOrderOfKeys() ||
       columnsBefore != m_contents.visibleColumns() ||

@@ -15,7 +15,7 @@ class Row;
 class TableContents;
 
 /// Shows what a table declares in the toolkit's table: the places of the rows, the texts and tints of the
-/// cells, the current cell. A few rows that come or go are changed in place; otherwise all is made anew.
+/// cells, the current cell. A few rows that come or go are changed in place; otherwise all is rebuilt.
 class TableCells {
 public:
   TableCells(CellGrid& grid, TableContents& contents) : m_grid(grid), m_contents(contents), m_widths(grid) {}
@@ -28,7 +28,7 @@ public:
 
   /// The row at this position; null if there is none.
   Row* rowAt(FXint index) const;
-  /// Computes the row's cells anew. Only forgets what was computed when the row has no place yet.
+  /// Computes the row's cells again. Only forgets what was computed when the row has no place yet.
   void refreshRow(Row& row);
   void refreshColumn(Column& column);
   void refreshMarked(const StaleMarks::Taken& marks);
@@ -44,7 +44,7 @@ private:
     Column::Function column = nullptr;
   };
 
-  void showAnew();
+  void rebuild();
   void setUpGrid();
   void place(Row& row, FXint index);
   void showInPlace(const RowChanges& changes);

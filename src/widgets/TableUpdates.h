@@ -7,7 +7,7 @@ namespace Tallymoor {
 
 class CellGrid;
 
-/// Decides when a table is filled or shown anew: at once, or, because both delete rows, when the outermost
+/// Decides when a table is filled or shown again: at once, or, because both delete rows, when the outermost
 /// handler has returned and no cell is edited. Rows that other threads mark are refreshed on the GUI thread
 /// while nothing of that is waiting.
 class TableUpdates {
@@ -15,7 +15,7 @@ public:
   /// What a table does when its time has come.
   class Work {
   public:
-    /// Declares the columns and rows anew, and shows them.
+    /// Declares the columns and rows again, and shows them.
     virtual void fillTable() = 0;
     /// Shows the declared columns and rows.
     virtual void showTable() = 0;

@@ -16,7 +16,7 @@ class TableWidths {
 public:
   explicit TableWidths(CellGrid& grid) : m_grid(grid) {}
 
-  // For a table that is made anew: texts are not measured before fitAll.
+  // For a table that is rebuilt: texts are not measured before fitAll.
   void clear() { m_columns.clear(); }
   void fitAll(const std::vector<Column*>& columns, const std::vector<Row*>& rows);
 

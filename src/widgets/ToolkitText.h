@@ -9,8 +9,8 @@ namespace Tallymoor {
 FXString toFox(const String& text);
 String fromFox(const FXString& text);
 
-/// A text for a label, button, tab or menu entry that shall show as it stands: there "&" marks a hot key, and
-/// a tab would begin the tool tip. Line ends stay.
+/// A text for a label, button, tab or menu entry that is to be shown unchanged: there "&" marks a hot key,
+/// and a tab would begin the tool tip. Line ends stay.
 FXString labelText(const String& text);
 
 /// A text for a message box, where it is read as a printf format and then as a label: "%%" shows as one

@@ -66,7 +66,7 @@ long TreeView::onRightMouseUp(FXObject*, FXSelector, void* data) {
 }
 
 /// The toolkit is told that the click was handled: what it would do next, expanding by a double click among
-/// it, speaks of the item that is current by then.
+/// it, refers to the item that is current by then.
 long TreeView::onLeftMouseUp(FXObject*, FXSelector, void* data) {
   const FXEvent event = *static_cast<FXEvent*>(data);
   return guardedHandler(u"TreeView::onLeftMouseUp failed.", [&] {

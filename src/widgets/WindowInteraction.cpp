@@ -126,7 +126,7 @@ bool WindowInteraction::runLengthy(const String& caption, const String& heading,
     work.runLengthyFunction(unseen, argument);
     return true;
   }
-  // Of a handler that was cancelled the next view would begin anew.
+  // Of a handler that was cancelled the next view would begin again.
   if (m_stopRequest->wasWanted())
     return false;
   ProgressDialog dialog(ownerOfNextWindow(), caption, heading, steps,

@@ -68,7 +68,7 @@ DocumentReader::DocumentReader()
   setFeature(XMLUni::fgXercesSchema, false);
   setFeature(XMLUni::fgXercesLoadSchema, false);
   setFeature(XMLUni::fgXercesDisableDefaultEntityResolution, true);
-  // The document type is told to this class only while somebody is registered to hear of it.
+  // The document type is reported to this class only while a listener is registered for it.
   setDeclarationHandler(&m_declarations);
 }
 

@@ -32,7 +32,7 @@ public:
   bool hasComments() const { return !m_comments.empty(); }
   std::vector<String> takeComments();
 
-  // Told while a document is read, of what it is made of.
+  // Called while a document is read, with what it is made of.
   void countBytes(std::size_t bytes);
   /// Elements that were made for a tag, with those that they hold from construction on.
   void countElements(std::size_t made);

@@ -151,7 +151,7 @@ XMLElement& ElementReading::instanceFor(std::size_t index) {
   const SubElementRego& registration = m_layout->subElements()[index];
   if (registration.required && !registration.multiple && m_subElements.at(index).size() == 1) {
     XMLElement& known = *m_subElements.at(index).front();
-    known.m_changeStamp = XMLElement::presentStamp(); // a new one has a stamp that nobody can have kept
+    known.m_changeStamp = XMLElement::presentStamp(); // nobody knows the stamp of a new one
     return known;
   }
   const auto place = static_cast<std::size_t>(registration.reference);

@@ -1,4 +1,5 @@
 #include "xml/XMLElement.h"
+#include "foundation/KeptTexts.h"
 #include "xml/ElementComments.h"
 #include "xml/ElementLayout.h"
 #include "xml/ElementMemory.h"
@@ -8,10 +9,6 @@
 namespace Tallymoor {
 
 namespace {
-
-String asString(std::u16string_view text) {
-  return String(String::Base(text));
-}
 
 String asString(std::size_t number) {
   return String::fromLong(static_cast<std::int64_t>(number));
@@ -75,28 +72,28 @@ void XMLElement::registerAndCreate(std::u16string_view elementName, std::u16stri
 }
 
 XMLElement& XMLElement::subElement(std::u16string_view referenceName, std::size_t index) {
-  const auto instances = m_subElements.at(placeOf(referenceName, u"XMLElement::findRego: "));
+  const auto instances = m_subElements.at(placeOf(referenceName, kept::FIND_REGISTRATION));
   if (index >= instances.size())
-    throw XMLException(u"XMLElement::subElement(2) :" + asString(referenceName) + asString(index));
+    throw XMLException(u"XMLElement::subElement(2) :" + String(referenceName) + asString(index));
   return *instances[index];
 }
 
 const XMLElement& XMLElement::subElement(std::u16string_view referenceName, std::size_t index) const {
-  const auto instances = m_subElements.at(placeOf(referenceName, u"XMLElement::findRego(2): "));
+  const auto instances = m_subElements.at(placeOf(referenceName, kept::FIND_REGISTRATION_TO_READ));
   if (index >= instances.size())
-    throw XMLException(u"XMLElement::subElement :" + asString(referenceName) + asString(index));
+    throw XMLException(u"XMLElement::subElement :" + String(referenceName) + asString(index));
   return *instances[index];
 }
 
 std::size_t XMLElement::numSubElements(std::u16string_view referenceName) const {
-  return m_subElements.at(placeOf(referenceName, u"XMLElement::findRego(2): ")).size();
+  return m_subElements.at(placeOf(referenceName, kept::FIND_REGISTRATION_TO_READ)).size();
 }
 
 XMLElement& XMLElement::addSubElement(XMLElement* element, std::u16string_view referenceName) {
   const std::size_t place = m_layout->find(referenceName);
   if (place == m_layout->subElements().size()) {
     SubElements::destroy(element);
-    placeOf(referenceName, u"XMLElement::findRego: ");
+    placeOf(referenceName, kept::FIND_REGISTRATION);
   }
   m_subElements.add(*this, element, place);
   element->markChanged();
@@ -104,15 +101,15 @@ XMLElement& XMLElement::addSubElement(XMLElement* element, std::u16string_view r
 }
 
 void XMLElement::removeSubElement(std::u16string_view referenceName, std::size_t index) {
-  const std::size_t place = placeOf(referenceName, u"XMLElement::findRego: ");
+  const std::size_t place = placeOf(referenceName, kept::FIND_REGISTRATION);
   if (index >= m_subElements.at(place).size())
-    throw XMLException(u"XMLElement::removeSubElement: " + asString(referenceName) + asString(index));
+    throw XMLException(u"XMLElement::removeSubElement: " + String(referenceName) + asString(index));
   m_subElements.remove(place, index);
   markChanged();
 }
 
 std::size_t XMLElement::removeSubElements(std::u16string_view referenceName) {
-  const std::size_t place = placeOf(referenceName, u"XMLElement::findRego: ");
+  const std::size_t place = placeOf(referenceName, kept::FIND_REGISTRATION);
   markChanged();
   return m_subElements.removeAll(place);
 }
@@ -154,7 +151,7 @@ void XMLElement::setValue(const String& text) {
 const String& XMLElement::attribute(std::u16string_view name) const {
   if (const String* value = m_attributes.find(name))
     return *value;
-  throw XMLException(u"XMLElement::attribute :" + asString(name) + u" in " + this->name());
+  throw XMLException(u"XMLElement::attribute :" + String(name) + u" in " + this->name());
 }
 
 void XMLElement::setAttribute(std::u16string_view name, const String& value) {

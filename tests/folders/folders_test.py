@@ -28,7 +28,7 @@ class TheSources(unittest.TestCase):
 
     def test_the_picture_is_that_of_the_code(self):
         self.assertEqual((BUILD / "folders.svg").read_text(), (PROJECT / "docs/folders.svg").read_text(),
-                         "draw it anew: scripts/folders draw docs/folders.svg")
+                         "draw it again: scripts/folders draw docs/folders.svg")
 
 
 class TheBuild(unittest.TestCase):

@@ -39,7 +39,7 @@ public:
 
   long handle(FXObject*, FXSelector, void*) override {
     const Entry now{m_button.getText().text(), m_button.getTipText().text(), m_button.getHelpText().text()};
-    if (m_entries.empty() || !(m_entries.back() == now)) {
+    if (m_entries.empty() || m_entries.back() != now) {
       m_entries.push_back(now);
       m_icons.push_back(m_button.getIcon());
     }
