@@ -90,7 +90,8 @@ AnsweredHistory readHistory(std::string_view bytes, const AnswerFormat& format) 
   history.passedOver = table.passedOver;
   for (const AnswerRow& row : table.rows)
     onRow(row, [&] { history.passedOver += takeRow(row, figures, history) ? 0 : 1; });
-  if (!table.rows.empty() && history.prices.empty() && history.dividends.empty() && history.splits.empty())
+  const bool hasRows = !table.rows.empty() || table.passedOver > 0;
+  if (hasRows && history.prices.empty() && history.dividends.empty() && history.splits.empty())
     throw AnswerException(Fault::Unreadable, u"none of the rows has a day and a price");
   history.currency = currencyOf(table, format);
   return history;

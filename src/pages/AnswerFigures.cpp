@@ -13,6 +13,7 @@ namespace {
 
 using Fault = AnswerException::Fault;
 
+constexpr std::size_t LONGEST_DAY = 100;
 constexpr double SECOND = 1000.0; // in milliseconds, as all of ICU's moments are
 constexpr double DAY = 24 * 60 * 60 * SECOND;
 
@@ -127,8 +128,10 @@ AnswerFigures::AnswerFigures(const AnswerFormat& format)
 AnswerFigures::~AnswerFigures() = default;
 
 Date AnswerFigures::day(const String& text) const {
-  if (const std::optional<Date> day = m_days->day(withoutPageBlanks(text)))
-    return *day;
+  const String day = withoutPageBlanks(text);
+  if (day.size() <= LONGEST_DAY) // ICU takes quadratic time for a million digits
+    if (const std::optional<Date> read = m_days->day(day))
+      return *read;
   failAt(u"no day", text);
 }
 

@@ -40,18 +40,26 @@ std::size_t commonLength(const std::vector<JsonValues>& columns, const std::vect
   return first ? columns[*first].length : 1;
 }
 
+/// True for an array among arrays of another length: a value in it may stand at another place.
+bool isShifted(const JsonValues& column, std::size_t place) {
+  const auto length = column.innerLengths.find(place);
+  return length != column.innerLengths.end() && length->second != column.innerLengths.begin()->second;
+}
+
 AnswerTable tableOf(const std::vector<JsonValues>& columns, const AnswerFormat& format, std::size_t length) {
   AnswerTable table;
   for (std::size_t place = 0; place < length; ++place) {
     AnswerRow row;
     row.place = place + 1;
     bool hasListed = false;
+    bool isWhole = true;
     for (std::size_t i = 0; i < columns.size(); ++i) {
       std::optional<String> text = columns[i].at(place);
       hasListed = hasListed || text.has_value();
+      isWhole = isWhole && !isShifted(columns[i], place);
       row[format.columns[i].column] = std::move(text);
     }
-    if (hasListed)
+    if (hasListed && isWhole)
       table.rows.push_back(std::move(row));
     else
       ++table.passedOver;

@@ -6,7 +6,7 @@ namespace Tallymoor {
 
 /// The rows of a JSON answer: the columns' paths give lists that are put together by place. A path to a
 /// single value gives it to all rows; when all paths do, there is one row. Rows where every list has null are
-/// passed over and counted.
+/// passed over and counted; so are rows that are arrays of another length than the first.
 ///
 /// Throws AnswerException: with the source's own words where one of the error paths leads to a text; for an
 /// answer that cannot be read; when lists differ in length, as in parallel arrays that do not belong

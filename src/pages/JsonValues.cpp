@@ -59,6 +59,7 @@ private:
     bool isArray;
     Mask under;            ///< paths that lead to it or into it
     Mask complete;         ///< paths that end at it and list its elements or keys
+    Mask taken = 0;        ///< paths whose name was found among its members
     std::size_t count = 0; ///< elements or members so far
   };
 
@@ -85,12 +86,19 @@ private:
         m_places[path] = place;
       if (leadsTo(step, container, place))
         mask |= Mask(1) << path;
+      if (step.kind == JsonPath::Step::Kind::Member && ((mask & container.taken) >> path & 1) != 0)
+        failForTwice(m_paths[path]);
     });
+    container.taken |= mask;
     if (container.isArray) {
       forEachPath(container.complete, [&](std::size_t path) { m_places[path] = place; });
       mask |= container.complete;
     }
     return mask;
+  }
+
+  [[noreturn]] static void failForTwice(const JsonPath& path) {
+    throw AnswerException(Fault::Unreadable, u"the answer holds two values of one name: " + path.text());
   }
 
   bool leadsTo(const JsonPath::Step& step, const Container& container, std::size_t place) const {
@@ -140,6 +148,7 @@ private:
     m_containers.pop_back();
     const std::size_t depth = m_containers.size();
     forEachPath(container.under, [&](std::size_t path) {
+      noteInnerLength(path, depth, container);
       const bool lists = (container.complete >> path & 1) != 0 ||
                          m_paths[path].steps()[depth].kind == JsonPath::Step::Kind::Each;
       if (!lists)
@@ -148,6 +157,14 @@ private:
       m_results[path].length = container.count;
     });
     return true;
+  }
+
+  void noteInnerLength(std::size_t path, std::size_t depth, const Container& container) {
+    const std::vector<JsonPath::Step>& steps = m_paths[path].steps();
+    if (container.isArray && depth > 0 && depth < steps.size() &&
+        steps[depth].kind == JsonPath::Step::Kind::Element &&
+        steps[depth - 1].kind == JsonPath::Step::Kind::Each)
+      m_results[path].innerLengths[m_places[path]] = container.count;
   }
 
   bool value(std::string_view text) {

@@ -16,6 +16,8 @@ struct JsonValues {
   std::size_t length = 0; ///< of the list
   std::map<std::size_t, String>
       values; ///< by place in the list, from 0; null and missing values are left out
+  /// For a path to an element of the arrays in a list, as "$[*][4]": the lengths of these arrays by place.
+  std::map<std::size_t, std::size_t> innerLengths;
 
   /// The value at a place of the list; that of a path to a single value is the same at all places.
   std::optional<String> at(std::size_t place) const;
@@ -27,7 +29,7 @@ struct JsonValues {
 /// cost memory in proportion only.
 ///
 /// Throws AnswerException for bytes that are no JSON document in UTF-8, with the line and column, and where a
-/// path leads to an object, or to a list inside a list. No more than 64 paths.
+/// path leads to an object, to a list inside a list, or to two members of one name. No more than 64 paths.
 std::vector<JsonValues> readJsonValues(std::string_view bytes, const std::vector<JsonPath>& paths,
                                        char decimalSign = '.');
 

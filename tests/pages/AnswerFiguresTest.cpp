@@ -94,5 +94,12 @@ TEST(AnswerFigures, MakesPricesOfNumbers) {
   EXPECT_DOUBLE_EQ(AnswerFigures(rate).price(u"0.8").value(), 1.25);
 }
 
+TEST(AnswerFigures, RefusesADayOfMillionsOfDigitsAtOnce) {
+  AnswerFormat format;
+  const AnswerFigures figures(format);
+  EXPECT_EQ(messageOf([&] { figures.day(String(10'000'000, u'9')); }).substr(0, 15), u"no day: \"999999");
+  EXPECT_EQ(messageOf([&] { figures.day(String(u"2026-02-26") + String(91, u' ')); }), u"(nothing thrown)");
+}
+
 } // namespace
 } // namespace Tallymoor

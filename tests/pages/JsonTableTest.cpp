@@ -122,6 +122,8 @@ TEST(JsonTable, NamesTheCauseOfEachFailure) {
         Case{"Too many requests", u"the answer is plain text where JSON is expected: \"Too many requests\""},
         Case{"{\"values\":[{\"date\":{}}]}",
              u"the answer holds an object where a value is expected: $.values[*].date"},
+        Case{"{\"values\":[{\"date\":1,\"date\":2}]}",
+             u"the answer holds two values of one name: $.values[*].date"},
         Case{"{\"values\":[{\"date\":[1]}]}",
              u"the answer holds a list where a value is expected: $.values[*].date"}})
     EXPECT_EQ(messageOfReading(each.answer, format), each.message) << each.answer;
@@ -138,6 +140,14 @@ TEST(JsonTable, NumbersOfTheDocumentGetTheDecimalSignOfItsTexts) {
   format.decimalSign = u',';
   EXPECT_EQ(textsOf(readJsonTable(R"json(["10.500", 10.500, 1.5e3])json", format), Column::Close),
             u"10.500 10,500 1,5e3");
+}
+
+TEST(JsonTable, PassesOverArraysOfAnotherLength) {
+  const AnswerTable table =
+      readJsonTable(R"json([["a",1,2],["b",3],["c",4,5,6],["d",7,null]])json",
+                    formatOf({{Column::Code, u"$[*][0]"}, {Column::Close, u"$[*][1]"}}));
+  EXPECT_EQ(textsOf(table, Column::Close), u"1 7");
+  EXPECT_EQ(table.passedOver, 2u);
 }
 
 TEST(JsonTable, CutsWhatTheSourceTells) {
