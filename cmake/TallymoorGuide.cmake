@@ -3,7 +3,8 @@ find_program(CMARK_GFM_EXECUTABLE cmark-gfm REQUIRED)
 find_package(Python3 REQUIRED COMPONENTS Interpreter)
 
 set(TALLYMOOR_GUIDE_DIR ${TALLYMOOR_PROGRAM_DIR}/guide)
-set(guide_documents ${PROJECT_SOURCE_DIR}/docs/guide.md ${PROJECT_SOURCE_DIR}/docs/locators.md)
+set(guide_documents ${PROJECT_SOURCE_DIR}/docs/guide.md ${PROJECT_SOURCE_DIR}/docs/prices.md
+  ${PROJECT_SOURCE_DIR}/docs/locators.md)
 set(guide_style ${PROJECT_SOURCE_DIR}/docs/guide.css)
 set(guide_maker ${PROJECT_SOURCE_DIR}/scripts/make-guide)
 file(GLOB guide_pictures CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/docs/images/*.png)

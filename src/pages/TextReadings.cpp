@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <memory>
 
 namespace Tallymoor {
 
@@ -59,6 +60,21 @@ constexpr std::array DATE_FORMS{DateForm{u"yyyy-MM-dd"},
                                 DateForm{u"yyyy-MM-dd'T'HH:mm:ssXXX"},
                                 DateForm{u"yyyy-MM-dd'T'HH:mm:ss.SSSXXX"}};
 
+/// The readers of the forms, in their order. Kept for each thread, since making one takes long.
+const std::vector<std::unique_ptr<AnswerFigures>>& formFigures() {
+  thread_local const std::vector<std::unique_ptr<AnswerFigures>> ALL = [] {
+    std::vector<std::unique_ptr<AnswerFigures>> all;
+    for (const DateForm& form : DATE_FORMS) {
+      AnswerFormat format;
+      format.datePattern = form.pattern;
+      format.dateLocale = form.locale;
+      all.push_back(std::make_unique<AnswerFigures>(format));
+    }
+    return all;
+  }();
+  return ALL;
+}
+
 /// Of the exchanges most asked for; the user may name any other.
 constexpr std::array<std::u16string_view, 10> ZONES{
     u"UTC",        u"America/New_York", u"America/Toronto", u"Europe/London",    u"Europe/Berlin",
@@ -86,8 +102,7 @@ String firstDifference(const Texts& texts, const std::vector<Value>& some, const
   return {};
 }
 
-std::optional<std::vector<Date>> daysIn(const Texts& texts, const AnswerFormat& format) {
-  const AnswerFigures figures(format);
+std::optional<std::vector<Date>> daysIn(const Texts& texts, const AnswerFigures& figures) {
   return readAll<Date>(texts, [&](const String& text) { return figures.day(text); });
 }
 
@@ -132,11 +147,11 @@ void settleTimeZone(const Texts& texts, FormatProposal& proposal, std::u16string
                   [epoch](const String& text) { return isMidnightInGreenwich(text, epoch); }))
     return;
   AnswerFormat tried = proposal.format;
-  const auto first = daysIn(texts, tried);
+  const auto first = daysIn(texts, AnswerFigures(tried));
   String example;
   for (const std::u16string_view zone : ZONES) {
     tried.timeZone = String::Base(zone);
-    const auto days = daysIn(texts, tried);
+    const auto days = daysIn(texts, AnswerFigures(tried));
     if (example.empty() && first && days)
       example = firstDifference(texts, *first, *days);
   }
@@ -273,21 +288,19 @@ bool settleDays(const Texts& texts, FormatProposal& proposal) {
   }
   FormatDoubt doubt{FormatDoubt::About::DateOrder, {}, {}};
   std::vector<std::vector<Date>> readings;
-  for (const DateForm& form : DATE_FORMS) {
-    AnswerFormat tried;
-    tried.datePattern = form.pattern;
-    tried.dateLocale = form.locale;
-    const auto days = daysIn(texts, tried);
+  for (std::size_t i = 0; i < DATE_FORMS.size(); ++i) {
+    const auto days = daysIn(texts, *formFigures()[i]);
     if (!days || std::find(readings.begin(), readings.end(), *days) != readings.end())
       continue;
+    const String pattern = DATE_FORMS[i].pattern;
     if (readings.empty()) {
-      format.datePattern = tried.datePattern;
-      format.dateLocale = tried.dateLocale;
+      format.datePattern = pattern;
+      format.dateLocale = DATE_FORMS[i].locale;
     } else if (doubt.example.empty()) {
       doubt.example = firstDifference(texts, readings.front(), *days);
     }
     readings.push_back(*days);
-    doubt.choices.push_back(tried.datePattern);
+    doubt.choices.push_back(pattern);
   }
   if (readings.size() > 1)
     proposal.doubts.push_back(std::move(doubt));

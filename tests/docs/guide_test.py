@@ -13,7 +13,7 @@ import xml.etree.ElementTree as ET
 
 PROJECT = pathlib.Path(sys.argv.pop(1))
 GUIDE = pathlib.Path(sys.argv.pop(1)) / "guide"
-PAGES = ("guide.html", "locators.html")
+PAGES = ("guide.html", "prices.html", "locators.html")
 DOCUMENTS = [PROJECT / "README.md", PROJECT / "CONTRIBUTING.md", *sorted((PROJECT / "docs").glob("*.md"))]
 
 
