@@ -30,6 +30,7 @@ void SpawnSettings::redirect(int output, int errors) {
 int SpawnSettings::start(pid_t& child, const std::vector<std::string>& words) {
   posix_spawn_file_actions_addclosefrom_np(&m_actions, STDERR_FILENO + 1);
   std::vector<char*> argv;
+  argv.reserve(words.size() + 1);
   for (const std::string& word : words)
     argv.push_back(const_cast<char*>(word.c_str()));
   argv.push_back(nullptr);
