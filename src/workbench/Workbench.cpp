@@ -2,9 +2,11 @@
 #include "foundation/Constants.h"
 #include "foundation/Exception.h"
 #include "market/HTTPClient.h"
+#include "workbench/AnswerSearch.h"
 #include "workbench/FindCommand.h"
 #include "workbench/LocatorDocument.h"
 #include "workbench/PlainOutput.h"
+#include "workbench/SavedAnswer.h"
 #include "workbench/SourceCheck.h"
 #include "workbench/TableCommand.h"
 #include "workbench/WorkbenchFailure.h"
@@ -53,11 +55,14 @@ constexpr const char16_t* HELP =
     u"  --key KEY      your key for a price source\n"
     u"  --all          show all rows of a long table\n"
     u"\n"
-    u"find lists the tags of a saved page that contain a text and writes the steps to each.\n"
+    u"find lists the tags of a saved page that contain a text and writes the steps to each. In JSON and CSV "
+    u"it\n"
+    u"lists the places of the text and their columns.\n"
     u"\n"
     u"table takes the texts of one row of a saved page, either\n"
     u"    date open high low close volume [adjusted close]   or   code name market\n"
-    u"or with their types (Date=3-Mar-06 Close=1.52), and writes a TableLocator that reads the table.\n"
+    u"or with their types (Date=3-Mar-06 Close=1.52), and writes a TableLocator that reads the table;\n"
+    u"for JSON and CSV it writes the columns of a price source.\n"
     u"\n"
     u"The exit status is 0 if the result was found, 1 if it was not, 2 for a wrong command line or an\n"
     u"unreadable file.";
@@ -224,7 +229,11 @@ bool Workbench::runCommand(const Arguments& arguments) {
     const Arguments texts = line.find->remaining();
     if (texts.size() != 2)
       failForUse(u"find needs a page and a text; put a text of several words in quotation marks");
-    return FindCommand(out, texts[0], textOf(texts[1])).run();
+    const String text = textOf(texts[1]);
+    if (!text.trimmed().empty())
+      if (const SavedAnswer answer = SavedAnswer::fromFile(texts[0]); !answer.isPage())
+        return findInAnswer(out, answer, text);
+    return FindCommand(out, texts[0], text).run();
   }
   if (*line.table) {
     const Arguments texts = line.table->remaining();
@@ -232,6 +241,8 @@ bool Workbench::runCommand(const Arguments& arguments) {
       failForUse(u"table needs a page and the texts of one row");
     std::vector<String> cells;
     std::transform(texts.begin() + 1, texts.end(), std::back_inserter(cells), textOf);
+    if (const SavedAnswer answer = SavedAnswer::fromFile(texts[0]); !answer.isPage())
+      return tableOfAnswer(out, answer, cells);
     return TableCommand(out, texts[0], cells).run();
   }
   const Arguments unknown = line.app.remaining();
