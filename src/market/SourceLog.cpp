@@ -52,7 +52,8 @@ void SourceLog::noteFailure(const String& code, const SourceReason& reason) {
   const bool isUnasked = reason.fault == SourceFault::Network || reason.fault == SourceFault::Resting;
   if (isUnasked && source.requests > 0)
     --source.requests;
-  if (reason.fault == SourceFault::Refused && ++source.refusalsInARow >= REFUSALS_BEFORE_REST)
+  const bool isRefusal = reason.fault == SourceFault::Refused || reason.fault == SourceFault::Resting;
+  if (isRefusal && ++source.refusalsInARow >= REFUSALS_BEFORE_REST)
     source.restsUntil = m_now() + REST;
 }
 

@@ -43,8 +43,9 @@ public:
                   const AnsweredHistory& history);
   void noteNoAnswer(const String& code, std::vector<SourceReason> reasons);
 
-  /// A wrong code is remembered. A source that refuses five times in a row, as when its limit is used up,
-  /// rests for a quarter of an hour. Failures of the network are its host's and are not counted.
+  /// A wrong code is remembered. A source that refuses or wants to rest five times in a row, as when its
+  /// limit is used up, rests for a quarter of an hour. Failures of the network are its host's and are not
+  /// counted.
   void noteFailure(const String& code, const SourceReason& reason);
   /// Counts a request, which one that does not reach the source is taken out of again. Why the source must
   /// not be asked for the code now, if so; with a daily limit of 0 there is none.

@@ -142,6 +142,14 @@ TEST_F(DataSourceTest, ASourceRestsAfterFiveRefusalsInARow) {
   EXPECT_EQ(source().currentPrice(u"ABC6"), 5.0);
 }
 
+TEST_F(DataSourceTest, ASourceThatWantsToRestFiveTimesInARowRests) {
+  m_first->failure = [] { throw HTTPException(u"status 429", 429); };
+  m_second->price = {6.0, std::nullopt, {}};
+  for (int i = 0; i < 7; ++i)
+    source().currentPrice(u"ABC" + String::fromLong(i));
+  EXPECT_EQ(m_first->asked.size(), 5u);
+}
+
 TEST_F(DataSourceTest, TheRequestsOfADayAreCounted) {
   m_first->perDay = 2;
   m_first->price = {5.0, std::nullopt, {}};
