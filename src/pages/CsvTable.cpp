@@ -103,7 +103,7 @@ AnswerRow rowOf(const Fields& fields, const AnswerFormat& format, const std::vec
 } // namespace
 
 std::vector<Fields> readCsvRows(std::string_view bytes, char separator) {
-  csv_parser parser;
+  csv_parser parser{};
   if (csv_init(&parser, 0) != 0)
     throw AnswerException(Fault::Unreadable, u"the CSV reader could not start");
   const std::unique_ptr<csv_parser, decltype(&csv_free)> end(&parser, &csv_free);

@@ -16,7 +16,7 @@ using Fault = AnswerException::Fault;
 using Texts = std::vector<String>;
 
 struct DateForm {
-  const char16_t* pattern;
+  const char16_t* pattern = nullptr;
   const char16_t* locale = nullptr; ///< of the names of months; null for English
 };
 
