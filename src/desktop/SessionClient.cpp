@@ -1,13 +1,17 @@
 #include "desktop/SessionClient.h"
 #include "foundation/Constants.h"
 #include "foundation/EndingSignals.h"
+#include "foundation/Mutex.h"
 #include <X11/SM/SMlib.h>
+#include <chrono>
+#include <condition_variable>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
-#include <mutex>
+#include <pthread.h>
 #include <pwd.h>
+#include <string>
 #include <thread>
 #include <unistd.h>
 #include <utility>
@@ -22,11 +26,29 @@ sessionClientMap[] = {
 
 FXIMPLEMENT_ABSTRACT(SessionClient, FXObject, sessionClientMap, ARRAYNUMBER(sessionClientMap))
 
-struct SessionClient::Opening {
-  std::mutex mutex;
-  GuiWakeUp* opened = nullptr;    ///< null once the client has given up; guarded by the mutex
-  _SmcConn* connection = nullptr; ///< until the client takes it; guarded by the mutex
-  bool ended = false;             ///< guarded by the mutex
+/// Opens the connection on a thread of its own. A manager that hangs keeps the thread in a system call: the
+/// destructor ends that by signals, and joins the thread.
+class SessionClient::Opening {
+public:
+  Opening(GuiWakeUp& opened, std::string address);
+  ~Opening();
+  Opening(const Opening&) = delete;
+  Opening& operator=(const Opening&) = delete;
+
+  /// True until the manager has answered or failed, and its connection was taken.
+  bool isGoingOn() const;
+  /// The connection, once, when it is there.
+  SmcConn take();
+
+private:
+  void open(std::string address);
+
+  GuiWakeUp& m_opened;
+  mutable Mutex m_mutex;
+  std::condition_variable_any m_changed;
+  SmcConn m_connection GUARDED_BY(m_mutex) = nullptr;
+  bool m_ended GUARDED_BY(m_mutex) = false;
+  std::jthread m_thread; ///< refers to the others
 };
 
 /// What the library calls: while it reads a message, so the request is only noted.
@@ -60,8 +82,14 @@ struct SessionClient::Callbacks {
 
 namespace {
 
+constexpr int INTERRUPT = SIGURG;
+constexpr std::chrono::milliseconds BETWEEN_INTERRUPTS{10};
+
 /// The libraries would end the process when the manager dies, and the system would at the next word to it.
 void outliveTheManager() {
+  struct sigaction interrupt = {};
+  interrupt.sa_handler = [](int) {};
+  ::sigaction(INTERRUPT, &interrupt, nullptr); // system calls fail, and are not begun again
   IceSetIOErrorHandler([](IceConn) {});
   IceSetErrorHandler([](IceConn, Bool, int, unsigned long, int, int, IcePointer) {});
   SmcSetErrorHandler([](SmcConn, Bool, int, unsigned long, int, int, SmPointer) {});
@@ -105,13 +133,8 @@ void setProperties(SmcConn connection, std::vector<Property> properties) {
 SessionClient::SessionClient(FXApp* app, Hooks hooks)
     : m_app(app), m_hooks(std::move(hooks)), m_opened(app, [this] { takeConnection(); }) {}
 
-// A thread that still waits for an answer is left to itself: it shares nothing with what dies here.
 SessionClient::~SessionClient() {
-  if (m_opening) {
-    takeConnection();
-    const std::lock_guard lock(m_opening->mutex);
-    m_opening->opened = nullptr;
-  }
+  m_opening.reset();
   leave();
 }
 
@@ -120,45 +143,58 @@ void SessionClient::connect() {
   if (!address || !*address || m_opening)
     return;
   outliveTheManager();
-  m_opening = std::make_shared<Opening>();
-  m_opening->opened = &m_opened;
-  const EndingSignalsBlocked blocked;
-  std::thread(&SessionClient::open, m_opening, std::string(address)).detach();
+  m_opening = std::make_unique<Opening>(m_opened, address);
 }
 
-void SessionClient::open(const std::shared_ptr<Opening>& opening, std::string address) {
+SessionClient::Opening::Opening(GuiWakeUp& opened, std::string address) : m_opened(opened) {
+  const EndingSignalsBlocked blocked;
+  m_thread = std::jthread([this, address = std::move(address)] { open(address); });
+}
+
+SessionClient::Opening::~Opening() {
+  MutexLock lock(m_mutex);
+  const auto isEnded = [this]() REQUIRES(m_mutex) { return m_ended; };
+  // A signal that comes just before a system call is lost, so one is not enough.
+  while (!m_changed.wait_for(lock, BETWEEN_INTERRUPTS, isEnded))
+    ::pthread_kill(m_thread.native_handle(), INTERRUPT);
+  if (m_connection)
+    SmcCloseConnection(m_connection, 0, nullptr);
+}
+
+void SessionClient::Opening::open(std::string address) {
   SmcCallbacks callbacks = Callbacks::of(nullptr);
   char* identifier = nullptr;
   char reason[256] = "";
   // With a context of its own it never shares a connection that hangs.
-  SmcConn connection =
-      SmcOpenConnection(address.data(), opening.get(), SmProtoMajor, SmProtoMinor, Callbacks::ALL, &callbacks,
-                        nullptr, &identifier, sizeof reason, reason);
+  SmcConn connection = SmcOpenConnection(address.data(), this, SmProtoMajor, SmProtoMinor, Callbacks::ALL,
+                                         &callbacks, nullptr, &identifier, sizeof reason, reason);
   std::free(identifier);
-  const std::lock_guard lock(opening->mutex);
-  opening->ended = true;
-  if (opening->opened) {
-    opening->connection = connection;
-    opening->opened->wake();
-  } else if (connection) {
-    SmcCloseConnection(connection, 0, nullptr);
-  }
+  const MutexLock lock(m_mutex);
+  m_ended = true;
+  m_connection = connection;
+  m_opened.wake();
+  m_changed.notify_all();
+}
+
+bool SessionClient::Opening::isGoingOn() const {
+  const MutexLock lock(m_mutex);
+  return !m_ended || m_connection;
+}
+
+SmcConn SessionClient::Opening::take() {
+  const MutexLock lock(m_mutex);
+  return std::exchange(m_connection, nullptr);
 }
 
 bool SessionClient::connecting() const {
-  if (!m_opening)
-    return false;
-  const std::lock_guard lock(m_opening->mutex);
-  return !m_opening->ended || m_opening->connection;
+  return m_opening && m_opening->isGoingOn();
 }
 
 void SessionClient::takeConnection() {
-  {
-    const std::lock_guard lock(m_opening->mutex);
-    if (!m_opening->connection)
-      return;
-    m_connection = std::exchange(m_opening->connection, nullptr);
-  }
+  const SmcConn connection = m_opening->take();
+  if (!connection)
+    return;
+  m_connection = connection;
   SmcCallbacks callbacks = Callbacks::of(this);
   SmcModifyCallbacks(m_connection, Callbacks::ALL, &callbacks);
   tellWhoWeAre();

@@ -4,7 +4,6 @@
 #include <fx.h>
 #include <memory>
 #include <optional>
-#include <string>
 
 struct _SmcConn;
 
@@ -46,11 +45,9 @@ public:
 
 private:
   enum class Request { NONE, SAVE, SAVE_NOTHING, CANCELLED, END };
-  /// What the opening thread shares with the client.
-  struct Opening;
+  class Opening;
   struct Callbacks;
 
-  static void open(const std::shared_ptr<Opening>& opening, std::string address);
   void takeConnection();
   void tellWhoWeAre();
   void watch();
@@ -61,7 +58,7 @@ private:
   FX::FXApp* m_app;
   Hooks m_hooks;
   GuiWakeUp m_opened;
-  std::shared_ptr<Opening> m_opening;
+  std::unique_ptr<Opening> m_opening;
   _SmcConn* m_connection = nullptr;
   int m_watchedFile = -1;
   Request m_request = Request::NONE;

@@ -4,7 +4,9 @@
 #include "foundation/Platform.h"
 #include "market/DataSource.h"
 #include "market/HTTPClient.h"
+#include "market/HostQueues.h"
 #include "market/LocatorSet.h"
+#include "market/PoliteHTTPClient.h"
 #include "market/SourceList.h"
 #include <utility>
 
@@ -12,7 +14,9 @@ namespace Tallymoor {
 
 Connection::Connection(ClientFactory makeClient)
     : m_makeClient(makeClient ? std::move(makeClient) : ClientFactory(createHTTPClient)),
-      m_sources(std::make_unique<SourceList>(configDirectory(Platform::Instance(), APP_NAME))) {}
+      m_sources(std::make_unique<SourceList>(configDirectory(Platform::Instance(), APP_NAME))) {
+  HostQueues::startAgain();
+}
 
 Connection::~Connection() = default;
 
@@ -25,7 +29,7 @@ void Connection::setLocators(std::unique_ptr<const LocatorSet> locators) {
 }
 
 void Connection::goOnline() {
-  std::shared_ptr<HTTPClient> client = m_makeClient();
+  auto client = std::make_shared<PoliteHTTPClient>(m_makeClient(), HostQueues::ofProgram());
   client->goOnline();
   m_client = std::move(client);
 }

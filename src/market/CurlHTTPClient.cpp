@@ -46,7 +46,7 @@ bool isSendFailure(int code) {
 class CurlHTTPClient::Lease {
 public:
   explicit Lease(CurlHTTPClient& client) : m_client(client) {
-    const std::lock_guard lock(client.m_mutex);
+    const MutexLock lock(client.m_mutex);
     if (client.m_idle.empty()) {
       m_transfer = std::make_unique<CurlTransfer>();
     } else {
@@ -56,7 +56,7 @@ public:
   }
 
   ~Lease() {
-    const std::lock_guard lock(m_client.m_mutex);
+    const MutexLock lock(m_client.m_mutex);
     m_client.m_idle.push_back(std::move(m_transfer));
   }
 
@@ -77,7 +77,7 @@ void CurlHTTPClient::goOnline() {
   if (reason != 0)
     throw HTTPException(kept::NOT_ONLINE + String::fromLong(reason));
   {
-    const std::lock_guard lock(m_mutex);
+    const MutexLock lock(m_mutex);
     m_idle.clear();
   }
   const int failure = openSession();

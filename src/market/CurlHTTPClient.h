@@ -1,8 +1,8 @@
 #pragma once
+#include "foundation/Mutex.h"
 #include "foundation/String.h"
 #include "market/HTTPClient.h"
 #include <atomic>
-#include <mutex>
 
 namespace Tallymoor {
 
@@ -70,8 +70,8 @@ private:
   std::atomic<std::size_t> m_bodyLimit{PAGE_BODY_LIMIT};
   std::atomic<bool> m_online{false};
 
-  std::mutex m_mutex;                                ///< guards the idle ones
-  std::vector<std::unique_ptr<CurlTransfer>> m_idle; ///< with their connections
+  Mutex m_mutex;
+  std::vector<std::unique_ptr<CurlTransfer>> m_idle GUARDED_BY(m_mutex); ///< with their connections
 };
 
 } // namespace Tallymoor

@@ -13,7 +13,7 @@ FetchQueue::~FetchQueue() {
 }
 
 void FetchQueue::add(Fetch fetch) {
-  const std::lock_guard lock(m_mutex);
+  const MutexLock lock(m_mutex);
   if (m_stop.stop_requested())
     return;
   auto item = std::make_shared<Item>();
@@ -27,15 +27,17 @@ void FetchQueue::add(Fetch fetch) {
 }
 
 bool FetchQueue::isEmpty() const {
-  const std::lock_guard lock(m_mutex);
+  const MutexLock lock(m_mutex);
   return m_items.empty();
 }
 
 bool FetchQueue::applyNext(std::chrono::milliseconds patience) {
   std::shared_ptr<Item> item;
   {
-    std::unique_lock lock(m_mutex);
-    const auto isThere = [this] { return m_items.empty() || m_items.front()->state == State::Done; };
+    MutexLock lock(m_mutex);
+    const auto isThere = [this]() REQUIRES(m_mutex) {
+      return m_items.empty() || m_items.front()->state == State::Done;
+    };
     if (!m_changed.wait_for(lock, patience, isThere) || m_items.empty())
       return false;
     item = std::move(m_items.front());
@@ -46,7 +48,7 @@ bool FetchQueue::applyNext(std::chrono::milliseconds patience) {
 }
 
 void FetchQueue::stop() {
-  const std::lock_guard lock(m_mutex);
+  const MutexLock lock(m_mutex);
   m_stop.request_stop();
   std::erase_if(m_items, [](const auto& item) { return item->state == State::Waiting; });
   m_changed.notify_all();
@@ -59,10 +61,10 @@ std::shared_ptr<FetchQueue::Item> FetchQueue::nextToBegin() const {
 }
 
 void FetchQueue::work(const std::stop_token& stop) {
-  std::unique_lock lock(m_mutex);
+  MutexLock lock(m_mutex);
   for (;;) {
     std::shared_ptr<Item> item;
-    m_changed.wait(lock, stop, [&] { return (item = nextToBegin()) != nullptr; });
+    m_changed.wait(lock, stop, [&]() REQUIRES(m_mutex) { return (item = nextToBegin()) != nullptr; });
     if (!item)
       return;
     item->state = State::UnderWay;

@@ -1,11 +1,11 @@
 #pragma once
+#include "foundation/Mutex.h"
 #include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <stop_token>
 #include <thread>
 #include <vector>
@@ -27,7 +27,7 @@ public:
   /// exceptions.
   using Fetch = std::function<Apply(const std::stop_token& stop)>;
 
-  /// The most requests that one source gets at the same time.
+  /// The most fetches at the same time. A host may get fewer (HostQueues).
   static constexpr std::size_t AT_ONCE = 6;
 
   explicit FetchQueue(std::size_t atOnce = AT_ONCE);
@@ -56,14 +56,14 @@ private:
   using Items = std::deque<std::shared_ptr<Item>>;
 
   void work(const std::stop_token& stop);
-  std::shared_ptr<Item> nextToBegin() const;
+  std::shared_ptr<Item> nextToBegin() const REQUIRES(m_mutex);
 
   const std::size_t m_atOnce;
-  mutable std::mutex m_mutex;            ///< guards the items
+  mutable Mutex m_mutex;
   std::condition_variable_any m_changed; ///< an item more, or done
-  Items m_items;
+  Items m_items GUARDED_BY(m_mutex);
   std::stop_source m_stop;
-  std::vector<std::jthread> m_workers; ///< the last to be made and the first to go
+  std::vector<std::jthread> m_workers GUARDED_BY(m_mutex); ///< the last to be made and the first to go
 };
 
 } // namespace Tallymoor

@@ -2,6 +2,7 @@
 #include "foundation/Exception.h"
 #include "market/AnswerText.h"
 #include "market/HTTPClient.h"
+#include "market/HostQueues.h"
 #include "market/LastPrice.h"
 #include "market/PagedHistory.h"
 #include "market/SourceFailure.h"
@@ -87,7 +88,10 @@ std::string HttpPrices::answerTo(const SourceRequest& request, AddressValues val
   HTTPHeaders headers;
   for (const auto& [name, value] : request.headers)
     headers.emplace_back(name.toUTF8(), value.fillPlainly(values).toUTF8());
-  const HTTPAnswer answer = m_client->get(URL(request.address.fill(values)), headers, stop);
+  const URL url(request.address.fill(values));
+  const SourceLimits& limits = m_source->limits();
+  HostQueues::ofProgram()->setLimits(HostQueues::hostOf(url), {limits.atOnce, limits.perMinute});
+  const HTTPAnswer answer = m_client->get(url, headers, stop);
   if (answer.status != STATUS_OK)
     failByStatus(answer, request.format);
   return textOf(answer);

@@ -5,6 +5,7 @@
 #include "market/Connection.h"
 #include "market/FetchQuestions.h"
 #include "market/HistoryCompletion.h"
+#include "market/HostQueues.h"
 #include "market/NetworkFailure.h"
 #include "market/WatchedFetch.h"
 #include <algorithm>
@@ -47,6 +48,7 @@ double PriceHistory::closeOf(const String& code, const Date& day, bool upTo) {
     if (!wantsAnotherTry(code, *failure))
       std::rethrow_exception(failure->what);
     m_failures.forget(code);
+    HostQueues::ofProgram()->forgetFailures();
   }
 }
 

@@ -7,6 +7,7 @@
 #include "foundation/UserInteraction.h"
 #include "market/DataSource.h"
 #include "market/HTTPClient.h"
+#include "market/HostQueues.h"
 #include "market/LocatorSet.h"
 #include "market/PriceStatus.h"
 #include "market/SourceList.h"
@@ -123,6 +124,7 @@ double TallymoorInternet::currentPrice(const String& code, bool useUpdater, bool
     } catch (const HTTPException& failure) {
       if (silent || isStopWanted() || !m_questions.wantsQuoteAgain(code, failure))
         throw;
+      HostQueues::ofProgram()->forgetFailures();
     }
   }
 }
@@ -152,6 +154,7 @@ std::vector<CodeSearchResult> TallymoorInternet::stockSearch(const String& text,
       if (!wantsRetry(u"There was a problem accessing the internet to search for\n" + text +
                       u". \nDo you want to retry?"))
         throw;
+      HostQueues::ofProgram()->forgetFailures();
     } catch (const Exception&) {
       return results;
     }
@@ -187,6 +190,7 @@ HistoryRange TallymoorInternet::recentRange() const {
 void TallymoorInternet::forgetFailures() {
   const BigMutexLock lock;
   m_connection.sources().log().forgetFailures();
+  HostQueues::ofProgram()->forgetFailures();
   m_history.forgetFailures();
   m_questions.forget();
   m_updater.names().forget();
