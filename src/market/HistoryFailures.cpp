@@ -20,10 +20,12 @@ bool coversHalf(const HistoryRange& range, const HistoryRange& request) {
 } // namespace
 
 void HistoryFailures::noteFailure(const String& code, const HistoryRange& range, std::exception_ptr what) {
+  ++m_changeStamp;
   m_codes[code].failures.push_back({range, std::move(what)});
 }
 
 void HistoryFailures::noteAbsent(const String& code, const HistoryRange& days) {
+  ++m_changeStamp;
   HistoryRange joined = days;
   std::vector<HistoryRange>& absent = m_codes[code].absent;
   std::erase_if(absent, [&joined](const HistoryRange& known) {
@@ -67,6 +69,7 @@ bool HistoryFailures::isAbsent(const String& code, const Date& day) const {
 }
 
 void HistoryFailures::endCompletionAt(const String& code, const Date& day) {
+  ++m_changeStamp;
   m_codes[code].completionEnd = day;
 }
 
@@ -77,15 +80,19 @@ bool HistoryFailures::isBeyondCompletion(const String& code, const Date& day) co
 
 void HistoryFailures::forgetFailuresOn(const String& code, const Date& day) {
   const auto known = m_codes.find(code);
-  if (known != m_codes.end())
-    std::erase_if(known->second.failures, [&day](const Failure& f) { return f.range.contains(day); });
+  if (known == m_codes.end())
+    return;
+  ++m_changeStamp;
+  std::erase_if(known->second.failures, [&day](const Failure& f) { return f.range.contains(day); });
 }
 
 void HistoryFailures::forget() {
+  ++m_changeStamp;
   m_codes.clear();
 }
 
 void HistoryFailures::forget(const String& code) {
+  ++m_changeStamp;
   m_codes.erase(code);
 }
 

@@ -2,6 +2,7 @@
 #include "foundation/Date.h"
 #include "foundation/String.h"
 #include "market/HistoryRange.h"
+#include <cstdint>
 #include <exception>
 #include <map>
 #include <optional>
@@ -40,6 +41,9 @@ public:
   /// Before another request for the day: its outcome counts from now on.
   void forgetFailuresOn(const String& code, const Date& day);
 
+  /// Another number after each of these changes.
+  std::uint64_t changeStamp() const { return m_changeStamp; }
+
 private:
   struct OfCode {
     std::vector<Failure> failures;
@@ -50,6 +54,7 @@ private:
   const OfCode* find(const String& code) const;
 
   std::map<String, OfCode> m_codes;
+  std::uint64_t m_changeStamp = 0;
 };
 
 } // namespace Tallymoor

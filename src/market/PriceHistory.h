@@ -6,6 +6,7 @@
 #include "market/HistoryPage.h"
 #include "market/HistoryRange.h"
 #include "market/SharePriceCache.h"
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <optional>
@@ -62,6 +63,11 @@ public:
   bool hasNetworkFailed() const REQUIRES(bigMutex()) { return m_networkFailed; }
   /// Records the request as failed, without a question.
   void noteCancelled(const DayFetch& fetch) REQUIRES(bigMutex());
+
+  /// Another number after each change of a past price, or of what is known to fail.
+  std::uint64_t changeStamp() const REQUIRES(bigMutex()) {
+    return m_cache.changeStamp() + m_failures.changeStamp();
+  }
 
   void forgetFailures() REQUIRES(bigMutex());
   void clearBad(const String& code) REQUIRES(bigMutex());

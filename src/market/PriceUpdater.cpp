@@ -65,7 +65,7 @@ void PriceUpdater::addCode(const String& code) {
 
 void PriceUpdater::removeCode(const String& code) {
   const BigMutexLock lock;
-  m_prices.erase(code);
+  m_changeStamp += m_prices.erase(code);
 }
 
 bool PriceUpdater::hasCode(const String& code) const {
@@ -92,8 +92,15 @@ double PriceUpdater::getCurrentPrice(const String& code) const {
 void PriceUpdater::setCurrentPrice(const String& code, double price) {
   const BigMutexLock lock;
   const auto known = m_prices.find(code);
-  if (known != m_prices.end())
-    known->second = price;
+  if (known == m_prices.end() || known->second == price)
+    return;
+  known->second = price;
+  ++m_changeStamp;
+}
+
+std::uint64_t PriceUpdater::changeStamp() const {
+  const BigMutexLock lock;
+  return m_changeStamp;
 }
 
 double PriceUpdater::getLatestPrice(const String& code) {

@@ -46,6 +46,8 @@ public:
   /// 0.0 until the first fetch. Throws Exception "PriceUpdater::getCurrentPrice - dont' have this code: ..."
   /// for an unknown code.
   double getCurrentPrice(const String& code) const;
+  /// Another number after each change of a current price.
+  std::uint64_t changeStamp() const;
   /// Does nothing for an unknown code.
   void setCurrentPrice(const String& code, double price);
   /// The current price, or today's close where there is none yet: may fetch and ask, so for the GUI thread.
@@ -85,6 +87,7 @@ private:
   Connection& m_connection;
   PriceHistory& m_history;
   std::map<String, double> m_prices GUARDED_BY(bigMutex());
+  std::uint64_t m_changeStamp GUARDED_BY(bigMutex()) = 0;
   PriceObservers m_observers GUARDED_BY(bigMutex());
   StockNameSearch m_names GUARDED_BY(bigMutex());
   // Used by passes alone.

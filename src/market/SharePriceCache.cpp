@@ -59,6 +59,7 @@ String SharePriceCache::pathOf(const String& code) const {
 CachedShare& SharePriceCache::share(const String& code) {
   Entry& found = entry(code);
   if (found.failure) {
+    ++m_changeStamp;
     const XMLException failure = *std::exchange(found.failure, std::nullopt);
     throw failure;
   }
@@ -117,6 +118,7 @@ SharePriceCache::Closes SharePriceCache::merge(const String& code, const Rows& f
                                                const HistoryRange& range) {
   CachedShare& known = shareOrEmpty(code);
   known.modified = true;
+  ++m_changeStamp;
   Closes changed;
   if (fetched.empty())
     return changed;
@@ -151,6 +153,8 @@ void SharePriceCache::noteCurrentPrice(const String& code, const Date& day, doub
   const auto [row, isNew] = known.values.try_emplace(day, ShareValue{.origin = PriceOrigin::Current});
   if (row->second.origin == PriceOrigin::Source || row->second.origin == PriceOrigin::Typed)
     return;
+  if (isNew || row->second.close != price || row->second.origin != PriceOrigin::Current)
+    ++m_changeStamp;
   row->second.close = price;
   row->second.origin = PriceOrigin::Current;
   known.modified = true;
@@ -161,6 +165,7 @@ SharePriceCache::Closes SharePriceCache::setTypedPrice(const String& code, const
     return {};
   CachedShare& known = shareOrEmpty(code);
   known.modified = true;
+  ++m_changeStamp;
   ShareValue& typed = known.values[day];
   typed.close = close;
   typed.volume = 0;
@@ -227,6 +232,7 @@ void SharePriceCache::setBad(const String& code, bool bad) {
     return;
   known.isBad = bad;
   known.modified = true;
+  ++m_changeStamp;
 }
 
 std::vector<String> SharePriceCache::badCodes() {
@@ -263,6 +269,7 @@ void SharePriceCache::forgetFetched() {
     });
     entry.share.modified = entry.share.modified || dropped > 0;
   }
+  ++m_changeStamp;
 }
 
 void SharePriceCache::save() {
@@ -277,6 +284,7 @@ void SharePriceCache::save() {
 
 void SharePriceCache::clear() {
   m_entries.clear();
+  ++m_changeStamp;
   forEachThenThrow(xmlFilesIn(m_directory), [](const String& path) { removeFile(path); });
 }
 

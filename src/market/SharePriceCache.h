@@ -4,6 +4,7 @@
 #include "foundation/String.h"
 #include "market/CachedShare.h"
 #include "market/HistoryRange.h"
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <string_view>
@@ -77,6 +78,8 @@ public:
   void clear();
 
   String pathOf(const String& code) const;
+  /// Another number after each change of a price or of a code's mark, and after a failure has been heard.
+  std::uint64_t changeStamp() const { return m_changeStamp; }
 
   /// True if a row of the code was taken when its day was over.
   static bool isFinal(const CachedShare& known, Rows::const_iterator row);
@@ -96,6 +99,7 @@ private:
 
   String m_directory;
   std::unordered_map<String, Entry, CodeHash> m_entries;
+  std::uint64_t m_changeStamp = 0;
 };
 
 } // namespace Tallymoor

@@ -255,6 +255,11 @@ bool TallymoorInternet::hasCachedHistory(const String& code) {
   return !m_history.cache().shareOrEmpty(code).values.empty();
 }
 
+std::uint64_t TallymoorInternet::changeStamp() const {
+  const BigMutexLock lock;
+  return m_history.changeStamp() + m_updater.changeStamp();
+}
+
 void TallymoorInternet::setCachedPrice(const String& code, const Date& date, double close) {
   const BigMutexLock lock;
   if (m_history.setTypedPrice(code, date, close) && !Date::hasFixedDate() && date == Date())

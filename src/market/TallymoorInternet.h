@@ -111,6 +111,8 @@ public:
   bool isToBeFetched(const String& code, const Date& day);
   /// True when any price of the code is cached.
   bool hasCachedHistory(const String& code);
+  /// Another number whenever an operation above may give another price than before.
+  std::uint64_t changeStamp() const;
   /// Codes by a part of a name. An unreadable page counts as one without matches.
   std::vector<CodeSearchResult> stockSearch(const String& text, bool isShare, bool usOnly);
   /// A price typed by the user, which no fetched one replaces; today's also becomes the current price unless

@@ -51,6 +51,9 @@ void declareHeldShareColumns(Table& table) {
   add(table, u"Portfolio %", &portfolioPercent, COMPARE_PERCENT);
   add(table, u"Days Held", &daysHeld, COMPARE_NUMBER);
   declareTrendColumns(table, false);
+  for (const std::unique_ptr<Column>& column : table.columns())
+    if (column->function() != &portfolioPercent)
+      column->followPayloadAlone();
 }
 
 void declarePurchaseColumns(Table& table) {

@@ -1,5 +1,8 @@
 #pragma once
+#include "foundation/Date.h"
 #include "foundation/String.h"
+#include "views/HeldShareBasis.h"
+#include <cstdint>
 #include <optional>
 
 namespace Tallymoor {
@@ -21,6 +24,14 @@ struct HeldShareRow {
   SharePortfolioUser* portfolio = nullptr;
   Table* table = nullptr;
   Row* row = nullptr;
+  std::optional<HeldShareBasis> basis; ///< of a whole share when its cells were computed
+  /// What heldValueSince gave for a day while the prices had that stamp.
+  struct EarlierValue {
+    Date day;
+    std::uint64_t prices;
+    double value;
+  };
+  std::optional<EarlierValue> earlierValue;
 };
 
 } // namespace Tallymoor

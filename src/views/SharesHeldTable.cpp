@@ -64,11 +64,8 @@ void SharesHeldTable::addShare(const String& key, HeldShareRow share) {
   const auto before = std::find_if(m_rowDataBefore.begin(), m_rowDataBefore.end(),
                                    [&share](const HeldShareRow& other) { return other.code == share.code; });
   if (before != m_rowDataBefore.end()) {
-    share.row = before->row;
-    *before = std::move(share);
+    keepShare(*before, std::move(share));
     m_rowData.splice(m_rowData.end(), m_rowDataBefore, before);
-    m_rowData.back().row->resetColour(); // its price may be unavailable now, which tints no row
-    keepRow(*m_rowData.back().row);
     return;
   }
   m_rowData.push_back(std::move(share));
@@ -77,6 +74,18 @@ void SharesHeldTable::addShare(const String& key, HeldShareRow share) {
   if (added.buyEvent && added.buyEvent->isSetAside())
     row->leaveOutOfTotals();
   added.row = &addRow(std::move(row));
+}
+
+/// The portfolio may hold hundreds of shares, of which a transaction changes one.
+void SharesHeldTable::keepShare(HeldShareRow& before, HeldShareRow share) {
+  share.row = before.row;
+  const bool isUnchanged = share.basis && share.basis == before.basis && !before.row->hasFailed();
+  if (isUnchanged)
+    share.earlierValue = before.earlierValue;
+  else
+    before.row->resetColour(); // its price may be unavailable now, which tints no row
+  before = std::move(share);
+  keepRow(*before.row, !isUnchanged);
 }
 
 // While the past is shown no current price is asked for, and those of today must still be there when it
@@ -105,9 +114,10 @@ void SharesHeldTable::fillWithShares() {
   releaseShares();
   setEmptyText(emptyText());
   const SharePortfolioCapitalRecordUser& record = portfolio().capitalRecord();
+  const HeldShareBases stocks(portfolio());
   if (record.hasDayCap(Date()))
     for (const CapitalRecord::Holding& holding : record.holdingsOn(Date()))
-      addShareOfDay(holding.code, holding.number);
+      addShareOfDay(holding, stocks);
   watchShares();
   rebuild();
   m_rowDataBefore.clear();
@@ -122,11 +132,12 @@ String SharesHeldTable::emptyText() const {
   return u"No shares are held.\nRecord a purchase by Portfolios, Buy Shares... (Ctrl+B).";
 }
 
-void SharesHeldTable::addShareOfDay(const String& code, double number) {
+void SharesHeldTable::addShareOfDay(const CapitalRecord::Holding& holding, const HeldShareBases& stocks) {
   HeldShareRow share;
-  share.code = code;
-  share.numberOnDay = number;
-  share.heldShare = portfolio().findHeldShare(share.code);
+  share.code = holding.code;
+  share.numberOnDay = holding.number;
+  share.heldShare = stocks.heldShare(share.code);
+  share.basis = stocks.of(share.code, holding.number, holding.price.standing);
   if (Date::hasFixedDate())
     if (auto ofThatDay = shareWithParcelsSoldSince(portfolio(), share.code, *share.numberOnDay, Date())) {
       const PriceLimits limits = PriceLimits::ofRow(share);
@@ -135,7 +146,7 @@ void SharesHeldTable::addShareOfDay(const String& code, double number) {
       m_viewDateShares.push_back(std::move(ofThatDay));
     }
   if (share.heldShare)
-    addShare(share.code, share);
+    addShare(holding.code, std::move(share));
 }
 
 double SharesHeldTable::percentGainSince(const Date& date) {
@@ -148,13 +159,13 @@ double SharesHeldTable::percentGainSince(const Date& date) {
   for (Row* row : rows()) {
     if (!row->countsInTotals())
       continue;
-    const HeldShareRow& share = row->payload<HeldShareRow>();
+    HeldShareRow& share = row->payload<HeldShareRow>();
     const bool firstOfCode = !worths.contains(share.code);
     Worth& worth = worths[share.code];
     try {
       worth.now += cell(&HeldShareCells::currentValue, *row).amount();
       if (firstOfCode)
-        worth.then = heldValueSince(share, date);
+        worth.then = earlierValue(share, date);
     } catch (const Exception&) {
       worth.complete = false;
     }
@@ -166,6 +177,16 @@ double SharesHeldTable::percentGainSince(const Date& date) {
     then += worth.complete ? worth.then : 0.0;
   }
   return showsAsZero(then) ? 0.0 : (now - then) / then * 100.0;
+}
+
+double SharesHeldTable::earlierValue(HeldShareRow& share, const Date& date) {
+  const std::uint64_t prices = TallymoorInternet::Instance().changeStamp();
+  if (share.earlierValue && share.earlierValue->day == date && share.earlierValue->prices == prices)
+    return share.earlierValue->value;
+  const double value = heldValueSince(share, date);
+  if (share.basis)
+    share.earlierValue = {date, prices, value};
+  return value;
 }
 
 void SharesHeldTable::markPrice(const String& code) {

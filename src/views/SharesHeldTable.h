@@ -1,4 +1,5 @@
 #pragma once
+#include "books/CapitalRecord.h"
 #include "market/PriceUpdater.h"
 #include "views/HeldShareRow.h"
 #include "views/PortfolioTable.h"
@@ -61,7 +62,9 @@ protected:
 private:
   void fillWithShares();
   String emptyText() const;
-  void addShareOfDay(const String& code, double number);
+  void addShareOfDay(const CapitalRecord::Holding& holding, const HeldShareBases& stocks);
+  void keepShare(HeldShareRow& before, HeldShareRow share);
+  static double earlierValue(HeldShareRow& share, const Date& date);
   void limitsEdited(const String& text, const HeldShareRow& share);
   void priceEdited(const String& text, const String& code);
 

@@ -67,6 +67,7 @@ Column::Cached& Column::compute(Row& row) {
     computed.result.emplace(m_function(row));
   } catch (...) {
     computed.failure = std::current_exception();
+    row.m_hasFailed = true;
   }
   return m_cache.insert_or_assign(&row, std::move(computed)).first->second;
 }

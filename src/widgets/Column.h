@@ -32,8 +32,9 @@ public:
   const String& toolTip() const { return m_toolTip; }
   /// Help text of the header; empty for none. Gives the column back, so that it can follow the declaration.
   Column& setToolTip(const String& text);
-  /// Says that a cell depends on its row's payload and on nothing else: what was computed then holds until
-  /// the payload changes (Table::keepRow). Gives the column back.
+  /// Says that a cell depends on its row's payload and on nothing else that the table does not count as a
+  /// change of it: what was computed then holds until the payload changes (Table::keepRow). Gives the column
+  /// back.
   Column& followPayloadAlone();
   bool followsPayloadAlone() const { return m_followsPayloadAlone; }
   Function function() const { return m_function; }

@@ -25,6 +25,8 @@ public:
   }
   /// No total counts the row from now on.
   void leaveOutOfTotals() { m_counts = false; }
+  /// True when a cell function has failed for the row since its cells were last forgotten.
+  bool hasFailed() const { return m_hasFailed; }
   bool countsInTotals() const { return m_counts; }
   /// Position in the toolkit's table; -1 until the row has been placed there.
   FXint index() const { return m_index; }
@@ -39,6 +41,7 @@ public:
   void resetColour();
 
 private:
+  friend class Column;
   friend class RowList;
   friend class Table;
   friend class TableCells;
@@ -49,6 +52,7 @@ private:
   void* m_data;
   bool m_counts = true;
   bool m_payloadChanged = true; ///< since its cells were computed
+  bool m_hasFailed = false;
   FXint m_index = -1;
   FXint m_keyWidth = -1; ///< in the row header; -1 until it is measured
   Table* m_table = nullptr;

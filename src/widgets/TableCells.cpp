@@ -126,10 +126,9 @@ void TableCells::addPlaces(const RowChanges& changes) {
 
 void TableCells::renewCells(Row& row) {
   for (Column* column : m_contents.visibleColumns()) {
-    if (!row.m_payloadChanged && column->followsPayloadAlone())
-      continue;
+    const bool holds = !row.m_payloadChanged && column->followsPayloadAlone();
     // In a cell that can be edited a typed text may stand, which is no result.
-    if (column->renew(row) || column->editable())
+    if (column->editable() || (!holds && column->renew(row)))
       showCell(row, *column);
   }
   row.m_payloadChanged = false;
@@ -142,6 +141,7 @@ void TableCells::refreshRow(Row& row) {
   if (row.m_index < 0)
     return;
   row.m_payloadChanged = false;
+  row.m_hasFailed = false;
   makeCells(row);
   for (Column* column : m_contents.visibleColumns())
     showCell(row, *column);

@@ -26,9 +26,10 @@ void TableContents::releaseRows() {
 
 void TableContents::keepRow(Row& row, bool payloadChanged) {
   m_rows.keep(row);
-  if (!payloadChanged)
+  if (!payloadChanged && !row.hasFailed())
     return;
   row.m_payloadChanged = true;
+  row.m_hasFailed = false;
   for (const std::unique_ptr<Column>& column : m_columns)
     if (column->followsPayloadAlone())
       column->forget(row);

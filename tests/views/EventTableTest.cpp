@@ -1,10 +1,9 @@
 // Tables of events reuse their rows where possible. They must show the same as a newly filled table.
-#include "ViewsTest.h"
+#include "FreshTableTest.h"
 #include "views/CashReserveTable.h"
 #include "views/DividendsTable.h"
 #include "views/SharesHeldTable.h"
 #include "views/SharesSoldTable.h"
-#include "widgets/HandlerScope.h"
 #include <random>
 
 using namespace Tallymoor;
@@ -44,44 +43,15 @@ protected:
   void deleteEvent(const EventRow&) override {}
 };
 
-class EventTableTest : public ViewsTest {
+class EventTableTest : public FreshTableTest {
 protected:
   void SetUp() override {
     ViewsTest::SetUp();
     addTrading();
     showTree();
   }
-  SharePortfolioUser& user() { return node(u"Trading").portfolio(); }
-  /// Like a form's command.
-  template <class Change>
-  void change(Change made) {
-    {
-      const HandlerScope scope;
-      node(u"Trading").transactionMade();
-      made();
-    }
-    letEventsPass();
-  }
   void deposit(const Date& day, double value, const String& description) {
     change([&] { user().creditCash(day, value, CASH_EVENT_DEPOSIT, description); });
-  }
-  template <class EventTable>
-  void expectAsMadeAnew(EventTable& shown, const std::string& when) {
-    EventTable* fresh = new EventTable(user(), node(u"Trading"), mainWindow().contentFrame(), nullptr);
-    fresh->create();
-    EXPECT_EQ(rowKeys(*fresh), rowKeys(shown)) << when;
-    ASSERT_EQ(fresh->getNumRows(), shown.getNumRows()) << when;
-    for (FXint row = 0; row < shown.getNumRows(); ++row) {
-      EXPECT_EQ(rowTexts(*fresh, row), rowTexts(shown, row)) << when << ", row " << row;
-      EXPECT_EQ(fresh->getRowHeight(row), shown.getRowHeight(row)) << when;
-      EXPECT_EQ(row, shown.rowAt(row)->index()) << when;
-    }
-    for (FXint column = 0; column < shown.getNumColumns(); ++column)
-      EXPECT_EQ(fresh->getColumnWidth(column), shown.getColumnWidth(column)) << when << ", column " << column;
-    EXPECT_EQ(fresh->getRowHeaderWidth(), shown.getRowHeaderWidth()) << when;
-    for (const auto& column : shown.columns())
-      EXPECT_DOUBLE_EQ(fresh->sumColumn(column->function()), shown.sumColumn(column->function())) << when;
-    delete fresh;
   }
   void expectAllAsMadeAnew(const std::string& when) {
     expectAsMadeAnew(dynamic_cast<CashReserveTable&>(*cash().table()), when + ", cash");
