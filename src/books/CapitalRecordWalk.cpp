@@ -1,7 +1,7 @@
 #include "books/CapitalRecordWalk.h"
-#include "books/CashBalance.h"
 #include "books/PortfolioEvents.h"
 #include "books/SplitTerms.h"
+#include "books/WalkedCash.h"
 #include "foundation/Amounts.h"
 #include "foundation/LengthyFunctions.h"
 #include "market/HistoryPage.h"
@@ -23,24 +23,15 @@ bool isDivided(const XMLParcel& parcel) {
 
 WalkedPortfolio::~WalkedPortfolio() = default;
 
-CapitalRecordWalk::CapitalRecordWalk(WalkedPortfolio& portfolio, MarketPrices& prices)
-    : m_portfolio(portfolio), m_prices(prices), m_cashTotal(moneyText(0.0)) {
-  readCash();
+CapitalRecordWalk::CapitalRecordWalk(WalkedPortfolio& portfolio, MarketPrices& prices, WalkedCash& cash)
+    : m_portfolio(portfolio), m_prices(prices), m_cash(cash), m_cashTotal(moneyText(0.0)) {
+  m_cash.read(m_portfolio.portfolio());
   readParcels();
   std::stable_sort(m_changes.begin(), m_changes.end(),
                    [](const Change& a, const Change& b) { return a.day < b.day; });
 }
 
 CapitalRecordWalk::~CapitalRecordWalk() = default;
-
-void CapitalRecordWalk::readCash() {
-  for (const XMLCashEvent& event : m_portfolio.portfolio().cashEvents()) {
-    m_cash.push_back({event.day(), signedAmount(event), event.isExternal()});
-    m_cashDays.push_back(m_cash.back().day);
-  }
-  std::sort(m_cashDays.begin(), m_cashDays.end());
-  m_cashDays.erase(std::unique(m_cashDays.begin(), m_cashDays.end()), m_cashDays.end());
-}
 
 void CapitalRecordWalk::readParcels() {
   const XMLSharePortfolio& portfolio = m_portfolio.portfolio();
@@ -78,16 +69,17 @@ void CapitalRecordWalk::noteChanges(const Parcel& parcel, std::size_t stock) {
 }
 
 const String& CapitalRecordWalk::cashTotal(const Date& day) {
-  const auto passed = std::upper_bound(m_cashDays.begin() + static_cast<std::ptrdiff_t>(m_nextCashDay),
-                                       m_cashDays.end(), day);
-  const auto next = static_cast<std::size_t>(passed - m_cashDays.begin());
+  const std::vector<Date>& days = m_cash.days();
+  const auto passed =
+      std::upper_bound(days.begin() + static_cast<std::ptrdiff_t>(m_nextCashDay), days.end(), day);
+  const auto next = static_cast<std::size_t>(passed - days.begin());
   if (next == m_nextCashDay)
     return m_cashTotal;
   m_nextCashDay = next;
   // Summed in the order of the records: another order could differ in the last digit, or in the sign of
   // nothing.
   double total = 0.0;
-  for (const CashEvent& event : m_cash)
+  for (const WalkedCash::Entry& event : m_cash.entries())
     if (event.day <= day)
       total += event.value;
   m_cashTotal = moneyText(total);
@@ -95,10 +87,10 @@ const String& CapitalRecordWalk::cashTotal(const Date& day) {
 }
 
 String CapitalRecordWalk::cashInjected(const Date& day) const {
-  if (!std::binary_search(m_cashDays.begin(), m_cashDays.end(), day))
+  if (!std::binary_search(m_cash.days().begin(), m_cash.days().end(), day))
     return String();
   double injected = 0.0;
-  for (const CashEvent& event : m_cash)
+  for (const WalkedCash::Entry& event : m_cash.entries())
     if (event.external && event.day == day)
       injected += event.value;
   return showsAsZero(injected, 2) ? String() : moneyText(injected);

@@ -13,6 +13,7 @@ class HasLengthyFunctions;
 class MarketPrices;
 class Progress;
 struct HistoryNeed;
+class WalkedCash;
 class XMLParcel;
 class XMLSharePortfolio;
 
@@ -60,7 +61,8 @@ public:
     PriceStanding standing;
   };
 
-  CapitalRecordWalk(WalkedPortfolio& portfolio, MarketPrices& prices);
+  /// The cash is what an earlier walk over the portfolio has left, or new; it outlives the walk.
+  CapitalRecordWalk(WalkedPortfolio& portfolio, MarketPrices& prices, WalkedCash& cash);
   ~CapitalRecordWalk();
 
   // Days are asked for in rising order.
@@ -82,11 +84,6 @@ public:
   SplitCheck checkForSplits(const Date& day);
 
 private:
-  struct CashEvent {
-    Date day;
-    double value; ///< with the sign of its type
-    bool external;
-  };
   struct Parcel {
     const XMLParcel* event;
     bool sold;
@@ -112,7 +109,6 @@ private:
   };
   static constexpr std::size_t NOT_HELD = std::numeric_limits<std::size_t>::max();
 
-  void readCash();
   void readParcels();
   Stock& stockOf(const String& code);
   void addParcel(const String& code, const Parcel& parcel);
@@ -126,8 +122,7 @@ private:
 
   WalkedPortfolio& m_portfolio;
   MarketPrices& m_prices;
-  std::vector<CashEvent> m_cash; ///< in the order of the records
-  std::vector<Date> m_cashDays;  ///< days with cash events, rising, each once
+  WalkedCash& m_cash;
   std::size_t m_nextCashDay = 0;
   String m_cashTotal;
   std::map<String, std::size_t> m_places; ///< of the stocks, by code

@@ -91,7 +91,8 @@ void SharePortfolioCapitalRecordUser::checkLastDayForSplits(WalkedPortfolio& por
   // A price that came in during the day replaced the day's without a question, since none may be asked then.
   if (!last || m_splitLook == SplitLook{*last, splitRatioDetect, reverseSplitRatioDetect})
     return;
-  const CapitalRecordWalk::SplitCheck found = CapitalRecordWalk(portfolio, m_prices).checkForSplits(*last);
+  const CapitalRecordWalk::SplitCheck found =
+      CapitalRecordWalk(portfolio, m_prices, m_cash).checkForSplits(*last);
   if (found.adjusted)
     recordsChangedFrom(*last);
   else if (found.complete)
@@ -104,7 +105,7 @@ void SharePortfolioCapitalRecordUser::daysChanged(const Date& first, const Date&
 }
 
 void SharePortfolioCapitalRecordUser::updateTo(WalkedPortfolio& portfolio, Progress* progress) {
-  CapitalRecordWalk walk(portfolio, m_prices);
+  CapitalRecordWalk walk(portfolio, m_prices, m_cash);
   const Date today;
   Date before = nextDay(portfolio);
   for (Date day = before; day <= today; day.addDays(1)) {

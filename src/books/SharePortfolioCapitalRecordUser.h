@@ -1,5 +1,6 @@
 #pragma once
 #include "books/CapitalRecord.h"
+#include "books/WalkedCash.h"
 #include "foundation/LengthyFunctions.h"
 #include "market/PriceUpdater.h"
 
@@ -67,6 +68,7 @@ private:
   void settlePrice(const String& code, const Date& day);
 
   MarketPrices& m_prices;
+  WalkedCash m_cash;                     ///< as the last walk has read it
   WalkedPortfolio* m_updating = nullptr; ///< set during an update
   std::optional<SplitLook> m_splitLook;  ///< that of the last day; none once one of its prices is another one
 };
