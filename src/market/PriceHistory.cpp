@@ -25,9 +25,9 @@ HTTPException cancelled() {
 
 } // namespace
 
-PriceHistory::PriceHistory(const String& cacheDirectory, const Connection& connection,
-                           FetchQuestions& questions, CloseChanged closeChanged)
-    : m_cache(cacheDirectory), m_connection(connection), m_questions(questions),
+PriceHistory::PriceHistory(const String& cacheDirectory, const String& decisionsFile,
+                           const Connection& connection, FetchQuestions& questions, CloseChanged closeChanged)
+    : m_cache(cacheDirectory), m_quarantine(decisionsFile), m_connection(connection), m_questions(questions),
       m_closeChanged(std::move(closeChanged)) {}
 
 double PriceHistory::closeOf(const String& code, const Date& day, bool upTo) {
@@ -151,10 +151,35 @@ SharePriceCache::Closes PriceHistory::keepRows(const String& code, const SharePr
                                                const HistoryRange& range) {
   if (!hasAnsweredFor(code, range.start) || !hasAnsweredFor(code, range.end))
     m_answered[code].push_back(range);
-  SharePriceCache::Closes changed = m_cache.merge(code, rows, range);
+  SharePriceCache::Closes changed =
+      m_cache.merge(code, m_quarantine.admit(code, m_cache.shareOrEmpty(code), rows), range);
   std::erase_if(changed, [](const auto& item) { return showsAsZero(item.second); });
   tell(code, changed);
   return changed;
+}
+
+double PriceHistory::admittedPrice(const String& code, double price) {
+  const Date today = Date::realToday();
+  if (showsAsZero(price) || m_quarantine.admitCurrent(code, m_cache.shareOrEmpty(code), today, price))
+    return price;
+  const std::optional<KnownClose> last = m_cache.lastCloseBefore(code, today.plusDays(1));
+  return last ? last->close : 0.0;
+}
+
+void PriceHistory::keepAccepted(const String& code, const PriceQuarantine::Prices& accepted) {
+  SharePriceCache::Rows rows;
+  for (const auto& [day, price] : accepted)
+    if (price.value.origin != PriceOrigin::Current)
+      rows.emplace(day, price.value);
+  const SharePriceCache::Rows& known = m_cache.shareOrEmpty(code).values;
+  if (!rows.empty()) {
+    // The days behind them that were filled in follow.
+    const Date end = std::max(rows.rbegin()->first, known.empty() ? Date(0u) : known.rbegin()->first);
+    tell(code, m_cache.merge(code, rows, {rows.begin()->first, end}));
+  }
+  for (const auto& [day, price] : accepted)
+    if (price.value.origin == PriceOrigin::Current)
+      m_cache.noteCurrentPrice(code, day, price.value.close);
 }
 
 void PriceHistory::tell(const String& code, const SharePriceCache::Closes& changed) const {

@@ -5,6 +5,7 @@
 #include "market/HistoryFailures.h"
 #include "market/HistoryPage.h"
 #include "market/HistoryRange.h"
+#include "market/PriceQuarantine.h"
 #include "market/SharePriceCache.h"
 #include <cstdint>
 #include <functional>
@@ -29,11 +30,16 @@ public:
   /// Called for each close in the cache that is new or has changed, unless it shows as zero.
   using CloseChanged = std::function<void(const String& code, const Date& day, double close)>;
 
-  /// What is referred to is not owned.
-  PriceHistory(const String& cacheDirectory, const Connection& connection, FetchQuestions& questions,
-               CloseChanged closeChanged);
+  /// What is referred to is not owned. decisionsFile is that of the quarantine.
+  PriceHistory(const String& cacheDirectory, const String& decisionsFile, const Connection& connection,
+               FetchQuestions& questions, CloseChanged closeChanged);
 
   SharePriceCache& cache() REQUIRES(bigMutex()) { return m_cache; }
+  PriceQuarantine& quarantine() REQUIRES(bigMutex()) { return m_quarantine; }
+  /// The current price of today, or the last known close while that price is doubtful.
+  double admittedPrice(const String& code, double price) REQUIRES(bigMutex());
+  /// Stores prices that were accepted.
+  void keepAccepted(const String& code, const PriceQuarantine::Prices& accepted) REQUIRES(bigMutex());
 
   double closeOf(const String& code, const Date& day, bool upTo) REQUIRES(bigMutex());
   double cachedPrice(const String& code, const Date& day, int column) REQUIRES(bigMutex());
@@ -88,6 +94,7 @@ private:
   void tell(const String& code, const SharePriceCache::Closes& changed) const;
 
   SharePriceCache m_cache GUARDED_BY(bigMutex());
+  PriceQuarantine m_quarantine GUARDED_BY(bigMutex());
   const Connection& m_connection;
   FetchQuestions& m_questions;
   const CloseChanged m_closeChanged;

@@ -156,7 +156,9 @@ void PricePass::keepPrice(const Request& request, const Answer& answer) {
     if (request.wantsName)
       m_updater.names().keep(code, answer.names);
     // What the user has typed for the day stays.
-    price = m_history.cache().typedPrice(code, Date::realToday()).value_or(answer.price);
+    price = m_history.cache()
+                .typedPrice(code, Date::realToday())
+                .value_or(m_history.admittedPrice(code, answer.price));
     if (!showsAsZero(price))
       m_updater.setCurrentPrice(code, price);
   });

@@ -9,6 +9,9 @@
 
 namespace Tallymoor {
 
+/// In the data folder.
+inline const String PRICE_DECISIONS_FILE = u"PriceDecisions.xml";
+
 /// Keeps doubtful prices aside until the user has decided on them; meanwhile the last good price counts. A
 /// code is asked about once: what the user has refused is not asked about again, and a code that he trusts is
 /// not checked for the same reason again. Decisions outlive the program, in a document of their own.

@@ -82,7 +82,9 @@ void TallymoorInternet::reset() {
 
 TallymoorInternet::TallymoorInternet(const Options& options)
     : m_connection(options.makeClient),
-      m_history(cacheDirectory(Platform::Instance(), APP_NAME), m_connection, m_questions,
+      m_history(cacheDirectory(Platform::Instance(), APP_NAME),
+                dataDirectory(Platform::Instance(), APP_NAME) + PRICE_DECISIONS_FILE, m_connection,
+                m_questions,
                 [this](const String& code, const Date& day, double close) {
                   m_updater.tellRecords(code, day, close);
                 }),
@@ -118,15 +120,21 @@ double TallymoorInternet::currentPrice(const String& code, bool useUpdater, bool
       return *known;
     const DataSource source = dataSource(u"currentPrice");
     try {
-      return silent
-                 ? source.currentPrice(code)
-                 : watchedFetch([&](const std::stop_token& stop) { return source.currentPrice(code, stop); });
+      return admitted(code,
+                      silent ? source.currentPrice(code) : watchedFetch([&](const std::stop_token& stop) {
+                        return source.currentPrice(code, stop);
+                      }));
     } catch (const HTTPException& failure) {
       if (silent || isStopWanted() || !m_questions.wantsQuoteAgain(code, failure))
         throw;
       HostQueues::ofProgram()->forgetFailures();
     }
   }
+}
+
+double TallymoorInternet::admitted(const String& code, double price) {
+  const BigMutexLock lock;
+  return m_history.admittedPrice(code, price);
 }
 
 std::optional<double> TallymoorInternet::beginCurrentPrice(const String& code, bool useUpdater) {
@@ -269,6 +277,41 @@ void TallymoorInternet::setCachedPrice(const String& code, const Date& date, dou
 void TallymoorInternet::currentPriceUpdated(const String& code, double price) {
   const BigMutexLock lock;
   m_history.cache().noteCurrentPrice(code, Date(), price);
+}
+
+// --- Doubtful prices
+
+std::map<String, PriceQuarantine::Prices> TallymoorInternet::doubtfulPrices() {
+  const BigMutexLock lock;
+  return m_history.quarantine().waiting();
+}
+
+void TallymoorInternet::setDoubtWatcher(std::function<void()> watcher) {
+  const BigMutexLock lock;
+  m_history.quarantine().changed = std::move(watcher);
+}
+
+void TallymoorInternet::acceptDoubtful(const String& code, bool fromNowOn) {
+  const BigMutexLock lock;
+  PriceQuarantine& quarantine = m_history.quarantine();
+  const auto waiting = quarantine.waiting().find(code);
+  if (waiting == quarantine.waiting().end())
+    return;
+  // Stored first: the decision may not be writable.
+  const PriceQuarantine::Prices prices = waiting->second;
+  m_history.keepAccepted(code, prices);
+  const DoubtfulPrice& last = prices.rbegin()->second;
+  if (last.day == Date::realToday() && m_updater.hasCode(code))
+    m_updater.setCurrentPrice(code, last.value.close);
+  if (fromNowOn)
+    quarantine.acceptFromNowOn(code);
+  else
+    quarantine.accept(code);
+}
+
+void TallymoorInternet::refuseDoubtful(const String& code) {
+  const BigMutexLock lock;
+  m_history.quarantine().refuse(code);
 }
 
 // --- Delisted codes

@@ -119,6 +119,19 @@ public:
   /// a view date is set. A day after the real today is left alone.
   void setCachedPrice(const String& code, const Date& date, double close);
 
+  // Doubtful prices (see PriceQuarantine), which wait for the user's decision; meanwhile the last good price
+  // counts.
+
+  /// What waits, by code.
+  std::map<String, PriceQuarantine::Prices> doubtfulPrices();
+  /// Called, on any thread and under the big mutex, when other codes have doubtful prices than before.
+  void setDoubtWatcher(std::function<void()> watcher);
+  /// Takes the doubtful prices of the code into the history, with fromNowOn also later ones that are doubted
+  /// for the same reason. Throws Exception when the decision can't be written; it then counts for this run.
+  void acceptDoubtful(const String& code, bool fromNowOn);
+  /// Drops them: they are not asked about again. Throws as acceptDoubtful does.
+  void refuseDoubtful(const String& code);
+
   bool isBadCode(const String& code);
   void markBadCode(const String& code);
   void clearBadCode(const String& code);
@@ -156,6 +169,7 @@ private:
   explicit TallymoorInternet(const Options& options);
 
   bool dataSourceAnswers();
+  double admitted(const String& code, double price);
   DataSource dataSource(const String& operation) const;
   std::optional<double> beginCurrentPrice(const String& code, bool useUpdater);
   bool wantsRetry(const String& question);

@@ -341,16 +341,16 @@ TEST_F(PriceUpdaterTest, ChangedClosesAreReportedLatestFirst) {
   gateway().historicalPrice(m_code, m_today, true);
   watch(m_code, 1.75);
   // The exchange corrects Monday and a day before the last week, and publishes today's close.
-  m_market.setDay(m_code, Date(2006, 11, 13), 1.25);
-  m_market.setDay(m_code, Date(2006, 11, 8), 1.25);
+  m_market.setDay(m_code, Date(2006, 11, 13), 1.485);
+  m_market.setDay(m_code, Date(2006, 11, 8), 1.485);
   m_market.setDay(m_code, m_today, 2.0);
   RecordingObserver observer;
   m_clock->tick += 8 * HOUR + 1;
   runPass();
   EXPECT_EQ(observer.heard(), (std::vector<String>{u"price ABC.AX 1.7500", u"close ABC.AX 15/11/2006 2.0000",
-                                                   u"close ABC.AX 13/11/2006 1.2500",
-                                                   u"close ABC.AX 8/11/2006 1.2500", u"finished"}));
-  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, Date(2006, 11, 8), 0), 1.25);
+                                                   u"close ABC.AX 13/11/2006 1.4850",
+                                                   u"close ABC.AX 8/11/2006 1.4850", u"finished"}));
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, Date(2006, 11, 8), 0), 1.485);
 }
 
 TEST_F(PriceUpdaterTest, ADayThatWasNotCachedCountsAsZero) {

@@ -303,9 +303,9 @@ TEST_F(TallymoorInternetFailureTest, DaysBeforeTheFirstPriceCostAFewRequestsForA
 }
 
 TEST_F(TallymoorInternetFailureTest, ADayBeforeARangeFromItOnHasTheCloseBeforeIt) {
-  m_market.setHistory(m_code, Date(2006, 1, 2), m_today, [](const Date& day) { return 1.0 + day.day(); });
+  m_market.setHistory(m_code, Date(2006, 1, 2), m_today, [](const Date& day) { return 100.0 + day.day(); });
   const Date saturday(2006, 3, 4);
-  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, saturday, false), 4.0);
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, saturday, false), 103.0);
   EXPECT_EQ(numFetches(), 2u);
 }
 

@@ -198,14 +198,14 @@ TEST_F(TallymoorInternetPricesTest, AsksForAsManyDaysAsAPageHolds) {
 // A caller that goes back day by day requests the next page from the day before the last page's start.
 TEST_F(TallymoorInternetPricesTest, APageThatBeginsOnASaturdayHasTheFridaysClose) {
   m_market.setMaxEntries(100);
-  m_market.setHistory(m_code, Date(2005, 1, 3), m_today, [](const Date& day) { return 5.0 + day.day(); });
+  m_market.setHistory(m_code, Date(2005, 1, 3), m_today, [](const Date& day) { return 100.0 + day.day(); });
   const Date saturday(2006, 6, 3);
   gateway().historicalPrice(m_code, saturday.plusDays(-141), false); // A page up to Friday.
   ASSERT_TRUE(gateway().hasCachedPrice(m_code, saturday.plusDays(-1)));
   ASSERT_FALSE(gateway().hasCachedPrice(m_code, saturday));
-  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, saturday, false), 7.0);
-  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, saturday.plusDays(1), false), 7.0);
-  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, saturday.plusDays(2), false), 10.0);
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, saturday, false), 102.0);
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, saturday.plusDays(1), false), 102.0);
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, saturday.plusDays(2), false), 105.0);
   EXPECT_EQ(m_market.requestedRanges().size(), 2u);
 }
 
@@ -253,13 +253,14 @@ TEST_F(TallymoorInternetPricesTest, ABackgroundPassShowsNothing) {
 }
 
 TEST_F(TallymoorInternetPricesTest, RowsWithoutADateOrACloseAreLeftOut) {
-  m_market.answerWith(Page::History, historyPage({{"13-Nov-06", "6.5", "5.5", "6.00", "1,234,567"},
-                                                  {"12-Nov-06", "", "", "", "Dividend"},
-                                                  {"", "1", "1", "9", "5"},
-                                                  {"10-Nov-06", "5.5", "4.5", "1,005.00", "99999999999"}}));
-  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, Date(2006, 11, 13), true), 6.0);
-  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, Date(2006, 11, 13), 1), 6.5);
-  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, Date(2006, 11, 13), 2), 5.5);
+  m_market.answerWith(Page::History,
+                      historyPage({{"13-Nov-06", "1,006.5", "1,005.5", "1,006.00", "1,234,567"},
+                                   {"12-Nov-06", "", "", "", "Dividend"},
+                                   {"", "1", "1", "9", "5"},
+                                   {"10-Nov-06", "1,005.5", "1,004.5", "1,005.00", "99999999999"}}));
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, Date(2006, 11, 13), true), 1006.0);
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, Date(2006, 11, 13), 1), 1006.5);
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, Date(2006, 11, 13), 2), 1005.5);
   EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, Date(2006, 11, 12), 0), 1005.0);
   EXPECT_DOUBLE_EQ(gateway().getCachedPrice(m_code, m_friday, 0), 1005.0);
   gateway().save();
@@ -270,10 +271,10 @@ TEST_F(TallymoorInternetPricesTest, RowsWithoutADateOrACloseAreLeftOut) {
 
 TEST_F(TallymoorInternetPricesTest, ImplausibleDaysAreIgnored) {
   // The short years 70 to 99 are in the last century, and pages use no others.
-  m_market.answerWith(Page::History, historyPage({{"3-Jan-1802", "1", "1", "7.00", "1"},
-                                                  {"17-Nov-06", "1", "1", "8.00", "1"},
-                                                  {"16-Nov-06", "1", "1", "6.00", "1"},
-                                                  {"10-Nov-06", "1", "1", "5.00", "1"}}));
+  m_market.answerWith(Page::History, historyPage({{"3-Jan-1802", "9", "1", "7.00", "1"},
+                                                  {"17-Nov-06", "9", "1", "8.00", "1"},
+                                                  {"16-Nov-06", "9", "1", "6.00", "1"},
+                                                  {"10-Nov-06", "9", "1", "5.00", "1"}}));
   EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_today, true), 5.0);
   EXPECT_FALSE(gateway().hasCachedPrice(m_code, Date(2006, 11, 16))); // Tomorrow.
   EXPECT_FALSE(gateway().hasCachedPrice(m_code, Date(2006, 11, 17)));
@@ -291,10 +292,10 @@ TEST_F(TallymoorInternetPricesTest, TheViewDateIsTodayInARange) {
 TEST_F(TallymoorInternetPricesTest, ARefreshFetchesWhatIsCached) {
   m_market.setHistory(m_code, Date(2006, 1, 2), m_today, 5.0);
   EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_today, true), 5.0);
-  m_market.setHistory(m_code, Date(2006, 1, 2), m_today, 6.0);
+  m_market.setHistory(m_code, Date(2006, 1, 2), m_today, 5.04);
   EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_today, true), 5.0);
   gateway().refreshClosesFrom(m_code, m_friday);
-  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_friday, true), 6.0);
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_friday, true), 5.04);
 }
 
 // --- The cache
@@ -358,13 +359,13 @@ TEST_F(TallymoorInternetPricesTest, ClearForgetsAndDeletes) {
 TEST_F(TallymoorInternetPricesTest, ManyLookUpsAgreeWithTheRows) {
   m_market.setMaxEntries(2000);
   m_market.setHistory(m_code, Date(2000, 1, 3), m_today,
-                      [](const Date& day) { return day.julianDay() % 100 + 1; });
+                      [](const Date& day) { return day.julianDay() % 100 + 100; });
   gateway().historicalPrice(m_code, Date(2000, 1, 3), false);
   double sum = 0.0;
   double expected = 0.0;
   for (Date day(2000, 1, 3); day <= m_today; day.addDays(1)) {
     sum += gateway().cachedClose(m_code, day).value_or(0.0);
-    expected += (day.isWeekend() ? day.lastFriday() : day).julianDay() % 100 + 1;
+    expected += (day.isWeekend() ? day.lastFriday() : day).julianDay() % 100 + 100;
   }
   EXPECT_DOUBLE_EQ(sum, expected);
 }
