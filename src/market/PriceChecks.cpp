@@ -62,13 +62,6 @@ std::optional<KnownClose> contradicted(const CachedShare& known, const Date& day
   return KnownClose{day, row->second.close, true};
 }
 
-std::optional<KnownClose> lastBefore(const CachedShare& known, const Date& day) {
-  for (auto row = known.values.lower_bound(day); row != known.values.begin();)
-    if (--row; !showsAsZero(row->second.close, PRICE_CACHE_DECIMALS))
-      return KnownClose{row->first, row->second.close, SharePriceCache::isFinal(known, row)};
-  return std::nullopt;
-}
-
 std::optional<KnownClose> firstAfter(const CachedShare& known, const Date& day) {
   for (auto row = known.values.upper_bound(day); row != known.values.end(); ++row)
     if (!showsAsZero(row->second.close, PRICE_CACHE_DECIMALS))
@@ -81,7 +74,7 @@ class PageCheck {
 public:
   PageCheck(const CachedShare& known, const Rows& fetched, bool mayChangeLevel)
       : m_known(known), m_fetched(fetched), m_mayChangeLevel(mayChangeLevel),
-        m_before(lastBefore(known, fetched.begin()->first)) {}
+        m_before(SharePriceCache::lastTradedClose(known, fetched.begin()->first.plusDays(-1))) {}
 
   CheckedPrices run() {
     if (!m_before && leadsUpToAnotherUnit())
@@ -156,7 +149,7 @@ CheckedPrices checkPrices(const CachedShare& known, const SharePriceCache::Rows&
 }
 
 std::optional<DoubtfulPrice> checkCurrentPrice(const CachedShare& known, const Date& day, double price) {
-  const auto before = lastBefore(known, day.plusDays(1));
+  const auto before = SharePriceCache::lastTradedClose(known, day);
   const auto reason = before ? jumpBetween(before->close, price) : std::optional<DoubtReason>();
   if (!reason)
     return std::nullopt;

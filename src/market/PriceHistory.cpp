@@ -162,7 +162,7 @@ double PriceHistory::admittedPrice(const String& code, double price) {
   const Date today = Date::realToday();
   if (showsAsZero(price) || m_quarantine.admitCurrent(code, m_cache.shareOrEmpty(code), today, price))
     return price;
-  const std::optional<KnownClose> last = m_cache.lastCloseBefore(code, today.plusDays(1));
+  const std::optional<KnownClose> last = m_cache.lastTradedClose(code, today);
   return last ? last->close : 0.0;
 }
 

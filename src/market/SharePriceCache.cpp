@@ -201,6 +201,17 @@ std::optional<KnownClose> SharePriceCache::lastCloseBefore(const String& code, c
   return std::nullopt;
 }
 
+std::optional<KnownClose> SharePriceCache::lastTradedClose(const String& code, const Date& day) {
+  return lastTradedClose(shareOrEmpty(code), day);
+}
+
+std::optional<KnownClose> SharePriceCache::lastTradedClose(const CachedShare& known, const Date& day) {
+  for (auto row = known.values.upper_bound(day); row != known.values.begin();)
+    if (--row; row->second.origin != PriceOrigin::Filled && !showsAsZero(row->second.close))
+      return KnownClose{row->first, row->second.close, isFinal(known, row)};
+  return std::nullopt;
+}
+
 /// The last close of a table may be that of a day that was not over yet; a later one shows that it was. Some
 /// stocks have none: they rest on age.
 bool SharePriceCache::isFinal(const CachedShare& known, Rows::const_iterator row) {

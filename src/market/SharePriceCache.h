@@ -61,6 +61,8 @@ public:
   std::optional<KnownClose> closeOn(const String& code, const Date& day);
   /// The last close before the day, whatever its age; none that shows as zero.
   std::optional<KnownClose> lastCloseBefore(const String& code, const Date& day);
+  /// The last close up to the day that belongs to its day, and was not filled in from the day before.
+  std::optional<KnownClose> lastTradedClose(const String& code, const Date& day);
   /// Looks at the head of the code's file alone where that says enough: all codes are asked about at the
   /// start, and few of their prices are needed then.
   bool isBad(const String& code);
@@ -81,6 +83,7 @@ public:
   /// Another number after each change of a price or of a code's mark, and after a failure has been heard.
   std::uint64_t changeStamp() const { return m_changeStamp; }
 
+  static std::optional<KnownClose> lastTradedClose(const CachedShare& known, const Date& day);
   /// True if a row of the code was taken when its day was over.
   static bool isFinal(const CachedShare& known, Rows::const_iterator row);
 

@@ -228,6 +228,11 @@ std::optional<KnownClose> TallymoorInternet::lastCloseBefore(const String& code,
   return m_history.cache().lastCloseBefore(code, day);
 }
 
+std::optional<KnownClose> TallymoorInternet::lastTradedClose(const String& code, const Date& day) {
+  const BigMutexLock lock;
+  return m_history.cache().lastTradedClose(code, day);
+}
+
 bool TallymoorInternet::hasAnsweredFor(const String& code, const Date& day) {
   const BigMutexLock lock;
   return m_history.hasAnsweredFor(code, day);

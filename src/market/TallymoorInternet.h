@@ -90,6 +90,8 @@ public:
   /// What is known of the day without fetching: its close, or the last one before it. Neither shows as zero.
   std::optional<KnownClose> closeOn(const String& code, const Date& day);
   std::optional<KnownClose> lastCloseBefore(const String& code, const Date& day);
+  /// The last close up to the day that was not filled in from the day before.
+  std::optional<KnownClose> lastTradedClose(const String& code, const Date& day);
   /// True when the source has answered for the day in this run, be it without a close; a delisted code is not
   /// asked any more, so that its last close counts as the answer.
   bool hasAnsweredFor(const String& code, const Date& day);

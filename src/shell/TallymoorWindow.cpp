@@ -152,6 +152,7 @@ void TallymoorWindow::load(Progress& progress) {
   if (!m_tabs->showFirst())
     throw Exception(STARTUP_FAILURE);
   m_trayController->followPrices();
+  m_doubtWarnings.emplace(getApp());
   m_advertThread = std::make_unique<AdvertThread>(AdvertSettings::current(), m_adverts->pending());
   tellInstallerFailure();
 }
@@ -227,6 +228,7 @@ void TallymoorWindow::saveUntilDoneOrGivenUp() {
 
 void TallymoorWindow::closeViews() {
   m_trayController->stopFollowing();
+  m_doubtWarnings.reset();
   m_watchlistRoot.reset(); // its lists show portfolios
   m_totalCapital = nullptr;
   portfolioTree()->clearItems();

@@ -12,6 +12,7 @@
 #include "shell/WindowIcons.h"
 #include "shell/WindowPlace.h"
 #include "shell/WindowTabs.h"
+#include "views/DoubtWarnings.h"
 #include "widgets/MainWindow.h"
 #include <memory>
 #include <optional>
@@ -71,6 +72,7 @@ public:
     ID_BACK,
     ID_BBACK,
     ID_NO_COMMAND, ///< of a button that does nothing for now
+    ID_PRICES,
     ID_LAST
   };
 
@@ -186,6 +188,7 @@ private:
   std::unique_ptr<AdvertThread> m_advertThread;
   TotalCapTreeItem* m_totalCapital = nullptr;
   std::unique_ptr<WatchlistRootTreeItem> m_watchlistRoot;
+  std::optional<DoubtWarnings> m_doubtWarnings;
   std::unique_ptr<TrayController> m_trayController;
   std::unique_ptr<ProgramUpdater> m_programUpdater;
   std::unique_ptr<LogOutController> m_logOut;

@@ -9,6 +9,7 @@
 #include "shell/TallymoorWindow.h"
 #include "shell/TransferDialogs.h"
 #include "updates/UpdateCheck.h"
+#include "views/PricesDialog.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/TotalCapTreeItem.h"
 #include "views/WatchlistRootTreeItem.h"
@@ -56,7 +57,12 @@ std::vector<CommandTable::Menu> menus() {
         {Window::ID_REPORT_LAST_CY},
         // A period of one's own is the tool bar's.
         {Window::ID_REPORT_LAST_CY, "Custom &Report..."}}},
-      {"&Tools", {{Window::ID_CHECK_UPDATES}, {Window::ID_REFRESH_PRICES}, SEPARATOR, {Window::ID_SETTINGS}}},
+      {"&Tools",
+       {{Window::ID_CHECK_UPDATES},
+        {Window::ID_REFRESH_PRICES},
+        {Window::ID_PRICES},
+        SEPARATOR,
+        {Window::ID_SETTINGS}}},
       {"&Help\tCtrl+H", {{Window::ID_FAQ}, {Window::ID_FEEDBACK}, SEPARATOR, {Window::ID_ABOUT}}},
   };
 }
@@ -173,6 +179,7 @@ WindowCommands::Rows WindowCommands::otherRows(const WindowIcons& icons) {
       {Window::ID_REFRESH_PRICES, "Refresh &Prices", "Ctrl+R",
        "Price Update\tGet the latest prices for held and watched shares", icons.priceUpdate.get(),
        u"onRefreshPrices", [this] { refreshPrices(); }, loaded},
+      {Window::ID_PRICES, "P&rices...", "", "", nullptr, u"onPrices", [this] { showPrices(); }, loaded},
       {Window::ID_SETTINGS, "&Options...", "Ctrl+O", "", nullptr, u"onSettings", [this] { showOptions(); }},
       {Window::ID_FAQ, "&Online Help...", "Ctrl+F", "", nullptr, u"onFAQ", openHelp},
       {Window::ID_FEEDBACK, "Feedback or Suggestion?", "", "", nullptr, u"onFeedback", writeFeedback},
@@ -275,6 +282,11 @@ void WindowCommands::refreshPrices() {
   TallymoorInternet::Instance().forgetFailures();
   TallymoorInternet::Instance().priceUpdater().wakeUp();
   m_window.refreshViews(false); // days that are provisional, whose prices may be known now
+}
+
+void WindowCommands::showPrices() {
+  PricesDialog(&m_window).execute();
+  m_window.refreshViews(false); // by the prices that were typed or accepted
 }
 
 void WindowCommands::showOptions() {

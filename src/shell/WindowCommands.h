@@ -42,6 +42,7 @@ private:
   SharePortfolioTreeItem* choosePortfolio(const String& prompt);
   String likelyPortfolio() const;
   void refreshPrices();
+  void showPrices();
   void showOptions();
 
   TallymoorWindow& m_window;

@@ -76,7 +76,7 @@ TEST_F(MenusTest, TheMenusHoldTheirEntriesInOrder) {
       {"Report for last month...", "Report for last financial quarter...",
        "Report for last calendar quarter...", "Report for last financial year...",
        "Report for last calendar year...", "Custom Report..."},
-      {"Check For Updates...\tCtrl+U", "Refresh Prices\tCtrl+R", "-", "Options...\tCtrl+O"},
+      {"Check For Updates...\tCtrl+U", "Refresh Prices\tCtrl+R", "Prices...", "-", "Options...\tCtrl+O"},
       {"Online Help...\tCtrl+F", "Feedback or Suggestion?", "-", "About...\tCtrl+A"}};
   const auto menus = panes(tallymoor());
   ASSERT_EQ(expected.size(), menus.size());
@@ -92,7 +92,7 @@ TEST_F(MenusTest, TheTitlesOfTheMenusHaveTheirKeys) {
 }
 
 TEST_F(MenusTest, EntriesThatOpenAWindowOpenTheirs) {
-  const std::array<std::array<std::string, 2>, 13> opening = {
+  const std::array<std::array<std::string, 2>, 14> opening = {
       {{"New Portfolio...", "New Portfolio"},
        {"New Watchlist...", "Add New Watchlist"},
        {"New Portfolio Wizard...", "Tallymoor - Getting Started"},
@@ -104,11 +104,13 @@ TEST_F(MenusTest, EntriesThatOpenAWindowOpenTheirs) {
        {"Receive Interest...", "Choose Portfolio"},
        {"Deposit Cash...", "Choose Portfolio"},
        {"Withdraw Cash...", "Choose Portfolio"},
+       {"Prices...", "Prices"},
        {"Options...", "Tallymoor Options"},
        {"About...", "About Tallymoor"}}};
   for (const auto& [entry, title] : opening) {
-    if (entry == "About...") {
-      whenModal(title, [this](FXWindow& dialog) { press(dialog, "OK"); });
+    if (entry == "About..." || entry == "Prices...") {
+      whenModal(title,
+                [this, &entry](FXWindow& dialog) { press(dialog, entry == "About..." ? "OK" : "Close"); });
       pressEntry(entry);
       continue;
     }

@@ -1,0 +1,144 @@
+#include "views/PricesDialog.h"
+#include "entry/PriceEntryDialog.h"
+#include "entry/PriceEntryPanel.h"
+#include "market/TallymoorInternet.h"
+#include "views/PricesTable.h"
+#include "widgets/HandlerScope.h"
+#include "widgets/MessageLayout.h"
+#include "widgets/TextSize.h"
+#include "widgets/ToolkitText.h"
+
+namespace Tallymoor {
+
+FXDEFMAP(PricesDialog)
+PricesDialogMap[] = {
+    FXMAPFUNC(SEL_COMMAND, PricesDialog::ID_TYPE_PRICE, PricesDialog::onTypePrice),
+    FXMAPFUNCS(SEL_COMMAND, PricesDialog::ID_ACCEPT_DOUBTFUL, PricesDialog::ID_REFUSE,
+               PricesDialog::onDecide),
+    FXMAPFUNC(SEL_COMMAND, PricesDialog::ID_REFRESH, PricesDialog::onRefresh),
+};
+
+FXIMPLEMENT(PricesDialog, Dialog, PricesDialogMap, ARRAYNUMBER(PricesDialogMap))
+
+namespace {
+
+constexpr FXint WIDTH = 760;
+constexpr FXint HEIGHT = 320;
+constexpr std::size_t DOUBT_LINES = 3;
+
+TallymoorInternet& gateway() {
+  return TallymoorInternet::Instance();
+}
+
+void showUsable(FXButton& button, bool usable) {
+  if (usable)
+    button.enable();
+  else
+    button.disable();
+}
+
+/// Of the last one, and how many there are.
+String doubtTextOf(const String& code, const PriceQuarantine::Prices& prices) {
+  String text = doubtText(code, prices.rbegin()->second);
+  if (prices.size() > 1)
+    text += u"\n" + String::fromLong(static_cast<std::int64_t>(prices.size())) +
+            u" prices of this stock are doubtful.";
+  return text;
+}
+
+} // namespace
+
+PricesDialog::PricesDialog(FXWindow* owner)
+    : Dialog(owner, u"Prices", u"The last known prices of the stocks that you hold or watch.") {
+  m_summary = new FXLabel(contents(), "", nullptr, JUSTIFY_LEFT | LAYOUT_FILL_X);
+  auto* frame =
+      new FXHorizontalFrame(contents(), FRAME_SUNKEN | FRAME_THICK | LAYOUT_FIX_WIDTH | LAYOUT_FIX_HEIGHT, 0,
+                            0, scaledToText(WIDTH), scaledToText(HEIGHT), 0, 0, 0, 0);
+  m_table = new PricesTable(frame);
+  m_doubt = new FXLabel(contents(), "\n\n", nullptr, JUSTIFY_LEFT | LAYOUT_FILL_X);
+  addActions(new FXHorizontalFrame(contents(), LAYOUT_FILL_X | PACK_UNIFORM_WIDTH));
+  cancelButton()->hide();
+  okButton()->setText("&Close");
+  setFirstFocus(m_table);
+  m_table->setChoiceWatcher([this] { showChoice(); });
+  m_prices.emplace(getApp(), u"PricesDialog::showAll failed.",
+                   [this](const std::set<String>&) { showAll(); });
+  showAll();
+}
+
+PricesDialog::~PricesDialog() {
+  m_prices.reset();
+}
+
+void PricesDialog::addActions(FXComposite* parent) {
+  const auto add = [this, parent](const char* text, FXSelector id) {
+    return new FXButton(parent, text, nullptr, this, id, BUTTON_NORMAL);
+  };
+  m_typePrice = add("&Type a price...\t\tThe price of a day, as you know it", ID_TYPE_PRICE);
+  m_decisions = {add("&Accept\t\tTakes the doubtful prices of this stock", ID_ACCEPT_DOUBTFUL),
+                 add("Accept from &now on\t\tTakes them, and does not ask for this reason again", ID_TRUST),
+                 add("&Refuse\t\tDrops the doubtful prices of this stock", ID_REFUSE)};
+  add("&Fetch again\t\tAsks the sources for all prices", ID_REFRESH);
+}
+
+void PricesDialog::showAll() {
+  m_table->updateTable();
+  m_summary->setText(toFox(m_table->summary()));
+  showChoice();
+}
+
+void PricesDialog::showChoice() {
+  const String code = m_table->chosenCode();
+  const auto doubtful = gateway().doubtfulPrices();
+  const auto waiting = doubtful.find(code);
+  const bool isDoubtful = waiting != doubtful.end();
+  showUsable(*m_typePrice, !code.empty());
+  for (FXButton* decision : m_decisions)
+    showUsable(*decision, isDoubtful);
+  showText(isDoubtful ? doubtTextOf(code, waiting->second) : String());
+}
+
+void PricesDialog::showText(const String& doubt) {
+  const FXFont& font = *m_doubt->getFont();
+  const auto widthOf = [&font](const String& line) { return font.getTextWidth(toFox(line)); };
+  m_doubt->setText(toFox(fittedMessage(doubt, {widthOf, scaledToText(WIDTH), DOUBT_LINES})));
+}
+
+long PricesDialog::onTypePrice(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"PricesDialog::onTypePrice failed.", [this] {
+    const String code = m_table->chosenCode();
+    PriceEntryDialog dialog(this, code);
+    if (!dialog.execute())
+      return;
+    gateway().setCachedPrice(code, dialog.panel()->date(), dialog.panel()->price());
+    showAll();
+  });
+}
+
+void PricesDialog::decide(FXSelector decision, const String& code) {
+  if (decision == ID_REFUSE)
+    gateway().refuseDoubtful(code);
+  else
+    gateway().acceptDoubtful(code, decision == ID_TRUST);
+}
+
+long PricesDialog::onDecide(FXObject*, FXSelector selector, void*) {
+  return guardedHandler(u"PricesDialog::onDecide failed.", [this, selector] {
+    try {
+      decide(FXSELID(selector), m_table->chosenCode());
+    } catch (const Exception&) {
+      showAll(); // it counts for this run
+      throw;
+    }
+    showAll();
+  });
+}
+
+long PricesDialog::onRefresh(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"PricesDialog::onRefresh failed.", [] {
+    gateway().forgetFailures();
+    gateway().priceUpdater().wakeUp();
+  });
+}
+
+} // namespace Tallymoor

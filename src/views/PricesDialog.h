@@ -1,0 +1,45 @@
+#pragma once
+#include "views/PriceWatch.h"
+#include "widgets/Dialog.h"
+#include <array>
+#include <optional>
+
+namespace Tallymoor {
+
+class PricesTable;
+
+/// What is known of the prices of all stocks that are held or watched, and what can be done where one is
+/// missing, old or doubtful. What its buttons do is done at once.
+class PricesDialog : public Dialog {
+  FXDECLARE(PricesDialog)
+public:
+  enum { ID_TYPE_PRICE = Dialog::ID_LAST, ID_ACCEPT_DOUBTFUL, ID_TRUST, ID_REFUSE, ID_REFRESH, ID_LAST };
+
+  explicit PricesDialog(FXWindow* owner);
+  ~PricesDialog() override;
+
+  PricesTable* table() const { return m_table; }
+
+  long onTypePrice(FXObject*, FXSelector, void*);
+  long onDecide(FXObject*, FXSelector selector, void*);
+  long onRefresh(FXObject*, FXSelector, void*);
+
+protected:
+  PricesDialog() {}
+
+private:
+  void addActions(FXComposite* parent);
+  void showAll();
+  void showChoice();
+  void showText(const String& doubt);
+  static void decide(FXSelector decision, const String& code);
+
+  PricesTable* m_table = nullptr;
+  FXLabel* m_summary = nullptr;
+  FXLabel* m_doubt = nullptr;
+  FXButton* m_typePrice = nullptr;
+  std::array<FXButton*, 3> m_decisions{};
+  std::optional<PriceWatch> m_prices;
+};
+
+} // namespace Tallymoor

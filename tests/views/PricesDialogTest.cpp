@@ -1,0 +1,201 @@
+#include "views/PricesDialog.h"
+#include "ViewsTest.h"
+#include "views/DoubtWarnings.h"
+#include "views/PricesTable.h"
+
+namespace Tallymoor {
+namespace {
+
+using testing::ElementsAre;
+
+/// Two watched stocks on 3 March 2026: the price of one is known, 10.00 of yesterday; of the other nothing
+/// is.
+class PricesDialogTest : public ViewsTest {
+protected:
+  PricesDialogTest() {
+    for (const char16_t* code : {u"AAA.AX", u"BBB.AX"})
+      updater().addCode(code);
+    market().setHistory(u"AAA.AX", Date(2026, 2, 20), m_yesterday, 10.0);
+    gateway().historicalPrice(u"AAA.AX", m_yesterday, true);
+  }
+
+  static TallymoorInternet& gateway() { return TallymoorInternet::Instance(); }
+  static PriceUpdater& updater() { return gateway().priceUpdater(); }
+  void priceComes(double price) {
+    market().setCurrentPrice(u"AAA.AX", price);
+    updater().runPass();
+    letEventsPass();
+  }
+  /// Code and cells of each row, without its name.
+  static std::vector<std::string> rows(PricesTable& table) {
+    std::vector<std::string> texts;
+    for (FXint row = 0; Row* known = table.rowAt(row); ++row) {
+      std::string text = known->key().toUTF8();
+      for (const auto& column : table.columns())
+        if (column->title() != String(u"Name"))
+          text += "|" + (*column)(*known).toUTF8();
+      texts.push_back(text);
+    }
+    return texts;
+  }
+  /// Shows the dialog for the steps.
+  void show(const std::function<void(FXWindow& dialog, PricesTable& table)>& steps) {
+    PricesDialog dialog(&mainWindow());
+    whenModal("Prices", [&](FXWindow& window) {
+      steps(window, *dialog.table());
+      press(window, "Close");
+    });
+    EXPECT_EQ(1u, dialog.execute());
+  }
+
+  const Date m_yesterday{2026, 3, 2};
+};
+
+TEST_F(PricesDialogTest, ShowsWhatIsKnownOfEachCode) {
+  show([](FXWindow& dialog, PricesTable& table) {
+    EXPECT_THAT(rows(table), ElementsAre("AAA.AX|10.00|02/03/2026|1|",
+                                         "BBB.AX||||No price is known. Check the code, or type a price."));
+    EXPECT_TRUE(shows(dialog, "1 of 2 stocks have a price."));
+  });
+}
+
+TEST_F(PricesDialogTest, TellsOfDelistedCodes) {
+  gateway().markBadCode(u"AAA.AX");
+  show([](FXWindow&, PricesTable& table) {
+    EXPECT_EQ(rows(table)[0],
+              "AAA.AX|10.00|02/03/2026|1|Marked as delisted: its past prices are not fetched.");
+  });
+}
+
+TEST_F(PricesDialogTest, SaysThatNothingIsWatched) {
+  for (const char16_t* code : {u"AAA.AX", u"BBB.AX"})
+    updater().removeCode(code);
+  show([](FXWindow& dialog, PricesTable&) {
+    EXPECT_TRUE(shows(dialog, "No stock is held or watched yet."));
+    for (const char* label : {"Type a price...", "Accept", "Accept from now on", "Refuse"})
+      EXPECT_FALSE(button(dialog, label).isEnabled()) << label;
+  });
+}
+
+TEST_F(PricesDialogTest, ATypedPriceCounts) {
+  show([this](FXWindow& dialog, PricesTable& table) {
+    table.choose(u"BBB.AX");
+    whenModal("Type a price", [this](FXWindow& form) {
+      EXPECT_EQ("BBB.AX", std::string(field(form, "Stock").getText().text()));
+      EXPECT_EQ("none", std::string(field(form, "Known price").getText().text()));
+      answer("You must enter the price.", "OK");
+      press(form, "OK");
+      type(field(form, "Price"), "4.25");
+      type(field(form, "Date"), "2/3/2026");
+      press(form, "OK");
+    });
+    press(dialog, "Type a price...");
+    letEventsPass();
+    EXPECT_EQ(rows(table)[1], "BBB.AX|4.25|02/03/2026|1|");
+    EXPECT_TRUE(shows(dialog, "2 of 2 stocks have a price."));
+  });
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(u"BBB.AX", m_yesterday, 0), 4.25);
+}
+
+TEST_F(PricesDialogTest, TheFormShowsThePriceThatIsKnown) {
+  show([this](FXWindow& dialog, PricesTable& table) {
+    table.choose(u"AAA.AX");
+    whenModal("Type a price", [this](FXWindow& form) {
+      EXPECT_EQ("10.00 on 02/03/2026", std::string(field(form, "Known price").getText().text()));
+      type(field(form, "Date"), "4/3/2026");
+      type(field(form, "Price"), "4");
+      answer("You can't specify a date in the future.", "OK");
+      press(form, "OK");
+      press(form, "Cancel");
+    });
+    press(dialog, "Type a price...");
+  });
+  EXPECT_DOUBLE_EQ(gateway().getCachedPrice(u"AAA.AX", Date(2026, 3, 3), 0), 10);
+}
+
+TEST_F(PricesDialogTest, ADoubtfulPriceIsAccepted) {
+  priceComes(1000);
+  show([this](FXWindow& dialog, PricesTable& table) {
+    table.choose(u"AAA.AX");
+    letEventsPass();
+    EXPECT_TRUE(shows(dialog, "1 of 2 stocks have a price. The price of 1 stock is doubtful."));
+    EXPECT_EQ(rows(table)[0], "AAA.AX|10.00|03/03/2026|0|Doubtful: accept or refuse it.");
+    press(dialog, "Accept");
+    letEventsPass();
+    EXPECT_EQ(rows(table)[0], "AAA.AX|1000.00|03/03/2026|0|");
+    EXPECT_FALSE(button(dialog, "Accept").isEnabled());
+  });
+  priceComes(10);
+  EXPECT_EQ(gateway().doubtfulPrices().size(), 1u);
+}
+
+TEST_F(PricesDialogTest, ADoubtfulPriceIsAcceptedFromNowOn) {
+  priceComes(1000);
+  show([this](FXWindow& dialog, PricesTable& table) {
+    table.choose(u"AAA.AX");
+    letEventsPass();
+    press(dialog, "Accept from now on");
+  });
+  priceComes(10);
+  EXPECT_TRUE(gateway().doubtfulPrices().empty());
+  EXPECT_DOUBLE_EQ(updater().getCurrentPrice(u"AAA.AX"), 10);
+}
+
+TEST_F(PricesDialogTest, ADoubtfulPriceIsRefused) {
+  priceComes(1000);
+  show([this](FXWindow& dialog, PricesTable& table) {
+    table.choose(u"BBB.AX");
+    letEventsPass();
+    EXPECT_FALSE(button(dialog, "Refuse").isEnabled()) << "of another stock";
+    table.choose(u"AAA.AX");
+    letEventsPass();
+    press(dialog, "Refuse");
+    letEventsPass();
+    EXPECT_EQ(rows(table)[0], "AAA.AX|10.00|03/03/2026|0|");
+  });
+  priceComes(1000);
+  EXPECT_TRUE(gateway().doubtfulPrices().empty());
+}
+
+TEST_F(PricesDialogTest, FollowsThePricesThatCome) {
+  show([this](FXWindow&, PricesTable& table) {
+    market().setCurrentPrice(u"BBB.AX", 3);
+    priceComes(11);
+    runUntil([&] { return rows(table)[0] == "AAA.AX|11.00|03/03/2026|0|"; });
+    EXPECT_EQ(rows(table)[1], "BBB.AX|3.00|03/03/2026|0|");
+  });
+}
+
+TEST_F(PricesDialogTest, FetchingAgainForgetsFailures) {
+  const auto requestsOfAFetch = [this] {
+    const BackgroundPassScope askNothing;
+    const std::size_t before = market().requested(MarketFixture::Page::History).size();
+    EXPECT_THROW(gateway().historicalPrice(u"BBB.AX", m_yesterday, true), Exception);
+    return market().requested(MarketFixture::Page::History).size() - before;
+  };
+  EXPECT_GT(requestsOfAFetch(), 0u);
+  EXPECT_EQ(requestsOfAFetch(), 0u) << "it is known to fail";
+  show([&](FXWindow& dialog, PricesTable&) {
+    press(dialog, "Fetch again");
+    EXPECT_GT(requestsOfAFetch(), 0u);
+  });
+}
+
+TEST_F(PricesDialogTest, TheWindowWarnsOfADoubtfulPriceUntilItIsDecided) {
+  DoubtWarnings warnings(&app());
+  priceComes(1000);
+  priceComes(1001);
+  ASSERT_EQ(window().warnings.size(), 1u);
+  EXPECT_EQ(
+      window().warnings[0].text,
+      String(
+          u"AAA.AX: 1000.00 of 03/03/2026, but 10.00 of 02/03/2026 is known. One of them may be in cents or "
+          u"pence.\nThe last good price counts until you decide in Tools, Prices."));
+  EXPECT_TRUE(window().warningsOver.empty());
+  gateway().refuseDoubtful(u"AAA.AX");
+  letEventsPass();
+  EXPECT_TRUE(window().warningsOver.contains(window().warnings[0].key));
+}
+
+} // namespace
+} // namespace Tallymoor
