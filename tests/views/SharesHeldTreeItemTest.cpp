@@ -81,10 +81,10 @@ TEST_F(SharesHeldTreeItemTest, APriceChangesThePartOfEachShareInTheWhole) {
   showTree();
   const Table& table = *held(u"Trading").table();
   EXPECT_EQ("25.00%", cellText(table, 0, u"Portfolio %"));
-  market().setCurrentPrice(u"BBB.AX", 50.0);
+  market().setCurrentPrice(u"BBB.AX", 20.0);
   runPass();
-  EXPECT_EQ("12.50%", cellText(table, 0, u"Portfolio %"));
-  EXPECT_EQ("62.50%", cellText(table, 1, u"Portfolio %"));
+  EXPECT_EQ("20.00%", cellText(table, 0, u"Portfolio %"));
+  EXPECT_EQ("40.00%", cellText(table, 1, u"Portfolio %"));
 }
 
 TEST_F(SharesHeldTreeItemTest, HiddenColumnHasNoTotalAndTheOthersStay) {
