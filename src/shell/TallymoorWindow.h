@@ -59,6 +59,7 @@ public:
     ID_REPORT_CUSTOM,
     ID_CHECK_UPDATES,
     ID_REFRESH_PRICES,
+    ID_PRICES,
     ID_SETTINGS,
     ID_FAQ,
     ID_FEEDBACK,
@@ -72,7 +73,6 @@ public:
     ID_BACK,
     ID_BBACK,
     ID_NO_COMMAND, ///< of a button that does nothing for now
-    ID_PRICES,
     ID_LAST
   };
 
