@@ -3,9 +3,9 @@
 #include "foundation/FileReplacement.h"
 #include "foundation/LinuxPlatform.h"
 #include "foundation/OpenFile.h"
-#include <filesystem>
 #include <memory>
 #include <mutex>
+#include <sys/stat.h>
 
 namespace Tallymoor {
 
@@ -24,8 +24,7 @@ void copyMissing(const std::string& from, const String& to) {
     const String target = to + String(name.c_str());
     if (filePresence(source) != FilePresence::RegularFile || filePresence(target) != FilePresence::Missing)
       continue;
-    std::error_code failure; // the copy will say more
-    std::filesystem::create_directories(to.toUTF8(), failure);
+    ::mkdir(to.toUTF8().c_str(), 0700); // the copy tells of a failure
     copyFileReplacing(source, target);
   }
 }

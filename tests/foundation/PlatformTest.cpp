@@ -3,6 +3,7 @@
 #include "foundation/Exception.h"
 #include "foundation/FileOperations.h"
 #include "foundation/LinuxPlatform.h"
+#include "support/FileMode.h"
 #include "support/TestProfile.h"
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -46,6 +47,13 @@ TEST_F(PlatformTest, MissingSourcesOfPricesAreCopiedIntoTheirFolder) {
   installMissingDefaults(Platform::Instance(), APP_NAME);
   EXPECT_EQ(TestProfile::readFile(profile.configFolder() + u"Sources/One.xml"), "one");
   EXPECT_EQ(TestProfile::readFile(profile.configFolder() + u"Sources/Two.xml"), "the user's own");
+}
+
+TEST_F(PlatformTest, OnlyTheUserCanReadTheFolderOfSources) {
+  const NoUmask umask;
+  writeDefault("Config/Sources/One.xml", "one");
+  installMissingDefaults(Platform::Instance(), APP_NAME);
+  EXPECT_EQ(modeOf(profile.configFolder() + u"Sources"), 0700u);
 }
 
 TEST_F(PlatformTest, AnExistingDocumentIsNeverChanged) {
