@@ -62,9 +62,10 @@ std::optional<KnownClose> contradicted(const CachedShare& known, const Date& day
   return KnownClose{day, row->second.close, true};
 }
 
-std::optional<KnownClose> firstAfter(const CachedShare& known, const Date& day) {
+/// The first close behind the day that a source has told.
+std::optional<KnownClose> firstToldAfter(const CachedShare& known, const Date& day) {
   for (auto row = known.values.upper_bound(day); row != known.values.end(); ++row)
-    if (!showsAsZero(row->second.close, PRICE_CACHE_DECIMALS))
+    if (row->second.origin == PriceOrigin::Source && !showsAsZero(row->second.close, PRICE_CACHE_DECIMALS))
       return KnownClose{row->first, row->second.close, SharePriceCache::isFinal(known, row)};
   return std::nullopt;
 }
@@ -87,13 +88,19 @@ public:
 private:
   void check(Rows::const_iterator row) {
     const auto& [day, value] = *row;
+    if (const ShareValue* known = m_known.find(day); known && known->origin == PriceOrigin::Typed)
+      return keep(day, *known); // which the row does not replace
     if (const auto reason = jump(row))
       return doubt(row, *reason, m_before);
     if (isOutsideItsRange(value))
       return doubt(row, DoubtReason::Range, std::nullopt);
     if (const auto known = contradicted(m_known, day, value.close))
       return doubt(row, DoubtReason::Contradiction, known);
-    m_result.good.insert(*row);
+    keep(day, value);
+  }
+
+  void keep(const Date& day, const ShareValue& value) {
+    m_result.good.emplace(day, value);
     if (!showsAsZero(value.close, PRICE_CACHE_DECIMALS))
       m_before = KnownClose{day, value.close, false};
   }
@@ -109,7 +116,7 @@ private:
   /// doubtful as a whole.
   bool leadsUpToAnotherUnit() {
     const auto last = std::prev(m_fetched.end());
-    const auto after = firstAfter(m_known, last->first);
+    const auto after = firstToldAfter(m_known, last->first);
     if (!after || jumpBetween(after->close, last->second.close) != DoubtReason::Unit)
       return false;
     for (auto row = m_fetched.begin(); row != m_fetched.end(); ++row)

@@ -156,9 +156,8 @@ void PricePass::keepPrice(const Request& request, const Answer& answer) {
     if (request.wantsName)
       m_updater.names().keep(code, answer.names);
     // What the user has typed for the day stays.
-    price = m_history.cache()
-                .typedPrice(code, Date::realToday())
-                .value_or(m_history.admittedPrice(code, answer.price));
+    const std::optional<double> typed = m_history.cache().typedPrice(code, Date::realToday());
+    price = typed ? *typed : m_history.admittedPrice(code, answer.price);
     if (!showsAsZero(price))
       m_updater.setCurrentPrice(code, price);
   });

@@ -1,5 +1,6 @@
 #include "views/PricesTable.h"
 #include "foundation/Amounts.h"
+#include "market/PriceStatus.h"
 #include "market/StockNames.h"
 #include "market/TallymoorInternet.h"
 #include "widgets/HandlerScope.h"
@@ -38,6 +39,15 @@ CellResult priceCell(Row& row) {
   return last ? CellResult(last->close, CELL_PRICE) : CellResult(String());
 }
 
+CellResult sourceCell(Row& row) {
+  const PriceStatus::OfCode status = gateway().priceStatus().ofCode(codeOf(row));
+  if (!status.price)
+    return CellResult(String());
+  if (status.isTyped)
+    return CellResult(u"typed");
+  return CellResult(status.isSample ? u"made up, by the sample service" : status.source);
+}
+
 CellResult dayCell(Row& row) {
   const auto last = lastPrice(codeOf(row));
   return last ? CellResult(last->day) : CellResult(String());
@@ -56,6 +66,8 @@ CellResult stateCell(Row& row) {
     return CellResult(u"Doubtful: accept or refuse it.");
   if (gateway().isBadCode(code))
     return CellResult(u"Marked as delisted: its past prices are not fetched.");
+  if (const auto reasons = gateway().priceStatus().ofCode(code).reasons; !reasons.empty())
+    return CellResult(reasons.front().source + u": " + reasons.front().text);
   if (!lastPrice(code))
     return CellResult(u"No price is known. Check the code, or type a price.");
   return CellResult(String());
@@ -75,6 +87,8 @@ void PricesTable::fillTable() {
   addColumn(std::make_unique<Column>(u"Day", dayCell, COMPARE_OLDEST_FIRST));
   addColumn(std::make_unique<Column>(u"Age", ageCell, COMPARE_NUMBER))
       .setToolTip(u"Days since the day of the price");
+  addColumn(std::make_unique<Column>(u"Source", sourceCell, COMPARE_TEXT, true, FXTableItem::LEFT))
+      .setToolTip(u"Where the last price came from; empty if that was before the program was started");
   addColumn(std::make_unique<Column>(u"State", stateCell, COMPARE_TEXT, true, FXTableItem::LEFT));
   m_codes.clear();
   for (const String& code : gateway().priceUpdater().codes())

@@ -45,6 +45,13 @@ TEST_F(DoubtfulPricesTest, ThePriceBeforeItCountsUntilTheUserHasDecided) {
   gateway().acceptDoubtful(m_code, false); // nothing waits
 }
 
+TEST_F(DoubtfulPricesTest, NothingIsAskedForADayWhosePriceWasTyped) {
+  gateway().setCachedPrice(m_code, m_today, 0.05);
+  passWith(5);
+  EXPECT_EQ(numWaiting(), 0u);
+  EXPECT_DOUBLE_EQ(updater().getCurrentPrice(m_code), 0.05);
+}
+
 TEST_F(DoubtfulPricesTest, ARefusedPriceIsNotAskedAboutAgain) {
   passWith(500);
   gateway().refuseDoubtful(m_code);

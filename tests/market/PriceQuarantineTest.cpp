@@ -103,6 +103,9 @@ TEST_F(PriceQuarantineTest, AnotherCloseOfAKnownDayIsDoubtful) {
             (Texts{u"4 10.11 contradiction", u"5 9.89 contradiction"}));
   m_profile.setToday(march(6));
   EXPECT_EQ(doubts(rows({{6, 11}})), Texts{}) << "the day was not over";
+  m_known.values[march(6)].origin = PriceOrigin::Typed;
+  EXPECT_EQ(doubts(rows({{6, 1000}, {9, 10}})), Texts{})
+      << "a typed price stays, and is what later ones follow";
   for (const PriceOrigin origin : {PriceOrigin::Current, PriceOrigin::Filled, PriceOrigin::Typed}) {
     m_known.values[march(4)].origin = origin;
     EXPECT_EQ(doubts(rows({{4, 11}})), Texts{});
