@@ -7,6 +7,7 @@
 #include "widgets/MessageLayout.h"
 #include "widgets/TextSize.h"
 #include "widgets/ToolkitText.h"
+#include <algorithm>
 
 namespace Tallymoor {
 
@@ -28,6 +29,11 @@ constexpr std::size_t DOUBT_LINES = 3;
 
 TallymoorInternet& gateway() {
   return TallymoorInternet::Instance();
+}
+
+/// That of the table, which scrolls where the screen is narrow.
+FXint widthOnScreen(const FXWindow& dialog) {
+  return std::min(scaledToText(WIDTH), dialog.getRoot()->getWidth() * 9 / 10);
 }
 
 void showUsable(FXButton& button, bool usable) {
@@ -53,10 +59,10 @@ PricesDialog::PricesDialog(FXWindow* owner)
   m_summary = new FXLabel(contents(), "", nullptr, JUSTIFY_LEFT | LAYOUT_FILL_X);
   auto* frame =
       new FXHorizontalFrame(contents(), FRAME_SUNKEN | FRAME_THICK | LAYOUT_FIX_WIDTH | LAYOUT_FIX_HEIGHT, 0,
-                            0, scaledToText(WIDTH), scaledToText(HEIGHT), 0, 0, 0, 0);
+                            0, widthOnScreen(*this), scaledToText(HEIGHT), 0, 0, 0, 0);
   m_table = new PricesTable(frame);
   m_doubt = new FXLabel(contents(), "\n\n", nullptr, JUSTIFY_LEFT | LAYOUT_FILL_X);
-  addActions(new FXHorizontalFrame(contents(), LAYOUT_FILL_X | PACK_UNIFORM_WIDTH));
+  addActions();
   cancelButton()->hide();
   okButton()->setText("&Close");
   setFirstFocus(m_table);
@@ -70,14 +76,16 @@ PricesDialog::~PricesDialog() {
   m_prices.reset();
 }
 
-void PricesDialog::addActions(FXComposite* parent) {
-  const auto add = [this, parent](const char* text, FXSelector id) {
-    return new FXButton(parent, text, nullptr, this, id, BUTTON_NORMAL);
+void PricesDialog::addActions() {
+  auto* row = new FXHorizontalFrame(contents(), LAYOUT_FILL_X);
+  const auto add = [this, &row](const char* text, FXSelector id) {
+    return new FXButton(row, text, nullptr, this, id, BUTTON_NORMAL);
   };
-  m_typePrice = add("&Type a price...\t\tThe price of a day, as you know it", ID_TYPE_PRICE);
   m_decisions = {add("&Accept\t\tTakes the doubtful prices of this stock", ID_ACCEPT_DOUBTFUL),
                  add("Accept from &now on\t\tTakes them, and does not ask for this reason again", ID_TRUST),
                  add("&Refuse\t\tDrops the doubtful prices of this stock", ID_REFUSE)};
+  row = new FXHorizontalFrame(contents(), LAYOUT_FILL_X);
+  m_typePrice = add("&Type a price...\t\tThe price of a day, as you know it", ID_TYPE_PRICE);
   add("&Fetch again\t\tAsks the sources for all prices", ID_REFRESH);
 }
 
@@ -101,7 +109,7 @@ void PricesDialog::showChoice() {
 void PricesDialog::showText(const String& doubt) {
   const FXFont& font = *m_doubt->getFont();
   const auto widthOf = [&font](const String& line) { return font.getTextWidth(toFox(line)); };
-  m_doubt->setText(toFox(fittedMessage(doubt, {widthOf, scaledToText(WIDTH), DOUBT_LINES})));
+  m_doubt->setText(toFox(fittedMessage(doubt, {widthOf, widthOnScreen(*this), DOUBT_LINES})));
 }
 
 long PricesDialog::onTypePrice(FXObject*, FXSelector, void*) {

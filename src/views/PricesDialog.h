@@ -28,7 +28,7 @@ protected:
   PricesDialog() {}
 
 private:
-  void addActions(FXComposite* parent);
+  void addActions();
   void showAll();
   void showChoice();
   void showText(const String& doubt);

@@ -87,9 +87,9 @@ void PricesTable::fillTable() {
   addColumn(std::make_unique<Column>(u"Day", dayCell, COMPARE_OLDEST_FIRST));
   addColumn(std::make_unique<Column>(u"Age", ageCell, COMPARE_NUMBER))
       .setToolTip(u"Days since the day of the price");
+  addColumn(std::make_unique<Column>(u"State", stateCell, COMPARE_TEXT, true, FXTableItem::LEFT));
   addColumn(std::make_unique<Column>(u"Source", sourceCell, COMPARE_TEXT, true, FXTableItem::LEFT))
       .setToolTip(u"Where the last price came from; empty if that was before the program was started");
-  addColumn(std::make_unique<Column>(u"State", stateCell, COMPARE_TEXT, true, FXTableItem::LEFT));
   m_codes.clear();
   for (const String& code : gateway().priceUpdater().codes())
     addRow(std::make_unique<Row>(code, &m_codes.emplace_back(code)));

@@ -180,6 +180,11 @@ private:
              [page](FXWindow& dialog) { find<FXTabBook>(dialog)->setCurrent(page, TRUE); });
       command(TallymoorWindow::ID_SETTINGS);
     }
+    expect("Prices", visit, [this, visit](FXWindow& dialog) {
+      expect("Type a price", visit);
+      press(dialog, "Type a price...");
+    });
+    command(TallymoorWindow::ID_PRICES);
     expect("Choose the date", visit);
     click(*tallymoor().viewDateRow()->field());
   }
