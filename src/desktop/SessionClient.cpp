@@ -191,7 +191,7 @@ bool SessionClient::connecting() const {
 }
 
 void SessionClient::takeConnection() {
-  const SmcConn connection = m_opening->take();
+  SmcConn connection = m_opening->take();
   if (!connection)
     return;
   m_connection = connection;

@@ -12,7 +12,7 @@ namespace Tallymoor {
 
 namespace {
 
-constexpr std::int64_t SECONDS_A_DAY = 24 * 60 * 60;
+constexpr std::int64_t SECONDS_A_DAY = std::int64_t{24} * 60 * 60;
 constexpr std::int64_t MILLISECONDS = 1000;
 
 /// RFC 3986's unreserved characters stay.

@@ -21,7 +21,7 @@ GzipReader::Result GzipReader::take(const char* data, std::size_t length, std::v
                                     std::size_t limit) {
   if (!m_isReady || (m_isWhole && length != 0))
     return Result::Broken;
-  std::array<std::uint8_t, PIECE> piece;
+  std::array<std::uint8_t, PIECE> piece{};
   m_stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(data));
   m_stream.avail_in = static_cast<uInt>(length);
   do {
