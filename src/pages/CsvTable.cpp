@@ -100,6 +100,8 @@ AnswerRow rowOf(const Fields& fields, const AnswerFormat& format, const std::vec
   return row;
 }
 
+constexpr std::size_t GROWTH = std::size_t{1} << 20; ///< bytes of the room for a field
+
 } // namespace
 
 std::vector<Fields> readCsvRows(std::string_view bytes, char separator) {
@@ -108,6 +110,8 @@ std::vector<Fields> readCsvRows(std::string_view bytes, char separator) {
     throw AnswerException(Fault::Unreadable, u"the CSV reader could not start");
   const std::unique_ptr<csv_parser, decltype(&csv_free)> end(&parser, &csv_free);
   csv_set_delim(&parser, static_cast<unsigned char>(separator));
+  // By default a long field grows by 128 bytes at a time, each with a copy of what is there.
+  csv_set_blk_size(&parser, GROWTH);
   RowCollector collector;
   if (csv_parse(&parser, bytes.data(), bytes.size(), &RowCollector::takeField, &RowCollector::endRow,
                 &collector) != bytes.size())

@@ -166,11 +166,11 @@ TEST_F(PriceStatusTest, AChangedFileIsSeenByTheNextPass) {
   updater().runPass();
   EXPECT_EQ(updater().getCurrentPrice(u"OKAY"), 4.8);
   RecordingObserver observer;
-  writeFile("OKAY.csv", "Date,Close\n2006-11-14,4.70\n2006-11-15,4.80\n");
+  writeFile("OKAY.csv", "Date,Close\n2006-11-14,4.72\n2006-11-15,4.80\n");
   updater().runPass();
-  EXPECT_EQ(gateway().getCachedPrice(u"OKAY", Date(2006, 11, 14), 0), 4.7);
+  EXPECT_EQ(gateway().getCachedPrice(u"OKAY", Date(2006, 11, 14), 0), 4.72);
   const std::vector<String> heard = observer.heard();
-  EXPECT_EQ(std::count(heard.begin(), heard.end(), u"close OKAY 14/11/2006 4.7000"), 1);
+  EXPECT_EQ(std::count(heard.begin(), heard.end(), u"close OKAY 14/11/2006 4.7200"), 1);
   updater().runPass();
   EXPECT_EQ(observer.heard().size(), heard.size() + 2) << "price and end alone: the file is the same";
 }
