@@ -86,7 +86,8 @@ void PricesDialog::addActions() {
                  add("&Refuse\t\tDrops the doubtful prices of this stock", ID_REFUSE)};
   row = new FXHorizontalFrame(contents(), LAYOUT_FILL_X);
   m_typePrice = add("&Type a price...\t\tThe price of a day, as you know it", ID_TYPE_PRICE);
-  add("&Fetch again\t\tAsks the sources for all prices", ID_REFRESH);
+  new FXButton(row, "&Fetch again\t\tAsks the sources for all prices", nullptr, this, ID_REFRESH,
+               BUTTON_NORMAL);
 }
 
 void PricesDialog::showAll() {
