@@ -104,7 +104,7 @@ private:
 };
 
 Places placesInJson(std::string_view bytes) {
-  readJsonValues(bytes, {}); // throws for what is no JSON
+  readJsonValues(bytes, {}); // throws unless it is JSON
   const std::string_view text = withoutByteOrderMark(bytes);
   rapidjson::Document document;
   constexpr unsigned FLAGS = rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag;

@@ -96,7 +96,7 @@ void readDocument(const String& path, const std::string& bytes, XMLElement& root
 } // namespace
 
 String rootElementOf(const std::string& path) {
-  readWholeFile(path); // fails for what is no file
+  readWholeFile(path); // fails unless it is a file
   RootName root;
   try {
     root.decode(String(path.c_str()));

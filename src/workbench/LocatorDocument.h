@@ -34,7 +34,7 @@ private:
   std::unique_ptr<XMLElement> m_root;
 };
 
-/// The name of the root element of a document. Throws WorkbenchFailure for what is no XML.
+/// The name of the root element of a document. Throws WorkbenchFailure unless it is XML.
 String rootElementOf(const std::string& path);
 
 } // namespace Tallymoor
