@@ -48,13 +48,17 @@ set_target_properties(Csv::Csv PROPERTIES
   IMPORTED_LOCATION ${CSV_LIBRARY}
   INTERFACE_INCLUDE_DIRECTORIES ${CSV_INCLUDE_DIR})
 
+# For the journal.
+pkg_check_modules(ZSTD REQUIRED IMPORTED_TARGET libzstd)
+add_library(Zstd::Zstd ALIAS PkgConfig::ZSTD)
+
 pkg_check_modules(SM REQUIRED IMPORTED_TARGET sm ice)
 add_library(Sm::Sm ALIAS PkgConfig::SM)
 
 # For the pictures of adverts.
 find_package(GIF 5.0 REQUIRED)
 
-# Only for the signatures of program updates.
+# For the signatures of program updates and the checksums of the journal.
 find_package(OpenSSL 3.0 REQUIRED)
 
 # Only for the sample data service and the servers in tests.

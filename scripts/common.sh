@@ -5,7 +5,7 @@
 build_packages=(
   g++ cmake ninja-build pkg-config
   libfox-1.6-dev libxerces-c-dev libcurl4-openssl-dev libicu-dev libxslt1-dev libcpp-httplib-dev
-  libsdbus-c++-dev libssl-dev libcli11-dev libpango1.0-dev libgif-dev rapidjson-dev libcsv-dev
+  libsdbus-c++-dev libssl-dev libcli11-dev libpango1.0-dev libgif-dev rapidjson-dev libcsv-dev libzstd-dev
   libsm-dev libice-dev libxml2-dev zlib1g-dev
   librsvg2-bin dpkg-dev file
   cmark-gfm python3

@@ -7,14 +7,15 @@ namespace Tallymoor {
 
 namespace {
 
-const char16_t* const NOTICES = u"This program stands on the FOX Toolkit, the Xerces-C++ XML parser,\n"
-                                u"libxml2 and libxslt, libcurl, OpenSSL, the International Components\n"
-                                u"for Unicode (ICU), cairo, Pango, HarfBuzz, GLib, giflib, zlib, libcsv,\n"
-                                u"sdbus-c++, and libX11, libSM and libICE of the X Window System, each\n"
-                                u"under its own licence.\n\n"
-                                u"Prices come from the web pages that the locator documents in the\n"
-                                u"configuration folder name. They may be delayed or wrong: check\n"
-                                u"them with your broker before you act on them.";
+const char16_t* const NOTICES =
+    u"This program stands on the FOX Toolkit, the Xerces-C++ XML parser,\n"
+    u"libxml2 and libxslt, libcurl, OpenSSL, the International Components\n"
+    u"for Unicode (ICU), cairo, Pango, HarfBuzz, GLib, giflib, zlib, zstd,\n"
+    u"libcsv, sdbus-c++, and libX11, libSM and libICE of the X Window System, each\n"
+    u"under its own licence.\n\n"
+    u"Prices come from the web pages that the locator documents in the\n"
+    u"configuration folder name. They may be delayed or wrong: check\n"
+    u"them with your broker before you act on them.";
 
 } // namespace
 

@@ -1,0 +1,62 @@
+#pragma once
+#include "foundation/String.h"
+#include "session/TextEdits.h"
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Tallymoor {
+
+/// A checksum (SHA-256) of a portfolio's records as they are written.
+using RecordsState = std::array<unsigned char, 32>;
+RecordsState stateOf(std::string_view records);
+
+/// What a change did to one portfolio.
+struct ChangedPortfolio {
+  String nameBefore;             ///< empty for a new portfolio
+  String nameAfter;              ///< empty for a deleted one
+  std::uint32_t placeBefore = 0; ///< among the portfolios of the records
+  std::uint32_t placeAfter = 0;
+  RecordsState before{}; ///< the state of an empty text for a new portfolio
+  RecordsState after{};  ///< likewise for a deleted one
+  std::vector<TextEdit> edits;
+
+  /// From the records before to those after; an empty name means that there are none.
+  static ChangedPortfolio between(const String& nameBefore, std::string_view before, const String& nameAfter,
+                                  std::string_view after);
+  ChangedPortfolio reversed() const;
+  /// The records after the change; nothing if these are not those before it.
+  std::optional<std::string> appliedTo(std::string_view records) const;
+
+  bool operator==(const ChangedPortfolio&) const = default;
+};
+
+/// What one command of the user did, as the journal holds it.
+struct Change {
+  /// The numbers stand in files and never change.
+  enum class Kind : std::uint8_t {
+    Made = 1,   ///< a command
+    Undone = 2, ///< the change `other` was undone
+    Redone = 3, ///< and made again
+    Saved = 4   ///< no change: up to here everything is in the records file
+  };
+
+  Kind kind = Kind::Made;
+  std::uint64_t number = 0; ///< given by the journal: each has a greater one than those before it
+  std::uint64_t other = 0;
+  std::int64_t moment = 0; ///< seconds since 1970, UTC
+  String sentence;         ///< as the user reads it
+  std::vector<ChangedPortfolio> portfolios;
+
+  bool operator==(const Change&) const = default;
+};
+
+/// As bytes of a file, compressed; without the number.
+std::string packed(const Change& change);
+/// Nothing for bytes that `packed` can't have written.
+std::optional<Change> unpacked(std::string_view bytes);
+
+} // namespace Tallymoor
