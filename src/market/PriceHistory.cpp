@@ -223,6 +223,16 @@ bool PriceHistory::setTypedPrice(const String& code, const Date& day, double clo
   return !changed.empty();
 }
 
+SharePriceCache::Closes PriceHistory::removeTypedPrice(const String& code, const Date& day) {
+  SharePriceCache::Closes removed = m_cache.removeTypedPrice(code, day);
+  if (removed.empty())
+    return removed;
+  m_answered.erase(code);
+  m_failures.forget(code);
+  tell(code, removed);
+  return removed;
+}
+
 void PriceHistory::refreshClosesFrom(const String& code, const Date& first) {
   if (!m_connection.isOnline() || isBad(code) || m_cache.shareOrEmpty(code).unreadable)
     return;

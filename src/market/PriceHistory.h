@@ -51,6 +51,8 @@ public:
   bool hasAnsweredFor(const String& code, const Date& day) REQUIRES(bigMutex());
   /// True if a close has changed.
   bool setTypedPrice(const String& code, const Date& day, double close) REQUIRES(bigMutex());
+  /// The days that have no price any more; their failures of before are forgotten.
+  SharePriceCache::Closes removeTypedPrice(const String& code, const Date& day) REQUIRES(bigMutex());
   SharePriceCache::Closes keepRecent(const String& code, const HistoryRange& range,
                                      const SharePriceCache::Rows& rows) REQUIRES(bigMutex());
   void refreshClosesFrom(const String& code, const Date& first) REQUIRES(bigMutex());

@@ -185,6 +185,23 @@ std::optional<double> SharePriceCache::typedPrice(const String& code, const Date
   return row && row->origin == PriceOrigin::Typed ? std::optional(row->close) : std::nullopt;
 }
 
+SharePriceCache::Closes SharePriceCache::removeTypedPrice(const String& code, const Date& day) {
+  if (!typedPrice(code, day))
+    return {};
+  CachedShare& known = shareOrEmpty(code);
+  known.modified = true;
+  ++m_changeStamp;
+  auto row = known.values.find(day);
+  const double typed = row->second.close;
+  const std::optional<KnownClose> before = lastCloseBefore(code, day);
+  Closes removed;
+  do {
+    removed.emplace_back(row->first, before ? before->close : typed);
+    row = known.values.erase(row);
+  } while (row != known.values.end() && row->second.origin == PriceOrigin::Filled);
+  return removed;
+}
+
 std::optional<KnownClose> SharePriceCache::closeOn(const String& code, const Date& day) {
   const CachedShare& known = shareOrEmpty(code);
   const auto row = known.values.find(day);
@@ -285,12 +302,20 @@ void SharePriceCache::forgetFetched() {
 
 void SharePriceCache::save() {
   forEachThenThrow(m_entries, [this](auto& item) {
-    CachedShare& share = item.second.share;
-    if (!share.modified || share.unreadable)
-      return;
-    writePriceCache(pathOf(item.first), item.first, share);
-    share.modified = false;
+    if (!item.second.share.unreadable)
+      save(item.first);
   });
+}
+
+void SharePriceCache::save(const String& code) {
+  CachedShare& share = shareOrEmpty(code);
+  if (share.unreadable)
+    throw Exception(u"The prices of " + code + u" are not stored, since their file can't be read: " +
+                    pathOf(code));
+  if (!share.modified)
+    return;
+  writePriceCache(pathOf(code), code, share);
+  share.modified = false;
 }
 
 void SharePriceCache::clear() {

@@ -57,6 +57,10 @@ public:
   /// done, for a day after the real today.
   Closes setTypedPrice(const String& code, const Date& day, double close);
   std::optional<double> typedPrice(const String& code, const Date& day);
+  /// The day has no price afterwards, nor have the days after it that were filled in from it. Returns them,
+  /// with the last close before the day if there is one, else with what was typed; none for a day whose price
+  /// was not typed.
+  Closes removeTypedPrice(const String& code, const Date& day);
   /// The close of the day; nothing when there is none, or one that shows as zero.
   std::optional<KnownClose> closeOn(const String& code, const Date& day);
   /// The last close before the day, whatever its age; none that shows as zero.
@@ -76,6 +80,9 @@ public:
   /// Writes what has changed. A failure does not stop the rest; afterwards the first one is thrown as
   /// Exception.
   void save();
+  /// Writes the prices of one code, if they have changed. Throws Exception also if they can't be written
+  /// because the code's file could not be read.
+  void save(const String& code);
   /// Forgets everything and deletes all "*.xml" of the folder. Throws as save does.
   void clear();
 

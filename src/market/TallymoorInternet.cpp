@@ -279,6 +279,19 @@ void TallymoorInternet::setCachedPrice(const String& code, const Date& date, dou
     m_updater.setCurrentPrice(code, close);
 }
 
+void TallymoorInternet::removeTypedPrice(const String& code, const Date& date) {
+  const BigMutexLock lock;
+  const SharePriceCache::Closes removed = m_history.removeTypedPrice(code, date);
+  if (removed.empty())
+    return;
+  m_history.completeHistory(code, removed.front().first, removed.back().first);
+  if (date != Date::realToday() || !m_updater.hasCode(code))
+    return;
+  m_updater.setCurrentPrice(code, 0.0); // until the next one comes
+  if (m_connection.isOnline())
+    m_updater.wakeUp();
+}
+
 void TallymoorInternet::currentPriceUpdated(const String& code, double price) {
   const BigMutexLock lock;
   m_history.cache().noteCurrentPrice(code, Date(), price);
@@ -394,6 +407,11 @@ void TallymoorInternet::resumeUpdates() {
 void TallymoorInternet::save() {
   const BigMutexLock lock;
   m_history.cache().save();
+}
+
+void TallymoorInternet::save(const String& code) {
+  const BigMutexLock lock;
+  m_history.cache().save(code);
 }
 
 void TallymoorInternet::clear() {

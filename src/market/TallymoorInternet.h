@@ -120,6 +120,8 @@ public:
   /// A price typed by the user, which no fetched one replaces; today's also becomes the current price unless
   /// a view date is set. A day after the real today is left alone.
   void setCachedPrice(const String& code, const Date& date, double close);
+  /// Takes a typed price back, and fetches what the source has for the day. Does nothing for any other price.
+  void removeTypedPrice(const String& code, const Date& date);
 
   // Doubtful prices (see PriceQuarantine), which wait for the user's decision; meanwhile the last good price
   // counts.
@@ -157,6 +159,9 @@ public:
   /// Writes the cached prices that have changed. A code that fails does not stop the others; then throws
   /// Exception.
   void save();
+  /// The same for one code, as after a price was typed. Throws Exception also if its file can't be read and
+  /// is therefore not overwritten.
+  void save(const String& code);
   /// Forgets all cached prices and deletes every XML file in the cache folder.
   void clear();
 

@@ -2,6 +2,7 @@
 #include "entry/PriceEntryDialog.h"
 #include "entry/PriceEntryPanel.h"
 #include "market/TallymoorInternet.h"
+#include "views/PriceHistoryDialog.h"
 #include "views/PricesTable.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/MessageLayout.h"
@@ -17,6 +18,7 @@ PricesDialogMap[] = {
     FXMAPFUNCS(SEL_COMMAND, PricesDialog::ID_ACCEPT_DOUBTFUL, PricesDialog::ID_REFUSE,
                PricesDialog::onDecide),
     FXMAPFUNC(SEL_COMMAND, PricesDialog::ID_REFRESH, PricesDialog::onRefresh),
+    FXMAPFUNC(SEL_COMMAND, PricesDialog::ID_HISTORY, PricesDialog::onHistory),
 };
 
 FXIMPLEMENT(PricesDialog, Dialog, PricesDialogMap, ARRAYNUMBER(PricesDialogMap))
@@ -86,6 +88,7 @@ void PricesDialog::addActions() {
                  add("&Refuse\t\tDrops the doubtful prices of this stock", ID_REFUSE)};
   row = new FXHorizontalFrame(contents(), LAYOUT_FILL_X);
   m_typePrice = add("&Type a price...\t\tThe price of a day, as you know it", ID_TYPE_PRICE);
+  m_history = add("&History...\t\tThe stored prices of this stock, which you can correct", ID_HISTORY);
   new FXButton(row, "&Fetch again\t\tAsks the sources for all prices", nullptr, this, ID_REFRESH,
                BUTTON_NORMAL);
 }
@@ -102,6 +105,7 @@ void PricesDialog::showChoice() {
   const auto waiting = doubtful.find(code);
   const bool isDoubtful = waiting != doubtful.end();
   showUsable(*m_typePrice, !code.empty());
+  showUsable(*m_history, !code.empty());
   for (FXButton* decision : m_decisions)
     showUsable(*decision, isDoubtful);
   showText(isDoubtful ? doubtTextOf(code, waiting->second) : String());
@@ -121,6 +125,7 @@ long PricesDialog::onTypePrice(FXObject*, FXSelector, void*) {
       return;
     gateway().setCachedPrice(code, dialog.panel()->date(), dialog.panel()->price());
     showAll();
+    gateway().save(code); // a failure is told; the price counts for this run
   });
 }
 
@@ -139,6 +144,14 @@ long PricesDialog::onDecide(FXObject*, FXSelector selector, void*) {
       showAll(); // it counts for this run
       throw;
     }
+    showAll();
+  });
+}
+
+long PricesDialog::onHistory(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"PricesDialog::onHistory failed.", [this] {
+    const String code = m_table->chosenCode();
+    PriceHistoryDialog(this, code).execute();
     showAll();
   });
 }

@@ -13,7 +13,15 @@ class PricesTable;
 class PricesDialog : public Dialog {
   FXDECLARE(PricesDialog)
 public:
-  enum { ID_TYPE_PRICE = Dialog::ID_LAST, ID_ACCEPT_DOUBTFUL, ID_TRUST, ID_REFUSE, ID_REFRESH, ID_LAST };
+  enum {
+    ID_TYPE_PRICE = Dialog::ID_LAST,
+    ID_ACCEPT_DOUBTFUL,
+    ID_TRUST,
+    ID_REFUSE,
+    ID_REFRESH,
+    ID_HISTORY,
+    ID_LAST
+  };
 
   explicit PricesDialog(FXWindow* owner);
   ~PricesDialog() override;
@@ -23,6 +31,7 @@ public:
   long onTypePrice(FXObject*, FXSelector, void*);
   long onDecide(FXObject*, FXSelector selector, void*);
   long onRefresh(FXObject*, FXSelector, void*);
+  long onHistory(FXObject*, FXSelector, void*);
 
 protected:
   PricesDialog() {}
@@ -38,6 +47,7 @@ private:
   FXLabel* m_summary = nullptr;
   FXLabel* m_doubt = nullptr;
   FXButton* m_typePrice = nullptr;
+  FXButton* m_history = nullptr;
   std::array<FXButton*, 3> m_decisions{};
   std::optional<PriceWatch> m_prices;
 };

@@ -154,10 +154,12 @@ void ChartView::drawPicture() {
 
 long ChartView::onPaint(FXObject*, FXSelector, void* data) {
   const BigMutexLock lock;
-  if (!HandlerScope::running())
+  const FXWindow* const shell = getShell();
+  if (!HandlerScope::running(shell))
     askSource();
   else if (m_stale)
-    HandlerScope::whenDone(this, [this] { update(); });
+    HandlerScope::whenDone(
+        this, [this] { update(); }, shell);
   drawPicture();
   FXDCWindow dc(this, static_cast<FXEvent*>(data));
   if (m_day) {

@@ -81,9 +81,11 @@ HandlerScope::~HandlerScope() {
     drain(loop);
 }
 
-bool HandlerScope::running() {
-  return std::any_of(state().loops.begin(), state().loops.end(),
-                     [](const Loop& loop) { return loop.depth > 0; });
+bool HandlerScope::running(const void* window) {
+  auto& loops = state().loops;
+  const auto loop = std::find_if(loops.begin(), loops.end(),
+                                 [own = &loopOf(window)](const Loop& each) { return &each == own; });
+  return std::any_of(loop, loops.end(), [](const Loop& each) { return each.depth > 0; });
 }
 
 void HandlerScope::whenDone(const void* owner, std::function<void()> work, const void* window) {

@@ -21,7 +21,9 @@ public:
   HandlerScope(const HandlerScope&) = delete;
   HandlerScope& operator=(const HandlerScope&) = delete;
 
-  static bool running();
+  /// True if a handler runs in the loop of the window, or in that of a dialog over it. The handler that
+  /// opened a modal dialog does not run in that dialog's loop.
+  static bool running(const void* window = nullptr);
 
   /// Runs the work at once when no handler is running, and throws what it throws; otherwise runs it when the
   /// outermost one has returned. The window is the one that the owner stands in: work of a modal dialog's

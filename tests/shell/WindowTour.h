@@ -183,6 +183,8 @@ private:
     expect("Prices", visit, [this, visit](FXWindow& dialog) {
       expect("Type a price", visit);
       press(dialog, "Type a price...");
+      expect("Stored prices of AAA.AX", visit);
+      press(dialog, "History...");
     });
     command(TallymoorWindow::ID_PRICES);
     expect("Choose the date", visit);

@@ -141,6 +141,16 @@ TEST_F(HandlerScopeTest, WorkLeftByADialogRunsOutside) {
   EXPECT_THAT(m_done, ElementsAre("left"));
 }
 
+TEST_F(HandlerScopeTest, TheHandlerThatOpenedADialogDoesNotRunInItsLoop) {
+  const int dialog = 0;
+  const HandlerScope opener;
+  const ModalLoopScope loop(&dialog);
+  EXPECT_TRUE(HandlerScope::running());
+  EXPECT_FALSE(HandlerScope::running(&dialog));
+  const HandlerScope inside;
+  EXPECT_TRUE(HandlerScope::running(&dialog));
+}
+
 TEST_F(HandlerScopeTest, AFailureOfDeferredWorkIsReportedForTheHandlerThatDeferredIt) {
   FakeUserInteraction user;
   guardedHandler(u"Outer failed.", [this] {

@@ -1,0 +1,143 @@
+#include "views/PriceHistoryTable.h"
+#include "foundation/Amounts.h"
+#include "foundation/Platform.h"
+#include "market/TallymoorInternet.h"
+#include "widgets/HandlerScope.h"
+#include "widgets/MainWindow.h"
+#include <algorithm>
+
+namespace Tallymoor {
+
+FXDEFMAP(PriceHistoryTable)
+PriceHistoryTableMap[] = {
+    FXMAPFUNC(SEL_CHANGED, Table::ID_TABLE, PriceHistoryTable::onChanged),
+};
+
+FXIMPLEMENT_ABSTRACT(PriceHistoryTable, Table, PriceHistoryTableMap, ARRAYNUMBER(PriceHistoryTableMap))
+
+namespace {
+
+using StoredDay = PriceHistoryTable::StoredDay;
+
+String local(const Date& day) {
+  return day.toString(DATE_DISPLAY_LOCAL);
+}
+
+/// Empty for what is unknown.
+CellResult priceCell(double price) {
+  return showsAsZero(price) ? CellResult(String()) : CellResult(price, CELL_PRICE);
+}
+
+CellResult closeCell(Row& row) {
+  return priceCell(row.payload<StoredDay>().value.close);
+}
+
+CellResult highCell(Row& row) {
+  return priceCell(row.payload<StoredDay>().value.high);
+}
+
+CellResult lowCell(Row& row) {
+  return priceCell(row.payload<StoredDay>().value.low);
+}
+
+CellResult volumeCell(Row& row) {
+  const std::int32_t volume = row.payload<StoredDay>().value.volume;
+  return volume > 0 ? CellResult(volume) : CellResult(String());
+}
+
+CellResult originCell(Row& row) {
+  switch (row.payload<StoredDay>().value.origin) {
+  case PriceOrigin::Source:
+    return CellResult(u"fetched");
+  case PriceOrigin::Current:
+    return CellResult(u"fetched during the day");
+  case PriceOrigin::Typed:
+    return CellResult(u"typed");
+  default:
+    return CellResult(u"not recorded");
+  }
+}
+
+/// A slip of the decimal sign, most likely.
+bool isFarFrom(double price, double before) {
+  constexpr double FAR = 3.0;
+  return price > before * FAR || price * FAR < before;
+}
+
+/// Tells the user what is wrong with a typed close, or asks about it. True if it is to be stored.
+bool isAccepted(const String& code, const Date& day, double close) {
+  if (close < 0.0 || showsAsZero(close)) {
+    MainWindow::error(u"The price of " + code + u" on " + local(day) +
+                      u" must be a number above zero.\nThe old price stays.");
+    return false;
+  }
+  const auto before = TallymoorInternet::Instance().lastTradedClose(code, day.plusDays(-1));
+  return !before || !isFarFrom(close, before->close) ||
+         MainWindow::question(shortPriceText(close) + u" on " + local(day) + u" is far from " +
+                              shortPriceText(before->close) + u", the price of " + local(before->day) +
+                              u".\nDo you want to record it all the same?");
+}
+
+} // namespace
+
+PriceHistoryTable::PriceHistoryTable(FXComposite* parent, const String& code)
+    : Table(u"Price History Table", parent, true, nullptr, COMPARE_NEWEST_FIRST), m_code(code) {
+  setEmptyText(u"No price of this stock is stored.");
+  updateTable();
+}
+
+void PriceHistoryTable::fillTable() {
+  const StoredDay* const before = chosen();
+  const std::optional<Date> chosenDay = before ? std::optional(before->day) : std::nullopt;
+  clear();
+  addColumn(std::make_unique<Column>(u"Close", closeCell, COMPARE_NUMBER, true, FXTableItem::RIGHT, true))
+      .setToolTip(u"Type over it to correct it; a typed price is never replaced by a fetched one");
+  addColumn(std::make_unique<Column>(u"High", highCell, COMPARE_NUMBER));
+  addColumn(std::make_unique<Column>(u"Low", lowCell, COMPARE_NUMBER));
+  addColumn(std::make_unique<Column>(u"Volume", volumeCell, COMPARE_NUMBER));
+  addColumn(std::make_unique<Column>(u"From", originCell, COMPARE_TEXT, true, FXTableItem::LEFT))
+      .setToolTip(u"Where the close came from");
+  m_days.clear();
+  for (const auto& [day, value] : TallymoorInternet::Instance().cachedRows(m_code, Date(0u), Date()))
+    if (value.origin != PriceOrigin::Filled)
+      addRow(std::make_unique<Row>(local(day), &m_days.emplace_back(StoredDay{day, value})));
+  rebuild();
+  if (chosenDay)
+    choose(*chosenDay);
+  else
+    selectCurrentRow();
+}
+
+void PriceHistoryTable::cellEdited(Column& column, Row& row) {
+  const String text = shownText(column, row);
+  const StoredDay stored = row.payload<StoredDay>();
+  if (text == column(row))
+    return;
+  const double close = Platform::Instance().parseAmount(text);
+  if (isAccepted(m_code, stored.day, close) && m_closeTyped)
+    m_closeTyped(stored.day, close);
+}
+
+const PriceHistoryTable::StoredDay* PriceHistoryTable::chosen() const {
+  const Row* row = rowAt(std::max(getCurrentRow(), 0));
+  return row ? &row->payload<StoredDay>() : nullptr;
+}
+
+void PriceHistoryTable::choose(const Date& day) {
+  if (const String key = local(day); hasRow(key) && getNumColumns() > 0)
+    setCurrentItem(getRow(key), std::max(getCurrentColumn(), 0));
+  selectCurrentRow();
+}
+
+void PriceHistoryTable::selectCurrentRow() {
+  if (rowAt(getCurrentRow()))
+    selectRow(getCurrentRow());
+  if (m_choiceChanged)
+    m_choiceChanged();
+}
+
+long PriceHistoryTable::onChanged(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"PriceHistoryTable::onChanged failed.", [this] { selectCurrentRow(); });
+}
+
+} // namespace Tallymoor
