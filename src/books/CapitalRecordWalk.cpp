@@ -1,7 +1,6 @@
 #include "books/CapitalRecordWalk.h"
 #include "books/PortfolioEvents.h"
 #include "books/SplitTerms.h"
-#include "books/WalkedCash.h"
 #include "foundation/Amounts.h"
 #include "foundation/LengthyFunctions.h"
 #include "market/HistoryPage.h"
@@ -12,19 +11,11 @@
 
 namespace Tallymoor {
 
-namespace {
-
-/// Of a purchase that a sale has divided into parts that are no hundredths.
-bool isDivided(const XMLParcel& parcel) {
-  return hasFractionOfHundredths(parcel.numberText());
-}
-
-} // namespace
-
 WalkedPortfolio::~WalkedPortfolio() = default;
 
-CapitalRecordWalk::CapitalRecordWalk(WalkedPortfolio& portfolio, MarketPrices& prices, WalkedCash& cash)
-    : m_portfolio(portfolio), m_prices(prices), m_cash(cash), m_cashTotal(moneyText(0.0)) {
+CapitalRecordWalk::CapitalRecordWalk(WalkedPortfolio& portfolio, MarketPrices& prices, WalkedRecords& records)
+    : m_portfolio(portfolio), m_prices(prices), m_cash(records.cash), m_parcels(records.parcels),
+      m_cashTotal(moneyText(0.0)) {
   m_cash.read(m_portfolio.portfolio());
   readParcels();
   std::stable_sort(m_changes.begin(), m_changes.end(),
@@ -34,13 +25,17 @@ CapitalRecordWalk::CapitalRecordWalk(WalkedPortfolio& portfolio, MarketPrices& p
 CapitalRecordWalk::~CapitalRecordWalk() = default;
 
 void CapitalRecordWalk::readParcels() {
-  const XMLSharePortfolio& portfolio = m_portfolio.portfolio();
-  for (const XMLHeldShare& stock : portfolio.heldShares())
-    for (const XMLBuyEvent& parcel : stock.parcels())
-      addParcel(stock.code(), {&parcel, false, isDivided(parcel), parcel.bought(), FAR_OFF, m_parcelCount++});
-  for (const XMLSoldShare& stock : portfolio.soldShares())
-    for (const XMLSellEvent& sale : stock.sales())
-      addParcel(stock.code(), {&sale, true, isDivided(sale), sale.bought(), sale.sold(), m_parcelCount++});
+  m_parcels.read(m_portfolio.portfolio());
+  std::size_t rank = 0;
+  for (const WalkedParcels::Stock* kept : m_parcels.stocks()) {
+    if (kept->parcels.empty())
+      continue;
+    Stock& stock = stockOf(kept->code);
+    stock.parcels.push_back({&kept->parcels, rank});
+    rank += kept->parcels.size();
+    for (const WalkedParcels::Parcel& parcel : kept->parcels)
+      noteChanges(parcel, static_cast<std::size_t>(&stock - m_stocks.data()));
+  }
 }
 
 CapitalRecordWalk::Stock& CapitalRecordWalk::stockOf(const String& code) {
@@ -50,22 +45,16 @@ CapitalRecordWalk::Stock& CapitalRecordWalk::stockOf(const String& code) {
   return m_stocks[place->second];
 }
 
-void CapitalRecordWalk::addParcel(const String& code, const Parcel& parcel) {
-  Stock& stock = stockOf(code);
-  stock.parcels.push_back(parcel);
-  noteChanges(parcel, static_cast<std::size_t>(&stock - m_stocks.data()));
-}
-
-void CapitalRecordWalk::noteChanges(const Parcel& parcel, std::size_t stock) {
+void CapitalRecordWalk::noteChanges(const WalkedParcels::Parcel& parcel, std::size_t stock) {
   m_changes.push_back({parcel.from, stock});
   if (parcel.sold)
     m_changes.push_back({parcel.until, stock});
-  if (parcel.event->adjustments().empty())
+  if (parcel.adjusted.empty())
     return;
   // Adjustments don't count on the day of purchase itself.
   m_changes.push_back({parcel.from.plusDays(1), stock});
-  for (const XMLSplitAdjustment& adjustment : parcel.event->adjustments())
-    m_changes.push_back({adjustment.day(), stock});
+  for (const Date& start : parcel.adjusted)
+    m_changes.push_back({start, stock});
 }
 
 const String& CapitalRecordWalk::cashTotal(const Date& day) {
@@ -120,16 +109,20 @@ void CapitalRecordWalk::recompute(Stock& stock, const Date& day) {
   stock.rank = NOT_HELD;
   stock.number = numberText(0.0);
   double divided = 0.0;
-  for (const Parcel& parcel : stock.parcels) {
-    if (parcel.from > day || parcel.until <= day)
-      continue;
-    if (stock.rank == NOT_HELD)
-      stock.rank = parcel.rank;
-    const double number = sharesOn(*parcel.event, day).number;
-    if (parcel.divided)
-      divided += number;
-    else
-      stock.number = numberText(stock.number.toDouble() + number);
+  for (const auto& [parcels, firstRank] : stock.parcels) {
+    for (std::size_t i = 0; i < parcels->size(); ++i) {
+      const WalkedParcels::Parcel& parcel = (*parcels)[i];
+      if (parcel.from > day || parcel.until <= day)
+        continue;
+      if (stock.rank == NOT_HELD)
+        stock.rank = firstRank + i;
+      const bool isKnown = parcel.number && !stock.adjusted;
+      const double number = isKnown ? *parcel.number : sharesOn(*parcel.event, day).number;
+      if (parcel.divided)
+        divided += number;
+      else
+        stock.number = numberText(stock.number.toDouble() + number);
+    }
   }
   if (!showsAsZero(divided, 2))
     stock.number = numberText(stock.number.toDouble() + divided);
@@ -141,8 +134,9 @@ std::vector<HistoryNeed> CapitalRecordWalk::pricesFrom(const Date& day) const {
   const Date last = Date::hasFixedDate() ? Date() : Date().plusDays(-1);
   std::vector<HistoryNeed> held;
   for (const Stock& stock : m_stocks)
-    for (const Parcel& parcel : stock.parcels)
-      held.push_back({stock.code, std::max(parcel.from, day), std::min(parcel.until.plusDays(-1), last)});
+    for (const Parcels& parcels : stock.parcels)
+      for (const WalkedParcels::Parcel& parcel : *parcels.all)
+        held.push_back({stock.code, std::max(parcel.from, day), std::min(parcel.until.plusDays(-1), last)});
   std::erase_if(held, [](const HistoryNeed& days) { return days.first > days.last; });
   std::stable_sort(held.begin(), held.end(),
                    [](const HistoryNeed& a, const HistoryNeed& b) { return a.first < b.first; });
@@ -188,8 +182,10 @@ const std::vector<CapitalRecordWalk::Holding>* CapitalRecordWalk::holdings(const
     const CheckedPrice checked = m_portfolio.checkPriceForSplit(stock.code, day);
     if (isCancelled(progress))
       return nullptr; // its fetch may have been broken off, and the price a stand-in
-    if (checked.adjusted)
+    if (checked.adjusted) {
+      stock.adjusted = true;
       recompute(stock, day);
+    }
     if (stock.price.empty() || checked.price.price != stock.lastPrice) {
       stock.price = recordedPriceText(checked.price.price);
       stock.lastPrice = checked.price.price;

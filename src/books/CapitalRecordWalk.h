@@ -1,5 +1,7 @@
 #pragma once
 #include "books/DayPrice.h"
+#include "books/WalkedCash.h"
+#include "books/WalkedParcels.h"
 #include "foundation/Date.h"
 #include "foundation/String.h"
 #include <cstddef>
@@ -13,8 +15,6 @@ class HasLengthyFunctions;
 class MarketPrices;
 class Progress;
 struct HistoryNeed;
-class WalkedCash;
-class XMLParcel;
 class XMLSharePortfolio;
 
 /// The price of a stock on a day, looked at for a split.
@@ -41,6 +41,12 @@ public:
   virtual bool isStopWanted() const = 0;
 };
 
+/// What a walk has read of the records and leaves to the next one.
+struct WalkedRecords {
+  WalkedCash cash;
+  WalkedParcels parcels;
+};
+
 /// The figures of a portfolio day by day, forward, as the capital record writes them.
 ///
 /// A day is defined by all records up to it: the cash is the sum of all cash events up to the day in the
@@ -61,8 +67,8 @@ public:
     PriceStanding standing;
   };
 
-  /// The cash is what an earlier walk over the portfolio has left, or new; it outlives the walk.
-  CapitalRecordWalk(WalkedPortfolio& portfolio, MarketPrices& prices, WalkedCash& cash);
+  /// The records are what an earlier walk over the portfolio has left, or new; they outlive the walk.
+  CapitalRecordWalk(WalkedPortfolio& portfolio, MarketPrices& prices, WalkedRecords& records);
   ~CapitalRecordWalk();
 
   // Days are asked for in rising order.
@@ -84,22 +90,20 @@ public:
   SplitCheck checkForSplits(const Date& day);
 
 private:
-  struct Parcel {
-    const XMLParcel* event;
-    bool sold;
-    bool divided;     ///< a part of a purchase whose number has more than two decimals
-    Date from;        ///< first day held
-    Date until;       ///< first day not held any more; far off for a parcel that is still held
-    std::size_t rank; ///< place in the order of the records
+  /// Parcels of one stock that follow each other in the records.
+  struct Parcels {
+    const std::vector<WalkedParcels::Parcel>* all;
+    std::size_t firstRank; ///< place of the first in the order of the records
   };
   struct Stock {
     String code;
-    std::vector<Parcel> parcels;
-    std::size_t rank = NOT_HELD; ///< of the first parcel held on the day of the walk
+    std::vector<Parcels> parcels; ///< those held, those sold
+    std::size_t rank = NOT_HELD;  ///< of the first parcel held on the day of the walk
     String number;
     String price;
     double lastPrice = 0.0; ///< what `price` says
     bool stale = true;
+    bool adjusted = false; ///< the walk has recorded a split, which the parcels that were read don't know
     bool historyKnown = false;
   };
   /// A day on which the number of a stock may change.
@@ -111,8 +115,7 @@ private:
 
   void readParcels();
   Stock& stockOf(const String& code);
-  void addParcel(const String& code, const Parcel& parcel);
-  void noteChanges(const Parcel& parcel, std::size_t stock);
+  void noteChanges(const WalkedParcels::Parcel& parcel, std::size_t stock);
   void advanceTo(const Date& day);
   void recompute(Stock& stock, const Date& day);
   bool fetchPrices(const Stock& stock, const Date& day, Progress* progress) const;
@@ -123,13 +126,13 @@ private:
   WalkedPortfolio& m_portfolio;
   MarketPrices& m_prices;
   WalkedCash& m_cash;
+  WalkedParcels& m_parcels;
   std::size_t m_nextCashDay = 0;
   String m_cashTotal;
   std::map<String, std::size_t> m_places; ///< of the stocks, by code
   std::vector<Stock> m_stocks;            ///< in the order of the records
   std::vector<Change> m_changes;          ///< by day
   std::size_t m_nextChange = 0;
-  std::size_t m_parcelCount = 0;
   std::vector<std::size_t> m_held; ///< stocks held on the day of the walk, in the order of their first parcel
   std::vector<Holding> m_holdings;
 };

@@ -65,6 +65,11 @@ void SharePortfolioCapitalRecordUser::update(WalkedPortfolio& portfolio) {
     updateDays(portfolio);
 }
 
+const WalkedCash& SharePortfolioCapitalRecordUser::cashOf(const XMLSharePortfolio& portfolio) {
+  m_records.cash.read(portfolio);
+  return m_records.cash;
+}
+
 void SharePortfolioCapitalRecordUser::updateDays(WalkedPortfolio& portfolio) {
   if (const std::optional<Date> changed = takeRecomputeFrom())
     recordsChangedFrom(*changed);
@@ -92,7 +97,7 @@ void SharePortfolioCapitalRecordUser::checkLastDayForSplits(WalkedPortfolio& por
   if (!last || m_splitLook == SplitLook{*last, splitRatioDetect, reverseSplitRatioDetect})
     return;
   const CapitalRecordWalk::SplitCheck found =
-      CapitalRecordWalk(portfolio, m_prices, m_cash).checkForSplits(*last);
+      CapitalRecordWalk(portfolio, m_prices, m_records).checkForSplits(*last);
   if (found.adjusted)
     recordsChangedFrom(*last);
   else if (found.complete)
@@ -105,7 +110,7 @@ void SharePortfolioCapitalRecordUser::daysChanged(const Date& first, const Date&
 }
 
 void SharePortfolioCapitalRecordUser::updateTo(WalkedPortfolio& portfolio, Progress* progress) {
-  CapitalRecordWalk walk(portfolio, m_prices, m_cash);
+  CapitalRecordWalk walk(portfolio, m_prices, m_records);
   const Date today;
   Date before = nextDay(portfolio);
   for (Date day = before; day <= today; day.addDays(1)) {

@@ -1,14 +1,12 @@
 #pragma once
 #include "books/CapitalRecord.h"
-#include "books/WalkedCash.h"
+#include "books/CapitalRecordWalk.h"
 #include "foundation/LengthyFunctions.h"
 #include "market/PriceUpdater.h"
 
 namespace Tallymoor {
 
-class CapitalRecordWalk;
 class MarketPrices;
-class WalkedPortfolio;
 
 /// The capital record of a portfolio, kept in step with its records and with the prices. The days are derived
 /// from both, so they can always be thrown away: a change of the past drops the days from it on, and the next
@@ -35,6 +33,8 @@ public:
   /// this record, and in a background pass, where nothing may be asked. Throws Exception when a price is
   /// unavailable; the days before stay.
   void update(WalkedPortfolio& portfolio);
+  /// The portfolio's cash entries as they are now. Throws Exception for a day that can't be read.
+  const WalkedCash& cashOf(const XMLSharePortfolio& portfolio);
 
   /// From the price updater's thread, under the big mutex; also called when the user types a price.
   void currentPriceUpdated(const String& code, double price) override;
@@ -68,7 +68,7 @@ private:
   void settlePrice(const String& code, const Date& day);
 
   MarketPrices& m_prices;
-  WalkedCash m_cash;                     ///< as the last walk has read it
+  WalkedRecords m_records;               ///< as the last walk has read them
   WalkedPortfolio* m_updating = nullptr; ///< set during an update
   std::optional<SplitLook> m_splitLook;  ///< that of the last day; none once one of its prices is another one
 };

@@ -137,6 +137,10 @@ public:
     m_cash.edit(event, newDate, oldDate, value, description);
   }
   void deleteCashEvent(const XMLCashEvent& event) { m_cash.remove(event); }
+  /// Interest of the days from the first to the last. Throws Exception for a day that can't be read.
+  double interestBetween(const Date& first, const Date& last) {
+    return m_capitalRecord.cashOf(portfolio()).interestBetween(first, last);
+  }
   enum class CashReserve { Sound, Negative };
   /// How the reserve of today stands, by the capital record as it is. A negative one is worth a warning.
   CashReserve checkCashReserve() const;

@@ -6,11 +6,14 @@
 namespace Tallymoor {
 
 void WalkedCash::read(const XMLSharePortfolio& portfolio) {
+  const ElementList<const XMLCashEvent> events = portfolio.cashEvents();
+  if (m_daysKnown && m_stamp == events.changeStamp())
+    return;
   std::size_t place = 0;
-  for (const XMLCashEvent& event : portfolio.cashEvents()) {
+  for (const XMLCashEvent& event : events) {
     const bool isNew = place == m_entries.size();
     if (isNew || m_entries[place].event != &event || m_entries[place].stamp != event.changeStamp()) {
-      const Entry entry{&event, event.changeStamp(), event.day(), signedAmount(event), event.isExternal()};
+      const Entry entry = entryOf(event);
       m_daysKnown = false;
       if (isNew)
         m_entries.push_back(entry);
@@ -25,6 +28,24 @@ void WalkedCash::read(const XMLSharePortfolio& portfolio) {
   }
   if (!m_daysKnown)
     readDays();
+  m_stamp = events.changeStamp();
+}
+
+WalkedCash::Entry WalkedCash::entryOf(const XMLCashEvent& event) {
+  return {&event,
+          event.changeStamp(),
+          event.day(),
+          signedAmount(event),
+          event.isExternal(),
+          event.type() == CASH_EVENT_INTEREST && !event.isSetAside()};
+}
+
+double WalkedCash::interestBetween(const Date& first, const Date& last) const {
+  double sum = 0.0;
+  for (const Entry& entry : m_entries)
+    if (entry.interest && first <= entry.day && entry.day <= last)
+      sum += entry.value;
+  return sum;
 }
 
 /// Entries are mostly recorded in the order of their days.

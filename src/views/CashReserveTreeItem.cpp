@@ -51,16 +51,9 @@ void CashReserveTreeItem::showTotals() {
 
 double CashReserveTreeItem::interestOfFinancialYear() const {
   const Date today;
-  const Date start = CountryOfResidence::Instance().financialYearOf(today);
-  double sum = 0.0;
-  for (const XMLCashEvent& event : portfolio().portfolio().cashEvents()) {
-    const Date date = event.day();
-    // What came after a day in the past that is looked at is not shown in the table either.
-    const bool yetToCome = Date::hasFixedDate() && date > today;
-    if (event.type() == CASH_EVENT_INTEREST && date >= start && !yetToCome && !event.isSetAside())
-      sum += event.amount();
-  }
-  return sum;
+  // What came after a day in the past that is looked at is not shown in the table either.
+  const Date last = Date::hasFixedDate() ? today : XMLDate::farOff();
+  return portfolio().interestBetween(CountryOfResidence::Instance().financialYearOf(today), last);
 }
 
 std::vector<WrongDate> CashReserveTreeItem::wrongDates() const {

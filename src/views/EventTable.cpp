@@ -36,7 +36,7 @@ void EventTable::fillTable() {
     addAllEvents();
     setEmptyText(m_leftSomeOut ? EVENTS_LEFT_OUT : String(m_texts.noEvents));
     rebuild();
-    m_shownBefore.clear();
+    m_shownBefore = {};
   } catch (...) {
     forgetAll();
     throw;
@@ -46,8 +46,8 @@ void EventTable::fillTable() {
 /// No row may refer to an event that has gone.
 void EventTable::forgetAll() {
   clear();
-  m_shown.clear();
-  m_shownBefore.clear();
+  m_shown = {};
+  m_shownBefore = {};
 }
 
 void EventTable::declareColumns() {
@@ -62,27 +62,25 @@ void EventTable::declareColumns() {
 /// An event of the same day keeps its row. It may be another one in the place of one that has gone, which its
 /// stamp tells: records are long, so that of an unchanged event nothing is read again.
 void EventTable::addEvent(XMLEvent& event) {
-  const auto before = m_shownBefore.find(&event);
-  const bool wasShown = before != m_shownBefore.end();
-  const bool isUnchanged = wasShown && before->second.stamp == event.changeStamp();
-  const Date day = isUnchanged ? before->second.data.day : event.day();
+  const ShownEvents::Shown* before = m_shownBefore.find(event);
+  const bool isUnchanged = before && before->stamp == event.changeStamp();
+  const Date day = isUnchanged ? before->data.day : event.day();
   if (!dateShown(day)) {
     m_leftSomeOut = true;
     return;
   }
-  const bool counts = isUnchanged ? before->second.row->countsInTotals() : !event.isSetAside();
-  if (wasShown && before->second.data.day == day && before->second.row->countsInTotals() == counts) {
-    before->second.stamp = event.changeStamp();
-    keepRow(*before->second.row, !isUnchanged);
-    m_shown.insert(m_shownBefore.extract(before));
+  const bool counts = isUnchanged ? before->row->countsInTotals() : !event.isSetAside();
+  if (!before || before->data.day != day || before->row->countsInTotals() != counts) {
+    addRowOf(event, day, counts);
     return;
   }
-  addRowOf(event, day, counts);
+  keepRow(*before->row, !isUnchanged);
+  m_shown.add(m_shownBefore.takeFound()).stamp = event.changeStamp();
 }
 
 void EventTable::addRowOf(XMLEvent& event, const Date& day, bool counts) {
-  Shown& shown = m_shown.try_emplace(&event, Shown{{&event, &portfolio(), day}, nullptr, event.changeStamp()})
-                     .first->second;
+  ShownEvents::Shown& shown = m_shown.add(std::make_unique<ShownEvents::Shown>(
+      ShownEvents::Shown{{&event, &portfolio(), day}, nullptr, event.changeStamp()}));
   auto row = std::make_unique<Row>(day.toString(DATE_DISPLAY_LOCAL), &shown.data);
   if (!counts)
     row->leaveOutOfTotals();

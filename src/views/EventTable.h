@@ -1,25 +1,10 @@
 #pragma once
 #include "views/PortfolioTable.h"
+#include "views/ShownEvents.h"
 #include "xml/PortfolioRecords.h"
-#include <cstdint>
-#include <unordered_map>
 #include <vector>
 
 namespace Tallymoor {
-
-/// What a row of recorded events is computed from. The event belongs to the records; a table that reads it is
-/// told before it changes.
-struct EventRow {
-  XMLEvent* event = nullptr;
-  const SharePortfolioUser* portfolio = nullptr;
-  Date day; ///< of the event
-
-  /// The event as the class that the table's events are of.
-  template <class Event>
-  Event& as() const {
-    return elementAs<Event>(*event);
-  }
-};
 
 /// A table with a row for each recorded event of one kind, by the event's day, the oldest first. Events that
 /// Table::dateShown leaves out have none.
@@ -80,13 +65,6 @@ protected:
   void editRow(Row& row) override;
 
 private:
-  struct Shown {
-    EventRow data;
-    Row* row;
-    std::uint64_t stamp; ///< of the event, when its cells were computed
-  };
-  using ShownEvents = std::unordered_map<const XMLEvent*, Shown>;
-
   void declareColumns();
   void addEvent(XMLEvent& event);
   void addRowOf(XMLEvent& event, const Date& day, bool counts);

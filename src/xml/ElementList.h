@@ -62,6 +62,8 @@ public:
 
   std::size_t size() const { return instances().size(); }
   bool empty() const { return instances().empty(); }
+  /// XMLElement::changeStamp of the parent: the same as long as nothing in it has changed.
+  std::uint64_t changeStamp() const { return m_parent.changeStamp(); }
   Iterator begin() const { return Iterator(instances().data()); }
   Iterator end() const {
     const auto all = instances();

@@ -1,7 +1,6 @@
 #include "books/CapitalRecordWalk.h"
 #include "books/BooksTest.h"
 #include "books/SplitTerms.h"
-#include "books/WalkedCash.h"
 #include "foundation/Amounts.h"
 #include <map>
 #include <random>
@@ -195,8 +194,8 @@ TEST_F(CapitalRecordWalkTest, ASumThatIsNothingKeepsItsSign) {
   user().debitCash(Date(2026, 3, 3), 0.1, CASH_EVENT_DEBIT, u"");
   user().debitCash(Date(2026, 3, 2), 0.2, CASH_EVENT_DEBIT, u"");
   AskingPortfolio asking(user());
-  WalkedCash cash;
-  CapitalRecordWalk walk(asking, m_prices, cash);
+  WalkedRecords read;
+  CapitalRecordWalk walk(asking, m_prices, read);
   EXPECT_EQ(walk.cashTotal(Date(2026, 3, 1)), String(u"0.30"));
   EXPECT_EQ(walk.cashTotal(Date(2026, 3, 2)), String(u"0.10"));
   EXPECT_EQ(walk.cashTotal(Date(2026, 3, 3)), String::fromDouble(0.3 - 0.1 - 0.2, 2));
@@ -210,8 +209,8 @@ TEST_F(CapitalRecordWalkTest, EachParcelIsRoundedIntoTheSum) {
   }
   setPrices(u"ABC.AX", m_today.plusDays(-1), m_today, 1);
   AskingPortfolio asking(user());
-  WalkedCash cash;
-  CapitalRecordWalk walk(asking, m_prices, cash);
+  WalkedRecords read;
+  CapitalRecordWalk walk(asking, m_prices, read);
   EXPECT_EQ(walk.holdings(m_today, nullptr)->at(0).number, String(u"0.99")); // Sums of 0.33, 0.66 and 0.99.
 }
 
@@ -222,8 +221,8 @@ TEST_F(CapitalRecordWalkTest, PartsOfADividedPurchaseAreAddedUpBeforeTheyAreRoun
     user().sellShares(u"ABC.AX", {m_today, 100, 1, 0, u""}, true);
   setPrices(u"ABC.AX", Date(2026, 2, 28), m_today, 1);
   AskingPortfolio asking(user());
-  WalkedCash cash;
-  CapitalRecordWalk walk(asking, m_prices, cash);
+  WalkedRecords read;
+  CapitalRecordWalk walk(asking, m_prices, read);
   EXPECT_EQ(walk.holdings(Date(2026, 3, 1), nullptr)->at(0).number, String(u"100.00")); // Not 33.33 x 3.
   EXPECT_EQ(walk.holdings(Date(2026, 3, 2), nullptr)->at(0).number, String(u"300.00"));
   EXPECT_EQ(walk.holdings(m_today, nullptr)->at(0).number, String(u"100.00"));

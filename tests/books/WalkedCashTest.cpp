@@ -26,6 +26,7 @@ protected:
       EXPECT_EQ(expected.day, entry.day) << when;
       EXPECT_EQ(expected.value, entry.value) << when;
       EXPECT_EQ(expected.external, entry.external) << when;
+      EXPECT_EQ(expected.interest, entry.interest) << when;
     }
   }
 
@@ -40,9 +41,12 @@ TEST_F(WalkedCashTest, FollowsEveryChange) {
     const Date day = Date(2026, 2, 1).plusDays(static_cast<int>(upTo(30)));
     const double amount = 1.0 + static_cast<double>(upTo(1000)) / 8;
     const std::size_t place = events().empty() ? 0 : upTo(events().size());
-    switch (events().empty() ? 0 : upTo(6)) {
+    switch (events().empty() ? 0 : upTo(7)) {
     case 0:
       deposit(day, amount);
+      break;
+    case 6:
+      user().creditCash(day, amount, CASH_EVENT_INTEREST, u"INTEREST");
       break;
     case 1:
       user().debitCash(day, amount, CASH_EVENT_DEBIT, u"fee");
@@ -63,6 +67,17 @@ TEST_F(WalkedCashTest, FollowsEveryChange) {
     }
     expectAsReadAnew("step " + std::to_string(step));
   }
+}
+
+TEST_F(WalkedCashTest, InterestIsThatOfItsDays) {
+  for (const Date& day : {Date(2026, 2, 1), Date(2026, 2, 2), Date(2026, 2, 3), Date(2026, 2, 4)})
+    user().creditCash(day, day.day(), CASH_EVENT_INTEREST, u"INTEREST");
+  deposit(Date(2026, 2, 2), 100.0);
+  user().debitCash(Date(2026, 2, 2), 1000.0, CASH_EVENT_DEBIT, u"fee");
+  EXPECT_EQ(5.0, user().interestBetween(Date(2026, 2, 2), Date(2026, 2, 3)));
+  EXPECT_EQ(10.0, user().interestBetween(Date(2026, 2, 1), Date(2026, 2, 4)));
+  events()[1].subElement(u"Date").setValue(u"3/2/2026");
+  EXPECT_EQ(5.0, user().interestBetween(Date(2026, 2, 3), Date(2026, 2, 3)));
 }
 
 TEST_F(WalkedCashTest, AnEntryThatCannotBeReadIsReadWhenItIsMended) {
