@@ -2,7 +2,6 @@
 // numbers; the rest is the answer.
 #include "answers/AnswerChecks.h"
 #include "pages/CsvTable.h"
-#include "support/Input.h"
 #include "support/Require.h"
 #include <vector>
 
@@ -63,11 +62,9 @@ void compareWithPlainSplit(std::string_view bytes, char separator) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace Tallymoor::Fuzz;
-  Input input(data, size);
-  const std::uint8_t first = input.byte();
-  const std::string_view bytes = input.rest();
-  checkAnswer(bytes, formatOf(first), "\"");
-  compareWithPlainSplit(bytes, (first & 1) != 0 ? ';' : ',');
+  const auto [choice, bytes] = AnswerInput(data, size);
+  checkAnswer(bytes, formatOf(choice), "\"");
+  compareWithPlainSplit(bytes, (choice & 1) != 0 ? ';' : ',');
   checkProposal(bytes);
   return 0;
 }

@@ -3,7 +3,6 @@
 #include "answers/AnswerChecks.h"
 #include "pages/JsonPath.h"
 #include "pages/JsonValues.h"
-#include "support/Input.h"
 #include "support/Require.h"
 #include <map>
 #include <optional>
@@ -152,8 +151,7 @@ void check(std::size_t choice, std::string_view bytes) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace Tallymoor::Fuzz;
-  Input input(data, size);
-  const std::uint8_t first = input.byte();
-  check(first, input.rest());
+  const auto [choice, bytes] = AnswerInput(data, size);
+  check(choice, bytes);
   return 0;
 }

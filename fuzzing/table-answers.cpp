@@ -2,7 +2,6 @@
 // writing days and numbers; the rest is the page.
 #include "answers/AnswerChecks.h"
 #include "pages/PageTables.h"
-#include "support/Input.h"
 #include "support/Require.h"
 #include <vector>
 
@@ -35,11 +34,9 @@ void checkTables(std::string_view bytes) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace Tallymoor::Fuzz;
-  Input input(data, size);
-  const std::uint8_t first = input.byte();
-  const std::string_view bytes = input.rest();
+  const auto [choice, bytes] = AnswerInput(data, size);
   checkTables(bytes);
-  checkAnswer(bytes, formatOf(first), "&");
+  checkAnswer(bytes, formatOf(choice), "&");
   checkProposal(bytes);
   return 0;
 }

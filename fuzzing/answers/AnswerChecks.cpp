@@ -2,12 +2,19 @@
 #include "market/SourceAnswer.h"
 #include "pages/AnswerReading.h"
 #include "pages/FormatProposal.h"
+#include "support/Input.h"
 #include "support/Require.h"
 #include <cmath>
 #include <optional>
 #include <string>
 
 namespace Tallymoor::Fuzz {
+
+AnswerInput::AnswerInput(const std::uint8_t* data, std::size_t size) {
+  Input input(data, size);
+  choice = input.byte();
+  bytes = input.rest();
+}
 
 namespace {
 

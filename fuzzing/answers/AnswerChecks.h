@@ -1,9 +1,19 @@
 #pragma once
 #include "pages/AnswerFormat.h"
+#include <cstddef>
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
 namespace Tallymoor::Fuzz {
+
+/// An input of the targets: its first byte chooses a format, the rest is an answer.
+struct AnswerInput {
+  AnswerInput(const std::uint8_t* data, std::size_t size);
+
+  std::uint8_t choice;
+  std::string_view bytes;
+};
 
 /// The readers' whole promise on an answer: it is read or refused by an AnswerException, all prices are
 /// numbers above 0 on believable days, messages are short, and each text stands in the answer. The last is
