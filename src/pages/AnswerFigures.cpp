@@ -1,11 +1,13 @@
 #include "pages/AnswerFigures.h"
 #include "foundation/IcuText.h"
 #include "pages/PageFigure.h"
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <unicode/gregocal.h>
 #include <unicode/smpdtfmt.h>
 #include <unicode/timezone.h>
+#include <unicode/uchar.h>
 
 namespace Tallymoor {
 
@@ -21,8 +23,8 @@ icu::UnicodeString toIcu(const String& text) {
   return {text.data(), static_cast<int32_t>(text.size())};
 }
 
-[[noreturn]] void failAt(const char16_t* what, const String& text) {
-  throw AnswerException(Fault::Unreadable, what + (u": " + inMessage(text)));
+[[noreturn]] void failAt(const String& what, const String& text) {
+  throw AnswerException(Fault::Unreadable, what + u": " + inMessage(text));
 }
 
 std::unique_ptr<icu::TimeZone> timeZoneOf(const String& name) {
@@ -52,6 +54,26 @@ std::optional<double> plainNumber(const String& text) {
   const auto [rest, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
   const bool isWhole = error == std::errc() && rest == digits.data() + digits.size();
   return isWhole && std::isfinite(value) ? std::optional(value) : std::nullopt;
+}
+
+/// Signs that stand for one currency alone; "$" does not.
+struct CurrencySign {
+  char16_t sign;
+  std::u16string_view currency;
+};
+constexpr CurrencySign CURRENCY_SIGNS[] = {{u'\u20AC', u"EUR"}, {u'\u00A3', u"GBP"}};
+
+bool hasSignOfAnother(const String& text, const String& currency) {
+  return !currency.empty() && std::ranges::any_of(CURRENCY_SIGNS, [&](const CurrencySign& each) {
+    return text.find(each.sign) != String::npos && currency != String(each.currency);
+  });
+}
+
+/// Without one sign of a currency in front, as in "$10.50" or "\u20AC 10,50".
+String withoutCurrencySign(const String& text) {
+  const String number = withoutPageBlanks(text);
+  const bool hasSign = !number.empty() && u_charType(number[0]) == U_CURRENCY_SYMBOL;
+  return hasSign ? withoutPageBlanks(number.substr(1)) : number;
 }
 
 NumberSigns signsOf(char16_t decimalSign) {
@@ -122,8 +144,8 @@ private:
 };
 
 AnswerFigures::AnswerFigures(const AnswerFormat& format)
-    : m_decimalSign(format.decimalSign), m_factor(format.factor), m_invert(format.invert),
-      m_days(std::make_unique<DayReader>(format)) {}
+    : m_decimalSign(format.decimalSign), m_currency(format.currency), m_factor(format.factor),
+      m_invert(format.invert), m_days(std::make_unique<DayReader>(format)) {}
 
 AnswerFigures::~AnswerFigures() = default;
 
@@ -138,10 +160,14 @@ Date AnswerFigures::day(const String& text) const {
 std::optional<double> AnswerFigures::number(const String& text) const {
   if (!holdsDigits(text))
     return std::nullopt;
-  if (const std::optional<double> figure = readFigure(text, signsOf(m_decimalSign)))
+  const String shown = text.find(u'&') == String::npos ? text : withCharacters(text);
+  if (hasSignOfAnother(shown, m_currency))
+    failAt(u"not in " + m_currency, text);
+  const String number = withoutCurrencySign(shown);
+  if (const std::optional<double> figure = readFigure(number, signsOf(m_decimalSign)))
     return figure;
   if (m_decimalSign == u'.')
-    if (const std::optional<double> plain = plainNumber(withoutPageBlanks(text)))
+    if (const std::optional<double> plain = plainNumber(number))
       return plain;
   failAt(u"no number", text);
 }

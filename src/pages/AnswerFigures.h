@@ -19,8 +19,9 @@ public:
   /// zone. Throws AnswerException "no day: ...".
   Date day(const String& text) const;
   /// A number with the format's decimal sign; groups of three digits may stand before it, divided by the
-  /// other sign, an apostrophe or a blank. Nothing for a text without digits, such as "N/A". Throws
-  /// AnswerException "no number: ..." for any other text.
+  /// other sign, an apostrophe or a blank, and a sign of a currency may stand on either side. Nothing for a
+  /// text without digits, such as "N/A". Throws AnswerException "no number: ..." for any other text, and for
+  /// a sign of another currency than the format's.
   std::optional<double> number(const String& text) const;
   /// The number as a price in units of the currency: multiplied by the factor, inverted if so said. Nothing
   /// for 0, which says that there is no price. Throws as number, and for a price below 0.
@@ -32,6 +33,7 @@ private:
   class DayReader;
 
   char16_t m_decimalSign;
+  String m_currency; ///< of the format
   double m_factor;
   bool m_invert;
   std::unique_ptr<DayReader> m_days;

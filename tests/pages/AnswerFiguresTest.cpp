@@ -82,6 +82,23 @@ TEST(AnswerFigures, RefusesWhatIsNoNumber) {
   EXPECT_EQ(AnswerFigures(point).number(u"N/A"), std::nullopt);
 }
 
+TEST(AnswerFigures, ReadsNumbersWithTheSignOfACurrency) {
+  AnswerFormat dollars;
+  dollars.currency = u"USD";
+  AnswerFormat euros;
+  euros.decimalSign = u',';
+  euros.currency = u"EUR";
+  for (const char16_t* const text : {u"$10.50", u"$ 10.50", u"10.50 $", u"10.50"})
+    EXPECT_EQ(AnswerFigures(dollars).number(text), 10.5) << String(text).toUTF8();
+  for (const char16_t* const text : {u"\u20AC10,50", u"10,50 \u20AC", u"&euro; 10,50", u"10,50&nbsp;&euro;"})
+    EXPECT_EQ(AnswerFigures(euros).number(text), 10.5) << String(text).toUTF8();
+  EXPECT_EQ(messageOf([&] { AnswerFigures(dollars).number(u"\u00A310.50"); }),
+            u"not in USD: \"\u00A310.50\"");
+  EXPECT_EQ(messageOf([&] { AnswerFigures(dollars).number(u"$$10.50"); }), u"no number: \"$$10.50\"");
+  EXPECT_EQ(messageOf([&] { AnswerFigures(dollars).number(u"$12,34"); }), u"no number: \"$12,34\"");
+  EXPECT_EQ(messageOf([&] { AnswerFigures(dollars).price(u"$-1"); }), u"a price below zero: \"$-1\"");
+}
+
 TEST(AnswerFigures, MakesPricesOfNumbers) {
   AnswerFormat format;
   format.factor = 0.01;
