@@ -15,6 +15,11 @@ PriceStanding standingOf(const std::optional<KnownClose>& close) {
 
 } // namespace
 
+std::optional<double> PortfolioPrices::toldSplit(const String& code, const Date& first,
+                                                 const Date& last) const {
+  return m_market.toldSplit(code, first, last);
+}
+
 Exception PortfolioPrices::noPrice(const String& code, const Date& date) {
   return Exception(u"SharePortfolioUser::sharePriceFor - could not get price for " + code + u" at " +
                    date.toString(DATE_DISPLAY_LOCAL));

@@ -23,6 +23,9 @@ public:
   /// What the source or the user gave for the day; nothing if it is unavailable.
   std::optional<DayPrice> marketPrice(const String& code, const Date& date, bool upTo) const;
 
+  /// The shares that one became by the splits that a source has told of the days, both included.
+  std::optional<double> toldSplit(const String& code, const Date& first, const Date& last) const;
+
   static Exception noPrice(const String& code, const Date& date);
 
 private:

@@ -13,6 +13,8 @@ namespace Tallymoor {
 
 namespace {
 
+constexpr int DAYS_AROUND_A_SPLIT = 3;
+
 bool wasHeldAcross(const XMLBuyEvent& parcel, const Date& date) {
   return parcel.bought() < date;
 }
@@ -114,8 +116,29 @@ SplitBook::PriceCheck SplitBook::checkPrice(const String& code, const Date& date
   const DayPrice yesterday = m_prices.priceOn(code, date.plusDays(-1), false);
   if (isStandIn(today.standing) || isStandIn(yesterday.standing))
     return {today, std::nullopt};
-  const auto split = SuspectedSplit::between(yesterday.price, today.price);
+  const auto jump = SuspectedSplit::between(yesterday.price, today.price);
+  const auto told = toldSplit(code, date, jump);
+  const auto& split = told ? told : jump;
   return {today, split && !isAdjusted(code, date) ? split : std::nullopt};
+}
+
+/// A source may tell a split of a day beside that of the jump. Without a jump, because the source has
+/// adjusted its closes, it counts on its own day alone, and only if the user has not recorded it nearby.
+std::optional<SuspectedSplit> SplitBook::toldSplit(const String& code, const Date& date,
+                                                   const std::optional<SuspectedSplit>& jump) const {
+  const int days = jump ? DAYS_AROUND_A_SPLIT : 0;
+  const auto ratio = m_prices.toldSplit(code, date.plusDays(-days), date.plusDays(days));
+  const auto told = ratio ? SuspectedSplit::told(*ratio) : std::nullopt;
+  if (jump)
+    return told && told->isMerge() == jump->isMerge() ? told : std::nullopt;
+  return told && !isAnsweredAround(code, date) ? told : std::nullopt;
+}
+
+bool SplitBook::isAnsweredAround(const String& code, const Date& date) const {
+  for (int days = -DAYS_AROUND_A_SPLIT; days <= DAYS_AROUND_A_SPLIT; ++days)
+    if (hasHeldAdjustment(code, date.plusDays(days)) || hasSoldAdjustment(code, date.plusDays(days)))
+      return true;
+  return false;
 }
 
 void SplitBook::takeSplitsBetween(XMLParcel& parcel, const Date& bought, const Date& last) const {

@@ -38,7 +38,8 @@ public:
     DayPrice price;
     std::optional<SuspectedSplit> split; ///< to be put to the user, and the answer recorded
   };
-  /// The day's price, and the split that a jump since the day before suggests, unless an answer is recorded.
+  /// The day's price, and the split that a jump since the day before suggests or that a source tells of the
+  /// day, unless an answer is recorded. A jump is explained by a split that is told of days around it.
   /// A price that only stands in for that of its day says nothing of splits. Throws as
   /// PortfolioPrices::priceOn.
   PriceCheck checkPrice(const String& code, const Date& date) const;
@@ -50,6 +51,10 @@ public:
   void addKnownSplits(XMLParcel& parcel, const Date& after, const Date& last) const;
 
 private:
+  std::optional<SuspectedSplit> toldSplit(const String& code, const Date& date,
+                                          const std::optional<SuspectedSplit>& jump) const;
+  bool isAnsweredAround(const String& code, const Date& date) const;
+
   Holdings& m_holdings;
   const PortfolioPrices& m_prices;
   SharePortfolioCapitalRecordUser& m_record;

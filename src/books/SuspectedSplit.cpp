@@ -86,6 +86,22 @@ std::optional<SuspectedSplit> SuspectedSplit::between(double yesterday, double t
   return std::nullopt;
 }
 
+/// Sources round ratios such as 4:3 to a few decimals.
+std::optional<SuspectedSplit> SuspectedSplit::told(double ratio) {
+  constexpr double ROUNDING = 1e-4;
+  constexpr std::int32_t LARGEST_DENOMINATOR = 1000;
+  const double larger = ratio > 1.0 ? ratio : 1.0 / ratio;
+  if (!(ratio > 0.0) || !(larger > 1.0 + ROUNDING) || larger > LARGEST_NUMBER)
+    return std::nullopt;
+  for (std::int32_t second = 1; second <= LARGEST_DENOMINATOR; ++second) {
+    const double first = std::round(larger * second);
+    if (first <= LARGEST_NUMBER && std::abs(first / second - larger) <= larger * ROUNDING)
+      return SuspectedSplit(ratio > 1.0 ? Kind::Split : Kind::Merge,
+                            WholeRatio{static_cast<std::int32_t>(first), second});
+  }
+  return std::nullopt;
+}
+
 std::vector<std::int32_t> SuspectedSplit::factors(const std::optional<WholeRatio>& answer) const {
   if (!answer)
     return {isMerge() ? -1 : 1};

@@ -6,7 +6,8 @@
 
 namespace Tallymoor {
 
-/// A jump between the closes of two days that may come from a share split or a merge.
+/// A jump between the closes of two days that may come from a share split or a merge; or one that a source
+/// tells, whose ratio is not guessed.
 ///
 /// The jump counts when it reaches the ratio of the options, or when a split would explain it except for a
 /// move of at most a tenth: prices that fall to between 1/2.2 and 1.1/2 of what they were may be a split of
@@ -19,6 +20,12 @@ class SuspectedSplit {
 public:
   /// Nothing if the prices suggest no split. Both are above zero.
   static std::optional<SuspectedSplit> between(double yesterday, double today);
+
+  /// The split that a source tells: the shares that one became. Nothing for a ratio that no split has.
+  static std::optional<SuspectedSplit> told(double ratio);
+
+  /// True if a source tells it.
+  bool isTold() const { return m_isTold; }
 
   /// True for a split of 3:2. Bad news may make prices fall as far.
   bool isThreeForTwo() const { return m_kind == Kind::Split && m_proposed == WholeRatio{3, 2}; }
@@ -35,9 +42,11 @@ public:
 private:
   enum class Kind { Split, Merge };
   SuspectedSplit(Kind kind, double jump);
+  SuspectedSplit(Kind kind, const WholeRatio& told) : m_kind(kind), m_proposed(told), m_isTold(true) {}
 
   Kind m_kind;
   WholeRatio m_proposed;
+  bool m_isTold = false;
 };
 
 } // namespace Tallymoor

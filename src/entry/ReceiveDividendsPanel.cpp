@@ -159,6 +159,13 @@ void ReceiveDividendsPanel::showDividend(const XMLDividendEvent& dividendEvent) 
   showPayment();
 }
 
+void ReceiveDividendsPanel::propose(double number, double rate, const Date& day) {
+  m_held->setValue(number);
+  m_rate->setValue(rate);
+  setDate(day);
+  recompute();
+}
+
 void ReceiveDividendsPanel::showHolding() {
   m_name->setText(StockNames::nameOf(code()));
   m_held->setValue(m_portfolio ? heldOrSoldLast(*m_portfolio, code()) : 0.0);

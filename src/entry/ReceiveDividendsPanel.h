@@ -31,6 +31,8 @@ public:
   /// Every field to its initial value, with the stocks to choose from that are held now or were sold: a
   /// dividend may come after the sale. A code that is passed in is chosen, with all its shares.
   void reset(const String& initialCode = String());
+  /// Fills in what is known of a dividend of the chosen stock.
+  void propose(double number, double rate, const Date& day);
   /// The fields of a recorded dividend; its stock can be chosen although it may not be held any more. Where
   /// its cash entry is not found, the row of the cash is hidden.
   void showDividend(const XMLDividendEvent& dividendEvent);

@@ -200,6 +200,10 @@ String LinuxPlatform::currencyFormat(double amount) {
   return m_money->format(amount);
 }
 
+String LinuxPlatform::currencyCode() {
+  return m_money->currencyCode();
+}
+
 double LinuxPlatform::parseAmount(const String& text) {
   return m_money->read(text);
 }

@@ -30,6 +30,7 @@ public:
   bool parseShortDate(const String& text, Date& date) override;
   bool readTypedDate(const String& text, Date& date) override;
   String currencyFormat(double amount) override;
+  String currencyCode() override;
   double parseAmount(const String& text) override;
   bool openDocument(const String& target) override;
   std::uint32_t tickCount() override;

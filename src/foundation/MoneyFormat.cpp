@@ -67,6 +67,7 @@ struct MoneyFormat::Parts {
   icu::number::LocalizedNumberFormatter formatter;
   String decimalSign;
   String currencySign;
+  String currency; ///< XXX for none
   int decimals = 2;
 };
 
@@ -74,6 +75,7 @@ MoneyFormat::MoneyFormat(const std::string& name) {
   const icu::Locale locale = moneyLocale(name);
   const String currency = currencyOf(locale);
   auto parts = std::make_unique<Parts>();
+  parts->currency = currency;
   UErrorCode status = U_ZERO_ERROR;
   parts->decimals = ucurr_getDefaultFractionDigits(currency.c_str(), &status);
   status = U_ZERO_ERROR;
@@ -88,6 +90,10 @@ MoneyFormat::MoneyFormat(const std::string& name) {
 }
 
 MoneyFormat::~MoneyFormat() = default;
+
+String MoneyFormat::currencyCode() const {
+  return m_parts->currency == String(u"XXX") ? String() : m_parts->currency;
+}
 
 String MoneyFormat::format(double amount) const {
   const double signedAmount = showsAsZero(amount, std::min(m_parts->decimals, 2)) ? 0.0 : amount;

@@ -21,6 +21,9 @@ public:
   /// decimal points.
   double read(const String& text) const;
 
+  /// The ISO 4217 code of the locale's currency; empty if it has none.
+  String currencyCode() const;
+
 private:
   struct Parts;
   double readAsWritten(const String& text) const;

@@ -22,6 +22,8 @@ public:
   virtual bool readTypedDate(const String& text, Date& date) = 0;
   /// Formats an amount in the user's currency form with two decimals.
   virtual String currencyFormat(double amount) = 0;
+  /// The ISO 4217 code of the currency of those amounts; empty if there is none.
+  virtual String currencyCode() { return {}; }
   /// Reads a typed amount in the user's locale; see MoneyFormat::read.
   virtual double parseAmount(const String& text) = 0;
   /// Opens a path, web address or mail link with the desktop, or starts a program. True if that could be

@@ -83,7 +83,7 @@ auto DataSource::firstAnswer(const String& code, const std::stop_token& stop, Of
   return answer;
 }
 
-double DataSource::currentPrice(const String& code, const std::stop_token& stop) const {
+AnsweredPrice DataSource::currentPrice(const String& code, const std::stop_token& stop) const {
   const std::optional<AnsweredPrice> answer = firstAnswer(
       code, stop, [](const PriceProvider& source) { return source.offersCurrentPrice(); },
       [&](const PriceProvider& source) {
@@ -92,7 +92,7 @@ double DataSource::currentPrice(const String& code, const std::stop_token& stop)
       [&](const PriceProvider& source, const String& codeThere) {
         return source.currentPrice(codeThere, stop);
       });
-  return answer ? answer->price : 0.0;
+  return answer.value_or(AnsweredPrice{});
 }
 
 DataSource::Rows DataSource::history(const String& code, const HistoryRange& range,
@@ -102,11 +102,13 @@ DataSource::Rows DataSource::history(const String& code, const HistoryRange& ran
       [](const PriceProvider&) { return std::optional<AnsweredHistory>(); },
       [&](const PriceProvider& source, const String& codeThere) {
         std::optional<AnsweredHistory> history = source.history(codeThere, range, stop);
-        if (history->prices.empty())
+        if (history->prices.empty() && history->future.empty())
           history.reset();
         return history;
       });
-  return answer ? std::move(answer->prices) : Rows();
+  if (!answer)
+    return {};
+  return {std::move(answer->prices), std::move(answer->currency), std::move(answer->future)};
 }
 
 HistoryPage DataSource::historyPage(const String& code, const HistoryRange& range,

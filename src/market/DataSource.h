@@ -4,6 +4,7 @@
 #include "market/CachedShare.h"
 #include "market/CodeSearchResult.h"
 #include "market/HistoryRange.h"
+#include "market/SourceAnswer.h"
 #include "market/SourceChoice.h"
 #include <map>
 #include <memory>
@@ -25,14 +26,18 @@ class LocatorSet;
 /// is told of all sources that were asked, and never ends the requests for other codes.
 class DataSource {
 public:
-  using Rows = std::map<Date, ShareValue>;
+  /// Past prices with what the source told of them.
+  struct Rows : std::map<Date, ShareValue> {
+    String currency;                   ///< empty if it told none
+    std::map<Date, ShareValue> future; ///< of days to come
+  };
 
   /// The locators as the only source.
   DataSource(std::shared_ptr<HTTPClient> client, const LocatorSet& locators);
   explicit DataSource(SourceChoice choice);
 
-  /// 0 when the source has no price now.
-  double currentPrice(const String& code, const std::stop_token& stop = {}) const;
+  /// With a price of 0 when the source has none now.
+  AnsweredPrice currentPrice(const String& code, const std::stop_token& stop = {}) const;
   /// The days of the range as the source has them, and perhaps days before it.
   Rows history(const String& code, const HistoryRange& range, const std::stop_token& stop = {}) const;
   /// The same with a failure as part of the result; throws nothing that is an Exception.

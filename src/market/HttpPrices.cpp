@@ -3,6 +3,7 @@
 #include "market/AnswerText.h"
 #include "market/HTTPClient.h"
 #include "market/HostQueues.h"
+#include "market/KeyMask.h"
 #include "market/LastPrice.h"
 #include "market/PagedHistory.h"
 #include "market/SourceFailure.h"
@@ -36,19 +37,10 @@ String reasonOf(const Exception& failure) {
   return transfer ? transfer->reason() : failure.message();
 }
 
-void replaceAll(String& text, const String& what, const String& by) {
-  for (std::size_t at = 0; (at = text.find(what, at)) != String::npos; at += by.size())
-    text.replace(at, what.size(), by);
-}
-
 /// Adds what is new. True if anything was.
 bool addPage(AnsweredHistory& whole, AnsweredHistory page) {
   const std::size_t before = whole.prices.size();
-  whole.prices.merge(page.prices);
-  whole.dividends.merge(page.dividends);
-  whole.splits.merge(page.splits);
-  whole.currency = whole.currency.empty() ? page.currency : whole.currency;
-  whole.passedOver += page.passedOver;
+  whole.add(std::move(page));
   return whole.prices.size() > before;
 }
 
@@ -58,16 +50,10 @@ HttpPrices::HttpPrices(std::shared_ptr<HTTPClient> client, std::shared_ptr<const
                        String key)
     : m_client(std::move(client)), m_source(std::move(source)), m_key(std::move(key)) {}
 
-/// Sources repeat keys in their errors.
 String HttpPrices::masked(const String& text) const {
-  String shown = text;
-  if (m_key.empty())
-    return shown;
-  AddressValues values;
-  values.key = m_key;
-  replaceAll(shown, m_key, u"(key)");
-  replaceAll(shown, AddressTemplate(u"{KEY}").fill(values), u"(key)");
-  return shown;
+  std::string shown = text.toUTF8();
+  maskKey(shown, m_key);
+  return String::fromUTF8(shown);
 }
 
 template <class Work>

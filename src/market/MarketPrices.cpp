@@ -24,6 +24,9 @@ public:
   bool hasAnsweredFor(const String& code, const Date& day) override {
     return gateway().hasAnsweredFor(code, day);
   }
+  std::optional<double> toldSplit(const String& code, const Date& first, const Date& last) override {
+    return gateway().toldSplit(code, first, last);
+  }
   bool isToBeFetched(const String& code, const Date& day) override {
     return gateway().isToBeFetched(code, day);
   }
@@ -53,6 +56,10 @@ public:
 } // namespace
 
 MarketPrices::~MarketPrices() = default;
+
+std::optional<double> MarketPrices::toldSplit(const String&, const Date&, const Date&) {
+  return std::nullopt;
+}
 
 MarketPrices& gatewayPrices() {
   static GatewayPrices prices;

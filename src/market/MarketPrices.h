@@ -24,6 +24,9 @@ public:
   virtual std::optional<KnownClose> lastCloseBefore(const String& code, const Date& day) = 0;
   virtual bool hasAnsweredFor(const String& code, const Date& day) = 0;
 
+  /// The shares that one became by the splits that a source has told of the days; nothing here.
+  virtual std::optional<double> toldSplit(const String& code, const Date& first, const Date& last);
+
   virtual bool isToBeFetched(const String& code, const Date& day) = 0;
   virtual bool hasCachedHistory(const String& code) = 0;
   virtual bool hasCachedPrice(const String& code, const Date& day) = 0;

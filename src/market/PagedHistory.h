@@ -2,6 +2,7 @@
 #include "market/HistoryRange.h"
 #include "market/SourceAnswer.h"
 #include <algorithm>
+#include <utility>
 
 namespace Tallymoor {
 
@@ -15,12 +16,7 @@ AnsweredHistory pagedHistory(const HistoryRange& range, int daysAPage, FetchPage
   for (HistoryRange page{range.end.plusDays(1 - daysAPage), range.end};;) {
     AnsweredHistory part = fetchPage(page);
     const bool isEmpty = part.prices.empty();
-    whole.prices.merge(part.prices);
-    whole.dividends.merge(part.dividends);
-    whole.splits.merge(part.splits);
-    whole.passedOver += part.passedOver;
-    if (whole.currency.empty())
-      whole.currency = part.currency;
+    whole.add(std::move(part));
     if (isEmpty || page.start <= range.start)
       return whole;
     page.end = page.start.plusDays(-1);

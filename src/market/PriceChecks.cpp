@@ -125,7 +125,7 @@ private:
   }
 
   void doubt(Rows::const_iterator row, DoubtReason reason, const std::optional<KnownClose>& known) {
-    m_result.doubtful.push_back({row->first, row->second, reason, known});
+    m_result.doubtful.push_back({.day = row->first, .value = row->second, .reason = reason, .known = known});
   }
 
   const CachedShare& m_known;
@@ -135,6 +135,35 @@ private:
   CheckedPrices m_result;
 };
 
+struct MinorUnit {
+  std::u16string_view name; ///< as sources call it
+  std::u16string_view currency;
+};
+constexpr MinorUnit MINOR_UNITS[] = {{u"GBX", u"GBP"}, {u"GBp", u"GBP"}, {u"ZAc", u"ZAR"},
+                                     {u"ZAC", u"ZAR"}, {u"ILA", u"ILS"}, {u"ILX", u"ILS"}};
+
+String reasonOfCurrency(const DoubtfulPrice& price) {
+  for (const MinorUnit& unit : MINOR_UNITS)
+    if (price.currency == String(unit.name) && price.usualCurrency == String(unit.currency))
+      return u"100 " + price.currency + u" are 1 " + price.usualCurrency +
+             u": the source's document lacks the factor 0.01.";
+  return u"The source may mean another listing of the stock. Prices are not converted.";
+}
+
+/// Day and month change places if that gives a day not long ago.
+String reasonOfFuture(const Date& day) {
+  constexpr int LONG_AGO = 60;
+  constexpr int LAST_MONTH = 12;
+  const Date today = Date::realToday();
+  if (day.day() <= LAST_MONTH) {
+    const Date swapped(day.year(), day.day(), day.month());
+    if (swapped <= today && swapped > today.plusDays(-LONG_AGO))
+      return u"Day and month may have changed places: then it is of " + swapped.toString(DATE_DISPLAY_LOCAL) +
+             u". It can't count before its day.";
+  }
+  return u"The source or the clock of this computer may be wrong. It can't count before its day.";
+}
+
 String likelyReason(const DoubtfulPrice& price) {
   switch (price.reason) {
   case DoubtReason::Unit:
@@ -143,6 +172,10 @@ String likelyReason(const DoubtfulPrice& price) {
     return u"It may be a split, another unit or currency, or a mistake of the source.";
   case DoubtReason::Range:
     return u"The close does not lie between the low and the high of the day.";
+  case DoubtReason::Currency:
+    return reasonOfCurrency(price);
+  case DoubtReason::Future:
+    return reasonOfFuture(price.day);
   default:
     return u"The source may have changed its closes after a split.";
   }
@@ -160,7 +193,10 @@ std::optional<DoubtfulPrice> checkCurrentPrice(const CachedShare& known, const D
   const auto reason = before ? jumpBetween(before->close, price) : std::optional<DoubtReason>();
   if (!reason)
     return std::nullopt;
-  return DoubtfulPrice{day, {.close = price, .origin = PriceOrigin::Current}, *reason, before};
+  return DoubtfulPrice{.day = day,
+                       .value = {.close = price, .origin = PriceOrigin::Current},
+                       .reason = *reason,
+                       .known = before};
 }
 
 String doubtText(const String& code, const DoubtfulPrice& price) {
@@ -168,7 +204,11 @@ String doubtText(const String& code, const DoubtfulPrice& price) {
     return shortPriceText(close) + u" of " + day.toString(DATE_DISPLAY_LOCAL);
   };
   String text = code + u": " + ofDay(price.value.close, price.day);
-  if (price.known)
+  if (price.reason == DoubtReason::Currency)
+    text += u" is in " + price.currency + u", but prices of this stock are in " + price.usualCurrency + u'.';
+  else if (price.reason == DoubtReason::Future)
+    text += u", a day to come.";
+  else if (price.known)
     text += u", but " + ofDay(price.known->close, price.known->day) + u" is known.";
   else
     text += u", with " + shortPriceText(price.value.low) + u" as the low and " +

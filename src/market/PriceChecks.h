@@ -11,7 +11,9 @@ enum class DoubtReason : std::uint8_t {
   Jump,  ///< more than three times the price before it, or less than a third
   Unit,  ///< about 100 times the price before it, or a hundredth: cents taken for dollars, or the reverse
   Range, ///< outside the high and low of its own day, or the high lies below the low
-  Contradiction ///< another close, by more than one percent, of a day whose close is already known
+  Contradiction, ///< another close, by more than one percent, of a day whose close is already known
+  Currency,      ///< in another currency than the stock's
+  Future         ///< of a day to come
 };
 
 /// A fetched price that is kept aside.
@@ -19,7 +21,10 @@ struct DoubtfulPrice {
   Date day;
   ShareValue value;
   DoubtReason reason;
-  std::optional<KnownClose> known; ///< what it was compared with; nothing for Range
+  std::optional<KnownClose> known; ///< what it was compared with; nothing for Range, Currency and Future
+  // For Currency.
+  String currency{};      ///< of the price
+  String usualCurrency{}; ///< of the stock
 };
 
 /// A page of past prices, divided.

@@ -141,13 +141,13 @@ bool PriceHistory::wantsAnotherTry(const String& code, const HistoryFailures::Fa
 }
 
 SharePriceCache::Closes PriceHistory::keepRecent(const String& code, const HistoryRange& range,
-                                                 const SharePriceCache::Rows& rows) {
+                                                 const DataSource::Rows& rows) {
   m_failures.forgetFailuresOn(code, range.end);
   return keepRows(code, rows, range);
 }
 
 /// The days whose close is new or another one, without those that show as zero.
-SharePriceCache::Closes PriceHistory::keepRows(const String& code, const SharePriceCache::Rows& rows,
+SharePriceCache::Closes PriceHistory::keepRows(const String& code, const DataSource::Rows& rows,
                                                const HistoryRange& range) {
   if (!hasAnsweredFor(code, range.start) || !hasAnsweredFor(code, range.end))
     m_answered[code].push_back(range);
@@ -158,10 +158,10 @@ SharePriceCache::Closes PriceHistory::keepRows(const String& code, const SharePr
   return changed;
 }
 
-double PriceHistory::admittedPrice(const String& code, double price) {
+double PriceHistory::admittedPrice(const String& code, const AnsweredPrice& price) {
   const Date today = Date::realToday();
-  if (showsAsZero(price) || m_quarantine.admitCurrent(code, m_cache.shareOrEmpty(code), today, price))
-    return price;
+  if (showsAsZero(price.price) || m_quarantine.admitCurrent(code, m_cache.shareOrEmpty(code), today, price))
+    return price.price;
   const std::optional<KnownClose> last = m_cache.lastTradedClose(code, today);
   return last ? last->close : 0.0;
 }
@@ -169,7 +169,7 @@ double PriceHistory::admittedPrice(const String& code, double price) {
 void PriceHistory::keepAccepted(const String& code, const PriceQuarantine::Prices& accepted) {
   SharePriceCache::Rows rows;
   for (const auto& [day, price] : accepted)
-    if (price.value.origin != PriceOrigin::Current)
+    if (price.value.origin != PriceOrigin::Current && day <= Date::realToday())
       rows.emplace(day, price.value);
   const SharePriceCache::Rows& known = m_cache.shareOrEmpty(code).values;
   if (!rows.empty()) {

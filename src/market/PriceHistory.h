@@ -37,7 +37,7 @@ public:
   SharePriceCache& cache() REQUIRES(bigMutex()) { return m_cache; }
   PriceQuarantine& quarantine() REQUIRES(bigMutex()) { return m_quarantine; }
   /// The current price of today, or the last known close while that price is doubtful.
-  double admittedPrice(const String& code, double price) REQUIRES(bigMutex());
+  double admittedPrice(const String& code, const AnsweredPrice& price) REQUIRES(bigMutex());
   /// Stores prices that were accepted.
   void keepAccepted(const String& code, const PriceQuarantine::Prices& accepted) REQUIRES(bigMutex());
 
@@ -54,7 +54,7 @@ public:
   /// The days that have no price any more; their failures of before are forgotten.
   SharePriceCache::Closes removeTypedPrice(const String& code, const Date& day) REQUIRES(bigMutex());
   SharePriceCache::Closes keepRecent(const String& code, const HistoryRange& range,
-                                     const SharePriceCache::Rows& rows) REQUIRES(bigMutex());
+                                     const DataSource::Rows& rows) REQUIRES(bigMutex());
   void refreshClosesFrom(const String& code, const Date& first) REQUIRES(bigMutex());
   void completeHistory(const String& code, const Date& first, const Date& last) REQUIRES(bigMutex());
   bool completeHistory(const std::vector<HistoryNeed>& needs, Progress* progress) REQUIRES(bigMutex());
@@ -91,7 +91,7 @@ private:
       REQUIRES(bigMutex());
   bool isKnownToFail(const String& code, const Date& day) const REQUIRES(bigMutex());
   bool wantsAnotherTry(const String& code, const HistoryFailures::Failure& failure) REQUIRES(bigMutex());
-  SharePriceCache::Closes keepRows(const String& code, const SharePriceCache::Rows& rows,
+  SharePriceCache::Closes keepRows(const String& code, const DataSource::Rows& rows,
                                    const HistoryRange& range) REQUIRES(bigMutex());
   void tell(const String& code, const SharePriceCache::Closes& changed) const;
 

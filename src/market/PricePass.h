@@ -52,7 +52,7 @@ private:
     std::exception_ptr failure; ///< nothing is fetched then
   };
   struct Answer {
-    double price = 0.0;
+    AnsweredPrice price;
     std::exception_ptr priceFailure;
     std::vector<CodeSearchResult> names;
     bool hasHistory = false; ///< it was asked for

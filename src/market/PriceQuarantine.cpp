@@ -1,5 +1,6 @@
 #include "market/PriceQuarantine.h"
 #include "foundation/FileReplacement.h"
+#include "foundation/Platform.h"
 #include "market/PriceCacheFile.h"
 #include "xml/DocumentFile.h"
 #include "xml/PriceDecisionsDocument.h"
@@ -12,6 +13,11 @@ namespace {
 
 const String REFUSED = u"Refused";
 const String TRUSTED = u"Trusted";
+const String CURRENCY = u"Currency";
+const String TO_COME = u"ToCome";
+const String NAME = u"name";
+const String DECISION = u"decision";
+const String ACCEPTED = u"accepted";
 const String CODE = u"code";
 const String DAY = u"day";
 const String CLOSE = u"close";
@@ -22,10 +28,10 @@ struct NamedReason {
   DoubtReason reason;
   std::u16string_view name;
 };
-constexpr NamedReason NAMED_REASONS[] = {{DoubtReason::Jump, u"jump"},
-                                         {DoubtReason::Unit, u"unit"},
-                                         {DoubtReason::Range, u"range"},
-                                         {DoubtReason::Contradiction, u"contradiction"}};
+constexpr NamedReason NAMED_REASONS[] = {
+    {DoubtReason::Jump, u"jump"},         {DoubtReason::Unit, u"unit"},
+    {DoubtReason::Range, u"range"},       {DoubtReason::Contradiction, u"contradiction"},
+    {DoubtReason::Currency, u"currency"}, {DoubtReason::Future, u"future"}};
 
 String nameOf(DoubtReason reason) {
   return String(std::ranges::find(NAMED_REASONS, reason, &NamedReason::reason)->name);
@@ -57,7 +63,14 @@ PriceQuarantine::PriceQuarantine(const String& fileName) : m_fileName(fileName) 
 // --- Prices that come
 
 SharePriceCache::Rows PriceQuarantine::admit(const String& code, const CachedShare& known,
-                                             const SharePriceCache::Rows& fetched) {
+                                             const DataSource::Rows& fetched) {
+  for (const auto& [day, value] : fetched.future)
+    if (!isTrusted(code, DoubtReason::Future))
+      keepAside(code, {.day = day, .value = value, .reason = DoubtReason::Future, .known = std::nullopt});
+  if (isForeign(code, fetched.currency)) {
+    keepForeignAside(code, known, fetched);
+    return {};
+  }
   CheckedPrices checked = checkPrices(known, fetched, !hasOpenLevel(code));
   for (const DoubtfulPrice& price : checked.doubtful)
     if (isTrusted(code, price.reason))
@@ -65,14 +78,70 @@ SharePriceCache::Rows PriceQuarantine::admit(const String& code, const CachedSha
     else
       keepAside(code, price);
   removeSettled(code, checked.good);
+  addThoseThatCame(code, known, checked.good);
   return std::move(checked.good);
 }
 
+void PriceQuarantine::keepForeignAside(const String& code, const CachedShare& known,
+                                       const DataSource::Rows& fetched) {
+  for (const auto& [day, value] : fetched)
+    if (const ShareValue* row = known.find(day); !row || row->origin != PriceOrigin::Typed)
+      keepAside(code, {.day = day,
+                       .value = value,
+                       .reason = DoubtReason::Currency,
+                       .known = std::nullopt,
+                       .currency = fetched.currency,
+                       .usualCurrency = usualCurrency(code)});
+}
+
+void PriceQuarantine::addThoseThatCame(const String& code, const CachedShare& known,
+                                       SharePriceCache::Rows& rows) const {
+  const auto decisions = m_decisions.find(code);
+  if (decisions == m_decisions.end())
+    return;
+  const Date today = Date::realToday();
+  for (const auto& [day, close] : decisions->second.toCome) {
+    const ShareValue* row = known.find(day);
+    const bool isKnown = row && (row->origin == PriceOrigin::Source || row->origin == PriceOrigin::Typed);
+    if (day <= today && !isKnown)
+      rows.try_emplace(day, ShareValue{.close = close.toDouble()});
+  }
+}
+
+/// An index is in points, whatever currency the source tells.
+bool PriceQuarantine::isForeign(const String& code, const String& currency) const {
+  if (currency.empty() || code.startsWith(u"^") || isTrusted(code, DoubtReason::Currency))
+    return false;
+  const String usual = usualCurrency(code);
+  return !usual.empty() && currency != usual;
+}
+
+String PriceQuarantine::usualCurrency(const String& code) const {
+  const auto decisions = m_decisions.find(code);
+  const bool isAccepted = decisions != m_decisions.end() && !decisions->second.currency.empty();
+  return isAccepted ? decisions->second.currency : Platform::Instance().currencyCode();
+}
+
 bool PriceQuarantine::admitCurrent(const String& code, const CachedShare& known, const Date& day,
-                                   double price) {
-  const auto doubtful = checkCurrentPrice(known, day, price);
+                                   const AnsweredPrice& price) {
+  const ShareValue value{.close = price.price, .origin = PriceOrigin::Current};
+  if (price.day && *price.day > lastBelievableDay() && !isTrusted(code, DoubtReason::Future)) {
+    keepAside(code,
+              {.day = *price.day, .value = value, .reason = DoubtReason::Future, .known = std::nullopt});
+    return false;
+  }
+  if (isForeign(code, price.currency)) {
+    keepAside(code, {.day = day,
+                     .value = value,
+                     .reason = DoubtReason::Currency,
+                     .known = std::nullopt,
+                     .currency = price.currency,
+                     .usualCurrency = usualCurrency(code)});
+    return false;
+  }
+  const auto doubtful = checkCurrentPrice(known, day, price.price);
   if (!doubtful || isTrusted(code, doubtful->reason)) {
-    removeSettled(code, {{day, {.close = price}}});
+    removeSettled(code, {{day, value}});
     return true;
   }
   keepAside(code, *doubtful);
@@ -110,10 +179,17 @@ bool PriceQuarantine::isTrusted(const String& code, DoubtReason reason) const {
   return decisions != m_decisions.end() && decisions->second.trusted.contains(reason);
 }
 
+/// Or decided for good in another way.
 bool PriceQuarantine::isRefused(const String& code, const DoubtfulPrice& price) const {
   const auto decisions = m_decisions.find(code);
-  return decisions != m_decisions.end() &&
-         decisions->second.refused.contains({price.day, closeText(price.value.close)});
+  if (decisions == m_decisions.end())
+    return false;
+  const auto& [trusted, refused, currency, refusedCurrencies, toCome] = decisions->second;
+  if (price.reason == DoubtReason::Currency && refusedCurrencies.contains(price.currency))
+    return true;
+  if (price.reason == DoubtReason::Future && toCome.contains(price.day))
+    return true;
+  return refused.contains({price.day, closeText(price.value.close)});
 }
 
 void PriceQuarantine::tellChanged() const {
@@ -128,14 +204,33 @@ PriceQuarantine::Prices PriceQuarantine::takeOut(const String& code) {
   return waiting.empty() ? Prices() : std::move(waiting.mapped());
 }
 
+/// What outlives the prices themselves. True if anything does.
+bool PriceQuarantine::noteAccepted(const String& code, const Prices& prices) {
+  bool isNoted = false;
+  for (const auto& [day, price] : prices) {
+    if (price.reason == DoubtReason::Currency)
+      m_decisions[code].currency = price.currency;
+    else if (price.reason == DoubtReason::Future)
+      m_decisions[code].toCome[day] = closeText(price.value.close);
+    else
+      continue;
+    isNoted = true;
+  }
+  return isNoted;
+}
+
 PriceQuarantine::Prices PriceQuarantine::accept(const String& code) {
   Prices prices = takeOut(code);
+  const bool isNoted = noteAccepted(code, prices);
   tellChanged();
+  if (isNoted)
+    write();
   return prices;
 }
 
 PriceQuarantine::Prices PriceQuarantine::acceptFromNowOn(const String& code) {
   Prices prices = takeOut(code);
+  noteAccepted(code, prices);
   for (const auto& [day, price] : prices)
     m_decisions[code].trusted.insert(price.reason);
   tellChanged();
@@ -145,7 +240,10 @@ PriceQuarantine::Prices PriceQuarantine::acceptFromNowOn(const String& code) {
 
 void PriceQuarantine::refuse(const String& code) {
   for (const auto& [day, price] : takeOut(code))
-    m_decisions[code].refused.insert({day, closeText(price.value.close)});
+    if (price.reason == DoubtReason::Currency)
+      m_decisions[code].refusedCurrencies.insert(price.currency);
+    else
+      m_decisions[code].refused.insert({day, closeText(price.value.close)});
   tellChanged();
   write();
 }
@@ -162,6 +260,19 @@ void PriceQuarantine::read() {
     m_decisions[refused.attribute(CODE)].refused.insert(
         {Date(refused.attribute(DAY), DATE_DISPLAY_DMY), refused.attribute(CLOSE)});
   }
+  for (std::size_t i = 0; i < document.numSubElements(CURRENCY); ++i) {
+    const XMLElement& currency = document.subElement(CURRENCY, i);
+    Decisions& decisions = m_decisions[currency.attribute(CODE)];
+    if (currency.attribute(DECISION) == ACCEPTED)
+      decisions.currency = currency.attribute(NAME);
+    else
+      decisions.refusedCurrencies.insert(currency.attribute(NAME));
+  }
+  for (std::size_t i = 0; i < document.numSubElements(TO_COME); ++i) {
+    const XMLElement& price = document.subElement(TO_COME, i);
+    m_decisions[price.attribute(CODE)].toCome[Date(price.attribute(DAY), DATE_DISPLAY_DMY)] =
+        price.attribute(CLOSE);
+  }
   for (std::size_t i = 0; i < document.numSubElements(TRUSTED); ++i) {
     const XMLElement& trusted = document.subElement(TRUSTED, i);
     if (const auto reason = reasonNamed(trusted.attribute(REASON)))
@@ -177,17 +288,24 @@ void PriceQuarantine::write() {
   }
   XMLPriceDecisions document;
   for (const auto& [code, decisions] : m_decisions) {
-    for (const auto& [day, close] : decisions.refused) {
-      XMLElement& refused = document.addSubElement(new XMLRefusedPrice, REFUSED);
-      refused.setAttribute(CODE, code);
-      refused.setAttribute(DAY, day.toString(DATE_DISPLAY_DMY));
-      refused.setAttribute(CLOSE, close);
-    }
-    for (const DoubtReason reason : decisions.trusted) {
-      XMLElement& trusted = document.addSubElement(new XMLTrustedCode, TRUSTED);
-      trusted.setAttribute(CODE, code);
-      trusted.setAttribute(REASON, nameOf(reason));
-    }
+    const auto add = [&document, &code](XMLElement* element, const String& kind,
+                                        const std::vector<std::pair<String, String>>& values) {
+      XMLElement& added = document.addSubElement(element, kind);
+      added.setAttribute(CODE, code);
+      for (const auto& [name, value] : values)
+        added.setAttribute(name, value);
+    };
+    const auto dayText = [](const Date& day) { return day.toString(DATE_DISPLAY_DMY); };
+    for (const auto& [day, close] : decisions.refused)
+      add(new XMLRefusedPrice, REFUSED, {{DAY, dayText(day)}, {CLOSE, close}});
+    for (const DoubtReason reason : decisions.trusted)
+      add(new XMLTrustedCode, TRUSTED, {{REASON, nameOf(reason)}});
+    if (!decisions.currency.empty())
+      add(new XMLPriceCurrency, CURRENCY, {{NAME, decisions.currency}, {DECISION, ACCEPTED}});
+    for (const String& currency : decisions.refusedCurrencies)
+      add(new XMLPriceCurrency, CURRENCY, {{NAME, currency}, {DECISION, u"refused"}});
+    for (const auto& [day, close] : decisions.toCome)
+      add(new XMLPriceToCome, TO_COME, {{DAY, dayText(day)}, {CLOSE, close}});
   }
   saveDocument(m_fileName, document, DTD, newElement<XMLPriceDecisions>);
 }

@@ -1,5 +1,6 @@
 #pragma once
 #include "foundation/String.h"
+#include "market/DataSource.h"
 #include "market/PriceChecks.h"
 #include <functional>
 #include <map>
@@ -29,11 +30,11 @@ public:
   /// Called after a price was kept aside, and after the last one of a code was taken out.
   std::function<void()> changed;
 
-  /// Keeps the doubtful rows of a page aside and returns the others.
-  SharePriceCache::Rows admit(const String& code, const CachedShare& known,
-                              const SharePriceCache::Rows& fetched);
-  /// False if the current price is kept aside.
-  bool admitCurrent(const String& code, const CachedShare& known, const Date& day, double price);
+  /// Keeps the doubtful rows of a page aside and returns the others, with accepted ones whose day has come.
+  SharePriceCache::Rows admit(const String& code, const CachedShare& known, const DataSource::Rows& fetched);
+  /// False if the current price is kept aside, or refused.
+  bool admitCurrent(const String& code, const CachedShare& known, const Date& day,
+                    const AnsweredPrice& price);
 
   /// The codes with prices that wait for a decision.
   const std::map<String, Prices>& waiting() const { return m_waiting; }
@@ -52,7 +53,16 @@ private:
   struct Decisions {
     std::set<DoubtReason> trusted;
     std::set<std::pair<Date, String>> refused; ///< day and close
+    String currency;                           ///< that was accepted; empty for the user's own
+    std::set<String> refusedCurrencies;
+    std::map<Date, String> toCome; ///< closes that were accepted for days to come
   };
+
+  bool isForeign(const String& code, const String& currency) const;
+  void keepForeignAside(const String& code, const CachedShare& known, const DataSource::Rows& fetched);
+  void addThoseThatCame(const String& code, const CachedShare& known, SharePriceCache::Rows& rows) const;
+  String usualCurrency(const String& code) const;
+  bool noteAccepted(const String& code, const Prices& prices);
 
   void keepAside(const String& code, const DoubtfulPrice& price);
   void removeSettled(const String& code, const SharePriceCache::Rows& good);

@@ -145,7 +145,10 @@ PriceStatus::Import PriceStatus::importFile(const String& code, const String& pa
     return import;
   import.first = history.prices.begin()->first;
   import.last = history.prices.rbegin()->first;
-  import.changed = m_history.keepRecent(code, {import.first, import.last}, history.prices).size();
+  import.changed =
+      m_history
+          .keepRecent(code, {import.first, import.last}, {std::move(history.prices), history.currency, {}})
+          .size();
   return import;
 }
 

@@ -22,11 +22,6 @@ void onRow(const AnswerRow& row, Work work) {
   }
 }
 
-/// The clock of the exchange may be a day ahead of ours.
-bool isBelievable(const Date& day) {
-  return day <= Date::realToday().plusDays(1);
-}
-
 std::optional<double> priceIn(const AnswerRow& row, Column column, const AnswerFigures& figures) {
   return row[column] ? figures.price(*row[column]) : std::nullopt;
 }
@@ -52,9 +47,9 @@ bool takeRow(const AnswerRow& row, const AnswerFigures& figures, AnsweredHistory
   if (!row[Column::Date])
     return false;
   const Date day = figures.day(*row[Column::Date]);
-  if (!isBelievable(day))
-    return false;
-  takeEvents(row, day, figures, history);
+  const bool isToCome = day > lastBelievableDay();
+  if (!isToCome)
+    takeEvents(row, day, figures, history);
   const std::optional<double> close = priceIn(row, Column::Close, figures);
   if (!close)
     return false;
@@ -63,7 +58,7 @@ bool takeRow(const AnswerRow& row, const AnswerFigures& figures, AnsweredHistory
   value.high = priceIn(row, Column::High, figures).value_or(0.0);
   value.low = priceIn(row, Column::Low, figures).value_or(0.0);
   value.volume = volumeIn(row, figures);
-  history.prices.insert_or_assign(day, value);
+  (isToCome ? history.future : history.prices).insert_or_assign(day, value);
   return true;
 }
 
@@ -83,6 +78,20 @@ String currencyOf(const AnswerTable& table, const AnswerFormat& format) {
 
 } // namespace
 
+Date lastBelievableDay() {
+  return Date::realToday().plusDays(1);
+}
+
+void AnsweredHistory::add(AnsweredHistory part) {
+  prices.merge(part.prices);
+  future.merge(part.future);
+  dividends.merge(part.dividends);
+  splits.merge(part.splits);
+  passedOver += part.passedOver;
+  if (currency.empty())
+    currency = std::move(part.currency);
+}
+
 AnsweredHistory readHistory(std::string_view bytes, const AnswerFormat& format) {
   const AnswerTable table = readAnswerTable(bytes, format);
   const AnswerFigures figures(format);
@@ -91,7 +100,8 @@ AnsweredHistory readHistory(std::string_view bytes, const AnswerFormat& format) 
   for (const AnswerRow& row : table.rows)
     onRow(row, [&] { history.passedOver += takeRow(row, figures, history) ? 0 : 1; });
   const bool hasRows = !table.rows.empty() || table.passedOver > 0;
-  if (hasRows && history.prices.empty() && history.dividends.empty() && history.splits.empty())
+  if (hasRows && history.prices.empty() && history.future.empty() && history.dividends.empty() &&
+      history.splits.empty())
     throw AnswerException(Fault::Unreadable, u"none of the rows has a day and a price");
   history.currency = currencyOf(table, format);
   return history;

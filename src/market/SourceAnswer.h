@@ -16,18 +16,25 @@ namespace Tallymoor {
 /// Past days of one stock.
 struct AnsweredHistory {
   std::map<Date, ShareValue> prices; ///< of two rows of one day the later one
+  std::map<Date, ShareValue> future; ///< rows of days to come, which can't be right
   std::map<Date, double> dividends;  ///< cash a share, above 0
   std::map<Date, double> splits;     ///< shares that one became: 2 for a split 2:1; never 1
   String currency;                   ///< of the answer, else of the format; empty when neither tells
-  std::size_t passedOver = 0;        ///< rows without a day or a price, and days that can't be
+  std::size_t passedOver = 0;        ///< rows without a day or a price
+
+  /// Adds another part of the same history; where both have a day, this one counts.
+  void add(AnsweredHistory part);
 };
+/// Tomorrow, since the clock of an exchange may be a day ahead of ours. What is later is a day to come.
+Date lastBelievableDay();
+
 AnsweredHistory readHistory(std::string_view bytes, const AnswerFormat& format);
 
 /// The last price of one stock.
 struct AnsweredPrice {
-  double price;
-  std::optional<Date> day; ///< where the answer tells it
-  String currency;         ///< as above
+  double price = 0.0;
+  std::optional<Date> day{}; ///< where the answer tells it
+  String currency{};         ///< as above
 };
 /// Nothing when the answer has no price, as for a stock that was not traded.
 std::optional<AnsweredPrice> readPrice(std::string_view bytes, const AnswerFormat& format);

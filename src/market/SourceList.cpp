@@ -16,6 +16,7 @@ namespace {
 
 const String CHOICE_FILE = u"PriceSources.xml";
 const String KEYS_FILE = u"PriceSourceKeys.xml";
+const String REQUESTS_FILE = u"PriceRequests.xml";
 const String DOCUMENTS_FOLDER = u"Sources/";
 
 /// Full paths of the documents, sorted.
@@ -51,7 +52,8 @@ bool isUntried(const ListedSource& source) {
 } // namespace
 
 SourceList::SourceList(const String& configDirectory)
-    : m_directory(configDirectory), m_keys(configDirectory + KEYS_FILE) {
+    : m_directory(configDirectory), m_keys(configDirectory + KEYS_FILE),
+      m_log(std::make_shared<SourceLog>(configDirectory + REQUESTS_FILE)) {
   if (!m_keys.failure().empty())
     m_complaints.push_back({configDirectory + KEYS_FILE, m_keys.failure()});
   readChosen();

@@ -107,7 +107,7 @@ private:
   mutable Chosen m_chosen;
   mutable std::vector<SourceComplaint> m_complaints;
   SourceKeys m_keys;
-  std::shared_ptr<SourceLog> m_log = std::make_shared<SourceLog>();
+  std::shared_ptr<SourceLog> m_log;
   std::shared_ptr<CsvFolderFiles> m_files = std::make_shared<CsvFolderFiles>();
 };
 

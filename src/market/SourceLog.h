@@ -3,6 +3,7 @@
 #include "foundation/String.h"
 #include "market/SourceAnswer.h"
 #include "market/SourceFailure.h"
+#include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <functional>
@@ -36,6 +37,9 @@ public:
 
   /// Tests choose the time.
   explicit SourceLog(std::function<Clock::time_point()> now = Clock::now) : m_now(std::move(now)) {}
+  /// The requests of the day to sources with a daily limit are read from the file, and written to it, so that
+  /// they outlive the program.
+  explicit SourceLog(const String& requestsFile) : m_now(Clock::now), m_requestsFile(requestsFile) {}
 
   void noteAnswer(const String& code, const String& source, std::vector<SourceReason> earlier,
                   const AnsweredPrice& price);
@@ -55,6 +59,10 @@ public:
   std::optional<AnsweredPrice> freshPrice(const String& code, const String& source) const;
 
   ToldOfCode toldOf(const String& code) const;
+  /// The dividends that were told of all codes.
+  std::map<String, std::map<Date, double>> dividends() const;
+  /// The shares that one became by the splits of the days, both included; nothing if none was told.
+  std::optional<double> splitBetween(const String& code, const Date& first, const Date& last) const;
   /// The last failure of a source in this run, with the code for which it failed.
   struct Failure {
     String code;
@@ -72,6 +80,7 @@ private:
     std::optional<Clock::time_point> restsUntil;
     Date day{0u}; ///< on which the requests were counted
     std::size_t requests = 0;
+    bool hasDailyLimit = false;
     std::optional<Failure> lastFailure;
   };
 
@@ -84,8 +93,14 @@ private:
   ToldOfCode& answered(const String& code, const String& source, std::vector<SourceReason> earlier,
                        const String& currency);
 
+  void readRequests();
+  void writeRequests() const;
+
   const std::function<Clock::time_point()> m_now;
-  mutable std::mutex m_mutex; ///< guards the maps
+  const String m_requestsFile; ///< empty for none
+  bool m_areRequestsRead = false;
+  std::atomic<bool> m_hasSplits = false; ///< a look without the mutex, since few codes have any
+  mutable std::mutex m_mutex;            ///< guards the maps
   std::map<String, ToldOfCode> m_codes;
   std::map<String, OfSource> m_sources;
   std::map<String, Priced> m_prices; ///< the last one of each code

@@ -88,6 +88,7 @@ TallymoorInternet::TallymoorInternet(const Options& options)
                 [this](const String& code, const Date& day, double close) {
                   m_updater.tellRecords(code, day, close);
                 }),
+      m_toldDividends(dataDirectory(Platform::Instance(), APP_NAME) + TOLD_DIVIDENDS_FILE),
       m_updater(m_connection, m_history, options.updaterStartDelay),
       m_status(std::make_unique<PriceStatus>(m_connection, m_history, m_updater)) {
   try {
@@ -132,7 +133,7 @@ double TallymoorInternet::currentPrice(const String& code, bool useUpdater, bool
   }
 }
 
-double TallymoorInternet::admitted(const String& code, double price) {
+double TallymoorInternet::admitted(const String& code, const AnsweredPrice& price) {
   const BigMutexLock lock;
   return m_history.admittedPrice(code, price);
 }
@@ -318,9 +319,8 @@ void TallymoorInternet::acceptDoubtful(const String& code, bool fromNowOn) {
   // Stored first: the decision may not be writable.
   const PriceQuarantine::Prices prices = waiting->second;
   m_history.keepAccepted(code, prices);
-  const DoubtfulPrice& last = prices.rbegin()->second;
-  if (last.day == Date::realToday() && m_updater.hasCode(code))
-    m_updater.setCurrentPrice(code, last.value.close);
+  if (const auto ofToday = prices.find(Date::realToday()); ofToday != prices.end() && m_updater.hasCode(code))
+    m_updater.setCurrentPrice(code, ofToday->second.value.close);
   if (fromNowOn)
     quarantine.acceptFromNowOn(code);
   else
@@ -330,6 +330,24 @@ void TallymoorInternet::acceptDoubtful(const String& code, bool fromNowOn) {
 void TallymoorInternet::refuseDoubtful(const String& code) {
   const BigMutexLock lock;
   m_history.quarantine().refuse(code);
+}
+
+// --- Dividends and splits
+
+std::map<String, ToldDividends::OfCode> TallymoorInternet::toldDividends() {
+  const BigMutexLock lock;
+  m_toldDividends.add(m_connection.sources().log().dividends());
+  return m_toldDividends.waiting();
+}
+
+void TallymoorInternet::settleToldDividend(const String& code, const Date& day) {
+  const BigMutexLock lock;
+  m_toldDividends.settle(code, day);
+}
+
+std::optional<double> TallymoorInternet::toldSplit(const String& code, const Date& first, const Date& last) {
+  const BigMutexLock lock;
+  return m_connection.sources().log().splitBetween(code, first, last);
 }
 
 // --- Delisted codes
@@ -406,6 +424,7 @@ void TallymoorInternet::resumeUpdates() {
 
 void TallymoorInternet::save() {
   const BigMutexLock lock;
+  toldDividends(); // keeps those that nobody has asked for yet
   m_history.cache().save();
 }
 

@@ -7,6 +7,7 @@
 #include "market/FetchQuestions.h"
 #include "market/PriceHistory.h"
 #include "market/PriceUpdater.h"
+#include "market/ToldDividends.h"
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -136,6 +137,15 @@ public:
   /// Drops them: they are not asked about again. Throws as acceptDoubtful does.
   void refuseDoubtful(const String& code);
 
+  // What sources tell besides prices.
+
+  /// The dividends that the user has not refused, by code; they may be recorded.
+  std::map<String, ToldDividends::OfCode> toldDividends();
+  /// Throws Exception when that can't be written; it then counts for this run.
+  void settleToldDividend(const String& code, const Date& day);
+  /// The shares that one became by the splits that a source has told of the days, both included.
+  std::optional<double> toldSplit(const String& code, const Date& first, const Date& last);
+
   bool isBadCode(const String& code);
   void markBadCode(const String& code);
   void clearBadCode(const String& code);
@@ -176,7 +186,7 @@ private:
   explicit TallymoorInternet(const Options& options);
 
   bool dataSourceAnswers();
-  double admitted(const String& code, double price);
+  double admitted(const String& code, const AnsweredPrice& price);
   DataSource dataSource(const String& operation) const;
   std::optional<double> beginCurrentPrice(const String& code, bool useUpdater);
   bool wantsRetry(const String& question);
@@ -185,6 +195,7 @@ private:
   Connection m_connection GUARDED_BY(bigMutex());
   FetchQuestions m_questions GUARDED_BY(bigMutex());
   PriceHistory m_history GUARDED_BY(bigMutex());
+  ToldDividends m_toldDividends GUARDED_BY(bigMutex());
   PriceUpdater m_updater;
   const std::unique_ptr<PriceStatus> m_status;
 };

@@ -13,7 +13,17 @@ namespace {
 
 constexpr int WARNING_LEVEL = 1;
 
+String toldQuestionOf(const SuspectedSplit& split, const String& code, const Date& date) {
+  const String kind = split.isMerge() ? u"reverse share split" : u"share split";
+  return u"A source of prices tells of a " + kind + u"\nof the stock with code " + code + u"\non " +
+         date.toString(DATE_DISPLAY_LOCAL) + u" of " + String::fromLong(split.proposed().first) + u":" +
+         String::fromLong(split.proposed().second) +
+         u".\nPlease confirm the ratio, or press cancel\nif there was no " + kind + u'.';
+}
+
 String questionOf(const SuspectedSplit& split, const String& code, const Date& date) {
+  if (split.isTold())
+    return toldQuestionOf(split, code, date);
   const String kind = split.isMerge() ? u"reverse share split" : u"share split";
   const String confirmed = split.isMerge() ? u"reverse split" : u"share split";
   return u"A possible " + kind + u" was detected for the stock\nwith code " + code +

@@ -153,6 +153,10 @@ void TallymoorWindow::load(Progress& progress) {
     throw Exception(STARTUP_FAILURE);
   m_trayController->followPrices();
   m_doubtWarnings.emplace(getApp());
+  m_dividendWarning.emplace(getApp(), [this] {
+    return m_totalCapital && m_totalCapital->isComplete() ? listOf(m_session.store().portfolios())
+                                                          : Portfolios();
+  });
   m_advertThread = std::make_unique<AdvertThread>(AdvertSettings::current(), m_adverts->pending());
   tellInstallerFailure();
 }
@@ -228,6 +232,7 @@ void TallymoorWindow::saveUntilDoneOrGivenUp() {
 
 void TallymoorWindow::closeViews() {
   m_trayController->stopFollowing();
+  m_dividendWarning.reset();
   m_doubtWarnings.reset();
   m_watchlistRoot.reset(); // its lists show portfolios
   m_totalCapital = nullptr;

@@ -13,6 +13,7 @@
 #include "shell/WindowPlace.h"
 #include "shell/WindowTabs.h"
 #include "views/DoubtWarnings.h"
+#include "views/ToldDividendWarning.h"
 #include "widgets/MainWindow.h"
 #include <memory>
 #include <optional>
@@ -60,6 +61,7 @@ public:
     ID_CHECK_UPDATES,
     ID_REFRESH_PRICES,
     ID_PRICES,
+    ID_TOLD_DIVIDENDS,
     ID_SETTINGS,
     ID_FAQ,
     ID_FEEDBACK,
@@ -189,6 +191,7 @@ private:
   TotalCapTreeItem* m_totalCapital = nullptr;
   std::unique_ptr<WatchlistRootTreeItem> m_watchlistRoot;
   std::optional<DoubtWarnings> m_doubtWarnings;
+  std::optional<ToldDividendWarning> m_dividendWarning;
   std::unique_ptr<TrayController> m_trayController;
   std::unique_ptr<ProgramUpdater> m_programUpdater;
   std::unique_ptr<LogOutController> m_logOut;

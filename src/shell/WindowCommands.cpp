@@ -11,6 +11,7 @@
 #include "updates/UpdateCheck.h"
 #include "views/PricesDialog.h"
 #include "views/SharePortfolioTreeItem.h"
+#include "views/ToldDividendsDialog.h"
 #include "views/TotalCapTreeItem.h"
 #include "views/WatchlistRootTreeItem.h"
 #include "widgets/HandlerScope.h"
@@ -61,6 +62,7 @@ std::vector<CommandTable::Menu> menus() {
        {{Window::ID_CHECK_UPDATES},
         {Window::ID_REFRESH_PRICES},
         {Window::ID_PRICES},
+        {Window::ID_TOLD_DIVIDENDS},
         SEPARATOR,
         {Window::ID_SETTINGS}}},
       {"&Help\tCtrl+H", {{Window::ID_FAQ}, {Window::ID_FEEDBACK}, SEPARATOR, {Window::ID_ABOUT}}},
@@ -180,6 +182,8 @@ WindowCommands::Rows WindowCommands::otherRows(const WindowIcons& icons) {
        "Price Update\tGet the latest prices for held and watched shares", icons.priceUpdate.get(),
        u"onRefreshPrices", [this] { refreshPrices(); }, loaded},
       {Window::ID_PRICES, "P&rices...", "", "", nullptr, u"onPrices", [this] { showPrices(); }, loaded},
+      {Window::ID_TOLD_DIVIDENDS, "Told &Dividends...", "", "", nullptr, u"onToldDividends",
+       [this] { showToldDividends(); }, loaded},
       {Window::ID_SETTINGS, "&Options...", "Ctrl+O", "", nullptr, u"onSettings", [this] { showOptions(); }},
       {Window::ID_FAQ, "&Online Help...", "Ctrl+F", "", nullptr, u"onFAQ", openHelp},
       {Window::ID_FEEDBACK, "Feedback or Suggestion?", "", "", nullptr, u"onFeedback", writeFeedback},
@@ -287,6 +291,10 @@ void WindowCommands::refreshPrices() {
 void WindowCommands::showPrices() {
   PricesDialog(&m_window).execute();
   m_window.refreshViews(false); // by the prices that were typed or accepted
+}
+
+void WindowCommands::showToldDividends() {
+  ToldDividendsDialog(&m_window, *m_window.totalCapital()).execute();
 }
 
 void WindowCommands::showOptions() {

@@ -43,6 +43,7 @@ private:
   String likelyPortfolio() const;
   void refreshPrices();
   void showPrices();
+  void showToldDividends();
   void showOptions();
 
   TallymoorWindow& m_window;

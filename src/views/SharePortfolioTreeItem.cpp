@@ -1,4 +1,5 @@
 #include "views/SharePortfolioTreeItem.h"
+#include "analysis/UnrecordedDividends.h"
 #include "books/CashBalance.h"
 #include "books/SharePortfolioUser.h"
 #include "entry/BuySharesDialog.h"
@@ -209,11 +210,24 @@ void SharePortfolioTreeItem::receiveDividend() {
   HandlerScope scope;
   ensureRecord();
   ReceiveDividendsDialog dialog(&MainWindow::Instance(), *m_portfolio);
+  record(dialog);
+}
+
+bool SharePortfolioTreeItem::recordToldDividend(const UnrecordedDividend& told) {
+  HandlerScope scope;
+  ensureRecord();
+  ReceiveDividendsDialog dialog(&MainWindow::Instance(), *m_portfolio, told.code);
+  dialog.panel()->propose(told.number, told.rate, told.day);
+  return record(dialog);
+}
+
+bool SharePortfolioTreeItem::record(ReceiveDividendsDialog& dialog) {
   if (dialog.execute() == 0)
-    return;
+    return false;
   const ReceiveDividendsPanel& panel = *dialog.panel();
   transactionMade();
   m_portfolio->receiveDividend(panel.entry());
+  return true;
 }
 
 void SharePortfolioTreeItem::receiveInterest() {

@@ -6,6 +6,8 @@
 
 namespace Tallymoor {
 
+class ReceiveDividendsDialog;
+struct UnrecordedDividend;
 class CashReserveTreeItem;
 class DividendsTreeItem;
 class IndexFigures;
@@ -55,6 +57,8 @@ public:
   void limitsTyped(const String& code, const PriceLimits& limits) override;
   /// Each asks for a dividend or an amount of cash, and records it.
   void receiveDividend();
+  /// The same for one that a source tells, with what is known of it filled in. True if it was recorded.
+  bool recordToldDividend(const UnrecordedDividend& told);
   void receiveInterest();
   void depositCash();
   void withdrawCash();
@@ -98,6 +102,7 @@ protected:
   void freshenViews() override;
 
 private:
+  bool record(ReceiveDividendsDialog& dialog);
   void makeChildren();
   void pricesCame(const std::set<String>& codes);
   void bookCash(const String& title, std::int32_t type, const String& descriptionStart);

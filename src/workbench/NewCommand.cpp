@@ -43,7 +43,7 @@ SavedAnswer NewCommand::answer() const {
     return SavedAnswer::fromFile(m_options.from);
   const std::unique_ptr<HTTPClient> client = m_makeClient();
   const String address = String(m_options.from.c_str());
-  return SavedAnswer::fetched(*client, address, addressForShow(address, m_options.key));
+  return SavedAnswer::fetched(*client, address, addressForShow(address, m_options.key), m_options.key);
 }
 
 bool NewCommand::propose(const SavedAnswer& answer) {

@@ -1,5 +1,6 @@
 #include "workbench/SavedAnswer.h"
 #include "market/HTTPClient.h"
+#include "market/KeyMask.h"
 #include "market/URL.h"
 #include "pages/AnswerForm.h"
 #include "workbench/PageText.h"
@@ -26,18 +27,20 @@ SavedAnswer SavedAnswer::fromFile(const std::string& path) {
 }
 
 SavedAnswer SavedAnswer::fetched(HTTPClient& client, const String& address, const String& shownAddress,
-                                 const HTTPHeaders& headers) {
+                                 const String& key, const HTTPHeaders& headers) {
+  constexpr std::size_t SHORTEST_KEY = 4;
   try {
     const URL url(address);
     checkScheme(url);
     client.goOnline();
     const HTTPAnswer answer = client.get(url, headers);
+    std::string bytes(answer.body.begin(), answer.body.end());
+    if (key.size() >= SHORTEST_KEY)
+      maskKey(bytes, key);
     if (!answer.isSuccess())
-      failToFetch(shownAddress,
-                  u"the server answered with status " + numberText(answer.status) + u": " +
-                      shortened(String::fromUTF8(
-                          {reinterpret_cast<const char*>(answer.body.data()), answer.body.size()})));
-    return {u"the answer", std::string(answer.body.begin(), answer.body.end())};
+      failToFetch(shownAddress, u"the server answered with status " + numberText(answer.status) + u": " +
+                                    shortened(String::fromUTF8(bytes)));
+    return {u"the answer", std::move(bytes)};
   } catch (const HTTPException& failure) {
     failToFetch(shownAddress, fetchFailure(failure));
   }

@@ -12,9 +12,10 @@ class PlainOutput;
 class SavedAnswer {
 public:
   static SavedAnswer fromFile(const std::string& path);
-  /// Puts the client online. The shown address, which has no key in it, stands in messages.
+  /// Puts the client online. The shown address, which has no key in it, stands in messages. A key that the
+  /// answer repeats is taken out of it, unless it is so short that it may be a part of a figure.
   static SavedAnswer fetched(HTTPClient& client, const String& address, const String& shownAddress,
-                             const HTTPHeaders& headers = {});
+                             const String& key, const HTTPHeaders& headers = {});
 
   const std::string& bytes() const { return m_bytes; }
   /// True for a web page; otherwise it is JSON or text.

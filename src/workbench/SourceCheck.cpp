@@ -96,7 +96,7 @@ SavedAnswer SourceCheck::fetched(const SourceRequest& request) const {
     headers.emplace_back(name.toUTF8(), value.fillPlainly(values).toUTF8());
   const std::unique_ptr<HTTPClient> client = m_makeClient();
   return SavedAnswer::fetched(*client, request.address.fill(values), request.address.fillForShow(values),
-                              headers);
+                              values.key, headers);
 }
 
 } // namespace Tallymoor

@@ -3,8 +3,8 @@
 
 namespace Tallymoor {
 
-/// What the user has decided on doubtful prices. Root "PriceDecisions": any number of "Refused" and
-/// "Trusted".
+/// What the user has decided on doubtful prices. Root "PriceDecisions": any number of "Refused", "Trusted",
+/// "Currency" and "ToCome".
 class XMLPriceDecisions : public XMLElement {
 public:
   XMLPriceDecisions();
@@ -14,6 +14,18 @@ public:
 class XMLRefusedPrice : public XMLSelfCheckedElement {
 public:
   XMLRefusedPrice();
+};
+
+/// A currency of a code's prices: attributes "code", "name", as USD, and "decision", "accepted" or "refused".
+class XMLPriceCurrency : public XMLSelfCheckedElement {
+public:
+  XMLPriceCurrency();
+};
+
+/// An accepted price of a day to come: attributes as of a refused one.
+class XMLPriceToCome : public XMLSelfCheckedElement {
+public:
+  XMLPriceToCome();
 };
 
 /// A code whose prices are not doubted for a reason: attributes "code" and "reason".

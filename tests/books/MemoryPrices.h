@@ -58,6 +58,15 @@ public:
     return m_answered.contains({code, day});
   }
 
+  /// The shares that one became, by a split that a source tells.
+  std::map<std::pair<String, Date>, double> toldSplits;
+  std::optional<double> toldSplit(const String& code, const Date& first, const Date& last) override {
+    for (const auto& [told, ratio] : toldSplits)
+      if (told.first == code && first <= told.second && told.second <= last)
+        return ratio;
+    return std::nullopt;
+  }
+
   bool isToBeFetched(const String&, const Date&) override { return false; }
   bool hasCachedHistory(const String& code) override { return !m_closes[code].empty(); }
   bool hasCachedPrice(const String& code, const Date& day) override { return closeOn(code, day).has_value(); }

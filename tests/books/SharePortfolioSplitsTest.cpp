@@ -171,6 +171,77 @@ TEST_F(SplitsTest, ThreeSharesMayBecomeTwo) {
   EXPECT_DOUBLE_EQ(asOf(parcel(u"ABC.AX"), m_splitDay).number, 200.0 / 3);
 }
 
+TEST_F(SplitsTest, ASplitThatASourceTellsIsAskedWithItsOwnRatio) {
+  setJump(10.00, 5.30);
+  m_prices.toldSplits[{u"ABC.AX", m_eve}] = 1.75; // a day beside that of the jump
+  m_interaction.answerRatio(WholeRatio{7, 4});
+  priceWithSplitCheck(u"ABC.AX", m_splitDay);
+  ASSERT_EQ(splitQuestions().size(), 1u);
+  EXPECT_EQ(splitQuestions()[0].text,
+            u"A source of prices tells of a share split\nof the stock with code ABC.AX\non " +
+                m_splitDay.toString(DATE_DISPLAY_LOCAL) +
+                u" of 7:4.\nPlease confirm the ratio, or press cancel\nif there was no share split.");
+  EXPECT_EQ(splitQuestions()[0].ratio, (WholeRatio{7, 4}));
+  EXPECT_DOUBLE_EQ(asOf(parcel(u"ABC.AX"), m_splitDay).number, 175);
+  priceWithSplitCheck(u"ABC.AX", m_splitDay);
+  EXPECT_EQ(splitQuestions().size(), 1u) << "the answer is recorded";
+}
+
+TEST_F(SplitsTest, AMergeThatASourceTellsIsAskedWithItsOwnRatio) {
+  setJump(1.00, 9.00);
+  m_prices.toldSplits[{u"ABC.AX", m_splitDay}] = 0.1;
+  m_interaction.answerRatio(10);
+  priceWithSplitCheck(u"ABC.AX", m_splitDay);
+  ASSERT_EQ(splitQuestions().size(), 1u);
+  EXPECT_EQ(splitQuestions()[0].title, String(u"Possible reverse share split (share merge)"));
+  EXPECT_TRUE(splitQuestions()[0].text.contains(u"tells of a reverse share split"));
+  EXPECT_EQ(splitQuestions()[0].ratio, (WholeRatio{10, 1}));
+  EXPECT_DOUBLE_EQ(asOf(parcel(u"ABC.AX"), m_splitDay).number, 10);
+}
+
+TEST_F(SplitsTest, AToldSplitIsAskedAboutWithoutAJumpOnItsDayAlone) {
+  setJump(5.00, 5.10); // the source has adjusted its closes
+  m_prices.toldSplits[{u"ABC.AX", m_eve}] = 2;
+  priceWithSplitCheck(u"ABC.AX", m_splitDay);
+  EXPECT_TRUE(splitQuestions().empty()) << "of the day before";
+  m_prices.toldSplits = {{{u"ABC.AX", m_splitDay}, 2}};
+  m_interaction.answerRatio(std::nullopt);
+  priceWithSplitCheck(u"ABC.AX", m_splitDay);
+  EXPECT_EQ(splitQuestions().size(), 1u);
+  EXPECT_DOUBLE_EQ(asOf(parcel(u"ABC.AX"), m_splitDay).number, 100);
+  priceWithSplitCheck(u"ABC.AX", m_splitDay);
+  EXPECT_EQ(splitQuestions().size(), 1u) << "the answer is recorded";
+}
+
+TEST_F(SplitsTest, AToldSplitThatIsRecordedNearbyIsNotAskedAboutAgain) {
+  setJump(5.00, 5.10);
+  addAdjustment(parcel(u"ABC.AX"), m_splitDay.plusDays(-3), 2);
+  m_prices.toldSplits[{u"ABC.AX", m_splitDay}] = 2;
+  priceWithSplitCheck(u"ABC.AX", m_splitDay);
+  EXPECT_TRUE(splitQuestions().empty());
+}
+
+TEST_F(SplitsTest, AToldMergeDoesNotExplainAFall) {
+  setJump(10.00, 5.00);
+  m_prices.toldSplits[{u"ABC.AX", m_splitDay}] = 0.5;
+  m_interaction.answerRatio(2);
+  priceWithSplitCheck(u"ABC.AX", m_splitDay);
+  ASSERT_EQ(splitQuestions().size(), 1u);
+  EXPECT_TRUE(splitQuestions()[0].text.startsWith(u"A possible share split was detected"));
+}
+
+TEST(ToldSplit, HasTheRatioOfTheSourceInWholeNumbers) {
+  const auto proposed = [](double ratio) { return SuspectedSplit::told(ratio)->proposed(); };
+  EXPECT_EQ(proposed(2), (WholeRatio{2, 1}));
+  EXPECT_EQ(proposed(1.5), (WholeRatio{3, 2}));
+  EXPECT_EQ(proposed(1.3333), (WholeRatio{4, 3}));
+  EXPECT_EQ(proposed(1.05), (WholeRatio{21, 20}));
+  EXPECT_EQ(proposed(0.05), (WholeRatio{20, 1}));
+  EXPECT_TRUE(SuspectedSplit::told(0.05)->isMerge());
+  for (const double none : {1.0, 0.0, -2.0, 1e9})
+    EXPECT_FALSE(SuspectedSplit::told(none)) << none;
+}
+
 TEST_F(SplitsTest, SmallerRatiosAreProposedWhereTheOptionsLookForThem) {
   splitRatioDetect = 1.2;
   for (const auto& [after, ratio] : {std::pair{7.5, WholeRatio{4, 3}}, std::pair{8.0, WholeRatio{5, 4}}}) {

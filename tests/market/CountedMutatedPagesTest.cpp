@@ -50,7 +50,7 @@ protected:
   std::optional<double> currentPrice(const std::string& page) {
     m_client->page = page;
     try {
-      return m_source.currentPrice(u"ABC");
+      return m_source.currentPrice(u"ABC").price;
     } catch (const Exception&) {
       return std::nullopt;
     }

@@ -3,6 +3,7 @@
 #include "support/MessageOf.h"
 #include "support/StringPrinting.h"
 #include "support/TestProfile.h"
+#include <filesystem>
 #include <functional>
 #include <gtest/gtest.h>
 
@@ -71,21 +72,21 @@ protected:
 TEST_F(DataSourceTest, TheFirstSourceThatServesTheCodeAnswers) {
   m_first->price = {5.0, std::nullopt, u"AUD"};
   m_second->price = {6.0, std::nullopt, u"AUD"};
-  EXPECT_EQ(source().currentPrice(u"ABC"), 5.0);
+  EXPECT_EQ(source().currentPrice(u"ABC").price, 5.0);
   EXPECT_TRUE(m_second->asked.empty());
   EXPECT_EQ(m_log->toldOf(u"ABC").source, u"First");
   EXPECT_EQ(m_log->toldOf(u"ABC").currency, u"AUD");
   EXPECT_EQ(reasons(u"ABC"), u"");
 
   m_first = std::make_shared<ScriptedSource>(u"First", u"XYZ");
-  EXPECT_EQ(source().currentPrice(u"ABC"), 6.0);
+  EXPECT_EQ(source().currentPrice(u"ABC").price, 6.0);
   EXPECT_TRUE(m_first->asked.empty());
 }
 
 TEST_F(DataSourceTest, TheNextSourceAnswersForOneThatBreaksAndTheReasonIsKept) {
   m_first->failure = refuse;
   m_second->price = {6.0, Date(2026, 3, 2), {}};
-  EXPECT_EQ(source().currentPrice(u"ABC"), 6.0);
+  EXPECT_EQ(source().currentPrice(u"ABC").price, 6.0);
   EXPECT_EQ(m_log->toldOf(u"ABC").source, u"Second");
   EXPECT_EQ(m_log->toldOf(u"ABC").price->day, Date(2026, 3, 2));
   EXPECT_EQ(reasons(u"ABC"), u"First|refused|status 403;");
@@ -104,7 +105,7 @@ TEST_F(DataSourceTest, AnEmptyAnswerGoesOnToTheNextSource) {
 
   m_second->days.prices.clear();
   EXPECT_TRUE(source().history(u"ABC", m_range).empty());
-  EXPECT_EQ(source().currentPrice(u"ABC"), 0.0);
+  EXPECT_EQ(source().currentPrice(u"ABC").price, 0.0);
 }
 
 TEST_F(DataSourceTest, AFailureBesideAnEmptyAnswerIsAFailure) {
@@ -133,13 +134,13 @@ TEST_F(DataSourceTest, ASourceRestsAfterFiveRefusalsInARow) {
   m_first->failure = refuse;
   m_second->price = {6.0, std::nullopt, {}};
   for (int i = 0; i < 7; ++i)
-    EXPECT_EQ(source().currentPrice(u"ABC" + String::fromLong(i)), 6.0);
+    EXPECT_EQ(source().currentPrice(u"ABC" + String::fromLong(i)).price, 6.0);
   EXPECT_EQ(m_first->asked.size(), 5u);
   EXPECT_EQ(reasons(u"ABC6"), u"First|resting|it is not asked for a quarter of an hour after: status 403;");
   m_now += SourceLog::REST;
   m_first->failure = nullptr;
   m_first->price = {5.0, std::nullopt, {}};
-  EXPECT_EQ(source().currentPrice(u"ABC6"), 5.0);
+  EXPECT_EQ(source().currentPrice(u"ABC6").price, 5.0);
 }
 
 TEST_F(DataSourceTest, ASourceThatWantsToRestFiveTimesInARowRests) {
@@ -159,23 +160,69 @@ TEST_F(DataSourceTest, TheRequestsOfADayAreCounted) {
   EXPECT_EQ(m_first->asked.size(), 1u) << "a price of a short time ago is not asked for again";
   source().currentPrice(u"XYZ");
   m_now += SourceLog::FRESH;
-  EXPECT_EQ(source().currentPrice(u"ABC"), 6.0);
+  EXPECT_EQ(source().currentPrice(u"ABC").price, 6.0);
   EXPECT_EQ(reasons(u"ABC"), u"First|resting|its 2 requests of the day are used up;");
   m_profile.setToday(Date(2026, 3, 4));
   m_first->failure = [] { throw HTTPException(u"no route"); };
   for (int i = 0; i < 3; ++i)
-    EXPECT_EQ(source().currentPrice(u"ABC"), 6.0);
+    EXPECT_EQ(source().currentPrice(u"ABC").price, 6.0);
   m_first->failure = nullptr;
-  EXPECT_EQ(source().currentPrice(u"ABC"), 5.0) << "what did not reach the source does not count";
+  EXPECT_EQ(source().currentPrice(u"ABC").price, 5.0) << "what did not reach the source does not count";
+}
+
+TEST_F(DataSourceTest, TheRequestsOfADayOutliveTheProgram) {
+  m_first->perDay = 2;
+  m_first->price = {5.0, std::nullopt, {}};
+  m_second->price = {6.0, std::nullopt, {}};
+  const String file = m_profile.configFolder() + u"PriceRequests.xml";
+  const auto newRun = [&] { m_log = std::make_shared<SourceLog>(file); };
+  newRun();
+  EXPECT_EQ(source().currentPrice(u"ABC").price, 5.0);
+  newRun();
+  EXPECT_EQ(source().currentPrice(u"DEF").price, 5.0);
+  newRun();
+  EXPECT_EQ(source().currentPrice(u"GHI").price, 6.0);
+  EXPECT_EQ(reasons(u"GHI"), u"First|resting|its 2 requests of the day are used up;");
+  m_profile.setToday(Date(2026, 3, 4));
+  newRun();
+  EXPECT_EQ(source().currentPrice(u"GHI").price, 5.0) << "another day";
+}
+
+TEST_F(DataSourceTest, WithoutADailyLimitNoRequestIsWritten) {
+  m_first->price = {5.0, std::nullopt, {}};
+  const String file = m_profile.configFolder() + u"PriceRequests.xml";
+  m_log = std::make_shared<SourceLog>(file);
+  source().currentPrice(u"ABC");
+  EXPECT_FALSE(std::filesystem::exists(file.toUTF8()));
+}
+
+TEST_F(DataSourceTest, CountsThatCantBeReadDoNotStopARequest) {
+  m_first->perDay = 1;
+  m_first->price = {5.0, std::nullopt, {}};
+  const String file = m_profile.configFolder() + u"PriceRequests.xml";
+  TestProfile::writeFile(file, "<PriceRequests><Counted");
+  m_log = std::make_shared<SourceLog>(file);
+  EXPECT_EQ(source().currentPrice(u"ABC").price, 5.0);
+}
+
+TEST_F(DataSourceTest, SplitsOfSeveralDaysMultiply) {
+  m_first->days.prices[Date(2026, 1, 5)] = {.close = 5};
+  m_first->days.splits = {{Date(2026, 1, 5), 2.0}, {Date(2026, 1, 7), 3.0}};
+  EXPECT_FALSE(m_log->splitBetween(u"ABC", Date(2026, 1, 1), Date(2026, 1, 9)));
+  source().history(u"ABC", m_range);
+  EXPECT_EQ(m_log->splitBetween(u"ABC", Date(2026, 1, 5), Date(2026, 1, 7)), 6.0);
+  EXPECT_EQ(m_log->splitBetween(u"ABC", Date(2026, 1, 6), Date(2026, 1, 9)), 3.0);
+  EXPECT_FALSE(m_log->splitBetween(u"ABC", Date(2026, 1, 8), Date(2026, 1, 9)));
+  EXPECT_FALSE(m_log->splitBetween(u"XYZ", Date(2026, 1, 1), Date(2026, 1, 9)));
 }
 
 TEST_F(DataSourceTest, APinnedCodeIsAskedForAtItsSourceAloneAndByItsCodeThere) {
   m_pins = {{u"ABC", {u"Second", u"ABC.XT"}}};
   m_first->price = {5.0, std::nullopt, {}};
   m_second->price = {6.0, std::nullopt, {}};
-  EXPECT_EQ(source().currentPrice(u"ABC"), 6.0);
+  EXPECT_EQ(source().currentPrice(u"ABC").price, 6.0);
   EXPECT_EQ(m_second->asked, std::vector<String>{u"ABC.XT"});
-  EXPECT_EQ(source().currentPrice(u"XYZ"), 5.0);
+  EXPECT_EQ(source().currentPrice(u"XYZ").price, 5.0);
 
   m_second->failure = refuse;
   EXPECT_THROW(source().currentPrice(u"ABC"), SourceException);

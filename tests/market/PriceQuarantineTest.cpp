@@ -19,15 +19,15 @@ protected:
   }
 
   static Date march(int day) { return {2026, 3, day}; }
-  static Rows rows(const std::vector<std::pair<int, double>>& closes) {
-    Rows rows;
+  static DataSource::Rows rows(const std::vector<std::pair<int, double>>& closes) {
+    DataSource::Rows rows;
     for (const auto& [day, close] : closes)
       rows[march(day)] = {.close = close};
     return rows;
   }
   /// "6 10.00 jump": the days that are doubtful, with closes and reasons.
   std::vector<String> doubts(const Rows& fetched, bool mayChangeLevel = true) {
-    const char16_t* names[] = {u"jump", u"unit", u"range", u"contradiction"};
+    const char16_t* names[] = {u"jump", u"unit", u"range", u"contradiction", u"currency", u"future"};
     std::vector<String> texts;
     for (const DoubtfulPrice& price : checkPrices(m_known, fetched, mayChangeLevel).doubtful)
       texts.push_back(String::fromLong(price.day.day()) + u' ' + String::fromDouble(price.value.close, 2) +
@@ -151,8 +151,8 @@ TEST_F(PriceQuarantineTest, DoubtfulPricesWaitAndAreToldOnce) {
   EXPECT_EQ(told, 1);
   ASSERT_EQ(quarantine.waiting().at(CODE).size(), 1u);
   EXPECT_EQ(quarantine.waiting().at(CODE).at(march(10)).value.close, 51);
-  EXPECT_FALSE(quarantine.admitCurrent(CODE, m_known, march(11), 50));
-  EXPECT_TRUE(quarantine.admitCurrent(u"DEF.AX", CachedShare(), march(11), 50));
+  EXPECT_FALSE(quarantine.admitCurrent(CODE, m_known, march(11), {50}));
+  EXPECT_TRUE(quarantine.admitCurrent(u"DEF.AX", CachedShare(), march(11), {50}));
   EXPECT_EQ(quarantine.waiting().at(CODE).size(), 2u);
 }
 
@@ -164,8 +164,8 @@ TEST_F(PriceQuarantineTest, WhatTheSourceCorrectsWaitsNoLonger) {
   quarantine.admit(CODE, m_known, rows({{9, 10}, {10, 10.2}}));
   EXPECT_TRUE(quarantine.waiting().empty());
   EXPECT_EQ(told, 1);
-  quarantine.admitCurrent(CODE, m_known, march(11), 50);
-  EXPECT_TRUE(quarantine.admitCurrent(CODE, m_known, march(11), 10));
+  quarantine.admitCurrent(CODE, m_known, march(11), {50});
+  EXPECT_TRUE(quarantine.admitCurrent(CODE, m_known, march(11), {10}));
   EXPECT_TRUE(quarantine.waiting().empty());
 }
 
@@ -183,7 +183,7 @@ TEST_F(PriceQuarantineTest, AcceptedPricesAreGivenBack) {
   ASSERT_EQ(accepted.size(), 2u);
   EXPECT_EQ(accepted.at(march(10)).value.close, 2.1);
   EXPECT_TRUE(quarantine.waiting().empty());
-  EXPECT_FALSE(quarantine.admitCurrent(CODE, m_known, march(11), 1)) << "only these were accepted";
+  EXPECT_FALSE(quarantine.admitCurrent(CODE, m_known, march(11), {1})) << "only these were accepted";
 }
 
 TEST_F(PriceQuarantineTest, RefusedPricesAreNeverAskedAboutAgain) {
@@ -207,14 +207,117 @@ TEST_F(PriceQuarantineTest, RefusedPricesAreNeverAskedAboutAgain) {
 TEST_F(PriceQuarantineTest, ATrustedCodeIsNotDoubtedForThatReasonAgain) {
   {
     PriceQuarantine quarantine(file());
-    quarantine.admitCurrent(CODE, m_known, march(9), 1000);
+    quarantine.admitCurrent(CODE, m_known, march(9), {1000});
     EXPECT_EQ(quarantine.acceptFromNowOn(CODE).size(), 1u);
   }
   PriceQuarantine again(file());
-  EXPECT_TRUE(again.admitCurrent(CODE, m_known, march(9), 1000));
+  EXPECT_TRUE(again.admitCurrent(CODE, m_known, march(9), {1000}));
   EXPECT_EQ(again.admit(CODE, m_known, rows({{9, 1000}})).size(), 1u);
-  EXPECT_FALSE(again.admitCurrent(CODE, m_known, march(9), 50)) << "a jump is another reason";
-  EXPECT_FALSE(again.admitCurrent(u"DEF.AX", m_known, march(9), 1000)) << "another code";
+  EXPECT_FALSE(again.admitCurrent(CODE, m_known, march(9), {50})) << "a jump is another reason";
+  EXPECT_FALSE(again.admitCurrent(u"DEF.AX", m_known, march(9), {1000})) << "another code";
+}
+
+TEST_F(PriceQuarantineTest, AnotherCurrencyIsAskedAboutUntilItIsAccepted) {
+  DataSource::Rows page;
+  page.currency = u"USD";
+  page[march(9)] = {.close = 10};
+  page[march(10)] = {.close = 10.1};
+  m_known.values[march(10)].origin = PriceOrigin::Typed;
+  {
+    PriceQuarantine quarantine(file());
+    EXPECT_TRUE(quarantine.admit(CODE, m_known, page).empty());
+    ASSERT_EQ(quarantine.waiting().at(CODE).size(), 1u) << "the other day's price was typed";
+    const DoubtfulPrice& price = quarantine.waiting().at(CODE).at(march(9));
+    EXPECT_EQ(doubtText(CODE, price),
+              u"ABC.AX: 10.00 of 09/03/2026 is in USD, but prices of this stock are in AUD. " +
+                  String(u"The source may mean another listing of the stock. Prices are not converted."));
+    EXPECT_FALSE(quarantine.admitCurrent(CODE, m_known, march(11), {10, std::nullopt, u"USD"}));
+    EXPECT_TRUE(quarantine.admitCurrent(CODE, m_known, march(11), {10, std::nullopt, u"AUD"}));
+    EXPECT_EQ(quarantine.accept(CODE).size(), 1u);
+  }
+  PriceQuarantine later(file());
+  EXPECT_EQ(later.admit(CODE, m_known, page).size(), 2u);
+  EXPECT_TRUE(later.admitCurrent(CODE, m_known, march(11), {10, std::nullopt, u"USD"}));
+  EXPECT_FALSE(later.admitCurrent(CODE, m_known, march(11), {10, std::nullopt, u"AUD"}))
+      << "its prices are in USD now";
+}
+
+TEST_F(PriceQuarantineTest, ARefusedCurrencyIsNeitherTakenNorAskedAboutAgain) {
+  {
+    PriceQuarantine quarantine(file());
+    quarantine.admitCurrent(CODE, m_known, march(9), {10, std::nullopt, u"USD"});
+    quarantine.refuse(CODE);
+  }
+  PriceQuarantine later(file());
+  EXPECT_FALSE(later.admitCurrent(CODE, m_known, march(10), {11, std::nullopt, u"USD"}));
+  EXPECT_TRUE(later.waiting().empty());
+  EXPECT_FALSE(later.admitCurrent(CODE, m_known, march(10), {11, std::nullopt, u"NZD"}));
+  EXPECT_EQ(later.waiting().size(), 1u) << "another one";
+}
+
+TEST_F(PriceQuarantineTest, AnyCurrencyIsTakenFromNowOn) {
+  PriceQuarantine quarantine(file());
+  quarantine.admitCurrent(CODE, m_known, march(9), {10, std::nullopt, u"USD"});
+  quarantine.acceptFromNowOn(CODE);
+  PriceQuarantine later(file());
+  EXPECT_TRUE(later.admitCurrent(CODE, m_known, march(10), {11, std::nullopt, u"NZD"}));
+}
+
+TEST_F(PriceQuarantineTest, AnIndexHasNoCurrency) {
+  PriceQuarantine quarantine(file());
+  EXPECT_TRUE(quarantine.admitCurrent(u"^AORD", CachedShare(), march(9), {9000, std::nullopt, u"USD"}));
+}
+
+TEST_F(PriceQuarantineTest, PenceAreTold) {
+  const DoubtfulPrice price{.day = march(9),
+                            .value = {.close = 812},
+                            .reason = DoubtReason::Currency,
+                            .known = std::nullopt,
+                            .currency = u"GBX",
+                            .usualCurrency = u"GBP"};
+  EXPECT_EQ(doubtText(CODE, price),
+            u"ABC.AX: 812.00 of 09/03/2026 is in GBX, but prices of this stock are in GBP. " +
+                String(u"100 GBX are 1 GBP: the source's document lacks the factor 0.01."));
+}
+
+TEST_F(PriceQuarantineTest, APriceOfADayToComeIsAskedAboutAndCountsOnItsDayOnceItIsAccepted) {
+  const Date toCome(2026, 10, 3);
+  DataSource::Rows page;
+  page[march(9)] = {.close = 10};
+  page.future[toCome] = {.close = 11};
+  {
+    PriceQuarantine quarantine(file());
+    EXPECT_EQ(quarantine.admit(CODE, m_known, page).size(), 1u);
+    ASSERT_EQ(quarantine.waiting().at(CODE).size(), 1u);
+    EXPECT_EQ(
+        doubtText(CODE, quarantine.waiting().at(CODE).at(toCome)),
+        String(u"ABC.AX: 11.00 of 03/10/2026, a day to come. Day and month may have changed places: then "
+               u"it is of 10/03/2026. It can't count before its day."));
+    quarantine.accept(CODE);
+    quarantine.admit(CODE, m_known, page);
+    EXPECT_TRUE(quarantine.waiting().empty());
+  }
+  PriceQuarantine later(file());
+  page.future.clear();
+  EXPECT_EQ(later.admit(CODE, m_known, page).size(), 1u);
+  m_profile.setToday(Date(2026, 10, 4));
+  EXPECT_DOUBLE_EQ(later.admit(CODE, m_known, page).at(toCome).close, 11);
+  m_known.values[toCome] = {.close = 12};
+  EXPECT_FALSE(later.admit(CODE, m_known, page).contains(toCome)) << "the source has told another one";
+}
+
+TEST_F(PriceQuarantineTest, ACurrentPriceOfADayToComeIsAskedAbout) {
+  PriceQuarantine quarantine(file());
+  EXPECT_TRUE(quarantine.admitCurrent(CODE, m_known, march(20), {10, march(21), String()}))
+      << "the exchange is a day ahead";
+  EXPECT_FALSE(quarantine.admitCurrent(CODE, m_known, march(20), {10, march(22), String()}));
+  EXPECT_EQ(
+      doubtText(CODE, quarantine.waiting().at(CODE).at(march(22))),
+      String(u"ABC.AX: 10.00 of 22/03/2026, a day to come. The source or the clock of this computer may be "
+             u"wrong. It can't count before its day."));
+  quarantine.refuse(CODE);
+  EXPECT_FALSE(quarantine.admitCurrent(CODE, m_known, march(20), {10, march(22), String()}));
+  EXPECT_TRUE(quarantine.waiting().empty());
 }
 
 TEST_F(PriceQuarantineTest, DecisionsThatCantBeReadAreKeptAside) {
@@ -232,7 +335,7 @@ TEST_F(PriceQuarantineTest, AReasonOfALaterVersionIsPassedOver) {
                          "<PriceDecisions><Trusted code=\"ABC.AX\" reason=\"mood\"/><Trusted code=\"ABC.AX\" "
                          "reason=\"jump\"/></PriceDecisions>");
   PriceQuarantine quarantine(file());
-  EXPECT_TRUE(quarantine.admitCurrent(CODE, m_known, march(9), 50));
+  EXPECT_TRUE(quarantine.admitCurrent(CODE, m_known, march(9), {50}));
 }
 
 TEST_F(PriceQuarantineTest, ADecisionThatCantBeWrittenCountsForTheRun) {

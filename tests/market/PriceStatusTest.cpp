@@ -75,6 +75,34 @@ protected:
   const String m_folder = m_profile.path("prices");
 };
 
+TEST_F(PriceStatusTest, PricesInAnotherCurrencyWaitForADecision) {
+  const String file = m_profile.configFolder() + u"Sources/Service.xml";
+  std::string document = TestProfile::readFile(file);
+  document.replace(document.find("AUD"), 3, "USD");
+  TestProfile::writeFile(file, document);
+  useService();
+  updater().addCode(u"NEW.AX");
+  updater().runPass();
+  EXPECT_EQ(updater().getCurrentPrice(u"NEW.AX"), 0.0);
+  EXPECT_FALSE(gateway().hasCachedPrice(u"NEW.AX", Date(2006, 11, 14)));
+  const auto waiting = gateway().doubtfulPrices().at(u"NEW.AX");
+  EXPECT_EQ(waiting.rbegin()->second.reason, DoubtReason::Currency);
+  EXPECT_EQ(waiting.rbegin()->second.currency, u"USD");
+  EXPECT_EQ(waiting.rbegin()->second.usualCurrency, u"AUD");
+  gateway().acceptDoubtful(u"NEW.AX", false);
+  EXPECT_EQ(updater().getCurrentPrice(u"NEW.AX"), 2.75);
+  updater().runPass();
+  EXPECT_TRUE(gateway().doubtfulPrices().empty());
+}
+
+TEST_F(PriceStatusTest, TellsOfSplitsOfASource) {
+  useService();
+  EXPECT_FALSE(gateway().toldSplit(u"NEW.AX", Date(2006, 11, 14), Date(2006, 11, 14)));
+  gateway().historicalPrice(u"NEW.AX", Date(2006, 11, 14), true);
+  EXPECT_EQ(gateway().toldSplit(u"NEW.AX", Date(2006, 11, 14), Date(2006, 11, 14)), 2.0);
+  EXPECT_FALSE(gateway().toldSplit(u"NEW.AX", Date(2006, 11, 10), Date(2006, 11, 13)));
+}
+
 TEST_F(PriceStatusTest, TheLocatorsAloneAreTheSourceOfANewProfile) {
   m_market.setCurrentPrice(m_code, 5.5);
   EXPECT_EQ(gateway().currentPrice(m_code, false, true), 5.5);

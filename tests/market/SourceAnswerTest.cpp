@@ -36,5 +36,13 @@ TEST(SourceAnswer, RefusesRowsOfWhichNoneHasAPrice) {
             u"none of the rows has a day and a price");
 }
 
+TEST(SourceAnswer, KeepsRowsOfDaysToComeApart) {
+  const AnswerFormat csv = dateAndClose(AnswerReader::Csv, u"Date", u"Close");
+  const AnsweredHistory history = readHistory("Date,Close\n2026-02-26,10.5\n9026-02-27,10.6\n", csv);
+  EXPECT_EQ(history.prices.size(), 1u);
+  ASSERT_EQ(history.future.size(), 1u);
+  EXPECT_EQ(history.future.at(Date(9026, 2, 27)).close, 10.6);
+}
+
 } // namespace
 } // namespace Tallymoor

@@ -61,6 +61,12 @@ protected:
   const String m_prices = m_profile.path("my \"prices\" & more");
 };
 
+TEST_F(SourceListTest, TheRequestsOfTheDayAreKeptInItsFolder) {
+  EXPECT_FALSE(list().log().beginRequest(u"ABC", u"One", 1));
+  EXPECT_TRUE(list().log().beginRequest(u"ABC", u"One", 1));
+  EXPECT_TRUE(std::filesystem::exists((m_config + u"PriceRequests.xml").toUTF8()));
+}
+
 TEST_F(SourceListTest, WithoutAChoiceTheLocatorsAloneAreOn) {
   writeDocument("One.xml", "One");
   const SourceList sources = list();

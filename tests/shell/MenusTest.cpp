@@ -76,7 +76,8 @@ TEST_F(MenusTest, TheMenusHoldTheirEntriesInOrder) {
       {"Report for last month...", "Report for last financial quarter...",
        "Report for last calendar quarter...", "Report for last financial year...",
        "Report for last calendar year...", "Custom Report..."},
-      {"Check For Updates...\tCtrl+U", "Refresh Prices\tCtrl+R", "Prices...", "-", "Options...\tCtrl+O"},
+      {"Check For Updates...\tCtrl+U", "Refresh Prices\tCtrl+R", "Prices...", "Told Dividends...", "-",
+       "Options...\tCtrl+O"},
       {"Online Help...\tCtrl+F", "Feedback or Suggestion?", "-", "About...\tCtrl+A"}};
   const auto menus = panes(tallymoor());
   ASSERT_EQ(expected.size(), menus.size());

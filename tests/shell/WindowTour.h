@@ -187,6 +187,8 @@ private:
       press(dialog, "History...");
     });
     command(TallymoorWindow::ID_PRICES);
+    expect("Told dividends", visit);
+    command(TallymoorWindow::ID_TOLD_DIVIDENDS);
     expect("Choose the date", visit);
     click(*tallymoor().viewDateRow()->field());
   }

@@ -141,7 +141,7 @@ protected:
   }
 
   static std::vector<std::string> price(const DataSource& source) {
-    return {String::fromDouble(source.currentPrice(u"X"), 4).toUTF8()};
+    return {String::fromDouble(source.currentPrice(u"X").price, 4).toUTF8()};
   }
   static std::vector<std::string> days(const DataSource& source) {
     std::vector<std::string> values;

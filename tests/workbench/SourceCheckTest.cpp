@@ -91,6 +91,23 @@ TEST_F(SourceCheckTest, FetchesWithKeyAndHeaders) {
   EXPECT_TRUE(keyless.complains("the source needs a key: give yours with --key"));
 }
 
+TEST_F(SourceCheckTest, HidesAKeyThatTheAnswerRepeats) {
+  bool isRefused = false;
+  TestHttpServer server;
+  server.setFallback([&isRefused](const TestHttpServer::Request&) {
+    return TestHttpServer::Response{.status = isRefused ? 403 : 200,
+                                    .body = "the key S3/cret (S3%2Fcret) is not known\n"};
+  });
+  for (const bool refused : {false, true}) {
+    isRefused = refused;
+    const Result result = run({"check", document(server.url("")), "--code", "QXZ", "--key", "S3/cret"});
+    EXPECT_NE(result.status, 0);
+    const std::string shown = result.out + result.errors;
+    EXPECT_NE(shown.find("the key (key) ((key)) is not known"), std::string::npos) << shown;
+    EXPECT_EQ(shown.find("cret"), std::string::npos) << shown;
+  }
+}
+
 TEST_F(SourceCheckTest, RefusesWhatIsNoDocumentOfASource) {
   EXPECT_TRUE(run({"check", document()}).says("No answer to test"));
   EXPECT_TRUE(
