@@ -6,7 +6,11 @@
 #include "foundation/Constants.h"
 #include "foundation/Settings.h"
 #include "market/MarketPrices.h"
+#include "market/PriceQuarantine.h"
 #include "market/SharePriceCache.h"
+#include "market/SourceKeys.h"
+#include "market/SourceList.h"
+#include "market/ToldDividends.h"
 #include "session/BookQuestions.h"
 #include "session/PortfolioExport.h"
 #include "session/PortfolioStore.h"
@@ -122,6 +126,59 @@ Save prices() {
               changedPrices(1)->save();
           },
           [](const UpdateServiceAddress&) { return [cache = changedPrices(2)] { cache->save(); }; }};
+}
+
+/// What the user decides on prices and their sources, each in a document of its own that is written at once.
+class PriceChoices {
+public:
+  PriceChoices()
+      : m_decisions(dataDirectory(Platform::Instance(), APP_NAME) + PRICE_DECISIONS_FILE),
+        m_sources(configDirectory(Platform::Instance(), APP_NAME)),
+        m_keys(configDirectory(Platform::Instance(), APP_NAME) + u"PriceSourceKeys.xml"),
+        m_dividends(dataDirectory(Platform::Instance(), APP_NAME) + TOLD_DIVIDENDS_FILE) {}
+
+  void tellOfDividends() {
+    std::map<Date, double> told;
+    for (int i = 0; i < ENTRIES; ++i)
+      told[Date(2025, 1, 1).plusDays(i)] = 0.5;
+    m_dividends.add({{u"ABC.AX", told}});
+  }
+  void makeReady(double close) {
+    CachedShare known;
+    known.values[Date(2024, 12, 31)] = {.close = 1};
+    DataSource::Rows doubtful;
+    for (int i = 0; i < ENTRIES; ++i)
+      doubtful[Date(2025, 1, 1).plusDays(i)] = {.close = close};
+    m_decisions.admit(u"ABC.AX", known, doubtful);
+  }
+  void decide(const String& word, const Date& dividend) {
+    m_decisions.refuse(u"ABC.AX");
+    m_sources.addFolder(word, u"/prices/" + word + String(10000, u'x'));
+    m_keys.set(u"Service", {u"https://prices.example"}, word + String(10000, u'x'));
+    m_dividends.settle(u"ABC.AX", dividend);
+  }
+
+private:
+  PriceQuarantine m_decisions;
+  SourceList m_sources;
+  SourceKeys m_keys;
+  ToldDividends m_dividends;
+};
+
+Save priceChoices() {
+  return {[](bool overwrite) {
+            PriceChoices choices;
+            choices.tellOfDividends();
+            if (!overwrite)
+              return;
+            choices.makeReady(100);
+            choices.decide(u"old", Date(2025, 1, 1));
+          },
+          [](const UpdateServiceAddress&) {
+            auto choices = std::make_shared<PriceChoices>();
+            choices->makeReady(101);
+            return [choices] { choices->decide(u"new", Date(2025, 1, 2)); };
+          }};
 }
 
 void changeSettings(const std::string& word) {
@@ -249,6 +306,7 @@ const std::map<std::string, Save>& saves() {
                                                {"export", exported()},
                                                {"report", report()},
                                                {"prices", prices()},
+                                               {"price choices", priceChoices()},
                                                {"settings", settings()},
                                                {"defaults", defaults()},
                                                {"documents", documents()},
