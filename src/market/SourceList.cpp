@@ -179,7 +179,8 @@ void SourceList::add(ListedSource source) {
 }
 
 void SourceList::addFolder(const String& name, const String& folder) {
-  if (!std::filesystem::is_directory(folder.toUTF8()))
+  std::error_code failure; // as of a path that is too long
+  if (!std::filesystem::is_directory(folder.toUTF8(), failure))
     throw Exception(folder + u" is no folder");
   add({.kind = SourceKind::Folder, .name = name, .folder = folder});
 }

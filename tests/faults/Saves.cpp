@@ -150,10 +150,11 @@ public:
     for (int i = 0; i < ENTRIES; ++i)
       doubtful[Date(2025, 1, 1).plusDays(i)] = {.close = close};
     m_decisions.admit(u"ABC.AX", known, doubtful);
+    (void)m_sources.sources(); // reads the documents of sources, which are no part of the save
   }
   void decide(const String& word, const Date& dividend) {
     m_decisions.refuse(u"ABC.AX");
-    m_sources.addFolder(word, u"/prices/" + word + String(10000, u'x'));
+    m_sources.addCommand(word, {u"/usr/bin/prices", word + String(10000, u'x')});
     m_keys.set(u"Service", {u"https://prices.example"}, word + String(10000, u'x'));
     m_dividends.settle(u"ABC.AX", dividend);
   }

@@ -61,6 +61,12 @@ protected:
   const String m_prices = m_profile.path("my \"prices\" & more");
 };
 
+TEST_F(SourceListTest, APathThatIsTooLongIsNoFolder) {
+  SourceList sources = list();
+  const String path = u"/" + String(10000, u'x');
+  EXPECT_EQ(messageOf([&] { sources.addFolder(u"Long", path); }), path + u" is no folder");
+}
+
 TEST_F(SourceListTest, TheRequestsOfTheDayAreKeptInItsFolder) {
   EXPECT_FALSE(list().log().beginRequest(u"ABC", u"One", 1));
   EXPECT_TRUE(list().log().beginRequest(u"ABC", u"One", 1));
