@@ -41,14 +41,25 @@ std::string plainLocale(const std::string& name) {
   return plain.empty() || plain == "C" || plain == "POSIX" ? FALLBACK_LOCALE : plain;
 }
 
-/// The user's locale for a category (LC_TIME, for example), in the order of POSIX.
-std::string localeFor(const std::string& wanted, const char* category) {
+/// The name of the user's locale for a category (LC_TIME, for example), in the order of POSIX; empty if there
+/// is none.
+std::string localeNameFor(const std::string& wanted, const char* category) {
   if (!wanted.empty())
-    return plainLocale(wanted);
+    return wanted;
   for (const char* variable : {"LC_ALL", category, "LANG"})
-    if (const std::string name = environment(variable); !name.empty())
-      return plainLocale(name);
-  return FALLBACK_LOCALE;
+    if (std::string name = environment(variable); !name.empty())
+      return name;
+  return {};
+}
+
+std::string localeFor(const std::string& wanted, const char* category) {
+  const std::string name = localeNameFor(wanted, category);
+  return name.empty() ? FALLBACK_LOCALE : plainLocale(name);
+}
+
+/// False for "C" and for a language alone: the region is guessed then.
+bool namesRegion(const std::string& localeName) {
+  return localeName.find('_') != std::string::npos;
 }
 
 std::string homeFolder() {
@@ -159,7 +170,8 @@ LinuxPlatform::LinuxPlatform(const LinuxPlatformOptions& options)
       m_picture(std::make_unique<ShortDatePicture>(
           options.datePicture.empty() ? ShortDatePicture::ofLocale(m_dateLocale)
                                       : ShortDatePicture(String(options.datePicture.c_str())))),
-      m_money(std::make_unique<MoneyFormat>(localeFor(options.locale, "LC_MONETARY"))) {
+      m_money(std::make_unique<MoneyFormat>(localeFor(options.locale, "LC_MONETARY"),
+                                            namesRegion(localeNameFor(options.locale, "LC_MONETARY")))) {
   reportFaults();
 }
 

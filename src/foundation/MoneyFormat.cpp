@@ -67,15 +67,16 @@ struct MoneyFormat::Parts {
   icu::number::LocalizedNumberFormatter formatter;
   String decimalSign;
   String currencySign;
-  String currency; ///< XXX for none
+  String currencyCode; ///< empty for none
   int decimals = 2;
 };
 
-MoneyFormat::MoneyFormat(const std::string& name) {
+MoneyFormat::MoneyFormat(const std::string& name, bool isChosen) {
   const icu::Locale locale = moneyLocale(name);
   const String currency = currencyOf(locale);
   auto parts = std::make_unique<Parts>();
-  parts->currency = currency;
+  if (isChosen && currency != String(u"XXX"))
+    parts->currencyCode = currency;
   UErrorCode status = U_ZERO_ERROR;
   parts->decimals = ucurr_getDefaultFractionDigits(currency.c_str(), &status);
   status = U_ZERO_ERROR;
@@ -92,7 +93,7 @@ MoneyFormat::MoneyFormat(const std::string& name) {
 MoneyFormat::~MoneyFormat() = default;
 
 String MoneyFormat::currencyCode() const {
-  return m_parts->currency == String(u"XXX") ? String() : m_parts->currency;
+  return m_parts->currencyCode;
 }
 
 String MoneyFormat::format(double amount) const {

@@ -9,7 +9,8 @@ namespace Tallymoor {
 /// and thread-safe.
 class MoneyFormat {
 public:
-  explicit MoneyFormat(const std::string& locale);
+  /// A locale that nobody has chosen has a form all the same, but no currency of the user's.
+  explicit MoneyFormat(const std::string& locale, bool isChosen = true);
   ~MoneyFormat();
 
   /// Omits the sign of an amount that rounds to zero. Empty if ICU has no form for the locale.
@@ -21,7 +22,7 @@ public:
   /// decimal points.
   double read(const String& text) const;
 
-  /// The ISO 4217 code of the locale's currency; empty if it has none.
+  /// The ISO 4217 code of the currency of a chosen locale; empty if it has none.
   String currencyCode() const;
 
 private:

@@ -45,6 +45,19 @@ std::optional<DoubtReason> reasonNamed(const String& name) {
   return std::nullopt;
 }
 
+/// Where nobody knows the user's currency, the first one that a source tells of a stock is the stock's.
+template <class Write>
+void keepFirst(String& known, const String& told, Write write) {
+  if (!known.empty())
+    return;
+  known = told;
+  try {
+    write();
+  } catch (const Exception&) {
+    // It counts for this run.
+  }
+}
+
 String closeText(double close) {
   return String::fromDouble(close, PRICE_CACHE_DECIMALS);
 }
@@ -71,6 +84,8 @@ SharePriceCache::Rows PriceQuarantine::admit(const String& code, const CachedSha
     keepForeignAside(code, known, fetched);
     return {};
   }
+  if (!fetched.currency.empty() && usualCurrency(code).empty())
+    keepFirst(m_decisions[code].currency, fetched.currency, [this] { write(); });
   CheckedPrices checked = checkPrices(known, fetched, !hasOpenLevel(code));
   for (const DoubtfulPrice& price : checked.doubtful)
     if (isTrusted(code, price.reason))
@@ -139,6 +154,8 @@ bool PriceQuarantine::admitCurrent(const String& code, const CachedShare& known,
                      .usualCurrency = usualCurrency(code)});
     return false;
   }
+  if (!price.currency.empty() && usualCurrency(code).empty())
+    keepFirst(m_decisions[code].currency, price.currency, [this] { write(); });
   const auto doubtful = checkCurrentPrice(known, day, price.price);
   if (!doubtful || isTrusted(code, doubtful->reason)) {
     removeSettled(code, {{day, value}});

@@ -153,10 +153,8 @@ void TallymoorWindow::load(Progress& progress) {
     throw Exception(STARTUP_FAILURE);
   m_trayController->followPrices();
   m_doubtWarnings.emplace(getApp());
-  m_dividendWarning.emplace(getApp(), [this] {
-    return m_totalCapital && m_totalCapital->isComplete() ? listOf(m_session.store().portfolios())
-                                                          : Portfolios();
-  });
+  m_dividendWarning.emplace(getApp(), [this] { return listOf(store().portfolios()); });
+  m_dividendWarning->tell(); // of those of before
   m_advertThread = std::make_unique<AdvertThread>(AdvertSettings::current(), m_adverts->pending());
   tellInstallerFailure();
 }

@@ -13,7 +13,7 @@ const String KEY = u"told dividends";
 
 } // namespace
 
-ToldDividendWarning::ToldDividendWarning(FX::FXApp* app, CurrentPortfolios portfolios)
+ToldDividendWarning::ToldDividendWarning(FX::FXApp* app, OpenPortfolioList portfolios)
     : m_portfolios(std::move(portfolios)),
       m_prices(app, u"ToldDividendWarning::tell failed.", [this](const std::set<String>& codes) {
         if (codes.empty()) // a round has ended

@@ -9,16 +9,16 @@ namespace Tallymoor {
 /// recorded, until none is left. GUI thread; needs the main window.
 class ToldDividendWarning {
 public:
-  /// The open portfolios whose records are up to date.
-  using CurrentPortfolios = std::function<Portfolios()>;
+  /// Gives the open portfolios.
+  using OpenPortfolioList = std::function<Portfolios()>;
 
-  ToldDividendWarning(FX::FXApp* app, CurrentPortfolios portfolios);
+  ToldDividendWarning(FX::FXApp* app, OpenPortfolioList portfolios);
 
   /// Looks again: some may have been recorded or refused.
   void tell();
 
 private:
-  const CurrentPortfolios m_portfolios;
+  const OpenPortfolioList m_portfolios;
   PriceWatch m_prices;
 };
 

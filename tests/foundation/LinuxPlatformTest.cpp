@@ -142,20 +142,22 @@ TEST_F(LinuxPlatformTest, TheLocaleComesFromTheEnvironment) {
     std::map<std::string, std::string> variables;
     const char16_t* date;
     const char16_t* money;
+    const char16_t* currency;
   } rows[] = {
-      {{{"LANG", "de_DE.UTF-8"}}, u"3.3.2026", u"1,50\u00A0\u20AC"},
-      {{{"LANG", "de_DE.UTF-8"}, {"LC_TIME", "en_AU.UTF-8"}}, u"03/03/2026", u"1,50\u00A0\u20AC"},
-      {{{"LANG", "de_DE@euro"}, {"LC_MONETARY", "en_GB.UTF-8"}}, u"3.3.2026", u"\u00A31.50"},
-      {{{"LANG", "de_DE"}, {"LC_TIME", "en_AU"}, {"LC_ALL", "ja_JP.UTF-8"}}, u"2026/3/3", u"\uFFE52"},
-      {{{"LANG", "C.UTF-8"}}, u"3/3/2026", u"$1.50"},
-      {{{"LANG", "POSIX"}}, u"3/3/2026", u"$1.50"},
-      {{}, u"3/3/2026", u"$1.50"},
+      {{{"LANG", "de_DE.UTF-8"}}, u"3.3.2026", u"1,50\u00A0\u20AC", u"EUR"},
+      {{{"LANG", "de_DE.UTF-8"}, {"LC_TIME", "en_AU.UTF-8"}}, u"03/03/2026", u"1,50\u00A0\u20AC", u"EUR"},
+      {{{"LANG", "de_DE@euro"}, {"LC_MONETARY", "en_GB.UTF-8"}}, u"3.3.2026", u"\u00A31.50", u"GBP"},
+      {{{"LANG", "de_DE"}, {"LC_TIME", "en_AU"}, {"LC_ALL", "ja_JP.UTF-8"}}, u"2026/3/3", u"\uFFE52", u"JPY"},
+      {{{"LANG", "C.UTF-8"}}, u"3/3/2026", u"$1.50", u""},
+      {{{"LANG", "POSIX"}}, u"3/3/2026", u"$1.50", u""},
+      {{}, u"3/3/2026", u"$1.50", u""},
   };
   for (const auto& row : rows) {
     const Environment environment(row.variables);
     LinuxPlatform platform;
     EXPECT_EQ(platform.shortDateFormat(Date(2026, 3, 3)), row.date);
     EXPECT_EQ(platform.currencyFormat(1.5), row.money);
+    EXPECT_EQ(platform.currencyCode(), row.currency) << "none where no region is named";
   }
 }
 

@@ -34,6 +34,12 @@ TEST(MoneyFormatTest, WritesTheFormOfTheLocale) {
   }
 }
 
+TEST(MoneyFormatTest, TellsTheCurrencyOfALocaleThatWasChosen) {
+  EXPECT_EQ(MoneyFormat("en_AU").currencyCode(), String(u"AUD"));
+  EXPECT_EQ(MoneyFormat("de_DE").currencyCode(), String(u"EUR"));
+  EXPECT_EQ(MoneyFormat("en_US", false).currencyCode(), String());
+}
+
 TEST(MoneyFormatTest, DigitsAreLatinAndDirectionMarksAreLeftOut) {
   for (const char* locale : {"ar_EG", "fa_IR", "he_IL", "my_MM", "mr_IN"}) {
     const String text = MoneyFormat(locale).format(-7.0);

@@ -263,6 +263,15 @@ TEST_F(PriceQuarantineTest, AnyCurrencyIsTakenFromNowOn) {
   EXPECT_TRUE(later.admitCurrent(CODE, m_known, march(10), {11, std::nullopt, u"NZD"}));
 }
 
+TEST_F(PriceQuarantineTest, WithoutACurrencyOfTheUserTheFirstOneThatIsToldIsTheStocks) {
+  const TestProfile profile{"en", Date(2026, 3, 20)};
+  EXPECT_TRUE(PriceQuarantine(file()).admitCurrent(CODE, m_known, march(9), {10, std::nullopt, u"USD"}));
+  PriceQuarantine later(file());
+  EXPECT_TRUE(later.admitCurrent(CODE, m_known, march(10), {10, std::nullopt, u"USD"}));
+  EXPECT_FALSE(later.admitCurrent(CODE, m_known, march(10), {10, std::nullopt, u"AUD"}));
+  EXPECT_EQ(later.waiting().at(CODE).at(march(10)).usualCurrency, u"USD");
+}
+
 TEST_F(PriceQuarantineTest, AnIndexHasNoCurrency) {
   PriceQuarantine quarantine(file());
   EXPECT_TRUE(quarantine.admitCurrent(u"^AORD", CachedShare(), march(9), {9000, std::nullopt, u"USD"}));
