@@ -50,7 +50,7 @@ CellResult originCell(Row& row) {
   case PriceOrigin::Source:
     return CellResult(u"fetched");
   case PriceOrigin::Current:
-    return CellResult(u"fetched during the day");
+    return CellResult(u"current");
   case PriceOrigin::Typed:
     return CellResult(u"typed");
   default:
@@ -96,7 +96,7 @@ void PriceHistoryTable::fillTable() {
   addColumn(std::make_unique<Column>(u"Low", lowCell, COMPARE_NUMBER));
   addColumn(std::make_unique<Column>(u"Volume", volumeCell, COMPARE_NUMBER));
   addColumn(std::make_unique<Column>(u"From", originCell, COMPARE_TEXT, true, FXTableItem::LEFT))
-      .setToolTip(u"Where the close came from");
+      .setToolTip(u"Where the close came from; current is a price of a day that was not over");
   m_days.clear();
   for (const auto& [day, value] : TallymoorInternet::Instance().cachedRows(m_code, Date(0u), Date()))
     if (value.origin != PriceOrigin::Filled)

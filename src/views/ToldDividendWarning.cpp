@@ -30,7 +30,7 @@ void ToldDividendWarning::tell() {
                                ? String(u"1 dividend that is")
                                : String::fromLong(static_cast<std::int64_t>(count)) + u" dividends that are";
   window.warnOnce(u"Your sources of prices tell of " + dividends +
-                      u" not recorded.\nTools, Told Dividends... lists what you can record or refuse.",
+                      u" not recorded: see Tools, Told Dividends.",
                   u"Told dividends", KEY, WARNING);
 }
 

@@ -50,9 +50,9 @@ ToldDividendsDialog::ToldDividendsDialog(FXWindow* owner, TotalCapTreeItem& root
                             0, width, scaledToText(HEIGHT), 0, 0, 0, 0);
   m_table = new ToldDividendsTable(frame, portfoliosOf(root));
   auto* row = new FXHorizontalFrame(contents(), LAYOUT_FILL_X);
-  m_record = new FXButton(row, "Re&cord...\t\tOpens the form, where you enter the day of the payment",
+  m_record = new FXButton(row, "&Record...\t\tOpens the form, where you enter the day of the payment",
                           nullptr, this, ID_RECORD, BUTTON_NORMAL);
-  m_refuse = new FXButton(row, "&Refuse\t\tThis dividend is not offered again", nullptr, this, ID_REFUSE,
+  m_refuse = new FXButton(row, "Re&fuse\t\tThis dividend is not offered again", nullptr, this, ID_REFUSE,
                           BUTTON_NORMAL);
   cancelButton()->hide();
   okButton()->setText("&Close");

@@ -136,8 +136,7 @@ TEST_F(ToldDividendsDialogTest, TheWindowTellsOfThemAfterARoundOfPrices) {
   runPass();
   ASSERT_EQ(window().warnings.size(), 1u);
   EXPECT_EQ(window().warnings[0].text,
-            String(u"Your sources of prices tell of 3 dividends that are not recorded.\n"
-                   u"Tools, Told Dividends... lists what you can record or refuse."));
+            u"Your sources of prices tell of 3 dividends that are not recorded: see Tools, Told Dividends.");
   portfolios()[u"Trading"]->receiveDividend({u"AAA.AX", Date(2026, 3, 1), 100, 0.25, 100, 0, 0, String(), 0});
   warning.tell();
   EXPECT_TRUE(window().warningsOver.contains(window().warnings[0].key));
