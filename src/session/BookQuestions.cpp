@@ -5,6 +5,7 @@
 #include "foundation/RunTimeSettings.h"
 #include "foundation/UnforeseenFailure.h"
 #include "foundation/UserInteraction.h"
+#include "session/RecordChanges.h"
 #include <optional>
 
 namespace Tallymoor {
@@ -68,7 +69,9 @@ CheckedPrice AskingPortfolio::checkPriceForSplit(const String& code, const Date&
   const SplitBook::PriceCheck checked = m_portfolio.priceWithSplitCheck(code, date);
   if (!checked.split || inBackgroundPass)
     return {checked.price, false};
-  m_portfolio.recordAdjustments(code, date, checked.split->factors(ask(*checked.split, code, date)));
+  const std::vector<std::int32_t> factors = checked.split->factors(ask(*checked.split, code, date));
+  makeChange(u"Answer on a share split of " + code,
+             [&] { m_portfolio.recordAdjustments(code, date, factors); });
   return {checked.price, true};
 }
 

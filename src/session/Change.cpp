@@ -131,15 +131,14 @@ RecordsState stateOf(std::string_view records) {
   return state;
 }
 
-ChangedPortfolio ChangedPortfolio::between(const String& nameBefore, std::string_view before,
-                                           const String& nameAfter, std::string_view after) {
-  ChangedPortfolio changed;
-  changed.nameBefore = nameBefore;
-  changed.nameAfter = nameAfter;
-  changed.before = stateOf(before);
-  changed.after = stateOf(after);
-  changed.edits = editsBetween(before, after);
-  return changed;
+ChangedPortfolio ChangedPortfolio::between(const PortfolioText& before, const PortfolioText& after) {
+  return {before.name,
+          after.name,
+          before.place,
+          after.place,
+          before.state,
+          after.state,
+          editsBetween(before.text, after.text)};
 }
 
 ChangedPortfolio ChangedPortfolio::reversed() const {

@@ -14,20 +14,32 @@ namespace Tallymoor {
 using RecordsState = std::array<unsigned char, 32>;
 RecordsState stateOf(std::string_view records);
 
+/// A portfolio before or after a change; without a name and with an empty text for one that is not there.
+struct PortfolioText {
+  static PortfolioText of(const String& name, std::uint32_t place, std::string_view text) {
+    return {name, place, text, stateOf(text)};
+  }
+
+  String name;
+  std::uint32_t place; ///< among the portfolios of the records
+  std::string_view text;
+  RecordsState state;
+};
+
 /// What a change did to one portfolio.
 struct ChangedPortfolio {
-  String nameBefore;             ///< empty for a new portfolio
-  String nameAfter;              ///< empty for a deleted one
-  std::uint32_t placeBefore = 0; ///< among the portfolios of the records
+  String nameBefore; ///< empty for a new portfolio
+  String nameAfter;  ///< empty for a deleted one
+  std::uint32_t placeBefore = 0;
   std::uint32_t placeAfter = 0;
   RecordsState before{}; ///< the state of an empty text for a new portfolio
   RecordsState after{};  ///< likewise for a deleted one
   std::vector<TextEdit> edits;
 
-  /// From the records before to those after; an empty name means that there are none.
-  static ChangedPortfolio between(const String& nameBefore, std::string_view before, const String& nameAfter,
-                                  std::string_view after);
+  static ChangedPortfolio between(const PortfolioText& before, const PortfolioText& after);
   ChangedPortfolio reversed() const;
+  /// Whether the portfolio comes, goes or gets another name or place by it.
+  bool isWhole() const { return nameBefore != nameAfter || placeBefore != placeAfter; }
   /// The records after the change; nothing if these are not those before it.
   std::optional<std::string> appliedTo(std::string_view records) const;
 

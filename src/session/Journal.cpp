@@ -145,7 +145,7 @@ void Journal::readEntries(std::string_view content) {
     const std::string_view entry = entryAtStart(content.substr(place));
     if (!entry.empty()) {
       if (std::optional<Change> change = changeIn(entry))
-        take(std::move(*change), place, entry.size());
+        take(*change, place, entry.size());
       else
         ++m_damagedPlaces;
       place += entry.size();
@@ -169,13 +169,16 @@ void Journal::readEntries(std::string_view content) {
     ++m_damagedPlaces;
 }
 
-void Journal::take(Change change, std::uint64_t place, std::size_t length) {
-  Entry entry{change.kind, change.number, change.other, change.moment, change.sentence, {}, place, length};
-  for (const ChangedPortfolio& portfolio : change.portfolios)
+void Journal::take(const Change& change, std::uint64_t place, std::size_t length) {
+  Entry entry{change.kind, change.number, change.other, change.moment, change.sentence,
+              {},          false,         place,        length};
+  for (const ChangedPortfolio& portfolio : change.portfolios) {
     for (const String& name : {portfolio.nameBefore, portfolio.nameAfter})
       if (!name.empty() &&
           std::find(entry.portfolios.begin(), entry.portfolios.end(), name) == entry.portfolios.end())
         entry.portfolios.push_back(name);
+    entry.isOfWholePortfolios |= portfolio.isWhole();
+  }
   m_entries.push_back(std::move(entry));
 }
 

@@ -29,6 +29,7 @@ public:
     std::int64_t moment;
     String sentence;
     std::vector<String> portfolios; ///< the names before and after, each once
+    bool isOfWholePortfolios;       ///< one comes, goes or gets another name or place
     std::uint64_t place;            ///< in the file
     std::size_t length;             ///< there
   };
@@ -62,7 +63,7 @@ private:
   void open();
   void readAll();
   void readEntries(std::string_view content);
-  void take(Change change, std::uint64_t place, std::size_t length);
+  void take(const Change& change, std::uint64_t place, std::size_t length);
   void cutTo(std::uint64_t size);
   std::string bytesAt(std::uint64_t place, std::size_t length) const;
 

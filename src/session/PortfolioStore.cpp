@@ -103,6 +103,12 @@ void PortfolioStore::load() {
     clear();
     m_loadFailed = true;
     m_user.reportException(recoveryText(), exception);
+    return;
+  }
+  try {
+    withUnforeseenFailures([this] { m_changes.open(); });
+  } catch (const Exception& exception) {
+    m_user.reportException(u"The journal of your changes can't be used.\n", exception);
   }
 }
 
@@ -164,7 +170,10 @@ void PortfolioStore::save() {
 bool PortfolioStore::saveRecords() {
   if (m_loadFailed && !m_user.question(OVERWRITE_QUESTION))
     return false;
+  m_changes.beforeSave();
   m_lastSaveSucceeded = writeRecords(recordsPath());
+  if (m_lastSaveSucceeded)
+    m_changes.saved();
   return m_lastSaveSucceeded;
 }
 
@@ -220,6 +229,7 @@ void PortfolioStore::saveCapitalRecords() {
 }
 
 void PortfolioStore::clear() {
+  m_changes.close();
   m_portfolios.clear();
   m_records.reset();
 }

@@ -1,5 +1,6 @@
 #pragma once
 #include "session/OpenPortfolios.h"
+#include "session/RecordChanges.h"
 #include "xml/PortfolioRecords.h"
 
 namespace Tallymoor {
@@ -18,9 +19,11 @@ public:
 
   XMLPortfolios& records() { return m_records; }
   OpenPortfolios& portfolios() { return m_portfolios; }
+  RecordChanges& changes() { return m_changes; }
 
-  /// Reads the records document. One that does not exist is a first run; whatever else goes wrong is reported
-  /// with the way to recover, leaves no portfolio, and makes every save of this run ask first.
+  /// Reads the records document, and makes the changes that the journal holds since it was written. One that
+  /// does not exist is a first run; whatever else goes wrong is reported with the way to recover, leaves no
+  /// portfolio, and makes every save of this run ask first.
   void load();
   /// Writes the records, after a copy of the last ones, and the capital records. Failures of the records are
   /// reported here; throws Exception when a capital record can't be written. Saves nothing when the load
@@ -56,6 +59,7 @@ private:
   UserInteraction& m_user;
   XMLPortfolios m_records;
   OpenPortfolios m_portfolios;
+  RecordChanges m_changes{m_records, m_portfolios, m_user};
   bool m_loadFailed = false;
   bool m_lastSaveSucceeded = true;
   bool m_keepBackup = false;

@@ -2,6 +2,7 @@
 #include "foundation/Exception.h"
 #include "shell/CommandButton.h"
 #include "widgets/HandlerScope.h"
+#include "widgets/ToolkitText.h"
 #include <algorithm>
 
 namespace Tallymoor {
@@ -34,6 +35,11 @@ long CommandTable::update(FXuint id, FXObject& widget) const {
   const Command& command = at(id);
   const bool usable = !command.isUsable || command.isUsable();
   widget.handle(&m_window, FXSEL(SEL_COMMAND, usable ? FXWindow::ID_ENABLE : FXWindow::ID_DISABLE), nullptr);
+  auto* const entry = dynamic_cast<FXMenuCommand*>(&widget);
+  if (entry && command.object) {
+    const String object = command.object();
+    entry->setText(object.empty() ? FXString(command.label) : command.label + (" " + labelText(object)));
+  }
   return 1;
 }
 

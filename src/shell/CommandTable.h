@@ -17,6 +17,7 @@ struct Command {
   const char16_t* handler = u"";       ///< what a failure is told with, as in "onBuy"
   std::function<void()> run = {};      ///< empty: the toolkit's own window does it
   std::function<bool()> isUsable = {}; ///< empty: always
+  std::function<String()> object = {}; ///< what it would be done to, shown behind the label; empty: nothing
 };
 
 /// The commands of a window, each described once. Menus and tool bars are made of them, and their widgets are

@@ -62,6 +62,8 @@ public:
     ID_REFRESH_PRICES,
     ID_PRICES,
     ID_TOLD_DIVIDENDS,
+    ID_UNDO,
+    ID_REDO,
     ID_SETTINGS,
     ID_FAQ,
     ID_FEEDBACK,

@@ -2,23 +2,15 @@
 #include "foundation/RestingStatus.h"
 #include "foundation/UserInteraction.h"
 #include "market/TallymoorInternet.h"
+#include "shell/CellEdits.h"
 #include "shell/TallymoorWindow.h"
 #include "shell/ViewDateRow.h"
-#include "widgets/Table.h"
 
 namespace Tallymoor {
 
 namespace {
 
 constexpr int WEEK = 7;
-
-/// What is being typed into a cell belongs to the day that it was typed on.
-void finishEdits(FXWindow& window) {
-  if (auto* table = dynamic_cast<Table*>(&window))
-    table->acceptInput(TRUE);
-  for (FXWindow* child = window.getFirst(); child; child = child->getNext())
-    finishEdits(*child);
-}
 
 } // namespace
 
@@ -52,7 +44,7 @@ void ViewDateController::buildRow(FXComposite* parent, const CommandTable& comma
 // gone.
 void ViewDateController::set(const Date& date) {
   m_window.loadedTree();
-  finishEdits(*m_window.tabBook());
+  finishEdits(*m_window.tabBook()); // what is typed belongs to the day that it was typed on
   TallymoorInternet::Instance().pauseUpdates();
   Date::setFixedDate(date);
   show();

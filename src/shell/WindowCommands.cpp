@@ -4,6 +4,7 @@
 #include "market/TallymoorInternet.h"
 #include "shell/AboutDialog.h"
 #include "shell/AdvertStrip.h"
+#include "shell/CellEdits.h"
 #include "shell/OnlineHelp.h"
 #include "shell/OptionsDialog.h"
 #include "shell/TallymoorWindow.h"
@@ -42,6 +43,7 @@ std::vector<CommandTable::Menu> menus() {
         {FXTopWindow::ID_MINIMIZE},
         SEPARATOR,
         {MainWindow::ID_SHUTDOWN}}},
+      {"&Edit", {{Window::ID_UNDO}, {Window::ID_REDO}}},
       {"&Portfolios",
        {{Window::ID_NEW_PORTFOLIO, "&New Portfolio..."},
         {Window::ID_BUY},
@@ -109,7 +111,7 @@ void WindowCommands::addButtons(FXToolBar& bar) const {
 WindowCommands::Rows WindowCommands::rows(const WindowIcons& icons) {
   Rows all;
   for (const Rows& rows :
-       {fileRows(icons), portfolioRows(icons),
+       {fileRows(icons), editRows(), portfolioRows(icons),
         m_reports.commands(icons.report.get(), [this] { return hasPortfolio(); }), otherRows(icons),
         m_window.viewDateController().commands(icons, [this] { return isLoaded(); })})
     all.insert(all.end(), rows.begin(), rows.end());
@@ -132,6 +134,17 @@ WindowCommands::Rows WindowCommands::fileRows(const WindowIcons& icons) {
       {FXTopWindow::ID_MINIMIZE, "&Minimise"},
       {MainWindow::ID_SHUTDOWN, "E&xit", "Alt-F4"},
   };
+}
+
+WindowCommands::Rows WindowCommands::editRows() {
+  return {{Window::ID_UNDO, "&Undo", "Ctrl+Z", "", nullptr, u"onUndo",
+           [this] { goOver(&TotalCapTreeItem::undo); },
+           [this] { return isLoaded() && changes().toUndo() != nullptr; },
+           [this] { return sentenceOf(changes().toUndo()); }},
+          {Window::ID_REDO, "&Redo", "Ctrl+Shift+Z", "", nullptr, u"onRedo",
+           [this] { goOver(&TotalCapTreeItem::redo); },
+           [this] { return isLoaded() && changes().toRedo() != nullptr; },
+           [this] { return sentenceOf(changes().toRedo()); }}};
 }
 
 WindowCommands::Rows WindowCommands::portfolioRows(const WindowIcons& icons) {
@@ -205,6 +218,23 @@ bool WindowCommands::isLoaded() const {
 
 bool WindowCommands::hasPortfolio() const {
   return isLoaded() && !m_window.store().portfolios().empty();
+}
+
+const RecordChanges& WindowCommands::changes() const {
+  return m_window.store().changes();
+}
+
+String WindowCommands::sentenceOf(const Journal::Entry* change) {
+  constexpr std::size_t LONGEST = 60;
+  if (!change || change->sentence.size() <= LONGEST)
+    return change ? change->sentence : String();
+  return change->sentence.substr(0, LONGEST) + u"...";
+}
+
+void WindowCommands::goOver(void (TotalCapTreeItem::*operation)()) {
+  finishEdits(*m_window.tabBook());
+  (m_window.loadedTree().*operation)();
+  HandlerScope::whenDone(&m_window.trayController(), [this] { m_window.trayController().updateTip(); });
 }
 
 void WindowCommands::newPortfolio() {

@@ -1,4 +1,5 @@
 #pragma once
+#include "session/RecordChanges.h"
 #include "shell/CommandTable.h"
 #include "shell/ReportCommands.h"
 
@@ -6,6 +7,7 @@ namespace Tallymoor {
 
 class SharePortfolioTreeItem;
 class TallymoorWindow;
+class TotalCapTreeItem;
 class WindowIcons;
 
 /// What the commands of the main window do, and where they stand in its menus and its tool bar. GUI thread
@@ -25,6 +27,7 @@ private:
 
   Rows rows(const WindowIcons& icons);
   Rows fileRows(const WindowIcons& icons);
+  Rows editRows();
   Rows portfolioRows(const WindowIcons& icons);
   Rows otherRows(const WindowIcons& icons);
 
@@ -41,6 +44,11 @@ private:
   /// Null when the user cancelled. Throws Exception "Failed to find the chosen portfolio".
   SharePortfolioTreeItem* choosePortfolio(const String& prompt);
   String likelyPortfolio() const;
+  const RecordChanges& changes() const;
+  /// The sentence of a change, shortened for a menu; empty for null.
+  static String sentenceOf(const Journal::Entry* change);
+  /// Undo or redo.
+  void goOver(void (TotalCapTreeItem::*operation)());
   void refreshPrices();
   void showPrices();
   void showToldDividends();

@@ -14,6 +14,10 @@ constexpr EventTable::Texts TEXTS{
     u"Cash Reserve Table", u"No cash is recorded.\nRecord what you paid in by Portfolios, Deposit Cash...",
     u"CashReserveTable::onEdit failed.", u"CashReserveTable::onDelete failed."};
 
+String named(const XMLCashEvent& event) {
+  return u"the cash entry " + event.description();
+}
+
 } // namespace
 
 CashReserveTable::CashReserveTable(SharePortfolioUser& portfolio, PortfolioCommands& commands,
@@ -46,9 +50,7 @@ void CashReserveTable::deleteEvent(const EventRow& row) {
           u"Are you sure you want to delete a record of this cash event? \nThis will affect "
           u"your Total Capital!"))
     return;
-  // Requested before the change, here and below: the tables are then refilled even if the change fails.
-  commands().transactionMade();
-  portfolio().deleteCashEvent(event);
+  commands().change(u"Deletion of " + named(event), [&] { portfolio().deleteCashEvent(event); });
 }
 
 void CashReserveTable::editEvent(const EventRow& row) {
@@ -59,8 +61,9 @@ void CashReserveTable::editEvent(const EventRow& row) {
   if (dialog.execute() == 0)
     return;
   const GetFloatPanel& panel = *dialog.panel();
-  commands().transactionMade();
-  portfolio().editCashEvent(event, panel.date(), oldDate, panel.value(), panel.text());
+  commands().change(u"Edit of " + named(event), [&] {
+    portfolio().editCashEvent(event, panel.date(), oldDate, panel.value(), panel.text());
+  });
 }
 
 } // namespace Tallymoor

@@ -60,10 +60,10 @@ void DividendsTable::deleteEvent(const EventRow& row) {
   if (!MainWindow::question(u"Delete " + named(dividend, u"of") + u"?"))
     return;
   const bool reinvested = DividendFigures(dividend).isReinvested();
-  // Requested before the change, here and below: the tables are then refilled even if the change fails, and
-  // while the box is open.
-  commands().transactionMade();
-  if (portfolio().deleteDividend(dividend))
+  bool otherFollowed = false;
+  commands().change(u"Deletion of the dividend of " + dividend.code(),
+                    [&] { otherFollowed = portfolio().deleteDividend(dividend); });
+  if (otherFollowed)
     return;
   MainWindow::error(reinvested
                         ? u"Please find and delete the corresponding reinvested shares from this dividend."
@@ -81,8 +81,12 @@ void DividendsTable::editEvent(const EventRow& row) {
   if (dialog.execute() == 0)
     return;
   const ReceiveDividendsPanel& panel = *dialog.panel();
-  commands().transactionMade();
-  if (portfolio().editDividend(dividend, panel.entry(), oldShares, oldSharePrice, oldCash, oldDate))
+  bool otherFollowed = false;
+  commands().change(u"Edit of the dividend of " + dividend.code(), [&] {
+    otherFollowed =
+        portfolio().editDividend(dividend, panel.entry(), oldShares, oldSharePrice, oldCash, oldDate);
+  });
+  if (otherFollowed)
     return;
   MainWindow::error(
       reinvested ? u"Please find and edit the corresponding reinvested held shares from this transaction."

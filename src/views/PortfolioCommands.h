@@ -1,6 +1,7 @@
 #pragma once
 #include "foundation/Date.h"
 #include "foundation/String.h"
+#include <functional>
 
 namespace Tallymoor {
 
@@ -17,9 +18,9 @@ public:
   virtual void sellShares(const String& code) = 0;
   /// Shows the page of the share's purchases; nothing happens where there is none, as under a view date.
   virtual void showPurchases(const String& code) = 0;
-  /// The portfolio's records have just changed: its tables stop reading them at once, and everything that
-  /// shows them is rebuilt when the running handler has returned.
-  virtual void transactionMade() = 0;
+  /// Changes the portfolio's records by makeChange. Its tables stop reading them before that, and everything
+  /// that shows them is rebuilt when the running handler has returned, also when the change fails.
+  virtual void change(const String& sentence, const std::function<void()>& command) = 0;
   /// The user has typed the price of a share on a day: it counts in every portfolio that held the share.
   virtual void priceTyped(const String& code, const Date& date, double price) = 0;
   /// The user has typed the limits of a share: they are the stock's in every portfolio and watchlist.

@@ -6,6 +6,7 @@
 #include "entry/EditHeldSharesDialog.h"
 #include "foundation/Amounts.h"
 #include "foundation/KeptTexts.h"
+#include "views/ChangeSentences.h"
 #include "views/HeldShareColumns.h"
 #include "views/PortfolioCommands.h"
 #include "widgets/ContextMenu.h"
@@ -91,10 +92,10 @@ void ShareHeldTable::editPurchase(XMLBuyEvent& purchase) {
     return;
   const BuySharesPanel& panel = *dialog.panel();
   const double newCost = panel.number() * panel.price() + panel.brokerage();
-  // Requested before the change: the tables are then refilled even if the change fails, and while the box
-  // below is open.
-  commands().transactionMade();
-  const bool cashFollowed = portfolio().editBuyEvent(purchase, panel.trade(), oldCost, oldDate);
+  bool cashFollowed = false;
+  commands().change(u"Edit of the purchase of " + sharesText(purchase.number(), m_code), [&] {
+    cashFollowed = portfolio().editBuyEvent(purchase, panel.trade(), oldCost, oldDate);
+  });
   if (!cashFollowed && !showsTheSame(newCost, oldCost, 4))
     MainWindow::information(u"Please find and edit the corresponding cash withdrawal for this transaction.");
 }
@@ -112,8 +113,10 @@ void ShareHeldTable::deletePurchase(const XMLBuyEvent& purchase) {
                             u" at " + date.toString(DATE_DISPLAY_LOCAL) + u"?"))
     return;
   const double number = sharesOn(purchase, Date()).number;
-  commands().transactionMade();
-  if (!portfolio().deleteBuyEvent(m_code, date, number))
+  bool cashFollowed = false;
+  commands().change(u"Deletion of the purchase of " + sharesText(number, m_code),
+                    [&] { cashFollowed = portfolio().deleteBuyEvent(m_code, date, number); });
+  if (!cashFollowed)
     MainWindow::error(u"Please find and delete the corresponding cash withdrawal from this transaction.");
 }
 

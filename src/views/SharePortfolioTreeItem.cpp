@@ -13,7 +13,9 @@
 #include "entry/SellSharesPanel.h"
 #include "foundation/RunTimeSettings.h"
 #include "session/BookQuestions.h"
+#include "session/RecordChanges.h"
 #include "views/CashReserveTreeItem.h"
+#include "views/ChangeSentences.h"
 #include "views/DividendsTreeItem.h"
 #include "views/IndexFigures.h"
 #include "views/PortfolioMenu.h"
@@ -75,6 +77,8 @@ void SharePortfolioTreeItem::bringUpToDate() {
   if (!m_isDue || inBackgroundPass) // in which nothing may be asked
     return;
   m_isDue = false;
+  if (RecordChanges* const changes = RecordChanges::current())
+    changes->prepare(*m_portfolio);
   const FlagScope coming(m_isComing);
   checkCashReserve(*m_portfolio);
   m_indexFigures->outdate();
@@ -152,18 +156,28 @@ void SharePortfolioTreeItem::pricesCame(const std::set<String>& codes) {
 
 // ---- Changes ----
 
-void SharePortfolioTreeItem::transactionMade() {
-  m_root->transactionMade();
+void SharePortfolioTreeItem::stopReading() {
   for (TreeViewItem* child = firstChild(); child; child = child->nextSibling())
     static_cast<PortfolioTableTreeItem*>(child)->recordsChanged();
   if (m_views)
     m_views->recordsChanged();
+}
+
+void SharePortfolioTreeItem::transactionMade() {
+  m_root->transactionMade();
+  stopReading();
   // The record is made current first: the root adds up all portfolios before their own nodes are reached.
   HandlerScope::whenDone(this, [this] {
     m_root->shareLimitsOfHoldings();
     makeRecordCurrent();
     tree()->updateItems();
   });
+}
+
+void SharePortfolioTreeItem::change(const String& sentence, const std::function<void()>& command) {
+  // Asked for before the change: a sale takes parcels away that tables may be reading.
+  transactionMade();
+  makeChange(sentence, command);
 }
 
 void SharePortfolioTreeItem::priceTyped(const String& code, const Date& date, double price) {
@@ -181,9 +195,9 @@ void SharePortfolioTreeItem::buyShares(const String& code) {
   if (dialog.execute() == 0)
     return;
   const BuySharesPanel& panel = *dialog.panel();
-  // Asked for before the change, here and below: a sale takes parcels away that tables may be reading.
-  transactionMade();
-  m_portfolio->buyShares(panel.code(), panel.trade());
+  const Trade purchase = panel.trade();
+  change(u"Purchase of " + sharesText(purchase.number, panel.code()),
+         [&] { m_portfolio->buyShares(panel.code(), purchase); });
 }
 
 void SharePortfolioTreeItem::sellShares(const String& code) {
@@ -193,8 +207,9 @@ void SharePortfolioTreeItem::sellShares(const String& code) {
   if (dialog.execute() == 0)
     return;
   const SellSharesPanel& panel = *dialog.panel();
-  transactionMade();
-  m_portfolio->sellShares(panel.code(), panel.trade(), true);
+  const Trade sale = panel.trade();
+  change(u"Sale of " + sharesText(sale.number, panel.code()),
+         [&] { m_portfolio->sellShares(panel.code(), sale, true); });
 }
 
 void SharePortfolioTreeItem::showPurchases(const String& code) {
@@ -225,25 +240,25 @@ bool SharePortfolioTreeItem::record(ReceiveDividendsDialog& dialog) {
   if (dialog.execute() == 0)
     return false;
   const ReceiveDividendsPanel& panel = *dialog.panel();
-  transactionMade();
-  m_portfolio->receiveDividend(panel.entry());
+  const DividendEntry dividend = panel.entry();
+  change(u"Dividend of " + dividend.code, [&] { m_portfolio->receiveDividend(dividend); });
   return true;
 }
 
 void SharePortfolioTreeItem::receiveInterest() {
-  bookCash(u"Receive interest", CASH_EVENT_INTEREST, u"INTEREST ");
+  bookCash(u"Receive interest", CASH_EVENT_INTEREST, u"INTEREST ", u"Interest of ");
 }
 
 void SharePortfolioTreeItem::depositCash() {
-  bookCash(u"Deposit cash", CASH_EVENT_DEPOSIT, u"DEPOSIT ");
+  bookCash(u"Deposit cash", CASH_EVENT_DEPOSIT, u"DEPOSIT ", u"Deposit of ");
 }
 
 void SharePortfolioTreeItem::withdrawCash() {
-  bookCash(u"Withdraw cash", CASH_EVENT_WITHDRAWAL, u"WITHDRAWAL ");
+  bookCash(u"Withdraw cash", CASH_EVENT_WITHDRAWAL, u"WITHDRAWAL ", u"Withdrawal of ");
 }
 
 void SharePortfolioTreeItem::payAccountFee() {
-  bookCash(u"Pay account fee", CASH_EVENT_DEBIT, u"Account fee ");
+  bookCash(u"Pay account fee", CASH_EVENT_DEBIT, u"Account fee ", u"Account fee of ");
 }
 
 void SharePortfolioTreeItem::changeProperties() {
@@ -254,15 +269,17 @@ void SharePortfolioTreeItem::changeProperties() {
                                    [this](const String& newName) { return m_root->checkNewName(newName); });
   if (dialog.execute() == 0)
     return;
-  if (dialog.indexCode() != m_portfolio->comparisonIndex())
-    m_portfolio->setComparisonIndex(dialog.indexCode());
   // Under the root's name: a rename takes its place, since that rebuilds all nodes.
   HandlerScope::whenDone(m_root, [this] { tree()->updateItems(); });
-  m_root->renamePortfolio(name, dialog.name());
+  makeChange(u"Properties of " + name, [&] {
+    if (dialog.indexCode() != m_portfolio->comparisonIndex())
+      m_portfolio->setComparisonIndex(dialog.indexCode());
+    m_root->renamePortfolio(name, dialog.name());
+  });
 }
 
-void SharePortfolioTreeItem::bookCash(const String& title, std::int32_t type,
-                                      const String& descriptionStart) {
+void SharePortfolioTreeItem::bookCash(const String& title, std::int32_t type, const String& descriptionStart,
+                                      const String& sentenceStart) {
   HandlerScope scope;
   ensureRecord();
   GetFloatDialog dialog(&MainWindow::Instance(), title);
@@ -271,11 +288,12 @@ void SharePortfolioTreeItem::bookCash(const String& title, std::int32_t type,
     return;
   const GetFloatPanel& panel = *dialog.panel();
   const String description = descriptionStart + panel.text();
-  transactionMade();
-  if (isCreditType(type))
-    m_portfolio->creditCash(panel.date(), panel.value(), type, description);
-  else
-    m_portfolio->debitCash(panel.date(), panel.value(), type, description);
+  change(sentenceStart + String::fromDouble(panel.value(), 2), [&] {
+    if (isCreditType(type))
+      m_portfolio->creditCash(panel.date(), panel.value(), type, description);
+    else
+      m_portfolio->debitCash(panel.date(), panel.value(), type, description);
+  });
 }
 
 void SharePortfolioTreeItem::rename() {

@@ -52,7 +52,12 @@ public:
   void buyShares(const String& code) override;
   void sellShares(const String& code) override;
   void showPurchases(const String& code) override;
-  void transactionMade() override;
+  void change(const String& sentence, const std::function<void()>& command) override;
+  /// The portfolio's records are about to change or have just changed: its tables stop reading them at once,
+  /// and everything that shows them is rebuilt when the running handler has returned.
+  void transactionMade();
+  /// The first of the two alone.
+  void stopReading();
   void priceTyped(const String& code, const Date& date, double price) override;
   void limitsTyped(const String& code, const PriceLimits& limits) override;
   /// Each asks for a dividend or an amount of cash, and records it.
@@ -105,7 +110,8 @@ private:
   bool record(ReceiveDividendsDialog& dialog);
   void makeChildren();
   void pricesCame(const std::set<String>& codes);
-  void bookCash(const String& title, std::int32_t type, const String& descriptionStart);
+  void bookCash(const String& title, std::int32_t type, const String& descriptionStart,
+                const String& sentenceStart);
 
   TotalCapTreeItem* m_root = nullptr;
   SharePortfolioUser* m_portfolio = nullptr;

@@ -1,8 +1,9 @@
 #include "views/SharedLimits.h"
 #include "foundation/Settings.h"
-#include "views/PriceLimits.h"
+#include "session/RecordChanges.h"
 #include "xml/PortfolioRecords.h"
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace Tallymoor {
@@ -49,6 +50,7 @@ void shareLimits(OpenPortfolios& portfolios, const String& code, const PriceLimi
 }
 
 void bringLimitsTogether(OpenPortfolios& portfolios) {
+  std::vector<std::pair<Holding, PriceLimits>> without;
   for (const auto& [code, holdings] : holdingsOf(portfolios)) {
     const PriceLimits limits = limitsFor(code, holdings);
     if (limits.areNone())
@@ -57,8 +59,27 @@ void bringLimitsTogether(OpenPortfolios& portfolios) {
       limits.keepForStock(code);
     for (const Holding& holding : holdings)
       if (holding.limits().areNone())
-        holding.setLimits(limits);
+        without.emplace_back(holding, limits);
   }
+  if (without.empty())
+    return;
+  makeChange(u"Limits of stocks that have some elsewhere", [&without] {
+    for (const auto& [holding, limits] : without)
+      holding.setLimits(limits);
+  });
+}
+
+LimitsOfStocks limitsOfHoldings(OpenPortfolios& portfolios) {
+  LimitsOfStocks limits;
+  for (const auto& [code, holdings] : holdingsOf(portfolios))
+    limits[code] = holdings.front().limits();
+  return limits;
+}
+
+void keepChangedLimits(OpenPortfolios& portfolios, const LimitsOfStocks& before) {
+  for (const auto& [code, limits] : limitsOfHoldings(portfolios))
+    if (const auto old = before.find(code); old != before.end() && old->second != limits)
+      limits.keepForStock(code);
 }
 
 } // namespace Tallymoor

@@ -1,9 +1,9 @@
 #pragma once
 #include "session/OpenPortfolios.h"
+#include "views/PriceLimits.h"
+#include <map>
 
 namespace Tallymoor {
-
-struct PriceLimits;
 
 // The user's limits of a stock are the same wherever they are set and shown. They are kept twice: each
 // holding has them in its portfolio's records, which the user may carry to another machine, and the settings
@@ -17,5 +17,11 @@ void shareLimits(OpenPortfolios& portfolios, const String& code, const PriceLimi
 /// another holding of the stock has those of the settings already. So nothing that was typed is lost:
 /// holdings that differ keep what they have until the user sets limits again.
 void bringLimitsTogether(OpenPortfolios& portfolios);
+
+/// The limits of all stocks that are held, by code.
+using LimitsOfStocks = std::map<String, PriceLimits>;
+LimitsOfStocks limitsOfHoldings(OpenPortfolios& portfolios);
+/// Where a holding's limits are not those any longer, because the records went back, the settings follow.
+void keepChangedLimits(OpenPortfolios& portfolios, const LimitsOfStocks& before);
 
 } // namespace Tallymoor

@@ -288,8 +288,7 @@ long SharesHeldTable::onDelete(FXObject*, FXSelector, void*) {
     const String code = inputRow()->payload<HeldShareRow>().code;
     if (!MainWindow::question(deletionWarning() + u"Continue to delete all share holdings of " + code + u"?"))
       return;
-    commands().transactionMade();
-    portfolio().removeHeldShare(code);
+    commands().change(u"Deletion of all holdings of " + code, [&] { portfolio().removeHeldShare(code); });
   });
 }
 

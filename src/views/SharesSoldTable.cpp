@@ -3,6 +3,7 @@
 #include "entry/DeleteSaleDialog.h"
 #include "entry/EditSoldShareDialog.h"
 #include "foundation/KeptTexts.h"
+#include "views/ChangeSentences.h"
 #include "views/PortfolioCommands.h"
 #include "views/SoldShareCells.h"
 #include "widgets/MainWindow.h"
@@ -61,12 +62,12 @@ void SharesSoldTable::deleteEvent(const EventRow& row) {
   DeleteSaleDialog dialog(&MainWindow::Instance(), sale);
   if (dialog.execute() == 0)
     return;
-  // Requested before the change, here and below: the tables are then refilled even if the change fails.
-  commands().transactionMade();
-  if (dialog.givesSharesBack())
-    portfolio().undoSale(sale);
-  else
-    portfolio().deleteSale(sale);
+  commands().change(u"Deletion of the sale of " + sharesText(sale.number(), sale.code()), [&] {
+    if (dialog.givesSharesBack())
+      portfolio().undoSale(sale);
+    else
+      portfolio().deleteSale(sale);
+  });
 }
 
 void SharesSoldTable::editEvent(const EventRow& row) {
@@ -74,8 +75,10 @@ void SharesSoldTable::editEvent(const EventRow& row) {
   EditSoldShareDialog dialog(&MainWindow::Instance(), sale);
   if (dialog.execute() == 0)
     return;
-  commands().transactionMade();
-  if (!portfolio().editSellEvent(sale, dialog.entry()))
+  bool cashFollowed = false;
+  commands().change(u"Edit of the sale of " + sharesText(sale.number(), sale.code()),
+                    [&] { cashFollowed = portfolio().editSellEvent(sale, dialog.entry()); });
+  if (!cashFollowed)
     MainWindow::information(
         u"Please find and edit the corresponding cash deposit and withdrawal for this transaction.");
 }

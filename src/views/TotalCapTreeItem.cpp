@@ -4,6 +4,8 @@
 #include "foundation/RunTimeSettings.h"
 #include "foundation/Settings.h"
 #include "market/MarketPrices.h"
+#include "session/RecordChanges.h"
+#include "views/PriceLimits.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/SharedLimits.h"
 #include "views/SharesHeldTable.h"
@@ -19,6 +21,9 @@
 #include "xml/CleanName.h"
 #include "xml/PortfolioRecords.h"
 #include <algorithm>
+#include <iterator>
+#include <optional>
+#include <set>
 
 namespace Tallymoor {
 
@@ -32,12 +37,36 @@ FXIMPLEMENT_ABSTRACT(TotalCapTreeItem, InvestmentTreeItem, TotalCapTreeItemMap,
 
 namespace {
 
-/// The choice of what the tray shows follows a portfolio to its new name.
-void renameInTray(const String& oldName, const String& newName) {
+/// The choice of what the tray shows and of columns follows a portfolio to its new name.
+void renameOutsideRecords(const String& oldName, const String& newName) {
+  ColumnChoice::rename(oldName, newName);
   if (trayFormat != oldName)
     return;
   trayFormat = newName;
   Settings::Instance().writeString(u"Operation", u"TrayFormat", newName);
+}
+
+std::set<String> namesOf(const OpenPortfolios& portfolios) {
+  std::set<String> names;
+  for (const auto& [name, portfolio] : portfolios)
+    names.insert(name);
+  return names;
+}
+
+/// The old and the new name, where a portfolio has another one and the rest are the same.
+std::optional<std::pair<String, String>> renaming(const std::set<String>& before,
+                                                  const std::set<String>& after) {
+  std::vector<String> gone;
+  std::vector<String> come;
+  std::set_difference(before.begin(), before.end(), after.begin(), after.end(), std::back_inserter(gone));
+  std::set_difference(after.begin(), after.end(), before.begin(), before.end(), std::back_inserter(come));
+  return gone.size() == 1 && come.size() == 1 ? std::optional(std::pair(gone[0], come[0])) : std::nullopt;
+}
+
+String importSentence(const std::vector<std::unique_ptr<XMLElement>>& portfolios) {
+  const auto count = static_cast<std::int64_t>(portfolios.size());
+  return count == 1 ? u"Import of " + elementAs<XMLSharePortfolio>(*portfolios[0]).portfolioName()
+                    : u"Import of " + String::fromLong(count) + u" portfolios";
 }
 
 } // namespace
@@ -46,10 +75,14 @@ TotalCapTreeItem::TotalCapTreeItem(InvestmentTree* tree, OpenPortfolios& portfol
                                    const NodeIcons& icons, Progress* progress)
     : InvestmentTreeItem(tree, nullptr, u"Total Investment Capital", nullptr, nullptr),
       m_portfolios(&portfolios), m_records(&records), m_icons(icons) {
+  if (RecordChanges* const changes = RecordChanges::current())
+    changes->beforeOtherElements([this] { stopReading(); });
   buildView([&] { loadPortfolios(progress); });
 }
 
 TotalCapTreeItem::~TotalCapTreeItem() {
+  if (RecordChanges* const changes = RecordChanges::current())
+    changes->beforeOtherElements({});
   HandlerScope::forget(this);
   HandlerScope::forget(m_portfolios);
 }
@@ -225,14 +258,21 @@ bool TotalCapTreeItem::checkNewName(const String& name) const {
 }
 
 void TotalCapTreeItem::makePortfolio(const String& name) {
-  XMLSharePortfolio& portfolio = m_records->portfolios().add();
-  portfolio.setPortfolioName(name);
-  openPortfolio(std::make_unique<SharePortfolioUser>(portfolio, gatewayPrices()));
+  makeChange(u"New portfolio " + name, [&] {
+    XMLSharePortfolio& portfolio = m_records->portfolios().add();
+    portfolio.setPortfolioName(name);
+    m_portfolios->emplace(name, std::make_unique<SharePortfolioUser>(portfolio, gatewayPrices()));
+  });
+  reloadPortfolios(name);
 }
 
 void TotalCapTreeItem::openPortfolio(std::unique_ptr<SharePortfolioUser> portfolio) {
   const String name = portfolio->name();
-  m_portfolios->emplace(name, std::move(portfolio));
+  const auto open = [&] { m_portfolios->emplace(name, std::move(portfolio)); };
+  if (RecordChanges* const changes = RecordChanges::current())
+    changes->take(u"New portfolio " + name, open);
+  else
+    open();
   reloadPortfolios(name);
 }
 
@@ -244,9 +284,9 @@ void TotalCapTreeItem::renamePortfolio(const String& oldName, const String& newN
     return;
   TreeState state(*investmentTree());
   state.rename(oldName, name);
-  Tallymoor::renamePortfolio(*m_portfolios, oldName, name);
-  renameInTray(oldName, name);
-  ColumnChoice::rename(oldName, name);
+  makeChange(u"Renaming of " + oldName + u" to " + name,
+             [&] { Tallymoor::renamePortfolio(*m_portfolios, oldName, name); });
+  renameOutsideRecords(oldName, name);
   m_portfoliosChanged = true;
   HandlerScope::whenDone(this, [this, state] { reload(state); });
 }
@@ -263,24 +303,33 @@ void TotalCapTreeItem::deletePortfolio(const String& name) {
   const auto found = m_portfolios->find(name);
   if (found == m_portfolios->end())
     return;
-  const TreeState state(*investmentTree());
   const String file = found->second->capitalRecord().fileName();
-  dropPortfolio(name);
-  m_portfoliosChanged = true;
-  reload(state);
-  updateBranch();
+  changePortfolios(u"Deletion of portfolio " + name, [&] {
+    dropNode(name);
+    removePortfolio(*m_portfolios, *m_records, name);
+  });
   removeFile(file);
 }
 
-/// What refers goes before what it refers to.
-void TotalCapTreeItem::dropPortfolio(const String& name) {
-  if (!m_portfolios->contains(name))
-    return;
+void TotalCapTreeItem::changePortfolios(const String& sentence, const std::function<void()>& command) {
+  const TreeState state(*investmentTree());
+  m_portfoliosChanged = true;
+  try {
+    makeChange(sentence, command);
+  } catch (...) {
+    reload(state);
+    throw;
+  }
+  reload(state);
+  updateBranch();
+}
+
+/// What refers to a portfolio goes before that.
+void TotalCapTreeItem::dropNode(const String& name) {
   if (SharePortfolioTreeItem* node = portfolioNode(name))
     tree()->removeItem(node);
   if (m_views)
     m_views->setPortfolios(isComplete() ? listOf(*m_portfolios, name) : Portfolios());
-  removePortfolio(*m_portfolios, *m_records, name);
 }
 
 void TotalCapTreeItem::takePortfolios(std::vector<std::unique_ptr<XMLElement>> imported,
@@ -289,15 +338,70 @@ void TotalCapTreeItem::takePortfolios(std::vector<std::unique_ptr<XMLElement>> i
     return;
   const auto waiting = std::make_shared<std::vector<std::unique_ptr<XMLElement>>>(std::move(imported));
   HandlerScope::whenDone(this, [this, waiting, afterwards] {
-    const TreeState state(*investmentTree());
-    for (auto& portfolio : *waiting) {
-      dropPortfolio(elementAs<XMLSharePortfolio>(*portfolio).portfolioName());
-      addPortfolio(*m_portfolios, *m_records, std::move(portfolio));
-    }
+    changePortfolios(importSentence(*waiting), [this, &waiting] {
+      for (auto& portfolio : *waiting) {
+        const String name = elementAs<XMLSharePortfolio>(*portfolio).portfolioName();
+        if (m_portfolios->contains(name)) {
+          dropNode(name);
+          removePortfolio(*m_portfolios, *m_records, name);
+        }
+        addPortfolio(*m_portfolios, *m_records, std::move(portfolio));
+      }
+    });
+    afterwards();
+  });
+}
+
+// ---- Undo and redo ----
+
+void TotalCapTreeItem::undo() {
+  RecordChanges* const changes = RecordChanges::current();
+  if (!changes || !checkSound())
+    return;
+  changes->noticeRest();
+  goOver(changes->toUndo(), [changes] { changes->undo(); });
+}
+
+void TotalCapTreeItem::redo() {
+  RecordChanges* const changes = RecordChanges::current();
+  if (!changes || !checkSound())
+    return;
+  changes->noticeRest();
+  goOver(changes->toRedo(), [changes] { changes->redo(); });
+}
+
+void TotalCapTreeItem::goOver(const Journal::Entry* change, const std::function<void()>& operation) {
+  if (!change)
+    return;
+  const auto keepingLimits = [this, operation] {
+    const LimitsOfStocks before = limitsOfHoldings(*m_portfolios);
+    operation();
+    keepChangedLimits(*m_portfolios, before);
+  };
+  if (!change->isOfWholePortfolios) {
+    keepingLimits(); // the nodes are told when it comes to their records
+    return;
+  }
+  HandlerScope::whenDone(this, [this, keepingLimits] {
+    TreeState state(*investmentTree());
+    const std::set<String> before = namesOf(*m_portfolios);
     m_portfoliosChanged = true;
+    if (m_views)
+      m_views->setPortfolios(Portfolios());
+    while (TreeViewItem* child = firstChild())
+      tree()->removeItem(child);
+    try {
+      keepingLimits();
+    } catch (...) {
+      reload(state);
+      throw;
+    }
+    if (const auto renamed = renaming(before, namesOf(*m_portfolios))) {
+      state.rename(renamed->first, renamed->second);
+      renameOutsideRecords(renamed->first, renamed->second);
+    }
     reload(state);
     updateBranch();
-    afterwards();
   });
 }
 
@@ -309,15 +413,40 @@ void TotalCapTreeItem::priceTyped(const String& code, const Date& date, double p
 }
 
 void TotalCapTreeItem::limitsTyped(const String& code, const PriceLimits& limits) {
-  shareLimits(*m_portfolios, code, limits);
+  const PriceLimits before = PriceLimits::ofStock(code);
+  try {
+    makeChange(u"Limits of " + code, [&] { shareLimits(*m_portfolios, code, limits); });
+  } catch (...) {
+    before.keepForStock(code); // in the settings, which are no part of the records
+    throw;
+  }
   for (const SharePortfolioTreeItem* node : portfolioNodes())
     if (SharesHeldTreeItem* held = node->sharesHeldItem())
       held->limitsChanged();
   Settings::Instance().commit(); // last, since a full disk must not keep the rest from being shown
 }
 
+// Nothing of the user's is lost when that fails: the next change tells why.
 void TotalCapTreeItem::shareLimitsOfHoldings() {
-  bringLimitsTogether(*m_portfolios);
+  try {
+    bringLimitsTogether(*m_portfolios);
+  } catch (const Exception&) { // NOLINT(bugprone-empty-catch)
+  }
+}
+
+// As a transaction, for all portfolios at once. Limits are left alone: this also follows when they could not
+// be shared.
+void TotalCapTreeItem::stopReading() {
+  const auto nodes = portfolioNodes();
+  if (nodes.empty())
+    return;
+  transactionMade();
+  for (SharePortfolioTreeItem* node : nodes)
+    node->stopReading();
+  HandlerScope::whenDone(this, [this] {
+    makeRecordsCurrent();
+    tree()->updateItems();
+  });
 }
 
 } // namespace Tallymoor

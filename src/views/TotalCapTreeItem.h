@@ -1,4 +1,5 @@
 #pragma once
+#include "session/Journal.h"
 #include "session/OpenPortfolios.h"
 #include "views/NodeIcons.h"
 #include "widgets/InvestmentTreeItem.h"
@@ -76,6 +77,11 @@ public:
   /// figures of all portfolios together stay as they are.
   void transactionMade();
 
+  /// Undoes the last change of the records, or makes the last undone one again; all views follow. Throws
+  /// Exception as RecordChanges.
+  void undo();
+  void redo();
+
   /// Null when there is none of that name.
   SharePortfolioTreeItem* portfolioNode(const String& name) const;
   /// All of them, by name.
@@ -104,7 +110,12 @@ private:
   void reload(const class TreeState& state);
   void makePortfolio(const String& name);
   void deletePortfolio(const String& name);
-  void dropPortfolio(const String& name);
+  void dropNode(const String& name);
+  /// A change of which portfolios there are: the nodes are made anew after it, also when it fails.
+  void changePortfolios(const String& sentence, const std::function<void()>& command);
+  void stopReading();
+  /// Goes over a change by the operation, which undoes it or makes it again.
+  void goOver(const Journal::Entry* change, const std::function<void()>& operation);
   void makeRecordsCurrent();
 
   OpenPortfolios* m_portfolios = nullptr;

@@ -1,9 +1,16 @@
 #include "xml/ElementWriter.h"
 #include "xml/ElementLayout.h"
+#include "xml/ElementText.h"
 #include "xml/XMLElement.h"
 #include <ostream>
 
 namespace Tallymoor {
+
+namespace {
+
+constexpr int PIECE_DEPTH = 2;
+
+} // namespace
 
 void ElementWriter::writeHead(const XMLElement& root, const String& stylesheetPath, const String& dtdName) {
   m_stream << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>" << std::endl;
@@ -78,12 +85,27 @@ void ElementWriter::writeAttributes(const XMLElement& element) {
 
 /// What is unsafe here is unsafe below, and stays so.
 void ElementWriter::writeSubElements(XMLElement& element) {
+  ++m_depth;
   for (std::size_t place = 0; place < element.m_subElements.places(); ++place)
     for (XMLElement* below : element.m_subElements.at(place)) {
       if (!element.m_contentSafe || !element.m_layout->subElements()[place].contentSafe)
         below->markContentUnsafe();
-      writeWithComments(*below);
+      if (m_pieces && m_depth == PIECE_DEPTH)
+        writePiece(*below);
+      else
+        writeWithComments(*below);
     }
+  --m_depth;
+}
+
+void ElementWriter::writePiece(XMLElement& element) {
+  const std::size_t place = m_writer.written();
+  const std::string_view former = m_pieces->formerTextOf(element);
+  if (former.empty())
+    writeWithComments(element);
+  else
+    m_writer.raw(former);
+  m_pieces->add(element, place, m_writer.written() - place);
 }
 
 void ElementWriter::writeComments(const ElementComments::Texts& comments) {

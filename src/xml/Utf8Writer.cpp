@@ -74,6 +74,7 @@ void Utf8Writer::attribute(std::u16string_view units) {
 }
 
 void Utf8Writer::flush() {
+  m_flushed = written();
   m_stream.write(m_buffer.get(), m_next - m_buffer.get());
   m_next = m_buffer.get();
 }

@@ -1,4 +1,5 @@
 #pragma once
+#include <cstddef>
 #include <iosfwd>
 #include <memory>
 #include <string_view>
@@ -28,6 +29,8 @@ public:
   void attribute(std::u16string_view units);
   /// Hands the buffer to the stream. Needed at the end; nothing does it by itself.
   void flush();
+  /// Bytes since the beginning.
+  std::size_t written() const { return m_flushed + static_cast<std::size_t>(m_next - m_buffer.get()); }
 
 private:
   template <bool Escape>
@@ -38,6 +41,7 @@ private:
   std::unique_ptr<char[]> m_buffer;
   char* m_next;
   char* m_end;
+  std::size_t m_flushed = 0;
 };
 
 } // namespace Tallymoor

@@ -22,7 +22,8 @@ Change change(const String& sentence, Change::Kind kind = Change::Kind::Made) {
   made.moment = 1'700'000'000;
   made.sentence = sentence;
   if (kind != Change::Kind::Saved)
-    made.portfolios.push_back(ChangedPortfolio::between(u"Trading", BEFORE, u"Trading", AFTER));
+    made.portfolios.push_back(ChangedPortfolio::between(PortfolioText::of(u"Trading", 0, BEFORE),
+                                                        PortfolioText::of(u"Trading", 0, AFTER)));
   return made;
 }
 
@@ -87,7 +88,8 @@ TEST_F(JournalTest, WhatWasAppendedIsReadAgain) {
 }
 
 TEST_F(JournalTest, AChangeIsAppliedOnlyToTheRecordsBeforeIt) {
-  const ChangedPortfolio made = ChangedPortfolio::between(u"Trading", BEFORE, u"Trading", AFTER);
+  const ChangedPortfolio made = ChangedPortfolio::between(PortfolioText::of(u"Trading", 0, BEFORE),
+                                                          PortfolioText::of(u"Trading", 0, AFTER));
   EXPECT_EQ(AFTER, made.appliedTo(BEFORE));
   EXPECT_EQ(BEFORE, made.reversed().appliedTo(AFTER));
   EXPECT_EQ(std::nullopt, made.appliedTo(AFTER));

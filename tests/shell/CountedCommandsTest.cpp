@@ -1,6 +1,10 @@
 #include "WindowTour.h"
 #include "views/CashReserveTable.h"
+#include "views/SharePortfolioTreeItem.h"
+#include "views/TotalCapTreeItem.h"
 #include "widgets/ChartView.h"
+#include "widgets/HandlerScope.h"
+#include "xml/PortfolioRecords.h"
 #include <algorithm>
 #include <iostream>
 #include <map>
@@ -65,7 +69,20 @@ protected:
 
   // ---- Menus ----
 
+  /// An entry that is greyed can't be reached.
+  void makeUndoAndRedoUsable() {
+    for (const double amount : {1.0, 2.0})
+      guardedHandler(u"test", [&] {
+        SharePortfolioTreeItem& trading = *tallymoor().totalCapital()->portfolioNode(u"Trading");
+        trading.change(u"Deposit", [&] {
+          trading.portfolio().creditCash(Date(2026, 2, 2), amount, CASH_EVENT_DEPOSIT, u"DEPOSIT ");
+        });
+      });
+    command(TallymoorWindow::ID_UNDO);
+    letEventsPass();
+  }
   void useMenus() {
+    makeUndoAndRedoUsable();
     for (FXMenuTitle* title : findAll<FXMenuTitle>(tallymoor())) {
       auto& pane = dynamic_cast<FXMenuPane&>(*title->getMenu());
       int place = 0;

@@ -71,6 +71,7 @@ TEST_F(MenusTest, TheMenusHoldTheirEntriesInOrder) {
   const std::vector<std::vector<std::string>> expected = {
       {"New Portfolio...\tCtrl+P", "New Watchlist...\tCtrl+W", "-", "New Portfolio Wizard...", "-",
        "Save...\tCtrl+S", "Import...", "Export...", "-", "Minimise", "-", "Exit\tAlt-F4"},
+      {"Undo\tCtrl+Z", "Redo\tCtrl+Shift+Z"},
       {"New Portfolio...\tCtrl+P", "Buy Shares...\tCtrl+B", "Sell Shares...\tCtrl+L",
        "Receive a Dividend...\tCtrl+D", "Receive Interest...\tCtrl+I", "Deposit Cash...", "Withdraw Cash..."},
       {"Report for last month...", "Report for last financial quarter...",
@@ -89,7 +90,7 @@ TEST_F(MenusTest, TheTitlesOfTheMenusHaveTheirKeys) {
   std::vector<std::string> titles;
   for (FXMenuTitle* title : findAll<FXMenuTitle>(tallymoor()))
     titles.push_back(title->getText().text());
-  EXPECT_EQ((std::vector<std::string>{"File", "Portfolios", "Reports", "Tools", "Help"}), titles);
+  EXPECT_EQ((std::vector<std::string>{"File", "Edit", "Portfolios", "Reports", "Tools", "Help"}), titles);
 }
 
 TEST_F(MenusTest, EntriesThatOpenAWindowOpenTheirs) {

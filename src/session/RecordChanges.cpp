@@ -1,0 +1,498 @@
+#include "session/RecordChanges.h"
+#include "foundation/Constants.h"
+#include "foundation/FileReplacement.h"
+#include "foundation/Platform.h"
+#include "foundation/UnforeseenFailure.h"
+#include "foundation/UserInteraction.h"
+#include "session/RecordTree.h"
+#include "session/Recovery.h"
+#include "xml/ElementText.h"
+#include "xml/PortfolioRecords.h"
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <map>
+#include <set>
+
+namespace Tallymoor {
+
+namespace {
+
+String journalPath() {
+  return dataDirectory(Platform::Instance(), APP_NAME) + u"Journal";
+}
+
+/// For a journal that is set aside: the first name that is free.
+String unusedPath(const String& path) {
+  int number = 1;
+  while (filePresence(path + u"." + String::fromLong(number)) != FilePresence::Missing)
+    ++number;
+  return path + u"." + String::fromLong(number);
+}
+
+std::int64_t secondsNow() {
+  using namespace std::chrono;
+  return duration_cast<seconds>(system_clock::now().time_since_epoch()).count();
+}
+
+/// Sets a flag for a scope.
+class Running {
+public:
+  explicit Running(bool& flag) : m_flag(flag) { m_flag = true; }
+  ~Running() { m_flag = false; }
+  Running(const Running&) = delete;
+  Running& operator=(const Running&) = delete;
+
+private:
+  bool& m_flag;
+};
+
+} // namespace
+
+/// What a portfolio is to be like.
+struct RecordChanges::Wanted {
+  String nameNow;  ///< empty for one that is not there
+  String nameThen; ///< empty for one that is to go
+  std::uint32_t place;
+  bool moves; ///< to another place
+  std::string text;
+};
+
+RecordChanges::RecordChanges(XMLPortfolios& records, OpenPortfolios& portfolios, UserInteraction& user)
+    : m_records(records), m_portfolios(portfolios), m_user(user) {
+  s_current = this;
+}
+
+RecordChanges::~RecordChanges() {
+  if (s_current == this)
+    s_current = nullptr;
+}
+
+// ---- The journal ----
+
+void RecordChanges::open() {
+  m_isOpen = true;
+  if (filePresence(journalPath()) == FilePresence::Missing)
+    return;
+  try {
+    openJournal();
+    if (m_journal)
+      recover();
+  } catch (...) {
+    close(); // leaves the journal to the next start
+    throw;
+  }
+}
+
+void RecordChanges::close() {
+  m_isOpen = false;
+  m_journal.reset();
+  m_texts.clear();
+  m_undo.clear();
+  m_redo.clear();
+}
+
+/// A journal that is none is set aside. Where that fails too, each change tries again and fails with the
+/// reason.
+void RecordChanges::openJournal() {
+  const String path = journalPath();
+  try {
+    withUnforeseenFailures([&] { m_journal.emplace(path); });
+  } catch (const Exception& exception) {
+    const String aside = unusedPath(path);
+    std::error_code failed;
+    std::filesystem::rename(path.toUTF8(), aside.toUTF8(), failed);
+    m_user.warning(u"The journal of your changes can't be read:\n" + exception.message() +
+                   (failed ? String(u"\nUntil that is mended, nothing can be changed.")
+                           : u"\nIt was put aside as " + aside + u", and a new one is begun."));
+    return;
+  }
+  for (const Journal::Entry& entry : m_journal->entries())
+    follow(entry);
+  if (m_journal->lostTornEntry())
+    m_user.warning(u"The last change was not written to its end when Tallymoor stopped, and is not in your "
+                   u"records.");
+  if (m_journal->damagedPlaces() > 0)
+    m_user.warning(u"A part of the journal of your changes is damaged. What can be read is used.");
+}
+
+Journal& RecordChanges::journal() {
+  if (!m_journal)
+    m_journal.emplace(journalPath());
+  return *m_journal;
+}
+
+/// What is on disk is to be a state that the journal knows.
+void RecordChanges::beforeSave() {
+  try {
+    if (!m_texts.empty())
+      withUnforeseenFailures([this] { noticeRest(); });
+  } catch (const Exception&) {
+    // The save matters more, and has its own reasons to fail.
+  }
+}
+
+void RecordChanges::saved() {
+  if (!m_journal || m_journal->entries().empty() || m_journal->entries().back().kind == Change::Kind::Saved)
+    return;
+  Change mark;
+  mark.kind = Change::Kind::Saved;
+  try {
+    append(mark);
+    m_journal->thin({}, mark.moment);
+  } catch (const Exception&) {
+    // Without the mark the next start finds by the records themselves that they lack nothing.
+  }
+}
+
+void RecordChanges::append(Change& change) {
+  change.moment = secondsNow();
+  try {
+    withUnforeseenFailures([&] { journal().append(change); });
+  } catch (const Exception& exception) {
+    throw Exception(u"The change was not made, because it can't be kept safe:\n" + exception.message());
+  }
+}
+
+// ---- Recovery ----
+
+void RecordChanges::recover() {
+  std::vector<Change> changes;
+  const auto& entries = m_journal->entries();
+  const auto lastSave = std::find_if(entries.rbegin(), entries.rend(), [](const Journal::Entry& entry) {
+    return entry.kind == Change::Kind::Saved;
+  });
+  for (auto entry = lastSave.base(); entry != entries.end(); ++entry)
+    changes.push_back(m_journal->read(*entry));
+  if (changes.empty())
+    return;
+  keepAll();
+  std::map<String, std::string> texts;
+  for (const Kept& kept : m_texts)
+    texts[kept.name] = kept.text->text();
+  const std::optional<Recovery> recovery = Recovery::of(changes, std::move(texts));
+  if (!recovery) {
+    refuse(changes);
+    return;
+  }
+  if (recovery->count == 0)
+    return;
+  std::vector<Wanted> wanted;
+  for (const Recovery::Portfolio& portfolio : recovery->portfolios)
+    wanted.push_back(
+        {portfolio.nameNow, portfolio.nameThen, portfolio.place, portfolio.moves, portfolio.text});
+  try {
+    bringTo(std::move(wanted));
+  } catch (...) {
+    putBack();
+    refuse(changes);
+    return;
+  }
+  m_texts = textsNow(ChangedOnes::Written);
+  m_user.information(recoveredText(changes, recovery->count));
+}
+
+void RecordChanges::refuse(const std::vector<Change>& changes) {
+  const String aside = unusedPath(m_journal->path());
+  copyFileReplacing(m_journal->path(), aside);
+  Change mark; // what was refused once is not tried again
+  mark.kind = Change::Kind::Saved;
+  append(mark);
+  m_user.warning(refusedText(changes, aside));
+}
+
+// ---- Changes ----
+
+const RecordChanges::Kept* RecordChanges::keptOf(const XMLSharePortfolio& element) const {
+  const auto found = std::find_if(m_texts.begin(), m_texts.end(),
+                                  [&element](const Kept& kept) { return kept.element == &element; });
+  return found == m_texts.end() ? nullptr : &*found;
+}
+
+RecordChanges::Kept RecordChanges::textNow(const Present& present, const Kept* former) {
+  auto text = std::make_shared<const ElementText>(present.element, former ? former->text.get() : nullptr);
+  const RecordsState state = stateOf(text->text());
+  return {
+      &present.element, present.element.changeStamp(), present.place, present.name, std::move(text), state};
+}
+
+/// The open portfolios in the order of their records: not the one that the wizard is at.
+std::vector<RecordChanges::Present> RecordChanges::presentOnes() const {
+  std::map<const XMLSharePortfolio*, String> names;
+  for (const auto& [name, portfolio] : m_portfolios)
+    names[&portfolio->portfolio()] = name;
+  std::vector<Present> present;
+  std::uint32_t place = 0;
+  for (XMLSharePortfolio& element : m_records.portfolios()) {
+    if (const auto name = names.find(&element); name != names.end())
+      present.push_back({element, place, name->second});
+    ++place;
+  }
+  return present;
+}
+
+RecordChanges::Texts RecordChanges::textsNow(ChangedOnes changed) const {
+  Texts texts;
+  for (const Present& present : presentOnes()) {
+    const Kept* const kept = keptOf(present.element);
+    const bool isSame = kept && kept->stamp == present.element.changeStamp();
+    if (isSame)
+      texts.push_back({&present.element, kept->stamp, present.place, present.name, kept->text, kept->state});
+    else if (changed == ChangedOnes::Written)
+      texts.push_back(textNow(present, kept));
+    else
+      texts.push_back({&present.element, 0, present.place, present.name, nullptr, {}});
+  }
+  return texts;
+}
+
+void RecordChanges::prepare(const SharePortfolioUser& portfolio) {
+  if (!m_isOpen || keptOf(portfolio.portfolio()))
+    return;
+  for (const Present& present : presentOnes())
+    if (&present.element == &portfolio.portfolio())
+      m_texts.push_back(textNow(present, nullptr));
+}
+
+void RecordChanges::keepAll() {
+  for (const Present& present : presentOnes())
+    if (!keptOf(present.element))
+      m_texts.push_back(textNow(present, nullptr));
+}
+
+/// What is null was not there, or is not there now.
+PortfolioText RecordChanges::textOf(const Kept* portfolio) {
+  if (!portfolio)
+    return PortfolioText::of(String(), 0, {});
+  return {portfolio->name, portfolio->place, portfolio->text->text(), portfolio->state};
+}
+
+/// The kept portfolio that this one was: the same element, or else one of its name whose element has gone.
+const RecordChanges::Kept* RecordChanges::formerOf(const Kept& now, const Texts& all) const {
+  if (const Kept* const kept = keptOf(*now.element))
+    return kept;
+  const auto isNow = [&all](const Kept& kept) {
+    return std::any_of(all.begin(), all.end(),
+                       [&kept](const Kept& other) { return other.element == kept.element; });
+  };
+  const auto found = std::find_if(m_texts.begin(), m_texts.end(),
+                                  [&](const Kept& kept) { return kept.name == now.name && !isNow(kept); });
+  return found == m_texts.end() ? nullptr : &*found;
+}
+
+std::vector<std::pair<const RecordChanges::Kept*, const RecordChanges::Kept*>>
+RecordChanges::differencesTo(const Texts& now) const {
+  std::vector<std::pair<const Kept*, const Kept*>> different;
+  std::set<const Kept*> met;
+  for (const Kept& after : now) {
+    const Kept* const before = formerOf(after, now);
+    met.insert(before);
+    if (!before || before->text != after.text)
+      different.emplace_back(before, &after);
+  }
+  for (const Kept& before : m_texts)
+    if (!met.contains(&before))
+      different.emplace_back(&before, nullptr);
+  return different;
+}
+
+std::vector<ChangedPortfolio> RecordChanges::changesTo(const Texts& now) const {
+  std::vector<ChangedPortfolio> changes;
+  for (const auto& [before, after] : differencesTo(now))
+    if (!before || !after || before->name != after->name || before->state != after->state)
+      changes.push_back(ChangedPortfolio::between(textOf(before), textOf(after)));
+  return changes;
+}
+
+void RecordChanges::make(const String& sentence, const Command& command) {
+  if (!m_isOpen || m_isRunning) {
+    command();
+    return;
+  }
+  noticeRest();
+  Change change;
+  change.sentence = sentence;
+  run(std::move(change), command);
+}
+
+void RecordChanges::noticeRest() {
+  if (!m_isOpen || m_isRunning)
+    return;
+  keepAll();
+  Change change;
+  change.sentence = u"Other changes";
+  note(std::move(change));
+}
+
+void RecordChanges::take(const String& sentence, const Command& command) {
+  if (m_isOpen)
+    keepAll();
+  command();
+  if (!m_isOpen)
+    return;
+  try {
+    Change change;
+    change.sentence = sentence;
+    withUnforeseenFailures([&] { note(std::move(change)); });
+  } catch (const Exception& exception) {
+    m_user.reportException(u"Save now: the journal of your changes can't keep this one.\n", exception);
+  }
+}
+
+/// Appends what has changed since the last change.
+void RecordChanges::note(Change change) {
+  Texts now = textsNow(ChangedOnes::Written);
+  change.portfolios = changesTo(now);
+  if (!change.portfolios.empty()) {
+    append(change);
+    follow(m_journal->entries().back());
+  }
+  m_texts = std::move(now);
+}
+
+void RecordChanges::run(Change change, const Command& command) {
+  const Running running(m_isRunning);
+  try {
+    command();
+    note(std::move(change));
+  } catch (...) {
+    putBack();
+    throw;
+  }
+}
+
+void RecordChanges::putBack() {
+  // A command that was stopped may have left what can't be written.
+  const Texts now = textsNow(ChangedOnes::Unwritten);
+  std::vector<Wanted> wanted;
+  for (const auto& [before, after] : differencesTo(now))
+    wanted.push_back({after ? after->name : String(), before ? before->name : String(),
+                      before ? before->place : 0, before && after && before->element != after->element,
+                      before ? before->text->text() : std::string()});
+  bringTo(std::move(wanted));
+  m_texts = textsNow(ChangedOnes::Written);
+}
+
+/// On a full disk the file of the capital record keeps its name for this run: the records matter more.
+void RecordChanges::rename(const String& nameNow, const String& nameThen) {
+  try {
+    renamePortfolio(m_portfolios, nameNow, nameThen);
+  } catch (const Exception&) {
+    auto entry = m_portfolios.extract(nameNow);
+    entry.key() = nameThen;
+    entry.mapped()->portfolio().setPortfolioName(nameThen);
+    m_portfolios.insert(std::move(entry));
+  }
+}
+
+void RecordChanges::bringTo(std::vector<Wanted> wanted) {
+  if (wanted.empty())
+    return;
+  if (m_beforeOtherElements)
+    m_beforeOtherElements();
+  std::sort(wanted.begin(), wanted.end(), [](const Wanted& a, const Wanted& b) { return a.place < b.place; });
+  for (const Wanted& portfolio : wanted)
+    if (!portfolio.nameNow.empty() && (portfolio.nameThen.empty() || portfolio.moves))
+      removePortfolio(m_portfolios, m_records, portfolio.nameNow);
+  for (const Wanted& portfolio : wanted) {
+    if (portfolio.nameThen.empty())
+      continue;
+    if (portfolio.nameNow.empty() || portfolio.moves) {
+      openFromText(m_portfolios, m_records, portfolio.text, portfolio.place);
+      continue;
+    }
+    if (portfolio.nameNow != portfolio.nameThen)
+      rename(portfolio.nameNow, portfolio.nameThen);
+    replaceRecords(*m_portfolios.at(portfolio.nameThen), portfolio.text);
+  }
+}
+
+// ---- Undo and redo ----
+
+const Journal::Entry* RecordChanges::find(const std::vector<std::uint64_t>& numbers) const {
+  if (!m_journal || numbers.empty())
+    return nullptr;
+  const auto& entries = m_journal->entries();
+  const auto found = std::find_if(entries.rbegin(), entries.rend(), [&numbers](const Journal::Entry& entry) {
+    return entry.number == numbers.back();
+  });
+  return found == entries.rend() ? nullptr : &*found;
+}
+
+const Journal::Entry* RecordChanges::toUndo() const {
+  return find(m_undo);
+}
+
+const Journal::Entry* RecordChanges::toRedo() const {
+  return find(m_redo);
+}
+
+void RecordChanges::follow(const Journal::Entry& entry) {
+  const auto move = [&entry](std::vector<std::uint64_t>& from, std::vector<std::uint64_t>& to) {
+    if (!from.empty() && from.back() == entry.other)
+      from.pop_back();
+    to.push_back(entry.other);
+  };
+  if (entry.kind == Change::Kind::Undone)
+    move(m_undo, m_redo);
+  else if (entry.kind == Change::Kind::Redone)
+    move(m_redo, m_undo);
+  else if (entry.kind == Change::Kind::Made) {
+    m_undo.push_back(entry.number);
+    m_redo.clear();
+  }
+}
+
+void RecordChanges::undo() {
+  noticeRest();
+  makeAgain(toUndo(), Change::Kind::Undone);
+}
+
+void RecordChanges::redo() {
+  noticeRest();
+  makeAgain(toRedo(), Change::Kind::Redone);
+}
+
+void RecordChanges::makeAgain(const Journal::Entry* entry, Change::Kind kind) {
+  if (!entry || m_isRunning)
+    return;
+  Change made = m_journal->read(*entry);
+  Change change;
+  change.kind = kind;
+  change.other = made.number;
+  change.sentence = made.sentence;
+  if (kind == Change::Kind::Undone)
+    for (ChangedPortfolio& portfolio : made.portfolios)
+      portfolio = portfolio.reversed();
+  run(std::move(change), [&] { apply(made.portfolios); });
+}
+
+void RecordChanges::apply(const std::vector<ChangedPortfolio>& portfolios) {
+  std::vector<Wanted> wanted;
+  for (const ChangedPortfolio& portfolio : portfolios) {
+    const auto kept = std::find_if(m_texts.begin(), m_texts.end(), [&portfolio](const Kept& text) {
+      return text.name == portfolio.nameBefore;
+    });
+    const auto text = portfolio.appliedTo(kept == m_texts.end() ? std::string() : kept->text->text());
+    const bool nameIsTaken =
+        portfolio.nameAfter != portfolio.nameBefore && m_portfolios.contains(portfolio.nameAfter);
+    if (!text || nameIsTaken || (kept == m_texts.end()) != portfolio.nameBefore.empty())
+      throw Exception(u"The records of " +
+                      (portfolio.nameBefore.empty() ? portfolio.nameAfter : portfolio.nameBefore) +
+                      u" are not those that this change left, so it stays as it is.");
+    wanted.push_back({portfolio.nameBefore, portfolio.nameAfter, portfolio.placeAfter,
+                      !portfolio.nameBefore.empty() && !portfolio.nameAfter.empty() &&
+                          portfolio.placeBefore != portfolio.placeAfter,
+                      *text});
+  }
+  bringTo(std::move(wanted));
+}
+
+void makeChange(const String& sentence, const std::function<void()>& command) {
+  if (RecordChanges* const changes = RecordChanges::current())
+    changes->make(sentence, command);
+  else
+    command();
+}
+
+} // namespace Tallymoor

@@ -1,0 +1,132 @@
+#pragma once
+#include "session/Journal.h"
+#include "session/OpenPortfolios.h"
+#include <functional>
+#include <memory>
+#include <optional>
+#include <utility>
+
+namespace Tallymoor {
+
+class ElementText;
+class UserInteraction;
+
+/// Makes the user's changes of the records: each happens whole or not at all, is in the journal before
+/// anything shows it, and can be undone and made again.
+///
+/// The text of each portfolio as of the last change is kept, and what a command changed is found by
+/// comparing. So a command may do whatever it wants, to one portfolio or to several.
+///
+/// GUI thread, under the big mutex.
+class RecordChanges {
+public:
+  using Command = std::function<void()>;
+
+  /// All outlive this object. Until `open`, changes are made without a journal.
+  RecordChanges(XMLPortfolios& records, OpenPortfolios& portfolios, UserInteraction& user);
+  ~RecordChanges();
+  RecordChanges(const RecordChanges&) = delete;
+  RecordChanges& operator=(const RecordChanges&) = delete;
+
+  /// The one of the open session; null if there is none.
+  static RecordChanges* current() { return s_current; }
+
+  /// Opens the journal for the records that have just been read, and makes the changes in it that they lack.
+  /// The user is told what was recovered, and what could not be. A journal that is missing is made with the
+  /// first change.
+  void open();
+  /// Before the records are let go.
+  void close();
+
+  /// Runs a command and appends what it has changed to the journal, under that sentence. If either throws,
+  /// the records are put back as they were before, the elements of portfolios that still stand among them,
+  /// and the exception goes on. A command inside another one is a part of that.
+  void make(const String& sentence, const Command& command);
+  /// As `make` for a command whose work is too much to be lost: what it did stays even where the journal
+  /// can't keep it, which the user is told.
+  void take(const String& sentence, const Command& command);
+  /// Called before the elements of portfolios are replaced by others, when something is put back or undone;
+  /// empty for none.
+  void beforeOtherElements(Command command) { m_beforeOtherElements = std::move(command); }
+  /// Keeps the text of a portfolio, which takes a moment for a large one, so that its first change does not
+  /// have to. Until its text is kept, nothing may change it but by `make`.
+  void prepare(const SharePortfolioUser& portfolio);
+  /// What was changed without `make` becomes a change of its own, so that another one can be undone alone. To
+  /// be called before toUndo and toRedo are asked for what is to be done now. Throws Exception.
+  void noticeRest();
+  /// To be called right before the records are written, and right after that.
+  void beforeSave();
+  void saved();
+
+  /// A change that can be undone or made again, without what it changed; null if there is none.
+  const Journal::Entry* toUndo() const;
+  const Journal::Entry* toRedo() const;
+  /// Undoes the last change, or makes the last undone one again. Throws Exception and changes nothing where
+  /// the records are not those that the change left.
+  void undo();
+  void redo();
+
+private:
+  /// A portfolio as of the last change.
+  struct Kept {
+    const XMLSharePortfolio* element; ///< only compared
+    std::uint64_t stamp;
+    std::uint32_t place;
+    String name;
+    std::shared_ptr<const ElementText> text;
+    RecordsState state; ///< of the text
+  };
+  using Texts = std::vector<Kept>;
+  /// An open portfolio.
+  struct Present {
+    XMLSharePortfolio& element;
+    std::uint32_t place;
+    String name;
+  };
+  enum class ChangedOnes { Written, Unwritten }; ///< unwritten ones have no text
+  struct Wanted;
+
+  Journal& journal();
+  void openJournal();
+  void recover();
+  void refuse(const std::vector<Change>& changes);
+
+  const Kept* keptOf(const XMLSharePortfolio& element) const;
+  void keepAll();
+  static Kept textNow(const Present& present, const Kept* former);
+  std::vector<Present> presentOnes() const;
+  Texts textsNow(ChangedOnes changed) const;
+  static PortfolioText textOf(const Kept* portfolio);
+  const Kept* formerOf(const Kept& now, const Texts& all) const;
+  /// What was before and what is now, where they differ; null for what was not or is not there.
+  std::vector<std::pair<const Kept*, const Kept*>> differencesTo(const Texts& now) const;
+  std::vector<ChangedPortfolio> changesTo(const Texts& now) const;
+  void note(Change change);
+  void run(Change change, const Command& command);
+  void append(Change& change);
+  void putBack();
+  void rename(const String& nameNow, const String& nameThen);
+  void bringTo(std::vector<Wanted> wanted);
+  void apply(const std::vector<ChangedPortfolio>& portfolios);
+  void makeAgain(const Journal::Entry* entry, Change::Kind kind);
+  void follow(const Journal::Entry& entry);
+  const Journal::Entry* find(const std::vector<std::uint64_t>& numbers) const;
+
+  XMLPortfolios& m_records;
+  OpenPortfolios& m_portfolios;
+  UserInteraction& m_user;
+  std::optional<Journal> m_journal;
+  Texts m_texts;
+  Command m_beforeOtherElements;
+  bool m_isOpen = false;
+  bool m_isRunning = false;
+  std::vector<std::uint64_t> m_undo; ///< numbers of entries
+  std::vector<std::uint64_t> m_redo;
+
+  inline static RecordChanges* s_current = nullptr;
+};
+
+/// Makes a change by the current RecordChanges; without one, just runs the command.
+void makeChange(const String& sentence, const std::function<void()>& command);
+
+} // namespace Tallymoor
