@@ -170,7 +170,7 @@ void RecordChanges::recover() {
   std::map<String, std::string> texts;
   for (const Kept& kept : m_texts)
     texts[kept.name] = kept.text->text();
-  const std::optional<Recovery> recovery = Recovery::of(changes, std::move(texts));
+  const std::optional<Recovery> recovery = Recovery::of(changes, texts);
   if (!recovery) {
     refuse(changes);
     return;

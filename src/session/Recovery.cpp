@@ -52,9 +52,9 @@ std::optional<std::size_t> countOfSaved(const std::vector<Change>& changes,
 /// Carries the portfolios through the changes.
 class Replay {
 public:
-  explicit Replay(std::map<String, std::string> texts) {
-    for (auto& [name, text] : texts)
-      m_portfolios[name] = {{name, name, 0, false, std::move(text)}, false};
+  explicit Replay(const std::map<String, std::string>& texts) {
+    for (const auto& [name, text] : texts)
+      m_portfolios[name] = {{name, name, 0, false, text}, false};
   }
 
   /// False if the change does not belong to the texts.
@@ -123,12 +123,12 @@ String changesText(std::size_t count) {
 } // namespace
 
 std::optional<Recovery> Recovery::of(const std::vector<Change>& changes,
-                                     std::map<String, std::string> texts) {
+                                     const std::map<String, std::string>& texts) {
   const std::optional<std::size_t> saved = countOfSaved(changes, texts);
   if (!saved)
     return std::nullopt;
   States states = statesBefore(changes);
-  Replay replay(std::move(texts));
+  Replay replay(texts);
   for (std::size_t i = 0; i < changes.size(); ++i) {
     Tallymoor::follow(states, changes[i]);
     if (i >= *saved && !replay.follow(changes[i]))

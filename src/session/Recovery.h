@@ -23,7 +23,8 @@ struct Recovery {
 
   /// The changes since the last save, the oldest first, and the text of each portfolio by name. The records
   /// may have been written after any of the changes. Nothing if they are of none of these moments.
-  static std::optional<Recovery> of(const std::vector<Change>& changes, std::map<String, std::string> texts);
+  static std::optional<Recovery> of(const std::vector<Change>& changes,
+                                    const std::map<String, std::string>& texts);
 };
 
 /// What the user is told about the last `count` of the changes.

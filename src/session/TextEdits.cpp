@@ -7,8 +7,8 @@ namespace Tallymoor {
 
 namespace {
 
-constexpr std::size_t WINDOW = 256;           ///< equal bytes that are taken for the same place in both texts
-constexpr std::size_t REACH = 256 * 1024;     ///< how far such a place is looked for
+constexpr std::size_t WINDOW = 256; ///< equal bytes that are taken for the same place in both texts
+constexpr std::size_t REACH = std::size_t{256} * 1024; ///< how far such a place is looked for
 constexpr std::size_t FIRST_STEP = 16;        ///< between the windows that are tried, and doubled each time
 constexpr std::size_t MOST_EDITS = 1000;      ///< behind them one edit takes the rest
 constexpr std::size_t COMPARED_AT_ONCE = 256; ///< by memcmp
