@@ -305,8 +305,8 @@ void PriceQuarantine::write() {
   }
   XMLPriceDecisions document;
   for (const auto& [code, decisions] : m_decisions) {
-    const auto add = [&document, &code](XMLElement* element, const String& kind,
-                                        const std::vector<std::pair<String, String>>& values) {
+    const auto add = [&document, &code = code](XMLElement* element, const String& kind,
+                                               const std::vector<std::pair<String, String>>& values) {
       XMLElement& added = document.addSubElement(element, kind);
       added.setAttribute(CODE, code);
       for (const auto& [name, value] : values)
