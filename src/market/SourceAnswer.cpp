@@ -100,8 +100,8 @@ AnsweredHistory readHistory(std::string_view bytes, const AnswerFormat& format) 
   for (const AnswerRow& row : table.rows)
     onRow(row, [&] { history.passedOver += takeRow(row, figures, history) ? 0 : 1; });
   const bool hasRows = !table.rows.empty() || table.passedOver > 0;
-  if (hasRows && history.prices.empty() && history.future.empty() && history.dividends.empty() &&
-      history.splits.empty())
+  // With days to come alone nothing can be kept, so the next source is asked.
+  if (hasRows && history.prices.empty() && history.dividends.empty() && history.splits.empty())
     throw AnswerException(Fault::Unreadable, u"none of the rows has a day and a price");
   history.currency = currencyOf(table, format);
   return history;
