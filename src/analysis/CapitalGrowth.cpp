@@ -16,10 +16,10 @@ public:
   explicit ScaledIndex(const Portfolios& portfolios)
       : m_code(portfolios.size() == 1 ? portfolios.front()->comparisonIndex() : String()) {}
 
-  /// Without its gaps, which would be drawn as straight lines.
-  void completeBetween(const Date& from, const Date& to) const {
+  /// Has its gaps filled, which would be drawn as straight lines.
+  void requestBetween(const Date& from, const Date& to) const {
     if (!m_code.empty())
-      TallymoorInternet::Instance().completeHistory(m_code, from, to);
+      TallymoorInternet::Instance().requestHistory({m_code, from, to, HistoryNeed::Kind::Backward});
   }
   void startAgain() { m_scale.reset(); }
   /// The first close since the start is scaled to the growth of its day.
@@ -48,7 +48,7 @@ private:
 class GrowthWalk {
 public:
   GrowthWalk(const Portfolios& portfolios, const Date& from, const Date& to) : m_index(portfolios) {
-    m_index.completeBetween(from, to);
+    m_index.requestBetween(from, to);
     for (const SharePortfolioUser* portfolio : portfolios)
       m_walked.push_back({&portfolio->capitalRecord(), std::nullopt});
   }

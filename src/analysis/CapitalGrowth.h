@@ -29,9 +29,9 @@ struct GrowthDay {
 /// from the capital of that day.
 ///
 /// The index is there only for exactly one portfolio with a comparison index, and on days whose price is
-/// cached. It starts where the growth stands on the first such day. Nothing is fetched or asked, and
-/// nothing is kept: 20 years take some tens of milliseconds. Days without a record of any portfolio are left
-/// out. GUI thread, under the big mutex.
+/// cached. It starts where the growth stands on the first such day. Gaps in its prices are filled in the
+/// background (TallymoorInternet::requestHistory). Nothing is asked or kept: 20 years take some tens of
+/// milliseconds. Days without a record of any portfolio are left out. GUI thread, under the big mutex.
 std::vector<GrowthDay> capitalGrowth(const Portfolios& portfolios, const Date& from, const Date& to);
 
 } // namespace Tallymoor

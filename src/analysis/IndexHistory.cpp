@@ -22,14 +22,17 @@ bool IndexHistory::isKnown(const String& code, const Date& day) {
   return !showsAsZero(gateway.cachedClose(code, day).value_or(0.0));
 }
 
-void IndexHistory::fetch(const String& code, const std::vector<Date>& days) {
+void IndexHistory::request(const String& code, const std::vector<Date>& days) {
   if (days.empty())
     return;
   TallymoorInternet& gateway = TallymoorInternet::Instance();
-  gateway.completeHistory(code, days.back(), days.front());
+  if (gateway.requestHistory({code, days.back(), days.front(), HistoryNeed::Kind::Backward}))
+    return;
   for (const Date& day : days) {
     if (isKnown(code, day))
       continue;
+    if (gateway.isToBeFetched(code, day))
+      return; // it lies before a day that is unavailable
     try {
       gateway.historicalPrice(code, day, true); // tells the user of a failure
     } catch (const Exception&) {

@@ -58,7 +58,7 @@ struct Indicators {
 /// Of the weeks given, those of the last 26 full weeks before the day are used, and the week before them for
 /// its close alone.
 Indicators indicatorsOf(const std::vector<WeeklyPrice>& weeks, const Date& day);
-/// From the price cache; may have it completed first, see recentWeeks.
+/// From the price cache; throws NotYetKnown while prices are being fetched, see recentWeeks.
 Indicators indicatorsOf(const String& code, const Date& day);
 
 /// The regression line as drawn in a chart: from the first of its weeks to the day.

@@ -56,7 +56,8 @@ std::vector<WeeklyPrice> recentWeeks(const String& code, const Date& day, int co
   const Date last = day.lastFriday();
   const Date first = last.plusDays(1 - count * DAYS_OF_A_WEEK); // a Saturday
   TallymoorInternet& gateway = TallymoorInternet::Instance();
-  gateway.completeHistory(code, first, lastClose(day)); // beyond the weeks: a split may lie there
+  // Beyond the weeks, too: a split may lie there.
+  gateway.requireHistory({code, first, lastClose(day), HistoryNeed::Kind::Backward});
   std::vector<WeeklyPrice> weeks;
   std::optional<double> before;
   for (const auto& [quoted, value] : gateway.cachedRows(code, first, day)) {

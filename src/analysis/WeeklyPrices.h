@@ -22,11 +22,12 @@ struct WeeklyPrice {
 };
 
 /// The last full weeks before the day, oldest first, at most `count`. Weeks without any price are left out.
-/// The prices come from the price cache; days that it lacks, up to the day itself, are fetched once
-/// (TallymoorInternet::completeHistory) without a question. Prices are those of the market, not adjusted for
-/// splits, and prices from before a split say nothing of the ones after it: where a day's close makes a split
-/// suspected (see SuspectedSplit), except one of 3:2, up to the day itself, all that lies before is left
-/// out. Throws nothing for want of prices. GUI thread, under the big mutex.
+/// The prices come from the price cache; days that it lacks, up to the day itself, are fetched once in the
+/// background without a question; meanwhile throws NotYetKnown (TallymoorInternet::requireHistory). Prices
+/// are those of the market, not adjusted for splits, and prices from before a split say nothing of the ones
+/// after it: where a day's close makes a split suspected (see SuspectedSplit), except one of 3:2, up to the
+/// day itself, all that lies before is left out. Throws nothing else for want of prices. GUI thread, under
+/// the big mutex.
 std::vector<WeeklyPrice> recentWeeks(const String& code, const Date& day, int count);
 
 } // namespace Tallymoor

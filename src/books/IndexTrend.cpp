@@ -54,6 +54,10 @@ int IndexTrend::trendDays(double period) {
   return period >= 1.0 ? static_cast<int>(std::min(period, LONGEST_TREND)) : 1;
 }
 
+Date IndexTrend::firstDayOfAverage(double period) {
+  return weekdaysBefore(Date(), 2 * trendDays(period)).front();
+}
+
 double IndexTrend::movingAverage(double period) {
   std::map<Date, double>& averages = m_averages[trendDays(period)];
   const Date today;

@@ -33,6 +33,8 @@ public:
   double computeMovingAverage(double period) const;
   /// The period as the whole number of days that it stands for: at least one, no fraction, bounded above.
   static int trendDays(double period);
+  /// The first day whose price movingAverage asks for.
+  static Date firstDayOfAverage(double period);
 
 private:
   XMLSharePortfolio& m_portfolio;

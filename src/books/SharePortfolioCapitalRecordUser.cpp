@@ -2,6 +2,7 @@
 #include "books/CapitalRecordWalk.h"
 #include "foundation/Exception.h"
 #include "foundation/RunTimeSettings.h"
+#include "market/HistoryNeed.h"
 #include "market/MarketPrices.h"
 #include <algorithm>
 
@@ -171,14 +172,22 @@ void SharePortfolioCapitalRecordUser::settlePrices() {
     return;
   // A fetch tells this record of what it brings, which changes the index.
   const UnsettledPrices unsettled = unsettledPrices();
-  for (const auto& [code, days] : unsettled)
-    fetchUnsettled(code, days);
+  if (const std::vector<HistoryNeed> needs = unsettledNeeds(); !needs.empty())
+    m_prices.completeHistory(needs, nullptr);
   for (const auto& [code, days] : unsettled)
     for (const Date& day : days)
       settlePrice(code, day);
 }
 
-void SharePortfolioCapitalRecordUser::fetchUnsettled(const String& code, const std::set<Date>& days) {
+std::vector<HistoryNeed> SharePortfolioCapitalRecordUser::unsettledNeeds() const {
+  std::vector<HistoryNeed> needs;
+  for (const auto& [code, days] : unsettledPrices())
+    addNeeds(needs, code, days);
+  return needs;
+}
+
+void SharePortfolioCapitalRecordUser::addNeeds(std::vector<HistoryNeed>& needs, const String& code,
+                                               const std::set<Date>& days) const {
   std::optional<Date> firstOpen;
   std::optional<Date> firstMissing, lastMissing;
   for (const Date& day : days) {
@@ -191,9 +200,9 @@ void SharePortfolioCapitalRecordUser::fetchUnsettled(const String& code, const s
     lastMissing = day;
   }
   if (firstMissing)
-    m_prices.completeHistory(code, *firstMissing, *lastMissing);
+    needs.push_back({code, *firstMissing, *lastMissing, HistoryNeed::Kind::Backward});
   if (firstOpen)
-    m_prices.refreshClosesFrom(code, *firstOpen);
+    needs.push_back({code, *firstOpen, *firstOpen, HistoryNeed::Kind::Refresh});
 }
 
 /// Takes over what the cache knows of the day; it may have been fetched while this record was not there to

@@ -3,10 +3,13 @@
 #include "books/CapitalRecordWalk.h"
 #include "foundation/LengthyFunctions.h"
 #include "market/PriceUpdater.h"
+#include <set>
+#include <vector>
 
 namespace Tallymoor {
 
 class MarketPrices;
+struct HistoryNeed;
 
 /// The capital record of a portfolio, kept in step with its records and with the prices. The days are derived
 /// from both, so they can always be thrown away: a change of the past drops the days from it on, and the next
@@ -64,7 +67,8 @@ private:
   void updateTo(WalkedPortfolio& portfolio, Progress* progress);
   bool computeDay(CapitalRecordWalk& walk, const Date& day, Progress* progress);
   void settlePrices();
-  void fetchUnsettled(const String& code, const std::set<Date>& days);
+  std::vector<HistoryNeed> unsettledNeeds() const;
+  void addNeeds(std::vector<HistoryNeed>& needs, const String& code, const std::set<Date>& days) const;
   void settlePrice(const String& code, const Date& day);
 
   MarketPrices& m_prices;

@@ -2,7 +2,6 @@
 #include "books/RecordedSplits.h"
 #include "books/SharePortfolioUser.h"
 #include "foundation/Amounts.h"
-#include "market/CompletedClose.h"
 #include "market/TallymoorInternet.h"
 
 namespace Tallymoor {
@@ -36,9 +35,12 @@ KnownPrice knownPrice(const String& code, const Date& day, const SharePortfolioU
 }
 
 KnownPrice priceOfDay(const String& code, const Date& day, const SharePortfolioUser* portfolio) {
-  if (!code.empty() && day < Date::realToday() && TallymoorInternet::exists())
-    if (const auto close = completedClose(code, day))
-      return {*close, day};
+  if (!code.empty() && day < Date::realToday() && TallymoorInternet::exists()) {
+    TallymoorInternet& gateway = TallymoorInternet::Instance();
+    gateway.completeHistory({{code, day, day, HistoryNeed::Kind::Backward}}, nullptr);
+    if (const auto close = gateway.closeOn(code, day))
+      return {close->close, day};
+  }
   return knownPrice(code, day, portfolio);
 }
 

@@ -36,15 +36,23 @@ bool FetchQueue::applyNext(std::chrono::milliseconds patience) {
   {
     MutexLock lock(m_mutex);
     const auto isThere = [this]() REQUIRES(m_mutex) {
-      return m_items.empty() || m_items.front()->state == State::Done;
+      return m_interrupted || m_items.empty() || m_items.front()->state == State::Done;
     };
-    if (!m_changed.wait_for(lock, patience, isThere) || m_items.empty())
+    const bool isOver = m_changed.wait_for(lock, patience, isThere);
+    m_interrupted = false;
+    if (!isOver || m_items.empty() || m_items.front()->state != State::Done)
       return false;
     item = std::move(m_items.front());
     m_items.pop_front();
   }
   item->apply();
   return true;
+}
+
+void FetchQueue::interruptWait() {
+  const MutexLock lock(m_mutex);
+  m_interrupted = true;
+  m_changed.notify_all();
 }
 
 void FetchQueue::stop() {

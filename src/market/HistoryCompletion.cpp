@@ -61,18 +61,20 @@ void HistoryCompletion::letEventsPass() {
 /// Has the next missing day of the chain fetched, if there is one.
 void HistoryCompletion::begin(Chain& chain) {
   for (; chain.next < chain.needs.size(); ++chain.next) {
-    auto& [code, first, last] = chain.needs[chain.next];
-    const std::optional<Date> day = m_history.firstToFetch(code, first, last);
-    if (!day)
+    HistoryNeed& need = chain.needs[chain.next];
+    const std::optional<DayFetch> fetch = m_history.nextFetch(need);
+    if (!fetch)
       continue;
-    first = *day; // those before need no other look
-    FetchQuestions::showStatus(u"updating historical price for " + code + u" for days from " +
-                               day->toString(DATE_DISPLAY_LOCAL));
+    if (need.kind == HistoryNeed::Kind::Forward)
+      need.first = fetch->day; // those before need no other look
+    FetchQuestions::showStatus(u"updating historical price for " + need.code + u" for days " +
+                               (fetch->upTo ? u"up to " : u"from ") +
+                               fetch->day.toString(DATE_DISPLAY_LOCAL));
     if (m_progress && !isCancelled())
-      m_progress->setText(u"Retrieving historical prices for " + code);
+      m_progress->setText(u"Retrieving historical prices for " + need.code);
     if (isCancelled())
       return;
-    chain.fetch = m_history.beginFetch(code, *day, false);
+    chain.fetch = *fetch;
     return request(chain);
   }
 }

@@ -1,15 +1,9 @@
 #pragma once
 #include "market/DataSource.h"
+#include "market/HistoryNeed.h"
 #include <exception>
 
 namespace Tallymoor {
-
-/// Days of a code whose past prices are needed.
-struct HistoryNeed {
-  String code;
-  Date first;
-  Date last;
-};
 
 /// The result of a request for one page of past prices: rows, or a failure.
 struct HistoryPage {
@@ -23,8 +17,9 @@ struct DayFetch {
   String code;
   Date day;
   bool upTo;
-  HistoryRange range; ///< of the request that is due
-  bool isLast = upTo; ///< no other follows it
+  HistoryRange range;          ///< of the request that is due
+  bool isLast = upTo;          ///< no other follows it
+  bool endsCompletion = false; ///< if it has no price of the day, none before it is asked for either
 };
 
 } // namespace Tallymoor

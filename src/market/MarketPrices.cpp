@@ -35,12 +35,6 @@ public:
     return gateway().hasCachedPrice(code, day);
   }
   HistoryRange recentRange() override { return gateway().recentRange(); }
-  void refreshClosesFrom(const String& code, const Date& first) override {
-    gateway().refreshClosesFrom(code, first);
-  }
-  void completeHistory(const String& code, const Date& first, const Date& last) override {
-    gateway().completeHistory(code, first, last);
-  }
   bool completeHistory(const std::vector<HistoryNeed>& needs, Progress* progress) override {
     return gateway().completeHistory(needs, progress);
   }

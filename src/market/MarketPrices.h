@@ -31,8 +31,6 @@ public:
   virtual bool hasCachedHistory(const String& code) = 0;
   virtual bool hasCachedPrice(const String& code, const Date& day) = 0;
   virtual HistoryRange recentRange() = 0;
-  virtual void refreshClosesFrom(const String& code, const Date& first) = 0;
-  virtual void completeHistory(const String& code, const Date& first, const Date& last) = 0;
   virtual bool completeHistory(const std::vector<HistoryNeed>& needs, Progress* progress) = 0;
 
   /// Hears of prices until it is removed; before the views that show them.

@@ -47,25 +47,15 @@ double PriceHistory::closeOf(const String& code, const Date& day, bool upTo) {
       return cachedPrice(code, day, 0);
     if (!wantsAnotherTry(code, *failure))
       std::rethrow_exception(failure->what);
-    m_failures.forget(code);
-    HostQueues::ofProgram()->forgetFailures();
   }
 }
 
-std::optional<Date> PriceHistory::firstToFetch(const String& code, const Date& first, const Date& last) {
+void PriceHistory::offerAnotherTry(const String& code, const Date& day) {
   const CachedShare& known = m_cache.shareOrEmpty(code);
-  // The next request for a price reports an unreadable file, so its failure is not used up here.
-  if (known.isBad || known.unreadable)
-    return std::nullopt;
-  auto row = known.values.lower_bound(first);
-  for (Date day = first; day <= last; day.addDays(1)) {
-    if (row != known.values.end() && row->first == day)
-      ++row;
-    else if (!m_failures.isAbsent(code, day) &&
-             !m_failures.failureOf(code, day, m_connection.pageAround(day, false)))
-      return day;
-  }
-  return std::nullopt;
+  if (known.find(day) || known.isBad)
+    return;
+  if (const auto* failure = m_failures.failureOf(code, day, m_connection.pageAround(day, true)))
+    wantsAnotherTry(code, *failure);
 }
 
 bool PriceHistory::isKnownToFail(const String& code, const Date& day) const {
@@ -101,7 +91,7 @@ DayFetch PriceHistory::beginFetch(const String& code, const Date& day, bool upTo
 }
 
 bool PriceHistory::keepPage(DayFetch& fetch, const HistoryPage& page) {
-  const auto& [code, day, upTo, range, isLast] = fetch;
+  const auto& [code, day, upTo, range, isLast, endsCompletion] = fetch;
   m_networkFailed = isFailureOfNetwork(page.failure);
   if (page.failure)
     m_failures.noteFailure(code, range, page.failure);
@@ -109,6 +99,8 @@ bool PriceHistory::keepPage(DayFetch& fetch, const HistoryPage& page) {
     m_failures.noteAbsent(code, range);
   if (!page.failure)
     keepRows(code, page.rows, range);
+  if (endsCompletion && isKnownToFail(code, day))
+    m_failures.endCompletionAt(code, day);
   if (m_cache.shareOrEmpty(code).find(day) || m_failures.failureOn(code, day))
     return false;
   if (!isLast) {
@@ -127,10 +119,12 @@ void PriceHistory::noteCancelled(const DayFetch& fetch) {
   m_questions.dontAsk(fetch.code);
 }
 
-/// False also when nothing may be asked.
+/// Forgets the failure then. False also when nothing may be asked.
 bool PriceHistory::wantsAnotherTry(const String& code, const HistoryFailures::Failure& failure) {
   switch (m_questions.afterHistory(code, failure)) {
   case FetchQuestions::Answer::Retry:
+    m_failures.forget(code);
+    HostQueues::ofProgram()->forgetFailures();
     return true;
   case FetchQuestions::Answer::Delisted:
     m_cache.setBad(code, true);
@@ -233,22 +227,6 @@ SharePriceCache::Closes PriceHistory::removeTypedPrice(const String& code, const
   return removed;
 }
 
-void PriceHistory::refreshClosesFrom(const String& code, const Date& first) {
-  if (!m_connection.isOnline() || isBad(code) || m_cache.shareOrEmpty(code).unreadable)
-    return;
-  const Date now = Date::realToday();
-  const auto [tried, isNew] = m_refreshes.try_emplace({code, first}, now);
-  if (!isNew && std::exchange(tried->second, now) == now)
-    return;
-  FetchQuestions::showStatus(u"updating recent historical prices for " + code);
-  const WaitCursor wait;
-  try {
-    fetchDay(code, first, false);
-  } catch (const Exception&) {
-    // The closes stay as they are, and as open as they were.
-  }
-}
-
 // --- Ranges of days
 
 bool PriceHistory::completeHistory(const std::vector<HistoryNeed>& needs, Progress* progress) {
@@ -256,33 +234,48 @@ bool PriceHistory::completeHistory(const std::vector<HistoryNeed>& needs, Progre
          HistoryCompletion(*this, m_connection.source(u"historicalPrice"), needs).run(progress);
 }
 
-void PriceHistory::completeHistory(const String& code, const Date& first, const Date& last) {
-  const CachedShare& known = m_cache.shareOrEmpty(code);
+std::optional<DayFetch> PriceHistory::nextFetch(const HistoryNeed& need) {
+  using Kind = HistoryNeed::Kind;
+  const std::optional<Date> day = nextDay(need);
+  if (!day)
+    return std::nullopt;
+  if (need.kind == Kind::Refresh)
+    m_refreshes[{need.code, need.first}] = Date::realToday();
+  DayFetch fetch = beginFetch(need.code, *day, need.kind == Kind::Backward || need.kind == Kind::UpTo);
+  fetch.endsCompletion = need.kind == Kind::Backward;
+  return fetch;
+}
+
+std::optional<Date> PriceHistory::nextDay(const HistoryNeed& need) {
+  const CachedShare& known = m_cache.shareOrEmpty(need.code);
   // The next request for a price reports an unreadable file, so its failure is not used up here.
-  if (!m_connection.isOnline() || known.isBad || known.unreadable || !lastMissingDay(code, first, last))
-    return;
-  FetchQuestions::showStatus(u"updating historical prices for " + code);
-  const WaitCursor wait;
-  try {
-    fetchMissingDays(code, first, last);
-  } catch (const HTTPException&) {
-    // Cancelled: the days stay missing, as those before a stock was listed do.
+  if (!m_connection.isOnline() || known.isBad || known.unreadable)
+    return std::nullopt;
+  switch (need.kind) {
+  case HistoryNeed::Kind::Backward:
+    return lastMissingDay(need.code, need.first, need.last);
+  case HistoryNeed::Kind::Refresh: {
+    const auto tried = m_refreshes.find({need.code, need.first});
+    const bool isTried = tried != m_refreshes.end() && tried->second == Date::realToday();
+    return isTried ? std::nullopt : std::optional(need.first);
+  }
+  default:
+    return firstMissingDay(need, need.kind == HistoryNeed::Kind::UpTo);
   }
 }
 
-/// Page by page back in time, until all are there or one is unavailable.
-void PriceHistory::fetchMissingDays(const String& code, const Date& first, const Date& last) {
-  constexpr int MOST_PAGES = 100;
-  for (int page = 0; page < MOST_PAGES; ++page) {
-    const std::optional<Date> missing = lastMissingDay(code, first, last);
-    if (!missing)
-      return;
-    fetchDay(code, *missing, true);
-    if (isKnownToFail(code, *missing)) {
-      m_failures.endCompletionAt(code, *missing);
-      return;
-    }
+/// As closeOf would ask for it.
+std::optional<Date> PriceHistory::firstMissingDay(const HistoryNeed& need, bool upTo) {
+  const SharePriceCache::Rows& rows = m_cache.shareOrEmpty(need.code).values;
+  auto row = rows.lower_bound(need.first);
+  for (Date day = need.first; day <= need.last; day.addDays(1)) {
+    if (row != rows.end() && row->first == day)
+      ++row;
+    else if (!m_failures.isAbsent(need.code, day) &&
+             !m_failures.failureOf(need.code, day, m_connection.pageAround(day, upTo)))
+      return day;
   }
+  return std::nullopt;
 }
 
 std::optional<Date> PriceHistory::lastMissingDay(const String& code, const Date& first, const Date& last) {

@@ -55,16 +55,18 @@ public:
   SharePriceCache::Closes removeTypedPrice(const String& code, const Date& day) REQUIRES(bigMutex());
   SharePriceCache::Closes keepRecent(const String& code, const HistoryRange& range,
                                      const DataSource::Rows& rows) REQUIRES(bigMutex());
-  void refreshClosesFrom(const String& code, const Date& first) REQUIRES(bigMutex());
-  void completeHistory(const String& code, const Date& first, const Date& last) REQUIRES(bigMutex());
   bool completeHistory(const std::vector<HistoryNeed>& needs, Progress* progress) REQUIRES(bigMutex());
+
+  /// If the request for the price up to the day is known to fail, asks the user as closeOf does, and forgets
+  /// the failure if he wants another try.
+  void offerAnotherTry(const String& code, const Date& day) REQUIRES(bigMutex());
 
   // The requests for a day, for those who make them in their own way.
 
-  /// The first of the days that is neither cached nor known to fail, as closeOf would ask for it.
-  std::optional<Date> firstToFetch(const String& code, const Date& first, const Date& last)
-      REQUIRES(bigMutex());
-  DayFetch beginFetch(const String& code, const Date& day, bool upTo) REQUIRES(bigMutex());
+  /// True when some of the days are neither cached nor known to fail, and may be fetched.
+  bool isMissing(const HistoryNeed& need) REQUIRES(bigMutex()) { return nextDay(need).has_value(); }
+  /// The next request for the days; nothing if none is missing. A refresh is tried once a day.
+  std::optional<DayFetch> nextFetch(const HistoryNeed& need) REQUIRES(bigMutex());
   /// Stores the page of the last request. True if another request must follow.
   bool keepPage(DayFetch& fetch, const HistoryPage& page) REQUIRES(bigMutex());
   /// True if the last page could not be fetched because the network failed.
@@ -86,7 +88,9 @@ public:
 private:
   void fetchDayVisibly(const String& code, const Date& day, bool upTo) REQUIRES(bigMutex());
   void fetchDay(const String& code, const Date& day, bool upTo) REQUIRES(bigMutex());
-  void fetchMissingDays(const String& code, const Date& first, const Date& last) REQUIRES(bigMutex());
+  DayFetch beginFetch(const String& code, const Date& day, bool upTo) REQUIRES(bigMutex());
+  std::optional<Date> nextDay(const HistoryNeed& need) REQUIRES(bigMutex());
+  std::optional<Date> firstMissingDay(const HistoryNeed& need, bool upTo) REQUIRES(bigMutex());
   std::optional<Date> lastMissingDay(const String& code, const Date& first, const Date& last)
       REQUIRES(bigMutex());
   bool isKnownToFail(const String& code, const Date& day) const REQUIRES(bigMutex());
@@ -102,7 +106,7 @@ private:
   const CloseChanged m_closeChanged;
   HistoryFailures m_failures GUARDED_BY(bigMutex());
   bool m_networkFailed GUARDED_BY(bigMutex()) = false;
-  /// The real day on which refreshClosesFrom last tried a code from a day on.
+  /// The real day on which the closes of a code from a day on were last refreshed.
   std::map<std::pair<String, Date>, Date> m_refreshes GUARDED_BY(bigMutex());
   /// The ranges that the source has answered for in this run.
   std::map<String, std::vector<HistoryRange>> m_answered GUARDED_BY(bigMutex());

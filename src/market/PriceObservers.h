@@ -6,8 +6,8 @@
 
 namespace Tallymoor {
 
-/// Hears of prices. All calls come under the big mutex with inBackgroundPass set, those of a pass on the
-/// updater's thread: update data, mark what is to be redrawn, and call no widget.
+/// Hears of prices. All calls come under the big mutex with inBackgroundPass set, those of a pass on a
+/// background thread: update data, mark what is to be redrawn, and call no widget.
 class PricesObserver {
 public:
   virtual ~PricesObserver();
@@ -19,6 +19,8 @@ public:
   virtual bool wantsHistory(const String& code) const;
   /// A close in the cache has changed.
   virtual void historicalPriceChanged(const String& code, const Date& date, double close);
+  /// Past prices of the code that were requested have come, or failed, or are not fetched any more.
+  virtual void historyArrived(const String& code);
 };
 
 /// The registered observers, by rank and then in the order of registration. Under the big mutex.
@@ -34,6 +36,7 @@ public:
   std::vector<PricesObserver*> all() const REQUIRES(bigMutex());
   /// Tells the observers of rank Records only of a changed close.
   void tellRecords(const String& code, const Date& date, double close) const REQUIRES(bigMutex());
+  void tellHistoryArrived(const String& code) const REQUIRES(bigMutex());
 
 private:
   struct Registration {

@@ -1,27 +1,19 @@
 #include "market/PricePass.h"
 #include "foundation/Amounts.h"
+#include "foundation/BackgroundStretch.h"
 #include "foundation/Exception.h"
-#include "foundation/RunTimeSettings.h"
-#include "foundation/UserInteraction.h"
 #include "market/Connection.h"
+#include "market/FetchStatus.h"
 #include "market/NetworkFailure.h"
 #include "market/PriceHistory.h"
 #include "market/PriceUpdater.h"
 #include <algorithm>
-#include <chrono>
 #include <map>
 #include <utility>
 
 namespace Tallymoor {
 
 namespace {
-
-constexpr std::chrono::hours UNTIL_IT_ENDS{24}; ///< a fetch ends by itself long before
-
-void tellStatus(const String& text) {
-  if (UserInteraction::exists())
-    UserInteraction::Instance().setStatusText(text);
-}
 
 /// Does the work; null, or what it threw.
 template <class Work>
@@ -57,7 +49,7 @@ void PricePass::run(bool isHistoryDue, bool hasNetworkFailed) {
   m_isHistoryDue = isHistoryDue;
   m_networkFailed = hasNetworkFailed;
   const std::stop_callback stopFetches(m_stop, [this] { m_fetches.stop(); });
-  inStretch([this]() REQUIRES(bigMutex()) {
+  inBackgroundStretch(m_stop, [this]() REQUIRES(bigMutex()) {
     m_codes = m_updater.codes();
     m_observers = m_updater.observers();
   });
@@ -66,7 +58,7 @@ void PricePass::run(bool isHistoryDue, bool hasNetworkFailed) {
     if (m_underWay.empty())
       continue;
     tellStatus(u"updating current price for " + m_underWay.front());
-    m_fetches.applyNext(UNTIL_IT_ENDS);
+    m_fetches.applyNext(FetchQueue::UNTIL_IT_ENDS);
   }
   tellObservers([](PricesObserver& observer) { observer.pricesUpdateFinished(); });
 }
@@ -74,7 +66,7 @@ void PricePass::run(bool isHistoryDue, bool hasNetworkFailed) {
 /// Also looks whether the program is online still, without which what has been fetched is not wanted either.
 void PricePass::beginFetches() {
   std::shared_ptr<const DataSource> source;
-  inStretch([&]() REQUIRES(bigMutex()) {
+  inBackgroundStretch(m_stop, [&]() REQUIRES(bigMutex()) {
     source = std::make_shared<const DataSource>(m_connection.source(u"currentPrice"));
   });
   while (source && m_begun < m_codes.size() &&
@@ -95,7 +87,7 @@ PricePass::Request PricePass::requestFor(const String& code) {
   request.code = code;
   request.failure = failureOf([&] {
     request.history = askForHistory(code);
-    inStretch([&]() REQUIRES(bigMutex()) {
+    inBackgroundStretch(m_stop, [&]() REQUIRES(bigMutex()) {
       m_history.cache().share(code); // fails for an unreadable cache file
       request.recent = m_connection.recentPage();
       request.wantsName = m_updater.names().isWanted(code);
@@ -107,7 +99,7 @@ PricePass::Request PricePass::requestFor(const String& code) {
 /// For an observer only after the price has come, since then the source may also have the missing closes.
 PricePass::AskForHistory PricePass::askForHistory(const String& code) {
   bool isBad = false;
-  inStretch([&]() REQUIRES(bigMutex()) { isBad = m_history.isBad(code); });
+  inBackgroundStretch(m_stop, [&]() REQUIRES(bigMutex()) { isBad = m_history.isBad(code); });
   if (isBad)
     return AskForHistory::Never;
   if (m_isHistoryDue)
@@ -152,7 +144,7 @@ void PricePass::keepPrice(const Request& request, const Answer& answer) {
     std::rethrow_exception(answer.priceFailure);
   const String& code = request.code;
   double price = 0.0;
-  inStretch([&]() REQUIRES(bigMutex()) {
+  inBackgroundStretch(m_stop, [&]() REQUIRES(bigMutex()) {
     if (request.wantsName)
       m_updater.names().keep(code, answer.names);
     // What the user has typed for the day stays.
@@ -171,7 +163,7 @@ void PricePass::keepHistory(const Request& request, const Answer& answer) {
   if (answer.historyFailure)
     std::rethrow_exception(answer.historyFailure);
   // One stretch for all of it: what the observers hear must be what they find in the cache.
-  inStretch([&]() REQUIRES(bigMutex()) {
+  inBackgroundStretch(m_stop, [&]() REQUIRES(bigMutex()) {
     if (m_history.isBad(code))
       return;
     const SharePriceCache::Closes changed = m_history.keepRecent(code, request.recent, answer.history);
@@ -194,7 +186,7 @@ void PricePass::attempt(const String& code, Step step) {
   if (!reason)
     std::rethrow_exception(failure);
   bool isOnline = true;
-  inStretch([&]() REQUIRES(bigMutex()) { isOnline = m_connection.isOnline(); });
+  inBackgroundStretch(m_stop, [&]() REQUIRES(bigMutex()) { isOnline = m_connection.isOnline(); });
   if (!isOnline)
     throw Exception(*reason);
   if (m_failed.empty())
@@ -207,21 +199,10 @@ void PricePass::attempt(const String& code, Step step) {
 template <class Tell>
 void PricePass::tellObservers(Tell tell) {
   for (PricesObserver* observer : m_observers)
-    inStretch([&]() REQUIRES(bigMutex()) {
+    inBackgroundStretch(m_stop, [&]() REQUIRES(bigMutex()) {
       if (m_updater.isObserving(observer))
         tell(*observer);
     });
-}
-
-/// Does a piece of work under the big mutex with the background flag set, unless the thread has been told to
-/// stop; that is looked at again under the mutex, since the GUI thread may have held it for a while.
-template <class Work>
-void PricePass::inStretch(Work work) {
-  if (m_stop.stop_requested())
-    return;
-  const BackgroundPassScope scope;
-  if (!m_stop.stop_requested())
-    work();
 }
 
 String PricePass::failureText() const {

@@ -70,8 +70,6 @@ private:
   void keepHistory(const Request& request, const Answer& answer);
   template <class Tell>
   void tellObservers(Tell tell);
-  template <class Work>
-  void inStretch(Work work);
   template <class Step>
   void attempt(const String& code, Step step);
 

@@ -5,7 +5,7 @@
 #include "foundation/KeptTexts.h"
 #include "foundation/Platform.h"
 #include "foundation/RunTimeSettings.h"
-#include "foundation/UserInteraction.h"
+#include "market/FetchStatus.h"
 #include "market/PriceHistory.h"
 #include "market/PricePass.h"
 #include <algorithm>
@@ -23,11 +23,6 @@ constexpr std::uint32_t LONGEST_WAIT = std::numeric_limits<std::uint32_t>::max()
 /// The number of units in milliseconds: at least one unit, and limited to 32 bits.
 std::uint32_t clampedWait(std::uint32_t count, std::uint32_t unit) {
   return std::clamp<std::uint32_t>(count, 1, LONGEST_WAIT / unit) * unit;
-}
-
-void tellFailure(const String& reason) {
-  if (UserInteraction::exists())
-    UserInteraction::Instance().setStatusText(u"PriceUpdater::threadFunction failed: " + reason);
 }
 
 } // namespace
@@ -138,6 +133,11 @@ void PriceUpdater::tellRecords(const String& code, const Date& date, double clos
   m_observers.tellRecords(code, date, close);
 }
 
+void PriceUpdater::tellHistoryArrived(const String& code) {
+  const BackgroundPassScope scope;
+  m_observers.tellHistoryArrived(code);
+}
+
 void PriceUpdater::threadFunction() {
   runPass();
 }
@@ -160,7 +160,7 @@ void PriceUpdater::runPass() {
   if (stop.stop_requested())
     return;
   if (!failure.empty())
-    tellFailure(failure);
+    tellStatus(u"PriceUpdater::threadFunction failed: " + failure);
   setPeriod(passPeriod());
 }
 

@@ -66,6 +66,8 @@ public:
 
   /// Tells the observers of rank Records only of a changed close in the cache. Any thread.
   void tellRecords(const String& code, const Date& date, double close);
+  /// Tells all observers that past prices of the code were fetched. Any thread.
+  void tellHistoryArrived(const String& code);
 
   /// Under the big mutex.
   StockNameSearch& names() REQUIRES(bigMutex()) { return m_names; }

@@ -1,7 +1,9 @@
 #include "market/TallymoorInternet.h"
+#include "foundation/Amounts.h"
 #include "foundation/BigMutex.h"
 #include "foundation/Constants.h"
 #include "foundation/Exception.h"
+#include "foundation/NotYetKnown.h"
 #include "foundation/Platform.h"
 #include "foundation/RunTimeSettings.h"
 #include "foundation/UserInteraction.h"
@@ -52,6 +54,7 @@ bool TallymoorInternet::shutdown() {
   const std::unique_ptr<TallymoorInternet> gateway(currentGateway.exchange(nullptr));
   if (!gateway)
     return true;
+  gateway->m_fetcher.stopAndJoin();
   gateway->m_updater.stopAndJoin();
   try {
     gateway->save();
@@ -90,6 +93,7 @@ TallymoorInternet::TallymoorInternet(const Options& options)
                 }),
       m_toldDividends(dataDirectory(Platform::Instance(), APP_NAME) + TOLD_DIVIDENDS_FILE),
       m_updater(m_connection, m_history, options.updaterStartDelay),
+      m_fetcher(m_connection, m_history, m_updater),
       m_status(std::make_unique<PriceStatus>(m_connection, m_history, m_updater)) {
   try {
     m_connection.goOnline();
@@ -104,6 +108,7 @@ TallymoorInternet::TallymoorInternet(const Options& options)
 }
 
 TallymoorInternet::~TallymoorInternet() {
+  m_fetcher.stopAndJoin();
   m_updater.stopAndJoin();
 }
 
@@ -239,19 +244,29 @@ bool TallymoorInternet::hasAnsweredFor(const String& code, const Date& day) {
   return m_history.hasAnsweredFor(code, day);
 }
 
-void TallymoorInternet::refreshClosesFrom(const String& code, const Date& first) {
-  const BigMutexLock lock;
-  m_history.refreshClosesFrom(code, first);
-}
-
 SharePriceCache::Rows TallymoorInternet::cachedRows(const String& code, const Date& first, const Date& last) {
   const BigMutexLock lock;
   return m_history.cachedRows(code, first, last);
 }
 
-void TallymoorInternet::completeHistory(const String& code, const Date& first, const Date& last) {
+bool TallymoorInternet::requestHistory(const HistoryNeed& need) {
   const BigMutexLock lock;
-  m_history.completeHistory(code, first, last);
+  return m_fetcher.request(need);
+}
+
+void TallymoorInternet::requireHistory(const HistoryNeed& need) {
+  if (requestHistory(need))
+    throw NotYetKnown(u"TallymoorInternet::requireHistory - the prices of " + need.code +
+                      u" are being fetched");
+}
+
+void TallymoorInternet::requirePrice(const String& code, const Date& day) {
+  const BigMutexLock lock;
+  const bool isLive = !Date::hasFixedDate() && day == Date();
+  if (isLive && m_updater.hasCode(code) && !showsAsZero(m_updater.getCurrentPrice(code)))
+    return;
+  m_history.offerAnotherTry(code, day);
+  requireHistory({code, day, day, HistoryNeed::Kind::UpTo});
 }
 
 bool TallymoorInternet::completeHistory(const std::vector<HistoryNeed>& needs, Progress* progress) {
@@ -261,7 +276,7 @@ bool TallymoorInternet::completeHistory(const std::vector<HistoryNeed>& needs, P
 
 bool TallymoorInternet::isToBeFetched(const String& code, const Date& day) {
   const BigMutexLock lock;
-  return m_connection.isOnline() && m_history.firstToFetch(code, day, day);
+  return m_history.isMissing({code, day, day});
 }
 
 bool TallymoorInternet::hasCachedHistory(const String& code) {
@@ -271,7 +286,7 @@ bool TallymoorInternet::hasCachedHistory(const String& code) {
 
 std::uint64_t TallymoorInternet::changeStamp() const {
   const BigMutexLock lock;
-  return m_history.changeStamp() + m_updater.changeStamp();
+  return m_history.changeStamp() + m_updater.changeStamp() + m_fetcher.changeStamp();
 }
 
 void TallymoorInternet::setCachedPrice(const String& code, const Date& date, double close) {
@@ -285,7 +300,8 @@ void TallymoorInternet::removeTypedPrice(const String& code, const Date& date) {
   const SharePriceCache::Closes removed = m_history.removeTypedPrice(code, date);
   if (removed.empty())
     return;
-  m_history.completeHistory(code, removed.front().first, removed.back().first);
+  m_history.completeHistory(
+      {{code, removed.front().first, removed.back().first, HistoryNeed::Kind::Backward}}, nullptr);
   if (date != Date::realToday() || !m_updater.hasCode(code))
     return;
   m_updater.setCurrentPrice(code, 0.0); // until the next one comes
@@ -382,7 +398,8 @@ bool TallymoorInternet::isOnline() const {
 void TallymoorInternet::goOffline() {
   const BigMutexLock lock;
   m_updater.stopAndJoin();
-  m_connection.goOffline();
+  m_connection.goOffline(); // first, so that observers don't ask for the same again
+  m_fetcher.cancel();
 }
 
 bool TallymoorInternet::reconnect() {
@@ -411,6 +428,7 @@ bool TallymoorInternet::dataSourceAnswers() {
 
 void TallymoorInternet::pauseUpdates() {
   const BigMutexLock lock;
+  m_fetcher.cancel();
   m_updater.stopAndJoin();
 }
 

@@ -5,6 +5,7 @@
 #include "market/CodeSearchResult.h"
 #include "market/Connection.h"
 #include "market/FetchQuestions.h"
+#include "market/HistoryFetcher.h"
 #include "market/PriceHistory.h"
 #include "market/PriceUpdater.h"
 #include "market/ToldDividends.h"
@@ -96,19 +97,22 @@ public:
   /// True when the source has answered for the day in this run, be it without a close; a delisted code is not
   /// asked any more, so that its last close counts as the answer.
   bool hasAnsweredFor(const String& code, const Date& day);
-  /// Fetches again, from the day on, closes that may not be final. Shows, asks and throws nothing, does
-  /// nothing offline, and tries a code and day only once a day; going online allows another try.
-  void refreshClosesFrom(const String& code, const Date& first);
   /// The cached rows from the first to the last day, both included.
   SharePriceCache::Rows cachedRows(const String& code, const Date& first, const Date& last);
-  /// Sees to it, as far as may be, that every day from the first to the last has a cached row: for figures
-  /// and charts, which have holes without. Says in the status line what it fetches, asks and throws nothing,
-  /// and leaves out what has failed in this run. Does nothing offline.
-  void completeHistory(const String& code, const Date& first, const Date& last);
-  /// The same for many codes, before their days are asked for one by one: several fetches at a time, page by
-  /// page from each first day on, up to a failure, of which those questions will tell. Tells the progress, if
-  /// there is one, and lets events pass meanwhile. False when the user, or the end of the program, wanted it
-  /// to end.
+  /// Has the missing days fetched in the background and returns at once. Observers hear of each page
+  /// (PricesObserver::historyArrived). Asks and throws nothing, and leaves out what has failed in this run; a
+  /// refresh is tried once a day, and again after going online. True if something is missing that will be
+  /// fetched; false offline.
+  bool requestHistory(const HistoryNeed& need);
+  /// The same, but throws NotYetKnown where requestHistory gives true: for figures that can't do without.
+  void requireHistory(const HistoryNeed& need);
+  /// The same for the price that historicalPrice gives with upTo, or latestPrice for today; afterwards they
+  /// fetch nothing. Asks the user whether to try again a request that has failed, as historicalPrice does.
+  void requirePrice(const String& code, const Date& day);
+  /// Fetches what is missing of many codes, before their days are asked for one by one, and waits for it:
+  /// several fetches at a time, page by page, up to a failure, of which those questions will tell. Tells the
+  /// progress, if there is one, and lets events pass meanwhile. Asks and throws nothing itself, and does
+  /// nothing offline. False when the user, or the end of the program, wanted it to end.
   bool completeHistory(const std::vector<HistoryNeed>& needs, Progress* progress);
   /// True when the price of the day is neither cached nor known to fail, and the gateway is online.
   bool isToBeFetched(const String& code, const Date& day);
@@ -157,11 +161,11 @@ public:
   /// Goes offline, then online with a new client, and tries a search; true when that found something. Shows
   /// and asks nothing. The updater runs afterwards unless a view date is set or the connection itself failed.
   bool reconnect();
-  /// Ends the updater, with what it fetches, and waits for that with the big mutex given up.
+  /// Ends the background threads, with what they fetch, and waits for that with the big mutex given up.
   void goOffline();
 
-  /// Stops the updater for as long as a view date is set: call it before Date::setFixedDate. The big mutex is
-  /// given up while the thread ends.
+  /// Stops the updater for as long as a view date is set, and ends other fetches in the background: call it
+  /// before Date::setFixedDate. The big mutex is given up while the threads end.
   void pauseUpdates();
   /// The way back to today, after Date::clearFixedDate: starts the updater when online.
   void resumeUpdates();
@@ -176,6 +180,7 @@ public:
   void clear();
 
   PriceUpdater& priceUpdater() { return m_updater; }
+  HistoryFetcher& historyFetcher() { return m_fetcher; }
   /// Where prices come from, and what can be done about it.
   PriceStatus& priceStatus() { return *m_status; }
 
@@ -197,6 +202,7 @@ private:
   PriceHistory m_history GUARDED_BY(bigMutex());
   ToldDividends m_toldDividends GUARDED_BY(bigMutex());
   PriceUpdater m_updater;
+  HistoryFetcher m_fetcher;
   const std::unique_ptr<PriceStatus> m_status;
 };
 

@@ -1,8 +1,10 @@
 #include "shell/Reports.h"
 #include "analysis/ReportBuilder.h"
 #include "analysis/ReportFiles.h"
+#include "books/SharePortfolioUser.h"
 #include "foundation/Platform.h"
 #include "foundation/UserInteraction.h"
+#include "market/TallymoorInternet.h"
 #include "session/BookQuestions.h"
 #include "views/ChartModels.h"
 #include "widgets/ChartDocument.h"
@@ -17,8 +19,17 @@ namespace {
 constexpr int CHART_WIDTH = 960;
 constexpr int CHART_HEIGHT = 300;
 
+/// A report is written once, so it waits for the prices of the index.
+void fetchIndex(const Portfolios& portfolios, const ReportPeriod& period) {
+  if (portfolios.size() == 1 && portfolios.front()->hasComparisonIndex())
+    TallymoorInternet::Instance().completeHistory({{portfolios.front()->comparisonIndex(), period.dayBefore(),
+                                                    period.last, HistoryNeed::Kind::Backward}},
+                                                  nullptr);
+}
+
 /// Empty where there is no record within the period to draw.
 String chartOf(const Portfolios& portfolios, const ReportPeriod& period) {
+  fetchIndex(portfolios, period);
   const ChartModel model = capitalChartModel(portfolios, period.dayBefore(), period.last);
   const bool drawn = std::any_of(model.series.begin(), model.series.end(),
                                  [](const ChartSeries& series) { return series.points.size() > 1; });

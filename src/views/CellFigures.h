@@ -1,4 +1,5 @@
 #pragma once
+#include "foundation/NotYetKnown.h"
 #include "widgets/Column.h"
 #include <optional>
 
@@ -16,5 +17,15 @@ double cellValue(Row& row, Column::Function function);
 
 /// The gain in percent as if it had gone on for a year; 0 for no days, empty where there is no gain.
 CellResult annualised(Row& row, Column::Function gain, Column::Function days);
+
+/// The text of a total or other figure of many cells; NOT_YET_KNOWN where making it throws NotYetKnown.
+template <class MakeText>
+String textOrNotYetKnown(MakeText makeText) {
+  try {
+    return makeText();
+  } catch (const NotYetKnown&) {
+    return NOT_YET_KNOWN;
+  }
+}
 
 } // namespace Tallymoor

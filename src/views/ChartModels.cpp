@@ -5,6 +5,7 @@
 #include "books/SharePortfolioUser.h"
 #include "books/SplitTerms.h"
 #include "foundation/Amounts.h"
+#include "foundation/NotYetKnown.h"
 #include "foundation/RunTimeSettings.h"
 #include "market/TallymoorInternet.h"
 #include "views/PriceLimits.h"
@@ -102,9 +103,19 @@ private:
   Trades m_sales;
 };
 
+/// Nothing while the prices are being fetched.
+template <class Figures>
+auto ifKnown(Figures figures) -> std::optional<decltype(figures())> {
+  try {
+    return figures();
+  } catch (const NotYetKnown&) {
+    return std::nullopt;
+  }
+}
+
 PriceLimits limitsInForce(const String& code, const Portfolios& portfolios, const Date& day) {
   if (autoMinMaxPrices) {
-    const Indicators indicators = indicatorsOf(code, day);
+    const auto indicators = ifKnown([&] { return indicatorsOf(code, day); }).value_or(Indicators());
     return {indicators.autoMin.value_or(0.0), indicators.autoMax.value_or(0.0)};
   }
   for (const SharePortfolioUser* portfolio : portfolios)
@@ -172,7 +183,8 @@ ChartModel priceChartModel(const String& code, const Portfolios& portfolios, con
   for (const SharePortfolioUser* portfolio : portfolios)
     trades.read(code, *portfolio);
   model.markers = trades.markers();
-  const std::optional<TrendLine> trend = trendLineOf(code, to);
+  const std::optional<TrendLine> trend =
+      ifKnown([&] { return trendLineOf(code, to); }).value_or(std::nullopt);
   if (trend && showsTheSame(splits.closeDivisor(trend->from, to), 1.0, 4))
     addTrend(model, *trend, from);
   addLevels(model, limitsInForce(code, portfolios, to));

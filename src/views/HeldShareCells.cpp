@@ -4,6 +4,7 @@
 #include "books/SplitTerms.h"
 #include "foundation/Amounts.h"
 #include "market/StockNames.h"
+#include "market/TallymoorInternet.h"
 #include "views/CellFigures.h"
 #include "views/HeldShareRow.h"
 #include "views/IndicatorCells.h"
@@ -70,8 +71,14 @@ CellResult percentSince(Row& row, const Date& date) {
 } // namespace
 
 double sharePriceOn(const HeldShareRow& share, const Date& date) {
-  return Date::hasFixedDate() ? shownPrice(*share.portfolio, share.code, date)
-                              : share.portfolio->sharePriceFor(share.code, date, true);
+  TallymoorInternet& gateway = TallymoorInternet::Instance();
+  if (!Date::hasFixedDate()) {
+    gateway.requirePrice(share.code, date);
+    return share.portfolio->sharePriceFor(share.code, date, true);
+  }
+  if (!share.portfolio->capitalRecord().priceOn(share.code, date))
+    gateway.requirePrice(share.code, date);
+  return shownPrice(*share.portfolio, share.code, date);
 }
 
 double heldValueSince(const HeldShareRow& share, const Date& date) {

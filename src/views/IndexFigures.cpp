@@ -1,7 +1,9 @@
 #include "views/IndexFigures.h"
 #include "books/SharePortfolioUser.h"
-#include "foundation/Exception.h"
+#include "foundation/NotYetKnown.h"
 #include "foundation/RunTimeSettings.h"
+#include "market/TallymoorInternet.h"
+#include <algorithm>
 #include <set>
 #include <utility>
 
@@ -60,11 +62,27 @@ void IndexFigures::read() {
   // The table has already asked about a missing price; the user is not asked again.
   const BackgroundPassScope quiet;
   try {
+    requirePrices();
     readGains();
     readTrend();
+  } catch (const NotYetKnown&) {
+    m_outdated = true;
+    m_gainToday = m_gainThisWeek = m_trend = NOT_YET_KNOWN;
+    m_trendTip = String(u"The prices of ") + m_portfolio.comparisonIndex() + u" are being fetched.";
   } catch (const Exception&) {
     // What has been read stays, the rest shows as failed.
   }
+}
+
+/// Throws NotYetKnown while some of them are being fetched.
+void IndexFigures::requirePrices() const {
+  TallymoorInternet& gateway = TallymoorInternet::Instance();
+  const String index = m_portfolio.comparisonIndex();
+  const Date today, yesterday = today.plusDays(-1);
+  for (const Date& day : {today, yesterday, today.fridayBeforeLastWeekend()})
+    gateway.requirePrice(index, day);
+  const Date first = IndexTrend::firstDayOfAverage(std::max(indexTrendShort.load(), indexTrendLong.load()));
+  gateway.requireHistory({index, first, yesterday, HistoryNeed::Kind::Forward});
 }
 
 void IndexFigures::readGains() {

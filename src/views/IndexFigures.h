@@ -18,7 +18,7 @@ public:
   /// The index, its prices or the day may be others now.
   void outdate();
 
-  /// Each a percentage, "n/a" or "failed".
+  /// Each a percentage, "n/a", "failed", or NOT_YET_KNOWN while its prices are being fetched.
   const String& gainToday();
   const String& gainThisWeek();
   /// Where the index is going; without an index, how to choose one.
@@ -29,6 +29,7 @@ public:
 private:
   void readOutdated();
   void read();
+  void requirePrices() const;
   void readGains();
   void readTrend();
 

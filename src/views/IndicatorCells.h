@@ -9,7 +9,7 @@ class Table;
 
 /// The cells of a stock's indicators and of the limits made of them, for every table whose rows carry a
 /// HeldShareRow, as of the date shown. What is unavailable is an empty text: the stock is too young, or its
-/// prices can't be fetched.
+/// prices can't be fetched. They throw NotYetKnown while these are being fetched.
 namespace IndicatorCells {
 
 CellResult lrValue(Row& row);

@@ -2,6 +2,7 @@
 #include "analysis/IndexHistory.h"
 #include "analysis/Performance.h"
 #include "books/SharePortfolioUser.h"
+#include "market/TallymoorInternet.h"
 #include "views/CellFigures.h"
 #include "views/PortfolioPerformanceTable.h"
 #include "widgets/Row.h"
@@ -28,10 +29,16 @@ CellResult cellOf(const std::optional<double>& value, CellResultType type) {
   return value ? figure(*value, type) : CellResult(String());
 }
 
+/// Throws NotYetKnown while its price is being fetched.
 bool knowsIndexOn(const Row& row, const Date& day) {
   const Portfolios& portfolios = portfoliosOf(row);
-  return portfolios.size() == 1 && portfolios.front()->hasComparisonIndex() &&
-         IndexHistory::isKnown(portfolios.front()->comparisonIndex(), day);
+  if (portfolios.size() != 1 || !portfolios.front()->hasComparisonIndex())
+    return false;
+  const String index = portfolios.front()->comparisonIndex();
+  if (IndexHistory::isKnown(index, day))
+    return true;
+  TallymoorInternet::Instance().requireHistory({index, day, day, HistoryNeed::Kind::Backward});
+  return false;
 }
 
 CellResult gainOver(Row& row, int months) {

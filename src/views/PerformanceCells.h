@@ -15,7 +15,8 @@ struct PerformanceRow {
 };
 
 /// The cell functions of the table of performance, whose rows carry a PerformanceRow. Gains are empty where
-/// there is nothing to compare with, those of the index also where its price is not known: no cell fetches.
+/// there is nothing to compare with, those of the index also where its price is not known. While that is
+/// being fetched, they throw NotYetKnown.
 namespace PerformanceCells {
 
 CellResult totalCapital(Row& row);

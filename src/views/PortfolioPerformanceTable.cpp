@@ -89,7 +89,7 @@ void PortfolioPerformanceTable::setPortfolios(const Portfolios& portfolios) {
 
 void PortfolioPerformanceTable::fillTable() {
   const std::vector<PerformanceSpan> months = performanceMonths(m_portfolios, Date());
-  fetchIndex(months);
+  requestIndex(months);
   clear();
   m_rowData.clear();
   m_paidBrokerage.reset();
@@ -119,14 +119,14 @@ void PortfolioPerformanceTable::addMonth(const PerformanceSpan& month) {
 }
 
 /// Every span of a row begins at the end of a month.
-void PortfolioPerformanceTable::fetchIndex(const std::vector<PerformanceSpan>& months) {
+void PortfolioPerformanceTable::requestIndex(const std::vector<PerformanceSpan>& months) {
   if (m_isTotal || months.empty() || m_portfolios.size() != 1 || !m_portfolios.front()->hasComparisonIndex())
     return;
   std::vector<Date> days{months.front().end};
   const Date oldest = startOfPeriod(months.back().end, LONGEST_INDEX_SPAN);
   for (Date day = months.front().start; day >= oldest; day = startOfPeriod(day, 1))
     days.push_back(day);
-  IndexHistory::fetch(m_portfolios.front()->comparisonIndex(), days);
+  IndexHistory::request(m_portfolios.front()->comparisonIndex(), days);
 }
 
 // ---- Prices ----
@@ -160,6 +160,11 @@ void PortfolioPerformanceTable::currentPriceUpdated(const String& code, double) 
 void PortfolioPerformanceTable::historicalPriceChanged(const String& code, const Date& date, double) {
   if (concerns(code))
     markFrom(date);
+}
+
+void PortfolioPerformanceTable::historyArrived(const String& code) {
+  if (concerns(code))
+    markAllStale();
 }
 
 void PortfolioPerformanceTable::pricesUpdateFinished() {

@@ -29,6 +29,7 @@ public:
   void currentPriceUpdated(const String& code, double price) override;
   void pricesUpdateFinished() override;
   void historicalPriceChanged(const String& code, const Date& date, double close) override;
+  void historyArrived(const String& code) override;
 
 protected:
   void fillTable() override;
@@ -36,7 +37,7 @@ protected:
 private:
   void declareColumns();
   void addMonth(const PerformanceSpan& month);
-  void fetchIndex(const std::vector<PerformanceSpan>& months);
+  void requestIndex(const std::vector<PerformanceSpan>& months);
   bool concerns(const String& code) const;
   void markFrom(const Date& day);
 

@@ -1,5 +1,6 @@
 #include "views/PortfolioTableTreeItem.h"
 #include "foundation/Platform.h"
+#include "views/CellFigures.h"
 #include "views/PortfolioTable.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/TotalsBar.h"
@@ -101,7 +102,9 @@ void PortfolioTableTreeItem::tableChanged(bool rebuilt) {
 
 void PortfolioTableTreeItem::showTotals() {
   for (const Column::Function function : summedColumns())
-    m_totalsBar->setTotal(function, Platform::Instance().currencyFormat(m_table->sumColumn(function)));
+    m_totalsBar->setTotal(function, textOrNotYetKnown([&] {
+                            return Platform::Instance().currencyFormat(m_table->sumColumn(function));
+                          }));
 }
 
 } // namespace Tallymoor

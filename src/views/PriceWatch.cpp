@@ -30,6 +30,11 @@ void PriceWatch::historicalPriceChanged(const String& code, const Date&, double)
   m_wakeUp.wake();
 }
 
+void PriceWatch::historyArrived(const String& code) {
+  m_codes.insert(code);
+  m_wakeUp.wake();
+}
+
 void PriceWatch::tell() {
   BackgroundPassScope pass;
   std::set<String> codes;

@@ -2,6 +2,7 @@
 #include "analysis/ShareAsOfDay.h"
 #include "books/SharePortfolioUser.h"
 #include "foundation/Amounts.h"
+#include "foundation/NotYetKnown.h"
 #include "foundation/Platform.h"
 #include "market/TallymoorInternet.h"
 #include "views/HeldShareCells.h"
@@ -166,6 +167,8 @@ double SharesHeldTable::percentGainSince(const Date& date) {
       worth.now += cell(&HeldShareCells::currentValue, *row).amount();
       if (firstOfCode)
         worth.then = earlierValue(share, date);
+    } catch (const NotYetKnown&) {
+      throw;
     } catch (const Exception&) {
       worth.complete = false;
     }
@@ -202,6 +205,10 @@ void SharesHeldTable::pricesUpdateFinished() {
 }
 
 void SharesHeldTable::historicalPriceChanged(const String& code, const Date&, double) {
+  markPrice(code);
+}
+
+void SharesHeldTable::historyArrived(const String& code) {
   markPrice(code);
 }
 

@@ -30,6 +30,7 @@ public:
   void currentPriceUpdated(const String& code, double price) override;
   void pricesUpdateFinished() override;
   void historicalPriceChanged(const String& code, const Date& date, double close) override;
+  void historyArrived(const String& code) override;
 
   long onSell(FXObject*, FXSelector, void*);
   long onBuy(FXObject*, FXSelector, void*);

@@ -2,6 +2,8 @@
 #include "books/SharePortfolioUser.h"
 #include "foundation/RunTimeSettings.h"
 #include "market/StockNames.h"
+#include "market/TallymoorInternet.h"
+#include "views/CellFigures.h"
 #include "views/HeldShareCells.h"
 #include "views/IndicatorCells.h"
 #include "views/PriceChart.h"
@@ -92,7 +94,10 @@ void SharesHeldTreeItem::watchStocks() {
   if (!m_unseen)
     m_unseen = std::make_unique<UnseenStocks>(
         tree()->getApp(), [this](const String& code) { return holdingLimits(portfolio(), code); },
-        [this](const String& code) { return portfolio().sharePriceFor(code, Date(), true); });
+        [this](const String& code) {
+          TallymoorInternet::Instance().requirePrice(code, Date());
+          return portfolio().sharePriceFor(code, Date(), true);
+        });
   std::set<String> codes;
   for (const XMLHeldShare& share : portfolio().portfolio().heldShares())
     codes.insert(share.code());
@@ -243,8 +248,12 @@ std::vector<Column::Function> SharesHeldTreeItem::totalledColumns() const {
 void SharesHeldTreeItem::showTotals() {
   PortfolioTableTreeItem::showTotals();
   if (!isPurchases())
-    totalsBar()->setTotal(&portfolioPercent, String::toPercent(table()->sumColumn(&portfolioPercent)));
-  totalsBar()->setTotal(&dayPercent, String::toPercent(table()->percentGainSince(Date().plusDays(-1))));
+    totalsBar()->setTotal(&portfolioPercent, textOrNotYetKnown([this] {
+      return String::toPercent(table()->sumColumn(&portfolioPercent));
+    }));
+  totalsBar()->setTotal(&dayPercent, textOrNotYetKnown([this] {
+    return String::toPercent(table()->percentGainSince(Date().plusDays(-1)));
+  }));
 }
 
 FXint SharesHeldTreeItem::onRightClick(FXint x, FXint y) {

@@ -3,7 +3,7 @@
 #include "foundation/Amounts.h"
 #include "foundation/Exception.h"
 #include "foundation/KeptTexts.h"
-#include "market/CompletedClose.h"
+#include "market/RequestedClose.h"
 #include "market/StockNames.h"
 #include "views/CellFigures.h"
 #include "views/HeldShareRow.h"
@@ -27,7 +27,7 @@ const String& codeOf(const Row& row) {
 
 /// The close of an earlier day in shares of today, by the splits that the portfolios have recorded.
 std::optional<double> earlierPrice(const Row& row, const Date& date) {
-  std::optional<double> close = completedClose(codeOf(row), date);
+  std::optional<double> close = requestedClose(codeOf(row), date);
   if (close) {
     const auto& table = static_cast<const WatchlistTable&>(*row.table());
     *close /= SplitHistory(codeOf(row), table.portfolios()).closeDivisor(date, Date());
@@ -86,7 +86,7 @@ CellResult name(Row& row) {
 }
 
 CellResult priceNow(Row& row) {
-  const std::optional<double> price = completedClose(codeOf(row), Date());
+  const std::optional<double> price = requestedClose(codeOf(row), Date());
   if (!price) {
     row.resetColour();
     return CellResult(String());
@@ -137,6 +137,7 @@ CellResult priceMinMax(Row& row) {
 }
 
 CellResult percentInMinMax(Row& row) {
+  cellValue(row, &IndicatorCells::autoMinMax); // which may not be known yet
   return percentInLimits(row, automaticLimits(row), &priceNow);
 }
 

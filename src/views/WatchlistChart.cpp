@@ -1,5 +1,4 @@
 #include "views/WatchlistChart.h"
-#include "views/ChartModels.h"
 #include "views/WatchlistCommands.h"
 
 namespace Tallymoor {
@@ -16,10 +15,8 @@ void WatchlistChart::choose(const String& code) {
     show(code);
 }
 
-ChartModel WatchlistChart::makeModel(const Date& from, const Date& to) {
-  if (code().empty())
-    return PriceChart::makeModel(from, to);
-  return priceChartModel(code(), m_commands->portfolios(), from, to);
+Portfolios WatchlistChart::portfolios() const {
+  return m_commands->portfolios();
 }
 
 } // namespace Tallymoor

@@ -17,7 +17,7 @@ public:
   void choose(const String& code);
 
 protected:
-  ChartModel makeModel(const Date& from, const Date& to) override;
+  Portfolios portfolios() const override;
 
 private:
   WatchlistCommands* m_commands = nullptr;

@@ -96,6 +96,10 @@ void WatchlistTable::historicalPriceChanged(const String& code, const Date&, dou
   markStale(code);
 }
 
+void WatchlistTable::historyArrived(const String& code) {
+  markStale(code);
+}
+
 void WatchlistTable::cellEdited(Column& column, Row& row) {
   if (column.function() != &WatchlistCells::priceMinMax)
     return;

@@ -2,10 +2,9 @@
 #include "entry/WatchStockDialog.h"
 #include "foundation/Exception.h"
 #include "foundation/RunTimeSettings.h"
-#include "market/CompletedClose.h"
+#include "market/RequestedClose.h"
 #include "views/IndicatorCells.h"
 #include "views/PriceLimits.h"
-#include "views/PriceWatch.h"
 #include "views/UnseenStocks.h"
 #include "views/WatchlistChart.h"
 #include "views/WatchlistRootTreeItem.h"
@@ -68,7 +67,6 @@ void WatchlistTreeItem::makeViews() {
 }
 
 void WatchlistTreeItem::viewsGone() {
-  m_priceWatch.reset();
   m_table = nullptr;
   m_splitter = nullptr;
   m_chart = nullptr;
@@ -77,7 +75,7 @@ void WatchlistTreeItem::viewsGone() {
 void WatchlistTreeItem::watchUnseen() {
   if (!m_unseen)
     m_unseen = std::make_unique<UnseenStocks>(tree()->getApp(), stockLimits, [](const String& code) {
-      const std::optional<double> price = completedClose(code, Date());
+      const std::optional<double> price = requestedClose(code, Date());
       if (!price)
         throw Exception(u"WatchlistTreeItem - no price for " + code);
       return *price;
@@ -112,11 +110,6 @@ void WatchlistTreeItem::setCodes(const std::vector<String>& codes) {
 void WatchlistTreeItem::buildChart() {
   m_chart = new WatchlistChart(m_splitter, *m_root);
   m_table->setChoiceWatcher([this] { showChosen(); });
-  m_priceWatch = std::make_unique<PriceWatch>(page()->getApp(), u"WatchlistTreeItem::showChosen failed.",
-                                              [this](const std::set<String>& codes) {
-                                                if (m_chart && codes.contains(m_chart->code()))
-                                                  m_chart->refresh();
-                                              });
 }
 
 /// A hidden page does not need the years that a chart shows.
@@ -131,7 +124,9 @@ void WatchlistTreeItem::update() {
     return;
   if (!m_table) {
     watchUnseen();
-  } else if (!isFilled) {
+  } else if (isFilled) {
+    showChosen(); // when the table was filled, the page was not in sight yet
+  } else {
     m_splitter->recalc(); // the bar may have been moved on another page
     m_table->updateTable();
   }

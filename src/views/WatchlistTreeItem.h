@@ -5,7 +5,6 @@
 
 namespace Tallymoor {
 
-class PriceWatch;
 class RememberedSplitter;
 class UnseenStocks;
 class WatchlistChart;
@@ -61,8 +60,7 @@ private:
   WatchlistTable* m_table = nullptr;
   RememberedSplitter* m_splitter = nullptr;
   WatchlistChart* m_chart = nullptr;
-  std::unique_ptr<PriceWatch> m_priceWatch; ///< for the chart; the table has its own
-  std::unique_ptr<UnseenStocks> m_unseen;   ///< until the page is made
+  std::unique_ptr<UnseenStocks> m_unseen; ///< until the page is made
 };
 
 } // namespace Tallymoor

@@ -1,5 +1,5 @@
 #include "widgets/Column.h"
-#include "foundation/Exception.h"
+#include "foundation/NotYetKnown.h"
 #include "widgets/Row.h"
 #include "widgets/Table.h"
 #include <utility>
@@ -30,6 +30,8 @@ String Column::operator()(Row& row) {
   // One cell that fails must not cost the others theirs.
   try {
     return result(row).shown();
+  } catch (const NotYetKnown&) {
+    return NOT_YET_KNOWN;
   } catch (...) {
     return u"error";
   }

@@ -159,14 +159,13 @@ void TableCells::refreshColumn(Column& column) {
 }
 
 void TableCells::refreshMarked(const StaleMarks::Taken& marks) {
-  if (marks.all) {
+  if (marks.all)
     for (Row* row : m_contents.rows().all())
       refreshRow(*row);
-    return;
-  }
   for (const String& key : marks.keys)
     for (Row* row : m_contents.rows().withKey(key))
       refreshRow(*row);
+  m_widths.fitFiguresThatCame(m_contents.visibleColumns(), m_placedRows);
 }
 
 void TableCells::showCell(Row& row, Column& column) {

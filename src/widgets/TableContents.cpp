@@ -1,4 +1,5 @@
 #include "widgets/TableContents.h"
+#include "foundation/NotYetKnown.h"
 #include "foundation/Settings.h"
 #include <algorithm>
 #include <utility>
@@ -60,6 +61,8 @@ double TableContents::sum(Column& column) const {
       continue;
     try {
       sum += column.result(*row).amount();
+    } catch (const NotYetKnown&) {
+      throw;
     } catch (...) {
       // The cell shows "error"; the total is that of the others.
     }

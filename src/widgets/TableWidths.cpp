@@ -1,8 +1,10 @@
 #include "widgets/TableWidths.h"
+#include "foundation/NotYetKnown.h"
 #include "widgets/CellGrid.h"
 #include "widgets/Column.h"
 #include "widgets/Row.h"
 #include "widgets/TableItem.h"
+#include "widgets/ToolkitText.h"
 
 namespace Tallymoor {
 
@@ -47,8 +49,14 @@ void TableWidths::setText(TableItem& item, const Column& column, const FXString&
   WidestText& widest = textsOf(column).widest;
   // In an editable cell a typed text may stand, in place of one that still counts.
   widest.remove(column.editable() ? widest.width() : cellWidth(item));
+  m_figuresCame = m_figuresCame || item.label() == toFox(NOT_YET_KNOWN);
   item.setText(text);
   widest.add(cellWidth(item));
+}
+
+void TableWidths::fitFiguresThatCame(const std::vector<Column*>& columns, const std::vector<Row*>& rows) {
+  if (m_figuresCame)
+    fitChanged(columns, rows);
 }
 
 void TableWidths::measureKeys(const std::vector<Row*>& rows) {
@@ -80,6 +88,7 @@ TableWidths::ColumnTexts& TableWidths::textsOf(const Column& column) {
 }
 
 void TableWidths::setWidths(const std::vector<Column*>& columns) {
+  m_figuresCame = false;
   m_grid.setRowHeaderWidth(m_keys.width() + EXTRA_WIDTH);
   for (const Column* column : columns) {
     m_grid.setColumnWidth(column->index(), textsOf(*column).widest.width() + EXTRA_WIDTH);

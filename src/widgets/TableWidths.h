@@ -25,6 +25,8 @@ public:
   void rowRemoved(Row& row, const std::vector<Column*>& columns);
   void setText(TableItem& item, const Column& column, const FXString& text);
   void fitChanged(const std::vector<Column*>& columns, const std::vector<Row*>& rows);
+  /// The same, but only if some of the texts replaced NOT_YET_KNOWN: other prices don't move the columns.
+  void fitFiguresThatCame(const std::vector<Column*>& columns, const std::vector<Row*>& rows);
 
 private:
   struct ColumnTexts {
@@ -42,6 +44,7 @@ private:
   CellGrid& m_grid;
   std::vector<ColumnTexts> m_columns; ///< by position in the toolkit's table
   WidestText m_keys;
+  bool m_figuresCame = false;
 };
 
 } // namespace Tallymoor

@@ -23,7 +23,11 @@ protected:
   void fee(int day, double value) { user().debitCash(february(day), value, CASH_EVENT_DEBIT, u"FEE "); }
   std::vector<GrowthDay> growth(int from, int to) {
     update();
-    return capitalGrowth({&user()}, february(from), february(to));
+    std::vector<GrowthDay> days;
+    do
+      days = capitalGrowth({&user()}, february(from), february(to));
+    while (GatewayScope::awaitHistory());
+    return days;
   }
 
   using Numbers = std::vector<double>;

@@ -22,6 +22,12 @@ protected:
       list.push_back(Date().plusMonths(-i).lastDayOfMonth());
     return list;
   }
+  /// Requests the days and waits until they are there or unavailable; then the user is told of a failure.
+  static void fetch(const String& code, const std::vector<Date>& days) {
+    do
+      IndexHistory::request(code, days);
+    while (GatewayScope::awaitHistory());
+  }
   std::size_t numFetches() { return m_market.requested(MarketFixture::Page::History).size(); }
   static bool knows(const Date& day) { return IndexHistory::isKnown(u"^IDX", day); }
 
@@ -34,31 +40,31 @@ protected:
 TEST_F(IndexHistoryTest, FetchesWhatIsMissingAndNothingTwice) {
   m_market.setHistory(u"^IDX", Date(2023, 1, 2), Date(2026, 3, 3), 4000.0);
   EXPECT_FALSE(knows(Date(2026, 2, 28)));
-  IndexHistory::fetch(u"^IDX", days(36));
+  fetch(u"^IDX", days(36));
   for (const Date& day : days(36))
     EXPECT_TRUE(knows(day)) << day.toString(DATE_DISPLAY_YMD).toUTF8();
   const std::size_t fetches = numFetches();
   EXPECT_LE(fetches, 8u); // Pages of 200 days.
-  IndexHistory::fetch(u"^IDX", days(36));
+  fetch(u"^IDX", days(36));
   EXPECT_EQ(fetches, numFetches());
 }
 
 TEST_F(IndexHistoryTest, IndexThatIsYoungerThanItsPortfolioIsAskedForOnce) {
   m_market.setHistory(u"^IDX", Date(2025, 12, 8), Date(2026, 3, 3), 4000.0);
-  IndexHistory::fetch(u"^IDX", days(60));
+  fetch(u"^IDX", days(60));
   EXPECT_TRUE(knows(Date(2025, 12, 31)));
   EXPECT_FALSE(knows(Date(2025, 11, 30)));
   const std::size_t fetches = numFetches();
   EXPECT_EQ(2u, fetches);
-  IndexHistory::fetch(u"^IDX", days(60));
+  fetch(u"^IDX", days(60));
   EXPECT_EQ(fetches, numFetches());
 }
 
 TEST_F(IndexHistoryTest, AnotherIndexStartsAgain) {
   m_market.setHistory(u"^IDX", Date(2025, 12, 8), Date(2026, 3, 3), 4000.0);
   m_market.setHistory(u"^OLD", Date(2024, 12, 2), Date(2026, 3, 3), 500.0);
-  IndexHistory::fetch(u"^IDX", days(12));
-  IndexHistory::fetch(u"^OLD", days(12));
+  fetch(u"^IDX", days(12));
+  fetch(u"^OLD", days(12));
   EXPECT_TRUE(IndexHistory::isKnown(u"^OLD", Date(2025, 11, 30)));
 }
 
@@ -66,13 +72,13 @@ TEST_F(IndexHistoryTest, AFailureEndsTheRequestsUntilTheNextTime) {
   m_market.setHistory(u"^IDX", Date(2023, 1, 2), Date(2026, 3, 3), 4000.0);
   m_market.refuse(MarketFixture::Page::History, 500);
   m_user.answerQuestion(false); // Don't try again.
-  IndexHistory::fetch(u"^IDX", days(36));
-  IndexHistory::fetch(u"^IDX", days(36));
+  fetch(u"^IDX", days(36));
+  fetch(u"^IDX", days(36));
   EXPECT_FALSE(knows(Date()));
   EXPECT_EQ(m_market.requested(MarketFixture::Page::History).size(), 1u);
   m_market.refuse(MarketFixture::Page::History, 200);
   TallymoorInternet::Instance().forgetFailures();
-  IndexHistory::fetch(u"^IDX", days(36));
+  fetch(u"^IDX", days(36));
   EXPECT_TRUE(knows(Date(2024, 1, 31)));
 }
 

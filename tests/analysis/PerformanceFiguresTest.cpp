@@ -275,7 +275,7 @@ private:
     provide(code);
     const Date day = a.date();
     Date::setFixedDate(day);
-    const Indicators figures = indicatorsOf(code, day);
+    const Indicators figures = GatewayScope::awaited([&] { return indicatorsOf(code, day); });
     std::optional<double> position;
     if (figures.autoMin)
       position = autoMaxPortfolio(a.number(), gateway().getCachedPrice(code, day, 0), *figures.autoMin);

@@ -20,7 +20,13 @@ protected:
     gateway().setCachedPrice(code, day, close);
   }
 
-  std::vector<WeeklyPrice> weeks(int count) { return recentWeeks(m_code, Date(), count); }
+  std::vector<WeeklyPrice> weeks(int count) { return weeksBefore(Date(), count); }
+  std::vector<WeeklyPrice> weeksBefore(const Date& day, int count) {
+    return GatewayScope::awaited([&] { return recentWeeks(m_code, day, count); });
+  }
+  Indicators indicatorsOn(const Date& day) {
+    return GatewayScope::awaited([&] { return indicatorsOf(m_code, day); });
+  }
   std::size_t numFetches() { return m_market.requested(Page::History).size(); }
   /// Sets the same close on every weekday of the last weeks.
   void setHistory(int weeks, double close) {
@@ -146,11 +152,11 @@ TEST_F(WeeklyPricesTest, TheRangeAlwaysContainsTheClose) {
 
 TEST_F(WeeklyPricesTest, AWeekIsCompleteAfterItsFriday) {
   setHistory(27, 10);
-  EXPECT_EQ(recentWeeks(m_code, Date(2026, 2, 26), 5).back().friday, Date(2026, 2, 20));
-  EXPECT_EQ(recentWeeks(m_code, Date(2026, 2, 27), 5).back().friday, Date(2026, 2, 20));
-  EXPECT_EQ(recentWeeks(m_code, Date(2026, 2, 28), 5).back().friday, Date(2026, 2, 27));
-  EXPECT_EQ(recentWeeks(m_code, Date(2026, 3, 1), 5).back().friday, Date(2026, 2, 27));
-  EXPECT_EQ(recentWeeks(m_code, Date(2026, 3, 2), 5).back().friday, Date(2026, 2, 27));
+  EXPECT_EQ(weeksBefore(Date(2026, 2, 26), 5).back().friday, Date(2026, 2, 20));
+  EXPECT_EQ(weeksBefore(Date(2026, 2, 27), 5).back().friday, Date(2026, 2, 20));
+  EXPECT_EQ(weeksBefore(Date(2026, 2, 28), 5).back().friday, Date(2026, 2, 27));
+  EXPECT_EQ(weeksBefore(Date(2026, 3, 1), 5).back().friday, Date(2026, 2, 27));
+  EXPECT_EQ(weeksBefore(Date(2026, 3, 2), 5).back().friday, Date(2026, 2, 27));
 }
 
 TEST_F(WeeklyPricesTest, HalfAYearAndTheWeekBeforeItAreFetchedOnceSilently) {
@@ -160,7 +166,7 @@ TEST_F(WeeklyPricesTest, HalfAYearAndTheWeekBeforeItAreFetchedOnceSilently) {
   EXPECT_EQ(found.front().friday, m_lastFriday.plusDays(-26 * 7));
   EXPECT_EQ(found.back().friday, m_lastFriday);
   for (int again = 0; again < 10; ++again)
-    indicatorsOf(m_code, m_today);
+    indicatorsOn(m_today);
   EXPECT_EQ(numFetches(), 1u);
   expectQuiet();
 }
@@ -170,7 +176,7 @@ TEST_F(WeeklyPricesTest, UnderAViewDateTheWeeksEndBeforeIt) {
   m_market.setHistory(m_code, Date(2025, 6, 14), m_today, 35);
   gateway().pauseUpdates();
   Date::setFixedDate(Date(2025, 6, 16));
-  const Indicators figures = indicatorsOf(m_code, Date());
+  const Indicators figures = indicatorsOn(Date());
   EXPECT_NEAR(figures.lrValue.value(), 20, 1e-9);
   EXPECT_NEAR(figures.averageTrueRange.value(), 1, 1e-9);
   EXPECT_EQ(numFetches(), 1u);
@@ -180,23 +186,23 @@ TEST_F(WeeklyPricesTest, ASplitInTheRunningWeekIsLookedForAtTheSource) {
   // A 2:1 split on Monday. The cache has nothing after the last Friday.
   m_market.setHistory(m_code, Date(2025, 6, 2), m_lastFriday, 50);
   m_market.setHistory(m_code, Date(2026, 3, 2), m_today, 25);
-  gateway().completeHistory(m_code, Date(2025, 6, 2), m_lastFriday);
+  gateway().completeHistory({{m_code, Date(2025, 6, 2), m_lastFriday, HistoryNeed::Kind::Backward}}, nullptr);
   ASSERT_TRUE(gateway().hasCachedPrice(m_code, m_lastFriday));
   m_profile.setToday(Date(2026, 3, 5));
   m_market.setHistory(m_code, Date(2026, 3, 2), Date(2026, 3, 5), 25);
-  EXPECT_FALSE(indicatorsOf(m_code, Date()).lrValue);
+  EXPECT_FALSE(indicatorsOn(Date()).lrValue);
   gateway().pauseUpdates();
   Date::setFixedDate(Date(2026, 3, 2));
-  EXPECT_FALSE(indicatorsOf(m_code, Date()).lrValue);
+  EXPECT_FALSE(indicatorsOn(Date()).lrValue);
   Date::setFixedDate(Date(2026, 3, 1));
-  EXPECT_NEAR(indicatorsOf(m_code, Date()).lrValue.value(), 50, 1e-9) << "before the split";
+  EXPECT_NEAR(indicatorsOn(Date()).lrValue.value(), 50, 1e-9) << "before the split";
   Date::clearFixedDate();
 }
 
 TEST_F(WeeklyPricesTest, AYoungStockHasTheWeeksSinceItsListingAndIsFetchedOnce) {
   setHistory(7, 10);
   for (int again = 0; again < 5; ++again)
-    EXPECT_FALSE(indicatorsOf(m_code, m_today).lrValue);
+    EXPECT_FALSE(indicatorsOn(m_today).lrValue);
   EXPECT_EQ(weeks(27).size(), 7u);
   EXPECT_EQ(numFetches(), 2u); // The page with the listing and the empty one before it.
   expectQuiet();
@@ -204,7 +210,7 @@ TEST_F(WeeklyPricesTest, AYoungStockHasTheWeeksSinceItsListingAndIsFetchedOnce) 
 
 TEST_F(WeeklyPricesTest, TheEighthWeekBringsTheFigures) {
   setHistory(8, 10);
-  EXPECT_NEAR(indicatorsOf(m_code, m_today).lrValue.value(), 10, 1e-9);
+  EXPECT_NEAR(indicatorsOn(m_today).lrValue.value(), 10, 1e-9);
   EXPECT_EQ(trendLineOf(m_code, m_today).value().from, m_lastFriday.plusDays(-7 * 7));
 }
 

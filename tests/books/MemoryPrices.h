@@ -71,9 +71,11 @@ public:
   bool hasCachedHistory(const String& code) override { return !m_closes[code].empty(); }
   bool hasCachedPrice(const String& code, const Date& day) override { return closeOn(code, day).has_value(); }
   HistoryRange recentRange() override { return {Date().plusDays(-14), Date()}; }
-  void refreshClosesFrom(const String&, const Date&) override {}
-  void completeHistory(const String& code, const Date&, const Date&) override { completed.push_back(code); }
-  bool completeHistory(const std::vector<HistoryNeed>&, Progress*) override { return true; }
+  bool completeHistory(const std::vector<HistoryNeed>& needs, Progress*) override {
+    for (const HistoryNeed& need : needs)
+      completed.push_back(need.code);
+    return true;
+  }
 
   void addRecord(PriceUpdater::PricesObserver& record) override { m_records.push_back(&record); }
   void removeRecord(PriceUpdater::PricesObserver& record) override { std::erase(m_records, &record); }

@@ -136,7 +136,7 @@ TEST_F(ProvisionalDaysTest, ACloseThatWasFetchedWhileTheRecordWasNotThereIsTaken
   m_user.reset();
   closeTheWeek();
   m_profile.setToday(m_monday);
-  gateway().refreshClosesFrom(u"ABC.AX", m_thursday);
+  gateway().completeHistory({{u"ABC.AX", m_thursday, m_thursday, HistoryNeed::Kind::Refresh}}, nullptr);
   m_user = std::make_unique<SharePortfolioUser>(m_portfolio, gatewayPrices());
   EXPECT_EQ(shares(m_thursday, m_thursday), Texts{u"100.00 x 21.00"});
   gateway().goOffline();

@@ -1,4 +1,5 @@
 #include "foundation/LengthyFunctions.h"
+#include "foundation/NotYetKnown.h"
 #include "foundation/RunTimeSettings.h"
 #include "market/FetchQueue.h"
 #include "market/GatewayTest.h"
@@ -9,8 +10,15 @@ namespace {
 /// Fetches the missing history of a code. Figures stay empty where prices are unavailable.
 class CompletionTest : public GatewayTest {
 protected:
-  void complete(const Date& first, const Date& last) {
-    gateway().completeHistory(m_code, first, last);
+  using Need = HistoryNeed::Kind;
+  /// As a chart needs the days.
+  static HistoryNeed back(const String& code, const Date& first, const Date& last) {
+    return {code, first, last, Need::Backward};
+  }
+  void complete(const Date& first, const Date& last) { complete(m_code, first, last); }
+  void complete(const String& code, const Date& first, const Date& last) {
+    gateway().requestHistory(back(code, first, last));
+    gateway().historyFetcher().join();
     expectNothingAsked();
   }
   /// Checks that the fetch was shown in the status line and by the wait cursor only.
@@ -94,29 +102,17 @@ TEST_F(CompletionTest, AnUnknownCodeAndARefusalCostOneTryEach) {
   EXPECT_EQ(numFetches(), 1u);
   m_market.refuse(Page::History, 500);
   for (int again = 0; again < 3; ++again)
-    gateway().completeHistory(u"XYZ.AX", m_first, m_friday);
+    complete(u"XYZ.AX", m_first, m_friday);
   EXPECT_EQ(numFetches(), 2u);
-  expectNothingAsked();
 }
 
 TEST_F(CompletionTest, OnlyFetchesAreShown) {
   m_market.setHistory(m_code, Date(2005, 1, 1), m_today, 7);
   complete(m_first, m_friday);
   EXPECT_EQ(statuses(), std::vector<String>{u"updating historical prices for ABC.AX"});
-  EXPECT_EQ(m_user.calls(Kind::BeginWait).size(), 1u);
   complete(m_first, m_friday);
   EXPECT_EQ(statuses().size(), 1u);
-  EXPECT_EQ(m_user.calls(Kind::BeginWait).size(), 1u);
-}
-
-TEST_F(CompletionTest, ABackgroundPassShowsNoFetches) {
-  m_market.setHistory(m_code, Date(2005, 1, 1), m_today, 7);
-  {
-    const BackgroundPassScope pass;
-    complete(m_first, m_friday);
-  }
-  EXPECT_EQ(numFetches(), 1u);
-  EXPECT_TRUE(m_user.calls().empty());
+  EXPECT_TRUE(m_user.calls(Kind::BeginWait).empty()) << "the user goes on";
 }
 
 TEST_F(CompletionTest, EarlierDaysOfACodeThatFailedAreNotTried) {
@@ -163,12 +159,152 @@ TEST_F(CompletionTest, AnUnreadableFileIsReportedWhenAPriceIsRequested) {
   EXPECT_THROW(gateway().historicalPrice(m_code, m_friday, true), XMLException);
 }
 
-TEST_F(CompletionTest, ABackgroundPassKeepsItsState) {
+TEST_F(CompletionTest, TheUserGoesOnWhileSeveralCodesAreFetchedAtOnce) {
+  const std::vector<String> codes{u"AAA", u"BBB", u"CCC", u"DDD", u"EEE", u"FFF", u"GGG"};
+  m_market.stall(Page::History);
+  {
+    const BigMutexLock handler;
+    for (const String& code : codes) {
+      m_market.setHistory(code, Date(2005, 1, 3), m_today, 7);
+      EXPECT_TRUE(gateway().requestHistory(back(code, m_first, m_friday)));
+      EXPECT_TRUE(gateway().requestHistory(back(code, m_first, m_friday)))
+          << "asked for again, and fetched once";
+    }
+  }
+  m_market.awaitRequests(Page::History, FetchQueue::AT_ONCE);
+  {
+    const BigMutexLock handler; // would wait for ever if the fetches held it
+    EXPECT_TRUE(gateway().cachedRows(codes.front(), m_first, m_friday).empty());
+    EXPECT_EQ(numFetches(), FetchQueue::AT_ONCE);
+  }
+  m_market.release(Page::History);
+  gateway().historyFetcher().join();
+  for (const String& code : codes)
+    EXPECT_FALSE(gateway().requestHistory(back(code, m_first, m_friday))) << code.toUTF8();
+  EXPECT_EQ(numFetches(), codes.size());
+  expectNothingAsked();
+}
+
+TEST_F(CompletionTest, ObserversHearOfEachPageAndOfAFailure) {
+  m_market.setMaxEntries(50); // 70 days
+  TallymoorInternet::reset();
+  m_market.setHistory(m_code, Date(2005, 1, 1), m_today, 7);
+  class Listener : public PriceUpdater::PricesObserver {
+  public:
+    Listener() { updater().addObserver(this); }
+    ~Listener() override { updater().removeObserver(this); }
+    void currentPriceUpdated(const String&, double) override {}
+    void historyArrived(const String& code) override {
+      EXPECT_TRUE(inBackgroundPass);
+      EXPECT_TRUE(bigMutex().heldByThisThread());
+      heard.push_back(code);
+    }
+    std::vector<String> heard;
+  } listener;
   complete(m_first, m_friday);
-  EXPECT_FALSE(inBackgroundPass);
-  const BackgroundPassScope pass;
-  gateway().completeHistory(u"XYZ.AX", m_first, m_friday);
-  EXPECT_TRUE(inBackgroundPass);
+  EXPECT_EQ(listener.heard, (std::vector<String>{m_code, m_code, m_code}));
+  complete(u"NONE.AX", m_first, m_friday);
+  EXPECT_EQ(listener.heard.back(), u"NONE.AX");
+  EXPECT_EQ(listener.heard.size(), 4u);
+}
+
+TEST_F(CompletionTest, ALaterRequestDoesNotWaitForAnEarlierOne) {
+  m_market.stall(Page::History);
+  gateway().requestHistory(back(m_code, m_first, m_friday));
+  m_market.awaitRequests(Page::History, 1);
+  gateway().requestHistory(back(u"DEF.AX", m_first, m_friday));
+  m_market.awaitRequests(Page::History, 2);
+  m_market.release(Page::History);
+  gateway().historyFetcher().join();
+}
+
+TEST_F(CompletionTest, DaysAreAskedForForwardUntilOneFails) {
+  m_market.setMaxEntries(50); // 70 days
+  TallymoorInternet::reset();
+  m_market.setHistory(m_code, Date(2006, 9, 1), m_today, 7);
+  gateway().requestHistory({m_code, Date(2006, 9, 4), m_friday});
+  gateway().requestHistory({u"NONE.AX", m_first, m_friday});
+  gateway().historyFetcher().join();
+  EXPECT_EQ(gateway().cachedRows(m_code, Date(2006, 9, 4), m_friday).size(), 68u);
+  EXPECT_EQ(m_market.requestedRanges().front().start, Date(2006, 9, 4));
+  EXPECT_EQ(numFetches(), 2u);
+  EXPECT_FALSE(gateway().isToBeFetched(u"NONE.AX", m_first));
+  EXPECT_TRUE(gateway().isToBeFetched(u"NONE.AX", m_friday)) << "the user is asked first";
+}
+
+TEST_F(CompletionTest, ADayWithoutACloseUpToItIsLookedForInThePageBefore) {
+  m_market.setHistory(m_code, Date(2006, 10, 2), Date(2006, 10, 31), 6);
+  m_market.setHistory(m_code, Date(2006, 11, 8), m_today, 7);
+  gateway().requestHistory({m_code, Date(2006, 11, 6), Date(2006, 11, 6)});
+  gateway().historyFetcher().join();
+  EXPECT_EQ(numFetches(), 2u);
+  EXPECT_EQ(gateway().cachedClose(m_code, Date(2006, 11, 6)), 6);
+}
+
+TEST_F(CompletionTest, AFailureOfTheNetworkEndsTheRequestsOfThoseWhoAsk) {
+  m_market.refuse(Page::History, 503);
+  std::vector<HistoryNeed> needs;
+  {
+    const BigMutexLock atOnce;
+    for (int i = 0; i < 10; ++i)
+      needs.push_back({u"C" + String::fromLong(i) + u".AX", m_first, m_friday});
+    for (const HistoryNeed& need : needs)
+      EXPECT_TRUE(gateway().requestHistory(need));
+  }
+  gateway().historyFetcher().join();
+  EXPECT_FALSE(gateway().isToBeFetched(needs.front().code, m_first));
+  for (std::size_t i = 1; i < needs.size(); ++i)
+    EXPECT_TRUE(gateway().isToBeFetched(needs[i].code, m_first)) << "it is not blamed for that";
+  EXPECT_LE(numFetches(), FetchQueue::AT_ONCE);
+}
+
+TEST_F(CompletionTest, AFigureThatCanNotDoWithoutThePriceSaysSoUntilItComes) {
+  m_market.setHistory(m_code, Date(2005, 1, 1), m_today, 7);
+  EXPECT_THROW(gateway().requirePrice(m_code, m_friday), NotYetKnown);
+  gateway().historyFetcher().join();
+  EXPECT_NO_THROW(gateway().requirePrice(m_code, m_friday));
+  updater().addCode(m_code);
+  EXPECT_THROW(gateway().requirePrice(m_code, m_today), NotYetKnown);
+  updater().setCurrentPrice(m_code, 7.5);
+  EXPECT_NO_THROW(gateway().requirePrice(m_code, m_today));
+  gateway().historyFetcher().join();
+}
+
+TEST_F(CompletionTest, AnotherTryIsOfferedOnceAndIsMadeInTheBackground) {
+  m_market.refuse(Page::History, 503);
+  EXPECT_THROW(gateway().requirePrice(m_code, m_friday), NotYetKnown);
+  gateway().historyFetcher().join();
+  EXPECT_TRUE(questions().empty());
+  m_user.answerQuestion(true);
+  EXPECT_THROW(gateway().requirePrice(m_code, m_friday), NotYetKnown);
+  EXPECT_EQ(questions().size(), 1u);
+  gateway().historyFetcher().join();
+  EXPECT_EQ(numFetches(), 2u);
+  EXPECT_NO_THROW(gateway().requirePrice(m_code, m_friday)) << "nothing is fetched any more";
+  EXPECT_EQ(questions().size(), 1u);
+  EXPECT_THROW(gateway().historicalPrice(m_code, m_friday, true), HTTPException);
+  EXPECT_EQ(numFetches(), 2u);
+}
+
+TEST_F(CompletionTest, AViewDateAndGoingOfflineEndTheFetches) {
+  const std::vector<std::function<void()>> ends{[] { gateway().pauseUpdates(); },
+                                                [] { gateway().goOffline(); }};
+  for (const auto& end : ends) {
+    m_market.stall(Page::History);
+    const std::size_t before = numFetches();
+    gateway().requestHistory(back(m_code, m_first, m_friday));
+    m_market.awaitRequests(Page::History, before + 1);
+    {
+      const BigMutexLock handler;
+      end();
+    }
+    EXPECT_FALSE(gateway().historyFetcher().isRunning());
+    m_market.release(Page::History);
+  }
+  reconnect();
+  m_market.setHistory(m_code, Date(2005, 1, 1), m_today, 7);
+  complete(m_first, m_friday);
+  EXPECT_TRUE(gateway().hasCachedPrice(m_code, m_first)) << "an end is no failure of the code";
 }
 
 TEST_F(CompletionTest, CachedRowsIncludeBothEnds) {

@@ -204,7 +204,7 @@ TEST_F(TallymoorInternetFailureTest, GoingOnlineNewLocatorsAndAnEmptyCacheAllowA
 
 TEST_F(TallymoorInternetFailureTest, AFailureInTheBackgroundIsAskedAboutWhenTheUserNeedsThePrice) {
   m_market.refuse(Page::History, 503);
-  gateway().completeHistory(m_code, m_friday, m_friday);
+  gateway().completeHistory({{m_code, m_friday, m_friday, HistoryNeed::Kind::UpTo}}, nullptr);
   EXPECT_TRUE(questions().empty());
   m_user.answerQuestion(true);
   m_user.beforeAnswer = [this] {
@@ -376,7 +376,7 @@ TEST_F(TallymoorInternetFailureTest, AHistoryThatDoesNotComeCanBeCancelled) {
   EXPECT_EQ(numFetches(), 1u);
   EXPECT_TRUE(questions().empty());
   failHistory(u"DEF.AX", m_friday);
-  gateway().completeHistory(u"GHI.AX", m_start, m_friday);
+  gateway().completeHistory({{u"GHI.AX", m_start, m_friday}}, nullptr);
   EXPECT_EQ(numFetches(), 1u) << "as long as the end is wanted, nothing else is begun";
   m_user.stopWanted = {};
   m_market.release(Page::History);
@@ -394,7 +394,7 @@ TEST_F(TallymoorInternetFailureTest, ACompletionQuoteAndSearchCanBeCancelled) {
   for (const Page page : {Page::History, Page::Quote, Page::Search})
     m_market.stall(page);
   m_user.stopWanted = [this] { return !m_market.server().requests().empty(); };
-  gateway().completeHistory(m_code, m_start, m_friday);
+  gateway().completeHistory({{m_code, m_start, m_friday}}, nullptr);
   EXPECT_EQ(m_market.server().requests().size(), 1u);
   m_user.stopWanted = [this] { return m_market.server().requests().size() == 2; };
   EXPECT_THROW(gateway().currentPrice(u"DEF.AX", false, false), HTTPException);

@@ -294,7 +294,7 @@ TEST_F(TallymoorInternetPricesTest, ARefreshFetchesWhatIsCached) {
   EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_today, true), 5.0);
   m_market.setHistory(m_code, Date(2006, 1, 2), m_today, 5.04);
   EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_today, true), 5.0);
-  gateway().refreshClosesFrom(m_code, m_friday);
+  gateway().completeHistory({{m_code, m_friday, m_friday, HistoryNeed::Kind::Refresh}}, nullptr);
   EXPECT_DOUBLE_EQ(gateway().historicalPrice(m_code, m_friday, true), 5.04);
 }
 

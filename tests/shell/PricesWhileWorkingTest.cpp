@@ -51,6 +51,14 @@ protected:
     return true;
   }
 
+  /// Which don't come.
+  void requestPastPrices() {
+    const std::size_t before = market().requested(MarketFixture::Page::History).size();
+    market().stall(MarketFixture::Page::History);
+    const Date today;
+    TallymoorInternet::Instance().requestHistory({u"XYZ.AX", today.plusDays(-30), today});
+    market().awaitRequests(MarketFixture::Page::History, before + 1);
+  }
   /// Some typical user actions.
   void work(int round) {
     const auto asAHandler = [this](auto step) {
@@ -98,6 +106,19 @@ TEST_F(PricesWhileWorkingTest, LeavingDuringAPassEndsIt) {
   market().awaitRequests(MarketFixture::Page::Quote, 1);
   leave();
   EXPECT_FALSE(TallymoorInternet::exists());
+}
+
+TEST_F(PricesWhileWorkingTest, LeavingWhilePastPricesAreFetchedEndsThat) {
+  requestPastPrices();
+  leave();
+  EXPECT_FALSE(TallymoorInternet::exists());
+}
+
+TEST_F(PricesWhileWorkingTest, GoingOfflineWhilePastPricesAreFetchedEndsThat) {
+  requestPastPrices();
+  command(TallymoorWindow::ID_STATUS);
+  EXPECT_FALSE(TallymoorInternet::Instance().isOnline());
+  EXPECT_FALSE(TallymoorInternet::Instance().historyFetcher().isRunning());
 }
 
 TEST_F(PricesWhileWorkingTest, GoingOfflineDuringAPassEndsIt) {

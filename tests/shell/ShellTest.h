@@ -30,6 +30,7 @@ protected:
     CountryOfResidence::destroyInstance(); // Left by the previous test.
   }
 
+  bool awaitBackgroundWork() override { return GatewayScope::awaitHistory(); }
   void SetUp() override {
     WindowTest::SetUp();
     awaitReady(tallymoor());

@@ -35,9 +35,14 @@ protected:
     letEventsPass();
   }
 
+  /// When the prices of the index have come.
   std::optional<String> tip(const String& format) {
-    BigMutexLock lock;
-    return trayTip(*tallymoor().totalCapital(), format);
+    std::optional<String> shown;
+    do {
+      BigMutexLock lock;
+      shown = trayTip(*tallymoor().totalCapital(), format);
+    } while (awaitBackgroundWork());
+    return shown;
   }
 };
 

@@ -154,8 +154,10 @@ TEST_F(ChartFrameTest, ChoosingAStockLoadsItsHistoryOnceAndAsksNothing) {
 
 TEST_F(ChartFrameTest, HolesInTheCacheAreFilledFromTheSource) {
   market().setHistory(u"BBB.AX", Date(2022, 1, 3), Date(2026, 3, 3), 4.0);
-  TallymoorInternet::Instance().completeHistory(u"BBB.AX", Date(2022, 6, 1), Date(2022, 6, 30));
-  TallymoorInternet::Instance().completeHistory(u"BBB.AX", Date(2024, 6, 1), Date(2024, 6, 30));
+  TallymoorInternet::Instance().completeHistory(
+      {{u"BBB.AX", Date(2022, 6, 1), Date(2022, 6, 30), HistoryNeed::Kind::Backward}}, nullptr);
+  TallymoorInternet::Instance().completeHistory(
+      {{u"BBB.AX", Date(2024, 6, 1), Date(2024, 6, 30), HistoryNeed::Kind::Backward}}, nullptr);
   Settings::Instance().writeInt(u"Charts", u"PriceRange", std::int32_t(ChartRange::ALL));
   auto& chart = place<PriceChart>({});
   chart.show(u"BBB.AX");

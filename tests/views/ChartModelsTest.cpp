@@ -49,7 +49,8 @@ protected:
   MarketFixture& market() { return *m_market; }
   /// Puts the prices into the cache, because drawing fetches nothing.
   static void cache(const String& code, const Date& first, const Date& last = TODAY) {
-    TallymoorInternet::Instance().completeHistory(code, first, last);
+    TallymoorInternet::Instance().completeHistory({{code, first, last, HistoryNeed::Kind::Backward}},
+                                                  nullptr);
   }
   ChartModel prices(const String& code, const Date& from = FIRST, const Date& to = TODAY) {
     return priceChartModel(code, all(), from, to);

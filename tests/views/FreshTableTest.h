@@ -23,6 +23,7 @@ protected:
   void expectAsMadeAnew(ShownTable& shown, const std::string& when) {
     auto* fresh = new ShownTable(user(), node(u"Trading"), mainWindow().contentFrame(), nullptr);
     fresh->create();
+    withHistory(*fresh);
     EXPECT_EQ(rowKeys(*fresh), rowKeys(shown)) << when;
     ASSERT_EQ(fresh->getNumRows(), shown.getNumRows()) << when;
     for (FXint row = 0; row < shown.getNumRows(); ++row)

@@ -85,7 +85,8 @@ TEST_F(PriceHistoryDialogTest, ATypedCloseCountsAtOnceAndIsWritten) {
 TEST_F(PriceHistoryDialogTest, ALaterFetchLeavesATypedCloseAlone) {
   show([this](FXWindow&, PriceHistoryTable& table) { typeClose(table, 1, "10.50"); });
   market().setHistory(u"AAA.AX", Date(2026, 2, 25), m_friday, 10.05);
-  gateway().refreshClosesFrom(u"AAA.AX", Date(2026, 2, 25));
+  gateway().completeHistory({{u"AAA.AX", Date(2026, 2, 25), Date(2026, 2, 25), HistoryNeed::Kind::Refresh}},
+                            nullptr);
   EXPECT_DOUBLE_EQ(gateway().getCachedPrice(u"AAA.AX", m_friday, 0), 10.5);
   EXPECT_DOUBLE_EQ(gateway().getCachedPrice(u"AAA.AX", Date(2026, 2, 26), 0), 10.05);
 }

@@ -203,7 +203,8 @@ TEST_F(UnseenPagesTest, AutomaticLimitsWarnWhenTheyAreChosen) {
   market().setDay(u"UP.AX", Date(2026, 3, 3), 7.4);
   addPortfolio(u"Trading", 5000.0).buyShares(u"UP.AX", {Date(2026, 2, 2), 100, 9.42, 0.0, String()});
   showTrees();
-  TallymoorInternet::Instance().completeHistory(u"UP.AX", Date(2025, 1, 6), Date(2026, 3, 3));
+  TallymoorInternet::Instance().completeHistory(
+      {{u"UP.AX", Date(2025, 1, 6), Date(2026, 3, 3), HistoryNeed::Kind::Backward}}, nullptr);
   EXPECT_TRUE(window().warnings.empty());
   autoMinMaxPrices = true;
   tree().updateItems();

@@ -48,6 +48,7 @@ protected:
     CountryOfResidence::destroyInstance();
   }
 
+  bool awaitBackgroundWork() override { return GatewayScope::awaitHistory(); }
   void SetUp() override {
     WindowTest::SetUp();
     m_failure = std::make_unique<GuiWakeUp>(&app(), [] { throw Exception(u"test"); });
@@ -198,10 +199,22 @@ protected:
       keys.push_back(table.getRowText(row).text());
     return keys;
   }
+  /// What was just made, when the past prices for which it asks have come.
+  template <class Shown>
+  Shown& withHistory(Shown& shown) {
+    if (awaitBackgroundWork())
+      letEventsPass();
+    return shown;
+  }
   /// The value next to a label of a page.
-  static std::string figure(InvestmentTreeItem& node, const std::string& caption) {
+  std::string figure(InvestmentTreeItem& node, const std::string& caption) {
     std::string found = "no " + caption;
-    for (FXLabel* label : findAll<FXLabel>(*node.page()))
+    FXWindow& page = *node.page();
+    if (awaitBackgroundWork()) {
+      node.activate(); // a page out of sight shows what has come when it is opened
+      letEventsPass();
+    }
+    for (FXLabel* label : findAll<FXLabel>(page))
       if (label->getText().text() == caption)
         found = dynamic_cast<FXLabel&>(*label->getNext()).getText().text();
     return found;

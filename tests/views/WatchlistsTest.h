@@ -68,7 +68,7 @@ protected:
       throw std::runtime_error("no list " + name.toUTF8());
     return *found;
   }
-  WatchlistTable& table(const String& name = u"Main") { return *list(name).table(); }
+  WatchlistTable& table(const String& name = u"Main") { return withHistory(*list(name).table()); }
   /// The automatic list of a portfolio.
   WatchlistTreeItem& heldList(const String& portfolio = u"Trading") {
     for (TreeViewItem* item = m_watchTree->firstRoot(); item; item = item->nextSibling()) {

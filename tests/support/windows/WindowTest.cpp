@@ -222,11 +222,19 @@ bool WindowTest::runUntil(const std::function<bool()>& condition) {
 }
 
 void WindowTest::letEventsPass() {
+  bool hasWorked = false;
+  const auto handleEvents = [&] {
+    m_app->runWhileEvents();
+    for (; awaitBackgroundWork(); hasWorked = true)
+      m_app->runWhileEvents();
+  };
   m_app->flush(TRUE);
-  m_app->runWhileEvents();
+  handleEvents();
   m_app->repaint();
   m_app->flush(TRUE);
-  m_app->runWhileEvents();
+  handleEvents();
+  if (hasWorked)
+    letEventsPass(); // what has come may change the layout
 }
 
 FXWindow* WindowTest::findButton(FXWindow& in, const std::string& label) {

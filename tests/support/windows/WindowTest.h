@@ -51,8 +51,10 @@ protected:
   void answer(const std::string& text, const std::string& button);
   /// Runs the event loop until the condition holds. Fails after the watchdog's time.
   bool runUntil(const std::function<bool()>& condition);
-  /// Handles all pending events, wake-ups and paints.
+  /// Handles all pending events, wake-ups and paints, also those of background work that has begun.
   void letEventsPass();
+  /// Waits for background work whose outcome the windows show. False if none was begun since the last call.
+  virtual bool awaitBackgroundWork() { return false; }
   /// Texts of the answered message boxes, in order.
   const std::vector<std::string>& boxes() const { return m_boxes; }
 

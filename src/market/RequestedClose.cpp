@@ -1,11 +1,11 @@
-#include "market/CompletedClose.h"
+#include "market/RequestedClose.h"
 #include "market/TallymoorInternet.h"
 
 namespace Tallymoor {
 
-std::optional<double> completedClose(const String& code, const Date& day) {
+std::optional<double> requestedClose(const String& code, const Date& day) {
   TallymoorInternet& gateway = TallymoorInternet::Instance();
-  gateway.completeHistory(code, day, day);
+  gateway.requireHistory({code, day, day, HistoryNeed::Kind::Backward});
   const std::optional<KnownClose> known = gateway.closeOn(code, day);
   return known ? std::optional(known->close) : std::nullopt;
 }
