@@ -46,7 +46,7 @@ DataSource Connection::source(const String& operation) const {
 
 std::shared_ptr<const PriceProvider> Connection::provider(const String& name) const {
   if (!m_client)
-    throw HTTPException(u"TallymoorInternet::trySource - internet offline.");
+    throw HTTPException(u"TallymoorInternet::beginTrial - internet offline.");
   return m_sources->provider(name, m_client, *m_locators);
 }
 

@@ -2,6 +2,7 @@
 #include "foundation/Exception.h"
 #include "market/LastPrice.h"
 #include "market/SourceFailure.h"
+#include <algorithm>
 #include <filesystem>
 #include <sys/stat.h>
 #include <utility>
@@ -121,6 +122,25 @@ const CsvAnswers& CsvFolder::answersFor(const std::string& path) const {
     return ofFile->second;
   const auto ofAll = m_answers.find(String());
   return ofAll != m_answers.end() ? ofAll->second : NONE;
+}
+
+std::vector<PriceFile> CsvFolder::files() const {
+  std::vector<PriceFile> all;
+  forEachFile(m_folder, [&](const std::filesystem::path& path, const String&) {
+    PriceFile& file = all.emplace_back();
+    file.name = String(path.filename().c_str());
+    try {
+      const std::string bytes = csvBytes(path);
+      file.doubts = csvFormat(bytes, answersFor(path)).doubts;
+      if (file.doubts.empty())
+        readCsv(bytes, answersFor(path));
+    } catch (const Exception& failure) {
+      file.failure = failure.message();
+    }
+    return false;
+  });
+  std::ranges::sort(all, {}, &PriceFile::name);
+  return all;
 }
 
 bool CsvFolder::hasNewHistory(const String& code) const {

@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <vector>
 
 namespace Tallymoor {
 
@@ -28,6 +29,13 @@ private:
   std::map<std::string, std::string> m_kept; ///< the stamps of kept files
 };
 
+/// A CSV file of a folder, and whether it can be read.
+struct PriceFile {
+  String name;
+  std::vector<FormatDoubt> doubts; ///< questions to the user; it gives no prices before they are answered
+  String failure;                  ///< why it can't be read; empty if it can
+};
+
 /// A folder with a CSV file of past prices for each stock, as a source. Every request looks at the file
 /// itself, so that a change is seen at once.
 ///
@@ -38,6 +46,9 @@ public:
   /// The answers are by the name of a file; those of an empty name hold for all others.
   CsvFolder(const String& name, const String& folder, std::map<String, CsvAnswers> answers,
             std::shared_ptr<CsvFolderFiles> files);
+
+  /// All files, sorted by name, as they are now.
+  std::vector<PriceFile> files() const;
 
   const String& name() const override { return m_name; }
   bool serves(const String& code) const override { return !fileOf(code).empty(); }

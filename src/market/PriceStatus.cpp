@@ -1,29 +1,17 @@
 #include "market/PriceStatus.h"
 #include "foundation/BigMutex.h"
 #include "foundation/Exception.h"
+#include "foundation/UnforeseenFailure.h"
 #include "market/Connection.h"
 #include "market/LastPrice.h"
 #include "market/LocatorPrices.h"
 #include "market/LocatorSet.h"
 #include "market/PriceHistory.h"
 #include "market/PriceUpdater.h"
-#include "market/WatchedFetch.h"
 #include <iterator>
 #include <utility>
 
 namespace Tallymoor {
-
-namespace {
-
-/// The last row that somebody has told, without those filled in for days without trade.
-std::optional<std::pair<Date, ShareValue>> lastToldRow(const CachedShare& known) {
-  for (auto row = known.values.rbegin(); row != known.values.rend(); ++row)
-    if (row->second.origin != PriceOrigin::Filled && row->second.close > 0.0)
-      return *row;
-  return std::nullopt;
-}
-
-} // namespace
 
 PriceStatus::PriceStatus(Connection& connection, PriceHistory& history, PriceUpdater& updater)
     : m_connection(connection), m_history(history), m_updater(updater) {}
@@ -40,18 +28,18 @@ PriceStatus::OfCode PriceStatus::ofCode(const String& code) {
   status.reasons = std::move(told.reasons);
   status.dividends = std::move(told.dividends);
   status.splits = std::move(told.splits);
-  const bool isBySample =
-      told.source.empty() ? m_connection.sources().isLocatorsAlone() : told.source == LocatorPrices::NAME;
-  if (const auto row = lastToldRow(known)) {
-    status.day = row->first;
-    status.price = row->second.close;
-    status.isTyped = row->second.origin == PriceOrigin::Typed;
+  if (const auto last = SharePriceCache::lastTradedClose(known, Date::realToday())) {
+    const PriceOrigin origin = known.find(last->day)->origin;
+    status.day = last->day;
+    status.price = last->close;
+    status.isTyped = origin == PriceOrigin::Typed;
     // A current price stands in today's row, even if it is one of days ago.
-    if (row->second.origin == PriceOrigin::Current && told.price && told.price->day)
-      status.day = std::min(*told.price->day, row->first);
+    if (origin == PriceOrigin::Current && told.price && told.price->day)
+      status.day = std::min(*told.price->day, last->day);
     status.age = Date::realToday().daysSince(status.day);
   }
-  status.isSample = status.price && !status.isTyped && isBySample && m_connection.locators().isSample();
+  const bool isByLocators = told.source.empty() || told.source == LocatorPrices::NAME;
+  status.isSample = status.price && !status.isTyped && isByLocators && isSampleMarket();
   return status;
 }
 
@@ -66,7 +54,7 @@ std::vector<PriceStatus::OfSource> PriceStatus::ofSources() {
     status.hasKey = status.needsKey && m_connection.sources().hasKey(listed.name);
     if (listed.document && !listed.isTried)
       status.notTried = listed.document->notTried();
-    status.lastFailure = m_connection.sources().log().lastFailure(listed.name);
+    status.told = m_connection.sources().log().summaryOf(listed.name);
     all.push_back(std::move(status));
   }
   return all;
@@ -82,23 +70,43 @@ SourceList& PriceStatus::sources() {
   return m_connection.sources();
 }
 
+bool PriceStatus::isSampleMarket() {
+  const BigMutexLock lock;
+  return m_connection.locators().isSample() && m_connection.sources().isOn(LocatorPrices::NAME);
+}
+
+bool PriceStatus::hasSourceOn() {
+  const BigMutexLock lock;
+  return m_connection.sources().hasSourceOn();
+}
+
+PriceStatus::MarketChange PriceStatus::marketChangeBy(const String& name, bool isOn) {
+  const BigMutexLock lock;
+  if (!isOn || !m_connection.locators().isSample() || isSampleMarket() == (name == LocatorPrices::NAME))
+    return MarketChange::None;
+  return name == LocatorPrices::NAME ? MarketChange::BeginsSample : MarketChange::EndsSample;
+}
+
 void PriceStatus::setOn(const String& name, bool isOn) {
   const BigMutexLock lock;
   SourceList& sources = m_connection.sources();
-  const bool endsSample = isOn && name != LocatorPrices::NAME && m_connection.locators().isSample() &&
-                          sources.source(LocatorPrices::NAME).isOn;
-  sources.setOn(name, isOn);
-  if (!endsSample)
-    return;
-  sources.setOn(LocatorPrices::NAME, false);
+  const MarketChange change = marketChangeBy(name, isOn);
+  if (change == MarketChange::BeginsSample && sources.hasSourceOn())
+    throw Exception(u"The prices of the sample market are made up. Switch all other sources off first.");
+  sources.setOn(name, isOn, change == MarketChange::EndsSample ? LocatorPrices::NAME : String());
+  if (change != MarketChange::None)
+    forgetMarket();
+}
+
+void PriceStatus::forgetMarket() {
+  ++m_marketStamp;
   m_history.forgetFetched();
   for (const String& code : m_updater.codes())
     m_updater.setCurrentPrice(code, 0.0);
 }
 
-PriceStatus::Trial PriceStatus::trySource(const String& name, const String& code) {
+PriceStatus::TrialFetch PriceStatus::beginTrial(const String& name, const String& code) {
   const BigMutexLock lock;
-  constexpr std::ptrdiff_t SHOWN_DAYS = 5;
   const std::shared_ptr<const PriceProvider> source = m_connection.provider(name);
   if (!source)
     throw Exception(u"The document of the source " + name + u" can't be read");
@@ -106,27 +114,43 @@ PriceStatus::Trial PriceStatus::trySource(const String& name, const String& code
   const String tried = !code.empty() || !listed.document ? code : listed.document->tryCode();
   if (tried.empty())
     throw Exception(u"The source " + name + u" names no code to try it with");
-  Trial trial = watchedFetch([&](const std::stop_token& stop) {
+  return [=](const std::stop_token& stop) {
+    constexpr std::ptrdiff_t SHOWN_DAYS = 5;
     Trial result;
     try {
-      if (source->offersHistory()) {
-        const AnsweredHistory history = source->history(tried, recentDays(), stop);
-        const auto count = std::min<std::ptrdiff_t>(SHOWN_DAYS, std::ssize(history.prices));
-        result.lastDays = {std::prev(history.prices.end(), count), history.prices.end()};
-        result.currency = history.currency;
-      }
-      if (source->offersCurrentPrice())
-        result.price = source->currentPrice(tried, stop);
+      withUnforeseenFailures([&] {
+        if (source->offersHistory()) {
+          const AnsweredHistory history = source->history(tried, recentDays(), stop);
+          const auto count = std::min<std::ptrdiff_t>(SHOWN_DAYS, std::ssize(history.prices));
+          result.lastDays = {std::prev(history.prices.end(), count), history.prices.end()};
+          result.days = history.prices.size();
+          result.passedOver = history.passedOver;
+          result.currency = history.currency;
+        }
+        if (source->offersCurrentPrice())
+          result.price = source->currentPrice(tried, stop);
+      });
       if (result.lastDays.empty() && !result.price)
         result.failure = SourceReason{name, SourceFault::NoPrice, u"it has no price for " + tried};
     } catch (const Exception& failure) {
       result.failure = SourceReason{name, faultOf(failure), failure.message()};
     }
     return result;
-  });
+  };
+}
+
+void PriceStatus::endTrial(const String& name, const Trial& trial) {
+  const BigMutexLock lock;
   if (!trial.failure)
     m_connection.sources().noteTried(name);
-  return trial;
+}
+
+std::vector<PriceFile> PriceStatus::filesOf(const String& name) {
+  const BigMutexLock lock;
+  const ListedSource& listed = m_connection.sources().source(name);
+  if (listed.kind != SourceKind::Folder)
+    return {};
+  return CsvFolder(listed.name, listed.folder, listed.answers, std::make_shared<CsvFolderFiles>()).files();
 }
 
 PriceStatus::Import PriceStatus::importFile(const String& code, const String& path,
@@ -143,6 +167,10 @@ PriceStatus::Import PriceStatus::importFile(const String& code, const String& pa
   import.days = history.prices.size();
   if (history.prices.empty())
     return import;
+  if (isSampleMarket()) {
+    m_connection.sources().setOn(LocatorPrices::NAME, false);
+    forgetMarket();
+  }
   import.first = history.prices.begin()->first;
   import.last = history.prices.rbegin()->first;
   import.changed =

@@ -1,7 +1,10 @@
 #pragma once
 #include "market/CsvFile.h"
 #include "market/SourceList.h"
+#include <cstdint>
+#include <functional>
 #include <optional>
+#include <stop_token>
 #include <vector>
 
 namespace Tallymoor {
@@ -37,13 +40,15 @@ public:
     bool needsKey = false;
     bool hasKey = false;
     String notTried; ///< the day on which its document was written without being tried; empty otherwise
-    std::optional<SourceLog::Failure> lastFailure;
+    SourceLog::Summary told;
   };
   /// What a source gave for a code.
   struct Trial {
     std::optional<SourceReason> failure; ///< nothing when all went well
     std::optional<AnsweredPrice> price;
     std::map<Date, ShareValue> lastDays; ///< the last rows of its past prices
+    std::size_t days = 0;                ///< of all rows of its past prices
+    std::size_t passedOver = 0;          ///< rows without a day or a price
     String currency;
   };
   /// What a file held.
@@ -64,24 +69,43 @@ public:
   std::vector<OfSource> ofSources();
   /// The documents that can't be used.
   std::vector<SourceComplaint> complaints();
-  /// For changes. Those of what is on are made by setOn.
+  /// For changes. Those of what is on are made by setOn, so that the markets do not mix.
   SourceList& sources();
 
-  /// As SourceList::setOn. The first source of real prices ends the sample market: its source is switched
-  /// off, and its prices are forgotten.
+  /// True while the sample market is on, whose prices are made up. Reads no document.
+  bool isSampleMarket();
+  bool hasSourceOn();
+  /// What a change of what is on means for prices that are known.
+  enum class MarketChange : std::uint8_t { None, EndsSample, BeginsSample };
+  MarketChange marketChangeBy(const String& name, bool isOn);
+  /// Another number after each change from the sample market to real sources, or back.
+  std::uint64_t marketStamp() const { return m_marketStamp; }
+  /// As SourceList::setOn. Made-up and real prices never mix: the first source of real prices switches the
+  /// sample market off, the sample market is refused beside other sources, and with each change from one to
+  /// the other all prices are forgotten that the user has not typed.
   void setOn(const String& name, bool isOn);
-  /// Asks a source, on or off, for a code as it knows it; without one for the code that its document says it
-  /// has. Success is noted, so that it can be switched on. Throws Exception for a name that no source has,
-  /// without a code, and offline. Ends when the user wants that.
-  Trial trySource(const String& name, const String& code = String());
-  /// Stores the prices of a CSV file for a code as those of a source. Throws Exception for a file that can't
-  /// be read.
+
+  /// The requests of a trial. Runs without the big mutex, on any thread; throws nothing that is an Exception.
+  using TrialFetch = std::function<Trial(const std::stop_token&)>;
+  /// A trial of a source, on or off, for a code as it knows it; without one for the code that its document
+  /// says it has. Throws Exception for a name that no source has, without a code, and offline.
+  TrialFetch beginTrial(const String& name, const String& code = String());
+  /// Notes a success, so that the source can be switched on. Throws Exception if it can't be written.
+  void endTrial(const String& name, const Trial& trial);
+
+  /// The files of a folder; none of any other source. Reads them all.
+  std::vector<PriceFile> filesOf(const String& name);
+  /// Stores the prices of a CSV file for a code as those of a source, which ends the sample market. Throws
+  /// Exception for a file that can't be read.
   Import importFile(const String& code, const String& path, const CsvAnswers& answers);
 
 private:
+  void forgetMarket();
+
   Connection& m_connection;
   PriceHistory& m_history;
   PriceUpdater& m_updater;
+  std::uint64_t m_marketStamp = 0;
 };
 
 } // namespace Tallymoor

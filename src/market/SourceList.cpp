@@ -132,6 +132,16 @@ bool SourceList::isLocatorsAlone() const {
          });
 }
 
+bool SourceList::isOn(const String& name) const {
+  const auto found = find(m_chosen.sources, name);
+  return found != m_chosen.sources.end() && found->isOn;
+}
+
+bool SourceList::hasSourceOn() const {
+  return std::any_of(m_chosen.sources.begin(), m_chosen.sources.end(),
+                     [](const ListedSource& source) { return source.isOn; });
+}
+
 /// Failures of before say nothing about the sources as they are now.
 template <class Change>
 void SourceList::change(Change change) {
@@ -146,12 +156,14 @@ void SourceList::change(Change change) {
   m_log->forgetFailures();
 }
 
-void SourceList::setOn(const String& name, bool isOn) {
+void SourceList::setOn(const String& name, bool isOn, const String& inPlaceOf) {
   change([&](Chosen& chosen) {
     ListedSource& source = require(chosen.sources, name);
     if (isOn && isUntried(source))
       throw Exception(u"The source " + name + u" has not been tried. Try it first.");
     source.isOn = isOn;
+    if (!inPlaceOf.empty())
+      require(chosen.sources, inPlaceOf).isOn = false;
   });
 }
 
@@ -196,6 +208,7 @@ void SourceList::remove(const String& name) {
     if (kind != SourceKind::Folder && kind != SourceKind::Command)
       throw Exception(u"The source " + name + u" can only be switched off");
     chosen.sources.erase(find(chosen.sources, name));
+    std::erase_if(chosen.pins, [&name](const auto& pinned) { return pinned.second.source == name; });
   });
 }
 

@@ -57,9 +57,14 @@ public:
   const ListedSource& source(const String& name) const;
   /// True if the locators are the only source that is on, and no code is pinned.
   bool isLocatorsAlone() const;
+  /// True if a source of this name is known without its document, and is on.
+  bool isOn(const String& name) const;
+  /// True if any source is on.
+  bool hasSourceOn() const;
 
-  /// Throws also for a document that was written without being tried, until the user has tried it.
-  void setOn(const String& name, bool isOn);
+  /// Throws also for a document that was written without being tried, until the user has tried it. Another
+  /// source may be switched off in its place.
+  void setOn(const String& name, bool isOn, const String& inPlaceOf = String());
   void noteTried(const String& name);
   /// Moves a source to a place in the order, from 0.
   void move(const String& name, std::size_t place);
@@ -67,7 +72,7 @@ public:
   void addFolder(const String& name, const String& folder);
   /// For the options alone: no document adds a command.
   void addCommand(const String& name, const std::vector<String>& words);
-  /// Of a folder or command.
+  /// Of a folder or command. Codes pinned to it are asked for in the order again.
   void remove(const String& name);
   void setAnswers(const String& name, const String& file, const CsvAnswers& answers);
   void pin(const String& code, const SourcePin& pin);

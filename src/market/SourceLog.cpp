@@ -21,6 +21,7 @@ const String DTD = u"PriceRequests.dtd";
 ToldOfCode& SourceLog::answered(const String& code, const String& source, std::vector<SourceReason> earlier,
                                 const String& currency) {
   m_sources[source].refusalsInARow = 0;
+  m_sources[source].lastAnswered = code;
   ToldOfCode& told = m_codes[code];
   told.source = source;
   told.currency = currency;
@@ -87,6 +88,7 @@ void SourceLog::noteFailure(const String& code, const SourceReason& reason) {
   const std::lock_guard lock(m_mutex);
   OfSource& source = m_sources[reason.source];
   source.lastFailure = Failure{code, reason};
+  source.lastAnswered.clear();
   if (reason.fault == SourceFault::WrongCode)
     source.wrongCodes.insert(code);
   const bool isUnasked = reason.fault == SourceFault::Network || reason.fault == SourceFault::Resting;
@@ -172,10 +174,13 @@ ToldOfCode SourceLog::toldOf(const String& code) const {
   return told == m_codes.end() ? ToldOfCode() : told->second;
 }
 
-std::optional<SourceLog::Failure> SourceLog::lastFailure(const String& source) const {
+SourceLog::Summary SourceLog::summaryOf(const String& source) const {
   const std::lock_guard lock(m_mutex);
   const auto known = m_sources.find(source);
-  return known == m_sources.end() ? std::nullopt : known->second.lastFailure;
+  if (known == m_sources.end())
+    return {};
+  const OfSource& told = known->second;
+  return {told.lastFailure, told.lastAnswered, told.day == Date::realToday() ? told.requests : 0};
 }
 
 void SourceLog::forgetFailures() {

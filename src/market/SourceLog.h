@@ -68,7 +68,13 @@ public:
     String code;
     SourceReason reason;
   };
-  std::optional<Failure> lastFailure(const String& source) const;
+  /// What a source did in this run.
+  struct Summary {
+    std::optional<Failure> lastFailure;
+    String lastAnswered;      ///< the code for which it answered last; empty if it has failed since
+    std::size_t requests = 0; ///< of today
+  };
+  Summary summaryOf(const String& source) const;
 
   /// Wrong codes and rests end: the user wants all to be tried again, or has changed the source.
   void forgetFailures();
@@ -82,6 +88,7 @@ private:
     std::size_t requests = 0;
     bool hasDailyLimit = false;
     std::optional<Failure> lastFailure;
+    String lastAnswered;
   };
 
   struct Priced {

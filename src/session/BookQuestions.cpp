@@ -89,6 +89,15 @@ void updateCapitalRecord(SharePortfolioUser& portfolio) {
   portfolio.capitalRecord().update(asking);
 }
 
+void recomputeCapital(const OpenPortfolios& portfolios) {
+  for (const auto& [name, portfolio] : portfolios) {
+    SharePortfolioCapitalRecordUser& record = portfolio->capitalRecord();
+    record.recordsChangedFrom(record.firstRecordDate());
+  }
+  for (const auto& [name, portfolio] : portfolios)
+    updateCapitalRecord(*portfolio);
+}
+
 void checkCashReserve(SharePortfolioUser& portfolio) {
   if (inBackgroundPass)
     return;

@@ -1,5 +1,6 @@
 #pragma once
 #include "books/CapitalRecordWalk.h"
+#include "session/OpenPortfolios.h"
 
 namespace Tallymoor {
 
@@ -29,8 +30,11 @@ private:
 /// Brings the portfolio's capital record up to date. Throws as the record's update.
 void updateCapitalRecord(SharePortfolioUser& portfolio);
 
-/// The same, and warns, once a run, of a negative cash reserve; takes the warning back when the reserve no
-/// longer is. Reports failures itself. Does nothing in a background pass.
+/// Computes all days of all portfolios again. Throws as the update.
+void recomputeCapital(const OpenPortfolios& portfolios);
+
+/// Brings a portfolio's record up to date, and warns, once a run, of a negative cash reserve; takes the
+/// warning back when the reserve no longer is. Reports failures itself. Does nothing in a background pass.
 void checkCashReserve(SharePortfolioUser& portfolio);
 
 /// Takes the warning of a negative cash reserve back, since it names a portfolio that goes, or its old name.

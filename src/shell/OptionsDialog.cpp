@@ -235,14 +235,8 @@ long OptionsDialog::onBlastCache(FXObject*, FXSelector, void*) {
 
 // Failures are told under the name of another command: a text that users may know.
 long OptionsDialog::onRefreshCapital(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"OptionsDialog::onResetDefaults failed.", [this] {
-    for (const auto& [name, portfolio] : *m_portfolios) {
-      SharePortfolioCapitalRecordUser& record = portfolio->capitalRecord();
-      record.recordsChangedFrom(record.firstRecordDate());
-    }
-    for (const auto& [name, portfolio] : *m_portfolios)
-      updateCapitalRecord(*portfolio);
-  });
+  return guardedHandler(u"OptionsDialog::onResetDefaults failed.",
+                        [this] { recomputeCapital(*m_portfolios); });
 }
 
 long OptionsDialog::onChangeCountry(FXObject*, FXSelector, void*) {

@@ -1,5 +1,7 @@
 #include "shell/TrayTip.h"
 #include "books/SharePortfolioUser.h"
+#include "market/PriceStatus.h"
+#include "market/TallymoorInternet.h"
 #include "views/IndexFigures.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/TotalCapTreeItem.h"
@@ -11,6 +13,12 @@ namespace {
 String tipOf(const SharePortfolioTreeItem& node, double change) {
   return node.portfolio().name() + u" : " + (change >= 0.0 ? u"+" : u"") + String::toPercent(change) + u" (" +
          node.indexFigures().gainToday() + u")";
+}
+
+/// Behind each figure that stands on prices of the sample market.
+String madeUpRemark() {
+  return TallymoorInternet::Instance().priceStatus().isSampleMarket() ? String(u" (made-up prices)")
+                                                                      : String();
 }
 
 } // namespace
@@ -31,9 +39,9 @@ std::optional<String> trayTip(const TotalCapTreeItem& totalCapital, const String
     if (portfolio.name() == format)
       tip = tipOf(*node, change);
   }
-  if (tip)
-    return tip;
-  return String(u"Total Capital today: ") + String::toPercent(total != 0.0 ? weighted / total : 0.0);
+  if (!tip)
+    tip = String(u"Total Capital today: ") + String::toPercent(total != 0.0 ? weighted / total : 0.0);
+  return *tip + madeUpRemark();
 }
 
 } // namespace Tallymoor

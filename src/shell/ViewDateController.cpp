@@ -1,6 +1,6 @@
 #include "shell/ViewDateController.h"
-#include "foundation/RestingStatus.h"
 #include "foundation/UserInteraction.h"
+#include "market/RestingStatus.h"
 #include "market/TallymoorInternet.h"
 #include "shell/CellEdits.h"
 #include "shell/TallymoorWindow.h"

@@ -1,7 +1,10 @@
 #include "shell/WindowCommands.h"
 #include "entry/StartupWizard.h"
 #include "foundation/Platform.h"
+#include "market/PriceStatus.h"
+#include "market/RestingStatus.h"
 #include "market/TallymoorInternet.h"
+#include "session/BookQuestions.h"
 #include "shell/AboutDialog.h"
 #include "shell/AdvertStrip.h"
 #include "shell/CellEdits.h"
@@ -319,8 +322,13 @@ void WindowCommands::refreshPrices() {
 }
 
 void WindowCommands::showPrices() {
+  PriceStatus& status = TallymoorInternet::Instance().priceStatus();
+  const std::uint64_t market = status.marketStamp();
   PricesDialog(&m_window).execute();
-  m_window.refreshViews(false); // by the prices that were typed or accepted
+  MainWindow::setNormalStatusText(restingStatusText()); // it says whether prices are made up
+  if (status.marketStamp() != market)
+    recomputeCapital(m_window.store().portfolios()); // no day keeps a price of the other market
+  m_window.refreshViews(false);                      // by the prices that were typed or accepted
 }
 
 void WindowCommands::showToldDividends() {

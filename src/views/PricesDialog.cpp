@@ -4,6 +4,8 @@
 #include "market/TallymoorInternet.h"
 #include "views/PriceHistoryDialog.h"
 #include "views/PricesTable.h"
+#include "views/SourceActions.h"
+#include "views/SourcesDialog.h"
 #include "widgets/HandlerScope.h"
 #include "widgets/MessageLayout.h"
 #include "widgets/TextSize.h"
@@ -19,13 +21,14 @@ PricesDialogMap[] = {
                PricesDialog::onDecide),
     FXMAPFUNC(SEL_COMMAND, PricesDialog::ID_REFRESH, PricesDialog::onRefresh),
     FXMAPFUNC(SEL_COMMAND, PricesDialog::ID_HISTORY, PricesDialog::onHistory),
+    FXMAPFUNC(SEL_COMMAND, PricesDialog::ID_SOURCES, PricesDialog::onSources),
 };
 
 FXIMPLEMENT(PricesDialog, Dialog, PricesDialogMap, ARRAYNUMBER(PricesDialogMap))
 
 namespace {
 
-constexpr FXint WIDTH = 760;
+constexpr FXint WIDTH = 840;
 constexpr FXint HEIGHT = 320;
 constexpr std::size_t DOUBT_LINES = 3;
 
@@ -89,18 +92,18 @@ void PricesDialog::addActions() {
   row = new FXHorizontalFrame(contents(), LAYOUT_FILL_X);
   m_typePrice = add("&Type a price...\t\tThe price of a day, as you know it", ID_TYPE_PRICE);
   m_history = add("&History...\t\tThe stored prices of this stock, which you can correct", ID_HISTORY);
-  new FXButton(row, "&Fetch again\t\tAsks the sources for all prices", nullptr, this, ID_REFRESH,
-               BUTTON_NORMAL);
+  add("&Fetch again\t\tAsks the sources for all prices", ID_REFRESH);
+  add("&Sources...\t\tWhere prices come from", ID_SOURCES);
 }
 
 void PricesDialog::showAll() {
   m_table->updateTable();
-  m_summary->setText(toFox(m_table->summary()));
   showChoice();
 }
 
 void PricesDialog::showChoice() {
-  const String code = m_table->chosenCode();
+  m_summary->setText(toFox(m_table->summary())); // a table that waits tells here that it was filled
+  const String code = m_table->chosenKey();
   const auto doubtful = gateway().doubtfulPrices();
   const auto waiting = doubtful.find(code);
   const bool isDoubtful = waiting != doubtful.end();
@@ -119,7 +122,7 @@ void PricesDialog::showText(const String& doubt) {
 
 long PricesDialog::onTypePrice(FXObject*, FXSelector, void*) {
   return guardedHandler(u"PricesDialog::onTypePrice failed.", [this] {
-    const String code = m_table->chosenCode();
+    const String code = m_table->chosenKey();
     PriceEntryDialog dialog(this, code);
     if (!dialog.execute())
       return;
@@ -139,7 +142,7 @@ void PricesDialog::decide(FXSelector decision, const String& code) {
 long PricesDialog::onDecide(FXObject*, FXSelector selector, void*) {
   return guardedHandler(u"PricesDialog::onDecide failed.", [this, selector] {
     try {
-      decide(FXSELID(selector), m_table->chosenCode());
+      decide(FXSELID(selector), m_table->chosenKey());
     } catch (const Exception&) {
       showAll(); // it counts for this run
       throw;
@@ -150,16 +153,20 @@ long PricesDialog::onDecide(FXObject*, FXSelector selector, void*) {
 
 long PricesDialog::onHistory(FXObject*, FXSelector, void*) {
   return guardedHandler(u"PricesDialog::onHistory failed.", [this] {
-    const String code = m_table->chosenCode();
+    const String code = m_table->chosenKey();
     PriceHistoryDialog(this, code).execute();
     showAll();
   });
 }
 
 long PricesDialog::onRefresh(FXObject*, FXSelector, void*) {
-  return guardedHandler(u"PricesDialog::onRefresh failed.", [] {
-    gateway().forgetFailures();
-    gateway().priceUpdater().wakeUp();
+  return guardedHandler(u"PricesDialog::onRefresh failed.", [] { fetchAfresh(); });
+}
+
+long PricesDialog::onSources(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"PricesDialog::onSources failed.", [this] {
+    SourcesDialog(this).execute();
+    showAll();
   });
 }
 

@@ -20,6 +20,7 @@ public:
     ID_REFUSE,
     ID_REFRESH,
     ID_HISTORY,
+    ID_SOURCES,
     ID_LAST
   };
 
@@ -32,6 +33,7 @@ public:
   long onDecide(FXObject*, FXSelector selector, void*);
   long onRefresh(FXObject*, FXSelector, void*);
   long onHistory(FXObject*, FXSelector, void*);
+  long onSources(FXObject*, FXSelector, void*);
 
 protected:
   PricesDialog() {}

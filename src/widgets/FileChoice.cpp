@@ -34,13 +34,9 @@ FXString chosenFile(const FXFileDialog& dialog, const FXTextField* nameField) {
   return FXPath::simplify(FXPath::isAbsolute(typed) ? typed : dialog.getDirectory() + PATHSEPSTRING + typed);
 }
 
-} // namespace
-
-String chooseFile(FXWindow* owner, const String& title, const String& patterns, const String& name) {
-  FXFileDialog dialog(owner, toFox(title));
-  dialog.setPatternList(toFox(patterns));
-  dialog.setSelectMode(SELECTFILE_ANY);
-  dialog.setDirectory(startFolder());
+/// True when the user has chosen. The name stands in the field at first.
+bool run(FXFileDialog& dialog, const FXString& folder, const String& name) {
+  dialog.setDirectory(folder);
   // The size that it had last may be from before the texts were made larger.
   dialog.resize(std::max(dialog.getWidth(), scaledToText(500)),
                 std::max(dialog.getHeight(), scaledToText(300)));
@@ -50,10 +46,26 @@ String chooseFile(FXWindow* owner, const String& title, const String& patterns, 
     field->setFocus(); // the toolkit would begin in none, and what is typed would be lost
   }
   ModalLoopScope modal(&dialog);
-  if (!dialog.execute())
+  return dialog.execute() != 0;
+}
+
+} // namespace
+
+String chooseFile(FXWindow* owner, const String& title, const String& patterns, const String& name) {
+  FXFileDialog dialog(owner, toFox(title));
+  dialog.setPatternList(toFox(patterns));
+  dialog.setSelectMode(SELECTFILE_ANY);
+  if (!run(dialog, startFolder(), name))
     return String();
   rememberTransferFolder(fromFox(dialog.getDirectory()));
   return fromFox(chosenFile(dialog, nameField(dialog)));
+}
+
+String chooseFolder(FXWindow* owner, const String& title) {
+  FXFileDialog dialog(owner, toFox(title));
+  dialog.setSelectMode(SELECTFILE_DIRECTORY);
+  const FXString home = FXSystem::getHomeDirectory();
+  return run(dialog, home, fromFox(home)) ? fromFox(chosenFile(dialog, nameField(dialog))) : String();
 }
 
 } // namespace Tallymoor

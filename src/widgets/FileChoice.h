@@ -13,4 +13,7 @@ namespace Tallymoor {
 String chooseFile(FX::FXWindow* owner, const String& title, const String& patterns,
                   const String& name = String());
 
+/// The same for a folder, from the home folder on.
+String chooseFolder(FX::FXWindow* owner, const String& title);
+
 } // namespace Tallymoor

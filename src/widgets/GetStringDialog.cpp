@@ -22,6 +22,10 @@ GetStringDialog::GetStringDialog(FXWindow* owner, const String& title, const Str
   m_field->selectAll();
 }
 
+void GetStringDialog::hideText() {
+  m_field->setTextStyle(m_field->getTextStyle() | TEXTFIELD_PASSWD);
+}
+
 bool GetStringDialog::validate() {
   if (!m_filter) {
     m_text = m_field->text();

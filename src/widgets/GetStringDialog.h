@@ -19,6 +19,8 @@ public:
                   const String& initialText = String(), Filter filter = Filter());
 
   const String& text() const { return m_text; }
+  /// Shows a sign for each letter, for what others must not read.
+  void hideText();
   bool validate() override;
   long onOK(FXObject*, FXSelector, void*);
 

@@ -90,8 +90,8 @@ TEST_F(DataSourceTest, TheNextSourceAnswersForOneThatBreaksAndTheReasonIsKept) {
   EXPECT_EQ(m_log->toldOf(u"ABC").source, u"Second");
   EXPECT_EQ(m_log->toldOf(u"ABC").price->day, Date(2026, 3, 2));
   EXPECT_EQ(reasons(u"ABC"), u"First|refused|status 403;");
-  EXPECT_EQ(m_log->lastFailure(u"First")->code, u"ABC");
-  EXPECT_FALSE(m_log->lastFailure(u"Second"));
+  EXPECT_EQ(m_log->summaryOf(u"First").lastFailure->code, u"ABC");
+  EXPECT_FALSE(m_log->summaryOf(u"Second").lastFailure);
 }
 
 TEST_F(DataSourceTest, AnEmptyAnswerGoesOnToTheNextSource) {

@@ -2,7 +2,7 @@
 #include "market/GatewayTest.h"
 #include "support/MessageOf.h"
 #include "support/StringPrinting.h"
-#include "support/TestHttpServer.h"
+#include "support/TestPriceService.h"
 #include <filesystem>
 
 // The gateway with several sources of prices.
@@ -14,50 +14,25 @@ const String KEY = u"s3cr+t/key";
 
 class PriceStatusTest : public GatewayTest {
 protected:
-  PriceStatusTest() {
-    std::filesystem::create_directories((m_profile.configFolder() + u"Sources").toUTF8());
-    std::filesystem::create_directory(m_folder.toUTF8());
-    m_service.setFallback([this](const TestHttpServer::Request&) { return m_answer; });
-    writeService();
-  }
+  PriceStatusTest() { std::filesystem::create_directory(m_folder.toUTF8()); }
 
   static PriceStatus& status() { return gateway().priceStatus(); }
 
-  /// A service in JSON with a key, not tried.
-  void writeService() {
-    const std::string address =
-        m_service.url("/prices?code={CODE}&amp;from={FROM:yyyy-MM-dd}&amp;to={TO:yyyy-MM-dd}&amp;key={KEY}");
-    TestProfile::writeFile(
-        m_profile.configFolder() + u"Sources/Service.xml",
-        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<PriceSource name=\"Service\" "
-        "notTried=\"2026-11-22\"><Serves "
-        "codes=\"*.AX\" currency=\"AUD\"/><Terms>For private use.</Terms><TryCode>KNOWN.AX</TryCode><History "
-        "reader=\"json\"><Address>" +
-            address +
-            "</Address><Column type=\"Date\" at=\"$.days[*].date\"/><Column type=\"Close\" "
-            "at=\"$.days[*].close\"/>"
-            "<Column type=\"Split\" at=\"$.days[*].split\"/><Error "
-            "at=\"$.error\"/></History></PriceSource>\n");
-  }
   void writeFile(const std::string& name, const std::string& text) const {
     TestProfile::writeFile(m_folder + u"/" + String(name.c_str()), text);
   }
-  /// Pretends that the locators lead to the sample service.
-  void makeSample() const {
-    for (const char* name :
-         {"CurrentPriceLocators.xml", "HistoricalPricesLocators.xml", "CodeSearchLocators.xml"}) {
-      std::string text = TestProfile::readFile(m_profile.configFolder() + String(name));
-      for (std::size_t at = 0; (at = text.find("\"exchange\"", at)) != std::string::npos;)
-        text.replace(at, std::string("\"exchange\"").size(), "\"sample\"");
-      TestProfile::writeFile(m_profile.configFolder() + String(name), text);
-    }
-  }
+  void makeSample() const { pretendSampleMarket(m_profile); }
   void useService() {
     m_answer.body = R"({"days":[{"date":"2006-11-10","close":5.25,"split":1},
                                 {"date":"2006-11-14","close":2.75,"split":2}]})";
     status().sources().setKey(u"Service", KEY);
-    EXPECT_FALSE(status().trySource(u"Service").failure);
+    EXPECT_FALSE(trySource(u"Service").failure);
     status().setOn(u"Service", true);
+  }
+  static PriceStatus::Trial trySource(const String& name, const String& code = String()) {
+    const PriceStatus::Trial trial = status().beginTrial(name, code)({});
+    status().endTrial(name, trial);
+    return trial;
   }
   void addFolder() const {
     status().sources().addFolder(u"My files", m_folder);
@@ -70,8 +45,8 @@ protected:
     return text;
   }
 
-  TestHttpServer m_service;
-  TestHttpServer::Response m_answer;
+  TestPriceService m_service{m_profile};
+  TestHttpServer::Response& m_answer = m_service.answer;
   const String m_folder = m_profile.path("prices");
 };
 
@@ -121,20 +96,20 @@ TEST_F(PriceStatusTest, TheLocatorsAloneAreTheSourceOfANewProfile) {
 TEST_F(PriceStatusTest, ATrialShowsWhatTheSourceGivesAndAllowsItToBeSwitchedOn) {
   m_answer.body = R"({"error":"no such key: s3cr+t/key"})";
   status().sources().setKey(u"Service", KEY);
-  PriceStatus::Trial trial = status().trySource(u"Service");
+  PriceStatus::Trial trial = trySource(u"Service");
   ASSERT_TRUE(trial.failure);
   EXPECT_EQ(trial.failure->fault, SourceFault::Refused);
   EXPECT_EQ(trial.failure->text, u"no such key: (key)");
   EXPECT_THROW(status().setOn(u"Service", true), Exception);
 
   m_answer.body = R"({"days":[{"date":"2006-11-14","close":2.75}]})";
-  trial = status().trySource(u"Service");
+  trial = trySource(u"Service");
   EXPECT_FALSE(trial.failure);
   EXPECT_EQ(trial.price->price, 2.75);
   EXPECT_EQ(trial.currency, u"AUD");
   ASSERT_EQ(trial.lastDays.size(), 1u);
   EXPECT_EQ(trial.lastDays.begin()->first, Date(2006, 11, 14));
-  EXPECT_NE(m_service.requests().back().target.find("code=KNOWN.AX"), std::string::npos);
+  EXPECT_NE(m_service.server().requests().back().target.find("code=KNOWN.AX"), std::string::npos);
   status().setOn(u"Service", true);
   EXPECT_TRUE(status().ofSources()[1].listed.isOn);
 }
@@ -158,7 +133,7 @@ TEST_F(PriceStatusTest, TheFolderAnswersWhenTheQuotaOfTheServiceIsUsedUp) {
   EXPECT_EQ(code.day, Date(2006, 11, 10));
   EXPECT_EQ(code.age, 5);
   EXPECT_EQ(reasonsOf(u"XYZ.AX"), u"Service|refused|25 requests per day;");
-  EXPECT_EQ(status().ofSources()[1].lastFailure->reason.text, u"25 requests per day");
+  EXPECT_EQ(status().ofSources()[1].told.lastFailure->reason.text, u"25 requests per day");
   EXPECT_TRUE(questions().empty());
 }
 
@@ -223,6 +198,98 @@ TEST_F(PriceStatusTest, TheFirstSourceOfRealPricesEndsTheSampleMarket) {
   EXPECT_FALSE(status().ofCode(m_code).isSample);
 }
 
+TEST_F(PriceStatusTest, TheSampleMarketIsNotSwitchedOnBesideRealSources) {
+  makeSample();
+  addFolder();
+  EXPECT_FALSE(status().isSampleMarket());
+  EXPECT_EQ(status().marketChangeBy(u"locators", true), PriceStatus::MarketChange::BeginsSample);
+  EXPECT_EQ(messageOf([] { status().setOn(u"locators", true); }),
+            u"The prices of the sample market are made up. Switch all other sources off first.");
+  EXPECT_FALSE(status().ofSources()[0].listed.isOn);
+}
+
+TEST_F(PriceStatusTest, TheSampleMarketForgetsRealPrices) {
+  makeSample();
+  addFolder();
+  writeFile("ABC.AX.csv", "Date,Close\n2006-11-08,4.5\n2006-11-10,4.75\n");
+  gateway().historicalPrice(m_code, m_friday, true);
+  gateway().setCachedPrice(m_code, Date(2006, 11, 2), 6.0);
+  const std::uint64_t before = status().marketStamp();
+  status().setOn(u"My files", false);
+  EXPECT_TRUE(gateway().hasCachedPrice(m_code, m_friday));
+  EXPECT_EQ(status().marketStamp(), before);
+  status().setOn(u"locators", true);
+  EXPECT_TRUE(status().isSampleMarket());
+  EXPECT_NE(status().marketStamp(), before);
+  EXPECT_FALSE(gateway().hasCachedPrice(m_code, m_friday));
+  EXPECT_TRUE(gateway().hasCachedPrice(m_code, Date(2006, 11, 2))) << "typed by the user";
+}
+
+TEST_F(PriceStatusTest, AnImportedFileEndsTheSampleMarket) {
+  makeSample();
+  m_market.setHistory(m_code, Date(2006, 11, 1), Date(2006, 11, 14), 5.0);
+  gateway().historicalPrice(m_code, m_friday, true);
+  EXPECT_TRUE(status().ofCode(m_code).isSample);
+  writeFile("export.csv", "Date,Close\n2006-11-08,4.5\n");
+  status().importFile(m_code, m_folder + u"/export.csv", {});
+  EXPECT_FALSE(status().isSampleMarket());
+  EXPECT_FALSE(gateway().hasCachedPrice(m_code, m_friday));
+  EXPECT_EQ(status().ofCode(m_code).price, 4.5);
+  EXPECT_FALSE(status().ofCode(m_code).isSample);
+}
+
+TEST_F(PriceStatusTest, PricesOfThePreviousRunAreThoseOfTheMarketThatIsOn) {
+  makeSample();
+  m_market.setHistory(m_code, Date(2006, 11, 1), Date(2006, 11, 14), 5.0);
+  gateway().historicalPrice(m_code, m_friday, true);
+  status().sources().pin(u"XYZ.AX", {u"locators", u"XYZ"});
+  m_scope.restart();
+  EXPECT_TRUE(status().ofCode(m_code).isSample);
+}
+
+TEST_F(PriceStatusTest, ASourceThatCannotBeSwitchedOnLeavesTheSampleMarketAsItIs) {
+  makeSample();
+  status().sources().addFolder(u"My files", m_folder);
+  gateway().setCachedPrice(m_code, Date(2006, 11, 2), 6.0);
+  m_market.setHistory(m_code, Date(2006, 11, 1), Date(2006, 11, 14), 5.0);
+  gateway().historicalPrice(m_code, m_friday, true);
+  const String file = m_profile.configFolder() + u"PriceSources.xml";
+  std::filesystem::remove(file.toUTF8());
+  std::filesystem::create_directories((file + u"/in the way").toUTF8());
+  EXPECT_THROW(status().setOn(u"My files", true), Exception);
+  EXPECT_TRUE(status().isSampleMarket());
+  EXPECT_FALSE(status().ofSources()[1].listed.isOn);
+  EXPECT_TRUE(gateway().hasCachedPrice(m_code, m_friday));
+}
+
+TEST_F(PriceStatusTest, TellsWhatASourceSaidLastAndHowOftenItWasAsked) {
+  useService();
+  const auto told = [] { return status().ofSources()[1].told; };
+  gateway().historicalPrice(m_code, m_friday, true);
+  EXPECT_EQ(told().lastAnswered, m_code);
+  EXPECT_EQ(told().requests, 1u);
+  m_answer.body = R"({"error":"25 requests per day"})";
+  messageOf([&] { gateway().historicalPrice(u"XYZ.AX", m_friday, true); });
+  EXPECT_EQ(told().lastAnswered, u"");
+  EXPECT_EQ(told().lastFailure->code, u"XYZ.AX");
+  EXPECT_EQ(told().requests, 2u);
+}
+
+TEST_F(PriceStatusTest, TellsWhichFilesOfAFolderCanBeRead) {
+  addFolder();
+  writeFile("C.csv", "nonsense");
+  writeFile("A.csv", "Date,Close\n2006-11-08,4.5\n");
+  writeFile("B.csv", "Date;Close\n06/11/2006;12,345\n07/11/2006;12,346\n");
+  const auto files = status().filesOf(u"My files");
+  ASSERT_EQ(files.size(), 3u);
+  EXPECT_EQ(files[0].name, u"A.csv");
+  EXPECT_EQ(files[0].failure, u"");
+  EXPECT_TRUE(files[0].doubts.empty());
+  EXPECT_EQ(files[1].doubts.size(), 2u);
+  EXPECT_NE(files[2].failure, u"");
+  EXPECT_TRUE(status().filesOf(u"locators").empty());
+}
+
 TEST_F(PriceStatusTest, AFileIsImportedForACodeOnceItsDoubtsAreAnswered) {
   writeFile("export.csv", "Date;Close\n06/11/2006;12,345\n07/11/2006;12,346\n");
   const String path = m_folder + u"/export.csv";
@@ -248,7 +315,8 @@ TEST_F(PriceStatusTest, TheKeyIsShownNowhere) {
   updater().runPass();
   messageOf([&] { gateway().historicalPrice(u"XYZ.AX", m_friday, true); });
   gateway().save();
-  String shown = reasonsOf(m_code) + reasonsOf(u"XYZ.AX") + status().ofSources()[1].lastFailure->reason.text;
+  String shown =
+      reasonsOf(m_code) + reasonsOf(u"XYZ.AX") + status().ofSources()[1].told.lastFailure->reason.text;
   for (const Kind kind : {Kind::Status, Kind::Question, Kind::Warning, Kind::Error})
     for (const String& text : m_user.texts(kind))
       shown += text;

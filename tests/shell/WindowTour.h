@@ -185,6 +185,11 @@ private:
       press(dialog, "Type a price...");
       expect("Stored prices of AAA.AX", visit);
       press(dialog, "History...");
+      expect("Sources of prices", visit, [this, visit](FXWindow& sources) {
+        expect("Try a source", visit);
+        press(sources, "Try it...");
+      });
+      press(dialog, "Sources...");
     });
     command(TallymoorWindow::ID_PRICES);
     expect("Told dividends", visit);
