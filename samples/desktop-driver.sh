@@ -235,6 +235,14 @@ choose_from_list() {
   wait_for_no_window "$1"
 }
 
+# Answers the question of a first start where prices come from.
+use_sample_market() {
+  wait_for_window "Where do your prices come from?"
+  press alt+s
+  press_ok
+  wait_for_no_window "Where do your prices come from?"
+}
+
 # ---- The purchase form: the Tab order is code, search, number, price, brokerage, date, calendar, comment
 # ----
 

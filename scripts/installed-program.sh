@@ -21,6 +21,7 @@ first_start() {
   check "its windows bear the class that the menu's entry names" has_class "$window" "$2"
   check "it runs in its own folder" runs_in_its_folder
   choose_from_list "Country of Residence" 1
+  use_sample_market
   wait_for_window "Tallymoor - Getting Started"
   press Escape
   wait_for_no_window "Tallymoor - Getting Started"

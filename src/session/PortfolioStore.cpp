@@ -114,7 +114,8 @@ void PortfolioStore::load() {
 
 void PortfolioStore::readRecords() {
   const String path = recordsPath();
-  if (filePresence(path) == FilePresence::Missing)
+  m_isFirstRun = filePresence(path) == FilePresence::Missing;
+  if (m_isFirstRun)
     return;
   readDocument(path);
   cleanNames();

@@ -38,6 +38,8 @@ public:
 
   /// True from a failed load on, for the whole run.
   bool loadFailed() const { return m_loadFailed; }
+  /// True if the load has found no records at all.
+  bool isFirstRun() const { return m_isFirstRun; }
   void setLoadFailed() { m_loadFailed = true; }
   /// False when the last save could not write the records.
   bool lastSaveSucceeded() const { return m_lastSaveSucceeded; }
@@ -61,6 +63,7 @@ private:
   OpenPortfolios m_portfolios;
   RecordChanges m_changes{m_records, m_portfolios, m_user};
   bool m_loadFailed = false;
+  bool m_isFirstRun = false;
   bool m_lastSaveSucceeded = true;
   bool m_keepBackup = false;
 };

@@ -3,6 +3,7 @@
 #include "foundation/Settings.h"
 #include "foundation/UnforeseenFailure.h"
 #include "foundation/UserInteraction.h"
+#include "market/PriceStatus.h"
 #include "market/RestingStatus.h"
 #include "market/TallymoorInternet.h"
 #include "shell/AdvertStrip.h"
@@ -10,6 +11,7 @@
 #include "updates/ProgramUpdater.h"
 #include "updates/UpdateCheck.h"
 #include "views/NodeIcons.h"
+#include "views/PriceOriginDialog.h"
 #include "views/TotalCapTreeItem.h"
 #include "views/WatchlistRootTreeItem.h"
 #include "widgets/HandlerScope.h"
@@ -174,9 +176,17 @@ void TallymoorWindow::runFirstWizard(Progress& progress) {
   auto* dialog = dynamic_cast<FXWindow*>(&progress);
   if (dialog)
     dialog->hide();
+  if (store().isFirstRun())
+    askForPriceOrigin();
   m_commands.table().run(ID_WIZARD);
   if (dialog)
     dialog->show();
+}
+
+/// Where prices come from documents of another kind, the profile has been prepared for the user.
+void TallymoorWindow::askForPriceOrigin() {
+  if (TallymoorInternet::Instance().priceStatus().isSampleMarket())
+    PriceOriginDialog(this).execute();
 }
 
 void TallymoorWindow::shutdown() {

@@ -173,6 +173,7 @@ private:
   void load(Progress& progress);
   void buildNodes(Progress& progress);
   void runFirstWizard(Progress& progress);
+  void askForPriceOrigin();
   void unload(Progress& progress);
   void saveUntilDoneOrGivenUp();
   void closeViews();

@@ -3,6 +3,7 @@
 #include "books/SharePortfolioUser.h"
 #include "entry/StockSearchDialog.h"
 #include "support/windows/RealKeys.h"
+#include "views/PriceOriginDialog.h"
 #include "views/WatchlistSettings.h"
 #include "widgets/GUIPanel.h"
 #include "widgets/GetRatioDialog.h"
@@ -243,6 +244,9 @@ private:
     press(tallymoor(), " set index ");
   }
   void visitPrompts(const Visit& visit) {
+    PriceOriginDialog origin(&tallymoor());
+    expect("Where do your prices come from?", visit);
+    origin.execute();
     for (const char16_t* text : {u"Long Name", u"nothing of the kind"}) {
       StockSearchDialog search(&tallymoor(), text, true, false);
       expect("Stock Search", visit);
