@@ -2,11 +2,14 @@
 #include "entry/PriceEntryDialog.h"
 #include "entry/PriceEntryPanel.h"
 #include "market/TallymoorInternet.h"
+#include "views/CodeSourceDialog.h"
 #include "views/PriceHistoryDialog.h"
+#include "views/PriceImport.h"
 #include "views/PricesTable.h"
 #include "views/SourceActions.h"
 #include "views/SourcesDialog.h"
 #include "widgets/HandlerScope.h"
+#include "widgets/MainWindow.h"
 #include "widgets/MessageLayout.h"
 #include "widgets/TextSize.h"
 #include "widgets/ToolkitText.h"
@@ -22,6 +25,7 @@ PricesDialogMap[] = {
     FXMAPFUNC(SEL_COMMAND, PricesDialog::ID_REFRESH, PricesDialog::onRefresh),
     FXMAPFUNC(SEL_COMMAND, PricesDialog::ID_HISTORY, PricesDialog::onHistory),
     FXMAPFUNC(SEL_COMMAND, PricesDialog::ID_SOURCES, PricesDialog::onSources),
+    FXMAPFUNCS(SEL_COMMAND, PricesDialog::ID_CODE_SOURCE, PricesDialog::ID_TRY_AGAIN, PricesDialog::onStock),
 };
 
 FXIMPLEMENT(PricesDialog, Dialog, PricesDialogMap, ARRAYNUMBER(PricesDialogMap))
@@ -29,7 +33,7 @@ FXIMPLEMENT(PricesDialog, Dialog, PricesDialogMap, ARRAYNUMBER(PricesDialogMap))
 namespace {
 
 constexpr FXint WIDTH = 840;
-constexpr FXint HEIGHT = 320;
+constexpr FXint HEIGHT = 280;
 constexpr std::size_t DOUBT_LINES = 3;
 
 TallymoorInternet& gateway() {
@@ -90,8 +94,13 @@ void PricesDialog::addActions() {
                  add("Accept from &now on\t\tTakes them, and does not ask for this reason again", ID_TRUST),
                  add("&Refuse\t\tDrops the doubtful prices of this stock", ID_REFUSE)};
   row = new FXHorizontalFrame(contents(), LAYOUT_FILL_X);
-  m_typePrice = add("&Type a price...\t\tThe price of a day, as you know it", ID_TYPE_PRICE);
-  m_history = add("&History...\t\tThe stored prices of this stock, which you can correct", ID_HISTORY);
+  m_ofStock = {
+      add("&Type a price...\t\tThe price of a day, as you know it", ID_TYPE_PRICE),
+      add("&History...\t\tThe stored prices of this stock, which you can correct", ID_HISTORY),
+      add("Its so&urce...\t\tAsks one source alone for this stock, or by another code", ID_CODE_SOURCE),
+      add("&Import...\t\tPast prices of this stock from a CSV file", ID_IMPORT),
+      add("Tr&y again\t\tAsks for this stock again, also if it was marked as delisted", ID_TRY_AGAIN)};
+  row = new FXHorizontalFrame(contents(), LAYOUT_FILL_X);
   add("&Fetch again\t\tAsks the sources for all prices", ID_REFRESH);
   add("&Sources...\t\tWhere prices come from", ID_SOURCES);
 }
@@ -107,8 +116,8 @@ void PricesDialog::showChoice() {
   const auto doubtful = gateway().doubtfulPrices();
   const auto waiting = doubtful.find(code);
   const bool isDoubtful = waiting != doubtful.end();
-  showUsable(*m_typePrice, !code.empty());
-  showUsable(*m_history, !code.empty());
+  for (FXButton* button : m_ofStock)
+    showUsable(*button, !code.empty());
   for (FXButton* decision : m_decisions)
     showUsable(*decision, isDoubtful);
   showText(isDoubtful ? doubtTextOf(code, waiting->second) : String());
@@ -168,6 +177,34 @@ long PricesDialog::onSources(FXObject*, FXSelector, void*) {
     SourcesDialog(this).execute();
     showAll();
   });
+}
+
+long PricesDialog::onStock(FXObject*, FXSelector selector, void*) {
+  return guardedHandler(u"PricesDialog::onStock failed.", [this, selector] {
+    const String code = m_table->chosenKey();
+    switch (FXSELID(selector)) {
+    case ID_CODE_SOURCE:
+      CodeSourceDialog(this, code).execute();
+      break;
+    case ID_IMPORT:
+      importPrices(this, code);
+      break;
+    default:
+      tryAgain(code);
+    }
+    showAll();
+  });
+}
+
+void PricesDialog::tryAgain(const String& code) {
+  if (gateway().isBadCode(code)) {
+    if (!MainWindow::question(
+            u"No prices of " + code +
+            u" are fetched, since it is marked as delisted.\nDo you want to remove the mark?"))
+      return;
+    gateway().clearBadCode(code);
+  }
+  fetchAfresh();
 }
 
 } // namespace Tallymoor

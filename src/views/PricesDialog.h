@@ -21,6 +21,9 @@ public:
     ID_REFRESH,
     ID_HISTORY,
     ID_SOURCES,
+    ID_CODE_SOURCE,
+    ID_IMPORT,
+    ID_TRY_AGAIN,
     ID_LAST
   };
 
@@ -34,6 +37,8 @@ public:
   long onRefresh(FXObject*, FXSelector, void*);
   long onHistory(FXObject*, FXSelector, void*);
   long onSources(FXObject*, FXSelector, void*);
+  /// What is done for the chosen stock alone.
+  long onStock(FXObject*, FXSelector selector, void*);
 
 protected:
   PricesDialog() {}
@@ -43,13 +48,13 @@ private:
   void showAll();
   void showChoice();
   void showText(const String& doubt);
+  static void tryAgain(const String& code);
   static void decide(FXSelector decision, const String& code);
 
   PricesTable* m_table = nullptr;
   FXLabel* m_summary = nullptr;
   FXLabel* m_doubt = nullptr;
-  FXButton* m_typePrice = nullptr;
-  FXButton* m_history = nullptr;
+  std::array<FXButton*, 5> m_ofStock{}; ///< those that work on the chosen stock
   std::array<FXButton*, 3> m_decisions{};
   std::optional<PriceWatch> m_prices;
 };

@@ -42,9 +42,7 @@ std::vector<PriceFile> filesOf(const String& name) {
 bool mayChangeMarket(const String& name) {
   switch (status().marketChangeBy(name, true)) {
   case MarketChange::EndsSample:
-    return user().question(u"Prices come from the sample market now, where they are made up.\n"
-                           u"It is switched off with the first source of real prices, and its prices are\n"
-                           u"forgotten. Prices that you typed stay. Do you want that?");
+    return mayEndSample();
   case MarketChange::BeginsSample:
     return user().question(u"The prices of the sample market are made up.\n"
                            u"All prices that were fetched or imported are forgotten, so that they do not\n"
@@ -139,6 +137,13 @@ String filesText(const std::vector<PriceFile>& files) {
 }
 
 } // namespace
+
+bool mayEndSample() {
+  return !status().isSampleMarket() ||
+         user().question(u"Prices come from the sample market now, where they are made up.\n"
+                         u"It is switched off with the first source of real prices, and its prices are\n"
+                         u"forgotten. Prices that you typed stay. Do you want that?");
+}
 
 void fetchAfresh() {
   TallymoorInternet::Instance().forgetFailures();

@@ -12,6 +12,8 @@ namespace Tallymoor {
 // What the user can do about the sources of prices, with the questions that belong to it. GUI thread, under
 // the big mutex. All throw Exception if a change can't be written; then nothing has changed.
 
+/// Asks before made-up prices give way to real ones, if they are made up now. True if they may.
+bool mayEndSample();
 /// Switches a source on: asks for its key and lets the user try it, where that was not done yet, and asks
 /// before made-up prices give way to real ones, or the other way round. False if the user does not want it.
 bool switchSourceOn(FX::FXWindow* owner, const String& name);

@@ -186,6 +186,10 @@ private:
       press(dialog, "Type a price...");
       expect("Stored prices of AAA.AX", visit);
       press(dialog, "History...");
+      expect("Source of a stock", visit);
+      press(dialog, "Its source...");
+      expect("Import prices of AAA.AX", visit);
+      press(dialog, "Import...");
       expect("Sources of prices", visit, [this, visit](FXWindow& sources) {
         expect("Try a source", visit);
         press(sources, "Try it...");

@@ -1,5 +1,7 @@
 #include "views/PricesDialog.h"
 #include "ViewsTest.h"
+#include "market/PriceStatus.h"
+#include "support/TestPriceService.h"
 #include "views/DoubtWarnings.h"
 #include "views/PricesTable.h"
 
@@ -72,7 +74,8 @@ TEST_F(PricesDialogTest, SaysThatNothingIsWatched) {
     updater().removeCode(code);
   show([](FXWindow& dialog, PricesTable&) {
     EXPECT_TRUE(shows(dialog, "No stock is held or watched yet."));
-    for (const char* label : {"Type a price...", "Accept", "Accept from now on", "Refuse"})
+    for (const char* label : {"Type a price...", "Accept", "Accept from now on", "Refuse", "Its source...",
+                              "Import...", "Try again"})
       EXPECT_FALSE(button(dialog, label).isEnabled()) << label;
   });
 }
@@ -178,6 +181,129 @@ TEST_F(PricesDialogTest, FetchingAgainForgetsFailures) {
   show([&](FXWindow& dialog, PricesTable&) {
     press(dialog, "Fetch again");
     EXPECT_GT(requestsOfAFetch(), 0u);
+  });
+}
+
+TEST_F(PricesDialogTest, AStockIsAskedForAtOneSourceAloneByAnotherCode) {
+  SourceList& sources = gateway().priceStatus().sources();
+  show([&](FXWindow& dialog, PricesTable& table) {
+    gateway().pauseUpdates();
+    table.choose(u"BBB.AX");
+    whenModal("Source of a stock", [this](FXWindow& form) {
+      EXPECT_FALSE(field(form, "Code there").isEnabled());
+      auto* list = find<FXListBox>(form);
+      EXPECT_EQ(list->getNumItems(), 2);
+      EXPECT_STREQ("Locator documents alone", list->getItemText(1).text());
+      list->setCurrentItem(1, TRUE);
+      type(field(form, "Code there"), " ");
+      answer("You must enter the code by which the source knows the stock.", "OK");
+      press(form, "OK");
+      type(field(form, "Code there"), "AAA.AX");
+      press(form, "OK");
+    });
+    press(dialog, "Its source...");
+    gateway().pauseUpdates();
+  });
+  EXPECT_EQ(sources.pins().at(u"BBB.AX").source, u"locators");
+  EXPECT_EQ(sources.pins().at(u"BBB.AX").codeThere, u"AAA.AX");
+  EXPECT_DOUBLE_EQ(gateway().historicalPrice(u"BBB.AX", m_yesterday, true), 10);
+
+  show([&](FXWindow& dialog, PricesTable& table) {
+    table.choose(u"BBB.AX");
+    whenModal("Source of a stock", [this](FXWindow& form) {
+      EXPECT_EQ("AAA.AX", std::string(field(form, "Code there").getText().text()));
+      find<FXListBox>(form)->setCurrentItem(0, TRUE);
+      press(form, "OK");
+    });
+    press(dialog, "Its source...");
+    gateway().pauseUpdates();
+  });
+  EXPECT_TRUE(sources.pins().empty());
+}
+
+TEST_F(PricesDialogTest, PricesAreImportedFromAFileOnceItsQuestionsAreAnswered) {
+  const String path = profile().path("export.csv");
+  TestProfile::writeFile(path, "Date;Close\n01/03/2026;4.20\n02/03/2026;4.25\n");
+  const auto chooseIt = [&] {
+    whenModal("Import prices of BBB.AX", [this, path](FXWindow& dialog) {
+      type(*find<FXTextField>(dialog), path.toUTF8());
+      press(dialog, "OK");
+    });
+  };
+  show([&](FXWindow& dialog, PricesTable& table) {
+    table.choose(u"BBB.AX");
+    chooseIt();
+    whenModal("Is the day 01/03/2026 written as", [this](FXWindow& question) { press(question, "Cancel"); });
+    press(dialog, "Import...");
+    letEventsPass();
+    EXPECT_EQ(rows(table)[1], "BBB.AX||||No price is known. Check the code, or type a price.|");
+    chooseIt();
+    whenModal("Is the day 01/03/2026 written as", [this](FXWindow& question) {
+      press(question, "dd/MM/yyyy");
+      press(question, "OK");
+    });
+    answer("2 days of BBB.AX were read, from 01/03/2026 to 02/03/2026.\nThe close of 2 days is new or has "
+           "changed.",
+           "OK");
+    press(dialog, "Import...");
+    letEventsPass();
+    EXPECT_TRUE(rows(table)[1].starts_with("BBB.AX|4.25|02/03/2026|1|"));
+  });
+}
+
+TEST_F(PricesDialogTest, AnImportEndsTheSampleMarketOnlyIfTheUserAgrees) {
+  pretendSampleMarket(profile());
+  TallymoorInternet::reset();
+  const String path = profile().path("export.csv");
+  TestProfile::writeFile(path, "Date,Close\n2026-03-02,4.25\n");
+  show([&](FXWindow& dialog, PricesTable& table) {
+    EXPECT_EQ(rows(table)[0], "AAA.AX|10.00|02/03/2026|1||made up, by the sample service");
+    table.choose(u"BBB.AX");
+    for (const char* wanted : {"No", "Yes"}) {
+      EXPECT_TRUE(gateway().priceStatus().isSampleMarket());
+      whenModal("Import prices of BBB.AX", [this, path](FXWindow& files) {
+        type(*find<FXTextField>(files), path.toUTF8());
+        press(files, "OK");
+      });
+      whenModal("Prices come from the sample market now", [=, this](FXWindow& box) { press(box, wanted); });
+      if (wanted == std::string("Yes"))
+        whenModal("1 day of BBB.AX was read", [this](FXWindow& box) { press(box, "OK"); });
+      press(dialog, "Import...");
+      letEventsPass();
+    }
+    EXPECT_EQ(rows(table)[0], "AAA.AX||||No price is known. Check the code, or type a price.|");
+  });
+  EXPECT_FALSE(gateway().priceStatus().isSampleMarket());
+}
+
+TEST_F(PricesDialogTest, AFileThatCannotBeReadIsToldAndChangesNothing) {
+  TestProfile::writeFile(profile().path("export.csv"), "nonsense");
+  show([&](FXWindow& dialog, PricesTable& table) {
+    table.choose(u"AAA.AX");
+    whenModal("Import prices of AAA.AX", [this](FXWindow& files) {
+      type(*find<FXTextField>(files), profile().path("export.csv").toUTF8());
+      press(files, "OK");
+    });
+    whenModal("PricesDialog::onStock failed.", [this](FXWindow& box) { press(box, "OK"); });
+    press(dialog, "Import...");
+    letEventsPass();
+    EXPECT_EQ(rows(table)[0], "AAA.AX|10.00|02/03/2026|1||locators");
+  });
+}
+
+TEST_F(PricesDialogTest, ADelistedStockIsTriedAgain) {
+  gateway().markBadCode(u"AAA.AX");
+  show([this](FXWindow& dialog, PricesTable& table) {
+    table.choose(u"AAA.AX");
+    for (const char* wanted : {"No", "Yes"}) {
+      EXPECT_TRUE(gateway().isBadCode(u"AAA.AX"));
+      answer(
+          "No prices of AAA.AX are fetched, since it is marked as delisted.\nDo you want to remove the mark?",
+          wanted);
+      press(dialog, "Try again");
+    }
+    gateway().pauseUpdates();
+    EXPECT_FALSE(gateway().isBadCode(u"AAA.AX"));
   });
 }
 
