@@ -98,11 +98,16 @@ void PriceStatus::setOn(const String& name, bool isOn) {
     forgetMarket();
 }
 
+/// A pass under way ends first: it would store prices of the market that has ended.
 void PriceStatus::forgetMarket() {
+  const bool wasRunning = m_updater.isRunning();
+  m_updater.stopAndJoin();
   ++m_marketStamp;
   m_history.forgetFetched();
   for (const String& code : m_updater.codes())
     m_updater.setCurrentPrice(code, 0.0);
+  if (wasRunning)
+    m_updater.start();
 }
 
 PriceStatus::TrialFetch PriceStatus::beginTrial(const String& name, const String& code) {
@@ -141,8 +146,9 @@ PriceStatus::TrialFetch PriceStatus::beginTrial(const String& name, const String
 
 void PriceStatus::endTrial(const String& name, const Trial& trial) {
   const BigMutexLock lock;
-  if (!trial.failure)
-    m_connection.sources().noteTried(name);
+  SourceList& sources = m_connection.sources();
+  if (!trial.failure && !sources.source(name).isTried)
+    sources.noteTried(name);
 }
 
 std::vector<PriceFile> PriceStatus::filesOf(const String& name) {

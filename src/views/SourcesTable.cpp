@@ -85,7 +85,7 @@ void SourcesTable::fillTable() {
   addColumn(std::make_unique<Column>(u"Kind", kindCell, COMPARE_TEXT, true, FXTableItem::LEFT));
   addColumn(std::make_unique<Column>(u"State", stateCell, COMPARE_TEXT, true, FXTableItem::LEFT));
   addColumn(std::make_unique<Column>(u"Requests", requestsCell, COMPARE_NUMBER))
-      .setToolTip(u"Requests of today since the program was started, and how many the source allows");
+      .setToolTip(u"Requests of today, as far as they were counted, and how many the source allows");
   addColumn(std::make_unique<Column>(u"Last said", saidCell, COMPARE_TEXT, true, FXTableItem::LEFT))
       .setToolTip(u"What its last answer was since the program was started");
   m_sources.clear();

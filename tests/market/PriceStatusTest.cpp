@@ -198,6 +198,24 @@ TEST_F(PriceStatusTest, TheFirstSourceOfRealPricesEndsTheSampleMarket) {
   EXPECT_FALSE(status().ofCode(m_code).isSample);
 }
 
+TEST_F(PriceStatusTest, APassUnderWayStoresNothingOfTheSampleMarketThatHasEnded) {
+  makeSample();
+  m_market.setCurrentPrice(m_code, 5.5);
+  m_market.stall(Page::Quote);
+  m_answer.body = R"({"days":[{"date":"2006-11-14","close":2.75}]})";
+  status().sources().setKey(u"Service", KEY);
+  trySource(u"Service");
+  m_service.server().forgetRequests();
+  updater().addCode(m_code);
+  updater().start();
+  m_market.awaitRequests(Page::Quote, 1);
+  status().setOn(u"Service", true);
+  EXPECT_TRUE(m_service.server().waitForRequests(1)) << "the pass has ended, and another one has begun";
+  gateway().pauseUpdates();
+  m_market.release(Page::Quote);
+  EXPECT_NE(updater().getCurrentPrice(m_code), 5.5);
+}
+
 TEST_F(PriceStatusTest, TheSampleMarketIsNotSwitchedOnBesideRealSources) {
   makeSample();
   addFolder();
