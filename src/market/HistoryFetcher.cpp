@@ -94,7 +94,7 @@ std::optional<DayFetch> HistoryFetcher::nextFetch(Chain& chain) {
     return std::exchange(chain.next, std::nullopt);
   while (!chain.needs.empty()) {
     HistoryNeed& need = chain.needs.front();
-    if (const std::optional<DayFetch> fetch = m_history.nextFetch(need))
+    if (std::optional<DayFetch> fetch = m_history.nextFetch(need))
       return fetch;
     chain.needs.pop_front();
   }
