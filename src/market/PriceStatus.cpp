@@ -3,6 +3,7 @@
 #include "foundation/Exception.h"
 #include "foundation/UnforeseenFailure.h"
 #include "market/Connection.h"
+#include "market/HistoryFetcher.h"
 #include "market/LastPrice.h"
 #include "market/LocatorPrices.h"
 #include "market/LocatorSet.h"
@@ -13,8 +14,9 @@
 
 namespace Tallymoor {
 
-PriceStatus::PriceStatus(Connection& connection, PriceHistory& history, PriceUpdater& updater)
-    : m_connection(connection), m_history(history), m_updater(updater) {}
+PriceStatus::PriceStatus(Connection& connection, PriceHistory& history, PriceUpdater& updater,
+                         HistoryFetcher& fetcher)
+    : m_connection(connection), m_history(history), m_updater(updater), m_fetcher(fetcher) {}
 
 PriceStatus::OfCode PriceStatus::ofCode(const String& code) {
   const BigMutexLock lock;
@@ -98,10 +100,11 @@ void PriceStatus::setOn(const String& name, bool isOn) {
     forgetMarket();
 }
 
-/// A pass under way ends first: it would store prices of the market that has ended.
+/// What is being fetched ends first: it would be stored, with prices of the market that has ended.
 void PriceStatus::forgetMarket() {
   const bool wasRunning = m_updater.isRunning();
   m_updater.stopAndJoin();
+  m_fetcher.cancel();
   ++m_marketStamp;
   m_history.forgetFetched();
   for (const String& code : m_updater.codes())

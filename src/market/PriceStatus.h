@@ -10,6 +10,7 @@
 namespace Tallymoor {
 
 class Connection;
+class HistoryFetcher;
 class PriceHistory;
 class PriceUpdater;
 
@@ -62,7 +63,8 @@ public:
   };
 
   /// What is referred to is not owned.
-  PriceStatus(Connection& connection, PriceHistory& history, PriceUpdater& updater);
+  PriceStatus(Connection& connection, PriceHistory& history, PriceUpdater& updater,
+              HistoryFetcher& fetcher);
 
   OfCode ofCode(const String& code);
   /// In their order.
@@ -105,6 +107,7 @@ private:
   Connection& m_connection;
   PriceHistory& m_history;
   PriceUpdater& m_updater;
+  HistoryFetcher& m_fetcher;
   std::uint64_t m_marketStamp = 0;
 };
 

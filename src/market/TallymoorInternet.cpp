@@ -94,7 +94,7 @@ TallymoorInternet::TallymoorInternet(const Options& options)
       m_toldDividends(dataDirectory(Platform::Instance(), APP_NAME) + TOLD_DIVIDENDS_FILE),
       m_updater(m_connection, m_history, options.updaterStartDelay),
       m_fetcher(m_connection, m_history, m_updater),
-      m_status(std::make_unique<PriceStatus>(m_connection, m_history, m_updater)) {
+      m_status(std::make_unique<PriceStatus>(m_connection, m_history, m_updater, m_fetcher)) {
   try {
     m_connection.goOnline();
   } catch (const Exception&) {
