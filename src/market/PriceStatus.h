@@ -1,4 +1,5 @@
 #pragma once
+#include "foundation/BigMutex.h"
 #include "market/CsvFile.h"
 #include "market/SourceList.h"
 #include <cstdint>
@@ -102,7 +103,7 @@ public:
   Import importFile(const String& code, const String& path, const CsvAnswers& answers);
 
 private:
-  void forgetMarket();
+  void forgetMarket() REQUIRES(bigMutex());
 
   Connection& m_connection;
   PriceHistory& m_history;

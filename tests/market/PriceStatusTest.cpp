@@ -216,6 +216,21 @@ TEST_F(PriceStatusTest, APassUnderWayStoresNothingOfTheSampleMarketThatHasEnded)
   EXPECT_NE(updater().getCurrentPrice(m_code), 5.5);
 }
 
+TEST_F(PriceStatusTest, PastPricesOnTheirWayFromTheSampleMarketAreNotStoredAfterItHasEnded) {
+  makeSample();
+  m_market.setHistory(m_code, m_friday.plusDays(-30), m_friday, 5.5);
+  m_market.stall(Page::History);
+  {
+    const BigMutexLock lock;
+    ASSERT_TRUE(gateway().requestHistory({m_code, m_friday.plusDays(-10), m_friday}));
+  }
+  m_market.awaitRequests(Page::History, 1);
+  addFolder();
+  m_market.release(Page::History);
+  GatewayScope::awaitHistory();
+  EXPECT_FALSE(gateway().hasCachedPrice(m_code, m_friday));
+}
+
 TEST_F(PriceStatusTest, TheSampleMarketIsNotSwitchedOnBesideRealSources) {
   makeSample();
   addFolder();
