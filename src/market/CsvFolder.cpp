@@ -167,7 +167,7 @@ void CsvFolder::search(const String& text, bool, bool, std::vector<CodeSearchRes
                        const std::stop_token&) const {
   forEachFile(m_folder, [&](const std::filesystem::path&, const String& stem) {
     if (comparable(stem).contains(comparable(text)))
-      results.push_back({stem, String(), m_name});
+      results.push_back({stem, stem, m_name}); // a result without a name is shown nowhere
     return false;
   });
 }

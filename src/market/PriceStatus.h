@@ -64,8 +64,7 @@ public:
   };
 
   /// What is referred to is not owned.
-  PriceStatus(Connection& connection, PriceHistory& history, PriceUpdater& updater,
-              HistoryFetcher& fetcher);
+  PriceStatus(Connection& connection, PriceHistory& history, PriceUpdater& updater, HistoryFetcher& fetcher);
 
   OfCode ofCode(const String& code);
   /// In their order.

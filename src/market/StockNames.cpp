@@ -32,7 +32,7 @@ String nameOf(const String& code) {
 
 void remember(const String& code, const String& name) {
   const String kept = cleaned(name);
-  if (code.empty() || kept.empty() || kept == nameOf(code))
+  if (code.empty() || kept.empty() || kept == code || kept == nameOf(code))
     return;
   Settings::Instance().writeString(SECTION, code, kept);
   Settings::Instance().commitIfPossible(); // a name is no reason to trouble the user

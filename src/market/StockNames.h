@@ -11,7 +11,8 @@ namespace StockNames {
 String nameOf(const String& code);
 
 /// Keeps a name in place of the one before. It comes from a page, so control characters and blanks beyond one
-/// are taken out and it is cut to what a table can show; an empty one, or an empty code, is ignored.
+/// are taken out and it is cut to what a table can show; an empty one, an empty code, or the code itself is
+/// ignored.
 void remember(const String& code, const String& name);
 
 } // namespace StockNames

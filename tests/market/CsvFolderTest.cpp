@@ -92,6 +92,7 @@ TEST_F(CsvFolderTest, FindsCodesByTheNamesOfFiles) {
   folder().search(u"abc", true, false, results, {});
   ASSERT_EQ(results.size(), 1u);
   EXPECT_EQ(results[0].code, u"ABC.AX");
+  EXPECT_EQ(results[0].name, u"ABC.AX") << "the search shows results by their names";
 }
 
 } // namespace

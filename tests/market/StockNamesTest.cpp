@@ -37,6 +37,12 @@ TEST_F(StockNamesTest, EmptyCodesAndNamesAreIgnored) {
   EXPECT_EQ(String(u"BHP Group"), StockNames::nameOf(u"BHP.AX"));
 }
 
+TEST_F(StockNamesTest, ACodeIsNoName) {
+  StockNames::remember(u"BHP.AX", u"BHP Group");
+  StockNames::remember(u"BHP.AX", u"BHP.AX"); // what a search in a folder of files gives
+  EXPECT_EQ(String(u"BHP Group"), StockNames::nameOf(u"BHP.AX"));
+}
+
 TEST_F(StockNamesTest, ANameIsOneLineOfLimitedLength) {
   StockNames::remember(u"A.AX", u"\n Alpha \t\u00A0 & Beta\u0085Ltd ");
   EXPECT_EQ(String(u"Alpha & Beta Ltd"), StockNames::nameOf(u"A.AX"));

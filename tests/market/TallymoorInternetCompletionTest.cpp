@@ -223,10 +223,11 @@ TEST_F(CompletionTest, DaysAreAskedForForwardUntilOneFails) {
   TallymoorInternet::reset();
   m_market.setHistory(m_code, Date(2006, 9, 1), m_today, 7);
   gateway().requestHistory({m_code, Date(2006, 9, 4), m_friday});
-  gateway().requestHistory({u"NONE.AX", m_first, m_friday});
   gateway().historyFetcher().join();
   EXPECT_EQ(gateway().cachedRows(m_code, Date(2006, 9, 4), m_friday).size(), 68u);
   EXPECT_EQ(m_market.requestedRanges().front().start, Date(2006, 9, 4));
+  gateway().requestHistory({u"NONE.AX", m_first, m_friday});
+  gateway().historyFetcher().join();
   EXPECT_EQ(numFetches(), 2u);
   EXPECT_FALSE(gateway().isToBeFetched(u"NONE.AX", m_first));
   EXPECT_TRUE(gateway().isToBeFetched(u"NONE.AX", m_friday)) << "the user is asked first";
