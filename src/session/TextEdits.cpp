@@ -46,7 +46,7 @@ struct Skipped {
 /// Where a window of one text, `from` bytes behind its start, stands within the reach of the other.
 std::optional<std::size_t> placeOfWindow(std::string_view text, std::size_t from, std::string_view other,
                                          std::size_t reach) {
-  if (from + WINDOW > text.size())
+  if (from + WINDOW > text.size() || WINDOW > other.size())
     return std::nullopt;
   const void* const found =
       ::memmem(other.data(), std::min(other.size(), reach + WINDOW), text.data() + from, WINDOW);
