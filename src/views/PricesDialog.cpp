@@ -101,8 +101,9 @@ void PricesDialog::addActions() {
       add("&Import...\t\tPast prices of this stock from a CSV file", ID_IMPORT),
       add("Tr&y again\t\tAsks for this stock again, also if it was marked as delisted", ID_TRY_AGAIN)};
   row = new FXHorizontalFrame(contents(), LAYOUT_FILL_X);
-  add("&Fetch again\t\tAsks the sources for all prices", ID_REFRESH);
-  add("&Sources...\t\tWhere prices come from", ID_SOURCES);
+  new FXButton(row, "&Fetch again\t\tAsks the sources for all prices", nullptr, this, ID_REFRESH,
+               BUTTON_NORMAL);
+  new FXButton(row, "&Sources...\t\tWhere prices come from", nullptr, this, ID_SOURCES, BUTTON_NORMAL);
 }
 
 void PricesDialog::showAll() {

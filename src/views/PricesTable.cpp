@@ -79,9 +79,9 @@ void PricesTable::fillTable() {
   m_prices.clear();
   const auto doubtful = gateway.doubtfulPrices();
   for (const String& code : gateway.priceUpdater().codes())
-    addRow(std::make_unique<Row>(code, &m_prices.emplace_back(gateway.priceStatus().ofCode(code),
-                                                              gateway.lastTradedClose(code, Date()),
-                                                              doubtful.contains(code))));
+    addRow(std::make_unique<Row>(code, &m_prices.emplace_back(KnownPrice{
+                                           gateway.priceStatus().ofCode(code),
+                                           gateway.lastTradedClose(code, Date()), doubtful.contains(code)})));
   rebuild();
   choose(chosen);
 }

@@ -190,7 +190,7 @@ String addSourceFolder(FXWindow* owner) {
   const String folder = chooseFolder(owner, u"Folder of CSV files");
   if (folder.empty())
     return String();
-  const String name = freeName(u"Folder " + lastPartOf(folder));
+  String name = freeName(u"Folder " + lastPartOf(folder));
   status().sources().addFolder(name, folder);
   askAboutFiles(name);
   switchOn(name);
@@ -206,7 +206,7 @@ String addSourceCommand(FXWindow* owner) {
   const std::vector<String> words = commandWords(dialog.text());
   if (words.empty())
     return String();
-  const String name = freeName(u"Command " + lastPartOf(words.front()));
+  String name = freeName(u"Command " + lastPartOf(words.front()));
   status().sources().addCommand(name, words);
   trySource(owner, name);
   return name;
