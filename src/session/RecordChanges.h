@@ -51,8 +51,8 @@ public:
   /// Keeps the text of a portfolio, which takes a moment for a large one, so that its first change does not
   /// have to. Until its text is kept, nothing may change it but by `make`.
   void prepare(const SharePortfolioUser& portfolio);
-  /// What was changed without `make` becomes a change of its own, so that another one can be undone alone. To
-  /// be called before toUndo and toRedo are asked for what is to be done now. Throws Exception.
+  /// What was changed without `make` becomes a change of its own, so that another one can be undone alone.
+  /// Call it before toUndo and toRedo. Throws Exception.
   void noticeRest();
   /// To be called right before the records are written, and right after that.
   void beforeSave();

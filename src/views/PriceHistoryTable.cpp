@@ -23,7 +23,7 @@ String local(const Date& day) {
   return day.toString(DATE_DISPLAY_LOCAL);
 }
 
-/// Empty for what is unknown.
+/// Empty if unknown.
 CellResult priceCell(double price) {
   return showsAsZero(price) ? CellResult(String()) : CellResult(price, CELL_PRICE);
 }
