@@ -1,4 +1,5 @@
 #include "support/windows/RealKeys.h"
+#include "support/windows/PendingEvents.h"
 #include <X11/Xlib.h>
 #include <algorithm>
 #include <stdexcept>
@@ -13,18 +14,6 @@ constexpr int MOST_TAB_STOPS = 300;
 FXWindow& receiver(FXApp& app, FXWindow& mainWindow) {
   FXWindow* modal = app.getModality() == MODAL_FOR_NONE ? nullptr : app.getModalWindow();
   return modal && modal->shown() ? *modal : mainWindow;
-}
-
-/// Runs the event loop until both sides are idle and new windows are laid out. A single run is not enough:
-/// the toolkit's loop can return early, and a window opened by a key is ready only after further events from
-/// the server.
-void letItWork(FXApp& app, FXWindow& mainWindow) {
-  auto* display = static_cast<Display*>(app.getDisplay());
-  do {
-    app.runWhileEvents();
-    app.flush(TRUE);
-  } while (XEventsQueued(display, QueuedAlready) > 0 ||
-           app.hasChore(&receiver(app, mainWindow), FXShell::ID_LAYOUT));
 }
 
 } // namespace
@@ -48,11 +37,11 @@ void RealKeys::send(FXWindow& to, FXuint code, FXuint state, bool down) {
 void RealKeys::press(FXWindow& mainWindow, FXuint code, FXuint state) {
   FXWindow& to = receiver(m_app, mainWindow);
   send(to, code, state, true);
-  letItWork(m_app, mainWindow);
+  handlePendingEvents(m_app);
   // A popup may have closed; the release of its key goes to the window below.
   FXWindow& then = receiver(m_app, mainWindow);
   send(then, code, state, false);
-  letItWork(m_app, mainWindow);
+  handlePendingEvents(m_app);
 }
 
 void RealKeys::press(FXWindow& mainWindow, FXuint code, FXuint state, int times) {

@@ -1,4 +1,5 @@
 #include "support/windows/WindowTest.h"
+#include "support/windows/PendingEvents.h"
 #include "widgets/PacedWakeUp.h"
 #include "widgets/ProgressDialog.h"
 #include <algorithm>
@@ -224,9 +225,9 @@ bool WindowTest::runUntil(const std::function<bool()>& condition) {
 void WindowTest::letEventsPass() {
   bool hasWorked = false;
   const auto handleEvents = [&] {
-    m_app->runWhileEvents();
+    handlePendingEvents(*m_app);
     for (; awaitBackgroundWork(); hasWorked = true)
-      m_app->runWhileEvents();
+      handlePendingEvents(*m_app);
   };
   m_app->flush(TRUE);
   handleEvents();
