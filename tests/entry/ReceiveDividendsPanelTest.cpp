@@ -411,10 +411,11 @@ TEST_F(ReceiveDividendsPanelTest, AFailureOfTheDateButtonIsReported) {
 
 TEST_F(ReceiveDividendsPanelTest, FieldsLineUp) {
   const FXint left = find<StockChoice>(*m_panel)->getX();
-  for (const char* label : {"On Shares Held", "Dividend Rate", "Value", "Franking Credit", "Date Received",
-                            "Withholding Tax", "Shares received", "Share price"})
+  for (const char* label : {"On Shares Held", "Dividend Rate", "Value", "Date Received", "Withholding Tax",
+                            "Shares received", "Share price"})
     EXPECT_EQ(left, field(*m_panel, label).getX()) << label;
   EXPECT_EQ(left, spinner().getX());
+  EXPECT_LT(left + spinner().getWidth(), field(*m_panel, "Franking Credit").getX()); // in the same row
   EXPECT_EQ(left, countries().getX());
   EXPECT_EQ(left, button(*m_panel, "Paid in cash").getX());
 }
