@@ -1,6 +1,7 @@
 #include "session/Change.h"
 #include "foundation/Exception.h"
 #include <algorithm>
+#include <memory>
 #include <openssl/evp.h>
 #include <utility>
 #include <zstd.h>
@@ -12,6 +13,9 @@ namespace {
 constexpr int COMPRESSION = 3;
 /// An import may replace portfolios of 64 MB, and a change holds both versions.
 constexpr std::size_t LARGEST = std::size_t{512} * 1024 * 1024;
+
+/// The first bytes of a state, by which those of the first versions are told apart: SHA-256 of the text.
+constexpr std::array<unsigned char, 8> STATE_MARK{0x89, 'T', 'M', 's', 't', 'a', 't', '2'};
 
 class Packer {
 public:
@@ -121,14 +125,31 @@ std::optional<Change> unpackChange(std::string_view bytes) {
   return from.isWhole() && from.isAtEnd() ? std::optional(std::move(change)) : std::nullopt;
 }
 
-} // namespace
-
-RecordsState stateOf(std::string_view records) {
+RecordsState earlierStateOf(std::string_view records) {
   RecordsState state{};
   unsigned length = 0;
   if (EVP_Digest(records.data(), records.size(), state.data(), &length, EVP_sha256(), nullptr) != 1)
-    throw Exception(u"stateOf - no checksum can be made");
+    throw Exception(u"A checksum can't be made of the records.");
   return state;
+}
+
+} // namespace
+
+RecordsState stateOf(const TextFingerprint& records) {
+  RecordsState state{};
+  auto out = std::copy(STATE_MARK.begin(), STATE_MARK.end(), state.begin());
+  for (const std::uint64_t number : {records.values()[0], records.values()[1], records.length()})
+    for (int shift = 0; shift < 64; shift += 8)
+      *out++ = static_cast<unsigned char>(number >> shift);
+  return state;
+}
+
+bool StatesOf::contain(const RecordsState& state) const {
+  if (std::equal(STATE_MARK.begin(), STATE_MARK.end(), state.begin()))
+    return state == m_state;
+  if (!m_earlier)
+    m_earlier = earlierStateOf(m_records);
+  return state == *m_earlier;
 }
 
 ChangedPortfolio ChangedPortfolio::between(const PortfolioText& before, const PortfolioText& after) {
@@ -154,10 +175,10 @@ ChangedPortfolio ChangedPortfolio::reversed() const {
 }
 
 std::optional<std::string> ChangedPortfolio::appliedTo(std::string_view records) const {
-  if (stateOf(records) != before)
+  if (!StatesOf(records).contain(before))
     return std::nullopt;
   std::optional<std::string> result = edited(records, edits);
-  return result && stateOf(*result) == after ? result : std::nullopt;
+  return result && StatesOf(*result).contain(after) ? result : std::nullopt;
 }
 
 std::string packed(const Change& change) {
@@ -171,9 +192,14 @@ std::string packed(const Change& change) {
     packPortfolio(packer, portfolio);
   if (packer.bytes().size() > LARGEST)
     throw Exception(u"The change is too large to be kept in the journal.");
+  // Made once, as making it takes longer than compressing a usual change.
+  static thread_local const std::unique_ptr<ZSTD_CCtx, decltype(&ZSTD_freeCCtx)> context(ZSTD_createCCtx(),
+                                                                                         ZSTD_freeCCtx);
+  if (!context)
+    throw Exception(u"There is no memory to compress the change for the journal.");
   std::string bytes(ZSTD_compressBound(packer.bytes().size()), '\0');
-  const std::size_t length =
-      ZSTD_compress(bytes.data(), bytes.size(), packer.bytes().data(), packer.bytes().size(), COMPRESSION);
+  const std::size_t length = ZSTD_compressCCtx(context.get(), bytes.data(), bytes.size(),
+                                               packer.bytes().data(), packer.bytes().size(), COMPRESSION);
   if (ZSTD_isError(length))
     throw Exception(u"The change can't be compressed for the journal: " + String(ZSTD_getErrorName(length)));
   bytes.resize(length);

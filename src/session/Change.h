@@ -1,5 +1,6 @@
 #pragma once
 #include "foundation/String.h"
+#include "foundation/TextFingerprint.h"
 #include "session/TextEdits.h"
 #include <array>
 #include <cstdint>
@@ -10,9 +11,25 @@
 
 namespace Tallymoor {
 
-/// A checksum (SHA-256) of a portfolio's records as they are written.
+/// A checksum of a portfolio's records as they are written.
 using RecordsState = std::array<unsigned char, 32>;
-RecordsState stateOf(std::string_view records);
+RecordsState stateOf(const TextFingerprint& records);
+inline RecordsState stateOf(std::string_view records) {
+  return stateOf(TextFingerprint(records));
+}
+
+/// The states that may stand for some records in a journal: the first versions wrote another checksum.
+class StatesOf {
+public:
+  /// The text outlives this.
+  explicit StatesOf(std::string_view records) : m_records(records), m_state(stateOf(records)) {}
+  bool contain(const RecordsState& state) const;
+
+private:
+  std::string_view m_records;
+  RecordsState m_state;
+  mutable std::optional<RecordsState> m_earlier; ///< computed when it is first needed
+};
 
 /// A portfolio before or after a change; without a name and with an empty text for one that is not there.
 struct PortfolioText {

@@ -186,6 +186,7 @@ void Journal::cutTo(std::uint64_t size) {
   if (uninterrupted([&] { return ::ftruncate(m_file->get(), static_cast<off_t>(size)); }) != 0)
     fail("cannot cut", m_path, errno);
   m_size = size;
+  m_hasRest = false;
 }
 
 std::string Journal::bytesAt(std::uint64_t place, std::size_t length) const {
@@ -217,13 +218,15 @@ Change Journal::read(const Entry& entry) {
   return std::move(*change);
 }
 
-// What a write has left behind that failed before is cut off first: the end of the file is always that of an
-// entry.
+// What a write has left behind that failed before is cut off first, so the end of the file is always that of
+// an entry.
 void Journal::append(Change& change) {
   change.number = m_entries.empty() ? 1 : m_entries.back().number + 1;
   const std::string bytes = entryOf(change);
   const std::uint64_t place = m_size;
-  cutTo(place);
+  if (m_hasRest)
+    cutTo(place);
+  m_hasRest = true;
   int error = writeWhole(m_file->get(), bytes.data(), bytes.size());
   const char* what = "cannot write";
   if (error == 0 && uninterrupted([this] { return FileOperations::current().sync(m_file->get()); }) != 0) {
@@ -235,6 +238,7 @@ void Journal::append(Change& change) {
     (void)uninterrupted([&] { return ::ftruncate(m_file->get(), static_cast<off_t>(place)); });
     fail(what, m_path, error);
   }
+  m_hasRest = false;
   m_size = place + bytes.size();
   take(change, place, bytes.size());
 }

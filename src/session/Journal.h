@@ -70,6 +70,7 @@ private:
   String m_path;
   std::optional<OpenFile> m_file; ///< never empty after construction
   std::uint64_t m_size = 0;       ///< up to the end of the last whole entry
+  bool m_hasRest = false;         ///< there may be something behind that end
   std::vector<Entry> m_entries;
   bool m_lostTornEntry = false;
   std::size_t m_damagedPlaces = 0;

@@ -211,7 +211,7 @@ const RecordChanges::Kept* RecordChanges::keptOf(const XMLSharePortfolio& elemen
 
 RecordChanges::Kept RecordChanges::textNow(const Present& present, const Kept* former) {
   auto text = std::make_shared<const ElementText>(present.element, former ? former->text.get() : nullptr);
-  const RecordsState state = stateOf(text->text());
+  const RecordsState state = stateOf(text->fingerprint());
   return {
       &present.element, present.element.changeStamp(), present.place, present.name, std::move(text), state};
 }
@@ -261,10 +261,23 @@ void RecordChanges::keepAll() {
 }
 
 /// What is null was not there, or is not there now.
-PortfolioText RecordChanges::textOf(const Kept* portfolio) {
-  if (!portfolio)
-    return PortfolioText::of(String(), 0, {});
-  return {portfolio->name, portfolio->place, portfolio->text->text(), portfolio->state};
+ChangedPortfolio RecordChanges::changeOf(const Kept* before, const Kept* after) {
+  if (!before || !after) {
+    const std::string text = (before ? before : after)->text->text();
+    const auto versionOf = [&text](const Kept* portfolio) {
+      return portfolio ? PortfolioText::of(portfolio->name, portfolio->place, text)
+                       : PortfolioText::of(String(), 0, {});
+    };
+    return ChangedPortfolio::between(versionOf(before), versionOf(after));
+  }
+  ChangedPortfolio change{before->name, after->name, before->place, after->place, before->state,
+                          after->state, {}};
+  for (const ElementText::Difference& difference : ElementText::differences(*before->text, *after->text))
+    for (TextEdit& edit : editsBetween(difference.before, difference.after)) {
+      edit.place += difference.place;
+      change.edits.push_back(std::move(edit));
+    }
+  return change;
 }
 
 /// The kept portfolio that this one was: the same element, or else one of its name whose element has gone.
@@ -300,7 +313,7 @@ std::vector<ChangedPortfolio> RecordChanges::changesTo(const Texts& now) const {
   std::vector<ChangedPortfolio> changes;
   for (const auto& [before, after] : differencesTo(now))
     if (!before || !after || before->name != after->name || before->state != after->state)
-      changes.push_back(ChangedPortfolio::between(textOf(before), textOf(after)));
+      changes.push_back(changeOf(before, after));
   return changes;
 }
 

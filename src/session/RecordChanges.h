@@ -96,7 +96,7 @@ private:
   static Kept textNow(const Present& present, const Kept* former);
   std::vector<Present> presentOnes() const;
   Texts textsNow(ChangedOnes changed) const;
-  static PortfolioText textOf(const Kept* portfolio);
+  static ChangedPortfolio changeOf(const Kept* before, const Kept* after);
   const Kept* formerOf(const Kept& now, const Texts& all) const;
   /// What was before and what is now, where they differ; null for what was not or is not there.
   std::vector<std::pair<const Kept*, const Kept*>> differencesTo(const Texts& now) const;

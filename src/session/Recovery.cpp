@@ -34,14 +34,17 @@ void follow(States& states, const Change& change) {
 std::optional<std::size_t> countOfSaved(const std::vector<Change>& changes,
                                         const std::map<String, std::string>& texts) {
   States states = statesBefore(changes);
-  States onDisk = states;
-  for (auto& [name, state] : onDisk) {
-    const auto text = texts.find(name);
-    state = text == texts.end() ? std::nullopt : std::optional(stateOf(text->second));
-  }
+  std::map<String, StatesOf> onDisk;
+  for (const auto& [name, text] : texts)
+    if (states.contains(name))
+      onDisk.emplace(name, text);
+  const auto isOnDisk = [&onDisk](const auto& state) {
+    const auto found = onDisk.find(state.first);
+    return found == onDisk.end() ? !state.second : state.second && found->second.contain(*state.second);
+  };
   std::optional<std::size_t> saved;
   for (std::size_t count = 0;; ++count) {
-    if (states == onDisk)
+    if (std::all_of(states.begin(), states.end(), isOnDisk))
       saved = count;
     if (count == changes.size())
       return saved;
@@ -93,7 +96,7 @@ public:
       const auto found = m_portfolios.find(state.first);
       if (found == m_portfolios.end())
         return !state.second;
-      return state.second && stateOf(found->second.portfolio.text) == *state.second;
+      return state.second && StatesOf(found->second.portfolio.text).contain(*state.second);
     });
   }
 

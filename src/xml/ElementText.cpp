@@ -1,63 +1,120 @@
 #include "xml/ElementText.h"
-#include "xml/ElementWriter.h"
-#include "xml/XMLElement.h"
+#include "xml/TextPiece.h"
 #include <algorithm>
-#include <ostream>
-#include <streambuf>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
 
 namespace Tallymoor {
 
 namespace {
 
-/// Appends to a string.
-class StringBuffer : public std::streambuf {
-public:
-  explicit StringBuffer(std::string& text) : m_text(text) {}
+/// Of all differences together. Above it most has changed, and the texts are better compared as a whole.
+constexpr std::size_t MOST_BYTES = std::size_t{64} * 1024;
 
-protected:
-  std::streamsize xsputn(const char* bytes, std::streamsize count) override {
-    m_text.append(bytes, static_cast<std::size_t>(count));
-    return count;
-  }
-  int_type overflow(int_type c) override {
-    m_text.push_back(traits_type::to_char_type(c));
-    return c;
-  }
+using Groups = std::vector<std::shared_ptr<const WrittenGroup>>;
+using Elements = std::vector<const WrittenElement*>;
+
+Elements elementsOf(Groups::const_iterator first, Groups::const_iterator last) {
+  Elements elements;
+  for (; first != last; ++first)
+    for (const WrittenElement& written : (*first)->elements)
+      elements.push_back(&written);
+  return elements;
+}
+
+class Comparison {
+public:
+  void compare(const TextPiece& before, const TextPiece& after);
+  bool isTooMuch() const { return m_bytes > MOST_BYTES; }
+  std::vector<ElementText::Difference> take() { return std::move(m_differences); }
 
 private:
-  std::string& m_text;
+  void compare(const Groups& before, const Groups& after);
+  void compare(const Elements& before, const Elements& after);
+  void add(std::string_view before, std::string_view after);
+
+  std::vector<ElementText::Difference> m_differences;
+  std::size_t m_place = 0; ///< in the text before
+  std::size_t m_bytes = 0;
 };
+
+void Comparison::compare(const TextPiece& before, const TextPiece& after) {
+  if (&before == &after) {
+    m_place += before.fingerprint.length();
+  } else if (before.isSplit() && after.isSplit()) {
+    add(before.head, after.head);
+    compare(before.groups, after.groups);
+    add(before.tail, after.tail);
+  } else {
+    add(before.text(), after.text());
+  }
+}
+
+void Comparison::compare(const Groups& before, const Groups& after) {
+  const auto [first, firstAfter] = std::mismatch(before.begin(), before.end(), after.begin(), after.end());
+  const auto [end, endAfter] = std::mismatch(before.rbegin(), std::make_reverse_iterator(first),
+                                             after.rbegin(), std::make_reverse_iterator(firstAfter));
+  for (auto same = before.begin(); same != first; ++same)
+    m_place += (*same)->fingerprint.length();
+  compare(elementsOf(first, end.base()), elementsOf(firstAfter, endAfter.base()));
+  for (auto same = end.base(); same != before.end(); ++same)
+    m_place += (*same)->fingerprint.length();
+}
+
+/// Those that stand on both sides in the same order are compared with each other.
+void Comparison::compare(const Elements& before, const Elements& after) {
+  std::unordered_map<const XMLElement*, std::size_t> places;
+  for (std::size_t i = 0; i < after.size(); ++i)
+    places.emplace(after[i]->element, i);
+  std::size_t next = 0;
+  for (const WrittenElement* const written : before) {
+    if (isTooMuch())
+      return;
+    const auto found = places.find(written->element);
+    if (found == places.end() || found->second < next) {
+      add(written->piece->text(), {});
+      continue;
+    }
+    for (; next < found->second; ++next)
+      add({}, after[next]->piece->text());
+    compare(*written->piece, *after[next++]->piece);
+  }
+  for (; next < after.size() && !isTooMuch(); ++next)
+    add({}, after[next]->piece->text());
+}
+
+void Comparison::add(std::string_view before, std::string_view after) {
+  if (before != after) {
+    if (m_differences.empty() || m_differences.back().place + m_differences.back().before.size() != m_place)
+      m_differences.push_back({m_place, {}, {}});
+    m_differences.back().before += before;
+    m_differences.back().after += after;
+    m_bytes += before.size() + after.size();
+  }
+  m_place += before.size();
+}
 
 } // namespace
 
-// Pieces keep their order, so the next one is nearly always the one that is looked for.
-std::string_view WrittenPieces::formerTextOf(const XMLElement& element) {
-  const auto next = m_former.begin() + static_cast<std::ptrdiff_t>(m_next);
-  const auto found = std::find_if(next, m_former.end(), [&element](const Piece& piece) {
-    return piece.element == &element && piece.stamp == element.changeStamp();
-  });
-  if (found == m_former.end())
-    return {};
-  m_next = static_cast<std::size_t>(found - m_former.begin()) + 1;
-  return m_formerText.substr(found->place, found->length);
+ElementText::ElementText(XMLElement& element, const ElementText* former)
+    : m_piece(pieceOf(element, former ? former->m_piece.get() : nullptr)) {}
+
+std::string ElementText::text() const {
+  return m_piece->text();
 }
 
-void WrittenPieces::add(const XMLElement& element, std::size_t place, std::size_t length) {
-  m_pieces.push_back({&element, element.changeStamp(), place, length});
+const TextFingerprint& ElementText::fingerprint() const {
+  return m_piece->fingerprint;
 }
 
-ElementText::ElementText(XMLElement& element, const ElementText* former) {
-  WrittenPieces pieces;
-  if (former) {
-    pieces.m_formerText = former->m_text;
-    pieces.m_former = former->m_pieces;
-    pieces.m_pieces.reserve(former->m_pieces.size() + 1);
-    m_text.reserve(former->m_text.size() + former->m_text.size() / 8);
-  }
-  StringBuffer buffer(m_text);
-  std::ostream stream(&buffer);
-  ElementWriter(stream, &pieces).write(element);
-  m_pieces = std::move(pieces.m_pieces);
+std::vector<ElementText::Difference> ElementText::differences(const ElementText& before,
+                                                              const ElementText& after) {
+  Comparison comparison;
+  comparison.compare(*before.m_piece, *after.m_piece);
+  if (comparison.isTooMuch())
+    return {{0, before.text(), after.text()}};
+  return comparison.take();
 }
 
 } // namespace Tallymoor

@@ -1,49 +1,37 @@
 #pragma once
+#include "foundation/TextFingerprint.h"
 #include <cstddef>
-#include <cstdint>
+#include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace Tallymoor {
 
 class XMLElement;
 
-/// What ElementText knows of the elements two levels below its own: where their text stands.
-class WrittenPieces {
-public:
-  /// The text of an element that has not changed since the former text; empty for any other. To be asked in
-  /// the order of the elements.
-  std::string_view formerTextOf(const XMLElement& element);
-  void add(const XMLElement& element, std::size_t place, std::size_t length);
-
-private:
-  friend class ElementText;
-  struct Piece {
-    const XMLElement* element; ///< only compared
-    std::uint64_t stamp;
-    std::size_t place;
-    std::size_t length;
-  };
-
-  std::string_view m_formerText;
-  std::vector<Piece> m_former;
-  std::size_t m_next = 0; ///< of the former ones: the first that was not met yet
-  std::vector<Piece> m_pieces;
-};
-
 /// The text of an element as `encode` writes it, for a large one that is written again after each small
-/// change: what lies two levels below it is encoded again only if it has changed since the former text.
+/// change: what has not changed since the former text is shared with it, so the time follows the change.
 class ElementText {
 public:
+  /// A place at which two texts differ.
+  struct Difference {
+    std::size_t place; ///< bytes before it, in the text before
+    std::string before;
+    std::string after;
+  };
+
   /// Without a former text everything is encoded. Throws as encode.
   explicit ElementText(XMLElement& element, const ElementText* former = nullptr);
 
-  const std::string& text() const { return m_text; }
+  std::string text() const;
+  const TextFingerprint& fingerprint() const;
+
+  /// Where the text has become another one, in the order of the places. A difference may hold more than what
+  /// differs: it is that of the elements that have changed, or of everything where most has.
+  static std::vector<Difference> differences(const ElementText& before, const ElementText& after);
 
 private:
-  std::string m_text;
-  std::vector<WrittenPieces::Piece> m_pieces;
+  std::shared_ptr<const struct TextPiece> m_piece;
 };
 
 } // namespace Tallymoor

@@ -1,16 +1,9 @@
 #include "xml/ElementWriter.h"
 #include "xml/ElementLayout.h"
-#include "xml/ElementText.h"
 #include "xml/XMLElement.h"
 #include <ostream>
 
 namespace Tallymoor {
-
-namespace {
-
-constexpr int PIECE_DEPTH = 2;
-
-} // namespace
 
 void ElementWriter::writeHead(const XMLElement& root, const String& stylesheetPath, const String& dtdName) {
   m_stream << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>" << std::endl;
@@ -32,6 +25,21 @@ void ElementWriter::write(XMLElement& element) {
   m_writer.flush();
 }
 
+void ElementWriter::writeStart(XMLElement& element) {
+  if (element.m_hasComments)
+    writeComments(ElementComments::of(element).before);
+  writeOpening(element);
+  m_writer.raw('>');
+  m_writer.flush();
+}
+
+void ElementWriter::writeEnd(XMLElement& element) {
+  const ElementComments comments = element.m_hasComments ? ElementComments::of(element) : ElementComments();
+  writeClosing(element, comments.inside);
+  writeComments(comments.after);
+  m_writer.flush();
+}
+
 void ElementWriter::writeWithComments(XMLElement& element) {
   static const ElementComments::Texts NONE;
   if (!element.m_hasComments) {
@@ -45,12 +53,7 @@ void ElementWriter::writeWithComments(XMLElement& element) {
 }
 
 void ElementWriter::writeElement(XMLElement& element, const ElementComments::Texts& commentsInside) {
-  const std::string& name = element.m_layout->nameUtf8();
-  m_writer.raw('<');
-  m_writer.raw(name);
-  element.checkAttributes();
-  element.checkSubElements();
-  writeAttributes(element);
+  writeOpening(element);
   const bool leaf = element.isLeaf();
   const bool empty = leaf ? element.m_value.empty() : element.m_subElements.empty();
   if (empty && commentsInside.empty()) {
@@ -64,9 +67,22 @@ void ElementWriter::writeElement(XMLElement& element, const ElementComments::Tex
     m_writer.text(element.m_value);
   else
     m_writer.escaped(element.m_value);
+  writeClosing(element, commentsInside);
+}
+
+/// Without the end of the tag.
+void ElementWriter::writeOpening(const XMLElement& element) {
+  m_writer.raw('<');
+  m_writer.raw(element.m_layout->nameUtf8());
+  element.checkAttributes();
+  element.checkSubElements();
+  writeAttributes(element);
+}
+
+void ElementWriter::writeClosing(const XMLElement& element, const ElementComments::Texts& commentsInside) {
   writeComments(commentsInside);
   m_writer.raw("</");
-  m_writer.raw(name);
+  m_writer.raw(element.m_layout->nameUtf8());
   m_writer.raw('>');
 }
 
@@ -84,28 +100,29 @@ void ElementWriter::writeAttributes(const XMLElement& element) {
 }
 
 /// What is unsafe here is unsafe below, and stays so.
-void ElementWriter::writeSubElements(XMLElement& element) {
-  ++m_depth;
-  for (std::size_t place = 0; place < element.m_subElements.places(); ++place)
-    for (XMLElement* below : element.m_subElements.at(place)) {
-      if (!element.m_contentSafe || !element.m_layout->subElements()[place].contentSafe)
-        below->markContentUnsafe();
-      if (m_pieces && m_depth == PIECE_DEPTH)
-        writePiece(*below);
-      else
-        writeWithComments(*below);
-    }
-  --m_depth;
+void ElementWriter::passOnUnsafety(XMLElement& element, std::size_t place) {
+  if (!element.m_contentSafe || !element.m_layout->subElements()[place].contentSafe)
+    for (XMLElement* below : element.m_subElements.at(place))
+      below->markContentUnsafe();
 }
 
-void ElementWriter::writePiece(XMLElement& element) {
-  const std::size_t place = m_writer.written();
-  const std::string_view former = m_pieces->formerTextOf(element);
-  if (former.empty())
-    writeWithComments(element);
-  else
-    m_writer.raw(former);
-  m_pieces->add(element, place, m_writer.written() - place);
+void ElementWriter::writeSubElements(XMLElement& element) {
+  for (std::size_t place = 0; place < element.m_subElements.places(); ++place) {
+    passOnUnsafety(element, place);
+    for (XMLElement* below : element.m_subElements.at(place))
+      writeWithComments(*below);
+  }
+}
+
+std::vector<XMLElement*> ElementWriter::subElementsOf(XMLElement& element) {
+  std::vector<XMLElement*> all;
+  all.reserve(element.m_subElements.size());
+  for (std::size_t place = 0; place < element.m_subElements.places(); ++place) {
+    passOnUnsafety(element, place);
+    const auto below = element.m_subElements.at(place);
+    all.insert(all.end(), below.begin(), below.end());
+  }
+  return all;
 }
 
 void ElementWriter::writeComments(const ElementComments::Texts& comments) {

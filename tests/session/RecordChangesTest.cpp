@@ -12,8 +12,10 @@
 #include "support/TestProfile.h"
 #include "xml/PortfolioRecords.h"
 #include <filesystem>
+#include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <openssl/evp.h>
 #include <sstream>
 
 namespace Tallymoor {
@@ -50,6 +52,30 @@ protected:
     std::ostringstream stream;
     store.records().encode(stream);
     return stream.str();
+  }
+  static std::string textOf(PortfolioStore& store, const String& portfolio) {
+    std::ostringstream stream;
+    store.portfolios().at(portfolio)->portfolio().encode(stream);
+    return stream.str();
+  }
+  static RecordsState sha256(const std::string& text) {
+    RecordsState state{};
+    EVP_Digest(text.data(), text.size(), state.data(), nullptr, EVP_sha256(), nullptr);
+    return state;
+  }
+  void rewriteJournal(const std::function<void(Change&)>& alter) const {
+    std::vector<Change> changes;
+    {
+      Journal before(journal());
+      for (const Journal::Entry& entry : before.entries())
+        changes.push_back(before.read(entry));
+    }
+    std::filesystem::remove(journal().toUTF8());
+    Journal after(journal());
+    for (Change& change : changes) {
+      alter(change);
+      after.append(change);
+    }
   }
   /// What a start makes of the files.
   std::string textAfterStart() {
@@ -130,6 +156,62 @@ TEST_F(RecordChangesTest, RecordsThatWereWrittenWithoutTheMarkOfTheirSaveAreReco
   EXPECT_TRUE(user.calls(Kind::Information).empty());
   EXPECT_EQ(text, textAfterStart());
   EXPECT_THAT(user.texts(Kind::Information).at(0).toUTF8(), HasSubstr("The change that was made"));
+}
+
+// Their states are SHA-256 of the records.
+TEST_F(RecordChangesTest, JournalsOfTheFirstVersionsAreRecoveredUndoneAndContinued) {
+  std::vector<std::string> texts;
+  {
+    PortfolioStore store(user);
+    store.load();
+    addPortfolioTo(store, u"Trading");
+    store.save();
+    const auto keepText = [&] { texts.push_back(textOf(store, u"Trading")); };
+    keepText();
+    deposit(store, 100.0);
+    keepText();
+    buy(store, u"ABC.AX", 20);
+    keepText();
+  }
+  rewriteJournal([&texts, next = std::size_t{0}](Change& change) mutable {
+    if (change.portfolios.empty() || change.portfolios[0].nameBefore.empty())
+      return; // the new portfolio
+    change.portfolios[0].before = sha256(texts.at(next));
+    change.portfolios[0].after = sha256(texts.at(++next));
+  });
+  {
+    PortfolioStore store(user);
+    store.load();
+    EXPECT_EQ(texts.at(2), textOf(store, u"Trading"));
+    store.changes().undo();
+    EXPECT_EQ(texts.at(1), textOf(store, u"Trading"));
+    deposit(store, 7.0);
+    texts.push_back(textOf(store, u"Trading"));
+  }
+  PortfolioStore store(user);
+  store.load();
+  EXPECT_EQ(texts.at(3), textOf(store, u"Trading"));
+  EXPECT_TRUE(user.calls(Kind::Warning).empty());
+  store.changes().undo();
+  store.changes().undo();
+  EXPECT_EQ(texts.at(0), textOf(store, u"Trading"));
+}
+
+TEST_F(RecordChangesTest, AJournalOfTheFirstVersionsForOtherRecordsIsRefused) {
+  {
+    PortfolioStore store(user);
+    store.load();
+    addPortfolioTo(store, u"Trading");
+    store.save();
+    deposit(store, 100.0);
+  }
+  rewriteJournal([](Change& change) {
+    for (ChangedPortfolio& portfolio : change.portfolios)
+      portfolio.before = sha256("other records");
+  });
+  user.clearCalls();
+  textAfterStart();
+  EXPECT_THAT(user.texts(Kind::Warning).at(0).toUTF8(), HasSubstr("can't be added to them"));
 }
 
 TEST_F(RecordChangesTest, RenamedDeletedAndNewPortfoliosAreRecovered) {
