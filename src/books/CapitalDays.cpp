@@ -40,6 +40,13 @@ std::string elementOfCode(const String& code) {
 
 } // namespace
 
+CapitalDays::CapitalDays(const CapitalDays& other)
+    : m_days(other.m_days), m_holdings(other.m_holdings), m_injections(other.m_injections),
+      m_codes(other.m_codes), m_codePlaces(other.m_codePlaces), m_texts(other.m_texts) {
+  for (const auto& [day, element] : other.m_elements)
+    m_elements.emplace(day, std::make_unique<XMLDayCap>(*element));
+}
+
 void CapitalDays::clear() {
   *this = CapitalDays();
 }

@@ -25,6 +25,13 @@ class Utf8Writer;
 /// written.
 class CapitalDays {
 public:
+  CapitalDays() = default;
+  ~CapitalDays() = default;
+  CapitalDays(const CapitalDays& other);
+  CapitalDays(CapitalDays&& other) = default;
+  CapitalDays& operator=(const CapitalDays&) = delete;
+  CapitalDays& operator=(CapitalDays&&) = default;
+
   struct Holding {
     std::uint32_t code; ///< its place among the codes
     PriceStanding standing;

@@ -2,6 +2,7 @@
 #include "books/PortfolioEvents.h"
 #include "books/PortfolioFiles.h"
 #include "foundation/Amounts.h"
+#include "foundation/BackgroundWriting.h"
 #include "foundation/Exception.h"
 #include "foundation/FileReplacement.h"
 #include "xml/RecordTexts.h"
@@ -74,14 +75,20 @@ bool CapitalRecord::isModified() const {
 void CapitalRecord::save() {
   if (!isModified())
     return;
-  replaceFile(
-      m_fileName, [this](std::ostream& stream) { m_document.write(stream); },
-      [](const String& temporaryPath) { CapitalRecordDocument().read(temporaryPath); });
+  BackgroundWriting::finish();
+  m_document.writeFile(m_fileName);
   m_modified = false;
+}
+
+CapitalRecordDocument CapitalRecord::takeToWrite() {
+  days();
+  m_modified = false;
+  return m_document;
 }
 
 void CapitalRecord::removeFile() {
   days();
+  BackgroundWriting::finish();
   Tallymoor::removeFile(m_fileName);
   m_modified = true;
 }

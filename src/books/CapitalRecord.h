@@ -39,6 +39,10 @@ public:
   /// Writes the file if the days differ from it. The finished temporary is read once before it replaces
   /// the old file. Throws Exception; the old file then stands and the record stays modified.
   void save();
+  /// A copy of what save() would write, for BackgroundWriting. The record counts as saved from then on;
+  /// notWritten() tells that it could not be.
+  CapitalRecordDocument takeToWrite();
+  void notWritten() { m_modified = true; }
   /// True when the days differ from the file.
   bool isModified() const;
   /// Removes the file, not the days in memory, which count as modified from then on. A missing file is fine.

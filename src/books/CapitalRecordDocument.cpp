@@ -216,6 +216,12 @@ void CapitalRecordDocument::write(std::ostream& stream) {
   writer.flush();
 }
 
+void CapitalRecordDocument::writeFile(const String& path) {
+  replaceFile(
+      path, [this](std::ostream& stream) { write(stream); },
+      [](const String& temporaryPath) { CapitalRecordDocument().read(temporaryPath); });
+}
+
 void CapitalRecordDocument::clear() {
   head.reset();
   days.clear();

@@ -19,6 +19,9 @@ struct CapitalRecordDocument {
   bool readPlain(const String& path);
   /// Writes the same document as its elements would.
   void write(std::ostream& stream);
+  /// Replaces the file. The finished temporary is read once before that. Throws Exception; the old file then
+  /// stands.
+  void writeFile(const String& path);
   /// Takes away all days, the name and the attributes.
   void clear();
 };

@@ -1,42 +1,24 @@
 #include "session/PortfolioStore.h"
 #include "books/UnreadableDates.h"
+#include "foundation/BackgroundWriting.h"
 #include "foundation/Constants.h"
 #include "foundation/FileReplacement.h"
 #include "foundation/Platform.h"
 #include "foundation/UnforeseenFailure.h"
 #include "foundation/UserInteraction.h"
 #include "market/MarketPrices.h"
+#include "session/RecordsWriting.h"
 #include "xml/CleanName.h"
-#include "xml/DocumentFile.h"
+#include "xml/ElementText.h"
 #include "xml/Leaves.h"
 #include <fstream>
-#include <optional>
 #include <set>
 #include <sstream>
+#include <utility>
 
 namespace Tallymoor {
 
 namespace {
-
-String recordsPath() {
-  return dataDirectory(Platform::Instance(), APP_NAME) + PORTFOLIOS_FILE;
-}
-
-String backupPath(const String& path) {
-  return path + u".bak";
-}
-
-/// A name for a backup that must not be lost: the first of ".bak.1", ".bak.2", ... that is free.
-String unusedBackupPath(const String& path) {
-  int number = 1;
-  while (filePresence(backupPath(path) + u"." + String::fromLong(number)) != FilePresence::Missing)
-    ++number;
-  return backupPath(path) + u"." + String::fromLong(number);
-}
-
-XMLElement* newRecords() {
-  return new XMLPortfolios;
-}
 
 String recoveryText() {
   return String(u"An error occurred while loading your data.\n"
@@ -96,6 +78,10 @@ const char16_t* const OVERWRITE_QUESTION = u"Since there was a problem when you 
 
 } // namespace
 
+PortfolioStore::~PortfolioStore() {
+  finishSaving();
+}
+
 void PortfolioStore::load() {
   try {
     withUnforeseenFailures([this] { readRecords(); });
@@ -118,6 +104,7 @@ void PortfolioStore::readRecords() {
   if (m_isFirstRun)
     return;
   readDocument(path);
+  m_writtenStamps = presentStamps();
   cleanNames();
   setUnreadableDatesAside(path);
   openPortfolios();
@@ -150,7 +137,8 @@ void PortfolioStore::cleanNames() {
       taken.insert(name.value());
     }
     XMLElement& index = portfolio.subElement(u"ComparisonIndex");
-    index.setValue(cleanName(index.value()));
+    if (const String clean = cleanName(index.value()); !(clean == index.value()))
+      index.setValue(clean);
   }
 }
 
@@ -171,26 +159,29 @@ void PortfolioStore::save() {
 bool PortfolioStore::saveRecords() {
   if (m_loadFailed && !m_user.question(OVERWRITE_QUESTION))
     return false;
-  m_changes.beforeSave();
-  m_lastSaveSucceeded = writeRecords(recordsPath());
+  finishSaving(); // what it could not write is written now
+  const std::uint64_t lastChange = m_changes.beforeSave();
+  m_lastSaveSucceeded = writeRecords();
   if (m_lastSaveSucceeded)
-    m_changes.saved();
+    m_changes.saved(lastChange);
   return m_lastSaveSucceeded;
 }
 
-bool PortfolioStore::writeRecords(const String& path) {
-  std::optional<Exception> backupFailure;
+bool PortfolioStore::writeRecords() {
   try {
-    if (!m_keepBackup)
-      withUnforeseenFailures([&] { backUp(path); });
-  } catch (const Exception& exception) {
-    backupFailure = exception;
-  }
-  try {
-    withUnforeseenFailures([&] { replaceRecords(path); });
+    RecordsWriting writing;
+    withUnforeseenFailures([&] {
+      writing = toWrite();
+      for (const auto& [name, portfolio] : m_portfolios)
+        if (portfolio->capitalRecord().isModified())
+          writing.capital.push_back({portfolio->capitalRecord().fileName(), std::nullopt});
+      writing.write();
+    });
     m_keepBackup = false;
-    if (backupFailure)
-      m_user.reportException(u"Your data were saved, but not the copy of the last ones.", *backupFailure);
+    m_writtenStamps = presentStamps();
+    if (writing.backupFailure)
+      m_user.reportException(u"Your data were saved, but not the copy of the last ones.",
+                             *writing.backupFailure);
     return true;
   } catch (const Exception& exception) {
     const NothingLostYet told(exception);
@@ -202,19 +193,76 @@ bool PortfolioStore::writeRecords(const String& path) {
   }
 }
 
-// The files of changed capital records are emptied before the records are replaced: a crash in between then
-// leaves days that are missing, and computed again, instead of days that are wrong.
-void PortfolioStore::replaceRecords(const String& path) {
-  for (const auto& [name, portfolio] : m_portfolios)
-    if (portfolio->capitalRecord().isModified())
-      emptyFile(portfolio->capitalRecord().fileName());
-  saveDocument(path, m_records, RECORDS_DTD, newRecords);
+/// The records alone.
+RecordsWriting PortfolioStore::toWrite() {
+  RecordsWriting writing;
+  writing.text = DocumentText(m_records, RECORDS_DTD,
+                              [this](const XMLElement& portfolio) { return m_changes.knownText(portfolio); });
+  if (m_keepBackup)
+    writing.backup = RecordsWriting::Backup::Keep;
+  else if (m_loadFailed)
+    writing.backup = RecordsWriting::Backup::Spare;
+  return writing;
 }
 
-void PortfolioStore::backUp(const String& path) const {
-  if (m_loadFailed)
-    copyFileReplacing(backupPath(path), unusedBackupPath(path));
-  copyFileReplacing(path, backupPath(path));
+std::map<String, std::uint64_t> PortfolioStore::presentStamps() const {
+  std::map<String, std::uint64_t> stamps;
+  for (const XMLSharePortfolio& portfolio : m_records.portfolios())
+    stamps[portfolio.portfolioName()] = portfolio.changeStamp();
+  return stamps;
+}
+
+// ---- On a thread of its own ----
+
+/// Until finishSaving(), the writing thread has it.
+struct PortfolioStore::Saving {
+  RecordsWriting writing;
+  std::map<String, std::uint64_t> stamps;
+  std::uint64_t lastChange;
+  std::optional<Exception> failure;
+};
+
+bool PortfolioStore::beginSaving(std::function<void()> whenWritten) {
+  if (m_loadFailed || m_saving)
+    return false;
+  const auto saving = std::make_shared<Saving>();
+  saving->lastChange = m_changes.beforeSave();
+  saving->writing = toWrite();
+  saving->stamps = presentStamps();
+  for (const auto& [name, portfolio] : m_portfolios) {
+    const auto written = m_writtenStamps.find(name);
+    SharePortfolioCapitalRecordUser& record = portfolio->capitalRecord();
+    if ((written == m_writtenStamps.end() || written->second != portfolio->portfolio().changeStamp()) &&
+        record.isModified())
+      saving->writing.capital.push_back({record.fileName(), record.takeToWrite()});
+  }
+  m_saving = saving;
+  BackgroundWriting::begin([saving, whenWritten = std::move(whenWritten)] {
+    try {
+      withUnforeseenFailures([&] { saving->writing.write(); });
+    } catch (const Exception& exception) {
+      saving->failure = exception;
+    }
+    whenWritten();
+  });
+  return true;
+}
+
+std::optional<Exception> PortfolioStore::finishSaving() {
+  if (!m_saving)
+    return std::nullopt;
+  BackgroundWriting::finish();
+  const auto saving = std::exchange(m_saving, nullptr);
+  for (const RecordsWriting::Capital& capital : saving->writing.capital)
+    for (const auto& [name, portfolio] : m_portfolios)
+      if (!capital.isWritten && portfolio->capitalRecord().fileName() == capital.path)
+        portfolio->capitalRecord().notWritten();
+  if (saving->failure)
+    return saving->failure;
+  m_keepBackup = true; // it holds what was there before the user's changes
+  m_writtenStamps = std::move(saving->stamps);
+  m_changes.saved(saving->lastChange);
+  return saving->writing.backupFailure;
 }
 
 void PortfolioStore::saveCapitalRecords() {
@@ -230,6 +278,7 @@ void PortfolioStore::saveCapitalRecords() {
 }
 
 void PortfolioStore::clear() {
+  finishSaving();
   m_changes.close();
   m_portfolios.clear();
   m_records.reset();

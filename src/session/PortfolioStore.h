@@ -2,10 +2,16 @@
 #include "session/OpenPortfolios.h"
 #include "session/RecordChanges.h"
 #include "xml/PortfolioRecords.h"
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
 
 namespace Tallymoor {
 
 class UserInteraction;
+struct RecordsWriting;
 
 /// Owns the records of all portfolios, and reads and writes them: "Portfolios.xml" with its ".bak", and the
 /// capital records beside it. The portfolios work on the records in place, so they always go first. GUI
@@ -14,6 +20,7 @@ class PortfolioStore {
 public:
   /// The user is told of failures and asked before an old file is overwritten.
   explicit PortfolioStore(UserInteraction& user) : m_user(user) {}
+  ~PortfolioStore();
   PortfolioStore(const PortfolioStore&) = delete;
   PortfolioStore& operator=(const PortfolioStore&) = delete;
 
@@ -32,6 +39,18 @@ public:
   /// The first half of save(): the capital records of changed portfolios are missing until the other half,
   /// and would be computed again. False when the records were not written.
   bool saveRecords();
+
+  /// Begins to write the records, and the capital records of portfolios that have changed since they were
+  /// written, on a thread of its own. The copy of the last records is renewed only if this is the first write
+  /// since the start or the last save(), so that it holds what was there before the user's changes. False,
+  /// with nothing done, while that is under way and after a failed load. Throws Exception where the records
+  /// can't be written as a document.
+  ///
+  /// The function is called on the other thread at the end; finishSaving() is then to be called soon.
+  bool beginSaving(std::function<void()> whenWritten);
+  /// Waits for the end of that. What could not be written, if anything.
+  std::optional<Exception> finishSaving();
+
   /// Whether the next save leaves the copy of the last records as it is, because it goes together with the
   /// save before: the copy then holds what was there before both.
   void keepBackup(bool keep) { m_keepBackup = keep; }
@@ -53,9 +72,11 @@ private:
   void cleanNames();
   void setUnreadableDatesAside(const String& path);
   void openPortfolios();
-  void backUp(const String& path) const;
-  bool writeRecords(const String& path);
-  void replaceRecords(const String& path);
+  struct Saving;
+
+  bool writeRecords();
+  RecordsWriting toWrite();
+  std::map<String, std::uint64_t> presentStamps() const;
   void saveCapitalRecords();
 
   UserInteraction& m_user;
@@ -66,6 +87,8 @@ private:
   bool m_isFirstRun = false;
   bool m_lastSaveSucceeded = true;
   bool m_keepBackup = false;
+  std::shared_ptr<Saving> m_saving;
+  std::map<String, std::uint64_t> m_writtenStamps; ///< of the portfolios as they stand in the file, by name
 };
 
 } // namespace Tallymoor

@@ -5,6 +5,7 @@
 #include "foundation/UnforeseenFailure.h"
 #include "foundation/UserInteraction.h"
 #include "session/RecordTree.h"
+#include "session/RecordsWriting.h"
 #include "session/Recovery.h"
 #include "xml/ElementText.h"
 #include "xml/PortfolioRecords.h"
@@ -20,14 +21,6 @@ namespace {
 
 String journalPath() {
   return dataDirectory(Platform::Instance(), APP_NAME) + u"Journal";
-}
-
-/// For a journal that is set aside: the first name that is free.
-String unusedPath(const String& path) {
-  int number = 1;
-  while (filePresence(path + u"." + String::fromLong(number)) != FilePresence::Missing)
-    ++number;
-  return path + u"." + String::fromLong(number);
 }
 
 std::int64_t secondsNow() {
@@ -123,17 +116,28 @@ Journal& RecordChanges::journal() {
 }
 
 /// What is on disk is to be a state that the journal knows.
-void RecordChanges::beforeSave() {
+std::uint64_t RecordChanges::beforeSave() {
   try {
     if (!m_texts.empty())
       withUnforeseenFailures([this] { noticeRest(); });
   } catch (const Exception&) {
     // The save matters more, and has its own reasons to fail.
   }
+  return lastNumber();
 }
 
-void RecordChanges::saved() {
-  if (!m_journal || m_journal->entries().empty() || m_journal->entries().back().kind == Change::Kind::Saved)
+std::uint64_t RecordChanges::lastNumber() const {
+  return m_journal && !m_journal->entries().empty() ? m_journal->entries().back().number : 0;
+}
+
+const ElementText* RecordChanges::knownText(const XMLElement& portfolio) const {
+  const Kept* const kept = keptOf(elementAs<XMLSharePortfolio>(portfolio));
+  return kept && kept->stamp == portfolio.changeStamp() ? kept->text.get() : nullptr;
+}
+
+void RecordChanges::saved(std::uint64_t lastChange) {
+  if (lastChange == 0 || lastNumber() != lastChange ||
+      m_journal->entries().back().kind == Change::Kind::Saved)
     return;
   Change mark;
   mark.kind = Change::Kind::Saved;
@@ -189,6 +193,8 @@ void RecordChanges::recover() {
     return;
   }
   m_texts = textsNow(ChangedOnes::Written);
+  if (m_afterChange)
+    m_afterChange();
   m_user.information(recoveredText(changes, recovery->count));
 }
 
@@ -361,6 +367,8 @@ void RecordChanges::note(Change change) {
     follow(m_journal->entries().back());
   }
   m_texts = std::move(now);
+  if (!change.portfolios.empty() && m_afterChange)
+    m_afterChange();
 }
 
 void RecordChanges::run(Change change, const Command& command) {

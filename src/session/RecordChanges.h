@@ -54,9 +54,15 @@ public:
   /// What was changed without `make` becomes a change of its own, so that another one can be undone alone.
   /// Call it before toUndo and toRedo. Throws Exception.
   void noticeRest();
-  /// To be called right before the records are written, and right after that.
-  void beforeSave();
-  void saved();
+  /// To be called right before the records are written: gives the number of the last change in them.
+  std::uint64_t beforeSave();
+  /// To be called when they are on disk. Without the mark that it makes, as when there were more changes
+  /// meanwhile, the next start finds by the records themselves what they lack.
+  void saved(std::uint64_t lastChange);
+  /// The text of a portfolio, if it is kept and still that; else null.
+  const ElementText* knownText(const XMLElement& portfolio) const;
+  /// Called after each change that was made, undone, made again or recovered; empty for none.
+  void afterChange(Command command) { m_afterChange = std::move(command); }
 
   /// A change that can be undone or made again, without what it changed; null if there is none.
   const Journal::Entry* toUndo() const;
@@ -87,6 +93,7 @@ private:
   struct Wanted;
 
   Journal& journal();
+  std::uint64_t lastNumber() const;
   void openJournal();
   void recover();
   void refuse(const std::vector<Change>& changes);
@@ -118,6 +125,7 @@ private:
   std::optional<Journal> m_journal;
   Texts m_texts;
   Command m_beforeOtherElements;
+  Command m_afterChange;
   bool m_isOpen = false;
   bool m_isRunning = false;
   std::vector<std::uint64_t> m_undo; ///< numbers of entries

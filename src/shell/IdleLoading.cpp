@@ -40,12 +40,8 @@ void IdleLoading::stop() {
   m_app->removeTimeout(this, ID_LATER);
 }
 
-bool IdleLoading::mayWork() const {
-  return !m_window.isBusy() && !m_app->getPopupWindow();
-}
-
 long IdleLoading::onIdle(FXObject*, FXSelector, void*) {
-  if (!mayWork()) {
+  if (!m_window.isIdle()) {
     m_app->addTimeout(this, ID_LATER, RETRY);
     return 1;
   }

@@ -30,7 +30,6 @@ public:
   long onIdle(FXObject*, FXSelector, void*);
 
 private:
-  bool mayWork() const;
   bool doNextPiece();
   void work();
 

@@ -61,7 +61,7 @@ void forgetWarnings() {
 TallymoorWindow::TallymoorWindow(FXApp* app, WindowIcons& icons)
     : MainWindow(app, icons.big.get(), icons.mini.get()), m_icons(icons),
       m_session(UserInteraction::Instance()), m_place(*this), m_viewDate(*this), m_online(*this, icons),
-      m_idleLoading(*this), m_commands(*this, icons) {
+      m_idleLoading(*this), m_selfSaving(*this), m_commands(*this, icons) {
   new FXToolTip(app, TOOLTIP_VARIABLE);
   m_place.restore();
   m_menus = m_commands.makeMenus(*menuBar());
@@ -78,6 +78,7 @@ TallymoorWindow::TallymoorWindow(FXApp* app, WindowIcons& icons)
 TallymoorWindow::~TallymoorWindow() {
   BigMutexLock lock;
   m_idleLoading.stop();
+  m_selfSaving.stop();
   m_logOut.reset();
   m_programUpdater->stopAndJoin();
   m_advertThread.reset();
@@ -215,6 +216,7 @@ void TallymoorWindow::unload(Progress& progress) {
   if (TallymoorInternet::exists())
     TallymoorInternet::Instance().priceUpdater().removeObserver(this);
   m_idleLoading.stop();
+  m_selfSaving.stop();
   progress.step(1, u"waiting for update threads");
   m_programUpdater->stopAndJoin();
   m_advertThread.reset();

@@ -6,6 +6,7 @@
 #include "shell/IdleLoading.h"
 #include "shell/LogOutController.h"
 #include "shell/OnlineController.h"
+#include "shell/SelfSaving.h"
 #include "shell/TrayController.h"
 #include "shell/ViewDateController.h"
 #include "shell/WindowCommands.h"
@@ -140,6 +141,8 @@ public:
   void portfoliosLoaded();
   /// A dialog or popup is open, or a handler lets events pass.
   bool isBusy() const;
+  /// Whether work that nobody asked for may be done now.
+  bool isIdle() const { return !isBusy() && !getApp()->getPopupWindow(); }
   /// A window dragged off the screen counts as minimised.
   bool isOffScreen() const;
   /// Saves everything. Throws Exception.
@@ -184,6 +187,7 @@ private:
   ViewDateController m_viewDate;
   OnlineController m_online;
   IdleLoading m_idleLoading;
+  SelfSaving m_selfSaving;
   WindowCommands m_commands;
   std::vector<std::unique_ptr<FXMenuPane>> m_menus; ///< must go before the window does
   FXHorizontalFrame* m_toolBarRow = nullptr;

@@ -1,4 +1,5 @@
 #include "views/TotalCapTreeItem.h"
+#include "foundation/BackgroundWriting.h"
 #include "foundation/FileReplacement.h"
 #include "foundation/LengthyFunctions.h"
 #include "foundation/RunTimeSettings.h"
@@ -308,6 +309,7 @@ void TotalCapTreeItem::deletePortfolio(const String& name) {
     dropNode(name);
     removePortfolio(*m_portfolios, *m_records, name);
   });
+  BackgroundWriting::finish(); // of a save
   removeFile(file);
 }
 

@@ -1,6 +1,8 @@
 #include "xml/ElementText.h"
+#include "xml/ElementWriter.h"
 #include "xml/TextPiece.h"
 #include <algorithm>
+#include <sstream>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -115,6 +117,34 @@ std::vector<ElementText::Difference> ElementText::differences(const ElementText&
   if (comparison.isTooMuch())
     return {{0, before.text(), after.text()}};
   return comparison.take();
+}
+
+DocumentText::DocumentText(XMLElement& root, const String& dtdName, const Known& known) {
+  std::ostringstream head;
+  ElementWriter writer(head);
+  writer.writeHead(root, String(), dtdName);
+  const std::vector<XMLElement*> all = ElementWriter::subElementsOf(root);
+  if (all.empty()) {
+    writer.write(root);
+    m_head = head.str();
+    return;
+  }
+  writer.writeStart(root);
+  m_head = head.str();
+  for (XMLElement* const element : all) {
+    const ElementText* const text = known(*element);
+    m_below.push_back(text ? *text : ElementText(*element));
+  }
+  std::ostringstream tail;
+  ElementWriter(tail).writeEnd(root);
+  m_tail = tail.str();
+}
+
+std::string DocumentText::text() const {
+  std::string text = m_head;
+  for (const ElementText& element : m_below)
+    element.m_piece->appendTo(text);
+  return text + m_tail;
 }
 
 } // namespace Tallymoor

@@ -1,6 +1,8 @@
 #pragma once
+#include "foundation/String.h"
 #include "foundation/TextFingerprint.h"
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -31,7 +33,27 @@ public:
   static std::vector<Difference> differences(const ElementText& before, const ElementText& after);
 
 private:
+  friend class DocumentText;
   std::shared_ptr<const struct TextPiece> m_piece;
+};
+
+/// A document as encodeWithDoctype writes it. It is made in the time of what is not known yet, and any thread
+/// may put the text together.
+class DocumentText {
+public:
+  /// Asked for each element right below the root; gives null if its text is not known.
+  using Known = std::function<const ElementText*(const XMLElement&)>;
+
+  DocumentText() = default;
+  /// Throws as encode.
+  DocumentText(XMLElement& root, const String& dtdName, const Known& known);
+
+  std::string text() const;
+
+private:
+  std::string m_head;
+  std::vector<ElementText> m_below;
+  std::string m_tail;
 };
 
 } // namespace Tallymoor

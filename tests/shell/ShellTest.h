@@ -1,6 +1,7 @@
 #pragma once
 #include "foundation/Settings.h"
 #include "shell/AdvertThread.h"
+#include "shell/SelfSaving.h"
 #include "shell/TallymoorWindow.h"
 #include "shell/ViewDateRow.h"
 #include "support/GatewayScope.h"
@@ -26,6 +27,7 @@ protected:
     UpdateSettings::setCurrent(noUpdates());
     m_adverts.wanted = false;
     AdvertSettings::setForTest(&m_adverts);
+    SelfSaving::setDelays(std::nullopt);
     writeCountries();
     CountryOfResidence::destroyInstance(); // Left by the previous test.
   }
@@ -43,6 +45,7 @@ protected:
 
   void TearDown() override {
     deleteWindow();
+    SelfSaving::setDelays(SavingDelays());
     AdvertSettings::setForTest(nullptr);
     m_gateway.reset();
     UpdateSettings::setCurrent(UpdateSettings::ofThisBuild());

@@ -144,6 +144,34 @@ TEST(ElementTextTest, HoldsCommentsAndAttributes) {
   EXPECT_EQ(encoded(portfolio), ElementText(portfolio, &first).text());
 }
 
+TEST(ElementTextTest, ADocumentOfKnownTextsIsThatOfEncode) {
+  XMLPortfolios records;
+  records.decode(
+      "<!-- before --><Portfolios later=\"1\"><!-- a --><SharePortfolio><String>T</String><HeldShares/>"
+      "<SoldShares/><Dividends/><CashReserve/></SharePortfolio><SharePortfolio><String>U</String>"
+      "<HeldShares/><SoldShares/><Dividends/><CashReserve/></SharePortfolio><!-- end --></Portfolios>"
+      "<!-- after -->");
+  std::ostringstream expected;
+  records.encodeWithDoctype(expected, u"Records.dtd");
+  const ElementText first(records.portfolios()[0]);
+  const DocumentText text(records, u"Records.dtd", [&](const XMLElement& element) {
+    return &element == &records.portfolios()[0] ? &first : nullptr;
+  });
+  records.portfolios()[1].setPortfolioName(u"V");
+  EXPECT_EQ(expected.str(), text.text()) << "of the moment when it was made";
+}
+
+TEST(ElementTextTest, AnEmptyDocumentIsThatOfEncode) {
+  for (const char* document : {"<Portfolios/>", "<Portfolios><!-- a --></Portfolios><!-- b -->"}) {
+    XMLPortfolios records;
+    records.decode(document);
+    std::ostringstream expected;
+    records.encodeWithDoctype(expected, u"Records.dtd");
+    const auto unknown = [](const XMLElement&) { return nullptr; };
+    EXPECT_EQ(expected.str(), DocumentText(records, u"Records.dtd", unknown).text());
+  }
+}
+
 TEST(ElementTextTest, AnElementThatCannotBeWrittenThrows) {
   XMLSharePortfolio portfolio;
   const ElementText text(portfolio);

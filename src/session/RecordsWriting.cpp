@@ -1,0 +1,51 @@
+#include "session/RecordsWriting.h"
+#include "foundation/Constants.h"
+#include "foundation/FileReplacement.h"
+#include "foundation/Platform.h"
+#include "foundation/UnforeseenFailure.h"
+#include "xml/DocumentFile.h"
+#include "xml/PortfolioRecords.h"
+
+namespace Tallymoor {
+
+namespace {
+
+void backUp(const String& path, RecordsWriting::Backup backup) {
+  const String copy = path + u".bak";
+  if (backup == RecordsWriting::Backup::Spare)
+    copyFileReplacing(copy, unusedPath(copy));
+  if (backup != RecordsWriting::Backup::Keep)
+    copyFileReplacing(path, copy);
+}
+
+} // namespace
+
+String recordsPath() {
+  return dataDirectory(Platform::Instance(), APP_NAME) + PORTFOLIOS_FILE;
+}
+
+String unusedPath(const String& path) {
+  int number = 1;
+  while (filePresence(path + u"." + String::fromLong(number)) != FilePresence::Missing)
+    ++number;
+  return path + u"." + String::fromLong(number);
+}
+
+void RecordsWriting::write() {
+  const String path = recordsPath();
+  try {
+    withUnforeseenFailures([&] { backUp(path, backup); });
+  } catch (const Exception& exception) {
+    backupFailure = exception;
+  }
+  for (const Capital& each : capital)
+    emptyFile(each.path);
+  saveDocumentText(path, text.text(), newElement<XMLPortfolios>);
+  for (Capital& each : capital)
+    if (each.document) {
+      each.document->writeFile(each.path);
+      each.isWritten = true;
+    }
+}
+
+} // namespace Tallymoor
