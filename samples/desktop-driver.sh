@@ -101,7 +101,15 @@ wait_for_no_window() { wait_until "The end of the window \"$1\"" is_not has_wind
 
 # Waits until the window has the focus and is drawn; earlier keys would be lost.
 wait_for_keys() {
-  wait_until "The keys for the window $window" gets_keys "$window"
+  local end=$((SECONDS + driver_limit / 4))
+  until gets_keys "$window"; do
+    # On a slow machine the window manager may give them to the window behind; the user would click.
+    [ "$SECONDS" -lt "$end" ] || {
+      xdotool windowactivate "$window" 2>/dev/null || true
+      wait_until "The keys for the window $window" gets_keys "$window"
+    }
+    sleep "$driver_poll"
+  done
   settle
 }
 

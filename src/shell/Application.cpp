@@ -10,6 +10,7 @@
 #include "foundation/UserInteraction.h"
 #include "foundation/XmlLibrary.h"
 #include "market/TallymoorInternet.h"
+#include "shell/DisplayEnd.h"
 #include "shell/TallymoorWindow.h"
 #include "updates/UpdateFolders.h"
 #include "updates/UpdateHandover.h"
@@ -123,6 +124,7 @@ int runUnderToolkit(int argc, char** argv) {
     failure = exception; // told as soon as there can be a box
   }
   app.init(argc, argv);
+  endWithDisplay();
   try {
     if (failure)
       throw *failure;
