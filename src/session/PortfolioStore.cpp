@@ -7,12 +7,10 @@
 #include "foundation/UnforeseenFailure.h"
 #include "foundation/UserInteraction.h"
 #include "market/MarketPrices.h"
+#include "session/RecordsReading.h"
 #include "session/RecordsWriting.h"
-#include "xml/CleanName.h"
 #include "xml/ElementText.h"
-#include "xml/Leaves.h"
 #include <fstream>
-#include <set>
 #include <sstream>
 #include <utility>
 
@@ -28,30 +26,6 @@ String recoveryText() {
          u".\nTo recover your data, either import your portfolio from backup now,\n"
          u"or replace the data file \"Portfolios.xml\" with \"Portfolios.xml.bak\"\n"
          u"in the above directory after exiting.\n";
-}
-
-bool isCleanName(const String& name) {
-  return !name.empty() && cleanName(name) == name;
-}
-
-/// Those that stay as they are.
-std::set<String> cleanNamesOf(const XMLElement& records) {
-  std::set<String> names;
-  for (std::size_t i = 0; i < records.numSubElements(u"SharePortfolios"); ++i)
-    if (const String name = textValue(records.subElement(u"SharePortfolios", i), u"Name"); isCleanName(name))
-      names.insert(name);
-  return names;
-}
-
-/// What is left of the name of a portfolio, with a number behind it where another one has that name.
-String unusedName(const String& name, std::size_t index, const std::set<String>& taken) {
-  const String cleaned = cleanName(name);
-  const String wanted =
-      cleaned.empty() ? u"Portfolio " + String::fromLong(static_cast<std::int64_t>(index) + 1) : cleaned;
-  String unused = wanted;
-  for (int number = 2; taken.contains(unused); ++number)
-    unused = wanted + u" " + String::fromLong(number);
-  return unused;
 }
 
 /// A failure to save, with what the user has to know then.
@@ -103,9 +77,9 @@ void PortfolioStore::readRecords() {
   m_isFirstRun = filePresence(path) == FilePresence::Missing;
   if (m_isFirstRun)
     return;
-  readDocument(path);
+  readRecordsDocument(m_records, path);
   m_writtenStamps = presentStamps();
-  cleanNames();
+  cleanRecordNames(m_records);
   setUnreadableDatesAside(path);
   openPortfolios();
 }
@@ -117,29 +91,6 @@ void PortfolioStore::setUnreadableDatesAside(const String& path) {
   std::ostringstream content;
   content << std::ifstream(path.toUTF8(), std::ios::binary).rdbuf();
   m_user.warning(unreadableDatesText(dates, content.str()));
-}
-
-void PortfolioStore::readDocument(const String& path) {
-  if (filePresence(path) != FilePresence::RegularFile)
-    throw Exception(u"TallymoorWindow::loadPortfolios - can't read " + path);
-  m_records.decode(path);
-}
-
-// A file that was edited by hand may hold what no prompt would have taken; it must not become markup or a
-// path, nor hide another portfolio.
-void PortfolioStore::cleanNames() {
-  std::set<String> taken = cleanNamesOf(m_records);
-  for (std::size_t i = 0; i < m_records.numSubElements(u"SharePortfolios"); ++i) {
-    XMLElement& portfolio = m_records.subElement(u"SharePortfolios", i);
-    XMLElement& name = portfolio.subElement(u"Name");
-    if (!isCleanName(name.value())) {
-      name.setValue(unusedName(name.value(), i, taken));
-      taken.insert(name.value());
-    }
-    XMLElement& index = portfolio.subElement(u"ComparisonIndex");
-    if (const String clean = cleanName(index.value()); !(clean == index.value()))
-      index.setValue(clean);
-  }
 }
 
 void PortfolioStore::openPortfolios() {

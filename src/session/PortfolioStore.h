@@ -68,8 +68,6 @@ public:
 
 private:
   void readRecords();
-  void readDocument(const String& path);
-  void cleanNames();
   void setUnreadableDatesAside(const String& path);
   void openPortfolios();
   struct Saving;

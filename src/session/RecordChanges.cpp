@@ -334,6 +334,26 @@ void RecordChanges::make(const String& sentence, const Command& command) {
   run(std::move(change), command);
 }
 
+void RecordChanges::replaceAll(const String& sentence, XMLPortfolios& others) {
+  make(sentence, [&] {
+    std::vector<Wanted> wanted;
+    std::set<String> names;
+    for (XMLSharePortfolio& other : others.portfolios()) {
+      const String name = other.portfolioName();
+      const auto place = static_cast<std::uint32_t>(names.size());
+      if (names.insert(name).second)
+        wanted.push_back(
+            {m_portfolios.contains(name) ? name : String(), name, place, false, ElementText(other).text()});
+    }
+    for (const auto& [name, portfolio] : m_portfolios)
+      if (!names.contains(name))
+        wanted.push_back({name, String(), 0, false, std::string()});
+    bringTo(std::move(wanted));
+    for (const auto& [name, portfolio] : m_portfolios)
+      portfolio->mendOldSales();
+  });
+}
+
 void RecordChanges::noticeRest() {
   if (!m_isOpen || m_isRunning)
     return;

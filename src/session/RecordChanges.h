@@ -45,6 +45,9 @@ public:
   /// As `make` for a command whose work is too much to be lost: what it did stays even where the journal
   /// can't keep it, which the user is told.
   void take(const String& sentence, const Command& command);
+  /// Makes the portfolios those of another document, as one change. The elements of those that have the same
+  /// name stay, with other events in them.
+  void replaceAll(const String& sentence, XMLPortfolios& others);
   /// Called before the elements of portfolios are replaced by others, when something is put back or undone;
   /// empty for none.
   void beforeOtherElements(Command command) { m_beforeOtherElements = std::move(command); }

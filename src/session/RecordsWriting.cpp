@@ -3,6 +3,7 @@
 #include "foundation/FileReplacement.h"
 #include "foundation/Platform.h"
 #include "foundation/UnforeseenFailure.h"
+#include "session/Backups.h"
 #include "xml/DocumentFile.h"
 #include "xml/PortfolioRecords.h"
 
@@ -34,7 +35,10 @@ String unusedPath(const String& path) {
 void RecordsWriting::write() {
   const String path = recordsPath();
   try {
-    withUnforeseenFailures([&] { backUp(path, backup); });
+    withUnforeseenFailures([&] {
+      backUp(path, backup);
+      keepBackupOfDay(path, day);
+    });
   } catch (const Exception& exception) {
     backupFailure = exception;
   }

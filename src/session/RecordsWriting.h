@@ -1,5 +1,6 @@
 #pragma once
 #include "books/CapitalRecordDocument.h"
+#include "foundation/Date.h"
 #include "foundation/Exception.h"
 #include "foundation/String.h"
 #include "xml/ElementText.h"
@@ -29,6 +30,7 @@ struct RecordsWriting {
 
   DocumentText text; ///< of the records
   Backup backup = Backup::Renew;
+  Date day = Date::realToday(); ///< of the dated copy
   std::vector<Capital> capital;
   std::optional<Exception> backupFailure; ///< of write()
 

@@ -108,7 +108,9 @@ int runProgram(FXApp& app) {
 int runIfAlone(FXApp& app, const FolderLock& lock) {
   if (!lock.isHeldByAnother())
     return runProgram(app);
-  showStartError(app, APP_NAME, u"An instance of Tallymoor is already running.");
+  showStartError(app, APP_NAME,
+                 u"An instance of Tallymoor is already running." +
+                     (lock.holder().empty() ? String() : u"\nIt is " + lock.holder() + u"."));
   return 0;
 }
 

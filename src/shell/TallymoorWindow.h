@@ -65,6 +65,7 @@ public:
     ID_TOLD_DIVIDENDS,
     ID_UNDO,
     ID_REDO,
+    ID_BACKUPS,
     ID_SETTINGS,
     ID_FAQ,
     ID_FEEDBACK,

@@ -1,10 +1,13 @@
 #include "shell/WindowCommands.h"
+#include "books/UnreadableDates.h"
 #include "entry/StartupWizard.h"
 #include "foundation/Platform.h"
 #include "market/PriceStatus.h"
 #include "market/RestingStatus.h"
 #include "market/TallymoorInternet.h"
+#include "session/Backups.h"
 #include "session/BookQuestions.h"
+#include "session/RecordsReading.h"
 #include "shell/AboutDialog.h"
 #include "shell/AdvertStrip.h"
 #include "shell/CellEdits.h"
@@ -13,6 +16,7 @@
 #include "shell/TallymoorWindow.h"
 #include "shell/TransferDialogs.h"
 #include "updates/UpdateCheck.h"
+#include "views/BackupsDialog.h"
 #include "views/PricesDialog.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/ToldDividendsDialog.h"
@@ -21,6 +25,8 @@
 #include "widgets/HandlerScope.h"
 #include "widgets/InvestmentTree.h"
 #include "widgets/ListChoiceDialog.h"
+#include "xml/PortfolioRecords.h"
+#include <memory>
 #include <utility>
 
 namespace Tallymoor {
@@ -42,6 +48,7 @@ std::vector<CommandTable::Menu> menus() {
         {Window::ID_SAVE},
         {Window::ID_IMPORT},
         {Window::ID_EXPORT},
+        {Window::ID_BACKUPS},
         SEPARATOR,
         {FXTopWindow::ID_MINIMIZE},
         SEPARATOR,
@@ -134,6 +141,7 @@ WindowCommands::Rows WindowCommands::fileRows(const WindowIcons& icons) {
       {Window::ID_IMPORT, "&Import...", "", "", nullptr, u"onImport", [this] { importPortfolios(); }, loaded},
       {Window::ID_EXPORT, "&Export...", "", "", nullptr, u"onExport",
        [this] { exportPortfolios(&m_window, m_window.store().records()); }},
+      {Window::ID_BACKUPS, "&Backups...", "", "", nullptr, u"onBackups", [this] { showBackups(); }, loaded},
       {FXTopWindow::ID_MINIMIZE, "&Minimise"},
       {MainWindow::ID_SHUTDOWN, "E&xit", "Alt-F4"},
   };
@@ -280,6 +288,19 @@ void WindowCommands::importPortfolios() {
       m_window.refreshViews(true);
       MainWindow::information(importSummary(names));
     });
+}
+
+void WindowCommands::showBackups() {
+  BackupsDialog dialog(&m_window);
+  if (!dialog.execute() || !dialog.chosen())
+    return;
+  const auto records = std::make_shared<XMLPortfolios>();
+  readRecordsDocument(*records, dialog.chosen()->path);
+  cleanRecordNames(*records);
+  setAsideUnreadableDates(*records);
+  m_window.loadedTree().replaceAll(u"Return to the records of " +
+                                       dialog.chosen()->day.toString(DATE_DISPLAY_LOCAL),
+                                   records, [this] { m_window.refreshViews(true); });
 }
 
 void WindowCommands::registerFor(const String& prompt,

@@ -39,6 +39,7 @@ private:
   void newWatchlist();
   void runWizard();
   void importPortfolios();
+  void showBackups();
   /// Asks for a portfolio and hands its node to the operation, unless the user cancelled.
   void registerFor(const String& prompt, const std::function<void(SharePortfolioTreeItem&)>& operation);
   /// Null when the user cancelled. Throws Exception "Failed to find the chosen portfolio".

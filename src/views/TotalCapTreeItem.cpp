@@ -384,27 +384,45 @@ void TotalCapTreeItem::goOver(const Journal::Entry* change, const std::function<
     keepingLimits(); // the nodes are told when it comes to their records
     return;
   }
-  HandlerScope::whenDone(this, [this, keepingLimits] {
-    TreeState state(*investmentTree());
-    const std::set<String> before = namesOf(*m_portfolios);
-    m_portfoliosChanged = true;
-    if (m_views)
-      m_views->setPortfolios(Portfolios());
-    while (TreeViewItem* child = firstChild())
-      tree()->removeItem(child);
-    try {
-      keepingLimits();
-    } catch (...) {
-      reload(state);
-      throw;
-    }
-    if (const auto renamed = renaming(before, namesOf(*m_portfolios))) {
-      state.rename(renamed->first, renamed->second);
-      renameOutsideRecords(renamed->first, renamed->second);
-    }
-    reload(state);
-    updateBranch();
+  HandlerScope::whenDone(this, [this, keepingLimits] { withoutNodes(keepingLimits); });
+}
+
+void TotalCapTreeItem::replaceAll(const String& sentence, std::shared_ptr<XMLPortfolios> others,
+                                  const std::function<void()>& afterwards) {
+  RecordChanges* const changes = RecordChanges::current();
+  if (!changes || !checkSound())
+    return;
+  HandlerScope::whenDone(this, [this, changes, sentence, others = std::move(others), afterwards] {
+    withoutNodes([&] {
+      const LimitsOfStocks before = limitsOfHoldings(*m_portfolios);
+      changes->replaceAll(sentence, *others);
+      keepChangedLimits(*m_portfolios, before);
+    });
+    afterwards();
   });
+}
+
+/// For what may change which portfolios there are, under any names.
+void TotalCapTreeItem::withoutNodes(const std::function<void()>& operation) {
+  TreeState state(*investmentTree());
+  const std::set<String> before = namesOf(*m_portfolios);
+  m_portfoliosChanged = true;
+  if (m_views)
+    m_views->setPortfolios(Portfolios());
+  while (TreeViewItem* child = firstChild())
+    tree()->removeItem(child);
+  try {
+    operation();
+  } catch (...) {
+    reload(state);
+    throw;
+  }
+  if (const auto renamed = renaming(before, namesOf(*m_portfolios))) {
+    state.rename(renamed->first, renamed->second);
+    renameOutsideRecords(renamed->first, renamed->second);
+  }
+  reload(state);
+  updateBranch();
 }
 
 void TotalCapTreeItem::priceTyped(const String& code, const Date& date, double price) {

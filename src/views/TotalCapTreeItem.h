@@ -71,6 +71,11 @@ public:
   void takePortfolios(std::vector<std::unique_ptr<XMLElement>> imported,
                       const std::function<void()>& afterwards);
 
+  /// Makes the portfolios those of other records, as one change that can be undone; all views follow. Then
+  /// does what is handed in.
+  void replaceAll(const String& sentence, std::shared_ptr<XMLPortfolios> others,
+                  const std::function<void()>& afterwards);
+
   /// True once after portfolios were added, removed or renamed or a transaction was made.
   bool takePortfoliosChanged();
   /// A portfolio's records are about to change, or have just changed: until they are filled again, the
@@ -116,6 +121,7 @@ private:
   void stopReading();
   /// Goes over a change by the operation, which undoes it or makes it again.
   void goOver(const Journal::Entry* change, const std::function<void()>& operation);
+  void withoutNodes(const std::function<void()>& operation);
   void makeRecordsCurrent();
 
   OpenPortfolios* m_portfolios = nullptr;

@@ -41,6 +41,23 @@ TEST_F(FolderLockTest, LockingTheFolderItselfCreatesNoFile) {
   EXPECT_TRUE(std::filesystem::is_empty(folder.toUTF8()));
 }
 
+TEST_F(FolderLockTest, ItSaysWhichProcessOfWhichMachineHoldsIt) {
+  char host[200] = {};
+  ASSERT_EQ(::gethostname(host, sizeof host - 1), 0);
+  const std::string expected = "process " + std::to_string(::getpid()) + " on " + host;
+  TestProfile::writeFile(folder + u"/running.lock",
+                         "process 4711 of a longer name that was there before, on x");
+  std::optional<FolderLock> first(FolderLock::onFileIn(folder));
+  EXPECT_EQ(expected, TestProfile::readFile(folder + u"/running.lock"));
+  EXPECT_EQ(expected, FolderLock::onFileIn(folder).holder().toUTF8());
+  for (const char* strange : {"", "\x1b[2J", "something else"}) {
+    TestProfile::writeFile(folder + u"/running.lock", strange);
+    const FolderLock second = FolderLock::onFileIn(folder);
+    EXPECT_TRUE(second.isHeldByAnother());
+    EXPECT_TRUE(second.holder().empty()) << strange;
+  }
+}
+
 TEST_F(FolderLockTest, TheLockFileIsPrivate) {
   const NoUmask umask;
   const FolderLock lock = FolderLock::onFileIn(folder);

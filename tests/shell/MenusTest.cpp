@@ -70,7 +70,7 @@ protected:
 TEST_F(MenusTest, TheMenusHoldTheirEntriesInOrder) {
   const std::vector<std::vector<std::string>> expected = {
       {"New Portfolio...\tCtrl+P", "New Watchlist...\tCtrl+W", "-", "New Portfolio Wizard...", "-",
-       "Save...\tCtrl+S", "Import...", "Export...", "-", "Minimise", "-", "Exit\tAlt-F4"},
+       "Save...\tCtrl+S", "Import...", "Export...", "Backups...", "-", "Minimise", "-", "Exit\tAlt-F4"},
       {"Undo\tCtrl+Z", "Redo\tCtrl+Shift+Z"},
       {"New Portfolio...\tCtrl+P", "Buy Shares...\tCtrl+B", "Sell Shares...\tCtrl+L",
        "Receive a Dividend...\tCtrl+D", "Receive Interest...\tCtrl+I", "Deposit Cash...", "Withdraw Cash..."},

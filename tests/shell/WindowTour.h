@@ -197,6 +197,9 @@ private:
       press(dialog, "Sources...");
     });
     command(TallymoorWindow::ID_PRICES);
+    tallymoor().store().save(); // makes the copy of the day
+    expect("Backups", visit);
+    command(TallymoorWindow::ID_BACKUPS);
     expect("Told dividends", visit);
     command(TallymoorWindow::ID_TOLD_DIVIDENDS);
     expect("Choose the date", visit);
