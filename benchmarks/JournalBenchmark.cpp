@@ -1,5 +1,6 @@
 // What the journal costs in a portfolio of 10,000 purchases: a purchase until it is on disk, compared with
-// writing and flushing as many bytes, and how many bytes that are.
+// writing and flushing as many bytes, and how many bytes that are. Also the undo of an import beside it,
+// compared with the import.
 #include "Offline.h"
 #include "Ratio.h"
 #include "books/SharePortfolioUser.h"
@@ -8,6 +9,8 @@
 #include "foundation/RunTimeSettings.h"
 #include "market/MarketPrices.h"
 #include "market/TallymoorInternet.h"
+#include "session/ImportedPortfolios.h"
+#include "session/PortfolioExport.h"
 #include "session/PortfolioStore.h"
 #include <chrono>
 #include <cstdio>
@@ -24,6 +27,9 @@ namespace {
 constexpr int STOCKS = 40;
 constexpr int PURCHASES = 10'000;
 constexpr int ROUNDS = 300;
+constexpr int IMPORTED_ROWS = 500;
+constexpr int IMPORTS = 21;
+constexpr double UNDO_LIMIT = 2.0;
 constexpr double ON_DISK_LIMIT = 2.0;
 constexpr double BYTES_LIMIT = 2000.0;
 
@@ -74,6 +80,12 @@ String codeOf(int stock) {
   return String(("S" + std::to_string(100 + stock) + ".AX").c_str());
 }
 
+void buy(SharePortfolioUser& portfolio, int number) {
+  const Date day = Date(2006, 1, 2).plusDays(number / 3);
+  portfolio.buyShares(codeOf(number % STOCKS),
+                      {day, 100.0 + number % 77, 3.0 + number % 113 * 0.01, 29.95, String()});
+}
+
 class LargePortfolio {
 public:
   explicit LargePortfolio(UserInteraction& user) : m_store(user) {
@@ -89,12 +101,7 @@ public:
     m_store.save();
   }
 
-  void buy() {
-    ++m_purchases;
-    const Date day = Date(2006, 1, 2).plusDays(m_purchases / 3);
-    m_portfolio->buyShares(codeOf(m_purchases % STOCKS),
-                           {day, 100.0 + m_purchases % 77, 3.0 + m_purchases % 113 * 0.01, 29.95, String()});
-  }
+  void buy() { Tallymoor::buy(*m_portfolio, ++m_purchases); }
 
   /// From the command's end to the disk.
   double secondsOfChange() {
@@ -108,6 +115,13 @@ private:
   PortfolioStore m_store;
   SharePortfolioUser* m_portfolio;
   int m_purchases = 0;
+};
+
+/// Is told what the start has recovered, and lets an import replace the portfolio of its name.
+class AgreeingUser : public Bench::NoUser {
+public:
+  void information(const String&) override {}
+  bool question(const String&) override { return true; }
 };
 
 /// Appends so many bytes to a file and flushes it.
@@ -150,14 +164,57 @@ bool measureChange(const ScratchProfile& profile, LargePortfolio& portfolio) {
   return Bench::printRatio("change_bytes", static_cast<double>(bytes), BYTES_LIMIT) && onDisk;
 }
 
+/// A file of one portfolio.
+String writeImport(const ScratchProfile& profile, int purchases) {
+  XMLPortfolios records;
+  XMLSharePortfolio& portfolio = records.portfolios().add();
+  portfolio.setPortfolioName(u"Imported");
+  SharePortfolioUser user(portfolio, gatewayPrices());
+  for (int i = 0; i < purchases; ++i)
+    buy(user, i);
+  const String path = String((profile.folder() + "/import.xml").c_str());
+  writeExport(path, records);
+  return path;
+}
+
+/// An import that replaces a portfolio of as many rows, and its undo.
+bool measureUndoOfImport(const ScratchProfile& profile, UserInteraction& user) {
+  PortfolioStore store(user);
+  store.load();
+  const auto import = [&](const String& path) {
+    return secondsOf([&] {
+      ImportedPortfolios imported(path);
+      imported.askForReplacements({u"Imported"}, user);
+      makeChange(u"Import", [&] {
+        if (store.portfolios().contains(u"Imported"))
+          removePortfolio(store.portfolios(), store.records(), u"Imported");
+        for (auto& portfolio : imported.take())
+          addPortfolio(store.portfolios(), store.records(), std::move(portfolio));
+      });
+    });
+  };
+  import(writeImport(profile, IMPORTED_ROWS));
+  const String file = writeImport(profile, IMPORTED_ROWS + 1);
+  const double ratio = Bench::measureRatio(
+      IMPORTS, [&] { return secondsOf([&] { store.changes().undo(); }); }, [&] { return import(file); });
+  if (store.portfolios().at(u"Imported")->portfolio().cashEvents().size() != IMPORTED_ROWS)
+    std::abort();
+  return Bench::printRatio("undo_of_import", ratio, UNDO_LIMIT);
+}
+
 } // namespace
 } // namespace Tallymoor
 
 int main() {
   using namespace Tallymoor;
   readSettings();
-  const Bench::NoUser noUser;
+  AgreeingUser user;
   const ScratchProfile profile;
-  LargePortfolio portfolio(UserInteraction::Instance());
-  return measureChange(profile, portfolio) ? 0 : 1;
+  bool kept = false;
+  {
+    LargePortfolio portfolio(user);
+    kept = measureChange(profile, portfolio);
+  }
+  kept &= measureUndoOfImport(profile, user);
+  return kept ? 0 : 1;
 }

@@ -17,6 +17,8 @@ void cleanTexts(XMLElement& portfolio) {
   name.setValue(cleanName(name.value()));
   if (name.value().empty())
     throw Exception(u"A portfolio in the file has no usable name.");
+  if (portfolio.numSubElements(u"ComparisonIndex") == 0)
+    return;
   XMLElement& index = portfolio.subElement(u"ComparisonIndex");
   index.setValue(cleanName(index.value()));
 }

@@ -51,6 +51,8 @@ void cleanRecordNames(XMLPortfolios& records) {
       name.setValue(unusedName(name.value(), i, taken));
       taken.insert(name.value());
     }
+    if (portfolio.numSubElements(u"ComparisonIndex") == 0)
+      continue;
     XMLElement& index = portfolio.subElement(u"ComparisonIndex");
     if (const String clean = cleanName(index.value()); !(clean == index.value()))
       index.setValue(clean);

@@ -39,6 +39,13 @@ void XMLSharePortfolio::setComparisonIndex(const String& code) {
     setTextAt(COMPARISON_INDEX, index);
 }
 
+void XMLSharePortfolio::startElement(const char16_t* uri, const char16_t* localName,
+                                     const char16_t* qualifiedName, const xercesc::Attributes& attributes) {
+  if (name() == String(qualifiedName)) // not the tag of a sub-element
+    removeSubElements(u"ComparisonIndex");
+  XMLElement::startElement(uri, localName, qualifiedName, attributes);
+}
+
 XMLHeldShares::XMLHeldShares() : XMLEntries(layoutOf<XMLHeldShares>(u"HeldShares")) {
   registerSubElements(u"HeldShare", u"HeldShares", newElement<XMLHeldShare>, false);
 }

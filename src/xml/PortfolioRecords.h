@@ -322,6 +322,10 @@ public:
     return elementAs<XMLCashReserve>(subElementAt(CASH_RESERVE)).all();
   }
 
+  /// One that is read without a comparison index is written back without one.
+  void startElement(const char16_t* uri, const char16_t* localName, const char16_t* qualifiedName,
+                    const xercesc::Attributes& attributes) override;
+
 private:
   enum Place : std::size_t { NAME, HELD_SHARES, SOLD_SHARES, DIVIDENDS, CASH_RESERVE, COMPARISON_INDEX };
 };

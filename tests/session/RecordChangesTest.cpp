@@ -214,6 +214,30 @@ TEST_F(RecordChangesTest, AJournalOfTheFirstVersionsForOtherRecordsIsRefused) {
   EXPECT_THAT(user.texts(Kind::Warning).at(0).toUTF8(), HasSubstr("can't be added to them"));
 }
 
+// The element of the index goes with the index.
+TEST_F(RecordChangesTest, APortfolioWhoseIndexWasTakenAwayIsRecoveredAndUndone) {
+  std::string without, after;
+  {
+    PortfolioStore store(user);
+    store.load();
+    addPortfolioTo(store, u"Trading");
+    makeChange(u"Index", [&] { store.portfolios().at(u"Trading")->setComparisonIndex(u"^AXJO"); });
+    makeChange(u"No index", [&] { store.portfolios().at(u"Trading")->setComparisonIndex(String()); });
+    store.save();
+    without = textOfAll(store);
+    deposit(store, 100.0);
+    after = textOfAll(store);
+  }
+  PortfolioStore store(user);
+  store.load();
+  EXPECT_TRUE(user.calls(Kind::Warning).empty());
+  EXPECT_EQ(after, textOfAll(store));
+  store.changes().undo();
+  EXPECT_EQ(without, textOfAll(store));
+  store.changes().undo();
+  EXPECT_EQ(u"^AXJO", store.portfolios().at(u"Trading")->comparisonIndex());
+}
+
 TEST_F(RecordChangesTest, RenamedDeletedAndNewPortfoliosAreRecovered) {
   std::string text;
   {

@@ -53,6 +53,16 @@ TEST(PortfolioRecordsTest, AFileIsWrittenExactly) {
                 SAMPLE_LINE);
 }
 
+TEST(PortfolioRecordsTest, APortfolioWithoutAnIndexIsWrittenBackWithoutOne) {
+  const std::string text =
+      "<Portfolios><SharePortfolio><String>T</String><HeldShares/><SoldShares/><Dividends/>"
+      "<CashReserve/></SharePortfolio></Portfolios>";
+  XMLPortfolios root;
+  root.decode(text.c_str());
+  EXPECT_EQ(text, encoded(root));
+  EXPECT_EQ(String(), root.portfolios()[0].comparisonIndex());
+}
+
 TEST(PortfolioRecordsTest, AFileThatIsReadIsWrittenBackExactly) {
   XMLPortfolios root;
   root.decode(SAMPLE_LINE);
