@@ -7,6 +7,7 @@
 #include "foundation/UnforeseenFailure.h"
 #include "foundation/UserInteraction.h"
 #include "market/MarketPrices.h"
+#include "session/Backups.h"
 #include "session/RecordsReading.h"
 #include "session/RecordsWriting.h"
 #include "xml/ElementText.h"
@@ -50,6 +51,10 @@ const char16_t* const OVERWRITE_QUESTION = u"Since there was a problem when you 
                                            u"current portfolios and overwrite the existing ones\n"
                                            u"Tallymoor had a problem opening?";
 
+const char16_t* const CHANGED_ON_DISK = u"Another program has changed your records on disk\n"
+                                        u"since Tallymoor read or wrote them. What do you want\n"
+                                        u"to keep? The other version stays in File, Backups.";
+
 } // namespace
 
 PortfolioStore::~PortfolioStore() {
@@ -75,6 +80,7 @@ void PortfolioStore::load() {
 void PortfolioStore::readRecords() {
   const String path = recordsPath();
   m_isFirstRun = filePresence(path) == FilePresence::Missing;
+  m_onDisk = RecordsOnDisk::asRead(path);
   if (m_isFirstRun)
     return;
   readRecordsDocument(m_records, path);
@@ -111,6 +117,8 @@ bool PortfolioStore::saveRecords() {
   if (m_loadFailed && !m_user.question(OVERWRITE_QUESTION))
     return false;
   finishSaving(); // what it could not write is written now
+  if (isChangedOnDisk() && !mayReplaceOthers())
+    return false;
   const std::uint64_t lastChange = m_changes.beforeSave();
   m_lastSaveSucceeded = writeRecords();
   if (m_lastSaveSucceeded)
@@ -130,6 +138,7 @@ bool PortfolioStore::writeRecords() {
     });
     m_keepBackup = false;
     m_writtenStamps = presentStamps();
+    m_onDisk = writing.onDisk;
     if (writing.backupFailure)
       m_user.reportException(u"Your data were saved, but not the copy of the last ones.",
                              *writing.backupFailure);
@@ -161,6 +170,84 @@ std::map<String, std::uint64_t> PortfolioStore::presentStamps() const {
   for (const XMLSharePortfolio& portfolio : m_records.portfolios())
     stamps[portfolio.portfolioName()] = portfolio.changeStamp();
   return stamps;
+}
+
+// ---- Records that another hand has changed ----
+
+bool PortfolioStore::isChangedOnDisk() {
+  return !m_loadFailed && !m_saving && m_onDisk.isAnothers(recordsPath());
+}
+
+/// Asks the user. False if nothing is to be written, because he cancelled or what is in the file holds now.
+bool PortfolioStore::mayReplaceOthers() {
+  enum Choice : std::size_t { MINE, THEIRS, BOTH };
+  m_lastSaveSucceeded = false;
+  const std::optional<std::size_t> choice =
+      m_user.chooseFromList(u"Records changed on disk", CHANGED_ON_DISK,
+                            {u"Keep mine", u"Take theirs", u"Keep both: theirs become further portfolios"});
+  if (!choice)
+    return false;
+  try {
+    withUnforeseenFailures([&] {
+      if (*choice == THEIRS)
+        takeOthers();
+      else
+        copyFileReplacing(recordsPath(), furtherBackupPath(Date::realToday()));
+      if (*choice == BOTH)
+        addOthers();
+    });
+  } catch (const Exception& exception) {
+    m_user.reportException(u"Your records were not saved, and those on disk stay as they are.\n", exception);
+    return false;
+  }
+  m_lastSaveSucceeded = *choice == THEIRS;
+  return *choice != THEIRS;
+}
+
+std::shared_ptr<XMLPortfolios> PortfolioStore::readOthers() {
+  auto others = std::make_shared<XMLPortfolios>();
+  readRecordsDocument(*others, recordsPath());
+  cleanRecordNames(*others);
+  setAsideUnreadableDates(*others);
+  return others;
+}
+
+void PortfolioStore::takeOthers() {
+  const RecordsOnDisk onDisk = RecordsOnDisk::asRead(recordsPath());
+  const std::shared_ptr<XMLPortfolios> others = readOthers();
+  const std::uint64_t lastChange = m_changes.beforeSave();
+  const std::string mine = toWrite().text.text();
+  replaceFile(furtherBackupPath(Date::realToday()), [&mine](std::ostream& stream) { stream << mine; });
+  for (const auto& [name, portfolio] : m_portfolios)
+    portfolio->capitalRecord().removeFile(); // it belongs to the others' records no more than mine do
+  m_onDisk = onDisk;
+  m_writtenStamps.clear();
+  m_changes.saved(lastChange);
+  if (m_whenOthersTaken)
+    m_whenOthersTaken(others);
+  else
+    m_changes.replaceAll(OTHERS_TAKEN, *others);
+}
+
+/// Those that are not the same as mine.
+void PortfolioStore::addOthers() {
+  const std::shared_ptr<XMLPortfolios> others = readOthers();
+  m_changes.make(u"Portfolios that another program had saved", [&] {
+    for (XMLSharePortfolio& other : others->portfolios()) {
+      const auto mine = m_portfolios.find(other.portfolioName());
+      if (mine != m_portfolios.end() &&
+          ElementText(mine->second->portfolio()).text() == ElementText(other).text())
+        continue;
+      const String name = other.portfolioName();
+      for (int number = 2; m_portfolios.contains(other.portfolioName()); ++number)
+        other.setPortfolioName(name + u" " + String::fromLong(number));
+      addPortfolio(m_portfolios, m_records, std::unique_ptr<XMLElement>(other.clone([]() -> XMLElement* {
+                     return new XMLSharePortfolio;
+                   })));
+    }
+  });
+  if (m_whenOthersTaken)
+    m_whenOthersTaken(nullptr);
 }
 
 // ---- On a thread of its own ----
@@ -208,9 +295,12 @@ std::optional<Exception> PortfolioStore::finishSaving() {
     for (const auto& [name, portfolio] : m_portfolios)
       if (!capital.isWritten && portfolio->capitalRecord().fileName() == capital.path)
         portfolio->capitalRecord().notWritten();
+  if (saving->writing.isWritten) {
+    m_onDisk = saving->writing.onDisk;
+    m_keepBackup = true; // it holds what was there before the user's changes
+  }
   if (saving->failure)
     return saving->failure;
-  m_keepBackup = true; // it holds what was there before the user's changes
   m_writtenStamps = std::move(saving->stamps);
   m_changes.saved(saving->lastChange);
   return saving->writing.backupFailure;

@@ -1,12 +1,14 @@
 #pragma once
 #include "session/OpenPortfolios.h"
 #include "session/RecordChanges.h"
+#include "session/RecordsOnDisk.h"
 #include "xml/PortfolioRecords.h"
 #include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace Tallymoor {
 
@@ -51,6 +53,16 @@ public:
   /// Waits for the end of that. What could not be written, if anything.
   std::optional<Exception> finishSaving();
 
+  /// Whether another hand has changed the records document since it was read or written here; false while
+  /// beginSaving() is under way. A save then asks which version to keep, and keeps the other one as a dated
+  /// copy. beginSaving() does not ask, so it is to be left alone.
+  bool isChangedOnDisk();
+  /// Called within a save when the user takes what another hand has saved: with records that are to replace
+  /// all portfolios, under the sentence OTHERS_TAKEN, or null if further portfolios were opened.
+  using OthersTaken = std::function<void(std::shared_ptr<XMLPortfolios>)>;
+  static constexpr const char16_t* OTHERS_TAKEN = u"Records that another program had saved";
+  void whenOthersTaken(OthersTaken taken) { m_whenOthersTaken = std::move(taken); }
+
   /// Whether the next save leaves the copy of the last records as it is, because it goes together with the
   /// save before: the copy then holds what was there before both.
   void keepBackup(bool keep) { m_keepBackup = keep; }
@@ -74,6 +86,10 @@ private:
 
   bool writeRecords();
   RecordsWriting toWrite();
+  bool mayReplaceOthers();
+  static std::shared_ptr<XMLPortfolios> readOthers();
+  void takeOthers();
+  void addOthers();
   std::map<String, std::uint64_t> presentStamps() const;
   void saveCapitalRecords();
 
@@ -86,6 +102,8 @@ private:
   bool m_lastSaveSucceeded = true;
   bool m_keepBackup = false;
   std::shared_ptr<Saving> m_saving;
+  RecordsOnDisk m_onDisk;
+  OthersTaken m_whenOthersTaken;
   std::map<String, std::uint64_t> m_writtenStamps; ///< of the portfolios as they stand in the file, by name
 };
 

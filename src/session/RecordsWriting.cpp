@@ -4,8 +4,9 @@
 #include "foundation/Platform.h"
 #include "foundation/UnforeseenFailure.h"
 #include "session/Backups.h"
-#include "xml/DocumentFile.h"
 #include "xml/PortfolioRecords.h"
+#include <ostream>
+#include <string>
 
 namespace Tallymoor {
 
@@ -44,7 +45,14 @@ void RecordsWriting::write() {
   }
   for (const Capital& each : capital)
     emptyFile(each.path);
-  saveDocumentText(path, text.text(), newElement<XMLPortfolios>);
+  const std::string content = text.text();
+  replaceFile(
+      path, [&content](std::ostream& stream) { stream << content; },
+      [&](const String& temporaryPath) {
+        XMLPortfolios().decode(temporaryPath);
+        onDisk = RecordsOnDisk::asWritten(temporaryPath, content);
+      });
+  isWritten = true;
   for (Capital& each : capital)
     if (each.document) {
       each.document->writeFile(each.path);

@@ -3,6 +3,7 @@
 #include "foundation/Date.h"
 #include "foundation/Exception.h"
 #include "foundation/String.h"
+#include "session/RecordsOnDisk.h"
 #include "xml/ElementText.h"
 #include <optional>
 #include <vector>
@@ -33,6 +34,8 @@ struct RecordsWriting {
   Date day = Date::realToday(); ///< of the dated copy
   std::vector<Capital> capital;
   std::optional<Exception> backupFailure; ///< of write()
+  bool isWritten = false;                 ///< the records document
+  RecordsOnDisk onDisk;                   ///< what it is then
 
   /// Files of capital records are emptied before the records are replaced: a crash in between then leaves
   /// days that are missing, and computed again, instead of days that are wrong. Throws Exception; what was

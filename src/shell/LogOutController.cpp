@@ -23,6 +23,12 @@ std::optional<bool> LogOutController::save() {
   BigMutexLock lock;
   if (m_window.store().loadFailed())
     return nothingToLose();
+  if (m_window.store().isChangedOnDisk()) {
+    m_window.warn(u"Your records were not saved, since another program has changed those on disk. Use File, "
+                  u"Save.",
+                  u"End of the Session", PortfolioSession::UNSAVED_RECORDS, 2);
+    return false;
+  }
   const bool saved = saveUnasked(busy);
   m_window.store().keepBackup(saved);
   return saved;

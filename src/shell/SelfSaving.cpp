@@ -44,6 +44,12 @@ long SelfSaving::onSave(FXObject*, FXSelector, void*) {
 }
 
 void SelfSaving::begin() {
+  if (m_window.store().isChangedOnDisk()) {
+    m_window.warnOnce(u"Another program has changed your records on disk. Tallymoor saves nothing by itself "
+                      u"until you choose File, Save, which asks what to keep.",
+                      u"Saving", PortfolioSession::UNSAVED_RECORDS, 2);
+    return;
+  }
   try {
     bool begun = false;
     withUnforeseenFailures([&] { begun = m_window.store().beginSaving([this] { m_written.wake(); }); });

@@ -72,6 +72,7 @@ TallymoorWindow::TallymoorWindow(FXApp* app, WindowIcons& icons)
   m_trayController = std::make_unique<TrayController>(*this, *icons.tray);
   m_programUpdater = std::make_unique<ProgramUpdater>();
   m_logOut = std::make_unique<LogOutController>(*this);
+  store().whenOthersTaken([this](std::shared_ptr<XMLPortfolios> others) { showOthers(std::move(others)); });
 }
 
 // Views first, then the portfolios that they show, then the records.
@@ -210,6 +211,17 @@ void TallymoorWindow::endAfterFailure(const Exception& exception) {
   onShutdown(this, 0, nullptr);
   if (!m_shutdownDone)
     saveAll();
+}
+
+/// A save may be part of a handler, or of the end, where no node is left.
+void TallymoorWindow::showOthers(std::shared_ptr<XMLPortfolios> others) {
+  if (!m_totalCapital)
+    return;
+  if (others)
+    m_totalCapital->replaceAll(PortfolioStore::OTHERS_TAKEN, std::move(others),
+                               [this] { refreshViews(true); });
+  else
+    m_totalCapital->reloadPortfolios();
 }
 
 void TallymoorWindow::unload(Progress& progress) {

@@ -180,6 +180,7 @@ private:
   void askForPriceOrigin();
   void unload(Progress& progress);
   void saveUntilDoneOrGivenUp();
+  void showOthers(std::shared_ptr<XMLPortfolios> others);
   void closeViews();
 
   WindowIcons& m_icons;

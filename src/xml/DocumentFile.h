@@ -1,6 +1,5 @@
 #pragma once
 #include "xml/XMLElement.h"
-#include <string>
 
 namespace Tallymoor {
 
@@ -8,7 +7,5 @@ namespace Tallymoor {
 /// goes to a temporary, is read once from there into what the factory makes, and only then replaces the old
 /// one. Throws Exception or XMLException; the old document then stands.
 void saveDocument(const String& path, XMLElement& root, const String& dtdName, XMLElement::Factory freshRoot);
-/// The same for a document whose text is there already.
-void saveDocumentText(const String& path, const std::string& text, XMLElement::Factory freshRoot);
 
 } // namespace Tallymoor

@@ -100,7 +100,7 @@ TEST_F(PortfolioSessionTest, SaveWritesPricesPortfoliosAndSettings) {
 TEST_F(PortfolioSessionTest, PortfoliosAreSavedWhenThePricesCannotBe) {
   TallymoorInternet::Instance().setCachedPrice(u"ABC.AX", Date(2026, 3, 2), 2.5);
   TestProfile::writeFile(priceFile() + u"/in the way", "a folder has the name of the file");
-  TestProfile::writeFile(records(), "older");
+  std::filesystem::remove(records().toUTF8());
   EXPECT_NE(u"(nothing thrown)", messageOf([this] { session.save(); }));
   EXPECT_EQ(document(portfolio("Trading", "100.00")), TestProfile::readFile(records()));
 }

@@ -68,6 +68,37 @@ TEST_F(SelfSavingTest, AnOpenDialogIsWaitedFor) {
   EXPECT_TRUE(runUntil([this] { return isSaved("one"); }));
 }
 
+TEST_F(SelfSavingTest, RecordsOfAnotherHandAreNotOverwrittenUnasked) {
+  TestProfile::writeFile(recordsPath(), "<Portfolios><!-- of another --></Portfolios>");
+  deposit("one");
+  EXPECT_TRUE(runUntil([this] { return !warnings().empty(); }));
+  EXPECT_THAT(warnings().at(0).toUTF8(), HasSubstr("Another program has changed your records on disk."));
+  EXPECT_FALSE(isSaved("one"));
+  whenModal("Records changed on disk", [this](FXWindow& dialog) {
+    press(dialog, "Take theirs");
+    press(dialog, "OK");
+  });
+  command(TallymoorWindow::ID_SAVE);
+  EXPECT_TRUE(runUntil([this] { return warnings().empty(); }));
+  EXPECT_EQ(nullptr, tallymoor().totalCapital()->portfolioNode(u"Trading"));
+  command(TallymoorWindow::ID_UNDO);
+  EXPECT_TRUE(runUntil([this] { return isSaved("one"); }));
+  EXPECT_NE(nullptr, tallymoor().totalCapital()->portfolioNode(u"Trading"));
+}
+
+TEST_F(SelfSavingTest, LeavingAsksAboutRecordsOfAnotherHand) {
+  deposit("one");
+  ASSERT_TRUE(runUntil([this] { return isSaved("one"); }));
+  const std::string other = "<Portfolios><!-- of another --></Portfolios>";
+  TestProfile::writeFile(recordsPath(), other);
+  whenModal("Records changed on disk", [this](FXWindow& dialog) {
+    press(dialog, "Take theirs");
+    press(dialog, "OK");
+  });
+  leave();
+  EXPECT_EQ(other, records());
+}
+
 TEST_F(SelfSavingTest, WhatIsBeingWrittenIsThereWhenTheUserLeaves) {
   deposit("one");
   ASSERT_TRUE(tallymoor().store().beginSaving([] {}));

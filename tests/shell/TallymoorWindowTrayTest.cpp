@@ -4,6 +4,7 @@
 #include "support/desktop/TestDesktop.h"
 #include "views/TotalCapTreeItem.h"
 #include "widgets/ContextMenu.h"
+#include <filesystem>
 #include <gmock/gmock.h>
 
 namespace Tallymoor {
@@ -388,7 +389,7 @@ TEST_F(TrayWithPricesTest, EachSideOfALimitIsNotifiedOnceARun) {
 
 TEST_F(TrayWithPricesTest, LoggingOutWhileTheWindowIsHiddenSavesTheData) {
   hideInTray();
-  TestProfile::writeFile(recordsPath(), "old");
+  std::filesystem::remove(recordsPath().toUTF8());
   tallymoor().handle(&app(), FXSEL(SEL_SIGNAL, MainWindow::ID_SHUTDOWN), nullptr);
   EXPECT_TRUE(runUntil([this] { return tallymoor().isShuttingDown(); }));
   EXPECT_NE(std::string::npos, TestProfile::readFile(recordsPath()).find("<String>ABC.AX</String>"));
