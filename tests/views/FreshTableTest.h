@@ -21,9 +21,11 @@ protected:
   }
   template <class ShownTable>
   void expectAsMadeAnew(ShownTable& shown, const std::string& when) {
-    auto* fresh = new ShownTable(user(), node(u"Trading"), mainWindow().contentFrame(), nullptr);
-    fresh->create();
-    withHistory(*fresh);
+    ShownTable* fresh = withHistory([this] {
+      auto* made = new ShownTable(user(), node(u"Trading"), mainWindow().contentFrame(), nullptr);
+      made->create();
+      return made;
+    });
     EXPECT_EQ(rowKeys(*fresh), rowKeys(shown)) << when;
     ASSERT_EQ(fresh->getNumRows(), shown.getNumRows()) << when;
     for (FXint row = 0; row < shown.getNumRows(); ++row)

@@ -9,7 +9,7 @@ namespace Tallymoor {
 class PerformanceTableTest : public ViewsTest {
 protected:
   PortfolioPerformanceTable& table(const String& name = u"Trading") {
-    return withHistory(node(name).performance()->table());
+    return *withHistory([&] { return &node(name).performance()->table(); });
   }
   PortfolioPerformanceTable& totalTable() { return root().performance()->table(); }
 

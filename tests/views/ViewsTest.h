@@ -104,11 +104,19 @@ protected:
     m_root = new TotalCapTreeItem(m_tree, m_portfolios, m_records, icons, progress);
   }
   TotalCapTreeItem& showTree(const NodeIcons& icons = {}, Progress* progress = nullptr) {
-    makeRoot(icons, progress);
-    m_root->bringAllUpToDate();
-    m_tree->showFirst();
+    asHandler([&] {
+      makeRoot(icons, progress);
+      m_root->bringAllUpToDate();
+      m_tree->showFirst();
+    });
     settle();
     return *m_root;
+  }
+  /// Does what a handler of the window does, under the big mutex: prices that come in the background wait.
+  template <class Work>
+  static void asHandler(const Work& work) {
+    const BigMutexLock lock;
+    work();
   }
   void settle() {
     mainWindow().recalc();
@@ -116,8 +124,10 @@ protected:
   }
   /// Changes the view date and updates all views, like the main window.
   void viewDate(const Date& date) {
-    Date::setFixedDate(date);
-    m_tree->updateItems();
+    asHandler([&] {
+      Date::setFixedDate(date);
+      m_tree->updateItems();
+    });
     settle();
   }
 
@@ -199,22 +209,25 @@ protected:
       keys.push_back(table.getRowText(row).text());
     return keys;
   }
-  /// What was just made, when the past prices for which it asks have come.
-  template <class Shown>
-  Shown& withHistory(Shown& shown) {
+  /// Makes a view, and waits for the past prices for which it asks.
+  template <class Make>
+  auto withHistory(const Make& make) {
+    decltype(make()) made{};
+    asHandler([&] { made = make(); });
     if (awaitBackgroundWork())
       letEventsPass();
-    return shown;
+    return made;
   }
   /// The value next to a label of a page.
   std::string figure(InvestmentTreeItem& node, const std::string& caption) {
     std::string found = "no " + caption;
-    FXWindow& page = *node.page();
+    FXWindow* page = nullptr;
+    asHandler([&] { page = node.page(); });
     if (awaitBackgroundWork()) {
-      node.activate(); // a page out of sight shows what has come when it is opened
+      asHandler([&] { node.activate(); }); // a page out of sight shows what has come when it is opened
       letEventsPass();
     }
-    for (FXLabel* label : findAll<FXLabel>(page))
+    for (FXLabel* label : findAll<FXLabel>(*page))
       if (label->getText().text() == caption)
         found = dynamic_cast<FXLabel&>(*label->getNext()).getText().text();
     return found;

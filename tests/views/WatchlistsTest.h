@@ -34,8 +34,10 @@ protected:
   /// Creates both trees like the main window.
   void showTrees(const NodeIcons& icons = {}) {
     showTree(icons);
-    makeLists(icons);
-    m_watchTree->showFirst();
+    asHandler([&] {
+      makeLists(icons);
+      m_watchTree->showFirst();
+    });
     settle();
   }
   void makeLists(const NodeIcons& icons = {}) {
@@ -56,7 +58,7 @@ protected:
   }
   void viewDateOfBoth(const Date& date) {
     viewDate(date);
-    m_watchTree->updateItems();
+    asHandler([&] { m_watchTree->updateItems(); });
     settle();
   }
 
@@ -68,7 +70,9 @@ protected:
       throw std::runtime_error("no list " + name.toUTF8());
     return *found;
   }
-  WatchlistTable& table(const String& name = u"Main") { return withHistory(*list(name).table()); }
+  WatchlistTable& table(const String& name = u"Main") {
+    return *withHistory([&] { return list(name).table(); });
+  }
   /// The automatic list of a portfolio.
   WatchlistTreeItem& heldList(const String& portfolio = u"Trading") {
     for (TreeViewItem* item = m_watchTree->firstRoot(); item; item = item->nextSibling()) {

@@ -229,10 +229,8 @@ void WindowTest::letEventsPass() {
     for (; awaitBackgroundWork(); hasWorked = true)
       handlePendingEvents(*m_app);
   };
-  m_app->flush(TRUE);
   handleEvents();
   m_app->repaint();
-  m_app->flush(TRUE);
   handleEvents();
   if (hasWorked)
     letEventsPass(); // what has come may change the layout
