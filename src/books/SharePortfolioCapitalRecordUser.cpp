@@ -106,6 +106,8 @@ void SharePortfolioCapitalRecordUser::checkLastDayForSplits(WalkedPortfolio& por
 }
 
 void SharePortfolioCapitalRecordUser::daysChanged(const Date& first, const Date& last) {
+  if (first == Date(0u))
+    m_settled.reset(); // the record may have been read
   if (m_splitLook && first <= m_splitLook->day && m_splitLook->day <= last)
     m_splitLook.reset();
 }
@@ -134,8 +136,11 @@ bool SharePortfolioCapitalRecordUser::computeDay(CapitalRecordWalk& walk, const 
   if (!holdings)
     return false;
   addDay(day, walk.cashTotal(day), walk.cashInjected(day));
-  for (const CapitalRecordWalk::Holding& holding : *holdings)
+  for (const CapitalRecordWalk::Holding& holding : *holdings) {
+    if (isStandIn(holding.standing))
+      m_settled.reset();
     addHolding(holding.code, holding.number, holding.price, holding.standing);
+  }
   return !progress || !progress->isCancelled();
 }
 
@@ -166,17 +171,23 @@ void SharePortfolioCapitalRecordUser::historicalPriceChanged(const String& code,
   setPrice(code, date, {close, known && known->isFinal ? PriceStanding::Final : PriceStanding::Open});
 }
 
-/// Looks for the closes that were missing, or may have been those of a day that was not over.
+/// Looks for the closes that were missing, or may have been those of a day that was not over. Most updates
+/// follow a transaction, which changes no price.
 void SharePortfolioCapitalRecordUser::settlePrices() {
   if (Date::hasFixedDate())
     return;
+  const auto now = [this] { return SettledAt{m_prices.changeStamp(), Date::realToday()}; };
+  if (m_settled == now())
+    return;
   // A fetch tells this record of what it brings, which changes the index.
   const UnsettledPrices unsettled = unsettledPrices();
-  if (const std::vector<HistoryNeed> needs = unsettledNeeds(); !needs.empty())
+  const std::vector<HistoryNeed> needs = unsettledNeeds();
+  if (!needs.empty())
     m_prices.completeHistory(needs, nullptr);
   for (const auto& [code, days] : unsettled)
     for (const Date& day : days)
       settlePrice(code, day);
+  m_settled = needs.empty() ? std::optional(now()) : std::nullopt;
 }
 
 std::vector<HistoryNeed> SharePortfolioCapitalRecordUser::unsettledNeeds() const {

@@ -59,6 +59,13 @@ private:
     bool operator==(const SplitLook&) const = default;
   };
 
+  /// When the unsettled prices were looked at.
+  struct SettledAt {
+    std::uint64_t prices; ///< MarketPrices::changeStamp
+    Date today;
+    bool operator==(const SettledAt&) const = default;
+  };
+
   void daysChanged(const Date& first, const Date& last) override;
   void dropDaysAfterToday();
   Date nextDay(const WalkedPortfolio& portfolio) const;
@@ -74,6 +81,7 @@ private:
   MarketPrices& m_prices;
   WalkedRecords m_records;               ///< as the last walk has read them
   WalkedPortfolio* m_updating = nullptr; ///< set during an update
+  std::optional<SettledAt> m_settled;    ///< none while the record waits for a price
   std::optional<SplitLook> m_splitLook;  ///< that of the last day; none once one of its prices is another one
 };
 

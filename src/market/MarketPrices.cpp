@@ -35,6 +35,7 @@ public:
     return gateway().hasCachedPrice(code, day);
   }
   HistoryRange recentRange() override { return gateway().recentRange(); }
+  std::uint64_t changeStamp() const override { return gateway().changeStamp(); }
   bool completeHistory(const std::vector<HistoryNeed>& needs, Progress* progress) override {
     return gateway().completeHistory(needs, progress);
   }

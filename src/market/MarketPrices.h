@@ -4,6 +4,7 @@
 #include "market/HistoryRange.h"
 #include "market/PriceUpdater.h"
 #include "market/SharePriceCache.h"
+#include <cstdint>
 #include <optional>
 #include <vector>
 
@@ -31,6 +32,8 @@ public:
   virtual bool hasCachedHistory(const String& code) = 0;
   virtual bool hasCachedPrice(const String& code, const Date& day) = 0;
   virtual HistoryRange recentRange() = 0;
+  /// The same as long as no price, and no failure to get one, has changed.
+  virtual std::uint64_t changeStamp() const = 0;
   virtual bool completeHistory(const std::vector<HistoryNeed>& needs, Progress* progress) = 0;
 
   /// Hears of prices until it is removed; before the views that show them.

@@ -1,4 +1,5 @@
 #include "views/SharedLimits.h"
+#include "foundation/Exception.h"
 #include "foundation/Settings.h"
 #include "session/RecordChanges.h"
 #include "xml/PortfolioRecords.h"
@@ -20,12 +21,13 @@ struct Holding {
 
 using HoldingsByCode = std::map<String, std::vector<Holding>>;
 
-/// Those of a code are in the order of the portfolios' names.
-HoldingsByCode holdingsOf(OpenPortfolios& portfolios) {
+/// Of these codes, or of all. Those of a code are in the order of the portfolios' names.
+HoldingsByCode holdingsOf(OpenPortfolios& portfolios, const std::set<String>* codes = nullptr) {
   HoldingsByCode holdings;
   for (const auto& [name, portfolio] : portfolios)
     for (XMLHeldShare& share : portfolio->portfolio().heldShares())
-      holdings[share.code()].push_back({portfolio.get(), &share});
+      if (!codes || codes->contains(share.code()))
+        holdings[share.code()].push_back({portfolio.get(), &share});
   return holdings;
 }
 
@@ -40,18 +42,9 @@ PriceLimits limitsFor(const String& code, const std::vector<Holding>& holdings) 
   return first == holdings.end() ? known : first->limits();
 }
 
-} // namespace
-
-void shareLimits(OpenPortfolios& portfolios, const String& code, const PriceLimits& limits) {
-  limits.keepForStock(code);
-  HoldingsByCode holdings = holdingsOf(portfolios);
-  for (const Holding& holding : holdings[code])
-    holding.setLimits(limits);
-}
-
-void bringLimitsTogether(OpenPortfolios& portfolios) {
+void bringLimitsTogether(OpenPortfolios& portfolios, const std::set<String>& codes) {
   std::vector<std::pair<Holding, PriceLimits>> without;
-  for (const auto& [code, holdings] : holdingsOf(portfolios)) {
+  for (const auto& [code, holdings] : holdingsOf(portfolios, &codes)) {
     const PriceLimits limits = limitsFor(code, holdings);
     if (limits.areNone())
       continue;
@@ -67,6 +60,35 @@ void bringLimitsTogether(OpenPortfolios& portfolios) {
     for (const auto& [holding, limits] : without)
       holding.setLimits(limits);
   });
+}
+
+} // namespace
+
+void shareLimits(OpenPortfolios& portfolios, const String& code, const PriceLimits& limits) {
+  limits.keepForStock(code);
+  HoldingsByCode holdings = holdingsOf(portfolios);
+  for (const Holding& holding : holdings[code])
+    holding.setLimits(limits);
+}
+
+void SharedLimits::bringTogether(OpenPortfolios& portfolios) {
+  if (const std::uint64_t settings = Settings::Instance().changeStamp(); m_settings != settings) {
+    m_settings = settings;
+    m_changed.forget();
+  }
+  std::vector<const XMLHeldShare*> shares;
+  for (const auto& [name, portfolio] : portfolios)
+    for (const XMLHeldShare& share : portfolio->portfolio().heldShares())
+      shares.push_back(&share);
+  const ChangedHoldings::Changes changes = m_changed.look(shares);
+  if (changes.codes.empty())
+    return;
+  try {
+    bringLimitsTogether(portfolios, changes.codes);
+  } catch (const Exception&) {
+    m_changed.forget();
+    throw;
+  }
 }
 
 LimitsOfStocks limitsOfHoldings(OpenPortfolios& portfolios) {

@@ -1,6 +1,8 @@
 #pragma once
 #include "session/OpenPortfolios.h"
+#include "views/ChangedHoldings.h"
 #include "views/PriceLimits.h"
+#include <cstdint>
 #include <map>
 
 namespace Tallymoor {
@@ -16,7 +18,16 @@ void shareLimits(OpenPortfolios& portfolios, const String& code, const PriceLimi
 /// A holding without limits takes those of the settings. Limits of a holding go to the settings, unless
 /// another holding of the stock has those of the settings already. So nothing that was typed is lost:
 /// holdings that differ keep what they have until the user sets limits again.
-void bringLimitsTogether(OpenPortfolios& portfolios);
+class SharedLimits {
+public:
+  /// Looks at stocks of which a holding or the settings have changed since the last call. Throws Exception;
+  /// the next call then looks at all.
+  void bringTogether(OpenPortfolios& portfolios);
+
+private:
+  ChangedHoldings m_changed;
+  std::uint64_t m_settings = 0; ///< Settings::changeStamp
+};
 
 /// The limits of all stocks that are held, by code.
 using LimitsOfStocks = std::map<String, PriceLimits>;

@@ -1,6 +1,7 @@
 #include "views/SharesHeldTreeItem.h"
 #include "books/SharePortfolioUser.h"
 #include "foundation/RunTimeSettings.h"
+#include "foundation/Settings.h"
 #include "market/StockNames.h"
 #include "market/TallymoorInternet.h"
 #include "views/CellFigures.h"
@@ -98,12 +99,34 @@ void SharesHeldTreeItem::watchStocks() {
           TallymoorInternet::Instance().requirePrice(code, Date());
           return portfolio().sharePriceFor(code, Date(), true);
         });
-  std::set<String> codes;
-  for (const XMLHeldShare& share : portfolio().portfolio().heldShares())
-    codes.insert(share.code());
-  m_unseen->watch(codes);
+  // Those of today stay watched, and prices that change meanwhile are not heard.
+  if (Date::hasFixedDate())
+    m_changedHoldings.forget();
+  else
+    watchHoldings();
   if (portfolioNode()->isUpToDate())
     m_unseen->checkAll();
+}
+
+/// Price changes are heard, so only limits that may be other ones are looked at.
+void SharesHeldTreeItem::watchHoldings() {
+  std::optional<LimitsBasis> basis;
+  if (autoMinMaxPrices)
+    basis = {TallymoorInternet::Instance().changeStamp(), Settings::Instance().changeStamp(), Date()};
+  if (m_limitsBasis != basis)
+    m_changedHoldings.forget();
+  m_limitsBasis = basis;
+  std::vector<const XMLHeldShare*> shares;
+  for (const XMLHeldShare& share : portfolio().portfolio().heldShares())
+    shares.push_back(&share);
+  const ChangedHoldings::Changes changes = m_changedHoldings.look(shares);
+  if (changes.areOtherStocks) {
+    std::set<String> codes;
+    for (const XMLHeldShare* share : shares)
+      codes.insert(share->code());
+    m_unseen->watch(codes);
+  }
+  m_unseen->recheck(changes.codes);
 }
 
 bool SharesHeldTreeItem::checkNextLimit() {

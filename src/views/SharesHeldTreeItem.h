@@ -1,7 +1,11 @@
 #pragma once
+#include "foundation/Date.h"
 #include "foundation/String.h"
+#include "views/ChangedHoldings.h"
 #include "views/PortfolioTableTreeItem.h"
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace Tallymoor {
@@ -65,6 +69,14 @@ protected:
   void showTotals() override;
 
 private:
+  /// What automatic limits are worked out from.
+  struct LimitsBasis {
+    std::uint64_t prices = 0;
+    std::uint64_t settings = 0;
+    Date day;
+    bool operator==(const LimitsBasis&) const = default;
+  };
+
   bool isPurchases() const { return !m_code.empty(); }
   std::vector<String> codesToShow() const;
   void arrangeChildren(const std::vector<String>& codes);
@@ -72,11 +84,14 @@ private:
   void showChart();
   void showName();
   void watchStocks();
+  void watchHoldings();
 
   String m_code;
   RememberedSplitter* m_splitter = nullptr; ///< between the table and the chart
   PriceChart* m_chart = nullptr;
-  std::unique_ptr<UnseenStocks> m_unseen; ///< of "Shares Held", whose table knows only what it showed last
+  ChangedHoldings m_changedHoldings;
+  std::optional<LimitsBasis> m_limitsBasis; ///< none while the limits are those that the user has set
+  std::unique_ptr<UnseenStocks> m_unseen;   ///< of "Shares Held", whose table knows only what it showed last
 };
 
 } // namespace Tallymoor

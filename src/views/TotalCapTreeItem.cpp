@@ -449,7 +449,7 @@ void TotalCapTreeItem::limitsTyped(const String& code, const PriceLimits& limits
 // Nothing of the user's is lost when that fails: the next change tells why.
 void TotalCapTreeItem::shareLimitsOfHoldings() {
   try {
-    bringLimitsTogether(*m_portfolios);
+    m_sharedLimits.bringTogether(*m_portfolios);
   } catch (const Exception&) { // NOLINT(bugprone-empty-catch)
   }
 }

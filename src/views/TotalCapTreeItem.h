@@ -2,6 +2,7 @@
 #include "session/Journal.h"
 #include "session/OpenPortfolios.h"
 #include "views/NodeIcons.h"
+#include "views/SharedLimits.h"
 #include "widgets/InvestmentTreeItem.h"
 #include <functional>
 #include <memory>
@@ -128,6 +129,7 @@ private:
   XMLPortfolios* m_records = nullptr;
   NodeIcons m_icons;
   std::unique_ptr<TotalCapPage> m_views; ///< null until the page is made
+  SharedLimits m_sharedLimits;
   bool m_portfoliosChanged = false;
 };
 

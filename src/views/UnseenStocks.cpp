@@ -19,6 +19,12 @@ void UnseenStocks::watch(const std::set<String>& codes) {
   m_watchedCodes.watch(codes);
 }
 
+void UnseenStocks::recheck(const std::set<String>& codes) {
+  for (const String& code : codes)
+    if (m_codes.contains(code))
+      m_unchecked.insert(code);
+}
+
 bool UnseenStocks::checkNext() {
   if (m_unchecked.empty())
     return false;

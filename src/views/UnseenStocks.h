@@ -23,6 +23,8 @@ public:
 
   /// These from now on; their limits are yet to be looked at. A view date changes nothing.
   void watch(const std::set<String>& codes);
+  /// The limits of these are to be looked at again.
+  void recheck(const std::set<String>& codes);
   /// Looks at the limits of the next stock that was not looked at since; false when there is none.
   bool checkNext();
   void checkAll();

@@ -19,11 +19,15 @@ public:
     double& known = m_closes[code][day];
     const bool changed = known != close;
     known = close;
+    ++m_changeStamp;
     if (changed)
       for (PriceUpdater::PricesObserver* record : m_records)
         record->historicalPriceChanged(code, day, close);
   }
-  void clear() { m_closes.clear(); }
+  void clear() {
+    ++m_changeStamp;
+    m_closes.clear();
+  }
   /// From now on the source has answered for the day, be it without a close.
   void setAnswered(const String& code, const Date& day) { m_answered.insert({code, day}); }
   /// Called before each answer to historicalPrice: a source may tell of other days then.
@@ -71,6 +75,7 @@ public:
   bool hasCachedHistory(const String& code) override { return !m_closes[code].empty(); }
   bool hasCachedPrice(const String& code, const Date& day) override { return closeOn(code, day).has_value(); }
   HistoryRange recentRange() override { return {Date().plusDays(-14), Date()}; }
+  std::uint64_t changeStamp() const override { return m_changeStamp; }
   bool completeHistory(const std::vector<HistoryNeed>& needs, Progress*) override {
     for (const HistoryNeed& need : needs)
       completed.push_back(need.code);
@@ -81,6 +86,7 @@ public:
   void removeRecord(PriceUpdater::PricesObserver& record) override { std::erase(m_records, &record); }
 
 private:
+  std::uint64_t m_changeStamp = 0;
   std::map<String, std::map<Date, double>> m_closes;
   std::set<std::pair<String, Date>> m_answered;
   std::vector<PriceUpdater::PricesObserver*> m_records;

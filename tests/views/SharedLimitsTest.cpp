@@ -42,6 +42,7 @@ protected:
   GatewayScope m_gateway;
   XMLPortfolios m_records;
   OpenPortfolios portfolios;
+  SharedLimits m_sharedLimits;
 };
 
 TEST_F(SharedLimitsTest, LimitsAreSetInEveryHoldingAndInTheSettings) {
@@ -60,14 +61,14 @@ TEST_F(SharedLimitsTest, LimitsAreSetInEveryHoldingAndInTheSettings) {
 TEST_F(SharedLimitsTest, HoldingWithoutLimitsTakesThoseOfTheWatchedStock) {
   PriceLimits{1.0, 2.0}.keepForStock(u"AAA.AX");
   XMLHeldShare& share = hold(u"A", u"AAA.AX");
-  bringLimitsTogether(portfolios);
+  m_sharedLimits.bringTogether(portfolios);
   expectLimits(share, 1.0, 2.0);
 }
 
 TEST_F(SharedLimitsTest, LimitsOfAHoldingComeToTheSettings) {
   hold(u"A", u"AAA.AX");
   hold(u"B", u"AAA.AX", 1.0, 2.0);
-  bringLimitsTogether(portfolios);
+  m_sharedLimits.bringTogether(portfolios);
   expectKept(u"AAA.AX", 1.0, 2.0);
   expectLimits(*portfolios[u"A"]->findHeldShare(u"AAA.AX"), 1.0, 2.0);
 }
@@ -75,7 +76,7 @@ TEST_F(SharedLimitsTest, LimitsOfAHoldingComeToTheSettings) {
 TEST_F(SharedLimitsTest, ImportedRecordsTakePrecedenceOverTheSettings) {
   PriceLimits{1.0, 2.0}.keepForStock(u"AAA.AX");
   XMLHeldShare& share = hold(u"A", u"AAA.AX", 3.0, 4.0);
-  bringLimitsTogether(portfolios);
+  m_sharedLimits.bringTogether(portfolios);
   expectLimits(share, 3.0, 4.0);
   expectKept(u"AAA.AX", 3.0, 4.0);
 }
@@ -84,7 +85,7 @@ TEST_F(SharedLimitsTest, HoldingsThatDifferKeepTheirsUntilLimitsAreSetAnew) {
   PriceLimits{5.0, 6.0}.keepForStock(u"AAA.AX");
   XMLHeldShare& first = hold(u"A", u"AAA.AX", 3.0, 4.0);
   XMLHeldShare& second = hold(u"B", u"AAA.AX", 5.0, 6.0);
-  bringLimitsTogether(portfolios);
+  m_sharedLimits.bringTogether(portfolios);
   expectLimits(first, 3.0, 4.0);
   expectLimits(second, 5.0, 6.0);
   expectKept(u"AAA.AX", 5.0, 6.0); // One holding already has these limits.
@@ -93,9 +94,25 @@ TEST_F(SharedLimitsTest, HoldingsThatDifferKeepTheirsUntilLimitsAreSetAnew) {
   expectLimits(second, 7.0, 8.0);
 }
 
+TEST_F(SharedLimitsTest, APurchaseTakesTheLimitsOfAStockThatWasLookedAtBefore) {
+  hold(u"A", u"AAA.AX", 1.0, 2.0);
+  m_sharedLimits.bringTogether(portfolios);
+  XMLHeldShare& later = hold(u"B", u"AAA.AX");
+  m_sharedLimits.bringTogether(portfolios);
+  expectLimits(later, 1.0, 2.0);
+}
+
+TEST_F(SharedLimitsTest, LimitsThatChangeInTheSettingsReachAHoldingThatWasLookedAtBefore) {
+  XMLHeldShare& share = hold(u"A", u"AAA.AX");
+  m_sharedLimits.bringTogether(portfolios);
+  PriceLimits{1.0, 2.0}.keepForStock(u"AAA.AX");
+  m_sharedLimits.bringTogether(portfolios);
+  expectLimits(share, 1.0, 2.0);
+}
+
 TEST_F(SharedLimitsTest, WithoutLimitsNothingIsSet) {
   XMLHeldShare& share = hold(u"A", u"AAA.AX");
-  bringLimitsTogether(portfolios);
+  m_sharedLimits.bringTogether(portfolios);
   expectLimits(share, 0.0, 0.0);
   expectKept(u"AAA.AX", 0.0, 0.0);
 }
