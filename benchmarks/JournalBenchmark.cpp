@@ -12,6 +12,7 @@
 #include "session/ImportedPortfolios.h"
 #include "session/PortfolioExport.h"
 #include "session/PortfolioStore.h"
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -146,6 +147,13 @@ private:
   std::string m_bytes;
 };
 
+/// Of the quickest quarter. A change computes and then waits for the disk; on a busy machine the median tells
+/// how long it waits for a processor.
+double lowerQuartile(std::vector<double> values) {
+  std::sort(values.begin(), values.end());
+  return values[values.size() / 4];
+}
+
 bool measureChange(const ScratchProfile& profile, LargePortfolio& portfolio) {
   portfolio.secondsOfChange(); // makes what is made once
   const auto size = std::filesystem::file_size(profile.journal());
@@ -158,9 +166,9 @@ bool measureChange(const ScratchProfile& profile, LargePortfolio& portfolio) {
     ours.push_back(portfolio.secondsOfChange());
   }
   std::printf("a purchase among %d: %zu bytes, on disk after %.3f ms, their flush %.3f ms\n", PURCHASES,
-              static_cast<std::size_t>(bytes), Bench::median(ours) * 1e3, Bench::median(reference) * 1e3);
+              static_cast<std::size_t>(bytes), lowerQuartile(ours) * 1e3, lowerQuartile(reference) * 1e3);
   const bool onDisk =
-      Bench::printRatio("change_on_disk", Bench::median(ours) / Bench::median(reference), ON_DISK_LIMIT);
+      Bench::printRatio("change_on_disk", lowerQuartile(ours) / lowerQuartile(reference), ON_DISK_LIMIT);
   return Bench::printRatio("change_bytes", static_cast<double>(bytes), BYTES_LIMIT) && onDisk;
 }
 

@@ -11,10 +11,10 @@ void tidyProfileFolders() {
   Platform& platform = Platform::Instance();
   const String settings = Settings::Instance().filePath();
   for (const String& folder :
-       {dataDirectory(platform, APP_NAME), configDirectory(platform, APP_NAME),
-        configDirectory(platform, APP_NAME) + u"Sources/", cacheDirectory(platform, APP_NAME),
-        reportDirectory(platform, APP_NAME), String(settings.substr(0, settings.find_last_of(u'/') + 1)),
-        lastTransferFolder()})
+       {dataDirectory(platform, APP_NAME), dataDirectory(platform, APP_NAME) + u"Backups/",
+        configDirectory(platform, APP_NAME), configDirectory(platform, APP_NAME) + u"Sources/",
+        cacheDirectory(platform, APP_NAME), reportDirectory(platform, APP_NAME),
+        String(settings.substr(0, settings.find_last_of(u'/') + 1)), lastTransferFolder()})
     if (!folder.empty())
       removeLeftoverTemporaries(folder);
   installMissingDefaults(platform, APP_NAME);

@@ -4,6 +4,8 @@
 #include "analysis/ReportBuilder.h"
 #include "analysis/ReportFiles.h"
 #include "foundation/Constants.h"
+#include "foundation/Exception.h"
+#include "foundation/FolderLock.h"
 #include "foundation/Settings.h"
 #include "market/MarketPrices.h"
 #include "market/PriceQuarantine.h"
@@ -17,7 +19,9 @@
 #include "session/ProfileFolders.h"
 #include "updates/Updates.h"
 #include <array>
+#include <cstdlib>
 #include <filesystem>
+#include <sstream>
 
 namespace Tallymoor {
 
@@ -70,6 +74,64 @@ Save linkedRecords() {
                                  "../elsewhere/mine.xml");
           },
           records().makeReady};
+}
+
+// ---- Journal, lock ----
+
+void deposit(PortfolioStore& store) {
+  makeChange(u"Deposit", [&store] {
+    store.portfolios().at(u"Trading")->creditCash(Date(2026, 2, 2), 100.0, CASH_EVENT_DEPOSIT, u"DEPOSIT");
+  });
+}
+
+std::string textOf(PortfolioStore& store) {
+  std::ostringstream stream;
+  store.records().encode(stream);
+  return stream.str();
+}
+
+std::shared_ptr<PortfolioStore> loadedRecords() {
+  auto store = std::make_shared<PortfolioStore>(UserInteraction::Instance());
+  store->load();
+  return store;
+}
+
+/// A change, with and without a journal before it. One that fails leaves the records as they were.
+Save journal() {
+  return {[](bool overwrite) {
+            changedRecords("old")->save();
+            if (overwrite)
+              deposit(*loadedRecords());
+          },
+          [](const UpdateServiceAddress&) {
+            return [store = loadedRecords()] {
+              const std::string before = textOf(*store);
+              try {
+                deposit(*store);
+              } catch (const Exception&) {
+                if (textOf(*store) != before)
+                  std::abort(); // which the driver counts as an end without a word
+                throw;
+              }
+            };
+          }};
+}
+
+Save lock() {
+  const auto lockFolder = [] {
+    return FolderLock::onFileIn(Platform::Instance().userHomeDirectory(APP_NAME));
+  };
+  return {[lockFolder](bool overwrite) {
+            changedRecords("old")->save();
+            if (overwrite)
+              (void)lockFolder();
+          },
+          [lockFolder](const UpdateServiceAddress&) {
+            return [lockFolder] {
+              if (lockFolder().isHeldByAnother())
+                std::abort();
+            };
+          }};
 }
 
 Save exported() {
@@ -304,6 +366,8 @@ std::string newerDocument(const std::string& path, const std::string& root) {
 const std::map<std::string, Save>& saves() {
   static const std::map<std::string, Save> all{{"records", records()},
                                                {"linked records", linkedRecords()},
+                                               {"journal", journal()},
+                                               {"lock", lock()},
                                                {"export", exported()},
                                                {"report", report()},
                                                {"prices", prices()},

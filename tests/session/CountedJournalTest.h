@@ -9,9 +9,11 @@ namespace Tallymoor {
 
 /// A user without a network and without threads, so that the process can be forked. All prices are known.
 class CountedJournalTest : public ::testing::Test {
+public:
+  ~CountedJournalTest() override;
+
 protected:
   CountedJournalTest();
-  ~CountedJournalTest() override;
 
   String journal() const { return profile.dataFolder() + u"Journal"; }
   /// Takes the records and the journal away.
