@@ -1,5 +1,6 @@
 #include "books/SharePortfolioCapitalRecordUser.h"
 #include "books/CapitalRecordWalk.h"
+#include "foundation/Amounts.h"
 #include "foundation/Exception.h"
 #include "foundation/RunTimeSettings.h"
 #include "market/HistoryNeed.h"
@@ -60,10 +61,26 @@ void SharePortfolioCapitalRecordUser::update(WalkedPortfolio& portfolio) {
   const UpdateScope scope(m_updating, portfolio);
   dropDaysAfterToday();
   settlePrices();
+  askAboutToldSplits(portfolio);
   updateDays(portfolio);
   // The pages that were fetched for the missing days may have told of others.
   if (isToBeRecomputed())
     updateDays(portfolio);
+}
+
+/// The walk asks about those of the days that it computes. Others may be told of days that are long computed;
+/// each is looked at once.
+void SharePortfolioCapitalRecordUser::askAboutToldSplits(WalkedPortfolio& portfolio) {
+  for (const auto& [code, day] : m_prices.toldSplitDays()) {
+    if (day > Date() || !holdingOn(code, day) || !m_splitsAskedAbout.insert({code, day}).second)
+      continue;
+    try {
+      if (portfolio.checkPriceForSplit(code, day).adjusted)
+        recomputeFrom(day);
+    } catch (const Exception&) {
+      // Without a price nothing is asked; the day is computed again when one comes.
+    }
+  }
 }
 
 const WalkedCash& SharePortfolioCapitalRecordUser::cashOf(const XMLSharePortfolio& portfolio) {
@@ -167,8 +184,18 @@ bool SharePortfolioCapitalRecordUser::wantsHistory(const String& code) const {
 
 void SharePortfolioCapitalRecordUser::historicalPriceChanged(const String& code, const Date& date,
                                                              double close) {
+  if (showsAsZero(close)) {
+    if (holdingOn(code, date))
+      recomputeFrom(date);
+    return;
+  }
   const std::optional<KnownClose> known = m_prices.closeOn(code, date);
   setPrice(code, date, {close, known && known->isFinal ? PriceStanding::Final : PriceStanding::Open});
+}
+
+void SharePortfolioCapitalRecordUser::pricesForgotten() {
+  recomputeFrom(firstRecordDate());
+  removeFile();
 }
 
 /// Looks for the closes that were missing, or may have been those of a day that was not over. Most updates

@@ -4,6 +4,7 @@
 #include "foundation/LengthyFunctions.h"
 #include "market/PriceUpdater.h"
 #include <set>
+#include <utility>
 #include <vector>
 
 namespace Tallymoor {
@@ -46,6 +47,9 @@ public:
   /// False before the file was read: the first update then looks for the closes itself.
   bool wantsHistory(const String& code) const override;
   void historicalPriceChanged(const String& code, const Date& date, double close) override;
+  /// The next update computes all days again. The file goes at once, so that a crash before that can't leave
+  /// days of other prices.
+  void pricesForgotten() override;
 
   /// The walk of a long update, under a progress dialog.
   void runLengthyFunction(Progress& progress, int argument) override;
@@ -73,16 +77,18 @@ private:
   void updateDays(WalkedPortfolio& portfolio);
   void updateTo(WalkedPortfolio& portfolio, Progress* progress);
   bool computeDay(CapitalRecordWalk& walk, const Date& day, Progress* progress);
+  void askAboutToldSplits(WalkedPortfolio& portfolio);
   void settlePrices();
   std::vector<HistoryNeed> unsettledNeeds() const;
   void addNeeds(std::vector<HistoryNeed>& needs, const String& code, const std::set<Date>& days) const;
   void settlePrice(const String& code, const Date& day);
 
   MarketPrices& m_prices;
-  WalkedRecords m_records;               ///< as the last walk has read them
-  WalkedPortfolio* m_updating = nullptr; ///< set during an update
-  std::optional<SettledAt> m_settled;    ///< none while the record waits for a price
-  std::optional<SplitLook> m_splitLook;  ///< that of the last day; none once one of its prices is another one
+  WalkedRecords m_records;                              ///< as the last walk has read them
+  WalkedPortfolio* m_updating = nullptr;                ///< set during an update
+  std::optional<SettledAt> m_settled;                   ///< none while the record waits for a price
+  std::set<std::pair<String, Date>> m_splitsAskedAbout; ///< that a source has told
+  std::optional<SplitLook> m_splitLook; ///< that of the last day; none once one of its prices is another one
 };
 
 } // namespace Tallymoor

@@ -10,11 +10,6 @@ namespace {
 
 const Date FIRST_BELIEVABLE_DAY(1900, 1, 1);
 
-/// The clock of the exchange may be a day ahead of ours.
-bool isBelievable(const Date& day) {
-  return day >= FIRST_BELIEVABLE_DAY && day <= Date::realToday().plusDays(1);
-}
-
 /// The day of a text as "3-Mar-06" or "3-Mar-2006". Days that a month doesn't have would be carried over, and
 /// a year of one digit, as in a text that was cut, would be taken for one of this century.
 Date dayOf(const String& text) {
@@ -53,10 +48,12 @@ HistoryTable::Row HistoryTable::row(std::size_t index) const {
     return row;
   }
   row.day = dayOf(dateText);
-  if (!isBelievable(row.day)) {
+  if (row.day < FIRST_BELIEVABLE_DAY) {
     row.reading = Reading::UnbelievableDay;
     return row;
   }
+  if (row.day > lastBelievableDay())
+    row.reading = Reading::ToCome;
   row.value.high = figureOrNone(m_table.cellValue(index, m_high));
   row.value.low = figureOrNone(m_table.cellValue(index, m_low));
   row.value.close = requireFigure(closeText);
@@ -64,14 +61,16 @@ HistoryTable::Row HistoryTable::row(std::size_t index) const {
   return row;
 }
 
-std::map<Date, ShareValue> HistoryTable::rows() const {
-  std::map<Date, ShareValue> rows;
+AnsweredHistory HistoryTable::history() const {
+  AnsweredHistory history;
   for (std::size_t i = 0; i < m_table.numRows(); ++i) {
     const Row read = row(i);
     if (read.reading == Reading::Read)
-      rows.insert_or_assign(read.day, read.value);
+      history.prices.insert_or_assign(read.day, read.value);
+    else if (read.reading == Reading::ToCome)
+      history.future.insert_or_assign(read.day, read.value);
   }
-  return rows;
+  return history;
 }
 
 } // namespace Tallymoor

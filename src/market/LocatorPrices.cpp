@@ -73,10 +73,7 @@ AnsweredHistory LocatorPrices::history(const String& code, const HistoryRange& r
   return pagedHistory(range, HistoryRange::daysOfPage(m_historicalPrices.maxEntries()),
                       [&](const HistoryRange& days) {
                         const HTMLPage page = fetch(m_historicalPrices, historyVariables(code, days), stop);
-                        const HTMLTable table = readTable(m_historicalPrices, page);
-                        AnsweredHistory history;
-                        history.prices = HistoryTable(table).rows();
-                        return history;
+                        return HistoryTable(readTable(m_historicalPrices, page)).history();
                       });
 }
 

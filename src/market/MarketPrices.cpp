@@ -27,6 +27,7 @@ public:
   std::optional<double> toldSplit(const String& code, const Date& first, const Date& last) override {
     return gateway().toldSplit(code, first, last);
   }
+  std::vector<std::pair<String, Date>> toldSplitDays() override { return gateway().toldSplitDays(); }
   bool isToBeFetched(const String& code, const Date& day) override {
     return gateway().isToBeFetched(code, day);
   }
@@ -54,6 +55,10 @@ MarketPrices::~MarketPrices() = default;
 
 std::optional<double> MarketPrices::toldSplit(const String&, const Date&, const Date&) {
   return std::nullopt;
+}
+
+std::vector<std::pair<String, Date>> MarketPrices::toldSplitDays() {
+  return {};
 }
 
 MarketPrices& gatewayPrices() {

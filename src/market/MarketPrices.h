@@ -6,6 +6,7 @@
 #include "market/SharePriceCache.h"
 #include <cstdint>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace Tallymoor {
@@ -27,6 +28,8 @@ public:
 
   /// The shares that one became by the splits that a source has told of the days; nothing here.
   virtual std::optional<double> toldSplit(const String& code, const Date& first, const Date& last);
+  /// The days of all such splits, with their codes; none here.
+  virtual std::vector<std::pair<String, Date>> toldSplitDays();
 
   virtual bool isToBeFetched(const String& code, const Date& day) = 0;
   virtual bool hasCachedHistory(const String& code) = 0;

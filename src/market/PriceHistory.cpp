@@ -303,8 +303,15 @@ void PriceHistory::clearBad(const String& code) {
   m_refreshes.clear();
 }
 
-void PriceHistory::forgetFetched() {
-  m_cache.forgetFetched();
+void PriceHistory::forgetFetched(const std::function<void()>& then) {
+  SharePriceCache::Forgotten forgotten = m_cache.forgetFetched();
+  try {
+    m_cache.save();
+    then();
+  } catch (...) {
+    m_cache.putBack(std::move(forgotten));
+    throw;
+  }
   m_answered.clear();
   forgetFailures();
 }

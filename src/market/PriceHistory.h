@@ -27,7 +27,8 @@ class Progress;
 /// the caller waits.
 class PriceHistory {
 public:
-  /// Called for each close in the cache that is new or has changed, unless it shows as zero.
+  /// Called for each close in the cache that is new or has changed; with 0 for a day that has no price any
+  /// more, nor one before it.
   using CloseChanged = std::function<void(const String& code, const Date& day, double close)>;
 
   /// What is referred to is not owned. decisionsFile is that of the quarantine.
@@ -82,8 +83,9 @@ public:
   void forgetFailures() REQUIRES(bigMutex());
   void clearBad(const String& code) REQUIRES(bigMutex());
   void clear() REQUIRES(bigMutex());
-  /// Only what was typed stays.
-  void forgetFetched() REQUIRES(bigMutex());
+  /// Only what was typed stays, in the files too; then calls what depends on that. If either fails, throws
+  /// with all prices as they were.
+  void forgetFetched(const std::function<void()>& then) REQUIRES(bigMutex());
 
 private:
   void fetchDayVisibly(const String& code, const Date& day, bool upTo) REQUIRES(bigMutex());

@@ -13,6 +13,8 @@ bool PricesObserver::wantsHistory(const String&) const {
 
 void PricesObserver::historicalPriceChanged(const String&, const Date&, double) {}
 
+void PricesObserver::pricesForgotten() {}
+
 void PricesObserver::historyArrived(const String&) {}
 
 void PriceObservers::add(PricesObserver* observer, Rank rank) {
@@ -44,6 +46,11 @@ void PriceObservers::tellRecords(const String& code, const Date& date, double cl
   for (std::size_t i = 0; i < m_registrations.size(); ++i)
     if (m_registrations[i].rank == Rank::Records)
       m_registrations[i].observer->historicalPriceChanged(code, date, close);
+}
+
+void PriceObservers::tellPricesForgotten() const {
+  for (std::size_t i = 0; i < m_registrations.size(); ++i)
+    m_registrations[i].observer->pricesForgotten();
 }
 
 void PriceObservers::tellHistoryArrived(const String& code) const {

@@ -17,8 +17,11 @@ public:
   virtual void pricesUpdateFinished();
   /// True when recent closes of the code are missing, so that the pass should ask for them.
   virtual bool wantsHistory(const String& code) const;
-  /// A close in the cache has changed.
+  /// A close in the cache has changed, or is gone, which 0 says.
   virtual void historicalPriceChanged(const String& code, const Date& date, double close);
+  /// All fetched prices are being forgotten, since others take their place. Throws Exception if that may not
+  /// be done.
+  virtual void pricesForgotten();
   /// Past prices of the code that were requested have come, or failed, or are not fetched any more.
   virtual void historyArrived(const String& code);
 };
@@ -36,6 +39,7 @@ public:
   std::vector<PricesObserver*> all() const REQUIRES(bigMutex());
   /// Tells the observers of rank Records only of a changed close.
   void tellRecords(const String& code, const Date& date, double close) const REQUIRES(bigMutex());
+  void tellPricesForgotten() const REQUIRES(bigMutex());
   void tellHistoryArrived(const String& code) const REQUIRES(bigMutex());
 
 private:

@@ -45,12 +45,12 @@ PricePass::PricePass(Connection& connection, PriceHistory& history, PriceUpdater
                      std::stop_token stop)
     : m_connection(connection), m_history(history), m_updater(updater), m_stop(std::move(stop)) {}
 
-void PricePass::run(bool isHistoryDue, bool hasNetworkFailed) {
-  m_isHistoryDue = isHistoryDue;
-  m_networkFailed = hasNetworkFailed;
+void PricePass::run(const Scope& scope) {
+  m_isHistoryDue = scope.isHistoryDue;
+  m_networkFailed = scope.hasNetworkFailed;
   const std::stop_callback stopFetches(m_stop, [this] { m_fetches.stop(); });
-  inBackgroundStretch(m_stop, [this]() REQUIRES(bigMutex()) {
-    m_codes = m_updater.codes();
+  inBackgroundStretch(m_stop, [&]() REQUIRES(bigMutex()) {
+    m_codes = m_updater.takeCodes(scope.newAlone);
     m_observers = m_updater.observers();
   });
   while (!m_stop.stop_requested() && (m_begun < m_codes.size() || !m_underWay.empty())) {

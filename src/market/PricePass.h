@@ -31,10 +31,14 @@ public:
   /// What is referred to is not owned.
   PricePass(Connection& connection, PriceHistory& history, PriceUpdater& updater, std::stop_token stop);
 
-  /// On a thread that does not hold the big mutex. While the network has failed, one request at a time tries
-  /// whether it is back. Throws Exception when the program is offline; what fails for a code otherwise leaves
-  /// the others alone.
-  void run(bool isHistoryDue, bool hasNetworkFailed);
+  struct Scope {
+    bool newAlone = false;         ///< only the codes that were added since the last pass
+    bool isHistoryDue = false;     ///< recent closes are refreshed, too
+    bool hasNetworkFailed = false; ///< one request at a time tries whether it is back
+  };
+  /// On a thread that does not hold the big mutex. Throws Exception when the program is offline; what fails
+  /// for a code otherwise leaves the others alone.
+  void run(const Scope& scope);
 
   /// True when the last answer was a failure of the network.
   bool hasNetworkFailed() const { return m_networkFailed; }

@@ -95,20 +95,30 @@ void PriceStatus::setOn(const String& name, bool isOn) {
   const MarketChange change = marketChangeBy(name, isOn);
   if (change == MarketChange::BeginsSample && sources.hasSourceOn())
     throw Exception(u"The prices of the sample market are made up. Switch all other sources off first.");
-  sources.setOn(name, isOn, change == MarketChange::EndsSample ? LocatorPrices::NAME : String());
-  if (change != MarketChange::None)
-    forgetMarket();
+  if (change == MarketChange::None)
+    sources.setOn(name, isOn);
+  else
+    changeMarket([&] {
+      sources.setOn(name, isOn, change == MarketChange::EndsSample ? LocatorPrices::NAME : String());
+    });
 }
 
-/// What is being fetched ends first: it would be stored, with prices of the market that has ended.
-void PriceStatus::forgetMarket() {
+/// What is being fetched ends first: it would be stored, with prices of the market that has ended. On disk
+/// the prices are gone before the sources are others, since the program may be killed at any moment.
+void PriceStatus::changeMarket(const std::function<void()>& changeSources) {
   const bool wasRunning = m_updater.isRunning();
   m_updater.stopAndJoin();
   m_fetcher.cancel();
-  ++m_marketStamp;
-  m_history.forgetFetched();
-  for (const String& code : m_updater.codes())
-    m_updater.setCurrentPrice(code, 0.0);
+  try {
+    m_updater.tellPricesForgotten();
+    m_history.forgetFetched(changeSources);
+    for (const String& code : m_updater.codes())
+      m_updater.setCurrentPrice(code, 0.0);
+  } catch (...) {
+    if (wasRunning)
+      m_updater.start();
+    throw;
+  }
   if (wasRunning)
     m_updater.start();
 }
@@ -176,10 +186,8 @@ PriceStatus::Import PriceStatus::importFile(const String& code, const String& pa
   import.days = history.prices.size();
   if (history.prices.empty())
     return import;
-  if (isSampleMarket()) {
-    m_connection.sources().setOn(LocatorPrices::NAME, false);
-    forgetMarket();
-  }
+  if (isSampleMarket())
+    changeMarket([this]() REQUIRES(bigMutex()) { m_connection.sources().setOn(LocatorPrices::NAME, false); });
   import.first = history.prices.begin()->first;
   import.last = history.prices.rbegin()->first;
   import.changed =

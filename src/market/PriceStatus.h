@@ -80,11 +80,11 @@ public:
   /// What a change of what is on means for prices that are known.
   enum class MarketChange : std::uint8_t { None, EndsSample, BeginsSample };
   MarketChange marketChangeBy(const String& name, bool isOn);
-  /// Another number after each change from the sample market to real sources, or back.
-  std::uint64_t marketStamp() const { return m_marketStamp; }
   /// As SourceList::setOn. Made-up and real prices never mix: the first source of real prices switches the
   /// sample market off, the sample market is refused beside other sources, and with each change from one to
-  /// the other all prices are forgotten that the user has not typed.
+  /// the other all prices are forgotten that the user has not typed, in memory and on disk, and the capital
+  /// records compute all days again. Throws Exception, with nothing changed, where something can't be
+  /// written.
   void setOn(const String& name, bool isOn);
 
   /// The requests of a trial. Runs without the big mutex, on any thread; throws nothing that is an Exception.
@@ -102,13 +102,12 @@ public:
   Import importFile(const String& code, const String& path, const CsvAnswers& answers);
 
 private:
-  void forgetMarket() REQUIRES(bigMutex());
+  void changeMarket(const std::function<void()>& changeSources) REQUIRES(bigMutex());
 
   Connection& m_connection;
   PriceHistory& m_history;
   PriceUpdater& m_updater;
   HistoryFetcher& m_fetcher;
-  std::uint64_t m_marketStamp = 0;
 };
 
 } // namespace Tallymoor

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <exception>
 #include <limits>
+#include <utility>
 
 namespace Tallymoor {
 
@@ -42,25 +43,33 @@ std::uint32_t PriceUpdater::passPeriod() {
 
 void PriceUpdater::start() {
   const BigMutexLock lock;
-  if (!Date::hasFixedDate())
-    Thread::start();
+  if (Date::hasFixedDate())
+    return;
+  m_isAllDue = true;
+  Thread::start();
 }
 
 void PriceUpdater::wakeUp() {
   const BigMutexLock lock;
-  if (!Date::hasFixedDate())
-    Thread::wakeUp();
+  if (Date::hasFixedDate())
+    return;
+  m_isAllDue = true;
+  Thread::wakeUp();
 }
 
 void PriceUpdater::addCode(const String& code) {
   const BigMutexLock lock;
-  if (!m_history.isBad(code))
-    m_prices.emplace(code, 0.0);
+  if (m_history.isBad(code) || !m_prices.emplace(code, 0.0).second)
+    return;
+  m_newCodes.insert(code);
+  if (!m_isAllDue && isRunning())
+    Thread::wakeUp();
 }
 
 void PriceUpdater::removeCode(const String& code) {
   const BigMutexLock lock;
   m_changeStamp += m_prices.erase(code);
+  m_newCodes.erase(code);
 }
 
 bool PriceUpdater::hasCode(const String& code) const {
@@ -74,6 +83,11 @@ std::vector<String> PriceUpdater::codes() const {
   for (const auto& [code, price] : m_prices)
     codes.push_back(code);
   return codes;
+}
+
+std::vector<String> PriceUpdater::takeCodes(bool newAlone) {
+  const std::set<String> added = std::exchange(m_newCodes, {});
+  return newAlone ? std::vector<String>(added.begin(), added.end()) : codes();
 }
 
 double PriceUpdater::getCurrentPrice(const String& code) const {
@@ -133,23 +147,38 @@ void PriceUpdater::tellRecords(const String& code, const Date& date, double clos
   m_observers.tellRecords(code, date, close);
 }
 
+void PriceUpdater::tellPricesForgotten() {
+  const BackgroundPassScope scope;
+  m_observers.tellPricesForgotten();
+}
+
 void PriceUpdater::tellHistoryArrived(const String& code) {
   const BackgroundPassScope scope;
   m_observers.tellHistoryArrived(code);
 }
 
 void PriceUpdater::threadFunction() {
-  runPass();
+  runPass(takeNewAlone());
 }
 
 void PriceUpdater::runPass() {
+  runPass(false);
+}
+
+/// True for a wake-up by new codes. At the end of the period there are none.
+bool PriceUpdater::takeNewAlone() {
+  const BigMutexLock lock;
+  return !std::exchange(m_isAllDue, false) && !m_newCodes.empty();
+}
+
+void PriceUpdater::runPass(bool newAlone) {
   const std::stop_token stop = passToken();
   if (stop.stop_requested())
     return;
   PricePass pass(m_connection, m_history, *this, stop);
   String failure;
   try {
-    pass.run(historicalCheckIsDue(), m_networkFailed);
+    pass.run({newAlone, !newAlone && historicalCheckIsDue(), m_networkFailed});
     failure = pass.failureText();
   } catch (const Exception& exception) {
     failure = exception.message();
@@ -161,7 +190,11 @@ void PriceUpdater::runPass() {
     return;
   if (!failure.empty())
     tellStatus(u"PriceUpdater::threadFunction failed: " + failure);
-  setPeriod(passPeriod());
+  const std::uint32_t now = Platform::Instance().tickCount();
+  if (!newAlone)
+    m_allDone = now;
+  // A pass over new codes does not put off the next one over all.
+  setPeriod(passPeriod() - std::min(now - m_allDone, passPeriod() - 1));
 }
 
 /// Compares elapsed times, which holds when the tick wraps around.

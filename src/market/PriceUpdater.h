@@ -7,6 +7,7 @@
 #include "market/StockNameSearch.h"
 #include <cstdint>
 #include <map>
+#include <set>
 #include <vector>
 
 namespace Tallymoor {
@@ -33,16 +34,19 @@ public:
   /// Stops the thread and waits for it, with the big mutex given up meanwhile.
   ~PriceUpdater() override;
 
-  /// As Thread's, but they do nothing while a view date is set: past days need no current prices.
+  /// As Thread's, but they do nothing while a view date is set: past days need no current prices. The next
+  /// pass is one over all codes.
   void start();
   void wakeUp();
 
   /// From now on the code is kept up to date. A code that is known keeps its price; a delisted one is not
-  /// taken.
+  /// taken. After the first pass a new code is fetched soon, without the others.
   void addCode(const String& code);
   void removeCode(const String& code);
   bool hasCode(const String& code) const;
   std::vector<String> codes() const;
+  /// The codes of a pass, all or those that were added since the last one.
+  std::vector<String> takeCodes(bool newAlone) REQUIRES(bigMutex());
   /// 0.0 until the first fetch. Throws Exception "PriceUpdater::getCurrentPrice - dont' have this code: ..."
   /// for an unknown code.
   double getCurrentPrice(const String& code) const;
@@ -66,6 +70,8 @@ public:
 
   /// Tells the observers of rank Records only of a changed close in the cache. Any thread.
   void tellRecords(const String& code, const Date& date, double close);
+  /// Tells all observers that fetched prices are being forgotten. Throws as they do.
+  void tellPricesForgotten();
   /// Tells all observers that past prices of the code were fetched. Any thread.
   void tellHistoryArrived(const String& code);
 
@@ -83,18 +89,23 @@ protected:
   void threadFunction() override;
 
 private:
+  void runPass(bool newAlone);
+  bool takeNewAlone();
   bool historicalCheckIsDue();
   void scheduleHistoricalCheck();
 
   Connection& m_connection;
   PriceHistory& m_history;
   std::map<String, double> m_prices GUARDED_BY(bigMutex());
+  std::set<String> m_newCodes GUARDED_BY(bigMutex()); ///< added since the last pass
+  bool m_isAllDue GUARDED_BY(bigMutex()) = true;      ///< the next pass is one over all codes
   std::uint64_t m_changeStamp GUARDED_BY(bigMutex()) = 0;
   PriceObservers m_observers GUARDED_BY(bigMutex());
   StockNameSearch m_names GUARDED_BY(bigMutex());
   // Used by passes alone.
   std::uint32_t m_lastHistoricalCheck = 0; ///< tick
   std::uint32_t m_historicalInterval = 0;  ///< milliseconds from there to the next one
+  std::uint32_t m_allDone = 0;             ///< tick at the end of the last pass over all codes
   bool m_networkFailed = false;            ///< at the end of the last pass
 };
 

@@ -180,6 +180,18 @@ SharePriceCache::Closes SharePriceCache::setTypedPrice(const String& code, const
   return changed;
 }
 
+void SharePriceCache::setTypedRange(const String& code, const Date& day, double high, double low) {
+  CachedShare& known = shareOrEmpty(code);
+  const auto row = known.values.find(day);
+  if (row == known.values.end())
+    return;
+  row->second.high = high;
+  row->second.low = low;
+  row->second.origin = PriceOrigin::Typed;
+  known.modified = true;
+  ++m_changeStamp;
+}
+
 std::optional<double> SharePriceCache::typedPrice(const String& code, const Date& day) {
   const ShareValue* row = shareOrEmpty(code).find(day);
   return row && row->origin == PriceOrigin::Typed ? std::optional(row->close) : std::nullopt;
@@ -192,11 +204,10 @@ SharePriceCache::Closes SharePriceCache::removeTypedPrice(const String& code, co
   known.modified = true;
   ++m_changeStamp;
   auto row = known.values.find(day);
-  const double typed = row->second.close;
   const std::optional<KnownClose> before = lastCloseBefore(code, day);
   Closes removed;
   do {
-    removed.emplace_back(row->first, before ? before->close : typed);
+    removed.emplace_back(row->first, before ? before->close : 0.0);
     row = known.values.erase(row);
   } while (row != known.values.end() && row->second.origin == PriceOrigin::Filled);
   return removed;
@@ -289,13 +300,28 @@ void SharePriceCache::loadAllFiles() {
   }
 }
 
-void SharePriceCache::forgetFetched() {
+SharePriceCache::Forgotten SharePriceCache::forgetFetched() {
   loadAllFiles();
+  Forgotten forgotten;
   for (auto& [code, entry] : m_entries) {
-    const std::size_t dropped = std::erase_if(entry.share.values, [](const auto& row) {
-      return row.second.origin != PriceOrigin::Typed && row.second.origin != PriceOrigin::Unknown;
-    });
-    entry.share.modified = entry.share.modified || dropped > 0;
+    Rows& rows = entry.share.values;
+    for (auto row = rows.begin(); row != rows.end();) {
+      const auto next = std::next(row);
+      if (row->second.origin != PriceOrigin::Typed && row->second.origin != PriceOrigin::Unknown)
+        forgotten[code].insert(rows.extract(row));
+      row = next;
+    }
+    entry.share.modified = entry.share.modified || forgotten.contains(code);
+  }
+  ++m_changeStamp;
+  return forgotten;
+}
+
+void SharePriceCache::putBack(Forgotten forgotten) {
+  for (auto& [code, rows] : forgotten) {
+    CachedShare& known = shareOrEmpty(code);
+    known.values.merge(rows);
+    known.modified = true;
   }
   ++m_changeStamp;
 }

@@ -56,10 +56,11 @@ public:
   /// The days after it that were filled in follow. Returns the days whose close it is now: none, with nothing
   /// done, for a day after the real today.
   Closes setTypedPrice(const String& code, const Date& day, double close);
+  /// The close of the day counts as typed from now on; nothing is done where there is none.
+  void setTypedRange(const String& code, const Date& day, double high, double low);
   std::optional<double> typedPrice(const String& code, const Date& day);
   /// The day has no price afterwards, nor have the days after it that were filled in from it. Returns them,
-  /// with the last close before the day if there is one, else with what was typed; none for a day whose price
-  /// was not typed.
+  /// with the last close before the day, 0 if there is none; no days for one whose price was not typed.
   Closes removeTypedPrice(const String& code, const Date& day);
   /// The close of the day; nothing when there is none, or one that shows as zero.
   std::optional<KnownClose> closeOn(const String& code, const Date& day);
@@ -74,8 +75,11 @@ public:
   /// Sorted; looks into the files of codes that are not loaded too. Files that can't be read are passed over.
   std::vector<String> badCodes();
 
-  /// Drops all prices of all codes that were fetched, or filled in after them; what was typed stays.
-  void forgetFetched();
+  /// Drops all prices of all codes that were fetched, or filled in after them; what was typed stays. Returns
+  /// them.
+  using Forgotten = std::map<String, Rows>;
+  Forgotten forgetFetched();
+  void putBack(Forgotten forgotten);
 
   /// Writes what has changed. A failure does not stop the rest; afterwards the first one is thrown as
   /// Exception.

@@ -65,6 +65,17 @@ std::map<String, std::map<Date, double>> SourceLog::dividends() const {
   return all;
 }
 
+std::vector<std::pair<String, Date>> SourceLog::splitDays() const {
+  std::vector<std::pair<String, Date>> days;
+  if (!m_hasSplits)
+    return days;
+  const std::lock_guard lock(m_mutex);
+  for (const auto& [code, told] : m_codes)
+    for (const auto& [day, ratio] : told.splits)
+      days.emplace_back(code, day);
+  return days;
+}
+
 std::optional<double> SourceLog::splitBetween(const String& code, const Date& first, const Date& last) const {
   if (!m_hasSplits)
     return std::nullopt;

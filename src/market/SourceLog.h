@@ -11,6 +11,7 @@
 #include <mutex>
 #include <optional>
 #include <set>
+#include <utility>
 #include <vector>
 
 namespace Tallymoor {
@@ -61,6 +62,8 @@ public:
   ToldOfCode toldOf(const String& code) const;
   /// The dividends that were told of all codes.
   std::map<String, std::map<Date, double>> dividends() const;
+  /// The days of the splits that were told, with their codes.
+  std::vector<std::pair<String, Date>> splitDays() const;
   /// The shares that one became by the splits of the days, both included; nothing if none was told.
   std::optional<double> splitBetween(const String& code, const Date& first, const Date& last) const;
   /// The last failure of a source in this run, with the code for which it failed.

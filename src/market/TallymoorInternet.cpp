@@ -295,6 +295,11 @@ void TallymoorInternet::setCachedPrice(const String& code, const Date& date, dou
     m_updater.setCurrentPrice(code, close);
 }
 
+void TallymoorInternet::setCachedRange(const String& code, const Date& date, double high, double low) {
+  const BigMutexLock lock;
+  m_history.cache().setTypedRange(code, date, high, low);
+}
+
 void TallymoorInternet::removeTypedPrice(const String& code, const Date& date) {
   const BigMutexLock lock;
   const SharePriceCache::Closes removed = m_history.removeTypedPrice(code, date);
@@ -364,6 +369,11 @@ void TallymoorInternet::settleToldDividend(const String& code, const Date& day) 
 std::optional<double> TallymoorInternet::toldSplit(const String& code, const Date& first, const Date& last) {
   const BigMutexLock lock;
   return m_connection.sources().log().splitBetween(code, first, last);
+}
+
+std::vector<std::pair<String, Date>> TallymoorInternet::toldSplitDays() {
+  const BigMutexLock lock;
+  return m_connection.sources().log().splitDays();
 }
 
 // --- Delisted codes

@@ -14,6 +14,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace Tallymoor {
@@ -125,6 +126,9 @@ public:
   /// A price typed by the user, which no fetched one replaces; today's also becomes the current price unless
   /// a view date is set. A day after the real today is left alone.
   void setCachedPrice(const String& code, const Date& date, double close);
+  /// The same for the high and the low of a day that has a close, which then counts as typed, too; 0 for one
+  /// that is not known.
+  void setCachedRange(const String& code, const Date& date, double high, double low);
   /// Takes a typed price back, and fetches what the source has for the day. Does nothing for any other price.
   void removeTypedPrice(const String& code, const Date& date);
 
@@ -149,6 +153,7 @@ public:
   void settleToldDividend(const String& code, const Date& day);
   /// The shares that one became by the splits that a source has told of the days, both included.
   std::optional<double> toldSplit(const String& code, const Date& first, const Date& last);
+  std::vector<std::pair<String, Date>> toldSplitDays();
 
   bool isBadCode(const String& code);
   void markBadCode(const String& code);

@@ -2,11 +2,9 @@
 #include "books/UnreadableDates.h"
 #include "entry/StartupWizard.h"
 #include "foundation/Platform.h"
-#include "market/PriceStatus.h"
 #include "market/RestingStatus.h"
 #include "market/TallymoorInternet.h"
 #include "session/Backups.h"
-#include "session/BookQuestions.h"
 #include "session/RecordsReading.h"
 #include "shell/AboutDialog.h"
 #include "shell/AdvertStrip.h"
@@ -343,13 +341,9 @@ void WindowCommands::refreshPrices() {
 }
 
 void WindowCommands::showPrices() {
-  PriceStatus& status = TallymoorInternet::Instance().priceStatus();
-  const std::uint64_t market = status.marketStamp();
   PricesDialog(&m_window).execute();
   MainWindow::setNormalStatusText(restingStatusText()); // it says whether prices are made up
-  if (status.marketStamp() != market)
-    recomputeCapital(m_window.store().portfolios()); // no day keeps a price of the other market
-  m_window.refreshViews(false);                      // by the prices that were typed or accepted
+  m_window.refreshViews(false); // by the prices that were typed or accepted, or come from other sources
 }
 
 void WindowCommands::showToldDividends() {

@@ -32,7 +32,9 @@ String reason(HistoryTable::Reading reading, const Date& day) {
   case HistoryTable::Reading::NoClose:
     return u"its close is empty, as in the row of a dividend";
   case HistoryTable::Reading::UnbelievableDay:
-    return u"its day " + day.toString(DATE_DISPLAY_YMD) + u" is before 1900 or after tomorrow";
+    return u"its day " + day.toString(DATE_DISPLAY_YMD) + u" is before 1900";
+  case HistoryTable::Reading::ToCome:
+    return u"its day " + day.toString(DATE_DISPLAY_YMD) + u" is to come: the program asks about it";
   case HistoryTable::Reading::Read:
     break;
   }

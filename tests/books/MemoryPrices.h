@@ -71,6 +71,13 @@ public:
     return std::nullopt;
   }
 
+  std::vector<std::pair<String, Date>> toldSplitDays() override {
+    std::vector<std::pair<String, Date>> days;
+    for (const auto& [day, ratio] : toldSplits)
+      days.push_back(day);
+    return days;
+  }
+
   bool isToBeFetched(const String&, const Date&) override { return false; }
   bool hasCachedHistory(const String& code) override { return !m_closes[code].empty(); }
   bool hasCachedPrice(const String& code, const Date& day) override { return closeOn(code, day).has_value(); }

@@ -1,4 +1,5 @@
 #include "books/CapitalRecordTest.h"
+#include <filesystem>
 
 namespace Tallymoor {
 namespace {
@@ -315,6 +316,35 @@ TEST_F(ProvisionalDaysTest, ATypedPriceOutlivesAClockThatIsSlow) {
   restart(Date(2026, 3, 20), false);
   update();
   EXPECT_EQ(shares(Date(2026, 3, 20), Date(2026, 3, 20)), Texts{u"100.00 x 35.00"});
+}
+
+TEST_F(ProvisionalDaysTest, WithoutATypedPriceThatWasTheOnlyOneThePurchaseCountsAgain) {
+  gateway().goOffline();
+  user().addBuyEvent(u"NEW.AX", {Date(2026, 2, 25), 10, 5, 0, u""});
+  update();
+  gateway().setCachedPrice(u"NEW.AX", Date(2026, 2, 25), 7);
+  update();
+  ASSERT_DOUBLE_EQ(record().priceOn(u"NEW.AX", m_thursday)->price, 7);
+  gateway().removeTypedPrice(u"NEW.AX", Date(2026, 2, 25));
+  update();
+  for (const Date& day : {Date(2026, 2, 25), m_thursday}) {
+    EXPECT_DOUBLE_EQ(record().priceOn(u"NEW.AX", day)->price, 5);
+    EXPECT_EQ(record().priceOn(u"NEW.AX", day)->standing, PriceStanding::Transaction);
+  }
+}
+
+TEST_F(ProvisionalDaysTest, AfterACrashNoDayHasAPriceThatWasForgotten) {
+  record().save();
+  ASSERT_TRUE(std::filesystem::exists(file().toUTF8()));
+  gateway().priceUpdater().tellPricesForgotten();
+  EXPECT_FALSE(std::filesystem::exists(file().toUTF8()));
+  EXPECT_DOUBLE_EQ(record().capitalOn(m_thursday), 3100) << "until the next update";
+  gateway().clear();
+  gateway().goOffline();
+  gateway().priceUpdater().setCurrentPrice(u"ABC.AX", 30);
+  update();
+  EXPECT_DOUBLE_EQ(record().capitalOn(m_thursday), 4000);
+  EXPECT_DOUBLE_EQ(record().capitalOn(m_thursday.plusDays(-1)), 5000) << "that of the purchase";
 }
 
 } // namespace

@@ -104,5 +104,23 @@ TEST_F(StandInPricesTest, AnotherDayOfWhichAFetchedPageTellsIsComputedInTheSameU
   EXPECT_EQ(dayOf(m_today), u"3/3/2026 cash 0.00; ABC.AX 200.00 x 5.00");
 }
 
+TEST_F(StandInPricesTest, ASplitThatIsToldLaterIsAskedAboutOnce) {
+  setPrices(u"ABC.AX", Date(2026, 2, 6), m_today, 10);
+  buy(Date(2026, 2, 6), 100, 10);
+  update();
+  ASSERT_TRUE(m_interaction.calls(Kind::AskRatio).empty());
+  m_prices.toldSplits[{u"ABC.AX", m_splitDay}] = 2; // the source has adjusted its closes
+  m_prices.toldSplits[{u"ABC.AX", Date(2026, 2, 3)}] = 3;
+  m_prices.toldSplits[{u"XYZ.AX", m_splitDay}] = 2;
+  m_interaction.answerRatio(2);
+  update();
+  EXPECT_EQ(m_interaction.calls(Kind::AskRatio).size(), 1u);
+  EXPECT_EQ(dayOf(m_eve), u"9/2/2026 cash 0.00; ABC.AX 100.00 x 10.00");
+  EXPECT_EQ(dayOf(m_splitDay), u"10/2/2026 cash 0.00; ABC.AX 200.00 x 10.00");
+  EXPECT_EQ(dayOf(m_today), u"3/3/2026 cash 0.00; ABC.AX 200.00 x 10.00");
+  update();
+  EXPECT_EQ(m_interaction.calls(Kind::AskRatio).size(), 1u);
+}
+
 } // namespace
 } // namespace Tallymoor

@@ -12,6 +12,18 @@ namespace {
 
 const String KEY = u"s3cr+t/key";
 
+/// Notes that prices are forgotten, and what happens to the files at that moment.
+class ForgettingObserver : public RecordingObserver {
+public:
+  void pricesForgotten() override {
+    if (atThat)
+      atThat();
+    hasForgotten = true;
+  }
+  std::function<void()> atThat;
+  bool hasForgotten = false;
+};
+
 class PriceStatusTest : public GatewayTest {
 protected:
   PriceStatusTest() { std::filesystem::create_directory(m_folder.toUTF8()); }
@@ -231,6 +243,23 @@ TEST_F(PriceStatusTest, PastPricesOnTheirWayFromTheSampleMarketAreNotStoredAfter
   EXPECT_FALSE(gateway().hasCachedPrice(m_code, m_friday));
 }
 
+TEST_F(PriceStatusTest, AKilledProgramLeavesNoPriceOfAMarketThatHasEnded) {
+  makeSample();
+  m_market.setHistory(m_code, Date(2006, 11, 1), Date(2006, 11, 14), 5.0);
+  gateway().historicalPrice(m_code, m_friday, true);
+  gateway().setCachedPrice(m_code, Date(2006, 11, 2), 6.0);
+  gateway().save();
+  ForgettingObserver observer;
+  observer.atThat = [] {
+    EXPECT_TRUE(status().isSampleMarket()) << "the sources are others after that alone";
+  };
+  addFolder();
+  EXPECT_TRUE(observer.hasForgotten);
+  SharePriceCache stored(m_profile.cacheFolder());
+  EXPECT_FALSE(stored.closeOn(m_code, m_friday));
+  EXPECT_TRUE(stored.typedPrice(m_code, Date(2006, 11, 2)));
+}
+
 TEST_F(PriceStatusTest, TheSampleMarketIsNotSwitchedOnBesideRealSources) {
   makeSample();
   addFolder();
@@ -247,13 +276,13 @@ TEST_F(PriceStatusTest, TheSampleMarketForgetsRealPrices) {
   writeFile("ABC.AX.csv", "Date,Close\n2006-11-08,4.5\n2006-11-10,4.75\n");
   gateway().historicalPrice(m_code, m_friday, true);
   gateway().setCachedPrice(m_code, Date(2006, 11, 2), 6.0);
-  const std::uint64_t before = status().marketStamp();
+  ForgettingObserver observer;
   status().setOn(u"My files", false);
   EXPECT_TRUE(gateway().hasCachedPrice(m_code, m_friday));
-  EXPECT_EQ(status().marketStamp(), before);
+  EXPECT_FALSE(observer.hasForgotten);
   status().setOn(u"locators", true);
   EXPECT_TRUE(status().isSampleMarket());
-  EXPECT_NE(status().marketStamp(), before);
+  EXPECT_TRUE(observer.hasForgotten);
   EXPECT_FALSE(gateway().hasCachedPrice(m_code, m_friday));
   EXPECT_TRUE(gateway().hasCachedPrice(m_code, Date(2006, 11, 2))) << "typed by the user";
 }
@@ -293,6 +322,8 @@ TEST_F(PriceStatusTest, ASourceThatCannotBeSwitchedOnLeavesTheSampleMarketAsItIs
   EXPECT_TRUE(status().isSampleMarket());
   EXPECT_FALSE(status().ofSources()[1].listed.isOn);
   EXPECT_TRUE(gateway().hasCachedPrice(m_code, m_friday));
+  gateway().save();
+  EXPECT_TRUE(SharePriceCache(m_profile.cacheFolder()).closeOn(m_code, m_friday));
 }
 
 TEST_F(PriceStatusTest, TellsWhatASourceSaidLastAndHowOftenItWasAsked) {

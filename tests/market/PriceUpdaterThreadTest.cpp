@@ -145,6 +145,42 @@ TEST_F(PriceUpdaterThreadTest, AWakeUpStartsAPassAtOnce) {
   EXPECT_DOUBLE_EQ(updater().getCurrentPrice(m_code), 2.5);
 }
 
+TEST_F(PriceUpdaterThreadTest, ANewCodeIsFetchedAtOnceAndWithoutTheOthers) {
+  watch(m_code, 1.5);
+  RecordingObserver observer;
+  updater().start();
+  observer.awaitFinished(1);
+  watch(u"NEW.AX", 2.5);
+  observer.awaitFinished(2);
+  EXPECT_DOUBLE_EQ(updater().getCurrentPrice(u"NEW.AX"), 2.5);
+  EXPECT_EQ(m_market.requested(Page::Quote), (std::vector<String>{m_code, u"NEW.AX"}));
+  updater().addCode(u"NEW.AX"); // known
+  updater().wakeUp();
+  observer.awaitFinished(3);
+  EXPECT_EQ(m_market.requested(Page::Quote).size(), 4u);
+}
+
+TEST_F(PriceUpdaterThreadTest, ANewCodeDoesNotPutOffTheNextPassOverAll) {
+  watch(m_code, 1.5);
+  RecordingObserver observer;
+  updater().start();
+  observer.awaitFinished(1);
+  m_clock->tick += PriceUpdater::passPeriod() - 1;
+  watch(u"NEW.AX", 2.5);
+  observer.awaitFinished(3);
+  EXPECT_EQ(m_market.requested(Page::Quote).size(), 4u);
+}
+
+TEST_F(PriceUpdaterThreadTest, ANewCodeIsNotFetchedWhileAViewDateIsSet) {
+  watch(m_code, 1.5);
+  RecordingObserver observer;
+  updater().start();
+  observer.awaitFinished(1);
+  gateway().pauseUpdates();
+  watch(u"NEW.AX", 2.5);
+  EXPECT_FALSE(updater().isRunning());
+}
+
 TEST_F(PriceUpdaterThreadTest, AFailedPassIsFollowedByTheNext) {
   watch(m_code, 1.5);
   m_market.refuse(Page::Quote, 500);

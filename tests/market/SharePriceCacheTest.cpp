@@ -560,5 +560,21 @@ TEST_F(SharePriceCacheTest, ATypedPriceKeepsHighAndLowButNotTheVolume) {
   EXPECT_EQ(row->volume, 0);
 }
 
+TEST_F(SharePriceCacheTest, ATypedHighAndLowMakeTheDayATypedOne) {
+  SharePriceCache cache(m_directory);
+  const Date day(2006, 11, 15);
+  cache.setTypedRange(CODE, day, 6.0, 5.0);
+  EXPECT_TRUE(cache.share(CODE).values.empty()) << "no close";
+  cache.merge(CODE, {{day, {5.0, 5.5, 4.5, 100}}}, {day, day});
+  cache.setTypedRange(CODE, day, 5.25, 4.75);
+  cache.merge(CODE, {{day, {5.0, 5.5, 4.5, 100}}}, {day, day});
+  cache.save();
+  SharePriceCache next(m_directory);
+  const ShareValue* row = next.share(CODE).find(day);
+  EXPECT_DOUBLE_EQ(row->high, 5.25);
+  EXPECT_DOUBLE_EQ(row->low, 4.75);
+  EXPECT_EQ(next.typedPrice(CODE, day), 5.0);
+}
+
 } // namespace
 } // namespace Tallymoor

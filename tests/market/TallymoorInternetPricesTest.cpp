@@ -269,7 +269,7 @@ TEST_F(TallymoorInternetPricesTest, RowsWithoutADateOrACloseAreLeftOut) {
   EXPECT_NE(file.find("<Constant>2147483647</Constant>"), std::string::npos);
 }
 
-TEST_F(TallymoorInternetPricesTest, ImplausibleDaysAreIgnored) {
+TEST_F(TallymoorInternetPricesTest, DaysLongAgoAreIgnoredAndDaysToComeAskedAbout) {
   // The short years 70 to 99 are in the last century, and pages use no others.
   m_market.answerWith(Page::History, historyPage({{"3-Jan-1802", "9", "1", "7.00", "1"},
                                                   {"17-Nov-06", "9", "1", "8.00", "1"},
@@ -279,6 +279,11 @@ TEST_F(TallymoorInternetPricesTest, ImplausibleDaysAreIgnored) {
   EXPECT_FALSE(gateway().hasCachedPrice(m_code, Date(2006, 11, 16))); // Tomorrow.
   EXPECT_FALSE(gateway().hasCachedPrice(m_code, Date(2006, 11, 17)));
   EXPECT_FALSE(gateway().hasCachedPrice(m_code, Date(2006, 11, 9)));
+  const PriceQuarantine::Prices doubtful = gateway().doubtfulPrices().at(m_code);
+  ASSERT_EQ(doubtful.size(), 1u);
+  EXPECT_EQ(doubtful.begin()->first, Date(2006, 11, 17)) << "the clock of an exchange may be a day ahead";
+  EXPECT_EQ(doubtful.begin()->second.reason, DoubtReason::Future);
+  EXPECT_DOUBLE_EQ(doubtful.begin()->second.value.close, 8.0);
 }
 
 TEST_F(TallymoorInternetPricesTest, TheViewDateIsTodayInARange) {
@@ -456,6 +461,18 @@ TEST_F(TallymoorInternetPricesTest, RowsWithoutACodeOrWithAMarkedCodeAreIgnored)
   const auto results = gateway().stockSearch(u"any", true, false);
   ASSERT_EQ(results.size(), 1u);
   EXPECT_EQ(results[0].code, String(u"AE:C"));
+}
+
+TEST_F(TallymoorInternetPricesTest, TheRecordsHearThatATypedPriceIsGone) {
+  gateway().setCachedPrice(m_code, m_friday, 7.0);
+  gateway().goOffline();
+  const RecordingObserver records(PriceUpdater::Rank::Records);
+  gateway().removeTypedPrice(m_code, m_friday);
+  EXPECT_EQ(records.heard(), std::vector<String>{u"close ABC.AX 10/11/2006 0.0000"});
+  gateway().setCachedPrice(m_code, m_friday.plusDays(-1), 6.0);
+  gateway().setCachedPrice(m_code, m_friday, 7.0);
+  gateway().removeTypedPrice(m_code, m_friday);
+  EXPECT_EQ(records.heard().back(), u"close ABC.AX 10/11/2006 6.0000") << "the last one before it";
 }
 
 } // namespace

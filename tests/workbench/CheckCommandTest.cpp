@@ -260,7 +260,7 @@ TEST_F(CheckCommandTest, ShowsTheRowsThatArePassedOverAndWhy) {
   EXPECT_TRUE(result.says("  1     2026/3/2    1.5000      1.6000      1.4000      12000\n"
                           "  2     skipped: its close is empty, as in the row of a dividend\n"
                           "  3     skipped: its date is empty\n"
-                          "  4     skipped: its day 2026/3/5 is before 1900 or after tomorrow\n"
+                          "  4     skipped: its day 2026/3/5 is to come: the program asks about it\n"
                           "  5     2026/2/27   1.4500      1.5000      1.4100      900\n"
                           "5 rows: 2 read, 3 skipped.\n"))
       << result.out;
