@@ -17,7 +17,8 @@ struct UnrecordedDividend {
 };
 
 /// Those of the portfolios, the newest first. A dividend of the stock that is recorded from ten days before
-/// the day to sixty after it is taken for the one that is told. GUI thread, under the big mutex.
+/// the day to sixty after it is taken for one that is told, and each for one alone. GUI thread, under the big
+/// mutex.
 std::vector<UnrecordedDividend> unrecordedDividends(const Portfolios& portfolios,
                                                     const std::map<String, std::map<Date, double>>& told);
 

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <utility>
 
 namespace Tallymoor {
 
@@ -49,10 +50,13 @@ String questionOf(const FormatDoubt& doubt) {
   }
 }
 
+OpenFormatException::OpenFormatException(std::vector<FormatDoubt> doubts)
+    : AnswerException(Fault::Unreadable, questionOf(doubts.front())), m_doubts(std::move(doubts)) {}
+
 AnsweredHistory readCsv(std::string_view bytes, const CsvAnswers& answers) {
   const FormatProposal proposal = csvFormat(bytes, answers);
   if (!proposal.doubts.empty())
-    throw AnswerException(AnswerException::Fault::Unreadable, questionOf(proposal.doubts.front()));
+    throw OpenFormatException(proposal.doubts);
   if (!proposal.isHistory)
     throw AnswerException(AnswerException::Fault::Unreadable, u"it has no days");
   return readHistory(bytes, proposal.format);

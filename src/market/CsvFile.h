@@ -1,5 +1,6 @@
 #pragma once
 #include "market/SourceAnswer.h"
+#include "pages/AnswerTable.h"
 #include "pages/FormatProposal.h"
 #include <map>
 #include <string>
@@ -14,7 +15,17 @@ using CsvAnswers = std::map<FormatDoubt::About, String>;
 /// is one of their choices.
 FormatProposal csvFormat(std::string_view bytes, const CsvAnswers& answers);
 
-/// The prices of a CSV text in UTF-8. Throws AnswerException, for a doubt that is left with its question.
+/// A CSV text leaves something open. The message is the first question.
+class OpenFormatException : public AnswerException {
+public:
+  explicit OpenFormatException(std::vector<FormatDoubt> doubts);
+  const std::vector<FormatDoubt>& doubts() const { return m_doubts; }
+
+private:
+  std::vector<FormatDoubt> m_doubts;
+};
+
+/// The prices of a CSV text in UTF-8. Throws AnswerException, for doubts that are left OpenFormatException.
 AnsweredHistory readCsv(std::string_view bytes, const CsvAnswers& answers);
 
 /// The question that a doubt puts, as "Is 03/04/2026 in the order dd/MM/yyyy or MM/dd/yyyy?"

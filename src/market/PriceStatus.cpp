@@ -132,12 +132,17 @@ PriceStatus::TrialFetch PriceStatus::beginTrial(const String& name, const String
   const String tried = !code.empty() || !listed.document ? code : listed.document->tryCode();
   if (tried.empty())
     throw Exception(u"The source " + name + u" names no code to try it with");
+  const auto count = [name, perDay = source->requestsADay(), &log = m_connection.sources().log()] {
+    if (const auto refusal = log.beginTrialRequest(name, perDay))
+      throw SourceException(refusal->fault, refusal->text);
+  };
   return [=](const std::stop_token& stop) {
     constexpr std::ptrdiff_t SHOWN_DAYS = 5;
     Trial result;
     try {
       withUnforeseenFailures([&] {
         if (source->offersHistory()) {
+          count();
           const AnsweredHistory history = source->history(tried, recentDays(), stop);
           const auto count = std::min<std::ptrdiff_t>(SHOWN_DAYS, std::ssize(history.prices));
           result.lastDays = {std::prev(history.prices.end(), count), history.prices.end()};
@@ -145,11 +150,16 @@ PriceStatus::TrialFetch PriceStatus::beginTrial(const String& name, const String
           result.passedOver = history.passedOver;
           result.currency = history.currency;
         }
-        if (source->offersCurrentPrice())
+        if (source->offersCurrentPrice()) {
+          count();
           result.price = source->currentPrice(tried, stop);
+        }
       });
       if (result.lastDays.empty() && !result.price)
         result.failure = SourceReason{name, SourceFault::NoPrice, u"it has no price for " + tried};
+    } catch (const OpenFormatException& open) {
+      result.doubts = open.doubts();
+      result.failure = SourceReason{name, faultOf(open), open.message()};
     } catch (const Exception& failure) {
       result.failure = SourceReason{name, faultOf(failure), failure.message()};
     }

@@ -47,6 +47,7 @@ public:
   /// What a source gave for a code.
   struct Trial {
     std::optional<SourceReason> failure; ///< nothing when all went well
+    std::vector<FormatDoubt> doubts;     ///< what a CSV text leaves open, which is the failure then
     std::optional<AnsweredPrice> price;
     std::map<Date, ShareValue> lastDays; ///< the last rows of its past prices
     std::size_t days = 0;                ///< of all rows of its past prices

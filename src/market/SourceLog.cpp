@@ -125,6 +125,16 @@ std::optional<SourceReason> SourceLog::beginRequest(const String& code, const St
                         u"it is not asked for a quarter of an hour" +
                             (known.lastFailure ? u" after: " + known.lastFailure->reason.text : String())};
   known.restsUntil.reset();
+  return count(known, source, perDay);
+}
+
+std::optional<SourceReason> SourceLog::beginTrialRequest(const String& source, std::size_t perDay) {
+  const std::lock_guard lock(m_mutex);
+  readRequests();
+  return count(m_sources[source], source, perDay);
+}
+
+std::optional<SourceReason> SourceLog::count(OfSource& known, const String& source, std::size_t perDay) {
   const Date today = Date::realToday();
   if (std::exchange(known.day, today) != today)
     known.requests = 0;

@@ -56,6 +56,9 @@ public:
   /// not be asked for the code now, if so; with a daily limit of 0 there is none.
   std::optional<SourceReason> beginRequest(const String& code, const String& source, std::size_t perDay);
 
+  /// The same for a trial, which the user wants whatever was told before: only the limit of the day counts.
+  std::optional<SourceReason> beginTrialRequest(const String& source, std::size_t perDay);
+
   /// The price that this source told for the code a short time ago, if it did.
   std::optional<AnsweredPrice> freshPrice(const String& code, const String& source) const;
 
@@ -103,6 +106,7 @@ private:
   ToldOfCode& answered(const String& code, const String& source, std::vector<SourceReason> earlier,
                        const String& currency);
 
+  std::optional<SourceReason> count(OfSource& known, const String& source, std::size_t perDay);
   void readRequests();
   void writeRequests() const;
 

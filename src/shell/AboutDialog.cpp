@@ -13,9 +13,9 @@ const char16_t* const NOTICES =
     u"for Unicode (ICU), cairo, Pango, HarfBuzz, GLib, giflib, zlib, zstd,\n"
     u"libcsv, sdbus-c++, and libX11, libSM and libICE of the X Window System, each\n"
     u"under its own licence.\n\n"
-    u"Prices come from the web pages that the locator documents in the\n"
-    u"configuration folder name. They may be delayed or wrong: check\n"
-    u"them with your broker before you act on them.";
+    u"Prices come from the sources that you choose in Tools, Prices.\n"
+    u"They may be delayed or wrong: check them with your broker\n"
+    u"before you act on them.";
 
 } // namespace
 

@@ -4,6 +4,7 @@
 #include "books/SharePortfolioUser.h"
 #include "foundation/Platform.h"
 #include "foundation/UserInteraction.h"
+#include "market/PriceStatus.h"
 #include "market/TallymoorInternet.h"
 #include "session/BookQuestions.h"
 #include "views/ChartModels.h"
@@ -41,7 +42,10 @@ String writeReport(const Portfolios& portfolios, const ReportPeriod& period, con
   MainWindow::setStatusText(u"making the report...");
   for (SharePortfolioUser* portfolio : portfolios)
     updateCapitalRecord(*portfolio);
-  return writeReportFiles(*makeReport(portfolios, period, title, chartOf), period.fileName());
+  const bool isMadeUp = TallymoorInternet::Instance().priceStatus().isSampleMarket();
+  return writeReportFiles(
+      *makeReport(portfolios, period, isMadeUp ? title + u" with made-up prices" : title, chartOf),
+      period.fileName());
 }
 
 } // namespace

@@ -341,7 +341,7 @@ void WindowCommands::refreshPrices() {
 }
 
 void WindowCommands::showPrices() {
-  PricesDialog(&m_window).execute();
+  PricesDialog(&m_window, listOf(m_window.store().portfolios())).execute();
   MainWindow::setNormalStatusText(restingStatusText()); // it says whether prices are made up
   m_window.refreshViews(false); // by the prices that were typed or accepted, or come from other sources
 }

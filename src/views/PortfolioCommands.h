@@ -23,6 +23,8 @@ public:
   virtual void change(const String& sentence, const std::function<void()>& command) = 0;
   /// The user has typed the price of a share on a day: it counts in every portfolio that held the share.
   virtual void priceTyped(const String& code, const Date& date, double price) = 0;
+  /// The user may have corrected past prices, of which the capital records have heard.
+  virtual void pricesCorrected() = 0;
   /// The user has typed the limits of a share: they are the stock's in every portfolio and watchlist.
   virtual void limitsTyped(const String& code, const PriceLimits& limits) = 0;
 };

@@ -1,6 +1,7 @@
 #include "views/PriceHistoryDialog.h"
 #include "entry/PriceEntryDialog.h"
 #include "entry/PriceEntryPanel.h"
+#include "foundation/BigMutex.h"
 #include "market/TallymoorInternet.h"
 #include "views/PriceChart.h"
 #include "views/PriceHistoryTable.h"
@@ -31,17 +32,21 @@ TallymoorInternet& gateway() {
 
 } // namespace
 
-PriceHistoryDialog::PriceHistoryDialog(FXWindow* owner, const String& code)
+PriceHistoryDialog::PriceHistoryDialog(FXWindow* owner, const String& code, const Portfolios& portfolios)
     : Dialog(owner, u"Stored prices of " + code,
-             u"Type over a close to correct it. It counts whatever the sources of prices say."),
+             u"Type over a close, high or low to correct it. It counts whatever the sources of prices say."),
       m_code(code) {
-  addTableAndChart();
+  addTableAndChart(portfolios);
   addActions();
   cancelButton()->hide();
   okButton()->setText("&Close");
   setFirstFocus(m_table);
   m_table->setChoiceWatcher([this] { showChoice(); });
-  m_table->setCloseTyped([this](const Date& day, double close) { typed(day, close); });
+  m_table->setTyped([this](const Date& day, double close) { typed(day, close); },
+                    [this](const Date& day, double high, double low) {
+                      gateway().setCachedRange(m_code, day, high, low);
+                      keepTyped(day);
+                    });
   m_prices.emplace(getApp(), u"PriceHistoryDialog::showAll failed.", [this](const std::set<String>& codes) {
     if (codes.contains(m_code))
       showAll();
@@ -54,14 +59,19 @@ PriceHistoryDialog::~PriceHistoryDialog() {
   m_prices.reset();
 }
 
-void PriceHistoryDialog::addTableAndChart() {
+FXuint PriceHistoryDialog::execute(FXuint placement) {
+  const BigMutexRelease release;
+  return Dialog::execute(placement);
+}
+
+void PriceHistoryDialog::addTableAndChart(const Portfolios& portfolios) {
   const FXint width = std::min(scaledToText(WIDTH), getRoot()->getWidth() * 9 / 10);
   auto* both = new FXHorizontalFrame(contents(), LAYOUT_FIX_WIDTH | LAYOUT_FIX_HEIGHT, 0, 0, width,
                                      scaledToText(HEIGHT), 0, 0, 0, 0);
   auto* frame = new FXHorizontalFrame(both, FRAME_SUNKEN | FRAME_THICK | LAYOUT_FIX_WIDTH | LAYOUT_FILL_Y, 0,
                                       0, width * TABLE_PERCENT / 100, 0, 0, 0, 0, 0);
   m_table = new PriceHistoryTable(frame, m_code);
-  m_chart = new PriceChart(both, {});
+  m_chart = new PriceChart(both, portfolios);
 }
 
 void PriceHistoryDialog::addActions() {
@@ -88,6 +98,10 @@ void PriceHistoryDialog::showChoice() {
 
 void PriceHistoryDialog::typed(const Date& day, double close) {
   gateway().setCachedPrice(m_code, day, close);
+  keepTyped(day);
+}
+
+void PriceHistoryDialog::keepTyped(const Date& day) {
   showAll();
   m_table->choose(day);
   gateway().save(m_code); // a failure is told; the price counts for this run

@@ -1,4 +1,5 @@
 #pragma once
+#include "analysis/Performance.h"
 #include "views/PriceWatch.h"
 #include "widgets/Dialog.h"
 #include <optional>
@@ -15,8 +16,12 @@ class PriceHistoryDialog : public Dialog {
 public:
   enum { ID_ADD_DAY = Dialog::ID_LAST, ID_DELETE_TYPED, ID_LAST };
 
-  PriceHistoryDialog(FXWindow* owner, const String& code);
+  /// The chart shows the trades of the portfolios, and prices in shares of today by their splits.
+  PriceHistoryDialog(FXWindow* owner, const String& code, const Portfolios& portfolios);
   ~PriceHistoryDialog() override;
+
+  /// Prices go on coming while it is open.
+  FXuint execute(FXuint placement = PLACEMENT_OWNER) override;
 
   PriceHistoryTable* table() const { return m_table; }
 
@@ -27,9 +32,10 @@ protected:
   PriceHistoryDialog() {}
 
 private:
-  void addTableAndChart();
+  void addTableAndChart(const Portfolios& portfolios);
   void addActions();
   void typed(const Date& day, double close);
+  void keepTyped(const Date& day);
   void showAll();
   void showChoice();
 

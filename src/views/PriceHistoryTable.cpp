@@ -78,6 +78,20 @@ bool isAccepted(const String& code, const Date& day, double close) {
                               u".\nDo you want to record it all the same?");
 }
 
+/// Where the text is empty, the high or low is not known. Else tells the user what is wrong with it. True if
+/// it is to be stored.
+bool isRange(const String& code, const Date& day, const ShareValue& value, const String& typed) {
+  const bool isAbove = showsAsZero(value.high) || value.high >= std::max(value.close, value.low);
+  const bool isBelow = showsAsZero(value.low) || (value.low > 0.0 && value.low <= value.close);
+  const bool isNumber = typed.empty() || !showsAsZero(Platform::Instance().parseAmount(typed));
+  if (isNumber && isAbove && isBelow)
+    return true;
+  MainWindow::error(u"The close of " + code + u" on " + local(day) + u" is " + shortPriceText(value.close) +
+                    u": the high must be a number\nthat is not below it, and the low one that is not above "
+                    u"it.\nThe old ones stay.");
+  return false;
+}
+
 } // namespace
 
 PriceHistoryTable::PriceHistoryTable(FXComposite* parent, const String& code)
@@ -92,8 +106,8 @@ void PriceHistoryTable::fillTable() {
   clear();
   addColumn(std::make_unique<Column>(u"Close", closeCell, COMPARE_NUMBER, true, FXTableItem::RIGHT, true))
       .setToolTip(u"Type over it to correct it; a typed price is never replaced by a fetched one");
-  addColumn(std::make_unique<Column>(u"High", highCell, COMPARE_NUMBER));
-  addColumn(std::make_unique<Column>(u"Low", lowCell, COMPARE_NUMBER));
+  addColumn(std::make_unique<Column>(u"High", highCell, COMPARE_NUMBER, true, FXTableItem::RIGHT, true));
+  addColumn(std::make_unique<Column>(u"Low", lowCell, COMPARE_NUMBER, true, FXTableItem::RIGHT, true));
   addColumn(std::make_unique<Column>(u"Volume", volumeCell, COMPARE_NUMBER));
   addColumn(std::make_unique<Column>(u"From", originCell, COMPARE_TEXT, true, FXTableItem::LEFT))
       .setToolTip(u"Where the close came from; current is a price of a day that was not over");
@@ -113,9 +127,18 @@ void PriceHistoryTable::cellEdited(Column& column, Row& row) {
   const StoredDay stored = row.payload<StoredDay>();
   if (text == column(row))
     return;
+  if (&column != columns().front().get())
+    return rangeEdited(column, stored, text);
   const double close = Platform::Instance().parseAmount(text);
   if (isAccepted(m_code, stored.day, close) && m_closeTyped)
     m_closeTyped(stored.day, close);
+}
+
+void PriceHistoryTable::rangeEdited(const Column& column, StoredDay stored, const String& text) {
+  const bool isHigh = &column == columns()[1].get();
+  (isHigh ? stored.value.high : stored.value.low) = Platform::Instance().parseAmount(text);
+  if (isRange(m_code, stored.day, stored.value, text.trimmed()) && m_rangeTyped)
+    m_rangeTyped(stored.day, stored.value.high, stored.value.low);
 }
 
 const PriceHistoryTable::StoredDay* PriceHistoryTable::chosen() const {

@@ -1,6 +1,7 @@
 #include "views/PricesDialog.h"
 #include "entry/PriceEntryDialog.h"
 #include "entry/PriceEntryPanel.h"
+#include "foundation/BigMutex.h"
 #include "market/TallymoorInternet.h"
 #include "views/CodeSourceDialog.h"
 #include "views/PriceHistoryDialog.h"
@@ -14,6 +15,7 @@
 #include "widgets/TextSize.h"
 #include "widgets/ToolkitText.h"
 #include <algorithm>
+#include <utility>
 
 namespace Tallymoor {
 
@@ -63,8 +65,9 @@ String doubtTextOf(const String& code, const PriceQuarantine::Prices& prices) {
 
 } // namespace
 
-PricesDialog::PricesDialog(FXWindow* owner)
-    : Dialog(owner, u"Prices", u"The last known prices of the stocks that you hold or watch.") {
+PricesDialog::PricesDialog(FXWindow* owner, Portfolios portfolios)
+    : Dialog(owner, u"Prices", u"The last known prices of the stocks that you hold or watch."),
+      m_portfolios(std::move(portfolios)) {
   m_summary = new FXLabel(contents(), "", nullptr, JUSTIFY_LEFT | LAYOUT_FILL_X);
   auto* frame =
       new FXHorizontalFrame(contents(), FRAME_SUNKEN | FRAME_THICK | LAYOUT_FIX_WIDTH | LAYOUT_FIX_HEIGHT, 0,
@@ -83,6 +86,11 @@ PricesDialog::PricesDialog(FXWindow* owner)
 
 PricesDialog::~PricesDialog() {
   m_prices.reset();
+}
+
+FXuint PricesDialog::execute(FXuint placement) {
+  const BigMutexRelease release;
+  return Dialog::execute(placement);
 }
 
 void PricesDialog::addActions() {
@@ -164,7 +172,7 @@ long PricesDialog::onDecide(FXObject*, FXSelector selector, void*) {
 long PricesDialog::onHistory(FXObject*, FXSelector, void*) {
   return guardedHandler(u"PricesDialog::onHistory failed.", [this] {
     const String code = m_table->chosenKey();
-    PriceHistoryDialog(this, code).execute();
+    PriceHistoryDialog(this, code, m_portfolios).execute();
     showAll();
   });
 }

@@ -1,4 +1,5 @@
 #pragma once
+#include "analysis/Performance.h"
 #include "views/PriceWatch.h"
 #include "widgets/Dialog.h"
 #include <array>
@@ -27,8 +28,12 @@ public:
     ID_LAST
   };
 
-  explicit PricesDialog(FXWindow* owner);
+  /// The portfolios are those whose trades a chart shows; not owned.
+  explicit PricesDialog(FXWindow* owner, Portfolios portfolios = {});
   ~PricesDialog() override;
+
+  /// Prices go on coming while it is open.
+  FXuint execute(FXuint placement = PLACEMENT_OWNER) override;
 
   PricesTable* table() const { return m_table; }
 
@@ -51,6 +56,7 @@ private:
   static void tryAgain(const String& code);
   static void decide(FXSelector decision, const String& code);
 
+  Portfolios m_portfolios;
   PricesTable* m_table = nullptr;
   FXLabel* m_summary = nullptr;
   FXLabel* m_doubt = nullptr;

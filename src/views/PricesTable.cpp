@@ -34,14 +34,21 @@ CellResult sourceCell(Row& row) {
   return CellResult(status.isSample ? u"made up, by the sample service" : status.source);
 }
 
+/// A current price stands at today, even if the source says that it is one of days ago.
+std::optional<Date> dayOf(const KnownPrice& price) {
+  if (price.status.price && !Date::hasFixedDate())
+    return price.status.day;
+  return price.last ? std::optional(price.last->day) : std::nullopt;
+}
+
 CellResult dayCell(Row& row) {
-  const auto& last = priceOf(row).last;
-  return last ? CellResult(last->day) : CellResult(String());
+  const auto day = dayOf(priceOf(row));
+  return day ? CellResult(*day) : CellResult(String());
 }
 
 CellResult ageCell(Row& row) {
-  const auto& last = priceOf(row).last;
-  return last ? CellResult(Date().daysSince(last->day)) : CellResult(String());
+  const auto day = dayOf(priceOf(row));
+  return day ? CellResult(Date().daysSince(*day)) : CellResult(String());
 }
 
 /// What is wrong, and what to do about it.

@@ -65,6 +65,7 @@ void ShareHeldTable::rowPopup(const TableClick& click) {
   ContextMenu menu(this, this);
   menu.addCommand(String(u"Sell ") + m_code + u"...", ID_SELL);
   menu.addCommand(String(u"Buy ") + m_code + u"...", ID_BUY);
+  menu.addCommand(u"Price history...", ID_HISTORY);
   menu.addSeparator();
   menu.addCommand(String(u"Edit purchase from ") + click.row->key() + u"...", ID_EDIT);
   menu.addSeparator();

@@ -7,7 +7,7 @@ namespace Tallymoor {
 class ShareHeldTable : public SharesHeldTable {
   FXDECLARE_ABSTRACT(ShareHeldTable)
 public:
-  enum { ID_EDIT = SharesHeldTable::ID_BUY + 1, ID_DELETE_PURCHASE, ID_LAST };
+  enum { ID_EDIT = SharesHeldTable::ID_LAST + 1, ID_DELETE_PURCHASE, ID_LAST };
 
   /// As SharesHeldTable.
   ShareHeldTable(SharePortfolioUser& portfolio, const String& code, PortfolioCommands& commands,

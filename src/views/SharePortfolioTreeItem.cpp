@@ -184,6 +184,10 @@ void SharePortfolioTreeItem::priceTyped(const String& code, const Date& date, do
   m_root->priceTyped(code, date, price);
 }
 
+void SharePortfolioTreeItem::pricesCorrected() {
+  m_root->pricesCorrected();
+}
+
 void SharePortfolioTreeItem::limitsTyped(const String& code, const PriceLimits& limits) {
   m_root->limitsTyped(code, limits);
 }

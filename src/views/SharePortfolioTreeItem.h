@@ -59,6 +59,7 @@ public:
   /// The first of the two alone.
   void stopReading();
   void priceTyped(const String& code, const Date& date, double price) override;
+  void pricesCorrected() override;
   void limitsTyped(const String& code, const PriceLimits& limits) override;
   /// Each asks for a dividend or an amount of cash, and records it.
   void receiveDividend();

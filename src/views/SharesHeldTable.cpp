@@ -8,6 +8,7 @@
 #include "views/HeldShareCells.h"
 #include "views/HeldShareColumns.h"
 #include "views/PortfolioCommands.h"
+#include "views/PriceHistoryDialog.h"
 #include "views/PriceLimits.h"
 #include "widgets/ContextMenu.h"
 #include "widgets/HandlerScope.h"
@@ -25,6 +26,7 @@ SharesHeldTableMap[] = {
     FXMAPFUNC(SEL_COMMAND, SharesHeldTable::ID_SELL, SharesHeldTable::onSell),
     FXMAPFUNC(SEL_COMMAND, SharesHeldTable::ID_BUY, SharesHeldTable::onBuy),
     FXMAPFUNC(SEL_COMMAND, SharesHeldTable::ID_DELETE, SharesHeldTable::onDelete),
+    FXMAPFUNC(SEL_COMMAND, SharesHeldTable::ID_HISTORY, SharesHeldTable::onHistory),
 };
 
 FXIMPLEMENT_ABSTRACT(SharesHeldTable, PortfolioTable, SharesHeldTableMap, ARRAYNUMBER(SharesHeldTableMap))
@@ -256,6 +258,7 @@ void SharesHeldTable::rowPopup(const TableClick& click) {
   if (stillHeld)
     menu.addCommand(String(u"Sell ") + share.code + u"...", ID_SELL);
   menu.addCommand(String(u"Buy ") + share.code + u"...", ID_BUY);
+  menu.addCommand(u"Price history...", ID_HISTORY);
   if (stillHeld) {
     menu.addSeparator();
     menu.addCommand(u"Delete from records!...", ID_DELETE);
@@ -285,6 +288,16 @@ long SharesHeldTable::onBuy(FXObject*, FXSelector, void*) {
   return guardedHandler(u"SharesHeldTable::onBuy failed.", [this] {
     if (const Row* row = inputRow())
       commands().buyShares(String(row->payload<HeldShareRow>().code));
+  });
+}
+
+long SharesHeldTable::onHistory(FXObject*, FXSelector, void*) {
+  return guardedHandler(u"SharesHeldTable::onHistory failed.", [this] {
+    if (!inputRow())
+      return;
+    const String code = inputRow()->payload<HeldShareRow>().code;
+    PriceHistoryDialog(&MainWindow::Instance(), code, {&portfolio()}).execute();
+    commands().pricesCorrected();
   });
 }
 

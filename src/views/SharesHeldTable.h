@@ -16,7 +16,7 @@ namespace Tallymoor {
 class SharesHeldTable : public PortfolioTable, public PriceUpdater::PricesObserver {
   FXDECLARE_ABSTRACT(SharesHeldTable)
 public:
-  enum { ID_SELL = Table::ID_LAST + 1, ID_BUY, ID_DELETE, ID_LAST };
+  enum { ID_SELL = Table::ID_LAST + 1, ID_BUY, ID_DELETE, ID_HISTORY, ID_LAST };
 
   /// As PortfolioTable.
   SharesHeldTable(SharePortfolioUser& portfolio, PortfolioCommands& commands, FXComposite* parent,
@@ -35,6 +35,7 @@ public:
   long onSell(FXObject*, FXSelector, void*);
   long onBuy(FXObject*, FXSelector, void*);
   long onDelete(FXObject*, FXSelector, void*);
+  long onHistory(FXObject*, FXSelector, void*);
 
 protected:
   /// For a table of something narrower than the portfolio, whose own constructor fills it.

@@ -1,6 +1,7 @@
 #include "views/SourceTrialDialog.h"
 #include "foundation/Amounts.h"
 #include "market/TallymoorInternet.h"
+#include "views/SourceActions.h"
 #include "views/SourcesTable.h"
 #include "widgets/FormNotes.h"
 #include "widgets/FormTextField.h"
@@ -130,6 +131,22 @@ void SourceTrialDialog::show(const PriceStatus::Trial& trial) {
   showText(trialText(m_tried, trial));
   m_hasSucceeded = m_hasSucceeded || !trial.failure;
   TallymoorInternet::Instance().priceStatus().endTrial(m_source, trial);
+  if (answerDoubts(trial.doubts))
+    begin();
+}
+
+/// What the output of a command leaves open. True if the user has answered all of it.
+bool SourceTrialDialog::answerDoubts(const std::vector<FormatDoubt>& doubts) {
+  SourceList& sources = TallymoorInternet::Instance().priceStatus().sources();
+  const ListedSource& source = sources.source(m_source);
+  if (doubts.empty() || source.kind != SourceKind::Command)
+    return false;
+  const auto known = source.answers.find(String());
+  CsvAnswers answers = known == source.answers.end() ? CsvAnswers() : known->second;
+  if (!askDoubts(m_source, doubts, answers))
+    return false;
+  sources.setAnswers(m_source, String(), answers);
+  return true;
 }
 
 } // namespace Tallymoor

@@ -2,6 +2,7 @@
 #include "views/SourceTrial.h"
 #include "widgets/Dialog.h"
 #include <optional>
+#include <vector>
 
 namespace Tallymoor {
 
@@ -31,6 +32,7 @@ private:
   void begin();
   void show(const PriceStatus::Trial& trial);
   void showText(const String& text);
+  bool answerDoubts(const std::vector<FormatDoubt>& doubts);
 
   String m_source;
   String m_tried;

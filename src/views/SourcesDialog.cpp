@@ -1,4 +1,5 @@
 #include "views/SourcesDialog.h"
+#include "foundation/BigMutex.h"
 #include "market/TallymoorInternet.h"
 #include "views/SourceActions.h"
 #include "views/SourcesTable.h"
@@ -96,6 +97,11 @@ SourcesDialog::SourcesDialog(FXWindow* owner)
 
 SourcesDialog::~SourcesDialog() {
   m_prices.reset();
+}
+
+FXuint SourcesDialog::execute(FXuint placement) {
+  const BigMutexRelease release;
+  return Dialog::execute(placement);
 }
 
 void SourcesDialog::addButton(FXComposite* row, const char* text, FXSelector id) {

@@ -32,6 +32,9 @@ public:
   explicit SourcesDialog(FXWindow* owner);
   ~SourcesDialog() override;
 
+  /// Prices go on coming while it is open.
+  FXuint execute(FXuint placement = PLACEMENT_OWNER) override;
+
   SourcesTable* table() const { return m_table; }
 
   long onAction(FXObject*, FXSelector selector, void*);

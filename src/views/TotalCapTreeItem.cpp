@@ -428,6 +428,10 @@ void TotalCapTreeItem::withoutNodes(const std::function<void()>& operation) {
 void TotalCapTreeItem::priceTyped(const String& code, const Date& date, double price) {
   for (const auto& [name, portfolio] : *m_portfolios)
     portfolio->capitalRecord().historicalPriceChanged(code, date, price);
+  pricesCorrected();
+}
+
+void TotalCapTreeItem::pricesCorrected() {
   // Waits under a name of its own, so that it never takes the place of a change of the portfolios.
   HandlerScope::whenDone(m_portfolios, [this] { tree()->updateItems(); });
 }

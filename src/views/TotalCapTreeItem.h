@@ -98,6 +98,7 @@ public:
 
   /// A typed price counts in every portfolio's record of that day; all views follow.
   void priceTyped(const String& code, const Date& date, double price);
+  void pricesCorrected();
   /// Typed limits are the stock's in every portfolio and watchlist; the tables of shares held follow.
   void limitsTyped(const String& code, const PriceLimits& limits);
   /// New holdings of stocks that have limits take them.

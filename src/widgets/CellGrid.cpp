@@ -189,6 +189,8 @@ long CellGrid::onKeyPress(FXObject* sender, FXSelector selector, void* data) {
     return FXTable::onKeyPress(sender, selector, data);
   if (event.code == KEY_Tab || event.code == KEY_ISO_Left_Tab)
     return 0; // for the window around the table: the arrows walk through the cells
+  if (event.code == KEY_Escape)
+    return 0; // likewise: a dialog is closed by it
   ensureCurrentCell();
   const bool up = event.code == KEY_Up || event.code == KEY_KP_Up;
   if (up && getCurrentRow() <= 0 && getNumColumns() > 0) {

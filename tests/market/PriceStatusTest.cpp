@@ -331,12 +331,12 @@ TEST_F(PriceStatusTest, TellsWhatASourceSaidLastAndHowOftenItWasAsked) {
   const auto told = [] { return status().ofSources()[1].told; };
   gateway().historicalPrice(m_code, m_friday, true);
   EXPECT_EQ(told().lastAnswered, m_code);
-  EXPECT_EQ(told().requests, 1u);
+  EXPECT_EQ(told().requests, 3u) << "with those of the trial";
   m_answer.body = R"({"error":"25 requests per day"})";
   messageOf([&] { gateway().historicalPrice(u"XYZ.AX", m_friday, true); });
   EXPECT_EQ(told().lastAnswered, u"");
   EXPECT_EQ(told().lastFailure->code, u"XYZ.AX");
-  EXPECT_EQ(told().requests, 2u);
+  EXPECT_EQ(told().requests, 4u);
 }
 
 TEST_F(PriceStatusTest, TellsWhichFilesOfAFolderCanBeRead) {
@@ -394,6 +394,19 @@ TEST_F(PriceStatusTest, TheKeyIsShownNowhere) {
       ++files;
     }
   EXPECT_EQ(files, 1u);
+}
+
+TEST_F(PriceStatusTest, ATrialCountsAmongTheRequestsOfTheDayAndEndsWithThem) {
+  const String file = m_profile.configFolder() + u"Sources/Service.xml";
+  std::string document = TestProfile::readFile(file);
+  document.replace(document.find("<TryCode>"), 0, "<Limits perDay=\"3\"/>");
+  TestProfile::writeFile(file, document);
+  useService(); // which begins with a trial: past days, then the price
+  EXPECT_EQ(status().ofSources()[1].told.requests, 2u);
+  const PriceStatus::Trial trial = trySource(u"Service");
+  ASSERT_TRUE(trial.failure);
+  EXPECT_EQ(trial.failure->fault, SourceFault::Resting);
+  EXPECT_EQ(trial.failure->text, u"its 3 requests of the day are used up");
 }
 
 } // namespace

@@ -33,7 +33,7 @@ protected:
     return texts;
   }
   void show(const std::function<void(FXWindow& dialog, PriceHistoryTable& table)>& steps) {
-    PriceHistoryDialog dialog(&mainWindow(), u"AAA.AX");
+    PriceHistoryDialog dialog(&mainWindow(), u"AAA.AX", {});
     whenModal("Stored prices of AAA.AX", [&](FXWindow& window) {
       letEventsPass();
       steps(window, *dialog.table());
@@ -179,6 +179,47 @@ TEST_F(PriceHistoryDialogTest, TheWindowOfPricesOpensIt) {
     press(window, "Close");
   });
   EXPECT_EQ(1u, dialog.execute());
+}
+
+TEST_F(PriceHistoryDialogTest, AHighAndALowAreCorrected) {
+  show([this](FXWindow&, PriceHistoryTable& table) {
+    typeInto(table, 0, u"High", "11.25");
+    letEventsPass();
+    EXPECT_EQ(rows(table)[0], "02/03/2026|11.00|11.25|10.50|700|typed");
+    typeInto(table, 0, u"Low", "");
+    letEventsPass();
+    EXPECT_EQ(rows(table)[0], "02/03/2026|11.00|11.25||700|typed");
+    EXPECT_DOUBLE_EQ(storedClose(m_monday), 11.0);
+  });
+  SharePriceCache stored(profile().cacheFolder());
+  EXPECT_DOUBLE_EQ(stored.share(u"AAA.AX").find(m_monday)->high, 11.25);
+}
+
+TEST_F(PriceHistoryDialogTest, AHighBelowTheCloseIsRefused) {
+  const std::string refusal = "The close of AAA.AX on 02/03/2026 is 11.00: the high must be a number\n"
+                              "that is not below it, and the low one that is not above it.\n"
+                              "The old ones stay.";
+  show([&](FXWindow&, PriceHistoryTable& table) {
+    for (const auto& [column, text] : {std::pair{u"High", "10.75"}, std::pair{u"High", "abc"},
+                                       std::pair{u"Low", "11.25"}, std::pair{u"Low", "-1"}}) {
+      answer(refusal, "OK");
+      typeInto(table, 0, column, text);
+      letEventsPass();
+      EXPECT_EQ(rows(table)[0], "02/03/2026|11.00|11.50|10.50|700|fetched") << text;
+    }
+  });
+}
+
+TEST_F(PriceHistoryDialogTest, EscapeClosesTheWindowUnlessAPriceIsBeingTyped) {
+  PriceHistoryDialog dialog(&mainWindow(), u"AAA.AX", {});
+  whenModal("Stored prices of AAA.AX", [&](FXWindow& window) {
+    dialog.table()->setFocus();
+    dialog.table()->startInput(0, 0);
+    key(window, KEY_Escape);
+    EXPECT_TRUE(window.shown());
+    key(window, KEY_Escape);
+  });
+  EXPECT_EQ(0u, dialog.execute());
 }
 
 TEST_F(PriceHistoryDialogTest, AFailedWriteIsTold) {

@@ -323,5 +323,33 @@ TEST_F(PricesDialogTest, TheWindowWarnsOfADoubtfulPriceUntilItIsDecided) {
   EXPECT_TRUE(window().warningsOver.contains(window().warnings[0].key));
 }
 
+TEST_F(PricesDialogTest, PricesComeWhileTheWindowIsOpen) {
+  market().setCurrentPrice(u"AAA.AX", 10.5);
+  const BigMutexLock lock; // as in the handler that opens it
+  show([this](FXWindow& dialog, PricesTable& table) {
+    updater().start();
+    press(dialog, "Fetch again");
+    runUntil([&] { return rows(table)[0].starts_with("AAA.AX|10.50"); });
+    EXPECT_TRUE(rows(table)[0].starts_with("AAA.AX|10.50"));
+    gateway().pauseUpdates();
+  });
+}
+
+TEST_F(PricesDialogTest, ACurrentPriceOfDaysAgoHasItsOwnDay) {
+  TestPriceService service(profile());
+  service.answer.body = R"({"days":[{"date":"2026-02-26","close":9.5},{"date":"2026-02-27","close":9.75}]})";
+  PriceStatus& status = gateway().priceStatus();
+  status.sources().readAgain();
+  status.sources().setKey(u"Service", u"key");
+  status.endTrial(u"Service", status.beginTrial(u"Service")({}));
+  status.setOn(u"Service", true);
+  status.setOn(u"locators", false);
+  updater().runPass();
+  show([this](FXWindow&, PricesTable& table) {
+    letEventsPass();
+    EXPECT_EQ(rows(table)[0], "AAA.AX|9.75|27/02/2026|4||Service");
+  });
+}
+
 } // namespace
 } // namespace Tallymoor

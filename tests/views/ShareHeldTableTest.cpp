@@ -86,8 +86,8 @@ TEST_F(ShareHeldTableTest, RowOffersItsCommands) {
   addTrading();
   showTree();
   EXPECT_THAT(popupOfRow(table(), 1, "Delete from records!..."),
-              ElementsAre("Sell AAA.AX...", "Buy AAA.AX...", "Edit purchase from 20/02/2026...",
-                          "Delete from records!..."));
+              ElementsAre("Sell AAA.AX...", "Buy AAA.AX...", "Price history...",
+                          "Edit purchase from 20/02/2026...", "Delete from records!..."));
 }
 
 TEST_F(ShareHeldTableTest, DeletingAPurchaseTakesItsCashEntryAlong) {

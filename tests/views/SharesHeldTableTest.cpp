@@ -4,6 +4,8 @@
 #include "market/StockNames.h"
 #include "views/HeldShareCells.h"
 #include "views/IndicatorCells.h"
+#include "views/PriceHistoryTable.h"
+#include "widgets/ChartView.h"
 #include "widgets/Colours.h"
 #include "xml/Leaves.h"
 
@@ -444,7 +446,26 @@ TEST_F(SharesHeldTableTest, RowOffersItsCommands) {
     dynamic_cast<FXPopup&>(popup).popdown();
   });
   rightClickRow(table(), 0);
-  EXPECT_THAT(entries, ElementsAre("Sell AAA.AX...", "Buy AAA.AX...", "Delete from records!..."));
+  EXPECT_THAT(entries,
+              ElementsAre("Sell AAA.AX...", "Buy AAA.AX...", "Price history...", "Delete from records!..."));
+}
+
+TEST_F(SharesHeldTableTest, APriceThatIsCorrectedInTheHistoryShowsAtOnce) {
+  SharePortfolioUser& user = addTrading();
+  showTree();
+  leftClick(held(u"Trading"));
+  chooseFromRow(table(), 0, "Price history...", [this] {
+    whenModal("Stored prices of AAA.AX", [this](FXWindow& history) {
+      auto& stored = *find<PriceHistoryTable>(history);
+      typeInto(stored, 0, u"Close", "7.00");
+      EXPECT_DOUBLE_EQ(find<ChartView>(history)->model().series.at(0).points.front().value, 5.0)
+          << "in shares of today, by the splits of the portfolio";
+      press(history, "Close");
+    });
+  });
+  settle();
+  EXPECT_EQ("7.00", cellText(table(), 0, u"Price Now"));
+  EXPECT_DOUBLE_EQ(user.capitalRecord().sharesValueOn(Date()), 250 * 7.0);
 }
 
 TEST_F(SharesHeldTableTest, ShareThatIsNoLongerHeldCannotBeDeleted) {
@@ -459,7 +480,7 @@ TEST_F(SharesHeldTableTest, ShareThatIsNoLongerHeldCannotBeDeleted) {
     dynamic_cast<FXPopup&>(popup).popdown();
   });
   rightClickRow(table(), 1);
-  EXPECT_THAT(entries, ElementsAre("Buy BBB.AX..."));
+  EXPECT_THAT(entries, ElementsAre("Buy BBB.AX...", "Price history..."));
 }
 
 TEST_F(SharesHeldTableTest, DeletingAShareRemovesItFromRecordsAndTree) {

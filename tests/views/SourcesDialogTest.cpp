@@ -129,7 +129,7 @@ TEST_F(SourcesDialogTest, AFailedTrialNamesItsCauseAndUsesNothing) {
     });
     press(dialog, "Switch on");
     letEventsPass();
-    EXPECT_EQ(rows(table)[1], "Service|off|service|not tried here, has a key||");
+    EXPECT_EQ(rows(table)[1], "Service|off|service|not tried here, has a key|1|");
   });
 }
 
@@ -244,10 +244,30 @@ TEST_F(SourcesDialogTest, ACommandIsAddedAndTried) {
     answer("Are the figures right, and is Command echo to be used from now on?", "No");
     press(dialog, "Add a command...");
     letEventsPass();
-    EXPECT_EQ(rows(table)[2], "Command echo|off|command|||");
+    EXPECT_EQ(rows(table)[2], "Command echo|off|command||2|");
   });
   EXPECT_EQ(sources().source(u"Command echo").command,
             (std::vector<String>{u"/bin/echo", u"-e", u"Date,Close\\n2026-03-02,4.5"}));
+}
+
+TEST_F(SourcesDialogTest, WhatTheOutputOfACommandLeavesOpenIsAskedDuringATrial) {
+  sources().addCommand(u"Mine", {u"/bin/echo", u"-e", u"Date,Close\\n02/03/2026,4.5"});
+  show(u"Mine", [this](FXWindow& dialog, SourcesTable&) {
+    whenModal("Try a source", [this](FXWindow& trial) {
+      type(*find<FXTextField>(trial), "ABC");
+      whenModal("Mine", [this](FXWindow& question) {
+        press(question, "dd/MM/yyyy");
+        press(question, "OK");
+      });
+      press(trial, "Try");
+      runUntil([&] { return textIn(trial).starts_with("It answered"); });
+      EXPECT_THAT(textIn(trial), HasSubstr("02/03/2026    4.50"));
+      answer("Are the figures right, and is Mine to be used from now on?", "No");
+      press(trial, "Close");
+    });
+    press(dialog, "Try it...");
+  });
+  EXPECT_EQ(sources().source(u"Mine").answers.at(String()).at(FormatDoubt::About::DateOrder), u"dd/MM/yyyy");
 }
 
 TEST_F(SourcesDialogTest, TheOrderIsChanged) {

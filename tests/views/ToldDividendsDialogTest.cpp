@@ -60,7 +60,8 @@ TEST_F(ToldDividendsDialogTest, ListsThoseOfHeldStocksWithTheSharesOfTheDayBefor
 }
 
 TEST_F(ToldDividendsDialogTest, ARecordedOneIsNotListed) {
-  portfolios()[u"Trading"]->receiveDividend({u"AAA.AX", Date(2026, 3, 1), 100, 0.25, 100, 0, 0, String(), 0});
+  for (const Date& day : {Date(2026, 2, 25), Date(2026, 2, 28), Date(2026, 3, 1)})
+    portfolios()[u"Trading"]->receiveDividend({u"AAA.AX", day, 100, 0.25, 100, 0, 0, String(), 0});
   show([](FXWindow& dialog, ToldDividendsTable& table) {
     EXPECT_TRUE(rows(table).empty()) << "within sixty days after each";
     EXPECT_FALSE(button(dialog, "Record...").isEnabled());
@@ -68,11 +69,13 @@ TEST_F(ToldDividendsDialogTest, ARecordedOneIsNotListed) {
   });
 }
 
-TEST_F(ToldDividendsDialogTest, OneOfLongBeforeIsNotTakenForIt) {
+TEST_F(ToldDividendsDialogTest, ARecordedOneIsTakenForOneToldDividendAlone) {
   portfolios()[u"Trading"]->receiveDividend(
       {u"AAA.AX", Date(2026, 2, 14), 100, 0.25, 100, 0, 0, String(), 0});
   show([](FXWindow&, ToldDividendsTable& table) {
-    EXPECT_THAT(rows(table), ElementsAre("25/02/2026|AAA.AX|0.30|250.00|$75.00|Trading"));
+    EXPECT_THAT(rows(table), ElementsAre("25/02/2026|AAA.AX|0.30|250.00|$75.00|Trading",
+                                         "18/02/2026|AAA.AX|0.0125|200.00|$2.50|Trading"))
+        << "the nearest of those before it";
   });
 }
 
@@ -98,7 +101,8 @@ TEST_F(ToldDividendsDialogTest, TheFormIsFilledInAndRecordsIt) {
     });
     press(dialog, "Record...");
     letEventsPass();
-    EXPECT_TRUE(rows(table).empty()) << "it is near the others, too";
+    EXPECT_THAT(rows(table), ElementsAre("18/02/2026|AAA.AX|0.0125|200.00|$2.50|Trading",
+                                         "12/02/2026|AAA.AX|0.25|100.00|$25.00|Trading"));
   });
   ASSERT_EQ(numDividends(), 1u);
   const XMLDividendEvent& recorded = portfolios()[u"Trading"]->portfolio().dividends()[0];
@@ -137,7 +141,8 @@ TEST_F(ToldDividendsDialogTest, TheWindowTellsOfThemAfterARoundOfPrices) {
   ASSERT_EQ(window().warnings.size(), 1u);
   EXPECT_EQ(window().warnings[0].text,
             u"Your sources of prices tell of 3 dividends that are not recorded: see Tools, Told Dividends.");
-  portfolios()[u"Trading"]->receiveDividend({u"AAA.AX", Date(2026, 3, 1), 100, 0.25, 100, 0, 0, String(), 0});
+  for (const Date& day : {Date(2026, 2, 25), Date(2026, 2, 28), Date(2026, 3, 1)})
+    portfolios()[u"Trading"]->receiveDividend({u"AAA.AX", day, 100, 0.25, 100, 0, 0, String(), 0});
   warning.tell();
   EXPECT_TRUE(window().warningsOver.contains(window().warnings[0].key));
 }
