@@ -140,10 +140,15 @@ Backup read(const Date& day, const fs::path& path) {
 } // namespace
 
 void keepBackupOfDay(const String& recordsPath, const Date& day) {
-  if (filePresence(recordsPath) == FilePresence::Missing || files().contains(day))
+  const String copy = String::fromUTF8(pathOf(day));
+  // Not by the list of all, which may fail: a copy that is there must never be replaced by a later state.
+  const FilePresence presence = filePresence(copy);
+  if (filePresence(recordsPath) == FilePresence::Missing || presence == FilePresence::RegularFile)
     return;
+  if (presence == FilePresence::Unusable)
+    throw Exception(u"Backups - cannot use " + copy);
   makeFolder();
-  copyFileReplacing(recordsPath, String::fromUTF8(pathOf(day)));
+  copyFileReplacing(recordsPath, copy);
   dropOld(day);
 }
 

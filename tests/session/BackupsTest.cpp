@@ -63,6 +63,17 @@ TEST_F(BackupsTest, TheFirstOfADayIsKept) {
   EXPECT_THAT(names(), ElementsAre("Portfolios 2026-03-03.xml", "Portfolios 2026-03-04.xml"));
 }
 
+TEST_F(BackupsTest, AFolderThatCannotBeListedLosesNone) {
+  put("<!-- first -->");
+  keepBackupOfDay(records(), Date(2026, 3, 3));
+  put("<!-- second -->");
+  std::filesystem::permissions(folder().toUTF8(), std::filesystem::perms(0300));
+  keepBackupOfDay(records(), Date(2026, 3, 3));
+  std::filesystem::permissions(folder().toUTF8(), std::filesystem::perms(0700));
+  EXPECT_EQ("<Portfolios><!-- first --></Portfolios>",
+            TestProfile::readFile(folder() + u"/Portfolios 2026-03-03.xml"));
+}
+
 TEST_F(BackupsTest, FileAndFolderAreTheUsersAlone) {
   const NoUmask umask;
   put("");

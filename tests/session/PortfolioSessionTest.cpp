@@ -77,6 +77,13 @@ TEST_F(PortfolioSessionTest, LoadRemovesWhatAnInterruptedSaveLeft) {
   EXPECT_FALSE(TestProfile::fileExists(leftover));
 }
 
+TEST_F(PortfolioSessionTest, LoadRemovesWhatAnInterruptedCopyOfTheDayLeft) {
+  const String left = profile.dataFolder() + u"Backups/.tallymoor-abc.tmp";
+  TestProfile::writeFile(left, "half");
+  PortfolioSession(user).load(progress);
+  EXPECT_FALSE(TestProfile::fileExists(left));
+}
+
 TEST_F(PortfolioSessionTest, SaveWritesPricesPortfoliosAndSettings) {
   FXRegistry registry("Tallymoor", "Brindlecove");
   Settings::attach(&registry);
