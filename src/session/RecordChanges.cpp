@@ -42,15 +42,6 @@ private:
 
 } // namespace
 
-/// What a portfolio is to be like.
-struct RecordChanges::Wanted {
-  String nameNow;  ///< empty for one that is not there
-  String nameThen; ///< empty for one that is to go
-  std::uint32_t place;
-  bool moves; ///< to another place
-  std::string text;
-};
-
 RecordChanges::RecordChanges(XMLPortfolios& records, OpenPortfolios& portfolios, UserInteraction& user)
     : m_records(records), m_portfolios(portfolios), m_user(user) {
   s_current = this;
@@ -171,22 +162,15 @@ void RecordChanges::recover() {
   if (changes.empty())
     return;
   keepAll();
-  std::map<String, std::string> texts;
-  for (const Kept& kept : m_texts)
-    texts[kept.name] = kept.text->text();
-  const std::optional<Recovery> recovery = Recovery::of(changes, texts);
+  std::optional<Recovery> recovery = Recovery::of(changes, portfoliosNow());
   if (!recovery) {
     refuse(changes);
     return;
   }
   if (recovery->count == 0)
     return;
-  std::vector<Wanted> wanted;
-  for (const Recovery::Portfolio& portfolio : recovery->portfolios)
-    wanted.push_back(
-        {portfolio.nameNow, portfolio.nameThen, portfolio.place, portfolio.moves, portfolio.text});
   try {
-    bringTo(std::move(wanted));
+    bringTo(std::move(recovery->portfolios));
   } catch (...) {
     putBack();
     refuse(changes);
@@ -208,6 +192,15 @@ void RecordChanges::refuse(const std::vector<Change>& changes) {
 }
 
 // ---- Changes ----
+
+/// All of them, as of the last change.
+std::vector<Replay::Portfolio> RecordChanges::portfoliosNow() const {
+  std::vector<Replay::Portfolio> portfolios;
+  for (const Present& present : presentOnes())
+    if (const Kept* const kept = keptOf(present.element))
+      portfolios.push_back({present.name, kept->text->text()});
+  return portfolios;
+}
 
 const RecordChanges::Kept* RecordChanges::keptOf(const XMLSharePortfolio& element) const {
   const auto found = std::find_if(m_texts.begin(), m_texts.end(),
@@ -318,7 +311,8 @@ RecordChanges::differencesTo(const Texts& now) const {
 std::vector<ChangedPortfolio> RecordChanges::changesTo(const Texts& now) const {
   std::vector<ChangedPortfolio> changes;
   for (const auto& [before, after] : differencesTo(now))
-    if (!before || !after || before->name != after->name || before->state != after->state)
+    if (!before || !after || before->name != after->name || before->state != after->state ||
+        (before->element != after->element && before->place != after->place))
       changes.push_back(changeOf(before, after));
   return changes;
 }
@@ -336,7 +330,7 @@ void RecordChanges::make(const String& sentence, const Command& command) {
 
 void RecordChanges::replaceAll(const String& sentence, XMLPortfolios& others) {
   make(sentence, [&] {
-    std::vector<Wanted> wanted;
+    std::vector<RestoredPortfolio> wanted;
     std::set<String> names;
     for (XMLSharePortfolio& other : others.portfolios()) {
       const String name = other.portfolioName();
@@ -405,7 +399,7 @@ void RecordChanges::run(Change change, const Command& command) {
 void RecordChanges::putBack() {
   // A command that was stopped may have left what can't be written.
   const Texts now = textsNow(ChangedOnes::Unwritten);
-  std::vector<Wanted> wanted;
+  std::vector<RestoredPortfolio> wanted;
   for (const auto& [before, after] : differencesTo(now))
     wanted.push_back({after ? after->name : String(), before ? before->name : String(),
                       before ? before->place : 0, before && after && before->element != after->element,
@@ -426,16 +420,17 @@ void RecordChanges::rename(const String& nameNow, const String& nameThen) {
   }
 }
 
-void RecordChanges::bringTo(std::vector<Wanted> wanted) {
+void RecordChanges::bringTo(std::vector<RestoredPortfolio> wanted) {
   if (wanted.empty())
     return;
   if (m_beforeOtherElements)
     m_beforeOtherElements();
-  std::sort(wanted.begin(), wanted.end(), [](const Wanted& a, const Wanted& b) { return a.place < b.place; });
-  for (const Wanted& portfolio : wanted)
+  std::sort(wanted.begin(), wanted.end(),
+            [](const RestoredPortfolio& a, const RestoredPortfolio& b) { return a.place < b.place; });
+  for (const RestoredPortfolio& portfolio : wanted)
     if (!portfolio.nameNow.empty() && (portfolio.nameThen.empty() || portfolio.moves))
       removePortfolio(m_portfolios, m_records, portfolio.nameNow);
-  for (const Wanted& portfolio : wanted) {
+  for (const RestoredPortfolio& portfolio : wanted) {
     if (portfolio.nameThen.empty())
       continue;
     if (portfolio.nameNow.empty() || portfolio.moves) {
@@ -494,6 +489,36 @@ void RecordChanges::redo() {
   makeAgain(toRedo(), Change::Kind::Redone);
 }
 
+ChangeHistory RecordChanges::history() {
+  noticeRest();
+  return {m_journal ? &*m_journal : nullptr, portfoliosNow()};
+}
+
+bool RecordChanges::goBackTo(std::uint64_t number) {
+  if (!m_isOpen || m_isRunning)
+    return false;
+  ChangeHistory past = history();
+  const auto& changes = past.changes();
+  const auto last = std::find_if(changes.begin(), changes.end(),
+                                 [number](const Journal::Entry& entry) { return entry.number == number; });
+  Change change;
+  change.sentence = last == changes.end() ? String(u"Return to the oldest state")
+                                          : u"Return to the state after " + last->sentence;
+  const std::size_t count = m_journal ? m_journal->entries().size() : 0;
+  run(std::move(change), [&] { bringTo(past.wayBackTo(number)); });
+  return m_journal && m_journal->entries().size() > count;
+}
+
+std::vector<std::pair<String, String>> RecordChanges::lastRenamings() {
+  std::vector<std::pair<String, String>> renamings;
+  if (m_journal && !m_journal->entries().empty())
+    for (const ChangedPortfolio& portfolio : m_journal->read(m_journal->entries().back()).portfolios)
+      if (!portfolio.nameBefore.empty() && !portfolio.nameAfter.empty() &&
+          portfolio.nameBefore != portfolio.nameAfter)
+        renamings.emplace_back(portfolio.nameBefore, portfolio.nameAfter);
+  return renamings;
+}
+
 void RecordChanges::makeAgain(const Journal::Entry* entry, Change::Kind kind) {
   if (!entry || m_isRunning)
     return;
@@ -509,14 +534,16 @@ void RecordChanges::makeAgain(const Journal::Entry* entry, Change::Kind kind) {
 }
 
 void RecordChanges::apply(const std::vector<ChangedPortfolio>& portfolios) {
-  std::vector<Wanted> wanted;
+  std::vector<RestoredPortfolio> wanted;
   for (const ChangedPortfolio& portfolio : portfolios) {
     const auto kept = std::find_if(m_texts.begin(), m_texts.end(), [&portfolio](const Kept& text) {
       return text.name == portfolio.nameBefore;
     });
     const auto text = portfolio.appliedTo(kept == m_texts.end() ? std::string() : kept->text->text());
     const bool nameIsTaken =
-        portfolio.nameAfter != portfolio.nameBefore && m_portfolios.contains(portfolio.nameAfter);
+        std::none_of(portfolios.begin(), portfolios.end(),
+                     [&](const auto& other) { return other.nameBefore == portfolio.nameAfter; }) &&
+        m_portfolios.contains(portfolio.nameAfter);
     if (!text || nameIsTaken || (kept == m_texts.end()) != portfolio.nameBefore.empty())
       throw Exception(u"The records of " +
                       (portfolio.nameBefore.empty() ? portfolio.nameAfter : portfolio.nameBefore) +
@@ -526,6 +553,7 @@ void RecordChanges::apply(const std::vector<ChangedPortfolio>& portfolios) {
                           portfolio.placeBefore != portfolio.placeAfter,
                       *text});
   }
+  makeRoomForNames(wanted);
   bringTo(std::move(wanted));
 }
 

@@ -1,6 +1,8 @@
 #pragma once
+#include "session/ChangeHistory.h"
 #include "session/Journal.h"
 #include "session/OpenPortfolios.h"
+#include "session/Replay.h"
 #include <functional>
 #include <memory>
 #include <optional>
@@ -74,6 +76,14 @@ public:
   /// the records are not those that the change left.
   void undo();
   void redo();
+  /// All changes, after what was changed without `make`. Good until the next one. Throws Exception.
+  ChangeHistory history();
+  /// Brings the records back to the state after the change with that number, 0 for the one before the oldest.
+  /// That is a change itself, which can be undone. False, and there is no change, if nothing differs. Throws
+  /// Exception and changes nothing where there is no way back.
+  bool goBackTo(std::uint64_t number);
+  /// The old and the new name of each portfolio that the last change has renamed.
+  std::vector<std::pair<String, String>> lastRenamings();
 
 private:
   /// A portfolio as of the last change.
@@ -93,7 +103,6 @@ private:
     String name;
   };
   enum class ChangedOnes { Written, Unwritten }; ///< unwritten ones have no text
-  struct Wanted;
 
   Journal& journal();
   std::uint64_t lastNumber() const;
@@ -102,6 +111,7 @@ private:
   void refuse(const std::vector<Change>& changes);
 
   const Kept* keptOf(const XMLSharePortfolio& element) const;
+  std::vector<Replay::Portfolio> portfoliosNow() const;
   void keepAll();
   static Kept textNow(const Present& present, const Kept* former);
   std::vector<Present> presentOnes() const;
@@ -116,7 +126,7 @@ private:
   void append(Change& change);
   void putBack();
   void rename(const String& nameNow, const String& nameThen);
-  void bringTo(std::vector<Wanted> wanted);
+  void bringTo(std::vector<RestoredPortfolio> wanted);
   void apply(const std::vector<ChangedPortfolio>& portfolios);
   void makeAgain(const Journal::Entry* entry, Change::Kind kind);
   void follow(const Journal::Entry& entry);

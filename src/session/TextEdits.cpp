@@ -109,18 +109,41 @@ std::vector<TextEdit> reversed(std::vector<TextEdit> edits) {
   return edits;
 }
 
-std::optional<std::string> edited(std::string_view before, const std::vector<TextEdit>& edits) {
-  std::string after;
+bool fits(std::string_view before, const std::vector<TextEdit>& edits) {
   std::size_t done = 0;
   for (const TextEdit& edit : edits) {
     if (edit.place < done || edit.place > before.size() ||
         before.substr(edit.place, edit.removed.size()) != edit.removed)
-      return std::nullopt;
-    after.append(before.substr(done, edit.place - done));
+      return false;
+    done = edit.place + edit.removed.size();
+  }
+  return true;
+}
+
+// Each edit in place may move the rest of the text.
+void applyTo(std::string& text, const std::vector<TextEdit>& edits) {
+  constexpr std::size_t FEW = 8;
+  if (edits.size() <= FEW) {
+    for (auto edit = edits.rbegin(); edit != edits.rend(); ++edit)
+      text.replace(edit->place, edit->removed.size(), edit->inserted);
+    return;
+  }
+  std::string after;
+  std::size_t done = 0;
+  for (const TextEdit& edit : edits) {
+    after.append(text, done, edit.place - done);
     after.append(edit.inserted);
     done = edit.place + edit.removed.size();
   }
-  after.append(before.substr(done));
+  after.append(text, done);
+  text = std::move(after);
+}
+
+std::optional<std::string> edited(std::string_view before, const std::vector<TextEdit>& edits) {
+  if (!fits(before, edits))
+    return std::nullopt;
+  std::string after(before);
+  applyTo(after, edits);
   return after;
 }
 

@@ -23,7 +23,11 @@ std::vector<TextEdit> editsBetween(std::string_view before, std::string_view aft
 /// The edits that lead back.
 std::vector<TextEdit> reversed(std::vector<TextEdit> edits);
 
-/// The text after the edits. Nothing where they don't belong to this text.
+/// Whether the edits belong to this text.
+bool fits(std::string_view before, const std::vector<TextEdit>& edits);
+/// Makes edits that fit in place: a few small ones of a large text do not copy it.
+void applyTo(std::string& text, const std::vector<TextEdit>& edits);
+/// The text after the edits. Nothing where they don't fit.
 std::optional<std::string> edited(std::string_view before, const std::vector<TextEdit>& edits);
 
 } // namespace Tallymoor

@@ -66,6 +66,7 @@ public:
     ID_UNDO,
     ID_REDO,
     ID_BACKUPS,
+    ID_HISTORY,
     ID_SETTINGS,
     ID_FAQ,
     ID_FEEDBACK,

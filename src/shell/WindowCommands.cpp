@@ -15,6 +15,7 @@
 #include "shell/TransferDialogs.h"
 #include "updates/UpdateCheck.h"
 #include "views/BackupsDialog.h"
+#include "views/HistoryDialog.h"
 #include "views/PricesDialog.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/ToldDividendsDialog.h"
@@ -51,7 +52,7 @@ std::vector<CommandTable::Menu> menus() {
         {FXTopWindow::ID_MINIMIZE},
         SEPARATOR,
         {MainWindow::ID_SHUTDOWN}}},
-      {"&Edit", {{Window::ID_UNDO}, {Window::ID_REDO}}},
+      {"&Edit", {{Window::ID_UNDO}, {Window::ID_REDO}, SEPARATOR, {Window::ID_HISTORY}}},
       {"&Portfolios",
        {{Window::ID_NEW_PORTFOLIO, "&New Portfolio..."},
         {Window::ID_BUY},
@@ -153,7 +154,9 @@ WindowCommands::Rows WindowCommands::editRows() {
           {Window::ID_REDO, "&Redo", "Ctrl+Shift+Z", "", nullptr, u"onRedo",
            [this] { goOver(&TotalCapTreeItem::redo); },
            [this] { return isLoaded() && changes().toRedo() != nullptr; },
-           [this] { return sentenceOf(changes().toRedo()); }}};
+           [this] { return sentenceOf(changes().toRedo()); }},
+          {Window::ID_HISTORY, "&History...", "", "", nullptr, u"onHistory", [this] { showHistory(); },
+           [this] { return isLoaded(); }}};
 }
 
 WindowCommands::Rows WindowCommands::portfolioRows(const WindowIcons& icons) {
@@ -243,6 +246,17 @@ String WindowCommands::sentenceOf(const Journal::Entry* change) {
 void WindowCommands::goOver(void (TotalCapTreeItem::*operation)()) {
   finishEdits(*m_window.tabBook());
   (m_window.loadedTree().*operation)();
+  HandlerScope::whenDone(&m_window.trayController(), [this] { m_window.trayController().updateTip(); });
+}
+
+void WindowCommands::showHistory() {
+  finishEdits(*m_window.tabBook());
+  HistoryDialog dialog(&m_window, m_window.store().changes().history());
+  dialog.execute();
+  const auto number = dialog.wantedBack();
+  if (!number)
+    return;
+  m_window.loadedTree().goBackTo(*number);
   HandlerScope::whenDone(&m_window.trayController(), [this] { m_window.trayController().updateTip(); });
 }
 

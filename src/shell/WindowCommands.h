@@ -50,6 +50,7 @@ private:
   static String sentenceOf(const Journal::Entry* change);
   /// Undo or redo.
   void goOver(void (TotalCapTreeItem::*operation)());
+  void showHistory();
   void refreshPrices();
   void showPrices();
   void showToldDividends();

@@ -22,9 +22,8 @@
 #include "xml/CleanName.h"
 #include "xml/PortfolioRecords.h"
 #include <algorithm>
-#include <iterator>
-#include <optional>
 #include <set>
+#include <utility>
 
 namespace Tallymoor {
 
@@ -54,16 +53,6 @@ std::set<String> namesOf(const OpenPortfolios& portfolios) {
   return names;
 }
 
-/// The old and the new name, where a portfolio has another one and the rest are the same.
-std::optional<std::pair<String, String>> renaming(const std::set<String>& before,
-                                                  const std::set<String>& after) {
-  std::vector<String> gone;
-  std::vector<String> come;
-  std::set_difference(before.begin(), before.end(), after.begin(), after.end(), std::back_inserter(gone));
-  std::set_difference(after.begin(), after.end(), before.begin(), before.end(), std::back_inserter(come));
-  return gone.size() == 1 && come.size() == 1 ? std::optional(std::pair(gone[0], come[0])) : std::nullopt;
-}
-
 String importSentence(const std::vector<std::unique_ptr<XMLElement>>& portfolios) {
   const auto count = static_cast<std::int64_t>(portfolios.size());
   return count == 1 ? u"Import of " + elementAs<XMLSharePortfolio>(*portfolios[0]).portfolioName()
@@ -86,6 +75,7 @@ TotalCapTreeItem::~TotalCapTreeItem() {
     changes->beforeOtherElements({});
   HandlerScope::forget(this);
   HandlerScope::forget(m_portfolios);
+  HandlerScope::forget(m_records);
 }
 
 void TotalCapTreeItem::loadPortfolios(Progress* progress) {
@@ -361,7 +351,8 @@ void TotalCapTreeItem::undo() {
   if (!changes || !checkSound())
     return;
   changes->noticeRest();
-  goOver(changes->toUndo(), [changes] { changes->undo(); });
+  if (const Journal::Entry* const change = changes->toUndo())
+    goOver(change->isOfWholePortfolios, [changes] { changes->undo(); });
 }
 
 void TotalCapTreeItem::redo() {
@@ -369,18 +360,32 @@ void TotalCapTreeItem::redo() {
   if (!changes || !checkSound())
     return;
   changes->noticeRest();
-  goOver(changes->toRedo(), [changes] { changes->redo(); });
+  if (const Journal::Entry* const change = changes->toRedo())
+    goOver(change->isOfWholePortfolios, [changes] { changes->redo(); });
 }
 
-void TotalCapTreeItem::goOver(const Journal::Entry* change, const std::function<void()>& operation) {
-  if (!change)
+void TotalCapTreeItem::goBackTo(std::uint64_t number) {
+  RecordChanges* const changes = RecordChanges::current();
+  if (!changes || !checkSound())
     return;
+  const auto differs = std::make_shared<bool>(true);
+  goOver(true, [changes, number, differs] {
+    const WaitCursor wait;
+    *differs = changes->goBackTo(number);
+  });
+  HandlerScope::whenDone(m_records, [differs] { // not before the nodes are there again
+    if (!*differs)
+      MainWindow::information(u"Nothing was taken back: your portfolios are as they were after that change.");
+  });
+}
+
+void TotalCapTreeItem::goOver(bool isOfWholePortfolios, const std::function<void()>& operation) {
   const auto keepingLimits = [this, operation] {
     const LimitsOfStocks before = limitsOfHoldings(*m_portfolios);
     operation();
     keepChangedLimits(*m_portfolios, before);
   };
-  if (!change->isOfWholePortfolios) {
+  if (!isOfWholePortfolios) {
     keepingLimits(); // the nodes are told when it comes to their records
     return;
   }
@@ -417,10 +422,12 @@ void TotalCapTreeItem::withoutNodes(const std::function<void()>& operation) {
     reload(state);
     throw;
   }
-  if (const auto renamed = renaming(before, namesOf(*m_portfolios))) {
-    state.rename(renamed->first, renamed->second);
-    renameOutsideRecords(renamed->first, renamed->second);
-  }
+  if (RecordChanges* const changes = RecordChanges::current())
+    for (const auto& [oldName, newName] : changes->lastRenamings())
+      if (before.contains(oldName) && !before.contains(newName) && m_portfolios->contains(newName)) {
+        state.rename(oldName, newName);
+        renameOutsideRecords(oldName, newName);
+      }
   reload(state);
   updateBranch();
 }

@@ -1,5 +1,4 @@
 #pragma once
-#include "session/Journal.h"
 #include "session/OpenPortfolios.h"
 #include "views/NodeIcons.h"
 #include "views/SharedLimits.h"
@@ -87,6 +86,9 @@ public:
   /// Exception as RecordChanges.
   void undo();
   void redo();
+  /// Brings the records back to the state after the change with that number, as RecordChanges; all views
+  /// follow. Tells the user when nothing differs.
+  void goBackTo(std::uint64_t number);
 
   /// Null when there is none of that name.
   SharePortfolioTreeItem* portfolioNode(const String& name) const;
@@ -121,8 +123,9 @@ private:
   /// A change of which portfolios there are: the nodes are made anew after it, also when it fails.
   void changePortfolios(const String& sentence, const std::function<void()>& command);
   void stopReading();
-  /// Goes over a change by the operation, which undoes it or makes it again.
-  void goOver(const Journal::Entry* change, const std::function<void()>& operation);
+  /// Changes the records by the operation, which undoes changes or makes one again. With whole portfolios,
+  /// which may come or go or get other names, the nodes are made anew.
+  void goOver(bool isOfWholePortfolios, const std::function<void()>& operation);
   void withoutNodes(const std::function<void()>& operation);
   void makeRecordsCurrent();
 

@@ -71,7 +71,7 @@ TEST_F(MenusTest, TheMenusHoldTheirEntriesInOrder) {
   const std::vector<std::vector<std::string>> expected = {
       {"New Portfolio...\tCtrl+P", "New Watchlist...\tCtrl+W", "-", "New Portfolio Wizard...", "-",
        "Save...\tCtrl+S", "Import...", "Export...", "Backups...", "-", "Minimise", "-", "Exit\tAlt-F4"},
-      {"Undo\tCtrl+Z", "Redo\tCtrl+Shift+Z"},
+      {"Undo\tCtrl+Z", "Redo\tCtrl+Shift+Z", "-", "History..."},
       {"New Portfolio...\tCtrl+P", "Buy Shares...\tCtrl+B", "Sell Shares...\tCtrl+L",
        "Receive a Dividend...\tCtrl+D", "Receive Interest...\tCtrl+I", "Deposit Cash...", "Withdraw Cash..."},
       {"Report for last month...", "Report for last financial quarter...",

@@ -3,6 +3,7 @@
 #include "foundation/FileOperations.h"
 #include "foundation/RunTimeSettings.h"
 #include "support/windows/RealKeys.h"
+#include "views/HistoryTable.h"
 #include "views/PriceLimits.h"
 #include "views/SharePortfolioTreeItem.h"
 #include "views/SharesHeldTreeItem.h"
@@ -42,6 +43,12 @@ protected:
       node(u"Trading").change(u"Purchase of " + String::fromDouble(number, 0) + u" AAA.AX", [&] {
         node(u"Trading").portfolio().buyShares(u"AAA.AX", {Date(2026, 3, 2), number, 5.0, 10.0, String()});
       });
+    });
+  }
+  void whenName(const std::string& form, const std::string& name) {
+    whenModal(form, [this, name](FXWindow& dialog) {
+      type(*find<FXTextField>(dialog), name);
+      press(dialog, "OK");
     });
   }
   FXMenuCommand& entryOf(FXuint id) {
@@ -151,6 +158,57 @@ TEST_F(UndoTest, OnAFullDiskAChangeIsRefusedAndTheViewsShowWhatIsThere) {
   EXPECT_EQ("Undo Purchase of 20 AAA.AX", undoEntry());
   command(TallymoorWindow::ID_UNDO);
   EXPECT_EQ(1000.0, node(u"Trading").portfolio().cashReserveToday());
+}
+
+TEST_F(UndoTest, TheHistoryGoesBackAndAllViewsFollow) {
+  node(u"Trading").activate();
+  buy(20);
+  const std::string then = textOfAll();
+  guardedHandler(u"test", [&] { tallymoor().totalCapital()->limitsTyped(u"AAA.AX", {1.0, 9.0}); });
+  guardedHandler(u"test", [&] { tallymoor().totalCapital()->renamePortfolio(u"Trading", u"Other"); });
+  whenName("New Portfolio", "Saving");
+  command(TallymoorWindow::ID_NEW_PORTFOLIO);
+  const std::string before = textOfAll();
+  whenModal("History", [this](FXWindow& dialog) {
+    auto& table = *find<HistoryTable>(dialog);
+    table.setCurrentItem(3, 0, TRUE);
+    letEventsPass();
+    answer("Do you want to take back 3 changes of all portfolios?\nYou can undo that as one change.", "Yes");
+    press(dialog, "Go Back to Here...");
+  });
+  command(TallymoorWindow::ID_HISTORY);
+  letEventsPass();
+  EXPECT_EQ(then, textOfAll());
+  EXPECT_EQ(890.0, node(u"Trading").portfolio().cashReserveToday());
+  EXPECT_NE(nullptr, node(u"Trading").sharesHeldItem()->purchasesOf(u"AAA.AX"));
+  EXPECT_EQ(nullptr, tallymoor().totalCapital()->portfolioNode(u"Saving"));
+  EXPECT_EQ("Undo Return to the state after Purchase of 20 AAA.AX", undoEntry());
+  command(TallymoorWindow::ID_UNDO);
+  EXPECT_EQ(before, textOfAll());
+  EXPECT_EQ(890.0, node(u"Other").portfolio().cashReserveToday());
+  EXPECT_NE(nullptr, tallymoor().totalCapital()->portfolioNode(u"Saving"));
+}
+
+TEST_F(UndoTest, GoingBackToWhereWeAreSaysSo) {
+  buy(20);
+  const std::string then = textOfAll();
+  buy(30);
+  command(TallymoorWindow::ID_UNDO);
+  whenModal("History", [this](FXWindow& dialog) {
+    find<HistoryTable>(dialog)->setCurrentItem(2, 0, TRUE);
+    letEventsPass();
+    answer("Do you want to take back 2 changes of all portfolios?\nYou can undo that as one change.", "Yes");
+    press(dialog, "Go Back to Here...");
+  });
+  whenModal("Tallymoor", [this](FXWindow& box) {
+    EXPECT_TRUE(shows(box, "Nothing was taken back: your portfolios are as they were after that change."));
+    EXPECT_NE(nullptr, tallymoor().totalCapital()->portfolioNode(u"Trading")) << "the nodes are there again";
+    press(box, "OK");
+  });
+  command(TallymoorWindow::ID_HISTORY);
+  letEventsPass();
+  EXPECT_EQ(then, textOfAll());
+  EXPECT_EQ("Redo Purchase of 30 AAA.AX", redoEntry());
 }
 
 TEST_F(UndoTest, TheKeysUndoAndRedo) {

@@ -200,6 +200,8 @@ private:
     tallymoor().store().save(); // makes the copy of the day
     expect("Backups", visit);
     command(TallymoorWindow::ID_BACKUPS);
+    expect("History", visit);
+    command(TallymoorWindow::ID_HISTORY);
     expect("Told dividends", visit);
     command(TallymoorWindow::ID_TOLD_DIVIDENDS);
     expect("Choose the date", visit);
