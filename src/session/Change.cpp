@@ -114,7 +114,7 @@ std::optional<Change> unpackChange(std::string_view bytes) {
   Change change;
   const auto kind = from.number<std::uint8_t>();
   if (kind < static_cast<std::uint8_t>(Change::Kind::Made) ||
-      kind > static_cast<std::uint8_t>(Change::Kind::Saved))
+      kind > static_cast<std::uint8_t>(Change::Kind::Dropped))
     return std::nullopt;
   change.kind = static_cast<Change::Kind>(kind);
   change.other = from.number<std::uint64_t>();

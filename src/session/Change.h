@@ -70,7 +70,8 @@ struct Change {
     Made = 1,   ///< a command
     Undone = 2, ///< the change `other` was undone
     Redone = 3, ///< and made again
-    Saved = 4   ///< no change: up to here everything is in the records file
+    Saved = 4,  ///< no change: up to here everything is in the records file
+    Dropped = 5 ///< no change: the change `other` did not belong to the records, and is in none
   };
 
   Kind kind = Kind::Made;

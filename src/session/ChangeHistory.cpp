@@ -15,12 +15,8 @@ Change reversed(Change change) {
 } // namespace
 
 ChangeHistory::ChangeHistory(Journal* journal, std::vector<Replay::Portfolio> now)
-    : m_journal(journal), m_texts(std::move(now)) {
-  if (journal)
-    std::copy_if(journal->entries().begin(), journal->entries().end(), std::back_inserter(m_changes),
-                 [](const Entry& entry) { return entry.kind != Change::Kind::Saved; });
-  m_next = m_changes.size();
-}
+    : m_journal(journal), m_changes(journal ? journal->changes() : std::vector<Entry>()),
+      m_texts(std::move(now)), m_next(m_changes.size()) {}
 
 /// Goes as far as there is a way.
 bool ChangeHistory::goTo(std::size_t next) {

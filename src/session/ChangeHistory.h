@@ -29,7 +29,7 @@ public:
   /// order of the records.
   ChangeHistory(Journal* journal, std::vector<Replay::Portfolio> now);
 
-  /// Those of the user, the oldest first; marks of saves are none.
+  /// As Journal::changes, the oldest first.
   const std::vector<Entry>& changes() const { return m_changes; }
   /// Throws Exception when the change can't be read any more.
   std::vector<Difference> differencesOf(const Entry& change);

@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <ostream>
+#include <set>
 #include <sys/stat.h>
 #include <zlib.h>
 
@@ -147,14 +148,14 @@ void Journal::readEntries(std::string_view content) {
       if (std::optional<Change> change = changeIn(entry))
         take(*change, place, entry.size());
       else
-        ++m_damagedPlaces;
+        noteDamage(place);
       place += entry.size();
       continue;
     }
     const std::size_t next = nextEntry(content, place + 1);
     if (next == std::string_view::npos)
       break;
-    ++m_damagedPlaces;
+    noteDamage(place);
     place = next;
   }
   if (m_entries.empty() && !content.starts_with(FIRST_LINE))
@@ -166,7 +167,18 @@ void Journal::readEntries(std::string_view content) {
   if (m_lostTornEntry)
     cutTo(place);
   else
-    ++m_damagedPlaces;
+    noteDamage(place);
+}
+
+void Journal::noteDamage(std::uint64_t place) {
+  ++m_damagedPlaces;
+  m_lastDamage = place;
+}
+
+bool Journal::isDamagedSinceSave() const {
+  const auto lastSave = std::find_if(m_entries.rbegin(), m_entries.rend(),
+                                     [](const Entry& entry) { return entry.kind == Change::Kind::Saved; });
+  return m_damagedPlaces > 0 && (lastSave == m_entries.rend() || m_lastDamage > lastSave->place);
 }
 
 void Journal::take(const Change& change, std::uint64_t place, std::size_t length) {
@@ -180,6 +192,19 @@ void Journal::take(const Change& change, std::uint64_t place, std::size_t length
     entry.isOfWholePortfolios |= portfolio.isWhole();
   }
   m_entries.push_back(std::move(entry));
+}
+
+std::vector<Journal::Entry> Journal::changes() const {
+  std::set<std::uint64_t> dropped;
+  for (const Entry& entry : m_entries)
+    if (entry.kind == Change::Kind::Dropped)
+      dropped.insert(entry.other);
+  std::vector<Entry> changes;
+  for (const Entry& entry : m_entries)
+    if (entry.kind != Change::Kind::Saved && entry.kind != Change::Kind::Dropped &&
+        !dropped.contains(entry.number))
+      changes.push_back(entry);
+  return changes;
 }
 
 void Journal::cutTo(std::uint64_t size) {

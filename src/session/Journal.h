@@ -46,12 +46,16 @@ public:
   const String& path() const { return m_path; }
   /// In the order of the file.
   const std::vector<Entry>& entries() const { return m_entries; }
+  /// Those that the records are made of: no marks, and none that was dropped.
+  std::vector<Entry> changes() const;
   /// The whole change of an entry. Throws Exception when it can't be read any more.
   Change read(const Entry& entry);
   /// Whether the last entry had not been written to its end, and was taken away.
   bool lostTornEntry() const { return m_lostTornEntry; }
   /// How many places of the file can't be read.
   std::size_t damagedPlaces() const { return m_damagedPlaces; }
+  /// Whether one of them lies behind the last save.
+  bool isDamagedSinceSave() const;
 
   /// Gives the change its number and flushes it to disk. Throws Exception; the journal is then as it was.
   void append(Change& change);
@@ -63,6 +67,7 @@ private:
   void open();
   void readAll();
   void readEntries(std::string_view content);
+  void noteDamage(std::uint64_t place);
   void take(const Change& change, std::uint64_t place, std::size_t length);
   void cutTo(std::uint64_t size);
   std::string bytesAt(std::uint64_t place, std::size_t length) const;
@@ -74,6 +79,7 @@ private:
   std::vector<Entry> m_entries;
   bool m_lostTornEntry = false;
   std::size_t m_damagedPlaces = 0;
+  std::uint64_t m_lastDamage = 0; ///< where it begins
 };
 
 } // namespace Tallymoor

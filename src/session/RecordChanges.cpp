@@ -91,12 +91,11 @@ void RecordChanges::openJournal() {
                            : u"\nIt was put aside as " + aside + u", and a new one is begun."));
     return;
   }
-  for (const Journal::Entry& entry : m_journal->entries())
-    follow(entry);
+  followAll();
   if (m_journal->lostTornEntry())
     m_user.warning(u"The last change was not written to its end when Tallymoor stopped, and is not in your "
                    u"records.");
-  if (m_journal->damagedPlaces() > 0)
+  if (m_journal->damagedPlaces() > 0 && !m_journal->isDamagedSinceSave())
     m_user.warning(u"A part of the journal of your changes is damaged. What can be read is used.");
 }
 
@@ -157,38 +156,64 @@ void RecordChanges::recover() {
   const auto lastSave = std::find_if(entries.rbegin(), entries.rend(), [](const Journal::Entry& entry) {
     return entry.kind == Change::Kind::Saved;
   });
-  for (auto entry = lastSave.base(); entry != entries.end(); ++entry)
-    changes.push_back(m_journal->read(*entry));
-  if (changes.empty())
+  for (const Journal::Entry& entry : m_journal->changes())
+    if (lastSave == entries.rend() || entry.place > lastSave->place)
+      changes.push_back(m_journal->read(entry));
+  const bool isDamaged = m_journal->isDamagedSinceSave();
+  if (changes.empty() && !isDamaged)
     return;
   keepAll();
-  std::optional<Recovery> recovery = Recovery::of(changes, portfoliosNow());
-  if (!recovery) {
-    refuse(changes);
+  std::optional<Recovery> recovery = Recovery::of(changes, portfoliosNow(), isDamaged);
+  if (!recovery || (!recovery->made.empty() && !bringToRecovered(*recovery))) {
+    const String copy = keepJournal();
+    drop(changes);
+    mark(Change::Kind::Saved, 0);
+    m_user.warning(refusedText(changes, isDamaged, copy));
     return;
   }
-  if (recovery->count == 0)
-    return;
+  if (isDamaged) {
+    const String copy = keepJournal();
+    drop(recovery->lost);
+    if (recovery->made.empty())
+      mark(Change::Kind::Saved, 0); // so that the damage is not told again
+    m_user.warning(partlyRecoveredText(*recovery, copy));
+  } else if (!recovery->made.empty())
+    m_user.information(recoveredText(recovery->made));
+}
+
+/// False if the records can't be read that the changes lead to; then nothing has changed.
+bool RecordChanges::bringToRecovered(Recovery& recovery) {
   try {
-    bringTo(std::move(recovery->portfolios));
+    bringTo(std::move(recovery.portfolios));
   } catch (...) {
     putBack();
-    refuse(changes);
-    return;
+    return false;
   }
   m_texts = textsNow(ChangedOnes::Written);
   if (m_afterChange)
     m_afterChange();
-  m_user.information(recoveredText(changes, recovery->count));
+  return true;
 }
 
-void RecordChanges::refuse(const std::vector<Change>& changes) {
+/// Gives the place of the copy.
+String RecordChanges::keepJournal() {
   const String aside = unusedPath(m_journal->path());
   copyFileReplacing(m_journal->path(), aside);
-  Change mark; // what was refused once is not tried again
-  mark.kind = Change::Kind::Saved;
+  return aside;
+}
+
+/// What does not belong to the records is not tried again, and neither undone nor made again.
+void RecordChanges::drop(const std::vector<Change>& changes) {
+  for (const Change& dropped : changes)
+    mark(Change::Kind::Dropped, dropped.number);
+  followAll();
+}
+
+void RecordChanges::mark(Change::Kind kind, std::uint64_t other) {
+  Change mark;
+  mark.kind = kind;
+  mark.other = other;
   append(mark);
-  m_user.warning(refusedText(changes, aside));
 }
 
 // ---- Changes ----
@@ -477,6 +502,13 @@ void RecordChanges::follow(const Journal::Entry& entry) {
     m_undo.push_back(entry.number);
     m_redo.clear();
   }
+}
+
+void RecordChanges::followAll() {
+  m_undo.clear();
+  m_redo.clear();
+  for (const Journal::Entry& entry : m_journal->changes())
+    follow(entry);
 }
 
 void RecordChanges::undo() {

@@ -11,6 +11,7 @@
 namespace Tallymoor {
 
 class ElementText;
+struct Recovery;
 class UserInteraction;
 
 /// Makes the user's changes of the records: each happens whole or not at all, is in the journal before
@@ -108,7 +109,10 @@ private:
   std::uint64_t lastNumber() const;
   void openJournal();
   void recover();
-  void refuse(const std::vector<Change>& changes);
+  bool bringToRecovered(Recovery& recovery);
+  String keepJournal();
+  void drop(const std::vector<Change>& changes);
+  void mark(Change::Kind kind, std::uint64_t other);
 
   const Kept* keptOf(const XMLSharePortfolio& element) const;
   std::vector<Replay::Portfolio> portfoliosNow() const;
@@ -130,6 +134,7 @@ private:
   void apply(const std::vector<ChangedPortfolio>& portfolios);
   void makeAgain(const Journal::Entry* entry, Change::Kind kind);
   void follow(const Journal::Entry& entry);
+  void followAll();
   const Journal::Entry* find(const std::vector<std::uint64_t>& numbers) const;
 
   XMLPortfolios& m_records;

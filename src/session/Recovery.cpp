@@ -23,6 +23,14 @@ States statesBefore(const std::vector<Change>& changes) {
   return states;
 }
 
+/// The same, as a change has met them.
+States statesBefore(States states, const Change& change) {
+  for (const ChangedPortfolio& portfolio : change.portfolios)
+    if (!portfolio.nameBefore.empty())
+      states[portfolio.nameBefore] = portfolio.before;
+  return states;
+}
+
 void follow(States& states, const Change& change) {
   for (const ChangedPortfolio& portfolio : change.portfolios)
     if (!portfolio.nameBefore.empty())
@@ -44,9 +52,13 @@ std::optional<std::size_t> countOfSaved(const std::vector<Change>& changes,
     const auto found = onDisk.find(state.first);
     return found == onDisk.end() ? !state.second : state.second && found->second.contain(*state.second);
   };
+  const auto areOnDisk = [&isOnDisk](const States& states) {
+    return std::all_of(states.begin(), states.end(), isOnDisk);
+  };
   std::optional<std::size_t> saved;
   for (std::size_t count = 0;; ++count) {
-    if (std::all_of(states.begin(), states.end(), isOnDisk))
+    // Behind one that can't be read the next change knows better what was there.
+    if (areOnDisk(states) || (count < changes.size() && areOnDisk(statesBefore(states, changes[count]))))
       saved = count;
     if (count == changes.size())
       return saved;
@@ -59,37 +71,65 @@ String changesText(std::size_t count) {
                     : u"The " + String::fromLong(static_cast<std::int64_t>(count)) + u" changes";
 }
 
+/// The last of their sentences, a line each.
+String sentencesOf(const std::vector<Change>& changes) {
+  constexpr std::size_t MOST = 20;
+  String text;
+  for (std::size_t i = changes.size() - std::min(changes.size(), MOST); i < changes.size(); ++i)
+    text += changes[i].sentence + u"\n";
+  return text;
+}
+
+String madeText(const std::vector<Change>& made) {
+  return changesText(made.size()) +
+         (made.size() == 1 ? u" that was made since the last save was recovered:\n"
+                           : u" that were made since the last save were recovered, the last of them:\n") +
+         made.back().sentence;
+}
+
 } // namespace
 
 std::optional<Recovery> Recovery::of(const std::vector<Change>& changes,
-                                     std::vector<Replay::Portfolio> portfolios) {
+                                     std::vector<Replay::Portfolio> portfolios, bool isDamaged) {
   const std::optional<std::size_t> saved = countOfSaved(changes, portfolios);
   if (!saved)
     return std::nullopt;
+  Recovery recovery;
   Replay replay(std::move(portfolios));
   for (std::size_t i = *saved; i < changes.size(); ++i)
-    if (!replay.follow(changes[i]))
+    if (replay.follow(changes[i]))
+      recovery.made.push_back(changes[i]);
+    else if (isDamaged)
+      recovery.lost.push_back(changes[i]);
+    else
       return std::nullopt;
   if (!replay.isSound())
     return std::nullopt;
-  return Recovery{changes.size() - *saved, replay.takeChanged()};
+  recovery.portfolios = replay.takeChanged();
+  return recovery;
 }
 
-String recoveredText(const std::vector<Change>& changes, std::size_t count) {
-  return u"Tallymoor ended without saving the last time. " + changesText(count) +
-         (count == 1 ? u" that was made since the last save was recovered:\n"
-                     : u" that were made since the last save were recovered, the last of them:\n") +
-         changes.back().sentence;
+String recoveredText(const std::vector<Change>& made) {
+  return u"Tallymoor ended without saving the last time. " + madeText(made);
 }
 
-String refusedText(const std::vector<Change>& changes, const String& copy) {
-  constexpr std::size_t MOST_SENTENCES = 20;
-  String text = u"Your records were changed by another program. " + changesText(changes.size()) +
-                u" that Tallymoor had made since its last save can't be added to them:\n";
-  const std::size_t first = changes.size() - std::min(changes.size(), MOST_SENTENCES);
-  for (std::size_t i = first; i < changes.size(); ++i)
-    text += changes[i].sentence + u"\n";
-  return text + u"Your records stay as they are on disk, and these changes are kept in\n" + copy + u".";
+String partlyRecoveredText(const Recovery& recovery, const String& copy) {
+  String text = u"A part of the journal of your changes is damaged, so changes since the last save may be "
+                u"missing: please compare your last entries. ";
+  if (!recovery.made.empty())
+    text += madeText(recovery.made) + u"\n";
+  if (!recovery.lost.empty())
+    text += changesText(recovery.lost.size()) + u" behind the damage can't be added to your records:\n" +
+            sentencesOf(recovery.lost);
+  return text + u"The damaged journal is kept in\n" + copy + u".";
+}
+
+String refusedText(const std::vector<Change>& changes, bool isDamaged, const String& copy) {
+  return (isDamaged ? u"A part of the journal of your changes is damaged. "
+                    : u"Your records were changed by another program. ") +
+         changesText(changes.size()) +
+         u" that Tallymoor had made since its last save can't be added to them:\n" + sentencesOf(changes) +
+         u"Your records stay as they are on disk, and these changes are kept in\n" + copy + u".";
 }
 
 } // namespace Tallymoor

@@ -48,6 +48,12 @@ protected:
       store.portfolios().at(u"Trading")->buyShares(code, {Date(2006, 3, 6), number, 1.25, 10.0, u""});
     });
   }
+  /// Its content, on the disk.
+  void damageLastEntry() const {
+    std::string bytes = TestProfile::readFile(journal());
+    bytes.back() = static_cast<char>(bytes.back() ^ 1);
+    TestProfile::writeFile(journal(), bytes);
+  }
   static std::string textOfAll(PortfolioStore& store) {
     std::ostringstream stream;
     store.records().encode(stream);
@@ -282,6 +288,100 @@ TEST_F(RecordChangesTest, ChangesOfOtherRecordsAreToldAndKept) {
     EXPECT_EQ(expected, user.texts(Kind::Warning));
   }
   EXPECT_EQ(u"Deposit of 100.00", Journal(journal() + u".1").entries().back().sentence);
+}
+
+TEST_F(RecordChangesTest, BehindADamagedChangeIsRecoveredWhatDoesNotNeedIt) {
+  std::string expected;
+  {
+    PortfolioStore store(user);
+    store.load();
+    addPortfolioTo(store, u"Trading");
+    addPortfolioTo(store, u"Savings");
+    store.save();
+    deposit(store, 100.0);
+    deposit(store, 5.0, u"Savings");
+    expected = textOfAll(store);
+    deposit(store, 300.0);
+    damageLastEntry();
+    deposit(store, 400.0);
+    deposit(store, 6.0, u"Savings");
+  }
+  user.clearCalls();
+  {
+    PortfolioStore store(user);
+    store.load();
+    EXPECT_EQ(
+        std::vector<String>{
+            u"A part of the journal of your changes is damaged, so changes since the last save may be "
+            u"missing: please compare your last entries. The 3 changes that were made since the last "
+            u"save were recovered, the last of them:\nDeposit of 6.00\nThe change behind the damage "
+            u"can't be added to your records:\nDeposit of 400.00\nThe damaged journal is kept in\n" +
+            journal() + u".1."},
+        user.texts(Kind::Warning));
+    EXPECT_EQ(u"Deposit of 6.00", store.changes().toUndo()->sentence);
+    store.changes().undo();
+    EXPECT_EQ(expected, textOfAll(store));
+    EXPECT_EQ(u"Deposit of 5.00", store.changes().toUndo()->sentence) << "the lost ones can't be undone";
+    EXPECT_EQ(5u, store.changes().history().changes().size() - 1) << "nor are they part of the history";
+    store.changes().goBackTo(0);
+    EXPECT_TRUE(store.portfolios().empty()) << "the way back leads over the damage";
+    store.changes().undo();
+    store.save();
+  }
+  user.clearCalls();
+  EXPECT_EQ(expected, textAfterStart());
+  EXPECT_EQ(
+      std::vector<String>{u"A part of the journal of your changes is damaged. What can be read is used."},
+      user.texts(Kind::Warning));
+}
+
+TEST_F(RecordChangesTest, ADamagedLastChangeIsToldOnceForTheRecordsThatLackIt) {
+  std::string expected;
+  {
+    PortfolioStore store(user);
+    store.load();
+    addPortfolioTo(store, u"Trading");
+    store.save();
+    expected = textOfAll(store);
+    deposit(store, 100.0);
+    damageLastEntry();
+  }
+  user.clearCalls();
+  EXPECT_EQ(expected, textAfterStart());
+  EXPECT_EQ(
+      std::vector<String>{
+          u"A part of the journal of your changes is damaged, so changes since the last save may be "
+          u"missing: please compare your last entries. The damaged journal is kept in\n" +
+          journal() + u".1."},
+      user.texts(Kind::Warning));
+  user.clearCalls();
+  EXPECT_EQ(expected, textAfterStart());
+  EXPECT_FALSE(TestProfile::fileExists(journal() + u".2"));
+}
+
+TEST_F(RecordChangesTest, RecordsOfTheMomentOfADamagedChangeAreRecognised) {
+  std::string saved;
+  std::string expected;
+  {
+    PortfolioStore store(user);
+    store.load();
+    addPortfolioTo(store, u"Trading");
+    deposit(store, 100.0);
+    damageLastEntry();
+    store.save();
+    saved = TestProfile::readFile(records());
+    deposit(store, 200.0);
+    expected = textOfAll(store);
+  }
+  // As if the program had been killed between the records and the mark of the save.
+  Journal whole(journal());
+  std::string bytes = TestProfile::readFile(journal());
+  for (const Journal::Entry& entry : whole.entries())
+    if (entry.kind == Change::Kind::Saved)
+      bytes[entry.place + entry.length - 1] = static_cast<char>(bytes[entry.place + entry.length - 1] ^ 1);
+  TestProfile::writeFile(journal(), bytes);
+  TestProfile::writeFile(records(), saved);
+  EXPECT_EQ(expected, textAfterStart());
 }
 
 TEST_F(RecordChangesTest, AJournalThatIsNoneIsPutAside) {
