@@ -7,6 +7,7 @@
 #include "session/RecordTree.h"
 #include "session/RecordsWriting.h"
 #include "session/Recovery.h"
+#include "session/UnappliedRecords.h"
 #include "xml/ElementText.h"
 #include "xml/PortfolioRecords.h"
 #include <algorithm>
@@ -26,6 +27,17 @@ String journalPath() {
 std::int64_t secondsNow() {
   using namespace std::chrono;
   return duration_cast<seconds>(system_clock::now().time_since_epoch()).count();
+}
+
+/// Empty where they can't be kept: the copy of the journal has the changes.
+String recordsWithAllChanges(Journal& journal, bool isDamaged) {
+  String path;
+  try {
+    withUnforeseenFailures([&] { path = keepUnappliedRecords(journal, isDamaged); });
+  } catch (const Exception&) {
+    path.clear();
+  }
+  return path;
 }
 
 /// Sets a flag for a scope.
@@ -166,9 +178,10 @@ void RecordChanges::recover() {
   std::optional<Recovery> recovery = Recovery::of(changes, portfoliosNow(), isDamaged);
   if (!recovery || (!recovery->made.empty() && !bringToRecovered(*recovery))) {
     const String copy = keepJournal();
+    const String records = recordsWithAllChanges(*m_journal, isDamaged);
     drop(changes);
     mark(Change::Kind::Saved, 0);
-    m_user.warning(refusedText(changes, isDamaged, copy));
+    m_user.warning(refusedText(changes, isDamaged, copy, records));
     return;
   }
   if (isDamaged) {

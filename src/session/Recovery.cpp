@@ -124,12 +124,18 @@ String partlyRecoveredText(const Recovery& recovery, const String& copy) {
   return text + u"The damaged journal is kept in\n" + copy + u".";
 }
 
-String refusedText(const std::vector<Change>& changes, bool isDamaged, const String& copy) {
-  return (isDamaged ? u"A part of the journal of your changes is damaged. "
-                    : u"Your records were changed by another program. ") +
-         changesText(changes.size()) +
-         u" that Tallymoor had made since its last save can't be added to them:\n" + sentencesOf(changes) +
-         u"Your records stay as they are on disk, and these changes are kept in\n" + copy + u".";
+String refusedText(const std::vector<Change>& changes, bool isDamaged, const String& journalCopy,
+                   const String& recordsCopy) {
+  String text =
+      (isDamaged ? u"A part of the journal of your changes is damaged. "
+                 : u"Your records were changed by another program. ") +
+      changesText(changes.size()) +
+      u" that Tallymoor had made since its last save can't be added to them:\n" + sentencesOf(changes) +
+      u"Your records stay as they are on disk, and these changes are kept in\n" + journalCopy + u".";
+  if (!recordsCopy.empty())
+    text += u"\nFile, Backups lists the records with these changes, as they should have been:\n" +
+            recordsCopy + u".";
+  return text;
 }
 
 } // namespace Tallymoor

@@ -23,7 +23,9 @@ String recoveredText(const std::vector<Change>& made);
 /// The same where a part of the journal can't be read, and other changes may be lost. The journal was copied.
 String partlyRecoveredText(const Recovery& recovery, const String& copy);
 /// What the user is told about changes that don't belong to the records, because another program has changed
-/// these, or because the journal is damaged; the journal with them was copied.
-String refusedText(const std::vector<Change>& changes, bool isDamaged, const String& copy);
+/// these, or because the journal is damaged. The journal was copied, and the records with these changes are
+/// kept as a dated copy; that path is empty if they are not.
+String refusedText(const std::vector<Change>& changes, bool isDamaged, const String& journalCopy,
+                   const String& recordsCopy);
 
 } // namespace Tallymoor

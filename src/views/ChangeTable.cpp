@@ -25,9 +25,7 @@ CellResult afterCell(Row& row) {
 } // namespace
 
 // Keys that are no numbers are equal as numbers, so that the rows stay in the order of the details.
-ChangeTable::ChangeTable(FXComposite* parent) : ChoiceTable(u"Change Table", parent, COMPARE_NUMBER) {
-  updateTable();
-}
+ChangeTable::ChangeTable(FXComposite* parent) : ChoiceTable(u"Change Table", parent, COMPARE_NUMBER) {}
 
 void ChangeTable::show(const std::vector<ChangeDetail>& details) {
   m_details.assign(details.begin(), details.end());

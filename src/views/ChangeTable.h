@@ -12,6 +12,7 @@ class ChangeTable : public ChoiceTable {
 public:
   explicit ChangeTable(FXComposite* parent);
 
+  /// Only the first details are there at once; others wait for running handlers.
   void show(const std::vector<ChangeDetail>& details);
 
 protected:

@@ -58,6 +58,8 @@ HistoryDialog::HistoryDialog(FXWindow* owner, ChangeHistory history)
   setFirstFocus(m_table);
   m_table->setChoiceWatcher([this] { showChoice(); });
   showChoice();
+  if (!m_table->chosen())
+    m_details->show({});
 }
 
 void HistoryDialog::addFilter() {
@@ -147,13 +149,15 @@ long HistoryDialog::onGoBack(FXObject*, FXSelector, void*) {
   });
 }
 
-/// Enter in the field goes to what was found.
+/// Enter in the field goes to what was found, and Escape closes wherever the focus is.
 long HistoryDialog::onKeyPress(FXObject* sender, FXSelector selector, void* data) {
   const auto code = static_cast<FXEvent*>(data)->code;
   if ((code == KEY_Return || code == KEY_KP_Enter) && widgetWithKeyboard(*this) == m_text) {
     m_table->setFocus();
     return 1;
   }
+  if (code == KEY_Escape) // which a table would keep
+    return handle(this, FXSEL(SEL_COMMAND, ID_CANCEL), nullptr);
   return Dialog::onKeyPress(sender, selector, data);
 }
 

@@ -3,6 +3,7 @@
 #include "foundation/Exception.h"
 #include "foundation/FileOperations.h"
 #include "market/MarketPrices.h"
+#include "session/Backups.h"
 #include "session/BookQuestions.h"
 #include "session/PortfolioStore.h"
 #include "support/FailureOf.h"
@@ -288,6 +289,48 @@ TEST_F(RecordChangesTest, ChangesOfOtherRecordsAreToldAndKept) {
     EXPECT_EQ(expected, user.texts(Kind::Warning));
   }
   EXPECT_EQ(u"Deposit of 100.00", Journal(journal() + u".1").entries().back().sentence);
+}
+
+TEST_F(RecordChangesTest, TheRecordsWithTheChangesThatAreRefusedAreABackup) {
+  std::string ours;
+  {
+    PortfolioStore store(user);
+    store.load();
+    addPortfolioTo(store, u"Trading");
+    addPortfolioTo(store, u"Savings");
+    store.save();
+  }
+  {
+    PortfolioStore store(user);
+    store.load();
+    deposit(store, 50.0);
+    store.save(); // its copy of the records before is where the way begins
+    deposit(store, 100.0);
+    addPortfolioTo(store, u"New");
+    ours = textOfAll(store);
+  }
+  std::string other = TestProfile::readFile(records());
+  other.replace(other.find("50.00"), 5, "51.00");
+  TestProfile::writeFile(records(), other);
+  user.clearCalls();
+  {
+    PortfolioStore store(user);
+    store.load();
+    EXPECT_THAT(other, HasSubstr(textOfAll(store)));
+  }
+  ASSERT_EQ(2u, listBackups().size()) << "with that of the day";
+  const Backup kept = listBackups().back();
+  EXPECT_THAT(TestProfile::readFile(kept.path), HasSubstr(ours));
+  EXPECT_EQ(
+      std::vector<String>{u"Your records were changed by another program. The 2 changes that Tallymoor had "
+                          u"made since its last save can't be added to them:\nDeposit of 100.00\nNew "
+                          u"portfolio New\nYour records stay as they are on disk, and these changes are "
+                          u"kept in\n" +
+                          journal() +
+                          u".1.\nFile, Backups lists the records with these changes, as they should have "
+                          u"been:\n" +
+                          kept.path + u"."},
+      user.texts(Kind::Warning));
 }
 
 TEST_F(RecordChangesTest, BehindADamagedChangeIsRecoveredWhatDoesNotNeedIt) {

@@ -3,6 +3,7 @@
 #include "foundation/FileOperations.h"
 #include "foundation/RunTimeSettings.h"
 #include "support/windows/RealKeys.h"
+#include "views/ChangeTable.h"
 #include "views/HistoryTable.h"
 #include "views/PriceLimits.h"
 #include "views/SharePortfolioTreeItem.h"
@@ -170,6 +171,7 @@ TEST_F(UndoTest, TheHistoryGoesBackAndAllViewsFollow) {
   command(TallymoorWindow::ID_NEW_PORTFOLIO);
   const std::string before = textOfAll();
   whenModal("History", [this](FXWindow& dialog) {
+    EXPECT_EQ(1, find<ChangeTable>(dialog)->getNumRows()) << "what the newest change did is there at once";
     auto& table = *find<HistoryTable>(dialog);
     table.setCurrentItem(3, 0, TRUE);
     letEventsPass();
@@ -194,16 +196,17 @@ TEST_F(UndoTest, GoingBackToWhereWeAreSaysSo) {
   const std::string then = textOfAll();
   buy(30);
   command(TallymoorWindow::ID_UNDO);
-  whenModal("History", [this](FXWindow& dialog) {
+  const std::string told = "Nothing was taken back: your portfolios are as they were after that change.";
+  whenModal("History", [this, told](FXWindow& dialog) {
     find<HistoryTable>(dialog)->setCurrentItem(2, 0, TRUE);
     letEventsPass();
     answer("Do you want to take back 2 changes of all portfolios?\nYou can undo that as one change.", "Yes");
+    whenModal(told, [this](FXWindow& box) {
+      EXPECT_NE(nullptr, tallymoor().totalCapital()->portfolioNode(u"Trading"))
+          << "the nodes are there again";
+      press(box, "OK");
+    });
     press(dialog, "Go Back to Here...");
-  });
-  whenModal("Tallymoor", [this](FXWindow& box) {
-    EXPECT_TRUE(shows(box, "Nothing was taken back: your portfolios are as they were after that change."));
-    EXPECT_NE(nullptr, tallymoor().totalCapital()->portfolioNode(u"Trading")) << "the nodes are there again";
-    press(box, "OK");
   });
   command(TallymoorWindow::ID_HISTORY);
   letEventsPass();
