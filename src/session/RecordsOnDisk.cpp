@@ -1,22 +1,28 @@
 #include "session/RecordsOnDisk.h"
 #include <fstream>
-#include <sstream>
 #include <sys/stat.h>
+#include <vector>
 #include <zlib.h>
 
 namespace Tallymoor {
 
 namespace {
 
-std::uint32_t checksumOf(std::string_view content) {
+constexpr std::size_t BLOCK = std::size_t{64} * 1024; ///< bytes
+
+std::uint32_t checksumOf(std::string_view content, std::uint32_t before = 0) {
   return static_cast<std::uint32_t>(
-      crc32_z(0, reinterpret_cast<const Bytef*>(content.data()), content.size()));
+      crc32_z(before, reinterpret_cast<const Bytef*>(content.data()), content.size()));
 }
 
-std::string contentOf(const String& path) {
-  std::ostringstream content;
-  content << std::ifstream(path.toUTF8(), std::ios::binary).rdbuf();
-  return std::move(content).str();
+/// In blocks: the file may be far larger than records can be.
+std::uint32_t checksumOfFile(const String& path) {
+  std::ifstream file(path.toUTF8(), std::ios::binary);
+  std::vector<char> block(BLOCK);
+  std::uint32_t checksum = checksumOf({});
+  while (file.read(block.data(), static_cast<std::streamsize>(block.size())), file.gcount() > 0)
+    checksum = checksumOf({block.data(), static_cast<std::size_t>(file.gcount())}, checksum);
+  return checksum;
 }
 
 } // namespace
@@ -31,7 +37,7 @@ RecordsOnDisk::Look RecordsOnDisk::lookAt(const String& path) {
 RecordsOnDisk RecordsOnDisk::asRead(const String& path) {
   RecordsOnDisk records;
   records.m_look = lookAt(path);
-  records.m_checksum = checksumOf(contentOf(path));
+  records.m_checksum = checksumOfFile(path);
   return records;
 }
 
@@ -46,7 +52,7 @@ bool RecordsOnDisk::isAnothers(const String& path) {
   const Look now = lookAt(path);
   if (now == m_look || now.inode == 0)
     return false;
-  if (now.size != m_look.size || checksumOf(contentOf(path)) != m_checksum)
+  if (now.size != m_look.size || checksumOfFile(path) != m_checksum)
     return true;
   m_look = now;
   return false;

@@ -34,7 +34,7 @@ TallymoorInternet& gateway() {
 
 PriceHistoryDialog::PriceHistoryDialog(FXWindow* owner, const String& code, const Portfolios& portfolios)
     : Dialog(owner, u"Stored prices of " + code,
-             u"Type over a close, high or low to correct it. It counts whatever the sources of prices say."),
+             u"Type over a close, high or low: it counts whatever the sources say."),
       m_code(code) {
   addTableAndChart(portfolios);
   addActions();

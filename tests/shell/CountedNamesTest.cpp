@@ -98,6 +98,11 @@ protected:
     count.lost += found ? 0 : 1;
     EXPECT_TRUE(found) << name.toUTF8();
   }
+  /// The day's first save makes it otherwise, in a folder of its own.
+  void writeCopyOfToday() {
+    std::filesystem::create_directories((profile.dataFolder() + u"Backups").toUTF8());
+    TestProfile::writeFile(profile.dataFolder() + u"Backups/Portfolios 2026-03-03.xml", "a copy");
+  }
   /// A foreign file with portfolios of these names, each with its own deposit.
   static std::string records(const std::vector<String>& names) {
     std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Portfolios>";
@@ -186,6 +191,7 @@ TEST_F(CountedNames, CapitalRecordsOfAnyTwoNamesAreTwoFilesOfTheDataFolder) {
 TEST_F(CountedNames, EveryPortfolioOfAHandEditedFileIsThereAndStaysThere) {
   const std::vector<String> names = documentNames();
   TestProfile::writeFile(recordsPath(), records(names));
+  writeCopyOfToday();
   within(profile.dataFolder(), [&] {
     {
       PortfolioStore store(user);
