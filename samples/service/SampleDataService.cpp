@@ -71,6 +71,10 @@ public:
       response.set_content("<html><body><p>A sample advert leads here.</p></body></html>", HTML);
     });
     m_server.set_tcp_nodelay(true);
+    if (!options.log.empty())
+      m_server.set_logger([path = options.log](const auto& request, const auto&) {
+        std::ofstream(path, std::ios::app) << request.target + "\n";
+      });
     readAdverts();
   }
 

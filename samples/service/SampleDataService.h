@@ -10,6 +10,7 @@ struct ServiceOptions {
   std::filesystem::path prices;  ///< Folder of CODE.csv files, which take precedence over the sample market.
   std::filesystem::path updates; ///< Folder served by the update service; empty for no updates.
   std::filesystem::path adverts; ///< Folder of GIFs served as adverts in turn; empty for none.
+  std::filesystem::path log;     ///< File to which each answered request is appended; empty for none.
   int port = 8317;               ///< 0 selects a free port.
   std::optional<Day> today;      ///< Empty: the machine's date.
 };

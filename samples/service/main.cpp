@@ -11,10 +11,10 @@ namespace {
 int usage() {
   std::fputs(
       "usage: sample_data_service [--port N] [--prices FOLDER] [--today YYYY-MM-DD] [--updates FOLDER]\n"
-      "                           [--adverts FOLDER]\n"
+      "                           [--adverts FOLDER] [--log FILE]\n"
       "Serves made-up share prices, the CODE.csv files of a folder, program updates from another one, and "
       "the GIFs\n"
-      "of a third as adverts, on this machine's loopback address.\n",
+      "of a third as adverts, on this machine's loopback address. Appends each answered request to a file.\n",
       stderr);
   return 2;
 }
@@ -43,6 +43,8 @@ int main(int argc, char** argv) {
       options.updates = argv[i + 1];
     else if (name == "--adverts")
       options.adverts = argv[i + 1];
+    else if (name == "--log")
+      options.log = argv[i + 1];
     else if (!(name == "--port" && readPort(argv[i + 1], options.port)) &&
              !(name == "--today" && readDate(argv[i + 1], options)))
       return usage();
