@@ -146,15 +146,18 @@ private:
     tag.name = String(String::Base(m_cursor.readName())).toLower();
     m_cursor = HTMLCursor(m_page, TagReader(m_page, m_cursor.position()).read(tag));
     if (!tag.isClosing && (tag.name == u"script" || tag.name == u"style"))
-      return skipPast(tag.name);
-    if (skipsHidden(tag))
-      return;
+      skipPast(tag.name);
+    else if (!skipsHidden(tag))
+      follow(tag);
+    if (OpenTable* const table = m_open.empty() ? nullptr : &m_open.back(); table != nullptr && table->cell)
+      *table->cell += TAG;
+  }
+
+  void follow(const Tag& tag) {
     if (tag.isClosing)
       close(tag);
     else
       open(tag);
-    if (OpenTable* const table = m_open.empty() ? nullptr : &m_open.back(); table != nullptr && table->cell)
-      *table->cell += TAG;
   }
 
   /// Past the closing tag of a script, in any case of letters; to the end of the page if it has none.

@@ -88,6 +88,12 @@ TEST(HeadingsTable, ATagInsideANumberIsNoPartOfIt) {
             u"2:2026-02-26=10.5\n1;3:2026-02-27=10.6;4:2026-02-28=7\n8;0 passed over");
 }
 
+TEST(HeadingsTable, ANumberWithSomethingHiddenInItIsRefused) {
+  EXPECT_EQ(read(table("<tr><td>2026-02-26</td><td>1<span hidden>.</span>05</td></tr>"
+                       "<tr><td>2026-02-27</td><td>1<script>.</script>06</td></tr>")),
+            u"2:2026-02-26=1\n05;3:2026-02-27=1\n06;0 passed over");
+}
+
 TEST(HeadingsTable, LeavesOutWhatIsHidden) {
   EXPECT_EQ(
       read(table("<tr><td><span style='display: none'>20260226</span>2026-02-26</td>"
