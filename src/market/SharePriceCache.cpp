@@ -317,7 +317,8 @@ SharePriceCache::Forgotten SharePriceCache::forgetFetched() {
   return forgotten;
 }
 
-void SharePriceCache::putBack(Forgotten forgotten) {
+// The rows are taken out of it.
+void SharePriceCache::putBack(Forgotten forgotten) { // NOLINT(performance-unnecessary-value-param)
   for (auto& [code, rows] : forgotten) {
     CachedShare& known = shareOrEmpty(code);
     known.values.merge(rows);

@@ -239,23 +239,29 @@ std::vector<ChangeDetail> detailsOf(const EntryPair& pair) {
   return details;
 }
 
+using Pieces = std::vector<const RecordPiece*>;
+
+constexpr auto isBefore = [](const RecordPiece* a, const RecordPiece* b) { return *a < *b; };
+
+Pieces sorted(const std::vector<RecordPiece>& pieces) {
+  Pieces found(pieces.size());
+  std::transform(pieces.begin(), pieces.end(), found.begin(),
+                 [](const RecordPiece& piece) { return &piece; });
+  std::sort(found.begin(), found.end(), isBefore);
+  return found;
+}
+
 /// Those that stand on one side only.
 std::vector<Entry> entriesWithout(const std::vector<RecordPiece>& pieces,
                                   const std::vector<RecordPiece>& others) {
-  std::vector<const RecordPiece*> sorted;
-  for (const RecordPiece& piece : others)
-    sorted.push_back(&piece);
-  const auto isBefore = [](const RecordPiece* a, const RecordPiece* b) { return *a < *b; };
-  std::sort(sorted.begin(), sorted.end(), isBefore);
-  std::vector<const RecordPiece*> mine;
-  for (const RecordPiece& piece : pieces)
-    mine.push_back(&piece);
-  std::sort(mine.begin(), mine.end(), isBefore);
-  std::vector<const RecordPiece*> alone;
-  std::set_difference(mine.begin(), mine.end(), sorted.begin(), sorted.end(), std::back_inserter(alone),
+  const Pieces mine = sorted(pieces);
+  const Pieces theirs = sorted(others);
+  Pieces alone;
+  std::set_difference(mine.begin(), mine.end(), theirs.begin(), theirs.end(), std::back_inserter(alone),
                       isBefore);
   std::sort(alone.begin(), alone.end()); // in the order of the records
   std::vector<Entry> entries;
+  entries.reserve(alone.size());
   for (const RecordPiece* piece : alone)
     entries.push_back(entryOf(*piece));
   return entries;

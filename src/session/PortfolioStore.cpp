@@ -256,7 +256,7 @@ void PortfolioStore::addOthers() {
 struct PortfolioStore::Saving {
   RecordsWriting writing;
   std::map<String, std::uint64_t> stamps;
-  std::uint64_t lastChange;
+  std::uint64_t lastChange = 0;
   std::optional<Exception> failure;
 };
 

@@ -95,7 +95,7 @@ void RecordChanges::openJournal() {
   try {
     withUnforeseenFailures([&] { m_journal.emplace(path); });
   } catch (const Exception& exception) {
-    const String aside = unusedPath(path);
+    String aside = unusedPath(path);
     std::error_code failed;
     std::filesystem::rename(path.toUTF8(), aside.toUTF8(), failed);
     m_user.warning(u"The journal of your changes can't be read:\n" + exception.message() +

@@ -56,7 +56,6 @@ private:
     while (from < to) {
       const std::size_t tag = std::min(m_text.find('<', from), to);
       rest.append(m_text, from, tag - from);
-      from = tag;
       if (tag == to)
         break;
       from = std::min(to, addAt(tag, code, rest));

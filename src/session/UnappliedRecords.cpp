@@ -67,7 +67,7 @@ std::string textOf(std::vector<Replay::Portfolio> portfolios,
 String keep(const std::string& text) {
   XMLPortfolios records;
   records.decode(text.c_str());
-  const String path = furtherBackupPath(Date());
+  String path = furtherBackupPath(Date());
   saveDocument(path, records, RECORDS_DTD, newRecords);
   return path;
 }

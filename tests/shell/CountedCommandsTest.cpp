@@ -149,6 +149,7 @@ protected:
     press(KEY_Down, 0, place + 1);
     press(KEY_Return);
     count(name + " > " + text, reached.times == 1 && !popup.shown());
+    entry.setTarget(nullptr); // the popup is still there
   }
   void openPopup() { press(KEY_F10, SHIFTMASK); }
 
