@@ -95,7 +95,7 @@ void RecordChanges::openJournal() {
   try {
     withUnforeseenFailures([&] { m_journal.emplace(path); });
   } catch (const Exception& exception) {
-    String aside = unusedPath(path);
+    const String aside = unusedPath(path);
     std::error_code failed;
     std::filesystem::rename(path.toUTF8(), aside.toUTF8(), failed);
     m_user.warning(u"The journal of your changes can't be read:\n" + exception.message() +
@@ -210,7 +210,7 @@ bool RecordChanges::bringToRecovered(Recovery& recovery) {
 
 /// Gives the place of the copy.
 String RecordChanges::keepJournal() {
-  const String aside = unusedPath(m_journal->path());
+  String aside = unusedPath(m_journal->path());
   copyFileReplacing(m_journal->path(), aside);
   return aside;
 }
